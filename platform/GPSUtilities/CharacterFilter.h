@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Sets of ASCII characters, and the filter that keeps only a set's. Constant once made: [any] thread.
+
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace gps {
+
+/// A set of ASCII characters.
+class CharacterSet {
+public:
+    explicit CharacterSet(std::string_view characters);
+
+    [[nodiscard]] bool contains(char c) const noexcept { return members_[static_cast<unsigned char>(c)]; }
+    [[nodiscard]] std::size_t size() const noexcept { return members_.count(); }
+
+private:
+    std::bitset<256> members_;
+};
+
+/// `stringByRemovingCharactersNotInSet:`: the text without the characters outside the set, order kept. A character outside
+/// ASCII goes as a whole.
+[[nodiscard]] std::string stringByRemovingCharactersNotInSet(std::string_view text, const CharacterSet& set);
+
+} // namespace gps

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+
+#include "NMEAUtils.h"
+
+#include <gps/NumberText.h>
+
+#include <chrono>
+#include <cmath>
+
+namespace gps::NMEAUtils {
+namespace {
+
+constexpr std::int64_t kSecondsPerDay = 86400;
+constexpr std::int64_t kFirstWritableTime = 315532800; // 1980-01-01 00:00:00: before that there was no satellite time
+constexpr std::int64_t kLastWritableTime = 3471292799; // 2079-12-31 23:59:59: beyond, two digits would name another year
+constexpr std::int64_t kUnitsPerMinute = 100000;       // of a written coordinate's last decimal
+constexpr std::int64_t kUnitsPerDegree = 60 * kUnitsPerMinute;
+
+/// The value of a hexadecimal digit; 16 for any other character.
+constexpr unsigned hexadecimalDigit(char c) noexcept
+{
+    if (isDigit(c))
+        return static_cast<unsigned>(c - '0');
+    if (c >= 'A' && c <= 'F')
+        return static_cast<unsigned>(c - 'A') + 10;
+    if (c >= 'a' && c <= 'f')
+        return static_cast<unsigned>(c - 'a') + 10;
+    return 16;
+}
+
+std::string_view withoutLineEnd(std::string_view line) noexcept
+{
+    if (!line.empty() && line.back() == '\n')
+        line.remove_suffix(1);
+    else if (line.empty() || line.back() != '\r')
+        return line;
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    return line;
+}
+
+/// The checksum of a body and, in the same pass, whether every byte may stand in one. No branch leaves the loop, so that
+/// compilers make vector code of it.
+struct BodyCheck {
+    std::uint8_t checksum = 0;
+    bool valid = true;
+};
+
+BodyCheck checkBody(std::string_view body) noexcept
+{
+    std::uint8_t checksum = 0;
+    std::uint8_t bad = 0;
+    for (const char c : body) {
+        const auto byte = static_cast<std::uint8_t>(c);
+        checksum ^= byte;
+        bad |= static_cast<std::uint8_t>((byte < 0x20) | (byte > 0x7E) | (byte == '$') | (byte == '*'));
+    }
+    return {checksum, bad == 0};
+}
+
+/// Two digits at a position of a text that is known to be digits there.
+constexpr int twoDigits(std::string_view text, std::size_t at) noexcept
+{
+    return (text[at] - '0') * 10 + (text[at + 1] - '0');
+}
+
+bool beginsWithSixDigits(std::string_view text) noexcept
+{
+    if (text.size() < 6)
+        return false;
+    for (std::size_t i = 0; i < 6; ++i) {
+        if (!isDigit(text[i]))
+            return false;
+    }
+    return true;
+}
+
+/// Days since 1970-01-01 of a "DDMMYY"; none for no such day.
+std::optional<std::int64_t> dayOf(std::string_view date) noexcept
+{
+    if (date.size() != 6 || !beginsWithSixDigits(date))
+        return std::nullopt;
+    const int year = twoDigits(date, 4);
+    const std::chrono::year_month_day day{std::chrono::year{year < 80 ? 2000 + year : 1900 + year},
+                                          std::chrono::month{static_cast<unsigned>(twoDigits(date, 2))},
+                                          std::chrono::day{static_cast<unsigned>(twoDigits(date, 0))}};
+    if (!day.ok())
+        return std::nullopt;
+    return std::chrono::sys_days{day}.time_since_epoch().count();
+}
+
+/// Seconds since midnight of a "HHMMSS" that a point and digits may follow; none for no such time.
+std::optional<std::int64_t> secondOfDay(std::string_view time) noexcept
+{
+    if (!beginsWithSixDigits(time))
+        return std::nullopt;
+    if (time.size() > 6) {
+        if (time[6] != '.')
+            return std::nullopt;
+        for (const char c : time.substr(7)) {
+            if (!isDigit(c))
+                return std::nullopt;
+        }
+    }
+    const int hour = twoDigits(time, 0);
+    const int minute = twoDigits(time, 2);
+    const int second = twoDigits(time, 4);
+    if (hour > 23 || minute > 59 || second > 59)
+        return std::nullopt;
+    return hour * 3600 + minute * 60 + second;
+}
+
+/// The largest multiple of a day that is not after a time.
+constexpr std::int64_t midnightBefore(std::int64_t time) noexcept
+{
+    const std::int64_t into = time % kSecondsPerDay;
+    return time - (into < 0 ? into + kSecondsPerDay : into);
+}
+
+} // namespace
+
+std::optional<std::string_view> checkAndTrimNMEASentence(std::string_view line) noexcept
+{
+    constexpr std::size_t kTail = 3; // "*hh"
+    line = withoutLineEnd(line);
+    if (line.size() < 1 + 1 + kTail || line.front() != '$' || line[line.size() - kTail] != '*')
+        return std::nullopt;
+    const unsigned high = hexadecimalDigit(line[line.size() - 2]);
+    const unsigned low = hexadecimalDigit(line[line.size() - 1]);
+    if (high > 15 || low > 15)
+        return std::nullopt;
+
+    const std::string_view body = line.substr(1, line.size() - 1 - kTail);
+    const BodyCheck check = checkBody(body);
+    if (!check.valid || check.checksum != high * 16 + low)
+        return std::nullopt;
+    return body;
+}
+
+std::uint8_t checksumFromSentence(std::string_view body) noexcept
+{
+    return checkBody(body).checksum;
+}
+
+std::string addChecksumToNMEASentence(std::string_view body)
+{
+    static constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const std::uint8_t checksum = checksumFromSentence(body);
+    std::string sentence;
+    sentence.reserve(body.size() + 4);
+    sentence.append(1, '$').append(body).append(1, '*');
+    sentence += kDigits[checksum >> 4];
+    sentence += kDigits[checksum & 15];
+    return sentence;
+}
+
+double convertNMEADegreesMinutes(std::string_view degreesMinutes, std::string_view direction) noexcept
+{
+    const double number = leadingNumber(degreesMinutes).value_or(0);
+    const double whole = std::trunc(number / 100);
+    const double degrees = whole + (number - whole * 100) / 60;
+    // Subtracted, not negated: zero has no sign on either side of a line.
+    return direction == "S" || direction == "W" ? 0 - degrees : degrees;
+}
+
+std::optional<CoordinateText> convertDegreesToNMEADegreesMinutes(double degrees, bool asLatitude)
+{
+    const double size = std::fabs(degrees);
+    if (!(size <= (asLatitude ? 90.0 : 180.0))) // also refuses a NaN
+        return std::nullopt;
+    const std::int64_t units = std::llround(size * static_cast<double>(kUnitsPerDegree));
+    const bool negative = degrees < 0 && units != 0;
+
+    CoordinateText text;
+    appendPadded(text.degreesMinutes, units / kUnitsPerDegree, asLatitude ? 2 : 3);
+    appendPadded(text.degreesMinutes, units % kUnitsPerDegree / kUnitsPerMinute, 2);
+    text.degreesMinutes += '.';
+    appendPadded(text.degreesMinutes, units % kUnitsPerMinute, 5);
+    text.direction = asLatitude ? (negative ? 'S' : 'N') : (negative ? 'W' : 'E');
+    return text;
+}
+
+std::int64_t convertNMEADate(std::string_view date, std::string_view time) noexcept
+{
+    const auto day = dayOf(date);
+    const auto second = secondOfDay(time);
+    return day && second ? *day * kSecondsPerDay + *second : 0;
+}
+
+std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexcept
+{
+    const auto second = secondOfDay(time);
+    return second ? midnightBefore(previous) + *second : previous;
+}
+
+DateTimeText makeNMEADateFrom(std::int64_t time)
+{
+    if (time < kFirstWritableTime || time > kLastWritableTime)
+        return {};
+    const std::int64_t midnight = midnightBefore(time);
+    const std::chrono::year_month_day day{std::chrono::sys_days{std::chrono::days{midnight / kSecondsPerDay}}};
+    const std::int64_t second = time - midnight;
+
+    DateTimeText text;
+    appendPadded(text.date, static_cast<unsigned>(day.day()), 2);
+    appendPadded(text.date, static_cast<unsigned>(day.month()), 2);
+    appendPadded(text.date, static_cast<int>(day.year()) % 100, 2);
+    appendPadded(text.time, second / 3600, 2);
+    appendPadded(text.time, second / 60 % 60, 2);
+    appendPadded(text.time, second % 60, 2);
+    text.time += ".00";
+    return text;
+}
+
+} // namespace gps::NMEAUtils

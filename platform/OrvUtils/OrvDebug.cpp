@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+
+#include "OrvDebug.h"
+
+#include <atomic>
+
+namespace gps {
+namespace {
+
+std::atomic<std::int32_t> theLevel{0};
+
+} // namespace
+
+void OrvSetDebugLevel(std::int32_t level)
+{
+    theLevel = level;
+}
+
+bool OrvDebugLevelIs(std::int32_t level)
+{
+    const std::int32_t present = theLevel;
+    return present != 0 && present >= level;
+}
+
+} // namespace gps

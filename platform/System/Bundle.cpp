@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+
+#include "Bundle.h"
+
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include "FileManager.h"
+#include "PropertyList.h"
+
+#include <dlfcn.h>
+
+namespace gps {
+namespace {
+
+std::string parentOf(const std::string& path)
+{
+    return path.substr(0, path.rfind('/'));
+}
+
+/// The file's own path, links resolved; empty when there is no such file.
+std::string resolved(const char* path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real{::realpath(path, nullptr), &std::free};
+    return real ? real.get() : "";
+}
+
+bool isFile(const std::string& path)
+{
+    bool isFolder = false;
+    return FileManager{}.fileExists(path, &isFolder) && !isFolder;
+}
+
+std::shared_ptr<View> makeElement(std::string_view className, const std::string& identifier, const std::string& title)
+{
+    if (className == "View")
+        return std::make_shared<View>(identifier, title);
+    if (className == "PopUpButton")
+        return std::make_shared<PopUpButton>(identifier, title);
+    if (className == "Button")
+        return std::make_shared<Button>(identifier, title);
+    return nullptr;
+}
+
+/// The value under a key, if it is a T; `broken` when it is something else.
+template <typename T> const T* optionalValue(const Dictionary& description, std::string_view key, bool& broken)
+{
+    const Value* value = description.find(key);
+    const T* typed = value != nullptr ? value->as<T>() : nullptr;
+    broken = broken || (value != nullptr && typed == nullptr);
+    return typed;
+}
+
+/// An element with all inside it; null when any of it is broken. A property list bounds how deep that goes.
+std::shared_ptr<View> makeView(const Dictionary& description)
+{
+    const auto* className = description.findString("class");
+    const auto* identifier = description.findString("identifier");
+    bool broken = className == nullptr || identifier == nullptr;
+    const auto* title = optionalValue<std::string>(description, "title", broken);
+    const auto* hidden = optionalValue<Number>(description, "hidden", broken);
+    const auto* subviews = optionalValue<Array>(description, "subviews", broken);
+    if (broken)
+        return nullptr;
+    auto view = makeElement(*className, *identifier, title != nullptr ? *title : std::string{});
+    if (!view)
+        return nullptr;
+    view->setHidden(hidden != nullptr && hidden->boolValue());
+    for (const auto& element : subviews != nullptr ? *subviews : Array{}) {
+        const auto* inner = element.as<Dictionary>();
+        auto subview = inner != nullptr ? makeView(*inner) : nullptr;
+        if (!subview)
+            return nullptr;
+        view->addSubview(std::move(subview));
+    }
+    return view;
+}
+
+/// An outlet keeps the whole view alive.
+template <typename T> std::shared_ptr<T> outlet(const std::shared_ptr<View>& view, std::string_view identifier)
+{
+    auto* found = view->find<T>(identifier);
+    return found != nullptr ? std::shared_ptr<T>{view, found} : nullptr;
+}
+
+} // namespace
+
+Bundle::Bundle(std::string path) : path_(std::move(path)) {}
+
+std::optional<Bundle> Bundle::containing(const void* address)
+{
+    Dl_info module;
+    if (::dladdr(address, &module) == 0 || module.dli_fname == nullptr)
+        return std::nullopt;
+    const std::string contents = parentOf(parentOf(resolved(module.dli_fname)));
+    if (!isFile(contents + "/Info.plist"))
+        return std::nullopt;
+    return Bundle{parentOf(contents)};
+}
+
+Dictionary Bundle::infoDictionary() const
+{
+    return readPropertyListDictionary(joinPath(path_, "Contents/Info.plist")).value_or(Dictionary{});
+}
+
+std::optional<std::string> Bundle::executablePath() const
+{
+    const auto info = infoDictionary();
+    const auto* name = info.findString("CFBundleExecutable");
+    if (name == nullptr || name->empty() || name->find('/') != std::string::npos)
+        return std::nullopt;
+    return joinPath(joinPath(path_, "Contents/Linux"), *name);
+}
+
+std::optional<std::string> Bundle::pathForResource(std::string_view name, std::string_view type) const
+{
+    auto path = joinPath(joinPath(path_, "Contents/Resources"), name).append(".").append(type);
+    return isFile(path) ? std::optional{std::move(path)} : std::nullopt;
+}
+
+std::optional<Dictionary> Bundle::dictionaryResource(std::string_view name) const
+{
+    const auto path = pathForResource(name, "plist");
+    return path ? readPropertyListDictionary(*path) : std::nullopt;
+}
+
+std::optional<ViewOutlets> Bundle::loadView(std::string_view name) const
+{
+    const auto description = dictionaryResource(name);
+    const auto view = description ? makeView(*description) : nullptr;
+    if (!view)
+        return std::nullopt;
+    return ViewOutlets{outlet<View>(view, "gpsView"), outlet<PopUpButton>(view, "deviceListMenu"),
+                       outlet<Button>(view, "deviceButton")};
+}
+
+std::string Bundle::localizedString(std::string_view key) const
+{
+    std::string text;
+    const auto path = pathForResource("en.lproj/Localizable", "strings");
+    if (!path || FileManager{}.readFile(*path, text, kLargestPropertyList))
+        return std::string{key};
+    const auto table = parseStringTable(text);
+    const auto* value = table.findString(key);
+    return std::string{value != nullptr && !value->empty() ? *value : key};
+}
+
+} // namespace gps

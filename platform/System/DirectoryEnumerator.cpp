@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+
+#include "FileManager.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "FileSystem.h"
+#include "Log.h"
+
+namespace gps {
+namespace {
+
+void logFailure(const char* what, const std::string& folder, int systemError)
+{
+    logLine("The folder \"" + folder + "\" " + what + ": " + std::generic_category().message(systemError));
+}
+
+/// A volume that does not tell the kinds of its entries (vfat does) is asked about each.
+bool isFolder(FileSystem& files, const std::string& parent, const dirent& entry)
+{
+    if (entry.d_type != DT_UNKNOWN)
+        return entry.d_type == DT_DIR;
+    struct stat status;
+    return files.lstat(joinPath(parent, entry.d_name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+DirectoryEnumerator::DirectoryEnumerator(std::string folder, FileSystem* files)
+    : folder_(std::move(folder)), files_(files != nullptr ? files : &FileSystem::system())
+{
+    enter({});
+}
+
+std::optional<FolderEntry> DirectoryEnumerator::next()
+{
+    if (std::exchange(descend_, false))
+        enter(last_ + '/');
+    while (!levels_.empty() && levels_.back().next == levels_.back().names.size())
+        levels_.pop_back();
+    if (levels_.empty())
+        return std::nullopt;
+    Level& level = levels_.back();
+    const Name& name = level.names[level.next++];
+    FolderEntry entry{level.relativePath + name.name, name.isFolder};
+    if (entry.isFolder) {
+        last_ = entry.relativePath;
+        descend_ = true;
+    }
+    return entry;
+}
+
+void DirectoryEnumerator::enter(std::string relativePath)
+{
+    const std::string path = joinPath(folder_, relativePath);
+    DIR* const folder = files_->opendir(path.c_str());
+    if (folder == nullptr) {
+        if (errno != ENOENT)
+            logFailure("cannot be listed", path, errno);
+        return;
+    }
+    Level level{std::move(relativePath), {}, 0};
+    errno = 0;
+    while (const dirent* entry = files_->readdir(folder)) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            level.names.push_back({std::string{name}, isFolder(*files_, path, *entry)});
+        errno = 0;
+    }
+    if (errno != 0)
+        logFailure("cannot be listed to its end", path, errno);
+    (void)files_->closedir(folder);
+    std::sort(level.names.begin(), level.names.end(), [](const Name& a, const Name& b) { return a.name < b.name; });
+    levels_.push_back(std::move(level));
+}
+
+} // namespace gps

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+
+#include "FileManager.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <system_error>
+
+#include "AtomicWrite.h"
+#include "FileSystem.h"
+#include "OpenFile.h"
+
+#include <fcntl.h>
+
+namespace gps {
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{256} << 10; ///< read at once: what a cache holds
+
+std::string_view nameOf(std::string_view path)
+{
+    const auto end = path.find_last_not_of('/');
+    if (end == std::string_view::npos)
+        return path;
+    const auto slash = path.rfind('/', end);
+    const auto begin = slash == std::string_view::npos ? 0 : slash + 1;
+    return path.substr(begin, end + 1 - begin);
+}
+
+const char* predicate(FileErrorCode code)
+{
+    switch (code) {
+    case FileErrorCode::kNoSuchFolder:
+        return "could not be found, or its folder does not exist.";
+    case FileErrorCode::kReadUnknown:
+        return "could not be read.";
+    case FileErrorCode::kReadNoPermission:
+        return "could not be read because permission was refused.";
+    case FileErrorCode::kReadNoSuchFile:
+        return "could not be opened because there is no such file.";
+    case FileErrorCode::kReadNotAscii:
+        return "could not be read because it is not plain ASCII text.";
+    case FileErrorCode::kWriteUnknown:
+        return "could not be written.";
+    case FileErrorCode::kWriteNoPermission:
+        return "could not be written because permission was refused.";
+    case FileErrorCode::kWriteFileExists:
+        return "could not be written because a file of that name exists.";
+    case FileErrorCode::kWriteNotAscii:
+        return "could not be written because its text is not plain ASCII.";
+    case FileErrorCode::kWriteNoSpace:
+        return "could not be written because there is no space left.";
+    case FileErrorCode::kWriteReadOnlyVolume:
+        break;
+    }
+    return "could not be written because the volume is read-only.";
+}
+
+Error readError(const std::string& path, int systemError)
+{
+    switch (systemError) {
+    case EACCES:
+    case EPERM:
+        return makeFileError(FileErrorCode::kReadNoPermission, path, systemError);
+    case ENOENT:
+        return makeFileError(FileErrorCode::kReadNoSuchFile, path, systemError);
+    default:
+        return makeFileError(FileErrorCode::kReadUnknown, path, systemError);
+    }
+}
+
+Error writeError(const std::string& path, int systemError)
+{
+    switch (systemError) {
+    case ENOENT:
+        return makeFileError(FileErrorCode::kNoSuchFolder, path, systemError);
+    case EACCES:
+    case EPERM:
+        return makeFileError(FileErrorCode::kWriteNoPermission, path, systemError);
+    case ENOSPC:
+    case EDQUOT:
+        return makeFileError(FileErrorCode::kWriteNoSpace, path, systemError);
+    case EROFS:
+        return makeFileError(FileErrorCode::kWriteReadOnlyVolume, path, systemError);
+    default:
+        return makeFileError(FileErrorCode::kWriteUnknown, path, systemError);
+    }
+}
+
+/// By words: the time of reading a file is to be the medium's.
+bool isAscii(std::string_view text)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::uint64_t words[4];
+    std::size_t i = 0;
+    for (; i + sizeof words <= text.size(); i += sizeof words) {
+        std::memcpy(words, text.data() + i, sizeof words);
+        if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0)
+            return false;
+    }
+    return std::none_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(),
+                        [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
+}
+
+/// Reads to the file's end, or up to the limit. @return  0 or errno
+int readUpTo(FileSystem& files, int file, std::size_t expected, std::size_t limit, std::string& bytes)
+{
+    bytes.reserve(std::min(expected, limit));
+    while (bytes.size() < limit) {
+        const std::size_t used = bytes.size();
+        // The last byte of a file's room stays free, and reading into it meets the end.
+        const std::size_t wanted = std::clamp<std::size_t>(used < expected ? expected - used : kPiece, 1, kPiece);
+        bytes.resize(std::min(used + wanted, limit));
+        const ssize_t count = files.read(file, bytes.data() + used, bytes.size() - used);
+        const int failure = count < 0 ? errno : 0;
+        bytes.resize(used + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (count == 0)
+            return 0;
+        if (failure != 0 && failure != EINTR)
+            return failure;
+    }
+    return 0;
+}
+
+enum class Extent { kWhole, kFront };
+
+/// @return  0 or errno. A FIFO or a device is not waited for: the open does not block, and neither is read.
+int readRegularFile(FileSystem& files, const std::string& path, std::size_t limit, Extent extent, std::string& bytes)
+try {
+    bytes.clear();
+    const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY)};
+    if (!file)
+        return errno;
+    struct stat status;
+    if (files.fstat(file.get(), &status) != 0)
+        return errno;
+    if (!S_ISREG(status.st_mode))
+        return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
+    const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+    if (extent == Extent::kFront)
+        return readUpTo(files, file.get(), size + 1, limit, bytes);
+    if (size > limit)
+        return EFBIG;
+    if (const int failure = readUpTo(files, file.get(), size + 1, limit + 1, bytes))
+        return failure;
+    return bytes.size() > limit ? EFBIG : 0; // it grew meanwhile, or tells no size
+} catch (const std::bad_alloc&) {
+    return ENOMEM;
+}
+
+std::optional<Error> read(FileSystem& files, const std::string& path, std::size_t limit, Extent extent, std::string& bytes)
+{
+    const int failure = readRegularFile(files, path, std::min(limit, kLargestFile), extent, bytes);
+    if (failure == 0)
+        return std::nullopt;
+    bytes.clear();
+    return readError(path, failure);
+}
+
+} // namespace
+
+Error makeFileError(FileErrorCode code, const std::string& path, int systemError)
+{
+    Dictionary userInfo{{kErrorDescriptionKey, "The file \"" + std::string{nameOf(path)} + "\" " + predicate(code)},
+                        {kErrorPathKey, path}};
+    if (systemError != 0)
+        userInfo.set(kErrorReasonKey, std::generic_category().message(systemError));
+    return {kFileErrorDomain, static_cast<std::int32_t>(code), std::move(userInfo)};
+}
+
+FileManager::FileManager(FileSystem* files) : files_(files != nullptr ? files : &FileSystem::system()) {}
+
+bool FileManager::fileExists(const std::string& path, bool* isFolder) const
+{
+    struct stat status;
+    const bool exists = files_->stat(path.c_str(), &status) == 0;
+    if (isFolder != nullptr)
+        *isFolder = exists && S_ISDIR(status.st_mode);
+    return exists;
+}
+
+std::optional<Error> FileManager::readAsciiFile(const std::string& path, std::string& text) const
+{
+    if (auto error = readFile(path, text))
+        return error;
+    if (isAscii(text))
+        return std::nullopt;
+    text.clear();
+    return makeFileError(FileErrorCode::kReadNotAscii, path);
+}
+
+std::optional<Error> FileManager::readFile(const std::string& path, std::string& bytes, std::size_t limit) const
+{
+    return read(*files_, path, limit, Extent::kWhole, bytes);
+}
+
+std::optional<Error> FileManager::readFront(const std::string& path, std::string& bytes, std::size_t limit) const
+{
+    return read(*files_, path, limit, Extent::kFront, bytes);
+}
+
+std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& path, std::string_view text) const
+{
+    if (!isAscii(text))
+        return makeFileError(FileErrorCode::kWriteNotAscii, path);
+    if (const int failure = writeAtomically(*files_, path, text))
+        return writeError(path, failure);
+    return std::nullopt;
+}
+
+std::optional<Error> FileManager::removeItem(const std::string& path) const
+{
+    if (files_->removeTree(path.c_str()) != 0)
+        return writeError(path, errno);
+    return std::nullopt;
+}
+
+DirectoryEnumerator FileManager::enumerator(const std::string& folder) const
+{
+    return DirectoryEnumerator{folder, files_};
+}
+
+std::string joinPath(std::string_view folder, std::string_view name)
+{
+    name.remove_prefix(std::min(name.find_first_not_of('/'), name.size()));
+    if (folder.empty())
+        return std::string{name};
+    if (name.empty())
+        return std::string{folder};
+    const auto end = folder.find_last_not_of('/');
+    std::string path{folder.substr(0, end == std::string_view::npos ? 0 : end + 1)};
+    return path.append(1, '/').append(name);
+}
+
+std::string_view pathExtension(std::string_view path) noexcept
+{
+    while (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
+    path.remove_prefix(path.rfind('/') + 1); // without a "/", npos + 1 is 0
+    const auto dot = path.rfind('.');
+    return dot != std::string_view::npos ? path.substr(dot + 1) : std::string_view{};
+}
+
+} // namespace gps

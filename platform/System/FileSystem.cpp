@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+
+#include "FileSystem.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace gps {
+
+FileSystem& FileSystem::system()
+{
+    static FileSystem& theSystem = *new FileSystem; // never destroyed: workers use it until the process is gone
+    return theSystem;
+}
+
+int FileSystem::open(const char* path, int flags)
+{
+    return ::open(path, flags | O_CLOEXEC);
+}
+
+int FileSystem::openat(int folder, const char* name, int flags, mode_t mode)
+{
+    return ::openat(folder, name, flags | O_CLOEXEC, mode);
+}
+
+ssize_t FileSystem::read(int file, void* buffer, std::size_t size)
+{
+    return ::read(file, buffer, size);
+}
+
+ssize_t FileSystem::write(int file, const void* data, std::size_t size)
+{
+    return ::write(file, data, size);
+}
+
+int FileSystem::fsync(int file)
+{
+    return ::fsync(file);
+}
+
+int FileSystem::fchmod(int file, mode_t mode)
+{
+    return ::fchmod(file, mode);
+}
+
+int FileSystem::renameat(int folder, const char* from, const char* to)
+{
+    return ::renameat(folder, from, folder, to);
+}
+
+int FileSystem::unlinkat(int folder, const char* name)
+{
+    return ::unlinkat(folder, name, 0);
+}
+
+int FileSystem::flock(int file, int operation)
+{
+    return ::flock(file, operation);
+}
+
+int FileSystem::close(int file)
+{
+    return ::close(file);
+}
+
+int FileSystem::stat(const char* path, struct stat* out)
+{
+    return ::stat(path, out);
+}
+
+int FileSystem::lstat(const char* path, struct stat* out)
+{
+    return ::lstat(path, out);
+}
+
+int FileSystem::fstat(int file, struct stat* out)
+{
+    return ::fstat(file, out);
+}
+
+int FileSystem::fstatat(int folder, const char* name, struct stat* out)
+{
+    return ::fstatat(folder, name, out, AT_SYMLINK_NOFOLLOW);
+}
+
+DIR* FileSystem::opendir(const char* path)
+{
+    return ::opendir(path);
+}
+
+dirent* FileSystem::readdir(DIR* folder)
+{
+    return ::readdir(folder);
+}
+
+int FileSystem::closedir(DIR* folder)
+{
+    return ::closedir(folder);
+}
+
+int FileSystem::removeTree(const char* path)
+{
+    struct stat present;
+    if (::lstat(path, &present) != 0)
+        return -1;
+    std::error_code failure;
+    std::filesystem::remove_all(path, failure);
+    if (!failure)
+        return 0;
+    errno = failure.value();
+    return -1;
+}
+
+} // namespace gps

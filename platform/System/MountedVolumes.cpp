@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+
+#include "MountedVolumes.h"
+
+#include "FileManager.h"
+#include "FileSystem.h"
+#include "Udev.h"
+
+#include <sys/sysmacros.h>
+
+namespace gps {
+namespace {
+
+constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; ///< bytes
+
+std::string_view textOf(const char* text)
+{
+    return text != nullptr ? std::string_view{text} : std::string_view{};
+}
+
+/// The block device behind a mount. A volume that spans devices has a number of its own, with major 0, and names one of
+/// them as its source.
+std::optional<dev_t> deviceOf(const MountTableEntry& entry)
+{
+    if (entry.major != 0)
+        return makedev(entry.major, entry.minor);
+    struct stat status;
+    if (FileSystem::system().stat(entry.source.c_str(), &status) == 0 && S_ISBLK(status.st_mode))
+        return status.st_rdev;
+    return std::nullopt;
+}
+
+bool isMemoryCard(udev_device* disk)
+{
+    return textOf(udev_device_get_sysname(disk)).substr(0, 6) == "mmcblk" ||
+           udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr) != nullptr;
+}
+
+/// A hard disk in a USB case calls itself not removable, and yet it is.
+bool isRemovable(udev_device* disk)
+{
+    return textOf(udev_device_get_sysattr_value(disk, "removable")) == "1" || isMemoryCard(disk) ||
+           udev_device_get_parent_with_subsystem_devtype(disk, "usb", "usb_device") != nullptr;
+}
+
+std::optional<bool> removability(udev* database, const MountTableEntry& entry)
+{
+    const auto number = deviceOf(entry);
+    if (!number)
+        return std::nullopt;
+    const UdevDevice device{udev_device_new_from_devnum(database, 'b', *number)};
+    if (!device)
+        return std::nullopt;
+    udev_device* disk = device.get();
+    if (textOf(udev_device_get_devtype(disk)) == "partition")
+        disk = udev_device_get_parent_with_subsystem_devtype(disk, "block", "disk");
+    return disk != nullptr ? std::optional{isRemovable(disk)} : std::nullopt;
+}
+
+} // namespace
+
+std::vector<MountedVolume> mountedVolumes(const std::string& mountTable)
+{
+    std::string text;
+    const Udev database{udev_new()};
+    if (!database || FileManager{}.readFile(mountTable, text, kLargestMountTable))
+        return {};
+    std::vector<MountedVolume> volumes;
+    for (auto& entry : parseMountTable(text)) {
+        const auto removable = removability(database.get(), entry);
+        volumes.push_back({std::move(entry.path), removable});
+    }
+    return volumes;
+}
+
+} // namespace gps

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+
+#include "Bundle.h"
+
+#include <gps/NumberText.h>
+
+namespace gps {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Takes what a string table is made of off the front of a text. Each operation answers whether it found it.
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : rest_(text) { take(kByteOrderMark); }
+
+    bool take(std::string_view token)
+    {
+        if (rest_.substr(0, token.size()) != token)
+            return false;
+        rest_.remove_prefix(token.size());
+        return true;
+    }
+
+    /// White space and comments; false for a comment without an end.
+    bool skipGaps()
+    {
+        for (;;) {
+            while (!rest_.empty() && isWhiteSpace(rest_.front()))
+                rest_.remove_prefix(1);
+            if (take("//"))
+                skipPast("\n");
+            else if (!take("/*"))
+                return true;
+            else if (!skipPast("*/"))
+                return false;
+        }
+    }
+
+    bool takeQuoted(std::string& text)
+    {
+        if (!take("\""))
+            return false;
+        while (!rest_.empty()) {
+            const char c = rest_.front();
+            rest_.remove_prefix(1);
+            if (c == '"')
+                return true;
+            if (c != '\\')
+                text += c;
+            else if (!takeEscape(text))
+                return false;
+        }
+        return false;
+    }
+
+private:
+    bool skipPast(std::string_view end)
+    {
+        const auto at = rest_.find(end);
+        rest_.remove_prefix(at == std::string_view::npos ? rest_.size() : at + end.size());
+        return at != std::string_view::npos;
+    }
+
+    bool takeEscape(std::string& text)
+    {
+        constexpr std::string_view kLetters = "abfnrtv\\\"'?";
+        constexpr std::string_view kMeanings = "\a\b\f\n\r\t\v\\\"'?";
+        const auto at = rest_.empty() ? std::string_view::npos : kLetters.find(rest_.front());
+        if (at == std::string_view::npos)
+            return false;
+        text += kMeanings[at];
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    std::string_view rest_;
+};
+
+} // namespace
+
+Dictionary parseStringTable(std::string_view text)
+{
+    Dictionary table;
+    Scanner scanner{text};
+    for (;;) {
+        std::string key;
+        std::string value;
+        const bool whole = scanner.skipGaps() && scanner.takeQuoted(key) && scanner.skipGaps() && scanner.take("=") &&
+                           scanner.skipGaps() && scanner.takeQuoted(value) && scanner.skipGaps() && scanner.take(";");
+        if (!whole)
+            return table;
+        table.set(key, std::move(value));
+    }
+}
+
+} // namespace gps

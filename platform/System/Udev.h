@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// The device database's objects, released at the end of their scope. Private to the platform. [host thread]
+
+#pragma once
+
+#include <memory>
+
+#include <libudev.h>
+
+namespace gps {
+
+template <auto release> struct UdevRelease {
+    template <typename T> void operator()(T* object) const noexcept { release(object); }
+};
+
+using Udev = std::unique_ptr<udev, UdevRelease<&udev_unref>>;
+using UdevDevice = std::unique_ptr<udev_device, UdevRelease<&udev_device_unref>>;
+using UdevMonitor = std::unique_ptr<udev_monitor, UdevRelease<&udev_monitor_unref>>;
+
+} // namespace gps

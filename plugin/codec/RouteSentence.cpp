@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+
+#include "RouteSentence.h"
+
+#include "FieldText.h"
+#include "SentenceFields.h"
+#include "SymbolMap.h"
+
+#include <gps/NumberText.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/System/Log.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace magellan {
+namespace {
+
+namespace NMEAUtils = gps::NMEAUtils;
+
+// Field positions:
+//   0       1     2      3 4      5    6     7    8     9
+//   PMGNRTE,TOTAL,NUMBER,c,ROUTE#,NAME,POINT,ICON,POINT,ICON     a list; as many pairs as there are
+//   PMGNRTE,TOTAL,NUMBER,m,ROUTE#,NAME,COMMENT                   the message
+constexpr std::string_view kSentence = "PMGNRTE";
+enum Field : std::size_t { kKind, kTotal, kNumber, kLetter, kRouteNumber, kName, kFirstPoint, kComment = kFirstPoint };
+
+constexpr char kList = 'c';
+constexpr char kMessage = 'm';
+constexpr int kNameLength = 20;
+constexpr std::size_t kPointsPerSentence = 2;
+
+/// Takes the text up to the next "," off the front, with the ",".
+std::string_view takeField(std::string_view& rest) noexcept
+{
+    const auto field = rest.substr(0, rest.find(','));
+    rest.remove_prefix(std::min(rest.size(), field.size() + 1));
+    return field;
+}
+
+/// Appends the waypoints of a list's pairs of name and icon. The icons are not looked at: a waypoint's record knows its own.
+void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints)
+{
+    while (!pairs.empty()) {
+        const auto name = takeField(pairs);
+        takeField(pairs);
+        if (name.empty())
+            continue;
+        if (const auto* record = waypoints.find(name))
+            points.push_back(*record);
+        else
+            gps::logLine("referencing " + std::string{name} + " waypoint that doesn't exist");
+    }
+}
+
+void logGap(std::int32_t last, std::int32_t expected)
+{
+    gps::logLine("route index should have been " + std::to_string(last) + ", was " + std::to_string(expected) + " instead");
+}
+
+std::int32_t integerUnder(const gps::Dictionary& info, std::string_view key, std::int32_t missing)
+{
+    const auto* value = info.find(key);
+    const bool readable = value != nullptr && (value->as<gps::Number>() != nullptr || value->as<std::string>() != nullptr);
+    return readable ? value->int32Reading() : missing;
+}
+
+/// The head that a route's sentences share, up to the field that tells them apart.
+std::string headOf(std::size_t total, std::size_t number, char letter, std::int32_t routeNumber, std::string_view name)
+{
+    std::string head{kSentence};
+    head.append(1, ',').append(std::to_string(total)).append(1, ',').append(std::to_string(number)).append(1, ',');
+    head.append(1, letter).append(1, ',').append(std::to_string(routeNumber)).append(1, ',').append(name);
+    return head;
+}
+
+/// The icon of a route point. An empty one would close its pair too early.
+std::string_view iconOf(const gps::Dictionary& record)
+{
+    const auto icon = SymbolMap::shared().icon(record.findString("symbol"));
+    return icon.empty() ? std::string_view{kMagellanSymbol_crossed_box} : icon;
+}
+
+} // namespace
+
+bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const gps::Dictionary& waypoints,
+                            gps::Dictionary& info)
+{
+    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
+    if (!fields)
+        return false;
+
+    // All that can throw comes first, so that a damaged sentence leaves the route as it was.
+    const auto name = fields->at(kName);
+    const auto letter = fields->at(kLetter);
+    if (letter.empty())
+        fields->throwRangeError(kLetter);
+    const auto comment = letter.front() == kMessage ? fields->at(kComment) : std::string_view{};
+
+    const std::int32_t total = gps::leadingInt32(fields->at(kTotal));
+    const std::int32_t number = gps::leadingInt32(fields->at(kNumber));
+    const std::int32_t last = integerUnder(info, "lastIndex", 0);
+    info.setText("name", name);
+    const std::int32_t expected = gps::saturatedInt32(std::int64_t{number} - 1);
+    if (last != expected)
+        logGap(last, expected);
+    if (letter.front() == kMessage)
+        info.setText("comment", comment);
+    else if (letter.front() == kList)
+        appendPoints(fields->from(kFirstPoint), points, waypoints);
+    info.set("lastIndex", number);
+    return total == number;
+}
+
+std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::Dictionary& info)
+{
+    const std::string comment = magellanStringFromDictionary(info, "comment");
+    const std::string name = magellanStringFromDictionary(info, "name", kNameLength);
+    const std::int32_t routeNumber = integerUnder(info, "number", 1);
+    const std::size_t lists = (list.size() + kPointsPerSentence - 1) / kPointsPerSentence;
+    const std::size_t total = lists + (comment.empty() ? 0 : 1);
+
+    std::vector<std::string> sentences;
+    sentences.reserve(total);
+    std::string body;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (i % kPointsPerSentence == 0)
+            body = headOf(total, sentences.size() + 1, kList, routeNumber, name);
+        const auto* record = list[i].as<gps::Dictionary>();
+        const gps::Dictionary& point = record != nullptr ? *record : gps::Dictionary{};
+        body.append(1, ',').append(magellanStringFromDictionary(point, "name", kNameLength)).append(1, ',').append(iconOf(point));
+        if (i % kPointsPerSentence == kPointsPerSentence - 1 || i + 1 == list.size())
+            sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
+    }
+    if (!comment.empty()) {
+        body = headOf(total, sentences.size() + 1, kMessage, routeNumber, name).append(1, ',').append(comment);
+        sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
+    }
+    return sentences;
+}
+
+} // namespace magellan

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Route sentences: a run of "$PMGNRTE" lines <-> one route. The lines name their waypoints, which travel as sentences of
+// their own. Stateless: any thread may call these at any time, each with arguments of its own.
+
+#pragma once
+
+#include <gps/Value.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace magellan {
+
+/// Reads one line of a route: `interpretRouteSentence:into:fromWaypoints:withInfo:`. [any]
+///
+/// @param sentence   one line as read: "$", body, "*hh", with or without a line end
+/// @param points     gets the records of the waypoints that the line names, in order; a name that is not there is logged
+/// @param waypoints  name to waypoint record
+/// @param info       in and out, from line to line of one route: "lastIndex", "name", "comment". A gap in the numbers is logged
+/// @return           whether the line was the route's last one
+/// @throws gps::RangeError  the body has fewer than 6 fields, an empty kind, or a message without its text. Nothing has changed
+/// Source: NMEA 0183 proprietary sentence form.
+[[nodiscard]] bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const gps::Dictionary& waypoints,
+                                          gps::Dictionary& info);
+
+/// Writes a route: `makeRouteSentencesFromWaypointList:andInfo:`: lists of two waypoints each, then the comment as a message.
+/// [any]
+/// @param list  waypoint records in route order: "name" (filtered, cut to 20 characters), "symbol"
+/// @param info  "name" (likewise), "comment" (filtered), "number" (1 when missing)
+/// @return      sentences with their checksums, without line ends
+[[nodiscard]] std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::Dictionary& info);
+
+} // namespace magellan

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+
+#include "Errors.h"
+
+#include "PluginBundle.h"
+
+#include <utility>
+
+namespace magellan {
+
+gps::Error makeError(ErrorCode code, std::string_view description, std::string_view suggestion,
+                     const std::optional<std::string>& path)
+{
+    gps::Dictionary info{{gps::kErrorDescriptionKey, pluginBundle().localizedString(description)},
+                         {gps::kErrorSuggestionKey, pluginBundle().localizedString(suggestion)}};
+    if (path)
+        info.set(gps::kErrorPathKey, *path);
+    return {kErrorDomain, static_cast<std::int32_t>(code), std::move(info)};
+}
+
+gps::Error makeThrownError(const std::exception& failure, const std::string& path)
+{
+    return {gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, failure.what()}, {gps::kErrorPathKey, path}}};
+}
+
+} // namespace magellan

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: MIT
+
+#include "DeviceFileWriters.h"
+
+#include "../codec/CodecLog.h"
+#include "../codec/GeoCacheSentence.h"
+#include "../codec/RouteSentence.h"
+#include "../codec/TrackPointSentence.h"
+#include "../codec/WayPointSentence.h"
+#include "DeviceFileReaders.h"
+
+#include <gps/NumberText.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/System/FileManager.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace magellan {
+namespace {
+
+std::optional<gps::Error> write(std::string_view text, const std::string& path)
+{
+    return gps::FileManager{}.writeAsciiFileAtomically(path, text);
+}
+
+/// A file's lines, the closing sentence behind them.
+std::string textOf(const std::vector<std::string>& sentences)
+{
+    std::size_t size = 0;
+    for (const auto& sentence : sentences)
+        size += sentence.size() + 2;
+    const std::string closing = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+
+    std::string text;
+    text.reserve(size + closing.size());
+    for (const auto& sentence : sentences)
+        text.append(sentence).append("\r\n");
+    text += closing;
+    return text;
+}
+
+/// What a geocache is kept under: its identifier, a number as its decimal text, or else its name.
+std::optional<std::string> geocacheKey(const gps::Dictionary& record)
+{
+    if (const auto* id = record.find("cacheID")) {
+        if (const auto* text = id->as<std::string>())
+            return *text;
+        if (const auto* number = id->as<gps::Number>())
+            return number->text();
+    }
+    const auto* name = record.findString("name");
+    return name != nullptr ? std::optional{*name} : std::nullopt;
+}
+
+gps::Array sortedByName(gps::Array records)
+{
+    const auto nameOf = [](const gps::Value& value) -> const std::string& {
+        return *value.as<gps::Dictionary>()->findString("name");
+    };
+    std::sort(records.begin(), records.end(),
+              [&nameOf](const gps::Value& a, const gps::Value& b) { return nameOf(a) < nameOf(b); });
+    return records;
+}
+
+/// Counts the names that had to change, within one route.
+class Renames {
+public:
+    /// "NAME 1" for the first clash of a name, "NAME 2" for the next.
+    std::string next(const std::string& name)
+    {
+        const auto* used = counters_.find(name);
+        const std::int32_t counter = (used != nullptr ? used->int32Reading() : 0) + 1;
+        counters_.set(name, counter);
+        return name + " " + std::to_string(counter);
+    }
+
+private:
+    gps::Dictionary counters_;
+};
+
+std::optional<gps::Error> mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
+                                               std::string_view file,
+                                               std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&))
+{
+    if (deleting)
+        deleteFilesFromDir(folder, gps::pathExtension(file));
+    return merge(records, gps::joinPath(folder, file));
+}
+
+} // namespace
+
+std::optional<gps::Error> saveTracks(const gps::Array& records, const std::string& folder, bool deleting)
+{
+    if (deleting)
+        deleteFilesFromDir(folder, "log");
+    for (const auto& element : records) {
+        const auto* track = element.as<gps::Dictionary>();
+        if (track == nullptr)
+            continue;
+        const auto path = getNextFileNameFromPath(folder, trackFileName);
+        if (!path)
+            return gps::makeFileError(gps::FileErrorCode::kWriteFileExists,
+                                      gps::joinPath(folder, trackFileName(kTrackNumbers - 1)));
+        if (auto error = saveTrack(*track, *path))
+            return error;
+    }
+    return std::nullopt;
+}
+
+std::optional<gps::Error> saveWaypoints(const gps::Array& records, const std::string& folder, bool deleting)
+{
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultWaypointFile, mergeWaypoints);
+}
+
+std::optional<gps::Error> saveRoutes(const gps::Array& records, const std::string& folder, bool deleting)
+{
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultRouteFile, mergeRoutes);
+}
+
+std::optional<gps::Error> saveGeocaches(const gps::Array& records, const std::string& folder, bool deleting)
+{
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultGeocacheFile, mergeGeocaches);
+}
+
+std::optional<gps::Error> saveTrack(const gps::Dictionary& track, const std::string& path)
+{
+    return write(trackText(track), path);
+}
+
+std::optional<gps::Error> mergeWaypoints(const gps::Array& records, const std::string& path)
+{
+    return write(mergedWaypointText(records, path), path);
+}
+
+std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path)
+{
+    const auto text = mergedGeocacheText(records, path);
+    return text ? write(*text, path) : std::nullopt;
+}
+
+std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path)
+{
+    return write(mergedRouteText(records, path), path);
+}
+
+std::string trackText(const gps::Dictionary& track)
+{
+    std::vector<std::string> sentences;
+    const auto* points = track.find("points");
+    for (const auto& element :
+         points != nullptr && points->as<gps::Array>() != nullptr ? *points->as<gps::Array>() : gps::Array{}) {
+        const auto* record = element.as<gps::Dictionary>();
+        const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
+        if (point == nullptr)
+            continue;
+        if (auto sentence = makeTrackPointSentence(*point))
+            sentences.push_back(std::move(*sentence));
+        else
+            logFailedSentence(element);
+    }
+    return textOf(sentences);
+}
+
+std::string mergedWaypointText(const gps::Array& records, const std::string& path)
+{
+    gps::Dictionary merged;
+    (void)acquireWayPointsIntoDictionary(path, merged); // a missing file is an empty one; the reader has logged why
+    for (const auto& element : records) {
+        const auto* record = element.as<gps::Dictionary>();
+        if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
+            merged.set(*name, element);
+    }
+    return textOf(makeWayPointSentences(merged.takeValues()));
+}
+
+std::optional<std::string> mergedGeocacheText(const gps::Array& records, const std::string& path)
+{
+    gps::Dictionary merged;
+    (void)acquireGeoCachesIntoDictionary(path, merged);
+    for (const auto& element : records) {
+        const auto* record = element.as<gps::Dictionary>();
+        if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
+            merged.set(*key, element);
+    }
+    const auto sentences = makeGeocacheSentences(merged.takeValues());
+    return sentences ? std::optional{textOf(*sentences)} : std::nullopt;
+}
+
+std::string mergedRouteText(const gps::Array& records, const std::string& path)
+{
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    acquireRoutesIntoDictionaries(path, waypoints, routes);
+    for (const auto& element : records) {
+        if (const auto* route = element.as<gps::Dictionary>())
+            mergeRoute(*route, waypoints, routes);
+    }
+
+    auto sentences = makeWayPointSentences(sortedByName(waypoints.takeValues()));
+    std::int32_t number = 0;
+    for (auto& element : routes.takeValues()) {
+        auto& route = *element.as<gps::Dictionary>();
+        route.set("number", ++number);
+        for (auto& sentence : makeRouteSentences(*route.find("points")->as<gps::Array>(), route))
+            sentences.push_back(std::move(sentence));
+    }
+    return textOf(sentences);
+}
+
+void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes)
+{
+    gps::Array points;
+    Renames renames;
+    const auto* listed = route.find("points");
+    for (const auto& element :
+         listed != nullptr && listed->as<gps::Array>() != nullptr ? *listed->as<gps::Array>() : gps::Array{}) {
+        const auto* record = element.as<gps::Dictionary>();
+        const auto* name = record != nullptr ? record->findString("name") : nullptr;
+        if (name == nullptr)
+            continue;
+        gps::Dictionary point = *record;
+        const auto* present = waypoints.find(*name);
+        if (present != nullptr && *present != element)
+            point.set("name", renames.next(*name));
+        waypoints.set(*point.findString("name"), point);
+        points.push_back(std::move(point));
+    }
+    const auto* name = route.findString("name");
+    if (name == nullptr)
+        return;
+    gps::Dictionary merged = route;
+    merged.set("points", std::move(points));
+    routes.set(*name, std::move(merged));
+}
+
+void deleteFilesFromDir(const std::string& folder, std::string_view extension)
+{
+    const gps::FileManager files;
+    auto enumerator = files.enumerator(folder);
+    while (const auto entry = enumerator.next()) {
+        bool isFolder = false;
+        if (gps::pathExtension(entry->relativePath) == extension && files.fileExists(entry->relativePath, &isFolder) && !isFolder)
+            (void)files.removeItem(folder);
+    }
+}
+
+std::optional<std::string> getNextFileNameFromPath(const std::string& folder, std::string (*name)(int))
+{
+    for (int number = 0; number < kTrackNumbers; ++number) {
+        auto path = gps::joinPath(folder, name(number));
+        if (!gps::FileManager{}.fileExists(path))
+            return path;
+    }
+    return std::nullopt;
+}
+
+std::string trackFileName(int number)
+{
+    std::string name = "TKLG";
+    gps::appendPadded(name, number, 3);
+    return name + ".log";
+}
+
+} // namespace magellan

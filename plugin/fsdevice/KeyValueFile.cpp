@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+
+#include "KeyValueFile.h"
+
+#include "../common/Lines.h"
+#include "../common/PluginBundle.h"
+
+#include <gps/NumberText.h>
+#include <platform/System/FileManager.h>
+
+namespace magellan {
+namespace {
+
+void takeLine(std::string_view line, gps::Dictionary& dictionary)
+{
+    while (!line.empty() && gps::isWhiteSpace(line.front()))
+        line.remove_prefix(1);
+    const auto key = line.substr(0, line.find('='));
+    if (key.empty())
+        return;
+    const auto value = key.size() < line.size() ? line.substr(key.size() + 1) : std::string_view{};
+    dictionary.setText(key, value);
+}
+
+} // namespace
+
+gps::Dictionary parseKeyValueText(std::string_view text)
+{
+    gps::Dictionary dictionary;
+    forEachLine(text, [&dictionary](std::string_view line) { takeLine(line, dictionary); });
+    return dictionary;
+}
+
+std::optional<gps::Error> readMagellanDictionary(const std::string& path, gps::Dictionary& dictionary)
+{
+    std::string text;
+    if (auto error = gps::FileManager{}.readAsciiFile(path, text))
+        return error;
+    dictionary = parseKeyValueText(text);
+    return std::nullopt;
+}
+
+std::string unitFilePath(const std::string& volume)
+{
+    return gps::joinPath(volume, "USBTRANS/UNIT_ID.DAT");
+}
+
+std::optional<gps::Error> readMagellanUnitID(const std::string& volume, gps::Dictionary& dictionary)
+{
+    return readMagellanDictionary(unitFilePath(volume), dictionary);
+}
+
+std::optional<gps::Dictionary> readMagellanFolderDictionary(const std::string& volume)
+{
+    gps::Dictionary folders;
+    if (!readMagellanDictionary(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders))
+        return folders;
+    return pluginBundle().dictionaryResource("MagDefaultLanguage");
+}
+
+} // namespace magellan

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+
+#include "MagellanGPSPlugin.h"
+
+#include "../codec/FieldText.h"
+#include "../codec/SymbolMap.h"
+#include "../common/Errors.h"
+#include "../common/PluginBundle.h"
+#include "KeyValueFile.h"
+
+#include <gps/GPSOutputReceiver.h>
+#include <platform/System/DetachedThread.h>
+#include <platform/System/Log.h>
+
+#include <utility>
+
+namespace magellan {
+namespace {
+
+/// The tables that every driver shares, built before there is a driver, so that workers only ever read them.
+void buildSharedTables()
+{
+    (void)SymbolMap::shared();
+    (void)deviceCharacterSet();
+}
+
+} // namespace
+
+std::shared_ptr<MagellanGPSPlugin> MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
+{
+    if (plugInClass != kPlugInClass)
+        return nullptr;
+    buildSharedTables();
+    auto outlets = pluginBundle().loadView("MagellanGPS");
+    if (!outlets)
+        return nullptr;
+    auto driver = std::make_shared<MagellanGPSPlugin>();
+    driver->connect(std::move(*outlets));
+    driver->initFSDeviceList();
+    return driver->gpsView() != nullptr ? driver : nullptr;
+}
+
+std::string MagellanGPSPlugin::gpsCapabilities() const
+{
+    return "tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache";
+}
+
+std::optional<std::vector<std::string>> MagellanGPSPlugin::fileTypes() const
+{
+    return std::vector<std::string>{"log", "rte", "upt", "gs"};
+}
+
+void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
+{
+    if (const auto* level = options.find("debug"))
+        debugLevel_ = level->int32Reading();
+}
+
+std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, const gps::Dictionary& options,
+                                                         const gps::Dictionary& additions, WorkerBody body)
+{
+    gps::Dictionary work;
+    auto error = setUpDictionaryForThreading(options, work);
+    if (!error) {
+        for (const auto& [key, value] : additions)
+            work.set(key, value);
+        // The worker keeps the driver and its work dictionary until it ends: nobody joins it.
+        error = gps::detachNewThread([self = shared_from_this(), work = std::move(work), body] { (self.get()->*body)(work); });
+    }
+    if (error)
+        status->gpsStateChange(0);
+    return error;
+}
+
+std::optional<gps::Error> MagellanGPSPlugin::setUpDictionaryForThreading(const gps::Dictionary& options,
+                                                                         gps::Dictionary& work) const
+{
+    const auto* const volume = location();
+    if (volume == nullptr)
+        return logged(makeError(ErrorCode::kNoDevice, "No location was selected for Magellan device", kSuggestMounting));
+    auto folders = readMagellanFolderDictionary(*volume);
+    if (!folders)
+        return logged(makeError(ErrorCode::kDeviceDataMissing, "Magellan device data missing or in unregonized format",
+                                kSuggestMounting, *volume));
+    work = options;
+    work.set("folders", std::move(*folders));
+    work.set("targetPath", *volume);
+    return std::nullopt;
+}
+
+gps::Error MagellanGPSPlugin::logged(gps::Error error) const
+{
+    if (debugLevel_ != 0)
+        gps::logError(className(), error);
+    return error;
+}
+
+} // namespace magellan

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// How the driver sends to a mounted receiver: the host's call, and the worker that writes kind by kind.
+
+#include "../common/Errors.h"
+#include "DeviceFileWriters.h"
+#include "MagellanGPSPlugin.h"
+#include "SendOrder.h"
+
+#include <gps/GPSOutputReceiver.h>
+#include <platform/System/Log.h>
+
+#include <exception>
+
+namespace magellan {
+namespace {
+
+std::optional<gps::Error> write(const SendJob& job)
+{
+    switch (job.kind) {
+    case SendKind::kTracks:
+        return saveTracks(job.records, *job.folder, false);
+    case SendKind::kWaypoints:
+        return saveWaypoints(job.records, *job.folder, false);
+    case SendKind::kGeocaches:
+        return saveGeocaches(job.records, *job.folder, false);
+    case SendKind::kRoutes:
+        break;
+    }
+    return saveRoutes(job.records, *job.folder, false);
+}
+
+/// Writes what there is a folder for. A failure, thrown ones included, is logged and goes no further: what follows is written
+/// all the same.
+void save(const SendJob& job)
+{
+    if (!job.folder)
+        return;
+    try {
+        if (const auto error = write(job))
+            gps::logError("MagellanGPSPlugin", *error);
+    } catch (const std::exception& failure) {
+        gps::logError("MagellanGPSPlugin", makeThrownError(failure, *job.folder));
+    }
+}
+
+} // namespace
+
+std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* data, const Status& status,
+                                                        const gps::Dictionary& options)
+{
+    takeDebugLevel(options);
+    if (data == nullptr) {
+        status->gpsStateChange(0);
+        return std::nullopt;
+    }
+    return startWorker(status, options, {{"status", status}, {"data", *data}}, &MagellanGPSPlugin::runSend);
+}
+
+void MagellanGPSPlugin::runSend(const gps::Dictionary& work)
+{
+    gps::GPSOutputReceiver& status = **work.find("status")->as<Status>();
+    for (const auto& bracket :
+         sendOrder(*work.findDictionary("data"), *work.findDictionary("folders"), *work.findString("targetPath"))) {
+        status.startSending(bracket.label, bracket.kind);
+        for (const auto& job : bracket.jobs)
+            save(job);
+        status.endSending(bracket.kind);
+    }
+    status.gpsStateChange(0);
+}
+
+} // namespace magellan

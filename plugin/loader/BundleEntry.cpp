@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// The module's entry: what a host looks up by name after loading the bundle.
+
+#include "MagellanGPSPluginLoader.h"
+
+#include <string_view>
+
+extern "C" [[gnu::visibility("default")]] gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className);
+
+gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className)
+{
+    // Never destroyed: a host may ask it until the process ends.
+    static auto* const loader = new magellan::MagellanGPSPluginLoader;
+    return className == std::string_view{"MagellanGPSPluginLoader"} ? loader : nullptr;
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// The plug-in's principal class: the first that a host asks. No state. [host thread]
+
+#pragma once
+
+#include <gps/VeloranPlugIn.h>
+
+namespace magellan {
+
+class MagellanGPSPluginLoader : public gps::VeloranPlugIn {
+public:
+    [[nodiscard]] bool piInitialize() override { return true; }
+    [[nodiscard]] std::string piName() override { return "Magellan GPS PlugIns"; }
+    [[nodiscard]] gps::Dictionary piInfo() override;
+    [[nodiscard]] std::string piClass() override { return "GPSPlugIn"; }
+    [[nodiscard]] std::int32_t piAPIVersion() override { return 1; }
+
+    /// The driver of mounted receivers, if it can be made.
+    [[nodiscard]] std::optional<gps::PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) override;
+
+    void piTerminate() override {}
+};
+
+} // namespace magellan

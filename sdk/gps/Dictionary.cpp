@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: MIT
+
+#include <gps/Dictionary.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+#include <gps/Value.h>
+
+namespace gps {
+namespace {
+
+constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
+
+/// Up to here a walk along the list beats hashing.
+constexpr std::size_t kLargestWithoutIndex = 12;
+
+} // namespace
+
+/// Open addressing with linear probing, at most half full. A slot that points at a removed entry stays, as a step on the
+/// way of later probes, until the next rebuild.
+struct Dictionary::Index {
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t position = kFree;
+    };
+    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+
+    explicit Index(std::size_t entries)
+    {
+        std::size_t capacity = 32;
+        while (capacity < entries * 4)
+            capacity *= 2;
+        slots.resize(capacity);
+    }
+
+    [[nodiscard]] bool hasRoomFor(std::size_t entries) const noexcept { return entries * 2 <= slots.size(); }
+
+    static std::uint32_t hashOf(std::string_view key) noexcept
+    {
+        return static_cast<std::uint32_t>(std::hash<std::string_view>{}(key));
+    }
+
+    void insert(std::uint32_t hash, std::size_t position) noexcept
+    {
+        std::size_t i = hash & (slots.size() - 1);
+        while (slots[i].position != kFree)
+            i = (i + 1) & (slots.size() - 1);
+        slots[i] = {hash, static_cast<std::uint32_t>(position)};
+    }
+
+    std::vector<Slot> slots;
+};
+
+Dictionary::Dictionary() noexcept = default;
+Dictionary::~Dictionary() = default;
+
+Dictionary::Dictionary(std::initializer_list<DictionaryEntry> entries)
+{
+    reserve(entries.size());
+    for (const auto& entry : entries)
+        set(entry.key, entry.value);
+}
+
+Dictionary::Dictionary(const Dictionary& other)
+{
+    *this = other;
+}
+
+Dictionary::Dictionary(Dictionary&& other) noexcept
+    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)), live_(std::exchange(other.live_, 0)),
+      index_(std::move(other.index_))
+{
+    other.entries_.clear();
+}
+
+Dictionary& Dictionary::operator=(const Dictionary& other)
+{
+    if (this == &other)
+        return *this;
+    clear();
+    reserve(other.live_);
+    for (const auto& [key, value] : other) {
+        if (used_ == entries_.size()) {
+            entries_.push_back({key, value});
+        } else {
+            entries_[used_].key = key;
+            entries_[used_].value = value;
+        }
+        ++used_;
+    }
+    live_ = used_;
+    if (live_ > kLargestWithoutIndex)
+        buildIndex();
+    return *this;
+}
+
+Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
+{
+    std::swap(entries_, other.entries_);
+    std::swap(used_, other.used_);
+    std::swap(live_, other.live_);
+    std::swap(index_, other.index_);
+    return *this;
+}
+
+const Value* Dictionary::find(std::string_view key) const noexcept
+{
+    const std::size_t position = positionOf(key, hashOf(key));
+    return position == kNotFound ? nullptr : &entries_[position].value;
+}
+
+Value* Dictionary::find(std::string_view key) noexcept
+{
+    const std::size_t position = positionOf(key, hashOf(key));
+    return position == kNotFound ? nullptr : &entries_[position].value;
+}
+
+const std::string* Dictionary::findString(std::string_view key) const noexcept
+{
+    const Value* value = find(key);
+    return value != nullptr ? value->as<std::string>() : nullptr;
+}
+
+const Dictionary* Dictionary::findDictionary(std::string_view key) const noexcept
+{
+    const Value* value = find(key);
+    return value != nullptr ? value->as<Dictionary>() : nullptr;
+}
+
+void Dictionary::set(std::string_view key, Value value)
+{
+    if (value.isNone())
+        remove(key);
+    else
+        slotFor(key) = std::move(value);
+}
+
+void Dictionary::setText(std::string_view key, std::string_view text)
+{
+    auto& held = slotFor(key).held_;
+    if (auto* present = std::get_if<std::string>(&held))
+        present->assign(text);
+    else
+        held.emplace<std::string>(text);
+}
+
+void Dictionary::remove(std::string_view key)
+{
+    const std::size_t position = positionOf(key, hashOf(key));
+    if (position == kNotFound)
+        return;
+    --live_;
+    if (index_) {
+        entries_[position].value = Value{};
+        return;
+    }
+    const auto at = entries_.begin() + static_cast<std::ptrdiff_t>(position);
+    std::rotate(at, at + 1, entries_.begin() + static_cast<std::ptrdiff_t>(used_));
+    --used_;
+}
+
+void Dictionary::clear() noexcept
+{
+    used_ = 0;
+    live_ = 0;
+    index_.reset();
+}
+
+std::vector<Value> Dictionary::takeValues()
+{
+    std::vector<Value> values;
+    values.reserve(live_);
+    for (std::size_t i = 0; i < used_; ++i) {
+        if (!entries_[i].value.isNone())
+            values.push_back(std::move(entries_[i].value));
+    }
+    clear();
+    return values;
+}
+
+void Dictionary::reserve(std::size_t entries)
+{
+    entries_.reserve(entries);
+}
+
+Dictionary::Iterator Dictionary::begin() const noexcept
+{
+    return {entries_.data(), entries_.data() + used_};
+}
+
+Dictionary::Iterator Dictionary::end() const noexcept
+{
+    const DictionaryEntry* end = entries_.data() + used_;
+    return {end, end};
+}
+
+bool operator==(const Dictionary& a, const Dictionary& b) noexcept
+{
+    if (a.size() != b.size())
+        return false;
+    return std::all_of(a.begin(), a.end(), [&b](const DictionaryEntry& entry) {
+        const Value* other = b.find(entry.key);
+        return other != nullptr && *other == entry.value;
+    });
+}
+
+/// The value under a key, which is made first if there is none: it may then hold what a cleared entry held before.
+Value& Dictionary::slotFor(std::string_view key)
+{
+    const std::uint32_t hash = hashOf(key);
+    std::size_t position = positionOf(key, hash);
+    if (position == kNotFound) {
+        append(key, hash);
+        position = used_ - 1;
+    }
+    return entries_[position].value;
+}
+
+/// What the index wants to know of a key; without one nobody asks.
+std::uint32_t Dictionary::hashOf(std::string_view key) const noexcept
+{
+    return index_ ? Index::hashOf(key) : 0;
+}
+
+std::size_t Dictionary::positionOf(std::string_view key, std::uint32_t hash) const noexcept
+{
+    if (!index_) {
+        for (std::size_t i = 0; i < used_; ++i) {
+            if (entries_[i].key == key)
+                return i;
+        }
+        return kNotFound;
+    }
+    const auto& slots = index_->slots;
+    for (std::size_t i = hash & (slots.size() - 1); slots[i].position != Index::kFree; i = (i + 1) & (slots.size() - 1)) {
+        const auto& entry = entries_[slots[i].position];
+        if (slots[i].hash == hash && !entry.value.isNone() && entry.key == key)
+            return slots[i].position;
+    }
+    return kNotFound;
+}
+
+void Dictionary::append(std::string_view key, std::uint32_t hash)
+{
+    if (index_ && !index_->hasRoomFor(used_ + 1))
+        makeRoom();
+    if (used_ == entries_.size())
+        entries_.emplace_back();
+    auto& entry = entries_[used_];
+    entry.key.assign(key);
+    if (entry.value.isNone())
+        entry.value = std::string{}; // so that it counts as live until the caller fills it
+    ++used_;
+    ++live_;
+    if (index_)
+        index_->insert(hash, used_ - 1);
+    else if (used_ > kLargestWithoutIndex)
+        buildIndex();
+}
+
+/// Gives the index room again: a larger one, or, where removals left gaps, one for the entries without the gaps.
+void Dictionary::makeRoom()
+{
+    if (live_ == used_) {
+        Index larger{used_};
+        for (const auto& slot : index_->slots) {
+            if (slot.position != Index::kFree)
+                larger.insert(slot.hash, slot.position);
+        }
+        *index_ = std::move(larger);
+        return;
+    }
+    const auto used = entries_.begin() + static_cast<std::ptrdiff_t>(used_);
+    const auto live = std::remove_if(entries_.begin(), used, [](const DictionaryEntry& e) { return e.value.isNone(); });
+    used_ = static_cast<std::size_t>(live - entries_.begin());
+    buildIndex();
+}
+
+void Dictionary::buildIndex()
+{
+    index_ = std::make_unique<Index>(used_);
+    for (std::size_t i = 0; i < used_; ++i) {
+        if (!entries_[i].value.isNone())
+            index_->insert(Index::hashOf(entries_[i].key), i);
+    }
+}
+
+} // namespace gps

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+
+#include <gps/NumberText.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace gps {
+namespace {
+
+std::string_view skipWhiteSpace(std::string_view text) noexcept
+{
+    std::size_t i = 0;
+    while (i < text.size() && isWhiteSpace(text[i]))
+        ++i;
+    return text.substr(i);
+}
+
+/// Takes an optional sign off the front; true for a minus.
+bool takeSign(std::string_view& text) noexcept
+{
+    if (text.empty() || (text.front() != '-' && text.front() != '+'))
+        return false;
+    const bool minus = text.front() == '-';
+    text.remove_prefix(1);
+    return minus;
+}
+
+/// Up to 15 digits with a point anywhere among them: the digits and the power of ten are both exact doubles, so one
+/// division rounds correctly. Covers what receivers write; anything else goes to from_chars.
+std::optional<double> shortNumber(std::string_view text) noexcept
+{
+    static constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    std::int64_t digits = 0;
+    std::size_t count = 0;
+    std::size_t i = 0;
+    for (; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count)
+        digits = digits * 10 + (text[i] - '0');
+    std::size_t decimals = 0;
+    if (i < text.size() && text[i] == '.') {
+        for (++i; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count, ++decimals)
+            digits = digits * 10 + (text[i] - '0');
+    }
+    if (count == 0 || count > 15 || i != text.size())
+        return std::nullopt;
+    return static_cast<double>(digits) / kPowersOfTen[decimals];
+}
+
+/// Whether the digits at the front of a text that from_chars found out of range stand for something huge (else: tiny).
+/// Compares the place of the first digit that is not 0 with the exponent.
+bool isHuge(std::string_view text) noexcept
+{
+    std::int64_t magnitude = 0; // digits before the point, or minus the zeros after it, from the first digit that counts
+    bool counting = false;
+    std::size_t i = 0;
+    for (; i < text.size() && isDigit(text[i]); ++i) {
+        counting = counting || text[i] != '0';
+        magnitude += counting ? 1 : 0;
+    }
+    if (i < text.size() && text[i] == '.') {
+        for (++i; i < text.size() && isDigit(text[i]); ++i) {
+            counting = counting || text[i] != '0';
+            magnitude -= counting ? 0 : 1;
+        }
+    }
+    std::int32_t exponent = 0;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E'))
+        exponent = leadingInt32(text.substr(i + 1));
+    return magnitude + exponent > 0;
+}
+
+} // namespace
+
+std::optional<double> leadingNumber(std::string_view text) noexcept
+{
+    text = skipWhiteSpace(text);
+    const bool minus = takeSign(text);
+    if (const auto quick = shortNumber(text))
+        return minus ? -*quick : *quick;
+
+    // from_chars would also take the words inf and nan, and a sign of its own.
+    if (text.empty() || (!isDigit(text.front()) && text.front() != '.'))
+        return std::nullopt;
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument)
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        value = isHuge(text) ? std::numeric_limits<double>::max() : 0;
+    return minus ? -value : value;
+}
+
+std::int32_t leadingInt32(std::string_view text) noexcept
+{
+    text = skipWhiteSpace(text);
+    const bool minus = takeSign(text);
+    std::int64_t value = 0;
+    for (std::size_t i = 0; i < text.size() && isDigit(text[i]); ++i)
+        value = std::min<std::int64_t>(value * 10 + (text[i] - '0'), std::int64_t{1} << 40);
+    return saturatedInt32(minus ? -value : value);
+}
+
+bool leadingBool(std::string_view text) noexcept
+{
+    text = skipWhiteSpace(text);
+    takeSign(text);
+    while (!text.empty() && text.front() == '0')
+        text.remove_prefix(1);
+    if (text.empty())
+        return false;
+    const char c = text.front();
+    return c == 'Y' || c == 'y' || c == 'T' || c == 't' || isDigit(c);
+}
+
+std::int32_t saturatedInt32(double value) noexcept
+{
+    if (std::isnan(value))
+        return 0;
+    if (value <= std::numeric_limits<std::int32_t>::min())
+        return std::numeric_limits<std::int32_t>::min();
+    if (value >= std::numeric_limits<std::int32_t>::max())
+        return std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(value);
+}
+
+std::int32_t saturatedInt32(std::int64_t value) noexcept
+{
+    if (value < std::numeric_limits<std::int32_t>::min())
+        return std::numeric_limits<std::int32_t>::min();
+    if (value > std::numeric_limits<std::int32_t>::max())
+        return std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(value);
+}
+
+void appendShortest(std::string& out, double value)
+{
+    std::array<char, 32> text; // the longest, "-2.2250738585072014e-308", has 24
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+    out.append(text.data(), end);
+}
+
+void appendDecimal(std::string& out, double value)
+{
+    std::array<char, 1200> text; // the smallest double has 1,074 decimals at the most
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    out.append(text.data(), end);
+}
+
+void appendInteger(std::string& out, std::int64_t value)
+{
+    std::array<char, 24> text;
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+    out.append(text.data(), end);
+}
+
+void appendPadded(std::string& out, std::int64_t value, int width)
+{
+    std::array<char, 24> text;
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+    const char* const digits = text.data() + (value < 0 ? 1 : 0);
+    if (value < 0)
+        out.push_back('-');
+    for (auto length = end - text.data(); length < width; ++length)
+        out.push_back('0');
+    out.append(digits, static_cast<std::size_t>(end - digits));
+}
+
+} // namespace gps

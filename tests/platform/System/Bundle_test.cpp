@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/Bundle.h>
+
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <support/TemporaryFolder.h>
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+using support::TemporaryFolder;
+
+std::string plist(const std::string& content)
+{
+    return "<plist version=\"1.0\">" + content + "</plist>";
+}
+
+/// A bundle of a test's own.
+class BundleTest : public testing::Test {
+protected:
+    [[nodiscard]] Bundle bundle() const { return Bundle{folder_.path("A.bundle")}; }
+    [[nodiscard]] std::string path(const std::string& name) const { return folder_.path("A.bundle/Contents/" + name); }
+    void put(const std::string& name, const std::string& content) const { folder_.put("A.bundle/Contents/" + name, content); }
+
+    [[nodiscard]] std::optional<ViewOutlets> load(const std::string& view) const
+    {
+        put("Resources/V.plist", plist(view));
+        return bundle().loadView("V");
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(BundleTest, TheInformationDictionaryIsInfoPlist)
+{
+    EXPECT_TRUE(bundle().infoDictionary().empty());
+    put("Info.plist", plist("<dict><key>NSPrincipalClass</key><string>Loader</string></dict>"));
+    EXPECT_EQ(bundle().infoDictionary(), (Dictionary{{"NSPrincipalClass", "Loader"}}));
+    put("Info.plist", plist("<array/>"));
+    EXPECT_TRUE(bundle().infoDictionary().empty());
+}
+
+TEST_F(BundleTest, TheExecutableIsTheOneThatInfoPlistNames)
+{
+    EXPECT_EQ(bundle().executablePath(), std::nullopt);
+    put("Info.plist", plist("<dict><key>CFBundleExecutable</key><string>A.so</string></dict>"));
+    EXPECT_EQ(bundle().executablePath(), path("Linux/A.so"));
+}
+
+TEST_F(BundleTest, AnExecutableOutsideTheBundleIsNone)
+{
+    for (const char* name :
+         {"<string></string>", "<string>../../../A.so</string>", "<string>/A.so</string>", "<integer>1</integer>"}) {
+        put("Info.plist", plist("<dict><key>CFBundleExecutable</key>" + std::string{name} + "</dict>"));
+        EXPECT_EQ(bundle().executablePath(), std::nullopt) << name;
+    }
+}
+
+TEST_F(BundleTest, AResourceIsAFileThatIsThere)
+{
+    put("Resources/a.plist", "");
+    put("Resources/folder.plist/inside", "");
+    EXPECT_EQ(bundle().pathForResource("a", "plist"), path("Resources/a.plist"));
+    EXPECT_EQ(bundle().pathForResource("a", "txt"), std::nullopt);
+    EXPECT_EQ(bundle().pathForResource("folder", "plist"), std::nullopt);
+}
+
+TEST_F(BundleTest, ADictionaryResourceHoldsADictionary)
+{
+    put("Resources/a.plist", plist("<dict><key>Routes</key><string>Routes</string></dict>"));
+    put("Resources/b.plist", plist("<string/>"));
+    EXPECT_EQ(bundle().dictionaryResource("a"), (Dictionary{{"Routes", "Routes"}}));
+    EXPECT_EQ(bundle().dictionaryResource("b"), std::nullopt);
+    EXPECT_EQ(bundle().dictionaryResource("c"), std::nullopt);
+}
+
+TEST_F(BundleTest, AViewComesWithItsOutletsConnected)
+{
+    const auto outlets = load(R"(<dict>
+        <key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
+        <key>subviews</key><array>
+            <dict><key>class</key><string>View</string> <key>identifier</key><string>box</string>
+                <key>subviews</key><array>
+                    <dict><key>class</key><string>PopUpButton</string> <key>identifier</key><string>deviceListMenu</string>
+                        <key>hidden</key><true/></dict>
+                </array></dict>
+            <dict><key>class</key><string>Button</string> <key>identifier</key><string>deviceButton</string>
+                <key>title</key><string>Authorize</string> <key>hidden</key><false/></dict>
+        </array></dict>)");
+    ASSERT_TRUE(outlets);
+    ASSERT_NE(outlets->gpsView, nullptr);
+    EXPECT_FALSE(outlets->gpsView->isHidden());
+    ASSERT_EQ(outlets->gpsView->subviews().size(), 2U);
+    ASSERT_NE(outlets->deviceListMenu, nullptr);
+    EXPECT_TRUE(outlets->deviceListMenu->isHidden());
+    ASSERT_NE(outlets->deviceButton, nullptr);
+    EXPECT_EQ(outlets->deviceButton->title(), "Authorize");
+    EXPECT_FALSE(outlets->deviceButton->isHidden());
+    EXPECT_EQ(outlets->gpsView->find<Button>("deviceButton"), outlets->deviceButton.get());
+}
+
+TEST_F(BundleTest, AnOutletThatTheViewLacksOrHasInAnotherClassIsNull)
+{
+    const auto outlets = load(R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
+        <key>subviews</key><array>
+            <dict><key>class</key><string>View</string> <key>identifier</key><string>deviceButton</string></dict></array></dict>)");
+    ASSERT_TRUE(outlets);
+    EXPECT_NE(outlets->gpsView, nullptr);
+    EXPECT_EQ(outlets->deviceListMenu, nullptr);
+    EXPECT_EQ(outlets->deviceButton, nullptr);
+}
+
+TEST_F(BundleTest, AnOutletKeepsTheWholeViewAlive)
+{
+    auto outlets = load(R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
+        <key>subviews</key><array>
+            <dict><key>class</key><string>Button</string> <key>identifier</key><string>deviceButton</string></dict></array></dict>)");
+    ASSERT_TRUE(outlets);
+    const std::weak_ptr<View> root = outlets->gpsView;
+    outlets->gpsView.reset();
+    EXPECT_FALSE(root.expired());
+    outlets->deviceButton.reset();
+    EXPECT_TRUE(root.expired());
+}
+
+TEST_F(BundleTest, AMissingOrBrokenViewIsNone)
+{
+    EXPECT_FALSE(bundle().loadView("V"));
+    const std::string start = "<dict><key>class</key><string>View</string><key>identifier</key><string>gpsView</string>";
+    ASSERT_TRUE(load(start + "</dict>"));
+    const std::string broken[] = {
+        "<array/>",
+        "<dict/>",
+        "<dict><key>class</key><string>View</string></dict>",
+        "<dict><key>identifier</key><string>gpsView</string></dict>",
+        "<dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</string></dict>",
+        "<dict><key>class</key><integer>1</integer><key>identifier</key><string>gpsView</string></dict>",
+        start + "<key>title</key><integer>1</integer></dict>",
+        start + "<key>hidden</key><string>true</string></dict>",
+        start + "<key>subviews</key><dict/></dict>",
+        start + "<key>subviews</key><array><string>a</string></array></dict>",
+        start + "<key>subviews</key><array><dict/></array></dict>",
+        start,
+    };
+    for (const auto& view : broken)
+        EXPECT_FALSE(load(view)) << view;
+}
+
+TEST_F(BundleTest, ALocalizedStringComesFromTheEnglishTable)
+{
+    put("Resources/en.lproj/Localizable.strings", "\"plain\" = \"translated\"; \"empty\" = \"\";");
+    EXPECT_EQ(bundle().localizedString("plain"), "translated");
+    EXPECT_EQ(bundle().localizedString("empty"), "empty");
+    EXPECT_EQ(bundle().localizedString("missing"), "missing");
+}
+
+TEST_F(BundleTest, WithoutATableAStringIsItsKey)
+{
+    EXPECT_EQ(bundle().localizedString("key"), "key");
+    EXPECT_EQ(bundle().localizedString(""), "");
+}
+
+/// A copy of a small system library, loaded from a place of its own.
+class LoadedCopy {
+public:
+    explicit LoadedCopy(const std::string& path, const std::string& loadedAs)
+    {
+        void* const original = ::dlopen("libdl.so.2", RTLD_NOW);
+        const link_map* map = nullptr;
+        if (original == nullptr || ::dlinfo(original, RTLD_DI_LINKMAP, &map) != 0)
+            return;
+        std::filesystem::create_directories(std::filesystem::path{path}.parent_path());
+        std::filesystem::copy_file(std::filesystem::canonical(map->l_name), path);
+        module_ = ::dlopen(loadedAs.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+    ~LoadedCopy()
+    {
+        if (module_ != nullptr)
+            ::dlclose(module_);
+    }
+    LoadedCopy(const LoadedCopy&) = delete;
+    LoadedCopy& operator=(const LoadedCopy&) = delete;
+
+    /// An address inside it; null when it could not be loaded.
+    [[nodiscard]] const void* address() const
+    {
+        const link_map* map = nullptr;
+        return module_ != nullptr && ::dlinfo(module_, RTLD_DI_LINKMAP, &map) == 0 ? map->l_ld : nullptr;
+    }
+
+private:
+    void* module_ = nullptr;
+};
+
+TEST_F(BundleTest, AModulesAddressLeadsToItsBundle)
+{
+    put("Info.plist", plist("<dict/>"));
+    const LoadedCopy module{path("Linux/A.so"), path("Linux/A.so")};
+    ASSERT_NE(module.address(), nullptr);
+    const auto found = Bundle::containing(module.address());
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->path(), std::filesystem::canonical(bundle().path()));
+}
+
+TEST_F(BundleTest, ALinkToABundleLeadsToTheBundleItself)
+{
+    put("Info.plist", plist("<dict/>"));
+    ASSERT_EQ(::symlink("A.bundle", folder_.path("link").c_str()), 0);
+    const LoadedCopy module{path("Linux/A.so"), folder_.path("link/Contents/Linux/A.so")};
+    ASSERT_NE(module.address(), nullptr);
+    const auto found = Bundle::containing(module.address());
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->path(), std::filesystem::canonical(bundle().path()));
+}
+
+TEST_F(BundleTest, AModuleBesideNoInfoPlistLiesInNoBundle)
+{
+    const LoadedCopy module{path("Linux/A.so"), path("Linux/A.so")};
+    ASSERT_NE(module.address(), nullptr);
+    EXPECT_FALSE(Bundle::containing(module.address()));
+}
+
+TEST_F(BundleTest, AnAddressOfNoModuleLiesInNoBundle)
+{
+    const auto onHeap = std::make_unique<int>(0);
+    EXPECT_FALSE(Bundle::containing(onHeap.get()));
+    EXPECT_FALSE(Bundle::containing(nullptr));
+}
+
+} // namespace
+} // namespace gps

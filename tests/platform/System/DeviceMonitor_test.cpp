@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/DeviceMonitor.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <memory>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "PrivateMount.h"
+#include <support/TemporaryFolder.h>
+
+#include <sys/time.h>
+
+namespace gps {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+TEST(DeviceMonitor, WithoutAChangeTheWaitLastsAsLongAsGiven)
+{
+    DeviceMonitor monitor;
+    for (const auto limit : {0ms, 30ms}) {
+        const auto start = Clock::now();
+        const auto changes = monitor.wait(limit);
+        EXPECT_GE(Clock::now() - start, limit);
+        EXPECT_FALSE(changes.volumes);
+        EXPECT_FALSE(changes.serialPorts);
+        EXPECT_FALSE(changes.interrupted);
+    }
+}
+
+TEST(DeviceMonitor, AMountAndAnUnmountAreChangesOfVolumesOnceEach)
+{
+    const support::TemporaryFolder outer;
+    const support::PrivateMount own{outer.path(), ""}; // from here on the table is this process's own
+    if (!own.isMounted())
+        GTEST_SKIP() << "mounting is not permitted";
+    const auto inside = outer.makeFolder("inside");
+    DeviceMonitor monitor;
+    {
+        const support::PrivateMount volume{inside, ""};
+        EXPECT_TRUE(monitor.wait(10s).volumes);
+        EXPECT_FALSE(monitor.wait(0ms).volumes);
+    }
+    const auto changes = monitor.wait(10s);
+    EXPECT_TRUE(changes.volumes);
+    EXPECT_FALSE(changes.serialPorts);
+    EXPECT_FALSE(monitor.wait(0ms).volumes);
+}
+
+TEST(DeviceMonitor, AChangeIsWaitedOnForMoreThatComeCloseButNoLongerThanTheLimit)
+{
+    const support::TemporaryFolder outer;
+    const support::PrivateMount own{outer.path(), ""};
+    if (!own.isMounted())
+        GTEST_SKIP() << "mounting is not permitted";
+    const auto inside = outer.makeFolder("inside");
+    DeviceMonitor monitor;
+    const auto waitForMount = [&](std::chrono::milliseconds limit) {
+        const support::PrivateMount volume{inside, ""};
+        const auto start = Clock::now();
+        EXPECT_TRUE(monitor.wait(limit).volumes);
+        return Clock::now() - start;
+    };
+    const auto gathered = waitForMount(10s);
+    EXPECT_GE(gathered, 200ms);
+    EXPECT_LT(gathered, 5s);
+    const auto shortest = std::min({waitForMount(20ms), waitForMount(20ms), waitForMount(20ms)}); // a busy machine may be late
+    EXPECT_LT(shortest, 190ms);
+}
+
+/// Interrupts calls that wait, again and again while it lives.
+class Alarms {
+public:
+    Alarms()
+    {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        ::sigaction(SIGALRM, &action, &before_);
+        const itimerval every{{0, 20'000}, {0, 20'000}};
+        ::setitimer(ITIMER_REAL, &every, nullptr);
+    }
+    ~Alarms()
+    {
+        const itimerval never{};
+        ::setitimer(ITIMER_REAL, &never, nullptr);
+        ::sigaction(SIGALRM, &before_, nullptr);
+    }
+    Alarms(const Alarms&) = delete;
+    Alarms& operator=(const Alarms&) = delete;
+
+private:
+    struct sigaction before_ {};
+};
+
+TEST(DeviceMonitor, ASignalEndsAWaitForEver)
+{
+    DeviceMonitor monitor;
+    const Alarms alarms;
+    const auto changes = monitor.wait(-1ms);
+    EXPECT_TRUE(changes.interrupted);
+    EXPECT_FALSE(changes.volumes);
+}
+
+} // namespace
+} // namespace gps

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/FileManager.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OneFault.h"
+#include <platform/System/Log.h>
+#include <support/AsNobody.h>
+#include <support/TemporaryFolder.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+using support::OneFault;
+using support::TemporaryFolder;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// All entries; a folder with a "/" behind it.
+std::vector<std::string> walk(DirectoryEnumerator entries)
+{
+    std::vector<std::string> paths;
+    while (const auto entry = entries.next())
+        paths.push_back(entry->relativePath + (entry->isFolder ? "/" : ""));
+    return paths;
+}
+
+class LinesHeard {
+public:
+    [[nodiscard]] const std::vector<std::string>& lines() const { return lines_; }
+
+private:
+    std::vector<std::string> lines_;
+    LogListening listening_{[this](std::string_view line, const Error*) { lines_.emplace_back(line); }};
+};
+
+TEST(DirectoryEnumerator, WalksInByteOrderAFolderBeforeItsContents)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"b.log", "a", "B.log", "a.log", "c/z", "c/y/x", "c.log", "\xC3\xA9", "Z", "10", "9"})
+        folder.put(name, "");
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())),
+                ElementsAre("10", "9", "B.log", "Z", "a", "a.log", "b.log", "c/", "c/y/", "c/y/x", "c/z", "c.log", "\xC3\xA9"));
+}
+
+TEST(DirectoryEnumerator, HiddenFilesAreEntriesToo)
+{
+    const TemporaryFolder folder;
+    folder.put(".hidden", "");
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre(".hidden"));
+}
+
+TEST(DirectoryEnumerator, LinksAreEntriesAndNeverDescendedInto)
+{
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    ASSERT_EQ(::symlink("..", folder.path("a/loop").c_str()), 0);
+    ASSERT_EQ(::symlink("a", folder.path("link").c_str()), 0);
+    ASSERT_EQ(::symlink("nothing", folder.path("dangling").c_str()), 0);
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre("a/", "a/file", "a/loop", "dangling", "link"));
+}
+
+TEST(DirectoryEnumerator, ALinkToTheWalkedFolderItselfIsFollowed)
+{
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    ASSERT_EQ(::symlink("a", folder.path("link").c_str()), 0);
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("link"))), ElementsAre("file"));
+}
+
+TEST(DirectoryEnumerator, SkipsTheDescendantsOfTheLastEntryAlone)
+{
+    const TemporaryFolder folder;
+    folder.put("a/x", "");
+    folder.put("b/y", "");
+    auto entries = FileManager{}.enumerator(folder.path());
+    EXPECT_EQ(entries.next()->relativePath, "a");
+    entries.skipDescendants();
+    EXPECT_THAT(walk(std::move(entries)), ElementsAre("b/", "b/y"));
+}
+
+TEST(DirectoryEnumerator, SkippingAfterAFileChangesNothing)
+{
+    const TemporaryFolder folder;
+    folder.put("a", "");
+    folder.put("b/y", "");
+    auto entries = FileManager{}.enumerator(folder.path());
+    EXPECT_EQ(entries.next()->relativePath, "a");
+    entries.skipDescendants();
+    EXPECT_THAT(walk(std::move(entries)), ElementsAre("b/", "b/y"));
+}
+
+TEST(DirectoryEnumerator, AnEmptyFolderHasNothingAndNeitherHasItsSecondEnd)
+{
+    const TemporaryFolder folder;
+    auto entries = FileManager{}.enumerator(folder.path());
+    EXPECT_FALSE(entries.next());
+    EXPECT_FALSE(entries.next());
+}
+
+TEST(DirectoryEnumerator, WhatIsNotThereIsEmptyWithoutAWord)
+{
+    const TemporaryFolder folder;
+    const LinesHeard heard;
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("none"))), IsEmpty());
+    EXPECT_THAT(heard.lines(), IsEmpty());
+}
+
+TEST(DirectoryEnumerator, AFileIsEmptyWithALogLine)
+{
+    const TemporaryFolder folder;
+    folder.put("file", "");
+    const LinesHeard heard;
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("file"))), IsEmpty());
+    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr(folder.path("file"))));
+}
+
+TEST(DirectoryEnumerator, AFolderThatIsRefusedIsPassedOverWithALogLine)
+{
+    const TemporaryFolder folder;
+    folder.put("a/x", "");
+    folder.put("b", "");
+    ASSERT_EQ(::chmod(folder.path("a").c_str(), 0), 0);
+    const LinesHeard heard;
+    {
+        const support::AsNobody nobody;
+        EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre("a/", "b"));
+    }
+    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr("Permission denied")));
+    ASSERT_EQ(::chmod(folder.path("a").c_str(), 0755), 0);
+}
+
+TEST(DirectoryEnumerator, AListingThatBreaksOffIsWalkedAsFarAsItWent)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"a", "b", "c", "d"})
+        folder.put(name, "");
+    OneFault files{"readdir", EIO, 4};
+    const LinesHeard heard;
+    const auto paths = walk(FileManager{&files}.enumerator(folder.path()));
+    EXPECT_GE(paths.size(), 1U); // three were listed, of which up to two are "." and ".."
+    EXPECT_LE(paths.size(), 3U);
+    EXPECT_TRUE(files.happened());
+    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr("Input/output error")));
+}
+
+TEST(DirectoryEnumerator, AVolumeThatDoesNotTellKindsIsAskedAboutEachEntry)
+{
+    class Untold : public FileSystem {
+    public:
+        dirent* readdir(DIR* folder) override
+        {
+            dirent* const entry = FileSystem::readdir(folder);
+            if (entry != nullptr)
+                entry->d_type = DT_UNKNOWN;
+            return entry;
+        }
+    } files;
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    ASSERT_EQ(::symlink("..", folder.path("a/loop").c_str()), 0);
+    EXPECT_THAT(walk(FileManager{&files}.enumerator(folder.path())), ElementsAre("a/", "a/file", "a/loop"));
+}
+
+TEST(DirectoryEnumerator, AFolderThatVanishesMidwayEndsTheWalkOfItAlone)
+{
+    const TemporaryFolder folder;
+    folder.makeFolder("a");
+    folder.put("b", "");
+    auto entries = FileManager{}.enumerator(folder.path());
+    EXPECT_EQ(entries.next()->relativePath, "a");
+    ASSERT_EQ(::rmdir(folder.path("a").c_str()), 0);
+    EXPECT_THAT(walk(std::move(entries)), ElementsAre("b"));
+}
+
+TEST(DirectoryEnumerator, WalksAHundredThousandFiles)
+{
+    constexpr std::size_t kCount = 100'000;
+    const TemporaryFolder folder;
+    const int directory = ::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (std::size_t i = 0; i < kCount; ++i)
+        ASSERT_EQ(::mknodat(directory, std::to_string(i).c_str(), S_IFREG | 0600, 0), 0);
+    ::close(directory);
+    auto entries = FileManager{}.enumerator(folder.path());
+    std::size_t count = 0;
+    std::string last;
+    while (const auto entry = entries.next()) {
+        ASSERT_LT(last, entry->relativePath);
+        last = entry->relativePath;
+        ++count;
+    }
+    EXPECT_EQ(count, kCount);
+}
+
+} // namespace
+} // namespace gps

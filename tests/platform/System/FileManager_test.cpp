@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/FileManager.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OneFault.h"
+#include <support/AsNobody.h>
+#include <support/TemporaryFolder.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+using support::OneFault;
+using support::TemporaryFolder;
+
+std::int32_t codeOf(const std::optional<Error>& error)
+{
+    return error ? error->code() : 0;
+}
+
+/// Each read gives at most seven bytes, and each second one is interrupted.
+class SlowFiles : public FileSystem {
+public:
+    ssize_t read(int file, void* buffer, std::size_t size) override
+    {
+        interrupted_ = !interrupted_;
+        if (!interrupted_)
+            return FileSystem::read(file, buffer, std::min<std::size_t>(size, 7));
+        errno = EINTR;
+        return -1;
+    }
+
+private:
+    bool interrupted_ = false;
+};
+
+TEST(FileManager, ReadsAWholeAsciiFile)
+{
+    const TemporaryFolder folder;
+    std::string text = "old";
+    EXPECT_EQ(FileManager{}.readAsciiFile(folder.put("a", "one\r\ntwo\r\n"), text), std::nullopt);
+    EXPECT_EQ(text, "one\r\ntwo\r\n");
+}
+
+TEST(FileManager, ReadsFilesOfEverySizeAroundAPiece)
+{
+    const TemporaryFolder folder;
+    for (const std::size_t size : {0U, 1U, 31U, 32U, 33U, (256U << 10) - 1, 256U << 10, (256U << 10) + 1, 600'000U}) {
+        std::string content(size, 'x');
+        for (std::size_t i = 0; i < size; ++i)
+            content[i] = static_cast<char>('a' + i % 23);
+        std::string text;
+        EXPECT_EQ(FileManager{}.readAsciiFile(folder.put("a", content), text), std::nullopt);
+        EXPECT_EQ(text, content) << size;
+    }
+}
+
+TEST(FileManager, AZeroByteIsAscii)
+{
+    const TemporaryFolder folder;
+    const std::string content{"a\0b\x7F", 4};
+    std::string text;
+    EXPECT_EQ(FileManager{}.readAsciiFile(folder.put("a", content), text), std::nullopt);
+    EXPECT_EQ(text, content);
+}
+
+TEST(FileManager, AByteAbove127AnywhereIsNotAscii)
+{
+    const TemporaryFolder folder;
+    for (const std::size_t at : {0U, 7U, 8U, 31U, 32U, 63U, 64U, 69U}) {
+        std::string content(70, 'x');
+        content[at] = '\x80';
+        std::string text = "old";
+        EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(folder.put("a", content), text)), 261) << at;
+        EXPECT_EQ(text, "");
+    }
+}
+
+TEST(FileManager, AMissingFileIsCode260WithThePathAndTheSystemsText)
+{
+    std::string text = "old";
+    const auto error = FileManager{}.readAsciiFile("/nowhere/at all.log", text);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
+    EXPECT_EQ(error->code(), 260);
+    EXPECT_EQ(error->path(), "/nowhere/at all.log");
+    EXPECT_EQ(error->description(), "The file \"at all.log\" could not be opened because there is no such file.");
+    ASSERT_NE(error->userInfo().findString(kErrorReasonKey), nullptr);
+    EXPECT_EQ(*error->userInfo().findString(kErrorReasonKey), "No such file or directory");
+    EXPECT_EQ(text, "");
+}
+
+TEST(FileManager, ARefusedFileIsCode257)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "text");
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    const support::AsNobody nobody;
+    std::string text;
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(path, text)), 257);
+}
+
+TEST(FileManager, AFolderIsCode256)
+{
+    const TemporaryFolder folder;
+    std::string text;
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(folder.path(), text)), 256);
+}
+
+TEST(FileManager, AFifoIsCode256AtOnce)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
+    std::string text;
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(folder.path("fifo"), text)), 256);
+}
+
+TEST(FileManager, ADeviceIsCode256)
+{
+    std::string text;
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile("/dev/zero", text)), 256);
+}
+
+TEST(FileManager, ALinkIsReadThrough)
+{
+    const TemporaryFolder folder;
+    folder.put("a", "text");
+    ASSERT_EQ(::symlink("a", folder.path("link").c_str()), 0);
+    std::string text;
+    EXPECT_EQ(FileManager{}.readAsciiFile(folder.path("link"), text), std::nullopt);
+    EXPECT_EQ(text, "text");
+}
+
+TEST(FileManager, ALoopOfLinksIsCode256)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(::symlink("b", folder.path("a").c_str()), 0);
+    ASSERT_EQ(::symlink("a", folder.path("b").c_str()), 0);
+    std::string text;
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(folder.path("a"), text)), 256);
+}
+
+TEST(FileManager, AFileOfTheLimitIsReadAndALargerOneIsNot)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "12345678");
+    std::string bytes;
+    EXPECT_EQ(FileManager{}.readFile(path, bytes, 8), std::nullopt);
+    EXPECT_EQ(bytes, "12345678");
+    EXPECT_EQ(codeOf(FileManager{}.readFile(path, bytes, 7)), 256);
+    EXPECT_EQ(bytes, "");
+}
+
+TEST(FileManager, AFileBeyondTheLargestIsRefusedBeforeMemoryIsTaken)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "");
+    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(kLargestFile) + 1), 0);
+    std::string text;
+    const auto error = FileManager{}.readAsciiFile(path, text);
+    EXPECT_EQ(codeOf(error), 256);
+    EXPECT_LT(text.capacity(), 1U << 20);
+}
+
+TEST(FileManager, AFileThatTellsNoSizeIsReadToItsEndAndWithinTheLimit)
+{
+    std::string bytes;
+    EXPECT_EQ(FileManager{}.readFile("/proc/self/status", bytes), std::nullopt);
+    EXPECT_THAT(bytes, testing::StartsWith("Name:"));
+    EXPECT_EQ(codeOf(FileManager{}.readFile("/proc/self/status", bytes, 10)), 256);
+}
+
+TEST(FileManager, ReadsTheFrontAsFarAsItGoes)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "12345678");
+    std::string bytes;
+    EXPECT_EQ(FileManager{}.readFront(path, bytes, 3), std::nullopt);
+    EXPECT_EQ(bytes, "123");
+    EXPECT_EQ(FileManager{}.readFront(path, bytes, 8), std::nullopt);
+    EXPECT_EQ(bytes, "12345678");
+    EXPECT_EQ(FileManager{}.readFront(path, bytes, 9), std::nullopt);
+    EXPECT_EQ(bytes, "12345678");
+    EXPECT_EQ(FileManager{}.readFront(path, bytes, 0), std::nullopt);
+    EXPECT_EQ(bytes, "");
+}
+
+TEST(FileManager, ShortAndInterruptedReadsGiveTheWholeFile)
+{
+    const TemporaryFolder folder;
+    SlowFiles files;
+    std::string text;
+    EXPECT_EQ(FileManager{&files}.readAsciiFile(folder.put("a", "a text of some length"), text), std::nullopt);
+    EXPECT_EQ(text, "a text of some length");
+}
+
+TEST(FileManager, AReadThatFailsMidwayLeavesNoText)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "text");
+    for (const char* call : {"open", "fstat", "read"}) {
+        OneFault files{call, EIO};
+        std::string text = "old";
+        EXPECT_EQ(codeOf(FileManager{&files}.readAsciiFile(path, text)), 256) << call;
+        EXPECT_TRUE(files.happened());
+        EXPECT_EQ(text, "");
+    }
+}
+
+TEST(FileManager, SystemErrorsOfAReadMapToTheirCodes)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "text");
+    const std::pair<int, std::int32_t> rows[] = {{EACCES, 257}, {EPERM, 257},   {ENOENT, 260},
+                                                 {EIO, 256},    {ENOTDIR, 256}, {EMFILE, 256}};
+    for (const auto& [systemError, code] : rows) {
+        OneFault files{"open", systemError};
+        std::string text;
+        EXPECT_EQ(codeOf(FileManager{&files}.readAsciiFile(path, text)), code) << std::strerror(systemError);
+    }
+}
+
+TEST(FileManager, TellsFilesFromFoldersAndFollowsLinks)
+{
+    const TemporaryFolder folder;
+    folder.put("file", "");
+    folder.makeFolder("folder");
+    ASSERT_EQ(::symlink("folder", folder.path("link").c_str()), 0);
+    ASSERT_EQ(::symlink("nothing", folder.path("dangling").c_str()), 0);
+    bool isFolder = true;
+    EXPECT_TRUE(FileManager{}.fileExists(folder.path("file"), &isFolder));
+    EXPECT_FALSE(isFolder);
+    EXPECT_TRUE(FileManager{}.fileExists(folder.path("folder"), &isFolder));
+    EXPECT_TRUE(isFolder);
+    EXPECT_TRUE(FileManager{}.fileExists(folder.path("link"), &isFolder));
+    EXPECT_TRUE(isFolder);
+    EXPECT_FALSE(FileManager{}.fileExists(folder.path("dangling"), &isFolder));
+    EXPECT_FALSE(isFolder);
+    EXPECT_FALSE(FileManager{}.fileExists(""));
+}
+
+TEST(FileManager, RemovesAFileAndAFolderWithAllInIt)
+{
+    const TemporaryFolder folder;
+    folder.put("folder/a/b", "text");
+    folder.put("outside", "text");
+    ASSERT_EQ(::symlink("../outside", folder.path("folder/link").c_str()), 0);
+    EXPECT_EQ(FileManager{}.removeItem(folder.path("folder")), std::nullopt);
+    EXPECT_FALSE(FileManager{}.fileExists(folder.path("folder")));
+    EXPECT_EQ(folder.read("outside"), "text");
+    EXPECT_EQ(FileManager{}.removeItem(folder.path("outside")), std::nullopt);
+    EXPECT_FALSE(FileManager{}.fileExists(folder.path("outside")));
+}
+
+TEST(FileManager, RemovingWhatIsNotThereIsCode4)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(codeOf(FileManager{}.removeItem(folder.path("a"))), 4);
+}
+
+TEST(FileManager, ARefusedRemovalIsCode513)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "text");
+    const support::AsNobody nobody;
+    if (::access(folder.path().c_str(), W_OK) == 0 && ::geteuid() != 65534)
+        GTEST_SKIP() << "only root can have a folder refused";
+    EXPECT_EQ(codeOf(FileManager{}.removeItem(path)), 513);
+    EXPECT_EQ(folder.read("a"), "text");
+}
+
+TEST(FileManager, ErrorsNameTheFileAndNotItsFolders)
+{
+    EXPECT_EQ(makeFileError(FileErrorCode::kWriteFileExists, "/a/b/TKLG001.log").description(),
+              "The file \"TKLG001.log\" could not be written because a file of that name exists.");
+    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/a/b/").description(), testing::HasSubstr("\"b\""));
+    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/").description(), testing::HasSubstr("\"/\""));
+    EXPECT_EQ(makeFileError(FileErrorCode::kReadUnknown, "a").userInfo().find(kErrorReasonKey), nullptr);
+}
+
+TEST(FileManager, JoinsPathsWithOneSlash)
+{
+    struct Row {
+        const char* folder;
+        const char* name;
+        const char* path;
+    };
+    for (const auto& [folder, name, path] : std::vector<Row>{{"/a", "b", "/a/b"},
+                                                             {"/a/", "b", "/a/b"},
+                                                             {"/a//", "//b", "/a/b"},
+                                                             {"/a", "/b/c", "/a/b/c"},
+                                                             {"/", "b", "/b"},
+                                                             {"//", "/b", "/b"},
+                                                             {"", "b", "b"},
+                                                             {"/a", "", "/a"},
+                                                             {"a", "b/", "a/b/"}})
+        EXPECT_EQ(joinPath(folder, name), path);
+}
+
+TEST(FileManager, AnExtensionIsWhatFollowsTheLastPointOfTheLastComponent)
+{
+    const std::pair<const char*, const char*> rows[] = {{"a.log", "log"},   {"/a/b.c/TKLG001.log", "log"},
+                                                        {"a.tar.gz", "gz"}, {"A.LOG", "LOG"},
+                                                        {"a.log//", "log"}, {".log", "log"},
+                                                        {"a", ""},          {"a.", ""},
+                                                        {"/a.b/c", ""},     {"", ""},
+                                                        {"/", ""},          {"//", ""}};
+    for (const auto& [path, extension] : rows)
+        EXPECT_EQ(pathExtension(path), extension) << path;
+}
+
+} // namespace
+} // namespace gps

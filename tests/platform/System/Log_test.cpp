@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/Log.h>
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gps/Error.h>
+#include <gtest/gtest.h>
+
+#include "PrivateMount.h"
+
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+/// What goes to the standard error stream while this lives.
+class StandardError {
+public:
+    StandardError()
+    {
+        testing::internal::CaptureStderr();
+        setLogToStandardError(true);
+    }
+    ~StandardError() { (void)text(); }
+    StandardError(const StandardError&) = delete;
+    StandardError& operator=(const StandardError&) = delete;
+
+    const std::string& text()
+    {
+        setLogToStandardError(false);
+        if (!text_)
+            text_ = testing::internal::GetCapturedStderr();
+        return *text_;
+    }
+
+private:
+    std::optional<std::string> text_;
+};
+
+TEST(Log, StandardErrorIsSilentUntilAskedFor)
+{
+    testing::internal::CaptureStderr();
+    logLine("one");
+    setLogToStandardError(true);
+    logLine("two");
+    setLogToStandardError(false);
+    logLine("three");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "two\n");
+}
+
+TEST(Log, AnErrorIsALineWithItsSource)
+{
+    StandardError out;
+    const Error error{"domain", -3, {{"key", "value"}}};
+    logError("MagellanGPSPlugin", error);
+    EXPECT_EQ(out.text(), "MagellanGPSPlugin: " + error.text() + "\n");
+}
+
+TEST(Log, LineBreaksAndTerminalCommandsStayInTheirLine)
+{
+    StandardError out;
+    logLine("a\r\nb\x1B[2Jc\x7F\xC3\xA9");
+    EXPECT_EQ(out.text(), "a  b [2Jc \xC3\xA9\n");
+}
+
+TEST(Log, AListenerHearsLinesAndErrorsAsTheyAre)
+{
+    const Error error{"domain", 7};
+    std::vector<std::string> lines;
+    std::vector<const Error*> errors;
+    {
+        const LogListening listening{[&](std::string_view line, const Error* heard) {
+            lines.emplace_back(line);
+            errors.push_back(heard);
+        }};
+        logLine("a\r\n");
+        logError("Source", error);
+    }
+    logLine("unheard");
+    EXPECT_THAT(lines, ElementsAre("a\r\n", "Source: " + error.text()));
+    EXPECT_THAT(errors, ElementsAre(nullptr, &error));
+}
+
+TEST(Log, EachListenerHearsUntilItsOwnEnd)
+{
+    int first = 0;
+    int second = 0;
+    const LogListening outer{[&first](std::string_view, const Error*) { ++first; }};
+    {
+        const LogListening inner{[&second](std::string_view, const Error*) { ++second; }};
+        logLine("both");
+    }
+    logLine("one");
+    EXPECT_EQ(first, 2);
+    EXPECT_EQ(second, 1);
+}
+
+TEST(Log, LinesOfManyThreadsStayWholeAndAllAreHeard)
+{
+    constexpr int kThreads = 4;
+    constexpr int kLines = 250;
+    StandardError out;
+    int heard = 0; // not atomic: listeners are called one at a time
+    {
+        const LogListening listening{[&heard](std::string_view, const Error*) { ++heard; }};
+        std::vector<std::thread> threads;
+        for (int i = 0; i < kThreads; ++i) {
+            threads.emplace_back([i] {
+                for (int line = 0; line < kLines; ++line)
+                    logLine(std::string(50, static_cast<char>('a' + i)));
+            });
+        }
+        for (auto& thread : threads)
+            thread.join();
+    }
+    EXPECT_EQ(heard, kThreads * kLines);
+    const std::string text = out.text();
+    ASSERT_EQ(text.size(), kThreads * kLines * 51U);
+    for (std::size_t at = 0; at < text.size(); at += 51)
+        ASSERT_EQ(text.substr(at, 51), std::string(50, text[at]) + '\n');
+}
+
+TEST(Log, NothingIsHeardOfAfterAListenersEndWhileOthersWrite)
+{
+    std::atomic<bool> stop{false};
+    std::thread writer{[&stop] {
+        while (!stop)
+            logLine("line");
+    }};
+    for (int i = 0; i < 100; ++i) {
+        auto gone = std::make_unique<int>(0);
+        {
+            const LogListening listening{[&gone](std::string_view, const Error*) { ++*gone; }};
+        }
+        gone.reset(); // a late call would touch freed memory
+    }
+    stop = true;
+    writer.join();
+}
+
+/// The system log's end of the line, in a /dev that only this process sees.
+class SystemLog {
+public:
+    SystemLog()
+    {
+        sockaddr_un address{AF_UNIX, "/dev/log"};
+        const timeval limit{5, 0};
+        ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        listens_ = devices_.isMounted() && ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    }
+    ~SystemLog() { ::close(socket_); }
+    SystemLog(const SystemLog&) = delete;
+    SystemLog& operator=(const SystemLog&) = delete;
+
+    [[nodiscard]] bool listens() const { return listens_; }
+
+    [[nodiscard]] std::string nextLine() const
+    {
+        std::string line(10'000, '\0');
+        const ssize_t size = ::recv(socket_, line.data(), line.size(), 0);
+        line.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        return line;
+    }
+
+private:
+    support::PrivateMount devices_{"/dev", "size=64k"};
+    int socket_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    bool listens_ = false;
+};
+
+TEST(Log, TheSystemLogGetsTheLineUnderTheProgramsName)
+{
+    const SystemLog log;
+    if (!log.listens())
+        GTEST_SKIP() << "mounting is not permitted";
+    logLine("a line with 100%s");
+    const auto line = log.nextLine();
+    EXPECT_THAT(line, HasSubstr("magellangps["));
+    EXPECT_THAT(line, EndsWith("]: a line with 100%s"));
+}
+
+TEST(Log, TheSystemLogGetsALongLinesFrontCutBetweenCharacters)
+{
+    const SystemLog log;
+    if (!log.listens())
+        GTEST_SKIP() << "mounting is not permitted";
+    logLine(std::string(1000, 'a'));
+    EXPECT_THAT(log.nextLine(), EndsWith(": " + std::string(1000, 'a')));
+    logLine(std::string(999, 'a') + "\xC3\xA9 and more");
+    EXPECT_THAT(log.nextLine(), EndsWith(": " + std::string(999, 'a') + "..."));
+    logLine(std::string(998, 'a') + "\xC3\xA9 and more");
+    EXPECT_THAT(log.nextLine(), EndsWith(": " + std::string(998, 'a') + "\xC3\xA9..."));
+}
+
+} // namespace
+} // namespace gps

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/FieldText.h>
+
+#include <gps/Error.h>
+#include <plugin/codec/SentenceFields.h>
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using support::firstFields;
+
+constexpr std::string_view kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'!@#<%^&>()+=:\\";
+constexpr char kTwentyFive[] = "abcdefghijklmnopqrstuvwxy";
+
+std::string filtered(const gps::Value& value)
+{
+    return magellanStringFromDictionary({{"key", value}}, "key");
+}
+
+std::string cut(const gps::Value& value)
+{
+    return magellanStringFromDictionary({{"key", value}}, "key", 20);
+}
+
+TEST(DeviceCharacterSet, HasExactly81Characters)
+{
+    EXPECT_EQ(deviceCharacterSet().size(), 81U);
+    for (int byte = 0; byte < 256; ++byte)
+        EXPECT_EQ(deviceCharacterSet().contains(static_cast<char>(byte)),
+                  kAllowed.find(static_cast<char>(byte)) != std::string_view::npos)
+            << byte;
+}
+
+TEST(DeviceCharacterSet, IsBuiltOnce)
+{
+    EXPECT_EQ(&deviceCharacterSet(), &deviceCharacterSet());
+}
+
+TEST(FieldText, FilteringDropsCommasAndAsterisksAndClosesTheGap)
+{
+    EXPECT_EQ(filtered("Old, Mill"), "Old Mill");
+    EXPECT_EQ(filtered("**Old*Mill**"), "OldMill");
+    EXPECT_EQ(filtered(kAllowed), kAllowed);
+}
+
+TEST(FieldText, ANameOf25CharactersIsCutTo20AndACommentOf25IsWhole)
+{
+    EXPECT_EQ(cut(kTwentyFive), "abcdefghijklmnopqrst");
+    EXPECT_EQ(filtered(kTwentyFive), kTwentyFive);
+}
+
+TEST(FieldText, ANameOf20CharactersStaysAndOneOf21LosesItsLast)
+{
+    EXPECT_EQ(cut("abcdefghijklmnopqrs"), "abcdefghijklmnopqrs");
+    EXPECT_EQ(cut("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst");
+    EXPECT_EQ(cut("abcdefghijklmnopqrstu"), "abcdefghijklmnopqrst");
+}
+
+TEST(FieldText, TheFilterComesBeforeTheCut)
+{
+    EXPECT_EQ(cut("____________________abc"), "abc");
+    EXPECT_EQ(cut("\xC3\xA9\xC3\xA9" + std::string{kTwentyFive}), "abcdefghijklmnopqrst");
+}
+
+TEST(FieldText, TheLengthIsNotConsulted)
+{
+    for (const int length : {-1, 0, 5, 20, 1000})
+        EXPECT_EQ(magellanStringFromDictionary({{"key", kTwentyFive}}, "key", length), "abcdefghijklmnopqrst") << length;
+}
+
+TEST(FieldText, ANameOutsideTheSetAltogetherIsAnEmptyField)
+{
+    EXPECT_EQ(cut("\xC3\xA9\xC3\xA8\xC3\xAA"), "");
+    EXPECT_EQ(filtered("\xE6\xBC\xA2\xE5\xAD\x97"), "");
+}
+
+TEST(FieldText, AMissingKeyOrAValueThatIsNoTextIsAnEmptyField)
+{
+    EXPECT_EQ(magellanStringFromDictionary({}, "key"), "");
+    EXPECT_EQ(magellanStringFromDictionary({}, "key", 20), "");
+    EXPECT_EQ(filtered(42), "");
+    EXPECT_EQ(filtered(gps::Array{"x"}), "");
+}
+
+constexpr char kEight[] = "f0,f1,f2,f3,f4,f5,f6,f7";
+
+TEST(SetInDictionary, AnIndexEqualToTheCountThrowsAndOneBelowIsStored)
+{
+    gps::Dictionary record;
+    const auto seven = firstFields(kEight, 7);
+    EXPECT_THROW(setInDictionary(record, "key", 7, SentenceFields{seven}), gps::RangeError);
+    EXPECT_TRUE(record.empty());
+    setInDictionary(record, "key", 7, SentenceFields{kEight});
+    EXPECT_EQ(*record.findString("key"), "f7");
+}
+
+TEST(SetInDictionary, AnIndexAboveTheCountDoesNothing)
+{
+    gps::Dictionary record{{"key", "old"}};
+    const auto six = firstFields(kEight, 6);
+    setInDictionary(record, "key", 7, SentenceFields{six});
+    EXPECT_EQ(*record.findString("key"), "old");
+}
+
+TEST(SetInDictionary, AnEmptyFieldIsStoredAsItIsAndNothingIsFiltered)
+{
+    gps::Dictionary record;
+    setInDictionary(record, "empty", 1, SentenceFields{"a,,c"});
+    setInDictionary(record, "odd", 1, SentenceFields{"a,_?;|,c"});
+    EXPECT_EQ(gps::describe(record), "{empty = \"\", odd = \"_?;|\"}");
+}
+
+TEST(ReadPlace, TakesFieldsOneToFive)
+{
+    gps::GPSPoint point{1, 2, 3, 4, 5};
+    readPlace(SentenceFields{"X,4630.000,S,00730.000,W,-12.5"}, point);
+    EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, -12.5, 4, 5)");
+}
+
+TEST(ReadPlace, FewerThanSixFieldsThrowAndChangeNothing)
+{
+    for (std::size_t count = 1; count < 6; ++count) {
+        gps::GPSPoint point{1, 2, 3, 4, 5};
+        const auto body = firstFields("X,4630.000,S,00730.000,W,-12.5", count);
+        EXPECT_THROW(readPlace(SentenceFields{body}, point), gps::RangeError) << count;
+        EXPECT_EQ(point, (gps::GPSPoint{1, 2, 3, 4, 5})) << count;
+    }
+}
+
+TEST(AppendPlace, FillsTheAltitudeUpToTheDigitsAskedFor)
+{
+    std::string body = "before ";
+    EXPECT_TRUE(appendPlace(body, "X", {46.5, -7.5, -12.5, 0, 0}, 5));
+    EXPECT_EQ(body, "before X,4630.00000,N,00730.00000,W,-0012,M,");
+    body.clear();
+    EXPECT_TRUE(appendPlace(body, "X", {46.5, -7.5, -12.5, 0, 0}, 7));
+    EXPECT_EQ(body, "X,4630.00000,N,00730.00000,W,-000012,M,");
+}
+
+TEST(AppendPlace, ACoordinateWithoutATextLeavesTheBodyUnchanged)
+{
+    std::string body = "before";
+    EXPECT_FALSE(appendPlace(body, "X", {91, 0, 0, 0, 0}, 5));
+    EXPECT_FALSE(appendPlace(body, "X", {0, 181, 0, 0, 0}, 5));
+    EXPECT_FALSE(appendPlace(body, "X", {std::numeric_limits<double>::infinity(), 0, 0, 0, 0}, 5));
+    EXPECT_EQ(body, "before");
+}
+
+} // namespace
+} // namespace magellan

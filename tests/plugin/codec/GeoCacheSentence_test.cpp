@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/GeoCacheSentence.h>
+
+#include <gps/Error.h>
+
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/LogCapture.h>
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using support::firstFields;
+using support::sentence;
+using support::withField;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+constexpr char kBody[] = "PMGNGEO,4630.000,N,00730.000,E,0001529,M,GC1ABC,Old Mill,Anna,under a stone,Multi,010208,290208,1.5,2";
+constexpr char kRecord[] =
+    "{name = \"GC1ABC\", comment = \"Old Mill\", geocacheOwner = \"Anna\", geocacheHint = \"under a stone\", "
+    "geocacheType = \"Multi\", datePlaced = \"010208\", dateFound = \"290208\", difficulty = \"1.5\", terrain = \"2\", "
+    "symbol = \"Geocache Found\"}";
+constexpr char kNowhere[] = "PMGNGEO,0000.00000,N,00000.00000,E,0000000,M,";
+constexpr gps::GPSPoint kBefore{1, 2, 3, 4, 77};
+constexpr char kThirty[] = "abcdefghijklmnopqrstuvwxyz1234";
+
+gps::Dictionary readRecord(std::string_view body)
+{
+    gps::GPSPoint point;
+    gps::Dictionary record;
+    EXPECT_TRUE(interpretGeoCacheSentence(sentence(body), point, &record)) << body;
+    return record;
+}
+
+TEST(ReadGeoCache, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
+{
+    gps::GPSPoint point = kBefore;
+    gps::Dictionary record;
+    EXPECT_TRUE(interpretGeoCacheSentence(sentence(kBody) + "\r\n", point, &record));
+    EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)");
+    EXPECT_EQ(gps::describe(record), kRecord);
+}
+
+TEST(ReadGeoCache, SouthAndWestAreNegativeAndFeetAreNotConverted)
+{
+    gps::GPSPoint point;
+    EXPECT_TRUE(
+        interpretGeoCacheSentence(sentence(withField(withField(withField(kBody, 2, "S"), 4, "W"), 6, "F")), point, nullptr));
+    EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, 1529, 0, 0)");
+}
+
+TEST(ReadGeoCache, AnEmptyPlacedDateIsAGeocacheWhateverTheFoundDateSays)
+{
+    EXPECT_EQ(*readRecord(withField(kBody, 12, "")).findString("symbol"), "Geocache");
+    EXPECT_EQ(*readRecord(withField(kBody, 12, "")).findString("dateFound"), "290208");
+    EXPECT_EQ(*readRecord(withField(kBody, 13, "")).findString("symbol"), "Geocache Found");
+    EXPECT_EQ(*readRecord(withField(kBody, 12, " ")).findString("symbol"), "Geocache Found");
+    EXPECT_EQ(*readRecord(withField(withField(kBody, 12, ""), 13, "")).findString("symbol"), "Geocache");
+}
+
+TEST(ReadGeoCache, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
+{
+    for (std::size_t count = 1; count < 6; ++count) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        const auto line = sentence(firstFields(kBody, count));
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, nullptr), gps::RangeError) << count;
+        EXPECT_EQ(point, kBefore) << count;
+    }
+}
+
+TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsWhenARecordIsGivenAndElseIsTaken)
+{
+    for (std::size_t count = 6; count < 16; ++count) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        const auto line = sentence(firstFields(kBody, count));
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_EQ(point, kBefore) << count;
+        EXPECT_TRUE(record.empty()) << count;
+        EXPECT_TRUE(interpretGeoCacheSentence(line, point, nullptr)) << count;
+        EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)") << count;
+    }
+}
+
+std::string rangeText(std::size_t count)
+{
+    gps::GPSPoint point;
+    gps::Dictionary record;
+    try {
+        (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record);
+    } catch (const gps::RangeError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(ReadGeoCache, ARangeErrorNamesTheFieldAtTheCountAndThePlacedDateWhereThereAreNoTexts)
+{
+    EXPECT_EQ(rangeText(6), "A PMGNGEO sentence has no field 12: it has 6 fields");
+    EXPECT_EQ(rangeText(7), "A PMGNGEO sentence has no field 7: it has 7 fields");
+    EXPECT_EQ(rangeText(12), "A PMGNGEO sentence has no field 12: it has 12 fields");
+    EXPECT_EQ(rangeText(15), "A PMGNGEO sentence has no field 15: it has 15 fields");
+}
+
+TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsTaken)
+{
+    EXPECT_EQ(gps::describe(readRecord(kBody)), kRecord);
+    EXPECT_EQ(gps::describe(readRecord(std::string{kBody} + ",more")), kRecord);
+}
+
+TEST(ReadGeoCache, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
+{
+    EXPECT_EQ(gps::describe(readRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
+              "{name = \"a_b;?\", comment = \" x \", geocacheOwner = \"\", geocacheHint = \"\", geocacheType = \"\", datePlaced "
+              "= \"\", "
+              "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
+}
+
+TEST(ReadGeoCache, WhatIsNoGeocacheIsRefusedAndChangesNothing)
+{
+    for (const auto& line :
+         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)), sentence(withField(kBody, 0, "PMGNWPL")),
+          sentence(withField(kBody, 0, "PMGNGEOX")), sentence(withField(kBody, 0, "pmgngeo")), sentence("PMGNCMD,END")}) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        EXPECT_FALSE(interpretGeoCacheSentence(line, point, &record)) << line;
+        EXPECT_EQ(point, kBefore) << line;
+        EXPECT_TRUE(record.empty()) << line;
+    }
+}
+
+TEST(ReadGeoCache, ADamagedCharacterNeverGivesAnotherGeocache)
+{
+    support::forEachDamage(sentence(kBody), [](const std::string& line) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        if (!interpretGeoCacheSentence(line, point, &record))
+            return;
+        EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)") << line;
+        EXPECT_EQ(gps::describe(record), kRecord) << line;
+    });
+}
+
+TEST(NameInGeoCache, IsWhatAReadingWouldFind)
+{
+    const auto line = sentence(kBody) + "\r\n";
+    EXPECT_EQ(nameInGeoCacheSentence(line), "GC1ABC");
+    EXPECT_EQ(nameInGeoCacheSentence(line)->data(), line.data() + line.find("GC1ABC"));
+    const auto unnamed = sentence(withField(kBody, 7, ""));
+    EXPECT_EQ(nameInGeoCacheSentence(unnamed), "");
+}
+
+TEST(NameInGeoCache, IsNoneForAnotherLineAndThrowsForAShortOne)
+{
+    EXPECT_EQ(nameInGeoCacheSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
+    EXPECT_EQ(nameInGeoCacheSentence(sentence(withField(kBody, 0, "PMGNWPL"))), std::nullopt);
+    for (std::size_t count = 1; count < 16; ++count)
+        EXPECT_THROW((void)nameInGeoCacheSentence(sentence(firstFields(kBody, count))), gps::RangeError) << count;
+}
+
+TEST(WriteGeoCache, IsOneSentenceWithItsChecksum)
+{
+    EXPECT_EQ(
+        makeGeoCacheSentence({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
+        sentence("PMGNGEO,4630.00000,S,00730.00000,E,0001529,M,GC1ABC,Old Mill,Anna,under a stone,Multi,010208,290208,1.5,2"));
+    EXPECT_EQ(makeGeoCacheSentence({}, {}), sentence(kNowhere + std::string{",,,,,,,,"}));
+}
+
+TEST(WriteGeoCache, ANameOf30CharactersIsWrittenWhole)
+{
+    EXPECT_EQ(makeGeoCacheSentence({}, {{"name", kThirty}}), sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
+}
+
+TEST(WriteGeoCache, ATypeBehindItsPrefixLosesTheBarAlone)
+{
+    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Geocache|Multi"}}),
+              sentence(kNowhere + std::string{",,,,GeocacheMulti,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Geocache|"}}), sentence(kNowhere + std::string{",,,,Geocache,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Multi"}}), sentence(kNowhere + std::string{",,,,Multi,,,,"}));
+}
+
+TEST(WriteGeoCache, EveryTextIsFiltered)
+{
+    gps::Dictionary record;
+    for (const auto* key :
+         {"name", "comment", "geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"})
+        record.set(key, "a,b*\xC3\xA9_c");
+    EXPECT_EQ(makeGeoCacheSentence({}, record), sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
+}
+
+TEST(WriteGeoCache, AValueThatIsNoTextCountsAsMissing)
+{
+    EXPECT_EQ(makeGeoCacheSentence({}, {{"difficulty", 1.5}, {"name", gps::Array{"x"}}}),
+              sentence(kNowhere + std::string{",,,,,,,,"}));
+}
+
+TEST(WriteGeoCache, DifficultyTerrainAndDatesSurviveAReadAndAWriteAsTheSameText)
+{
+    for (const auto* text : {"1.50", "05", "010208", "2008-02-01", "three"}) {
+        const auto line = sentence(kNowhere + std::string{"N,,,,,"} + text + "," + text + "," + text + "," + text);
+        gps::GPSPoint point;
+        gps::Dictionary record;
+        ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
+        for (const auto* key : {"datePlaced", "dateFound", "difficulty", "terrain"})
+            EXPECT_EQ(*record.findString(key), text) << key;
+        EXPECT_EQ(makeGeoCacheSentence(point, record), line);
+    }
+}
+
+TEST(WriteGeoCache, AnAltitudeIsFilledUpToSevenCharactersAndSaturates)
+{
+    for (const auto& [altitude, text] : std::vector<std::pair<double, std::string>>{
+             {12.9, "0000012"},
+             {-5.5, "-000005"},
+             {9999999, "9999999"},
+             {10000000, "10000000"},
+             {2147483648, "2147483647"},
+             {-2147483649.0, "-2147483648"},
+             {std::numeric_limits<double>::quiet_NaN(), "0000000"},
+         })
+        EXPECT_EQ(makeGeoCacheSentence({0, 0, altitude, 0, 0}, {}),
+                  sentence("PMGNGEO,0000.00000,N,00000.00000,E," + text + ",M,,,,,,,,,"))
+            << altitude;
+}
+
+TEST(WriteGeoCache, ACoordinateWithoutATextMakesNoSentence)
+{
+    EXPECT_EQ(makeGeoCacheSentence({-90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_EQ(makeGeoCacheSentence({0, std::numeric_limits<double>::infinity(), 0, 0, 0}, {}), std::nullopt);
+    EXPECT_TRUE(makeGeoCacheSentence({-90, 180, 0, 0, 0}, {}));
+}
+
+TEST(WriteGeoCache, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
+{
+    for (const auto* latitude : {"N", "S"}) {
+        for (const auto* longitude : {"E", "W"}) {
+            const auto line = sentence("PMGNGEO,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
+                                       ",-000042,M,a name of more than 20 characters,c,o,h,t,p,f,1,2");
+            gps::GPSPoint point;
+            gps::Dictionary record;
+            ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
+            EXPECT_EQ(makeGeoCacheSentence(point, record), line);
+        }
+    }
+}
+
+gps::Dictionary geocache(const char* name, double latitude = 0)
+{
+    return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};
+}
+
+std::string line(const std::string& name)
+{
+    return sentence(kNowhere + name + ",,,,,,,,");
+}
+
+TEST(WriteGeoCaches, AreInTheListsOrderWithTheirDuplicates)
+{
+    EXPECT_THAT(makeGeocacheSentences({geocache("B"), geocache("A"), geocache("B")}),
+                Optional(ElementsAre(line("B"), line("A"), line("B"))));
+    EXPECT_THAT(makeGeocacheSentences({}), Optional(IsEmpty()));
+}
+
+TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoneNotTheSentencesBefore)
+{
+    const support::LogCapture log;
+    EXPECT_EQ(makeGeocacheSentences({geocache("A"), gps::Dictionary{{"name", "B"}}}), std::nullopt);
+    EXPECT_THAT(log.lines(), ElementsAre("geocache B contains no point --\n{name = \"B\"}"));
+}
+
+TEST(WriteGeoCaches, ARecordThatIsNoneIsOneWithoutItsPoint)
+{
+    const support::LogCapture log;
+    EXPECT_EQ(makeGeocacheSentences({7, geocache("A")}), std::nullopt);
+    EXPECT_THAT(log.lines(), ElementsAre("geocache (null) contains no point --\n7"));
+}
+
+TEST(WriteGeoCaches, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
+{
+    const support::LogCapture log;
+    EXPECT_THAT(makeGeocacheSentences({geocache("A", 91), geocache("B")}), Optional(ElementsAre(line("B"))));
+    EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
+}
+
+} // namespace
+} // namespace magellan

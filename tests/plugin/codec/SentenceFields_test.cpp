@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/SentenceFields.h>
+
+#include <gps/Error.h>
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+TEST(SentenceFields, ABodyWithoutACommaIsOneField)
+{
+    EXPECT_EQ(SentenceFields{""}.count(), 1U);
+    EXPECT_EQ(SentenceFields{""}.at(0), "");
+    EXPECT_EQ(SentenceFields{"PMGNCMD"}.count(), 1U);
+    EXPECT_EQ(SentenceFields{"PMGNCMD"}.at(0), "PMGNCMD");
+}
+
+TEST(SentenceFields, KeepTheirTextExactlyAndEmptyOnesCount)
+{
+    const SentenceFields fields{",a, b ,,"};
+    ASSERT_EQ(fields.count(), 5U);
+    EXPECT_EQ(fields.at(0), "");
+    EXPECT_EQ(fields.at(1), "a");
+    EXPECT_EQ(fields.at(2), " b ");
+    EXPECT_EQ(fields.at(3), "");
+    EXPECT_EQ(fields.at(4), "");
+}
+
+TEST(SentenceFields, APositionAtTheCountThrowsAndTheOneBelowDoesNot)
+{
+    const SentenceFields fields{"a,b,c"};
+    EXPECT_EQ(fields.at(2), "c");
+    EXPECT_THROW((void)fields.at(3), gps::RangeError);
+    EXPECT_THROW((void)fields.at(15), gps::RangeError);
+}
+
+TEST(SentenceFields, ARangeErrorIsAnOutOfRangeThatNamesSentenceFieldAndCount)
+{
+    const auto textOf = [](std::string_view body, std::size_t position) {
+        try {
+            (void)SentenceFields{body}.at(position);
+        } catch (const std::out_of_range& error) {
+            return std::string{error.what()};
+        }
+        return std::string{};
+    };
+    EXPECT_EQ(textOf("PMGNTRK", 7), "A PMGNTRK sentence has no field 7: it has 1 field");
+    EXPECT_EQ(textOf("PMGNGEO,1,2", 12), "A PMGNGEO sentence has no field 12: it has 3 fields");
+}
+
+TEST(SentenceFields, AMissingContentThrowsAsAMissingFieldDoes)
+{
+    EXPECT_THROW(SentenceFields{"a,b,c"}.throwRangeError(1), gps::RangeError);
+}
+
+TEST(SentenceFields, SixteenAreReachableHoweverManyThereAre)
+{
+    std::string body = "f0";
+    for (int i = 1; i < 40; ++i) {
+        body.append(",f").append(std::to_string(i));
+        const SentenceFields fields{body};
+        ASSERT_EQ(fields.count(), static_cast<std::size_t>(i) + 1);
+        for (std::size_t at = 0; at < SentenceFields::kReachable && at < fields.count(); ++at)
+            ASSERT_EQ(fields.at(at), std::string{"f"}.append(std::to_string(at)));
+    }
+}
+
+TEST(SentenceFields, AreCutAtEveryPlaceOfAWord)
+{
+    for (std::size_t length = 0; length < 40; ++length) {
+        for (std::size_t comma = 0; comma < length; ++comma) {
+            std::string body(length, '-'); // a neighbour of the comma, by one bit
+            body[comma] = ',';
+            const SentenceFields fields{body};
+            ASSERT_EQ(fields.count(), 2U) << body;
+            ASSERT_EQ(fields.at(0), std::string(comma, '-')) << body;
+            ASSERT_EQ(fields.at(1), std::string(length - comma - 1, '-')) << body;
+        }
+    }
+}
+
+TEST(SentenceFields, NoOtherCharacterSeparates)
+{
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string body(11, static_cast<char>(byte));
+        EXPECT_EQ(SentenceFields{body}.count(), byte == ',' ? 12U : 1U) << byte;
+    }
+}
+
+TEST(SentenceFields, OfASentenceAreThoseOfAValidLineOfThatName)
+{
+    const auto line = support::sentence("PMGNTRK,a,b") + "\r\n";
+    const auto fields = SentenceFields::ofSentence(line, "PMGNTRK");
+    ASSERT_TRUE(fields);
+    EXPECT_EQ(fields->count(), 3U);
+    EXPECT_EQ(fields->at(2), "b");
+    EXPECT_TRUE(SentenceFields::ofSentence(support::sentence("PMGNTRK"), "PMGNTRK"));
+}
+
+TEST(SentenceFields, OfALineThatIsInvalidOrHasAnotherNameAreNone)
+{
+    for (const auto* body : {"PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a", " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK"})
+        EXPECT_FALSE(SentenceFields::ofSentence(support::sentence(body), "PMGNTRK")) << body;
+    EXPECT_FALSE(SentenceFields::ofSentence(support::breakChecksum(support::sentence("PMGNTRK,a")), "PMGNTRK"));
+    EXPECT_FALSE(SentenceFields::ofSentence("", "PMGNTRK"));
+}
+
+TEST(SentenceFields, TheRestBeginsAtAFieldAndIsEmptyBehindTheLast)
+{
+    const SentenceFields fields{"a,b,,c,"};
+    EXPECT_EQ(fields.from(0), "a,b,,c,");
+    EXPECT_EQ(fields.from(2), ",c,");
+    EXPECT_EQ(fields.from(4), "");
+    EXPECT_EQ(fields.from(5), "");
+}
+
+TEST(SentenceFields, AreViewsIntoTheBody)
+{
+    const std::string body = "a,b,c";
+    EXPECT_EQ(SentenceFields{body}.at(1).data(), body.data() + 2);
+}
+
+} // namespace
+} // namespace magellan

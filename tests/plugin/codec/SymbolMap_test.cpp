@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/SymbolMap.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace magellan {
+namespace {
+
+const SymbolMap& example()
+{
+    static const SymbolMap map{{{"Flag", "a"}, {"Camp", "j"}, {"Campground", "j"}, {"Odd", 7}}};
+    return map;
+}
+
+std::string iconOf(const SymbolMap& map, const std::string& symbol)
+{
+    return std::string{map.icon(&symbol)};
+}
+
+TEST(SymbolMap, ASymbolHasItsIcon)
+{
+    EXPECT_EQ(iconOf(example(), "Camp"), "j");
+    EXPECT_EQ(iconOf(example(), "Campground"), "j");
+    EXPECT_EQ(iconOf(example(), "Flag"), "a");
+}
+
+TEST(SymbolMap, NullIsTheCrossedBox)
+{
+    EXPECT_EQ(example().icon(nullptr), "a");
+    EXPECT_STREQ(kMagellanSymbol_crossed_box, "a");
+}
+
+TEST(SymbolMap, AnUnknownSymbolOfTwoCharactersStandsForItselfAndOfThreeIsTheCrossedBox)
+{
+    EXPECT_EQ(iconOf(example(), ""), "");
+    EXPECT_EQ(iconOf(example(), "z"), "z");
+    EXPECT_EQ(iconOf(example(), "zz"), "zz");
+    EXPECT_EQ(iconOf(example(), "zzz"), "a");
+    EXPECT_EQ(iconOf(example(), "No such symbol"), "a");
+    EXPECT_EQ(iconOf(example(), "camp"), "a");
+}
+
+TEST(SymbolMap, CharactersAreCountedNotBytes)
+{
+    EXPECT_EQ(iconOf(example(), "\xC3\xA9\xC3\xA9"), "\xC3\xA9\xC3\xA9");
+    EXPECT_EQ(iconOf(example(), "\xC3\xA9\xC3\xA9\xC3\xA9"), "a");
+}
+
+TEST(SymbolMap, AnIconIsReadAsTheLastSymbolThatHasIt)
+{
+    EXPECT_EQ(example().symbol("j"), "Campground");
+    EXPECT_EQ(example().symbol("a"), "Flag");
+}
+
+TEST(SymbolMap, AnUnknownIconStandsForItself)
+{
+    EXPECT_EQ(example().symbol("zz"), "zz");
+    EXPECT_EQ(example().symbol("J"), "J");
+    EXPECT_EQ(example().symbol(""), "");
+}
+
+TEST(SymbolMap, AnIconThatIsNoTextIsNone)
+{
+    EXPECT_EQ(iconOf(example(), "Odd"), "a");
+    EXPECT_EQ(example().symbol("7"), "7");
+}
+
+TEST(SymbolMap, AnEmptyMapFindsNothing)
+{
+    const SymbolMap empty{gps::Dictionary{}};
+    EXPECT_EQ(iconOf(empty, "Campground"), "a");
+    EXPECT_EQ(iconOf(empty, "j"), "j");
+    EXPECT_EQ(empty.symbol("j"), "j");
+}
+
+TEST(SymbolMap, TheSharedOneComesFromTheBundleAndIsBuiltOnce)
+{
+    const auto& shared = SymbolMap::shared();
+    EXPECT_EQ(&shared, &SymbolMap::shared());
+    EXPECT_EQ(iconOf(shared, "Campground"), "j");
+    EXPECT_EQ(iconOf(shared, "Camp"), "j");
+    EXPECT_EQ(shared.symbol("j"), "Campground");
+    EXPECT_EQ(shared.symbol("c"), "Residence");
+    EXPECT_EQ(shared.symbol("ap"), "Zoo");
+}
+
+} // namespace
+} // namespace magellan

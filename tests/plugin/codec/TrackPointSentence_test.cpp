@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/TrackPointSentence.h>
+
+#include <gps/Error.h>
+#include <gps/Value.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using support::firstFields;
+using support::sentence;
+using support::withField;
+
+constexpr char kBody[] = "PMGNTRK,4630.000,N,00730.000,E,01529,M,071548.24,A,NAME,110808";
+constexpr std::int64_t kTime = 1218438948;     // what the body says
+constexpr std::int64_t kOtherDay = 1204243200; // 2008-02-29
+constexpr std::int64_t kTimeOfDay = 7 * 3600 + 15 * 60 + 48;
+
+/// A point that shows what was touched.
+constexpr gps::GPSPoint kBefore{1, 2, 3, kOtherDay + 5, 77};
+
+gps::GPSPoint readPoint(std::string_view body)
+{
+    gps::GPSPoint point = kBefore;
+    EXPECT_TRUE(interpretTrackPointSentence(sentence(body), point, nullptr)) << body;
+    return point;
+}
+
+TEST(ReadTrackPoint, TakesPlaceTimeAndNameOfASentence)
+{
+    gps::GPSPoint point = kBefore;
+    gps::Dictionary extras;
+    EXPECT_TRUE(interpretTrackPointSentence(sentence(kBody) + "\r\n", point, &extras));
+    EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 1218438948, 77)");
+    EXPECT_EQ(gps::describe(extras), "{trackName = \"NAME\"}");
+}
+
+TEST(ReadTrackPoint, SouthAndWestAreNegative)
+{
+    const auto point = readPoint(withField(withField(kBody, 2, "S"), 4, "W"));
+    EXPECT_EQ(point.latitude, -46.5);
+    EXPECT_EQ(point.longitude, -7.5);
+}
+
+TEST(ReadTrackPoint, ABodyOfFewerThanEightFieldsThrowsAndChangesNothing)
+{
+    for (std::size_t count = 1; count < 8; ++count) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary extras{{"trackName", "OLD"}};
+        EXPECT_THROW((void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras), gps::RangeError)
+            << count;
+        EXPECT_EQ(point, kBefore) << count;
+        EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}") << count;
+    }
+}
+
+TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFieldAndTheCount)
+{
+    gps::GPSPoint point;
+    try {
+        (void)interpretTrackPointSentence(sentence(firstFields(kBody, 7)), point, nullptr);
+        FAIL() << "nothing was thrown";
+    } catch (const gps::RangeError& error) {
+        EXPECT_STREQ(error.what(), "A PMGNTRK sentence has no field 7: it has 7 fields");
+    }
+}
+
+TEST(ReadTrackPoint, TheNameComesFromTheTenthFieldOn)
+{
+    for (const auto& [count, name] : std::vector<std::pair<std::size_t, std::string>>{
+             {8, "{}"}, {9, "{}"}, {10, "{trackName = \"NAME\"}"}, {11, "{trackName = \"NAME\"}"}}) {
+        gps::GPSPoint point;
+        gps::Dictionary extras;
+        EXPECT_TRUE(interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras)) << count;
+        EXPECT_EQ(gps::describe(extras), name) << count;
+    }
+}
+
+TEST(ReadTrackPoint, ABodyOfTenFieldsTakesThePreviousPointsDateAndOneOfElevenSetsBoth)
+{
+    EXPECT_EQ(readPoint(firstFields(kBody, 8)).time, kOtherDay + kTimeOfDay);
+    EXPECT_EQ(readPoint(firstFields(kBody, 10)).time, kOtherDay + kTimeOfDay);
+    EXPECT_EQ(readPoint(kBody).time, kTime);
+    EXPECT_EQ(readPoint(std::string{kBody} + ",more,and more").time, kTime);
+}
+
+TEST(ReadTrackPoint, AMalformedDateOrTimeIsNoTime)
+{
+    EXPECT_EQ(readPoint(withField(kBody, 10, "")).time, 0);
+    EXPECT_EQ(readPoint(withField(kBody, 10, "300208")).time, 0);
+    EXPECT_EQ(readPoint(withField(kBody, 7, "")).time, 0);
+    EXPECT_EQ(readPoint(withField(kBody, 7, "240000")).time, 0);
+}
+
+TEST(ReadTrackPoint, AMalformedTimeWithoutADateLeavesThePreviousTime)
+{
+    EXPECT_EQ(readPoint(withField(firstFields(kBody, 10), 7, "")).time, kBefore.time);
+    EXPECT_EQ(readPoint(withField(firstFields(kBody, 10), 7, "000060")).time, kBefore.time);
+}
+
+TEST(ReadTrackPoint, ASmallLetterFIsMetresAndOnlyExactlyFIsFeet)
+{
+    for (const auto* unit : {"f", "M", "m", "", "FT", " F", "F ", "X"})
+        EXPECT_EQ(readPoint(withField(kBody, 6, unit)).altitude, 1529) << unit;
+    EXPECT_DOUBLE_EQ(readPoint(withField(kBody, 6, "F")).altitude, 1529 / 3.2808399);
+}
+
+TEST(ReadTrackPoint, AHundredFeetAre30Point48MetresAndAreWrittenBackAs00030)
+{
+    const auto point = readPoint(withField(withField(kBody, 5, "100"), 6, "F"));
+    EXPECT_DOUBLE_EQ(point.altitude, 100 / 3.2808399);
+    EXPECT_NEAR(point.altitude, 30.48, 0.0001);
+    EXPECT_THAT(makeTrackPointSentence(point), testing::Optional(testing::HasSubstr(",E,00030,M,")));
+}
+
+TEST(ReadTrackPoint, AnAltitudeIsTheLeadingNumberOfItsField)
+{
+    for (const auto& [text, altitude] : std::vector<std::pair<std::string_view, double>>{
+             {"", 0},
+             {"abc", 0},
+             {"inf", 0},
+             {"nan", 0},
+             {"0x10", 0},
+             {"-00012", -12},
+             {"12.75abc", 12.75},
+             {" 7", 7},
+             {"1e3", 1000},
+             {"1e999", std::numeric_limits<double>::max()},
+             {"-1e999", std::numeric_limits<double>::lowest()},
+         })
+        EXPECT_EQ(readPoint(withField(kBody, 5, text)).altitude, altitude) << text;
+}
+
+TEST(ReadTrackPoint, AnEmptyNameLeavesAnOlderOneInTheExtras)
+{
+    gps::GPSPoint point;
+    gps::Dictionary extras{{"trackName", "OLD"}};
+    EXPECT_TRUE(interpretTrackPointSentence(sentence(withField(kBody, 9, "")), point, &extras));
+    EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}");
+}
+
+TEST(ReadTrackPoint, ANameIsTakenAsItStands)
+{
+    gps::GPSPoint point;
+    gps::Dictionary extras;
+    EXPECT_TRUE(
+        interpretTrackPointSentence(sentence(withField(kBody, 9, " a name_of more than 20 characters? ")), point, &extras));
+    EXPECT_EQ(gps::describe(extras), "{trackName = \" a name_of more than 20 characters? \"}");
+}
+
+TEST(ReadTrackPoint, WhatIsNoTrackPointIsRefusedAndChangesNothing)
+{
+    for (const auto& line : {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
+                             sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "pmgntrk")),
+                             sentence(withField(kBody, 0, "PMGNTRKX")), sentence(withField(kBody, 0, "PMGNTR")),
+                             sentence(withField(kBody, 0, " PMGNTRK")), sentence("PMGNCMD,END"), sentence(kBody).substr(0, 20)}) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary extras;
+        EXPECT_FALSE(interpretTrackPointSentence(line, point, &extras)) << line;
+        EXPECT_EQ(point, kBefore) << line;
+        EXPECT_TRUE(extras.empty()) << line;
+    }
+}
+
+TEST(ReadTrackPoint, ADamagedCharacterNeverGivesAnotherPoint)
+{
+    const auto whole = readPoint(kBody);
+    support::forEachDamage(sentence(kBody), [&whole](const std::string& line) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary extras;
+        if (!interpretTrackPointSentence(line, point, &extras))
+            return;
+        EXPECT_EQ(point, whole) << line;
+        EXPECT_EQ(gps::describe(extras), "{trackName = \"NAME\"}") << line;
+    });
+}
+
+TEST(WriteTrackPoint, IsOneSentenceWithoutANameAndWithItsChecksum)
+{
+    EXPECT_EQ(makeTrackPointSentence({46.5, -7.5, 1529, kTime, 77}),
+              sentence("PMGNTRK,4630.00000,N,00730.00000,W,01529,M,071548.00,A,,110808"));
+    EXPECT_EQ(makeTrackPointSentence({-46.5, 7.5, 1529, kTime, 0}),
+              sentence("PMGNTRK,4630.00000,S,00730.00000,E,01529,M,071548.00,A,,110808"));
+}
+
+TEST(WriteTrackPoint, AnAltitudeIsCutTowardZeroAndFilledUpToFiveCharacters)
+{
+    for (const auto& [altitude, text] : std::vector<std::pair<double, std::string>>{
+             {123.9, "00123"},
+             {-12.7, "-0012"},
+             {0, "00000"},
+             {0.9, "00000"},
+             {-0.9, "00000"},
+             {-1, "-0001"},
+             {-9999, "-9999"},
+             {-10000, "-10000"},
+             {99999.9, "99999"},
+             {100000, "100000"},
+         })
+        EXPECT_EQ(makeTrackPointSentence({0, 0, altitude, 0, 0}),
+                  sentence("PMGNTRK,0000.00000,N,00000.00000,E," + text + ",M,,A,,"))
+            << altitude;
+}
+
+TEST(WriteTrackPoint, AnAltitudeOutsideThe32BitRangeIsTheNearestBoundAndANanIsZero)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const auto& [altitude, text] : std::vector<std::pair<double, std::string>>{
+             {2147483646.9, "2147483646"},
+             {2147483647.0, "2147483647"},
+             {2147483648.0, "2147483647"},
+             {1e300, "2147483647"},
+             {kInfinity, "2147483647"},
+             {-2147483647.9, "-2147483647"},
+             {-2147483648.0, "-2147483648"},
+             {-2147483649.0, "-2147483648"},
+             {-1e300, "-2147483648"},
+             {-kInfinity, "-2147483648"},
+             {std::numeric_limits<double>::quiet_NaN(), "00000"},
+         })
+        EXPECT_EQ(makeTrackPointSentence({0, 0, altitude, 0, 0}),
+                  sentence("PMGNTRK,0000.00000,N,00000.00000,E," + text + ",M,,A,,"))
+            << altitude;
+}
+
+TEST(WriteTrackPoint, ATimeThatADateTextCannotCarryIsWrittenAsTwoEmptyTexts)
+{
+    for (const std::int64_t time : {std::int64_t{0}, std::int64_t{315532799}, std::int64_t{3471292800}, std::int64_t{-1}})
+        EXPECT_EQ(makeTrackPointSentence({0, 0, 0, time, 0}), sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,,A,,"))
+            << time;
+    EXPECT_EQ(makeTrackPointSentence({0, 0, 0, 315532800, 0}),
+              sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,000000.00,A,,010180"));
+    EXPECT_EQ(makeTrackPointSentence({0, 0, 0, 3471292799, 0}),
+              sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,235959.00,A,,311279"));
+}
+
+TEST(WriteTrackPoint, ACoordinateWithoutATextMakesNoSentence)
+{
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(makeTrackPointSentence({90.0000001, 0, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentence({0, -180.0000001, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentence({kNaN, 0, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentence({0, kNaN, 0, 0, 0}), std::nullopt);
+    EXPECT_TRUE(makeTrackPointSentence({90, 180, 0, 0, 0}));
+    EXPECT_TRUE(makeTrackPointSentence({-90, -180, 0, 0, 0}));
+}
+
+TEST(WriteTrackPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
+{
+    for (const auto* latitude : {"N", "S"}) {
+        for (const auto* longitude : {"E", "W"}) {
+            const auto line = sentence("PMGNTRK,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
+                                       ",-0042,M,235959.00,A,,290208");
+            gps::GPSPoint point;
+            ASSERT_TRUE(interpretTrackPointSentence(line, point, nullptr));
+            EXPECT_EQ(makeTrackPointSentence(point), line);
+        }
+    }
+}
+
+} // namespace
+} // namespace magellan

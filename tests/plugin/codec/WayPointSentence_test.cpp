@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/codec/WayPointSentence.h>
+
+#include <gps/Error.h>
+
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/LogCapture.h>
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using support::firstFields;
+using support::sentence;
+using support::withField;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kBody[] = "PMGNWPL,4630.000,N,00730.000,E,0001529,M,HOME,our house,c";
+constexpr gps::GPSPoint kBefore{1, 2, 3, 4, 77};
+constexpr char kThirty[] = "abcdefghijklmnopqrstuvwxyz1234";
+
+gps::Dictionary readRecord(std::string_view body)
+{
+    gps::GPSPoint point;
+    gps::Dictionary record;
+    EXPECT_TRUE(interpretWayPointSentence(sentence(body), point, &record)) << body;
+    return record;
+}
+
+gps::GPSPoint readPoint(std::string_view body)
+{
+    gps::GPSPoint point = kBefore;
+    EXPECT_TRUE(interpretWayPointSentence(sentence(body), point, nullptr)) << body;
+    return point;
+}
+
+TEST(ReadWayPoint, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
+{
+    gps::GPSPoint point = kBefore;
+    gps::Dictionary record;
+    EXPECT_TRUE(interpretWayPointSentence(sentence(kBody) + "\r\n", point, &record));
+    EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)");
+    EXPECT_EQ(gps::describe(record), "{name = \"HOME\", comment = \"our house\", symbol = \"Residence\"}");
+}
+
+TEST(ReadWayPoint, SouthAndWestAreNegative)
+{
+    const auto point = readPoint(withField(withField(kBody, 2, "S"), 4, "W"));
+    EXPECT_EQ(point.latitude, -46.5);
+    EXPECT_EQ(point.longitude, -7.5);
+}
+
+TEST(ReadWayPoint, AnAltitudeStaysUnconvertedWhateverItsUnit)
+{
+    for (const auto* unit : {"F", "f", "M", ""})
+        EXPECT_EQ(readPoint(withField(kBody, 6, unit)).altitude, 1529) << unit;
+}
+
+TEST(ReadWayPoint, AnAltitudeWithoutANumberIsZero)
+{
+    EXPECT_EQ(readPoint(withField(kBody, 5, "")).altitude, 0);
+    EXPECT_EQ(readPoint(withField(kBody, 5, "nan")).altitude, 0);
+    EXPECT_EQ(readPoint(withField(kBody, 5, "1e999")).altitude, std::numeric_limits<double>::max());
+}
+
+TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
+{
+    for (std::size_t count = 1; count < 6; ++count) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        const auto line = sentence(firstFields(kBody, count));
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, nullptr), gps::RangeError) << count;
+        EXPECT_EQ(point, kBefore) << count;
+    }
+}
+
+TEST(ReadWayPoint, ABodyOfSixFieldsIsTakenWithoutAnyText)
+{
+    EXPECT_TRUE(readRecord(firstFields(kBody, 6)).empty());
+}
+
+TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsWhenARecordIsGiven)
+{
+    for (const std::size_t count : {7U, 8U}) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        const auto line = sentence(firstFields(kBody, count));
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_EQ(point, kBefore) << count;
+        EXPECT_TRUE(record.empty()) << count;
+        EXPECT_TRUE(interpretWayPointSentence(line, point, nullptr)) << count;
+    }
+}
+
+TEST(ReadWayPoint, ABodyOfExactlyNineFieldsHasNameAndCommentButNoSymbol)
+{
+    EXPECT_EQ(gps::describe(readRecord(firstFields(kBody, 9))), "{name = \"HOME\", comment = \"our house\"}");
+}
+
+TEST(ReadWayPoint, TheSymbolComesFromTheTenthFieldOn)
+{
+    EXPECT_EQ(*readRecord(kBody).findString("symbol"), "Residence");
+    EXPECT_EQ(*readRecord(std::string{kBody} + ",more").findString("symbol"), "Residence");
+}
+
+TEST(ReadWayPoint, AnUnknownIconIsStoredAsItsOwnCode)
+{
+    EXPECT_EQ(*readRecord(withField(kBody, 9, "zz")).findString("symbol"), "zz");
+    EXPECT_EQ(*readRecord(withField(kBody, 9, "")).findString("symbol"), "");
+}
+
+TEST(ReadWayPoint, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
+{
+    EXPECT_EQ(gps::describe(readRecord(withField(firstFields(kBody, 9), 7, ""))), "{name = \"\", comment = \"our house\"}");
+    EXPECT_EQ(*readRecord(withField(kBody, 7, " a_name? of more than 20 characters ")).findString("name"),
+              " a_name? of more than 20 characters ");
+}
+
+TEST(ReadWayPoint, WhatIsNoWaypointIsRefusedAndChangesNothing)
+{
+    for (const auto& line :
+         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)), sentence(withField(kBody, 0, "PMGNTRK")),
+          sentence(withField(kBody, 0, "PMGNWPLX")), sentence(withField(kBody, 0, "pmgnwpl")), sentence("PMGNCMD,END")}) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        EXPECT_FALSE(interpretWayPointSentence(line, point, &record)) << line;
+        EXPECT_EQ(point, kBefore) << line;
+        EXPECT_TRUE(record.empty()) << line;
+    }
+}
+
+TEST(ReadWayPoint, ADamagedCharacterNeverGivesAnotherWaypoint)
+{
+    const auto wholePoint = readPoint(kBody);
+    const auto wholeRecord = readRecord(kBody);
+    support::forEachDamage(sentence(kBody), [&](const std::string& line) {
+        gps::GPSPoint point = kBefore;
+        gps::Dictionary record;
+        if (!interpretWayPointSentence(line, point, &record))
+            return;
+        EXPECT_EQ(point, wholePoint) << line;
+        EXPECT_EQ(record, wholeRecord) << line;
+    });
+}
+
+TEST(NameInWayPoint, IsWhatAReadingWouldFind)
+{
+    const auto line = sentence(kBody) + "\r\n";
+    EXPECT_EQ(nameInWayPointSentence(line), "HOME");
+    EXPECT_EQ(nameInWayPointSentence(line)->data(), line.data() + line.find("HOME"));
+    const auto unnamed = sentence(withField(kBody, 7, ""));
+    EXPECT_EQ(nameInWayPointSentence(unnamed), "");
+    const auto nine = sentence(firstFields(kBody, 9));
+    EXPECT_EQ(nameInWayPointSentence(nine), "HOME");
+}
+
+TEST(NameInWayPoint, IsNoneWhereAReadingFindsNoneAndThrowsWhereThatThrows)
+{
+    EXPECT_EQ(nameInWayPointSentence(sentence(firstFields(kBody, 6))), std::nullopt);
+    EXPECT_EQ(nameInWayPointSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
+    EXPECT_EQ(nameInWayPointSentence(sentence(withField(kBody, 0, "PMGNTRK"))), std::nullopt);
+    for (const std::size_t count : {1U, 5U, 7U, 8U})
+        EXPECT_THROW((void)nameInWayPointSentence(sentence(firstFields(kBody, count))), gps::RangeError) << count;
+}
+
+TEST(WriteWayPoint, IsOneSentenceWithItsChecksumAndWithoutATime)
+{
+    EXPECT_EQ(makeWayPointSentence({46.5, -7.5, 1529, 1218438948, 77},
+                                   {{"name", "HOME"}, {"comment", "our house"}, {"symbol", "House"}}),
+              sentence("PMGNWPL,4630.00000,N,00730.00000,W,0001529,M,HOME,our house,c"));
+}
+
+TEST(WriteWayPoint, ANameOf30CharactersIsCutTo20AndACommentOf30IsWrittenWhole)
+{
+    EXPECT_EQ(makeWayPointSentence({}, {{"name", kThirty}, {"comment", kThirty}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz1234,a"));
+}
+
+TEST(WriteWayPoint, TextsAreFilteredBeforeTheyAreCut)
+{
+    EXPECT_EQ(makeWayPointSentence({}, {{"name", "a,b*c$d_e?" + std::string{kThirty}}, {"comment", "Caf\xC3\xA9, hot; 5\" * |"}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdeabcdefghijklmno,Caf hot 5  ,a"));
+}
+
+TEST(WriteWayPoint, ARecordWithoutASymbolHasTheIconA)
+{
+    EXPECT_EQ(makeWayPointSentence({}, {}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", 7}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", "no such symbol"}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+}
+
+TEST(WriteWayPoint, AnAltitudeIsCutTowardZeroAndFilledUpToSevenCharacters)
+{
+    for (const auto& [altitude, text] : std::vector<std::pair<double, std::string>>{
+             {12.9, "0000012"},
+             {-5.5, "-000005"},
+             {-0.5, "0000000"},
+             {-999999, "-999999"},
+             {-1000000, "-1000000"},
+             {9999999.9, "9999999"},
+             {10000000, "10000000"},
+             {2147483647, "2147483647"},
+             {2147483648, "2147483647"},
+             {-2147483648.0, "-2147483648"},
+             {-2147483649.0, "-2147483648"},
+             {std::numeric_limits<double>::infinity(), "2147483647"},
+             {std::numeric_limits<double>::quiet_NaN(), "0000000"},
+         })
+        EXPECT_EQ(makeWayPointSentence({0, 0, altitude, 0, 0}, {}),
+                  sentence("PMGNWPL,0000.00000,N,00000.00000,E," + text + ",M,,,a"))
+            << altitude;
+}
+
+TEST(WriteWayPoint, ACoordinateWithoutATextMakesNoSentence)
+{
+    EXPECT_EQ(makeWayPointSentence({90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_EQ(makeWayPointSentence({0, 180.0000001, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_TRUE(makeWayPointSentence({90, -180, 0, 0, 0}, {}));
+}
+
+TEST(WriteWayPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
+{
+    for (const auto* latitude : {"N", "S"}) {
+        for (const auto* longitude : {"E", "W"}) {
+            const auto line = sentence("PMGNWPL,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
+                                       ",-000042,M,abcdefghijklmnopqrst,hi,c");
+            gps::GPSPoint point;
+            gps::Dictionary record;
+            ASSERT_TRUE(interpretWayPointSentence(line, point, &record));
+            EXPECT_EQ(makeWayPointSentence(point, record), line);
+        }
+    }
+}
+
+gps::Dictionary waypoint(const char* name, double latitude = 0)
+{
+    return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};
+}
+
+std::string line(const std::string& name)
+{
+    return sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M," + name + ",,a");
+}
+
+TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
+{
+    EXPECT_THAT(makeWayPointSentences({waypoint("B"), waypoint("A"), waypoint("B")}),
+                ElementsAre(line("B"), line("A"), line("B")));
+    EXPECT_THAT(makeWayPointSentences({}), IsEmpty());
+}
+
+TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
+{
+    const support::LogCapture log;
+    EXPECT_THAT(makeWayPointSentences({waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
+                ElementsAre(line("A"), line("C")));
+    EXPECT_THAT(log.lines(), ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
+}
+
+TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
+{
+    const support::LogCapture log;
+    EXPECT_THAT(makeWayPointSentences({gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}), ElementsAre(line("C")));
+    EXPECT_THAT(log.lines(), ElementsAre("waypoint (null) contains no point --\n{point = \"46N 7E\"}",
+                                         "waypoint (null) contains no point --\n7"));
+}
+
+TEST(WriteWayPoints, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
+{
+    const support::LogCapture log;
+    EXPECT_THAT(makeWayPointSentences({waypoint("A", 91), waypoint("B")}), ElementsAre(line("B")));
+    EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
+}
+
+} // namespace
+} // namespace magellan

@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/common/DictionaryHelpers.h>
+
+#include <gps/Value.h>
+#include <platform/OrvUtils/OrvDebug.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using gps::Dictionary;
+
+class DebugLevelTest : public testing::Test {
+protected:
+    ~DebugLevelTest() override { GarminSetDebugLevel(0); }
+};
+
+TEST_F(DebugLevelTest, IsStoredHereAndInTheFramework)
+{
+    EXPECT_EQ(GarminDebugLevel, 0);
+    GarminSetDebugLevel(2);
+    EXPECT_EQ(GarminDebugLevel, 2);
+    EXPECT_TRUE(gps::OrvDebugLevelIs(2));
+    EXPECT_FALSE(gps::OrvDebugLevelIs(3));
+}
+
+TEST_F(DebugLevelTest, TheQuestionGoesToTheFrameworkAlone)
+{
+    GarminDebugLevel = 5;
+    EXPECT_FALSE(DebugLevelIs(1));
+    gps::OrvSetDebugLevel(1);
+    GarminDebugLevel = 0;
+    EXPECT_TRUE(DebugLevelIs(1));
+    EXPECT_FALSE(DebugLevelIs(2));
+}
+
+TEST_F(DebugLevelTest, WithoutTheOptionItIsZeroWithAZeroItIsOneAndElseTheOptions)
+{
+    for (const auto& [options, level] : std::vector<std::pair<Dictionary, int>>{{{}, 0},
+                                                                                {{{"debug", 0}}, 1},
+                                                                                {{{"debug", 1}}, 1},
+                                                                                {{{"debug", 3}}, 3},
+                                                                                {{{"debug", -2}}, -2},
+                                                                                {{{"debug", "4 please"}}, 4},
+                                                                                {{{"debug", "yes"}}, 1},
+                                                                                {{{"debug", false}}, 1}}) {
+        GarminSetDebugLevel(9);
+        SetDebugLevelFromDictionary(&options);
+        EXPECT_EQ(GarminDebugLevel, level) << gps::describe(options);
+        EXPECT_EQ(gps::OrvDebugLevelIs(1), level > 0) << gps::describe(options);
+    }
+}
+
+TEST_F(DebugLevelTest, ANullDictionaryLeavesItAsItWas)
+{
+    GarminSetDebugLevel(2);
+    SetDebugLevelFromDictionary(nullptr);
+    EXPECT_EQ(GarminDebugLevel, 2);
+    EXPECT_TRUE(gps::OrvDebugLevelIs(2));
+}
+
+TEST(GetBoolValueForKey, ReadsNumbersAndTexts)
+{
+    for (const auto& [value, reading] : std::vector<std::pair<gps::Value, bool>>{{2, true},
+                                                                                 {0, false},
+                                                                                 {-1, true},
+                                                                                 {0.5, true},
+                                                                                 {true, true},
+                                                                                 {false, false},
+                                                                                 {"YES", true},
+                                                                                 {"no", false},
+                                                                                 {" true", true},
+                                                                                 {"0", false},
+                                                                                 {"07", true},
+                                                                                 {"", false}}) {
+        const Dictionary dictionary{{"key", value}};
+        EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", !reading), reading) << gps::describe(value);
+    }
+}
+
+TEST(GetBoolValueForKey, TwoReadsAsExactlyOne)
+{
+    const Dictionary dictionary{{"key", 2}};
+    EXPECT_EQ(static_cast<int>(GetBoolValueForKey(&dictionary, "key", false)), 1);
+}
+
+TEST(GetBoolValueForKey, IsTheDefaultWithoutAKeyOrADictionary)
+{
+    const Dictionary empty;
+    for (const bool fallback : {false, true}) {
+        EXPECT_EQ(GetBoolValueForKey(&empty, "key", fallback), fallback);
+        EXPECT_EQ(GetBoolValueForKey(nullptr, "key", fallback), fallback);
+    }
+}
+
+TEST(GetIntValueForKey, ReadsNumbersAndTheLeadingIntegerOfATextSaturated)
+{
+    for (const auto& [value, reading] : std::vector<std::pair<gps::Value, std::int32_t>>{
+             {42, 42},
+             {-7.9, -7},
+             {"12abc", 12},
+             {" -5", -5},
+             {"abc", 0},
+             {std::int64_t{1} << 40, std::numeric_limits<std::int32_t>::max()},
+             {"-99999999999", std::numeric_limits<std::int32_t>::min()},
+         }) {
+        const Dictionary dictionary{{"key", value}};
+        EXPECT_EQ(GetIntValueForKey(&dictionary, "key", 99), reading) << gps::describe(value);
+    }
+}
+
+TEST(GetIntValueForKey, IsTheDefaultWithoutAKeyOrADictionary)
+{
+    const Dictionary empty;
+    EXPECT_EQ(GetIntValueForKey(&empty, "key", -3), -3);
+    EXPECT_EQ(GetIntValueForKey(nullptr, "key", -3), -3);
+}
+
+TEST(GetIntValueForKey, AKeyIsNoPath)
+{
+    const Dictionary dictionary{{"a.b", 1}, {"a", Dictionary{{"b", 2}}}};
+    EXPECT_EQ(GetIntValueForKey(&dictionary, "a.b", 0), 1);
+}
+
+TEST(SetNumbers, KeepTheirNumericType)
+{
+    Dictionary dictionary;
+    SetFloatInDictionary(&dictionary, "float", 0.5F);
+    SetIntInDictionary(&dictionary, "int", -3);
+    EXPECT_EQ(dictionary.find("float")->as<gps::Number>()->type(), gps::NumberType::kFloat32);
+    EXPECT_EQ(dictionary.find("int")->as<gps::Number>()->type(), gps::NumberType::kInt32);
+    EXPECT_EQ(gps::describe(dictionary), "{float = 0.5, int = -3}");
+}
+
+TEST(SetNumbers, AreBuiltFromTheBytesOfTheTypeThatIsNamed)
+{
+    const std::int8_t int8 = -8;
+    const std::int16_t int16 = -16;
+    const std::int32_t int32 = -32;
+    const std::int64_t int64 = std::int64_t{-64} << 40;
+    const float float32 = 0.25F;
+    const double float64 = 1e300;
+    Dictionary dictionary;
+    SetNumberInDictionary(&dictionary, "a", gps::NumberType::kInt8, &int8);
+    SetNumberInDictionary(&dictionary, "b", gps::NumberType::kInt16, &int16);
+    SetNumberInDictionary(&dictionary, "c", gps::NumberType::kInt32, &int32);
+    SetNumberInDictionary(&dictionary, "d", gps::NumberType::kInt64, &int64);
+    SetNumberInDictionary(&dictionary, "e", gps::NumberType::kFloat32, &float32);
+    SetNumberInDictionary(&dictionary, "f", gps::NumberType::kFloat64, &float64);
+    EXPECT_EQ(gps::describe(dictionary), "{a = -8, b = -16, c = -32, d = -70368744177664, e = 0.25, f = 1e+300}");
+    EXPECT_EQ(dictionary.find("b")->as<gps::Number>()->type(), gps::NumberType::kInt16);
+}
+
+TEST(SetNumbers, ATypeThatIsNoneIsNotStored)
+{
+    Dictionary dictionary{{"key", "old"}};
+    const std::int64_t value = 1;
+    SetNumberInDictionary(&dictionary, "key", static_cast<gps::NumberType>(-1), &value);
+    SetNumberInDictionary(&dictionary, "key", static_cast<gps::NumberType>(7), &value);
+    EXPECT_EQ(*dictionary.findString("key"), "old");
+}
+
+TEST(SetCString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
+{
+    Dictionary dictionary{{"key", "old"}};
+    SetCStringInDictionaryIfNotEmpty(&dictionary, "key", "");
+    EXPECT_EQ(*dictionary.findString("key"), "old");
+    SetCStringInDictionary(&dictionary, "key", "");
+    EXPECT_EQ(*dictionary.findString("key"), "");
+    SetCStringInDictionaryIfNotEmpty(&dictionary, "key", "new");
+    EXPECT_EQ(*dictionary.findString("key"), "new");
+}
+
+TEST(SetCString, ATextWithAByteAbove127IsNotStoredAndAnOlderOneStays)
+{
+    Dictionary dictionary{{"key", "old"}};
+    SetCStringInDictionary(&dictionary, "key", "caf\xE9");
+    SetCStringInDictionaryIfNotEmpty(&dictionary, "key", "\x80");
+    EXPECT_EQ(*dictionary.findString("key"), "old");
+    SetCStringInDictionary(&dictionary, "key", "\x7F");
+    EXPECT_EQ(*dictionary.findString("key"), "\x7F");
+}
+
+TEST(SetLatin1CString, AByteAbove127IsItsLatin1Character)
+{
+    Dictionary dictionary;
+    SetLatin1CStringInDictionary(&dictionary, "key", "caf\xE9 \x7F\x80\xBF\xC0\xFF");
+    EXPECT_EQ(*dictionary.findString("key"), "caf\xC3\xA9 \x7F\xC2\x80\xC2\xBF\xC3\x80\xC3\xBF");
+    SetLatin1CStringInDictionaryIfNotEmpty(&dictionary, "other", "\xA9");
+    EXPECT_EQ(*dictionary.findString("other"), "\xC2\xA9");
+}
+
+TEST(SetLatin1CString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
+{
+    Dictionary dictionary{{"key", "old"}};
+    SetLatin1CStringInDictionaryIfNotEmpty(&dictionary, "key", "");
+    EXPECT_EQ(*dictionary.findString("key"), "old");
+    SetLatin1CStringInDictionary(&dictionary, "key", "");
+    EXPECT_EQ(*dictionary.findString("key"), "");
+}
+
+TEST(SetStringFromList, TakesTheLastIndexAndLeavesTheDictionaryUntouchedOutside)
+{
+    const std::array<const char*, 3> list{"zero", "one", "two"};
+    const std::array<std::string, 3> strings{"zero", "one", "caf\xC3\xA9"};
+    const auto taken = [&](std::int32_t index) {
+        Dictionary dictionary{{"c", "old"}, {"s", "old"}};
+        SetStringInDictionaryFromCStringList(&dictionary, "c", list.data(), 2, index);
+        SetStringInDictionaryFromCFStringList(&dictionary, "s", strings.data(), 2, index);
+        return *dictionary.findString("c") + " " + *dictionary.findString("s");
+    };
+    EXPECT_EQ(taken(-1), "old old");
+    EXPECT_EQ(taken(0), "zero zero");
+    EXPECT_EQ(taken(2), "two caf\xC3\xA9");
+    EXPECT_EQ(taken(3), "old old");
+}
+
+TEST(SetGPSPoint, ABoxedPointComesBackBitIdenticalInAllFiveFields)
+{
+    const gps::GPSPoint point{-0.0, std::numeric_limits<double>::quiet_NaN(), 1e-310, std::numeric_limits<std::int64_t>::min(),
+                              -77};
+    Dictionary dictionary;
+    SetGPSPointInDictionary(&dictionary, "point", point);
+    ASSERT_NE(gps::findPoint(dictionary), nullptr);
+    EXPECT_EQ(*gps::findPoint(dictionary), point);
+    EXPECT_STREQ(gps::kGPSPointTypeCode, "{?=dddqq}");
+}
+
+TEST(SetGPSPoint, AKeyThatIsThereKeepsItsPlace)
+{
+    Dictionary dictionary{{"point", 1}, {"name", "A"}};
+    SetGPSPointInDictionary(&dictionary, "point", {1, 2, 3, 4, 5});
+    EXPECT_EQ(gps::describe(dictionary), "{point = (1, 2, 3, 4, 5), name = \"A\"}");
+}
+
+TEST(Setters, RemoveTheKeyFirstSoThatTheNewValueStandsLast)
+{
+    const std::array<const char*, 1> list{"text"};
+    const std::array<std::string, 1> strings{"text"};
+    const double number = 1;
+    const std::vector<void (*)(Dictionary&)> setters{
+        [](Dictionary& d) { SetFloatInDictionary(&d, "key", 1); },
+        [](Dictionary& d) { SetIntInDictionary(&d, "key", 1); },
+        [](Dictionary& d) { SetCStringInDictionary(&d, "key", "text"); },
+        [](Dictionary& d) { SetCStringInDictionaryIfNotEmpty(&d, "key", "text"); },
+        [](Dictionary& d) { SetLatin1CStringInDictionary(&d, "key", "text"); },
+        [](Dictionary& d) { SetLatin1CStringInDictionaryIfNotEmpty(&d, "key", "text"); },
+    };
+    const auto lastKey = [](const Dictionary& dictionary) {
+        std::string last;
+        for (const auto& entry : dictionary)
+            last = entry.key;
+        return last;
+    };
+    for (std::size_t i = 0; i < setters.size(); ++i) {
+        Dictionary dictionary{{"key", "old"}, {"other", 1}};
+        setters[i](dictionary);
+        EXPECT_EQ(dictionary.size(), 2U) << i;
+        EXPECT_EQ(lastKey(dictionary), "key") << i;
+    }
+    Dictionary dictionary{{"key", "old"}, {"other", 1}};
+    SetNumberInDictionary(&dictionary, "key", gps::NumberType::kFloat64, &number);
+    EXPECT_EQ(lastKey(dictionary), "key");
+    SetStringInDictionaryFromCStringList(&dictionary, "other", list.data(), 0, 0);
+    EXPECT_EQ(lastKey(dictionary), "other");
+    SetStringInDictionaryFromCFStringList(&dictionary, "key", strings.data(), 0, 0);
+    EXPECT_EQ(lastKey(dictionary), "key");
+}
+
+TEST(Setters, DoNothingWithoutADictionary)
+{
+    const std::array<const char*, 1> list{"text"};
+    const std::array<std::string, 1> strings{"text"};
+    const double number = 1;
+    SetFloatInDictionary(nullptr, "key", 1);
+    SetIntInDictionary(nullptr, "key", 1);
+    SetNumberInDictionary(nullptr, "key", gps::NumberType::kFloat64, &number);
+    SetCStringInDictionary(nullptr, "key", "text");
+    SetCStringInDictionaryIfNotEmpty(nullptr, "key", "text");
+    SetLatin1CStringInDictionary(nullptr, "key", "text");
+    SetLatin1CStringInDictionaryIfNotEmpty(nullptr, "key", "text");
+    SetStringInDictionaryFromCStringList(nullptr, "key", list.data(), 0, 0);
+    SetStringInDictionaryFromCFStringList(nullptr, "key", strings.data(), 0, 0);
+    SetGPSPointInDictionary(nullptr, "key", {});
+    SUCCEED();
+}
+
+TEST(TimeZones, AnOffsetIsThatOfTheInstant)
+{
+    constexpr std::int64_t kJanuary = 1199145600; // 2008-01-01
+    constexpr std::int64_t kJuly = 1214870400;    // 2008-07-01
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime("Europe/Zurich", kJanuary), 3600);
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime("Europe/Zurich", kJuly), 7200);
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime("America/New_York", kJanuary), -5 * 3600);
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime("Asia/Kolkata", kJanuary), 19800);
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime("UTC", kJuly), 0);
+}
+
+TEST(TimeZones, AnUnknownNameHasNoOffset)
+{
+    for (const auto* name : {"", "Nowhere/AtAll", "../../etc/passwd"}) {
+        EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime(name, 0), 0) << name;
+        EXPECT_EQ(GetGMTOffsetFromTimeZoneName(name), 0) << name;
+    }
+}
+
+TEST(TimeZones, NowIsAnInstantLikeAnyOther)
+{
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneName("Asia/Kolkata"), 19800); // no daylight saving there
+    const auto zurich = GetGMTOffsetFromTimeZoneName("Europe/Zurich");
+    EXPECT_TRUE(zurich == 3600 || zurich == 7200) << zurich;
+}
+
+} // namespace

@@ -1,0 +1,435 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
+#include <filesystem>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/AsNobody.h>
+#include <support/LogCapture.h>
+#include <support/RecordingReceiver.h>
+#include <support/Sentence.h>
+#include <support/TemporaryFolder.h>
+
+#include <sys/stat.h>
+
+namespace magellan {
+namespace {
+
+using support::sentence;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+using Calls = std::vector<std::string>;
+using Report = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status, const std::string& path);
+
+const std::string kEnd = sentence("PMGNCMD,END");
+
+/// A point at noon of a day without a date, on the given track.
+std::string trackPoint(std::string_view name, std::string_view degrees = "46")
+{
+    return sentence("PMGNTRK," + std::string{degrees} + "00.000,N,00730.000,E,00500,M,120000.00,A," + std::string{name});
+}
+
+std::string wayPoint(std::string_view name, std::string_view comment = "")
+{
+    return sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M," + std::string{name} + "," + std::string{comment} + ",c");
+}
+
+std::string geoCache(std::string_view name, std::string_view hint = "")
+{
+    return sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M," + std::string{name} + ",,," + std::string{hint} + ",,,,,");
+}
+
+class DeviceFileReadersTest : public testing::Test {
+protected:
+    std::string put(std::initializer_list<std::string_view> lines) const { return folder_.put("file", support::fileOf(lines)); }
+
+    /// What a reader reports of a file, which it must be able to read.
+    static Calls reported(Report reader, const std::string& path)
+    {
+        support::RecordingReceiver status;
+        EXPECT_EQ(reader(status, path), std::nullopt);
+        return status.calls();
+    }
+
+    support::TemporaryFolder folder_;
+};
+
+using ReadTracks = DeviceFileReadersTest;
+using ReadWayPoints = DeviceFileReadersTest;
+using ReadRoutes = DeviceFileReadersTest;
+using ReadGeoCaches = DeviceFileReadersTest;
+
+constexpr char kUnnamed46[] = "trackPoint (46, 7.5, 500, 43200, 0) {}";
+
+std::string named46(const std::string& name)
+{
+    return "trackPoint (46, 7.5, 500, 43200, 0) {trackName = \"" + name + "\"}";
+}
+
+std::string newTrack(const std::string& name)
+{
+    return "newTrack {name = \"" + name + "\"}";
+}
+
+TEST_F(ReadTracks, PointsWithoutANameAreOneCurrentTrack)
+{
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("", "47"), kEnd})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46, "trackPoint (47, 7.5, 500, 43200, 0) {}"));
+}
+
+TEST_F(ReadTracks, TheNamesABAThatFollowOneAnotherAreThreeTracks)
+{
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint("A"), trackPoint("A"), trackPoint("B"), trackPoint("A")})),
+                ElementsAre(newTrack("A"), named46("A"), named46("A"), newTrack("B"), named46("B"), newTrack("A"), named46("A")));
+}
+
+TEST_F(ReadTracks, PointsWithoutANameBelongToTheTrackInProgress)
+{
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint("A"), trackPoint(""), trackPoint("A")})),
+                ElementsAre(newTrack("A"), named46("A"), kUnnamed46, named46("A")));
+}
+
+TEST_F(ReadTracks, ANameAfterUnnamedPointsOpensATrackUnlessItIsTheirsAlready)
+{
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("A")})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46, newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("Current Track")})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46, named46("Current Track")));
+}
+
+TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeAndTheFirstOneHasNone)
+{
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,235959,A,,290208"),
+                                             trackPoint("")})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46, "trackPoint (46, 7.5, 500, 1204329599, 0) {}",
+                            "trackPoint (46, 7.5, 500, 1204286400, 0) {}"));
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint("")})), ElementsAre(newTrack("Current Track"), kUnnamed46));
+}
+
+TEST_F(ReadTracks, OtherLinesArePassedOver)
+{
+    EXPECT_THAT(reported(acquireTracks, put({"", "garbage", wayPoint("W"), support::breakChecksum(trackPoint("X")), "$",
+                                             trackPoint("A"), "", kEnd, "$PMGNTRK,46"})),
+                ElementsAre(newTrack("A"), named46("A")));
+}
+
+TEST_F(ReadTracks, AFileOfBareLineFeedsIsOneLine)
+{
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n" + trackPoint("A") + "\n")), IsEmpty());
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n")), ElementsAre(newTrack("A"), named46("A")));
+}
+
+TEST_F(ReadTracks, AFileThatEndsInALineEndHasAnEmptyLastLineThatIsRefused)
+{
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\r\n")), ElementsAre(newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A"))), ElementsAre(newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", "\r\n")), IsEmpty());
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", "")), IsEmpty());
+}
+
+TEST_F(ReadTracks, ANulByteDamagesItsLineAlone)
+{
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", std::string{"\0", 1} + trackPoint("A") + "\r\n" + trackPoint("B"))),
+                ElementsAre(newTrack("B"), named46("B")));
+}
+
+TEST_F(ReadTracks, ASentenceThatIsTooShortThrowsAfterWhatStandsBeforeIt)
+{
+    support::RecordingReceiver status;
+    const auto path = put({trackPoint("A"), sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M"), trackPoint("A")});
+    EXPECT_THROW(acquireTracks(status, path), gps::RangeError);
+    EXPECT_THAT(status.calls(), ElementsAre(newTrack("A"), named46("A")));
+}
+
+/// The point of every waypoint and geocache here, with its time.
+constexpr char kPoint[] = "(46, 7.5, 500, 0, 0)";
+
+std::string reportedWayPoint(const std::string& name, const std::string& comment = "")
+{
+    return std::string{"wayPoint "} + kPoint + " {name = \"" + name + "\", comment = \"" + comment +
+           "\", symbol = \"Residence\"}";
+}
+
+TEST_F(ReadWayPoints, AreReportedInFileOrderWithoutTheirPointAmongTheExtras)
+{
+    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("B"), wayPoint("A"), kEnd})),
+                ElementsAre(reportedWayPoint("B"), reportedWayPoint("A")));
+}
+
+TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordAtTheFirstOnesPlace)
+{
+    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second")})),
+                ElementsAre(reportedWayPoint("A", "second"), reportedWayPoint("B")));
+}
+
+TEST_F(ReadWayPoints, OneWithoutANameIsLeftOutAndOneWithAnEmptyNameIsNot)
+{
+    EXPECT_THAT(reported(acquireWayPoints, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")})),
+                ElementsAre(reportedWayPoint("")));
+}
+
+TEST_F(ReadWayPoints, AKeyOfOneLineDoesNotReachTheNext)
+{
+    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,B,")})),
+                ElementsAre(reportedWayPoint("A"), std::string{"wayPoint "} + kPoint + " {name = \"B\", comment = \"\"}"));
+}
+
+TEST_F(ReadWayPoints, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+{
+    support::RecordingReceiver status;
+    const auto path = put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M")});
+    EXPECT_THROW((void)acquireWayPoints(status, path), gps::RangeError);
+    EXPECT_THAT(status.calls(), IsEmpty());
+}
+
+TEST_F(ReadWayPoints, OtherLinesArePassedOverAndBareLineFeedsMakeOneLine)
+{
+    EXPECT_THAT(reported(acquireWayPoints,
+                         put({"", trackPoint("T"), geoCache("G"), support::breakChecksum(wayPoint("X")), wayPoint("A")})),
+                ElementsAre(reportedWayPoint("A")));
+    EXPECT_THAT(reported(acquireWayPoints, folder_.put("f", wayPoint("A") + "\n" + wayPoint("B"))), IsEmpty());
+}
+
+TEST_F(ReadWayPoints, CollectedOnesKeepTheirPointAndReplaceThoseOfTheSameName)
+{
+    gps::Dictionary records{{"A", gps::Dictionary{{"name", "A"}, {"old", 1}}}, {"Z", gps::Dictionary{{"name", "Z"}}}};
+    EXPECT_EQ(acquireWayPointsIntoDictionary(put({wayPoint("B"), wayPoint("A", "new")}), records), std::nullopt);
+    EXPECT_EQ(gps::describe(records),
+              "{A = {name = \"A\", comment = \"new\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}, Z = {name = \"Z\"}, "
+              "B = {name = \"B\", comment = \"\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}}");
+}
+
+TEST_F(ReadWayPoints, AreCollectedAsTheyAreReported)
+{
+    const auto path = put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second"),
+                           sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")});
+    gps::Dictionary records;
+    ASSERT_EQ(acquireWayPointsIntoDictionary(path, records), std::nullopt);
+    Calls calls;
+    for (const auto& entry : records)
+        calls.push_back(reportedWayPoint(entry.key, *entry.value.as<gps::Dictionary>()->findString("comment")));
+    EXPECT_EQ(reported(acquireWayPoints, path), calls);
+}
+
+std::string reportedGeoCache(const std::string& name, const std::string& hint = "")
+{
+    return std::string{"wayPoint "} + kPoint + " {name = \"" + name +
+           "\", comment = \"\", geocacheOwner = \"\", geocacheHint = \"" + hint +
+           "\", geocacheType = \"\", datePlaced = \"\", dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = "
+           "\"Geocache\"}";
+}
+
+TEST_F(ReadGeoCaches, AreReportedAsWaypointsInFileOrder)
+{
+    EXPECT_THAT(reported(acquireGeoCaches, put({geoCache("B"), wayPoint("W"), geoCache("A"), kEnd})),
+                ElementsAre(reportedGeoCache("B"), reportedGeoCache("A")));
+}
+
+TEST_F(ReadGeoCaches, TwoOfOneNameAreOneCallWithTheSecondRecord)
+{
+    EXPECT_THAT(reported(acquireGeoCaches, put({geoCache("A", "first"), geoCache("B"), geoCache("A", "second")})),
+                ElementsAre(reportedGeoCache("A", "second"), reportedGeoCache("B")));
+}
+
+TEST_F(ReadGeoCaches, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+{
+    support::RecordingReceiver status;
+    const auto path = put({geoCache("A"), sentence("PMGNGEO,4600.000,N,00730.000,E,0000500")});
+    EXPECT_THROW((void)acquireGeoCaches(status, path), gps::RangeError);
+    EXPECT_THAT(status.calls(), IsEmpty());
+}
+
+TEST_F(ReadGeoCaches, CollectedOnesAreKeyedByNameAndKeepTheirPoint)
+{
+    gps::Dictionary records;
+    EXPECT_EQ(acquireGeoCachesIntoDictionary(put({geoCache("A")}), records), std::nullopt);
+    ASSERT_TRUE(records.contains("A"));
+    EXPECT_NE(gps::findPoint(*records.findDictionary("A")), nullptr);
+}
+
+std::string routePoint(const std::string& name)
+{
+    return std::string{"wayPoint "} + kPoint + " {name = \"" + name +
+           "\", comment = \"\", symbol = \"Residence\", point = " + kPoint + "}";
+}
+
+TEST_F(ReadRoutes, ARouteIsReportedWithoutItsPointsWhichFollowWithTheirPoint)
+{
+    EXPECT_THAT(
+        reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), wayPoint("unused"), sentence("PMGNRTE,2,1,c,1,Loop,B,a,A,a"),
+                                     sentence("PMGNRTE,2,2,m,1,Loop,hello"), kEnd})),
+        ElementsAre("newRoute {name = \"Loop\", lastIndex = 2, comment = \"hello\"}", routePoint("B"), routePoint("A")));
+}
+
+TEST_F(ReadRoutes, EachStartsAnewAndTheyAreReportedInFileOrder)
+{
+    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R2,A,a"),
+                                             sentence("PMGNRTE,2,2,m,1,R2,hello"), sentence("PMGNRTE,1,1,c,1,R1,A,a")})),
+                ElementsAre("newRoute {name = \"R2\", lastIndex = 2, comment = \"hello\"}", routePoint("A"),
+                            "newRoute {name = \"R1\", lastIndex = 1}", routePoint("A")));
+}
+
+TEST_F(ReadRoutes, OneWhoseLastSentenceNeverComesIsDropped)
+{
+    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kEnd})), IsEmpty());
+}
+
+TEST_F(ReadRoutes, OfTwoOfOneNameTheLastWins)
+{
+    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,A,a"),
+                                             sentence("PMGNRTE,1,1,c,1,R,B,a")})),
+                ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("B")));
+}
+
+TEST_F(ReadRoutes, WaypointsBehindTheRouteAreNotFoundForItsNames)
+{
+    const support::LogCapture log;
+    EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNRTE,1,1,c,1,R,A,a"), wayPoint("A")})),
+                ElementsAre("newRoute {name = \"R\", lastIndex = 1}"));
+    EXPECT_THAT(log.lines(), ElementsAre("referencing A waypoint that doesn't exist"));
+}
+
+TEST_F(ReadRoutes, AWaypointWithoutANameIsLeftOutAndTheRouteGoesOn)
+{
+    EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("A"),
+                                             sentence("PMGNRTE,1,1,c,1,R,A,a")})),
+                ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("A")));
+}
+
+TEST_F(ReadRoutes, WaypointsBetweenARoutesSentencesDoNotDisturbIt)
+{
+    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), wayPoint("B"), "",
+                                             sentence("PMGNRTE,2,2,c,1,R,B,a")})),
+                ElementsAre("newRoute {name = \"R\", lastIndex = 2}", routePoint("A"), routePoint("B")));
+}
+
+TEST_F(ReadRoutes, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+{
+    support::RecordingReceiver status;
+    const auto path = put({wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a"), sentence("PMGNRTE,1,1,c,1")});
+    EXPECT_THROW(acquireRoutes(status, path), gps::RangeError);
+    EXPECT_THAT(status.calls(), IsEmpty());
+}
+
+TEST_F(ReadRoutes, CollectedOnesHoldTheirPointsInOrder)
+{
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    EXPECT_EQ(acquireRoutesIntoDictionaries(put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,B,a,A,a")}), waypoints,
+                                            routes),
+              std::nullopt);
+    EXPECT_EQ(waypoints.size(), 2U);
+    ASSERT_NE(routes.findDictionary("R"), nullptr);
+    const auto* points = routes.findDictionary("R")->find("points")->as<gps::Array>();
+    ASSERT_THAT(*points, SizeIs(2));
+    EXPECT_EQ(points->front(), *waypoints.find("B"));
+    EXPECT_EQ(points->back(), *waypoints.find("A"));
+}
+
+struct Kind {
+    Report reader;
+    std::string_view message;
+    bool answersTheError;
+};
+
+constexpr Kind kKinds[]{
+    {acquireTracks, "Couldn't read track data from device", false},
+    {acquireWayPoints, "Couldn't read waypoint data from device", true},
+    {acquireRoutes, "Couldn't read route data from device", false},
+    {acquireGeoCaches, "Couldn't read geocache data from device", true},
+};
+
+/// Lets every kind's reader meet a path that it cannot read.
+void expectUnreadable(const std::string& path, int code)
+{
+    for (const auto& [reader, message, answersTheError] : kKinds) {
+        SCOPED_TRACE(message);
+        support::RecordingReceiver status;
+        const support::LogCapture log;
+        const auto error = reader(status, path);
+        ASSERT_EQ(error.has_value(), answersTheError);
+        if (error) {
+            EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
+            EXPECT_EQ(error->code(), code);
+        }
+        EXPECT_THAT(status.calls(), IsEmpty());
+        EXPECT_THAT(log.lines(), ElementsAre(StartsWith("MagellanGPSPlugin: ")));
+        ASSERT_THAT(log.errors(), SizeIs(1));
+        const auto told = log.errors().front();
+        EXPECT_EQ(told.domain(), "com.Orvane.GPSPlugin.ErrorDomain");
+        EXPECT_EQ(told.code(), -3);
+        EXPECT_EQ(told.description(), message);
+        EXPECT_EQ(told.suggestion(),
+                  "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+        EXPECT_EQ(told.path(), path);
+        const auto* underlying = told.userInfo().findDictionary(gps::kErrorUnderlyingKey);
+        ASSERT_NE(underlying, nullptr);
+        EXPECT_EQ(underlying->find("code")->int32Reading(), code);
+    }
+}
+
+using UnreadableFile = DeviceFileReadersTest;
+
+TEST_F(UnreadableFile, OneThatIsMissingIsLoggedAndReportsNothing)
+{
+    expectUnreadable(folder_.path("none"), 260);
+}
+
+TEST_F(UnreadableFile, OneThatIsNotAsciiIsLoggedAndReportsNothing)
+{
+    expectUnreadable(folder_.put("f", trackPoint("A") + "\r\n" + wayPoint("A") + "\r\n\xC3\xA9"), 261);
+}
+
+TEST_F(UnreadableFile, AFolderOrAFifoIsLoggedAtOnce)
+{
+    expectUnreadable(folder_.path(), 256);
+    ASSERT_EQ(::mkfifo(folder_.path("fifo").c_str(), 0600), 0);
+    expectUnreadable(folder_.path("fifo"), 256);
+}
+
+TEST_F(UnreadableFile, ALinkThatLeadsNowhereOrToItselfIsLogged)
+{
+    std::filesystem::create_symlink("nowhere", folder_.path("dangling"));
+    expectUnreadable(folder_.path("dangling"), 260);
+    std::filesystem::create_symlink("self", folder_.path("self"));
+    expectUnreadable(folder_.path("self"), 256);
+}
+
+TEST_F(UnreadableFile, OneThatIsRefusedIsLoggedAndReportsNothing)
+{
+    const auto path = put({wayPoint("A")});
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    const support::AsNobody nobody;
+    expectUnreadable(path, 257);
+}
+
+TEST_F(UnreadableFile, TheCollectingReadersAddNothingToTheirDictionaries)
+{
+    gps::Dictionary records{{"old", 1}};
+    EXPECT_TRUE(acquireWayPointsIntoDictionary(folder_.path("none"), records));
+    EXPECT_TRUE(acquireGeoCachesIntoDictionary(folder_.path("none"), records));
+    EXPECT_FALSE(acquireRoutesIntoDictionaries(folder_.path("none"), records, records));
+    EXPECT_EQ(gps::describe(records), "{old = 1}");
+}
+
+TEST_F(DeviceFileReadersTest, ALinkToARegularFileIsReadThrough)
+{
+    (void)put({wayPoint("A")});
+    std::filesystem::create_symlink("file", folder_.path("link"));
+    EXPECT_THAT(reported(acquireWayPoints, folder_.path("link")), ElementsAre(reportedWayPoint("A")));
+}
+
+} // namespace
+} // namespace magellan

@@ -1,0 +1,332 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/fsdevice/DeviceFileWriters.h>
+
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "../../support/LogCapture.h"
+#include "../../support/Sentence.h"
+#include "../../support/TemporaryFolder.h"
+
+using magellan::getNextFileNameFromPath;
+using magellan::mergeGeocaches;
+using magellan::mergeRoutes;
+using magellan::mergeWaypoints;
+using magellan::saveTracks;
+using support::fileOf;
+using support::sentence;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr char kClosing[] = "$PMGNCMD,END*3D";
+
+gps::Dictionary waypoint(std::string_view name, double latitude = 46.5, std::string_view symbol = "a")
+{
+    return {{"name", name}, {"comment", ""}, {"symbol", symbol}, {"point", gps::GPSPoint{latitude, 7.25, 400, 0, 0}}};
+}
+
+std::string waypointLine(std::string_view name, std::string_view latitude = "4630.00000", std::string_view icon = "a")
+{
+    return sentence("PMGNWPL," + std::string{latitude} + ",N,00715.00000,E,0000400,M," + std::string{name} + ",," +
+                    std::string{icon});
+}
+
+gps::Dictionary geocache(std::string_view name, std::string_view type = "Multi")
+{
+    return {{"name", name}, {"geocacheType", type}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
+}
+
+std::string geocacheLine(std::string_view name, std::string_view type = "Multi")
+{
+    return sentence("PMGNGEO,4630.00000,N,00715.00000,E,0000400,M," + std::string{name} + ",,,," + std::string{type} + ",,,,");
+}
+
+gps::Dictionary route(std::string_view name, gps::Array points)
+{
+    return {{"name", name}, {"points", std::move(points)}};
+}
+
+gps::Dictionary track(gps::Array points)
+{
+    return {{"name", "Day 1"}, {"points", std::move(points)}};
+}
+
+gps::Dictionary trackPoint(double latitude)
+{
+    return {{"point", gps::GPSPoint{latitude, 7.25, 1200.9, 1218435348, 0}}};
+}
+
+/// Lines joined as a written file has them, the closing sentence last.
+std::string written(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const auto& line : lines)
+        text += line + "\r\n";
+    return text + kClosing;
+}
+
+class DeviceFileWriters : public testing::Test {
+protected:
+    support::TemporaryFolder folder;
+    support::LogCapture log;
+};
+
+TEST_F(DeviceFileWriters, TrackIsWrittenAsItsPointsAndTheClosingSentenceWithoutALineEndBehindIt)
+{
+    ASSERT_FALSE(saveTracks({track({trackPoint(46.5), trackPoint(-46.5)})}, folder.path(), false));
+    EXPECT_EQ(folder.read("TKLG000.log"), written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808"),
+                                                   sentence("PMGNTRK,4630.00000,S,00715.00000,E,01200,M,061548.00,A,,110808")}));
+}
+
+TEST_F(DeviceFileWriters, TrackPointWithoutItsPointGivesNoLine)
+{
+    ASSERT_FALSE(
+        saveTracks({track({gps::Dictionary{{"name", "no point"}}, trackPoint(46.5), "no record"})}, folder.path(), false));
+    EXPECT_EQ(folder.read("TKLG000.log"), written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808")}));
+}
+
+TEST_F(DeviceFileWriters, TrackPointThatHasNoTextIsLoggedAndLeftOut)
+{
+    ASSERT_FALSE(
+        saveTracks({track({trackPoint(90.1), trackPoint(std::numeric_limits<double>::quiet_NaN())})}, folder.path(), false));
+    EXPECT_EQ(folder.read("TKLG000.log"), kClosing);
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("failed to create sentence for list from"), HasSubstr("failed to create")));
+}
+
+TEST_F(DeviceFileWriters, TracksTakeTheLowestFreeNumbersGapsFirst)
+{
+    folder.put("TKLG000.log", "old 0");
+    folder.put("TKLG002.log", "old 2");
+    ASSERT_FALSE(saveTracks({track({}), track({})}, folder.path(), false));
+    EXPECT_EQ(folder.read("TKLG001.log"), kClosing);
+    EXPECT_EQ(folder.read("TKLG003.log"), kClosing);
+    EXPECT_EQ(folder.read("TKLG000.log"), "old 0");
+    EXPECT_EQ(folder.read("TKLG002.log"), "old 2");
+}
+
+TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverGiven)
+{
+    for (int number = 0; number < 998; ++number)
+        folder.put(magellan::trackFileName(number), "");
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), folder.path("TKLG998.log"));
+    folder.put("TKLG998.log", "");
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), std::nullopt);
+}
+
+TEST_F(DeviceFileWriters, FolderOfATracksNameCountsAsTaken)
+{
+    folder.makeFolder("TKLG000.log");
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), folder.path("TKLG001.log"));
+}
+
+TEST_F(DeviceFileWriters, WithoutAFreeNumberSavingStopsWithTheWriteErrorOfAFileThatExists)
+{
+    for (int number = 0; number < 998; ++number)
+        folder.put(magellan::trackFileName(number), "");
+    const auto error = saveTracks({track({}), track({}), track({})}, folder.path(), false);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain(), gps::kFileErrorDomain);
+    EXPECT_EQ(error->code(), 516);
+    EXPECT_EQ(folder.read("TKLG998.log"), kClosing);
+}
+
+TEST_F(DeviceFileWriters, MissingFolderIsTheWriteErrorAndStopsTheTracks)
+{
+    const auto error = saveTracks({track({})}, folder.path("gone"), false);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), 4);
+}
+
+TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThePresentOneInItsPlaceAndANewOneIsAdded)
+{
+    const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), waypointLine("Home")}));
+    ASSERT_FALSE(mergeWaypoints({waypoint("Camp", 47), waypoint("Peak")}, path));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp", "4700.00000"), waypointLine("Home"), waypointLine("Peak")}));
+}
+
+TEST_F(DeviceFileWriters, WaypointWithoutANameIsDropped)
+{
+    ASSERT_FALSE(
+        mergeWaypoints({gps::Dictionary{{"point", gps::GPSPoint{}}}, "no record", waypoint("Camp")}, folder.path("p.upt")));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
+}
+
+TEST_F(DeviceFileWriters, EmptyWaypointListRewritesThePresentContentWithAClosingSentence)
+{
+    const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), "no sentence"}));
+    ASSERT_FALSE(mergeWaypoints({}, path));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
+}
+
+TEST_F(DeviceFileWriters, UnreadablePresentFileCountsAsEmptyAndIsLogged)
+{
+    const auto path = folder.put("p.upt", "caf\xE9");
+    ASSERT_FALSE(mergeWaypoints({waypoint("Camp")}, path));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("Couldn't read waypoint data from device")));
+}
+
+TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
+{
+    const auto path = folder.put("p.upt", fileOf({waypointLine("Camp")}));
+    const auto error = mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code passes no filter
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), 517);
+    EXPECT_EQ(folder.read("p.upt"), fileOf({waypointLine("Camp")}));
+}
+
+TEST_F(DeviceFileWriters, TooShortSentenceInThePresentFileThrowsAndLeavesItAsItWas)
+{
+    const auto text = fileOf({sentence("PMGNWPL,4630.00000,N,00715.00000,E")});
+    const auto path = folder.put("p.upt", text);
+    EXPECT_THROW((void)mergeWaypoints({waypoint("Camp")}, path), gps::RangeError);
+    EXPECT_EQ(folder.read("p.upt"), text);
+}
+
+TEST_F(DeviceFileWriters, GeocacheWithAnIdentifierReplacesOnlyThePresentOneOfThatName)
+{
+    const auto path = folder.put("c.gs", fileOf({geocacheLine("GC1", "Old"), geocacheLine("Oak", "Old")}));
+    auto byId = geocache("Renamed");
+    byId.set("cacheID", "GC1");
+    auto sameName = geocache("Oak");
+    sameName.set("cacheID", "GC2");
+    ASSERT_FALSE(mergeGeocaches({byId, sameName}, path));
+    EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Renamed"), geocacheLine("Oak", "Old"), geocacheLine("Oak")}));
+}
+
+TEST_F(DeviceFileWriters, GeocacheWithoutAnIdentifierReplacesThePresentOneOfItsName)
+{
+    const auto path = folder.put("c.gs", fileOf({geocacheLine("Oak", "Old")}));
+    ASSERT_FALSE(mergeGeocaches({geocache("Oak")}, path));
+    EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Oak")}));
+}
+
+TEST_F(DeviceFileWriters, IdentifierThatIsANumberCountsByItsDecimalText)
+{
+    const auto path = folder.put("c.gs", fileOf({geocacheLine("4711", "Old")}));
+    auto record = geocache("Oak");
+    record.set("cacheID", 4711);
+    ASSERT_FALSE(mergeGeocaches({record}, path));
+    EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Oak")}));
+}
+
+TEST_F(DeviceFileWriters, GeocacheWithNeitherIdentifierNorNameIsDropped)
+{
+    ASSERT_FALSE(mergeGeocaches({gps::Dictionary{{"point", gps::GPSPoint{}}}}, folder.path("c.gs")));
+    EXPECT_EQ(folder.read("c.gs"), kClosing);
+}
+
+TEST_F(DeviceFileWriters, GeocacheWithoutItsPointLeavesThePresentFileAsItWasWithoutAnError)
+{
+    const auto path = folder.put("c.gs", fileOf({geocacheLine("Oak")}));
+    EXPECT_FALSE(mergeGeocaches({geocache("Elm"), gps::Dictionary{{"name", "no point"}}}, path));
+    EXPECT_EQ(folder.read("c.gs"), fileOf({geocacheLine("Oak")}));
+}
+
+TEST_F(DeviceFileWriters, RouteFileListsItsWaypointsSortedByNameThenItsRoutesNumberedFrom1)
+{
+    auto number7 = route("Way", {waypoint("b"), waypoint("B")});
+    number7.set("number", 7);
+    ASSERT_FALSE(mergeRoutes({number7, route("Loop", {waypoint("a")})}, folder.path("r.rte")));
+    EXPECT_EQ(folder.read("r.rte"), written({waypointLine("B"), waypointLine("a"), waypointLine("b"),
+                                             sentence("PMGNRTE,1,1,c,1,Way,b,a,B,a"), sentence("PMGNRTE,1,1,c,2,Loop,a,a")}));
+}
+
+TEST_F(DeviceFileWriters, RoutePointThatEqualsTheDevicesKeepsItsNameAndOneThatDiffersGetsANumber)
+{
+    const auto path =
+        folder.put("r.rte", fileOf({waypointLine("Home"), waypointLine("Stop"), sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a")}));
+    // The receiver's own record of an unknown icon: its symbol is the icon's name in the symbol map.
+    gps::Dictionary present;
+    gps::Dictionary routes;
+    magellan::acquireRoutesIntoDictionaries(path, present, routes);
+    ASSERT_FALSE(mergeRoutes({route("New", {*present.find("Home"), waypoint("Stop", 47)})}, path));
+    EXPECT_EQ(folder.read("r.rte"),
+              written({waypointLine("Home"), waypointLine("Stop"), waypointLine("Stop 1", "4700.00000"),
+                       sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a"), sentence("PMGNRTE,1,1,c,2,New,Home,a,Stop 1,a")}));
+}
+
+TEST_F(DeviceFileWriters, EachFurtherClashInARouteGetsTheNextNumber)
+{
+    gps::Dictionary waypoints{{"Stop", waypoint("Stop", 1)}};
+    gps::Dictionary routes;
+    magellan::mergeRoute(route("R", {waypoint("Stop", 2), waypoint("Stop", 3), waypoint("Stop", 1)}), waypoints, routes);
+    EXPECT_EQ(
+        waypoints,
+        (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 2)}, {"Stop 2", waypoint("Stop 2", 3)}}));
+    EXPECT_EQ(routes, (gps::Dictionary{{"R", route("R", {waypoint("Stop 1", 2), waypoint("Stop 2", 3), waypoint("Stop", 1)})}}));
+}
+
+TEST_F(DeviceFileWriters, CountersStartAfreshForEachRouteSoThatTheSecondReplacesTheFirst)
+{
+    gps::Dictionary waypoints{{"Stop", waypoint("Stop", 1)}};
+    gps::Dictionary routes;
+    magellan::mergeRoute(route("R", {waypoint("Stop", 2)}), waypoints, routes);
+    magellan::mergeRoute(route("S", {waypoint("Stop", 3)}), waypoints, routes);
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 3)}}));
+}
+
+TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreLeftOutAndARouteWithoutOneStillBringsItsPoints)
+{
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    magellan::mergeRoute({{"points", gps::Array{waypoint("A"), gps::Dictionary{{"point", gps::GPSPoint{}}}}}}, waypoints, routes);
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"A", waypoint("A")}}));
+    EXPECT_TRUE(routes.empty());
+}
+
+TEST_F(DeviceFileWriters, SaveOperationsWriteTheKindsDefaultFiles)
+{
+    ASSERT_FALSE(magellan::saveWaypoints({waypoint("A")}, folder.path(), false));
+    ASSERT_FALSE(magellan::saveRoutes({}, folder.path(), false));
+    ASSERT_FALSE(magellan::saveGeocaches({}, folder.path(), false));
+    EXPECT_EQ(folder.read("Default POI File.upt"), written({waypointLine("A")}));
+    EXPECT_EQ(folder.read("Default Route File.rte"), kClosing);
+    EXPECT_EQ(folder.read("Default Geocache File.gs"), kClosing);
+}
+
+TEST_F(DeviceFileWriters, WhatIsWrittenReadMergedWithNothingAndWrittenAgainIsTheSame)
+{
+    const auto path = folder.path("r.rte");
+    ASSERT_FALSE(mergeRoutes(
+        {route("One", {waypoint("A", -12.34567), waypoint("B"), waypoint("C")}), route("Two", {waypoint("B")})}, path));
+    const auto once = folder.read("r.rte");
+    ASSERT_FALSE(mergeRoutes({}, path));
+    EXPECT_EQ(folder.read("r.rte"), once);
+}
+
+TEST_F(DeviceFileWriters, DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolderHoldsAFileOfAnItemsPath)
+{
+    const auto here = std::filesystem::current_path();
+    const support::TemporaryFolder elsewhere;
+    folder.put("tracks/a.log", "");
+    std::filesystem::current_path(elsewhere.path());
+    magellan::deleteFilesFromDir(folder.path("tracks"), "log");
+    EXPECT_TRUE(std::filesystem::exists(folder.path("tracks/a.log")));
+
+    elsewhere.makeFolder("a.log"); // a folder of that name is none
+    magellan::deleteFilesFromDir(folder.path("tracks"), "log");
+    EXPECT_TRUE(std::filesystem::exists(folder.path("tracks/a.log")));
+    std::filesystem::remove(elsewhere.path("a.log"));
+
+    elsewhere.put("a.log", "");
+    magellan::deleteFilesFromDir(folder.path("tracks"), "upt"); // another extension
+    EXPECT_TRUE(std::filesystem::exists(folder.path("tracks/a.log")));
+    magellan::deleteFilesFromDir(folder.path("tracks"), "log");
+    EXPECT_FALSE(std::filesystem::exists(folder.path("tracks")));
+    EXPECT_TRUE(std::filesystem::exists(elsewhere.path("a.log")));
+    std::filesystem::current_path(here);
+}
+
+} // namespace

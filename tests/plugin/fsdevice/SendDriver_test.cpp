@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
+#include <filesystem>
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include "../../support/LogCapture.h"
+#include "../../support/ReceiverFolder.h"
+#include "../../support/RecordingReceiver.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr char kClosing[] = "$PMGNCMD,END*3D";
+
+gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
+{
+    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
+}
+
+class SendDriver : public testing::Test {
+protected:
+    SendDriver()
+    {
+        receiver.unitFile("12345");
+        for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
+            receiver.folder().makeFolder(name);
+        receiver.languageFile({"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
+    }
+
+    /// Sends, and waits for the end where there was a start. @return  what the driver answered
+    std::optional<gps::Error> send(const gps::Dictionary* data, const gps::Dictionary& options = {})
+    {
+        const support::TestFolders folders{{receiver.path()}};
+        const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+        auto error = driver->gpsRunSend(data, status, options);
+        EXPECT_TRUE(status->waitUntilIdle());
+        return error;
+    }
+
+    [[nodiscard]] bool exists(std::string_view name) const { return std::filesystem::exists(receiver.path(name)); }
+
+    support::ReceiverFolder receiver;
+    std::shared_ptr<support::RecordingReceiver> status = std::make_shared<support::RecordingReceiver>();
+    support::LogCapture log;
+};
+
+TEST_F(SendDriver, WithoutDataOnlyTheEndIsReportedAndThereIsNoError)
+{
+    EXPECT_FALSE(send(nullptr));
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+}
+
+TEST_F(SendDriver, WithoutADeviceTheAnswerIsTheErrorOfNoSelectionAfterTheEnd)
+{
+    const support::TestFolders none{{}};
+    const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    const gps::Dictionary data;
+    const auto error = driver->gpsRunSend(&data, status, {});
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), -1);
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+}
+
+TEST_F(SendDriver, DataWithOnlyRoutesMakesTheirBracketAndTheEnd)
+{
+    const gps::Dictionary data{{"route", gps::Array{}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Routes 2", "endSending 2", "gpsStateChange 0"));
+    EXPECT_EQ(receiver.folder().read("Routes/Default Route File.rte"), kClosing);
+}
+
+TEST_F(SendDriver, KindsAreSentInTheOrderTracksWaypointsRoutesFromTheWorker)
+{
+    const gps::Dictionary data{
+        {"route", gps::Array{}}, {"waypoint", gps::Array{waypoint("A")}}, {"track", gps::Array{gps::Dictionary{}}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Tracks 1", "endSending 1", "startSending Waypoints 3", "endSending 3",
+                                             "startSending Routes 2", "endSending 2", "gpsStateChange 0"));
+    EXPECT_FALSE(status->threads().contains(std::this_thread::get_id()));
+    EXPECT_EQ(receiver.folder().read("Track Logs/TKLG000.log"), kClosing);
+}
+
+TEST_F(SendDriver, GeocachesAloneAreBracketedAsWaypointsAndNoWaypointFileIsWritten)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("Oak", "Geocache")}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
+    EXPECT_THAT(receiver.folder().read("Geocaches/Default Geocache File.gs"), HasSubstr("Oak"));
+}
+
+TEST_F(SendDriver, GeocachesAreWrittenInTheReverseOfTheirOrder)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("First", "Geocache"), waypoint("Second", "Geocache")}}};
+    EXPECT_FALSE(send(&data));
+    const auto text = receiver.folder().read("Geocaches/Default Geocache File.gs");
+    EXPECT_LT(text.find("Second"), text.find("First"));
+}
+
+TEST_F(SendDriver, WithoutAGeocacheFolderGeocachesGoAmongTheWaypoints)
+{
+    receiver.languageFile({"MyPOIs=My POIs"});
+    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("Oak", "Geocache")}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(receiver.folder().read("My POIs/Default POI File.upt"), HasSubstr("Oak"));
+    EXPECT_FALSE(exists("Geocaches/Default Geocache File.gs"));
+}
+
+TEST_F(SendDriver, EmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
+}
+
+TEST_F(SendDriver, EmptyWaypointListRewritesTheDefaultFileWhereThereIsNoGeocacheFolder)
+{
+    receiver.languageFile({"MyPOIs=My POIs"});
+    const gps::Dictionary data{{"waypoint", gps::Array{}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), kClosing);
+}
+
+TEST_F(SendDriver, MissingFolderKeyMakesTheBracketsAndWritesNothing)
+{
+    receiver.languageFile({"MyPOIs=My POIs"});
+    const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Tracks 1", "endSending 1", "gpsStateChange 0"));
+    EXPECT_FALSE(exists("Track Logs/TKLG000.log"));
+}
+
+TEST_F(SendDriver, FailedWriteIsLoggedAndTheNextKindIsWrittenAllTheSame)
+{
+    std::filesystem::remove(receiver.path("Track Logs"));
+    const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}}}, {"route", gps::Array{}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_EQ(log.errors().at(0).code(), 4);
+    EXPECT_TRUE(exists("Routes/Default Route File.rte"));
+}
+
+TEST_F(SendDriver, TooShortSentenceCountsAsThatFilesFailedWriteAndTheGeocachesOfTheBracketAreWritten)
+{
+    const auto damaged = support::sentence("PMGNWPL,4630.00000,N");
+    receiver.put("My POIs/Default POI File.upt", {damaged});
+    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), damaged + "\r\n");
+    EXPECT_THAT(receiver.folder().read("Geocaches/Default Geocache File.gs"), HasSubstr("Oak"));
+    EXPECT_THAT(log.lines(), testing::Contains(HasSubstr("PMGNWPL")));
+    EXPECT_EQ(status->calls().back(), "gpsStateChange 0");
+}
+
+TEST_F(SendDriver, OptionDebugIsTaken)
+{
+    const support::TestFolders folders{{receiver.path()}};
+    const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    EXPECT_FALSE(driver->gpsRunSend(nullptr, status, {{"debug", 3}}));
+    EXPECT_EQ(driver->debugLevel(), 3);
+}
+
+} // namespace

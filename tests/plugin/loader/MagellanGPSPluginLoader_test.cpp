@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/loader/MagellanGPSPluginLoader.h>
+
+#include <gps/GPSPlugInProtocol.h>
+#include <gps/GPSPoint.h>
+#include <gps/View.h>
+
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/BundleCopy.h>
+#include <support/LogCapture.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
+namespace magellan {
+namespace {
+
+using support::BundleCopy;
+using support::sentence;
+using testing::Contains;
+using testing::ElementsAre;
+
+TEST(MagellanGPSPluginLoader, AnswersForTheBundlesIdentity)
+{
+    MagellanGPSPluginLoader loader;
+    EXPECT_TRUE(loader.piInitialize());
+    EXPECT_EQ(loader.piName(), "Magellan GPS PlugIns");
+    EXPECT_EQ(loader.piClass(), "GPSPlugIn");
+    EXPECT_EQ(loader.piAPIVersion(), 1);
+    loader.piTerminate();
+    EXPECT_TRUE(loader.piInitialize());
+}
+
+TEST(MagellanGPSPluginLoader, ItsInformationHasExactlySixEntries)
+{
+    MagellanGPSPluginLoader loader;
+    EXPECT_EQ(loader.piInfo(),
+              (gps::Dictionary{{"Copyright", "\xC2\xA9 2026 Orvane"},
+                               {"Description", "Used to read GPS information from Magellan GPS receivers."},
+                               {"FeedbackURL", "https://www.orvane.example/support"},
+                               {"VersionCheck", "https://www.orvane.example/versioncheck.php?package=MagellanGPSPlugin"},
+                               {"Version", "1.5"},
+                               {"GPSPlugIn:Manufacturer", "Magellan"}}));
+}
+
+TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
+{
+    const support::TestFolders none{{}};
+    MagellanGPSPluginLoader loader;
+    for (const auto* other : {"", "gpsplugin", "GPSPLUGIN", "GPSPlugin", "GPSPlugIn ", "VeloranPlugIn"})
+        EXPECT_FALSE(loader.piGetPlugIns(other)) << other;
+}
+
+TEST(MagellanGPSPluginLoader, WithoutASerialPortItYieldsTheMassStorageDriverAloneAndThenNull)
+{
+    const support::TestFolders none{{}};
+    MagellanGPSPluginLoader loader;
+    auto drivers = loader.piGetPlugIns("GPSPlugIn");
+    ASSERT_TRUE(drivers);
+    const auto driver = drivers->nextObject();
+    ASSERT_NE(driver, nullptr);
+    EXPECT_EQ(driver->className(), "MagellanGPSPlugin");
+    EXPECT_FALSE(driver->isReady());
+    EXPECT_EQ(drivers->nextObject(), nullptr);
+    EXPECT_EQ(drivers->nextObject(), nullptr);
+}
+
+TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
+{
+    const support::TestFolders none{{}};
+    MagellanGPSPluginLoader loader;
+    EXPECT_NE(loader.piGetPlugIns("GPSPlugIn")->nextObject(), loader.piGetPlugIns("GPSPlugIn")->nextObject());
+}
+
+TEST(MissingResources, WithoutItsViewTheAnswerIsNoneNotAnEmptyEnumerator)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    bundle.remove("MagellanGPS.plist");
+    EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn"));
+}
+
+TEST(MissingResources, ABrokenViewIsAMissingOne)
+{
+    const support::TestFolders none{{}};
+    for (const auto* view : {"", "<plist version=\"1.0\"><dict>", "<plist version=\"1.0\"><array/></plist>",
+                             "<plist "
+                             "version=\"1.0\"><dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</"
+                             "string></dict></plist>",
+                             "<plist "
+                             "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</key><string>other</"
+                             "string></dict></plist>"}) {
+        const BundleCopy bundle;
+        bundle.put("MagellanGPS.plist", view);
+        EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn")) << view;
+    }
+}
+
+TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
+{
+    support::ReceiverFolder receiver;
+    receiver.unitFile("1");
+    const support::TestFolders folders{{receiver.path()}};
+    const BundleCopy bundle;
+    bundle.put("MagellanGPS.plist", "<plist "
+                                    "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</"
+                                    "key><string>gpsView</string></dict></plist>");
+    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    ASSERT_TRUE(drivers);
+    EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());
+}
+
+/// The driver of a bundle's copy.
+std::shared_ptr<gps::GPSPlugInProtocol> driverOf(const BundleCopy& bundle)
+{
+    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    return drivers ? drivers->nextObject() : nullptr;
+}
+
+/// The symbol that an imported waypoint of an icon gets.
+std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
+{
+    const support::ReceiverFolder receiver;
+    const auto status = std::make_shared<support::RecordingReceiver>();
+    const auto file = receiver.put("p.upt", {sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,," + icon)});
+    EXPECT_EQ(driverOf(bundle)->gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
+    const auto call = status->calls().at(1);
+    const auto begin = call.find("symbol = \"") + 10;
+    return call.substr(begin, call.find('"', begin) - begin);
+}
+
+TEST(MissingResources, WithoutTheSymbolMapEveryIconStandsForItself)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy whole;
+    EXPECT_EQ(symbolOf(whole, "j"), "Campground");
+    const BundleCopy missing;
+    missing.remove("MagellanSymbolMap.plist");
+    EXPECT_EQ(symbolOf(missing, "j"), "j");
+    const BundleCopy broken;
+    broken.put("MagellanSymbolMap.plist", "<plist version=\"1.0\"><dict><key>Campground</key>");
+    EXPECT_EQ(symbolOf(broken, "j"), "j");
+}
+
+TEST(MissingResources, TheSymbolMapIsTheResources)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    bundle.put("MagellanSymbolMap.plist", "<plist version=\"1.0\"><dict><key>Tent</key><string>j</string></dict></plist>");
+    EXPECT_EQ(symbolOf(bundle, "j"), "Tent");
+    EXPECT_EQ(symbolOf(bundle, "c"), "c");
+}
+
+TEST(MissingResources, WithoutALanguageFileAndADefaultTheAnswerIsErrorMinusTwoWithTheVolume)
+{
+    support::ReceiverFolder receiver;
+    receiver.unitFile("1");
+    const support::TestFolders folders{{receiver.path()}};
+    const BundleCopy bundle;
+    bundle.remove("MagDefaultLanguage.plist");
+    const auto status = std::make_shared<support::RecordingReceiver>();
+    const support::LogCapture log;
+    const auto error = driverOf(bundle)->gpsRunAcquire(status, {{"debug", 1}});
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain(), "com.Orvane.GPSPlugin.ErrorDomain");
+    EXPECT_EQ(error->code(), -2);
+    EXPECT_EQ(error->description(), "Magellan device data missing or in unregonized format");
+    EXPECT_EQ(error->suggestion(),
+              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+    EXPECT_EQ(error->path(), receiver.path());
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+    EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
+}
+
+TEST(MissingResources, ALanguageFileMakesUpForTheMissingDefault)
+{
+    support::ReceiverFolder receiver;
+    receiver.unitFile("1");
+    receiver.languageFile({"TrackLogs=T"});
+    receiver.put("T/t.log", {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208")});
+    const support::TestFolders folders{{receiver.path()}};
+    const BundleCopy bundle;
+    bundle.remove("MagDefaultLanguage.plist");
+    const auto status = std::make_shared<support::RecordingReceiver>();
+    EXPECT_EQ(driverOf(bundle)->gpsRunAcquire(status, {}), std::nullopt);
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_THAT(status->calls(), Contains("newTrack {name = \"T\"}"));
+}
+
+/// The error of an acquire without a device.
+gps::Error noDeviceError(const BundleCopy& bundle)
+{
+    return driverOf(bundle)->gpsRunAcquire(std::make_shared<support::RecordingReceiver>(), {}).value();
+}
+
+TEST(MissingResources, TextsAreThoseOfTheStringTable)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    bundle.put("en.lproj/Localizable.strings", "\"No location was selected for Magellan device\" = \"Kein Ger\xC3\xA4t\";");
+    EXPECT_EQ(noDeviceError(bundle).description(), "Kein Ger\xC3\xA4t");
+    EXPECT_EQ(noDeviceError(bundle).suggestion(),
+              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+}
+
+TEST(MissingResources, WithoutAStringTableTheEnglishTextsStand)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    bundle.remove("en.lproj/Localizable.strings");
+    EXPECT_EQ(noDeviceError(bundle).description(), "No location was selected for Magellan device");
+}
+
+} // namespace
+} // namespace magellan

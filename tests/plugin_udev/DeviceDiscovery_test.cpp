@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// Receivers among the mounted volumes, through the real device database on a mocked device tree and mount table.
+
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <platform_udev/Testbed.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
+namespace magellan {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kUsbStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
+constexpr char kInternal[] = "/devices/pci0/ata1/host0/target0:0:0/0:0:0:0";
+
+class MountedReceiversTest : public testing::Test {
+protected:
+    MountedReceiversTest()
+    {
+        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+                     "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+                     "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
+        testbed_.addDisk(kInternal, "sda", 8, 0, false);
+        testbed_.addDisk(kUsbStick, "sdb", 8, 16, true);
+        mount("");
+    }
+
+    /// What the process sees as its mount table.
+    static void mount(const std::string& lines)
+    {
+        const auto folder = std::filesystem::path{::getenv("UMOCKDEV_DIR")} / "proc/self";
+        std::filesystem::create_directories(folder);
+        std::ofstream{folder / "mountinfo"} << lines;
+    }
+
+    static std::string line(const std::string& number, const std::string& path)
+    {
+        return "95 27 " + number + " / " + path + " rw - vfat /dev/some rw\n";
+    }
+
+    /// The locations of the devices that the driver lists after a refresh.
+    [[nodiscard]] std::vector<std::string> found() const
+    {
+        driver_->refreshDeviceList();
+        std::vector<std::string> locations;
+        for (const auto& device : driver_->deviceList())
+            locations.push_back(*device.as<gps::Dictionary>()->findString("location"));
+        return locations;
+    }
+
+    support::Testbed testbed_;
+    support::TestFolders folders_{{}};
+    std::shared_ptr<MagellanGPSPlugin> driver_ = MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    support::ReceiverFolder receiver_;
+};
+
+TEST_F(MountedReceiversTest, AReceiverOnARemovableVolumeIsListedAndOneOnAnInternalDiskIsNot)
+{
+    receiver_.unitFile("12345");
+    const support::ReceiverFolder internal;
+    internal.unitFile("1");
+    mount(line("8:1", internal.path()) + line("8:17", receiver_.path()));
+    EXPECT_THAT(found(), ElementsAre(receiver_.path()));
+    EXPECT_TRUE(driver_->isReady());
+    EXPECT_EQ(*driver_->fsDevice()->findString("name"), "Magellan device 12345");
+}
+
+TEST_F(MountedReceiversTest, ARemovableVolumeWithoutAUnitFileIsNoReceiver)
+{
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(MountedReceiversTest, AVolumeWithoutADiskOrWithAnUnknownOneIsLeftOut)
+{
+    receiver_.unitFile("1");
+    mount(line("0:42", receiver_.path()) + line("8:65", receiver_.path()));
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(MountedReceiversTest, VolumesComeInTheMountTablesOrderBeforeTheTestFolders)
+{
+    const support::ReceiverFolder other;
+    const support::ReceiverFolder folder;
+    receiver_.unitFile("1");
+    other.unitFile("2");
+    folder.unitFile("3");
+    support::TestFolders::set({folder.path()});
+    mount(line("8:16", receiver_.path()) + line("8:17", other.path()));
+    EXPECT_THAT(found(), ElementsAre(receiver_.path(), other.path(), folder.path()));
+    mount(line("8:17", other.path()) + line("8:16", receiver_.path()));
+    EXPECT_THAT(found(), ElementsAre(other.path(), receiver_.path(), folder.path()));
+}
+
+TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
+{
+    receiver_.unitFile("1");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_FALSE(driver_->isReady());
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(found(), ElementsAre(receiver_.path()));
+    EXPECT_TRUE(driver_->isReady());
+    mount("");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_FALSE(driver_->isReady());
+}
+
+TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathIsReadFromEndToEnd)
+{
+    receiver_.put("GPS DISK/USBTRANS/UNIT_ID.DAT", {"Serial Number=7"});
+    receiver_.put("GPS DISK/Track Logs/t.log", {support::sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208")});
+    mount(line("8:17", receiver_.path() + "/GPS\\040DISK"));
+    EXPECT_THAT(found(), ElementsAre(receiver_.path("GPS DISK")));
+    const auto status = std::make_shared<support::RecordingReceiver>();
+    ASSERT_EQ(driver_->gpsRunAcquire(status, {}), std::nullopt);
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_THAT(status->calls(), Contains("newTrack {name = \"T\"}"));
+}
+
+} // namespace
+} // namespace magellan

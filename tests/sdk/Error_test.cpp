@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+
+#include <gps/Error.h>
+
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace gps {
+namespace {
+
+TEST(Error, TellsWhatItsUserInformationHolds)
+{
+    const Error error{"domain", -2, {{kErrorDescriptionKey, "what"}, {kErrorSuggestionKey, "try this"}, {kErrorPathKey, "/a"}}};
+    EXPECT_EQ(error.domain(), "domain");
+    EXPECT_EQ(error.code(), -2);
+    EXPECT_EQ(error.description(), "what");
+    EXPECT_EQ(error.suggestion(), "try this");
+    EXPECT_EQ(error.path(), "/a");
+}
+
+TEST(Error, WhatItLacksOrHasInAnotherTypeIsNone)
+{
+    const Error error{"domain", 1, {{kErrorDescriptionKey, 7}}};
+    EXPECT_EQ(error.description(), std::nullopt);
+    EXPECT_EQ(error.suggestion(), std::nullopt);
+    EXPECT_EQ(error.path(), std::nullopt);
+}
+
+TEST(Error, ACauseIsNotedWholeAndLeavesTheRestAsItIs)
+{
+    const Error cause{"inner", 260, {{kErrorPathKey, "/a"}}};
+    const Error error{"outer", -1, {{kErrorDescriptionKey, "what"}}};
+    const auto noted = error.causedBy(cause);
+    EXPECT_EQ(noted.domain(), "outer");
+    EXPECT_EQ(noted.code(), -1);
+    EXPECT_EQ(noted.description(), "what");
+    ASSERT_NE(noted.userInfo().findDictionary(kErrorUnderlyingKey), nullptr);
+    EXPECT_EQ(*noted.userInfo().findDictionary(kErrorUnderlyingKey),
+              (Dictionary{{"domain", "inner"}, {"code", 260}, {"userInfo", Dictionary{{kErrorPathKey, "/a"}}}}));
+    EXPECT_EQ(error.userInfo().find(kErrorUnderlyingKey), nullptr);
+}
+
+TEST(Error, EqualityLooksAtAll)
+{
+    const Error error{"domain", 1, {{"a", 1}}};
+    EXPECT_EQ(error, (Error{"domain", 1, {{"a", 1.0}}}));
+    EXPECT_NE(error, (Error{"other", 1, {{"a", 1}}}));
+    EXPECT_NE(error, (Error{"domain", 2, {{"a", 1}}}));
+    EXPECT_NE(error, (Error{"domain", 1, {}}));
+}
+
+TEST(Error, TheTextIsOneLine)
+{
+    EXPECT_EQ((Error{"domain", -2, {{"key", "value"}}}.text()), R"(Error Domain=domain Code=-2 UserInfo={key = "value"})");
+}
+
+TEST(RangeError, NamesTheSentenceTheFieldAndTheCount)
+{
+    EXPECT_STREQ((RangeError{"PMGNTRK", 7, 3}.what()), "A PMGNTRK sentence has no field 7: it has 3 fields");
+    EXPECT_STREQ((RangeError{"PMGNWPL", 1, 1}.what()), "A PMGNWPL sentence has no field 1: it has 1 field");
+}
+
+TEST(RangeError, IsARangeFailureOfTheLanguage)
+{
+    EXPECT_THROW(throw RangeError("PMGNTRK", 7, 3), std::out_of_range);
+}
+
+} // namespace
+} // namespace gps

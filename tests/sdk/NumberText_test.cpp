@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+
+#include <gps/NumberText.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace gps {
+namespace {
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+
+template <typename... Arguments> std::string appended(void (*append)(std::string&, Arguments...), Arguments... arguments)
+{
+    std::string text = ">";
+    append(text, arguments...);
+    return text.substr(1);
+}
+
+TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
+{
+    const std::pair<std::string, double> rows[] = {{"0", 0},
+                                                   {"5.", 5},
+                                                   {".5", 0.5},
+                                                   {"-.5x", -0.5},
+                                                   {"+12.25", 12.25},
+                                                   {"  \t\r\n\v\f 7", 7},
+                                                   {"12,5", 12},
+                                                   {"12M", 12},
+                                                   {"1.2.3", 1.2},
+                                                   {"1e3", 1000},
+                                                   {"1E+3", 1000},
+                                                   {"1e-3", 0.001},
+                                                   {"1e", 1},
+                                                   {"1e+", 1},
+                                                   {"1ex", 1},
+                                                   {"0x10", 0},
+                                                   {"00012", 12},
+                                                   {"4605.979", 4605.979},
+                                                   {"123456789012345", 123456789012345},
+                                                   {"1234567890123456", 1234567890123456},
+                                                   {"12345678901234567890", 12345678901234567890.0},
+                                                   {"0.1234567890123456789", 0.1234567890123456789},
+                                                   {"999999999999999.", 999999999999999},
+                                                   {".000000000000001", 1e-15},
+                                                   {"1e308", 1e308},
+                                                   {"1e309", kLargest},
+                                                   {"-1e309", -kLargest},
+                                                   {"1e99999999999999999999", kLargest},
+                                                   {"1e-99999999999999999999", 0},
+                                                   {"0e99999999999999999999", 0},
+                                                   {std::string(400, '9'), kLargest},
+                                                   {"-" + std::string(400, '9'), -kLargest},
+                                                   {"0." + std::string(400, '0') + "1", 0},
+                                                   {"0." + std::string(400, '0') + "1e800", kLargest},
+                                                   {std::string(400, '9') + "e-800", 0}};
+    for (const auto& [text, number] : rows) {
+        const auto read = leadingNumber(text);
+        ASSERT_TRUE(read) << text;
+        EXPECT_EQ(*read, number) << text;
+    }
+}
+
+TEST(NumberText, WhatBeginsWithNoNumberHasNone)
+{
+    for (const char* text : {"",   " ",   ".",   "-",    "+",   "-.",       "+-1", "--1",  "- 1",    "abc", ",5",
+                             "e5", ".e5", "inf", "-inf", "INF", "infinity", "nan", "-nan", "NaN(1)", "x10", "$1"})
+        EXPECT_EQ(leadingNumber(text), std::nullopt) << text;
+}
+
+TEST(NumberText, AMinusBeforeZeroIsKept)
+{
+    EXPECT_TRUE(std::signbit(*leadingNumber("-0")));
+    EXPECT_FALSE(std::signbit(*leadingNumber("0")));
+}
+
+TEST(NumberText, TheShortWayReadsAsTheLongOne)
+{
+    std::mt19937_64 random{7};
+    for (int i = 0; i < 200'000; ++i) {
+        const auto digits = std::to_string(random() % 10'000'000'000'000'000U);
+        const auto point = random() % (digits.size() + 1);
+        const auto text = digits.substr(0, point) + "." + digits.substr(point);
+        double expected = 0;
+        std::from_chars(text.data(), text.data() + text.size(), expected);
+        ASSERT_EQ(leadingNumber(text), expected) << text;
+    }
+}
+
+TEST(NumberText, LeadingInt32SaturatesAtItsBounds)
+{
+    constexpr auto kMin = std::numeric_limits<std::int32_t>::min();
+    constexpr auto kMax = std::numeric_limits<std::int32_t>::max();
+    const std::pair<std::string, std::int32_t> rows[] = {{"", 0},
+                                                         {"x", 0},
+                                                         {"-", 0},
+                                                         {"12", 12},
+                                                         {" \n+12x", 12},
+                                                         {"-12.9", -12},
+                                                         {"2147483646", kMax - 1},
+                                                         {"2147483647", kMax},
+                                                         {"2147483648", kMax},
+                                                         {"-2147483647", kMin + 1},
+                                                         {"-2147483648", kMin},
+                                                         {"-2147483649", kMin},
+                                                         {"00000000000000000000000000012", 12},
+                                                         {std::string(1000, '9'), kMax},
+                                                         {"-" + std::string(1000, '9'), kMin}};
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(leadingInt32(text), number) << text;
+}
+
+TEST(NumberText, LeadingBoolKnowsYesTrueAndDigits)
+{
+    for (const char* text : {"Y", "yes", "T", "true", "1", "9", " \t1", "+1", "-1", "-0y", "0001", "00t"})
+        EXPECT_TRUE(leadingBool(text)) << text;
+    for (const char* text : {"", " ", "N", "no", "false", "F", "0", "000", "+", "-", "x", "--1", "0x1", "0.5", "on"})
+        EXPECT_FALSE(leadingBool(text)) << text;
+}
+
+TEST(NumberText, DoublesSaturateAt32Bits)
+{
+    EXPECT_EQ(saturatedInt32(2147483646.999), 2147483646);
+    EXPECT_EQ(saturatedInt32(2147483647.5), 2147483647);
+    EXPECT_EQ(saturatedInt32(-2147483647.999), -2147483647);
+    EXPECT_EQ(saturatedInt32(-2147483648.5), -2147483648);
+    EXPECT_EQ(saturatedInt32(-1.9), -1);
+    EXPECT_EQ(saturatedInt32(std::nan("")), 0);
+    EXPECT_EQ(saturatedInt32(HUGE_VAL), 2147483647);
+    EXPECT_EQ(saturatedInt32(-HUGE_VAL), -2147483647 - 1);
+}
+
+TEST(NumberText, TheShortestTextReadsBack)
+{
+    std::mt19937_64 random{7};
+    std::uniform_real_distribution<double> degrees{-180, 180};
+    for (int i = 0; i < 20'000; ++i) {
+        const double value = degrees(random);
+        ASSERT_EQ(leadingNumber(appended(appendShortest, value)), value);
+        ASSERT_EQ(leadingNumber(appended(appendDecimal, value)), value);
+    }
+    EXPECT_EQ(appended(appendShortest, 46.5), "46.5");
+    EXPECT_EQ(appended(appendShortest, -2.2250738585072014e-308), "-2.2250738585072014e-308");
+    EXPECT_EQ(appended(appendShortest, HUGE_VAL), "inf");
+}
+
+TEST(NumberText, ADecimalHasNoExponentHoweverLargeOrSmall)
+{
+    EXPECT_EQ(appended(appendDecimal, 0.0), "0");
+    EXPECT_EQ(appended(appendDecimal, -0.5), "-0.5");
+    EXPECT_EQ(appended(appendDecimal, 1e22), "10000000000000000000000");
+    EXPECT_EQ(appended(appendDecimal, 1e-7), "0.0000001");
+    for (const double value :
+         {kLargest, -kLargest, std::numeric_limits<double>::min(), std::numeric_limits<double>::denorm_min()}) {
+        const auto text = appended(appendDecimal, value);
+        EXPECT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos);
+        EXPECT_EQ(std::strtod(text.c_str(), nullptr), value);
+    }
+}
+
+TEST(NumberText, IntegersArePaddedAsPrintfDoes)
+{
+    EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+    for (const std::int64_t value : {std::int64_t{0}, std::int64_t{7}, std::int64_t{-7}, std::int64_t{999}, std::int64_t{1000},
+                                     std::int64_t{-1000}, std::numeric_limits<std::int64_t>::min()}) {
+        for (const int width : {0, 1, 2, 3, 5, 30}) {
+            char expected[64];
+            std::snprintf(expected, sizeof expected, "%0*lld", width, static_cast<long long>(value));
+            EXPECT_EQ(appended(appendPadded, value, width), expected);
+        }
+    }
+}
+
+} // namespace
+} // namespace gps

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// A status object that keeps every call as a readable line ("newTrack {name = \"A\"}"). Made for a worker's calls to be
+// looked at by the test's thread: all of it is safe from any thread.
+
+#pragma once
+
+#include <gps/Error.h>
+#include <gps/GPSOutputReceiver.h>
+#include <gps/GPSPoint.h>
+#include <gps/Value.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace support {
+
+class RecordingReceiver : public gps::GPSOutputReceiver {
+public:
+    /// Every call so far, in order.
+    [[nodiscard]] std::vector<std::string> calls() const
+    {
+        const std::lock_guard lock{mutex_};
+        return calls_;
+    }
+
+    /// The threads that called.
+    [[nodiscard]] std::set<std::thread::id> threads() const
+    {
+        const std::lock_guard lock{mutex_};
+        return threads_;
+    }
+
+    /// Waits for `gpsStateChange:` 0. @return  whether it came within half a minute
+    [[nodiscard]] bool waitUntilIdle() const
+    {
+        std::unique_lock lock{mutex_};
+        return changed_.wait_for(lock, std::chrono::seconds{30}, [this] { return idle_; });
+    }
+
+    void gpsStateChange(std::int32_t state) override
+    {
+        record("gpsStateChange " + std::to_string(state));
+        const std::lock_guard lock{mutex_};
+        idle_ = state == 0;
+        changed_.notify_all();
+    }
+    void startTransfer(gps::TransferKind kind) override { record("startTransfer " + text(kind)); }
+    void endTransfer(gps::TransferKind kind) override { record("endTransfer " + text(kind)); }
+    void newTrack(const gps::Dictionary& track) override { record("newTrack " + gps::describe(track)); }
+    void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override
+    {
+        record("trackPoint " + gps::describe(point) + " " + gps::describe(extra));
+    }
+    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override
+    {
+        record("wayPoint " + gps::describe(point) + " " + gps::describe(extra));
+    }
+    void newRoute(const gps::Dictionary& route) override { record("newRoute " + gps::describe(route)); }
+    void startSending(std::string_view label, gps::TransferKind kind) override
+    {
+        record("startSending " + std::string{label} + " " + text(kind));
+    }
+    void endSending(gps::TransferKind kind) override { record("endSending " + text(kind)); }
+    void error(const gps::Error& error) override { record("error " + error.text()); }
+
+private:
+    static std::string text(gps::TransferKind kind) { return std::to_string(static_cast<std::int32_t>(kind)); }
+
+    void record(std::string call)
+    {
+        const std::lock_guard lock{mutex_};
+        calls_.push_back(std::move(call));
+        threads_.insert(std::this_thread::get_id());
+    }
+
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    std::vector<std::string> calls_;
+    std::set<std::thread::id> threads_;
+    bool idle_ = false;
+};
+
+} // namespace support

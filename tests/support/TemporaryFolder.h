@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// A folder of a test's own, gone with the test.
+
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace support {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "magellan-test-XXXXXX").string();
+        path_ = ::mkdtemp(name.data());
+        // Readable by a child process that has given up its rights, too.
+        std::filesystem::permissions(path_, std::filesystem::perms{0755});
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] std::string path() const { return path_.string(); }
+    [[nodiscard]] std::string path(std::string_view name) const { return (path_ / name).string(); }
+
+    /// Writes a file below the folder, making the folders on its way. @return  its path
+    std::string put(std::string_view name, std::string_view content) const
+    {
+        const auto file = path_ / name;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream{file, std::ios::binary}.write(content.data(), static_cast<std::streamsize>(content.size()));
+        return file.string();
+    }
+
+    /// Makes a folder below the folder. @return  its path
+    std::string makeFolder(std::string_view name) const
+    {
+        std::filesystem::create_directories(path_ / name);
+        return path(name);
+    }
+
+    [[nodiscard]] std::string read(std::string_view name) const
+    {
+        std::ifstream file{path_ / name, std::ios::binary};
+        return {std::istreambuf_iterator<char>{file}, {}};
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+} // namespace support
