@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/bundle/PlugInBundle.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <dlfcn.h>
+
+#include "host/operations/HostError.h"
+
+#include <platform/System/Bundle.h>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kBundleName[] = "MagellanGPSPlugin.bundle";
+
+gps::Error refusal(const std::string& what, const std::string& path)
+{
+    return hostError(what, "Name a working plug-in bundle with --plugin, or install the program again", path);
+}
+
+std::optional<gps::Error> openModule(const std::string& path, void*& module)
+{
+    const gps::Bundle bundle{path};
+    std::error_code ignored;
+    if (!fs::is_directory(path, ignored))
+        return refusal("There is no plug-in bundle at this place", path);
+    const auto executable = bundle.executablePath();
+    if (!executable)
+        return refusal("The plug-in bundle has no readable Info.plist that names its module", path);
+    module = ::dlopen(executable->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    if (module == nullptr)
+        return refusal(std::string{"The plug-in's module cannot be loaded: "} + ::dlerror(), *executable);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> findLoader(const std::string& path, gps::VeloranPlugIn*& loader)
+{
+    void* module = nullptr;
+    if (auto failure = openModule(path, module))
+        return failure;
+    const auto info = gps::Bundle{path}.infoDictionary();
+    const auto* principalClass = info.findString("NSPrincipalClass");
+    if (principalClass == nullptr)
+        return refusal("The plug-in bundle's Info.plist names no principal class", path);
+    const auto entry = reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module, gps::kPrincipalClassEntry));
+    if (entry == nullptr)
+        return refusal("The plug-in's module is no GPS plug-in", path);
+    loader = entry(principalClass->c_str());
+    if (loader == nullptr)
+        return refusal("The plug-in's module has no class " + *principalClass, path);
+    return std::nullopt;
+}
+
+std::vector<Driver> allOf(std::optional<gps::PlugInEnumerator> enumerator)
+{
+    std::vector<Driver> drivers;
+    while (enumerator) {
+        auto driver = enumerator->nextObject();
+        if (!driver)
+            break;
+        drivers.push_back(std::move(driver));
+    }
+    return drivers;
+}
+
+} // namespace
+
+std::vector<std::string> bundlePlaces(const std::string& program)
+{
+    const fs::path folder = fs::path{program}.parent_path();
+    const fs::path libraries = folder.parent_path() / "lib";
+    return {folder / kBundleName, libraries / HOST_ARCHITECTURE / "magellangps" / kBundleName,
+            libraries / "magellangps" / kBundleName};
+}
+
+std::optional<std::string> findBundle(const std::optional<std::string>& given)
+{
+    if (given)
+        return given;
+    std::error_code ignored;
+    const auto places = bundlePlaces(fs::read_symlink("/proc/self/exe", ignored).string());
+    const auto found =
+        std::find_if(places.begin(), places.end(), [&](const std::string& place) { return fs::is_directory(place, ignored); });
+    return found != places.end() ? std::optional{*found} : std::nullopt;
+}
+
+std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle)
+{
+    gps::VeloranPlugIn* loader = nullptr;
+    if (auto failure = findLoader(path, loader))
+        return failure;
+    if (!loader->piInitialize())
+        return refusal("The plug-in refused to start", path);
+    PlugInBundle loaded{.path = path};
+    loaded.name = loader->piName();
+    loaded.info = loader->piInfo();
+    loaded.plugInClass = loader->piClass();
+    loaded.apiVersion = loader->piAPIVersion();
+    if (loaded.apiVersion != kLoaderAPIVersion)
+        return refusal("The plug-in speaks version " + std::to_string(loaded.apiVersion) + " of the interface, not " +
+                           std::to_string(kLoaderAPIVersion),
+                       path);
+    loaded.drivers = allOf(loader->piGetPlugIns(loaded.plugInClass));
+    bundle = std::move(loaded);
+    return std::nullopt;
+}
+
+} // namespace host

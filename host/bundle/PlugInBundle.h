@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// PlugInBundle: a plug-in bundle found, loaded and asked for what it offers. [host thread]
+
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gps/Error.h>
+#include <gps/GPSPlugInProtocol.h>
+#include <gps/VeloranPlugIn.h>
+
+namespace host {
+
+using Driver = std::shared_ptr<gps::GPSPlugInProtocol>;
+
+/// The loader interface that this host speaks.
+inline constexpr std::int32_t kLoaderAPIVersion = 1;
+
+/// What a loaded bundle said of itself. The module stays loaded as long as the process lives.
+struct PlugInBundle {
+    std::string path{};
+    std::string name{};
+    gps::Dictionary info{};
+    std::string plugInClass{};
+    std::int32_t apiVersion = 0;
+    std::vector<Driver> drivers{}; ///< in the plug-in's order; may be empty
+};
+
+/// The places where the bundle is looked for when none is named: beside the program, as in a build tree, then where it is
+/// installed.
+/// @param program  the program's own file
+[[nodiscard]] std::vector<std::string> bundlePlaces(const std::string& program);
+
+/// Finds the bundle to load. @param given  the user's choice, taken as it is
+/// @return  its path; none when there is none at any place
+[[nodiscard]] std::optional<std::string> findBundle(const std::optional<std::string>& given);
+
+/// Loads the bundle's module and asks its loader everything, in the order that plug-ins expect.
+/// @param bundle  out: untouched after a failure
+/// @return        one sentence that says what is missing or broken
+[[nodiscard]] std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle);
+
+} // namespace host

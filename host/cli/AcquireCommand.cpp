@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Commands.h"
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/cli/Download.h"
+
+namespace host {
+
+ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const Console& console)
+{
+    Driver driver;
+    if (const auto failure = chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+        console.error(*failure);
+        return ExitStatus::kNothingToWorkOn;
+    }
+    Download download{options, console};
+    if (const auto failure = download.open()) {
+        console.error(*failure);
+        return ExitStatus::kFailed;
+    }
+    download.run(*driver, driverOptions(options));
+    return download.finish();
+}
+
+} // namespace host

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// The commands, one file each. [host thread]
+
+#pragma once
+
+#include "host/bundle/PlugInBundle.h"
+#include "host/cli/Console.h"
+#include "host/cli/ExitStatus.h"
+#include "host/cli/Options.h"
+
+namespace host {
+
+/// `info`: the plug-in and its drivers.
+[[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
+/// `devices`: each driver's devices; with `--watch` again after each change, until interrupted.
+[[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
+/// `acquire`: downloads from a device.
+[[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
+/// `import`: imports files, one operation each.
+[[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
+/// The whole program: reads the command line, loads the plug-in, runs the command.
+[[nodiscard]] ExitStatus runProgram(int argc, const char* const* argv);
+
+/// Prints on the standard output. @return  failed, after saying so, when it cannot be written
+[[nodiscard]] ExitStatus print(std::string_view text, const Console& console);
+
+} // namespace host

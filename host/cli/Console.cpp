@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Console.h"
+
+#include <cstdio>
+
+#include "host/formats/Text.h"
+
+namespace host {
+namespace {
+
+void say(std::string_view prefix, std::string_view text)
+{
+    std::string line{prefix};
+    line += displayText(text);
+    line += '\n';
+    std::fputs(line.c_str(), stderr);
+}
+
+void appendSentence(std::string& text, std::string_view sentence)
+{
+    if (sentence.empty())
+        return;
+    if (!text.empty())
+        text += ' ';
+    text += sentence;
+    if (std::string_view{".!?"}.find(sentence.back()) == std::string_view::npos)
+        text += '.';
+}
+
+} // namespace
+
+void Console::error(const gps::Error& error) const
+{
+    say("magellangps: ", sentencesOf(error));
+}
+
+void Console::error(std::string_view sentence) const
+{
+    say("magellangps: ", sentence);
+}
+
+void Console::note(std::string_view sentence) const
+{
+    if (!quiet_)
+        say("note: ", sentence);
+}
+
+std::string sentencesOf(const gps::Error& error)
+{
+    std::string text;
+    appendSentence(text, error.description().value_or(""));
+    if (text.empty())
+        text = "Error " + std::to_string(error.code()) + " of the domain " + error.domain() + '.';
+    appendSentence(text, error.suggestion().value_or(""));
+    if (const auto path = error.path())
+        text += " Path: " + *path;
+    return text;
+}
+
+} // namespace host

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Console: what the program says to the person at the terminal, on the standard error stream. [host thread]
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <gps/Error.h>
+
+namespace host {
+
+class Console {
+public:
+    /// @param quiet  whether notes are left unsaid
+    explicit Console(bool quiet) : quiet_(quiet) {}
+
+    /// One line: the description, the recovery suggestion and the path, as far as there are any.
+    void error(const gps::Error& error) const;
+
+    /// One line of bad news.
+    void error(std::string_view sentence) const;
+
+    /// One line that may go unread.
+    void note(std::string_view sentence) const;
+
+private:
+    bool quiet_;
+};
+
+/// An error as plain sentences on one line.
+[[nodiscard]] std::string sentencesOf(const gps::Error& error);
+
+} // namespace host

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Commands.h"
+
+#include <chrono>
+#include <string>
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/formats/Table.h"
+
+#include <platform/System/DeviceMonitor.h>
+
+#include <nlohmann/json.hpp>
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+template <typename T> Json orNull(const std::optional<T>& value)
+{
+    return value ? Json(*value) : Json();
+}
+
+// An element that a view lacks is as good as hidden.
+bool isHidden(const gps::View* element)
+{
+    return element == nullptr || element->isHidden();
+}
+
+Json viewJson(const gps::GPSPlugInProtocol& driver)
+{
+    const auto* const menu = deviceMenu(driver);
+    const auto view = driver.gpsView();
+    const auto* const button = view ? view->find<gps::Button>("deviceButton") : nullptr;
+    const Json items = menu != nullptr ? Json(menu->items()) : Json::array();
+    return {{"deviceListMenu",
+             {{"hidden", isHidden(menu)}, {"items", items}, {"selected", menu != nullptr ? orNull(menu->selected()) : Json()}}},
+            {"deviceButton", {{"hidden", isHidden(button)}}}};
+}
+
+Json driverJson(const gps::GPSPlugInProtocol& driver)
+{
+    Json devices = Json::array();
+    for (const auto& device : devicesOf(driver)) {
+        devices.push_back({{"location", device.location},
+                           {"name", orNull(device.name)},
+                           {"authorized", orNull(device.authorized)},
+                           {"selected", device.isSelected}});
+    }
+    return {{"class", driver.className()},
+            {"name", driver.gpsName()},
+            {"ready", driver.isReady()},
+            {"view", viewJson(driver)},
+            {"devices", devices}};
+}
+
+std::string documentOf(const PlugInBundle& plugIn)
+{
+    Json drivers = Json::array();
+    for (const auto& driver : plugIn.drivers)
+        drivers.push_back(driverJson(*driver));
+    const Json document{{"drivers", drivers}};
+    return document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+std::string authorizedText(const std::optional<bool>& authorized)
+{
+    if (!authorized)
+        return {};
+    return *authorized ? "yes" : "no";
+}
+
+std::string tableOf(const PlugInBundle& plugIn)
+{
+    Table table{{{""}, {"Driver"}, {"Device"}, {"Authorized"}, {"Location"}}};
+    bool isEmpty = true;
+    for (const auto& driver : plugIn.drivers) {
+        for (const auto& device : devicesOf(*driver)) {
+            table.add({device.isSelected ? "*" : "", driverName(*driver), device.name.value_or(""),
+                       authorizedText(device.authorized), device.location});
+            isEmpty = false;
+        }
+    }
+    return isEmpty ? "No device was found.\n" : table.text();
+}
+
+void refresh(const PlugInBundle& plugIn, const gps::DeviceChanges& changes)
+{
+    for (const auto& driver : plugIn.drivers) {
+        if ((changes.volumes && driver->needsFileSystemRefresh()) || (changes.serialPorts && driver->needsSerialRefresh()))
+            driver->refreshDeviceList();
+    }
+}
+
+} // namespace
+
+ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console)
+{
+    const auto text = [&] { return options.json ? documentOf(plugIn) : tableOf(plugIn); };
+    if (!options.watch)
+        return print(text(), console);
+    gps::DeviceMonitor monitor; // before the first look, so that no change is missed
+    auto status = print(text(), console);
+    while (status == ExitStatus::kSuccess) {
+        const auto changes = monitor.wait(std::chrono::milliseconds{-1});
+        if (!changes.volumes && !changes.serialPorts)
+            continue;
+        refresh(plugIn, changes);
+        status = print(text(), console);
+    }
+    return status;
+}
+
+} // namespace host

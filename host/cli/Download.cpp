@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Download.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <unistd.h>
+
+#include "host/formats/EventLines.h"
+#include "host/formats/Summary.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kMostShown = 10; // lines of one sort
+
+std::vector<gps::TransferKind> missingKinds(const std::vector<gps::TransferKind>& requested,
+                                            const std::vector<gps::TransferKind>& came)
+{
+    std::vector<gps::TransferKind> missing;
+    std::copy_if(requested.begin(), requested.end(), std::back_inserter(missing),
+                 [&](gps::TransferKind kind) { return std::find(came.begin(), came.end(), kind) == came.end(); });
+    return missing;
+}
+
+// A driver ends its waypoints at the first thing that it cannot read, and any kind at a damaged sentence, and tells nobody but
+// the log. Where nothing else was to follow, the log is all there is to see it by.
+bool endedAt(const LoggedError& logged, const Outcome& outcome)
+{
+    if (logged.error.domain() == gps::kRangeErrorDomain)
+        return true;
+    return !outcome.transfers.empty() && outcome.transfers.back() == gps::TransferKind::kWaypoints &&
+           logged.transfersBegun == outcome.transfers.size();
+}
+
+} // namespace
+
+Download::Download(const Options& options, const Console& console)
+    : options_(options), console_(console), progress_(!options.quiet && ::isatty(STDERR_FILENO) == 1),
+      standardOutput_(STDOUT_FILENO, "the standard output")
+{}
+
+std::optional<gps::Error> Download::open()
+{
+    if (options_.output) {
+        file_.emplace(*options_.output);
+        if (auto failure = file_->open())
+            return failure;
+        fileWriter_ = options_.format->make(file_->output(), file_->folder());
+    }
+    if (options_.events)
+        tellWriter_ = std::make_unique<EventLines>(standardOutput_);
+    else if (!options_.output || options_.summary)
+        tellWriter_ = std::make_unique<Summary>(standardOutput_);
+    return std::nullopt;
+}
+
+void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions)
+{
+    const auto requested = requestedKinds(driverOptions, driver.gpsCapabilities());
+    const auto outcome =
+        runOperation([&](const gps::GPSPlugInProtocol::Status& status) { return driver.gpsRunAcquire(status, driverOptions); },
+                     [this](const EventBatch& batch) { consume(batch); });
+    for (auto* const writer : {fileWriter_.get(), tellWriter_.get()}) {
+        if (writer != nullptr)
+            writer->result(outcome.error);
+    }
+    progress_.clear();
+    hasArrived_ = hasArrived_ || !outcome.transfers.empty();
+    judge(outcome, requested, driverOptions.contains(kSourcePathKey));
+}
+
+void Download::consume(const EventBatch& batch)
+{
+    for (auto* const writer : {fileWriter_.get(), tellWriter_.get()}) {
+        if (writer == nullptr)
+            continue;
+        for (const auto& event : batch)
+            writer->event(event);
+    }
+    if (options_.events)
+        standardOutput_.flush(); // whoever reads the lines sees them as they come
+    progress_.show(batch);
+}
+
+void Download::judge(const Outcome& outcome, const std::vector<gps::TransferKind>& requested, bool isImport)
+{
+    for (const auto& error : outcome.reported)
+        console_.error(error);
+    if (outcome.error)
+        console_.error(*outcome.error);
+    const bool endedInError = outcome.error || !outcome.reported.empty();
+    isIncomplete_ = isIncomplete_ || endedInError;
+    const auto missing = endedInError ? std::vector<gps::TransferKind>{} : missingKinds(requested, outcome.transfers);
+    judgeMissing(missing);
+    judgeLoggedErrors(outcome, isImport || !missing.empty());
+    showLog(outcome, !missing.empty());
+}
+
+void Download::judgeMissing(const std::vector<gps::TransferKind>& missing)
+{
+    if (missing.empty())
+        return;
+    std::string names;
+    for (const auto kind : missing)
+        names += (names.empty() ? "" : ", ") + std::string{kindName(kind)};
+    console_.error("The download ended before its end. Missing: " + names + ".");
+    isIncomplete_ = true;
+}
+
+void Download::judgeLoggedErrors(const Outcome& outcome, bool foldersCount)
+{
+    std::size_t shown = 0;
+    std::size_t unshown = outcome.moreErrors;
+    for (const auto& logged : outcome.loggedErrors) {
+        const bool ended = !foldersCount && endedAt(logged, outcome);
+        if (logged.isFolder && !foldersCount && !ended)
+            continue; // a folder among the files is nothing to read
+        isIncomplete_ = isIncomplete_ || ended;
+        hasFailed_ = true;
+        if (outcome.error && outcome.error->path() == logged.error.path())
+            continue; // said already
+        if (shown++ < kMostShown)
+            console_.error(logged.error);
+        else
+            ++unshown;
+    }
+    if (unshown > 0)
+        console_.error("And " + std::to_string(unshown) + " more that could not be read.");
+    hasFailed_ = hasFailed_ || unshown > 0;
+}
+
+void Download::showLog(const Outcome& outcome, bool isNeeded) const
+{
+    if (options_.verbose)
+        return; // there already, line by line
+    const auto show = [&](const std::string& line) { isNeeded ? console_.error("log: " + line) : console_.note(line); };
+    std::for_each(outcome.logLines.begin(), outcome.logLines.end(), show);
+    if (outcome.moreLines > 0)
+        show("and " + std::to_string(outcome.moreLines) + " more");
+}
+
+ExitStatus Download::finish()
+{
+    if (tellWriter_ && (options_.events || hasArrived_))
+        fail(tellWriter_->close());
+    if (fileWriter_)
+        finishFile();
+    return hasFailed_ || isIncomplete_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+}
+
+void Download::finishFile()
+{
+    if (auto failure = fileWriter_->close()) {
+        fail(failure);
+        return;
+    }
+    if (const auto remark = fileWriter_->remark(); !remark.empty())
+        console_.note(remark);
+    if (!isIncomplete_) {
+        fail(file_->commit());
+    } else if (hasArrived_) {
+        const auto path = file_->partialPath();
+        const auto failure = file_->keepPartial();
+        fail(failure);
+        if (!failure && !path.empty())
+            console_.error("What arrived is kept beside it. Path: " + path);
+    }
+}
+
+void Download::fail(const std::optional<gps::Error>& failure)
+{
+    if (!failure)
+        return;
+    console_.error(*failure);
+    hasFailed_ = true;
+}
+
+} // namespace host

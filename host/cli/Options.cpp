@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Options.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <numeric>
+#include <string_view>
+#include <utility>
+
+#include "host/formats/JsonText.h"
+#include "host/formats/Text.h"
+#include "host/operations/Operation.h"
+
+#include <CLI/CLI.hpp>
+
+namespace host {
+namespace {
+
+// What CLI11 stores, before it is checked.
+struct Raw {
+    Options options;
+    std::optional<std::string> format;
+    std::optional<std::string> driverOptions;
+    bool noWaypoints = false;
+    bool noRoutes = false;
+    bool noTracks = false;
+};
+
+constexpr char kExamples[] = R"(
+Examples:
+  magellangps devices                              what is connected
+  magellangps acquire -o trip.gpx                  download everything as GPX
+  magellangps acquire --test-folder copy --events  a receiver's copied files, call by call
+  magellangps import TKLG001.log -o track.gpx      one file off a receiver
+)";
+
+constexpr char kGlobalHint[] = "The global options of \"magellangps --help\" are accepted here, too.\n";
+
+void addGlobalOptions(CLI::App& app, Raw& raw)
+{
+    auto& options = raw.options;
+    app.add_option("--plugin", options.plugin, "Load this plug-in bundle instead of the installed one")->type_name("BUNDLE");
+    app.add_option("--test-folder", options.testFolders, "Treat this folder like a mounted volume; may be repeated")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    app.add_option("--debug", options.debug, "Put \"debug\" with this number into the operation's options")->type_name("N");
+    app.add_flag("--json", options.json, "Print what info and devices tell as one JSON document");
+    app.add_flag("--events", options.events, "Print each call that the plug-in makes as one JSON line, then a result line");
+    auto* const quiet = app.add_flag("-q", options.quiet, "Say nothing but errors");
+    app.add_flag("-v", options.verbose, "Print the system log's lines on the standard error stream, too")->excludes(quiet);
+}
+
+void addDownloadOptions(CLI::App& command, Raw& raw)
+{
+    auto& options = raw.options;
+    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
+    command.add_option("-o,--output", options.output, "Write the records to this file; \"-\" is the standard output")
+        ->type_name("FILE");
+    command.add_option("--format", raw.format, "The output's format, where the file's extension does not tell: " + formatNames())
+        ->type_name("FORMAT");
+    command.add_flag("--summary", options.summary, "Print the summary table, although there is an output file");
+    auto* const json =
+        command.add_option("--options", raw.driverOptions, "Hand exactly this JSON object to the driver as its options");
+    json->type_name("JSON");
+    command.add_flag("--no-waypoints", raw.noWaypoints, "Leave out waypoints and geocaches")->excludes(json);
+    command.add_flag("--no-routes", raw.noRoutes, "Leave out routes")->excludes(json);
+    command.add_flag("--no-tracks", raw.noTracks, "Leave out tracks")->excludes(json);
+}
+
+void addCommands(CLI::App& app, Raw& raw)
+{
+    const auto add = [&](const char* name, const char* what, Command command, const char* examples) {
+        auto* const added = app.add_subcommand(name, what);
+        added->fallthrough()->footer(std::string{kGlobalHint} + "\nExamples:\n" + examples);
+        added->parse_complete_callback([&raw, command] { raw.options.command = command; });
+        return added;
+    };
+    add("info", "Show the plug-in and its drivers", Command::kInfo, "  magellangps info --json");
+    add("devices", "List each driver's devices", Command::kDevices, "  magellangps devices --watch")
+        ->add_flag("--watch", raw.options.watch, "Stay, and print again when volumes or ports come and go");
+    auto* const acquire = add("acquire", "Download from a device", Command::kAcquire,
+                              "  magellangps acquire -o trip.gpx\n  magellangps acquire --device /media/RECEIVER --no-tracks");
+    addDownloadOptions(*acquire, raw);
+    acquire->add_option("--device", raw.options.device, "Use the device at this place; a folder with a receiver's files will do")
+        ->type_name("LOCATION");
+    auto* const import = add("import", "Import sentence files, each as one operation", Command::kImport,
+                             "  magellangps import TKLG001.log Home.upt -o trip.gpx");
+    addDownloadOptions(*import, raw);
+    import->add_option("files", raw.options.files, "The files to import")->type_name("FILE")->required();
+}
+
+std::size_t editDistance(std::string_view a, std::string_view b)
+{
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t change = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({change, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+void addNames(const CLI::App& app, std::vector<std::string>& names)
+{
+    for (const auto* option : app.get_options()) {
+        for (const auto& name : option->get_lnames())
+            names.push_back("--" + name);
+    }
+}
+
+std::string nearest(std::string_view word, const CLI::App& app)
+{
+    std::vector<std::string> names;
+    addNames(app, names);
+    const auto chosen = app.get_subcommands();
+    for (const auto* command : app.get_subcommands({})) {
+        if (chosen.empty())
+            names.push_back(command->get_name());
+        else if (command == chosen.front())
+            addNames(*command, names);
+    }
+    const auto distance = [&](const std::string& name) { return editDistance(word.substr(0, word.find('=')), name); };
+    const auto best =
+        std::min_element(names.begin(), names.end(), [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
+    return distance(*best) <= 3 && distance(*best) * 2 < best->size() ? "; did you mean \"" + *best + "\"?" : std::string{};
+}
+
+ParsedCommandLine mistake(std::string_view text)
+{
+    return {std::nullopt, "magellangps: " + displayText(text.substr(0, text.find('\n'))) + '\n', ExitStatus::kUsage};
+}
+
+ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
+{
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
+        return mistake("no FILE to import is given");
+    const auto extras = app.remaining(true);
+    if (extras.empty())
+        return mistake(error.what());
+    const auto& word = extras.front();
+    const bool isOption = word.size() > 1 && word.front() == '-';
+    const bool isCommand = !isOption && app.get_subcommands().empty();
+    const std::string what = isOption ? "unknown option \"" : isCommand ? "unknown command \"" : "unexpected argument \"";
+    return mistake(what + word + '"' + nearest(word, app));
+}
+
+std::string extensionOf(const std::string& path)
+{
+    auto extension = std::filesystem::path{path}.extension().string();
+    extension.erase(0, 1);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return extension;
+}
+
+// What is wrong with the output options; empty: nothing.
+std::string checkOutput(const Raw& raw, Options& options)
+{
+    if (!options.output)
+        return raw.format ? "--format is for an output file: name one with -o" : "";
+    if (options.output == "-" && !raw.format)
+        return "the standard output has no extension: name its format with --format (" + formatNames() + ")";
+    if (options.output == "-" && options.events)
+        return "--events and -o - both want the standard output";
+    if (options.output == "-" && options.summary)
+        return "--summary and -o - both want the standard output";
+    const auto name = raw.format.value_or(extensionOf(*options.output));
+    options.format = findFormat(name);
+    if (options.format == nullptr)
+        return "unknown output format \"" + name + "\"; the formats are: " + formatNames();
+    return {};
+}
+
+ParsedCommandLine check(Raw raw)
+{
+    auto& options = raw.options;
+    options.waypoints = !raw.noWaypoints;
+    options.routes = !raw.noRoutes;
+    options.tracks = !raw.noTracks;
+    if (auto wrong = checkOutput(raw, options); !wrong.empty())
+        return mistake(wrong);
+    if (options.events && options.summary)
+        return mistake("--events and --summary both want the standard output");
+    if (raw.driverOptions) {
+        options.driverOptions = readJsonObject(*raw.driverOptions);
+        if (!options.driverOptions)
+            return mistake("--options wants a JSON object, as {\"tracks\":true}");
+    }
+    return {std::move(options), {}, ExitStatus::kSuccess};
+}
+
+} // namespace
+
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
+{
+    Raw raw;
+    CLI::App app{"Downloads tracks, waypoints, routes and geocaches from GPS receivers.", "magellangps"};
+    app.set_version_flag("--version", "magellangps " HOST_VERSION);
+    app.require_subcommand(0, 1);
+    app.footer(kExamples);
+    addGlobalOptions(app, raw);
+    addCommands(app, raw);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForVersion& version) {
+        return {std::nullopt, std::string{version.what()} + '\n', ExitStatus::kSuccess};
+    } catch (const CLI::Success&) {
+        return {std::nullopt, app.help(), ExitStatus::kSuccess};
+    } catch (const CLI::ParseError& error) {
+        return unexpected(app, error);
+    }
+    if (app.get_subcommands().empty())
+        return {std::nullopt, app.help(), ExitStatus::kUsage};
+    return check(std::move(raw));
+}
+
+gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath)
+{
+    gps::Dictionary dictionary = options.driverOptions.value_or(
+        gps::Dictionary{{"waypoints", options.waypoints}, {"routes", options.routes}, {"tracks", options.tracks}});
+    if (options.debug)
+        dictionary.set("debug", *options.debug);
+    if (!sourcePath.empty())
+        dictionary.set(kSourcePathKey, sourcePath);
+    return dictionary;
+}
+
+} // namespace host

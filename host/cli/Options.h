@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// The command line, read and checked without touching a file. [host thread]
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/cli/ExitStatus.h"
+#include "host/formats/Formats.h"
+
+#include <gps/Value.h>
+
+namespace host {
+
+enum class Command { kInfo, kDevices, kAcquire, kImport };
+
+/// What the user asked for.
+struct Options {
+    Command command = Command::kInfo;
+
+    // Global.
+    std::optional<std::string> plugin;
+    std::vector<std::string> testFolders;
+    std::optional<std::int32_t> debug;
+    bool json = false;
+    bool events = false;
+    bool quiet = false;
+    bool verbose = false;
+
+    bool watch = false; ///< devices
+
+    // acquire and import.
+    std::optional<std::string> driver;
+    std::optional<std::string> device; ///< acquire
+    std::vector<std::string> files;    ///< import
+    std::optional<std::string> output; ///< "-" is the standard output
+    const Format* format = nullptr;    ///< set exactly when there is an output
+    bool summary = false;              ///< the table, although there is an output
+    bool waypoints = true;
+    bool routes = true;
+    bool tracks = true;
+    std::optional<gps::Dictionary> driverOptions; ///< instead of the host's own
+};
+
+/// What came out of reading a command line: either the options, or a text to print and the status to leave with.
+struct ParsedCommandLine {
+    std::optional<Options> options;
+    std::string text;
+    ExitStatus status = ExitStatus::kSuccess; ///< success: the text was asked for and goes to the standard output
+};
+
+[[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
+
+/// The options dictionary for a driver's operation.
+/// @param sourcePath  the file to import; empty: the device is read
+[[nodiscard]] gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath = {});
+
+} // namespace host

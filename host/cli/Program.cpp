@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Commands.h"
+
+#include <exception>
+#include <string>
+
+#include <unistd.h>
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/formats/Output.h"
+
+#include <platform/System/Log.h>
+
+namespace host {
+namespace {
+
+ExitStatus runCommand(const PlugInBundle& plugIn, const Options& options, const Console& console)
+{
+    switch (options.command) {
+    case Command::kInfo:
+        return runInfo(plugIn, options, console);
+    case Command::kDevices:
+        return runDevices(plugIn, options, console);
+    case Command::kAcquire:
+        return runAcquire(plugIn, options, console);
+    case Command::kImport:
+        return runImport(plugIn, options, console);
+    }
+    return ExitStatus::kUsage;
+}
+
+ExitStatus run(const Options& options, const Console& console)
+{
+    gps::setLogToStandardError(options.verbose);
+    if (!options.testFolders.empty())
+        useTestFolders(options.testFolders); // before there are drivers that look for them
+    const auto path = findBundle(options.plugin);
+    if (!path) {
+        console.error("The plug-in bundle is neither beside the program nor installed. Name it with --plugin.");
+        return ExitStatus::kNothingToWorkOn;
+    }
+    PlugInBundle plugIn;
+    if (const auto failure = loadBundle(*path, plugIn)) {
+        console.error(*failure);
+        return ExitStatus::kNothingToWorkOn;
+    }
+    return runCommand(plugIn, options, console);
+}
+
+} // namespace
+
+ExitStatus runProgram(int argc, const char* const* argv)
+{
+    const auto parsed = parseCommandLine(argc, argv);
+    if (!parsed.options) {
+        const bool isAnswer = parsed.status == ExitStatus::kSuccess;
+        Output output{isAnswer ? STDOUT_FILENO : STDERR_FILENO, "the terminal"};
+        output.write(parsed.text);
+        return output.flush() && isAnswer ? ExitStatus::kFailed : parsed.status;
+    }
+    const Console console{parsed.options->quiet};
+    try {
+        return run(*parsed.options, console);
+    } catch (const std::exception& failure) {
+        console.error(std::string{"Something unexpected happened: "} + failure.what());
+        return ExitStatus::kFailed;
+    }
+}
+
+ExitStatus print(std::string_view text, const Console& console)
+{
+    Output output{STDOUT_FILENO, "the standard output"};
+    output.write(text);
+    const auto failure = output.flush();
+    if (failure)
+        console.error(*failure);
+    return failure ? ExitStatus::kFailed : ExitStatus::kSuccess;
+}
+
+} // namespace host

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// CollectionWriter: sees in a stream of events what a format knows - waypoints, routes with their points, tracks with theirs.
+
+#pragma once
+
+#include "host/formats/Writer.h"
+
+namespace host {
+
+/// A route or a track begins, gets its points and ends, before anything else comes.
+class CollectionWriter : public Writer {
+public:
+    void event(const Event& event) final;
+    [[nodiscard]] std::optional<gps::Error> close() final;
+
+protected:
+    virtual void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) = 0;
+
+    virtual void beginRoute(const gps::Dictionary& route) = 0;
+    virtual void routePoint(const gps::GPSPoint& point, const gps::Dictionary& record) = 0;
+    virtual void endRoute() = 0;
+
+    virtual void beginTrack(const gps::Dictionary& track) = 0;
+    virtual void trackPoint(const gps::GPSPoint& point) = 0;
+    virtual void endTrack() = 0;
+
+    /// The end of everything. @return  the first failure since the start
+    [[nodiscard]] virtual std::optional<gps::Error> finish() = 0;
+
+private:
+    enum class Open { kNothing, kRoute, kTrack };
+
+    void open(Open next);
+
+    Open open_ = Open::kNothing;
+};
+
+/// Whether a record has any of the keys that only geocaches have.
+[[nodiscard]] bool isGeocache(const gps::Dictionary& record);
+
+} // namespace host

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/EventLines.h"
+
+#include "host/formats/JsonText.h"
+
+#include <gps/NumberText.h>
+
+namespace host {
+namespace {
+
+std::string_view nameOf(EventKind kind)
+{
+    switch (kind) {
+    case EventKind::kStateChange:
+        return "gpsStateChange";
+    case EventKind::kStartTransfer:
+        return "startTransfer";
+    case EventKind::kEndTransfer:
+        return "endTransfer";
+    case EventKind::kNewTrack:
+        return "newTrack";
+    case EventKind::kTrackPoint:
+        return "trackPoint";
+    case EventKind::kWayPoint:
+        return "wayPoint";
+    case EventKind::kNewRoute:
+        return "newRoute";
+    case EventKind::kStartSending:
+        return "startSending";
+    case EventKind::kEndSending:
+        return "endSending";
+    case EventKind::kError:
+        return "error";
+    }
+    return {};
+}
+
+void appendKind(std::string& line, gps::TransferKind kind)
+{
+    line += R"(,"kind":)";
+    gps::appendInteger(line, static_cast<std::int32_t>(kind));
+}
+
+void appendPoint(std::string& line, const Event& event)
+{
+    line += R"(,"point":)";
+    appendJson(line, event.point);
+    line += R"(,"extra":)";
+    appendJson(line, event.record);
+}
+
+void appendRecord(std::string& line, std::string_view key, const gps::Dictionary& record)
+{
+    line += ',';
+    appendJson(line, key);
+    line += ':';
+    appendJson(line, record);
+}
+
+void appendArguments(std::string& line, const Event& event)
+{
+    switch (event.kind) {
+    case EventKind::kStateChange:
+        line += R"(,"state":)";
+        gps::appendInteger(line, event.state);
+        break;
+    case EventKind::kStartTransfer:
+    case EventKind::kEndTransfer:
+    case EventKind::kEndSending:
+        appendKind(line, event.transfer);
+        break;
+    case EventKind::kNewTrack:
+        appendRecord(line, "track", event.record);
+        break;
+    case EventKind::kNewRoute:
+        appendRecord(line, "route", event.record);
+        break;
+    case EventKind::kTrackPoint:
+    case EventKind::kWayPoint:
+        appendPoint(line, event);
+        break;
+    case EventKind::kStartSending:
+        line += R"(,"label":)";
+        appendJson(line, event.label);
+        appendKind(line, event.transfer);
+        break;
+    case EventKind::kError:
+        line += R"(,"error":)";
+        appendJson(line, *event.error);
+        break;
+    }
+}
+
+} // namespace
+
+void EventLines::event(const Event& event)
+{
+    line_ = R"({"event":)";
+    appendJson(line_, nameOf(event.kind));
+    appendArguments(line_, event);
+    write();
+}
+
+void EventLines::result(const std::optional<gps::Error>& error)
+{
+    line_ = R"({"event":"result","error":)";
+    if (error)
+        appendJson(line_, *error);
+    else
+        line_ += "null";
+    write();
+}
+
+void EventLines::write()
+{
+    line_ += "}\n";
+    output_.write(line_);
+}
+
+} // namespace host

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// EventLines: every call that a driver makes as one JSON line, for scripts and tests. One thread at a time.
+
+#pragma once
+
+#include <string>
+
+#include "host/formats/Output.h"
+#include "host/formats/Writer.h"
+
+namespace host {
+
+class EventLines final : public Writer {
+public:
+    explicit EventLines(Output& output) : output_(output) {}
+
+    void event(const Event& event) override;
+    void result(const std::optional<gps::Error>& error) override;
+    [[nodiscard]] std::optional<gps::Error> close() override { return output_.flush(); }
+
+private:
+    void write();
+
+    Output& output_;
+    std::string line_;
+};
+
+} // namespace host

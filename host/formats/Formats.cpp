@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/Formats.h"
+
+#include <algorithm>
+#include <array>
+
+#include "host/formats/EventLines.h"
+#include "host/formats/GpxWriter.h"
+
+namespace host {
+namespace {
+
+std::unique_ptr<Writer> makeGpx(Output& output, const std::string& spoolFolder)
+{
+    return std::make_unique<GpxWriter>(output, spoolFolder);
+}
+
+std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
+{
+    return std::make_unique<EventLines>(output);
+}
+
+constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"jsonl", makeEventLines}};
+
+} // namespace
+
+const Format* findFormat(std::string_view name)
+{
+    const auto* const found = std::find_if(kFormats.begin(), kFormats.end(), [&](const Format& row) { return row.name == name; });
+    return found != kFormats.end() ? found : nullptr;
+}
+
+std::string formatNames()
+{
+    std::string names;
+    for (const auto& format : kFormats) {
+        if (!names.empty())
+            names += ", ";
+        names += format.name;
+    }
+    return names;
+}
+
+} // namespace host

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/GpxRecords.h"
+
+#include <charconv>
+#include <optional>
+#include <utility>
+
+#include "host/formats/GpxTime.h"
+#include "host/formats/Text.h"
+#include "host/formats/XmlText.h"
+
+#include <gps/NumberText.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <pugixml.hpp>
+
+namespace host {
+namespace {
+
+constexpr std::string_view kCacheSymbol = "Geocache";
+constexpr std::string_view kFoundCacheSymbol = "Geocache Found";
+constexpr std::string_view kCacheTypePrefix = "Geocache|";
+
+struct ElementName {
+    std::string_view prefix; // of the namespace, without its colon
+    std::string_view local;
+};
+
+ElementName nameOf(const pugi::xml_node& node)
+{
+    const std::string_view name = node.name();
+    const auto colon = name.find(':');
+    if (colon == std::string_view::npos)
+        return {{}, name};
+    return {name.substr(0, colon), name.substr(colon + 1)};
+}
+
+// The first child of a name. One of the parent's own namespace comes before those that other makers put beside it.
+pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
+{
+    pugi::xml_node found;
+    for (const auto& node : parent.children()) {
+        const auto name = nameOf(node);
+        if (name.local != local)
+            continue;
+        if (name.prefix == nameOf(parent).prefix)
+            return node;
+        if (!found)
+            found = node;
+    }
+    return found;
+}
+
+// An element's own text. A text on several lines is laid out: what surrounds it is not meant.
+std::string textOf(const pugi::xml_node& element)
+{
+    std::string text;
+    for (const auto& piece : element.children())
+        text += piece.value();
+    if (text.find('\n') == std::string::npos)
+        return text;
+    return std::string{withoutOuterSpace(text)};
+}
+
+std::string childText(const pugi::xml_node& parent, std::string_view local)
+{
+    return textOf(childOf(parent, local));
+}
+
+std::string commentOf(const pugi::xml_node& element)
+{
+    auto comment = childText(element, "cmt");
+    return comment.empty() ? childText(element, "desc") : comment;
+}
+
+void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string text)
+{
+    if (!text.empty())
+        record.set(key, std::move(text));
+}
+
+// Takes the whole text or nothing: half a coordinate is another place.
+std::optional<double> coordinateOf(std::string_view text)
+{
+    text = withoutOuterSpace(text);
+    const auto digits = text.substr(text.starts_with('+') ? 1 : 0); // from_chars takes a minus alone
+    double unused = 0;
+    const auto* const end = std::from_chars(digits.data(), digits.data() + digits.size(), unused).ptr;
+    return end == digits.data() + digits.size() ? gps::leadingNumber(text) : std::nullopt;
+}
+
+// The extension stands in the element itself, or in its <extensions> since those exist.
+pugi::xml_node cacheOf(const pugi::xml_node& waypoint)
+{
+    const auto cache = childOf(waypoint, "cache");
+    return cache ? cache : childOf(childOf(waypoint, "extensions"), "cache");
+}
+
+bool isGeocache(const pugi::xml_node& waypoint)
+{
+    return cacheOf(waypoint) || childText(waypoint, "type").starts_with(kCacheSymbol) ||
+           childText(waypoint, "sym").starts_with(kCacheSymbol);
+}
+
+std::string cacheTypeOf(const pugi::xml_node& waypoint)
+{
+    auto type = childText(cacheOf(waypoint), "type");
+    if (!type.empty())
+        return type;
+    type = childText(waypoint, "type");
+    return type.starts_with(kCacheTypePrefix) ? type.substr(kCacheTypePrefix.size()) : std::string{};
+}
+
+// What is no moment is a date text of the device's own, and stays.
+std::string cacheDateOf(std::string text)
+{
+    const auto moment = readGpxTime(text);
+    return moment ? gps::NMEAUtils::makeNMEADateFrom(*moment).date : text;
+}
+
+// The first log of a type: the latest one, as these files are ordered.
+std::string loggedDate(const pugi::xml_node& cache, std::string_view type)
+{
+    for (const auto& log : childOf(cache, "logs").children()) {
+        if (childText(log, "type") == type)
+            return cacheDateOf(childText(log, "date"));
+    }
+    return {};
+}
+
+std::string datePlacedOf(const pugi::xml_node& waypoint, const gps::GPSPoint& point)
+{
+    auto published = loggedDate(cacheOf(waypoint), "Publish Listing");
+    return published.empty() ? gps::NMEAUtils::makeNMEADateFrom(point.time).date : published;
+}
+
+gps::Dictionary plainRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+{
+    gps::Dictionary record;
+    setUnlessEmpty(record, "name", childText(element, "name"));
+    record.set("comment", commentOf(element));
+    setUnlessEmpty(record, "symbol", childText(element, "sym"));
+    record.set(gps::kPointKey, point);
+    return record;
+}
+
+gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+{
+    const auto cache = cacheOf(element);
+    auto record = plainRecord(element, point);
+    record.set("geocacheOwner", childText(cache, "owner"));
+    record.set("geocacheHint", childText(cache, "encoded_hints"));
+    record.set("geocacheType", cacheTypeOf(element));
+    record.set("datePlaced", datePlacedOf(element, point));
+    record.set("dateFound", loggedDate(cache, "Found it"));
+    record.set("difficulty", childText(cache, "difficulty"));
+    record.set("terrain", childText(cache, "terrain"));
+    record.set("symbol", childText(element, "sym") == kFoundCacheSymbol ? kFoundCacheSymbol : kCacheSymbol);
+    return record;
+}
+
+} // namespace
+
+std::string_view localName(const pugi::xml_node& element)
+{
+    return nameOf(element).local;
+}
+
+bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)
+{
+    const auto latitude = coordinateOf(element.attribute("lat").value());
+    const auto longitude = coordinateOf(element.attribute("lon").value());
+    if (!latitude || !longitude)
+        return false;
+    point.latitude = *latitude;
+    point.longitude = *longitude;
+    point.altitude = gps::leadingNumber(childText(element, "ele")).value_or(0);
+    point.time = readGpxTime(childText(element, "time")).value_or(0);
+    return isOnGlobe(point);
+}
+
+gps::Dictionary waypointRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+{
+    return isGeocache(element) ? geocacheRecord(element, point) : plainRecord(element, point);
+}
+
+gps::Dictionary routePointRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+{
+    return plainRecord(element, point);
+}
+
+gps::Dictionary routeRecord(const pugi::xml_node& element)
+{
+    gps::Dictionary route;
+    setUnlessEmpty(route, "name", childText(element, "name"));
+    setUnlessEmpty(route, "comment", commentOf(element));
+    if (const auto number = childText(element, "number"); gps::leadingNumber(number))
+        route.set("number", gps::leadingInt32(number));
+    return route;
+}
+
+gps::Dictionary trackRecord(const pugi::xml_node& element)
+{
+    gps::Dictionary track;
+    setUnlessEmpty(track, "name", childText(element, "name"));
+    return track;
+}
+
+} // namespace host

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/GpxTime.h"
+
+#include <chrono>
+#include <cstddef>
+
+#include "host/formats/XmlText.h"
+
+#include <gps/NumberText.h>
+
+namespace host {
+namespace {
+
+constexpr int kMostOffset = 14 * 60; // minutes
+
+bool take(std::string_view& text, char c) noexcept
+{
+    const bool there = !text.empty() && text.front() == c;
+    text.remove_prefix(there ? 1 : 0);
+    return there;
+}
+
+// A number of exactly so many digits. @return  a negative number without them
+int takeDigits(std::string_view& text, std::size_t count) noexcept
+{
+    if (text.size() < count)
+        return -1;
+    int number = 0;
+    for (const char c : text.substr(0, count)) {
+        if (!gps::isDigit(c))
+            return -1;
+        number = number * 10 + (c - '0');
+    }
+    text.remove_prefix(count);
+    return number;
+}
+
+bool takeFraction(std::string_view& text) noexcept
+{
+    if (!take(text, '.') && !take(text, ','))
+        return true;
+    const bool hasDigits = !text.empty() && gps::isDigit(text.front());
+    while (!text.empty() && gps::isDigit(text.front()))
+        text.remove_prefix(1);
+    return hasDigits;
+}
+
+// What a local time is ahead of UTC. Takes all of the text.
+std::optional<std::chrono::minutes> takeOffset(std::string_view text) noexcept
+{
+    if (text.empty() || text == "Z")
+        return std::chrono::minutes{0};
+    const bool isBehind = take(text, '-');
+    if (!isBehind && !take(text, '+'))
+        return std::nullopt;
+    const int hours = takeDigits(text, 2);
+    const bool hasColon = take(text, ':');
+    const int minutes = text.empty() && !hasColon ? 0 : takeDigits(text, 2);
+    if (hours < 0 || minutes < 0 || minutes > 59 || hours * 60 + minutes > kMostOffset || !text.empty())
+        return std::nullopt;
+    const std::chrono::minutes offset{hours * 60 + minutes};
+    return isBehind ? -offset : offset;
+}
+
+std::optional<std::chrono::sys_days> takeDay(std::string_view& text) noexcept
+{
+    using namespace std::chrono;
+    const int inYear = takeDigits(text, 4);
+    const bool hasMonth = take(text, '-');
+    const int inMonth = takeDigits(text, 2);
+    const bool hasDay = take(text, '-');
+    const int inDay = takeDigits(text, 2);
+    if (inYear < 0 || inMonth < 0 || inDay < 0 || !hasMonth || !hasDay)
+        return std::nullopt;
+    const year_month_day date{year{inYear}, month{static_cast<unsigned>(inMonth)}, day{static_cast<unsigned>(inDay)}};
+    return date.ok() ? std::optional{sys_days{date}} : std::nullopt;
+}
+
+std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) noexcept
+{
+    const int hours = takeDigits(text, 2);
+    const bool hasMinutes = take(text, ':');
+    const int minutes = takeDigits(text, 2);
+    const bool hasSeconds = take(text, ':');
+    const int seconds = takeDigits(text, 2);
+    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 || !hasMinutes || !hasSeconds)
+        return std::nullopt;
+    return std::chrono::hours{hours} + std::chrono::minutes{minutes} + std::chrono::seconds{seconds};
+}
+
+} // namespace
+
+std::optional<std::int64_t> readGpxTime(std::string_view text) noexcept
+{
+    text = withoutOuterSpace(text);
+    const auto day = takeDay(text);
+    if (!day)
+        return std::nullopt;
+    std::chrono::sys_seconds moment = *day;
+    if (!text.empty()) {
+        const bool goesOn = take(text, 'T') || take(text, ' ');
+        const auto timeOfDay = takeTimeOfDay(text);
+        const bool isWhole = takeFraction(text);
+        const auto offset = takeOffset(text);
+        if (!goesOn || !timeOfDay || !isWhole || !offset)
+            return std::nullopt;
+        moment += *timeOfDay - *offset;
+    }
+    return std::int64_t{moment.time_since_epoch().count()};
+}
+
+} // namespace host

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/GpxWriter.h"
+
+#include <cmath>
+
+#include "host/formats/GeocacheXml.h"
+#include "host/formats/Text.h"
+
+#include <gps/NumberText.h>
+
+namespace host {
+namespace {
+
+constexpr std::string_view kHead = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                   "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
+constexpr std::string_view kFoot = "</gpx>\n";
+
+// A text child; an empty text says no more than its absence.
+void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record, std::string_view key)
+{
+    const auto* text = record.findString(key);
+    if (text == nullptr || text->empty())
+        return;
+    out.append(1, '<').append(element).append(1, '>');
+    appendXml(out, *text);
+    out.append("</").append(element).append(1, '>');
+}
+
+void appendAttributes(std::string& out, const gps::GPSPoint& point)
+{
+    out += R"( lat=")";
+    gps::appendDecimal(out, point.latitude);
+    out += R"(" lon=")";
+    // The schema counts longitudes from -180 up to, but not including, 180.
+    gps::appendDecimal(out, point.longitude == 180 ? -180 : point.longitude);
+    out += R"(">)";
+}
+
+void appendElevationAndTime(std::string& out, const gps::GPSPoint& point)
+{
+    if (std::isfinite(point.altitude)) {
+        out += "<ele>";
+        gps::appendDecimal(out, point.altitude);
+        out += "</ele>";
+    }
+    if (hasMoment(point)) {
+        out += "<time>";
+        appendMoment(out, point.time, 'T');
+        out += "Z</time>";
+    }
+}
+
+} // namespace
+
+GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder) : output_(output), routes_(spoolFolder), tracks_(spoolFolder)
+{
+    output_.write(kHead);
+}
+
+std::string GpxWriter::remark() const
+{
+    if (leftOut_ == 0)
+        return {};
+    return std::to_string(leftOut_) + (leftOut_ == 1 ? " point was" : " points were") + " left out: no place on the globe";
+}
+
+void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (makePoint("wpt", point, record))
+        output_.write(text_);
+}
+
+void GpxWriter::beginRoute(const gps::Dictionary& route)
+{
+    text_ = "<rte>";
+    appendChild(text_, "name", route, "name");
+    appendChild(text_, "cmt", route, "comment");
+    text_ += '\n';
+    routes_.write(text_);
+}
+
+void GpxWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (makePoint("rtept", point, record))
+        routes_.write(text_);
+}
+
+void GpxWriter::endRoute()
+{
+    routes_.write("</rte>\n");
+}
+
+void GpxWriter::beginTrack(const gps::Dictionary& track)
+{
+    text_ = "<trk>";
+    appendChild(text_, "name", track, "name");
+    text_ += "<trkseg>\n";
+    tracks_.write(text_);
+}
+
+void GpxWriter::trackPoint(const gps::GPSPoint& point)
+{
+    if (makePoint("trkpt", point, plain_))
+        tracks_.write(text_);
+}
+
+void GpxWriter::endTrack()
+{
+    tracks_.write("</trkseg></trk>\n");
+}
+
+std::optional<gps::Error> GpxWriter::finish()
+{
+    for (auto* const spool : {&routes_, &tracks_}) {
+        if (auto failure = spool->copyTo(output_))
+            return failure;
+    }
+    output_.write(kFoot);
+    return output_.flush();
+}
+
+bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (!isOnGlobe(point)) {
+        ++leftOut_;
+        return false;
+    }
+    text_.assign(1, '<').append(element);
+    appendAttributes(text_, point);
+    appendElevationAndTime(text_, point);
+    appendChild(text_, "name", record, "name");
+    appendChild(text_, "cmt", record, "comment");
+    appendChild(text_, "sym", record, "symbol");
+    if (isGeocache(record)) {
+        text_ += "<extensions>";
+        appendGeocache(text_, record);
+        text_ += "</extensions>";
+    }
+    text_.append("</").append(element).append(">\n");
+    return true;
+}
+
+} // namespace host

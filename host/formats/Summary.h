@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// Summary: what came, as a table for people. One thread at a time.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/formats/CollectionWriter.h"
+#include "host/formats/Output.h"
+
+namespace host {
+
+/// The length of a path, point by point: great circles on a sphere of the Earth's mean radius, 6371.0088 km.
+/// Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68, 1984); the radius R1 of
+/// IUGG, Moritz, "Geodetic Reference System 1980".
+class PathLength {
+public:
+    /// A point that lies nowhere on the globe is passed over.
+    void add(const gps::GPSPoint& point) noexcept;
+
+    [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
+
+private:
+    std::optional<gps::GPSPoint> last_;
+    double kilometres_ = 0;
+};
+
+/// One row for all waypoints, one for all geocaches, one for each route and each track, one for the totals.
+class Summary final : public CollectionWriter {
+public:
+    explicit Summary(Output& output) : output_(output) {}
+
+private:
+    struct Row {
+        std::string kind{};
+        std::string name{};
+        std::size_t points = 0;
+        std::optional<std::int64_t> first{}; // the earliest and the latest moment
+        std::optional<std::int64_t> last{};
+        std::optional<double> kilometres{};
+    };
+
+    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void beginRoute(const gps::Dictionary& route) override;
+    void routePoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void endRoute() override;
+    void beginTrack(const gps::Dictionary& track) override;
+    void trackPoint(const gps::GPSPoint& point) override;
+    void endTrack() override;
+    [[nodiscard]] std::optional<gps::Error> finish() override;
+
+    void begin(std::string kind, const gps::Dictionary& collection);
+    void add(const gps::GPSPoint& point);
+    void end();
+    [[nodiscard]] Row total() const;
+
+    Output& output_;
+    Row wayPoints_{.kind = "Waypoints"};
+    Row geocaches_{.kind = "Geocaches"};
+    std::vector<Row> collections_; // the last one is open while it gets its points
+    PathLength length_;
+};
+
+} // namespace host

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// EventStream: the status object that the host hands to a driver, and the ordered stream of events that comes out of it.
+// The driver calls from any one thread at a time, the host's own included; another thread takes the events meanwhile.
+
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <vector>
+
+#include "host/operations/Event.h"
+
+namespace host {
+
+/// Events that came one after another. Taken and given back whole, so that records are copied once and their storage is
+/// used again and again.
+class EventBatch {
+public:
+    [[nodiscard]] const Event* begin() const noexcept { return events_.data(); }
+    [[nodiscard]] const Event* end() const noexcept { return events_.data() + used_; }
+    [[nodiscard]] std::size_t size() const noexcept { return used_; }
+
+    Event& add()
+    {
+        if (used_ == events_.size())
+            events_.emplace_back();
+        return events_[used_++];
+    }
+    void clear() noexcept { used_ = 0; } ///< keeps the storage
+
+private:
+    std::vector<Event> events_;
+    std::size_t used_ = 0;
+};
+
+/// A bounded queue: a driver that is faster than the writer waits for it, so memory does not grow with the records.
+/// The stream ends with the idle report, or when it is closed; what a driver calls after that is dropped.
+class EventStream final : public gps::GPSOutputReceiver {
+public:
+    static constexpr std::size_t kBatchSize = 256;
+    static constexpr std::size_t kMostBatches = 16; ///< full ones that wait for the consumer
+
+    // The driver's side.
+    void gpsStateChange(std::int32_t state) override;
+    void startTransfer(gps::TransferKind kind) override;
+    void endTransfer(gps::TransferKind kind) override;
+    void newTrack(const gps::Dictionary& track) override;
+    void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override;
+    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override;
+    void newRoute(const gps::Dictionary& route) override;
+    void startSending(std::string_view label, gps::TransferKind kind) override;
+    void endSending(gps::TransferKind kind) override;
+    void error(const gps::Error& error) override;
+
+    /// No event will come any more: an operation that failed at its start. [host thread]
+    void close();
+
+    /// Waits for the next events; takes those of a slow driver before a batch is full. One consuming thread.
+    ///
+    /// @param batch  in: the batch before, to be used again. out: the next one
+    /// @return       false at the end of the stream; the batch is then empty
+    [[nodiscard]] bool next(EventBatch& batch);
+
+    /// How many transfers have begun so far. [any]
+    [[nodiscard]] std::size_t transfersBegun() const;
+
+private:
+    template <typename Fill> void append(EventKind kind, Fill fill);
+    void handOver();
+
+    mutable std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::condition_variable hasRoom_;
+    EventBatch filling_;
+    std::deque<EventBatch> full_;
+    std::vector<EventBatch> spares_;
+    std::size_t transfersBegun_ = 0;
+    bool ended_ = false;
+};
+
+} // namespace host

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+// A driver of a test's own: what it answers is set from outside, and what its acquire does is a function.
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gps/GPSOutputReceiver.h>
+#include <gps/GPSPlugInProtocol.h>
+#include <gps/View.h>
+
+namespace support {
+
+struct FakeDriver final : gps::GPSPlugInProtocol {
+    using Acquire = std::function<std::optional<gps::Error>(const Status& status, const gps::Dictionary& options)>;
+
+    explicit FakeDriver(std::string driverName = "Fake") : name(std::move(driverName))
+    {
+        view->addSubview(menu);
+        menu->setAction([this](std::size_t item) { picked = item; });
+    }
+
+    /// Lists devices at these places, the first one selected.
+    void setLocations(const std::vector<std::string>& locations)
+    {
+        devices.clear();
+        for (const auto& location : locations)
+            devices.emplace_back(
+                gps::Dictionary{{"location", location}, {"name", "Device at " + location}, {"authorized", true}});
+        menu->setItems(locations);
+        menu->select(0);
+    }
+
+    std::string className() const override { return "FakeDriver"; }
+    std::string gpsName() const override { return name; }
+    std::shared_ptr<gps::View> gpsView() const override { return view; }
+    bool gpsRunPVT(const Status&, const gps::Dictionary&) override { return false; }
+    bool gpsStopPVT() override { return false; }
+    std::optional<gps::Error> gpsRunAcquire(const Status& status, const gps::Dictionary& options) override
+    {
+        return acquire(status, options);
+    }
+    std::optional<gps::Error> gpsRunSend(const gps::Dictionary*, const Status&, const gps::Dictionary&) override { return {}; }
+    void gpsCancel() override {}
+    std::string gpsCapabilities() const override { return capabilities; }
+    bool isReady() const override { return ready; }
+    bool refreshDeviceList() override
+    {
+        ++refreshes;
+        if (onRefresh)
+            onRefresh();
+        return ready;
+    }
+    gps::Array deviceList() const override { return devices; }
+    bool needsUSBRefresh(std::int32_t*, std::int32_t*) const override { return false; }
+    bool needsSerialRefresh() const override { return false; }
+    bool needsFileSystemRefresh() const override { return true; }
+    std::optional<std::vector<std::string>> fileTypes() const override { return types; }
+
+    std::string name;
+    std::string capabilities = "tracks,waypoints,routes,geocaches";
+    bool ready = true;
+    std::optional<std::vector<std::string>> types;
+    gps::Array devices;
+    int refreshes = 0;
+    std::optional<std::size_t> picked;
+    std::shared_ptr<gps::View> view = std::make_shared<gps::View>("gpsView");
+    std::shared_ptr<gps::PopUpButton> menu = std::make_shared<gps::PopUpButton>("deviceListMenu");
+    Acquire acquire = [](const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    std::function<void()> onRefresh;
+};
+
+} // namespace support

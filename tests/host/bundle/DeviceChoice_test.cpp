@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/bundle/DeviceChoice.h"
+
+#include <gmock/gmock.h>
+
+#include "host/FakeDriver.h"
+#include "support/TemporaryFolder.h"
+
+#include <platform/System/UserDefaults.h>
+
+namespace {
+
+using host::chooseDevice;
+using support::FakeDriver;
+using testing::HasSubstr;
+
+class DeviceChoice : public testing::Test {
+protected:
+    DeviceChoice() { disk_->setLocations({"/media/a", "/media/b"}); }
+    ~DeviceChoice() override { gps::UserDefaults::standard().setForThisRun(host::kTestFoldersKey, {}); }
+
+    std::string refusalOf(const host::DeviceWish& wish)
+    {
+        const auto failure = chooseDevice(drivers_, wish, chosen_);
+        EXPECT_TRUE(failure);
+        EXPECT_EQ(chosen_, nullptr);
+        return failure ? *failure->description() + "|" + *failure->suggestion() : "";
+    }
+
+    std::shared_ptr<FakeDriver> disk_ = std::make_shared<FakeDriver>("Some Disk");
+    std::shared_ptr<FakeDriver> serial_ = std::make_shared<FakeDriver>("Some Serial");
+    std::vector<host::Driver> drivers_{disk_, serial_};
+    host::Driver chosen_;
+};
+
+TEST_F(DeviceChoice, NameIsInLowerCaseWithHyphensForSpaces)
+{
+    EXPECT_EQ(host::driverName(*disk_), "some-disk");
+}
+
+TEST_F(DeviceChoice, FirstReadyDriverIsTakenByDefault)
+{
+    disk_->ready = false;
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_, serial_);
+}
+
+TEST_F(DeviceChoice, NoReadyDriverIsARefusalThatSaysWhatToTry)
+{
+    disk_->ready = serial_->ready = false;
+    EXPECT_THAT(refusalOf({}), HasSubstr("--test-folder"));
+}
+
+TEST_F(DeviceChoice, NoDriverAtAllIsARefusal)
+{
+    drivers_.clear();
+    refusalOf({});
+}
+
+TEST_F(DeviceChoice, NamedDriverIsTakenAlthoughItIsNotReady)
+{
+    serial_->ready = false;
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = "some-serial", .device = {}}, chosen_));
+    EXPECT_EQ(chosen_, serial_);
+}
+
+TEST_F(DeviceChoice, UnknownDriverIsRefusedWithTheNamesThereAre)
+{
+    EXPECT_THAT(refusalOf({.driver = "other", .device = {}}), HasSubstr("some-disk, some-serial"));
+}
+
+TEST_F(DeviceChoice, DeviceIsPickedInTheMenuByItsPlaceInTheList)
+{
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/media/b"}, chosen_));
+    EXPECT_EQ(chosen_, disk_);
+    EXPECT_EQ(disk_->picked, 1U);
+}
+
+TEST_F(DeviceChoice, SlashAtTheEndMakesNoDifference)
+{
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/media/b//"}, chosen_));
+    EXPECT_EQ(disk_->picked, 1U);
+    EXPECT_EQ(disk_->refreshes, 0);
+}
+
+TEST_F(DeviceChoice, DriverThatListsTheDeviceIsTaken)
+{
+    serial_->setLocations({"/dev/ttyS9"});
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/dev/ttyS9"}, chosen_));
+    EXPECT_EQ(chosen_, serial_);
+}
+
+TEST_F(DeviceChoice, UnknownDeviceIsRefusedWithThePlacesThereAre)
+{
+    EXPECT_THAT(refusalOf({.driver = {}, .device = "/nowhere"}), HasSubstr("/media/a, /media/b"));
+}
+
+TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRefused)
+{
+    refusalOf({.driver = "some-serial", .device = "/media/a"});
+}
+
+TEST_F(DeviceChoice, FolderThatNobodyListsBecomesATestFolderOnce)
+{
+    const support::TemporaryFolder folder;
+    disk_->onRefresh = [&] { disk_->setLocations(*gps::UserDefaults::standard().stringArrayForKey(host::kTestFoldersKey)); };
+    const host::DeviceWish wish{.driver = {}, .device = folder.path() + "/", .testFolders = {"/first"}};
+    EXPECT_FALSE(chooseDevice(drivers_, wish, chosen_));
+    EXPECT_EQ(disk_->refreshes, 1);
+    EXPECT_EQ(disk_->picked, 1U);
+    EXPECT_EQ(host::devicesOf(*disk_).back().location, folder.path());
+}
+
+TEST_F(DeviceChoice, FolderThatIsAlreadyListedUnderAnotherSpellingIsNotAddedAgain)
+{
+    const support::TemporaryFolder folder;
+    disk_->setLocations({folder.path()});
+    EXPECT_FALSE(chooseDevice(
+        drivers_, {.driver = {}, .device = folder.path() + "/../" + folder.path().substr(folder.path().rfind('/') + 1)},
+        chosen_));
+    EXPECT_EQ(disk_->refreshes, 0);
+    EXPECT_EQ(disk_->picked, 0U);
+}
+
+TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)
+{
+    disk_->ready = false;
+    EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/a"}), HasSubstr("not ready"));
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = "some-disk", .device = "/media/a"}, chosen_));
+}
+
+TEST_F(DeviceChoice, DevicesCarryWhatTheirRecordsTell)
+{
+    disk_->devices.emplace_back(gps::Dictionary{{"location", "/media/c"}});
+    const auto devices = host::devicesOf(*disk_);
+    ASSERT_EQ(devices.size(), 3U);
+    EXPECT_TRUE(devices[0].isSelected);
+    EXPECT_FALSE(devices[1].isSelected);
+    EXPECT_EQ(devices[0].name, "Device at /media/a");
+    EXPECT_EQ(devices[0].authorized, true);
+    EXPECT_EQ(devices[2].name, std::nullopt);
+    EXPECT_EQ(devices[2].authorized, std::nullopt);
+}
+
+TEST_F(DeviceChoice, ImporterIsTheFirstDriverWithFileTypesReadyOrNot)
+{
+    serial_->types = {{"log"}};
+    serial_->ready = false;
+    EXPECT_FALSE(host::chooseImporter(drivers_, std::nullopt, chosen_));
+    EXPECT_EQ(chosen_, serial_);
+}
+
+TEST_F(DeviceChoice, NoImporterIsARefusal)
+{
+    EXPECT_TRUE(host::chooseImporter(drivers_, std::nullopt, chosen_));
+    EXPECT_TRUE(host::chooseImporter(drivers_, "other", chosen_));
+}
+
+} // namespace

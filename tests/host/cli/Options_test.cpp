@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Options.h"
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using host::Command;
+using host::ExitStatus;
+using host::Options;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+host::ParsedCommandLine parse(std::vector<const char*> words)
+{
+    words.insert(words.begin(), "magellangps");
+    return host::parseCommandLine(static_cast<int>(words.size()), words.data());
+}
+
+Options optionsOf(const std::vector<const char*>& words)
+{
+    auto parsed = parse(words);
+    EXPECT_TRUE(parsed.options) << parsed.text;
+    return parsed.options.value_or(Options{});
+}
+
+TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
+{
+    for (const auto& options :
+         {optionsOf({"--debug", "2", "--plugin", "P", "--test-folder", "A", "--test-folder", "B", "--json", "info"}),
+          optionsOf({"info", "--debug", "2", "--plugin", "P", "--test-folder", "A", "--json", "--test-folder", "B"})}) {
+        EXPECT_EQ(options.command, Command::kInfo);
+        EXPECT_EQ(options.debug, 2);
+        EXPECT_EQ(options.plugin, "P");
+        EXPECT_TRUE(options.json);
+        EXPECT_THAT(options.testFolders, ElementsAre("A", "B"));
+    }
+}
+
+TEST(Options, TestFolderTakesOneWordOnly)
+{
+    EXPECT_EQ(optionsOf({"--test-folder", "A", "devices", "--watch"}).command, Command::kDevices);
+}
+
+TEST(Options, ImportTakesItsFiles)
+{
+    const auto options = optionsOf({"import", "a.log", "-o", "x.gpx", "info", "-q"});
+    EXPECT_EQ(options.command, Command::kImport);
+    EXPECT_THAT(options.files, ElementsAre("a.log", "info"));
+    EXPECT_TRUE(options.quiet);
+}
+
+TEST(Options, FormatFollowsTheExtensionUnlessItIsNamed)
+{
+    EXPECT_EQ(optionsOf({"acquire", "-o", "a.gpx"}).format->name, "gpx");
+    EXPECT_EQ(optionsOf({"acquire", "--output", "a.JSONL"}).format->name, "jsonl");
+    EXPECT_EQ(optionsOf({"acquire", "-o", "a.txt", "--format", "gpx"}).format->name, "gpx");
+    EXPECT_EQ(optionsOf({"acquire", "-o", "-", "--format", "jsonl"}).output, "-");
+    EXPECT_EQ(optionsOf({"acquire"}).format, nullptr);
+}
+
+TEST(Options, HostAsksForAllKindsByDefault)
+{
+    EXPECT_EQ(host::driverOptions(optionsOf({"acquire"})),
+              (gps::Dictionary{{"waypoints", true}, {"routes", true}, {"tracks", true}}));
+}
+
+TEST(Options, SwitchesLeaveKindsOut)
+{
+    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
+              (gps::Dictionary{{"waypoints", false}, {"routes", true}, {"tracks", false}, {"debug", 1}}));
+}
+
+TEST(Options, JsonObjectReplacesTheHostsOwnOptions)
+{
+    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", R"({"tracks":false})"})),
+              (gps::Dictionary{{"tracks", false}}));
+    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", "{}", "--debug", "3"})), (gps::Dictionary{{"debug", 3}}));
+}
+
+TEST(Options, ImportNamesItsFile)
+{
+    const auto options = host::driverOptions(optionsOf({"import", "a.log", "--no-routes"}), "a.log");
+    EXPECT_EQ(options, (gps::Dictionary{{"waypoints", true}, {"routes", false}, {"tracks", true}, {"sourcePath", "a.log"}}));
+}
+
+TEST(Options, HelpAndVersionAreAnswers)
+{
+    for (const auto& words : std::vector<std::vector<const char*>>{
+             {"--help"}, {"-h"}, {"info", "--help"}, {"devices", "--help"}, {"acquire", "--help"}, {"import", "--help"}}) {
+        const auto parsed = parse(words);
+        EXPECT_EQ(parsed.status, ExitStatus::kSuccess);
+        EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
+        EXPECT_THAT(parsed.text, HasSubstr("Examples:"));
+    }
+    EXPECT_THAT(parse({"--version"}).text, testing::MatchesRegex("magellangps [0-9.]+\n"));
+}
+
+TEST(Options, NoCommandIsAMistakeThatShowsTheHelp)
+{
+    const auto parsed = parse({});
+    EXPECT_EQ(parsed.status, ExitStatus::kUsage);
+    EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
+}
+
+TEST(Options, MistakesAreOneLineEach)
+{
+    struct Row {
+        std::vector<const char*> words;
+        const char* says;
+    };
+    const std::vector<Row> rows{
+        {{"aquire"}, "did you mean \"acquire\"?"},
+        {{"nonsense"}, "unknown command \"nonsense\""},
+        {{"info", "--jsn"}, "did you mean \"--json\"?"},
+        {{"acquire", "--outptu=x.gpx"}, "did you mean \"--output\"?"},
+        {{"info", "extra"}, "unexpected argument \"extra\""},
+        {{"info", "--watch"}, "unknown option \"--watch\""},
+        {{"acquire", "-o", "a.kml"}, "unknown output format \"kml\"; the formats are: gpx, jsonl"},
+        {{"acquire", "-o", "a"}, "the formats are: gpx, jsonl"},
+        {{"acquire", "-o", ""}, "the formats are: gpx, jsonl"},
+        {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, jsonl"},
+        {{"acquire", "-o", "-"}, "--format"},
+        {{"acquire", "--format", "gpx"}, "-o"},
+        {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "standard output"},
+        {{"acquire", "-o", "-", "--format", "gpx", "--summary"}, "standard output"},
+        {{"acquire", "--events", "--summary"}, "standard output"},
+        {{"acquire", "--options", "[]"}, "JSON object"},
+        {{"acquire", "--options", "{"}, "JSON object"},
+        {{"acquire", "--options", "null"}, "JSON object"},
+        {{"acquire", "--options", "{}", "--no-tracks"}, "excludes"},
+        {{"acquire", "--debug", "much"}, "--debug"},
+        {{"acquire", "--device"}, "--device"},
+        {{"acquire", "-o", "a.gpx", "-o", "b.gpx"}, "--output"},
+        {{"-q", "-v", "info"}, "excludes"},
+        {{"import"}, "no FILE"},
+        {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
+        {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},
+    };
+    for (const auto& [words, says] : rows) {
+        const auto parsed = parse(words);
+        EXPECT_EQ(parsed.status, ExitStatus::kUsage) << says;
+        EXPECT_THAT(parsed.text, testing::StartsWith("magellangps: "));
+        EXPECT_THAT(parsed.text, HasSubstr(says));
+        EXPECT_EQ(std::count(parsed.text.begin(), parsed.text.end(), '\n'), 1) << parsed.text;
+        EXPECT_EQ(parsed.text.find('\x1b'), std::string::npos);
+    }
+}
+
+} // namespace

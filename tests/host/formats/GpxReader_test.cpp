@@ -1,0 +1,525 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/GpxReader.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "host/formats/GpxWriter.h"
+#include "host/formats/Written.h"
+#include "support/AsNobody.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+using gps::Array;
+using gps::Dictionary;
+using gps::GPSPoint;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+struct Reading {
+    std::optional<gps::Error> failure;
+    Dictionary data;
+};
+
+Reading reading(std::string_view bytes)
+{
+    static const support::TemporaryFolder folder; // one for all: some tests read thousands of files
+    Reading reading;
+    reading.failure = host::readGpx(folder.put("trip.gpx", bytes), reading.data);
+    return reading;
+}
+
+Dictionary read(std::string_view bytes)
+{
+    auto [failure, data] = reading(bytes);
+    EXPECT_FALSE(failure) << failure->text();
+    return data;
+}
+
+std::string gpx(std::string_view content)
+{
+    return "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" xmlns=\"http://www.topografix.com/GPX/1/1\">" + std::string{content} +
+           "</gpx>";
+}
+
+Dictionary readContent(std::string_view content)
+{
+    return read(gpx(content));
+}
+
+// The description of a refusal. Nothing has been added then.
+std::string refusal(std::string_view bytes)
+{
+    const auto [failure, data] = reading(bytes);
+    if (!failure)
+        return "read";
+    EXPECT_TRUE(data.empty()) << bytes;
+    EXPECT_TRUE(failure->suggestion() && failure->path()) << bytes;
+    return failure->description().value_or("");
+}
+
+const Array& listUnder(const Dictionary& data, std::string_view key)
+{
+    static const Array none;
+    const auto* const value = data.find(key);
+    const auto* const list = value != nullptr ? value->as<Array>() : nullptr;
+    return list != nullptr ? *list : none;
+}
+
+Dictionary firstUnder(const Dictionary& data, std::string_view key)
+{
+    const auto& list = listUnder(data, key);
+    EXPECT_FALSE(list.empty()) << key;
+    return list.empty() ? Dictionary{} : *list.front().as<Dictionary>();
+}
+
+Dictionary waypoint(std::string_view content, std::string_view attributes = R"(lat="46.5" lon="-7.25")")
+{
+    return firstUnder(readContent("<wpt " + std::string{attributes} + ">" + std::string{content} + "</wpt>"), "waypoint");
+}
+
+std::string textUnder(const Dictionary& record, std::string_view key)
+{
+    const auto* const text = record.findString(key);
+    return text != nullptr ? *text : "(none)";
+}
+
+TEST(GpxReader, EmptyDocumentBringsNoKeys)
+{
+    EXPECT_EQ(readContent(""), Dictionary{});
+    EXPECT_EQ(read("<gpx/>"), Dictionary{});
+}
+
+TEST(GpxReader, WaypointHasItsNameCommentSymbolAndPoint)
+{
+    EXPECT_EQ(readContent("<wpt lat=\"46.5\" lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>Camp</name>"
+                          "<cmt>by the lake</cmt><desc>not this</desc><sym>Campground</sym></wpt>"),
+              (Dictionary{{"waypoint", Array{Dictionary{{"name", "Camp"},
+                                                        {"comment", "by the lake"},
+                                                        {"symbol", "Campground"},
+                                                        {"point", GPSPoint{46.5, -7.25, 1200.5, 1717236000, 0}}}}}}));
+}
+
+TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPlace)
+{
+    EXPECT_EQ(waypoint(""), (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, 0, 0, 0}}}));
+}
+
+TEST(GpxReader, DescriptionStandsInForAComment)
+{
+    EXPECT_EQ(textUnder(waypoint("<desc>d</desc>"), "comment"), "d");
+    EXPECT_EQ(textUnder(waypoint("<cmt/><desc>d</desc>"), "comment"), "d");
+    EXPECT_EQ(textUnder(waypoint("<desc>d</desc><cmt>c</cmt>"), "comment"), "c");
+}
+
+TEST(GpxReader, MalformedElevationOrTimeIsZero)
+{
+    const auto pointOf = [](std::string_view content) { return *gps::findPoint(waypoint(content)); };
+    EXPECT_EQ(pointOf("<ele>high</ele><time>noon</time>"), (GPSPoint{46.5, -7.25, 0, 0, 0}));
+    EXPECT_EQ(pointOf("<ele>nan</ele>").altitude, 0);
+    EXPECT_EQ(pointOf("<ele>inf</ele>").altitude, 0);
+    EXPECT_EQ(pointOf("<ele> -12.5 m</ele>").altitude, -12.5);
+    EXPECT_EQ(pointOf("<time>1969-12-31T23:59:59Z</time>").time, -1);
+    EXPECT_EQ(pointOf("<time>2024-06-01T12:00:00.75+02:00</time>").time, 1717236000);
+}
+
+TEST(GpxReader, CoordinatesAreWholeNumbersOnTheGlobe)
+{
+    for (const std::string_view text : {"90", "-90", "+46.5", " 46.5\n", "46.", ".5", "-.5", "4.65e1", "-0", "1e-400", "0046.5"})
+        EXPECT_EQ(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")), "read") << text;
+    for (const std::string_view text :
+         {"90.0000001", "-90.0000001", "",     " ",     "nan", "NaN", "inf", "-inf", "north", "46,5",
+          "46.5 N",     "46 30",       "0x2E", "1e400", "+-4", "-+4", "--4", ".",    "-",     "4e"})
+        EXPECT_THAT(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")), HasSubstr("no possible place")) << text;
+    EXPECT_EQ(refusal(gpx("<wpt lat='0' lon='180'/><wpt lat='0' lon='-180'/>")), "read");
+    for (const std::string_view text : {"180.0000001", "-180.0000001", "x"})
+        EXPECT_THAT(refusal(gpx("<wpt lat='0' lon='" + std::string{text} + "'/>")), HasSubstr("no possible place")) << text;
+}
+
+TEST(GpxReader, ImpossiblePlaceIsToldWithFileLineAndNumbers)
+{
+    EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'/>\n\n<wpt\n lat='95' lon='7'/></gpx>"),
+              "trip.gpx, line 4: a <wpt> has no possible place: its latitude is \"95\", its longitude \"7\"");
+    EXPECT_THAT(refusal("<gpx>\n<rte>\n<rtept lat='1'/></rte></gpx>"), StartsWith("trip.gpx, line 3: a <rtept>"));
+    EXPECT_THAT(refusal("<gpx><trk><trkseg><trkpt lat='1' lon='2'/>\n<g:trkpt/></trkseg></trk></gpx>"),
+                StartsWith("trip.gpx, line 2: a <trkpt>"));
+}
+
+TEST(GpxReader, LineIsRightInEveryEncoding)
+{
+    const std::string text = "<gpx>\r\n<!-- \n -->\r\n<wpt lat='95' lon='7'/></gpx>";
+    std::string little = "\xFF\xFE";
+    std::string big = "\xFE\xFF";
+    for (const char c : text) {
+        little += {c, '\0'};
+        big += {'\0', c};
+    }
+    for (const auto& bytes : {text, "\xEF\xBB\xBF" + text, little, big})
+        EXPECT_THAT(refusal(bytes), StartsWith("trip.gpx, line 4: "));
+}
+
+TEST(GpxReader, RouteHasItsPointsAsWaypoints)
+{
+    EXPECT_EQ(
+        readContent("<rte><name>Loop</name><cmt>round</cmt><number>3</number>"
+                    "<rtept lat=\"1\" lon=\"2\"><name>A</name><sym>Camp</sym></rtept>"
+                    "<rtept lat=\"3\" lon=\"4\"><name>B</name><cmt>b</cmt></rtept></rte><rte/>"),
+        (Dictionary{
+            {"route",
+             Array{Dictionary{
+                       {"name", "Loop"},
+                       {"comment", "round"},
+                       {"number", 3},
+                       {"points",
+                        Array{Dictionary{{"name", "A"}, {"comment", ""}, {"symbol", "Camp"}, {"point", GPSPoint{1, 2, 0, 0, 0}}},
+                              Dictionary{{"name", "B"}, {"comment", "b"}, {"point", GPSPoint{3, 4, 0, 0, 0}}}}}},
+                   Dictionary{{"points", Array{}}}}}}));
+}
+
+TEST(GpxReader, RouteNumberMustBeANumber)
+{
+    const auto numberIn = [](std::string_view text) {
+        return firstUnder(readContent("<rte><number>" + std::string{text} + "</number></rte>"), "route").contains("number");
+    };
+    EXPECT_TRUE(numberIn("7"));
+    EXPECT_FALSE(numberIn(""));
+    EXPECT_FALSE(numberIn("seven"));
+}
+
+TEST(GpxReader, RoutePointIsAPlainWaypointWhateverItsSymbol)
+{
+    const auto route = firstUnder(
+        readContent("<rte><rtept lat='1' lon='2'><sym>Geocache Found</sym><type>Geocache|X</type></rtept></rte>"), "route");
+    EXPECT_EQ(firstUnder(route, "points"),
+              (Dictionary{{"comment", ""}, {"symbol", "Geocache Found"}, {"point", GPSPoint{1, 2, 0, 0, 0}}}));
+}
+
+TEST(GpxReader, TrackJoinsItsSegmentsInOrder)
+{
+    EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'><ele>3</ele><time>1970-01-01T00:00:04Z</time>"
+                          "</trkpt><trkpt lat='5' lon='6'/></trkseg><trkseg/><trkseg><trkpt lat='7' lon='8'/></trkseg></trk>"),
+              (Dictionary{{"track", Array{Dictionary{{"name", "Day"},
+                                                     {"points", Array{Dictionary{{"point", GPSPoint{1, 2, 3, 4, 0}}},
+                                                                      Dictionary{{"point", GPSPoint{5, 6, 0, 0, 0}}},
+                                                                      Dictionary{{"point", GPSPoint{7, 8, 0, 0, 0}}}}}}}}}));
+}
+
+TEST(GpxReader, KindsMayComeInAnyOrder)
+{
+    const auto data = readContent("<trk/><wpt lat='1' lon='2'/><rte/><wpt lat='3' lon='4'/>");
+    EXPECT_EQ(listUnder(data, "waypoint").size(), 2U);
+    EXPECT_EQ(listUnder(data, "route").size(), 1U);
+    EXPECT_EQ(listUnder(data, "track").size(), 1U);
+}
+
+TEST(GpxReader, UnknownElementsArePassedOver)
+{
+    EXPECT_EQ(readContent("<metadata><name>no</name><bounds minlat='x'/></metadata><extensions><wpt/></extensions><waypoint/>"
+                          "<WPT/><?pi x?><!-- <wpt/> -->"),
+              Dictionary{});
+    EXPECT_EQ(
+        textUnder(waypoint("<extensions><x:name>no</x:name></extensions><link><text>no</text></link><name>A</name>"), "name"),
+        "A");
+}
+
+TEST(GpxReader, AnyNamespacePrefixIsTaken)
+{
+    const auto plain = read("<gpx><wpt lat='1' lon='2'><name>A</name><sym>B</sym></wpt><trk><trkseg><trkpt lat='1' lon='2'/>"
+                            "</trkseg></trk></gpx>");
+    EXPECT_EQ(read("<g:gpx xmlns:g='http://www.topografix.com/GPX/1/0'><g:wpt lat='1' lon='2'><g:name>A</g:name><g:sym>B</g:sym>"
+                   "</g:wpt><g:trk><g:trkseg><g:trkpt lat='1' lon='2'/></g:trkseg></g:trk></g:gpx>"),
+              plain);
+    EXPECT_EQ(read("<g:gpx><wpt lat='1' lon='2'><h:name>A</h:name><sym>B</sym></wpt><t:trk><trkseg><x:trkpt lat='1' lon='2'/>"
+                   "</trkseg></t:trk></g:gpx>"),
+              plain);
+}
+
+TEST(GpxReader, ForeignElementDoesNotHideAnOwnOne)
+{
+    EXPECT_EQ(textUnder(waypoint("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"), "yes");
+}
+
+TEST(GpxReader, TextsAreTakenWithEntitiesAndCdata)
+{
+    const auto nameOf = [](std::string_view inside) {
+        return textUnder(waypoint("<name>" + std::string{inside} + "</name>"), "name");
+    };
+    EXPECT_EQ(nameOf("R&amp;B &lt;&gt; &quot;&apos;"), "R&B <> \"'");
+    EXPECT_EQ(nameOf("caf&#233; &#x1F3D5;"), "caf\xC3\xA9 \xF0\x9F\x8F\x95");
+    EXPECT_EQ(nameOf("<![CDATA[R&B <i>]]>"), "R&B <i>");
+    EXPECT_EQ(nameOf("a<![CDATA[b]]><!-- x -->c"), "abc");
+    EXPECT_EQ(nameOf("&unknown;"), "&unknown;");
+    EXPECT_EQ(nameOf(" "), " ");
+    EXPECT_EQ(nameOf(" Camp "), " Camp ") << "a space may be part of a name";
+    EXPECT_EQ(nameOf("\r\n   Camp\r\n  "), "Camp") << "a line break is layout";
+    EXPECT_EQ(nameOf(""), "(none)");
+}
+
+TEST(GpxReader, EntitiesOfADocumentTypeAreNotExpanded)
+{
+    EXPECT_EQ(textUnder(firstUnder(read("<!DOCTYPE gpx [<!ENTITY e SYSTEM \"file:///etc/passwd\">]>"
+                                        "<gpx><wpt lat='1' lon='2'><name>&e;</name></wpt></gpx>"),
+                                   "waypoint"),
+                        "name"),
+              "&e;");
+}
+
+TEST(GpxReader, DeclaredEncodingIsHonoured)
+{
+    EXPECT_EQ(textUnder(firstUnder(read("<?xml version='1.0' encoding='windows-1252'?><gpx><wpt lat='1' lon='2'>"
+                                        "<name>caf\xE9</name></wpt></gpx>"),
+                                   "waypoint"),
+                        "name"),
+              "caf\xC3\xA9");
+    EXPECT_EQ(refusal("<?xml version='1.0' encoding='no-such-thing'?><gpx/>"),
+              "trip.gpx, line 1: the file's text is in an encoding that is not known here");
+}
+
+constexpr char kCache[] =
+    "<groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">"
+    "<groundspeak:name>The title</groundspeak:name><groundspeak:placed_by>no</groundspeak:placed_by>"
+    "<groundspeak:owner id=\"1\">Ann</groundspeak:owner><groundspeak:type>Multi-cache</groundspeak:type>"
+    "<groundspeak:difficulty>1.5</groundspeak:difficulty><groundspeak:terrain>2</groundspeak:terrain>"
+    "<groundspeak:encoded_hints>under a stone</groundspeak:encoded_hints><groundspeak:logs>"
+    "<groundspeak:log><groundspeak:date>2011-05-06T19:00:00Z</groundspeak:date>"
+    "<groundspeak:type>Write note</groundspeak:type></groundspeak:log>"
+    "<groundspeak:log><groundspeak:date>2010-03-04T19:00:00Z</groundspeak:date>"
+    "<groundspeak:type>Found it</groundspeak:type></groundspeak:log>"
+    "<groundspeak:log><groundspeak:date>2009-03-04T19:00:00Z</groundspeak:date>"
+    "<groundspeak:type>Found it</groundspeak:type></groundspeak:log></groundspeak:logs></groundspeak:cache>";
+
+TEST(GpxReader, GeocacheIsReadFromEitherPlaceOfItsExtension)
+{
+    const std::string head = "<time>2004-12-31T08:00:00Z</time><name>GC123</name><desc>The title by Ann</desc>"
+                             "<sym>Geocache Found</sym><type>Geocache|Traditional Cache</type>";
+    const Dictionary expected{{"name", "GC123"},
+                              {"comment", "The title by Ann"},
+                              {"symbol", "Geocache Found"},
+                              {"point", GPSPoint{46.5, -7.25, 0, 1104480000, 0}},
+                              {"geocacheOwner", "Ann"},
+                              {"geocacheHint", "under a stone"},
+                              {"geocacheType", "Multi-cache"},
+                              {"datePlaced", "311204"},
+                              {"dateFound", "040310"},
+                              {"difficulty", "1.5"},
+                              {"terrain", "2"}};
+    EXPECT_EQ(waypoint(head + kCache), expected);
+    EXPECT_EQ(waypoint(head + "<extensions><x:other/>" + kCache + "</extensions>"), expected);
+}
+
+TEST(GpxReader, GeocacheIsKnownByTypeSymbolOrExtension)
+{
+    for (const std::string_view content :
+         {"<type>Geocache</type>", "<type>Geocache|Unknown Cache</type>", "<sym>Geocache</sym>", "<sym>Geocache Found</sym>",
+          "<sym>Geocache-Regular</sym>", "<g:cache/>", "<extensions><cache/></extensions>"})
+        EXPECT_THAT(textUnder(waypoint(content), "symbol"), StartsWith("Geocache")) << content;
+    for (const std::string_view content : {"<type>geocache</type>", "<type>Waypoint|Geocache</type>", "<sym>A Geocache</sym>"})
+        EXPECT_FALSE(waypoint(content).contains("geocacheType")) << content;
+}
+
+TEST(GpxReader, GeocacheSymbolTellsOnlyWhetherItWasFound)
+{
+    EXPECT_EQ(textUnder(waypoint("<sym>Geocache Found</sym>"), "symbol"), "Geocache Found");
+    EXPECT_EQ(textUnder(waypoint("<sym>Geocache</sym>"), "symbol"), "Geocache");
+    EXPECT_EQ(textUnder(waypoint("<sym>Parking</sym><type>Geocache</type>"), "symbol"), "Geocache");
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "symbol"), "Geocache");
+}
+
+TEST(GpxReader, GeocacheTypeIsTheExtensionsOrElseTheWaypoints)
+{
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"), "Virtual Cache");
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "geocacheType"), "");
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache|A</type><g:cache><g:type>B</g:type></g:cache>"), "geocacheType"), "B");
+}
+
+TEST(GpxReader, GeocacheDatesAreDayMonthAndYear)
+{
+    const auto placed = [](std::string_view time, std::string_view published) {
+        std::string content = "<type>Geocache</type><time>" + std::string{time} + "</time>";
+        if (!published.empty())
+            content +=
+                "<cache><logs><log><date>" + std::string{published} + "</date><type>Publish Listing</type></log></logs></cache>";
+        return textUnder(waypoint(content), "datePlaced");
+    };
+    EXPECT_EQ(placed("2004-03-02T08:00:00Z", ""), "020304");
+    EXPECT_EQ(placed("2004-03-02T08:00:00Z", "2005-06-07T00:00:00Z"), "070605");
+    EXPECT_EQ(placed("", "2005-06-07"), "070605");
+    EXPECT_EQ(placed("", "320199"), "320199") << "a date text of the device's own";
+    EXPECT_EQ(placed("", ""), "");
+    EXPECT_EQ(placed("1979-12-31T23:59:59Z", ""), "") << "two digits of a year begin in 1980";
+    EXPECT_EQ(placed("1980-01-01T00:00:00Z", ""), "010180");
+    EXPECT_EQ(placed("2079-12-31T00:00:00Z", ""), "311279");
+    EXPECT_EQ(placed("2080-01-01T00:00:00Z", ""), "");
+}
+
+TEST(GpxReader, SeveralFilesAppend)
+{
+    const support::TemporaryFolder folder;
+    Dictionary data;
+    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", gpx("<wpt lat='1' lon='2'><name>A</name></wpt>")), data));
+    EXPECT_FALSE(host::readGpx(folder.put("b.gpx", gpx("<wpt lat='1' lon='2'><name>B</name></wpt><trk/>")), data));
+    ASSERT_EQ(listUnder(data, "waypoint").size(), 2U);
+    EXPECT_EQ(textUnder(*listUnder(data, "waypoint")[1].as<Dictionary>(), "name"), "B");
+    EXPECT_EQ(listUnder(data, "track").size(), 1U);
+
+    const auto before = data;
+    EXPECT_TRUE(host::readGpx(folder.put("c.gpx", gpx("<wpt lat='1' lon='2'/><trk/><wpt lat='99' lon='2'/>")), data));
+    EXPECT_EQ(data, before) << "a bad file adds nothing";
+}
+
+TEST(GpxReader, WhatIsNoGpxIsRefused)
+{
+    for (const std::string_view bytes : {"", " \n", "hello", "{\"a\":1}", "<?xml version='1.0'?>", "<kml><wpt/></kml>", "<GPX/>",
+                                         "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->"})
+        EXPECT_EQ(refusal(bytes), "trip.gpx, line 1: this is no GPX file") << bytes;
+}
+
+TEST(GpxReader, DamagedFileIsToldWithItsLine)
+{
+    EXPECT_THAT(refusal("<gpx>\n<wpt lat='1' lon='2'>\n</gpx>"),
+                StartsWith("trip.gpx, line 3: the file is damaged or cut short"));
+    EXPECT_THAT(refusal("<gpx>\n<wpt lat=1 lon='2'/></gpx>"), StartsWith("trip.gpx, line 2: the file is damaged or cut short"));
+    EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"), StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
+    EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
+    EXPECT_EQ(refusal("<gpx/>\n<gpx/>"), "trip.gpx, line 2: the file goes on behind its end");
+}
+
+TEST(GpxReader, FileCutAnywhereIsRefused)
+{
+    const auto whole = gpx("<!-- c --><wpt lat=\"1\" lon=\"2\"><name>A &amp; B</name><cmt><![CDATA[c]]></cmt></wpt>"
+                           "<rte><rtept lat=\"1\" lon=\"2\"/></rte><trk><trkseg><trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>"
+                           "</trkseg></trk>");
+    EXPECT_EQ(refusal(whole), "read");
+    for (std::size_t size = 0; size < whole.size(); ++size)
+        EXPECT_THAT(refusal(whole.substr(0, size)), StartsWith("trip.gpx, line ")) << whole.substr(0, size);
+}
+
+TEST(GpxReader, BrokenByteNeverEndsTheProcess)
+{
+    const auto whole = gpx("<wpt lat=\"1\" lon=\"2\"><time>2024-06-01T10:00:00Z</time><name>A</name><cache/></wpt>");
+    for (const char broken : {'\0', '<', '>', '&', '"', '\xFF'}) {
+        for (std::size_t i = 0; i < whole.size(); ++i) {
+            auto bytes = whole;
+            bytes[i] = broken;
+            const auto [failure, data] = reading(bytes);
+            EXPECT_TRUE(!failure || data.empty()) << bytes;
+        }
+    }
+}
+
+TEST(GpxReader, DeepNestingIsNoDanger)
+{
+    constexpr std::size_t kDepth = 300000;
+    std::string opened;
+    std::string closed;
+    for (std::size_t i = 0; i < kDepth; ++i) {
+        opened += "<x>";
+        closed += "</x>";
+    }
+    EXPECT_EQ(readContent("<wpt lat='1' lon='2'><name>" + opened + closed + "A</name>" + opened + closed + "</wpt>").size(), 1U);
+    EXPECT_THAT(refusal("<gpx>" + opened), HasSubstr("damaged or cut short"));
+}
+
+TEST(GpxReader, UnreadableFileIsRefused)
+{
+    const support::TemporaryFolder folder;
+    Dictionary data;
+    const auto refused = [&](const std::string& path) {
+        const auto failure = host::readGpx(path, data);
+        return failure ? failure->description().value_or("") : "read";
+    };
+    EXPECT_THAT(refused(folder.path("missing.gpx")), HasSubstr("missing.gpx"));
+    EXPECT_THAT(refused(folder.path()), HasSubstr("could not be read"));
+    const auto locked = folder.put("locked.gpx", gpx(""));
+    ::chmod(locked.c_str(), 0);
+    const support::AsNobody nobody;
+    EXPECT_THAT(refused(locked), HasSubstr("permission"));
+    EXPECT_TRUE(data.empty());
+}
+
+TEST(GpxReader, FileBeyondTheLargestSizeIsRefused)
+{
+    const support::TemporaryFolder folder;
+    const auto path = folder.put("huge.gpx", "<gpx/>");
+    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestGpx) + 1), 0); // a hole: takes no room
+    Dictionary data;
+    EXPECT_TRUE(host::readGpx(path, data));
+}
+
+// What the program's own writer makes of events, read back.
+Dictionary roundTrip(const std::vector<host::Event>& events)
+{
+    support::Written written;
+    host::GpxWriter writer{written.output(), written.folder()};
+    for (const auto& event : events)
+        writer.event(event);
+    EXPECT_FALSE(writer.close());
+    return read(written.text());
+}
+
+Dictionary withPoint(Dictionary record, const GPSPoint& point)
+{
+    record.set("point", point);
+    return record;
+}
+
+TEST(GpxReader, OwnWritersWaypointComesBackEqual)
+{
+    const GPSPoint point{-46.123456789, -179.99999, -5.5, 1717236000, 0};
+    for (const Dictionary& record : {Dictionary{{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Campground"}},
+                                     Dictionary{{"name", " A & <B> \"'"}, {"comment", ""}, {"symbol", "a"}},
+                                     Dictionary{{"name", " "}, {"comment", " x "}, {"symbol", "Caf\xC3\xA9"}}})
+        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"), withPoint(record, point));
+}
+
+TEST(GpxReader, OwnWritersGeocacheComesBackEqual)
+{
+    const GPSPoint point{46.5, 7.25, 1200, 0, 0};
+    for (const Dictionary& record : {Dictionary{{"name", "GC123"},
+                                                {"comment", "c"},
+                                                {"geocacheOwner", "Ann"},
+                                                {"geocacheHint", "stone"},
+                                                {"geocacheType", "Traditional Cache"},
+                                                {"datePlaced", "311299"},
+                                                {"dateFound", "010100"},
+                                                {"difficulty", "1.5"},
+                                                {"terrain", "5"},
+                                                {"symbol", "Geocache Found"}},
+                                     Dictionary{{"name", "GC124"},
+                                                {"comment", ""},
+                                                {"geocacheOwner", ""},
+                                                {"geocacheHint", ""},
+                                                {"geocacheType", ""},
+                                                {"datePlaced", ""},
+                                                {"dateFound", "300299"}, // no such day
+                                                {"difficulty", ""},
+                                                {"terrain", ""},
+                                                {"symbol", "Geocache"}}})
+        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"), withPoint(record, point));
+}
+
+TEST(GpxReader, OwnWritersRouteAndTrackComeBackEqual)
+{
+    const GPSPoint a{46.5, 7.25, 1200, 0, 0};
+    const GPSPoint b{-0.1, 0.2, 0, 0, 0};
+    const GPSPoint moment{1.5, 2.5, 3.75, 1717236000, 0};
+    const Dictionary start{{"name", "A"}, {"comment", ""}, {"symbol", "Flag"}};
+    const Dictionary end{{"name", "B"}, {"comment", "there"}, {"symbol", "Flag"}};
+    const auto data = roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}), support::wayPoint(a, start),
+                                 support::wayPoint(b, end), support::newTrack({{"name", "Day"}}), support::trackPoint(moment)});
+    EXPECT_EQ(data,
+              (Dictionary{{"route", Array{Dictionary{{"name", "Loop"},
+                                                     {"comment", "round"},
+                                                     {"points", Array{withPoint(start, a), withPoint(end, b)}}}}},
+                          {"track", Array{Dictionary{{"name", "Day"}, {"points", Array{Dictionary{{"point", moment}}}}}}}}));
+}
+
+} // namespace

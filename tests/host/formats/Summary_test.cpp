@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/Summary.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+
+#include "host/formats/Written.h"
+
+namespace {
+
+using support::newRoute;
+using support::newTrack;
+using support::trackPoint;
+using support::wayPoint;
+
+std::string summaryOf(const std::vector<host::Event>& events)
+{
+    support::Written written;
+    host::Summary summary{written.output()};
+    for (const auto& event : events)
+        summary.event(event);
+    EXPECT_FALSE(summary.close());
+    return written.text();
+}
+
+TEST(Summary, HasARowForEachCollectionAndTheTotals)
+{
+    const auto degree = [](double latitude, std::int64_t time) { return gps::GPSPoint{latitude, 0, 0, time, 0}; };
+    EXPECT_EQ(
+        summaryOf({wayPoint({}, {{"name", "A"}}), wayPoint({}, {{"name", "B"}}), wayPoint({}, {{"terrain", "1"}}),
+                   newRoute({{"name", "Loop"}}), wayPoint(degree(0, 0)), wayPoint(degree(1, 0)), newTrack({{"name", "Day"}}),
+                   trackPoint(degree(0, 1717236060)), trackPoint(degree(1, 1717236000)), trackPoint(degree(2, 0))}),
+        "Kind       Name  Points  First (UTC)          Last (UTC)           Length km\n"
+        "Waypoints             2\n"
+        "Geocaches             1\n"
+        "Route      Loop       2                                               111.20\n"
+        "Track      Day        3  2024-06-01 10:00:00  2024-06-01 10:01:00     222.39\n"
+        "Total                 8  2024-06-01 10:00:00  2024-06-01 10:01:00     333.59\n");
+}
+
+TEST(Summary, NamesAreCutAndMadeHarmless)
+{
+    const auto text = summaryOf({newTrack({{"name", std::string(50, 'x')}}), newTrack({{"name", "a\x1b[0m"}}), newTrack({})});
+    EXPECT_THAT(text, testing::HasSubstr(std::string(39, 'x') + "…  "));
+    EXPECT_THAT(text, testing::HasSubstr("a\xEF\xBF\xBD[0m "));
+}
+
+TEST(Summary, LengthIsTheGreatCircle)
+{
+    host::PathLength quarter;
+    quarter.add({0, 0, 0, 0, 0});
+    EXPECT_EQ(quarter.kilometres(), 0);
+    quarter.add({0, 90, 0, 0, 0});
+    EXPECT_NEAR(quarter.kilometres(), 10007.557, 0.001);
+    quarter.add({90, 12, 0, 0, 0});
+    EXPECT_NEAR(quarter.kilometres(), 20015.115, 0.001);
+}
+
+TEST(Summary, LengthAcrossTheDateLineIsTheShortWay)
+{
+    host::PathLength length;
+    length.add({0, 179.5, 0, 0, 0});
+    length.add({0, -179.5, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
+}
+
+TEST(Summary, LengthBetweenAntipodesIsHalfTheCircumference)
+{
+    host::PathLength length;
+    length.add({45, 10, 0, 0, 0});
+    length.add({-45, -170, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 20015.115, 0.001);
+}
+
+TEST(Summary, LengthPassesOverPointsWithoutAPlace)
+{
+    host::PathLength length;
+    length.add({0, 0, 0, 0, 0});
+    length.add({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0});
+    length.add({91, 0, 0, 0, 0});
+    length.add({1, 0, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
+}
+
+} // namespace

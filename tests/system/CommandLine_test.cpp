@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The built program's manners: help, mistakes, and what it tells of the plug-in and its devices.
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using support::magellangps;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST(CommandLine, EveryCommandHasItsHelp)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"--help"}, {"info", "--help"}, {"devices", "--help"}, {"acquire", "--help"}, {"import", "--help"}}) {
+        const auto ran = magellangps(words);
+        EXPECT_EQ(ran.status, 0);
+        EXPECT_THAT(ran.out, HasSubstr("Usage: magellangps"));
+        EXPECT_THAT(ran.err, IsEmpty());
+    }
+}
+
+TEST(CommandLine, MistakeIsOneLineAndStatus2)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"aquire"}, {"acquire", "--no-such"}, {"acquire", "-o", "a.xyz"}, {"import"}, {"acquire", "--options", "[1]"}}) {
+        const auto ran = magellangps(words);
+        EXPECT_EQ(ran.status, 2);
+        EXPECT_THAT(ran.out, IsEmpty());
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+    }
+}
+
+TEST(CommandLine, NoCommandShowsTheHelpAsAMistake)
+{
+    const auto ran = magellangps({});
+    EXPECT_EQ(ran.status, 2);
+    EXPECT_THAT(ran.out, IsEmpty());
+    EXPECT_THAT(ran.err, HasSubstr("Usage: magellangps"));
+}
+
+TEST(CommandLine, InfoDocumentHasItsKeysInOrder)
+{
+    const auto ran = magellangps({"info", "--json"});
+    EXPECT_EQ(ran.status, 0);
+    const auto document = nlohmann::ordered_json::parse(ran.out);
+    EXPECT_THAT(ran.out,
+                testing::StartsWith(
+                    R"({"name":"Magellan GPS PlugIns","class":"GPSPlugIn","apiVersion":1,"info":{"Copyright":"© 2026 Orvane",)"));
+    EXPECT_EQ(document["info"].size(), 6U);
+    EXPECT_EQ(document["drivers"][0].dump(),
+              R"({"class":"MagellanGPSPlugin","name":"Magellan",)"
+              R"("capabilities":"tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache",)"
+              R"("fileTypes":["log","rte","upt","gs"],"ready":false,"needsSerialRefresh":false,"needsFileSystemRefresh":true,)"
+              R"("needsUSBRefresh":false,"isPVTOffered":false})");
+}
+
+TEST(CommandLine, InfoIsReadable)
+{
+    const auto ran = magellangps({"info"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.out, HasSubstr("Version: 1.5\n"));
+    EXPECT_THAT(ran.out, HasSubstr("Imports: log, rte, upt, gs\n"));
+}
+
+TEST(CommandLine, DevicesDocumentTellsTheViewAndTheDevices)
+{
+    const support::Receiver one;
+    const support::Receiver two;
+    two.put("USBTRANS/UNIT_ID.DAT", "\xFF");
+    const auto ran = magellangps({"devices", "--json", "--test-folder", one.path(), "--test-folder", two.path()});
+    EXPECT_EQ(ran.status, 0);
+    const auto document = nlohmann::ordered_json::parse(ran.out);
+    EXPECT_EQ(document["drivers"][0].dump(),
+              R"({"class":"MagellanGPSPlugin","name":"Magellan","ready":true,"view":{"deviceListMenu":{"hidden":false,)"
+              R"("items":["Magellan device 42","Unauthorized Magellan device"],"selected":0},"deviceButton":{"hidden":true}},)"
+              R"("devices":[{"location":")" +
+                  one.path() + R"(","name":"Magellan device 42","authorized":true,"selected":true},{"location":")" + two.path() +
+                  R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false}]})");
+}
+
+TEST(CommandLine, DevicesWithoutADeviceHaveNoneSelected)
+{
+    const support::TemporaryFolder empty;
+    const auto ran = magellangps({"--test-folder", empty.path(), "--json", "devices"});
+    const auto document = nlohmann::ordered_json::parse(ran.out);
+    EXPECT_EQ(
+        document["drivers"][0].dump(),
+        R"({"class":"MagellanGPSPlugin","name":"Magellan","ready":false,"view":{"deviceListMenu":{"hidden":true,"items":[],)"
+        R"("selected":null},"deviceButton":{"hidden":true}},"devices":[]})");
+    EXPECT_EQ(magellangps({"--test-folder", empty.path(), "devices"}).out, "No device was found.\n");
+}
+
+TEST(CommandLine, DevicesAreATable)
+{
+    const support::Receiver receiver;
+    const auto ran = magellangps({"devices", "--test-folder", receiver.path()});
+    EXPECT_EQ(ran.out, "   Driver    Device              Authorized  Location\n"
+                       "*  magellan  Magellan device 42  yes         " +
+                           receiver.path() + "\n");
+}
+
+TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
+{
+    const support::Receiver stored;
+    const support::Receiver given;
+    const support::TemporaryFolder settings;
+    settings.put("com.Orvane.GPSPlugin/defaults.plist",
+                 "<plist version=\"1.0\"><dict><key>MagellanTestFileList</key><array><string>" + stored.path() +
+                     "</string></array></dict></plist>");
+    const support::How how{.environment = {"XDG_CONFIG_HOME=" + settings.path()}};
+    EXPECT_THAT(magellangps({"devices"}, how).out, HasSubstr(stored.path()));
+    const auto replaced = magellangps({"devices", "--test-folder", given.path()}, how).out;
+    EXPECT_THAT(replaced, HasSubstr(given.path()));
+    EXPECT_THAT(replaced, testing::Not(HasSubstr(stored.path())));
+}
+
+} // namespace

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// Imports of single files with the built program.
+
+#include <algorithm>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+namespace {
+
+using support::magellangps;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr char kFiles[] = MAGELLAN_SOURCE_DIR "/samples/files/";
+
+TEST(Import, EachFilesCallsAreFollowedByItsResult)
+{
+    const support::TemporaryFolder folder;
+    const auto track = folder.put("a.log", support::sentences({support::kFirstFix}));
+    const auto points = folder.put("b.upt", support::sentences({support::kHut}));
+    const auto ran = magellangps({"import", track, points, "--events"});
+    EXPECT_EQ(ran.out,
+              R"({"event":"startTransfer","kind":1}
+{"event":"newTrack","track":{"name":"Day 1"}}
+{"event":"trackPoint","point":{"latitude":46.5,"longitude":7.25,"altitude":1200,"time":1717236000,"reserved":0},"extra":{"trackName":"Day 1"}}
+{"event":"endTransfer","kind":1}
+{"event":"gpsStateChange","state":0}
+{"event":"result","error":null}
+{"event":"startTransfer","kind":3}
+{"event":"wayPoint","point":{"latitude":-46.75,"longitude":-7.5,"altitude":328,"time":0,"reserved":0},"extra":{"name":"Hut","comment":"","symbol":"Lodging"}}
+{"event":"endTransfer","kind":3}
+{"event":"gpsStateChange","state":0}
+{"event":"result","error":null}
+)");
+    EXPECT_THAT(ran.err, IsEmpty());
+    EXPECT_EQ(ran.status, 0);
+}
+
+TEST(Import, AllSampleFilesGoIntoOneValidGpx)
+{
+    const support::TemporaryFolder folder;
+    std::vector<std::string> words{"import", "-o", folder.path("all.gpx")};
+    for (const char* name : {"trip.log", "loop.rte", "caches.gs", "points.upt"}) // tracks first: the document has them last
+        words.push_back(std::string{kFiles} + name);
+    const auto ran = magellangps(words);
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    const auto gpx = folder.read("all.gpx");
+    EXPECT_LT(gpx.find("<wpt "), gpx.find("<rte>"));
+    EXPECT_LT(gpx.find("<rte>"), gpx.find("<trk>"));
+    const auto checked = support::run(
+        {"xmllint", "--noout", "--schema", MAGELLAN_SOURCE_DIR "/tests/schemas/gpx-with-cache.xsd", folder.path("all.gpx")});
+    EXPECT_EQ(checked.status, 0) << checked.err;
+}
+
+TEST(Import, OneBadFileLeavesAPartialFileWithTheOthers)
+{
+    const support::TemporaryFolder folder;
+    const auto bad = folder.put("a.LOG", support::sentences({support::kFirstFix}));
+    const auto good = folder.put("b.log", support::sentences({support::kFirstFix}));
+    const auto ran = magellangps({"import", bad, good, "-o", folder.path("out.gpx")});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(
+        ran.err,
+        HasSubstr("Unrecognized extension on selected file. File may be invalid or this may be the wrong plug-in. Path: " + bad));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out.gpx")));
+    EXPECT_THAT(folder.read("out.partial.gpx"), HasSubstr("<trkpt "));
+}
+
+TEST(Import, RefusedFileLeavesNoPartialFile)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("a.upt", "");
+    const auto ran = magellangps({"import", file, "-o", folder.path("out.gpx"), "--events"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.out,
+              "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{\"domain\":"
+              "\"com.Orvane.GPSPlugin.ErrorDomain\",\"code\":-5,\"description\":\"Couldn't open file\",\"suggestion\":\"File may "
+              "be missing or this may be the wrong plug-in\",\"path\":\"" +
+                  file + "\"}}\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator{folder.path()}, {}), 1);
+}
+
+TEST(Import, ErrorIsSaidOnce)
+{
+    const support::TemporaryFolder folder;
+    const auto ran = magellangps({"import", folder.path("gone.upt"), "--debug", "1"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+}
+
+TEST(Import, UnknownDriverIsStatus3)
+{
+    EXPECT_EQ(magellangps({"import", "a.log", "--driver", "other"}).status, 3);
+}
+
+} // namespace
