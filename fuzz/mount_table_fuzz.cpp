@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// Mount tables: every entry read has a path, there are no more of them than lines, and each stands by itself.
+
+#include "FuzzTarget.h"
+
+#include <platform/System/MountedVolumes.h>
+
+#include <algorithm>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto text = fuzz::textOf(data, size);
+    const auto entries = gps::parseMountTable(text);
+    fuzz::require(entries.size() <= static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1,
+                  "a line gives one entry at most");
+    fuzz::require(std::ranges::none_of(entries, [](const auto& entry) { return entry.path.empty(); }), "an entry has a path");
+
+    std::size_t alone = 0;
+    for (std::size_t at = 0; at <= text.size();) {
+        const auto end = std::min(text.find('\n', at), text.size());
+        alone += gps::parseMountTable(text.substr(at, end - at)).size();
+        at = end + 1;
+    }
+    fuzz::require(alone == entries.size(), "lines are read one by one");
+    return 0;
+}

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Route files: any bytes, read as routes.
+
+#include "DeviceFile.h"
+
+#include <plugin/codec/RouteSentence.h>
+#include <plugin/codec/WayPointSentence.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
+namespace {
+
+/// All waypoints first, then the routes, as a route file must have them.
+std::string written(const fuzz::Records& records)
+{
+    gps::Array waypoints;
+    std::string routes;
+    for (const auto& value : records.routes) {
+        const auto& route = *value.as<gps::Dictionary>();
+        const auto& points = *route.find("points")->as<gps::Array>();
+        waypoints.insert(waypoints.end(), points.begin(), points.end());
+        routes += fuzz::joinedLines(magellan::makeRouteSentences(points, route));
+    }
+    return fuzz::joinedLines(magellan::makeWayPointSentences(waypoints)) + routes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    fuzz::checkFile(
+        fuzz::textOf(data, size),
+        [](fuzz::Records& records, const std::string& path) { return magellan::acquireRoutes(records, path); }, written);
+    return 0;
+}

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// Sentences: one line offered to each interpreter. A line that is too short changes nothing; an accepted one, written as its
+// maker writes it, reads and writes again as the same text. Each input is tried as it is and with its checksum put right.
+
+#include "Framing.h"
+#include "FuzzTarget.h"
+
+#include <gps/Error.h>
+#include <gps/Value.h>
+#include <plugin/codec/GeoCacheSentence.h>
+#include <plugin/codec/RouteSentence.h>
+#include <plugin/codec/TrackPointSentence.h>
+#include <plugin/codec/WayPointSentence.h>
+
+#include <optional>
+#include <string>
+
+namespace {
+
+constexpr gps::GPSPoint kBefore{.latitude = 1, .longitude = 2, .altitude = 3, .time = 951782400, .reserved = 5};
+
+struct PointRecord {
+    gps::GPSPoint point = kBefore;
+    gps::Dictionary record;
+};
+
+/// Reads a line whose failure must change nothing.
+template <typename Interpret> std::optional<PointRecord> interpreted(std::string_view line, Interpret interpret)
+{
+    PointRecord result;
+    bool accepted = false;
+    try {
+        accepted = interpret(line, result.point, &result.record);
+    } catch (const gps::RangeError&) {
+    }
+    fuzz::require(result.point.reserved == kBefore.reserved, "the reserved field is never touched");
+    if (accepted)
+        return result;
+    fuzz::require(result.point == kBefore && result.record.empty(), "a line that is not taken changes nothing");
+    return std::nullopt;
+}
+
+template <typename Interpret, typename Make> void checkPointSentence(std::string_view line, Interpret interpret, Make make)
+{
+    const auto first = interpreted(line, interpret);
+    if (!first)
+        return;
+    const std::optional<std::string> text = make(*first);
+    if (!text)
+        return; // the coordinates lie outside of what a sentence can say
+    const auto second = interpreted(*text, interpret);
+    fuzz::require(second.has_value(), "a written sentence is taken");
+    fuzz::require(make(*second) == text, "written, read and written again it is the same");
+}
+
+gps::Dictionary knownWayPoints()
+{
+    gps::Dictionary known;
+    for (const auto* name : {"Camp", "Lake", "Top", "Spitzhorn"})
+        known.set(name, gps::Dictionary{{"name", name}, {"comment", ""}, {"symbol", "ah"}, {gps::kPointKey, gps::GPSPoint{}}});
+    return known;
+}
+
+void checkRouteSentence(std::string_view line)
+{
+    static const auto known = knownWayPoints();
+    gps::Array points;
+    gps::Dictionary info;
+    try {
+        (void)magellan::interpretRouteSentence(line, points, known, info);
+    } catch (const gps::RangeError&) {
+        fuzz::require(points.empty(), "a line that is too short brings no points");
+        return;
+    }
+    const auto text = magellan::makeRouteSentences(points, info);
+    gps::Array again;
+    gps::Dictionary infoAgain;
+    bool ended = text.empty();
+    for (const auto& sentence : text)
+        ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain);
+    fuzz::require(ended && again == points, "a written route ends with its last sentence and has its points");
+    if (!text.empty())
+        fuzz::require(magellan::makeRouteSentences(again, infoAgain) == text, "written, read and written again it is the same");
+}
+
+void checkLine(std::string_view line)
+{
+    checkPointSentence(line, magellan::interpretTrackPointSentence,
+                       [](const PointRecord& r) { return magellan::makeTrackPointSentence(r.point); });
+    checkPointSentence(line, magellan::interpretWayPointSentence,
+                       [](const PointRecord& r) { return magellan::makeWayPointSentence(r.point, r.record); });
+    checkPointSentence(line, magellan::interpretGeoCacheSentence,
+                       [](const PointRecord& r) { return magellan::makeGeoCacheSentence(r.point, r.record); });
+    checkRouteSentence(line);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto line = fuzz::textOf(data, size);
+    checkLine(line);
+    checkLine(fuzz::framedAnew(line));
+    return 0;
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// String tables: what is read can be written as a table and reads again as the same.
+
+#include "FuzzTarget.h"
+
+#include <platform/System/Bundle.h>
+
+#include <string>
+
+namespace {
+
+std::string quoted(std::string_view text)
+{
+    std::string out = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            out += '\\';
+        out += c;
+    }
+    return out + '"';
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto table = gps::parseStringTable(fuzz::textOf(data, size));
+    std::string written;
+    for (const auto& [key, value] : table) {
+        const auto* text = value.as<std::string>();
+        fuzz::require(text != nullptr, "a table holds strings");
+        written += quoted(key) + " = " + quoted(*text) + ";\n";
+    }
+    fuzz::require(gps::parseStringTable(written) == table, "a written table reads back");
+    return 0;
+}

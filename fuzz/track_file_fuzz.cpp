@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// Track files: any bytes, read as a track log.
+
+#include "DeviceFile.h"
+
+#include <plugin/codec/TrackPointSentence.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
+namespace {
+
+std::string written(const fuzz::Records& records)
+{
+    std::vector<std::string> lines;
+    for (const auto& track : records.tracks) {
+        for (const auto& point : *track.as<gps::Dictionary>()->find("points")->as<gps::Array>()) {
+            if (auto line = magellan::makeTrackPointSentence(*point.as<gps::GPSPoint>()))
+                lines.push_back(std::move(*line));
+        }
+    }
+    return fuzz::joinedLines(lines);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    fuzz::checkFile(
+        fuzz::textOf(data, size),
+        [](fuzz::Records& records, const std::string& path) { return magellan::acquireTracks(records, path); }, written);
+    return 0;
+}

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Waypoint files: any bytes, read as points of interest.
+
+#include "DeviceFile.h"
+
+#include <plugin/codec/WayPointSentence.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    fuzz::checkFile(
+        fuzz::textOf(data, size),
+        [](fuzz::Records& records, const std::string& path) { return magellan::acquireWayPoints(records, path); },
+        [](const fuzz::Records& records) { return fuzz::joinedLines(magellan::makeWayPointSentences(records.waypoints)); });
+    return 0;
+}
