@@ -27,7 +27,7 @@ void Progress::show(const EventBatch& batch)
     }
 }
 
-void Progress::clear()
+void Progress::clear() const
 {
     if (isShown_)
         std::fputs("\r\033[K", stderr);

@@ -17,7 +17,7 @@ public:
     explicit Progress(bool isShown) : isShown_(isShown) {}
 
     void show(const EventBatch& batch);
-    void clear();
+    void clear() const;
 
 private:
     bool isShown_;

@@ -2,6 +2,7 @@
 
 #include "host/formats/GpxReader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
@@ -32,6 +33,7 @@ public:
     void moveInto(gps::Dictionary& data);
 
 private:
+    bool readElement(const pugi::xml_node& element);
     bool readWaypoint(const pugi::xml_node& element);
     bool readRoute(const pugi::xml_node& element);
     bool readTrack(const pugi::xml_node& element);
@@ -45,16 +47,18 @@ private:
 
 bool Collection::read(const pugi::xml_node& gpx)
 {
-    for (const auto& element : gpx.children()) {
-        const auto name = localName(element);
-        if (name == "wpt" && !readWaypoint(element))
-            return false;
-        if (name == "rte" && !readRoute(element))
-            return false;
-        if (name == "trk" && !readTrack(element))
-            return false;
-    }
-    return true;
+    const auto elements = gpx.children();
+    return std::all_of(elements.begin(), elements.end(), [this](const pugi::xml_node& element) { return readElement(element); });
+}
+
+bool Collection::readElement(const pugi::xml_node& element)
+{
+    const auto name = localName(element);
+    if (name == "wpt")
+        return readWaypoint(element);
+    if (name == "rte")
+        return readRoute(element);
+    return name != "trk" || readTrack(element);
 }
 
 bool Collection::readWaypoint(const pugi::xml_node& element)

@@ -113,7 +113,7 @@ std::string cacheTypeOf(const pugi::xml_node& waypoint)
 }
 
 // What is no moment is a date text of the device's own, and stays.
-std::string cacheDateOf(std::string text)
+std::string cacheDateOf(const std::string& text)
 {
     const auto moment = readGpxTime(text);
     return moment ? gps::NMEAUtils::makeNMEADateFrom(*moment).date : text;

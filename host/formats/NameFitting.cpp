@@ -140,15 +140,15 @@ void Fitting::fitNames(const std::vector<Named>& things, FreeNames names)
     }
     for (const auto& named : things) {
         const auto before = nameIn(*named.record);
-        auto identity = identityOf(named);
+        const auto identity = identityOf(named);
         auto known = byIdentity.find(identity);
         if (known == byIdentity.end() && named.kind == &kRoutePoint && !before.empty()) {
             const auto first = byName.find(before);
             if (first != byName.end())
-                known = byIdentity.emplace(std::move(identity), first->second).first;
+                known = byIdentity.emplace(identity, first->second).first;
         }
         if (known == byIdentity.end()) {
-            known = byIdentity.emplace(std::move(identity), newName(named, names)).first;
+            known = byIdentity.emplace(identity, newName(named, names)).first;
             byName.emplace(before, known->second);
         }
         if (known->second != before)

@@ -63,11 +63,11 @@ std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
     const char* source = bytes.data();
     std::array<char, 16384> piece;
     UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
-    for (bool isFirst = true; status == U_BUFFER_OVERFLOW_ERROR; isFirst = false) {
+    for (UBool isFirst = 1; status == U_BUFFER_OVERFLOW_ERROR; isFirst = 0) {
         status = U_ZERO_ERROR;
         char* target = piece.data();
         ucnv_convertEx(&to, &from, &target, piece.data() + piece.size(), &source, bytes.data() + bytes.size(), pivot.data(),
-                       &pivotSource, &pivotTarget, pivot.data() + pivot.size(), isFirst, true, &status);
+                       &pivotSource, &pivotTarget, pivot.data() + pivot.size(), isFirst, 1, &status);
         converted.append(piece.data(), target);
     }
     return converted;

@@ -17,7 +17,7 @@ public:
 
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
 
-    bool startAccessingSecurityScopedResource() const noexcept { return true; }
+    void startAccessingSecurityScopedResource() const noexcept {}
     void stopAccessingSecurityScopedResource() const noexcept {}
 
 private:

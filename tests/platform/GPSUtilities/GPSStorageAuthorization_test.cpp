@@ -16,13 +16,5 @@ TEST(GPSStorageAuthorization, GrantsEveryPathAndAnswersThePathItself)
     }
 }
 
-TEST(GPSStorageAuthorization, AccessOpensAndCloses)
-{
-    const auto url = GPSStorageAuthorization::authorizedBookmarkURLForPath("/media");
-    EXPECT_TRUE(url->startAccessingSecurityScopedResource());
-    url->stopAccessingSecurityScopedResource();
-    EXPECT_TRUE(url->startAccessingSecurityScopedResource());
-}
-
 } // namespace
 } // namespace gps

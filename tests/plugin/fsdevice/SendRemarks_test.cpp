@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/fsdevice/SendRemarks.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "../../support/Sentence.h"
+
+using magellan::SendKind;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
+{
+    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
+}
+
+std::vector<std::string> remarksOn(SendKind kind, gps::Array records)
+{
+    std::vector<std::string> remarks;
+    magellan::remarkOnRecords({kind, std::move(records), "folder"}, remarks);
+    return remarks;
+}
+
+std::vector<std::string> remarksOnFile(SendKind kind, std::string_view body, int count)
+{
+    std::string content;
+    for (int i = 0; i < count; ++i)
+        content += support::sentence(body) + "\r\n";
+    std::vector<std::string> remarks;
+    magellan::remarkOnFile(kind, "the file", content, remarks);
+    return remarks;
+}
+
+TEST(SendRemarks, NameOf20CharactersArrivesAndOneOf21IsCut)
+{
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRST")}), IsEmpty());
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRSTU")}),
+                ElementsAre(HasSubstr("\"ABCDEFGHIJKLMNOPQRST\"")));
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}), IsEmpty());
+}
+
+TEST(SendRemarks, CharactersThatAreDroppedAreSeenInEveryTextAndSaidOnce)
+{
+    auto record = waypoint("A,B");
+    record.set("comment", "x*y");
+    EXPECT_THAT(
+        remarksOn(SendKind::kWaypoints, {record, record}),
+        ElementsAre("The name \"A,B\" of a waypoint becomes \"AB\".", "The comment \"x*y\" of a waypoint becomes \"xy\"."));
+}
+
+TEST(SendRemarks, GeocacheTypeWithAPrefixLosesItsBar)
+{
+    auto record = waypoint("Oak", "Geocache");
+    record.set("geocacheType", "Geocache|Multi");
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {record}), ElementsAre(HasSubstr("\"GeocacheMulti\"")));
+}
+
+TEST(SendRemarks, SymbolWithoutAnIconIsSaidAndAnIconCodeIsNot)
+{
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "Volcano")}),
+                ElementsAre("The symbol \"Volcano\" has no icon and becomes \"Waypoint\"."));
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "a"), waypoint("B", "zz"), waypoint("C", "Waypoint")}), IsEmpty());
+}
+
+TEST(SendRemarks, RecordsThatAreLeftOutAreSaid)
+{
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
+                ElementsAre("A waypoint without a name is left out."));
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}), ElementsAre(HasSubstr("no place")));
+    EXPECT_THAT(remarksOn(SendKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
+                ElementsAre(HasSubstr("route without a name")));
+}
+
+TEST(SendRemarks, TrackPointsWithoutAPlaceAreCounted)
+{
+    const gps::Dictionary beyond{{"point", gps::GPSPoint{90.5, 0, 0, 0, 0}}};
+    const gps::Dictionary good{{"point", gps::GPSPoint{90, 0, 0, 0, 0}}};
+    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good, beyond, gps::Dictionary{}}}}}),
+                ElementsAre(HasSubstr("loses 2 points")));
+    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good}}}}), IsEmpty());
+}
+
+TEST(SendRemarks, FileOf200GeocachesIsReadWholeAndOneOf201IsNot)
+{
+    constexpr char kBody[] = "PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak,,,,,,,,";
+    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 200), IsEmpty());
+    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 201), ElementsAre(HasSubstr("201 geocaches")));
+}
+
+TEST(SendRemarks, FileOf200WaypointsWithCommentsIsKeptAndThoseWithoutDoNotCount)
+{
+    constexpr char kCommented[] = "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,note,a";
+    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 200), IsEmpty());
+    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 201), ElementsAre(HasSubstr("201 waypoints with comments")));
+    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,,a", 300), IsEmpty());
+}
+
+} // namespace
