@@ -2,14 +2,13 @@
 
 #include "GeoCacheSentence.h"
 
-#include "CodecLog.h"
 #include "FieldText.h"
 #include "SentenceFields.h"
+#include "SentenceList.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <array>
-#include <utility>
 
 namespace magellan {
 namespace {
@@ -98,21 +97,7 @@ std::optional<std::string> makeGeoCacheSentence(const gps::GPSPoint& point, cons
 
 std::optional<std::vector<std::string>> makeGeocacheSentences(const gps::Array& list)
 {
-    std::vector<std::string> sentences;
-    sentences.reserve(list.size());
-    for (const auto& element : list) {
-        const auto* record = element.as<gps::Dictionary>();
-        const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
-        if (point == nullptr) {
-            logMissingPoint("geocache", element);
-            return std::nullopt;
-        }
-        if (auto sentence = makeGeoCacheSentence(*point, *record))
-            sentences.push_back(std::move(*sentence));
-        else
-            logFailedSentence(element);
-    }
-    return sentences;
+    return makeSentences(list, "geocache", makeGeoCacheSentence, MissingPoint::kEndsTheList);
 }
 
 } // namespace magellan

@@ -28,7 +28,6 @@ enum Field : std::size_t { kKind, kTotal, kNumber, kLetter, kRouteNumber, kName,
 
 constexpr char kList = 'c';
 constexpr char kMessage = 'm';
-constexpr int kNameLength = 20;
 constexpr std::size_t kPointsPerSentence = 2;
 
 /// Takes the text up to the next "," off the front, with the ",".
@@ -116,7 +115,7 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
 std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::Dictionary& info)
 {
     const std::string comment = magellanStringFromDictionary(info, "comment");
-    const std::string name = magellanStringFromDictionary(info, "name", kNameLength);
+    const std::string name = magellanStringFromDictionary(info, "name", kLongestName);
     const std::int32_t routeNumber = integerUnder(info, "number", 1);
     const std::size_t lists = (list.size() + kPointsPerSentence - 1) / kPointsPerSentence;
     const std::size_t total = lists + (comment.empty() ? 0 : 1);
@@ -129,7 +128,10 @@ std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::D
             body = headOf(total, sentences.size() + 1, kList, routeNumber, name);
         const auto* record = list[i].as<gps::Dictionary>();
         const gps::Dictionary& point = record != nullptr ? *record : gps::Dictionary{};
-        body.append(1, ',').append(magellanStringFromDictionary(point, "name", kNameLength)).append(1, ',').append(iconOf(point));
+        body.append(1, ',')
+            .append(magellanStringFromDictionary(point, "name", kLongestName))
+            .append(1, ',')
+            .append(iconOf(point));
         if (i % kPointsPerSentence == kPointsPerSentence - 1 || i + 1 == list.size())
             sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
     }

@@ -2,14 +2,12 @@
 
 #include "WayPointSentence.h"
 
-#include "CodecLog.h"
 #include "FieldText.h"
 #include "SentenceFields.h"
+#include "SentenceList.h"
 #include "SymbolMap.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
-
-#include <utility>
 
 namespace magellan {
 namespace {
@@ -34,7 +32,6 @@ enum Field : std::size_t {
 };
 
 constexpr int kAltitudeDigits = 7;
-constexpr int kNameLength = 20;
 
 /// A sentence that ends right before its name or its comment is damaged. Looked at before anything is taken from it, so that the
 /// caller's point and record stay as they were.
@@ -78,7 +75,7 @@ std::optional<std::string> makeWayPointSentence(const gps::GPSPoint& point, cons
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
         return std::nullopt;
-    body.append(magellanStringFromDictionary(record, "name", kNameLength)).append(1, ',');
+    body.append(magellanStringFromDictionary(record, "name", kLongestName)).append(1, ',');
     body.append(magellanStringFromDictionary(record, "comment")).append(1, ',');
     body.append(SymbolMap::shared().icon(record.findString("symbol")));
     return NMEAUtils::addChecksumToNMEASentence(body);
@@ -86,21 +83,7 @@ std::optional<std::string> makeWayPointSentence(const gps::GPSPoint& point, cons
 
 std::vector<std::string> makeWayPointSentences(const gps::Array& list)
 {
-    std::vector<std::string> sentences;
-    sentences.reserve(list.size());
-    for (const auto& element : list) {
-        const auto* record = element.as<gps::Dictionary>();
-        const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
-        if (point == nullptr) {
-            logMissingPoint("waypoint", element);
-            continue;
-        }
-        if (auto sentence = makeWayPointSentence(*point, *record))
-            sentences.push_back(std::move(*sentence));
-        else
-            logFailedSentence(element);
-    }
-    return sentences;
+    return *makeSentences(list, "waypoint", makeWayPointSentence, MissingPoint::kLeavesItOut);
 }
 
 } // namespace magellan

@@ -116,7 +116,7 @@ void planMerge(const SendJob& job, gps::SendPlan& plan)
         auto content = mergedText(job, path);
         if (!content) {
             plan.files.push_back({path, Fate::kLeft, {}, std::nullopt});
-            plan.remarks.push_back("No geocache is written, since one of them has no place.");
+            plan.remarks.emplace_back("No geocache is written, since one of them has no place.");
             return;
         }
         remarkOnFile(job.kind, path, *content, plan.remarks);
