@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Merging: any bytes as what a receiver's default file holds, with nothing merged into it, again and again. What was written
+// can be read, and from the second time on nothing changes any more.
+
+#include "DeviceFile.h"
+
+#include <plugin/fsdevice/DeviceFileWriters.h>
+
+#include <array>
+
+namespace {
+
+template <typename Merge> void checkMerge(std::string_view input, Merge merge)
+{
+    std::array<std::string, 3> texts;
+    try {
+        texts[0] = merge(fuzz::asFile(input));
+    } catch (const gps::RangeError&) {
+        return; // a line of the input is too short
+    }
+    texts[1] = merge(fuzz::asFile(texts[0]));
+    texts[2] = merge(fuzz::asFile(texts[1]));
+    fuzz::require(texts[1] == texts[2], "merging nothing changes nothing");
+}
+
+void checkMerges(std::string_view input)
+{
+    checkMerge(input, [](const std::string& path) { return magellan::mergedWaypointText({}, path); });
+    checkMerge(input, [](const std::string& path) { return magellan::mergedRouteText({}, path); });
+    checkMerge(input, [](const std::string& path) { return magellan::mergedGeocacheText({}, path).value(); });
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto input = fuzz::textOf(data, size);
+    checkMerges(input);
+    checkMerges(fuzz::linesFramedAnew(input));
+    return 0;
+}
