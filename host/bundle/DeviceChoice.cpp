@@ -40,9 +40,8 @@ template <typename Names> std::string joined(const Names& names)
 
 std::string driverNames(const std::vector<Driver>& drivers)
 {
-    std::vector<std::string> names;
-    for (const auto& driver : drivers)
-        names.push_back(driverName(*driver));
+    std::vector<std::string> names(drivers.size());
+    std::transform(drivers.begin(), drivers.end(), names.begin(), [](const Driver& driver) { return driverName(*driver); });
     return joined(names);
 }
 
@@ -158,6 +157,15 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
             device.authorized = authorized->boolReading();
     }
     return devices;
+}
+
+std::string selectedPlace(const gps::GPSPlugInProtocol& driver)
+{
+    for (auto& device : devicesOf(driver)) {
+        if (device.isSelected)
+            return device.location;
+    }
+    return {};
 }
 
 gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver)

@@ -38,6 +38,9 @@ struct Device {
 /// A driver's devices, in its order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
 
+/// Where the selected device is; empty without one.
+[[nodiscard]] std::string selectedPlace(const gps::GPSPlugInProtocol& driver);
+
 /// The pop-up in a driver's view that lists its devices; null without one.
 [[nodiscard]] gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver);
 

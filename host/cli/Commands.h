@@ -22,6 +22,12 @@ namespace host {
 /// `import`: imports files, one operation each.
 [[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const Options& options, const Console& console);
 
+/// `send`: sends files to a device, after a backup of it.
+[[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
+/// `restore`: lists a device's backups, or puts one back.
+[[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
 /// The whole program: reads the command line, loads the plug-in, runs the command.
 [[nodiscard]] ExitStatus runProgram(int argc, const char* const* argv);
 

@@ -46,6 +46,12 @@ void Console::note(std::string_view sentence) const
         say("note: ", sentence);
 }
 
+void Console::lines(std::string_view text) const
+{
+    if (!quiet_)
+        std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
 std::string sentencesOf(const gps::Error& error)
 {
     std::string text;

@@ -24,6 +24,9 @@ public:
     /// One line that may go unread.
     void note(std::string_view sentence) const;
 
+    /// Lines that may go unread, each harmless and with its line end already.
+    void lines(std::string_view text) const;
+
 private:
     bool quiet_;
 };

@@ -25,6 +25,7 @@ struct Raw {
     bool noWaypoints = false;
     bool noRoutes = false;
     bool noTracks = false;
+    bool noBackup = false;
 };
 
 constexpr char kExamples[] = R"(
@@ -33,6 +34,7 @@ Examples:
   magellangps acquire -o trip.gpx                  download everything as GPX
   magellangps acquire --test-folder copy --events  a receiver's copied files, call by call
   magellangps import TKLG001.log -o track.gpx      one file off a receiver
+  magellangps send trip.gpx --dry-run              what a send would change
 )";
 
 constexpr char kGlobalHint[] = "The global options of \"magellangps --help\" are accepted here, too.\n";
@@ -68,6 +70,41 @@ void addDownloadOptions(CLI::App& command, Raw& raw)
     command.add_flag("--no-tracks", raw.noTracks, "Leave out tracks")->excludes(json);
 }
 
+void addDeviceOption(CLI::App& command, Raw& raw)
+{
+    command.add_option("--device", raw.options.device, "Use the device at this place; a folder with a receiver's files will do")
+        ->type_name("LOCATION");
+}
+
+CLI::Option* addBackupOption(CLI::App& command, Raw& raw)
+{
+    return command
+        .add_option("--backup", raw.options.backupFolder, "Keep the backups in this folder instead of the user's state folder")
+        ->type_name("DIR");
+}
+
+void addSendOptions(CLI::App& command, Raw& raw)
+{
+    auto& options = raw.options;
+    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
+    addDeviceOption(command, raw);
+    auto* const files = command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
+    auto* const data = command.add_option("--data", options.data, "Send this JSON file's data dictionary instead, as it stands");
+    data->type_name("FILE")->excludes(files);
+    auto* const backup = addBackupOption(command, raw);
+    command.add_flag("--no-backup", raw.noBackup, "Keep no copy of the device's data folders")->excludes(backup);
+    command.add_flag("--dry-run", options.dryRun, "Say what would be sent, and change nothing");
+    command.add_flag("--exact-names", options.exactNames, "Leave names and texts as the files have them")->excludes(data);
+}
+
+void addRestoreOptions(CLI::App& command, Raw& raw)
+{
+    command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
+    addDeviceOption(command, raw);
+    addBackupOption(command, raw);
+    command.add_option("backup", raw.options.restored, "The backup to put back, as listed, or its folder")->type_name("BACKUP");
+}
+
 void addCommands(CLI::App& app, Raw& raw)
 {
     const auto add = [&](const char* name, const char* what, Command command, const char* examples) {
@@ -82,12 +119,17 @@ void addCommands(CLI::App& app, Raw& raw)
     auto* const acquire = add("acquire", "Download from a device", Command::kAcquire,
                               "  magellangps acquire -o trip.gpx\n  magellangps acquire --device /media/RECEIVER --no-tracks");
     addDownloadOptions(*acquire, raw);
-    acquire->add_option("--device", raw.options.device, "Use the device at this place; a folder with a receiver's files will do")
-        ->type_name("LOCATION");
+    addDeviceOption(*acquire, raw);
     auto* const import = add("import", "Import sentence files, each as one operation", Command::kImport,
                              "  magellangps import TKLG001.log Home.upt -o trip.gpx");
     addDownloadOptions(*import, raw);
     import->add_option("files", raw.options.files, "The files to import")->type_name("FILE")->required();
+    addSendOptions(*add("send", "Send GPX files to a device", Command::kSend,
+                        "  magellangps send trip.gpx --dry-run\n  magellangps send trip.gpx --device /media/RECEIVER"),
+                   raw);
+    addRestoreOptions(*add("restore", "List the backups that sends have made, or put one back", Command::kRestore,
+                           "  magellangps restore\n  magellangps restore 20260830T101500Z"),
+                      raw);
 }
 
 std::size_t editDistance(std::string_view a, std::string_view b)
@@ -182,6 +224,9 @@ ParsedCommandLine check(Raw raw)
     options.waypoints = !raw.noWaypoints;
     options.routes = !raw.noRoutes;
     options.tracks = !raw.noTracks;
+    options.backup = !raw.noBackup;
+    if (options.command == Command::kSend && options.files.empty() && !options.data)
+        return mistake("no FILE to send is given, and no --data");
     if (auto wrong = checkOutput(raw, options); !wrong.empty())
         return mistake(wrong);
     if (options.events && options.summary)

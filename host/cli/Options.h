@@ -15,7 +15,7 @@
 
 namespace host {
 
-enum class Command { kInfo, kDevices, kAcquire, kImport };
+enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore };
 
 /// What the user asked for.
 struct Options {
@@ -32,10 +32,12 @@ struct Options {
 
     bool watch = false; ///< devices
 
-    // acquire and import.
+    // acquire, import, send and restore.
     std::optional<std::string> driver;
-    std::optional<std::string> device; ///< acquire
-    std::vector<std::string> files;    ///< import
+    std::optional<std::string> device; ///< not import
+    std::vector<std::string> files;    ///< import and send
+
+    // acquire and import.
     std::optional<std::string> output; ///< "-" is the standard output
     const Format* format = nullptr;    ///< set exactly when there is an output
     bool summary = false;              ///< the table, although there is an output
@@ -43,6 +45,14 @@ struct Options {
     bool routes = true;
     bool tracks = true;
     std::optional<gps::Dictionary> driverOptions; ///< instead of the host's own
+
+    // send and restore.
+    std::optional<std::string> data;         ///< the data dictionary's file, instead of GPX files
+    std::optional<std::string> backupFolder; ///< instead of the user's own
+    bool backup = true;
+    bool dryRun = false;
+    bool exactNames = false;
+    std::optional<std::string> restored; ///< the backup to put back; none: list them
 };
 
 /// What came out of reading a command line: either the options, or a text to print and the status to leave with.

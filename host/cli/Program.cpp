@@ -26,6 +26,10 @@ ExitStatus runCommand(const PlugInBundle& plugIn, const Options& options, const 
         return runAcquire(plugIn, options, console);
     case Command::kImport:
         return runImport(plugIn, options, console);
+    case Command::kSend:
+        return runSend(plugIn, options, console);
+    case Command::kRestore:
+        return runRestore(plugIn, options, console);
     }
     return ExitStatus::kUsage;
 }

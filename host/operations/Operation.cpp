@@ -96,6 +96,8 @@ void note(Outcome& outcome, const EventBatch& batch)
     for (const auto& event : batch) {
         if (event.kind == EventKind::kStartTransfer)
             outcome.transfers.push_back(event.transfer);
+        else if (event.kind == EventKind::kEndSending)
+            outcome.sendings.push_back(event.transfer);
         else if (event.kind == EventKind::kError)
             outcome.reported.push_back(*event.error);
     }

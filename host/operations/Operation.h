@@ -34,6 +34,7 @@ struct Outcome {
     std::optional<gps::Error> error;          ///< what the operation answered
     std::vector<gps::Error> reported;         ///< what came by `error:`
     std::vector<gps::TransferKind> transfers; ///< those that began, in order
+    std::vector<gps::TransferKind> sendings;  ///< kinds whose sending ended, in order
     std::vector<LoggedError> loggedErrors;    ///< errors that the plug-in logged about a path
     std::size_t moreErrors = 0;               ///< further ones, not kept
     std::vector<std::string> logLines;        ///< every other line that the plug-in logged

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A driver of a test's own: what it answers is set from outside, and what its acquire does is a function.
+// A driver of a test's own: what it answers is set from outside, and what its acquire and its send do is a function each.
 
 #pragma once
 
@@ -10,14 +10,18 @@
 #include <utility>
 #include <vector>
 
+#include <gps/GPSFileDevice.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/View.h>
 
 namespace support {
 
-struct FakeDriver final : gps::GPSPlugInProtocol {
+struct FakeDriver : gps::GPSPlugInProtocol {
     using Acquire = std::function<std::optional<gps::Error>(const Status& status, const gps::Dictionary& options)>;
+
+    using Send = std::function<std::optional<gps::Error>(const gps::Dictionary* data, const Status& status,
+                                                         const gps::Dictionary& options)>;
 
     explicit FakeDriver(std::string driverName = "Fake") : name(std::move(driverName))
     {
@@ -45,7 +49,11 @@ struct FakeDriver final : gps::GPSPlugInProtocol {
     {
         return acquire(status, options);
     }
-    std::optional<gps::Error> gpsRunSend(const gps::Dictionary*, const Status&, const gps::Dictionary&) override { return {}; }
+    std::optional<gps::Error> gpsRunSend(const gps::Dictionary* data, const Status& status,
+                                         const gps::Dictionary& options) override
+    {
+        return send(data, status, options);
+    }
     void gpsCancel() override {}
     std::string gpsCapabilities() const override { return capabilities; }
     bool isReady() const override { return ready; }
@@ -75,7 +83,24 @@ struct FakeDriver final : gps::GPSPlugInProtocol {
         status->gpsStateChange(0);
         return std::nullopt;
     };
+    Send send = [](const gps::Dictionary*, const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
     std::function<void()> onRefresh;
+};
+
+/// One whose device is a folder of files.
+struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
+    std::optional<std::string> deviceIdentifier() const override { return identifier; }
+    std::vector<std::string> dataFolders() const override { return folders; }
+    std::string deviceCharacters() const override { return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"; }
+    std::size_t longestName() const override { return 10; }
+    gps::SendPlan planSend(const gps::Dictionary& data) const override { return plan(data); }
+
+    std::optional<std::string> identifier = "42";
+    std::vector<std::string> folders;
+    std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) { return gps::SendPlan{}; };
 };
 
 } // namespace support

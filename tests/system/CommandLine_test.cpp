@@ -18,8 +18,13 @@ using testing::IsEmpty;
 
 TEST(CommandLine, EveryCommandHasItsHelp)
 {
-    for (const auto& words : std::vector<std::vector<std::string>>{
-             {"--help"}, {"info", "--help"}, {"devices", "--help"}, {"acquire", "--help"}, {"import", "--help"}}) {
+    for (const auto& words : std::vector<std::vector<std::string>>{{"--help"},
+                                                                   {"info", "--help"},
+                                                                   {"devices", "--help"},
+                                                                   {"acquire", "--help"},
+                                                                   {"import", "--help"},
+                                                                   {"send", "--help"},
+                                                                   {"restore", "--help"}}) {
         const auto ran = magellangps(words);
         EXPECT_EQ(ran.status, 0);
         EXPECT_THAT(ran.out, HasSubstr("Usage: magellangps"));
@@ -29,8 +34,13 @@ TEST(CommandLine, EveryCommandHasItsHelp)
 
 TEST(CommandLine, MistakeIsOneLineAndStatus2)
 {
-    for (const auto& words : std::vector<std::vector<std::string>>{
-             {"aquire"}, {"acquire", "--no-such"}, {"acquire", "-o", "a.xyz"}, {"import"}, {"acquire", "--options", "[1]"}}) {
+    for (const auto& words : std::vector<std::vector<std::string>>{{"aquire"},
+                                                                   {"acquire", "--no-such"},
+                                                                   {"acquire", "-o", "a.xyz"},
+                                                                   {"import"},
+                                                                   {"acquire", "--options", "[1]"},
+                                                                   {"send"},
+                                                                   {"send", "a.gpx", "--data", "d.json"}}) {
         const auto ran = magellangps(words);
         EXPECT_EQ(ran.status, 2);
         EXPECT_THAT(ran.out, IsEmpty());

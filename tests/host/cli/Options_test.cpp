@@ -87,10 +87,42 @@ TEST(Options, ImportNamesItsFile)
     EXPECT_EQ(options, (gps::Dictionary{{"waypoints", true}, {"routes", false}, {"tracks", true}, {"sourcePath", "a.log"}}));
 }
 
+TEST(Options, SendTakesFilesOrADataFile)
+{
+    const auto files = optionsOf({"send", "a.gpx", "b.gpx", "--device", "D", "--dry-run", "--exact-names", "--backup", "K"});
+    EXPECT_EQ(files.command, Command::kSend);
+    EXPECT_THAT(files.files, ElementsAre("a.gpx", "b.gpx"));
+    EXPECT_EQ(files.device, "D");
+    EXPECT_EQ(files.backupFolder, "K");
+    EXPECT_TRUE(files.dryRun);
+    EXPECT_TRUE(files.exactNames);
+    EXPECT_TRUE(files.backup);
+    const auto data = optionsOf({"send", "--data", "d.json", "--no-backup", "--events"});
+    EXPECT_EQ(data.data, "d.json");
+    EXPECT_FALSE(data.backup);
+    EXPECT_FALSE(data.dryRun);
+}
+
+TEST(Options, RestoreTakesABackupOrNone)
+{
+    EXPECT_EQ(optionsOf({"restore"}).command, Command::kRestore);
+    EXPECT_EQ(optionsOf({"restore"}).restored, std::nullopt);
+    const auto options = optionsOf({"restore", "--backup", "K", "20260830T101500Z", "--device", "D"});
+    EXPECT_EQ(options.restored, "20260830T101500Z");
+    EXPECT_EQ(options.backupFolder, "K");
+    EXPECT_EQ(options.device, "D");
+}
+
 TEST(Options, HelpAndVersionAreAnswers)
 {
-    for (const auto& words : std::vector<std::vector<const char*>>{
-             {"--help"}, {"-h"}, {"info", "--help"}, {"devices", "--help"}, {"acquire", "--help"}, {"import", "--help"}}) {
+    for (const auto& words : std::vector<std::vector<const char*>>{{"--help"},
+                                                                   {"-h"},
+                                                                   {"info", "--help"},
+                                                                   {"devices", "--help"},
+                                                                   {"acquire", "--help"},
+                                                                   {"import", "--help"},
+                                                                   {"send", "--help"},
+                                                                   {"restore", "--help"}}) {
         const auto parsed = parse(words);
         EXPECT_EQ(parsed.status, ExitStatus::kSuccess);
         EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
@@ -138,6 +170,12 @@ TEST(Options, MistakesAreOneLineEach)
         {{"-q", "-v", "info"}, "excludes"},
         {{"import"}, "no FILE"},
         {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
+        {{"send"}, "no FILE to send"},
+        {{"send", "a.gpx", "--data", "d.json"}, "excludes"},
+        {{"send", "--data", "d.json", "--exact-names"}, "excludes"},
+        {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "excludes"},
+        {{"send", "a.gpx", "--dryrun"}, "did you mean \"--dry-run\"?"},
+        {{"restore", "a", "b"}, "unexpected argument \"b\""},
         {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},
     };
     for (const auto& [words, says] : rows) {

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/backup/Manifest.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "host/formats/JsonText.h"
+#include "host/operations/HostError.h"
+
+#include <gps/Value.h>
+#include <platform/System/FileManager.h>
+
+namespace host {
+namespace {
+
+constexpr std::uint64_t kFnvBasis = 14695981039346656037U;
+constexpr std::uint64_t kFnvPrime = 1099511628211U;
+constexpr char kDigits[] = "0123456789abcdef";
+
+gps::Error noManifest(const std::string& folder)
+{
+    return hostError("This is no whole backup", "See what \"magellangps restore\" lists", folder);
+}
+
+bool staysBelow(const std::string& path)
+{
+    const std::filesystem::path parts{path};
+    return !path.empty() && parts.is_relative() && std::find(parts.begin(), parts.end(), "..") == parts.end();
+}
+
+bool isPlain(char c) noexcept
+{
+    return c >= ' ' && c <= '~' && c != '%';
+}
+
+// A file's name is any bytes, a JSON string is not: the others are written as "%" and two hexadecimal digits.
+std::string encoded(std::string_view path)
+{
+    std::string text;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (isPlain(c))
+            text += c;
+        else
+            text.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+    }
+    return text;
+}
+
+std::string decoded(std::string_view text)
+{
+    std::string path;
+    while (!text.empty()) {
+        unsigned int byte = 0;
+        if (text.front() != '%' ||
+            std::from_chars(text.data() + 1, text.data() + std::min<std::size_t>(text.size(), 3), byte, 16).ec != std::errc{}) {
+            path += text.front();
+            text.remove_prefix(1);
+            continue;
+        }
+        path += static_cast<char>(byte);
+        text.remove_prefix(std::min<std::size_t>(text.size(), 3));
+    }
+    return path;
+}
+
+bool readFolders(const gps::Dictionary& json, Manifest& manifest)
+{
+    const auto* const value = json.find("folders");
+    const auto* const folders = value != nullptr ? value->as<gps::Array>() : nullptr;
+    if (folders == nullptr)
+        return false;
+    for (const auto& folder : *folders) {
+        const auto* const path = folder.as<std::string>();
+        if (path == nullptr || !staysBelow(decoded(*path)))
+            return false;
+        manifest.folders.push_back(decoded(*path));
+    }
+    return true;
+}
+
+bool readFiles(const gps::Dictionary& json, Manifest& manifest)
+{
+    const auto* const value = json.find("files");
+    const auto* const files = value != nullptr ? value->as<gps::Array>() : nullptr;
+    if (files == nullptr)
+        return false;
+    for (const auto& element : *files) {
+        const auto* const file = element.as<gps::Dictionary>();
+        const auto* const path = file != nullptr ? file->findString("path") : nullptr;
+        const auto* const size = file != nullptr ? file->find("size") : nullptr;
+        const auto* const bytes = size != nullptr ? size->as<gps::Number>() : nullptr;
+        const auto* const hash = file != nullptr ? file->findString("hash") : nullptr;
+        if (path == nullptr || bytes == nullptr || hash == nullptr || !staysBelow(decoded(*path)))
+            return false;
+        manifest.files.push_back({decoded(*path), static_cast<std::uint64_t>(bytes->int64Value()), *hash});
+    }
+    return true;
+}
+
+} // namespace
+
+std::string hashOf(std::string_view bytes)
+{
+    std::uint64_t hash = kFnvBasis;
+    for (const char byte : bytes)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * kFnvPrime;
+    std::string text(16, '0');
+    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4)
+        *digit = kDigits[hash & 15];
+    return text;
+}
+
+std::string manifestText(const Manifest& manifest)
+{
+    gps::Array folders;
+    for (const auto& folder : manifest.folders)
+        folders.emplace_back(encoded(folder));
+    gps::Array files;
+    for (const auto& file : manifest.files)
+        files.emplace_back(
+            gps::Dictionary{{"path", encoded(file.path)}, {"size", static_cast<std::int64_t>(file.size)}, {"hash", file.hash}});
+    std::string text;
+    appendJson(text, gps::Dictionary{{"device", manifest.device}, {"folders", std::move(folders)}, {"files", std::move(files)}});
+    return text + '\n';
+}
+
+std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest)
+{
+    std::string text;
+    if (gps::FileManager{}.readFile(gps::joinPath(folder, kManifestName), text))
+        return noManifest(folder);
+    const auto json = readJsonObject(text);
+    Manifest read;
+    if (!json || !readFolders(*json, read) || !readFiles(*json, read))
+        return noManifest(folder);
+    if (const auto* const device = json->findString("device"))
+        read.device = *device;
+    manifest = std::move(read);
+    return std::nullopt;
+}
+
+} // namespace host

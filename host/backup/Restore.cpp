@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/backup/Restore.h"
+
+#include <set>
+#include <utility>
+
+#include "host/backup/Files.h"
+#include "host/operations/HostError.h"
+
+#include <platform/System/FileManager.h>
+
+namespace host {
+
+std::optional<gps::Error> Restore::open(const std::string& backup)
+{
+    Manifest manifest;
+    if (auto failure = readManifest(backup, manifest))
+        return failure;
+    backup_ = backup;
+    manifest_ = std::move(manifest);
+    for (const auto& file : manifest_.files) {
+        std::string bytes;
+        if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
+            return failure;
+        if (bytes.size() != file.size || hashOf(bytes) != file.hash)
+            return hostError("A file of the backup is damaged", "Choose another backup", pathOf(file));
+    }
+    return std::nullopt;
+}
+
+std::optional<gps::Error> Restore::write(const std::string& device, std::vector<std::string>& written) const
+{
+    for (const auto& file : manifest_.files) {
+        std::string bytes;
+        if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
+            return failure;
+        const auto path = gps::joinPath(device, file.path);
+        std::string present;
+        if (!gps::FileManager{}.readFile(path, present) && present == bytes)
+            continue;
+        if (auto failure = writeFile(path, bytes))
+            return failure;
+        written.push_back(file.path);
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> Restore::strangers(const std::string& device) const
+{
+    std::set<std::string> known;
+    for (const auto& file : manifest_.files)
+        known.insert(file.path);
+    std::vector<std::string> strangers;
+    for (const auto& folder : manifest_.folders) {
+        auto entries = gps::FileManager{}.enumerator(gps::joinPath(device, folder));
+        while (const auto entry = entries.next()) {
+            auto path = gps::joinPath(folder, entry->relativePath);
+            if (!entry->isFolder && !known.contains(path))
+                strangers.push_back(std::move(path));
+        }
+    }
+    return strangers;
+}
+
+std::string Restore::pathOf(const BackedUpFile& file) const
+{
+    return gps::joinPath(gps::joinPath(backup_, kFilesName), file.path);
+}
+
+} // namespace host

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Commands.h"
+
+#include <algorithm>
+
+#include "host/backup/Backup.h"
+#include "host/backup/Restore.h"
+#include "host/bundle/DeviceChoice.h"
+#include "host/formats/Table.h"
+#include "host/formats/Text.h"
+#include "host/operations/HostError.h"
+
+#include <gps/GPSFileDevice.h>
+
+namespace host {
+namespace {
+
+std::string listOf(const std::vector<Backup>& backups)
+{
+    if (backups.empty())
+        return "There is no backup of this device.\n";
+    Table table{{{"Backup"}, {"Files", Table::Align::kRight}, {"Bytes", Table::Align::kRight}}};
+    for (const auto& backup : backups)
+        table.add({backup.name, std::to_string(backup.files), std::to_string(backup.bytes)});
+    return table.text();
+}
+
+// A listed backup's name, or any backup's folder.
+std::string pathOf(const std::string& wanted, const std::vector<Backup>& backups)
+{
+    const auto found = std::find_if(backups.begin(), backups.end(), [&](const Backup& backup) { return backup.name == wanted; });
+    return found != backups.end() ? found->path : wanted;
+}
+
+std::optional<gps::Error> putBack(const std::string& backup, const std::string& folder, const DataFolders& device,
+                                  std::string& report)
+{
+    Restore restore;
+    if (auto failure = restore.open(backup))
+        return failure;
+    Backup made;
+    std::vector<std::string> skipped;
+    if (auto failure = makeBackup(folder, device, backup, made, skipped))
+        return failure;
+    report = "The state before is kept in the backup " + made.name + '\n';
+    std::vector<std::string> written;
+    auto failure = restore.write(device.device, written);
+    for (const auto& path : written)
+        report += "restored: " + displayText(path) + '\n';
+    if (written.empty() && !failure)
+        report += "The device holds what the backup holds.\n";
+    for (const auto& path : restore.strangers(device.device))
+        report += "left, not in the backup: " + displayText(path) + '\n';
+    return failure;
+}
+
+} // namespace
+
+ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console)
+{
+    Driver driver;
+    if (const auto failure = chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+        console.error(*failure);
+        return ExitStatus::kNothingToWorkOn;
+    }
+    const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(driver.get());
+    const DataFolders folders{selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
+                              device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
+    if (device == nullptr || folders.device.empty()) {
+        console.error("This driver has no device that backups are kept of.");
+        return ExitStatus::kNothingToWorkOn;
+    }
+    const auto folder = options.backupFolder ? options.backupFolder : usualBackupFolder();
+    if (!folder) {
+        console.error("There is no home that backups could be in. Name a folder with --backup.");
+        return ExitStatus::kFailed;
+    }
+    const auto backups = listBackups(*folder, folders.identifier);
+    if (!options.restored)
+        return print(listOf(backups), console);
+    std::string report;
+    const auto failure = putBack(pathOf(*options.restored, backups), *folder, folders, report);
+    const auto printed = print(report, console);
+    if (!failure)
+        return printed;
+    console.error(*failure);
+    return ExitStatus::kFailed;
+}
+
+} // namespace host

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Commands.h"
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/cli/Sending.h"
+
+namespace host {
+
+ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Console& console)
+{
+    Sending sending{options, console};
+    if (const auto failure = sending.open()) {
+        console.error(*failure);
+        return ExitStatus::kFailed;
+    }
+    Driver driver;
+    if (const auto failure = chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+        console.error(*failure);
+        return ExitStatus::kNothingToWorkOn;
+    }
+    return sending.run(*driver);
+}
+
+} // namespace host

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/DataFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "host/formats/JsonText.h"
+#include "host/formats/XmlText.h"
+#include "host/operations/HostError.h"
+
+#include <platform/System/FileManager.h>
+
+namespace host {
+namespace {
+
+constexpr std::size_t kLargest = std::size_t{1} << 30; // bytes
+
+gps::Number numberIn(const gps::Dictionary& object, std::string_view key)
+{
+    const auto* const value = object.find(key);
+    const auto* const number = value != nullptr ? value->as<gps::Number>() : nullptr;
+    return number != nullptr ? *number : gps::Number{0};
+}
+
+gps::GPSPoint pointOf(const gps::Dictionary& object)
+{
+    return {.latitude = numberIn(object, "latitude").doubleValue(),
+            .longitude = numberIn(object, "longitude").doubleValue(),
+            .altitude = numberIn(object, "altitude").doubleValue(),
+            .time = numberIn(object, "time").int64Value(),
+            .reserved = numberIn(object, "reserved").int64Value()};
+}
+
+void boxPoints(gps::Dictionary& dictionary);
+
+void boxPoints(gps::Value& value)
+{
+    if (auto* const dictionary = value.as<gps::Dictionary>())
+        boxPoints(*dictionary);
+    if (auto* const array = value.as<gps::Array>()) {
+        for (auto& element : *array)
+            boxPoints(element);
+    }
+}
+
+void boxPoints(gps::Dictionary& dictionary)
+{
+    std::vector<std::string> keys;
+    for (const auto& entry : dictionary)
+        keys.push_back(entry.key);
+    for (const auto& key : keys) {
+        auto& value = *dictionary.find(key);
+        if (const auto* const object = value.as<gps::Dictionary>(); object != nullptr && key == gps::kPointKey)
+            dictionary.set(key, pointOf(*object));
+        else
+            boxPoints(value);
+    }
+}
+
+} // namespace
+
+std::optional<gps::Error> readDataFile(const std::string& path, std::optional<gps::Dictionary>& data)
+{
+    std::string text;
+    if (auto failure = gps::FileManager{}.readFile(path, text, kLargest))
+        return failure;
+    if (withoutOuterSpace(text) == "null") {
+        data.reset();
+        return std::nullopt;
+    }
+    auto read = readJsonObject(text);
+    if (!read)
+        return hostError("The data file is no JSON object, or one that is nested too deep",
+                         "Write an object with \"waypoint\", \"route\" and \"track\", or null", path);
+    boxPoints(*read);
+    data = std::move(read);
+    return std::nullopt;
+}
+
+} // namespace host

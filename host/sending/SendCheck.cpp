@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/sending/SendCheck.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "host/operations/HostError.h"
+
+#include <platform/System/FileManager.h>
+
+namespace host {
+namespace {
+
+using Fate = gps::PlannedFile::Fate;
+
+constexpr std::array<std::pair<std::string_view, gps::TransferKind>, 3> kKeys{
+    {{"track", gps::TransferKind::kTracks}, {"waypoint", gps::TransferKind::kWaypoints}, {"route", gps::TransferKind::kRoutes}}};
+
+} // namespace
+
+std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
+{
+    std::vector<gps::TransferKind> kinds;
+    for (const auto& [key, kind] : kKeys) {
+        const auto* const records = data.find(key);
+        if (records != nullptr && records->as<gps::Array>() != nullptr)
+            kinds.push_back(kind);
+    }
+    return kinds;
+}
+
+std::vector<gps::Error> missingFiles(const gps::SendPlan& plan)
+{
+    std::vector<gps::Error> missing;
+    for (const auto& file : plan.files) {
+        if (file.fate == Fate::kLeft)
+            continue;
+        std::string present;
+        if (gps::FileManager{}.readFile(file.path, present))
+            missing.push_back(
+                hostError("A file that was sent is not on the device", "See what the device lacks, and try again", file.path));
+        else if (present != file.content)
+            missing.push_back(hostError("A file on the device does not hold what was sent",
+                                        "See what the device lacks, and try again", file.path));
+    }
+    return missing;
+}
+
+bool tellsOfNewFile(const gps::Error& logged, const gps::SendPlan& plan)
+{
+    const auto* const cause = logged.userInfo().findDictionary(gps::kErrorUnderlyingKey);
+    const auto* const code = cause != nullptr ? cause->find("code") : nullptr;
+    return code != nullptr && code->int32Reading() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile) &&
+           std::any_of(plan.files.begin(), plan.files.end(),
+                       [&](const gps::PlannedFile& file) { return file.fate == Fate::kMade && file.path == logged.path(); });
+}
+
+} // namespace host

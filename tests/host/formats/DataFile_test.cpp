@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/DataFile.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+class DataFile : public testing::Test {
+protected:
+    std::optional<gps::Error> read(std::string_view json) { return host::readDataFile(folder_.put("d.json", json), data_); }
+
+    support::TemporaryFolder folder_;
+    std::optional<gps::Dictionary> data_;
+};
+
+TEST_F(DataFile, ObjectUnderPointIsAPointWhoseMissingFieldsAre0)
+{
+    EXPECT_FALSE(read(R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"time":7,"other":"x"}}]})"));
+    const gps::GPSPoint point{.latitude = 46.5, .time = 7};
+    EXPECT_EQ(data_, (gps::Dictionary{{"waypoint", gps::Array{gps::Dictionary{{"name", "A"}, {"point", point}}}}}));
+}
+
+TEST_F(DataFile, PointsAreBoxedAtEveryDepth)
+{
+    EXPECT_FALSE(read(R"({"route":[{"points":[{"point":{"longitude":7,"altitude":1e3,"reserved":-1}}]}]})"));
+    const gps::GPSPoint point{.longitude = 7, .altitude = 1000, .reserved = -1};
+    const gps::Array points{gps::Dictionary{{"point", point}}};
+    EXPECT_EQ(data_, (gps::Dictionary{{"route", gps::Array{gps::Dictionary{{"points", points}}}}}));
+}
+
+TEST_F(DataFile, EverythingElseStaysAsItStandsAndInOrder)
+{
+    EXPECT_FALSE(read(R"({"z":"Ä","a":true,"point":"text","m":{"point":[1]},"n":null})"));
+    EXPECT_EQ(data_,
+              (gps::Dictionary{{"z", "Ä"}, {"a", true}, {"point", "text"}, {"m", gps::Dictionary{{"point", gps::Array{1}}}}}));
+    std::string keys;
+    for (const auto& entry : *data_)
+        keys += entry.key + ' ';
+    EXPECT_EQ(keys, "z a point m ");
+}
+
+TEST_F(DataFile, NullIsNoDictionary)
+{
+    data_ = gps::Dictionary{{"old", 1}};
+    EXPECT_FALSE(read(" null\n"));
+    EXPECT_FALSE(data_);
+}
+
+TEST_F(DataFile, EmptyObjectIsAnEmptyDictionary)
+{
+    EXPECT_FALSE(read("{}"));
+    EXPECT_EQ(data_, gps::Dictionary{});
+}
+
+TEST_F(DataFile, WhatIsNoObjectIsRefusedWithItsPath)
+{
+    for (const auto& json : {std::string{}, std::string{"[]"}, std::string{"1"}, std::string{"nul"}, std::string{"null null"},
+                             std::string{R"({"a":)"}, R"({"a":)" + std::string(100'000, '[') + std::string(100'000, ']') + '}'}) {
+        const auto failure = read(json);
+        ASSERT_TRUE(failure) << json.substr(0, 20);
+        EXPECT_EQ(failure->path(), folder_.path("d.json"));
+        EXPECT_FALSE(data_);
+    }
+}
+
+TEST_F(DataFile, FileThatIsNotThereIsRefused)
+{
+    EXPECT_TRUE(host::readDataFile(folder_.path("none"), data_));
+    EXPECT_TRUE(host::readDataFile(folder_.path(), data_));
+}
+
+} // namespace

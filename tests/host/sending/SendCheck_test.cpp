@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/sending/SendCheck.h"
+
+#include <gmock/gmock.h>
+
+#include "support/TemporaryFolder.h"
+
+#include <platform/System/FileManager.h>
+
+namespace {
+
+using Fate = gps::PlannedFile::Fate;
+using gps::TransferKind;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+gps::Error unreadable(const std::string& path, gps::FileErrorCode code)
+{
+    return gps::Error{"plug-in", -1, {{gps::kErrorPathKey, path}}}.causedBy(gps::makeFileError(code, path));
+}
+
+TEST(SendCheck, KindsAreThoseOfTheArraysInTheOrderOfSending)
+{
+    EXPECT_THAT(host::kindsIn({{"waypoint", gps::Array{}}, {"route", "none"}, {"track", gps::Array{1}}}),
+                ElementsAre(TransferKind::kTracks, TransferKind::kWaypoints));
+    EXPECT_THAT(host::kindsIn({}), IsEmpty());
+}
+
+TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
+{
+    const support::TemporaryFolder folder;
+    gps::SendPlan plan;
+    plan.files.push_back({folder.put("same", "abc"), Fate::kMade, "abc", {}});
+    EXPECT_THAT(host::missingFiles(plan), IsEmpty());
+    plan.files.push_back({folder.put("other", "abd"), Fate::kMerged, "abc", {}});
+    plan.files.push_back({folder.path("none"), Fate::kMade, "", {}});
+    plan.files.push_back({folder.path("left"), Fate::kLeft, "abc", {}});
+    const auto missing = host::missingFiles(plan);
+    ASSERT_EQ(missing.size(), 2U);
+    EXPECT_EQ(missing[0].path(), folder.path("other"));
+    EXPECT_EQ(missing[1].path(), folder.path("none"));
+}
+
+TEST(SendCheck, OnlyAFileToBeMadeMayBeMissingBefore)
+{
+    gps::SendPlan plan;
+    plan.files.push_back({"/made", Fate::kMade, "", {}});
+    plan.files.push_back({"/merged", Fate::kMerged, "", {}});
+    EXPECT_TRUE(host::tellsOfNewFile(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/other", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/made", gps::FileErrorCode::kReadNoPermission), plan));
+    EXPECT_FALSE(host::tellsOfNewFile(gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, "/made"), plan));
+}
+
+} // namespace

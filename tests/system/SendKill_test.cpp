@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+// Sends that are killed at random moments: whatever the moment, the device holds each file old or new, and whole.
+
+#include <chrono>
+#include <map>
+#include <random>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kRounds = 40;
+#else
+constexpr int kRounds = 200;
+#endif
+constexpr int kWaypoints = 300;
+constexpr unsigned kSeed = 20260830;
+
+using Files = std::map<std::string, std::string>;
+
+// The data files that a person sees: those that a receiver lists.
+Files visibleFiles(const std::string& folder)
+{
+    Files files;
+    for (const auto& entry : fs::recursive_directory_iterator{folder}) {
+        if (entry.is_directory() || entry.path().filename().string().starts_with('.'))
+            continue;
+        std::ifstream file{entry.path(), std::ios::binary};
+        files[entry.path().lexically_relative(folder).string()] = {std::istreambuf_iterator<char>{file}, {}};
+    }
+    return files;
+}
+
+// Many waypoints and geocaches, a route of them all, and three tracks.
+std::string manyRecords()
+{
+    std::string waypoints;
+    std::string points;
+    for (int i = 0; i < kWaypoints; ++i) {
+        const auto number = std::to_string(i);
+        const auto place = R"("point":{"latitude":46.)" + number + R"(,"longitude":7.)" + number + "}}";
+        waypoints += (i > 0 ? R"(,{"name":"W)" : R"({"name":"W)") + number + R"(",)" + place;
+        waypoints += R"(,{"name":"G)" + number + R"(","symbol":"Geocache",)" + place;
+        points += (i > 0 ? R"(,{"name":"P)" : R"({"name":"P)") + number + R"(",)" + place;
+    }
+    const auto track = R"({"points":[)" + points + "]}";
+    return R"({"waypoint":[)" + waypoints + R"(],"route":[{"name":"R","points":[)" + points + R"(]}],"track":[)" + track + ',' +
+           track + ',' + track + "]}";
+}
+
+class SendKill : public testing::Test {
+protected:
+    SendKill() { data_.put("d.json", manyRecords()); }
+
+    pid_t start() const
+    {
+        const std::vector<std::string> words{MAGELLAN_BIN_DIR "/magellangps",
+                                             "send",
+                                             "--data",
+                                             data_.path("d.json"),
+                                             "--device",
+                                             receiver_.path(),
+                                             "--no-backup",
+                                             "-q"};
+        std::vector<char*> arguments;
+        for (const auto& word : words)
+            arguments.push_back(const_cast<char*>(word.c_str()));
+        arguments.push_back(nullptr);
+        const std::string home = "HOME=" + data_.path();
+        char* environment[] = {const_cast<char*>(home.c_str()), nullptr};
+        posix_spawn_file_actions_t files;
+        ::posix_spawn_file_actions_init(&files);
+        for (const int stream : {0, 1, 2})
+            ::posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_RDWR, 0);
+        pid_t child = 0;
+        const int failure = ::posix_spawn(&child, arguments.front(), &files, nullptr, arguments.data(), environment);
+        ::posix_spawn_file_actions_destroy(&files);
+        EXPECT_EQ(failure, 0);
+        return child;
+    }
+
+    static int waitFor(pid_t child)
+    {
+        int status = 0;
+        while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+        }
+        return status;
+    }
+
+    void reset(const Files& old) const
+    {
+        for (const auto& [name, content] : visibleFiles(receiver_.path())) {
+            if (!old.contains(name))
+                fs::remove(receiver_.path(name));
+        }
+        for (const auto& [name, content] : old)
+            receiver_.put(name, content);
+    }
+
+    support::Receiver receiver_;
+    support::TemporaryFolder data_;
+};
+
+TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
+{
+    receiver_.put("Points/Default POI File.upt", support::sentences({support::kCamp, support::kHut}));
+    receiver_.put("Caches/Default Geocache File.gs", support::sentences({support::kCache}));
+    receiver_.put("Ways/Default Route File.rte", support::sentences({support::kCamp, support::kHut, support::kLoop}));
+    const auto old = visibleFiles(receiver_.path());
+    const auto begin = Clock::now();
+    ASSERT_EQ(waitFor(start()), 0);
+    const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+    const auto fresh = visibleFiles(receiver_.path());
+
+    std::mt19937 random{kSeed};
+    std::uniform_int_distribution<long> moment{0, static_cast<long>(duration.count())};
+    int killed = 0;
+    int between = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        reset(old);
+        const std::chrono::microseconds pause{moment(random)};
+        const auto child = start();
+        std::this_thread::sleep_for(pause); // the moment is what the test is about
+        ::kill(child, SIGKILL);
+        killed += WIFSIGNALED(waitFor(child)) ? 1 : 0;
+        const auto seen = visibleFiles(receiver_.path());
+        for (const auto& [name, content] : seen) {
+            const bool isOld = old.contains(name) && old.at(name) == content;
+            const bool isNew = fresh.contains(name) && fresh.at(name) == content;
+            EXPECT_TRUE(isOld || isNew) << name << " after " << pause.count() << " us, round " << round << ", seed " << kSeed;
+        }
+        for (const auto& [name, content] : old)
+            EXPECT_TRUE(seen.contains(name)) << name;
+        between += seen != old && seen != fresh ? 1 : 0;
+    }
+    EXPECT_GT(killed, kRounds / 2);
+    RecordProperty("between", between);
+
+    // What was left behind does not stand in the next send's way.
+    reset(old);
+    EXPECT_EQ(waitFor(start()), 0);
+    EXPECT_EQ(visibleFiles(receiver_.path()), fresh);
+    for (const auto& entry : fs::recursive_directory_iterator{receiver_.path()})
+        EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+}
+
+} // namespace

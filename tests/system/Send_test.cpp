@@ -1,0 +1,391 @@
+// SPDX-License-Identifier: MIT
+// Sends with the built program: to receivers made by the tests and to a copy of the sample receiver.
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include <sys/mount.h>
+
+#include "platform/System/PrivateMount.h"
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+using support::magellangps;
+using support::Ran;
+using support::Receiver;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
+
+constexpr char kTrip[] = R"(<gpx version="1.1" creator="test">
+<wpt lat="46.123456789" lon="7.987654321"><ele>12.7</ele><name>Summit</name><cmt>windy</cmt></wpt>
+<wpt lat="46.2" lon="7.3"><name>GC42</name><sym>Geocache</sym></wpt>
+<rte><name>Ridge</name>
+<rtept lat="46.123456789" lon="7.987654321"><ele>12.7</ele><time>2024-06-01T10:00:00Z</time><name>Summit</name><sym>No such symbol</sym></rtept>
+<rtept lat="46.9" lon="7.1"><name>Valley</name></rtept></rte>
+<trk><name>Walk</name><trkseg><trkpt lat="46.5" lon="7.5"><time>2024-06-01T10:00:00Z</time></trkpt></trkseg></trk>
+</gpx>)";
+
+// Every file of a folder with its content; other things with none.
+std::map<std::string, std::string> filesOf(const std::string& folder)
+{
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator{folder}) {
+        if (entry.is_directory())
+            continue;
+        std::ifstream file{entry.path(), std::ios::binary};
+        files[entry.path().lexically_relative(folder).string()] = {std::istreambuf_iterator<char>{file}, {}};
+    }
+    return files;
+}
+
+class Send : public testing::Test {
+protected:
+    // Backups go to a place of the test's own.
+    Ran send(const std::string& device, std::vector<std::string> words) const
+    {
+        words.insert(words.begin(), {"send", "--device", device, "--backup", here_.path("kept")});
+        return magellangps(words);
+    }
+
+    std::string sampleCopy() const
+    {
+        fs::copy(kSampleReceiver, here_.path("device"), fs::copy_options::recursive);
+        return here_.path("device");
+    }
+
+    std::string trip() const { return here_.put("trip.gpx", kTrip); }
+    std::string data(std::string_view json) const { return here_.put("data.json", json); }
+
+    support::TemporaryFolder here_;
+};
+
+// What an acquire tells of one kind, each record as a text within what a sentence can hold: five decimals of a minute, whole
+// metres, and no time without a day.
+std::vector<std::string> recordsOf(const std::string& device, const std::string& event)
+{
+    const auto rounded = [](ordered_json point) {
+        point["latitude"] = std::llround(point["latitude"].get<double>() * 6e6);
+        point["longitude"] = std::llround(point["longitude"].get<double>() * 6e6);
+        point["altitude"] = std::trunc(point["altitude"].get<double>());
+        if (point["time"] < 315'532'800) // 1980
+            point["time"] = 0;
+        return point;
+    };
+    const auto ran = magellangps({"acquire", "--device", device, "--events"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    std::vector<std::string> records;
+    std::istringstream lines{ran.out};
+    for (std::string line; std::getline(lines, line);) {
+        auto json = ordered_json::parse(line);
+        if (json["event"] != event)
+            continue;
+        if (json.contains("point"))
+            json["point"] = rounded(json["point"]);
+        for (const char* key : {"extra", "route"}) {
+            if (!json.contains(key))
+                continue;
+            if (json[key].contains("point"))
+                json[key]["point"] = rounded(json[key]["point"]);
+            json[key].erase("trackName"); // no device keeps it
+        }
+        records.push_back(json.dump());
+    }
+    std::sort(records.begin(), records.end());
+    records.erase(std::unique(records.begin(), records.end()), records.end());
+    return records;
+}
+
+TEST_F(Send, SampleReceiverSentToItselfHoldsNothingButTheSameRecords)
+{
+    const auto device = sampleCopy();
+    std::map<std::string, std::vector<std::string>> before;
+    for (const char* event : {"wayPoint", "newRoute", "trackPoint"})
+        before[event] = recordsOf(device, event);
+    ASSERT_EQ(magellangps({"acquire", "--device", device, "-o", here_.path("all.gpx")}).status, 0);
+    const auto ran = send(device, {here_.path("all.gpx"), "-q"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.err, IsEmpty());
+    for (const auto& [event, records] : before)
+        EXPECT_EQ(recordsOf(device, event), records) << event;
+}
+
+TEST_F(Send, SampleReceiverSentToAnEmptyOneArrivesWhole)
+{
+    const support::TemporaryFolder device;
+    for (const char* folder : {"USBTRANS", "My POIs", "Geocaches", "Routes", "Track Logs"})
+        device.makeFolder(folder);
+    fs::copy(std::string{kSampleReceiver} + "/USBTRANS", device.path("USBTRANS"), fs::copy_options::recursive);
+    ASSERT_EQ(magellangps({"acquire", "--device", kSampleReceiver, "-o", here_.path("all.gpx")}).status, 0);
+    const auto ran = send(device.path(), {here_.path("all.gpx")});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    for (const char* event : {"wayPoint", "newRoute", "trackPoint"})
+        EXPECT_EQ(recordsOf(device.path(), event), recordsOf(kSampleReceiver, event)) << event;
+}
+
+TEST_F(Send, SecondSendChangesNothingButTheTrackFiles)
+{
+    const auto device = sampleCopy();
+    ASSERT_EQ(magellangps({"acquire", "--device", device, "-o", here_.path("all.gpx")}).status, 0);
+    for (const auto& file : {here_.path("all.gpx"), trip()}) {
+        ASSERT_EQ(send(device, {file}).status, 0);
+        const auto before = filesOf(device);
+        EXPECT_EQ(send(device, {file}).status, 0);
+        auto after = filesOf(device);
+        std::size_t tracks = 0;
+        for (const auto& [name, content] : filesOf(device)) {
+            if (before.contains(name))
+                continue;
+            EXPECT_THAT(name, testing::MatchesRegex("Track Logs/TKLG[0-9]{3}.log"));
+            after.erase(name);
+            ++tracks;
+        }
+        EXPECT_GT(tracks, 0U);
+        EXPECT_EQ(after, before);
+    }
+}
+
+TEST_F(Send, TripIsMergedIntoWhatIsThere)
+{
+    const Receiver receiver;
+    const auto present = support::sentences({support::kCamp});
+    receiver.put("Points/Default POI File.upt", present);
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.out,
+              "make: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\nmake: Caches/Default Geocache File.gs\n"
+              "make: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no icon and becomes \"Waypoint\".\n"
+              "sent: 2 waypoints, 1 route, 1 track; 4 files written and read back\n");
+    EXPECT_EQ(receiver.read("Points/Default POI File.upt"),
+              present + support::sentences({"PMGNWPL,4607.40741,N,00759.25926,E,0000012,M,Summit,windy,a"}) + "$PMGNCMD,END*3D");
+    EXPECT_EQ(receiver.read("Points/a.upt"), support::sentences({support::kCamp, support::kHut}));
+}
+
+TEST_F(Send, EventsAreTheCallsOfTheSend)
+{
+    const Receiver receiver;
+    const auto ran = send(receiver.path(), {trip(), "--events", "-q"});
+    EXPECT_EQ(ran.out, R"({"event":"startSending","label":"Tracks","kind":1}
+{"event":"endSending","kind":1}
+{"event":"startSending","label":"Waypoints","kind":3}
+{"event":"endSending","kind":3}
+{"event":"startSending","label":"Routes","kind":2}
+{"event":"endSending","kind":2}
+{"event":"gpsStateChange","state":0}
+{"event":"result","error":null}
+)");
+    EXPECT_THAT(ran.err, IsEmpty());
+}
+
+TEST_F(Send, DryRunLeavesTheDeviceAsItIs)
+{
+    const auto device = sampleCopy();
+    const auto before = filesOf(device);
+    const auto times = [&] {
+        std::map<std::string, fs::file_time_type> all;
+        for (const auto& entry : fs::recursive_directory_iterator{device})
+            all[entry.path().string()] = entry.last_write_time();
+        return all;
+    };
+    const auto timesBefore = times();
+    const auto ran = send(device, {trip(), "--dry-run"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("make: Routes/Default Route File.rte\n"));
+    EXPECT_EQ(filesOf(device), before);
+    EXPECT_EQ(times(), timesBefore);
+    EXPECT_FALSE(fs::exists(here_.path("kept")));
+}
+
+TEST_F(Send, NullSendsNothing)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    const auto ran = send(receiver.path(), {"--data", data("null"), "--events"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.out, "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
+    EXPECT_EQ(filesOf(receiver.path()), before);
+}
+
+TEST_F(Send, DataOfOneKindMakesItsBracketAlone)
+{
+    const Receiver receiver;
+    const auto ran = send(receiver.path(), {"--data", data(R"({"route":[]})"), "--events"});
+    EXPECT_THAT(ran.out, Not(HasSubstr("\"kind\":1")));
+    EXPECT_THAT(ran.out, Not(HasSubstr("\"kind\":3")));
+    EXPECT_EQ(ran.status, 0) << ran.err;
+}
+
+TEST_F(Send, BadInputSendsNothing)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    for (const auto& words : std::vector<std::vector<std::string>>{{"--data", data("{\"waypoint\":")},
+                                                                   {"--data", here_.put("list.json", "[]")},
+                                                                   {"--data", here_.path("none.json")},
+                                                                   {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
+                                                                   {trip(), here_.put("no.gpx", "text")},
+                                                                   {here_.path("none.gpx")}}) {
+        const auto ran = send(receiver.path(), words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.out, IsEmpty());
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+    }
+    EXPECT_EQ(filesOf(receiver.path()), before);
+}
+
+TEST_F(Send, NoDeviceIsStatus3)
+{
+    EXPECT_EQ(magellangps({"send", trip()}).status, 3);
+    EXPECT_EQ(magellangps({"restore"}).status, 3);
+}
+
+TEST_F(Send, TextsAreMadeReadableAndNamesStayApart)
+{
+    const Receiver receiver;
+    const auto file =
+        here_.put("t.gpx", R"(<gpx version="1.1"><wpt lat="46" lon="7"><name>Überschreitung der Haute Route</name></wpt>
+<wpt lat="47" lon="7"><name>Überschreitung der Haute Cime</name><cmt>Москва</cmt></wpt></gpx>)");
+    const auto ran = send(receiver.path(), {file});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("\"Москва\" becomes \"Moskva\""));
+    EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Uberschreitung der H,"));
+    EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Uberschreitung der 2,Moskva,"));
+}
+
+TEST_F(Send, RecordThatCannotArriveIsStatus1)
+{
+    const Receiver receiver;
+    for (const char* json : {R"({"waypoint":[{"name":"A","point":{"latitude":97}}]})", R"({"waypoint":[{"point":{}}]})",
+                             R"({"waypoint":[{"name":"A","point":{"latitude":1}},{"name":"A","point":{"latitude":2}}]})"}) {
+        const auto ran = send(receiver.path(), {"--data", data(json)});
+        EXPECT_EQ(ran.status, 1) << json;
+        EXPECT_THAT(ran.err, HasSubstr("is not on the device."));
+    }
+}
+
+TEST_F(Send, FolderThatIsMissingIsToldAndTheOthersAreWritten)
+{
+    const Receiver receiver;
+    fs::remove_all(receiver.path("Ways"));
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Path: " + receiver.path("Ways/Default Route File.rte")));
+    EXPECT_TRUE(fs::exists(receiver.path("Tracks/TKLG000.log")));
+    EXPECT_FALSE(fs::exists(receiver.path("Ways")));
+}
+
+TEST_F(Send, PresentFileThatCannotBeReadIsWarnedOfAndKeptInTheBackup)
+{
+    const Receiver receiver;
+    receiver.put("Points/Default POI File.upt", "H\xFCtte");
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Its copy is in the backup. Path: " + receiver.path("Points/Default POI File.upt")));
+    const auto kept = filesOf(here_.path("kept"));
+    EXPECT_EQ(std::count_if(kept.begin(), kept.end(), [](const auto& file) { return file.second == "H\xFCtte"; }), 1);
+    EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Summit,"));
+}
+
+TEST_F(Send, DamagedPresentFileIsLeftAsItIs)
+{
+    const Receiver receiver;
+    const auto damaged = support::sentences({"PMGNWPL,4630.00000,N"});
+    receiver.put("Points/Default POI File.upt", damaged);
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Points/Default POI File.upt"));
+    EXPECT_EQ(receiver.read("Points/Default POI File.upt"), damaged);
+    EXPECT_TRUE(fs::exists(receiver.path("Ways/Default Route File.rte")));
+}
+
+TEST_F(Send, FailedBackupStopsTheSend)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    const auto ran = magellangps({"send", trip(), "--device", receiver.path(), "--backup", here_.put("file", "")});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("--no-backup"));
+    EXPECT_EQ(filesOf(receiver.path()), before);
+    EXPECT_EQ(magellangps({"send", trip(), "--device", receiver.path(), "--no-backup"}).status, 0);
+}
+
+TEST_F(Send, BackupGoesToTheStateFolderBySerialNumber)
+{
+    const Receiver receiver;
+    const support::How how{.environment = {"XDG_STATE_HOME=" + here_.path("state")}};
+    EXPECT_EQ(magellangps({"send", trip(), "--device", receiver.path()}, how).status, 0);
+    EXPECT_TRUE(fs::is_directory(here_.path("state/magellangps/backups/42")));
+    EXPECT_THAT(magellangps({"restore", "--device", receiver.path()}, how).out, testing::StartsWith("Backup "));
+}
+
+TEST_F(Send, RestorePutsBackWhatWasThere)
+{
+    const Receiver receiver;
+    receiver.put("Points/Default POI File.upt", "H\xFCtte");
+    const auto before = filesOf(receiver.path());
+    send(receiver.path(), {trip()});
+    const auto name = fs::directory_iterator
+    {
+        here_.path("kept/42")
+        } -> path().filename().string();
+    const auto restore = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), {"restore", "--device", receiver.path(), "--backup", here_.path("kept")});
+        return magellangps(words);
+    };
+    EXPECT_THAT(restore({}).out, HasSubstr('\n' + name + "      5 "));
+    const auto ran = restore({name});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("restored: Points/Default POI File.upt\n"));
+    EXPECT_THAT(ran.out, HasSubstr("left, not in the backup: Tracks/TKLG000.log\n"));
+    for (const auto& [file, content] : before)
+        EXPECT_EQ(receiver.read(file), content) << file;
+    EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2);
+
+    const auto unknown = restore({"20000101T000000Z"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_THAT(unknown.err, HasSubstr("magellangps restore"));
+}
+
+TEST_F(Send, FullMediumKeepsTheOldFilesAndIsTold)
+{
+    const Receiver original;
+    const support::PrivateMount medium{here_.makeFolder("device"), "size=128k"};
+    if (!medium.isMounted())
+        GTEST_SKIP() << "no right to mount";
+    fs::copy(original.path(), here_.path("device"), fs::copy_options::recursive);
+    here_.put("device/fill", std::string(1 << 20, 'x')); // as far as there is room
+    const auto before = filesOf(here_.path("device"));
+    const auto ran = send(here_.path("device"), {trip()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Path: " + here_.path("device/Points/Default POI File.upt")));
+    EXPECT_EQ(filesOf(here_.path("device")), before);
+}
+
+TEST_F(Send, ReadOnlyMediumIsTold)
+{
+    const Receiver original;
+    const support::PrivateMount medium{here_.makeFolder("device"), "size=128k"};
+    if (!medium.isMounted())
+        GTEST_SKIP() << "no right to mount";
+    fs::copy(original.path(), here_.path("device"), fs::copy_options::recursive);
+    ASSERT_EQ(::mount("tmpfs", here_.path("device").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    const auto before = filesOf(here_.path("device"));
+    const auto ran = send(here_.path("device"), {trip()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Path: " + here_.path("device/Tracks/TKLG000.log")));
+    EXPECT_EQ(filesOf(here_.path("device")), before);
+}
+
+} // namespace
