@@ -2,12 +2,15 @@
 
 #include <plugin/fsdevice/DeviceFileWriters.h>
 
+#include <plugin/codec/FieldText.h>
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -304,6 +307,77 @@ TEST_F(DeviceFileWriters, WhatIsWrittenReadMergedWithNothingAndWrittenAgainIsThe
     const auto once = folder.read("r.rte");
     ASSERT_FALSE(mergeRoutes({}, path));
     EXPECT_EQ(folder.read("r.rte"), once);
+}
+
+/// Records made up of the device's own characters, the same ones for the same seed.
+class Generated {
+public:
+    explicit Generated(unsigned seed) : random_(seed) {}
+
+    gps::Dictionary record(int number, bool isGeocache)
+    {
+        gps::Dictionary made{{"name", text(12) + std::to_string(number)}, {"comment", text(40)}};
+        if (isGeocache) {
+            for (const auto* key :
+                 {"geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"})
+                made.set(key, text(20));
+        } else {
+            made.set("symbol", std::vector{"Flag", "Campground", "zz", "b"}[below(4)]);
+        }
+        made.set("point", gps::GPSPoint{real(-90, 90), real(-180, 180), real(-500, 9000), 0, 0});
+        return made;
+    }
+
+    gps::Array records(int count, bool isGeocache)
+    {
+        gps::Array list;
+        for (int i = 0; i < count; ++i)
+            list.emplace_back(record(i, isGeocache));
+        return list;
+    }
+
+    gps::Array routes(int count)
+    {
+        gps::Array list;
+        for (int i = 0; i < count; ++i)
+            list.emplace_back(gps::Dictionary{{"name", "R" + std::to_string(i)},
+                                              {"comment", text(below(2) * 30)},
+                                              {"points", records(1 + static_cast<int>(below(5)), false)}});
+        return list;
+    }
+
+private:
+    std::size_t below(std::size_t bound) { return std::uniform_int_distribution<std::size_t>{0, bound - 1}(random_); }
+    double real(double low, double high) { return std::uniform_real_distribution<double>{low, high}(random_); }
+
+    std::string text(std::size_t longest)
+    {
+        static constexpr std::string_view kCharacters{magellan::kDeviceCharacters};
+        std::string made;
+        for (std::size_t left = longest == 0 ? 0 : below(longest); left > 0; --left)
+            made += kCharacters[below(kCharacters.size())];
+        return made;
+    }
+
+    std::mt19937 random_;
+};
+
+TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBytes)
+{
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        SCOPED_TRACE(seed);
+        Generated generated{seed};
+        const auto twice = [&](auto merge, const gps::Array& records, std::string_view name) {
+            std::filesystem::remove(folder.path(name));
+            ASSERT_FALSE(merge(records, folder.path(name)));
+            const auto once = folder.read(name);
+            ASSERT_FALSE(merge({}, folder.path(name)));
+            EXPECT_EQ(folder.read(name), once);
+        };
+        twice(mergeWaypoints, generated.records(8, false), "w.upt");
+        twice(mergeGeocaches, generated.records(8, true), "g.gs");
+        twice(mergeRoutes, generated.routes(4), "r.rte");
+    }
 }
 
 TEST_F(DeviceFileWriters, DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolderHoldsAFileOfAnItemsPath)
