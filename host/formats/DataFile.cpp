@@ -74,7 +74,7 @@ std::optional<gps::Error> readDataFile(const std::string& path, std::optional<gp
     auto read = readJsonObject(text);
     if (!read)
         return hostError("The data file is no JSON object, or one that is nested too deep",
-                         "Write an object with \"waypoint\", \"route\" and \"track\", or null", path);
+                         R"(Write an object with "waypoint", "route" and "track", or null)", path);
     boxPoints(*read);
     data = std::move(read);
     return std::nullopt;

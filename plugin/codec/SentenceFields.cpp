@@ -21,7 +21,7 @@ constexpr std::uint64_t everyByte(std::uint8_t byte) noexcept
 /// The high bit of each byte that is a ",": eight bytes at a time, since splitting is a good part of reading a file.
 std::uint64_t separatorsIn(const char* eightBytes) noexcept
 {
-    std::uint64_t word;
+    std::uint64_t word = 0;
     std::memcpy(&word, eightBytes, sizeof word);
     word ^= everyByte(',');
     return ~(((word & everyByte(0x7F)) + everyByte(0x7F)) | word) & everyByte(0x80);
@@ -29,7 +29,7 @@ std::uint64_t separatorsIn(const char* eightBytes) noexcept
 
 } // namespace
 
-SentenceFields::SentenceFields(std::string_view body) noexcept : body_(body), count_(1)
+SentenceFields::SentenceFields(std::string_view body) noexcept : body_(body)
 {
     starts_[0] = 0;
     std::size_t i = 0;

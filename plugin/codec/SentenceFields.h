@@ -55,7 +55,7 @@ private:
     }
 
     std::string_view body_;
-    std::size_t count_;
+    std::size_t count_ = 1;
     std::array<std::uint32_t, kReachable + 1> starts_; // the one behind the last reachable field starts behind its ","
 };
 
