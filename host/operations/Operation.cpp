@@ -145,7 +145,7 @@ std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, st
         return kinds;
     for (const auto& [kind, word] : kKindWords) {
         const auto* wanted = options.find(word);
-        if (containsWord(capabilities, word) && (wanted == nullptr || wanted->boolReading()))
+        if (containsWord(capabilities, word) && (wanted == nullptr || !wanted->hasReading() || wanted->boolReading()))
             kinds.push_back(kind);
     }
     return kinds;

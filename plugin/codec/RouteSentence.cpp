@@ -61,8 +61,7 @@ void logGap(std::int32_t last, std::int32_t expected)
 std::int32_t integerUnder(const gps::Dictionary& info, std::string_view key, std::int32_t missing)
 {
     const auto* value = info.find(key);
-    const bool readable = value != nullptr && (value->as<gps::Number>() != nullptr || value->as<std::string>() != nullptr);
-    return readable ? value->int32Reading() : missing;
+    return value != nullptr && value->hasReading() ? value->int32Reading() : missing;
 }
 
 /// The head that a route's sentences share, up to the field that tells them apart.

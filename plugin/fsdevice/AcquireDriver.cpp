@@ -31,7 +31,7 @@ constexpr std::array kKinds{
 bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
 {
     const auto* option = work.find(kind.testName);
-    return option != nullptr && !option->boolReading();
+    return option != nullptr && option->hasReading() && !option->boolReading();
 }
 
 /// Opens access to the selected device, and closes it also when an import throws.

@@ -52,7 +52,8 @@ std::optional<std::vector<std::string>> MagellanGPSPlugin::fileTypes() const
 
 void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
 {
-    if (const auto* level = options.find("debug"))
+    const auto* level = options.find("debug");
+    if (level != nullptr && level->hasReading())
         debugLevel_ = level->int32Reading();
 }
 

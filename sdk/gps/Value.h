@@ -46,6 +46,9 @@ public:
     template <typename T> [[nodiscard]] const T* as() const noexcept { return std::get_if<T>(&held_); }
     template <typename T> [[nodiscard]] T* as() noexcept { return std::get_if<T>(&held_); }
 
+    /// Whether it is a number or a text. What is neither counts as missing where one is looked for.
+    [[nodiscard]] bool hasReading() const noexcept { return as<Number>() != nullptr || as<std::string>() != nullptr; }
+
     /// Boolean and 32-bit integer readings of a number or a text; false and 0 for anything else.
     [[nodiscard]] bool boolReading() const noexcept;
     [[nodiscard]] std::int32_t int32Reading() const noexcept;

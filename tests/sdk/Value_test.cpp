@@ -113,6 +113,16 @@ TEST(Value, BooleanReadings)
         EXPECT_EQ(value.boolReading(), reading) << describe(value);
 }
 
+TEST(Value, OnlyNumbersAndTextsHaveAReading)
+{
+    EXPECT_TRUE(Value{0}.hasReading());
+    EXPECT_TRUE(Value{""}.hasReading());
+    EXPECT_FALSE(Value{}.hasReading());
+    EXPECT_FALSE((Value{Array{}}.hasReading()));
+    EXPECT_FALSE((Value{Dictionary{}}.hasReading()));
+    EXPECT_FALSE(Value{GPSPoint{}}.hasReading());
+}
+
 TEST(Value, IntegerReadingsSaturate)
 {
     constexpr auto kMin = std::numeric_limits<std::int32_t>::min();

@@ -137,6 +137,12 @@ TEST_F(AcquireDriverTest, EachKindHasItsSwitch)
                 ElementsAre("gpsStateChange 1", "gpsStateChange 0"));
 }
 
+TEST_F(AcquireDriverTest, ASwitchThatIsNeitherANumberNorATextCountsAsAbsent)
+{
+    EXPECT_EQ(brackets({{"waypoints", gps::Array{}}, {"routes", gps::Dictionary{}}, {"tracks", gps::GPSPoint{}}}),
+              kFourEmptyKinds);
+}
+
 TEST_F(AcquireDriverTest, AnAbsentSwitchMeansOn)
 {
     EXPECT_EQ(brackets({{"tracks", true}}), kFourEmptyKinds);
@@ -381,6 +387,7 @@ TEST_F(AcquireDriverTest, ADebugOfZeroResetsTheLevelAndAnAbsentOneLeavesIt)
     EXPECT_EQ(levelAfter({{"debug", 3}}), 3);
     EXPECT_EQ(levelAfter({}), 3);
     EXPECT_EQ(levelAfter({{"debug", "2"}}), 2);
+    EXPECT_EQ(levelAfter({{"debug", gps::Array{}}}), 2) << "neither a number nor a text";
     EXPECT_EQ(levelAfter({{"debug", 0}}), 0);
     EXPECT_EQ(levelAfter({{"debug", -1}, {"sourcePath", "x"}}), -1);
 }
