@@ -13,11 +13,6 @@ namespace {
 
 constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; ///< bytes
 
-std::string_view textOf(const char* text)
-{
-    return text != nullptr ? std::string_view{text} : std::string_view{};
-}
-
 /// The block device behind a mount. A volume that spans devices has a number of its own, with major 0, and names one of
 /// them as its source.
 std::optional<dev_t> deviceOf(const MountTableEntry& entry)

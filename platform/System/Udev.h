@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include <libudev.h>
 
@@ -15,6 +16,13 @@ template <auto release> struct UdevRelease {
 
 using Udev = std::unique_ptr<udev, UdevRelease<&udev_unref>>;
 using UdevDevice = std::unique_ptr<udev_device, UdevRelease<&udev_device_unref>>;
+using UdevEnumerate = std::unique_ptr<udev_enumerate, UdevRelease<&udev_enumerate_unref>>;
 using UdevMonitor = std::unique_ptr<udev_monitor, UdevRelease<&udev_monitor_unref>>;
+
+/// What the database answers when asked for a text; empty for none.
+inline std::string_view textOf(const char* text)
+{
+    return text != nullptr ? std::string_view{text} : std::string_view{};
+}
 
 } // namespace gps

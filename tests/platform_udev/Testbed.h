@@ -28,6 +28,13 @@ public:
             throw std::invalid_argument{error->message};
     }
 
+    /// Takes a device out of the tree, and tells so.
+    void remove(const std::string& device) const
+    {
+        announce(device, "remove");
+        umockdev_testbed_remove_device(testbed_, ("/sys" + device).c_str());
+    }
+
     /// Adds a disk and its first partition below a device of the tree.
     void addDisk(const std::string& parent, const std::string& name, unsigned int major, unsigned int minor, bool removable) const
     {
@@ -41,6 +48,9 @@ public:
     {
         umockdev_testbed_uevent(testbed_, ("/sys" + device).c_str(), action.c_str());
     }
+
+    /// For what else the mocked tree can do.
+    [[nodiscard]] UMockdevTestbed* get() const { return testbed_; }
 
     /// The mount table of these lines.
     [[nodiscard]] std::string mountTable(const std::string& lines) const { return folder_.put("mountinfo", lines); }

@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: MIT
+// The system's own serial line: termios, poll and the monotonic clock. All that is asked of it is in this one file.
+
+#include "OrvSerial.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "SerialTraffic.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kLongestText = 4096;         ///< bytes; of a longer one the end is kept
+constexpr std::chrono::seconds kOutputLimit{1};    ///< for output to be taken, or to leave
+constexpr std::chrono::milliseconds kDrainStep{1}; ///< between looks at output that is leaving
+
+constexpr std::array<std::pair<int, speed_t>, 9> kSpeeds{{
+    {0, B0},
+    {1200, B1200},
+    {2400, B2400},
+    {4800, B4800},
+    {9600, B9600},
+    {19200, B19200},
+    {38400, B38400},
+    {57600, B57600},
+    {115200, B115200},
+}};
+
+struct Counters {
+    std::atomic<std::uint64_t> bytesRead{0};
+    std::atomic<std::uint64_t> bytesWritten{0};
+    std::atomic<std::uint64_t> linesRead{0};
+    std::atomic<int> bitsPerSecond{0};
+};
+
+constinit Counters theTraffic;
+
+void count(std::atomic<std::uint64_t>& counter, std::uint64_t more)
+{
+    counter.fetch_add(more, std::memory_order_relaxed);
+}
+
+/// Makes the line this process's own. The lock stops programs that ask for it, root's too.
+/// @return  0 or the system's error number: ENOTTY for what is no serial line
+int claim(int line)
+{
+    termios present;
+    if (::tcgetattr(line, &present) != 0)
+        return errno;
+    if (::flock(line, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return EBUSY;
+    return 0;
+}
+
+/// Sets all that the line depends on, for its last user may have left it in any state, and drops unread input.
+/// @return  0 or the system's error number: EINVAL when the line keeps a setting of its own
+int configure(int line, speed_t speed)
+{
+    termios wanted;
+    if (::tcgetattr(line, &wanted) != 0)
+        return errno;
+    ::cfmakeraw(&wanted);
+    wanted.c_iflag &= ~tcflag_t{IXOFF | IXANY | INPCK};
+    wanted.c_cflag &= ~tcflag_t{CSTOPB | CRTSCTS};
+    wanted.c_cflag |= tcflag_t{CLOCAL | CREAD};
+    ::cfsetspeed(&wanted, speed);
+
+    // The system calls it a success when any one of the settings was taken.
+    termios taken;
+    if (::tcsetattr(line, TCSANOW, &wanted) != 0 || ::tcgetattr(line, &taken) != 0)
+        return errno;
+    constexpr tcflag_t kFrame = CSIZE | PARENB | CSTOPB;
+    if (::cfgetospeed(&taken) != speed || (taken.c_cflag & kFrame) != (wanted.c_cflag & kFrame))
+        return EINVAL;
+    ::tcflush(line, TCIFLUSH);
+    return 0;
+}
+
+/// Lets pending output leave. What a stuck line has not sent within the limit is dropped.
+void drain(int line)
+{
+    // Waiting for the line to be empty has no limit of its own: so the queue is watched first.
+    const auto deadline = Clock::now() + kOutputLimit;
+    int waiting = 0;
+    while (::ioctl(line, TIOCOUTQ, &waiting) == 0 && waiting > 0) {
+        if (Clock::now() >= deadline) {
+            ::tcflush(line, TCOFLUSH);
+            return;
+        }
+        std::this_thread::sleep_for(kDrainStep);
+    }
+    while (::tcdrain(line) != 0 && errno == EINTR) { // the few bytes that the hardware still holds
+    }
+}
+
+/// Waits until the line is ready for an event, or has failed. @return  what poll tells; 0 at the deadline and after a signal
+short waitFor(int line, short event, Clock::time_point deadline)
+{
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    pollfd watched{line, event, 0};
+    return ::poll(&watched, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, INT_MAX))) > 0 ? watched.revents : short{0};
+}
+
+class SerialLine final : public OrvSerial {
+public:
+    SerialLine() = default;
+    ~SerialLine() override { close(); }
+    SerialLine(const SerialLine&) = delete;
+    SerialLine& operator=(const SerialLine&) = delete;
+
+    void setBaudRate(int bitsPerSecond) override;
+    int openWithDevicePath(const char* path) override;
+    void sendString(std::string_view text, StringEncoding encoding) override;
+    std::optional<std::string> readStringTo(std::string_view terminator, float timeoutSeconds) override;
+    void close() override;
+
+private:
+    using Speed = std::pair<int, speed_t>;
+
+    [[nodiscard]] bool isOpen() const { return line_ >= 0; }
+    void receive(short state);
+    std::optional<std::string> takeTextTo(std::string_view terminator, std::size_t& from);
+    [[noreturn]] void fail(const std::string& what, int error) const;
+
+    int line_ = -1;
+    std::string path_;
+    Speed speed_{4800, B4800}; ///< what receivers speak when nobody has told them otherwise
+    std::string received_;     ///< read from the line and not yet asked for
+    bool writeFailed_ = false;
+};
+
+void SerialLine::setBaudRate(int bitsPerSecond)
+{
+    const auto* const speed =
+        std::find_if(kSpeeds.begin(), kSpeeds.end(), [&](const Speed& each) { return each.first == bitsPerSecond; });
+    if (speed == kSpeeds.end())
+        throw SerialFailure{"no speed of a serial line: " + std::to_string(bitsPerSecond)};
+    speed_ = *speed;
+    if (!isOpen())
+        return;
+    drain(line_);
+    if (const int error = configure(line_, speed_.second))
+        fail("speed " + std::to_string(bitsPerSecond), error);
+    received_.clear();
+    theTraffic.bitsPerSecond.store(bitsPerSecond, std::memory_order_relaxed);
+}
+
+int SerialLine::openWithDevicePath(const char* path)
+{
+    close();
+    const int line = ::open(path, O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (line < 0)
+        return errno;
+    int error = claim(line);
+    if (error == 0)
+        error = configure(line, speed_.second);
+    if (error != 0) {
+        ::close(line); // and nothing else: it may be another program's line
+        return error;
+    }
+    (void)::ioctl(line, TIOCEXCL); // stops programs that do not ask for the lock, where the line knows how to
+    line_ = line;
+    path_ = path;
+    theTraffic.bitsPerSecond.store(speed_.first, std::memory_order_relaxed);
+    return 0;
+}
+
+void SerialLine::sendString(std::string_view text, StringEncoding /*encoding*/)
+{
+    const auto deadline = Clock::now() + kOutputLimit;
+    while (isOpen() && !text.empty() && !writeFailed_) {
+        const ssize_t written = ::write(line_, text.data(), text.size());
+        if (written > 0) {
+            count(theTraffic.bytesWritten, static_cast<std::uint64_t>(written));
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else {
+            writeFailed_ = (errno != EAGAIN && errno != EINTR) || Clock::now() >= deadline;
+            waitFor(line_, POLLOUT, deadline);
+        }
+    }
+}
+
+std::optional<std::string> SerialLine::readStringTo(std::string_view terminator, float timeoutSeconds)
+{
+    if (!isOpen())
+        return std::nullopt;
+    if (writeFailed_)
+        fail("write", EIO);
+    const auto deadline =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<float>{timeoutSeconds});
+    std::size_t from = 0;
+    auto text = takeTextTo(terminator, from);
+    for (bool inTime = true; !text && inTime;) {
+        inTime = Clock::now() < deadline; // when time has passed, what came meanwhile still counts
+        if (const short state = waitFor(line_, POLLIN, deadline)) {
+            receive(state);
+            text = takeTextTo(terminator, from);
+        }
+    }
+    return text;
+}
+
+/// Reads what has come. Nothing at all, and any error, is the end of the line: it was unplugged or hung up.
+void SerialLine::receive(short state)
+{
+    std::array<char, 4096> piece;
+    const ssize_t size = ::read(line_, piece.data(), piece.size());
+    if (size > 0) {
+        received_.append(piece.data(), static_cast<std::size_t>(size));
+        count(theTraffic.bytesRead, static_cast<std::uint64_t>(size));
+        return;
+    }
+    const int error = size < 0 ? errno : EIO;
+    const bool hungUp = (state & (POLLHUP | POLLERR)) != 0;
+    if (error != EINTR && (error != EAGAIN || hungUp))
+        fail("read", error);
+}
+
+/// Takes the text up to the terminator out of what was received, looking at it from a position on. Without one it moves the
+/// position to where a terminator that comes in pieces may begin.
+std::optional<std::string> SerialLine::takeTextTo(std::string_view terminator, std::size_t& from)
+{
+    const auto end = received_.find(terminator, from);
+    if (end == std::string::npos) {
+        const auto kept = std::min(received_.size(), kLongestText + terminator.size() - 1);
+        received_.erase(0, received_.size() - kept);
+        from = kept - std::min(kept, terminator.size() - 1);
+        return std::nullopt;
+    }
+    const auto size = std::min(end, kLongestText);
+    auto text = received_.substr(end - size, size);
+    received_.erase(0, end + terminator.size());
+    count(theTraffic.linesRead, 1);
+    return text;
+}
+
+void SerialLine::close()
+{
+    if (!isOpen())
+        return;
+    ::tcflush(line_, TCOFLUSH);     // or closing may wait for a stuck line
+    (void)::ioctl(line_, TIOCNXCL); // a pseudo-terminal would stay shut for as long as its other side lives
+    ::close(std::exchange(line_, -1));
+    received_.clear();
+    writeFailed_ = false;
+}
+
+void SerialLine::fail(const std::string& what, int error) const
+{
+    throw SerialFailure{path_ + ": " + what + ": " + std::generic_category().message(error)};
+}
+
+} // namespace
+
+std::unique_ptr<OrvSerial> OrvSerial::create()
+{
+    return std::make_unique<SerialLine>();
+}
+
+SerialTraffic serialTraffic() noexcept
+{
+    constexpr auto kRelaxed = std::memory_order_relaxed;
+    return {theTraffic.bytesRead.load(kRelaxed), theTraffic.bytesWritten.load(kRelaxed), theTraffic.linesRead.load(kRelaxed),
+            theTraffic.bitsPerSecond.load(kRelaxed)};
+}
+
+} // namespace gps
