@@ -64,19 +64,19 @@ struct DeviceMonitor::Watches {
     }
 };
 
-DeviceMonitor::DeviceMonitor() : watches_(std::make_unique<Watches>()) {}
+DeviceMonitor::DeviceMonitor(int wakeUp) : watches_(std::make_unique<Watches>()), wakeUp_(wakeUp) {}
 DeviceMonitor::~DeviceMonitor() = default;
 
 DeviceChanges DeviceMonitor::wait(std::chrono::milliseconds limit)
 {
     const int devices = watches_->monitor ? udev_monitor_get_fd(watches_->monitor.get()) : -1;
-    std::array<pollfd, 2> watched{{{watches_->mountTable.get(), POLLPRI, 0}, {devices, POLLIN, 0}}};
+    std::array<pollfd, 3> watched{{{watches_->mountTable.get(), POLLPRI, 0}, {devices, POLLIN, 0}, {wakeUp_, POLLIN, 0}}};
     auto end = limit.count() < 0 ? Clock::time_point::max() : Clock::now() + limit;
     DeviceChanges changes;
     for (;;) {
         const int ready = ::poll(watched.data(), watched.size(), millisecondsUntil(end));
-        changes.interrupted = ready < 0 && errno == EINTR;
-        if (ready <= 0)
+        changes.interrupted = (ready < 0 && errno == EINTR) || (ready > 0 && watched[2].revents != 0);
+        if (ready <= 0 || changes.interrupted)
             return changes;
         const bool first = !changes.volumes && !changes.serialPorts;
         changes.volumes |= (watched[0].revents & (POLLPRI | POLLERR)) != 0;

@@ -12,12 +12,13 @@ namespace gps {
 struct DeviceChanges {
     bool volumes = false;
     bool serialPorts = false;
-    bool interrupted = false; ///< a signal was handled meanwhile
+    bool interrupted = false; ///< a signal was handled meanwhile, or the wake-up file has something to read
 };
 
 class DeviceMonitor {
 public:
-    DeviceMonitor();
+    /// @param wakeUp  an open file, not owned: a wait ends as soon as something can be read from it; -1: none
+    explicit DeviceMonitor(int wakeUp = -1);
     ~DeviceMonitor();
     DeviceMonitor(const DeviceMonitor&) = delete;
     DeviceMonitor& operator=(const DeviceMonitor&) = delete;
@@ -28,6 +29,7 @@ public:
 private:
     struct Watches;
     std::unique_ptr<Watches> watches_;
+    int wakeUp_;
 };
 
 } // namespace gps

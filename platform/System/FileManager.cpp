@@ -8,6 +8,7 @@
 #include <new>
 #include <system_error>
 
+#include "Ascii.h"
 #include "AtomicWrite.h"
 #include "FileSystem.h"
 #include "OpenFile.h"
@@ -87,21 +88,6 @@ Error writeError(const std::string& path, int systemError)
     default:
         return makeFileError(FileErrorCode::kWriteUnknown, path, systemError);
     }
-}
-
-/// By words: the time of reading a file is to be the medium's.
-bool isAscii(std::string_view text)
-{
-    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
-    std::uint64_t words[4];
-    std::size_t i = 0;
-    for (; i + sizeof words <= text.size(); i += sizeof words) {
-        std::memcpy(words, text.data() + i, sizeof words);
-        if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0)
-            return false;
-    }
-    return std::none_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(),
-                        [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
 }
 
 /// Reads to the file's end, or up to the limit. @return  0 or errno

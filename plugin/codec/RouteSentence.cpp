@@ -122,11 +122,12 @@ std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::D
     std::vector<std::string> sentences;
     sentences.reserve(total);
     std::string body;
+    const gps::Dictionary nothing;
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i % kPointsPerSentence == 0)
             body = headOf(total, sentences.size() + 1, kList, routeNumber, name);
         const auto* record = list[i].as<gps::Dictionary>();
-        const gps::Dictionary& point = record != nullptr ? *record : gps::Dictionary{};
+        const gps::Dictionary& point = record != nullptr ? *record : nothing;
         body.append(1, ',')
             .append(magellanStringFromDictionary(point, "name", kLongestName))
             .append(1, ',')

@@ -4,9 +4,9 @@
 
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>
+#include <platform/System/Ascii.h>
 #include <platform/System/TimeZone.h>
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -18,11 +18,6 @@ void replace(gps::Dictionary* dictionary, const char* key, gps::Value value)
         return;
     dictionary->remove(key);
     dictionary->set(key, std::move(value));
-}
-
-bool isAscii(std::string_view text) noexcept
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
 }
 
 /// Every Latin-1 byte is the Unicode character of the same number.
@@ -101,7 +96,7 @@ void SetNumberInDictionary(gps::Dictionary* dictionary, const char* key, gps::Nu
 
 void SetCStringInDictionary(gps::Dictionary* dictionary, const char* key, const char* text)
 {
-    if (isAscii(text))
+    if (gps::isAscii(text))
         replace(dictionary, key, text);
 }
 

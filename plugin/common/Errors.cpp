@@ -8,6 +8,15 @@
 
 namespace magellan {
 
+std::string filledText(std::string_view text, std::string_view value)
+{
+    constexpr std::string_view kPlace = "%@";
+    std::string filled = pluginBundle().localizedString(text);
+    if (const auto at = filled.find(kPlace); at != std::string::npos)
+        filled.replace(at, kPlace.size(), value);
+    return filled;
+}
+
 gps::Error makeError(ErrorCode code, std::string_view description, std::string_view suggestion,
                      const std::optional<std::string>& path)
 {

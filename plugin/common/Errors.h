@@ -15,10 +15,15 @@ namespace magellan {
 
 inline constexpr char kErrorDomain[] = "com.Orvane.GPSPlugin.ErrorDomain";
 
+/// Whom the log names for failures with a receiver's files, whichever driver's operation met them.
+inline constexpr char kFilesLogSource[] = "MagellanGPSPlugin";
+
 enum class ErrorCode : std::int32_t {
     kNoDevice = -1,
+    kSerialPort = -1,
     kDeviceDataMissing = -2,
     kReadFailed = -3,
+    kSessionInterrupted = -4,
     kImportRefused = -5,
 };
 
@@ -26,8 +31,12 @@ enum class ErrorCode : std::int32_t {
 inline constexpr char kSuggestMounting[] =
     "Please make sure your Magellan device is connected and mounted on the desktop, and try again";
 
+/// A text in the user's language with its "%@" filled in.
+[[nodiscard]] std::string filledText(std::string_view text, std::string_view value);
+
 /// An error with its description and suggestion, each the key of its own translation.
-/// @param path  the file or volume concerned, if there is one
+/// @param description  a text that has no translation stands as it is
+/// @param path         the file or volume concerned, if there is one
 [[nodiscard]] gps::Error makeError(ErrorCode code, std::string_view description, std::string_view suggestion,
                                    const std::optional<std::string>& path = std::nullopt);
 

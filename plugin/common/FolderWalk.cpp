@@ -33,7 +33,7 @@ std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status, co
         return reader(status, path);
     } catch (const std::exception& failure) {
         auto error = makeThrownError(failure, path);
-        gps::logError("MagellanGPSPlugin", error);
+        gps::logError(kFilesLogSource, error);
         return error;
     }
 }

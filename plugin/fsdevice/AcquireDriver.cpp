@@ -68,7 +68,7 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
         const auto* path = source->as<std::string>();
         return importFile(path != nullptr ? std::optional{*path} : std::nullopt, *status);
     }
-    return startWorker(status, options, {{"output", status}}, &MagellanGPSPlugin::runAcquire);
+    return startAcquire(status, options);
 }
 
 void MagellanGPSPlugin::runAcquire(const gps::Dictionary& work)

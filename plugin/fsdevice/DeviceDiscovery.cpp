@@ -10,26 +10,48 @@
 #include <platform/System/UserDefaults.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace magellan {
 namespace {
 
+using Verdict = gps::SearchedPlace::Verdict;
+
 /// The one read error that makes a device unauthorized.
 constexpr auto kNoPermission = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoPermission);
 
-/// The volumes that may be receivers: the removable ones, then the folders that a tester treats like them.
-std::vector<std::string> candidates()
+constexpr std::string_view kNoUnitFile = "It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver";
+constexpr std::string_view kNotRemovable = "Receivers mount as removable volumes";
+constexpr std::string_view kSuggestEjecting = "If it is a receiver, eject it, and connect it again while you are logged in";
+constexpr std::string_view kSuggestReading =
+    "Let your user read that file, or connect the receiver again while you are logged in";
+
+/// A place that may be a receiver, with what came of looking at it.
+struct Look {
+    gps::SearchedPlace place;
+    std::optional<gps::Dictionary> record; // the device's, if the place is one
+};
+
+gps::SearchedPlace placeOf(gps::MountedVolume volume)
 {
-    std::vector<std::string> paths;
-    for (auto& volume : gps::mountedVolumes()) {
-        if (volume.removable.value_or(false))
-            paths.push_back(std::move(volume.path));
-    }
+    if (!volume.removable)
+        return {std::move(volume.path), "volume without a disk behind it", Verdict::kPassedOver, std::string{kNotRemovable}, ""};
+    if (!*volume.removable)
+        return {std::move(volume.path), "built-in volume", Verdict::kPassedOver, std::string{kNotRemovable}, ""};
+    return {std::move(volume.path), "removable volume", Verdict::kRefused, "", ""};
+}
+
+/// The mounted volumes, then the folders that a tester treats like removable ones.
+std::vector<gps::SearchedPlace> places()
+{
+    std::vector<gps::SearchedPlace> places;
+    for (auto& volume : gps::mountedVolumes())
+        places.push_back(placeOf(std::move(volume)));
     for (auto& folder :
          gps::UserDefaults::standard().stringArrayForKey("MagellanTestFileList").value_or(std::vector<std::string>{}))
-        paths.push_back(std::move(folder));
-    return paths;
+        places.push_back({std::move(folder), "test folder", Verdict::kRefused, "", ""});
+    return places;
 }
 
 gps::Dictionary makeRecord(const std::string& location, std::string name, bool authorized)
@@ -37,19 +59,62 @@ gps::Dictionary makeRecord(const std::string& location, std::string name, bool a
     return {{"location", location}, {"name", std::move(name)}, {"authorized", authorized}};
 }
 
-gps::Dictionary readRecord(const std::string& location)
+/// Takes a place that has a unit file for a receiver.
+void take(Look& look)
 {
+    auto& place = look.place;
+    place.verdict = Verdict::kTaken;
     gps::Dictionary unit;
-    const auto error = readMagellanUnitID(location, unit);
+    const auto error = readMagellanUnitID(place.location, unit);
     if (!error) {
         const auto* serialNumber = unit.findString("Serial Number");
-        return makeRecord(location, "Magellan device " + (serialNumber != nullptr ? *serialNumber : "(null)"), true);
+        const auto name = "Magellan device " + (serialNumber != nullptr ? *serialNumber : "(null)");
+        place.reason = "It is a receiver: " + name;
+        look.record = makeRecord(place.location, name, true);
+        return;
     }
     // Only a refusal makes a device unauthorized; what else went wrong, a later read will tell.
     const bool refused = error->code() == kNoPermission;
     if (!refused)
         gps::logError("Error", *error);
-    return makeRecord(location, "Unauthorized Magellan device", !refused);
+    place.reason = refused ? "It is a receiver, but its file USBTRANS/UNIT_ID.DAT may not be read"
+                           : "It is a receiver, but its file USBTRANS/UNIT_ID.DAT cannot be read as text";
+    place.advice = refused ? kSuggestReading : "";
+    look.record = makeRecord(place.location, "Unauthorized Magellan device", !refused);
+}
+
+/// Says why a place without a visible unit file is none. A volume that another user has mounted does not even let one look.
+void refuse(gps::SearchedPlace& place)
+{
+    gps::Dictionary unit;
+    const auto error = readMagellanUnitID(place.location, unit);
+    const bool isClosed = error && error->code() == kNoPermission;
+    place.reason =
+        isClosed ? "It may not be looked into: another user has mounted it, or its permissions forbid it" : kNoUnitFile;
+    place.advice = isClosed ? kSuggestEjecting : "";
+}
+
+/// Looks for receivers at every place.
+std::vector<Look> lookAround()
+{
+    std::vector<Look> looks;
+    for (auto& place : places()) {
+        auto& look = looks.emplace_back(Look{std::move(place), std::nullopt});
+        const auto& location = look.place.location;
+        if (look.place.verdict == Verdict::kPassedOver)
+            continue;
+        if (!gps::FileManager{}.fileExists(unitFilePath(location))) {
+            refuse(look.place);
+            continue;
+        }
+        const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(location);
+        if (url)
+            url->startAccessingSecurityScopedResource();
+        take(look);
+        if (url)
+            url->stopAccessingSecurityScopedResource();
+    }
+    return looks;
 }
 
 bool isAuthorized(const gps::Dictionary& record)
@@ -63,15 +128,9 @@ bool isAuthorized(const gps::Dictionary& record)
 void MagellanGPSPlugin::initFSDeviceList()
 {
     gps::Array records;
-    for (const auto& location : candidates()) {
-        if (!gps::FileManager{}.fileExists(unitFilePath(location)))
-            continue;
-        const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(location);
-        if (url)
-            url->startAccessingSecurityScopedResource();
-        records.push_back(readRecord(location));
-        if (url)
-            url->stopAccessingSecurityScopedResource();
+    for (auto& look : lookAround()) {
+        if (look.record)
+            records.push_back(*std::move(look.record));
     }
     setFsDeviceList(std::move(records));
     showDevices();
@@ -79,17 +138,19 @@ void MagellanGPSPlugin::initFSDeviceList()
     setFsDevice(first != nullptr ? std::optional{*first} : std::nullopt);
 }
 
+std::vector<gps::SearchedPlace> MagellanGPSPlugin::searchedPlaces() const
+{
+    std::vector<gps::SearchedPlace> places;
+    for (auto& look : lookAround())
+        places.push_back(std::move(look.place));
+    return places;
+}
+
 /// Fills the pop-up. With fewer than two devices there is nothing to choose, and no reason to show it.
 void MagellanGPSPlugin::showDevices()
 {
     const bool choice = fsDeviceList_.size() > 1;
-    if (outlets_.deviceListMenu != nullptr) {
-        std::vector<std::string> names;
-        for (const auto& record : fsDeviceList_)
-            names.push_back(*record.as<gps::Dictionary>()->findString("name"));
-        outlets_.deviceListMenu->setItems(std::move(names));
-        outlets_.deviceListMenu->setHidden(!choice);
-    }
+    showItems(fsDeviceList_, choice);
     if (outlets_.deviceButton != nullptr && !choice)
         outlets_.deviceButton->setHidden(true);
 }
@@ -99,12 +160,28 @@ void MagellanGPSPlugin::setFsDevice(std::optional<gps::Dictionary> record)
     fsDevice_ = std::move(record);
     if (outlets_.deviceButton != nullptr)
         outlets_.deviceButton->setHidden(!fsDevice_ || isAuthorized(*fsDevice_));
-    if (outlets_.deviceListMenu != nullptr) {
-        const auto at = std::find_if(fsDeviceList_.begin(), fsDeviceList_.end(), [this](const gps::Value& listed) {
-            return fsDevice_ && *listed.as<gps::Dictionary>() == *fsDevice_;
-        });
-        outlets_.deviceListMenu->select(static_cast<std::size_t>(at - fsDeviceList_.begin()));
-    }
+    showSelection(fsDeviceList_, fsDevice_);
+}
+
+void MagellanGPSPlugin::showItems(const gps::Array& records, bool isShown)
+{
+    if (outlets_.deviceListMenu == nullptr)
+        return;
+    std::vector<std::string> names;
+    for (const auto& record : records)
+        names.push_back(*record.as<gps::Dictionary>()->findString("name"));
+    outlets_.deviceListMenu->setItems(std::move(names));
+    outlets_.deviceListMenu->setHidden(!isShown);
+}
+
+void MagellanGPSPlugin::showSelection(const gps::Array& records, const std::optional<gps::Dictionary>& selected)
+{
+    if (outlets_.deviceListMenu == nullptr)
+        return;
+    const auto at = std::find_if(records.begin(), records.end(), [&](const gps::Value& listed) {
+        return selected && *listed.as<gps::Dictionary>() == *selected;
+    });
+    outlets_.deviceListMenu->select(static_cast<std::size_t>(at - records.begin()));
 }
 
 /// Where the selected device lies; null without one.

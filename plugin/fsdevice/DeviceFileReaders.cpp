@@ -8,6 +8,7 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
 #include "../common/Lines.h"
+#include "../common/TrackNames.h"
 
 #include <gps/GPSOutputReceiver.h>
 #include <platform/System/FileManager.h>
@@ -40,7 +41,7 @@ std::optional<gps::Error> readDeviceFile(const std::string& path, std::string_vi
 {
     auto error = gps::FileManager{}.readAsciiFile(path, text);
     if (error)
-        gps::logError("MagellanGPSPlugin", makeError(ErrorCode::kReadFailed, message, kSuggestMounting, path).causedBy(*error));
+        gps::logError(kFilesLogSource, makeError(ErrorCode::kReadFailed, message, kSuggestMounting, path).causedBy(*error));
     return error;
 }
 
@@ -95,33 +96,6 @@ std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& 
     }
     return std::nullopt;
 }
-
-/// Opens a track where a point begins one: at another name than before, and at the first point of all.
-class TrackNames {
-public:
-    explicit TrackNames(gps::GPSOutputReceiver& status) : status_(status) {}
-
-    void pointWith(const gps::Dictionary& extras)
-    {
-        const auto* name = extras.findString("trackName");
-        if (name != nullptr && (!open_ || *name != current_))
-            begin(*name);
-        else if (!open_)
-            begin("Current Track");
-    }
-
-private:
-    void begin(std::string_view name)
-    {
-        current_ = name;
-        open_ = true;
-        status_.newTrack({{"name", name}});
-    }
-
-    gps::GPSOutputReceiver& status_;
-    std::string current_;
-    bool open_ = false;
-};
 
 /// Keeps a complete route under its name, which each of its sentences has set, and makes room for the next one.
 void storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& routes)

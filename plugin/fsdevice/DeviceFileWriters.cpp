@@ -55,6 +55,14 @@ std::optional<std::string> geocacheKey(const gps::Dictionary& record)
     return name != nullptr ? std::optional{*name} : std::nullopt;
 }
 
+/// The points under "points"; none of them where it is missing or no list.
+const gps::Array& pointsOf(const gps::Dictionary& record)
+{
+    static const auto& none = *new gps::Array;
+    const auto* points = record.findArray("points");
+    return points != nullptr ? *points : none;
+}
+
 gps::Array sortedByName(gps::Array records)
 {
     const auto nameOf = [](const gps::Value& value) -> const std::string& {
@@ -149,9 +157,7 @@ std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::stri
 std::string trackText(const gps::Dictionary& track)
 {
     std::vector<std::string> sentences;
-    const auto* points = track.find("points");
-    for (const auto& element :
-         points != nullptr && points->as<gps::Array>() != nullptr ? *points->as<gps::Array>() : gps::Array{}) {
+    for (const auto& element : pointsOf(track)) {
         const auto* record = element.as<gps::Dictionary>();
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr)
@@ -204,7 +210,7 @@ std::string mergedRouteText(const gps::Array& records, const std::string& path)
     for (auto& element : routes.takeValues()) {
         auto& route = *element.as<gps::Dictionary>();
         route.set("number", ++number);
-        for (auto& sentence : makeRouteSentences(*route.find("points")->as<gps::Array>(), route))
+        for (auto& sentence : makeRouteSentences(*route.findArray("points"), route))
             sentences.push_back(std::move(sentence));
     }
     return textOf(sentences);
@@ -214,9 +220,7 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
 {
     gps::Array points;
     Renames renames;
-    const auto* listed = route.find("points");
-    for (const auto& element :
-         listed != nullptr && listed->as<gps::Array>() != nullptr ? *listed->as<gps::Array>() : gps::Array{}) {
+    for (const auto& element : pointsOf(route)) {
         const auto* record = element.as<gps::Dictionary>();
         const auto* name = record != nullptr ? record->findString("name") : nullptr;
         if (name == nullptr)

@@ -7,6 +7,7 @@
 #include "MagellanGPSPlugin.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <platform/System/Ascii.h>
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
@@ -39,17 +40,12 @@ const ImportKind* kindOf(std::string_view extension)
     return at != kKinds.end() ? &*at : nullptr;
 }
 
-bool isAscii(std::string_view text) noexcept
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
-}
-
 /// Looks at the first line. A file that cannot be opened here, or whose path is not ASCII, is not refused: the reader meets the
 /// same trouble and says so.
 std::optional<gps::Error> checkFirstLine(const std::string& path, const ImportKind& kind)
 {
     std::string front;
-    if (!isAscii(path) || gps::FileManager{}.readFront(path, front, kind.prefix.size()))
+    if (!gps::isAscii(path) || gps::FileManager{}.readFront(path, front, kind.prefix.size()))
         return std::nullopt;
     if (front.empty())
         return makeError(ErrorCode::kImportRefused, "Couldn't open file", "File may be missing or this may be the wrong plug-in",

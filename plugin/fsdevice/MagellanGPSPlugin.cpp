@@ -15,16 +15,12 @@
 #include <utility>
 
 namespace magellan {
-namespace {
 
-/// The tables that every driver shares, built before there is a driver, so that workers only ever read them.
-void buildSharedTables()
+void MagellanGPSPlugin::buildSharedTables()
 {
     (void)SymbolMap::shared();
     (void)deviceCharacterSet();
 }
-
-} // namespace
 
 std::shared_ptr<MagellanGPSPlugin> MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
 {
@@ -55,6 +51,11 @@ void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
     const auto* level = options.find("debug");
     if (level != nullptr && level->hasReading())
         debugLevel_ = level->int32Reading();
+}
+
+std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status, const gps::Dictionary& options)
+{
+    return startWorker(status, options, {{"output", status}}, &MagellanGPSPlugin::runAcquire);
 }
 
 std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, const gps::Dictionary& options,

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// MagellanGPSPlugin: the driver of receivers that mount as a disk. Its operations stand in six sources: MagellanGPSPlugin.cpp
-// (identity, creation, the front of every operation), DeviceDiscovery.cpp, AcquireDriver.cpp, FileImport.cpp, SendDriver.cpp and
-// SendPlan.cpp. [host thread], but for the worker bodies: these work from their work dictionary alone and never read the driver's
-// fields.
+// MagellanGPSPlugin: the driver of receivers that mount as a disk, and the base of the one for serial ports. Its operations stand
+// in six sources: MagellanGPSPlugin.cpp (identity, creation, the front of every operation), DeviceDiscovery.cpp,
+// AcquireDriver.cpp, FileImport.cpp, SendDriver.cpp and SendPlan.cpp. [host thread], but for the worker bodies: these work from
+// their work dictionary alone and never read the driver's fields.
 
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/GPSDeviceSearch.h>
 #include <gps/GPSFileDevice.h>
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/View.h>
@@ -26,6 +27,7 @@ inline constexpr char kPlugInClass[] = "GPSPlugIn";
 
 class MagellanGPSPlugin : public gps::GPSPlugInProtocol,
                           public gps::GPSFileDevice,
+                          public gps::GPSDeviceSearch,
                           public std::enable_shared_from_this<MagellanGPSPlugin> {
 public:
     /// `getPluginForClass:`: a new driver, with its view loaded and the devices looked for.
@@ -58,6 +60,9 @@ public:
     /// `initFSDeviceList`: looks for receivers among the removable volumes and the test folders, shows them in the view and
     /// selects the first.
     void initFSDeviceList();
+
+    /// Every mounted volume and every test folder, with what came of looking at it.
+    [[nodiscard]] std::vector<gps::SearchedPlace> searchedPlaces() const override;
 
     // What a host asks before a send.
     [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;
@@ -92,15 +97,15 @@ public:
     [[nodiscard]] std::int32_t debugLevel() const noexcept { return debugLevel_; }
 
 protected:
-    using WorkerBody = void (MagellanGPSPlugin::*)(const gps::Dictionary& work);
+    /// The class initialiser: the tables that every driver shares, built before there is a driver, so that workers only ever
+    /// read them.
+    static void buildSharedTables();
 
     /// Sets the debug level to the option "debug", if there is one.
     void takeDebugLevel(const gps::Dictionary& options);
 
-    /// The front of every operation: sets up, adds entries to the work dictionary and starts the body on a worker.
-    /// @return  why it could not start, after `gpsStateChange:` 0 was sent
-    [[nodiscard]] std::optional<gps::Error> startWorker(const Status& status, const gps::Dictionary& options,
-                                                        const gps::Dictionary& additions, WorkerBody body);
+    /// Starts `runAcquire:` on a worker. @return  why it could not start, after `gpsStateChange:` 0 was sent
+    [[nodiscard]] std::optional<gps::Error> startAcquire(const Status& status, const gps::Dictionary& options);
 
     /// `setUpDictionaryForThreadingFromOptions:withError:`: the options with "folders" and "targetPath".
     /// @param work  out: the work dictionary; untouched after a failure
@@ -117,9 +122,19 @@ protected:
     /// Takes a view's outlets and connects what the user does in it.
     void connect(gps::ViewOutlets outlets);
 
+    // What the view's pop-up shows; nothing without a view.
+    void showItems(const gps::Array& records, bool isShown);
+    void showSelection(const gps::Array& records, const std::optional<gps::Dictionary>& selected);
+    virtual void userPicked(std::size_t item);
+
 private:
+    using WorkerBody = void (MagellanGPSPlugin::*)(const gps::Dictionary& work);
+
+    /// The front of every operation: sets up, adds entries to the work dictionary and starts the body on a worker.
+    [[nodiscard]] std::optional<gps::Error> startWorker(const Status& status, const gps::Dictionary& options,
+                                                        const gps::Dictionary& additions, WorkerBody body);
+
     [[nodiscard]] const std::string* location() const;
-    void userPicked(std::size_t item);
     void userPressedDeviceButton();
     void showDevices();
 

@@ -37,9 +37,9 @@ void save(const SendJob& job)
         return;
     try {
         if (const auto error = write(job))
-            gps::logError("MagellanGPSPlugin", *error);
+            gps::logError(kFilesLogSource, *error);
     } catch (const std::exception& failure) {
-        gps::logError("MagellanGPSPlugin", makeThrownError(failure, *job.folder));
+        gps::logError(kFilesLogSource, makeThrownError(failure, *job.folder));
     }
 }
 

@@ -8,23 +8,14 @@
 #include <utility>
 
 namespace magellan {
-namespace {
-
-const gps::Array* findArray(const gps::Dictionary& data, std::string_view key)
-{
-    const auto* value = data.find(key);
-    return value != nullptr ? value->as<gps::Array>() : nullptr;
-}
-
-} // namespace
 
 std::vector<SendBracket> sendOrder(const gps::Dictionary& data, const gps::Dictionary& folders, const std::string& volume)
 {
     const auto folder = [&](std::string_view key) { return dataFolderPath(folders, key, volume); };
     std::vector<SendBracket> order;
-    if (const auto* tracks = findArray(data, "track"))
+    if (const auto* tracks = data.findArray("track"))
         order.push_back({"Tracks", gps::TransferKind::kTracks, {{SendKind::kTracks, *tracks, folder("TrackLogs")}}});
-    if (const auto* waypoints = findArray(data, "waypoint")) {
+    if (const auto* waypoints = data.findArray("waypoint")) {
         SendBracket bracket{"Waypoints", gps::TransferKind::kWaypoints, {}};
         // A receiver without a folder for geocaches gets them as points of interest.
         const auto caches = folder("Geocaches");
@@ -35,7 +26,7 @@ std::vector<SendBracket> sendOrder(const gps::Dictionary& data, const gps::Dicti
             bracket.jobs.push_back({SendKind::kGeocaches, std::move(*split.geocaches), caches});
         order.push_back(std::move(bracket));
     }
-    if (const auto* routes = findArray(data, "route"))
+    if (const auto* routes = data.findArray("route"))
         order.push_back({"Routes", gps::TransferKind::kRoutes, {{SendKind::kRoutes, *routes, folder("Routes")}}});
     return order;
 }

@@ -10,6 +10,7 @@
 #include "SendOrder.h"
 #include "SendRemarks.h"
 
+#include <platform/System/Ascii.h>
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
@@ -30,17 +31,12 @@ bool isFolder(const std::string& path)
     return gps::FileManager{}.fileExists(path, &folder) && folder;
 }
 
-bool isAscii(std::string_view text) noexcept
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
-}
-
 /// Why a content cannot be written into a folder, as far as that can be seen without trying.
 std::optional<gps::Error> obstacle(const std::string& folder, const std::string& path, std::string_view content)
 {
     if (!isFolder(folder))
         return gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path);
-    if (!isAscii(content))
+    if (!gps::isAscii(content))
         return gps::makeFileError(gps::FileErrorCode::kWriteNotAscii, path);
     return std::nullopt;
 }

@@ -106,10 +106,10 @@ void remarkOnRoute(const gps::Dictionary& record, Remarks& remarks)
         remarks.say("A route without a name is left out, but for its points.");
     remarkOnText("route", record, "name", true, remarks);
     remarkOnText("route", record, "comment", false, remarks);
-    const auto* points = record.find("points");
-    if (points == nullptr || points->as<gps::Array>() == nullptr)
+    const auto* points = record.findArray("points");
+    if (points == nullptr)
         return;
-    for (const auto& element : *points->as<gps::Array>()) {
+    for (const auto& element : *points) {
         if (const auto* point = element.as<gps::Dictionary>())
             remarkOnWaypoint("route point", *point, remarks);
     }
@@ -118,10 +118,10 @@ void remarkOnRoute(const gps::Dictionary& record, Remarks& remarks)
 void remarkOnTrack(const gps::Dictionary& record, Remarks& remarks)
 {
     std::size_t unwritable = 0;
-    const auto* points = record.find("points");
-    if (points == nullptr || points->as<gps::Array>() == nullptr)
+    const auto* points = record.findArray("points");
+    if (points == nullptr)
         return;
-    for (const auto& element : *points->as<gps::Array>()) {
+    for (const auto& element : *points) {
         const auto* point = element.as<gps::Dictionary>();
         unwritable += point == nullptr || !canBeWritten(*point) ? 1U : 0U;
     }

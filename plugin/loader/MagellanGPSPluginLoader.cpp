@@ -3,6 +3,7 @@
 #include "MagellanGPSPluginLoader.h"
 
 #include "../fsdevice/MagellanGPSPlugin.h"
+#include "../serialdevice/MagellanSerialGPSPlugin.h"
 
 #include <utility>
 
@@ -22,6 +23,8 @@ std::optional<gps::PlugInEnumerator> MagellanGPSPluginLoader::piGetPlugIns(std::
 {
     std::vector<std::shared_ptr<gps::GPSPlugInProtocol>> drivers;
     if (auto driver = MagellanGPSPlugin::getPluginForClass(plugInClass))
+        drivers.push_back(std::move(driver));
+    if (auto driver = MagellanSerialGPSPlugin::getPluginForClass(plugInClass))
         drivers.push_back(std::move(driver));
     if (drivers.empty())
         return std::nullopt;

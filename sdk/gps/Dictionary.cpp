@@ -130,6 +130,18 @@ const Dictionary* Dictionary::findDictionary(std::string_view key) const noexcep
     return value != nullptr ? value->as<Dictionary>() : nullptr;
 }
 
+const Array* Dictionary::findArray(std::string_view key) const noexcept
+{
+    const Value* value = find(key);
+    return value != nullptr ? value->as<Array>() : nullptr;
+}
+
+Array* Dictionary::findArray(std::string_view key) noexcept
+{
+    Value* value = find(key);
+    return value != nullptr ? value->as<Array>() : nullptr;
+}
+
 void Dictionary::set(std::string_view key, Value value)
 {
     if (value.isNone())

@@ -17,6 +17,7 @@ namespace gps {
 
 class Value;
 struct DictionaryEntry;
+using Array = std::vector<Value>;
 
 /// A flat list that grows a hash index when it becomes large: five keys and a million are both fast.
 ///
@@ -42,9 +43,11 @@ public:
     [[nodiscard]] Value* find(std::string_view key) noexcept;
     [[nodiscard]] bool contains(std::string_view key) const noexcept { return find(key) != nullptr; }
 
-    /// The text, or the dictionary, under a key; null when the key is missing or its value of another type.
+    /// The text, the dictionary or the array under a key; null when the key is missing or its value of another type.
     [[nodiscard]] const std::string* findString(std::string_view key) const noexcept;
     [[nodiscard]] const Dictionary* findDictionary(std::string_view key) const noexcept;
+    [[nodiscard]] const Array* findArray(std::string_view key) const noexcept;
+    [[nodiscard]] Array* findArray(std::string_view key) noexcept;
 
     void set(std::string_view key, Value value);
 

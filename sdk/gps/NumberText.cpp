@@ -50,6 +50,16 @@ std::optional<double> shortNumber(std::string_view text) noexcept
     return static_cast<double>(digits) / kPowersOfTen[decimals];
 }
 
+/// Whole numbers of up to five digits, as altitudes in metres are: both ways of writing a number agree on them.
+/// @return  false without having done anything for any other number
+bool appendWhole(std::string& out, double value)
+{
+    if (std::abs(value) >= 1e5 || value == 0 || value != std::trunc(value))
+        return false;
+    appendInteger(out, static_cast<std::int64_t>(value));
+    return true;
+}
+
 /// Whether the digits at the front of a text that from_chars found out of range stand for something huge (else: tiny).
 /// Compares the place of the first digit that is not 0 with the exponent.
 bool isHuge(std::string_view text) noexcept
@@ -138,6 +148,8 @@ std::int32_t saturatedInt32(std::int64_t value) noexcept
 
 void appendShortest(std::string& out, double value)
 {
+    if (appendWhole(out, value))
+        return;
     std::array<char, 32> text; // the longest, "-2.2250738585072014e-308", has 24
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
     out.append(text.data(), end);
@@ -145,6 +157,8 @@ void appendShortest(std::string& out, double value)
 
 void appendDecimal(std::string& out, double value)
 {
+    if (appendWhole(out, value))
+        return;
     std::array<char, 1200> text; // the smallest double has 1,074 decimals at the most
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     out.append(text.data(), end);

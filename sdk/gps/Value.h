@@ -22,8 +22,6 @@ namespace gps {
 
 class GPSOutputReceiver;
 
-using Array = std::vector<Value>;
-
 class Value {
 public:
     Value() noexcept = default; ///< none: what a key that is not there has

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -118,6 +119,28 @@ TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
     mount("");
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(driver_->isReady());
+}
+
+TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOfIt)
+{
+    using Verdict = gps::SearchedPlace::Verdict;
+    const support::ReceiverFolder other;
+    receiver_.unitFile("1");
+    mount(line("8:1", receiver_.path()) + line("0:42", receiver_.path()) + line("8:65", receiver_.path()) +
+          line("8:17", receiver_.path()) + line("8:17", other.path()));
+    const std::vector<std::pair<std::string, Verdict>> expected{{"built-in volume", Verdict::kPassedOver},
+                                                                {"volume without a disk behind it", Verdict::kPassedOver},
+                                                                {"volume without a disk behind it", Verdict::kPassedOver},
+                                                                {"removable volume", Verdict::kTaken},
+                                                                {"removable volume", Verdict::kRefused}};
+    const auto places = driver_->searchedPlaces();
+    ASSERT_EQ(places.size(), expected.size());
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        EXPECT_EQ(places[i].sort, expected[i].first) << i;
+        EXPECT_EQ(places[i].verdict, expected[i].second) << i;
+        EXPECT_EQ(places[i].location, i == 4 ? other.path() : receiver_.path());
+    }
+    EXPECT_THAT(found(), ElementsAre(receiver_.path()));
 }
 
 TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathIsReadFromEndToEnd)

@@ -194,13 +194,23 @@ TEST(Dictionary, AnEmptyKeyIsAKey)
 
 TEST(Dictionary, TypedLookupsAreNullForAnotherType)
 {
-    const Dictionary dictionary{{"text", "t"}, {"number", 1}, {"inner", Dictionary{{"a", 1}}}};
+    const Dictionary dictionary{{"text", "t"}, {"number", 1}, {"inner", Dictionary{{"a", 1}}}, {"list", Array{1}}};
     EXPECT_EQ(*dictionary.findString("text"), "t");
     EXPECT_EQ(dictionary.findString("number"), nullptr);
     EXPECT_EQ(dictionary.findString("none"), nullptr);
     EXPECT_EQ(*dictionary.findDictionary("inner"), (Dictionary{{"a", 1}}));
     EXPECT_EQ(dictionary.findDictionary("text"), nullptr);
     EXPECT_EQ(dictionary.findDictionary("none"), nullptr);
+    EXPECT_EQ(*dictionary.findArray("list"), Array{1});
+    EXPECT_EQ(dictionary.findArray("inner"), nullptr);
+    EXPECT_EQ(dictionary.findArray("none"), nullptr);
+}
+
+TEST(Dictionary, AnArrayCanBeChangedWhereItIs)
+{
+    Dictionary dictionary{{"list", Array{1}}};
+    dictionary.findArray("list")->emplace_back(2);
+    EXPECT_EQ(dictionary, (Dictionary{{"list", Array{1, 2}}}));
 }
 
 TEST(Dictionary, SetTextReplacesAValueOfAnyType)

@@ -2,6 +2,7 @@
 
 #include <gps/NumberText.h>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -163,6 +164,31 @@ TEST(NumberText, ADecimalHasNoExponentHoweverLargeOrSmall)
         EXPECT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos);
         EXPECT_EQ(std::strtod(text.c_str(), nullptr), value);
     }
+}
+
+// What the standard library writes, by its own general way.
+std::string generalText(double value, bool isFixed)
+{
+    std::array<char, 1200> text;
+    char* const end = text.data() + text.size();
+    const auto result =
+        isFixed ? std::to_chars(text.data(), end, value, std::chars_format::fixed) : std::to_chars(text.data(), end, value);
+    return {text.data(), result.ptr};
+}
+
+void expectTheGeneralText(double value)
+{
+    EXPECT_EQ(appended(appendDecimal, value), generalText(value, true)) << value;
+    EXPECT_EQ(appended(appendShortest, value), generalText(value, false)) << value;
+}
+
+TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
+{
+    for (const double value :
+         {0.0, -0.0, 1.0, -1.0, 10.0, 46.5, 10000.0, 99999.0, -99999.0, 99999.5, 100000.0, -100000.0, 1e22, 0.1})
+        expectTheGeneralText(value);
+    for (int i = -150000; i < 150000; i += 7)
+        expectTheGeneralText(i);
 }
 
 TEST(NumberText, IntegersArePaddedAsPrintfDoes)

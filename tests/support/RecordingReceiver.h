@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <set>
@@ -38,11 +39,18 @@ public:
         return threads_;
     }
 
-    /// Waits for `gpsStateChange:` 0. @return  whether it came within half a minute
-    [[nodiscard]] bool waitUntilIdle() const
+    /// Waits for `gpsStateChange:` 0. @return  whether it came within the time
+    [[nodiscard]] bool waitUntilIdle(std::chrono::seconds limit = std::chrono::seconds{30}) const
     {
         std::unique_lock lock{mutex_};
-        return changed_.wait_for(lock, std::chrono::seconds{30}, [this] { return idle_; });
+        return changed_.wait_for(lock, limit, [this] { return idle_; });
+    }
+
+    /// Waits for that many calls. @return  whether they came within half a minute
+    [[nodiscard]] bool waitForCalls(std::size_t count) const
+    {
+        std::unique_lock lock{mutex_};
+        return changed_.wait_for(lock, std::chrono::seconds{30}, [&] { return calls_.size() >= count; });
     }
 
     void gpsStateChange(std::int32_t state) override
@@ -79,6 +87,7 @@ private:
         const std::lock_guard lock{mutex_};
         calls_.push_back(std::move(call));
         threads_.insert(std::this_thread::get_id());
+        changed_.notify_all();
     }
 
     mutable std::mutex mutex_;

@@ -3,6 +3,7 @@
 #include <platform/System/DeviceMonitor.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <memory>
@@ -14,6 +15,7 @@
 #include <support/TemporaryFolder.h>
 
 #include <sys/time.h>
+#include <unistd.h>
 
 namespace gps {
 namespace {
@@ -32,6 +34,21 @@ TEST(DeviceMonitor, WithoutAChangeTheWaitLastsAsLongAsGiven)
         EXPECT_FALSE(changes.serialPorts);
         EXPECT_FALSE(changes.interrupted);
     }
+}
+
+TEST(DeviceMonitor, SomethingToReadFromTheWakeUpFileEndsTheWait)
+{
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    DeviceMonitor monitor{pipe[0]};
+    EXPECT_FALSE(monitor.wait(0ms).interrupted);
+    ASSERT_EQ(::write(pipe[1], "x", 1), 1);
+    const auto changes = monitor.wait(-1ms);
+    EXPECT_TRUE(changes.interrupted);
+    EXPECT_FALSE(changes.volumes);
+    EXPECT_FALSE(changes.serialPorts);
+    ::close(pipe[0]);
+    ::close(pipe[1]);
 }
 
 TEST(DeviceMonitor, AMountAndAnUnmountAreChangesOfVolumesOnceEach)

@@ -56,49 +56,11 @@ TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
         EXPECT_FALSE(loader.piGetPlugIns(other)) << other;
 }
 
-TEST(MagellanGPSPluginLoader, WithoutASerialPortItYieldsTheMassStorageDriverAloneAndThenNull)
-{
-    const support::TestFolders none{{}};
-    MagellanGPSPluginLoader loader;
-    auto drivers = loader.piGetPlugIns("GPSPlugIn");
-    ASSERT_TRUE(drivers);
-    const auto driver = drivers->nextObject();
-    ASSERT_NE(driver, nullptr);
-    EXPECT_EQ(driver->className(), "MagellanGPSPlugin");
-    EXPECT_FALSE(driver->isReady());
-    EXPECT_EQ(drivers->nextObject(), nullptr);
-    EXPECT_EQ(drivers->nextObject(), nullptr);
-}
-
 TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
     EXPECT_NE(loader.piGetPlugIns("GPSPlugIn")->nextObject(), loader.piGetPlugIns("GPSPlugIn")->nextObject());
-}
-
-TEST(MissingResources, WithoutItsViewTheAnswerIsNoneNotAnEmptyEnumerator)
-{
-    const support::TestFolders none{{}};
-    const BundleCopy bundle;
-    bundle.remove("MagellanGPS.plist");
-    EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn"));
-}
-
-TEST(MissingResources, ABrokenViewIsAMissingOne)
-{
-    const support::TestFolders none{{}};
-    for (const auto* view : {"", "<plist version=\"1.0\"><dict>", "<plist version=\"1.0\"><array/></plist>",
-                             "<plist "
-                             "version=\"1.0\"><dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</"
-                             "string></dict></plist>",
-                             "<plist "
-                             "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</key><string>other</"
-                             "string></dict></plist>"}) {
-        const BundleCopy bundle;
-        bundle.put("MagellanGPS.plist", view);
-        EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn")) << view;
-    }
 }
 
 TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)

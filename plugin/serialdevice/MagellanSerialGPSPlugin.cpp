@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+
+#include "MagellanSerialGPSPlugin.h"
+
+#include "../common/DictionaryHelpers.h"
+#include "../common/Errors.h"
+#include "../common/PluginBundle.h"
+#include "DownloadSession.h"
+
+#include <gps/GPSOutputReceiver.h>
+#include <platform/OrvUtils/OrvSerial.h>
+
+#include <exception>
+#include <utility>
+
+namespace magellan {
+
+std::shared_ptr<MagellanSerialGPSPlugin> MagellanSerialGPSPlugin::getPluginForClass(std::string_view plugInClass)
+{
+    if (plugInClass != kPlugInClass)
+        return nullptr;
+    buildSharedTables();
+    auto driver = std::make_shared<MagellanSerialGPSPlugin>();
+    if (driver->makeSerialPortList().empty())
+        return nullptr;
+    auto outlets = pluginBundle().loadView("MagellanSerialGPS");
+    if (!outlets)
+        return nullptr;
+    driver->connect(std::move(*outlets));
+    driver->showPorts();
+    return driver->gpsView() != nullptr ? driver : nullptr;
+}
+
+const gps::Array& MagellanSerialGPSPlugin::makeSerialPortList()
+{
+    setSerialPortList(gps::OrvSerial::getSerialPorts());
+    const auto* first = serialPortList_.empty() ? nullptr : serialPortList_.front().as<gps::Dictionary>();
+    setSerialPort(first != nullptr ? std::optional{*first} : std::nullopt);
+    showPorts();
+    return serialPortList_;
+}
+
+std::vector<gps::SearchedPlace> MagellanSerialGPSPlugin::searchedPlaces() const
+{
+    std::vector<gps::SearchedPlace> places;
+    for (const auto& port : gps::OrvSerial::getSerialPorts()) {
+        const auto& record = *port.as<gps::Dictionary>();
+        places.push_back({*record.findString("location"), "serial port", gps::SearchedPlace::Verdict::kTaken,
+                          "Whether a receiver is at its end, only a download finds out", ""});
+    }
+    return places;
+}
+
+void MagellanSerialGPSPlugin::setSerialPort(std::optional<gps::Dictionary> record)
+{
+    serialPort_ = std::move(record);
+    showSelection(serialPortList_, serialPort_);
+}
+
+void MagellanSerialGPSPlugin::showPorts()
+{
+    showItems(serialPortList_, !serialPortList_.empty());
+    showSelection(serialPortList_, serialPort_);
+}
+
+void MagellanSerialGPSPlugin::userPicked(std::size_t item)
+{
+    if (item < serialPortList_.size())
+        setSerialPort(*serialPortList_[item].as<gps::Dictionary>());
+}
+
+std::optional<gps::Error> MagellanSerialGPSPlugin::gpsRunAcquire(const Status& status, const gps::Dictionary& options)
+{
+    takeDebugLevel(options);
+    GarminSetDebugLevel(debugLevel());
+    return startAcquire(status, options);
+}
+
+std::optional<gps::Error> MagellanSerialGPSPlugin::setUpDictionaryForThreading(const gps::Dictionary& options,
+                                                                               gps::Dictionary& work) const
+{
+    const auto* const location = serialPort_ ? serialPort_->findString("location") : nullptr;
+    if (location == nullptr)
+        return logged(makeError(ErrorCode::kNoDevice, "No location was selected for Magellan device",
+                                "Please make sure your Magellan device is connected and turned on, and try again"));
+    work = options;
+    work.set("location", *location);
+    return std::nullopt;
+}
+
+void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
+{
+    gps::GPSOutputReceiver& status = **work.find("output")->as<Status>();
+    status.gpsStateChange(1);
+    {
+        std::unique_ptr<gps::OrvSerial> serial; // closed at the end of this scope, whatever leaves it
+        if (const auto error = download(serial, work, status))
+            status.error(*error);
+    }
+    status.gpsStateChange(0);
+}
+
+/// The one place that catches what a session throws. The receiver is not switched back then: it cannot be reached.
+std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial, const gps::Dictionary& work,
+                                                            gps::GPSOutputReceiver& status) const
+{
+    try {
+        serial = makeSerial();
+        if (serial == nullptr)
+            return makeError(ErrorCode::kSerialPort, "Couldn't initialize serial code",
+                             "Please try again or report this error to Orvane");
+        return DownloadSession{*serial, status, work}.run();
+    } catch (const gps::Error& error) {
+        return error;
+    } catch (const std::exception&) {
+        return gps::Error{kErrorDomain, static_cast<std::int32_t>(ErrorCode::kSessionInterrupted)};
+    }
+}
+
+std::unique_ptr<gps::OrvSerial> MagellanSerialGPSPlugin::makeSerial() const
+{
+    return gps::OrvSerial::create();
+}
+
+/// Nothing can be sent to these receivers: the operation ends as soon as it has begun.
+void MagellanSerialGPSPlugin::runSend(const gps::Dictionary& work)
+{
+    (*work.find("status")->as<Status>())->gpsStateChange(0);
+}
+
+} // namespace magellan

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+
+#include <platform/System/Ascii.h>
+
+#include <cstddef>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace gps {
+namespace {
+
+TEST(Ascii, AByteAbove127IsFoundWhereverItStands)
+{
+    for (std::size_t size = 0; size < 70; ++size) { // some words, and what is left over
+        std::string text(size, '\x7F');
+        EXPECT_TRUE(isAscii(text)) << size;
+        for (std::size_t at = 0; at < size; ++at) {
+            text[at] = '\x80';
+            EXPECT_FALSE(isAscii(text)) << at << " of " << size;
+            text[at] = '\0';
+        }
+    }
+}
+
+} // namespace
+} // namespace gps

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// What the driver tells of the places where it looked; volumes are in the tests on a mocked device tree.
+
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/AsNobody.h>
+#include <support/ReceiverFolder.h>
+
+namespace magellan {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using Verdict = gps::SearchedPlace::Verdict;
+
+class DeviceSearchTest : public testing::Test {
+protected:
+    /// What comes of looking at the receiver's folder.
+    [[nodiscard]] gps::SearchedPlace look() const
+    {
+        support::TestFolders::set({receiver_.path()});
+        const auto places = driver_->searchedPlaces();
+        EXPECT_FALSE(places.empty());
+        const auto place = places.back();
+        EXPECT_EQ(place.location, receiver_.path());
+        EXPECT_EQ(place.sort, "test folder");
+
+        driver_->refreshDeviceList();
+        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kTaken ? 1U : 0U) << place.reason;
+        return place;
+    }
+
+    support::TestFolders folders_{{}};
+    std::shared_ptr<MagellanGPSPlugin> driver_ = MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    support::ReceiverFolder receiver_;
+};
+
+TEST_F(DeviceSearchTest, ReceiverIsTakenUnderItsName)
+{
+    receiver_.unitFile("12345");
+    const auto place = look();
+    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_THAT(place.reason, HasSubstr("Magellan device 12345"));
+    EXPECT_THAT(place.advice, IsEmpty());
+}
+
+TEST_F(DeviceSearchTest, FolderWithoutAUnitFileIsNoReceiver)
+{
+    const auto place = look();
+    EXPECT_EQ(place.verdict, Verdict::kRefused);
+    EXPECT_THAT(place.reason, HasSubstr("USBTRANS/UNIT_ID.DAT"));
+    EXPECT_THAT(place.advice, IsEmpty());
+}
+
+TEST_F(DeviceSearchTest, FolderThatMayNotBeLookedIntoSaysWhatToDo)
+{
+    receiver_.unitFile("12345");
+    std::filesystem::permissions(receiver_.path("USBTRANS"), std::filesystem::perms::none);
+    const support::AsNobody nobody;
+    const auto place = look();
+    EXPECT_EQ(place.verdict, Verdict::kRefused);
+    EXPECT_THAT(place.reason, HasSubstr("another user"));
+    EXPECT_THAT(place.advice, Not(IsEmpty()));
+}
+
+TEST_F(DeviceSearchTest, UnitFileThatMayNotBeReadIsTakenWithAdvice)
+{
+    std::filesystem::permissions(receiver_.unitFile("12345"), std::filesystem::perms::none);
+    const support::AsNobody nobody;
+    const auto place = look();
+    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_THAT(place.reason, HasSubstr("may not be read"));
+    EXPECT_THAT(place.advice, Not(IsEmpty()));
+}
+
+TEST_F(DeviceSearchTest, UnitFileThatIsNoTextIsTakenAndToldOf)
+{
+    receiver_.unitFile("\xFF");
+    const auto place = look();
+    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_THAT(place.reason, HasSubstr("cannot be read as text"));
+}
+
+TEST_F(DeviceSearchTest, SearchChangesNeitherTheListNorTheSelection)
+{
+    receiver_.unitFile("1");
+    const support::ReceiverFolder other;
+    other.unitFile("2");
+    support::TestFolders::set({receiver_.path(), other.path()});
+    driver_->refreshDeviceList();
+    driver_->setFsDevice(*driver_->deviceList().back().as<gps::Dictionary>());
+    const auto selected = driver_->fsDevice();
+    support::TestFolders::set({});
+    (void)driver_->searchedPlaces();
+    EXPECT_EQ(driver_->deviceList().size(), 2U);
+    EXPECT_EQ(driver_->fsDevice(), selected);
+}
+
+} // namespace
+} // namespace magellan

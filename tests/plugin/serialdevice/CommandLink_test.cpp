@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+
+#include <plugin/serialdevice/CommandLink.h>
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/LogCapture.h>
+#include <support/MemoryLine.h>
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+using testing::SizeIs;
+
+class Link : public testing::Test {
+protected:
+    support::MemoryLineLog done;
+    support::MemoryLine line{done};
+    support::LogCapture logged;
+    CommandLink link{&line};
+};
+
+TEST_F(Link, SendsEachCommandFramedInOneWriteAndReadsNothing)
+{
+    for (const auto& [body, framed] : std::vector<std::pair<std::string, std::string>>{
+             {"PMGNCMD,VERSION", "$PMGNCMD,VERSION*28\r\n"},
+             {"PMGNCMD,TON", "$PMGNCMD,TON*27\r\n"},
+             {"PMGNCMD,END", "$PMGNCMD,END*3D\r\n"},
+             {"PMGNCMD,HANDON", "$PMGNCMD,HANDON*70\r\n"},
+             {"PMGNCMD,HANDOFF", "$PMGNCMD,HANDOFF*3E\r\n"},
+         }) {
+        done.doings.clear();
+        link.sendCommand(body);
+        EXPECT_THAT(done.doings, ElementsAre("send " + framed));
+    }
+    EXPECT_THAT(logged.lines(), IsEmpty());
+}
+
+TEST_F(Link, AwaitsOneLineAndLogsCommandAndReply)
+{
+    line.saysSentence("PMGNVER,017,4.05,Sport");
+    EXPECT_THAT(link.sendCommandAwaitResponse("PMGNCMD,VERSION"), Optional(std::string{"PMGNVER,017,4.05,Sport"}));
+    EXPECT_THAT(done.doings, ElementsAre("send $PMGNCMD,VERSION*28\r\n", "read"));
+    EXPECT_THAT(logged.lines(), ElementsAre("PMGNCMD,VERSION => PMGNVER,017,4.05,Sport"));
+    EXPECT_TRUE(line.askedAsExpected());
+}
+
+TEST_F(Link, TakesTimeOutAndBadChecksumOfAReplyForNothingAndSaysNothing)
+{
+    line.keepsSilent();
+    line.says(support::breakChecksum(support::sentence("PMGNCSM,28")));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(link.sendCommandAwaitResponse("PMGNCMD,VERSION"), std::nullopt);
+    EXPECT_THAT(done.sent(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,VERSION"));
+    EXPECT_THAT(logged.lines(), IsEmpty());
+}
+
+TEST_F(Link, AcknowledgesAValidSentenceAndLogsIt)
+{
+    line.saysSentence("PMGNCMD,END");
+    EXPECT_THAT(link.readResponseWithChecksum(), Optional(std::string{"PMGNCMD,END"}));
+    EXPECT_THAT(done.doings, ElementsAre("read", "send $PMGNCSM,3D*" + support::sentence("PMGNCSM,3D").substr(12) + "\r\n"));
+    EXPECT_THAT(logged.lines(), ElementsAre(" -- PMGNCMD,END"));
+    EXPECT_TRUE(line.askedAsExpected());
+}
+
+TEST_F(Link, WritesTheAcknowledgedChecksumItselfInUpperCase)
+{
+    auto lower = support::sentence("PMGNCMD,END"); // "...*3D"
+    lower.back() = 'd';
+    line.says(lower);
+    (void)link.readResponseWithChecksum();
+    line.saysSentence("AA"); // checksum 00: two digits nevertheless
+    (void)link.readResponseWithChecksum();
+    EXPECT_THAT(done.sent(), ElementsAre("PMGNCSM,3D", "PMGNCSM,00"));
+}
+
+TEST_F(Link, NeitherAcknowledgesNorReturnsASentenceWithAWrongChecksum)
+{
+    const auto broken = support::breakChecksum(support::sentence("PMGNCMD,END"));
+    line.says(broken);
+    EXPECT_EQ(link.readResponseWithChecksum(), std::nullopt);
+    EXPECT_THAT(done.doings, ElementsAre("read"));
+    EXPECT_THAT(logged.lines(), ElementsAre(" -- invalid/no response -- " + broken + ' '));
+}
+
+TEST_F(Link, TakesATimeOutOfADataSentenceSilently)
+{
+    EXPECT_EQ(link.readResponseWithChecksum(), std::nullopt);
+    EXPECT_THAT(done.doings, ElementsAre("read"));
+    EXPECT_THAT(logged.lines(), IsEmpty());
+}
+
+TEST_F(Link, IsContentWithTheFirstAcknowledgement)
+{
+    line.saysSentence("PMGNCSM,27");
+    EXPECT_TRUE(link.sendCommandWithChecksum("PMGNCMD,TON"));
+    EXPECT_THAT(done.sent(), ElementsAre("PMGNCMD,TON"));
+}
+
+TEST_F(Link, IsContentWithTheFifthAcknowledgement)
+{
+    line.keepsSilent(4);
+    line.saysSentence("PMGNCSM,27");
+    EXPECT_TRUE(link.sendCommandWithChecksum("PMGNCMD,TON"));
+    EXPECT_THAT(done.sent(), SizeIs(5));
+}
+
+TEST_F(Link, GivesUpAfterExactlyFiveSendings)
+{
+    line.keepsSilent(5);
+    line.saysSentence("PMGNCSM,27"); // too late
+    EXPECT_FALSE(link.sendCommandWithChecksum("PMGNCMD,TON"));
+    EXPECT_THAT(done.sent(), AllOf(SizeIs(5), Each(std::string{"PMGNCMD,TON"})));
+    EXPECT_THAT(logged.lines(), IsEmpty());
+}
+
+TEST_F(Link, CountsEveryOtherReplyAsAFailedAttempt)
+{
+    line.saysSentence("PMGNWPL,4600.0,N,00700.0,E,0,M,A,,a"); // a data sentence
+    line.saysSentence("PMGNCSM,28");                          // of something else
+    line.saysSentence("PMGNCSM,27,");
+    line.saysSentence("PMGNCSM,2");
+    line.saysSentence("PMGNCSM,27");
+    EXPECT_TRUE(link.sendCommandWithChecksum("PMGNCMD,TON"));
+    EXPECT_THAT(done.sent(), SizeIs(5));
+}
+
+TEST_F(Link, ComparesAcknowledgementsAsTheyAre)
+{
+    for (int i = 0; i < 5; ++i)
+        line.saysSentence("PMGNCSM,3d"); // of END, whose checksum is written 3D
+    EXPECT_FALSE(link.sendCommandWithChecksum("PMGNCMD,END"));
+}
+
+TEST_F(Link, HandsAFailureOfTheLineOn)
+{
+    line.failsAfter(0);
+    EXPECT_THROW((void)link.readLine(), gps::SerialFailure);
+}
+
+TEST(LinkWithoutALine, SendsNothingAndReadsNothing)
+{
+    const support::LogCapture logged;
+    CommandLink link{nullptr};
+    link.sendCommand("PMGNCMD,TON");
+    EXPECT_EQ(link.sendCommandAwaitResponse("PMGNCMD,VERSION"), std::nullopt);
+    EXPECT_EQ(link.readResponseWithChecksum(), std::nullopt);
+    EXPECT_FALSE(link.sendCommandWithChecksum("PMGNCMD,TON"));
+    EXPECT_EQ(link.readLine(), std::nullopt);
+    EXPECT_THAT(logged.lines(), IsEmpty());
+}
+
+} // namespace
+} // namespace magellan

@@ -1,0 +1,387 @@
+// SPDX-License-Identifier: MIT
+// The session's order and its reports, on a line in memory where waiting takes no time.
+
+#include <plugin/serialdevice/DownloadSession.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <support/LogCapture.h>
+#include <support/MemoryLine.h>
+#include <support/RecordingReceiver.h>
+#include <support/Sentence.h>
+
+namespace magellan {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+using Strings = std::vector<std::string>;
+
+constexpr char kCamp[] = "PMGNWPL,4600.00000,N,00700.00000,E,0000100,M,CAMP,by the lake,a";
+constexpr char kHut[] = "PMGNWPL,4610.00000,N,00710.00000,E,0000200,M,HUT,,a";
+constexpr char kEnd[] = "PMGNCMD,END";
+
+std::string acknowledgement(const std::string& body)
+{
+    return "PMGNCSM," + support::sentence(body).substr(body.size() + 2);
+}
+
+class Session : public testing::Test {
+protected:
+    /// A receiver that acknowledges every command and has this data.
+    void receiverHas(Strings waypoints, Strings tracks = {}, Strings routes = {})
+    {
+        line.answers("PMGNCMD,VERSION", {"PMGNVER,017,4.05,Sport"});
+        for (const std::string command :
+             {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"})
+            line.answers(command, {acknowledgement(command)});
+        phase("PMGNCMD,WAYPOINT", waypoints);
+        phase("PMGNCMD,TRACK,2", tracks);
+        phase("PMGNCMD,ROUTE", routes);
+    }
+
+    /// What the receiver says to one data command.
+    void phase(const std::string& command, Strings sentences)
+    {
+        sentences.insert(sentences.begin(), acknowledgement(command));
+        sentences.emplace_back(kEnd);
+        line.answers(command, sentences);
+    }
+
+    void run(const gps::Dictionary& options)
+    {
+        work = options;
+        work.set("location", "/dev/ttyUSB0");
+        DownloadSession session{line, status, work};
+        error = session.run();
+    }
+
+    /// Everything sent but the acknowledgements of data.
+    [[nodiscard]] Strings commands() const
+    {
+        auto bodies = done.sent();
+        bodies.erase(std::remove_if(bodies.begin(), bodies.end(), [](const auto& body) { return body.starts_with("PMGNCSM"); }),
+                     bodies.end());
+        return bodies;
+    }
+
+    support::MemoryLineLog done;
+    support::MemoryLine line{done};
+    support::RecordingReceiver status;
+    support::LogCapture logged;
+    gps::Dictionary work;
+    std::optional<gps::Error> error;
+};
+
+TEST_F(Session, OpensAtTheFirstSpeedAndAsksEverythingInOrder)
+{
+    receiverHas({});
+    run({{"waypoints", true}, {"tracks", true}, {"routes", true}});
+    EXPECT_EQ(error, std::nullopt);
+    EXPECT_THAT(commands(),
+                ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT",
+                            "PMGNCMD,TRACK,2", "PMGNCMD,ROUTE", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
+                                            "startTransfer 2", "endTransfer 2"));
+    EXPECT_THAT(Strings(done.doings.begin(), done.doings.begin() + 3),
+                ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800"));
+    EXPECT_TRUE(line.askedAsExpected());
+}
+
+TEST_F(Session, ChangesTheSpeedAfterTheReceiverHasAcknowledgedAndReadsOneLineThen)
+{
+    receiverHas({});
+    run({});
+    const auto framed = [](const std::string& body) { return "send " + support::sentence(body) + "\r\n"; };
+    EXPECT_THAT(done.doings,
+                ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800", framed("PMGNCMD,VERSION"), "read",
+                            framed("PMGNCMD,HANDON"), framed("PMGNCMD,TON"), "read", "read", framed("PMGNCMD,BAUD,115200"),
+                            "read", "speed 115200", "read", framed("PMGNCMD,TOFF"), "read", "read", framed("PMGNCMD,HANDOFF"),
+                            "read", "read", framed("PMGNCMD,BAUD,4800"), "read", "speed 4800", "read"));
+}
+
+TEST_F(Session, WithoutOptionsHasNoTransfers)
+{
+    receiverHas({kCamp});
+    run({{"waypoints", false}, {"tracks", 0}});
+    EXPECT_THAT(status.calls(), IsEmpty());
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
+                                        "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+}
+
+TEST_F(Session, ReadsAndDropsALineWhereHandshakingIsOnAlready)
+{
+    receiverHas({});
+    line.answers("PMGNCMD,VERSION", {"PMGNCSM,28", "PMGNVER,017,4.05,Sport"});
+    run({});
+    EXPECT_THAT(commands(), Not(Contains("PMGNCMD,HANDON")));
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
+                                        "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(logged.lines(), Not(Contains(HasSubstr("PMGNVER"))));
+}
+
+TEST_F(Session, LogsWhatTheReceiverSaysAfterItsSwitches)
+{
+    receiverHas({});
+    line.answers("PMGNCMD,TON", {"PMGNCSM,27", "A"});
+    line.answers("PMGNCMD,BAUD,115200", {acknowledgement("PMGNCMD,BAUD,115200"), "B"});
+    line.answers("PMGNCMD,TOFF", {acknowledgement("PMGNCMD,TOFF"), "C"});
+    line.answers("PMGNCMD,HANDOFF", {"PMGNCSM,3E", "D"});
+    line.answers("PMGNCMD,BAUD,4800", {acknowledgement("PMGNCMD,BAUD,4800"), "E"});
+    run({});
+    Strings responses;
+    for (const auto& logLine : logged.lines()) {
+        if (logLine.starts_with("Response"))
+            responses.push_back(logLine);
+    }
+    EXPECT_THAT(responses, ElementsAre("Response after TON = $A*41", "Response after TON = $B*42", "Response after TOFF = $C*43",
+                                       "Response after HANDOFF = $D*44", "Response after Setting rate back = $E*45"));
+}
+
+TEST_F(Session, TriesEverySpeedFiveTimesInTheTablesOrder)
+{
+    line.keepsSilent(30);
+    run({});
+    Strings probe{"speed 4800", "open /dev/ttyUSB0"};
+    for (const std::string speed : {"4800", "115200", "1200", "9600", "19200", "57600"}) {
+        probe.push_back("speed " + speed);
+        for (int attempt = 0; attempt < 5; ++attempt)
+            probe.insert(probe.end(), {"send $PMGNCMD,VERSION*28\r\n", "read"});
+    }
+    ASSERT_GT(done.doings.size(), probe.size());
+    EXPECT_THAT(Strings(done.doings.begin(), done.doings.begin() + static_cast<std::ptrdiff_t>(probe.size())),
+                ElementsAreArray(probe));
+}
+
+TEST_F(Session, RunsThroughAgainstSilenceAndSetsTheSpeedZero)
+{
+    run({{"waypoints", true}, {"tracks", true}, {"routes", true}});
+    EXPECT_EQ(error, std::nullopt);
+    Strings expected(30, "PMGNCMD,VERSION");
+    expected.emplace_back("PMGNCMD,HANDON");
+    for (const auto* command : {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT", "PMGNCMD,TRACK,2", "PMGNCMD,ROUTE",
+                                "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,0"})
+        expected.insert(expected.end(), 5, command);
+    EXPECT_EQ(done.sent(), expected);
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
+                                            "startTransfer 2", "endTransfer 2"));
+    EXPECT_EQ(*(done.doings.end() - 2), "speed 0");
+    EXPECT_THAT(logged.lines(), AllOf(SizeIs(5), Each(std::string{"(null)"}))); // the route phase's five silent reads
+}
+
+TEST_F(Session, FindsAReceiverAtTheSixthSpeedAndRestoresIt)
+{
+    line.keepsSilent(25);
+    line.saysSentence("PMGNVER,017");
+    run({});
+    EXPECT_THAT(done.sent(), Contains("PMGNCMD,VERSION").Times(26));
+    EXPECT_EQ(done.sent().back(), "PMGNCMD,BAUD,57600");
+    EXPECT_EQ(*(done.doings.end() - 2), "speed 57600");
+}
+
+TEST_F(Session, TakesTheLastAttemptAtASpeedBeforeTheNext)
+{
+    line.keepsSilent(4);
+    line.saysSentence("ANYTHING");
+    run({});
+    EXPECT_THAT(done.sent(), Contains("PMGNCMD,VERSION").Times(5));
+    EXPECT_THAT(done.sent(), Contains("PMGNCMD,BAUD,4800"));
+}
+
+TEST_F(Session, SetsTheDataSpeedAlsoWhereItWasFoundAtIt)
+{
+    line.keepsSilent(5);
+    line.saysSentence("PMGNVER,017");
+    run({});
+    EXPECT_THAT(done.sent(), Contains("PMGNCMD,BAUD,115200").Times(10)); // up, and back
+}
+
+TEST_F(Session, ReportsWaypointsAsTheyCome)
+{
+    receiverHas({kCamp, kHut, kCamp});
+    run({{"waypoints", true}});
+    const auto calls = status.calls();
+    ASSERT_THAT(calls, SizeIs(5));
+    EXPECT_THAT(calls[1], AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
+    EXPECT_THAT(calls[2], AllOf(StartsWith("wayPoint"), HasSubstr("HUT"), Not(HasSubstr("by the lake"))));
+    EXPECT_THAT(calls[3], HasSubstr("CAMP"));
+    EXPECT_EQ(calls.back(), "endTransfer 3");
+}
+
+TEST_F(Session, AcknowledgesEachSentenceAndTheEnd)
+{
+    receiverHas({kCamp});
+    run({{"waypoints", true}});
+    const auto sent = done.sent();
+    const auto asked = std::find(sent.begin(), sent.end(), "PMGNCMD,WAYPOINT");
+    EXPECT_THAT(Strings(asked, asked + 4), ElementsAre("PMGNCMD,WAYPOINT", acknowledgement(kCamp), "PMGNCSM,3D", "PMGNCMD,TOFF"));
+}
+
+TEST_F(Session, RoutesAloneFetchWaypointsWithoutReportingThem)
+{
+    receiverHas({kCamp, kHut}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a,HUT,a"});
+    run({{"routes", true}});
+    EXPECT_THAT(commands(), AllOf(Contains("PMGNCMD,WAYPOINT"), Contains("PMGNCMD,ROUTE"), Not(Contains("PMGNCMD,TRACK,2"))));
+    const auto calls = status.calls();
+    ASSERT_THAT(calls, SizeIs(5));
+    EXPECT_EQ(calls[0], "startTransfer 2");
+    EXPECT_THAT(calls[1], AllOf(StartsWith("newRoute"), HasSubstr("LOOP")));
+    EXPECT_THAT(calls[2], AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
+    EXPECT_THAT(calls[3], AllOf(StartsWith("wayPoint"), HasSubstr("HUT")));
+    EXPECT_EQ(calls[4], "endTransfer 2");
+}
+
+TEST_F(Session, ReportsARouteOfSeveralSentencesOnceAfterItsLast)
+{
+    receiverHas({kCamp, kHut}, {},
+                {"PMGNRTE,3,1,c,01,LOOP,CAMP,a,HUT,a", "PMGNRTE,3,2,c,01,LOOP,HUT,a", "PMGNRTE,3,3,c,01,LOOP,CAMP,a",
+                 "PMGNRTE,1,1,c,02,BACK,HUT,a"});
+    run({{"routes", true}});
+    Strings names;
+    for (const auto& call : status.calls()) {
+        for (const auto* name : {"LOOP", "BACK", "CAMP", "HUT"}) {
+            if (call.find(name) != std::string::npos)
+                names.emplace_back(name);
+        }
+    }
+    EXPECT_THAT(names, ElementsAre("LOOP", "CAMP", "HUT", "HUT", "CAMP", "BACK", "HUT"));
+}
+
+TEST_F(Session, ALaterWaypointOfTheSameNameIsTheRoutes)
+{
+    receiverHas({kCamp, "PMGNWPL,4730.00000,N,00700.00000,E,0000100,M,CAMP,moved,a"}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
+    run({{"routes", true}});
+    EXPECT_THAT(status.calls()[2], HasSubstr("moved"));
+}
+
+TEST_F(Session, AWaypointWithoutANameIsReportedButNoRoutes)
+{
+    receiverHas({"PMGNWPL,4600.00000,N,00700.00000,E,0000100"}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
+    run({{"waypoints", true}, {"routes", true}});
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", StartsWith("wayPoint"), "endTransfer 3", "startTransfer 2",
+                                            StartsWith("newRoute"), "endTransfer 2"));
+}
+
+TEST_F(Session, LogsEachReplyOfTheRoutePhaseAndItsSilence)
+{
+    receiverHas({}, {}, {"PMGNRTE,1,1,c,01,LOOP"});
+    line.answers("PMGNCMD,ROUTE", {acknowledgement("PMGNCMD,ROUTE"), "PMGNRTE,1,1,c,01,LOOP"});
+    run({{"routes", true}});
+    EXPECT_THAT(logged.lines(), Contains("PMGNRTE,1,1,c,01,LOOP"));
+    EXPECT_THAT(logged.lines(), Contains("(null)").Times(5));
+}
+
+TEST_F(Session, PointsWithoutANameFormTheCurrentTrackAndANameOpensOne)
+{
+    receiverHas({}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624",
+                     "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A",
+                     "PMGNTRK,4600.200,N,00700.000,E,00100,M,120002.00,A,A,010624",
+                     "PMGNTRK,4600.300,N,00700.000,E,00100,M,120003.00,A,A,010624",
+                     "PMGNTRK,4600.400,N,00700.000,E,00100,M,120004.00,A"});
+    run({{"tracks", true}});
+    Strings kinds;
+    for (const auto& call : status.calls())
+        kinds.push_back(call.substr(0, call.find(' ')) + (call.starts_with("newTrack") ? call.substr(8) : ""));
+    EXPECT_THAT(kinds, ElementsAre("startTransfer", "newTrack {name = \"Current Track\"}", "trackPoint", "trackPoint",
+                                   "newTrack {name = \"A\"}", "trackPoint", "trackPoint", "trackPoint", "endTransfer"));
+}
+
+TEST_F(Session, ATrackPointWithoutADateTakesItsDayFromTheOneBefore)
+{
+    receiverHas(
+        {}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624", "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A"});
+    run({{"tracks", true}});
+    EXPECT_THAT(status.calls(), AllOf(Contains(HasSubstr("1717243200")), Contains(HasSubstr("1717243201"))));
+}
+
+TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
+{
+    receiverHas({});
+    line.answers("PMGNCMD,WAYPOINT", {});
+    // Acknowledged, then silence and waypoints by turns: the fifth silence is the last.
+    line.saysSentence("PMGNVER,017");
+    line.saysSentence("PMGNCSM,27");
+    line.keepsSilent();
+    line.saysSentence(acknowledgement("PMGNCMD,BAUD,115200"));
+    line.keepsSilent();
+    line.saysSentence(acknowledgement("PMGNCMD,WAYPOINT"));
+    for (int i = 0; i < 4; ++i) {
+        line.keepsSilent();
+        line.saysSentence(kCamp);
+    }
+    line.keepsSilent();
+    line.saysSentence(kHut); // comes too late for the phase
+    for (const std::string command : {"PMGNCMD,VERSION", "PMGNCMD,TON", "PMGNCMD,BAUD,115200"})
+        line.answers(command, {});
+    run({{"waypoints", true}});
+    const auto calls = status.calls();
+    EXPECT_THAT(calls, SizeIs(6));
+    EXPECT_THAT(calls, Not(Contains(HasSubstr("HUT"))));
+}
+
+TEST_F(Session, AnInvalidSentenceCostsBudgetLikeSilence)
+{
+    line.saysSentence("PMGNVER,017");
+    line.saysSentence("PMGNCSM,27");
+    line.keepsSilent();
+    line.saysSentence(acknowledgement("PMGNCMD,BAUD,115200"));
+    line.keepsSilent();
+    line.saysSentence(acknowledgement("PMGNCMD,WAYPOINT"));
+    for (int i = 0; i < 4; ++i)
+        line.says(support::breakChecksum(support::sentence(kCamp)));
+    line.saysSentence(kHut);
+    line.says("no sentence at all");
+    line.saysSentence(kHut);
+    run({{"waypoints", true}});
+    EXPECT_THAT(status.calls(), SizeIs(3)); // the hut once, between its brackets
+}
+
+TEST_F(Session, ASentenceThatDoesNotDecodeIsSkippedAndCostsNothing)
+{
+    Strings sentences(20, "PMGNXYZ,1,2,3");
+    sentences.emplace_back(kCamp);
+    receiverHas(sentences);
+    run({{"waypoints", true}});
+    EXPECT_THAT(status.calls(), SizeIs(3));
+}
+
+TEST_F(Session, ATooShortSentenceIsARangeFailure)
+{
+    receiverHas({"PMGNWPL,4600.0,N"});
+    EXPECT_THROW(run({{"waypoints", true}}), gps::RangeError);
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3")); // and no more
+}
+
+TEST_F(Session, APortThatDoesNotOpenIsAnErrorAndNothingIsSent)
+{
+    line.refuses(16);
+    run({{"waypoints", true}});
+    EXPECT_EQ(error, (gps::Error{"com.Orvane.GPSPlugin.ErrorDomain",
+                                 -1,
+                                 {{gps::kErrorDescriptionKey, "Couldn't open communications port /dev/ttyUSB0"},
+                                  {gps::kErrorSuggestionKey, "The port might be in use by another program"}}}));
+    EXPECT_THAT(done.doings, ElementsAre("speed 4800", "open /dev/ttyUSB0"));
+}
+
+TEST_F(Session, OptionsAreReadAsBooleansOfEveryType)
+{
+    receiverHas({});
+    run({{"waypoints", "yes"}, {"tracks", 2}, {"routes", gps::Array{}}});
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1"));
+}
+
+} // namespace
+} // namespace magellan

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+// Every fault at every step of a session: whatever the receiver does, the session comes to its end, the host is told, the port is
+// closed, and what went well before is there. The faults of a step run at once, since a session mostly waits.
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <plugin_serial/Session.h>
+
+namespace magellan {
+namespace {
+
+using simulator::Fault;
+using simulator::FaultKind;
+using simulator::Step;
+using support::Session;
+using testing::ElementsAre;
+
+const std::string kInterrupted = "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
+
+struct Attempt {
+    Fault fault;
+    std::unique_ptr<Session> session;
+};
+
+std::vector<Attempt> startAll(Step step)
+{
+    std::vector<Attempt> attempts;
+    for (const auto& kind : simulator::kFaultKinds) {
+        if (!applies(kind.value, step))
+            continue;
+        const Fault fault{step, kind.value};
+        attempts.push_back(
+            {fault, std::make_unique<Session>(simulator::Settings{.sentences = support::someSentences(), .faults = {fault}})});
+    }
+    return attempts;
+}
+
+/// The brackets alone, and what is outside of them.
+std::vector<std::string> frameOf(const Session& session)
+{
+    std::vector<std::string> frame;
+    for (const auto& call : session.calls()) {
+        if (call.find("Transfer") != std::string::npos || call.rfind("gpsStateChange", 0) == 0 || call.rfind("error", 0) == 0)
+            frame.push_back(call);
+    }
+    return frame;
+}
+
+/// Good sentences without an end are a data phase without an end, until the line goes. The closing ends all the same.
+void endFlood(Session& session)
+{
+    const bool seen = session.receiver().waitFor(
+        [taken = 0](const auto& entry) mutable {
+            taken += entry.kind == simulator::LogKind::kReceived ? 1 : 0; // the acknowledgements, that is
+            return entry.kind == simulator::LogKind::kClosed || taken == 50;
+        },
+        std::chrono::minutes{2});
+    EXPECT_TRUE(seen);
+    session.unplug();
+}
+
+class FaultMatrix : public testing::TestWithParam<simulator::Named<Step>> {};
+
+TEST_P(FaultMatrix, EverySessionEndsAndTheHostIsTold)
+{
+    const auto whole = ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
+                                   "startTransfer 2", "endTransfer 2", "gpsStateChange 0");
+    for (auto& [fault, session] : startAll(GetParam().value)) {
+        SCOPED_TRACE(describe(fault));
+        if (fault.kind == FaultKind::kFlood)
+            endFlood(*session);
+        ASSERT_TRUE(session->ends());
+        const auto frame = frameOf(*session);
+        const bool isInterrupted = std::count(frame.begin(), frame.end(), kInterrupted) == 1;
+        if (isInterrupted) {
+            EXPECT_TRUE(fault.kind == FaultKind::kHangUp || fault.kind == FaultKind::kFlood);
+            EXPECT_EQ(frame.front(), "gpsStateChange 1");
+            EXPECT_EQ(*(frame.end() - 2), kInterrupted);
+            EXPECT_EQ(frame.back(), "gpsStateChange 0");
+        } else {
+            EXPECT_NE(fault.kind, FaultKind::kHangUp);
+            EXPECT_THAT(frame, whole);
+        }
+        EXPECT_TRUE(fault.kind == FaultKind::kFlood || session->isClosed());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps), [](const auto& test) {
+    std::string name;
+    for (const char c : test.param.name) {
+        if (c != '-')
+            name += c;
+    }
+    return name;
+});
+
+/// How many records of each sort a session reported.
+struct Count {
+    std::ptrdiff_t waypoints = 0;
+    std::ptrdiff_t trackPoints = 0;
+    std::ptrdiff_t routes = 0;
+
+    friend bool operator==(const Count&, const Count&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Count& count)
+    {
+        return out << count.waypoints << " waypoints, " << count.trackPoints << " track points, " << count.routes << " routes";
+    }
+};
+
+Count recordsOf(const Session& session)
+{
+    const auto names = session.callNames();
+    const auto firstRoute = std::find(names.begin(), names.end(), "newRoute");
+    return {std::count(names.begin(), firstRoute, "wayPoint"), std::count(names.begin(), names.end(), "trackPoint"),
+            std::count(names.begin(), names.end(), "newRoute")};
+}
+
+struct Loss {
+    const char* fault;
+    Count left;
+    bool paced = true;
+};
+
+/// What gets through all the same. A sentence that is not acknowledged comes again.
+const Loss kLosses[] = {
+    {"version:delay:300", {3, 3, 2}},
+    {"ton:lost-ack:1", {3, 3, 2}},
+    {"ton:wrong-ack:4", {3, 3, 2}},
+    {"waypoint:silence", {0, 3, 2}},
+    {"waypoint-data:garble", {3, 3, 2}},
+    {"waypoint-data:truncate:2", {3, 3, 2}},
+    {"waypoint-data:noise", {3, 3, 2}},
+    {"waypoint-data:nul", {3, 3, 2}},
+    {"waypoint-data:long", {0, 3, 2}},
+    /* longer than five time-outs */ {"waypoint-data:long", {3, 3, 2}, false},
+    {"waypoint-data:stop:2", {2, 3, 2}},
+    {"waypoint-data:garble:0", {0, 3, 2}},
+    {"track-data:stop:1", {3, 1, 2}},
+    {"track-data:silence", {3, 0, 2}},
+    {"track:silence", {3, 0, 2}},
+    {"route-data:stop:2", {3, 3, 1}},
+    {"route-data:stop:1", {3, 3, 0}},
+    {"route:silence", {3, 3, 0}},
+    {"waypoint-data:endless", {0, 0, 0}},
+    {"toff:silence", {3, 3, 2}},
+    {"baud-back:lost-ack", {3, 3, 2}},
+};
+
+TEST(FaultLosses, AreThoseOfTheFaultAlone)
+{
+    std::vector<std::unique_ptr<Session>> sessions;
+    for (const auto& loss : kLosses)
+        sessions.push_back(std::make_unique<Session>(simulator::Settings{
+            .paced = loss.paced, .sentences = support::someSentences(), .faults = {simulator::parseFault(loss.fault).value()}}));
+    for (std::size_t i = 0; i < sessions.size(); ++i) {
+        SCOPED_TRACE(kLosses[i].fault);
+        ASSERT_TRUE(sessions[i]->ends());
+        EXPECT_EQ(recordsOf(*sessions[i]), kLosses[i].left);
+    }
+}
+
+} // namespace
+} // namespace magellan

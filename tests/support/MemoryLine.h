@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// A serial line in memory with a receiver at its end that says what it was told to say. A read with nothing left to say is a
+// time-out that takes no time. One thread at a time.
+
+#pragma once
+
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/OrvUtils/OrvSerial.h>
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace support {
+
+/// What was done with a MemoryLine. Outlives it.
+struct MemoryLineLog {
+    std::vector<std::string> doings; ///< "speed 4800", "open /dev/x", "send $...*hh\r\n", "close"
+
+    /// The bodies that were sent.
+    [[nodiscard]] std::vector<std::string> sent() const
+    {
+        std::vector<std::string> bodies;
+        for (const std::string_view doing : doings) {
+            if (doing.substr(0, 5) == "send ")
+                bodies.emplace_back(gps::NMEAUtils::checkAndTrimNMEASentence(doing.substr(5)).value_or("(not a sentence)"));
+        }
+        return bodies;
+    }
+};
+
+class MemoryLine : public gps::OrvSerial {
+public:
+    /// @param log  gets everything; outlives this line
+    explicit MemoryLine(MemoryLineLog& log) : log_(log) {}
+    ~MemoryLine() override { close(); }
+
+    /// The next read gets this line, as it is.
+    void says(std::string line) { reads_.emplace_back(std::move(line)); }
+    void saysSentence(std::string_view body) { says(gps::NMEAUtils::addChecksumToNMEASentence(body)); }
+    void keepsSilent(int reads = 1) { reads_.insert(reads_.end(), static_cast<std::size_t>(reads), std::nullopt); }
+
+    /// Each time this body is sent, the bodies are said as sentences.
+    void answers(const std::string& body, std::vector<std::string> replies) { answers_[body] = std::move(replies); }
+
+    /// Reads raise once so many have been made.
+    void failsAfter(int reads) { readsLeft_ = reads; }
+
+    /// What opening answers.
+    void refuses(int errorNumber) { openResult_ = errorNumber; }
+
+    void setBaudRate(int bitsPerSecond) override { log_.doings.push_back("speed " + std::to_string(bitsPerSecond)); }
+
+    [[nodiscard]] int openWithDevicePath(const char* path) override
+    {
+        log_.doings.push_back(std::string{"open "} + path);
+        isOpen_ = openResult_ == 0;
+        return openResult_;
+    }
+
+    void sendString(std::string_view text, gps::StringEncoding /*encoding*/) override
+    {
+        log_.doings.push_back("send " + std::string{text});
+        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(text);
+        const auto found = body ? answers_.find(std::string{*body}) : answers_.end();
+        if (found == answers_.end())
+            return;
+        for (const auto& reply : found->second)
+            saysSentence(reply);
+    }
+
+    [[nodiscard]] std::optional<std::string> readStringTo(std::string_view terminator, float timeoutSeconds) override
+    {
+        log_.doings.push_back("read");
+        askedAsExpected_ = askedAsExpected_ && terminator == "\r\n" && timeoutSeconds == 1.0F;
+        if (readsLeft_ && --*readsLeft_ < 0)
+            throw gps::SerialFailure{"the line has failed"};
+        if (reads_.empty())
+            return std::nullopt;
+        auto line = std::move(reads_.front());
+        reads_.pop_front();
+        return line;
+    }
+
+    void close() override
+    {
+        if (std::exchange(isOpen_, false))
+            log_.doings.emplace_back("close");
+    }
+
+    /// Whether every read was for a line of at most 1 second.
+    [[nodiscard]] bool askedAsExpected() const noexcept { return askedAsExpected_; }
+
+private:
+    MemoryLineLog& log_;
+    std::deque<std::optional<std::string>> reads_;
+    std::map<std::string, std::vector<std::string>> answers_;
+    std::optional<int> readsLeft_;
+    int openResult_ = 0;
+    bool isOpen_ = false;
+    bool askedAsExpected_ = true;
+};
+
+} // namespace support

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Paths that count as serial ports while this lives, instead of those that the user has set.
+
+#pragma once
+
+#include <platform/OrvUtils/OrvSerial.h>
+#include <platform/System/UserDefaults.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace support {
+
+class TestPorts {
+public:
+    explicit TestPorts(const std::vector<std::string>& paths) { set(paths); }
+    ~TestPorts() { gps::UserDefaults::standard().setForThisRun(gps::kTestPortsKey, {}); }
+    TestPorts(const TestPorts&) = delete;
+    TestPorts& operator=(const TestPorts&) = delete;
+
+    static void set(const std::vector<std::string>& paths)
+    {
+        gps::UserDefaults::standard().setForThisRun(gps::kTestPortsKey, gps::Array(paths.begin(), paths.end()));
+    }
+};
+
+} // namespace support

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+
+#include "Conversation.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "Damage.h"
+#include "Receiver.h"
+
+#include <platform/GPSUtilities/NMEAUtils.h>
+
+namespace simulator {
+namespace {
+
+constexpr std::string_view kVersionSentence = "PMGNVER,017,1.00,SIMULATED RECEIVER";
+constexpr std::string_view kCommandPrefix = "PMGNCMD,";
+constexpr std::string_view kBaudPrefix = "PMGNCMD,BAUD,";
+constexpr std::string_view kAcknowledgementPrefix = "PMGNCSM,";
+
+constexpr std::array<Named<Step>, 8> kCommands{{{"PMGNCMD,VERSION", Step::kVersion},
+                                                {"PMGNCMD,HANDON", Step::kHandOn},
+                                                {"PMGNCMD,TON", Step::kTransferOn},
+                                                {"PMGNCMD,WAYPOINT", Step::kWaypoint},
+                                                {"PMGNCMD,TRACK,2", Step::kTrack},
+                                                {"PMGNCMD,ROUTE", Step::kRoute},
+                                                {"PMGNCMD,TOFF", Step::kTransferOff},
+                                                {"PMGNCMD,HANDOFF", Step::kHandOff}}};
+
+bool startsWith(std::string_view text, std::string_view prefix)
+{
+    return text.substr(0, prefix.size()) == prefix;
+}
+
+bool isBaud(Step step)
+{
+    return step == Step::kBaud || step == Step::kBaudBack;
+}
+
+// The speed that a BAUD command asks for; 0 where the receiver has no such speed.
+int askedSpeed(std::string_view body)
+{
+    const auto number = body.substr(kBaudPrefix.size());
+    int speed = 0;
+    const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), speed);
+    return failure == std::errc{} && end == number.data() + number.size() && isLineSpeed(speed) ? speed : 0;
+}
+
+Outgoing outgoing(const std::string& body, const Fault* fault, Clock::time_point earliest)
+{
+    auto bytes = wireForm(body, fault);
+    auto text = bytes == wireForm(body) ? body : bytes;
+    return {std::move(bytes), std::move(text), earliest};
+}
+
+} // namespace
+
+Conversation::Conversation(const Settings& settings, SessionLog& log)
+    : settings_(settings), log_(log), speed_(settings.speed), handshake_(settings.handshake)
+{
+    restart();
+}
+
+void Conversation::restart()
+{
+    understood_ = false;
+    closing_ = false;
+    timesHappened_.assign(settings_.faults.size(), 0);
+    answers_.clear();
+    chatter_.reset();
+    phase_.reset();
+    stream_.reset();
+}
+
+void Conversation::setOtherSpeed(int speed, Clock::time_point when)
+{
+    otherSpeed_ = speed;
+    if (chatter_)
+        chatter_->due = std::max(chatter_->due, when + chatter_->settling);
+}
+
+void Conversation::take(const ArrivedLine& line)
+{
+    const std::string_view text{line.text};
+    const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(text);
+    if (!body || line.speed != speed_) {
+        log_.add(LogKind::kUnreadable, text.substr(0, text.find_last_not_of('\r') + 1), line.speed, line.when);
+        return;
+    }
+    log_.add(LogKind::kReceived, *body, line.speed, line.when);
+    understood_ = true;
+    if (stream_)
+        return;
+    if (!startsWith(*body, kAcknowledgementPrefix))
+        command(*body, line.when);
+    else if (phase_ && phase_->take(*body, line.when))
+        phaseAdvanced();
+}
+
+void Conversation::phaseAdvanced()
+{
+    sendsPhase_ = false; // a repeat on its way is not the next sentence
+    if (phase_->isOver())
+        phase_.reset();
+}
+
+std::optional<Step> Conversation::stepOf(std::string_view body) const
+{
+    if (startsWith(body, kBaudPrefix))
+        return closing_ ? Step::kBaudBack : Step::kBaud;
+    const auto* const found = std::find_if(kCommands.begin(), kCommands.end(), [=](const auto& row) { return row.name == body; });
+    return found == kCommands.end() ? std::nullopt : std::optional{found->value};
+}
+
+void Conversation::command(std::string_view body, Clock::time_point when)
+{
+    phase_.reset();
+    const auto step = stepOf(body);
+    if (!step) { // nothing to do about it, but it has arrived
+        if (handshake_)
+            answer({acknowledgementOf(body)}, nullptr, 0, when);
+        return;
+    }
+    const auto* const fault = takeFault(*step);
+    if (fault != nullptr && !happens(*fault, kVersionSentence, when))
+        return;
+    const bool delayed = fault != nullptr && fault->kind == FaultKind::kDelay;
+    act(*step, body, fault, delayed ? when + delayOf(*fault) : when);
+}
+
+const Fault* Conversation::takeFault(Step step)
+{
+    for (std::size_t i = 0; i < settings_.faults.size(); ++i) {
+        const auto& fault = settings_.faults[i];
+        const bool always = !fault.number || fault.kind == FaultKind::kDelay;
+        if (fault.step == step && (always || timesHappened_[i] < *fault.number)) {
+            ++timesHappened_[i];
+            return &fault;
+        }
+    }
+    return nullptr;
+}
+
+// Logs a fault and does what is more than damage to a sentence. @return  whether the receiver goes on as it would have
+bool Conversation::happens(const Fault& fault, std::string_view sentence, Clock::time_point when)
+{
+    log_.add(LogKind::kFault, describe(fault), speed_, when);
+    switch (fault.kind) {
+    case FaultKind::kEndless:
+        stream_ = Outgoing{std::string(256, 'X'), {}, when};
+        return false;
+    case FaultKind::kFlood:
+        stream_ = Outgoing{wireForm(sentence), {}, when};
+        return false;
+    case FaultKind::kHangUp:
+        hungUp_ = true;
+        return false;
+    case FaultKind::kSilence:
+    case FaultKind::kStop:
+        return false;
+    default:
+        return true;
+    }
+}
+
+void Conversation::act(Step step, std::string_view body, const Fault* fault, Clock::time_point when)
+{
+    std::vector<std::string> bodies;
+    if (handshake_ || isBaud(step)) // a change of speed is always told: the other side has to follow it
+        bodies.push_back(acknowledgementOf(body));
+    const auto start = [&](Step dataStep, const std::vector<std::string>& sentences) {
+        phase_.emplace(dataStep, sentences, settings_.faults, when, handshake_);
+        sendsPhase_ = false;
+    };
+    switch (step) {
+    case Step::kVersion:
+        bodies.emplace_back(kVersionSentence);
+        break;
+    case Step::kHandOn:
+        handshake_ = true;
+        break;
+    case Step::kHandOff:
+        handshake_ = false;
+        closing_ = true;
+        break;
+    case Step::kTransferOff:
+        closing_ = true;
+        break;
+    case Step::kWaypoint:
+        start(Step::kWaypointData, settings_.sentences.waypoints);
+        break;
+    case Step::kTrack:
+        start(Step::kTrackData, settings_.sentences.tracks);
+        break;
+    case Step::kRoute:
+        start(Step::kRouteData, settings_.sentences.routes);
+        break;
+    default:
+        break;
+    }
+    answer(std::move(bodies), fault, isBaud(step) ? askedSpeed(body) : 0, when);
+    if (settings_.chatter)
+        chatterAfter(step, body, when);
+}
+
+// The first sentence has the fault; a new speed comes after the last.
+void Conversation::answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed, Clock::time_point when)
+{
+    if (fault != nullptr && fault->kind == FaultKind::kLostAck && !bodies.empty())
+        bodies.erase(bodies.begin());
+    if (bodies.empty() && newSpeed != 0)
+        setSpeed(newSpeed, when);
+    for (std::size_t i = 0; i < bodies.size(); ++i) {
+        answers_.push_back(outgoing(bodies[i], i == 0 ? fault : nullptr, when));
+        answers_.back().newSpeed = i + 1 == bodies.size() ? newSpeed : 0;
+    }
+}
+
+void Conversation::chatterAfter(Step step, std::string_view body, Clock::time_point when)
+{
+    // Whoever changes a line's speed drops what has come meanwhile, so the receiver lets it settle.
+    constexpr auto kSettling = std::chrono::milliseconds{100};
+    if (!isBaud(step) && step != Step::kTransferOn && step != Step::kTransferOff && step != Step::kHandOff)
+        return;
+    const auto settling = isBaud(step) ? kSettling : Clock::duration{};
+    chatter_ = Chatter{"PMGNMSG," + std::string{body.substr(kCommandPrefix.size())}, when + settling, settling};
+}
+
+std::optional<Outgoing> Conversation::next(Clock::time_point now)
+{
+    sendsPhase_ = false;
+    if (stream_)
+        return stream_;
+    if (!answers_.empty()) {
+        if (answers_.front().earliest > now)
+            return std::nullopt;
+        auto first = std::move(answers_.front());
+        answers_.pop_front();
+        return first;
+    }
+    if (chatter_ && otherSpeed_ == speed_ && chatter_->due <= now) {
+        const auto chatter = *std::exchange(chatter_, std::nullopt);
+        return outgoing(chatter.body, nullptr, chatter.due);
+    }
+    return phase_ && phase_->due() <= now ? nextSentence(now) : std::nullopt;
+}
+
+std::optional<Outgoing> Conversation::nextSentence(Clock::time_point now)
+{
+    const std::string body{phase_->sentence()};
+    if (phase_->isHopeless()) {
+        log_.add(LogKind::kGaveUp, body, speed_, now);
+        phase_.reset();
+        return std::nullopt;
+    }
+    const auto* const fault = phase_->fault();
+    if (fault != nullptr && !happens(*fault, body, now)) {
+        phase_.reset();
+        return stream_;
+    }
+    sendsPhase_ = true;
+    return outgoing(body, fault, phase_->due());
+}
+
+void Conversation::sent(const Outgoing& what, Clock::time_point when)
+{
+    if (!what.text.empty())
+        log_.add(LogKind::kSent, what.text, speed_, when);
+    if (what.newSpeed != 0)
+        setSpeed(what.newSpeed, when);
+    // The phase may have gone on, or been ended, by what came while its sentence was on its way.
+    if (!std::exchange(sendsPhase_, false) || !phase_)
+        return;
+    phase_->sent(when);
+    if (phase_->isOver())
+        phase_.reset();
+}
+
+Clock::time_point Conversation::due() const noexcept
+{
+    if (stream_)
+        return stream_->earliest;
+    if (!answers_.empty())
+        return answers_.front().earliest;
+    auto due = Clock::time_point::max();
+    if (chatter_ && otherSpeed_ == speed_)
+        due = chatter_->due;
+    return phase_ ? std::min(due, phase_->due()) : due;
+}
+
+void Conversation::setSpeed(int speed, Clock::time_point when)
+{
+    speed_ = speed;
+    log_.add(LogKind::kOwnSpeed, {}, speed, when);
+    if (chatter_)
+        chatter_->due = std::max(chatter_->due, when + chatter_->settling);
+}
+
+} // namespace simulator

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+
+#include "Fault.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace simulator {
+namespace {
+
+constexpr int kDelayWithoutNumber = 500; // milliseconds
+
+template <typename Table> auto valueOf(const Table& table, std::string_view name)
+{
+    const auto found = std::find_if(table.begin(), table.end(), [=](const auto& row) { return row.name == name; });
+    return found == table.end() ? std::nullopt : std::optional{found->value};
+}
+
+template <typename Table, typename Value> std::string nameOf(const Table& table, Value value)
+{
+    return std::string{std::find_if(table.begin(), table.end(), [=](const auto& row) { return row.value == value; })->name};
+}
+
+std::optional<int> numberOf(std::string_view text)
+{
+    int number = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool whole = failure == std::errc{} && end == text.data() + text.size();
+    return whole && number >= 0 ? std::optional{number} : std::nullopt;
+}
+
+// The text up to the next ":", which goes too.
+std::string_view takeWord(std::string_view& text)
+{
+    const auto word = text.substr(0, text.find(':'));
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+    return word;
+}
+
+} // namespace
+
+bool isDataStep(Step step) noexcept
+{
+    return step == Step::kWaypointData || step == Step::kTrackData || step == Step::kRouteData;
+}
+
+bool applies(FaultKind kind, Step step) noexcept
+{
+    if (kind == FaultKind::kStop)
+        return isDataStep(step);
+    return kind != FaultKind::kWrongAck || !isDataStep(step);
+}
+
+std::optional<Fault> parseFault(std::string_view text)
+{
+    const bool hasNumber = std::count(text.begin(), text.end(), ':') == 2;
+    const auto step = valueOf(kSteps, takeWord(text));
+    const auto kind = valueOf(kFaultKinds, takeWord(text));
+    if (!step || !kind || !applies(*kind, *step))
+        return std::nullopt;
+    const auto number = numberOf(text);
+    return hasNumber == number.has_value() && (hasNumber || text.empty()) ? std::optional{Fault{*step, *kind, number}}
+                                                                          : std::nullopt;
+}
+
+std::chrono::milliseconds delayOf(const Fault& fault) noexcept
+{
+    return std::chrono::milliseconds{fault.number.value_or(kDelayWithoutNumber)};
+}
+
+std::string describe(const Fault& fault)
+{
+    const auto text = nameOf(kSteps, fault.step) + ':' + nameOf(kFaultKinds, fault.kind);
+    return fault.number ? text + ':' + std::to_string(*fault.number) : text;
+}
+
+} // namespace simulator
