@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -18,9 +16,9 @@
 
 #include "host/backup/Files.h"
 #include "host/backup/Manifest.h"
+#include "host/backup/Names.h"
 #include "host/operations/HostError.h"
 
-#include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
 
 namespace host {
@@ -29,7 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kUnfinished[] = ".unfinished"; // one a device: what a killed run leaves, the next one sweeps up
-constexpr std::size_t kLongestIdentifier = 64;
 
 // Keeps others from making a backup of the same device meanwhile.
 class FolderLock {
@@ -52,22 +49,7 @@ private:
 
 std::string deviceFolder(const std::string& folder, std::string_view identifier)
 {
-    std::string name{identifier.substr(0, kLongestIdentifier)};
-    for (char& c : name) {
-        const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        if (!isLetter && !gps::isDigit(c) && c != '-')
-            c = '_';
-    }
-    return gps::joinPath(folder, name.empty() ? "device" : name);
-}
-
-std::string timeName()
-{
-    const std::time_t now = std::time(nullptr);
-    std::tm utc{};
-    ::gmtime_r(&now, &utc);
-    char text[sizeof "YYYYMMDDTHHMMSSZ"];
-    return {text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &utc)};
+    return gps::joinPath(folder, nameOfDevice(identifier));
 }
 
 // What backups are sorted by: the time, and the number behind it.
@@ -83,7 +65,7 @@ std::pair<std::string, int> orderOf(const std::string& name)
 // Behind every other name of this second: one that was free because its backup is gone would count as older.
 std::string newPath(const std::string& folder)
 {
-    const auto time = timeName();
+    const auto time = nameOfNow();
     int number = -1;
     std::error_code error;
     for (fs::directory_iterator at{folder, error}, end; !error && at != end; at.increment(error)) {
@@ -217,15 +199,8 @@ bool liesInside(const std::string& path, const std::vector<std::string>& folders
 
 std::optional<std::string> usualBackupFolder()
 {
-    const auto variable = [](const char* name) {
-        const char* const value = std::getenv(name);
-        return std::string{value != nullptr ? value : ""};
-    };
-    const auto state = variable("XDG_STATE_HOME");
-    if (state.starts_with('/'))
-        return state + "/magellangps/backups";
-    const auto home = variable("HOME");
-    return home.empty() ? std::nullopt : std::optional{home + "/.local/state/magellangps/backups"};
+    const auto state = stateFolder();
+    return state ? std::optional{gps::joinPath(*state, "backups")} : std::nullopt;
 }
 
 std::optional<gps::Error> makeBackup(const std::string& folder, const DataFolders& source, const std::string& spared,

@@ -70,8 +70,7 @@ std::string decoded(std::string_view text)
 
 bool readFolders(const gps::Dictionary& json, Manifest& manifest)
 {
-    const auto* const value = json.find("folders");
-    const auto* const folders = value != nullptr ? value->as<gps::Array>() : nullptr;
+    const auto* const folders = json.findArray("folders");
     if (folders == nullptr)
         return false;
     for (const auto& folder : *folders) {
@@ -85,8 +84,7 @@ bool readFolders(const gps::Dictionary& json, Manifest& manifest)
 
 bool readFiles(const gps::Dictionary& json, Manifest& manifest)
 {
-    const auto* const value = json.find("files");
-    const auto* const files = value != nullptr ? value->as<gps::Array>() : nullptr;
+    const auto* const files = json.findArray("files");
     if (files == nullptr)
         return false;
     for (const auto& element : *files) {

@@ -23,11 +23,11 @@ std::string withoutEndSlash(std::string path)
     return path;
 }
 
-// Two ways to write one place are one device.
+// Two ways to write one place are one device: a port goes by a link, too.
 bool isSamePlace(const std::string& a, const std::string& b)
 {
-    std::error_code ignored;
-    return withoutEndSlash(a) == withoutEndSlash(b) || fs::equivalent(a, b, ignored);
+    std::error_code failed;
+    return withoutEndSlash(a) == withoutEndSlash(b) || (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
 }
 
 template <typename Names> std::string joined(const Names& names)
@@ -63,7 +63,9 @@ std::optional<gps::Error> driversOfName(const std::string& name, std::vector<Dri
     if (!drivers.empty())
         return std::nullopt;
     return hostError("There is no driver \"" + name + '"',
-                     all.empty() ? "The plug-in offers no driver at all" : "The drivers are: " + driverNames(all));
+                     all.empty() ? "The plug-in offers no driver at all"
+                                 : "The drivers are: " + driverNames(all) +
+                                       ". One for serial ports is offered only while there is a port");
 }
 
 // The driver that lists the device, with the device's place in its list.
@@ -93,15 +95,18 @@ gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& l
 {
     const auto places = locations(drivers);
     return hostError("There is no device at this place",
-                     places.empty() ? "No device was found at all; connect one, or see what \"magellangps devices\" lists"
+                     places.empty() ? "No mounted receiver and no serial port was found; connect one, or see what "
+                                      "\"magellangps devices --explain\" tells"
                                     : "The devices are at: " + places,
                      location);
 }
 
 gps::Error nothingReady()
 {
-    return hostError("No device is ready", "Connect a receiver and wait until it is mounted, give a folder that holds a "
-                                           "receiver's files with --test-folder, or see what \"magellangps devices\" lists");
+    return hostError(
+        "No device is ready",
+        "Connect a receiver and wait until it is mounted, or connect it to a serial port; give a folder that holds a "
+        "receiver's files with --test-folder; or see what \"magellangps devices --explain\" tells");
 }
 
 std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const DeviceWish& wish, Driver& chosen)
@@ -208,9 +213,10 @@ std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers, con
             return failure;
     }
     const auto found =
-        std::find_if(candidates.begin(), candidates.end(), [&](const Driver& driver) { return name || driver->fileTypes(); });
+        std::find_if(candidates.begin(), candidates.end(), [](const Driver& driver) { return driver->fileTypes(); });
     if (found == candidates.end())
-        return hostError("No driver can import files", "See what \"magellangps info\" lists");
+        return hostError(name ? "This driver cannot import files" : "No driver can import files",
+                         "See what \"magellangps info\" lists");
     chosen = *found;
     return std::nullopt;
 }

@@ -53,7 +53,7 @@ void useTestFolders(const std::vector<std::string>& folders);
 /// @return        why there is nothing to work on, with what there is instead
 [[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const DeviceWish& wish, Driver& chosen);
 
-/// Chooses the driver for an import: the named one, or the first that can import files.
+/// Chooses the driver for an import: the first that can import files, of all or of those with that name.
 [[nodiscard]] std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers, const std::optional<std::string>& name,
                                                        Driver& chosen);
 

@@ -75,9 +75,7 @@ std::vector<Driver> allOf(std::optional<gps::PlugInEnumerator> enumerator)
 std::vector<std::string> bundlePlaces(const std::string& program)
 {
     const fs::path folder = fs::path{program}.parent_path();
-    const fs::path libraries = folder.parent_path() / "lib";
-    return {folder / kBundleName, libraries / HOST_ARCHITECTURE / "magellangps" / kBundleName,
-            libraries / "magellangps" / kBundleName};
+    return {folder / kBundleName, folder.parent_path() / HOST_LIBRARY_FOLDER / "magellangps" / kBundleName};
 }
 
 std::optional<std::string> findBundle(const std::optional<std::string>& given)
@@ -108,8 +106,19 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
                            std::to_string(kLoaderAPIVersion),
                        path);
     loaded.drivers = allOf(loader->piGetPlugIns(loaded.plugInClass));
+    loaded.loader = loader;
     bundle = std::move(loaded);
     return std::nullopt;
+}
+
+void addNewDrivers(PlugInBundle& bundle)
+{
+    for (auto& offered : allOf(bundle.loader->piGetPlugIns(bundle.plugInClass))) {
+        const auto isKnown = std::any_of(bundle.drivers.begin(), bundle.drivers.end(),
+                                         [&](const Driver& known) { return known->className() == offered->className(); });
+        if (!isKnown)
+            bundle.drivers.push_back(std::move(offered));
+    }
 }
 
 } // namespace host

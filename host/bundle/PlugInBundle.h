@@ -28,10 +28,11 @@ struct PlugInBundle {
     std::string plugInClass{};
     std::int32_t apiVersion = 0;
     std::vector<Driver> drivers{}; ///< in the plug-in's order; may be empty
+    gps::VeloranPlugIn* loader = nullptr;
 };
 
-/// The places where the bundle is looked for when none is named: beside the program, as in a build tree, then where it is
-/// installed.
+/// The places where the bundle is looked for when none is named: beside the program, as in a build tree, then where the
+/// installation puts it, seen from the program.
 /// @param program  the program's own file
 [[nodiscard]] std::vector<std::string> bundlePlaces(const std::string& program);
 
@@ -43,5 +44,10 @@ struct PlugInBundle {
 /// @param bundle  out: untouched after a failure
 /// @return        one sentence that says what is missing or broken
 [[nodiscard]] std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle);
+
+/// Asks a loaded bundle again for its drivers, since one may be offered only while there is a device for it. Those of a class
+/// that is there already stay as they are.
+/// @param bundle  gets the new ones after its own
+void addNewDrivers(PlugInBundle& bundle);
 
 } // namespace host

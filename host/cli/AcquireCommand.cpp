@@ -14,13 +14,7 @@ ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const 
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    Download download{options, console};
-    if (const auto failure = download.open()) {
-        console.error(*failure);
-        return ExitStatus::kFailed;
-    }
-    download.run(*driver, driverOptions(options));
-    return download.finish();
+    return download(*driver, {driverOptions(options)}, options, console);
 }
 
 } // namespace host

@@ -28,6 +28,9 @@ namespace host {
 /// `restore`: lists a device's backups, or puts one back.
 [[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console);
 
+/// `watch`: acquires from every receiver that appears, until it is told to end.
+[[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const Options& options, const Console& console);
+
 /// The whole program: reads the command line, loads the plug-in, runs the command.
 [[nodiscard]] ExitStatus runProgram(int argc, const char* const* argv);
 

@@ -32,12 +32,15 @@ void appendSentence(std::string& text, std::string_view sentence)
 
 void Console::error(const gps::Error& error) const
 {
-    say("magellangps: ", sentencesOf(error));
+    this->error(sentencesOf(error));
 }
 
 void Console::error(std::string_view sentence) const
 {
-    say("magellangps: ", sentence);
+    if (errors_ != nullptr)
+        errors_->emplace_back(sentence);
+    else
+        say("magellangps: ", sentence);
 }
 
 void Console::note(std::string_view sentence) const

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gps/Error.h>
 
@@ -13,7 +14,8 @@ namespace host {
 class Console {
 public:
     /// @param quiet  whether notes are left unsaid
-    explicit Console(bool quiet) : quiet_(quiet) {}
+    /// @param errors  gets the bad news, a text each, instead of the error stream; null: they are printed
+    explicit Console(bool quiet, std::vector<std::string>* errors = nullptr) : quiet_(quiet), errors_(errors) {}
 
     /// One line: the description, the recovery suggestion and the path, as far as there are any.
     void error(const gps::Error& error) const;
@@ -29,6 +31,7 @@ public:
 
 private:
     bool quiet_;
+    std::vector<std::string>* errors_;
 };
 
 /// An error as plain sentences on one line.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/bundle/DeviceChoice.h"
+#include "host/cli/Explanation.h"
 #include "host/formats/Table.h"
 
 #include <platform/System/DeviceMonitor.h>
@@ -39,7 +40,7 @@ Json viewJson(const gps::GPSPlugInProtocol& driver)
             {"deviceButton", {{"hidden", isHidden(button)}}}};
 }
 
-Json driverJson(const gps::GPSPlugInProtocol& driver)
+Json driverJson(const gps::GPSPlugInProtocol& driver, bool explain)
 {
     Json devices = Json::array();
     for (const auto& device : devicesOf(driver)) {
@@ -48,18 +49,21 @@ Json driverJson(const gps::GPSPlugInProtocol& driver)
                            {"authorized", orNull(device.authorized)},
                            {"selected", device.isSelected}});
     }
-    return {{"class", driver.className()},
-            {"name", driver.gpsName()},
-            {"ready", driver.isReady()},
-            {"view", viewJson(driver)},
-            {"devices", devices}};
+    Json json{{"class", driver.className()},
+              {"name", driver.gpsName()},
+              {"ready", driver.isReady()},
+              {"view", viewJson(driver)},
+              {"devices", devices}};
+    if (explain)
+        json["searched"] = searchedPlacesJson(driver);
+    return json;
 }
 
-std::string documentOf(const PlugInBundle& plugIn)
+std::string documentOf(const PlugInBundle& plugIn, bool explain)
 {
     Json drivers = Json::array();
     for (const auto& driver : plugIn.drivers)
-        drivers.push_back(driverJson(*driver));
+        drivers.push_back(driverJson(*driver, explain));
     const Json document{{"drivers", drivers}};
     return document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
@@ -71,7 +75,7 @@ std::string authorizedText(const std::optional<bool>& authorized)
     return *authorized ? "yes" : "no";
 }
 
-std::string tableOf(const PlugInBundle& plugIn)
+std::string tableOf(const PlugInBundle& plugIn, bool explain)
 {
     Table table{{{""}, {"Driver"}, {"Device"}, {"Authorized"}, {"Location"}}};
     bool isEmpty = true;
@@ -82,22 +86,29 @@ std::string tableOf(const PlugInBundle& plugIn)
             isEmpty = false;
         }
     }
-    return isEmpty ? "No device was found.\n" : table.text();
+    auto text = isEmpty ? "No mounted receiver and no serial port was found.\n" : table.text();
+    return explain ? text + '\n' + explanationOf(plugIn) : text;
 }
 
-void refresh(const PlugInBundle& plugIn, const gps::DeviceChanges& changes)
+// A driver of serial ports is not offered while there is none; so with the first port it may be.
+void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
 {
+    bool hasSerialDriver = false;
     for (const auto& driver : plugIn.drivers) {
+        hasSerialDriver |= driver->needsSerialRefresh();
         if ((changes.volumes && driver->needsFileSystemRefresh()) || (changes.serialPorts && driver->needsSerialRefresh()))
             driver->refreshDeviceList();
     }
+    if (changes.serialPorts && !hasSerialDriver)
+        addNewDrivers(plugIn);
 }
 
 } // namespace
 
 ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console)
 {
-    const auto text = [&] { return options.json ? documentOf(plugIn) : tableOf(plugIn); };
+    auto present = plugIn; // which gets drivers while it is watched
+    const auto text = [&] { return options.json ? documentOf(present, options.explain) : tableOf(present, options.explain); };
     if (!options.watch)
         return print(text(), console);
     gps::DeviceMonitor monitor; // before the first look, so that no change is missed
@@ -106,7 +117,7 @@ ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const 
         const auto changes = monitor.wait(std::chrono::milliseconds{-1});
         if (!changes.volumes && !changes.serialPorts)
             continue;
-        refresh(plugIn, changes);
+        refresh(present, changes);
         status = print(text(), console);
     }
     return status;

@@ -3,12 +3,17 @@
 #include "host/cli/Download.h"
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 #include <unistd.h>
 
+#include "host/bundle/DeviceChoice.h"
+#include "host/bundle/SerialPort.h"
 #include "host/formats/EventLines.h"
 #include "host/formats/Summary.h"
+
+#include <platform/OrvUtils/SerialTraffic.h>
 
 namespace host {
 namespace {
@@ -37,17 +42,19 @@ bool endedAt(const LoggedError& logged, const Outcome& outcome)
 } // namespace
 
 Download::Download(const Options& options, const Console& console)
-    : options_(options), console_(console), progress_(!options.quiet && ::isatty(STDERR_FILENO) == 1),
+    : options_(options), console_(console), progress_(wantsProgress(options)), dates_(options.fixDates, std::time(nullptr)),
       standardOutput_(STDOUT_FILENO, "the standard output")
 {}
 
-std::optional<gps::Error> Download::open()
+std::optional<gps::Error> Download::open(const Wrap& wrap)
 {
     if (options_.output) {
         file_.emplace(*options_.output);
         if (auto failure = file_->open())
             return failure;
         fileWriter_ = options_.format->make(file_->output(), file_->folder());
+        if (wrap)
+            fileWriter_ = wrap(std::move(fileWriter_));
     }
     if (options_.events)
         tellWriter_ = std::make_unique<EventLines>(standardOutput_);
@@ -58,7 +65,8 @@ std::optional<gps::Error> Download::open()
 
 void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions)
 {
-    const auto requested = requestedKinds(driverOptions, driver.gpsCapabilities());
+    const auto linesBefore = gps::serialTraffic().linesRead;
+    progress_.begin(driver.needsSerialRefresh() ? "looking for a receiver at " + selectedPlace(driver) : "reading");
     const auto outcome =
         runOperation([&](const gps::GPSPlugInProtocol::Status& status) { return driver.gpsRunAcquire(status, driverOptions); },
                      [this](const EventBatch& batch) { consume(batch); });
@@ -68,34 +76,53 @@ void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driver
     }
     progress_.clear();
     hasArrived_ = hasArrived_ || !outcome.transfers.empty();
-    judge(outcome, requested, driverOptions.contains(kSourcePathKey));
+    judge(outcome, driver, driverOptions);
+    if (driver.needsSerialRefresh())
+        judgePort(outcome, selectedPlace(driver), gps::serialTraffic().linesRead != linesBefore);
 }
 
 void Download::consume(const EventBatch& batch)
 {
-    for (auto* const writer : {fileWriter_.get(), tellWriter_.get()}) {
-        if (writer == nullptr)
-            continue;
-        for (const auto& event : batch)
-            writer->event(event);
+    for (const auto& event : batch) {
+        const auto& mended = dates_.mended(event);
+        if (fileWriter_)
+            fileWriter_->event(mended);
+        if (tellWriter_) // event lines show what the plug-in said
+            tellWriter_->event(options_.events ? event : mended);
     }
     if (options_.events)
         standardOutput_.flush(); // whoever reads the lines sees them as they come
     progress_.show(batch);
 }
 
-void Download::judge(const Outcome& outcome, const std::vector<gps::TransferKind>& requested, bool isImport)
+void Download::judge(const Outcome& outcome, const gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions)
 {
+    const bool isSerial = driver.needsSerialRefresh();
     for (const auto& error : outcome.reported)
-        console_.error(error);
+        console_.error(isSerial ? inWords(error, selectedPlace(driver)) : error);
     if (outcome.error)
         console_.error(*outcome.error);
     const bool endedInError = outcome.error || !outcome.reported.empty();
     isIncomplete_ = isIncomplete_ || endedInError;
-    const auto missing = endedInError ? std::vector<gps::TransferKind>{} : missingKinds(requested, outcome.transfers);
+    const auto missing =
+        endedInError ? std::vector<gps::TransferKind>{} : missingKinds(requestedKinds(driverOptions, driver), outcome.transfers);
     judgeMissing(missing);
-    judgeLoggedErrors(outcome, isImport || !missing.empty());
-    showLog(outcome, !missing.empty());
+    judgeLoggedErrors(outcome, driverOptions.contains(kSourcePathKey) || !missing.empty());
+    if (!isSerial || !missing.empty()) // a serial session writes each of its sentences to the log
+        showLog(outcome, !missing.empty());
+}
+
+// To a driver a receiver that never answers is one without data. To the user it is a failure, and an older file is worth more
+// than an empty one.
+void Download::judgePort(const Outcome& outcome, const std::string& port, bool wasHeard)
+{
+    if (!outcome.reported.empty()) {
+        console_.error(whyPortFails(port));
+    } else if (!outcome.error && !wasHeard) {
+        console_.error("No receiver answered at " + port + ". Check that it is on and connected there, and try again.");
+        isIncomplete_ = true;
+        hasArrived_ = false;
+    }
 }
 
 void Download::judgeMissing(const std::vector<gps::TransferKind>& missing)
@@ -145,9 +172,23 @@ ExitStatus Download::finish()
 {
     if (tellWriter_ && (options_.events || hasArrived_))
         fail(tellWriter_->close());
+    tellOfDates();
     if (fileWriter_)
         finishFile();
-    return hasFailed_ || isIncomplete_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+    return isWhole() ? ExitStatus::kSuccess : ExitStatus::kFailed;
+}
+
+void Download::tellOfDates()
+{
+    const auto hint = dates_.hint();
+    if (hint.empty())
+        return;
+    if (tellWriter_ && !options_.events) { // with the summary
+        standardOutput_.write("\n" + hint + "\n");
+        fail(standardOutput_.flush());
+    }
+    if (fileWriter_)
+        console_.note(hint);
 }
 
 void Download::finishFile()
@@ -175,6 +216,19 @@ void Download::fail(const std::optional<gps::Error>& failure)
         return;
     console_.error(*failure);
     hasFailed_ = true;
+}
+
+ExitStatus download(gps::GPSPlugInProtocol& driver, const std::vector<gps::Dictionary>& operations, const Options& options,
+                    const Console& console)
+{
+    Download download{options, console};
+    if (const auto failure = download.open()) {
+        console.error(*failure);
+        return ExitStatus::kFailed;
+    }
+    for (const auto& driverOptions : operations)
+        download.run(driver, driverOptions);
+    return download.finish();
 }
 
 } // namespace host

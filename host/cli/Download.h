@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Options.h"
 #include "host/cli/Progress.h"
+#include "host/formats/DateFix.h"
 #include "host/formats/OutputFile.h"
 #include "host/operations/Operation.h"
 
@@ -24,27 +26,36 @@ public:
     /// @param options  last as long as this object
     Download(const Options& options, const Console& console);
 
+    /// Puts a writer of its own in front of the file's.
+    using Wrap = std::function<std::unique_ptr<Writer>(std::unique_ptr<Writer> fileWriter)>;
+
     /// Opens the outputs, before anything is asked of a driver.
-    [[nodiscard]] std::optional<gps::Error> open();
+    [[nodiscard]] std::optional<gps::Error> open(const Wrap& wrap = {});
 
     /// Runs one operation and tells the user what went wrong in it.
     void run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions);
 
-    /// Ends the outputs: whole under their name, or what arrived as a partial file.
+    /// Whether nothing has gone wrong so far.
+    [[nodiscard]] bool isWhole() const noexcept { return !hasFailed_ && !isIncomplete_; }
+
+    /// Ends the outputs: whole under their name, or what arrived as a partial file. What is not finished leaves no file.
     [[nodiscard]] ExitStatus finish();
 
 private:
     void consume(const EventBatch& batch);
-    void judge(const Outcome& outcome, const std::vector<gps::TransferKind>& requested, bool isImport);
+    void judge(const Outcome& outcome, const gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions);
+    void judgePort(const Outcome& outcome, const std::string& port, bool wasHeard);
     void judgeLoggedErrors(const Outcome& outcome, bool foldersCount);
     void judgeMissing(const std::vector<gps::TransferKind>& missing);
     void showLog(const Outcome& outcome, bool isNeeded) const;
     void finishFile();
+    void tellOfDates();
     void fail(const std::optional<gps::Error>& failure);
 
     const Options& options_;
     const Console& console_;
     Progress progress_;
+    DateFix dates_;
     Output standardOutput_;
     std::optional<OutputFile> file_;
     std::unique_ptr<Writer> fileWriter_; // null without an output file
@@ -53,5 +64,9 @@ private:
     bool isIncomplete_ = false;
     bool hasFailed_ = false;
 };
+
+/// The whole of a download: an operation for each options dictionary.
+[[nodiscard]] ExitStatus download(gps::GPSPlugInProtocol& driver, const std::vector<gps::Dictionary>& operations,
+                                  const Options& options, const Console& console);
 
 } // namespace host

@@ -14,14 +14,10 @@ ExitStatus runImport(const PlugInBundle& plugIn, const Options& options, const C
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    Download download{options, console};
-    if (const auto failure = download.open()) {
-        console.error(*failure);
-        return ExitStatus::kFailed;
-    }
+    std::vector<gps::Dictionary> operations;
     for (const auto& file : options.files)
-        download.run(*driver, driverOptions(options, file));
-    return download.finish();
+        operations.push_back(driverOptions(options, file));
+    return download(*driver, operations, options, console);
 }
 
 } // namespace host

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "host/completions/Completions.h"
 #include "host/formats/JsonText.h"
 #include "host/formats/Text.h"
 #include "host/operations/Operation.h"
@@ -22,6 +23,7 @@ struct Raw {
     Options options;
     std::optional<std::string> format;
     std::optional<std::string> driverOptions;
+    std::optional<std::string> fixDates;
     bool noWaypoints = false;
     bool noRoutes = false;
     bool noTracks = false;
@@ -53,6 +55,16 @@ void addGlobalOptions(CLI::App& app, Raw& raw)
     app.add_flag("-v", options.verbose, "Print the system log's lines on the standard error stream, too")->excludes(quiet);
 }
 
+void addFixDatesOption(CLI::App& command, Raw& raw)
+{
+    command
+        .add_option(
+            "--fix-dates", raw.fixDates,
+            "Mend dates of a receiver whose week count has rolled over: \"auto\" adds 1024 weeks to those that look 1024 weeks "
+            "old, a number adds so many to all; by default \"off\"")
+        ->type_name("auto|off|WEEKS");
+}
+
 void addDownloadOptions(CLI::App& command, Raw& raw)
 {
     auto& options = raw.options;
@@ -62,6 +74,7 @@ void addDownloadOptions(CLI::App& command, Raw& raw)
     command.add_option("--format", raw.format, "The output's format, where the file's extension does not tell: " + formatNames())
         ->type_name("FORMAT");
     command.add_flag("--summary", options.summary, "Print the summary table, although there is an output file");
+    addFixDatesOption(command, raw);
     auto* const json =
         command.add_option("--options", raw.driverOptions, "Hand exactly this JSON object to the driver as its options");
     json->type_name("JSON");
@@ -105,6 +118,27 @@ void addRestoreOptions(CLI::App& command, Raw& raw)
     command.add_option("backup", raw.options.restored, "The backup to put back, as listed, or its folder")->type_name("BACKUP");
 }
 
+void addDevicesOptions(CLI::App& command, Raw& raw)
+{
+    command.add_flag("--watch", raw.options.watch, "Stay, and print again when volumes or ports come and go");
+    command.add_flag("--explain", raw.options.explain, "Tell of every volume and port what was made of it, and why");
+}
+
+void addWatchOptions(CLI::App& command, Raw& raw)
+{
+    auto& options = raw.options;
+    command.add_option("--into", options.into, "Write the files into this folder instead of the present one")->type_name("DIR");
+    command.add_option("--format", raw.format, "The files' format instead of GPX: " + formatNames())->type_name("FORMAT");
+    command.add_flag("--new-only", options.newOnly, "Save only what was not saved from that receiver before");
+    auto* const serial = command.add_flag("--serial", options.serial,
+                                          "Watch serial ports, too: each one that appears is asked for a receiver, which takes a "
+                                          "minute and a half where there is none");
+    command.add_option("--driver", options.driver, "Watch the devices of the driver of this name alone")
+        ->type_name("NAME")
+        ->excludes(serial);
+    addFixDatesOption(command, raw);
+}
+
 void addCommands(CLI::App& app, Raw& raw)
 {
     const auto add = [&](const char* name, const char* what, Command command, const char* examples) {
@@ -114,8 +148,9 @@ void addCommands(CLI::App& app, Raw& raw)
         return added;
     };
     add("info", "Show the plug-in and its drivers", Command::kInfo, "  magellangps info --json");
-    add("devices", "List each driver's devices", Command::kDevices, "  magellangps devices --watch")
-        ->add_flag("--watch", raw.options.watch, "Stay, and print again when volumes or ports come and go");
+    addDevicesOptions(*add("devices", "List each driver's devices", Command::kDevices,
+                           "  magellangps devices --watch\n  magellangps devices --explain        why a receiver is not found"),
+                      raw);
     auto* const acquire = add("acquire", "Download from a device", Command::kAcquire,
                               "  magellangps acquire -o trip.gpx\n  magellangps acquire --device /media/RECEIVER --no-tracks");
     addDownloadOptions(*acquire, raw);
@@ -130,6 +165,17 @@ void addCommands(CLI::App& app, Raw& raw)
     addRestoreOptions(*add("restore", "List the backups that sends have made, or put one back", Command::kRestore,
                            "  magellangps restore\n  magellangps restore 20260830T101500Z"),
                       raw);
+    addWatchOptions(*add("watch", "Stay, and acquire from every receiver that appears, each into its own file", Command::kWatch,
+                         "  magellangps watch --into tracks --new-only\n  magellangps watch --serial --format kml"),
+                    raw);
+}
+
+// For whoever installs the program: not shown in the help.
+const CLI::App* addCompletions(CLI::App& app, std::string& shell)
+{
+    auto* const added = app.add_subcommand("completions", "Print the script that completes this program's command line");
+    added->group("")->add_option("shell", shell, "The shell: bash, zsh or fish")->check(CLI::IsMember({"bash", "zsh", "fish"}));
+    return added;
 }
 
 std::size_t editDistance(std::string_view a, std::string_view b)
@@ -200,9 +246,20 @@ std::string extensionOf(const std::string& path)
     return extension;
 }
 
+std::string unknownFormat(const std::string& name)
+{
+    return "unknown output format \"" + name + "\"; the formats are: " + formatNames();
+}
+
 // What is wrong with the output options; empty: nothing.
 std::string checkOutput(const Raw& raw, Options& options)
 {
+    if (options.command == Command::kWatch) {
+        if (options.events)
+            return "--events is for acquire, import and send: watch prints lines of its own";
+        options.format = findFormat(raw.format.value_or("gpx"));
+        return options.format == nullptr ? unknownFormat(*raw.format) : "";
+    }
     if (!options.output)
         return raw.format ? "--format is for an output file: name one with -o" : "";
     if (options.output == "-" && !raw.format)
@@ -214,7 +271,7 @@ std::string checkOutput(const Raw& raw, Options& options)
     const auto name = raw.format.value_or(extensionOf(*options.output));
     options.format = findFormat(name);
     if (options.format == nullptr)
-        return "unknown output format \"" + name + "\"; the formats are: " + formatNames();
+        return unknownFormat(name);
     return {};
 }
 
@@ -231,6 +288,13 @@ ParsedCommandLine check(Raw raw)
         return mistake(wrong);
     if (options.events && options.summary)
         return mistake("--events and --summary both want the standard output");
+    if (raw.fixDates) {
+        const auto rule = readDateRule(*raw.fixDates);
+        if (!rule)
+            return mistake("--fix-dates wants auto, off or a number of weeks, at most " + std::to_string(DateRule::kMostWeeks) +
+                           " either way");
+        options.fixDates = *rule;
+    }
     if (raw.driverOptions) {
         options.driverOptions = readJsonObject(*raw.driverOptions);
         if (!options.driverOptions)
@@ -250,6 +314,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     app.footer(kExamples);
     addGlobalOptions(app, raw);
     addCommands(app, raw);
+    std::string shell = "bash";
+    const auto* const completions = addCompletions(app, shell);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
@@ -261,6 +327,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     }
     if (app.get_subcommands().empty())
         return {std::nullopt, app.help(), ExitStatus::kUsage};
+    if (completions->parsed())
+        return {std::nullopt, completionScript(app, shell), ExitStatus::kSuccess};
     return check(std::move(raw));
 }
 

@@ -9,13 +9,14 @@
 #include <vector>
 
 #include "host/cli/ExitStatus.h"
+#include "host/formats/DateFix.h"
 #include "host/formats/Formats.h"
 
 #include <gps/Value.h>
 
 namespace host {
 
-enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore };
+enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch };
 
 /// What the user asked for.
 struct Options {
@@ -30,20 +31,23 @@ struct Options {
     bool quiet = false;
     bool verbose = false;
 
-    bool watch = false; ///< devices
+    // devices.
+    bool watch = false;
+    bool explain = false;
 
-    // acquire, import, send and restore.
+    // acquire, import, send, restore and, the driver alone, watch.
     std::optional<std::string> driver;
     std::optional<std::string> device; ///< not import
     std::vector<std::string> files;    ///< import and send
 
     // acquire and import.
     std::optional<std::string> output; ///< "-" is the standard output
-    const Format* format = nullptr;    ///< set exactly when there is an output
+    const Format* format = nullptr;    ///< set when there is an output, and for watch
     bool summary = false;              ///< the table, although there is an output
     bool waypoints = true;
     bool routes = true;
     bool tracks = true;
+    DateRule fixDates;
     std::optional<gps::Dictionary> driverOptions; ///< instead of the host's own
 
     // send and restore.
@@ -53,6 +57,11 @@ struct Options {
     bool dryRun = false;
     bool exactNames = false;
     std::optional<std::string> restored; ///< the backup to put back; none: list them
+
+    // watch.
+    std::string into = "."; ///< the folder of the files
+    bool newOnly = false;
+    bool serial = false;
 };
 
 /// What came out of reading a command line: either the options, or a text to print and the status to leave with.

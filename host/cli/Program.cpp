@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "host/bundle/DeviceChoice.h"
+#include "host/bundle/SerialPort.h"
 #include "host/formats/Output.h"
 
 #include <platform/System/Log.h>
@@ -30,6 +31,8 @@ ExitStatus runCommand(const PlugInBundle& plugIn, const Options& options, const 
         return runSend(plugIn, options, console);
     case Command::kRestore:
         return runRestore(plugIn, options, console);
+    case Command::kWatch:
+        return runWatch(plugIn, options, console);
     }
     return ExitStatus::kUsage;
 }
@@ -37,8 +40,11 @@ ExitStatus runCommand(const PlugInBundle& plugIn, const Options& options, const 
 ExitStatus run(const Options& options, const Console& console)
 {
     gps::setLogToStandardError(options.verbose);
+    // Before there are drivers, which look for them, or are not even offered without.
     if (!options.testFolders.empty())
-        useTestFolders(options.testFolders); // before there are drivers that look for them
+        useTestFolders(options.testFolders);
+    if (options.device && isSerialPlace(*options.device))
+        useSerialPort(*options.device);
     const auto path = findBundle(options.plugin);
     if (!path) {
         console.error("The plug-in bundle is neither beside the program nor installed. Name it with --plugin.");

@@ -5,25 +5,60 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string>
+#include <string_view>
 
+#include "host/cli/Options.h"
 #include "host/operations/EventStream.h"
+
+#include <platform/OrvUtils/SerialTraffic.h>
 
 namespace host {
 
-/// Fed on the thread that takes an operation's events; cleared once that has ended.
+/// How far an operation is: counts since its present phase began.
+struct Advance {
+    std::string_view phase;
+    std::size_t records = 0;
+    gps::SerialTraffic line{}; ///< what went over a serial line, and its speed; no speed: there is no such line
+    std::chrono::milliseconds time{};
+};
+
+/// One line without its end, short enough for 80 columns.
+[[nodiscard]] std::string progressText(const Advance& advance);
+
+/// Whether an operation with these options shows its progress: on a terminal, when nothing else is written to it meanwhile.
+[[nodiscard]] bool wantsProgress(const Options& options);
+
+/// Fed on the thread that takes an operation's events, and with an empty batch now and then while none comes, since a serial line
+/// can be silent for long. Never waits for the terminal: what it does not take at once is not shown.
 class Progress {
 public:
     /// @param isShown  whether anything is printed at all
-    explicit Progress(bool isShown) : isShown_(isShown) {}
+    explicit Progress(bool isShown);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// Something begins: an operation, or what the host does around one.
+    void begin(std::string_view phase);
 
     void show(const EventBatch& batch);
     void clear() const;
 
 private:
-    bool isShown_;
-    gps::TransferKind kind_ = gps::TransferKind::kWaypoints;
-    std::size_t points_ = 0; // of the present transfer
-    std::chrono::steady_clock::time_point next_{};
+    using Clock = std::chrono::steady_clock;
+
+    void take(const Event& event);
+    void enter(std::string_view phase);
+    void print();
+
+    int terminal_; // a description of the host's own; -1: nothing is printed
+    std::string phase_;
+    std::size_t records_ = 0;
+    bool isSerial_ = false;       // something went over a serial line since it began
+    gps::SerialTraffic before_{}; // when the phase began
+    Clock::time_point entered_{}; // the phase
+    Clock::time_point next_{};
 };
 
 } // namespace host

@@ -7,9 +7,11 @@
 #include "host/backup/Backup.h"
 #include "host/backup/Restore.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/cli/Progress.h"
 #include "host/formats/Table.h"
 #include "host/formats/Text.h"
 #include "host/operations/HostError.h"
+#include "host/operations/Operation.h"
 
 #include <gps/GPSFileDevice.h>
 
@@ -64,7 +66,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(driver.get());
+    const auto* const device = canSend(*driver) ? dynamic_cast<const gps::GPSFileDevice*>(driver.get()) : nullptr;
     const DataFolders folders{selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
                               device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
     if (device == nullptr || folders.device.empty()) {
@@ -80,7 +82,10 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
     if (!options.restored)
         return print(listOf(backups), console);
     std::string report;
+    Progress progress{wantsProgress(options)};
+    progress.begin("restoring");
     const auto failure = putBack(pathOf(*options.restored, backups), *folder, folders, report);
+    progress.clear();
     const auto printed = print(report, console);
     if (!failure)
         return printed;

@@ -26,7 +26,8 @@ using Fate = gps::PlannedFile::Fate;
 } // namespace
 
 Sending::Sending(const Options& options, const Console& console)
-    : options_(options), console_(console), standardOutput_(STDOUT_FILENO, "the standard output")
+    : options_(options), console_(console), progress_(wantsProgress(options)),
+      standardOutput_(STDOUT_FILENO, "the standard output")
 {}
 
 std::optional<gps::Error> Sending::open()
@@ -43,7 +44,8 @@ std::optional<gps::Error> Sending::open()
 
 ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
 {
-    device_ = dynamic_cast<const gps::GPSFileDevice*>(&driver);
+    canSend_ = canSend(driver);
+    device_ = canSend_ ? dynamic_cast<const gps::GPSFileDevice*>(&driver) : nullptr;
     place_ = selectedPlace(driver);
     if (data_)
         plan(driver);
@@ -64,14 +66,18 @@ ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
 
 void Sending::plan(gps::GPSPlugInProtocol& driver)
 {
+    if (!canSend_)
+        return console_.note("This driver cannot send: nothing will be written to the device.");
     if (device_ == nullptr) {
         console_.note("This driver tells nothing before a send: there is no plan, no backup, and no look at what has arrived.");
         return report("to send: " + recordCounts(*data_) + '\n');
     }
     std::vector<TextChange> changes;
+    progress_.begin("reading the device");
     if (!options_.data)
         changes = fit(driver);
     plan_ = device_->planSend(*data_);
+    progress_.clear();
     report(planReport(plan_, changes, place_));
     warn();
 }
@@ -108,15 +114,18 @@ bool Sending::writesAnything() const
                        [](const gps::PlannedFile& file) { return file.fate != Fate::kLeft; });
 }
 
-std::optional<gps::Error> Sending::backUp() const
+std::optional<gps::Error> Sending::backUp()
 {
     const auto folder = options_.backupFolder ? options_.backupFolder : usualBackupFolder();
     if (!folder)
         return hostError("There is no home to keep a backup in", "Name a folder with --backup");
     Backup made;
     std::vector<std::string> skipped;
-    if (auto failure =
-            makeBackup(*folder, {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, {}, made, skipped))
+    progress_.begin("keeping a backup");
+    auto failure =
+        makeBackup(*folder, {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, {}, made, skipped);
+    progress_.clear();
+    if (failure)
         return failure;
     for (const auto& path : skipped)
         console_.note("This is no file and so not in the backup: " + path);
@@ -128,17 +137,20 @@ Outcome Sending::send(gps::GPSPlugInProtocol& driver)
 {
     EventLines lines{standardOutput_};
     const gps::Dictionary options = options_.debug ? gps::Dictionary{{"debug", *options_.debug}} : gps::Dictionary{};
+    progress_.begin("sending");
     auto outcome = runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
             return driver.gpsRunSend(data_ ? &*data_ : nullptr, status, options);
         },
         [&](const EventBatch& batch) {
+            progress_.show(batch);
             if (!options_.events)
                 return;
             for (const auto& event : batch)
                 lines.event(event);
             standardOutput_.flush(); // whoever reads the lines sees them as they come
         });
+    progress_.clear();
     if (options_.events)
         lines.result(outcome.error);
     return outcome;
@@ -171,7 +183,8 @@ void Sending::judgeBrackets(const Outcome& outcome)
     }
     if (missing.empty())
         return;
-    console_.error("The send ended before its end. Missing: " + missing + '.');
+    console_.error((canSend_ ? "The send ended before its end. Missing: " : "Nothing was sent: this driver cannot. Missing: ") +
+                   missing + '.');
     hasFailed_ = true;
 }
 
@@ -195,7 +208,10 @@ void Sending::judgeFiles(const Outcome& outcome)
 
 void Sending::judgeRecords(gps::GPSPlugInProtocol& driver)
 {
-    for (const auto& sentence : missingRecords(driver, *data_, plan_)) {
+    progress_.begin("reading back");
+    const auto missing = missingRecords(driver, *data_, plan_);
+    progress_.clear();
+    for (const auto& sentence : missing) {
         console_.error(sentence);
         hasFailed_ = true;
     }

@@ -11,6 +11,7 @@
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Options.h"
+#include "host/cli/Progress.h"
 #include "host/formats/NameFitting.h"
 #include "host/formats/Output.h"
 #include "host/operations/Operation.h"
@@ -35,7 +36,7 @@ private:
     [[nodiscard]] std::vector<TextChange> fit(gps::GPSPlugInProtocol& driver);
     void warn();
     [[nodiscard]] bool writesAnything() const;
-    [[nodiscard]] std::optional<gps::Error> backUp() const;
+    [[nodiscard]] std::optional<gps::Error> backUp();
     [[nodiscard]] Outcome send(gps::GPSPlugInProtocol& driver);
     void judge(const Outcome& outcome, gps::GPSPlugInProtocol& driver);
     void judgeBrackets(const Outcome& outcome);
@@ -47,9 +48,11 @@ private:
 
     const Options& options_;
     const Console& console_;
+    Progress progress_;
     Output standardOutput_;
     std::optional<gps::Dictionary> data_;        // none: no data dictionary at all
     const gps::GPSFileDevice* device_ = nullptr; // null: the driver tells nothing before a send
+    bool canSend_ = false;
     std::string place_;
     gps::SendPlan plan_;
     bool hasFailed_ = false;

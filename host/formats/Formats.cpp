@@ -6,7 +6,10 @@
 #include <array>
 
 #include "host/formats/EventLines.h"
+#include "host/formats/GeoJsonWriter.h"
 #include "host/formats/GpxWriter.h"
+#include "host/formats/HtmlWriter.h"
+#include "host/formats/KmlWriter.h"
 
 namespace host {
 namespace {
@@ -16,12 +19,28 @@ std::unique_ptr<Writer> makeGpx(Output& output, const std::string& spoolFolder)
     return std::make_unique<GpxWriter>(output, spoolFolder);
 }
 
+std::unique_ptr<Writer> makeKml(Output& output, const std::string& spoolFolder)
+{
+    return std::make_unique<KmlWriter>(output, spoolFolder);
+}
+
+std::unique_ptr<Writer> makeGeoJson(Output& output, const std::string& spoolFolder)
+{
+    return std::make_unique<GeoJsonWriter>(output, spoolFolder);
+}
+
+std::unique_ptr<Writer> makeHtml(Output& output, const std::string& spoolFolder)
+{
+    return std::make_unique<HtmlWriter>(output, spoolFolder);
+}
+
 std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
 {
     return std::make_unique<EventLines>(output);
 }
 
-constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"jsonl", makeEventLines}};
+constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml}, Format{"geojson", makeGeoJson},
+                              Format{"html", makeHtml}, Format{"jsonl", makeEventLines}};
 
 } // namespace
 

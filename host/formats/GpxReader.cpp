@@ -120,9 +120,7 @@ void append(gps::Dictionary& data, std::string_view key, gps::Array& records)
 {
     if (records.empty())
         return;
-    auto* const present = data.find(key);
-    auto* const list = present != nullptr ? present->as<gps::Array>() : nullptr;
-    if (list != nullptr)
+    if (auto* const list = data.findArray(key))
         list->insert(list->end(), std::make_move_iterator(records.begin()), std::make_move_iterator(records.end()));
     else
         data.set(key, std::move(records));

@@ -58,13 +58,6 @@ GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder) : output_(o
     output_.write(kHead);
 }
 
-std::string GpxWriter::remark() const
-{
-    if (leftOut_ == 0)
-        return {};
-    return std::to_string(leftOut_) + (leftOut_ == 1 ? " point was" : " points were") + " left out: no place on the globe";
-}
-
 void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     if (makePoint("wpt", point, record))
@@ -112,20 +105,16 @@ void GpxWriter::endTrack()
 
 std::optional<gps::Error> GpxWriter::finish()
 {
-    for (auto* const spool : {&routes_, &tracks_}) {
-        if (auto failure = spool->copyTo(output_))
-            return failure;
-    }
+    routes_.moveTo(output_);
+    tracks_.moveTo(output_);
     output_.write(kFoot);
     return output_.flush();
 }
 
 bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point, const gps::Dictionary& record)
 {
-    if (!isOnGlobe(point)) {
-        ++leftOut_;
+    if (!globe_.passes(point))
         return false;
-    }
     text_.assign(1, '<').append(element);
     appendAttributes(text_, point);
     appendElevationAndTime(text_, point);

@@ -5,10 +5,10 @@
 
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "host/formats/CollectionWriter.h"
+#include "host/formats/GlobeFilter.h"
 #include "host/formats/Output.h"
 
 namespace host {
@@ -20,7 +20,7 @@ public:
     /// @param spoolFolder  where routes and tracks wait
     GpxWriter(Output& output, const std::string& spoolFolder);
 
-    [[nodiscard]] std::string remark() const override;
+    [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
 private:
     void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
@@ -37,8 +37,8 @@ private:
     Output& output_;
     Spool routes_;
     Spool tracks_;
-    std::string text_;            // one element at a time
-    std::size_t leftOut_ = 0;     // points without a place
+    std::string text_; // one element at a time
+    GlobeFilter globe_;
     const gps::Dictionary plain_; // what a track point has besides its place
 };
 

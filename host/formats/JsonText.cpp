@@ -35,29 +35,6 @@ void appendNumber(std::string& out, const gps::Number& number)
         out += number.text();
 }
 
-void appendValue(std::string& out, const gps::Value& value)
-{
-    if (const auto* number = value.as<gps::Number>()) {
-        appendNumber(out, *number);
-    } else if (const auto* text = value.as<std::string>()) {
-        appendJson(out, *text);
-    } else if (const auto* point = value.as<gps::GPSPoint>()) {
-        appendJson(out, *point);
-    } else if (const auto* dictionary = value.as<gps::Dictionary>()) {
-        appendJson(out, *dictionary);
-    } else if (const auto* array = value.as<gps::Array>()) {
-        out += '[';
-        for (const auto& element : *array) {
-            if (&element != array->data())
-                out += ',';
-            appendValue(out, element);
-        }
-        out += ']';
-    } else {
-        out += "null";
-    }
-}
-
 bool isPlain(std::string_view text)
 {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; });
@@ -131,9 +108,32 @@ void appendJson(std::string& out, const gps::Dictionary& record)
             out += ',';
         appendJson(out, key);
         out += ':';
-        appendValue(out, value);
+        appendJsonValue(out, value);
     }
     out += '}';
+}
+
+void appendJsonValue(std::string& out, const gps::Value& value)
+{
+    if (const auto* number = value.as<gps::Number>()) {
+        appendNumber(out, *number);
+    } else if (const auto* text = value.as<std::string>()) {
+        appendJson(out, *text);
+    } else if (const auto* point = value.as<gps::GPSPoint>()) {
+        appendJson(out, *point);
+    } else if (const auto* dictionary = value.as<gps::Dictionary>()) {
+        appendJson(out, *dictionary);
+    } else if (const auto* array = value.as<gps::Array>()) {
+        out += '[';
+        for (const auto& element : *array) {
+            if (&element != array->data())
+                out += ',';
+            appendJsonValue(out, element);
+        }
+        out += ']';
+    } else {
+        out += "null";
+    }
 }
 
 void appendJson(std::string& out, const gps::Error& error)

@@ -21,6 +21,9 @@ void appendJson(std::string& out, const gps::GPSPoint& point);
 /// Appends a record: every key in its order, boxed points as points.
 void appendJson(std::string& out, const gps::Dictionary& record);
 
+/// Appends any value; a status object, or none, is null.
+void appendJsonValue(std::string& out, const gps::Value& value);
+
 /// Appends an error: domain, code, description, suggestion and path, null for what it lacks.
 void appendJson(std::string& out, const gps::Error& error);
 

@@ -38,8 +38,7 @@ struct Named {
 template <typename DictionaryType, typename Visitor>
 void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& visit)
 {
-    auto* const list = data.find(key);
-    auto* const records = list != nullptr ? list->template as<gps::Array>() : nullptr;
+    auto* const records = data.findArray(key);
     if (records == nullptr)
         return;
     for (auto& value : *records) {

@@ -40,32 +40,27 @@ int openSpool(const std::string& folder)
 
 } // namespace
 
-Output::Output(int file, std::string name) : file_(file), name_(std::move(name))
-{
-    buffer_.reserve(kBufferSize);
-}
+Output::Output(int file, std::string name) : file_(file), name_(std::move(name)), buffer_(new char[kBufferSize]) {}
 
-void Output::write(std::string_view text)
+void Output::writePast(std::string_view text)
 {
-    if (buffer_.size() + text.size() > kBufferSize) {
-        writeOut(buffer_);
-        buffer_.clear();
-    }
+    flush();
     if (text.size() > kBufferSize)
         writeOut(text);
     else
-        buffer_.append(text);
+        write(text);
 }
 
 std::optional<gps::Error> Output::flush()
 {
-    writeOut(buffer_);
-    buffer_.clear();
+    writeOut({buffer_.get(), used_});
+    used_ = 0;
     return failure_;
 }
 
 void Output::writeFrom(int file)
 {
+    flush();
     std::array<char, kBufferSize> piece;
     for (off_t at = 0; !failure_;) {
         const ssize_t count = ::pread(file, piece.data(), piece.size(), at);
@@ -74,7 +69,7 @@ void Output::writeFrom(int file)
         if (count < 0 && errno != EINTR)
             fail("Temporary data cannot be read back", errno);
         if (count > 0) {
-            write({piece.data(), static_cast<std::size_t>(count)});
+            writeOut({piece.data(), static_cast<std::size_t>(count)});
             at += count;
         }
     }
@@ -93,23 +88,32 @@ void Output::writeOut(std::string_view text)
 
 void Output::fail(std::string_view what, int code)
 {
-    failure_ = systemError(what, "Free some space or choose another place with -o, and try again", name_, code);
+    fail(systemError(what, "Free some space or choose another place with -o, and try again", name_, code));
 }
 
-Spool::Spool(const std::string& folder) : file_(openSpool(folder)), output_(file_, folder) {}
+void Output::fail(const gps::Error& failure)
+{
+    if (!failure_)
+        failure_ = failure;
+}
+
+Spool::Spool(const std::string& folder) : Output(openSpool(folder), folder) {}
 
 Spool::~Spool()
 {
-    if (file_ >= 0)
-        ::close(file_);
+    if (file() >= 0)
+        ::close(file());
 }
 
-std::optional<gps::Error> Spool::copyTo(Output& output)
+void Spool::moveTo(Output& output)
 {
-    if (auto failure = output_.flush())
-        return failure;
-    output.writeFrom(file_);
-    return std::nullopt;
+    if (const auto failure = flush()) {
+        output.fail(*failure);
+        return;
+    }
+    output.writeFrom(file());
+    if (::ftruncate(file(), 0) != 0 || ::lseek(file(), 0, SEEK_SET) != 0)
+        output.fail(systemError("Temporary data cannot be dropped", "Try again", name(), errno));
 }
 
 } // namespace host

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +22,13 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    void write(std::string_view text);
+    void write(std::string_view text)
+    {
+        if (text.size() > kBufferSize - used_)
+            writePast(text);
+        else
+            used_ += text.copy(buffer_.get() + used_, text.size());
+    }
 
     /// Hands everything written so far to the system. @return  the first failure ever
     std::optional<gps::Error> flush();
@@ -29,9 +36,16 @@ public:
     /// Appends all of another open file, from its start.
     void writeFrom(int file);
 
+    /// Counts as this output's failure, unless it has one already.
+    void fail(const gps::Error& failure);
+
     [[nodiscard]] const std::string& name() const noexcept { return name_; }
 
+protected:
+    [[nodiscard]] int file() const noexcept { return file_; }
+
 private:
+    void writePast(std::string_view text);
     void writeOut(std::string_view text);
     void fail(std::string_view what, int code);
 
@@ -39,27 +53,20 @@ private:
 
     int file_;
     std::string name_;
-    std::string buffer_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t used_ = 0;
     std::optional<gps::Error> failure_;
 };
 
 /// A file without a name, for a part of a text whose place comes later. Gone with this object.
-class Spool {
+class Spool : public Output {
 public:
     /// @param folder  where the system keeps its content; the system's folder for temporary files when that cannot be
     explicit Spool(const std::string& folder);
     ~Spool();
-    Spool(const Spool&) = delete;
-    Spool& operator=(const Spool&) = delete;
 
-    void write(std::string_view text) { output_.write(text); }
-
-    /// Appends everything written. @return  what went wrong here; failures of `output` stay with it
-    [[nodiscard]] std::optional<gps::Error> copyTo(Output& output);
-
-private:
-    int file_;
-    Output output_;
+    /// Appends everything written to an output and begins anew. What went wrong here becomes that output's failure.
+    void moveTo(Output& output);
 };
 
 } // namespace host

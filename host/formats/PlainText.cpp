@@ -9,6 +9,7 @@
 #include "host/formats/Text.h"
 
 #include <gps/NumberText.h>
+#include <platform/System/Ascii.h>
 
 #include <unicode/translit.h>
 #include <unicode/unistr.h>
@@ -17,11 +18,6 @@ namespace host {
 namespace {
 
 constexpr std::size_t kLongestPiece = 1000; // bytes: each replacement moves the whole rest of what is handed over
-
-bool isAscii(std::string_view text) noexcept
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80U) == 0; });
-}
 
 // Takes so much off the front that no character is cut in two.
 std::string_view takePiece(std::string_view& text) noexcept
@@ -87,7 +83,7 @@ PlainText PlainTexts::of(std::string_view text)
 
 void PlainTexts::appendWord(PlainText& plain, std::string_view word)
 {
-    if (isAscii(word)) {
+    if (gps::isAscii(word)) {
         append(plain, word);
         return;
     }

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
-#include <numbers>
 #include <utility>
 
 #include "host/formats/Table.h"
@@ -14,27 +12,6 @@
 
 namespace host {
 namespace {
-
-constexpr double kEarthRadius_km = 6371.0088;
-
-double radians(double degrees)
-{
-    return degrees * (std::numbers::pi / 180);
-}
-
-double haversine(double angle)
-{
-    return std::pow(std::sin(angle / 2), 2);
-}
-
-double distance_km(const gps::GPSPoint& a, const gps::GPSPoint& b)
-{
-    const double latitudeA = radians(a.latitude);
-    const double latitudeB = radians(b.latitude);
-    const double h = haversine(latitudeB - latitudeA) +
-                     std::cos(latitudeA) * std::cos(latitudeB) * haversine(radians(b.longitude - a.longitude));
-    return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
-}
 
 std::string momentText(const std::optional<std::int64_t>& time)
 {
@@ -54,15 +31,6 @@ std::string kilometresText(const std::optional<double>& kilometres)
 }
 
 } // namespace
-
-void PathLength::add(const gps::GPSPoint& point) noexcept
-{
-    if (!isOnGlobe(point))
-        return;
-    if (last_)
-        kilometres_ += distance_km(*last_, point);
-    last_ = point;
-}
 
 void Summary::wayPoint(const gps::GPSPoint&, const gps::Dictionary& record)
 {

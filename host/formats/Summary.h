@@ -11,23 +11,9 @@
 
 #include "host/formats/CollectionWriter.h"
 #include "host/formats/Output.h"
+#include "host/formats/TrackFigures.h"
 
 namespace host {
-
-/// The length of a path, point by point: great circles on a sphere of the Earth's mean radius, 6371.0088 km.
-/// Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68, 1984); the radius R1 of
-/// IUGG, Moritz, "Geodetic Reference System 1980".
-class PathLength {
-public:
-    /// A point that lies nowhere on the globe is passed over.
-    void add(const gps::GPSPoint& point) noexcept;
-
-    [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
-
-private:
-    std::optional<gps::GPSPoint> last_;
-    double kilometres_ = 0;
-};
 
 /// One row for all waypoints, one for all geocaches, one for each route and each track, one for the totals.
 class Summary final : public CollectionWriter {

@@ -2,10 +2,9 @@
 
 #include "host/formats/Text.h"
 
+#include <array>
 #include <chrono>
 #include <cmath>
-
-#include <gps/NumberText.h>
 
 namespace host {
 namespace {
@@ -40,6 +39,12 @@ bool isXmlCharacter(char32_t c) noexcept
 bool isControl(char32_t c) noexcept
 {
     return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
+void putTwoDigits(char* at, unsigned number) noexcept
+{
+    at[0] = static_cast<char>('0' + number / 10);
+    at[1] = static_cast<char>('0' + number % 10);
 }
 
 } // namespace
@@ -141,18 +146,18 @@ void appendMoment(std::string& out, std::int64_t time, char separator)
     const sys_seconds moment{seconds{time}};
     const auto day = floor<days>(moment);
     const year_month_day date{day};
-    const hh_mm_ss clock{moment - day};
-    gps::appendPadded(out, static_cast<int>(date.year()), 4);
-    out += '-';
-    gps::appendPadded(out, static_cast<unsigned>(date.month()), 2);
-    out += '-';
-    gps::appendPadded(out, static_cast<unsigned>(date.day()), 2);
-    out += separator;
-    gps::appendPadded(out, clock.hours().count(), 2);
-    out += ':';
-    gps::appendPadded(out, clock.minutes().count(), 2);
-    out += ':';
-    gps::appendPadded(out, clock.seconds().count(), 2);
+    const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
+    const auto inDay = static_cast<unsigned>((moment - day).count());
+    std::array<char, 19> text{'0',       '0', '0', '0', '-', '0', '0', '-', '0', '0',
+                              separator, '0', '0', ':', '0', '0', ':', '0', '0'};
+    putTwoDigits(text.data(), year / 100);
+    putTwoDigits(&text[2], year % 100);
+    putTwoDigits(&text[5], static_cast<unsigned>(date.month()));
+    putTwoDigits(&text[8], static_cast<unsigned>(date.day()));
+    putTwoDigits(&text[11], inDay / 3600);
+    putTwoDigits(&text[14], inDay / 60 % 60);
+    putTwoDigits(&text[17], inDay % 60);
+    out.append(text.data(), text.size());
 }
 
 bool isOnGlobe(const gps::GPSPoint& point) noexcept

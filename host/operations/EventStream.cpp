@@ -7,7 +7,7 @@
 
 namespace host {
 
-// How long an event of a slow driver waits for company before the consumer takes it.
+// How long an event of a slow driver waits for company before the consumer takes it, and how long the consumer waits for one.
 static constexpr std::chrono::milliseconds kPatience{50};
 
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
@@ -49,13 +49,15 @@ bool EventStream::next(EventBatch& batch)
     std::unique_lock lock{mutex_};
     batch.clear();
     spares_.push_back(std::exchange(batch, {}));
-    while (full_.empty() && !ended_) {
+    if (full_.empty() && !ended_)
         arrived_.wait_for(lock, kPatience);
-        if (full_.empty() && filling_.size() > 0)
-            handOver();
+    if (full_.empty() && filling_.size() > 0)
+        handOver();
+    if (full_.empty()) {
+        batch = std::move(spares_.back()); // the one just given back
+        spares_.pop_back();
+        return !ended_;
     }
-    if (full_.empty())
-        return false;
     batch = std::move(full_.front());
     full_.pop_front();
     hasRoom_.notify_one();

@@ -57,7 +57,8 @@ public:
     /// No event will come any more: an operation that failed at its start. [host thread]
     void close();
 
-    /// Waits for the next events; takes those of a slow driver before a batch is full. One consuming thread.
+    /// Waits for the next events, but never long: takes those of a slow driver before a batch is full, and where none comes
+    /// answers an empty batch, by which a consumer can tell that time passes. One consuming thread.
     ///
     /// @param batch  in: the batch before, to be used again. out: the next one
     /// @return       false at the end of the stream; the batch is then empty

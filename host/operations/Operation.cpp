@@ -30,11 +30,12 @@ constexpr std::array kKindWords{
     KindWord{gps::TransferKind::kTracks, "tracks"},
 };
 
-bool containsWord(std::string_view words, std::string_view word)
+// Whether one of the words, joined by commas, is meant.
+template <typename Meant> bool anyWord(std::string_view words, Meant isMeant)
 {
     while (!words.empty()) {
         const auto comma = std::min(words.find(','), words.size());
-        if (words.substr(0, comma) == word)
+        if (isMeant(words.substr(0, comma)))
             return true;
         words.remove_prefix(std::min(comma + 1, words.size()));
     }
@@ -138,17 +139,24 @@ Outcome runOperation(const Start& start, const Consume& consume)
     return outcome;
 }
 
-std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, std::string_view capabilities)
+std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, const gps::GPSPlugInProtocol& driver)
 {
     std::vector<gps::TransferKind> kinds;
     if (options.contains(kSourcePathKey))
         return kinds;
+    const auto capabilities = driver.gpsCapabilities();
     for (const auto& [kind, word] : kKindWords) {
-        const auto* wanted = options.find(word);
-        if (containsWord(capabilities, word) && (wanted == nullptr || !wanted->hasReading() || wanted->boolReading()))
+        const auto* option = options.find(word);
+        const bool isWanted = option != nullptr && option->hasReading() ? option->boolReading() : !driver.needsSerialRefresh();
+        if (isWanted && anyWord(capabilities, [word = word](std::string_view able) { return able == word; }))
             kinds.push_back(kind);
     }
     return kinds;
+}
+
+bool canSend(const gps::GPSPlugInProtocol& driver)
+{
+    return anyWord(driver.gpsCapabilities(), [](std::string_view able) { return able.starts_with("send"); });
 }
 
 std::string_view kindName(gps::TransferKind kind)

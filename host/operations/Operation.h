@@ -48,13 +48,15 @@ using Consume = std::function<void(const EventBatch& batch)>;
 /// Returns when the start has returned and, if it answered no error, the idle report has been consumed.
 ///
 /// @param start    calls the driver; a gps::RangeError that leaves it becomes the operation's error
-/// @param consume  must let no exception out
+/// @param consume  must let no exception out; gets an empty batch now and then while no event comes
 [[nodiscard]] Outcome runOperation(const Start& start, const Consume& consume);
 
-/// The kinds that an acquire with these options must bring: those that the driver can acquire and the options do not switch
-/// off. None in particular for an import.
-/// @param capabilities  the driver's own words, joined by commas
-[[nodiscard]] std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, std::string_view capabilities);
+/// The kinds that an acquire with these options must bring, of those that the driver can acquire: the ones that the options do
+/// not switch off or, from a driver of serial ports, the ones that they switch on. None in particular for an import.
+[[nodiscard]] std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, const gps::GPSPlugInProtocol& driver);
+
+/// Whether the driver can send anything at all.
+[[nodiscard]] bool canSend(const gps::GPSPlugInProtocol& driver);
 
 /// The word for a kind: "tracks", "routes", "waypoints".
 [[nodiscard]] std::string_view kindName(gps::TransferKind kind);

@@ -59,8 +59,7 @@ private:
 template <typename DictionaryType, typename Visitor> void forEachRoutePoint(DictionaryType& data, const Visitor& visit)
 {
     const auto forEach = [](auto& dictionary, std::string_view key, const auto& visitRecord) {
-        auto* const list = dictionary.find(key);
-        auto* const records = list != nullptr ? list->template as<gps::Array>() : nullptr;
+        auto* const records = dictionary.findArray(key);
         if (records == nullptr)
             return;
         for (auto& value : *records) {

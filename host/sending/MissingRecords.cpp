@@ -78,13 +78,13 @@ Outcome acquire(gps::GPSPlugInProtocol& driver, const gps::Dictionary& options, 
 
 template <typename Visitor> void forEachRecord(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
 {
-    const auto* const list = data.find(key);
-    const auto* const records = list != nullptr ? list->as<gps::Array>() : nullptr;
+    const auto* const records = data.findArray(key);
     if (records == nullptr)
         return;
+    const gps::Dictionary empty;
     for (const auto& value : *records) {
         const auto* const record = value.as<gps::Dictionary>();
-        visit(record != nullptr ? *record : gps::Dictionary{});
+        visit(record != nullptr ? *record : empty);
     }
 }
 

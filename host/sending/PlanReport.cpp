@@ -50,8 +50,7 @@ void appendLine(std::string& text, std::string_view line)
 
 std::size_t countOf(const gps::Dictionary& data, std::string_view key)
 {
-    const auto* const value = data.find(key);
-    const auto* const records = value != nullptr ? value->as<gps::Array>() : nullptr;
+    const auto* const records = data.findArray(key);
     return records != nullptr ? records->size() : 0;
 }
 

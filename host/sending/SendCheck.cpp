@@ -27,8 +27,7 @@ std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
 {
     std::vector<gps::TransferKind> kinds;
     for (const auto& [key, kind] : kKeys) {
-        const auto* const records = data.find(key);
-        if (records != nullptr && records->as<gps::Array>() != nullptr)
+        if (data.findArray(key) != nullptr)
             kinds.push_back(kind);
     }
     return kinds;

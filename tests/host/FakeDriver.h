@@ -40,7 +40,7 @@ struct FakeDriver : gps::GPSPlugInProtocol {
         menu->select(0);
     }
 
-    std::string className() const override { return "FakeDriver"; }
+    std::string className() const override { return "Fake:" + name; }
     std::string gpsName() const override { return name; }
     std::shared_ptr<gps::View> gpsView() const override { return view; }
     bool gpsRunPVT(const Status&, const gps::Dictionary&) override { return false; }
@@ -66,13 +66,14 @@ struct FakeDriver : gps::GPSPlugInProtocol {
     }
     gps::Array deviceList() const override { return devices; }
     bool needsUSBRefresh(std::int32_t*, std::int32_t*) const override { return false; }
-    bool needsSerialRefresh() const override { return false; }
-    bool needsFileSystemRefresh() const override { return true; }
+    bool needsSerialRefresh() const override { return serial; }
+    bool needsFileSystemRefresh() const override { return !serial; }
     std::optional<std::vector<std::string>> fileTypes() const override { return types; }
 
     std::string name;
-    std::string capabilities = "tracks,waypoints,routes,geocaches";
+    std::string capabilities = "tracks,waypoints,routes,geocaches,sendwpt";
     bool ready = true;
+    bool serial = false;
     std::optional<std::vector<std::string>> types;
     gps::Array devices;
     int refreshes = 0;

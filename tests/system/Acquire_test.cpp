@@ -198,16 +198,6 @@ TEST(Acquire, DeviceIsChosenAmongSeveral)
     EXPECT_EQ(ran.status, 0);
 }
 
-TEST(Acquire, NothingReadyIsStatus3)
-{
-    const support::TemporaryFolder folder;
-    const auto ran = magellangps({"acquire", "--test-folder", folder.path(), "-o", folder.path("a.gpx")});
-    EXPECT_EQ(ran.status, 3);
-    EXPECT_THAT(ran.out, IsEmpty());
-    EXPECT_THAT(ran.err, HasSubstr("magellangps devices"));
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-}
-
 TEST(Acquire, NamedDriverShowsItsOwnError)
 {
     const auto ran = magellangps({"acquire", "--driver", "magellan", "--events"});

@@ -24,7 +24,8 @@ TEST(CommandLine, EveryCommandHasItsHelp)
                                                                    {"acquire", "--help"},
                                                                    {"import", "--help"},
                                                                    {"send", "--help"},
-                                                                   {"restore", "--help"}}) {
+                                                                   {"restore", "--help"},
+                                                                   {"watch", "--help"}}) {
         const auto ran = magellangps(words);
         EXPECT_EQ(ran.status, 0);
         EXPECT_THAT(ran.out, HasSubstr("Usage: magellangps"));
@@ -105,16 +106,6 @@ TEST(CommandLine, DevicesWithoutADeviceHaveNoneSelected)
         document["drivers"][0].dump(),
         R"({"class":"MagellanGPSPlugin","name":"Magellan","ready":false,"view":{"deviceListMenu":{"hidden":true,"items":[],)"
         R"("selected":null},"deviceButton":{"hidden":true}},"devices":[]})");
-    EXPECT_EQ(magellangps({"--test-folder", empty.path(), "devices"}).out, "No device was found.\n");
-}
-
-TEST(CommandLine, DevicesAreATable)
-{
-    const support::Receiver receiver;
-    const auto ran = magellangps({"devices", "--test-folder", receiver.path()});
-    EXPECT_EQ(ran.out, "   Driver    Device              Authorized  Location\n"
-                       "*  magellan  Magellan device 42  yes         " +
-                           receiver.path() + "\n");
 }
 
 TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)

@@ -24,10 +24,11 @@ struct Ran {
     int status = -1; ///< the exit status; 128 and the signal's number when a signal ended it
 };
 
-/// Where a program's standard output goes instead of into `Ran::out`; what it is told by its environment.
+/// Where a program's standard streams go instead of into `Ran::out` and `Ran::err`; what it is told by its environment.
 struct How {
     const char* standardOutput = nullptr;
     std::vector<std::string> environment{};
+    const char* standardError = nullptr;
 };
 
 /// Runs a program to its end. The first word is its path, or a name to be found.
@@ -35,7 +36,7 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
 {
     const TemporaryFolder folder;
     const std::string out = how.standardOutput != nullptr ? how.standardOutput : folder.path("out");
-    const std::string err = folder.path("err");
+    const std::string err = how.standardError != nullptr ? how.standardError : folder.path("err");
     posix_spawn_file_actions_t files;
     ::posix_spawn_file_actions_init(&files);
     ::posix_spawn_file_actions_addopen(&files, 0, "/dev/null", O_RDONLY, 0);
@@ -46,8 +47,12 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     for (const auto& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    // A home of its own, so that no user's stored defaults get in.
-    std::vector<std::string> settings{"HOME=" + folder.path(), "PATH=" + std::string{std::getenv("PATH")}};
+    // A home of its own, so that no user's stored defaults get in; a mocked device tree, where the test has one.
+    std::vector<std::string> settings{"HOME=" + folder.path()};
+    for (const char* const name : {"PATH", "LD_PRELOAD", "UMOCKDEV_DIR"}) {
+        if (const char* const value = std::getenv(name))
+            settings.push_back(std::string{name} + '=' + value);
+    }
     settings.insert(settings.end(), how.environment.begin(), how.environment.end());
     std::vector<char*> environment;
     for (auto& setting : settings)
@@ -62,8 +67,7 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    return {how.standardOutput != nullptr ? "" : folder.read("out"), folder.read("err"),
-            WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)};
+    return {folder.read("out"), folder.read("err"), WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)};
 }
 
 /// The built program with these words after its name.

@@ -245,12 +245,6 @@ TEST_F(Send, BadInputSendsNothing)
     EXPECT_EQ(filesOf(receiver.path()), before);
 }
 
-TEST_F(Send, NoDeviceIsStatus3)
-{
-    EXPECT_EQ(magellangps({"send", trip()}).status, 3);
-    EXPECT_EQ(magellangps({"restore"}).status, 3);
-}
-
 TEST_F(Send, TextsAreMadeReadableAndNamesStayApart)
 {
     const Receiver receiver;

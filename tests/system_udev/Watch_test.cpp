@@ -1,68 +1,33 @@
 // SPDX-License-Identifier: MIT
 // The built program on a mocked device tree: which volumes it lists, and that it sees them come.
 
-#include <array>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include <gmock/gmock.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <platform_udev/Testbed.h>
 #include <system/Receiver.h>
+#include <system/Running.h>
 
 namespace {
 
 constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
 
-/// `magellangps devices --watch`, and what it has printed so far.
-class Watching {
-public:
-    Watching()
-    {
-        std::array<int, 2> pipe{};
-        EXPECT_EQ(::pipe(pipe.data()), 0);
-        posix_spawn_file_actions_t files;
-        ::posix_spawn_file_actions_init(&files);
-        ::posix_spawn_file_actions_adddup2(&files, pipe[1], STDOUT_FILENO);
-        std::string program = MAGELLAN_BIN_DIR "/magellangps";
-        std::array<char*, 4> words{program.data(), const_cast<char*>("devices"), const_cast<char*>("--watch"), nullptr};
-        EXPECT_EQ(::posix_spawn(&child_, program.c_str(), &files, nullptr, words.data(), environ), 0);
-        ::posix_spawn_file_actions_destroy(&files);
-        ::close(pipe[1]);
-        out_ = pipe[0];
-    }
-    ~Watching()
-    {
-        ::kill(child_, SIGTERM);
-        ::waitpid(child_, nullptr, 0);
-        ::close(out_);
-    }
-    Watching(const Watching&) = delete;
-    Watching& operator=(const Watching&) = delete;
+constexpr int kTries = 150; // half a minute
 
-    /// Reads on for at most a fifth of a second. @return  all that came so far
-    const std::string& read()
-    {
-        pollfd ready{out_, POLLIN, 0};
-        std::array<char, 4096> piece{};
-        if (::poll(&ready, 1, 200) == 1) {
-            if (const auto count = ::read(out_, piece.data(), piece.size()); count > 0)
-                printed_.append(piece.data(), static_cast<std::size_t>(count));
-        }
-        return printed_;
-    }
+/// `magellangps devices --watch`.
+class Watching : public support::Running {
+public:
+    Watching() : Running({MAGELLAN_BIN_DIR "/magellangps", "devices", "--watch"}) { first_ = readUntil("\n").size(); }
+
+    /// What it has printed after the first look.
+    std::string since() { return read().substr(first_); }
 
 private:
-    pid_t child_ = 0;
-    int out_ = -1;
-    std::string printed_;
+    std::size_t first_ = 0;
 };
 
 void mount(const std::string& lines)
@@ -70,6 +35,22 @@ void mount(const std::string& lines)
     const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";
     std::filesystem::create_directories(folder);
     std::ofstream{folder / "mountinfo"} << lines;
+}
+
+std::string portDevice(int number)
+{
+    const auto name = "ttyUSB" + std::to_string(number);
+    return "/devices/pci0/usb2/2-1/2-1:1.0/" + name + "/tty/" + name;
+}
+
+void addPort(const support::Testbed& testbed, int number)
+{
+    const auto name = "ttyUSB" + std::to_string(number);
+    const auto minor = std::to_string(number);
+    const std::string above = "/devices/pci0/usb2/2-1/2-1:1.0/" + name;
+    testbed.add("P: " + above + "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\n" +
+                "P: " + portDevice(number) + "\nN: " + name + "\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/" + name +
+                "\nE: MAJOR=188\nE: MINOR=" + minor + "\nA: dev=188:" + minor + "\\n\n");
 }
 
 TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
@@ -82,19 +63,38 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
     testbed.addDisk(kStick, "sdb", 8, 16, true);
     mount("");
 
-    constexpr int kTries = 150; // half a minute
     Watching watching;
-    int tries = 0;
-    while (watching.read().empty() && tries < kTries)
-        ++tries;
-    EXPECT_THAT(watching.read(), testing::Not(testing::HasSubstr("Magellan device 42")));
+    EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
 
     mount("95 27 8:17 / " + receiver.path() + " rw - vfat /dev/sdb1 rw\n");
-    // Announced again and again, since the program may still be on its way to listening.
-    while (watching.read().find("Magellan device 42") == std::string::npos && ++tries < kTries)
+    // Announced again and again, since an event may be lost between two programs.
+    for (int tries = 0; watching.since().find("Magellan device 42") == std::string::npos && tries < kTries; ++tries)
         testbed.announce(std::string{kStick} + "/block/sdb/sdb1", "add");
     EXPECT_THAT(watching.read(), testing::HasSubstr("Magellan device 42"));
     EXPECT_THAT(watching.read(), testing::HasSubstr(receiver.path()));
+}
+
+TEST(Watch, FollowsAPortThoughThereWasNoneAtTheStart)
+{
+    const support::Testbed testbed;
+    testbed.add("P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // no port, but good for an event
+    mount("");
+    Watching watching;
+    EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
+    const auto waitFor = [&](const std::string& text) {
+        for (int tries = 0; watching.since().find(text) == std::string::npos && tries < kTries; ++tries)
+            testbed.announce("/devices/virtual/tty/console", "change");
+        EXPECT_THAT(watching.since(), testing::HasSubstr(text));
+    };
+
+    addPort(testbed, 0);
+    waitFor("*  magellan-serial  /dev/ttyUSB0              /dev/ttyUSB0\n");
+    addPort(testbed, 1);
+    waitFor("   magellan-serial  /dev/ttyUSB1              /dev/ttyUSB1\n");
+    testbed.remove(portDevice(0));
+    waitFor("*  magellan-serial  /dev/ttyUSB1              /dev/ttyUSB1\n");
+    testbed.remove(portDevice(1));
+    waitFor("No mounted receiver and no serial port was found.\n");
 }
 
 } // namespace

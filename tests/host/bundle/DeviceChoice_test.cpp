@@ -2,6 +2,8 @@
 
 #include "host/bundle/DeviceChoice.h"
 
+#include <filesystem>
+
 #include <gmock/gmock.h>
 
 #include "host/FakeDriver.h"
@@ -123,6 +125,22 @@ TEST_F(DeviceChoice, FolderThatIsAlreadyListedUnderAnotherSpellingIsNotAddedAgai
     EXPECT_EQ(disk_->picked, 0U);
 }
 
+TEST_F(DeviceChoice, LinkToADeviceIsThatDevice)
+{
+    const support::TemporaryFolder folder;
+    const auto port = folder.put("port", "");
+    std::filesystem::create_symlink(port, folder.path("by-id"));
+    serial_->setLocations({folder.path("other"), port});
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = folder.path("by-id")}, chosen_));
+    EXPECT_EQ(chosen_, serial_);
+    EXPECT_EQ(serial_->picked, 1U);
+}
+
+TEST_F(DeviceChoice, TwoPlacesThatAreNotThereAreNotOne)
+{
+    EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/c"}), HasSubstr("no device at this place"));
+}
+
 TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)
 {
     disk_->ready = false;
@@ -149,6 +167,14 @@ TEST_F(DeviceChoice, ImporterIsTheFirstDriverWithFileTypesReadyOrNot)
     serial_->ready = false;
     EXPECT_FALSE(host::chooseImporter(drivers_, std::nullopt, chosen_));
     EXPECT_EQ(chosen_, serial_);
+}
+
+TEST_F(DeviceChoice, NamedDriverThatCannotImportIsRefused)
+{
+    disk_->types = {{"log"}};
+    EXPECT_TRUE(host::chooseImporter(drivers_, "some-serial", chosen_));
+    EXPECT_FALSE(host::chooseImporter(drivers_, "some-disk", chosen_));
+    EXPECT_EQ(chosen_, disk_);
 }
 
 TEST_F(DeviceChoice, NoImporterIsARefusal)

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -57,18 +58,55 @@ TEST(PlugInBundle, MissingModuleIsRefused)
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("cannot be loaded"));
 }
 
-TEST(PlugInBundle, PlaceBesideTheProgramComesBeforeTheInstalledOnes)
+TEST(PlugInBundle, PlaceBesideTheProgramComesBeforeTheInstalledOne)
 {
     const auto places = host::bundlePlaces("/opt/x/bin/magellangps");
-    ASSERT_EQ(places.size(), 3U);
+    ASSERT_EQ(places.size(), 2U);
     EXPECT_THAT(places[0], testing::StartsWith("/opt/x/bin/"));
-    EXPECT_THAT(places[1], testing::StartsWith("/opt/x/lib/"));
-    EXPECT_THAT(places[2], testing::StartsWith("/opt/x/lib/magellangps/"));
+    EXPECT_THAT(places[1], testing::MatchesRegex("/opt/x/lib.*/magellangps/[^/]+"));
 }
 
 TEST(PlugInBundle, GivenPathIsTakenAsItIs)
 {
     EXPECT_EQ(host::findBundle("/nowhere"), "/nowhere");
+}
+
+// A loader that offers fresh drivers of these names.
+struct FakeLoader : gps::VeloranPlugIn {
+    bool piInitialize() override { return true; }
+    std::string piName() override { return "Fake"; }
+    gps::Dictionary piInfo() override { return {}; }
+    std::string piClass() override { return "Class"; }
+    std::int32_t piAPIVersion() override { return host::kLoaderAPIVersion; }
+    std::optional<gps::PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) override
+    {
+        EXPECT_EQ(plugInClass, "Class");
+        if (names.empty())
+            return std::nullopt;
+        std::vector<host::Driver> drivers;
+        for (const auto& name : names)
+            drivers.push_back(std::make_shared<support::FakeDriver>(name));
+        return gps::PlugInEnumerator{drivers};
+    }
+    void piTerminate() override {}
+
+    std::vector<std::string> names;
+};
+
+TEST(PlugInBundle, DriverThatIsOfferedLaterIsAddedAndTheOthersStay)
+{
+    FakeLoader loader;
+    const host::Driver disk = std::make_shared<support::FakeDriver>("Disk");
+    host::PlugInBundle bundle{.plugInClass = "Class", .drivers = {disk}, .loader = &loader};
+    host::addNewDrivers(bundle);
+    EXPECT_EQ(bundle.drivers.size(), 1U);
+    loader.names = {"Disk", "Serial"};
+    host::addNewDrivers(bundle);
+    ASSERT_EQ(bundle.drivers.size(), 2U);
+    EXPECT_EQ(bundle.drivers[0], disk);
+    EXPECT_EQ(bundle.drivers[1]->gpsName(), "Serial");
+    host::addNewDrivers(bundle);
+    EXPECT_EQ(bundle.drivers.size(), 2U);
 }
 
 } // namespace

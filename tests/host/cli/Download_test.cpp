@@ -3,6 +3,7 @@
 #include "host/cli/Download.h"
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -21,6 +22,7 @@ using support::FakeDriver;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 using Status = gps::GPSPlugInProtocol::Status;
 
 void transfer(const Status& status, TransferKind kind)
@@ -161,6 +163,53 @@ TEST_F(Download, ReportedErrorLeavesAPartialFile)
     EXPECT_THAT(err_, HasSubstr("Error -4 of the domain some."));
 }
 
+TEST_F(Download, ErrorOfASerialDriverComesWithWhatIsTheMatterWithThePort)
+{
+    driver_.serial = true;
+    driver_.setLocations({folder_.path("gone")});
+    EXPECT_EQ(download([](const Status& status) {
+                  status->error({"some", -1, {{gps::kErrorDescriptionKey, "Closed"}}});
+              }),
+              ExitStatus::kFailed);
+    EXPECT_THAT(err_, StartsWith("magellangps: Closed.\nmagellangps: The port is gone."));
+    EXPECT_THAT(err_, HasSubstr("Path: " + folder_.path("gone")));
+    EXPECT_FALSE(isReplaced());
+}
+
+TEST_F(Download, WordlessErrorOfASerialDriverGetsWords)
+{
+    driver_.serial = true;
+    EXPECT_EQ(download([](const Status& status) {
+                  status->startTransfer(TransferKind::kWaypoints);
+                  status->error({"some", -4});
+              }),
+              ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("The connection to the receiver broke off (error -4)."));
+    EXPECT_TRUE(hasPartial());
+}
+
+TEST_F(Download, SerialLineOnWhichNothingWasHeardIsAFailureThatKeepsTheOlderFile)
+{
+    driver_.serial = true;
+    driver_.setLocations({"/dev/some"});
+    EXPECT_EQ(download(allTransfers), ExitStatus::kFailed);
+    EXPECT_FALSE(isReplaced());
+    EXPECT_FALSE(hasPartial());
+    EXPECT_EQ(err_, "magellangps: No receiver answered at /dev/some. Check that it is on and connected there, and try again.\n");
+}
+
+TEST_F(Download, LogOfASerialSessionIsShownOnlyWhenSomethingIsMissing)
+{
+    driver_.serial = true;
+    (void)download([](const Status& status) {
+        gps::logLine(" -- a sentence");
+        allTransfers(status);
+    });
+    EXPECT_THAT(err_, Not(HasSubstr("sentence")));
+    EXPECT_EQ(download([](const Status&) { gps::logLine(" -- a sentence"); }), ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("log:  -- a sentence"));
+}
+
 TEST_F(Download, FileThatCouldNotBeReadFailsButTheRestIsKeptUnderTheFinalName)
 {
     EXPECT_EQ(download([](const Status& status) {
@@ -267,6 +316,57 @@ TEST_F(Download, HundredThousandPointsComeThroughTheQueue)
               ExitStatus::kSuccess);
     const auto gpx = folder_.read("trip.gpx");
     EXPECT_EQ(std::count(gpx.begin(), gpx.end(), '\n'), 2 + 1 + 100000 + 1 + 1);
+}
+
+std::int64_t weeksAgo(int weeks)
+{
+    return std::time(nullptr) - weeks * std::int64_t{604800};
+}
+
+std::function<void(const Status&)> trackAt(std::int64_t time)
+{
+    return [time](const Status& status) {
+        transfer(status, TransferKind::kWaypoints);
+        transfer(status, TransferKind::kRoutes);
+        status->startTransfer(TransferKind::kTracks);
+        status->newTrack({});
+        status->trackPoint({1, 2, 3, time, 0}, {});
+        status->endTransfer(TransferKind::kTracks);
+    };
+}
+
+TEST_F(Download, DatesThatLookOldAreToldOfWithTheFileAndWithTheSummary)
+{
+    EXPECT_EQ(download(trackAt(weeksAgo(1025))), ExitStatus::kSuccess);
+    EXPECT_THAT(err_, testing::StartsWith("note: The dates look 1024 weeks old"));
+    EXPECT_THAT(out_, IsEmpty());
+    options_.output.reset();
+    EXPECT_EQ(download(trackAt(weeksAgo(1025))), ExitStatus::kSuccess);
+    EXPECT_THAT(err_, IsEmpty());
+    EXPECT_THAT(out_, HasSubstr("\n\nThe dates look 1024 weeks old"));
+    EXPECT_THAT(out_, HasSubstr("--fix-dates"));
+}
+
+TEST_F(Download, DatesThatAreYoungerAreNothingToTellOf)
+{
+    options_.summary = true;
+    EXPECT_EQ(download(trackAt(weeksAgo(1020))), ExitStatus::kSuccess);
+    EXPECT_THAT(err_, IsEmpty());
+    EXPECT_THAT(out_, Not(HasSubstr("The dates")));
+}
+
+TEST_F(Download, DatesAreMendedInTheFileAndTheSummaryButNotInTheEventLines)
+{
+    options_.fixDates = {.weeks = 1};
+    options_.summary = true;
+    EXPECT_EQ(download(trackAt(1717236000)), ExitStatus::kSuccess);
+    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-08T10:00:00Z</time>"));
+    EXPECT_THAT(out_, HasSubstr("2024-06-08 10:00:00"));
+    options_.summary = false;
+    options_.events = true;
+    EXPECT_EQ(download(trackAt(1717236000)), ExitStatus::kSuccess);
+    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-08T10:00:00Z</time>"));
+    EXPECT_THAT(out_, HasSubstr("\"time\":1717236000,"));
 }
 
 } // namespace

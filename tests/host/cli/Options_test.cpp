@@ -81,6 +81,16 @@ TEST(Options, JsonObjectReplacesTheHostsOwnOptions)
     EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", "{}", "--debug", "3"})), (gps::Dictionary{{"debug", 3}}));
 }
 
+TEST(Options, DatesAreMendedOnlyWhenAsked)
+{
+    EXPECT_FALSE(optionsOf({"acquire"}).fixDates.isAuto);
+    EXPECT_EQ(optionsOf({"acquire"}).fixDates.weeks, 0);
+    EXPECT_TRUE(optionsOf({"acquire", "--fix-dates", "auto"}).fixDates.isAuto);
+    EXPECT_EQ(optionsOf({"import", "a.log", "--fix-dates", "1024"}).fixDates.weeks, 1024);
+    EXPECT_EQ(optionsOf({"acquire", "--fix-dates", "-1024"}).fixDates.weeks, -1024);
+    EXPECT_EQ(optionsOf({"acquire", "--fix-dates=-5218"}).fixDates.weeks, -5218);
+}
+
 TEST(Options, ImportNamesItsFile)
 {
     const auto options = host::driverOptions(optionsOf({"import", "a.log", "--no-routes"}), "a.log");
@@ -113,6 +123,28 @@ TEST(Options, RestoreTakesABackupOrNone)
     EXPECT_EQ(options.device, "D");
 }
 
+TEST(Options, WatchWritesGpxIntoThePresentFolderUnlessItIsTold)
+{
+    const auto plain = optionsOf({"watch"});
+    EXPECT_EQ(plain.command, Command::kWatch);
+    EXPECT_EQ(plain.into, ".");
+    EXPECT_EQ(plain.format->name, "gpx");
+    EXPECT_FALSE(plain.newOnly);
+    EXPECT_FALSE(plain.serial);
+    const auto told = optionsOf({"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
+    EXPECT_EQ(told.into, "D");
+    EXPECT_EQ(told.format->name, "jsonl");
+    EXPECT_TRUE(told.newOnly);
+    EXPECT_TRUE(told.serial);
+    EXPECT_EQ(optionsOf({"watch", "--driver", "magellan-serial"}).driver, "magellan-serial");
+}
+
+TEST(Options, DevicesAreExplainedOnWish)
+{
+    EXPECT_FALSE(optionsOf({"devices"}).explain);
+    EXPECT_TRUE(optionsOf({"devices", "--explain"}).explain);
+}
+
 TEST(Options, HelpAndVersionAreAnswers)
 {
     for (const auto& words : std::vector<std::vector<const char*>>{{"--help"},
@@ -122,7 +154,8 @@ TEST(Options, HelpAndVersionAreAnswers)
                                                                    {"acquire", "--help"},
                                                                    {"import", "--help"},
                                                                    {"send", "--help"},
-                                                                   {"restore", "--help"}}) {
+                                                                   {"restore", "--help"},
+                                                                   {"watch", "--help"}}) {
         const auto parsed = parse(words);
         EXPECT_EQ(parsed.status, ExitStatus::kSuccess);
         EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
@@ -151,15 +184,20 @@ TEST(Options, MistakesAreOneLineEach)
         {{"acquire", "--outptu=x.gpx"}, "did you mean \"--output\"?"},
         {{"info", "extra"}, "unexpected argument \"extra\""},
         {{"info", "--watch"}, "unknown option \"--watch\""},
-        {{"acquire", "-o", "a.kml"}, "unknown output format \"kml\"; the formats are: gpx, jsonl"},
-        {{"acquire", "-o", "a"}, "the formats are: gpx, jsonl"},
-        {{"acquire", "-o", ""}, "the formats are: gpx, jsonl"},
-        {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, jsonl"},
+        {{"acquire", "-o", "a.kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
+        {{"acquire", "-o", "a"}, "the formats are: gpx, kml"},
+        {{"acquire", "-o", ""}, "the formats are: gpx, kml"},
+        {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, kml"},
         {{"acquire", "-o", "-"}, "--format"},
         {{"acquire", "--format", "gpx"}, "-o"},
         {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "standard output"},
         {{"acquire", "-o", "-", "--format", "gpx", "--summary"}, "standard output"},
         {{"acquire", "--events", "--summary"}, "standard output"},
+        {{"acquire", "--fix-dates", "5219"}, "--fix-dates wants auto, off or a number of weeks, at most 5218"},
+        {{"acquire", "--fix-dates", "soon"}, "--fix-dates wants auto"},
+        {{"import", "a.log", "--fix-dates", ""}, "--fix-dates"},
+        {{"acquire", "--fix-dates"}, "--fix-dates"},
+        {{"send", "a.gpx", "--fix-dates", "auto"}, "unknown option \"--fix-dates\""},
         {{"acquire", "--options", "[]"}, "JSON object"},
         {{"acquire", "--options", "{"}, "JSON object"},
         {{"acquire", "--options", "null"}, "JSON object"},
@@ -176,6 +214,14 @@ TEST(Options, MistakesAreOneLineEach)
         {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "excludes"},
         {{"send", "a.gpx", "--dryrun"}, "did you mean \"--dry-run\"?"},
         {{"restore", "a", "b"}, "unexpected argument \"b\""},
+        {{"completions", "tcsh"}, "tcsh"},
+        {{"devices", "--explian"}, "did you mean \"--explain\"?"},
+        {{"wach"}, "did you mean \"watch\"?"},
+        {{"watch", "--format", "kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
+        {{"watch", "--events"}, "--events is for"},
+        {{"watch", "--serial", "--driver", "magellan"}, "excludes"},
+        {{"watch", "--newonly"}, "did you mean \"--new-only\"?"},
+        {{"watch", "-o", "a.gpx"}, "unknown option \"-o\""},
         {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},
     };
     for (const auto& [words, says] : rows) {

@@ -294,4 +294,19 @@ TEST_F(Sending, DriverThatTellsNothingBeforeStillSends)
     EXPECT_FALSE(hasBackup());
 }
 
+TEST_F(Sending, DriverThatCannotSendIsRunAllTheSameAndNothingArrives)
+{
+    driver_.capabilities = "tracks,waypoints";
+    EXPECT_EQ(run([](const gps::Dictionary*, const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+                  status->gpsStateChange(0);
+                  return std::nullopt;
+              }),
+              ExitStatus::kFailed);
+    EXPECT_EQ(sends_, 1);
+    EXPECT_THAT(out_, IsEmpty());
+    EXPECT_EQ(err_, "note: This driver cannot send: nothing will be written to the device.\n"
+                    "magellangps: Nothing was sent: this driver cannot. Missing: waypoints.\n");
+    EXPECT_FALSE(hasBackup());
+}
+
 } // namespace

@@ -2,8 +2,6 @@
 
 #include "host/formats/Summary.h"
 
-#include <limits>
-
 #include <gmock/gmock.h>
 
 #include "host/formats/Written.h"
@@ -45,43 +43,6 @@ TEST(Summary, NamesAreCutAndMadeHarmless)
     const auto text = summaryOf({newTrack({{"name", std::string(50, 'x')}}), newTrack({{"name", "a\x1b[0m"}}), newTrack({})});
     EXPECT_THAT(text, testing::HasSubstr(std::string(39, 'x') + "…  "));
     EXPECT_THAT(text, testing::HasSubstr("a\xEF\xBF\xBD[0m "));
-}
-
-TEST(Summary, LengthIsTheGreatCircle)
-{
-    host::PathLength quarter;
-    quarter.add({0, 0, 0, 0, 0});
-    EXPECT_EQ(quarter.kilometres(), 0);
-    quarter.add({0, 90, 0, 0, 0});
-    EXPECT_NEAR(quarter.kilometres(), 10007.557, 0.001);
-    quarter.add({90, 12, 0, 0, 0});
-    EXPECT_NEAR(quarter.kilometres(), 20015.115, 0.001);
-}
-
-TEST(Summary, LengthAcrossTheDateLineIsTheShortWay)
-{
-    host::PathLength length;
-    length.add({0, 179.5, 0, 0, 0});
-    length.add({0, -179.5, 0, 0, 0});
-    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
-}
-
-TEST(Summary, LengthBetweenAntipodesIsHalfTheCircumference)
-{
-    host::PathLength length;
-    length.add({45, 10, 0, 0, 0});
-    length.add({-45, -170, 0, 0, 0});
-    EXPECT_NEAR(length.kilometres(), 20015.115, 0.001);
-}
-
-TEST(Summary, LengthPassesOverPointsWithoutAPlace)
-{
-    host::PathLength length;
-    length.add({0, 0, 0, 0, 0});
-    length.add({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0});
-    length.add({91, 0, 0, 0, 0});
-    length.add({1, 0, 0, 0, 0});
-    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
 }
 
 } // namespace

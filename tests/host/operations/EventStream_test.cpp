@@ -103,6 +103,20 @@ TEST(EventStream, EventOfASlowDriverIsTakenBeforeItsBatchIsFull)
     EXPECT_EQ(batch.size(), 1U);
 }
 
+TEST(EventStream, EmptyBatchesTellThatTimePassesWithoutAnEvent)
+{
+    EventStream stream;
+    host::EventBatch batch;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(stream.next(batch));
+        EXPECT_EQ(batch.size(), 0U);
+    }
+    stream.gpsStateChange(0);
+    ASSERT_TRUE(stream.next(batch));
+    EXPECT_EQ(batch.size(), 1U);
+    EXPECT_FALSE(stream.next(batch));
+}
+
 TEST(EventStream, FastDriverWaitsForTheConsumer)
 {
     constexpr std::size_t kMost = EventStream::kBatchSize * (EventStream::kMostBatches + 1);

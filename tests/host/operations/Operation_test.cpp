@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include "host/FakeDriver.h"
 #include "host/operations/HostError.h"
 #include "support/TemporaryFolder.h"
 
@@ -194,13 +195,37 @@ TEST(Operation, NothingLoggedAfterTheRunIsHeard)
 
 TEST(Operation, RequestedKindsAreThoseOfTheDriverThatNoOptionSwitchesOff)
 {
-    constexpr auto kAll = "tracks,waypoints,routes,geocaches,sendtrk";
-    EXPECT_THAT(host::requestedKinds({}, kAll),
+    support::FakeDriver driver;
+    EXPECT_THAT(host::requestedKinds({}, driver),
                 ElementsAre(TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks));
-    EXPECT_THAT(host::requestedKinds({{"routes", false}}, kAll), ElementsAre(TransferKind::kWaypoints, TransferKind::kTracks));
-    EXPECT_THAT(host::requestedKinds({{"routes", true}}, "routes"), ElementsAre(TransferKind::kRoutes));
-    EXPECT_THAT(host::requestedKinds({}, "mytracks,sendwpt"), IsEmpty());
-    EXPECT_THAT(host::requestedKinds({{"sourcePath", "a.log"}}, kAll), IsEmpty());
+    EXPECT_THAT(host::requestedKinds({{"routes", false}}, driver), ElementsAre(TransferKind::kWaypoints, TransferKind::kTracks));
+    EXPECT_THAT(host::requestedKinds({{"sourcePath", "a.log"}}, driver), IsEmpty());
+    driver.capabilities = "routes";
+    EXPECT_THAT(host::requestedKinds({{"routes", true}}, driver), ElementsAre(TransferKind::kRoutes));
+    driver.capabilities = "mytracks,sendwpt";
+    EXPECT_THAT(host::requestedKinds({}, driver), IsEmpty());
+}
+
+TEST(Operation, KindsOfASerialDriverAreRequestedOnlyByAnOption)
+{
+    support::FakeDriver driver;
+    driver.serial = true;
+    EXPECT_THAT(host::requestedKinds({}, driver), IsEmpty());
+    EXPECT_THAT(host::requestedKinds({{"tracks", true}, {"routes", false}, {"waypoints", gps::Array{}}}, driver),
+                ElementsAre(TransferKind::kTracks));
+}
+
+TEST(Operation, DriverCanSendWhenOneOfItsWordsSaysSo)
+{
+    support::FakeDriver driver;
+    for (const auto* const words : {"sendwpt", "tracks,sendtrk", "tracks,sendtrk,routes"}) {
+        driver.capabilities = words;
+        EXPECT_TRUE(host::canSend(driver)) << words;
+    }
+    for (const auto* const words : {"", ",", "tracks,routes", "tracks,resend"}) {
+        driver.capabilities = words;
+        EXPECT_FALSE(host::canSend(driver)) << words;
+    }
 }
 
 TEST(Operation, KindsHaveTheWordsOfTheirOptions)

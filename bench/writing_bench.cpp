@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+// Writing a track of 1,000,000 points in each format: MB a second, and in ratio to writing the same bytes plainly. Both are
+// measured in turn in the same run, into the same folder.
+
+#include "LargeFile.h"
+
+#include <gps/GPSPoint.h>
+#include <host/formats/Formats.h>
+#include <host/formats/Output.h>
+#include <host/operations/Event.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t kPoints = 1'000'000;
+constexpr int kRounds = 3;
+
+/// Processor time of this thread: what other programs take meanwhile does not count.
+double threadSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+template <typename Work> double secondsOf(Work work)
+{
+    const double start = threadSeconds();
+    work();
+    return threadSeconds() - start;
+}
+
+/// Degrees as a receiver's sentence has them: whole degrees and minutes with five decimals.
+double asReceived(double degrees)
+{
+    const double whole = std::floor(degrees);
+    return whole + std::round((degrees - whole) * 60e5) / 1e5 / 60;
+}
+
+/// A slow spiral, a point a second.
+std::vector<gps::GPSPoint> makePoints()
+{
+    std::vector<gps::GPSPoint> points(kPoints);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+        const auto at = static_cast<double>(i);
+        points[i] = {asReceived(46.5 + 0.3 * std::sin(at / 5000)), asReceived(7.3 + at / 1e6),
+                     static_cast<double>(1000 + i % 1000), 1218435348 + static_cast<std::int64_t>(i), 0};
+    }
+    return points;
+}
+
+/// A file that is written over from its start, as long as this object lives.
+class Target {
+public:
+    explicit Target(const std::string& path) : file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {}
+    ~Target() { ::close(file_); }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+
+    [[nodiscard]] int file() const { return file_; }
+
+private:
+    int file_;
+};
+
+void writeTrack(const host::Format& format, const std::vector<gps::GPSPoint>& points, const std::string& path,
+                const std::string& folder)
+{
+    const Target target{path};
+    host::Output output{target.file(), path};
+    const auto writer = format.make(output, folder);
+    host::Event event;
+    event.kind = host::EventKind::kNewTrack;
+    writer->event(event);
+    event.kind = host::EventKind::kTrackPoint;
+    for (const auto& point : points) {
+        event.point = point;
+        writer->event(event);
+    }
+    if (writer->close())
+        throw std::runtime_error(path + " cannot be written");
+}
+
+void writePlainly(const std::string& text, const std::string& path)
+{
+    constexpr std::size_t kPiece = std::size_t{64} << 10;
+    const Target target{path};
+    for (std::size_t at = 0; at < text.size(); at += kPiece) {
+        const auto piece = std::string_view{text}.substr(at, kPiece);
+        if (::write(target.file(), piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
+            throw std::runtime_error(path + " cannot be written");
+    }
+}
+
+void measure(const host::Format& format, const std::vector<gps::GPSPoint>& points, const bench::LargeFile& place)
+{
+    const auto path = (place.folder() / format.name).string();
+    double writing = std::numeric_limits<double>::max(); // the best of each: what else the machine does only adds
+    double plain = writing;
+    std::size_t bytes = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        writing = std::min(writing, secondsOf([&] { writeTrack(format, points, path, place.folder().string()); }));
+        std::ifstream file{path, std::ios::binary};
+        const std::string text{std::istreambuf_iterator<char>{file}, {}};
+        plain = std::min(plain, secondsOf([&] { writePlainly(text, path); }));
+        bytes = text.size();
+    }
+    const auto megabytes = static_cast<double>(bytes) / 1e6;
+    std::printf("%-8s %7.1f MB  %6.0f MB/s  plainly %6.0f MB/s  ratio %4.1f\n", std::string{format.name}.c_str(), megabytes,
+                megabytes / writing, megabytes / plain, writing / plain);
+    std::filesystem::remove(path);
+}
+
+} // namespace
+
+int main()
+try {
+    const bench::LargeFile place{bench::Kind::kTrack, 1}; // for its folder
+    const auto points = makePoints();
+    for (const std::string_view name : {"gpx", "kml", "geojson", "html", "jsonl"}) {
+        if (const auto* const format = host::findFormat(name))
+            measure(*format, points, place);
+    }
+    return EXIT_SUCCESS;
+} catch (const std::exception& failure) {
+    std::fprintf(stderr, "writing_bench: %s\n", failure.what());
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Explanation.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/bundle/SerialPort.h"
+#include "host/cli/Console.h"
+#include "host/formats/Text.h"
+
+#include <gps/GPSDeviceSearch.h>
+
+#include <nlohmann/json.hpp>
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Verdict = gps::SearchedPlace::Verdict;
+
+constexpr std::string_view kEnd = "\nA folder that holds a copy of a receiver's files is taken for one with --test-folder.\n";
+
+std::string_view verdictText(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::kTaken:
+        return "taken";
+    case Verdict::kRefused:
+        return "not taken";
+    case Verdict::kPassedOver:
+        break;
+    }
+    return "passed over";
+}
+
+bool mayOpen(const std::string& port)
+{
+    return ::faccessat(AT_FDCWD, port.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
+}
+
+/// A driver's places, with what the host itself finds out about a port: whether this user may open it.
+std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
+{
+    const auto* const search = dynamic_cast<const gps::GPSDeviceSearch*>(&driver);
+    if (search == nullptr)
+        return {};
+    auto places = search->searchedPlaces();
+    for (auto& place : places) {
+        if (driver.needsSerialRefresh() && place.advice.empty() && !mayOpen(place.location))
+            place.advice = sentencesOf(whyPortFails(place.location, errno));
+    }
+    return places;
+}
+
+std::string lineOf(const gps::SearchedPlace& place)
+{
+    auto line = place.location + " (" + place.sort + "), " + std::string{verdictText(place.verdict)} + ": " + place.reason + '.';
+    if (!place.advice.empty())
+        line += ' ' + place.advice + (place.advice.back() == '.' ? "" : ".");
+    return "  " + displayText(line) + '\n';
+}
+
+/// A system has dozens of volumes that are never devices: those of one sort share a place.
+void gatherPassedOver(std::vector<gps::SearchedPlace>& places)
+{
+    std::vector<gps::SearchedPlace> gathered;
+    for (auto& place : places) {
+        const auto isAlike = [&](const gps::SearchedPlace& other) {
+            return place.verdict == Verdict::kPassedOver && other.verdict == Verdict::kPassedOver && other.sort == place.sort &&
+                   other.reason == place.reason;
+        };
+        const auto alike = std::find_if(gathered.begin(), gathered.end(), isAlike);
+        if (alike != gathered.end())
+            alike->location += ", " + place.location;
+        else
+            gathered.push_back(std::move(place));
+    }
+    places = std::move(gathered);
+}
+
+std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
+{
+    auto places = placesOf(driver);
+    gatherPassedOver(places);
+    std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
+    auto text = driverName(driver) + ":\n";
+    for (const auto& place : places)
+        text += lineOf(place);
+    return places.empty() ? text + "  There was no place to look at.\n" : text;
+}
+
+} // namespace
+
+std::string explanationOf(const PlugInBundle& plugIn)
+{
+    std::string text;
+    bool hasSerialDriver = false;
+    for (const auto& driver : plugIn.drivers) {
+        text += paragraphOf(*driver);
+        hasSerialDriver = hasSerialDriver || driver->needsSerialRefresh();
+    }
+    if (!hasSerialDriver)
+        text +=
+            "No serial port was found. A cable's adapter makes one when it is plugged in; one that is not listed can be named "
+            "with --device.\n";
+    return text.append(kEnd);
+}
+
+Json searchedPlacesJson(const gps::GPSPlugInProtocol& driver)
+{
+    if (dynamic_cast<const gps::GPSDeviceSearch*>(&driver) == nullptr)
+        return nullptr;
+    auto list = Json::array();
+    for (const auto& place : placesOf(driver))
+        list.push_back({{"location", place.location},
+                        {"sort", place.sort},
+                        {"verdict", verdictText(place.verdict)},
+                        {"reason", place.reason},
+                        {"advice", place.advice.empty() ? Json() : Json(place.advice)}});
+    return list;
+}
+
+} // namespace host

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/GeoJsonWriter.h"
+
+#include <cmath>
+
+#include "host/formats/DateLine.h"
+#include "host/formats/JsonText.h"
+#include "host/formats/Text.h"
+
+#include <gps/NumberText.h>
+
+namespace host {
+namespace {
+
+constexpr std::string_view kHead = R"({"type":"FeatureCollection","features":[)";
+constexpr std::string_view kFoot = "\n]}\n";
+
+// Longitude first; a place without an altitude has two numbers.
+void appendPosition(std::string& out, const gps::GPSPoint& point)
+{
+    out += '[';
+    gps::appendShortest(out, point.longitude);
+    out += ',';
+    gps::appendShortest(out, point.latitude);
+    if (std::isfinite(point.altitude)) {
+        out += ',';
+        gps::appendShortest(out, point.altitude);
+    }
+    out += ']';
+}
+
+void appendTime(std::string& out, const gps::GPSPoint& point)
+{
+    out += '"';
+    appendMoment(out, point.time, 'T');
+    out += "Z\"";
+}
+
+// A member of an object that is being written, up to its value.
+void appendKey(std::string& out, std::string_view key)
+{
+    if (out.back() != '{')
+        out += ',';
+    appendJson(out, key);
+    out += ':';
+}
+
+// The record's fields as members, but for the place, and for those under a key that stands for something else here.
+void appendFields(std::string& out, const gps::Dictionary& record)
+{
+    for (const auto& [key, value] : record) {
+        const bool isTaken = key == "kind" || key == "time" || key == "times" || key == "points";
+        if (isTaken || value.as<gps::GPSPoint>() != nullptr)
+            continue;
+        appendKey(out, key);
+        appendJsonValue(out, value);
+    }
+}
+
+void appendMomentMember(std::string& out, const gps::GPSPoint& point)
+{
+    if (!hasMoment(point))
+        return;
+    appendKey(out, "time");
+    appendTime(out, point);
+}
+
+} // namespace
+
+GeoJsonWriter::GeoJsonWriter(Output& output, const std::string& spoolFolder) : output_(output), coordinates_(spoolFolder)
+{
+    output_.write(kHead);
+}
+
+void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (!globe_.passes(point))
+        return;
+    beginFeature();
+    text_ = R"({"type":"Feature","properties":{)";
+    appendKey(text_, "kind");
+    text_ += isGeocache(record) ? R"("geocache")" : R"("waypoint")";
+    appendMomentMember(text_, point);
+    appendFields(text_, record);
+    text_ += R"(},"geometry":{"type":"Point","coordinates":)";
+    appendPosition(text_, point);
+    text_ += "}}";
+    output_.write(text_);
+}
+
+void GeoJsonWriter::beginRoute(const gps::Dictionary& route)
+{
+    beginLine("route", "points", route);
+}
+
+void GeoJsonWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (!globe_.passes(point))
+        return;
+    addToLine(point);
+    text_ = '{';
+    appendMomentMember(text_, point);
+    appendFields(text_, record);
+    text_ += '}';
+    addDetail(text_);
+}
+
+void GeoJsonWriter::endRoute()
+{
+    endLine();
+}
+
+void GeoJsonWriter::beginTrack(const gps::Dictionary& track)
+{
+    beginLine("track", "times", track);
+}
+
+void GeoJsonWriter::trackPoint(const gps::GPSPoint& point)
+{
+    if (!globe_.passes(point))
+        return;
+    addToLine(point);
+    if (!hasMoment(point)) {
+        addNoDetail();
+        return;
+    }
+    text_.clear();
+    appendTime(text_, point);
+    addDetail(text_);
+}
+
+void GeoJsonWriter::endTrack()
+{
+    endLine();
+}
+
+std::optional<gps::Error> GeoJsonWriter::finish()
+{
+    output_.write(kFoot);
+    return output_.flush();
+}
+
+void GeoJsonWriter::beginFeature()
+{
+    output_.write(hasFeatures_ ? ",\n" : "\n");
+    hasFeatures_ = true;
+}
+
+void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsName, const gps::Dictionary& record)
+{
+    beginFeature();
+    text_ = R"({"type":"Feature","properties":{)";
+    appendKey(text_, "kind");
+    appendJson(text_, kind);
+    appendFields(text_, record);
+    output_.write(text_);
+    detailsName_ = detailsName;
+    positions_ = 0;
+    parts_ = 1;
+    hasDetails_ = false;
+    last_.reset();
+}
+
+void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
+{
+    if (const auto crossing = last_ ? dateLineCrossing(*last_, point) : std::nullopt) {
+        addPosition(",", crossing->before);
+        addNoDetail();
+        addPosition("],[", crossing->after);
+        addNoDetail();
+        ++parts_;
+    }
+    addPosition(last_ ? "," : "", point);
+    last_ = point;
+}
+
+void GeoJsonWriter::addPosition(std::string_view separator, const gps::GPSPoint& point)
+{
+    text_ = separator;
+    appendPosition(text_, point);
+    coordinates_.write(text_);
+    ++positions_;
+}
+
+void GeoJsonWriter::addDetail(std::string_view json)
+{
+    if (hasDetails_) {
+        output_.write(",");
+    } else {
+        output_.write(",\"");
+        output_.write(detailsName_);
+        output_.write("\":[");
+        for (std::size_t before = 1; before < positions_; ++before)
+            output_.write("null,");
+    }
+    output_.write(json);
+    hasDetails_ = true;
+}
+
+void GeoJsonWriter::addNoDetail()
+{
+    if (hasDetails_)
+        output_.write(",null");
+}
+
+void GeoJsonWriter::endLine()
+{
+    output_.write(hasDetails_ ? R"(]},"geometry":)" : R"(},"geometry":)");
+    if (positions_ == 0) {
+        output_.write("null}");
+        return;
+    }
+    const bool isLine = positions_ > 1;
+    const bool isCut = parts_ > 1;
+    output_.write(isCut    ? R"({"type":"MultiLineString","coordinates":[[)"
+                  : isLine ? R"({"type":"LineString","coordinates":[)"
+                           : R"({"type":"Point","coordinates":)");
+    coordinates_.moveTo(output_);
+    output_.write(isCut ? "]]}}" : isLine ? "]}}" : "}}");
+}
+
+} // namespace host

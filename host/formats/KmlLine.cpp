@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/KmlLine.h"
+
+#include "host/formats/DateLine.h"
+#include "host/formats/KmlText.h"
+#include "host/formats/Text.h"
+
+namespace host {
+
+void KmlLine::begin(std::string_view head, Times times)
+{
+    head_ = head;
+    times_ = times;
+    last_.reset();
+}
+
+void KmlLine::add(Output& out, const gps::GPSPoint& point)
+{
+    const bool goesOn = last_ && isTimed(*last_) == isTimed(point);
+    if (!goesOn)
+        endRun(out);
+    if (const auto crossing = goesOn ? dateLineCrossing(*last_, point) : std::nullopt) {
+        put(out, crossing->before);
+        endRun(out);
+        put(out, crossing->after);
+    }
+    put(out, point);
+    last_ = point;
+}
+
+void KmlLine::end(Output& out)
+{
+    endRun(out);
+    if (last_)
+        return;
+    out.write(head_);
+    out.write("</Placemark>\n");
+}
+
+bool KmlLine::isTimed(const gps::GPSPoint& point) const noexcept
+{
+    return times_ == Times::kKept && hasMoment(point);
+}
+
+void KmlLine::put(Output& out, const gps::GPSPoint& point)
+{
+    inTrack_ = isTimed(point);
+    text_.clear();
+    if (inRun_++ == 0 && inTrack_) {
+        out.write(head_);
+        out.write("<gx:Track>\n");
+    }
+    if (inTrack_) {
+        appendKmlWhen(text_, point);
+        text_ += '\n';
+        out.write(text_);
+        text_ = "<gx:coord>";
+        appendKmlPlace(text_, point, ' ');
+        text_ += "</gx:coord>";
+    } else {
+        appendKmlPlace(text_, point, ',');
+    }
+    text_ += '\n';
+    coordinates_.write(text_);
+}
+
+void KmlLine::endRun(Output& out)
+{
+    if (inRun_ == 0)
+        return;
+    const bool isLine = inRun_ > 1;
+    if (!inTrack_) {
+        out.write(head_);
+        out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n" : "<Point><coordinates>");
+    }
+    coordinates_.moveTo(out);
+    if (inTrack_)
+        out.write("</gx:Track>");
+    else
+        out.write(isLine ? "</coordinates></LineString>" : "</coordinates></Point>");
+    out.write("</Placemark>\n");
+    inRun_ = 0;
+}
+
+} // namespace host

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/KmlText.h"
+
+#include <cmath>
+
+#include "host/formats/JsonText.h"
+#include "host/formats/Text.h"
+
+#include <gps/NumberText.h>
+#include <gps/Value.h>
+
+namespace host {
+namespace {
+
+// A description is HTML by definition: what is markup in the text has to be escaped for that first.
+void appendDescription(std::string& out, const gps::Dictionary& record)
+{
+    const auto* comment = record.findString("comment");
+    if (comment == nullptr || comment->empty())
+        return;
+    std::string html;
+    appendXml(html, *comment);
+    out += "<description>";
+    appendXml(out, html);
+    out += "</description>";
+}
+
+std::string textOf(const gps::Value& value)
+{
+    if (const auto* text = value.as<std::string>())
+        return *text;
+    std::string json;
+    appendJsonValue(json, value);
+    return json;
+}
+
+// Data as programs read it: each field as it stands.
+void appendData(std::string& out, const gps::Dictionary& record)
+{
+    const auto start = out.size();
+    for (const auto& [key, value] : record) {
+        if (key == "name" || value.as<gps::GPSPoint>() != nullptr)
+            continue; // written elsewhere
+        const auto text = textOf(value);
+        if (text.empty())
+            continue;
+        out += out.size() == start ? "<ExtendedData><Data name=\"" : "<Data name=\"";
+        appendXml(out, key);
+        out += "\"><value>";
+        appendXml(out, text);
+        out += "</value></Data>";
+    }
+    if (out.size() != start)
+        out += "</ExtendedData>";
+}
+
+} // namespace
+
+void appendKmlPlace(std::string& out, const gps::GPSPoint& point, char separator)
+{
+    gps::appendDecimal(out, point.longitude);
+    out += separator;
+    gps::appendDecimal(out, point.latitude);
+    if (!std::isfinite(point.altitude))
+        return;
+    out += separator;
+    gps::appendDecimal(out, point.altitude);
+}
+
+void appendKmlWhen(std::string& out, const gps::GPSPoint& point)
+{
+    out += "<when>";
+    appendMoment(out, point.time, 'T');
+    out += "Z</when>";
+}
+
+void appendKmlName(std::string& out, const gps::Dictionary& record)
+{
+    const auto* name = record.findString("name");
+    if (name == nullptr || name->empty())
+        return;
+    out += "<name>";
+    appendXml(out, *name);
+    out += "</name>";
+}
+
+void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style, const gps::GPSPoint* moment)
+{
+    out += "<Placemark>";
+    appendKmlName(out, record);
+    appendDescription(out, record);
+    if (moment != nullptr && hasMoment(*moment)) {
+        out += "<TimeStamp>";
+        appendKmlWhen(out, *moment);
+        out += "</TimeStamp>";
+    }
+    out.append("<styleUrl>#").append(style).append("</styleUrl>");
+    appendData(out, record);
+}
+
+} // namespace host

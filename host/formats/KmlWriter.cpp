@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/formats/KmlWriter.h"
+
+#include "host/formats/KmlText.h"
+
+namespace host {
+namespace {
+
+// Colours are written as opacity, blue, green, red.
+constexpr std::string_view kHead =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<kml xmlns=\"http://www.opengis.net/kml/2.2\" xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
+    "<Document>\n"
+    "<Style id=\"track\"><LineStyle><color>ff1e46d2</color><width>3</width></LineStyle></Style>\n"
+    "<Style id=\"route\"><LineStyle><color>ffb4641e</color><width>3</width></LineStyle></Style>\n"
+    "<Style id=\"waypoint\"><IconStyle><color>ff28a0f0</color></IconStyle></Style>\n"
+    "<Style id=\"geocache\"><IconStyle><color>ff3c963c</color></IconStyle></Style>\n";
+constexpr std::string_view kFoot = "</Document>\n"
+                                   "</kml>\n";
+
+} // namespace
+
+void KmlWriter::Folder::begin(Output& out)
+{
+    if (isBegun)
+        return;
+    isBegun = true;
+    out.write("<Folder><name>");
+    out.write(title);
+    out.write("</name>\n");
+}
+
+void KmlWriter::Folder::end(Output& out) const
+{
+    if (isBegun)
+        out.write("</Folder>\n");
+}
+
+KmlWriter::KmlWriter(Output& output, const std::string& spoolFolder)
+    : output_(output), routes_(spoolFolder), wayPoints_(spoolFolder), geocaches_(spoolFolder), line_(spoolFolder)
+{
+    output_.write(kHead);
+}
+
+void KmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (!globe_.passes(point))
+        return;
+    const bool isCache = isGeocache(record);
+    Spool& spool = isCache ? geocaches_ : wayPoints_;
+    (isCache ? geocachesFolder_ : wayPointsFolder_).begin(spool);
+    makePlacemark(point, record, isCache ? "geocache" : "waypoint");
+    spool.write(text_);
+}
+
+void KmlWriter::beginRoute(const gps::Dictionary& route)
+{
+    routesFolder_.begin(routes_);
+    text_ = "<Folder>";
+    appendKmlName(text_, route);
+    text_ += '\n';
+    routes_.write(text_);
+    text_.clear();
+    appendKmlHead(text_, route, "route");
+    line_.begin(text_, KmlLine::Times::kDropped);
+}
+
+void KmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    if (!globe_.passes(point))
+        return;
+    line_.add(routes_, point);
+    makePlacemark(point, record, "waypoint");
+    routes_.write(text_);
+}
+
+void KmlWriter::endRoute()
+{
+    line_.end(routes_);
+    routes_.write("</Folder>\n");
+}
+
+void KmlWriter::beginTrack(const gps::Dictionary& track)
+{
+    tracksFolder_.begin(output_);
+    text_.clear();
+    appendKmlHead(text_, track, "track");
+    line_.begin(text_, KmlLine::Times::kKept);
+}
+
+void KmlWriter::trackPoint(const gps::GPSPoint& point)
+{
+    if (globe_.passes(point))
+        line_.add(output_, point);
+}
+
+void KmlWriter::endTrack()
+{
+    line_.end(output_);
+}
+
+std::optional<gps::Error> KmlWriter::finish()
+{
+    tracksFolder_.end(output_);
+    routesFolder_.end(routes_);
+    wayPointsFolder_.end(wayPoints_);
+    geocachesFolder_.end(geocaches_);
+    for (auto* const spool : {&routes_, &wayPoints_, &geocaches_})
+        spool->moveTo(output_);
+    output_.write(kFoot);
+    return output_.flush();
+}
+
+void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record, std::string_view style)
+{
+    text_.clear();
+    appendKmlHead(text_, record, style, &point);
+    text_ += "<Point><coordinates>";
+    appendKmlPlace(text_, point, ',');
+    text_ += "</coordinates></Point></Placemark>\n";
+}
+
+} // namespace host

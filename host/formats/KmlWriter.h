@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// KmlWriter: events as a KML 2.2 document, written as they come. One thread at a time.
+// Source of the form: OGC KML 2.2 (OGC 07-147r2), http://www.opengis.net/kml/2.2.
+
+#pragma once
+
+#include <string>
+
+#include "host/formats/CollectionWriter.h"
+#include "host/formats/GlobeFilter.h"
+#include "host/formats/KmlLine.h"
+#include "host/formats/Output.h"
+
+namespace host {
+
+/// A folder for each kind that came: tracks, routes - each a folder of its line and its points - waypoints, geocaches. The
+/// tracks, of which there is most, come first and straight; the other folders wait on the medium until the end.
+class KmlWriter final : public CollectionWriter {
+public:
+    /// @param spoolFolder  where the other folders wait
+    KmlWriter(Output& output, const std::string& spoolFolder);
+
+    [[nodiscard]] std::string remark() const override { return globe_.remark(); }
+
+private:
+    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void beginRoute(const gps::Dictionary& route) override;
+    void routePoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void endRoute() override;
+    void beginTrack(const gps::Dictionary& track) override;
+    void trackPoint(const gps::GPSPoint& point) override;
+    void endTrack() override;
+    [[nodiscard]] std::optional<gps::Error> finish() override;
+
+    void makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record, std::string_view style);
+
+    /// One folder of the document: begun with the first thing in it, so that none is empty.
+    struct Folder {
+        std::string_view title;
+        bool isBegun = false;
+
+        void begin(Output& out);
+        void end(Output& out) const;
+    };
+
+    Output& output_;
+    Folder tracksFolder_{"Tracks"};
+    Folder routesFolder_{"Routes"};
+    Folder wayPointsFolder_{"Waypoints"};
+    Folder geocachesFolder_{"Geocaches"};
+    Spool routes_;
+    Spool wayPoints_;
+    Spool geocaches_;
+    KmlLine line_;
+    std::string text_; // one element at a time
+    GlobeFilter globe_;
+};
+
+} // namespace host

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/Explanation.h"
+
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include "host/FakeDriver.h"
+#include "support/AsNobody.h"
+#include "support/TemporaryFolder.h"
+
+#include <gps/GPSDeviceSearch.h>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using Verdict = gps::SearchedPlace::Verdict;
+
+struct Searching final : support::FakeDriver, gps::GPSDeviceSearch {
+    using FakeDriver::FakeDriver;
+    std::vector<gps::SearchedPlace> searchedPlaces() const override { return places; }
+
+    std::vector<gps::SearchedPlace> places;
+};
+
+class Explanation : public testing::Test {
+protected:
+    Explanation() { plugIn_.drivers = {driver_}; }
+
+    std::shared_ptr<Searching> driver_ = std::make_shared<Searching>("My Driver");
+    host::PlugInBundle plugIn_;
+};
+
+TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
+{
+    driver_->places = {{"/proc", "pseudo volume", Verdict::kPassedOver, "Never", ""},
+                       {"/a", "stick", Verdict::kRefused, "Empty", "Fill it"},
+                       {"/home", "disk", Verdict::kPassedOver, "Never", ""},
+                       {"/sys", "pseudo volume", Verdict::kPassedOver, "Never", ""},
+                       {"/b", "stick", Verdict::kTaken, "Good", ""}};
+    EXPECT_THAT(host::explanationOf(plugIn_), StartsWith("my-driver:\n"
+                                                         "  /b (stick), taken: Good.\n"
+                                                         "  /a (stick), not taken: Empty. Fill it.\n"
+                                                         "  /proc, /sys (pseudo volume), passed over: Never.\n"
+                                                         "  /home (disk), passed over: Never.\n"
+                                                         "No serial port was found."));
+}
+
+TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
+{
+    driver_->places = {{"/a", "stick", Verdict::kRefused, "Empty", "Fill it"},
+                       {"/b", "stick", Verdict::kTaken, "Good", ""},
+                       {"/c", "disk", Verdict::kPassedOver, "Never", ""}};
+    EXPECT_EQ(host::searchedPlacesJson(*driver_).dump(),
+              R"([{"location":"/a","sort":"stick","verdict":"not taken","reason":"Empty","advice":"Fill it"},)"
+              R"({"location":"/b","sort":"stick","verdict":"taken","reason":"Good","advice":null},)"
+              R"({"location":"/c","sort":"disk","verdict":"passed over","reason":"Never","advice":null}])");
+}
+
+TEST_F(Explanation, DriverThatDoesNotTellHasNothingAndNull)
+{
+    const auto silent = std::make_shared<support::FakeDriver>("Silent");
+    plugIn_.drivers = {silent};
+    EXPECT_THAT(host::explanationOf(plugIn_), StartsWith("silent:\n  There was no place to look at.\n"));
+    EXPECT_TRUE(host::searchedPlacesJson(*silent).is_null());
+}
+
+TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
+{
+    const support::TemporaryFolder folder;
+    const auto port = folder.put("ttyUSB0", "");
+    std::filesystem::permissions(port, std::filesystem::perms::none);
+    driver_->serial = true;
+    driver_->places = {{port, "serial port", Verdict::kTaken, "Good", ""}};
+    {
+        const support::AsNobody nobody;
+        EXPECT_THAT(host::explanationOf(plugIn_), HasSubstr("taken: Good. You have no permission to use the port."));
+    }
+    std::filesystem::permissions(port, std::filesystem::perms::owner_all);
+    EXPECT_THAT(host::explanationOf(plugIn_),
+                testing::EndsWith("taken: Good.\n\nA folder that holds a copy of a receiver's files "
+                                  "is taken for one with --test-folder.\n"));
+}
+
+TEST_F(Explanation, WhatAPlaceIsCalledCannotDoHarm)
+{
+    driver_->places = {{"/a\x1b[2J\nb", "stick", Verdict::kTaken, "Good", ""}};
+    EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\nb")));
+}
+
+} // namespace

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+// The data in the page, and what is around it. What the page does with it is tested in a browser: tests/page/.
+
+#include "host/formats/HtmlWriter.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+
+#include "host/formats/Written.h"
+
+#include "host/formats/HtmlPage.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using host::Event;
+using nlohmann::json;
+using support::newRoute;
+using support::newTrack;
+using support::trackPoint;
+using support::wayPoint;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+std::string pageOf(const std::vector<Event>& events)
+{
+    support::Written written;
+    host::HtmlWriter writer{written.output(), written.folder()};
+    for (const auto& event : events)
+        writer.event(event);
+    EXPECT_FALSE(writer.close());
+    return written.text();
+}
+
+std::string dataTextOf(const std::vector<Event>& events)
+{
+    const auto page = pageOf(events);
+    EXPECT_THAT(page, testing::StartsWith(host::pageHead()));
+    EXPECT_THAT(page, testing::EndsWith(host::pageFoot()));
+    const auto head = host::pageHead().size();
+    return page.substr(head, page.size() - head - host::pageFoot().size());
+}
+
+json dataOf(const std::vector<Event>& events)
+{
+    return json::parse(dataTextOf(events));
+}
+
+std::size_t count(std::string_view text, std::string_view part)
+{
+    std::size_t found = 0;
+    for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, at + part.size()))
+        ++found;
+    return found;
+}
+
+TEST(HtmlWriter, NothingIsAPageWithEmptyLists)
+{
+    EXPECT_EQ(dataOf({}), json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+}
+
+TEST(HtmlWriter, PageIsWholeAndAllowsNothingFromElsewhere)
+{
+    const auto page = pageOf({});
+    EXPECT_THAT(page, testing::StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(page, testing::EndsWith("</html>\n"));
+    EXPECT_THAT(page, HasSubstr("default-src 'none'; script-src 'sha256-"));
+    for (const char* elsewhere : {"unsafe-", "{{", "}}\"", "src=", "href=", "url(", "@import"})
+        EXPECT_THAT(page, Not(HasSubstr(elsewhere))) << elsewhere;
+    // A hash is 32 bytes: 43 digits and a padding.
+    EXPECT_THAT(page, testing::ContainsRegex("script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
+    EXPECT_EQ(count(page, "</script>"), 2U);
+}
+
+TEST(HtmlWriter, TrackIsDifferencesAndFigures)
+{
+    EXPECT_EQ(
+        dataOf({newTrack({{"name", "Day 1"}}), trackPoint({46.5, -7.25, 500, 1717236000, 0}),
+                trackPoint({46.501, -7.25, 505.04, 1717236060, 0}), trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
+        json::parse(R"([{"name":"Day 1","points":[46500000,-7250000,5000,1717236000, 1000,0,50,60, -1000,0,-150,60],
+                               "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120}])"));
+}
+
+TEST(HtmlWriter, WhatIsNotKnownIsNullAndMovesNoColumn)
+{
+    const auto track = dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNone, 0, 0}),
+                               trackPoint({0, 0, 1e6, 1, 0}), trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
+    EXPECT_EQ(track["points"], json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
+    EXPECT_EQ(track["name"], "");
+}
+
+TEST(HtmlWriter, FiguresThatAreNotKnownAreNull)
+{
+    const auto track = dataOf({newTrack({}), trackPoint({})})["tracks"][0];
+    for (const char* key : {"first", "last", "ascent", "descent", "moving"})
+        EXPECT_TRUE(track.at(key).is_null()) << key;
+    EXPECT_EQ(track["kilometres"], 0);
+}
+
+TEST(HtmlWriter, TracksDoNotMix)
+{
+    const auto tracks = dataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}), newTrack({{"name", "B"}}),
+                                trackPoint({1, 1, 9, 1717236000, 0}), newTrack({{"name", "C"}})})["tracks"];
+    ASSERT_EQ(tracks.size(), 3U);
+    EXPECT_EQ(tracks[0]["points"], tracks[1]["points"]);
+    EXPECT_EQ(tracks[2]["points"], json::array());
+}
+
+TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
+{
+    EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}), wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
+                      wayPoint({1, 0, 4, 0, 0}, {{"name", "B"}})})["routes"],
+              json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"places":[
+                               {"name":"A","comment":"","symbol":"","at":[0,0,30,null]},
+                               {"name":"B","comment":"","symbol":"","at":[1000000,0,40,null]}]}])"));
+}
+
+TEST(HtmlWriter, GeocachesAreAListOfTheirOwn)
+{
+    const auto data =
+        dataOf({wayPoint({46.5, 7.25, 1200, 0, 0}, {{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Resort"}}),
+                wayPoint({46, 7, 500, 0, 0}, {{"name", "GC1"},
+                                              {"comment", "note"},
+                                              {"geocacheOwner", "owner"},
+                                              {"geocacheHint", "hint"},
+                                              {"geocacheType", "Traditional"},
+                                              {"datePlaced", "010208"},
+                                              {"dateFound", "soon"},
+                                              {"difficulty", "1"},
+                                              {"terrain", "2.5"},
+                                              {"symbol", "Geocache"}})});
+    EXPECT_EQ(data["waypoints"],
+              json::parse(R"([{"name":"Camp","comment":"by the lake","symbol":"Resort","at":[46500000,7250000,12000,null]}])"));
+    EXPECT_EQ(data["geocaches"], json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
+        "owner":"owner","hint":"hint","difficulty":"1","terrain":"2.5","placed":"2008-02-01","found":"soon",
+        "at":[46000000,7000000,5000,null]}])"));
+}
+
+TEST(HtmlWriter, FilesBringTheKindsMixed)
+{
+    const auto data = dataOf({newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}),
+                              wayPoint({}, {{"name", "P"}}), support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
+                              newTrack({{"name", "T2"}}), support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
+    EXPECT_EQ(data["tracks"].size(), 2U);
+    EXPECT_EQ(data["routes"].size(), 1U);
+    EXPECT_EQ(data["waypoints"].size(), 2U);
+}
+
+TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
+{
+    const auto data = dataOf({newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
+                              wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNone, 0, 0, 0, 0})});
+    EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
+    EXPECT_EQ(data["routes"][0]["places"], json::array());
+    EXPECT_EQ(data["waypoints"], json::array());
+    EXPECT_EQ(data["note"], "3 points were left out: no place on the globe");
+}
+
+TEST(HtmlWriter, NoTextCanBeMarkupOrScript)
+{
+    const std::string hostile = "</script><script>alert(1)</script><!--&amp;\"\\\xE2\x80\xA8'";
+    const auto text = dataTextOf({wayPoint({}, {{"name", hostile}, {"comment", hostile}, {"symbol", hostile}}),
+                                  wayPoint({}, {{"geocacheOwner", hostile}, {"geocacheHint", hostile}, {"dateFound", hostile}}),
+                                  newRoute({{"name", hostile}, {"comment", hostile}}), newTrack({{"name", hostile}})});
+    for (const char* part : {"<", ">", "&", "\xE2\x80\xA8"})
+        EXPECT_THAT(text, Not(HasSubstr(part))) << part;
+    EXPECT_EQ(json::parse(text)["tracks"][0]["name"], "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
+}
+
+TEST(HtmlWriter, ControlCharactersAndBytesThatAreNoTextAreReplaced)
+{
+    const auto data = dataOf({newTrack({{"name", std::string{"a\0b\x1b\xff\xE2\x80\xAE", 8}}})});
+    EXPECT_EQ(data["tracks"][0]["name"], "a\xEF\xBF\xBD"
+                                         "b\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST(HtmlWriter, LongAndRightToLeftNamesStayWhole)
+{
+    const std::string arabic = "\xD8\xAC\xD8\xA8\xD9\x84";
+    const auto data = dataOf({newTrack({{"name", std::string(10'000, 'x')}}), newTrack({{"name", arabic}})});
+    EXPECT_EQ(data["tracks"][0]["name"], std::string(10'000, 'x'));
+    EXPECT_EQ(data["tracks"][1]["name"], arabic);
+}
+
+TEST(HtmlWriter, RefusedWriteIsReportedAtTheEnd)
+{
+    support::Written written;
+    host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};
+    host::HtmlWriter writer{full, written.folder()};
+    writer.event(trackPoint({}));
+    const auto failure = writer.close();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->path(), "/dev/full");
+}
+
+} // namespace

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/watching/StopSignals.h"
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+bool isReadable(int file, int milliseconds)
+{
+    pollfd ready{file, POLLIN, 0};
+    return ::poll(&ready, 1, milliseconds) == 1;
+}
+
+TEST(StopSignals, EachSignalIsAWishToEnd)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const host::StopSignals stop;
+        EXPECT_FALSE(stop.isWished());
+        EXPECT_FALSE(isReadable(stop.file(), 0));
+        ::kill(::getpid(), signal);
+        EXPECT_TRUE(isReadable(stop.file(), 30000)) << signal;
+        EXPECT_TRUE(stop.isWished());
+    }
+}
+
+TEST(StopSignals, MaskIsAsBeforeAfterwards)
+{
+    sigset_t before;
+    sigset_t after;
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &before);
+    {
+        const host::StopSignals stop;
+    }
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &after);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        EXPECT_EQ(::sigismember(&before, signal), ::sigismember(&after, signal));
+}
+
+TEST(StopSignals, SecondWishEndsTheProgramAtOnce)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto wishTwice = [] {
+        const host::StopSignals stop;
+        ::kill(::getpid(), SIGTERM);
+        (void)isReadable(stop.file(), 30000);
+        ::kill(::getpid(), SIGTERM);
+        std::this_thread::sleep_for(std::chrono::seconds{30});
+    };
+    EXPECT_EXIT(wishTwice(), testing::KilledBySignal(SIGTERM), "");
+}
+
+} // namespace

@@ -1,0 +1,387 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""The page as a person meets it, in a browser. Usage: page_test.py PROGRAM SAMPLES; exit status 77 without a browser."""
+
+import json
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+try:
+    from browser import Browser
+except ImportError:
+    Browser = None
+
+DATA_START = '<script type="application/json" id="data">'
+HOSTILE = "</script><script>window.wasHere=1</script><img src=x onerror=window.wasHere=1>&amp;'\""
+
+# Counts the lines that are drawn on the map, and how far across it the longest goes, in pixels.
+WATCH_LINES = """
+    window.drawn = { segments: 0, longest: 0 };
+    {
+        const canvas = CanvasRenderingContext2D.prototype;
+        const { beginPath, moveTo, lineTo, stroke } = canvas;
+        let at = null, lengths = [];
+        canvas.beginPath = function () { lengths = []; beginPath.call(this); };
+        canvas.moveTo = function (x, y) { at = [x, y]; moveTo.call(this, x, y); };
+        canvas.lineTo = function (x, y) {
+            lengths.push(Math.abs(x - at[0]));
+            at = [x, y];
+            lineTo.call(this, x, y);
+        };
+        canvas.stroke = function () {
+            if (this.lineWidth > 1) { // the graticule is thinner
+                drawn.segments += lengths.length;
+                drawn.longest = lengths.reduce((a, b) => Math.max(a, b), drawn.longest);
+            }
+            stroke.call(this);
+        };
+    }
+"""
+
+
+def sentence(body):
+    check = 0
+    for character in body:
+        check ^= ord(character)
+    return f"${body}*{check:02X}\r\n"
+
+
+def angle(degrees, letters, width):
+    whole = int(abs(degrees))
+    return f"{whole:0{width}d}{(abs(degrees) - whole) * 60:06.3f},{letters[degrees < 0]}"
+
+
+def track_point(latitude, longitude, elevation, second, name):
+    clock = f"{second // 3600 % 24:02d}{second // 60 % 60:02d}{second % 60:02d}.00"
+    return sentence(f"PMGNTRK,{angle(latitude, 'NS', 2)},{angle(longitude, 'EW', 3)},{elevation:05d},M,{clock},A,{name},"
+                    f"{1 + second // 86400:02d}0608")
+
+
+class PageTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.mkdtemp(prefix="page-test-")
+        cls.browser = Browser()
+        cls.browser.command("Page.addScriptToEvaluateOnNewDocument", source=WATCH_LINES)
+        cls.sample = f"{cls.folder}/sample.html"
+        cls.run_program("acquire", "--device", f"{SAMPLES}/receiver", "-o", cls.sample)
+        cls.empty = cls.filled({})
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.__exit__()
+        shutil.rmtree(cls.folder)
+
+    def setUp(self):
+        self.browser.resize(1280, 900)
+        self.browser.use_theme("light")
+
+    def tearDown(self):
+        self.assertEqual(self.browser.complaints(), [])
+
+    @staticmethod
+    def run_program(*words):
+        subprocess.run([PROGRAM, *words, "-q"], check=True)
+
+    @classmethod
+    def imported(cls, lines):
+        source, page = f"{cls.folder}/import.log", f"{cls.folder}/import.html"
+        pathlib.Path(source).write_text("".join(lines), encoding="ascii", newline="")
+        cls.run_program("import", source, "-o", page)
+        return page
+
+    @classmethod
+    def filled(cls, data):
+        """A page with data of the test's own."""
+        whole = {"note": "", "waypoints": [], "geocaches": [], "routes": [], "tracks": [], **data}
+        text = json.dumps(whole).replace("<", "\\u003c").replace(">", "\\u003e").replace("&", "\\u0026")
+        head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)
+        page = f"{cls.folder}/filled.html"
+        pathlib.Path(page).write_text(head + DATA_START + text + tail[tail.index("</script>"):], encoding="utf-8")
+        return page
+
+    def text(self, selector):
+        return self.browser.ask("document.querySelector(arguments[0]).textContent", selector)
+
+    def column(self, table, number):
+        return self.browser.ask("[...document.querySelectorAll(arguments[0])].map((cell) => cell.textContent)",
+                                f"#table-{table} td:nth-child({number})")
+
+    def is_shown(self, selector):
+        return self.browser.ask("document.querySelector(arguments[0]).checkVisibility()", selector)
+
+    def point(self, track, index):
+        """Where a track's point is, in the window."""
+        return self.browser.ask("""(([track, index, box]) => [box.left + toX(track.x[index]), box.top + toY(track.latitude[index])])(
+            [held.tracks[arguments[0]], arguments[1], canvas.getBoundingClientRect()])""", track, index)
+
+    def middle(self, selector):
+        return self.browser.ask("""((box) => [box.left + box.width / 2, box.top + box.height / 2])(
+            document.querySelector(arguments[0]).getBoundingClientRect())""", selector)
+
+    def show(self, track):
+        self.browser.driver.execute_script("showOnMap(held.tracks[arguments[0]])", track)
+        self.browser.settle()
+
+    def assert_marked(self, track):
+        """The mark is on the map and in the track's profile, and both tell of the same point."""
+        self.assertTrue(self.is_shown("#dot"))
+        self.assertTrue(self.is_shown("#tip"))
+        card = f".track:nth-child({track + 1})"
+        for part in "cursor", "elevation .spot", "speed .spot":
+            self.assertTrue(self.is_shown(f"{card} .{part}"), part)
+        tip, reading = self.text("#tip"), self.text(f"{card} .reading")
+        self.assertRegex(tip, r"\d\.\d{5}° [NS], \d+\.\d{5}° [EW]")
+        moment = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d UTC", tip).group()
+        elevation = re.search(r"[\d,]+ m\b", tip).group()
+        self.assertIn(moment, reading)
+        self.assertIn(elevation, reading)
+
+    def test_sample_is_shown_whole(self):
+        self.browser.open(self.sample)
+        self.assertIn("6 tracks", self.text("#summary"))
+        self.assertEqual([self.browser.ask("document.querySelectorAll(arguments[0]).length", f"#table-{kind} tbody tr")
+                          for kind in ("tracks", "routes", "waypoints", "geocaches")], [6, 6, 46, 14])
+        self.assertEqual(self.browser.ask("document.querySelectorAll('.track').length"), 6)
+        self.assertFalse(self.browser.ask("Boolean(document.getElementById('nothing'))"))
+        self.assertGreater(self.browser.ask("drawn.segments"), 0)
+
+    def test_pointing_at_the_map_marks_the_profile(self):
+        self.browser.open(self.sample)
+        self.show(4)
+        self.browser.move(*self.point(4, 300))
+        self.assert_marked(4)
+        self.assertIn("Current Track", self.text("#tip"))
+
+    def test_pointing_at_a_profile_marks_the_map(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        self.browser.move(*self.middle(".track .chart"))
+        self.assert_marked(0)
+        dot = self.middle("#dot")
+        index = self.browser.ask("marked.index")
+        for got, wanted in zip(dot, self.point(0, index)):
+            self.assertAlmostEqual(got, wanted, delta=1)
+        self.browser.move(5, 5)
+        self.assertFalse(self.is_shown("#dot"))
+        self.assertFalse(self.is_shown(".track .cursor"))
+
+    def test_keys_move_the_mark_along_a_profile(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        chart = self.browser.driver.find_element("css selector", ".track .chart")
+        for _ in range(3):
+            chart.send_keys("\ue014")  # right
+        self.browser.settle()
+        self.assert_marked(0)
+        self.assertGreater(int(chart.get_attribute("aria-valuenow")), 0)
+        self.assertIn("UTC", chart.get_attribute("aria-valuetext"))
+
+    def test_touching_marks_too(self):
+        self.browser.resize(390, 844)
+        self.browser.open(self.sample)
+        self.show(0)
+        self.browser.touch(*self.point(0, 100))
+        self.assert_marked(0)
+        self.browser.driver.execute_script("document.querySelector('.track .chart').scrollIntoView({ block: 'end' })")
+        self.browser.settle()
+        self.browser.touch(*self.middle(".track .chart"))
+        self.assert_marked(0)
+
+    def test_map_is_moved_and_zoomed(self):
+        self.browser.open(self.sample)
+        before = self.browser.ask("({ ...view })")
+        x, y = self.middle("#map")
+        self.browser.command("Input.dispatchMouseEvent", type="mouseWheel", x=x, y=y, deltaX=0, deltaY=-250)
+        self.browser.settle()
+        zoomed = self.browser.ask("({ ...view })")
+        self.assertAlmostEqual(zoomed["scale"] / before["scale"], 2, places=3)
+        self.browser.move(x, y, "mousePressed", buttons=1)
+        self.browser.move(x + 50, y + 20, buttons=1)
+        self.browser.move(x + 50, y + 20, "mouseReleased")
+        moved = self.browser.ask("({ ...view })")
+        self.assertLess(moved["x"], zoomed["x"])
+        self.assertGreater(moved["latitude"], zoomed["latitude"])
+        self.browser.driver.find_element("id", "zoom-out").click()
+        self.browser.settle()
+        self.assertAlmostEqual(self.browser.ask("view.scale"), before["scale"], places=3)
+
+    def test_two_fingers_zoom_the_map(self):
+        self.browser.open(self.sample)
+        before = self.browser.ask("view.scale")
+        x, y = self.middle("#map")
+        points = lambda spread: [{"x": x - spread, "y": y, "id": 1}, {"x": x + spread, "y": y, "id": 2}]
+        self.browser.command("Input.dispatchTouchEvent", type="touchStart", touchPoints=points(40))
+        self.browser.command("Input.dispatchTouchEvent", type="touchMove", touchPoints=points(80))
+        self.browser.command("Input.dispatchTouchEvent", type="touchEnd", touchPoints=[])
+        self.browser.settle()
+        self.assertAlmostEqual(self.browser.ask("view.scale") / before, 2, places=2)
+
+    def test_scale_bar_is_true(self):
+        self.browser.open(self.sample)
+        metres = {"m": 1, "km": 1000}
+        number, unit = self.text("#scale").split()
+        width = self.browser.ask("document.getElementById('scale').offsetWidth")
+        x, y = self.middle("#map")
+        span = self.browser.ask("""metresBetween(view.latitude, fromX(0), view.latitude, fromX(arguments[0]))""", width)
+        self.assertAlmostEqual(span / (float(number) * metres[unit]), 1, delta=0.02)
+
+    def test_track_is_switched_off_and_on(self):
+        self.browser.open(self.sample)
+        self.show(4)
+        box = self.browser.driver.find_element("css selector", ".track:nth-child(5) input")
+        box.click()
+        self.browser.settle()
+        self.browser.move(*self.point(4, 300))
+        self.assertNotIn("Current Track", self.text("#tip"))
+        box.click()
+        self.browser.move(5, 5)
+        self.browser.move(*self.point(4, 300))
+        self.assertIn("Current Track", self.text("#tip"))
+
+    def test_heading_sorts_both_ways_and_by_keyboard(self):
+        self.browser.open(self.sample)
+        heading = self.browser.driver.find_element("css selector", "#table-tracks th:nth-child(6)")
+        number = lambda text: float(text.replace(",", "").split()[0])
+        heading.find_element("css selector", "button").click()
+        lengths = [number(text) for text in self.column("tracks", 6)]
+        self.assertEqual(lengths, sorted(lengths))
+        self.assertEqual(heading.get_attribute("aria-sort"), "ascending")
+        heading.find_element("css selector", "button").send_keys("\ue007")  # return
+        self.assertEqual([number(text) for text in self.column("tracks", 6)], sorted(lengths, reverse=True))
+        self.assertEqual(heading.get_attribute("aria-sort"), "descending")
+        names = self.browser.driver.find_element("css selector", "#table-tracks th:first-child")
+        names.find_element("css selector", "button").click()
+        self.assertEqual(heading.get_attribute("aria-sort"), "none")
+        self.assertEqual(self.column("tracks", 1)[0], "Current Track")
+
+    def test_what_is_not_known_is_sorted_last_either_way(self):
+        self.browser.open(self.sample)
+        button = self.browser.driver.find_element("css selector", "#table-tracks th:nth-child(2) button")
+        for _ in range(2):
+            button.click()
+            self.assertEqual(self.column("tracks", 2)[-1], "–")
+
+    def test_theme_follows_the_system_and_the_switch(self):
+        background = "getComputedStyle(document.body).backgroundColor"
+        picture = "canvas.toDataURL()"
+        seen = {}
+        for theme in "light", "dark":
+            self.browser.use_theme(theme)
+            self.browser.open(self.sample)
+            seen[theme] = self.browser.ask(background), self.browser.ask(picture)
+        self.assertNotEqual(seen["light"][0], seen["dark"][0])
+        self.assertNotEqual(seen["light"][1], seen["dark"][1])
+        self.browser.driver.find_element("id", "theme").click()
+        self.browser.settle()
+        self.assertEqual((self.browser.ask(background), self.browser.ask(picture)), seen["light"])
+
+    def test_empty_page_says_so(self):
+        page = self.filled({})
+        self.browser.open(page)
+        self.assertTrue(self.is_shown("#nothing"))
+        self.assertIn("Nothing came", self.text("#nothing"))
+        self.assertFalse(self.browser.ask("Boolean(document.getElementById('bench'))"))
+        self.assertEqual(self.text("#tables"), "")
+
+    def test_lone_and_empty_things_are_shown(self):
+        figures = {"kilometres": 0, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
+        self.browser.open(self.filled({"tracks": [{"name": "none", "points": [], **figures},
+                                                  {"name": "one", "points": [0, 0, 0, None], **figures}],
+                                       "routes": [{"name": "", "comment": "", "kilometres": 0, "places": []}]}))
+        self.assertEqual(self.column("tracks", 7), ["–", "–"])
+        self.assertEqual(self.column("routes", 1), ["Unnamed route"])
+        self.assertEqual(self.browser.ask("document.querySelectorAll('.track .none').length"), 2)
+
+    def test_track_without_times_has_no_speed(self):
+        self.browser.open(self.sample)
+        self.show(5)
+        self.browser.driver.execute_script("mark(held.tracks[5], 100)")
+        card = self.browser.driver.find_element("css selector", ".track:nth-child(6)")
+        self.assertEqual(len(card.find_elements("css selector", ".elevation")), 1)
+        self.assertEqual(card.find_elements("css selector", ".speed"), [])
+        self.assertIn("no time", self.text("#tip"))
+
+    def test_hostile_name_of_a_file_stays_a_text(self):
+        self.browser.open(self.imported([track_point(46, 7, 500, 0, HOSTILE), track_point(46.01, 7, 510, 600, HOSTILE)]))
+        self.assertEqual(self.text(".track bdi"), HOSTILE)
+        self.assertIsNone(self.browser.ask("window.wasHere"))
+        self.assertEqual(self.browser.ask("document.querySelectorAll('script, img').length"), 2)
+
+    def test_names_of_every_kind_stay_texts_within_the_page(self):
+        figures = {"kilometres": 1, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
+        for name in HOSTILE, "x" * 10000, "جبل الشيخ", "a\u202eb", "{{script}}", "__proto__":
+            place = {"name": name, "comment": name, "symbol": name, "at": [46000000, 7000000, 100, None]}
+            cache = {**place, "type": name, "owner": name, "hint": name, "difficulty": name, "terrain": name, "placed": name,
+                     "found": name}
+            page = self.filled({"note": name, "waypoints": [place], "geocaches": [cache],
+                                "routes": [{"name": name, "comment": name, "kilometres": 1, "places": [place, place]}],
+                                "tracks": [{"name": name, "points": [46000000, 7000000, 0, None, 9000, 0, 0, None], **figures}]})
+            for width in 1280, 360:
+                self.browser.resize(width, 800)
+                self.browser.open(page)
+                self.assertEqual(self.text(".track bdi"), name)
+                self.assertEqual(self.column("geocaches", 10), [name])
+                self.assertEqual(self.browser.ask("document.querySelector('.track bdi').title"), name)
+                self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), width)
+                self.assertLess(self.browser.ask("document.querySelector('.track').offsetHeight"), 500)
+                self.browser.move(*self.point(0, 0))
+                self.assertLessEqual(self.browser.ask("document.getElementById('tip').offsetWidth"), 290)
+            self.assertIsNone(self.browser.ask("window.wasHere"))
+            self.assertEqual(self.browser.ask("document.querySelectorAll('script, img').length"), 2)
+
+    def test_track_over_the_date_line_has_no_line_across_the_map(self):
+        points = [track_point(-17 + 0.01 * (i % 5), (179.5 + 0.02 * i + 180) % 360 - 180, 5, 60 * i, "West") for i in range(60)]
+        self.browser.open(self.imported(points))
+        self.assertGreater(self.browser.ask("drawn.segments"), 10)
+        self.assertLess(self.browser.ask("drawn.longest / view.width"), 0.5)
+        self.assertLess(self.browser.ask("held.tracks[0].x[59] - held.tracks[0].x[0]"), 1.3)
+
+    def test_track_over_a_pole_has_no_line_across_the_map(self):
+        points = [track_point(90 - abs(2 - 0.1 * i), 20 if i < 20 else -160, 5, 60 * i, "North") for i in range(41)]
+        self.browser.open(self.imported(points))
+        self.assertGreater(self.browser.ask("drawn.segments"), 1)
+        self.assertLess(self.browser.ask("drawn.longest / view.width"), 0.5)
+
+    def test_a_hundred_thousand_points_are_drawn_with_few_lines(self):
+        points = []
+        for i in range(100000):
+            latitude = 46 + 0.2 * abs(((i * 37) % 20000) / 10000 - 1) * (i % 7 / 700 + 1)
+            points.append(track_point(latitude, 7 + i / 200000, 500 + i % 300, 2 * i, "Long"))
+        self.browser.open(self.imported(points))
+        self.assertEqual(self.column("tracks", 9), ["100,000"])
+        self.assertLess(self.browser.ask("drawn.segments"), 60000)
+        self.browser.move(*self.point(0, 50000))
+        self.assert_marked(0)
+
+    def test_telephone_needs_no_scrolling_sideways(self):
+        self.browser.resize(360, 740)
+        self.browser.open(self.sample)
+        self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), 360)
+        self.assertGreater(self.browser.ask("canvas.getBoundingClientRect().width"), 300)
+
+    def test_paper_gets_every_profile(self):
+        self.browser.use_theme("dark")
+        self.browser.open(self.sample)
+        self.browser.command("Page.printToPDF")
+        self.assertEqual(self.browser.ask("cards.filter((card) => card.isFilled).length"), 6)
+        self.assertEqual(self.browser.ask("document.documentElement.style.colorScheme"), "")
+
+    def test_nothing_is_fetched_from_elsewhere(self):
+        self.browser.open(self.sample)
+        self.browser.driver.execute_async_script("""const done = arguments[0], image = new Image();
+            image.onerror = () => done(); image.src = "http://127.0.0.1:9/x.png";""")
+        self.assertTrue(any("Content Security Policy" in text for text in self.browser.complaints()))
+
+
+if __name__ == "__main__":
+    PROGRAM, SAMPLES = sys.argv[1:3]
+    if Browser is None or not shutil.which("chromium") or not shutil.which("chromedriver"):
+        print("skipped: needs Chromium, its driver and Selenium (scripts/install-packages test)")
+        sys.exit(77)
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:], verbosity=2)

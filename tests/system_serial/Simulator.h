@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The built simulator as a program of its own, with the sample receiver's data.
+
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "system/Running.h"
+
+namespace support {
+
+class Simulator : public Running {
+public:
+    /// @param options  further words for its command line
+    explicit Simulator(std::vector<std::string> options = {}) : Running(wordsWith(std::move(options)))
+    {
+        const auto& printed = readUntil("\n");
+        path_ = printed.substr(0, printed.find('\n'));
+    }
+
+    /// The port that it is on.
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    static std::vector<std::string> wordsWith(std::vector<std::string> options)
+    {
+        std::vector<std::string> words{MAGELLAN_BIN_DIR "/magellangps-simulator", MAGELLAN_SOURCE_DIR "/samples/receiver",
+                                       "--unpaced"};
+        words.insert(words.end(), options.begin(), options.end());
+        return words;
+    }
+
+    std::string path_;
+};
+
+} // namespace support

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+// `watch` with the built program, on a mocked device tree: receivers that come, go and come again.
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <platform_udev/Testbed.h>
+#include <system/Program.h>
+#include <system/Receiver.h>
+#include <system/Running.h>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
+constexpr char kInternal[] = "/devices/pci0/ata1/host0/target0:0:0/0:0:0:0";
+
+class WatchedVolumes : public testing::Test {
+protected:
+    WatchedVolumes()
+    {
+        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+                     "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+                     "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
+        testbed_.addDisk(kStick, "sdb", 8, 16, true);
+        testbed_.addDisk(kInternal, "sda", 8, 0, false);
+        mount("");
+    }
+
+    static void mount(const std::string& lines)
+    {
+        const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";
+        std::filesystem::create_directories(folder);
+        std::ofstream{folder / "mountinfo"} << lines;
+    }
+    static std::string line(const std::string& number, const std::string& path)
+    {
+        return "95 27 " + number + " / " + path + " rw - vfat /dev/some rw\n";
+    }
+
+    [[nodiscard]] support::Running watch(const std::string& option = "-q") const
+    {
+        return support::Running{{"/usr/bin/env", "XDG_STATE_HOME=" + state_.path(), MAGELLAN_BIN_DIR "/magellangps", "watch",
+                                 "--into", out_.path(), option}};
+    }
+
+    /// Announces the stick again and again, since an event may be lost between two programs, until something more than before
+    /// is printed that holds the text. @return  what is new
+    std::string announceUntil(support::Running& watching, const std::string& text)
+    {
+        for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150; ++tries)
+            testbed_.announce(std::string{kStick} + "/block/sdb/sdb1", "change");
+        const auto printed = watching.readUntil("\n").substr(seen_);
+        seen_ += printed.size();
+        return printed;
+    }
+
+    support::Testbed testbed_;
+    support::Receiver receiver_;
+    support::TemporaryFolder out_;
+    support::TemporaryFolder state_;
+    std::size_t seen_ = 0;
+};
+
+TEST_F(WatchedVolumes, ReceiverThatComesIsSavedOnceAndAgainWhenItComesAgain)
+{
+    auto watching = watch();
+    EXPECT_THAT(watching.readUntil("watching: "), Not(HasSubstr("appeared")));
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: Magellan device 42, " + receiver_.path() + "\n"));
+    mount("");
+    EXPECT_THAT(announceUntil(watching, "gone: "), Not(HasSubstr("saved: "))) << "once while it stayed";
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: "));
+    const int status = watching.end(SIGTERM);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+}
+
+TEST_F(WatchedVolumes, ReceiverThatComesAgainHasNothingNew)
+{
+    auto watching = watch("--new-only");
+    watching.readUntil("watching: ");
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr(": 2 waypoints, 1 geocache, 1 route, 1 track (2 points)"));
+    mount("");
+    (void)announceUntil(watching, "gone: ");
+    mount(line("8:17", receiver_.path()));
+    EXPECT_THAT(announceUntil(watching, "nothing new: "), HasSubstr("nothing new: "));
+}
+
+TEST_F(WatchedVolumes, VolumeThatIsFilledOnlyAfterItsMountIsSeenWithoutAnotherEvent)
+{
+    std::filesystem::rename(receiver_.path("USBTRANS"), receiver_.path("later"));
+    mount(line("8:17", receiver_.path()));
+    auto watching = watch();
+    watching.readUntil("watching: ");
+    std::filesystem::rename(receiver_.path("later"), receiver_.path("USBTRANS"));
+    EXPECT_THAT(watching.readUntil("\nsaved: "), HasSubstr("appeared: Magellan device 42"));
+}
+
+TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
+{
+    const std::string port = "/devices/pci0/usb2/2-1/2-1:1.0/ttyUSB0";
+    testbed_.add(
+        "P: " + port + "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\nP: " + port +
+        "/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\nE: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
+    mount(line("8:17", receiver_.path()));
+    auto watching = watch();
+    EXPECT_THAT(watching.readUntil("\nsaved: "), Not(HasSubstr("ttyUSB0")));
+    auto wishing = watch("--serial");
+    EXPECT_THAT(wishing.readUntil("ttyUSB0"), HasSubstr("appeared: /dev/ttyUSB0, /dev/ttyUSB0\n"));
+    (void)wishing.end(SIGKILL); // it asks at the port for a minute and a half
+}
+
+TEST_F(WatchedVolumes, DriverThatIsNamedIsWatchedAloneThoughItIsNotOfferedYet)
+{
+    mount(line("8:17", receiver_.path()));
+    auto watching = watch("--driver=magellan-serial");
+    watching.readUntil("watching: ");
+    (void)watching.end(SIGTERM);
+    EXPECT_THAT(watching.readUntil("stopped: as asked\n"), Not(HasSubstr("appeared")));
+}
+
+TEST_F(WatchedVolumes, DevicesAreExplained)
+{
+    const support::TemporaryFolder empty;
+    mount(line("8:1", "/") + line("0:5", "/proc") + line("8:17", receiver_.path()) + line("8:17", empty.path()));
+    const auto ran = support::magellangps({"devices", "--explain"},
+                                          {.environment = {"LD_PRELOAD=" + std::string{std::getenv("LD_PRELOAD")},
+                                                           "UMOCKDEV_DIR=" + std::string{std::getenv("UMOCKDEV_DIR")}}});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.out,
+                HasSubstr("\n\nmagellan:\n"
+                          "  " +
+                          receiver_.path() +
+                          " (removable volume), taken: It is a receiver: Magellan device 42.\n"
+                          "  " +
+                          empty.path() +
+                          " (removable volume), not taken: It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver.\n"
+                          "  / (built-in volume), passed over: Receivers mount as removable volumes.\n"
+                          "  /proc (volume without a disk behind it), passed over: Receivers mount as removable volumes.\n"
+                          "No serial port was found."));
+}
+
+} // namespace
