@@ -14,9 +14,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include <ctime>
 
@@ -78,18 +81,26 @@ std::string twoDigits(std::size_t number)
     return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
 }
 
+std::string joined(std::initializer_list<std::string_view> parts)
+{
+    std::string text;
+    for (const auto part : parts)
+        text += part;
+    return text;
+}
+
 /// Half waypoints, half track points, as long as receivers' own.
 simulator::Sentences makeSentences(std::size_t count)
 {
     simulator::Sentences sentences;
     for (std::size_t i = 0; i < count; ++i) {
-        const auto minutes = twoDigits(i / 100 % 60) + "." + twoDigits(i) + "345";
+        const auto minutes = joined({twoDigits(i / 100 % 60), ".", twoDigits(i), "345"});
+        const auto place = joined({"46", minutes, ",N,007", minutes, ",E,"});
+        const auto second = joined({twoDigits(i / 60 % 60), twoDigits(i % 60)});
         if (i % 2 == 0)
-            sentences.waypoints.push_back("PMGNWPL,46" + minutes + ",N,007" + minutes + ",E,0000500,M,WPT" + std::to_string(i) +
-                                          ",a place,a");
+            sentences.waypoints.push_back(joined({"PMGNWPL,", place, "0000500,M,WPT", second, ",a place,a"}));
         else
-            sentences.tracks.push_back("PMGNTRK,46" + minutes + ",N,007" + minutes + ",E,00500,M,12" + twoDigits(i / 60 % 60) +
-                                       twoDigits(i % 60) + ".00,A,DAY,010624");
+            sentences.tracks.push_back(joined({"PMGNTRK,", place, "00500,M,12", second, ".00,A,DAY,010624"}));
     }
     return sentences;
 }
@@ -126,7 +137,8 @@ DataPhases dataPhasesOf(const simulator::Receiver& receiver)
     return phases;
 }
 
-void run(std::size_t count, bool paced)
+/// @return  whether all records arrived
+bool run(std::size_t count, bool paced)
 {
     const simulator::Receiver receiver{{.paced = paced, .sentences = makeSentences(count)}};
     const auto driver = std::make_shared<magellan::MagellanSerialGPSPlugin>();
@@ -137,7 +149,7 @@ void run(std::size_t count, bool paced)
     status->waitUntilIdle();
     if (status->records != count) {
         std::fprintf(stderr, "only %zu of %zu records arrived\n", status->records, count);
-        std::exit(EXIT_FAILURE);
+        return false;
     }
     const auto phases = dataPhasesOf(receiver);
     if (paced) {
@@ -149,6 +161,7 @@ void run(std::size_t count, bool paced)
                     static_cast<double>(phases.sentences) / phases.seconds,
                     status->workerSeconds() * 1e6 / static_cast<double>(phases.sentences));
     }
+    return true;
 }
 
 } // namespace
@@ -156,6 +169,5 @@ void run(std::size_t count, bool paced)
 int main(int argc, char** argv)
 {
     const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 10000;
-    run(count, true);
-    run(count, false);
+    return run(count, true) && run(count, false) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -53,7 +53,8 @@ private:
 };
 
 /// The time on the move: the sum of the times from each timed point to the next where the speed over the ground is at least
-/// 0.2 m/s (0.7 km/h, a steep climb). What took more than 5 minutes is a pause or lost reception; time that runs backward is none.
+/// 0.2 m/s (0.7 km/h, a steep climb). What took more than 5 minutes is a pause or lost reception; time that runs backward is
+/// none.
 class MovingTime {
 public:
     /// Precondition: the point lies on the globe and has a moment.

@@ -22,8 +22,6 @@ public:
     [[nodiscard]] std::optional<gps::Error> close() override { return writer_->close(); }
     [[nodiscard]] std::string remark() const override { return writer_->remark(); }
 
-    [[nodiscard]] bool isEmpty() const noexcept { return text().empty(); }
-
     /// "2 waypoints, 1 track (30 points)": what there was, and empty for nothing.
     [[nodiscard]] std::string text() const;
 

@@ -8,5 +8,6 @@ extern "C" const char* __tsan_default_suppressions()
 {
     return "race:libglib-2.0.so\n"
            "race:libgobject-2.0.so\n"
-           "race:libumockdev.so\n";
+           "race:libgio-2.0.so\n"
+           "race:libumockdev\n";
 }
