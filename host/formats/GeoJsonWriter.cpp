@@ -20,9 +20,9 @@ constexpr std::string_view kFoot = "\n]}\n";
 void appendPosition(std::string& out, const gps::GPSPoint& point)
 {
     out += '[';
-    gps::appendShortest(out, point.longitude);
+    appendDegrees(out, point.longitude);
     out += ',';
-    gps::appendShortest(out, point.latitude);
+    appendDegrees(out, point.latitude);
     if (std::isfinite(point.altitude)) {
         out += ',';
         gps::appendShortest(out, point.altitude);

@@ -30,10 +30,11 @@ void appendChild(std::string& out, std::string_view element, const gps::Dictiona
 void appendAttributes(std::string& out, const gps::GPSPoint& point)
 {
     out += R"( lat=")";
-    gps::appendDecimal(out, point.latitude);
+    appendDegrees(out, point.latitude);
     out += R"(" lon=")";
-    // The schema counts longitudes from -180 up to, but not including, 180.
-    gps::appendDecimal(out, point.longitude == 180 ? -180 : point.longitude);
+    // The schema counts longitudes from -180 up to, but not including, 180, which what is next to it would be written as.
+    constexpr double kAlmost180 = 180 - 1e-9;
+    appendDegrees(out, point.longitude > kAlmost180 ? -180 : point.longitude);
     out += R"(">)";
 }
 

@@ -59,9 +59,9 @@ void appendData(std::string& out, const gps::Dictionary& record)
 
 void appendKmlPlace(std::string& out, const gps::GPSPoint& point, char separator)
 {
-    gps::appendDecimal(out, point.longitude);
+    appendDegrees(out, point.longitude);
     out += separator;
-    gps::appendDecimal(out, point.latitude);
+    appendDegrees(out, point.latitude);
     if (!std::isfinite(point.altitude))
         return;
     out += separator;

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cmath>
 
+#include <gps/NumberText.h>
+
 namespace host {
 namespace {
 
@@ -138,6 +140,12 @@ std::size_t characterCount(std::string_view text) noexcept
 bool hasMoment(const gps::GPSPoint& point) noexcept
 {
     return point.time >= kFirstMoment && point.time < kPastMoments;
+}
+
+void appendDegrees(std::string& out, double degrees)
+{
+    constexpr int kDecimals = 9;
+    gps::appendRounded(out, degrees, kDecimals);
 }
 
 void appendMoment(std::string& out, std::int64_t time, char separator)

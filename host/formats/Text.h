@@ -34,6 +34,11 @@ void appendXml(std::string& out, std::string_view text);
 /// time: before 1980 there is no moment. Neither is there one past the year 9999.
 [[nodiscard]] bool hasMoment(const gps::GPSPoint& point) noexcept;
 
+/// Appends a latitude or a longitude to a billionth of a degree, which is 0.1 mm: what receivers tell is a hundred times coarser,
+/// so that it comes back as the same sentence.
+/// Precondition: it lies on the globe.
+void appendDegrees(std::string& out, double degrees);
+
 /// Appends "YYYY-MM-DD", `separator` and "HH:MM:SS", in UTC.
 /// Precondition: the time is a moment.
 void appendMoment(std::string& out, std::int64_t time, char separator);

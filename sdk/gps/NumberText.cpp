@@ -29,12 +29,13 @@ bool takeSign(std::string_view& text) noexcept
     return minus;
 }
 
+constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 /// Up to 15 digits with a point anywhere among them: the digits and the power of ten are both exact doubles, so one
 /// division rounds correctly. Covers what receivers write; anything else goes to from_chars.
 std::optional<double> shortNumber(std::string_view text) noexcept
 {
-    static constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     std::int64_t digits = 0;
     std::size_t count = 0;
     std::size_t i = 0;
@@ -162,6 +163,25 @@ void appendDecimal(std::string& out, double value)
     std::array<char, 1200> text; // the smallest double has 1,074 decimals at the most
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     out.append(text.data(), end);
+}
+
+void appendRounded(std::string& out, double value, int decimals)
+{
+    const auto power = static_cast<std::int64_t>(kPowersOfTen[static_cast<std::size_t>(decimals)]);
+    const std::int64_t digits = std::llround(std::abs(value) * static_cast<double>(power));
+    if (value < 0 && digits != 0)
+        out += '-';
+    appendInteger(out, digits / power);
+    std::int64_t rest = digits % power;
+    if (rest == 0)
+        return;
+    std::array<char, 10> text{'.'};
+    for (auto at = static_cast<std::size_t>(decimals); at > 0; --at) {
+        text[at] = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    }
+    const std::string_view fraction{text.data(), static_cast<std::size_t>(decimals) + 1};
+    out += fraction.substr(0, fraction.find_last_not_of('0') + 1);
 }
 
 void appendInteger(std::string& out, std::int64_t value)

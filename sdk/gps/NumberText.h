@@ -48,6 +48,10 @@ void appendShortest(std::string& out, double value);
 /// Precondition: the value is finite.
 void appendDecimal(std::string& out, double value);
 
+/// Appends a number rounded to so many decimals, without zeros at their end ("46.5"); what rounds to zero is "0". [any]
+/// Precondition: it has at most 18 digits then, of which at most 9 are decimals.
+void appendRounded(std::string& out, double value, int decimals);
+
 /// Appends a whole number in decimal digits. [any]
 void appendInteger(std::string& out, std::int64_t value);
 

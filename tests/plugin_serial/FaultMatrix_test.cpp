@@ -5,6 +5,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -99,6 +100,20 @@ INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps), 
     }
     return name;
 });
+
+TEST(FaultsTogether, AReceiverThatAcknowledgesEverythingWronglyGetsThroughTheSession)
+{
+    simulator::Settings settings{.sentences = support::someSentences()};
+    for (const auto& step : simulator::kSteps) {
+        if (applies(FaultKind::kWrongAck, step.value))
+            settings.faults.push_back({step.value, FaultKind::kWrongAck});
+    }
+    const Session session{std::move(settings)};
+    ASSERT_TRUE(session.ends());
+    EXPECT_THAT(frameOf(session), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
+                                              "endTransfer 1", "startTransfer 2", "endTransfer 2", "gpsStateChange 0"));
+    EXPECT_TRUE(session.isClosed());
+}
 
 /// How many records of each sort a session reported.
 struct Count {

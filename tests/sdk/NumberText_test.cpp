@@ -191,6 +191,26 @@ TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
         expectTheGeneralText(i);
 }
 
+TEST(NumberText, ARoundedNumberHasNoZerosAtItsEnd)
+{
+    const auto rounded = [](double value, int decimals) {
+        std::string text;
+        appendRounded(text, value, decimals);
+        return text;
+    };
+    EXPECT_EQ(rounded(46.5, 9), "46.5");
+    EXPECT_EQ(rounded(-179.123456789, 9), "-179.123456789");
+    EXPECT_EQ(rounded(179.9999999994, 9), "179.999999999");
+    EXPECT_EQ(rounded(179.9999999996, 9), "180");
+    EXPECT_EQ(rounded(-0.0000000006, 9), "-0.000000001");
+    EXPECT_EQ(rounded(-0.0000000004, 9), "0");
+    EXPECT_EQ(rounded(0.000000010, 9), "0.00000001");
+    EXPECT_EQ(rounded(1.5, 0), "2");
+    EXPECT_EQ(rounded(10, 0), "10");
+    EXPECT_EQ(rounded(999999999.999999999, 9), "1000000000");
+    EXPECT_EQ(rounded(-0.0, 3), "0");
+}
+
 TEST(NumberText, IntegersArePaddedAsPrintfDoes)
 {
     EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");

@@ -173,12 +173,12 @@ TEST(GeoJsonWriter, AltitudeThatIsNotFiniteIsLeftOut)
     EXPECT_EQ(geometryOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})})["coordinates"], json({2, 1}));
 }
 
-TEST(GeoJsonWriter, CoordinatesReadBackToTheSameNumbers)
+TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)
 {
-    const gps::GPSPoint point{-46.08298333333333, 179.9999999, 1e-7, 0, 0};
+    const gps::GPSPoint point{-46.08298333333333, 179.9999999996, 1e-7, 0, 0};
     const auto coordinates = geometryOf({wayPoint(point)})["coordinates"];
-    EXPECT_EQ(coordinates[0].get<double>(), point.longitude);
-    EXPECT_EQ(coordinates[1].get<double>(), point.latitude);
+    EXPECT_EQ(coordinates[0].get<double>(), 180);
+    EXPECT_EQ(coordinates[1].get<double>(), -46.082983333);
     EXPECT_EQ(coordinates[2].get<double>(), point.altitude);
 }
 

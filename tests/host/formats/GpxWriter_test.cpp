@@ -71,8 +71,8 @@ TEST(GpxWriter, TextsAreEscaped)
 
 TEST(GpxWriter, NumbersHaveNoExponent)
 {
-    const auto body = bodyOf({wayPoint({1e-7, -1e-10, 1e22, 0, 0})});
-    EXPECT_EQ(body, "<wpt lat=\"0.0000001\" lon=\"-0.0000000001\"><ele>10000000000000000000000</ele></wpt>\n");
+    const auto body = bodyOf({wayPoint({1e-7, -1e-9, 1e22, 0, 0})});
+    EXPECT_EQ(body, "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
 }
 
 TEST(GpxWriter, TimeBefore1980IsNone)
@@ -85,7 +85,8 @@ TEST(GpxWriter, LongitudeOf180IsWrittenFromTheOtherSide)
 {
     EXPECT_THAT(bodyOf({wayPoint({0, 180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
     EXPECT_THAT(bodyOf({wayPoint({0, -180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
-    EXPECT_THAT(bodyOf({wayPoint({0, 179.9999999, 0, 0, 0})}), HasSubstr("lon=\"179.9999999\""));
+    EXPECT_THAT(bodyOf({wayPoint({0, 179.999999999, 0, 0, 0})}), HasSubstr("lon=\"179.999999999\""));
+    EXPECT_THAT(bodyOf({wayPoint({0, 179.9999999996, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
 }
 
 TEST(GpxWriter, PointWithoutAPlaceIsLeftOutAndCounted)
