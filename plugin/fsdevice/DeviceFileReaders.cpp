@@ -8,6 +8,7 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
 #include "../common/Lines.h"
+#include "../common/Records.h"
 #include "../common/TrackNames.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -45,19 +46,6 @@ std::optional<gps::Error> readDeviceFile(const std::string& path, std::string_vi
     return error;
 }
 
-/// Keeps a record with its point under its name. Without a name there is no key to keep it under.
-void store(const gps::Dictionary& extras, const gps::GPSPoint& point, gps::Dictionary& records)
-{
-    const auto* name = extras.findString("name");
-    if (name == nullptr)
-        return;
-    gps::Dictionary record;
-    record.reserve(extras.size() + 1);
-    record = extras;
-    record.set(gps::kPointKey, point);
-    records.set(*name, std::move(record));
-}
-
 std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path, gps::Dictionary& records)
 {
     std::string text;
@@ -69,7 +57,7 @@ std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path
     forEachLine(text, [&](std::string_view line) {
         extras.clear();
         if (kind.interpret(line, point, &extras))
-            store(extras, point, records);
+            keepByName(extras, point, records);
     });
     return std::nullopt;
 }
@@ -105,15 +93,11 @@ void storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& rout
     routes.set(name, std::exchange(info, {}));
 }
 
-void reportRoute(gps::GPSOutputReceiver& status, gps::Dictionary route)
+void reportStoredRoute(gps::GPSOutputReceiver& status, gps::Dictionary route)
 {
     const gps::Value points = std::exchange(*route.find("points"), gps::Array{});
     route.remove("points");
-    status.newRoute(route);
-    for (const auto& element : *points.as<gps::Array>()) {
-        const auto& record = *element.as<gps::Dictionary>();
-        status.wayPoint(*gps::findPoint(record), record);
-    }
+    reportRoute(route, *points.as<gps::Array>(), status);
 }
 
 } // namespace
@@ -163,7 +147,7 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
     gps::Dictionary routes;
     acquireRoutesIntoDictionaries(path, waypoints, routes);
     for (const auto& [name, route] : routes)
-        reportRoute(status, *route.as<gps::Dictionary>());
+        reportStoredRoute(status, *route.as<gps::Dictionary>());
     return std::nullopt;
 }
 
@@ -181,7 +165,7 @@ std::optional<gps::Error> acquireRoutesIntoDictionaries(const std::string& path,
     forEachLine(text, [&](std::string_view line) {
         extras.clear();
         if (interpretWayPointSentence(line, point, &extras))
-            store(extras, point, waypoints);
+            keepByName(extras, point, waypoints);
         else if (interpretRouteSentence(line, points, waypoints, info))
             storeRoute(info, points, routes);
     });

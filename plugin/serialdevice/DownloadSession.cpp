@@ -6,6 +6,7 @@
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
+#include "../common/Records.h"
 #include "../common/TrackNames.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -119,7 +120,7 @@ void DownloadSession::downloadWaypoints()
         if (isReported)
             status_.wayPoint(point_, extras_);
         if (isKept)
-            keepForRoutes();
+            keepByName(extras_, point_, waypoints_);
     });
     if (isReported)
         status_.endTransfer(gps::TransferKind::kWaypoints);
@@ -147,8 +148,11 @@ void DownloadSession::downloadRoutes()
     status_.startTransfer(gps::TransferKind::kRoutes);
     forEachReply([&](const std::optional<std::string>& body, const std::string& sentence) {
         gps::logLine(body.value_or("(null)"));
-        if (interpretRouteSentence(sentence, points, waypoints_, info))
-            reportRoute(info, points);
+        if (!interpretRouteSentence(sentence, points, waypoints_, info))
+            return;
+        reportRoute(info, points, status_);
+        points.clear();
+        info.clear();
     });
     status_.endTransfer(gps::TransferKind::kRoutes);
 }
@@ -197,28 +201,6 @@ template <typename Take> void DownloadSession::forEachReply(Take take)
         extras_.clear();
         take(reply, reply ? gps::NMEAUtils::addChecksumToNMEASentence(*reply) : std::string{});
     } while (reply != kEnd && budget > 0);
-}
-
-/// A later waypoint of the same name takes the place of an earlier one; without a name no route can mean it.
-void DownloadSession::keepForRoutes()
-{
-    const auto* name = extras_.findString("name");
-    if (name == nullptr)
-        return;
-    gps::Dictionary record = extras_;
-    record.set(gps::kPointKey, point_);
-    waypoints_.set(*name, std::move(record));
-}
-
-void DownloadSession::reportRoute(gps::Dictionary& info, gps::Array& points)
-{
-    status_.newRoute(info);
-    for (const auto& element : points) {
-        const auto& record = *element.as<gps::Dictionary>();
-        status_.wayPoint(*gps::findPoint(record), record);
-    }
-    points.clear();
-    info.clear();
 }
 
 } // namespace magellan

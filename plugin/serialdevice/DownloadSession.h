@@ -48,8 +48,6 @@ private:
     void changeSpeed(int bitsPerSecond);
     void logLineAfter(std::string_view step);
     template <typename Take> void forEachReply(Take take);
-    void keepForRoutes();
-    void reportRoute(gps::Dictionary& info, gps::Array& points);
 
     gps::OrvSerial& serial_;
     gps::GPSOutputReceiver& status_;
