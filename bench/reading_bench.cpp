@@ -3,6 +3,7 @@
 // the separators are. Both are measured in turn in the same run, and both begin with the same read of the same file.
 
 #include "LargeFile.h"
+#include "ThreadTime.h"
 
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
@@ -15,7 +16,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ctime>
 #include <limits>
 #include <optional>
 #include <string>
@@ -58,21 +58,6 @@ std::uint8_t plainLoop(std::string_view text, std::vector<std::uint32_t>& separa
     return checksum;
 }
 
-/// Processor time of this thread: what other programs take meanwhile does not count.
-double threadSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-template <typename Work> double secondsOf(Work work)
-{
-    const double start = threadSeconds();
-    work();
-    return threadSeconds() - start;
-}
-
 void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
 {
     const bench::LargeFile file{kind, kSentences};
@@ -82,17 +67,17 @@ void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
     double fileAlone = reading;
     for ([[maybe_unused]] const auto iteration : state) {
         Counting status;
-        const double seconds = secondsOf([&] { benchmark::DoNotOptimize(reader(status, file.path())); });
+        const double seconds = bench::secondsOf([&] { benchmark::DoNotOptimize(reader(status, file.path())); });
         if (status.records != kSentences)
             state.SkipWithError("not every sentence was read");
         state.SetIterationTime(seconds);
         reading = std::min(reading, seconds);
-        plain = std::min(plain, secondsOf([&] {
+        plain = std::min(plain, bench::secondsOf([&] {
                              std::string text;
                              benchmark::DoNotOptimize(gps::FileManager{}.readAsciiFile(file.path(), text));
                              benchmark::DoNotOptimize(plainLoop(text, separators));
                          }));
-        fileAlone = std::min(fileAlone, secondsOf([&] {
+        fileAlone = std::min(fileAlone, bench::secondsOf([&] {
                                  std::string text;
                                  benchmark::DoNotOptimize(gps::FileManager{}.readAsciiFile(file.path(), text));
                              }));

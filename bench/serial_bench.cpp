@@ -5,6 +5,8 @@
 //
 //     serial_bench [SENTENCES]        10,000 unless said otherwise
 
+#include "ThreadTime.h"
+
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
@@ -20,8 +22,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include <ctime>
 
 namespace {
 
@@ -41,9 +41,9 @@ public:
     void startTransfer(gps::TransferKind) override
     {
         if (begin_ == 0)
-            begin_ = processorSeconds();
+            begin_ = bench::threadSeconds();
     }
-    void endTransfer(gps::TransferKind) override { end_ = processorSeconds(); }
+    void endTransfer(gps::TransferKind) override { end_ = bench::threadSeconds(); }
     void newTrack(const gps::Dictionary&) override {}
     void trackPoint(const gps::GPSPoint&, const gps::Dictionary&) override { ++records; }
     void wayPoint(const gps::GPSPoint&, const gps::Dictionary&) override { ++records; }
@@ -62,13 +62,6 @@ public:
     std::size_t records = 0;
 
 private:
-    static double processorSeconds()
-    {
-        timespec now{};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-        return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-    }
-
     std::mutex mutex_;
     std::condition_variable changed_;
     bool idle_ = false;

@@ -3,6 +3,7 @@
 // measured in turn in the same run, into the same folder.
 
 #include "LargeFile.h"
+#include "ThreadTime.h"
 
 #include <gps/GPSPoint.h>
 #include <host/formats/Formats.h>
@@ -13,7 +14,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
 #include <fstream>
 #include <iterator>
@@ -30,21 +30,6 @@ namespace {
 
 constexpr std::size_t kPoints = 1'000'000;
 constexpr int kRounds = 3;
-
-/// Processor time of this thread: what other programs take meanwhile does not count.
-double threadSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-template <typename Work> double secondsOf(Work work)
-{
-    const double start = threadSeconds();
-    work();
-    return threadSeconds() - start;
-}
 
 /// Degrees as a receiver's sentence has them: whole degrees and minutes with five decimals.
 double asReceived(double degrees)
@@ -115,10 +100,10 @@ void measure(const host::Format& format, const std::vector<gps::GPSPoint>& point
     double plain = writing;
     std::size_t bytes = 0;
     for (int round = 0; round < kRounds; ++round) {
-        writing = std::min(writing, secondsOf([&] { writeTrack(format, points, path, place.folder().string()); }));
+        writing = std::min(writing, bench::secondsOf([&] { writeTrack(format, points, path, place.folder().string()); }));
         std::ifstream file{path, std::ios::binary};
         const std::string text{std::istreambuf_iterator<char>{file}, {}};
-        plain = std::min(plain, secondsOf([&] { writePlainly(text, path); }));
+        plain = std::min(plain, bench::secondsOf([&] { writePlainly(text, path); }));
         bytes = text.size();
     }
     const auto megabytes = static_cast<double>(bytes) / 1e6;

@@ -37,15 +37,6 @@ void appendTime(std::string& out, const gps::GPSPoint& point)
     out += "Z\"";
 }
 
-// A member of an object that is being written, up to its value.
-void appendKey(std::string& out, std::string_view key)
-{
-    if (out.back() != '{')
-        out += ',';
-    appendJson(out, key);
-    out += ':';
-}
-
 // The record's fields as members, but for the place, and for those under a key that stands for something else here.
 void appendFields(std::string& out, const gps::Dictionary& record)
 {
@@ -53,7 +44,7 @@ void appendFields(std::string& out, const gps::Dictionary& record)
         const bool isTaken = key == "kind" || key == "time" || key == "times" || key == "points";
         if (isTaken || value.as<gps::GPSPoint>() != nullptr)
             continue;
-        appendKey(out, key);
+        appendJsonKey(out, key);
         appendJsonValue(out, value);
     }
 }
@@ -62,7 +53,7 @@ void appendMomentMember(std::string& out, const gps::GPSPoint& point)
 {
     if (!hasMoment(point))
         return;
-    appendKey(out, "time");
+    appendJsonKey(out, "time");
     appendTime(out, point);
 }
 
@@ -79,7 +70,7 @@ void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& 
         return;
     beginFeature();
     text_ = R"({"type":"Feature","properties":{)";
-    appendKey(text_, "kind");
+    appendJsonKey(text_, "kind");
     text_ += isGeocache(record) ? R"("geocache")" : R"("waypoint")";
     appendMomentMember(text_, point);
     appendFields(text_, record);
@@ -151,7 +142,7 @@ void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsNam
 {
     beginFeature();
     text_ = R"({"type":"Feature","properties":{)";
-    appendKey(text_, "kind");
+    appendJsonKey(text_, "kind");
     appendJson(text_, kind);
     appendFields(text_, record);
     output_.write(text_);

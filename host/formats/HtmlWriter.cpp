@@ -35,13 +35,6 @@ void appendText(std::string& out, std::string_view text)
     }
 }
 
-void appendKey(std::string& out, std::string_view key)
-{
-    if (out.back() != '{')
-        out += ',';
-    out.append(1, '"').append(key).append("\":");
-}
-
 std::string_view textUnder(const gps::Dictionary& record, std::string_view key)
 {
     const auto* text = record.findString(key);
@@ -50,13 +43,13 @@ std::string_view textUnder(const gps::Dictionary& record, std::string_view key)
 
 void appendTextMember(std::string& out, std::string_view key, std::string_view text)
 {
-    appendKey(out, key);
+    appendJsonKey(out, key);
     appendText(out, text);
 }
 
 void appendFigure(std::string& out, std::string_view key, const std::optional<double>& figure)
 {
-    appendKey(out, key);
+    appendJsonKey(out, key);
     if (figure)
         gps::appendShortest(out, std::round(*figure * 1000) / 1000);
     else
@@ -65,7 +58,7 @@ void appendFigure(std::string& out, std::string_view key, const std::optional<do
 
 void appendFigure(std::string& out, std::string_view key, const std::optional<std::int64_t>& figure)
 {
-    appendKey(out, key);
+    appendJsonKey(out, key);
     if (figure)
         gps::appendInteger(out, *figure);
     else
@@ -131,7 +124,7 @@ void appendPlace(std::string& out, const gps::GPSPoint& point, const gps::Dictio
         appendTextMember(out, "found", dayOf(textUnder(record, "dateFound")));
     }
     const Numbers numbers{point};
-    appendKey(out, "at");
+    appendJsonKey(out, "at");
     out += '[';
     gps::appendInteger(out, numbers.latitude);
     out += ',';

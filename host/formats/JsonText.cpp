@@ -100,14 +100,19 @@ void appendJson(std::string& out, const gps::GPSPoint& point)
     out += '}';
 }
 
+void appendJsonKey(std::string& out, std::string_view key)
+{
+    if (out.back() != '{')
+        out += ',';
+    appendJson(out, key);
+    out += ':';
+}
+
 void appendJson(std::string& out, const gps::Dictionary& record)
 {
     out += '{';
     for (const auto& [key, value] : record) {
-        if (out.back() != '{')
-            out += ',';
-        appendJson(out, key);
-        out += ':';
+        appendJsonKey(out, key);
         appendJsonValue(out, value);
     }
     out += '}';

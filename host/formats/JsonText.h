@@ -15,6 +15,10 @@ namespace host {
 /// Appends a string with its quotes; bytes that are no UTF-8 are replaced.
 void appendJson(std::string& out, std::string_view text);
 
+/// Appends an object's next key with its colon, and the comma before it where it is not the first.
+/// Precondition: the text ends within that object.
+void appendJsonKey(std::string& out, std::string_view key);
+
 /// Appends a point: its five fields, each number in the shortest form that reads back; one that is not finite is null.
 void appendJson(std::string& out, const gps::GPSPoint& point);
 

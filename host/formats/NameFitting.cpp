@@ -9,6 +9,7 @@
 
 #include "host/formats/FreeNames.h"
 #include "host/formats/PlainText.h"
+#include "host/formats/RecordList.h"
 #include "host/formats/XmlText.h"
 
 #include <gps/NumberText.h>
@@ -34,18 +35,6 @@ struct Named {
     gps::Dictionary* record;
     const Kind* kind;
 };
-
-template <typename DictionaryType, typename Visitor>
-void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& visit)
-{
-    auto* const records = data.findArray(key);
-    if (records == nullptr)
-        return;
-    for (auto& value : *records) {
-        if (auto* const record = value.template as<gps::Dictionary>())
-            visit(*record);
-    }
-}
 
 std::string nameIn(const gps::Dictionary& record)
 {

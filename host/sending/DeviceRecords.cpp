@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/formats/CollectionWriter.h"
+#include "host/formats/RecordList.h"
 #include "host/operations/Operation.h"
 
 namespace host {
@@ -58,16 +59,7 @@ private:
 
 template <typename DictionaryType, typename Visitor> void forEachRoutePoint(DictionaryType& data, const Visitor& visit)
 {
-    const auto forEach = [](auto& dictionary, std::string_view key, const auto& visitRecord) {
-        auto* const records = dictionary.findArray(key);
-        if (records == nullptr)
-            return;
-        for (auto& value : *records) {
-            if (auto* const record = value.template as<gps::Dictionary>())
-                visitRecord(*record);
-        }
-    };
-    forEach(data, "route", [&](auto& route) { forEach(route, "points", visit); });
+    forEachRecord(data, "route", [&](auto& route) { forEachRecord(route, "points", visit); });
 }
 
 std::string textIn(const gps::Dictionary& record, std::string_view key)
