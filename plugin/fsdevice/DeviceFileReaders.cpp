@@ -8,6 +8,7 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
 #include "../common/Lines.h"
+#include "../common/NameTable.h"
 #include "../common/Records.h"
 #include "../common/TrackNames.h"
 
@@ -19,6 +20,7 @@
 #include <cstdint>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 namespace {
@@ -69,17 +71,23 @@ std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& 
     std::string text;
     if (auto error = readDeviceFile(path, kind.message, text))
         return error;
-    gps::Dictionary lastLines; // name to the place of its last line
+    NameTable names;
+    std::vector<std::string_view> lastLines; // by the number of its name
     forEachLine(text, [&](std::string_view line) {
-        if (const auto name = kind.nameIn(line))
-            lastLines.set(*name, std::int64_t{line.data() - text.data()});
+        const auto name = kind.nameIn(line);
+        if (!name)
+            return;
+        const auto number = names.numberOf(*name);
+        if (number == lastLines.size())
+            lastLines.emplace_back();
+        lastLines[number] = line;
     });
 
     gps::GPSPoint point;
     gps::Dictionary extras;
-    for (const auto& [name, place] : lastLines) {
+    for (const auto line : lastLines) {
         extras.clear();
-        (void)kind.interpret(lineAt(text, static_cast<std::size_t>(place.as<gps::Number>()->int64Value())), point, &extras);
+        (void)kind.interpret(line, point, &extras);
         status.wayPoint(point, extras);
     }
     return std::nullopt;

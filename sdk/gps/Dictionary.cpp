@@ -71,7 +71,7 @@ Dictionary::Dictionary(const Dictionary& other)
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
     : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)), live_(std::exchange(other.live_, 0)),
-      index_(std::move(other.index_))
+      apart_(std::exchange(other.apart_, 0)), index_(std::move(other.index_))
 {
     other.entries_.clear();
 }
@@ -92,6 +92,7 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
         ++used_;
     }
     live_ = used_;
+    apart_ = used_;
     if (live_ > kLargestWithoutIndex)
         buildIndex();
     return *this;
@@ -102,6 +103,7 @@ Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
     std::swap(entries_, other.entries_);
     std::swap(used_, other.used_);
     std::swap(live_, other.live_);
+    std::swap(apart_, other.apart_);
     std::swap(index_, other.index_);
     return *this;
 }
@@ -178,6 +180,8 @@ void Dictionary::clear() noexcept
 {
     used_ = 0;
     live_ = 0;
+    if (index_)
+        apart_ = 0; // a removed key may have been set again
     index_.reset();
 }
 
@@ -222,13 +226,13 @@ bool operator==(const Dictionary& a, const Dictionary& b) noexcept
 /// The value under a key, which is made first if there is none: it may then hold what a cleared entry held before.
 Value& Dictionary::slotFor(std::string_view key)
 {
+    // A dictionary that is cleared and filled with the same keys in the same order, as it is from line to line of a file, has
+    // the next key at hand, and it need not be looked for.
+    if (used_ < apart_ && !index_ && entries_[used_].key == key)
+        return takeNext();
     const std::uint32_t hash = hashOf(key);
-    std::size_t position = positionOf(key, hash);
-    if (position == kNotFound) {
-        append(key, hash);
-        position = used_ - 1;
-    }
-    return entries_[position].value;
+    const std::size_t position = positionOf(key, hash);
+    return position == kNotFound ? append(key, hash) : entries_[position].value;
 }
 
 /// What the index wants to know of a key; without one nobody asks.
@@ -255,22 +259,31 @@ std::size_t Dictionary::positionOf(std::string_view key, std::uint32_t hash) con
     return kNotFound;
 }
 
-void Dictionary::append(std::string_view key, std::uint32_t hash)
+Value& Dictionary::append(std::string_view key, std::uint32_t hash)
 {
     if (index_ && !index_->hasRoomFor(used_ + 1))
         makeRoom();
     if (used_ == entries_.size())
         entries_.emplace_back();
-    auto& entry = entries_[used_];
-    entry.key.assign(key);
-    if (entry.value.isNone())
-        entry.value = std::string{}; // so that it counts as live until the caller fills it
-    ++used_;
-    ++live_;
+    entries_[used_].key.assign(key);
+    Value& value = takeNext();
+    apart_ = used_;
     if (index_)
         index_->insert(hash, used_ - 1);
     else if (used_ > kLargestWithoutIndex)
         buildIndex();
+    return value;
+}
+
+/// Takes the entry behind the last one, whose key stands already, into use.
+Value& Dictionary::takeNext()
+{
+    Value& value = entries_[used_].value;
+    if (value.isNone())
+        value = std::string{}; // so that it counts as live until the caller fills it
+    ++used_;
+    ++live_;
+    return value;
 }
 
 /// Gives the index room again: a larger one, or, where removals left gaps, one for the entries without the gaps.

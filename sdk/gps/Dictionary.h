@@ -75,13 +75,15 @@ private:
     Value& slotFor(std::string_view key);
     [[nodiscard]] std::uint32_t hashOf(std::string_view key) const noexcept;
     [[nodiscard]] std::size_t positionOf(std::string_view key, std::uint32_t hash) const noexcept;
-    void append(std::string_view key, std::uint32_t hash);
+    Value& append(std::string_view key, std::uint32_t hash);
+    Value& takeNext();
     void makeRoom();
     void buildIndex();
 
     std::vector<DictionaryEntry> entries_; // [0, used_): in use, removed ones none; behind: storage to reuse
     std::size_t used_ = 0;
     std::size_t live_ = 0;
+    std::size_t apart_ = 0;        // no two of so many keys from the front are equal, those behind used_ included
     std::unique_ptr<Index> index_; // only when large
 };
 

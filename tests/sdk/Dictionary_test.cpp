@@ -290,16 +290,17 @@ TEST(Dictionary, SettingAndRemovingOnAndOnTakesNoMoreAndMore)
 }
 
 // Against a plain list that does the same by the book.
-TEST(Dictionary, DoesAsAListWouldWhateverIsAskedOfIt)
+/// Takes random steps on a dictionary and on a plain list, and holds them against one another after each.
+void compareWithAList(int keys, unsigned clearsInAThousand)
 {
     std::mt19937 random{7}; // the same steps each time
     Dictionary dictionary;
     std::vector<std::pair<std::string, int>> list;
     for (int step = 0; step < 20'000; ++step) {
-        const auto key = keyOf(static_cast<int>(random() % 60));
+        const auto key = keyOf(static_cast<int>(random() % static_cast<unsigned>(keys)));
         const auto at = std::find_if(list.begin(), list.end(), [&key](const auto& entry) { return entry.first == key; });
         const auto kind = random() % 1000;
-        if (kind == 0) {
+        if (kind < clearsInAThousand) {
             dictionary.clear();
             list.clear();
         } else if (kind < 400) {
@@ -324,6 +325,32 @@ TEST(Dictionary, DoesAsAListWouldWhateverIsAskedOfIt)
         }
         ASSERT_EQ(dictionary.contains(key), kind >= 400);
     }
+}
+
+TEST(Dictionary, DoesAsAListWouldWhateverIsAskedOfIt)
+{
+    compareWithAList(60, 1);
+}
+
+TEST(Dictionary, ASmallOneDoesAsAListWouldHoweverOftenItIsClearedAndFilledAgain)
+{
+    compareWithAList(6, 150);
+}
+
+TEST(Dictionary, ALargeOneDoesAsAListWouldHoweverOftenItIsClearedAndFilledAgain)
+{
+    compareWithAList(20, 20);
+}
+
+TEST(Dictionary, AClearedOneFilledInAnotherOrderHasEachKeyOnce)
+{
+    Dictionary dictionary{{"a", 1}, {"b", 2}, {"c", 3}};
+    dictionary.clear();
+    dictionary.set("b", 4); // stands where "a" was, with its own old entry behind it
+    dictionary.set("b", 5);
+    dictionary.set("c", 6);
+    EXPECT_THAT(keysOf(dictionary), ElementsAre("b", "c"));
+    EXPECT_EQ(*dictionary.find("b"), Value{5});
 }
 
 TEST(Dictionary, AMillionKeysAreNoTrouble)
