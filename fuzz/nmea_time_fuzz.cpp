@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <string>
 
 namespace {
@@ -25,6 +26,19 @@ Fields split(std::string_view line)
     return fields;
 }
 
+std::int64_t dayOf(std::int64_t time)
+{
+    constexpr std::int64_t kDay = 86400;
+    return time / kDay - (time % kDay < 0 ? 1 : 0);
+}
+
+void checkUpdate(std::int64_t previous, std::string_view time)
+{
+    const auto updated = NMEAUtils::updateNMEADate(previous, time);
+    fuzz::require(dayOf(updated) == dayOf(previous), "a new time of day keeps the day");
+    fuzz::require(NMEAUtils::updateNMEADate(updated, time) == updated, "a second update changes nothing");
+}
+
 void checkTimes(std::string_view date, std::string_view time)
 {
     const auto moment = NMEAUtils::convertNMEADate(date, time);
@@ -34,10 +48,9 @@ void checkTimes(std::string_view date, std::string_view time)
     if (moment != 0)
         fuzz::require(text.date == date && text.time.substr(0, 6) == time.substr(0, 6), "what was read is what is written");
 
-    constexpr std::int64_t kDay = 86400;
-    const auto updated = NMEAUtils::updateNMEADate(moment, time);
-    fuzz::require(updated / kDay == moment / kDay, "a new time of day keeps the day");
-    fuzz::require(NMEAUtils::updateNMEADate(updated, time) == updated, "a second update changes nothing");
+    for (const auto previous :
+         {moment, -moment, std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()})
+        checkUpdate(previous, time);
 }
 
 void checkCoordinate(std::string_view degreesMinutes, std::string_view direction)

@@ -110,11 +110,11 @@ std::optional<std::int64_t> secondOfDay(std::string_view time) noexcept
     return hour * 3600 + minute * 60 + second;
 }
 
-/// The largest multiple of a day that is not after a time.
-constexpr std::int64_t midnightBefore(std::int64_t time) noexcept
+/// How far into its day a time is, also before 1970.
+constexpr std::int64_t secondsSinceMidnight(std::int64_t time) noexcept
 {
-    const std::int64_t into = time % kSecondsPerDay;
-    return time - (into < 0 ? into + kSecondsPerDay : into);
+    const std::int64_t rest = time % kSecondsPerDay;
+    return rest < 0 ? rest + kSecondsPerDay : rest;
 }
 
 } // namespace
@@ -190,16 +190,19 @@ std::int64_t convertNMEADate(std::string_view date, std::string_view time) noexc
 std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexcept
 {
     const auto second = secondOfDay(time);
-    return second ? midnightBefore(previous) + *second : previous;
+    if (!second)
+        return previous;
+    // The first and the last day of a 64-bit count are not whole: a previous value may come from anywhere.
+    std::int64_t updated = 0;
+    return __builtin_add_overflow(previous, *second - secondsSinceMidnight(previous), &updated) ? previous : updated;
 }
 
 DateTimeText makeNMEADateFrom(std::int64_t time)
 {
     if (time < kFirstWritableTime || time > kLastWritableTime)
         return {};
-    const std::int64_t midnight = midnightBefore(time);
-    const std::chrono::year_month_day day{std::chrono::sys_days{std::chrono::days{midnight / kSecondsPerDay}}};
-    const std::int64_t second = time - midnight;
+    const std::chrono::year_month_day day{std::chrono::sys_days{std::chrono::days{time / kSecondsPerDay}}};
+    const std::int64_t second = secondsSinceMidnight(time);
 
     DateTimeText text;
     appendPadded(text.date, static_cast<unsigned>(day.day()), 2);

@@ -45,14 +45,16 @@ struct DateTimeText {
 [[nodiscard]] std::optional<CoordinateText> convertDegreesToNMEADegreesMinutes(double degrees, bool asLatitude);
 
 /// `convertNMEADate:andTime:`: seconds since 1970-01-01 00:00 UTC, fractions dropped. Years 80-99 are 1980-1999, 00-79 are
-/// 2000-2079. @return  0 when either text is empty or malformed
+/// 2000-2079.
+/// @return  0 when either text is empty or malformed
 [[nodiscard]] std::int64_t convertNMEADate(std::string_view date, std::string_view time) noexcept;
 
-/// `updateNMEADate:withTime:`: the day of the previous value (also day 0) with a new time of day. @return  the previous value
-/// when the time is malformed
+/// `updateNMEADate:withTime:`: the day of the previous value (also day 0) with a new time of day.
+/// @return  the previous value when the time is malformed, or when 64 bits cannot hold that time of that day
 [[nodiscard]] std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexcept;
 
-/// `makeNMEADateFrom:withTime:`. @return  two empty texts for 0 and for every time before 1980 or after 2079
+/// `makeNMEADateFrom:withTime:`: "110808" and "071548.00".
+/// @return  two empty texts for 0 and for every time before 1980 or after 2079, which two digits of a year cannot tell
 [[nodiscard]] DateTimeText makeNMEADateFrom(std::int64_t time);
 
 } // namespace gps::NMEAUtils

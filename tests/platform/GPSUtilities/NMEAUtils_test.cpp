@@ -101,8 +101,16 @@ TEST(NMEAUtilsChecksum, IsTheExclusiveOrOfAllBytes)
     EXPECT_EQ(checksumFromSentence(""), 0);
     EXPECT_EQ(checksumFromSentence("A"), 0x41);
     EXPECT_EQ(checksumFromSentence("AB"), 0x03);
-    EXPECT_EQ(checksumFromSentence("PMGNCMD,END"), 0x3D);
     EXPECT_EQ(checksumFromSentence("\xFF\x0F"), 0xF0);
+}
+
+TEST(NMEAUtilsChecksum, OfEachCommandIsTheOneThatReceiversExpect)
+{
+    EXPECT_EQ(checksumFromSentence("PMGNCMD,VERSION"), 0x28);
+    EXPECT_EQ(checksumFromSentence("PMGNCMD,TON"), 0x27);
+    EXPECT_EQ(checksumFromSentence("PMGNCMD,END"), 0x3D);
+    EXPECT_EQ(checksumFromSentence("PMGNCMD,HANDON"), 0x70);
+    EXPECT_EQ(checksumFromSentence("PMGNCMD,HANDOFF"), 0x3E);
 }
 
 TEST(NMEAUtilsChecksum, IsAddedInTwoCapitalDigitsWithoutALineEnd)
@@ -399,6 +407,20 @@ TEST(NMEAUtilsUpdateDate, AMalformedTimeLeavesThePreviousValueAsItIs)
         EXPECT_EQ(updateNMEADate(1218438948, time), 1218438948) << time;
         EXPECT_EQ(updateNMEADate(0, time), 0) << time;
     }
+}
+
+TEST(NMEAUtilsUpdateDate, ATimeOfDayThat64BitsCannotHoldLeavesThePreviousValueAsItIs)
+{
+    constexpr auto kFirst = std::numeric_limits<std::int64_t>::min(); // 08:29:52 of its day
+    constexpr auto kLast = std::numeric_limits<std::int64_t>::max();  // 15:30:07 of its day
+    EXPECT_EQ(updateNMEADate(kFirst, "082951"), kFirst);
+    EXPECT_EQ(updateNMEADate(kFirst, "082952"), kFirst);
+    EXPECT_EQ(updateNMEADate(kFirst, "082953"), kFirst + 1);
+    EXPECT_EQ(updateNMEADate(kFirst, "000000"), kFirst);
+    EXPECT_EQ(updateNMEADate(kLast, "153006"), kLast - 1);
+    EXPECT_EQ(updateNMEADate(kLast, "153007"), kLast);
+    EXPECT_EQ(updateNMEADate(kLast, "153008"), kLast);
+    EXPECT_EQ(updateNMEADate(kLast, "235959"), kLast);
 }
 
 TEST(NMEAUtilsWriteDate, HasTwoDigitsOfEachPart)
