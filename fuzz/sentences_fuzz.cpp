@@ -40,6 +40,20 @@ template <typename Interpret> std::optional<PointRecord> interpreted(std::string
     return std::nullopt;
 }
 
+/// Looks for a name alone and reads the whole line.
+template <typename Interpret, typename NameIn> void checkName(std::string_view line, Interpret interpret, NameIn nameIn)
+{
+    std::optional<std::string_view> name;
+    try {
+        name = nameIn(line);
+    } catch (const gps::RangeError&) {
+    }
+    const auto read = interpreted(line, interpret);
+    const auto* readName = read ? read->record.findString("name") : nullptr;
+    fuzz::require(name.has_value() == (readName != nullptr) && (!name || *name == *readName),
+                  "a name that is looked for alone is the one that a reading finds");
+}
+
 template <typename Interpret, typename Make> void checkPointSentence(std::string_view line, Interpret interpret, Make make)
 {
     const auto first = interpreted(line, interpret);
@@ -69,7 +83,7 @@ void checkRouteSentence(std::string_view line)
     try {
         (void)magellan::interpretRouteSentence(line, points, known, info);
     } catch (const gps::RangeError&) {
-        fuzz::require(points.empty(), "a line that is too short brings no points");
+        fuzz::require(points.empty() && info.empty(), "a line that is too short brings nothing");
         return;
     }
     const auto text = magellan::makeRouteSentences(points, info);
@@ -91,6 +105,8 @@ void checkLine(std::string_view line)
                        [](const PointRecord& r) { return magellan::makeWayPointSentence(r.point, r.record); });
     checkPointSentence(line, magellan::interpretGeoCacheSentence,
                        [](const PointRecord& r) { return magellan::makeGeoCacheSentence(r.point, r.record); });
+    checkName(line, magellan::interpretWayPointSentence, magellan::nameInWayPointSentence);
+    checkName(line, magellan::interpretGeoCacheSentence, magellan::nameInGeoCacheSentence);
     checkRouteSentence(line);
 }
 

@@ -5,8 +5,11 @@
 #include "SentenceFields.h"
 
 #include <gps/NumberText.h>
+#include <gps/Value.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
 
 namespace magellan {
+
 const gps::CharacterSet& deviceCharacterSet()
 {
     // Never destroyed: a worker may still read it while the process ends.
@@ -36,9 +39,10 @@ void setInDictionary(gps::Dictionary& record, std::string_view key, std::size_t 
 
 void readPlace(const SentenceFields& fields, gps::GPSPoint& point)
 {
-    point.altitude = gps::leadingNumber(fields.at(5)).value_or(0);
+    fields.require(6);
     point.latitude = gps::NMEAUtils::convertNMEADegreesMinutes(fields.at(1), fields.at(2));
     point.longitude = gps::NMEAUtils::convertNMEADegreesMinutes(fields.at(3), fields.at(4));
+    point.altitude = gps::leadingNumber(fields.at(5)).value_or(0);
 }
 
 bool appendPlace(std::string& body, std::string_view name, const gps::GPSPoint& point, int altitudeDigits)

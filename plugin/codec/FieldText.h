@@ -3,14 +3,16 @@
 
 #pragma once
 
-#include <gps/Value.h>
 #include <platform/GPSUtilities/CharacterFilter.h>
-#include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
+
+namespace gps {
+class Dictionary;
+struct GPSPoint;
+} // namespace gps
 
 namespace magellan {
 

@@ -50,8 +50,9 @@ constexpr std::array<std::string_view, kFieldCount - kName> kTextKeys{
 /// were.
 void checkTexts(const SentenceFields& fields)
 {
-    if (fields.count() < kFieldCount)
-        fields.throwRangeError(fields.count() == kAltitudeUnit ? kDatePlaced : fields.count());
+    if (fields.count() == kAltitudeUnit)
+        fields.throwRangeError(kDatePlaced);
+    fields.require(kFieldCount);
 }
 
 } // namespace

@@ -90,13 +90,13 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
         return false;
 
     // All that can throw comes first, so that a damaged sentence leaves the route as it was.
+    const std::int32_t total = gps::leadingInt32(fields->at(kTotal));
     const auto name = fields->at(kName);
     const auto letter = fields->at(kLetter);
     if (letter.empty())
         fields->throwRangeError(kLetter);
     const auto comment = letter.front() == kMessage ? fields->at(kComment) : std::string_view{};
 
-    const std::int32_t total = gps::leadingInt32(fields->at(kTotal));
     const std::int32_t number = gps::leadingInt32(fields->at(kNumber));
     const std::int32_t last = integerUnder(info, "lastIndex", 0);
     info.setText("name", name);

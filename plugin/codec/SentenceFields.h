@@ -41,6 +41,14 @@ public:
         return position < count_ ? body_.substr(starts_[position]) : std::string_view{};
     }
 
+    /// Asks for so many fields at once: a reader that does so before it takes anything leaves nothing half read.
+    /// @throws gps::RangeError  there are fewer; it names the first one that is not there
+    void require(std::size_t count) const
+    {
+        if (count_ < count)
+            throwRangeError(count_);
+    }
+
     /// Throws what `at` would: for a field that is there but lacks what must be in it.
     [[noreturn]] void throwRangeError(std::size_t position) const;
 

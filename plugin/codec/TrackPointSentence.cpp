@@ -42,15 +42,14 @@ bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point
     if (!fields)
         return false;
 
-    // The last field that every sentence must have. Taken first, so that a short sentence throws
-    // before the caller's point is half written.
-    const auto timeOfDay = fields->at(kTimeOfDay);
-
+    // Before anything is taken, so that a short sentence leaves the caller's point as it was.
+    fields->require(kTimeOfDay + 1);
     readPlace(*fields, point);
     if (fields->at(kAltitudeUnit) == "F")
         point.altitude /= kFeetPerMetre;
     if (extras != nullptr && fields->count() > kTrackName && !fields->at(kTrackName).empty())
         extras->setText("trackName", fields->at(kTrackName));
+    const auto timeOfDay = fields->at(kTimeOfDay);
     point.time = fields->count() > kDate ? NMEAUtils::convertNMEADate(fields->at(kDate), timeOfDay)
                                          : NMEAUtils::updateNMEADate(point.time, timeOfDay);
     return true;

@@ -37,7 +37,8 @@ constexpr int kAltitudeDigits = 7;
 /// caller's point and record stay as they were.
 void checkTexts(const SentenceFields& fields)
 {
-    if (fields.count() <= kAltitude || fields.count() == kName || fields.count() == kComment)
+    fields.require(kAltitude + 1);
+    if (fields.count() == kName || fields.count() == kComment)
         fields.throwRangeError(fields.count());
 }
 

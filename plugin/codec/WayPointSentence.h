@@ -18,8 +18,7 @@ namespace magellan {
 /// @param sentence  one line as read: "$", body, "*hh", with or without a line end
 /// @param point     out: degrees (north and east positive), metres (whatever the unit field says), time 0. `reserved` is never
 ///                  touched
-/// @param record    gets "name" and "comment" (not at all from a body of 6 fields), and "symbol" where there are 10 fields; may
-/// be null
+/// @param record    gets "name" and "comment" (not at all from a body of 6 fields), and "symbol" from 10 fields on; may be null
 /// @return          whether the line was a waypoint. If not, nothing has changed
 /// @throws gps::RangeError  the body has fewer than 6 fields, or 7 or 8 and a record is given. Nothing has changed
 /// Source: NMEA 0183 proprietary sentence form.

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <support/LogCapture.h>
+#include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -101,20 +102,15 @@ std::string rangeText(std::size_t count)
 {
     gps::GPSPoint point;
     gps::Dictionary record;
-    try {
-        (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record);
-    } catch (const gps::RangeError& error) {
-        return error.what();
-    }
-    return "";
+    return support::rangeErrorOf([&] { (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record); });
 }
 
 TEST(ReadGeoCache, ARangeErrorNamesTheFieldAtTheCountAndThePlacedDateWhereThereAreNoTexts)
 {
-    EXPECT_EQ(rangeText(6), "A PMGNGEO sentence has no field 12: it has 6 fields");
-    EXPECT_EQ(rangeText(7), "A PMGNGEO sentence has no field 7: it has 7 fields");
-    EXPECT_EQ(rangeText(12), "A PMGNGEO sentence has no field 12: it has 12 fields");
-    EXPECT_EQ(rangeText(15), "A PMGNGEO sentence has no field 15: it has 15 fields");
+    for (std::size_t count = 1; count < 16; ++count)
+        EXPECT_EQ(rangeText(count),
+                  count == 6 ? "A PMGNGEO sentence has no field 12: it has 6 fields" : support::firstMissing("PMGNGEO", count));
+    EXPECT_EQ(rangeText(16), "");
 }
 
 TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsTaken)

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <support/LogCapture.h>
+#include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -137,6 +138,15 @@ TEST(ReadRoute, AListOfExactlySixFieldsHasNoPoints)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
+TEST(ReadRoute, AListOfExactlySevenFieldsHasOnePoint)
+{
+    Reading route;
+    EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,A"));
+    EXPECT_EQ(route.names(), "A");
+    EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,"));
+    EXPECT_EQ(route.names(), "A");
+}
+
 TEST(ReadRoute, ABodyOfFewerThanSixFieldsThrowsAndChangesNothing)
 {
     for (const auto* body : {kList, kMessage}) {
@@ -147,6 +157,16 @@ TEST(ReadRoute, ABodyOfFewerThanSixFieldsThrowsAndChangesNothing)
             EXPECT_THAT(route.points, IsEmpty()) << count;
         }
     }
+}
+
+TEST(ReadRoute, ARangeErrorNamesTheSentenceTheFieldThatItWantedAndTheCount)
+{
+    const auto rangeText = [](std::string_view body) { return support::rangeErrorOf([&] { (void)Reading{}.take(body); }); };
+    EXPECT_EQ(rangeText("PMGNRTE"), "A PMGNRTE sentence has no field 1: it has 1 field");
+    for (std::size_t count = 2; count < 6; ++count)
+        EXPECT_EQ(rangeText(firstFields(kList, count)),
+                  "A PMGNRTE sentence has no field 5: it has " + std::to_string(count) + " fields");
+    EXPECT_EQ(rangeText(firstFields(kMessage, 6)), "A PMGNRTE sentence has no field 6: it has 6 fields");
 }
 
 TEST(ReadRoute, AMessageOfSixFieldsThrowsAndOneOfSevenIsTaken)

@@ -8,9 +8,11 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -45,16 +47,21 @@ TEST(SentenceFields, APositionAtTheCountThrowsAndTheOneBelowDoesNot)
 
 TEST(SentenceFields, ARangeErrorIsAnOutOfRangeThatNamesSentenceFieldAndCount)
 {
-    const auto textOf = [](std::string_view body, std::size_t position) {
-        try {
-            (void)SentenceFields{body}.at(position);
-        } catch (const std::out_of_range& error) {
-            return std::string{error.what()};
-        }
-        return std::string{};
-    };
-    EXPECT_EQ(textOf("PMGNTRK", 7), "A PMGNTRK sentence has no field 7: it has 1 field");
-    EXPECT_EQ(textOf("PMGNGEO,1,2", 12), "A PMGNGEO sentence has no field 12: it has 3 fields");
+    static_assert(std::is_base_of_v<std::out_of_range, gps::RangeError>);
+    EXPECT_EQ(support::rangeErrorOf([] { (void)SentenceFields{"PMGNTRK"}.at(7); }),
+              "A PMGNTRK sentence has no field 7: it has 1 field");
+    EXPECT_EQ(support::rangeErrorOf([] { (void)SentenceFields{"PMGNGEO,1,2"}.at(12); }),
+              "A PMGNGEO sentence has no field 12: it has 3 fields");
+}
+
+TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstThatIsMissing)
+{
+    const SentenceFields fields{"PMGNTRK,1,2"};
+    EXPECT_NO_THROW(fields.require(0));
+    EXPECT_NO_THROW(fields.require(3));
+    for (const std::size_t count : {4U, 8U, 100U})
+        EXPECT_EQ(support::rangeErrorOf([&] { fields.require(count); }), "A PMGNTRK sentence has no field 3: it has 3 fields")
+            << count;
 }
 
 TEST(SentenceFields, AMissingContentThrowsAsAMissingFieldDoes)

@@ -17,6 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -69,15 +70,18 @@ TEST(ReadTrackPoint, ABodyOfFewerThanEightFieldsThrowsAndChangesNothing)
     }
 }
 
-TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFieldAndTheCount)
+std::string rangeText(std::size_t count)
 {
     gps::GPSPoint point;
-    try {
-        (void)interpretTrackPointSentence(sentence(firstFields(kBody, 7)), point, nullptr);
-        FAIL() << "nothing was thrown";
-    } catch (const gps::RangeError& error) {
-        EXPECT_STREQ(error.what(), "A PMGNTRK sentence has no field 7: it has 7 fields");
-    }
+    return support::rangeErrorOf([&] { (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, nullptr); });
+}
+
+TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
+{
+    EXPECT_EQ(rangeText(7), "A PMGNTRK sentence has no field 7: it has 7 fields");
+    for (std::size_t count = 1; count < 8; ++count)
+        EXPECT_EQ(rangeText(count), support::firstMissing("PMGNTRK", count));
+    EXPECT_EQ(rangeText(8), "");
 }
 
 TEST(ReadTrackPoint, TheNameComesFromTheTenthFieldOn)

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <support/LogCapture.h>
+#include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -103,6 +104,25 @@ TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsWhenARecordIsGiven)
         EXPECT_TRUE(record.empty()) << count;
         EXPECT_TRUE(interpretWayPointSentence(line, point, nullptr)) << count;
     }
+}
+
+std::string rangeText(std::size_t count, gps::Dictionary* record)
+{
+    gps::GPSPoint point;
+    return support::rangeErrorOf([&] { (void)interpretWayPointSentence(sentence(firstFields(kBody, count)), point, record); });
+}
+
+TEST(ReadWayPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
+{
+    gps::Dictionary record;
+    EXPECT_EQ(rangeText(5, nullptr), "A PMGNWPL sentence has no field 5: it has 5 fields");
+    for (std::size_t count = 1; count < 6; ++count) {
+        EXPECT_EQ(rangeText(count, nullptr), support::firstMissing("PMGNWPL", count));
+        EXPECT_EQ(rangeText(count, &record), support::firstMissing("PMGNWPL", count));
+    }
+    EXPECT_EQ(rangeText(7, &record), support::firstMissing("PMGNWPL", 7));
+    EXPECT_EQ(rangeText(8, &record), support::firstMissing("PMGNWPL", 8));
+    EXPECT_EQ(rangeText(9, &record), "");
 }
 
 TEST(ReadWayPoint, ABodyOfExactlyNineFieldsHasNameAndCommentButNoSymbol)
@@ -201,6 +221,12 @@ TEST(WriteWayPoint, ARecordWithoutASymbolHasTheIconA)
     EXPECT_EQ(makeWayPointSentence({}, {{"symbol", 7}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
     EXPECT_EQ(makeWayPointSentence({}, {{"symbol", "no such symbol"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+}
+
+TEST(WriteWayPoint, AnIconIsNeitherFilteredNorLeftOutWhenItIsEmpty)
+{
+    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", "_|"}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,_|"));
+    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", ""}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,"));
 }
 
 TEST(WriteWayPoint, AnAltitudeIsCutTowardZeroAndFilledUpToSevenCharacters)
