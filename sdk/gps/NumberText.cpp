@@ -79,7 +79,7 @@ bool isHuge(std::string_view text) noexcept
         }
     }
     std::int32_t exponent = 0;
-    if (i < text.size() && (text[i] == 'e' || text[i] == 'E'))
+    if (i + 1 < text.size() && (text[i] == 'e' || text[i] == 'E') && !isWhiteSpace(text[i + 1]))
         exponent = leadingInt32(text.substr(i + 1));
     return magnitude + exponent > 0;
 }

@@ -61,7 +61,9 @@ TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
                                                    {"-" + std::string(400, '9'), -kLargest},
                                                    {"0." + std::string(400, '0') + "1", 0},
                                                    {"0." + std::string(400, '0') + "1e800", kLargest},
-                                                   {std::string(400, '9') + "e-800", 0}};
+                                                   {std::string(400, '9') + "e-800", 0},
+                                                   {std::string(400, '9') + "e -800", kLargest},
+                                                   {std::string(400, '9') + "e", kLargest}};
     for (const auto& [text, number] : rows) {
         const auto read = leadingNumber(text);
         ASSERT_TRUE(read) << text;
