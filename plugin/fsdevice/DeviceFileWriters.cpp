@@ -42,19 +42,6 @@ std::string textOf(const std::vector<std::string>& sentences)
     return text;
 }
 
-/// What a geocache is kept under: its identifier, a number as its decimal text, or else its name.
-std::optional<std::string> geocacheKey(const gps::Dictionary& record)
-{
-    if (const auto* id = record.find("cacheID")) {
-        if (const auto* text = id->as<std::string>())
-            return *text;
-        if (const auto* number = id->as<gps::Number>())
-            return number->text();
-    }
-    const auto* name = record.findString("name");
-    return name != nullptr ? std::optional{*name} : std::nullopt;
-}
-
 /// The points under "points"; none of them where it is missing or no list.
 const gps::Array& pointsOf(const gps::Dictionary& record)
 {
@@ -153,6 +140,18 @@ std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::s
 {
     const auto text = mergedGeocacheText(records, path);
     return text ? write(*text, path) : std::nullopt;
+}
+
+std::optional<std::string> geocacheKey(const gps::Dictionary& record)
+{
+    if (const auto* id = record.find("cacheID")) {
+        if (const auto* text = id->as<std::string>())
+            return *text;
+        if (const auto* number = id->as<gps::Number>())
+            return number->text();
+    }
+    const auto* name = record.findString("name");
+    return name != nullptr ? std::optional{*name} : std::nullopt;
 }
 
 std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path)

@@ -39,6 +39,9 @@ namespace magellan {
 /// any record has no point nothing is written, and that is no error.
 [[nodiscard]] std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path);
 
+/// What a geocache is merged under: its "cacheID", a number as its decimal text, or else its "name". @return  none with neither
+[[nodiscard]] std::optional<std::string> geocacheKey(const gps::Dictionary& record);
+
 /// `mergeRoutes:intoPath:`: all waypoints sorted by name, then all routes numbered from 1 in the order of first coming.
 [[nodiscard]] std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path);
 

@@ -85,9 +85,11 @@ std::optional<gps::Error> MagellanGPSPlugin::importFile(const std::optional<std:
         status.gpsStateChange(0);
         return error;
     };
-    if (!path)
-        return refuse(
+    if (!path) { // the one refusal of which the host hears before the log does
+        status.gpsStateChange(0);
+        return logged(
             makeError(ErrorCode::kImportRefused, "No extension exists on selected file", "Make sure there's an extension"));
+    }
     const auto* kind = kindOf(gps::pathExtension(*path));
     if (kind == nullptr)
         return refuse(makeError(ErrorCode::kImportRefused, "Unrecognized extension on selected file", kWrongPlugIn, *path));

@@ -39,7 +39,7 @@ void save(const SendJob& job)
         if (const auto error = write(job))
             gps::logError(kFilesLogSource, *error);
     } catch (const std::exception& failure) {
-        gps::logError(kFilesLogSource, makeThrownError(failure, *job.folder));
+        gps::logError(kFilesLogSource, makeThrownError(failure, targetOf(job)));
     }
 }
 

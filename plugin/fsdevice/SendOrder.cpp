@@ -3,11 +3,29 @@
 #include "SendOrder.h"
 
 #include "../common/FolderWalk.h"
+#include "DeviceFileWriters.h"
 #include "GeocacheSplit.h"
+
+#include <platform/System/FileManager.h>
 
 #include <utility>
 
 namespace magellan {
+
+std::string targetOf(const SendJob& job)
+{
+    switch (job.kind) {
+    case SendKind::kTracks:
+        return *job.folder;
+    case SendKind::kWaypoints:
+        return gps::joinPath(*job.folder, kDefaultWaypointFile);
+    case SendKind::kGeocaches:
+        return gps::joinPath(*job.folder, kDefaultGeocacheFile);
+    case SendKind::kRoutes:
+        break;
+    }
+    return gps::joinPath(*job.folder, kDefaultRouteFile);
+}
 
 std::vector<SendBracket> sendOrder(const gps::Dictionary& data, const gps::Dictionary& folders, const std::string& volume)
 {

@@ -23,6 +23,11 @@ struct SendJob {
     std::optional<std::string> folder;
 };
 
+/// The path that stands for a job in what is said of it: the default file that its kind is merged into; for tracks, which get
+/// a file each, their folder.
+/// Precondition: the job has a folder.
+[[nodiscard]] std::string targetOf(const SendJob& job);
+
 /// What a host sees as one sending.
 struct SendBracket {
     std::string_view label;

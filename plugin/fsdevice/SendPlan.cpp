@@ -87,15 +87,6 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
     }
 }
 
-/// The default file that a kind is merged into.
-std::string defaultFile(const SendJob& job)
-{
-    const auto* const name = job.kind == SendKind::kWaypoints   ? kDefaultWaypointFile
-                             : job.kind == SendKind::kGeocaches ? kDefaultGeocacheFile
-                                                                : kDefaultRouteFile;
-    return gps::joinPath(*job.folder, name);
-}
-
 std::optional<std::string> mergedText(const SendJob& job, const std::string& path)
 {
     if (job.kind == SendKind::kWaypoints)
@@ -107,7 +98,7 @@ std::optional<std::string> mergedText(const SendJob& job, const std::string& pat
 
 void planMerge(const SendJob& job, gps::SendPlan& plan)
 {
-    const auto path = defaultFile(job);
+    const auto path = targetOf(job);
     try {
         auto content = mergedText(job, path);
         if (!content) {

@@ -6,6 +6,7 @@
 #include "../codec/SentenceFields.h"
 #include "../codec/SymbolMap.h"
 #include "../common/Lines.h"
+#include "DeviceFileWriters.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
 
@@ -82,7 +83,7 @@ void remarkOnPlace(std::string_view kind, const gps::Dictionary& record, Remarks
 
 void remarkOnWaypoint(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)
 {
-    if (!record.contains("name")) {
+    if (record.findString("name") == nullptr) {
         remarks.say("A " + std::string{kind} + " without a name is left out.");
         return;
     }
@@ -94,6 +95,10 @@ void remarkOnWaypoint(std::string_view kind, const gps::Dictionary& record, Rema
 
 void remarkOnGeocache(const gps::Dictionary& record, Remarks& remarks)
 {
+    if (!geocacheKey(record)) {
+        remarks.say("A geocache without an identifier or a name is left out.");
+        return;
+    }
     remarkOnText("geocache", record, "name", false, remarks);
     for (const auto key : kGeocacheTexts)
         remarkOnText("geocache", record, key, false, remarks);
@@ -102,7 +107,7 @@ void remarkOnGeocache(const gps::Dictionary& record, Remarks& remarks)
 
 void remarkOnRoute(const gps::Dictionary& record, Remarks& remarks)
 {
-    if (!record.contains("name"))
+    if (record.findString("name") == nullptr)
         remarks.say("A route without a name is left out, but for its points.");
     remarkOnText("route", record, "name", true, remarks);
     remarkOnText("route", record, "comment", false, remarks);

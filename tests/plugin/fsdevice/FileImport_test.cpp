@@ -2,6 +2,7 @@
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -235,6 +236,34 @@ TEST_F(FileImportTest, ARefusalIsLoggedWhenTheDebugLevelIsNotZero)
         ASSERT_TRUE(error);
         EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
     }
+}
+
+/// Notes how much stood in the log when the end was reported.
+class LogLength : public support::RecordingReceiver {
+public:
+    void gpsStateChange(std::int32_t state) override
+    {
+        linesAtTheEnd_ = log_.lines().size();
+        RecordingReceiver::gpsStateChange(state);
+    }
+    [[nodiscard]] std::size_t linesAtTheEnd() const { return linesAtTheEnd_; }
+
+private:
+    support::LogCapture log_;
+    std::size_t linesAtTheEnd_ = 0;
+};
+
+TEST_F(FileImportTest, ARefusalIsLoggedBeforeTheEndIsReportedButForAMissingPathAfterIt)
+{
+    const auto linesAtTheEnd = [](const gps::Value& path) {
+        const auto status = std::make_shared<LogLength>();
+        EXPECT_TRUE(std::make_shared<MagellanGPSPlugin>()->gpsRunAcquire(status, {{"debug", 1}, {"sourcePath", path}}));
+        return status->linesAtTheEnd();
+    };
+    EXPECT_EQ(linesAtTheEnd(7), 0U);
+    EXPECT_EQ(linesAtTheEnd(folder_.path("x")), 1U);
+    EXPECT_EQ(linesAtTheEnd(folder_.put("e.upt", "")), 1U);
+    EXPECT_EQ(linesAtTheEnd(folder_.put("w.upt", kTrackPoint)), 1U);
 }
 
 TEST_F(FileImportTest, TheTextsOfARefusalAreTheOnlyEntriesBesideThePath)

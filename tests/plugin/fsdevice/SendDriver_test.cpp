@@ -67,6 +67,20 @@ TEST_F(SendDriver, WithoutADeviceTheAnswerIsTheErrorOfNoSelectionAfterTheEnd)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
+TEST_F(SendDriver, WithoutDataNoDeviceIsAskedFor)
+{
+    const support::TestFolders none{{}};
+    EXPECT_FALSE(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")->gpsRunSend(nullptr, status, {}));
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+}
+
+TEST_F(SendDriver, DataWithoutAnyKindMakesNoBracket)
+{
+    const gps::Dictionary data{{"track", "no list"}, {"waypoints", gps::Array{waypoint("A")}}};
+    EXPECT_FALSE(send(&data));
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+}
+
 TEST_F(SendDriver, DataWithOnlyRoutesMakesTheirBracketAndTheEnd)
 {
     const gps::Dictionary data{{"route", gps::Array{}}};
@@ -120,12 +134,15 @@ TEST_F(SendDriver, EmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
     EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
 }
 
-TEST_F(SendDriver, EmptyWaypointListRewritesTheDefaultFileWhereThereIsNoGeocacheFolder)
+TEST_F(SendDriver, EmptyWaypointListRewritesTheDefaultFileWithItsPresentContentsWhereThereIsNoGeocacheFolder)
 {
     receiver.languageFile({"MyPOIs=My POIs"});
+    const auto present = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b");
+    receiver.put("My POIs/Default POI File.upt", {present, "no sentence"});
     const gps::Dictionary data{{"waypoint", gps::Array{}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), kClosing);
+    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), present + "\r\n" + kClosing);
 }
 
 TEST_F(SendDriver, MissingFolderKeyMakesTheBracketsAndWritesNothing)
@@ -155,6 +172,7 @@ TEST_F(SendDriver, TooShortSentenceCountsAsThatFilesFailedWriteAndTheGeocachesOf
     EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), damaged + "\r\n");
     EXPECT_THAT(receiver.folder().read("Geocaches/Default Geocache File.gs"), HasSubstr("Oak"));
     EXPECT_THAT(log.lines(), testing::Contains(HasSubstr("PMGNWPL")));
+    EXPECT_EQ(log.errors().at(0).path(), receiver.path("My POIs/Default POI File.upt"));
     EXPECT_EQ(status->calls().back(), "gpsStateChange 0");
 }
 

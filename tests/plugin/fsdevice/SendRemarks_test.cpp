@@ -77,6 +77,17 @@ TEST(SendRemarks, RecordsThatAreLeftOutAreSaid)
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}), ElementsAre(HasSubstr("no place")));
     EXPECT_THAT(remarksOn(SendKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
                 ElementsAre(HasSubstr("route without a name")));
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
+                ElementsAre("A geocache without an identifier or a name is left out."));
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {gps::Dictionary{{"cacheID", 4711}, {"point", gps::GPSPoint{}}}}), IsEmpty());
+}
+
+TEST(SendRemarks, NameThatIsNoTextIsNone)
+{
+    auto record = waypoint("A");
+    record.set("name", 7);
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record}), ElementsAre("A waypoint without a name is left out."));
+    EXPECT_THAT(remarksOn(SendKind::kRoutes, {record}), ElementsAre(HasSubstr("route without a name")));
 }
 
 TEST(SendRemarks, TrackPointsWithoutAPlaceAreCounted)
