@@ -5,9 +5,12 @@
 #include <plugin/codec/FieldText.h>
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -15,7 +18,9 @@
 
 #include <gmock/gmock.h>
 
+#include "../../platform/System/PrivateMount.h"
 #include "../../support/LogCapture.h"
+#include "../../support/RecordingReceiver.h"
 #include "../../support/Sentence.h"
 #include "../../support/TemporaryFolder.h"
 
@@ -77,6 +82,16 @@ std::string written(const std::vector<std::string>& lines)
     for (const auto& line : lines)
         text += line + "\r\n";
     return text + kClosing;
+}
+
+/// The names in a folder, hidden ones too.
+std::vector<std::string> namesIn(const support::TemporaryFolder& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator{folder.path()})
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 class DeviceFileWriters : public testing::Test {
@@ -151,6 +166,20 @@ TEST_F(DeviceFileWriters, MissingFolderIsTheWriteErrorAndStopsTheTracks)
     EXPECT_EQ(error->code(), 4);
 }
 
+TEST_F(DeviceFileWriters, FailedTrackStopsTheSavingAndTheTracksBeforeItStay)
+{
+    const support::PrivateMount volume{folder.path(), "size=64k"};
+    if (!volume.isMounted())
+        GTEST_SKIP() << "mounting is not permitted";
+    const auto large = track(gps::Array(2000, trackPoint(46.5)));
+    const auto error = saveTracks({track({}), large, track({})}, folder.path(), false);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), 640);
+    EXPECT_EQ(error->path(), folder.path("TKLG001.log"));
+    EXPECT_THAT(namesIn(folder), ElementsAre("TKLG000.log"));
+    EXPECT_EQ(folder.read("TKLG000.log"), kClosing);
+}
+
 TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThePresentOneInItsPlaceAndANewOneIsAdded)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), waypointLine("Home")}));
@@ -180,6 +209,30 @@ TEST_F(DeviceFileWriters, UnreadablePresentFileCountsAsEmptyAndIsLogged)
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("Couldn't read waypoint data from device")));
 }
 
+TEST_F(DeviceFileWriters, MissingPresentFileCountsAsEmptyAndIsLogged)
+{
+    ASSERT_FALSE(mergeWaypoints({waypoint("Camp")}, folder.path("p.upt")));
+    ASSERT_FALSE(mergeGeocaches({geocache("Oak")}, folder.path("c.gs")));
+    ASSERT_FALSE(mergeRoutes({route("Loop", {waypoint("Camp")})}, folder.path("r.rte")));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("Couldn't read waypoint data from device"),
+                                         HasSubstr("Couldn't read geocache data from device"),
+                                         HasSubstr("Couldn't read route data from device")));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
+    EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Oak")}));
+    EXPECT_EQ(folder.read("r.rte"), written({waypointLine("Camp"), sentence("PMGNRTE,1,1,c,1,Loop,Camp,a")}));
+}
+
+TEST_F(DeviceFileWriters, FolderInTheDefaultFilesPlaceIsTheWriteErrorAndStays)
+{
+    folder.put("Default POI File.upt/inside", "old");
+    const auto error = magellan::saveWaypoints({waypoint("Camp")}, folder.path(), false);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code(), 512);
+    EXPECT_EQ(error->path(), folder.path("Default POI File.upt"));
+    EXPECT_EQ(folder.read("Default POI File.upt/inside"), "old");
+    EXPECT_THAT(namesIn(folder), ElementsAre("Default POI File.upt"));
+}
+
 TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp")}));
@@ -191,10 +244,17 @@ TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
 
 TEST_F(DeviceFileWriters, TooShortSentenceInThePresentFileThrowsAndLeavesItAsItWas)
 {
-    const auto text = fileOf({sentence("PMGNWPL,4630.00000,N,00715.00000,E")});
-    const auto path = folder.put("p.upt", text);
-    EXPECT_THROW((void)mergeWaypoints({waypoint("Camp")}, path), gps::RangeError);
-    EXPECT_EQ(folder.read("p.upt"), text);
+    const auto expectThrown = [this](auto merge, std::string_view body) {
+        SCOPED_TRACE(body);
+        const auto text = fileOf({sentence(body)});
+        const auto path = folder.put("file", text);
+        EXPECT_THROW((void)merge(gps::Array{}, path), gps::RangeError);
+        EXPECT_EQ(folder.read("file"), text);
+    };
+    expectThrown(mergeWaypoints, "PMGNWPL,4630.00000,N,00715.00000,E");
+    expectThrown(mergeGeocaches, "PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak");
+    expectThrown(mergeRoutes, "PMGNWPL,4630.00000,N,00715.00000,E");
+    expectThrown(mergeRoutes, "PMGNRTE,1,1,c,1");
 }
 
 TEST_F(DeviceFileWriters, GeocacheWithAnIdentifierReplacesOnlyThePresentOneOfThatName)
@@ -346,6 +406,19 @@ public:
         return list;
     }
 
+    /// Points from the beginning to the end of what a sentence's date can tell, and some without a time.
+    gps::Dictionary track(int count)
+    {
+        std::uniform_int_distribution<std::int64_t> seconds{315'532'800, 3'471'292'799}; // 1980 to 2079
+        gps::Array points;
+        for (int i = 0; i < count; ++i) {
+            const std::int64_t time = below(10) == 0 ? 0 : seconds(random_);
+            points.emplace_back(
+                gps::Dictionary{{"point", gps::GPSPoint{real(-90, 90), real(-180, 180), real(-500, 9000), time, 0}}});
+        }
+        return {{"name", text(12)}, {"points", std::move(points)}};
+    }
+
 private:
     std::size_t below(std::size_t bound) { return std::uniform_int_distribution<std::size_t>{0, bound - 1}(random_); }
     double real(double low, double high) { return std::uniform_real_distribution<double>{low, high}(random_); }
@@ -362,21 +435,46 @@ private:
     std::mt19937 random_;
 };
 
+// The texts that are written, without the flushing of hundreds of files.
 TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBytes)
 {
     for (unsigned seed = 0; seed < 200; ++seed) {
         SCOPED_TRACE(seed);
         Generated generated{seed};
-        const auto twice = [&](auto merge, const gps::Array& records, std::string_view name) {
+        const auto twice = [this](auto mergedText, const gps::Array& records, std::string_view name) {
             std::filesystem::remove(folder.path(name));
-            ASSERT_FALSE(merge(records, folder.path(name)));
-            const auto once = folder.read(name);
-            ASSERT_FALSE(merge({}, folder.path(name)));
-            EXPECT_EQ(folder.read(name), once);
+            const auto once = std::optional<std::string>{mergedText(records, folder.path(name))};
+            ASSERT_TRUE(once);
+            EXPECT_EQ(mergedText({}, folder.put(name, *once)), once);
         };
-        twice(mergeWaypoints, generated.records(8, false), "w.upt");
-        twice(mergeGeocaches, generated.records(8, true), "g.gs");
-        twice(mergeRoutes, generated.routes(4), "r.rte");
+        twice(magellan::mergedWaypointText, generated.records(8, false), "w.upt");
+        twice(magellan::mergedGeocacheText, generated.records(8, true), "g.gs");
+        twice(magellan::mergedRouteText, generated.routes(4), "r.rte");
+    }
+}
+
+/// Takes what a track file holds, as the record that wrote it.
+class TrackTaker : public support::RecordingReceiver {
+public:
+    void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& /*extra*/) override
+    {
+        points_.emplace_back(gps::Dictionary{{"point", point}});
+    }
+    [[nodiscard]] gps::Dictionary track() const { return {{"points", points_}}; }
+
+private:
+    gps::Array points_;
+};
+
+TEST_F(DeviceFileWriters, GeneratedTracksWrittenReadAndWrittenAgainAreTheSameBytes)
+{
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        SCOPED_TRACE(seed);
+        const auto once = magellan::trackText(Generated{seed}.track(20));
+        TrackTaker taker;
+        magellan::acquireTracks(taker, folder.put("t.log", once));
+        EXPECT_EQ(magellan::trackText(taker.track()), once);
+        EXPECT_EQ(std::count(once.begin(), once.end(), '\n'), 20);
     }
 }
 
@@ -400,6 +498,30 @@ TEST_F(DeviceFileWriters, DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolde
     magellan::deleteFilesFromDir(folder.path("tracks"), "log");
     EXPECT_FALSE(std::filesystem::exists(folder.path("tracks")));
     EXPECT_TRUE(std::filesystem::exists(elsewhere.path("a.log")));
+    std::filesystem::current_path(here);
+}
+
+TEST_F(DeviceFileWriters, DeleteFlagClearsByTheKindsExtensionBeforeAnythingIsWritten)
+{
+    const auto here = std::filesystem::current_path();
+    const support::TemporaryFolder elsewhere;
+    std::filesystem::current_path(elsewhere.path());
+    for (const auto* name : {"a.log", "a.upt", "a.rte", "a.gs"})
+        elsewhere.put(name, "");
+    const auto expectCleared = [this](auto save, const std::string& name) {
+        SCOPED_TRACE(name);
+        const auto data = folder.makeFolder("data");
+        folder.put("data/a.other", "");
+        EXPECT_FALSE(save(gps::Array{}, data, true)); // no item bears the kind's extension
+        EXPECT_TRUE(std::filesystem::exists(folder.path("data/a.other")));
+        folder.put("data/" + name, "");
+        (void)save(gps::Array{gps::Dictionary{}}, data, true);
+        EXPECT_FALSE(std::filesystem::exists(data));
+    };
+    expectCleared(saveTracks, "a.log");
+    expectCleared(magellan::saveWaypoints, "a.upt");
+    expectCleared(magellan::saveRoutes, "a.rte");
+    expectCleared(magellan::saveGeocaches, "a.gs");
     std::filesystem::current_path(here);
 }
 
