@@ -59,6 +59,8 @@ std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::s
     const auto* name = folders.findString(key);
     if (name == nullptr || name->empty() || hasParentComponent(*name))
         return std::nullopt;
+    if (name->find('\0') != std::string::npos) // the system would take the path to end there, as in "..\0"
+        return std::nullopt;
     return gps::joinPath(volume, *name);
 }
 

@@ -8,6 +8,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -220,6 +221,13 @@ TEST(DataFolderPath, ANameThatWouldLeadOutOfTheVolumeIsNone)
         EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), std::nullopt) << name;
     for (const auto* name : {"..x", "x..", "...", "x/..y"})
         EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), "/media/GPS/" + std::string{name}) << name;
+}
+
+TEST(DataFolderPath, ANameWithANulByteIsNoneSinceTheSystemWouldReadOnlyWhatStandsBeforeIt)
+{
+    using namespace std::string_view_literals;
+    for (const auto name : {"..\0"sv, "..\0x"sv, "x/..\0/y"sv, "My POIs\0"sv, "\0"sv})
+        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), std::nullopt) << name;
 }
 
 TEST(DataFolderPath, ANameThatBeginsWithASlashIsJoinedLikeAnyOther)
