@@ -125,8 +125,10 @@ try {
     if (!S_ISREG(status.st_mode))
         return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
-    if (extent == Extent::kFront)
-        return readUpTo(files, file.get(), size + 1, limit, bytes);
+    if (extent == Extent::kFront) {
+        (void)readUpTo(files, file.get(), size + 1, limit, bytes); // what came before a failure is the front
+        return 0;
+    }
     if (size > limit)
         return EFBIG;
     if (const int failure = readUpTo(files, file.get(), size + 1, limit + 1, bytes))

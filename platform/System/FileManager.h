@@ -91,7 +91,8 @@ public:
     [[nodiscard]] std::optional<Error> readFile(const std::string& path, std::string& bytes,
                                                 std::size_t limit = kLargestFile) const;
 
-    /// At most `limit` bytes from a regular file's front, as far as they go.
+    /// At most `limit` bytes from a regular file's front, as far as they can be read.
+    /// @return  as above when it cannot be opened or is no regular file; a read that fails is none, but the end of the front
     [[nodiscard]] std::optional<Error> readFront(const std::string& path, std::string& bytes, std::size_t limit) const;
 
     /// Writes a whole file so that at any moment the old or the new one stands under the name, flushed to the medium before

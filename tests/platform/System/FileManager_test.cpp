@@ -196,6 +196,19 @@ TEST(FileManager, ReadsTheFrontAsFarAsItGoes)
     EXPECT_EQ(bytes, "");
 }
 
+TEST(FileManager, AFrontThatCannotBeReadIsEmptyAndOneThatCannotBeOpenedIsAnError)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("a", "text");
+    std::string bytes = "old";
+    OneFault broken{"read", EIO};
+    EXPECT_EQ(FileManager{&broken}.readFront(path, bytes, 8), std::nullopt);
+    EXPECT_EQ(bytes, "");
+    OneFault closed{"open", EIO};
+    EXPECT_EQ(codeOf(FileManager{&closed}.readFront(path, bytes, 8)), 256);
+    EXPECT_EQ(codeOf(FileManager{}.readFront(folder.path(), bytes, 8)), 256);
+}
+
 TEST(FileManager, ShortAndInterruptedReadsGiveTheWholeFile)
 {
     const TemporaryFolder folder;

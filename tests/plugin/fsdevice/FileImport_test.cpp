@@ -111,6 +111,15 @@ TEST_F(FileImportTest, AnEmptyFileCouldNotBeOpened)
         expectRefused(folder_.put(name, ""), kCouldNotOpen, "File may be missing or this may be the wrong plug-in");
 }
 
+// The process's own memory is a file that opens, but whose first bytes cannot be read.
+TEST_F(FileImportTest, AFileThatOpensButGivesNoFirstLineCouldNotBeOpened)
+{
+    for (const auto* name : {"points.upt", "t.log"}) {
+        std::filesystem::create_symlink("/proc/self/mem", folder_.path(name));
+        expectRefused(folder_.path(name), kCouldNotOpen, "File may be missing or this may be the wrong plug-in");
+    }
+}
+
 TEST_F(FileImportTest, ARouteFileThatListsItsWaypointsFirstIsUnrecognized)
 {
     expectRefused(folder_.put("r.rte", fileOf({kWayPoint, sentence("PMGNRTE,1,1,c,1,R,A,a")})), kUnrecognizedContents,
