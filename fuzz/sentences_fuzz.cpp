@@ -80,8 +80,9 @@ void checkRouteSentence(std::string_view line)
     static const auto known = knownWayPoints();
     gps::Array points;
     gps::Dictionary info;
+    std::size_t room = magellan::kRoutePointRoom;
     try {
-        (void)magellan::interpretRouteSentence(line, points, known, info);
+        (void)magellan::interpretRouteSentence(line, points, known, info, room);
     } catch (const gps::RangeError&) {
         fuzz::require(points.empty() && info.empty(), "a line that is too short brings nothing");
         return;
@@ -91,7 +92,7 @@ void checkRouteSentence(std::string_view line)
     gps::Dictionary infoAgain;
     bool ended = text.empty();
     for (const auto& sentence : text)
-        ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain);
+        ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain, room);
     fuzz::require(ended && again == points, "a written route ends with its last sentence and has its points");
     if (!text.empty())
         fuzz::require(magellan::makeRouteSentences(again, infoAgain) == text, "written, read and written again it is the same");

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 
 namespace magellan {
 namespace {
@@ -38,18 +39,40 @@ std::string_view takeField(std::string_view& rest) noexcept
     return field;
 }
 
+/// What a copy of a record takes, near enough.
+std::size_t bytesOf(const gps::Dictionary& record)
+{
+    std::size_t bytes = 0;
+    for (const auto& [key, value] : record) {
+        const auto* text = value.as<std::string>();
+        bytes += sizeof(gps::DictionaryEntry) + (text != nullptr ? text->size() : 0);
+    }
+    return bytes;
+}
+
+void takeRoom(std::size_t& room, std::size_t bytes)
+{
+    if (bytes > room)
+        throw std::length_error("the points of its routes would take too much memory");
+    room -= bytes;
+}
+
 /// Appends the waypoints of a list's pairs of name and icon. The icons are not looked at: a waypoint's record knows its own.
-void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints)
+void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints, std::size_t& room)
 {
     while (!pairs.empty()) {
         const auto name = takeField(pairs);
         takeField(pairs);
         if (name.empty())
             continue;
-        if (const auto* record = waypoints.find(name))
-            points.push_back(*record);
-        else
+        const auto* value = waypoints.find(name);
+        const auto* record = value != nullptr ? value->as<gps::Dictionary>() : nullptr;
+        if (record != nullptr) {
+            takeRoom(room, bytesOf(*record));
+            points.emplace_back(*record);
+        } else {
             gps::logLine("referencing " + std::string{name} + " waypoint that doesn't exist");
+        }
     }
 }
 
@@ -83,7 +106,7 @@ std::string_view iconOf(const gps::Dictionary& record)
 } // namespace
 
 bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const gps::Dictionary& waypoints,
-                            gps::Dictionary& info)
+                            gps::Dictionary& info, std::size_t& room)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kSentence);
     if (!fields)
@@ -106,7 +129,7 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
     if (letter.front() == kMessage)
         info.setText("comment", comment);
     else if (letter.front() == kList)
-        appendPoints(fields->from(kFirstPoint), points, waypoints);
+        appendPoints(fields->from(kFirstPoint), points, waypoints, room);
     info.set("lastIndex", number);
     return total == number;
 }

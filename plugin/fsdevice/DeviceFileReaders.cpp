@@ -170,11 +170,12 @@ std::optional<gps::Error> acquireRoutesIntoDictionaries(const std::string& path,
     extras.reserve(kUsualKeys);
     gps::Array points;
     gps::Dictionary info;
+    std::size_t room = kRoutePointRoom;
     forEachLine(text, [&](std::string_view line) {
         extras.clear();
         if (interpretWayPointSentence(line, point, &extras))
             keepByName(extras, point, waypoints);
-        else if (interpretRouteSentence(line, points, waypoints, info))
+        else if (interpretRouteSentence(line, points, waypoints, info, room))
             storeRoute(info, points, routes);
     });
     return std::nullopt;

@@ -144,15 +144,17 @@ void DownloadSession::downloadRoutes()
 {
     gps::Array points;
     gps::Dictionary info;
+    std::size_t room = kRoutePointRoom;
     link_.sendCommandWithChecksum("PMGNCMD,ROUTE");
     status_.startTransfer(gps::TransferKind::kRoutes);
     forEachReply([&](const std::optional<std::string>& body, const std::string& sentence) {
         gps::logLine(body.value_or("(null)"));
-        if (!interpretRouteSentence(sentence, points, waypoints_, info))
+        if (!interpretRouteSentence(sentence, points, waypoints_, info, room))
             return;
         reportRoute(info, points, status_);
         points.clear();
         info.clear();
+        room = kRoutePointRoom;
     });
     status_.endTransfer(gps::TransferKind::kRoutes);
 }

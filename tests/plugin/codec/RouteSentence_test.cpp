@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -34,7 +35,7 @@ constexpr char kMessage[] = "PMGNRTE,2,2,m,5,Loop,nice views";
 /// A route as it is read sentence by sentence, among the waypoints A to F.
 struct Reading {
     bool take(std::string_view body) { return takeLine(sentence(body)); }
-    bool takeLine(std::string_view line) { return interpretRouteSentence(line, points, waypoints, info); }
+    bool takeLine(std::string_view line) { return interpretRouteSentence(line, points, waypoints, info, room); }
 
     /// The names of the points so far, joined.
     [[nodiscard]] std::string names() const
@@ -48,6 +49,7 @@ struct Reading {
     gps::Array points;
     gps::Dictionary waypoints;
     gps::Dictionary info;
+    std::size_t room = kRoutePointRoom;
 
     Reading()
     {
@@ -73,6 +75,36 @@ TEST(ReadRoute, ItsPointsAreTheWaypointsRecordsWithTheirPoint)
     EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,B,zz"));
     ASSERT_EQ(route.points.size(), 1U);
     EXPECT_EQ(route.points.front(), *route.waypoints.find("B"));
+}
+
+TEST(ReadRoute, PointsThatFillTheRoomToTheLastByteAreTaken)
+{
+    Reading route;
+    route.take("PMGNRTE,2,1,c,1,R,A,a");
+    const auto bytesOfOne = kRoutePointRoom - route.room;
+    EXPECT_GT(bytesOfOne, 0U);
+
+    route.room = 2 * bytesOfOne;
+    EXPECT_TRUE(route.take("PMGNRTE,2,2,c,1,R,B,a,C,a"));
+    EXPECT_EQ(route.names(), "ABC");
+    EXPECT_EQ(route.room, 0U);
+}
+
+TEST(ReadRoute, APointThatNeedsAByteMoreThanThereIsThrows)
+{
+    Reading route;
+    route.take("PMGNRTE,2,1,c,1,R,A,a");
+    route.room = 2 * (kRoutePointRoom - route.room) - 1;
+    EXPECT_THROW((void)route.take("PMGNRTE,2,2,c,1,R,B,a,C,a"), std::length_error);
+    EXPECT_EQ(route.names(), "AB");
+}
+
+TEST(ReadRoute, ALongCommentTakesItsLengthOfTheRoom)
+{
+    Reading route;
+    route.waypoints.set("G", gps::Dictionary{{"name", "G"}, {"point", gps::GPSPoint{}}, {"comment", std::string(1000, 'x')}});
+    route.take("PMGNRTE,2,1,c,1,R,G,a");
+    EXPECT_GT(kRoutePointRoom - route.room, 1000U);
 }
 
 TEST(ReadRoute, EverySentenceOverwritesTheName)

@@ -2,9 +2,12 @@
 
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
+#include <plugin/codec/RouteSentence.h>
+
 #include <filesystem>
 #include <initializer_list>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -320,6 +323,18 @@ TEST_F(ReadRoutes, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
     support::RecordingReceiver status;
     const auto path = put({wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a"), sentence("PMGNRTE,1,1,c,1")});
     EXPECT_THROW(acquireRoutes(status, path), gps::RangeError);
+    EXPECT_THAT(status.calls(), IsEmpty());
+}
+
+TEST_F(ReadRoutes, AFewMegabytesThatAskForAllMemoryThrow)
+{
+    constexpr std::size_t kComment = 4 << 20;
+    std::string mentions = "PMGNRTE,1,1,c,1,R";
+    for (std::size_t i = 0; i <= kRoutePointRoom / kComment; ++i)
+        mentions += ",A,a";
+    const auto path = put({wayPoint("A", std::string(kComment, 'x')), sentence(mentions)});
+    support::RecordingReceiver status;
+    EXPECT_THROW(acquireRoutes(status, path), std::length_error);
     EXPECT_THAT(status.calls(), IsEmpty());
 }
 
