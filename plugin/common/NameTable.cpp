@@ -16,14 +16,15 @@ NameTable::NameTable() : slots_(kFirstSlots) {}
 
 std::size_t NameTable::numberOf(std::string_view name)
 {
-    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
-    if (auto& slot = slotFor(name, hash); slot.number != kFree)
-        return slot.number;
     if (2 * (names_.size() + 1) > slots_.size())
         grow();
-    slotFor(name, hash) = {hash, static_cast<std::uint32_t>(names_.size())};
-    names_.push_back(name);
-    return names_.size() - 1;
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
+    Slot& slot = slotFor(name, hash);
+    if (slot.number == kFree) {
+        slot = {hash, static_cast<std::uint32_t>(names_.size())};
+        names_.push_back(name);
+    }
+    return slot.number;
 }
 
 /// Where a name is, or where it may be put.

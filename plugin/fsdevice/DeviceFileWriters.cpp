@@ -230,12 +230,16 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
         const auto* name = record != nullptr ? record->findString("name") : nullptr;
         if (name == nullptr)
             continue;
-        gps::Dictionary point = *record;
         const auto* present = waypoints.find(*name);
-        if (present != nullptr && *present != element)
+        if (present != nullptr && *present == element) { // setting it again would change nothing
+            points.push_back(element);
+            continue;
+        }
+        gps::Dictionary point = *record;
+        if (present != nullptr)
             point.set("name", renames.next(*name));
         waypoints.set(*point.findString("name"), point);
-        points.push_back(std::move(point));
+        points.emplace_back(std::move(point));
     }
     const auto* name = route.findString("name");
     if (name == nullptr)

@@ -52,6 +52,7 @@ struct Dictionary::Index {
     }
 
     std::vector<Slot> slots;
+    std::uint32_t removed = 0; // entries that are none
 };
 
 Dictionary::Dictionary() noexcept = default;
@@ -70,8 +71,8 @@ Dictionary::Dictionary(const Dictionary& other)
 }
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
-    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)), live_(std::exchange(other.live_, 0)),
-      apart_(std::exchange(other.apart_, 0)), index_(std::move(other.index_))
+    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)), apart_(std::exchange(other.apart_, 0)),
+      index_(std::move(other.index_))
 {
     other.entries_.clear();
 }
@@ -81,7 +82,7 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
     if (this == &other)
         return *this;
     clear();
-    reserve(other.live_);
+    reserve(other.size());
     for (const auto& [key, value] : other) {
         if (used_ == entries_.size()) {
             entries_.push_back({key, value});
@@ -91,9 +92,8 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
         }
         ++used_;
     }
-    live_ = used_;
     apart_ = used_;
-    if (live_ > kLargestWithoutIndex)
+    if (used_ > kLargestWithoutIndex)
         buildIndex();
     return *this;
 }
@@ -102,10 +102,14 @@ Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
 {
     std::swap(entries_, other.entries_);
     std::swap(used_, other.used_);
-    std::swap(live_, other.live_);
     std::swap(apart_, other.apart_);
     std::swap(index_, other.index_);
     return *this;
+}
+
+std::size_t Dictionary::size() const noexcept
+{
+    return used_ - (index_ ? index_->removed : 0);
 }
 
 const Value* Dictionary::find(std::string_view key) const noexcept
@@ -166,8 +170,8 @@ void Dictionary::remove(std::string_view key)
     const std::size_t position = positionOf(key, hashOf(key));
     if (position == kNotFound)
         return;
-    --live_;
     if (index_) {
+        ++index_->removed;
         entries_[position].value = Value{};
         return;
     }
@@ -179,7 +183,6 @@ void Dictionary::remove(std::string_view key)
 void Dictionary::clear() noexcept
 {
     used_ = 0;
-    live_ = 0;
     if (index_)
         apart_ = 0; // a removed key may have been set again
     index_.reset();
@@ -188,7 +191,7 @@ void Dictionary::clear() noexcept
 std::vector<Value> Dictionary::takeValues()
 {
     std::vector<Value> values;
-    values.reserve(live_);
+    values.reserve(size());
     for (std::size_t i = 0; i < used_; ++i) {
         if (!entries_[i].value.isNone())
             values.push_back(std::move(entries_[i].value));
@@ -282,14 +285,13 @@ Value& Dictionary::takeNext()
     if (value.isNone())
         value = std::string{}; // so that it counts as live until the caller fills it
     ++used_;
-    ++live_;
     return value;
 }
 
 /// Gives the index room again: a larger one, or, where removals left gaps, one for the entries without the gaps.
 void Dictionary::makeRoom()
 {
-    if (live_ == used_) {
+    if (index_->removed == 0) {
         Index larger{used_};
         for (const auto& slot : index_->slots) {
             if (slot.position != Index::kFree)
@@ -300,7 +302,7 @@ void Dictionary::makeRoom()
     }
     const auto used = entries_.begin() + static_cast<std::ptrdiff_t>(used_);
     const auto live = std::remove_if(entries_.begin(), used, [](const DictionaryEntry& e) { return e.value.isNone(); });
-    used_ = static_cast<std::size_t>(live - entries_.begin());
+    used_ = static_cast<std::uint32_t>(live - entries_.begin());
     buildIndex();
 }
 

@@ -35,8 +35,8 @@ public:
     Dictionary& operator=(Dictionary&& other) noexcept;
     ~Dictionary();
 
-    [[nodiscard]] std::size_t size() const noexcept { return live_; }
-    [[nodiscard]] bool empty() const noexcept { return live_ == 0; }
+    [[nodiscard]] std::size_t size() const noexcept;
+    [[nodiscard]] bool empty() const noexcept { return size() == 0; }
 
     /// @return  the value under a key; null without one
     [[nodiscard]] const Value* find(std::string_view key) const noexcept;
@@ -81,9 +81,9 @@ private:
     void buildIndex();
 
     std::vector<DictionaryEntry> entries_; // [0, used_): in use, removed ones none; behind: storage to reuse
-    std::size_t used_ = 0;
-    std::size_t live_ = 0;
-    std::size_t apart_ = 0;        // no two of so many keys from the front are equal, those behind used_ included
+    // Counts of 32 bits, as the index has them: a million records are a million dictionaries.
+    std::uint32_t used_ = 0;
+    std::uint32_t apart_ = 0;      // no two of so many keys from the front are equal, those behind used_ included
     std::unique_ptr<Index> index_; // only when large
 };
 
