@@ -27,7 +27,7 @@ using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status, con
 
 /// Where a kind's data folder lies on a volume.
 /// @param folders  the folder dictionary: folder key to folder name
-/// @return         none when the name is missing, is no text, is empty or would lead out of the volume
+/// @return         none when the name is missing, is no text, is empty, would lead out of the volume or holds a NUL byte
 [[nodiscard]] std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::string_view key,
                                                         const std::string& volume);
 

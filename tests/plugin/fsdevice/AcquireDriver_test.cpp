@@ -242,6 +242,16 @@ TEST_F(AcquireDriverTest, AFolderNameThatIsEmptyOrLeadsOutOfTheVolumeYieldsNothi
     EXPECT_EQ(acquire(), kFourEmptyKinds);
 }
 
+TEST_F(AcquireDriverTest, AFolderNameThatLeadsOutOfTheVolumeAtANulByteYieldsNothing)
+{
+    const support::TemporaryFolder outside;
+    outside.put("a.upt", kWayPoint + "\r\n");
+    outside.put("GPS/USBTRANS/UNIT_ID.DAT", "Serial Number=1\r\n");
+    outside.put("GPS/USBTRANS/LANGUAGE.DAT", std::string_view{"MyPOIs=..\0\r\n", 12});
+    support::TestFolders::set({outside.path("GPS")});
+    EXPECT_EQ(acquire(), kFourEmptyKinds);
+}
+
 TEST_F(AcquireDriverTest, AFolderNameThatBeginsWithASlashLiesBelowTheVolume)
 {
     receiver_.languageFile({"MyPOIs=/x", "TrackLogs=/" + receiver_.path()});
