@@ -37,6 +37,13 @@ std::string utf8FromLatin1(std::string_view text)
     return utf8;
 }
 
+/// The number or the text under a key. A value that is neither counts as missing, as in every option.
+const gps::Value* findReadable(const gps::Dictionary* dictionary, const char* key)
+{
+    const auto* value = dictionary != nullptr ? dictionary->find(key) : nullptr;
+    return value != nullptr && value->hasReading() ? value : nullptr;
+}
+
 bool isValidIndex(std::int32_t index, std::int32_t lastIndex) noexcept
 {
     return index >= 0 && index <= lastIndex;
@@ -61,20 +68,20 @@ void SetDebugLevelFromDictionary(const gps::Dictionary* dictionary)
 {
     if (dictionary == nullptr)
         return;
-    const auto* value = dictionary->find("debug");
+    const auto* value = findReadable(dictionary, "debug");
     const std::int32_t level = value != nullptr ? value->int32Reading() : 0;
     GarminSetDebugLevel(value != nullptr && level == 0 ? 1 : level);
 }
 
 bool GetBoolValueForKey(const gps::Dictionary* dictionary, const char* key, bool defaultValue)
 {
-    const auto* value = dictionary != nullptr ? dictionary->find(key) : nullptr;
+    const auto* value = findReadable(dictionary, key);
     return value != nullptr ? value->boolReading() : defaultValue;
 }
 
 std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key, std::int32_t defaultValue)
 {
-    const auto* value = dictionary != nullptr ? dictionary->find(key) : nullptr;
+    const auto* value = findReadable(dictionary, key);
     return value != nullptr ? value->int32Reading() : defaultValue;
 }
 

@@ -32,7 +32,7 @@ bool DebugLevelIs(std::int32_t level);
 /// debugging. A null dictionary changes nothing.
 void SetDebugLevelFromDictionary(const gps::Dictionary* dictionary);
 
-/// The boolean, or 32-bit integer, reading of the value under a key.
+/// The boolean, or 32-bit integer, reading of the value under a key; the default without a value that has one.
 bool GetBoolValueForKey(const gps::Dictionary* dictionary, const char* key, bool defaultValue);
 std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key, std::int32_t defaultValue);
 

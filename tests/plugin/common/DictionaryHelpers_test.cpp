@@ -19,6 +19,9 @@ namespace {
 
 using gps::Dictionary;
 
+/// What has neither a boolean nor an integer reading.
+const std::vector<gps::Value> kWithoutReading{gps::Array{1}, Dictionary{{"key", 1}}, gps::GPSPoint{}};
+
 class DebugLevelTest : public testing::Test {
 protected:
     ~DebugLevelTest() override { GarminSetDebugLevel(0); }
@@ -57,6 +60,16 @@ TEST_F(DebugLevelTest, WithoutTheOptionItIsZeroWithAZeroItIsOneAndElseTheOptions
         SetDebugLevelFromDictionary(&options);
         EXPECT_EQ(GarminDebugLevel, level) << gps::describe(options);
         EXPECT_EQ(gps::OrvDebugLevelIs(1), level > 0) << gps::describe(options);
+    }
+}
+
+TEST_F(DebugLevelTest, AnOptionThatIsNeitherANumberNorATextCountsAsAbsent)
+{
+    for (const auto& value : kWithoutReading) {
+        const Dictionary options{{"debug", value}};
+        GarminSetDebugLevel(9);
+        SetDebugLevelFromDictionary(&options);
+        EXPECT_EQ(GarminDebugLevel, 0) << gps::describe(options);
     }
 }
 
@@ -102,6 +115,15 @@ TEST(GetBoolValueForKey, IsTheDefaultWithoutAKeyOrADictionary)
     }
 }
 
+TEST(GetBoolValueForKey, IsTheDefaultForAValueThatIsNeitherANumberNorAText)
+{
+    for (const auto& value : kWithoutReading) {
+        const Dictionary dictionary{{"key", value}};
+        for (const bool fallback : {false, true})
+            EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", fallback), fallback) << gps::describe(value);
+    }
+}
+
 TEST(GetIntValueForKey, ReadsNumbersAndTheLeadingIntegerOfATextSaturated)
 {
     for (const auto& [value, reading] : std::vector<std::pair<gps::Value, std::int32_t>>{
@@ -123,6 +145,14 @@ TEST(GetIntValueForKey, IsTheDefaultWithoutAKeyOrADictionary)
     const Dictionary empty;
     EXPECT_EQ(GetIntValueForKey(&empty, "key", -3), -3);
     EXPECT_EQ(GetIntValueForKey(nullptr, "key", -3), -3);
+}
+
+TEST(GetIntValueForKey, IsTheDefaultForAValueThatIsNeitherANumberNorAText)
+{
+    for (const auto& value : kWithoutReading) {
+        const Dictionary dictionary{{"key", value}};
+        EXPECT_EQ(GetIntValueForKey(&dictionary, "key", -3), -3) << gps::describe(value);
+    }
 }
 
 TEST(GetIntValueForKey, AKeyIsNoPath)
