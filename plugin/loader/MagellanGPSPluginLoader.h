@@ -15,7 +15,7 @@ public:
     [[nodiscard]] std::string piClass() override { return "GPSPlugIn"; }
     [[nodiscard]] std::int32_t piAPIVersion() override { return 1; }
 
-    /// The driver of mounted receivers, if it can be made.
+    /// The driver of mounted receivers, then the one for serial ports; whichever cannot be made is left out.
     [[nodiscard]] std::optional<gps::PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) override;
 
     void piTerminate() override {}

@@ -6,8 +6,11 @@
 #include <gps/GPSPoint.h>
 #include <gps/View.h>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,6 +19,7 @@
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
+#include <support/TestPorts.h>
 
 namespace magellan {
 namespace {
@@ -61,6 +65,28 @@ TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
     EXPECT_NE(loader.piGetPlugIns("GPSPlugIn")->nextObject(), loader.piGetPlugIns("GPSPlugIn")->nextObject());
+}
+
+TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAndProduct)
+{
+    const support::TestFolders none{{}};
+    const support::TestPorts ports{{"/dev/one"}};
+    MagellanGPSPluginLoader loader;
+    auto drivers = loader.piGetPlugIns("GPSPlugIn");
+    ASSERT_TRUE(drivers);
+    std::vector<std::string> names;
+    while (const auto driver = drivers->nextObject()) {
+        names.push_back(driver->className());
+        for (const std::int32_t id : {std::numeric_limits<std::int32_t>::min(), 0, 1, std::numeric_limits<std::int32_t>::max()}) {
+            std::int32_t vendor = id;
+            std::int32_t product = id;
+            EXPECT_FALSE(driver->needsUSBRefresh(&vendor, &product)) << names.back();
+            EXPECT_EQ(vendor, id) << names.back();
+            EXPECT_EQ(product, id) << names.back();
+        }
+        EXPECT_FALSE(driver->needsUSBRefresh(nullptr, nullptr)) << names.back();
+    }
+    EXPECT_THAT(names, ElementsAre("MagellanGPSPlugin", "MagellanSerialGPSPlugin"));
 }
 
 TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
@@ -116,6 +142,20 @@ TEST(MissingResources, TheSymbolMapIsTheResources)
     bundle.put("MagellanSymbolMap.plist", "<plist version=\"1.0\"><dict><key>Tent</key><string>j</string></dict></plist>");
     EXPECT_EQ(symbolOf(bundle, "j"), "Tent");
     EXPECT_EQ(symbolOf(bundle, "c"), "c");
+}
+
+TEST(SharedTables, AreBuiltExactlyOnceAlsoWhenTheSerialDriverComesFirst)
+{
+    const support::TestFolders none{{}};
+    const support::TestPorts ports{{"/dev/one"}};
+    const BundleCopy bundle;
+    const auto view = bundle.read("MagellanGPS.plist");
+    bundle.remove("MagellanGPS.plist");
+    EXPECT_EQ(driverOf(bundle)->className(), "MagellanSerialGPSPlugin");
+    bundle.remove("MagellanSymbolMap.plist"); // whoever looked now would find no symbol
+    bundle.put("MagellanGPS.plist", view);
+    EXPECT_EQ(driverOf(bundle)->className(), "MagellanGPSPlugin");
+    EXPECT_EQ(symbolOf(bundle, "j"), "Campground");
 }
 
 TEST(MissingResources, WithoutALanguageFileAndADefaultTheAnswerIsErrorMinusTwoWithTheVolume)
