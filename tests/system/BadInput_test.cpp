@@ -236,6 +236,29 @@ TEST(BadInput, LinkedFolderIsNotDescendedInto)
     EXPECT_THAT(ran.out, testing::EndsWith(kClosing));
 }
 
+TEST(BadInput, VolumeThatVanishesInTheMiddleEndsTheDownloadAndKeepsWhatArrived)
+{
+    // More than goes ahead of a reader of the events: the plug-in still has files before it when the first event is read.
+    std::string points;
+    for (int i = 0; i < 5'000; ++i)
+        points += support::sentences({"PMGNWPL,4630.00000,N,00715.00000,E,0001200,M,P" + std::to_string(i) + ",,ab"});
+    const Receiver receiver;
+    for (int i = 0; i < 20; ++i)
+        receiver.put("Points/" + std::to_string(i) + ".upt", points);
+    const support::TemporaryFolder output;
+    const auto ran =
+        support::run({"sh", "-c",
+                      "{ \"$0\" acquire --events --test-folder \"$1\" -o \"$2/trip.gpx\"; echo $? >\"$2/status\"; } | "
+                      "{ head -n 1; rm -r \"$1\"; tail -n 2; }",
+                      MAGELLAN_BIN_DIR "/magellangps", receiver.path(), output.path()});
+    EXPECT_EQ(ran.out, std::string{"{\"event\":\"gpsStateChange\",\"state\":1}\n"} + kClosing);
+    EXPECT_THAT(ran.err, HasSubstr("Missing: routes, tracks"));
+    EXPECT_THAT(ran.err, HasSubstr(".upt"));
+    EXPECT_EQ(output.read("status"), "1\n");
+    EXPECT_FALSE(fs::exists(output.path("trip.gpx")));
+    EXPECT_THAT(output.read("trip.partial.gpx"), HasSubstr("</gpx>"));
+}
+
 TEST(BadInput, HundredThousandFilesAreRead)
 {
     const Receiver receiver;
