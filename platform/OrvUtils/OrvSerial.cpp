@@ -3,6 +3,8 @@
 
 #include "OrvSerial.h"
 
+#include "SerialTraffic.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -14,8 +16,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-
-#include "SerialTraffic.h"
 
 #include <fcntl.h>
 #include <poll.h>

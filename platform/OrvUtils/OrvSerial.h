@@ -4,13 +4,13 @@
 
 #pragma once
 
+#include <gps/Value.h>
+
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include <gps/Value.h>
 
 namespace gps {
 

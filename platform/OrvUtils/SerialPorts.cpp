@@ -3,14 +3,14 @@
 
 #include "OrvSerial.h"
 
+#include <platform/System/Udev.h>
+#include <platform/System/UserDefaults.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <utility>
-
-#include <platform/System/Udev.h>
-#include <platform/System/UserDefaults.h>
 
 namespace gps {
 namespace {

@@ -2,12 +2,12 @@
 
 #include "Bundle.h"
 
+#include "FileManager.h"
+#include "PropertyList.h"
+
 #include <cstdlib>
 #include <memory>
 #include <utility>
-
-#include "FileManager.h"
-#include "PropertyList.h"
 
 #include <dlfcn.h>
 

@@ -4,12 +4,12 @@
 
 #pragma once
 
+#include <gps/Value.h>
+#include <gps/View.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <gps/Value.h>
-#include <gps/View.h>
 
 namespace gps {
 

@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include <gps/Error.h>
+
 #include <functional>
 #include <optional>
-
-#include <gps/Error.h>
 
 namespace gps {
 

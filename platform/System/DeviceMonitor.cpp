@@ -2,16 +2,16 @@
 
 #include "DeviceMonitor.h"
 
+#include "FileSystem.h"
+#include "OpenFile.h"
+#include "Udev.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <limits>
 #include <string_view>
-
-#include "FileSystem.h"
-#include "OpenFile.h"
-#include "Udev.h"
 
 #include <fcntl.h>
 #include <poll.h>

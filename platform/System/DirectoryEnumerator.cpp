@@ -2,13 +2,13 @@
 
 #include "FileManager.h"
 
+#include "FileSystem.h"
+#include "Log.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
-
-#include "FileSystem.h"
-#include "Log.h"
 
 namespace gps {
 namespace {

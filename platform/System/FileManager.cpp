@@ -2,16 +2,16 @@
 
 #include "FileManager.h"
 
+#include "Ascii.h"
+#include "AtomicWrite.h"
+#include "FileSystem.h"
+#include "OpenFile.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
 #include <system_error>
-
-#include "Ascii.h"
-#include "AtomicWrite.h"
-#include "FileSystem.h"
-#include "OpenFile.h"
 
 #include <fcntl.h>
 

@@ -3,14 +3,14 @@
 
 #pragma once
 
+#include <gps/Error.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gps/Error.h>
 
 namespace gps {
 

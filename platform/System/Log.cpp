@@ -2,11 +2,11 @@
 
 #include "Log.h"
 
+#include <gps/Error.h>
+
 #include <map>
 #include <mutex>
 #include <utility>
-
-#include <gps/Error.h>
 
 #include <syslog.h>
 #include <unistd.h>

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include <utility>
-
 #include "FileSystem.h"
+
+#include <utility>
 
 namespace gps {
 

@@ -2,15 +2,15 @@
 
 #include "PropertyList.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstdint>
+#include "FileManager.h"
 
 #include <gps/NumberText.h>
 
-#include "FileManager.h"
-
 #include <pugixml.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 
 namespace gps {
 namespace {

@@ -2,13 +2,13 @@
 
 #include "TimeZone.h"
 
-#include <algorithm>
-#include <chrono>
-#include <string_view>
+#include <gps/NumberText.h>
 
 #include <cctz/time_zone.h>
 
-#include <gps/NumberText.h>
+#include <algorithm>
+#include <chrono>
+#include <string_view>
 
 namespace gps {
 namespace {

@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include <libudev.h>
+
 #include <memory>
 #include <string_view>
-
-#include <libudev.h>
 
 namespace gps {
 

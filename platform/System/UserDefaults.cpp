@@ -2,11 +2,11 @@
 
 #include "UserDefaults.h"
 
-#include <cstdlib>
-#include <utility>
-
 #include "FileManager.h"
 #include "PropertyList.h"
+
+#include <cstdlib>
+#include <utility>
 
 namespace gps {
 namespace {

@@ -4,12 +4,12 @@
 
 #pragma once
 
+#include <gps/Value.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gps/Value.h>
 
 namespace gps {
 

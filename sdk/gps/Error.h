@@ -4,14 +4,14 @@
 
 #pragma once
 
+#include <gps/Value.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include <gps/Value.h>
 
 namespace gps {
 

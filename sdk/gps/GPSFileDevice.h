@@ -4,13 +4,13 @@
 
 #pragma once
 
+#include <gps/Error.h>
+#include <gps/Value.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gps/Error.h>
-#include <gps/Value.h>
 
 namespace gps {
 

@@ -3,14 +3,14 @@
 
 #pragma once
 
+#include <gps/Error.h>
+#include <gps/Value.h>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gps/Error.h>
-#include <gps/Value.h>
 
 namespace gps {
 

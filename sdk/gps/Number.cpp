@@ -2,11 +2,11 @@
 
 #include <gps/Number.h>
 
+#include <gps/NumberText.h>
+
 #include <cmath>
 #include <cstring>
 #include <limits>
-
-#include <gps/NumberText.h>
 
 namespace gps {
 namespace {

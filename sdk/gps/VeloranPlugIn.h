@@ -7,6 +7,8 @@
 
 #pragma once
 
+#include <gps/Value.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -15,8 +17,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <gps/Value.h>
 
 namespace gps {
 
