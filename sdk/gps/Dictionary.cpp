@@ -100,10 +100,11 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
 
 Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
 {
-    std::swap(entries_, other.entries_);
-    std::swap(used_, other.used_);
-    std::swap(apart_, other.apart_);
-    std::swap(index_, other.index_);
+    Dictionary taken{std::move(other)}; // it may lie inside this one, which would else end up inside itself
+    std::swap(entries_, taken.entries_);
+    std::swap(used_, taken.used_);
+    std::swap(apart_, taken.apart_);
+    std::swap(index_, taken.index_);
     return *this;
 }
 

@@ -23,6 +23,7 @@ using Array = std::vector<Value>;
 ///
 /// Setting a key again keeps its place; removing and setting again puts it last. No value is ever none: setting one
 /// removes the key. Pointers and iterators hold until the next change of the dictionary.
+/// Precondition of every change: keys and texts that are handed in as views do not lie in this dictionary.
 class Dictionary {
 public:
     class Iterator;
@@ -31,7 +32,8 @@ public:
     Dictionary(std::initializer_list<DictionaryEntry> entries);
     Dictionary(const Dictionary& other);
     Dictionary(Dictionary&& other) noexcept;
-    Dictionary& operator=(const Dictionary& other); ///< reuses the storage that this dictionary has
+    /// Reuses the storage that this dictionary has. Precondition: the other does not lie inside this one.
+    Dictionary& operator=(const Dictionary& other);
     Dictionary& operator=(Dictionary&& other) noexcept;
     ~Dictionary();
 

@@ -276,6 +276,13 @@ TEST(Dictionary, AnElementCanBecomeTheDictionaryThatHeldIt)
     EXPECT_EQ(dictionary, (Dictionary{{"a", "a text that takes some storage of its own"}}));
 }
 
+TEST(Dictionary, AnElementCanBeMovedIntoTheDictionaryThatHeldIt)
+{
+    Dictionary dictionary{{"inner", Dictionary{{"a", "b"}, {"c", Dictionary{{"d", 1}}}}}};
+    dictionary = std::move(*dictionary.find("inner")->as<Dictionary>());
+    EXPECT_EQ(describe(dictionary), "{a = \"b\", c = {d = 1}}");
+}
+
 TEST(Dictionary, SettingAndRemovingOnAndOnTakesNoMoreAndMore)
 {
     auto dictionary = numbered(20);
