@@ -9,6 +9,7 @@
 
 #include "host/formats/FreeNames.h"
 #include "host/formats/PlainText.h"
+#include "host/formats/PointNames.h"
 #include "host/formats/RecordList.h"
 #include "host/formats/XmlText.h"
 
@@ -88,12 +89,23 @@ public:
 
     void fitTexts(const Named& named);
 
-    // @param names  knows the device's names
-    void fitNames(const std::vector<Named>& things, FreeNames names);
+    // @param names   knows the device's names
+    // @param places  knows where the points of the device's routes lie
+    void fitNames(const std::vector<Named>& things, FreeNames names, PointNames places = {});
 
     [[nodiscard]] std::vector<TextChange> takeChanges() { return std::move(changes_); }
 
 private:
+    // The names that were given.
+    struct Known {
+        std::unordered_map<std::string, std::string> byIdentity;
+        std::unordered_map<std::string, std::string> byName; // to the first thing of a name
+    };
+
+    void takeGoodNames(const std::vector<Named>& things, FreeNames& names, PointNames& places, Known& known) const;
+    [[nodiscard]] std::string nameOf(const Named& named, FreeNames& names, Known& known);
+    [[nodiscard]] std::string pointNameOf(const Named& named, FreeNames& names, PointNames& places, Known& known);
+    static void rename(const Named& named, const std::string& name);
     [[nodiscard]] bool isGood(const Named& named, const std::string& name) const;
     [[nodiscard]] std::string newName(const Named& named, FreeNames& names);
 
@@ -114,34 +126,70 @@ void Fitting::fitTexts(const Named& named)
     }
 }
 
-void Fitting::fitNames(const std::vector<Named>& things, FreeNames names)
+void Fitting::fitNames(const std::vector<Named>& things, FreeNames names, PointNames places)
 {
-    std::unordered_map<std::string, std::string> byIdentity;
-    std::unordered_map<std::string, std::string> byName;
-    // Good names first: no other may take them away.
+    Known known;
+    takeGoodNames(things, names, places, known);
+    for (const auto& named : things) {
+        if (named.kind != &kRoutePoint)
+            rename(named, nameOf(named, names, known));
+    }
+    // A point at its waypoint's place has a better claim to the waypoint's name than one elsewhere.
+    for (const auto& named : things) {
+        const auto at = named.kind == &kRoutePoint ? known.byIdentity.find(identityOf(named)) : known.byIdentity.end();
+        if (at != known.byIdentity.end())
+            (void)places.claim(at->second, placeOf(*named.record));
+    }
+    for (const auto& named : things) {
+        if (named.kind == &kRoutePoint)
+            rename(named, pointNameOf(named, names, places, known));
+    }
+}
+
+// Good names first: no other may take them away.
+void Fitting::takeGoodNames(const std::vector<Named>& things, FreeNames& names, PointNames& places, Known& known) const
+{
     for (const auto& named : things) {
         const auto name = nameIn(*named.record);
-        if (isGood(named, name) && names.take(name)) {
-            byIdentity.emplace(identityOf(named), name);
-            byName.emplace(name, name);
-        }
+        if (!isGood(named, name) || !names.take(name))
+            continue;
+        if (named.kind == &kRoutePoint && !places.claim(name, placeOf(*named.record)))
+            continue;
+        known.byIdentity.emplace(identityOf(named), name);
+        known.byName.emplace(name, name);
     }
-    for (const auto& named : things) {
-        const auto before = nameIn(*named.record);
-        const auto identity = identityOf(named);
-        auto known = byIdentity.find(identity);
-        if (known == byIdentity.end() && named.kind == &kRoutePoint && !before.empty()) {
-            const auto first = byName.find(before);
-            if (first != byName.end())
-                known = byIdentity.emplace(identity, first->second).first;
-        }
-        if (known == byIdentity.end()) {
-            known = byIdentity.emplace(identity, newName(named, names)).first;
-            byName.emplace(before, known->second);
-        }
-        if (known->second != before)
-            named.record->set("name", known->second);
+}
+
+std::string Fitting::nameOf(const Named& named, FreeNames& names, Known& known)
+{
+    const auto [at, isNew] = known.byIdentity.try_emplace(identityOf(named));
+    if (isNew) {
+        at->second = newName(named, names);
+        known.byName.emplace(nameIn(*named.record), at->second);
     }
+    return at->second;
+}
+
+std::string Fitting::pointNameOf(const Named& named, FreeNames& names, PointNames& places, Known& known)
+{
+    const auto before = nameIn(*named.record);
+    const auto place = placeOf(*named.record);
+    auto& name = known.byIdentity[identityOf(named)]; // empty: not known
+    if (!name.empty() && places.claim(name, place))
+        return name;
+    const auto first = known.byName.find(before);
+    if (!before.empty() && first != known.byName.end() && places.claim(first->second, place))
+        return name = first->second;
+    name = newName(named, names);
+    known.byName.emplace(before, name);
+    (void)places.claim(name, place); // it is free, or this point's own from an earlier send
+    return name;
+}
+
+void Fitting::rename(const Named& named, const std::string& name)
+{
+    if (nameIn(*named.record) != name)
+        named.record->set("name", name);
 }
 
 bool Fitting::isGood(const Named& named, const std::string& name) const
@@ -173,6 +221,7 @@ struct NameSpaces {
     std::vector<Named> geocaches;
     std::vector<Named> routes;
     FreeNames waypointNames;
+    PointNames pointNames;
     FreeNames geocacheNames{std::numeric_limits<std::size_t>::max()};
     FreeNames routeNames;
 };
@@ -186,7 +235,10 @@ void NameSpaces::addOnDevice(const gps::Dictionary& data)
                   [&](const gps::Dictionary& record) { addTo(isGeocache(record) ? geocacheNames : waypointNames, record); });
     forEachRecord(data, "route", [&](const gps::Dictionary& route) {
         addTo(routeNames, route);
-        forEachRecord(route, "points", [&](const gps::Dictionary& point) { addTo(waypointNames, point); });
+        forEachRecord(route, "points", [&](const gps::Dictionary& point) {
+            addTo(waypointNames, point);
+            pointNames.addOnDevice(nameIn(point), placeOf(point));
+        });
     });
 }
 
@@ -217,7 +269,7 @@ std::vector<TextChange> fitNames(gps::Dictionary& data, const gps::Dictionary& o
         for (const auto& named : *things)
             fitting.fitTexts(named);
     }
-    fitting.fitNames(spaces.waypoints, std::move(spaces.waypointNames));
+    fitting.fitNames(spaces.waypoints, std::move(spaces.waypointNames), std::move(spaces.pointNames));
     fitting.fitNames(spaces.geocaches, std::move(spaces.geocacheNames));
     fitting.fitNames(spaces.routes, std::move(spaces.routeNames));
     return fitting.takeChanges();

@@ -34,8 +34,9 @@ struct TextChange {
 ///
 /// A name that is good already stays, and so replaces what the device holds under it; where several waypoints or several
 /// routes in the data have it at different places, it stays with the first. A route's point goes by the name of the waypoint
-/// that had its name: of the one at its place, else of the first. Geocaches of one name are one geocache. What an earlier
-/// send has put on the device is known by its place, and gets its name again.
+/// that had its name: of the one at its place, else of the first, unless a point elsewhere goes by that name already, in the
+/// data or in a route of the device. Geocaches of one name are one geocache. What an earlier send has put on the device is
+/// known by its place, and gets its name again.
 ///
 /// Symbols are looked up by name and so left alone; a track's name is its own affair: no device keeps it.
 ///

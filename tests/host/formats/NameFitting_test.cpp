@@ -169,12 +169,60 @@ TEST(NameFitting, RoutePointsFollowTheirWaypoints)
     };
     EXPECT_THAT(pointsOf(0),
                 ElementsAre("A campground by th 2", "A campground by the", "Camp 2", "Camp", "A campground by th 3"));
-    EXPECT_THAT(pointsOf(1), ElementsAre("A campground by th 3", "Only here"));
+    EXPECT_THAT(pointsOf(1), ElementsAre("A campground by th 4", "Only here"));
+}
+
+// The names of all routes' points, one after the other.
+std::vector<std::string> pointNames(Dictionary data, const Dictionary& onDevice = {})
+{
+    (void)host::fitNames(data, onDevice, rules());
+    std::vector<std::string> names;
+    for (const auto& route : *data.find("route")->as<Array>()) {
+        const auto more = namesIn(*route.as<Dictionary>(), "points");
+        names.insert(names.end(), more.begin(), more.end());
+    }
+    return names;
+}
+
+TEST(NameFitting, RoutePointsOfOneNameAtDifferentPlacesAreKeptApart)
+{
+    const auto data = dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}), routeOf("S", {at(3, "Stop"), at(1, "Stop")}),
+                                  routeOf("T", {at(2, "Stop"), at(1 + 1e-7, "Stop")})});
+    EXPECT_THAT(pointNames(data), ElementsAre("Stop", "Stop 2", "Stop 3", "Stop", "Stop 2", "Stop"));
+    EXPECT_THAT(changesOf(data), ElementsAre("route point name: Stop > Stop 2 - ", "route point name: Stop > Stop 3 - "));
+}
+
+TEST(NameFitting, RoutePointAtItsWaypointsPlaceHasTheBetterClaimToItsName)
+{
+    EXPECT_THAT(pointNames(dataOf({at(1, "C\xC3\xA1mp")}, {routeOf("R", {at(2, "C\xC3\xA1mp"), at(1, "C\xC3\xA1mp")})})),
+                ElementsAre("Camp 2", "Camp"));
+    EXPECT_THAT(pointNames(dataOf({at(1, "Camp")}, {routeOf("R", {at(2, "Camp"), at(1, "Camp")})})),
+                ElementsAre("Camp 2", "Camp"));
+}
+
+TEST(NameFitting, RoutePointDoesNotTakeANameThatARouteOfTheDeviceHasElsewhere)
+{
+    const auto onDevice = dataOf({at(9, "Lake")}, {routeOf("Old", {at(1, "Stop"), at(2, "Stop 2")})});
+    EXPECT_THAT(pointNames(dataOf({}, {routeOf("R", {at(1, "Stop"), at(3, "Stop"), at(8, "Lake"), at(3, "Stop")})}), onDevice),
+                ElementsAre("Stop", "Stop 3", "Lake", "Stop 3"));
+    EXPECT_THAT(pointNames(dataOf({at(3, "Stop")}, {routeOf("R", {at(3, "Stop"), at(3, "Stop")})}), onDevice),
+                ElementsAre("Stop 3", "Stop 3"))
+        << "though its waypoint does";
+}
+
+TEST(NameFitting, RoutePointsOfASecondSendGetTheirNamesAgain)
+{
+    const auto original = dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}), routeOf("S", {at(3, "Stop")})});
+    auto sent = original;
+    (void)host::fitNames(sent, {}, rules());
+    auto again = original;
+    (void)host::fitNames(again, sent, rules());
+    EXPECT_EQ(again, sent);
 }
 
 TEST(NameFitting, SharedNameIsToldOnce)
 {
-    EXPECT_THAT(changesOf(dataOf({}, {routeOf("R", {at(1, "\xC3\x89"), at(2, "\xC3\x89")}), routeOf("S", {at(1, "\xC3\x89")})})),
+    EXPECT_THAT(changesOf(dataOf({}, {routeOf("R", {at(1, "\xC3\x89"), at(1, "\xC3\x89")}), routeOf("S", {at(1, "\xC3\x89")})})),
                 ElementsAre("route point name: \xC3\x89 > E - "));
 }
 
