@@ -174,7 +174,8 @@ void addCommands(CLI::App& app, Raw& raw)
 const CLI::App* addCompletions(CLI::App& app, std::string& shell)
 {
     auto* const added = app.add_subcommand("completions", "Print the script that completes this program's command line");
-    added->group("")->add_option("shell", shell, "The shell: bash, zsh or fish")->check(CLI::IsMember({"bash", "zsh", "fish"}));
+    added->group("")->footer("Examples:\n  magellangps completions zsh");
+    added->add_option("shell", shell, "The shell: bash, zsh or fish")->check(CLI::IsMember({"bash", "zsh", "fish"}));
     return added;
 }
 
@@ -223,18 +224,74 @@ ParsedCommandLine mistake(std::string_view text)
     return {std::nullopt, "magellangps: " + displayText(text.substr(0, text.find('\n'))) + '\n', ExitStatus::kUsage};
 }
 
+// The option that the parser stopped at: the first word of what it says.
+const CLI::Option* optionNamed(const CLI::App& app, std::string_view name)
+{
+    for (const auto* command : app.get_subcommands()) {
+        if (const auto* option = command->get_option_no_throw(std::string{name}))
+            return option;
+    }
+    return app.get_option_no_throw(std::string{name});
+}
+
+// The parser's own words, which are written for whoever made the table, in a user's.
+std::string inWords(const CLI::App& app, const CLI::ParseError& error)
+{
+    constexpr std::string_view kExcludes = " excludes ";
+    std::string_view said = error.what();
+    if (const auto at = said.find(kExcludes); dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr && at != said.npos) {
+        const auto word = [](std::string_view name) { return std::string{name == "files" ? "a FILE" : name}; };
+        return word(said.substr(0, at)) + " and " + word(said.substr(at + kExcludes.size())) +
+               " exclude each other: leave one of them out";
+    }
+    constexpr std::string_view kCouldNotConvert = "Could not convert: ";
+    if (said.starts_with(kCouldNotConvert))
+        said.remove_prefix(kCouldNotConvert.size());
+    const auto name = said.substr(0, said.find_first_of(" :"));
+    const auto* const option = optionNamed(app, name);
+    if (option == nullptr || dynamic_cast<const CLI::ValidationError*>(&error) != nullptr)
+        return std::string{said};
+    if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr)
+        return std::string{name} + " wants a whole number of at most 32 bits";
+    if (option->count() > 1)
+        return std::string{name} + " is given more than once";
+    return std::string{name} + " wants a value: " + option->get_type_name();
+}
+
+std::string helpHint(const CLI::App& app)
+{
+    std::string command = "magellangps ";
+    for (const auto* chosen : app.get_subcommands())
+        command += chosen->get_name() + ' ';
+    return "; see \"" + command + "--help\"";
+}
+
 ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
 {
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
         return mistake("no FILE to import is given");
     const auto extras = app.remaining(true);
     if (extras.empty())
-        return mistake(error.what());
+        return mistake(inWords(app, error));
     const auto& word = extras.front();
     const bool isOption = word.size() > 1 && word.front() == '-';
     const bool isCommand = !isOption && app.get_subcommands().empty();
     const std::string what = isOption ? "unknown option \"" : isCommand ? "unknown command \"" : "unexpected argument \"";
-    return mistake(what + word + '"' + nearest(word, app));
+    const auto guess = nearest(word, app);
+    return mistake(what + word + '"' + (guess.empty() ? helpHint(app) : guess));
+}
+
+// An option as "--device=", whose value the parser would take from the next word. @return  its name; empty: there is none
+std::string withoutValue(int argc, const char* const* argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word{argv[i]};
+        if (word == "--")
+            break;
+        if (word.size() > 3 && word.starts_with("--") && word.find('=') == word.size() - 1)
+            return std::string{word.substr(0, word.size() - 1)};
+    }
+    return {};
 }
 
 std::string extensionOf(const std::string& path)
@@ -269,6 +326,9 @@ std::string checkOutput(const Raw& raw, Options& options)
     if (options.output == "-" && options.summary)
         return "--summary and -o - both want the standard output";
     const auto name = raw.format.value_or(extensionOf(*options.output));
+    if (name.empty() && !raw.format)
+        return "the output file \"" + *options.output + "\" has no extension: name its format with --format (" + formatNames() +
+               ")";
     options.format = findFormat(name);
     if (options.format == nullptr)
         return unknownFormat(name);
@@ -316,6 +376,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     addCommands(app, raw);
     std::string shell = "bash";
     const auto* const completions = addCompletions(app, shell);
+    if (const auto option = withoutValue(argc, argv); !option.empty())
+        return mistake(option + " has no value behind its \"=\"");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
@@ -325,6 +387,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     } catch (const CLI::ParseError& error) {
         return unexpected(app, error);
     }
+    if (app.get_subcommands().empty() && argc > 1)
+        return mistake("no COMMAND is given; see \"magellangps --help\"");
     if (app.get_subcommands().empty())
         return {std::nullopt, app.help(), ExitStatus::kUsage};
     if (completions->parsed())

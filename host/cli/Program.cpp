@@ -65,9 +65,12 @@ ExitStatus runProgram(int argc, const char* const* argv)
     const auto parsed = parseCommandLine(argc, argv);
     if (!parsed.options) {
         const bool isAnswer = parsed.status == ExitStatus::kSuccess;
-        Output output{isAnswer ? STDOUT_FILENO : STDERR_FILENO, "the terminal"};
+        if (isAnswer)
+            return print(parsed.text, Console{false});
+        Output output{STDERR_FILENO, "the terminal"};
         output.write(parsed.text);
-        return output.flush() && isAnswer ? ExitStatus::kFailed : parsed.status;
+        (void)output.flush(); // there is no other place to say it
+        return parsed.status;
     }
     const Console console{parsed.options->quiet};
     try {

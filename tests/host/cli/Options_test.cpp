@@ -164,7 +164,17 @@ TEST(Options, HelpAndVersionAreAnswers)
     EXPECT_THAT(parse({"--version"}).text, testing::MatchesRegex("magellangps [0-9.]+\n"));
 }
 
-TEST(Options, NoCommandIsAMistakeThatShowsTheHelp)
+TEST(Options, CompletionsHelpHasAnExampleOfItsOwn)
+{
+    EXPECT_THAT(parse({"completions", "--help"}).text, HasSubstr("Examples:\n  magellangps completions zsh\n"));
+}
+
+TEST(Options, WordBehindTwoHyphensIsNoOption)
+{
+    EXPECT_THAT(optionsOf({"import", "--", "--odd="}).files, ElementsAre("--odd="));
+}
+
+TEST(Options, EmptyCommandLineIsAMistakeThatShowsTheHelp)
 {
     const auto parsed = parse({});
     EXPECT_EQ(parsed.status, ExitStatus::kUsage);
@@ -179,14 +189,16 @@ TEST(Options, MistakesAreOneLineEach)
     };
     const std::vector<Row> rows{
         {{"aquire"}, "did you mean \"acquire\"?"},
-        {{"nonsense"}, "unknown command \"nonsense\""},
+        {{"nonsense"}, "unknown command \"nonsense\"; see \"magellangps --help\""},
         {{"info", "--jsn"}, "did you mean \"--json\"?"},
         {{"acquire", "--outptu=x.gpx"}, "did you mean \"--output\"?"},
         {{"info", "extra"}, "unexpected argument \"extra\""},
-        {{"info", "--watch"}, "unknown option \"--watch\""},
+        {{"info", "--watch"}, "unknown option \"--watch\"; see \"magellangps info --help\""},
         {{"acquire", "-o", "a.kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
-        {{"acquire", "-o", "a"}, "the formats are: gpx, kml"},
-        {{"acquire", "-o", ""}, "the formats are: gpx, kml"},
+        {{"acquire", "-o", "a"}, "the output file \"a\" has no extension: name its format with --format (gpx, kml"},
+        {{"acquire", "-o", ".gpx"}, "the output file \".gpx\" has no extension"},
+        {{"acquire", "-o", ""}, "has no extension: name its format with --format (gpx, kml"},
+        {{"acquire", "-o", "a", "--format", ""}, "unknown output format \"\"; the formats are: gpx, kml"},
         {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, kml"},
         {{"acquire", "-o", "-"}, "--format"},
         {{"acquire", "--format", "gpx"}, "-o"},
@@ -201,17 +213,23 @@ TEST(Options, MistakesAreOneLineEach)
         {{"acquire", "--options", "[]"}, "JSON object"},
         {{"acquire", "--options", "{"}, "JSON object"},
         {{"acquire", "--options", "null"}, "JSON object"},
-        {{"acquire", "--options", "{}", "--no-tracks"}, "excludes"},
-        {{"acquire", "--debug", "much"}, "--debug"},
-        {{"acquire", "--device"}, "--device"},
-        {{"acquire", "-o", "a.gpx", "-o", "b.gpx"}, "--output"},
-        {{"-q", "-v", "info"}, "excludes"},
+        {{"acquire", "--options", "{}", "--no-tracks"}, "--options and --no-tracks exclude each other"},
+        {{"acquire", "--debug", "much"}, "--debug wants a whole number"},
+        {{"acquire", "--debug", "2147483648"}, "--debug wants a whole number of at most 32 bits"},
+        {{"--debug"}, "--debug wants a value: N"},
+        {{"acquire", "--device"}, "--device wants a value: LOCATION"},
+        {{"acquire", "-o"}, "--output wants a value: FILE"},
+        {{"acquire", "-o", "a.gpx", "-o", "b.gpx"}, "--output is given more than once"},
+        {{"--test-folder=", "devices"}, "--test-folder has no value behind its \"=\""},
+        {{"acquire", "--device=", "-v"}, "--device has no value behind its \"=\""},
+        {{"-v"}, "no COMMAND is given; see \"magellangps --help\""},
+        {{"-q", "-v", "info"}, "-q and -v exclude each other"},
         {{"import"}, "no FILE"},
         {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
         {{"send"}, "no FILE to send"},
-        {{"send", "a.gpx", "--data", "d.json"}, "excludes"},
-        {{"send", "--data", "d.json", "--exact-names"}, "excludes"},
-        {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "excludes"},
+        {{"send", "a.gpx", "--data", "d.json"}, "a FILE and --data exclude each other: leave one of them out"},
+        {{"send", "--data", "d.json", "--exact-names"}, "exclude each other"},
+        {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "exclude each other"},
         {{"send", "a.gpx", "--dryrun"}, "did you mean \"--dry-run\"?"},
         {{"restore", "a", "b"}, "unexpected argument \"b\""},
         {{"completions", "tcsh"}, "tcsh"},
@@ -219,7 +237,7 @@ TEST(Options, MistakesAreOneLineEach)
         {{"wach"}, "did you mean \"watch\"?"},
         {{"watch", "--format", "kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
         {{"watch", "--events"}, "--events is for"},
-        {{"watch", "--serial", "--driver", "magellan"}, "excludes"},
+        {{"watch", "--serial", "--driver", "magellan"}, "exclude each other"},
         {{"watch", "--newonly"}, "did you mean \"--new-only\"?"},
         {{"watch", "-o", "a.gpx"}, "unknown option \"-o\""},
         {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},
