@@ -2,6 +2,7 @@
 
 #include "host/backup/Restore.h"
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -29,17 +30,28 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
     return std::nullopt;
 }
 
+bool Restore::isOn(const std::string& device) const
+{
+    return std::all_of(manifest_.files.begin(), manifest_.files.end(),
+                       [&](const BackedUpFile& file) { return isOn(device, file); });
+}
+
+bool Restore::isOn(const std::string& device, const BackedUpFile& file)
+{
+    std::string present;
+    return !gps::FileManager{}.readFile(gps::joinPath(device, file.path), present) && present.size() == file.size &&
+           hashOf(present) == file.hash;
+}
+
 std::optional<gps::Error> Restore::write(const std::string& device, std::vector<std::string>& written) const
 {
     for (const auto& file : manifest_.files) {
+        if (isOn(device, file))
+            continue;
         std::string bytes;
         if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
             return failure;
-        const auto path = gps::joinPath(device, file.path);
-        std::string present;
-        if (!gps::FileManager{}.readFile(path, present) && present == bytes)
-            continue;
-        if (auto failure = writeFile(path, bytes))
+        if (auto failure = writeFile(gps::joinPath(device, file.path), bytes))
             return failure;
         written.push_back(file.path);
     }

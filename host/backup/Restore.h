@@ -17,6 +17,9 @@ public:
     /// Reads the whole backup. @return  it is none, or damaged, with the file
     [[nodiscard]] std::optional<gps::Error> open(const std::string& backup);
 
+    /// Whether each file is on the device as the backup has it.
+    [[nodiscard]] bool isOn(const std::string& device) const;
+
     /// Writes each file, atomically, where it does not hold the same already, and stops at the first one that cannot be written.
     /// @param device   where the device is now
     /// @param written  gets the paths, from the device's place, of the files written
@@ -28,6 +31,7 @@ public:
 
 private:
     [[nodiscard]] std::string pathOf(const BackedUpFile& file) const;
+    static bool isOn(const std::string& device, const BackedUpFile& file);
 
     std::string backup_;
     Manifest manifest_;

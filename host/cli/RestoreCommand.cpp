@@ -41,17 +41,19 @@ std::optional<gps::Error> putBack(const std::string& backup, const std::string& 
     Restore restore;
     if (auto failure = restore.open(backup))
         return failure;
-    Backup made;
-    std::vector<std::string> skipped;
-    if (auto failure = makeBackup(folder, device, backup, made, skipped))
-        return failure;
-    report = "The state before is kept in the backup " + made.name + '\n';
+    if (restore.isOn(device.device)) { // one more backup would push an older one out, for nothing
+        report = "The device holds what the backup holds.\n";
+    } else {
+        Backup made;
+        std::vector<std::string> skipped;
+        if (auto failure = makeBackup(folder, device, backup, made, skipped))
+            return failure;
+        report = "The state before is kept in the backup " + made.name + '\n';
+    }
     std::vector<std::string> written;
     auto failure = restore.write(device.device, written);
     for (const auto& path : written)
         report += "restored: " + displayText(path) + '\n';
-    if (written.empty() && !failure)
-        report += "The device holds what the backup holds.\n";
     for (const auto& path : restore.strangers(device.device))
         report += "left, not in the backup: " + displayText(path) + '\n';
     return failure;
@@ -70,7 +72,9 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
     const DataFolders folders{selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
                               device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
     if (device == nullptr || folders.device.empty()) {
-        console.error("This driver has no device that backups are kept of.");
+        console.error("The driver " + driverName(*driver) +
+                      " has no device that backups are kept of. Connect a receiver that mounts as a disk, or name its place with "
+                      "--device.");
         return ExitStatus::kNothingToWorkOn;
     }
     const auto folder = options.backupFolder ? options.backupFolder : usualBackupFolder();

@@ -213,6 +213,13 @@ protected:
         return failure;
     }
 
+    bool isOnDevice() const
+    {
+        host::Restore restore;
+        EXPECT_FALSE(restore.open(made_.path));
+        return restore.isOn(device_.path());
+    }
+
     std::vector<std::string> written_;
     std::vector<std::string> strangers_;
 };
@@ -223,7 +230,9 @@ TEST_F(Restore, PutsBackWhatChangedOrWentAndNamesWhatCame)
     fs::remove_all(device_.path("Points/deep"));
     device_.put("Points/new", "x");
     device_.put("Ways/new", "x");
+    EXPECT_FALSE(isOnDevice());
     EXPECT_FALSE(restore());
+    EXPECT_TRUE(isOnDevice());
     EXPECT_EQ(device_.read("Points/a.upt"), "one\r\n");
     EXPECT_EQ(device_.read("Points/deep/b.bin"), (std::string{"\0\xFF", 2}));
     EXPECT_EQ(device_.read("Points/new"), "x");
@@ -243,6 +252,19 @@ TEST_F(Restore, NamesOfAnyBytesComeBack)
     for (const auto& name : names)
         EXPECT_EQ(device_.read(name), name);
     EXPECT_THAT(strangers_, IsEmpty());
+}
+
+TEST_F(Restore, IsOnADeviceThatHoldsEachFileAsItWas)
+{
+    EXPECT_TRUE(isOnDevice());
+    device_.put("Points/new", "x");
+    EXPECT_TRUE(isOnDevice()) << "whatever else is there";
+    device_.put("Points/a.upt", "two\r\n");
+    EXPECT_FALSE(isOnDevice()) << "as long, but another";
+    device_.put("Points/a.upt", "one\r\n");
+    EXPECT_TRUE(isOnDevice());
+    fs::remove(device_.path("Points/a.upt"));
+    EXPECT_FALSE(isOnDevice());
 }
 
 TEST_F(Restore, WritesNothingWhereNothingChanged)
