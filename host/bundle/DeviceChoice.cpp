@@ -91,14 +91,17 @@ void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> 
     }
 }
 
-gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& location)
+// @param isOneWished  whether the drivers are those of a name that was given
+gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& location, bool isOneWished)
 {
     const auto places = locations(drivers);
-    return hostError("There is no device at this place",
-                     places.empty() ? "No mounted receiver and no serial port was found; connect one, or see what "
-                                      "\"magellangps devices --explain\" tells"
-                                    : "The devices are at: " + places,
-                     location);
+    std::string advice = "The devices are at: " + places;
+    if (places.empty() && isOneWished)
+        advice = "This driver finds no device at all; leave out --driver, or see what \"magellangps devices --explain\" tells";
+    else if (places.empty())
+        advice = "No mounted receiver and no serial port was found; connect one, or see what \"magellangps devices --explain\" "
+                 "tells";
+    return hostError("There is no device at this place", std::move(advice), location);
 }
 
 gps::Error nothingReady()
@@ -118,7 +121,7 @@ std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const
         found = findDevice(drivers, *wish.device);
     }
     if (!found)
-        return noSuchDevice(drivers, *wish.device);
+        return noSuchDevice(drivers, *wish.device, wish.driver.has_value());
     const auto& [driver, index] = *found;
     if (auto* const menu = deviceMenu(*driver))
         menu->pick(index);

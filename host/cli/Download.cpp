@@ -170,7 +170,7 @@ void Download::showLog(const Outcome& outcome, bool isNeeded) const
 
 ExitStatus Download::finish()
 {
-    if (tellWriter_ && (options_.events || hasArrived_))
+    if (tellWriter_ && (options_.events || hasArrived_ || isWhole()))
         fail(tellWriter_->close());
     tellOfDates();
     if (fileWriter_)
@@ -206,7 +206,7 @@ void Download::finishFile()
         const auto failure = file_->keepPartial();
         fail(failure);
         if (!failure && !path.empty())
-            console_.error("What arrived is kept beside it. Path: " + path);
+            console_.error("The output file was not written; what arrived is kept beside its place. Path: " + path);
     }
 }
 

@@ -3,7 +3,9 @@
 #include "host/cli/Sending.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -36,6 +38,9 @@ std::optional<gps::Error> Sending::open()
         return readDataFile(*options_.data, data_);
     data_.emplace();
     for (const auto& file : options_.files) {
+        std::error_code ignored;
+        if (std::filesystem::is_directory(file, ignored))
+            return hostError("This is a folder", "Name the GPX files in it", file);
         if (auto failure = readGpx(file, *data_))
             return failure;
     }
@@ -61,13 +66,13 @@ ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
     }
     if (const auto failure = standardOutput_.flush())
         fail(*failure);
-    return hasFailed_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+    return hasFailed_ || loses_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
 }
 
 void Sending::plan(gps::GPSPlugInProtocol& driver)
 {
     if (!canSend_)
-        return console_.note("This driver cannot send: nothing will be written to the device.");
+        return console_.note("The driver " + driverName(driver) + " cannot send: nothing will be written to the device.");
     if (device_ == nullptr) {
         console_.note("This driver tells nothing before a send: there is no plan, no backup, and no look at what has arrived.");
         return report("to send: " + recordCounts(*data_) + '\n');
@@ -79,7 +84,8 @@ void Sending::plan(gps::GPSPlugInProtocol& driver)
     plan_ = device_->planSend(*data_);
     progress_.clear();
     report(planReport(plan_, changes, place_));
-    warn();
+    for (const auto& file : plan_.files)
+        warnOf(file);
 }
 
 std::vector<TextChange> Sending::fit(gps::GPSPlugInProtocol& driver)
@@ -94,18 +100,16 @@ std::vector<TextChange> Sending::fit(gps::GPSPlugInProtocol& driver)
     return changes;
 }
 
-void Sending::warn()
+void Sending::warnOf(const gps::PlannedFile& file)
 {
-    for (const auto& file : plan_.files) {
-        if (file.fate == Fate::kLeft && file.error)
-            fail(*file.error);
-        if (file.fate != Fate::kMerged || !file.error)
-            continue;
-        console_.error(*file.error);
-        console_.error("The present content of this file cannot be merged and will be lost. " +
-                       std::string{options_.backup ? "Its copy is in the backup." : "There will be no backup of it."} +
-                       " Path: " + file.path);
-    }
+    if (file.fate == Fate::kLeft && file.error)
+        fail(*file.error);
+    if (file.fate != Fate::kMerged || !file.error)
+        return;
+    loses_ = true;
+    console_.error(*file.error);
+    console_.error("The present content of this file cannot be merged: a send replaces it. " +
+                   std::string{options_.backup ? "The backup keeps a copy." : "No backup keeps a copy."} + " Path: " + file.path);
 }
 
 bool Sending::writesAnything() const
@@ -162,7 +166,7 @@ void Sending::judge(const Outcome& outcome, gps::GPSPlugInProtocol& driver)
         fail(error);
     if (outcome.error)
         return fail(*outcome.error);
-    judgeBrackets(outcome);
+    judgeBrackets(outcome, driver);
     judgeFiles(outcome);
     if (!hasFailed_ && data_ && device_ != nullptr)
         judgeRecords(driver);
@@ -174,7 +178,7 @@ void Sending::judge(const Outcome& outcome, gps::GPSPlugInProtocol& driver)
         console_.note("and " + std::to_string(outcome.moreLines) + " more");
 }
 
-void Sending::judgeBrackets(const Outcome& outcome)
+void Sending::judgeBrackets(const Outcome& outcome, const gps::GPSPlugInProtocol& driver)
 {
     std::string missing;
     for (const auto kind : data_ ? kindsIn(*data_) : std::vector<gps::TransferKind>{}) {
@@ -183,8 +187,12 @@ void Sending::judgeBrackets(const Outcome& outcome)
     }
     if (missing.empty())
         return;
-    console_.error((canSend_ ? "The send ended before its end. Missing: " : "Nothing was sent: this driver cannot. Missing: ") +
-                   missing + '.');
+    if (canSend_)
+        console_.error("The send ended before its end. Missing: " + missing + '.');
+    else
+        console_.error(
+            "The driver " + driverName(driver) +
+            " cannot send. Connect a receiver that mounts as a disk, or name its place with --device. Missing: " + missing + '.');
     hasFailed_ = true;
 }
 
@@ -192,7 +200,7 @@ void Sending::judgeFiles(const Outcome& outcome)
 {
     std::set<std::string> told; // a file whose failure the plug-in has logged needs no second one
     for (const auto& logged : outcome.loggedErrors) {
-        if (tellsOfNewFile(logged.error, plan_))
+        if (isForeseen(logged.error, plan_))
             continue;
         fail(logged.error);
         told.insert(*logged.error.path());

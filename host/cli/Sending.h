@@ -34,12 +34,12 @@ public:
 private:
     void plan(gps::GPSPlugInProtocol& driver);
     [[nodiscard]] std::vector<TextChange> fit(gps::GPSPlugInProtocol& driver);
-    void warn();
+    void warnOf(const gps::PlannedFile& file);
     [[nodiscard]] bool writesAnything() const;
     [[nodiscard]] std::optional<gps::Error> backUp();
     [[nodiscard]] Outcome send(gps::GPSPlugInProtocol& driver);
     void judge(const Outcome& outcome, gps::GPSPlugInProtocol& driver);
-    void judgeBrackets(const Outcome& outcome);
+    void judgeBrackets(const Outcome& outcome, const gps::GPSPlugInProtocol& driver);
     void judgeFiles(const Outcome& outcome);
     void judgeRecords(gps::GPSPlugInProtocol& driver);
     void conclude();
@@ -56,6 +56,7 @@ private:
     std::string place_;
     gps::SendPlan plan_;
     bool hasFailed_ = false;
+    bool loses_ = false; // a present file cannot be merged: the send goes on, but does not count as success
 };
 
 } // namespace host

@@ -74,10 +74,12 @@ private:
 
     void keepLine(std::string_view line)
     {
-        if (heard_.logLines.size() < Outcome::kMostLines)
-            heard_.logLines.emplace_back(line);
-        else
+        if (heard_.logLines.size() == Outcome::kMostLines) {
             ++heard_.moreLines;
+            return;
+        }
+        auto& kept = heard_.logLines.emplace_back(line);
+        std::replace(kept.begin(), kept.end(), '\n', ' ');
     }
 
     static bool isFolder(const std::string& path)

@@ -37,7 +37,7 @@ struct Outcome {
     std::vector<gps::TransferKind> sendings;  ///< kinds whose sending ended, in order
     std::vector<LoggedError> loggedErrors;    ///< errors that the plug-in logged about a path
     std::size_t moreErrors = 0;               ///< further ones, not kept
-    std::vector<std::string> logLines;        ///< every other line that the plug-in logged
+    std::vector<std::string> logLines;        ///< every other line that the plug-in logged, breaks in it made spaces
     std::size_t moreLines = 0;                ///< further ones, not kept
 };
 

@@ -50,13 +50,18 @@ std::vector<gps::Error> missingFiles(const gps::SendPlan& plan)
     return missing;
 }
 
-bool tellsOfNewFile(const gps::Error& logged, const gps::SendPlan& plan)
+bool isForeseen(const gps::Error& logged, const gps::SendPlan& plan)
 {
     const auto* const cause = logged.userInfo().findDictionary(gps::kErrorUnderlyingKey);
     const auto* const code = cause != nullptr ? cause->find("code") : nullptr;
-    return code != nullptr && code->int32Reading() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile) &&
-           std::any_of(plan.files.begin(), plan.files.end(),
-                       [&](const gps::PlannedFile& file) { return file.fate == Fate::kMade && file.path == logged.path(); });
+    return code != nullptr && std::any_of(plan.files.begin(), plan.files.end(), [&](const gps::PlannedFile& file) {
+               if (file.path != logged.path())
+                   return false;
+               if (file.fate == Fate::kMerged)
+                   return file.error && code->int32Reading() == file.error->code();
+               return file.fate == Fate::kMade &&
+                      code->int32Reading() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
+           });
 }
 
 } // namespace host

@@ -19,7 +19,8 @@ namespace host {
 /// @return  an error for each that is not there or holds something else than planned
 [[nodiscard]] std::vector<gps::Error> missingFiles(const gps::SendPlan& plan);
 
-/// Whether a logged error tells no more than that a file to be made was not there before.
-[[nodiscard]] bool tellsOfNewFile(const gps::Error& logged, const gps::SendPlan& plan);
+/// Whether a logged error tells no more than the plan does: that a file to be made was not there before, or why the present
+/// content of one cannot be merged.
+[[nodiscard]] bool isForeseen(const gps::Error& logged, const gps::SendPlan& plan);
 
 } // namespace host

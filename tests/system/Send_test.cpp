@@ -236,6 +236,7 @@ TEST_F(Send, BadInputSendsNothing)
                                                                    {"--data", here_.path("none.json")},
                                                                    {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
                                                                    {trip(), here_.put("no.gpx", "text")},
+                                                                   {here_.path()},
                                                                    {here_.path("none.gpx")}}) {
         const auto ran = send(receiver.path(), words);
         EXPECT_EQ(ran.status, 1);
@@ -286,7 +287,8 @@ TEST_F(Send, PresentFileThatCannotBeReadIsWarnedOfAndKeptInTheBackup)
     receiver.put("Points/Default POI File.upt", "H\xFCtte");
     const auto ran = send(receiver.path(), {trip()});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, HasSubstr("Its copy is in the backup. Path: " + receiver.path("Points/Default POI File.upt")));
+    EXPECT_THAT(ran.err, HasSubstr("The backup keeps a copy. Path: " + receiver.path("Points/Default POI File.upt")));
+    EXPECT_THAT(ran.out, HasSubstr("written and read back"));
     const auto kept = filesOf(here_.path("kept"));
     EXPECT_EQ(std::count_if(kept.begin(), kept.end(), [](const auto& file) { return file.second == "H\xFCtte"; }), 1);
     EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Summit,"));
@@ -346,6 +348,8 @@ TEST_F(Send, RestorePutsBackWhatWasThere)
     for (const auto& [file, content] : before)
         EXPECT_EQ(receiver.read(file), content) << file;
     EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2);
+    EXPECT_THAT(restore({name}).out, testing::StartsWith("The device holds what the backup holds.\nleft, "));
+    EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2) << "no backup of what is left as it is";
 
     const auto unknown = restore({"20000101T000000Z"});
     EXPECT_EQ(unknown.status, 1);

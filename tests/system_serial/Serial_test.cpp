@@ -114,8 +114,10 @@ TEST(Serial, SendIsRunThoughTheDriverCannot)
     const auto ran = magellangps({"send", "--data", file, "--device", line.path(), "--events"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_EQ(ran.out, "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
-    EXPECT_EQ(ran.err, "note: This driver cannot send: nothing will be written to the device.\n"
-                       "magellangps: Nothing was sent: this driver cannot. Missing: waypoints.\n");
+    EXPECT_EQ(ran.err,
+              "note: The driver magellan-serial cannot send: nothing will be written to the device.\n"
+              "magellangps: The driver magellan-serial cannot send. Connect a receiver that mounts as a disk, or name its place "
+              "with --device. Missing: waypoints.\n");
 }
 
 TEST(Serial, PortHasNoBackups)

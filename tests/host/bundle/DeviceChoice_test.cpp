@@ -100,7 +100,7 @@ TEST_F(DeviceChoice, UnknownDeviceIsRefusedWithThePlacesThereAre)
 
 TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRefused)
 {
-    refusalOf({.driver = "some-serial", .device = "/media/a"});
+    EXPECT_THAT(refusalOf({.driver = "some-serial", .device = "/media/a"}), HasSubstr("This driver finds no device at all"));
 }
 
 TEST_F(DeviceChoice, FolderThatNobodyListsBecomesATestFolderOnce)

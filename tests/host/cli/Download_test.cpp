@@ -110,7 +110,8 @@ TEST_F(Download, TransferThatNeverCameLeavesAPartialFile)
     EXPECT_TRUE(hasPartial());
     EXPECT_THAT(err_, HasSubstr("Missing: routes, tracks."));
     EXPECT_THAT(err_, HasSubstr("log: what the plug-in thinks of it"));
-    EXPECT_THAT(err_, HasSubstr("trip.partial.gpx"));
+    EXPECT_THAT(err_, HasSubstr("The output file was not written; what arrived is kept beside its place. Path: " +
+                                folder_.path("trip.partial.gpx")));
 }
 
 TEST_F(Download, LogIsShownWithAMissingTransferThoughQuiet)
@@ -302,6 +303,14 @@ TEST_F(Download, SummaryIsPrintedOnlyOfWhatArrived)
     EXPECT_THAT(out_, HasSubstr("Total "));
     EXPECT_EQ(download([](const Status&) {}), ExitStatus::kFailed);
     EXPECT_THAT(out_, IsEmpty());
+}
+
+TEST_F(Download, SummaryOfNothingIsPrintedWhereNothingWasAskedFor)
+{
+    options_.output.reset();
+    options_.waypoints = options_.routes = options_.tracks = false;
+    EXPECT_EQ(download([](const Status&) {}), ExitStatus::kSuccess);
+    EXPECT_THAT(out_, HasSubstr("Total "));
 }
 
 TEST_F(Download, HundredThousandPointsComeThroughTheQueue)

@@ -206,11 +206,20 @@ TEST_F(Sending, NothingToWriteNeedsNoBackup)
 TEST_F(Sending, PresentFileThatCannotBeReadIsWarnedOfBeforeTheSend)
 {
     planFile(Fate::kMerged, gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_));
-    EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
-    EXPECT_THAT(err_, HasSubstr("will be lost. Its copy is in the backup. Path: " + path_));
+    EXPECT_EQ(send([this] {
+                  const auto unreadable = gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_);
+                  gps::logError("plug-in", gps::Error{"some", 1, {{gps::kErrorPathKey, path_}}}.causedBy(unreadable));
+                  write();
+              }),
+              ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("a send replaces it. The backup keeps a copy. Path: " + path_));
+    EXPECT_THAT(err_, Not(HasSubstr("Error 1"))) << "told already";
+    EXPECT_THAT(out_, HasSubstr("sent: 1 waypoint")) << "and what was sent has arrived";
     options_.backup = false;
     send([this] { write(); });
-    EXPECT_THAT(err_, HasSubstr("There will be no backup of it."));
+    EXPECT_THAT(err_, HasSubstr("No backup keeps a copy."));
+    options_.dryRun = true;
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed) << "a dry run shows it, too";
 }
 
 TEST_F(Sending, FileThatHasToBeLeftIsAFailure)
@@ -304,8 +313,9 @@ TEST_F(Sending, DriverThatCannotSendIsRunAllTheSameAndNothingArrives)
               ExitStatus::kFailed);
     EXPECT_EQ(sends_, 1);
     EXPECT_THAT(out_, IsEmpty());
-    EXPECT_EQ(err_, "note: This driver cannot send: nothing will be written to the device.\n"
-                    "magellangps: Nothing was sent: this driver cannot. Missing: waypoints.\n");
+    EXPECT_EQ(err_, "note: The driver fake cannot send: nothing will be written to the device.\n"
+                    "magellangps: The driver fake cannot send. Connect a receiver that mounts as a disk, or name its place with "
+                    "--device. Missing: waypoints.\n");
     EXPECT_FALSE(hasBackup());
 }
 

@@ -138,13 +138,13 @@ TEST(Operation, LogLinesAreKeptUpToABound)
 {
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {
         for (std::size_t i = 0; i < host::Outcome::kMostLines + 3; ++i)
-            gps::logLine("line " + std::to_string(i));
+            gps::logLine("line " + std::to_string(i) + "\nand its end");
         gps::logError("Error", {"some", 1}); // about no path
         status->gpsStateChange(0);
         return std::nullopt;
     });
     EXPECT_EQ(result.outcome.logLines.size(), host::Outcome::kMostLines);
-    EXPECT_EQ(result.outcome.logLines.front(), "line 0");
+    EXPECT_EQ(result.outcome.logLines.front(), "line 0 and its end");
     EXPECT_EQ(result.outcome.moreLines, 4U);
     EXPECT_THAT(result.outcome.loggedErrors, IsEmpty());
 }

@@ -42,16 +42,28 @@ TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
     EXPECT_EQ(missing[1].path(), folder.path("none"));
 }
 
-TEST(SendCheck, OnlyAFileToBeMadeMayBeMissingBefore)
+TEST(SendCheck, OnlyAFileToBeMadeIsForeseenToBeMissing)
 {
     gps::SendPlan plan;
     plan.files.push_back({"/made", Fate::kMade, "", {}});
     plan.files.push_back({"/merged", Fate::kMerged, "", {}});
-    EXPECT_TRUE(host::tellsOfNewFile(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
-    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
-    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/other", gps::FileErrorCode::kReadNoSuchFile), plan));
-    EXPECT_FALSE(host::tellsOfNewFile(unreadable("/made", gps::FileErrorCode::kReadNoPermission), plan));
-    EXPECT_FALSE(host::tellsOfNewFile(gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, "/made"), plan));
+    EXPECT_TRUE(host::isForeseen(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::isForeseen(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::isForeseen(unreadable("/other", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::isForeseen(unreadable("/made", gps::FileErrorCode::kReadNoPermission), plan));
+    EXPECT_FALSE(host::isForeseen(gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, "/made"), plan));
+}
+
+TEST(SendCheck, OnlyTheErrorOfAPresentFileThatThePlanNamesIsForeseen)
+{
+    using enum gps::FileErrorCode;
+    gps::SendPlan plan;
+    plan.files.push_back({"/lost", Fate::kMerged, "", gps::makeFileError(kReadNotAscii, "/lost")});
+    plan.files.push_back({"/left", Fate::kLeft, "", gps::makeFileError(kReadNotAscii, "/left")});
+    EXPECT_TRUE(host::isForeseen(unreadable("/lost", kReadNotAscii), plan));
+    EXPECT_FALSE(host::isForeseen(unreadable("/lost", kReadNoPermission), plan));
+    EXPECT_FALSE(host::isForeseen(unreadable("/left", kReadNotAscii), plan));
+    EXPECT_FALSE(host::isForeseen(gps::makeFileError(kWriteNoSpace, "/lost"), plan));
 }
 
 } // namespace
