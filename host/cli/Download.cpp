@@ -132,7 +132,7 @@ void Download::judgeMissing(const std::vector<gps::TransferKind>& missing)
     std::string names;
     for (const auto kind : missing)
         names += (names.empty() ? "" : ", ") + std::string{kindName(kind)};
-    console_.error("The download ended before its end. Missing: " + names + ".");
+    console_.error("The download broke off. Missing: " + names + ".");
     isIncomplete_ = true;
 }
 

@@ -51,7 +51,7 @@ void addGlobalOptions(CLI::App& app, Raw& raw)
     app.add_option("--debug", options.debug, "Put \"debug\" with this number into the operation's options")->type_name("N");
     app.add_flag("--json", options.json, "Print what info and devices tell as one JSON document");
     app.add_flag("--events", options.events, "Print each call that the plug-in makes as one JSON line, then a result line");
-    auto* const quiet = app.add_flag("-q", options.quiet, "Say nothing but errors");
+    auto* const quiet = app.add_flag("-q", options.quiet, "Write nothing but errors on the standard error stream");
     app.add_flag("-v", options.verbose, "Print the system log's lines on the standard error stream, too")->excludes(quiet);
 }
 

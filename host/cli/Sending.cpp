@@ -57,9 +57,8 @@ ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
     if (options_.dryRun) {
         report("Dry run: nothing was sent.\n");
     } else if (const auto failure = options_.backup && writesAnything() ? backUp() : std::nullopt) {
-        console_.error(*failure);
+        fail(*failure);
         console_.error("There is no backup, so nothing was sent. Choose another place with --backup, or send with --no-backup.");
-        return ExitStatus::kFailed;
     } else {
         judge(send(driver), driver);
         conclude();
@@ -188,7 +187,7 @@ void Sending::judgeBrackets(const Outcome& outcome, const gps::GPSPlugInProtocol
     if (missing.empty())
         return;
     if (canSend_)
-        console_.error("The send ended before its end. Missing: " + missing + '.');
+        console_.error("The send broke off. Missing: " + missing + '.');
     else
         console_.error(
             "The driver " + driverName(driver) +

@@ -72,6 +72,9 @@ std::optional<gps::Error> readDataFile(const std::string& path, std::optional<gp
         return std::nullopt;
     }
     auto read = readJsonObject(text);
+    if (const auto end = read ? std::nullopt : endOfJson(text))
+        return hostError("The data file is damaged or cut short: line " + std::to_string(lineAt(text, *end)) + " is no JSON",
+                         "Check the file", path);
     if (!read)
         return hostError("The data file is no JSON object, or one that is nested too deep",
                          R"(Write an object with "waypoint", "route" and "track", or null)", path);

@@ -164,6 +164,19 @@ void appendJsonOrNull(std::string& out, const std::optional<std::string>& text)
         out += "null";
 }
 
+std::optional<std::size_t> endOfJson(std::string_view text)
+{
+    const auto keepNothing = [](int, Json::parse_event_t, const Json&) { return false; };
+    try {
+        [[maybe_unused]] const auto nothing = Json::parse(text.begin(), text.end(), keepNothing);
+    } catch (const Json::parse_error& error) {
+        return std::clamp<std::size_t>(error.byte, 1, text.size() + 1) - 1; // it counts from 1
+    } catch (const Json::exception&) {
+        return std::nullopt; // a number that nothing can hold
+    }
+    return std::nullopt;
+}
+
 std::optional<gps::Dictionary> readJsonObject(std::string_view text)
 {
     bool tooDeep = false;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,9 @@ void appendJson(std::string& out, const gps::Error& error);
 
 /// Appends a string, or null for none.
 void appendJsonOrNull(std::string& out, const std::optional<std::string>& text);
+
+/// Where a text goes on, or ends, as no JSON does: an offset of at most its size; none where it is JSON.
+[[nodiscard]] std::optional<std::size_t> endOfJson(std::string_view text);
 
 /// Reads a JSON object as a dictionary: its keys in their order, whole numbers as 64-bit integers, null as a missing key.
 /// @return  none when the text is no JSON object, or one nested deeper than 64 levels

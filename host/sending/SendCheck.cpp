@@ -40,9 +40,11 @@ std::vector<gps::Error> missingFiles(const gps::SendPlan& plan)
         if (file.fate == Fate::kLeft)
             continue;
         std::string present;
-        if (gps::FileManager{}.readFile(file.path, present))
-            missing.push_back(
-                hostError("A file that was sent is not on the device", "See what the device lacks, and try again", file.path));
+        if (const auto failure = gps::FileManager{}.readFile(file.path, present))
+            missing.push_back(hostError(failure->code() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile)
+                                            ? "A file that was sent is not on the device"
+                                            : "A file that was sent cannot be read back from the device",
+                                        "See what the device lacks, and try again", file.path));
         else if (present != file.content)
             missing.push_back(hostError("A file on the device does not hold what was sent",
                                         "See what the device lacks, and try again", file.path));

@@ -190,6 +190,7 @@ TEST_F(Sending, NothingIsSentWithoutABackup)
     options_.backupFolder = folder_.put("a file", "");
     EXPECT_EQ(send([] {}), ExitStatus::kFailed);
     EXPECT_EQ(sends_, 0);
+    EXPECT_EQ(out_, "make: Points/p\n");
     EXPECT_THAT(err_, HasSubstr("--no-backup"));
     options_.backup = false;
     EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);

@@ -66,6 +66,22 @@ TEST_F(DataFile, WhatIsNoObjectIsRefusedWithItsPath)
     }
 }
 
+TEST_F(DataFile, DamagedTextIsRefusedWithItsLine)
+{
+    struct Row {
+        std::string json;
+        const char* line;
+    };
+    for (const auto& [json, line] :
+         std::vector<Row>{{"", "line 1 "}, {"{\"a\":\n", "line 2 "}, {"{\n\n\"a\":1,}\n", "line 3 "}, {"{}\nx", "line 2 "}}) {
+        const auto failure = read(json);
+        ASSERT_TRUE(failure) << json;
+        EXPECT_NE(failure->description()->find(line), std::string::npos) << *failure->description();
+    }
+    EXPECT_EQ(read("[]")->description()->find("line"), std::string::npos);
+    EXPECT_TRUE(read(R"({"a":1e999})"));
+}
+
 TEST_F(DataFile, FileThatIsNotThereIsRefused)
 {
     EXPECT_TRUE(host::readDataFile(folder_.path("none"), data_));

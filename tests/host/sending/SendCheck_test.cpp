@@ -36,10 +36,14 @@ TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
     plan.files.push_back({folder.put("other", "abd"), Fate::kMerged, "abc", {}});
     plan.files.push_back({folder.path("none"), Fate::kMade, "", {}});
     plan.files.push_back({folder.path("left"), Fate::kLeft, "abc", {}});
+    plan.files.push_back({folder.makeFolder("folder"), Fate::kMade, "", {}});
     const auto missing = host::missingFiles(plan);
-    ASSERT_EQ(missing.size(), 2U);
+    ASSERT_EQ(missing.size(), 3U);
     EXPECT_EQ(missing[0].path(), folder.path("other"));
     EXPECT_EQ(missing[1].path(), folder.path("none"));
+    EXPECT_EQ(missing[1].description(), "A file that was sent is not on the device");
+    EXPECT_EQ(missing[2].path(), folder.path("folder"));
+    EXPECT_EQ(missing[2].description(), "A file that was sent cannot be read back from the device");
 }
 
 TEST(SendCheck, OnlyAFileToBeMadeIsForeseenToBeMissing)
