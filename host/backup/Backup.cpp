@@ -170,13 +170,13 @@ Backup described(const std::string& path)
     return backup;
 }
 
-void prune(const std::string& folder, const std::string& identifier, const std::string& spared)
+void prune(const Keeping& keeping, const std::string& identifier)
 {
     std::size_t kept = 0;
-    for (const auto& backup : listBackups(folder, identifier)) {
+    for (const auto& backup : listBackups(keeping.folder, identifier)) {
         std::error_code ignored;
-        const bool isSpared = !spared.empty() && fs::equivalent(backup.path, spared, ignored);
-        if (kept++ < kMostBackups || isSpared)
+        const bool isSpared = !keeping.spared.empty() && fs::equivalent(backup.path, keeping.spared, ignored);
+        if (kept++ < keeping.most || isSpared)
             continue;
         // Renamed first, so that a run killed here leaves none that looks whole.
         const auto unfinished = gps::joinPath(fs::path{backup.path}.parent_path().string(), kUnfinished);
@@ -203,12 +203,13 @@ std::optional<std::string> usualBackupFolder()
     return state ? std::optional{gps::joinPath(*state, "backups")} : std::nullopt;
 }
 
-std::optional<gps::Error> makeBackup(const std::string& folder, const DataFolders& source, const std::string& spared,
-                                     Backup& made, std::vector<std::string>& skipped)
+std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source, Backup& made,
+                                     std::vector<std::string>& skipped)
 {
-    const auto mine = deviceFolder(folder, source.identifier);
-    if (liesInside(folder, source.folders))
-        return hostError("The backups would lie among the files that they copy", "Choose another place with --backup", folder);
+    const auto mine = deviceFolder(keeping.folder, source.identifier);
+    if (liesInside(keeping.folder, source.folders))
+        return hostError("The backups would lie among the files that they copy", "Choose another place with --backup",
+                         keeping.folder);
     if (auto failure = makeFolders(mine))
         return failure;
     const FolderLock lock{mine};
@@ -226,7 +227,7 @@ std::optional<gps::Error> makeBackup(const std::string& folder, const DataFolder
         return failure;
     }
     made = described(path);
-    prune(folder, source.identifier, spared);
+    prune(keeping, source.identifier);
     return std::nullopt;
 }
 

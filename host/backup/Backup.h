@@ -16,7 +16,14 @@
 
 namespace host {
 
-inline constexpr std::size_t kMostBackups = 10; ///< of a device; older ones go when a new one stands
+/// Where backups are kept, and how many.
+struct Keeping {
+    static constexpr std::size_t kUsually = 10;
+
+    std::string folder;          ///< all of them; made where it is missing
+    std::size_t most = kUsually; ///< of a device, at least one; older ones go when a new one stands
+    std::string spared{};        ///< the path of one that does not go; may be empty
+};
 
 /// What is copied.
 struct DataFolders {
@@ -38,13 +45,11 @@ struct Backup {
 
 /// Copies the data folders and reads every copy back. The backup gets its name when it is whole and on the medium; then the
 /// oldest ones beyond the kept number go.
-/// @param folder   where all backups are kept; made where it is missing
-/// @param spared   the path of a backup that does not go; may be empty
 /// @param made     out: the new backup
 /// @param skipped  gets what is neither a file nor a folder, and so is not in it
 /// @return         why there is no new backup; nothing older has changed then
-[[nodiscard]] std::optional<gps::Error> makeBackup(const std::string& folder, const DataFolders& source,
-                                                   const std::string& spared, Backup& made, std::vector<std::string>& skipped);
+[[nodiscard]] std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source, Backup& made,
+                                                   std::vector<std::string>& skipped);
 
 /// A device's whole backups, the newest first.
 [[nodiscard]] std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier);

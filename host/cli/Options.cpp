@@ -89,8 +89,10 @@ void addDeviceOption(CLI::App& command, Raw& raw)
         ->type_name("LOCATION");
 }
 
-CLI::Option* addBackupOption(CLI::App& command, Raw& raw)
+CLI::Option* addBackupOptions(CLI::App& command, Raw& raw)
 {
+    command.add_option("--keep-backups", raw.options.mostBackups, "Keep so many backups of a device, by default 10")
+        ->type_name("N");
     return command
         .add_option("--backup", raw.options.backupFolder, "Keep the backups in this folder instead of the user's state folder")
         ->type_name("DIR");
@@ -104,7 +106,7 @@ void addSendOptions(CLI::App& command, Raw& raw)
     auto* const files = command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
     auto* const data = command.add_option("--data", options.data, "Send this JSON file's data dictionary instead, as it stands");
     data->type_name("FILE")->excludes(files);
-    auto* const backup = addBackupOption(command, raw);
+    auto* const backup = addBackupOptions(command, raw);
     command.add_flag("--no-backup", raw.noBackup, "Keep no copy of the device's data folders")->excludes(backup);
     command.add_flag("--dry-run", options.dryRun, "Say what would be sent, and change nothing");
     command.add_flag("--exact-names", options.exactNames, "Leave names and texts as the files have them")->excludes(data);
@@ -114,7 +116,7 @@ void addRestoreOptions(CLI::App& command, Raw& raw)
 {
     command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
     addDeviceOption(command, raw);
-    addBackupOption(command, raw);
+    addBackupOptions(command, raw);
     command.add_option("backup", raw.options.restored, "The backup to put back, as listed, or its folder")->type_name("BACKUP");
 }
 
@@ -344,6 +346,8 @@ ParsedCommandLine check(Raw raw)
     options.backup = !raw.noBackup;
     if (options.command == Command::kSend && options.files.empty() && !options.data)
         return mistake("no FILE to send is given, and no --data");
+    if (options.mostBackups == 0)
+        return mistake("--keep-backups wants at least 1; --no-backup makes none");
     if (auto wrong = checkOutput(raw, options); !wrong.empty())
         return mistake(wrong);
     if (options.events && options.summary)

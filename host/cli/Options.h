@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/backup/Backup.h"
 #include "host/cli/ExitStatus.h"
 #include "host/formats/DateFix.h"
 #include "host/formats/Formats.h"
@@ -54,6 +55,7 @@ struct Options {
     std::optional<std::string> data;         ///< the data dictionary's file, instead of GPX files
     std::optional<std::string> backupFolder; ///< instead of the user's own
     bool backup = true;
+    std::uint32_t mostBackups = Keeping::kUsually; ///< of a device, at least one
     bool dryRun = false;
     bool exactNames = false;
     std::optional<std::string> restored; ///< the backup to put back; none: list them

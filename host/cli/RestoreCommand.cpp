@@ -35,18 +35,18 @@ std::string pathOf(const std::string& wanted, const std::vector<Backup>& backups
     return found != backups.end() ? found->path : wanted;
 }
 
-std::optional<gps::Error> putBack(const std::string& backup, const std::string& folder, const DataFolders& device,
-                                  std::string& report)
+// Puts the spared backup back, and keeps what was there.
+std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& device, std::string& report)
 {
     Restore restore;
-    if (auto failure = restore.open(backup))
+    if (auto failure = restore.open(keeping.spared))
         return failure;
     if (restore.isOn(device.device)) { // one more backup would push an older one out, for nothing
         report = "The device holds what the backup holds.\n";
     } else {
         Backup made;
         std::vector<std::string> skipped;
-        if (auto failure = makeBackup(folder, device, backup, made, skipped))
+        if (auto failure = makeBackup(keeping, device, made, skipped))
             return failure;
         report = "The state before is kept in the backup " + made.name + '\n';
     }
@@ -88,7 +88,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
     std::string report;
     Progress progress{wantsProgress(options)};
     progress.begin("restoring");
-    const auto failure = putBack(pathOf(*options.restored, backups), *folder, folders, report);
+    const auto failure = putBack({*folder, options.mostBackups, pathOf(*options.restored, backups)}, folders, report);
     progress.clear();
     const auto printed = print(report, console);
     if (!failure)

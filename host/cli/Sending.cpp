@@ -125,8 +125,8 @@ std::optional<gps::Error> Sending::backUp()
     Backup made;
     std::vector<std::string> skipped;
     progress_.begin("keeping a backup");
-    auto failure =
-        makeBackup(*folder, {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, {}, made, skipped);
+    auto failure = makeBackup({.folder = *folder, .most = options_.mostBackups},
+                              {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, made, skipped);
     progress_.clear();
     if (failure)
         return failure;

@@ -36,7 +36,7 @@ protected:
 
     std::optional<gps::Error> make(const std::string& spared = {})
     {
-        return host::makeBackup(kept_.path("kept"), source(), spared, made_, skipped_);
+        return host::makeBackup({kept_.path("kept"), most_, spared}, source(), made_, skipped_);
     }
 
     std::vector<host::Backup> list() const { return host::listBackups(kept_.path("kept"), "42"); }
@@ -48,6 +48,7 @@ protected:
 
     support::TemporaryFolder device_;
     support::TemporaryFolder kept_;
+    std::size_t most_ = host::Keeping::kUsually;
     host::Backup made_;
     std::vector<std::string> skipped_;
 };
@@ -137,10 +138,24 @@ TEST_F(Backup, IdentifierIsMadeAHarmlessName)
              {"", "device"}, {"..", "__"}, {"a/b c", "a_b_c"}, {"Ä", "__"}, {std::string(300, 'x'), std::string(64, 'x')}}) {
         auto from = source();
         from.identifier = identifier;
-        ASSERT_FALSE(host::makeBackup(kept_.path(), from, {}, made_, skipped_));
+        ASSERT_FALSE(host::makeBackup({kept_.path()}, from, made_, skipped_));
         EXPECT_EQ(fs::path{made_.path}.parent_path(), kept_.path(name));
         EXPECT_EQ(host::listBackups(kept_.path(), identifier).size(), 1U + (name == "__" && identifier == "Ä" ? 1U : 0U));
     }
+}
+
+TEST_F(Backup, AsManyAreKeptAsIsWished)
+{
+    for (int i = 0; i < 4; ++i)
+        ASSERT_FALSE(make());
+    most_ = 2;
+    ASSERT_FALSE(make());
+    EXPECT_EQ(list().size(), 2U);
+    EXPECT_EQ(list().front().name, made_.name);
+    most_ = 1;
+    ASSERT_FALSE(make());
+    ASSERT_EQ(list().size(), 1U);
+    EXPECT_EQ(list().front().name, made_.name);
 }
 
 TEST_F(Backup, UnreadableFileLeavesNoBackupAndTheOlderOnes)
@@ -179,7 +194,7 @@ TEST_F(Backup, FoldersWithoutAManifestAreNotListed)
 
 TEST_F(Backup, PlaceAmongTheDataIsRefused)
 {
-    EXPECT_TRUE(host::makeBackup(device_.path("Points/kept"), source(), {}, made_, skipped_));
+    EXPECT_TRUE(host::makeBackup({device_.path("Points/kept")}, source(), made_, skipped_));
     EXPECT_FALSE(fs::exists(device_.path("Points/kept")));
 }
 

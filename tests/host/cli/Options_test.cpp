@@ -113,6 +113,13 @@ TEST(Options, SendTakesFilesOrADataFile)
     EXPECT_FALSE(data.dryRun);
 }
 
+TEST(Options, TenBackupsAreKeptUnlessAnotherNumberIsGiven)
+{
+    EXPECT_EQ(optionsOf({"send", "a.gpx"}).mostBackups, 10U);
+    EXPECT_EQ(optionsOf({"send", "a.gpx", "--keep-backups", "1"}).mostBackups, 1U);
+    EXPECT_EQ(optionsOf({"restore", "--keep-backups", "99"}).mostBackups, 99U);
+}
+
 TEST(Options, RestoreTakesABackupOrNone)
 {
     EXPECT_EQ(optionsOf({"restore"}).command, Command::kRestore);
@@ -230,6 +237,8 @@ TEST(Options, MistakesAreOneLineEach)
         {{"send", "a.gpx", "--data", "d.json"}, "a FILE and --data exclude each other: leave one of them out"},
         {{"send", "--data", "d.json", "--exact-names"}, "exclude each other"},
         {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "exclude each other"},
+        {{"send", "a.gpx", "--keep-backups", "0"}, "--keep-backups wants at least 1"},
+        {{"send", "a.gpx", "--keep-backups", "-1"}, "--keep-backups wants a whole number"},
         {{"send", "a.gpx", "--dryrun"}, "did you mean \"--dry-run\"?"},
         {{"restore", "a", "b"}, "unexpected argument \"b\""},
         {{"completions", "tcsh"}, "tcsh"},
