@@ -73,10 +73,14 @@ PlainText PlainTexts::of(std::string_view text)
         text.remove_prefix(word.size());
         if (text.empty())
             break;
+        const auto* const spaceEnd = std::find_if_not(text.begin(), text.end(), gps::isWhiteSpace);
+        const auto space = text.substr(0, static_cast<std::size_t>(spaceEnd - text.begin()));
         // Line breaks are layout: one space stands for all that surrounds them.
-        if (text.front() == ' ' || (!plain.text.empty() && plain.text.back() != ' '))
+        if (space.find_first_not_of(' ') == std::string_view::npos)
+            append(plain, space);
+        else if (!plain.text.empty() && plain.text.back() != ' ')
             append(plain, " ");
-        text.remove_prefix(1);
+        text.remove_prefix(space.size());
     }
     return plain;
 }

@@ -57,6 +57,7 @@ TEST(PlainText, LineBreaksBecomeOneSpace)
     host::PlainTexts texts{characters()};
     EXPECT_EQ(texts.of("a\r\n\r\n\tb\n").text, "a b ");
     EXPECT_EQ(texts.of("\n\na  b").text, "a  b") << "spaces stay";
+    EXPECT_EQ(texts.of("a\n   b  \n c").text, "a b c") << "but not those around a break";
     EXPECT_EQ(texts.of("a\n\nb").dropped, "");
 }
 
