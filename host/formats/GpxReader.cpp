@@ -53,12 +53,11 @@ bool Collection::read(const pugi::xml_node& gpx)
 
 bool Collection::readElement(const pugi::xml_node& element)
 {
-    const auto name = localName(element);
-    if (name == "wpt")
+    if (isOwn(element, "wpt"))
         return readWaypoint(element);
-    if (name == "rte")
+    if (isOwn(element, "rte"))
         return readRoute(element);
-    return name != "trk" || readTrack(element);
+    return !isOwn(element, "trk") || readTrack(element);
 }
 
 bool Collection::readWaypoint(const pugi::xml_node& element)
@@ -76,7 +75,7 @@ bool Collection::readRoute(const pugi::xml_node& element)
     gps::Array points;
     for (const auto& node : element.children()) {
         gps::GPSPoint point;
-        if (localName(node) != "rtept")
+        if (!isOwn(node, "rtept"))
             continue;
         if (!takePoint(node, point))
             return false;
@@ -92,11 +91,11 @@ bool Collection::readTrack(const pugi::xml_node& element)
     auto track = trackRecord(element);
     gps::Array points;
     for (const auto& segment : element.children()) {
-        if (localName(segment) != "trkseg")
+        if (!isOwn(segment, "trkseg"))
             continue;
         for (const auto& node : segment.children()) {
             gps::GPSPoint point;
-            if (localName(node) != "trkpt")
+            if (!isOwn(node, "trkpt"))
                 continue;
             if (!takePoint(node, point))
                 return false;

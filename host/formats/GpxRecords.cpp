@@ -36,6 +36,18 @@ ElementName nameOf(const pugi::xml_node& node)
     return {name.substr(0, colon), name.substr(colon + 1)};
 }
 
+// What the prefix of an element's name stands for where it is used; empty: it is not declared.
+std::string_view namespaceOf(const pugi::xml_node& element)
+{
+    const auto prefix = nameOf(element).prefix;
+    const auto key = prefix.empty() ? std::string{"xmlns"} : "xmlns:" + std::string{prefix};
+    for (auto node = element; node; node = node.parent()) {
+        if (const auto declared = node.attribute(key.c_str()))
+            return declared.value();
+    }
+    return {};
+}
+
 // The first child of a name. One of the parent's own namespace comes before those that other makers put beside it.
 pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 {
@@ -165,6 +177,17 @@ gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoin
 std::string_view localName(const pugi::xml_node& element)
 {
     return nameOf(element).local;
+}
+
+bool isOwn(const pugi::xml_node& element, std::string_view local)
+{
+    const auto name = nameOf(element);
+    if (name.local != local)
+        return false;
+    if (name.prefix == nameOf(element.parent()).prefix)
+        return true;
+    const auto space = namespaceOf(element); // none: somebody forgot to declare it
+    return space.empty() || space == namespaceOf(element.parent());
 }
 
 bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)

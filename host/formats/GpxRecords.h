@@ -16,6 +16,9 @@ namespace host {
 /// An element's name without its namespace's prefix. A view into the document.
 [[nodiscard]] std::string_view localName(const pugi::xml_node& element);
 
+/// Whether an element has this name in its parent's namespace. Makers put elements of their own between those of the form.
+[[nodiscard]] bool isOwn(const pugi::xml_node& element, std::string_view local);
+
 /// Reads a point's place and moment. A malformed elevation or time is 0.
 /// @return  whether the place is possible: both coordinates are numbers, and on the globe
 [[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);

@@ -242,6 +242,24 @@ TEST(GpxReader, AnyNamespacePrefixIsTaken)
               plain);
 }
 
+TEST(GpxReader, ElementsOfAnotherNamespaceArePassedOver)
+{
+    EXPECT_EQ(readContent("<x:wpt xmlns:x='urn:x' lat='95' lon='2'/><x:rte xmlns:x='urn:x'><rtept/></x:rte>"), Dictionary{});
+    const auto data =
+        readContent("<rte><x:rtept xmlns:x='urn:x'/></rte>"
+                    "<trk><x:trkseg xmlns:x='urn:x'><trkpt/></x:trkseg><trkseg><x:trkpt xmlns:x='urn:x'/></trkseg></trk>");
+    EXPECT_EQ(data,
+              (Dictionary{{"route", Array{Dictionary{{"points", Array{}}}}}, {"track", Array{Dictionary{{"points", Array{}}}}}}));
+}
+
+TEST(GpxReader, OwnNamespaceMayGoByTwoPrefixes)
+{
+    const auto data =
+        readContent("<g:wpt xmlns:g='http://www.topografix.com/GPX/1/1' lat='1' lon='2'><g:name>A</g:name></g:wpt>");
+    ASSERT_NE(data.findArray("waypoint"), nullptr);
+    EXPECT_EQ(*data.findArray("waypoint")->front().as<Dictionary>()->findString("name"), "A");
+}
+
 TEST(GpxReader, ForeignElementDoesNotHideAnOwnOne)
 {
     EXPECT_EQ(textUnder(waypoint("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"), "yes");
