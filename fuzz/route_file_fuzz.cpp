@@ -18,9 +18,9 @@ std::string written(const fuzz::Records& records)
         const auto& route = *value.as<gps::Dictionary>();
         const auto& points = *route.find("points")->as<gps::Array>();
         waypoints.insert(waypoints.end(), points.begin(), points.end());
-        routes += fuzz::joinedLines(magellan::makeRouteSentences(points, route));
+        routes += fuzz::joinedLines(magellan::makeRouteSentencesFromWaypointList(points, route));
     }
-    return fuzz::joinedLines(magellan::makeWayPointSentences(waypoints)) + routes;
+    return fuzz::joinedLines(magellan::makeWayPointSentencesFromWaypointList(waypoints)) + routes;
 }
 
 } // namespace

@@ -87,7 +87,7 @@ void checkRouteSentence(std::string_view line)
         fuzz::require(points.empty() && info.empty(), "a line that is too short brings nothing");
         return;
     }
-    const auto text = magellan::makeRouteSentences(points, info);
+    const auto text = magellan::makeRouteSentencesFromWaypointList(points, info);
     gps::Array again;
     gps::Dictionary infoAgain;
     bool ended = text.empty();
@@ -95,17 +95,18 @@ void checkRouteSentence(std::string_view line)
         ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain, room);
     fuzz::require(ended && again == points, "a written route ends with its last sentence and has its points");
     if (!text.empty())
-        fuzz::require(magellan::makeRouteSentences(again, infoAgain) == text, "written, read and written again it is the same");
+        fuzz::require(magellan::makeRouteSentencesFromWaypointList(again, infoAgain) == text,
+                      "written, read and written again it is the same");
 }
 
 void checkLine(std::string_view line)
 {
     checkPointSentence(line, magellan::interpretTrackPointSentence,
-                       [](const PointRecord& r) { return magellan::makeTrackPointSentence(r.point); });
+                       [](const PointRecord& r) { return magellan::makeTrackPointSentenceWithPoint(r.point); });
     checkPointSentence(line, magellan::interpretWayPointSentence,
-                       [](const PointRecord& r) { return magellan::makeWayPointSentence(r.point, r.record); });
+                       [](const PointRecord& r) { return magellan::makeWayPointSentenceWithPoint(r.point, r.record); });
     checkPointSentence(line, magellan::interpretGeoCacheSentence,
-                       [](const PointRecord& r) { return magellan::makeGeoCacheSentence(r.point, r.record); });
+                       [](const PointRecord& r) { return magellan::makeGeoCacheSentenceWithPoint(r.point, r.record); });
     checkName(line, magellan::interpretWayPointSentence, magellan::nameInWayPointSentence);
     checkName(line, magellan::interpretGeoCacheSentence, magellan::nameInGeoCacheSentence);
     checkRouteSentence(line);

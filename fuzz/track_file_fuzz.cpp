@@ -13,7 +13,7 @@ std::string written(const fuzz::Records& records)
     std::vector<std::string> lines;
     for (const auto& track : records.tracks) {
         for (const auto& point : *track.as<gps::Dictionary>()->find("points")->as<gps::Array>()) {
-            if (auto line = magellan::makeTrackPointSentence(*point.as<gps::GPSPoint>()))
+            if (auto line = magellan::makeTrackPointSentenceWithPoint(*point.as<gps::GPSPoint>()))
                 lines.push_back(std::move(*line));
         }
     }

@@ -105,7 +105,7 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
         return refusal("The plug-in speaks version " + std::to_string(loaded.apiVersion) + " of the interface, not " +
                            std::to_string(kLoaderAPIVersion),
                        path);
-    loaded.drivers = allOf(loader->piGetPlugIns(loaded.plugInClass));
+    loaded.drivers = allOf(loader->piGetPlugInsForClass(loaded.plugInClass));
     loaded.loader = loader;
     bundle = std::move(loaded);
     return std::nullopt;
@@ -113,7 +113,7 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
 
 void addNewDrivers(PlugInBundle& bundle)
 {
-    for (auto& offered : allOf(bundle.loader->piGetPlugIns(bundle.plugInClass))) {
+    for (auto& offered : allOf(bundle.loader->piGetPlugInsForClass(bundle.plugInClass))) {
         const auto isKnown = std::any_of(bundle.drivers.begin(), bundle.drivers.end(),
                                          [&](const Driver& known) { return known->className() == offered->className(); });
         if (!isKnown)

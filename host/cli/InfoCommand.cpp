@@ -33,7 +33,7 @@ bool needsUSBRefresh(const gps::GPSPlugInProtocol& driver)
 {
     std::int32_t vendor = 0;
     std::int32_t product = 0;
-    return driver.needsUSBRefresh(&vendor, &product);
+    return driver.needsUSBRefreshOnVendor(&vendor, &product);
 }
 
 Json driverJson(gps::GPSPlugInProtocol& driver)

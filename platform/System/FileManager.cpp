@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace gps {
 namespace {
@@ -195,6 +196,18 @@ std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& pa
         return makeFileError(FileErrorCode::kWriteNotAscii, path);
     if (const int failure = writeAtomically(*files_, path, text))
         return writeError(path, failure);
+    return std::nullopt;
+}
+
+std::optional<Error> FileManager::writeObstacle(const std::string& path) const
+{
+    const auto slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    if (files_->access(folder.c_str(), W_OK | X_OK) != 0)
+        return writeError(path, errno);
+    bool isFolder = false;
+    if (fileExists(path, &isFolder) && isFolder)
+        return writeError(path, EISDIR);
     return std::nullopt;
 }
 

@@ -100,6 +100,10 @@ public:
     /// @return  4 no such folder, 513 no permission, 517 not ASCII, 640 no space, 642 read-only volume, 512 anything else
     [[nodiscard]] std::optional<Error> writeAsciiFileAtomically(const std::string& path, std::string_view text) const;
 
+    /// What would keep `writeAsciiFileAtomically` from writing a path, as far as it can be seen without trying: no such folder,
+    /// no permission, a read-only volume, a folder of that name. @return  as there
+    [[nodiscard]] std::optional<Error> writeObstacle(const std::string& path) const;
+
     /// Removes a file, or a folder with all that is in it.
     [[nodiscard]] std::optional<Error> removeItem(const std::string& path) const;
 

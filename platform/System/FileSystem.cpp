@@ -28,6 +28,11 @@ int FileSystem::openat(int folder, const char* name, int flags, mode_t mode)
     return ::openat(folder, name, flags | O_CLOEXEC, mode);
 }
 
+int FileSystem::access(const char* path, int mode)
+{
+    return ::faccessat(AT_FDCWD, path, mode, AT_EACCESS);
+}
+
 ssize_t FileSystem::read(int file, void* buffer, std::size_t size)
 {
     return ::read(file, buffer, size);

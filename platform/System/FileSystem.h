@@ -32,6 +32,7 @@ public:
     virtual int close(int file);
     virtual int stat(const char* path, struct stat* out);
     virtual int lstat(const char* path, struct stat* out);
+    virtual int access(const char* path, int mode); ///< for the rights that the process has now
     virtual int fstat(int file, struct stat* out);
     virtual int fstatat(int folder, const char* name, struct stat* out); ///< follows no link
     virtual DIR* opendir(const char* path);

@@ -83,7 +83,7 @@ std::optional<std::string_view> nameInGeoCacheSentence(std::string_view sentence
     return fields->at(kName);
 }
 
-std::optional<std::string> makeGeoCacheSentence(const gps::GPSPoint& point, const gps::Dictionary& record)
+std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
@@ -96,9 +96,9 @@ std::optional<std::string> makeGeoCacheSentence(const gps::GPSPoint& point, cons
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
 
-std::optional<std::vector<std::string>> makeGeocacheSentences(const gps::Array& list)
+std::optional<std::vector<std::string>> makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
 {
-    return makeSentences(list, "geocache", makeGeoCacheSentence, MissingPoint::kEndsTheList);
+    return makeSentences(list, "geocache", makeGeoCacheSentenceWithPoint, MissingPoint::kEndsTheList);
 }
 
 } // namespace magellan

@@ -31,10 +31,10 @@ namespace magellan {
 
 /// Writes one geocache: `makeGeoCacheSentenceWithPoint:andExtras:`. No text is cut, the name included. [any]
 /// @return  the sentence with its checksum, without a line end; none when a coordinate cannot be written
-[[nodiscard]] std::optional<std::string> makeGeoCacheSentence(const gps::GPSPoint& point, const gps::Dictionary& record);
+[[nodiscard]] std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record);
 
 /// Writes a list: `makeGeocacheSentencesFromGeocacheList:`. A record that cannot be written is logged and left out. [any]
 /// @return  none, after a log line, when any record has no point: half a list of caches is never written
-[[nodiscard]] std::optional<std::vector<std::string>> makeGeocacheSentences(const gps::Array& list);
+[[nodiscard]] std::optional<std::vector<std::string>> makeGeocacheSentencesFromGeocacheList(const gps::Array& list);
 
 } // namespace magellan

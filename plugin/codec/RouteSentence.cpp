@@ -99,7 +99,7 @@ std::string headOf(std::size_t total, std::size_t number, char letter, std::int3
 /// The icon of a route point. An empty one would close its pair too early.
 std::string_view iconOf(const gps::Dictionary& record)
 {
-    const auto icon = SymbolMap::shared().icon(record.findString("symbol"));
+    const auto icon = SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol"));
     return icon.empty() ? std::string_view{kMagellanSymbol_crossed_box} : icon;
 }
 
@@ -134,7 +134,7 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
     return total == number;
 }
 
-std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::Dictionary& info)
+std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& list, const gps::Dictionary& info)
 {
     const std::string comment = magellanStringFromDictionary(info, "comment");
     const std::string name = magellanStringFromDictionary(info, "name", kLongestName);

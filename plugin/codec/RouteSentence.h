@@ -36,6 +36,6 @@ constexpr std::size_t kRoutePointRoom = std::size_t{1} << 30;
 /// @param list  waypoint records in route order: "name" (filtered, cut to 20 characters), "symbol"
 /// @param info  "name" (likewise), "comment" (filtered), "number" (1 when missing)
 /// @return      sentences with their checksums, without line ends
-[[nodiscard]] std::vector<std::string> makeRouteSentences(const gps::Array& list, const gps::Dictionary& info);
+[[nodiscard]] std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& list, const gps::Dictionary& info);
 
 } // namespace magellan

@@ -35,7 +35,7 @@ SymbolMap::SymbolMap(gps::Dictionary icons) : icons_(std::move(icons))
     }
 }
 
-std::string_view SymbolMap::icon(const std::string* symbol) const noexcept
+std::string_view SymbolMap::magellanIconFromSymbolString(const std::string* symbol) const noexcept
 {
     if (symbol == nullptr)
         return kMagellanSymbol_crossed_box;
@@ -44,7 +44,7 @@ std::string_view SymbolMap::icon(const std::string* symbol) const noexcept
     return characterCount(*symbol) < kShortestSymbolName ? std::string_view{*symbol} : kMagellanSymbol_crossed_box;
 }
 
-std::string_view SymbolMap::symbol(std::string_view icon) const noexcept
+std::string_view SymbolMap::symbolStringFromMagellanIcon(std::string_view icon) const noexcept
 {
     const auto* symbol = symbols_.findString(icon);
     return symbol != nullptr ? std::string_view{*symbol} : icon;

@@ -22,14 +22,14 @@ public:
     /// `magellanIconFromSymbolString:`: the icon of a symbol; a symbol without one stands for itself when it is shorter than 3
     /// characters, since it is an icon code then, and is otherwise the crossed box, as null is.
     /// @return  a view into the map or into the symbol
-    [[nodiscard]] std::string_view icon(const std::string* symbol) const noexcept;
+    [[nodiscard]] std::string_view magellanIconFromSymbolString(const std::string* symbol) const noexcept;
 
     /// Whether a symbol has an icon of its own.
     [[nodiscard]] bool contains(std::string_view symbol) const noexcept { return icons_.contains(symbol); }
 
     /// `symbolStringFromMagellanIcon:`: the symbol of an icon; an unknown icon stands for itself.
     /// @return  a view into the map or into the icon
-    [[nodiscard]] std::string_view symbol(std::string_view icon) const noexcept;
+    [[nodiscard]] std::string_view symbolStringFromMagellanIcon(std::string_view icon) const noexcept;
 
     /// The map of every driver, read from the plug-in's bundle at the first call and kept until the process ends. A missing
     /// resource leaves it empty.

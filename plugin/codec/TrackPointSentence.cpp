@@ -55,7 +55,7 @@ bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point
     return true;
 }
 
-std::optional<std::string> makeTrackPointSentence(const gps::GPSPoint& point)
+std::optional<std::string> makeTrackPointSentenceWithPoint(const gps::GPSPoint& point)
 {
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))

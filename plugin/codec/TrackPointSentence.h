@@ -31,6 +31,6 @@ namespace magellan {
 
 /// Writes one point: `makeTrackPointSentenceWithPoint:andExtras:`. A point carries no name, so there are no extras to give. [any]
 /// @return  the sentence with its checksum, without a line end; none when a coordinate cannot be written
-[[nodiscard]] std::optional<std::string> makeTrackPointSentence(const gps::GPSPoint& point);
+[[nodiscard]] std::optional<std::string> makeTrackPointSentenceWithPoint(const gps::GPSPoint& point);
 
 } // namespace magellan

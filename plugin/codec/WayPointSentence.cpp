@@ -58,7 +58,7 @@ bool interpretWayPointSentence(std::string_view sentence, gps::GPSPoint& point, 
     setInDictionary(*record, "name", kName, *fields);
     setInDictionary(*record, "comment", kComment, *fields);
     if (fields->count() > kIcon)
-        record->setText("symbol", SymbolMap::shared().symbol(fields->at(kIcon)));
+        record->setText("symbol", SymbolMap::shared().symbolStringFromMagellanIcon(fields->at(kIcon)));
     return true;
 }
 
@@ -71,20 +71,20 @@ std::optional<std::string_view> nameInWayPointSentence(std::string_view sentence
     return fields->count() > kName ? std::optional{fields->at(kName)} : std::nullopt;
 }
 
-std::optional<std::string> makeWayPointSentence(const gps::GPSPoint& point, const gps::Dictionary& record)
+std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
         return std::nullopt;
     body.append(magellanStringFromDictionary(record, "name", kLongestName)).append(1, ',');
     body.append(magellanStringFromDictionary(record, "comment")).append(1, ',');
-    body.append(SymbolMap::shared().icon(record.findString("symbol")));
+    body.append(SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol")));
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
 
-std::vector<std::string> makeWayPointSentences(const gps::Array& list)
+std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)
 {
-    return *makeSentences(list, "waypoint", makeWayPointSentence, MissingPoint::kLeavesItOut);
+    return *makeSentences(list, "waypoint", makeWayPointSentenceWithPoint, MissingPoint::kLeavesItOut);
 }
 
 } // namespace magellan

@@ -32,10 +32,10 @@ namespace magellan {
 /// Writes one waypoint: `makeWayPointSentenceWithPoint:andExtras:`. [any]
 /// @param record  "name" (filtered, cut to 20 characters), "comment" (filtered), "symbol"
 /// @return        the sentence with its checksum, without a line end; none when a coordinate cannot be written
-[[nodiscard]] std::optional<std::string> makeWayPointSentence(const gps::GPSPoint& point, const gps::Dictionary& record);
+[[nodiscard]] std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record);
 
 /// Writes a list: `makeWayPointSentencesFromWaypointList:`. A record without a point, or that cannot be written, is logged and
 /// left out. [any]
-[[nodiscard]] std::vector<std::string> makeWayPointSentences(const gps::Array& list);
+[[nodiscard]] std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list);
 
 } // namespace magellan

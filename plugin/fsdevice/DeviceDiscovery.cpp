@@ -65,7 +65,7 @@ void take(Look& look)
     auto& place = look.place;
     place.verdict = Verdict::kTaken;
     gps::Dictionary unit;
-    const auto error = readMagellanUnitID(place.location, unit);
+    const auto error = readMagellanUnitIDFromPath(place.location, unit);
     if (!error) {
         const auto* serialNumber = unit.findString("Serial Number");
         const auto name = "Magellan device " + (serialNumber != nullptr ? *serialNumber : "(null)");
@@ -87,7 +87,7 @@ void take(Look& look)
 void refuse(gps::SearchedPlace& place)
 {
     gps::Dictionary unit;
-    const auto error = readMagellanUnitID(place.location, unit);
+    const auto error = readMagellanUnitIDFromPath(place.location, unit);
     const bool isClosed = error && error->code() == kNoPermission;
     place.reason =
         isClosed ? "It may not be looked into: another user has mounted it, or its permissions forbid it" : kNoUnitFile;

@@ -139,12 +139,12 @@ std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const
     return report(kGeoCaches, status, path);
 }
 
-std::optional<gps::Error> acquireWayPointsIntoDictionary(const std::string& path, gps::Dictionary& records)
+std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path, gps::Dictionary& records)
 {
     return collect(kWayPoints, path, records);
 }
 
-std::optional<gps::Error> acquireGeoCachesIntoDictionary(const std::string& path, gps::Dictionary& records)
+std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path, gps::Dictionary& records)
 {
     return collect(kGeoCaches, path, records);
 }
@@ -153,14 +153,13 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    acquireRoutesIntoDictionaries(path, waypoints, routes);
+    acquireRoutesFromPath(path, waypoints, routes);
     for (const auto& [name, route] : routes)
         reportStoredRoute(status, *route.as<gps::Dictionary>());
     return std::nullopt;
 }
 
-std::optional<gps::Error> acquireRoutesIntoDictionaries(const std::string& path, gps::Dictionary& waypoints,
-                                                        gps::Dictionary& routes)
+std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints, gps::Dictionary& routes)
 {
     std::string text;
     if (readDeviceFile(path, "Couldn't read route data from device", text))

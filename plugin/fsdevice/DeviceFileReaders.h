@@ -40,14 +40,13 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
 /// @param records  name to record (with "point"); a name that is there already gets the later record. One without a name is
 ///                 left out
 /// @return         the system's read error, with nothing added
-[[nodiscard]] std::optional<gps::Error> acquireWayPointsIntoDictionary(const std::string& path, gps::Dictionary& records);
-[[nodiscard]] std::optional<gps::Error> acquireGeoCachesIntoDictionary(const std::string& path, gps::Dictionary& records);
+[[nodiscard]] std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path, gps::Dictionary& records);
+[[nodiscard]] std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path, gps::Dictionary& records);
 
 /// `acquireRoutesFromPath:intoWaypoints:andRoutes:`. A waypoint must stand before the routes that name it.
 /// @param waypoints  name to waypoint record (with "point")
 /// @param routes     name to route: "name", "comment", "lastIndex", "points" (an array of waypoint records)
 /// @return           always none
-std::optional<gps::Error> acquireRoutesIntoDictionaries(const std::string& path, gps::Dictionary& waypoints,
-                                                        gps::Dictionary& routes);
+std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints, gps::Dictionary& routes);
 
 } // namespace magellan

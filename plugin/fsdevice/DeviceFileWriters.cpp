@@ -167,7 +167,7 @@ std::string trackText(const gps::Dictionary& track)
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr)
             continue;
-        if (auto sentence = makeTrackPointSentence(*point))
+        if (auto sentence = makeTrackPointSentenceWithPoint(*point))
             sentences.push_back(std::move(*sentence));
         else
             logFailedSentence(element);
@@ -178,25 +178,25 @@ std::string trackText(const gps::Dictionary& track)
 std::string mergedWaypointText(const gps::Array& records, const std::string& path)
 {
     gps::Dictionary merged;
-    (void)acquireWayPointsIntoDictionary(path, merged); // a missing file is an empty one; the reader has logged why
+    (void)acquireWayPointsFromPath(path, merged); // a missing file is an empty one; the reader has logged why
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
             merged.set(*name, element);
     }
-    return textOf(makeWayPointSentences(merged.takeValues()));
+    return textOf(makeWayPointSentencesFromWaypointList(merged.takeValues()));
 }
 
 std::optional<std::string> mergedGeocacheText(const gps::Array& records, const std::string& path)
 {
     gps::Dictionary merged;
-    (void)acquireGeoCachesIntoDictionary(path, merged);
+    (void)acquireGeoCachesFromPath(path, merged);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
             merged.set(*key, element);
     }
-    const auto sentences = makeGeocacheSentences(merged.takeValues());
+    const auto sentences = makeGeocacheSentencesFromGeocacheList(merged.takeValues());
     return sentences ? std::optional{textOf(*sentences)} : std::nullopt;
 }
 
@@ -204,18 +204,18 @@ std::string mergedRouteText(const gps::Array& records, const std::string& path)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    acquireRoutesIntoDictionaries(path, waypoints, routes);
+    acquireRoutesFromPath(path, waypoints, routes);
     for (const auto& element : records) {
         if (const auto* route = element.as<gps::Dictionary>())
             mergeRoute(*route, waypoints, routes);
     }
 
-    auto sentences = makeWayPointSentences(sortedByName(waypoints.takeValues()));
+    auto sentences = makeWayPointSentencesFromWaypointList(sortedByName(waypoints.takeValues()));
     std::int32_t number = 0;
     for (auto& element : routes.takeValues()) {
         auto& route = *element.as<gps::Dictionary>();
         route.set("number", ++number);
-        for (auto& sentence : makeRouteSentences(*route.findArray("points"), route))
+        for (auto& sentence : makeRouteSentencesFromWaypointList(*route.findArray("points"), route))
             sentences.push_back(std::move(sentence));
     }
     return textOf(sentences);

@@ -31,7 +31,7 @@ gps::Dictionary parseKeyValueText(std::string_view text)
     return dictionary;
 }
 
-std::optional<gps::Error> readMagellanDictionary(const std::string& path, gps::Dictionary& dictionary)
+std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path, gps::Dictionary& dictionary)
 {
     std::string text;
     if (auto error = gps::FileManager{}.readAsciiFile(path, text))
@@ -45,15 +45,15 @@ std::string unitFilePath(const std::string& volume)
     return gps::joinPath(volume, "USBTRANS/UNIT_ID.DAT");
 }
 
-std::optional<gps::Error> readMagellanUnitID(const std::string& volume, gps::Dictionary& dictionary)
+std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume, gps::Dictionary& dictionary)
 {
-    return readMagellanDictionary(unitFilePath(volume), dictionary);
+    return readMagellanDictionaryFromPath(unitFilePath(volume), dictionary);
 }
 
-std::optional<gps::Dictionary> readMagellanFolderDictionary(const std::string& volume)
+std::optional<gps::Dictionary> readMagellanFolderDictionaryFromPath(const std::string& volume)
 {
     gps::Dictionary folders;
-    if (!readMagellanDictionary(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders))
+    if (!readMagellanDictionaryFromPath(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders))
         return folders;
     return pluginBundle().dictionaryResource("MagDefaultLanguage");
 }

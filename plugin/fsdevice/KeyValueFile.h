@@ -20,16 +20,16 @@ namespace magellan {
 /// `readMagellanDictionaryFromPath:error:`.
 /// @param dictionary  out: key to value, both texts; untouched after a failure
 /// @return            the system's read error
-[[nodiscard]] std::optional<gps::Error> readMagellanDictionary(const std::string& path, gps::Dictionary& dictionary);
+[[nodiscard]] std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path, gps::Dictionary& dictionary);
 
 /// `readMagellanUnitIDFromPath:error:`: the unit file of a volume; its presence makes the volume a receiver.
-[[nodiscard]] std::optional<gps::Error> readMagellanUnitID(const std::string& volume, gps::Dictionary& dictionary);
+[[nodiscard]] std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume, gps::Dictionary& dictionary);
 
 /// Where a volume's unit file lies.
 [[nodiscard]] std::string unitFilePath(const std::string& volume);
 
 /// `readMagellanFolderDictionaryFromPath:`: the names of a volume's data folders by folder key, from its language file, or the
 /// default names when that cannot be read. @return  none when there are no default names either
-[[nodiscard]] std::optional<gps::Dictionary> readMagellanFolderDictionary(const std::string& volume);
+[[nodiscard]] std::optional<gps::Dictionary> readMagellanFolderDictionaryFromPath(const std::string& volume);
 
 } // namespace magellan

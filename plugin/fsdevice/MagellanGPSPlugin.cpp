@@ -62,7 +62,7 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, c
                                                          const gps::Dictionary& additions, WorkerBody body)
 {
     gps::Dictionary work;
-    auto error = setUpDictionaryForThreading(options, work);
+    auto error = setUpDictionaryForThreadingFromOptions(options, work);
     if (!error) {
         for (const auto& [key, value] : additions)
             work.set(key, value);
@@ -74,13 +74,13 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, c
     return error;
 }
 
-std::optional<gps::Error> MagellanGPSPlugin::setUpDictionaryForThreading(const gps::Dictionary& options,
-                                                                         gps::Dictionary& work) const
+std::optional<gps::Error> MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                                                    gps::Dictionary& work) const
 {
     const auto* const volume = location();
     if (volume == nullptr)
         return logged(makeError(ErrorCode::kNoDevice, "No location was selected for Magellan device", kSuggestMounting));
-    auto folders = readMagellanFolderDictionary(*volume);
+    auto folders = readMagellanFolderDictionaryFromPath(*volume);
     if (!folders)
         return logged(makeError(ErrorCode::kDeviceDataMissing, "Magellan device data missing or in unregonized format",
                                 kSuggestMounting, *volume));

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] std::string gpsCapabilities() const override;
     [[nodiscard]] std::optional<std::vector<std::string>> fileTypes() const override;
     [[nodiscard]] std::shared_ptr<gps::View> gpsView() const override { return outlets_.gpsView; }
-    bool needsUSBRefresh(std::int32_t* /*vendor*/, std::int32_t* /*product*/) const override { return false; }
+    bool needsUSBRefreshOnVendor(std::int32_t* /*vendor*/, std::int32_t* /*product*/) const override { return false; }
     [[nodiscard]] bool needsSerialRefresh() const override { return false; }
     [[nodiscard]] bool needsFileSystemRefresh() const override { return true; }
 
@@ -109,8 +109,8 @@ protected:
 
     /// `setUpDictionaryForThreadingFromOptions:withError:`: the options with "folders" and "targetPath".
     /// @param work  out: the work dictionary; untouched after a failure
-    [[nodiscard]] virtual std::optional<gps::Error> setUpDictionaryForThreading(const gps::Dictionary& options,
-                                                                                gps::Dictionary& work) const;
+    [[nodiscard]] virtual std::optional<gps::Error> setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                                                           gps::Dictionary& work) const;
 
     /// `runAcquire:`, `runSend:`. [worker]
     virtual void runAcquire(const gps::Dictionary& work);

@@ -31,20 +31,12 @@ bool isFolder(const std::string& path)
     return gps::FileManager{}.fileExists(path, &folder) && folder;
 }
 
-/// Why a content cannot be written into a folder, as far as that can be seen without trying.
-std::optional<gps::Error> obstacle(const std::string& folder, const std::string& path, std::string_view content)
-{
-    if (!isFolder(folder))
-        return gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path);
-    if (!gps::isAscii(content))
-        return gps::makeFileError(gps::FileErrorCode::kWriteNotAscii, path);
-    return std::nullopt;
-}
-
-gps::PlannedFile planFile(const std::string& folder, const std::string& path, std::string content)
+gps::PlannedFile planFile(const std::string& path, std::string content)
 {
     gps::PlannedFile file{path, Fate::kMade, std::move(content), std::nullopt};
-    file.error = obstacle(folder, path, file.content);
+    file.error = gps::FileManager{}.writeObstacle(path);
+    if (!file.error && !gps::isAscii(file.content))
+        file.error = gps::makeFileError(gps::FileErrorCode::kWriteNotAscii, path);
     if (file.error) {
         file.fate = Fate::kLeft;
         return file;
@@ -78,11 +70,12 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
             continue;
         const auto path = nextTrackPath(*job.folder, number);
         if (!path) {
-            plan.remarks.push_back("There is no free name for " + std::to_string(job.records.size() - placed) + " tracks in " +
-                                   *job.folder + ".");
+            const auto left = job.records.size() - placed;
+            plan.remarks.push_back("There is no free name for " + std::to_string(left) +
+                                   (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
             return;
         }
-        plan.files.push_back(planFile(*job.folder, *path, trackText(*track)));
+        plan.files.push_back(planFile(*path, trackText(*track)));
         ++placed;
     }
 }
@@ -107,7 +100,7 @@ void planMerge(const SendJob& job, gps::SendPlan& plan)
             return;
         }
         remarkOnFile(job.kind, path, *content, plan.remarks);
-        plan.files.push_back(planFile(*job.folder, path, std::move(*content)));
+        plan.files.push_back(planFile(path, std::move(*content)));
     } catch (const std::exception& failure) {
         plan.files.push_back({path, Fate::kLeft, {}, makeThrownError(failure, path)});
     }
@@ -130,7 +123,7 @@ std::optional<std::string> MagellanGPSPlugin::deviceIdentifier() const
 {
     const auto* const volume = location();
     gps::Dictionary unit;
-    if (volume == nullptr || readMagellanUnitID(*volume, unit))
+    if (volume == nullptr || readMagellanUnitIDFromPath(*volume, unit))
         return std::nullopt;
     const auto* serialNumber = unit.findString("Serial Number");
     return serialNumber != nullptr ? std::optional{*serialNumber} : std::nullopt;
@@ -140,7 +133,7 @@ std::vector<std::string> MagellanGPSPlugin::dataFolders() const
 {
     std::vector<std::string> paths;
     const auto* const volume = location();
-    const auto folders = volume != nullptr ? readMagellanFolderDictionary(*volume) : std::nullopt;
+    const auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
     if (!folders)
         return paths;
     for (const auto key : kFolderKeys) {
@@ -165,7 +158,7 @@ gps::SendPlan MagellanGPSPlugin::planSend(const gps::Dictionary& data) const
 {
     gps::SendPlan plan;
     const auto* const volume = location();
-    const auto folders = volume != nullptr ? readMagellanFolderDictionary(*volume) : std::nullopt;
+    const auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
     if (!folders)
         return plan;
     for (const auto& bracket : sendOrder(data, *folders, *volume)) {

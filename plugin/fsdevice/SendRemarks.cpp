@@ -54,16 +54,24 @@ void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::str
                             : magellanStringFromDictionary(record, key));
 }
 
-/// A symbol without an icon is written as the crossed box; an icon code stands for itself.
+bool hasOnlyDeviceCharacters(std::string_view text)
+{
+    return gps::stringByRemovingCharactersNotInSet(text, deviceCharacterSet()) == text;
+}
+
+/// A symbol without an icon is written as the crossed box; an icon code stands for itself, whatever its characters.
 void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
 {
     const auto* symbol = record.findString("symbol");
     if (symbol == nullptr)
         return;
     const auto& map = SymbolMap::shared();
-    const auto icon = map.icon(symbol);
+    const auto icon = map.magellanIconFromSymbolString(symbol);
     if (icon == kMagellanSymbol_crossed_box && !map.contains(*symbol) && *symbol != kMagellanSymbol_crossed_box)
-        remarks.say("The symbol \"" + *symbol + "\" has no icon and becomes \"" + std::string{map.symbol(icon)} + "\".");
+        remarks.say("The symbol \"" + *symbol + "\" has no icon and becomes \"" +
+                    std::string{map.symbolStringFromMagellanIcon(icon)} + "\".");
+    if (icon == *symbol && !hasOnlyDeviceCharacters(icon))
+        remarks.say("The symbol \"" + *symbol + "\" is written as it is and spoils its sentence: choose another one.");
 }
 
 bool canBeWritten(const gps::Dictionary& record)

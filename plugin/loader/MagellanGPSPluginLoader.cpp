@@ -19,7 +19,7 @@ gps::Dictionary MagellanGPSPluginLoader::piInfo()
             {"GPSPlugIn:Manufacturer", "Magellan"}};
 }
 
-std::optional<gps::PlugInEnumerator> MagellanGPSPluginLoader::piGetPlugIns(std::string_view plugInClass)
+std::optional<gps::PlugInEnumerator> MagellanGPSPluginLoader::piGetPlugInsForClass(std::string_view plugInClass)
 {
     std::vector<std::shared_ptr<gps::GPSPlugInProtocol>> drivers;
     if (auto driver = MagellanGPSPlugin::getPluginForClass(plugInClass))

@@ -16,7 +16,7 @@ public:
     [[nodiscard]] std::int32_t piAPIVersion() override { return 1; }
 
     /// The driver of mounted receivers, then the one for serial ports; whichever cannot be made is left out.
-    [[nodiscard]] std::optional<gps::PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) override;
+    [[nodiscard]] std::optional<gps::PlugInEnumerator> piGetPlugInsForClass(std::string_view plugInClass) override;
 
     void piTerminate() override {}
 };

@@ -76,8 +76,8 @@ std::optional<gps::Error> MagellanSerialGPSPlugin::gpsRunAcquire(const Status& s
     return startAcquire(status, options);
 }
 
-std::optional<gps::Error> MagellanSerialGPSPlugin::setUpDictionaryForThreading(const gps::Dictionary& options,
-                                                                               gps::Dictionary& work) const
+std::optional<gps::Error> MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                                                          gps::Dictionary& work) const
 {
     const auto* const location = serialPort_ ? serialPort_->findString("location") : nullptr;
     if (location == nullptr)

@@ -55,8 +55,8 @@ public:
 
 protected:
     /// The options with "location", the selected port's path.
-    [[nodiscard]] std::optional<gps::Error> setUpDictionaryForThreading(const gps::Dictionary& options,
-                                                                        gps::Dictionary& work) const override;
+    [[nodiscard]] std::optional<gps::Error> setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                                                   gps::Dictionary& work) const override;
     void runAcquire(const gps::Dictionary& work) override;
     void runSend(const gps::Dictionary& work) override;
     void userPicked(std::size_t item) override;

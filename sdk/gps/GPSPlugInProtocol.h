@@ -60,7 +60,7 @@ public:
 
     /// Which events of the system should make the host call `refreshDeviceList`.
     /// `needsUSBRefreshOnVendor:product:`: the pointers get the ids to look for, where the answer is true.
-    virtual bool needsUSBRefresh(std::int32_t* vendor, std::int32_t* product) const = 0;
+    virtual bool needsUSBRefreshOnVendor(std::int32_t* vendor, std::int32_t* product) const = 0;
     [[nodiscard]] virtual bool needsSerialRefresh() const = 0;
     [[nodiscard]] virtual bool needsFileSystemRefresh() const = 0;
 

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] virtual std::int32_t piAPIVersion() = 0;
 
     /// `piGetPlugInsForClass:`: new drivers at each call; none where there is not a single one.
-    [[nodiscard]] virtual std::optional<PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) = 0;
+    [[nodiscard]] virtual std::optional<PlugInEnumerator> piGetPlugInsForClass(std::string_view plugInClass) = 0;
 
     virtual void piTerminate() = 0;
 };

@@ -65,7 +65,7 @@ struct FakeDriver : gps::GPSPlugInProtocol {
         return ready;
     }
     gps::Array deviceList() const override { return devices; }
-    bool needsUSBRefresh(std::int32_t*, std::int32_t*) const override { return false; }
+    bool needsUSBRefreshOnVendor(std::int32_t*, std::int32_t*) const override { return false; }
     bool needsSerialRefresh() const override { return serial; }
     bool needsFileSystemRefresh() const override { return !serial; }
     std::optional<std::vector<std::string>> fileTypes() const override { return types; }

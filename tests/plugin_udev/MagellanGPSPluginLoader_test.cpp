@@ -27,7 +27,7 @@ protected:
 TEST_F(WithoutSerialPorts, TheDriverOfMountedReceiversIsAloneAndThenNull)
 {
     MagellanGPSPluginLoader loader;
-    auto drivers = loader.piGetPlugIns("GPSPlugIn");
+    auto drivers = loader.piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     const auto driver = drivers->nextObject();
     ASSERT_NE(driver, nullptr);
@@ -41,7 +41,7 @@ TEST_F(WithoutSerialPorts, WithoutItsViewTheAnswerIsNoneNotAnEmptyEnumerator)
 {
     const BundleCopy bundle;
     bundle.remove("MagellanGPS.plist");
-    EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn"));
+    EXPECT_FALSE(bundle.load().piGetPlugInsForClass("GPSPlugIn"));
 }
 
 TEST_F(WithoutSerialPorts, ABrokenViewIsAMissingOne)
@@ -55,7 +55,7 @@ TEST_F(WithoutSerialPorts, ABrokenViewIsAMissingOne)
                              "string></dict></plist>"}) {
         const BundleCopy bundle;
         bundle.put("MagellanGPS.plist", view);
-        EXPECT_FALSE(bundle.load().piGetPlugIns("GPSPlugIn")) << view;
+        EXPECT_FALSE(bundle.load().piGetPlugInsForClass("GPSPlugIn")) << view;
     }
 }
 
@@ -68,7 +68,7 @@ TEST_F(WithoutSerialPorts, ASerialDriverWithoutItsViewIsLeftOut)
             bundle.put("MagellanSerialGPS.plist", "<plist version=\"1.0\"><dict>");
         else
             bundle.remove("MagellanSerialGPS.plist");
-        auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+        auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
         ASSERT_TRUE(drivers);
         EXPECT_EQ(drivers->nextObject()->className(), "MagellanGPSPlugin");
         EXPECT_EQ(drivers->nextObject(), nullptr);
@@ -80,7 +80,7 @@ TEST_F(WithoutSerialPorts, ASerialDriverIsOfferedAloneWhereTheOtherHasNoView)
     support::TestPorts::set({"/dev/one"});
     const BundleCopy bundle;
     bundle.remove("MagellanGPS.plist");
-    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_EQ(drivers->nextObject()->className(), "MagellanSerialGPSPlugin");
     EXPECT_EQ(drivers->nextObject(), nullptr);
@@ -94,7 +94,7 @@ TEST_F(WithoutSerialPorts, AViewWithoutAPopUpWillDoForAPort)
     bundle.put("MagellanSerialGPS.plist",
                "<plist version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</key><string>gpsView</string>"
                "</dict></plist>");
-    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());
 }

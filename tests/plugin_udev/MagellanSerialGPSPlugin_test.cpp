@@ -32,7 +32,7 @@ using testing::SizeIs;
 /// The set-up, which only the driver itself calls.
 class OpenDriver : public MagellanSerialGPSPlugin {
 public:
-    using MagellanSerialGPSPlugin::setUpDictionaryForThreading;
+    using MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions;
 };
 
 const gps::Error kNoPort{
@@ -81,13 +81,13 @@ TEST_F(SerialDriver, IsOfferedOnlyWhileAPortExists)
 TEST_F(SerialDriver, IsOfferedAfterTheDriverOfMountedReceivers)
 {
     MagellanGPSPluginLoader loader;
-    auto drivers = loader.piGetPlugIns("GPSPlugIn");
+    auto drivers = loader.piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_EQ(drivers->nextObject()->className(), "MagellanGPSPlugin");
     EXPECT_EQ(drivers->nextObject()->className(), "MagellanSerialGPSPlugin");
     EXPECT_EQ(drivers->nextObject(), nullptr);
     TestPorts::set({});
-    drivers = loader.piGetPlugIns("GPSPlugIn");
+    drivers = loader.piGetPlugInsForClass("GPSPlugIn");
     EXPECT_EQ(drivers->nextObject()->className(), "MagellanGPSPlugin");
     EXPECT_EQ(drivers->nextObject(), nullptr);
 }
@@ -101,7 +101,7 @@ TEST_F(SerialDriver, AnswersForItsIdentity)
     EXPECT_TRUE(driver->needsSerialRefresh());
     EXPECT_FALSE(driver->needsFileSystemRefresh());
     std::int32_t id = 7;
-    EXPECT_FALSE(driver->needsUSBRefresh(&id, nullptr));
+    EXPECT_FALSE(driver->needsUSBRefreshOnVendor(&id, nullptr));
     EXPECT_EQ(id, 7);
 }
 
@@ -195,7 +195,7 @@ TEST_F(SerialDriver, TheWorkDictionaryIsACopyOfTheOptionsWithTheLocation)
     driver->makeSerialPortList();
     const gps::Dictionary options{{"location", "elsewhere"}, {"tracks", true}};
     gps::Dictionary work;
-    EXPECT_EQ(driver->setUpDictionaryForThreading(options, work), std::nullopt);
+    EXPECT_EQ(driver->setUpDictionaryForThreadingFromOptions(options, work), std::nullopt);
     EXPECT_EQ(work, (gps::Dictionary{{"location", "/dev/one"}, {"tracks", true}}));
     work.set("tracks", false);
     EXPECT_EQ(options, (gps::Dictionary{{"location", "elsewhere"}, {"tracks", true}}));

@@ -383,6 +383,9 @@ TEST_F(Send, ReadOnlyMediumIsTold)
     const auto ran = send(here_.path("device"), {trip()});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("Path: " + here_.path("device/Tracks/TKLG000.log")));
+    const auto dry = send(here_.path("device"), {"--dry-run", trip()});
+    EXPECT_EQ(dry.status, 1);
+    EXPECT_THAT(dry.err, HasSubstr("the volume is read-only"));
     EXPECT_EQ(filesOf(here_.path("device")), before);
 }
 

@@ -78,7 +78,7 @@ struct FakeLoader : gps::VeloranPlugIn {
     gps::Dictionary piInfo() override { return {}; }
     std::string piClass() override { return "Class"; }
     std::int32_t piAPIVersion() override { return host::kLoaderAPIVersion; }
-    std::optional<gps::PlugInEnumerator> piGetPlugIns(std::string_view plugInClass) override
+    std::optional<gps::PlugInEnumerator> piGetPlugInsForClass(std::string_view plugInClass) override
     {
         EXPECT_EQ(plugInClass, "Class");
         if (names.empty())

@@ -15,7 +15,7 @@ int main(int, char** argv)
     const auto entry = reinterpret_cast<gps::PrincipalClassEntry>(dlsym(module, gps::kPrincipalClassEntry));
     auto* const loader = entry(bundle.infoDictionary().findString("NSPrincipalClass")->c_str());
     loader->piInitialize();
-    auto drivers = loader->piGetPlugIns(loader->piClass());
+    auto drivers = loader->piGetPlugInsForClass(loader->piClass());
     while (const auto driver = drivers ? drivers->nextObject() : nullptr)
         std::cout << driver->gpsName() << ": " << driver->gpsCapabilities() << '\n';
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,11 @@
 #include <gtest/gtest.h>
 
 #include "OneFault.h"
+#include "PrivateMount.h"
 #include <support/AsNobody.h>
 #include <support/TemporaryFolder.h>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -331,6 +334,44 @@ TEST(FileManager, AnExtensionIsWhatFollowsTheLastPointOfTheLastComponent)
                                                         {"/", ""},          {"//", ""}};
     for (const auto& [path, extension] : rows)
         EXPECT_EQ(pathExtension(path), extension) << path;
+}
+
+TEST(WriteObstacle, IsNoneForANewAndForAPresentFile)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(FileManager{}.writeObstacle(folder.path("new")), std::nullopt);
+    EXPECT_EQ(FileManager{}.writeObstacle(folder.put("present", "x")), std::nullopt);
+}
+
+TEST(WriteObstacle, IsWhatAWriteWouldMeetWhereItCanBeSeen)
+{
+    const TemporaryFolder folder;
+    folder.put("file", "x");
+    folder.makeFolder("folder");
+    for (const auto* name : {"none/file", "file/file", "folder"}) {
+        const auto path = folder.path(name);
+        const auto seen = FileManager{}.writeObstacle(path);
+        EXPECT_NE(codeOf(seen), 0) << name;
+        EXPECT_EQ(codeOf(seen), codeOf(FileManager{}.writeAsciiFileAtomically(path, "x"))) << name;
+    }
+}
+
+TEST(WriteObstacle, IsARefusedFolder)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.put("refused/file", "x");
+    std::filesystem::permissions(folder.path("refused"), std::filesystem::perms{0555});
+    const support::AsNobody nobody;
+    EXPECT_EQ(codeOf(FileManager{}.writeObstacle(path)), 513);
+}
+
+TEST(WriteObstacle, IsAReadOnlyVolume)
+{
+    const TemporaryFolder folder;
+    const support::PrivateMount volume{folder.makeFolder("volume"), "size=64k", MS_RDONLY};
+    if (!volume.isMounted())
+        GTEST_SKIP() << "no right to mount";
+    EXPECT_EQ(codeOf(FileManager{}.writeObstacle(folder.path("volume/file"))), 642);
 }
 
 } // namespace

@@ -172,22 +172,23 @@ TEST(NameInGeoCache, IsNoneForAnotherLineAndThrowsForAShortOne)
 TEST(WriteGeoCache, IsOneSentenceWithItsChecksum)
 {
     EXPECT_EQ(
-        makeGeoCacheSentence({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
+        makeGeoCacheSentenceWithPoint({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
         sentence("PMGNGEO,4630.00000,S,00730.00000,E,0001529,M,GC1ABC,Old Mill,Anna,under a stone,Multi,010208,290208,1.5,2"));
-    EXPECT_EQ(makeGeoCacheSentence({}, {}), sentence(kNowhere + std::string{",,,,,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {}), sentence(kNowhere + std::string{",,,,,,,,"}));
 }
 
 TEST(WriteGeoCache, ANameOf30CharactersIsWrittenWhole)
 {
-    EXPECT_EQ(makeGeoCacheSentence({}, {{"name", kThirty}}), sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"name", kThirty}}), sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
 }
 
 TEST(WriteGeoCache, ATypeBehindItsPrefixLosesTheBarAlone)
 {
-    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Geocache|Multi"}}),
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Geocache|Multi"}}),
               sentence(kNowhere + std::string{",,,,GeocacheMulti,,,,"}));
-    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Geocache|"}}), sentence(kNowhere + std::string{",,,,Geocache,,,,"}));
-    EXPECT_EQ(makeGeoCacheSentence({}, {{"geocacheType", "Multi"}}), sentence(kNowhere + std::string{",,,,Multi,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Geocache|"}}),
+              sentence(kNowhere + std::string{",,,,Geocache,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Multi"}}), sentence(kNowhere + std::string{",,,,Multi,,,,"}));
 }
 
 TEST(WriteGeoCache, EveryTextIsFiltered)
@@ -196,12 +197,12 @@ TEST(WriteGeoCache, EveryTextIsFiltered)
     for (const auto* key :
          {"name", "comment", "geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"})
         record.set(key, "a,b*\xC3\xA9_c");
-    EXPECT_EQ(makeGeoCacheSentence({}, record), sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, record), sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
 }
 
 TEST(WriteGeoCache, AValueThatIsNoTextCountsAsMissing)
 {
-    EXPECT_EQ(makeGeoCacheSentence({}, {{"difficulty", 1.5}, {"name", gps::Array{"x"}}}),
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"difficulty", 1.5}, {"name", gps::Array{"x"}}}),
               sentence(kNowhere + std::string{",,,,,,,,"}));
 }
 
@@ -214,7 +215,7 @@ TEST(WriteGeoCache, DifficultyTerrainAndDatesSurviveAReadAndAWriteAsTheSameText)
         ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
         for (const auto* key : {"datePlaced", "dateFound", "difficulty", "terrain"})
             EXPECT_EQ(*record.findString(key), text) << key;
-        EXPECT_EQ(makeGeoCacheSentence(point, record), line);
+        EXPECT_EQ(makeGeoCacheSentenceWithPoint(point, record), line);
     }
 }
 
@@ -229,16 +230,16 @@ TEST(WriteGeoCache, AnAltitudeIsFilledUpToSevenCharactersAndSaturates)
              {-2147483649.0, "-2147483648"},
              {std::numeric_limits<double>::quiet_NaN(), "0000000"},
          })
-        EXPECT_EQ(makeGeoCacheSentence({0, 0, altitude, 0, 0}, {}),
+        EXPECT_EQ(makeGeoCacheSentenceWithPoint({0, 0, altitude, 0, 0}, {}),
                   sentence("PMGNGEO,0000.00000,N,00000.00000,E," + text + ",M,,,,,,,,,"))
             << altitude;
 }
 
 TEST(WriteGeoCache, ACoordinateWithoutATextMakesNoSentence)
 {
-    EXPECT_EQ(makeGeoCacheSentence({-90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
-    EXPECT_EQ(makeGeoCacheSentence({0, std::numeric_limits<double>::infinity(), 0, 0, 0}, {}), std::nullopt);
-    EXPECT_TRUE(makeGeoCacheSentence({-90, 180, 0, 0, 0}, {}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({-90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({0, std::numeric_limits<double>::infinity(), 0, 0, 0}, {}), std::nullopt);
+    EXPECT_TRUE(makeGeoCacheSentenceWithPoint({-90, 180, 0, 0, 0}, {}));
 }
 
 TEST(WriteGeoCache, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
@@ -250,7 +251,7 @@ TEST(WriteGeoCache, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
             gps::GPSPoint point;
             gps::Dictionary record;
             ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
-            EXPECT_EQ(makeGeoCacheSentence(point, record), line);
+            EXPECT_EQ(makeGeoCacheSentenceWithPoint(point, record), line);
         }
     }
 }
@@ -267,29 +268,29 @@ std::string line(const std::string& name)
 
 TEST(WriteGeoCaches, AreInTheListsOrderWithTheirDuplicates)
 {
-    EXPECT_THAT(makeGeocacheSentences({geocache("B"), geocache("A"), geocache("B")}),
+    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("B"), geocache("A"), geocache("B")}),
                 Optional(ElementsAre(line("B"), line("A"), line("B"))));
-    EXPECT_THAT(makeGeocacheSentences({}), Optional(IsEmpty()));
+    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({}), Optional(IsEmpty()));
 }
 
 TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoneNotTheSentencesBefore)
 {
     const support::LogCapture log;
-    EXPECT_EQ(makeGeocacheSentences({geocache("A"), gps::Dictionary{{"name", "B"}}}), std::nullopt);
+    EXPECT_EQ(makeGeocacheSentencesFromGeocacheList({geocache("A"), gps::Dictionary{{"name", "B"}}}), std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("geocache B contains no point --\n{name = \"B\"}"));
 }
 
 TEST(WriteGeoCaches, ARecordThatIsNoneIsOneWithoutItsPoint)
 {
     const support::LogCapture log;
-    EXPECT_EQ(makeGeocacheSentences({7, geocache("A")}), std::nullopt);
+    EXPECT_EQ(makeGeocacheSentencesFromGeocacheList({7, geocache("A")}), std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("geocache (null) contains no point --\n7"));
 }
 
 TEST(WriteGeoCaches, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeGeocacheSentences({geocache("A", 91), geocache("B")}), Optional(ElementsAre(line("B"))));
+    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("A", 91), geocache("B")}), Optional(ElementsAre(line("B"))));
     EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
 }
 

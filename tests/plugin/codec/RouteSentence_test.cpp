@@ -309,32 +309,35 @@ gps::Array pointsNamed(std::string_view names)
 
 TEST(WriteRoute, FivePointsAndACommentAreThreeListsAndAMessage)
 {
-    EXPECT_THAT(makeRouteSentences(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}, {"number", 7}}),
-                ElementsAre(sentence("PMGNRTE,4,1,c,7,Loop,A,a,B,a"), sentence("PMGNRTE,4,2,c,7,Loop,C,a,D,a"),
-                            sentence("PMGNRTE,4,3,c,7,Loop,E,a"), sentence("PMGNRTE,4,4,m,7,Loop,nice views")));
+    EXPECT_THAT(
+        makeRouteSentencesFromWaypointList(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}, {"number", 7}}),
+        ElementsAre(sentence("PMGNRTE,4,1,c,7,Loop,A,a,B,a"), sentence("PMGNRTE,4,2,c,7,Loop,C,a,D,a"),
+                    sentence("PMGNRTE,4,3,c,7,Loop,E,a"), sentence("PMGNRTE,4,4,m,7,Loop,nice views")));
 }
 
 TEST(WriteRoute, AnEmptyListWithoutACommentHasNoSentences)
 {
-    EXPECT_THAT(makeRouteSentences({}, {{"name", "Loop"}}), IsEmpty());
-    EXPECT_THAT(makeRouteSentences({}, {{"name", "Loop"}, {"comment", ""}}), IsEmpty());
-    EXPECT_THAT(makeRouteSentences({}, {{"name", "Loop"}, {"comment", "_*,|"}}), IsEmpty());
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}}), IsEmpty());
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", ""}}), IsEmpty());
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", "_*,|"}}), IsEmpty());
 }
 
 TEST(WriteRoute, AnEmptyListWithACommentIsOneMessageNumberedOneOfOne)
 {
-    EXPECT_THAT(makeRouteSentences({}, {{"name", "Loop"}, {"comment", "hi"}}), ElementsAre(sentence("PMGNRTE,1,1,m,1,Loop,hi")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", "hi"}}),
+                ElementsAre(sentence("PMGNRTE,1,1,m,1,Loop,hi")));
 }
 
 TEST(WriteRoute, OnePointIsOneListNumberedOneOfOneWithOnePair)
 {
-    EXPECT_THAT(makeRouteSentences(pointsNamed("A"), {{"name", "Loop"}}), ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("A"), {{"name", "Loop"}}),
+                ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
 }
 
 TEST(WriteRoute, TwoPointsFillOneListAndAThirdOpensAnother)
 {
-    EXPECT_THAT(makeRouteSentences(pointsNamed("AB"), {}), ElementsAre(sentence("PMGNRTE,1,1,c,1,,A,a,B,a")));
-    EXPECT_THAT(makeRouteSentences(pointsNamed("ABC"), {}),
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("AB"), {}), ElementsAre(sentence("PMGNRTE,1,1,c,1,,A,a,B,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("ABC"), {}),
                 ElementsAre(sentence("PMGNRTE,2,1,c,1,,A,a,B,a"), sentence("PMGNRTE,2,2,c,1,,C,a")));
 }
 
@@ -350,7 +353,7 @@ TEST(WriteRoute, TheRouteNumberIsTheRecordsOrOneWhenThereIsNone)
              {gps::Array{}, "1"},
              {gps::Value{}, "1"},
          })
-        EXPECT_THAT(makeRouteSentences(pointsNamed("A"), {{"number", number}}),
+        EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("A"), {{"number", number}}),
                     ElementsAre(sentence("PMGNRTE,1,1,c," + text + ",,A,a")))
             << gps::describe(number);
 }
@@ -359,13 +362,13 @@ TEST(WriteRoute, AReadRouteHasNoNumberAndIsWrittenAsNumberOne)
 {
     Reading route;
     ASSERT_TRUE(route.take("PMGNRTE,1,1,c,5,Loop,A,a"));
-    EXPECT_THAT(makeRouteSentences(route.points, route.info), ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(route.points, route.info), ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
 }
 
 TEST(WriteRoute, NamesAreFilteredAndCutTo20CharactersAndTheCommentIsNotCut)
 {
     constexpr char kLong[] = "a*b,cdefghijklmnopqrstuvwxyz";
-    EXPECT_THAT(makeRouteSentences({gps::Dictionary{{"name", kLong}}}, {{"name", kLong}, {"comment", kLong}}),
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({gps::Dictionary{{"name", kLong}}}, {{"name", kLong}, {"comment", kLong}}),
                 ElementsAre(sentence("PMGNRTE,2,1,c,1,abcdefghijklmnopqrst,abcdefghijklmnopqrst,a"),
                             sentence("PMGNRTE,2,2,m,1,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz")));
 }
@@ -374,20 +377,22 @@ TEST(WriteRoute, APointsIconComesFromItsSymbol)
 {
     for (const auto& [symbol, icon] : std::vector<std::pair<gps::Value, std::string>>{
              {"Campground", "j"}, {"ak", "ak"}, {"no such symbol", "a"}, {"", "a"}, {7, "a"}, {gps::Value{}, "a"}})
-        EXPECT_THAT(makeRouteSentences({gps::Dictionary{{"name", "A"}, {"symbol", symbol}}}, {}),
+        EXPECT_THAT(makeRouteSentencesFromWaypointList({gps::Dictionary{{"name", "A"}, {"symbol", symbol}}}, {}),
                     ElementsAre(sentence("PMGNRTE,1,1,c,1,,A," + icon)))
             << gps::describe(symbol);
 }
 
 TEST(WriteRoute, APointThatIsNoRecordKeepsItsPlaceWithoutAName)
 {
-    EXPECT_THAT(makeRouteSentences({7, gps::Dictionary{{"name", "B"}}}, {}), ElementsAre(sentence("PMGNRTE,1,1,c,1,,,a,B,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({7, gps::Dictionary{{"name", "B"}}}, {}),
+                ElementsAre(sentence("PMGNRTE,1,1,c,1,,,a,B,a")));
 }
 
 TEST(WriteRoute, WhatIsWrittenReadsBackAsTheSameRoute)
 {
     Reading route;
-    const auto sentences = makeRouteSentences(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}});
+    const auto sentences =
+        makeRouteSentencesFromWaypointList(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}});
     std::vector<bool> answers;
     const support::LogCapture log;
     for (const auto& line : sentences)
@@ -396,7 +401,7 @@ TEST(WriteRoute, WhatIsWrittenReadsBackAsTheSameRoute)
     EXPECT_EQ(route.names(), "ABCDE");
     EXPECT_EQ(*route.info.findString("comment"), "nice views");
     EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(makeRouteSentences(route.points, route.info), sentences);
+    EXPECT_EQ(makeRouteSentencesFromWaypointList(route.points, route.info), sentences);
 }
 
 } // namespace

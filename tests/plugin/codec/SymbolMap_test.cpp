@@ -17,7 +17,7 @@ const SymbolMap& example()
 
 std::string iconOf(const SymbolMap& map, const std::string& symbol)
 {
-    return std::string{map.icon(&symbol)};
+    return std::string{map.magellanIconFromSymbolString(&symbol)};
 }
 
 TEST(SymbolMap, ASymbolHasItsIcon)
@@ -29,7 +29,7 @@ TEST(SymbolMap, ASymbolHasItsIcon)
 
 TEST(SymbolMap, NullIsTheCrossedBox)
 {
-    EXPECT_EQ(example().icon(nullptr), "a");
+    EXPECT_EQ(example().magellanIconFromSymbolString(nullptr), "a");
     EXPECT_STREQ(kMagellanSymbol_crossed_box, "a");
 }
 
@@ -51,21 +51,21 @@ TEST(SymbolMap, CharactersAreCountedNotBytes)
 
 TEST(SymbolMap, AnIconIsReadAsTheLastSymbolThatHasIt)
 {
-    EXPECT_EQ(example().symbol("j"), "Campground");
-    EXPECT_EQ(example().symbol("a"), "Flag");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon("j"), "Campground");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon("a"), "Flag");
 }
 
 TEST(SymbolMap, AnUnknownIconStandsForItself)
 {
-    EXPECT_EQ(example().symbol("zz"), "zz");
-    EXPECT_EQ(example().symbol("J"), "J");
-    EXPECT_EQ(example().symbol(""), "");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon("zz"), "zz");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon("J"), "J");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon(""), "");
 }
 
 TEST(SymbolMap, AnIconThatIsNoTextIsNone)
 {
     EXPECT_EQ(iconOf(example(), "Odd"), "a");
-    EXPECT_EQ(example().symbol("7"), "7");
+    EXPECT_EQ(example().symbolStringFromMagellanIcon("7"), "7");
 }
 
 TEST(SymbolMap, AnEmptyMapFindsNothing)
@@ -73,7 +73,7 @@ TEST(SymbolMap, AnEmptyMapFindsNothing)
     const SymbolMap empty{gps::Dictionary{}};
     EXPECT_EQ(iconOf(empty, "Campground"), "a");
     EXPECT_EQ(iconOf(empty, "j"), "j");
-    EXPECT_EQ(empty.symbol("j"), "j");
+    EXPECT_EQ(empty.symbolStringFromMagellanIcon("j"), "j");
 }
 
 TEST(SymbolMap, TheSharedOneComesFromTheBundleAndIsBuiltOnce)
@@ -82,9 +82,9 @@ TEST(SymbolMap, TheSharedOneComesFromTheBundleAndIsBuiltOnce)
     EXPECT_EQ(&shared, &SymbolMap::shared());
     EXPECT_EQ(iconOf(shared, "Campground"), "j");
     EXPECT_EQ(iconOf(shared, "Camp"), "j");
-    EXPECT_EQ(shared.symbol("j"), "Campground");
-    EXPECT_EQ(shared.symbol("c"), "Residence");
-    EXPECT_EQ(shared.symbol("ap"), "Zoo");
+    EXPECT_EQ(shared.symbolStringFromMagellanIcon("j"), "Campground");
+    EXPECT_EQ(shared.symbolStringFromMagellanIcon("c"), "Residence");
+    EXPECT_EQ(shared.symbolStringFromMagellanIcon("ap"), "Zoo");
 }
 
 } // namespace

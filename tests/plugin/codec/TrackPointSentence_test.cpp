@@ -129,7 +129,7 @@ TEST(ReadTrackPoint, AHundredFeetAre30Point48MetresAndAreWrittenBackAs00030)
     const auto point = readPoint(withField(withField(kBody, 5, "100"), 6, "F"));
     EXPECT_DOUBLE_EQ(point.altitude, 100 / 3.2808399);
     EXPECT_NEAR(point.altitude, 30.48, 0.0001);
-    EXPECT_THAT(makeTrackPointSentence(point), testing::Optional(testing::HasSubstr(",E,00030,M,")));
+    EXPECT_THAT(makeTrackPointSentenceWithPoint(point), testing::Optional(testing::HasSubstr(",E,00030,M,")));
 }
 
 TEST(ReadTrackPoint, AnAltitudeIsTheLeadingNumberOfItsField)
@@ -196,9 +196,9 @@ TEST(ReadTrackPoint, ADamagedCharacterNeverGivesAnotherPoint)
 
 TEST(WriteTrackPoint, IsOneSentenceWithoutANameAndWithItsChecksum)
 {
-    EXPECT_EQ(makeTrackPointSentence({46.5, -7.5, 1529, kTime, 77}),
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({46.5, -7.5, 1529, kTime, 77}),
               sentence("PMGNTRK,4630.00000,N,00730.00000,W,01529,M,071548.00,A,,110808"));
-    EXPECT_EQ(makeTrackPointSentence({-46.5, 7.5, 1529, kTime, 0}),
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({-46.5, 7.5, 1529, kTime, 0}),
               sentence("PMGNTRK,4630.00000,S,00730.00000,E,01529,M,071548.00,A,,110808"));
 }
 
@@ -216,7 +216,7 @@ TEST(WriteTrackPoint, AnAltitudeIsCutTowardZeroAndFilledUpToFiveCharacters)
              {99999.9, "99999"},
              {100000, "100000"},
          })
-        EXPECT_EQ(makeTrackPointSentence({0, 0, altitude, 0, 0}),
+        EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, altitude, 0, 0}),
                   sentence("PMGNTRK,0000.00000,N,00000.00000,E," + text + ",M,,A,,"))
             << altitude;
 }
@@ -237,7 +237,7 @@ TEST(WriteTrackPoint, AnAltitudeOutsideThe32BitRangeIsTheNearestBoundAndANanIsZe
              {-kInfinity, "-2147483648"},
              {std::numeric_limits<double>::quiet_NaN(), "00000"},
          })
-        EXPECT_EQ(makeTrackPointSentence({0, 0, altitude, 0, 0}),
+        EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, altitude, 0, 0}),
                   sentence("PMGNTRK,0000.00000,N,00000.00000,E," + text + ",M,,A,,"))
             << altitude;
 }
@@ -245,23 +245,24 @@ TEST(WriteTrackPoint, AnAltitudeOutsideThe32BitRangeIsTheNearestBoundAndANanIsZe
 TEST(WriteTrackPoint, ATimeThatADateTextCannotCarryIsWrittenAsTwoEmptyTexts)
 {
     for (const std::int64_t time : {std::int64_t{0}, std::int64_t{315532799}, std::int64_t{3471292800}, std::int64_t{-1}})
-        EXPECT_EQ(makeTrackPointSentence({0, 0, 0, time, 0}), sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,,A,,"))
+        EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, 0, time, 0}),
+                  sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,,A,,"))
             << time;
-    EXPECT_EQ(makeTrackPointSentence({0, 0, 0, 315532800, 0}),
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, 0, 315532800, 0}),
               sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,000000.00,A,,010180"));
-    EXPECT_EQ(makeTrackPointSentence({0, 0, 0, 3471292799, 0}),
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, 0, 3471292799, 0}),
               sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,235959.00,A,,311279"));
 }
 
 TEST(WriteTrackPoint, ACoordinateWithoutATextMakesNoSentence)
 {
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(makeTrackPointSentence({90.0000001, 0, 0, 0, 0}), std::nullopt);
-    EXPECT_EQ(makeTrackPointSentence({0, -180.0000001, 0, 0, 0}), std::nullopt);
-    EXPECT_EQ(makeTrackPointSentence({kNaN, 0, 0, 0, 0}), std::nullopt);
-    EXPECT_EQ(makeTrackPointSentence({0, kNaN, 0, 0, 0}), std::nullopt);
-    EXPECT_TRUE(makeTrackPointSentence({90, 180, 0, 0, 0}));
-    EXPECT_TRUE(makeTrackPointSentence({-90, -180, 0, 0, 0}));
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({90.0000001, 0, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({0, -180.0000001, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({kNaN, 0, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(makeTrackPointSentenceWithPoint({0, kNaN, 0, 0, 0}), std::nullopt);
+    EXPECT_TRUE(makeTrackPointSentenceWithPoint({90, 180, 0, 0, 0}));
+    EXPECT_TRUE(makeTrackPointSentenceWithPoint({-90, -180, 0, 0, 0}));
 }
 
 TEST(WriteTrackPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
@@ -272,7 +273,7 @@ TEST(WriteTrackPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
                                        ",-0042,M,235959.00,A,,290208");
             gps::GPSPoint point;
             ASSERT_TRUE(interpretTrackPointSentence(line, point, nullptr));
-            EXPECT_EQ(makeTrackPointSentence(point), line);
+            EXPECT_EQ(makeTrackPointSentenceWithPoint(point), line);
         }
     }
 }

@@ -198,35 +198,37 @@ TEST(NameInWayPoint, IsNoneWhereAReadingFindsNoneAndThrowsWhereThatThrows)
 
 TEST(WriteWayPoint, IsOneSentenceWithItsChecksumAndWithoutATime)
 {
-    EXPECT_EQ(makeWayPointSentence({46.5, -7.5, 1529, 1218438948, 77},
-                                   {{"name", "HOME"}, {"comment", "our house"}, {"symbol", "House"}}),
+    EXPECT_EQ(makeWayPointSentenceWithPoint({46.5, -7.5, 1529, 1218438948, 77},
+                                            {{"name", "HOME"}, {"comment", "our house"}, {"symbol", "House"}}),
               sentence("PMGNWPL,4630.00000,N,00730.00000,W,0001529,M,HOME,our house,c"));
 }
 
 TEST(WriteWayPoint, ANameOf30CharactersIsCutTo20AndACommentOf30IsWrittenWhole)
 {
-    EXPECT_EQ(makeWayPointSentence({}, {{"name", kThirty}, {"comment", kThirty}}),
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"name", kThirty}, {"comment", kThirty}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz1234,a"));
 }
 
 TEST(WriteWayPoint, TextsAreFilteredBeforeTheyAreCut)
 {
-    EXPECT_EQ(makeWayPointSentence({}, {{"name", "a,b*c$d_e?" + std::string{kThirty}}, {"comment", "Caf\xC3\xA9, hot; 5\" * |"}}),
+    EXPECT_EQ(makeWayPointSentenceWithPoint(
+                  {}, {{"name", "a,b*c$d_e?" + std::string{kThirty}}, {"comment", "Caf\xC3\xA9, hot; 5\" * |"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdeabcdefghijklmno,Caf hot 5  ,a"));
 }
 
 TEST(WriteWayPoint, ARecordWithoutASymbolHasTheIconA)
 {
-    EXPECT_EQ(makeWayPointSentence({}, {}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
-    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", 7}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
-    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", "no such symbol"}}),
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", 7}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", "no such symbol"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
 }
 
 TEST(WriteWayPoint, AnIconIsNeitherFilteredNorLeftOutWhenItIsEmpty)
 {
-    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", "_|"}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,_|"));
-    EXPECT_EQ(makeWayPointSentence({}, {{"symbol", ""}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", "_|"}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,_|"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", ""}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,"));
 }
 
 TEST(WriteWayPoint, AnAltitudeIsCutTowardZeroAndFilledUpToSevenCharacters)
@@ -246,16 +248,16 @@ TEST(WriteWayPoint, AnAltitudeIsCutTowardZeroAndFilledUpToSevenCharacters)
              {std::numeric_limits<double>::infinity(), "2147483647"},
              {std::numeric_limits<double>::quiet_NaN(), "0000000"},
          })
-        EXPECT_EQ(makeWayPointSentence({0, 0, altitude, 0, 0}, {}),
+        EXPECT_EQ(makeWayPointSentenceWithPoint({0, 0, altitude, 0, 0}, {}),
                   sentence("PMGNWPL,0000.00000,N,00000.00000,E," + text + ",M,,,a"))
             << altitude;
 }
 
 TEST(WriteWayPoint, ACoordinateWithoutATextMakesNoSentence)
 {
-    EXPECT_EQ(makeWayPointSentence({90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
-    EXPECT_EQ(makeWayPointSentence({0, 180.0000001, 0, 0, 0}, {}), std::nullopt);
-    EXPECT_TRUE(makeWayPointSentence({90, -180, 0, 0, 0}, {}));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_EQ(makeWayPointSentenceWithPoint({0, 180.0000001, 0, 0, 0}, {}), std::nullopt);
+    EXPECT_TRUE(makeWayPointSentenceWithPoint({90, -180, 0, 0, 0}, {}));
 }
 
 TEST(WriteWayPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
@@ -267,7 +269,7 @@ TEST(WriteWayPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
             gps::GPSPoint point;
             gps::Dictionary record;
             ASSERT_TRUE(interpretWayPointSentence(line, point, &record));
-            EXPECT_EQ(makeWayPointSentence(point, record), line);
+            EXPECT_EQ(makeWayPointSentenceWithPoint(point, record), line);
         }
     }
 }
@@ -284,15 +286,16 @@ std::string line(const std::string& name)
 
 TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
 {
-    EXPECT_THAT(makeWayPointSentences({waypoint("B"), waypoint("A"), waypoint("B")}),
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("B"), waypoint("A"), waypoint("B")}),
                 ElementsAre(line("B"), line("A"), line("B")));
-    EXPECT_THAT(makeWayPointSentences({}), IsEmpty());
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList({}), IsEmpty());
 }
 
 TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentences({waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList(
+                    {waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
                 ElementsAre(line("A"), line("C")));
     EXPECT_THAT(log.lines(), ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
 }
@@ -300,7 +303,8 @@ TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
 TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentences({gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}), ElementsAre(line("C")));
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList({gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}),
+                ElementsAre(line("C")));
     EXPECT_THAT(log.lines(), ElementsAre("waypoint (null) contains no point --\n{point = \"46N 7E\"}",
                                          "waypoint (null) contains no point --\n7"));
 }
@@ -308,7 +312,7 @@ TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
 TEST(WriteWayPoints, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentences({waypoint("A", 91), waypoint("B")}), ElementsAre(line("B")));
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("A", 91), waypoint("B")}), ElementsAre(line("B")));
     EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
 }
 

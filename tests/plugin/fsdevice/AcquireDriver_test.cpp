@@ -405,7 +405,7 @@ TEST_F(AcquireDriverTest, ADebugOfZeroResetsTheLevelAndAnAbsentOneLeavesIt)
 /// Shows what the set-up makes.
 class OpenDriver : public MagellanGPSPlugin {
 public:
-    using MagellanGPSPlugin::setUpDictionaryForThreading;
+    using MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions;
 };
 
 TEST_F(AcquireDriverTest, TheWorkDictionaryIsTheOptionsWithFoldersAndTargetPathReplaced)
@@ -414,9 +414,9 @@ TEST_F(AcquireDriverTest, TheWorkDictionaryIsTheOptionsWithFoldersAndTargetPathR
     OpenDriver driver;
     driver.setFsDevice(gps::Dictionary{{"location", receiver_.path()}});
     gps::Dictionary work;
-    EXPECT_EQ(
-        driver.setUpDictionaryForThreading({{"folders", "the host's"}, {"targetPath", 7}, {"tracks", false}, {"own", "x"}}, work),
-        std::nullopt);
+    EXPECT_EQ(driver.setUpDictionaryForThreadingFromOptions(
+                  {{"folders", "the host's"}, {"targetPath", 7}, {"tracks", false}, {"own", "x"}}, work),
+              std::nullopt);
     EXPECT_EQ(work, (gps::Dictionary{{"folders", gps::Dictionary{{"Routes", "Wege"}}},
                                      {"targetPath", receiver_.path()},
                                      {"tracks", false},
@@ -427,7 +427,7 @@ TEST_F(AcquireDriverTest, TheWorkDictionaryIsUntouchedAfterAFailedSetUp)
 {
     const OpenDriver driver;
     gps::Dictionary work{{"old", 1}};
-    EXPECT_TRUE(driver.setUpDictionaryForThreading({{"own", "x"}}, work));
+    EXPECT_TRUE(driver.setUpDictionaryForThreadingFromOptions({{"own", "x"}}, work));
     EXPECT_EQ(gps::describe(work), "{old = 1}");
 }
 

@@ -208,7 +208,7 @@ TEST_F(ReadWayPoints, OtherLinesArePassedOverAndBareLineFeedsMakeOneLine)
 TEST_F(ReadWayPoints, CollectedOnesKeepTheirPointAndReplaceThoseOfTheSameName)
 {
     gps::Dictionary records{{"A", gps::Dictionary{{"name", "A"}, {"old", 1}}}, {"Z", gps::Dictionary{{"name", "Z"}}}};
-    EXPECT_EQ(acquireWayPointsIntoDictionary(put({wayPoint("B"), wayPoint("A", "new")}), records), std::nullopt);
+    EXPECT_EQ(acquireWayPointsFromPath(put({wayPoint("B"), wayPoint("A", "new")}), records), std::nullopt);
     EXPECT_EQ(gps::describe(records),
               "{A = {name = \"A\", comment = \"new\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}, Z = {name = \"Z\"}, "
               "B = {name = \"B\", comment = \"\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}}");
@@ -219,7 +219,7 @@ TEST_F(ReadWayPoints, AreCollectedAsTheyAreReported)
     const auto path = put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second"),
                            sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")});
     gps::Dictionary records;
-    ASSERT_EQ(acquireWayPointsIntoDictionary(path, records), std::nullopt);
+    ASSERT_EQ(acquireWayPointsFromPath(path, records), std::nullopt);
     Calls calls;
     for (const auto& entry : records)
         calls.push_back(reportedWayPoint(entry.key, *entry.value.as<gps::Dictionary>()->findString("comment")));
@@ -257,7 +257,7 @@ TEST_F(ReadGeoCaches, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
 TEST_F(ReadGeoCaches, CollectedOnesAreKeyedByNameAndKeepTheirPoint)
 {
     gps::Dictionary records;
-    EXPECT_EQ(acquireGeoCachesIntoDictionary(put({geoCache("A")}), records), std::nullopt);
+    EXPECT_EQ(acquireGeoCachesFromPath(put({geoCache("A")}), records), std::nullopt);
     ASSERT_TRUE(records.contains("A"));
     EXPECT_NE(gps::findPoint(*records.findDictionary("A")), nullptr);
 }
@@ -342,9 +342,9 @@ TEST_F(ReadRoutes, CollectedOnesHoldTheirPointsInOrder)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    EXPECT_EQ(acquireRoutesIntoDictionaries(put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,B,a,A,a")}), waypoints,
-                                            routes),
-              std::nullopt);
+    EXPECT_EQ(
+        acquireRoutesFromPath(put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,B,a,A,a")}), waypoints, routes),
+        std::nullopt);
     EXPECT_EQ(waypoints.size(), 2U);
     ASSERT_NE(routes.findDictionary("R"), nullptr);
     const auto* points = routes.findDictionary("R")->find("points")->as<gps::Array>();
@@ -433,9 +433,9 @@ TEST_F(UnreadableFile, OneThatIsRefusedIsLoggedAndReportsNothing)
 TEST_F(UnreadableFile, TheCollectingReadersAddNothingToTheirDictionaries)
 {
     gps::Dictionary records{{"old", 1}};
-    EXPECT_TRUE(acquireWayPointsIntoDictionary(folder_.path("none"), records));
-    EXPECT_TRUE(acquireGeoCachesIntoDictionary(folder_.path("none"), records));
-    EXPECT_FALSE(acquireRoutesIntoDictionaries(folder_.path("none"), records, records));
+    EXPECT_TRUE(acquireWayPointsFromPath(folder_.path("none"), records));
+    EXPECT_TRUE(acquireGeoCachesFromPath(folder_.path("none"), records));
+    EXPECT_FALSE(acquireRoutesFromPath(folder_.path("none"), records, records));
     EXPECT_EQ(gps::describe(records), "{old = 1}");
 }
 

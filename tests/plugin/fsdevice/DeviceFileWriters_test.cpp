@@ -313,7 +313,7 @@ TEST_F(DeviceFileWriters, RoutePointThatEqualsTheDevicesKeepsItsNameAndOneThatDi
     // The receiver's own record of an unknown icon: its symbol is the icon's name in the symbol map.
     gps::Dictionary present;
     gps::Dictionary routes;
-    magellan::acquireRoutesIntoDictionaries(path, present, routes);
+    magellan::acquireRoutesFromPath(path, present, routes);
     ASSERT_FALSE(mergeRoutes({route("New", {*present.find("Home"), waypoint("Stop", 47)})}, path));
     EXPECT_EQ(folder.read("r.rte"),
               written({waypointLine("Home"), waypointLine("Stop"), waypointLine("Stop 1", "4700.00000"),

@@ -71,7 +71,7 @@ TEST(KeyValueFile, AFileIsReadAsItsText)
 {
     const TemporaryFolder folder;
     gps::Dictionary dictionary{{"old", 1}};
-    EXPECT_EQ(readMagellanDictionary(folder.put("f", "a=1\r\nb=2"), dictionary), std::nullopt);
+    EXPECT_EQ(readMagellanDictionaryFromPath(folder.put("f", "a=1\r\nb=2"), dictionary), std::nullopt);
     EXPECT_EQ(gps::describe(dictionary), "{a = \"1\", b = \"2\"}");
 }
 
@@ -79,7 +79,7 @@ TEST(KeyValueFile, AnEmptyFileIsAnEmptyDictionary)
 {
     const TemporaryFolder folder;
     gps::Dictionary dictionary{{"old", 1}};
-    EXPECT_EQ(readMagellanDictionary(folder.put("f", ""), dictionary), std::nullopt);
+    EXPECT_EQ(readMagellanDictionaryFromPath(folder.put("f", ""), dictionary), std::nullopt);
     EXPECT_TRUE(dictionary.empty());
 }
 
@@ -90,7 +90,7 @@ TEST(KeyValueFile, AFailureIsTheSystemsErrorAndLeavesTheDictionary)
     for (const auto& [path, code] : std::vector<std::pair<std::string, int>>{
              {folder.path("none"), 260}, {folder.put("f", "a=\x80"), 261}, {folder.path(), 256}, {folder.path("fifo"), 256}}) {
         gps::Dictionary dictionary{{"old", 1}};
-        const auto error = readMagellanDictionary(path, dictionary);
+        const auto error = readMagellanDictionaryFromPath(path, dictionary);
         ASSERT_TRUE(error) << path;
         EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
         EXPECT_EQ(error->code(), code) << path;
@@ -105,7 +105,7 @@ TEST(UnitFile, LiesInTheTransferFolderOfAVolume)
     const TemporaryFolder folder;
     folder.put("USBTRANS/UNIT_ID.DAT", "Serial Number=7\r\n");
     gps::Dictionary unit;
-    EXPECT_EQ(readMagellanUnitID(folder.path(), unit), std::nullopt);
+    EXPECT_EQ(readMagellanUnitIDFromPath(folder.path(), unit), std::nullopt);
     EXPECT_EQ(gps::describe(unit), "{Serial Number = \"7\"}");
 }
 
@@ -115,7 +115,7 @@ TEST(FolderDictionary, ComesFromTheLanguageFile)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "MyPOIs=Meine Orte\r\nRoutes=Routen\r\n");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()),
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()),
               "{MyPOIs = \"Meine Orte\", Routes = \"Routen\"}");
 }
 
@@ -123,20 +123,20 @@ TEST(FolderDictionary, ALanguageFileWithoutAnyFolderKeyStandsAsItIs)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "Language=English\r\n");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()), "{Language = \"English\"}");
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), "{Language = \"English\"}");
     folder.put("USBTRANS/LANGUAGE.DAT", "");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()), "{}");
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), "{}");
 }
 
 TEST(FolderDictionary, IsTheDefaultWhenTheLanguageFileCannotBeRead)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()), kDefault);
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), kDefault);
     folder.put("USBTRANS/LANGUAGE.DAT", "MyPOIs=\xC3\xA9\r\n");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()), kDefault);
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), kDefault);
     std::filesystem::remove(folder.path("USBTRANS/LANGUAGE.DAT"));
     folder.makeFolder("USBTRANS/LANGUAGE.DAT");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionary(folder.path()).value()), kDefault);
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), kDefault);
 }
 
 } // namespace

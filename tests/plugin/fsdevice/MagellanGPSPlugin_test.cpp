@@ -73,11 +73,11 @@ TEST(MagellanGPSPlugin, NeedsNoUsbRefreshForAnyVendorAndProductAndLeavesThem)
     for (const std::int32_t id : {0, 1, 0x091E, -1, std::numeric_limits<std::int32_t>::max()}) {
         std::int32_t vendor = id;
         std::int32_t product = id;
-        EXPECT_FALSE(driver.needsUSBRefresh(&vendor, &product));
+        EXPECT_FALSE(driver.needsUSBRefreshOnVendor(&vendor, &product));
         EXPECT_EQ(vendor, id);
         EXPECT_EQ(product, id);
     }
-    EXPECT_FALSE(driver.needsUSBRefresh(nullptr, nullptr));
+    EXPECT_FALSE(driver.needsUSBRefreshOnVendor(nullptr, nullptr));
 }
 
 TEST(MagellanGPSPlugin, OffersNoLivePositionAndCancelsNothing)

@@ -103,6 +103,15 @@ TEST_F(SendPlan, MissingFolderDamagedFileAndTextOutsideAsciiLeaveTheFileWithTheR
     EXPECT_EQ(planned.files[2].error->code(), 517);
 }
 
+TEST_F(SendPlan, AFolderInTheDefaultFilesPlaceLeavesItWithTheReason)
+{
+    std::filesystem::create_directory(receiver.path("My POIs/Default POI File.upt"));
+    const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].fate, Fate::kLeft);
+    EXPECT_EQ(planned.files[0].error->code(), 512);
+}
+
 TEST_F(SendPlan, GeocachesOfWhichOneHasNoPlaceAreLeftWithoutAnError)
 {
     const auto planned = plan({{"waypoint", gps::Array{gps::Dictionary{{"name", "Oak"}, {"symbol", "Geocache"}}}}});
@@ -123,7 +132,9 @@ TEST_F(SendPlan, TracksPastTheLastFreeNumberAreSaid)
     const auto planned = plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}, gps::Dictionary{}}}});
     ASSERT_THAT(planned.files, SizeIs(1));
     EXPECT_EQ(planned.files[0].path, receiver.path("Track Logs/TKLG998.log"));
-    EXPECT_THAT(planned.remarks, ElementsAre(HasSubstr("no free name for 2 tracks")));
+    EXPECT_THAT(planned.remarks, ElementsAre(HasSubstr("no free name for 2 tracks in")));
+    EXPECT_THAT(plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}}}).remarks,
+                ElementsAre(HasSubstr("no free name for 1 track in")));
 }
 
 TEST_F(SendPlan, WithoutADeviceThereIsNothing)

@@ -70,6 +70,14 @@ TEST(SendRemarks, SymbolWithoutAnIconIsSaidAndAnIconCodeIsNot)
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "a"), waypoint("B", "zz"), waypoint("C", "Waypoint")}), IsEmpty());
 }
 
+TEST(SendRemarks, IconCodeThatSpoilsItsSentenceIsSaid)
+{
+    for (const std::string symbol : {"*", ",", "\r\n", "\xC3\xA9"})
+        EXPECT_THAT(
+            remarksOn(SendKind::kWaypoints, {waypoint("A", symbol)}),
+            ElementsAre("The symbol \"" + symbol + "\" is written as it is and spoils its sentence: choose another one."));
+}
+
 TEST(SendRemarks, RecordsThatAreLeftOutAreSaid)
 {
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),

@@ -65,7 +65,7 @@ TEST(BundleEntry, AnswersTheLoaderOfItsClassAndNoOther)
 TEST(BundleEntry, ADriverOfTheModuleAnswersThroughItsInterface)
 {
     const support::TestFolders none{{}};
-    auto drivers = entry()("MagellanGPSPluginLoader")->piGetPlugIns("GPSPlugIn");
+    auto drivers = entry()("MagellanGPSPluginLoader")->piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     const auto driver = drivers->nextObject();
     EXPECT_EQ(driver->gpsName(), "Magellan");
@@ -79,7 +79,7 @@ TEST(BundleEntry, ARangeErrorLeavesTheModuleAsWhatItIs)
     const support::TestFolders none{{}};
     const support::ReceiverFolder folder;
     const auto file = folder.put("t.log", {support::sentence("PMGNTRK,1")});
-    const auto driver = entry()("MagellanGPSPluginLoader")->piGetPlugIns("GPSPlugIn")->nextObject();
+    const auto driver = entry()("MagellanGPSPluginLoader")->piGetPlugInsForClass("GPSPlugIn")->nextObject();
     const auto status = std::make_shared<support::RecordingReceiver>();
     EXPECT_THROW((void)driver->gpsRunAcquire(status, {{"sourcePath", file}}), gps::RangeError);
     EXPECT_THAT(status->calls(), testing::ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0"));

@@ -57,14 +57,14 @@ TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
     for (const auto* other : {"", "gpsplugin", "GPSPLUGIN", "GPSPlugin", "GPSPlugIn ", "VeloranPlugIn"})
-        EXPECT_FALSE(loader.piGetPlugIns(other)) << other;
+        EXPECT_FALSE(loader.piGetPlugInsForClass(other)) << other;
 }
 
 TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
-    EXPECT_NE(loader.piGetPlugIns("GPSPlugIn")->nextObject(), loader.piGetPlugIns("GPSPlugIn")->nextObject());
+    EXPECT_NE(loader.piGetPlugInsForClass("GPSPlugIn")->nextObject(), loader.piGetPlugInsForClass("GPSPlugIn")->nextObject());
 }
 
 TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAndProduct)
@@ -72,7 +72,7 @@ TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAnd
     const support::TestFolders none{{}};
     const support::TestPorts ports{{"/dev/one"}};
     MagellanGPSPluginLoader loader;
-    auto drivers = loader.piGetPlugIns("GPSPlugIn");
+    auto drivers = loader.piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     std::vector<std::string> names;
     while (const auto driver = drivers->nextObject()) {
@@ -80,11 +80,11 @@ TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAnd
         for (const std::int32_t id : {std::numeric_limits<std::int32_t>::min(), 0, 1, std::numeric_limits<std::int32_t>::max()}) {
             std::int32_t vendor = id;
             std::int32_t product = id;
-            EXPECT_FALSE(driver->needsUSBRefresh(&vendor, &product)) << names.back();
+            EXPECT_FALSE(driver->needsUSBRefreshOnVendor(&vendor, &product)) << names.back();
             EXPECT_EQ(vendor, id) << names.back();
             EXPECT_EQ(product, id) << names.back();
         }
-        EXPECT_FALSE(driver->needsUSBRefresh(nullptr, nullptr)) << names.back();
+        EXPECT_FALSE(driver->needsUSBRefreshOnVendor(nullptr, nullptr)) << names.back();
     }
     EXPECT_THAT(names, ElementsAre("MagellanGPSPlugin", "MagellanSerialGPSPlugin"));
 }
@@ -98,7 +98,7 @@ TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
     bundle.put("MagellanGPS.plist", "<plist "
                                     "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</"
                                     "key><string>gpsView</string></dict></plist>");
-    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());
 }
@@ -106,7 +106,7 @@ TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
 /// The driver of a bundle's copy.
 std::shared_ptr<gps::GPSPlugInProtocol> driverOf(const BundleCopy& bundle)
 {
-    auto drivers = bundle.load().piGetPlugIns("GPSPlugIn");
+    auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     return drivers ? drivers->nextObject() : nullptr;
 }
 
