@@ -2,14 +2,14 @@
 
 #include "host/cli/Options.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <numeric>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "host/cli/NearestName.h"
+#include "host/cli/RawOptions.h"
 #include "host/completions/Completions.h"
-#include "host/formats/JsonText.h"
+#include "host/formats/Formats.h"
 #include "host/formats/Text.h"
 #include "host/operations/Operation.h"
 
@@ -17,18 +17,6 @@
 
 namespace host {
 namespace {
-
-// What CLI11 stores, before it is checked.
-struct Raw {
-    Options options;
-    std::optional<std::string> format;
-    std::optional<std::string> driverOptions;
-    std::optional<std::string> fixDates;
-    bool noWaypoints = false;
-    bool noRoutes = false;
-    bool noTracks = false;
-    bool noBackup = false;
-};
 
 constexpr char kExamples[] = R"(
 Examples:
@@ -41,7 +29,7 @@ Examples:
 
 constexpr char kGlobalHint[] = "The global options of \"magellangps --help\" are accepted here, too.\n";
 
-void addGlobalOptions(CLI::App& app, Raw& raw)
+void addGlobalOptions(CLI::App& app, RawOptions& raw)
 {
     auto& options = raw.options;
     app.add_option("--plugin", options.plugin, "Load this plug-in bundle instead of the installed one")->type_name("BUNDLE");
@@ -55,7 +43,7 @@ void addGlobalOptions(CLI::App& app, Raw& raw)
     app.add_flag("-v", options.verbose, "Print the system log's lines on the standard error stream, too")->excludes(quiet);
 }
 
-void addFixDatesOption(CLI::App& command, Raw& raw)
+void addFixDatesOption(CLI::App& command, RawOptions& raw)
 {
     command
         .add_option(
@@ -65,7 +53,7 @@ void addFixDatesOption(CLI::App& command, Raw& raw)
         ->type_name("auto|off|WEEKS");
 }
 
-void addDownloadOptions(CLI::App& command, Raw& raw)
+void addDownloadOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
     command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
@@ -83,13 +71,13 @@ void addDownloadOptions(CLI::App& command, Raw& raw)
     command.add_flag("--no-tracks", raw.noTracks, "Leave out tracks")->excludes(json);
 }
 
-void addDeviceOption(CLI::App& command, Raw& raw)
+void addDeviceOption(CLI::App& command, RawOptions& raw)
 {
     command.add_option("--device", raw.options.device, "Use the device at this place; a folder with a receiver's files will do")
         ->type_name("LOCATION");
 }
 
-CLI::Option* addBackupOptions(CLI::App& command, Raw& raw)
+CLI::Option* addBackupOptions(CLI::App& command, RawOptions& raw)
 {
     command.add_option("--keep-backups", raw.options.mostBackups, "Keep so many backups of a device, by default 10")
         ->type_name("N");
@@ -98,7 +86,7 @@ CLI::Option* addBackupOptions(CLI::App& command, Raw& raw)
         ->type_name("DIR");
 }
 
-void addSendOptions(CLI::App& command, Raw& raw)
+void addSendOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
     command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
@@ -112,7 +100,7 @@ void addSendOptions(CLI::App& command, Raw& raw)
     command.add_flag("--exact-names", options.exactNames, "Leave names and texts as the files have them")->excludes(data);
 }
 
-void addRestoreOptions(CLI::App& command, Raw& raw)
+void addRestoreOptions(CLI::App& command, RawOptions& raw)
 {
     command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
     addDeviceOption(command, raw);
@@ -120,13 +108,13 @@ void addRestoreOptions(CLI::App& command, Raw& raw)
     command.add_option("backup", raw.options.restored, "The backup to put back, as listed, or its folder")->type_name("BACKUP");
 }
 
-void addDevicesOptions(CLI::App& command, Raw& raw)
+void addDevicesOptions(CLI::App& command, RawOptions& raw)
 {
     command.add_flag("--watch", raw.options.watch, "Stay, and print again when volumes or ports come and go");
     command.add_flag("--explain", raw.options.explain, "Tell of every volume and port what was made of it, and why");
 }
 
-void addWatchOptions(CLI::App& command, Raw& raw)
+void addWatchOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
     command.add_option("--into", options.into, "Write the files into this folder instead of the present one")->type_name("DIR");
@@ -141,7 +129,7 @@ void addWatchOptions(CLI::App& command, Raw& raw)
     addFixDatesOption(command, raw);
 }
 
-void addCommands(CLI::App& app, Raw& raw)
+void addCommands(CLI::App& app, RawOptions& raw)
 {
     const auto add = [&](const char* name, const char* what, Command command, const char* examples) {
         auto* const added = app.add_subcommand(name, what);
@@ -181,21 +169,6 @@ const CLI::App* addCompletions(CLI::App& app, std::string& shell)
     return added;
 }
 
-std::size_t editDistance(std::string_view a, std::string_view b)
-{
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t change = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({change, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
 void addNames(const CLI::App& app, std::vector<std::string>& names)
 {
     for (const auto* option : app.get_options()) {
@@ -204,7 +177,7 @@ void addNames(const CLI::App& app, std::vector<std::string>& names)
     }
 }
 
-std::string nearest(std::string_view word, const CLI::App& app)
+std::string guessFor(std::string_view word, const CLI::App& app)
 {
     std::vector<std::string> names;
     addNames(app, names);
@@ -215,10 +188,8 @@ std::string nearest(std::string_view word, const CLI::App& app)
         else if (command == chosen.front())
             addNames(*command, names);
     }
-    const auto distance = [&](const std::string& name) { return editDistance(word.substr(0, word.find('=')), name); };
-    const auto best =
-        std::min_element(names.begin(), names.end(), [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
-    return distance(*best) <= 3 && distance(*best) * 2 < best->size() ? "; did you mean \"" + *best + "\"?" : std::string{};
+    const auto name = nearestName(word.substr(0, word.find('=')), names);
+    return name.empty() ? std::string{} : "; did you mean \"" + name + "\"?";
 }
 
 ParsedCommandLine mistake(std::string_view text)
@@ -279,7 +250,7 @@ ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
     const bool isOption = word.size() > 1 && word.front() == '-';
     const bool isCommand = !isOption && app.get_subcommands().empty();
     const std::string what = isOption ? "unknown option \"" : isCommand ? "unknown command \"" : "unexpected argument \"";
-    const auto guess = nearest(word, app);
+    const auto guess = guessFor(word, app);
     return mistake(what + word + '"' + (guess.empty() ? helpHint(app) : guess));
 }
 
@@ -296,82 +267,11 @@ std::string withoutValue(int argc, const char* const* argv)
     return {};
 }
 
-std::string extensionOf(const std::string& path)
-{
-    auto extension = std::filesystem::path{path}.extension().string();
-    extension.erase(0, 1);
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return extension;
-}
-
-std::string unknownFormat(const std::string& name)
-{
-    return "unknown output format \"" + name + "\"; the formats are: " + formatNames();
-}
-
-// What is wrong with the output options; empty: nothing.
-std::string checkOutput(const Raw& raw, Options& options)
-{
-    if (options.command == Command::kWatch) {
-        if (options.events)
-            return "--events is for acquire, import and send: watch prints lines of its own";
-        options.format = findFormat(raw.format.value_or("gpx"));
-        return options.format == nullptr ? unknownFormat(*raw.format) : "";
-    }
-    if (!options.output)
-        return raw.format ? "--format is for an output file: name one with -o" : "";
-    if (options.output == "-" && !raw.format)
-        return "the standard output has no extension: name its format with --format (" + formatNames() + ")";
-    if (options.output == "-" && options.events)
-        return "--events and -o - both want the standard output";
-    if (options.output == "-" && options.summary)
-        return "--summary and -o - both want the standard output";
-    const auto name = raw.format.value_or(extensionOf(*options.output));
-    if (name.empty() && !raw.format)
-        return "the output file \"" + *options.output + "\" has no extension: name its format with --format (" + formatNames() +
-               ")";
-    options.format = findFormat(name);
-    if (options.format == nullptr)
-        return unknownFormat(name);
-    return {};
-}
-
-ParsedCommandLine check(Raw raw)
-{
-    auto& options = raw.options;
-    options.waypoints = !raw.noWaypoints;
-    options.routes = !raw.noRoutes;
-    options.tracks = !raw.noTracks;
-    options.backup = !raw.noBackup;
-    if (options.command == Command::kSend && options.files.empty() && !options.data)
-        return mistake("no FILE to send is given, and no --data");
-    if (options.mostBackups == 0)
-        return mistake("--keep-backups wants at least 1; --no-backup makes none");
-    if (auto wrong = checkOutput(raw, options); !wrong.empty())
-        return mistake(wrong);
-    if (options.events && options.summary)
-        return mistake("--events and --summary both want the standard output");
-    if (raw.fixDates) {
-        const auto rule = readDateRule(*raw.fixDates);
-        if (!rule)
-            return mistake("--fix-dates wants auto, off or a number of weeks, at most " + std::to_string(DateRule::kMostWeeks) +
-                           " either way");
-        options.fixDates = *rule;
-    }
-    if (raw.driverOptions) {
-        options.driverOptions = readJsonObject(*raw.driverOptions);
-        if (!options.driverOptions)
-            return mistake("--options wants a JSON object, as {\"tracks\":true}");
-    }
-    return {std::move(options), {}, ExitStatus::kSuccess};
-}
-
 } // namespace
 
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
 {
-    Raw raw;
+    RawOptions raw;
     CLI::App app{"Downloads tracks, waypoints, routes and geocaches from GPS receivers.", "magellangps"};
     app.set_version_flag("--version", "magellangps " HOST_VERSION);
     app.require_subcommand(0, 1);
@@ -397,7 +297,9 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
         return {std::nullopt, app.help(), ExitStatus::kUsage};
     if (completions->parsed())
         return {std::nullopt, completionScript(app, shell), ExitStatus::kSuccess};
-    return check(std::move(raw));
+    if (const auto wrong = finish(raw); !wrong.empty())
+        return mistake(wrong);
+    return {std::move(raw.options), {}, ExitStatus::kSuccess};
 }
 
 gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath)

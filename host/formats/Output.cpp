@@ -88,7 +88,7 @@ void Output::writeOut(std::string_view text)
 
 void Output::fail(std::string_view what, int code)
 {
-    fail(systemError(what, "Free some space or choose another place with -o, and try again", name_, code));
+    fail(systemError(what, "Free some space or choose another place to write to, and try again", name_, code));
 }
 
 void Output::fail(const gps::Error& failure)

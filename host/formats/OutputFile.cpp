@@ -160,7 +160,7 @@ std::optional<gps::Error> OutputFile::finishAs(const std::string& path)
 
 gps::Error OutputFile::refusal(std::string_view what, int code) const
 {
-    return systemError(what, "Choose another place with -o, and try again", path_, code);
+    return systemError(what, "Choose another place to write to, and try again", path_, code);
 }
 
 } // namespace host
