@@ -4,6 +4,9 @@
 
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -43,6 +46,18 @@ public:
             block(parent + "/block/" + name + "/" + partition, partition, "partition", major, minor + 1) + "\n");
     }
 
+    /// A stick on USB as "sdb", its partition 8:17, and a disk inside the machine as "sda", its partition 8:1.
+    void addStickAndInternalDisk() const
+    {
+        add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+            "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+            "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
+        addDisk("/devices/pci0/ata1/host0/target0:0:0/0:0:0:0", "sda", 8, 0, false);
+        addDisk(kStick, "sdb", 8, 16, true);
+    }
+
+    void announceStick(const std::string& action) const { announce(std::string{kStick} + "/block/sdb/sdb1", action); }
+
     /// What happens to a device: "add", "remove", "change".
     void announce(const std::string& device, const std::string& action) const
     {
@@ -55,7 +70,23 @@ public:
     /// The mount table of these lines.
     [[nodiscard]] std::string mountTable(const std::string& lines) const { return folder_.put("mountinfo", lines); }
 
+    /// What the process, and every program that it starts, sees as its mount table.
+    static void mount(const std::string& lines)
+    {
+        const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";
+        std::filesystem::create_directories(folder);
+        std::ofstream{folder / "mountinfo"} << lines;
+    }
+
+    /// A line of that table: where the partition of these numbers is mounted.
+    static std::string mountLine(const std::string& numbers, const std::string& path)
+    {
+        return "95 27 " + numbers + " / " + path + " rw - vfat /dev/some rw\n";
+    }
+
 private:
+    static constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
+
     static std::string block(const std::string& path, const std::string& name, const std::string& kind, unsigned int major,
                              unsigned int minor)
     {

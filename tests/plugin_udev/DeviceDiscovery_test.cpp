@@ -3,9 +3,6 @@
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,32 +23,12 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kUsbStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
-constexpr char kInternal[] = "/devices/pci0/ata1/host0/target0:0:0/0:0:0:0";
-
 class MountedReceiversTest : public testing::Test {
 protected:
     MountedReceiversTest()
     {
-        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
-        testbed_.addDisk(kInternal, "sda", 8, 0, false);
-        testbed_.addDisk(kUsbStick, "sdb", 8, 16, true);
-        mount("");
-    }
-
-    /// What the process sees as its mount table.
-    static void mount(const std::string& lines)
-    {
-        const auto folder = std::filesystem::path{::getenv("UMOCKDEV_DIR")} / "proc/self";
-        std::filesystem::create_directories(folder);
-        std::ofstream{folder / "mountinfo"} << lines;
-    }
-
-    static std::string line(const std::string& number, const std::string& path)
-    {
-        return "95 27 " + number + " / " + path + " rw - vfat /dev/some rw\n";
+        testbed_.addStickAndInternalDisk();
+        testbed_.mount("");
     }
 
     /// The locations of the devices that the driver lists after a refresh.
@@ -75,7 +52,7 @@ TEST_F(MountedReceiversTest, AReceiverOnARemovableVolumeIsListedAndOneOnAnIntern
     receiver_.unitFile("12345");
     const support::ReceiverFolder internal;
     internal.unitFile("1");
-    mount(line("8:1", internal.path()) + line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:1", internal.path()) + testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(found(), ElementsAre(receiver_.path()));
     EXPECT_TRUE(driver_->isReady());
     EXPECT_EQ(*driver_->fsDevice()->findString("name"), "Magellan device 12345");
@@ -83,14 +60,14 @@ TEST_F(MountedReceiversTest, AReceiverOnARemovableVolumeIsListedAndOneOnAnIntern
 
 TEST_F(MountedReceiversTest, ARemovableVolumeWithoutAUnitFileIsNoReceiver)
 {
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(found(), IsEmpty());
 }
 
 TEST_F(MountedReceiversTest, AVolumeWithoutADiskOrWithAnUnknownOneIsLeftOut)
 {
     receiver_.unitFile("1");
-    mount(line("0:42", receiver_.path()) + line("8:65", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("0:42", receiver_.path()) + testbed_.mountLine("8:65", receiver_.path()));
     EXPECT_THAT(found(), IsEmpty());
 }
 
@@ -102,9 +79,9 @@ TEST_F(MountedReceiversTest, VolumesComeInTheMountTablesOrderBeforeTheTestFolder
     other.unitFile("2");
     folder.unitFile("3");
     support::TestFolders::set({folder.path()});
-    mount(line("8:16", receiver_.path()) + line("8:17", other.path()));
+    testbed_.mount(testbed_.mountLine("8:16", receiver_.path()) + testbed_.mountLine("8:17", other.path()));
     EXPECT_THAT(found(), ElementsAre(receiver_.path(), other.path(), folder.path()));
-    mount(line("8:17", other.path()) + line("8:16", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", other.path()) + testbed_.mountLine("8:16", receiver_.path()));
     EXPECT_THAT(found(), ElementsAre(other.path(), receiver_.path(), folder.path()));
 }
 
@@ -113,10 +90,10 @@ TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
     receiver_.unitFile("1");
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(driver_->isReady());
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(found(), ElementsAre(receiver_.path()));
     EXPECT_TRUE(driver_->isReady());
-    mount("");
+    testbed_.mount("");
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(driver_->isReady());
 }
@@ -126,8 +103,9 @@ TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOf
     using Verdict = gps::SearchedPlace::Verdict;
     const support::ReceiverFolder other;
     receiver_.unitFile("1");
-    mount(line("8:1", receiver_.path()) + line("0:42", receiver_.path()) + line("8:65", receiver_.path()) +
-          line("8:17", receiver_.path()) + line("8:17", other.path()));
+    testbed_.mount(testbed_.mountLine("8:1", receiver_.path()) + testbed_.mountLine("0:42", receiver_.path()) +
+                   testbed_.mountLine("8:65", receiver_.path()) + testbed_.mountLine("8:17", receiver_.path()) +
+                   testbed_.mountLine("8:17", other.path()));
     const std::vector<std::pair<std::string, Verdict>> expected{{"built-in volume", Verdict::kPassedOver},
                                                                 {"volume without a disk behind it", Verdict::kPassedOver},
                                                                 {"volume without a disk behind it", Verdict::kPassedOver},
@@ -147,7 +125,7 @@ TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathIsReadFromEndToEnd)
 {
     receiver_.put("GPS DISK/USBTRANS/UNIT_ID.DAT", {"Serial Number=7"});
     receiver_.put("GPS DISK/Track Logs/t.log", {support::sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208")});
-    mount(line("8:17", receiver_.path() + "/GPS\\040DISK"));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path() + "/GPS\\040DISK"));
     EXPECT_THAT(found(), ElementsAre(receiver_.path("GPS DISK")));
     const auto status = std::make_shared<support::RecordingReceiver>();
     ASSERT_EQ(driver_->gpsRunAcquire(status, {}), std::nullopt);

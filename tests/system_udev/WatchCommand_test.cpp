@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -20,30 +19,12 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
-constexpr char kInternal[] = "/devices/pci0/ata1/host0/target0:0:0/0:0:0:0";
-
 class WatchedVolumes : public testing::Test {
 protected:
     WatchedVolumes()
     {
-        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
-        testbed_.addDisk(kStick, "sdb", 8, 16, true);
-        testbed_.addDisk(kInternal, "sda", 8, 0, false);
-        mount("");
-    }
-
-    static void mount(const std::string& lines)
-    {
-        const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";
-        std::filesystem::create_directories(folder);
-        std::ofstream{folder / "mountinfo"} << lines;
-    }
-    static std::string line(const std::string& number, const std::string& path)
-    {
-        return "95 27 " + number + " / " + path + " rw - vfat /dev/some rw\n";
+        testbed_.addStickAndInternalDisk();
+        testbed_.mount("");
     }
 
     [[nodiscard]] support::Running watch(const std::string& option = "-q") const
@@ -57,7 +38,7 @@ protected:
     std::string announceUntil(support::Running& watching, const std::string& text)
     {
         for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150; ++tries)
-            testbed_.announce(std::string{kStick} + "/block/sdb/sdb1", "change");
+            testbed_.announceStick("change");
         const auto printed = watching.readUntil("\n").substr(seen_);
         seen_ += printed.size();
         return printed;
@@ -74,11 +55,11 @@ TEST_F(WatchedVolumes, ReceiverThatComesIsSavedOnceAndAgainWhenItComesAgain)
 {
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("watching: "), Not(HasSubstr("appeared")));
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: Magellan device 42, " + receiver_.path() + "\n"));
-    mount("");
+    testbed_.mount("");
     EXPECT_THAT(announceUntil(watching, "gone: "), Not(HasSubstr("saved: "))) << "once while it stayed";
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: "));
     const int status = watching.end(SIGTERM);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
@@ -88,18 +69,18 @@ TEST_F(WatchedVolumes, ReceiverThatComesAgainHasNothingNew)
 {
     auto watching = watch("--new-only");
     watching.readUntil("watching: ");
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr(": 2 waypoints, 1 geocache, 1 route, 1 track (2 points)"));
-    mount("");
+    testbed_.mount("");
     (void)announceUntil(watching, "gone: ");
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "nothing new: "), HasSubstr("nothing new: "));
 }
 
 TEST_F(WatchedVolumes, VolumeThatIsFilledOnlyAfterItsMountIsSeenWithoutAnotherEvent)
 {
     std::filesystem::rename(receiver_.path("USBTRANS"), receiver_.path("later"));
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch();
     watching.readUntil("watching: ");
     std::filesystem::rename(receiver_.path("later"), receiver_.path("USBTRANS"));
@@ -112,7 +93,7 @@ TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
     testbed_.add(
         "P: " + port + "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\nP: " + port +
         "/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\nE: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("\nsaved: "), Not(HasSubstr("ttyUSB0")));
     auto wishing = watch("--serial");
@@ -122,7 +103,7 @@ TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
 
 TEST_F(WatchedVolumes, DriverThatIsNamedIsWatchedAloneThoughItIsNotOfferedYet)
 {
-    mount(line("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch("--driver=magellan-serial");
     watching.readUntil("watching: ");
     (void)watching.end(SIGTERM);
@@ -132,7 +113,8 @@ TEST_F(WatchedVolumes, DriverThatIsNamedIsWatchedAloneThoughItIsNotOfferedYet)
 TEST_F(WatchedVolumes, DevicesAreExplained)
 {
     const support::TemporaryFolder empty;
-    mount(line("8:1", "/") + line("0:5", "/proc") + line("8:17", receiver_.path()) + line("8:17", empty.path()));
+    testbed_.mount(testbed_.mountLine("8:1", "/") + testbed_.mountLine("0:5", "/proc") +
+                   testbed_.mountLine("8:17", receiver_.path()) + testbed_.mountLine("8:17", empty.path()));
     const auto ran = support::magellangps({"devices", "--explain"},
                                           {.environment = {"LD_PRELOAD=" + std::string{std::getenv("LD_PRELOAD")},
                                                            "UMOCKDEV_DIR=" + std::string{std::getenv("UMOCKDEV_DIR")}}});

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The built program on a mocked device tree: which volumes it lists, and that it sees them come.
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -13,8 +10,6 @@
 #include <system/Running.h>
 
 namespace {
-
-constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
 
 constexpr int kTries = 150; // half a minute
 
@@ -29,13 +24,6 @@ public:
 private:
     std::size_t first_ = 0;
 };
-
-void mount(const std::string& lines)
-{
-    const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";
-    std::filesystem::create_directories(folder);
-    std::ofstream{folder / "mountinfo"} << lines;
-}
 
 std::string portDevice(int number)
 {
@@ -57,19 +45,16 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
 {
     const support::Testbed testbed;
     const support::Receiver receiver;
-    testbed.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
-    testbed.addDisk(kStick, "sdb", 8, 16, true);
-    mount("");
+    testbed.addStickAndInternalDisk();
+    support::Testbed::mount("");
 
     Watching watching;
     EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
 
-    mount("95 27 8:17 / " + receiver.path() + " rw - vfat /dev/sdb1 rw\n");
+    support::Testbed::mount(support::Testbed::mountLine("8:17", receiver.path()));
     // Announced again and again, since an event may be lost between two programs.
     for (int tries = 0; watching.since().find("Magellan device 42") == std::string::npos && tries < kTries; ++tries)
-        testbed.announce(std::string{kStick} + "/block/sdb/sdb1", "add");
+        testbed.announceStick("add");
     EXPECT_THAT(watching.read(), testing::HasSubstr("Magellan device 42"));
     EXPECT_THAT(watching.read(), testing::HasSubstr(receiver.path()));
 }
@@ -78,7 +63,7 @@ TEST(Watch, FollowsAPortThoughThereWasNoneAtTheStart)
 {
     const support::Testbed testbed;
     testbed.add("P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // no port, but good for an event
-    mount("");
+    support::Testbed::mount("");
     Watching watching;
     EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
     const auto waitFor = [&](const std::string& text) {
