@@ -3,46 +3,44 @@
 #include "NameTable.h"
 
 #include <functional>
-#include <utility>
 
 namespace magellan {
 namespace {
 
-constexpr std::size_t kFirstSlots = 256;
+constexpr std::size_t kFirstSlots = 256; // a power of two, as all sizes are
+constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
 } // namespace
 
-NameTable::NameTable() : slots_(kFirstSlots) {}
+NameTable::NameTable() : slots_(kFirstSlots, kFree) {}
 
 std::size_t NameTable::numberOf(std::string_view name)
 {
     if (2 * (names_.size() + 1) > slots_.size())
         grow();
-    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
-    Slot& slot = slotFor(name, hash);
-    if (slot.number == kFree) {
-        slot = {hash, static_cast<std::uint32_t>(names_.size())};
-        names_.push_back(name);
+    const Name sought{name, static_cast<std::uint32_t>(std::hash<std::string_view>{}(name))};
+    auto& slot = slotFor(sought);
+    if (slot == kFree) {
+        slot = static_cast<std::uint32_t>(names_.size());
+        names_.push_back(sought);
     }
-    return slot.number;
+    return slot;
 }
 
-/// Where a name is, or where it may be put.
-NameTable::Slot& NameTable::slotFor(std::string_view name, std::uint32_t hash)
+/// Where a name's number is, or where it may be put: the slot of its hash or, by turns, the next one.
+std::uint32_t& NameTable::slotFor(const Name& name)
 {
-    std::size_t i = hash & (slots_.size() - 1);
-    while (slots_[i].number != kFree && !(slots_[i].hash == hash && names_[slots_[i].number] == name))
+    std::size_t i = name.hash & (slots_.size() - 1);
+    while (slots_[i] != kFree && !(names_[slots_[i]].hash == name.hash && names_[slots_[i]].text == name.text))
         i = (i + 1) & (slots_.size() - 1);
     return slots_[i];
 }
 
 void NameTable::grow()
 {
-    const auto before = std::exchange(slots_, std::vector<Slot>(slots_.size() * 4));
-    for (const auto& slot : before) {
-        if (slot.number != kFree)
-            slotFor(names_[slot.number], slot.hash) = slot;
-    }
+    slots_.assign(slots_.size() * 4, kFree);
+    for (std::size_t number = 0; number < names_.size(); ++number)
+        slotFor(names_[number]) = static_cast<std::uint32_t>(number);
 }
 
 } // namespace magellan

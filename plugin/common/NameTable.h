@@ -20,17 +20,16 @@ public:
     [[nodiscard]] std::size_t numberOf(std::string_view name);
 
 private:
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = kFree;
+    struct Name {
+        std::string_view text;
+        std::uint32_t hash;
     };
-    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
-    [[nodiscard]] Slot& slotFor(std::string_view name, std::uint32_t hash);
+    [[nodiscard]] std::uint32_t& slotFor(const Name& name);
     void grow();
 
-    std::vector<std::string_view> names_;
-    std::vector<Slot> slots_; // open addressing with linear probing, at most half full; as many as a power of two
+    std::vector<Name> names_;
+    std::vector<std::uint32_t> slots_; // numbers, by the names' hashes; small, so that they stay in a cache
 };
 
 } // namespace magellan
