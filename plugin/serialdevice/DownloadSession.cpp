@@ -15,6 +15,8 @@
 #include <platform/System/Log.h>
 
 #include <array>
+#include <cstddef>
+#include <stdexcept>
 
 namespace magellan {
 namespace {
@@ -120,10 +122,18 @@ void DownloadSession::downloadWaypoints()
         if (isReported)
             status_.wayPoint(point_, extras_);
         if (isKept)
-            keepByName(extras_, point_, waypoints_);
+            keepForRoutes();
     });
     if (isReported)
         status_.endTransfer(gps::TransferKind::kWaypoints);
+}
+
+/// The one thing that grows with what a receiver sends: so one that never stops sending must not get on for ever.
+void DownloadSession::keepForRoutes()
+{
+    keepByName(extras_, point_, waypoints_);
+    if (waypoints_.size() > kMostWaypoints)
+        throw std::length_error("more waypoints than any receiver holds");
 }
 
 void DownloadSession::downloadTracks()

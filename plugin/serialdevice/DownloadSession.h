@@ -9,6 +9,7 @@
 #include <gps/Error.h>
 #include <gps/Value.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,8 @@ namespace magellan {
 
 class DownloadSession {
 public:
+    static constexpr std::size_t kMostWaypoints = 100'000; ///< that are kept for routes; receivers hold some thousand
+
     /// @param serial  a closed port
     /// @param work    "location": the port to open; "waypoints", "tracks", "routes": what to download (absent: not)
     /// All three outlive this object.
@@ -29,7 +32,9 @@ public:
 
     /// Runs the whole session. A receiver that never answers, or not as it should, is no failure: its phases stay empty.
     /// @return  why the port could not be opened. The port is left open otherwise
-    /// @throws  gps::SerialFailure when the line fails, gps::RangeError when a sentence is too short
+    /// @throws  gps::SerialFailure when the line fails, gps::RangeError when a sentence is too short, std::length_error when
+    /// there
+    ///          is no end of waypoints to keep for the routes, or of a route's points
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:
@@ -40,6 +45,7 @@ private:
     void switchTransferOn();
     void speedUp();
     void downloadWaypoints();
+    void keepForRoutes();
     void downloadTracks();
     void downloadRoutes();
     void closeDown();

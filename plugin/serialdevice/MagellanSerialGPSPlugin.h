@@ -6,10 +6,12 @@
 
 #include "../fsdevice/MagellanGPSPlugin.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace gps {

@@ -220,6 +220,14 @@ TEST_F(SerialDriver, APortWithoutALocationIsNoSelection)
     }
 }
 
+TEST_F(SerialDriver, ImportsNoFileAlthoughOneIsNamed)
+{
+    const auto driver = make();
+    driver->setSerialPort(std::nullopt);
+    EXPECT_EQ(driver->gpsRunAcquire(status, {{"sourcePath", MAGELLAN_SOURCE_DIR "/samples/files/points.upt"}}), kNoPort);
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+}
+
 TEST_F(SerialDriver, LogsASetUpFailureWhereTheDebugLevelAsksForIt)
 {
     const auto driver = make();

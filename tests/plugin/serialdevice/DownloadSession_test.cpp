@@ -4,6 +4,9 @@
 #include <plugin/serialdevice/DownloadSession.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -42,19 +45,23 @@ std::string acknowledgement(const std::string& body)
 class Session : public testing::Test {
 protected:
     /// A receiver that acknowledges every command and has this data.
-    void receiverHas(Strings waypoints, Strings tracks = {}, Strings routes = {})
+    void receiverHas(const Strings& waypoints, const Strings& tracks = {}, const Strings& routes = {})
+    {
+        receiverHas(waypoints, tracks, routes, line);
+    }
+    static void receiverHas(const Strings& waypoints, const Strings& tracks, const Strings& routes, support::MemoryLine& line)
     {
         line.answers("PMGNCMD,VERSION", {"PMGNVER,017,4.05,Sport"});
         for (const std::string command :
              {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"})
             line.answers(command, {acknowledgement(command)});
-        phase("PMGNCMD,WAYPOINT", waypoints);
-        phase("PMGNCMD,TRACK,2", tracks);
-        phase("PMGNCMD,ROUTE", routes);
+        phase("PMGNCMD,WAYPOINT", waypoints, line);
+        phase("PMGNCMD,TRACK,2", tracks, line);
+        phase("PMGNCMD,ROUTE", routes, line);
     }
 
     /// What the receiver says to one data command.
-    void phase(const std::string& command, Strings sentences)
+    static void phase(const std::string& command, Strings sentences, support::MemoryLine& line)
     {
         sentences.insert(sentences.begin(), acknowledgement(command));
         sentences.emplace_back(kEnd);
@@ -192,6 +199,37 @@ TEST_F(Session, FindsAReceiverAtTheSixthSpeedAndRestoresIt)
     EXPECT_EQ(*(done.doings.end() - 2), "speed 57600");
 }
 
+TEST_F(Session, FindsAReceiverThatAnswersTheLastAttemptOfAll)
+{
+    line.keepsSilent(29);
+    line.saysSentence("PMGNVER,017");
+    run({});
+    EXPECT_THAT(done.sent(), Contains("PMGNCMD,VERSION").Times(30));
+    EXPECT_EQ(done.sent().back(), "PMGNCMD,BAUD,57600");
+}
+
+TEST_F(Session, LooksOnWhereAnAnswerHasNoGoodChecksum)
+{
+    line.says(support::breakChecksum(support::sentence("PMGNVER,017")));
+    line.keepsSilent(4);
+    line.saysSentence("PMGNVER,017");
+    run({});
+    EXPECT_EQ(done.sent().back(), "PMGNCMD,BAUD,115200");
+}
+
+TEST_F(Session, SwitchesHandshakingOnUnlessItsOwnQuestionIsAcknowledged)
+{
+    for (const std::string reply : {"PMGNCSM,27", "PMGNCSM,28,", "PMGNCSM", "PMGNCMD,VERSION"}) {
+        receiverHas({});
+        line.answers("PMGNCMD,VERSION", {reply});
+        done.doings.clear();
+        run({});
+        auto sent = commands();
+        sent.resize(3);
+        EXPECT_THAT(sent, ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON")) << reply;
+    }
+}
+
 TEST_F(Session, TakesTheLastAttemptAtASpeedBeforeTheNext)
 {
     line.keepsSilent(4);
@@ -260,6 +298,26 @@ TEST_F(Session, ReportsARouteOfSeveralSentencesOnceAfterItsLast)
     EXPECT_THAT(names, ElementsAre("LOOP", "CAMP", "HUT", "HUT", "CAMP", "BACK", "HUT"));
 }
 
+TEST_F(Session, ARoutesPointIsItsWaypointsRecordWithThePoint)
+{
+    receiverHas({kCamp}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
+    run({{"waypoints", true}, {"routes", true}});
+    const auto calls = status.calls();
+    ASSERT_THAT(calls, SizeIs(7));
+    const auto& reported = calls[1]; // "wayPoint POINT {EXTRAS}"
+    const auto point = reported.substr(9, reported.find(" {", 9) - 9);
+    EXPECT_EQ(calls[5], reported.substr(0, reported.size() - 1) + ", point = " + point + '}');
+}
+
+TEST_F(Session, ARouteHasNothingOfTheOneBefore)
+{
+    receiverHas({kCamp}, {}, {"PMGNRTE,2,1,c,01,LOOP,CAMP,a", "PMGNRTE,2,2,m,01,LOOP,all day", "PMGNRTE,1,1,c,02,BACK"});
+    run({{"routes", true}});
+    EXPECT_THAT(status.calls(),
+                ElementsAre("startTransfer 2", AllOf(StartsWith("newRoute"), HasSubstr("all day")), StartsWith("wayPoint"),
+                            "newRoute {name = \"BACK\", lastIndex = 1}", "endTransfer 2"));
+}
+
 TEST_F(Session, ALaterWaypointOfTheSameNameIsTheRoutes)
 {
     receiverHas({kCamp, "PMGNWPL,4730.00000,N,00700.00000,E,0000100,M,CAMP,moved,a"}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
@@ -305,6 +363,13 @@ TEST_F(Session, ATrackPointWithoutADateTakesItsDayFromTheOneBefore)
         {}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624", "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A"});
     run({{"tracks", true}});
     EXPECT_THAT(status.calls(), AllOf(Contains(HasSubstr("1717243200")), Contains(HasSubstr("1717243201"))));
+}
+
+TEST_F(Session, AFirstTrackPointWithoutADateHasADayOfZero)
+{
+    receiverHas({kCamp}, {"PMGNTRK,4600.100,N,00700.000,E,00100,M,000001.00,A"});
+    run({{"waypoints", true}, {"tracks", true}});
+    EXPECT_THAT(status.calls(), Contains(AllOf(StartsWith("trackPoint"), HasSubstr(", 1, 0) {}")))); // time and reserved
 }
 
 TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
@@ -363,6 +428,51 @@ TEST_F(Session, ATooShortSentenceIsARangeFailure)
     receiverHas({"PMGNWPL,4600.0,N"});
     EXPECT_THROW(run({{"waypoints", true}}), gps::RangeError);
     EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3")); // and no more
+}
+
+TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
+{
+    // What was reported before the read that fails: each transfer begins after its command is acknowledged, and ends after END.
+    const Strings reported[] = {
+        /* VERSION, TON and its line, BAUD and its line, WAYPOINT */ {},
+        {},
+        {},
+        {},
+        {},
+        {},
+        /* END */ {"startTransfer 3"},
+        /* TRACK */ {"startTransfer 3", "endTransfer 3"},
+        /* END */ {"startTransfer 3", "endTransfer 3", "startTransfer 1"},
+        /* ROUTE */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1"},
+        /* END */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2"},
+        /* TOFF */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2", "endTransfer 2"},
+    };
+    for (std::size_t reads = 0; reads < std::size(reported); ++reads) {
+        SCOPED_TRACE(reads);
+        support::MemoryLineLog did;
+        support::MemoryLine failing{did};
+        support::RecordingReceiver told;
+        failing.failsAfter(static_cast<int>(reads));
+        receiverHas({}, {}, {}, failing);
+        const gps::Dictionary wanted{{"location", "/dev/x"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
+        DownloadSession session{failing, told, wanted};
+        EXPECT_THROW((void)session.run(), gps::SerialFailure);
+        EXPECT_EQ(told.calls(), reported[reads]);
+        EXPECT_EQ(did.doings.back(), "read"); // and nothing was sent any more
+    }
+}
+
+TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreTooManyToKeep)
+{
+    Strings waypoints;
+    for (std::size_t i = 0; i < DownloadSession::kMostWaypoints; ++i)
+        waypoints.push_back("PMGNWPL,4600.0,N,00700.0,E,0,M," + std::to_string(i) + ",,a");
+    waypoints.push_back(waypoints.front()); // known already
+    receiverHas(waypoints);
+    EXPECT_NO_THROW(run({{"routes", true}}));
+    waypoints.emplace_back(kCamp);
+    receiverHas(waypoints);
+    EXPECT_THROW(run({{"routes", true}}), std::length_error);
 }
 
 TEST_F(Session, APortThatDoesNotOpenIsAnErrorAndNothingIsSent)
