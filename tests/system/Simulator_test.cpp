@@ -211,6 +211,17 @@ TEST(Simulator, TellsOfALogThatCannotBeWritten)
     EXPECT_THAT(ran.err, AllOf(HasSubstr("No such file"), HasSubstr("--log")));
 }
 
+TEST(Simulator, TellsOfALogThatIsNotWhole)
+{
+    Running program{{"--once", "--unpaced", "--log", "/dev/full"}};
+    {
+        LineClient client{program.port(), B4800};
+        client.say("PMGNCMD,VERSION");
+        EXPECT_THAT(client.line(), StartsWith("$PMGNVER,")); // it serves all the same
+    }
+    EXPECT_EQ(program.end(), 1);
+}
+
 TEST(Simulator, ExplainsItself)
 {
     const auto help = simulator({"--help"});

@@ -48,8 +48,6 @@ public:
     /// @param speed     the other side gets only what is sent at its own
     void send(std::string bytes, Clock::time_point earliest, int speed);
 
-    [[nodiscard]] bool isSending() const noexcept { return sending_; }
-
     /// Hands over what is due. @return  when the last byte left, once it has
     [[nodiscard]] std::optional<Clock::time_point> write();
 

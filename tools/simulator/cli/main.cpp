@@ -90,7 +90,10 @@ int run(const simulator::Options& options)
                         ". Give --log another path.");
         settings.log = &log;
     }
-    return serve(options, std::move(settings));
+    const int status = serve(options, std::move(settings));
+    if (options.log && !log)
+        return fail("The log " + *options.log + " is not whole: it could not be written to. Give --log a path with room for it.");
+    return status;
 }
 
 } // namespace
