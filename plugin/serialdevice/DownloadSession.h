@@ -32,9 +32,9 @@ public:
 
     /// Runs the whole session. A receiver that never answers, or not as it should, is no failure: its phases stay empty.
     /// @return  why the port could not be opened. The port is left open otherwise
-    /// @throws  gps::SerialFailure when the line fails, gps::RangeError when a sentence is too short, std::length_error when
-    /// there
-    ///          is no end of waypoints to keep for the routes, or of a route's points
+    /// @throws  gps::SerialFailure      the line fails
+    /// @throws  gps::RangeError         a sentence is too short
+    /// @throws  std::length_error       there is no end of waypoints to keep for the routes, or of a route's points
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:
