@@ -148,7 +148,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual([self.browser.ask("document.querySelectorAll(arguments[0]).length", f"#table-{kind} tbody tr")
                           for kind in ("tracks", "routes", "waypoints", "geocaches")], [6, 6, 46, 14])
         self.assertEqual(self.browser.ask("document.querySelectorAll('.track').length"), 6)
-        self.assertFalse(self.browser.ask("Boolean(document.getElementById('nothing'))"))
+        self.assertFalse(self.is_shown("#nothing"))
         self.assertGreater(self.browser.ask("drawn.segments"), 0)
 
     def test_pointing_at_the_map_marks_the_profile(self):
@@ -298,6 +298,23 @@ class PageTest(unittest.TestCase):
         self.assertEqual(self.column("routes", 1), ["Unnamed route"])
         self.assertEqual(self.browser.ask("document.querySelectorAll('.track .none').length"), 2)
 
+    def test_things_without_any_place_are_shown(self):
+        figures = {"kilometres": 0, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
+        self.browser.open(self.filled({"tracks": [{"name": "none", "points": [], **figures}],
+                                       "routes": [{"name": "bare", "comment": "", "kilometres": 0, "places": []}]}))
+        self.assertEqual(self.browser.ask("document.documentElement.dataset.ready"), "")
+        self.assertEqual(self.column("tracks", 1), ["none"])
+        self.browser.driver.find_element("css selector", "#table-routes .link").click()
+        self.assertEqual(self.browser.ask("document.querySelectorAll('.track .none').length"), 1)
+
+    def test_elevation_just_below_the_sea_is_no_negative_nought(self):
+        self.browser.open(self.filled({"waypoints": [{"name": "Beach", "comment": "", "symbol": "", "at": [0, 0, -3, None]}]}))
+        self.assertEqual(self.column("waypoints", 4), ["0 m"])
+
+    def test_without_scripts_nothing_is_claimed_to_be_missing(self):
+        text = pathlib.Path(self.sample).read_text(encoding="utf-8")
+        self.assertTrue(re.search('<p id="nothing"[^>]* hidden>', text))
+
     def test_track_without_times_has_no_speed(self):
         self.browser.open(self.sample)
         self.show(5)
@@ -342,6 +359,16 @@ class PageTest(unittest.TestCase):
         self.assertLess(self.browser.ask("drawn.longest / view.width"), 0.5)
         self.assertLess(self.browser.ask("held.tracks[0].x[59] - held.tracks[0].x[0]"), 1.3)
 
+    def test_westernmost_place_stays_in_the_west(self):
+        for tenth in range(-1799, 1800, 7):
+            places = [{"name": "A", "comment": "", "symbol": "", "at": [46000000, 100000 * tenth + east, None, None]}
+                      for east in (0, 50000)]
+            page = json.dumps({"note": "", "geocaches": [], "routes": [], "tracks": [], "waypoints": places})
+            if tenth == -1799:
+                self.browser.open(self.filled({"waypoints": places}))
+            xs = self.browser.ask("unpack(JSON.parse(arguments[0])).waypoints.map((place) => place.x)", page)
+            self.assertAlmostEqual(xs[1] - xs[0], 0.05, places=6, msg=f"{tenth} tenths of a degree")
+
     def test_track_over_a_pole_has_no_line_across_the_map(self):
         points = [track_point(90 - abs(2 - 0.1 * i), 20 if i < 20 else -160, 5, 60 * i, "North") for i in range(41)]
         self.browser.open(self.imported(points))
@@ -371,6 +398,22 @@ class PageTest(unittest.TestCase):
         self.browser.command("Page.printToPDF")
         self.assertEqual(self.browser.ask("cards.filter((card) => card.isFilled).length"), 6)
         self.assertEqual(self.browser.ask("document.documentElement.style.colorScheme"), "")
+
+    def test_map_on_paper_is_not_stretched(self):
+        self.browser.open(self.sample)
+        before = self.browser.ask("({ ...view })")
+        self.browser.driver.execute_script("""matchMedia("print").addEventListener("change", (event) => {
+            const box = canvas.getBoundingClientRect();
+            if (event.matches)
+                window.onPaper = { across: canvas.width / box.width, down: canvas.height / box.height, width: box.width };
+        });""")
+        self.browser.command("Page.printToPDF")
+        paper = self.browser.ask("onPaper")
+        self.assertAlmostEqual(paper["across"] / paper["down"], 1, places=2)
+        self.assertGreaterEqual(paper["across"], 2)  # sharp
+        self.assertLess(paper["width"], 700)  # of A4 and of Letter, within their margins
+        self.browser.settle()
+        self.assertEqual(self.browser.ask("({ ...view })"), before)
 
     def test_nothing_is_fetched_from_elsewhere(self):
         self.browser.open(self.sample)

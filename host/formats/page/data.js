@@ -93,7 +93,8 @@ function unpackRoute(raw, index) {
   return route;
 }
 
-// The longitude at which the map begins: the end of the widest gap that nothing lies in.
+// The longitude at which the map begins: near the end of the widest gap that nothing lies in. Not at the very end: a place that
+// lies there by its number may lie before it by rounding, and would be put all the way around the globe.
 function westernEdge(longitudes) {
   const bins = Math.round(360 / kHoleDegrees);
   const isUsed = new Uint8Array(bins);
@@ -107,7 +108,7 @@ function westernEdge(longitudes) {
     } else {
       if (gap > widest && gap < bins) {
         widest = gap;
-        edge = i * kHoleDegrees;
+        edge = (i - 0.5) * kHoleDegrees;
       }
       gap = 0;
     }

@@ -219,8 +219,8 @@ function drawRoutes(ink, labels) {
   }
 }
 
-function draw() {
-  const ratio = devicePixelRatio || 1;
+// `ratio`: pixels of the canvas to one of the page.
+function draw(ratio = devicePixelRatio || 1) {
   canvas.width = Math.round(view.width * ratio);
   canvas.height = Math.round(view.height * ratio);
   context.setTransform(ratio, 0, 0, ratio, 0, 0);

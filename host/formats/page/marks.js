@@ -21,7 +21,7 @@ const figureFormats = [0, 1, 2].map((digits) =>
   new Intl.NumberFormat("en", { minimumFractionDigits: digits, maximumFractionDigits: digits }));
 
 const isKnown = (number) => number !== null && !Number.isNaN(number);
-const metresText = (metres) => isKnown(metres) ? `${wholeFormat.format(metres)} m` : kDash;
+const metresText = (metres) => isKnown(metres) ? `${wholeFormat.format(Math.round(metres) + 0)} m` : kDash; // + 0: never "-0"
 const kilometresText = (kilometres) => isKnown(kilometres) ? `${figureFormats[2].format(kilometres)} km` : kDash;
 const speedText = (metresPerSecond) => isKnown(metresPerSecond) ? `${figureFormats[1].format(metresPerSecond * 3.6)} km/h` : kDash;
 

@@ -98,7 +98,7 @@ function makeAreas() {
     areas.slice(0, 7).forEach(({ bounds }, i) =>
       add(placeText((bounds.south + bounds.north) / 2, (bounds.west + bounds.east) / 2, 1), bounds, i === 0));
   }
-  return areas[0].bounds;
+  return areas.length > 0 ? areas[0].bounds : { west: -180, east: 180, south: -90, north: 90 }; // tracks without points
 }
 
 function makeSwitches() {
@@ -133,25 +133,50 @@ document.getElementById("theme").addEventListener("click", () => {
 });
 darkness.addEventListener("change", () => applyTheme(chosenTheme));
 
+// On paper the map has a size of its own, in pixels, since nothing is drawn anew once the paper's layout is made: a map as on the
+// screen would be stretched. It shows what the screen does, as sharp as a printer can.
+const kPaperMap = { width: 680, height: 416 };
+const kPaperRatio = 3;
+let onScreen = null; // the view, while the map is laid out for paper
+
+function layMapForPaper() {
+  onScreen = { ...view };
+  Object.assign(mapBox.style, { flex: "none", width: `${kPaperMap.width}px`, height: `${kPaperMap.height}px` });
+  measureMap();
+  setScale(onScreen.scale * Math.min(view.width / onScreen.width, view.height / onScreen.height));
+  draw(kPaperRatio);
+}
+
+function layMapForScreen() {
+  Object.assign(mapBox.style, { flex: "", width: "", height: "" });
+  Object.assign(view, onScreen);
+  onScreen = null;
+  measureMap();
+}
+
 // On paper everything is light, and every profile is there.
 addEventListener("beforeprint", () => {
   mark(null);
   cards.filter((card) => !card.isFilled).forEach(fillChart);
   applyTheme("light");
-  if (allThings.length > 0)
-    draw();
+  if (allThings.length > 0 && !onScreen)
+    layMapForPaper();
 });
-addEventListener("afterprint", () => applyTheme(chosenTheme));
+addEventListener("afterprint", () => {
+  applyTheme(chosenTheme);
+  if (onScreen)
+    layMapForScreen();
+});
 
 document.getElementById("note").textContent = held.note ? `${held.note}.` : "";
 headline();
 if (allThings.length > 0) {
-  document.getElementById("nothing").remove();
   makeSwitches();
   measureMap();
   goTo(makeAreas());
   new ResizeObserver(measureMap).observe(mapBox);
 } else {
+  document.getElementById("nothing").hidden = false;
   document.getElementById("bench").remove();
 }
 applyTheme(null);

@@ -118,7 +118,8 @@ function fillChart(card) {
   const { track, chart } = card;
   card.plots = [plot(track, "elevation", track.elevation, "m", 1), plot(track, "speed", track.speed, "km/h", 3.6)].filter(Boolean);
   if (card.plots.length === 0) {
-    chart.replaceWith(element("p", { className: "none", textContent: "Neither elevations nor times came with this track." }));
+    chart.replaceWith(element("p", { className: "none", textContent: track.distance[track.count - 1] > 0 ?
+      "Neither elevations nor times came with this track." : "A track without length has no profile." }));
     return;
   }
   card.cursor = element("i", { className: "cursor", hidden: true });
