@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "host/formats/IgnoredSignal.h"
 #include "host/operations/HostError.h"
 
 namespace host {
@@ -44,8 +45,10 @@ void removeOnSignal(const std::string& path)
     struct sigaction action {};
     action.sa_handler = removeAndGo;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
-        ::sigaction(signal, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+        if (!isIgnored(signal))
+            ::sigaction(signal, &action, nullptr);
+    }
 }
 
 // Where a link leads: a file is replaced at its own place, not the link to it.

@@ -12,7 +12,8 @@
 namespace host {
 
 /// Writes beside the final name, under a hidden one, and renames. What is neither committed nor kept is removed: with this
-/// object, or when a signal ends the process. A device or a pipe under the final name is written to directly.
+/// object, or when a signal ends the process, which one that is ignored does not. A device or a pipe under the final name is
+/// written to directly.
 class OutputFile {
 public:
     /// @param path  the final name; "-" is the standard output

@@ -5,6 +5,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "host/formats/IgnoredSignal.h"
+
 namespace host {
 
 StopSignals::StopSignals() : file_(::eventfd(0, EFD_CLOEXEC))
@@ -32,6 +34,8 @@ void StopSignals::listen()
         ::sigwait(&signals_, &signal);
         if (isOver_)
             return;
+        if (isIgnored(signal)) // one that is blocked arrives all the same
+            continue;
         if (isWished_) { // once more: now it takes its own course, which removes an unfinished file
             ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
             ::raise(signal);

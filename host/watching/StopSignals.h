@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // StopSignals: turns the wish to end the program (SIGINT, SIGTERM, SIGHUP) into something that a waiting loop sees, so that
-// what is being written is finished first. A second wish ends the program at once. One in a process. [host thread]
+// what is being written is finished first. A second wish ends the program at once. A signal that the program was started to
+// ignore is no wish. One in a process. [host thread]
 
 #pragma once
 

@@ -163,6 +163,24 @@ TEST_P(OutputFileSignal, RemovesTheHiddenFileAndTakesItsCourse)
     EXPECT_EQ(entries(folder), 1U);
 }
 
+TEST_P(OutputFileSignal, IsLivedThroughWhereItIsIgnored)
+{
+    const support::TemporaryFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        (void)std::signal(GetParam(), SIG_IGN);
+        OutputFile file{folder.path("a.gpx")};
+        if (file.open())
+            ::_exit(1);
+        ::raise(GetParam());
+        ::_exit(file.commit() ? 2 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_TRUE(fs::exists(folder.path("a.gpx")));
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, OutputFileSignal, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGPIPE));
 
 } // namespace

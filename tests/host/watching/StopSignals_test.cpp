@@ -30,6 +30,32 @@ TEST(StopSignals, EachSignalIsAWishToEnd)
     }
 }
 
+// Returns once a signal to the process has been taken by the thread that waits for it.
+void sendAndAwait(int signal)
+{
+    ::kill(::getpid(), signal);
+    sigset_t pending;
+    do {
+        std::this_thread::yield();
+        ::sigpending(&pending);
+    } while (::sigismember(&pending, signal) == 1);
+}
+
+TEST(StopSignals, IgnoredSignalIsNoWish)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const auto before = std::signal(signal, SIG_IGN);
+        {
+            const host::StopSignals stop;
+            sendAndAwait(signal);
+            sendAndAwait(signal); // what the first did is done by now
+            EXPECT_FALSE(stop.isWished()) << signal;
+            EXPECT_FALSE(isReadable(stop.file(), 0)) << signal;
+        }
+        (void)std::signal(signal, before);
+    }
+}
+
 TEST(StopSignals, MaskIsAsBeforeAfterwards)
 {
     sigset_t before;
