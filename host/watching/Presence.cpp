@@ -12,6 +12,8 @@ Presence::Changes Presence::update(const std::vector<PresentDevice>& present)
     Changes changes;
     std::vector<Entry> entries;
     for (const auto& device : present) {
+        if (std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.device == device; }))
+            continue;
         auto* const before = find(device);
         if (before == nullptr)
             changes.appeared.push_back(device);

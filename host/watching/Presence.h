@@ -31,7 +31,8 @@ public:
         std::vector<PresentDevice> gone{};
     };
 
-    /// Takes what is there now. @return  what has changed since the last time
+    /// Takes what is there now; a device that is listed twice, as a folder named twice is, counts once. @return  what has changed
+    /// since the last time
     Changes update(const std::vector<PresentDevice>& present);
 
     /// The devices to acquire from: readable ones that are not done.

@@ -24,6 +24,14 @@ TEST(Presence, TellsWhatHasComeAndWhatHasGone)
     EXPECT_THAT(changes.gone, ElementsAre(kFirst));
 }
 
+TEST(Presence, DeviceThatIsListedTwiceCountsOnce)
+{
+    Presence presence;
+    EXPECT_THAT(presence.update({kFirst, kSecond, kFirst}).appeared, ElementsAre(kFirst, kSecond));
+    EXPECT_THAT(presence.due(), ElementsAre(kFirst, kSecond));
+    EXPECT_THAT(presence.update({kSecond}).gone, ElementsAre(kFirst));
+}
+
 TEST(Presence, DeviceIsDueUntilItIsDoneAndAgainAfterItWasAway)
 {
     Presence presence;
