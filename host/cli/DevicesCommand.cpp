@@ -77,7 +77,8 @@ std::string authorizedText(const std::optional<bool>& authorized)
 
 std::string tableOf(const PlugInBundle& plugIn, bool explain)
 {
-    Table table{{{""}, {"Driver"}, {"Device"}, {"Authorized"}, {"Location"}}};
+    // A location is there to be copied behind --device.
+    Table table{{{""}, {"Driver"}, {"Device"}, {"Authorized"}, {"Location", Table::Align::kLeft, std::string::npos}}};
     bool isEmpty = true;
     for (const auto& driver : plugIn.drivers) {
         for (const auto& device : devicesOf(*driver)) {

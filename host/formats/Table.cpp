@@ -9,8 +9,6 @@
 
 namespace host {
 
-static constexpr std::size_t kWidest = 40;
-
 Table::Table(std::vector<Column> columns) : columns_(std::move(columns))
 {
     for (const auto& column : columns_)
@@ -21,7 +19,7 @@ void Table::add(const std::vector<std::string>& row)
 {
     auto& shown = rows_.emplace_back();
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        shown.push_back(displayText(row[i], kWidest));
+        shown.push_back(displayText(row[i], columns_[i].widest));
         widths_[i] = std::max(widths_[i], characterCount(shown.back()));
     }
 }

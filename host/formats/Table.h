@@ -16,11 +16,12 @@ public:
     struct Column {
         std::string title;
         Align align = Align::kLeft;
+        std::size_t widest = 40; ///< characters, what is longer is cut; std::string::npos: nothing is
     };
 
     explicit Table(std::vector<Column> columns);
 
-    /// Adds a row: one text a column. The texts are shown harmlessly, each cut to 40 characters.
+    /// Adds a row: one text a column. The texts are shown harmlessly, each cut to its column's width.
     void add(const std::vector<std::string>& row);
 
     /// The title line and the rows, each with its line end; the widths are counted in characters.

@@ -16,4 +16,13 @@ TEST(Table, ColumnsAreAsWideAsTheirWidestTextInCharacters)
                             "A       120\n");
 }
 
+TEST(Table, TextIsCutToItsColumn)
+{
+    const std::string forty(40, 'x');
+    host::Table table{{{"A"}, {"B", host::Table::Align::kLeft, std::string::npos}}};
+    table.add({forty, forty + "yz"});
+    table.add({forty + "y", ""});
+    EXPECT_EQ(table.text(), "A" + std::string(41, ' ') + "B\n" + forty + "  " + forty + "yz\n" + forty.substr(1) + "…\n");
+}
+
 } // namespace
