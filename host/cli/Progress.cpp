@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -43,7 +44,7 @@ std::string progressText(const Advance& advance)
 {
     std::string text{advance.phase};
     const auto& line = advance.line;
-    const auto records = std::to_string(advance.records) + " records";
+    const auto records = std::to_string(advance.records) + (advance.records == 1 ? " record" : " records");
     const auto speed = " at " + std::to_string(line.bitsPerSecond) + " bit/s";
     if (line.bitsPerSecond == 0)
         return advance.records == 0 ? text : text + ": " + records + ", " + rate(advance.records, advance.time) + " records/s";
@@ -55,6 +56,9 @@ std::string progressText(const Advance& advance)
 
 bool wantsProgress(const Options& options)
 {
+    const char* const terminal = std::getenv("TERM");
+    if (terminal != nullptr && terminal == std::string_view{"dumb"})
+        return false; // one that cannot print over a line
     const bool printsMeanwhile = options.events || options.output == "-";
     return !options.quiet && !options.verbose && ::isatty(STDERR_FILENO) == 1 &&
            !(printsMeanwhile && ::isatty(STDOUT_FILENO) == 1);

@@ -26,7 +26,8 @@ struct Advance {
 /// One line without its end, short enough for 80 columns.
 [[nodiscard]] std::string progressText(const Advance& advance);
 
-/// Whether an operation with these options shows its progress: on a terminal, when nothing else is written to it meanwhile.
+/// Whether an operation with these options shows its progress: on a terminal that can print over a line, when nothing else is
+/// written to it meanwhile.
 [[nodiscard]] bool wantsProgress(const Options& options);
 
 /// Fed on the thread that takes an operation's events, and with an empty batch now and then while none comes, since a serial line

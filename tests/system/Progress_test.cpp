@@ -49,6 +49,17 @@ TEST(Progress, NothingIsShownWhereTheTerminalIsForSomethingElse)
     }
 }
 
+TEST(Progress, NothingIsShownOnATerminalThatCannotPrintOverALine)
+{
+    const Receiver receiver;
+    const Terminal terminal;
+    auto how = terminal.forErrors();
+    how.environment = {"TERM=dumb"};
+    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, how).status, 0);
+    (void)!::write(terminal.otherProgram(), kWiped.data(), kWiped.size());
+    EXPECT_EQ(terminal.readTo(kWiped), kWiped);
+}
+
 TEST(Progress, TerminalThatTakesNothingHoldsNobodyUp)
 {
     const Receiver receiver;

@@ -27,7 +27,7 @@ TEST(Progress, TextSaysWhatIsKnown)
     };
     const Row rows[] = {
         {{"reading", 0, {}, milliseconds{500}}, "reading"},
-        {{"tracks", 1, {}, milliseconds{0}}, "tracks: 1 records, 1000 records/s"},
+        {{"tracks", 1, {}, milliseconds{0}}, "tracks: 1 record, 1000 records/s"},
         {{"tracks", 500, {}, milliseconds{2000}}, "tracks: 500 records, 250 records/s"},
         {{"looking", 0, line(0, 999, 0, 4800), milliseconds{12999}}, "looking: 12 s, 999 bytes at 4800 bit/s"},
         {{"looking", 0, line(1, 999, 0, 4800), milliseconds{13000}}, "looking: 13 s, 1.0 kB at 4800 bit/s"},
