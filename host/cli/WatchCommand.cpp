@@ -71,6 +71,7 @@ private:
     };
 
     [[nodiscard]] bool isWatched(const gps::GPSPlugInProtocol& driver) const;
+    void tellOfMissingDriver();
     void refresh(const gps::DeviceChanges& changes);
     [[nodiscard]] std::vector<PresentDevice> presentDevices() const;
     [[nodiscard]] bool look();
@@ -98,6 +99,7 @@ ExitStatus Watch::run()
     }
     gps::DeviceMonitor monitor{stop_.file()}; // before the first look, so that no change is missed
     say("watching", "what is saved goes to " + options_.into);
+    tellOfMissingDriver();
     for (std::size_t looks = 0; !stop_.isWished() && status_ == ExitStatus::kSuccess;) {
         if (look())
             looks = 0;
@@ -115,6 +117,19 @@ bool Watch::isWatched(const gps::GPSPlugInProtocol& driver) const
     if (options_.driver)
         return driverName(driver) == *options_.driver;
     return driver.needsFileSystemRefresh() || (options_.serial && driver.needsSerialRefresh());
+}
+
+// A driver of serial ports is offered once there is a port, so a name that no driver has is no error yet.
+void Watch::tellOfMissingDriver()
+{
+    std::string names;
+    for (const auto& driver : plugIn_.drivers) {
+        if (isWatched(*driver))
+            return;
+        names += (names.empty() ? "" : ", ") + driverName(*driver);
+    }
+    if (options_.driver)
+        say("note", "There is no driver \"" + *options_.driver + "\" so far. The drivers are: " + names + '.');
 }
 
 void Watch::refresh(const gps::DeviceChanges& changes)

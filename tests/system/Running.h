@@ -80,11 +80,18 @@ public:
         return child_ != 0;
     }
 
+    /// Sends it a signal.
+    void send(int signal) const
+    {
+        if (child_ != 0)
+            ::kill(child_, signal);
+    }
+
     /// Sends it a signal and waits until it ends. @return  the status that waitpid gives
     int end(int signal)
     {
         if (child_ != 0) {
-            ::kill(child_, signal);
+            send(signal);
             ::waitpid(std::exchange(child_, 0), &status_, 0);
         }
         return status_;

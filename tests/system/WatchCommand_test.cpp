@@ -84,6 +84,27 @@ TEST_F(WatchCommand, EverySignalToEndIsObeyed)
     }
 }
 
+TEST_F(WatchCommand, DriverThatIsNotThereIsTold)
+{
+    support::Running watching{words({"--driver", "magelan"})};
+    EXPECT_THAT(watching.readUntil("note: "), HasSubstr("watching: "));
+    EXPECT_THAT(watching.readUntil("are: "), HasSubstr("\nnote: There is no driver \"magelan\" so far. The drivers are: "));
+    EXPECT_THAT(watchUntil("\nsaved: ", {"--driver", "magellan"}), Not(HasSubstr("note: ")));
+}
+
+TEST_F(WatchCommand, SignalThatItWasStartedToIgnoreEndsNothing)
+{
+    receiver_.put("Tracks/a.log", "\xFF\r\n"); // so that there is something left to do
+    auto ignoring = words({"--test-folder", receiver_.path()});
+    ignoring.insert(ignoring.begin() + 1, "--ignore-signal=HUP");
+    support::Running watching{ignoring};
+    watching.readUntil(" Trying again.\n");
+    watching.send(SIGHUP);
+    receiver_.put("Tracks/a.log", support::sentences({support::kFirstFix}));
+    EXPECT_THAT(watching.readUntil("\nsaved: "), HasSubstr("\nsaved: "));
+    EXPECT_THAT(watching.read(), Not(HasSubstr("stopped")));
+}
+
 TEST_F(WatchCommand, FormatIsAsNamed)
 {
     (void)watchUntil("\nsaved: ", {"--format", "jsonl"});
