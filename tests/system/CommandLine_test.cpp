@@ -123,4 +123,15 @@ TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
     EXPECT_THAT(replaced, testing::Not(HasSubstr(stored.path())));
 }
 
+TEST(CommandLine, StandardStreamThatIsClosedIsNoFileOfTheProgram)
+{
+    for (const char* const format : {"gpx", "kml", "geojson", "html", "jsonl"}) {
+        const auto ran = support::run({"/bin/sh", "-c", R"(exec "$0" import "$1" -o - --format "$2" >&-)",
+                                       MAGELLAN_BIN_DIR "/magellangps", MAGELLAN_SOURCE_DIR "/samples/files/trip.log", format});
+        EXPECT_EQ(ran.status, 1) << format;
+        EXPECT_THAT(ran.err, HasSubstr("The output cannot be written: Bad file descriptor.")) << format;
+    }
+    EXPECT_EQ(support::run({"/bin/sh", "-c", R"(exec "$0" info <&- >&- 2>&-)", MAGELLAN_BIN_DIR "/magellangps"}).status, 1);
+}
+
 } // namespace
