@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/formats/Text.h"
 #include "host/operations/HostError.h"
 
 #include <platform/System/UserDefaults.h>
@@ -30,19 +31,11 @@ bool isSamePlace(const std::string& a, const std::string& b)
     return withoutEndSlash(a) == withoutEndSlash(b) || (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
 }
 
-template <typename Names> std::string joined(const Names& names)
-{
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
-
 std::string driverNames(const std::vector<Driver>& drivers)
 {
     std::vector<std::string> names(drivers.size());
     std::transform(drivers.begin(), drivers.end(), names.begin(), [](const Driver& driver) { return driverName(*driver); });
-    return joined(names);
+    return joined(names, ", ");
 }
 
 std::string locations(const std::vector<Driver>& drivers)
@@ -52,7 +45,7 @@ std::string locations(const std::vector<Driver>& drivers)
         for (const auto& device : devicesOf(*driver))
             places.push_back(device.location);
     }
-    return joined(places);
+    return joined(places, ", ");
 }
 
 std::optional<gps::Error> driversOfName(const std::string& name, std::vector<Driver>& drivers)

@@ -44,14 +44,6 @@ std::string described(const PresentDevice& device)
     return device.name + ", " + device.location;
 }
 
-std::string joined(const std::vector<std::string>& sentences)
-{
-    std::string text;
-    for (const auto& sentence : sentences)
-        text += (text.empty() ? "" : " ") + sentence;
-    return text;
-}
-
 class Watch {
 public:
     Watch(PlugInBundle plugIn, const Options& options, const Console& console)
@@ -271,7 +263,7 @@ void Watch::finish(Acquire& one, Download& download, const Tally& tally, KnownRe
 
 void Watch::fail(const Acquire& one, bool isAgain)
 {
-    say("failed", described(one.device) + ": " + joined(one.errors) + (isAgain ? " Trying again." : ""));
+    say("failed", described(one.device) + ": " + joined(one.errors, " ") + (isAgain ? " Trying again." : ""));
 }
 
 void Watch::say(std::string_view what, const std::string& text)

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/formats/Text.h"
+
 #include <CLI/CLI.hpp>
 
 namespace host {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/formats/Formats.h"
+#include "host/formats/Text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -26,14 +27,6 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 {
     for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
         text.replace(at, from.size(), to);
-    return text;
-}
-
-std::string joined(const std::vector<std::string>& words, const std::string& between)
-{
-    std::string text;
-    for (const auto& word : words)
-        text += (text.empty() ? "" : between) + word;
     return text;
 }
 

@@ -45,7 +45,6 @@ struct Completion {
 
 /// The text with each `from` in it replaced.
 [[nodiscard]] std::string replaced(std::string text, std::string_view from, std::string_view to);
-[[nodiscard]] std::string joined(const std::vector<std::string>& words, const std::string& between);
 
 [[nodiscard]] std::string bashScript(const CLI::App& app);
 [[nodiscard]] std::string zshScript(const CLI::App& app);

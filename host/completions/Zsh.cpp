@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "host/formats/Text.h"
+
 #include <CLI/CLI.hpp>
 
 namespace host {

@@ -129,6 +129,17 @@ std::string displayText(std::string_view text, std::size_t most)
     return shown;
 }
 
+std::string joined(const std::vector<std::string>& texts, std::string_view between)
+{
+    std::string row;
+    for (const auto& text : texts) {
+        if (&text != &texts.front())
+            row += between;
+        row += text;
+    }
+    return row;
+}
+
 std::size_t characterCount(std::string_view text) noexcept
 {
     std::size_t count = 0;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gps/GPSPoint.h>
 
@@ -26,6 +27,9 @@ void appendXml(std::string& out, std::string_view text);
 /// A text as one line of a terminal or a table can show it: control characters replaced, at most `most` characters, with an
 /// ellipsis as the last one where it was cut.
 [[nodiscard]] std::string displayText(std::string_view text, std::size_t most = std::string::npos);
+
+/// Texts in a row with something between each two.
+[[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view between);
 
 /// How many characters a text has.
 [[nodiscard]] std::size_t characterCount(std::string_view text) noexcept;

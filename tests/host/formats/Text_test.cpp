@@ -104,4 +104,11 @@ TEST(Text, GlobeHasItsBounds)
     EXPECT_FALSE(isOnGlobe(0, kNaN));
 }
 
+TEST(Joined, TextsHaveWhatStandsBetweenThemBetweenEachTwo)
+{
+    EXPECT_EQ(host::joined({}, ", "), "");
+    EXPECT_EQ(host::joined({"a"}, ", "), "a");
+    EXPECT_EQ(host::joined({"", "b", ""}, ", "), ", b, ");
+}
+
 } // namespace
