@@ -31,13 +31,6 @@ bool isSamePlace(const std::string& a, const std::string& b)
     return withoutEndSlash(a) == withoutEndSlash(b) || (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
 }
 
-std::string driverNames(const std::vector<Driver>& drivers)
-{
-    std::vector<std::string> names(drivers.size());
-    std::transform(drivers.begin(), drivers.end(), names.begin(), [](const Driver& driver) { return driverName(*driver); });
-    return joined(names, ", ");
-}
-
 std::string locations(const std::vector<Driver>& drivers)
 {
     std::vector<std::string> places;
@@ -137,6 +130,13 @@ std::string driverName(const gps::GPSPlugInProtocol& driver)
             c = static_cast<char>(c - 'A' + 'a');
     }
     return name;
+}
+
+std::string driverNames(const std::vector<Driver>& drivers)
+{
+    std::vector<std::string> names(drivers.size());
+    std::transform(drivers.begin(), drivers.end(), names.begin(), [](const Driver& driver) { return driverName(*driver); });
+    return joined(names, ", ");
 }
 
 std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)

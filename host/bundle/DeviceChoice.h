@@ -35,6 +35,9 @@ struct Device {
 /// A driver's name as the command line has it: lower case, "-" for each space.
 [[nodiscard]] std::string driverName(const gps::GPSPlugInProtocol& driver);
 
+/// The names of drivers, with commas between them.
+[[nodiscard]] std::string driverNames(const std::vector<Driver>& drivers);
+
 /// A driver's devices, in its order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
 

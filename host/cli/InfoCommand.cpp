@@ -73,10 +73,8 @@ std::string yesNo(bool yes)
 
 std::string typesText(const gps::GPSPlugInProtocol& driver)
 {
-    std::string text;
-    for (const auto& type : driver.fileTypes().value_or(std::vector<std::string>{}))
-        text += (text.empty() ? "" : ", ") + type;
-    return text.empty() ? "none" : text;
+    const auto types = driver.fileTypes().value_or(std::vector<std::string>{});
+    return types.empty() ? "none" : joined(types, ", ");
 }
 
 std::string refreshText(const gps::GPSPlugInProtocol& driver)

@@ -41,19 +41,20 @@ std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& dev
     Restore restore;
     if (auto failure = restore.open(keeping.spared))
         return failure;
+    std::optional<gps::Error> failure;
     if (restore.isOn(device.device)) { // one more backup would push an older one out, for nothing
         report = "The device holds what the backup holds.\n";
     } else {
         Backup made;
         std::vector<std::string> skipped;
-        if (auto failure = makeBackup(keeping, device, made, skipped))
-            return failure;
+        if (auto refusal = makeBackup(keeping, device, made, skipped))
+            return refusal;
         report = "The state before is kept in the backup " + made.name + '\n';
+        std::vector<std::string> written;
+        failure = restore.write(device.device, written);
+        for (const auto& path : written)
+            report += "restored: " + displayText(path) + '\n';
     }
-    std::vector<std::string> written;
-    auto failure = restore.write(device.device, written);
-    for (const auto& path : written)
-        report += "restored: " + displayText(path) + '\n';
     for (const auto& path : restore.strangers(device.device))
         report += "left, not in the backup: " + displayText(path) + '\n';
     return failure;

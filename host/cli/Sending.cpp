@@ -25,6 +25,12 @@ namespace {
 
 using Fate = gps::PlannedFile::Fate;
 
+// Whether a file's present content cannot be merged: the send goes on, but does not count as success.
+bool isLost(const gps::PlannedFile& file)
+{
+    return file.fate == Fate::kMerged && file.error.has_value();
+}
+
 } // namespace
 
 Sending::Sending(const Options& options, const Console& console)
@@ -65,7 +71,7 @@ ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
     }
     if (const auto failure = standardOutput_.flush())
         fail(*failure);
-    return hasFailed_ || loses_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+    return hasFailed_ || losesAnything() ? ExitStatus::kFailed : ExitStatus::kSuccess;
 }
 
 void Sending::plan(gps::GPSPlugInProtocol& driver)
@@ -103,12 +109,16 @@ void Sending::warnOf(const gps::PlannedFile& file)
 {
     if (file.fate == Fate::kLeft && file.error)
         fail(*file.error);
-    if (file.fate != Fate::kMerged || !file.error)
+    if (!isLost(file))
         return;
-    loses_ = true;
     console_.error(*file.error);
     console_.error("The present content of this file cannot be merged: a send replaces it. " +
                    std::string{options_.backup ? "The backup keeps a copy." : "No backup keeps a copy."} + " Path: " + file.path);
+}
+
+bool Sending::losesAnything() const
+{
+    return std::any_of(plan_.files.begin(), plan_.files.end(), isLost);
 }
 
 bool Sending::writesAnything() const

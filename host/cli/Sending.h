@@ -35,6 +35,7 @@ private:
     void plan(gps::GPSPlugInProtocol& driver);
     [[nodiscard]] std::vector<TextChange> fit(gps::GPSPlugInProtocol& driver);
     void warnOf(const gps::PlannedFile& file);
+    [[nodiscard]] bool losesAnything() const;
     [[nodiscard]] bool writesAnything() const;
     [[nodiscard]] std::optional<gps::Error> backUp();
     [[nodiscard]] Outcome send(gps::GPSPlugInProtocol& driver);
@@ -56,7 +57,6 @@ private:
     std::string place_;
     gps::SendPlan plan_;
     bool hasFailed_ = false;
-    bool loses_ = false; // a present file cannot be merged: the send goes on, but does not count as success
 };
 
 } // namespace host

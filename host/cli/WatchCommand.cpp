@@ -114,14 +114,11 @@ bool Watch::isWatched(const gps::GPSPlugInProtocol& driver) const
 // A driver of serial ports is offered once there is a port, so a name that no driver has is no error yet.
 void Watch::tellOfMissingDriver()
 {
-    std::string names;
-    for (const auto& driver : plugIn_.drivers) {
-        if (isWatched(*driver))
-            return;
-        names += (names.empty() ? "" : ", ") + driverName(*driver);
-    }
-    if (options_.driver)
-        say("note", "There is no driver \"" + *options_.driver + "\" so far. The drivers are: " + names + '.');
+    const auto& drivers = plugIn_.drivers;
+    const bool isAnyWatched =
+        std::any_of(drivers.begin(), drivers.end(), [&](const Driver& driver) { return isWatched(*driver); });
+    if (options_.driver && !isAnyWatched)
+        say("note", "There is no driver \"" + *options_.driver + "\" so far. The drivers are: " + driverNames(drivers) + '.');
 }
 
 void Watch::refresh(const gps::DeviceChanges& changes)

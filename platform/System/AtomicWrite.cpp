@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 namespace gps {
 namespace {
@@ -103,6 +104,14 @@ int writeAtomically(FileSystem& files, const std::string& path, std::string_view
         return failure;
     }
     return flushAfterRename(files, folder.get(), file);
+}
+
+int obstacleToWriting(FileSystem& files, const std::string& path)
+{
+    if (files.access(placeOf(path).folder.c_str(), W_OK | X_OK) != 0)
+        return errno;
+    struct stat status;
+    return files.stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? EISDIR : 0;
 }
 
 } // namespace gps

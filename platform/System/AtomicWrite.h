@@ -16,4 +16,8 @@ class FileSystem;
 ///          failure came in a flush after the rename, the old file stands untouched and nothing else is left behind
 [[nodiscard]] int writeAtomically(FileSystem& files, const std::string& path, std::string_view data);
 
+/// What would keep `writeAtomically` from it, as far as it can be seen without trying.
+/// @return  0, or the errno
+[[nodiscard]] int obstacleToWriting(FileSystem& files, const std::string& path);
+
 } // namespace gps

@@ -14,7 +14,6 @@
 #include <system_error>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace gps {
 namespace {
@@ -201,13 +200,8 @@ std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& pa
 
 std::optional<Error> FileManager::writeObstacle(const std::string& path) const
 {
-    const auto slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    if (files_->access(folder.c_str(), W_OK | X_OK) != 0)
-        return writeError(path, errno);
-    bool isFolder = false;
-    if (fileExists(path, &isFolder) && isFolder)
-        return writeError(path, EISDIR);
+    if (const int obstacle = obstacleToWriting(*files_, path))
+        return writeError(path, obstacle);
     return std::nullopt;
 }
 

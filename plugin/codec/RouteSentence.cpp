@@ -2,6 +2,7 @@
 
 #include "RouteSentence.h"
 
+#include "../common/DictionaryHelpers.h"
 #include "FieldText.h"
 #include "SentenceFields.h"
 #include "SymbolMap.h"
@@ -65,9 +66,7 @@ void appendPoints(std::string_view pairs, gps::Array& points, const gps::Diction
         takeField(pairs);
         if (name.empty())
             continue;
-        const auto* value = waypoints.find(name);
-        const auto* record = value != nullptr ? value->as<gps::Dictionary>() : nullptr;
-        if (record != nullptr) {
+        if (const auto* record = waypoints.findDictionary(name)) {
             takeRoom(room, bytesOf(*record));
             points.emplace_back(*record);
         } else {
@@ -79,12 +78,6 @@ void appendPoints(std::string_view pairs, gps::Array& points, const gps::Diction
 void logGap(std::int32_t last, std::int32_t expected)
 {
     gps::logLine("route index should have been " + std::to_string(last) + ", was " + std::to_string(expected) + " instead");
-}
-
-std::int32_t integerUnder(const gps::Dictionary& info, std::string_view key, std::int32_t missing)
-{
-    const auto* value = info.find(key);
-    return value != nullptr && value->hasReading() ? value->int32Reading() : missing;
 }
 
 /// The head that a route's sentences share, up to the field that tells them apart.
@@ -121,7 +114,7 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
     const auto comment = letter.front() == kMessage ? fields->at(kComment) : std::string_view{};
 
     const std::int32_t number = gps::leadingInt32(fields->at(kNumber));
-    const std::int32_t last = integerUnder(info, "lastIndex", 0);
+    const std::int32_t last = GetIntValueForKey(&info, "lastIndex", 0);
     info.setText("name", name);
     const std::int32_t expected = gps::saturatedInt32(std::int64_t{number} - 1);
     if (last != expected)
@@ -138,7 +131,7 @@ std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& li
 {
     const std::string comment = magellanStringFromDictionary(info, "comment");
     const std::string name = magellanStringFromDictionary(info, "name", kLongestName);
-    const std::int32_t routeNumber = integerUnder(info, "number", 1);
+    const std::int32_t routeNumber = GetIntValueForKey(&info, "number", 1);
     const std::size_t lists = (list.size() + kPointsPerSentence - 1) / kPointsPerSentence;
     const std::size_t total = lists + (comment.empty() ? 0 : 1);
 

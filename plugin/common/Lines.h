@@ -8,19 +8,13 @@
 
 namespace magellan {
 
-/// The line that begins at a place of the text, without its CR LF.
-[[nodiscard]] inline std::string_view lineAt(std::string_view text, std::size_t begin) noexcept
-{
-    const auto rest = text.substr(begin);
-    return rest.substr(0, rest.find("\r\n"));
-}
-
 /// Calls `take` with each line in order, as a view into the text without its CR LF. A text that ends in CR LF has an empty last
 /// line, and an empty text one empty line.
 template <typename Take> void forEachLine(std::string_view text, Take&& take)
 {
     for (std::size_t begin = 0; begin <= text.size();) {
-        const auto line = lineAt(text, begin);
+        const auto rest = text.substr(begin);
+        const auto line = rest.substr(0, rest.find("\r\n"));
         take(line);
         begin += line.size() + 2;
     }

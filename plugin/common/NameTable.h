@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // NameTable: numbers names in the order in which they first come. What a file of a hundred thousand waypoints is gone through
-// with, so it keeps views of the names, four words each, and allocates nothing for a name. Not for two threads at once.
+// with, so it keeps views of the names, and allocates nothing for a name. Not for two threads at once.
 
 #pragma once
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How the driver downloads from a mounted receiver: the host's call, and the worker that walks the kinds.
 
+#include "../common/DictionaryHelpers.h"
 #include "../common/FolderWalk.h"
 #include "DeviceFileReaders.h"
 #include "MagellanGPSPlugin.h"
@@ -14,7 +15,7 @@ namespace {
 
 /// One kind of data on a receiver, in the order in which the host gets them.
 struct Kind {
-    std::string_view testName; ///< the option that switches it off
+    const char* testName; ///< the option that switches it off
     Reader reader;
     std::string_view folder; ///< the folder key
     gps::TransferKind kind;
@@ -30,8 +31,7 @@ constexpr std::array kKinds{
 
 bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
 {
-    const auto* option = work.find(kind.testName);
-    return option != nullptr && option->hasReading() && !option->boolReading();
+    return !GetBoolValueForKey(&work, kind.testName, true);
 }
 
 /// Opens access to the selected device, and closes it also when an import throws.

@@ -4,6 +4,7 @@
 
 #include "../codec/FieldText.h"
 #include "../codec/SymbolMap.h"
+#include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/PluginBundle.h"
 #include "KeyValueFile.h"
@@ -48,9 +49,7 @@ std::optional<std::vector<std::string>> MagellanGPSPlugin::fileTypes() const
 
 void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
 {
-    const auto* level = options.find("debug");
-    if (level != nullptr && level->hasReading())
-        debugLevel_ = level->int32Reading();
+    debugLevel_ = GetIntValueForKey(&options, "debug", debugLevel_);
 }
 
 std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status, const gps::Dictionary& options)

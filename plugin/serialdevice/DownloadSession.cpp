@@ -5,6 +5,7 @@
 #include "../codec/RouteSentence.h"
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
+#include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/Records.h"
 #include "../common/TrackNames.h"
@@ -180,10 +181,9 @@ void DownloadSession::closeDown()
     logLineAfter("Setting rate back");
 }
 
-bool DownloadSession::isWanted(std::string_view kind) const
+bool DownloadSession::isWanted(const char* kind) const
 {
-    const auto* option = work_.find(kind);
-    return option != nullptr && option->hasReading() && option->boolReading();
+    return GetBoolValueForKey(&work_, kind, false);
 }
 
 void DownloadSession::changeSpeed(int bitsPerSecond)

@@ -50,7 +50,7 @@ private:
     void downloadRoutes();
     void closeDown();
 
-    [[nodiscard]] bool isWanted(std::string_view kind) const;
+    [[nodiscard]] bool isWanted(const char* kind) const;
     void changeSpeed(int bitsPerSecond);
     void logLineAfter(std::string_view step);
     template <typename Take> void forEachReply(Take take);
