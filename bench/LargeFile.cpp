@@ -17,9 +17,12 @@ namespace {
 std::string place(std::size_t i)
 {
     const auto at = static_cast<double>(i);
-    const auto latitude = gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(46.5 + 0.3 * std::sin(at / 5000), true);
-    const auto longitude = gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(7.3 + at / 1e6, false);
-    return latitude->degreesMinutes + "," + latitude->direction + "," + longitude->degreesMinutes + "," + longitude->direction;
+    const auto latitude =
+        gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(46.5 + 0.3 * std::sin(at / 5000), true);
+    const auto longitude =
+        gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(7.3 + at / 1e6, false);
+    return latitude->degreesMinutes + "," + latitude->direction + "," + longitude->degreesMinutes +
+           "," + longitude->direction;
 }
 
 std::string body(Kind kind, std::size_t i)
@@ -27,8 +30,10 @@ std::string body(Kind kind, std::size_t i)
     const std::string number = std::to_string(i);
     switch (kind) {
     case Kind::kTrack: {
-        const auto text = gps::NMEAUtils::makeNMEADateFrom(1218435348 + static_cast<std::int64_t>(i));
-        return "PMGNTRK," + place(i) + ",0" + std::to_string(1000 + i % 1000) + ",M," + text.time + ",A,," + text.date;
+        const auto text =
+            gps::NMEAUtils::makeNMEADateFrom(1218435348 + static_cast<std::int64_t>(i));
+        return "PMGNTRK," + place(i) + ",0" + std::to_string(1000 + i % 1000) + ",M," + text.time +
+               ",A,," + text.date;
     }
     case Kind::kWaypoints:
         return "PMGNWPL," + place(i) + ",0001529,M,Point " + number + ",by the lake,ah";
@@ -55,7 +60,10 @@ std::string_view nameOf(Kind kind)
 std::filesystem::path makeFolder()
 {
     const std::filesystem::path memory{"/dev/shm"};
-    auto name = ((std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path()) / "bench-XXXXXX").string();
+    auto name =
+        ((std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path()) /
+         "bench-XXXXXX")
+            .string();
     if (::mkdtemp(name.data()) == nullptr)
         throw std::runtime_error("no folder for a large file: " + name);
     return name;

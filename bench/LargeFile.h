@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Large files of sentences to measure with: in memory where the system has a file system there, and gone afterwards.
+// Large files of sentences to measure with: in memory where the system has a file system there, and
+// gone afterwards.
 
 #pragma once
 
@@ -11,7 +12,8 @@ namespace bench {
 
 enum class Kind { kTrack, kWaypoints, kGeocaches };
 
-/// A file of that many sentences. Each line differs from the others, and each waypoint and geocache has a name of its own.
+/// A file of that many sentences. Each line differs from the others, and each waypoint and geocache
+/// has a name of its own.
 class LargeFile {
 public:
     LargeFile(Kind kind, std::size_t sentences);

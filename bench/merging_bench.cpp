@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Merging n records into a file of n records, for n up to a million: how much longer ten times as many take. No step may grow
-// faster than the records.
+// Merging n records into a file of n records, for n up to a million: how much longer ten times as
+// many take. No step may grow faster than the records.
 
 #include "ThreadTime.h"
 
 #include <gps/Value.h>
-#include <plugin/fsdevice/DeviceFileWriters.h>
-#include <plugin/fsdevice/GeocacheSplit.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -15,6 +13,8 @@
 #include <string>
 #include <string_view>
 
+#include <plugin/fsdevice/DeviceFileWriters.h>
+#include <plugin/fsdevice/GeocacheSplit.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,7 +25,10 @@ constexpr std::size_t kLargest = 1'000'000;
 
 gps::Dictionary record(const std::string& name, const char* symbol)
 {
-    return {{"name", name}, {"comment", "by the lake"}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 1200, 0, 0}}};
+    return {{"name", name},
+            {"comment", "by the lake"},
+            {"symbol", symbol},
+            {"point", gps::GPSPoint{46.5, 7.25, 1200, 0, 0}}};
 }
 
 gps::Array records(std::size_t count, const char* symbol, bool allEqual)
@@ -46,12 +49,14 @@ gps::Array routes(std::size_t count)
         gps::Array points;
         for (std::size_t p = 0; p < kPoints; ++p)
             points.emplace_back(record("Point " + std::to_string(i * kPoints + p), "Flag"));
-        list.emplace_back(gps::Dictionary{{"name", "Route " + std::to_string(i)}, {"points", std::move(points)}});
+        list.emplace_back(
+            gps::Dictionary{{"name", "Route " + std::to_string(i)}, {"points", std::move(points)}});
     }
     return list;
 }
 
-/// Processor time of the work in a process of its own, as a send has one: each size finds memory as untouched as the others do.
+/// Processor time of the work in a process of its own, as a send has one: each size finds memory as
+/// untouched as the others do.
 template <typename Work> double secondsInAChild(Work work)
 {
     int ends[2];
@@ -81,7 +86,8 @@ template <typename Work> double bestOf(int rounds, Work work)
 }
 
 /// Prints the processor time for each size, and how it grew since the size before.
-template <typename Make, typename Work> void measure(std::string_view wanted, std::string_view what, Make make, Work work)
+template <typename Make, typename Work>
+void measure(std::string_view wanted, std::string_view what, Make make, Work work)
 {
     if (!what.starts_with(wanted))
         return;
@@ -102,7 +108,8 @@ class Folder {
 public:
     Folder()
     {
-        std::string name = std::filesystem::exists("/dev/shm") ? "/dev/shm/bench-XXXXXX" : "/tmp/bench-XXXXXX";
+        std::string name =
+            std::filesystem::exists("/dev/shm") ? "/dev/shm/bench-XXXXXX" : "/tmp/bench-XXXXXX";
         path_ = ::mkdtemp(name.data());
     }
     ~Folder() { std::filesystem::remove_all(path_); }
@@ -139,14 +146,17 @@ int main(int count, char** arguments)
         wanted, "waypoints", [](std::size_t n) { return records(n, "Flag", false); },
         twice(magellan::mergeWaypoints, folder.fresh("w.upt")));
     measure(
-        wanted, "geocaches, all different", [](std::size_t n) { return records(n, "Geocache", false); },
+        wanted, "geocaches, all different",
+        [](std::size_t n) { return records(n, "Geocache", false); },
         twice(magellan::mergeGeocaches, folder.fresh("g.gs")));
     measure(
         wanted, "geocaches, all equal", [](std::size_t n) { return records(n, "Geocache", true); },
         twice(magellan::mergeGeocaches, folder.fresh("e.gs")));
-    measure(wanted, "routes, points in all", routes, twice(magellan::mergeRoutes, folder.fresh("r.rte")));
+    measure(wanted, "routes, points in all", routes,
+            twice(magellan::mergeRoutes, folder.fresh("r.rte")));
     measure(
-        wanted, "splitting, all different", [](std::size_t n) { return records(n, "Geocache", false); },
+        wanted, "splitting, all different",
+        [](std::size_t n) { return records(n, "Geocache", false); },
         [](const gps::Array& list) { (void)magellan::extractGeocachesFromList(list); });
     measure(
         wanted, "splitting, all equal", [](std::size_t n) { return records(n, "Geocache", true); },

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Reading a file of 100,000 sentences: sentences a second, and in ratio to a plain loop that only XORs the bytes and notes where
-// the separators are. Both are measured in turn in the same run, and both begin with the same read of the same file.
+// Reading a file of 100,000 sentences: sentences a second, and in ratio to a plain loop that only
+// XORs the bytes and notes where the separators are. Both are measured in turn in the same run, and
+// both begin with the same read of the same file.
 
 #include "LargeFile.h"
 #include "ThreadTime.h"
@@ -10,7 +11,6 @@
 #include <gps/GPSPoint.h>
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <benchmark/benchmark.h>
 
@@ -22,11 +22,14 @@
 #include <string_view>
 #include <vector>
 
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
 namespace {
 
 constexpr std::size_t kSentences = 100'000;
 
-using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status, const std::string& path);
+using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
+                                             const std::string& path);
 
 class Counting : public gps::GPSOutputReceiver {
 public:
@@ -44,7 +47,8 @@ public:
     void error(const gps::Error&) override {}
 };
 
-/// The least that reading sentences takes: a checksum over every byte and the places of "," and CR LF.
+/// The least that reading sentences takes: a checksum over every byte and the places of "," and CR
+/// LF.
 std::uint8_t plainLoop(std::string_view text, std::vector<std::uint32_t>& separators)
 {
     separators.clear();
@@ -62,24 +66,28 @@ void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
 {
     const bench::LargeFile file{kind, kSentences};
     std::vector<std::uint32_t> separators;
-    double reading = std::numeric_limits<double>::max(); // the best of each: what else the machine does only adds
+    double reading = std::numeric_limits<double>::max(); // the best of each: what else the machine
+                                                         // does only adds
     double plain = reading;
     double fileAlone = reading;
     for ([[maybe_unused]] const auto iteration : state) {
         Counting status;
-        const double seconds = bench::secondsOf([&] { benchmark::DoNotOptimize(reader(status, file.path())); });
+        const double seconds =
+            bench::secondsOf([&] { benchmark::DoNotOptimize(reader(status, file.path())); });
         if (status.records != kSentences)
             state.SkipWithError("not every sentence was read");
         state.SetIterationTime(seconds);
         reading = std::min(reading, seconds);
         plain = std::min(plain, bench::secondsOf([&] {
                              std::string text;
-                             benchmark::DoNotOptimize(gps::FileManager{}.readAsciiFile(file.path(), text));
+                             benchmark::DoNotOptimize(
+                                 gps::FileManager{}.readAsciiFile(file.path(), text));
                              benchmark::DoNotOptimize(plainLoop(text, separators));
                          }));
         fileAlone = std::min(fileAlone, bench::secondsOf([&] {
                                  std::string text;
-                                 benchmark::DoNotOptimize(gps::FileManager{}.readAsciiFile(file.path(), text));
+                                 benchmark::DoNotOptimize(
+                                     gps::FileManager{}.readAsciiFile(file.path(), text));
                              }));
     }
     state.counters["sentences/s"] = static_cast<double>(kSentences) / reading;
@@ -89,7 +97,9 @@ void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
     state.counters["ratio_without_file"] = (reading - fileAlone) / (plain - fileAlone);
 }
 
-BENCHMARK_CAPTURE(readFile, tracks, bench::Kind::kTrack, magellan::acquireTracks)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, tracks, bench::Kind::kTrack, magellan::acquireTracks)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, waypoints, bench::Kind::kWaypoints, magellan::acquireWayPoints)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);

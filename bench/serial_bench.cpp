@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// How close a serial download comes to what the wire alone needs. A simulated receiver paces its wire to 115200 bit/s; the time
-// of the data phases is set against the time of the bytes that went over the wire in them - sentences, acknowledgements and
-// commands. Then the same without pacing: sentences per second and processor time per sentence.
+// How close a serial download comes to what the wire alone needs. A simulated receiver paces its
+// wire to 115200 bit/s; the time of the data phases is set against the time of the bytes that went
+// over the wire in them - sentences, acknowledgements and commands. Then the same without pacing:
+// sentences per second and processor time per sentence.
 //
 //     serial_bench [SENTENCES]        10,000 unless said otherwise
 
@@ -9,8 +10,6 @@
 
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
-#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
-#include <tools/simulator/Receiver.h>
 
 #include <condition_variable>
 #include <cstdint>
@@ -23,13 +22,17 @@
 #include <string_view>
 #include <utility>
 
+#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
+#include <tools/simulator/Receiver.h>
+
 namespace {
 
 constexpr int kBitsPerByte = 10; // with start and stop bit
 constexpr double kBitsPerSecond = 115200;
 constexpr std::size_t kFrameSize = 6; // "$", "*", two digits, CR LF around a body
 
-/// Counts, and notes the worker's processor time between the first startTransfer and the last endTransfer.
+/// Counts, and notes the worker's processor time between the first startTransfer and the last
+/// endTransfer.
 class Counting : public gps::GPSOutputReceiver {
 public:
     void gpsStateChange(std::int32_t state) override
@@ -91,9 +94,11 @@ simulator::Sentences makeSentences(std::size_t count)
         const auto place = joined({"46", minutes, ",N,007", minutes, ",E,"});
         const auto second = joined({twoDigits(i / 60 % 60), twoDigits(i % 60)});
         if (i % 2 == 0)
-            sentences.waypoints.push_back(joined({"PMGNWPL,", place, "0000500,M,WPT", second, ",a place,a"}));
+            sentences.waypoints.push_back(
+                joined({"PMGNWPL,", place, "0000500,M,WPT", second, ",a place,a"}));
         else
-            sentences.tracks.push_back(joined({"PMGNTRK,", place, "00500,M,12", second, ".00,A,DAY,010624"}));
+            sentences.tracks.push_back(
+                joined({"PMGNTRK,", place, "00500,M,12", second, ".00,A,DAY,010624"}));
     }
     return sentences;
 }
@@ -118,7 +123,8 @@ DataPhases dataPhasesOf(const simulator::Receiver& receiver)
         if (begin < 0) {
             if (entry.text != "PMGNCMD,WAYPOINT")
                 continue;
-            begin = entry.seconds - static_cast<double>(size) * kBitsPerByte / kBitsPerSecond; // when its first byte left
+            begin = entry.seconds - static_cast<double>(size) * kBitsPerByte /
+                                        kBitsPerSecond; // when its first byte left
         }
         pending += size;
         phases.sentences += !isReceived && !entry.text.starts_with("PMGNCSM") ? 1U : 0U;
@@ -147,10 +153,12 @@ bool run(std::size_t count, bool paced)
     const auto phases = dataPhasesOf(receiver);
     if (paced) {
         const double wire = static_cast<double>(phases.bytes) * kBitsPerByte / kBitsPerSecond;
-        std::printf("paced:   %zu sentences, %zu bytes, %.2f s; the wire alone %.2f s; ratio %.4f\n", phases.sentences,
-                    phases.bytes, phases.seconds, wire, phases.seconds / wire);
+        std::printf(
+            "paced:   %zu sentences, %zu bytes, %.2f s; the wire alone %.2f s; ratio %.4f\n",
+            phases.sentences, phases.bytes, phases.seconds, wire, phases.seconds / wire);
     } else {
-        std::printf("unpaced: %.0f sentences/s; %.1f microseconds of the driver's processor time a sentence\n",
+        std::printf("unpaced: %.0f sentences/s; %.1f microseconds of the driver's processor time a "
+                    "sentence\n",
                     static_cast<double>(phases.sentences) / phases.seconds,
                     status->workerSeconds() * 1e6 / static_cast<double>(phases.sentences));
     }

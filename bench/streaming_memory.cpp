@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A large track log to GPX by the program itself: its peak memory against the size of the log, at two sizes. What the larger log
-// takes more must be its own text and no more; exit status 1 if it is not.
+// A large track log to GPX by the program itself: its peak memory against the size of the log, at
+// two sizes. What the larger log takes more must be its own text and no more; exit status 1 if it
+// is not.
 
 #include "LargeFile.h"
 
@@ -31,17 +32,19 @@ Measured measure(std::size_t points)
 
     const pid_t child = ::fork();
     if (child == 0) {
-        ::execl(program.c_str(), program.c_str(), "import", log.path().c_str(), "-o", gpx.c_str(), "-q", nullptr);
+        ::execl(program.c_str(), program.c_str(), "import", log.path().c_str(), "-o", gpx.c_str(),
+                "-q", nullptr);
         ::_exit(127);
     }
     int status = 0;
     rusage usage{};
     if (child < 0 || ::wait4(child, &status, 0, &usage) != child || status != 0)
         throw std::runtime_error("magellangps failed");
-    const Measured result{static_cast<double>(log.bytes()), static_cast<double>(usage.ru_maxrss) * 1024,
+    const Measured result{static_cast<double>(log.bytes()),
+                          static_cast<double>(usage.ru_maxrss) * 1024,
                           static_cast<double>(std::filesystem::file_size(gpx))};
-    std::printf("%9zu points: log %7.1f MB, GPX %7.1f MB, peak memory %7.1f MB\n", points, result.fileBytes / 1e6,
-                result.gpxBytes / 1e6, result.peakBytes / 1e6);
+    std::printf("%9zu points: log %7.1f MB, GPX %7.1f MB, peak memory %7.1f MB\n", points,
+                result.fileBytes / 1e6, result.gpxBytes / 1e6, result.peakBytes / 1e6);
     return result;
 }
 

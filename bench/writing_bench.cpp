@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Writing a track of 1,000,000 points in each format: MB a second, and in ratio to writing the same bytes plainly. Both are
-// measured in turn in the same run, into the same folder.
+// Writing a track of 1,000,000 points in each format: MB a second, and in ratio to writing the same
+// bytes plainly. Both are measured in turn in the same run, into the same folder.
 
 #include "LargeFile.h"
 #include "ThreadTime.h"
 
 #include <gps/GPSPoint.h>
-#include <host/formats/Formats.h>
-#include <host/formats/Output.h>
-#include <host/operations/Event.h>
 
 #include <algorithm>
 #include <cmath>
@@ -24,6 +21,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <host/files/Output.h>
+#include <host/formats/Formats.h>
+#include <host/operations/Event.h>
 #include <unistd.h>
 
 namespace {
@@ -45,7 +45,8 @@ std::vector<gps::GPSPoint> makePoints()
     for (std::size_t i = 0; i < kPoints; ++i) {
         const auto at = static_cast<double>(i);
         points[i] = {asReceived(46.5 + 0.3 * std::sin(at / 5000)), asReceived(7.3 + at / 1e6),
-                     static_cast<double>(1000 + i % 1000), 1218435348 + static_cast<std::int64_t>(i), 0};
+                     static_cast<double>(1000 + i % 1000),
+                     1218435348 + static_cast<std::int64_t>(i), 0};
     }
     return points;
 }
@@ -53,7 +54,9 @@ std::vector<gps::GPSPoint> makePoints()
 /// A file that is written over from its start, as long as this object lives.
 class Target {
 public:
-    explicit Target(const std::string& path) : file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {}
+    explicit Target(const std::string& path)
+        : file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
+    {}
     ~Target() { ::close(file_); }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
@@ -64,8 +67,8 @@ private:
     int file_;
 };
 
-void writeTrack(const host::Format& format, const std::vector<gps::GPSPoint>& points, const std::string& path,
-                const std::string& folder)
+void writeTrack(const host::Format& format, const std::vector<gps::GPSPoint>& points,
+                const std::string& path, const std::string& folder)
 {
     const Target target{path};
     host::Output output{target.file(), path};
@@ -88,27 +91,33 @@ void writePlainly(const std::string& text, const std::string& path)
     const Target target{path};
     for (std::size_t at = 0; at < text.size(); at += kPiece) {
         const auto piece = std::string_view{text}.substr(at, kPiece);
-        if (::write(target.file(), piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
+        if (::write(target.file(), piece.data(), piece.size()) !=
+            static_cast<ssize_t>(piece.size()))
             throw std::runtime_error(path + " cannot be written");
     }
 }
 
-void measure(const host::Format& format, const std::vector<gps::GPSPoint>& points, const bench::LargeFile& place)
+void measure(const host::Format& format, const std::vector<gps::GPSPoint>& points,
+             const bench::LargeFile& place)
 {
     const auto path = (place.folder() / format.name).string();
-    double writing = std::numeric_limits<double>::max(); // the best of each: what else the machine does only adds
+    double writing = std::numeric_limits<double>::max(); // the best of each: what else the machine
+                                                         // does only adds
     double plain = writing;
     std::size_t bytes = 0;
     for (int round = 0; round < kRounds; ++round) {
-        writing = std::min(writing, bench::secondsOf([&] { writeTrack(format, points, path, place.folder().string()); }));
+        writing = std::min(writing, bench::secondsOf([&] {
+                               writeTrack(format, points, path, place.folder().string());
+                           }));
         std::ifstream file{path, std::ios::binary};
         const std::string text{std::istreambuf_iterator<char>{file}, {}};
         plain = std::min(plain, bench::secondsOf([&] { writePlainly(text, path); }));
         bytes = text.size();
     }
     const auto megabytes = static_cast<double>(bytes) / 1e6;
-    std::printf("%-8s %7.1f MB  %6.0f MB/s  plainly %6.0f MB/s  ratio %4.1f\n", std::string{format.name}.c_str(), megabytes,
-                megabytes / writing, megabytes / plain, writing / plain);
+    std::printf("%-8s %7.1f MB  %6.0f MB/s  plainly %6.0f MB/s  ratio %4.1f\n",
+                std::string{format.name}.c_str(), megabytes, megabytes / writing, megabytes / plain,
+                writing / plain);
     std::filesystem::remove(path);
 }
 

@@ -29,13 +29,15 @@ std::string asFile(std::string_view text)
 {
     static const int file = memfd_create("input", MFD_CLOEXEC);
     require(file >= 0 && ftruncate(file, 0) == 0, "there is memory for a file");
-    require(pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()), "the file takes the text");
+    require(pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()),
+            "the file takes the text");
     return "/proc/self/fd/" + std::to_string(file);
 }
 
 void Records::newTrack(const gps::Dictionary& track)
 {
-    require(tracks.empty() || !pointsOfLast(tracks).empty(), "no track is announced without a point");
+    require(tracks.empty() || !pointsOfLast(tracks).empty(),
+            "no track is announced without a point");
     announce(tracks, track);
 }
 
@@ -57,7 +59,8 @@ void Records::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& extra)
 {
     gps::Dictionary record = extra;
     require(record.findString("name") != nullptr, "a waypoint has a name");
-    require(routes.empty() == (gps::findPoint(record) == nullptr), "a route's point, and no other, is reported with its point");
+    require(routes.empty() == (gps::findPoint(record) == nullptr),
+            "a route's point, and no other, is reported with its point");
     record.set(gps::kPointKey, point);
     (routes.empty() ? waypoints : pointsOfLast(routes)).emplace_back(std::move(record));
 }

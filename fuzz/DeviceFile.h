@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the targets for a receiver's files share: an input as a file, and a status object that keeps what it is told.
+// What the targets for a receiver's files share: an input as a file, and a status object that keeps
+// what it is told.
 
 #pragma once
 
@@ -16,7 +17,8 @@
 
 namespace fuzz {
 
-/// Puts text into a file of the process's own, which has no name in any folder. @return  a path to read it by
+/// Puts text into a file of the process's own, which has no name in any folder. @return  a path to
+/// read it by
 std::string asFile(std::string_view text);
 
 /// Keeps the records of one reading, and checks the order of the calls.
@@ -44,9 +46,11 @@ private:
 /// Lines as a receiver's file holds them: parted by CR LF.
 std::string joinedLines(const std::vector<std::string>& lines);
 
-/// Reads an input with `read`, writes what came with `write` and reads that: from the second time on nothing changes any more.
-/// What we write is never too short for the reader, nor out of its alphabet.
-template <typename Read, typename Write> void checkText(std::string_view input, Read read, Write write)
+/// Reads an input with `read`, writes what came with `write` and reads that: from the second time
+/// on nothing changes any more. What we write is never too short for the reader, nor out of its
+/// alphabet.
+template <typename Read, typename Write>
+void checkText(std::string_view input, Read read, Write write)
 {
     Records first;
     try {
@@ -66,7 +70,8 @@ template <typename Read, typename Write> void checkText(std::string_view input, 
 }
 
 /// The same for an input as it is and with its checksums put right.
-template <typename Read, typename Write> void checkFile(std::string_view input, Read read, Write write)
+template <typename Read, typename Write>
+void checkFile(std::string_view input, Read read, Write write)
 {
     checkText(input, read, write);
     checkText(linesFramedAnew(input), read, write);

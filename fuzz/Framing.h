@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Puts the checksums of changed sentences right. A fuzzer changes bytes and cannot guess a checksum: without this it would never
-// get past the frame.
+// Puts the checksums of changed sentences right. A fuzzer changes bytes and cannot guess a
+// checksum: without this it would never get past the frame.
 
 #pragma once
 

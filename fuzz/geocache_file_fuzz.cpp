@@ -10,7 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     fuzz::checkFile(
         fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) { return magellan::acquireGeoCaches(records, path); },
+        [](fuzz::Records& records, const std::string& path) {
+            return magellan::acquireGeoCaches(records, path);
+        },
         [](const fuzz::Records& records) {
             const auto lines = magellan::makeGeocacheSentencesFromGeocacheList(records.waypoints);
             fuzz::require(lines.has_value(), "geocaches that were read have points");

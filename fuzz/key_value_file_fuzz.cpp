@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Key-value files: every pair has a key, and what is read, written as lines, reads again as the same.
+// Key-value files: every pair has a key, and what is read, written as lines, reads again as the
+// same.
 
 #include "FuzzTarget.h"
 
 #include <gps/Value.h>
-#include <plugin/fsdevice/KeyValueFile.h>
 
 #include <string>
+
+#include <plugin/fsdevice/KeyValueFile.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

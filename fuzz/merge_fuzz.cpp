@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Merging: any bytes as what a receiver's default file holds, with nothing merged into it, again and again. What was written
-// can be read, and from the second time on nothing changes any more.
+// Merging: any bytes as what a receiver's default file holds, with nothing merged into it, again
+// and again. What was written can be read, and from the second time on nothing changes any more.
 
 #include "DeviceFile.h"
 
-#include <plugin/fsdevice/DeviceFileWriters.h>
-
 #include <array>
+
+#include <plugin/fsdevice/DeviceFileWriters.h>
 
 namespace {
 
@@ -25,9 +25,12 @@ template <typename Merge> void checkMerge(std::string_view input, Merge merge)
 
 void checkMerges(std::string_view input)
 {
-    checkMerge(input, [](const std::string& path) { return magellan::mergedWaypointText({}, path); });
+    checkMerge(input,
+               [](const std::string& path) { return magellan::mergedWaypointText({}, path); });
     checkMerge(input, [](const std::string& path) { return magellan::mergedRouteText({}, path); });
-    checkMerge(input, [](const std::string& path) { return magellan::mergedGeocacheText({}, path).value(); });
+    checkMerge(input, [](const std::string& path) {
+        return magellan::mergedGeocacheText({}, path).value();
+    });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Mount tables: every entry read has a path, there are no more of them than lines, and each stands by itself.
+// Mount tables: every entry read has a path, there are no more of them than lines, and each stands
+// by itself.
 
 #include "FuzzTarget.h"
 
@@ -13,7 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto entries = gps::parseMountTable(text);
     fuzz::require(entries.size() <= static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1,
                   "a line gives one entry at most");
-    fuzz::require(std::ranges::none_of(entries, [](const auto& entry) { return entry.path.empty(); }), "an entry has a path");
+    fuzz::require(
+        std::ranges::none_of(entries, [](const auto& entry) { return entry.path.empty(); }),
+        "an entry has a path");
 
     std::size_t alone = 0;
     for (std::size_t at = 0; at <= text.size();) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Times and coordinates: a line of date, time, coordinate and direction, parted by commas. What reads is written and reads again.
+// Times and coordinates: a line of date, time, coordinate and direction, parted by commas. What
+// reads is written and reads again.
 
 #include "FuzzTarget.h"
 
@@ -36,20 +37,24 @@ void checkUpdate(std::int64_t previous, std::string_view time)
 {
     const auto updated = NMEAUtils::updateNMEADate(previous, time);
     fuzz::require(dayOf(updated) == dayOf(previous), "a new time of day keeps the day");
-    fuzz::require(NMEAUtils::updateNMEADate(updated, time) == updated, "a second update changes nothing");
+    fuzz::require(NMEAUtils::updateNMEADate(updated, time) == updated,
+                  "a second update changes nothing");
 }
 
 void checkTimes(std::string_view date, std::string_view time)
 {
     const auto moment = NMEAUtils::convertNMEADate(date, time);
-    fuzz::require(moment == 0 || (moment >= 315532800 && moment < 3471292800), "a date lies in 1980 to 2079");
+    fuzz::require(moment == 0 || (moment >= 315532800 && moment < 3471292800),
+                  "a date lies in 1980 to 2079");
     const auto text = NMEAUtils::makeNMEADateFrom(moment);
-    fuzz::require(NMEAUtils::convertNMEADate(text.date, text.time) == moment, "a written date reads back");
+    fuzz::require(NMEAUtils::convertNMEADate(text.date, text.time) == moment,
+                  "a written date reads back");
     if (moment != 0)
-        fuzz::require(text.date == date && text.time.substr(0, 6) == time.substr(0, 6), "what was read is what is written");
+        fuzz::require(text.date == date && text.time.substr(0, 6) == time.substr(0, 6),
+                      "what was read is what is written");
 
-    for (const auto previous :
-         {moment, -moment, std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()})
+    for (const auto previous : {moment, -moment, std::numeric_limits<std::int64_t>::min(),
+                                std::numeric_limits<std::int64_t>::max()})
         checkUpdate(previous, time);
 }
 
@@ -59,14 +64,18 @@ void checkCoordinate(std::string_view degreesMinutes, std::string_view direction
     fuzz::require(std::isfinite(degrees), "a coordinate is finite");
     for (const bool asLatitude : {true, false}) {
         const auto text = NMEAUtils::convertDegreesToNMEADegreesMinutes(degrees, asLatitude);
-        fuzz::require(text.has_value() == (std::abs(degrees) <= (asLatitude ? 90 : 180)), "a coordinate on earth has a text");
+        fuzz::require(text.has_value() == (std::abs(degrees) <= (asLatitude ? 90 : 180)),
+                      "a coordinate on earth has a text");
         if (!text)
             continue;
-        fuzz::require(text->degreesMinutes.size() == (asLatitude ? 10U : 11U), "its length is fixed");
-        const double again = NMEAUtils::convertNMEADegreesMinutes(text->degreesMinutes, std::string_view{&text->direction, 1});
+        fuzz::require(text->degreesMinutes.size() == (asLatitude ? 10U : 11U),
+                      "its length is fixed");
+        const double again = NMEAUtils::convertNMEADegreesMinutes(
+            text->degreesMinutes, std::string_view{&text->direction, 1});
         fuzz::require(std::abs(again - degrees) < 1e-5 / 60, "a written coordinate reads back");
         const auto second = NMEAUtils::convertDegreesToNMEADegreesMinutes(again, asLatitude);
-        fuzz::require(second && second->degreesMinutes == text->degreesMinutes && second->direction == text->direction,
+        fuzz::require(second && second->degreesMinutes == text->degreesMinutes &&
+                          second->direction == text->direction,
                       "reading and writing a text again gives the same text");
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Property lists: a failure leaves the value alone and says what is wrong; what is read can be written and reads again as the
-// same.
+// Property lists: a failure leaves the value alone and says what is wrong; what is read can be
+// written and reads again as the same.
 
 #include "FuzzTarget.h"
 
@@ -63,11 +63,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     gps::Value value{"untouched"};
     if (const auto error = gps::parsePropertyList(fuzz::textOf(data, size), value)) {
         fuzz::require(value == gps::Value{"untouched"}, "a failure leaves the value alone");
-        fuzz::require(error->code() == 3840 && error->description().has_value(), "a failure says what is wrong");
+        fuzz::require(error->code() == 3840 && error->description().has_value(),
+                      "a failure says what is wrong");
         return 0;
     }
     gps::Value again;
-    const auto error = gps::parsePropertyList("<plist version=\"1.0\">" + written(value) + "</plist>", again);
+    const auto error =
+        gps::parsePropertyList("<plist version=\"1.0\">" + written(value) + "</plist>", again);
     fuzz::require(!error && again == value, "a written list reads back");
     return 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs a fuzz target over files and folders of inputs, for builds without a fuzzer. An input that breaks a property ends the
-// process, as it would under the fuzzer.
+// Runs a fuzz target over files and folders of inputs, for builds without a fuzzer. An input that
+// breaks a property ends the process, as it would under the fuzzer.
 
 #include "FuzzTarget.h"
 

@@ -29,6 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     fuzz::checkFile(
         fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) { return magellan::acquireRoutes(records, path); }, written);
+        [](fuzz::Records& records, const std::string& path) {
+            return magellan::acquireRoutes(records, path);
+        },
+        written);
     return 0;
 }

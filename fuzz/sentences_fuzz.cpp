@@ -1,23 +1,26 @@
 // SPDX-License-Identifier: MIT
-// Sentences: one line offered to each interpreter. A line that is too short changes nothing; an accepted one, written as its
-// maker writes it, reads and writes again as the same text. Each input is tried as it is and with its checksum put right.
+// Sentences: one line offered to each interpreter. A line that is too short changes nothing; an
+// accepted one, written as its maker writes it, reads and writes again as the same text. Each input
+// is tried as it is and with its checksum put right.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
 
 #include <gps/Error.h>
 #include <gps/Value.h>
+
+#include <optional>
+#include <string>
+
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/codec/RouteSentence.h>
 #include <plugin/codec/TrackPointSentence.h>
 #include <plugin/codec/WayPointSentence.h>
 
-#include <optional>
-#include <string>
-
 namespace {
 
-constexpr gps::GPSPoint kBefore{.latitude = 1, .longitude = 2, .altitude = 3, .time = 951782400, .reserved = 5};
+constexpr gps::GPSPoint kBefore{
+    .latitude = 1, .longitude = 2, .altitude = 3, .time = 951782400, .reserved = 5};
 
 struct PointRecord {
     gps::GPSPoint point = kBefore;
@@ -25,7 +28,8 @@ struct PointRecord {
 };
 
 /// Reads a line whose failure must change nothing.
-template <typename Interpret> std::optional<PointRecord> interpreted(std::string_view line, Interpret interpret)
+template <typename Interpret>
+std::optional<PointRecord> interpreted(std::string_view line, Interpret interpret)
 {
     PointRecord result;
     bool accepted = false;
@@ -36,12 +40,14 @@ template <typename Interpret> std::optional<PointRecord> interpreted(std::string
     fuzz::require(result.point.reserved == kBefore.reserved, "the reserved field is never touched");
     if (accepted)
         return result;
-    fuzz::require(result.point == kBefore && result.record.empty(), "a line that is not taken changes nothing");
+    fuzz::require(result.point == kBefore && result.record.empty(),
+                  "a line that is not taken changes nothing");
     return std::nullopt;
 }
 
 /// Looks for a name alone and reads the whole line.
-template <typename Interpret, typename NameIn> void checkName(std::string_view line, Interpret interpret, NameIn nameIn)
+template <typename Interpret, typename NameIn>
+void checkName(std::string_view line, Interpret interpret, NameIn nameIn)
 {
     std::optional<std::string_view> name;
     try {
@@ -54,7 +60,8 @@ template <typename Interpret, typename NameIn> void checkName(std::string_view l
                   "a name that is looked for alone is the one that a reading finds");
 }
 
-template <typename Interpret, typename Make> void checkPointSentence(std::string_view line, Interpret interpret, Make make)
+template <typename Interpret, typename Make>
+void checkPointSentence(std::string_view line, Interpret interpret, Make make)
 {
     const auto first = interpreted(line, interpret);
     if (!first)
@@ -71,7 +78,10 @@ gps::Dictionary knownWayPoints()
 {
     gps::Dictionary known;
     for (const auto* name : {"Camp", "Lake", "Top", "Spitzhorn"})
-        known.set(name, gps::Dictionary{{"name", name}, {"comment", ""}, {"symbol", "ah"}, {gps::kPointKey, gps::GPSPoint{}}});
+        known.set(name, gps::Dictionary{{"name", name},
+                                        {"comment", ""},
+                                        {"symbol", "ah"},
+                                        {gps::kPointKey, gps::GPSPoint{}}});
     return known;
 }
 
@@ -93,7 +103,8 @@ void checkRouteSentence(std::string_view line)
     bool ended = text.empty();
     for (const auto& sentence : text)
         ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain, room);
-    fuzz::require(ended && again == points, "a written route ends with its last sentence and has its points");
+    fuzz::require(ended && again == points,
+                  "a written route ends with its last sentence and has its points");
     if (!text.empty())
         fuzz::require(magellan::makeRouteSentencesFromWaypointList(again, infoAgain) == text,
                       "written, read and written again it is the same");
@@ -101,12 +112,15 @@ void checkRouteSentence(std::string_view line)
 
 void checkLine(std::string_view line)
 {
-    checkPointSentence(line, magellan::interpretTrackPointSentence,
-                       [](const PointRecord& r) { return magellan::makeTrackPointSentenceWithPoint(r.point); });
-    checkPointSentence(line, magellan::interpretWayPointSentence,
-                       [](const PointRecord& r) { return magellan::makeWayPointSentenceWithPoint(r.point, r.record); });
-    checkPointSentence(line, magellan::interpretGeoCacheSentence,
-                       [](const PointRecord& r) { return magellan::makeGeoCacheSentenceWithPoint(r.point, r.record); });
+    checkPointSentence(line, magellan::interpretTrackPointSentence, [](const PointRecord& r) {
+        return magellan::makeTrackPointSentenceWithPoint(r.point);
+    });
+    checkPointSentence(line, magellan::interpretWayPointSentence, [](const PointRecord& r) {
+        return magellan::makeWayPointSentenceWithPoint(r.point, r.record);
+    });
+    checkPointSentence(line, magellan::interpretGeoCacheSentence, [](const PointRecord& r) {
+        return magellan::makeGeoCacheSentenceWithPoint(r.point, r.record);
+    });
     checkName(line, magellan::interpretWayPointSentence, magellan::nameInWayPointSentence);
     checkName(line, magellan::interpretGeoCacheSentence, magellan::nameInGeoCacheSentence);
     checkRouteSentence(line);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Serial sessions: each line of the input is what a receiver says to one read, "~" a silence. Whatever it says, the session comes
-// to its end, its reports stand in their brackets, and it acknowledges nothing but what it was sent.
+// Serial sessions: each line of the input is what a receiver says to one read, "~" a silence.
+// Whatever it says, the session comes to its end, its reports stand in their brackets, and it
+// acknowledges nothing but what it was sent.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
@@ -8,11 +9,12 @@
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
-#include <plugin/serialdevice/DownloadSession.h>
-#include <tests/support/MemoryLine.h>
 
 #include <optional>
 #include <string>
+
+#include <plugin/serialdevice/DownloadSession.h>
+#include <tests/support/MemoryLine.h>
 
 namespace {
 
@@ -31,16 +33,19 @@ public:
     }
     void newTrack(const gps::Dictionary& track) override
     {
-        fuzz::require(open_ == gps::TransferKind::kTracks && track.findString("name") != nullptr, "a track has a name");
+        fuzz::require(open_ == gps::TransferKind::kTracks && track.findString("name") != nullptr,
+                      "a track has a name");
         hasTrack_ = true;
     }
     void trackPoint(const gps::GPSPoint&, const gps::Dictionary&) override
     {
-        fuzz::require(open_ == gps::TransferKind::kTracks && hasTrack_, "a track point has a track");
+        fuzz::require(open_ == gps::TransferKind::kTracks && hasTrack_,
+                      "a track point has a track");
     }
     void wayPoint(const gps::GPSPoint&, const gps::Dictionary&) override
     {
-        fuzz::require(open_ == gps::TransferKind::kWaypoints || hasRoute_, "a point is a waypoint or a route's");
+        fuzz::require(open_ == gps::TransferKind::kWaypoints || hasRoute_,
+                      "a point is a waypoint or a route's");
     }
     void newRoute(const gps::Dictionary&) override
     {
@@ -87,11 +92,13 @@ void checkSession(std::string_view text, bool framed)
     support::MemoryLineLog done;
     support::MemoryLine line{done};
     const auto valid = lay(text, framed, line);
-    const gps::Dictionary work{{"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
+    const gps::Dictionary work{
+        {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
     Brackets status;
     try {
         const bool opened = !magellan::DownloadSession{line, status, work}.run();
-        fuzz::require(opened && !status.isOpen(), "a session that runs through closes its brackets");
+        fuzz::require(opened && !status.isOpen(),
+                      "a session that runs through closes its brackets");
     } catch (const gps::RangeError&) { // a sentence is too short
     }
     std::size_t acknowledged = 0;

@@ -10,9 +10,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     fuzz::checkFile(
         fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) { return magellan::acquireWayPoints(records, path); },
+        [](fuzz::Records& records, const std::string& path) {
+            return magellan::acquireWayPoints(records, path);
+        },
         [](const fuzz::Records& records) {
-            return fuzz::joinedLines(magellan::makeWayPointSentencesFromWaypointList(records.waypoints));
+            return fuzz::joinedLines(
+                magellan::makeWayPointSentencesFromWaypointList(records.waypoints));
         });
     return 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// make_samples FOLDER: writes the sample files - a receiver's folder tree and single files - below a folder.
-// The same bytes at every run, so that a test can compare them with the files that are kept.
+// make_samples FOLDER: writes the sample files - a receiver's folder tree and single files - below
+// a folder. The same bytes at every run, so that a test can compare them with the files that are
+// kept.
 
 #include "places.h"
 #include "sentences.h"
@@ -24,7 +25,8 @@ namespace {
 
 Lines operator+(Lines first, Lines second)
 {
-    first.insert(first.end(), std::make_move_iterator(second.begin()), std::make_move_iterator(second.end()));
+    first.insert(first.end(), std::make_move_iterator(second.begin()),
+                 std::make_move_iterator(second.end()));
     return first;
 }
 
@@ -42,7 +44,8 @@ public:
     }
 
     /// A key-value file: each line ends in CR LF.
-    void keyValues(std::string_view name, std::initializer_list<std::pair<std::string_view, std::string_view>> pairs) const
+    void keyValues(std::string_view name,
+                   std::initializer_list<std::pair<std::string_view, std::string_view>> pairs) const
     {
         std::string text;
         for (const auto& [key, value] : pairs)
@@ -65,10 +68,13 @@ private:
 };
 
 constexpr std::int64_t kSummerMorning = 1218435348; // 2008-08-11 06:15:48 UTC
-constexpr std::int64_t kSpringNoon = 1210018992;    // 2008-05-05 20:23:12 UTC: noon and a bit on the coast
-constexpr std::int64_t kSaddleDay = 1263674407;     // 2010-01-16 20:40:07 UTC: the morning of the 17th there
-constexpr std::int64_t kFjordEvening = 1229645011;  // 2008-12-19 00:03:31 UTC: the evening before there
-constexpr std::int64_t kAutumn = 1223187664;        // 2008-10-05 06:21:04 UTC
+constexpr std::int64_t kSpringNoon =
+    1210018992; // 2008-05-05 20:23:12 UTC: noon and a bit on the coast
+constexpr std::int64_t kSaddleDay =
+    1263674407; // 2010-01-16 20:40:07 UTC: the morning of the 17th there
+constexpr std::int64_t kFjordEvening =
+    1229645011;                              // 2008-12-19 00:03:31 UTC: the evening before there
+constexpr std::int64_t kAutumn = 1223187664; // 2008-10-05 06:21:04 UTC
 
 void writeReceiver(const Writer& out)
 {
@@ -77,43 +83,56 @@ void writeReceiver(const Writer& out)
                                            {"Software Version", "2.35"},
                                            {"Map Version", "1.08"},
                                            {"Language", "English"}});
-    out.keyValues("USBTRANS/LANGUAGE.DAT",
-                  {{"MyPOIs", "My POIs"}, {"Geocaches", "Geocaches"}, {"Routes", "Routes"}, {"TrackLogs", "Track Logs"}});
+    out.keyValues("USBTRANS/LANGUAGE.DAT", {{"MyPOIs", "My POIs"},
+                                            {"Geocaches", "Geocaches"},
+                                            {"Routes", "Routes"},
+                                            {"TrackLogs", "Track Logs"}});
 
     out.sentences("My POIs/Hinterau.upt", wayPoints(mountains(), mountains().stops));
     out.sentences("My POIs/Gull Point.upt", wayPoints(coast(), coast().stops));
-    out.sentences("My POIs/South.upt", wayPoints(saddle(), saddle().stops) + wayPoints(fjord(), fjord().stops));
+    out.sentences("My POIs/South.upt",
+                  wayPoints(saddle(), saddle().stops) + wayPoints(fjord(), fjord().stops));
 
     out.sentences("Geocaches/Home.gs", geocaches(mountains()));
-    out.sentences("Geocaches/Travels.gs", geocaches(coast()) + geocaches(saddle()) + geocaches(fjord()));
+    out.sentences("Geocaches/Travels.gs",
+                  geocaches(coast()) + geocaches(saddle()) + geocaches(fjord()));
 
-    out.sentences("Routes/Spitzhorn.rte",
-                  wayPoints(mountains(), mountains().stops) +
-                      routeSentences(mountains(), {"Spitzhorn", "Long day: start early", 1, {0, 1, 2, 3, 4, 5, 6}}) +
-                      routeSentences(mountains(), {"Lake and Chapel", "", 2, {11, 10, 9, 8, 9, 10, 11, 0}}));
-    out.sentences("Routes/Coast Walk.rte", wayPoints(coast(), std::span{coast().stops}.first(8)) +
-                                               routeSentences(coast(), {"Coast Walk", "", 1, {0, 1, 2, 3, 4, 5, 6, 7, 0}}));
-    out.sentences("Routes/South.rte",
-                  wayPoints(saddle(), saddle().stops) + wayPoints(fjord(), fjord().stops) +
-                      routeSentences(saddle(), {"Kea Saddle", "Check the river first", 1, {0, 1, 2, 3, 4, 5}}) +
-                      routeSentences(saddle(), {"Lake Way Back", "", 2, {5, 6, 7, 8, 9}}) +
-                      routeSentences(fjord(), {"Fjord Round", "Wind: go before 10", 3, {0, 1, 2, 3, 4, 5, 6, 7, 0}}));
+    out.sentences(
+        "Routes/Spitzhorn.rte",
+        wayPoints(mountains(), mountains().stops) +
+            routeSentences(mountains(),
+                           {"Spitzhorn", "Long day: start early", 1, {0, 1, 2, 3, 4, 5, 6}}) +
+            routeSentences(mountains(), {"Lake and Chapel", "", 2, {11, 10, 9, 8, 9, 10, 11, 0}}));
+    out.sentences("Routes/Coast Walk.rte",
+                  wayPoints(coast(), std::span{coast().stops}.first(8)) +
+                      routeSentences(coast(), {"Coast Walk", "", 1, {0, 1, 2, 3, 4, 5, 6, 7, 0}}));
+    out.sentences(
+        "Routes/South.rte",
+        wayPoints(saddle(), saddle().stops) + wayPoints(fjord(), fjord().stops) +
+            routeSentences(saddle(),
+                           {"Kea Saddle", "Check the river first", 1, {0, 1, 2, 3, 4, 5}}) +
+            routeSentences(saddle(), {"Lake Way Back", "", 2, {5, 6, 7, 8, 9}}) +
+            routeSentences(fjord(),
+                           {"Fjord Round", "Wind: go before 10", 3, {0, 1, 2, 3, 4, 5, 6, 7, 0}}));
 
-    out.sentences("Track Logs/TKLG001.log", track(mountains(), {{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 0}, kSummerMorning, ""}));
+    out.sentences(
+        "Track Logs/TKLG001.log",
+        track(mountains(), {{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 0}, kSummerMorning, ""}));
     out.sentences("Track Logs/TKLG002.log", track(coast(), {.stops = {0, 1, 2, 3, 4, 5, 6, 7, 0},
                                                             .start = kSpringNoon,
                                                             .name = "",
                                                             .feet = true,
                                                             .everyDate = false,
                                                             .firstDate = false}));
-    out.sentences("Track Logs/Kea Saddle.log",
-                  track(saddle(), {{0, 1, 2, 3, 4, 5}, kSaddleDay, "Up to the saddle"}) +
-                      track(saddle(), {{5, 6, 7, 8, 9, 10, 0}, kSaddleDay + 25200, "Lake way back"}) +
-                      track(saddle(), {{0, 1, 2}, kSaddleDay + 86000, "Up to the saddle"}));
     out.sentences(
-        "Track Logs/Fjord.log",
-        track(fjord(),
-              {.stops = {0, 1, 2, 3, 4, 5, 6, 7, 0}, .start = kFjordEvening, .name = "Kayak round", .everyDate = false}));
+        "Track Logs/Kea Saddle.log",
+        track(saddle(), {{0, 1, 2, 3, 4, 5}, kSaddleDay, "Up to the saddle"}) +
+            track(saddle(), {{5, 6, 7, 8, 9, 10, 0}, kSaddleDay + 25200, "Lake way back"}) +
+            track(saddle(), {{0, 1, 2}, kSaddleDay + 86000, "Up to the saddle"}));
+    out.sentences("Track Logs/Fjord.log", track(fjord(), {.stops = {0, 1, 2, 3, 4, 5, 6, 7, 0},
+                                                          .start = kFjordEvening,
+                                                          .name = "Kayak round",
+                                                          .everyDate = false}));
 }
 
 void writeFiles(const Writer& out)
@@ -122,11 +141,13 @@ void writeFiles(const Writer& out)
     out.sentences("points.upt", wayPoints(mountains(), std::span{mountains().stops}.last(6)));
     out.sentences("caches.gs", geocaches(saddle()) + geocaches(fjord()));
 
-    // A route file can be imported only when a route sentence is its first line, and a route finds only those waypoints that
-    // stand before its lists: so the message opens the route and the waypoints follow it.
-    const auto route = routeSentences(mountains(), {"Lake Loop", "Swim at the far end", 1, {11, 10, 9, 8, 4, 3, 2, 0}, true});
-    out.sentences("loop.rte",
-                  Lines{route.front()} + wayPoints(mountains(), mountains().stops) + Lines(route.begin() + 1, route.end()));
+    // A route file can be imported only when a route sentence is its first line, and a route finds
+    // only those waypoints that stand before its lists: so the message opens the route and the
+    // waypoints follow it.
+    const auto route = routeSentences(
+        mountains(), {"Lake Loop", "Swim at the far end", 1, {11, 10, 9, 8, 4, 3, 2, 0}, true});
+    out.sentences("loop.rte", Lines{route.front()} + wayPoints(mountains(), mountains().stops) +
+                                  Lines(route.begin() + 1, route.end()));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The places that the sample files tell of: four regions, each with its stops and caches. All invented. Constant tables.
+// The places that the sample files tell of: four regions, each with its stops and caches. All
+// invented. Constant tables.
 
 #pragma once
 

@@ -22,8 +22,9 @@ std::string positionFields(const Region& region, const Place& place)
     const double shrink = std::cos(region.latitude * std::numbers::pi / 180);
     const double longitude = region.longitude + place.east / (kMetresPerDegree * shrink);
     std::string fields;
-    for (const auto& text : {gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(latitude, true).value(),
-                             gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(longitude, false).value()})
+    for (const auto& text :
+         {gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(latitude, true).value(),
+          gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(longitude, false).value()})
         fields += "," + text.degreesMinutes + "," + text.direction;
     return fields;
 }
@@ -61,9 +62,11 @@ Lines geocaches(const Region& region)
 {
     Lines lines;
     for (const auto& cache : region.caches)
-        lines.push_back(sentence("PMGNGEO" + positionFields(region, {cache.east, cache.north, cache.altitude}) +
-                                 joined({padded(cache.altitude, 7), "M", cache.name, cache.comment, cache.owner, cache.hint,
-                                         cache.type, cache.placed, cache.found, cache.difficulty, cache.terrain})));
+        lines.push_back(sentence("PMGNGEO" +
+                                 positionFields(region, {cache.east, cache.north, cache.altitude}) +
+                                 joined({padded(cache.altitude, 7), "M", cache.name, cache.comment,
+                                         cache.owner, cache.hint, cache.type, cache.placed,
+                                         cache.found, cache.difficulty, cache.terrain})));
     return lines;
 }
 
@@ -73,8 +76,8 @@ Lines routeSentences(const Region& region, const Route& route)
     const std::size_t total = lists + (route.comment.empty() ? 0 : 1);
     Lines lines;
     const auto head = [&](std::string_view kind) {
-        return "PMGNRTE" +
-               joined({std::to_string(total), std::to_string(lines.size() + 1), kind, std::to_string(route.number), route.name});
+        return "PMGNRTE" + joined({std::to_string(total), std::to_string(lines.size() + 1), kind,
+                                   std::to_string(route.number), route.name});
     };
     const auto addMessage = [&] { lines.push_back(sentence(head("m") + joined({route.comment}))); };
 

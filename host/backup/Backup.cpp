@@ -2,6 +2,14 @@
 
 #include "host/backup/Backup.h"
 
+#include "host/backup/Manifest.h"
+#include "host/base/HostError.h"
+#include "host/files/Files.h"
+#include "host/files/Hash.h"
+#include "host/files/StateFolder.h"
+
+#include <platform/System/FileManager.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -14,24 +22,20 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "host/backup/Files.h"
-#include "host/backup/Manifest.h"
-#include "host/backup/Names.h"
-#include "host/operations/HostError.h"
-
-#include <platform/System/FileManager.h>
-
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kUnfinished[] = ".unfinished"; // one a device: what a killed run leaves, the next one sweeps up
+constexpr char kUnfinished[] =
+    ".unfinished"; // one a device: what a killed run leaves, the next one sweeps up
 
 // Keeps others from making a backup of the same device meanwhile.
 class FolderLock {
 public:
-    explicit FolderLock(const std::string& folder) : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+    explicit FolderLock(const std::string& folder)
+        : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {}
     ~FolderLock()
     {
         if (file_ >= 0)
@@ -41,7 +45,10 @@ public:
     FolderLock& operator=(const FolderLock&) = delete;
 
     // A file system without locks lets everybody in.
-    [[nodiscard]] bool isRefused() const { return ::flock(file_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
+    [[nodiscard]] bool isRefused() const
+    {
+        return ::flock(file_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    }
 
 private:
     int file_;
@@ -62,7 +69,8 @@ std::pair<std::string, int> orderOf(const std::string& name)
     return {name.substr(0, hyphen), number};
 }
 
-// Behind every other name of this second: one that was free because its backup is gone would count as older.
+// Behind every other name of this second: one that was free because its backup is gone would count
+// as older.
 std::string newPath(const std::string& folder)
 {
     const auto time = nameOfNow();
@@ -77,7 +85,8 @@ std::string newPath(const std::string& folder)
 }
 
 // Copies one file and reads the copy back.
-std::optional<gps::Error> copyFile(const std::string& from, const std::string& to, BackedUpFile& file)
+std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
+                                   BackedUpFile& file)
 {
     std::string bytes;
     if (auto failure = gps::FileManager{}.readFile(from, bytes))
@@ -88,7 +97,8 @@ std::optional<gps::Error> copyFile(const std::string& from, const std::string& t
     if (auto failure = gps::FileManager{}.readFile(to, copy))
         return failure;
     if (copy != bytes)
-        return hostError("A copy differs from its file", "Check the disk that keeps the backups", to);
+        return hostError("A copy differs from its file", "Check the disk that keeps the backups",
+                         to);
     file.size = bytes.size();
     file.hash = hashOf(bytes);
     return std::nullopt;
@@ -102,14 +112,16 @@ struct Copying {
     std::vector<std::string>& skipped;
 
     std::optional<gps::Error> copyFolder(const std::string& folder);
-    std::optional<gps::Error> copyEntry(const gps::FolderEntry& entry, const std::string& folder, const std::string& relative);
+    std::optional<gps::Error> copyEntry(const gps::FolderEntry& entry, const std::string& folder,
+                                        const std::string& relative);
 };
 
 std::optional<gps::Error> Copying::copyFolder(const std::string& folder)
 {
     const auto relative = fs::path{folder}.lexically_relative(device).string();
     if (relative.empty() || relative.starts_with(".."))
-        return hostError("A data folder does not lie on the device", "Send with --no-backup, and keep a copy yourself", folder);
+        return hostError("A data folder does not lie on the device",
+                         "Send with --no-backup, and keep a copy yourself", folder);
     manifest.folders.push_back(relative);
     if (auto failure = makeFolders(gps::joinPath(to, relative)))
         return failure;
@@ -121,8 +133,8 @@ std::optional<gps::Error> Copying::copyFolder(const std::string& folder)
     return std::nullopt;
 }
 
-std::optional<gps::Error> Copying::copyEntry(const gps::FolderEntry& entry, const std::string& folder,
-                                             const std::string& relative)
+std::optional<gps::Error> Copying::copyEntry(const gps::FolderEntry& entry,
+                                             const std::string& folder, const std::string& relative)
 {
     BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
     if (entry.isFolder)
@@ -139,9 +151,11 @@ std::optional<gps::Error> Copying::copyEntry(const gps::FolderEntry& entry, cons
     return std::nullopt;
 }
 
-std::optional<gps::Error> fill(const std::string& unfinished, const DataFolders& source, std::vector<std::string>& skipped)
+std::optional<gps::Error> fill(const std::string& unfinished, const DataFolders& source,
+                               std::vector<std::string>& skipped)
 {
-    Copying copying{source.device, gps::joinPath(unfinished, kFilesName), {source.device, {}}, skipped};
+    Copying copying{
+        source.device, gps::joinPath(unfinished, kFilesName), {source.device, {}}, skipped};
     if (auto failure = makeFolders(copying.to))
         return failure;
     for (const auto& folder : source.folders) {
@@ -154,7 +168,8 @@ std::optional<gps::Error> fill(const std::string& unfinished, const DataFolders&
 std::optional<gps::Error> giveName(const std::string& unfinished, const std::string& path)
 {
     if (::rename(unfinished.c_str(), path.c_str()) != 0)
-        return systemError("The backup cannot be given its name", "Choose another place with --backup", path, errno);
+        return systemError("The backup cannot be given its name",
+                           "Choose another place with --backup", path, errno);
     flushFolder(fs::path{path}.parent_path().string());
     return std::nullopt;
 }
@@ -175,11 +190,13 @@ void prune(const Keeping& keeping, const std::string& identifier)
     std::size_t kept = 0;
     for (const auto& backup : listBackups(keeping.folder, identifier)) {
         std::error_code ignored;
-        const bool isSpared = !keeping.spared.empty() && fs::equivalent(backup.path, keeping.spared, ignored);
+        const bool isSpared =
+            !keeping.spared.empty() && fs::equivalent(backup.path, keeping.spared, ignored);
         if (kept++ < keeping.most || isSpared)
             continue;
         // Renamed first, so that a run killed here leaves none that looks whole.
-        const auto unfinished = gps::joinPath(fs::path{backup.path}.parent_path().string(), kUnfinished);
+        const auto unfinished =
+            gps::joinPath(fs::path{backup.path}.parent_path().string(), kUnfinished);
         if (::rename(backup.path.c_str(), unfinished.c_str()) == 0)
             (void)gps::FileManager{}.removeItem(unfinished);
     }
@@ -203,18 +220,19 @@ std::optional<std::string> usualBackupFolder()
     return state ? std::optional{gps::joinPath(*state, "backups")} : std::nullopt;
 }
 
-std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source, Backup& made,
-                                     std::vector<std::string>& skipped)
+std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source,
+                                     Backup& made, std::vector<std::string>& skipped)
 {
     const auto mine = deviceFolder(keeping.folder, source.identifier);
     if (liesInside(keeping.folder, source.folders))
-        return hostError("The backups would lie among the files that they copy", "Choose another place with --backup",
-                         keeping.folder);
+        return hostError("The backups would lie among the files that they copy",
+                         "Choose another place with --backup", keeping.folder);
     if (auto failure = makeFolders(mine))
         return failure;
     const FolderLock lock{mine};
     if (lock.isRefused())
-        return hostError("Another backup of this device is being made", "Wait for its end, and try again", mine);
+        return hostError("Another backup of this device is being made",
+                         "Wait for its end, and try again", mine);
 
     const auto unfinished = gps::joinPath(mine, kUnfinished);
     (void)gps::FileManager{}.removeItem(unfinished);
@@ -235,12 +253,14 @@ std::vector<Backup> listBackups(const std::string& folder, const std::string& id
 {
     std::vector<Backup> backups;
     std::error_code error;
-    for (fs::directory_iterator at{deviceFolder(folder, identifier), error}, end; !error && at != end; at.increment(error)) {
+    for (fs::directory_iterator at{deviceFolder(folder, identifier), error}, end;
+         !error && at != end; at.increment(error)) {
         Manifest manifest;
         if (at->path().filename() != kUnfinished && !readManifest(at->path().string(), manifest))
             backups.push_back(described(at->path().string()));
     }
-    std::sort(backups.begin(), backups.end(), [](const Backup& a, const Backup& b) { return orderOf(a.name) > orderOf(b.name); });
+    std::sort(backups.begin(), backups.end(),
+              [](const Backup& a, const Backup& b) { return orderOf(a.name) > orderOf(b.name); });
     return backups;
 }
 

@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Backups: copies of a device's data folders, made before a send and put back on wish. [host thread]
+// Backups: copies of a device's data folders, made before a send and put back on wish. [host
+// thread]
 //
-// A backup is a folder FOLDER/IDENTIFIER/YYYYMMDDTHHMMSSZ, in UTC, with "-1" and so on behind further ones of one second. It
-// holds a manifest and, under "files", the data folders at their places on the device.
+// A backup is a folder FOLDER/IDENTIFIER/YYYYMMDDTHHMMSSZ, in UTC, with "-1" and so on behind
+// further ones of one second. It holds a manifest and, under "files", the data folders at their
+// places on the device.
 
 #pragma once
+
+#include <gps/Error.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gps/Error.h>
 
 namespace host {
 
@@ -40,18 +42,21 @@ struct Backup {
     std::uint64_t bytes = 0;
 };
 
-/// Where a user's backups are kept: below $XDG_STATE_HOME, or else ~/.local/state; none without a home.
+/// Where a user's backups are kept: below $XDG_STATE_HOME, or else ~/.local/state; none without a
+/// home.
 [[nodiscard]] std::optional<std::string> usualBackupFolder();
 
-/// Copies the data folders and reads every copy back. The backup gets its name when it is whole and on the medium; then the
-/// oldest ones beyond the kept number go.
+/// Copies the data folders and reads every copy back. The backup gets its name when it is whole and
+/// on the medium; then the oldest ones beyond the kept number go.
 /// @param made     out: the new backup
 /// @param skipped  gets what is neither a file nor a folder, and so is not in it
 /// @return         why there is no new backup; nothing older has changed then
-[[nodiscard]] std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source, Backup& made,
+[[nodiscard]] std::optional<gps::Error> makeBackup(const Keeping& keeping,
+                                                   const DataFolders& source, Backup& made,
                                                    std::vector<std::string>& skipped);
 
 /// A device's whole backups, the newest first.
-[[nodiscard]] std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier);
+[[nodiscard]] std::vector<Backup> listBackups(const std::string& folder,
+                                              const std::string& identifier);
 
 } // namespace host

@@ -2,23 +2,21 @@
 
 #include "host/backup/Manifest.h"
 
+#include "host/base/HostError.h"
+#include "host/base/JsonText.h"
+
+#include <gps/Value.h>
+#include <platform/System/FileManager.h>
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
-#include "host/formats/JsonText.h"
-#include "host/operations/HostError.h"
-
-#include <gps/Value.h>
-#include <platform/System/FileManager.h>
-
 namespace host {
 namespace {
 
-constexpr std::uint64_t kFnvBasis = 14695981039346656037U;
-constexpr std::uint64_t kFnvPrime = 1099511628211U;
 constexpr char kDigits[] = "0123456789abcdef";
 
 gps::Error noManifest(const std::string& folder)
@@ -29,7 +27,8 @@ gps::Error noManifest(const std::string& folder)
 bool staysBelow(const std::string& path)
 {
     const std::filesystem::path parts{path};
-    return !path.empty() && parts.is_relative() && std::find(parts.begin(), parts.end(), "..") == parts.end();
+    return !path.empty() && parts.is_relative() &&
+           std::find(parts.begin(), parts.end(), "..") == parts.end();
 }
 
 bool isPlain(char c) noexcept
@@ -37,7 +36,8 @@ bool isPlain(char c) noexcept
     return c >= ' ' && c <= '~' && c != '%';
 }
 
-// A file's name is any bytes, a JSON string is not: the others are written as "%" and two hexadecimal digits.
+// A file's name is any bytes, a JSON string is not: the others are written as "%" and two
+// hexadecimal digits.
 std::string encoded(std::string_view path)
 {
     std::string text;
@@ -57,7 +57,9 @@ std::string decoded(std::string_view text)
     while (!text.empty()) {
         unsigned int byte = 0;
         if (text.front() != '%' ||
-            std::from_chars(text.data() + 1, text.data() + std::min<std::size_t>(text.size(), 3), byte, 16).ec != std::errc{}) {
+            std::from_chars(text.data() + 1, text.data() + std::min<std::size_t>(text.size(), 3),
+                            byte, 16)
+                    .ec != std::errc{}) {
             path += text.front();
             text.remove_prefix(1);
             continue;
@@ -95,23 +97,13 @@ bool readFiles(const gps::Dictionary& json, Manifest& manifest)
         const auto* const hash = file != nullptr ? file->findString("hash") : nullptr;
         if (path == nullptr || bytes == nullptr || hash == nullptr || !staysBelow(decoded(*path)))
             return false;
-        manifest.files.push_back({decoded(*path), static_cast<std::uint64_t>(bytes->int64Value()), *hash});
+        manifest.files.push_back(
+            {decoded(*path), static_cast<std::uint64_t>(bytes->int64Value()), *hash});
     }
     return true;
 }
 
 } // namespace
-
-std::string hashOf(std::string_view bytes)
-{
-    std::uint64_t hash = kFnvBasis;
-    for (const char byte : bytes)
-        hash = (hash ^ static_cast<unsigned char>(byte)) * kFnvPrime;
-    std::string text(16, '0');
-    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4)
-        *digit = kDigits[hash & 15];
-    return text;
-}
 
 std::string manifestText(const Manifest& manifest)
 {
@@ -120,10 +112,13 @@ std::string manifestText(const Manifest& manifest)
         folders.emplace_back(encoded(folder));
     gps::Array files;
     for (const auto& file : manifest.files)
-        files.emplace_back(
-            gps::Dictionary{{"path", encoded(file.path)}, {"size", static_cast<std::int64_t>(file.size)}, {"hash", file.hash}});
+        files.emplace_back(gps::Dictionary{{"path", encoded(file.path)},
+                                           {"size", static_cast<std::int64_t>(file.size)},
+                                           {"hash", file.hash}});
     std::string text;
-    appendJson(text, gps::Dictionary{{"device", manifest.device}, {"folders", std::move(folders)}, {"files", std::move(files)}});
+    appendJson(text, gps::Dictionary{{"device", manifest.device},
+                                     {"folders", std::move(folders)},
+                                     {"files", std::move(files)}});
     return text + '\n';
 }
 

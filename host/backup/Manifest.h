@@ -3,13 +3,13 @@
 
 #pragma once
 
+#include <gps/Error.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gps/Error.h>
 
 namespace host {
 
@@ -28,10 +28,6 @@ struct Manifest {
 
 inline constexpr char kManifestName[] = "manifest.json";
 inline constexpr char kFilesName[] = "files"; ///< the folder with the files
-
-/// A hash that finds damage, as 16 hexadecimal digits. Not made against forgery.
-/// Source: FNV-1a, 64 bits, draft-eastlake-fnv.
-[[nodiscard]] std::string hashOf(std::string_view bytes);
 
 [[nodiscard]] std::string manifestText(const Manifest& manifest);
 

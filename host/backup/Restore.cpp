@@ -2,14 +2,15 @@
 
 #include "host/backup/Restore.h"
 
+#include "host/base/HostError.h"
+#include "host/files/Files.h"
+#include "host/files/Hash.h"
+
+#include <platform/System/FileManager.h>
+
 #include <algorithm>
 #include <set>
 #include <utility>
-
-#include "host/backup/Files.h"
-#include "host/operations/HostError.h"
-
-#include <platform/System/FileManager.h>
 
 namespace host {
 
@@ -25,7 +26,8 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
         if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
             return failure;
         if (bytes.size() != file.size || hashOf(bytes) != file.hash)
-            return hostError("A file of the backup is damaged", "Choose another backup", pathOf(file));
+            return hostError("A file of the backup is damaged", "Choose another backup",
+                             pathOf(file));
     }
     return std::nullopt;
 }
@@ -39,11 +41,12 @@ bool Restore::isOn(const std::string& device) const
 bool Restore::isOn(const std::string& device, const BackedUpFile& file)
 {
     std::string present;
-    return !gps::FileManager{}.readFile(gps::joinPath(device, file.path), present) && present.size() == file.size &&
-           hashOf(present) == file.hash;
+    return !gps::FileManager{}.readFile(gps::joinPath(device, file.path), present) &&
+           present.size() == file.size && hashOf(present) == file.hash;
 }
 
-std::optional<gps::Error> Restore::write(const std::string& device, std::vector<std::string>& written) const
+std::optional<gps::Error> Restore::write(const std::string& device,
+                                         std::vector<std::string>& written) const
 {
     for (const auto& file : manifest_.files) {
         if (isOn(device, file))

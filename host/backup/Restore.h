@@ -3,11 +3,11 @@
 
 #pragma once
 
+#include "host/backup/Manifest.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "host/backup/Manifest.h"
 
 namespace host {
 
@@ -20,13 +20,15 @@ public:
     /// Whether each file is on the device as the backup has it.
     [[nodiscard]] bool isOn(const std::string& device) const;
 
-    /// Writes each file, atomically, where it does not hold the same already, and stops at the first one that cannot be written.
+    /// Writes each file, atomically, where it does not hold the same already, and stops at the
+    /// first one that cannot be written.
     /// @param device   where the device is now
     /// @param written  gets the paths, from the device's place, of the files written
-    [[nodiscard]] std::optional<gps::Error> write(const std::string& device, std::vector<std::string>& written) const;
+    [[nodiscard]] std::optional<gps::Error> write(const std::string& device,
+                                                  std::vector<std::string>& written) const;
 
-    /// The files that lie in the backup's folders on the device but are not in the backup, by their paths from the device's
-    /// place.
+    /// The files that lie in the backup's folders on the device but are not in the backup, by their
+    /// paths from the device's place.
     [[nodiscard]] std::vector<std::string> strangers(const std::string& device) const;
 
 private:

@@ -2,15 +2,15 @@
 
 #include "host/bundle/DeviceChoice.h"
 
+#include "host/base/HostError.h"
+#include "host/base/Text.h"
+
+#include <platform/System/UserDefaults.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
-
-#include "host/formats/Text.h"
-#include "host/operations/HostError.h"
-
-#include <platform/System/UserDefaults.h>
 
 namespace host {
 namespace {
@@ -28,7 +28,8 @@ std::string withoutEndSlash(std::string path)
 bool isSamePlace(const std::string& a, const std::string& b)
 {
     std::error_code failed;
-    return withoutEndSlash(a) == withoutEndSlash(b) || (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
+    return withoutEndSlash(a) == withoutEndSlash(b) ||
+           (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
 }
 
 std::string locations(const std::vector<Driver>& drivers)
@@ -49,25 +50,29 @@ std::optional<gps::Error> driversOfName(const std::string& name, std::vector<Dri
     if (!drivers.empty())
         return std::nullopt;
     return hostError("There is no driver \"" + name + '"',
-                     all.empty() ? "The plug-in offers no driver at all"
-                                 : "The drivers are: " + driverNames(all) +
-                                       ". One for serial ports is offered only while there is a port");
+                     all.empty()
+                         ? "The plug-in offers no driver at all"
+                         : "The drivers are: " + driverNames(all) +
+                               ". One for serial ports is offered only while there is a port");
 }
 
 // The driver that lists the device, with the device's place in its list.
-std::optional<std::pair<Driver, std::size_t>> findDevice(const std::vector<Driver>& drivers, const std::string& location)
+std::optional<std::pair<Driver, std::size_t>> findDevice(const std::vector<Driver>& drivers,
+                                                         const std::string& location)
 {
     for (const auto& driver : drivers) {
         const auto devices = devicesOf(*driver);
-        const auto found = std::find_if(devices.begin(), devices.end(),
-                                        [&](const Device& device) { return isSamePlace(device.location, location); });
+        const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& device) {
+            return isSamePlace(device.location, location);
+        });
         if (found != devices.end())
             return std::pair{driver, static_cast<std::size_t>(found - devices.begin())};
     }
     return std::nullopt;
 }
 
-void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> folders, const std::string& folder)
+void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> folders,
+                   const std::string& folder)
 {
     folders.push_back(withoutEndSlash(folder));
     useTestFolders(folders);
@@ -78,14 +83,17 @@ void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> 
 }
 
 // @param isOneWished  whether the drivers are those of a name that was given
-gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& location, bool isOneWished)
+gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& location,
+                        bool isOneWished)
 {
     const auto places = locations(drivers);
     std::string advice = "The devices are at: " + places;
     if (places.empty() && isOneWished)
-        advice = "This driver finds no device at all; leave out --driver, or see what \"magellangps devices --explain\" tells";
+        advice = "This driver finds no device at all; leave out --driver, or see what "
+                 "\"magellangps devices --explain\" tells";
     else if (places.empty())
-        advice = "No mounted receiver and no serial port was found; connect one, or see what \"magellangps devices --explain\" "
+        advice = "No mounted receiver and no serial port was found; connect one, or see what "
+                 "\"magellangps devices --explain\" "
                  "tells";
     return hostError("There is no device at this place", std::move(advice), location);
 }
@@ -94,11 +102,13 @@ gps::Error nothingReady()
 {
     return hostError(
         "No device is ready",
-        "Connect a receiver and wait until it is mounted, or connect it to a serial port; give a folder that holds a "
+        "Connect a receiver and wait until it is mounted, or connect it to a serial port; give a "
+        "folder that holds a "
         "receiver's files with --test-folder; or see what \"magellangps devices --explain\" tells");
 }
 
-std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const DeviceWish& wish, Driver& chosen)
+std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const DeviceWish& wish,
+                                       Driver& chosen)
 {
     auto found = findDevice(drivers, *wish.device);
     std::error_code ignored;
@@ -112,8 +122,10 @@ std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const
     if (auto* const menu = deviceMenu(*driver))
         menu->pick(index);
     if (!wish.driver && !driver->isReady())
-        return hostError("The device is not ready: its files may not be read",
-                         "Check their permissions, or name the driver with --driver to see its own error", *wish.device);
+        return hostError(
+            "The device is not ready: its files may not be read",
+            "Check their permissions, or name the driver with --driver to see its own error",
+            *wish.device);
     chosen = driver;
     return std::nullopt;
 }
@@ -135,7 +147,8 @@ std::string driverName(const gps::GPSPlugInProtocol& driver)
 std::string driverNames(const std::vector<Driver>& drivers)
 {
     std::vector<std::string> names(drivers.size());
-    std::transform(drivers.begin(), drivers.end(), names.begin(), [](const Driver& driver) { return driverName(*driver); });
+    std::transform(drivers.begin(), drivers.end(), names.begin(),
+                   [](const Driver& driver) { return driverName(*driver); });
     return joined(names, ", ");
 }
 
@@ -183,7 +196,8 @@ void useTestFolders(const std::vector<std::string>& folders)
     gps::UserDefaults::standard().setForThisRun(kTestFoldersKey, std::move(list));
 }
 
-std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const DeviceWish& wish, Driver& chosen)
+std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const DeviceWish& wish,
+                                       Driver& chosen)
 {
     auto candidates = drivers;
     if (wish.driver) {
@@ -192,24 +206,25 @@ std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const
     }
     if (wish.device)
         return chooseWished(candidates, wish, chosen);
-    const auto found = std::find_if(candidates.begin(), candidates.end(),
-                                    [&](const Driver& driver) { return wish.driver || driver->isReady(); });
+    const auto found =
+        std::find_if(candidates.begin(), candidates.end(),
+                     [&](const Driver& driver) { return wish.driver || driver->isReady(); });
     if (found == candidates.end())
         return nothingReady();
     chosen = *found;
     return std::nullopt;
 }
 
-std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers, const std::optional<std::string>& name,
-                                         Driver& chosen)
+std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers,
+                                         const std::optional<std::string>& name, Driver& chosen)
 {
     auto candidates = drivers;
     if (name) {
         if (auto failure = driversOfName(*name, candidates))
             return failure;
     }
-    const auto found =
-        std::find_if(candidates.begin(), candidates.end(), [](const Driver& driver) { return driver->fileTypes(); });
+    const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                    [](const Driver& driver) { return driver->fileTypes(); });
     if (found == candidates.end())
         return hostError(name ? "This driver cannot import files" : "No driver can import files",
                          "See what \"magellangps info\" lists");

@@ -3,14 +3,14 @@
 
 #pragma once
 
+#include "host/bundle/PlugInBundle.h"
+
+#include <gps/View.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "host/bundle/PlugInBundle.h"
-
-#include <gps/View.h>
 
 namespace host {
 
@@ -47,17 +47,22 @@ struct Device {
 /// The pop-up in a driver's view that lists its devices; null without one.
 [[nodiscard]] gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver);
 
-/// Puts folders in front of the stored ones for this run; drivers see them when they are made or look again.
+/// Puts folders in front of the stored ones for this run; drivers see them when they are made or
+/// look again.
 void useTestFolders(const std::vector<std::string>& folders);
 
-/// Chooses the driver and selects the device in it. A wished device that no driver lists, but that is a folder, becomes one
-/// more test folder. A named driver is chosen even where it is not ready, so that its own error is seen.
+/// Chooses the driver and selects the device in it. A wished device that no driver lists, but that
+/// is a folder, becomes one more test folder. A named driver is chosen even where it is not ready,
+/// so that its own error is seen.
 /// @param chosen  out: untouched after a failure
 /// @return        why there is nothing to work on, with what there is instead
-[[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const DeviceWish& wish, Driver& chosen);
+[[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,
+                                                     const DeviceWish& wish, Driver& chosen);
 
-/// Chooses the driver for an import: the first that can import files, of all or of those with that name.
-[[nodiscard]] std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers, const std::optional<std::string>& name,
+/// Chooses the driver for an import: the first that can import files, of all or of those with that
+/// name.
+[[nodiscard]] std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers,
+                                                       const std::optional<std::string>& name,
                                                        Driver& chosen);
 
 } // namespace host

@@ -2,16 +2,16 @@
 
 #include "host/bundle/PlugInBundle.h"
 
+#include "host/base/HostError.h"
+
+#include <platform/System/Bundle.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include <dlfcn.h>
-
-#include "host/operations/HostError.h"
-
-#include <platform/System/Bundle.h>
 
 namespace host {
 namespace {
@@ -22,7 +22,8 @@ constexpr char kBundleName[] = "MagellanGPSPlugin.bundle";
 
 gps::Error refusal(const std::string& what, const std::string& path)
 {
-    return hostError(what, "Name a working plug-in bundle with --plugin, or install the program again", path);
+    return hostError(
+        what, "Name a working plug-in bundle with --plugin, or install the program again", path);
 }
 
 std::optional<gps::Error> openModule(const std::string& path, void*& module)
@@ -36,7 +37,8 @@ std::optional<gps::Error> openModule(const std::string& path, void*& module)
         return refusal("The plug-in bundle has no readable Info.plist that names its module", path);
     module = ::dlopen(executable->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (module == nullptr)
-        return refusal(std::string{"The plug-in's module cannot be loaded: "} + ::dlerror(), *executable);
+        return refusal(std::string{"The plug-in's module cannot be loaded: "} + ::dlerror(),
+                       *executable);
     return std::nullopt;
 }
 
@@ -49,7 +51,8 @@ std::optional<gps::Error> findLoader(const std::string& path, gps::VeloranPlugIn
     const auto* principalClass = info.findString("NSPrincipalClass");
     if (principalClass == nullptr)
         return refusal("The plug-in bundle's Info.plist names no principal class", path);
-    const auto entry = reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module, gps::kPrincipalClassEntry));
+    const auto entry =
+        reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module, gps::kPrincipalClassEntry));
     if (entry == nullptr)
         return refusal("The plug-in's module is no GPS plug-in", path);
     loader = entry(principalClass->c_str());
@@ -75,7 +78,8 @@ std::vector<Driver> allOf(std::optional<gps::PlugInEnumerator> enumerator)
 std::vector<std::string> bundlePlaces(const std::string& program)
 {
     const fs::path folder = fs::path{program}.parent_path();
-    return {folder / kBundleName, folder.parent_path() / HOST_LIBRARY_FOLDER / "magellangps" / kBundleName};
+    return {folder / kBundleName,
+            folder.parent_path() / HOST_LIBRARY_FOLDER / "magellangps" / kBundleName};
 }
 
 std::optional<std::string> findBundle(const std::optional<std::string>& given)
@@ -84,8 +88,9 @@ std::optional<std::string> findBundle(const std::optional<std::string>& given)
         return given;
     std::error_code ignored;
     const auto places = bundlePlaces(fs::read_symlink("/proc/self/exe", ignored).string());
-    const auto found =
-        std::find_if(places.begin(), places.end(), [&](const std::string& place) { return fs::is_directory(place, ignored); });
+    const auto found = std::find_if(places.begin(), places.end(), [&](const std::string& place) {
+        return fs::is_directory(place, ignored);
+    });
     return found != places.end() ? std::optional{*found} : std::nullopt;
 }
 
@@ -102,8 +107,8 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     loaded.plugInClass = loader->piClass();
     loaded.apiVersion = loader->piAPIVersion();
     if (loaded.apiVersion != kLoaderAPIVersion)
-        return refusal("The plug-in speaks version " + std::to_string(loaded.apiVersion) + " of the interface, not " +
-                           std::to_string(kLoaderAPIVersion),
+        return refusal("The plug-in speaks version " + std::to_string(loaded.apiVersion) +
+                           " of the interface, not " + std::to_string(kLoaderAPIVersion),
                        path);
     loaded.drivers = allOf(loader->piGetPlugInsForClass(loaded.plugInClass));
     loaded.loader = loader;
@@ -114,8 +119,10 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
 void addNewDrivers(PlugInBundle& bundle)
 {
     for (auto& offered : allOf(bundle.loader->piGetPlugInsForClass(bundle.plugInClass))) {
-        const auto isKnown = std::any_of(bundle.drivers.begin(), bundle.drivers.end(),
-                                         [&](const Driver& known) { return known->className() == offered->className(); });
+        const auto isKnown =
+            std::any_of(bundle.drivers.begin(), bundle.drivers.end(), [&](const Driver& known) {
+                return known->className() == offered->className();
+            });
         if (!isKnown)
             bundle.drivers.push_back(std::move(offered));
     }

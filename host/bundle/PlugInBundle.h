@@ -3,15 +3,15 @@
 
 #pragma once
 
+#include <gps/Error.h>
+#include <gps/GPSPlugInProtocol.h>
+#include <gps/VeloranPlugIn.h>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gps/Error.h>
-#include <gps/GPSPlugInProtocol.h>
-#include <gps/VeloranPlugIn.h>
 
 namespace host {
 
@@ -31,8 +31,8 @@ struct PlugInBundle {
     gps::VeloranPlugIn* loader = nullptr;
 };
 
-/// The places where the bundle is looked for when none is named: beside the program, as in a build tree, then where the
-/// installation puts it, seen from the program.
+/// The places where the bundle is looked for when none is named: beside the program, as in a build
+/// tree, then where the installation puts it, seen from the program.
 /// @param program  the program's own file
 [[nodiscard]] std::vector<std::string> bundlePlaces(const std::string& program);
 
@@ -45,8 +45,8 @@ struct PlugInBundle {
 /// @return        one sentence that says what is missing or broken
 [[nodiscard]] std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle);
 
-/// Asks a loaded bundle again for its drivers, since one may be offered only while there is a device for it. Those of a class
-/// that is there already stay as they are.
+/// Asks a loaded bundle again for its drivers, since one may be offered only while there is a
+/// device for it. Those of a class that is there already stay as they are.
 /// @param bundle  gets the new ones after its own
 void addNewDrivers(PlugInBundle& bundle);
 

@@ -2,6 +2,11 @@
 
 #include "host/bundle/SerialPort.h"
 
+#include "host/base/HostError.h"
+
+#include <platform/OrvUtils/OrvSerial.h>
+#include <platform/System/UserDefaults.h>
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -15,11 +20,6 @@
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include "host/operations/HostError.h"
-
-#include <platform/OrvUtils/OrvSerial.h>
-#include <platform/System/UserDefaults.h>
 
 namespace host {
 namespace {
@@ -66,11 +66,13 @@ std::string howToGetPermission(const std::string& port)
     const auto user = userName();
     const auto owning = groupOf(port, user);
     if (!owning)
-        return "It is for its owner alone; ask whoever looks after this machine for the permission to read and write it";
+        return "It is for its owner alone; ask whoever looks after this machine for the permission "
+               "to read and write it";
     if (owning->hasUser)
-        return "It is for the group " + owning->name + ", which you have joined since you logged in: log out, and in again";
-    return "It is for the group " + owning->name + ". Join it with \"sudo usermod -aG " + owning->name + ' ' + user +
-           "\", then log out, and in again";
+        return "It is for the group " + owning->name +
+               ", which you have joined since you logged in: log out, and in again";
+    return "It is for the group " + owning->name + ". Join it with \"sudo usermod -aG " +
+           owning->name + ' ' + user + "\", then log out, and in again";
 }
 
 } // namespace
@@ -86,7 +88,8 @@ void useSerialPort(const std::string& place)
 {
     auto& defaults = gps::UserDefaults::standard();
     gps::Array ports;
-    for (auto& stored : defaults.stringArrayForKey(gps::kTestPortsKey).value_or(std::vector<std::string>{}))
+    for (auto& stored :
+         defaults.stringArrayForKey(gps::kTestPortsKey).value_or(std::vector<std::string>{}))
         ports.emplace_back(std::move(stored));
     ports.emplace_back(place);
     defaults.setForThisRun(gps::kTestPortsKey, std::move(ports));
@@ -108,19 +111,24 @@ gps::Error whyPortFails(const std::string& port, int errorNumber)
         return hostError("The port can be opened now", "Try again", port);
     case EBUSY:
         return hostError("Another program has the port open",
-                         "Close that program, and try again; \"fuser -v " + port + "\" tells which one it is", port);
+                         "Close that program, and try again; \"fuser -v " + port +
+                             "\" tells which one it is",
+                         port);
     case EACCES:
     case EPERM:
         return hostError("You have no permission to use the port", howToGetPermission(port), port);
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return hostError("The port is gone",
-                         "Plug the receiver or its adapter in again, and see what \"magellangps devices\" lists", port);
+        return hostError(
+            "The port is gone",
+            "Plug the receiver or its adapter in again, and see what \"magellangps devices\" lists",
+            port);
     case ENOTTY:
         return hostError("This is no serial port", "See what \"magellangps devices\" lists", port);
     default:
-        return systemError("The port cannot be opened", "Unplug the receiver or its adapter, plug it in again, and try again",
+        return systemError("The port cannot be opened",
+                           "Unplug the receiver or its adapter, plug it in again, and try again",
                            port, errorNumber);
     }
 }
@@ -132,7 +140,8 @@ gps::Error inWords(const gps::Error& reported, const std::string& port)
     return {
         reported.domain(),
         reported.code(),
-        {{gps::kErrorDescriptionKey, "The connection to the receiver broke off (error " + std::to_string(reported.code()) + ')'},
+        {{gps::kErrorDescriptionKey, "The connection to the receiver broke off (error " +
+                                         std::to_string(reported.code()) + ')'},
          {gps::kErrorSuggestionKey, "Check the cable, and that the receiver is on, and try again"},
          {gps::kErrorPathKey, port}}};
 }

@@ -11,25 +11,32 @@
 namespace host {
 
 /// `info`: the plug-in and its drivers.
-[[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const Options& options,
+                                 const Console& console);
 
 /// `devices`: each driver's devices; with `--watch` again after each change, until interrupted.
-[[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options,
+                                    const Console& console);
 
 /// `acquire`: downloads from a device.
-[[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options,
+                                    const Console& console);
 
 /// `import`: imports files, one operation each.
-[[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const Options& options,
+                                   const Console& console);
 
 /// `send`: sends files to a device, after a backup of it.
-[[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const Options& options,
+                                 const Console& console);
 
 /// `restore`: lists a device's backups, or puts one back.
-[[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options,
+                                    const Console& console);
 
 /// `watch`: acquires from every receiver that appears, until it is told to end.
-[[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const Options& options, const Console& console);
+[[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const Options& options,
+                                  const Console& console);
 
 /// The whole program: reads the command line, loads the plug-in, runs the command.
 [[nodiscard]] ExitStatus runProgram(int argc, const char* const* argv);

@@ -2,9 +2,10 @@
 
 #include "host/cli/Console.h"
 
-#include <cstdio>
+#include "host/base/Sentences.h"
+#include "host/base/Text.h"
 
-#include "host/formats/Text.h"
+#include <cstdio>
 
 namespace host {
 namespace {
@@ -15,17 +16,6 @@ void say(std::string_view prefix, std::string_view text)
     line += displayText(text);
     line += '\n';
     std::fputs(line.c_str(), stderr);
-}
-
-void appendSentence(std::string& text, std::string_view sentence)
-{
-    if (sentence.empty())
-        return;
-    if (!text.empty())
-        text += ' ';
-    text += sentence;
-    if (std::string_view{".!?"}.find(sentence.back()) == std::string_view::npos)
-        text += '.';
 }
 
 } // namespace
@@ -53,18 +43,6 @@ void Console::lines(std::string_view text) const
 {
     if (!quiet_)
         std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
-std::string sentencesOf(const gps::Error& error)
-{
-    std::string text;
-    appendSentence(text, error.description().value_or(""));
-    if (text.empty())
-        text = "Error " + std::to_string(error.code()) + " of the domain " + error.domain() + '.';
-    appendSentence(text, error.suggestion().value_or(""));
-    if (const auto path = error.path())
-        text += " Path: " + *path;
-    return text;
 }
 
 } // namespace host

@@ -1,21 +1,25 @@
 // SPDX-License-Identifier: MIT
-// Console: what the program says to the person at the terminal, on the standard error stream. [host thread]
+// Console: what the program says to the person at the terminal, on the standard error stream. [host
+// thread]
 
 #pragma once
+
+#include <gps/Error.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gps/Error.h>
 
 namespace host {
 
 class Console {
 public:
     /// @param quiet  whether notes are left unsaid
-    /// @param errors  gets the bad news, a text each, instead of the error stream; null: they are printed
-    explicit Console(bool quiet, std::vector<std::string>* errors = nullptr) : quiet_(quiet), errors_(errors) {}
+    /// @param errors  gets the bad news, a text each, instead of the error stream; null: they are
+    /// printed
+    explicit Console(bool quiet, std::vector<std::string>* errors = nullptr)
+        : quiet_(quiet), errors_(errors)
+    {}
 
     /// One line: the description, the recovery suggestion and the path, as far as there are any.
     void error(const gps::Error& error) const;
@@ -33,8 +37,5 @@ private:
     bool quiet_;
     std::vector<std::string>* errors_;
 };
-
-/// An error as plain sentences on one line.
-[[nodiscard]] std::string sentencesOf(const gps::Error& error);
 
 } // namespace host

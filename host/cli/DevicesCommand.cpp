@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/Commands.h"
-
-#include <chrono>
-#include <string>
-
+#include "host/base/Table.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/cli/Commands.h"
 #include "host/cli/Explanation.h"
-#include "host/formats/Table.h"
 
 #include <platform/System/DeviceMonitor.h>
 
 #include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <string>
 
 namespace host {
 namespace {
@@ -36,7 +35,9 @@ Json viewJson(const gps::GPSPlugInProtocol& driver)
     const auto* const button = view ? view->find<gps::Button>("deviceButton") : nullptr;
     const Json items = menu != nullptr ? Json(menu->items()) : Json::array();
     return {{"deviceListMenu",
-             {{"hidden", isHidden(menu)}, {"items", items}, {"selected", menu != nullptr ? orNull(menu->selected()) : Json()}}},
+             {{"hidden", isHidden(menu)},
+              {"items", items},
+              {"selected", menu != nullptr ? orNull(menu->selected()) : Json()}}},
             {"deviceButton", {{"hidden", isHidden(button)}}}};
 }
 
@@ -78,7 +79,11 @@ std::string authorizedText(const std::optional<bool>& authorized)
 std::string tableOf(const PlugInBundle& plugIn, bool explain)
 {
     // A location is there to be copied behind --device.
-    Table table{{{""}, {"Driver"}, {"Device"}, {"Authorized"}, {"Location", Table::Align::kLeft, std::string::npos}}};
+    Table table{{{""},
+                 {"Driver"},
+                 {"Device"},
+                 {"Authorized"},
+                 {"Location", Table::Align::kLeft, std::string::npos}}};
     bool isEmpty = true;
     for (const auto& driver : plugIn.drivers) {
         for (const auto& device : devicesOf(*driver)) {
@@ -97,7 +102,8 @@ void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
     bool hasSerialDriver = false;
     for (const auto& driver : plugIn.drivers) {
         hasSerialDriver |= driver->needsSerialRefresh();
-        if ((changes.volumes && driver->needsFileSystemRefresh()) || (changes.serialPorts && driver->needsSerialRefresh()))
+        if ((changes.volumes && driver->needsFileSystemRefresh()) ||
+            (changes.serialPorts && driver->needsSerialRefresh()))
             driver->refreshDeviceList();
     }
     if (changes.serialPorts && !hasSerialDriver)
@@ -109,7 +115,10 @@ void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
 ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console)
 {
     auto present = plugIn; // which gets drivers while it is watched
-    const auto text = [&] { return options.json ? documentOf(present, options.explain) : tableOf(present, options.explain); };
+    const auto text = [&] {
+        return options.json ? documentOf(present, options.explain)
+                            : tableOf(present, options.explain);
+    };
     if (!options.watch)
         return print(text(), console);
     gps::DeviceMonitor monitor; // before the first look, so that no change is missed

@@ -2,6 +2,16 @@
 
 #include "host/cli/Explanation.h"
 
+#include "host/base/Sentences.h"
+#include "host/base/Text.h"
+#include "host/bundle/DeviceChoice.h"
+#include "host/bundle/SerialPort.h"
+#include "host/cli/Console.h"
+
+#include <gps/GPSDeviceSearch.h>
+
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cerrno>
 #include <string_view>
@@ -11,22 +21,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "host/bundle/DeviceChoice.h"
-#include "host/bundle/SerialPort.h"
-#include "host/cli/Console.h"
-#include "host/formats/Text.h"
-
-#include <gps/GPSDeviceSearch.h>
-
-#include <nlohmann/json.hpp>
-
 namespace host {
 namespace {
 
 using Json = nlohmann::ordered_json;
 using Verdict = gps::SearchedPlace::Verdict;
 
-constexpr std::string_view kEnd = "\nA folder that holds a copy of a receiver's files is taken for one with --test-folder.\n";
+constexpr std::string_view kEnd =
+    "\nA folder that holds a copy of a receiver's files is taken for one with --test-folder.\n";
 
 std::string_view verdictText(Verdict verdict)
 {
@@ -46,7 +48,8 @@ bool mayOpen(const std::string& port)
     return ::faccessat(AT_FDCWD, port.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
 }
 
-/// A driver's places, with what the host itself finds out about a port: whether this user may open it.
+/// A driver's places, with what the host itself finds out about a port: whether this user may open
+/// it.
 std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
 {
     const auto* const search = dynamic_cast<const gps::GPSDeviceSearch*>(&driver);
@@ -62,7 +65,8 @@ std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
 
 std::string lineOf(const gps::SearchedPlace& place)
 {
-    auto line = place.location + " (" + place.sort + "), " + std::string{verdictText(place.verdict)} + ": " + place.reason + '.';
+    auto line = place.location + " (" + place.sort + "), " +
+                std::string{verdictText(place.verdict)} + ": " + place.reason + '.';
     if (!place.advice.empty())
         line += ' ' + place.advice + (place.advice.back() == '.' ? "" : ".");
     return "  " + displayText(line) + '\n';
@@ -74,8 +78,8 @@ void gatherPassedOver(std::vector<gps::SearchedPlace>& places)
     std::vector<gps::SearchedPlace> gathered;
     for (auto& place : places) {
         const auto isAlike = [&](const gps::SearchedPlace& other) {
-            return place.verdict == Verdict::kPassedOver && other.verdict == Verdict::kPassedOver && other.sort == place.sort &&
-                   other.reason == place.reason;
+            return place.verdict == Verdict::kPassedOver && other.verdict == Verdict::kPassedOver &&
+                   other.sort == place.sort && other.reason == place.reason;
         };
         const auto alike = std::find_if(gathered.begin(), gathered.end(), isAlike);
         if (alike != gathered.end())
@@ -90,7 +94,8 @@ std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
 {
     auto places = placesOf(driver);
     gatherPassedOver(places);
-    std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
+    std::stable_sort(places.begin(), places.end(),
+                     [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
     auto text = driverName(driver) + ":\n";
     for (const auto& place : places)
         text += lineOf(place);
@@ -108,9 +113,9 @@ std::string explanationOf(const PlugInBundle& plugIn)
         hasSerialDriver = hasSerialDriver || driver->needsSerialRefresh();
     }
     if (!hasSerialDriver)
-        text +=
-            "No serial port was found. A cable's adapter makes one when it is plugged in; one that is not listed can be named "
-            "with --device.\n";
+        text += "No serial port was found. A cable's adapter makes one when it is plugged in; one "
+                "that is not listed can be named "
+                "with --device.\n";
     return text.append(kEnd);
 }
 

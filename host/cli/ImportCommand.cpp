@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/Commands.h"
-
 #include "host/bundle/DeviceChoice.h"
-#include "host/cli/Download.h"
+#include "host/cli/Commands.h"
+#include "host/transfer/Download.h"
 
 namespace host {
 

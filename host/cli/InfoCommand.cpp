@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/base/Text.h"
 #include "host/cli/Commands.h"
-
-#include <memory>
-#include <string>
-
-#include "host/formats/Text.h"
 #include "host/operations/EventStream.h"
 
 #include <nlohmann/json.hpp>
+
+#include <memory>
+#include <string>
 
 namespace host {
 namespace {

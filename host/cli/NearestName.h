@@ -9,7 +9,8 @@
 
 namespace host {
 
-/// The name that a word is most like: at most three letters added, left out or changed, and less than half of the name.
+/// The name that a word is most like: at most three letters added, left out or changed, and less
+/// than half of the name.
 /// @return  empty where no name is so near
 [[nodiscard]] std::string nearestName(std::string_view word, const std::vector<std::string>& names);
 

@@ -2,18 +2,18 @@
 
 #include "host/cli/Options.h"
 
-#include <string_view>
-#include <utility>
-#include <vector>
-
+#include "host/base/Text.h"
 #include "host/cli/NearestName.h"
 #include "host/cli/RawOptions.h"
 #include "host/completions/Completions.h"
 #include "host/formats/Formats.h"
-#include "host/formats/Text.h"
 #include "host/operations/Operation.h"
 
 #include <CLI/CLI.hpp>
+
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -27,103 +27,149 @@ Examples:
   magellangps send trip.gpx --dry-run              what a send would change
 )";
 
-constexpr char kGlobalHint[] = "The global options of \"magellangps --help\" are accepted here, too.\n";
+constexpr char kGlobalHint[] =
+    "The global options of \"magellangps --help\" are accepted here, too.\n";
 
 void addGlobalOptions(CLI::App& app, RawOptions& raw)
 {
     auto& options = raw.options;
-    app.add_option("--plugin", options.plugin, "Load this plug-in bundle instead of the installed one")->type_name("BUNDLE");
-    app.add_option("--test-folder", options.testFolders, "Treat this folder like a mounted volume; may be repeated")
+    app.add_option("--plugin", options.plugin,
+                   "Load this plug-in bundle instead of the installed one")
+        ->type_name("BUNDLE");
+    app.add_option("--test-folder", options.testFolders,
+                   "Treat this folder like a mounted volume; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false);
-    app.add_option("--debug", options.debug, "Put \"debug\" with this number into the operation's options")->type_name("N");
+    app.add_option("--debug", options.debug,
+                   "Put \"debug\" with this number into the operation's options")
+        ->type_name("N");
     app.add_flag("--json", options.json, "Print what info and devices tell as one JSON document");
-    app.add_flag("--events", options.events, "Print each call that the plug-in makes as one JSON line, then a result line");
-    auto* const quiet = app.add_flag("-q", options.quiet, "Write nothing but errors on the standard error stream");
-    app.add_flag("-v", options.verbose, "Print the system log's lines on the standard error stream, too")->excludes(quiet);
+    app.add_flag("--events", options.events,
+                 "Print each call that the plug-in makes as one JSON line, then a result line");
+    auto* const quiet =
+        app.add_flag("-q", options.quiet, "Write nothing but errors on the standard error stream");
+    app.add_flag("-v", options.verbose,
+                 "Print the system log's lines on the standard error stream, too")
+        ->excludes(quiet);
 }
 
 void addFixDatesOption(CLI::App& command, RawOptions& raw)
 {
     command
-        .add_option(
-            "--fix-dates", raw.fixDates,
-            "Mend dates of a receiver whose week count has rolled over: \"auto\" adds 1024 weeks to those that look 1024 weeks "
-            "old, a number adds so many to all; by default \"off\"")
+        .add_option("--fix-dates", raw.fixDates,
+                    "Mend dates of a receiver whose week count has rolled over: \"auto\" adds 1024 "
+                    "weeks to those that look 1024 weeks "
+                    "old, a number adds so many to all; by default \"off\"")
         ->type_name("auto|off|WEEKS");
 }
 
 void addDownloadOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
-    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
-    command.add_option("-o,--output", options.output, "Write the records to this file; \"-\" is the standard output")
+    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")
+        ->type_name("NAME");
+    command
+        .add_option("-o,--output", options.output,
+                    "Write the records to this file; \"-\" is the standard output")
         ->type_name("FILE");
-    command.add_option("--format", raw.format, "The output's format, where the file's extension does not tell: " + formatNames())
+    command
+        .add_option("--format", raw.format,
+                    "The output's format, where the file's extension does not tell: " +
+                        formatNames())
         ->type_name("FORMAT");
-    command.add_flag("--summary", options.summary, "Print the summary table, although there is an output file");
+    command.add_flag("--summary", options.summary,
+                     "Print the summary table, although there is an output file");
     addFixDatesOption(command, raw);
     auto* const json =
-        command.add_option("--options", raw.driverOptions, "Hand exactly this JSON object to the driver as its options");
+        command.add_option("--options", raw.driverOptions,
+                           "Hand exactly this JSON object to the driver as its options");
     json->type_name("JSON");
-    command.add_flag("--no-waypoints", raw.noWaypoints, "Leave out waypoints and geocaches")->excludes(json);
+    command.add_flag("--no-waypoints", raw.noWaypoints, "Leave out waypoints and geocaches")
+        ->excludes(json);
     command.add_flag("--no-routes", raw.noRoutes, "Leave out routes")->excludes(json);
     command.add_flag("--no-tracks", raw.noTracks, "Leave out tracks")->excludes(json);
 }
 
 void addDeviceOption(CLI::App& command, RawOptions& raw)
 {
-    command.add_option("--device", raw.options.device, "Use the device at this place; a folder with a receiver's files will do")
+    command
+        .add_option("--device", raw.options.device,
+                    "Use the device at this place; a folder with a receiver's files will do")
         ->type_name("LOCATION");
 }
 
 CLI::Option* addBackupOptions(CLI::App& command, RawOptions& raw)
 {
-    command.add_option("--keep-backups", raw.options.mostBackups, "Keep so many backups of a device, by default 10")
+    command
+        .add_option("--keep-backups", raw.options.mostBackups,
+                    "Keep so many backups of a device, by default 10")
         ->type_name("N");
     return command
-        .add_option("--backup", raw.options.backupFolder, "Keep the backups in this folder instead of the user's state folder")
+        .add_option("--backup", raw.options.backupFolder,
+                    "Keep the backups in this folder instead of the user's state folder")
         ->type_name("DIR");
 }
 
 void addSendOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
-    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
+    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")
+        ->type_name("NAME");
     addDeviceOption(command, raw);
-    auto* const files = command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
-    auto* const data = command.add_option("--data", options.data, "Send this JSON file's data dictionary instead, as it stands");
+    auto* const files =
+        command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
+    auto* const data = command.add_option(
+        "--data", options.data, "Send this JSON file's data dictionary instead, as it stands");
     data->type_name("FILE")->excludes(files);
     auto* const backup = addBackupOptions(command, raw);
-    command.add_flag("--no-backup", raw.noBackup, "Keep no copy of the device's data folders")->excludes(backup);
+    command.add_flag("--no-backup", raw.noBackup, "Keep no copy of the device's data folders")
+        ->excludes(backup);
     command.add_flag("--dry-run", options.dryRun, "Say what would be sent, and change nothing");
-    command.add_flag("--exact-names", options.exactNames, "Leave names and texts as the files have them")->excludes(data);
+    command
+        .add_flag("--exact-names", options.exactNames,
+                  "Leave names and texts as the files have them")
+        ->excludes(data);
 }
 
 void addRestoreOptions(CLI::App& command, RawOptions& raw)
 {
-    command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")->type_name("NAME");
+    command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")
+        ->type_name("NAME");
     addDeviceOption(command, raw);
     addBackupOptions(command, raw);
-    command.add_option("backup", raw.options.restored, "The backup to put back, as listed, or its folder")->type_name("BACKUP");
+    command
+        .add_option("backup", raw.options.restored,
+                    "The backup to put back, as listed, or its folder")
+        ->type_name("BACKUP");
 }
 
 void addDevicesOptions(CLI::App& command, RawOptions& raw)
 {
-    command.add_flag("--watch", raw.options.watch, "Stay, and print again when volumes or ports come and go");
-    command.add_flag("--explain", raw.options.explain, "Tell of every volume and port what was made of it, and why");
+    command.add_flag("--watch", raw.options.watch,
+                     "Stay, and print again when volumes or ports come and go");
+    command.add_flag("--explain", raw.options.explain,
+                     "Tell of every volume and port what was made of it, and why");
 }
 
 void addWatchOptions(CLI::App& command, RawOptions& raw)
 {
     auto& options = raw.options;
-    command.add_option("--into", options.into, "Write the files into this folder instead of the present one")->type_name("DIR");
-    command.add_option("--format", raw.format, "The files' format instead of GPX: " + formatNames())->type_name("FORMAT");
-    command.add_flag("--new-only", options.newOnly, "Save only what was not saved from that receiver before");
-    auto* const serial = command.add_flag("--serial", options.serial,
-                                          "Watch serial ports, too: each one that appears is asked for a receiver, which takes a "
-                                          "minute and a half where there is none");
-    command.add_option("--driver", options.driver, "Watch the devices of the driver of this name alone")
+    command
+        .add_option("--into", options.into,
+                    "Write the files into this folder instead of the present one")
+        ->type_name("DIR");
+    command
+        .add_option("--format", raw.format, "The files' format instead of GPX: " + formatNames())
+        ->type_name("FORMAT");
+    command.add_flag("--new-only", options.newOnly,
+                     "Save only what was not saved from that receiver before");
+    auto* const serial = command.add_flag(
+        "--serial", options.serial,
+        "Watch serial ports, too: each one that appears is asked for a receiver, which takes a "
+        "minute and a half where there is none");
+    command
+        .add_option("--driver", options.driver,
+                    "Watch the devices of the driver of this name alone")
         ->type_name("NAME")
         ->excludes(serial);
     addFixDatesOption(command, raw);
@@ -131,7 +177,8 @@ void addWatchOptions(CLI::App& command, RawOptions& raw)
 
 void addCommands(CLI::App& app, RawOptions& raw)
 {
-    const auto add = [&](const char* name, const char* what, Command command, const char* examples) {
+    const auto add = [&](const char* name, const char* what, Command command,
+                         const char* examples) {
         auto* const added = app.add_subcommand(name, what);
         added->fallthrough()->footer(std::string{kGlobalHint} + "\nExamples:\n" + examples);
         added->parse_complete_callback([&raw, command] { raw.options.command = command; });
@@ -139,33 +186,45 @@ void addCommands(CLI::App& app, RawOptions& raw)
     };
     add("info", "Show the plug-in and its drivers", Command::kInfo, "  magellangps info --json");
     addDevicesOptions(*add("devices", "List each driver's devices", Command::kDevices,
-                           "  magellangps devices --watch\n  magellangps devices --explain        why a receiver is not found"),
+                           "  magellangps devices --watch\n  magellangps devices --explain        "
+                           "why a receiver is not found"),
                       raw);
     auto* const acquire = add("acquire", "Download from a device", Command::kAcquire,
-                              "  magellangps acquire -o trip.gpx\n  magellangps acquire --device /media/RECEIVER --no-tracks");
+                              "  magellangps acquire -o trip.gpx\n  magellangps acquire --device "
+                              "/media/RECEIVER --no-tracks");
     addDownloadOptions(*acquire, raw);
     addDeviceOption(*acquire, raw);
-    auto* const import = add("import", "Import sentence files, each as one operation", Command::kImport,
-                             "  magellangps import TKLG001.log Home.upt -o trip.gpx");
+    auto* const import =
+        add("import", "Import sentence files, each as one operation", Command::kImport,
+            "  magellangps import TKLG001.log Home.upt -o trip.gpx");
     addDownloadOptions(*import, raw);
-    import->add_option("files", raw.options.files, "The files to import")->type_name("FILE")->required();
+    import->add_option("files", raw.options.files, "The files to import")
+        ->type_name("FILE")
+        ->required();
     addSendOptions(*add("send", "Send GPX files to a device", Command::kSend,
-                        "  magellangps send trip.gpx --dry-run\n  magellangps send trip.gpx --device /media/RECEIVER"),
+                        "  magellangps send trip.gpx --dry-run\n  magellangps send trip.gpx "
+                        "--device /media/RECEIVER"),
                    raw);
-    addRestoreOptions(*add("restore", "List the backups that sends have made, or put one back", Command::kRestore,
+    addRestoreOptions(*add("restore", "List the backups that sends have made, or put one back",
+                           Command::kRestore,
                            "  magellangps restore\n  magellangps restore 20260830T101500Z"),
                       raw);
-    addWatchOptions(*add("watch", "Stay, and acquire from every receiver that appears, each into its own file", Command::kWatch,
-                         "  magellangps watch --into tracks --new-only\n  magellangps watch --serial --format kml"),
-                    raw);
+    addWatchOptions(
+        *add("watch", "Stay, and acquire from every receiver that appears, each into its own file",
+             Command::kWatch,
+             "  magellangps watch --into tracks --new-only\n  magellangps watch --serial --format "
+             "kml"),
+        raw);
 }
 
 // For whoever installs the program: not shown in the help.
 const CLI::App* addCompletions(CLI::App& app, std::string& shell)
 {
-    auto* const added = app.add_subcommand("completions", "Print the script that completes this program's command line");
+    auto* const added = app.add_subcommand(
+        "completions", "Print the script that completes this program's command line");
     added->group("")->footer("Examples:\n  magellangps completions zsh");
-    added->add_option("shell", shell, "The shell: bash, zsh or fish")->check(CLI::IsMember({"bash", "zsh", "fish"}));
+    added->add_option("shell", shell, "The shell: bash, zsh or fish")
+        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
     return added;
 }
 
@@ -194,7 +253,8 @@ std::string guessFor(std::string_view word, const CLI::App& app)
 
 ParsedCommandLine mistake(std::string_view text)
 {
-    return {std::nullopt, "magellangps: " + displayText(text.substr(0, text.find('\n'))) + '\n', ExitStatus::kUsage};
+    return {std::nullopt, "magellangps: " + displayText(text.substr(0, text.find('\n'))) + '\n',
+            ExitStatus::kUsage};
 }
 
 // The option that the parser stopped at: the first word of what it says.
@@ -212,8 +272,11 @@ std::string inWords(const CLI::App& app, const CLI::ParseError& error)
 {
     constexpr std::string_view kExcludes = " excludes ";
     std::string_view said = error.what();
-    if (const auto at = said.find(kExcludes); dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr && at != said.npos) {
-        const auto word = [](std::string_view name) { return std::string{name == "files" ? "a FILE" : name}; };
+    if (const auto at = said.find(kExcludes);
+        dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr && at != said.npos) {
+        const auto word = [](std::string_view name) {
+            return std::string{name == "files" ? "a FILE" : name};
+        };
         return word(said.substr(0, at)) + " and " + word(said.substr(at + kExcludes.size())) +
                " exclude each other: leave one of them out";
     }
@@ -249,12 +312,15 @@ ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
     const auto& word = extras.front();
     const bool isOption = word.size() > 1 && word.front() == '-';
     const bool isCommand = !isOption && app.get_subcommands().empty();
-    const std::string what = isOption ? "unknown option \"" : isCommand ? "unknown command \"" : "unexpected argument \"";
+    const std::string what = isOption    ? "unknown option \""
+                             : isCommand ? "unknown command \""
+                                         : "unexpected argument \"";
     const auto guess = guessFor(word, app);
     return mistake(what + word + '"' + (guess.empty() ? helpHint(app) : guess));
 }
 
-// An option as "--device=", whose value the parser would take from the next word. @return  its name; empty: there is none
+// An option as "--device=", whose value the parser would take from the next word. @return  its
+// name; empty: there is none
 std::string withoutValue(int argc, const char* const* argv)
 {
     for (int i = 1; i < argc; ++i) {
@@ -272,7 +338,8 @@ std::string withoutValue(int argc, const char* const* argv)
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
 {
     RawOptions raw;
-    CLI::App app{"Downloads tracks, waypoints, routes and geocaches from GPS receivers.", "magellangps"};
+    CLI::App app{"Downloads tracks, waypoints, routes and geocaches from GPS receivers.",
+                 "magellangps"};
     app.set_version_flag("--version", "magellangps " HOST_VERSION);
     app.require_subcommand(0, 1);
     app.footer(kExamples);
@@ -304,8 +371,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
 
 gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath)
 {
-    gps::Dictionary dictionary = options.driverOptions.value_or(
-        gps::Dictionary{{"waypoints", options.waypoints}, {"routes", options.routes}, {"tracks", options.tracks}});
+    gps::Dictionary dictionary = options.driverOptions.value_or(gps::Dictionary{
+        {"waypoints", options.waypoints}, {"routes", options.routes}, {"tracks", options.tracks}});
     if (options.debug)
         dictionary.set("debug", *options.debug);
     if (!sourcePath.empty())

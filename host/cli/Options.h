@@ -3,17 +3,17 @@
 
 #pragma once
 
+#include "host/backup/Backup.h"
+#include "host/cli/ExitStatus.h"
+#include "host/formats/Formats.h"
+#include "host/operations/DateFix.h"
+
+#include <gps/Value.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "host/backup/Backup.h"
-#include "host/cli/ExitStatus.h"
-#include "host/formats/DateFix.h"
-#include "host/formats/Formats.h"
-
-#include <gps/Value.h>
 
 namespace host {
 
@@ -66,17 +66,20 @@ struct Options {
     bool serial = false;
 };
 
-/// What came out of reading a command line: either the options, or a text to print and the status to leave with.
+/// What came out of reading a command line: either the options, or a text to print and the status
+/// to leave with.
 struct ParsedCommandLine {
     std::optional<Options> options;
     std::string text;
-    ExitStatus status = ExitStatus::kSuccess; ///< success: the text was asked for and goes to the standard output
+    ExitStatus status =
+        ExitStatus::kSuccess; ///< success: the text was asked for and goes to the standard output
 };
 
 [[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
 /// The options dictionary for a driver's operation.
 /// @param sourcePath  the file to import; empty: the device is read
-[[nodiscard]] gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath = {});
+[[nodiscard]] gps::Dictionary driverOptions(const Options& options,
+                                            const std::string& sourcePath = {});
 
 } // namespace host

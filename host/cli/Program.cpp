@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/bundle/DeviceChoice.h"
+#include "host/bundle/SerialPort.h"
 #include "host/cli/Commands.h"
+#include "host/files/Output.h"
+
+#include <platform/System/Log.h>
 
 #include <exception>
 #include <string>
 
 #include <unistd.h>
-
-#include "host/bundle/DeviceChoice.h"
-#include "host/bundle/SerialPort.h"
-#include "host/formats/Output.h"
-
-#include <platform/System/Log.h>
 
 namespace host {
 namespace {
@@ -47,7 +46,8 @@ ExitStatus run(const Options& options, const Console& console)
         useSerialPort(*options.device);
     const auto path = findBundle(options.plugin);
     if (!path) {
-        console.error("The plug-in bundle is neither beside the program nor installed. Name it with --plugin.");
+        console.error("The plug-in bundle is neither beside the program nor installed. Name it "
+                      "with --plugin.");
         return ExitStatus::kNothingToWorkOn;
     }
     PlugInBundle plugIn;

@@ -2,14 +2,14 @@
 
 #include "host/cli/Progress.h"
 
+#include "host/operations/Operation.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-#include "host/operations/Operation.h"
 
 namespace host {
 namespace {
@@ -22,7 +22,9 @@ constexpr char kClear[] = "\r\033[K";
 
 std::string rate(std::uint64_t count, std::chrono::milliseconds time)
 {
-    return std::to_string(count * 1000 / static_cast<std::uint64_t>(std::max(time.count(), std::chrono::milliseconds::rep{1})));
+    return std::to_string(
+        count * 1000 /
+        static_cast<std::uint64_t>(std::max(time.count(), std::chrono::milliseconds::rep{1})));
 }
 
 std::string bytes(std::uint64_t count)
@@ -30,7 +32,8 @@ std::string bytes(std::uint64_t count)
     if (count < 1000)
         return std::to_string(count) + " bytes";
     const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
-    return std::to_string(count / unit) + '.' + std::to_string(count / (unit / 10) % 10) + (unit == 1000 ? " kB" : " MB");
+    return std::to_string(count / unit) + '.' + std::to_string(count / (unit / 10) % 10) +
+           (unit == 1000 ? " kB" : " MB");
 }
 
 std::uint64_t bytesOf(const gps::SerialTraffic& traffic)
@@ -44,13 +47,18 @@ std::string progressText(const Advance& advance)
 {
     std::string text{advance.phase};
     const auto& line = advance.line;
-    const auto records = std::to_string(advance.records) + (advance.records == 1 ? " record" : " records");
+    const auto records =
+        std::to_string(advance.records) + (advance.records == 1 ? " record" : " records");
     const auto speed = " at " + std::to_string(line.bitsPerSecond) + " bit/s";
     if (line.bitsPerSecond == 0)
-        return advance.records == 0 ? text : text + ": " + records + ", " + rate(advance.records, advance.time) + " records/s";
+        return advance.records == 0 ? text
+                                    : text + ": " + records + ", " +
+                                          rate(advance.records, advance.time) + " records/s";
     if (advance.records == 0)
-        return text + ": " + std::to_string(advance.time.count() / 1000) + " s, " + bytes(bytesOf(line)) + speed;
-    return text + ": " + records + ", " + bytes(bytesOf(line)) + "; " + rate(line.linesRead, advance.time) + " sentences/s, " +
+        return text + ": " + std::to_string(advance.time.count() / 1000) + " s, " +
+               bytes(bytesOf(line)) + speed;
+    return text + ": " + records + ", " + bytes(bytesOf(line)) + "; " +
+           rate(line.linesRead, advance.time) + " sentences/s, " +
            rate(bytesOf(line), advance.time) + " bytes/s" + speed;
 }
 
@@ -64,9 +72,11 @@ bool wantsProgress(const Options& options)
            !(printsMeanwhile && ::isatty(STDOUT_FILENO) == 1);
 }
 
-// Opened anew, since not to wait is a matter of the description, and others hold the one that the program was given.
+// Opened anew, since not to wait is a matter of the description, and others hold the one that the
+// program was given.
 Progress::Progress(bool isShown)
-    : terminal_(isShown ? ::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC) : -1)
+    : terminal_(isShown ? ::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)
+                        : -1)
 {}
 
 Progress::~Progress()

@@ -3,15 +3,15 @@
 
 #pragma once
 
-#include <chrono>
-#include <cstddef>
-#include <string>
-#include <string_view>
-
 #include "host/cli/Options.h"
 #include "host/operations/EventStream.h"
 
 #include <platform/OrvUtils/SerialTraffic.h>
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace host {
 
@@ -19,19 +19,21 @@ namespace host {
 struct Advance {
     std::string_view phase;
     std::size_t records = 0;
-    gps::SerialTraffic line{}; ///< what went over a serial line, and its speed; no speed: there is no such line
+    gps::SerialTraffic
+        line{}; ///< what went over a serial line, and its speed; no speed: there is no such line
     std::chrono::milliseconds time{};
 };
 
 /// One line without its end, short enough for 80 columns.
 [[nodiscard]] std::string progressText(const Advance& advance);
 
-/// Whether an operation with these options shows its progress: on a terminal that can print over a line, when nothing else is
-/// written to it meanwhile.
+/// Whether an operation with these options shows its progress: on a terminal that can print over a
+/// line, when nothing else is written to it meanwhile.
 [[nodiscard]] bool wantsProgress(const Options& options);
 
-/// Fed on the thread that takes an operation's events, and with an empty batch now and then while none comes, since a serial line
-/// can be silent for long. Never waits for the terminal: what it does not take at once is not shown.
+/// Fed on the thread that takes an operation's events, and with an empty batch now and then while
+/// none comes, since a serial line can be silent for long. Never waits for the terminal: what it
+/// does not take at once is not shown.
 class Progress {
 public:
     /// @param isShown  whether anything is printed at all

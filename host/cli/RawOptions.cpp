@@ -2,10 +2,10 @@
 
 #include "host/cli/RawOptions.h"
 
+#include "host/base/JsonText.h"
+
 #include <algorithm>
 #include <filesystem>
-
-#include "host/formats/JsonText.h"
 
 namespace host {
 namespace {
@@ -14,8 +14,9 @@ std::string extensionOf(const std::string& path)
 {
     auto extension = std::filesystem::path{path}.extension().string();
     extension.erase(0, 1);
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
     return extension;
 }
 
@@ -37,15 +38,16 @@ std::string checkOutput(RawOptions& raw)
     if (!options.output)
         return raw.format ? "--format is for an output file: name one with -o" : "";
     if (options.output == "-" && !raw.format)
-        return "the standard output has no extension: name its format with --format (" + formatNames() + ")";
+        return "the standard output has no extension: name its format with --format (" +
+               formatNames() + ")";
     if (options.output == "-" && options.events)
         return "--events and -o - both want the standard output";
     if (options.output == "-" && options.summary)
         return "--summary and -o - both want the standard output";
     const auto name = raw.format.value_or(extensionOf(*options.output));
     if (name.empty() && !raw.format)
-        return "the output file \"" + *options.output + "\" has no extension: name its format with --format (" + formatNames() +
-               ")";
+        return "the output file \"" + *options.output +
+               "\" has no extension: name its format with --format (" + formatNames() + ")";
     options.format = findFormat(name);
     if (options.format == nullptr)
         return unknownFormat(name);
@@ -72,8 +74,8 @@ std::string finish(RawOptions& raw)
     if (raw.fixDates) {
         const auto rule = readDateRule(*raw.fixDates);
         if (!rule)
-            return "--fix-dates wants auto, off or a number of weeks, at most " + std::to_string(DateRule::kMostWeeks) +
-                   " either way";
+            return "--fix-dates wants auto, off or a number of weeks, at most " +
+                   std::to_string(DateRule::kMostWeeks) + " either way";
         options.fixDates = *rule;
     }
     if (raw.driverOptions) {

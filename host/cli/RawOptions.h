@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// RawOptions: the command line as it was typed, each option well-formed by itself. What options mean together is checked here,
-// without touching a file.
+// RawOptions: the command line as it was typed, each option well-formed by itself. What options
+// mean together is checked here, without touching a file.
 
 #pragma once
 
+#include "host/cli/Options.h"
+
 #include <optional>
 #include <string>
-
-#include "host/cli/Options.h"
 
 namespace host {
 

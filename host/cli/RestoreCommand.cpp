@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/Commands.h"
-
-#include <algorithm>
-
 #include "host/backup/Backup.h"
 #include "host/backup/Restore.h"
+#include "host/base/HostError.h"
+#include "host/base/Table.h"
+#include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/cli/Commands.h"
 #include "host/cli/Progress.h"
-#include "host/formats/Table.h"
-#include "host/formats/Text.h"
-#include "host/operations/HostError.h"
 #include "host/operations/Operation.h"
 
 #include <gps/GPSFileDevice.h>
+
+#include <algorithm>
 
 namespace host {
 namespace {
@@ -31,12 +30,14 @@ std::string listOf(const std::vector<Backup>& backups)
 // A listed backup's name, or any backup's folder.
 std::string pathOf(const std::string& wanted, const std::vector<Backup>& backups)
 {
-    const auto found = std::find_if(backups.begin(), backups.end(), [&](const Backup& backup) { return backup.name == wanted; });
+    const auto found = std::find_if(backups.begin(), backups.end(),
+                                    [&](const Backup& backup) { return backup.name == wanted; });
     return found != backups.end() ? found->path : wanted;
 }
 
 // Puts the spared backup back, and keeps what was there.
-std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& device, std::string& report)
+std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& device,
+                                  std::string& report)
 {
     Restore restore;
     if (auto failure = restore.open(keeping.spared))
@@ -65,16 +66,20 @@ std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& dev
 ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console)
 {
     Driver driver;
-    if (const auto failure = chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+    if (const auto failure = chooseDevice(
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    const auto* const device = canSend(*driver) ? dynamic_cast<const gps::GPSFileDevice*>(driver.get()) : nullptr;
-    const DataFolders folders{selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
-                              device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
+    const auto* const device =
+        canSend(*driver) ? dynamic_cast<const gps::GPSFileDevice*>(driver.get()) : nullptr;
+    const DataFolders folders{
+        selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
+        device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
     if (device == nullptr || folders.device.empty()) {
         console.error("The driver " + driverName(*driver) +
-                      " has no device that backups are kept of. Connect a receiver that mounts as a disk, or name its place with "
+                      " has no device that backups are kept of. Connect a receiver that mounts as "
+                      "a disk, or name its place with "
                       "--device.");
         return ExitStatus::kNothingToWorkOn;
     }
@@ -89,7 +94,8 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
     std::string report;
     Progress progress{wantsProgress(options)};
     progress.begin("restoring");
-    const auto failure = putBack({*folder, options.mostBackups, pathOf(*options.restored, backups)}, folders, report);
+    const auto failure = putBack({*folder, options.mostBackups, pathOf(*options.restored, backups)},
+                                 folders, report);
     progress.clear();
     const auto printed = print(report, console);
     if (!failure)

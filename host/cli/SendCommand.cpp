@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/Commands.h"
-
 #include "host/bundle/DeviceChoice.h"
-#include "host/cli/Sending.h"
+#include "host/cli/Commands.h"
+#include "host/transfer/Sending.h"
 
 namespace host {
 
@@ -15,7 +14,8 @@ ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Con
         return ExitStatus::kFailed;
     }
     Driver driver;
-    if (const auto failure = chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+    if (const auto failure = chooseDevice(
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }

@@ -1,6 +1,21 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/base/HostError.h"
+#include "host/base/Sentences.h"
+#include "host/base/Text.h"
+#include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/files/Files.h"
+#include "host/files/StateFolder.h"
+#include "host/transfer/Download.h"
+#include "host/watching/KnownRecords.h"
+#include "host/watching/NewOnly.h"
+#include "host/watching/Presence.h"
+#include "host/watching/StopSignals.h"
+#include "host/watching/Tally.h"
+
+#include <gps/GPSFileDevice.h>
+#include <platform/System/DeviceMonitor.h>
 
 #include <algorithm>
 #include <array>
@@ -13,28 +28,14 @@
 #include <utility>
 #include <vector>
 
-#include "host/backup/Files.h"
-#include "host/backup/Names.h"
-#include "host/bundle/DeviceChoice.h"
-#include "host/cli/Download.h"
-#include "host/formats/Text.h"
-#include "host/operations/HostError.h"
-#include "host/watching/KnownRecords.h"
-#include "host/watching/NewOnly.h"
-#include "host/watching/Presence.h"
-#include "host/watching/StopSignals.h"
-#include "host/watching/Tally.h"
-
-#include <gps/GPSFileDevice.h>
-#include <platform/System/DeviceMonitor.h>
-
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
-// A volume can be seen before its files can be read: after each change everything is looked at again, a little later.
+// A volume can be seen before its files can be read: after each change everything is looked at
+// again, a little later.
 constexpr std::array kSecondLooks{milliseconds{1000}, milliseconds{3000}, milliseconds{10000}};
 constexpr std::size_t kMostTries = kSecondLooks.size() + 1;
 constexpr milliseconds kForEver{-1};
@@ -71,7 +72,8 @@ private:
     [[nodiscard]] std::string newPath(const std::string& identifier) const;
     void acquire(const PresentDevice& device);
     void acquire(Acquire& one);
-    void finish(Acquire& one, Download& download, const Tally& tally, KnownRecords& known, const NewOnly* filter);
+    void finish(Acquire& one, Download& download, const Tally& tally, KnownRecords& known,
+                const NewOnly* filter);
     void fail(const Acquire& one, bool isAgain);
     void say(std::string_view what, const std::string& text);
 
@@ -95,7 +97,8 @@ ExitStatus Watch::run()
     for (std::size_t looks = 0; !stop_.isWished() && status_ == ExitStatus::kSuccess;) {
         if (look())
             looks = 0;
-        const auto changes = monitor.wait(looks < kSecondLooks.size() ? kSecondLooks[looks] : kForEver);
+        const auto changes =
+            monitor.wait(looks < kSecondLooks.size() ? kSecondLooks[looks] : kForEver);
         looks = changes.volumes || changes.serialPorts ? 0 : looks + 1;
         refresh(changes);
     }
@@ -111,14 +114,16 @@ bool Watch::isWatched(const gps::GPSPlugInProtocol& driver) const
     return driver.needsFileSystemRefresh() || (options_.serial && driver.needsSerialRefresh());
 }
 
-// A driver of serial ports is offered once there is a port, so a name that no driver has is no error yet.
+// A driver of serial ports is offered once there is a port, so a name that no driver has is no
+// error yet.
 void Watch::tellOfMissingDriver()
 {
     const auto& drivers = plugIn_.drivers;
-    const bool isAnyWatched =
-        std::any_of(drivers.begin(), drivers.end(), [&](const Driver& driver) { return isWatched(*driver); });
+    const bool isAnyWatched = std::any_of(drivers.begin(), drivers.end(),
+                                          [&](const Driver& driver) { return isWatched(*driver); });
     if (options_.driver && !isAnyWatched)
-        say("note", "There is no driver \"" + *options_.driver + "\" so far. The drivers are: " + driverNames(drivers) + '.');
+        say("note", "There is no driver \"" + *options_.driver +
+                        "\" so far. The drivers are: " + driverNames(drivers) + '.');
 }
 
 void Watch::refresh(const gps::DeviceChanges& changes)
@@ -138,7 +143,8 @@ std::vector<PresentDevice> Watch::presentDevices() const
         if (!isWatched(*driver))
             continue;
         for (const auto& device : devicesOf(*driver))
-            present.push_back({driverName(*driver), device.location, device.name.value_or(driver->gpsName()),
+            present.push_back({driverName(*driver), device.location,
+                               device.name.value_or(driver->gpsName()),
                                device.authorized.value_or(true)});
     }
     return present;
@@ -151,7 +157,8 @@ bool Watch::look()
     for (const auto& device : changes.gone)
         say("gone", described(device));
     for (const auto& device : changes.appeared)
-        say("appeared", described(device) + (device.isReadable ? "" : ": its files may not be read"));
+        say("appeared",
+            described(device) + (device.isReadable ? "" : ": its files may not be read"));
     for (const auto& device : presence_.due()) {
         if (stop_.isWished() || status_ != ExitStatus::kSuccess)
             break;
@@ -167,8 +174,9 @@ Driver Watch::select(const PresentDevice& device) const
         if (driverName(*driver) != device.driver)
             continue;
         const auto devices = devicesOf(*driver);
-        const auto found = std::find_if(devices.begin(), devices.end(),
-                                        [&](const Device& listed) { return listed.location == device.location; });
+        const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& listed) {
+            return listed.location == device.location;
+        });
         if (found == devices.end())
             return nullptr;
         if (auto* const menu = deviceMenu(*driver))
@@ -180,7 +188,8 @@ Driver Watch::select(const PresentDevice& device) const
 
 std::string Watch::newPath(const std::string& identifier) const
 {
-    const auto start = (fs::path{options_.into} / (nameOfDevice(identifier) + '-' + nameOfNow())).string();
+    const auto start =
+        (fs::path{options_.into} / (nameOfDevice(identifier) + '-' + nameOfNow())).string();
     const auto end = '.' + std::string{options_.format->name};
     auto path = start + end;
     std::error_code ignored;
@@ -203,7 +212,9 @@ void Watch::acquire(const PresentDevice& device)
 
 void Watch::acquire(Acquire& one)
 {
-    KnownRecords known{(fs::path{stateFolder().value_or("")} / "watch" / (nameOfDevice(one.identifier) + ".txt")).string()};
+    KnownRecords known{
+        (fs::path{stateFolder().value_or("")} / "watch" / (nameOfDevice(one.identifier) + ".txt"))
+            .string()};
     if (options_.newOnly) {
         if (const auto damage = known.load())
             say("note", sentencesOf(*damage));
@@ -235,10 +246,13 @@ void Watch::acquire(Acquire& one)
 }
 
 /// Ends an acquire: a file, or none when it holds nothing or another try follows.
-void Watch::finish(Acquire& one, Download& download, const Tally& tally, KnownRecords& known, const NewOnly* filter)
+void Watch::finish(Acquire& one, Download& download, const Tally& tally, KnownRecords& known,
+                   const NewOnly* filter)
 {
     // Whether a receiver is on a port takes long to find out: it is asked once.
-    const bool isAgain = !download.isWhole() && presence_.failed(one.device, one.driver->needsSerialRefresh() ? 1 : kMostTries);
+    const bool isAgain =
+        !download.isWhole() &&
+        presence_.failed(one.device, one.driver->needsSerialRefresh() ? 1 : kMostTries);
     if (download.isWhole())
         presence_.done(one.device);
     const auto counts = tally.text();
@@ -260,7 +274,8 @@ void Watch::finish(Acquire& one, Download& download, const Tally& tally, KnownRe
 
 void Watch::fail(const Acquire& one, bool isAgain)
 {
-    say("failed", described(one.device) + ": " + joined(one.errors, " ") + (isAgain ? " Trying again." : ""));
+    say("failed",
+        described(one.device) + ": " + joined(one.errors, " ") + (isAgain ? " Trying again." : ""));
 }
 
 void Watch::say(std::string_view what, const std::string& text)

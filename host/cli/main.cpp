@@ -8,8 +8,9 @@
 
 namespace {
 
-/// Started with a standard stream closed, the program would get its next open file under that stream's number, and write into it
-/// what is meant for the stream. What is put there instead can be neither written nor, having no content, read.
+/// Started with a standard stream closed, the program would get its next open file under that
+/// stream's number, and write into it what is meant for the stream. What is put there instead can
+/// be neither written nor, having no content, read.
 void occupyStandardStreams()
 {
     int file = STDIN_FILENO;

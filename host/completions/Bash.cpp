@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/base/Text.h"
 #include "host/completions/CommandTable.h"
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <utility>
 
-#include "host/formats/Text.h"
-
-#include <CLI/CLI.hpp>
-
 namespace host {
 namespace {
 
-constexpr char kTemplate[] = R"sh(# bash completion for magellangps, made from the program's own command table.
+constexpr char kTemplate[] =
+    R"sh(# bash completion for magellangps, made from the program's own command table.
 
 _magellangps_words()
 {
@@ -84,7 +84,8 @@ std::string bashValues(const CLI::App& app)
     const auto addRows = [&](const CLI::App& table) {
         for (const auto* option : optionsOf(table)) {
             if (takesValue(*option))
-                rows.push_back("        " + joined(namesOf(*option), " | ") + ") " + bashReply(completionOf(*option)) + " ;;\n");
+                rows.push_back("        " + joined(namesOf(*option), " | ") + ") " +
+                               bashReply(completionOf(*option)) + " ;;\n");
         }
     };
     addRows(app);
@@ -100,7 +101,8 @@ std::string bashCommands(const CLI::App& app)
     std::string rows;
     for (const auto* command : commandsOf(app)) {
         const auto arguments = argumentsOf(*command);
-        rows += "        " + command->get_name() + ") " + (arguments.empty() ? "" : "[[ $word == -* ]] && ") +
+        rows += "        " + command->get_name() + ") " +
+                (arguments.empty() ? "" : "[[ $word == -* ]] && ") +
                 "_magellangps_words \"$globals " + joined(optionNames(*command), " ") + '"';
         for (const auto* argument : arguments)
             rows += " || " + bashReply(completionOf(*argument));

@@ -2,13 +2,13 @@
 
 #include "host/completions/CommandTable.h"
 
-#include <algorithm>
-#include <utility>
-
+#include "host/base/Text.h"
 #include "host/formats/Formats.h"
-#include "host/formats/Text.h"
 
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <utility>
 
 namespace host {
 namespace {
@@ -17,7 +17,9 @@ namespace {
 std::string fixedWords(const std::string& typeName)
 {
     std::vector<std::string> words = CLI::detail::split(typeName, '|');
-    words.erase(std::remove_if(words.begin(), words.end(), [](const auto& word) { return word < "a"; }), words.end());
+    words.erase(
+        std::remove_if(words.begin(), words.end(), [](const auto& word) { return word < "a"; }),
+        words.end());
     return joined(words, " ");
 }
 
@@ -86,7 +88,8 @@ std::vector<std::string> optionNames(const CLI::App& app)
 
 std::vector<const CLI::App*> commandsOf(const CLI::App& app)
 {
-    return app.get_subcommands([](const CLI::App* command) { return !command->get_group().empty(); });
+    return app.get_subcommands(
+        [](const CLI::App* command) { return !command->get_group().empty(); });
 }
 
 std::vector<std::string> commandNames(const CLI::App& app)

@@ -15,7 +15,8 @@ class Option;
 namespace host {
 
 /// A shell command that prints the drivers' names as --driver takes them.
-inline constexpr char kDriverNames[] = "magellangps info 2>/dev/null | sed -n 's/^Driver: //p' | tr 'A-Z ' 'a-z-'";
+inline constexpr char kDriverNames[] =
+    "magellangps info 2>/dev/null | sed -n 's/^Driver: //p' | tr 'A-Z ' 'a-z-'";
 
 /// Where the completions of an argument come from.
 enum class Source { kNothing, kFiles, kFolders, kWords, kDrivers };
@@ -30,8 +31,8 @@ struct Completion {
 
 [[nodiscard]] bool takesValue(const CLI::Option& option);
 
-/// An app's own options and commands without those that the help hides (a command's --help counts as the program's), and its
-/// positional arguments.
+/// An app's own options and commands without those that the help hides (a command's --help counts
+/// as the program's), and its positional arguments.
 [[nodiscard]] std::vector<const CLI::Option*> optionsOf(const CLI::App& app);
 [[nodiscard]] std::vector<const CLI::Option*> argumentsOf(const CLI::App& app);
 [[nodiscard]] std::vector<const CLI::App*> commandsOf(const CLI::App& app);

@@ -2,14 +2,15 @@
 
 #include "host/completions/CommandTable.h"
 
-#include <utility>
-
 #include <CLI/CLI.hpp>
+
+#include <utility>
 
 namespace host {
 namespace {
 
-constexpr char kTemplate[] = R"sh(# fish completion for magellangps, made from the program's own command table.
+constexpr char kTemplate[] =
+    R"sh(# fish completion for magellangps, made from the program's own command table.
 
 function __magellangps_drivers
     @DRIVERS@
@@ -50,8 +51,8 @@ std::string fishRows(const CLI::App& app, const std::string& condition)
             rows += " -s " + name;
         for (const auto& name : option->get_lnames())
             rows += " -l " + name;
-        rows +=
-            " -d " + fishText(option->get_description()) + (takesValue(*option) ? fishAction(completionOf(*option)) : "") + '\n';
+        rows += " -d " + fishText(option->get_description()) +
+                (takesValue(*option) ? fishAction(completionOf(*option)) : "") + '\n';
     }
     for (const auto* argument : argumentsOf(app)) {
         if (completionOf(*argument).source == Source::kFiles)
@@ -67,8 +68,9 @@ std::string fishScript(const CLI::App& app)
     auto script = replaced(kTemplate, "@DRIVERS@", kDriverNames) + fishRows(app, "");
     for (const auto* command : commandsOf(app)) {
         const auto& name = command->get_name();
-        script += "complete -c magellangps -n __fish_use_subcommand -a " + name + " -d " + fishText(command->get_description()) +
-                  '\n' + fishRows(*command, " -n '__fish_seen_subcommand_from " + name + '\'');
+        script += "complete -c magellangps -n __fish_use_subcommand -a " + name + " -d " +
+                  fishText(command->get_description()) + '\n' +
+                  fishRows(*command, " -n '__fish_seen_subcommand_from " + name + '\'');
     }
     return script;
 }

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/base/Text.h"
 #include "host/completions/CommandTable.h"
 
-#include <utility>
-
-#include "host/formats/Text.h"
-
 #include <CLI/CLI.hpp>
+
+#include <utility>
 
 namespace host {
 namespace {
@@ -69,10 +68,12 @@ std::string zshText(std::string text)
     return replaced(std::move(text), "'", "'\\''"); // leaves the quotes for a moment
 }
 
-// What an option is under one of its names. The others are no longer offered then, unless it may be repeated.
+// What an option is under one of its names. The others are no longer offered then, unless it may be
+// repeated.
 std::string zshOption(const CLI::Option& option, const std::string& name)
 {
-    const std::string others = option.get_items_expected_max() > 1 ? "*" : '(' + joined(namesOf(option), " ") + ')';
+    const std::string others =
+        option.get_items_expected_max() > 1 ? "*" : '(' + joined(namesOf(option), " ") + ')';
     const std::string text = '[' + zshText(option.get_description()) + ']';
     if (!takesValue(option))
         return others + name + text;
@@ -93,7 +94,8 @@ std::string zshCommands(const CLI::App& app)
 {
     std::string rows;
     for (const auto* command : commandsOf(app)) {
-        rows += "        " + command->get_name() + ")\n            arguments=(\n" + zshOptions(*command, "                ");
+        rows += "        " + command->get_name() + ")\n            arguments=(\n" +
+                zshOptions(*command, "                ");
         for (const auto* argument : argumentsOf(*command))
             rows += "                '*" + zshAction(*argument) + "'\n";
         rows += "            ) ;;\n";
@@ -107,7 +109,8 @@ std::string zshScript(const CLI::App& app)
 {
     std::string names;
     for (const auto* command : commandsOf(app))
-        names += "        '" + command->get_name() + ':' + zshText(command->get_description()) + "'\n";
+        names +=
+            "        '" + command->get_name() + ':' + zshText(command->get_description()) + "'\n";
     auto script = replaced(kTemplate, "@DRIVERS@", kDriverNames);
     script = replaced(std::move(script), "@GLOBALS@\n", zshOptions(app, "        "));
     script = replaced(std::move(script), "@NAMES@\n", names);

@@ -55,8 +55,8 @@ void CollectionWriter::open(Open next)
 bool isGeocache(const gps::Dictionary& record)
 {
     return std::any_of(record.begin(), record.end(), [](const gps::DictionaryEntry& entry) {
-        return entry.key.starts_with("geocache") || entry.key == "difficulty" || entry.key == "terrain" ||
-               entry.key == "datePlaced" || entry.key == "dateFound";
+        return entry.key.starts_with("geocache") || entry.key == "difficulty" ||
+               entry.key == "terrain" || entry.key == "datePlaced" || entry.key == "dateFound";
     });
 }
 

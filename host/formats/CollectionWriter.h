@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// CollectionWriter: sees in a stream of events what a format knows - waypoints, routes with their points, tracks with theirs.
+// CollectionWriter: sees in a stream of events what a format knows - waypoints, routes with their
+// points, tracks with theirs.
 
 #pragma once
 

@@ -2,16 +2,16 @@
 
 #include "host/formats/DataFile.h"
 
+#include "host/base/HostError.h"
+#include "host/base/JsonText.h"
+#include "host/base/XmlText.h"
+
+#include <platform/System/FileManager.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
-
-#include "host/formats/JsonText.h"
-#include "host/formats/XmlText.h"
-#include "host/operations/HostError.h"
-
-#include <platform/System/FileManager.h>
 
 namespace host {
 namespace {
@@ -53,7 +53,8 @@ void boxPoints(gps::Dictionary& dictionary)
         keys.push_back(entry.key);
     for (const auto& key : keys) {
         auto& value = *dictionary.find(key);
-        if (const auto* const object = value.as<gps::Dictionary>(); object != nullptr && key == gps::kPointKey)
+        if (const auto* const object = value.as<gps::Dictionary>();
+            object != nullptr && key == gps::kPointKey)
             dictionary.set(key, pointOf(*object));
         else
             boxPoints(value);
@@ -62,7 +63,8 @@ void boxPoints(gps::Dictionary& dictionary)
 
 } // namespace
 
-std::optional<gps::Error> readDataFile(const std::string& path, std::optional<gps::Dictionary>& data)
+std::optional<gps::Error> readDataFile(const std::string& path,
+                                       std::optional<gps::Dictionary>& data)
 {
     std::string text;
     if (auto failure = gps::FileManager{}.readFile(path, text, kLargest))
@@ -73,7 +75,8 @@ std::optional<gps::Error> readDataFile(const std::string& path, std::optional<gp
     }
     auto read = readJsonObject(text);
     if (const auto end = read ? std::nullopt : endOfJson(text))
-        return hostError("The data file is damaged or cut short: line " + std::to_string(lineAt(text, *end)) + " is no JSON",
+        return hostError("The data file is damaged or cut short: line " +
+                             std::to_string(lineAt(text, *end)) + " is no JSON",
                          "Check the file", path);
     if (!read)
         return hostError("The data file is no JSON object, or one that is nested too deep",

@@ -2,7 +2,7 @@
 
 #include "host/formats/EventLines.h"
 
-#include "host/formats/JsonText.h"
+#include "host/base/JsonText.h"
 
 #include <gps/NumberText.h>
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// EventLines: every call that a driver makes as one JSON line, for scripts and tests. One thread at a time.
+// EventLines: every call that a driver makes as one JSON line, for scripts and tests. One thread at
+// a time.
 
 #pragma once
 
-#include <string>
-
-#include "host/formats/Output.h"
+#include "host/files/Output.h"
 #include "host/formats/Writer.h"
+
+#include <string>
 
 namespace host {
 

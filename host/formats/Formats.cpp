@@ -2,14 +2,14 @@
 
 #include "host/formats/Formats.h"
 
-#include <algorithm>
-#include <array>
-
 #include "host/formats/EventLines.h"
 #include "host/formats/GeoJsonWriter.h"
 #include "host/formats/GpxWriter.h"
 #include "host/formats/HtmlWriter.h"
 #include "host/formats/KmlWriter.h"
+
+#include <algorithm>
+#include <array>
 
 namespace host {
 namespace {
@@ -39,14 +39,16 @@ std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
     return std::make_unique<EventLines>(output);
 }
 
-constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml}, Format{"geojson", makeGeoJson},
-                              Format{"html", makeHtml}, Format{"jsonl", makeEventLines}};
+constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml},
+                              Format{"geojson", makeGeoJson}, Format{"html", makeHtml},
+                              Format{"jsonl", makeEventLines}};
 
 } // namespace
 
 const Format* findFormat(std::string_view name)
 {
-    const auto* const found = std::find_if(kFormats.begin(), kFormats.end(), [&](const Format& row) { return row.name == name; });
+    const auto* const found = std::find_if(kFormats.begin(), kFormats.end(),
+                                           [&](const Format& row) { return row.name == name; });
     return found != kFormats.end() ? found : nullptr;
 }
 

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The formats that records can be written in. Whoever adds a format adds its writer and one row here. [any]
+// The formats that records can be written in. Whoever adds a format adds its writer and one row
+// here. [any]
 
 #pragma once
+
+#include "host/files/Output.h"
+#include "host/formats/Writer.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include "host/formats/Output.h"
-#include "host/formats/Writer.h"
 
 namespace host {
 

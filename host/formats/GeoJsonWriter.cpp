@@ -2,13 +2,13 @@
 
 #include "host/formats/GeoJsonWriter.h"
 
-#include <cmath>
-
-#include "host/formats/DateLine.h"
-#include "host/formats/JsonText.h"
-#include "host/formats/Text.h"
+#include "host/base/JsonText.h"
+#include "host/points/DateLine.h"
+#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
+
+#include <cmath>
 
 namespace host {
 namespace {
@@ -33,11 +33,12 @@ void appendPosition(std::string& out, const gps::GPSPoint& point)
 void appendTime(std::string& out, const gps::GPSPoint& point)
 {
     out += '"';
-    appendMoment(out, point.time, 'T');
+    appendTimestamp(out, point.time, 'T');
     out += "Z\"";
 }
 
-// The record's fields as members, but for the place, and for those under a key that stands for something else here.
+// The record's fields as members, but for the place, and for those under a key that stands for
+// something else here.
 void appendFields(std::string& out, const gps::Dictionary& record)
 {
     for (const auto& [key, value] : record) {
@@ -51,7 +52,7 @@ void appendFields(std::string& out, const gps::Dictionary& record)
 
 void appendMomentMember(std::string& out, const gps::GPSPoint& point)
 {
-    if (!hasMoment(point))
+    if (!hasTimestamp(point))
         return;
     appendJsonKey(out, "time");
     appendTime(out, point);
@@ -59,7 +60,8 @@ void appendMomentMember(std::string& out, const gps::GPSPoint& point)
 
 } // namespace
 
-GeoJsonWriter::GeoJsonWriter(Output& output, const std::string& spoolFolder) : output_(output), coordinates_(spoolFolder)
+GeoJsonWriter::GeoJsonWriter(Output& output, const std::string& spoolFolder)
+    : output_(output), coordinates_(spoolFolder)
 {
     output_.write(kHead);
 }
@@ -112,7 +114,7 @@ void GeoJsonWriter::trackPoint(const gps::GPSPoint& point)
     if (!globe_.passes(point))
         return;
     addToLine(point);
-    if (!hasMoment(point)) {
+    if (!hasTimestamp(point)) {
         addNoDetail();
         return;
     }
@@ -138,7 +140,8 @@ void GeoJsonWriter::beginFeature()
     hasFeatures_ = true;
 }
 
-void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsName, const gps::Dictionary& record)
+void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsName,
+                              const gps::Dictionary& record)
 {
     beginFeature();
     text_ = R"({"type":"Feature","properties":{)";

@@ -2,14 +2,15 @@
 
 #include "host/formats/GeocacheXml.h"
 
-#include <algorithm>
-#include <chrono>
-#include <initializer_list>
-
-#include "host/formats/Text.h"
+#include "host/base/XmlText.h"
+#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>
+
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
 
 namespace host {
 namespace {
@@ -32,7 +33,8 @@ std::string_view textUnder(const gps::Dictionary& record, std::string_view key)
     return text != nullptr ? std::string_view{*text} : std::string_view{};
 }
 
-void appendChildren(std::string& out, const gps::Dictionary& record, std::initializer_list<Child> children)
+void appendChildren(std::string& out, const gps::Dictionary& record,
+                    std::initializer_list<Child> children)
 {
     for (const auto& [element, key] : children) {
         if (const auto text = textUnder(record, key); !text.empty())
@@ -79,7 +81,8 @@ void appendGeocache(std::string& out, const gps::Dictionary& record)
 std::string dateTimeOf(std::string_view dayMonthYear)
 {
     using namespace std::chrono;
-    if (dayMonthYear.size() != 6 || !std::all_of(dayMonthYear.begin(), dayMonthYear.end(), gps::isDigit))
+    if (dayMonthYear.size() != 6 ||
+        !std::all_of(dayMonthYear.begin(), dayMonthYear.end(), gps::isDigit))
         return std::string{dayMonthYear};
     const int inCentury = twoDigits(dayMonthYear, 4);
     const year_month_day date{year{inCentury + (inCentury >= 80 ? 1900 : 2000)},
@@ -88,7 +91,7 @@ std::string dateTimeOf(std::string_view dayMonthYear)
     if (!date.ok())
         return std::string{dayMonthYear};
     std::string moment;
-    appendMoment(moment, sys_seconds{sys_days{date}}.time_since_epoch().count(), 'T');
+    appendTimestamp(moment, sys_seconds{sys_days{date}}.time_since_epoch().count(), 'T');
     return moment + 'Z';
 }
 

@@ -16,7 +16,8 @@ namespace host {
 /// Appends one `groundspeak:cache` element with what the record tells; empty texts are left out.
 void appendGeocache(std::string& out, const gps::Dictionary& record);
 
-/// A receiver's date text "DDMMYY" as "YYYY-MM-DDT00:00:00Z" (80-99 are 1980-1999); any other text as it stands.
+/// A receiver's date text "DDMMYY" as "YYYY-MM-DDT00:00:00Z" (80-99 are 1980-1999); any other text
+/// as it stands.
 [[nodiscard]] std::string dateTimeOf(std::string_view dayMonthYear);
 
 } // namespace host

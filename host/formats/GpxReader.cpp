@@ -2,21 +2,21 @@
 
 #include "host/formats/GpxReader.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <iterator>
-#include <string_view>
-#include <utility>
-
+#include "host/base/HostError.h"
+#include "host/base/Text.h"
+#include "host/base/XmlText.h"
 #include "host/formats/GpxRecords.h"
-#include "host/formats/Text.h"
-#include "host/formats/XmlText.h"
-#include "host/operations/HostError.h"
 
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
 
 #include <pugixml.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -48,7 +48,8 @@ private:
 bool Collection::read(const pugi::xml_node& gpx)
 {
     const auto elements = gpx.children();
-    return std::all_of(elements.begin(), elements.end(), [this](const pugi::xml_node& element) { return readElement(element); });
+    return std::all_of(elements.begin(), elements.end(),
+                       [this](const pugi::xml_node& element) { return readElement(element); });
 }
 
 bool Collection::readElement(const pugi::xml_node& element)
@@ -120,7 +121,8 @@ void append(gps::Dictionary& data, std::string_view key, gps::Array& records)
     if (records.empty())
         return;
     if (auto* const list = data.findArray(key))
-        list->insert(list->end(), std::make_move_iterator(records.begin()), std::make_move_iterator(records.end()));
+        list->insert(list->end(), std::make_move_iterator(records.begin()),
+                     std::make_move_iterator(records.end()));
     else
         data.set(key, std::move(records));
 }
@@ -141,7 +143,8 @@ public:
     {
         const auto line = std::to_string(lineAt(xml_, static_cast<std::size_t>(offset)));
         const auto file = path_.substr(path_.find_last_of('/') + 1);
-        return hostError(file + ", line " + line + ": " + what, "Check the file, or export it once more", path_);
+        return hostError(file + ", line " + line + ": " + what,
+                         "Check the file, or export it once more", path_);
     }
 
 private:
@@ -161,16 +164,20 @@ std::string misplacedText(const pugi::xml_node& element)
         .append("\"");
 }
 
-std::optional<gps::Error> parse(const std::string& xml, const Complaint& complaint, pugi::xml_document& document)
+std::optional<gps::Error> parse(const std::string& xml, const Complaint& complaint,
+                                pugi::xml_document& document)
 {
-    if (const auto zero = xml.find('\0'); zero != std::string::npos) // the parser would take it for the end
+    if (const auto zero = xml.find('\0');
+        zero != std::string::npos) // the parser would take it for the end
         return complaint.at(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
-    constexpr auto kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single; // a name may be a single space
+    constexpr auto kOptions =
+        pugi::parse_default | pugi::parse_ws_pcdata_single; // a name may be a single space
     const auto result = document.load_buffer(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_no_document_element)
         return complaint.at(0, "this is no GPX file");
     if (!result)
-        return complaint.at(result.offset, "the file is damaged or cut short (" + std::string{result.description()} + ")");
+        return complaint.at(result.offset, "the file is damaged or cut short (" +
+                                               std::string{result.description()} + ")");
     if (localName(document.document_element()) != "gpx")
         return complaint.at(0, "this is no GPX file");
     if (const auto more = document.document_element().next_sibling())
@@ -193,7 +200,8 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
         return failure;
     Collection collection;
     if (!collection.read(document.document_element()))
-        return complaint.at(collection.misplaced().offset_debug(), misplacedText(collection.misplaced()));
+        return complaint.at(collection.misplaced().offset_debug(),
+                            misplacedText(collection.misplaced()));
     collection.moveInto(data);
     return std::nullopt;
 }

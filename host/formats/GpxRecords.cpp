@@ -2,18 +2,18 @@
 
 #include "host/formats/GpxRecords.h"
 
-#include <charconv>
-#include <optional>
-#include <utility>
-
+#include "host/base/XmlText.h"
 #include "host/formats/GpxTime.h"
-#include "host/formats/Text.h"
-#include "host/formats/XmlText.h"
+#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <pugixml.hpp>
+
+#include <charconv>
+#include <optional>
+#include <utility>
 
 namespace host {
 namespace {
@@ -48,7 +48,8 @@ std::string_view namespaceOf(const pugi::xml_node& element)
     return {};
 }
 
-// The first child of a name. One of the parent's own namespace comes before those that other makers put beside it.
+// The first child of a name. One of the parent's own namespace comes before those that other makers
+// put beside it.
 pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 {
     pugi::xml_node found;
@@ -96,9 +97,11 @@ void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string t
 std::optional<double> coordinateOf(std::string_view text)
 {
     text = withoutOuterSpace(text);
-    const auto digits = text.substr(text.starts_with('+') ? 1 : 0); // from_chars takes a minus alone
+    const auto digits =
+        text.substr(text.starts_with('+') ? 1 : 0); // from_chars takes a minus alone
     double unused = 0;
-    const auto* const end = std::from_chars(digits.data(), digits.data() + digits.size(), unused).ptr;
+    const auto* const end =
+        std::from_chars(digits.data(), digits.data() + digits.size(), unused).ptr;
     return end == digits.data() + digits.size() ? gps::leadingNumber(text) : std::nullopt;
 }
 
@@ -121,7 +124,8 @@ std::string cacheTypeOf(const pugi::xml_node& waypoint)
     if (!type.empty())
         return type;
     type = childText(waypoint, "type");
-    return type.starts_with(kCacheTypePrefix) ? type.substr(kCacheTypePrefix.size()) : std::string{};
+    return type.starts_with(kCacheTypePrefix) ? type.substr(kCacheTypePrefix.size())
+                                              : std::string{};
 }
 
 // What is no moment is a date text of the device's own, and stays.
@@ -168,7 +172,8 @@ gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoin
     record.set("dateFound", loggedDate(cache, "Found it"));
     record.set("difficulty", childText(cache, "difficulty"));
     record.set("terrain", childText(cache, "terrain"));
-    record.set("symbol", childText(element, "sym") == kFoundCacheSymbol ? kFoundCacheSymbol : kCacheSymbol);
+    record.set("symbol",
+               childText(element, "sym") == kFoundCacheSymbol ? kFoundCacheSymbol : kCacheSymbol);
     return record;
 }
 

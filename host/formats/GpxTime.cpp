@@ -2,12 +2,12 @@
 
 #include "host/formats/GpxTime.h"
 
-#include <chrono>
-#include <cstddef>
-
-#include "host/formats/XmlText.h"
+#include "host/base/XmlText.h"
 
 #include <gps/NumberText.h>
+
+#include <chrono>
+#include <cstddef>
 
 namespace host {
 namespace {
@@ -57,7 +57,8 @@ std::optional<std::chrono::minutes> takeOffset(std::string_view text) noexcept
     const int hours = takeDigits(text, 2);
     const bool hasColon = take(text, ':');
     const int minutes = text.empty() && !hasColon ? 0 : takeDigits(text, 2);
-    if (hours < 0 || minutes < 0 || minutes > 59 || hours * 60 + minutes > kMostOffset || !text.empty())
+    if (hours < 0 || minutes < 0 || minutes > 59 || hours * 60 + minutes > kMostOffset ||
+        !text.empty())
         return std::nullopt;
     const std::chrono::minutes offset{hours * 60 + minutes};
     return isBehind ? -offset : offset;
@@ -73,7 +74,8 @@ std::optional<std::chrono::sys_days> takeDay(std::string_view& text) noexcept
     const int inDay = takeDigits(text, 2);
     if (inYear < 0 || inMonth < 0 || inDay < 0 || !hasMonth || !hasDay)
         return std::nullopt;
-    const year_month_day date{year{inYear}, month{static_cast<unsigned>(inMonth)}, day{static_cast<unsigned>(inDay)}};
+    const year_month_day date{year{inYear}, month{static_cast<unsigned>(inMonth)},
+                              day{static_cast<unsigned>(inDay)}};
     return date.ok() ? std::optional{sys_days{date}} : std::nullopt;
 }
 
@@ -84,9 +86,11 @@ std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) noexce
     const int minutes = takeDigits(text, 2);
     const bool hasSeconds = take(text, ':');
     const int seconds = takeDigits(text, 2);
-    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 || !hasMinutes || !hasSeconds)
+    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 ||
+        !hasMinutes || !hasSeconds)
         return std::nullopt;
-    return std::chrono::hours{hours} + std::chrono::minutes{minutes} + std::chrono::seconds{seconds};
+    return std::chrono::hours{hours} + std::chrono::minutes{minutes} +
+           std::chrono::seconds{seconds};
 }
 
 } // namespace

@@ -2,22 +2,25 @@
 
 #include "host/formats/GpxWriter.h"
 
-#include <cmath>
-
+#include "host/base/XmlText.h"
 #include "host/formats/GeocacheXml.h"
-#include "host/formats/Text.h"
+#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
+
+#include <cmath>
 
 namespace host {
 namespace {
 
-constexpr std::string_view kHead = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                   "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
+constexpr std::string_view kHead =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
 constexpr std::string_view kFoot = "</gpx>\n";
 
 // A text child; an empty text says no more than its absence.
-void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record, std::string_view key)
+void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record,
+                 std::string_view key)
 {
     const auto* text = record.findString(key);
     if (text == nullptr || text->empty())
@@ -32,7 +35,8 @@ void appendAttributes(std::string& out, const gps::GPSPoint& point)
     out += R"( lat=")";
     appendDegrees(out, point.latitude);
     out += R"(" lon=")";
-    // The schema counts longitudes from -180 up to, but not including, 180, which what is next to it would be written as.
+    // The schema counts longitudes from -180 up to, but not including, 180, which what is next to
+    // it would be written as.
     constexpr double kAlmost180 = 180 - 1e-9;
     appendDegrees(out, point.longitude > kAlmost180 ? -180 : point.longitude);
     out += R"(">)";
@@ -45,16 +49,17 @@ void appendElevationAndTime(std::string& out, const gps::GPSPoint& point)
         gps::appendDecimal(out, point.altitude);
         out += "</ele>";
     }
-    if (hasMoment(point)) {
+    if (hasTimestamp(point)) {
         out += "<time>";
-        appendMoment(out, point.time, 'T');
+        appendTimestamp(out, point.time, 'T');
         out += "Z</time>";
     }
 }
 
 } // namespace
 
-GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder) : output_(output), routes_(spoolFolder), tracks_(spoolFolder)
+GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
+    : output_(output), routes_(spoolFolder), tracks_(spoolFolder)
 {
     output_.write(kHead);
 }
@@ -112,7 +117,8 @@ std::optional<gps::Error> GpxWriter::finish()
     return output_.flush();
 }
 
-bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point, const gps::Dictionary& record)
+bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point,
+                          const gps::Dictionary& record)
 {
     if (!globe_.passes(point))
         return false;

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 // GpxWriter: events as a GPX 1.1 document, written as they come. One thread at a time.
-// Source of the form: the GPX 1.1 schema, http://www.topografix.com/GPX/1/1, and for geocaches the cache 1.0 extension,
-// http://www.groundspeak.com/cache/1/0.
+// Source of the form: the GPX 1.1 schema, http://www.topografix.com/GPX/1/1, and for geocaches the
+// cache 1.0 extension, http://www.groundspeak.com/cache/1/0.
 
 #pragma once
 
-#include <string>
-
+#include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
-#include "host/formats/GlobeFilter.h"
-#include "host/formats/Output.h"
+#include "host/points/GlobeFilter.h"
+
+#include <string>
 
 namespace host {
 
-/// A document has its waypoints first, then its routes, then its tracks. Several imported files bring them mixed, so routes
-/// and tracks wait on the medium, not in memory, until the end.
+/// A document has its waypoints first, then its routes, then its tracks. Several imported files
+/// bring them mixed, so routes and tracks wait on the medium, not in memory, until the end.
 class GpxWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where routes and tracks wait
@@ -32,7 +32,8 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
-    [[nodiscard]] bool makePoint(std::string_view element, const gps::GPSPoint& point, const gps::Dictionary& record);
+    [[nodiscard]] bool makePoint(std::string_view element, const gps::GPSPoint& point,
+                                 const gps::Dictionary& record);
 
     Output& output_;
     Spool routes_;

@@ -2,16 +2,17 @@
 
 #include "host/formats/HtmlWriter.h"
 
+#include "host/base/JsonText.h"
+#include "host/base/Text.h"
+#include "host/formats/GeocacheXml.h"
+#include "host/page/HtmlPage.h"
+#include "host/points/Points.h"
+
+#include <gps/NumberText.h>
+
 #include <cmath>
 #include <limits>
 #include <string_view>
-
-#include "host/formats/GeocacheXml.h"
-#include "host/formats/HtmlPage.h"
-#include "host/formats/JsonText.h"
-#include "host/formats/Text.h"
-
-#include <gps/NumberText.h>
 
 namespace host {
 namespace {
@@ -77,11 +78,12 @@ std::string dayOf(std::string_view text)
 // A point's numbers as the page wants them. Precondition: it lies on the globe.
 struct Numbers {
     explicit Numbers(const gps::GPSPoint& point)
-        : latitude(std::llround(point.latitude * 1e6)), longitude(std::llround(point.longitude * 1e6))
+        : latitude(std::llround(point.latitude * 1e6)),
+          longitude(std::llround(point.longitude * 1e6))
     {
         if (hasElevation(point))
             elevation = std::llround(point.altitude * 10);
-        if (hasMoment(point))
+        if (hasTimestamp(point))
             time = point.time;
     }
 
@@ -139,7 +141,8 @@ void appendPlace(std::string& out, const gps::GPSPoint& point, const gps::Dictio
 } // namespace
 
 HtmlWriter::HtmlWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), wayPoints_(spoolFolder), geocaches_(spoolFolder), routes_(spoolFolder), tracks_(spoolFolder)
+    : output_(output), wayPoints_(spoolFolder), geocaches_(spoolFolder), routes_(spoolFolder),
+      tracks_(spoolFolder)
 {}
 
 void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
-// HtmlWriter: what came as one self-contained page to look at, with a map, profiles and tables. One thread at a time.
-// The page itself is under page/, for whoever edits it; this writes the data that it shows.
+// HtmlWriter: what came as one self-contained page to look at, with a map, profiles and tables. One
+// thread at a time. The page itself is under page/, for whoever edits it; this writes the data that
+// it shows.
 
 #pragma once
+
+#include "host/files/Output.h"
+#include "host/formats/CollectionWriter.h"
+#include "host/points/GlobeFilter.h"
+#include "host/points/TrackFigures.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "host/formats/CollectionWriter.h"
-#include "host/formats/GlobeFilter.h"
-#include "host/formats/Output.h"
-#include "host/formats/TrackFigures.h"
 
 namespace host {
 
@@ -22,12 +23,13 @@ namespace host {
 ///      "routes":[{"name":S,"comment":S,"places":[PLACE,...],"kilometres":D},...],
 ///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,"ascent":D,"descent":D,"moving":I},...]}
 ///
-/// PLACE: {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]} and for a geocache its further fields. Four numbers are a point:
-/// latitude and longitude in millionths of a degree, elevation in decimetres, time in seconds; in a track each is the
-/// difference from the last of its own that was not null. Null is what is not known. Texts are empty rather than missing.
+/// PLACE: {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]} and for a geocache its further fields.
+/// Four numbers are a point: latitude and longitude in millionths of a degree, elevation in
+/// decimetres, time in seconds; in a track each is the difference from the last of its own that was
+/// not null. Null is what is not known. Texts are empty rather than missing.
 ///
-/// No text of a device can end the script element or begin another one: "<", ">" and "&" are escaped, control characters
-/// and such as turn a line around are replaced.
+/// No text of a device can end the script element or begin another one: "<", ">" and "&" are
+/// escaped, control characters and such as turn a line around are replaced.
 class HtmlWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where each kind waits until the end, since files bring the kinds mixed

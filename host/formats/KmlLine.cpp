@@ -2,9 +2,9 @@
 
 #include "host/formats/KmlLine.h"
 
-#include "host/formats/DateLine.h"
 #include "host/formats/KmlText.h"
-#include "host/formats/Text.h"
+#include "host/points/DateLine.h"
+#include "host/points/Points.h"
 
 namespace host {
 
@@ -40,7 +40,7 @@ void KmlLine::end(Output& out)
 
 bool KmlLine::isTimed(const gps::GPSPoint& point) const noexcept
 {
-    return times_ == Times::kKept && hasMoment(point);
+    return times_ == Times::kKept && hasTimestamp(point);
 }
 
 void KmlLine::put(Output& out, const gps::GPSPoint& point)
@@ -72,7 +72,8 @@ void KmlLine::endRun(Output& out)
     const bool isLine = inRun_ > 1;
     if (!inTrack_) {
         out.write(head_);
-        out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n" : "<Point><coordinates>");
+        out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n"
+                         : "<Point><coordinates>");
     }
     coordinates_.moveTo(out);
     if (inTrack_)

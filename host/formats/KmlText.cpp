@@ -2,13 +2,14 @@
 
 #include "host/formats/KmlText.h"
 
-#include <cmath>
-
-#include "host/formats/JsonText.h"
-#include "host/formats/Text.h"
+#include "host/base/JsonText.h"
+#include "host/base/XmlText.h"
+#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>
+
+#include <cmath>
 
 namespace host {
 namespace {
@@ -71,7 +72,7 @@ void appendKmlPlace(std::string& out, const gps::GPSPoint& point, char separator
 void appendKmlWhen(std::string& out, const gps::GPSPoint& point)
 {
     out += "<when>";
-    appendMoment(out, point.time, 'T');
+    appendTimestamp(out, point.time, 'T');
     out += "Z</when>";
 }
 
@@ -85,12 +86,13 @@ void appendKmlName(std::string& out, const gps::Dictionary& record)
     out += "</name>";
 }
 
-void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style, const gps::GPSPoint* moment)
+void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style,
+                   const gps::GPSPoint* moment)
 {
     out += "<Placemark>";
     appendKmlName(out, record);
     appendDescription(out, record);
-    if (moment != nullptr && hasMoment(*moment)) {
+    if (moment != nullptr && hasTimestamp(*moment)) {
         out += "<TimeStamp>";
         appendKmlWhen(out, *moment);
         out += "</TimeStamp>";

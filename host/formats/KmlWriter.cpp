@@ -10,7 +10,8 @@ namespace {
 // Colours are written as opacity, blue, green, red.
 constexpr std::string_view kHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<kml xmlns=\"http://www.opengis.net/kml/2.2\" xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
+    "<kml xmlns=\"http://www.opengis.net/kml/2.2\" "
+    "xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
     "<Document>\n"
     "<Style id=\"track\"><LineStyle><color>ff1e46d2</color><width>3</width></LineStyle></Style>\n"
     "<Style id=\"route\"><LineStyle><color>ffb4641e</color><width>3</width></LineStyle></Style>\n"
@@ -38,7 +39,8 @@ void KmlWriter::Folder::end(Output& out) const
 }
 
 KmlWriter::KmlWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), routes_(spoolFolder), wayPoints_(spoolFolder), geocaches_(spoolFolder), line_(spoolFolder)
+    : output_(output), routes_(spoolFolder), wayPoints_(spoolFolder), geocaches_(spoolFolder),
+      line_(spoolFolder)
 {
     output_.write(kHead);
 }
@@ -112,7 +114,8 @@ std::optional<gps::Error> KmlWriter::finish()
     return output_.flush();
 }
 
-void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record, std::string_view style)
+void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record,
+                              std::string_view style)
 {
     text_.clear();
     appendKmlHead(text_, record, style, &point);

@@ -4,17 +4,18 @@
 
 #pragma once
 
-#include <string>
-
+#include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
-#include "host/formats/GlobeFilter.h"
 #include "host/formats/KmlLine.h"
-#include "host/formats/Output.h"
+#include "host/points/GlobeFilter.h"
+
+#include <string>
 
 namespace host {
 
-/// A folder for each kind that came: tracks, routes - each a folder of its line and its points - waypoints, geocaches. The
-/// tracks, of which there is most, come first and straight; the other folders wait on the medium until the end.
+/// A folder for each kind that came: tracks, routes - each a folder of its line and its points -
+/// waypoints, geocaches. The tracks, of which there is most, come first and straight; the other
+/// folders wait on the medium until the end.
 class KmlWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where the other folders wait
@@ -32,7 +33,8 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
-    void makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record, std::string_view style);
+    void makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record,
+                       std::string_view style);
 
     /// One folder of the document: begun with the first thing in it, so that none is empty.
     struct Folder {

@@ -3,15 +3,16 @@
 
 #pragma once
 
+#include "host/operations/Event.h"
+
 #include <optional>
 #include <string>
 
-#include "host/operations/Event.h"
-
 namespace host {
 
-/// Fed with every event in order, with each operation's result after its events, then closed. Keeps no points: memory does
-/// not grow with a track. A destructor is silent and need not leave a whole file.
+/// Fed with every event in order, with each operation's result after its events, then closed. Keeps
+/// no points: memory does not grow with a track. A destructor is silent and need not leave a whole
+/// file.
 class Writer {
 public:
     virtual ~Writer() = default;

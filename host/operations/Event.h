@@ -4,13 +4,13 @@
 
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <string>
-
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
 
 namespace host {
 
@@ -27,16 +27,16 @@ enum class EventKind {
     kError,
 };
 
-/// Which fields are meaningful follows from the kind; the others hold what an earlier event left in them, since events
-/// and the storage of their records are used again.
+/// Which fields are meaningful follows from the kind; the others hold what an earlier event left in
+/// them, since events and the storage of their records are used again.
 struct Event {
     EventKind kind = EventKind::kStateChange;
     std::int32_t state = 0;                                  ///< kStateChange: 1 busy, 0 idle
     gps::TransferKind transfer = gps::TransferKind::kTracks; ///< transfers and sendings
     gps::GPSPoint point;                                     ///< kTrackPoint, kWayPoint
-    gps::Dictionary record;                                  ///< the point's further fields, the track or the route
-    std::string label;                                       ///< kStartSending
-    std::optional<gps::Error> error;                         ///< kError
+    gps::Dictionary record;          ///< the point's further fields, the track or the route
+    std::string label;               ///< kStartSending
+    std::optional<gps::Error> error; ///< kError
 };
 
 } // namespace host

@@ -7,7 +7,8 @@
 
 namespace host {
 
-// How long an event of a slow driver waits for company before the consumer takes it, and how long the consumer waits for one.
+// How long an event of a slow driver waits for company before the consumer takes it, and how long
+// the consumer waits for one.
 static constexpr std::chrono::milliseconds kPatience{50};
 
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// EventStream: the status object that the host hands to a driver, and the ordered stream of events that comes out of it.
-// The driver calls from any one thread at a time, the host's own included; another thread takes the events meanwhile.
+// EventStream: the status object that the host hands to a driver, and the ordered stream of events
+// that comes out of it. The driver calls from any one thread at a time, the host's own included;
+// another thread takes the events meanwhile.
 
 #pragma once
+
+#include "host/operations/Event.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -10,12 +13,10 @@
 #include <mutex>
 #include <vector>
 
-#include "host/operations/Event.h"
-
 namespace host {
 
-/// Events that came one after another. Taken and given back whole, so that records are copied once and their storage is
-/// used again and again.
+/// Events that came one after another. Taken and given back whole, so that records are copied once
+/// and their storage is used again and again.
 class EventBatch {
 public:
     [[nodiscard]] const Event* begin() const noexcept { return events_.data(); }
@@ -35,8 +36,9 @@ private:
     std::size_t used_ = 0;
 };
 
-/// A bounded queue: a driver that is faster than the writer waits for it, so memory does not grow with the records.
-/// The stream ends with the idle report, or when it is closed; what a driver calls after that is dropped.
+/// A bounded queue: a driver that is faster than the writer waits for it, so memory does not grow
+/// with the records. The stream ends with the idle report, or when it is closed; what a driver
+/// calls after that is dropped.
 class EventStream final : public gps::GPSOutputReceiver {
 public:
     static constexpr std::size_t kBatchSize = 256;
@@ -57,8 +59,9 @@ public:
     /// No event will come any more: an operation that failed at its start. [host thread]
     void close();
 
-    /// Waits for the next events, but never long: takes those of a slow driver before a batch is full, and where none comes
-    /// answers an empty batch, by which a consumer can tell that time passes. One consuming thread.
+    /// Waits for the next events, but never long: takes those of a slow driver before a batch is
+    /// full, and where none comes answers an empty batch, by which a consumer can tell that time
+    /// passes. One consuming thread.
     ///
     /// @param batch  in: the batch before, to be used again. out: the next one
     /// @return       false at the end of the stream; the batch is then empty

@@ -2,6 +2,10 @@
 
 #include "host/operations/Operation.h"
 
+#include "host/base/HostError.h"
+
+#include <platform/System/Log.h>
+
 #include <algorithm>
 #include <array>
 #include <exception>
@@ -11,10 +15,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-
-#include "host/operations/HostError.h"
-
-#include <platform/System/Log.h>
 
 namespace host {
 namespace {
@@ -42,12 +42,13 @@ template <typename Meant> bool anyWord(std::string_view words, Meant isMeant)
     return false;
 }
 
-// Listens to the log while an operation runs. A receiver can make the plug-in write a line for every sentence, so only the
-// first ones are kept.
+// Listens to the log while an operation runs. A receiver can make the plug-in write a line for
+// every sentence, so only the first ones are kept.
 class LogDigest {
 public:
     explicit LogDigest(const EventStream& stream)
-        : stream_(stream), listening_([this](std::string_view line, const gps::Error* error) { hear(line, error); })
+        : stream_(stream),
+          listening_([this](std::string_view line, const gps::Error* error) { hear(line, error); })
     {}
 
     void moveTo(Outcome& outcome)
@@ -113,7 +114,8 @@ std::optional<gps::Error> answerOf(const Start& start, const gps::GPSPlugInProto
     } catch (const gps::RangeError& error) {
         return gps::Error{gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, error.what()}}};
     } catch (const std::exception& failure) {
-        return hostError(std::string{"The plug-in failed unexpectedly: "} + failure.what(), "Please try again");
+        return hostError(std::string{"The plug-in failed unexpectedly: "} + failure.what(),
+                         "Please try again");
     }
 }
 
@@ -141,7 +143,8 @@ Outcome runOperation(const Start& start, const Consume& consume)
     return outcome;
 }
 
-std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, const gps::GPSPlugInProtocol& driver)
+std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options,
+                                              const gps::GPSPlugInProtocol& driver)
 {
     std::vector<gps::TransferKind> kinds;
     if (options.contains(kSourcePathKey))
@@ -149,8 +152,11 @@ std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, co
     const auto capabilities = driver.gpsCapabilities();
     for (const auto& [kind, word] : kKindWords) {
         const auto* option = options.find(word);
-        const bool isWanted = option != nullptr && option->hasReading() ? option->boolReading() : !driver.needsSerialRefresh();
-        if (isWanted && anyWord(capabilities, [word = word](std::string_view able) { return able == word; }))
+        const bool isWanted = option != nullptr && option->hasReading()
+                                  ? option->boolReading()
+                                  : !driver.needsSerialRefresh();
+        if (isWanted &&
+            anyWord(capabilities, [word = word](std::string_view able) { return able == word; }))
             kinds.push_back(kind);
     }
     return kinds;
@@ -158,13 +164,14 @@ std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, co
 
 bool canSend(const gps::GPSPlugInProtocol& driver)
 {
-    return anyWord(driver.gpsCapabilities(), [](std::string_view able) { return able.starts_with("send"); });
+    return anyWord(driver.gpsCapabilities(),
+                   [](std::string_view able) { return able.starts_with("send"); });
 }
 
 std::string_view kindName(gps::TransferKind kind)
 {
-    const auto* const found =
-        std::find_if(kKindWords.begin(), kKindWords.end(), [&](const auto& row) { return row.kind == kind; });
+    const auto* const found = std::find_if(kKindWords.begin(), kKindWords.end(),
+                                           [&](const auto& row) { return row.kind == kind; });
     return found != kKindWords.end() ? found->word : "unknown";
 }
 

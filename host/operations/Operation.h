@@ -3,16 +3,16 @@
 
 #pragma once
 
+#include "host/operations/EventStream.h"
+
+#include <gps/GPSPlugInProtocol.h>
+
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "host/operations/EventStream.h"
-
-#include <gps/GPSPlugInProtocol.h>
 
 namespace host {
 
@@ -37,23 +37,28 @@ struct Outcome {
     std::vector<gps::TransferKind> sendings;  ///< kinds whose sending ended, in order
     std::vector<LoggedError> loggedErrors;    ///< errors that the plug-in logged about a path
     std::size_t moreErrors = 0;               ///< further ones, not kept
-    std::vector<std::string> logLines;        ///< every other line that the plug-in logged, breaks in it made spaces
-    std::size_t moreLines = 0;                ///< further ones, not kept
+    std::vector<std::string>
+        logLines; ///< every other line that the plug-in logged, breaks in it made spaces
+    std::size_t moreLines = 0; ///< further ones, not kept
 };
 
-using Start = std::function<std::optional<gps::Error>(const gps::GPSPlugInProtocol::Status& status)>;
+using Start =
+    std::function<std::optional<gps::Error>(const gps::GPSPlugInProtocol::Status& status)>;
 using Consume = std::function<void(const EventBatch& batch)>;
 
-/// Starts an operation on the calling thread and hands its events, in order, to `consume` on another one while it runs.
-/// Returns when the start has returned and, if it answered no error, the idle report has been consumed.
+/// Starts an operation on the calling thread and hands its events, in order, to `consume` on
+/// another one while it runs. Returns when the start has returned and, if it answered no error, the
+/// idle report has been consumed.
 ///
 /// @param start    calls the driver; a gps::RangeError that leaves it becomes the operation's error
 /// @param consume  must let no exception out; gets an empty batch now and then while no event comes
 [[nodiscard]] Outcome runOperation(const Start& start, const Consume& consume);
 
-/// The kinds that an acquire with these options must bring, of those that the driver can acquire: the ones that the options do
-/// not switch off or, from a driver of serial ports, the ones that they switch on. None in particular for an import.
-[[nodiscard]] std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options, const gps::GPSPlugInProtocol& driver);
+/// The kinds that an acquire with these options must bring, of those that the driver can acquire:
+/// the ones that the options do not switch off or, from a driver of serial ports, the ones that
+/// they switch on. None in particular for an import.
+[[nodiscard]] std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options,
+                                                            const gps::GPSPlugInProtocol& driver);
 
 /// Whether the driver can send anything at all.
 [[nodiscard]] bool canSend(const gps::GPSPlugInProtocol& driver);

@@ -3,17 +3,17 @@
 
 #include "host/watching/KnownRecords.h"
 
+#include "host/backup/Manifest.h"
+#include "host/base/HostError.h"
+#include "host/base/JsonText.h"
+#include "host/files/Files.h"
+#include "host/files/Hash.h"
+
+#include <platform/System/FileManager.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <utility>
-
-#include "host/backup/Files.h"
-#include "host/backup/Manifest.h"
-#include "host/formats/JsonText.h"
-#include "host/formats/Text.h"
-#include "host/operations/HostError.h"
-
-#include <platform/System/FileManager.h>
 
 namespace host {
 namespace {
@@ -30,7 +30,8 @@ std::string trackPrefix(std::int64_t firstTime)
 bool takeKeys(std::string_view text, RecordKeys& keys)
 {
     const auto body = text.substr(0, text.rfind(kSum));
-    if (!body.starts_with(kTitle) || text.substr(body.size()) != std::string{kSum} + hashOf(body) + '\n')
+    if (!body.starts_with(kTitle) ||
+        text.substr(body.size()) != std::string{kSum} + hashOf(body) + '\n')
         return false;
     for (auto lines = body.substr(kTitle.size()); !lines.empty();) {
         const auto end = std::min(lines.find('\n'), lines.size() - 1);
@@ -98,8 +99,9 @@ gps::Error KnownRecords::putAside() const
 {
     const auto aside = path_ + ".damaged";
     const bool isAside = std::rename(path_.c_str(), aside.c_str()) == 0;
-    return hostError("The list of what was saved before cannot be read, so everything counts as new",
-                     isAside ? "The damaged list was put aside" : "", isAside ? aside : path_);
+    return hostError(
+        "The list of what was saved before cannot be read, so everything counts as new",
+        isAside ? "The damaged list was put aside" : "", isAside ? aside : path_);
 }
 
 bool KnownRecords::hasTrackFrom(std::int64_t firstTime) const

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// KnownRecords: which records of a device have been saved already, kept in a file from one run to the next. [host thread], but
-// what is known may be asked on another thread meanwhile.
+// KnownRecords: which records of a device have been saved already, kept in a file from one run to
+// the next. [host thread], but what is known may be asked on another thread meanwhile.
 
 #pragma once
+
+#include <gps/Error.h>
+#include <gps/Value.h>
 
 #include <cstdint>
 #include <functional>
@@ -10,9 +13,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-
-#include <gps/Error.h>
-#include <gps/Value.h>
 
 namespace host {
 
@@ -39,8 +39,10 @@ private:
 /// A route: all that it and its points hold.
 [[nodiscard]] std::string routeKey(const Digest& content);
 
-/// A track: its first time and how many points it has. One that begins without a moment has no such time: its content counts.
-[[nodiscard]] std::string trackKey(std::int64_t firstTime, std::size_t points, const Digest& content);
+/// A track: its first time and how many points it has. One that begins without a moment has no such
+/// time: its content counts.
+[[nodiscard]] std::string trackKey(std::int64_t firstTime, std::size_t points,
+                                   const Digest& content);
 
 class KnownRecords {
 public:
@@ -51,7 +53,10 @@ public:
     /// @return  what the user should know of that
     [[nodiscard]] std::optional<gps::Error> load();
 
-    [[nodiscard]] bool contains(std::string_view key) const { return keys_.find(key) != keys_.end(); }
+    [[nodiscard]] bool contains(std::string_view key) const
+    {
+        return keys_.find(key) != keys_.end();
+    }
 
     /// Whether any known track begins at this time.
     [[nodiscard]] bool hasTrackFrom(std::int64_t firstTime) const;

@@ -2,7 +2,7 @@
 
 #include "host/watching/NewOnly.h"
 
-#include "host/formats/Text.h"
+#include "host/points/Points.h"
 
 namespace host {
 
@@ -67,7 +67,7 @@ void NewOnly::trackPoint(const Event& event)
         if (isPassing_)
             passHeld();
     }
-    const bool isTimed = content_.text().empty() && (points_ > 1 || hasMoment(event.point));
+    const bool isTimed = content_.text().empty() && (points_ > 1 || hasTimestamp(event.point));
     if (!isTimed)
         content_.add(event.point);
     if (isPassing_)

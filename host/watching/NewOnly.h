@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "host/formats/Writer.h"
+#include "host/watching/KnownRecords.h"
+
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -10,17 +13,17 @@
 #include <utility>
 #include <vector>
 
-#include "host/formats/Writer.h"
-#include "host/watching/KnownRecords.h"
-
 namespace host {
 
-/// Reports that are no records go through. A route is held back until its end has come, a track only while one with the same
-/// first time is known: then 40 bytes a point are kept until it proves to be another one.
+/// Reports that are no records go through. A route is held back until its end has come, a track
+/// only while one with the same first time is known: then 40 bytes a point are kept until it proves
+/// to be another one.
 class NewOnly final : public Writer {
 public:
     /// @param known  lasts as long as this object
-    NewOnly(std::unique_ptr<Writer> writer, const KnownRecords& known) : writer_(std::move(writer)), known_(known) {}
+    NewOnly(std::unique_ptr<Writer> writer, const KnownRecords& known)
+        : writer_(std::move(writer)), known_(known)
+    {}
 
     void event(const Event& event) override;
     void result(const std::optional<gps::Error>& error) override { writer_->result(error); }
@@ -55,7 +58,8 @@ private:
     std::int64_t firstTime_ = 0;
     bool isPassing_ = false; // the track is new: its points go straight on
     std::vector<gps::GPSPoint> heldPoints_;
-    std::vector<std::pair<std::size_t, gps::Dictionary>> heldExtras_; // from which held point on they hold
+    std::vector<std::pair<std::size_t, gps::Dictionary>>
+        heldExtras_; // from which held point on they hold
 };
 
 } // namespace host

@@ -12,7 +12,8 @@ Presence::Changes Presence::update(const std::vector<PresentDevice>& present)
     Changes changes;
     std::vector<Entry> entries;
     for (const auto& device : present) {
-        if (std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.device == device; }))
+        if (std::any_of(entries.begin(), entries.end(),
+                        [&](const Entry& entry) { return entry.device == device; }))
             continue;
         auto* const before = find(device);
         if (before == nullptr)
@@ -52,7 +53,8 @@ bool Presence::failed(const PresentDevice& device, std::size_t mostTries)
 
 Presence::Entry* Presence::find(const PresentDevice& device)
 {
-    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return entry.device == device; });
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [&](const Entry& entry) { return entry.device == device; });
     return found != entries_.end() ? &*found : nullptr;
 }
 

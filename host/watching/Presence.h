@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Presence: which devices are there, and which of them are still to be acquired from. A device is done once while it stays;
-// one that fails is tried again, a few times. One thread at a time.
+// Presence: which devices are there, and which of them are still to be acquired from. A device is
+// done once while it stays; one that fails is tried again, a few times. One thread at a time.
 
 #pragma once
 
@@ -31,8 +31,8 @@ public:
         std::vector<PresentDevice> gone{};
     };
 
-    /// Takes what is there now; a device that is listed twice, as a folder named twice is, counts once. @return  what has changed
-    /// since the last time
+    /// Takes what is there now; a device that is listed twice, as a folder named twice is, counts
+    /// once. @return  what has changed since the last time
     Changes update(const std::vector<PresentDevice>& present);
 
     /// The devices to acquire from: readable ones that are not done.

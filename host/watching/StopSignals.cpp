@@ -2,10 +2,10 @@
 
 #include "host/watching/StopSignals.h"
 
+#include "host/files/IgnoredSignal.h"
+
 #include <sys/eventfd.h>
 #include <unistd.h>
-
-#include "host/formats/IgnoredSignal.h"
 
 namespace host {
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// StopSignals: turns the wish to end the program (SIGINT, SIGTERM, SIGHUP) into something that a waiting loop sees, so that
-// what is being written is finished first. A second wish ends the program at once. A signal that the program was started to
-// ignore is no wish. One in a process. [host thread]
+// StopSignals: turns the wish to end the program (SIGINT, SIGTERM, SIGHUP) into something that a
+// waiting loop sees, so that what is being written is finished first. A second wish ends the
+// program at once. A signal that the program was started to ignore is no wish. One in a process.
+// [host thread]
 
 #pragma once
 

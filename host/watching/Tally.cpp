@@ -2,9 +2,9 @@
 
 #include "host/watching/Tally.h"
 
-#include <string_view>
-
 #include "host/formats/CollectionWriter.h"
+
+#include <string_view>
 
 namespace host {
 namespace {

@@ -3,13 +3,13 @@
 
 #pragma once
 
+#include "host/formats/Writer.h"
+
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
-
-#include "host/formats/Writer.h"
 
 namespace host {
 

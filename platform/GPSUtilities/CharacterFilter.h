@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sets of ASCII characters, and the filter that keeps only a set's. Constant once made: [any] thread.
+// Sets of ASCII characters, and the filter that keeps only a set's. Constant once made: [any]
+// thread.
 
 #pragma once
 
@@ -15,15 +16,19 @@ class CharacterSet {
 public:
     explicit CharacterSet(std::string_view characters);
 
-    [[nodiscard]] bool contains(char c) const noexcept { return members_[static_cast<unsigned char>(c)]; }
+    [[nodiscard]] bool contains(char c) const noexcept
+    {
+        return members_[static_cast<unsigned char>(c)];
+    }
     [[nodiscard]] std::size_t size() const noexcept { return members_.count(); }
 
 private:
     std::bitset<256> members_;
 };
 
-/// `stringByRemovingCharactersNotInSet:`: the text without the characters outside the set, order kept. A character outside
-/// ASCII goes as a whole.
-[[nodiscard]] std::string stringByRemovingCharactersNotInSet(std::string_view text, const CharacterSet& set);
+/// `stringByRemovingCharactersNotInSet:`: the text without the characters outside the set, order
+/// kept. A character outside ASCII goes as a whole.
+[[nodiscard]] std::string stringByRemovingCharactersNotInSet(std::string_view text,
+                                                             const CharacterSet& set);
 
 } // namespace gps

@@ -4,7 +4,8 @@
 
 namespace gps {
 
-std::optional<SecurityScopedURL> GPSStorageAuthorization::authorizedBookmarkURLForPath(const std::string& path)
+std::optional<SecurityScopedURL>
+GPSStorageAuthorization::authorizedBookmarkURLForPath(const std::string& path)
 {
     return SecurityScopedURL{path};
 }

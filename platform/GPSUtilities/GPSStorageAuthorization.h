@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The user's grant of access to a volume. This system grants by file permissions alone, so every path is granted here and a
-// refusal shows when a file is read. [host thread]
+// The user's grant of access to a volume. This system grants by file permissions alone, so every
+// path is granted here and a refusal shows when a file is read. [host thread]
 
 #pragma once
 
@@ -27,7 +27,8 @@ private:
 class GPSStorageAuthorization {
 public:
     /// `authorizedBookmarkURLForPath:error:`. @return  none without a grant
-    [[nodiscard]] static std::optional<SecurityScopedURL> authorizedBookmarkURLForPath(const std::string& path);
+    [[nodiscard]] static std::optional<SecurityScopedURL>
+    authorizedBookmarkURLForPath(const std::string& path);
 };
 
 } // namespace gps

@@ -11,9 +11,11 @@ namespace gps::NMEAUtils {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t kFirstWritableTime = 315532800; // 1980-01-01 00:00:00: before that there was no satellite time
-constexpr std::int64_t kLastWritableTime = 3471292799; // 2079-12-31 23:59:59: beyond, two digits would name another year
-constexpr std::int64_t kUnitsPerMinute = 100000;       // of a written coordinate's last decimal
+constexpr std::int64_t kFirstWritableTime =
+    315532800; // 1980-01-01 00:00:00: before that there was no satellite time
+constexpr std::int64_t kLastWritableTime =
+    3471292799; // 2079-12-31 23:59:59: beyond, two digits would name another year
+constexpr std::int64_t kUnitsPerMinute = 100000; // of a written coordinate's last decimal
 constexpr std::int64_t kUnitsPerDegree = 60 * kUnitsPerMinute;
 
 /// The value of a hexadecimal digit; 16 for any other character.
@@ -39,8 +41,8 @@ std::string_view withoutLineEnd(std::string_view line) noexcept
     return line;
 }
 
-/// The checksum of a body and, in the same pass, whether every byte may stand in one. No branch leaves the loop, so that
-/// compilers make vector code of it.
+/// The checksum of a body and, in the same pass, whether every byte may stand in one. No branch
+/// leaves the loop, so that compilers make vector code of it.
 struct BodyCheck {
     std::uint8_t checksum = 0;
     bool valid = true;
@@ -53,7 +55,8 @@ BodyCheck checkBody(std::string_view body) noexcept
     for (const char c : body) {
         const auto byte = static_cast<std::uint8_t>(c);
         checksum ^= byte;
-        bad |= static_cast<std::uint8_t>((byte < 0x20) | (byte > 0x7E) | (byte == '$') | (byte == '*'));
+        bad |= static_cast<std::uint8_t>((byte < 0x20) | (byte > 0x7E) | (byte == '$') |
+                                         (byte == '*'));
     }
     return {checksum, bad == 0};
 }
@@ -81,9 +84,10 @@ std::optional<std::int64_t> dayOf(std::string_view date) noexcept
     if (date.size() != 6 || !beginsWithSixDigits(date))
         return std::nullopt;
     const int year = twoDigits(date, 4);
-    const std::chrono::year_month_day day{std::chrono::year{year < 80 ? 2000 + year : 1900 + year},
-                                          std::chrono::month{static_cast<unsigned>(twoDigits(date, 2))},
-                                          std::chrono::day{static_cast<unsigned>(twoDigits(date, 0))}};
+    const std::chrono::year_month_day day{
+        std::chrono::year{year < 80 ? 2000 + year : 1900 + year},
+        std::chrono::month{static_cast<unsigned>(twoDigits(date, 2))},
+        std::chrono::day{static_cast<unsigned>(twoDigits(date, 0))}};
     if (!day.ok())
         return std::nullopt;
     return std::chrono::sys_days{day}.time_since_epoch().count();
@@ -154,7 +158,8 @@ std::string addChecksumToNMEASentence(std::string_view body)
     return sentence;
 }
 
-double convertNMEADegreesMinutes(std::string_view degreesMinutes, std::string_view direction) noexcept
+double convertNMEADegreesMinutes(std::string_view degreesMinutes,
+                                 std::string_view direction) noexcept
 {
     const double number = leadingNumber(degreesMinutes).value_or(0);
     const double whole = std::trunc(number / 100);
@@ -192,16 +197,20 @@ std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexce
     const auto second = secondOfDay(time);
     if (!second)
         return previous;
-    // The first and the last day of a 64-bit count are not whole: a previous value may come from anywhere.
+    // The first and the last day of a 64-bit count are not whole: a previous value may come from
+    // anywhere.
     std::int64_t updated = 0;
-    return __builtin_add_overflow(previous, *second - secondsSinceMidnight(previous), &updated) ? previous : updated;
+    return __builtin_add_overflow(previous, *second - secondsSinceMidnight(previous), &updated)
+               ? previous
+               : updated;
 }
 
 DateTimeText makeNMEADateFrom(std::int64_t time)
 {
     if (time < kFirstWritableTime || time > kLastWritableTime)
         return {};
-    const std::chrono::year_month_day day{std::chrono::sys_days{std::chrono::days{time / kSecondsPerDay}}};
+    const std::chrono::year_month_day day{
+        std::chrono::sys_days{std::chrono::days{time / kSecondsPerDay}}};
     const std::int64_t second = secondsSinceMidnight(time);
 
     DateTimeText text;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The system's own serial line: termios, poll and the monotonic clock. All that is asked of it is in this one file.
+// The system's own serial line: termios, poll and the monotonic clock. All that is asked of it is
+// in this one file.
 
 #include "OrvSerial.h"
 
@@ -71,7 +72,8 @@ int claim(int line)
     return 0;
 }
 
-/// Sets all that the line depends on, for its last user may have left it in any state, and drops unread input.
+/// Sets all that the line depends on, for its last user may have left it in any state, and drops
+/// unread input.
 /// @return  0 or the system's error number: EINVAL when the line keeps a setting of its own
 int configure(int line, speed_t speed)
 {
@@ -112,12 +114,15 @@ void drain(int line)
     }
 }
 
-/// Waits until the line is ready for an event, or has failed. @return  what poll tells; 0 at the deadline and after a signal
+/// Waits until the line is ready for an event, or has failed. @return  what poll tells; 0 at the
+/// deadline and after a signal
 short waitFor(int line, short event, Clock::time_point deadline)
 {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     pollfd watched{line, event, 0};
-    return ::poll(&watched, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, INT_MAX))) > 0 ? watched.revents : short{0};
+    return ::poll(&watched, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, INT_MAX))) > 0
+               ? watched.revents
+               : short{0};
 }
 
 class SerialLine final : public OrvSerial {
@@ -130,7 +135,8 @@ public:
     void setBaudRate(int bitsPerSecond) override;
     int openWithDevicePath(const char* path) override;
     void sendString(std::string_view text, StringEncoding encoding) override;
-    std::optional<std::string> readStringTo(std::string_view terminator, float timeoutSeconds) override;
+    std::optional<std::string> readStringTo(std::string_view terminator,
+                                            float timeoutSeconds) override;
     void close() override;
 
 private:
@@ -150,8 +156,9 @@ private:
 
 void SerialLine::setBaudRate(int bitsPerSecond)
 {
-    const auto* const speed =
-        std::find_if(kSpeeds.begin(), kSpeeds.end(), [&](const Speed& each) { return each.first == bitsPerSecond; });
+    const auto* const speed = std::find_if(kSpeeds.begin(), kSpeeds.end(), [&](const Speed& each) {
+        return each.first == bitsPerSecond;
+    });
     if (speed == kSpeeds.end())
         throw SerialFailure{"no speed of a serial line: " + std::to_string(bitsPerSecond)};
     speed_ = *speed;
@@ -177,7 +184,8 @@ int SerialLine::openWithDevicePath(const char* path)
         ::close(line); // and nothing else: it may be another program's line
         return error;
     }
-    (void)::ioctl(line, TIOCEXCL); // stops programs that do not ask for the lock, where the line knows how to
+    (void)::ioctl(
+        line, TIOCEXCL); // stops programs that do not ask for the lock, where the line knows how to
     line_ = line;
     path_ = path;
     theTraffic.bitsPerSecond.store(speed_.first, std::memory_order_relaxed);
@@ -199,14 +207,15 @@ void SerialLine::sendString(std::string_view text, StringEncoding /*encoding*/)
     }
 }
 
-std::optional<std::string> SerialLine::readStringTo(std::string_view terminator, float timeoutSeconds)
+std::optional<std::string> SerialLine::readStringTo(std::string_view terminator,
+                                                    float timeoutSeconds)
 {
     if (!isOpen())
         return std::nullopt;
     if (writeFailed_)
         fail("write", EIO);
-    const auto deadline =
-        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<float>{timeoutSeconds});
+    const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                             std::chrono::duration<float>{timeoutSeconds});
     std::size_t from = 0;
     auto text = takeTextTo(terminator, from);
     for (bool inTime = true; !text && inTime;) {
@@ -219,7 +228,8 @@ std::optional<std::string> SerialLine::readStringTo(std::string_view terminator,
     return text;
 }
 
-/// Reads what has come. Nothing at all, and any error, is the end of the line: it was unplugged or hung up.
+/// Reads what has come. Nothing at all, and any error, is the end of the line: it was unplugged or
+/// hung up.
 void SerialLine::receive(short state)
 {
     std::array<char, 4096> piece;
@@ -235,8 +245,8 @@ void SerialLine::receive(short state)
         fail("read", error);
 }
 
-/// Takes the text up to the terminator out of what was received, looking at it from a position on. Without one it moves the
-/// position to where a terminator that comes in pieces may begin.
+/// Takes the text up to the terminator out of what was received, looking at it from a position on.
+/// Without one it moves the position to where a terminator that comes in pieces may begin.
 std::optional<std::string> SerialLine::takeTextTo(std::string_view terminator, std::size_t& from)
 {
     const auto end = received_.find(terminator, from);
@@ -257,8 +267,9 @@ void SerialLine::close()
 {
     if (!isOpen())
         return;
-    ::tcflush(line_, TCOFLUSH);     // or closing may wait for a stuck line
-    (void)::ioctl(line_, TIOCNXCL); // a pseudo-terminal would stay shut for as long as its other side lives
+    ::tcflush(line_, TCOFLUSH); // or closing may wait for a stuck line
+    (void)::ioctl(
+        line_, TIOCNXCL); // a pseudo-terminal would stay shut for as long as its other side lives
     ::close(std::exchange(line_, -1));
     received_.clear();
     writeFailed_ = false;
@@ -279,8 +290,8 @@ std::unique_ptr<OrvSerial> OrvSerial::create()
 SerialTraffic serialTraffic() noexcept
 {
     constexpr auto kRelaxed = std::memory_order_relaxed;
-    return {theTraffic.bytesRead.load(kRelaxed), theTraffic.bytesWritten.load(kRelaxed), theTraffic.linesRead.load(kRelaxed),
-            theTraffic.bitsPerSecond.load(kRelaxed)};
+    return {theTraffic.bytesRead.load(kRelaxed), theTraffic.bytesWritten.load(kRelaxed),
+            theTraffic.linesRead.load(kRelaxed), theTraffic.bitsPerSecond.load(kRelaxed)};
 }
 
 } // namespace gps

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The list of serial ports, from the device database and the user default for ports that it cannot know.
+// The list of serial ports, from the device database and the user default for ports that it cannot
+// know.
 
 #include "OrvSerial.h"
 
@@ -25,8 +26,9 @@ Dictionary recordOf(const std::string& path, std::string name)
     return {{"location", path}, {"name", std::move(name)}};
 }
 
-/// The kernel makes terminals for consoles, which hang on no device, and for ports that a board might have: a port of type 0
-/// has no chip, and a device without a driver anywhere above it is not in use.
+/// The kernel makes terminals for consoles, which hang on no device, and for ports that a board
+/// might have: a port of type 0 has no chip, and a device without a driver anywhere above it is not
+/// in use.
 bool hasHardware(udev_device* terminal)
 {
     udev_device* above = udev_device_get_parent(terminal);
@@ -47,10 +49,13 @@ void setHexadecimal(Dictionary& record, const char* key, std::string_view digits
 Port portOf(udev_device* terminal)
 {
     const std::string path = udev_device_get_devnode(terminal);
-    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(terminal, "usb", "usb_device");
+    udev_device* const usb =
+        udev_device_get_parent_with_subsystem_devtype(terminal, "usb", "usb_device");
     if (usb == nullptr)
         return {false, recordOf(path, path)};
-    const auto attribute = [usb](const char* name) { return textOf(udev_device_get_sysattr_value(usb, name)); };
+    const auto attribute = [usb](const char* name) {
+        return textOf(udev_device_get_sysattr_value(usb, name));
+    };
     const std::string product{attribute("product")};
     auto record = recordOf(path, product.empty() ? path : product + " (" + path + ")");
     setHexadecimal(record, "vendorID", attribute("idVendor"));
@@ -71,26 +76,34 @@ std::vector<Port> hardwarePorts()
     udev_enumerate_scan_devices(terminals.get());
     for (auto* entry = udev_enumerate_get_list_entry(terminals.get()); entry != nullptr;
          entry = udev_list_entry_get_next(entry)) {
-        const UdevDevice terminal{udev_device_new_from_syspath(database.get(), udev_list_entry_get_name(entry))};
-        if (terminal && udev_device_get_devnode(terminal.get()) != nullptr && hasHardware(terminal.get()))
+        const UdevDevice terminal{
+            udev_device_new_from_syspath(database.get(), udev_list_entry_get_name(entry))};
+        if (terminal && udev_device_get_devnode(terminal.get()) != nullptr &&
+            hasHardware(terminal.get()))
             ports.push_back(portOf(terminal.get()));
     }
     return ports;
 }
 
-/// USB ports first: a receiver's cable hangs there on most machines. Then by name, "ttyUSB2" before "ttyUSB10".
+/// USB ports first: a receiver's cable hangs there on most machines. Then by name, "ttyUSB2" before
+/// "ttyUSB10".
 bool comesBefore(const Port& a, const Port& b)
 {
     if (a.onUsb != b.onUsb)
         return a.onUsb;
-    return ::strverscmp(a.record.findString("name")->c_str(), b.record.findString("name")->c_str()) < 0;
+    return ::strverscmp(a.record.findString("name")->c_str(),
+                        b.record.findString("name")->c_str()) < 0;
 }
 
 /// Adds the ports that the user names and that are not there yet.
 void addTestPorts(std::vector<Port>& ports)
 {
-    for (const auto& path : UserDefaults::standard().stringArrayForKey(kTestPortsKey).value_or(std::vector<std::string>{})) {
-        const auto isThere = [&](const Port& port) { return *port.record.findString("location") == path; };
+    for (const auto& path : UserDefaults::standard()
+                                .stringArrayForKey(kTestPortsKey)
+                                .value_or(std::vector<std::string>{})) {
+        const auto isThere = [&](const Port& port) {
+            return *port.record.findString("location") == path;
+        };
         if (std::none_of(ports.begin(), ports.end(), isThere))
             ports.push_back({false, recordOf(path, path)});
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SerialTraffic: what has gone over this process's serial lines, for a host that shows progress. [any]
+// SerialTraffic: what has gone over this process's serial lines, for a host that shows progress.
+// [any]
 
 #pragma once
 

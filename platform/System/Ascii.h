@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whether a text is plain ASCII, which is all that receivers' files and texts can hold. Stateless: [any] thread.
+// Whether a text is plain ASCII, which is all that receivers' files and texts can hold. Stateless:
+// [any] thread.
 
 #pragma once
 

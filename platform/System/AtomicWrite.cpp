@@ -2,10 +2,10 @@
 
 #include "AtomicWrite.h"
 
-#include <cerrno>
-
 #include "FileSystem.h"
 #include "OpenFile.h"
+
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -14,8 +14,8 @@
 namespace gps {
 namespace {
 
-/// One name a folder, so that the next write sweeps up what a killed process left. Short: the final name may be as long
-/// as names can be.
+/// One name a folder, so that the next write sweeps up what a killed process left. Short: the final
+/// name may be as long as names can be.
 constexpr char kTemporaryName[] = ".~write.tmp";
 
 constexpr mode_t kModeBits = 0777;
@@ -52,7 +52,8 @@ int writeAll(FileSystem& files, int file, std::string_view data)
     return 0;
 }
 
-/// Gives the new file the mode of the one that it replaces. A volume without modes refuses; then there is none to keep.
+/// Gives the new file the mode of the one that it replaces. A volume without modes refuses; then
+/// there is none to keep.
 void keepMode(FileSystem& files, int folder, const char* name, int file)
 {
     struct stat present;
@@ -60,7 +61,8 @@ void keepMode(FileSystem& files, int folder, const char* name, int file)
         (void)files.fchmod(file, present.st_mode & kModeBits);
 }
 
-/// Fills the temporary file and moves it to its name. A failed flush is final: a second try could succeed over lost data.
+/// Fills the temporary file and moves it to its name. A failed flush is final: a second try could
+/// succeed over lost data.
 int writeAndRename(FileSystem& files, int folder, int file, const char* name, std::string_view data)
 {
     if (const int failure = writeAll(files, file, data))
@@ -71,12 +73,14 @@ int writeAndRename(FileSystem& files, int folder, int file, const char* name, st
     return errnoOf(files.renameat(folder, kTemporaryName, name));
 }
 
-/// On vfat the renamed file's folder entry stays without size and first cluster until the file is flushed once more.
+/// On vfat the renamed file's folder entry stays without size and first cluster until the file is
+/// flushed once more.
 int flushAfterRename(FileSystem& files, int folder, OpenFile& file)
 {
     if (files.fsync(file.get()) != 0)
         return errno;
-    if (files.fsync(folder) != 0 && errno != EINVAL) // EINVAL: a volume whose folders cannot be flushed
+    if (files.fsync(folder) != 0 &&
+        errno != EINVAL) // EINVAL: a volume whose folders cannot be flushed
         return errno;
     return file.close() == 0 || errno == EINTR ? 0 : errno;
 }
@@ -96,10 +100,12 @@ int writeAtomically(FileSystem& files, const std::string& path, std::string_view
         return EWOULDBLOCK;
 
     (void)files.unlinkat(folder.get(), kTemporaryName);
-    OpenFile file{files, files.openat(folder.get(), kTemporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
+    OpenFile file{files, files.openat(folder.get(), kTemporaryName,
+                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
     if (!file)
         return errno;
-    if (const int failure = writeAndRename(files, folder.get(), file.get(), place.name.c_str(), data)) {
+    if (const int failure =
+            writeAndRename(files, folder.get(), file.get(), place.name.c_str(), data)) {
         (void)files.unlinkat(folder.get(), kTemporaryName);
         return failure;
     }

@@ -32,7 +32,8 @@ bool isFile(const std::string& path)
     return FileManager{}.fileExists(path, &isFolder) && !isFolder;
 }
 
-std::shared_ptr<View> makeElement(std::string_view className, const std::string& identifier, const std::string& title)
+std::shared_ptr<View> makeElement(std::string_view className, const std::string& identifier,
+                                  const std::string& title)
 {
     if (className == "View")
         return std::make_shared<View>(identifier, title);
@@ -44,7 +45,8 @@ std::shared_ptr<View> makeElement(std::string_view className, const std::string&
 }
 
 /// The value under a key, if it is a T; `broken` when it is something else.
-template <typename T> const T* optionalValue(const Dictionary& description, std::string_view key, bool& broken)
+template <typename T>
+const T* optionalValue(const Dictionary& description, std::string_view key, bool& broken)
 {
     const Value* value = description.find(key);
     const T* typed = value != nullptr ? value->as<T>() : nullptr;
@@ -52,7 +54,8 @@ template <typename T> const T* optionalValue(const Dictionary& description, std:
     return typed;
 }
 
-/// An element with all inside it; null when any of it is broken. A property list bounds how deep that goes.
+/// An element with all inside it; null when any of it is broken. A property list bounds how deep
+/// that goes.
 std::shared_ptr<View> makeView(const Dictionary& description)
 {
     const auto* className = description.findString("class");
@@ -78,7 +81,8 @@ std::shared_ptr<View> makeView(const Dictionary& description)
 }
 
 /// An outlet keeps the whole view alive.
-template <typename T> std::shared_ptr<T> outlet(const std::shared_ptr<View>& view, std::string_view identifier)
+template <typename T>
+std::shared_ptr<T> outlet(const std::shared_ptr<View>& view, std::string_view identifier)
 {
     auto* found = view->find<T>(identifier);
     return found != nullptr ? std::shared_ptr<T>{view, found} : nullptr;
@@ -101,7 +105,8 @@ std::optional<Bundle> Bundle::containing(const void* address)
 
 Dictionary Bundle::infoDictionary() const
 {
-    return readPropertyListDictionary(joinPath(path_, "Contents/Info.plist")).value_or(Dictionary{});
+    return readPropertyListDictionary(joinPath(path_, "Contents/Info.plist"))
+        .value_or(Dictionary{});
 }
 
 std::optional<std::string> Bundle::executablePath() const
@@ -113,7 +118,8 @@ std::optional<std::string> Bundle::executablePath() const
     return joinPath(joinPath(path_, "Contents/Linux"), *name);
 }
 
-std::optional<std::string> Bundle::pathForResource(std::string_view name, std::string_view type) const
+std::optional<std::string> Bundle::pathForResource(std::string_view name,
+                                                   std::string_view type) const
 {
     auto path = joinPath(joinPath(path_, "Contents/Resources"), name).append(".").append(type);
     return isFile(path) ? std::optional{std::move(path)} : std::nullopt;

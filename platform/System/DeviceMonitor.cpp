@@ -35,7 +35,8 @@ int millisecondsUntil(Clock::time_point end)
 
 UdevMonitor makeMonitor(udev* database)
 {
-    UdevMonitor monitor{database != nullptr ? udev_monitor_new_from_netlink(database, "udev") : nullptr};
+    UdevMonitor monitor{database != nullptr ? udev_monitor_new_from_netlink(database, "udev")
+                                            : nullptr};
     if (!monitor)
         return nullptr;
     for (const char* subsystem : {"block", "tty"})
@@ -46,10 +47,11 @@ UdevMonitor makeMonitor(udev* database)
 
 } // namespace
 
-/// The mount table signals each change of itself once; the device database tells of each device. Where one of them is
-/// missing (a container, say) its descriptor is -1, which poll passes over.
+/// The mount table signals each change of itself once; the device database tells of each device.
+/// Where one of them is missing (a container, say) its descriptor is -1, which poll passes over.
 struct DeviceMonitor::Watches {
-    OpenFile mountTable{FileSystem::system(), FileSystem::system().open("/proc/self/mountinfo", O_RDONLY)};
+    OpenFile mountTable{FileSystem::system(),
+                        FileSystem::system().open("/proc/self/mountinfo", O_RDONLY)};
     Udev database{udev_new()};
     UdevMonitor monitor = makeMonitor(database.get());
 
@@ -70,12 +72,14 @@ DeviceMonitor::~DeviceMonitor() = default;
 DeviceChanges DeviceMonitor::wait(std::chrono::milliseconds limit)
 {
     const int devices = watches_->monitor ? udev_monitor_get_fd(watches_->monitor.get()) : -1;
-    std::array<pollfd, 3> watched{{{watches_->mountTable.get(), POLLPRI, 0}, {devices, POLLIN, 0}, {wakeUp_, POLLIN, 0}}};
+    std::array<pollfd, 3> watched{
+        {{watches_->mountTable.get(), POLLPRI, 0}, {devices, POLLIN, 0}, {wakeUp_, POLLIN, 0}}};
     auto end = limit.count() < 0 ? Clock::time_point::max() : Clock::now() + limit;
     DeviceChanges changes;
     for (;;) {
         const int ready = ::poll(watched.data(), watched.size(), millisecondsUntil(end));
-        changes.interrupted = (ready < 0 && errno == EINTR) || (ready > 0 && watched[2].revents != 0);
+        changes.interrupted =
+            (ready < 0 && errno == EINTR) || (ready > 0 && watched[2].revents != 0);
         if (ready <= 0 || changes.interrupted)
             return changes;
         const bool first = !changes.volumes && !changes.serialPorts;

@@ -12,18 +12,21 @@ namespace gps {
 struct DeviceChanges {
     bool volumes = false;
     bool serialPorts = false;
-    bool interrupted = false; ///< a signal was handled meanwhile, or the wake-up file has something to read
+    bool interrupted =
+        false; ///< a signal was handled meanwhile, or the wake-up file has something to read
 };
 
 class DeviceMonitor {
 public:
-    /// @param wakeUp  an open file, not owned: a wait ends as soon as something can be read from it; -1: none
+    /// @param wakeUp  an open file, not owned: a wait ends as soon as something can be read from
+    /// it; -1: none
     explicit DeviceMonitor(int wakeUp = -1);
     ~DeviceMonitor();
     DeviceMonitor(const DeviceMonitor&) = delete;
     DeviceMonitor& operator=(const DeviceMonitor&) = delete;
 
-    /// Waits for the next change, at most as long as given (negative: for ever), and gathers what comes close together.
+    /// Waits for the next change, at most as long as given (negative: for ever), and gathers what
+    /// comes close together.
     [[nodiscard]] DeviceChanges wait(std::chrono::milliseconds limit);
 
 private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "FileManager.h"
-
 #include "FileSystem.h"
 #include "Log.h"
 
@@ -15,7 +14,8 @@ namespace {
 
 void logFailure(const char* what, const std::string& folder, int systemError)
 {
-    logLine("The folder \"" + folder + "\" " + what + ": " + std::generic_category().message(systemError));
+    logLine("The folder \"" + folder + "\" " + what + ": " +
+            std::generic_category().message(systemError));
 }
 
 /// A volume that does not tell the kinds of its entries (vfat does) is asked about each.
@@ -24,7 +24,8 @@ bool isFolder(FileSystem& files, const std::string& parent, const dirent& entry)
     if (entry.d_type != DT_UNKNOWN)
         return entry.d_type == DT_DIR;
     struct stat status;
-    return files.lstat(joinPath(parent, entry.d_name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return files.lstat(joinPath(parent, entry.d_name).c_str(), &status) == 0 &&
+           S_ISDIR(status.st_mode);
 }
 
 } // namespace
@@ -73,7 +74,8 @@ void DirectoryEnumerator::enter(std::string relativePath)
     if (errno != 0)
         logFailure("cannot be listed to its end", path, errno);
     (void)files_->closedir(folder);
-    std::sort(level.names.begin(), level.names.end(), [](const Name& a, const Name& b) { return a.name < b.name; });
+    std::sort(level.names.begin(), level.names.end(),
+              [](const Name& a, const Name& b) { return a.name < b.name; });
     levels_.push_back(std::move(level));
 }
 

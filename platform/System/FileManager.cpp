@@ -91,13 +91,15 @@ Error writeError(const std::string& path, int systemError)
 }
 
 /// Reads to the file's end, or up to the limit. @return  0 or errno
-int readUpTo(FileSystem& files, int file, std::size_t expected, std::size_t limit, std::string& bytes)
+int readUpTo(FileSystem& files, int file, std::size_t expected, std::size_t limit,
+             std::string& bytes)
 {
     bytes.reserve(std::min(expected, limit));
     while (bytes.size() < limit) {
         const std::size_t used = bytes.size();
         // The last byte of a file's room stays free, and reading into it meets the end.
-        const std::size_t wanted = std::clamp<std::size_t>(used < expected ? expected - used : kPiece, 1, kPiece);
+        const std::size_t wanted =
+            std::clamp<std::size_t>(used < expected ? expected - used : kPiece, 1, kPiece);
         bytes.resize(std::min(used + wanted, limit));
         const ssize_t count = files.read(file, bytes.data() + used, bytes.size() - used);
         const int failure = count < 0 ? errno : 0;
@@ -112,8 +114,10 @@ int readUpTo(FileSystem& files, int file, std::size_t expected, std::size_t limi
 
 enum class Extent { kWhole, kFront };
 
-/// @return  0 or errno. A FIFO or a device is not waited for: the open does not block, and neither is read.
-int readRegularFile(FileSystem& files, const std::string& path, std::size_t limit, Extent extent, std::string& bytes)
+/// @return  0 or errno. A FIFO or a device is not waited for: the open does not block, and neither
+/// is read.
+int readRegularFile(FileSystem& files, const std::string& path, std::size_t limit, Extent extent,
+                    std::string& bytes)
 try {
     bytes.clear();
     const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY)};
@@ -126,7 +130,8 @@ try {
         return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
     if (extent == Extent::kFront) {
-        (void)readUpTo(files, file.get(), size + 1, limit, bytes); // what came before a failure is the front
+        (void)readUpTo(files, file.get(), size + 1, limit,
+                       bytes); // what came before a failure is the front
         return 0;
     }
     if (size > limit)
@@ -138,7 +143,8 @@ try {
     return ENOMEM;
 }
 
-std::optional<Error> read(FileSystem& files, const std::string& path, std::size_t limit, Extent extent, std::string& bytes)
+std::optional<Error> read(FileSystem& files, const std::string& path, std::size_t limit,
+                          Extent extent, std::string& bytes)
 {
     const int failure = readRegularFile(files, path, std::min(limit, kLargestFile), extent, bytes);
     if (failure == 0)
@@ -151,14 +157,17 @@ std::optional<Error> read(FileSystem& files, const std::string& path, std::size_
 
 Error makeFileError(FileErrorCode code, const std::string& path, int systemError)
 {
-    Dictionary userInfo{{kErrorDescriptionKey, "The file \"" + std::string{nameOf(path)} + "\" " + predicate(code)},
-                        {kErrorPathKey, path}};
+    Dictionary userInfo{
+        {kErrorDescriptionKey, "The file \"" + std::string{nameOf(path)} + "\" " + predicate(code)},
+        {kErrorPathKey, path}};
     if (systemError != 0)
         userInfo.set(kErrorReasonKey, std::generic_category().message(systemError));
     return {kFileErrorDomain, static_cast<std::int32_t>(code), std::move(userInfo)};
 }
 
-FileManager::FileManager(FileSystem* files) : files_(files != nullptr ? files : &FileSystem::system()) {}
+FileManager::FileManager(FileSystem* files)
+    : files_(files != nullptr ? files : &FileSystem::system())
+{}
 
 bool FileManager::fileExists(const std::string& path, bool* isFolder) const
 {
@@ -179,17 +188,20 @@ std::optional<Error> FileManager::readAsciiFile(const std::string& path, std::st
     return makeFileError(FileErrorCode::kReadNotAscii, path);
 }
 
-std::optional<Error> FileManager::readFile(const std::string& path, std::string& bytes, std::size_t limit) const
+std::optional<Error> FileManager::readFile(const std::string& path, std::string& bytes,
+                                           std::size_t limit) const
 {
     return read(*files_, path, limit, Extent::kWhole, bytes);
 }
 
-std::optional<Error> FileManager::readFront(const std::string& path, std::string& bytes, std::size_t limit) const
+std::optional<Error> FileManager::readFront(const std::string& path, std::string& bytes,
+                                            std::size_t limit) const
 {
     return read(*files_, path, limit, Extent::kFront, bytes);
 }
 
-std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& path, std::string_view text) const
+std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& path,
+                                                           std::string_view text) const
 {
     if (!isAscii(text))
         return makeFileError(FileErrorCode::kWriteNotAscii, path);

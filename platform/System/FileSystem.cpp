@@ -14,7 +14,8 @@ namespace gps {
 
 FileSystem& FileSystem::system()
 {
-    static FileSystem& theSystem = *new FileSystem; // never destroyed: workers use it until the process is gone
+    static FileSystem& theSystem =
+        *new FileSystem; // never destroyed: workers use it until the process is gone
     return theSystem;
 }
 

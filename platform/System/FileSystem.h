@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// FileSystem: the one place that calls the operating system about files. FileManager stands on it. A test derives from it
-// and fails exactly one call. [any]
+// FileSystem: the one place that calls the operating system about files. FileManager stands on it.
+// A test derives from it and fails exactly one call. [any]
 
 #pragma once
 
@@ -13,7 +13,8 @@
 
 namespace gps {
 
-/// Each operation is the system call of that name: the same arguments, result and errno. Files are opened close-on-exec.
+/// Each operation is the system call of that name: the same arguments, result and errno. Files are
+/// opened close-on-exec.
 class FileSystem {
 public:
     [[nodiscard]] static FileSystem& system(); ///< the real one
@@ -38,7 +39,8 @@ public:
     virtual DIR* opendir(const char* path);
     virtual dirent* readdir(DIR* folder);
     virtual int closedir(DIR* folder);
-    virtual int removeTree(const char* path); ///< a file, or a folder with all that is in it; 0 or -1 with errno
+    virtual int removeTree(
+        const char* path); ///< a file, or a folder with all that is in it; 0 or -1 with errno
 };
 
 } // namespace gps

@@ -14,7 +14,8 @@
 namespace gps {
 namespace {
 
-constexpr std::size_t kLongestSystemLogLine = 1000; ///< bytes; what a system log carries in one piece
+constexpr std::size_t kLongestSystemLogLine =
+    1000; ///< bytes; what a system log carries in one piece
 
 struct Log {
     Log() { ::openlog("magellangps", LOG_PID, LOG_USER); }
@@ -60,10 +61,12 @@ void write(std::string_view line, const Error* error)
     Log& log = theLog();
     const std::lock_guard lock{log.mutex};
     const auto front = frontForSystemLog(text);
-    ::syslog(LOG_NOTICE, "%.*s%s", static_cast<int>(front.size()), front.data(), front.size() < text.size() ? "..." : "");
+    ::syslog(LOG_NOTICE, "%.*s%s", static_cast<int>(front.size()), front.data(),
+             front.size() < text.size() ? "..." : "");
     if (log.toStandardError) {
         text += '\n';
-        (void)!::write(STDERR_FILENO, text.data(), text.size()); // at once, so that lines of several processes do not mix
+        (void)!::write(STDERR_FILENO, text.data(),
+                       text.size()); // at once, so that lines of several processes do not mix
     }
     for (const auto& [id, listener] : log.listeners)
         listener(line, error);

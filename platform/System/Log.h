@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The diagnostic log: the system log, the standard error stream when asked, and whoever listens. [any] thread.
+// The diagnostic log: the system log, the standard error stream when asked, and whoever listens.
+// [any] thread.
 
 #pragma once
 
@@ -23,8 +24,8 @@ void setLogToStandardError(bool on);
 /// One line, and the error that it tells of (null: none). Both last for the call alone.
 using LogListener = std::function<void(std::string_view line, const Error* error)>;
 
-/// Hears every line, on the thread that writes it, until destroyed. Nothing is heard of after the destructor.
-/// A listener must not write to the log itself.
+/// Hears every line, on the thread that writes it, until destroyed. Nothing is heard of after the
+/// destructor. A listener must not write to the log itself.
 class LogListening {
 public:
     explicit LogListening(LogListener listener);

@@ -21,13 +21,14 @@ std::optional<unsigned int> wholeNumber(std::string_view text)
 {
     unsigned int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional{value} : std::nullopt;
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional{value}
+                                                                    : std::nullopt;
 }
 
 bool isOctalEscape(std::string_view text)
 {
-    return text.size() >= 4 && text[0] == '\\' && text[1] >= '0' && text[1] <= '3' && text[2] >= '0' && text[2] <= '7' &&
-           text[3] >= '0' && text[3] <= '7';
+    return text.size() >= 4 && text[0] == '\\' && text[1] >= '0' && text[1] <= '3' &&
+           text[2] >= '0' && text[2] <= '7' && text[3] >= '0' && text[3] <= '7';
 }
 
 std::string withoutEscapes(std::string_view text)
@@ -36,7 +37,10 @@ std::string withoutEscapes(std::string_view text)
     plain.reserve(text.size());
     while (!text.empty()) {
         const bool escaped = isOctalEscape(text);
-        plain += escaped ? static_cast<char>((text[1] - '0') * 64 + (text[2] - '0') * 8 + (text[3] - '0')) : text[0];
+        plain +=
+            escaped
+                ? static_cast<char>((text[1] - '0') * 64 + (text[2] - '0') * 8 + (text[3] - '0'))
+                : text[0];
         text.remove_prefix(escaped ? 4 : 1);
     }
     return plain;

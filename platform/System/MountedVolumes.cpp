@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; ///< bytes
 
-/// The block device behind a mount. A volume that spans devices has a number of its own, with major 0, and names one of
-/// them as its source.
+/// The block device behind a mount. A volume that spans devices has a number of its own, with major
+/// 0, and names one of them as its source.
 std::optional<dev_t> deviceOf(const MountTableEntry& entry)
 {
     if (entry.major != 0)

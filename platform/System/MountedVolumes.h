@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Mounted volumes and whether each can be taken out, from the mount table and the device database. [host thread]
+// Mounted volumes and whether each can be taken out, from the mount table and the device database.
+// [host thread]
 
 #pragma once
 
@@ -23,14 +24,15 @@ struct MountTableEntry {
     std::string source; ///< the device node, or a word
 };
 
-/// Reads lines of the form "id parent MAJOR:MINOR root MOUNT options [tags...] - TYPE source superoptions", in order, with
-/// their octal escapes undone. A line of another form is passed over. [any]
-/// Source of the form: proc(5), /proc/[pid]/mountinfo.
+/// Reads lines of the form "id parent MAJOR:MINOR root MOUNT options [tags...] - TYPE source
+/// superoptions", in order, with their octal escapes undone. A line of another form is passed over.
+/// [any] Source of the form: proc(5), /proc/[pid]/mountinfo.
 [[nodiscard]] std::vector<MountTableEntry> parseMountTable(std::string_view text);
 
-/// The volumes in the order of the mount table. A disk is removable when its `removable` attribute is 1, or it hangs on USB or
-/// is a memory card.
+/// The volumes in the order of the mount table. A disk is removable when its `removable` attribute
+/// is 1, or it hangs on USB or is a memory card.
 /// @param mountTable  the file to read; one that cannot be read has no volumes
-[[nodiscard]] std::vector<MountedVolume> mountedVolumes(const std::string& mountTable = "/proc/self/mountinfo");
+[[nodiscard]] std::vector<MountedVolume>
+mountedVolumes(const std::string& mountTable = "/proc/self/mountinfo");
 
 } // namespace gps

@@ -23,7 +23,8 @@ Error problemAt(std::ptrdiff_t offset, const std::string& what)
 {
     return {kFileErrorDomain,
             kBrokenPropertyList,
-            {{kErrorDescriptionKey, "The property list " + what + " at byte " + std::to_string(offset) + "."}}};
+            {{kErrorDescriptionKey,
+              "The property list " + what + " at byte " + std::to_string(offset) + "."}}};
 }
 
 Error problemAt(const pugi::xml_node& node, const std::string& what)
@@ -64,7 +65,8 @@ Problem readText(const pugi::xml_node& element, std::string& text)
 {
     for (const auto& piece : element.children()) {
         if (isElement(piece))
-            return problemAt(piece, "has an element inside a <" + std::string{element.name()} + ">");
+            return problemAt(piece,
+                             "has an element inside a <" + std::string{element.name()} + ">");
         text += piece.value();
     }
     return std::nullopt;
@@ -76,7 +78,8 @@ template <typename T> bool readNumber(std::string_view text, T& number)
     const bool plus = text.substr(0, 1) == "+"; // from_chars takes a minus alone
     text.remove_prefix(plus ? 1 : 0);
     const auto digits = text.substr(!plus && text.substr(0, 1) == "-" ? 1 : 0);
-    if (digits.empty() || !(isDigit(digits.front()) || digits.front() == '.')) // else the words inf and nan pass
+    if (digits.empty() ||
+        !(isDigit(digits.front()) || digits.front() == '.')) // else the words inf and nan pass
         return false;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc{} && end == text.data() + text.size();
@@ -114,7 +117,8 @@ Problem readValue(const pugi::xml_node& element, int depth, Value& value);
 Problem readArray(const pugi::xml_node& element, int depth, Value& value)
 {
     Array array;
-    for (auto node = significant(element.first_child()); node; node = significant(node.next_sibling())) {
+    for (auto node = significant(element.first_child()); node;
+         node = significant(node.next_sibling())) {
         Value item;
         if (auto problem = readValue(node, depth, item))
             return problem;
@@ -127,7 +131,8 @@ Problem readArray(const pugi::xml_node& element, int depth, Value& value)
 Problem readDictionary(const pugi::xml_node& element, int depth, Value& value)
 {
     Dictionary dictionary;
-    for (auto node = significant(element.first_child()); node; node = significant(node.next_sibling())) {
+    for (auto node = significant(element.first_child()); node;
+         node = significant(node.next_sibling())) {
         if (!isElement(node) || node.name() != std::string_view{"key"})
             return problemAt(node, "lacks a <key>");
         std::string key;
@@ -156,7 +161,8 @@ Problem readValue(const pugi::xml_node& element, int depth, Value& value)
         return readScalar(element, value);
     if (depth == kDeepestPropertyList)
         return problemAt(element, "is nested too deeply");
-    return kind == "array" ? readArray(element, depth + 1, value) : readDictionary(element, depth + 1, value);
+    return kind == "array" ? readArray(element, depth + 1, value)
+                           : readDictionary(element, depth + 1, value);
 }
 
 Problem readDocument(const pugi::xml_document& document, Value& value)
@@ -180,13 +186,15 @@ std::optional<Error> parsePropertyList(std::string_view xml, Value& value)
 {
     if (xml.size() > kLargestPropertyList)
         return problemAt(static_cast<std::ptrdiff_t>(kLargestPropertyList), "is too large");
-    if (const auto zero = xml.find('\0'); zero != std::string_view::npos) // the parser would take it for the end
+    if (const auto zero = xml.find('\0');
+        zero != std::string_view::npos) // the parser would take it for the end
         return problemAt(static_cast<std::ptrdiff_t>(zero), "has a zero byte");
 
     // As a fragment, text outside the root comes to light instead of being dropped.
     pugi::xml_document document;
     const auto result = document.load_buffer(
-        xml.data(), xml.size(), pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_fragment, pugi::encoding_utf8);
+        xml.data(), xml.size(), pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_fragment,
+        pugi::encoding_utf8);
     if (!result)
         return problemAt(result.offset, "is no XML (" + std::string{result.description()} + ")");
     Value whole;

@@ -9,7 +9,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// Takes what a string table is made of off the front of a text. Each operation answers whether it found it.
+/// Takes what a string table is made of off the front of a text. Each operation answers whether it
+/// found it.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : rest_(text) { take(kByteOrderMark); }
@@ -86,8 +87,9 @@ Dictionary parseStringTable(std::string_view text)
     for (;;) {
         std::string key;
         std::string value;
-        const bool whole = scanner.skipGaps() && scanner.takeQuoted(key) && scanner.skipGaps() && scanner.take("=") &&
-                           scanner.skipGaps() && scanner.takeQuoted(value) && scanner.skipGaps() && scanner.take(";");
+        const bool whole = scanner.skipGaps() && scanner.takeQuoted(key) && scanner.skipGaps() &&
+                           scanner.take("=") && scanner.skipGaps() && scanner.takeQuoted(value) &&
+                           scanner.skipGaps() && scanner.take(";");
         if (!whole)
             return table;
         table.set(key, std::move(value));

@@ -13,13 +13,15 @@
 namespace gps {
 namespace {
 
-/// Whether a text is formed like a zone's name. Any other could name a file outside the database, by "/", ".." or "file:",
-/// or one of the library's own zones, by "libc:" or "Fixed/UTC+01:00:00".
+/// Whether a text is formed like a zone's name. Any other could name a file outside the database,
+/// by "/", ".." or "file:", or one of the library's own zones, by "libc:" or "Fixed/UTC+01:00:00".
 bool isFormedLikeZoneName(std::string_view name)
 {
-    return !name.empty() && name.front() != '/' && std::all_of(name.begin(), name.end(), [](char c) {
-        return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '/' || c == '_' || c == '+' || c == '-';
-    });
+    return !name.empty() && name.front() != '/' &&
+           std::all_of(name.begin(), name.end(), [](char c) {
+               return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '/' ||
+                      c == '_' || c == '+' || c == '-';
+           });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The device database's objects, released at the end of their scope. Private to the platform. [host thread]
+// The device database's objects, released at the end of their scope. Private to the platform. [host
+// thread]
 
 #pragma once
 

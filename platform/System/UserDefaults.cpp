@@ -43,7 +43,8 @@ std::optional<std::vector<std::string>> stringsOf(const Value* value)
 
 UserDefaults& UserDefaults::standard()
 {
-    static UserDefaults& defaults = *new UserDefaults{joinPath(configurationFolder(), "com.Orvane.GPSPlugin/defaults.plist")};
+    static UserDefaults& defaults =
+        *new UserDefaults{joinPath(configurationFolder(), "com.Orvane.GPSPlugin/defaults.plist")};
     return defaults;
 }
 

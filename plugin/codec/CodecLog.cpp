@@ -13,8 +13,8 @@ void logMissingPoint(std::string_view kind, const gps::Value& record)
 {
     const auto* dictionary = record.as<gps::Dictionary>();
     const auto* name = dictionary != nullptr ? dictionary->findString("name") : nullptr;
-    gps::logLine(std::string{kind} + " " + (name != nullptr ? *name : "(null)") + " contains no point --\n" +
-                 gps::describe(record));
+    gps::logLine(std::string{kind} + " " + (name != nullptr ? *name : "(null)") +
+                 " contains no point --\n" + gps::describe(record));
 }
 
 void logFailedSentence(const gps::Value& record)

@@ -17,7 +17,8 @@ const gps::CharacterSet& deviceCharacterSet()
     return *set;
 }
 
-std::string magellanStringFromDictionary(const gps::Dictionary& record, std::string_view key, int /*length*/)
+std::string magellanStringFromDictionary(const gps::Dictionary& record, std::string_view key,
+                                         int /*length*/)
 {
     std::string text = magellanStringFromDictionary(record, key);
     if (text.size() > kLongestName)
@@ -28,10 +29,12 @@ std::string magellanStringFromDictionary(const gps::Dictionary& record, std::str
 std::string magellanStringFromDictionary(const gps::Dictionary& record, std::string_view key)
 {
     const auto* text = record.findString(key);
-    return text != nullptr ? gps::stringByRemovingCharactersNotInSet(*text, deviceCharacterSet()) : std::string{};
+    return text != nullptr ? gps::stringByRemovingCharactersNotInSet(*text, deviceCharacterSet())
+                           : std::string{};
 }
 
-void setInDictionary(gps::Dictionary& record, std::string_view key, std::size_t index, const SentenceFields& fields)
+void setInDictionary(gps::Dictionary& record, std::string_view key, std::size_t index,
+                     const SentenceFields& fields)
 {
     if (fields.count() >= index)
         record.setText(key, fields.at(index));
@@ -45,14 +48,24 @@ void readPlace(const SentenceFields& fields, gps::GPSPoint& point)
     point.altitude = gps::leadingNumber(fields.at(5)).value_or(0);
 }
 
-bool appendPlace(std::string& body, std::string_view name, const gps::GPSPoint& point, int altitudeDigits)
+bool appendPlace(std::string& body, std::string_view name, const gps::GPSPoint& point,
+                 int altitudeDigits)
 {
     const auto latitude = gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point.latitude, true);
-    const auto longitude = gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point.longitude, false);
+    const auto longitude =
+        gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point.longitude, false);
     if (!latitude || !longitude)
         return false;
-    body.append(name).append(1, ',').append(latitude->degreesMinutes).append(1, ',').append(1, latitude->direction);
-    body.append(1, ',').append(longitude->degreesMinutes).append(1, ',').append(1, longitude->direction).append(1, ',');
+    body.append(name)
+        .append(1, ',')
+        .append(latitude->degreesMinutes)
+        .append(1, ',')
+        .append(1, latitude->direction);
+    body.append(1, ',')
+        .append(longitude->degreesMinutes)
+        .append(1, ',')
+        .append(1, longitude->direction)
+        .append(1, ',');
     gps::appendPadded(body, gps::saturatedInt32(point.altitude), altitudeDigits);
     body += ",M,";
     return true;

@@ -16,7 +16,7 @@ namespace {
 namespace NMEAUtils = gps::NMEAUtils;
 
 // Field positions:
-//   0       1        2 3         4 5       6 7    8       9     10   11   12     13    14         15
+//   0       1        2 3         4 5       6 7    8       9     10   11   12     13    14 15
 //   PMGNGEO,4605.979,N,00713.315,E,0001529,M,NAME,COMMENT,OWNER,HINT,TYPE,PLACED,FOUND,DIFFICULTY,TERRAIN
 constexpr std::string_view kSentence = "PMGNGEO";
 enum Field : std::size_t {
@@ -43,11 +43,12 @@ constexpr int kAltitudeDigits = 7;
 
 /// The keys of the text fields, from kName to kTerrain.
 constexpr std::array<std::string_view, kFieldCount - kName> kTextKeys{
-    "name", "comment", "geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"};
+    "name",       "comment",   "geocacheOwner", "geocacheHint", "geocacheType",
+    "datePlaced", "dateFound", "difficulty",    "terrain"};
 
-/// A sentence that stops early is damaged. What it misses first is where it would have gone on, or the placed date where it
-/// stops right before its texts. Looked at before anything is taken from it, so that the caller's point and record stay as they
-/// were.
+/// A sentence that stops early is damaged. What it misses first is where it would have gone on, or
+/// the placed date where it stops right before its texts. Looked at before anything is taken from
+/// it, so that the caller's point and record stay as they were.
 void checkTexts(const SentenceFields& fields)
 {
     if (fields.count() == kAltitudeUnit)
@@ -57,7 +58,8 @@ void checkTexts(const SentenceFields& fields)
 
 } // namespace
 
-bool interpretGeoCacheSentence(std::string_view sentence, gps::GPSPoint& point, gps::Dictionary* record)
+bool interpretGeoCacheSentence(std::string_view sentence, gps::GPSPoint& point,
+                               gps::Dictionary* record)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kSentence);
     if (!fields)
@@ -83,22 +85,26 @@ std::optional<std::string_view> nameInGeoCacheSentence(std::string_view sentence
     return fields->at(kName);
 }
 
-std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point,
+                                                         const gps::Dictionary& record)
 {
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
         return std::nullopt;
     for (const auto key : kTextKeys) {
-        // A type given as "Geocache|Multi" goes out as "GeocacheMulti": the filter takes the "|", and nothing else is dropped.
+        // A type given as "Geocache|Multi" goes out as "GeocacheMulti": the filter takes the "|",
+        // and nothing else is dropped.
         body.append(magellanStringFromDictionary(record, key)).append(1, ',');
     }
     body.pop_back();
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
 
-std::optional<std::vector<std::string>> makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
+std::optional<std::vector<std::string>>
+makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
 {
-    return makeSentences(list, "geocache", makeGeoCacheSentenceWithPoint, MissingPoint::kEndsTheList);
+    return makeSentences(list, "geocache", makeGeoCacheSentenceWithPoint,
+                         MissingPoint::kEndsTheList);
 }
 
 } // namespace magellan

@@ -26,7 +26,16 @@ namespace NMEAUtils = gps::NMEAUtils;
 //   PMGNRTE,TOTAL,NUMBER,c,ROUTE#,NAME,POINT,ICON,POINT,ICON     a list; as many pairs as there are
 //   PMGNRTE,TOTAL,NUMBER,m,ROUTE#,NAME,COMMENT                   the message
 constexpr std::string_view kSentence = "PMGNRTE";
-enum Field : std::size_t { kKind, kTotal, kNumber, kLetter, kRouteNumber, kName, kFirstPoint, kComment = kFirstPoint };
+enum Field : std::size_t {
+    kKind,
+    kTotal,
+    kNumber,
+    kLetter,
+    kRouteNumber,
+    kName,
+    kFirstPoint,
+    kComment = kFirstPoint
+};
 
 constexpr char kList = 'c';
 constexpr char kMessage = 'm';
@@ -58,8 +67,10 @@ void takeRoom(std::size_t& room, std::size_t bytes)
     room -= bytes;
 }
 
-/// Appends the waypoints of a list's pairs of name and icon. The icons are not looked at: a waypoint's record knows its own.
-void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints, std::size_t& room)
+/// Appends the waypoints of a list's pairs of name and icon. The icons are not looked at: a
+/// waypoint's record knows its own.
+void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints,
+                  std::size_t& room)
 {
     while (!pairs.empty()) {
         const auto name = takeField(pairs);
@@ -77,15 +88,25 @@ void appendPoints(std::string_view pairs, gps::Array& points, const gps::Diction
 
 void logGap(std::int32_t last, std::int32_t expected)
 {
-    gps::logLine("route index should have been " + std::to_string(last) + ", was " + std::to_string(expected) + " instead");
+    gps::logLine("route index should have been " + std::to_string(last) + ", was " +
+                 std::to_string(expected) + " instead");
 }
 
 /// The head that a route's sentences share, up to the field that tells them apart.
-std::string headOf(std::size_t total, std::size_t number, char letter, std::int32_t routeNumber, std::string_view name)
+std::string headOf(std::size_t total, std::size_t number, char letter, std::int32_t routeNumber,
+                   std::string_view name)
 {
     std::string head{kSentence};
-    head.append(1, ',').append(std::to_string(total)).append(1, ',').append(std::to_string(number)).append(1, ',');
-    head.append(1, letter).append(1, ',').append(std::to_string(routeNumber)).append(1, ',').append(name);
+    head.append(1, ',')
+        .append(std::to_string(total))
+        .append(1, ',')
+        .append(std::to_string(number))
+        .append(1, ',');
+    head.append(1, letter)
+        .append(1, ',')
+        .append(std::to_string(routeNumber))
+        .append(1, ',')
+        .append(name);
     return head;
 }
 
@@ -98,8 +119,9 @@ std::string_view iconOf(const gps::Dictionary& record)
 
 } // namespace
 
-bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const gps::Dictionary& waypoints,
-                            gps::Dictionary& info, std::size_t& room)
+bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
+                            const gps::Dictionary& waypoints, gps::Dictionary& info,
+                            std::size_t& room)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kSentence);
     if (!fields)
@@ -127,7 +149,8 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points, const
     return total == number;
 }
 
-std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& list, const gps::Dictionary& info)
+std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& list,
+                                                            const gps::Dictionary& info)
 {
     const std::string comment = magellanStringFromDictionary(info, "comment");
     const std::string name = magellanStringFromDictionary(info, "name", kLongestName);
@@ -152,7 +175,9 @@ std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& li
             sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
     }
     if (!comment.empty()) {
-        body = headOf(total, sentences.size() + 1, kMessage, routeNumber, name).append(1, ',').append(comment);
+        body = headOf(total, sentences.size() + 1, kMessage, routeNumber, name)
+                   .append(1, ',')
+                   .append(comment);
         sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
     }
     return sentences;

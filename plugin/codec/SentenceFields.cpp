@@ -18,7 +18,8 @@ constexpr std::uint64_t everyByte(std::uint8_t byte) noexcept
     return 0x0101010101010101 * std::uint64_t{byte};
 }
 
-/// The high bit of each byte that is a ",": eight bytes at a time, since splitting is a good part of reading a file.
+/// The high bit of each byte that is a ",": eight bytes at a time, since splitting is a good part
+/// of reading a file.
 std::uint64_t separatorsIn(const char* eightBytes) noexcept
 {
     std::uint64_t word = 0;
@@ -46,10 +47,12 @@ SentenceFields::SentenceFields(std::string_view body) noexcept : body_(body)
         starts_[count_] = static_cast<std::uint32_t>(body.size() + 1);
 }
 
-std::optional<SentenceFields> SentenceFields::ofSentence(std::string_view line, std::string_view name) noexcept
+std::optional<SentenceFields> SentenceFields::ofSentence(std::string_view line,
+                                                         std::string_view name) noexcept
 {
     const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-    if (!body || !body->starts_with(name) || (body->size() > name.size() && (*body)[name.size()] != ','))
+    if (!body || !body->starts_with(name) ||
+        (body->size() > name.size() && (*body)[name.size()] != ','))
         return std::nullopt;
     return SentenceFields{*body};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// SentenceFields: positional access to a sentence body's fields, for the four interpreters. Views into the caller's text;
-// nothing is allocated, however long the body. A plain value: any thread may hold its own.
+// SentenceFields: positional access to a sentence body's fields, for the four interpreters. Views
+// into the caller's text; nothing is allocated, however long the body. A plain value: any thread
+// may hold its own.
 
 #pragma once
 
@@ -19,7 +20,8 @@ public:
     explicit SentenceFields(std::string_view body) noexcept;
 
     /// The fields of a line as read, if it is a valid sentence of the given name; none otherwise.
-    [[nodiscard]] static std::optional<SentenceFields> ofSentence(std::string_view line, std::string_view name) noexcept;
+    [[nodiscard]] static std::optional<SentenceFields> ofSentence(std::string_view line,
+                                                                  std::string_view name) noexcept;
 
     /// How many fields there are; at least 1.
     [[nodiscard]] std::size_t count() const noexcept { return count_; }
@@ -34,14 +36,15 @@ public:
         return body_.substr(starts_[position], starts_[position + 1] - starts_[position] - 1);
     }
 
-    /// The body from a field to its end, separators included; empty where there are not so many fields.
-    /// Precondition: the position is below kReachable.
+    /// The body from a field to its end, separators included; empty where there are not so many
+    /// fields. Precondition: the position is below kReachable.
     [[nodiscard]] std::string_view from(std::size_t position) const noexcept
     {
         return position < count_ ? body_.substr(starts_[position]) : std::string_view{};
     }
 
-    /// Asks for so many fields at once: a reader that does so before it takes anything leaves nothing half read.
+    /// Asks for so many fields at once: a reader that does so before it takes anything leaves
+    /// nothing half read.
     /// @throws gps::RangeError  there are fewer; it names the first one that is not there
     void require(std::size_t count) const
     {
@@ -52,7 +55,8 @@ public:
     /// Throws what `at` would: for a field that is there but lacks what must be in it.
     [[noreturn]] void throwRangeError(std::size_t position) const;
 
-    static constexpr std::size_t kReachable = 16; ///< the longest sentence kind, a geocache, has so many
+    static constexpr std::size_t kReachable =
+        16; ///< the longest sentence kind, a geocache, has so many
 
 private:
     void addSeparator(std::size_t place) noexcept
@@ -64,7 +68,8 @@ private:
 
     std::string_view body_;
     std::size_t count_ = 1;
-    std::array<std::uint32_t, kReachable + 1> starts_; // the one behind the last reachable field starts behind its ","
+    std::array<std::uint32_t, kReachable + 1>
+        starts_; // the one behind the last reachable field starts behind its ","
 };
 
 } // namespace magellan

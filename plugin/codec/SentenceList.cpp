@@ -8,8 +8,8 @@
 
 namespace magellan {
 
-std::optional<std::vector<std::string>> makeSentences(const gps::Array& list, std::string_view kind, SentenceMaker make,
-                                                      MissingPoint missingPoint)
+std::optional<std::vector<std::string>> makeSentences(const gps::Array& list, std::string_view kind,
+                                                      SentenceMaker make, MissingPoint missingPoint)
 {
     std::vector<std::string> sentences;
     sentences.reserve(list.size());

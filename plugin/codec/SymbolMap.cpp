@@ -41,7 +41,8 @@ std::string_view SymbolMap::magellanIconFromSymbolString(const std::string* symb
         return kMagellanSymbol_crossed_box;
     if (const auto* icon = icons_.findString(*symbol))
         return *icon;
-    return characterCount(*symbol) < kShortestSymbolName ? std::string_view{*symbol} : kMagellanSymbol_crossed_box;
+    return characterCount(*symbol) < kShortestSymbolName ? std::string_view{*symbol}
+                                                         : kMagellanSymbol_crossed_box;
 }
 
 std::string_view SymbolMap::symbolStringFromMagellanIcon(std::string_view icon) const noexcept
@@ -53,8 +54,8 @@ std::string_view SymbolMap::symbolStringFromMagellanIcon(std::string_view icon) 
 const SymbolMap& SymbolMap::shared()
 {
     // Never destroyed: a worker may still read it while the process ends.
-    static const SymbolMap* const map =
-        new SymbolMap(pluginBundle().dictionaryResource("MagellanSymbolMap").value_or(gps::Dictionary{}));
+    static const SymbolMap* const map = new SymbolMap(
+        pluginBundle().dictionaryResource("MagellanSymbolMap").value_or(gps::Dictionary{}));
     return *map;
 }
 

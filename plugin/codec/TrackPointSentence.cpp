@@ -36,7 +36,8 @@ constexpr double kFeetPerMetre = 3.2808399;
 
 } // namespace
 
-bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point, gps::Dictionary* extras)
+bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point,
+                                 gps::Dictionary* extras)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kSentence);
     if (!fields)

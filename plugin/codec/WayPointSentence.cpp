@@ -33,8 +33,8 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeDigits = 7;
 
-/// A sentence that ends right before its name or its comment is damaged. Looked at before anything is taken from it, so that the
-/// caller's point and record stay as they were.
+/// A sentence that ends right before its name or its comment is damaged. Looked at before anything
+/// is taken from it, so that the caller's point and record stay as they were.
 void checkTexts(const SentenceFields& fields)
 {
     fields.require(kAltitude + 1);
@@ -44,7 +44,8 @@ void checkTexts(const SentenceFields& fields)
 
 } // namespace
 
-bool interpretWayPointSentence(std::string_view sentence, gps::GPSPoint& point, gps::Dictionary* record)
+bool interpretWayPointSentence(std::string_view sentence, gps::GPSPoint& point,
+                               gps::Dictionary* record)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kSentence);
     if (!fields)
@@ -58,7 +59,8 @@ bool interpretWayPointSentence(std::string_view sentence, gps::GPSPoint& point, 
     setInDictionary(*record, "name", kName, *fields);
     setInDictionary(*record, "comment", kComment, *fields);
     if (fields->count() > kIcon)
-        record->setText("symbol", SymbolMap::shared().symbolStringFromMagellanIcon(fields->at(kIcon)));
+        record->setText("symbol",
+                        SymbolMap::shared().symbolStringFromMagellanIcon(fields->at(kIcon)));
     return true;
 }
 
@@ -71,7 +73,8 @@ std::optional<std::string_view> nameInWayPointSentence(std::string_view sentence
     return fields->count() > kName ? std::optional{fields->at(kName)} : std::nullopt;
 }
 
-std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
+std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point,
+                                                         const gps::Dictionary& record)
 {
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
@@ -84,7 +87,8 @@ std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& po
 
 std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)
 {
-    return *makeSentences(list, "waypoint", makeWayPointSentenceWithPoint, MissingPoint::kLeavesItOut);
+    return *makeSentences(list, "waypoint", makeWayPointSentenceWithPoint,
+                          MissingPoint::kLeavesItOut);
 }
 
 } // namespace magellan

@@ -37,7 +37,8 @@ std::string utf8FromLatin1(std::string_view text)
     return utf8;
 }
 
-/// The number or the text under a key. A value that is neither counts as missing, as in every option.
+/// The number or the text under a key. A value that is neither counts as missing, as in every
+/// option.
 const gps::Value* findReadable(const gps::Dictionary* dictionary, const char* key)
 {
     const auto* value = dictionary != nullptr ? dictionary->find(key) : nullptr;
@@ -79,7 +80,8 @@ bool GetBoolValueForKey(const gps::Dictionary* dictionary, const char* key, bool
     return value != nullptr ? value->boolReading() : defaultValue;
 }
 
-std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key, std::int32_t defaultValue)
+std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key,
+                               std::int32_t defaultValue)
 {
     const auto* value = findReadable(dictionary, key);
     return value != nullptr ? value->int32Reading() : defaultValue;
@@ -95,7 +97,8 @@ void SetIntInDictionary(gps::Dictionary* dictionary, const char* key, std::int32
     replace(dictionary, key, value);
 }
 
-void SetNumberInDictionary(gps::Dictionary* dictionary, const char* key, gps::NumberType type, const void* value)
+void SetNumberInDictionary(gps::Dictionary* dictionary, const char* key, gps::NumberType type,
+                           const void* value)
 {
     if (type >= gps::NumberType::kBool && type <= gps::NumberType::kFloat64)
         replace(dictionary, key, gps::Number::fromBytes(type, value));
@@ -107,7 +110,8 @@ void SetCStringInDictionary(gps::Dictionary* dictionary, const char* key, const 
         replace(dictionary, key, text);
 }
 
-void SetCStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key, const char* text)
+void SetCStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
+                                      const char* text)
 {
     if (*text != '\0')
         SetCStringInDictionary(dictionary, key, text);
@@ -118,21 +122,24 @@ void SetLatin1CStringInDictionary(gps::Dictionary* dictionary, const char* key, 
     replace(dictionary, key, utf8FromLatin1(text));
 }
 
-void SetLatin1CStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key, const char* text)
+void SetLatin1CStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
+                                            const char* text)
 {
     if (*text != '\0')
         SetLatin1CStringInDictionary(dictionary, key, text);
 }
 
-void SetStringInDictionaryFromCStringList(gps::Dictionary* dictionary, const char* key, const char* const* list,
-                                          std::int32_t lastIndex, std::int32_t index)
+void SetStringInDictionaryFromCStringList(gps::Dictionary* dictionary, const char* key,
+                                          const char* const* list, std::int32_t lastIndex,
+                                          std::int32_t index)
 {
     if (isValidIndex(index, lastIndex))
         SetCStringInDictionary(dictionary, key, list[index]);
 }
 
-void SetStringInDictionaryFromCFStringList(gps::Dictionary* dictionary, const char* key, const std::string* list,
-                                           std::int32_t lastIndex, std::int32_t index)
+void SetStringInDictionaryFromCFStringList(gps::Dictionary* dictionary, const char* key,
+                                           const std::string* list, std::int32_t lastIndex,
+                                           std::int32_t index)
 {
     if (isValidIndex(index, lastIndex))
         replace(dictionary, key, list[index]);

@@ -29,7 +29,9 @@ gps::Error makeError(ErrorCode code, std::string_view description, std::string_v
 
 gps::Error makeThrownError(const std::exception& failure, const std::string& path)
 {
-    return {gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, failure.what()}, {gps::kErrorPathKey, path}}};
+    return {gps::kRangeErrorDomain,
+            0,
+            {{gps::kErrorDescriptionKey, failure.what()}, {gps::kErrorPathKey, path}}};
 }
 
 } // namespace magellan

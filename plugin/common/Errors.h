@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The errors that the plug-in makes itself, with their texts in the user's language. Stateless: [any] thread.
+// The errors that the plug-in makes itself, with their texts in the user's language. Stateless:
+// [any] thread.
 
 #pragma once
 
@@ -37,7 +38,8 @@ inline constexpr char kSuggestMounting[] =
 /// An error with its description and suggestion, each the key of its own translation.
 /// @param description  a text that has no translation stands as it is
 /// @param path         the file or volume concerned, if there is one
-[[nodiscard]] gps::Error makeError(ErrorCode code, std::string_view description, std::string_view suggestion,
+[[nodiscard]] gps::Error makeError(ErrorCode code, std::string_view description,
+                                   std::string_view suggestion,
                                    const std::optional<std::string>& path = std::nullopt);
 
 /// What a reader has thrown, as an error about the file.

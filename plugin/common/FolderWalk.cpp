@@ -25,9 +25,10 @@ bool hasParentComponent(std::string_view path) noexcept
     return false;
 }
 
-/// Calls the reader. What it throws ends the walk as its error would: this is the one place where a worker that reads a device
-/// catches, so that nothing that a file holds can end the process.
-std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status, const std::string& path)
+/// Calls the reader. What it throws ends the walk as its error would: this is the one place where a
+/// worker that reads a device catches, so that nothing that a file holds can end the process.
+std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status,
+                               const std::string& path)
 {
     try {
         return reader(status, path);
@@ -40,7 +41,8 @@ std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status, co
 
 } // namespace
 
-std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& status, const std::string& folder)
+std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& status,
+                                       const std::string& folder)
 {
     auto enumerator = gps::FileManager{}.enumerator(folder);
     while (const auto entry = enumerator.next()) {
@@ -54,12 +56,14 @@ std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& st
     return std::nullopt;
 }
 
-std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::string_view key, const std::string& volume)
+std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::string_view key,
+                                          const std::string& volume)
 {
     const auto* name = folders.findString(key);
     if (name == nullptr || name->empty() || hasParentComponent(*name))
         return std::nullopt;
-    if (name->find('\0') != std::string::npos) // the system would take the path to end there, as in "..\0"
+    if (name->find('\0') !=
+        std::string::npos) // the system would take the path to end there, as in "..\0"
         return std::nullopt;
     return gps::joinPath(volume, *name);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How a receiver's files are cut into lines: at every CR LF and nowhere else. Stateless: [any] thread.
+// How a receiver's files are cut into lines: at every CR LF and nowhere else. Stateless: [any]
+// thread.
 
 #pragma once
 
@@ -8,8 +9,8 @@
 
 namespace magellan {
 
-/// Calls `take` with each line in order, as a view into the text without its CR LF. A text that ends in CR LF has an empty last
-/// line, and an empty text one empty line.
+/// Calls `take` with each line in order, as a view into the text without its CR LF. A text that
+/// ends in CR LF has an empty last line, and an empty text one empty line.
 template <typename Take> void forEachLine(std::string_view text, Take&& take)
 {
     for (std::size_t begin = 0; begin <= text.size();) {

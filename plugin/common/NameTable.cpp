@@ -27,11 +27,13 @@ std::size_t NameTable::numberOf(std::string_view name)
     return slot;
 }
 
-/// Where a name's number is, or where it may be put: the slot of its hash or, by turns, the next one.
+/// Where a name's number is, or where it may be put: the slot of its hash or, by turns, the next
+/// one.
 std::uint32_t& NameTable::slotFor(const Name& name)
 {
     std::size_t i = name.hash & (slots_.size() - 1);
-    while (slots_[i] != kFree && !(names_[slots_[i]].hash == name.hash && names_[slots_[i]].text == name.text))
+    while (slots_[i] != kFree &&
+           !(names_[slots_[i]].hash == name.hash && names_[slots_[i]].text == name.text))
         i = (i + 1) & (slots_.size() - 1);
     return slots_[i];
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// NameTable: numbers names in the order in which they first come. What a file of a hundred thousand waypoints is gone through
-// with, so it keeps views of the names, and allocates nothing for a name. Not for two threads at once.
+// NameTable: numbers names in the order in which they first come. What a file of a hundred thousand
+// waypoints is gone through with, so it keeps views of the names, and allocates nothing for a name.
+// Not for two threads at once.
 
 #pragma once
 
@@ -29,7 +30,8 @@ private:
     void grow();
 
     std::vector<Name> names_;
-    std::vector<std::uint32_t> slots_; // numbers, by the names' hashes; small, so that they stay in a cache
+    std::vector<std::uint32_t>
+        slots_; // numbers, by the names' hashes; small, so that they stay in a cache
 };
 
 } // namespace magellan

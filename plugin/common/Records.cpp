@@ -20,7 +20,8 @@ void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point, gps::
     records.set(*name, std::move(record));
 }
 
-void reportRoute(const gps::Dictionary& info, const gps::Array& points, gps::GPSOutputReceiver& status)
+void reportRoute(const gps::Dictionary& info, const gps::Array& points,
+                 gps::GPSOutputReceiver& status)
 {
     status.newRoute(info);
     for (const auto& element : points) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// TrackNames: where one track ends and the next begins, in a run of track points. Files and serial sessions alike are read
-// through it. [worker], or the host thread in an import.
+// TrackNames: where one track ends and the next begins, in a run of track points. Files and serial
+// sessions alike are read through it. [worker], or the host thread in an import.
 
 #pragma once
 
@@ -12,7 +12,8 @@
 
 namespace magellan {
 
-/// Opens a track where a point begins one: at another name than before, and at the first point of all.
+/// Opens a track where a point begins one: at another name than before, and at the first point of
+/// all.
 class TrackNames {
 public:
     /// @param status  gets `newTrack:`; outlives this object

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the driver downloads from a mounted receiver: the host's call, and the worker that walks the kinds.
+// How the driver downloads from a mounted receiver: the host's call, and the worker that walks the
+// kinds.
 
 #include "../common/DictionaryHelpers.h"
 #include "../common/FolderWalk.h"
@@ -37,7 +38,10 @@ bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
 /// Opens access to the selected device, and closes it also when an import throws.
 class AuthorizedAccess {
 public:
-    explicit AuthorizedAccess(MagellanGPSPlugin& driver) : driver_(driver) { driver_.startAuthorizedAccess(); }
+    explicit AuthorizedAccess(MagellanGPSPlugin& driver) : driver_(driver)
+    {
+        driver_.startAuthorizedAccess();
+    }
     ~AuthorizedAccess() { driver_.endAuthorizedAccess(); }
     AuthorizedAccess(const AuthorizedAccess&) = delete;
     AuthorizedAccess& operator=(const AuthorizedAccess&) = delete;
@@ -46,13 +50,15 @@ private:
     MagellanGPSPlugin& driver_;
 };
 
-/// @return  whether to go on with the next kind. Why not is in the log alone: the host sees that later transfers never come
+/// @return  whether to go on with the next kind. Why not is in the log alone: the host sees that
+/// later transfers never come
 bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputReceiver& status)
 {
     if (isSwitchedOff(kind, work))
         return true;
     status.startTransfer(kind.kind);
-    const auto folder = dataFolderPath(*work.findDictionary("folders"), kind.folder, *work.findString("targetPath"));
+    const auto folder = dataFolderPath(*work.findDictionary("folders"), kind.folder,
+                                       *work.findString("targetPath"));
     const auto error = folder ? sendSelector(kind.reader, status, *folder) : std::nullopt;
     status.endTransfer(kind.kind);
     return !error;
@@ -60,7 +66,8 @@ bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputRe
 
 } // namespace
 
-std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status, const gps::Dictionary& options)
+std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
+                                                           const gps::Dictionary& options)
 {
     takeDebugLevel(options);
     if (const auto* source = options.find("sourcePath")) {

@@ -21,9 +21,11 @@ using Verdict = gps::SearchedPlace::Verdict;
 /// The one read error that makes a device unauthorized.
 constexpr auto kNoPermission = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoPermission);
 
-constexpr std::string_view kNoUnitFile = "It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver";
+constexpr std::string_view kNoUnitFile =
+    "It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver";
 constexpr std::string_view kNotRemovable = "Receivers mount as removable volumes";
-constexpr std::string_view kSuggestEjecting = "If it is a receiver, eject it, and connect it again while you are logged in";
+constexpr std::string_view kSuggestEjecting =
+    "If it is a receiver, eject it, and connect it again while you are logged in";
 constexpr std::string_view kSuggestReading =
     "Let your user read that file, or connect the receiver again while you are logged in";
 
@@ -36,9 +38,11 @@ struct Look {
 gps::SearchedPlace placeOf(gps::MountedVolume volume)
 {
     if (!volume.removable)
-        return {std::move(volume.path), "volume without a disk behind it", Verdict::kPassedOver, std::string{kNotRemovable}, ""};
+        return {std::move(volume.path), "volume without a disk behind it", Verdict::kPassedOver,
+                std::string{kNotRemovable}, ""};
     if (!*volume.removable)
-        return {std::move(volume.path), "built-in volume", Verdict::kPassedOver, std::string{kNotRemovable}, ""};
+        return {std::move(volume.path), "built-in volume", Verdict::kPassedOver,
+                std::string{kNotRemovable}, ""};
     return {std::move(volume.path), "removable volume", Verdict::kRefused, "", ""};
 }
 
@@ -48,8 +52,9 @@ std::vector<gps::SearchedPlace> places()
     std::vector<gps::SearchedPlace> places;
     for (auto& volume : gps::mountedVolumes())
         places.push_back(placeOf(std::move(volume)));
-    for (auto& folder :
-         gps::UserDefaults::standard().stringArrayForKey("MagellanTestFileList").value_or(std::vector<std::string>{}))
+    for (auto& folder : gps::UserDefaults::standard()
+                            .stringArrayForKey("MagellanTestFileList")
+                            .value_or(std::vector<std::string>{}))
         places.push_back({std::move(folder), "test folder", Verdict::kRefused, "", ""});
     return places;
 }
@@ -77,20 +82,24 @@ void take(Look& look)
     const bool refused = error->code() == kNoPermission;
     if (!refused)
         gps::logError("Error", *error);
-    place.reason = refused ? "It is a receiver, but its file USBTRANS/UNIT_ID.DAT may not be read"
-                           : "It is a receiver, but its file USBTRANS/UNIT_ID.DAT cannot be read as text";
+    place.reason =
+        refused ? "It is a receiver, but its file USBTRANS/UNIT_ID.DAT may not be read"
+                : "It is a receiver, but its file USBTRANS/UNIT_ID.DAT cannot be read as text";
     place.advice = refused ? kSuggestReading : "";
     look.record = makeRecord(place.location, "Unauthorized Magellan device", !refused);
 }
 
-/// Says why a place without a visible unit file is none. A volume that another user has mounted does not even let one look.
+/// Says why a place without a visible unit file is none. A volume that another user has mounted
+/// does not even let one look.
 void refuse(gps::SearchedPlace& place)
 {
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(place.location, unit);
     const bool isClosed = error && error->code() == kNoPermission;
     place.reason =
-        isClosed ? "It may not be looked into: another user has mounted it, or its permissions forbid it" : kNoUnitFile;
+        isClosed
+            ? "It may not be looked into: another user has mounted it, or its permissions forbid it"
+            : kNoUnitFile;
     place.advice = isClosed ? kSuggestEjecting : "";
 }
 
@@ -134,7 +143,8 @@ void MagellanGPSPlugin::initFSDeviceList()
     }
     setFsDeviceList(std::move(records));
     showDevices();
-    const auto* first = fsDeviceList_.empty() ? nullptr : fsDeviceList_.front().as<gps::Dictionary>();
+    const auto* first =
+        fsDeviceList_.empty() ? nullptr : fsDeviceList_.front().as<gps::Dictionary>();
     setFsDevice(first != nullptr ? std::optional{*first} : std::nullopt);
 }
 
@@ -146,7 +156,8 @@ std::vector<gps::SearchedPlace> MagellanGPSPlugin::searchedPlaces() const
     return places;
 }
 
-/// Fills the pop-up. With fewer than two devices there is nothing to choose, and no reason to show it.
+/// Fills the pop-up. With fewer than two devices there is nothing to choose, and no reason to show
+/// it.
 void MagellanGPSPlugin::showDevices()
 {
     const bool choice = fsDeviceList_.size() > 1;
@@ -174,7 +185,8 @@ void MagellanGPSPlugin::showItems(const gps::Array& records, bool isShown)
     outlets_.deviceListMenu->setHidden(!isShown);
 }
 
-void MagellanGPSPlugin::showSelection(const gps::Array& records, const std::optional<gps::Dictionary>& selected)
+void MagellanGPSPlugin::showSelection(const gps::Array& records,
+                                      const std::optional<gps::Dictionary>& selected)
 {
     if (outlets_.deviceListMenu == nullptr)
         return;
@@ -237,7 +249,9 @@ void MagellanGPSPlugin::userPressedDeviceButton()
 void MagellanGPSPlugin::startAuthorizedAccess()
 {
     const auto* const volume = location();
-    securityURL_ = volume != nullptr ? gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(*volume) : std::nullopt;
+    securityURL_ = volume != nullptr
+                       ? gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(*volume)
+                       : std::nullopt;
     if (securityURL_)
         securityURL_->startAccessingSecurityScopedResource();
 }

@@ -25,7 +25,8 @@
 namespace magellan {
 namespace {
 
-using Interpreter = bool (*)(std::string_view sentence, gps::GPSPoint& point, gps::Dictionary* record);
+using Interpreter = bool (*)(std::string_view sentence, gps::GPSPoint& point,
+                             gps::Dictionary* record);
 
 /// A kind whose lines each are a record, kept by name.
 struct NamedKind {
@@ -34,21 +35,28 @@ struct NamedKind {
     std::optional<std::string_view> (*nameIn)(std::string_view sentence);
 };
 
-constexpr NamedKind kWayPoints{"Couldn't read waypoint data from device", interpretWayPointSentence, nameInWayPointSentence};
-constexpr NamedKind kGeoCaches{"Couldn't read geocache data from device", interpretGeoCacheSentence, nameInGeoCacheSentence};
+constexpr NamedKind kWayPoints{"Couldn't read waypoint data from device", interpretWayPointSentence,
+                               nameInWayPointSentence};
+constexpr NamedKind kGeoCaches{"Couldn't read geocache data from device", interpretGeoCacheSentence,
+                               nameInGeoCacheSentence};
 
 constexpr std::size_t kUsualKeys = 5; ///< of a record
 
-/// Reads a whole file. A failure is logged under the kind's message; what is answered is the system's own error.
-std::optional<gps::Error> readDeviceFile(const std::string& path, std::string_view message, std::string& text)
+/// Reads a whole file. A failure is logged under the kind's message; what is answered is the
+/// system's own error.
+std::optional<gps::Error> readDeviceFile(const std::string& path, std::string_view message,
+                                         std::string& text)
 {
     auto error = gps::FileManager{}.readAsciiFile(path, text);
     if (error)
-        gps::logError(kFilesLogSource, makeError(ErrorCode::kReadFailed, message, kSuggestMounting, path).causedBy(*error));
+        gps::logError(
+            kFilesLogSource,
+            makeError(ErrorCode::kReadFailed, message, kSuggestMounting, path).causedBy(*error));
     return error;
 }
 
-std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path, gps::Dictionary& records)
+std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path,
+                                  gps::Dictionary& records)
 {
     std::string text;
     if (auto error = readDeviceFile(path, kind.message, text))
@@ -64,9 +72,11 @@ std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path
     return std::nullopt;
 }
 
-/// Reports what `collect` would gather, in the same order, without keeping the records: what it keeps is where each name stands
-/// last. So a large file costs no memory but its text and its names.
-std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status, const std::string& path)
+/// Reports what `collect` would gather, in the same order, without keeping the records: what it
+/// keeps is where each name stands last. So a large file costs no memory but its text and its
+/// names.
+std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status,
+                                 const std::string& path)
 {
     std::string text;
     if (auto error = readDeviceFile(path, kind.message, text))
@@ -93,7 +103,8 @@ std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& 
     return std::nullopt;
 }
 
-/// Keeps a complete route under its name, which each of its sentences has set, and makes room for the next one.
+/// Keeps a complete route under its name, which each of its sentences has set, and makes room for
+/// the next one.
 void storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& routes)
 {
     info.set("points", std::exchange(points, {}));
@@ -115,7 +126,8 @@ std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const st
     std::string text;
     if (readDeviceFile(path, "Couldn't read track data from device", text))
         return std::nullopt;
-    gps::GPSPoint point; // one for the whole file: a line without a date takes its day from the line before
+    gps::GPSPoint
+        point; // one for the whole file: a line without a date takes its day from the line before
     gps::Dictionary extras;
     extras.reserve(3);
     TrackNames names{status};
@@ -139,12 +151,14 @@ std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const
     return report(kGeoCaches, status, path);
 }
 
-std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path, gps::Dictionary& records)
+std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
+                                                   gps::Dictionary& records)
 {
     return collect(kWayPoints, path, records);
 }
 
-std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path, gps::Dictionary& records)
+std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path,
+                                                   gps::Dictionary& records)
 {
     return collect(kGeoCaches, path, records);
 }
@@ -159,7 +173,8 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
     return std::nullopt;
 }
 
-std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints, gps::Dictionary& routes)
+std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
+                                                gps::Dictionary& routes)
 {
     std::string text;
     if (readDeviceFile(path, "Couldn't read route data from device", text))

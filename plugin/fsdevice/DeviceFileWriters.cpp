@@ -50,7 +50,8 @@ const gps::Array& pointsOf(const gps::Dictionary& record)
     return points != nullptr ? *points : none;
 }
 
-/// Sorted with copies of their names side by side: each comparison of a large merge would else wait for two records' memory.
+/// Sorted with copies of their names side by side: each comparison of a large merge would else wait
+/// for two records' memory.
 gps::Array sortedByName(gps::Array records)
 {
     std::vector<std::pair<std::string, std::size_t>> names;
@@ -82,9 +83,10 @@ private:
     gps::Dictionary counters_;
 };
 
-std::optional<gps::Error> mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
-                                               std::string_view file,
-                                               std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&))
+std::optional<gps::Error>
+mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
+                     std::string_view file,
+                     std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&))
 {
     if (deleting)
         deleteFilesFromDir(folder, gps::pathExtension(file));
@@ -93,7 +95,8 @@ std::optional<gps::Error> mergeIntoDefaultFile(const gps::Array& records, const 
 
 } // namespace
 
-std::optional<gps::Error> saveTracks(const gps::Array& records, const std::string& folder, bool deleting)
+std::optional<gps::Error> saveTracks(const gps::Array& records, const std::string& folder,
+                                     bool deleting)
 {
     if (deleting)
         deleteFilesFromDir(folder, "log");
@@ -111,17 +114,20 @@ std::optional<gps::Error> saveTracks(const gps::Array& records, const std::strin
     return std::nullopt;
 }
 
-std::optional<gps::Error> saveWaypoints(const gps::Array& records, const std::string& folder, bool deleting)
+std::optional<gps::Error> saveWaypoints(const gps::Array& records, const std::string& folder,
+                                        bool deleting)
 {
     return mergeIntoDefaultFile(records, folder, deleting, kDefaultWaypointFile, mergeWaypoints);
 }
 
-std::optional<gps::Error> saveRoutes(const gps::Array& records, const std::string& folder, bool deleting)
+std::optional<gps::Error> saveRoutes(const gps::Array& records, const std::string& folder,
+                                     bool deleting)
 {
     return mergeIntoDefaultFile(records, folder, deleting, kDefaultRouteFile, mergeRoutes);
 }
 
-std::optional<gps::Error> saveGeocaches(const gps::Array& records, const std::string& folder, bool deleting)
+std::optional<gps::Error> saveGeocaches(const gps::Array& records, const std::string& folder,
+                                        bool deleting)
 {
     return mergeIntoDefaultFile(records, folder, deleting, kDefaultGeocacheFile, mergeGeocaches);
 }
@@ -178,7 +184,8 @@ std::string trackText(const gps::Dictionary& track)
 std::string mergedWaypointText(const gps::Array& records, const std::string& path)
 {
     gps::Dictionary merged;
-    (void)acquireWayPointsFromPath(path, merged); // a missing file is an empty one; the reader has logged why
+    (void)acquireWayPointsFromPath(
+        path, merged); // a missing file is an empty one; the reader has logged why
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
@@ -255,12 +262,14 @@ void deleteFilesFromDir(const std::string& folder, std::string_view extension)
     auto enumerator = files.enumerator(folder);
     while (const auto entry = enumerator.next()) {
         bool isFolder = false;
-        if (gps::pathExtension(entry->relativePath) == extension && files.fileExists(entry->relativePath, &isFolder) && !isFolder)
+        if (gps::pathExtension(entry->relativePath) == extension &&
+            files.fileExists(entry->relativePath, &isFolder) && !isFolder)
             (void)files.removeItem(folder);
     }
 }
 
-std::optional<std::string> getNextFileNameFromPath(const std::string& folder, std::string (*name)(int))
+std::optional<std::string> getNextFileNameFromPath(const std::string& folder,
+                                                   std::string (*name)(int))
 {
     for (int number = 0; number < kTrackNumbers; ++number) {
         auto path = gps::joinPath(folder, name(number));

@@ -24,7 +24,8 @@ std::optional<gps::Array> unlessEmpty(gps::Array list)
 
 SplitList extractGeocachesFromList(const gps::Array& list)
 {
-    // Whatever equals a geocache has its symbol and so is one too: one test a record tells both lists.
+    // Whatever equals a geocache has its symbol and so is one too: one test a record tells both
+    // lists.
     gps::Array waypoints;
     gps::Array geocaches;
     for (const auto& record : list)

@@ -15,7 +15,8 @@ struct SplitList {
     std::optional<gps::Array> geocaches; ///< in the reverse of the list's order
 };
 
-/// `extractGeocachesFromList:toWaypoints:toGeocaches:`: a geocache is a record whose "symbol" begins with "Geocache".
+/// `extractGeocachesFromList:toWaypoints:toGeocaches:`: a geocache is a record whose "symbol"
+/// begins with "Geocache".
 [[nodiscard]] SplitList extractGeocachesFromList(const gps::Array& list);
 
 } // namespace magellan

@@ -31,7 +31,8 @@ gps::Dictionary parseKeyValueText(std::string_view text)
     return dictionary;
 }
 
-std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path, gps::Dictionary& dictionary)
+std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path,
+                                                         gps::Dictionary& dictionary)
 {
     std::string text;
     if (auto error = gps::FileManager{}.readAsciiFile(path, text))
@@ -45,7 +46,8 @@ std::string unitFilePath(const std::string& volume)
     return gps::joinPath(volume, "USBTRANS/UNIT_ID.DAT");
 }
 
-std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume, gps::Dictionary& dictionary)
+std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume,
+                                                     gps::Dictionary& dictionary)
 {
     return readMagellanDictionaryFromPath(unitFilePath(volume), dictionary);
 }

@@ -23,7 +23,8 @@ void MagellanGPSPlugin::buildSharedTables()
     (void)deviceCharacterSet();
 }
 
-std::shared_ptr<MagellanGPSPlugin> MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
+std::shared_ptr<MagellanGPSPlugin>
+MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
 {
     if (plugInClass != kPlugInClass)
         return nullptr;
@@ -52,13 +53,16 @@ void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
     debugLevel_ = GetIntValueForKey(&options, "debug", debugLevel_);
 }
 
-std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status, const gps::Dictionary& options)
+std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status,
+                                                          const gps::Dictionary& options)
 {
     return startWorker(status, options, {{"output", status}}, &MagellanGPSPlugin::runAcquire);
 }
 
-std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, const gps::Dictionary& options,
-                                                         const gps::Dictionary& additions, WorkerBody body)
+std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
+                                                         const gps::Dictionary& options,
+                                                         const gps::Dictionary& additions,
+                                                         WorkerBody body)
 {
     gps::Dictionary work;
     auto error = setUpDictionaryForThreadingFromOptions(options, work);
@@ -66,22 +70,27 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status, c
         for (const auto& [key, value] : additions)
             work.set(key, value);
         // The worker keeps the driver and its work dictionary until it ends: nobody joins it.
-        error = gps::detachNewThread([self = shared_from_this(), work = std::move(work), body] { (self.get()->*body)(work); });
+        error = gps::detachNewThread([self = shared_from_this(), work = std::move(work), body] {
+            (self.get()->*body)(work);
+        });
     }
     if (error)
         status->gpsStateChange(0);
     return error;
 }
 
-std::optional<gps::Error> MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
-                                                                                    gps::Dictionary& work) const
+std::optional<gps::Error>
+MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                          gps::Dictionary& work) const
 {
     const auto* const volume = location();
     if (volume == nullptr)
-        return logged(makeError(ErrorCode::kNoDevice, "No location was selected for Magellan device", kSuggestMounting));
+        return logged(makeError(ErrorCode::kNoDevice,
+                                "No location was selected for Magellan device", kSuggestMounting));
     auto folders = readMagellanFolderDictionaryFromPath(*volume);
     if (!folders)
-        return logged(makeError(ErrorCode::kDeviceDataMissing, "Magellan device data missing or in unregonized format",
+        return logged(makeError(ErrorCode::kDeviceDataMissing,
+                                "Magellan device data missing or in unregonized format",
                                 kSuggestMounting, *volume));
     work = options;
     work.set("folders", std::move(*folders));

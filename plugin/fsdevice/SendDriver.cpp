@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the driver sends to a mounted receiver: the host's call, and the worker that writes kind by kind.
+// How the driver sends to a mounted receiver: the host's call, and the worker that writes kind by
+// kind.
 
 #include "../common/Errors.h"
 #include "DeviceFileWriters.h"
@@ -29,8 +30,8 @@ std::optional<gps::Error> write(const SendJob& job)
     return saveRoutes(job.records, *job.folder, false);
 }
 
-/// Writes what there is a folder for. A failure, thrown ones included, is logged and goes no further: what follows is written
-/// all the same.
+/// Writes what there is a folder for. A failure, thrown ones included, is logged and goes no
+/// further: what follows is written all the same.
 void save(const SendJob& job)
 {
     if (!job.folder)
@@ -45,7 +46,8 @@ void save(const SendJob& job)
 
 } // namespace
 
-std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* data, const Status& status,
+std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* data,
+                                                        const Status& status,
                                                         const gps::Dictionary& options)
 {
     takeDebugLevel(options);
@@ -53,14 +55,16 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
         status->gpsStateChange(0);
         return std::nullopt;
     }
-    return startWorker(status, options, {{"status", status}, {"data", *data}}, &MagellanGPSPlugin::runSend);
+    return startWorker(status, options, {{"status", status}, {"data", *data}},
+                       &MagellanGPSPlugin::runSend);
 }
 
 void MagellanGPSPlugin::runSend(const gps::Dictionary& work)
 {
     gps::GPSOutputReceiver& status = **work.find("status")->as<Status>();
     for (const auto& bracket :
-         sendOrder(*work.findDictionary("data"), *work.findDictionary("folders"), *work.findString("targetPath"))) {
+         sendOrder(*work.findDictionary("data"), *work.findDictionary("folders"),
+                   *work.findString("targetPath"))) {
         status.startSending(bracket.label, bracket.kind);
         for (const auto& job : bracket.jobs)
             save(job);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the driver tells a host before a send: where its data lies, what its texts can hold, and what would be written.
+// What the driver tells a host before a send: where its data lies, what its texts can hold, and
+// what would be written.
 
 #include "../codec/FieldText.h"
 #include "../common/Errors.h"
@@ -110,7 +111,8 @@ void planJob(const SendJob& job, gps::SendPlan& plan)
 {
     remarkOnRecords(job, plan.remarks);
     if (!job.folder)
-        plan.remarks.emplace_back("The receiver has no folder for records of a kind that is to be sent; they are not written.");
+        plan.remarks.emplace_back("The receiver has no folder for records of a kind that is to be "
+                                  "sent; they are not written.");
     else if (job.kind == SendKind::kTracks)
         planTracks(job, plan);
     else
@@ -133,7 +135,8 @@ std::vector<std::string> MagellanGPSPlugin::dataFolders() const
 {
     std::vector<std::string> paths;
     const auto* const volume = location();
-    const auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
+    const auto folders =
+        volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
     if (!folders)
         return paths;
     for (const auto key : kFolderKeys) {
@@ -158,7 +161,8 @@ gps::SendPlan MagellanGPSPlugin::planSend(const gps::Dictionary& data) const
 {
     gps::SendPlan plan;
     const auto* const volume = location();
-    const auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
+    const auto folders =
+        volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
     if (!folders)
         return plan;
     for (const auto& bracket : sendOrder(data, *folders, *volume)) {

@@ -20,8 +20,9 @@ namespace {
 constexpr std::size_t kMostGeocaches = 200;
 constexpr std::size_t kMostComments = 200;
 
-constexpr std::array<std::string_view, 8> kGeocacheTexts{"comment",    "geocacheOwner", "geocacheHint", "geocacheType",
-                                                         "datePlaced", "dateFound",     "difficulty",   "terrain"};
+constexpr std::array<std::string_view, 8> kGeocacheTexts{
+    "comment",    "geocacheOwner", "geocacheHint", "geocacheType",
+    "datePlaced", "dateFound",     "difficulty",   "terrain"};
 
 /// Gathers sentences; one that would be said twice is said once.
 class Remarks {
@@ -34,10 +35,12 @@ public:
             out_.push_back(std::move(remark));
     }
 
-    void changed(std::string_view kind, std::string_view key, const std::string& before, const std::string& after)
+    void changed(std::string_view kind, std::string_view key, const std::string& before,
+                 const std::string& after)
     {
         if (before != after)
-            say("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} + " becomes \"" + after + "\".");
+            say("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} +
+                " becomes \"" + after + "\".");
     }
 
 private:
@@ -45,7 +48,8 @@ private:
     std::set<std::string> said_;
 };
 
-void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::string_view key, bool cut, Remarks& remarks)
+void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::string_view key,
+                  bool cut, Remarks& remarks)
 {
     const auto* text = record.findString(key);
     if (text != nullptr)
@@ -59,7 +63,8 @@ bool hasOnlyDeviceCharacters(std::string_view text)
     return gps::stringByRemovingCharactersNotInSet(text, deviceCharacterSet()) == text;
 }
 
-/// A symbol without an icon is written as the crossed box; an icon code stands for itself, whatever its characters.
+/// A symbol without an icon is written as the crossed box; an icon code stands for itself, whatever
+/// its characters.
 void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
 {
     const auto* symbol = record.findString("symbol");
@@ -67,17 +72,20 @@ void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
         return;
     const auto& map = SymbolMap::shared();
     const auto icon = map.magellanIconFromSymbolString(symbol);
-    if (icon == kMagellanSymbol_crossed_box && !map.contains(*symbol) && *symbol != kMagellanSymbol_crossed_box)
+    if (icon == kMagellanSymbol_crossed_box && !map.contains(*symbol) &&
+        *symbol != kMagellanSymbol_crossed_box)
         remarks.say("The symbol \"" + *symbol + "\" has no icon and becomes \"" +
                     std::string{map.symbolStringFromMagellanIcon(icon)} + "\".");
     if (icon == *symbol && !hasOnlyDeviceCharacters(icon))
-        remarks.say("The symbol \"" + *symbol + "\" is written as it is and spoils its sentence: choose another one.");
+        remarks.say("The symbol \"" + *symbol +
+                    "\" is written as it is and spoils its sentence: choose another one.");
 }
 
 bool canBeWritten(const gps::Dictionary& record)
 {
     const auto* point = gps::findPoint(record);
-    return point != nullptr && gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->latitude, true) &&
+    return point != nullptr &&
+           gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->latitude, true) &&
            gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->longitude, false);
 }
 
@@ -86,7 +94,8 @@ void remarkOnPlace(std::string_view kind, const gps::Dictionary& record, Remarks
     if (canBeWritten(record))
         return;
     const auto* name = record.findString("name");
-    remarks.say("The " + std::string{kind} + " \"" + (name != nullptr ? *name : "") + "\" has no place that can be written.");
+    remarks.say("The " + std::string{kind} + " \"" + (name != nullptr ? *name : "") +
+                "\" has no place that can be written.");
 }
 
 void remarkOnWaypoint(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)
@@ -139,7 +148,8 @@ void remarkOnTrack(const gps::Dictionary& record, Remarks& remarks)
         unwritable += point == nullptr || !canBeWritten(*point) ? 1U : 0U;
     }
     if (unwritable > 0)
-        remarks.say("A track loses " + std::to_string(unwritable) + " points without a place that can be written.");
+        remarks.say("A track loses " + std::to_string(unwritable) +
+                    " points without a place that can be written.");
 }
 
 std::size_t linesWithComments(std::string_view content)
@@ -156,7 +166,9 @@ std::size_t linesWithComments(std::string_view content)
 std::size_t geocachesIn(std::string_view content)
 {
     std::size_t count = 0;
-    forEachLine(content, [&count](std::string_view line) { count += SentenceFields::ofSentence(line, "PMGNGEO") ? 1U : 0U; });
+    forEachLine(content, [&count](std::string_view line) {
+        count += SentenceFields::ofSentence(line, "PMGNGEO") ? 1U : 0U;
+    });
     return count;
 }
 
@@ -186,16 +198,19 @@ void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks)
     }
 }
 
-void remarkOnFile(SendKind kind, std::string_view path, std::string_view content, std::vector<std::string>& remarks)
+void remarkOnFile(SendKind kind, std::string_view path, std::string_view content,
+                  std::vector<std::string>& remarks)
 {
     const std::string file{path};
     if (kind == SendKind::kGeocaches) {
         if (const auto count = geocachesIn(content); count > kMostGeocaches)
-            remarks.push_back(file + " would hold " + std::to_string(count) + " geocaches; receivers read the first 200.");
+            remarks.push_back(file + " would hold " + std::to_string(count) +
+                              " geocaches; receivers read the first 200.");
     }
     if (kind == SendKind::kWaypoints) {
         if (const auto count = linesWithComments(content); count > kMostComments)
-            remarks.push_back(file + " would hold " + std::to_string(count) + " waypoints with comments; receivers keep 200.");
+            remarks.push_back(file + " would hold " + std::to_string(count) +
+                              " waypoints with comments; receivers keep 200.");
     }
 }
 

@@ -5,7 +5,8 @@
 
 #include <string_view>
 
-extern "C" [[gnu::visibility("default")]] gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className);
+extern "C" [[gnu::visibility("default")]] gps::VeloranPlugIn*
+VeloranPlugInPrincipalClass(const char* className);
 
 gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className)
 {

@@ -11,15 +11,17 @@ namespace magellan {
 
 gps::Dictionary MagellanGPSPluginLoader::piInfo()
 {
-    return {{"Copyright", "© 2026 Orvane"},
-            {"Description", "Used to read GPS information from Magellan GPS receivers."},
-            {"FeedbackURL", "https://www.orvane.example/support"},
-            {"VersionCheck", "https://www.orvane.example/versioncheck.php?package=MagellanGPSPlugin"},
-            {"Version", "1.5"},
-            {"GPSPlugIn:Manufacturer", "Magellan"}};
+    return {
+        {"Copyright", "© 2026 Orvane"},
+        {"Description", "Used to read GPS information from Magellan GPS receivers."},
+        {"FeedbackURL", "https://www.orvane.example/support"},
+        {"VersionCheck", "https://www.orvane.example/versioncheck.php?package=MagellanGPSPlugin"},
+        {"Version", "1.5"},
+        {"GPSPlugIn:Manufacturer", "Magellan"}};
 }
 
-std::optional<gps::PlugInEnumerator> MagellanGPSPluginLoader::piGetPlugInsForClass(std::string_view plugInClass)
+std::optional<gps::PlugInEnumerator>
+MagellanGPSPluginLoader::piGetPlugInsForClass(std::string_view plugInClass)
 {
     std::vector<std::shared_ptr<gps::GPSPlugInProtocol>> drivers;
     if (auto driver = MagellanGPSPlugin::getPluginForClass(plugInClass))

@@ -15,8 +15,10 @@ public:
     [[nodiscard]] std::string piClass() override { return "GPSPlugIn"; }
     [[nodiscard]] std::int32_t piAPIVersion() override { return 1; }
 
-    /// The driver of mounted receivers, then the one for serial ports; whichever cannot be made is left out.
-    [[nodiscard]] std::optional<gps::PlugInEnumerator> piGetPlugInsForClass(std::string_view plugInClass) override;
+    /// The driver of mounted receivers, then the one for serial ports; whichever cannot be made is
+    /// left out.
+    [[nodiscard]] std::optional<gps::PlugInEnumerator>
+    piGetPlugInsForClass(std::string_view plugInClass) override;
 
     void piTerminate() override {}
 };

@@ -16,7 +16,8 @@ std::string acknowledgementOf(std::string_view body)
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
     const unsigned checksum = gps::NMEAUtils::checksumFromSentence(body);
-    return {'P', 'M', 'G', 'N', 'C', 'S', 'M', ',', kDigits[checksum >> 4U], kDigits[checksum & 0xFU]};
+    return {
+        'P', 'M', 'G', 'N', 'C', 'S', 'M', ',', kDigits[checksum >> 4U], kDigits[checksum & 0xFU]};
 }
 
 } // namespace
@@ -24,7 +25,8 @@ std::string acknowledgementOf(std::string_view body)
 void CommandLink::sendCommand(std::string_view body)
 {
     if (serial_ != nullptr)
-        serial_->sendString(gps::NMEAUtils::addChecksumToNMEASentence(body) + kLineEnd, gps::StringEncoding::kASCII);
+        serial_->sendString(gps::NMEAUtils::addChecksumToNMEASentence(body) + kLineEnd,
+                            gps::StringEncoding::kASCII);
 }
 
 std::optional<std::string> CommandLink::readLine()
@@ -53,7 +55,8 @@ std::optional<std::string> CommandLink::readResponseWithChecksum()
         gps::logLine(" -- invalid/no response -- " + *line + ' ');
         return std::nullopt;
     }
-    sendCommand(acknowledgementOf(*reply)); // first of all: the receiver waits for it before it sends on
+    sendCommand(
+        acknowledgementOf(*reply)); // first of all: the receiver waits for it before it sends on
     gps::logLine(std::string{" -- "}.append(*reply));
     return std::string{*reply};
 }

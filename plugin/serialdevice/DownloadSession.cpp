@@ -41,7 +41,8 @@ std::string speedCommand(int bitsPerSecond)
 
 } // namespace
 
-DownloadSession::DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status, const gps::Dictionary& work)
+DownloadSession::DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status,
+                                 const gps::Dictionary& work)
     : serial_(serial), status_(status), work_(work), link_(&serial)
 {}
 
@@ -69,11 +70,13 @@ std::optional<gps::Error> DownloadSession::open()
     serial_.setBaudRate(kOpeningSpeed);
     if (serial_.openWithDevicePath(location.c_str()) == 0)
         return std::nullopt;
-    return makeError(ErrorCode::kSerialPort, filledText("Couldn't open communications port %@", location),
+    return makeError(ErrorCode::kSerialPort,
+                     filledText("Couldn't open communications port %@", location),
                      "The port might be in use by another program");
 }
 
-/// Looks for the speed at which the receiver answers. @return  its first answer; none: it never gave one
+/// Looks for the speed at which the receiver answers. @return  its first answer; none: it never
+/// gave one
 std::optional<std::string> DownloadSession::probe()
 {
     for (const int speed : kProbeSpeeds) {
@@ -88,8 +91,8 @@ std::optional<std::string> DownloadSession::probe()
     return std::nullopt;
 }
 
-/// A receiver that acknowledged has its handshaking on, and its version is still to come. Any other one does not acknowledge
-/// yet, so this is not waited for either.
+/// A receiver that acknowledged has its handshaking on, and its version is still to come. Any other
+/// one does not acknowledge yet, so this is not waited for either.
 void DownloadSession::handshake(const std::optional<std::string>& reply)
 {
     if (reply == kVersionAcknowledged)
@@ -129,7 +132,8 @@ void DownloadSession::downloadWaypoints()
         status_.endTransfer(gps::TransferKind::kWaypoints);
 }
 
-/// The one thing that grows with what a receiver sends: so one that never stops sending must not get on for ever.
+/// The one thing that grows with what a receiver sends: so one that never stops sending must not
+/// get on for ever.
 void DownloadSession::keepForRoutes()
 {
     keepByName(extras_, point_, waypoints_);
@@ -170,7 +174,8 @@ void DownloadSession::downloadRoutes()
     status_.endTransfer(gps::TransferKind::kRoutes);
 }
 
-/// Leaves the receiver as it was found. Where it was not found at all, its speed is set to 0 like to any other.
+/// Leaves the receiver as it was found. Where it was not found at all, its speed is set to 0 like
+/// to any other.
 void DownloadSession::closeDown()
 {
     link_.sendCommandWithChecksum("PMGNCMD,TOFF");
@@ -192,15 +197,18 @@ void DownloadSession::changeSpeed(int bitsPerSecond)
     serial_.setBaudRate(bitsPerSecond);
 }
 
-/// Some receivers say something more after a switch: nothing that the session needs, but it must not be taken for an answer.
+/// Some receivers say something more after a switch: nothing that the session needs, but it must
+/// not be taken for an answer.
 void DownloadSession::logLineAfter(std::string_view step)
 {
     if (const auto line = link_.readLine())
         gps::logLine(std::string{"Response after "}.append(step).append(" = ").append(*line));
 }
 
-/// Reads replies until the receiver's END, or until the budget of reads that bring nothing is spent: good ones do not restore it.
-/// @param take  gets the body (none: nothing came) and the sentence (empty then); the extras are empty at each call
+/// Reads replies until the receiver's END, or until the budget of reads that bring nothing is
+/// spent: good ones do not restore it.
+/// @param take  gets the body (none: nothing came) and the sentence (empty then); the extras are
+/// empty at each call
 template <typename Take> void DownloadSession::forEachReply(Take take)
 {
     point_ = {};

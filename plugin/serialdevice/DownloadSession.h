@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// DownloadSession: one download from a receiver on a serial port, from finding its speed to switching everything off again.
-// The serial driver's worker runs it. [worker]
+// DownloadSession: one download from a receiver on a serial port, from finding its speed to
+// switching everything off again. The serial driver's worker runs it. [worker]
 
 #pragma once
 
@@ -23,18 +23,22 @@ namespace magellan {
 
 class DownloadSession {
 public:
-    static constexpr std::size_t kMostWaypoints = 100'000; ///< that are kept for routes; receivers hold some thousand
+    static constexpr std::size_t kMostWaypoints =
+        100'000; ///< that are kept for routes; receivers hold some thousand
 
     /// @param serial  a closed port
-    /// @param work    "location": the port to open; "waypoints", "tracks", "routes": what to download (absent: not)
-    /// All three outlive this object.
-    DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status, const gps::Dictionary& work);
+    /// @param work    "location": the port to open; "waypoints", "tracks", "routes": what to
+    /// download (absent: not) All three outlive this object.
+    DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status,
+                    const gps::Dictionary& work);
 
-    /// Runs the whole session. A receiver that never answers, or not as it should, is no failure: its phases stay empty.
+    /// Runs the whole session. A receiver that never answers, or not as it should, is no failure:
+    /// its phases stay empty.
     /// @return  why the port could not be opened. The port is left open otherwise
     /// @throws  gps::SerialFailure      the line fails
     /// @throws  gps::RangeError         a sentence is too short
-    /// @throws  std::length_error       there is no end of waypoints to keep for the routes, or of a route's points
+    /// @throws  std::length_error       there is no end of waypoints to keep for the routes, or of
+    /// a route's points
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:
@@ -59,9 +63,10 @@ private:
     gps::GPSOutputReceiver& status_;
     const gps::Dictionary& work_;
     CommandLink link_;
-    int foundSpeed_ = 0;     // bits per second at which the receiver answered; 0: it never did
-    gps::GPSPoint point_;    // of the sentence at hand; one for a phase, since a track line may take its day from the line before
-    gps::Dictionary extras_; // what else the sentence at hand holds; emptied before each one
+    int foundSpeed_ = 0;  // bits per second at which the receiver answered; 0: it never did
+    gps::GPSPoint point_; // of the sentence at hand; one for a phase, since a track line may take
+                          // its day from the line before
+    gps::Dictionary extras_;    // what else the sentence at hand holds; emptied before each one
     gps::Dictionary waypoints_; // name to record with its point, for the routes
 };
 

@@ -15,7 +15,8 @@
 
 namespace magellan {
 
-std::shared_ptr<MagellanSerialGPSPlugin> MagellanSerialGPSPlugin::getPluginForClass(std::string_view plugInClass)
+std::shared_ptr<MagellanSerialGPSPlugin>
+MagellanSerialGPSPlugin::getPluginForClass(std::string_view plugInClass)
 {
     if (plugInClass != kPlugInClass)
         return nullptr;
@@ -34,7 +35,8 @@ std::shared_ptr<MagellanSerialGPSPlugin> MagellanSerialGPSPlugin::getPluginForCl
 const gps::Array& MagellanSerialGPSPlugin::makeSerialPortList()
 {
     setSerialPortList(gps::OrvSerial::getSerialPorts());
-    const auto* first = serialPortList_.empty() ? nullptr : serialPortList_.front().as<gps::Dictionary>();
+    const auto* first =
+        serialPortList_.empty() ? nullptr : serialPortList_.front().as<gps::Dictionary>();
     setSerialPort(first != nullptr ? std::optional{*first} : std::nullopt);
     showPorts();
     return serialPortList_;
@@ -45,7 +47,8 @@ std::vector<gps::SearchedPlace> MagellanSerialGPSPlugin::searchedPlaces() const
     std::vector<gps::SearchedPlace> places;
     for (const auto& port : gps::OrvSerial::getSerialPorts()) {
         const auto& record = *port.as<gps::Dictionary>();
-        places.push_back({*record.findString("location"), "serial port", gps::SearchedPlace::Verdict::kTaken,
+        places.push_back({*record.findString("location"), "serial port",
+                          gps::SearchedPlace::Verdict::kTaken,
                           "Whether a receiver is at its end, only a download finds out", ""});
     }
     return places;
@@ -69,20 +72,23 @@ void MagellanSerialGPSPlugin::userPicked(std::size_t item)
         setSerialPort(*serialPortList_[item].as<gps::Dictionary>());
 }
 
-std::optional<gps::Error> MagellanSerialGPSPlugin::gpsRunAcquire(const Status& status, const gps::Dictionary& options)
+std::optional<gps::Error> MagellanSerialGPSPlugin::gpsRunAcquire(const Status& status,
+                                                                 const gps::Dictionary& options)
 {
     takeDebugLevel(options);
     GarminSetDebugLevel(debugLevel());
     return startAcquire(status, options);
 }
 
-std::optional<gps::Error> MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
-                                                                                          gps::Dictionary& work) const
+std::optional<gps::Error>
+MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                                                gps::Dictionary& work) const
 {
     const auto* const location = serialPort_ ? serialPort_->findString("location") : nullptr;
     if (location == nullptr)
-        return logged(makeError(ErrorCode::kNoDevice, "No location was selected for Magellan device",
-                                "Please make sure your Magellan device is connected and turned on, and try again"));
+        return logged(makeError(
+            ErrorCode::kNoDevice, "No location was selected for Magellan device",
+            "Please make sure your Magellan device is connected and turned on, and try again"));
     work = options;
     work.set("location", *location);
     return std::nullopt;
@@ -93,15 +99,18 @@ void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
     gps::GPSOutputReceiver& status = **work.find("output")->as<Status>();
     status.gpsStateChange(1);
     {
-        std::unique_ptr<gps::OrvSerial> serial; // closed at the end of this scope, whatever leaves it
+        std::unique_ptr<gps::OrvSerial>
+            serial; // closed at the end of this scope, whatever leaves it
         if (const auto error = download(serial, work, status))
             status.error(*error);
     }
     status.gpsStateChange(0);
 }
 
-/// The one place that catches what a session throws. The receiver is not switched back then: it cannot be reached.
-std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial, const gps::Dictionary& work,
+/// The one place that catches what a session throws. The receiver is not switched back then: it
+/// cannot be reached.
+std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial,
+                                                            const gps::Dictionary& work,
                                                             gps::GPSOutputReceiver& status) const
 {
     try {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// MagellanSerialGPSPlugin: the driver of receivers on a serial port. It downloads by a protocol of commands; its send does
-// nothing. What it shares with the driver of mounted receivers it inherits. [host thread], but for the worker bodies.
+// MagellanSerialGPSPlugin: the driver of receivers on a serial port. It downloads by a protocol of
+// commands; its send does nothing. What it shares with the driver of mounted receivers it inherits.
+// [host thread], but for the worker bodies.
 
 #pragma once
 
@@ -23,26 +24,35 @@ namespace magellan {
 class MagellanSerialGPSPlugin : public MagellanGPSPlugin {
 public:
     /// `getPluginForClass:`: a new driver with the first port selected.
-    /// @return  null for another class, while there is no serial port, or when the view resource is missing or broken
-    [[nodiscard]] static std::shared_ptr<MagellanSerialGPSPlugin> getPluginForClass(std::string_view plugInClass);
+    /// @return  null for another class, while there is no serial port, or when the view resource is
+    /// missing or broken
+    [[nodiscard]] static std::shared_ptr<MagellanSerialGPSPlugin>
+    getPluginForClass(std::string_view plugInClass);
 
     // Identity.
     [[nodiscard]] std::string className() const override { return "MagellanSerialGPSPlugin"; }
     [[nodiscard]] std::string gpsName() const override { return "Magellan Serial"; }
-    [[nodiscard]] std::string gpsCapabilities() const override { return "tracks,waypoints,routes,geocaches"; }
-    [[nodiscard]] std::optional<std::vector<std::string>> fileTypes() const override { return std::nullopt; }
+    [[nodiscard]] std::string gpsCapabilities() const override
+    {
+        return "tracks,waypoints,routes,geocaches";
+    }
+    [[nodiscard]] std::optional<std::vector<std::string>> fileTypes() const override
+    {
+        return std::nullopt;
+    }
     [[nodiscard]] bool needsSerialRefresh() const override { return true; }
     [[nodiscard]] bool needsFileSystemRefresh() const override { return false; }
 
-    [[nodiscard]] std::optional<gps::Error> gpsRunAcquire(const Status& status, const gps::Dictionary& options) override;
+    [[nodiscard]] std::optional<gps::Error> gpsRunAcquire(const Status& status,
+                                                          const gps::Dictionary& options) override;
 
     // Ports.
     [[nodiscard]] bool isReady() const override { return !serialPortList_.empty(); }
     bool refreshDeviceList() override { return !makeSerialPortList().empty(); }
     [[nodiscard]] gps::Array deviceList() const override { return serialPortList_; }
 
-    /// `makeSerialPortList`: looks which ports there are, shows them in the view and selects the first, whichever was selected
-    /// before.
+    /// `makeSerialPortList`: looks which ports there are, shows them in the view and selects the
+    /// first, whichever was selected before.
     const gps::Array& makeSerialPortList();
 
     /// Every port: each may have a receiver at its end, which only a download finds out.
@@ -52,13 +62,17 @@ public:
     void setSerialPortList(gps::Array records) { serialPortList_ = std::move(records); }
 
     /// The selected port's record: "location" and what the system knows of it.
-    [[nodiscard]] const std::optional<gps::Dictionary>& serialPort() const noexcept { return serialPort_; }
+    [[nodiscard]] const std::optional<gps::Dictionary>& serialPort() const noexcept
+    {
+        return serialPort_;
+    }
     void setSerialPort(std::optional<gps::Dictionary> record);
 
 protected:
     /// The options with "location", the selected port's path.
-    [[nodiscard]] std::optional<gps::Error> setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
-                                                                                   gps::Dictionary& work) const override;
+    [[nodiscard]] std::optional<gps::Error>
+    setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
+                                           gps::Dictionary& work) const override;
     void runAcquire(const gps::Dictionary& work) override;
     void runSend(const gps::Dictionary& work) override;
     void userPicked(std::size_t item) override;
@@ -67,7 +81,8 @@ protected:
     [[nodiscard]] virtual std::unique_ptr<gps::OrvSerial> makeSerial() const;
 
 private:
-    [[nodiscard]] std::optional<gps::Error> download(std::unique_ptr<gps::OrvSerial>& serial, const gps::Dictionary& work,
+    [[nodiscard]] std::optional<gps::Error> download(std::unique_ptr<gps::OrvSerial>& serial,
+                                                     const gps::Dictionary& work,
                                                      gps::GPSOutputReceiver& status) const;
     void showPorts();
 

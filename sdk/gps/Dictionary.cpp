@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 #include <gps/Dictionary.h>
+#include <gps/Value.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <utility>
-
-#include <gps/Value.h>
 
 namespace gps {
 namespace {
@@ -19,8 +18,8 @@ constexpr std::size_t kLargestWithoutIndex = 12;
 
 } // namespace
 
-/// Open addressing with linear probing, at most half full. A slot that points at a removed entry stays, as a step on the
-/// way of later probes, until the next rebuild.
+/// Open addressing with linear probing, at most half full. A slot that points at a removed entry
+/// stays, as a step on the way of later probes, until the next rebuild.
 struct Dictionary::Index {
     struct Slot {
         std::uint32_t hash = 0;
@@ -36,7 +35,10 @@ struct Dictionary::Index {
         slots.resize(capacity);
     }
 
-    [[nodiscard]] bool hasRoomFor(std::size_t entries) const noexcept { return entries * 2 <= slots.size(); }
+    [[nodiscard]] bool hasRoomFor(std::size_t entries) const noexcept
+    {
+        return entries * 2 <= slots.size();
+    }
 
     static std::uint32_t hashOf(std::string_view key) noexcept
     {
@@ -71,8 +73,8 @@ Dictionary::Dictionary(const Dictionary& other)
 }
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
-    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)), apart_(std::exchange(other.apart_, 0)),
-      index_(std::move(other.index_))
+    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)),
+      apart_(std::exchange(other.apart_, 0)), index_(std::move(other.index_))
 {
     other.entries_.clear();
 }
@@ -100,7 +102,8 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
 
 Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
 {
-    Dictionary taken{std::move(other)}; // it may lie inside this one, which would else end up inside itself
+    Dictionary taken{
+        std::move(other)}; // it may lie inside this one, which would else end up inside itself
     std::swap(entries_, taken.entries_);
     std::swap(used_, taken.used_);
     std::swap(apart_, taken.apart_);
@@ -227,11 +230,12 @@ bool operator==(const Dictionary& a, const Dictionary& b) noexcept
     });
 }
 
-/// The value under a key, which is made first if there is none: it may then hold what a cleared entry held before.
+/// The value under a key, which is made first if there is none: it may then hold what a cleared
+/// entry held before.
 Value& Dictionary::slotFor(std::string_view key)
 {
-    // A dictionary that is cleared and filled with the same keys in the same order, as it is from line to line of a file, has
-    // the next key at hand, and it need not be looked for.
+    // A dictionary that is cleared and filled with the same keys in the same order, as it is from
+    // line to line of a file, has the next key at hand, and it need not be looked for.
     if (used_ < apart_ && !index_ && entries_[used_].key == key)
         return takeNext();
     const std::uint32_t hash = hashOf(key);
@@ -255,7 +259,8 @@ std::size_t Dictionary::positionOf(std::string_view key, std::uint32_t hash) con
         return kNotFound;
     }
     const auto& slots = index_->slots;
-    for (std::size_t i = hash & (slots.size() - 1); slots[i].position != Index::kFree; i = (i + 1) & (slots.size() - 1)) {
+    for (std::size_t i = hash & (slots.size() - 1); slots[i].position != Index::kFree;
+         i = (i + 1) & (slots.size() - 1)) {
         const auto& entry = entries_[slots[i].position];
         if (slots[i].hash == hash && !entry.value.isNone() && entry.key == key)
             return slots[i].position;
@@ -289,7 +294,8 @@ Value& Dictionary::takeNext()
     return value;
 }
 
-/// Gives the index room again: a larger one, or, where removals left gaps, one for the entries without the gaps.
+/// Gives the index room again: a larger one, or, where removals left gaps, one for the entries
+/// without the gaps.
 void Dictionary::makeRoom()
 {
     if (index_->removed == 0) {
@@ -302,7 +308,8 @@ void Dictionary::makeRoom()
         return;
     }
     const auto used = entries_.begin() + static_cast<std::ptrdiff_t>(used_);
-    const auto live = std::remove_if(entries_.begin(), used, [](const DictionaryEntry& e) { return e.value.isNone(); });
+    const auto live = std::remove_if(entries_.begin(), used,
+                                     [](const DictionaryEntry& e) { return e.value.isNone(); });
     used_ = static_cast<std::uint32_t>(live - entries_.begin());
     buildIndex();
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Dictionary: string keys to values, in the order in which the keys were first set. Every record, option and user
-// information is one. A plain value: a copy shares nothing with its original, so threads may each hold their own.
-// This header suffices to pass dictionaries on; to look inside, include <gps/Value.h>.
+// Dictionary: string keys to values, in the order in which the keys were first set. Every record,
+// option and user information is one. A plain value: a copy shares nothing with its original, so
+// threads may each hold their own. This header suffices to pass dictionaries on; to look inside,
+// include <gps/Value.h>.
 
 #pragma once
 
@@ -19,11 +20,13 @@ class Value;
 struct DictionaryEntry;
 using Array = std::vector<Value>;
 
-/// A flat list that grows a hash index when it becomes large: five keys and a million are both fast.
+/// A flat list that grows a hash index when it becomes large: five keys and a million are both
+/// fast.
 ///
-/// Setting a key again keeps its place; removing and setting again puts it last. No value is ever none: setting one
-/// removes the key. Pointers and iterators hold until the next change of the dictionary.
-/// Precondition of every change: keys and texts that are handed in as views do not lie in this dictionary.
+/// Setting a key again keeps its place; removing and setting again puts it last. No value is ever
+/// none: setting one removes the key. Pointers and iterators hold until the next change of the
+/// dictionary. Precondition of every change: keys and texts that are handed in as views do not lie
+/// in this dictionary.
 class Dictionary {
 public:
     class Iterator;
@@ -32,7 +35,8 @@ public:
     Dictionary(std::initializer_list<DictionaryEntry> entries);
     Dictionary(const Dictionary& other);
     Dictionary(Dictionary&& other) noexcept;
-    /// Reuses the storage that this dictionary has. Precondition: the other does not lie inside this one.
+    /// Reuses the storage that this dictionary has. Precondition: the other does not lie inside
+    /// this one.
     Dictionary& operator=(const Dictionary& other);
     Dictionary& operator=(Dictionary&& other) noexcept;
     ~Dictionary();
@@ -43,9 +47,13 @@ public:
     /// @return  the value under a key; null without one
     [[nodiscard]] const Value* find(std::string_view key) const noexcept;
     [[nodiscard]] Value* find(std::string_view key) noexcept;
-    [[nodiscard]] bool contains(std::string_view key) const noexcept { return find(key) != nullptr; }
+    [[nodiscard]] bool contains(std::string_view key) const noexcept
+    {
+        return find(key) != nullptr;
+    }
 
-    /// The text, the dictionary or the array under a key; null when the key is missing or its value of another type.
+    /// The text, the dictionary or the array under a key; null when the key is missing or its value
+    /// of another type.
     [[nodiscard]] const std::string* findString(std::string_view key) const noexcept;
     [[nodiscard]] const Dictionary* findDictionary(std::string_view key) const noexcept;
     [[nodiscard]] const Array* findArray(std::string_view key) const noexcept;
@@ -53,8 +61,9 @@ public:
 
     void set(std::string_view key, Value value);
 
-    /// As `set` with a string, but into the storage that the key, or an entry cleared before, already has: in a loop
-    /// that clears and fills one dictionary again and again, nothing is allocated once it is warm.
+    /// As `set` with a string, but into the storage that the key, or an entry cleared before,
+    /// already has: in a loop that clears and fills one dictionary again and again, nothing is
+    /// allocated once it is warm.
     void setText(std::string_view key, std::string_view text);
 
     void remove(std::string_view key);
@@ -82,10 +91,12 @@ private:
     void makeRoom();
     void buildIndex();
 
-    std::vector<DictionaryEntry> entries_; // [0, used_): in use, removed ones none; behind: storage to reuse
+    std::vector<DictionaryEntry>
+        entries_; // [0, used_): in use, removed ones none; behind: storage to reuse
     // Counts of 32 bits, as the index has them: a million records are a million dictionaries.
     std::uint32_t used_ = 0;
-    std::uint32_t apart_ = 0;      // no two of so many keys from the front are equal, those behind used_ included
+    std::uint32_t apart_ =
+        0; // no two of so many keys from the front are equal, those behind used_ included
     std::unique_ptr<Index> index_; // only when large
 };
 

@@ -15,8 +15,8 @@ std::optional<std::string> textUnder(const Dictionary& userInfo, std::string_vie
 
 std::string rangeText(std::string_view sentence, std::size_t field, std::size_t count)
 {
-    return "A " + std::string{sentence} + " sentence has no field " + std::to_string(field) + ": it has " +
-           std::to_string(count) + (count == 1 ? " field" : " fields");
+    return "A " + std::string{sentence} + " sentence has no field " + std::to_string(field) +
+           ": it has " + std::to_string(count) + (count == 1 ? " field" : " fields");
 }
 
 } // namespace
@@ -43,15 +43,16 @@ std::optional<std::string> Error::path() const
 Error Error::causedBy(const Error& underlying) const
 {
     Error error = *this;
-    error.userInfo_.set(
-        kErrorUnderlyingKey,
-        Dictionary{{"domain", underlying.domain_}, {"code", underlying.code_}, {"userInfo", underlying.userInfo_}});
+    error.userInfo_.set(kErrorUnderlyingKey, Dictionary{{"domain", underlying.domain_},
+                                                        {"code", underlying.code_},
+                                                        {"userInfo", underlying.userInfo_}});
     return error;
 }
 
 std::string Error::text() const
 {
-    return "Error Domain=" + domain_ + " Code=" + std::to_string(code_) + " UserInfo=" + describe(userInfo_);
+    return "Error Domain=" + domain_ + " Code=" + std::to_string(code_) +
+           " UserInfo=" + describe(userInfo_);
 }
 
 RangeError::RangeError(std::string_view sentence, std::size_t field, std::size_t count)

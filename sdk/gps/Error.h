@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Error: what an operation that can fail answers, as std::optional<Error> with none for success; and RangeError, the one
-// exception that may cross the boundary between a host and a driver. Plain values: any thread may hold its own.
+// Error: what an operation that can fail answers, as std::optional<Error> with none for success;
+// and RangeError, the one exception that may cross the boundary between a host and a driver. Plain
+// values: any thread may hold its own.
 
 #pragma once
 
@@ -22,8 +23,10 @@ inline constexpr char kFileErrorDomain[] = "NSCocoaErrorDomain";
 inline constexpr char kErrorDescriptionKey[] = "NSLocalizedDescription";
 inline constexpr char kErrorSuggestionKey[] = "NSLocalizedRecoverySuggestion";
 inline constexpr char kErrorPathKey[] = "NSFilePath";
-inline constexpr char kErrorReasonKey[] = "NSLocalizedFailureReason"; ///< the system's own text, as errno has it
-inline constexpr char kErrorUnderlyingKey[] = "NSUnderlyingError";    ///< a dictionary: "domain", "code", "userInfo"
+inline constexpr char kErrorReasonKey[] =
+    "NSLocalizedFailureReason"; ///< the system's own text, as errno has it
+inline constexpr char kErrorUnderlyingKey[] =
+    "NSUnderlyingError"; ///< a dictionary: "domain", "code", "userInfo"
 
 class Error {
 public:
@@ -54,8 +57,8 @@ private:
 /// The domain, with the code 0, under which a failure that was thrown is told of as an error.
 inline constexpr char kRangeErrorDomain[] = "RangeError";
 
-/// A sentence of the right kind that has too few fields. Leaves a driver only through a file import, after the import
-/// has reported its end.
+/// A sentence of the right kind that has too few fields. Leaves a driver only through a file
+/// import, after the import has reported its end.
 class RangeError : public std::out_of_range {
 public:
     /// @param sentence  the sentence's name, as "PMGNTRK"

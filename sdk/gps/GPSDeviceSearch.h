@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// GPSDeviceSearch: what a driver looked at when it searched for its devices, and what it made of each place, so that a host can
-// tell a user whose receiver is not found why. Optional: a host asks a driver for it by dynamic_cast. [host thread]
+// GPSDeviceSearch: what a driver looked at when it searched for its devices, and what it made of
+// each place, so that a host can tell a user whose receiver is not found why. Optional: a host asks
+// a driver for it by dynamic_cast. [host thread]
 
 #pragma once
 
@@ -20,7 +21,8 @@ struct SearchedPlace {
     std::string location; ///< as a device record has it
     std::string sort;     ///< what it is, for the user: "removable volume"
     Verdict verdict = Verdict::kPassedOver;
-    std::string reason; ///< one sentence for the user: what it was taken for, or why it was not taken
+    std::string
+        reason; ///< one sentence for the user: what it was taken for, or why it was not taken
     std::string advice; ///< one sentence: what the user can do; empty where nothing is wrong
 };
 
@@ -28,8 +30,8 @@ class GPSDeviceSearch {
 public:
     virtual ~GPSDeviceSearch();
 
-    /// Searches again, by the same steps as `refreshDeviceList`, and tells of each place in the order of looking. Neither the
-    /// device list nor the selection changes.
+    /// Searches again, by the same steps as `refreshDeviceList`, and tells of each place in the
+    /// order of looking. Neither the device list nor the selection changes.
     [[nodiscard]] virtual std::vector<SearchedPlace> searchedPlaces() const = 0;
 };
 

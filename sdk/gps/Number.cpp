@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 
 #include <gps/Number.h>
-
 #include <gps/NumberText.h>
 
 #include <cmath>
@@ -23,7 +22,8 @@ template <typename T> Number read(const void* bytes) noexcept
 /// Exact: a double beyond 2^53 is not rounded into equality with a neighbour.
 bool equal(std::int64_t integer, double real) noexcept
 {
-    return real >= -kTwoTo63 && real < kTwoTo63 && std::trunc(real) == real && static_cast<std::int64_t>(real) == integer;
+    return real >= -kTwoTo63 && real < kTwoTo63 && std::trunc(real) == real &&
+           static_cast<std::int64_t>(real) == integer;
 }
 
 } // namespace
@@ -32,7 +32,9 @@ Number Number::fromBytes(NumberType type, const void* value) noexcept
 {
     switch (type) {
     case NumberType::kBool:
-        return Number{read<std::int8_t>(value).boolValue()}; // any byte but 0 is true; a bool of value 2 may not be read as one
+        return Number{
+            read<std::int8_t>(value)
+                .boolValue()}; // any byte but 0 is true; a bool of value 2 may not be read as one
     case NumberType::kInt8:
         return read<std::int8_t>(value);
     case NumberType::kInt16:

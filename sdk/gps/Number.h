@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Number: a number that remembers the numeric type it was made of. A plain value: any thread may hold its own.
+// Number: a number that remembers the numeric type it was made of. A plain value: any thread may
+// hold its own.
 
 #pragma once
 
@@ -30,21 +31,26 @@ public:
     Number(double value) noexcept : type_(NumberType::kFloat64), real_(value) {}
 
     /// A number of the given type, built from the bytes at `value` (no alignment needed).
-    /// Precondition: as many bytes as the type has are readable there, and the type is one of the enumerators.
+    /// Precondition: as many bytes as the type has are readable there, and the type is one of the
+    /// enumerators.
     [[nodiscard]] static Number fromBytes(NumberType type, const void* value) noexcept;
 
     [[nodiscard]] NumberType type() const noexcept { return type_; }
     [[nodiscard]] bool isFloating() const noexcept { return type_ >= NumberType::kFloat32; }
 
-    [[nodiscard]] bool boolValue() const noexcept;          ///< whether it is not 0
-    [[nodiscard]] std::int32_t int32Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
-    [[nodiscard]] std::int64_t int64Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
+    [[nodiscard]] bool boolValue() const noexcept; ///< whether it is not 0
+    [[nodiscard]] std::int32_t
+    int32Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
+    [[nodiscard]] std::int64_t
+    int64Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
     [[nodiscard]] double doubleValue() const noexcept;
 
-    /// Decimal digits for the whole types and bool, the shortest form that reads back for the floating ones.
+    /// Decimal digits for the whole types and bool, the shortest form that reads back for the
+    /// floating ones.
     [[nodiscard]] std::string text() const;
 
-    /// By numeric value, whatever the types: 1, 1.0 and true are equal. A NaN equals a NaN, so that every value equals its copy.
+    /// By numeric value, whatever the types: 1, 1.0 and true are equal. A NaN equals a NaN, so that
+    /// every value equals its copy.
     friend bool operator==(const Number& a, const Number& b) noexcept;
 
 private:

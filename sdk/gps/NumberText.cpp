@@ -32,8 +32,9 @@ bool takeSign(std::string_view& text) noexcept
 constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-/// Up to 15 digits with a point anywhere among them: the digits and the power of ten are both exact doubles, so one
-/// division rounds correctly. Covers what receivers write; anything else goes to from_chars.
+/// Up to 15 digits with a point anywhere among them: the digits and the power of ten are both exact
+/// doubles, so one division rounds correctly. Covers what receivers write; anything else goes to
+/// from_chars.
 std::optional<double> shortNumber(std::string_view text) noexcept
 {
     std::int64_t digits = 0;
@@ -51,7 +52,8 @@ std::optional<double> shortNumber(std::string_view text) noexcept
     return static_cast<double>(digits) / kPowersOfTen[decimals];
 }
 
-/// Whole numbers of up to five digits, as altitudes in metres are: both ways of writing a number agree on them.
+/// Whole numbers of up to five digits, as altitudes in metres are: both ways of writing a number
+/// agree on them.
 /// @return  false without having done anything for any other number
 bool appendWhole(std::string& out, double value)
 {
@@ -61,11 +63,12 @@ bool appendWhole(std::string& out, double value)
     return true;
 }
 
-/// Whether the digits at the front of a text that from_chars found out of range stand for something huge (else: tiny).
-/// Compares the place of the first digit that is not 0 with the exponent.
+/// Whether the digits at the front of a text that from_chars found out of range stand for something
+/// huge (else: tiny). Compares the place of the first digit that is not 0 with the exponent.
 bool isHuge(std::string_view text) noexcept
 {
-    std::int64_t magnitude = 0; // digits before the point, or minus the zeros after it, from the first digit that counts
+    std::int64_t magnitude =
+        0; // digits before the point, or minus the zeros after it, from the first digit that counts
     bool counting = false;
     std::size_t i = 0;
     for (; i < text.size() && isDigit(text[i]); ++i) {
@@ -161,7 +164,8 @@ void appendDecimal(std::string& out, double value)
     if (appendWhole(out, value))
         return;
     std::array<char, 1200> text; // the smallest double has 1,074 decimals at the most
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    const auto [end, error] =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     out.append(text.data(), end);
 }
 

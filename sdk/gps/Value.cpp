@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include <gps/Value.h>
-
 #include <gps/NumberText.h>
+#include <gps/Value.h>
 
 namespace gps {
 namespace {

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Value: what a dictionary or an array holds. Plain values all through (numbers, texts, boxed points, arrays and
-// dictionaries are copied whole); the one exception is a status object, which is shared and says itself which threads
-// may call it.
+// Value: what a dictionary or an array holds. Plain values all through (numbers, texts, boxed
+// points, arrays and dictionaries are copied whole); the one exception is a status object, which is
+// shared and says itself which threads may call it.
 
 #pragma once
+
+#include <gps/Dictionary.h>
+#include <gps/GPSPoint.h>
+#include <gps/Number.h>
 
 #include <cstdint>
 #include <memory>
@@ -13,10 +17,6 @@
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include <gps/Dictionary.h>
-#include <gps/GPSPoint.h>
-#include <gps/Number.h>
 
 namespace gps {
 
@@ -39,25 +39,33 @@ public:
 
     [[nodiscard]] bool isNone() const noexcept { return held_.index() == 0; }
 
-    /// What the value holds if it is of that type, else null: T is Number, std::string, GPSPoint, Array, Dictionary
-    /// or std::shared_ptr<GPSOutputReceiver>.
-    template <typename T> [[nodiscard]] const T* as() const noexcept { return std::get_if<T>(&held_); }
+    /// What the value holds if it is of that type, else null: T is Number, std::string, GPSPoint,
+    /// Array, Dictionary or std::shared_ptr<GPSOutputReceiver>.
+    template <typename T> [[nodiscard]] const T* as() const noexcept
+    {
+        return std::get_if<T>(&held_);
+    }
     template <typename T> [[nodiscard]] T* as() noexcept { return std::get_if<T>(&held_); }
 
     /// Whether it is a number or a text. What is neither counts as missing where one is looked for.
-    [[nodiscard]] bool hasReading() const noexcept { return as<Number>() != nullptr || as<std::string>() != nullptr; }
+    [[nodiscard]] bool hasReading() const noexcept
+    {
+        return as<Number>() != nullptr || as<std::string>() != nullptr;
+    }
 
     /// Boolean and 32-bit integer readings of a number or a text; false and 0 for anything else.
     [[nodiscard]] bool boolReading() const noexcept;
     [[nodiscard]] std::int32_t int32Reading() const noexcept;
 
-    /// Numbers by numeric value whatever their type, texts byte for byte, points bit for bit, arrays and dictionaries
-    /// element by element, status objects by identity.
+    /// Numbers by numeric value whatever their type, texts byte for byte, points bit for bit,
+    /// arrays and dictionaries element by element, status objects by identity.
     friend bool operator==(const Value& a, const Value& b) noexcept;
 
 private:
     friend class Dictionary;
-    std::variant<std::monostate, Number, std::string, GPSPoint, Array, Dictionary, std::shared_ptr<GPSOutputReceiver>> held_;
+    std::variant<std::monostate, Number, std::string, GPSPoint, Array, Dictionary,
+                 std::shared_ptr<GPSOutputReceiver>>
+        held_;
 };
 
 /// One key with its value.
@@ -73,7 +81,10 @@ public:
     using difference_type = std::ptrdiff_t;
 
     Iterator() noexcept = default;
-    Iterator(const DictionaryEntry* at, const DictionaryEntry* end) noexcept : at_(at), end_(end) { skipRemoved(); }
+    Iterator(const DictionaryEntry* at, const DictionaryEntry* end) noexcept : at_(at), end_(end)
+    {
+        skipRemoved();
+    }
 
     const DictionaryEntry& operator*() const noexcept { return *at_; }
     const DictionaryEntry* operator->() const noexcept { return at_; }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The loader interface: the first thing that a host asks a plug-in bundle. All of it [host thread].
 //
-// A bundle is a folder NAME.bundle with Contents/Info.plist, Contents/Linux/ and Contents/Resources/. Info.plist names the
-// module under "CFBundleExecutable" and the loader class under "NSPrincipalClass". The module exports one entry of the
-// type PrincipalClassEntry under the name kPrincipalClassEntry, which answers the loader for that class name.
+// A bundle is a folder NAME.bundle with Contents/Info.plist, Contents/Linux/ and
+// Contents/Resources/. Info.plist names the module under "CFBundleExecutable" and the loader class
+// under "NSPrincipalClass". The module exports one entry of the type PrincipalClassEntry under the
+// name kPrincipalClassEntry, which answers the loader for that class name.
 
 #pragma once
 
@@ -25,7 +26,9 @@ class GPSPlugInProtocol;
 /// Yields the drivers of one answer, in order, then null.
 class PlugInEnumerator {
 public:
-    explicit PlugInEnumerator(std::vector<std::shared_ptr<GPSPlugInProtocol>> drivers) : drivers_(std::move(drivers)) {}
+    explicit PlugInEnumerator(std::vector<std::shared_ptr<GPSPlugInProtocol>> drivers)
+        : drivers_(std::move(drivers))
+    {}
 
     [[nodiscard]] std::shared_ptr<GPSPlugInProtocol> nextObject()
     {
@@ -49,12 +52,14 @@ public:
     [[nodiscard]] virtual std::int32_t piAPIVersion() = 0;
 
     /// `piGetPlugInsForClass:`: new drivers at each call; none where there is not a single one.
-    [[nodiscard]] virtual std::optional<PlugInEnumerator> piGetPlugInsForClass(std::string_view plugInClass) = 0;
+    [[nodiscard]] virtual std::optional<PlugInEnumerator>
+    piGetPlugInsForClass(std::string_view plugInClass) = 0;
 
     virtual void piTerminate() = 0;
 };
 
-/// @return  the loader of that class, alive as long as the process; null when the module has no such class
+/// @return  the loader of that class, alive as long as the process; null when the module has no
+/// such class
 using PrincipalClassEntry = VeloranPlugIn* (*)(const char* className);
 
 inline constexpr char kPrincipalClassEntry[] = "VeloranPlugInPrincipalClass";

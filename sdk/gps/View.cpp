@@ -6,7 +6,9 @@
 
 namespace gps {
 
-View::View(std::string identifier, std::string title) : identifier_(std::move(identifier)), title_(std::move(title)) {}
+View::View(std::string identifier, std::string title)
+    : identifier_(std::move(identifier)), title_(std::move(title))
+{}
 View::~View() = default;
 
 void View::addSubview(std::shared_ptr<View> view)

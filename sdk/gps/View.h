@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The view model: what a driver shows of itself, without a toolkit. A host draws it as it likes, and hands back what the
-// user does. [host thread] only.
+// The view model: what a driver shows of itself, without a toolkit. A host draws it as it likes,
+// and hands back what the user does. [host thread] only.
 
 #pragma once
 
@@ -15,7 +15,8 @@
 
 namespace gps {
 
-/// An element of a view, with the elements inside it. Found by its identifier, the name of the outlet that it fills.
+/// An element of a view, with the elements inside it. Found by its identifier, the name of the
+/// outlet that it fills.
 class View {
 public:
     explicit View(std::string identifier, std::string title = {});
@@ -29,10 +30,14 @@ public:
     [[nodiscard]] bool isHidden() const noexcept { return hidden_; }
     void setHidden(bool hidden) noexcept { hidden_ = hidden; }
 
-    [[nodiscard]] const std::vector<std::shared_ptr<View>>& subviews() const noexcept { return subviews_; }
+    [[nodiscard]] const std::vector<std::shared_ptr<View>>& subviews() const noexcept
+    {
+        return subviews_;
+    }
     void addSubview(std::shared_ptr<View> view);
 
-    /// This element or the first one inside it, depth first, that bears the identifier and is a T; null without one.
+    /// This element or the first one inside it, depth first, that bears the identifier and is a T;
+    /// null without one.
     template <typename T> [[nodiscard]] T* find(std::string_view identifier)
     {
         if (auto* self = identifier == identifier_ ? dynamic_cast<T*>(this) : nullptr)
@@ -62,13 +67,15 @@ public:
     /// Driver's side: replaces the items and leaves none selected.
     void setItems(std::vector<std::string> items);
 
-    /// Driver's side: shows an item as selected, without the action. One that is not there selects none.
+    /// Driver's side: shows an item as selected, without the action. One that is not there selects
+    /// none.
     void select(std::optional<std::size_t> item) noexcept;
 
     /// Driver's side: what to do when the user picks an item.
     void setAction(std::function<void(std::size_t)> action) { action_ = std::move(action); }
 
-    /// Host's side: the user picked an item. Selects it and runs the action; an item that is not there does nothing.
+    /// Host's side: the user picked an item. Selects it and runs the action; an item that is not
+    /// there does nothing.
     void pick(std::size_t item);
 
 private:

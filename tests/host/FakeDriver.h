@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A driver of a test's own: what it answers is set from outside, and what its acquire and its send do is a function each.
+// A driver of a test's own: what it answers is set from outside, and what its acquire and its send
+// do is a function each.
 
 #pragma once
+
+#include <gps/GPSFileDevice.h>
+#include <gps/GPSOutputReceiver.h>
+#include <gps/GPSPlugInProtocol.h>
+#include <gps/View.h>
 
 #include <functional>
 #include <memory>
@@ -10,18 +16,14 @@
 #include <utility>
 #include <vector>
 
-#include <gps/GPSFileDevice.h>
-#include <gps/GPSOutputReceiver.h>
-#include <gps/GPSPlugInProtocol.h>
-#include <gps/View.h>
-
 namespace support {
 
 struct FakeDriver : gps::GPSPlugInProtocol {
-    using Acquire = std::function<std::optional<gps::Error>(const Status& status, const gps::Dictionary& options)>;
+    using Acquire = std::function<std::optional<gps::Error>(const Status& status,
+                                                            const gps::Dictionary& options)>;
 
-    using Send = std::function<std::optional<gps::Error>(const gps::Dictionary* data, const Status& status,
-                                                         const gps::Dictionary& options)>;
+    using Send = std::function<std::optional<gps::Error>(
+        const gps::Dictionary* data, const Status& status, const gps::Dictionary& options)>;
 
     explicit FakeDriver(std::string driverName = "Fake") : name(std::move(driverName))
     {
@@ -34,8 +36,8 @@ struct FakeDriver : gps::GPSPlugInProtocol {
     {
         devices.clear();
         for (const auto& location : locations)
-            devices.emplace_back(
-                gps::Dictionary{{"location", location}, {"name", "Device at " + location}, {"authorized", true}});
+            devices.emplace_back(gps::Dictionary{
+                {"location", location}, {"name", "Device at " + location}, {"authorized", true}});
         menu->setItems(locations);
         menu->select(0);
     }
@@ -45,7 +47,8 @@ struct FakeDriver : gps::GPSPlugInProtocol {
     std::shared_ptr<gps::View> gpsView() const override { return view; }
     bool gpsRunPVT(const Status&, const gps::Dictionary&) override { return false; }
     bool gpsStopPVT() override { return false; }
-    std::optional<gps::Error> gpsRunAcquire(const Status& status, const gps::Dictionary& options) override
+    std::optional<gps::Error> gpsRunAcquire(const Status& status,
+                                            const gps::Dictionary& options) override
     {
         return acquire(status, options);
     }
@@ -80,11 +83,13 @@ struct FakeDriver : gps::GPSPlugInProtocol {
     std::optional<std::size_t> picked;
     std::shared_ptr<gps::View> view = std::make_shared<gps::View>("gpsView");
     std::shared_ptr<gps::PopUpButton> menu = std::make_shared<gps::PopUpButton>("deviceListMenu");
-    Acquire acquire = [](const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+    Acquire acquire = [](const Status& status,
+                         const gps::Dictionary&) -> std::optional<gps::Error> {
         status->gpsStateChange(0);
         return std::nullopt;
     };
-    Send send = [](const gps::Dictionary*, const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+    Send send = [](const gps::Dictionary*, const Status& status,
+                   const gps::Dictionary&) -> std::optional<gps::Error> {
         status->gpsStateChange(0);
         return std::nullopt;
     };
@@ -95,13 +100,18 @@ struct FakeDriver : gps::GPSPlugInProtocol {
 struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::optional<std::string> deviceIdentifier() const override { return identifier; }
     std::vector<std::string> dataFolders() const override { return folders; }
-    std::string deviceCharacters() const override { return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"; }
+    std::string deviceCharacters() const override
+    {
+        return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    }
     std::size_t longestName() const override { return 10; }
     gps::SendPlan planSend(const gps::Dictionary& data) const override { return plan(data); }
 
     std::optional<std::string> identifier = "42";
     std::vector<std::string> folders;
-    std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) { return gps::SendPlan{}; };
+    std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) {
+        return gps::SendPlan{};
+    };
 };
 
 } // namespace support

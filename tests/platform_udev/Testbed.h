@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// A device tree and a mount table of a test's own, seen through the real device database. The program must run under
-// umockdev-wrapper.
+// A device tree and a mount table of a test's own, seen through the real device database. The
+// program must run under umockdev-wrapper.
 
 #pragma once
+
+#include <umockdev.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
-
-#include <umockdev.h>
 
 #include <support/TemporaryFolder.h>
 
@@ -39,14 +39,19 @@ public:
     }
 
     /// Adds a disk and its first partition below a device of the tree.
-    void addDisk(const std::string& parent, const std::string& name, unsigned int major, unsigned int minor, bool removable) const
+    void addDisk(const std::string& parent, const std::string& name, unsigned int major,
+                 unsigned int minor, bool removable) const
     {
         const auto partition = name + (name.back() >= '0' && name.back() <= '9' ? "p1" : "1");
-        add(block(parent + "/block/" + name, name, "disk", major, minor) + "A: removable=" + (removable ? "1" : "0") + "\\n\n\n" +
-            block(parent + "/block/" + name + "/" + partition, partition, "partition", major, minor + 1) + "\n");
+        add(block(parent + "/block/" + name, name, "disk", major, minor) +
+            "A: removable=" + (removable ? "1" : "0") + "\\n\n\n" +
+            block(parent + "/block/" + name + "/" + partition, partition, "partition", major,
+                  minor + 1) +
+            "\n");
     }
 
-    /// A stick on USB as "sdb", its partition 8:17, and a disk inside the machine as "sda", its partition 8:1.
+    /// A stick on USB as "sdb", its partition 8:17, and a disk inside the machine as "sda", its
+    /// partition 8:1.
     void addStickAndInternalDisk() const
     {
         add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
@@ -56,7 +61,10 @@ public:
         addDisk(kStick, "sdb", 8, 16, true);
     }
 
-    void announceStick(const std::string& action) const { announce(std::string{kStick} + "/block/sdb/sdb1", action); }
+    void announceStick(const std::string& action) const
+    {
+        announce(std::string{kStick} + "/block/sdb/sdb1", action);
+    }
 
     /// What happens to a device: "add", "remove", "change".
     void announce(const std::string& device, const std::string& action) const
@@ -68,7 +76,10 @@ public:
     [[nodiscard]] UMockdevTestbed* get() const { return testbed_; }
 
     /// The mount table of these lines.
-    [[nodiscard]] std::string mountTable(const std::string& lines) const { return folder_.put("mountinfo", lines); }
+    [[nodiscard]] std::string mountTable(const std::string& lines) const
+    {
+        return folder_.put("mountinfo", lines);
+    }
 
     /// What the process, and every program that it starts, sees as its mount table.
     static void mount(const std::string& lines)
@@ -87,12 +98,13 @@ public:
 private:
     static constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
 
-    static std::string block(const std::string& path, const std::string& name, const std::string& kind, unsigned int major,
-                             unsigned int minor)
+    static std::string block(const std::string& path, const std::string& name,
+                             const std::string& kind, unsigned int major, unsigned int minor)
     {
         const auto number = std::to_string(major) + ":" + std::to_string(minor);
-        return "P: " + path + "\nN: " + name + "\nE: SUBSYSTEM=block\nE: DEVTYPE=" + kind + "\nE: DEVNAME=/dev/" + name +
-               "\nE: MAJOR=" + std::to_string(major) + "\nE: MINOR=" + std::to_string(minor) + "\nA: dev=" + number + "\\n\n";
+        return "P: " + path + "\nN: " + name + "\nE: SUBSYSTEM=block\nE: DEVTYPE=" + kind +
+               "\nE: DEVNAME=/dev/" + name + "\nE: MAJOR=" + std::to_string(major) +
+               "\nE: MINOR=" + std::to_string(minor) + "\nA: dev=" + number + "\\n\n";
     }
 
     UMockdevTestbed* testbed_;

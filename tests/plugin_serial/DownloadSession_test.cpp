@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Whole sessions through the system's terminals against a simulated receiver. Each takes seconds, since a session waits for lines
-// that a receiver may or may not send.
+// Whole sessions through the system's terminals against a simulated receiver. Each takes seconds,
+// since a session waits for lines that a receiver may or may not send.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
@@ -9,9 +12,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <plugin_serial/Session.h>
 #include <support/LogCapture.h>
@@ -38,10 +38,11 @@ TEST(DownloadSession, BringsEverythingFromAReceiverWithoutHandshaking)
     const Session session{{.sentences = someSentences()}};
     ASSERT_TRUE(session.ends());
     EXPECT_THAT(session.callNames(),
-                ElementsAre("gpsStateChange", "startTransfer", "wayPoint", "wayPoint", "wayPoint", "endTransfer", "startTransfer",
-                            "newTrack", "trackPoint", "newTrack", "trackPoint", "trackPoint", "endTransfer", "startTransfer",
-                            "newRoute", "wayPoint", "wayPoint", "wayPoint", "newRoute", "wayPoint", "wayPoint", "endTransfer",
-                            "gpsStateChange"));
+                ElementsAre("gpsStateChange", "startTransfer", "wayPoint", "wayPoint", "wayPoint",
+                            "endTransfer", "startTransfer", "newTrack", "trackPoint", "newTrack",
+                            "trackPoint", "trackPoint", "endTransfer", "startTransfer", "newRoute",
+                            "wayPoint", "wayPoint", "wayPoint", "newRoute", "wayPoint", "wayPoint",
+                            "endTransfer", "gpsStateChange"));
     const auto calls = session.calls();
     EXPECT_EQ(calls.front(), "gpsStateChange 1");
     EXPECT_THAT(calls[1], "startTransfer 3");
@@ -51,11 +52,14 @@ TEST(DownloadSession, BringsEverythingFromAReceiverWithoutHandshaking)
     EXPECT_THAT(calls[13], "startTransfer 2");
     EXPECT_THAT(calls[15], AllOf(HasSubstr("CAMP"), HasSubstr("by the lake")));
     EXPECT_EQ(calls.back(), "gpsStateChange 0");
-    EXPECT_THAT(session.status().threads(), AllOf(SizeIs(1), Not(Contains(std::this_thread::get_id()))));
+    EXPECT_THAT(session.status().threads(),
+                AllOf(SizeIs(1), Not(Contains(std::this_thread::get_id()))));
     EXPECT_THAT(session.commands(),
-                ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,HANDON @4800", "PMGNCMD,TON @4800", "PMGNCMD,BAUD,115200 @4800",
-                            "PMGNCMD,WAYPOINT @115200", "PMGNCMD,TRACK,2 @115200", "PMGNCMD,ROUTE @115200",
-                            "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,4800 @115200"));
+                ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,HANDON @4800", "PMGNCMD,TON @4800",
+                            "PMGNCMD,BAUD,115200 @4800", "PMGNCMD,WAYPOINT @115200",
+                            "PMGNCMD,TRACK,2 @115200", "PMGNCMD,ROUTE @115200",
+                            "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200",
+                            "PMGNCMD,BAUD,4800 @115200"));
     EXPECT_TRUE(session.isClosed());
     EXPECT_THAT(session.speeds(), ElementsAre(4800, 115200, 4800));
 }
@@ -64,9 +68,12 @@ TEST(DownloadSession, SendsNoHandOnWhereHandshakingIsOn)
 {
     const Session session{{.handshake = true, .sentences = someSentences()}};
     ASSERT_TRUE(session.ends());
-    EXPECT_THAT(session.commands(), ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,TON @4800", "PMGNCMD,BAUD,115200 @4800",
-                                                "PMGNCMD,WAYPOINT @115200", "PMGNCMD,TRACK,2 @115200", "PMGNCMD,ROUTE @115200",
-                                                "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,4800 @115200"));
+    EXPECT_THAT(session.commands(),
+                ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,TON @4800",
+                            "PMGNCMD,BAUD,115200 @4800", "PMGNCMD,WAYPOINT @115200",
+                            "PMGNCMD,TRACK,2 @115200", "PMGNCMD,ROUTE @115200",
+                            "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200",
+                            "PMGNCMD,BAUD,4800 @115200"));
     EXPECT_THAT(session.calls(), SizeIs(23));
 }
 
@@ -76,8 +83,9 @@ TEST(DownloadSession, WithoutOptionsSwitchesOnAndOffAlone)
     ASSERT_TRUE(session.ends());
     EXPECT_THAT(session.calls(), ElementsAre("gpsStateChange 1", "gpsStateChange 0"));
     EXPECT_THAT(session.commands(),
-                ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,HANDON @4800", "PMGNCMD,TON @4800", "PMGNCMD,BAUD,115200 @4800",
-                            "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,4800 @115200"));
+                ElementsAre("PMGNCMD,VERSION @4800", "PMGNCMD,HANDON @4800", "PMGNCMD,TON @4800",
+                            "PMGNCMD,BAUD,115200 @4800", "PMGNCMD,TOFF @115200",
+                            "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,4800 @115200"));
 }
 
 TEST(DownloadSession, FindsAReceiverAtTheLastSpeedAndLeavesItThere)
@@ -85,27 +93,35 @@ TEST(DownloadSession, FindsAReceiverAtTheLastSpeedAndLeavesItThere)
     const Session session{{.speed = 57600}, {}};
     ASSERT_TRUE(session.ends());
     EXPECT_THAT(session.commands(),
-                ElementsAre("PMGNCMD,VERSION @57600", "PMGNCMD,HANDON @57600", "PMGNCMD,TON @57600", "PMGNCMD,BAUD,115200 @57600",
-                            "PMGNCMD,TOFF @115200", "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,57600 @115200"));
+                ElementsAre("PMGNCMD,VERSION @57600", "PMGNCMD,HANDON @57600", "PMGNCMD,TON @57600",
+                            "PMGNCMD,BAUD,115200 @57600", "PMGNCMD,TOFF @115200",
+                            "PMGNCMD,HANDOFF @115200", "PMGNCMD,BAUD,57600 @115200"));
     EXPECT_TRUE(session.isClosed());
-    EXPECT_THAT(session.speeds(), ElementsAre(4800, 115200, 1200, 9600, 19200, 57600, 115200, 57600));
-    // Five attempts at each of the five speeds before, which a receiver of another speed cannot read.
+    EXPECT_THAT(session.speeds(),
+                ElementsAre(4800, 115200, 1200, 9600, 19200, 57600, 115200, 57600));
+    // Five attempts at each of the five speeds before, which a receiver of another speed cannot
+    // read.
     const auto log = session.receiver().log();
-    EXPECT_EQ(std::count_if(log.begin(), log.end(), [](const auto& entry) { return entry.kind == LogKind::kUnreadable; }), 25);
+    EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                            [](const auto& entry) { return entry.kind == LogKind::kUnreadable; }),
+              25);
 }
 
 TEST(DownloadSession, WithoutAnyAnswerRunsThroughAndSetsTheSpeedZero)
 {
     const Session session{{.speed = 2400}}; // a speed at which nobody looks
     ASSERT_TRUE(session.ends());
-    EXPECT_THAT(session.calls(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
-                                             "endTransfer 1", "startTransfer 2", "endTransfer 2", "gpsStateChange 0"));
+    EXPECT_THAT(session.calls(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                                             "startTransfer 1", "endTransfer 1", "startTransfer 2",
+                                             "endTransfer 2", "gpsStateChange 0"));
     EXPECT_THAT(session.commands(), IsEmpty());
     EXPECT_TRUE(session.isClosed());
     EXPECT_THAT(session.speeds(), ElementsAre(4800, 115200, 1200, 9600, 19200, 57600, 115200, 0));
     const auto log = session.receiver().log();
     // 30 times VERSION, HANDON once, and eight commands five times each.
-    EXPECT_EQ(std::count_if(log.begin(), log.end(), [](const auto& entry) { return entry.kind == LogKind::kUnreadable; }), 71);
+    EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                            [](const auto& entry) { return entry.kind == LogKind::kUnreadable; }),
+              71);
 }
 
 TEST(DownloadSession, AcknowledgesEachSentenceAndEveryEnd)
@@ -117,7 +133,9 @@ TEST(DownloadSession, AcknowledgesEachSentenceAndEveryEnd)
         return entry.kind == LogKind::kReceived && entry.text.rfind("PMGNCSM,", 0) == 0;
     });
     EXPECT_EQ(acknowledged, 12); // nine sentences and three ends
-    EXPECT_EQ(std::count_if(log.begin(), log.end(), [](const auto& entry) { return entry.text == "PMGNCSM,3D"; }), 3);
+    EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                            [](const auto& entry) { return entry.text == "PMGNCSM,3D"; }),
+              3);
 }
 
 TEST(DownloadSession, LogsWhatIsSaidAfterItsSwitches)
@@ -125,9 +143,10 @@ TEST(DownloadSession, LogsWhatIsSaidAfterItsSwitches)
     const support::LogCapture logged;
     const Session session{{.chatter = true}, {}};
     ASSERT_TRUE(session.ends());
-    EXPECT_THAT(logged.lines(),
-                IsSupersetOf({StartsWith("Response after TON = $"), StartsWith("Response after TOFF = $"),
-                              StartsWith("Response after HANDOFF = $"), StartsWith("Response after Setting rate back = $")}));
+    EXPECT_THAT(logged.lines(), IsSupersetOf({StartsWith("Response after TON = $"),
+                                              StartsWith("Response after TOFF = $"),
+                                              StartsWith("Response after HANDOFF = $"),
+                                              StartsWith("Response after Setting rate back = $")}));
     EXPECT_THAT(logged.lines(), Contains(StartsWith("Response after TON = $")).Times(2));
 }
 
@@ -136,8 +155,9 @@ TEST(DownloadSession, RoutesAloneReportNoWaypointsOfTheirOwn)
     const Session session{{.sentences = someSentences()}, {{"routes", true}}};
     ASSERT_TRUE(session.ends());
     EXPECT_THAT(session.callNames(),
-                ElementsAre("gpsStateChange", "startTransfer", "newRoute", "wayPoint", "wayPoint", "wayPoint", "newRoute",
-                            "wayPoint", "wayPoint", "endTransfer", "gpsStateChange"));
+                ElementsAre("gpsStateChange", "startTransfer", "newRoute", "wayPoint", "wayPoint",
+                            "wayPoint", "newRoute", "wayPoint", "wayPoint", "endTransfer",
+                            "gpsStateChange"));
     EXPECT_EQ(session.calls()[1], "startTransfer 2");
     EXPECT_THAT(session.commands(), Contains("PMGNCMD,WAYPOINT @115200"));
     EXPECT_THAT(session.commands(), Not(Contains(HasSubstr("TRACK"))));
@@ -161,7 +181,8 @@ TEST(DownloadSession, APortInUseIsAnErrorAndThenIdle)
         {{gps::kErrorDescriptionKey, "Couldn't open communications port " + receiver.path()},
          {gps::kErrorSuggestionKey, "The port might be in use by another program"}},
     };
-    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
 TEST(DownloadSession, ClosesAPortThatItDropsSoThatAnotherProgramGetsIt)
@@ -174,7 +195,8 @@ TEST(DownloadSession, ClosesAPortThatItDropsSoThatAnotherProgramGetsIt)
 /// A driver on whose worker something goes wrong.
 class FailingDriver : public MagellanSerialGPSPlugin {
 public:
-    explicit FailingDriver(std::function<std::unique_ptr<gps::OrvSerial>()> make) : make_(std::move(make))
+    explicit FailingDriver(std::function<std::unique_ptr<gps::OrvSerial>()> make)
+        : make_(std::move(make))
     {
         setSerialPort(gps::Dictionary{{"location", "/dev/nowhere"}});
     }
@@ -190,39 +212,47 @@ private:
 std::vector<std::string> callsOf(FailingDriver& driver)
 {
     const auto status = std::make_shared<support::RecordingReceiver>();
-    driver.runAcquire({{"location", "/dev/nowhere"}, {"output", gps::GPSPlugInProtocol::Status{status}}});
+    driver.runAcquire(
+        {{"location", "/dev/nowhere"}, {"output", gps::GPSPlugInProtocol::Status{status}}});
     return status->calls();
 }
 
 TEST(FailingSession, WithoutASerialObjectIsAnErrorOfItsOwn)
 {
     FailingDriver driver{[] { return nullptr; }};
-    const gps::Error expected{"com.Orvane.GPSPlugin.ErrorDomain",
-                              -1,
-                              {{gps::kErrorDescriptionKey, "Couldn't initialize serial code"},
-                               {gps::kErrorSuggestionKey, "Please try again or report this error to Orvane"}}};
-    EXPECT_THAT(callsOf(driver), ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
+    const gps::Error expected{
+        "com.Orvane.GPSPlugin.ErrorDomain",
+        -1,
+        {{gps::kErrorDescriptionKey, "Couldn't initialize serial code"},
+         {gps::kErrorSuggestionKey, "Please try again or report this error to Orvane"}}};
+    EXPECT_THAT(callsOf(driver),
+                ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
 TEST(FailingSession, AnErrorObjectThatIsRaisedIsReportedUnchanged)
 {
     const gps::Error raised{"some.domain", 77, {{gps::kErrorDescriptionKey, "as it is"}}};
     FailingDriver driver{[&]() -> std::unique_ptr<gps::OrvSerial> { throw raised; }};
-    EXPECT_THAT(callsOf(driver), ElementsAre("gpsStateChange 1", "error " + raised.text(), "gpsStateChange 0"));
+    EXPECT_THAT(callsOf(driver),
+                ElementsAre("gpsStateChange 1", "error " + raised.text(), "gpsStateChange 0"));
 }
 
 TEST(FailingSession, APlatformExceptionIsErrorMinusFourWithoutAnyText)
 {
-    FailingDriver driver{[]() -> std::unique_ptr<gps::OrvSerial> { throw std::runtime_error{"secret"}; }};
+    FailingDriver driver{
+        []() -> std::unique_ptr<gps::OrvSerial> { throw std::runtime_error{"secret"}; }};
     const gps::Error expected{"com.Orvane.GPSPlugin.ErrorDomain", -4};
-    EXPECT_THAT(callsOf(driver), ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
+    EXPECT_THAT(callsOf(driver),
+                ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
 TEST(FailingSession, AnythingElsePassesOutOfTheWorkerWithoutAReport)
 {
     FailingDriver driver{[]() -> std::unique_ptr<gps::OrvSerial> { throw 42; }};
     const auto status = std::make_shared<support::RecordingReceiver>();
-    EXPECT_THROW(driver.runAcquire({{"location", "/dev/nowhere"}, {"output", gps::GPSPlugInProtocol::Status{status}}}), int);
+    EXPECT_THROW(driver.runAcquire({{"location", "/dev/nowhere"},
+                                    {"output", gps::GPSPlugInProtocol::Status{status}}}),
+                 int);
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1"));
 }
 
@@ -230,7 +260,8 @@ TEST(FailingSession, ATooShortSentenceIsErrorMinusFourAndLeavesItsBracketOpen)
 {
     const Session session{{.sentences = {.waypoints = {"PMGNWPL,4600.0,N"}}}};
     ASSERT_TRUE(session.ends());
-    EXPECT_THAT(session.callNames(), ElementsAre("gpsStateChange", "startTransfer", "error", "gpsStateChange"));
+    EXPECT_THAT(session.callNames(),
+                ElementsAre("gpsStateChange", "startTransfer", "error", "gpsStateChange"));
     const gps::Error interrupted{"com.Orvane.GPSPlugin.ErrorDomain", -4};
     EXPECT_EQ(session.calls()[2], "error " + interrupted.text());
     EXPECT_TRUE(session.isClosed());

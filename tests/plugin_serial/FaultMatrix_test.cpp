@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Every fault at every step of a session: whatever the receiver does, the session comes to its end, the host is told, the port is
-// closed, and what went well before is there. The faults of a step run at once, since a session mostly waits.
+// Every fault at every step of a session: whatever the receiver does, the session comes to its end,
+// the host is told, the port is closed, and what went well before is there. The faults of a step
+// run at once, since a session mostly waits.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <plugin_serial/Session.h>
 
@@ -22,7 +23,8 @@ using simulator::Step;
 using support::Session;
 using testing::ElementsAre;
 
-const std::string kInterrupted = "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
+const std::string kInterrupted =
+    "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
 
 struct Attempt {
     Fault fault;
@@ -36,8 +38,8 @@ std::vector<Attempt> startAll(Step step)
         if (!applies(kind.value, step))
             continue;
         const Fault fault{step, kind.value};
-        attempts.push_back(
-            {fault, std::make_unique<Session>(simulator::Settings{.sentences = support::someSentences(), .faults = {fault}})});
+        attempts.push_back({fault, std::make_unique<Session>(simulator::Settings{
+                                       .sentences = support::someSentences(), .faults = {fault}})});
     }
     return attempts;
 }
@@ -47,18 +49,22 @@ std::vector<std::string> frameOf(const Session& session)
 {
     std::vector<std::string> frame;
     for (const auto& call : session.calls()) {
-        if (call.find("Transfer") != std::string::npos || call.rfind("gpsStateChange", 0) == 0 || call.rfind("error", 0) == 0)
+        if (call.find("Transfer") != std::string::npos || call.rfind("gpsStateChange", 0) == 0 ||
+            call.rfind("error", 0) == 0)
             frame.push_back(call);
     }
     return frame;
 }
 
-/// Good sentences without an end are a data phase without an end, until the line goes. The closing ends all the same.
+/// Good sentences without an end are a data phase without an end, until the line goes. The closing
+/// ends all the same.
 void endFlood(Session& session)
 {
     const bool seen = session.receiver().waitFor(
         [taken = 0](const auto& entry) mutable {
-            taken += entry.kind == simulator::LogKind::kReceived ? 1 : 0; // the acknowledgements, that is
+            taken += entry.kind == simulator::LogKind::kReceived
+                         ? 1
+                         : 0; // the acknowledgements, that is
             return entry.kind == simulator::LogKind::kClosed || taken == 50;
         },
         std::chrono::minutes{2});
@@ -70,8 +76,9 @@ class FaultMatrix : public testing::TestWithParam<simulator::Named<Step>> {};
 
 TEST_P(FaultMatrix, EverySessionEndsAndTheHostIsTold)
 {
-    const auto whole = ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
-                                   "startTransfer 2", "endTransfer 2", "gpsStateChange 0");
+    const auto whole =
+        ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
+                    "endTransfer 1", "startTransfer 2", "endTransfer 2", "gpsStateChange 0");
     for (auto& [fault, session] : startAll(GetParam().value)) {
         SCOPED_TRACE(describe(fault));
         if (fault.kind == FaultKind::kFlood)
@@ -92,14 +99,15 @@ TEST_P(FaultMatrix, EverySessionEndsAndTheHostIsTold)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps), [](const auto& test) {
-    std::string name;
-    for (const char c : test.param.name) {
-        if (c != '-')
-            name += c;
-    }
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps),
+                         [](const auto& test) {
+                             std::string name;
+                             for (const char c : test.param.name) {
+                                 if (c != '-')
+                                     name += c;
+                             }
+                             return name;
+                         });
 
 TEST(FaultsTogether, AReceiverThatAcknowledgesEverythingWronglyGetsThroughTheSession)
 {
@@ -110,8 +118,10 @@ TEST(FaultsTogether, AReceiverThatAcknowledgesEverythingWronglyGetsThroughTheSes
     }
     const Session session{std::move(settings)};
     ASSERT_TRUE(session.ends());
-    EXPECT_THAT(frameOf(session), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
-                                              "endTransfer 1", "startTransfer 2", "endTransfer 2", "gpsStateChange 0"));
+    EXPECT_THAT(frameOf(session),
+                ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                            "startTransfer 1", "endTransfer 1", "startTransfer 2", "endTransfer 2",
+                            "gpsStateChange 0"));
     EXPECT_TRUE(session.isClosed());
 }
 
@@ -124,7 +134,8 @@ struct Count {
     friend bool operator==(const Count&, const Count&) = default;
     friend std::ostream& operator<<(std::ostream& out, const Count& count)
     {
-        return out << count.waypoints << " waypoints, " << count.trackPoints << " track points, " << count.routes << " routes";
+        return out << count.waypoints << " waypoints, " << count.trackPoints << " track points, "
+                   << count.routes << " routes";
     }
 };
 
@@ -132,7 +143,8 @@ Count recordsOf(const Session& session)
 {
     const auto names = session.callNames();
     const auto firstRoute = std::find(names.begin(), names.end(), "newRoute");
-    return {std::count(names.begin(), firstRoute, "wayPoint"), std::count(names.begin(), names.end(), "trackPoint"),
+    return {std::count(names.begin(), firstRoute, "wayPoint"),
+            std::count(names.begin(), names.end(), "trackPoint"),
             std::count(names.begin(), names.end(), "newRoute")};
 }
 
@@ -171,8 +183,10 @@ TEST(FaultLosses, AreThoseOfTheFaultAlone)
 {
     std::vector<std::unique_ptr<Session>> sessions;
     for (const auto& loss : kLosses)
-        sessions.push_back(std::make_unique<Session>(simulator::Settings{
-            .paced = loss.paced, .sentences = support::someSentences(), .faults = {simulator::parseFault(loss.fault).value()}}));
+        sessions.push_back(std::make_unique<Session>(
+            simulator::Settings{.paced = loss.paced,
+                                .sentences = support::someSentences(),
+                                .faults = {simulator::parseFault(loss.fault).value()}}));
     for (std::size_t i = 0; i < sessions.size(); ++i) {
         SCOPED_TRACE(kLosses[i].fault);
         ASSERT_TRUE(sessions[i]->ends());

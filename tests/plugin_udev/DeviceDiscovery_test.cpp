@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Receivers among the mounted volumes, through the real device database on a mocked device tree and mount table.
+// Receivers among the mounted volumes, through the real device database on a mocked device tree and
+// mount table.
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <optional>
@@ -9,10 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <platform_udev/Testbed.h>
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
 
@@ -52,7 +52,8 @@ TEST_F(MountedReceiversTest, AReceiverOnARemovableVolumeIsListedAndOneOnAnIntern
     receiver_.unitFile("12345");
     const support::ReceiverFolder internal;
     internal.unitFile("1");
-    testbed_.mount(testbed_.mountLine("8:1", internal.path()) + testbed_.mountLine("8:17", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:1", internal.path()) +
+                   testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(found(), ElementsAre(receiver_.path()));
     EXPECT_TRUE(driver_->isReady());
     EXPECT_EQ(*driver_->fsDevice()->findString("name"), "Magellan device 12345");
@@ -67,7 +68,8 @@ TEST_F(MountedReceiversTest, ARemovableVolumeWithoutAUnitFileIsNoReceiver)
 TEST_F(MountedReceiversTest, AVolumeWithoutADiskOrWithAnUnknownOneIsLeftOut)
 {
     receiver_.unitFile("1");
-    testbed_.mount(testbed_.mountLine("0:42", receiver_.path()) + testbed_.mountLine("8:65", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("0:42", receiver_.path()) +
+                   testbed_.mountLine("8:65", receiver_.path()));
     EXPECT_THAT(found(), IsEmpty());
 }
 
@@ -79,9 +81,11 @@ TEST_F(MountedReceiversTest, VolumesComeInTheMountTablesOrderBeforeTheTestFolder
     other.unitFile("2");
     folder.unitFile("3");
     support::TestFolders::set({folder.path()});
-    testbed_.mount(testbed_.mountLine("8:16", receiver_.path()) + testbed_.mountLine("8:17", other.path()));
+    testbed_.mount(testbed_.mountLine("8:16", receiver_.path()) +
+                   testbed_.mountLine("8:17", other.path()));
     EXPECT_THAT(found(), ElementsAre(receiver_.path(), other.path(), folder.path()));
-    testbed_.mount(testbed_.mountLine("8:17", other.path()) + testbed_.mountLine("8:16", receiver_.path()));
+    testbed_.mount(testbed_.mountLine("8:17", other.path()) +
+                   testbed_.mountLine("8:16", receiver_.path()));
     EXPECT_THAT(found(), ElementsAre(other.path(), receiver_.path(), folder.path()));
 }
 
@@ -103,14 +107,16 @@ TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOf
     using Verdict = gps::SearchedPlace::Verdict;
     const support::ReceiverFolder other;
     receiver_.unitFile("1");
-    testbed_.mount(testbed_.mountLine("8:1", receiver_.path()) + testbed_.mountLine("0:42", receiver_.path()) +
-                   testbed_.mountLine("8:65", receiver_.path()) + testbed_.mountLine("8:17", receiver_.path()) +
-                   testbed_.mountLine("8:17", other.path()));
-    const std::vector<std::pair<std::string, Verdict>> expected{{"built-in volume", Verdict::kPassedOver},
-                                                                {"volume without a disk behind it", Verdict::kPassedOver},
-                                                                {"volume without a disk behind it", Verdict::kPassedOver},
-                                                                {"removable volume", Verdict::kTaken},
-                                                                {"removable volume", Verdict::kRefused}};
+    testbed_.mount(
+        testbed_.mountLine("8:1", receiver_.path()) + testbed_.mountLine("0:42", receiver_.path()) +
+        testbed_.mountLine("8:65", receiver_.path()) +
+        testbed_.mountLine("8:17", receiver_.path()) + testbed_.mountLine("8:17", other.path()));
+    const std::vector<std::pair<std::string, Verdict>> expected{
+        {"built-in volume", Verdict::kPassedOver},
+        {"volume without a disk behind it", Verdict::kPassedOver},
+        {"volume without a disk behind it", Verdict::kPassedOver},
+        {"removable volume", Verdict::kTaken},
+        {"removable volume", Verdict::kRefused}};
     const auto places = driver_->searchedPlaces();
     ASSERT_EQ(places.size(), expected.size());
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -124,7 +130,8 @@ TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOf
 TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathIsReadFromEndToEnd)
 {
     receiver_.put("GPS DISK/USBTRANS/UNIT_ID.DAT", {"Serial Number=7"});
-    receiver_.put("GPS DISK/Track Logs/t.log", {support::sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208")});
+    receiver_.put("GPS DISK/Track Logs/t.log",
+                  {support::sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208")});
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path() + "/GPS\\040DISK"));
     EXPECT_THAT(found(), ElementsAre(receiver_.path("GPS DISK")));
     const auto status = std::make_shared<support::RecordingReceiver>();

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // What the loader offers on a machine without any serial port: the device tree is mocked and empty.
 
-#include <plugin/loader/MagellanGPSPluginLoader.h>
-
 #include <gps/GPSPlugInProtocol.h>
 
 #include <gtest/gtest.h>
 
 #include <platform_udev/Testbed.h>
+#include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <support/BundleCopy.h>
 #include <support/ReceiverFolder.h>
 #include <support/TestPorts.h>
@@ -46,13 +45,16 @@ TEST_F(WithoutSerialPorts, WithoutItsViewTheAnswerIsNoneNotAnEmptyEnumerator)
 
 TEST_F(WithoutSerialPorts, ABrokenViewIsAMissingOne)
 {
-    for (const auto* view : {"", "<plist version=\"1.0\"><dict>", "<plist version=\"1.0\"><array/></plist>",
-                             "<plist "
-                             "version=\"1.0\"><dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</"
-                             "string></dict></plist>",
-                             "<plist "
-                             "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</key><string>other</"
-                             "string></dict></plist>"}) {
+    for (const auto* view :
+         {"", "<plist version=\"1.0\"><dict>", "<plist version=\"1.0\"><array/></plist>",
+          "<plist "
+          "version=\"1.0\"><dict><key>class</key><string>Slider</string><key>identifier</"
+          "key><string>gpsView</"
+          "string></dict></plist>",
+          "<plist "
+          "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</"
+          "key><string>other</"
+          "string></dict></plist>"}) {
         const BundleCopy bundle;
         bundle.put("MagellanGPS.plist", view);
         EXPECT_FALSE(bundle.load().piGetPlugInsForClass("GPSPlugIn")) << view;
@@ -91,9 +93,10 @@ TEST_F(WithoutSerialPorts, AViewWithoutAPopUpWillDoForAPort)
     support::TestPorts::set({"/dev/one"});
     const BundleCopy bundle;
     bundle.remove("MagellanGPS.plist");
-    bundle.put("MagellanSerialGPS.plist",
-               "<plist version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</key><string>gpsView</string>"
-               "</dict></plist>");
+    bundle.put("MagellanSerialGPS.plist", "<plist "
+                                          "version=\"1.0\"><dict><key>class</key><string>View</"
+                                          "string><key>identifier</key><string>gpsView</string>"
+                                          "</dict></plist>");
     auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The serial driver's ports and the front of its operations, on a machine whose device tree is empty but for what a test puts in.
+// The serial driver's ports and the front of its operations, on a machine whose device tree is
+// empty but for what a test puts in.
 
-#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
-
-#include <plugin/common/DictionaryHelpers.h>
-#include <plugin/loader/MagellanGPSPluginLoader.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <memory>
@@ -12,10 +11,10 @@
 #include <string>
 #include <thread>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <platform_udev/Testbed.h>
+#include <plugin/common/DictionaryHelpers.h>
+#include <plugin/loader/MagellanGPSPluginLoader.h>
+#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
 #include <support/LogCapture.h>
 #include <support/PseudoTerminal.h>
 #include <support/RecordingReceiver.h>
@@ -39,17 +38,25 @@ const gps::Error kNoPort{
     "com.Orvane.GPSPlugin.ErrorDomain",
     -1,
     {{gps::kErrorDescriptionKey, "No location was selected for Magellan device"},
-     {gps::kErrorSuggestionKey, "Please make sure your Magellan device is connected and turned on, and try again"}}};
+     {gps::kErrorSuggestionKey,
+      "Please make sure your Magellan device is connected and turned on, and try again"}}};
 
 class SerialDriver : public testing::Test {
 protected:
-    static std::shared_ptr<MagellanSerialGPSPlugin> make() { return MagellanSerialGPSPlugin::getPluginForClass("GPSPlugIn"); }
+    static std::shared_ptr<MagellanSerialGPSPlugin> make()
+    {
+        return MagellanSerialGPSPlugin::getPluginForClass("GPSPlugIn");
+    }
 
-    static std::string location(const std::optional<gps::Dictionary>& port) { return port ? *port->findString("location") : ""; }
+    static std::string location(const std::optional<gps::Dictionary>& port)
+    {
+        return port ? *port->findString("location") : "";
+    }
 
     support::Testbed testbed; // an empty machine
     TestPorts ports{{"/dev/one", "/dev/two"}};
-    std::shared_ptr<support::RecordingReceiver> status = std::make_shared<support::RecordingReceiver>();
+    std::shared_ptr<support::RecordingReceiver> status =
+        std::make_shared<support::RecordingReceiver>();
 };
 
 TEST_F(SerialDriver, IsMadeForItsClassAlone)
@@ -214,7 +221,8 @@ TEST_F(SerialDriver, WithoutASelectedPortNothingStarts)
 TEST_F(SerialDriver, APortWithoutALocationIsNoSelection)
 {
     const auto driver = make();
-    for (const auto& record : {gps::Dictionary{}, gps::Dictionary{{"location", 7}}, gps::Dictionary{{"name", "x"}}}) {
+    for (const auto& record :
+         {gps::Dictionary{}, gps::Dictionary{{"location", 7}}, gps::Dictionary{{"name", "x"}}}) {
         driver->setSerialPort(record);
         EXPECT_EQ(driver->gpsRunAcquire(status, {}), kNoPort);
     }
@@ -224,7 +232,9 @@ TEST_F(SerialDriver, ImportsNoFileAlthoughOneIsNamed)
 {
     const auto driver = make();
     driver->setSerialPort(std::nullopt);
-    EXPECT_EQ(driver->gpsRunAcquire(status, {{"sourcePath", MAGELLAN_SOURCE_DIR "/samples/files/points.upt"}}), kNoPort);
+    EXPECT_EQ(driver->gpsRunAcquire(
+                  status, {{"sourcePath", MAGELLAN_SOURCE_DIR "/samples/files/points.upt"}}),
+              kNoPort);
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
@@ -263,7 +273,8 @@ TEST_F(SerialDriver, ASendIsOneIdleReportFromAWorkerAndLeavesThePortAlone)
     ASSERT_TRUE(status->waitUntilIdle());
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
     EXPECT_THAT(status->threads(), testing::Not(testing::Contains(std::this_thread::get_id())));
-    EXPECT_NE(port.settings().c_lflag & tcflag_t{ICANON}, 0U); // as it was: opening would have made it raw
+    EXPECT_NE(port.settings().c_lflag & tcflag_t{ICANON},
+              0U); // as it was: opening would have made it raw
 }
 
 TEST_F(SerialDriver, ASendWithoutDataEndsAtOnceAlsoWithoutAPort)
@@ -288,7 +299,8 @@ TEST_F(SerialDriver, FindsAPortThatIsPluggedInThroughTheDeviceDatabase)
 {
     TestPorts::set({});
     testbed.add("P: /devices/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                "P: /devices/usb1/1-4/1-4:1.0/ttyUSB0\nL: driver=../../drv/pl2303\nE: SUBSYSTEM=usb-serial\n\n"
+                "P: /devices/usb1/1-4/1-4:1.0/ttyUSB0\nL: driver=../../drv/pl2303\nE: "
+                "SUBSYSTEM=usb-serial\n\n"
                 "P: /devices/usb1/1-4/1-4:1.0/ttyUSB0/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\n"
                 "E: DEVNAME=/dev/ttyUSB0\nE: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
     const auto driver = make();

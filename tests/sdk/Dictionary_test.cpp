@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 
 #include <gps/Dictionary.h>
+#include <gps/Value.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,10 +12,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gps/Value.h>
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
@@ -42,10 +42,12 @@ Dictionary numbered(int count)
     return dictionary;
 }
 
-// Up to a dozen entries are searched one by one, more through an index: all that follows holds for both.
+// Up to a dozen entries are searched one by one, more through an index: all that follows holds for
+// both.
 class DictionaryOfSize : public testing::TestWithParam<int> {};
 
-INSTANTIATE_TEST_SUITE_P(Sizes, DictionaryOfSize, testing::Values(1, 2, 11, 12, 13, 14, 31, 32, 33, 200, 5000));
+INSTANTIATE_TEST_SUITE_P(Sizes, DictionaryOfSize,
+                         testing::Values(1, 2, 11, 12, 13, 14, 31, 32, 33, 200, 5000));
 
 TEST_P(DictionaryOfSize, FindsEveryKeyAndNoOther)
 {
@@ -194,7 +196,8 @@ TEST(Dictionary, AnEmptyKeyIsAKey)
 
 TEST(Dictionary, TypedLookupsAreNullForAnotherType)
 {
-    const Dictionary dictionary{{"text", "t"}, {"number", 1}, {"inner", Dictionary{{"a", 1}}}, {"list", Array{1}}};
+    const Dictionary dictionary{
+        {"text", "t"}, {"number", 1}, {"inner", Dictionary{{"a", 1}}}, {"list", Array{1}}};
     EXPECT_EQ(*dictionary.findString("text"), "t");
     EXPECT_EQ(dictionary.findString("number"), nullptr);
     EXPECT_EQ(dictionary.findString("none"), nullptr);
@@ -271,7 +274,8 @@ TEST(Dictionary, AssigningOneToItselfChangesNothing)
 
 TEST(Dictionary, AnElementCanBecomeTheDictionaryThatHeldIt)
 {
-    Dictionary dictionary{{"inner", Dictionary{{"a", "a text that takes some storage of its own"}}}};
+    Dictionary dictionary{
+        {"inner", Dictionary{{"a", "a text that takes some storage of its own"}}}};
     dictionary = Dictionary{*dictionary.findDictionary("inner")};
     EXPECT_EQ(dictionary, (Dictionary{{"a", "a text that takes some storage of its own"}}));
 }
@@ -297,7 +301,8 @@ TEST(Dictionary, SettingAndRemovingOnAndOnTakesNoMoreAndMore)
 }
 
 // Against a plain list that does the same by the book.
-/// Takes random steps on a dictionary and on a plain list, and holds them against one another after each.
+/// Takes random steps on a dictionary and on a plain list, and holds them against one another after
+/// each.
 void compareWithAList(int keys, unsigned clearsInAThousand)
 {
     std::mt19937 random{7}; // the same steps each time
@@ -305,7 +310,8 @@ void compareWithAList(int keys, unsigned clearsInAThousand)
     std::vector<std::pair<std::string, int>> list;
     for (int step = 0; step < 20'000; ++step) {
         const auto key = keyOf(static_cast<int>(random() % static_cast<unsigned>(keys)));
-        const auto at = std::find_if(list.begin(), list.end(), [&key](const auto& entry) { return entry.first == key; });
+        const auto at = std::find_if(list.begin(), list.end(),
+                                     [&key](const auto& entry) { return entry.first == key; });
         const auto kind = random() % 1000;
         if (kind < clearsInAThousand) {
             dictionary.clear();

@@ -2,17 +2,20 @@
 
 #include <gps/Error.h>
 
+#include <gtest/gtest.h>
+
 #include <stdexcept>
 #include <string>
-
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
 
 TEST(Error, TellsWhatItsUserInformationHolds)
 {
-    const Error error{"domain", -2, {{kErrorDescriptionKey, "what"}, {kErrorSuggestionKey, "try this"}, {kErrorPathKey, "/a"}}};
+    const Error error{
+        "domain",
+        -2,
+        {{kErrorDescriptionKey, "what"}, {kErrorSuggestionKey, "try this"}, {kErrorPathKey, "/a"}}};
     EXPECT_EQ(error.domain(), "domain");
     EXPECT_EQ(error.code(), -2);
     EXPECT_EQ(error.description(), "what");
@@ -38,7 +41,9 @@ TEST(Error, ACauseIsNotedWholeAndLeavesTheRestAsItIs)
     EXPECT_EQ(noted.description(), "what");
     ASSERT_NE(noted.userInfo().findDictionary(kErrorUnderlyingKey), nullptr);
     EXPECT_EQ(*noted.userInfo().findDictionary(kErrorUnderlyingKey),
-              (Dictionary{{"domain", "inner"}, {"code", 260}, {"userInfo", Dictionary{{kErrorPathKey, "/a"}}}}));
+              (Dictionary{{"domain", "inner"},
+                          {"code", 260},
+                          {"userInfo", Dictionary{{kErrorPathKey, "/a"}}}}));
     EXPECT_EQ(error.userInfo().find(kErrorUnderlyingKey), nullptr);
 }
 
@@ -53,13 +58,16 @@ TEST(Error, EqualityLooksAtAll)
 
 TEST(Error, TheTextIsOneLine)
 {
-    EXPECT_EQ((Error{"domain", -2, {{"key", "value"}}}.text()), R"(Error Domain=domain Code=-2 UserInfo={key = "value"})");
+    EXPECT_EQ((Error{"domain", -2, {{"key", "value"}}}.text()),
+              R"(Error Domain=domain Code=-2 UserInfo={key = "value"})");
 }
 
 TEST(RangeError, NamesTheSentenceTheFieldAndTheCount)
 {
-    EXPECT_STREQ((RangeError{"PMGNTRK", 7, 3}.what()), "A PMGNTRK sentence has no field 7: it has 3 fields");
-    EXPECT_STREQ((RangeError{"PMGNWPL", 1, 1}.what()), "A PMGNWPL sentence has no field 1: it has 1 field");
+    EXPECT_STREQ((RangeError{"PMGNTRK", 7, 3}.what()),
+                 "A PMGNTRK sentence has no field 7: it has 3 fields");
+    EXPECT_STREQ((RangeError{"PMGNWPL", 1, 1}.what()),
+                 "A PMGNWPL sentence has no field 1: it has 1 field");
 }
 
 TEST(RangeError, IsARangeFailureOfTheLanguage)

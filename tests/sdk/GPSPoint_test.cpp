@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 #include <gps/GPSPoint.h>
+#include <gps/Value.h>
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstddef>
-
-#include <gps/Value.h>
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
@@ -40,7 +40,8 @@ TEST(GPSPoint, EqualityLooksAtEveryField)
 
 TEST(GPSPoint, ABoxedPointComesBackBitForBit)
 {
-    const GPSPoint points[] = {{-0.0, 0.1, 1e-320, -1, 1}, {std::nan("7"), -std::nan(""), HUGE_VAL, INT64_MIN, INT64_MAX}};
+    const GPSPoint points[] = {{-0.0, 0.1, 1e-320, -1, 1},
+                               {std::nan("7"), -std::nan(""), HUGE_VAL, INT64_MIN, INT64_MAX}};
     for (const auto& point : points) {
         const Dictionary record{{kPointKey, point}};
         const Dictionary copy = record;

@@ -2,6 +2,8 @@
 
 #include <gps/NumberText.h>
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -11,14 +13,13 @@
 #include <random>
 #include <string>
 
-#include <gtest/gtest.h>
-
 namespace gps {
 namespace {
 
 constexpr double kLargest = std::numeric_limits<double>::max();
 
-template <typename... Arguments> std::string appended(void (*append)(std::string&, Arguments...), Arguments... arguments)
+template <typename... Arguments>
+std::string appended(void (*append)(std::string&, Arguments...), Arguments... arguments)
 {
     std::string text = ">";
     append(text, arguments...);
@@ -27,43 +28,44 @@ template <typename... Arguments> std::string appended(void (*append)(std::string
 
 TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
 {
-    const std::pair<std::string, double> rows[] = {{"0", 0},
-                                                   {"5.", 5},
-                                                   {".5", 0.5},
-                                                   {"-.5x", -0.5},
-                                                   {"+12.25", 12.25},
-                                                   {"  \t\r\n\v\f 7", 7},
-                                                   {"12,5", 12},
-                                                   {"12M", 12},
-                                                   {"1.2.3", 1.2},
-                                                   {"1e3", 1000},
-                                                   {"1E+3", 1000},
-                                                   {"1e-3", 0.001},
-                                                   {"1e", 1},
-                                                   {"1e+", 1},
-                                                   {"1ex", 1},
-                                                   {"0x10", 0},
-                                                   {"00012", 12},
-                                                   {"4605.979", 4605.979},
-                                                   {"123456789012345", 123456789012345},
-                                                   {"1234567890123456", 1234567890123456},
-                                                   {"12345678901234567890", 12345678901234567890.0},
-                                                   {"0.1234567890123456789", 0.1234567890123456789},
-                                                   {"999999999999999.", 999999999999999},
-                                                   {".000000000000001", 1e-15},
-                                                   {"1e308", 1e308},
-                                                   {"1e309", kLargest},
-                                                   {"-1e309", -kLargest},
-                                                   {"1e99999999999999999999", kLargest},
-                                                   {"1e-99999999999999999999", 0},
-                                                   {"0e99999999999999999999", 0},
-                                                   {std::string(400, '9'), kLargest},
-                                                   {"-" + std::string(400, '9'), -kLargest},
-                                                   {"0." + std::string(400, '0') + "1", 0},
-                                                   {"0." + std::string(400, '0') + "1e800", kLargest},
-                                                   {std::string(400, '9') + "e-800", 0},
-                                                   {std::string(400, '9') + "e -800", kLargest},
-                                                   {std::string(400, '9') + "e", kLargest}};
+    const std::pair<std::string, double> rows[] = {
+        {"0", 0},
+        {"5.", 5},
+        {".5", 0.5},
+        {"-.5x", -0.5},
+        {"+12.25", 12.25},
+        {"  \t\r\n\v\f 7", 7},
+        {"12,5", 12},
+        {"12M", 12},
+        {"1.2.3", 1.2},
+        {"1e3", 1000},
+        {"1E+3", 1000},
+        {"1e-3", 0.001},
+        {"1e", 1},
+        {"1e+", 1},
+        {"1ex", 1},
+        {"0x10", 0},
+        {"00012", 12},
+        {"4605.979", 4605.979},
+        {"123456789012345", 123456789012345},
+        {"1234567890123456", 1234567890123456},
+        {"12345678901234567890", 12345678901234567890.0},
+        {"0.1234567890123456789", 0.1234567890123456789},
+        {"999999999999999.", 999999999999999},
+        {".000000000000001", 1e-15},
+        {"1e308", 1e308},
+        {"1e309", kLargest},
+        {"-1e309", -kLargest},
+        {"1e99999999999999999999", kLargest},
+        {"1e-99999999999999999999", 0},
+        {"0e99999999999999999999", 0},
+        {std::string(400, '9'), kLargest},
+        {"-" + std::string(400, '9'), -kLargest},
+        {"0." + std::string(400, '0') + "1", 0},
+        {"0." + std::string(400, '0') + "1e800", kLargest},
+        {std::string(400, '9') + "e-800", 0},
+        {std::string(400, '9') + "e -800", kLargest},
+        {std::string(400, '9') + "e", kLargest}};
     for (const auto& [text, number] : rows) {
         const auto read = leadingNumber(text);
         ASSERT_TRUE(read) << text;
@@ -73,8 +75,9 @@ TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
 
 TEST(NumberText, WhatBeginsWithNoNumberHasNone)
 {
-    for (const char* text : {"",   " ",   ".",   "-",    "+",   "-.",       "+-1", "--1",  "- 1",    "abc", ",5",
-                             "e5", ".e5", "inf", "-inf", "INF", "infinity", "nan", "-nan", "NaN(1)", "x10", "$1"})
+    for (const char* text :
+         {"",   " ",   ".",   "-",    "+",   "-.",       "+-1", "--1",  "- 1",    "abc", ",5",
+          "e5", ".e5", "inf", "-inf", "INF", "infinity", "nan", "-nan", "NaN(1)", "x10", "$1"})
         EXPECT_EQ(leadingNumber(text), std::nullopt) << text;
 }
 
@@ -122,9 +125,11 @@ TEST(NumberText, LeadingInt32SaturatesAtItsBounds)
 
 TEST(NumberText, LeadingBoolKnowsYesTrueAndDigits)
 {
-    for (const char* text : {"Y", "yes", "T", "true", "1", "9", " \t1", "+1", "-1", "-0y", "0001", "00t"})
+    for (const char* text :
+         {"Y", "yes", "T", "true", "1", "9", " \t1", "+1", "-1", "-0y", "0001", "00t"})
         EXPECT_TRUE(leadingBool(text)) << text;
-    for (const char* text : {"", " ", "N", "no", "false", "F", "0", "000", "+", "-", "x", "--1", "0x1", "0.5", "on"})
+    for (const char* text :
+         {"", " ", "N", "no", "false", "F", "0", "000", "+", "-", "x", "--1", "0x1", "0.5", "on"})
         EXPECT_FALSE(leadingBool(text)) << text;
 }
 
@@ -160,8 +165,8 @@ TEST(NumberText, ADecimalHasNoExponentHoweverLargeOrSmall)
     EXPECT_EQ(appended(appendDecimal, -0.5), "-0.5");
     EXPECT_EQ(appended(appendDecimal, 1e22), "10000000000000000000000");
     EXPECT_EQ(appended(appendDecimal, 1e-7), "0.0000001");
-    for (const double value :
-         {kLargest, -kLargest, std::numeric_limits<double>::min(), std::numeric_limits<double>::denorm_min()}) {
+    for (const double value : {kLargest, -kLargest, std::numeric_limits<double>::min(),
+                               std::numeric_limits<double>::denorm_min()}) {
         const auto text = appended(appendDecimal, value);
         EXPECT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos);
         EXPECT_EQ(std::strtod(text.c_str(), nullptr), value);
@@ -173,8 +178,8 @@ std::string generalText(double value, bool isFixed)
 {
     std::array<char, 1200> text;
     char* const end = text.data() + text.size();
-    const auto result =
-        isFixed ? std::to_chars(text.data(), end, value, std::chars_format::fixed) : std::to_chars(text.data(), end, value);
+    const auto result = isFixed ? std::to_chars(text.data(), end, value, std::chars_format::fixed)
+                                : std::to_chars(text.data(), end, value);
     return {text.data(), result.ptr};
 }
 
@@ -186,8 +191,8 @@ void expectTheGeneralText(double value)
 
 TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
 {
-    for (const double value :
-         {0.0, -0.0, 1.0, -1.0, 10.0, 46.5, 10000.0, 99999.0, -99999.0, 99999.5, 100000.0, -100000.0, 1e22, 0.1})
+    for (const double value : {0.0, -0.0, 1.0, -1.0, 10.0, 46.5, 10000.0, 99999.0, -99999.0,
+                               99999.5, 100000.0, -100000.0, 1e22, 0.1})
         expectTheGeneralText(value);
     for (int i = -150000; i < 150000; i += 7)
         expectTheGeneralText(i);
@@ -215,12 +220,15 @@ TEST(NumberText, ARoundedNumberHasNoZerosAtItsEnd)
 
 TEST(NumberText, IntegersArePaddedAsPrintfDoes)
 {
-    EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
-    for (const std::int64_t value : {std::int64_t{0}, std::int64_t{7}, std::int64_t{-7}, std::int64_t{999}, std::int64_t{1000},
-                                     std::int64_t{-1000}, std::numeric_limits<std::int64_t>::min()}) {
+    EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()),
+              "-9223372036854775808");
+    for (const std::int64_t value :
+         {std::int64_t{0}, std::int64_t{7}, std::int64_t{-7}, std::int64_t{999}, std::int64_t{1000},
+          std::int64_t{-1000}, std::numeric_limits<std::int64_t>::min()}) {
         for (const int width : {0, 1, 2, 3, 5, 30}) {
             char expected[64];
-            std::snprintf(expected, sizeof expected, "%0*lld", width, static_cast<long long>(value));
+            std::snprintf(expected, sizeof expected, "%0*lld", width,
+                          static_cast<long long>(value));
             EXPECT_EQ(appended(appendPadded, value, width), expected);
         }
     }

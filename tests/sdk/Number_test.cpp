@@ -2,12 +2,12 @@
 
 #include <gps/Number.h>
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
-
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
@@ -36,11 +36,13 @@ TEST(Number, IsMadeOfTheBytesOfEachType)
 TEST(Number, RemembersTheTypeOfItsBytes)
 {
     const std::array<char, 8> zeros{};
-    for (const auto type : {NumberType::kBool, NumberType::kInt8, NumberType::kInt16, NumberType::kInt32, NumberType::kInt64,
-                            NumberType::kFloat32, NumberType::kFloat64}) {
+    for (const auto type :
+         {NumberType::kBool, NumberType::kInt8, NumberType::kInt16, NumberType::kInt32,
+          NumberType::kInt64, NumberType::kFloat32, NumberType::kFloat64}) {
         const auto number = Number::fromBytes(type, zeros.data());
         EXPECT_EQ(number.type(), type);
-        EXPECT_EQ(number.isFloating(), type == NumberType::kFloat32 || type == NumberType::kFloat64);
+        EXPECT_EQ(number.isFloating(),
+                  type == NumberType::kFloat32 || type == NumberType::kFloat64);
         EXPECT_EQ(number, Number{0});
     }
 }

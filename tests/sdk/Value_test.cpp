@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 
+#include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <string>
-
-#include <gps/GPSOutputReceiver.h>
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
@@ -163,11 +163,15 @@ TEST(Value, ADescriptionShowsAllThatIsInside)
     EXPECT_EQ(describe(Value{}), "(null)");
     EXPECT_EQ(describe(Value{Array{}}), "[]");
     EXPECT_EQ(describe(Dictionary{}), "{}");
-    EXPECT_EQ(
-        describe(Dictionary{{"name", "Camp"}, {"n", 1.5}, {"list", Array{true, -2}}, {"point", GPSPoint{46.5, -7.25, 0, 3, 0}}}),
-        R"({name = "Camp", n = 1.5, list = [1, -2], point = (46.5, -7.25, 0, 3, 0)})");
-    EXPECT_EQ(describe(Array{Dictionary{}, Dictionary{}, Array{Array{}}, ""}), R"([{}, {}, [[]], ""])");
-    EXPECT_EQ(describe(Dictionary{{"a", Dictionary{}}, {"b", "{"}, {"c", 1}}), R"({a = {}, b = "{", c = 1})");
+    EXPECT_EQ(describe(Dictionary{{"name", "Camp"},
+                                  {"n", 1.5},
+                                  {"list", Array{true, -2}},
+                                  {"point", GPSPoint{46.5, -7.25, 0, 3, 0}}}),
+              R"({name = "Camp", n = 1.5, list = [1, -2], point = (46.5, -7.25, 0, 3, 0)})");
+    EXPECT_EQ(describe(Array{Dictionary{}, Dictionary{}, Array{Array{}}, ""}),
+              R"([{}, {}, [[]], ""])");
+    EXPECT_EQ(describe(Dictionary{{"a", Dictionary{}}, {"b", "{"}, {"c", 1}}),
+              R"({a = {}, b = "{", c = 1})");
 }
 
 TEST(Value, StatusObjectsAreEqualByIdentity)

@@ -2,11 +2,11 @@
 
 #include <gps/View.h>
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <optional>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {

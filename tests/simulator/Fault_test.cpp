@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 
-#include <tools/simulator/Fault.h>
+#include "simulator/Session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulator/Session.h"
+#include <tools/simulator/Fault.h>
 
 namespace {
 
@@ -35,9 +35,10 @@ TEST(Fault, IsReadAsItIsWritten)
 
 TEST(Fault, IsNothingElse)
 {
-    for (const auto* text : {"", "ton", "ton:", ":silence", "ton:quiet", "tone:silence", "TON:silence",
-                             "ton:silence:", "ton:silence:x", "ton:silence:-1", "ton:silence:1x", "ton:silence:1:2",
-                             "ton:silence:99999999999", "ton:stop", "waypoint-data:wrong-ack", " ton:silence"})
+    for (const auto* text :
+         {"", "ton", "ton:", ":silence", "ton:quiet", "tone:silence", "TON:silence",
+          "ton:silence:", "ton:silence:x", "ton:silence:-1", "ton:silence:1x", "ton:silence:1:2",
+          "ton:silence:99999999999", "ton:stop", "waypoint-data:wrong-ack", " ton:silence"})
         EXPECT_FALSE(simulator::parseFault(text)) << text;
 }
 
@@ -64,7 +65,9 @@ TEST(Fault, HappensTheFirstTimesWithANumber)
             EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,TOFF"));
         }
         int closings = 0;
-        ASSERT_TRUE(receiver.waitFor([&](const auto& entry) { return entry.kind == LogKind::kClosed && closings++ == session; }));
+        ASSERT_TRUE(receiver.waitFor([&](const auto& entry) {
+            return entry.kind == LogKind::kClosed && closings++ == session;
+        }));
     }
 }
 
@@ -163,7 +166,8 @@ TEST(Fault, DelayPutsTheAnswerOff)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
     ASSERT_TRUE(waitFor(receiver, LogKind::kSent));
     const auto log = receiver.log();
-    EXPECT_GE(log.back().seconds - log.at(log.size() - 3).seconds, 0.199); // of "received", "fault", "sent"
+    EXPECT_GE(log.back().seconds - log.at(log.size() - 3).seconds,
+              0.199); // of "received", "fault", "sent"
 }
 
 TEST(Fault, DelayPutsTheFirstDataSentenceOff)
@@ -289,7 +293,8 @@ TEST(Fault, HitsEndAsTheLastSentence)
     client.line();
     EXPECT_EQ(client.line(), sentence("PMGNRTE,one"));
     client.acknowledge("PMGNRTE,one");
-    EXPECT_THAT(client.line(), testing::AllOf(testing::StartsWith("$PMGN"), testing::Ne(sentence(support::kEnd))));
+    EXPECT_THAT(client.line(),
+                testing::AllOf(testing::StartsWith("$PMGN"), testing::Ne(sentence(support::kEnd))));
     EXPECT_EQ(client.line(), sentence(support::kEnd));
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The other side of a simulated receiver's line, as bare as can be: nothing here comes from the driver that is meant to use it.
+// The other side of a simulated receiver's line, as bare as can be: nothing here comes from the
+// driver that is meant to use it.
 
 #pragma once
+
+#include "support/Sentence.h"
 
 #include <array>
 #include <cerrno>
@@ -15,13 +18,12 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include "support/Sentence.h"
-
 namespace support {
 
 class LineClient {
 public:
-    LineClient(const std::string& path, speed_t speed) : line_(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
+    LineClient(const std::string& path, speed_t speed)
+        : line_(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
     {
         if (line_ < 0)
             throw std::runtime_error{"cannot open " + path};
@@ -50,9 +52,13 @@ public:
     void say(std::string_view body) const { write(sentence(body) + "\r\n"); }
 
     /// Writes the acknowledgement of a body.
-    void acknowledge(std::string_view body) const { say("PMGNCSM," + sentence(body).substr(body.size() + 2)); }
+    void acknowledge(std::string_view body) const
+    {
+        say("PMGNCSM," + sentence(body).substr(body.size() + 2));
+    }
 
-    /// The next line without its end; "nothing" when none comes in half a minute, "gone" when the port is.
+    /// The next line without its end; "nothing" when none comes in half a minute, "gone" when the
+    /// port is.
     std::string line()
     {
         std::size_t end = 0;
@@ -65,7 +71,8 @@ public:
         return text;
     }
 
-    /// What has come and was not read as lines, once it is `count` bytes; fewer when there is no more.
+    /// What has come and was not read as lines, once it is `count` bytes; fewer when there is no
+    /// more.
     const std::string& bytes(std::size_t count)
     {
         while (buffer_.size() < count && receive().empty()) {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-#include <tools/simulator/Receiver.h>
-
-#include <sstream>
+#include "simulator/Session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "simulator/Session.h"
+#include <sstream>
+
+#include <tools/simulator/Receiver.h>
 
 namespace {
 
@@ -114,8 +114,8 @@ TEST(Receiver, ChangesItsSpeedBehindTheAcknowledgement)
     client.say("PMGNCMD,VERSION");
     EXPECT_EQ(client.line(), sentence("PMGNCSM,28"));
     EXPECT_THAT(support::told(receiver, {LogKind::kSpeed, LogKind::kOwnSpeed, LogKind::kReceived}),
-                ElementsAre("speed 4800", "received PMGNCMD,BAUD,115200", "own-speed 115200", "speed 115200",
-                            "received PMGNCMD,VERSION"));
+                ElementsAre("speed 4800", "received PMGNCMD,BAUD,115200", "own-speed 115200",
+                            "speed 115200", "received PMGNCMD,VERSION"));
 }
 
 TEST(Receiver, AcknowledgesAChangeOfSpeedWithoutHandshaking)
@@ -130,7 +130,8 @@ TEST(Receiver, KeepsItsSpeedWhenAskedForOneThatThereIsNot)
 {
     const Receiver receiver{withoutHandshake()};
     LineClient client{receiver.path(), B4800};
-    for (const std::string speed : {"0", "", "300", "4801", "230400", "-9600", "9600x", "99999999999"}) {
+    for (const std::string speed :
+         {"0", "", "300", "4801", "230400", "-9600", "9600x", "99999999999"}) {
         client.say("PMGNCMD,BAUD," + speed);
         EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,BAUD," + speed));
         client.say("PMGNCMD,VERSION");
@@ -168,10 +169,12 @@ TEST(Receiver, SendsEachKindsSentencesAndEnd)
         settings.speed = 115200;
         const Receiver receiver{settings};
         LineClient client{receiver.path(), B115200};
-        EXPECT_THAT(takePhase(client, "PMGNCMD,WAYPOINT"), ElementsAre(acknowledgement("PMGNCMD,WAYPOINT"), "PMGNWPL,one",
-                                                                       "PMGNWPL,two", "PMGNWPL,three", support::kEnd));
+        EXPECT_THAT(takePhase(client, "PMGNCMD,WAYPOINT"),
+                    ElementsAre(acknowledgement("PMGNCMD,WAYPOINT"), "PMGNWPL,one", "PMGNWPL,two",
+                                "PMGNWPL,three", support::kEnd));
         EXPECT_THAT(takePhase(client, "PMGNCMD,TRACK,2"),
-                    ElementsAre(acknowledgement("PMGNCMD,TRACK,2"), "PMGNTRK,one", "PMGNTRK,two", support::kEnd));
+                    ElementsAre(acknowledgement("PMGNCMD,TRACK,2"), "PMGNTRK,one", "PMGNTRK,two",
+                                support::kEnd));
         EXPECT_THAT(takePhase(client, "PMGNCMD,ROUTE"),
                     ElementsAre(acknowledgement("PMGNCMD,ROUTE"), "PMGNRTE,one", support::kEnd));
     }
@@ -183,7 +186,8 @@ TEST(Receiver, SendsEndAloneWithoutData)
     settings.sentences = {};
     const Receiver receiver{settings};
     LineClient client{receiver.path(), B4800};
-    EXPECT_THAT(takePhase(client, "PMGNCMD,ROUTE"), ElementsAre(acknowledgement("PMGNCMD,ROUTE"), support::kEnd));
+    EXPECT_THAT(takePhase(client, "PMGNCMD,ROUTE"),
+                ElementsAre(acknowledgement("PMGNCMD,ROUTE"), support::kEnd));
 }
 
 TEST(Receiver, SendsNothingMoreAfterEndIsAcknowledged)
@@ -220,8 +224,9 @@ TEST(Receiver, GoesOnOnlyWithTheRightAcknowledgement)
     const auto right = acknowledgement("PMGNTRK,one").substr(1, 10);
     EXPECT_TRUE(waitFor(receiver, LogKind::kSent, "PMGNTRK,two"));
     EXPECT_THAT(support::told(receiver, {LogKind::kReceived, LogKind::kSent}),
-                ElementsAre("received PMGNCMD,TRACK,2", testing::StartsWith("sent PMGNCSM"), "sent PMGNTRK,one",
-                            "received " + wrong, "received " + right, "sent PMGNTRK,two"));
+                ElementsAre("received PMGNCMD,TRACK,2", testing::StartsWith("sent PMGNCSM"),
+                            "sent PMGNTRK,one", "received " + wrong, "received " + right,
+                            "sent PMGNTRK,two"));
 }
 
 TEST(Receiver, RepeatsWhatIsNotAcknowledgedAndThenGoesOn)
@@ -290,12 +295,14 @@ TEST(Receiver, AnswersNoBrokenSentence)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
-    for (const auto& broken : {support::breakChecksum(sentence("PMGNCMD,TON")), std::string{"PMGNCMD,TON"}, std::string{}})
+    for (const auto& broken : {support::breakChecksum(sentence("PMGNCMD,TON")),
+                               std::string{"PMGNCMD,TON"}, std::string{}})
         client.write(broken + "\r\n");
     client.say("PMGNCMD,TOFF");
     EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,TOFF"));
-    EXPECT_THAT(support::told(receiver, {LogKind::kUnreadable}),
-                ElementsAre("unreadable $PMGNCMD,TON*20", "unreadable PMGNCMD,TON", "unreadable 4800"));
+    EXPECT_THAT(
+        support::told(receiver, {LogKind::kUnreadable}),
+        ElementsAre("unreadable $PMGNCMD,TON*20", "unreadable PMGNCMD,TON", "unreadable 4800"));
 }
 
 TEST(Receiver, TakesACommandInPiecesAndTwoAtOnce)
@@ -373,11 +380,13 @@ TEST(Receiver, LogsInTheOrderOfTime)
     {
         LineClient client{receiver.path(), B115200};
         takePhase(client, "PMGNCMD,WAYPOINT");
-        ASSERT_TRUE(waitFor(receiver, LogKind::kReceived, acknowledgement(support::kEnd).substr(1, 10)));
+        ASSERT_TRUE(
+            waitFor(receiver, LogKind::kReceived, acknowledgement(support::kEnd).substr(1, 10)));
     }
     ASSERT_TRUE(waitFor(receiver, LogKind::kClosed));
     const auto log = receiver.log();
-    EXPECT_TRUE(std::is_sorted(log.begin(), log.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; }));
+    EXPECT_TRUE(std::is_sorted(log.begin(), log.end(),
+                               [](const auto& a, const auto& b) { return a.seconds < b.seconds; }));
     EXPECT_EQ(log.front().kind, LogKind::kOpened);
     EXPECT_EQ(log.back().kind, LogKind::kClosed);
 }

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-#include <tools/simulator/Sentences.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "support/Sentence.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/FileManager.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tools/simulator/Sentences.h>
 
 namespace {
 
@@ -22,8 +22,9 @@ TEST(Sentences, AreSortedByKind)
 {
     const support::TemporaryFolder folder;
     const auto file =
-        folder.put("all", support::fileOf({sentence("PMGNTRK,t1"), sentence("PMGNWPL,w1"), sentence("PMGNRTE,r1"),
-                                           sentence("PMGNTRK,t2"), sentence("PMGNCMD,END"), sentence("PMGNGEO,g")}));
+        folder.put("all", support::fileOf({sentence("PMGNTRK,t1"), sentence("PMGNWPL,w1"),
+                                           sentence("PMGNRTE,r1"), sentence("PMGNTRK,t2"),
+                                           sentence("PMGNCMD,END"), sentence("PMGNGEO,g")}));
     Sentences sentences;
     EXPECT_FALSE(loadSentences(file, sentences));
     EXPECT_THAT(sentences.tracks, ElementsAre("PMGNTRK,t1", "PMGNTRK,t2"));
@@ -34,8 +35,9 @@ TEST(Sentences, AreSortedByKind)
 TEST(Sentences, AreLeftOutWithoutAGoodChecksum)
 {
     const support::TemporaryFolder folder;
-    const auto file = folder.put("bad", "$PMGNTRK,a\r\n" + support::breakChecksum(sentence("PMGNTRK,b")) +
-                                            "\r\nPMGNTRK,c\n\n\x80\n" + sentence("PMGNTRK,d"));
+    const auto file =
+        folder.put("bad", "$PMGNTRK,a\r\n" + support::breakChecksum(sentence("PMGNTRK,b")) +
+                              "\r\nPMGNTRK,c\n\n\x80\n" + sentence("PMGNTRK,d"));
     Sentences sentences;
     EXPECT_FALSE(loadSentences(file, sentences));
     EXPECT_THAT(sentences.tracks, ElementsAre("PMGNTRK,d"));
@@ -55,7 +57,9 @@ TEST(Sentences, OfAFolderComeInTheOrderOfItsNames)
 TEST(Sentences, HaveAWaypointOnceButTrackPointsAsOftenAsTheyCome)
 {
     const support::TemporaryFolder folder;
-    const auto file = folder.put("one", support::fileOf({sentence("PMGNWPL,w"), sentence("PMGNTRK,t"), sentence("PMGNTRK,t")}));
+    const auto file = folder.put(
+        "one",
+        support::fileOf({sentence("PMGNWPL,w"), sentence("PMGNTRK,t"), sentence("PMGNTRK,t")}));
     Sentences sentences;
     EXPECT_FALSE(loadSentences(file, sentences));
     EXPECT_FALSE(loadSentences(file, sentences));

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// What the simulator's tests have in common: an unpaced receiver with a few sentences, and looks into its log.
+// What the simulator's tests have in common: an unpaced receiver with a few sentences, and looks
+// into its log.
 
 #pragma once
+
+#include "simulator/LineClient.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "simulator/LineClient.h"
 
 #include <tools/simulator/Receiver.h>
 
@@ -35,14 +36,17 @@ inline simulator::Settings unpaced(std::string_view fault)
 }
 
 /// Waits until the log has an entry of this kind and text; any text by default.
-inline bool waitFor(const simulator::Receiver& receiver, simulator::LogKind kind, std::string_view text = {})
+inline bool waitFor(const simulator::Receiver& receiver, simulator::LogKind kind,
+                    std::string_view text = {})
 {
-    return receiver.waitFor(
-        [=](const simulator::LogEntry& entry) { return entry.kind == kind && (text.empty() || entry.text == text); });
+    return receiver.waitFor([=](const simulator::LogEntry& entry) {
+        return entry.kind == kind && (text.empty() || entry.text == text);
+    });
 }
 
 /// The log's entries of some kinds, as "sent PMGNCMD,END", without times.
-inline std::vector<std::string> told(const simulator::Receiver& receiver, const std::vector<simulator::LogKind>& kinds)
+inline std::vector<std::string> told(const simulator::Receiver& receiver,
+                                     const std::vector<simulator::LogKind>& kinds)
 {
     std::vector<std::string> lines;
     for (const auto& entry : receiver.log()) {

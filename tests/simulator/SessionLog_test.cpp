@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-#include <tools/simulator/SessionLog.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <sstream>
 #include <thread>
 
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
+#include <tools/simulator/SessionLog.h>
 
 namespace {
 
@@ -54,7 +54,8 @@ TEST(SessionLog, ShowsAWaiterEachEntryOnce)
             log.add(LogKind::kSent, text, 4800);
     }};
     std::string seen;
-    EXPECT_TRUE(log.waitFor([&](const LogEntry& entry) { return (seen += entry.text) == "123"; }, std::chrono::seconds{30}));
+    EXPECT_TRUE(log.waitFor([&](const LogEntry& entry) { return (seen += entry.text) == "123"; },
+                            std::chrono::seconds{30}));
     EXPECT_EQ(seen, "123");
     adding.join();
 }

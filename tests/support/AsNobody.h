@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A refusal that is real: root gives up its rights for as long as this lives. Other users have none to give up.
+// A refusal that is real: root gives up its rights for as long as this lives. Other users have none
+// to give up.
 
 #pragma once
 

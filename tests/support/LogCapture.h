@@ -40,7 +40,8 @@ private:
     mutable std::mutex mutex_;
     std::vector<std::string> lines_;
     std::vector<gps::Error> errors_;
-    gps::LogListening listening_{[this](std::string_view line, const gps::Error* error) { take(line, error); }};
+    gps::LogListening listening_{
+        [this](std::string_view line, const gps::Error* error) { take(line, error); }};
 };
 
 } // namespace support

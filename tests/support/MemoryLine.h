@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A serial line in memory with a receiver at its end that says what it was told to say. A read with nothing left to say is a
-// time-out that takes no time. One thread at a time.
+// A serial line in memory with a receiver at its end that says what it was told to say. A read with
+// nothing left to say is a time-out that takes no time. One thread at a time.
 
 #pragma once
 
@@ -28,7 +28,8 @@ struct MemoryLineLog {
         std::vector<std::string> bodies;
         for (const std::string_view doing : doings) {
             if (doing.substr(0, 5) == "send ")
-                bodies.emplace_back(gps::NMEAUtils::checkAndTrimNMEASentence(doing.substr(5)).value_or("(not a sentence)"));
+                bodies.emplace_back(gps::NMEAUtils::checkAndTrimNMEASentence(doing.substr(5))
+                                        .value_or("(not a sentence)"));
         }
         return bodies;
     }
@@ -42,11 +43,20 @@ public:
 
     /// The next read gets this line, as it is.
     void says(std::string line) { reads_.emplace_back(std::move(line)); }
-    void saysSentence(std::string_view body) { says(gps::NMEAUtils::addChecksumToNMEASentence(body)); }
-    void keepsSilent(int reads = 1) { reads_.insert(reads_.end(), static_cast<std::size_t>(reads), std::nullopt); }
+    void saysSentence(std::string_view body)
+    {
+        says(gps::NMEAUtils::addChecksumToNMEASentence(body));
+    }
+    void keepsSilent(int reads = 1)
+    {
+        reads_.insert(reads_.end(), static_cast<std::size_t>(reads), std::nullopt);
+    }
 
     /// Each time this body is sent, the bodies are said as sentences.
-    void answers(const std::string& body, std::vector<std::string> replies) { answers_[body] = std::move(replies); }
+    void answers(const std::string& body, std::vector<std::string> replies)
+    {
+        answers_[body] = std::move(replies);
+    }
 
     /// Reads raise once so many have been made.
     void failsAfter(int reads) { readsLeft_ = reads; }
@@ -54,7 +64,10 @@ public:
     /// What opening answers.
     void refuses(int errorNumber) { openResult_ = errorNumber; }
 
-    void setBaudRate(int bitsPerSecond) override { log_.doings.push_back("speed " + std::to_string(bitsPerSecond)); }
+    void setBaudRate(int bitsPerSecond) override
+    {
+        log_.doings.push_back("speed " + std::to_string(bitsPerSecond));
+    }
 
     [[nodiscard]] int openWithDevicePath(const char* path) override
     {
@@ -74,7 +87,8 @@ public:
             saysSentence(reply);
     }
 
-    [[nodiscard]] std::optional<std::string> readStringTo(std::string_view terminator, float timeoutSeconds) override
+    [[nodiscard]] std::optional<std::string> readStringTo(std::string_view terminator,
+                                                          float timeoutSeconds) override
     {
         log_.doings.push_back("read");
         askedAsExpected_ = askedAsExpected_ && terminator == "\r\n" && timeoutSeconds == 1.0F;

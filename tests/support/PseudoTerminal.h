@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A serial line whose far end the test holds: what it writes there is read here, and the other way round.
+// A serial line whose far end the test holds: what it writes there is read here, and the other way
+// round.
 
 #pragma once
 
@@ -24,7 +25,8 @@ public:
     PseudoTerminal() : far_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
     {
         std::array<char, 64> name{};
-        if (far_ < 0 || ::grantpt(far_) != 0 || ::unlockpt(far_) != 0 || ::ptsname_r(far_, name.data(), name.size()) != 0)
+        if (far_ < 0 || ::grantpt(far_) != 0 || ::unlockpt(far_) != 0 ||
+            ::ptsname_r(far_, name.data(), name.size()) != 0)
             throw std::runtime_error{"no pseudo-terminal"};
         path_ = name.data();
         near_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
@@ -46,7 +48,8 @@ public:
     /// Writes as much at the far end as there is room for. @return  how much that was
     std::size_t writeSome(std::string_view text) const
     {
-        return static_cast<std::size_t>(std::max<ssize_t>(::write(far_, text.data(), text.size()), 0));
+        return static_cast<std::size_t>(
+            std::max<ssize_t>(::write(far_, text.data(), text.size()), 0));
     }
 
     /// Writes all of it at the far end, however slowly it is read.
@@ -64,7 +67,8 @@ public:
         std::string text;
         std::array<char, 4096> piece;
         while (text.size() < size && isReady(far_, POLLIN)) {
-            const ssize_t count = ::read(far_, piece.data(), std::min(piece.size(), size - text.size()));
+            const ssize_t count =
+                ::read(far_, piece.data(), std::min(piece.size(), size - text.size()));
             text.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         }
         return text;

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A mounted receiver of a test's own: a folder laid out like one, and what makes the driver find it.
+// A mounted receiver of a test's own: a folder laid out like one, and what makes the driver find
+// it.
 
 #pragma once
+
+#include "Sentence.h"
+#include "TemporaryFolder.h"
 
 #include <gps/Value.h>
 #include <platform/System/UserDefaults.h>
@@ -10,9 +14,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "Sentence.h"
-#include "TemporaryFolder.h"
 
 namespace support {
 
@@ -35,13 +36,17 @@ public:
     }
 
     /// Writes the file that names the data folders. @return  its path
-    std::string languageFile(std::initializer_list<std::string_view> lines) const { return put("USBTRANS/LANGUAGE.DAT", lines); }
+    std::string languageFile(std::initializer_list<std::string_view> lines) const
+    {
+        return put("USBTRANS/LANGUAGE.DAT", lines);
+    }
 
 private:
     TemporaryFolder folder_;
 };
 
-/// Folders that the driver takes for mounted volumes while this lives, instead of those that the user has set.
+/// Folders that the driver takes for mounted volumes while this lives, instead of those that the
+/// user has set.
 class TestFolders {
 public:
     explicit TestFolders(gps::Array folders) { set(std::move(folders)); }

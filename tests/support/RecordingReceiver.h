@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A status object that keeps every call as a readable line ("newTrack {name = \"A\"}"). Made for a worker's calls to be
-// looked at by the test's thread: all of it is safe from any thread.
+// A status object that keeps every call as a readable line ("newTrack {name = \"A\"}"). Made for a
+// worker's calls to be looked at by the test's thread: all of it is safe from any thread.
 
 #pragma once
 
@@ -50,7 +50,8 @@ public:
     [[nodiscard]] bool waitForCalls(std::size_t count) const
     {
         std::unique_lock lock{mutex_};
-        return changed_.wait_for(lock, std::chrono::seconds{30}, [&] { return calls_.size() >= count; });
+        return changed_.wait_for(lock, std::chrono::seconds{30},
+                                 [&] { return calls_.size() >= count; });
     }
 
     void gpsStateChange(std::int32_t state) override
@@ -62,7 +63,10 @@ public:
     }
     void startTransfer(gps::TransferKind kind) override { record("startTransfer " + text(kind)); }
     void endTransfer(gps::TransferKind kind) override { record("endTransfer " + text(kind)); }
-    void newTrack(const gps::Dictionary& track) override { record("newTrack " + gps::describe(track)); }
+    void newTrack(const gps::Dictionary& track) override
+    {
+        record("newTrack " + gps::describe(track));
+    }
     void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override
     {
         record("trackPoint " + gps::describe(point) + " " + gps::describe(extra));
@@ -71,7 +75,10 @@ public:
     {
         record("wayPoint " + gps::describe(point) + " " + gps::describe(extra));
     }
-    void newRoute(const gps::Dictionary& route) override { record("newRoute " + gps::describe(route)); }
+    void newRoute(const gps::Dictionary& route) override
+    {
+        record("newRoute " + gps::describe(route));
+    }
     void startSending(std::string_view label, gps::TransferKind kind) override
     {
         record("startSending " + std::string{label} + " " + text(kind));
@@ -80,7 +87,10 @@ public:
     void error(const gps::Error& error) override { record("error " + error.text()); }
 
 private:
-    static std::string text(gps::TransferKind kind) { return std::to_string(static_cast<std::int32_t>(kind)); }
+    static std::string text(gps::TransferKind kind)
+    {
+        return std::to_string(static_cast<std::int32_t>(kind));
+    }
 
     void record(std::string call)
     {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sentences as receivers write them, and the ways in which one gets damaged. The checksum is worked out here on its own, so
-// that a test does not lean on what it tests.
+// Sentences as receivers write them, and the ways in which one gets damaged. The checksum is worked
+// out here on its own, so that a test does not lean on what it tests.
 
 #pragma once
 

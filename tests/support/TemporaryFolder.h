@@ -16,7 +16,8 @@ class TemporaryFolder {
 public:
     TemporaryFolder()
     {
-        std::string name = (std::filesystem::temp_directory_path() / "magellan-test-XXXXXX").string();
+        std::string name =
+            (std::filesystem::temp_directory_path() / "magellan-test-XXXXXX").string();
         path_ = ::mkdtemp(name.data());
         // Readable by a child process that has given up its rights, too.
         std::filesystem::permissions(path_, std::filesystem::perms{0755});
@@ -37,7 +38,8 @@ public:
     {
         const auto file = path_ / name;
         std::filesystem::create_directories(file.parent_path());
-        std::ofstream{file, std::ios::binary}.write(content.data(), static_cast<std::streamsize>(content.size()));
+        std::ofstream{file, std::ios::binary}.write(content.data(),
+                                                    static_cast<std::streamsize>(content.size()));
         return file.string();
     }
 

@@ -21,7 +21,8 @@ public:
 
     static void set(const std::vector<std::string>& paths)
     {
-        gps::UserDefaults::standard().setForThisRun(gps::kTestPortsKey, gps::Array(paths.begin(), paths.end()));
+        gps::UserDefaults::standard().setForThisRun(gps::kTestPortsKey,
+                                                    gps::Array(paths.begin(), paths.end()));
     }
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the thread sanitizer is not to report: GLib's locks are system calls that it cannot see, so that it takes the
-// mocked device tree's own worker thread for one without any.
+// What the thread sanitizer is not to report: GLib's locks are system calls that it cannot see, so
+// that it takes the mocked device tree's own worker thread for one without any.
 
 extern "C" [[gnu::visibility("default")]] const char* __tsan_default_suppressions();
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Downloads with the built program, from receivers made by the tests and from the sample receiver.
 
-#include <gmock/gmock.h>
-
 #include "system/Program.h"
 #include "system/Receiver.h"
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -31,7 +30,8 @@ void expectValidGpx(const std::string& path)
 {
     for (const char* schema : {"gpx-1.1.xsd", "gpx-with-cache.xsd"}) {
         const auto checked =
-            support::run({"xmllint", "--noout", "--schema", std::string{MAGELLAN_SOURCE_DIR "/tests/schemas/"} + schema, path});
+            support::run({"xmllint", "--noout", "--schema",
+                          std::string{MAGELLAN_SOURCE_DIR "/tests/schemas/"} + schema, path});
         EXPECT_EQ(checked.status, 0) << checked.err;
     }
 }
@@ -117,7 +117,8 @@ TEST(Acquire, SampleReceiverIsValidGpxWithAPointForEachEvent)
 {
     const support::TemporaryFolder folder;
     const auto path = folder.path("trip.gpx");
-    const auto ran = magellangps({"acquire", "--test-folder", kSampleReceiver, "--events", "-o", path});
+    const auto ran =
+        magellangps({"acquire", "--test-folder", kSampleReceiver, "--events", "-o", path});
     EXPECT_EQ(ran.status, 0) << ran.err;
     const auto gpx = folder.read("trip.gpx");
     EXPECT_GT(count(ran.out, "\"trackPoint\""), 1000U);
@@ -133,19 +134,23 @@ TEST(Acquire, OutputIsTheSameEveryTime)
 {
     const support::TemporaryFolder folder;
     for (const char* name : {"a.gpx", "b.gpx"})
-        EXPECT_EQ(magellangps({"acquire", "--test-folder", kSampleReceiver, "-o", folder.path(name)}).status, 0);
+        EXPECT_EQ(
+            magellangps({"acquire", "--test-folder", kSampleReceiver, "-o", folder.path(name)})
+                .status,
+            0);
     EXPECT_EQ(folder.read("a.gpx"), folder.read("b.gpx"));
 }
 
 TEST(Acquire, SummaryIsATableOnStandardOutput)
 {
     const Receiver receiver;
-    const auto expected = "Kind       Name   Points  First (UTC)          Last (UTC)           Length km\n"
-                          "Waypoints              2\n"
-                          "Geocaches              1\n"
-                          "Route      Loop        2                                             10468.17\n"
-                          "Track      Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01      33.72\n"
-                          "Total                  7  2024-06-01 10:00:00  2024-06-01 10:00:01   10501.89\n";
+    const auto expected =
+        "Kind       Name   Points  First (UTC)          Last (UTC)           Length km\n"
+        "Waypoints              2\n"
+        "Geocaches              1\n"
+        "Route      Loop        2                                             10468.17\n"
+        "Track      Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01      33.72\n"
+        "Total                  7  2024-06-01 10:00:00  2024-06-01 10:00:01   10501.89\n";
     EXPECT_EQ(acquire(receiver, {}).out, expected);
     EXPECT_EQ(acquire(receiver, {"-o", receiver.path("a.gpx"), "--summary"}).out, expected);
 }
@@ -153,19 +158,24 @@ TEST(Acquire, SummaryIsATableOnStandardOutput)
 TEST(Acquire, KindsCanBeLeftOut)
 {
     const Receiver receiver;
-    EXPECT_THAT(acquire(receiver, {"--events", "--no-waypoints"}).out, Not(HasSubstr("\"kind\":3")));
+    EXPECT_THAT(acquire(receiver, {"--events", "--no-waypoints"}).out,
+                Not(HasSubstr("\"kind\":3")));
     EXPECT_THAT(acquire(receiver, {"--events", "--no-routes"}).out, Not(HasSubstr("\"kind\":2")));
     EXPECT_THAT(acquire(receiver, {"--events", "--no-tracks"}).out, Not(HasSubstr("\"kind\":1")));
-    const auto none = acquire(receiver, {"--events", "--no-waypoints", "--no-routes", "--no-tracks"});
-    EXPECT_EQ(none.out, "{\"event\":\"gpsStateChange\",\"state\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
-                        "{\"event\":\"result\",\"error\":null}\n");
+    const auto none =
+        acquire(receiver, {"--events", "--no-waypoints", "--no-routes", "--no-tracks"});
+    EXPECT_EQ(
+        none.out,
+        "{\"event\":\"gpsStateChange\",\"state\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
+        "{\"event\":\"result\",\"error\":null}\n");
     EXPECT_EQ(none.status, 0);
 }
 
 TEST(Acquire, OptionsObjectGoesToTheDriverAsItIs)
 {
     const Receiver receiver;
-    const auto ran = acquire(receiver, {"--events", "--options", R"({"waypoints":false,"tracks":"no"})"});
+    const auto ran =
+        acquire(receiver, {"--events", "--options", R"({"waypoints":false,"tracks":"no"})"});
     EXPECT_THAT(ran.out, Not(HasSubstr("\"kind\":3")));
     EXPECT_THAT(ran.out, HasSubstr("\"kind\":2"));
     EXPECT_THAT(ran.out, Not(HasSubstr("\"kind\":1")));
@@ -174,8 +184,9 @@ TEST(Acquire, OptionsObjectGoesToTheDriverAsItIs)
 
 TEST(Acquire, OptionsObjectCanImport)
 {
-    const auto ran = magellangps({"acquire", "--driver", "magellan", "--events", "--options",
-                                  R"({"sourcePath":")" MAGELLAN_SOURCE_DIR R"(/samples/files/trip.log"})"});
+    const auto ran =
+        magellangps({"acquire", "--driver", "magellan", "--events", "--options",
+                     R"({"sourcePath":")" MAGELLAN_SOURCE_DIR R"(/samples/files/trip.log"})"});
     EXPECT_THAT(ran.out, HasSubstr("\"newTrack\""));
     EXPECT_EQ(ran.status, 0) << ran.err;
 }
@@ -183,17 +194,21 @@ TEST(Acquire, OptionsObjectCanImport)
 TEST(Acquire, DeviceCanBeAFolderWithOrWithoutASlash)
 {
     const Receiver receiver;
-    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path(), "--events"}).out, kExpectedEvents);
-    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path() + "/", "--events"}).out, kExpectedEvents);
+    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path(), "--events"}).out,
+              kExpectedEvents);
+    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path() + "/", "--events"}).out,
+              kExpectedEvents);
 }
 
 TEST(Acquire, DeviceIsChosenAmongSeveral)
 {
     const Receiver first;
     const Receiver second;
-    second.put("Tracks/a.log", support::sentences({"PMGNTRK,4630.00000,N,00715.00000,E,01200,M,100000.00,A,Other,010624"}));
-    const auto ran = magellangps(
-        {"acquire", "--test-folder", first.path(), "--test-folder", second.path(), "--device", second.path(), "--events"});
+    second.put("Tracks/a.log",
+               support::sentences(
+                   {"PMGNTRK,4630.00000,N,00715.00000,E,01200,M,100000.00,A,Other,010624"}));
+    const auto ran = magellangps({"acquire", "--test-folder", first.path(), "--test-folder",
+                                  second.path(), "--device", second.path(), "--events"});
     EXPECT_THAT(ran.out, HasSubstr("\"name\":\"Other\""));
     EXPECT_EQ(ran.status, 0);
 }
@@ -206,9 +221,9 @@ TEST(Acquire, NamedDriverShowsItsOwnError)
               R"({"event":"gpsStateChange","state":0}
 {"event":"result","error":{"domain":"com.Orvane.GPSPlugin.ErrorDomain","code":-1,"description":"No location was selected for Magellan device","suggestion":"Please make sure your Magellan device is connected and mounted on the desktop, and try again","path":null}}
 )");
-    EXPECT_EQ(ran.err,
-              "magellangps: No location was selected for Magellan device. Please make sure your Magellan device is connected "
-              "and mounted on the desktop, and try again.\n");
+    EXPECT_EQ(ran.err, "magellangps: No location was selected for Magellan device. Please make "
+                       "sure your Magellan device is connected "
+                       "and mounted on the desktop, and try again.\n");
 }
 
 TEST(Acquire, UnknownDriverOrDeviceIsStatus3)

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Broken receivers and files: a clear error or an empty result, never a crash, a hang or a half-written file.
+// Broken receivers and files: a clear error or an empty result, never a crash, a hang or a
+// half-written file.
+
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include <gmock/gmock.h>
 #include <sys/stat.h>
-
-#include "system/Program.h"
-#include "system/Receiver.h"
 
 namespace {
 
@@ -20,7 +22,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kClosing[] = "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n";
+constexpr char kClosing[] =
+    "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n";
 
 Ran acquire(const support::TemporaryFolder& receiver, std::vector<std::string> words)
 {
@@ -41,7 +44,8 @@ public:
     {
         words.insert(words.begin(), path("magellangps"));
         if (::geteuid() == 0)
-            words.insert(words.begin(), {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+            words.insert(words.begin(),
+                         {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
         return support::run(words, {.environment = {"LD_LIBRARY_PATH=" + path()}});
     }
 };
@@ -84,7 +88,8 @@ TEST_P(BadFile, AmongTheWaypointsIsNoticedThoughNothingElseWasAskedFor)
 {
     const Receiver receiver;
     put(receiver, "Points/b.upt");
-    const auto ran = acquire(receiver, {"--no-routes", "--no-tracks", "-o", receiver.path("trip.gpx")});
+    const auto ran =
+        acquire(receiver, {"--no-routes", "--no-tracks", "-o", receiver.path("trip.gpx")});
     EXPECT_EQ(ran.status, 1);
     EXPECT_FALSE(fs::exists(receiver.path("trip.gpx")));
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<name>Camp</name>"));
@@ -98,16 +103,20 @@ TEST_P(BadFile, AmongTheTracksCostsOnlyItself)
     EXPECT_THAT(receiver.read("trip.gpx"), HasSubstr("<trkpt "));
     const bool isFolder = std::string{GetParam()} == "folder";
     EXPECT_EQ(ran.status, isFolder ? 0 : 1) << ran.err;
-    EXPECT_THAT(ran.err, isFolder ? testing::Matcher<std::string>(IsEmpty()) : HasSubstr("Tracks/0.log"));
+    EXPECT_THAT(ran.err,
+                isFolder ? testing::Matcher<std::string>(IsEmpty()) : HasSubstr("Tracks/0.log"));
 }
 
 TEST_P(BadFile, ImportedAsWaypointsIsTheReadersError)
 {
     const support::TemporaryFolder folder;
     put(folder, "a.upt");
-    const auto ran = magellangps({"import", folder.path("a.upt"), "--events", "-o", folder.path("out.gpx")});
+    const auto ran =
+        magellangps({"import", folder.path("a.upt"), "--events", "-o", folder.path("out.gpx")});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.out, HasSubstr("{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{"));
+    EXPECT_THAT(
+        ran.out,
+        HasSubstr("{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{"));
     EXPECT_THAT(ran.err, HasSubstr("a.upt"));
     EXPECT_FALSE(fs::exists(folder.path("out.gpx")));
 }
@@ -132,7 +141,9 @@ TEST_P(BadFile, AsALanguageFileMakesTheDefaultFoldersStand)
     EXPECT_EQ(ran.status, 0) << ran.err;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, BadFile, testing::Values("not ASCII", "link loop", "dangling link", "FIFO", "folder"),
+INSTANTIATE_TEST_SUITE_P(Each, BadFile,
+                         testing::Values("not ASCII", "link loop", "dangling link", "FIFO",
+                                         "folder"),
                          [](const auto& row) {
                              std::string name = row.param;
                              std::erase(name, ' ');
@@ -156,7 +167,8 @@ TEST(BadInput, RefusedUnitFileMakesTheDeviceUnauthorized)
     const Copy copy;
     const Receiver receiver;
     fs::permissions(receiver.path("USBTRANS/UNIT_ID.DAT"), fs::perms::none);
-    EXPECT_THAT(copy.runAsNobody({"devices", "--json", "--test-folder", receiver.path()}).out, HasSubstr("\"authorized\":false"));
+    EXPECT_THAT(copy.runAsNobody({"devices", "--json", "--test-folder", receiver.path()}).out,
+                HasSubstr("\"authorized\":false"));
     EXPECT_EQ(copy.runAsNobody({"acquire", "--device", receiver.path()}).status, 3);
 }
 
@@ -164,7 +176,8 @@ TEST(BadInput, RefusedOutputFolderIsAnError)
 {
     const Copy copy;
     const Receiver receiver;
-    const auto ran = copy.runAsNobody({"acquire", "--test-folder", receiver.path(), "-o", "/proc/a.gpx"});
+    const auto ran =
+        copy.runAsNobody({"acquire", "--test-folder", receiver.path(), "-o", "/proc/a.gpx"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("/proc/a.gpx"));
 }
@@ -172,12 +185,18 @@ TEST(BadInput, RefusedOutputFolderIsAnError)
 TEST(BadInput, ShortSentenceEndsAnImportWithARangeError)
 {
     const support::TemporaryFolder folder;
-    folder.put("a.log", support::sentences({support::kFirstFix, support::kShortFix, support::kSecondFix}));
+    folder.put("a.log",
+               support::sentences({support::kFirstFix, support::kShortFix, support::kSecondFix}));
     folder.put("out.gpx", "old");
-    const auto ran = magellangps({"import", folder.path("a.log"), "--events", "-o", folder.path("out.gpx")});
+    const auto ran =
+        magellangps({"import", folder.path("a.log"), "--events", "-o", folder.path("out.gpx")});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.out, HasSubstr("{\"event\":\"endTransfer\",\"kind\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
-                                   "{\"event\":\"result\",\"error\":{\"domain\":\"RangeError\",\"code\":0,\"description\":\""));
+    EXPECT_THAT(
+        ran.out,
+        HasSubstr(
+            "{\"event\":\"endTransfer\",\"kind\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
+            "{\"event\":\"result\",\"error\":{\"domain\":\"RangeError\",\"code\":0,\"description\":"
+            "\""));
     EXPECT_THAT(ran.out, HasSubstr("PMGNTRK"));
     EXPECT_EQ(folder.read("out.gpx"), "old");
     EXPECT_THAT(folder.read("out.partial.gpx"), HasSubstr("<trkpt lat=\"46.5\""));
@@ -238,17 +257,20 @@ TEST(BadInput, LinkedFolderIsNotDescendedInto)
 
 TEST(BadInput, VolumeThatVanishesInTheMiddleEndsTheDownloadAndKeepsWhatArrived)
 {
-    // More than goes ahead of a reader of the events: the plug-in still has files before it when the first event is read.
+    // More than goes ahead of a reader of the events: the plug-in still has files before it when
+    // the first event is read.
     std::string points;
     for (int i = 0; i < 5'000; ++i)
-        points += support::sentences({"PMGNWPL,4630.00000,N,00715.00000,E,0001200,M,P" + std::to_string(i) + ",,ab"});
+        points += support::sentences(
+            {"PMGNWPL,4630.00000,N,00715.00000,E,0001200,M,P" + std::to_string(i) + ",,ab"});
     const Receiver receiver;
     for (int i = 0; i < 20; ++i)
         receiver.put("Points/" + std::to_string(i) + ".upt", points);
     const support::TemporaryFolder output;
     const auto ran =
         support::run({"sh", "-c",
-                      "{ \"$0\" acquire --events --test-folder \"$1\" -o \"$2/trip.gpx\"; echo $? >\"$2/status\"; } | "
+                      "{ \"$0\" acquire --events --test-folder \"$1\" -o \"$2/trip.gpx\"; echo $? "
+                      ">\"$2/status\"; } | "
                       "{ head -n 1; rm -r \"$1\"; tail -n 2; }",
                       MAGELLAN_BIN_DIR "/magellangps", receiver.path(), output.path()});
     EXPECT_EQ(ran.out, std::string{"{\"event\":\"gpsStateChange\",\"state\":1}\n"} + kClosing);
@@ -286,8 +308,8 @@ TEST(BadInput, HundredThousandUnreadableFilesAreAFewLines)
 #else
 #define HAS_FEATURE(name) 0
 #endif
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !HAS_FEATURE(address_sanitizer) &&                        \
-    !HAS_FEATURE(thread_sanitizer)
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) &&                             \
+    !HAS_FEATURE(address_sanitizer) && !HAS_FEATURE(thread_sanitizer)
 TEST(BadInput, FileOfOneLineOfAGigabyteIsReadWhateverItsKind)
 {
     const Receiver receiver;
@@ -312,7 +334,8 @@ TEST(BadInput, FullOutputIsAnErrorAndLeavesNothing)
     const Receiver receiver;
     EXPECT_EQ(acquire(receiver, {"-o", "/dev/full", "--format", "gpx"}).status, 1);
     for (const char* option : {"--events", "-q"}) {
-        const auto ran = magellangps({"acquire", "--test-folder", receiver.path(), option}, {.standardOutput = "/dev/full"});
+        const auto ran = magellangps({"acquire", "--test-folder", receiver.path(), option},
+                                     {.standardOutput = "/dev/full"});
         EXPECT_EQ(ran.status, 1);
         EXPECT_THAT(ran.err, HasSubstr("No space left on device"));
     }
@@ -331,12 +354,14 @@ TEST(BadInput, MissingOutputFolderIsAnError)
 TEST(BadInput, BrokenPlugInIsStatus3)
 {
     const support::TemporaryFolder folder;
-    for (const auto& bundle : {folder.path("none.bundle"), folder.path(), std::string{"/dev/null"}}) {
+    for (const auto& bundle :
+         {folder.path("none.bundle"), folder.path(), std::string{"/dev/null"}}) {
         const auto ran = magellangps({"--plugin", bundle, "info"});
         EXPECT_EQ(ran.status, 3);
         EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
     }
-    fs::copy(MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle", folder.path("copy.bundle"), fs::copy_options::recursive);
+    fs::copy(MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle", folder.path("copy.bundle"),
+             fs::copy_options::recursive);
     fs::remove_all(folder.path("copy.bundle/Contents/Linux"));
     EXPECT_EQ(magellangps({"--plugin", folder.path("copy.bundle"), "info"}).status, 3);
 }
@@ -346,7 +371,8 @@ TEST(BadInput, MissingPlugInIsStatus3)
     const support::TemporaryFolder folder;
     for (const char* name : {"magellangps", "libgpsplatform.so.1"})
         fs::copy(fs::path{MAGELLAN_BIN_DIR} / name, folder.path(name));
-    const auto ran = support::run({folder.path("magellangps"), "devices"}, {.environment = {"LD_LIBRARY_PATH=" + folder.path()}});
+    const auto ran = support::run({folder.path("magellangps"), "devices"},
+                                  {.environment = {"LD_LIBRARY_PATH=" + folder.path()}});
     EXPECT_EQ(ran.status, 3);
     EXPECT_THAT(ran.err, HasSubstr("--plugin"));
 }
@@ -354,12 +380,15 @@ TEST(BadInput, MissingPlugInIsStatus3)
 TEST(BadInput, PlugInWithoutAnyDriverIsStatus3OnlyWhereOneIsNeeded)
 {
     const support::TemporaryFolder folder;
-    fs::copy(MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle", folder.path("copy.bundle"), fs::copy_options::recursive);
-    for (const auto& entry : fs::directory_iterator{folder.path("copy.bundle/Contents/Resources")}) {
+    fs::copy(MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle", folder.path("copy.bundle"),
+             fs::copy_options::recursive);
+    for (const auto& entry :
+         fs::directory_iterator{folder.path("copy.bundle/Contents/Resources")}) {
         if (entry.path().filename().string().ends_with("GPS.plist"))
             fs::remove(entry.path());
     }
-    EXPECT_THAT(magellangps({"--plugin", folder.path("copy.bundle"), "info", "--json"}).out, HasSubstr("\"drivers\":[]"));
+    EXPECT_THAT(magellangps({"--plugin", folder.path("copy.bundle"), "info", "--json"}).out,
+                HasSubstr("\"drivers\":[]"));
     EXPECT_EQ(magellangps({"--plugin", folder.path("copy.bundle"), "acquire"}).status, 3);
     EXPECT_EQ(magellangps({"--plugin", folder.path("copy.bundle"), "import", "a.log"}).status, 3);
 }

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The built program's manners: help, mistakes, and what it tells of the plug-in and its devices.
 
-#include <algorithm>
-
-#include <gmock/gmock.h>
-
 #include "system/Program.h"
 #include "system/Receiver.h"
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,13 +34,14 @@ TEST(CommandLine, EveryCommandHasItsHelp)
 
 TEST(CommandLine, MistakeIsOneLineAndStatus2)
 {
-    for (const auto& words : std::vector<std::vector<std::string>>{{"aquire"},
-                                                                   {"acquire", "--no-such"},
-                                                                   {"acquire", "-o", "a.xyz"},
-                                                                   {"import"},
-                                                                   {"acquire", "--options", "[1]"},
-                                                                   {"send"},
-                                                                   {"send", "a.gpx", "--data", "d.json"}}) {
+    for (const auto& words :
+         std::vector<std::vector<std::string>>{{"aquire"},
+                                               {"acquire", "--no-such"},
+                                               {"acquire", "-o", "a.xyz"},
+                                               {"import"},
+                                               {"acquire", "--options", "[1]"},
+                                               {"send"},
+                                               {"send", "a.gpx", "--data", "d.json"}}) {
         const auto ran = magellangps(words);
         EXPECT_EQ(ran.status, 2);
         EXPECT_THAT(ran.out, IsEmpty());
@@ -62,15 +62,17 @@ TEST(CommandLine, InfoDocumentHasItsKeysInOrder)
     const auto ran = magellangps({"info", "--json"});
     EXPECT_EQ(ran.status, 0);
     const auto document = nlohmann::ordered_json::parse(ran.out);
-    EXPECT_THAT(ran.out,
-                testing::StartsWith(
-                    R"({"name":"Magellan GPS PlugIns","class":"GPSPlugIn","apiVersion":1,"info":{"Copyright":"© 2026 Orvane",)"));
+    EXPECT_THAT(
+        ran.out,
+        testing::StartsWith(
+            R"({"name":"Magellan GPS PlugIns","class":"GPSPlugIn","apiVersion":1,"info":{"Copyright":"© 2026 Orvane",)"));
     EXPECT_EQ(document["info"].size(), 6U);
-    EXPECT_EQ(document["drivers"][0].dump(),
-              R"({"class":"MagellanGPSPlugin","name":"Magellan",)"
-              R"("capabilities":"tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache",)"
-              R"("fileTypes":["log","rte","upt","gs"],"ready":false,"needsSerialRefresh":false,"needsFileSystemRefresh":true,)"
-              R"("needsUSBRefresh":false,"isPVTOffered":false})");
+    EXPECT_EQ(
+        document["drivers"][0].dump(),
+        R"({"class":"MagellanGPSPlugin","name":"Magellan",)"
+        R"("capabilities":"tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache",)"
+        R"("fileTypes":["log","rte","upt","gs"],"ready":false,"needsSerialRefresh":false,"needsFileSystemRefresh":true,)"
+        R"("needsUSBRefresh":false,"isPVTOffered":false})");
 }
 
 TEST(CommandLine, InfoIsReadable)
@@ -86,15 +88,19 @@ TEST(CommandLine, DevicesDocumentTellsTheViewAndTheDevices)
     const support::Receiver one;
     const support::Receiver two;
     two.put("USBTRANS/UNIT_ID.DAT", "\xFF");
-    const auto ran = magellangps({"devices", "--json", "--test-folder", one.path(), "--test-folder", two.path()});
+    const auto ran = magellangps(
+        {"devices", "--json", "--test-folder", one.path(), "--test-folder", two.path()});
     EXPECT_EQ(ran.status, 0);
     const auto document = nlohmann::ordered_json::parse(ran.out);
-    EXPECT_EQ(document["drivers"][0].dump(),
-              R"({"class":"MagellanGPSPlugin","name":"Magellan","ready":true,"view":{"deviceListMenu":{"hidden":false,)"
-              R"("items":["Magellan device 42","Unauthorized Magellan device"],"selected":0},"deviceButton":{"hidden":true}},)"
-              R"("devices":[{"location":")" +
-                  one.path() + R"(","name":"Magellan device 42","authorized":true,"selected":true},{"location":")" + two.path() +
-                  R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false}]})");
+    EXPECT_EQ(
+        document["drivers"][0].dump(),
+        R"({"class":"MagellanGPSPlugin","name":"Magellan","ready":true,"view":{"deviceListMenu":{"hidden":false,)"
+        R"("items":["Magellan device 42","Unauthorized Magellan device"],"selected":0},"deviceButton":{"hidden":true}},)"
+        R"("devices":[{"location":")" +
+            one.path() +
+            R"(","name":"Magellan device 42","authorized":true,"selected":true},{"location":")" +
+            two.path() +
+            R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false}]})");
 }
 
 TEST(CommandLine, DevicesWithoutADeviceHaveNoneSelected)
@@ -114,8 +120,8 @@ TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
     const support::Receiver given;
     const support::TemporaryFolder settings;
     settings.put("com.Orvane.GPSPlugin/defaults.plist",
-                 "<plist version=\"1.0\"><dict><key>MagellanTestFileList</key><array><string>" + stored.path() +
-                     "</string></array></dict></plist>");
+                 "<plist version=\"1.0\"><dict><key>MagellanTestFileList</key><array><string>" +
+                     stored.path() + "</string></array></dict></plist>");
     const support::How how{.environment = {"XDG_CONFIG_HOME=" + settings.path()}};
     EXPECT_THAT(magellangps({"devices"}, how).out, HasSubstr(stored.path()));
     const auto replaced = magellangps({"devices", "--test-folder", given.path()}, how).out;
@@ -126,12 +132,18 @@ TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
 TEST(CommandLine, StandardStreamThatIsClosedIsNoFileOfTheProgram)
 {
     for (const char* const format : {"gpx", "kml", "geojson", "html", "jsonl"}) {
-        const auto ran = support::run({"/bin/sh", "-c", R"(exec "$0" import "$1" -o - --format "$2" >&-)",
-                                       MAGELLAN_BIN_DIR "/magellangps", MAGELLAN_SOURCE_DIR "/samples/files/trip.log", format});
+        const auto ran =
+            support::run({"/bin/sh", "-c", R"(exec "$0" import "$1" -o - --format "$2" >&-)",
+                          MAGELLAN_BIN_DIR "/magellangps",
+                          MAGELLAN_SOURCE_DIR "/samples/files/trip.log", format});
         EXPECT_EQ(ran.status, 1) << format;
-        EXPECT_THAT(ran.err, HasSubstr("The output cannot be written: Bad file descriptor.")) << format;
+        EXPECT_THAT(ran.err, HasSubstr("The output cannot be written: Bad file descriptor."))
+            << format;
     }
-    EXPECT_EQ(support::run({"/bin/sh", "-c", R"(exec "$0" info <&- >&- 2>&-)", MAGELLAN_BIN_DIR "/magellangps"}).status, 1);
+    EXPECT_EQ(support::run({"/bin/sh", "-c", R"(exec "$0" info <&- >&- 2>&-)",
+                            MAGELLAN_BIN_DIR "/magellangps"})
+                  .status,
+              1);
 }
 
 } // namespace

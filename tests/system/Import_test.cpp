@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Imports of single files with the built program.
 
-#include <algorithm>
-#include <filesystem>
+#include "system/Program.h"
+#include "system/Receiver.h"
 
 #include <gmock/gmock.h>
 
-#include "system/Program.h"
-#include "system/Receiver.h"
+#include <algorithm>
+#include <filesystem>
 
 namespace {
 
@@ -44,15 +44,17 @@ TEST(Import, AllSampleFilesGoIntoOneValidGpx)
 {
     const support::TemporaryFolder folder;
     std::vector<std::string> words{"import", "-o", folder.path("all.gpx")};
-    for (const char* name : {"trip.log", "loop.rte", "caches.gs", "points.upt"}) // tracks first: the document has them last
+    for (const char* name : {"trip.log", "loop.rte", "caches.gs",
+                             "points.upt"}) // tracks first: the document has them last
         words.push_back(std::string{kFiles} + name);
     const auto ran = magellangps(words);
     EXPECT_EQ(ran.status, 0) << ran.err;
     const auto gpx = folder.read("all.gpx");
     EXPECT_LT(gpx.find("<wpt "), gpx.find("<rte>"));
     EXPECT_LT(gpx.find("<rte>"), gpx.find("<trk>"));
-    const auto checked = support::run(
-        {"xmllint", "--noout", "--schema", MAGELLAN_SOURCE_DIR "/tests/schemas/gpx-with-cache.xsd", folder.path("all.gpx")});
+    const auto checked = support::run({"xmllint", "--noout", "--schema",
+                                       MAGELLAN_SOURCE_DIR "/tests/schemas/gpx-with-cache.xsd",
+                                       folder.path("all.gpx")});
     EXPECT_EQ(checked.status, 0) << checked.err;
 }
 
@@ -63,9 +65,9 @@ TEST(Import, OneBadFileLeavesAPartialFileWithTheOthers)
     const auto good = folder.put("b.log", support::sentences({support::kFirstFix}));
     const auto ran = magellangps({"import", bad, good, "-o", folder.path("out.gpx")});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(
-        ran.err,
-        HasSubstr("Unrecognized extension on selected file. File may be invalid or this may be the wrong plug-in. Path: " + bad));
+    EXPECT_THAT(ran.err, HasSubstr("Unrecognized extension on selected file. File may be invalid "
+                                   "or this may be the wrong plug-in. Path: " +
+                                   bad));
     EXPECT_FALSE(std::filesystem::exists(folder.path("out.gpx")));
     EXPECT_THAT(folder.read("out.partial.gpx"), HasSubstr("<trkpt "));
 }
@@ -76,11 +78,13 @@ TEST(Import, RefusedFileLeavesNoPartialFile)
     const auto file = folder.put("a.upt", "");
     const auto ran = magellangps({"import", file, "-o", folder.path("out.gpx"), "--events"});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_EQ(ran.out,
-              "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{\"domain\":"
-              "\"com.Orvane.GPSPlugin.ErrorDomain\",\"code\":-5,\"description\":\"Couldn't open file\",\"suggestion\":\"File may "
-              "be missing or this may be the wrong plug-in\",\"path\":\"" +
-                  file + "\"}}\n");
+    EXPECT_EQ(
+        ran.out,
+        "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{\"domain\":"
+        "\"com.Orvane.GPSPlugin.ErrorDomain\",\"code\":-5,\"description\":\"Couldn't open "
+        "file\",\"suggestion\":\"File may "
+        "be missing or this may be the wrong plug-in\",\"path\":\"" +
+            file + "\"}}\n");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator{folder.path()}, {}), 1);
 }
 

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// KML and GeoJSON by the built program, held against their schema and against an independent reader.
+// KML and GeoJSON by the built program, held against their schema and against an independent
+// reader.
+
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <filesystem>
 #include <map>
 #include <sstream>
-
-#include <gmock/gmock.h>
-
-#include "system/Program.h"
-#include "system/Receiver.h"
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -26,7 +26,8 @@ constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
 void expectValidKml(const std::string& path)
 {
     const auto checked =
-        support::run({"xmllint", "--noout", "--schema", MAGELLAN_SOURCE_DIR "/tests/schemas/kml-with-track.xsd", path});
+        support::run({"xmllint", "--noout", "--schema",
+                      MAGELLAN_SOURCE_DIR "/tests/schemas/kml-with-track.xsd", path});
     EXPECT_EQ(checked.status, 0) << checked.err;
 }
 
@@ -55,7 +56,8 @@ Places placesOf(const json& features)
 json readBack(const TemporaryFolder& folder, const std::string& path, const std::string& layer = {})
 {
     const auto copy = folder.path("copy.json");
-    std::vector<std::string> words{"ogr2ogr", "-f", "GeoJSON", "-lco", "COORDINATE_PRECISION=15", copy, path};
+    std::vector<std::string> words{"ogr2ogr", "-f", "GeoJSON", "-lco", "COORDINATE_PRECISION=15",
+                                   copy,      path};
     if (!layer.empty())
         words.push_back(layer);
     const auto read = support::run(words);
@@ -94,7 +96,8 @@ Reported reportedOf(const std::string& lines)
                        : inRoute                                 ? reported.routes
                        : event["extra"].contains("geocacheType") ? reported.geocaches
                                                                  : reported.wayPoints;
-        places.push_back({event["point"]["longitude"], event["point"]["latitude"], event["point"]["altitude"]});
+        places.push_back(
+            {event["point"]["longitude"], event["point"]["latitude"], event["point"]["altitude"]});
     }
     return reported;
 }
@@ -111,7 +114,8 @@ void expectSame(const Places& read, const Places& reported)
 
 Reported acquireSample(const std::string& path)
 {
-    const auto ran = magellangps({"acquire", "--test-folder", kSampleReceiver, "--events", "-o", path});
+    const auto ran =
+        magellangps({"acquire", "--test-folder", kSampleReceiver, "--events", "-o", path});
     EXPECT_EQ(ran.status, 0) << ran.err;
     return reportedOf(ran.out);
 }
@@ -150,8 +154,8 @@ TEST(MapFormats, EmptyDownloadIsAValidEmptyFile)
 {
     const Receiver receiver;
     for (const char* name : {"a.kml", "a.geojson"}) {
-        const auto ran = magellangps({"acquire", "--test-folder", receiver.path(), "--no-waypoints", "--no-routes", "--no-tracks",
-                                      "-o", receiver.path(name)});
+        const auto ran = magellangps({"acquire", "--test-folder", receiver.path(), "--no-waypoints",
+                                      "--no-routes", "--no-tracks", "-o", receiver.path(name)});
         EXPECT_EQ(ran.status, 0) << ran.err;
     }
     expectValidKml(receiver.path("a.kml"));
@@ -163,10 +167,12 @@ TEST(MapFormats, HostileNamesAndTheDateLineStayValid)
     const TemporaryFolder folder;
     const std::string name = "</name><script>&\"']]>" + std::string(10000, '&');
     const auto points =
-        folder.put("a.upt", support::sentences({"PMGNWPL,9000.00000,S,18000.00000,W,0000000,M," + name + "," + name + ",a"}));
-    const auto track =
-        folder.put("b.log", support::sentences({"PMGNTRK,0000.000,N,17959.000,E,00001,M,100000.00,A," + name + ",010624",
-                                                "PMGNTRK,0000.000,N,17959.000,W,00001,M,100010.00,A," + name + ",010624"}));
+        folder.put("a.upt", support::sentences({"PMGNWPL,9000.00000,S,18000.00000,W,0000000,M," +
+                                                name + "," + name + ",a"}));
+    const auto track = folder.put(
+        "b.log", support::sentences(
+                     {"PMGNTRK,0000.000,N,17959.000,E,00001,M,100000.00,A," + name + ",010624",
+                      "PMGNTRK,0000.000,N,17959.000,W,00001,M,100010.00,A," + name + ",010624"}));
     for (const char* file : {"a.kml", "a.geojson"}) {
         const auto ran = magellangps({"import", points, track, "-o", folder.path(file)});
         EXPECT_EQ(ran.status, 0) << ran.err;
@@ -183,13 +189,17 @@ TEST(MapFormats, HostileNamesAndTheDateLineStayValid)
 TEST(MapFormats, DatesAreMendedInFilesButNotInEventLines)
 {
     const TemporaryFolder folder;
-    const auto track =
-        folder.put("a.log", support::sentences({"PMGNTRK,4630.00000,N,00715.00000,E,01200,M,100000.00,A,Day 1,160105"}));
-    const auto ran = magellangps({"import", track, "--fix-dates", "auto", "--events", "-o", folder.path("a.kml")});
+    const auto track = folder.put(
+        "a.log", support::sentences(
+                     {"PMGNTRK,4630.00000,N,00715.00000,E,01200,M,100000.00,A,Day 1,160105"}));
+    const auto ran = magellangps(
+        {"import", track, "--fix-dates", "auto", "--events", "-o", folder.path("a.kml")});
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_THAT(ran.out, HasSubstr("\"time\":1105869600,"));
     EXPECT_THAT(folder.read("a.kml"), HasSubstr("<when>2024-09-01T10:00:00Z</when>"));
-    EXPECT_EQ(magellangps({"import", track, "--fix-dates", "-1024", "-o", folder.path("a.jsonl")}).status, 0);
+    EXPECT_EQ(
+        magellangps({"import", track, "--fix-dates", "-1024", "-o", folder.path("a.jsonl")}).status,
+        0);
     EXPECT_THAT(folder.read("a.jsonl"), HasSubstr("\"time\":486554400,"));
 }
 

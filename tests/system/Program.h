@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "support/TemporaryFolder.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <stdexcept>
@@ -14,8 +16,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/TemporaryFolder.h"
-
 namespace support {
 
 struct Ran {
@@ -24,7 +24,8 @@ struct Ran {
     int status = -1; ///< the exit status; 128 and the signal's number when a signal ended it
 };
 
-/// Where a program's standard streams go instead of into `Ran::out` and `Ran::err`; what it is told by its environment.
+/// Where a program's standard streams go instead of into `Ran::out` and `Ran::err`; what it is told
+/// by its environment.
 struct How {
     const char* standardOutput = nullptr;
     std::vector<std::string> environment{};
@@ -47,7 +48,8 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     for (const auto& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    // A home of its own, so that no user's stored defaults get in; a mocked device tree, where the test has one.
+    // A home of its own, so that no user's stored defaults get in; a mocked device tree, where the
+    // test has one.
     std::vector<std::string> settings{"HOME=" + folder.path()};
     for (const char* const name : {"PATH", "LD_PRELOAD", "UMOCKDEV_DIR"}) {
         if (const char* const value = std::getenv(name))
@@ -60,14 +62,16 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     environment.push_back(nullptr);
 
     pid_t child = 0;
-    const int failure = ::posix_spawnp(&child, words.front().c_str(), &files, nullptr, arguments.data(), environment.data());
+    const int failure = ::posix_spawnp(&child, words.front().c_str(), &files, nullptr,
+                                       arguments.data(), environment.data());
     ::posix_spawn_file_actions_destroy(&files);
     if (failure != 0)
         throw std::runtime_error{"cannot run " + words.front()};
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    return {folder.read("out"), folder.read("err"), WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)};
+    return {folder.read("out"), folder.read("err"),
+            WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)};
 }
 
 /// The built program with these words after its name.

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Progress on a terminal, with the built program.
 
-#include <fcntl.h>
-#include <gmock/gmock.h>
-#include <unistd.h>
-
 #include "system/Receiver.h"
 #include "system/Terminal.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -24,7 +25,8 @@ TEST(Progress, TerminalShowsALineThatIsWipedAtTheEnd)
 {
     const Receiver receiver;
     const Terminal terminal;
-    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, terminal.forErrors()).status, 0);
+    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, terminal.forErrors()).status,
+              0);
     EXPECT_THAT(terminal.readTo(kWiped), AllOf(HasSubstr("reading"), EndsWith(kWiped)));
 }
 
@@ -32,9 +34,12 @@ TEST(Progress, SendShowsItsPhases)
 {
     const Receiver receiver;
     const Terminal terminal;
-    const auto trip = receiver.put("t.gpx", "<gpx version=\"1.1\"><wpt lat=\"46.5\" lon=\"7.25\"><name>A</name></wpt></gpx>");
-    EXPECT_EQ(magellangps({"send", trip, "--device", receiver.path()}, terminal.forErrors()).status, 0);
-    for (const auto* const phase : {"reading the device", "keeping a backup", "sending", "reading back"})
+    const auto trip = receiver.put(
+        "t.gpx", "<gpx version=\"1.1\"><wpt lat=\"46.5\" lon=\"7.25\"><name>A</name></wpt></gpx>");
+    EXPECT_EQ(magellangps({"send", trip, "--device", receiver.path()}, terminal.forErrors()).status,
+              0);
+    for (const auto* const phase :
+         {"reading the device", "keeping a backup", "sending", "reading back"})
         EXPECT_THAT(terminal.readTo(kWiped), HasSubstr(phase));
 }
 
@@ -43,7 +48,10 @@ TEST(Progress, NothingIsShownWhereTheTerminalIsForSomethingElse)
     const Receiver receiver;
     for (const auto* const option : {"-q", "-v"}) {
         const Terminal terminal;
-        EXPECT_EQ(magellangps({"acquire", "--device", receiver.path(), option}, terminal.forErrors()).status, 0);
+        EXPECT_EQ(
+            magellangps({"acquire", "--device", receiver.path(), option}, terminal.forErrors())
+                .status,
+            0);
         (void)!::write(terminal.otherProgram(), kWiped.data(), kWiped.size());
         EXPECT_THAT(terminal.readTo(kWiped), Not(HasSubstr("reading")));
     }
@@ -67,7 +75,8 @@ TEST(Progress, TerminalThatTakesNothingHoldsNobodyUp)
     ASSERT_EQ(::fcntl(terminal.otherProgram(), F_SETFL, O_NONBLOCK), 0);
     while (::write(terminal.otherProgram(), "full", 4) > 0) {
     }
-    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, terminal.forErrors()).status, 0); // hangs, if it waits
+    EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, terminal.forErrors()).status,
+              0); // hangs, if it waits
 }
 
 } // namespace

@@ -36,7 +36,8 @@ public:
         for (auto& word : words)
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
-        const int failure = ::posix_spawn(&child_, words.front().c_str(), &files, nullptr, arguments.data(), environ);
+        const int failure = ::posix_spawn(&child_, words.front().c_str(), &files, nullptr,
+                                          arguments.data(), environ);
         ::posix_spawn_file_actions_destroy(&files);
         ::close(pipe[1]);
         out_ = pipe[0];
@@ -63,11 +64,13 @@ public:
         return printed_;
     }
 
-    /// Reads on until it has printed a text, at most half a minute. @return  all that it has printed so far
+    /// Reads on until it has printed a text, at most half a minute. @return  all that it has
+    /// printed so far
     const std::string& readUntil(std::string_view text)
     {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
-        while (printed_.find(text) == std::string::npos && std::chrono::steady_clock::now() < deadline)
+        while (printed_.find(text) == std::string::npos &&
+               std::chrono::steady_clock::now() < deadline)
             read();
         return printed_;
     }

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// Sends that are killed at random moments: whatever the moment, the device holds each file old or new, and whole.
-
-#include <chrono>
-#include <map>
-#include <random>
-#include <thread>
-
-#include <gtest/gtest.h>
-
-#include <csignal>
+// Sends that are killed at random moments: whatever the moment, the device holds each file old or
+// new, and whole.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <map>
+#include <random>
+#include <thread>
 
 namespace {
 
@@ -37,7 +37,8 @@ Files visibleFiles(const std::string& folder)
         if (entry.is_directory() || entry.path().filename().string().starts_with('.'))
             continue;
         std::ifstream file{entry.path(), std::ios::binary};
-        files[entry.path().lexically_relative(folder).string()] = {std::istreambuf_iterator<char>{file}, {}};
+        files[entry.path().lexically_relative(folder).string()] = {
+            std::istreambuf_iterator<char>{file}, {}};
     }
     return files;
 }
@@ -49,14 +50,15 @@ std::string manyRecords()
     std::string points;
     for (int i = 0; i < kWaypoints; ++i) {
         const auto number = std::to_string(i);
-        const auto place = R"("point":{"latitude":46.)" + number + R"(,"longitude":7.)" + number + "}}";
+        const auto place =
+            R"("point":{"latitude":46.)" + number + R"(,"longitude":7.)" + number + "}}";
         waypoints += (i > 0 ? R"(,{"name":"W)" : R"({"name":"W)") + number + R"(",)" + place;
         waypoints += R"(,{"name":"G)" + number + R"(","symbol":"Geocache",)" + place;
         points += (i > 0 ? R"(,{"name":"P)" : R"({"name":"P)") + number + R"(",)" + place;
     }
     const auto track = R"({"points":[)" + points + "]}";
-    return R"({"waypoint":[)" + waypoints + R"(],"route":[{"name":"R","points":[)" + points + R"(]}],"track":[)" + track + ',' +
-           track + ',' + track + "]}";
+    return R"({"waypoint":[)" + waypoints + R"(],"route":[{"name":"R","points":[)" + points +
+           R"(]}],"track":[)" + track + ',' + track + ',' + track + "]}";
 }
 
 class SendKill : public testing::Test {
@@ -84,7 +86,8 @@ protected:
         for (const int stream : {0, 1, 2})
             ::posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_RDWR, 0);
         pid_t child = 0;
-        const int failure = ::posix_spawn(&child, arguments.front(), &files, nullptr, arguments.data(), environment);
+        const int failure = ::posix_spawn(&child, arguments.front(), &files, nullptr,
+                                          arguments.data(), environment);
         ::posix_spawn_file_actions_destroy(&files);
         EXPECT_EQ(failure, 0);
         return child;
@@ -114,13 +117,16 @@ protected:
 
 TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
 {
-    receiver_.put("Points/Default POI File.upt", support::sentences({support::kCamp, support::kHut}));
+    receiver_.put("Points/Default POI File.upt",
+                  support::sentences({support::kCamp, support::kHut}));
     receiver_.put("Caches/Default Geocache File.gs", support::sentences({support::kCache}));
-    receiver_.put("Ways/Default Route File.rte", support::sentences({support::kCamp, support::kHut, support::kLoop}));
+    receiver_.put("Ways/Default Route File.rte",
+                  support::sentences({support::kCamp, support::kHut, support::kLoop}));
     const auto old = visibleFiles(receiver_.path());
     const auto begin = Clock::now();
     ASSERT_EQ(waitFor(start()), 0);
-    const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+    const auto duration =
+        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
     const auto fresh = visibleFiles(receiver_.path());
 
     std::mt19937 random{kSeed};
@@ -138,7 +144,8 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
         for (const auto& [name, content] : seen) {
             const bool isOld = old.contains(name) && old.at(name) == content;
             const bool isNew = fresh.contains(name) && fresh.at(name) == content;
-            EXPECT_TRUE(isOld || isNew) << name << " after " << pause.count() << " us, round " << round << ", seed " << kSeed;
+            EXPECT_TRUE(isOld || isNew) << name << " after " << pause.count() << " us, round "
+                                        << round << ", seed " << kSeed;
         }
         for (const auto& [name, content] : old)
             EXPECT_TRUE(seen.contains(name)) << name;

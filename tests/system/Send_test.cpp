@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Sends with the built program: to receivers made by the tests and to a copy of the sample receiver.
+// Sends with the built program: to receivers made by the tests and to a copy of the sample
+// receiver.
+
+#include "platform/System/PrivateMount.h"
+#include "system/Program.h"
+#include "system/Receiver.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
 #include <map>
 #include <sstream>
 
-#include <gmock/gmock.h>
-
 #include <sys/mount.h>
-
-#include "platform/System/PrivateMount.h"
-#include "system/Program.h"
-#include "system/Receiver.h"
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -46,7 +46,8 @@ std::map<std::string, std::string> filesOf(const std::string& folder)
         if (entry.is_directory())
             continue;
         std::ifstream file{entry.path(), std::ios::binary};
-        files[entry.path().lexically_relative(folder).string()] = {std::istreambuf_iterator<char>{file}, {}};
+        files[entry.path().lexically_relative(folder).string()] = {
+            std::istreambuf_iterator<char>{file}, {}};
     }
     return files;
 }
@@ -72,8 +73,8 @@ protected:
     support::TemporaryFolder here_;
 };
 
-// What an acquire tells of one kind, each record as a text within what a sentence can hold: five decimals of a minute, whole
-// metres, and no time without a day.
+// What an acquire tells of one kind, each record as a text within what a sentence can hold: five
+// decimals of a minute, whole metres, and no time without a day.
 std::vector<std::string> recordsOf(const std::string& device, const std::string& event)
 {
     const auto rounded = [](ordered_json point) {
@@ -127,8 +128,11 @@ TEST_F(Send, SampleReceiverSentToAnEmptyOneArrivesWhole)
     const support::TemporaryFolder device;
     for (const char* folder : {"USBTRANS", "My POIs", "Geocaches", "Routes", "Track Logs"})
         device.makeFolder(folder);
-    fs::copy(std::string{kSampleReceiver} + "/USBTRANS", device.path("USBTRANS"), fs::copy_options::recursive);
-    ASSERT_EQ(magellangps({"acquire", "--device", kSampleReceiver, "-o", here_.path("all.gpx")}).status, 0);
+    fs::copy(std::string{kSampleReceiver} + "/USBTRANS", device.path("USBTRANS"),
+             fs::copy_options::recursive);
+    ASSERT_EQ(
+        magellangps({"acquire", "--device", kSampleReceiver, "-o", here_.path("all.gpx")}).status,
+        0);
     const auto ran = send(device.path(), {here_.path("all.gpx")});
     EXPECT_EQ(ran.status, 0) << ran.err;
     for (const char* event : {"wayPoint", "newRoute", "trackPoint"})
@@ -164,12 +168,16 @@ TEST_F(Send, TripIsMergedIntoWhatIsThere)
     receiver.put("Points/Default POI File.upt", present);
     const auto ran = send(receiver.path(), {trip()});
     EXPECT_EQ(ran.status, 0) << ran.err;
-    EXPECT_EQ(ran.out,
-              "make: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\nmake: Caches/Default Geocache File.gs\n"
-              "make: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no icon and becomes \"Waypoint\".\n"
-              "sent: 2 waypoints, 1 route, 1 track; 4 files written and read back\n");
-    EXPECT_EQ(receiver.read("Points/Default POI File.upt"),
-              present + support::sentences({"PMGNWPL,4607.40741,N,00759.25926,E,0000012,M,Summit,windy,a"}) + "$PMGNCMD,END*3D");
+    EXPECT_EQ(ran.out, "make: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\nmake: "
+                       "Caches/Default Geocache File.gs\n"
+                       "make: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no "
+                       "icon and becomes \"Waypoint\".\n"
+                       "sent: 2 waypoints, 1 route, 1 track; 4 files written and read back\n");
+    EXPECT_EQ(
+        receiver.read("Points/Default POI File.upt"),
+        present +
+            support::sentences({"PMGNWPL,4607.40741,N,00759.25926,E,0000012,M,Summit,windy,a"}) +
+            "$PMGNCMD,END*3D");
     EXPECT_EQ(receiver.read("Points/a.upt"), support::sentences({support::kCamp, support::kHut}));
 }
 
@@ -214,7 +222,9 @@ TEST_F(Send, NullSendsNothing)
     const auto before = filesOf(receiver.path());
     const auto ran = send(receiver.path(), {"--data", data("null"), "--events"});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_EQ(ran.out, "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
+    EXPECT_EQ(
+        ran.out,
+        "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
     EXPECT_EQ(filesOf(receiver.path()), before);
 }
 
@@ -231,13 +241,14 @@ TEST_F(Send, BadInputSendsNothing)
 {
     const Receiver receiver;
     const auto before = filesOf(receiver.path());
-    for (const auto& words : std::vector<std::vector<std::string>>{{"--data", data("{\"waypoint\":")},
-                                                                   {"--data", here_.put("list.json", "[]")},
-                                                                   {"--data", here_.path("none.json")},
-                                                                   {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
-                                                                   {trip(), here_.put("no.gpx", "text")},
-                                                                   {here_.path()},
-                                                                   {here_.path("none.gpx")}}) {
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"--data", data("{\"waypoint\":")},
+             {"--data", here_.put("list.json", "[]")},
+             {"--data", here_.path("none.json")},
+             {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
+             {trip(), here_.put("no.gpx", "text")},
+             {here_.path()},
+             {here_.path("none.gpx")}}) {
         const auto ran = send(receiver.path(), words);
         EXPECT_EQ(ran.status, 1);
         EXPECT_THAT(ran.out, IsEmpty());
@@ -249,21 +260,25 @@ TEST_F(Send, BadInputSendsNothing)
 TEST_F(Send, TextsAreMadeReadableAndNamesStayApart)
 {
     const Receiver receiver;
-    const auto file =
-        here_.put("t.gpx", R"(<gpx version="1.1"><wpt lat="46" lon="7"><name>Überschreitung der Haute Route</name></wpt>
+    const auto file = here_.put(
+        "t.gpx",
+        R"(<gpx version="1.1"><wpt lat="46" lon="7"><name>Überschreitung der Haute Route</name></wpt>
 <wpt lat="47" lon="7"><name>Überschreitung der Haute Cime</name><cmt>Москва</cmt></wpt></gpx>)");
     const auto ran = send(receiver.path(), {file});
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_THAT(ran.out, HasSubstr("\"Москва\" becomes \"Moskva\""));
     EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Uberschreitung der H,"));
-    EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Uberschreitung der 2,Moskva,"));
+    EXPECT_THAT(receiver.read("Points/Default POI File.upt"),
+                HasSubstr(",Uberschreitung der 2,Moskva,"));
 }
 
 TEST_F(Send, RecordThatCannotArriveIsStatus1)
 {
     const Receiver receiver;
-    for (const char* json : {R"({"waypoint":[{"name":"A","point":{"latitude":97}}]})", R"({"waypoint":[{"point":{}}]})",
-                             R"({"waypoint":[{"name":"A","point":{"latitude":1}},{"name":"A","point":{"latitude":2}}]})"}) {
+    for (
+        const char* json :
+        {R"({"waypoint":[{"name":"A","point":{"latitude":97}}]})", R"({"waypoint":[{"point":{}}]})",
+         R"({"waypoint":[{"name":"A","point":{"latitude":1}},{"name":"A","point":{"latitude":2}}]})"}) {
         const auto ran = send(receiver.path(), {"--data", data(json)});
         EXPECT_EQ(ran.status, 1) << json;
         EXPECT_THAT(ran.err, HasSubstr("is not on the device."));
@@ -287,10 +302,13 @@ TEST_F(Send, PresentFileThatCannotBeReadIsWarnedOfAndKeptInTheBackup)
     receiver.put("Points/Default POI File.upt", "H\xFCtte");
     const auto ran = send(receiver.path(), {trip()});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, HasSubstr("The backup keeps a copy. Path: " + receiver.path("Points/Default POI File.upt")));
+    EXPECT_THAT(ran.err, HasSubstr("The backup keeps a copy. Path: " +
+                                   receiver.path("Points/Default POI File.upt")));
     EXPECT_THAT(ran.out, HasSubstr("written and read back"));
     const auto kept = filesOf(here_.path("kept"));
-    EXPECT_EQ(std::count_if(kept.begin(), kept.end(), [](const auto& file) { return file.second == "H\xFCtte"; }), 1);
+    EXPECT_EQ(std::count_if(kept.begin(), kept.end(),
+                            [](const auto& file) { return file.second == "H\xFCtte"; }),
+              1);
     EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Summit,"));
 }
 
@@ -310,7 +328,8 @@ TEST_F(Send, FailedBackupStopsTheSend)
 {
     const Receiver receiver;
     const auto before = filesOf(receiver.path());
-    const auto ran = magellangps({"send", trip(), "--device", receiver.path(), "--backup", here_.put("file", "")});
+    const auto ran = magellangps(
+        {"send", trip(), "--device", receiver.path(), "--backup", here_.put("file", "")});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("--no-backup"));
     EXPECT_EQ(filesOf(receiver.path()), before);
@@ -323,7 +342,8 @@ TEST_F(Send, BackupGoesToTheStateFolderBySerialNumber)
     const support::How how{.environment = {"XDG_STATE_HOME=" + here_.path("state")}};
     EXPECT_EQ(magellangps({"send", trip(), "--device", receiver.path()}, how).status, 0);
     EXPECT_TRUE(fs::is_directory(here_.path("state/magellangps/backups/42")));
-    EXPECT_THAT(magellangps({"restore", "--device", receiver.path()}, how).out, testing::StartsWith("Backup "));
+    EXPECT_THAT(magellangps({"restore", "--device", receiver.path()}, how).out,
+                testing::StartsWith("Backup "));
 }
 
 TEST_F(Send, RestorePutsBackWhatWasThere)
@@ -337,7 +357,8 @@ TEST_F(Send, RestorePutsBackWhatWasThere)
         here_.path("kept/42")
         } -> path().filename().string();
     const auto restore = [&](std::vector<std::string> words) {
-        words.insert(words.begin(), {"restore", "--device", receiver.path(), "--backup", here_.path("kept")});
+        words.insert(words.begin(),
+                     {"restore", "--device", receiver.path(), "--backup", here_.path("kept")});
         return magellangps(words);
     };
     EXPECT_THAT(restore({}).out, HasSubstr('\n' + name + "      5 "));
@@ -348,8 +369,10 @@ TEST_F(Send, RestorePutsBackWhatWasThere)
     for (const auto& [file, content] : before)
         EXPECT_EQ(receiver.read(file), content) << file;
     EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2);
-    EXPECT_THAT(restore({name}).out, testing::StartsWith("The device holds what the backup holds.\nleft, "));
-    EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2) << "no backup of what is left as it is";
+    EXPECT_THAT(restore({name}).out,
+                testing::StartsWith("The device holds what the backup holds.\nleft, "));
+    EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2)
+        << "no backup of what is left as it is";
 
     const auto unknown = restore({"20000101T000000Z"});
     EXPECT_EQ(unknown.status, 1);
@@ -378,7 +401,9 @@ TEST_F(Send, ReadOnlyMediumIsTold)
     if (!medium.isMounted())
         GTEST_SKIP() << "no right to mount";
     fs::copy(original.path(), here_.path("device"), fs::copy_options::recursive);
-    ASSERT_EQ(::mount("tmpfs", here_.path("device").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    ASSERT_EQ(
+        ::mount("tmpfs", here_.path("device").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),
+        0);
     const auto before = filesOf(here_.path("device"));
     const auto ran = send(here_.path("device"), {trip()});
     EXPECT_EQ(ran.status, 1);

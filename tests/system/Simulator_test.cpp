@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The simulator as a program: what it prints, how it ends, and what it leaves behind.
 
-#include <array>
-#include <csignal>
-#include <filesystem>
-#include <fstream>
+#include "simulator/LineClient.h"
+#include "support/TemporaryFolder.h"
+#include "system/Program.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "simulator/LineClient.h"
-#include "support/TemporaryFolder.h"
-#include "system/Program.h"
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -30,7 +30,8 @@ Ran simulator(std::vector<std::string> words)
     return support::run(words);
 }
 
-// The program in the background. Its standard output is a pipe, so that its first line can be waited for.
+// The program in the background. Its standard output is a pipe, so that its first line can be
+// waited for.
 class Running {
 public:
     explicit Running(std::vector<std::string> words)
@@ -46,7 +47,8 @@ public:
         posix_spawn_file_actions_t files;
         ::posix_spawn_file_actions_init(&files);
         ::posix_spawn_file_actions_adddup2(&files, pipe[1], 1);
-        const int failure = ::posix_spawn(&child_, arguments.front(), &files, nullptr, arguments.data(), environ);
+        const int failure =
+            ::posix_spawn(&child_, arguments.front(), &files, nullptr, arguments.data(), environ);
         ::posix_spawn_file_actions_destroy(&files);
         ::close(pipe[1]);
         char byte = 0;
@@ -94,7 +96,8 @@ std::vector<nlohmann::json> linesOf(const std::string& path)
 
 TEST(Simulator, ServesAFilesSentences)
 {
-    Running program{{"--handshake", "on", "--speed", "115200", MAGELLAN_SOURCE_DIR "/samples/files/points.upt"}};
+    Running program{{"--handshake", "on", "--speed", "115200",
+                     MAGELLAN_SOURCE_DIR "/samples/files/points.upt"}};
     LineClient client{program.port(), B115200};
     client.say("PMGNCMD,WAYPOINT");
     EXPECT_EQ(client.line(), support::acknowledgement("PMGNCMD,WAYPOINT"));
@@ -133,7 +136,8 @@ TEST(Simulator, EndsWhenItHasHungUp)
 TEST(Simulator, WritesASessionLog)
 {
     const support::TemporaryFolder folder;
-    Running program{{"--once", "--unpaced", "--chatter", "--fault", "ton:delay:1", "--log", folder.path("log")}};
+    Running program{{"--once", "--unpaced", "--chatter", "--fault", "ton:delay:1", "--log",
+                     folder.path("log")}};
     {
         LineClient client{program.port(), B4800};
         client.say("PMGNCMD,HANDON");
@@ -145,11 +149,14 @@ TEST(Simulator, WritesASessionLog)
     std::vector<std::string> events;
     for (const auto& line : linesOf(folder.path("log"))) {
         EXPECT_GE(line.at("time"), 0);
-        EXPECT_EQ(line.at("speed"), line.at("event") == "opened" ? line.at("speed") : nlohmann::json(4800));
-        events.push_back(line.at("event").get<std::string>() + ' ' + line.at("text").get<std::string>());
+        EXPECT_EQ(line.at("speed"),
+                  line.at("event") == "opened" ? line.at("speed") : nlohmann::json(4800));
+        events.push_back(line.at("event").get<std::string>() + ' ' +
+                         line.at("text").get<std::string>());
     }
-    EXPECT_THAT(events, testing::ElementsAre("opened ", "speed ", "received PMGNCMD,HANDON", "received PMGNCMD,TON",
-                                             "fault ton:delay:1", "sent PMGNCSM,27", "sent PMGNMSG,TON", "closed "));
+    EXPECT_THAT(events, testing::ElementsAre("opened ", "speed ", "received PMGNCMD,HANDON",
+                                             "received PMGNCMD,TON", "fault ton:delay:1",
+                                             "sent PMGNCSM,27", "sent PMGNMSG,TON", "closed "));
 }
 
 TEST(Simulator, MakesALinkAndTakesItAway)
@@ -227,8 +234,8 @@ TEST(Simulator, ExplainsItself)
     const auto help = simulator({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.err, IsEmpty());
-    for (const auto* told : {"--speed", "--handshake", "--unpaced", "--chatter", "--once", "--fault", "--log", "--link",
-                             "baud-back", "hang-up", "gave-up"})
+    for (const auto* told : {"--speed", "--handshake", "--unpaced", "--chatter", "--once",
+                             "--fault", "--log", "--link", "baud-back", "hang-up", "gave-up"})
         EXPECT_THAT(help.out, HasSubstr(told));
     EXPECT_THAT(simulator({"--version"}).out, StartsWith("magellangps-simulator 1."));
 }

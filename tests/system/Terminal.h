@@ -3,20 +3,24 @@
 
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "support/PseudoTerminal.h"
 #include "system/Program.h"
+
+#include <string>
+#include <string_view>
 
 namespace support {
 
 class Terminal : public PseudoTerminal {
 public:
     /// A program's standard error stream on this terminal. Lasts as long as it.
-    [[nodiscard]] How forErrors() const { return {.environment = {}, .standardError = path().c_str()}; }
+    [[nodiscard]] How forErrors() const
+    {
+        return {.environment = {}, .standardError = path().c_str()};
+    }
 
-    /// What has been shown, up to the next place with this text and with it, or as far as anything comes.
+    /// What has been shown, up to the next place with this text and with it, or as far as anything
+    /// comes.
     [[nodiscard]] std::string readTo(std::string_view text) const
     {
         std::string shown;

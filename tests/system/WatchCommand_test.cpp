@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
 // `watch` with the built program, on receivers that are there from the start.
 
+#include "system/Program.h"
+#include "system/Receiver.h"
+#include "system/Running.h"
+
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <sys/wait.h>
-
-#include "system/Program.h"
-#include "system/Receiver.h"
-#include "system/Running.h"
 
 namespace {
 
@@ -27,9 +28,12 @@ protected:
     /// `watch` with these words behind it, and a state folder of the test's own.
     [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const
     {
-        std::vector<std::string> all{
-            "/usr/bin/env",  "XDG_STATE_HOME=" + state_.path(), MAGELLAN_BIN_DIR "/magellangps", "watch", "--into",
-            out_.path("gps")};
+        std::vector<std::string> all{"/usr/bin/env",
+                                     "XDG_STATE_HOME=" + state_.path(),
+                                     MAGELLAN_BIN_DIR "/magellangps",
+                                     "watch",
+                                     "--into",
+                                     out_.path("gps")};
         all.insert(all.end(), options.begin(), options.end());
         return all;
     }
@@ -51,7 +55,9 @@ protected:
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator{out_.path("gps")})
             names.push_back(entry.path().filename().string());
-        const auto isHidden = [](const std::string& name) { return name.front() == '.'; }; // not whole yet, or about to go
+        const auto isHidden = [](const std::string& name) {
+            return name.front() == '.';
+        }; // not whole yet, or about to go
         names.erase(std::remove_if(names.begin(), names.end(), isHidden), names.end());
         return names;
     }
@@ -64,13 +70,15 @@ protected:
 TEST_F(WatchCommand, SavesAReceiverThatIsThereIntoItsOwnFileAndEndsWithStatus0)
 {
     const auto printed = watchUntil("\nsaved: ");
-    EXPECT_THAT(printed, StartsWith("watching: what is saved goes to " + out_.path("gps") + "\nappeared: Magellan device 42, " +
-                                    receiver_.path() + "\nsaved: " + out_.path("gps/42-")));
+    EXPECT_THAT(printed, StartsWith("watching: what is saved goes to " + out_.path("gps") +
+                                    "\nappeared: Magellan device 42, " + receiver_.path() +
+                                    "\nsaved: " + out_.path("gps/42-")));
     EXPECT_THAT(printed, HasSubstr(".gpx: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
     ASSERT_THAT(files(), SizeIs(1));
     EXPECT_THAT(files().front(), testing::MatchesRegex("42-[0-9]{8}T[0-9]{6}Z[.]gpx"));
     EXPECT_THAT(out_.read("gps/" + files().front()), HasSubstr("</gpx>"));
-    EXPECT_TRUE(std::filesystem::is_empty(state_.path())) << "without --new-only nothing is remembered";
+    EXPECT_TRUE(std::filesystem::is_empty(state_.path()))
+        << "without --new-only nothing is remembered";
 }
 
 TEST_F(WatchCommand, EverySignalToEndIsObeyed)
@@ -88,7 +96,8 @@ TEST_F(WatchCommand, DriverThatIsNotThereIsTold)
 {
     support::Running watching{words({"--driver", "magelan"})};
     EXPECT_THAT(watching.readUntil("note: "), HasSubstr("watching: "));
-    EXPECT_THAT(watching.readUntil("are: "), HasSubstr("\nnote: There is no driver \"magelan\" so far. The drivers are: "));
+    EXPECT_THAT(watching.readUntil("are: "),
+                HasSubstr("\nnote: There is no driver \"magelan\" so far. The drivers are: "));
     EXPECT_THAT(watchUntil("\nsaved: ", {"--driver", "magellan"}), Not(HasSubstr("note: ")));
 }
 
@@ -110,7 +119,8 @@ TEST_F(WatchCommand, FormatIsAsNamed)
     (void)watchUntil("\nsaved: ", {"--format", "jsonl"});
     ASSERT_THAT(files(), SizeIs(1));
     EXPECT_THAT(files().front(), testing::EndsWith("Z.jsonl"));
-    EXPECT_THAT(out_.read("gps/" + files().front()), HasSubstr(R"({"event":"newTrack","track":{"name":"Day 1"}})"));
+    EXPECT_THAT(out_.read("gps/" + files().front()),
+                HasSubstr(R"({"event":"newTrack","track":{"name":"Day 1"}})"));
 }
 
 TEST_F(WatchCommand, NewOnlySavesNothingTwiceAndWhatIsNewAlone)
@@ -120,8 +130,10 @@ TEST_F(WatchCommand, NewOnlySavesNothingTwiceAndWhatIsNewAlone)
                 HasSubstr("\nnothing new: Magellan device 42, " + receiver_.path() + "\n"));
     EXPECT_THAT(files(), SizeIs(1));
 
-    receiver_.put("Points/b.upt", support::sentences({"PMGNWPL,4600.00000,N,00715.00000,E,0000000,M,Well,,a"}));
-    EXPECT_THAT(watchUntil("\nsaved: ", {"--new-only", "--format", "jsonl"}), HasSubstr(".jsonl: 1 waypoint\n"));
+    receiver_.put("Points/b.upt",
+                  support::sentences({"PMGNWPL,4600.00000,N,00715.00000,E,0000000,M,Well,,a"}));
+    EXPECT_THAT(watchUntil("\nsaved: ", {"--new-only", "--format", "jsonl"}),
+                HasSubstr(".jsonl: 1 waypoint\n"));
     EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}), HasSubstr("\nnothing new: "));
 }
 
@@ -130,8 +142,10 @@ TEST_F(WatchCommand, DamagedListOfWhatIsKnownIsPutAsideAndEverythingIsNewAgain)
     (void)watchUntil("\nsaved: ", {"--new-only"});
     state_.put("magellangps/watch/42.txt", "damage");
     const auto printed = watchUntil("\nsaved: ", {"--new-only", "--format", "jsonl"});
-    EXPECT_THAT(printed, HasSubstr("\nnote: The list of what was saved before cannot be read, so everything counts as new."));
-    EXPECT_THAT(printed, HasSubstr(".jsonl: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
+    EXPECT_THAT(printed, HasSubstr("\nnote: The list of what was saved before cannot be read, so "
+                                   "everything counts as new."));
+    EXPECT_THAT(printed,
+                HasSubstr(".jsonl: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
     EXPECT_EQ(state_.read("magellangps/watch/42.txt.damaged"), "damage");
     EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}), Not(HasSubstr("note: ")));
 }
@@ -140,7 +154,8 @@ TEST_F(WatchCommand, EmptyReceiverMakesNoFile)
 {
     for (const char* folder : {"Points", "Caches", "Ways", "Tracks"})
         std::filesystem::remove_all(receiver_.path(folder));
-    EXPECT_THAT(watchUntil("\nnothing to save: "), HasSubstr("\nnothing to save: Magellan device 42, "));
+    EXPECT_THAT(watchUntil("\nnothing to save: "),
+                HasSubstr("\nnothing to save: Magellan device 42, "));
     EXPECT_THAT(files(), IsEmpty());
 }
 
@@ -148,7 +163,8 @@ TEST_F(WatchCommand, FilesThatCannotBeReadYetAreTriedAgain)
 {
     receiver_.put("Tracks/a.log", "\xFF\r\n"); // as a volume that is not whole yet may show it
     support::Running watching{words({"--test-folder", receiver_.path()})};
-    EXPECT_THAT(watching.readUntil(" Trying again.\n"), HasSubstr("\nfailed: Magellan device 42, " + receiver_.path() + ": "));
+    EXPECT_THAT(watching.readUntil(" Trying again.\n"),
+                HasSubstr("\nfailed: Magellan device 42, " + receiver_.path() + ": "));
     EXPECT_THAT(files(), IsEmpty());
     receiver_.put("Tracks/a.log", support::sentences({support::kFirstFix}));
     EXPECT_THAT(watching.readUntil("\nsaved: "), HasSubstr("\nsaved: "));
@@ -160,8 +176,10 @@ TEST_F(WatchCommand, WhatCanBeReadIsSavedInTheEndAndOthersAreNotHeldUp)
     const support::Receiver other;
     other.put("USBTRANS/UNIT_ID.DAT", "Serial Number=43\r\n");
     receiver_.put("Tracks/b.log", "\xFF\r\n");
-    support::Running watching{words({"--new-only", "--test-folder", receiver_.path(), "--test-folder", other.path()})};
-    EXPECT_THAT(watching.readUntil("gps/43-"), HasSubstr(" Trying again.\nsaved: " + out_.path("gps/43-")));
+    support::Running watching{
+        words({"--new-only", "--test-folder", receiver_.path(), "--test-folder", other.path()})};
+    EXPECT_THAT(watching.readUntil("gps/43-"),
+                HasSubstr(" Trying again.\nsaved: " + out_.path("gps/43-")));
     const auto printed = watching.readUntil("saved: " + out_.path("gps/42"));
     EXPECT_THAT(printed, HasSubstr("saved: " + out_.path("gps/42")));
     EXPECT_THAT(files(), SizeIs(2));
@@ -177,7 +195,8 @@ TEST_F(WatchCommand, FolderThatCannotBeWrittenIsAnErrorAtOnce)
 
 TEST_F(WatchCommand, NewOnlyNeedsAPlaceToRememberIn)
 {
-    const auto ran = support::run({"/usr/bin/env", "-i", MAGELLAN_BIN_DIR "/magellangps", "watch", "--new-only"});
+    const auto ran = support::run(
+        {"/usr/bin/env", "-i", MAGELLAN_BIN_DIR "/magellangps", "watch", "--new-only"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("XDG_STATE_HOME"));
 }

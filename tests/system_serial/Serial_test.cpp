@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Downloads from a serial line: the built program against the built simulator.
 
-#include <algorithm>
-#include <filesystem>
-
-#include <gmock/gmock.h>
-#include <sys/file.h>
-
 #include "support/PseudoTerminal.h"
 #include "support/TemporaryFolder.h"
 #include "system/Terminal.h"
 #include "system_serial/Simulator.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include <sys/file.h>
 
 namespace {
 
@@ -37,12 +38,14 @@ TEST(Serial, DownloadHoldsEverythingThatTheReceiverHas)
 {
     const TemporaryFolder folder;
     const Simulator simulator;
-    const auto ran = magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx"), "--summary"});
+    const auto ran = magellangps(
+        {"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx"), "--summary"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(ran.err, IsEmpty());
     const auto gpx = folder.read("x.gpx");
-    const auto mounted = magellangps(
-        {"acquire", "--device", MAGELLAN_SOURCE_DIR "/samples/receiver", "-o", folder.path("mounted.gpx"), "--summary"});
+    const auto mounted =
+        magellangps({"acquire", "--device", MAGELLAN_SOURCE_DIR "/samples/receiver", "-o",
+                     folder.path("mounted.gpx"), "--summary"});
     EXPECT_EQ(mounted.status, 0);
     EXPECT_EQ(countOf(gpx, "<trkpt "), countOf(folder.read("mounted.gpx"), "<trkpt "));
     EXPECT_EQ(countOf(gpx, "<rtept "), countOf(folder.read("mounted.gpx"), "<rtept "));
@@ -52,22 +55,34 @@ TEST(Serial, DownloadHoldsEverythingThatTheReceiverHas)
 TEST(Serial, EventsAreTheSessionsCallsInOrder)
 {
     const Simulator simulator;
-    const auto ran = magellangps({"acquire", "--device", simulator.path(), "--events", "--no-routes"});
+    const auto ran =
+        magellangps({"acquire", "--device", simulator.path(), "--events", "--no-routes"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(ran.err, IsEmpty());
-    EXPECT_THAT(ran.out, StartsWith("{\"event\":\"gpsStateChange\",\"state\":1}\n{\"event\":\"startTransfer\",\"kind\":3}\n"
-                                    "{\"event\":\"wayPoint\","));
-    EXPECT_THAT(ran.out, HasSubstr("{\"event\":\"endTransfer\",\"kind\":3}\n{\"event\":\"startTransfer\",\"kind\":1}\n"
-                                   "{\"event\":\"newTrack\","));
-    EXPECT_THAT(ran.out, EndsWith("{\"event\":\"endTransfer\",\"kind\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
-                                  "{\"event\":\"result\",\"error\":null}\n"));
+    EXPECT_THAT(
+        ran.out,
+        StartsWith(
+            "{\"event\":\"gpsStateChange\",\"state\":1}\n{\"event\":\"startTransfer\",\"kind\":3}\n"
+            "{\"event\":\"wayPoint\","));
+    EXPECT_THAT(
+        ran.out,
+        HasSubstr(
+            "{\"event\":\"endTransfer\",\"kind\":3}\n{\"event\":\"startTransfer\",\"kind\":1}\n"
+            "{\"event\":\"newTrack\","));
+    EXPECT_THAT(
+        ran.out,
+        EndsWith(
+            "{\"event\":\"endTransfer\",\"kind\":1}\n{\"event\":\"gpsStateChange\",\"state\":0}\n"
+            "{\"event\":\"result\",\"error\":null}\n"));
 }
 
 TEST(Serial, LinkToThePortWillDo)
 {
     const TemporaryFolder folder;
-    const Simulator simulator{{"--link", folder.path("receiver"), "--speed", "115200", "--handshake", "on"}};
-    const auto ran = magellangps({"acquire", "--device", folder.path("receiver"), "--options", R"({"tracks":true})"});
+    const Simulator simulator{
+        {"--link", folder.path("receiver"), "--speed", "115200", "--handshake", "on"}};
+    const auto ran = magellangps(
+        {"acquire", "--device", folder.path("receiver"), "--options", R"({"tracks":true})"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(ran.out, HasSubstr("Total"));
     EXPECT_THAT(ran.err, IsEmpty());
@@ -78,10 +93,11 @@ TEST(Serial, ReceiverThatGoesAwayLeavesAPartialFile)
     const TemporaryFolder folder;
     folder.put("x.gpx", "old");
     const Simulator simulator{{"--fault", "track-data:hang-up:3"}};
-    const auto ran = magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")});
+    const auto ran =
+        magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, AllOf(HasSubstr("The connection to the receiver broke off"), HasSubstr("The port is gone."),
-                               HasSubstr("x.partial.gpx")));
+    EXPECT_THAT(ran.err, AllOf(HasSubstr("The connection to the receiver broke off"),
+                               HasSubstr("The port is gone."), HasSubstr("x.partial.gpx")));
     EXPECT_EQ(folder.read("x.gpx"), "old");
     EXPECT_THAT(folder.read("x.partial.gpx"), AllOf(HasSubstr("<wpt "), EndsWith("</gpx>\n")));
 }
@@ -91,11 +107,14 @@ TEST(Serial, TerminalShowsThePhasesAndTheSpeed)
     const TemporaryFolder folder;
     const support::Terminal terminal;
     const Simulator simulator{{"--fault", "version:delay:500", "--fault", "track-data:delay:600"}};
-    const auto ran = magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")}, terminal.forErrors());
+    const auto ran =
+        magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")},
+                    terminal.forErrors());
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(terminal.readTo("\r\033[K"),
-                AllOf(HasSubstr("looking for a receiver at " + simulator.path() + ": 0 s, "), HasSubstr(" bytes at 4800 bit/s"),
-                      HasSubstr("tracks: 0 s, "), HasSubstr(" at 115200 bit/s")));
+                AllOf(HasSubstr("looking for a receiver at " + simulator.path() + ": 0 s, "),
+                      HasSubstr(" bytes at 4800 bit/s"), HasSubstr("tracks: 0 s, "),
+                      HasSubstr(" at 115200 bit/s")));
 }
 
 TEST(Serial, SilentLineIsSaidToBeOne)
@@ -110,14 +129,19 @@ TEST(Serial, SendIsRunThoughTheDriverCannot)
 {
     const TemporaryFolder folder;
     const PseudoTerminal line;
-    const auto file = folder.put("d.json", R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7.25}}]})");
+    const auto file = folder.put(
+        "d.json", R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7.25}}]})");
     const auto ran = magellangps({"send", "--data", file, "--device", line.path(), "--events"});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_EQ(ran.out, "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
-    EXPECT_EQ(ran.err,
-              "note: The driver magellan-serial cannot send: nothing will be written to the device.\n"
-              "magellangps: The driver magellan-serial cannot send. Connect a receiver that mounts as a disk, or name its place "
-              "with --device. Missing: waypoints.\n");
+    EXPECT_EQ(
+        ran.out,
+        "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
+    EXPECT_EQ(
+        ran.err,
+        "note: The driver magellan-serial cannot send: nothing will be written to the device.\n"
+        "magellangps: The driver magellan-serial cannot send. Connect a receiver that mounts as a "
+        "disk, or name its place "
+        "with --device. Missing: waypoints.\n");
 }
 
 TEST(Serial, PortHasNoBackups)
@@ -138,14 +162,18 @@ TEST(Serial, PortThatCannotBeOpenedSaysWhyBesideThePlugInsWords)
 {
     const PseudoTerminal busy;
     ASSERT_EQ(::flock(busy.otherProgram(), LOCK_EX), 0);
-    for (const auto& [what, port, why] : std::vector<Refusal>{{"busy", busy.path(), "Another program has the port open."},
-                                                              {"gone", "/dev/tty-of-magellan-tests", "The port is gone."},
-                                                              {"no port", "/dev/null", "This is no serial port."}}) {
+    for (const auto& [what, port, why] :
+         std::vector<Refusal>{{"busy", busy.path(), "Another program has the port open."},
+                              {"gone", "/dev/tty-of-magellan-tests", "The port is gone."},
+                              {"no port", "/dev/null", "This is no serial port."}}) {
         const auto ran = magellangps({"acquire", "--device", port, "--events"});
         EXPECT_EQ(ran.status, 1) << what;
-        EXPECT_THAT(ran.out, AllOf(HasSubstr("{\"event\":\"error\",\"error\":{\"domain\":"), Not(HasSubstr("startTransfer"))));
-        EXPECT_THAT(ran.err, StartsWith("magellangps: Couldn't open communications port " + port +
-                                        ". The port might be in use by another program.\nmagellangps: " + why))
+        EXPECT_THAT(ran.out, AllOf(HasSubstr("{\"event\":\"error\",\"error\":{\"domain\":"),
+                                   Not(HasSubstr("startTransfer"))));
+        EXPECT_THAT(
+            ran.err,
+            StartsWith("magellangps: Couldn't open communications port " + port +
+                       ". The port might be in use by another program.\nmagellangps: " + why))
             << what;
     }
 }
@@ -154,8 +182,9 @@ TEST(Serial, DevicesListAPortThatTheUserHasNamed)
 {
     const TemporaryFolder home;
     const PseudoTerminal line;
-    home.put("com.Orvane.GPSPlugin/defaults.plist", "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>" +
-                                                        line.path() + "</string></array></dict></plist>");
+    home.put("com.Orvane.GPSPlugin/defaults.plist",
+             "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>" +
+                 line.path() + "</string></array></dict></plist>");
     const auto ran = magellangps({"devices"}, {.environment = {"XDG_CONFIG_HOME=" + home.path()}});
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(ran.out, AllOf(HasSubstr("magellan-serial"), HasSubstr(line.path())));

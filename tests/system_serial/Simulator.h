@@ -3,18 +3,19 @@
 
 #pragma once
 
+#include "system/Running.h"
+
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "system/Running.h"
 
 namespace support {
 
 class Simulator : public Running {
 public:
     /// @param options  further words for its command line
-    explicit Simulator(std::vector<std::string> options = {}) : Running(wordsWith(std::move(options)))
+    explicit Simulator(std::vector<std::string> options = {})
+        : Running(wordsWith(std::move(options)))
     {
         const auto& printed = readUntil("\n");
         path_ = printed.substr(0, printed.find('\n'));
@@ -26,8 +27,8 @@ public:
 private:
     static std::vector<std::string> wordsWith(std::vector<std::string> options)
     {
-        std::vector<std::string> words{MAGELLAN_BIN_DIR "/magellangps-simulator", MAGELLAN_SOURCE_DIR "/samples/receiver",
-                                       "--unpaced"};
+        std::vector<std::string> words{MAGELLAN_BIN_DIR "/magellangps-simulator",
+                                       MAGELLAN_SOURCE_DIR "/samples/receiver", "--unpaced"};
         words.insert(words.end(), options.begin(), options.end());
         return words;
     }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The built program on a machine without volumes and serial ports, which a test cannot be sure to run on.
-
-#include <filesystem>
+// The built program on a machine without volumes and serial ports, which a test cannot be sure to
+// run on.
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 #include <platform_udev/Testbed.h>
 #include <system/Program.h>
@@ -24,16 +25,20 @@ protected:
 
 TEST_F(NoDevice, NothingReadyIsStatus3AndNoFile)
 {
-    const auto ran = magellangps({"acquire", "--test-folder", folder_.path(), "-o", folder_.path("a.gpx")});
+    const auto ran =
+        magellangps({"acquire", "--test-folder", folder_.path(), "-o", folder_.path("a.gpx")});
     EXPECT_EQ(ran.status, 3);
     EXPECT_THAT(ran.out, IsEmpty());
-    EXPECT_THAT(ran.err, AllOf(HasSubstr("magellangps devices"), HasSubstr("serial port"), HasSubstr("mounted")));
+    EXPECT_THAT(ran.err, AllOf(HasSubstr("magellangps devices"), HasSubstr("serial port"),
+                               HasSubstr("mounted")));
     EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
 }
 
 TEST_F(NoDevice, SendAndRestoreAreStatus3)
 {
-    const auto trip = folder_.put("trip.gpx", "<gpx version=\"1.1\"><wpt lat=\"46.5\" lon=\"7.25\"><name>A</name></wpt></gpx>");
+    const auto trip = folder_.put(
+        "trip.gpx",
+        "<gpx version=\"1.1\"><wpt lat=\"46.5\" lon=\"7.25\"><name>A</name></wpt></gpx>");
     EXPECT_EQ(magellangps({"send", trip}).status, 3);
     EXPECT_EQ(magellangps({"restore"}).status, 3);
 }
@@ -43,7 +48,8 @@ TEST_F(NoDevice, SerialDriverIsOfferedOnlyForAPortThatIsNamed)
     const auto without = magellangps({"acquire", "--driver", "magellan-serial"});
     EXPECT_EQ(without.status, 3);
     EXPECT_THAT(without.err, HasSubstr("only while there is a port"));
-    EXPECT_EQ(magellangps({"acquire", "--driver", "magellan-serial", "--device", "/dev/gone"}).status, 1);
+    EXPECT_EQ(
+        magellangps({"acquire", "--driver", "magellan-serial", "--device", "/dev/gone"}).status, 1);
 }
 
 TEST_F(NoDevice, DevicesSayWhatWasLookedFor)
@@ -56,12 +62,15 @@ TEST_F(NoDevice, DevicesOfBothDriversAreATable)
 {
     const support::Receiver receiver;
     folder_.put("com.Orvane.GPSPlugin/defaults.plist",
-                "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>/dev/x</string></array></dict></plist>");
+                "<plist "
+                "version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>/dev/x</string></"
+                "array></dict></plist>");
     const support::How how{.environment = {"XDG_CONFIG_HOME=" + folder_.path()}};
     EXPECT_EQ(magellangps({"devices", "--test-folder", receiver.path()}, how).out,
               "   Driver           Device              Authorized  Location\n"
               "*  magellan         Magellan device 42  yes         " +
-                  receiver.path() + "\n*  magellan-serial  /dev/x                          /dev/x\n");
+                  receiver.path() +
+                  "\n*  magellan-serial  /dev/x                          /dev/x\n");
 }
 
 } // namespace

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // `watch` with the built program, on a mocked device tree: receivers that come, go and come again.
 
+#include <gmock/gmock.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
 #include <platform_udev/Testbed.h>
+#include <sys/wait.h>
 #include <system/Program.h>
 #include <system/Receiver.h>
 #include <system/Running.h>
@@ -29,15 +29,17 @@ protected:
 
     [[nodiscard]] support::Running watch(const std::string& option = "-q") const
     {
-        return support::Running{{"/usr/bin/env", "XDG_STATE_HOME=" + state_.path(), MAGELLAN_BIN_DIR "/magellangps", "watch",
-                                 "--into", out_.path(), option}};
+        return support::Running{{"/usr/bin/env", "XDG_STATE_HOME=" + state_.path(),
+                                 MAGELLAN_BIN_DIR "/magellangps", "watch", "--into", out_.path(),
+                                 option}};
     }
 
-    /// Announces the stick again and again, since an event may be lost between two programs, until something more than before
-    /// is printed that holds the text. @return  what is new
+    /// Announces the stick again and again, since an event may be lost between two programs, until
+    /// something more than before is printed that holds the text. @return  what is new
     std::string announceUntil(support::Running& watching, const std::string& text)
     {
-        for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150; ++tries)
+        for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150;
+             ++tries)
             testbed_.announceStick("change");
         const auto printed = watching.readUntil("\n").substr(seen_);
         seen_ += printed.size();
@@ -56,9 +58,11 @@ TEST_F(WatchedVolumes, ReceiverThatComesIsSavedOnceAndAgainWhenItComesAgain)
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("watching: "), Not(HasSubstr("appeared")));
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
-    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: Magellan device 42, " + receiver_.path() + "\n"));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "),
+                HasSubstr("appeared: Magellan device 42, " + receiver_.path() + "\n"));
     testbed_.mount("");
-    EXPECT_THAT(announceUntil(watching, "gone: "), Not(HasSubstr("saved: "))) << "once while it stayed";
+    EXPECT_THAT(announceUntil(watching, "gone: "), Not(HasSubstr("saved: ")))
+        << "once while it stayed";
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("appeared: "));
     const int status = watching.end(SIGTERM);
@@ -70,7 +74,8 @@ TEST_F(WatchedVolumes, ReceiverThatComesAgainHasNothingNew)
     auto watching = watch("--new-only");
     watching.readUntil("watching: ");
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
-    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr(": 2 waypoints, 1 geocache, 1 route, 1 track (2 points)"));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "),
+                HasSubstr(": 2 waypoints, 1 geocache, 1 route, 1 track (2 points)"));
     testbed_.mount("");
     (void)announceUntil(watching, "gone: ");
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
@@ -90,9 +95,12 @@ TEST_F(WatchedVolumes, VolumeThatIsFilledOnlyAfterItsMountIsSeenWithoutAnotherEv
 TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
 {
     const std::string port = "/devices/pci0/usb2/2-1/2-1:1.0/ttyUSB0";
-    testbed_.add(
-        "P: " + port + "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\nP: " + port +
-        "/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\nE: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
+    testbed_.add("P: " + port +
+                 "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: "
+                 "SUBSYSTEM=usb-serial\n\nP: " +
+                 port +
+                 "/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\nE: "
+                 "MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("\nsaved: "), Not(HasSubstr("ttyUSB0")));
@@ -114,22 +122,27 @@ TEST_F(WatchedVolumes, DevicesAreExplained)
 {
     const support::TemporaryFolder empty;
     testbed_.mount(testbed_.mountLine("8:1", "/") + testbed_.mountLine("0:5", "/proc") +
-                   testbed_.mountLine("8:17", receiver_.path()) + testbed_.mountLine("8:17", empty.path()));
-    const auto ran = support::magellangps({"devices", "--explain"},
-                                          {.environment = {"LD_PRELOAD=" + std::string{std::getenv("LD_PRELOAD")},
-                                                           "UMOCKDEV_DIR=" + std::string{std::getenv("UMOCKDEV_DIR")}}});
+                   testbed_.mountLine("8:17", receiver_.path()) +
+                   testbed_.mountLine("8:17", empty.path()));
+    const auto ran = support::magellangps(
+        {"devices", "--explain"},
+        {.environment = {"LD_PRELOAD=" + std::string{std::getenv("LD_PRELOAD")},
+                         "UMOCKDEV_DIR=" + std::string{std::getenv("UMOCKDEV_DIR")}}});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_THAT(ran.out,
-                HasSubstr("\n\nmagellan:\n"
-                          "  " +
-                          receiver_.path() +
-                          " (removable volume), taken: It is a receiver: Magellan device 42.\n"
-                          "  " +
-                          empty.path() +
-                          " (removable volume), not taken: It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver.\n"
-                          "  / (built-in volume), passed over: Receivers mount as removable volumes.\n"
-                          "  /proc (volume without a disk behind it), passed over: Receivers mount as removable volumes.\n"
-                          "No serial port was found."));
+    EXPECT_THAT(
+        ran.out,
+        HasSubstr("\n\nmagellan:\n"
+                  "  " +
+                  receiver_.path() +
+                  " (removable volume), taken: It is a receiver: Magellan device 42.\n"
+                  "  " +
+                  empty.path() +
+                  " (removable volume), not taken: It has no file USBTRANS/UNIT_ID.DAT, so it is "
+                  "no receiver.\n"
+                  "  / (built-in volume), passed over: Receivers mount as removable volumes.\n"
+                  "  /proc (volume without a disk behind it), passed over: Receivers mount as "
+                  "removable volumes.\n"
+                  "No serial port was found."));
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The built program on a mocked device tree: which volumes it lists, and that it sees them come.
 
-#include <string>
-
 #include <gmock/gmock.h>
+
+#include <string>
 
 #include <platform_udev/Testbed.h>
 #include <system/Receiver.h>
@@ -16,7 +16,10 @@ constexpr int kTries = 150; // half a minute
 /// `magellangps devices --watch`.
 class Watching : public support::Running {
 public:
-    Watching() : Running({MAGELLAN_BIN_DIR "/magellangps", "devices", "--watch"}) { first_ = readUntil("\n").size(); }
+    Watching() : Running({MAGELLAN_BIN_DIR "/magellangps", "devices", "--watch"})
+    {
+        first_ = readUntil("\n").size();
+    }
 
     /// What it has printed after the first look.
     std::string since() { return read().substr(first_); }
@@ -36,9 +39,11 @@ void addPort(const support::Testbed& testbed, int number)
     const auto name = "ttyUSB" + std::to_string(number);
     const auto minor = std::to_string(number);
     const std::string above = "/devices/pci0/usb2/2-1/2-1:1.0/" + name;
-    testbed.add("P: " + above + "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\n" +
-                "P: " + portDevice(number) + "\nN: " + name + "\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/" + name +
-                "\nE: MAJOR=188\nE: MINOR=" + minor + "\nA: dev=188:" + minor + "\\n\n");
+    testbed.add(
+        "P: " + above +
+        "\nL: driver=../../../../../../bus/usb-serial/drivers/pl2303\nE: SUBSYSTEM=usb-serial\n\n" +
+        "P: " + portDevice(number) + "\nN: " + name + "\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/" +
+        name + "\nE: MAJOR=188\nE: MINOR=" + minor + "\nA: dev=188:" + minor + "\\n\n");
 }
 
 TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
@@ -53,7 +58,9 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
 
     support::Testbed::mount(support::Testbed::mountLine("8:17", receiver.path()));
     // Announced again and again, since an event may be lost between two programs.
-    for (int tries = 0; watching.since().find("Magellan device 42") == std::string::npos && tries < kTries; ++tries)
+    for (int tries = 0;
+         watching.since().find("Magellan device 42") == std::string::npos && tries < kTries;
+         ++tries)
         testbed.announceStick("add");
     EXPECT_THAT(watching.read(), testing::HasSubstr("Magellan device 42"));
     EXPECT_THAT(watching.read(), testing::HasSubstr(receiver.path()));
@@ -62,12 +69,14 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
 TEST(Watch, FollowsAPortThoughThereWasNoneAtTheStart)
 {
     const support::Testbed testbed;
-    testbed.add("P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // no port, but good for an event
+    testbed.add(
+        "P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // no port, but good for an event
     support::Testbed::mount("");
     Watching watching;
     EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
     const auto waitFor = [&](const std::string& text) {
-        for (int tries = 0; watching.since().find(text) == std::string::npos && tries < kTries; ++tries)
+        for (int tries = 0; watching.since().find(text) == std::string::npos && tries < kTries;
+             ++tries)
             testbed.announce("/devices/virtual/tty/console", "change");
         EXPECT_THAT(watching.since(), testing::HasSubstr(text));
     };

@@ -2,15 +2,15 @@
 
 #include "Conversation.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <utility>
-
 #include "Damage.h"
 #include "Receiver.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -44,8 +44,11 @@ int askedSpeed(std::string_view body)
 {
     const auto number = body.substr(kBaudPrefix.size());
     int speed = 0;
-    const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), speed);
-    return failure == std::errc{} && end == number.data() + number.size() && isLineSpeed(speed) ? speed : 0;
+    const auto [end, failure] =
+        std::from_chars(number.data(), number.data() + number.size(), speed);
+    return failure == std::errc{} && end == number.data() + number.size() && isLineSpeed(speed)
+               ? speed
+               : 0;
 }
 
 Outgoing outgoing(const std::string& body, const Fault* fault, Clock::time_point earliest)
@@ -86,7 +89,8 @@ void Conversation::take(const ArrivedLine& line)
     const std::string_view text{line.text};
     const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(text);
     if (!body || line.speed != speed_) {
-        log_.add(LogKind::kUnreadable, text.substr(0, text.find_last_not_of('\r') + 1), line.speed, line.when);
+        log_.add(LogKind::kUnreadable, text.substr(0, text.find_last_not_of('\r') + 1), line.speed,
+                 line.when);
         return;
     }
     log_.add(LogKind::kReceived, *body, line.speed, line.when);
@@ -110,7 +114,8 @@ std::optional<Step> Conversation::stepOf(std::string_view body) const
 {
     if (startsWith(body, kBaudPrefix))
         return closing_ ? Step::kBaudBack : Step::kBaud;
-    const auto* const found = std::find_if(kCommands.begin(), kCommands.end(), [=](const auto& row) { return row.name == body; });
+    const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),
+                                           [=](const auto& row) { return row.name == body; });
     return found == kCommands.end() ? std::nullopt : std::optional{found->value};
 }
 
@@ -143,7 +148,8 @@ const Fault* Conversation::takeFault(Step step)
     return nullptr;
 }
 
-// Logs a fault and does what is more than damage to a sentence. @return  whether the receiver goes on as it would have
+// Logs a fault and does what is more than damage to a sentence. @return  whether the receiver goes
+// on as it would have
 bool Conversation::happens(const Fault& fault, std::string_view sentence, Clock::time_point when)
 {
     log_.add(LogKind::kFault, describe(fault), speed_, when);
@@ -168,7 +174,8 @@ bool Conversation::happens(const Fault& fault, std::string_view sentence, Clock:
 void Conversation::act(Step step, std::string_view body, const Fault* fault, Clock::time_point when)
 {
     std::vector<std::string> bodies;
-    if (handshake_ || isBaud(step)) // a change of speed is always told: the other side has to follow it
+    if (handshake_ ||
+        isBaud(step)) // a change of speed is always told: the other side has to follow it
         bodies.push_back(acknowledgementOf(body));
     const auto start = [&](Step dataStep, const std::vector<std::string>& sentences) {
         phase_.emplace(dataStep, sentences, settings_.faults, when, handshake_);
@@ -206,7 +213,8 @@ void Conversation::act(Step step, std::string_view body, const Fault* fault, Clo
 }
 
 // The first sentence has the fault; a new speed comes after the last.
-void Conversation::answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed, Clock::time_point when)
+void Conversation::answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
+                          Clock::time_point when)
 {
     if (fault != nullptr && fault->kind == FaultKind::kLostAck && !bodies.empty())
         bodies.erase(bodies.begin());
@@ -222,10 +230,12 @@ void Conversation::chatterAfter(Step step, std::string_view body, Clock::time_po
 {
     // Whoever changes a line's speed drops what has come meanwhile, so the receiver lets it settle.
     constexpr auto kSettling = std::chrono::milliseconds{100};
-    if (!isBaud(step) && step != Step::kTransferOn && step != Step::kTransferOff && step != Step::kHandOff)
+    if (!isBaud(step) && step != Step::kTransferOn && step != Step::kTransferOff &&
+        step != Step::kHandOff)
         return;
     const auto settling = isBaud(step) ? kSettling : Clock::duration{};
-    chatter_ = Chatter{"PMGNMSG," + std::string{body.substr(kCommandPrefix.size())}, when + settling, settling};
+    chatter_ = Chatter{"PMGNMSG," + std::string{body.substr(kCommandPrefix.size())},
+                       when + settling, settling};
 }
 
 std::optional<Outgoing> Conversation::next(Clock::time_point now)

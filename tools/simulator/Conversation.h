@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
-// Conversation: what a receiver does about what it hears, and what it says next. Knows nothing of the terminal: the receiver's
-// thread hands in what has arrived and takes what is to be sent. Private to this room; one thread.
+// Conversation: what a receiver does about what it hears, and what it says next. Knows nothing of
+// the terminal: the receiver's thread hands in what has arrived and takes what is to be sent.
+// Private to this room; one thread.
 
 #pragma once
+
+#include "DataPhase.h"
+#include "Wire.h"
 
 #include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "DataPhase.h"
-#include "Wire.h"
 
 namespace simulator {
 
@@ -47,7 +48,8 @@ public:
 
     void take(const ArrivedLine& line);
 
-    /// What to say now, nothing else being on its way. The caller calls sent() once it has left. @return  none: nothing
+    /// What to say now, nothing else being on its way. The caller calls sent() once it has left.
+    /// @return  none: nothing
     [[nodiscard]] std::optional<Outgoing> next(Clock::time_point now);
 
     /// What next() answered has left.
@@ -65,10 +67,12 @@ private:
 
     void command(std::string_view body, Clock::time_point when);
     void act(Step step, std::string_view body, const Fault* fault, Clock::time_point when);
-    void answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed, Clock::time_point when);
+    void answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
+                Clock::time_point when);
     void chatterAfter(Step step, std::string_view body, Clock::time_point when);
     [[nodiscard]] const Fault* takeFault(Step step);
-    [[nodiscard]] bool happens(const Fault& fault, std::string_view sentence, Clock::time_point when);
+    [[nodiscard]] bool happens(const Fault& fault, std::string_view sentence,
+                               Clock::time_point when);
     void phaseAdvanced();
     [[nodiscard]] std::optional<Outgoing> nextSentence(Clock::time_point now);
     [[nodiscard]] std::optional<Step> stepOf(std::string_view body) const;

@@ -2,9 +2,9 @@
 
 #include "Damage.h"
 
-#include <random>
-
 #include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <random>
 
 namespace simulator {
 namespace {

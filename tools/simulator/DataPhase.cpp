@@ -2,9 +2,9 @@
 
 #include "DataPhase.h"
 
-#include <algorithm>
-
 #include "Damage.h"
+
+#include <algorithm>
 
 namespace simulator {
 namespace {
@@ -14,8 +14,8 @@ constexpr int kSendings = 5;
 
 } // namespace
 
-DataPhase::DataPhase(Step step, const std::vector<std::string>& sentences, const std::vector<Fault>& faults,
-                     Clock::time_point start, bool acknowledged)
+DataPhase::DataPhase(Step step, const std::vector<std::string>& sentences,
+                     const std::vector<Fault>& faults, Clock::time_point start, bool acknowledged)
     : step_(step), sentences_(sentences), faults_(faults), acknowledged_(acknowledged), due_(start)
 {
     for (const auto& fault : faults_) {
@@ -32,7 +32,8 @@ std::string_view DataPhase::sentence() const
 
 const Fault* DataPhase::fault() const
 {
-    const auto found = std::find_if(faults_.begin(), faults_.end(), [&](const Fault& fault) { return happensNow(fault); });
+    const auto found = std::find_if(faults_.begin(), faults_.end(),
+                                    [&](const Fault& fault) { return happensNow(fault); });
     return found == faults_.end() ? nullptr : &*found;
 }
 

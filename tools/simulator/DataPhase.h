@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// DataPhase: which data sentence comes next, and when: one kind's sentences and END, each until it is acknowledged. Private to
-// this room; one thread.
+// DataPhase: which data sentence comes next, and when: one kind's sentences and END, each until it
+// is acknowledged. Private to this room; one thread.
 
 #pragma once
+
+#include "Fault.h"
+#include "SessionLog.h"
 
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Fault.h"
-#include "SessionLog.h"
 
 namespace simulator {
 
@@ -20,8 +20,8 @@ public:
     /// @param sentences, faults  outlive the phase
     /// @param start              when the first sentence may come
     /// @param acknowledged       whether each sentence waits for its acknowledgement
-    DataPhase(Step step, const std::vector<std::string>& sentences, const std::vector<Fault>& faults, Clock::time_point start,
-              bool acknowledged);
+    DataPhase(Step step, const std::vector<std::string>& sentences,
+              const std::vector<Fault>& faults, Clock::time_point start, bool acknowledged);
 
     /// When there is a sentence to send; while one is sent that is for the caller to know.
     [[nodiscard]] Clock::time_point due() const noexcept { return due_; }
@@ -38,7 +38,8 @@ public:
     /// The sentence has been sent.
     void sent(Clock::time_point when);
 
-    /// An acknowledgement has come. @return  whether it was the right one: the next sentence's turn has come
+    /// An acknowledgement has come. @return  whether it was the right one: the next sentence's turn
+    /// has come
     bool take(std::string_view acknowledgement, Clock::time_point when);
 
     /// Whether END is over, too.

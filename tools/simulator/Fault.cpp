@@ -12,13 +12,16 @@ constexpr int kDelayWithoutNumber = 500; // milliseconds
 
 template <typename Table> auto valueOf(const Table& table, std::string_view name)
 {
-    const auto found = std::find_if(table.begin(), table.end(), [=](const auto& row) { return row.name == name; });
+    const auto found =
+        std::find_if(table.begin(), table.end(), [=](const auto& row) { return row.name == name; });
     return found == table.end() ? std::nullopt : std::optional{found->value};
 }
 
 template <typename Table, typename Value> std::string nameOf(const Table& table, Value value)
 {
-    return std::string{std::find_if(table.begin(), table.end(), [=](const auto& row) { return row.value == value; })->name};
+    return std::string{std::find_if(table.begin(), table.end(), [=](const auto& row) {
+                           return row.value == value;
+                       })->name};
 }
 
 std::optional<int> numberOf(std::string_view text)
@@ -59,8 +62,9 @@ std::optional<Fault> parseFault(std::string_view text)
     if (!step || !kind || !applies(*kind, *step))
         return std::nullopt;
     const auto number = numberOf(text);
-    return hasNumber == number.has_value() && (hasNumber || text.empty()) ? std::optional{Fault{*step, *kind, number}}
-                                                                          : std::nullopt;
+    return hasNumber == number.has_value() && (hasNumber || text.empty())
+               ? std::optional{Fault{*step, *kind, number}}
+               : std::nullopt;
 }
 
 std::chrono::milliseconds delayOf(const Fault& fault) noexcept

@@ -31,7 +31,8 @@ enum class Step {
 
 enum class FaultKind {
     kSilence,  ///< does not react to the command; sends no data at all
-    kLostAck,  ///< acts, but the answer's first sentence is lost; in a data phase the other side's acknowledgements are
+    kLostAck,  ///< acts, but the answer's first sentence is lost; in a data phase the other side's
+               ///< acknowledgements are
     kWrongAck, ///< acknowledges with another checksum
     kGarble,   ///< one bit of the sentence is wrong
     kTruncate, ///< the sentence's first half, without a line end
@@ -47,9 +48,10 @@ enum class FaultKind {
 
 inline constexpr std::size_t kLongSentence = 100000; ///< bytes, from "$" to the checksum
 
-/// One fault. In a step of a command it happens each time that the command comes, or the first `number` times. In a data step it
-/// happens once, at data sentence `number` (from 1, the END sentence counted as the last; by default 1), or, for a number of 0,
-/// at every sentence each time that it is sent. For kDelay the number is milliseconds (by default 500), for kStop the sentences
+/// One fault. In a step of a command it happens each time that the command comes, or the first
+/// `number` times. In a data step it happens once, at data sentence `number` (from 1, the END
+/// sentence counted as the last; by default 1), or, for a number of 0, at every sentence each time
+/// that it is sent. For kDelay the number is milliseconds (by default 500), for kStop the sentences
 /// that are sent before (by default 1).
 struct Fault {
     Step step{};

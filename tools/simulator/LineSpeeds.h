@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The line speeds that a receiver can have, as the terminal interface names them. Private to this room. [any]
+// The line speeds that a receiver can have, as the terminal interface names them. Private to this
+// room. [any]
 
 #pragma once
 
@@ -28,7 +29,8 @@ inline constexpr std::array<LineSpeed, 8> kLineSpeeds{{{1200, B1200},
 [[nodiscard]] inline int bitsPerSecond(speed_t code) noexcept
 {
     const auto* const found =
-        std::find_if(kLineSpeeds.begin(), kLineSpeeds.end(), [=](const LineSpeed& speed) { return speed.code == code; });
+        std::find_if(kLineSpeeds.begin(), kLineSpeeds.end(),
+                     [=](const LineSpeed& speed) { return speed.code == code; });
     return found == kLineSpeeds.end() ? 0 : found->bitsPerSecond;
 }
 

@@ -2,6 +2,10 @@
 
 #include "Receiver.h"
 
+#include "Conversation.h"
+#include "LineSpeeds.h"
+#include "Wire.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -15,10 +19,6 @@
 #include <sys/eventfd.h>
 #include <sys/prctl.h>
 #include <unistd.h>
-
-#include "Conversation.h"
-#include "LineSpeeds.h"
-#include "Wire.h"
 
 namespace simulator {
 namespace {
@@ -50,14 +50,16 @@ private:
 
 bool isLineSpeed(int bitsPerSecond) noexcept
 {
-    return std::any_of(kLineSpeeds.begin(), kLineSpeeds.end(),
-                       [=](const LineSpeed& speed) { return speed.bitsPerSecond == bitsPerSecond; });
+    return std::any_of(kLineSpeeds.begin(), kLineSpeeds.end(), [=](const LineSpeed& speed) {
+        return speed.bitsPerSecond == bitsPerSecond;
+    });
 }
 
 class Receiver::Service {
 public:
     explicit Service(Settings settings)
-        : settings_(std::move(settings)), log_(settings_.log), wire_(std::in_place, settings_.paced), path_(wire_->path()),
+        : settings_(std::move(settings)), log_(settings_.log),
+          wire_(std::in_place, settings_.paced), path_(wire_->path()),
           conversation_(settings_, log_), thread_([this] { serve(); })
     {}
     ~Service()
@@ -101,7 +103,8 @@ private:
 
 void Receiver::Service::serve()
 {
-    ::prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL, 0UL); // nanoseconds; the usual 50,000 would show at 115200 bits per second
+    ::prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL,
+            0UL); // nanoseconds; the usual 50,000 would show at 115200 bits per second
     while (!stopping_ && !done_) {
         wire_->read();
         watch();
@@ -136,7 +139,8 @@ void Receiver::Service::lineChanged(bool open)
     saying_.reset();
     if (!open)
         wire_->clear();
-    log_.add(open ? LogKind::kOpened : LogKind::kClosed, {}, wire_->otherSpeed()); // last: whoever waits for it may go on
+    log_.add(open ? LogKind::kOpened : LogKind::kClosed, {},
+             wire_->otherSpeed()); // last: whoever waits for it may go on
 }
 
 void Receiver::Service::speak()
@@ -172,7 +176,8 @@ std::vector<LogEntry> Receiver::log() const
     return service_->log().entries();
 }
 
-bool Receiver::waitFor(const std::function<bool(const LogEntry&)>& matches, std::chrono::milliseconds limit) const
+bool Receiver::waitFor(const std::function<bool(const LogEntry&)>& matches,
+                       std::chrono::milliseconds limit) const
 {
     return service_->log().waitFor(matches, limit);
 }

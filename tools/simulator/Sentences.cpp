@@ -2,12 +2,12 @@
 
 #include "Sentences.h"
 
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/System/FileManager.h>
+
 #include <string_view>
 #include <unordered_set>
 #include <utility>
-
-#include <platform/GPSUtilities/NMEAUtils.h>
-#include <platform/System/FileManager.h>
 
 namespace simulator {
 namespace {

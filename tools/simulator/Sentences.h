@@ -3,11 +3,11 @@
 
 #pragma once
 
+#include <gps/Error.h>
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gps/Error.h>
 
 namespace simulator {
 
@@ -18,9 +18,11 @@ struct Sentences {
     std::vector<std::string> routes{};
 };
 
-/// Adds the waypoint, track and route sentences with good checksums of a file, or of all files below a folder. A waypoint that is
-/// there already, to the letter, is left out: route files repeat those that they pass.
+/// Adds the waypoint, track and route sentences with good checksums of a file, or of all files
+/// below a folder. A waypoint that is there already, to the letter, is left out: route files repeat
+/// those that they pass.
 /// @return  why the file, or the folder, cannot be read; what is inside a folder may be unreadable
-[[nodiscard]] std::optional<gps::Error> loadSentences(const std::string& path, Sentences& sentences);
+[[nodiscard]] std::optional<gps::Error> loadSentences(const std::string& path,
+                                                      Sentences& sentences);
 
 } // namespace simulator

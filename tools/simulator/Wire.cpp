@@ -2,6 +2,8 @@
 
 #include "Wire.h"
 
+#include "LineSpeeds.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -14,13 +16,12 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include "LineSpeeds.h"
-
 namespace simulator {
 namespace {
 
-constexpr std::size_t kPiece = 16;             // bytes that a line chip hands over at once
-constexpr std::size_t kLongestLine = 1U << 16; // the other side's commands are short; what is longer is rubbish
+constexpr std::size_t kPiece = 16; // bytes that a line chip hands over at once
+constexpr std::size_t kLongestLine =
+    1U << 16; // the other side's commands are short; what is longer is rubbish
 constexpr auto kTick = std::chrono::milliseconds{5};
 
 [[noreturn]] void fail(const char* what)
@@ -28,8 +29,8 @@ constexpr auto kTick = std::chrono::milliseconds{5};
     throw std::system_error{errno, std::generic_category(), what};
 }
 
-// How long a byte takes: a start bit, 8 of its own and a stop bit. At a speed of 0 a real line would carry nothing; here it
-// crawls.
+// How long a byte takes: a start bit, 8 of its own and a stop bit. At a speed of 0 a real line
+// would carry nothing; here it crawls.
 Clock::duration lineTime(int speed)
 {
     return Clock::duration{std::chrono::seconds{10}} / std::max(speed, 1200);
@@ -40,8 +41,8 @@ int openOtherSide(const std::string& path)
     return ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
 }
 
-// Raw before anyone opens it: a terminal echoes at first, and would send the receiver's own words back to it. Opened once,
-// because only a terminal that was closed tells that it is.
+// Raw before anyone opens it: a terminal echoes at first, and would send the receiver's own words
+// back to it. Opened once, because only a terminal that was closed tells that it is.
 void prepare(int master, const std::string& path)
 {
     termios settings{};
@@ -57,13 +58,15 @@ void prepare(int master, const std::string& path)
 
 } // namespace
 
-Wire::Wire(bool paced) : paced_(paced), master_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
+Wire::Wire(bool paced)
+    : paced_(paced), master_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
 {
     std::array<char, 128> name{};
     if (master_ < 0)
         fail("cannot make a pseudo-terminal");
     try {
-        if (::grantpt(master_) != 0 || ::unlockpt(master_) != 0 || ::ptsname_r(master_, name.data(), name.size()) != 0)
+        if (::grantpt(master_) != 0 || ::unlockpt(master_) != 0 ||
+            ::ptsname_r(master_, name.data(), name.size()) != 0)
             fail("cannot set up the pseudo-terminal");
         path_ = name.data();
         prepare(master_, path_);
@@ -86,7 +89,8 @@ void Wire::read()
     while ((count = ::read(master_, bytes.data(), bytes.size())) > 0)
         written.append(bytes.data(), static_cast<std::size_t>(count));
     open_ = count == 0 || errno != EIO; // the master's way to say that nobody has the terminal open
-    // The speed is looked at after the bytes: whoever changes it and writes at once is not taken for one of the old speed.
+    // The speed is looked at after the bytes: whoever changes it and writes at once is not taken
+    // for one of the old speed.
     termios settings{};
     ::tcgetattr(master_, &settings);
     otherSpeed_ = bitsPerSecond(::cfgetospeed(&settings));
@@ -124,7 +128,8 @@ void Wire::send(std::string bytes, Clock::time_point earliest, int speed)
     written_ = 0;
     outSpeed_ = speed;
     outBegin_ = std::max(earliest, outFree_);
-    // What nobody hears goes out at the line's pace in any case: else it would be sent as fast as a processor can.
+    // What nobody hears goes out at the line's pace in any case: else it would be sent as fast as a
+    // processor can.
     outByteTime_ = paced_ || !isHeard() ? lineTime(speed) : Clock::duration{};
 }
 
@@ -135,7 +140,8 @@ std::optional<Clock::time_point> Wire::write()
     while (written_ < dueBytes && !full_) {
         // Over a line of another speed only rubbish comes; here it is nothing.
         const auto piece = dueBytes - written_;
-        const auto count = isHeard() ? ::write(master_, out_.data() + written_, piece) : static_cast<ssize_t>(piece);
+        const auto count = isHeard() ? ::write(master_, out_.data() + written_, piece)
+                                     : static_cast<ssize_t>(piece);
         full_ = count <= 0;
         written_ += full_ ? 0 : static_cast<std::size_t>(count);
     }
@@ -152,7 +158,9 @@ std::size_t Wire::bytesDue() const noexcept
     const auto passed = Clock::now() - outBegin_;
     if (passed >= outByteTime_ * static_cast<Clock::rep>(out_.size()))
         return out_.size();
-    return passed < Clock::duration{} ? 0 : static_cast<std::size_t>(passed / outByteTime_) / kPiece * kPiece;
+    return passed < Clock::duration{}
+               ? 0
+               : static_cast<std::size_t>(passed / outByteTime_) / kPiece * kPiece;
 }
 
 void Wire::clear()
@@ -171,13 +179,16 @@ void Wire::clear()
 // When the next piece's last byte leaves.
 Clock::time_point Wire::due() const noexcept
 {
-    return outBegin_ + outByteTime_ * static_cast<Clock::rep>(std::min(written_ + kPiece, out_.size()));
+    return outBegin_ +
+           outByteTime_ * static_cast<Clock::rep>(std::min(written_ + kPiece, out_.size()));
 }
 
 void Wire::wait(Clock::time_point until, int stop) const
 {
     const auto now = Clock::now();
-    until = std::min(until, now + kTick); // the other side's changes of speed, and its opening, come without a sign
+    until = std::min(
+        until,
+        now + kTick); // the other side's changes of speed, and its opening, come without a sign
     if (!arriving_.empty())
         until = std::min(until, arriving_.front().when);
     if (sending_ && !full_)

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
-// Wire: the simulated receiver's end of a pseudo-terminal, as slow as a serial line. The kernel hands bytes over at once,
-// whatever the speed: what is read here counts as arrived, and what is sent is handed over, when its last byte would be over a
-// line of that speed. Times are planned one from another, not from when this thread wakes, so that its own delays do not add up.
-// Private to this room; one thread.
+// Wire: the simulated receiver's end of a pseudo-terminal, as slow as a serial line. The kernel
+// hands bytes over at once, whatever the speed: what is read here counts as arrived, and what is
+// sent is handed over, when its last byte would be over a line of that speed. Times are planned one
+// from another, not from when this thread wakes, so that its own delays do not add up. Private to
+// this room; one thread.
 
 #pragma once
+
+#include "SessionLog.h"
 
 #include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "SessionLog.h"
 
 namespace simulator {
 
@@ -34,7 +35,8 @@ public:
     /// Takes in what the other side has written and notes its speed.
     void read();
 
-    /// Whether the other side has the line open, as of the last read, or lines from it are still to arrive.
+    /// Whether the other side has the line open, as of the last read, or lines from it are still to
+    /// arrive.
     [[nodiscard]] bool isOpen() const noexcept { return open_ || !arriving_.empty(); }
 
     /// The other side's speed, as of the last read.
@@ -54,7 +56,8 @@ public:
     /// Forgets what is on its way in either direction: the line has been closed.
     void clear();
 
-    /// Waits until the other side does something, the wire has something to do, `stop` is readable, or the time has come.
+    /// Waits until the other side does something, the wire has something to do, `stop` is readable,
+    /// or the time has come.
     void wait(Clock::time_point until, int stop) const;
 
 private:

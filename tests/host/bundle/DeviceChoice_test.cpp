@@ -2,14 +2,14 @@
 
 #include "host/bundle/DeviceChoice.h"
 
-#include <filesystem>
-
-#include <gmock/gmock.h>
-
 #include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/UserDefaults.h>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace {
 
@@ -20,7 +20,10 @@ using testing::HasSubstr;
 class DeviceChoice : public testing::Test {
 protected:
     DeviceChoice() { disk_->setLocations({"/media/a", "/media/b"}); }
-    ~DeviceChoice() override { gps::UserDefaults::standard().setForThisRun(host::kTestFoldersKey, {}); }
+    ~DeviceChoice() override
+    {
+        gps::UserDefaults::standard().setForThisRun(host::kTestFoldersKey, {});
+    }
 
     std::string refusalOf(const host::DeviceWish& wish)
     {
@@ -100,14 +103,19 @@ TEST_F(DeviceChoice, UnknownDeviceIsRefusedWithThePlacesThereAre)
 
 TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRefused)
 {
-    EXPECT_THAT(refusalOf({.driver = "some-serial", .device = "/media/a"}), HasSubstr("This driver finds no device at all"));
+    EXPECT_THAT(refusalOf({.driver = "some-serial", .device = "/media/a"}),
+                HasSubstr("This driver finds no device at all"));
 }
 
 TEST_F(DeviceChoice, FolderThatNobodyListsBecomesATestFolderOnce)
 {
     const support::TemporaryFolder folder;
-    disk_->onRefresh = [&] { disk_->setLocations(*gps::UserDefaults::standard().stringArrayForKey(host::kTestFoldersKey)); };
-    const host::DeviceWish wish{.driver = {}, .device = folder.path() + "/", .testFolders = {"/first"}};
+    disk_->onRefresh = [&] {
+        disk_->setLocations(
+            *gps::UserDefaults::standard().stringArrayForKey(host::kTestFoldersKey));
+    };
+    const host::DeviceWish wish{
+        .driver = {}, .device = folder.path() + "/", .testFolders = {"/first"}};
     EXPECT_FALSE(chooseDevice(drivers_, wish, chosen_));
     EXPECT_EQ(disk_->refreshes, 1);
     EXPECT_EQ(disk_->picked, 1U);
@@ -119,7 +127,9 @@ TEST_F(DeviceChoice, FolderThatIsAlreadyListedUnderAnotherSpellingIsNotAddedAgai
     const support::TemporaryFolder folder;
     disk_->setLocations({folder.path()});
     EXPECT_FALSE(chooseDevice(
-        drivers_, {.driver = {}, .device = folder.path() + "/../" + folder.path().substr(folder.path().rfind('/') + 1)},
+        drivers_,
+        {.driver = {},
+         .device = folder.path() + "/../" + folder.path().substr(folder.path().rfind('/') + 1)},
         chosen_));
     EXPECT_EQ(disk_->refreshes, 0);
     EXPECT_EQ(disk_->picked, 0U);
@@ -138,7 +148,8 @@ TEST_F(DeviceChoice, LinkToADeviceIsThatDevice)
 
 TEST_F(DeviceChoice, TwoPlacesThatAreNotThereAreNotOne)
 {
-    EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/c"}), HasSubstr("no device at this place"));
+    EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/c"}),
+                HasSubstr("no device at this place"));
 }
 
 TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)

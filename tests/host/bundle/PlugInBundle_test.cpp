@@ -2,10 +2,10 @@
 
 #include "host/bundle/PlugInBundle.h"
 
-#include <gmock/gmock.h>
-
 #include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -13,7 +13,8 @@ using testing::HasSubstr;
 
 std::string plist(const std::string& executable, const std::string& extra)
 {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" +
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist "
+           "version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" +
            executable + "</string>" + extra + "</dict></plist>";
 }
 
@@ -46,7 +47,8 @@ TEST(PlugInBundle, BrokenInfoPlistIsRefused)
 TEST(PlugInBundle, ModuleThatIsNoModuleIsRefused)
 {
     const support::TemporaryFolder folder;
-    folder.put("Contents/Info.plist", plist("Some", "<key>NSPrincipalClass</key><string>Loader</string>"));
+    folder.put("Contents/Info.plist",
+               plist("Some", "<key>NSPrincipalClass</key><string>Loader</string>"));
     folder.put("Contents/Linux/Some", "not a module");
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("cannot be loaded"));
 }

@@ -2,19 +2,20 @@
 
 #include "host/bundle/SerialPort.h"
 
-#include <cerrno>
-#include <filesystem>
-
-#include <gmock/gmock.h>
-#include <grp.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "support/AsNobody.h"
 #include "support/PseudoTerminal.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestPorts.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include <grp.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -33,10 +34,12 @@ TEST(SerialPort, PlaceIsACharacterDeviceALinkToOneOrOneThatIsGone)
     const support::PseudoTerminal port;
     std::filesystem::create_symlink(port.path(), folder.path("link"));
     std::filesystem::create_symlink("nowhere", folder.path("dangling"));
-    for (const auto& place : {port.path(), folder.path("link"), std::string{"/dev/null"}, std::string{"/dev/no such port"}})
+    for (const auto& place : {port.path(), folder.path("link"), std::string{"/dev/null"},
+                              std::string{"/dev/no such port"}})
         EXPECT_TRUE(host::isSerialPlace(place)) << place;
-    for (const auto& place : {folder.path(), folder.put("file", ""), folder.path("gone"), folder.path("dangling"),
-                              std::string{"/dev"}, std::string{"/dev/shm"}, std::string{}})
+    for (const auto& place :
+         {folder.path(), folder.put("file", ""), folder.path("gone"), folder.path("dangling"),
+          std::string{"/dev"}, std::string{"/dev/shm"}, std::string{}})
         EXPECT_FALSE(host::isSerialPlace(place)) << place;
 }
 
@@ -44,7 +47,8 @@ TEST(SerialPort, UsedPortComesAfterThoseThatAreThere)
 {
     const support::TestPorts ports{{"/dev/stored"}};
     host::useSerialPort("/dev/mine");
-    EXPECT_THAT(*gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey), ElementsAre("/dev/stored", "/dev/mine"));
+    EXPECT_THAT(*gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey),
+                ElementsAre("/dev/stored", "/dev/mine"));
 }
 
 TEST(SerialPort, BusyOneIsTheOtherProgramsToClose)
@@ -52,19 +56,22 @@ TEST(SerialPort, BusyOneIsTheOtherProgramsToClose)
     const support::PseudoTerminal port;
     ASSERT_EQ(::flock(port.otherProgram(), LOCK_EX), 0);
     EXPECT_THAT(textOf(host::whyPortFails(port.path())),
-                AllOf(HasSubstr("Another program has the port open | Close that program"), HasSubstr("fuser -v " + port.path())));
+                AllOf(HasSubstr("Another program has the port open | Close that program"),
+                      HasSubstr("fuser -v " + port.path())));
 }
 
 TEST(SerialPort, OneThatOpensCanBeTriedAgain)
 {
     const support::PseudoTerminal port;
-    EXPECT_EQ(textOf(host::whyPortFails(port.path())), "The port can be opened now | Try again | " + port.path());
+    EXPECT_EQ(textOf(host::whyPortFails(port.path())),
+              "The port can be opened now | Try again | " + port.path());
     EXPECT_EQ(::flock(port.otherProgram(), LOCK_EX | LOCK_NB), 0) << "closed again";
 }
 
 TEST(SerialPort, OneThatIsNotThereIsGone)
 {
-    EXPECT_THAT(textOf(host::whyPortFails("/dev/no such port")), HasSubstr("The port is gone | Plug"));
+    EXPECT_THAT(textOf(host::whyPortFails("/dev/no such port")),
+                HasSubstr("The port is gone | Plug"));
     for (const int error : {ENOENT, ENODEV, ENXIO})
         EXPECT_EQ(*host::whyPortFails("/dev/x", error).description(), "The port is gone");
 }
@@ -77,7 +84,8 @@ TEST(SerialPort, FileIsNoSerialPort)
 
 TEST(SerialPort, AnyOtherRefusalHasTheSystemsWords)
 {
-    EXPECT_THAT(textOf(host::whyPortFails("/dev/x", EIO)), HasSubstr("The port cannot be opened: Input/output error"));
+    EXPECT_THAT(textOf(host::whyPortFails("/dev/x", EIO)),
+                HasSubstr("The port cannot be opened: Input/output error"));
 }
 
 // A file of another user's, which opening meets before it asks what it is.
@@ -108,9 +116,10 @@ TEST_F(RefusedPort, OneOfAGroupSaysHowToJoinIt)
         GTEST_SKIP() << "needs root, to give a file away";
     const auto* const dialout = ::getgrnam("dialout");
     ASSERT_NE(dialout, nullptr);
-    EXPECT_THAT(refusalOf(0660, dialout->gr_gid),
-                AllOf(HasSubstr("You have no permission to use the port"), HasSubstr("the group dialout"),
-                      HasSubstr("\"sudo usermod -aG dialout nobody\", then log out, and in again")));
+    EXPECT_THAT(
+        refusalOf(0660, dialout->gr_gid),
+        AllOf(HasSubstr("You have no permission to use the port"), HasSubstr("the group dialout"),
+              HasSubstr("\"sudo usermod -aG dialout nobody\", then log out, and in again")));
 }
 
 TEST_F(RefusedPort, OneOfItsOwnerAloneIsAMatterOfTheAdministrator)
@@ -118,7 +127,8 @@ TEST_F(RefusedPort, OneOfItsOwnerAloneIsAMatterOfTheAdministrator)
     if (skip_)
         GTEST_SKIP() << "needs root, to give a file away";
     for (const mode_t mode : {0600U, 0620U, 0640U})
-        EXPECT_THAT(refusalOf(mode, 0), AllOf(HasSubstr("for its owner alone"), testing::Not(HasSubstr("usermod"))));
+        EXPECT_THAT(refusalOf(mode, 0),
+                    AllOf(HasSubstr("for its owner alone"), testing::Not(HasSubstr("usermod"))));
 }
 
 TEST(SerialPort, OnlyAnErrorWithoutWordsGetsSome)

@@ -2,17 +2,16 @@
 
 #include "host/cli/Explanation.h"
 
-#include <memory>
-
-#include <gmock/gmock.h>
-
 #include "host/FakeDriver.h"
 #include "support/AsNobody.h"
 #include "support/TemporaryFolder.h"
 
 #include <gps/GPSDeviceSearch.h>
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include <memory>
 
 namespace {
 
@@ -43,12 +42,13 @@ TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
                        {"/home", "disk", Verdict::kPassedOver, "Never", ""},
                        {"/sys", "pseudo volume", Verdict::kPassedOver, "Never", ""},
                        {"/b", "stick", Verdict::kTaken, "Good", ""}};
-    EXPECT_THAT(host::explanationOf(plugIn_), StartsWith("my-driver:\n"
-                                                         "  /b (stick), taken: Good.\n"
-                                                         "  /a (stick), not taken: Empty. Fill it.\n"
-                                                         "  /proc, /sys (pseudo volume), passed over: Never.\n"
-                                                         "  /home (disk), passed over: Never.\n"
-                                                         "No serial port was found."));
+    EXPECT_THAT(host::explanationOf(plugIn_),
+                StartsWith("my-driver:\n"
+                           "  /b (stick), taken: Good.\n"
+                           "  /a (stick), not taken: Empty. Fill it.\n"
+                           "  /proc, /sys (pseudo volume), passed over: Never.\n"
+                           "  /home (disk), passed over: Never.\n"
+                           "No serial port was found."));
 }
 
 TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
@@ -56,17 +56,19 @@ TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
     driver_->places = {{"/a", "stick", Verdict::kRefused, "Empty", "Fill it"},
                        {"/b", "stick", Verdict::kTaken, "Good", ""},
                        {"/c", "disk", Verdict::kPassedOver, "Never", ""}};
-    EXPECT_EQ(host::searchedPlacesJson(*driver_).dump(),
-              R"([{"location":"/a","sort":"stick","verdict":"not taken","reason":"Empty","advice":"Fill it"},)"
-              R"({"location":"/b","sort":"stick","verdict":"taken","reason":"Good","advice":null},)"
-              R"({"location":"/c","sort":"disk","verdict":"passed over","reason":"Never","advice":null}])");
+    EXPECT_EQ(
+        host::searchedPlacesJson(*driver_).dump(),
+        R"([{"location":"/a","sort":"stick","verdict":"not taken","reason":"Empty","advice":"Fill it"},)"
+        R"({"location":"/b","sort":"stick","verdict":"taken","reason":"Good","advice":null},)"
+        R"({"location":"/c","sort":"disk","verdict":"passed over","reason":"Never","advice":null}])");
 }
 
 TEST_F(Explanation, DriverThatDoesNotTellHasNothingAndNull)
 {
     const auto silent = std::make_shared<support::FakeDriver>("Silent");
     plugIn_.drivers = {silent};
-    EXPECT_THAT(host::explanationOf(plugIn_), StartsWith("silent:\n  There was no place to look at.\n"));
+    EXPECT_THAT(host::explanationOf(plugIn_),
+                StartsWith("silent:\n  There was no place to look at.\n"));
     EXPECT_TRUE(host::searchedPlacesJson(*silent).is_null());
 }
 
@@ -79,12 +81,14 @@ TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
     driver_->places = {{port, "serial port", Verdict::kTaken, "Good", ""}};
     {
         const support::AsNobody nobody;
-        EXPECT_THAT(host::explanationOf(plugIn_), HasSubstr("taken: Good. You have no permission to use the port."));
+        EXPECT_THAT(host::explanationOf(plugIn_),
+                    HasSubstr("taken: Good. You have no permission to use the port."));
     }
     std::filesystem::permissions(port, std::filesystem::perms::owner_all);
-    EXPECT_THAT(host::explanationOf(plugIn_),
-                testing::EndsWith("taken: Good.\n\nA folder that holds a copy of a receiver's files "
-                                  "is taken for one with --test-folder.\n"));
+    EXPECT_THAT(
+        host::explanationOf(plugIn_),
+        testing::EndsWith("taken: Good.\n\nA folder that holds a copy of a receiver's files "
+                          "is taken for one with --test-folder.\n"));
 }
 
 TEST_F(Explanation, WhatAPlaceIsCalledCannotDoHarm)

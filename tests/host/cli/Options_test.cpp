@@ -2,9 +2,9 @@
 
 #include "host/cli/Options.h"
 
-#include <algorithm>
-
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -29,9 +29,10 @@ Options optionsOf(const std::vector<const char*>& words)
 
 TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
 {
-    for (const auto& options :
-         {optionsOf({"--debug", "2", "--plugin", "P", "--test-folder", "A", "--test-folder", "B", "--json", "info"}),
-          optionsOf({"info", "--debug", "2", "--plugin", "P", "--test-folder", "A", "--json", "--test-folder", "B"})}) {
+    for (const auto& options : {optionsOf({"--debug", "2", "--plugin", "P", "--test-folder", "A",
+                                           "--test-folder", "B", "--json", "info"}),
+                                optionsOf({"info", "--debug", "2", "--plugin", "P", "--test-folder",
+                                           "A", "--json", "--test-folder", "B"})}) {
         EXPECT_EQ(options.command, Command::kInfo);
         EXPECT_EQ(options.debug, 2);
         EXPECT_EQ(options.plugin, "P");
@@ -70,15 +71,18 @@ TEST(Options, HostAsksForAllKindsByDefault)
 
 TEST(Options, SwitchesLeaveKindsOut)
 {
-    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
-              (gps::Dictionary{{"waypoints", false}, {"routes", true}, {"tracks", false}, {"debug", 1}}));
+    EXPECT_EQ(
+        host::driverOptions(
+            optionsOf({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
+        (gps::Dictionary{{"waypoints", false}, {"routes", true}, {"tracks", false}, {"debug", 1}}));
 }
 
 TEST(Options, JsonObjectReplacesTheHostsOwnOptions)
 {
     EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", R"({"tracks":false})"})),
               (gps::Dictionary{{"tracks", false}}));
-    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", "{}", "--debug", "3"})), (gps::Dictionary{{"debug", 3}}));
+    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", "{}", "--debug", "3"})),
+              (gps::Dictionary{{"debug", 3}}));
 }
 
 TEST(Options, DatesAreMendedOnlyWhenAsked)
@@ -93,13 +97,18 @@ TEST(Options, DatesAreMendedOnlyWhenAsked)
 
 TEST(Options, ImportNamesItsFile)
 {
-    const auto options = host::driverOptions(optionsOf({"import", "a.log", "--no-routes"}), "a.log");
-    EXPECT_EQ(options, (gps::Dictionary{{"waypoints", true}, {"routes", false}, {"tracks", true}, {"sourcePath", "a.log"}}));
+    const auto options =
+        host::driverOptions(optionsOf({"import", "a.log", "--no-routes"}), "a.log");
+    EXPECT_EQ(
+        options,
+        (gps::Dictionary{
+            {"waypoints", true}, {"routes", false}, {"tracks", true}, {"sourcePath", "a.log"}}));
 }
 
 TEST(Options, SendTakesFilesOrADataFile)
 {
-    const auto files = optionsOf({"send", "a.gpx", "b.gpx", "--device", "D", "--dry-run", "--exact-names", "--backup", "K"});
+    const auto files = optionsOf(
+        {"send", "a.gpx", "b.gpx", "--device", "D", "--dry-run", "--exact-names", "--backup", "K"});
     EXPECT_EQ(files.command, Command::kSend);
     EXPECT_THAT(files.files, ElementsAre("a.gpx", "b.gpx"));
     EXPECT_EQ(files.device, "D");
@@ -124,7 +133,8 @@ TEST(Options, RestoreTakesABackupOrNone)
 {
     EXPECT_EQ(optionsOf({"restore"}).command, Command::kRestore);
     EXPECT_EQ(optionsOf({"restore"}).restored, std::nullopt);
-    const auto options = optionsOf({"restore", "--backup", "K", "20260830T101500Z", "--device", "D"});
+    const auto options =
+        optionsOf({"restore", "--backup", "K", "20260830T101500Z", "--device", "D"});
     EXPECT_EQ(options.restored, "20260830T101500Z");
     EXPECT_EQ(options.backupFolder, "K");
     EXPECT_EQ(options.device, "D");
@@ -138,7 +148,8 @@ TEST(Options, WatchWritesGpxIntoThePresentFolderUnlessItIsTold)
     EXPECT_EQ(plain.format->name, "gpx");
     EXPECT_FALSE(plain.newOnly);
     EXPECT_FALSE(plain.serial);
-    const auto told = optionsOf({"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
+    const auto told =
+        optionsOf({"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
     EXPECT_EQ(told.into, "D");
     EXPECT_EQ(told.format->name, "jsonl");
     EXPECT_TRUE(told.newOnly);
@@ -173,7 +184,8 @@ TEST(Options, HelpAndVersionAreAnswers)
 
 TEST(Options, CompletionsHelpHasAnExampleOfItsOwn)
 {
-    EXPECT_THAT(parse({"completions", "--help"}).text, HasSubstr("Examples:\n  magellangps completions zsh\n"));
+    EXPECT_THAT(parse({"completions", "--help"}).text,
+                HasSubstr("Examples:\n  magellangps completions zsh\n"));
 }
 
 TEST(Options, WordBehindTwoHyphensIsNoOption)
@@ -202,17 +214,20 @@ TEST(Options, MistakesAreOneLineEach)
         {{"info", "extra"}, "unexpected argument \"extra\""},
         {{"info", "--watch"}, "unknown option \"--watch\"; see \"magellangps info --help\""},
         {{"acquire", "-o", "a.kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
-        {{"acquire", "-o", "a"}, "the output file \"a\" has no extension: name its format with --format (gpx, kml"},
+        {{"acquire", "-o", "a"},
+         "the output file \"a\" has no extension: name its format with --format (gpx, kml"},
         {{"acquire", "-o", ".gpx"}, "the output file \".gpx\" has no extension"},
         {{"acquire", "-o", ""}, "has no extension: name its format with --format (gpx, kml"},
-        {{"acquire", "-o", "a", "--format", ""}, "unknown output format \"\"; the formats are: gpx, kml"},
+        {{"acquire", "-o", "a", "--format", ""},
+         "unknown output format \"\"; the formats are: gpx, kml"},
         {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, kml"},
         {{"acquire", "-o", "-"}, "--format"},
         {{"acquire", "--format", "gpx"}, "-o"},
         {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "standard output"},
         {{"acquire", "-o", "-", "--format", "gpx", "--summary"}, "standard output"},
         {{"acquire", "--events", "--summary"}, "standard output"},
-        {{"acquire", "--fix-dates", "5219"}, "--fix-dates wants auto, off or a number of weeks, at most 5218"},
+        {{"acquire", "--fix-dates", "5219"},
+         "--fix-dates wants auto, off or a number of weeks, at most 5218"},
         {{"acquire", "--fix-dates", "soon"}, "--fix-dates wants auto"},
         {{"import", "a.log", "--fix-dates", ""}, "--fix-dates"},
         {{"acquire", "--fix-dates"}, "--fix-dates"},
@@ -220,7 +235,8 @@ TEST(Options, MistakesAreOneLineEach)
         {{"acquire", "--options", "[]"}, "JSON object"},
         {{"acquire", "--options", "{"}, "JSON object"},
         {{"acquire", "--options", "null"}, "JSON object"},
-        {{"acquire", "--options", "{}", "--no-tracks"}, "--options and --no-tracks exclude each other"},
+        {{"acquire", "--options", "{}", "--no-tracks"},
+         "--options and --no-tracks exclude each other"},
         {{"acquire", "--debug", "much"}, "--debug wants a whole number"},
         {{"acquire", "--debug", "2147483648"}, "--debug wants a whole number of at most 32 bits"},
         {{"--debug"}, "--debug wants a value: N"},
@@ -234,7 +250,8 @@ TEST(Options, MistakesAreOneLineEach)
         {{"import"}, "no FILE"},
         {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
         {{"send"}, "no FILE to send"},
-        {{"send", "a.gpx", "--data", "d.json"}, "a FILE and --data exclude each other: leave one of them out"},
+        {{"send", "a.gpx", "--data", "d.json"},
+         "a FILE and --data exclude each other: leave one of them out"},
         {{"send", "--data", "d.json", "--exact-names"}, "exclude each other"},
         {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "exclude each other"},
         {{"send", "a.gpx", "--keep-backups", "0"}, "--keep-backups wants at least 1"},

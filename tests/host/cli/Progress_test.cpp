@@ -29,8 +29,10 @@ TEST(Progress, TextSaysWhatIsKnown)
         {{"reading", 0, {}, milliseconds{500}}, "reading"},
         {{"tracks", 1, {}, milliseconds{0}}, "tracks: 1 record, 1000 records/s"},
         {{"tracks", 500, {}, milliseconds{2000}}, "tracks: 500 records, 250 records/s"},
-        {{"looking", 0, line(0, 999, 0, 4800), milliseconds{12999}}, "looking: 12 s, 999 bytes at 4800 bit/s"},
-        {{"looking", 0, line(1, 999, 0, 4800), milliseconds{13000}}, "looking: 13 s, 1.0 kB at 4800 bit/s"},
+        {{"looking", 0, line(0, 999, 0, 4800), milliseconds{12999}},
+         "looking: 12 s, 999 bytes at 4800 bit/s"},
+        {{"looking", 0, line(1, 999, 0, 4800), milliseconds{13000}},
+         "looking: 13 s, 1.0 kB at 4800 bit/s"},
         {{"looking", 0, line(999999, 0, 0, 4800), {}}, "looking: 0 s, 999.9 kB at 4800 bit/s"},
         {{"looking", 0, line(1950000, 0, 0, 4800), {}}, "looking: 0 s, 1.9 MB at 4800 bit/s"},
         {{"tracks", 100, line(10000, 2590, 101, 115200), milliseconds{2000}},
@@ -42,7 +44,10 @@ TEST(Progress, TextSaysWhatIsKnown)
 
 TEST(Progress, TextFitsIntoEightyColumns)
 {
-    EXPECT_LE(host::progressText({"waypoints", 99999, line(8000000, 999999, 99999, 115200), milliseconds{800000}}).size(), 80U);
+    EXPECT_LE(host::progressText(
+                  {"waypoints", 99999, line(8000000, 999999, 99999, 115200), milliseconds{800000}})
+                  .size(),
+              80U);
 }
 
 TEST(Progress, NothingIsPrintedWhenItIsNotShown)

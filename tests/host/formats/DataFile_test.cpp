@@ -2,15 +2,18 @@
 
 #include "host/formats/DataFile.h"
 
-#include <gtest/gtest.h>
-
 #include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
 class DataFile : public testing::Test {
 protected:
-    std::optional<gps::Error> read(std::string_view json) { return host::readDataFile(folder_.put("d.json", json), data_); }
+    std::optional<gps::Error> read(std::string_view json)
+    {
+        return host::readDataFile(folder_.put("d.json", json), data_);
+    }
 
     support::TemporaryFolder folder_;
     std::optional<gps::Dictionary> data_;
@@ -18,14 +21,18 @@ protected:
 
 TEST_F(DataFile, ObjectUnderPointIsAPointWhoseMissingFieldsAre0)
 {
-    EXPECT_FALSE(read(R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"time":7,"other":"x"}}]})"));
+    EXPECT_FALSE(
+        read(R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"time":7,"other":"x"}}]})"));
     const gps::GPSPoint point{.latitude = 46.5, .time = 7};
-    EXPECT_EQ(data_, (gps::Dictionary{{"waypoint", gps::Array{gps::Dictionary{{"name", "A"}, {"point", point}}}}}));
+    EXPECT_EQ(data_,
+              (gps::Dictionary{
+                  {"waypoint", gps::Array{gps::Dictionary{{"name", "A"}, {"point", point}}}}}));
 }
 
 TEST_F(DataFile, PointsAreBoxedAtEveryDepth)
 {
-    EXPECT_FALSE(read(R"({"route":[{"points":[{"point":{"longitude":7,"altitude":1e3,"reserved":-1}}]}]})"));
+    EXPECT_FALSE(
+        read(R"({"route":[{"points":[{"point":{"longitude":7,"altitude":1e3,"reserved":-1}}]}]})"));
     const gps::GPSPoint point{.longitude = 7, .altitude = 1000, .reserved = -1};
     const gps::Array points{gps::Dictionary{{"point", point}}};
     EXPECT_EQ(data_, (gps::Dictionary{{"route", gps::Array{gps::Dictionary{{"points", points}}}}}));
@@ -34,8 +41,10 @@ TEST_F(DataFile, PointsAreBoxedAtEveryDepth)
 TEST_F(DataFile, EverythingElseStaysAsItStandsAndInOrder)
 {
     EXPECT_FALSE(read(R"({"z":"Ä","a":true,"point":"text","m":{"point":[1]},"n":null})"));
-    EXPECT_EQ(data_,
-              (gps::Dictionary{{"z", "Ä"}, {"a", true}, {"point", "text"}, {"m", gps::Dictionary{{"point", gps::Array{1}}}}}));
+    EXPECT_EQ(data_, (gps::Dictionary{{"z", "Ä"},
+                                      {"a", true},
+                                      {"point", "text"},
+                                      {"m", gps::Dictionary{{"point", gps::Array{1}}}}}));
     std::string keys;
     for (const auto& entry : *data_)
         keys += entry.key + ' ';
@@ -57,8 +66,10 @@ TEST_F(DataFile, EmptyObjectIsAnEmptyDictionary)
 
 TEST_F(DataFile, WhatIsNoObjectIsRefusedWithItsPath)
 {
-    for (const auto& json : {std::string{}, std::string{"[]"}, std::string{"1"}, std::string{"nul"}, std::string{"null null"},
-                             std::string{R"({"a":)"}, R"({"a":)" + std::string(100'000, '[') + std::string(100'000, ']') + '}'}) {
+    for (const auto& json :
+         {std::string{}, std::string{"[]"}, std::string{"1"}, std::string{"nul"},
+          std::string{"null null"}, std::string{R"({"a":)"},
+          R"({"a":)" + std::string(100'000, '[') + std::string(100'000, ']') + '}'}) {
         const auto failure = read(json);
         ASSERT_TRUE(failure) << json.substr(0, 20);
         EXPECT_EQ(failure->path(), folder_.path("d.json"));
@@ -72,8 +83,10 @@ TEST_F(DataFile, DamagedTextIsRefusedWithItsLine)
         std::string json;
         const char* line;
     };
-    for (const auto& [json, line] :
-         std::vector<Row>{{"", "line 1 "}, {"{\"a\":\n", "line 2 "}, {"{\n\n\"a\":1,}\n", "line 3 "}, {"{}\nx", "line 2 "}}) {
+    for (const auto& [json, line] : std::vector<Row>{{"", "line 1 "},
+                                                     {"{\"a\":\n", "line 2 "},
+                                                     {"{\n\n\"a\":1,}\n", "line 3 "},
+                                                     {"{}\nx", "line 2 "}}) {
         const auto failure = read(json);
         ASSERT_TRUE(failure) << json;
         EXPECT_NE(failure->description()->find(line), std::string::npos) << *failure->description();

@@ -2,13 +2,12 @@
 
 #include "host/formats/GeoJsonWriter.h"
 
-#include <limits>
-
-#include <gmock/gmock.h>
-
 #include "host/formats/Written.h"
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include <limits>
 
 namespace {
 
@@ -61,9 +60,12 @@ TEST(GeoJsonWriter, NothingIsAnEmptyCollection)
 
 TEST(GeoJsonWriter, FeatureIsALine)
 {
-    EXPECT_EQ(geoJsonOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0}, {{"name", "A"}}), wayPoint({1, 2, 3, 0, 0})}).text,
+    EXPECT_EQ(geoJsonOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0}, {{"name", "A"}}),
+                         wayPoint({1, 2, 3, 0, 0})})
+                  .text,
               "{\"type\":\"FeatureCollection\",\"features\":[\n"
-              "{\"type\":\"Feature\",\"properties\":{\"kind\":\"waypoint\",\"time\":\"2024-06-01T10:00:00Z\",\"name\":\"A\"},"
+              "{\"type\":\"Feature\",\"properties\":{\"kind\":\"waypoint\",\"time\":\"2024-06-"
+              "01T10:00:00Z\",\"name\":\"A\"},"
               "\"geometry\":{\"type\":\"Point\",\"coordinates\":[-7.25,46.5,1200.5]}},\n"
               "{\"type\":\"Feature\",\"properties\":{\"kind\":\"waypoint\"},"
               "\"geometry\":{\"type\":\"Point\",\"coordinates\":[2,1,3]}}\n"
@@ -80,22 +82,27 @@ TEST(GeoJsonWriter, EveryFieldOfARecordIsAPropertyButForItsPlace)
                                                     {"open", true},
                                                     {"list", gps::Array{1, "x"}},
                                                     {"point", gps::GPSPoint{}}})});
-    EXPECT_EQ(features[0]["properties"], json::parse(R"({"kind":"geocache","name":"C","comment":"","datePlaced":"010208",
+    EXPECT_EQ(features[0]["properties"],
+              json::parse(R"({"kind":"geocache","name":"C","comment":"","datePlaced":"010208",
         "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
 
 TEST(GeoJsonWriter, PropertyOfTheFormsOwnStandsOnce)
 {
     const auto text =
-        geoJsonOf({wayPoint({0, 0, 0, kTen, 0}, {{"kind", "mine"}, {"time", 1}, {"times", 2}, {"points", 3}, {"name", "A"}})})
+        geoJsonOf(
+            {wayPoint({0, 0, 0, kTen, 0},
+                      {{"kind", "mine"}, {"time", 1}, {"times", 2}, {"points", 3}, {"name", "A"}})})
             .text;
-    EXPECT_THAT(text, testing::HasSubstr(R"("properties":{"kind":"waypoint","time":"2024-06-01T10:00:00Z","name":"A"})"));
+    EXPECT_THAT(
+        text, testing::HasSubstr(
+                  R"("properties":{"kind":"waypoint","time":"2024-06-01T10:00:00Z","name":"A"})"));
 }
 
 TEST(GeoJsonWriter, TrackIsALineWithItsTimes)
 {
-    const auto features =
-        featuresOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}), trackPoint({4, 5, 6, kTen + 1, 0})});
+    const auto features = featuresOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
+                                      trackPoint({4, 5, 6, kTen + 1, 0})});
     EXPECT_EQ(features, json::parse(R"([{"type":"Feature",
         "properties":{"kind":"track","name":"Day 1","times":["2024-06-01T10:00:00Z","2024-06-01T10:00:01Z"]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
@@ -107,16 +114,19 @@ TEST(GeoJsonWriter, PointWithoutAMomentHasNullAmongTheTimes)
         return featuresOf(events)[0]["properties"].value("times", json{});
     };
     const auto at = [](std::int64_t time) { return trackPoint({0, 0, 0, time, 0}); };
-    EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}), json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
+    EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}),
+              json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
     EXPECT_EQ(times({at(kTen), at(0)}), json::parse(R"(["2024-06-01T10:00:00Z",null])"));
     EXPECT_EQ(times({at(0), at(315532799)}), json{}); // none at all: no such property
 }
 
 TEST(GeoJsonWriter, LineOfOnePointIsAPointAndOneOfNoneHasNoGeometry)
 {
-    EXPECT_EQ(geometryOf({trackPoint({1, 2, 3, 0, 0})}), json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
+    EXPECT_EQ(geometryOf({trackPoint({1, 2, 3, 0, 0})}),
+              json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
     EXPECT_EQ(geometryOf({newTrack({{"name", "T"}})}), json{});
-    EXPECT_EQ(geometryOf({newRoute({}), wayPoint({1, 2, 3, 0, 0})}), json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
+    EXPECT_EQ(geometryOf({newRoute({}), wayPoint({1, 2, 3, 0, 0})}),
+              json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
     EXPECT_EQ(geometryOf({newRoute({})}), json{});
 }
 
@@ -124,41 +134,50 @@ TEST(GeoJsonWriter, RouteHasTheRecordsOfItsPoints)
 {
     const auto features =
         featuresOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
-                    wayPoint({1, 2, 3, kTen, 0}, {{"name", "A"}, {"symbol", "Camp"}, {"point", gps::GPSPoint{}}}),
+                    wayPoint({1, 2, 3, kTen, 0},
+                             {{"name", "A"}, {"symbol", "Camp"}, {"point", gps::GPSPoint{}}}),
                     wayPoint({4, 5, 6, 0, 0})});
-    EXPECT_EQ(features,
-              json::parse(R"([{"type":"Feature","properties":{"kind":"route","name":"Loop","comment":"nice","lastIndex":2,
+    EXPECT_EQ(
+        features,
+        json::parse(
+            R"([{"type":"Feature","properties":{"kind":"route","name":"Loop","comment":"nice","lastIndex":2,
         "points":[{"time":"2024-06-01T10:00:00Z","name":"A","symbol":"Camp"},{}]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
 }
 
 TEST(GeoJsonWriter, LineAcrossTheDateLineIsCutThere)
 {
-    const auto features = featuresOf({trackPoint({0, 178, 0, kTen, 0}), trackPoint({0, 179, 0, kTen, 0}),
-                                      trackPoint({2, -179, 4, kTen, 0}), trackPoint({4, 179, 4, kTen, 0})});
+    const auto features =
+        featuresOf({trackPoint({0, 178, 0, kTen, 0}), trackPoint({0, 179, 0, kTen, 0}),
+                    trackPoint({2, -179, 4, kTen, 0}), trackPoint({4, 179, 4, kTen, 0})});
     EXPECT_EQ(features[0]["geometry"], json::parse(R"({"type":"MultiLineString","coordinates":[
         [[178,0,0],[179,0,0],[180,1,2]],[[-180,1,2],[-179,2,4],[-180,3,4]],[[180,3,4],[179,4,4]]]})"));
     const std::string at = "2024-06-01T10:00:00Z";
-    EXPECT_EQ(features[0]["properties"]["times"], json({at, at, nullptr, nullptr, at, nullptr, nullptr, at}));
-    const auto route = featuresOf({newRoute({}), wayPoint({0, 179, 0, 0, 0}, {{"name", "A"}}), wayPoint({0, -179, 0, 0, 0})});
+    EXPECT_EQ(features[0]["properties"]["times"],
+              json({at, at, nullptr, nullptr, at, nullptr, nullptr, at}));
+    const auto route = featuresOf(
+        {newRoute({}), wayPoint({0, 179, 0, 0, 0}, {{"name", "A"}}), wayPoint({0, -179, 0, 0, 0})});
     EXPECT_EQ(route[0]["geometry"]["type"], "MultiLineString");
     EXPECT_EQ(route[0]["properties"]["points"], json::parse(R"([{"name":"A"},null,null,{}])"));
 }
 
 TEST(GeoJsonWriter, EachLineStartsAfresh)
 {
-    const auto features = featuresOf({newTrack({}), trackPoint({0, 179, 0, kTen, 0}), trackPoint({0, -179, 0, 0, 0}),
-                                      newTrack({}), trackPoint({0, 179, 0, 0, 0}), trackPoint({0, 178, 0, 0, 0})});
+    const auto features =
+        featuresOf({newTrack({}), trackPoint({0, 179, 0, kTen, 0}), trackPoint({0, -179, 0, 0, 0}),
+                    newTrack({}), trackPoint({0, 179, 0, 0, 0}), trackPoint({0, 178, 0, 0, 0})});
     ASSERT_EQ(features.size(), 2U);
-    EXPECT_EQ(features[1]["geometry"], json::parse(R"({"type":"LineString","coordinates":[[179,0,0],[178,0,0]]})"));
+    EXPECT_EQ(features[1]["geometry"],
+              json::parse(R"({"type":"LineString","coordinates":[[179,0,0],[178,0,0]]})"));
     EXPECT_FALSE(features[1]["properties"].contains("times"));
 }
 
 TEST(GeoJsonWriter, PointWithoutAPlaceIsLeftOutAndCounted)
 {
     const auto poles =
-        geoJsonOf({wayPoint({90.1, 0, 0, 0, 0}), newRoute({}), wayPoint({0, -181, 0, 0, 0}), newTrack({}),
-                   trackPoint({90, 180, 0, kTen, 0}), trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, kTen, 0}),
+        geoJsonOf({wayPoint({90.1, 0, 0, 0, 0}), newRoute({}), wayPoint({0, -181, 0, 0, 0}),
+                   newTrack({}), trackPoint({90, 180, 0, kTen, 0}),
+                   trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, kTen, 0}),
                    trackPoint({-90, 180, 0, kTen, 0})});
     EXPECT_EQ(poles.remark, "3 points were left out: no place on the globe");
     const auto features = json::parse(poles.text)["features"];
@@ -170,7 +189,9 @@ TEST(GeoJsonWriter, PointWithoutAPlaceIsLeftOutAndCounted)
 
 TEST(GeoJsonWriter, AltitudeThatIsNotFiniteIsLeftOut)
 {
-    EXPECT_EQ(geometryOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})})["coordinates"], json({2, 1}));
+    EXPECT_EQ(geometryOf(
+                  {wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})})["coordinates"],
+              json({2, 1}));
 }
 
 TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)
@@ -185,14 +206,14 @@ TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)
 TEST(GeoJsonWriter, HostileTextsStayTexts)
 {
     const std::string arabic = "\xD9\x85\xD8\xB1\xD8\xAD\xD8\xA8\xD8\xA7";
-    for (const auto& [name, shown] :
-         std::vector<std::pair<std::string, std::string>>{{"</script>\"\\\n\x01", "</script>\"\\\n\x01"},
-                                                          {"\xff"
-                                                           "a",
-                                                           "\xEF\xBF\xBD"
-                                                           "a"},
-                                                          {std::string(10000, '"'), std::string(10000, '"')},
-                                                          {arabic, arabic}})
+    for (const auto& [name, shown] : std::vector<std::pair<std::string, std::string>>{
+             {"</script>\"\\\n\x01", "</script>\"\\\n\x01"},
+             {"\xff"
+              "a",
+              "\xEF\xBF\xBD"
+              "a"},
+             {std::string(10000, '"'), std::string(10000, '"')},
+             {arabic, arabic}})
         EXPECT_EQ(featuresOf({newTrack({{"name", name}})})[0]["properties"]["name"], shown);
 }
 

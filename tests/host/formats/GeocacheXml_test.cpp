@@ -2,11 +2,11 @@
 
 #include "host/formats/GeocacheXml.h"
 
-#include <gtest/gtest.h>
-
 #include "host/formats/CollectionWriter.h"
 
 #include <gps/Value.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -14,7 +14,8 @@ std::string cacheOf(const gps::Dictionary& record)
 {
     std::string out;
     host::appendGeocache(out, record);
-    constexpr std::string_view kStart = "<groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">";
+    constexpr std::string_view kStart =
+        "<groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">";
     constexpr std::string_view kEnd = "</groundspeak:cache>";
     EXPECT_EQ(out.substr(0, kStart.size()), kStart);
     return out.substr(kStart.size(), out.size() - kStart.size() - kEnd.size());
@@ -32,17 +33,22 @@ TEST(GeocacheXml, ChildrenComeInTheOrderOfTheSchema)
                  {"geocacheOwner", "me"},
                  {"name", "GC1"}}),
         "<groundspeak:name>GC1</groundspeak:name><groundspeak:owner>me</groundspeak:owner>"
-        "<groundspeak:type>Traditional</groundspeak:type><groundspeak:difficulty>1</groundspeak:difficulty>"
-        "<groundspeak:terrain>2.5</groundspeak:terrain><groundspeak:encoded_hints>under &amp; over</groundspeak:encoded_hints>"
-        "<groundspeak:logs><groundspeak:log><groundspeak:date>2008-02-01T00:00:00Z</groundspeak:date>"
+        "<groundspeak:type>Traditional</groundspeak:type><groundspeak:difficulty>1</"
+        "groundspeak:difficulty>"
+        "<groundspeak:terrain>2.5</groundspeak:terrain><groundspeak:encoded_hints>under &amp; "
+        "over</groundspeak:encoded_hints>"
+        "<groundspeak:logs><groundspeak:log><groundspeak:date>2008-02-01T00:00:00Z</"
+        "groundspeak:date>"
         "<groundspeak:type>Publish Listing</groundspeak:type></groundspeak:log><groundspeak:log>"
-        "<groundspeak:date>2009-03-02T00:00:00Z</groundspeak:date><groundspeak:type>Found it</groundspeak:type>"
+        "<groundspeak:date>2009-03-02T00:00:00Z</groundspeak:date><groundspeak:type>Found "
+        "it</groundspeak:type>"
         "</groundspeak:log></groundspeak:logs>");
 }
 
 TEST(GeocacheXml, EmptyTextsAreLeftOut)
 {
-    EXPECT_EQ(cacheOf({{"name", ""}, {"geocacheOwner", ""}, {"datePlaced", ""}, {"dateFound", ""}}), "");
+    EXPECT_EQ(cacheOf({{"name", ""}, {"geocacheOwner", ""}, {"datePlaced", ""}, {"dateFound", ""}}),
+              "");
 }
 
 TEST(GeocacheXml, DateTextsAreReadWhereTheyAreDates)
@@ -52,16 +58,19 @@ TEST(GeocacheXml, DateTextsAreReadWhereTheyAreDates)
         const char* dateTime;
     };
     for (const auto& [text, dateTime] :
-         {Row{"010180", "1980-01-01T00:00:00Z"}, Row{"311299", "1999-12-31T00:00:00Z"}, Row{"010100", "2000-01-01T00:00:00Z"},
-          Row{"290200", "2000-02-29T00:00:00Z"}, Row{"311279", "2079-12-31T00:00:00Z"}})
+         {Row{"010180", "1980-01-01T00:00:00Z"}, Row{"311299", "1999-12-31T00:00:00Z"},
+          Row{"010100", "2000-01-01T00:00:00Z"}, Row{"290200", "2000-02-29T00:00:00Z"},
+          Row{"311279", "2079-12-31T00:00:00Z"}})
         EXPECT_EQ(host::dateTimeOf(text), dateTime);
-    for (const char* text : {"", "000100", "320100", "290201", "011300", "010000", "01018", "0101800", "01 180", "1/1/80"})
+    for (const char* text : {"", "000100", "320100", "290201", "011300", "010000", "01018",
+                             "0101800", "01 180", "1/1/80"})
         EXPECT_EQ(host::dateTimeOf(text), text);
 }
 
 TEST(GeocacheXml, GeocacheIsKnownByItsKeys)
 {
-    for (const char* key : {"geocacheOwner", "geocacheAnything", "difficulty", "terrain", "datePlaced", "dateFound"})
+    for (const char* key :
+         {"geocacheOwner", "geocacheAnything", "difficulty", "terrain", "datePlaced", "dateFound"})
         EXPECT_TRUE(host::isGeocache({{"name", "A"}, {key, ""}})) << key;
     for (const char* key : {"name", "symbol", "comment", "Geocache", "difficultyX"})
         EXPECT_FALSE(host::isGeocache({{key, "Geocache"}})) << key;

@@ -2,18 +2,18 @@
 
 #include "host/formats/GpxReader.h"
 
+#include "host/formats/GpxWriter.h"
+#include "host/formats/Written.h"
+#include "support/AsNobody.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <gmock/gmock.h>
-
-#include "host/formats/GpxWriter.h"
-#include "host/formats/Written.h"
-#include "support/AsNobody.h"
-#include "support/TemporaryFolder.h"
 
 namespace {
 
@@ -46,8 +46,9 @@ Dictionary read(std::string_view bytes)
 
 std::string gpx(std::string_view content)
 {
-    return "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" xmlns=\"http://www.topografix.com/GPX/1/1\">" + std::string{content} +
-           "</gpx>";
+    return "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" "
+           "xmlns=\"http://www.topografix.com/GPX/1/1\">" +
+           std::string{content} + "</gpx>";
 }
 
 Dictionary readContent(std::string_view content)
@@ -81,9 +82,12 @@ Dictionary firstUnder(const Dictionary& data, std::string_view key)
     return list.empty() ? Dictionary{} : *list.front().as<Dictionary>();
 }
 
-Dictionary waypoint(std::string_view content, std::string_view attributes = R"(lat="46.5" lon="-7.25")")
+Dictionary waypoint(std::string_view content,
+                    std::string_view attributes = R"(lat="46.5" lon="-7.25")")
 {
-    return firstUnder(readContent("<wpt " + std::string{attributes} + ">" + std::string{content} + "</wpt>"), "waypoint");
+    return firstUnder(
+        readContent("<wpt " + std::string{attributes} + ">" + std::string{content} + "</wpt>"),
+        "waypoint");
 }
 
 std::string textUnder(const Dictionary& record, std::string_view key)
@@ -100,17 +104,22 @@ TEST(GpxReader, EmptyDocumentBringsNoKeys)
 
 TEST(GpxReader, WaypointHasItsNameCommentSymbolAndPoint)
 {
-    EXPECT_EQ(readContent("<wpt lat=\"46.5\" lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>Camp</name>"
-                          "<cmt>by the lake</cmt><desc>not this</desc><sym>Campground</sym></wpt>"),
-              (Dictionary{{"waypoint", Array{Dictionary{{"name", "Camp"},
-                                                        {"comment", "by the lake"},
-                                                        {"symbol", "Campground"},
-                                                        {"point", GPSPoint{46.5, -7.25, 1200.5, 1717236000, 0}}}}}}));
+    EXPECT_EQ(
+        readContent(
+            "<wpt lat=\"46.5\" "
+            "lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>Camp</name>"
+            "<cmt>by the lake</cmt><desc>not this</desc><sym>Campground</sym></wpt>"),
+        (Dictionary{{"waypoint",
+                     Array{Dictionary{{"name", "Camp"},
+                                      {"comment", "by the lake"},
+                                      {"symbol", "Campground"},
+                                      {"point", GPSPoint{46.5, -7.25, 1200.5, 1717236000, 0}}}}}}));
 }
 
 TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPlace)
 {
-    EXPECT_EQ(waypoint(""), (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, 0, 0, 0}}}));
+    EXPECT_EQ(waypoint(""),
+              (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, 0, 0, 0}}}));
 }
 
 TEST(GpxReader, DescriptionStandsInForAComment)
@@ -122,7 +131,9 @@ TEST(GpxReader, DescriptionStandsInForAComment)
 
 TEST(GpxReader, MalformedElevationOrTimeIsZero)
 {
-    const auto pointOf = [](std::string_view content) { return *gps::findPoint(waypoint(content)); };
+    const auto pointOf = [](std::string_view content) {
+        return *gps::findPoint(waypoint(content));
+    };
     EXPECT_EQ(pointOf("<ele>high</ele><time>noon</time>"), (GPSPoint{46.5, -7.25, 0, 0, 0}));
     EXPECT_EQ(pointOf("<ele>nan</ele>").altitude, 0);
     EXPECT_EQ(pointOf("<ele>inf</ele>").altitude, 0);
@@ -133,24 +144,34 @@ TEST(GpxReader, MalformedElevationOrTimeIsZero)
 
 TEST(GpxReader, CoordinatesAreWholeNumbersOnTheGlobe)
 {
-    for (const std::string_view text : {"90", "-90", "+46.5", " 46.5\n", "46.", ".5", "-.5", "4.65e1", "-0", "1e-400", "0046.5"})
-        EXPECT_EQ(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")), "read") << text;
     for (const std::string_view text :
-         {"90.0000001", "-90.0000001", "",     " ",     "nan", "NaN", "inf", "-inf", "north", "46,5",
-          "46.5 N",     "46 30",       "0x2E", "1e400", "+-4", "-+4", "--4", ".",    "-",     "4e"})
-        EXPECT_THAT(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")), HasSubstr("no possible place")) << text;
+         {"90", "-90", "+46.5", " 46.5\n", "46.", ".5", "-.5", "4.65e1", "-0", "1e-400", "0046.5"})
+        EXPECT_EQ(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")), "read")
+            << text;
+    for (const std::string_view text :
+         {"90.0000001", "-90.0000001", "",     " ",      "nan",   "NaN",  "inf",
+          "-inf",       "north",       "46,5", "46.5 N", "46 30", "0x2E", "1e400",
+          "+-4",        "-+4",         "--4",  ".",      "-",     "4e"})
+        EXPECT_THAT(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")),
+                    HasSubstr("no possible place"))
+            << text;
     EXPECT_EQ(refusal(gpx("<wpt lat='0' lon='180'/><wpt lat='0' lon='-180'/>")), "read");
     for (const std::string_view text : {"180.0000001", "-180.0000001", "x"})
-        EXPECT_THAT(refusal(gpx("<wpt lat='0' lon='" + std::string{text} + "'/>")), HasSubstr("no possible place")) << text;
+        EXPECT_THAT(refusal(gpx("<wpt lat='0' lon='" + std::string{text} + "'/>")),
+                    HasSubstr("no possible place"))
+            << text;
 }
 
 TEST(GpxReader, ImpossiblePlaceIsToldWithFileLineAndNumbers)
 {
     EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'/>\n\n<wpt\n lat='95' lon='7'/></gpx>"),
-              "trip.gpx, line 4: a <wpt> has no possible place: its latitude is \"95\", its longitude \"7\"");
-    EXPECT_THAT(refusal("<gpx>\n<rte>\n<rtept lat='1'/></rte></gpx>"), StartsWith("trip.gpx, line 3: a <rtept>"));
-    EXPECT_THAT(refusal("<gpx><trk><trkseg><trkpt lat='1' lon='2'/>\n<g:trkpt/></trkseg></trk></gpx>"),
-                StartsWith("trip.gpx, line 2: a <trkpt>"));
+              "trip.gpx, line 4: a <wpt> has no possible place: its latitude is \"95\", its "
+              "longitude \"7\"");
+    EXPECT_THAT(refusal("<gpx>\n<rte>\n<rtept lat='1'/></rte></gpx>"),
+                StartsWith("trip.gpx, line 3: a <rtept>"));
+    EXPECT_THAT(
+        refusal("<gpx><trk><trkseg><trkpt lat='1' lon='2'/>\n<g:trkpt/></trkseg></trk></gpx>"),
+        StartsWith("trip.gpx, line 2: a <trkpt>"));
 }
 
 TEST(GpxReader, LineIsRightInEveryEncoding)
@@ -174,20 +195,25 @@ TEST(GpxReader, RouteHasItsPointsAsWaypoints)
                     "<rtept lat=\"3\" lon=\"4\"><name>B</name><cmt>b</cmt></rtept></rte><rte/>"),
         (Dictionary{
             {"route",
-             Array{Dictionary{
-                       {"name", "Loop"},
-                       {"comment", "round"},
-                       {"number", 3},
-                       {"points",
-                        Array{Dictionary{{"name", "A"}, {"comment", ""}, {"symbol", "Camp"}, {"point", GPSPoint{1, 2, 0, 0, 0}}},
-                              Dictionary{{"name", "B"}, {"comment", "b"}, {"point", GPSPoint{3, 4, 0, 0, 0}}}}}},
+             Array{Dictionary{{"name", "Loop"},
+                              {"comment", "round"},
+                              {"number", 3},
+                              {"points", Array{Dictionary{{"name", "A"},
+                                                          {"comment", ""},
+                                                          {"symbol", "Camp"},
+                                                          {"point", GPSPoint{1, 2, 0, 0, 0}}},
+                                               Dictionary{{"name", "B"},
+                                                          {"comment", "b"},
+                                                          {"point", GPSPoint{3, 4, 0, 0, 0}}}}}},
                    Dictionary{{"points", Array{}}}}}}));
 }
 
 TEST(GpxReader, RouteNumberMustBeANumber)
 {
     const auto numberIn = [](std::string_view text) {
-        return firstUnder(readContent("<rte><number>" + std::string{text} + "</number></rte>"), "route").contains("number");
+        return firstUnder(readContent("<rte><number>" + std::string{text} + "</number></rte>"),
+                          "route")
+            .contains("number");
     };
     EXPECT_TRUE(numberIn("7"));
     EXPECT_FALSE(numberIn(""));
@@ -196,20 +222,27 @@ TEST(GpxReader, RouteNumberMustBeANumber)
 
 TEST(GpxReader, RoutePointIsAPlainWaypointWhateverItsSymbol)
 {
-    const auto route = firstUnder(
-        readContent("<rte><rtept lat='1' lon='2'><sym>Geocache Found</sym><type>Geocache|X</type></rtept></rte>"), "route");
-    EXPECT_EQ(firstUnder(route, "points"),
-              (Dictionary{{"comment", ""}, {"symbol", "Geocache Found"}, {"point", GPSPoint{1, 2, 0, 0, 0}}}));
+    const auto route = firstUnder(readContent("<rte><rtept lat='1' lon='2'><sym>Geocache "
+                                              "Found</sym><type>Geocache|X</type></rtept></rte>"),
+                                  "route");
+    EXPECT_EQ(firstUnder(route, "points"), (Dictionary{{"comment", ""},
+                                                       {"symbol", "Geocache Found"},
+                                                       {"point", GPSPoint{1, 2, 0, 0, 0}}}));
 }
 
 TEST(GpxReader, TrackJoinsItsSegmentsInOrder)
 {
-    EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'><ele>3</ele><time>1970-01-01T00:00:04Z</time>"
-                          "</trkpt><trkpt lat='5' lon='6'/></trkseg><trkseg/><trkseg><trkpt lat='7' lon='8'/></trkseg></trk>"),
-              (Dictionary{{"track", Array{Dictionary{{"name", "Day"},
-                                                     {"points", Array{Dictionary{{"point", GPSPoint{1, 2, 3, 4, 0}}},
-                                                                      Dictionary{{"point", GPSPoint{5, 6, 0, 0, 0}}},
-                                                                      Dictionary{{"point", GPSPoint{7, 8, 0, 0, 0}}}}}}}}}));
+    EXPECT_EQ(
+        readContent("<trk><name>Day</name><trkseg><trkpt lat='1' "
+                    "lon='2'><ele>3</ele><time>1970-01-01T00:00:04Z</time>"
+                    "</trkpt><trkpt lat='5' lon='6'/></trkseg><trkseg/><trkseg><trkpt lat='7' "
+                    "lon='8'/></trkseg></trk>"),
+        (Dictionary{
+            {"track", Array{Dictionary{
+                          {"name", "Day"},
+                          {"points", Array{Dictionary{{"point", GPSPoint{1, 2, 3, 4, 0}}},
+                                           Dictionary{{"point", GPSPoint{5, 6, 0, 0, 0}}},
+                                           Dictionary{{"point", GPSPoint{7, 8, 0, 0, 0}}}}}}}}}));
 }
 
 TEST(GpxReader, KindsMayComeInAnyOrder)
@@ -222,47 +255,60 @@ TEST(GpxReader, KindsMayComeInAnyOrder)
 
 TEST(GpxReader, UnknownElementsArePassedOver)
 {
-    EXPECT_EQ(readContent("<metadata><name>no</name><bounds minlat='x'/></metadata><extensions><wpt/></extensions><waypoint/>"
+    EXPECT_EQ(readContent("<metadata><name>no</name><bounds "
+                          "minlat='x'/></metadata><extensions><wpt/></extensions><waypoint/>"
                           "<WPT/><?pi x?><!-- <wpt/> -->"),
               Dictionary{});
-    EXPECT_EQ(
-        textUnder(waypoint("<extensions><x:name>no</x:name></extensions><link><text>no</text></link><name>A</name>"), "name"),
-        "A");
+    EXPECT_EQ(textUnder(waypoint("<extensions><x:name>no</x:name></extensions><link><text>no</"
+                                 "text></link><name>A</name>"),
+                        "name"),
+              "A");
 }
 
 TEST(GpxReader, AnyNamespacePrefixIsTaken)
 {
-    const auto plain = read("<gpx><wpt lat='1' lon='2'><name>A</name><sym>B</sym></wpt><trk><trkseg><trkpt lat='1' lon='2'/>"
-                            "</trkseg></trk></gpx>");
-    EXPECT_EQ(read("<g:gpx xmlns:g='http://www.topografix.com/GPX/1/0'><g:wpt lat='1' lon='2'><g:name>A</g:name><g:sym>B</g:sym>"
-                   "</g:wpt><g:trk><g:trkseg><g:trkpt lat='1' lon='2'/></g:trkseg></g:trk></g:gpx>"),
-              plain);
-    EXPECT_EQ(read("<g:gpx><wpt lat='1' lon='2'><h:name>A</h:name><sym>B</sym></wpt><t:trk><trkseg><x:trkpt lat='1' lon='2'/>"
-                   "</trkseg></t:trk></g:gpx>"),
-              plain);
+    const auto plain =
+        read("<gpx><wpt lat='1' lon='2'><name>A</name><sym>B</sym></wpt><trk><trkseg><trkpt "
+             "lat='1' lon='2'/>"
+             "</trkseg></trk></gpx>");
+    EXPECT_EQ(
+        read("<g:gpx xmlns:g='http://www.topografix.com/GPX/1/0'><g:wpt lat='1' "
+             "lon='2'><g:name>A</g:name><g:sym>B</g:sym>"
+             "</g:wpt><g:trk><g:trkseg><g:trkpt lat='1' lon='2'/></g:trkseg></g:trk></g:gpx>"),
+        plain);
+    EXPECT_EQ(
+        read("<g:gpx><wpt lat='1' "
+             "lon='2'><h:name>A</h:name><sym>B</sym></wpt><t:trk><trkseg><x:trkpt lat='1' lon='2'/>"
+             "</trkseg></t:trk></g:gpx>"),
+        plain);
 }
 
 TEST(GpxReader, ElementsOfAnotherNamespaceArePassedOver)
 {
-    EXPECT_EQ(readContent("<x:wpt xmlns:x='urn:x' lat='95' lon='2'/><x:rte xmlns:x='urn:x'><rtept/></x:rte>"), Dictionary{});
+    EXPECT_EQ(
+        readContent(
+            "<x:wpt xmlns:x='urn:x' lat='95' lon='2'/><x:rte xmlns:x='urn:x'><rtept/></x:rte>"),
+        Dictionary{});
     const auto data =
         readContent("<rte><x:rtept xmlns:x='urn:x'/></rte>"
-                    "<trk><x:trkseg xmlns:x='urn:x'><trkpt/></x:trkseg><trkseg><x:trkpt xmlns:x='urn:x'/></trkseg></trk>");
-    EXPECT_EQ(data,
-              (Dictionary{{"route", Array{Dictionary{{"points", Array{}}}}}, {"track", Array{Dictionary{{"points", Array{}}}}}}));
+                    "<trk><x:trkseg xmlns:x='urn:x'><trkpt/></x:trkseg><trkseg><x:trkpt "
+                    "xmlns:x='urn:x'/></trkseg></trk>");
+    EXPECT_EQ(data, (Dictionary{{"route", Array{Dictionary{{"points", Array{}}}}},
+                                {"track", Array{Dictionary{{"points", Array{}}}}}}));
 }
 
 TEST(GpxReader, OwnNamespaceMayGoByTwoPrefixes)
 {
-    const auto data =
-        readContent("<g:wpt xmlns:g='http://www.topografix.com/GPX/1/1' lat='1' lon='2'><g:name>A</g:name></g:wpt>");
+    const auto data = readContent("<g:wpt xmlns:g='http://www.topografix.com/GPX/1/1' lat='1' "
+                                  "lon='2'><g:name>A</g:name></g:wpt>");
     ASSERT_NE(data.findArray("waypoint"), nullptr);
     EXPECT_EQ(*data.findArray("waypoint")->front().as<Dictionary>()->findString("name"), "A");
 }
 
 TEST(GpxReader, ForeignElementDoesNotHideAnOwnOne)
 {
-    EXPECT_EQ(textUnder(waypoint("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"), "yes");
+    EXPECT_EQ(textUnder(waypoint("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"),
+              "yes");
 }
 
 TEST(GpxReader, TextsAreTakenWithEntitiesAndCdata)
@@ -292,32 +338,39 @@ TEST(GpxReader, EntitiesOfADocumentTypeAreNotExpanded)
 
 TEST(GpxReader, DeclaredEncodingIsHonoured)
 {
-    EXPECT_EQ(textUnder(firstUnder(read("<?xml version='1.0' encoding='windows-1252'?><gpx><wpt lat='1' lon='2'>"
-                                        "<name>caf\xE9</name></wpt></gpx>"),
-                                   "waypoint"),
-                        "name"),
-              "caf\xC3\xA9");
+    EXPECT_EQ(
+        textUnder(firstUnder(
+                      read("<?xml version='1.0' encoding='windows-1252'?><gpx><wpt lat='1' lon='2'>"
+                           "<name>caf\xE9</name></wpt></gpx>"),
+                      "waypoint"),
+                  "name"),
+        "caf\xC3\xA9");
     EXPECT_EQ(refusal("<?xml version='1.0' encoding='no-such-thing'?><gpx/>"),
               "trip.gpx, line 1: the file's text is in an encoding that is not known here");
 }
 
 constexpr char kCache[] =
     "<groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">"
-    "<groundspeak:name>The title</groundspeak:name><groundspeak:placed_by>no</groundspeak:placed_by>"
-    "<groundspeak:owner id=\"1\">Ann</groundspeak:owner><groundspeak:type>Multi-cache</groundspeak:type>"
-    "<groundspeak:difficulty>1.5</groundspeak:difficulty><groundspeak:terrain>2</groundspeak:terrain>"
+    "<groundspeak:name>The "
+    "title</groundspeak:name><groundspeak:placed_by>no</groundspeak:placed_by>"
+    "<groundspeak:owner "
+    "id=\"1\">Ann</groundspeak:owner><groundspeak:type>Multi-cache</groundspeak:type>"
+    "<groundspeak:difficulty>1.5</groundspeak:difficulty><groundspeak:terrain>2</"
+    "groundspeak:terrain>"
     "<groundspeak:encoded_hints>under a stone</groundspeak:encoded_hints><groundspeak:logs>"
     "<groundspeak:log><groundspeak:date>2011-05-06T19:00:00Z</groundspeak:date>"
     "<groundspeak:type>Write note</groundspeak:type></groundspeak:log>"
     "<groundspeak:log><groundspeak:date>2010-03-04T19:00:00Z</groundspeak:date>"
     "<groundspeak:type>Found it</groundspeak:type></groundspeak:log>"
     "<groundspeak:log><groundspeak:date>2009-03-04T19:00:00Z</groundspeak:date>"
-    "<groundspeak:type>Found it</groundspeak:type></groundspeak:log></groundspeak:logs></groundspeak:cache>";
+    "<groundspeak:type>Found "
+    "it</groundspeak:type></groundspeak:log></groundspeak:logs></groundspeak:cache>";
 
 TEST(GpxReader, GeocacheIsReadFromEitherPlaceOfItsExtension)
 {
-    const std::string head = "<time>2004-12-31T08:00:00Z</time><name>GC123</name><desc>The title by Ann</desc>"
-                             "<sym>Geocache Found</sym><type>Geocache|Traditional Cache</type>";
+    const std::string head =
+        "<time>2004-12-31T08:00:00Z</time><name>GC123</name><desc>The title by Ann</desc>"
+        "<sym>Geocache Found</sym><type>Geocache|Traditional Cache</type>";
     const Dictionary expected{{"name", "GC123"},
                               {"comment", "The title by Ann"},
                               {"symbol", "Geocache Found"},
@@ -336,10 +389,12 @@ TEST(GpxReader, GeocacheIsReadFromEitherPlaceOfItsExtension)
 TEST(GpxReader, GeocacheIsKnownByTypeSymbolOrExtension)
 {
     for (const std::string_view content :
-         {"<type>Geocache</type>", "<type>Geocache|Unknown Cache</type>", "<sym>Geocache</sym>", "<sym>Geocache Found</sym>",
-          "<sym>Geocache-Regular</sym>", "<g:cache/>", "<extensions><cache/></extensions>"})
+         {"<type>Geocache</type>", "<type>Geocache|Unknown Cache</type>", "<sym>Geocache</sym>",
+          "<sym>Geocache Found</sym>", "<sym>Geocache-Regular</sym>", "<g:cache/>",
+          "<extensions><cache/></extensions>"})
         EXPECT_THAT(textUnder(waypoint(content), "symbol"), StartsWith("Geocache")) << content;
-    for (const std::string_view content : {"<type>geocache</type>", "<type>Waypoint|Geocache</type>", "<sym>A Geocache</sym>"})
+    for (const std::string_view content :
+         {"<type>geocache</type>", "<type>Waypoint|Geocache</type>", "<sym>A Geocache</sym>"})
         EXPECT_FALSE(waypoint(content).contains("geocacheType")) << content;
 }
 
@@ -353,9 +408,12 @@ TEST(GpxReader, GeocacheSymbolTellsOnlyWhetherItWasFound)
 
 TEST(GpxReader, GeocacheTypeIsTheExtensionsOrElseTheWaypoints)
 {
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"), "Virtual Cache");
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"),
+              "Virtual Cache");
     EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "geocacheType"), "");
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache|A</type><g:cache><g:type>B</g:type></g:cache>"), "geocacheType"), "B");
+    EXPECT_EQ(textUnder(waypoint("<type>Geocache|A</type><g:cache><g:type>B</g:type></g:cache>"),
+                        "geocacheType"),
+              "B");
 }
 
 TEST(GpxReader, GeocacheDatesAreDayMonthAndYear)
@@ -363,8 +421,8 @@ TEST(GpxReader, GeocacheDatesAreDayMonthAndYear)
     const auto placed = [](std::string_view time, std::string_view published) {
         std::string content = "<type>Geocache</type><time>" + std::string{time} + "</time>";
         if (!published.empty())
-            content +=
-                "<cache><logs><log><date>" + std::string{published} + "</date><type>Publish Listing</type></log></logs></cache>";
+            content += "<cache><logs><log><date>" + std::string{published} +
+                       "</date><type>Publish Listing</type></log></logs></cache>";
         return textUnder(waypoint(content), "datePlaced");
     };
     EXPECT_EQ(placed("2004-03-02T08:00:00Z", ""), "020304");
@@ -382,21 +440,25 @@ TEST(GpxReader, SeveralFilesAppend)
 {
     const support::TemporaryFolder folder;
     Dictionary data;
-    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", gpx("<wpt lat='1' lon='2'><name>A</name></wpt>")), data));
-    EXPECT_FALSE(host::readGpx(folder.put("b.gpx", gpx("<wpt lat='1' lon='2'><name>B</name></wpt><trk/>")), data));
+    EXPECT_FALSE(
+        host::readGpx(folder.put("a.gpx", gpx("<wpt lat='1' lon='2'><name>A</name></wpt>")), data));
+    EXPECT_FALSE(host::readGpx(
+        folder.put("b.gpx", gpx("<wpt lat='1' lon='2'><name>B</name></wpt><trk/>")), data));
     ASSERT_EQ(listUnder(data, "waypoint").size(), 2U);
     EXPECT_EQ(textUnder(*listUnder(data, "waypoint")[1].as<Dictionary>(), "name"), "B");
     EXPECT_EQ(listUnder(data, "track").size(), 1U);
 
     const auto before = data;
-    EXPECT_TRUE(host::readGpx(folder.put("c.gpx", gpx("<wpt lat='1' lon='2'/><trk/><wpt lat='99' lon='2'/>")), data));
+    EXPECT_TRUE(host::readGpx(
+        folder.put("c.gpx", gpx("<wpt lat='1' lon='2'/><trk/><wpt lat='99' lon='2'/>")), data));
     EXPECT_EQ(data, before) << "a bad file adds nothing";
 }
 
 TEST(GpxReader, WhatIsNoGpxIsRefused)
 {
-    for (const std::string_view bytes : {"", " \n", "hello", "{\"a\":1}", "<?xml version='1.0'?>", "<kml><wpt/></kml>", "<GPX/>",
-                                         "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->"})
+    for (const std::string_view bytes :
+         {"", " \n", "hello", "{\"a\":1}", "<?xml version='1.0'?>", "<kml><wpt/></kml>", "<GPX/>",
+          "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->"})
         EXPECT_EQ(refusal(bytes), "trip.gpx, line 1: this is no GPX file") << bytes;
 }
 
@@ -404,25 +466,31 @@ TEST(GpxReader, DamagedFileIsToldWithItsLine)
 {
     EXPECT_THAT(refusal("<gpx>\n<wpt lat='1' lon='2'>\n</gpx>"),
                 StartsWith("trip.gpx, line 3: the file is damaged or cut short"));
-    EXPECT_THAT(refusal("<gpx>\n<wpt lat=1 lon='2'/></gpx>"), StartsWith("trip.gpx, line 2: the file is damaged or cut short"));
-    EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"), StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
+    EXPECT_THAT(refusal("<gpx>\n<wpt lat=1 lon='2'/></gpx>"),
+                StartsWith("trip.gpx, line 2: the file is damaged or cut short"));
+    EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"),
+                StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
     EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
     EXPECT_EQ(refusal("<gpx/>\n<gpx/>"), "trip.gpx, line 2: the file goes on behind its end");
 }
 
 TEST(GpxReader, FileCutAnywhereIsRefused)
 {
-    const auto whole = gpx("<!-- c --><wpt lat=\"1\" lon=\"2\"><name>A &amp; B</name><cmt><![CDATA[c]]></cmt></wpt>"
-                           "<rte><rtept lat=\"1\" lon=\"2\"/></rte><trk><trkseg><trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>"
-                           "</trkseg></trk>");
+    const auto whole = gpx(
+        "<!-- c --><wpt lat=\"1\" lon=\"2\"><name>A &amp; B</name><cmt><![CDATA[c]]></cmt></wpt>"
+        "<rte><rtept lat=\"1\" lon=\"2\"/></rte><trk><trkseg><trkpt lat=\"1\" "
+        "lon=\"2\"><ele>3</ele></trkpt>"
+        "</trkseg></trk>");
     EXPECT_EQ(refusal(whole), "read");
     for (std::size_t size = 0; size < whole.size(); ++size)
-        EXPECT_THAT(refusal(whole.substr(0, size)), StartsWith("trip.gpx, line ")) << whole.substr(0, size);
+        EXPECT_THAT(refusal(whole.substr(0, size)), StartsWith("trip.gpx, line "))
+            << whole.substr(0, size);
 }
 
 TEST(GpxReader, BrokenByteNeverEndsTheProcess)
 {
-    const auto whole = gpx("<wpt lat=\"1\" lon=\"2\"><time>2024-06-01T10:00:00Z</time><name>A</name><cache/></wpt>");
+    const auto whole = gpx(
+        "<wpt lat=\"1\" lon=\"2\"><time>2024-06-01T10:00:00Z</time><name>A</name><cache/></wpt>");
     for (const char broken : {'\0', '<', '>', '&', '"', '\xFF'}) {
         for (std::size_t i = 0; i < whole.size(); ++i) {
             auto bytes = whole;
@@ -442,7 +510,10 @@ TEST(GpxReader, DeepNestingIsNoDanger)
         opened += "<x>";
         closed += "</x>";
     }
-    EXPECT_EQ(readContent("<wpt lat='1' lon='2'><name>" + opened + closed + "A</name>" + opened + closed + "</wpt>").size(), 1U);
+    EXPECT_EQ(readContent("<wpt lat='1' lon='2'><name>" + opened + closed + "A</name>" + opened +
+                          closed + "</wpt>")
+                  .size(),
+              1U);
     EXPECT_THAT(refusal("<gpx>" + opened), HasSubstr("damaged or cut short"));
 }
 
@@ -467,7 +538,8 @@ TEST(GpxReader, FileBeyondTheLargestSizeIsRefused)
 {
     const support::TemporaryFolder folder;
     const auto path = folder.put("huge.gpx", "<gpx/>");
-    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestGpx) + 1), 0); // a hole: takes no room
+    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestGpx) + 1),
+              0); // a hole: takes no room
     Dictionary data;
     EXPECT_TRUE(host::readGpx(path, data));
 }
@@ -492,10 +564,12 @@ Dictionary withPoint(Dictionary record, const GPSPoint& point)
 TEST(GpxReader, OwnWritersWaypointComesBackEqual)
 {
     const GPSPoint point{-46.123456789, -179.99999, -5.5, 1717236000, 0};
-    for (const Dictionary& record : {Dictionary{{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Campground"}},
-                                     Dictionary{{"name", " A & <B> \"'"}, {"comment", ""}, {"symbol", "a"}},
-                                     Dictionary{{"name", " "}, {"comment", " x "}, {"symbol", "Caf\xC3\xA9"}}})
-        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"), withPoint(record, point));
+    for (const Dictionary& record :
+         {Dictionary{{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Campground"}},
+          Dictionary{{"name", " A & <B> \"'"}, {"comment", ""}, {"symbol", "a"}},
+          Dictionary{{"name", " "}, {"comment", " x "}, {"symbol", "Caf\xC3\xA9"}}})
+        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"),
+                  withPoint(record, point));
 }
 
 TEST(GpxReader, OwnWritersGeocacheComesBackEqual)
@@ -521,7 +595,8 @@ TEST(GpxReader, OwnWritersGeocacheComesBackEqual)
                                                 {"difficulty", ""},
                                                 {"terrain", ""},
                                                 {"symbol", "Geocache"}}})
-        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"), withPoint(record, point));
+        EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"),
+                  withPoint(record, point));
 }
 
 TEST(GpxReader, OwnWritersRouteAndTrackComeBackEqual)
@@ -531,13 +606,18 @@ TEST(GpxReader, OwnWritersRouteAndTrackComeBackEqual)
     const GPSPoint moment{1.5, 2.5, 3.75, 1717236000, 0};
     const Dictionary start{{"name", "A"}, {"comment", ""}, {"symbol", "Flag"}};
     const Dictionary end{{"name", "B"}, {"comment", "there"}, {"symbol", "Flag"}};
-    const auto data = roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}), support::wayPoint(a, start),
-                                 support::wayPoint(b, end), support::newTrack({{"name", "Day"}}), support::trackPoint(moment)});
-    EXPECT_EQ(data,
-              (Dictionary{{"route", Array{Dictionary{{"name", "Loop"},
-                                                     {"comment", "round"},
-                                                     {"points", Array{withPoint(start, a), withPoint(end, b)}}}}},
-                          {"track", Array{Dictionary{{"name", "Day"}, {"points", Array{Dictionary{{"point", moment}}}}}}}}));
+    const auto data =
+        roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}),
+                   support::wayPoint(a, start), support::wayPoint(b, end),
+                   support::newTrack({{"name", "Day"}}), support::trackPoint(moment)});
+    EXPECT_EQ(
+        data,
+        (Dictionary{
+            {"route", Array{Dictionary{{"name", "Loop"},
+                                       {"comment", "round"},
+                                       {"points", Array{withPoint(start, a), withPoint(end, b)}}}}},
+            {"track", Array{Dictionary{{"name", "Day"},
+                                       {"points", Array{Dictionary{{"point", moment}}}}}}}}));
 }
 
 } // namespace

@@ -2,9 +2,9 @@
 
 #include "host/formats/GpxTime.h"
 
-#include <string>
-
 #include <gtest/gtest.h>
+
+#include <string>
 
 namespace {
 

@@ -2,12 +2,12 @@
 
 #include "host/formats/GpxWriter.h"
 
-#include <algorithm>
-#include <limits>
+#include "host/formats/Written.h"
 
 #include <gmock/gmock.h>
 
-#include "host/formats/Written.h"
+#include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -19,8 +19,9 @@ using support::wayPoint;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr char kHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                         "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
+constexpr char kHead[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
 
 struct Gpx {
     std::string text;
@@ -52,10 +53,11 @@ TEST(GpxWriter, NothingIsAnEmptyDocument)
 
 TEST(GpxWriter, WayPointHasItsChildrenInTheOrderOfTheSchema)
 {
-    EXPECT_EQ(
-        bodyOf({wayPoint({46.5, -7.25, 1200.5, 1717236000, 0}, {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
-        "<wpt lat=\"46.5\" lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>A</name>"
-        "<cmt>by the lake</cmt><sym>Camp</sym></wpt>\n");
+    EXPECT_EQ(bodyOf({wayPoint({46.5, -7.25, 1200.5, 1717236000, 0},
+                               {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
+              "<wpt lat=\"46.5\" "
+              "lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>A</name>"
+              "<cmt>by the lake</cmt><sym>Camp</sym></wpt>\n");
 }
 
 TEST(GpxWriter, EmptyTextsAreLeftOut)
@@ -66,26 +68,31 @@ TEST(GpxWriter, EmptyTextsAreLeftOut)
 
 TEST(GpxWriter, TextsAreEscaped)
 {
-    EXPECT_THAT(bodyOf({wayPoint({}, {{"name", "<&\x01\xff"}})}), HasSubstr("<name>&lt;&amp;\xEF\xBF\xBD</name>"));
+    EXPECT_THAT(bodyOf({wayPoint({}, {{"name", "<&\x01\xff"}})}),
+                HasSubstr("<name>&lt;&amp;\xEF\xBF\xBD</name>"));
 }
 
 TEST(GpxWriter, NumbersHaveNoExponent)
 {
     const auto body = bodyOf({wayPoint({1e-7, -1e-9, 1e22, 0, 0})});
-    EXPECT_EQ(body, "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
+    EXPECT_EQ(
+        body,
+        "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
 }
 
 TEST(GpxWriter, TimeBefore1980IsNone)
 {
     EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532799, 0})}), Not(HasSubstr("<time>")));
-    EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532800, 0})}), HasSubstr("<time>1980-01-01T00:00:00Z</time>"));
+    EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532800, 0})}),
+                HasSubstr("<time>1980-01-01T00:00:00Z</time>"));
 }
 
 TEST(GpxWriter, LongitudeOf180IsWrittenFromTheOtherSide)
 {
     EXPECT_THAT(bodyOf({wayPoint({0, 180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
     EXPECT_THAT(bodyOf({wayPoint({0, -180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
-    EXPECT_THAT(bodyOf({wayPoint({0, 179.999999999, 0, 0, 0})}), HasSubstr("lon=\"179.999999999\""));
+    EXPECT_THAT(bodyOf({wayPoint({0, 179.999999999, 0, 0, 0})}),
+                HasSubstr("lon=\"179.999999999\""));
     EXPECT_THAT(bodyOf({wayPoint({0, 179.9999999996, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
 }
 
@@ -95,49 +102,57 @@ TEST(GpxWriter, PointWithoutAPlaceIsLeftOutAndCounted)
     EXPECT_EQ(one.remark, "1 point was left out: no place on the globe");
     EXPECT_THAT(one.text, HasSubstr("lat=\"90\""));
     EXPECT_THAT(one.text, Not(HasSubstr("90.1")));
-    EXPECT_EQ(
-        gpxOf({trackPoint({0, 181, 0, 0, 0}), newRoute({}), wayPoint({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0})})
-            .remark,
-        "2 points were left out: no place on the globe");
+    EXPECT_EQ(gpxOf({trackPoint({0, 181, 0, 0, 0}), newRoute({}),
+                     wayPoint({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0})})
+                  .remark,
+              "2 points were left out: no place on the globe");
     EXPECT_EQ(gpxOf({wayPoint({})}).remark, "");
 }
 
 TEST(GpxWriter, AltitudeThatIsNotFiniteIsLeftOut)
 {
-    EXPECT_EQ(bodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}), "<wpt lat=\"1\" lon=\"2\"></wpt>\n");
+    EXPECT_EQ(bodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}),
+              "<wpt lat=\"1\" lon=\"2\"></wpt>\n");
 }
 
 TEST(GpxWriter, RouteHasItsPoints)
 {
     EXPECT_EQ(bodyOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
-                      wayPoint({1, 2, 3, 0, 0}, {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}})}),
-              "<rte><name>Loop</name><cmt>nice</cmt>\n<rtept lat=\"1\" lon=\"2\"><ele>3</ele><name>A</name></rtept>\n</rte>\n");
+                      wayPoint({1, 2, 3, 0, 0},
+                               {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}})}),
+              "<rte><name>Loop</name><cmt>nice</cmt>\n<rtept lat=\"1\" "
+              "lon=\"2\"><ele>3</ele><name>A</name></rtept>\n</rte>\n");
 }
 
 TEST(GpxWriter, TrackHasOneSegment)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, 0, 0}), trackPoint({4, 5, 6, 0, 0})}),
+    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, 0, 0}),
+                      trackPoint({4, 5, 6, 0, 0})}),
               "<trk><name>Day 1</name><trkseg>\n<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n"
               "<trkpt lat=\"4\" lon=\"5\"><ele>6</ele></trkpt>\n</trkseg></trk>\n");
 }
 
 TEST(GpxWriter, WayPointAfterTheEndOfARouteIsNoPointOfIt)
 {
-    const auto ended = support::transferEvent(host::EventKind::kEndTransfer, gps::TransferKind::kRoutes);
-    EXPECT_EQ(bodyOf({newRoute({}), ended, wayPoint({})}), "<wpt lat=\"0\" lon=\"0\"><ele>0</ele></wpt>\n<rte>\n</rte>\n");
+    const auto ended =
+        support::transferEvent(host::EventKind::kEndTransfer, gps::TransferKind::kRoutes);
+    EXPECT_EQ(bodyOf({newRoute({}), ended, wayPoint({})}),
+              "<wpt lat=\"0\" lon=\"0\"><ele>0</ele></wpt>\n<rte>\n</rte>\n");
 }
 
 TEST(GpxWriter, TrackPointWithoutATrackOpensOne)
 {
-    EXPECT_EQ(bodyOf({trackPoint({})}), "<trk><trkseg>\n<trkpt lat=\"0\" lon=\"0\"><ele>0</ele></trkpt>\n</trkseg></trk>\n");
+    EXPECT_EQ(bodyOf({trackPoint({})}),
+              "<trk><trkseg>\n<trkpt lat=\"0\" lon=\"0\"><ele>0</ele></trkpt>\n</trkseg></trk>\n");
 }
 
 TEST(GpxWriter, SectionsKeepTheirOrderThoughFilesBringThemMixed)
 {
-    const auto body =
-        bodyOf({newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
-                support::stateChange(0), wayPoint({}, {{"name", "W1"}}), newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}}),
-                support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
+    const auto body = bodyOf({newTrack({{"name", "T1"}}), trackPoint({}),
+                              newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
+                              support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
+                              newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}}),
+                              support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
     std::vector<std::size_t> places;
     for (const char* name : {">W1<", ">W2<", ">R1<", ">RP<", ">R2<", ">T1<", ">T2<"})
         places.push_back(body.find(name));
@@ -149,9 +164,11 @@ TEST(GpxWriter, GeocacheHasItsExtension)
 {
     EXPECT_THAT(
         bodyOf({wayPoint({}, {{"name", "GC1"}, {"symbol", "Geocache"}, {"terrain", "2"}})}),
-        HasSubstr("<sym>Geocache</sym><extensions><groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">"
-                  "<groundspeak:name>GC1</groundspeak:name><groundspeak:terrain>2</groundspeak:terrain>"
-                  "</groundspeak:cache></extensions></wpt>"));
+        HasSubstr(
+            "<sym>Geocache</sym><extensions><groundspeak:cache "
+            "xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">"
+            "<groundspeak:name>GC1</groundspeak:name><groundspeak:terrain>2</groundspeak:terrain>"
+            "</groundspeak:cache></extensions></wpt>"));
 }
 
 TEST(GpxWriter, RefusedWriteIsReportedAtTheEnd)

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The data in the page, and what is around it. What the page does with it is tested in a browser: tests/page/.
+// The data in the page, and what is around it. What the page does with it is tested in a browser:
+// tests/page/.
 
 #include "host/formats/HtmlWriter.h"
 
-#include <limits>
+#include "host/formats/Written.h"
+#include "host/page/HtmlPage.h"
 
 #include <gmock/gmock.h>
-
-#include "host/formats/Written.h"
-
-#include "host/formats/HtmlPage.h"
-
 #include <nlohmann/json.hpp>
+
+#include <limits>
 
 namespace {
 
@@ -53,14 +52,16 @@ json dataOf(const std::vector<Event>& events)
 std::size_t count(std::string_view text, std::string_view part)
 {
     std::size_t found = 0;
-    for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, at + part.size()))
+    for (auto at = text.find(part); at != std::string_view::npos;
+         at = text.find(part, at + part.size()))
         ++found;
     return found;
 }
 
 TEST(HtmlWriter, NothingIsAPageWithEmptyLists)
 {
-    EXPECT_EQ(dataOf({}), json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+    EXPECT_EQ(dataOf({}),
+              json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsWholeAndAllowsNothingFromElsewhere)
@@ -72,7 +73,9 @@ TEST(HtmlWriter, PageIsWholeAndAllowsNothingFromElsewhere)
     for (const char* elsewhere : {"unsafe-", "{{", "}}\"", "src=", "href=", "url(", "@import"})
         EXPECT_THAT(page, Not(HasSubstr(elsewhere))) << elsewhere;
     // A hash is 32 bytes: 43 digits and a padding.
-    EXPECT_THAT(page, testing::ContainsRegex("script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
+    EXPECT_THAT(
+        page, testing::ContainsRegex(
+                  "script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
     EXPECT_EQ(count(page, "</script>"), 2U);
 }
 
@@ -80,16 +83,20 @@ TEST(HtmlWriter, TrackIsDifferencesAndFigures)
 {
     EXPECT_EQ(
         dataOf({newTrack({{"name", "Day 1"}}), trackPoint({46.5, -7.25, 500, 1717236000, 0}),
-                trackPoint({46.501, -7.25, 505.04, 1717236060, 0}), trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
-        json::parse(R"([{"name":"Day 1","points":[46500000,-7250000,5000,1717236000, 1000,0,50,60, -1000,0,-150,60],
+                trackPoint({46.501, -7.25, 505.04, 1717236060, 0}),
+                trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
+        json::parse(
+            R"([{"name":"Day 1","points":[46500000,-7250000,5000,1717236000, 1000,0,50,60, -1000,0,-150,60],
                                "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120}])"));
 }
 
 TEST(HtmlWriter, WhatIsNotKnownIsNullAndMovesNoColumn)
 {
-    const auto track = dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNone, 0, 0}),
-                               trackPoint({0, 0, 1e6, 1, 0}), trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
-    EXPECT_EQ(track["points"], json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
+    const auto track =
+        dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNone, 0, 0}),
+                trackPoint({0, 0, 1e6, 1, 0}), trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
+    EXPECT_EQ(track["points"],
+              json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
     EXPECT_EQ(track["name"], "");
 }
 
@@ -103,8 +110,9 @@ TEST(HtmlWriter, FiguresThatAreNotKnownAreNull)
 
 TEST(HtmlWriter, TracksDoNotMix)
 {
-    const auto tracks = dataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}), newTrack({{"name", "B"}}),
-                                trackPoint({1, 1, 9, 1717236000, 0}), newTrack({{"name", "C"}})})["tracks"];
+    const auto tracks = dataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}),
+                                newTrack({{"name", "B"}}), trackPoint({1, 1, 9, 1717236000, 0}),
+                                newTrack({{"name", "C"}})})["tracks"];
     ASSERT_EQ(tracks.size(), 3U);
     EXPECT_EQ(tracks[0]["points"], tracks[1]["points"]);
     EXPECT_EQ(tracks[2]["points"], json::array());
@@ -112,7 +120,8 @@ TEST(HtmlWriter, TracksDoNotMix)
 
 TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
 {
-    EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}), wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
+    EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}),
+                      wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
                       wayPoint({1, 0, 4, 0, 0}, {{"name", "B"}})})["routes"],
               json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"places":[
                                {"name":"A","comment":"","symbol":"","at":[0,0,30,null]},
@@ -122,7 +131,8 @@ TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
 TEST(HtmlWriter, GeocachesAreAListOfTheirOwn)
 {
     const auto data =
-        dataOf({wayPoint({46.5, 7.25, 1200, 0, 0}, {{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Resort"}}),
+        dataOf({wayPoint({46.5, 7.25, 1200, 0, 0},
+                         {{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Resort"}}),
                 wayPoint({46, 7, 500, 0, 0}, {{"name", "GC1"},
                                               {"comment", "note"},
                                               {"geocacheOwner", "owner"},
@@ -133,18 +143,23 @@ TEST(HtmlWriter, GeocachesAreAListOfTheirOwn)
                                               {"difficulty", "1"},
                                               {"terrain", "2.5"},
                                               {"symbol", "Geocache"}})});
-    EXPECT_EQ(data["waypoints"],
-              json::parse(R"([{"name":"Camp","comment":"by the lake","symbol":"Resort","at":[46500000,7250000,12000,null]}])"));
-    EXPECT_EQ(data["geocaches"], json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
+    EXPECT_EQ(
+        data["waypoints"],
+        json::parse(
+            R"([{"name":"Camp","comment":"by the lake","symbol":"Resort","at":[46500000,7250000,12000,null]}])"));
+    EXPECT_EQ(
+        data["geocaches"],
+        json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
         "owner":"owner","hint":"hint","difficulty":"1","terrain":"2.5","placed":"2008-02-01","found":"soon",
         "at":[46000000,7000000,5000,null]}])"));
 }
 
 TEST(HtmlWriter, FilesBringTheKindsMixed)
 {
-    const auto data = dataOf({newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}),
-                              wayPoint({}, {{"name", "P"}}), support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
-                              newTrack({{"name", "T2"}}), support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
+    const auto data = dataOf(
+        {newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}),
+         wayPoint({}, {{"name", "P"}}), support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
+         newTrack({{"name", "T2"}}), support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
     EXPECT_EQ(data["tracks"].size(), 2U);
     EXPECT_EQ(data["routes"].size(), 1U);
     EXPECT_EQ(data["waypoints"].size(), 2U);
@@ -152,8 +167,9 @@ TEST(HtmlWriter, FilesBringTheKindsMixed)
 
 TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
 {
-    const auto data = dataOf({newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
-                              wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNone, 0, 0, 0, 0})});
+    const auto data = dataOf(
+        {newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
+         wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNone, 0, 0, 0, 0})});
     EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
     EXPECT_EQ(data["routes"][0]["places"], json::array());
     EXPECT_EQ(data["waypoints"], json::array());
@@ -163,12 +179,15 @@ TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
 TEST(HtmlWriter, NoTextCanBeMarkupOrScript)
 {
     const std::string hostile = "</script><script>alert(1)</script><!--&amp;\"\\\xE2\x80\xA8'";
-    const auto text = dataTextOf({wayPoint({}, {{"name", hostile}, {"comment", hostile}, {"symbol", hostile}}),
-                                  wayPoint({}, {{"geocacheOwner", hostile}, {"geocacheHint", hostile}, {"dateFound", hostile}}),
-                                  newRoute({{"name", hostile}, {"comment", hostile}}), newTrack({{"name", hostile}})});
+    const auto text = dataTextOf(
+        {wayPoint({}, {{"name", hostile}, {"comment", hostile}, {"symbol", hostile}}),
+         wayPoint({},
+                  {{"geocacheOwner", hostile}, {"geocacheHint", hostile}, {"dateFound", hostile}}),
+         newRoute({{"name", hostile}, {"comment", hostile}}), newTrack({{"name", hostile}})});
     for (const char* part : {"<", ">", "&", "\xE2\x80\xA8"})
         EXPECT_THAT(text, Not(HasSubstr(part))) << part;
-    EXPECT_EQ(json::parse(text)["tracks"][0]["name"], "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
+    EXPECT_EQ(json::parse(text)["tracks"][0]["name"],
+              "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
 }
 
 TEST(HtmlWriter, ControlCharactersAndBytesThatAreNoTextAreReplaced)
@@ -181,7 +200,8 @@ TEST(HtmlWriter, ControlCharactersAndBytesThatAreNoTextAreReplaced)
 TEST(HtmlWriter, LongAndRightToLeftNamesStayWhole)
 {
     const std::string arabic = "\xD8\xAC\xD8\xA8\xD9\x84";
-    const auto data = dataOf({newTrack({{"name", std::string(10'000, 'x')}}), newTrack({{"name", arabic}})});
+    const auto data =
+        dataOf({newTrack({{"name", std::string(10'000, 'x')}}), newTrack({{"name", arabic}})});
     EXPECT_EQ(data["tracks"][0]["name"], std::string(10'000, 'x'));
     EXPECT_EQ(data["tracks"][1]["name"], arabic);
 }

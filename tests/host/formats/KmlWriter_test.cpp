@@ -2,13 +2,12 @@
 
 #include "host/formats/KmlWriter.h"
 
-#include <limits>
-
-#include <gmock/gmock.h>
-
 #include "host/formats/Written.h"
 
+#include <gmock/gmock.h>
 #include <pugixml.hpp>
+
+#include <limits>
 
 namespace {
 
@@ -60,27 +59,32 @@ std::vector<std::string> namesOf(const pugi::xml_node& parent, const char* child
 TEST(KmlWriter, NothingIsADocumentOfStyles)
 {
     EXPECT_EQ(bodyOf({}), "");
-    EXPECT_THAT(kmlOf({}).text, testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml "));
+    EXPECT_THAT(kmlOf({}).text,
+                testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml "));
 }
 
 TEST(KmlWriter, WayPointHasItsChildrenInTheOrderOfTheSchema)
 {
-    EXPECT_EQ(
-        bodyOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0}, {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
-        "<Folder><name>Waypoints</name>\n"
-        "<Placemark><name>A</name><description>by the lake</description><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp>"
-        "<styleUrl>#waypoint</styleUrl><ExtendedData><Data name=\"symbol\"><value>Camp</value></Data>"
-        "<Data name=\"comment\"><value>by the lake</value></Data></ExtendedData>"
-        "<Point><coordinates>-7.25,46.5,1200.5</coordinates></Point></Placemark>\n"
-        "</Folder>\n");
+    EXPECT_EQ(bodyOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0},
+                               {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
+              "<Folder><name>Waypoints</name>\n"
+              "<Placemark><name>A</name><description>by the "
+              "lake</description><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp>"
+              "<styleUrl>#waypoint</styleUrl><ExtendedData><Data "
+              "name=\"symbol\"><value>Camp</value></Data>"
+              "<Data name=\"comment\"><value>by the lake</value></Data></ExtendedData>"
+              "<Point><coordinates>-7.25,46.5,1200.5</coordinates></Point></Placemark>\n"
+              "</Folder>\n");
 }
 
 TEST(KmlWriter, EmptyTextsAndTimesWithoutADateAreLeftOut)
 {
-    EXPECT_THAT(
-        bodyOf({wayPoint({1, 2, 3, 315532799, 0}, {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
-        HasSubstr("\n<Placemark><styleUrl>#waypoint</styleUrl><Point><coordinates>2,1,3</coordinates></Point></Placemark>\n"));
-    EXPECT_THAT(bodyOf({wayPoint({0, 0, 0, 315532800, 0})}), HasSubstr("<when>1980-01-01T00:00:00Z</when>"));
+    EXPECT_THAT(bodyOf({wayPoint({1, 2, 3, 315532799, 0},
+                                 {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
+                HasSubstr("\n<Placemark><styleUrl>#waypoint</styleUrl><Point><coordinates>2,1,3</"
+                          "coordinates></Point></Placemark>\n"));
+    EXPECT_THAT(bodyOf({wayPoint({0, 0, 0, 315532800, 0})}),
+                HasSubstr("<when>1980-01-01T00:00:00Z</when>"));
 }
 
 TEST(KmlWriter, MarkupIsShownAsTextAlsoWhereADescriptionIsTakenForHtml)
@@ -93,18 +97,24 @@ TEST(KmlWriter, MarkupIsShownAsTextAlsoWhereADescriptionIsTakenForHtml)
 
 TEST(KmlWriter, EveryFieldOfARecordIsDataButForItsPlace)
 {
-    const auto body = bodyOf({wayPoint(
-        {}, {{"terrain", "2"}, {"count", 3}, {"list", gps::Array{1, "x"}}, {"a\"b", true}, {"point", gps::GPSPoint{}}})});
+    const auto body = bodyOf({wayPoint({}, {{"terrain", "2"},
+                                            {"count", 3},
+                                            {"list", gps::Array{1, "x"}},
+                                            {"a\"b", true},
+                                            {"point", gps::GPSPoint{}}})});
     EXPECT_THAT(
-        body, HasSubstr("<Folder><name>Geocaches</name>\n<Placemark><styleUrl>#geocache</styleUrl>"
-                        "<ExtendedData><Data name=\"terrain\"><value>2</value></Data><Data name=\"count\"><value>3</value></Data>"
-                        "<Data name=\"list\"><value>[1,&quot;x&quot;]</value></Data>"
-                        "<Data name=\"a&quot;b\"><value>true</value></Data></ExtendedData><Point>"));
+        body,
+        HasSubstr("<Folder><name>Geocaches</name>\n<Placemark><styleUrl>#geocache</styleUrl>"
+                  "<ExtendedData><Data name=\"terrain\"><value>2</value></Data><Data "
+                  "name=\"count\"><value>3</value></Data>"
+                  "<Data name=\"list\"><value>[1,&quot;x&quot;]</value></Data>"
+                  "<Data name=\"a&quot;b\"><value>true</value></Data></ExtendedData><Point>"));
 }
 
 TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsPlaces)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}), trackPoint({4, 5, 6, kTen + 1, 0})}),
+    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
+                      trackPoint({4, 5, 6, kTen + 1, 0})}),
               "<Folder><name>Tracks</name>\n"
               "<Placemark><name>Day 1</name><styleUrl>#track</styleUrl><gx:Track>\n"
               "<when>2024-06-01T10:00:00Z</when>\n<when>2024-06-01T10:00:01Z</when>\n"
@@ -115,9 +125,11 @@ TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsPlaces)
 
 TEST(KmlWriter, UntimedTrackIsALine)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "T"}}), trackPoint({1, 2, 3, 0, 0}), trackPoint({4, 5, 6, 60, 0})}),
+    EXPECT_EQ(bodyOf({newTrack({{"name", "T"}}), trackPoint({1, 2, 3, 0, 0}),
+                      trackPoint({4, 5, 6, 60, 0})}),
               "<Folder><name>Tracks</name>\n"
-              "<Placemark><name>T</name><styleUrl>#track</styleUrl><LineString><tessellate>1</tessellate><coordinates>\n"
+              "<Placemark><name>T</name><styleUrl>#track</styleUrl><LineString><tessellate>1</"
+              "tessellate><coordinates>\n"
               "2,1,3\n5,4,6\n"
               "</coordinates></LineString></Placemark>\n"
               "</Folder>\n");
@@ -128,8 +140,10 @@ TEST(KmlWriter, OneUntimedPointIsAPointAndNoneIsNoPlace)
     EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, 0, 0})}),
                 HasSubstr("<Point><coordinates>2,1,3\n</coordinates></Point></Placemark>"));
     EXPECT_EQ(bodyOf({newTrack({{"name", "T"}})}),
-              "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl></Placemark>\n</Folder>\n");
-    EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, kTen, 0})}), HasSubstr("</when>\n<gx:coord>2 1 3</gx:coord>\n</gx:Track>"));
+              "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl></"
+              "Placemark>\n</Folder>\n");
+    EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, kTen, 0})}),
+                HasSubstr("</when>\n<gx:coord>2 1 3</gx:coord>\n</gx:Track>"));
 }
 
 TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
@@ -137,7 +151,8 @@ TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(
         kmlOf({newTrack({{"name", "T"}}), trackPoint({1, 0, 0, 0, 0}), trackPoint({2, 0, 0, 0, 0}),
-               trackPoint({3, 0, 0, kTen, 0}), trackPoint({4, 0, 0, kTen + 1, 0}), trackPoint({5, 0, 0, 0, 0})})
+               trackPoint({3, 0, 0, kTen, 0}), trackPoint({4, 0, 0, kTen + 1, 0}),
+               trackPoint({5, 0, 0, 0, 0})})
             .text.c_str()));
     const auto folder = document.child("kml").child("Document").child("Folder");
     EXPECT_THAT(namesOf(folder, "Placemark"), ElementsAre("T", "T", "T"));
@@ -149,32 +164,42 @@ TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
 
 TEST(KmlWriter, LineAcrossTheDateLineEndsAtIt)
 {
-    const auto timed = bodyOf({trackPoint({0, 179, 0, kTen, 0}), trackPoint({2, -179, 0, kTen + 2, 0})});
-    EXPECT_THAT(timed, HasSubstr("<gx:coord>179 0 0</gx:coord>\n<gx:coord>180 1 0</gx:coord>\n</gx:Track>"));
-    EXPECT_THAT(timed, HasSubstr("<when>2024-06-01T10:00:01Z</when>\n<when>2024-06-01T10:00:02Z</when>\n"
-                                 "<gx:coord>-180 1 0</gx:coord>\n<gx:coord>-179 2 0</gx:coord>\n"));
-    const auto route = bodyOf({newRoute({}), wayPoint({0, -179, 0, 0, 0}), wayPoint({2, 179, 0, 0, 0})});
+    const auto timed =
+        bodyOf({trackPoint({0, 179, 0, kTen, 0}), trackPoint({2, -179, 0, kTen + 2, 0})});
+    EXPECT_THAT(
+        timed,
+        HasSubstr("<gx:coord>179 0 0</gx:coord>\n<gx:coord>180 1 0</gx:coord>\n</gx:Track>"));
+    EXPECT_THAT(timed,
+                HasSubstr("<when>2024-06-01T10:00:01Z</when>\n<when>2024-06-01T10:00:02Z</when>\n"
+                          "<gx:coord>-180 1 0</gx:coord>\n<gx:coord>-179 2 0</gx:coord>\n"));
+    const auto route =
+        bodyOf({newRoute({}), wayPoint({0, -179, 0, 0, 0}), wayPoint({2, 179, 0, 0, 0})});
     EXPECT_THAT(route, HasSubstr("<coordinates>\n-179,0,0\n-180,1,0\n</coordinates>"));
     EXPECT_THAT(route, HasSubstr("<coordinates>\n180,1,0\n179,2,0\n</coordinates>"));
 }
 
 TEST(KmlWriter, RouteIsAFolderOfItsPointsAndItsLine)
 {
-    EXPECT_EQ(bodyOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
-                      wayPoint({1, 2, 3, kTen, 0}, {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}}),
-                      wayPoint({4, 5, 6, kTen, 0})}),
-              "<Folder><name>Routes</name>\n"
-              "<Folder><name>Loop</name>\n"
-              "<Placemark><name>A</name><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp><styleUrl>#waypoint</styleUrl>"
-              "<Point><coordinates>2,1,3</coordinates></Point></Placemark>\n"
-              "<Placemark><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp><styleUrl>#waypoint</styleUrl>"
-              "<Point><coordinates>5,4,6</coordinates></Point></Placemark>\n"
-              "<Placemark><name>Loop</name><description>nice</description><styleUrl>#route</styleUrl>"
-              "<ExtendedData><Data name=\"comment\"><value>nice</value></Data><Data "
-              "name=\"lastIndex\"><value>2</value></Data></ExtendedData>"
-              "<LineString><tessellate>1</tessellate><coordinates>\n2,1,3\n5,4,6\n</coordinates></LineString></Placemark>\n"
-              "</Folder>\n"
-              "</Folder>\n");
+    EXPECT_EQ(
+        bodyOf(
+            {newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
+             wayPoint({1, 2, 3, kTen, 0}, {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}}),
+             wayPoint({4, 5, 6, kTen, 0})}),
+        "<Folder><name>Routes</name>\n"
+        "<Folder><name>Loop</name>\n"
+        "<Placemark><name>A</name><TimeStamp><when>2024-06-01T10:00:00Z</when></"
+        "TimeStamp><styleUrl>#waypoint</styleUrl>"
+        "<Point><coordinates>2,1,3</coordinates></Point></Placemark>\n"
+        "<Placemark><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp><styleUrl>#waypoint</"
+        "styleUrl>"
+        "<Point><coordinates>5,4,6</coordinates></Point></Placemark>\n"
+        "<Placemark><name>Loop</name><description>nice</description><styleUrl>#route</styleUrl>"
+        "<ExtendedData><Data name=\"comment\"><value>nice</value></Data><Data "
+        "name=\"lastIndex\"><value>2</value></Data></ExtendedData>"
+        "<LineString><tessellate>1</tessellate><coordinates>\n2,1,3\n5,4,6\n</coordinates></"
+        "LineString></Placemark>\n"
+        "</Folder>\n"
+        "</Folder>\n");
 }
 
 TEST(KmlWriter, EachKindHasOneFolderThoughFilesBringThemMixed)
@@ -182,23 +207,26 @@ TEST(KmlWriter, EachKindHasOneFolderThoughFilesBringThemMixed)
     const auto idle = support::stateChange(0);
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(
-        kmlOf({wayPoint({}, {{"name", "W1"}}), newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
-               newTrack({{"name", "T1"}}), trackPoint({}), idle, wayPoint({}, {{"name", "C1"}, {"terrain", "1"}}),
-               wayPoint({}, {{"name", "W2"}}), newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}})})
+        kmlOf({wayPoint({}, {{"name", "W1"}}), newRoute({{"name", "R1"}}),
+               wayPoint({}, {{"name", "RP"}}), newTrack({{"name", "T1"}}), trackPoint({}), idle,
+               wayPoint({}, {{"name", "C1"}, {"terrain", "1"}}), wayPoint({}, {{"name", "W2"}}),
+               newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}})})
             .text.c_str()));
     const auto root = document.child("kml").child("Document");
     EXPECT_THAT(namesOf(root, "Folder"), ElementsAre("Tracks", "Routes", "Waypoints", "Geocaches"));
     std::vector<std::vector<std::string>> placemarks;
     for (const auto& folder : root.children("Folder"))
         placemarks.push_back(namesOf(folder, "Placemark"));
-    EXPECT_THAT(placemarks, ElementsAre(ElementsAre("T1", "T2"), ElementsAre(), ElementsAre("W1", "W2"), ElementsAre("C1")));
+    EXPECT_THAT(placemarks, ElementsAre(ElementsAre("T1", "T2"), ElementsAre(),
+                                        ElementsAre("W1", "W2"), ElementsAre("C1")));
 }
 
 TEST(KmlWriter, PointWithoutAPlaceIsLeftOutAndCounted)
 {
-    const auto poles =
-        kmlOf({wayPoint({90.1, 0, 0, 0, 0}), wayPoint({90, 180, 0, 0, 0}), trackPoint({-90, -180, 0, 0, 0}),
-               trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, 0, 0}), newRoute({}), wayPoint({0, -181, 0, 0, 0})});
+    const auto poles = kmlOf({wayPoint({90.1, 0, 0, 0, 0}), wayPoint({90, 180, 0, 0, 0}),
+                              trackPoint({-90, -180, 0, 0, 0}),
+                              trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, 0, 0}),
+                              newRoute({}), wayPoint({0, -181, 0, 0, 0})});
     EXPECT_EQ(poles.remark, "3 points were left out: no place on the globe");
     EXPECT_THAT(poles.text, HasSubstr(">180,90,0<"));
     EXPECT_THAT(poles.text, HasSubstr(">-180,-90,0\n<"));

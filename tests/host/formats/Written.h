@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What a writer wrote: an output that goes to a file of the test's own, and a small language for events.
+// What a writer wrote: an output that goes to a file of the test's own, and a small language for
+// events.
 
 #pragma once
+
+#include "host/files/Output.h"
+#include "host/operations/Event.h"
+#include "support/TemporaryFolder.h"
 
 #include <string>
 #include <utility>
@@ -9,15 +14,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "host/formats/Output.h"
-#include "host/operations/Event.h"
-#include "support/TemporaryFolder.h"
-
 namespace support {
 
 class Written {
 public:
-    Written() : file_(::open(folder_.path("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666)), output_(file_, "out") {}
+    Written()
+        : file_(::open(folder_.path("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666)),
+          output_(file_, "out")
+    {}
     ~Written() { ::close(file_); }
     Written(const Written&) = delete;
     Written& operator=(const Written&) = delete;

@@ -2,10 +2,10 @@
 
 #include "host/operations/EventStream.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace {
 

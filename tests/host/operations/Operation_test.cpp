@@ -2,17 +2,17 @@
 
 #include "host/operations/Operation.h"
 
-#include <stdexcept>
-#include <thread>
-
-#include <gmock/gmock.h>
-
 #include "host/FakeDriver.h"
-#include "host/operations/HostError.h"
+#include "host/base/HostError.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/DetachedThread.h>
 #include <platform/System/Log.h>
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -56,8 +56,8 @@ TEST(Operation, ReturnsAfterTheWorkersIdleReport)
         });
     });
     EXPECT_EQ(result.outcome.error, std::nullopt);
-    EXPECT_THAT(result.kinds, ElementsAre(EventKind::kStateChange, EventKind::kStartTransfer, EventKind::kEndTransfer,
-                                          EventKind::kStateChange));
+    EXPECT_THAT(result.kinds, ElementsAre(EventKind::kStateChange, EventKind::kStartTransfer,
+                                          EventKind::kEndTransfer, EventKind::kStateChange));
     EXPECT_THAT(result.outcome.transfers, ElementsAre(TransferKind::kTracks));
 }
 
@@ -101,7 +101,9 @@ TEST(Operation, AnsweredErrorIsTheOutcome)
 
 TEST(Operation, AnsweredErrorEndsTheRunAlthoughTheIdleReportNeverCame)
 {
-    EXPECT_TRUE(run([](const Status&) { return std::optional{gps::Error{"some", -1}}; }).outcome.error);
+    EXPECT_TRUE(run([](const Status&) {
+                    return std::optional{gps::Error{"some", -1}};
+                }).outcome.error);
 }
 
 TEST(Operation, RangeErrorBecomesAnErrorOfItsOwnDomain)
@@ -118,7 +120,8 @@ TEST(Operation, RangeErrorBecomesAnErrorOfItsOwnDomain)
 
 TEST(Operation, AnyOtherExceptionBecomesAnErrorOfTheHost)
 {
-    const auto result = run([](const Status&) -> std::optional<gps::Error> { throw std::runtime_error{"broken"}; });
+    const auto result =
+        run([](const Status&) -> std::optional<gps::Error> { throw std::runtime_error{"broken"}; });
     ASSERT_TRUE(result.outcome.error);
     EXPECT_EQ(result.outcome.error->domain(), host::kHostErrorDomain);
 }
@@ -196,12 +199,15 @@ TEST(Operation, NothingLoggedAfterTheRunIsHeard)
 TEST(Operation, RequestedKindsAreThoseOfTheDriverThatNoOptionSwitchesOff)
 {
     support::FakeDriver driver;
-    EXPECT_THAT(host::requestedKinds({}, driver),
-                ElementsAre(TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks));
-    EXPECT_THAT(host::requestedKinds({{"routes", false}}, driver), ElementsAre(TransferKind::kWaypoints, TransferKind::kTracks));
+    EXPECT_THAT(
+        host::requestedKinds({}, driver),
+        ElementsAre(TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks));
+    EXPECT_THAT(host::requestedKinds({{"routes", false}}, driver),
+                ElementsAre(TransferKind::kWaypoints, TransferKind::kTracks));
     EXPECT_THAT(host::requestedKinds({{"sourcePath", "a.log"}}, driver), IsEmpty());
     driver.capabilities = "routes";
-    EXPECT_THAT(host::requestedKinds({{"routes", true}}, driver), ElementsAre(TransferKind::kRoutes));
+    EXPECT_THAT(host::requestedKinds({{"routes", true}}, driver),
+                ElementsAre(TransferKind::kRoutes));
     driver.capabilities = "mytracks,sendwpt";
     EXPECT_THAT(host::requestedKinds({}, driver), IsEmpty());
 }
@@ -211,7 +217,8 @@ TEST(Operation, KindsOfASerialDriverAreRequestedOnlyByAnOption)
     support::FakeDriver driver;
     driver.serial = true;
     EXPECT_THAT(host::requestedKinds({}, driver), IsEmpty());
-    EXPECT_THAT(host::requestedKinds({{"tracks", true}, {"routes", false}, {"waypoints", gps::Array{}}}, driver),
+    EXPECT_THAT(host::requestedKinds(
+                    {{"tracks", true}, {"routes", false}, {"waypoints", gps::Array{}}}, driver),
                 ElementsAre(TransferKind::kTracks));
 }
 

@@ -2,11 +2,11 @@
 
 #include "host/watching/KnownRecords.h"
 
-#include <filesystem>
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
-#include "support/TemporaryFolder.h"
+#include <filesystem>
 
 namespace {
 
@@ -59,7 +59,8 @@ TEST_F(KnownRecordsTest, AnyDamageIsSeenPutAsideAndForgotten)
 {
     (void)known({"waypoint 1", "waypoint 2"});
     const auto whole = folder_.read("state/42.txt");
-    std::vector<std::string> damages{"", "\n", std::string{whole}.append("x"), std::string(4096, '\0')};
+    std::vector<std::string> damages{"", "\n", std::string{whole}.append("x"),
+                                     std::string(4096, '\0')};
     for (std::size_t i = 0; i < whole.size(); ++i) {
         damages.push_back(whole.substr(0, i));
         damages.push_back(whole);

@@ -2,12 +2,12 @@
 
 #include "host/watching/NewOnly.h"
 
-#include <memory>
+#include "Records.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
-#include "Records.h"
-#include "support/TemporaryFolder.h"
+#include <memory>
 
 namespace {
 
@@ -48,16 +48,19 @@ protected:
 
 TEST_F(NewOnlyTest, WithoutKnowledgeEverythingGoesThroughInOrder)
 {
-    EXPECT_THAT(passed({place("A"), cache("B"), endOfTransfer(), route("R"), place("A"), endOfTransfer(), track("T"), fix(kDay),
-                        fix(kDay + 1, 47), track("U"), endOfTransfer()}),
-                ElementsAre("w:A", "w:B", "-", "R:R", "w:A", "-", "T:T", "f:1717236000", "f:1717236001", "T:U", "-"));
+    EXPECT_THAT(
+        passed({place("A"), cache("B"), endOfTransfer(), route("R"), place("A"), endOfTransfer(),
+                track("T"), fix(kDay), fix(kDay + 1, 47), track("U"), endOfTransfer()}),
+        ElementsAre("w:A", "w:B", "-", "R:R", "w:A", "-", "T:T", "f:1717236000", "f:1717236001",
+                    "T:U", "-"));
     EXPECT_THAT(seen_, SizeIs(5));
 }
 
 TEST_F(NewOnlyTest, KnownRecordsAreLeftOutAndOtherReportsAreNot)
 {
-    const std::vector<host::Event> all{place("A"), cache("B"), endOfTransfer(), route("R"), place("A"),     endOfTransfer(),
-                                       track("T"), fix(kDay),  fix(kDay + 1),   track("U"), endOfTransfer()};
+    const std::vector<host::Event> all{place("A"),    cache("B"),      endOfTransfer(), route("R"),
+                                       place("A"),    endOfTransfer(), track("T"),      fix(kDay),
+                                       fix(kDay + 1), track("U"),      endOfTransfer()};
     know(all);
     EXPECT_THAT(passed(all), ElementsAre("-", "-", "-"));
     EXPECT_THAT(seen_, SizeIs(5));
@@ -72,28 +75,32 @@ TEST_F(NewOnlyTest, ChangedWaypointIsNew)
 TEST_F(NewOnlyTest, RouteWithAnyOtherPointIsNew)
 {
     know({route("R"), place("A"), place("B")});
-    EXPECT_THAT(passed({route("R"), place("A"), place("B"), route("R"), place("A"), route("R"), place("B"), place("A")}),
+    EXPECT_THAT(passed({route("R"), place("A"), place("B"), route("R"), place("A"), route("R"),
+                        place("B"), place("A")}),
                 ElementsAre("R:R", "w:A", "R:R", "w:B", "w:A"));
 }
 
 TEST_F(NewOnlyTest, PointOfARouteIsNoWaypointOfItsOwn)
 {
     know({route("R"), place("A")});
-    EXPECT_THAT(passed({route("R"), place("A"), endOfTransfer(), place("A")}), ElementsAre("-", "w:A"));
+    EXPECT_THAT(passed({route("R"), place("A"), endOfTransfer(), place("A")}),
+                ElementsAre("-", "w:A"));
 }
 
 TEST_F(NewOnlyTest, TrackIsKnownByItsFirstTimeAndItsLengthWhateverItsName)
 {
     know({track("T"), fix(kDay), fix(kDay + 1)});
     EXPECT_THAT(passed({track("U"), fix(kDay), fix(kDay + 9)}), IsEmpty());
-    EXPECT_THAT(passed({track("T"), fix(kDay + 1), fix(kDay + 2)}), ElementsAre("T:T", "f:1717236001", "f:1717236002"));
+    EXPECT_THAT(passed({track("T"), fix(kDay + 1), fix(kDay + 2)}),
+                ElementsAre("T:T", "f:1717236001", "f:1717236002"));
 }
 
 TEST_F(NewOnlyTest, TrackThatHasGrownComesWholeWithItsExtras)
 {
     know({track("T"), fix(kDay), fix(kDay + 1)});
-    EXPECT_THAT(passed({track("T"), fix(kDay, 46, "a"), fix(kDay + 1, 46, "a"), fix(kDay + 2, 46, "b")}),
-                ElementsAre("T:T", "f:1717236000a", "f:1717236001a", "f:1717236002b"));
+    EXPECT_THAT(
+        passed({track("T"), fix(kDay, 46, "a"), fix(kDay + 1, 46, "a"), fix(kDay + 2, 46, "b")}),
+        ElementsAre("T:T", "f:1717236000a", "f:1717236001a", "f:1717236002b"));
     EXPECT_THAT(passed({track("T"), fix(kDay)}), ElementsAre("T:T", "f:1717236000"));
 }
 
@@ -113,13 +120,15 @@ TEST_F(NewOnlyTest, EmptyTrackIsKnownByItsHead)
 TEST_F(NewOnlyTest, PointsWithoutAHeadAreATrack)
 {
     know({fix(kDay)});
-    EXPECT_THAT(passed({fix(kDay), endOfTransfer(), fix(kDay + 1)}), ElementsAre("-", "f:1717236001"));
+    EXPECT_THAT(passed({fix(kDay), endOfTransfer(), fix(kDay + 1)}),
+                ElementsAre("-", "f:1717236001"));
 }
 
 TEST_F(NewOnlyTest, HeldRecordsCountAtTheCloseToo)
 {
     know({track("T"), fix(kDay)});
-    EXPECT_THAT(passed({track("T"), fix(kDay), fix(kDay)}), ElementsAre("T:T", "f:1717236000", "f:1717236000"));
+    EXPECT_THAT(passed({track("T"), fix(kDay), fix(kDay)}),
+                ElementsAre("T:T", "f:1717236000", "f:1717236000"));
     EXPECT_THAT(passed({route("R"), place("A")}), ElementsAre("R:R", "w:A"));
 }
 

@@ -51,8 +51,8 @@ TEST(Presence, AnotherNameOrDriverAtOnePlaceIsAnotherDevice)
     Presence presence;
     (void)presence.update({kFirst});
     presence.done(kFirst);
-    for (const PresentDevice& other :
-         {PresentDevice{kFirst.driver, kFirst.location, "Device 3"}, PresentDevice{"other", kFirst.location, kFirst.name}}) {
+    for (const PresentDevice& other : {PresentDevice{kFirst.driver, kFirst.location, "Device 3"},
+                                       PresentDevice{"other", kFirst.location, kFirst.name}}) {
         EXPECT_THAT(presence.update({other}).appeared, ElementsAre(other));
         EXPECT_THAT(presence.due(), ElementsAre(other));
         presence.done(other);

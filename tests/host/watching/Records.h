@@ -3,16 +3,17 @@
 
 #pragma once
 
+#include "host/formats/Writer.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "host/formats/Writer.h"
-
 namespace support {
 
-inline host::Event reportOf(host::EventKind kind, gps::Dictionary record, const gps::GPSPoint& point = {})
+inline host::Event reportOf(host::EventKind kind, gps::Dictionary record,
+                            const gps::GPSPoint& point = {})
 {
     host::Event event;
     event.kind = kind;
@@ -27,7 +28,8 @@ inline host::Event track(const char* name)
 }
 inline host::Event fix(std::int64_t time, double latitude = 46, const char* trackName = "")
 {
-    return reportOf(host::EventKind::kTrackPoint, {{"trackName", trackName}}, {latitude, 7, 0, time, 0});
+    return reportOf(host::EventKind::kTrackPoint, {{"trackName", trackName}},
+                    {latitude, 7, 0, time, 0});
 }
 inline host::Event route(const char* name)
 {
@@ -39,14 +41,16 @@ inline host::Event place(const char* name, double latitude = 46)
 }
 inline host::Event cache(const char* name)
 {
-    return reportOf(host::EventKind::kWayPoint, {{"name", name}, {"geocacheType", "Traditional"}}, {46, 7, 0, 0, 0});
+    return reportOf(host::EventKind::kWayPoint, {{"name", name}, {"geocacheType", "Traditional"}},
+                    {46, 7, 0, 0, 0});
 }
 inline host::Event endOfTransfer()
 {
     return reportOf(host::EventKind::kEndTransfer, {});
 }
 
-/// "T:name", "f:time", "R:name", "w:name", and "-" for any other report; and how often it was closed.
+/// "T:name", "f:time", "R:name", "w:name", and "-" for any other report; and how often it was
+/// closed.
 class Told final : public host::Writer {
 public:
     Told(std::vector<std::string>& told, int& closed) : told_(told), closed_(closed) {}
@@ -74,7 +78,10 @@ public:
             told_.emplace_back("-");
         }
     }
-    void result(const std::optional<gps::Error>& error) override { told_.emplace_back(error ? "failed" : "succeeded"); }
+    void result(const std::optional<gps::Error>& error) override
+    {
+        told_.emplace_back(error ? "failed" : "succeeded");
+    }
     [[nodiscard]] std::optional<gps::Error> close() override
     {
         ++closed_;

@@ -2,11 +2,12 @@
 
 #include "host/watching/StopSignals.h"
 
+#include <gmock/gmock.h>
+
 #include <chrono>
 #include <csignal>
 #include <thread>
 
-#include <gmock/gmock.h>
 #include <poll.h>
 #include <unistd.h>
 

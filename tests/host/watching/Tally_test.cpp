@@ -2,11 +2,11 @@
 
 #include "host/watching/Tally.h"
 
-#include <memory>
+#include "Records.h"
 
 #include <gmock/gmock.h>
 
-#include "Records.h"
+#include <memory>
 
 namespace {
 
@@ -37,14 +37,15 @@ TEST_F(TallyTest, EachKindIsCountedAndOneIsSingular)
 {
     EXPECT_EQ(count({place("A"), cache("B"), route("R"), track("T"), fix(1)}),
               "1 waypoint, 1 geocache, 1 route, 1 track (1 point)");
-    EXPECT_EQ(count({place("A"), place("B"), endOfTransfer(), route("R"), route("S"), endOfTransfer(), track("T"), fix(1), fix(2),
-                     track("U")}),
+    EXPECT_EQ(count({place("A"), place("B"), endOfTransfer(), route("R"), route("S"),
+                     endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
               "2 waypoints, 2 routes, 2 tracks (2 points)");
 }
 
 TEST_F(TallyTest, PointsOfARouteAreNoWaypoints)
 {
-    EXPECT_EQ(count({route("R"), place("A"), cache("B"), endOfTransfer(), place("C")}), "1 waypoint, 1 route");
+    EXPECT_EQ(count({route("R"), place("A"), cache("B"), endOfTransfer(), place("C")}),
+              "1 waypoint, 1 route");
 }
 
 TEST_F(TallyTest, PointsWithoutAHeadAreOneTrack)

@@ -22,7 +22,9 @@ TEST(CharacterFilter, KeepsTheSetsCharactersInTheirOrder)
 
 TEST(CharacterFilter, ACharacterOutsideAsciiGoesAsAWhole)
 {
-    EXPECT_EQ(stringByRemovingCharactersNotInSet("a\xC3\xA9i \xE2\x82\xAC o\xF0\x9F\x98\x80u", vowels()), "aiou");
+    EXPECT_EQ(
+        stringByRemovingCharactersNotInSet("a\xC3\xA9i \xE2\x82\xAC o\xF0\x9F\x98\x80u", vowels()),
+        "aiou");
     EXPECT_EQ(stringByRemovingCharactersNotInSet("\xFF\x80", vowels()), "");
 }
 

@@ -2,14 +2,14 @@
 
 #include <platform/GPSUtilities/NMEAUtils.h>
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include <support/Sentence.h>
 
@@ -32,14 +32,16 @@ TEST(NMEAUtilsCheck, AnswersTheBodyAsAViewIntoTheLine)
 TEST(NMEAUtilsCheck, TakesEachLineEndAndNone)
 {
     for (const std::string_view end : {"", "\r\n", "\r", "\n"})
-        EXPECT_EQ(checkAndTrimNMEASentence("$J*4A" + std::string{end}), "J") << testing::PrintToString(end);
+        EXPECT_EQ(checkAndTrimNMEASentence("$J*4A" + std::string{end}), "J")
+            << testing::PrintToString(end);
 }
 
 TEST(NMEAUtilsCheck, RefusesAnythingElseBehindTheChecksum)
 {
-    for (const std::string_view end :
-         {"\n\n", "\r\r", "\n\r", "\r\r\n", "\r\n\n", "\r\n\r\n", " ", "\t", "A", "0", "*4A", " \r\n"})
-        EXPECT_EQ(checkAndTrimNMEASentence("$J*4A" + std::string{end}), std::nullopt) << testing::PrintToString(end);
+    for (const std::string_view end : {"\n\n", "\r\r", "\n\r", "\r\r\n", "\r\n\n", "\r\n\r\n", " ",
+                                       "\t", "A", "0", "*4A", " \r\n"})
+        EXPECT_EQ(checkAndTrimNMEASentence("$J*4A" + std::string{end}), std::nullopt)
+            << testing::PrintToString(end);
     EXPECT_EQ(checkAndTrimNMEASentence(std::string_view{"$J*4A\0", 6}), std::nullopt);
 }
 
@@ -53,8 +55,9 @@ TEST(NMEAUtilsCheck, TakesChecksumDigitsOfEitherCase)
 
 TEST(NMEAUtilsCheck, RefusesAChecksumThatIsNotExactlyTwoMatchingDigits)
 {
-    for (const auto* line : {"$J*4B", "$J*5A", "$J*", "$J*4", "$J*A", "$J*04A", "$J*4A0", "$J*4G", "$J*G4", "$J*4`", "$J*4@",
-                             "$J*4:", "$J*4/", "$J* 4A", "$J*+A", "$J4A", "$J", "$J,4A"})
+    for (const auto* line :
+         {"$J*4B", "$J*5A", "$J*", "$J*4", "$J*A", "$J*04A", "$J*4A0", "$J*4G", "$J*G4", "$J*4`",
+          "$J*4@", "$J*4:", "$J*4/", "$J* 4A", "$J*+A", "$J4A", "$J", "$J,4A"})
         EXPECT_EQ(checkAndTrimNMEASentence(line), std::nullopt) << line;
 }
 
@@ -122,7 +125,8 @@ TEST(NMEAUtilsChecksum, IsAddedInTwoCapitalDigitsWithoutALineEnd)
 
 TEST(NMEAUtilsChecksum, WhatIsAddedIsTakenAgain)
 {
-    for (const std::string_view body : {"A", "PMGNCMD,END", " ", "~", ",,,", "PMGNRTE,1,1,m,1,R,hello"})
+    for (const std::string_view body :
+         {"A", "PMGNCMD,END", " ", "~", ",,,", "PMGNRTE,1,1,m,1,R,hello"})
         EXPECT_EQ(checkAndTrimNMEASentence(addChecksumToNMEASentence(body)), body);
 }
 
@@ -172,7 +176,8 @@ TEST(NMEAUtilsReadCoordinate, TakesTheLeadingNumberAlone)
 
 TEST(NMEAUtilsReadCoordinate, AFieldWithoutALeadingNumberReadsAsZero)
 {
-    for (const auto* text : {"", " ", "x", "x4630", "-", "+", ".", "e5", "inf", "nan", "INF", "infinity", "0x1F", "--1"}) {
+    for (const auto* text : {"", " ", "x", "x4630", "-", "+", ".", "e5", "inf", "nan", "INF",
+                             "infinity", "0x1F", "--1"}) {
         const double north = convertNMEADegreesMinutes(text, "N");
         EXPECT_EQ(north, 0) << text;
         EXPECT_FALSE(std::signbit(convertNMEADegreesMinutes(text, "S"))) << text;
@@ -284,14 +289,16 @@ TEST(NMEAUtilsWriteCoordinate, WhatIsNotFiniteHasNoText)
                    {kNaN, false, ""}});
 }
 
-/// A coordinate's text from its hundred-thousandths of a minute, put together without any floating point.
+/// A coordinate's text from its hundred-thousandths of a minute, put together without any floating
+/// point.
 std::string coordinateText(std::int64_t units, std::size_t degreeDigits)
 {
     const auto padded = [](std::int64_t value, std::size_t width) {
         const auto digits = std::to_string(value);
         return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
     };
-    return padded(units / 6'000'000, degreeDigits) + padded(units / 100'000 % 60, 2) + "." + padded(units % 100'000, 5);
+    return padded(units / 6'000'000, degreeDigits) + padded(units / 100'000 % 60, 2) + "." +
+           padded(units % 100'000, 5);
 }
 
 TEST(NMEAUtilsWriteCoordinate, AReadTextIsWrittenAsTheSameTextInEachHemisphere)
@@ -323,7 +330,9 @@ void expectRead(const std::vector<ReadMoment>& table)
 
 TEST(NMEAUtilsReadDate, CountsSecondsSince1970)
 {
-    expectRead({{"110808", "071548.24", 1218438948}, {"290208", "000000", 1204243200}, {"010170", "000000.00", 3155760000}});
+    expectRead({{"110808", "071548.24", 1218438948},
+                {"290208", "000000", 1204243200},
+                {"010170", "000000.00", 3155760000}});
 }
 
 TEST(NMEAUtilsReadDate, YearsFrom80AreOfTheLastCenturyAndUpTo79OfThisOne)
@@ -369,10 +378,12 @@ TEST(NMEAUtilsReadDate, TimesThatAreNoneReadAsNoTime)
 
 TEST(NMEAUtilsReadDate, AnEmptyOrMalformedTextReadsAsNoTime)
 {
-    for (const auto* date : {"", "11080", "1108080", "11080x", " 10808", "+10808", "11-808", "110808 ", "11/08/08"})
+    for (const auto* date :
+         {"", "11080", "1108080", "11080x", " 10808", "+10808", "11-808", "110808 ", "11/08/08"})
         EXPECT_EQ(convertNMEADate(date, "071548"), 0) << date;
-    for (const auto* time : {"", "07154", "0715480", "07154x", " 71548", "071548x", "071548,0", "071548.x", "071548.2x",
-                             "071548.-1", "071548.2 ", "07:15:48", "-71548", "071548..0"})
+    for (const auto* time :
+         {"", "07154", "0715480", "07154x", " 71548", "071548x", "071548,0", "071548.x",
+          "071548.2x", "071548.-1", "071548.2 ", "07:15:48", "-71548", "071548..0"})
         EXPECT_EQ(convertNMEADate("110808", time), 0) << time;
 }
 
@@ -435,8 +446,9 @@ TEST(NMEAUtilsWriteDate, HasTwoDigitsOfEachPart)
 TEST(NMEAUtilsWriteDate, IsEmptyWithoutATimeAndOutsideTheYears1980To2079)
 {
     for (const std::int64_t none :
-         {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, std::int64_t{315532799}, std::int64_t{3471292800},
-          std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
+         {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, std::int64_t{315532799},
+          std::int64_t{3471292800}, std::numeric_limits<std::int64_t>::min(),
+          std::numeric_limits<std::int64_t>::max()}) {
         EXPECT_EQ(makeNMEADateFrom(none).date, "") << none;
         EXPECT_EQ(makeNMEADateFrom(none).time, "") << none;
     }

@@ -2,6 +2,9 @@
 // The line on real pseudo-terminals: `receiver_` is their far end.
 
 #include <platform/OrvUtils/OrvSerial.h>
+#include <platform/OrvUtils/SerialTraffic.h>
+
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <cerrno>
@@ -15,13 +18,9 @@
 #include <thread>
 #include <utility>
 
-#include <gtest/gtest.h>
-
-#include <platform/OrvUtils/SerialTraffic.h>
 #include <support/AsNobody.h>
 #include <support/PseudoTerminal.h>
 #include <support/TemporaryFolder.h>
-
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -54,7 +53,8 @@ bool opensForOthers(const PseudoTerminal& terminal)
     return opened;
 }
 
-/// Fixes settings of the line, so that it keeps them whatever it is told. @return  false: not permitted
+/// Fixes settings of the line, so that it keeps them whatever it is told. @return  false: not
+/// permitted
 bool keepSettings(const PseudoTerminal& terminal, tcflag_t controlFlags)
 {
     termios kept{};
@@ -92,11 +92,13 @@ protected:
     OpenOrvSerial() { EXPECT_EQ(open(*serial_, receiver_), 0); }
 };
 
-/// A receiver that sends the same piece again and again, until told to finish (or for half a minute) with a line end.
+/// A receiver that sends the same piece again and again, until told to finish (or for half a
+/// minute) with a line end.
 class Chatter {
 public:
     Chatter(const PseudoTerminal& receiver, std::string piece, std::chrono::milliseconds pause)
-        : thread_([this, &receiver, piece = std::move(piece), pause] { run(receiver, piece, pause); })
+        : thread_(
+              [this, &receiver, piece = std::move(piece), pause] { run(receiver, piece, pause); })
     {}
     ~Chatter()
     {
@@ -109,7 +111,8 @@ public:
     void finish() { finished_ = true; }
 
 private:
-    void run(const PseudoTerminal& receiver, const std::string& piece, std::chrono::milliseconds pause) const
+    void run(const PseudoTerminal& receiver, const std::string& piece,
+             std::chrono::milliseconds pause) const
     {
         const auto end = std::chrono::steady_clock::now() + 30s;
         while (!finished_ && std::chrono::steady_clock::now() < end) {
@@ -162,8 +165,11 @@ TEST_F(OrvSerialTest, OpensRawWithEightDataBitsNoParityOneStopBitAndNoFlowContro
 
     ASSERT_EQ(open(*serial_, receiver_), 0);
     const termios present = receiver_.settings();
-    EXPECT_EQ(present.c_cflag & tcflag_t{CSIZE | PARENB | CSTOPB | CRTSCTS | CLOCAL | CREAD}, tcflag_t{CS8 | CLOCAL | CREAD});
-    EXPECT_EQ(present.c_iflag & tcflag_t{IXON | IXOFF | IXANY | INPCK | ISTRIP | ICRNL | INLCR | IGNCR}, 0U);
+    EXPECT_EQ(present.c_cflag & tcflag_t{CSIZE | PARENB | CSTOPB | CRTSCTS | CLOCAL | CREAD},
+              tcflag_t{CS8 | CLOCAL | CREAD});
+    EXPECT_EQ(present.c_iflag &
+                  tcflag_t{IXON | IXOFF | IXANY | INPCK | ISTRIP | ICRNL | INLCR | IGNCR},
+              0U);
     EXPECT_EQ(present.c_lflag & tcflag_t{ICANON | ECHO | ISIG | IEXTEN}, 0U);
     EXPECT_EQ(present.c_oflag & tcflag_t{OPOST}, 0U);
 }

@@ -2,10 +2,10 @@
 
 #include <platform/System/Ascii.h>
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <string>
-
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {

@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: MIT
 
+#include "OneFault.h"
+#include "PrivateMount.h"
+
 #include <platform/System/AtomicWrite.h>
+#include <platform/System/FileManager.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,16 +17,9 @@
 #include <thread>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OneFault.h"
-#include "PrivateMount.h"
-#include <platform/System/FileManager.h>
+#include <fcntl.h>
 #include <support/AsNobody.h>
 #include <support/TemporaryFolder.h>
-
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -72,7 +72,8 @@ private:
 TEST(AtomicWrite, MakesANewFile)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a.log"), "text\r\n"), std::nullopt);
+    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a.log"), "text\r\n"),
+              std::nullopt);
     EXPECT_EQ(folder.read("a.log"), "text\r\n");
     EXPECT_THAT(namesIn(folder), ElementsAre("a.log"));
 }
@@ -93,8 +94,9 @@ TEST(AtomicWrite, FlushesTheFileBeforeAndAfterTheRenameAndThenTheFolder)
     folder.put("a", "old");
     OneFault files;
     EXPECT_EQ(writeAtomically(files, folder.path("a"), "new"), 0);
-    EXPECT_THAT(files.calls(), ElementsAre("open", "flock", "unlinkat", "openat", "write", "fchmod", "fsync", "renameat", "fsync",
-                                           "fsync", "close", "close"));
+    EXPECT_THAT(files.calls(),
+                ElementsAre("open", "flock", "unlinkat", "openat", "write", "fchmod", "fsync",
+                            "renameat", "fsync", "fsync", "close", "close"));
 }
 
 TEST(AtomicWrite, ShortAndInterruptedWritesGiveTheWholeFile)
@@ -134,13 +136,15 @@ TEST_P(AtomicWriteBeforeRename, AFaultLeavesTheOldFileAndNothingElse)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, AtomicWriteBeforeRename,
-                         testing::Values(Fault{"open", ENOENT, 1, 4}, Fault{"open", EACCES, 1, 513}, Fault{"open", EIO, 1, 512},
-                                         Fault{"flock", EWOULDBLOCK, 1, 512}, Fault{"openat", EROFS, 1, 642},
-                                         Fault{"openat", EPERM, 1, 513}, Fault{"openat", ENOSPC, 1, 640},
-                                         Fault{"write", ENOSPC, 1, 640}, Fault{"write", EDQUOT, 1, 640},
-                                         Fault{"write", EIO, 1, 512}, Fault{"fsync", EIO, 1, 512}, Fault{"fsync", ENOSPC, 1, 640},
-                                         Fault{"renameat", EROFS, 1, 642}, Fault{"renameat", EXDEV, 1, 512}));
+INSTANTIATE_TEST_SUITE_P(
+    Faults, AtomicWriteBeforeRename,
+    testing::Values(Fault{"open", ENOENT, 1, 4}, Fault{"open", EACCES, 1, 513},
+                    Fault{"open", EIO, 1, 512}, Fault{"flock", EWOULDBLOCK, 1, 512},
+                    Fault{"openat", EROFS, 1, 642}, Fault{"openat", EPERM, 1, 513},
+                    Fault{"openat", ENOSPC, 1, 640}, Fault{"write", ENOSPC, 1, 640},
+                    Fault{"write", EDQUOT, 1, 640}, Fault{"write", EIO, 1, 512},
+                    Fault{"fsync", EIO, 1, 512}, Fault{"fsync", ENOSPC, 1, 640},
+                    Fault{"renameat", EROFS, 1, 642}, Fault{"renameat", EXDEV, 1, 512}));
 
 class AtomicWriteAfterRename : public testing::TestWithParam<Fault> {};
 
@@ -150,15 +154,16 @@ TEST_P(AtomicWriteAfterRename, AFaultIsReportedAndTheNewFileStands)
     const TemporaryFolder folder;
     folder.put("a", "old");
     OneFault files{fault.call, fault.error, fault.which};
-    EXPECT_EQ(codeOf(FileManager{&files}.writeAsciiFileAtomically(folder.path("a"), "new")), fault.code);
+    EXPECT_EQ(codeOf(FileManager{&files}.writeAsciiFileAtomically(folder.path("a"), "new")),
+              fault.code);
     EXPECT_TRUE(files.happened());
     EXPECT_EQ(folder.read("a"), "new");
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, AtomicWriteAfterRename,
-                         testing::Values(Fault{"fsync", EIO, 2, 512}, Fault{"fsync", EROFS, 2, 642}, Fault{"fsync", EIO, 3, 512},
-                                         Fault{"close", EIO, 1, 512}));
+                         testing::Values(Fault{"fsync", EIO, 2, 512}, Fault{"fsync", EROFS, 2, 642},
+                                         Fault{"fsync", EIO, 3, 512}, Fault{"close", EIO, 1, 512}));
 
 class AtomicWriteHarmless : public testing::TestWithParam<Fault> {};
 
@@ -176,8 +181,9 @@ TEST_P(AtomicWriteHarmless, AFaultThatLosesNothingIsNoFailure)
 
 // A volume without locks, without modes, whose folders cannot be flushed; interrupted calls.
 INSTANTIATE_TEST_SUITE_P(Faults, AtomicWriteHarmless,
-                         testing::Values(Fault{"flock", EOPNOTSUPP, 1, 0}, Fault{"fchmod", EPERM, 1, 0},
-                                         Fault{"write", EINTR, 1, 0}, Fault{"fsync", EINVAL, 3, 0}, Fault{"close", EINTR, 1, 0},
+                         testing::Values(Fault{"flock", EOPNOTSUPP, 1, 0},
+                                         Fault{"fchmod", EPERM, 1, 0}, Fault{"write", EINTR, 1, 0},
+                                         Fault{"fsync", EINVAL, 3, 0}, Fault{"close", EINTR, 1, 0},
                                          Fault{"close", EIO, 2, 0}));
 
 TEST(AtomicWrite, ATextThatIsNotAsciiIsCode517AndTouchesNothing)
@@ -185,7 +191,8 @@ TEST(AtomicWrite, ATextThatIsNotAsciiIsCode517AndTouchesNothing)
     const TemporaryFolder folder;
     folder.put("a", "old");
     OneFault files;
-    EXPECT_EQ(codeOf(FileManager{&files}.writeAsciiFileAtomically(folder.path("a"), "caf\xC3\xA9")), 517);
+    EXPECT_EQ(codeOf(FileManager{&files}.writeAsciiFileAtomically(folder.path("a"), "caf\xC3\xA9")),
+              517);
     EXPECT_EQ(folder.read("a"), "old");
     EXPECT_TRUE(files.calls().empty());
 }
@@ -244,7 +251,8 @@ TEST(AtomicWrite, ALinkIsReplacedAndItsTargetStays)
     ASSERT_EQ(::chmod(folder.path("target").c_str(), 0600), 0);
     ASSERT_EQ(::symlink("target", folder.path("a").c_str()), 0);
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), "new"), std::nullopt);
-    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(folder.path("a"))));
+    EXPECT_TRUE(
+        std::filesystem::is_regular_file(std::filesystem::symlink_status(folder.path("a"))));
     EXPECT_EQ(folder.read("a"), "new");
     EXPECT_EQ(folder.read("target"), "old");
 }
@@ -302,8 +310,11 @@ TEST(AtomicWrite, WritersAtOnceNeverMixTheirTexts)
 TEST(AtomicWrite, TheLongestNameWorksAndALongerOneIsCode512)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(255, 'n')), "new"), std::nullopt);
-    EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(256, 'n')), "new")), 512);
+    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(255, 'n')), "new"),
+              std::nullopt);
+    EXPECT_EQ(
+        codeOf(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(256, 'n')), "new")),
+        512);
     EXPECT_THAT(namesIn(folder), ElementsAre(std::string(255, 'n')));
 }
 
@@ -324,10 +335,13 @@ TEST(AtomicWrite, AFullVolumeIsCode640AndKeepsTheOldFile)
     if (!volume.isMounted())
         GTEST_SKIP() << "mounting is not permitted";
     folder.put("a", "old");
-    EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(100'000, 'x'))), 640);
+    EXPECT_EQ(
+        codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(100'000, 'x'))),
+        640);
     EXPECT_EQ(folder.read("a"), "old");
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
-    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(30'000, 'x')), std::nullopt);
+    EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(30'000, 'x')),
+              std::nullopt);
 }
 
 TEST(AtomicWrite, AReadOnlyVolumeIsCode642)

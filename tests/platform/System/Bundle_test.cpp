@@ -2,15 +2,14 @@
 
 #include <platform/System/Bundle.h>
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 
-#include <gtest/gtest.h>
-
-#include <support/TemporaryFolder.h>
-
 #include <dlfcn.h>
 #include <link.h>
+#include <support/TemporaryFolder.h>
 #include <unistd.h>
 
 namespace gps {
@@ -27,8 +26,14 @@ std::string plist(const std::string& content)
 class BundleTest : public testing::Test {
 protected:
     [[nodiscard]] Bundle bundle() const { return Bundle{folder_.path("A.bundle")}; }
-    [[nodiscard]] std::string path(const std::string& name) const { return folder_.path("A.bundle/Contents/" + name); }
-    void put(const std::string& name, const std::string& content) const { folder_.put("A.bundle/Contents/" + name, content); }
+    [[nodiscard]] std::string path(const std::string& name) const
+    {
+        return folder_.path("A.bundle/Contents/" + name);
+    }
+    void put(const std::string& name, const std::string& content) const
+    {
+        folder_.put("A.bundle/Contents/" + name, content);
+    }
 
     [[nodiscard]] std::optional<ViewOutlets> load(const std::string& view) const
     {
@@ -57,9 +62,10 @@ TEST_F(BundleTest, TheExecutableIsTheOneThatInfoPlistNames)
 
 TEST_F(BundleTest, AnExecutableOutsideTheBundleIsNone)
 {
-    for (const char* name :
-         {"<string></string>", "<string>../../../A.so</string>", "<string>/A.so</string>", "<integer>1</integer>"}) {
-        put("Info.plist", plist("<dict><key>CFBundleExecutable</key>" + std::string{name} + "</dict>"));
+    for (const char* name : {"<string></string>", "<string>../../../A.so</string>",
+                             "<string>/A.so</string>", "<integer>1</integer>"}) {
+        put("Info.plist",
+            plist("<dict><key>CFBundleExecutable</key>" + std::string{name} + "</dict>"));
         EXPECT_EQ(bundle().executablePath(), std::nullopt) << name;
     }
 }
@@ -109,7 +115,8 @@ TEST_F(BundleTest, AViewComesWithItsOutletsConnected)
 
 TEST_F(BundleTest, AnOutletThatTheViewLacksOrHasInAnotherClassIsNull)
 {
-    const auto outlets = load(R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
+    const auto outlets = load(
+        R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
         <key>subviews</key><array>
             <dict><key>class</key><string>View</string> <key>identifier</key><string>deviceButton</string></dict></array></dict>)");
     ASSERT_TRUE(outlets);
@@ -120,7 +127,8 @@ TEST_F(BundleTest, AnOutletThatTheViewLacksOrHasInAnotherClassIsNull)
 
 TEST_F(BundleTest, AnOutletKeepsTheWholeViewAlive)
 {
-    auto outlets = load(R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
+    auto outlets = load(
+        R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
         <key>subviews</key><array>
             <dict><key>class</key><string>Button</string> <key>identifier</key><string>deviceButton</string></dict></array></dict>)");
     ASSERT_TRUE(outlets);
@@ -134,15 +142,18 @@ TEST_F(BundleTest, AnOutletKeepsTheWholeViewAlive)
 TEST_F(BundleTest, AMissingOrBrokenViewIsNone)
 {
     EXPECT_FALSE(bundle().loadView("V"));
-    const std::string start = "<dict><key>class</key><string>View</string><key>identifier</key><string>gpsView</string>";
+    const std::string start =
+        "<dict><key>class</key><string>View</string><key>identifier</key><string>gpsView</string>";
     ASSERT_TRUE(load(start + "</dict>"));
     const std::string broken[] = {
         "<array/>",
         "<dict/>",
         "<dict><key>class</key><string>View</string></dict>",
         "<dict><key>identifier</key><string>gpsView</string></dict>",
-        "<dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</string></dict>",
-        "<dict><key>class</key><integer>1</integer><key>identifier</key><string>gpsView</string></dict>",
+        "<dict><key>class</key><string>Slider</string><key>identifier</key><string>gpsView</"
+        "string></dict>",
+        "<dict><key>class</key><integer>1</integer><key>identifier</key><string>gpsView</string></"
+        "dict>",
         start + "<key>title</key><integer>1</integer></dict>",
         start + "<key>hidden</key><string>true</string></dict>",
         start + "<key>subviews</key><dict/></dict>",
@@ -193,7 +204,8 @@ public:
     [[nodiscard]] const void* address() const
     {
         const link_map* map = nullptr;
-        return module_ != nullptr && ::dlinfo(module_, RTLD_DI_LINKMAP, &map) == 0 ? map->l_ld : nullptr;
+        return module_ != nullptr && ::dlinfo(module_, RTLD_DI_LINKMAP, &map) == 0 ? map->l_ld
+                                                                                   : nullptr;
     }
 
 private:

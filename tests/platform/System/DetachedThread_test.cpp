@@ -2,12 +2,12 @@
 
 #include <platform/System/DetachedThread.h>
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <future>
 #include <memory>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -54,7 +54,10 @@ TEST(DetachedThread, KeepsWhatTheBodyHoldsUntilItHasReturned)
         ::_exit(0);
     bool ran = false;
     const auto error = detachNewThread([&ran] { ran = true; });
-    ::_exit(error && error->domain() == "NSPOSIXErrorDomain" && error->code() == EAGAIN && error->description() && !ran ? 42 : 1);
+    ::_exit(error && error->domain() == "NSPOSIXErrorDomain" && error->code() == EAGAIN &&
+                    error->description() && !ran
+                ? 42
+                : 1);
 }
 
 TEST(DetachedThread, NoFurtherThreadIsAnErrorOfTheSystem)

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 
+#include "PrivateMount.h"
+
 #include <platform/System/DeviceMonitor.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -9,11 +13,7 @@
 #include <memory>
 #include <optional>
 
-#include <gtest/gtest.h>
-
-#include "PrivateMount.h"
 #include <support/TemporaryFolder.h>
-
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -54,7 +54,8 @@ TEST(DeviceMonitor, SomethingToReadFromTheWakeUpFileEndsTheWait)
 TEST(DeviceMonitor, AMountAndAnUnmountAreChangesOfVolumesOnceEach)
 {
     const support::TemporaryFolder outer;
-    const support::PrivateMount own{outer.path(), ""}; // from here on the table is this process's own
+    const support::PrivateMount own{outer.path(),
+                                    ""}; // from here on the table is this process's own
     if (!own.isMounted())
         GTEST_SKIP() << "mounting is not permitted";
     const auto inside = outer.makeFolder("inside");
@@ -87,7 +88,8 @@ TEST(DeviceMonitor, AChangeIsWaitedOnForMoreThatComeCloseButNoLongerThanTheLimit
     const auto gathered = waitForMount(10s);
     EXPECT_GE(gathered, 200ms);
     EXPECT_LT(gathered, 5s);
-    const auto shortest = std::min({waitForMount(20ms), waitForMount(20ms), waitForMount(20ms)}); // a busy machine may be late
+    const auto shortest = std::min(
+        {waitForMount(20ms), waitForMount(20ms), waitForMount(20ms)}); // a busy machine may be late
     EXPECT_LT(shortest, 190ms);
 }
 

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 
+#include "OneFault.h"
+
 #include <platform/System/FileManager.h>
+#include <platform/System/Log.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OneFault.h"
-#include <platform/System/Log.h>
+#include <fcntl.h>
 #include <support/AsNobody.h>
 #include <support/TemporaryFolder.h>
-
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,16 +42,19 @@ public:
 
 private:
     std::vector<std::string> lines_;
-    LogListening listening_{[this](std::string_view line, const Error*) { lines_.emplace_back(line); }};
+    LogListening listening_{
+        [this](std::string_view line, const Error*) { lines_.emplace_back(line); }};
 };
 
 TEST(DirectoryEnumerator, WalksInByteOrderAFolderBeforeItsContents)
 {
     const TemporaryFolder folder;
-    for (const char* name : {"b.log", "a", "B.log", "a.log", "c/z", "c/y/x", "c.log", "\xC3\xA9", "Z", "10", "9"})
+    for (const char* name :
+         {"b.log", "a", "B.log", "a.log", "c/z", "c/y/x", "c.log", "\xC3\xA9", "Z", "10", "9"})
         folder.put(name, "");
     EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())),
-                ElementsAre("10", "9", "B.log", "Z", "a", "a.log", "b.log", "c/", "c/y/", "c/y/x", "c/z", "c.log", "\xC3\xA9"));
+                ElementsAre("10", "9", "B.log", "Z", "a", "a.log", "b.log", "c/", "c/y/", "c/y/x",
+                            "c/z", "c.log", "\xC3\xA9"));
 }
 
 TEST(DirectoryEnumerator, HiddenFilesAreEntriesToo)
@@ -68,7 +71,8 @@ TEST(DirectoryEnumerator, LinksAreEntriesAndNeverDescendedInto)
     ASSERT_EQ(::symlink("..", folder.path("a/loop").c_str()), 0);
     ASSERT_EQ(::symlink("a", folder.path("link").c_str()), 0);
     ASSERT_EQ(::symlink("nothing", folder.path("dangling").c_str()), 0);
-    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre("a/", "a/file", "a/loop", "dangling", "link"));
+    EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())),
+                ElementsAre("a/", "a/file", "a/loop", "dangling", "link"));
 }
 
 TEST(DirectoryEnumerator, ALinkToTheWalkedFolderItselfIsFollowed)
@@ -170,7 +174,8 @@ TEST(DirectoryEnumerator, AVolumeThatDoesNotTellKindsIsAskedAboutEachEntry)
     const TemporaryFolder folder;
     folder.put("a/file", "");
     ASSERT_EQ(::symlink("..", folder.path("a/loop").c_str()), 0);
-    EXPECT_THAT(walk(FileManager{&files}.enumerator(folder.path())), ElementsAre("a/", "a/file", "a/loop"));
+    EXPECT_THAT(walk(FileManager{&files}.enumerator(folder.path())),
+                ElementsAre("a/", "a/file", "a/loop"));
 }
 
 TEST(DirectoryEnumerator, AFolderThatVanishesMidwayEndsTheWalkOfItAlone)

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 
+#include "OneFault.h"
+#include "PrivateMount.h"
+
 #include <platform/System/FileManager.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -9,14 +15,8 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OneFault.h"
-#include "PrivateMount.h"
 #include <support/AsNobody.h>
 #include <support/TemporaryFolder.h>
-
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -59,7 +59,8 @@ TEST(FileManager, ReadsAWholeAsciiFile)
 TEST(FileManager, ReadsFilesOfEverySizeAroundAPiece)
 {
     const TemporaryFolder folder;
-    for (const std::size_t size : {0U, 1U, 31U, 32U, 33U, (256U << 10) - 1, 256U << 10, (256U << 10) + 1, 600'000U}) {
+    for (const std::size_t size :
+         {0U, 1U, 31U, 32U, 33U, (256U << 10) - 1, 256U << 10, (256U << 10) + 1, 600'000U}) {
         std::string content(size, 'x');
         for (std::size_t i = 0; i < size; ++i)
             content[i] = static_cast<char>('a' + i % 23);
@@ -98,7 +99,8 @@ TEST(FileManager, AMissingFileIsCode260WithThePathAndTheSystemsText)
     EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
     EXPECT_EQ(error->code(), 260);
     EXPECT_EQ(error->path(), "/nowhere/at all.log");
-    EXPECT_EQ(error->description(), "The file \"at all.log\" could not be opened because there is no such file.");
+    EXPECT_EQ(error->description(),
+              "The file \"at all.log\" could not be opened because there is no such file.");
     ASSERT_NE(error->userInfo().findString(kErrorReasonKey), nullptr);
     EXPECT_EQ(*error->userInfo().findString(kErrorReasonKey), "No such file or directory");
     EXPECT_EQ(text, "");
@@ -217,7 +219,8 @@ TEST(FileManager, ShortAndInterruptedReadsGiveTheWholeFile)
     const TemporaryFolder folder;
     SlowFiles files;
     std::string text;
-    EXPECT_EQ(FileManager{&files}.readAsciiFile(folder.put("a", "a text of some length"), text), std::nullopt);
+    EXPECT_EQ(FileManager{&files}.readAsciiFile(folder.put("a", "a text of some length"), text),
+              std::nullopt);
     EXPECT_EQ(text, "a text of some length");
 }
 
@@ -243,7 +246,8 @@ TEST(FileManager, SystemErrorsOfAReadMapToTheirCodes)
     for (const auto& [systemError, code] : rows) {
         OneFault files{"open", systemError};
         std::string text;
-        EXPECT_EQ(codeOf(FileManager{&files}.readAsciiFile(path, text)), code) << std::strerror(systemError);
+        EXPECT_EQ(codeOf(FileManager{&files}.readAsciiFile(path, text)), code)
+            << std::strerror(systemError);
     }
 }
 
@@ -300,9 +304,12 @@ TEST(FileManager, ErrorsNameTheFileAndNotItsFolders)
 {
     EXPECT_EQ(makeFileError(FileErrorCode::kWriteFileExists, "/a/b/TKLG001.log").description(),
               "The file \"TKLG001.log\" could not be written because a file of that name exists.");
-    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/a/b/").description(), testing::HasSubstr("\"b\""));
-    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/").description(), testing::HasSubstr("\"/\""));
-    EXPECT_EQ(makeFileError(FileErrorCode::kReadUnknown, "a").userInfo().find(kErrorReasonKey), nullptr);
+    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/a/b/").description(),
+                testing::HasSubstr("\"b\""));
+    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/").description(),
+                testing::HasSubstr("\"/\""));
+    EXPECT_EQ(makeFileError(FileErrorCode::kReadUnknown, "a").userInfo().find(kErrorReasonKey),
+              nullptr);
 }
 
 TEST(FileManager, JoinsPathsWithOneSlash)
@@ -326,12 +333,13 @@ TEST(FileManager, JoinsPathsWithOneSlash)
 
 TEST(FileManager, AnExtensionIsWhatFollowsTheLastPointOfTheLastComponent)
 {
-    const std::pair<const char*, const char*> rows[] = {{"a.log", "log"},   {"/a/b.c/TKLG001.log", "log"},
-                                                        {"a.tar.gz", "gz"}, {"A.LOG", "LOG"},
-                                                        {"a.log//", "log"}, {".log", "log"},
-                                                        {"a", ""},          {"a.", ""},
-                                                        {"/a.b/c", ""},     {"", ""},
-                                                        {"/", ""},          {"//", ""}};
+    const std::pair<const char*, const char*> rows[] = {
+        {"a.log", "log"},   {"/a/b.c/TKLG001.log", "log"},
+        {"a.tar.gz", "gz"}, {"A.LOG", "LOG"},
+        {"a.log//", "log"}, {".log", "log"},
+        {"a", ""},          {"a.", ""},
+        {"/a.b/c", ""},     {"", ""},
+        {"/", ""},          {"//", ""}};
     for (const auto& [path, extension] : rows)
         EXPECT_EQ(pathExtension(path), extension) << path;
 }

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 
+#include "PrivateMount.h"
+
+#include <gps/Error.h>
 #include <platform/System/Log.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
@@ -8,12 +14,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gps/Error.h>
-#include <gtest/gtest.h>
-
-#include "PrivateMount.h"
 
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -160,7 +160,9 @@ public:
         sockaddr_un address{AF_UNIX, "/dev/log"};
         const timeval limit{5, 0};
         ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        listens_ = devices_.isMounted() && ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        listens_ =
+            devices_.isMounted() &&
+            ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     }
     ~SystemLog() { ::close(socket_); }
     SystemLog(const SystemLog&) = delete;

@@ -2,10 +2,10 @@
 
 #include <platform/System/MountedVolumes.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include <support/TemporaryFolder.h>
 
@@ -16,24 +16,30 @@ std::string describe(const std::vector<MountTableEntry>& entries)
 {
     std::string text;
     for (const auto& entry : entries)
-        text += std::to_string(entry.major) + ":" + std::to_string(entry.minor) + "|" + entry.path + "|" + entry.source + "\n";
+        text += std::to_string(entry.major) + ":" + std::to_string(entry.minor) + "|" + entry.path +
+                "|" + entry.source + "\n";
     return text;
 }
 
 TEST(MountTable, ReadsLinesInOrder)
 {
-    EXPECT_EQ(describe(parseMountTable("22 27 0:21 / /proc rw,relatime - proc proc rw\n"
-                                       "27 1 254:1 / / rw,relatime shared:1 - ext4 /dev/vda1 rw,discard\n"
-                                       "95 27 8:17 / /media/GPS rw,nosuid shared:1 master:2 - vfat /dev/sdb1 rw,fmask=0022")),
-              "0:21|/proc|proc\n254:1|/|/dev/vda1\n8:17|/media/GPS|/dev/sdb1\n");
+    EXPECT_EQ(
+        describe(parseMountTable(
+            "22 27 0:21 / /proc rw,relatime - proc proc rw\n"
+            "27 1 254:1 / / rw,relatime shared:1 - ext4 /dev/vda1 rw,discard\n"
+            "95 27 8:17 / /media/GPS rw,nosuid shared:1 master:2 - vfat /dev/sdb1 rw,fmask=0022")),
+        "0:21|/proc|proc\n254:1|/|/dev/vda1\n8:17|/media/GPS|/dev/sdb1\n");
 }
 
 TEST(MountTable, OctalEscapesAreUndone)
 {
-    EXPECT_EQ(describe(parseMountTable(R"(95 27 8:17 / /media/MY\040GPS\011\012\134\043 rw - vfat /dev/a\040b rw)")),
+    EXPECT_EQ(describe(parseMountTable(
+                  R"(95 27 8:17 / /media/MY\040GPS\011\012\134\043 rw - vfat /dev/a\040b rw)")),
               "8:17|/media/MY GPS\t\n\\#|/dev/a b\n");
-    EXPECT_EQ(describe(parseMountTable(R"(95 27 8:17 / /caf\303\251 rw - vfat x rw)")), "8:17|/caf\xC3\xA9|x\n");
-    EXPECT_EQ(describe(parseMountTable(R"(95 27 8:17 / /\04\08\400\x\ rw - vfat \ rw)")), "8:17|/\\04\\08\\400\\x\\|\\\n");
+    EXPECT_EQ(describe(parseMountTable(R"(95 27 8:17 / /caf\303\251 rw - vfat x rw)")),
+              "8:17|/caf\xC3\xA9|x\n");
+    EXPECT_EQ(describe(parseMountTable(R"(95 27 8:17 / /\04\08\400\x\ rw - vfat \ rw)")),
+              "8:17|/\\04\\08\\400\\x\\|\\\n");
 }
 
 TEST(MountTable, AnEmptySourceIsOne)
@@ -63,7 +69,9 @@ TEST(MountTable, ALineOfAnotherFormIsPassedOver)
                                  "95 27 8:17 / a rw - vfat /dev/sdb1 rw",
                                  "95 27 8:17 /  rw - vfat /dev/sdb1 rw"};
     for (const auto* line : lines)
-        EXPECT_EQ(describe(parseMountTable(std::string{line} + "\n95 27 8:17 / /good rw - vfat s rw\n")), "8:17|/good|s\n")
+        EXPECT_EQ(
+            describe(parseMountTable(std::string{line} + "\n95 27 8:17 / /good rw - vfat s rw\n")),
+            "8:17|/good|s\n")
             << line;
 }
 
@@ -71,7 +79,9 @@ TEST(MountTable, EveryCutOfALineIsPassedOverOrWhole)
 {
     const std::string line = R"(95 27 8:17 / /a\040b rw shared:1 - vfat /dev/sdb1 rw)";
     for (std::size_t length = 0; length <= line.size(); ++length)
-        EXPECT_EQ(parseMountTable(line.substr(0, length)).size(), length + 1 < line.size() ? 0U : 1U) << length;
+        EXPECT_EQ(parseMountTable(line.substr(0, length)).size(),
+                  length + 1 < line.size() ? 0U : 1U)
+            << length;
 }
 
 TEST(MountedVolumes, AMountTableThatCannotBeReadHasNoVolumes)

@@ -3,12 +3,12 @@
 
 #pragma once
 
+#include <platform/System/FileSystem.h>
+
 #include <cerrno>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <platform/System/FileSystem.h>
 
 namespace support {
 
@@ -19,12 +19,17 @@ public:
     /// @param call   the operation's name
     /// @param error  the errno that it fails with
     /// @param which  which of the calls of that name fails, from 1
-    OneFault(std::string_view call, int error, int which = 1) : call_(call), error_(error), left_(which) {}
+    OneFault(std::string_view call, int error, int which = 1)
+        : call_(call), error_(error), left_(which)
+    {}
 
     [[nodiscard]] bool happened() const { return !call_.empty() && left_ <= 0; }
     [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
 
-    int open(const char* path, int flags) override { return due("open") ? -1 : FileSystem::open(path, flags); }
+    int open(const char* path, int flags) override
+    {
+        return due("open") ? -1 : FileSystem::open(path, flags);
+    }
     int openat(int folder, const char* name, int flags, mode_t mode) override
     {
         return due("openat") ? -1 : FileSystem::openat(folder, name, flags, mode);
@@ -38,13 +43,22 @@ public:
         return due("write") ? -1 : FileSystem::write(file, data, size);
     }
     int fsync(int file) override { return due("fsync") ? -1 : FileSystem::fsync(file); }
-    int fchmod(int file, mode_t mode) override { return due("fchmod") ? -1 : FileSystem::fchmod(file, mode); }
+    int fchmod(int file, mode_t mode) override
+    {
+        return due("fchmod") ? -1 : FileSystem::fchmod(file, mode);
+    }
     int renameat(int folder, const char* from, const char* to) override
     {
         return due("renameat") ? -1 : FileSystem::renameat(folder, from, to);
     }
-    int unlinkat(int folder, const char* name) override { return due("unlinkat") ? -1 : FileSystem::unlinkat(folder, name); }
-    int flock(int file, int operation) override { return due("flock") ? -1 : FileSystem::flock(file, operation); }
+    int unlinkat(int folder, const char* name) override
+    {
+        return due("unlinkat") ? -1 : FileSystem::unlinkat(folder, name);
+    }
+    int flock(int file, int operation) override
+    {
+        return due("flock") ? -1 : FileSystem::flock(file, operation);
+    }
     int close(int file) override
     {
         const bool fails = due("close"); // closed all the same, as the system does
@@ -53,9 +67,18 @@ public:
             errno = error_;
         return fails ? -1 : result;
     }
-    int fstat(int file, struct stat* out) override { return due("fstat") ? -1 : FileSystem::fstat(file, out); }
-    DIR* opendir(const char* path) override { return due("opendir") ? nullptr : FileSystem::opendir(path); }
-    dirent* readdir(DIR* folder) override { return due("readdir") ? nullptr : FileSystem::readdir(folder); }
+    int fstat(int file, struct stat* out) override
+    {
+        return due("fstat") ? -1 : FileSystem::fstat(file, out);
+    }
+    DIR* opendir(const char* path) override
+    {
+        return due("opendir") ? nullptr : FileSystem::opendir(path);
+    }
+    dirent* readdir(DIR* folder) override
+    {
+        return due("readdir") ? nullptr : FileSystem::readdir(folder);
+    }
 
 private:
     bool due(std::string_view call)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A small volume in memory that only this process sees. Needs root's rights; a test without them is skipped.
+// A small volume in memory that only this process sees. Needs root's rights; a test without them is
+// skipped.
 
 #pragma once
 
@@ -13,7 +14,8 @@ namespace support {
 class PrivateMount {
 public:
     /// @param options  as mount(8) takes them, "size=64k"
-    PrivateMount(std::string folder, const char* options, unsigned long flags = 0) : folder_(std::move(folder))
+    PrivateMount(std::string folder, const char* options, unsigned long flags = 0)
+        : folder_(std::move(folder))
     {
         mounted_ = hasOwnTable() && ::mount("tmpfs", folder_.c_str(), "tmpfs", flags, options) == 0;
     }
@@ -31,7 +33,8 @@ private:
     /// One mount table a process, however many mounts.
     static bool hasOwnTable()
     {
-        static const bool own = ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+        static const bool own = ::unshare(CLONE_NEWNS) == 0 &&
+                                ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
         return own;
     }
 

@@ -2,12 +2,12 @@
 
 #include <platform/System/PropertyList.h>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <limits>
 #include <string>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <support/TemporaryFolder.h>
 
@@ -65,8 +65,9 @@ TEST(PropertyList, ReadsEveryTypeInTheFilesOrder)
 )");
     const auto* dictionary = value.as<Dictionary>();
     ASSERT_NE(dictionary, nullptr) << describe(value);
-    EXPECT_EQ(describe(*dictionary), R"({zeta = "text", integer = -12, real = 1500, yes = 1, no = 0, )"
-                                     R"(date = "2026-01-02T03:04:05Z", data = "AAEC", alpha = ["a", {}, []]})");
+    EXPECT_EQ(describe(*dictionary),
+              R"({zeta = "text", integer = -12, real = 1500, yes = 1, no = 0, )"
+              R"(date = "2026-01-02T03:04:05Z", data = "AAEC", alpha = ["a", {}, []]})");
     EXPECT_EQ(dictionary->find("integer")->as<Number>()->type(), NumberType::kInt64);
     EXPECT_EQ(dictionary->find("real")->as<Number>()->type(), NumberType::kFloat64);
     EXPECT_EQ(dictionary->find("yes")->as<Number>()->type(), NumberType::kBool);
@@ -88,12 +89,14 @@ TEST(PropertyList, TakesWhatIsOne)
         {plist("<integer>0</integer>"), 0},
         {plist("<integer> +7\n</integer>"), 7},
         {plist("<integer>9223372036854775807</integer>"), std::numeric_limits<std::int64_t>::max()},
-        {plist("<integer>-9223372036854775808</integer>"), std::numeric_limits<std::int64_t>::min()},
+        {plist("<integer>-9223372036854775808</integer>"),
+         std::numeric_limits<std::int64_t>::min()},
         {plist("<real>-.5</real>"), -0.5},
         {plist("<real>5</real>"), 5.0},
         {plist("<dict><key/><string>empty key</string></dict>"), Dictionary{{"", "empty key"}}},
         {plist("<dict><key> a b </key><true/></dict>"), Dictionary{{" a b ", true}}},
-        {plist("<dict><key>a</key><integer>1</integer><key>a</key><integer>2</integer></dict>"), Dictionary{{"a", 2}}},
+        {plist("<dict><key>a</key><integer>1</integer><key>a</key><integer>2</integer></dict>"),
+         Dictionary{{"a", 2}}},
     };
     for (const auto& [xml, value] : rows)
         EXPECT_EQ(read(xml), value) << xml << "\n" << describe(read(xml));
@@ -160,7 +163,8 @@ TEST(PropertyList, RefusesWhatIsNone)
 
 TEST(PropertyList, AnErrorTellsTheByteWhereItLies)
 {
-    EXPECT_EQ(read("<plist><foo/></plist>"), Value{"ERROR: The property list has the unknown element <foo> at byte 8."});
+    EXPECT_EQ(read("<plist><foo/></plist>"),
+              Value{"ERROR: The property list has the unknown element <foo> at byte 8."});
 }
 
 TEST(PropertyList, EveryCutOfAListIsRefused)
@@ -181,16 +185,18 @@ TEST(PropertyList, SixtyFourLevelsAreReadAndOneMoreIsNot)
 
 TEST(PropertyList, EntityBombsAreInert)
 {
-    const auto value = read("<!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">"
-                            "<!ENTITY f SYSTEM \"file:///etc/passwd\">]>" +
-                            plist("<string>&b;&f;</string>"));
+    const auto value =
+        read("<!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">"
+             "<!ENTITY f SYSTEM \"file:///etc/passwd\">]>" +
+             plist("<string>&b;&f;</string>"));
     EXPECT_EQ(value, Value{"&b;&f;"});
 }
 
 TEST(PropertyList, OneMebibyteIsReadAndOneByteMoreIsNot)
 {
     const auto frame = plist("<string></string>").size();
-    const auto largest = plist("<string>" + std::string(kLargestPropertyList - frame, 'a') + "</string>");
+    const auto largest =
+        plist("<string>" + std::string(kLargestPropertyList - frame, 'a') + "</string>");
     EXPECT_EQ(read(largest), Value{std::string(kLargestPropertyList - frame, 'a')});
     EXPECT_THAT(*read(largest + " ").as<std::string>(), HasSubstr("is too large"));
 }
@@ -201,7 +207,10 @@ TEST(PropertyList, AFileGivesItsReadErrors)
     Value value;
     EXPECT_EQ(readPropertyList(folder.path("none"), value)->code(), 260);
     EXPECT_EQ(readPropertyList(folder.path(), value)->code(), 256);
-    EXPECT_EQ(readPropertyList(folder.put("large", std::string(kLargestPropertyList + 1, ' ')), value)->code(), 256);
+    EXPECT_EQ(
+        readPropertyList(folder.put("large", std::string(kLargestPropertyList + 1, ' ')), value)
+            ->code(),
+        256);
     EXPECT_EQ(readPropertyList(folder.put("empty", ""), value)->code(), 3840);
     EXPECT_EQ(readPropertyList(folder.put("list", plist("<true/>")), value), std::nullopt);
     EXPECT_EQ(value, Value{true});
@@ -210,7 +219,9 @@ TEST(PropertyList, AFileGivesItsReadErrors)
 TEST(PropertyList, ADictionaryFileHoldsADictionary)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(readPropertyListDictionary(folder.put("a", plist("<dict><key>a</key><true/></dict>"))), (Dictionary{{"a", true}}));
+    EXPECT_EQ(
+        readPropertyListDictionary(folder.put("a", plist("<dict><key>a</key><true/></dict>"))),
+        (Dictionary{{"a", true}}));
     EXPECT_EQ(readPropertyListDictionary(folder.put("b", plist("<array/>"))), std::nullopt);
     EXPECT_EQ(readPropertyListDictionary(folder.put("c", "<dict/>")), std::nullopt);
     EXPECT_EQ(readPropertyListDictionary(folder.path("none")), std::nullopt);

@@ -2,9 +2,9 @@
 
 #include <platform/System/Bundle.h>
 
-#include <string>
-
 #include <gtest/gtest.h>
+
+#include <string>
 
 namespace gps {
 namespace {
@@ -30,17 +30,20 @@ TEST(StringTable, TakesCommentsWhiteSpaceAndEscapes)
         {"\"a\" = \"1\"; \"a\" = \"2\";", {{"a", "2"}}},
     };
     for (const auto& [text, table] : rows)
-        EXPECT_EQ(parseStringTable(text), table) << text << "\n" << describe(parseStringTable(text));
+        EXPECT_EQ(parseStringTable(text), table) << text << "\n"
+                                                 << describe(parseStringTable(text));
 }
 
 TEST(StringTable, KeepsWhatComesBeforeAMistake)
 {
-    const char* const mistakes[] = {"\"b\"",          "\"b\" = ",         "\"b\" = \"B\"",    "\"b\" \"B\";",
-                                    "\"b\" = B;",     "b = \"B\";",       "\"b = \"B\";",     "\"b\" = \"B;",
-                                    "\"b\" = \"B\\",  "\"b\" = \"\\q\";", "/* no end",        "/",
-                                    "\"b\" = \"B\",", "\"b\" = \"B\" \"", "; \"b\" = \"B\";", "}"};
+    const char* const mistakes[] = {
+        "\"b\"",          "\"b\" = ",         "\"b\" = \"B\"",    "\"b\" \"B\";",
+        "\"b\" = B;",     "b = \"B\";",       "\"b = \"B\";",     "\"b\" = \"B;",
+        "\"b\" = \"B\\",  "\"b\" = \"\\q\";", "/* no end",        "/",
+        "\"b\" = \"B\",", "\"b\" = \"B\" \"", "; \"b\" = \"B\";", "}"};
     for (const auto* mistake : mistakes)
-        EXPECT_EQ(parseStringTable("\"a\" = \"A\";\n" + std::string{mistake} + "\n\"c\" = \"C\"; "), (Dictionary{{"a", "A"}}))
+        EXPECT_EQ(parseStringTable("\"a\" = \"A\";\n" + std::string{mistake} + "\n\"c\" = \"C\"; "),
+                  (Dictionary{{"a", "A"}}))
             << mistake;
 }
 

@@ -2,11 +2,11 @@
 
 #include <platform/System/TimeZone.h>
 
+#include <gtest/gtest.h>
+
 #include <ctime>
 #include <limits>
 #include <string>
-
-#include <gtest/gtest.h>
 
 namespace gps {
 namespace {
@@ -33,7 +33,8 @@ TEST(TimeZone, ZonesWestOfGreenwichAreNegativeAndHalfHoursAreKept)
 TEST(TimeZone, InstantsBeyondTheTablesHaveAnOffset)
 {
     EXPECT_EQ(secondsFromGMT("Europe/Zurich", 4'102'444'800), 3600); // 2100-01-01
-    for (const auto time : {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
+    for (const auto time :
+         {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
         const auto offset = secondsFromGMT("Europe/Zurich", time);
         ASSERT_TRUE(offset);
         EXPECT_LE(std::abs(*offset), 86400);

@@ -2,15 +2,14 @@
 
 #include <platform/System/UserDefaults.h>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <support/TemporaryFolder.h>
-
 #include <unistd.h>
 
 namespace gps {
@@ -34,18 +33,18 @@ std::string listOf(const std::string& folder)
 TEST(UserDefaults, ReadsAnArrayOfStringsInItsOrder)
 {
     const TemporaryFolder folder;
-    const UserDefaults defaults{
-        folder.put("d", defaultsWith("<key>List</key><array><string>b</string><string>a</string></array>"))};
+    const UserDefaults defaults{folder.put(
+        "d", defaultsWith("<key>List</key><array><string>b</string><string>a</string></array>"))};
     EXPECT_THAT(defaults.stringArrayForKey("List"), Optional(ElementsAre("b", "a")));
 }
 
 TEST(UserDefaults, WhatIsNoArrayOfStringsAloneIsNone)
 {
     const TemporaryFolder folder;
-    const UserDefaults defaults{
-        folder.put("d", defaultsWith("<key>Mixed</key><array><string>a</string><integer>1</integer></array>"
-                                     "<key>Text</key><string>a</string>"
-                                     "<key>Empty</key><array/>"))};
+    const UserDefaults defaults{folder.put(
+        "d", defaultsWith("<key>Mixed</key><array><string>a</string><integer>1</integer></array>"
+                          "<key>Text</key><string>a</string>"
+                          "<key>Empty</key><array/>"))};
     EXPECT_EQ(defaults.stringArrayForKey("Mixed"), std::nullopt);
     EXPECT_EQ(defaults.stringArrayForKey("Text"), std::nullopt);
     EXPECT_EQ(defaults.stringArrayForKey("None"), std::nullopt);
@@ -56,7 +55,8 @@ TEST(UserDefaults, AMissingOrBrokenFileIsAnEmptyOne)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(UserDefaults{folder.path("none")}.stringArrayForKey("List"), std::nullopt);
-    EXPECT_EQ(UserDefaults{folder.put("broken", "<plist>")}.stringArrayForKey("List"), std::nullopt);
+    EXPECT_EQ(UserDefaults{folder.put("broken", "<plist>")}.stringArrayForKey("List"),
+              std::nullopt);
     EXPECT_EQ(UserDefaults{folder.path()}.stringArrayForKey("List"), std::nullopt);
 }
 
@@ -89,9 +89,11 @@ TEST(UserDefaults, AValueForThisRunOfAnotherTypeHidesTheStoredOne)
 }
 
 /// In a process of its own, since the process's defaults are looked up once.
-[[noreturn]] void exitWithStandardList(const char* configuration, const char* home, const char* expected)
+[[noreturn]] void exitWithStandardList(const char* configuration, const char* home,
+                                       const char* expected)
 {
-    configuration != nullptr ? ::setenv("XDG_CONFIG_HOME", configuration, 1) : ::unsetenv("XDG_CONFIG_HOME");
+    configuration != nullptr ? ::setenv("XDG_CONFIG_HOME", configuration, 1)
+                             : ::unsetenv("XDG_CONFIG_HOME");
     home != nullptr ? ::setenv("HOME", home, 1) : ::unsetenv("HOME");
     const auto list = UserDefaults::standard().stringArrayForKey("List");
     ::_exit(list == std::vector<std::string>{expected} ? 42 : 1);

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The line on a mocked device, which can hold output back as a real one does.
 
+#include "../Testbed.h"
+
 #include <platform/OrvUtils/OrvSerial.h>
+
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <memory>
 #include <string>
-
-#include <gtest/gtest.h>
-
-#include "../Testbed.h"
 
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -24,8 +24,9 @@ class SlowLineTest : public testing::Test {
 protected:
     SlowLineTest()
     {
-        testbed_.add("P: /devices/pci0/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\n"
-                     "E: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
+        testbed_.add(
+            "P: /devices/pci0/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\n"
+            "E: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
         receiver_ = umockdev_testbed_get_dev_fd(testbed_.get(), kPort);
         g_signal_connect(device_, "handle-ioctl", G_CALLBACK(&SlowLineTest::answer), this);
         EXPECT_TRUE(umockdev_testbed_attach_ioctl(testbed_.get(), kPort, device_, nullptr));
@@ -38,7 +39,8 @@ protected:
     }
 
     /// The device's side of the questions that are asked of it. [umockdev's thread]
-    static gboolean answer(UMockdevIoctlBase* /*device*/, UMockdevIoctlClient* client, SlowLineTest* test)
+    static gboolean answer(UMockdevIoctlBase* /*device*/, UMockdevIoctlClient* client,
+                           SlowLineTest* test)
     {
         if (umockdev_ioctl_client_get_request(client) != TIOCOUTQ)
             return FALSE;
@@ -47,7 +49,8 @@ protected:
             --test->looksUntilEmpty_;
         ++test->looks_;
         test->speedWhileWaiting_ = test->speed();
-        auto* const number = umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0, sizeof waiting, nullptr);
+        auto* const number = umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0,
+                                                         sizeof waiting, nullptr);
         auto copy = waiting;
         umockdev_ioctl_data_update(number, 0, reinterpret_cast<guint8*>(&copy), sizeof copy);
         umockdev_ioctl_data_unref(number);

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The list of ports, through the real device database.
 
-#include <platform/OrvUtils/OrvSerial.h>
+#include "../Testbed.h"
 
-#include <chrono>
-#include <string>
-#include <vector>
+#include <platform/OrvUtils/OrvSerial.h>
+#include <platform/System/DeviceMonitor.h>
+#include <platform/System/UserDefaults.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../Testbed.h"
-#include <platform/System/DeviceMonitor.h>
-#include <platform/System/UserDefaults.h>
+#include <chrono>
+#include <string>
+#include <vector>
 
 namespace gps {
 namespace {
@@ -23,9 +23,11 @@ using testing::IsEmpty;
 
 constexpr char kBoard[] = "/devices/pnp0/00:04";
 
-std::string terminal(const std::string& parent, const std::string& name, const std::string& more = {})
+std::string terminal(const std::string& parent, const std::string& name,
+                     const std::string& more = {})
 {
-    return "P: " + parent + "/tty/" + name + "\nN: " + name + "\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/" + name + "\n" + more + "\n";
+    return "P: " + parent + "/tty/" + name + "\nN: " + name +
+           "\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/" + name + "\n" + more + "\n";
 }
 
 class SerialPortsTest : public testing::Test {
@@ -33,12 +35,17 @@ protected:
     SerialPortsTest()
     {
         setTestPorts({}); // and none of the user's own
-        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nA: product=Host controller\\n\n\n"
-                     "P: /devices/pnp0/00:04\nL: driver=../../bus/pnp/drivers/serial\nE: SUBSYSTEM=pnp\n");
+        testbed_.add(
+            "P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nA: product=Host "
+            "controller\\n\n\n"
+            "P: /devices/pnp0/00:04\nL: driver=../../bus/pnp/drivers/serial\nE: SUBSYSTEM=pnp\n");
     }
     ~SerialPortsTest() override { UserDefaults::standard().setForThisRun(kTestPortsKey, {}); }
 
-    static void setTestPorts(Array paths) { UserDefaults::standard().setForThisRun(kTestPortsKey, std::move(paths)); }
+    static void setTestPorts(Array paths)
+    {
+        UserDefaults::standard().setForThisRun(kTestPortsKey, std::move(paths));
+    }
 
     /// An adapter with its port. @param attributes  of the adapter, as "product=X"
     void addAdapter(const std::string& port, const std::vector<std::string>& attributes) const
@@ -49,7 +56,8 @@ protected:
         for (const auto& attribute : attributes)
             description += "A: " + attribute + "\\n\n";
         description += "\nP: " + interface + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n";
-        description += "\nP: " + interface + "/" + port + "\nL: driver=../../drv/pl2303\nE: SUBSYSTEM=usb-serial\n";
+        description += "\nP: " + interface + "/" + port +
+                       "\nL: driver=../../drv/pl2303\nE: SUBSYSTEM=usb-serial\n";
         testbed_.add(description + "\n" + terminal(interface + "/" + port, port));
     }
 
@@ -71,7 +79,8 @@ TEST_F(SerialPortsTest, WithoutPortsTheListIsEmpty)
 
 TEST_F(SerialPortsTest, AUsbPortIsKnownByItsAdapter)
 {
-    addAdapter("ttyUSB0", {"product=USB-Serial Controller", "idVendor=067b", "idProduct=2303", "serial=A1B2"});
+    addAdapter("ttyUSB0",
+               {"product=USB-Serial Controller", "idVendor=067b", "idProduct=2303", "serial=A1B2"});
     const Array expected{Dictionary{{"location", "/dev/ttyUSB0"},
                                     {"name", "USB-Serial Controller (/dev/ttyUSB0)"},
                                     {"vendorID", 0x067B},
@@ -97,9 +106,9 @@ TEST_F(SerialPortsTest, APortOfTheBoardIsKnownByItsPath)
 TEST_F(SerialPortsTest, APortWithoutHardwareBehindItIsNotListed)
 {
     testbed_.add("P: /devices/platform/idle\nE: SUBSYSTEM=platform\n");
-    testbed_.add(terminal("/devices/virtual", "tty1"));                    // a console: hangs on nothing
-    testbed_.add(terminal(kBoard, "ttyS1", "A: type=0\\n\n"));             // a place for a port, empty
-    testbed_.add(terminal("/devices/platform/idle", "ttyX0"));             // a device that nothing drives
+    testbed_.add(terminal("/devices/virtual", "tty1"));        // a console: hangs on nothing
+    testbed_.add(terminal(kBoard, "ttyS1", "A: type=0\\n\n")); // a place for a port, empty
+    testbed_.add(terminal("/devices/platform/idle", "ttyX0")); // a device that nothing drives
     testbed_.add("P: /devices/pnp0/00:04/tty/noNode\nE: SUBSYSTEM=tty\n"); // nothing to open
     EXPECT_THAT(namesOfPorts(), IsEmpty());
 }
@@ -121,16 +130,18 @@ TEST_F(SerialPortsTest, UsbComesFirstThenEachByNameWithNumbersInTheirOrder)
     addAdapter("ttyUSB1", {"product=Cable 10"});
     addAdapter("ttyUSB3", {"product=Cable 9"});
     addAdapter("ttyUSB2", {});
-    EXPECT_THAT(namesOfPorts(), ElementsAre("/dev/ttyUSB2", "Cable 9 (/dev/ttyUSB3)", "Cable 10 (/dev/ttyUSB1)",
-                                            "Serial (/dev/ttyUSB9)", "Serial (/dev/ttyUSB10)", //
-                                            "/dev/ttyAMA0", "/dev/ttyS2", "/dev/ttyS10"));
+    EXPECT_THAT(namesOfPorts(),
+                ElementsAre("/dev/ttyUSB2", "Cable 9 (/dev/ttyUSB3)", "Cable 10 (/dev/ttyUSB1)",
+                            "Serial (/dev/ttyUSB9)", "Serial (/dev/ttyUSB10)", //
+                            "/dev/ttyAMA0", "/dev/ttyS2", "/dev/ttyS10"));
 }
 
 TEST_F(SerialPortsTest, PortsThatTheUserNamesComeLastInTheirOrderAndNoneTwice)
 {
     testbed_.add(terminal(kBoard, "ttyS0"));
     setTestPorts({"/dev/pts/9", "/dev/pts/10", "/dev/ttyS0", "/dev/pts/1", "/dev/pts/10"});
-    EXPECT_THAT(namesOfPorts(), ElementsAre("/dev/ttyS0", "/dev/pts/9", "/dev/pts/10", "/dev/pts/1"));
+    EXPECT_THAT(namesOfPorts(),
+                ElementsAre("/dev/ttyS0", "/dev/pts/9", "/dev/pts/10", "/dev/pts/1"));
     const Value expected = Dictionary{{"location", "/dev/pts/9"}, {"name", "/dev/pts/9"}};
     EXPECT_TRUE(OrvSerial::getSerialPorts().at(1) == expected);
 }

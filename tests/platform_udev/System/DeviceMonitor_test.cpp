@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-#include <platform/System/DeviceMonitor.h>
+#include "../Testbed.h"
 
-#include <chrono>
+#include <platform/System/DeviceMonitor.h>
 
 #include <gtest/gtest.h>
 
-#include "../Testbed.h"
+#include <chrono>
 
 namespace gps {
 namespace {

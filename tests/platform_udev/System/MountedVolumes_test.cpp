@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 
+#include "../Testbed.h"
+
 #include <platform/System/MountedVolumes.h>
+
+#include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
-
-#include "../Testbed.h"
 
 namespace gps {
 namespace {
@@ -21,16 +21,19 @@ class MountedVolumesTest : public testing::Test {
 protected:
     MountedVolumesTest()
     {
-        testbed_.add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
-                     "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n"
-                     "P: /devices/pci0/mmc_host/mmc0/mmc0:aaaa\nE: SUBSYSTEM=mmc\n");
+        testbed_.add(
+            "P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+            "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
+            "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n"
+            "P: /devices/pci0/mmc_host/mmc0/mmc0:aaaa\nE: SUBSYSTEM=mmc\n");
     }
 
     /// The removability of a volume on the device of that number.
-    [[nodiscard]] std::optional<bool> removability(const std::string& number, const std::string& source = "word") const
+    [[nodiscard]] std::optional<bool> removability(const std::string& number,
+                                                   const std::string& source = "word") const
     {
-        const auto volumes = mountedVolumes(testbed_.mountTable("95 27 " + number + " / /mnt rw - vfat " + source + " rw\n"));
+        const auto volumes = mountedVolumes(
+            testbed_.mountTable("95 27 " + number + " / /mnt rw - vfat " + source + " rw\n"));
         EXPECT_EQ(volumes.size(), 1U);
         return volumes.at(0).removable;
     }
@@ -100,11 +103,12 @@ TEST_F(MountedVolumesTest, VolumesComeInTheTablesOrderWithTheirEscapesUndone)
 {
     testbed_.addDisk(kUsbStick, "sdb", 8, 16, true);
     testbed_.addDisk(kInternal, "sda", 8, 0, false);
-    const auto volumes = mountedVolumes(testbed_.mountTable("95 27 8:17 / /media/z\\040GPS rw shared:1 - vfat /dev/sdb1 rw\n"
-                                                            "garbage\n"
-                                                            "27 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                                                            "28 27 0:21 / /proc rw - proc proc rw\n"
-                                                            "96 27 8:17 / /media/a rw - vfat /dev/sdb1 rw\n"));
+    const auto volumes = mountedVolumes(
+        testbed_.mountTable("95 27 8:17 / /media/z\\040GPS rw shared:1 - vfat /dev/sdb1 rw\n"
+                            "garbage\n"
+                            "27 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                            "28 27 0:21 / /proc rw - proc proc rw\n"
+                            "96 27 8:17 / /media/a rw - vfat /dev/sdb1 rw\n"));
     std::string text;
     for (const auto& [path, removable] : volumes)
         text += path + (removable ? *removable ? " yes\n" : " no\n" : " none\n");

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/CodecLog.h>
-
 #include <gps/Value.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <plugin/codec/CodecLog.h>
 #include <support/LogCapture.h>
 
 namespace magellan {
@@ -18,7 +17,10 @@ TEST(CodecLog, AMissingPointIsToldWithTheNameAndTheWholeRecord)
 {
     const support::LogCapture log;
     logMissingPoint("waypoint", gps::Dictionary{{"name", "HOME"}, {"comment", "our house"}});
-    EXPECT_THAT(log.lines(), ElementsAre("waypoint HOME contains no point --\n{name = \"HOME\", comment = \"our house\"}"));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            "waypoint HOME contains no point --\n{name = \"HOME\", comment = \"our house\"}"));
 }
 
 TEST(CodecLog, AnAbsentNameIsNull)
@@ -27,16 +29,19 @@ TEST(CodecLog, AnAbsentNameIsNull)
     logMissingPoint("geocache", gps::Dictionary{});
     logMissingPoint("geocache", gps::Dictionary{{"name", 7}});
     logMissingPoint("geocache", "no record");
-    EXPECT_THAT(log.lines(),
-                ElementsAre("geocache (null) contains no point --\n{}", "geocache (null) contains no point --\n{name = 7}",
-                            "geocache (null) contains no point --\n\"no record\""));
+    EXPECT_THAT(log.lines(), ElementsAre("geocache (null) contains no point --\n{}",
+                                         "geocache (null) contains no point --\n{name = 7}",
+                                         "geocache (null) contains no point --\n\"no record\""));
 }
 
 TEST(CodecLog, AFailedSentenceIsToldWithTheRecord)
 {
     const support::LogCapture log;
     logFailedSentence(gps::Dictionary{{"name", "HOME"}, {"point", gps::GPSPoint{91, 0, 0, 0, 0}}});
-    EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"HOME\", point = (91, 0, 0, 0, 0)}"));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            "failed to create sentence for list from {name = \"HOME\", point = (91, 0, 0, 0, 0)}"));
 }
 
 } // namespace

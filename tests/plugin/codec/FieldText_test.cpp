@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/FieldText.h>
-
 #include <gps/Error.h>
-#include <plugin/codec/SentenceFields.h>
+
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <limits>
 #include <string>
 #include <string_view>
 
-#include <gtest/gtest.h>
-
+#include <plugin/codec/FieldText.h>
+#include <plugin/codec/SentenceFields.h>
 #include <support/Sentence.h>
 
 namespace magellan {
@@ -19,7 +18,8 @@ namespace {
 
 using support::firstFields;
 
-constexpr std::string_view kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'!@#<%^&>()+=:\\";
+constexpr std::string_view kAllowed =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'!@#<%^&>()+=:\\";
 constexpr char kTwentyFive[] = "abcdefghijklmnopqrstuvwxy";
 
 std::string filtered(const gps::Value& value)
@@ -75,7 +75,9 @@ TEST(FieldText, TheFilterComesBeforeTheCut)
 TEST(FieldText, TheLengthIsNotConsulted)
 {
     for (const int length : {-1, 0, 5, 20, 1000})
-        EXPECT_EQ(magellanStringFromDictionary({{"key", kTwentyFive}}, "key", length), "abcdefghijklmnopqrst") << length;
+        EXPECT_EQ(magellanStringFromDictionary({{"key", kTwentyFive}}, "key", length),
+                  "abcdefghijklmnopqrst")
+            << length;
 }
 
 TEST(FieldText, ANameOutsideTheSetAltogetherIsAnEmptyField)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/GeoCacheSentence.h>
-
 #include <gps/Error.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <limits>
@@ -12,9 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/GeoCacheSentence.h>
 #include <support/LogCapture.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
@@ -29,11 +28,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-constexpr char kBody[] = "PMGNGEO,4630.000,N,00730.000,E,0001529,M,GC1ABC,Old Mill,Anna,under a stone,Multi,010208,290208,1.5,2";
-constexpr char kRecord[] =
-    "{name = \"GC1ABC\", comment = \"Old Mill\", geocacheOwner = \"Anna\", geocacheHint = \"under a stone\", "
-    "geocacheType = \"Multi\", datePlaced = \"010208\", dateFound = \"290208\", difficulty = \"1.5\", terrain = \"2\", "
-    "symbol = \"Geocache Found\"}";
+constexpr char kBody[] = "PMGNGEO,4630.000,N,00730.000,E,0001529,M,GC1ABC,Old Mill,Anna,under a "
+                         "stone,Multi,010208,290208,1.5,2";
+constexpr char kRecord[] = "{name = \"GC1ABC\", comment = \"Old Mill\", geocacheOwner = \"Anna\", "
+                           "geocacheHint = \"under a stone\", "
+                           "geocacheType = \"Multi\", datePlaced = \"010208\", dateFound = "
+                           "\"290208\", difficulty = \"1.5\", terrain = \"2\", "
+                           "symbol = \"Geocache Found\"}";
 constexpr char kNowhere[] = "PMGNGEO,0000.00000,N,00000.00000,E,0000000,M,";
 constexpr gps::GPSPoint kBefore{1, 2, 3, 4, 77};
 constexpr char kThirty[] = "abcdefghijklmnopqrstuvwxyz1234";
@@ -58,8 +59,8 @@ TEST(ReadGeoCache, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
 TEST(ReadGeoCache, SouthAndWestAreNegativeAndFeetAreNotConverted)
 {
     gps::GPSPoint point;
-    EXPECT_TRUE(
-        interpretGeoCacheSentence(sentence(withField(withField(withField(kBody, 2, "S"), 4, "W"), 6, "F")), point, nullptr));
+    EXPECT_TRUE(interpretGeoCacheSentence(
+        sentence(withField(withField(withField(kBody, 2, "S"), 4, "W"), 6, "F")), point, nullptr));
     EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, 1529, 0, 0)");
 }
 
@@ -69,7 +70,8 @@ TEST(ReadGeoCache, AnEmptyPlacedDateIsAGeocacheWhateverTheFoundDateSays)
     EXPECT_EQ(*readRecord(withField(kBody, 12, "")).findString("dateFound"), "290208");
     EXPECT_EQ(*readRecord(withField(kBody, 13, "")).findString("symbol"), "Geocache Found");
     EXPECT_EQ(*readRecord(withField(kBody, 12, " ")).findString("symbol"), "Geocache Found");
-    EXPECT_EQ(*readRecord(withField(withField(kBody, 12, ""), 13, "")).findString("symbol"), "Geocache");
+    EXPECT_EQ(*readRecord(withField(withField(kBody, 12, ""), 13, "")).findString("symbol"),
+              "Geocache");
 }
 
 TEST(ReadGeoCache, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
@@ -78,8 +80,10 @@ TEST(ReadGeoCache, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         const auto line = sentence(firstFields(kBody, count));
-        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError) << count;
-        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, nullptr), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError)
+            << count;
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, nullptr), gps::RangeError)
+            << count;
         EXPECT_EQ(point, kBefore) << count;
     }
 }
@@ -90,7 +94,8 @@ TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsWhenARecordIsGivenAndElseIsTak
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         const auto line = sentence(firstFields(kBody, count));
-        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError)
+            << count;
         EXPECT_EQ(point, kBefore) << count;
         EXPECT_TRUE(record.empty()) << count;
         EXPECT_TRUE(interpretGeoCacheSentence(line, point, nullptr)) << count;
@@ -102,14 +107,17 @@ std::string rangeText(std::size_t count)
 {
     gps::GPSPoint point;
     gps::Dictionary record;
-    return support::rangeErrorOf([&] { (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record); });
+    return support::rangeErrorOf([&] {
+        (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record);
+    });
 }
 
 TEST(ReadGeoCache, ARangeErrorNamesTheFieldAtTheCountAndThePlacedDateWhereThereAreNoTexts)
 {
     for (std::size_t count = 1; count < 16; ++count)
-        EXPECT_EQ(rangeText(count),
-                  count == 6 ? "A PMGNGEO sentence has no field 12: it has 6 fields" : support::firstMissing("PMGNGEO", count));
+        EXPECT_EQ(rangeText(count), count == 6
+                                        ? "A PMGNGEO sentence has no field 12: it has 6 fields"
+                                        : support::firstMissing("PMGNGEO", count));
     EXPECT_EQ(rangeText(16), "");
 }
 
@@ -121,17 +129,20 @@ TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsTaken)
 
 TEST(ReadGeoCache, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
 {
-    EXPECT_EQ(gps::describe(readRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
-              "{name = \"a_b;?\", comment = \" x \", geocacheOwner = \"\", geocacheHint = \"\", geocacheType = \"\", datePlaced "
-              "= \"\", "
-              "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
+    EXPECT_EQ(
+        gps::describe(readRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
+        "{name = \"a_b;?\", comment = \" x \", geocacheOwner = \"\", geocacheHint = \"\", "
+        "geocacheType = \"\", datePlaced "
+        "= \"\", "
+        "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
 }
 
 TEST(ReadGeoCache, WhatIsNoGeocacheIsRefusedAndChangesNothing)
 {
     for (const auto& line :
-         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)), sentence(withField(kBody, 0, "PMGNWPL")),
-          sentence(withField(kBody, 0, "PMGNGEOX")), sentence(withField(kBody, 0, "pmgngeo")), sentence("PMGNCMD,END")}) {
+         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
+          sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "PMGNGEOX")),
+          sentence(withField(kBody, 0, "pmgngeo")), sentence("PMGNCMD,END")}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         EXPECT_FALSE(interpretGeoCacheSentence(line, point, &record)) << line;
@@ -166,20 +177,23 @@ TEST(NameInGeoCache, IsNoneForAnotherLineAndThrowsForAShortOne)
     EXPECT_EQ(nameInGeoCacheSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
     EXPECT_EQ(nameInGeoCacheSentence(sentence(withField(kBody, 0, "PMGNWPL"))), std::nullopt);
     for (std::size_t count = 1; count < 16; ++count)
-        EXPECT_THROW((void)nameInGeoCacheSentence(sentence(firstFields(kBody, count))), gps::RangeError) << count;
+        EXPECT_THROW((void)nameInGeoCacheSentence(sentence(firstFields(kBody, count))),
+                     gps::RangeError)
+            << count;
 }
 
 TEST(WriteGeoCache, IsOneSentenceWithItsChecksum)
 {
-    EXPECT_EQ(
-        makeGeoCacheSentenceWithPoint({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
-        sentence("PMGNGEO,4630.00000,S,00730.00000,E,0001529,M,GC1ABC,Old Mill,Anna,under a stone,Multi,010208,290208,1.5,2"));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
+              sentence("PMGNGEO,4630.00000,S,00730.00000,E,0001529,M,GC1ABC,Old Mill,Anna,under a "
+                       "stone,Multi,010208,290208,1.5,2"));
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {}), sentence(kNowhere + std::string{",,,,,,,,"}));
 }
 
 TEST(WriteGeoCache, ANameOf30CharactersIsWrittenWhole)
 {
-    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"name", kThirty}}), sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"name", kThirty}}),
+              sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
 }
 
 TEST(WriteGeoCache, ATypeBehindItsPrefixLosesTheBarAlone)
@@ -188,16 +202,18 @@ TEST(WriteGeoCache, ATypeBehindItsPrefixLosesTheBarAlone)
               sentence(kNowhere + std::string{",,,,GeocacheMulti,,,,"}));
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Geocache|"}}),
               sentence(kNowhere + std::string{",,,,Geocache,,,,"}));
-    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Multi"}}), sentence(kNowhere + std::string{",,,,Multi,,,,"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Multi"}}),
+              sentence(kNowhere + std::string{",,,,Multi,,,,"}));
 }
 
 TEST(WriteGeoCache, EveryTextIsFiltered)
 {
     gps::Dictionary record;
-    for (const auto* key :
-         {"name", "comment", "geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"})
+    for (const auto* key : {"name", "comment", "geocacheOwner", "geocacheHint", "geocacheType",
+                            "datePlaced", "dateFound", "difficulty", "terrain"})
         record.set(key, "a,b*\xC3\xA9_c");
-    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, record), sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, record),
+              sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
 }
 
 TEST(WriteGeoCache, AValueThatIsNoTextCountsAsMissing)
@@ -209,7 +225,8 @@ TEST(WriteGeoCache, AValueThatIsNoTextCountsAsMissing)
 TEST(WriteGeoCache, DifficultyTerrainAndDatesSurviveAReadAndAWriteAsTheSameText)
 {
     for (const auto* text : {"1.50", "05", "010208", "2008-02-01", "three"}) {
-        const auto line = sentence(kNowhere + std::string{"N,,,,,"} + text + "," + text + "," + text + "," + text);
+        const auto line = sentence(kNowhere + std::string{"N,,,,,"} + text + "," + text + "," +
+                                   text + "," + text);
         gps::GPSPoint point;
         gps::Dictionary record;
         ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
@@ -238,7 +255,9 @@ TEST(WriteGeoCache, AnAltitudeIsFilledUpToSevenCharactersAndSaturates)
 TEST(WriteGeoCache, ACoordinateWithoutATextMakesNoSentence)
 {
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({-90.0000001, 0, 0, 0, 0}, {}), std::nullopt);
-    EXPECT_EQ(makeGeoCacheSentenceWithPoint({0, std::numeric_limits<double>::infinity(), 0, 0, 0}, {}), std::nullopt);
+    EXPECT_EQ(
+        makeGeoCacheSentenceWithPoint({0, std::numeric_limits<double>::infinity(), 0, 0, 0}, {}),
+        std::nullopt);
     EXPECT_TRUE(makeGeoCacheSentenceWithPoint({-90, 180, 0, 0, 0}, {}));
 }
 
@@ -246,8 +265,9 @@ TEST(WriteGeoCache, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
 {
     for (const auto* latitude : {"N", "S"}) {
         for (const auto* longitude : {"E", "W"}) {
-            const auto line = sentence("PMGNGEO,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
-                                       ",-000042,M,a name of more than 20 characters,c,o,h,t,p,f,1,2");
+            const auto line = sentence(
+                "PMGNGEO,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
+                ",-000042,M,a name of more than 20 characters,c,o,h,t,p,f,1,2");
             gps::GPSPoint point;
             gps::Dictionary record;
             ASSERT_TRUE(interpretGeoCacheSentence(line, point, &record));
@@ -268,15 +288,18 @@ std::string line(const std::string& name)
 
 TEST(WriteGeoCaches, AreInTheListsOrderWithTheirDuplicates)
 {
-    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("B"), geocache("A"), geocache("B")}),
-                Optional(ElementsAre(line("B"), line("A"), line("B"))));
+    EXPECT_THAT(
+        makeGeocacheSentencesFromGeocacheList({geocache("B"), geocache("A"), geocache("B")}),
+        Optional(ElementsAre(line("B"), line("A"), line("B"))));
     EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({}), Optional(IsEmpty()));
 }
 
 TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoneNotTheSentencesBefore)
 {
     const support::LogCapture log;
-    EXPECT_EQ(makeGeocacheSentencesFromGeocacheList({geocache("A"), gps::Dictionary{{"name", "B"}}}), std::nullopt);
+    EXPECT_EQ(
+        makeGeocacheSentencesFromGeocacheList({geocache("A"), gps::Dictionary{{"name", "B"}}}),
+        std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("geocache B contains no point --\n{name = \"B\"}"));
 }
 
@@ -290,8 +313,12 @@ TEST(WriteGeoCaches, ARecordThatIsNoneIsOneWithoutItsPoint)
 TEST(WriteGeoCaches, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("A", 91), geocache("B")}), Optional(ElementsAre(line("B"))));
-    EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
+    EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("A", 91), geocache("B")}),
+                Optional(ElementsAre(line("B"))));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            "failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
 }
 
 } // namespace

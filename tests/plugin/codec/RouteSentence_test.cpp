@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/RouteSentence.h>
-
 #include <gps/Error.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -13,9 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/RouteSentence.h>
 #include <support/LogCapture.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
@@ -35,7 +34,10 @@ constexpr char kMessage[] = "PMGNRTE,2,2,m,5,Loop,nice views";
 /// A route as it is read sentence by sentence, among the waypoints A to F.
 struct Reading {
     bool take(std::string_view body) { return takeLine(sentence(body)); }
-    bool takeLine(std::string_view line) { return interpretRouteSentence(line, points, waypoints, info, room); }
+    bool takeLine(std::string_view line)
+    {
+        return interpretRouteSentence(line, points, waypoints, info, room);
+    }
 
     /// The names of the points so far, joined.
     [[nodiscard]] std::string names() const
@@ -66,7 +68,8 @@ TEST(ReadRoute, CollectsPointsAndCommentAndEndsAtTheLastSentence)
     EXPECT_EQ(gps::describe(route.info), "{name = \"Loop\", lastIndex = 1}");
     EXPECT_TRUE(route.take(kMessage));
     EXPECT_EQ(route.names(), "AB");
-    EXPECT_EQ(gps::describe(route.info), "{name = \"Loop\", lastIndex = 2, comment = \"nice views\"}");
+    EXPECT_EQ(gps::describe(route.info),
+              "{name = \"Loop\", lastIndex = 2, comment = \"nice views\"}");
 }
 
 TEST(ReadRoute, ItsPointsAreTheWaypointsRecordsWithTheirPoint)
@@ -102,7 +105,9 @@ TEST(ReadRoute, APointThatNeedsAByteMoreThanThereIsThrows)
 TEST(ReadRoute, ALongCommentTakesItsLengthOfTheRoom)
 {
     Reading route;
-    route.waypoints.set("G", gps::Dictionary{{"name", "G"}, {"point", gps::GPSPoint{}}, {"comment", std::string(1000, 'x')}});
+    route.waypoints.set("G", gps::Dictionary{{"name", "G"},
+                                             {"point", gps::GPSPoint{}},
+                                             {"comment", std::string(1000, 'x')}});
     route.take("PMGNRTE,2,1,c,1,R,G,a");
     EXPECT_GT(kRoutePointRoom - route.room, 1000U);
 }
@@ -193,12 +198,15 @@ TEST(ReadRoute, ABodyOfFewerThanSixFieldsThrowsAndChangesNothing)
 
 TEST(ReadRoute, ARangeErrorNamesTheSentenceTheFieldThatItWantedAndTheCount)
 {
-    const auto rangeText = [](std::string_view body) { return support::rangeErrorOf([&] { (void)Reading{}.take(body); }); };
+    const auto rangeText = [](std::string_view body) {
+        return support::rangeErrorOf([&] { (void)Reading{}.take(body); });
+    };
     EXPECT_EQ(rangeText("PMGNRTE"), "A PMGNRTE sentence has no field 1: it has 1 field");
     for (std::size_t count = 2; count < 6; ++count)
         EXPECT_EQ(rangeText(firstFields(kList, count)),
                   "A PMGNRTE sentence has no field 5: it has " + std::to_string(count) + " fields");
-    EXPECT_EQ(rangeText(firstFields(kMessage, 6)), "A PMGNRTE sentence has no field 6: it has 6 fields");
+    EXPECT_EQ(rangeText(firstFields(kMessage, 6)),
+              "A PMGNRTE sentence has no field 6: it has 6 fields");
 }
 
 TEST(ReadRoute, AMessageOfSixFieldsThrowsAndOneOfSevenIsTaken)
@@ -240,7 +248,8 @@ TEST(ReadRoute, AnotherKindBringsNeitherPointsNorComment)
 
 TEST(ReadRoute, IsCompleteExactlyWhenNumberAndTotalAreEqual)
 {
-    for (const auto& [total, number, complete] : std::vector<std::tuple<const char*, const char*, bool>>{
+    for (const auto& [total, number, complete] :
+         std::vector<std::tuple<const char*, const char*, bool>>{
              {"3", "2", false},
              {"3", "3", true},
              {"3", "4", false},
@@ -252,7 +261,8 @@ TEST(ReadRoute, IsCompleteExactlyWhenNumberAndTotalAreEqual)
              {"-99999999999", "-2147483648", true},
          }) {
         Reading route;
-        EXPECT_EQ(route.take(withField(withField(kList, 1, total), 2, number)), complete) << total << " " << number;
+        EXPECT_EQ(route.take(withField(withField(kList, 1, total), 2, number)), complete)
+            << total << " " << number;
     }
 }
 
@@ -264,8 +274,9 @@ TEST(ReadRoute, NumbersSaturateAtThe32BitBounds)
     EXPECT_EQ(route.info.find("lastIndex")->int32Reading(), 2147483647);
     (void)route.take(withField(kList, 2, "-99999999999"));
     EXPECT_EQ(route.info.find("lastIndex")->int32Reading(), -2147483647 - 1);
-    EXPECT_THAT(log.lines(), ElementsAre("route index should have been 0, was 2147483646 instead",
-                                         "route index should have been 2147483647, was -2147483648 instead"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("route index should have been 0, was 2147483646 instead",
+                            "route index should have been 2147483647, was -2147483648 instead"));
 }
 
 TEST(ReadRoute, TheRouteNumberIsDropped)
@@ -278,8 +289,9 @@ TEST(ReadRoute, TheRouteNumberIsDropped)
 TEST(ReadRoute, WhatIsNoRouteSentenceIsRefusedAndChangesNothing)
 {
     for (const auto& line :
-         {std::string{}, std::string{kList}, support::breakChecksum(sentence(kList)), sentence(withField(kList, 0, "PMGNWPL")),
-          sentence(withField(kList, 0, "PMGNRTEX")), sentence(withField(kList, 0, "pmgnrte")), sentence("PMGNCMD,END")}) {
+         {std::string{}, std::string{kList}, support::breakChecksum(sentence(kList)),
+          sentence(withField(kList, 0, "PMGNWPL")), sentence(withField(kList, 0, "PMGNRTEX")),
+          sentence(withField(kList, 0, "pmgnrte")), sentence("PMGNCMD,END")}) {
         Reading route;
         EXPECT_FALSE(route.takeLine(line)) << line;
         EXPECT_TRUE(route.info.empty()) << line;
@@ -310,16 +322,20 @@ gps::Array pointsNamed(std::string_view names)
 TEST(WriteRoute, FivePointsAndACommentAreThreeListsAndAMessage)
 {
     EXPECT_THAT(
-        makeRouteSentencesFromWaypointList(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}, {"number", 7}}),
-        ElementsAre(sentence("PMGNRTE,4,1,c,7,Loop,A,a,B,a"), sentence("PMGNRTE,4,2,c,7,Loop,C,a,D,a"),
-                    sentence("PMGNRTE,4,3,c,7,Loop,E,a"), sentence("PMGNRTE,4,4,m,7,Loop,nice views")));
+        makeRouteSentencesFromWaypointList(
+            pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}, {"number", 7}}),
+        ElementsAre(sentence("PMGNRTE,4,1,c,7,Loop,A,a,B,a"),
+                    sentence("PMGNRTE,4,2,c,7,Loop,C,a,D,a"), sentence("PMGNRTE,4,3,c,7,Loop,E,a"),
+                    sentence("PMGNRTE,4,4,m,7,Loop,nice views")));
 }
 
 TEST(WriteRoute, AnEmptyListWithoutACommentHasNoSentences)
 {
     EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}}), IsEmpty());
-    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", ""}}), IsEmpty());
-    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", "_*,|"}}), IsEmpty());
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", ""}}),
+                IsEmpty());
+    EXPECT_THAT(makeRouteSentencesFromWaypointList({}, {{"name", "Loop"}, {"comment", "_*,|"}}),
+                IsEmpty());
 }
 
 TEST(WriteRoute, AnEmptyListWithACommentIsOneMessageNumberedOneOfOne)
@@ -336,9 +352,11 @@ TEST(WriteRoute, OnePointIsOneListNumberedOneOfOneWithOnePair)
 
 TEST(WriteRoute, TwoPointsFillOneListAndAThirdOpensAnother)
 {
-    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("AB"), {}), ElementsAre(sentence("PMGNRTE,1,1,c,1,,A,a,B,a")));
-    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("ABC"), {}),
-                ElementsAre(sentence("PMGNRTE,2,1,c,1,,A,a,B,a"), sentence("PMGNRTE,2,2,c,1,,C,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(pointsNamed("AB"), {}),
+                ElementsAre(sentence("PMGNRTE,1,1,c,1,,A,a,B,a")));
+    EXPECT_THAT(
+        makeRouteSentencesFromWaypointList(pointsNamed("ABC"), {}),
+        ElementsAre(sentence("PMGNRTE,2,1,c,1,,A,a,B,a"), sentence("PMGNRTE,2,2,c,1,,C,a")));
 }
 
 TEST(WriteRoute, TheRouteNumberIsTheRecordsOrOneWhenThereIsNone)
@@ -362,22 +380,31 @@ TEST(WriteRoute, AReadRouteHasNoNumberAndIsWrittenAsNumberOne)
 {
     Reading route;
     ASSERT_TRUE(route.take("PMGNRTE,1,1,c,5,Loop,A,a"));
-    EXPECT_THAT(makeRouteSentencesFromWaypointList(route.points, route.info), ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
+    EXPECT_THAT(makeRouteSentencesFromWaypointList(route.points, route.info),
+                ElementsAre(sentence("PMGNRTE,1,1,c,1,Loop,A,a")));
 }
 
 TEST(WriteRoute, NamesAreFilteredAndCutTo20CharactersAndTheCommentIsNotCut)
 {
     constexpr char kLong[] = "a*b,cdefghijklmnopqrstuvwxyz";
-    EXPECT_THAT(makeRouteSentencesFromWaypointList({gps::Dictionary{{"name", kLong}}}, {{"name", kLong}, {"comment", kLong}}),
-                ElementsAre(sentence("PMGNRTE,2,1,c,1,abcdefghijklmnopqrst,abcdefghijklmnopqrst,a"),
-                            sentence("PMGNRTE,2,2,m,1,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz")));
+    EXPECT_THAT(
+        makeRouteSentencesFromWaypointList({gps::Dictionary{{"name", kLong}}},
+                                           {{"name", kLong}, {"comment", kLong}}),
+        ElementsAre(sentence("PMGNRTE,2,1,c,1,abcdefghijklmnopqrst,abcdefghijklmnopqrst,a"),
+                    sentence("PMGNRTE,2,2,m,1,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz")));
 }
 
 TEST(WriteRoute, APointsIconComesFromItsSymbol)
 {
-    for (const auto& [symbol, icon] : std::vector<std::pair<gps::Value, std::string>>{
-             {"Campground", "j"}, {"ak", "ak"}, {"no such symbol", "a"}, {"", "a"}, {7, "a"}, {gps::Value{}, "a"}})
-        EXPECT_THAT(makeRouteSentencesFromWaypointList({gps::Dictionary{{"name", "A"}, {"symbol", symbol}}}, {}),
+    for (const auto& [symbol, icon] :
+         std::vector<std::pair<gps::Value, std::string>>{{"Campground", "j"},
+                                                         {"ak", "ak"},
+                                                         {"no such symbol", "a"},
+                                                         {"", "a"},
+                                                         {7, "a"},
+                                                         {gps::Value{}, "a"}})
+        EXPECT_THAT(makeRouteSentencesFromWaypointList(
+                        {gps::Dictionary{{"name", "A"}, {"symbol", symbol}}}, {}),
                     ElementsAre(sentence("PMGNRTE,1,1,c,1,,A," + icon)))
             << gps::describe(symbol);
 }
@@ -391,8 +418,8 @@ TEST(WriteRoute, APointThatIsNoRecordKeepsItsPlaceWithoutAName)
 TEST(WriteRoute, WhatIsWrittenReadsBackAsTheSameRoute)
 {
     Reading route;
-    const auto sentences =
-        makeRouteSentencesFromWaypointList(pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}});
+    const auto sentences = makeRouteSentencesFromWaypointList(
+        pointsNamed("ABCDE"), {{"name", "Loop"}, {"comment", "nice views"}});
     std::vector<bool> answers;
     const support::LogCapture log;
     for (const auto& line : sentences)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/SentenceFields.h>
-
 #include <gps/Error.h>
+
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <stdexcept>
@@ -10,8 +10,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include <gtest/gtest.h>
-
+#include <plugin/codec/SentenceFields.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
@@ -60,7 +59,8 @@ TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstThatIsMissing)
     EXPECT_NO_THROW(fields.require(0));
     EXPECT_NO_THROW(fields.require(3));
     for (const std::size_t count : {4U, 8U, 100U})
-        EXPECT_EQ(support::rangeErrorOf([&] { fields.require(count); }), "A PMGNTRK sentence has no field 3: it has 3 fields")
+        EXPECT_EQ(support::rangeErrorOf([&] { fields.require(count); }),
+                  "A PMGNTRK sentence has no field 3: it has 3 fields")
             << count;
 }
 
@@ -115,9 +115,11 @@ TEST(SentenceFields, OfASentenceAreThoseOfAValidLineOfThatName)
 
 TEST(SentenceFields, OfALineThatIsInvalidOrHasAnotherNameAreNone)
 {
-    for (const auto* body : {"PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a", " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK"})
+    for (const auto* body : {"PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a",
+                             " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK"})
         EXPECT_FALSE(SentenceFields::ofSentence(support::sentence(body), "PMGNTRK")) << body;
-    EXPECT_FALSE(SentenceFields::ofSentence(support::breakChecksum(support::sentence("PMGNTRK,a")), "PMGNTRK"));
+    EXPECT_FALSE(SentenceFields::ofSentence(support::breakChecksum(support::sentence("PMGNTRK,a")),
+                                            "PMGNTRK"));
     EXPECT_FALSE(SentenceFields::ofSentence("", "PMGNTRK"));
 }
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/SentenceList.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/SentenceList.h>
 #include <support/LogCapture.h>
 
 namespace magellan {
@@ -32,8 +31,10 @@ gps::Dictionary record(const char* name, double latitude)
 TEST(SentenceList, HasOneSentenceARecordInTheListsOrder)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeSentences({record("B", 1), record("A", 2), record("B", 1)}, "thing", told, MissingPoint::kLeavesItOut),
-                Optional(ElementsAre("B (1, 0, 0, 0, 0)", "A (2, 0, 0, 0, 0)", "B (1, 0, 0, 0, 0)")));
+    EXPECT_THAT(
+        makeSentences({record("B", 1), record("A", 2), record("B", 1)}, "thing", told,
+                      MissingPoint::kLeavesItOut),
+        Optional(ElementsAre("B (1, 0, 0, 0, 0)", "A (2, 0, 0, 0, 0)", "B (1, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -46,8 +47,8 @@ TEST(SentenceList, OfAnEmptyListIsEmptyAndNotNone)
 TEST(SentenceList, ARecordWithoutItsPointIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, record("C", 3)}, "thing", told,
-                              MissingPoint::kLeavesItOut),
+    EXPECT_THAT(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, record("C", 3)},
+                              "thing", told, MissingPoint::kLeavesItOut),
                 Optional(ElementsAre("A (1, 0, 0, 0, 0)", "C (3, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -55,8 +56,9 @@ TEST(SentenceList, ARecordWithoutItsPointIsLeftOutWithOneLogLine)
 TEST(SentenceList, ARecordWithoutItsPointEndsTheListAtOnceWhereHalfAListIsNone)
 {
     const support::LogCapture log;
-    EXPECT_EQ(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, gps::Dictionary{{"name", "C"}}}, "thing", told,
-                            MissingPoint::kEndsTheList),
+    EXPECT_EQ(makeSentences(
+                  {record("A", 1), gps::Dictionary{{"name", "B"}}, gps::Dictionary{{"name", "C"}}},
+                  "thing", told, MissingPoint::kEndsTheList),
               std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -65,9 +67,12 @@ TEST(SentenceList, ARecordThatCannotBeWrittenIsLeftOutWithOneLogLineInEitherList
 {
     for (const auto missingPoint : {MissingPoint::kLeavesItOut, MissingPoint::kEndsTheList}) {
         const support::LogCapture log;
-        EXPECT_THAT(makeSentences({gps::Dictionary{{"point", gps::GPSPoint{}}}, record("B", 2)}, "thing", told, missingPoint),
+        EXPECT_THAT(makeSentences({gps::Dictionary{{"point", gps::GPSPoint{}}}, record("B", 2)},
+                                  "thing", told, missingPoint),
                     Optional(ElementsAre("B (2, 0, 0, 0, 0)")));
-        EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {point = (0, 0, 0, 0, 0)}"));
+        EXPECT_THAT(
+            log.lines(),
+            ElementsAre("failed to create sentence for list from {point = (0, 0, 0, 0, 0)}"));
     }
 }
 

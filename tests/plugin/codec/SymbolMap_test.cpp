@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/SymbolMap.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
-#include <gtest/gtest.h>
+#include <plugin/codec/SymbolMap.h>
 
 namespace magellan {
 namespace {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/TrackPointSentence.h>
-
 #include <gps/Error.h>
 #include <gps/Value.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -14,9 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/TrackPointSentence.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
 
@@ -63,7 +62,9 @@ TEST(ReadTrackPoint, ABodyOfFewerThanEightFieldsThrowsAndChangesNothing)
     for (std::size_t count = 1; count < 8; ++count) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary extras{{"trackName", "OLD"}};
-        EXPECT_THROW((void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras), gps::RangeError)
+        EXPECT_THROW(
+            (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras),
+            gps::RangeError)
             << count;
         EXPECT_EQ(point, kBefore) << count;
         EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}") << count;
@@ -73,7 +74,9 @@ TEST(ReadTrackPoint, ABodyOfFewerThanEightFieldsThrowsAndChangesNothing)
 std::string rangeText(std::size_t count)
 {
     gps::GPSPoint point;
-    return support::rangeErrorOf([&] { (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, nullptr); });
+    return support::rangeErrorOf([&] {
+        (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, nullptr);
+    });
 }
 
 TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
@@ -86,11 +89,16 @@ TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndThe
 
 TEST(ReadTrackPoint, TheNameComesFromTheTenthFieldOn)
 {
-    for (const auto& [count, name] : std::vector<std::pair<std::size_t, std::string>>{
-             {8, "{}"}, {9, "{}"}, {10, "{trackName = \"NAME\"}"}, {11, "{trackName = \"NAME\"}"}}) {
+    for (const auto& [count, name] :
+         std::vector<std::pair<std::size_t, std::string>>{{8, "{}"},
+                                                          {9, "{}"},
+                                                          {10, "{trackName = \"NAME\"}"},
+                                                          {11, "{trackName = \"NAME\"}"}}) {
         gps::GPSPoint point;
         gps::Dictionary extras;
-        EXPECT_TRUE(interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras)) << count;
+        EXPECT_TRUE(
+            interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras))
+            << count;
         EXPECT_EQ(gps::describe(extras), name) << count;
     }
 }
@@ -129,7 +137,8 @@ TEST(ReadTrackPoint, AHundredFeetAre30Point48MetresAndAreWrittenBackAs00030)
     const auto point = readPoint(withField(withField(kBody, 5, "100"), 6, "F"));
     EXPECT_DOUBLE_EQ(point.altitude, 100 / 3.2808399);
     EXPECT_NEAR(point.altitude, 30.48, 0.0001);
-    EXPECT_THAT(makeTrackPointSentenceWithPoint(point), testing::Optional(testing::HasSubstr(",E,00030,M,")));
+    EXPECT_THAT(makeTrackPointSentenceWithPoint(point),
+                testing::Optional(testing::HasSubstr(",E,00030,M,")));
 }
 
 TEST(ReadTrackPoint, AnAltitudeIsTheLeadingNumberOfItsField)
@@ -162,17 +171,19 @@ TEST(ReadTrackPoint, ANameIsTakenAsItStands)
 {
     gps::GPSPoint point;
     gps::Dictionary extras;
-    EXPECT_TRUE(
-        interpretTrackPointSentence(sentence(withField(kBody, 9, " a name_of more than 20 characters? ")), point, &extras));
+    EXPECT_TRUE(interpretTrackPointSentence(
+        sentence(withField(kBody, 9, " a name_of more than 20 characters? ")), point, &extras));
     EXPECT_EQ(gps::describe(extras), "{trackName = \" a name_of more than 20 characters? \"}");
 }
 
 TEST(ReadTrackPoint, WhatIsNoTrackPointIsRefusedAndChangesNothing)
 {
-    for (const auto& line : {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
-                             sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "pmgntrk")),
-                             sentence(withField(kBody, 0, "PMGNTRKX")), sentence(withField(kBody, 0, "PMGNTR")),
-                             sentence(withField(kBody, 0, " PMGNTRK")), sentence("PMGNCMD,END"), sentence(kBody).substr(0, 20)}) {
+    for (const auto& line :
+         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
+          sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "pmgntrk")),
+          sentence(withField(kBody, 0, "PMGNTRKX")), sentence(withField(kBody, 0, "PMGNTR")),
+          sentence(withField(kBody, 0, " PMGNTRK")), sentence("PMGNCMD,END"),
+          sentence(kBody).substr(0, 20)}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary extras;
         EXPECT_FALSE(interpretTrackPointSentence(line, point, &extras)) << line;
@@ -244,7 +255,8 @@ TEST(WriteTrackPoint, AnAltitudeOutsideThe32BitRangeIsTheNearestBoundAndANanIsZe
 
 TEST(WriteTrackPoint, ATimeThatADateTextCannotCarryIsWrittenAsTwoEmptyTexts)
 {
-    for (const std::int64_t time : {std::int64_t{0}, std::int64_t{315532799}, std::int64_t{3471292800}, std::int64_t{-1}})
+    for (const std::int64_t time :
+         {std::int64_t{0}, std::int64_t{315532799}, std::int64_t{3471292800}, std::int64_t{-1}})
         EXPECT_EQ(makeTrackPointSentenceWithPoint({0, 0, 0, time, 0}),
                   sentence("PMGNTRK,0000.00000,N,00000.00000,E,00000,M,,A,,"))
             << time;
@@ -269,8 +281,9 @@ TEST(WriteTrackPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
 {
     for (const auto* latitude : {"N", "S"}) {
         for (const auto* longitude : {"E", "W"}) {
-            const auto line = sentence("PMGNTRK,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
-                                       ",-0042,M,235959.00,A,,290208");
+            const auto line =
+                sentence("PMGNTRK,4605.97912," + std::string{latitude} + ",12213.31578," +
+                         longitude + ",-0042,M,235959.00,A,,290208");
             gps::GPSPoint point;
             ASSERT_TRUE(interpretTrackPointSentence(line, point, nullptr));
             EXPECT_EQ(makeTrackPointSentenceWithPoint(point), line);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/codec/WayPointSentence.h>
-
 #include <gps/Error.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <limits>
@@ -12,9 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/WayPointSentence.h>
 #include <support/LogCapture.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
@@ -53,7 +52,8 @@ TEST(ReadWayPoint, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
     gps::Dictionary record;
     EXPECT_TRUE(interpretWayPointSentence(sentence(kBody) + "\r\n", point, &record));
     EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)");
-    EXPECT_EQ(gps::describe(record), "{name = \"HOME\", comment = \"our house\", symbol = \"Residence\"}");
+    EXPECT_EQ(gps::describe(record),
+              "{name = \"HOME\", comment = \"our house\", symbol = \"Residence\"}");
 }
 
 TEST(ReadWayPoint, SouthAndWestAreNegative)
@@ -82,8 +82,10 @@ TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         const auto line = sentence(firstFields(kBody, count));
-        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError) << count;
-        EXPECT_THROW((void)interpretWayPointSentence(line, point, nullptr), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError)
+            << count;
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, nullptr), gps::RangeError)
+            << count;
         EXPECT_EQ(point, kBefore) << count;
     }
 }
@@ -99,7 +101,8 @@ TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsWhenARecordIsGiven)
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         const auto line = sentence(firstFields(kBody, count));
-        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError) << count;
+        EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError)
+            << count;
         EXPECT_EQ(point, kBefore) << count;
         EXPECT_TRUE(record.empty()) << count;
         EXPECT_TRUE(interpretWayPointSentence(line, point, nullptr)) << count;
@@ -109,7 +112,9 @@ TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsWhenARecordIsGiven)
 std::string rangeText(std::size_t count, gps::Dictionary* record)
 {
     gps::GPSPoint point;
-    return support::rangeErrorOf([&] { (void)interpretWayPointSentence(sentence(firstFields(kBody, count)), point, record); });
+    return support::rangeErrorOf([&] {
+        (void)interpretWayPointSentence(sentence(firstFields(kBody, count)), point, record);
+    });
 }
 
 TEST(ReadWayPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
@@ -127,7 +132,8 @@ TEST(ReadWayPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCo
 
 TEST(ReadWayPoint, ABodyOfExactlyNineFieldsHasNameAndCommentButNoSymbol)
 {
-    EXPECT_EQ(gps::describe(readRecord(firstFields(kBody, 9))), "{name = \"HOME\", comment = \"our house\"}");
+    EXPECT_EQ(gps::describe(readRecord(firstFields(kBody, 9))),
+              "{name = \"HOME\", comment = \"our house\"}");
 }
 
 TEST(ReadWayPoint, TheSymbolComesFromTheTenthFieldOn)
@@ -144,16 +150,19 @@ TEST(ReadWayPoint, AnUnknownIconIsStoredAsItsOwnCode)
 
 TEST(ReadWayPoint, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
 {
-    EXPECT_EQ(gps::describe(readRecord(withField(firstFields(kBody, 9), 7, ""))), "{name = \"\", comment = \"our house\"}");
-    EXPECT_EQ(*readRecord(withField(kBody, 7, " a_name? of more than 20 characters ")).findString("name"),
-              " a_name? of more than 20 characters ");
+    EXPECT_EQ(gps::describe(readRecord(withField(firstFields(kBody, 9), 7, ""))),
+              "{name = \"\", comment = \"our house\"}");
+    EXPECT_EQ(
+        *readRecord(withField(kBody, 7, " a_name? of more than 20 characters ")).findString("name"),
+        " a_name? of more than 20 characters ");
 }
 
 TEST(ReadWayPoint, WhatIsNoWaypointIsRefusedAndChangesNothing)
 {
     for (const auto& line :
-         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)), sentence(withField(kBody, 0, "PMGNTRK")),
-          sentence(withField(kBody, 0, "PMGNWPLX")), sentence(withField(kBody, 0, "pmgnwpl")), sentence("PMGNCMD,END")}) {
+         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
+          sentence(withField(kBody, 0, "PMGNTRK")), sentence(withField(kBody, 0, "PMGNWPLX")),
+          sentence(withField(kBody, 0, "pmgnwpl")), sentence("PMGNCMD,END")}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         EXPECT_FALSE(interpretWayPointSentence(line, point, &record)) << line;
@@ -193,33 +202,41 @@ TEST(NameInWayPoint, IsNoneWhereAReadingFindsNoneAndThrowsWhereThatThrows)
     EXPECT_EQ(nameInWayPointSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
     EXPECT_EQ(nameInWayPointSentence(sentence(withField(kBody, 0, "PMGNTRK"))), std::nullopt);
     for (const std::size_t count : {1U, 5U, 7U, 8U})
-        EXPECT_THROW((void)nameInWayPointSentence(sentence(firstFields(kBody, count))), gps::RangeError) << count;
+        EXPECT_THROW((void)nameInWayPointSentence(sentence(firstFields(kBody, count))),
+                     gps::RangeError)
+            << count;
 }
 
 TEST(WriteWayPoint, IsOneSentenceWithItsChecksumAndWithoutATime)
 {
-    EXPECT_EQ(makeWayPointSentenceWithPoint({46.5, -7.5, 1529, 1218438948, 77},
-                                            {{"name", "HOME"}, {"comment", "our house"}, {"symbol", "House"}}),
+    EXPECT_EQ(makeWayPointSentenceWithPoint(
+                  {46.5, -7.5, 1529, 1218438948, 77},
+                  {{"name", "HOME"}, {"comment", "our house"}, {"symbol", "House"}}),
               sentence("PMGNWPL,4630.00000,N,00730.00000,W,0001529,M,HOME,our house,c"));
 }
 
 TEST(WriteWayPoint, ANameOf30CharactersIsCutTo20AndACommentOf30IsWrittenWhole)
 {
     EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"name", kThirty}, {"comment", kThirty}}),
-              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz1234,a"));
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdefghijklmnopqrst,"
+                       "abcdefghijklmnopqrstuvwxyz1234,a"));
 }
 
 TEST(WriteWayPoint, TextsAreFilteredBeforeTheyAreCut)
 {
-    EXPECT_EQ(makeWayPointSentenceWithPoint(
-                  {}, {{"name", "a,b*c$d_e?" + std::string{kThirty}}, {"comment", "Caf\xC3\xA9, hot; 5\" * |"}}),
-              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdeabcdefghijklmno,Caf hot 5  ,a"));
+    EXPECT_EQ(
+        makeWayPointSentenceWithPoint({}, {{"name", "a,b*c$d_e?" + std::string{kThirty}},
+                                           {"comment", "Caf\xC3\xA9, hot; 5\" * |"}}),
+        sentence(
+            "PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,abcdeabcdefghijklmno,Caf hot 5  ,a"));
 }
 
 TEST(WriteWayPoint, ARecordWithoutASymbolHasTheIconA)
 {
-    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
-    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", 7}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", 7}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
     EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", "no such symbol"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
 }
@@ -228,7 +245,8 @@ TEST(WriteWayPoint, AnIconIsNeitherFilteredNorLeftOutWhenItIsEmpty)
 {
     EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", "_|"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,_|"));
-    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", ""}}), sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,"));
+    EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", ""}}),
+              sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,"));
 }
 
 TEST(WriteWayPoint, AnAltitudeIsCutTowardZeroAndFilledUpToSevenCharacters)
@@ -264,8 +282,9 @@ TEST(WriteWayPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
 {
     for (const auto* latitude : {"N", "S"}) {
         for (const auto* longitude : {"E", "W"}) {
-            const auto line = sentence("PMGNWPL,4605.97912," + std::string{latitude} + ",12213.31578," + longitude +
-                                       ",-000042,M,abcdefghijklmnopqrst,hi,c");
+            const auto line =
+                sentence("PMGNWPL,4605.97912," + std::string{latitude} + ",12213.31578," +
+                         longitude + ",-000042,M,abcdefghijklmnopqrst,hi,c");
             gps::GPSPoint point;
             gps::Dictionary record;
             ASSERT_TRUE(interpretWayPointSentence(line, point, &record));
@@ -286,34 +305,43 @@ std::string line(const std::string& name)
 
 TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
 {
-    EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("B"), waypoint("A"), waypoint("B")}),
-                ElementsAre(line("B"), line("A"), line("B")));
+    EXPECT_THAT(
+        makeWayPointSentencesFromWaypointList({waypoint("B"), waypoint("A"), waypoint("B")}),
+        ElementsAre(line("B"), line("A"), line("B")));
     EXPECT_THAT(makeWayPointSentencesFromWaypointList({}), IsEmpty());
 }
 
 TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentencesFromWaypointList(
-                    {waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
-                ElementsAre(line("A"), line("C")));
-    EXPECT_THAT(log.lines(), ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
+    EXPECT_THAT(
+        makeWayPointSentencesFromWaypointList(
+            {waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
+        ElementsAre(line("A"), line("C")));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
 }
 
 TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentencesFromWaypointList({gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}),
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList(
+                    {gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}),
                 ElementsAre(line("C")));
-    EXPECT_THAT(log.lines(), ElementsAre("waypoint (null) contains no point --\n{point = \"46N 7E\"}",
-                                         "waypoint (null) contains no point --\n7"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("waypoint (null) contains no point --\n{point = \"46N 7E\"}",
+                            "waypoint (null) contains no point --\n7"));
 }
 
 TEST(WriteWayPoints, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
 {
     const support::LogCapture log;
-    EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("A", 91), waypoint("B")}), ElementsAre(line("B")));
-    EXPECT_THAT(log.lines(), ElementsAre("failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
+    EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("A", 91), waypoint("B")}),
+                ElementsAre(line("B")));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            "failed to create sentence for list from {name = \"A\", point = (91, 0, 0, 0, 0)}"));
 }
 
 } // namespace

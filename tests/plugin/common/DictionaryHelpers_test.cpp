@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/DictionaryHelpers.h>
-
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>
+
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstddef>
@@ -13,14 +13,15 @@
 #include <utility>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include <plugin/common/DictionaryHelpers.h>
 
 namespace {
 
 using gps::Dictionary;
 
 /// What has neither a boolean nor an integer reading.
-const std::vector<gps::Value> kWithoutReading{gps::Array{1}, Dictionary{{"key", 1}}, gps::GPSPoint{}};
+const std::vector<gps::Value> kWithoutReading{gps::Array{1}, Dictionary{{"key", 1}},
+                                              gps::GPSPoint{}};
 
 class DebugLevelTest : public testing::Test {
 protected:
@@ -48,14 +49,15 @@ TEST_F(DebugLevelTest, TheQuestionGoesToTheFrameworkAlone)
 
 TEST_F(DebugLevelTest, WithoutTheOptionItIsZeroWithAZeroItIsOneAndElseTheOptions)
 {
-    for (const auto& [options, level] : std::vector<std::pair<Dictionary, int>>{{{}, 0},
-                                                                                {{{"debug", 0}}, 1},
-                                                                                {{{"debug", 1}}, 1},
-                                                                                {{{"debug", 3}}, 3},
-                                                                                {{{"debug", -2}}, -2},
-                                                                                {{{"debug", "4 please"}}, 4},
-                                                                                {{{"debug", "yes"}}, 1},
-                                                                                {{{"debug", false}}, 1}}) {
+    for (const auto& [options, level] :
+         std::vector<std::pair<Dictionary, int>>{{{}, 0},
+                                                 {{{"debug", 0}}, 1},
+                                                 {{{"debug", 1}}, 1},
+                                                 {{{"debug", 3}}, 3},
+                                                 {{{"debug", -2}}, -2},
+                                                 {{{"debug", "4 please"}}, 4},
+                                                 {{{"debug", "yes"}}, 1},
+                                                 {{{"debug", false}}, 1}}) {
         GarminSetDebugLevel(9);
         SetDebugLevelFromDictionary(&options);
         EXPECT_EQ(GarminDebugLevel, level) << gps::describe(options);
@@ -96,7 +98,8 @@ TEST(GetBoolValueForKey, ReadsNumbersAndTexts)
                                                                                  {"07", true},
                                                                                  {"", false}}) {
         const Dictionary dictionary{{"key", value}};
-        EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", !reading), reading) << gps::describe(value);
+        EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", !reading), reading)
+            << gps::describe(value);
     }
 }
 
@@ -120,7 +123,8 @@ TEST(GetBoolValueForKey, IsTheDefaultForAValueThatIsNeitherANumberNorAText)
     for (const auto& value : kWithoutReading) {
         const Dictionary dictionary{{"key", value}};
         for (const bool fallback : {false, true})
-            EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", fallback), fallback) << gps::describe(value);
+            EXPECT_EQ(GetBoolValueForKey(&dictionary, "key", fallback), fallback)
+                << gps::describe(value);
     }
 }
 
@@ -186,7 +190,8 @@ TEST(SetNumbers, AreBuiltFromTheBytesOfTheTypeThatIsNamed)
     SetNumberInDictionary(&dictionary, "d", gps::NumberType::kInt64, &int64);
     SetNumberInDictionary(&dictionary, "e", gps::NumberType::kFloat32, &float32);
     SetNumberInDictionary(&dictionary, "f", gps::NumberType::kFloat64, &float64);
-    EXPECT_EQ(gps::describe(dictionary), "{a = -8, b = -16, c = -32, d = -70368744177664, e = 0.25, f = 1e+300}");
+    EXPECT_EQ(gps::describe(dictionary),
+              "{a = -8, b = -16, c = -32, d = -70368744177664, e = 0.25, f = 1e+300}");
     EXPECT_EQ(dictionary.find("b")->as<gps::Number>()->type(), gps::NumberType::kInt16);
 }
 
@@ -256,8 +261,8 @@ TEST(SetStringFromList, TakesTheLastIndexAndLeavesTheDictionaryUntouchedOutside)
 
 TEST(SetGPSPoint, ABoxedPointComesBackBitIdenticalInAllFiveFields)
 {
-    const gps::GPSPoint point{-0.0, std::numeric_limits<double>::quiet_NaN(), 1e-310, std::numeric_limits<std::int64_t>::min(),
-                              -77};
+    const gps::GPSPoint point{-0.0, std::numeric_limits<double>::quiet_NaN(), 1e-310,
+                              std::numeric_limits<std::int64_t>::min(), -77};
     Dictionary dictionary;
     SetGPSPointInDictionary(&dictionary, "point", point);
     ASSERT_NE(gps::findPoint(dictionary), nullptr);

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/Errors.h>
+#include <gtest/gtest.h>
 
 #include <optional>
 
-#include <gtest/gtest.h>
+#include <plugin/common/Errors.h>
 
 namespace magellan {
 namespace {
 
 TEST(Errors, HoldDescriptionSuggestionAndPathUnderThePlugInsDomain)
 {
-    const auto error = makeError(ErrorCode::kDeviceDataMissing, "what", "what to do", "/media/MAGELLAN");
+    const auto error =
+        makeError(ErrorCode::kDeviceDataMissing, "what", "what to do", "/media/MAGELLAN");
     EXPECT_EQ(error.domain(), "com.Orvane.GPSPlugin.ErrorDomain");
     EXPECT_EQ(error.code(), -2);
     EXPECT_EQ(error.userInfo(), (gps::Dictionary{{gps::kErrorDescriptionKey, "what"},
@@ -29,11 +30,15 @@ TEST(Errors, HaveNoPathWhereNoFileIsConcerned)
 
 TEST(Errors, TheEnglishTextStandsWithOrWithoutATranslation)
 {
-    EXPECT_EQ(makeError(ErrorCode::kReadFailed, "Couldn't read track data from device", kSuggestMounting).description(),
-              "Couldn't read track data from device");
-    EXPECT_EQ(makeError(ErrorCode::kReadFailed, "in no table", kSuggestMounting).description(), "in no table");
+    EXPECT_EQ(
+        makeError(ErrorCode::kReadFailed, "Couldn't read track data from device", kSuggestMounting)
+            .description(),
+        "Couldn't read track data from device");
+    EXPECT_EQ(makeError(ErrorCode::kReadFailed, "in no table", kSuggestMounting).description(),
+              "in no table");
     EXPECT_EQ(makeError(ErrorCode::kReadFailed, "in no table", kSuggestMounting).suggestion(),
-              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+              "Please make sure your Magellan device is connected and mounted on the desktop, and "
+              "try again");
 }
 
 TEST(Errors, HaveTheCodesThatHostsKnow)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/FolderWalk.h>
-
 #include <gps/Value.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <new>
@@ -11,14 +12,11 @@
 #include <string_view>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/common/FolderWalk.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
 #include <support/RecordingReceiver.h>
 #include <support/TemporaryFolder.h>
-
 #include <sys/stat.h>
 
 namespace magellan {
@@ -29,7 +27,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// What the walk handed to its reader. A reader is a plain function, and so this is where it writes.
+/// What the walk handed to its reader. A reader is a plain function, and so this is where it
+/// writes.
 std::vector<std::string>& handedOver()
 {
     static std::vector<std::string> paths;
@@ -56,7 +55,8 @@ std::optional<gps::Error> throwAtB(gps::GPSOutputReceiver& status, const std::st
     return std::nullopt;
 }
 
-std::optional<gps::Error> runOutOfMemory(gps::GPSOutputReceiver& /*status*/, const std::string& /*path*/)
+std::optional<gps::Error> runOutOfMemory(gps::GPSOutputReceiver& /*status*/,
+                                         const std::string& /*path*/)
 {
     throw std::bad_alloc{};
 }
@@ -65,7 +65,10 @@ class FolderWalkTest : public testing::Test {
 protected:
     FolderWalkTest() { handedOver().clear(); }
 
-    std::optional<gps::Error> walk(Reader reader) { return sendSelector(reader, status_, folder_.path()); }
+    std::optional<gps::Error> walk(Reader reader)
+    {
+        return sendSelector(reader, status_, folder_.path());
+    }
 
     /// The entries handed over, relative to the folder.
     [[nodiscard]] std::vector<std::string> entries() const
@@ -98,7 +101,8 @@ TEST_F(FolderWalkTest, EveryEntryIsHandedOverInByteOrderAFolderBeforeItsContents
     for (const auto* name : {"b.upt", "B.upt", "a/2", "a/1", "a.txt", "\xC3\xA9", "10", "9"})
         folder_.put(name, "");
     EXPECT_EQ(walk(takeAll), std::nullopt);
-    EXPECT_THAT(entries(), ElementsAre("10", "9", "B.upt", "a", "a/1", "a/2", "a.txt", "b.upt", "\xC3\xA9"));
+    EXPECT_THAT(entries(),
+                ElementsAre("10", "9", "B.upt", "a", "a/1", "a/2", "a.txt", "b.upt", "\xC3\xA9"));
 }
 
 TEST_F(FolderWalkTest, AReadersErrorStopsTheWalkAndIsAnswered)
@@ -204,8 +208,10 @@ TEST_F(FolderWalkTest, TheStatusObjectGoesToTheReader)
 
 TEST(DataFolderPath, JoinsTheVolumeAndTheName)
 {
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "My POIs"}}, "MyPOIs", "/media/GPS"), "/media/GPS/My POIs");
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "data/points"}}, "MyPOIs", "/media/GPS/"), "/media/GPS/data/points");
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "My POIs"}}, "MyPOIs", "/media/GPS"),
+              "/media/GPS/My POIs");
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "data/points"}}, "MyPOIs", "/media/GPS/"),
+              "/media/GPS/data/points");
 }
 
 TEST(DataFolderPath, AMissingEmptyOrTextlessNameIsNone)
@@ -220,7 +226,9 @@ TEST(DataFolderPath, ANameThatWouldLeadOutOfTheVolumeIsNone)
     for (const auto* name : {"..", "../x", "x/..", "x/../y", "/..", "x/../../y", "../"})
         EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), std::nullopt) << name;
     for (const auto* name : {"..x", "x..", "...", "x/..y"})
-        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), "/media/GPS/" + std::string{name}) << name;
+        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"),
+                  "/media/GPS/" + std::string{name})
+            << name;
 }
 
 TEST(DataFolderPath, ANameWithANulByteIsNoneSinceTheSystemWouldReadOnlyWhatStandsBeforeIt)
@@ -233,7 +241,8 @@ TEST(DataFolderPath, ANameWithANulByteIsNoneSinceTheSystemWouldReadOnlyWhatStand
 TEST(DataFolderPath, ANameThatBeginsWithASlashIsJoinedLikeAnyOther)
 {
     EXPECT_EQ(dataFolderPath({{"MyPOIs", "/x"}}, "MyPOIs", "/media/GPS"), "/media/GPS/x");
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/etc/passwd"}}, "MyPOIs", "/media/GPS"), "/media/GPS/etc/passwd");
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/etc/passwd"}}, "MyPOIs", "/media/GPS"),
+              "/media/GPS/etc/passwd");
 }
 
 } // namespace

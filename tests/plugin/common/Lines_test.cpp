@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/Lines.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <plugin/common/Lines.h>
 
 namespace magellan {
 namespace {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/NameTable.h>
-
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+#include <plugin/common/NameTable.h>
 
 namespace magellan {
 namespace {
@@ -49,7 +49,8 @@ TEST(NameTable, DoesAsAMapWouldForNamesInAnyOrder)
     std::unordered_map<std::string, std::size_t> expected;
     NameTable names;
     for (int step = 0; step < 20'000; ++step) {
-        const auto& [name, number] = *expected.try_emplace(std::to_string(random() % 3000), expected.size()).first;
+        const auto& [name, number] =
+            *expected.try_emplace(std::to_string(random() % 3000), expected.size()).first;
         ASSERT_EQ(names.numberOf(name), number) << name;
     }
 }

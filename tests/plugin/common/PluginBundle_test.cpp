@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/common/PluginBundle.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <plugin/common/PluginBundle.h>
 
 namespace magellan {
 namespace {
@@ -25,9 +25,11 @@ TEST(PluginBundle, NamesItsModuleAndItsPrincipalClass)
 
 TEST(PluginBundle, HoldsTheSymbolMapAndTheDefaultFolderNames)
 {
-    EXPECT_EQ(
-        pluginBundle().dictionaryResource("MagDefaultLanguage"),
-        (gps::Dictionary{{"MyPOIs", "My POIs"}, {"Geocaches", "Geocaches"}, {"Routes", "Routes"}, {"TrackLogs", "Track Logs"}}));
+    EXPECT_EQ(pluginBundle().dictionaryResource("MagDefaultLanguage"),
+              (gps::Dictionary{{"MyPOIs", "My POIs"},
+                               {"Geocaches", "Geocaches"},
+                               {"Routes", "Routes"},
+                               {"TrackLogs", "Track Logs"}}));
     const auto symbols = pluginBundle().dictionaryResource("MagellanSymbolMap");
     ASSERT_TRUE(symbols);
     EXPECT_EQ(*symbols->findString("Crossed Square"), "a");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -14,13 +15,10 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
-
 #include <sys/stat.h>
 
 namespace magellan {
@@ -39,15 +37,19 @@ using Calls = std::vector<std::string>;
 const std::string kWayPoint = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,,c");
 const std::string kGeoCache = sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M,G,,,,,,,,");
 const std::string kRoute = sentence("PMGNRTE,1,1,c,1,R,A,a");
-const std::string kTrackPoint = sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
+const std::string kTrackPoint =
+    sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
 
-constexpr char kWayPointCall[] = "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\"}";
+constexpr char kWayPointCall[] =
+    "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\"}";
 constexpr char kTrackCall[] = "newTrack {name = \"T\"}";
 constexpr char kTrackPointCall[] = "trackPoint (46, 7.5, 500, 1204286400, 0) {trackName = \"T\"}";
 
 /// What each kind's pair of calls looks like when it yields nothing.
-const Calls kFourEmptyKinds{"gpsStateChange 1", "startTransfer 3", "endTransfer 3",   "startTransfer 3", "endTransfer 3",
-                            "startTransfer 2",  "endTransfer 2",   "startTransfer 1", "endTransfer 1",   "gpsStateChange 0"};
+const Calls kFourEmptyKinds{"gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                            "startTransfer 3",  "endTransfer 3",   "startTransfer 2",
+                            "endTransfer 2",    "startTransfer 1", "endTransfer 1",
+                            "gpsStateChange 0"};
 
 class AcquireDriverTest : public testing::Test {
 protected:
@@ -82,7 +84,8 @@ protected:
     {
         Calls calls;
         for (auto& call : acquire(options)) {
-            if (call.find("ransfer") != std::string::npos || call.find("State") != std::string::npos)
+            if (call.find("ransfer") != std::string::npos ||
+                call.find("State") != std::string::npos)
                 calls.push_back(std::move(call));
         }
         return calls;
@@ -90,56 +93,69 @@ protected:
 
     support::ReceiverFolder receiver_;
     support::TestFolders folders_{{receiver_.path()}};
-    std::shared_ptr<support::RecordingReceiver> status_ = std::make_shared<support::RecordingReceiver>();
+    std::shared_ptr<support::RecordingReceiver> status_ =
+        std::make_shared<support::RecordingReceiver>();
 };
 
 TEST_F(AcquireDriverTest, AllKindsComeInTheirOrderEachBetweenItsPairOfCalls)
 {
     fill();
-    EXPECT_THAT(
-        acquire(),
-        ElementsAre(
-            "gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3", "startTransfer 3",
-            "wayPoint (46, 7.5, 500, 0, 0) {name = \"G\", comment = \"\", geocacheOwner = \"\", geocacheHint = \"\", "
-            "geocacheType = \"\", "
-            "datePlaced = \"\", dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}",
-            "endTransfer 3", "startTransfer 2", "newRoute {name = \"R\", lastIndex = 1}",
-            "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}",
-            "endTransfer 2", "startTransfer 1", kTrackCall, kTrackPointCall, "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(acquire(),
+                ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3",
+                            "startTransfer 3",
+                            "wayPoint (46, 7.5, 500, 0, 0) {name = \"G\", comment = \"\", "
+                            "geocacheOwner = \"\", geocacheHint = \"\", "
+                            "geocacheType = \"\", "
+                            "datePlaced = \"\", dateFound = \"\", difficulty = \"\", terrain = "
+                            "\"\", symbol = \"Geocache\"}",
+                            "endTransfer 3", "startTransfer 2",
+                            "newRoute {name = \"R\", lastIndex = 1}",
+                            "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = "
+                            "\"Residence\", point = (46, 7.5, 500, 0, 0)}",
+                            "endTransfer 2", "startTransfer 1", kTrackCall, kTrackPointCall,
+                            "endTransfer 1", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, FilesOfAKindComeInByteOrderOfTheirPathsWhateverTheirExtension)
 {
-    receiver_.put("Track Logs/b", {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,2,290208")});
-    receiver_.put("Track Logs/a/x.txt", {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,1,290208")});
-    receiver_.put("Track Logs/B.log", {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,0,290208")});
+    receiver_.put("Track Logs/b",
+                  {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,2,290208")});
+    receiver_.put("Track Logs/a/x.txt",
+                  {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,1,290208")});
+    receiver_.put("Track Logs/B.log",
+                  {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,0,290208")});
     receiver_.put("Track Logs/.hidden.log", {kTrackPoint});
     Calls tracks;
     for (auto& call : acquire()) {
         if (call.rfind("newTrack", 0) == 0)
             tracks.push_back(std::move(call));
     }
-    EXPECT_THAT(tracks, ElementsAre("newTrack {name = \"0\"}", "newTrack {name = \"1\"}", "newTrack {name = \"2\"}"));
+    EXPECT_THAT(tracks, ElementsAre("newTrack {name = \"0\"}", "newTrack {name = \"1\"}",
+                                    "newTrack {name = \"2\"}"));
 }
 
 TEST_F(AcquireDriverTest, FalseWaypointsSwitchOffWaypointsAndGeocachesAlone)
 {
     fill();
-    EXPECT_THAT(brackets({{"waypoints", false}}), ElementsAre("gpsStateChange 1", "startTransfer 2", "endTransfer 2",
-                                                              "startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(brackets({{"waypoints", false}}),
+                ElementsAre("gpsStateChange 1", "startTransfer 2", "endTransfer 2",
+                            "startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, EachKindHasItsSwitch)
 {
-    EXPECT_THAT(brackets({{"routes", 0}, {"tracks", "no"}}), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
-                                                                         "startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(brackets({{"routes", 0}, {"tracks", "no"}}),
+                ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                            "startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
     EXPECT_THAT(brackets({{"waypoints", 0}, {"routes", false}, {"tracks", 0.0}}),
                 ElementsAre("gpsStateChange 1", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, ASwitchThatIsNeitherANumberNorATextCountsAsAbsent)
 {
-    EXPECT_EQ(brackets({{"waypoints", gps::Array{}}, {"routes", gps::Dictionary{}}, {"tracks", gps::GPSPoint{}}}),
+    EXPECT_EQ(brackets({{"waypoints", gps::Array{}},
+                        {"routes", gps::Dictionary{}},
+                        {"tracks", gps::GPSPoint{}}}),
               kFourEmptyKinds);
 }
 
@@ -160,7 +176,8 @@ TEST_F(AcquireDriverTest, AFirstWaypointFileThatCannotBeReadEndsTheAcquireAfterI
     fill();
     receiver_.folder().put("My POIs/0.upt", "\xC3\xA9");
     const support::LogCapture log;
-    EXPECT_THAT(acquire(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(acquire(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                                       "gpsStateChange 0"));
     ASSERT_THAT(log.errors(), SizeIs(1));
     EXPECT_EQ(log.errors().front().code(), -3);
 }
@@ -169,28 +186,30 @@ TEST_F(AcquireDriverTest, AFolderAmongTheWaypointFilesEndsTheAcquireAndOneAmongT
 {
     fill();
     receiver_.folder().makeFolder("My POIs/b");
-    EXPECT_THAT(acquire(),
-                ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(acquire(), ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall,
+                                       "endTransfer 3", "gpsStateChange 0"));
     std::filesystem::remove(receiver_.path("My POIs/b"));
     receiver_.folder().makeFolder("Track Logs/sub");
     receiver_.folder().makeFolder("Routes/sub");
     EXPECT_EQ(brackets(), kFourEmptyKinds);
 }
 
-TEST_F(AcquireDriverTest, AFifoAmongTheWaypointFilesEndsTheAcquireAtOnceAndOneAmongTheTracksIsPassedOver)
+TEST_F(AcquireDriverTest,
+       AFifoAmongTheWaypointFilesEndsTheAcquireAtOnceAndOneAmongTheTracksIsPassedOver)
 {
     fill();
     ASSERT_EQ(::mkfifo(receiver_.path("Track Logs/a").c_str(), 0600), 0);
     EXPECT_THAT(acquire(), Contains(kTrackPointCall));
     ASSERT_EQ(::mkfifo(receiver_.path("Geocaches/a").c_str(), 0600), 0);
-    EXPECT_THAT(brackets(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 3",
-                                        "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(brackets(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                                        "startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, ALoopOfLinksEnds)
 {
     fill();
-    std::filesystem::create_directory_symlink(receiver_.path("Track Logs"), receiver_.path("Track Logs/loop"));
+    std::filesystem::create_directory_symlink(receiver_.path("Track Logs"),
+                                              receiver_.path("Track Logs/loop"));
     std::filesystem::create_symlink("self", receiver_.path("Track Logs/self"));
     EXPECT_THAT(acquire(), Contains(kTrackPointCall).Times(1));
 }
@@ -200,8 +219,9 @@ TEST_F(AcquireDriverTest, ASentenceThatIsTooShortEndsTheAcquireAsAReadErrorDoes)
     fill();
     receiver_.put("Routes/a.rte", {sentence("PMGNRTE,1,1")});
     const support::LogCapture log;
-    EXPECT_THAT(brackets(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 3",
-                                        "endTransfer 3", "startTransfer 2", "endTransfer 2", "gpsStateChange 0"));
+    EXPECT_THAT(brackets(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
+                                        "startTransfer 3", "endTransfer 3", "startTransfer 2",
+                                        "endTransfer 2", "gpsStateChange 0"));
     ASSERT_THAT(log.errors(), SizeIs(1));
     EXPECT_EQ(log.errors().front().path(), receiver_.path("Routes/a.rte"));
 }
@@ -219,9 +239,11 @@ TEST_F(AcquireDriverTest, TheLanguageFileNamesTheFolders)
     receiver_.put("Orte/alle/a.upt", {kWayPoint});
     receiver_.put("Spuren/t.log", {kTrackPoint});
     receiver_.put("Track Logs/t.log", {kTrackPoint});
-    EXPECT_THAT(acquire(), ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3", "startTransfer 3",
-                                       "endTransfer 3", "startTransfer 2", "endTransfer 2", "startTransfer 1", kTrackCall,
-                                       kTrackPointCall, "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(acquire(),
+                ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3",
+                            "startTransfer 3", "endTransfer 3", "startTransfer 2", "endTransfer 2",
+                            "startTransfer 1", kTrackCall, kTrackPointCall, "endTransfer 1",
+                            "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, AFolderKeyThatIsMissingIsAKindThatYieldsNothing)
@@ -238,7 +260,8 @@ TEST_F(AcquireDriverTest, AFolderNameThatIsEmptyOrLeadsOutOfTheVolumeYieldsNothi
     outside.put("a.upt", kWayPoint);
     receiver_.put("stray.upt", {kWayPoint});
     const auto name = "../" + std::filesystem::path{outside.path()}.filename().string();
-    receiver_.languageFile({"MyPOIs=" + name, "Geocaches=", "Routes=..", "TrackLogs=Routes/../../x"});
+    receiver_.languageFile(
+        {"MyPOIs=" + name, "Geocaches=", "Routes=..", "TrackLogs=Routes/../../x"});
     EXPECT_EQ(acquire(), kFourEmptyKinds);
 }
 
@@ -283,7 +306,8 @@ public:
     {
         if (state == 1) {
             std::unique_lock lock{mutex_};
-            (void)released_.wait_for(lock, std::chrono::seconds{30}, [this] { return isReleased_; });
+            (void)released_.wait_for(lock, std::chrono::seconds{30},
+                                     [this] { return isReleased_; });
         }
         RecordingReceiver::gpsStateChange(state);
     }
@@ -343,8 +367,8 @@ TEST_F(AcquireDriverTest, AVolumeThatVanishesInTheMiddleEndsTheAcquire)
     const auto status = std::make_shared<PullingReceiver>(receiver_.path());
     ASSERT_EQ(makeDriver()->gpsRunAcquire(status, {}), std::nullopt);
     ASSERT_TRUE(status->waitUntilIdle());
-    EXPECT_THAT(status->calls(),
-                ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall, "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1", "startTransfer 3", kWayPointCall,
+                                             "endTransfer 3", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, WithoutADeviceTheAnswerIsErrorMinusOneAndTheOnlyCallIsIdle)
@@ -356,8 +380,8 @@ TEST_F(AcquireDriverTest, WithoutADeviceTheAnswerIsErrorMinusOneAndTheOnlyCallIs
     EXPECT_EQ(error->domain(), "com.Orvane.GPSPlugin.ErrorDomain");
     EXPECT_EQ(error->code(), -1);
     EXPECT_EQ(error->description(), "No location was selected for Magellan device");
-    EXPECT_EQ(error->suggestion(),
-              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+    EXPECT_EQ(error->suggestion(), "Please make sure your Magellan device is connected and mounted "
+                                   "on the desktop, and try again");
     EXPECT_EQ(error->path(), std::nullopt);
     EXPECT_THAT(status_->calls(), ElementsAre("gpsStateChange 0"));
     EXPECT_THAT(status_->threads(), ElementsAre(std::this_thread::get_id()));
@@ -414,9 +438,10 @@ TEST_F(AcquireDriverTest, TheWorkDictionaryIsTheOptionsWithFoldersAndTargetPathR
     OpenDriver driver;
     driver.setFsDevice(gps::Dictionary{{"location", receiver_.path()}});
     gps::Dictionary work;
-    EXPECT_EQ(driver.setUpDictionaryForThreadingFromOptions(
-                  {{"folders", "the host's"}, {"targetPath", 7}, {"tracks", false}, {"own", "x"}}, work),
-              std::nullopt);
+    EXPECT_EQ(
+        driver.setUpDictionaryForThreadingFromOptions(
+            {{"folders", "the host's"}, {"targetPath", 7}, {"tracks", false}, {"own", "x"}}, work),
+        std::nullopt);
     EXPECT_EQ(work, (gps::Dictionary{{"folders", gps::Dictionary{{"Routes", "Wege"}}},
                                      {"targetPath", receiver_.path()},
                                      {"tracks", false},
@@ -434,7 +459,8 @@ TEST_F(AcquireDriverTest, TheWorkDictionaryIsUntouchedAfterAFailedSetUp)
 TEST_F(AcquireDriverTest, HostOptionsNamedAsWorkKeysDoNotReachTheWorker)
 {
     fill();
-    EXPECT_THAT(acquire({{"folders", 7}, {"targetPath", 7}, {"output", 7}}), Contains(kTrackPointCall));
+    EXPECT_THAT(acquire({{"folders", 7}, {"targetPath", 7}, {"output", 7}}),
+                Contains(kTrackPointCall));
 }
 
 TEST_F(AcquireDriverTest, ASecondAcquireReadsAnew)
@@ -450,8 +476,8 @@ TEST_F(AcquireDriverTest, ASourcePathIsImportedOnTheHostsThreadWithoutABusyCall)
     fill();
     const auto driver = makeDriver();
     EXPECT_EQ(driver->gpsRunAcquire(status_, {{"sourcePath", file}}), std::nullopt);
-    EXPECT_THAT(status_->calls(),
-                ElementsAre("startTransfer 1", kTrackCall, kTrackPointCall, "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(status_->calls(), ElementsAre("startTransfer 1", kTrackCall, kTrackPointCall,
+                                              "endTransfer 1", "gpsStateChange 0"));
     EXPECT_THAT(status_->threads(), ElementsAre(std::this_thread::get_id()));
     ASSERT_TRUE(driver->securityURL()); // the bracket is that of the device, not of the file
     EXPECT_EQ(driver->securityURL()->path(), receiver_.path());
@@ -459,17 +485,21 @@ TEST_F(AcquireDriverTest, ASourcePathIsImportedOnTheHostsThreadWithoutABusyCall)
 
 TEST_F(AcquireDriverTest, AnImportsErrorIsTheAnswer)
 {
-    const auto error = makeDriver()->gpsRunAcquire(status_, {{"sourcePath", receiver_.path("none.upt")}});
+    const auto error =
+        makeDriver()->gpsRunAcquire(status_, {{"sourcePath", receiver_.path("none.upt")}});
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 260);
-    EXPECT_THAT(status_->calls(), ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(status_->calls(),
+                ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
 TEST_F(AcquireDriverTest, AnImportNeedsNoDevice)
 {
     support::TestFolders::set({});
     const auto driver = makeDriver();
-    EXPECT_EQ(driver->gpsRunAcquire(status_, {{"sourcePath", receiver_.put("t.log", {kTrackPoint})}}), std::nullopt);
+    EXPECT_EQ(
+        driver->gpsRunAcquire(status_, {{"sourcePath", receiver_.put("t.log", {kTrackPoint})}}),
+        std::nullopt);
     EXPECT_THAT(status_->calls(), Contains(kTrackPointCall));
     EXPECT_FALSE(driver->securityURL());
 }
@@ -488,8 +518,8 @@ TEST_F(AcquireDriverTest, ARangeFailureInAnImportReachesTheHostAfterTheEndWasRep
     const auto file = receiver_.put("t.log", {kTrackPoint, sentence("PMGNTRK,1")});
     const auto driver = makeDriver();
     EXPECT_THROW((void)driver->gpsRunAcquire(status_, {{"sourcePath", file}}), gps::RangeError);
-    EXPECT_THAT(status_->calls(),
-                ElementsAre("startTransfer 1", kTrackCall, kTrackPointCall, "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(status_->calls(), ElementsAre("startTransfer 1", kTrackCall, kTrackPointCall,
+                                              "endTransfer 1", "gpsStateChange 0"));
 }
 
 } // namespace

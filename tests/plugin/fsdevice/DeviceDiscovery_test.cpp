@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <memory>
@@ -9,9 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
@@ -36,15 +35,20 @@ protected:
     /// Makes a receiver's unit file one that the system will not let nobody read.
     static void refuse(const support::ReceiverFolder& receiver)
     {
-        std::filesystem::permissions(receiver.path("USBTRANS/UNIT_ID.DAT"), std::filesystem::perms::none);
+        std::filesystem::permissions(receiver.path("USBTRANS/UNIT_ID.DAT"),
+                                     std::filesystem::perms::none);
     }
 
-    static gps::Dictionary record(const support::ReceiverFolder& receiver, const char* name, bool authorized)
+    static gps::Dictionary record(const support::ReceiverFolder& receiver, const char* name,
+                                  bool authorized)
     {
         return {{"location", receiver.path()}, {"name", name}, {"authorized", authorized}};
     }
 
-    [[nodiscard]] gps::PopUpButton& menu() const { return *driver_->gpsView()->find<gps::PopUpButton>("deviceListMenu"); }
+    [[nodiscard]] gps::PopUpButton& menu() const
+    {
+        return *driver_->gpsView()->find<gps::PopUpButton>("deviceListMenu");
+    }
     [[nodiscard]] gps::Button& button() const { return *driver_->deviceButton(); }
 
     support::TestFolders folders_{{}};
@@ -85,7 +89,8 @@ TEST_F(DeviceDiscoveryTest, OneDeviceThatTheSystemRefusesIsUnauthorizedAndShowsT
     const support::AsNobody nobody;
     const support::LogCapture log;
     find({first_.path()});
-    EXPECT_EQ(driver_->deviceList(), gps::Array{record(first_, "Unauthorized Magellan device", false)});
+    EXPECT_EQ(driver_->deviceList(),
+              gps::Array{record(first_, "Unauthorized Magellan device", false)});
     EXPECT_FALSE(driver_->isReady());
     EXPECT_TRUE(menu().isHidden());
     EXPECT_FALSE(button().isHidden());
@@ -122,8 +127,9 @@ TEST_F(DeviceDiscoveryTest, AnyOtherReadErrorIsLoggedAndTheDeviceCountsAsAuthori
     second_.folder().makeFolder("USBTRANS/UNIT_ID.DAT");
     const support::LogCapture log;
     find({first_.path(), second_.path()});
-    EXPECT_EQ(driver_->deviceList(), (gps::Array{record(first_, "Unauthorized Magellan device", true),
-                                                 record(second_, "Unauthorized Magellan device", true)}));
+    EXPECT_EQ(driver_->deviceList(),
+              (gps::Array{record(first_, "Unauthorized Magellan device", true),
+                          record(second_, "Unauthorized Magellan device", true)}));
     EXPECT_TRUE(driver_->isReady());
     EXPECT_TRUE(button().isHidden());
     EXPECT_THAT(log.lines(), ElementsAre(StartsWith("Error: "), StartsWith("Error: ")));
@@ -156,7 +162,8 @@ TEST_F(DeviceDiscoveryTest, ADeviceIsNamedAfterItsSerialNumber)
     }
 }
 
-TEST_F(DeviceDiscoveryTest, TestFoldersAreListedInTheirOrderThoughTheyAreNotRemovableAndOthersAreLeftOut)
+TEST_F(DeviceDiscoveryTest,
+       TestFoldersAreListedInTheirOrderThoughTheyAreNotRemovableAndOthersAreLeftOut)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -223,7 +230,8 @@ TEST_F(DeviceDiscoveryTest, PickingAnEntrySelectsThatDeviceAndItsAuthorizationSh
 
 TEST_F(DeviceDiscoveryTest, TheButtonIsHiddenExactlyWhenNothingOrSomethingAuthorizedIsSelected)
 {
-    for (const auto& [device, hidden] : std::vector<std::pair<std::optional<gps::Dictionary>, bool>>{
+    for (const auto& [device, hidden] :
+         std::vector<std::pair<std::optional<gps::Dictionary>, bool>>{
              {std::nullopt, true},
              {gps::Dictionary{{"location", "/a"}, {"authorized", true}}, true},
              {gps::Dictionary{{"location", "/a"}, {"authorized", false}}, false},

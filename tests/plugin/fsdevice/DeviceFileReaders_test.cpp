@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/DeviceFileReaders.h>
-
-#include <plugin/codec/RouteSentence.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <initializer_list>
@@ -13,15 +12,13 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/codec/RouteSentence.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
 #include <support/RecordingReceiver.h>
 #include <support/Sentence.h>
 #include <support/TemporaryFolder.h>
-
 #include <sys/stat.h>
 
 namespace magellan {
@@ -34,29 +31,36 @@ using testing::SizeIs;
 using testing::StartsWith;
 
 using Calls = std::vector<std::string>;
-using Report = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status, const std::string& path);
+using Report = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
+                                             const std::string& path);
 
 const std::string kEnd = sentence("PMGNCMD,END");
 
 /// A point at noon of a day without a date, on the given track.
 std::string trackPoint(std::string_view name, std::string_view degrees = "46")
 {
-    return sentence("PMGNTRK," + std::string{degrees} + "00.000,N,00730.000,E,00500,M,120000.00,A," + std::string{name});
+    return sentence("PMGNTRK," + std::string{degrees} +
+                    "00.000,N,00730.000,E,00500,M,120000.00,A," + std::string{name});
 }
 
 std::string wayPoint(std::string_view name, std::string_view comment = "")
 {
-    return sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M," + std::string{name} + "," + std::string{comment} + ",c");
+    return sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M," + std::string{name} + "," +
+                    std::string{comment} + ",c");
 }
 
 std::string geoCache(std::string_view name, std::string_view hint = "")
 {
-    return sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M," + std::string{name} + ",,," + std::string{hint} + ",,,,,");
+    return sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M," + std::string{name} + ",,," +
+                    std::string{hint} + ",,,,,");
 }
 
 class DeviceFileReadersTest : public testing::Test {
 protected:
-    std::string put(std::initializer_list<std::string_view> lines) const { return folder_.put("file", support::fileOf(lines)); }
+    std::string put(std::initializer_list<std::string_view> lines) const
+    {
+        return folder_.put("file", support::fileOf(lines));
+    }
 
     /// What a reader reports of a file, which it must be able to read.
     static Calls reported(Report reader, const std::string& path)
@@ -89,13 +93,16 @@ std::string newTrack(const std::string& name)
 TEST_F(ReadTracks, PointsWithoutANameAreOneCurrentTrack)
 {
     EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("", "47"), kEnd})),
-                ElementsAre(newTrack("Current Track"), kUnnamed46, "trackPoint (47, 7.5, 500, 43200, 0) {}"));
+                ElementsAre(newTrack("Current Track"), kUnnamed46,
+                            "trackPoint (47, 7.5, 500, 43200, 0) {}"));
 }
 
 TEST_F(ReadTracks, TheNamesABAThatFollowOneAnotherAreThreeTracks)
 {
-    EXPECT_THAT(reported(acquireTracks, put({trackPoint("A"), trackPoint("A"), trackPoint("B"), trackPoint("A")})),
-                ElementsAre(newTrack("A"), named46("A"), named46("A"), newTrack("B"), named46("B"), newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks,
+                         put({trackPoint("A"), trackPoint("A"), trackPoint("B"), trackPoint("A")})),
+                ElementsAre(newTrack("A"), named46("A"), named46("A"), newTrack("B"), named46("B"),
+                            newTrack("A"), named46("A")));
 }
 
 TEST_F(ReadTracks, PointsWithoutANameBelongToTheTrackInProgress)
@@ -114,44 +121,56 @@ TEST_F(ReadTracks, ANameAfterUnnamedPointsOpensATrackUnlessItIsTheirsAlready)
 
 TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeAndTheFirstOneHasNone)
 {
-    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,235959,A,,290208"),
-                                             trackPoint("")})),
-                ElementsAre(newTrack("Current Track"), kUnnamed46, "trackPoint (46, 7.5, 500, 1204329599, 0) {}",
+    EXPECT_THAT(reported(acquireTracks,
+                         put({trackPoint(""),
+                              sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,235959,A,,290208"),
+                              trackPoint("")})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46,
+                            "trackPoint (46, 7.5, 500, 1204329599, 0) {}",
                             "trackPoint (46, 7.5, 500, 1204286400, 0) {}"));
-    EXPECT_THAT(reported(acquireTracks, put({trackPoint("")})), ElementsAre(newTrack("Current Track"), kUnnamed46));
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint("")})),
+                ElementsAre(newTrack("Current Track"), kUnnamed46));
 }
 
 TEST_F(ReadTracks, OtherLinesArePassedOver)
 {
-    EXPECT_THAT(reported(acquireTracks, put({"", "garbage", wayPoint("W"), support::breakChecksum(trackPoint("X")), "$",
-                                             trackPoint("A"), "", kEnd, "$PMGNTRK,46"})),
+    EXPECT_THAT(reported(acquireTracks,
+                         put({"", "garbage", wayPoint("W"), support::breakChecksum(trackPoint("X")),
+                              "$", trackPoint("A"), "", kEnd, "$PMGNTRK,46"})),
                 ElementsAre(newTrack("A"), named46("A")));
 }
 
 TEST_F(ReadTracks, AFileOfBareLineFeedsIsOneLine)
 {
-    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n" + trackPoint("A") + "\n")), IsEmpty());
-    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n")), ElementsAre(newTrack("A"), named46("A")));
+    EXPECT_THAT(
+        reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n" + trackPoint("A") + "\n")),
+        IsEmpty());
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\n")),
+                ElementsAre(newTrack("A"), named46("A")));
 }
 
 TEST_F(ReadTracks, AFileThatEndsInALineEndHasAnEmptyLastLineThatIsRefused)
 {
-    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\r\n")), ElementsAre(newTrack("A"), named46("A")));
-    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A"))), ElementsAre(newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\r\n")),
+                ElementsAre(newTrack("A"), named46("A")));
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A"))),
+                ElementsAre(newTrack("A"), named46("A")));
     EXPECT_THAT(reported(acquireTracks, folder_.put("f", "\r\n")), IsEmpty());
     EXPECT_THAT(reported(acquireTracks, folder_.put("f", "")), IsEmpty());
 }
 
 TEST_F(ReadTracks, ANulByteDamagesItsLineAlone)
 {
-    EXPECT_THAT(reported(acquireTracks, folder_.put("f", std::string{"\0", 1} + trackPoint("A") + "\r\n" + trackPoint("B"))),
+    EXPECT_THAT(reported(acquireTracks, folder_.put("f", std::string{"\0", 1} + trackPoint("A") +
+                                                             "\r\n" + trackPoint("B"))),
                 ElementsAre(newTrack("B"), named46("B")));
 }
 
 TEST_F(ReadTracks, ASentenceThatIsTooShortThrowsAfterWhatStandsBeforeIt)
 {
     support::RecordingReceiver status;
-    const auto path = put({trackPoint("A"), sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M"), trackPoint("A")});
+    const auto path =
+        put({trackPoint("A"), sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M"), trackPoint("A")});
     EXPECT_THROW(acquireTracks(status, path), gps::RangeError);
     EXPECT_THAT(status.calls(), ElementsAre(newTrack("A"), named46("A")));
 }
@@ -173,20 +192,25 @@ TEST_F(ReadWayPoints, AreReportedInFileOrderWithoutTheirPointAmongTheExtras)
 
 TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordAtTheFirstOnesPlace)
 {
-    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second")})),
+    EXPECT_THAT(reported(acquireWayPoints,
+                         put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second")})),
                 ElementsAre(reportedWayPoint("A", "second"), reportedWayPoint("B")));
 }
 
 TEST_F(ReadWayPoints, OneWithoutANameIsLeftOutAndOneWithAnEmptyNameIsNot)
 {
-    EXPECT_THAT(reported(acquireWayPoints, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")})),
+    EXPECT_THAT(reported(acquireWayPoints,
+                         put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")})),
                 ElementsAre(reportedWayPoint("")));
 }
 
 TEST_F(ReadWayPoints, AKeyOfOneLineDoesNotReachTheNext)
 {
-    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,B,")})),
-                ElementsAre(reportedWayPoint("A"), std::string{"wayPoint "} + kPoint + " {name = \"B\", comment = \"\"}"));
+    EXPECT_THAT(
+        reported(acquireWayPoints,
+                 put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,B,")})),
+        ElementsAre(reportedWayPoint("A"),
+                    std::string{"wayPoint "} + kPoint + " {name = \"B\", comment = \"\"}"));
 }
 
 TEST_F(ReadWayPoints, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
@@ -199,19 +223,25 @@ TEST_F(ReadWayPoints, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
 
 TEST_F(ReadWayPoints, OtherLinesArePassedOverAndBareLineFeedsMakeOneLine)
 {
-    EXPECT_THAT(reported(acquireWayPoints,
-                         put({"", trackPoint("T"), geoCache("G"), support::breakChecksum(wayPoint("X")), wayPoint("A")})),
-                ElementsAre(reportedWayPoint("A")));
-    EXPECT_THAT(reported(acquireWayPoints, folder_.put("f", wayPoint("A") + "\n" + wayPoint("B"))), IsEmpty());
+    EXPECT_THAT(
+        reported(acquireWayPoints, put({"", trackPoint("T"), geoCache("G"),
+                                        support::breakChecksum(wayPoint("X")), wayPoint("A")})),
+        ElementsAre(reportedWayPoint("A")));
+    EXPECT_THAT(reported(acquireWayPoints, folder_.put("f", wayPoint("A") + "\n" + wayPoint("B"))),
+                IsEmpty());
 }
 
 TEST_F(ReadWayPoints, CollectedOnesKeepTheirPointAndReplaceThoseOfTheSameName)
 {
-    gps::Dictionary records{{"A", gps::Dictionary{{"name", "A"}, {"old", 1}}}, {"Z", gps::Dictionary{{"name", "Z"}}}};
-    EXPECT_EQ(acquireWayPointsFromPath(put({wayPoint("B"), wayPoint("A", "new")}), records), std::nullopt);
+    gps::Dictionary records{{"A", gps::Dictionary{{"name", "A"}, {"old", 1}}},
+                            {"Z", gps::Dictionary{{"name", "Z"}}}};
+    EXPECT_EQ(acquireWayPointsFromPath(put({wayPoint("B"), wayPoint("A", "new")}), records),
+              std::nullopt);
     EXPECT_EQ(gps::describe(records),
-              "{A = {name = \"A\", comment = \"new\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}, Z = {name = \"Z\"}, "
-              "B = {name = \"B\", comment = \"\", symbol = \"Residence\", point = (46, 7.5, 500, 0, 0)}}");
+              "{A = {name = \"A\", comment = \"new\", symbol = \"Residence\", point = (46, 7.5, "
+              "500, 0, 0)}, Z = {name = \"Z\"}, "
+              "B = {name = \"B\", comment = \"\", symbol = \"Residence\", point = (46, 7.5, 500, "
+              "0, 0)}}");
 }
 
 TEST_F(ReadWayPoints, AreCollectedAsTheyAreReported)
@@ -222,7 +252,8 @@ TEST_F(ReadWayPoints, AreCollectedAsTheyAreReported)
     ASSERT_EQ(acquireWayPointsFromPath(path, records), std::nullopt);
     Calls calls;
     for (const auto& entry : records)
-        calls.push_back(reportedWayPoint(entry.key, *entry.value.as<gps::Dictionary>()->findString("comment")));
+        calls.push_back(
+            reportedWayPoint(entry.key, *entry.value.as<gps::Dictionary>()->findString("comment")));
     EXPECT_EQ(reported(acquireWayPoints, path), calls);
 }
 
@@ -230,19 +261,22 @@ std::string reportedGeoCache(const std::string& name, const std::string& hint = 
 {
     return std::string{"wayPoint "} + kPoint + " {name = \"" + name +
            "\", comment = \"\", geocacheOwner = \"\", geocacheHint = \"" + hint +
-           "\", geocacheType = \"\", datePlaced = \"\", dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = "
+           "\", geocacheType = \"\", datePlaced = \"\", dateFound = \"\", difficulty = \"\", "
+           "terrain = \"\", symbol = "
            "\"Geocache\"}";
 }
 
 TEST_F(ReadGeoCaches, AreReportedAsWaypointsInFileOrder)
 {
-    EXPECT_THAT(reported(acquireGeoCaches, put({geoCache("B"), wayPoint("W"), geoCache("A"), kEnd})),
-                ElementsAre(reportedGeoCache("B"), reportedGeoCache("A")));
+    EXPECT_THAT(
+        reported(acquireGeoCaches, put({geoCache("B"), wayPoint("W"), geoCache("A"), kEnd})),
+        ElementsAre(reportedGeoCache("B"), reportedGeoCache("A")));
 }
 
 TEST_F(ReadGeoCaches, TwoOfOneNameAreOneCallWithTheSecondRecord)
 {
-    EXPECT_THAT(reported(acquireGeoCaches, put({geoCache("A", "first"), geoCache("B"), geoCache("A", "second")})),
+    EXPECT_THAT(reported(acquireGeoCaches,
+                         put({geoCache("A", "first"), geoCache("B"), geoCache("A", "second")})),
                 ElementsAre(reportedGeoCache("A", "second"), reportedGeoCache("B")));
 }
 
@@ -270,29 +304,35 @@ std::string routePoint(const std::string& name)
 
 TEST_F(ReadRoutes, ARouteIsReportedWithoutItsPointsWhichFollowWithTheirPoint)
 {
-    EXPECT_THAT(
-        reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), wayPoint("unused"), sentence("PMGNRTE,2,1,c,1,Loop,B,a,A,a"),
-                                     sentence("PMGNRTE,2,2,m,1,Loop,hello"), kEnd})),
-        ElementsAre("newRoute {name = \"Loop\", lastIndex = 2, comment = \"hello\"}", routePoint("B"), routePoint("A")));
+    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), wayPoint("unused"),
+                                             sentence("PMGNRTE,2,1,c,1,Loop,B,a,A,a"),
+                                             sentence("PMGNRTE,2,2,m,1,Loop,hello"), kEnd})),
+                ElementsAre("newRoute {name = \"Loop\", lastIndex = 2, comment = \"hello\"}",
+                            routePoint("B"), routePoint("A")));
 }
 
 TEST_F(ReadRoutes, EachStartsAnewAndTheyAreReportedInFileOrder)
 {
-    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R2,A,a"),
-                                             sentence("PMGNRTE,2,2,m,1,R2,hello"), sentence("PMGNRTE,1,1,c,1,R1,A,a")})),
-                ElementsAre("newRoute {name = \"R2\", lastIndex = 2, comment = \"hello\"}", routePoint("A"),
-                            "newRoute {name = \"R1\", lastIndex = 1}", routePoint("A")));
+    EXPECT_THAT(
+        reported(acquireRoutes,
+                 put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R2,A,a"),
+                      sentence("PMGNRTE,2,2,m,1,R2,hello"), sentence("PMGNRTE,1,1,c,1,R1,A,a")})),
+        ElementsAre("newRoute {name = \"R2\", lastIndex = 2, comment = \"hello\"}", routePoint("A"),
+                    "newRoute {name = \"R1\", lastIndex = 1}", routePoint("A")));
 }
 
 TEST_F(ReadRoutes, OneWhoseLastSentenceNeverComesIsDropped)
 {
-    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kEnd})), IsEmpty());
+    EXPECT_THAT(
+        reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kEnd})),
+        IsEmpty());
 }
 
 TEST_F(ReadRoutes, OfTwoOfOneNameTheLastWins)
 {
-    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,A,a"),
-                                             sentence("PMGNRTE,1,1,c,1,R,B,a")})),
+    EXPECT_THAT(reported(acquireRoutes,
+                         put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,A,a"),
+                              sentence("PMGNRTE,1,1,c,1,R,B,a")})),
                 ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("B")));
 }
 
@@ -306,22 +346,24 @@ TEST_F(ReadRoutes, WaypointsBehindTheRouteAreNotFoundForItsNames)
 
 TEST_F(ReadRoutes, AWaypointWithoutANameIsLeftOutAndTheRouteGoesOn)
 {
-    EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("A"),
-                                             sentence("PMGNRTE,1,1,c,1,R,A,a")})),
+    EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"),
+                                             wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a")})),
                 ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("A")));
 }
 
 TEST_F(ReadRoutes, WaypointsBetweenARoutesSentencesDoNotDisturbIt)
 {
-    EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), wayPoint("B"), "",
-                                             sentence("PMGNRTE,2,2,c,1,R,B,a")})),
-                ElementsAre("newRoute {name = \"R\", lastIndex = 2}", routePoint("A"), routePoint("B")));
+    EXPECT_THAT(
+        reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"),
+                                     wayPoint("B"), "", sentence("PMGNRTE,2,2,c,1,R,B,a")})),
+        ElementsAre("newRoute {name = \"R\", lastIndex = 2}", routePoint("A"), routePoint("B")));
 }
 
 TEST_F(ReadRoutes, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
 {
     support::RecordingReceiver status;
-    const auto path = put({wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a"), sentence("PMGNRTE,1,1,c,1")});
+    const auto path =
+        put({wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a"), sentence("PMGNRTE,1,1,c,1")});
     EXPECT_THROW(acquireRoutes(status, path), gps::RangeError);
     EXPECT_THAT(status.calls(), IsEmpty());
 }
@@ -342,9 +384,10 @@ TEST_F(ReadRoutes, CollectedOnesHoldTheirPointsInOrder)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    EXPECT_EQ(
-        acquireRoutesFromPath(put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,B,a,A,a")}), waypoints, routes),
-        std::nullopt);
+    EXPECT_EQ(acquireRoutesFromPath(
+                  put({wayPoint("A"), wayPoint("B"), sentence("PMGNRTE,1,1,c,1,R,B,a,A,a")}),
+                  waypoints, routes),
+              std::nullopt);
     EXPECT_EQ(waypoints.size(), 2U);
     ASSERT_NE(routes.findDictionary("R"), nullptr);
     const auto* points = routes.findDictionary("R")->find("points")->as<gps::Array>();
@@ -386,8 +429,8 @@ void expectUnreadable(const std::string& path, int code)
         EXPECT_EQ(told.domain(), "com.Orvane.GPSPlugin.ErrorDomain");
         EXPECT_EQ(told.code(), -3);
         EXPECT_EQ(told.description(), message);
-        EXPECT_EQ(told.suggestion(),
-                  "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+        EXPECT_EQ(told.suggestion(), "Please make sure your Magellan device is connected and "
+                                     "mounted on the desktop, and try again");
         EXPECT_EQ(told.path(), path);
         const auto* underlying = told.userInfo().findDictionary(gps::kErrorUnderlyingKey);
         ASSERT_NE(underlying, nullptr);
@@ -404,7 +447,8 @@ TEST_F(UnreadableFile, OneThatIsMissingIsLoggedAndReportsNothing)
 
 TEST_F(UnreadableFile, OneThatIsNotAsciiIsLoggedAndReportsNothing)
 {
-    expectUnreadable(folder_.put("f", trackPoint("A") + "\r\n" + wayPoint("A") + "\r\n\xC3\xA9"), 261);
+    expectUnreadable(folder_.put("f", trackPoint("A") + "\r\n" + wayPoint("A") + "\r\n\xC3\xA9"),
+                     261);
 }
 
 TEST_F(UnreadableFile, AFolderOrAFifoIsLoggedAtOnce)
@@ -443,7 +487,8 @@ TEST_F(DeviceFileReadersTest, ALinkToARegularFileIsReadThrough)
 {
     (void)put({wayPoint("A")});
     std::filesystem::create_symlink("file", folder_.path("link"));
-    EXPECT_THAT(reported(acquireWayPoints, folder_.path("link")), ElementsAre(reportedWayPoint("A")));
+    EXPECT_THAT(reported(acquireWayPoints, folder_.path("link")),
+                ElementsAre(reportedWayPoint("A")));
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/DeviceFileWriters.h>
+#include "../../platform/System/PrivateMount.h"
+#include "../../support/LogCapture.h"
+#include "../../support/RecordingReceiver.h"
+#include "../../support/Sentence.h"
+#include "../../support/TemporaryFolder.h"
 
-#include <plugin/codec/FieldText.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cmath>
@@ -16,13 +19,9 @@
 #include <string_view>
 #include <vector>
 
-#include <gmock/gmock.h>
-
-#include "../../platform/System/PrivateMount.h"
-#include "../../support/LogCapture.h"
-#include "../../support/RecordingReceiver.h"
-#include "../../support/Sentence.h"
-#include "../../support/TemporaryFolder.h"
+#include <plugin/codec/FieldText.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+#include <plugin/fsdevice/DeviceFileWriters.h>
 
 using magellan::getNextFileNameFromPath;
 using magellan::mergeGeocaches;
@@ -39,25 +38,32 @@ namespace {
 
 constexpr char kClosing[] = "$PMGNCMD,END*3D";
 
-gps::Dictionary waypoint(std::string_view name, double latitude = 46.5, std::string_view symbol = "a")
+gps::Dictionary waypoint(std::string_view name, double latitude = 46.5,
+                         std::string_view symbol = "a")
 {
-    return {{"name", name}, {"comment", ""}, {"symbol", symbol}, {"point", gps::GPSPoint{latitude, 7.25, 400, 0, 0}}};
+    return {{"name", name},
+            {"comment", ""},
+            {"symbol", symbol},
+            {"point", gps::GPSPoint{latitude, 7.25, 400, 0, 0}}};
 }
 
-std::string waypointLine(std::string_view name, std::string_view latitude = "4630.00000", std::string_view icon = "a")
+std::string waypointLine(std::string_view name, std::string_view latitude = "4630.00000",
+                         std::string_view icon = "a")
 {
-    return sentence("PMGNWPL," + std::string{latitude} + ",N,00715.00000,E,0000400,M," + std::string{name} + ",," +
-                    std::string{icon});
+    return sentence("PMGNWPL," + std::string{latitude} + ",N,00715.00000,E,0000400,M," +
+                    std::string{name} + ",," + std::string{icon});
 }
 
 gps::Dictionary geocache(std::string_view name, std::string_view type = "Multi")
 {
-    return {{"name", name}, {"geocacheType", type}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
+    return {
+        {"name", name}, {"geocacheType", type}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
 }
 
 std::string geocacheLine(std::string_view name, std::string_view type = "Multi")
 {
-    return sentence("PMGNGEO,4630.00000,N,00715.00000,E,0000400,M," + std::string{name} + ",,,," + std::string{type} + ",,,,");
+    return sentence("PMGNGEO,4630.00000,N,00715.00000,E,0000400,M," + std::string{name} + ",,,," +
+                    std::string{type} + ",,,,");
 }
 
 gps::Dictionary route(std::string_view name, gps::Array points)
@@ -103,23 +109,30 @@ protected:
 TEST_F(DeviceFileWriters, TrackIsWrittenAsItsPointsAndTheClosingSentenceWithoutALineEndBehindIt)
 {
     ASSERT_FALSE(saveTracks({track({trackPoint(46.5), trackPoint(-46.5)})}, folder.path(), false));
-    EXPECT_EQ(folder.read("TKLG000.log"), written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808"),
-                                                   sentence("PMGNTRK,4630.00000,S,00715.00000,E,01200,M,061548.00,A,,110808")}));
+    EXPECT_EQ(
+        folder.read("TKLG000.log"),
+        written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808"),
+                 sentence("PMGNTRK,4630.00000,S,00715.00000,E,01200,M,061548.00,A,,110808")}));
 }
 
 TEST_F(DeviceFileWriters, TrackPointWithoutItsPointGivesNoLine)
 {
     ASSERT_FALSE(
-        saveTracks({track({gps::Dictionary{{"name", "no point"}}, trackPoint(46.5), "no record"})}, folder.path(), false));
-    EXPECT_EQ(folder.read("TKLG000.log"), written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808")}));
+        saveTracks({track({gps::Dictionary{{"name", "no point"}}, trackPoint(46.5), "no record"})},
+                   folder.path(), false));
+    EXPECT_EQ(
+        folder.read("TKLG000.log"),
+        written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808")}));
 }
 
 TEST_F(DeviceFileWriters, TrackPointThatHasNoTextIsLoggedAndLeftOut)
 {
-    ASSERT_FALSE(
-        saveTracks({track({trackPoint(90.1), trackPoint(std::numeric_limits<double>::quiet_NaN())})}, folder.path(), false));
+    ASSERT_FALSE(saveTracks(
+        {track({trackPoint(90.1), trackPoint(std::numeric_limits<double>::quiet_NaN())})},
+        folder.path(), false));
     EXPECT_EQ(folder.read("TKLG000.log"), kClosing);
-    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("failed to create sentence for list from"), HasSubstr("failed to create")));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("failed to create sentence for list from"),
+                                         HasSubstr("failed to create")));
 }
 
 TEST_F(DeviceFileWriters, TracksTakeTheLowestFreeNumbersGapsFirst)
@@ -137,7 +150,8 @@ TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverGiven)
 {
     for (int number = 0; number < 998; ++number)
         folder.put(magellan::trackFileName(number), "");
-    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), folder.path("TKLG998.log"));
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName),
+              folder.path("TKLG998.log"));
     folder.put("TKLG998.log", "");
     EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), std::nullopt);
 }
@@ -145,7 +159,8 @@ TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverGiven)
 TEST_F(DeviceFileWriters, FolderOfATracksNameCountsAsTaken)
 {
     folder.makeFolder("TKLG000.log");
-    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), folder.path("TKLG001.log"));
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName),
+              folder.path("TKLG001.log"));
 }
 
 TEST_F(DeviceFileWriters, WithoutAFreeNumberSavingStopsWithTheWriteErrorOfAFileThatExists)
@@ -184,13 +199,15 @@ TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThePresentOneInItsPlaceA
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), waypointLine("Home")}));
     ASSERT_FALSE(mergeWaypoints({waypoint("Camp", 47), waypoint("Peak")}, path));
-    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp", "4700.00000"), waypointLine("Home"), waypointLine("Peak")}));
+    EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp", "4700.00000"),
+                                             waypointLine("Home"), waypointLine("Peak")}));
 }
 
 TEST_F(DeviceFileWriters, WaypointWithoutANameIsDropped)
 {
     ASSERT_FALSE(
-        mergeWaypoints({gps::Dictionary{{"point", gps::GPSPoint{}}}, "no record", waypoint("Camp")}, folder.path("p.upt")));
+        mergeWaypoints({gps::Dictionary{{"point", gps::GPSPoint{}}}, "no record", waypoint("Camp")},
+                       folder.path("p.upt")));
     EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
 }
 
@@ -219,7 +236,8 @@ TEST_F(DeviceFileWriters, MissingPresentFileCountsAsEmptyAndIsLogged)
                                          HasSubstr("Couldn't read route data from device")));
     EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
     EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Oak")}));
-    EXPECT_EQ(folder.read("r.rte"), written({waypointLine("Camp"), sentence("PMGNRTE,1,1,c,1,Loop,Camp,a")}));
+    EXPECT_EQ(folder.read("r.rte"),
+              written({waypointLine("Camp"), sentence("PMGNRTE,1,1,c,1,Loop,Camp,a")}));
 }
 
 TEST_F(DeviceFileWriters, FolderInTheDefaultFilesPlaceIsTheWriteErrorAndStays)
@@ -236,7 +254,8 @@ TEST_F(DeviceFileWriters, FolderInTheDefaultFilesPlaceIsTheWriteErrorAndStays)
 TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp")}));
-    const auto error = mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code passes no filter
+    const auto error =
+        mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code passes no filter
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 517);
     EXPECT_EQ(folder.read("p.upt"), fileOf({waypointLine("Camp")}));
@@ -259,13 +278,15 @@ TEST_F(DeviceFileWriters, TooShortSentenceInThePresentFileThrowsAndLeavesItAsItW
 
 TEST_F(DeviceFileWriters, GeocacheWithAnIdentifierReplacesOnlyThePresentOneOfThatName)
 {
-    const auto path = folder.put("c.gs", fileOf({geocacheLine("GC1", "Old"), geocacheLine("Oak", "Old")}));
+    const auto path =
+        folder.put("c.gs", fileOf({geocacheLine("GC1", "Old"), geocacheLine("Oak", "Old")}));
     auto byId = geocache("Renamed");
     byId.set("cacheID", "GC1");
     auto sameName = geocache("Oak");
     sameName.set("cacheID", "GC2");
     ASSERT_FALSE(mergeGeocaches({byId, sameName}, path));
-    EXPECT_EQ(folder.read("c.gs"), written({geocacheLine("Renamed"), geocacheLine("Oak", "Old"), geocacheLine("Oak")}));
+    EXPECT_EQ(folder.read("c.gs"),
+              written({geocacheLine("Renamed"), geocacheLine("Oak", "Old"), geocacheLine("Oak")}));
 }
 
 TEST_F(DeviceFileWriters, GeocacheWithoutAnIdentifierReplacesThePresentOneOfItsName)
@@ -286,7 +307,8 @@ TEST_F(DeviceFileWriters, IdentifierThatIsANumberCountsByItsDecimalText)
 
 TEST_F(DeviceFileWriters, GeocacheWithNeitherIdentifierNorNameIsDropped)
 {
-    ASSERT_FALSE(mergeGeocaches({gps::Dictionary{{"point", gps::GPSPoint{}}}}, folder.path("c.gs")));
+    ASSERT_FALSE(
+        mergeGeocaches({gps::Dictionary{{"point", gps::GPSPoint{}}}}, folder.path("c.gs")));
     EXPECT_EQ(folder.read("c.gs"), kClosing);
 }
 
@@ -302,33 +324,41 @@ TEST_F(DeviceFileWriters, RouteFileListsItsWaypointsSortedByNameThenItsRoutesNum
     auto number7 = route("Way", {waypoint("b"), waypoint("B")});
     number7.set("number", 7);
     ASSERT_FALSE(mergeRoutes({number7, route("Loop", {waypoint("a")})}, folder.path("r.rte")));
-    EXPECT_EQ(folder.read("r.rte"), written({waypointLine("B"), waypointLine("a"), waypointLine("b"),
-                                             sentence("PMGNRTE,1,1,c,1,Way,b,a,B,a"), sentence("PMGNRTE,1,1,c,2,Loop,a,a")}));
+    EXPECT_EQ(
+        folder.read("r.rte"),
+        written({waypointLine("B"), waypointLine("a"), waypointLine("b"),
+                 sentence("PMGNRTE,1,1,c,1,Way,b,a,B,a"), sentence("PMGNRTE,1,1,c,2,Loop,a,a")}));
 }
 
 TEST_F(DeviceFileWriters, RoutePointThatEqualsTheDevicesKeepsItsNameAndOneThatDiffersGetsANumber)
 {
-    const auto path =
-        folder.put("r.rte", fileOf({waypointLine("Home"), waypointLine("Stop"), sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a")}));
-    // The receiver's own record of an unknown icon: its symbol is the icon's name in the symbol map.
+    const auto path = folder.put("r.rte", fileOf({waypointLine("Home"), waypointLine("Stop"),
+                                                  sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a")}));
+    // The receiver's own record of an unknown icon: its symbol is the icon's name in the symbol
+    // map.
     gps::Dictionary present;
     gps::Dictionary routes;
     magellan::acquireRoutesFromPath(path, present, routes);
     ASSERT_FALSE(mergeRoutes({route("New", {*present.find("Home"), waypoint("Stop", 47)})}, path));
-    EXPECT_EQ(folder.read("r.rte"),
-              written({waypointLine("Home"), waypointLine("Stop"), waypointLine("Stop 1", "4700.00000"),
-                       sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a"), sentence("PMGNRTE,1,1,c,2,New,Home,a,Stop 1,a")}));
+    EXPECT_EQ(folder.read("r.rte"), written({waypointLine("Home"), waypointLine("Stop"),
+                                             waypointLine("Stop 1", "4700.00000"),
+                                             sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a"),
+                                             sentence("PMGNRTE,1,1,c,2,New,Home,a,Stop 1,a")}));
 }
 
 TEST_F(DeviceFileWriters, EachFurtherClashInARouteGetsTheNextNumber)
 {
     gps::Dictionary waypoints{{"Stop", waypoint("Stop", 1)}};
     gps::Dictionary routes;
-    magellan::mergeRoute(route("R", {waypoint("Stop", 2), waypoint("Stop", 3), waypoint("Stop", 1)}), waypoints, routes);
-    EXPECT_EQ(
-        waypoints,
-        (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 2)}, {"Stop 2", waypoint("Stop 2", 3)}}));
-    EXPECT_EQ(routes, (gps::Dictionary{{"R", route("R", {waypoint("Stop 1", 2), waypoint("Stop 2", 3), waypoint("Stop", 1)})}}));
+    magellan::mergeRoute(
+        route("R", {waypoint("Stop", 2), waypoint("Stop", 3), waypoint("Stop", 1)}), waypoints,
+        routes);
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", waypoint("Stop", 1)},
+                                          {"Stop 1", waypoint("Stop 1", 2)},
+                                          {"Stop 2", waypoint("Stop 2", 3)}}));
+    EXPECT_EQ(routes,
+              (gps::Dictionary{{"R", route("R", {waypoint("Stop 1", 2), waypoint("Stop 2", 3),
+                                                 waypoint("Stop", 1)})}}));
 }
 
 TEST_F(DeviceFileWriters, CountersStartAfreshForEachRouteSoThatTheSecondReplacesTheFirst)
@@ -337,14 +367,17 @@ TEST_F(DeviceFileWriters, CountersStartAfreshForEachRouteSoThatTheSecondReplaces
     gps::Dictionary routes;
     magellan::mergeRoute(route("R", {waypoint("Stop", 2)}), waypoints, routes);
     magellan::mergeRoute(route("S", {waypoint("Stop", 3)}), waypoints, routes);
-    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 3)}}));
+    EXPECT_EQ(waypoints,
+              (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 3)}}));
 }
 
 TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreLeftOutAndARouteWithoutOneStillBringsItsPoints)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    magellan::mergeRoute({{"points", gps::Array{waypoint("A"), gps::Dictionary{{"point", gps::GPSPoint{}}}}}}, waypoints, routes);
+    magellan::mergeRoute(
+        {{"points", gps::Array{waypoint("A"), gps::Dictionary{{"point", gps::GPSPoint{}}}}}},
+        waypoints, routes);
     EXPECT_EQ(waypoints, (gps::Dictionary{{"A", waypoint("A")}}));
     EXPECT_TRUE(routes.empty());
 }
@@ -362,8 +395,10 @@ TEST_F(DeviceFileWriters, SaveOperationsWriteTheKindsDefaultFiles)
 TEST_F(DeviceFileWriters, WhatIsWrittenReadMergedWithNothingAndWrittenAgainIsTheSame)
 {
     const auto path = folder.path("r.rte");
-    ASSERT_FALSE(mergeRoutes(
-        {route("One", {waypoint("A", -12.34567), waypoint("B"), waypoint("C")}), route("Two", {waypoint("B")})}, path));
+    ASSERT_FALSE(
+        mergeRoutes({route("One", {waypoint("A", -12.34567), waypoint("B"), waypoint("C")}),
+                     route("Two", {waypoint("B")})},
+                    path));
     const auto once = folder.read("r.rte");
     ASSERT_FALSE(mergeRoutes({}, path));
     EXPECT_EQ(folder.read("r.rte"), once);
@@ -378,8 +413,8 @@ public:
     {
         gps::Dictionary made{{"name", text(12) + std::to_string(number)}, {"comment", text(40)}};
         if (isGeocache) {
-            for (const auto* key :
-                 {"geocacheOwner", "geocacheHint", "geocacheType", "datePlaced", "dateFound", "difficulty", "terrain"})
+            for (const auto* key : {"geocacheOwner", "geocacheHint", "geocacheType", "datePlaced",
+                                    "dateFound", "difficulty", "terrain"})
                 made.set(key, text(20));
         } else {
             made.set("symbol", std::vector{"Flag", "Campground", "zz", "b"}[below(4)]);
@@ -400,28 +435,38 @@ public:
     {
         gps::Array list;
         for (int i = 0; i < count; ++i)
-            list.emplace_back(gps::Dictionary{{"name", "R" + std::to_string(i)},
-                                              {"comment", text(below(2) * 30)},
-                                              {"points", records(1 + static_cast<int>(below(5)), false)}});
+            list.emplace_back(
+                gps::Dictionary{{"name", "R" + std::to_string(i)},
+                                {"comment", text(below(2) * 30)},
+                                {"points", records(1 + static_cast<int>(below(5)), false)}});
         return list;
     }
 
-    /// Points from the beginning to the end of what a sentence's date can tell, and some without a time.
+    /// Points from the beginning to the end of what a sentence's date can tell, and some without a
+    /// time.
     gps::Dictionary track(int count)
     {
-        std::uniform_int_distribution<std::int64_t> seconds{315'532'800, 3'471'292'799}; // 1980 to 2079
+        std::uniform_int_distribution<std::int64_t> seconds{315'532'800,
+                                                            3'471'292'799}; // 1980 to 2079
         gps::Array points;
         for (int i = 0; i < count; ++i) {
             const std::int64_t time = below(10) == 0 ? 0 : seconds(random_);
             points.emplace_back(
-                gps::Dictionary{{"point", gps::GPSPoint{real(-90, 90), real(-180, 180), real(-500, 9000), time, 0}}});
+                gps::Dictionary{{"point", gps::GPSPoint{real(-90, 90), real(-180, 180),
+                                                        real(-500, 9000), time, 0}}});
         }
         return {{"name", text(12)}, {"points", std::move(points)}};
     }
 
 private:
-    std::size_t below(std::size_t bound) { return std::uniform_int_distribution<std::size_t>{0, bound - 1}(random_); }
-    double real(double low, double high) { return std::uniform_real_distribution<double>{low, high}(random_); }
+    std::size_t below(std::size_t bound)
+    {
+        return std::uniform_int_distribution<std::size_t>{0, bound - 1}(random_);
+    }
+    double real(double low, double high)
+    {
+        return std::uniform_real_distribution<double>{low, high}(random_);
+    }
 
     std::string text(std::size_t longest)
     {
@@ -441,7 +486,8 @@ TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBy
     for (unsigned seed = 0; seed < 200; ++seed) {
         SCOPED_TRACE(seed);
         Generated generated{seed};
-        const auto twice = [this](auto mergedText, const gps::Array& records, std::string_view name) {
+        const auto twice = [this](auto mergedText, const gps::Array& records,
+                                  std::string_view name) {
             std::filesystem::remove(folder.path(name));
             const auto once = std::optional<std::string>{mergedText(records, folder.path(name))};
             ASSERT_TRUE(once);
@@ -478,7 +524,8 @@ TEST_F(DeviceFileWriters, GeneratedTracksWrittenReadAndWrittenAgainAreTheSameByt
     }
 }
 
-TEST_F(DeviceFileWriters, DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolderHoldsAFileOfAnItemsPath)
+TEST_F(DeviceFileWriters,
+       DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolderHoldsAFileOfAnItemsPath)
 {
     const auto here = std::filesystem::current_path();
     const support::TemporaryFolder elsewhere;

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// What the driver tells of the places where it looked; volumes are in the tests on a mocked device tree.
+// What the driver tells of the places where it looked; volumes are in the tests on a mocked device
+// tree.
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/AsNobody.h>
 #include <support/ReceiverFolder.h>
 
@@ -35,7 +35,8 @@ protected:
         EXPECT_EQ(place.sort, "test folder");
 
         driver_->refreshDeviceList();
-        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kTaken ? 1U : 0U) << place.reason;
+        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kTaken ? 1U : 0U)
+            << place.reason;
         return place;
     }
 

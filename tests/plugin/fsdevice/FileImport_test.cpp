@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,14 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
-
 #include <sys/stat.h>
 
 namespace magellan {
@@ -34,7 +32,8 @@ using testing::StartsWith;
 
 const std::string kWayPoint = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,,c");
 const std::string kGeoCache = sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M,G,,,,,,,,");
-const std::string kTrackPoint = sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
+const std::string kTrackPoint =
+    sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
 
 constexpr char kNoExtension[] = "No extension exists on selected file";
 constexpr char kUnrecognizedExtension[] = "Unrecognized extension on selected file";
@@ -50,7 +49,8 @@ protected:
     }
 
     /// Imports a path that must be refused, and looks at all of the refusal.
-    void expectRefused(const std::optional<std::string>& path, std::string_view description, std::string_view suggestion)
+    void expectRefused(const std::optional<std::string>& path, std::string_view description,
+                       std::string_view suggestion)
     {
         SCOPED_TRACE(path.value_or("(none)"));
         support::RecordingReceiver status;
@@ -92,7 +92,8 @@ TEST_F(FileImportTest, ANameWithoutADotIsAnUnrecognizedExtensionNotAMissingOne)
 
 TEST_F(FileImportTest, OtherExtensionsAreUnrecognized)
 {
-    for (const auto* name : {"t.gpx", "t.", "t.log.txt", "t.log ", "t.lo", "t.logs", "t..", "t.upt~"})
+    for (const auto* name :
+         {"t.gpx", "t.", "t.log.txt", "t.log ", "t.lo", "t.logs", "t..", "t.upt~"})
         expectRefused(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
 }
 
@@ -100,7 +101,9 @@ TEST_F(FileImportTest, TheExtensionStandsBehindTheLastDotAlsoOfANameThatBeginsWi
 {
     for (const auto* name : {"t.log", ".log", "t.upt.log", "t..log", "dir.upt/t.log"}) {
         support::RecordingReceiver status;
-        EXPECT_EQ(MagellanGPSPlugin{}.importFile(folder_.put(name, fileOf({kTrackPoint})), status), std::nullopt) << name;
+        EXPECT_EQ(MagellanGPSPlugin{}.importFile(folder_.put(name, fileOf({kTrackPoint})), status),
+                  std::nullopt)
+            << name;
         EXPECT_THAT(status.calls(), SizeIs(5)) << name;
     }
 }
@@ -108,7 +111,8 @@ TEST_F(FileImportTest, TheExtensionStandsBehindTheLastDotAlsoOfANameThatBeginsWi
 TEST_F(FileImportTest, AnEmptyFileCouldNotBeOpened)
 {
     for (const auto* name : {"points.upt", "t.log", "r.rte", "g.gs"})
-        expectRefused(folder_.put(name, ""), kCouldNotOpen, "File may be missing or this may be the wrong plug-in");
+        expectRefused(folder_.put(name, ""), kCouldNotOpen,
+                      "File may be missing or this may be the wrong plug-in");
 }
 
 // The process's own memory is a file that opens, but whose first bytes cannot be read.
@@ -116,21 +120,23 @@ TEST_F(FileImportTest, AFileThatOpensButGivesNoFirstLineCouldNotBeOpened)
 {
     for (const auto* name : {"points.upt", "t.log"}) {
         std::filesystem::create_symlink("/proc/self/mem", folder_.path(name));
-        expectRefused(folder_.path(name), kCouldNotOpen, "File may be missing or this may be the wrong plug-in");
+        expectRefused(folder_.path(name), kCouldNotOpen,
+                      "File may be missing or this may be the wrong plug-in");
     }
 }
 
 TEST_F(FileImportTest, ARouteFileThatListsItsWaypointsFirstIsUnrecognized)
 {
-    expectRefused(folder_.put("r.rte", fileOf({kWayPoint, sentence("PMGNRTE,1,1,c,1,R,A,a")})), kUnrecognizedContents,
-                  kWrongPlugIn);
+    expectRefused(folder_.put("r.rte", fileOf({kWayPoint, sentence("PMGNRTE,1,1,c,1,R,A,a")})),
+                  kUnrecognizedContents, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, AFirstLineThatIsBlankShortOrAnotherSentenceIsUnrecognized)
 {
     for (const auto& text :
-         {"\r\n" + kTrackPoint, "\n" + kTrackPoint, " " + kTrackPoint, kWayPoint, sentence("PMGNCMD,END"), std::string{"$"},
-          std::string{"$PMGNTR"}, std::string{"$PMGNTR\r\nK"}, std::string{"$pmgntrk"}, std::string{"\0", 1}})
+         {"\r\n" + kTrackPoint, "\n" + kTrackPoint, " " + kTrackPoint, kWayPoint,
+          sentence("PMGNCMD,END"), std::string{"$"}, std::string{"$PMGNTR"},
+          std::string{"$PMGNTR\r\nK"}, std::string{"$pmgntrk"}, std::string{"\0", 1}})
         expectRefused(folder_.put("t.log", text), kUnrecognizedContents, kWrongPlugIn);
     expectRefused(folder_.put("p.upt", kGeoCache), kUnrecognizedContents, kWrongPlugIn);
     expectRefused(folder_.put("g.gs", kWayPoint), kUnrecognizedContents, kWrongPlugIn);
@@ -139,33 +145,41 @@ TEST_F(FileImportTest, AFirstLineThatIsBlankShortOrAnotherSentenceIsUnrecognized
 TEST_F(FileImportTest, TheFirstEightBytesDecideWhateverFollows)
 {
     EXPECT_EQ(import(folder_.put("t.log", "$PMGNTRK")), std::nullopt);
-    EXPECT_EQ(import(folder_.put("t.log", "$PMGNTRKX,1*00" + std::string(1000, '-'))), std::nullopt);
-    EXPECT_THAT(status_.calls(), ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0", "startTransfer 1",
-                                             "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_EQ(import(folder_.put("t.log", "$PMGNTRKX,1*00" + std::string(1000, '-'))),
+              std::nullopt);
+    EXPECT_THAT(status_.calls(),
+                ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0",
+                            "startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
 }
 
 TEST_F(FileImportTest, AFileOfEachKindReachesTheHostBetweenItsPairOfCalls)
 {
-    EXPECT_EQ(import(folder_.put("t.log", fileOf({kTrackPoint, "garbage", kWayPoint}))), std::nullopt);
+    EXPECT_EQ(import(folder_.put("t.log", fileOf({kTrackPoint, "garbage", kWayPoint}))),
+              std::nullopt);
     EXPECT_EQ(import(folder_.put("p.upt", fileOf({kWayPoint}))), std::nullopt);
     EXPECT_EQ(import(folder_.put("r.rte", fileOf({sentence("PMGNRTE,1,1,c,1,R")}))), std::nullopt);
-    EXPECT_THAT(status_.calls(),
-                ElementsAre("startTransfer 1", "newTrack {name = \"T\"}",
-                            "trackPoint (46, 7.5, 500, 1204286400, 0) {trackName = \"T\"}", "endTransfer 1", "gpsStateChange 0",
-                            "startTransfer 3",
-                            "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\"}",
-                            "endTransfer 3", "gpsStateChange 0", "startTransfer 2", "newRoute {name = \"R\", lastIndex = 1}",
-                            "endTransfer 2", "gpsStateChange 0"));
+    EXPECT_THAT(
+        status_.calls(),
+        ElementsAre(
+            "startTransfer 1", "newTrack {name = \"T\"}",
+            "trackPoint (46, 7.5, 500, 1204286400, 0) {trackName = \"T\"}", "endTransfer 1",
+            "gpsStateChange 0", "startTransfer 3",
+            "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\"}",
+            "endTransfer 3", "gpsStateChange 0", "startTransfer 2",
+            "newRoute {name = \"R\", lastIndex = 1}", "endTransfer 2", "gpsStateChange 0"));
 }
 
 TEST_F(FileImportTest, AGeocacheFileReachesTheHostAsWaypointsOfKindThree)
 {
     EXPECT_EQ(import(folder_.put("g.gs", fileOf({kGeoCache, kGeoCache}))), std::nullopt);
-    EXPECT_THAT(status_.calls(), ElementsAre("startTransfer 3", StartsWith("wayPoint (46, 7.5, 500, 0, 0) {name = \"G\""),
-                                             "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(status_.calls(),
+                ElementsAre("startTransfer 3",
+                            StartsWith("wayPoint (46, 7.5, 500, 0, 0) {name = \"G\""),
+                            "endTransfer 3", "gpsStateChange 0"));
 }
 
-/// A path that cannot be opened: no error of the import itself, but the reader's line in the log, whatever the debug level.
+/// A path that cannot be opened: no error of the import itself, but the reader's line in the log,
+/// whatever the debug level.
 void expectReadersError(const std::string& path, std::optional<std::int32_t> code)
 {
     SCOPED_TRACE(path);
@@ -177,7 +191,8 @@ void expectReadersError(const std::string& path, std::optional<std::int32_t> cod
         EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
         EXPECT_EQ(error->code(), *code);
     }
-    EXPECT_THAT(status.calls(), ElementsAre(StartsWith("startTransfer "), StartsWith("endTransfer "), "gpsStateChange 0"));
+    EXPECT_THAT(status.calls(), ElementsAre(StartsWith("startTransfer "),
+                                            StartsWith("endTransfer "), "gpsStateChange 0"));
     ASSERT_THAT(log.errors(), SizeIs(1));
     EXPECT_EQ(log.errors().front().code(), -3);
 }
@@ -193,7 +208,8 @@ TEST_F(FileImportTest, APathThatCannotBeOpenedMeetsTheReadersError)
 
 TEST_F(FileImportTest, AFolderOrAFifoMeetsTheReadersErrorAtOnce)
 {
-    for (const auto& [extension, code] : std::vector<std::pair<std::string, std::optional<std::int32_t>>>{
+    for (const auto& [extension, code] :
+         std::vector<std::pair<std::string, std::optional<std::int32_t>>>{
              {".upt", 256}, {".gs", 256}, {".log", std::nullopt}, {".rte", std::nullopt}}) {
         expectReadersError(folder_.makeFolder("folder" + extension), code);
         const auto fifo = folder_.path("fifo" + extension);
@@ -223,23 +239,27 @@ TEST_F(FileImportTest, APathOutsideAsciiIsNotCheckedButRead)
     EXPECT_EQ(import(folder_.put("caf\xC3\xA9.log", fileOf({kTrackPoint}))), std::nullopt);
     EXPECT_THAT(status_.calls(), SizeIs(5));
     support::RecordingReceiver status;
-    EXPECT_EQ(MagellanGPSPlugin{}.importFile(folder_.put("caf\xC3\xA9.upt", ""), status), std::nullopt);
-    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_EQ(MagellanGPSPlugin{}.importFile(folder_.put("caf\xC3\xA9.upt", ""), status),
+              std::nullopt);
+    EXPECT_THAT(status.calls(),
+                ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
 TEST_F(FileImportTest, ASentenceThatIsTooShortThrowsAfterTheEndWasReported)
 {
     const auto path = folder_.put("p.upt", fileOf({kWayPoint, sentence("PMGNWPL,4600.000,N")}));
     EXPECT_THROW((void)import(path), gps::RangeError);
-    EXPECT_THAT(status_.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_THAT(status_.calls(),
+                ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
 TEST_F(FileImportTest, ARefusalIsLoggedWhenTheDebugLevelIsNotZero)
 {
     const auto driver = std::make_shared<MagellanGPSPlugin>();
     const auto status = std::make_shared<support::RecordingReceiver>();
-    for (const gps::Value& path : {gps::Value{7}, gps::Value{folder_.path("x")}, gps::Value{folder_.put("e.upt", "")},
-                                   gps::Value{folder_.put("w.upt", kTrackPoint)}}) {
+    for (const gps::Value& path :
+         {gps::Value{7}, gps::Value{folder_.path("x")}, gps::Value{folder_.put("e.upt", "")},
+          gps::Value{folder_.put("w.upt", kTrackPoint)}}) {
         const support::LogCapture log;
         const auto error = driver->gpsRunAcquire(status, {{"debug", 1}, {"sourcePath", path}});
         ASSERT_TRUE(error);
@@ -266,7 +286,8 @@ TEST_F(FileImportTest, ARefusalIsLoggedBeforeTheEndIsReportedButForAMissingPathA
 {
     const auto linesAtTheEnd = [](const gps::Value& path) {
         const auto status = std::make_shared<LogLength>();
-        EXPECT_TRUE(std::make_shared<MagellanGPSPlugin>()->gpsRunAcquire(status, {{"debug", 1}, {"sourcePath", path}}));
+        EXPECT_TRUE(std::make_shared<MagellanGPSPlugin>()->gpsRunAcquire(
+            status, {{"debug", 1}, {"sourcePath", path}}));
         return status->linesAtTheEnd();
     };
     EXPECT_EQ(linesAtTheEnd(7), 0U);

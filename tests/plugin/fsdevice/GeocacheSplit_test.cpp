@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/GeocacheSplit.h>
-
 #include <gtest/gtest.h>
+
+#include <plugin/fsdevice/GeocacheSplit.h>
 
 using magellan::extractGeocachesFromList;
 
@@ -15,23 +15,26 @@ gps::Dictionary record(std::string_view name, std::string_view symbol)
 
 TEST(GeocacheSplit, WaypointsKeepTheListsOrderAndGeocachesComeOutInItsReverse)
 {
-    const auto split = extractGeocachesFromList(
-        {record("1", "Geocache"), record("2", "Flag"), record("3", "Geocache Found"), record("4", "House")});
+    const auto split =
+        extractGeocachesFromList({record("1", "Geocache"), record("2", "Flag"),
+                                  record("3", "Geocache Found"), record("4", "House")});
     EXPECT_EQ(split.waypoints, (gps::Array{record("2", "Flag"), record("4", "House")}));
-    EXPECT_EQ(split.geocaches, (gps::Array{record("3", "Geocache Found"), record("1", "Geocache")}));
+    EXPECT_EQ(split.geocaches,
+              (gps::Array{record("3", "Geocache Found"), record("1", "Geocache")}));
 }
 
 TEST(GeocacheSplit, EqualGeocachesAreAllGeocachesAndNoneStaysAWaypoint)
 {
-    const auto split = extractGeocachesFromList({record("1", "Geocache"), record("1", "Geocache"), record("2", "Flag")});
+    const auto split = extractGeocachesFromList(
+        {record("1", "Geocache"), record("1", "Geocache"), record("2", "Flag")});
     EXPECT_EQ(split.waypoints, gps::Array{record("2", "Flag")});
     EXPECT_EQ(split.geocaches, (gps::Array{record("1", "Geocache"), record("1", "Geocache")}));
 }
 
 TEST(GeocacheSplit, SymbolMustBeginWithGeocacheCaseIncluded)
 {
-    const auto split =
-        extractGeocachesFromList({record("1", "geocache"), record("2", "My Geocache"), gps::Dictionary{{"name", "3"}}});
+    const auto split = extractGeocachesFromList(
+        {record("1", "geocache"), record("2", "My Geocache"), gps::Dictionary{{"name", "3"}}});
     EXPECT_EQ(split.waypoints.value_or(gps::Array{}).size(), 3U);
     EXPECT_FALSE(split.geocaches);
 }

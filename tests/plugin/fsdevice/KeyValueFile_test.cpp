@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/KeyValueFile.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
@@ -8,10 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/KeyValueFile.h>
 #include <support/TemporaryFolder.h>
-
 #include <sys/stat.h>
 
 namespace magellan {
@@ -42,12 +40,14 @@ TEST(KeyValueText, WhiteSpaceInFrontOfAKeyIsSkipped)
 
 TEST(KeyValueText, ALineWithoutAnEqualsSignIsAKeyWithTheEmptyValue)
 {
-    EXPECT_EQ(parsed("lonely\r\nempty=\r\nlast one"), "{lonely = \"\", empty = \"\", last one = \"\"}");
+    EXPECT_EQ(parsed("lonely\r\nempty=\r\nlast one"),
+              "{lonely = \"\", empty = \"\", last one = \"\"}");
 }
 
 TEST(KeyValueText, ALineWithoutAKeyIsIgnored)
 {
-    for (const auto* text : {"", "\r\n", "\r\n\r\n", "  \t ", "=value", "=", "  =value", "==", "\n=value"})
+    for (const auto* text :
+         {"", "\r\n", "\r\n\r\n", "  \t ", "=value", "=", "  =value", "==", "\n=value"})
         EXPECT_EQ(parsed(text), "{}") << testing::PrintToString(text);
 }
 
@@ -64,14 +64,16 @@ TEST(KeyValueText, ALaterLineReplacesTheValueAtTheFirstOnesPlace)
 
 TEST(KeyValueText, ANulByteIsACharacterLikeAnyOther)
 {
-    EXPECT_EQ(parseKeyValueText({"a\0b=c\0d", 7}), (gps::Dictionary{{std::string("a\0b", 3), std::string("c\0d", 3)}}));
+    EXPECT_EQ(parseKeyValueText({"a\0b=c\0d", 7}),
+              (gps::Dictionary{{std::string("a\0b", 3), std::string("c\0d", 3)}}));
 }
 
 TEST(KeyValueFile, AFileIsReadAsItsText)
 {
     const TemporaryFolder folder;
     gps::Dictionary dictionary{{"old", 1}};
-    EXPECT_EQ(readMagellanDictionaryFromPath(folder.put("f", "a=1\r\nb=2"), dictionary), std::nullopt);
+    EXPECT_EQ(readMagellanDictionaryFromPath(folder.put("f", "a=1\r\nb=2"), dictionary),
+              std::nullopt);
     EXPECT_EQ(gps::describe(dictionary), "{a = \"1\", b = \"2\"}");
 }
 
@@ -87,8 +89,11 @@ TEST(KeyValueFile, AFailureIsTheSystemsErrorAndLeavesTheDictionary)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
-    for (const auto& [path, code] : std::vector<std::pair<std::string, int>>{
-             {folder.path("none"), 260}, {folder.put("f", "a=\x80"), 261}, {folder.path(), 256}, {folder.path("fifo"), 256}}) {
+    for (const auto& [path, code] :
+         std::vector<std::pair<std::string, int>>{{folder.path("none"), 260},
+                                                  {folder.put("f", "a=\x80"), 261},
+                                                  {folder.path(), 256},
+                                                  {folder.path("fifo"), 256}}) {
         gps::Dictionary dictionary{{"old", 1}};
         const auto error = readMagellanDictionaryFromPath(path, dictionary);
         ASSERT_TRUE(error) << path;
@@ -109,7 +114,8 @@ TEST(UnitFile, LiesInTheTransferFolderOfAVolume)
     EXPECT_EQ(gps::describe(unit), "{Serial Number = \"7\"}");
 }
 
-constexpr char kDefault[] = "{MyPOIs = \"My POIs\", Geocaches = \"Geocaches\", Routes = \"Routes\", TrackLogs = \"Track Logs\"}";
+constexpr char kDefault[] = "{MyPOIs = \"My POIs\", Geocaches = \"Geocaches\", Routes = "
+                            "\"Routes\", TrackLogs = \"Track Logs\"}";
 
 TEST(FolderDictionary, ComesFromTheLanguageFile)
 {
@@ -123,7 +129,8 @@ TEST(FolderDictionary, ALanguageFileWithoutAnyFolderKeyStandsAsItIs)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "Language=English\r\n");
-    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), "{Language = \"English\"}");
+    EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()),
+              "{Language = \"English\"}");
     folder.put("USBTRANS/LANGUAGE.DAT", "");
     EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), "{}");
 }

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <optional>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
 
@@ -24,8 +23,8 @@ TEST(MagellanGPSPlugin, IsMadeForItsClassAlone)
 {
     const support::TestFolders none{{}};
     EXPECT_NE(MagellanGPSPlugin::getPluginForClass("GPSPlugIn"), nullptr);
-    for (const auto* other :
-         {"", "gpsplugin", "GPSPLUGIN", "GPSPlugIn ", " GPSPlugIn", "GPSPlugIns", "GPSPlugI", "VeloranPlugIn"})
+    for (const auto* other : {"", "gpsplugin", "GPSPLUGIN", "GPSPlugIn ", " GPSPlugIn",
+                              "GPSPlugIns", "GPSPlugI", "VeloranPlugIn"})
         EXPECT_EQ(MagellanGPSPlugin::getPluginForClass(other), nullptr) << other;
 }
 
@@ -56,7 +55,8 @@ TEST(MagellanGPSPlugin, AnswersForItsIdentity)
     const MagellanGPSPlugin driver;
     EXPECT_EQ(driver.className(), "MagellanGPSPlugin");
     EXPECT_EQ(driver.gpsName(), "Magellan");
-    EXPECT_EQ(driver.gpsCapabilities(), "tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache");
+    EXPECT_EQ(driver.gpsCapabilities(),
+              "tracks,waypoints,routes,geocaches,sendtrk,sendwpt,sendrte,sendcache");
     EXPECT_THAT(driver.fileTypes(), Optional(ElementsAre("log", "rte", "upt", "gs")));
 }
 

@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Reading allocates nothing per sentence once it is warm: ten times the sentences take as many allocations, but for the few by
-// which a table of names doubles. The counting replaces the program's operator new.
+// Reading allocates nothing per sentence once it is warm: ten times the sentences take as many
+// allocations, but for the few by which a table of names doubles. The counting replaces the
+// program's operator new.
 
-#include <plugin/fsdevice/DeviceFileReaders.h>
+#include "../../support/Sentence.h"
+#include "../../support/TemporaryFolder.h"
+
+#include <gps/GPSOutputReceiver.h>
+
+#include <gmock/gmock.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <new>
 #include <string>
 
-#include <gmock/gmock.h>
-
-#include <gps/GPSOutputReceiver.h>
-
-#include "../../support/Sentence.h"
-#include "../../support/TemporaryFolder.h"
+#include <plugin/fsdevice/DeviceFileReaders.h>
 
 namespace {
 
@@ -22,7 +23,8 @@ std::atomic<std::size_t> theAllocations{0};
 
 } // namespace
 
-[[gnu::noinline]] void* operator new(std::size_t size) // inlined, g++ takes malloc and delete for a mismatch
+[[gnu::noinline]] void*
+operator new(std::size_t size) // inlined, g++ takes malloc and delete for a mismatch
 {
     ++theAllocations;
     if (void* const memory = std::malloc(size == 0 ? 1 : size))
@@ -42,7 +44,8 @@ std::atomic<std::size_t> theAllocations{0};
 
 namespace {
 
-using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status, const std::string& path);
+using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
+                                             const std::string& path);
 
 class Silent : public gps::GPSOutputReceiver {
 public:
@@ -58,7 +61,8 @@ public:
     void error(const gps::Error&) override {}
 };
 
-/// How many allocations reading a file of so many sentences takes; "#" in the body is replaced by the sentence's number.
+/// How many allocations reading a file of so many sentences takes; "#" in the body is replaced by
+/// the sentence's number.
 std::size_t allocations(Reader read, const std::string& body, int sentences)
 {
     std::string text;
@@ -75,26 +79,29 @@ std::size_t allocations(Reader read, const std::string& body, int sentences)
     return theAllocations - before;
 }
 
-constexpr std::size_t kDoublings = 16; ///< of a table of names from 1,000 to 10,000, and of its index
+constexpr std::size_t kDoublings =
+    16; ///< of a table of names from 1,000 to 10,000, and of its index
 
 TEST(ReadingAllocations, TrackPointsTakeNone)
 {
-    const std::string body = "PMGNTRK,4605.979,N,00713.315,E,#,M,071548.24,A,A name that no string holds inside itself,110808";
+    const std::string body = "PMGNTRK,4605.979,N,00713.315,E,#,M,071548.24,A,A name that no string "
+                             "holds inside itself,110808";
     const auto few = allocations(magellan::acquireTracks, body, 1'000);
     EXPECT_LE(allocations(magellan::acquireTracks, body, 10'000), few);
 }
 
 TEST(ReadingAllocations, WaypointsTakeOnlyTheGrowthOfTheirNames)
 {
-    const std::string body = "PMGNWPL,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string holds inside itself,ah";
+    const std::string body = "PMGNWPL,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string "
+                             "holds inside itself,ah";
     const auto few = allocations(magellan::acquireWayPoints, body, 1'000);
     EXPECT_LE(allocations(magellan::acquireWayPoints, body, 10'000), few + kDoublings);
 }
 
 TEST(ReadingAllocations, GeocachesTakeOnlyTheGrowthOfTheirNames)
 {
-    const std::string body =
-        "PMGNGEO,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string holds inside itself,o,h,t,1,2,3,4";
+    const std::string body = "PMGNGEO,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string "
+                             "holds inside itself,o,h,t,1,2,3,4";
     const auto few = allocations(magellan::acquireGeoCaches, body, 1'000);
     EXPECT_LE(allocations(magellan::acquireGeoCaches, body, 10'000), few + kDoublings);
 }

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include "../../support/LogCapture.h"
+#include "../../support/ReceiverFolder.h"
+#include "../../support/RecordingReceiver.h"
+
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <memory>
 
-#include <gmock/gmock.h>
-
-#include "../../support/LogCapture.h"
-#include "../../support/ReceiverFolder.h"
-#include "../../support/RecordingReceiver.h"
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -30,7 +30,8 @@ protected:
         receiver.unitFile("12345");
         for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
             receiver.folder().makeFolder(name);
-        receiver.languageFile({"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
+        receiver.languageFile(
+            {"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
     }
 
     /// Sends, and waits for the end where there was a start. @return  what the driver answered
@@ -43,10 +44,14 @@ protected:
         return error;
     }
 
-    [[nodiscard]] bool exists(std::string_view name) const { return std::filesystem::exists(receiver.path(name)); }
+    [[nodiscard]] bool exists(std::string_view name) const
+    {
+        return std::filesystem::exists(receiver.path(name));
+    }
 
     support::ReceiverFolder receiver;
-    std::shared_ptr<support::RecordingReceiver> status = std::make_shared<support::RecordingReceiver>();
+    std::shared_ptr<support::RecordingReceiver> status =
+        std::make_shared<support::RecordingReceiver>();
     support::LogCapture log;
 };
 
@@ -70,7 +75,8 @@ TEST_F(SendDriver, WithoutADeviceTheAnswerIsTheErrorOfNoSelectionAfterTheEnd)
 TEST_F(SendDriver, WithoutDataNoDeviceIsAskedFor)
 {
     const support::TestFolders none{{}};
-    EXPECT_FALSE(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")->gpsRunSend(nullptr, status, {}));
+    EXPECT_FALSE(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")
+                     ->gpsRunSend(nullptr, status, {}));
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
@@ -85,17 +91,21 @@ TEST_F(SendDriver, DataWithOnlyRoutesMakesTheirBracketAndTheEnd)
 {
     const gps::Dictionary data{{"route", gps::Array{}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Routes 2", "endSending 2", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Routes 2", "endSending 2", "gpsStateChange 0"));
     EXPECT_EQ(receiver.folder().read("Routes/Default Route File.rte"), kClosing);
 }
 
 TEST_F(SendDriver, KindsAreSentInTheOrderTracksWaypointsRoutesFromTheWorker)
 {
-    const gps::Dictionary data{
-        {"route", gps::Array{}}, {"waypoint", gps::Array{waypoint("A")}}, {"track", gps::Array{gps::Dictionary{}}}};
+    const gps::Dictionary data{{"route", gps::Array{}},
+                               {"waypoint", gps::Array{waypoint("A")}},
+                               {"track", gps::Array{gps::Dictionary{}}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Tracks 1", "endSending 1", "startSending Waypoints 3", "endSending 3",
-                                             "startSending Routes 2", "endSending 2", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Tracks 1", "endSending 1", "startSending Waypoints 3",
+                            "endSending 3", "startSending Routes 2", "endSending 2",
+                            "gpsStateChange 0"));
     EXPECT_FALSE(status->threads().contains(std::this_thread::get_id()));
     EXPECT_EQ(receiver.folder().read("Track Logs/TKLG000.log"), kClosing);
 }
@@ -104,14 +114,16 @@ TEST_F(SendDriver, GeocachesAloneAreBracketedAsWaypointsAndNoWaypointFileIsWritt
 {
     const gps::Dictionary data{{"waypoint", gps::Array{waypoint("Oak", "Geocache")}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
     EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
     EXPECT_THAT(receiver.folder().read("Geocaches/Default Geocache File.gs"), HasSubstr("Oak"));
 }
 
 TEST_F(SendDriver, GeocachesAreWrittenInTheReverseOfTheirOrder)
 {
-    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("First", "Geocache"), waypoint("Second", "Geocache")}}};
+    const gps::Dictionary data{
+        {"waypoint", gps::Array{waypoint("First", "Geocache"), waypoint("Second", "Geocache")}}};
     EXPECT_FALSE(send(&data));
     const auto text = receiver.folder().read("Geocaches/Default Geocache File.gs");
     EXPECT_LT(text.find("Second"), text.find("First"));
@@ -130,18 +142,21 @@ TEST_F(SendDriver, EmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
 {
     const gps::Dictionary data{{"waypoint", gps::Array{}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
     EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
 }
 
-TEST_F(SendDriver, EmptyWaypointListRewritesTheDefaultFileWithItsPresentContentsWhereThereIsNoGeocacheFolder)
+TEST_F(SendDriver,
+       EmptyWaypointListRewritesTheDefaultFileWithItsPresentContentsWhereThereIsNoGeocacheFolder)
 {
     receiver.languageFile({"MyPOIs=My POIs"});
     const auto present = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b");
     receiver.put("My POIs/Default POI File.upt", {present, "no sentence"});
     const gps::Dictionary data{{"waypoint", gps::Array{}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
     EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), present + "\r\n" + kClosing);
 }
 
@@ -150,7 +165,8 @@ TEST_F(SendDriver, MissingFolderKeyMakesTheBracketsAndWritesNothing)
     receiver.languageFile({"MyPOIs=My POIs"});
     const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}}}};
     EXPECT_FALSE(send(&data));
-    EXPECT_THAT(status->calls(), ElementsAre("startSending Tracks 1", "endSending 1", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startSending Tracks 1", "endSending 1", "gpsStateChange 0"));
     EXPECT_FALSE(exists("Track Logs/TKLG000.log"));
 }
 
@@ -163,11 +179,13 @@ TEST_F(SendDriver, FailedWriteIsLoggedAndTheNextKindIsWrittenAllTheSame)
     EXPECT_TRUE(exists("Routes/Default Route File.rte"));
 }
 
-TEST_F(SendDriver, TooShortSentenceCountsAsThatFilesFailedWriteAndTheGeocachesOfTheBracketAreWritten)
+TEST_F(SendDriver,
+       TooShortSentenceCountsAsThatFilesFailedWriteAndTheGeocachesOfTheBracketAreWritten)
 {
     const auto damaged = support::sentence("PMGNWPL,4630.00000,N");
     receiver.put("My POIs/Default POI File.upt", {damaged});
-    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}}};
+    const gps::Dictionary data{
+        {"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}}};
     EXPECT_FALSE(send(&data));
     EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), damaged + "\r\n");
     EXPECT_THAT(receiver.folder().read("Geocaches/Default Geocache File.gs"), HasSubstr("Oak"));

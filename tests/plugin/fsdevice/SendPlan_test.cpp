@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include "../../support/LogCapture.h"
+#include "../../support/ReceiverFolder.h"
+#include "../../support/RecordingReceiver.h"
+
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <memory>
 
-#include <gmock/gmock.h>
-
-#include "../../support/LogCapture.h"
-#include "../../support/ReceiverFolder.h"
-#include "../../support/RecordingReceiver.h"
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -34,7 +34,8 @@ protected:
         receiver.unitFile("12345");
         for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
             receiver.folder().makeFolder(name);
-        receiver.languageFile({"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
+        receiver.languageFile(
+            {"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
     }
 
     [[nodiscard]] std::shared_ptr<magellan::MagellanGPSPlugin> driver() const
@@ -43,18 +44,24 @@ protected:
         return magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
     }
 
-    [[nodiscard]] gps::SendPlan plan(const gps::Dictionary& data) const { return driver()->planSend(data); }
+    [[nodiscard]] gps::SendPlan plan(const gps::Dictionary& data) const
+    {
+        return driver()->planSend(data);
+    }
 
     support::ReceiverFolder receiver;
 };
 
 TEST_F(SendPlan, WhatIsPlannedIsWhatASendWritesByteForByte)
 {
-    receiver.put("My POIs/Default POI File.upt", {support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b")});
+    receiver.put("My POIs/Default POI File.upt",
+                 {support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b")});
     receiver.put("Track Logs/TKLG000.log", {});
-    const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}},
-                               {"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}},
-                               {"route", gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("A")}}}}}};
+    const gps::Dictionary data{
+        {"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}},
+        {"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}},
+        {"route",
+         gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("A")}}}}}};
     const auto planned = plan(data);
     ASSERT_THAT(planned.files, SizeIs(5));
     EXPECT_EQ(planned.files[0].path, receiver.path("Track Logs/TKLG001.log"));
@@ -73,7 +80,9 @@ TEST_F(SendPlan, WhatIsPlannedIsWhatASendWritesByteForByte)
 
 TEST_F(SendPlan, ChangesNothing)
 {
-    (void)plan({{"track", gps::Array{gps::Dictionary{}}}, {"waypoint", gps::Array{waypoint("A")}}, {"route", gps::Array{}}});
+    (void)plan({{"track", gps::Array{gps::Dictionary{}}},
+                {"waypoint", gps::Array{waypoint("A")}},
+                {"route", gps::Array{}}});
     for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
         EXPECT_TRUE(std::filesystem::is_empty(receiver.path(name))) << name;
 }
@@ -93,8 +102,9 @@ TEST_F(SendPlan, MissingFolderDamagedFileAndTextOutsideAsciiLeaveTheFileWithTheR
     std::filesystem::remove(receiver.path("Track Logs"));
     receiver.put("My POIs/Default POI File.upt", {support::sentence("PMGNWPL,4630.00000,N")});
     const gps::Dictionary foreign{{"name", "R"}, {"points", gps::Array{waypoint("A", "\xC3\xA9")}}};
-    const auto planned =
-        plan({{"track", gps::Array{gps::Dictionary{}}}, {"waypoint", gps::Array{waypoint("A")}}, {"route", gps::Array{foreign}}});
+    const auto planned = plan({{"track", gps::Array{gps::Dictionary{}}},
+                               {"waypoint", gps::Array{waypoint("A")}},
+                               {"route", gps::Array{foreign}}});
     ASSERT_THAT(planned.files, SizeIs(3));
     for (const auto& file : planned.files)
         EXPECT_EQ(file.fate, Fate::kLeft) << file.path;
@@ -114,7 +124,8 @@ TEST_F(SendPlan, AFolderInTheDefaultFilesPlaceLeavesItWithTheReason)
 
 TEST_F(SendPlan, GeocachesOfWhichOneHasNoPlaceAreLeftWithoutAnError)
 {
-    const auto planned = plan({{"waypoint", gps::Array{gps::Dictionary{{"name", "Oak"}, {"symbol", "Geocache"}}}}});
+    const auto planned =
+        plan({{"waypoint", gps::Array{gps::Dictionary{{"name", "Oak"}, {"symbol", "Geocache"}}}}});
     ASSERT_THAT(planned.files, SizeIs(1));
     EXPECT_EQ(planned.files[0].fate, Fate::kLeft);
     EXPECT_FALSE(planned.files[0].error);
@@ -129,7 +140,8 @@ TEST_F(SendPlan, TracksPastTheLastFreeNumberAreSaid)
                                                              : "") +
                                   std::to_string(number) + ".log",
                               "");
-    const auto planned = plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}, gps::Dictionary{}}}});
+    const auto planned =
+        plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}, gps::Dictionary{}}}});
     ASSERT_THAT(planned.files, SizeIs(1));
     EXPECT_EQ(planned.files[0].path, receiver.path("Track Logs/TKLG998.log"));
     EXPECT_THAT(planned.remarks, ElementsAre(HasSubstr("no free name for 2 tracks in")));
@@ -148,8 +160,10 @@ TEST_F(SendPlan, WithoutADeviceThereIsNothing)
 
 TEST_F(SendPlan, DataFoldersAreTheFoursThatExistEachOnce)
 {
-    receiver.languageFile({"MyPOIs=My POIs", "Geocaches=My POIs", "Routes=gone", "TrackLogs=Track Logs"});
-    EXPECT_THAT(driver()->dataFolders(), ElementsAre(receiver.path("My POIs"), receiver.path("Track Logs")));
+    receiver.languageFile(
+        {"MyPOIs=My POIs", "Geocaches=My POIs", "Routes=gone", "TrackLogs=Track Logs"});
+    EXPECT_THAT(driver()->dataFolders(),
+                ElementsAre(receiver.path("My POIs"), receiver.path("Track Logs")));
 }
 
 TEST_F(SendPlan, IdentifierIsTheSerialNumber)

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/fsdevice/SendRemarks.h>
+#include "../../support/Sentence.h"
+
+#include <gmock/gmock.h>
 
 #include <limits>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-
-#include "../../support/Sentence.h"
+#include <plugin/fsdevice/SendRemarks.h>
 
 using magellan::SendKind;
 using testing::ElementsAre;
@@ -44,30 +44,34 @@ TEST(SendRemarks, NameOf20CharactersArrivesAndOneOf21IsCut)
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRST")}), IsEmpty());
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRSTU")}),
                 ElementsAre(HasSubstr("\"ABCDEFGHIJKLMNOPQRST\"")));
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}), IsEmpty());
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}),
+                IsEmpty());
 }
 
 TEST(SendRemarks, CharactersThatAreDroppedAreSeenInEveryTextAndSaidOnce)
 {
     auto record = waypoint("A,B");
     record.set("comment", "x*y");
-    EXPECT_THAT(
-        remarksOn(SendKind::kWaypoints, {record, record}),
-        ElementsAre("The name \"A,B\" of a waypoint becomes \"AB\".", "The comment \"x*y\" of a waypoint becomes \"xy\"."));
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record, record}),
+                ElementsAre("The name \"A,B\" of a waypoint becomes \"AB\".",
+                            "The comment \"x*y\" of a waypoint becomes \"xy\"."));
 }
 
 TEST(SendRemarks, GeocacheTypeWithAPrefixLosesItsBar)
 {
     auto record = waypoint("Oak", "Geocache");
     record.set("geocacheType", "Geocache|Multi");
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {record}), ElementsAre(HasSubstr("\"GeocacheMulti\"")));
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {record}),
+                ElementsAre(HasSubstr("\"GeocacheMulti\"")));
 }
 
 TEST(SendRemarks, SymbolWithoutAnIconIsSaidAndAnIconCodeIsNot)
 {
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "Volcano")}),
                 ElementsAre("The symbol \"Volcano\" has no icon and becomes \"Waypoint\"."));
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "a"), waypoint("B", "zz"), waypoint("C", "Waypoint")}), IsEmpty());
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints,
+                          {waypoint("A", "a"), waypoint("B", "zz"), waypoint("C", "Waypoint")}),
+                IsEmpty());
 }
 
 TEST(SendRemarks, IconCodeThatSpoilsItsSentenceIsSaid)
@@ -75,51 +79,65 @@ TEST(SendRemarks, IconCodeThatSpoilsItsSentenceIsSaid)
     for (const std::string symbol : {"*", ",", "\r\n", "\xC3\xA9"})
         EXPECT_THAT(
             remarksOn(SendKind::kWaypoints, {waypoint("A", symbol)}),
-            ElementsAre("The symbol \"" + symbol + "\" is written as it is and spoils its sentence: choose another one."));
+            ElementsAre("The symbol \"" + symbol +
+                        "\" is written as it is and spoils its sentence: choose another one."));
 }
 
 TEST(SendRemarks, RecordsThatAreLeftOutAreSaid)
 {
     EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
                 ElementsAre("A waypoint without a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}), ElementsAre(HasSubstr("no place")));
-    EXPECT_THAT(remarksOn(SendKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
-                ElementsAre(HasSubstr("route without a name")));
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}),
+                ElementsAre(HasSubstr("no place")));
+    EXPECT_THAT(
+        remarksOn(SendKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
+        ElementsAre(HasSubstr("route without a name")));
     EXPECT_THAT(remarksOn(SendKind::kGeocaches, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
                 ElementsAre("A geocache without an identifier or a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {gps::Dictionary{{"cacheID", 4711}, {"point", gps::GPSPoint{}}}}), IsEmpty());
+    EXPECT_THAT(remarksOn(SendKind::kGeocaches,
+                          {gps::Dictionary{{"cacheID", 4711}, {"point", gps::GPSPoint{}}}}),
+                IsEmpty());
 }
 
 TEST(SendRemarks, NameThatIsNoTextIsNone)
 {
     auto record = waypoint("A");
     record.set("name", 7);
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record}), ElementsAre("A waypoint without a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kRoutes, {record}), ElementsAre(HasSubstr("route without a name")));
+    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record}),
+                ElementsAre("A waypoint without a name is left out."));
+    EXPECT_THAT(remarksOn(SendKind::kRoutes, {record}),
+                ElementsAre(HasSubstr("route without a name")));
 }
 
 TEST(SendRemarks, TrackPointsWithoutAPlaceAreCounted)
 {
     const gps::Dictionary beyond{{"point", gps::GPSPoint{90.5, 0, 0, 0, 0}}};
     const gps::Dictionary good{{"point", gps::GPSPoint{90, 0, 0, 0, 0}}};
-    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good, beyond, gps::Dictionary{}}}}}),
-                ElementsAre(HasSubstr("loses 2 points")));
-    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good}}}}), IsEmpty());
+    EXPECT_THAT(
+        remarksOn(SendKind::kTracks,
+                  {gps::Dictionary{{"points", gps::Array{good, beyond, gps::Dictionary{}}}}}),
+        ElementsAre(HasSubstr("loses 2 points")));
+    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good}}}}),
+                IsEmpty());
 }
 
 TEST(SendRemarks, FileOf200GeocachesIsReadWholeAndOneOf201IsNot)
 {
     constexpr char kBody[] = "PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak,,,,,,,,";
     EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 200), IsEmpty());
-    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 201), ElementsAre(HasSubstr("201 geocaches")));
+    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 201),
+                ElementsAre(HasSubstr("201 geocaches")));
 }
 
 TEST(SendRemarks, FileOf200WaypointsWithCommentsIsKeptAndThoseWithoutDoNotCount)
 {
     constexpr char kCommented[] = "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,note,a";
     EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 200), IsEmpty());
-    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 201), ElementsAre(HasSubstr("201 waypoints with comments")));
-    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,,a", 300), IsEmpty());
+    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 201),
+                ElementsAre(HasSubstr("201 waypoints with comments")));
+    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints,
+                              "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,,a", 300),
+                IsEmpty());
 }
 
 } // namespace

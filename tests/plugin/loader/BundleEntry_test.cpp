@@ -6,8 +6,9 @@
 #include <gps/VeloranPlugIn.h>
 #include <gps/View.h>
 #include <platform/OrvUtils/OrvDebug.h>
-#include <plugin/codec/SymbolMap.h>
-#include <plugin/common/DictionaryHelpers.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
@@ -17,18 +18,17 @@
 #include <set>
 #include <string>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <dlfcn.h>
+#include <plugin/codec/SymbolMap.h>
+#include <plugin/common/DictionaryHelpers.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
-
-#include <dlfcn.h>
 
 namespace magellan {
 namespace {
 
-constexpr char kModule[] = MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle/Contents/Linux/MagellanGPSPlugin.so";
+constexpr char kModule[] =
+    MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle/Contents/Linux/MagellanGPSPlugin.so";
 
 /// The module, loaded as a host does.
 void* module()
@@ -58,7 +58,8 @@ TEST(BundleEntry, AnswersTheLoaderOfItsClassAndNoOther)
     ASSERT_NE(loader, nullptr);
     EXPECT_EQ(loader, entry()("MagellanGPSPluginLoader"));
     EXPECT_EQ(loader->piName(), "Magellan GPS PlugIns");
-    for (const auto* other : {"", "magellangpspluginloader", "MagellanGPSPlugin", "MagellanGPSPluginLoader2"})
+    for (const auto* other :
+         {"", "magellangpspluginloader", "MagellanGPSPlugin", "MagellanGPSPluginLoader2"})
         EXPECT_EQ(entry()(other), nullptr) << other;
 }
 
@@ -79,15 +80,18 @@ TEST(BundleEntry, ARangeErrorLeavesTheModuleAsWhatItIs)
     const support::TestFolders none{{}};
     const support::ReceiverFolder folder;
     const auto file = folder.put("t.log", {support::sentence("PMGNTRK,1")});
-    const auto driver = entry()("MagellanGPSPluginLoader")->piGetPlugInsForClass("GPSPlugIn")->nextObject();
+    const auto driver =
+        entry()("MagellanGPSPluginLoader")->piGetPlugInsForClass("GPSPlugIn")->nextObject();
     const auto status = std::make_shared<support::RecordingReceiver>();
     EXPECT_THROW((void)driver->gpsRunAcquire(status, {{"sourcePath", file}}), gps::RangeError);
-    EXPECT_THAT(status->calls(), testing::ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_THAT(status->calls(),
+                testing::ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
 }
 
 TEST(BundleEntry, TheIconOfLastResortIsExported)
 {
-    EXPECT_STREQ(*exported<decltype(kMagellanSymbol_crossed_box)>("kMagellanSymbol_crossed_box"), "a");
+    EXPECT_STREQ(*exported<decltype(kMagellanSymbol_crossed_box)>("kMagellanSymbol_crossed_box"),
+                 "a");
 }
 
 TEST(BundleEntry, TheDebugLevelIsTheModulesOwnAndTheFrameworks)
@@ -114,28 +118,37 @@ TEST(BundleEntry, TheSettersAndGettersWorkOnAHostsDictionary)
     const std::int16_t number = -16;
     gps::Dictionary dictionary;
     exported<decltype(SetFloatInDictionary)>("SetFloatInDictionary")(&dictionary, "a", 0.5F);
-    exported<decltype(SetNumberInDictionary)>("SetNumberInDictionary")(&dictionary, "b", gps::NumberType::kInt16, &number);
+    exported<decltype(SetNumberInDictionary)>("SetNumberInDictionary")(
+        &dictionary, "b", gps::NumberType::kInt16, &number);
     exported<decltype(SetIntInDictionary)>("SetIntInDictionary")(&dictionary, "c", 7);
     exported<decltype(SetCStringInDictionary)>("SetCStringInDictionary")(&dictionary, "d", "text");
-    exported<decltype(SetCStringInDictionaryIfNotEmpty)>("SetCStringInDictionaryIfNotEmpty")(&dictionary, "d", "");
-    exported<decltype(SetLatin1CStringInDictionary)>("SetLatin1CStringInDictionary")(&dictionary, "e", "\xE9");
-    exported<decltype(SetLatin1CStringInDictionaryIfNotEmpty)>("SetLatin1CStringInDictionaryIfNotEmpty")(&dictionary, "e", "");
-    exported<decltype(SetStringInDictionaryFromCStringList)>("SetStringInDictionaryFromCStringList")(&dictionary, "f",
-                                                                                                     texts.data(), 1, 1);
-    exported<decltype(SetStringInDictionaryFromCFStringList)>("SetStringInDictionaryFromCFStringList")(&dictionary, "g",
-                                                                                                       strings.data(), 1, 0);
-    exported<decltype(SetGPSPointInDictionary)>("SetGPSPointInDictionary")(&dictionary, "point", {1, 2, 3, 4, 5});
+    exported<decltype(SetCStringInDictionaryIfNotEmpty)>("SetCStringInDictionaryIfNotEmpty")(
+        &dictionary, "d", "");
+    exported<decltype(SetLatin1CStringInDictionary)>("SetLatin1CStringInDictionary")(&dictionary,
+                                                                                     "e", "\xE9");
+    exported<decltype(SetLatin1CStringInDictionaryIfNotEmpty)>(
+        "SetLatin1CStringInDictionaryIfNotEmpty")(&dictionary, "e", "");
+    exported<decltype(SetStringInDictionaryFromCStringList)>(
+        "SetStringInDictionaryFromCStringList")(&dictionary, "f", texts.data(), 1, 1);
+    exported<decltype(SetStringInDictionaryFromCFStringList)>(
+        "SetStringInDictionaryFromCFStringList")(&dictionary, "g", strings.data(), 1, 0);
+    exported<decltype(SetGPSPointInDictionary)>("SetGPSPointInDictionary")(&dictionary, "point",
+                                                                           {1, 2, 3, 4, 5});
     EXPECT_EQ(gps::describe(dictionary),
-              "{a = 0.5, b = -16, c = 7, d = \"text\", e = \"\xC3\xA9\", f = \"one\", g = \"zero\", point = (1, 2, 3, 4, 5)}");
-    EXPECT_TRUE(exported<decltype(GetBoolValueForKey)>("GetBoolValueForKey")(&dictionary, "c", false));
+              "{a = 0.5, b = -16, c = 7, d = \"text\", e = \"\xC3\xA9\", f = \"one\", g = "
+              "\"zero\", point = (1, 2, 3, 4, 5)}");
+    EXPECT_TRUE(
+        exported<decltype(GetBoolValueForKey)>("GetBoolValueForKey")(&dictionary, "c", false));
     EXPECT_EQ(exported<decltype(GetIntValueForKey)>("GetIntValueForKey")(&dictionary, "c", 0), 7);
 }
 
 TEST(BundleEntry, TheTimeZonesAreExported)
 {
-    EXPECT_EQ(exported<decltype(GetGMTOffsetFromTimeZoneName)>("GetGMTOffsetFromTimeZoneName")("Asia/Kolkata"), 19800);
-    EXPECT_EQ(exported<decltype(GetGMTOffsetFromTimeZoneNameWithUnixTime)>("GetGMTOffsetFromTimeZoneNameWithUnixTime")(
-                  "Europe/Zurich", 1214870400),
+    EXPECT_EQ(exported<decltype(GetGMTOffsetFromTimeZoneName)>("GetGMTOffsetFromTimeZoneName")(
+                  "Asia/Kolkata"),
+              19800);
+    EXPECT_EQ(exported<decltype(GetGMTOffsetFromTimeZoneNameWithUnixTime)>(
+                  "GetGMTOffsetFromTimeZoneNameWithUnixTime")("Europe/Zurich", 1214870400),
               7200);
 }
 
@@ -158,7 +171,8 @@ std::set<std::string> namesInTheModule()
         ::popen((std::string{"nm -D --defined-only '"} + kModule + "'").c_str(), "r"), &::pclose};
     std::set<std::string> names;
     std::array<char, 4096> line;
-    while (listing && std::fgets(line.data(), static_cast<int>(line.size()), listing.get()) != nullptr) {
+    while (listing &&
+           std::fgets(line.data(), static_cast<int>(line.size()), listing.get()) != nullptr) {
         const std::string text = line.data();
         names.insert(text.substr(text.rfind(' ') + 1, text.size() - text.rfind(' ') - 2));
     }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/loader/MagellanGPSPluginLoader.h>
-
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSPoint.h>
 #include <gps/View.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
@@ -12,9 +13,7 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <support/BundleCopy.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
@@ -44,19 +43,22 @@ TEST(MagellanGPSPluginLoader, ItsInformationHasExactlySixEntries)
 {
     MagellanGPSPluginLoader loader;
     EXPECT_EQ(loader.piInfo(),
-              (gps::Dictionary{{"Copyright", "\xC2\xA9 2026 Orvane"},
-                               {"Description", "Used to read GPS information from Magellan GPS receivers."},
-                               {"FeedbackURL", "https://www.orvane.example/support"},
-                               {"VersionCheck", "https://www.orvane.example/versioncheck.php?package=MagellanGPSPlugin"},
-                               {"Version", "1.5"},
-                               {"GPSPlugIn:Manufacturer", "Magellan"}}));
+              (gps::Dictionary{
+                  {"Copyright", "\xC2\xA9 2026 Orvane"},
+                  {"Description", "Used to read GPS information from Magellan GPS receivers."},
+                  {"FeedbackURL", "https://www.orvane.example/support"},
+                  {"VersionCheck",
+                   "https://www.orvane.example/versioncheck.php?package=MagellanGPSPlugin"},
+                  {"Version", "1.5"},
+                  {"GPSPlugIn:Manufacturer", "Magellan"}}));
 }
 
 TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
-    for (const auto* other : {"", "gpsplugin", "GPSPLUGIN", "GPSPlugin", "GPSPlugIn ", "VeloranPlugIn"})
+    for (const auto* other :
+         {"", "gpsplugin", "GPSPLUGIN", "GPSPlugin", "GPSPlugIn ", "VeloranPlugIn"})
         EXPECT_FALSE(loader.piGetPlugInsForClass(other)) << other;
 }
 
@@ -64,7 +66,8 @@ TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
-    EXPECT_NE(loader.piGetPlugInsForClass("GPSPlugIn")->nextObject(), loader.piGetPlugInsForClass("GPSPlugIn")->nextObject());
+    EXPECT_NE(loader.piGetPlugInsForClass("GPSPlugIn")->nextObject(),
+              loader.piGetPlugInsForClass("GPSPlugIn")->nextObject());
 }
 
 TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAndProduct)
@@ -77,7 +80,8 @@ TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAnd
     std::vector<std::string> names;
     while (const auto driver = drivers->nextObject()) {
         names.push_back(driver->className());
-        for (const std::int32_t id : {std::numeric_limits<std::int32_t>::min(), 0, 1, std::numeric_limits<std::int32_t>::max()}) {
+        for (const std::int32_t id : {std::numeric_limits<std::int32_t>::min(), 0, 1,
+                                      std::numeric_limits<std::int32_t>::max()}) {
             std::int32_t vendor = id;
             std::int32_t product = id;
             EXPECT_FALSE(driver->needsUSBRefreshOnVendor(&vendor, &product)) << names.back();
@@ -95,9 +99,10 @@ TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
     receiver.unitFile("1");
     const support::TestFolders folders{{receiver.path()}};
     const BundleCopy bundle;
-    bundle.put("MagellanGPS.plist", "<plist "
-                                    "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</"
-                                    "key><string>gpsView</string></dict></plist>");
+    bundle.put("MagellanGPS.plist",
+               "<plist "
+               "version=\"1.0\"><dict><key>class</key><string>View</string><key>identifier</"
+               "key><string>gpsView</string></dict></plist>");
     auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     ASSERT_TRUE(drivers);
     EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());
@@ -115,7 +120,8 @@ std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
 {
     const support::ReceiverFolder receiver;
     const auto status = std::make_shared<support::RecordingReceiver>();
-    const auto file = receiver.put("p.upt", {sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,," + icon)});
+    const auto file =
+        receiver.put("p.upt", {sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,," + icon)});
     EXPECT_EQ(driverOf(bundle)->gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
     const auto call = status->calls().at(1);
     const auto begin = call.find("symbol = \"") + 10;
@@ -139,7 +145,8 @@ TEST(MissingResources, TheSymbolMapIsTheResources)
 {
     const support::TestFolders none{{}};
     const BundleCopy bundle;
-    bundle.put("MagellanSymbolMap.plist", "<plist version=\"1.0\"><dict><key>Tent</key><string>j</string></dict></plist>");
+    bundle.put("MagellanSymbolMap.plist",
+               "<plist version=\"1.0\"><dict><key>Tent</key><string>j</string></dict></plist>");
     EXPECT_EQ(symbolOf(bundle, "j"), "Tent");
     EXPECT_EQ(symbolOf(bundle, "c"), "c");
 }
@@ -172,8 +179,8 @@ TEST(MissingResources, WithoutALanguageFileAndADefaultTheAnswerIsErrorMinusTwoWi
     EXPECT_EQ(error->domain(), "com.Orvane.GPSPlugin.ErrorDomain");
     EXPECT_EQ(error->code(), -2);
     EXPECT_EQ(error->description(), "Magellan device data missing or in unregonized format");
-    EXPECT_EQ(error->suggestion(),
-              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+    EXPECT_EQ(error->suggestion(), "Please make sure your Magellan device is connected and mounted "
+                                   "on the desktop, and try again");
     EXPECT_EQ(error->path(), receiver.path());
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
     EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
@@ -197,17 +204,21 @@ TEST(MissingResources, ALanguageFileMakesUpForTheMissingDefault)
 /// The error of an acquire without a device.
 gps::Error noDeviceError(const BundleCopy& bundle)
 {
-    return driverOf(bundle)->gpsRunAcquire(std::make_shared<support::RecordingReceiver>(), {}).value();
+    return driverOf(bundle)
+        ->gpsRunAcquire(std::make_shared<support::RecordingReceiver>(), {})
+        .value();
 }
 
 TEST(MissingResources, TextsAreThoseOfTheStringTable)
 {
     const support::TestFolders none{{}};
     const BundleCopy bundle;
-    bundle.put("en.lproj/Localizable.strings", "\"No location was selected for Magellan device\" = \"Kein Ger\xC3\xA4t\";");
+    bundle.put("en.lproj/Localizable.strings",
+               "\"No location was selected for Magellan device\" = \"Kein Ger\xC3\xA4t\";");
     EXPECT_EQ(noDeviceError(bundle).description(), "Kein Ger\xC3\xA4t");
     EXPECT_EQ(noDeviceError(bundle).suggestion(),
-              "Please make sure your Magellan device is connected and mounted on the desktop, and try again");
+              "Please make sure your Magellan device is connected and mounted on the desktop, and "
+              "try again");
 }
 
 TEST(MissingResources, WithoutAStringTableTheEnglishTextsStand)

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-#include <plugin/serialdevice/CommandLink.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/serialdevice/CommandLink.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
 #include <support/Sentence.h>
@@ -49,7 +48,8 @@ TEST_F(Link, SendsEachCommandFramedInOneWriteAndReadsNothing)
 TEST_F(Link, AwaitsOneLineAndLogsCommandAndReply)
 {
     line.saysSentence("PMGNVER,017,4.05,Sport");
-    EXPECT_THAT(link.sendCommandAwaitResponse("PMGNCMD,VERSION"), Optional(std::string{"PMGNVER,017,4.05,Sport"}));
+    EXPECT_THAT(link.sendCommandAwaitResponse("PMGNCMD,VERSION"),
+                Optional(std::string{"PMGNVER,017,4.05,Sport"}));
     EXPECT_THAT(done.doings, ElementsAre("send $PMGNCMD,VERSION*28\r\n", "read"));
     EXPECT_THAT(logged.lines(), ElementsAre("PMGNCMD,VERSION => PMGNVER,017,4.05,Sport"));
     EXPECT_TRUE(line.askedAsExpected());
@@ -69,7 +69,9 @@ TEST_F(Link, AcknowledgesAValidSentenceAndLogsIt)
 {
     line.saysSentence("PMGNCMD,END");
     EXPECT_THAT(link.readResponseWithChecksum(), Optional(std::string{"PMGNCMD,END"}));
-    EXPECT_THAT(done.doings, ElementsAre("read", "send $PMGNCSM,3D*" + support::sentence("PMGNCSM,3D").substr(12) + "\r\n"));
+    EXPECT_THAT(done.doings,
+                ElementsAre("read", "send $PMGNCSM,3D*" +
+                                        support::sentence("PMGNCSM,3D").substr(12) + "\r\n"));
     EXPECT_THAT(logged.lines(), ElementsAre(" -- PMGNCMD,END"));
     EXPECT_TRUE(line.askedAsExpected());
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The session's order and its reports, on a line in memory where waiting takes no time.
 
-#include <plugin/serialdevice/DownloadSession.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -10,9 +11,7 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <plugin/serialdevice/DownloadSession.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
 #include <support/RecordingReceiver.h>
@@ -45,15 +44,17 @@ std::string acknowledgement(const std::string& body)
 class Session : public testing::Test {
 protected:
     /// A receiver that acknowledges every command and has this data.
-    void receiverHas(const Strings& waypoints, const Strings& tracks = {}, const Strings& routes = {})
+    void receiverHas(const Strings& waypoints, const Strings& tracks = {},
+                     const Strings& routes = {})
     {
         receiverHas(waypoints, tracks, routes, line);
     }
-    static void receiverHas(const Strings& waypoints, const Strings& tracks, const Strings& routes, support::MemoryLine& line)
+    static void receiverHas(const Strings& waypoints, const Strings& tracks, const Strings& routes,
+                            support::MemoryLine& line)
     {
         line.answers("PMGNCMD,VERSION", {"PMGNVER,017,4.05,Sport"});
-        for (const std::string command :
-             {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"})
+        for (const std::string command : {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
+                                          "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"})
             line.answers(command, {acknowledgement(command)});
         phase("PMGNCMD,WAYPOINT", waypoints, line);
         phase("PMGNCMD,TRACK,2", tracks, line);
@@ -80,7 +81,8 @@ protected:
     [[nodiscard]] Strings commands() const
     {
         auto bodies = done.sent();
-        bodies.erase(std::remove_if(bodies.begin(), bodies.end(), [](const auto& body) { return body.starts_with("PMGNCSM"); }),
+        bodies.erase(std::remove_if(bodies.begin(), bodies.end(),
+                                    [](const auto& body) { return body.starts_with("PMGNCSM"); }),
                      bodies.end());
         return bodies;
     }
@@ -98,11 +100,12 @@ TEST_F(Session, OpensAtTheFirstSpeedAndAsksEverythingInOrder)
     receiverHas({});
     run({{"waypoints", true}, {"tracks", true}, {"routes", true}});
     EXPECT_EQ(error, std::nullopt);
-    EXPECT_THAT(commands(),
-                ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT",
-                            "PMGNCMD,TRACK,2", "PMGNCMD,ROUTE", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
-    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
-                                            "startTransfer 2", "endTransfer 2"));
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON",
+                                        "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT",
+                                        "PMGNCMD,TRACK,2", "PMGNCMD,ROUTE", "PMGNCMD,TOFF",
+                                        "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1",
+                                            "endTransfer 1", "startTransfer 2", "endTransfer 2"));
     EXPECT_THAT(Strings(done.doings.begin(), done.doings.begin() + 3),
                 ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800"));
     EXPECT_TRUE(line.askedAsExpected());
@@ -112,12 +115,16 @@ TEST_F(Session, ChangesTheSpeedAfterTheReceiverHasAcknowledgedAndReadsOneLineThe
 {
     receiverHas({});
     run({});
-    const auto framed = [](const std::string& body) { return "send " + support::sentence(body) + "\r\n"; };
+    const auto framed = [](const std::string& body) {
+        return "send " + support::sentence(body) + "\r\n";
+    };
     EXPECT_THAT(done.doings,
-                ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800", framed("PMGNCMD,VERSION"), "read",
-                            framed("PMGNCMD,HANDON"), framed("PMGNCMD,TON"), "read", "read", framed("PMGNCMD,BAUD,115200"),
-                            "read", "speed 115200", "read", framed("PMGNCMD,TOFF"), "read", "read", framed("PMGNCMD,HANDOFF"),
-                            "read", "read", framed("PMGNCMD,BAUD,4800"), "read", "speed 4800", "read"));
+                ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800",
+                            framed("PMGNCMD,VERSION"), "read", framed("PMGNCMD,HANDON"),
+                            framed("PMGNCMD,TON"), "read", "read", framed("PMGNCMD,BAUD,115200"),
+                            "read", "speed 115200", "read", framed("PMGNCMD,TOFF"), "read", "read",
+                            framed("PMGNCMD,HANDOFF"), "read", "read", framed("PMGNCMD,BAUD,4800"),
+                            "read", "speed 4800", "read"));
 }
 
 TEST_F(Session, WithoutOptionsHasNoTransfers)
@@ -125,8 +132,9 @@ TEST_F(Session, WithoutOptionsHasNoTransfers)
     receiverHas({kCamp});
     run({{"waypoints", false}, {"tracks", 0}});
     EXPECT_THAT(status.calls(), IsEmpty());
-    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
-                                        "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON",
+                                        "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF",
+                                        "PMGNCMD,BAUD,4800"));
 }
 
 TEST_F(Session, ReadsAndDropsALineWhereHandshakingIsOnAlready)
@@ -135,8 +143,8 @@ TEST_F(Session, ReadsAndDropsALineWhereHandshakingIsOnAlready)
     line.answers("PMGNCMD,VERSION", {"PMGNCSM,28", "PMGNVER,017,4.05,Sport"});
     run({});
     EXPECT_THAT(commands(), Not(Contains("PMGNCMD,HANDON")));
-    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
-                                        "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,TON", "PMGNCMD,BAUD,115200",
+                                        "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
     EXPECT_THAT(logged.lines(), Not(Contains(HasSubstr("PMGNVER"))));
 }
 
@@ -154,8 +162,10 @@ TEST_F(Session, LogsWhatTheReceiverSaysAfterItsSwitches)
         if (logLine.starts_with("Response"))
             responses.push_back(logLine);
     }
-    EXPECT_THAT(responses, ElementsAre("Response after TON = $A*41", "Response after TON = $B*42", "Response after TOFF = $C*43",
-                                       "Response after HANDOFF = $D*44", "Response after Setting rate back = $E*45"));
+    EXPECT_THAT(responses,
+                ElementsAre("Response after TON = $A*41", "Response after TON = $B*42",
+                            "Response after TOFF = $C*43", "Response after HANDOFF = $D*44",
+                            "Response after Setting rate back = $E*45"));
 }
 
 TEST_F(Session, TriesEverySpeedFiveTimesInTheTablesOrder)
@@ -169,7 +179,8 @@ TEST_F(Session, TriesEverySpeedFiveTimesInTheTablesOrder)
             probe.insert(probe.end(), {"send $PMGNCMD,VERSION*28\r\n", "read"});
     }
     ASSERT_GT(done.doings.size(), probe.size());
-    EXPECT_THAT(Strings(done.doings.begin(), done.doings.begin() + static_cast<std::ptrdiff_t>(probe.size())),
+    EXPECT_THAT(Strings(done.doings.begin(),
+                        done.doings.begin() + static_cast<std::ptrdiff_t>(probe.size())),
                 ElementsAreArray(probe));
 }
 
@@ -179,14 +190,17 @@ TEST_F(Session, RunsThroughAgainstSilenceAndSetsTheSpeedZero)
     EXPECT_EQ(error, std::nullopt);
     Strings expected(30, "PMGNCMD,VERSION");
     expected.emplace_back("PMGNCMD,HANDON");
-    for (const auto* command : {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT", "PMGNCMD,TRACK,2", "PMGNCMD,ROUTE",
-                                "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,0"})
+    for (const auto* command :
+         {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT", "PMGNCMD,TRACK,2",
+          "PMGNCMD,ROUTE", "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,0"})
         expected.insert(expected.end(), 5, command);
     EXPECT_EQ(done.sent(), expected);
-    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1",
-                                            "startTransfer 2", "endTransfer 2"));
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1",
+                                            "endTransfer 1", "startTransfer 2", "endTransfer 2"));
     EXPECT_EQ(*(done.doings.end() - 2), "speed 0");
-    EXPECT_THAT(logged.lines(), AllOf(SizeIs(5), Each(std::string{"(null)"}))); // the route phase's five silent reads
+    EXPECT_THAT(
+        logged.lines(),
+        AllOf(SizeIs(5), Each(std::string{"(null)"}))); // the route phase's five silent reads
 }
 
 TEST_F(Session, FindsAReceiverAtTheSixthSpeedAndRestoresIt)
@@ -253,8 +267,10 @@ TEST_F(Session, ReportsWaypointsAsTheyCome)
     run({{"waypoints", true}});
     const auto calls = status.calls();
     ASSERT_THAT(calls, SizeIs(5));
-    EXPECT_THAT(calls[1], AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
-    EXPECT_THAT(calls[2], AllOf(StartsWith("wayPoint"), HasSubstr("HUT"), Not(HasSubstr("by the lake"))));
+    EXPECT_THAT(calls[1],
+                AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
+    EXPECT_THAT(calls[2],
+                AllOf(StartsWith("wayPoint"), HasSubstr("HUT"), Not(HasSubstr("by the lake"))));
     EXPECT_THAT(calls[3], HasSubstr("CAMP"));
     EXPECT_EQ(calls.back(), "endTransfer 3");
 }
@@ -265,19 +281,22 @@ TEST_F(Session, AcknowledgesEachSentenceAndTheEnd)
     run({{"waypoints", true}});
     const auto sent = done.sent();
     const auto asked = std::find(sent.begin(), sent.end(), "PMGNCMD,WAYPOINT");
-    EXPECT_THAT(Strings(asked, asked + 4), ElementsAre("PMGNCMD,WAYPOINT", acknowledgement(kCamp), "PMGNCSM,3D", "PMGNCMD,TOFF"));
+    EXPECT_THAT(Strings(asked, asked + 4), ElementsAre("PMGNCMD,WAYPOINT", acknowledgement(kCamp),
+                                                       "PMGNCSM,3D", "PMGNCMD,TOFF"));
 }
 
 TEST_F(Session, RoutesAloneFetchWaypointsWithoutReportingThem)
 {
     receiverHas({kCamp, kHut}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a,HUT,a"});
     run({{"routes", true}});
-    EXPECT_THAT(commands(), AllOf(Contains("PMGNCMD,WAYPOINT"), Contains("PMGNCMD,ROUTE"), Not(Contains("PMGNCMD,TRACK,2"))));
+    EXPECT_THAT(commands(), AllOf(Contains("PMGNCMD,WAYPOINT"), Contains("PMGNCMD,ROUTE"),
+                                  Not(Contains("PMGNCMD,TRACK,2"))));
     const auto calls = status.calls();
     ASSERT_THAT(calls, SizeIs(5));
     EXPECT_EQ(calls[0], "startTransfer 2");
     EXPECT_THAT(calls[1], AllOf(StartsWith("newRoute"), HasSubstr("LOOP")));
-    EXPECT_THAT(calls[2], AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
+    EXPECT_THAT(calls[2],
+                AllOf(StartsWith("wayPoint"), HasSubstr("CAMP"), HasSubstr("by the lake")));
     EXPECT_THAT(calls[3], AllOf(StartsWith("wayPoint"), HasSubstr("HUT")));
     EXPECT_EQ(calls[4], "endTransfer 2");
 }
@@ -285,8 +304,8 @@ TEST_F(Session, RoutesAloneFetchWaypointsWithoutReportingThem)
 TEST_F(Session, ReportsARouteOfSeveralSentencesOnceAfterItsLast)
 {
     receiverHas({kCamp, kHut}, {},
-                {"PMGNRTE,3,1,c,01,LOOP,CAMP,a,HUT,a", "PMGNRTE,3,2,c,01,LOOP,HUT,a", "PMGNRTE,3,3,c,01,LOOP,CAMP,a",
-                 "PMGNRTE,1,1,c,02,BACK,HUT,a"});
+                {"PMGNRTE,3,1,c,01,LOOP,CAMP,a,HUT,a", "PMGNRTE,3,2,c,01,LOOP,HUT,a",
+                 "PMGNRTE,3,3,c,01,LOOP,CAMP,a", "PMGNRTE,1,1,c,02,BACK,HUT,a"});
     run({{"routes", true}});
     Strings names;
     for (const auto& call : status.calls()) {
@@ -311,26 +330,32 @@ TEST_F(Session, ARoutesPointIsItsWaypointsRecordWithThePoint)
 
 TEST_F(Session, ARouteHasNothingOfTheOneBefore)
 {
-    receiverHas({kCamp}, {}, {"PMGNRTE,2,1,c,01,LOOP,CAMP,a", "PMGNRTE,2,2,m,01,LOOP,all day", "PMGNRTE,1,1,c,02,BACK"});
+    receiverHas(
+        {kCamp}, {},
+        {"PMGNRTE,2,1,c,01,LOOP,CAMP,a", "PMGNRTE,2,2,m,01,LOOP,all day", "PMGNRTE,1,1,c,02,BACK"});
     run({{"routes", true}});
     EXPECT_THAT(status.calls(),
-                ElementsAre("startTransfer 2", AllOf(StartsWith("newRoute"), HasSubstr("all day")), StartsWith("wayPoint"),
-                            "newRoute {name = \"BACK\", lastIndex = 1}", "endTransfer 2"));
+                ElementsAre("startTransfer 2", AllOf(StartsWith("newRoute"), HasSubstr("all day")),
+                            StartsWith("wayPoint"), "newRoute {name = \"BACK\", lastIndex = 1}",
+                            "endTransfer 2"));
 }
 
 TEST_F(Session, ALaterWaypointOfTheSameNameIsTheRoutes)
 {
-    receiverHas({kCamp, "PMGNWPL,4730.00000,N,00700.00000,E,0000100,M,CAMP,moved,a"}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
+    receiverHas({kCamp, "PMGNWPL,4730.00000,N,00700.00000,E,0000100,M,CAMP,moved,a"}, {},
+                {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
     run({{"routes", true}});
     EXPECT_THAT(status.calls()[2], HasSubstr("moved"));
 }
 
 TEST_F(Session, AWaypointWithoutANameIsReportedButNoRoutes)
 {
-    receiverHas({"PMGNWPL,4600.00000,N,00700.00000,E,0000100"}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
+    receiverHas({"PMGNWPL,4600.00000,N,00700.00000,E,0000100"}, {},
+                {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
     run({{"waypoints", true}, {"routes", true}});
-    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", StartsWith("wayPoint"), "endTransfer 3", "startTransfer 2",
-                                            StartsWith("newRoute"), "endTransfer 2"));
+    EXPECT_THAT(status.calls(),
+                ElementsAre("startTransfer 3", StartsWith("wayPoint"), "endTransfer 3",
+                            "startTransfer 2", StartsWith("newRoute"), "endTransfer 2"));
 }
 
 TEST_F(Session, LogsEachReplyOfTheRoutePhaseAndItsSilence)
@@ -352,24 +377,28 @@ TEST_F(Session, PointsWithoutANameFormTheCurrentTrackAndANameOpensOne)
     run({{"tracks", true}});
     Strings kinds;
     for (const auto& call : status.calls())
-        kinds.push_back(call.substr(0, call.find(' ')) + (call.starts_with("newTrack") ? call.substr(8) : ""));
-    EXPECT_THAT(kinds, ElementsAre("startTransfer", "newTrack {name = \"Current Track\"}", "trackPoint", "trackPoint",
-                                   "newTrack {name = \"A\"}", "trackPoint", "trackPoint", "trackPoint", "endTransfer"));
+        kinds.push_back(call.substr(0, call.find(' ')) +
+                        (call.starts_with("newTrack") ? call.substr(8) : ""));
+    EXPECT_THAT(kinds, ElementsAre("startTransfer", "newTrack {name = \"Current Track\"}",
+                                   "trackPoint", "trackPoint", "newTrack {name = \"A\"}",
+                                   "trackPoint", "trackPoint", "trackPoint", "endTransfer"));
 }
 
 TEST_F(Session, ATrackPointWithoutADateTakesItsDayFromTheOneBefore)
 {
-    receiverHas(
-        {}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624", "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A"});
+    receiverHas({}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624",
+                     "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A"});
     run({{"tracks", true}});
-    EXPECT_THAT(status.calls(), AllOf(Contains(HasSubstr("1717243200")), Contains(HasSubstr("1717243201"))));
+    EXPECT_THAT(status.calls(),
+                AllOf(Contains(HasSubstr("1717243200")), Contains(HasSubstr("1717243201"))));
 }
 
 TEST_F(Session, AFirstTrackPointWithoutADateHasADayOfZero)
 {
     receiverHas({kCamp}, {"PMGNTRK,4600.100,N,00700.000,E,00100,M,000001.00,A"});
     run({{"waypoints", true}, {"tracks", true}});
-    EXPECT_THAT(status.calls(), Contains(AllOf(StartsWith("trackPoint"), HasSubstr(", 1, 0) {}")))); // time and reserved
+    EXPECT_THAT(status.calls(), Contains(AllOf(StartsWith("trackPoint"),
+                                               HasSubstr(", 1, 0) {}")))); // time and reserved
 }
 
 TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
@@ -432,7 +461,8 @@ TEST_F(Session, ATooShortSentenceIsARangeFailure)
 
 TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
 {
-    // What was reported before the read that fails: each transfer begins after its command is acknowledged, and ends after END.
+    // What was reported before the read that fails: each transfer begins after its command is
+    // acknowledged, and ends after END.
     const Strings reported[] = {
         /* VERSION, TON and its line, BAUD and its line, WAYPOINT */ {},
         {},
@@ -444,8 +474,11 @@ TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
         /* TRACK */ {"startTransfer 3", "endTransfer 3"},
         /* END */ {"startTransfer 3", "endTransfer 3", "startTransfer 1"},
         /* ROUTE */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1"},
-        /* END */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2"},
-        /* TOFF */ {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2", "endTransfer 2"},
+        /* END */
+        {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2"},
+        /* TOFF */
+        {"startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1", "startTransfer 2",
+         "endTransfer 2"},
     };
     for (std::size_t reads = 0; reads < std::size(reported); ++reads) {
         SCOPED_TRACE(reads);
@@ -454,7 +487,8 @@ TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
         support::RecordingReceiver told;
         failing.failsAfter(static_cast<int>(reads));
         receiverHas({}, {}, {}, failing);
-        const gps::Dictionary wanted{{"location", "/dev/x"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
+        const gps::Dictionary wanted{
+            {"location", "/dev/x"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
         DownloadSession session{failing, told, wanted};
         EXPECT_THROW((void)session.run(), gps::SerialFailure);
         EXPECT_EQ(told.calls(), reported[reads]);
@@ -479,10 +513,12 @@ TEST_F(Session, APortThatDoesNotOpenIsAnErrorAndNothingIsSent)
 {
     line.refuses(16);
     run({{"waypoints", true}});
-    EXPECT_EQ(error, (gps::Error{"com.Orvane.GPSPlugin.ErrorDomain",
-                                 -1,
-                                 {{gps::kErrorDescriptionKey, "Couldn't open communications port /dev/ttyUSB0"},
-                                  {gps::kErrorSuggestionKey, "The port might be in use by another program"}}}));
+    EXPECT_EQ(
+        error,
+        (gps::Error{"com.Orvane.GPSPlugin.ErrorDomain",
+                    -1,
+                    {{gps::kErrorDescriptionKey, "Couldn't open communications port /dev/ttyUSB0"},
+                     {gps::kErrorSuggestionKey, "The port might be in use by another program"}}}));
     EXPECT_THAT(done.doings, ElementsAre("speed 4800", "open /dev/ttyUSB0"));
 }
 
@@ -490,7 +526,8 @@ TEST_F(Session, OptionsAreReadAsBooleansOfEveryType)
 {
     receiverHas({});
     run({{"waypoints", "yes"}, {"tracks", 2}, {"routes", gps::Array{}}});
-    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1", "endTransfer 1"));
+    EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1",
+                                            "endTransfer 1"));
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include "Options.h"
 
-#include <utility>
-
 #include "tools/simulator/Receiver.h"
 
 #include <CLI/CLI.hpp>
+
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -56,7 +56,9 @@ Examples:
 
 ParsedCommandLine mistake(std::string_view text)
 {
-    return {std::nullopt, "magellangps-simulator: " + std::string{text.substr(0, text.find('\n'))} + '\n', kUsage};
+    return {std::nullopt,
+            "magellangps-simulator: " + std::string{text.substr(0, text.find('\n'))} + '\n',
+            kUsage};
 }
 
 ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
@@ -68,7 +70,8 @@ ParsedCommandLine unexpected(const CLI::App& app, const CLI::ParseError& error)
 }
 
 // What is wrong with the words; empty: nothing.
-std::string check(const std::string& handshake, const std::vector<std::string>& faults, Options& options)
+std::string check(const std::string& handshake, const std::vector<std::string>& faults,
+                  Options& options)
 {
     if (!isLineSpeed(options.speed))
         return "--speed wants 1200, 2400, 4800, 9600, 19200, 38400, 57600 or 115200";
@@ -94,15 +97,24 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     CLI::App app{"Simulates a receiver on a serial line.", "magellangps-simulator"};
     app.set_version_flag("--version", "magellangps-simulator " SIMULATOR_VERSION);
     app.footer(kHelp);
-    app.add_option("sources", options.sources, "Files, and folders of files, with its data")->type_name("FILE|FOLDER");
-    app.add_option("--speed", options.speed, "Its line speed at the start, in bits per second (4800)")->type_name("SPEED");
-    app.add_option("--handshake", handshake, "Whether handshaking is on at the start (off)")->type_name("on|off");
+    app.add_option("sources", options.sources, "Files, and folders of files, with its data")
+        ->type_name("FILE|FOLDER");
+    app.add_option("--speed", options.speed,
+                   "Its line speed at the start, in bits per second (4800)")
+        ->type_name("SPEED");
+    app.add_option("--handshake", handshake, "Whether handshaking is on at the start (off)")
+        ->type_name("on|off");
     app.add_flag("--unpaced", options.unpaced, "Be as fast as the machine, not as the line");
-    app.add_flag("--chatter", options.chatter, "Say one more sentence after the answers to TON, BAUD, TOFF and HANDOFF");
-    app.add_flag("--once", options.once, "End when the other side has closed the line after a session");
-    app.add_option("--fault", faults, "Do this wrong; may be repeated")->type_name("FAULT")->allow_extra_args(false);
+    app.add_flag("--chatter", options.chatter,
+                 "Say one more sentence after the answers to TON, BAUD, TOFF and HANDOFF");
+    app.add_flag("--once", options.once,
+                 "End when the other side has closed the line after a session");
+    app.add_option("--fault", faults, "Do this wrong; may be repeated")
+        ->type_name("FAULT")
+        ->allow_extra_args(false);
     app.add_option("--log", options.log, "Write the session log to this file")->type_name("FILE");
-    app.add_option("--link", options.link, "Make a symbolic link to the pseudo-terminal, and remove it at the end")
+    app.add_option("--link", options.link,
+                   "Make a symbolic link to the pseudo-terminal, and remove it at the end")
         ->type_name("PATH");
     try {
         app.parse(argc, argv);

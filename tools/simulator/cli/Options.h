@@ -3,11 +3,11 @@
 
 #pragma once
 
+#include "tools/simulator/Fault.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "tools/simulator/Fault.h"
 
 namespace simulator {
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The simulator as a program.
 
+#include "Options.h"
+#include "tools/simulator/Receiver.h"
+
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -12,9 +15,6 @@
 #include <string>
 #include <system_error>
 #include <utility>
-
-#include "Options.h"
-#include "tools/simulator/Receiver.h"
 
 namespace {
 
@@ -33,7 +33,8 @@ int fail(const std::string& sentence)
     return kFailed;
 }
 
-// A symbolic link that goes with its scope. One that is there already, left over from a run that was killed, is replaced.
+// A symbolic link that goes with its scope. One that is there already, left over from a run that
+// was killed, is replaced.
 class Link {
 public:
     Link(const std::string& target, std::filesystem::path path) : path_(std::move(path))
@@ -74,25 +75,29 @@ int serve(const simulator::Options& options, simulator::Settings settings)
 
 int run(const simulator::Options& options)
 {
-    simulator::Settings settings{
-        options.speed, options.handshake, !options.unpaced, options.chatter, options.once, {}, options.faults, nullptr};
+    simulator::Settings settings{options.speed,    options.handshake,
+                                 !options.unpaced, options.chatter,
+                                 options.once,     {},
+                                 options.faults,   nullptr};
     for (const auto& source : options.sources) {
         if (const auto failure = simulator::loadSentences(source, settings.sentences))
-            return fail(failure->description().value_or("It cannot be read.") + " Name another file or folder than " + source +
-                        '.');
+            return fail(failure->description().value_or("It cannot be read.") +
+                        " Name another file or folder than " + source + '.');
     }
     std::ofstream log;
     if (options.log) {
         errno = 0;
         log.open(*options.log, std::ios::trunc);
         if (!log)
-            return fail("The log " + *options.log + " cannot be written: " + std::generic_category().message(errno) +
-                        ". Give --log another path.");
+            return fail("The log " + *options.log + " cannot be written: " +
+                        std::generic_category().message(errno) + ". Give --log another path.");
         settings.log = &log;
     }
     const int status = serve(options, std::move(settings));
     if (options.log && !log)
-        return fail("The log " + *options.log + " is not whole: it could not be written to. Give --log a path with room for it.");
+        return fail(
+            "The log " + *options.log +
+            " is not whole: it could not be written to. Give --log a path with room for it.");
     return status;
 }
 

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/base/XmlText.h"
+
+#include "host/base/Text.h"
+
+#include <gps/NumberText.h>
+
+#include <unicode/ucnv.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace host {
+namespace {
+
+using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
+
+Converter openConverter(const std::string& encoding)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    return {ucnv_open(encoding.c_str(), &status), &ucnv_close};
+}
+
+// What a declaration names, `<?xml version="1.0" encoding="windows-1252"?>`; empty without one.
+std::string declaredEncoding(std::string_view xml)
+{
+    const auto declaration = xml.substr(0, std::min(xml.find("?>"), std::size_t{256}));
+    const auto key = declaration.find("encoding");
+    if (!declaration.starts_with("<?xml") || key == std::string_view::npos)
+        return {};
+    const auto begin = declaration.find_first_of("\"'", key);
+    if (begin == std::string_view::npos)
+        return {};
+    const auto value = declaration.substr(begin + 1);
+    const auto end = value.find(declaration[begin]);
+    return end != std::string_view::npos ? std::string{value.substr(0, end)} : std::string{};
+}
+
+// Empty: UTF-8, which needs no conversion.
+std::string encodingOf(std::string_view xml)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const auto front = xml.substr(0, 4);
+    const char* const marked = ucnv_detectUnicodeSignature(
+        front.data(), static_cast<std::int32_t>(front.size()), nullptr, &status);
+    if (marked != nullptr)
+        return marked == std::string_view{"UTF-8"} ? std::string{} : marked;
+    if (xml.starts_with(std::string_view{"<\0", 2}))
+        return "UTF-16LE";
+    if (xml.starts_with(std::string_view{"\0<", 2}))
+        return "UTF-16BE";
+    auto declared = declaredEncoding(xml);
+    // A declaration that can be read byte by byte is not in UTF-16, whatever it says: some program
+    // has converted the file.
+    return ucnv_compareNames(declared.substr(0, 3).c_str(), "utf") == 0 ? std::string{} : declared;
+}
+
+std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
+{
+    std::string converted;
+    std::array<UChar, 4096> pivot;
+    UChar* pivotSource = pivot.data();
+    UChar* pivotTarget = pivot.data();
+    const char* source = bytes.data();
+    std::array<char, 16384> piece;
+    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+    for (UBool isFirst = 1; status == U_BUFFER_OVERFLOW_ERROR; isFirst = 0) {
+        status = U_ZERO_ERROR;
+        char* target = piece.data();
+        ucnv_convertEx(&to, &from, &target, piece.data() + piece.size(), &source,
+                       bytes.data() + bytes.size(), pivot.data(), &pivotSource, &pivotTarget,
+                       pivot.data() + pivot.size(), isFirst, 1, &status);
+        converted.append(piece.data(), target);
+    }
+    return converted;
+}
+
+bool isXmlCharacter(char32_t c) noexcept
+{
+    return c == '\t' || c == '\n' || c == '\r' || (c >= 0x20 && c < 0xFFFE) || c > 0xFFFF;
+}
+
+} // namespace
+
+bool convertXmlToUtf8(std::string& xml)
+{
+    const auto encoding = encodingOf(xml);
+    if (encoding.empty())
+        return true;
+    const auto from = openConverter(encoding);
+    const auto to = openConverter("UTF-8");
+    if (!from || !to)
+        return false;
+    xml = toUtf8(*from, *to, xml);
+    return true;
+}
+
+std::size_t lineAt(std::string_view text, std::size_t offset) noexcept
+{
+    const auto before = text.substr(0, offset);
+    return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
+std::string_view withoutOuterSpace(std::string_view text) noexcept
+{
+    while (!text.empty() && gps::isWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && gps::isWhiteSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+void appendXml(std::string& out, std::string_view text)
+{
+    while (!text.empty()) {
+        const char32_t c = takeCharacter(text);
+        if (c == '&')
+            out += "&amp;";
+        else if (c == '<')
+            out += "&lt;";
+        else if (c == '>')
+            out += "&gt;";
+        else if (c == '"')
+            out += "&quot;";
+        else if (c == '\r')
+            out += "&#13;"; // a reader would take it for a line feed
+        else if (isXmlCharacter(c))
+            appendCharacter(out, c);
+    }
+}
+
+} // namespace host

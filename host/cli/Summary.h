@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// Summary: what came, as a table for people. One thread at a time.
+
+#pragma once
+
+#include "host/files/Output.h"
+#include "host/formats/CollectionWriter.h"
+#include "host/points/TrackFigures.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// One row for all waypoints, one for all geocaches, one for each route and each track, one for the
+/// totals.
+class Summary final : public CollectionWriter {
+public:
+    explicit Summary(Output& output) : output_(output) {}
+
+private:
+    struct Row {
+        std::string kind{};
+        std::string name{};
+        std::size_t points = 0;
+        std::optional<std::int64_t> first{}; // the earliest and the latest moment
+        std::optional<std::int64_t> last{};
+        std::optional<double> kilometres{};
+    };
+
+    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void beginRoute(const gps::Dictionary& route) override;
+    void routePoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
+    void endRoute() override;
+    void beginTrack(const gps::Dictionary& track) override;
+    void trackPoint(const gps::GPSPoint& point) override;
+    void endTrack() override;
+    [[nodiscard]] std::optional<gps::Error> finish() override;
+
+    void begin(std::string kind, const gps::Dictionary& collection);
+    void add(const gps::GPSPoint& point);
+    void end();
+    [[nodiscard]] Row total() const;
+
+    Output& output_;
+    Row wayPoints_{.kind = "Waypoints"};
+    Row geocaches_{.kind = "Geocaches"};
+    std::vector<Row> collections_; // the last one is open while it gets its points
+    PathLength length_;
+};
+
+} // namespace host

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/files/Hash.h"
+
+#include <cstdint>
+
+namespace host {
+namespace {
+
+constexpr std::uint64_t kFnvBasis = 14695981039346656037U;
+constexpr std::uint64_t kFnvPrime = 1099511628211U;
+constexpr char kDigits[] = "0123456789abcdef";
+
+} // namespace
+
+std::string hashOf(std::string_view bytes)
+{
+    std::uint64_t hash = kFnvBasis;
+    for (const char byte : bytes)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * kFnvPrime;
+    std::string text(16, '0');
+    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4)
+        *digit = kDigits[hash & 15];
+    return text;
+}
+
+} // namespace host

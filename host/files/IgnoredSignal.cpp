@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/files/IgnoredSignal.h"
+
+#include <csignal>
+
+namespace host {
+
+bool isIgnored(int signal) noexcept
+{
+    struct sigaction present {};
+    return ::sigaction(signal, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+}
+
+} // namespace host

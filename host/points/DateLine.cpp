@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/points/DateLine.h"
+
+#include "host/points/Points.h"
+
+#include <cmath>
+
+namespace host {
+
+std::optional<DateLineCrossing> dateLineCrossing(const gps::GPSPoint& from,
+                                                 const gps::GPSPoint& to) noexcept
+{
+    const double eastward = to.longitude - from.longitude;
+    if (std::abs(eastward) <= 180)
+        return std::nullopt;
+    const double side = std::copysign(180.0, from.longitude);
+    const double way = 360 - std::abs(eastward);
+    const double part =
+        way > 0 ? (180 - std::abs(from.longitude)) / way : 0; // no way: both on the date line
+    gps::GPSPoint at;
+    at.longitude = side;
+    at.latitude = std::lerp(from.latitude, to.latitude, part);
+    at.altitude = std::lerp(from.altitude, to.altitude, part);
+    if (hasTimestamp(from) && hasTimestamp(to))
+        at.time =
+            from.time + static_cast<std::int64_t>(part * static_cast<double>(to.time - from.time));
+    DateLineCrossing crossing{at, at};
+    crossing.after.longitude = -side;
+    return crossing;
+}
+
+} // namespace host

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// Facts about single points that every output needs: whether a point has a timestamp and valid
+// coordinates, and how both are written. Stateless. [any]
+
+#pragma once
+
+#include <gps/GPSPoint.h>
+
+#include <cstdint>
+#include <string>
+
+namespace host {
+
+/// Whether a point's time is a real timestamp: from 1980-01-01 up to the end of the year 9999.
+///
+/// A receiver that sends a time of day without a date yields a time in 1970. No satellite time is
+/// older than 1980, so anything before that has no date.
+[[nodiscard]] bool hasTimestamp(const gps::GPSPoint& point) noexcept;
+
+/// Appends "YYYY-MM-DD", `separator` and "HH:MM:SS", in UTC.
+/// @param time  seconds since 1970-01-01 00:00 UTC
+/// Precondition: `hasTimestamp` holds for a point with this time.
+void appendTimestamp(std::string& out, std::int64_t time, char separator);
+
+/// Appends a latitude or a longitude in degrees with nine decimals, which is 0.1 mm. Receivers
+/// store a hundredth of that precision, so the text reads back as the same sentence.
+/// Precondition: the value is a valid coordinate.
+void appendDegrees(std::string& out, double degrees);
+
+/// Whether both coordinates are valid: finite, latitude within 90 and longitude within 180 degrees.
+[[nodiscard]] bool isOnGlobe(const gps::GPSPoint& point) noexcept;
+
+} // namespace host

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/points/TrackFigures.h"
+
+#include "host/points/Points.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace host {
+namespace {
+
+constexpr double kEarthRadius_km = 6371.0088;
+constexpr double kHighest_m = 100'000;
+constexpr double kTurn_m = 3;
+constexpr double kSlowest_m_per_s = 0.2;
+constexpr std::int64_t kLongestStep_s = 300;
+
+double radians(double degrees)
+{
+    return degrees * (std::numbers::pi / 180);
+}
+
+double haversine(double angle)
+{
+    return std::pow(std::sin(angle / 2), 2);
+}
+
+double distance_km(const gps::GPSPoint& a, const gps::GPSPoint& b)
+{
+    const double latitudeA = radians(a.latitude);
+    const double latitudeB = radians(b.latitude);
+    const double h =
+        haversine(latitudeB - latitudeA) +
+        std::cos(latitudeA) * std::cos(latitudeB) * haversine(radians(b.longitude - a.longitude));
+    return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
+}
+
+} // namespace
+
+bool hasElevation(const gps::GPSPoint& point) noexcept
+{
+    return std::abs(point.altitude) <= kHighest_m; // false for a NaN
+}
+
+void PathLength::add(const gps::GPSPoint& point) noexcept
+{
+    if (!isOnGlobe(point))
+        return;
+    if (last_)
+        kilometres_ += distance_km(*last_, point);
+    last_ = point;
+}
+
+void Climb::add(double elevationMetres) noexcept
+{
+    if (isEmpty_) {
+        low_ = high_ = elevationMetres;
+        isEmpty_ = false;
+    }
+    if (heading_ != Heading::kUp && elevationMetres - low_ >= kTurn_m)
+        turnUp(elevationMetres);
+    else if (heading_ != Heading::kDown && high_ - elevationMetres >= kTurn_m)
+        turnDown(elevationMetres);
+    else if (heading_ != Heading::kUp)
+        low_ = std::min(low_, elevationMetres);
+    if (heading_ != Heading::kDown)
+        high_ = std::max(high_, elevationMetres);
+}
+
+void Climb::turnUp(double elevation) noexcept
+{
+    if (heading_ == Heading::kDown)
+        descent_ += high_ - low_;
+    heading_ = Heading::kUp;
+    high_ = elevation;
+}
+
+void Climb::turnDown(double elevation) noexcept
+{
+    if (heading_ == Heading::kUp)
+        ascent_ += high_ - low_;
+    heading_ = Heading::kDown;
+    low_ = elevation;
+}
+
+void MovingTime::add(const gps::GPSPoint& point) noexcept
+{
+    if (last_) {
+        const auto step = point.time - last_->time;
+        const double metres = distance_km(*last_, point) * 1000;
+        if (step > 0 && step <= kLongestStep_s &&
+            metres >= kSlowest_m_per_s * static_cast<double>(step))
+            seconds_ += step;
+    }
+    last_ = point;
+}
+
+void TrackFigures::add(const gps::GPSPoint& point) noexcept
+{
+    if (!isOnGlobe(point))
+        return;
+    length_.add(point);
+    if (hasElevation(point)) {
+        climb_.add(point.altitude);
+        hasElevations_ = hasElevations_ || point.altitude != 0;
+    }
+    if (hasTimestamp(point)) {
+        moving_.add(point);
+        first_ = std::min(first_.value_or(point.time), point.time);
+        last_ = std::max(last_.value_or(point.time), point.time);
+    }
+}
+
+std::optional<double> TrackFigures::ascentMetres() const noexcept
+{
+    return hasElevations_ ? std::optional{climb_.ascentMetres()} : std::nullopt;
+}
+
+std::optional<double> TrackFigures::descentMetres() const noexcept
+{
+    return hasElevations_ ? std::optional{climb_.descentMetres()} : std::nullopt;
+}
+
+std::optional<std::int64_t> TrackFigures::movingSeconds() const noexcept
+{
+    return first_ ? std::optional{moving_.seconds()} : std::nullopt;
+}
+
+} // namespace host

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/base/JsonText.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+std::string json(std::string_view text)
+{
+    std::string out;
+    host::appendJson(out, text);
+    return out;
+}
+
+std::string json(const gps::Dictionary& record)
+{
+    std::string out;
+    host::appendJson(out, record);
+    return out;
+}
+
+TEST(JsonText, StringsAreEscaped)
+{
+    EXPECT_EQ(json("plain"), R"("plain")");
+    EXPECT_EQ(json("a\"b\\c"), R"("a\"b\\c")");
+    EXPECT_EQ(json(std::string_view{"\0\n\x1f", 3}), R"("\u0000\n\u001f")");
+    EXPECT_EQ(json("Zürich"), "\"Zürich\"");
+}
+
+TEST(JsonText, BytesThatAreNoUtf8AreReplaced)
+{
+    EXPECT_EQ(json("a\xff"), "\"a\xEF\xBF\xBD\"");
+}
+
+TEST(JsonText, NumbersKeepTheirType)
+{
+    EXPECT_EQ(json(gps::Dictionary{
+                  {"b", true}, {"i", std::int64_t{-5}}, {"d", 46.0}, {"e", 0.1}, {"f", 1.5F}}),
+              R"({"b":true,"i":-5,"d":46,"e":0.1,"f":1.5})");
+}
+
+TEST(JsonText, NumbersThatAreNotFiniteAreNull)
+{
+    EXPECT_EQ(json(gps::Dictionary{{"n", std::numeric_limits<double>::quiet_NaN()},
+                                   {"i", std::numeric_limits<float>::infinity()}}),
+              R"({"n":null,"i":null})");
+    std::string out;
+    host::appendJson(out, gps::GPSPoint{std::numeric_limits<double>::infinity(), 0, 0, 0, 0});
+    EXPECT_EQ(out, R"({"latitude":null,"longitude":0,"altitude":0,"time":0,"reserved":0})");
+}
+
+TEST(JsonText, RecordsNest)
+{
+    const gps::Dictionary record{
+        {"name", "R"},
+        {"points", gps::Array{gps::Dictionary{{"point", gps::GPSPoint{1, 2, 3, 4, 5}}}, 7}},
+        {"empty", gps::Array{}}};
+    EXPECT_EQ(
+        json(record),
+        R"({"name":"R","points":[{"point":{"latitude":1,"longitude":2,"altitude":3,"time":4,"reserved":5}},7],)"
+        R"("empty":[]})");
+}
+
+TEST(JsonText, ObjectIsReadWithItsKeysInOrder)
+{
+    const auto read = host::readJsonObject(
+        R"({"z":true,"a":1,"n":-2,"d":1.5,"s":"x","l":[1,"y"],"o":{"k":0},"none":null})");
+    ASSERT_TRUE(read);
+    EXPECT_EQ(json(*read), R"({"z":true,"a":1,"n":-2,"d":1.5,"s":"x","l":[1,"y"],"o":{"k":0}})");
+    EXPECT_EQ(host::readJsonObject("{}"), gps::Dictionary{});
+}
+
+TEST(JsonText, WholeNumberBeyondTheIntegersSaturates)
+{
+    EXPECT_EQ(json(*host::readJsonObject(R"({"n":18446744073709551615})")),
+              R"({"n":9223372036854775807})");
+}
+
+TEST(JsonText, OnlyAnObjectIsRead)
+{
+    for (const char* text : {"", "null", "[]", "1", "\"a\"", "{", "{}x", "{\"a\":}", "{a:1}"})
+        EXPECT_FALSE(host::readJsonObject(text)) << text;
+}
+
+TEST(JsonText, NestingIsBounded)
+{
+    const auto nested = [](std::size_t levels) {
+        return "{\"a\":" + std::string(levels - 1, '[') + std::string(levels - 1, ']') + "}";
+    };
+    EXPECT_TRUE(host::readJsonObject(nested(64)));
+    EXPECT_FALSE(host::readJsonObject(nested(66)));
+    EXPECT_FALSE(host::readJsonObject(nested(100000)));
+}
+
+} // namespace

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/files/OutputFile.h"
+
+#include "support/AsNobody.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using host::OutputFile;
+
+std::size_t entries(const support::TemporaryFolder& folder)
+{
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator{folder.path()}, {}));
+}
+
+TEST(OutputFile, StandsUnderItsNameOnlyOnceItIsCommitted)
+{
+    const support::TemporaryFolder folder;
+    OutputFile file{folder.path("a.gpx")};
+    ASSERT_FALSE(file.open());
+    file.output().write("new");
+    EXPECT_FALSE(fs::exists(folder.path("a.gpx")));
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(folder.read("a.gpx"), "new");
+    EXPECT_EQ(entries(folder), 1U);
+}
+
+TEST(OutputFile, OlderFileStaysWhenNothingIsCommitted)
+{
+    const support::TemporaryFolder folder;
+    folder.put("a.gpx", "old");
+    {
+        OutputFile file{folder.path("a.gpx")};
+        ASSERT_FALSE(file.open());
+        file.output().write("new");
+        EXPECT_EQ(entries(folder), 2U);
+    }
+    EXPECT_EQ(folder.read("a.gpx"), "old");
+    EXPECT_EQ(entries(folder), 1U);
+}
+
+TEST(OutputFile, PartialFileStandsBesideTheOlderOne)
+{
+    const support::TemporaryFolder folder;
+    folder.put("a.gpx", "old");
+    OutputFile file{folder.path("a.gpx")};
+    ASSERT_FALSE(file.open());
+    file.output().write("half");
+    EXPECT_EQ(file.partialPath(), fs::canonical(folder.path()) / "a.partial.gpx");
+    EXPECT_FALSE(file.keepPartial());
+    EXPECT_EQ(folder.read("a.gpx"), "old");
+    EXPECT_EQ(folder.read("a.partial.gpx"), "half");
+    EXPECT_EQ(entries(folder), 2U);
+}
+
+TEST(OutputFile, PartialNameOfANameWithoutExtensionEndsInPartial)
+{
+    const support::TemporaryFolder folder;
+    for (const auto& [name, partial] :
+         {std::pair{"trip", "trip.partial"}, std::pair{"a.b.gpx", "a.b.partial.gpx"}}) {
+        OutputFile file{folder.path(name)};
+        ASSERT_FALSE(file.open());
+        EXPECT_EQ(fs::path{file.partialPath()}.filename(), partial);
+    }
+}
+
+TEST(OutputFile, ReplacedFileKeepsItsMode)
+{
+    const support::TemporaryFolder folder;
+    fs::permissions(folder.put("a.gpx", "old"), fs::perms{0640});
+    OutputFile file{folder.path("a.gpx")};
+    ASSERT_FALSE(file.open());
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(fs::status(folder.path("a.gpx")).permissions(), fs::perms{0640});
+}
+
+TEST(OutputFile, LinkLeadsToTheFileThatIsReplaced)
+{
+    const support::TemporaryFolder folder;
+    folder.put("there/a.gpx", "old");
+    fs::create_symlink("there/a.gpx", folder.path("link.gpx"));
+    OutputFile file{folder.path("link.gpx")};
+    ASSERT_FALSE(file.open());
+    file.output().write("new");
+    EXPECT_FALSE(file.commit());
+    EXPECT_TRUE(fs::is_symlink(folder.path("link.gpx")));
+    EXPECT_EQ(folder.read("there/a.gpx"), "new");
+}
+
+TEST(OutputFile, MissingFolderIsRefused)
+{
+    const support::TemporaryFolder folder;
+    const auto failure = OutputFile{folder.path("no/a.gpx")}.open();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->code(), ENOENT);
+}
+
+TEST(OutputFile, FolderIsNoFile)
+{
+    const support::TemporaryFolder folder;
+    const auto failure = OutputFile{folder.path()}.open();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->code(), EISDIR);
+}
+
+TEST(OutputFile, FolderThatMayNotBeWrittenIsRefused)
+{
+    const support::TemporaryFolder folder;
+    const support::AsNobody nobody;
+    if (::access(folder.path().c_str(), W_OK) == 0 && ::geteuid() != 65534)
+        GTEST_SKIP() << "own folder, no rights to give up";
+    const auto failure = OutputFile{folder.path("a.gpx")}.open();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->code(), EACCES);
+}
+
+TEST(OutputFile, DeviceIsWrittenToAndStays)
+{
+    OutputFile file{"/dev/null"};
+    ASSERT_FALSE(file.open());
+    file.output().write("text");
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(file.partialPath(), "");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(OutputFile, FullDeviceIsAFailure)
+{
+    OutputFile file{"/dev/full"};
+    ASSERT_FALSE(file.open());
+    file.output().write("text");
+    EXPECT_TRUE(file.commit());
+}
+
+class OutputFileSignal : public testing::TestWithParam<int> {};
+
+TEST_P(OutputFileSignal, RemovesTheHiddenFileAndTakesItsCourse)
+{
+    const support::TemporaryFolder folder;
+    folder.put("a.gpx", "old");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        OutputFile file{folder.path("a.gpx")};
+        if (file.open() || entries(folder) != 2)
+            ::_exit(1);
+        ::raise(GetParam());
+        ::_exit(2);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), GetParam());
+    EXPECT_EQ(folder.read("a.gpx"), "old");
+    EXPECT_EQ(entries(folder), 1U);
+}
+
+TEST_P(OutputFileSignal, IsLivedThroughWhereItIsIgnored)
+{
+    const support::TemporaryFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        (void)std::signal(GetParam(), SIG_IGN);
+        OutputFile file{folder.path("a.gpx")};
+        if (file.open())
+            ::_exit(1);
+        ::raise(GetParam());
+        ::_exit(file.commit() ? 2 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_TRUE(fs::exists(folder.path("a.gpx")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, OutputFileSignal, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGPIPE));
+
+} // namespace

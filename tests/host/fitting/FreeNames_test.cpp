@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/fitting/FreeNames.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <unordered_set>
+
+namespace {
+
+using host::FreeNames;
+
+constexpr gps::GPSPoint kHere{46.5, 7.25, 0, 0, 0};
+constexpr gps::GPSPoint kThere{-10, 20, 0, 0, 0};
+
+TEST(FreeNames, FreeNameIsTakenAsItIs)
+{
+    FreeNames names{20};
+    EXPECT_EQ(names.find("Camp", kHere), "Camp");
+    EXPECT_EQ(names.find("12345678901234567890", kHere), "12345678901234567890");
+}
+
+TEST(FreeNames, LongNameIsCutWithoutASpaceAtItsEnd)
+{
+    FreeNames names{20};
+    EXPECT_EQ(names.find("123456789012345678901", kHere), "12345678901234567890");
+    EXPECT_EQ(names.find("A name of some words here", kHere), "A name of some words");
+    EXPECT_EQ(names.find("A name of some more words", kHere), "A name of some more");
+}
+
+TEST(FreeNames, TakenNameGetsANumberWithinTheLimit)
+{
+    FreeNames names{10};
+    EXPECT_TRUE(names.take("Camp"));
+    EXPECT_FALSE(names.take("Camp"));
+    EXPECT_EQ(names.find("Camp", kHere), "Camp 2");
+    EXPECT_EQ(names.find("Camp", kHere), "Camp 3");
+    EXPECT_EQ(names.find("Long name 1", kHere), "Long name");
+    EXPECT_EQ(names.find("Long name 2", kHere), "Long nam 2");
+    EXPECT_EQ(names.find("Long name 3", kHere), "Long nam 3");
+}
+
+TEST(FreeNames, NumberThatIsTakenIsPassedOver)
+{
+    FreeNames names{20};
+    EXPECT_TRUE(names.take("Camp"));
+    EXPECT_TRUE(names.take("Camp 2"));
+    names.addOnDevice("Camp 3", kThere);
+    EXPECT_EQ(names.find("Camp", kHere), "Camp 4");
+}
+
+TEST(FreeNames, NumbersGrowADigitWhenTheyMust)
+{
+    FreeNames names{6};
+    std::unordered_set<std::string> given;
+    for (int i = 0; i < 200; ++i) {
+        const auto name = names.find("abcdefgh", kHere);
+        EXPECT_LE(name.size(), 6U);
+        EXPECT_TRUE(given.insert(name).second) << name;
+    }
+    EXPECT_TRUE(given.contains("abcd 9"));
+    EXPECT_TRUE(given.contains("abc 10"));
+    EXPECT_TRUE(given.contains("ab 100"));
+}
+
+TEST(FreeNames, LimitWithoutRoomForANumberGivesTheNameAgain)
+{
+    FreeNames names{2};
+    EXPECT_EQ(names.find("abc", kHere), "ab");
+    EXPECT_EQ(names.find("abc", kHere), "ab");
+    FreeNames three{3};
+    EXPECT_EQ(three.find("abc", kHere), "abc");
+    EXPECT_EQ(three.find("abc", kHere), "a 2");
+}
+
+TEST(FreeNames, DevicesOtherNamesAreNotGiven)
+{
+    FreeNames names{20};
+    names.addOnDevice("Camp", kThere);
+    EXPECT_EQ(names.find("Camp", kHere), "Camp 2");
+}
+
+TEST(FreeNames, ExactNameMayReplaceTheDevices)
+{
+    FreeNames names{20};
+    names.addOnDevice("Camp", kThere);
+    EXPECT_TRUE(names.take("Camp"));
+}
+
+TEST(FreeNames, WhatWasSentBeforeGetsItsNameAgain)
+{
+    FreeNames names{10};
+    names.addOnDevice("Long name", kThere);
+    names.addOnDevice("Long nam 2", kThere);
+    names.addOnDevice("Long nam 3", kHere);
+    names.addOnDevice("Long na 12", {1, 1, 0, 0, 0});
+    names.addOnDevice("Other", kHere);
+    EXPECT_EQ(names.find("Long name x", {1, 1, 0, 0, 0}), "Long na 12");
+    EXPECT_EQ(names.find("Long name y", kHere), "Long nam 3");
+    EXPECT_EQ(names.find("Long name z", kThere), "Long name");
+    EXPECT_EQ(names.find("Long name z", kThere), "Long nam 2") << "each only once";
+    EXPECT_EQ(names.find("Long name z", kThere), "Long nam 4");
+}
+
+TEST(FreeNames, NumberOfAnotherFormWasNotPutThere)
+{
+    for (const std::string name :
+         {"Camp 02", "Camp2", "Camp 1234567890", "Camp 0", "Camp x2", " 2", "2"}) {
+        FreeNames names{20};
+        names.addOnDevice(name, kHere);
+        EXPECT_EQ(names.find("Camp", kHere), "Camp") << name;
+    }
+}
+
+TEST(FreeNames, PlaceIsKnownAgainAfterTheDeviceHasRoundedIt)
+{
+    for (const double degrees : {0.0, 46.5, -46.5, 7.123456789, 179.99999, 0.00001, 89.999995}) {
+        for (const double off : {-1e-7, 0.0, 1e-7}) {
+            FreeNames names{20};
+            names.addOnDevice("Camp", {degrees / 2 + off, degrees - off, 0, 0, 0});
+            EXPECT_EQ(names.find("Camp", {degrees / 2, degrees, 0, 0, 0}), "Camp")
+                << degrees << ' ' << off;
+        }
+    }
+    FreeNames names{20};
+    names.addOnDevice("Camp", {46.5001, 7.25, 0, 0, 0});
+    EXPECT_EQ(names.find("Camp", kHere), "Camp 2") << "eleven metres are another place";
+}
+
+TEST(FreeNames, ManyNamesTakeNoQuadraticTime)
+{
+    constexpr int kMany = 100000;
+    FreeNames names{20};
+    for (int i = 0; i < kMany; ++i)
+        names.addOnDevice("Camp " + std::to_string(i), kThere);
+    std::unordered_set<std::string> given;
+    for (int i = 0; i < kMany; ++i)
+        given.insert(names.find("Camp", kHere));
+    // Fronts that differ only in what a number takes the place of.
+    for (int i = 0; i < kMany; ++i)
+        given.insert(names.find("A common front " + std::to_string(10000 + i % 50000), kHere));
+    for (int i = 0; i < kMany; ++i)
+        given.insert(names.find("Camp", kThere));
+    EXPECT_EQ(given.size(), 3U * kMany);
+}
+
+} // namespace

@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/fitting/NameFitting.h"
+
+#include <gmock/gmock.h>
+
+#include <initializer_list>
+#include <unordered_set>
+
+namespace {
+
+using gps::Array;
+using gps::Dictionary;
+using gps::GPSPoint;
+using testing::ElementsAre;
+
+const host::TextRules& rules()
+{
+    static const host::TextRules rules{
+        gps::CharacterSet{"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'"},
+        20};
+    return rules;
+}
+
+Dictionary at(double latitude, std::string_view name, Dictionary record = {})
+{
+    record.set("name", name);
+    record.set("point", GPSPoint{latitude, 7, 0, 0, 0});
+    return record;
+}
+
+Dictionary routeOf(std::string_view name, std::initializer_list<Dictionary> points)
+{
+    Array list;
+    for (const auto& point : points)
+        list.emplace_back(point);
+    return {{"name", name}, {"points", std::move(list)}};
+}
+
+Dictionary dataOf(std::initializer_list<Dictionary> waypoints,
+                  std::initializer_list<Dictionary> routes = {})
+{
+    Array waypointList;
+    for (const auto& record : waypoints)
+        waypointList.emplace_back(record);
+    Array routeList;
+    for (const auto& record : routes)
+        routeList.emplace_back(record);
+    return {{"waypoint", std::move(waypointList)}, {"route", std::move(routeList)}};
+}
+
+std::vector<std::string> namesIn(const Dictionary& data, std::string_view key)
+{
+    std::vector<std::string> names;
+    for (const auto& value : *data.find(key)->as<Array>()) {
+        const auto* const name = value.as<Dictionary>()->findString("name");
+        names.push_back(name != nullptr ? *name : "(none)");
+    }
+    return names;
+}
+
+std::vector<std::string> waypointNames(Dictionary data, const Dictionary& onDevice = {})
+{
+    (void)host::fitNames(data, onDevice, rules());
+    return namesIn(data, "waypoint");
+}
+
+std::string told(const host::TextChange& change)
+{
+    return std::string{change.kind} + ' ' + std::string{change.key} + ": " + change.before + " > " +
+           change.after + " - " + change.dropped;
+}
+
+std::vector<std::string> changesOf(Dictionary data, const Dictionary& onDevice = {})
+{
+    std::vector<std::string> texts;
+    for (const auto& change : host::fitNames(data, onDevice, rules()))
+        texts.push_back(told(change));
+    return texts;
+}
+
+TEST(NameFitting, GoodDataStaysAsItIs)
+{
+    const auto good = dataOf(
+        {at(1, "Camp", {{"comment", "by the lake"}, {"symbol", "S\xC3\xBC\xC3\x9F,"}}),
+         at(2, "12345678901234567890"), at(3, "GC1", {{"symbol", "Geocache"}, {"terrain", "1.5"}})},
+        {routeOf("Loop", {at(1, "Camp"), at(2, "12345678901234567890")})});
+    auto data = good;
+    EXPECT_THAT(host::fitNames(data, {}, rules()), testing::IsEmpty());
+    EXPECT_EQ(data, good);
+}
+
+TEST(NameFitting, NothingToFitIsNoTrouble)
+{
+    Dictionary data{{"waypoint", "no list"},
+                    {"route", Array{"no record", 7}},
+                    {"track", Array{Dictionary{{"name", "\xC3\xA9"}}}}};
+    const auto before = data;
+    EXPECT_THAT(host::fitNames(data, data, rules()), testing::IsEmpty());
+    EXPECT_EQ(data, before) << "tracks are left alone";
+}
+
+TEST(NameFitting, TextsAreMadePlainAndToldOf)
+{
+    auto data = dataOf(
+        {at(1, "Caf\xC3\xA9", {{"comment", "a,b"}, {"symbol", "Caf\xC3\xA9"}}),
+         at(2, "GC1",
+            {{"symbol", "Geocache"}, {"geocacheOwner", "J\xC3\xBCrg"}, {"geocacheHint", "*"}})},
+        {routeOf("Tour \xC3\xA0 v\xC3\xA9lo",
+                 {at(1, "Caf\xC3\xA9", {{"comment", "c\xC3\xB4te"}})})});
+    EXPECT_THAT(
+        changesOf(data),
+        ElementsAre("waypoint comment: a,b > ab - ,", "route point comment: c\xC3\xB4te > cote - ",
+                    "geocache geocacheOwner: J\xC3\xBCrg > Jurg - ",
+                    "geocache geocacheHint: * >  - *", "waypoint name: Caf\xC3\xA9 > Cafe - ",
+                    "route name: Tour \xC3\xA0 v\xC3\xA9lo > Tour a velo - "));
+    (void)host::fitNames(data, {}, rules());
+    EXPECT_EQ(
+        data,
+        dataOf({at(1, "Cafe", {{"comment", "ab"}, {"symbol", "Caf\xC3\xA9"}}),
+                at(2, "GC1",
+                   {{"symbol", "Geocache"}, {"geocacheOwner", "Jurg"}, {"geocacheHint", ""}})},
+               {routeOf("Tour a velo", {at(1, "Cafe", {{"comment", "cote"}})})}));
+}
+
+TEST(NameFitting, LongNamesStayDifferent)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "A campground by the lake, north"),
+                                      at(2, "A campground by the lake, south"),
+                                      at(3, "A campground by the lake")})),
+                ElementsAre("A campground by the", "A campground by th 2", "A campground by th 3"));
+}
+
+TEST(NameFitting, GoodNameIsNotTakenAwayByOneThatMustChange)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "Caf\xC3\xA9"), at(2, "Cafe 2"), at(3, "Cafe")})),
+                ElementsAre("Cafe 3", "Cafe 2", "Cafe"));
+}
+
+TEST(NameFitting, WaypointsOfOneNameAtDifferentPlacesAreKeptApart)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "Camp"), at(2, "Camp"), at(1, "Camp")})),
+                ElementsAre("Camp", "Camp 2", "Camp"));
+    EXPECT_THAT(waypointNames(dataOf({at(1, "\xC3\x89"), at(2, "\xC3\x89"), at(1, "\xC3\x89")})),
+                ElementsAre("E", "E 2", "E"));
+}
+
+TEST(NameFitting, GoodNameReplacesTheDevices)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "Camp")}), dataOf({at(2, "Camp")})),
+                ElementsAre("Camp"));
+}
+
+TEST(NameFitting, ChangedNameDoesNotReplaceTheDevices)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "C\xC3\xA1mp")}), dataOf({at(2, "Camp")})),
+                ElementsAre("Camp 2"));
+    EXPECT_THAT(
+        waypointNames(dataOf({at(1, "C\xC3\xA1mp")}), dataOf({}, {routeOf("R", {at(2, "Camp")})})),
+        ElementsAre("Camp 2"))
+        << "nor a route's point's";
+}
+
+TEST(NameFitting, NamelessThingGetsAName)
+{
+    auto data = dataOf(
+        {at(1, ""), at(2, "\xF0\x9F\x8F\x95"), at(3, "  "), at(4, "*", {{"symbol", "Geocache"}})},
+        {{{"points", Array{Dictionary{{"point", GPSPoint{1, 7, 0, 0, 0}}}, at(9, "")}}}});
+    const auto changes = changesOf(data);
+    (void)host::fitNames(data, {}, rules());
+    EXPECT_THAT(namesIn(data, "waypoint"),
+                ElementsAre("Waypoint", "Waypoint 2", "Waypoint 3", "Geocache"));
+    EXPECT_THAT(namesIn(data, "route"), ElementsAre("Route"));
+    EXPECT_THAT(namesIn(*data.find("route")->as<Array>()->front().as<Dictionary>(), "points"),
+                ElementsAre("Waypoint", "Waypoint 4"));
+    EXPECT_EQ(changes.front(), "waypoint name:  > Waypoint - ");
+    EXPECT_EQ(changes[1], "waypoint name: \xF0\x9F\x8F\x95 > Waypoint 2 - \xF0\x9F\x8F\x95");
+}
+
+TEST(NameFitting, RoutePointsFollowTheirWaypoints)
+{
+    auto data =
+        dataOf({at(1, "A campground by the lake, north"), at(2, "A campground by the lake, south"),
+                at(3, "Camp"), at(4, "Camp")},
+               {routeOf("R", {at(2, "A campground by the lake, south"),
+                              at(1.5, "A campground by the lake, north"), at(4, "Camp"),
+                              at(9, "Camp"), at(5, "A campground by the lake, east")}),
+                routeOf("S", {at(8, "A campground by the lake, east"), at(7, "Only here")})});
+    (void)host::fitNames(data, {}, rules());
+    const auto pointsOf = [&](std::size_t route) {
+        return namesIn(*(*data.find("route")->as<Array>())[route].as<Dictionary>(), "points");
+    };
+    EXPECT_THAT(pointsOf(0), ElementsAre("A campground by th 2", "A campground by the", "Camp 2",
+                                         "Camp", "A campground by th 3"));
+    EXPECT_THAT(pointsOf(1), ElementsAre("A campground by th 4", "Only here"));
+}
+
+// The names of all routes' points, one after the other.
+std::vector<std::string> pointNames(Dictionary data, const Dictionary& onDevice = {})
+{
+    (void)host::fitNames(data, onDevice, rules());
+    std::vector<std::string> names;
+    for (const auto& route : *data.find("route")->as<Array>()) {
+        const auto more = namesIn(*route.as<Dictionary>(), "points");
+        names.insert(names.end(), more.begin(), more.end());
+    }
+    return names;
+}
+
+TEST(NameFitting, RoutePointsOfOneNameAtDifferentPlacesAreKeptApart)
+{
+    const auto data = dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}),
+                                  routeOf("S", {at(3, "Stop"), at(1, "Stop")}),
+                                  routeOf("T", {at(2, "Stop"), at(1 + 1e-7, "Stop")})});
+    EXPECT_THAT(pointNames(data),
+                ElementsAre("Stop", "Stop 2", "Stop 3", "Stop", "Stop 2", "Stop"));
+    EXPECT_THAT(changesOf(data), ElementsAre("route point name: Stop > Stop 2 - ",
+                                             "route point name: Stop > Stop 3 - "));
+}
+
+TEST(NameFitting, RoutePointAtItsWaypointsPlaceHasTheBetterClaimToItsName)
+{
+    EXPECT_THAT(pointNames(dataOf({at(1, "C\xC3\xA1mp")},
+                                  {routeOf("R", {at(2, "C\xC3\xA1mp"), at(1, "C\xC3\xA1mp")})})),
+                ElementsAre("Camp 2", "Camp"));
+    EXPECT_THAT(pointNames(dataOf({at(1, "Camp")}, {routeOf("R", {at(2, "Camp"), at(1, "Camp")})})),
+                ElementsAre("Camp 2", "Camp"));
+}
+
+TEST(NameFitting, RoutePointDoesNotTakeANameThatARouteOfTheDeviceHasElsewhere)
+{
+    const auto onDevice =
+        dataOf({at(9, "Lake")}, {routeOf("Old", {at(1, "Stop"), at(2, "Stop 2")})});
+    EXPECT_THAT(pointNames(dataOf({}, {routeOf("R", {at(1, "Stop"), at(3, "Stop"), at(8, "Lake"),
+                                                     at(3, "Stop")})}),
+                           onDevice),
+                ElementsAre("Stop", "Stop 3", "Lake", "Stop 3"));
+    EXPECT_THAT(pointNames(dataOf({at(3, "Stop")}, {routeOf("R", {at(3, "Stop"), at(3, "Stop")})}),
+                           onDevice),
+                ElementsAre("Stop 3", "Stop 3"))
+        << "though its waypoint does";
+}
+
+TEST(NameFitting, RoutePointsOfASecondSendGetTheirNamesAgain)
+{
+    const auto original =
+        dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}), routeOf("S", {at(3, "Stop")})});
+    auto sent = original;
+    (void)host::fitNames(sent, {}, rules());
+    auto again = original;
+    (void)host::fitNames(again, sent, rules());
+    EXPECT_EQ(again, sent);
+}
+
+TEST(NameFitting, SharedNameIsToldOnce)
+{
+    EXPECT_THAT(changesOf(dataOf({}, {routeOf("R", {at(1, "\xC3\x89"), at(1, "\xC3\x89")}),
+                                      routeOf("S", {at(1, "\xC3\x89")})})),
+                ElementsAre("route point name: \xC3\x89 > E - "));
+}
+
+TEST(NameFitting, GeocachesNameIsNotCut)
+{
+    const std::string longName = "A geocache with a name that is long";
+    EXPECT_THAT(waypointNames(dataOf({at(1, longName, {{"symbol", "Geocache Found"}}),
+                                      at(2, "\xC3\x89" + longName, {{"symbol", "Geocache"}})})),
+                ElementsAre(longName, "E" + longName));
+}
+
+TEST(NameFitting, GeocachesOfOneNameAreOneGeocache)
+{
+    const Dictionary cache{{"symbol", "Geocache"}};
+    EXPECT_THAT(waypointNames(dataOf({at(1, "GC1", cache), at(2, "GC1", cache), at(3, "GC1")})),
+                ElementsAre("GC1", "GC1", "GC1"))
+        << "and a waypoint of that name is no geocache";
+    EXPECT_THAT(waypointNames(dataOf({at(1, "\xC3\x89", cache), at(2, "\xC3\x89", cache),
+                                      at(3, "\xC3\x88", cache)})),
+                ElementsAre("E", "E", "E 2"));
+}
+
+TEST(NameFitting, RoutesOfOneNameAreKeptApartUnlessTheyAreEqual)
+{
+    auto data =
+        dataOf({}, {routeOf("R", {at(1, "A"), at(2, "B")}), routeOf("R", {at(1, "A"), at(3, "C")}),
+                    routeOf("R", {at(1, "A"), at(2, "B")}),
+                    routeOf("A route with a long name", {at(1, "A")})});
+    (void)host::fitNames(data, dataOf({}, {routeOf("A route with a long", {at(9, "Z")})}), rules());
+    EXPECT_THAT(namesIn(data, "route"), ElementsAre("R", "R 2", "R", "A route with a lon 2"));
+}
+
+// What a device holds after a send: each thing under its name, its place rounded.
+Dictionary heldAfter(const Dictionary& sent)
+{
+    auto held = sent;
+    for (auto& value : *held.find("waypoint")->as<Array>()) {
+        auto& record = *value.as<Dictionary>();
+        auto point = *gps::findPoint(record);
+        point.latitude += 8e-8;
+        point.longitude -= 8e-8;
+        record.set("point", point);
+    }
+    return held;
+}
+
+TEST(NameFitting, SecondSendGivesTheSameNames)
+{
+    const auto original =
+        dataOf({at(1, "A campground by the lake, north"), at(2, "A campground by the lake, south"),
+                at(3, "Camp"), at(4, "Camp"), at(5, "C\xC3\xA1mp"), at(6, ""),
+                at(7, "A campground by the lake, east"), at(7, "A campground by the lake, west"),
+                at(8, "\xC3\x89", {{"symbol", "Geocache"}})},
+               {routeOf("A route with a long name, 1", {at(1, "A")}),
+                routeOf("A route with a long name, 2", {at(2, "B")})});
+    auto first = original;
+    (void)host::fitNames(first, {}, rules());
+    auto second = original;
+    (void)host::fitNames(second, heldAfter(first), rules());
+    EXPECT_EQ(second, first);
+
+    // In another order, and only some.
+    auto part = dataOf({at(5, "C\xC3\xA1mp"), at(2, "A campground by the lake, south")});
+    (void)host::fitNames(part, heldAfter(first), rules());
+    const auto names = namesIn(first, "waypoint");
+    EXPECT_THAT(namesIn(part, "waypoint"), ElementsAre(names[4], names[1]));
+}
+
+TEST(NameFitting, ManyEqualNamesTakeNoQuadraticTime)
+{
+    constexpr int kMany = 100000;
+    Array list;
+    for (int i = 0; i < kMany; ++i)
+        list.emplace_back(at(i * 1e-4, "A name that is longer than the limit"));
+    Dictionary data{{"waypoint", std::move(list)}};
+    EXPECT_EQ(host::fitNames(data, {}, rules()).size(), std::size_t{kMany});
+    const auto names = namesIn(data, "waypoint");
+    EXPECT_EQ((std::unordered_set<std::string>{names.begin(), names.end()}).size(),
+              std::size_t{kMany});
+    const auto sent = data;
+    (void)host::fitNames(data, sent, rules());
+    EXPECT_EQ(data, sent);
+}
+
+} // namespace

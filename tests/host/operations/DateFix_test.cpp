@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/operations/DateFix.h"
+
+#include "host/formats/Written.h"
+
+#include <gps/Value.h>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using host::DateFix;
+using host::DateRule;
+using host::readDateRule;
+using support::newTrack;
+using support::trackPoint;
+using support::wayPoint;
+
+constexpr std::int64_t kDay = 86400;
+constexpr std::int64_t kWeek = 7 * kDay;
+constexpr std::int64_t kCount = 1024 * kWeek;
+constexpr std::int64_t kNow = 1788000000; // a day in 2026
+constexpr std::int64_t kYoungestOld = kNow + kDay - kCount;
+constexpr DateRule kOff{};
+constexpr DateRule kAuto{.isAuto = true};
+
+host::Event at(std::int64_t time)
+{
+    return trackPoint({1, 2, 3, time, 4});
+}
+
+std::vector<std::int64_t> timesOf(DateRule rule, const std::vector<host::Event>& events)
+{
+    DateFix fix{rule, kNow};
+    std::vector<std::int64_t> times;
+    for (const auto& event : events) {
+        const auto& mended = fix.mended(event);
+        EXPECT_EQ(mended.kind, event.kind);
+        if (event.kind == host::EventKind::kTrackPoint || event.kind == host::EventKind::kWayPoint)
+            times.push_back(mended.point.time);
+    }
+    return times;
+}
+
+using Times = std::vector<std::int64_t>;
+
+TEST(DateFix, RuleIsAWordOrAWholeNumberOfWeeks)
+{
+    struct Row {
+        const char* text;
+        bool isAuto;
+        std::int32_t weeks;
+    };
+    for (const auto& [text, isAuto, weeks] : {Row{"auto", true, 0},
+                                              {"off", false, 0},
+                                              {"0", false, 0},
+                                              {"1024", false, 1024},
+                                              {"+1024", false, 1024},
+                                              {"-1024", false, -1024},
+                                              {"5218", false, 5218},
+                                              {"-5218", false, -5218}}) {
+        const auto rule = readDateRule(text);
+        ASSERT_TRUE(rule) << text;
+        EXPECT_EQ(rule->isAuto, isAuto) << text;
+        EXPECT_EQ(rule->weeks, weeks) << text;
+    }
+    for (const char* text : {"", "Auto", "on", "5219", "-5219", "99999999999999", "-2147483648",
+                             "1024w", " 1", "1 ", "1.5", "+-1", "--1", "++1", "+", "-", "0x10"})
+        EXPECT_FALSE(readDateRule(text)) << text;
+}
+
+TEST(DateFix, OffChangesNothing)
+{
+    DateFix fix{kOff, kNow};
+    const auto event = at(kYoungestOld);
+    EXPECT_EQ(&fix.mended(event), &event);
+}
+
+TEST(DateFix, AutoMendsWhatDoesNotPassTomorrow)
+{
+    EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld)}), Times{kNow + kDay});
+    EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld + 1)}), Times{kYoungestOld + 1});
+    EXPECT_EQ(timesOf(kAuto, {at(kNow)}), Times{kNow});
+}
+
+TEST(DateFix, AutoDecidesATrackByItsFirstMoment)
+{
+    EXPECT_EQ(timesOf(kAuto, {newTrack({}), at(kYoungestOld), at(kYoungestOld + 10), newTrack({}),
+                              at(kYoungestOld + 1), at(kYoungestOld - 10)}),
+              (Times{kNow + kDay, kNow + kDay + 10, kYoungestOld + 1, kYoungestOld - 10}));
+    EXPECT_EQ(timesOf(kAuto, {newTrack({}), at(0), at(kYoungestOld), at(0), at(kYoungestOld + 10)}),
+              (Times{0, kNow + kDay, 0, kNow + kDay + 10}));
+}
+
+TEST(DateFix, AutoLooksAtEachWayPointByItself)
+{
+    const auto place = [](std::int64_t time) { return wayPoint({0, 0, 0, time, 0}); };
+    EXPECT_EQ(timesOf(kAuto, {place(kYoungestOld), place(kNow), support::newRoute({}),
+                              place(kYoungestOld - 5), at(kNow)}),
+              (Times{kNow + kDay, kNow, kNow + kDay - 5, kNow}));
+}
+
+TEST(DateFix, WeeksGoToAllMoments)
+{
+    EXPECT_EQ(timesOf({.weeks = -1}, {at(kNow), wayPoint({0, 0, 0, kNow, 0})}),
+              (Times{kNow - kWeek, kNow - kWeek}));
+    EXPECT_EQ(timesOf({.weeks = 2}, {at(kNow)}), Times{kNow + 2 * kWeek});
+}
+
+TEST(DateFix, NoTimeAndATimeWithoutADateStay)
+{
+    for (const DateRule rule : {kAuto, DateRule{.weeks = 1024}}) {
+        EXPECT_EQ(timesOf(rule, {at(0), at(3600), at(315532799), at(-5)}),
+                  (Times{0, 3600, 315532799, -5}));
+        EXPECT_EQ(timesOf(rule, {at(315532800)}), Times{315532800 + kCount});
+    }
+}
+
+TEST(DateFix, BoxedPointIsMendedTooAndNothingElse)
+{
+    DateFix fix{kAuto, kNow};
+    const gps::GPSPoint point{1, 2, 3, kYoungestOld, 4};
+    const gps::GPSPoint later{1, 2, 3, kNow + kDay, 4};
+    const auto& mended =
+        fix.mended(wayPoint(point, {{"name", "A"}, {"datePlaced", "010107"}, {"point", point}}));
+    EXPECT_EQ(mended.point, later);
+    EXPECT_EQ(mended.record,
+              (gps::Dictionary{{"name", "A"}, {"datePlaced", "010107"}, {"point", later}}));
+    const auto text = wayPoint(point, {{"point", "a text"}});
+    EXPECT_EQ(fix.mended(text).record, text.record);
+}
+
+std::string hintOf(DateRule rule, const Times& times)
+{
+    DateFix fix{rule, kNow};
+    for (const auto time : times)
+        (void)fix.mended(at(time));
+    return fix.hint();
+}
+
+TEST(DateFix, HintComesWhenEvenTheNewestLooksOld)
+{
+    EXPECT_EQ(hintOf(kOff, {kYoungestOld - kWeek, kYoungestOld, 0}),
+              "The dates look 1024 weeks old, the newest being 2007-01-14: receivers' week counts "
+              "roll over; --fix-dates auto "
+              "adds 1024 weeks");
+    EXPECT_EQ(hintOf(kOff, {kYoungestOld, kYoungestOld + 1}), "");
+    EXPECT_EQ(hintOf(kOff, {}), "");
+    EXPECT_EQ(hintOf(kOff, {0, 3600}), "");
+    EXPECT_EQ(hintOf(kAuto, {kYoungestOld}), "");
+    EXPECT_EQ(hintOf({.weeks = 1}, {kYoungestOld}), "");
+    EXPECT_EQ(hintOf({.weeks = 0}, {kYoungestOld}).substr(0, 9), "The dates");
+}
+
+} // namespace

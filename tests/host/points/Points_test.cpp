@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/points/Points.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+std::string timestamp(std::int64_t time)
+{
+    std::string out;
+    host::appendTimestamp(out, time, 'T');
+    return out;
+}
+
+TEST(Points, TimestampsBeginIn1980AndEndWithTheYear9999)
+{
+    EXPECT_FALSE(host::hasTimestamp({0, 0, 0, 0, 0}));
+    EXPECT_FALSE(host::hasTimestamp({0, 0, 0, 315532799, 0}));
+    EXPECT_TRUE(host::hasTimestamp({0, 0, 0, 315532800, 0}));
+    EXPECT_TRUE(host::hasTimestamp({0, 0, 0, 253402300799, 0}));
+    EXPECT_FALSE(host::hasTimestamp({0, 0, 0, 253402300800, 0}));
+}
+
+TEST(Points, TimestampsAreWrittenInUtc)
+{
+    EXPECT_EQ(timestamp(315532800), "1980-01-01T00:00:00");
+    EXPECT_EQ(timestamp(951782399), "2000-02-28T23:59:59");
+    EXPECT_EQ(timestamp(951782400), "2000-02-29T00:00:00");
+    EXPECT_EQ(timestamp(253402300799), "9999-12-31T23:59:59");
+}
+
+TEST(Points, GlobeHasItsBounds)
+{
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    const auto isOnGlobe = [](double latitude, double longitude) {
+        return host::isOnGlobe({latitude, longitude, 0, 0, 0});
+    };
+    EXPECT_TRUE(isOnGlobe(90, 180));
+    EXPECT_TRUE(isOnGlobe(-90, -180));
+    EXPECT_FALSE(isOnGlobe(90.0000001, 0));
+    EXPECT_FALSE(isOnGlobe(-90.0000001, 0));
+    EXPECT_FALSE(isOnGlobe(0, 180.0000001));
+    EXPECT_FALSE(isOnGlobe(0, -180.0000001));
+    EXPECT_FALSE(isOnGlobe(kNaN, 0));
+    EXPECT_FALSE(isOnGlobe(0, kNaN));
+}
+
+} // namespace

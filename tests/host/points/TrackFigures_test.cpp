@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/points/TrackFigures.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+namespace {
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr std::int64_t kStart = 1717236000;
+constexpr double kDegreesAMetre = 1 / 111195.08; // of latitude
+
+TEST(PathLength, IsTheGreatCircle)
+{
+    host::PathLength quarter;
+    quarter.add({0, 0, 0, 0, 0});
+    EXPECT_EQ(quarter.kilometres(), 0);
+    quarter.add({0, 90, 0, 0, 0});
+    EXPECT_NEAR(quarter.kilometres(), 10007.557, 0.001);
+    quarter.add({90, 12, 0, 0, 0});
+    EXPECT_NEAR(quarter.kilometres(), 20015.115, 0.001);
+}
+
+TEST(PathLength, AcrossTheDateLineIsTheShortWay)
+{
+    host::PathLength length;
+    length.add({0, 179.5, 0, 0, 0});
+    length.add({0, -179.5, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
+}
+
+TEST(PathLength, BetweenAntipodesIsHalfTheCircumference)
+{
+    host::PathLength length;
+    length.add({45, 10, 0, 0, 0});
+    length.add({-45, -170, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 20015.115, 0.001);
+}
+
+TEST(PathLength, PassesOverPointsWithoutAPlace)
+{
+    host::PathLength length;
+    length.add({0, 0, 0, 0, 0});
+    length.add({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0});
+    length.add({91, 0, 0, 0, 0});
+    length.add({1, 0, 0, 0, 0});
+    EXPECT_NEAR(length.kilometres(), 111.195, 0.001);
+}
+
+TEST(HasElevation, UpTo100KilometresEitherWay)
+{
+    for (const double metres : {0.0, -430.0, 8849.0, 100'000.0, -100'000.0})
+        EXPECT_TRUE(host::hasElevation({0, 0, metres, 0, 0})) << metres;
+    for (const double metres :
+         {100'000.1, -100'000.1, kNone, std::numeric_limits<double>::infinity()})
+        EXPECT_FALSE(host::hasElevation({0, 0, metres, 0, 0})) << metres;
+}
+
+struct ClimbCase {
+    std::vector<double> elevations;
+    double ascent;
+    double descent;
+};
+
+TEST(Climb, CountsATurnFromThreeMetresOnAndThenInFull)
+{
+    const std::vector<ClimbCase> cases{
+        {{}, 0, 0},
+        {{100}, 0, 0},
+        {{100, 102.9, 100, 102.9}, 0, 0}, // wavering
+        {{100, 103}, 3, 0},
+        {{100, 97}, 0, 3},
+        {{100, 101, 102, 103, 104, 105}, 5, 0}, // a slope of small steps
+        {{100, 98, 101}, 3, 0},                 // from the low that came first
+        {{100, 150, 147.1, 160}, 60, 0},        // a dip too small to be one
+        {{100, 150, 147, 160}, 63, 3},          // and one that is
+        {{200, 150, 152.9, 140}, 0, 60},
+        {{200, 150, 153, 140}, 3, 63},
+        {{100, 150, 120, 170, 100}, 100, 100},
+        {{-10, 10, -10}, 20, 20},
+    };
+    for (const auto& one : cases) {
+        host::Climb climb;
+        for (const double elevation : one.elevations)
+            climb.add(elevation);
+        EXPECT_NEAR(climb.ascentMetres(), one.ascent, 1e-9)
+            << testing::PrintToString(one.elevations);
+        EXPECT_NEAR(climb.descentMetres(), one.descent, 1e-9)
+            << testing::PrintToString(one.elevations);
+    }
+}
+
+std::int64_t movingSeconds(double metres, std::int64_t seconds)
+{
+    host::MovingTime moving;
+    moving.add({46, 7, 0, kStart, 0});
+    moving.add({46 + metres * kDegreesAMetre, 7, 0, kStart + seconds, 0});
+    return moving.seconds();
+}
+
+TEST(MovingTime, CountsStepsOfAFifthOfAMetreASecondAndMore)
+{
+    EXPECT_EQ(movingSeconds(2.01, 10), 10);
+    EXPECT_EQ(movingSeconds(1.99, 10), 0);
+}
+
+TEST(MovingTime, CountsNoStepOfMoreThanFiveMinutes)
+{
+    EXPECT_EQ(movingSeconds(1000, 300), 300);
+    EXPECT_EQ(movingSeconds(1000, 301), 0);
+}
+
+TEST(MovingTime, CountsNoTimeThatStandsOrRunsBackward)
+{
+    EXPECT_EQ(movingSeconds(100, 0), 0);
+    EXPECT_EQ(movingSeconds(100, -10), 0);
+}
+
+TEST(TrackFigures, AreAllNoneButTheLengthWithoutPoints)
+{
+    const host::TrackFigures figures;
+    EXPECT_EQ(figures.kilometres(), 0);
+    EXPECT_FALSE(figures.first());
+    EXPECT_FALSE(figures.last());
+    EXPECT_FALSE(figures.ascentMetres());
+    EXPECT_FALSE(figures.descentMetres());
+    EXPECT_FALSE(figures.movingSeconds());
+}
+
+TEST(TrackFigures, TakeWhatEachPointHas)
+{
+    host::TrackFigures figures;
+    figures.add({46, 7, 500, kStart, 0});
+    figures.add({46.001, 7, kNone, 0, 0});
+    figures.add({95, 7, 9000, kStart + 9000, 0}); // nowhere on the globe
+    figures.add({46.002, 7, 520, kStart + 120, 0});
+    EXPECT_NEAR(figures.kilometres(), 0.22239, 1e-5);
+    EXPECT_EQ(figures.first(), kStart);
+    EXPECT_EQ(figures.last(), kStart + 120);
+    EXPECT_EQ(figures.ascentMetres(), 20);
+    EXPECT_EQ(figures.descentMetres(), 0);
+    EXPECT_EQ(figures.movingSeconds(), 120);
+}
+
+TEST(TrackFigures, FirstAndLastAreTheEarliestAndTheLatest)
+{
+    host::TrackFigures figures;
+    for (const std::int64_t time : {kStart + 5, kStart, kStart + 9, kStart + 7})
+        figures.add({0, 0, 0, time, 0});
+    EXPECT_EQ(figures.first(), kStart);
+    EXPECT_EQ(figures.last(), kStart + 9);
+}
+
+TEST(TrackFigures, ZeroInEveryPointIsNoElevation)
+{
+    host::TrackFigures figures;
+    figures.add({0, 0, 0, 0, 0});
+    figures.add({0, 1, 0, 0, 0});
+    EXPECT_FALSE(figures.ascentMetres());
+    figures.add({0, 2, 4, 0, 0});
+    EXPECT_EQ(figures.ascentMetres(), 4);
+    EXPECT_EQ(figures.descentMetres(), 0);
+}
+
+} // namespace
