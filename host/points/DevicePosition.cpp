@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// Keys are computed without hashing: both coordinates fit side by side into 64 bits.
+
+#include "host/points/DevicePosition.h"
+
+#include "host/points/Points.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+
+namespace host {
+namespace {
+
+constexpr double kUnitsPerDegree = 60 * 1e5;
+
+std::int64_t unitsOf(double degrees) noexcept
+{
+    return std::llround(degrees * kUnitsPerDegree);
+}
+
+} // namespace
+
+std::optional<DevicePosition> DevicePosition::of(const gps::GPSPoint& point) noexcept
+{
+    if (!isOnGlobe(point))
+        return std::nullopt;
+    return DevicePosition{unitsOf(point.latitude), unitsOf(point.longitude)};
+}
+
+bool DevicePosition::matches(const DevicePosition& other) const noexcept
+{
+    return std::abs(latitude_ - other.latitude_) <= 1 &&
+           std::abs(longitude_ - other.longitude_) <= 1;
+}
+
+std::int64_t DevicePosition::key() const noexcept
+{
+    // More than the 2,160,000,001 longitudes and the neighbours of the outermost two.
+    constexpr std::int64_t kLongitudes = 4'000'000'000;
+    return latitude_ * kLongitudes + longitude_;
+}
+
+std::array<std::int64_t, 9> DevicePosition::matchingKeys() const noexcept
+{
+    std::array<std::int64_t, 9> keys{};
+    std::size_t next = 0;
+    for (const int north : {0, -1, 1}) {
+        for (const int east : {0, -1, 1})
+            keys[next++] = DevicePosition{latitude_ + north, longitude_ + east}.key();
+    }
+    return keys;
+}
+
+} // namespace host

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/points/DevicePositionSet.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+constexpr double kUnit = 1e-5 / 60; // degrees
+
+TEST(DevicePositionSet, ContainsWhatMatchesOneOfItsPoints)
+{
+    host::DevicePositionSet set;
+    set.add({46.5, 7.25, 0, 0, 0});
+    set.add({-10, -20, 0, 0, 0});
+    EXPECT_TRUE(set.contains({46.5, 7.25, 1000, 5, 0}));
+    EXPECT_TRUE(set.contains({46.5 + kUnit, 7.25 - kUnit, 0, 0, 0}));
+    EXPECT_TRUE(set.contains({-10, -20 - kUnit, 0, 0, 0}));
+    EXPECT_FALSE(set.contains({46.5 + 2 * kUnit, 7.25, 0, 0, 0}));
+    EXPECT_FALSE(set.contains({46.5, 7.25 - 2 * kUnit, 0, 0, 0}));
+    EXPECT_FALSE(set.contains({46.5, -20, 0, 0, 0}));
+}
+
+TEST(DevicePositionSet, NeverContainsAPointWithoutValidCoordinates)
+{
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    host::DevicePositionSet set;
+    set.add({kNaN, 7, 0, 0, 0});
+    set.add({96, 7, 0, 0, 0});
+    EXPECT_FALSE(set.contains({kNaN, 7, 0, 0, 0}));
+    EXPECT_FALSE(set.contains({96, 7, 0, 0, 0}));
+}
+
+} // namespace
