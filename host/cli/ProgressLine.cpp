@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+// Wording of the progress line, and writing it without blocking.
+
+#include "host/cli/ProgressLine.h"
+
+#include "host/operations/Operation.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace host {
+namespace {
+
+constexpr char kBegin[] = "\r\033[?7l";   // no wrapping: a narrow terminal cuts the line instead
+constexpr char kEnd[] = "\033[K\033[?7h"; // erases what is left of a longer line
+constexpr char kErase[] = "\r\033[K";
+
+std::uint64_t perSecond(std::uint64_t count, std::chrono::milliseconds time)
+{
+    constexpr std::chrono::milliseconds::rep kShortest = 1;
+    return count * 1000 / static_cast<std::uint64_t>(std::max(time.count(), kShortest));
+}
+
+std::string byteText(std::uint64_t count)
+{
+    if (count < 1000)
+        return fmt::format("{} bytes", count);
+    const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
+    return fmt::format("{}.{} {}", count / unit, count / (unit / 10) % 10,
+                       unit == 1000 ? "kB" : "MB");
+}
+
+std::string phaseText(const TransferProgress& progress)
+{
+    switch (progress.phase) {
+    case TransferPhase::kReading:
+        return "reading";
+    case TransferPhase::kLookingForReceiver:
+        return "looking for a receiver at " + progress.location;
+    case TransferPhase::kTransferring:
+        return progress.kind ? std::string{kindName(*progress.kind)} : "transferring";
+    case TransferPhase::kWaitingForReceiver:
+        return "waiting for the receiver";
+    case TransferPhase::kReadingDevice:
+        return "reading the device";
+    case TransferPhase::kBackingUp:
+        return "making a backup";
+    case TransferPhase::kSending:
+        return "sending";
+    case TransferPhase::kReadingBack:
+        return "reading back";
+    case TransferPhase::kRestoring:
+        return "restoring";
+    case TransferPhase::kFinished:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+std::string progressText(const TransferProgress& progress)
+{
+    const auto phase = phaseText(progress);
+    const auto count = progress.records;
+    const auto records = fmt::format("{} {}", count, count == 1 ? "record" : "records");
+    const auto& traffic = progress.traffic;
+    const auto bytes = traffic.bytesRead + traffic.bytesWritten;
+    if (traffic.bitsPerSecond == 0)
+        return count == 0 ? phase
+                          : fmt::format("{}: {}, {} records/s", phase, records,
+                                        perSecond(count, progress.elapsed));
+    if (count == 0)
+        return fmt::format("{}: {} s, {} at {} bit/s", phase, progress.elapsed.count() / 1000,
+                           byteText(bytes), traffic.bitsPerSecond);
+    return fmt::format("{}: {}, {}; {} sentences/s, {} bytes/s at {} bit/s", phase, records,
+                       byteText(bytes), perSecond(traffic.linesRead, progress.elapsed),
+                       perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
+}
+
+bool canShowProgress(bool isStandardOutputBusy)
+{
+    const char* const terminal = std::getenv("TERM");
+    if (terminal != nullptr && terminal == std::string_view{"dumb"})
+        return false;
+    return ::isatty(STDERR_FILENO) == 1 && !(isStandardOutputBusy && ::isatty(STDOUT_FILENO) == 1);
+}
+
+// Opened again instead of duplicated: O_NONBLOCK belongs to the open file description, which other
+// processes share with standard error.
+ProgressLine::ProgressLine(bool isShown)
+    : terminal_(isShown ? ::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)
+                        : -1)
+{}
+
+ProgressLine::~ProgressLine()
+{
+    if (terminal_ >= 0)
+        ::close(terminal_);
+}
+
+void ProgressLine::show(const TransferProgress& progress) const
+{
+    if (terminal_ < 0)
+        return;
+    const auto text = progress.phase == TransferPhase::kFinished
+                          ? std::string{kErase}
+                          : kBegin + progressText(progress) + kEnd;
+    (void)!::write(terminal_, text.data(), text.size());
+}
+
+ProgressCallback ProgressLine::callback() const
+{
+    if (terminal_ < 0)
+        return {};
+    return [this](const TransferProgress& progress) { show(progress); };
+}
+
+} // namespace host

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// ProgressLine: one line on a terminal that shows how far an operation is, printed over again and
+// again. Fed by the progress callback of transfer/. One thread at a time.
+
+#pragma once
+
+#include "host/transfer/TransferProgress.h"
+
+#include <string>
+
+namespace host {
+
+/// One line without a line end, short enough for 80 columns.
+[[nodiscard]] std::string progressText(const TransferProgress& progress);
+
+/// Whether a progress line can be shown: standard error is a terminal that can print over a line.
+/// @param isStandardOutputBusy  whether the operation writes to the standard output meanwhile: no
+///                              line is shown if that is a terminal, too
+[[nodiscard]] bool canShowProgress(bool isStandardOutputBusy);
+
+/// Never waits for the terminal: text that it does not accept at once is lost.
+class ProgressLine {
+public:
+    /// @param isShown  false: nothing is printed at all
+    explicit ProgressLine(bool isShown);
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    /// Prints the line, or removes it once the operation has finished.
+    void show(const TransferProgress& progress) const;
+
+    /// For a request of transfer/; empty if nothing is printed. Refers to this object.
+    [[nodiscard]] ProgressCallback callback() const;
+
+private:
+    int terminal_; // an open file description of our own; -1: nothing is printed
+};
+
+} // namespace host

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// A waypoint event belongs to a route while the route is open, that is until any other event than a
+// waypoint follows. Track points without a head count as a track of their own.
+
+#include "host/transfer/RecordCounts.h"
+
+#include "host/formats/CollectionWriter.h"
+
+namespace host {
+
+void RecordCounter::add(const Event& event)
+{
+    const auto before = open_;
+    open_ = event.kind;
+    switch (event.kind) {
+    case EventKind::kNewRoute:
+        ++counts_.routes;
+        break;
+    case EventKind::kNewTrack:
+        ++counts_.tracks;
+        break;
+    case EventKind::kTrackPoint:
+        open_ = EventKind::kNewTrack;
+        counts_.tracks += before == EventKind::kNewTrack ? 0 : 1;
+        ++counts_.trackPoints;
+        break;
+    case EventKind::kWayPoint:
+        if (before == EventKind::kNewRoute) {
+            open_ = before;
+            ++counts_.routePoints;
+        } else {
+            ++(isGeocache(event.record) ? counts_.geocaches : counts_.waypoints);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace host

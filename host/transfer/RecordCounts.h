@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// RecordCounts: how many records of each kind a device, a file or a data dictionary holds, counted
+// from events. Used by the reports of transfer/ and by whatever shows them.
+
+#pragma once
+
+#include "host/operations/Event.h"
+
+#include <cstddef>
+
+namespace host {
+
+/// A geocache counts as a geocache only, a route's point as a route point only.
+struct RecordCounts {
+    std::size_t waypoints = 0;
+    std::size_t geocaches = 0;
+    std::size_t routes = 0;
+    std::size_t routePoints = 0;
+    std::size_t tracks = 0;
+    std::size_t trackPoints = 0;
+
+    [[nodiscard]] bool isEmpty() const noexcept { return *this == RecordCounts{}; }
+
+    friend bool operator==(const RecordCounts& a, const RecordCounts& b) noexcept = default;
+};
+
+/// Counts the records in a stream of events. One thread at a time.
+class RecordCounter {
+public:
+    void add(const Event& event);
+
+    [[nodiscard]] const RecordCounts& counts() const noexcept { return counts_; }
+
+private:
+    RecordCounts counts_;
+    EventKind open_ = EventKind::kStateChange; // kNewRoute or kNewTrack while one is open
+};
+
+} // namespace host

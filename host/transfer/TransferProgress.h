@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// TransferProgress: how far a download or a send is, as plain data. transfer/ hands it to a
+// callback; each front end finds its own words for it. A plain value: any thread may hold its own.
+
+#pragma once
+
+#include <gps/GPSOutputReceiver.h>
+#include <platform/OrvUtils/SerialTraffic.h>
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace host {
+
+enum class TransferPhase {
+    kReading,            ///< a device's files or a source file, before the first record
+    kLookingForReceiver, ///< on a serial port
+    kTransferring,       ///< records of one kind, in either direction
+    kWaitingForReceiver, ///< on a serial port, between two kinds
+    kReadingDevice,      ///< before a send: what the device holds
+    kBackingUp,          ///< before a send or a restore
+    kSending,            ///< before the first record
+    kReadingBack,        ///< after a send: whether the device holds what was sent
+    kRestoring,          ///< putting a backup back
+    kFinished,           ///< no further report follows; a front end removes what it shows
+};
+
+/// All counts start at zero with each phase.
+struct TransferProgress {
+    TransferPhase phase = TransferPhase::kFinished;
+    std::string location{};                  ///< kLookingForReceiver: the port
+    std::optional<gps::TransferKind> kind{}; ///< kTransferring: the kind of the records
+    std::size_t records = 0;                 ///< waypoints, route points and track points
+    gps::SerialTraffic traffic{};            ///< bitsPerSecond is 0 if no serial line is in use
+    std::chrono::milliseconds elapsed{};
+};
+
+/// Called on the host thread or on the thread that consumes an operation's events, never on both at
+/// once. Must not throw and should return quickly: the driver waits meanwhile.
+using ProgressCallback = std::function<void(const TransferProgress& progress)>;
+
+} // namespace host

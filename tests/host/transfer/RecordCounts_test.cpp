@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/transfer/RecordCounts.h"
+
+#include "host/watching/Records.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace support;
+using host::RecordCounts;
+
+RecordCounts count(const std::vector<host::Event>& events)
+{
+    host::RecordCounter counter;
+    for (const auto& event : events)
+        counter.add(event);
+    return counter.counts();
+}
+
+TEST(RecordCounts, EventsThatAreNotRecordsCountNothing)
+{
+    EXPECT_TRUE(count({}).isEmpty());
+    EXPECT_TRUE(count({endOfTransfer()}).isEmpty());
+    EXPECT_FALSE(count({track("T")}).isEmpty());
+}
+
+TEST(RecordCounts, EachKindIsCounted)
+{
+    const RecordCounts expected{.waypoints = 2,
+                                .geocaches = 1,
+                                .routes = 2,
+                                .routePoints = 0,
+                                .tracks = 2,
+                                .trackPoints = 2};
+    EXPECT_EQ(count({place("A"), place("B"), cache("C"), endOfTransfer(), route("R"), route("S"),
+                     endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
+              expected);
+}
+
+TEST(RecordCounts, PointsOfARouteAreNotWaypoints)
+{
+    const RecordCounts expected{.waypoints = 1, .routes = 1, .routePoints = 2};
+    EXPECT_EQ(count({route("R"), place("A"), cache("B"), endOfTransfer(), place("C")}), expected);
+}
+
+TEST(RecordCounts, PointsWithoutAHeadAreATrack)
+{
+    const RecordCounts expected{.tracks = 2, .trackPoints = 3};
+    EXPECT_EQ(count({fix(1), fix(2), endOfTransfer(), fix(3)}), expected);
+}
+
+} // namespace
