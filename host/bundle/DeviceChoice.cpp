@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A driver has no operation that selects a device: a user selects one in the pop-up of the driver's
+// view. So this picks the pop-up's item, as a user would.
 
 #include "host/bundle/DeviceChoice.h"
 
@@ -6,6 +8,8 @@
 #include "host/base/Text.h"
 
 #include <platform/System/UserDefaults.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,56 +21,64 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string withoutEndSlash(std::string path)
+constexpr std::string_view kExplain = "run \"magellangps devices --explain\" to see why";
+
+std::string withoutTrailingSlashes(std::string path)
 {
     while (path.size() > 1 && path.back() == '/')
         path.pop_back();
     return path;
 }
 
-// Two ways to write one place are one device: a port goes by a link, too.
-bool isSamePlace(const std::string& a, const std::string& b)
+// Links are resolved because serial ports have stable names that are links, such as by-id.
+bool isSameLocation(const std::string& a, const std::string& b)
 {
     std::error_code failed;
-    return withoutEndSlash(a) == withoutEndSlash(b) ||
+    return withoutTrailingSlashes(a) == withoutTrailingSlashes(b) ||
            (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
 }
 
-std::string locations(const std::vector<Driver>& drivers)
+std::string allLocations(const std::vector<Driver>& drivers)
 {
-    std::vector<std::string> places;
+    std::vector<std::string> locations;
     for (const auto& driver : drivers) {
         for (const auto& device : devicesOf(*driver))
-            places.push_back(device.location);
+            locations.push_back(device.location);
     }
-    return joined(places, ", ");
+    return joined(locations, ", ");
 }
 
-std::optional<gps::Error> driversOfName(const std::string& name, std::vector<Driver>& drivers)
+std::optional<gps::Error> keepDriversNamed(const std::string& name, std::vector<Driver>& drivers)
 {
     const auto all = std::exchange(drivers, {});
     std::copy_if(all.begin(), all.end(), std::back_inserter(drivers),
                  [&](const Driver& driver) { return driverName(*driver) == name; });
     if (!drivers.empty())
         return std::nullopt;
-    return hostError("There is no driver \"" + name + '"',
+    return hostError(fmt::format("There is no driver \"{}\"", name),
                      all.empty()
-                         ? "The plug-in offers no driver at all"
-                         : "The drivers are: " + driverNames(all) +
-                               ". One for serial ports is offered only while there is a port");
+                         ? "The plug-in offers no drivers"
+                         : fmt::format("The drivers are: {}. The driver for serial ports is "
+                                       "available only while there is a port",
+                                       driverNames(all)));
 }
 
-// The driver that lists the device, with the device's place in its list.
-std::optional<std::pair<Driver, std::size_t>> findDevice(const std::vector<Driver>& drivers,
-                                                         const std::string& location)
+struct ListedDevice {
+    ChosenDevice device;
+    std::size_t index; // in the driver's list
+};
+
+std::optional<ListedDevice> findDevice(const std::vector<Driver>& drivers,
+                                       const std::string& location)
 {
     for (const auto& driver : drivers) {
         const auto devices = devicesOf(*driver);
         const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& device) {
-            return isSamePlace(device.location, location);
+            return isSameLocation(device.location, location);
         });
         if (found != devices.end())
-            return std::pair{driver, static_cast<std::size_t>(found - devices.begin())};
+            return ListedDevice{{driver, found->location},
+                                static_cast<std::size_t>(found - devices.begin())};
     }
     return std::nullopt;
 }
@@ -74,59 +86,58 @@ std::optional<std::pair<Driver, std::size_t>> findDevice(const std::vector<Drive
 void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> folders,
                    const std::string& folder)
 {
-    folders.push_back(withoutEndSlash(folder));
-    useTestFolders(folders);
+    folders.push_back(withoutTrailingSlashes(folder));
+    setTestFolders(folders);
     for (const auto& driver : drivers) {
         if (driver->needsFileSystemRefresh())
             driver->refreshDeviceList();
     }
 }
 
-// @param isOneWished  whether the drivers are those of a name that was given
-gps::Error noSuchDevice(const std::vector<Driver>& drivers, const std::string& location,
-                        bool isOneWished)
+// @param drivers  only those that the request allows
+gps::Error noSuchDevice(const std::vector<Driver>& drivers, const DeviceRequest& request)
 {
-    const auto places = locations(drivers);
-    std::string advice = "The devices are at: " + places;
-    if (places.empty() && isOneWished)
-        advice = "This driver finds no device at all; leave out --driver, or see what "
-                 "\"magellangps devices --explain\" tells";
-    else if (places.empty())
-        advice = "No mounted receiver and no serial port was found; connect one, or see what "
-                 "\"magellangps devices --explain\" "
-                 "tells";
-    return hostError("There is no device at this place", std::move(advice), location);
+    const auto locations = allLocations(drivers);
+    std::string advice = "The devices are at: " + locations;
+    if (locations.empty())
+        advice = fmt::format(
+            "{}, or {}",
+            request.driver ? "The requested driver finds no devices; omit --driver"
+                           : "No receiver is mounted and there is no serial port; connect one",
+            kExplain);
+    return hostError("There is no device at this location", std::move(advice), *request.device);
 }
 
 gps::Error nothingReady()
 {
     return hostError(
         "No device is ready",
-        "Connect a receiver and wait until it is mounted, or connect it to a serial port; give a "
-        "folder that holds a "
-        "receiver's files with --test-folder; or see what \"magellangps devices --explain\" tells");
+        fmt::format("Connect a receiver and wait until it is mounted, or connect it to "
+                    "a serial port; name a folder that holds a receiver's files with "
+                    "--test-folder; or {}",
+                    kExplain));
 }
 
-std::optional<gps::Error> chooseWished(const std::vector<Driver>& drivers, const DeviceWish& wish,
-                                       Driver& chosen)
+std::optional<gps::Error> chooseRequestedDevice(const std::vector<Driver>& drivers,
+                                                const DeviceRequest& request, ChosenDevice& chosen)
 {
-    auto found = findDevice(drivers, *wish.device);
+    auto found = findDevice(drivers, *request.device);
     std::error_code ignored;
-    if (!found && fs::is_directory(*wish.device, ignored)) {
-        addTestFolder(drivers, wish.testFolders, *wish.device);
-        found = findDevice(drivers, *wish.device);
+    if (!found && fs::is_directory(*request.device, ignored)) {
+        addTestFolder(drivers, request.testFolders, *request.device);
+        found = findDevice(drivers, *request.device);
     }
     if (!found)
-        return noSuchDevice(drivers, *wish.device, wish.driver.has_value());
-    const auto& [driver, index] = *found;
-    if (auto* const menu = deviceMenu(*driver))
-        menu->pick(index);
-    if (!wish.driver && !driver->isReady())
+        return noSuchDevice(drivers, request);
+    const auto& driver = *found->device.driver;
+    if (auto* const menu = deviceMenu(driver))
+        menu->pick(found->index);
+    if (!request.driver && !driver.isReady())
         return hostError(
-            "The device is not ready: its files may not be read",
+            "The device is not ready: its files cannot be read",
             "Check their permissions, or name the driver with --driver to see its own error",
-            *wish.device);
-    chosen = driver;
+            *request.device);
+    chosen = std::move(found->device);
     return std::nullopt;
 }
 
@@ -173,7 +184,7 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
     return devices;
 }
 
-std::string selectedPlace(const gps::GPSPlugInProtocol& driver)
+std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
 {
     for (auto& device : devicesOf(driver)) {
         if (device.isSelected)
@@ -188,7 +199,7 @@ gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver)
     return view ? view->find<gps::PopUpButton>("deviceListMenu") : nullptr;
 }
 
-void useTestFolders(const std::vector<std::string>& folders)
+void setTestFolders(const std::vector<std::string>& folders)
 {
     gps::Array list;
     for (const auto& folder : folders)
@@ -196,22 +207,22 @@ void useTestFolders(const std::vector<std::string>& folders)
     gps::UserDefaults::standard().setForThisRun(kTestFoldersKey, std::move(list));
 }
 
-std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers, const DeviceWish& wish,
-                                       Driver& chosen)
+std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,
+                                       const DeviceRequest& request, ChosenDevice& chosen)
 {
     auto candidates = drivers;
-    if (wish.driver) {
-        if (auto failure = driversOfName(*wish.driver, candidates))
+    if (request.driver) {
+        if (auto failure = keepDriversNamed(*request.driver, candidates))
             return failure;
     }
-    if (wish.device)
-        return chooseWished(candidates, wish, chosen);
+    if (request.device)
+        return chooseRequestedDevice(candidates, request, chosen);
     const auto found =
         std::find_if(candidates.begin(), candidates.end(),
-                     [&](const Driver& driver) { return wish.driver || driver->isReady(); });
+                     [&](const Driver& driver) { return request.driver || driver->isReady(); });
     if (found == candidates.end())
         return nothingReady();
-    chosen = *found;
+    chosen = {*found, selectedLocation(**found)};
     return std::nullopt;
 }
 
@@ -220,14 +231,15 @@ std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers,
 {
     auto candidates = drivers;
     if (name) {
-        if (auto failure = driversOfName(*name, candidates))
+        if (auto failure = keepDriversNamed(*name, candidates))
             return failure;
     }
     const auto found = std::find_if(candidates.begin(), candidates.end(),
                                     [](const Driver& driver) { return driver->fileTypes(); });
     if (found == candidates.end())
-        return hostError(name ? "This driver cannot import files" : "No driver can import files",
-                         "See what \"magellangps info\" lists");
+        return hostError(name ? fmt::format("The driver \"{}\" cannot import files", *name)
+                              : "No driver can import files",
+                         "Run \"magellangps info\" to see what each driver can do");
     chosen = *found;
     return std::nullopt;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which driver and which of its devices an operation works on. [host thread]
+// Lists the devices of each driver and chooses the driver and the device that a command works on.
+// Used by every front end. [host thread]
 
 #pragma once
 
@@ -14,17 +15,17 @@
 
 namespace host {
 
-/// The user default that names folders to be treated like mounted volumes.
+/// The user default with the folders that drivers treat like mounted volumes.
 inline constexpr char kTestFoldersKey[] = "MagellanTestFileList";
 
-/// What the user asked for.
-struct DeviceWish {
-    std::optional<std::string> driver;      ///< a driver's name as `driverName` gives it
-    std::optional<std::string> device;      ///< a device's location
-    std::vector<std::string> testFolders{}; ///< folders to be treated like mounted volumes
+/// Which device the user asked for. Everything is optional.
+struct DeviceRequest {
+    std::optional<std::string> driver;      ///< a name as returned by driverName()
+    std::optional<std::string> device;      ///< a location: a folder or a serial port
+    std::vector<std::string> testFolders{}; ///< folders to treat like mounted volumes
 };
 
-/// One device as a driver lists it.
+/// One device in a driver's list.
 struct Device {
     std::string location;
     std::optional<std::string> name;
@@ -32,35 +33,46 @@ struct Device {
     bool isSelected = false;
 };
 
-/// A driver's name as the command line has it: lower case, "-" for each space.
+/// A driver, and the device that is selected in it.
+struct ChosenDevice {
+    Driver driver;
+    std::string location; ///< empty if the driver has no device
+};
+
+/// A driver's name as used on the command line: lower case, "-" for each space.
 [[nodiscard]] std::string driverName(const gps::GPSPlugInProtocol& driver);
 
-/// The names of drivers, with commas between them.
+/// The names of all drivers, separated by commas.
 [[nodiscard]] std::string driverNames(const std::vector<Driver>& drivers);
 
-/// A driver's devices, in its order.
+/// A driver's devices, in the driver's order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
 
-/// Where the selected device is; empty without one.
-[[nodiscard]] std::string selectedPlace(const gps::GPSPlugInProtocol& driver);
+/// The location of the device that is selected in a driver; empty if there is none. After
+/// chooseDevice() use its result instead.
+[[nodiscard]] std::string selectedLocation(const gps::GPSPlugInProtocol& driver);
 
-/// The pop-up in a driver's view that lists its devices; null without one.
+/// The pop-up in a driver's view that lists its devices; null if the view has none.
 [[nodiscard]] gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver);
 
-/// Puts folders in front of the stored ones for this run; drivers see them when they are made or
-/// look again.
-void useTestFolders(const std::vector<std::string>& folders);
+/// Sets the test folders for this run, instead of the stored ones. Drivers read them when they are
+/// created and on refreshDeviceList().
+void setTestFolders(const std::vector<std::string>& folders);
 
-/// Chooses the driver and selects the device in it. A wished device that no driver lists, but that
-/// is a folder, becomes one more test folder. A named driver is chosen even where it is not ready,
-/// so that its own error is seen.
-/// @param chosen  out: untouched after a failure
-/// @return        why there is nothing to work on, with what there is instead
+/// Chooses a driver and selects the requested device in it.
+///
+/// Without a request this is the first driver that is ready. A requested folder that no driver
+/// lists is added to the test folders once. A driver requested by name is chosen even if it is not
+/// ready, so that the operation reports the driver's own error.
+/// @param chosen  out: unchanged after a failure
+/// @return        why there is nothing to work on, with the alternatives
 [[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,
-                                                     const DeviceWish& wish, Driver& chosen);
+                                                     const DeviceRequest& request,
+                                                     ChosenDevice& chosen);
 
-/// Chooses the driver for an import: the first that can import files, of all or of those with that
-/// name.
+/// Chooses the driver for an import: the first one that can import files.
+/// @param name    restricts the choice to drivers with this name
+/// @param chosen  out: unchanged after a failure
 [[nodiscard]] std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers,
                                                        const std::optional<std::string>& name,
                                                        Driver& chosen);

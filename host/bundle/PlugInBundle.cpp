@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
+// Every failure names the path and the option --plugin, because the usual reason is a wrong or an
+// incomplete bundle. RTLD_NODELETE: drivers' workers may still run code of the module at exit.
 
 #include "host/bundle/PlugInBundle.h"
 
 #include "host/base/HostError.h"
 
 #include <platform/System/Bundle.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -20,7 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr char kBundleName[] = "MagellanGPSPlugin.bundle";
 
-gps::Error refusal(const std::string& what, const std::string& path)
+gps::Error loadError(const std::string& what, const std::string& path)
 {
     return hostError(
         what, "Name a working plug-in bundle with --plugin, or install the program again", path);
@@ -31,14 +35,15 @@ std::optional<gps::Error> openModule(const std::string& path, void*& module)
     const gps::Bundle bundle{path};
     std::error_code ignored;
     if (!fs::is_directory(path, ignored))
-        return refusal("There is no plug-in bundle at this place", path);
+        return loadError("There is no plug-in bundle at this path", path);
     const auto executable = bundle.executablePath();
     if (!executable)
-        return refusal("The plug-in bundle has no readable Info.plist that names its module", path);
+        return loadError("The plug-in bundle has no readable Info.plist that names its module",
+                         path);
     module = ::dlopen(executable->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (module == nullptr)
-        return refusal(std::string{"The plug-in's module cannot be loaded: "} + ::dlerror(),
-                       *executable);
+        return loadError(fmt::format("The plug-in's module cannot be loaded: {}", ::dlerror()),
+                         *executable);
     return std::nullopt;
 }
 
@@ -50,18 +55,19 @@ std::optional<gps::Error> findLoader(const std::string& path, gps::VeloranPlugIn
     const auto info = gps::Bundle{path}.infoDictionary();
     const auto* principalClass = info.findString("NSPrincipalClass");
     if (principalClass == nullptr)
-        return refusal("The plug-in bundle's Info.plist names no principal class", path);
+        return loadError("The plug-in bundle's Info.plist names no principal class", path);
     const auto entry =
         reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module, gps::kPrincipalClassEntry));
     if (entry == nullptr)
-        return refusal("The plug-in's module is no GPS plug-in", path);
+        return loadError("The plug-in's module is not a GPS plug-in", path);
     loader = entry(principalClass->c_str());
     if (loader == nullptr)
-        return refusal("The plug-in's module has no class " + *principalClass, path);
+        return loadError(fmt::format("The plug-in's module has no class {}", *principalClass),
+                         path);
     return std::nullopt;
 }
 
-std::vector<Driver> allOf(std::optional<gps::PlugInEnumerator> enumerator)
+std::vector<Driver> driversFrom(std::optional<gps::PlugInEnumerator> enumerator)
 {
     std::vector<Driver> drivers;
     while (enumerator) {
@@ -75,23 +81,23 @@ std::vector<Driver> allOf(std::optional<gps::PlugInEnumerator> enumerator)
 
 } // namespace
 
-std::vector<std::string> bundlePlaces(const std::string& program)
+std::vector<std::string> bundleCandidates(const std::string& program)
 {
     const fs::path folder = fs::path{program}.parent_path();
     return {folder / kBundleName,
             folder.parent_path() / HOST_LIBRARY_FOLDER / "magellangps" / kBundleName};
 }
 
-std::optional<std::string> findBundle(const std::optional<std::string>& given)
+std::optional<std::string> findBundle(const std::optional<std::string>& requested)
 {
-    if (given)
-        return given;
+    if (requested)
+        return requested;
     std::error_code ignored;
-    const auto places = bundlePlaces(fs::read_symlink("/proc/self/exe", ignored).string());
-    const auto found = std::find_if(places.begin(), places.end(), [&](const std::string& place) {
-        return fs::is_directory(place, ignored);
-    });
-    return found != places.end() ? std::optional{*found} : std::nullopt;
+    const auto candidates = bundleCandidates(fs::read_symlink("/proc/self/exe", ignored).string());
+    const auto found =
+        std::find_if(candidates.begin(), candidates.end(),
+                     [&](const std::string& path) { return fs::is_directory(path, ignored); });
+    return found != candidates.end() ? std::optional{*found} : std::nullopt;
 }
 
 std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle)
@@ -100,17 +106,18 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     if (auto failure = findLoader(path, loader))
         return failure;
     if (!loader->piInitialize())
-        return refusal("The plug-in refused to start", path);
+        return loadError("The plug-in refused to start", path);
     PlugInBundle loaded{.path = path};
     loaded.name = loader->piName();
     loaded.info = loader->piInfo();
     loaded.plugInClass = loader->piClass();
     loaded.apiVersion = loader->piAPIVersion();
     if (loaded.apiVersion != kLoaderAPIVersion)
-        return refusal("The plug-in speaks version " + std::to_string(loaded.apiVersion) +
-                           " of the interface, not " + std::to_string(kLoaderAPIVersion),
-                       path);
-    loaded.drivers = allOf(loader->piGetPlugInsForClass(loaded.plugInClass));
+        return loadError(fmt::format("The plug-in has version {} of the loader interface; this "
+                                     "program needs version {}",
+                                     loaded.apiVersion, kLoaderAPIVersion),
+                         path);
+    loaded.drivers = driversFrom(loader->piGetPlugInsForClass(loaded.plugInClass));
     loaded.loader = loader;
     bundle = std::move(loaded);
     return std::nullopt;
@@ -118,7 +125,7 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
 
 void addNewDrivers(PlugInBundle& bundle)
 {
-    for (auto& offered : allOf(bundle.loader->piGetPlugInsForClass(bundle.plugInClass))) {
+    for (auto& offered : driversFrom(bundle.loader->piGetPlugInsForClass(bundle.plugInClass))) {
         const auto isKnown =
             std::any_of(bundle.drivers.begin(), bundle.drivers.end(), [&](const Driver& known) {
                 return known->className() == offered->className();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// PlugInBundle: a plug-in bundle found, loaded and asked for what it offers. [host thread]
+// Finds a plug-in bundle, loads its module and asks the loader what it offers. Used once by each
+// program at start. [host thread]
 
 #pragma once
 
@@ -17,10 +18,10 @@ namespace host {
 
 using Driver = std::shared_ptr<gps::GPSPlugInProtocol>;
 
-/// The loader interface that this host speaks.
+/// The version of the loader interface that this host supports.
 inline constexpr std::int32_t kLoaderAPIVersion = 1;
 
-/// What a loaded bundle said of itself. The module stays loaded as long as the process lives.
+/// What a loaded bundle reports about itself. The module stays loaded until the process ends.
 struct PlugInBundle {
     std::string path{};
     std::string name{};
@@ -31,23 +32,25 @@ struct PlugInBundle {
     gps::VeloranPlugIn* loader = nullptr;
 };
 
-/// The places where the bundle is looked for when none is named: beside the program, as in a build
-/// tree, then where the installation puts it, seen from the program.
-/// @param program  the program's own file
-[[nodiscard]] std::vector<std::string> bundlePlaces(const std::string& program);
+/// The paths to search for the bundle when the user names none: beside the program, as in a build
+/// tree, then the installed location relative to the program.
+/// @param program  the path of the running program
+[[nodiscard]] std::vector<std::string> bundleCandidates(const std::string& program);
 
-/// Finds the bundle to load. @param given  the user's choice, taken as it is
-/// @return  its path; none when there is none at any place
-[[nodiscard]] std::optional<std::string> findBundle(const std::optional<std::string>& given);
+/// Finds the bundle to load.
+/// @param requested  the user's choice; returned as it is
+/// @return           its path; nullopt if there is no bundle at any of the candidates
+[[nodiscard]] std::optional<std::string> findBundle(const std::optional<std::string>& requested);
 
-/// Loads the bundle's module and asks its loader everything, in the order that plug-ins expect.
-/// @param bundle  out: untouched after a failure
-/// @return        one sentence that says what is missing or broken
+/// Loads the bundle's module and queries its loader, in the order that plug-ins expect.
+/// @param bundle  out: unchanged after a failure
+/// @return        what is missing or damaged
 [[nodiscard]] std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bundle);
 
-/// Asks a loaded bundle again for its drivers, since one may be offered only while there is a
-/// device for it. Those of a class that is there already stay as they are.
-/// @param bundle  gets the new ones after its own
+/// Asks a loaded bundle for its drivers again, because a plug-in may offer a driver only while
+/// there is a device for it.
+/// @param bundle  gets the new drivers, after its present ones. A driver whose class is already
+///                there is not replaced
 void addNewDrivers(PlugInBundle& bundle);
 
 } // namespace host

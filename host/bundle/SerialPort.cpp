@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The usual reason why a port cannot be opened is that the user is not in the port's group. So the
+// advice names the group and the command that joins it.
 
 #include "host/bundle/SerialPort.h"
 
@@ -7,11 +9,12 @@
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/System/UserDefaults.h>
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
-#include <optional>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -37,95 +40,71 @@ std::string userName()
     return found != nullptr ? found->pw_name : "USER";
 }
 
-struct Group {
-    std::string name;
-    bool hasUser = false; // as a member beside those whose first group it is
-};
-
-// The group whose members may use the port; none when it has no such group.
-std::optional<Group> groupOf(const std::string& port, const std::string& user)
+std::string adviceFor(const std::string& port)
 {
     constexpr mode_t kReadAndWrite = S_IRGRP | S_IWGRP;
-    struct stat status {};
-    if (::stat(port.c_str(), &status) != 0 || (status.st_mode & kReadAndWrite) != kReadAndWrite)
-        return std::nullopt;
     std::array<char, kRecordSize> texts{};
     group record{};
-    group* found = nullptr;
-    ::getgrgid_r(status.st_gid, &record, texts.data(), texts.size(), &found);
-    if (found == nullptr)
-        return std::nullopt;
-    Group owning{found->gr_name};
-    for (char** member = found->gr_mem; *member != nullptr; ++member)
-        owning.hasUser |= *member == user;
-    return owning;
-}
-
-std::string howToGetPermission(const std::string& port)
-{
-    const auto user = userName();
-    const auto owning = groupOf(port, user);
-    if (!owning)
-        return "It is for its owner alone; ask whoever looks after this machine for the permission "
-               "to read and write it";
-    if (owning->hasUser)
-        return "It is for the group " + owning->name +
-               ", which you have joined since you logged in: log out, and in again";
-    return "It is for the group " + owning->name + ". Join it with \"sudo usermod -aG " +
-           owning->name + ' ' + user + "\", then log out, and in again";
+    group* owner = nullptr;
+    struct stat status {};
+    if (::stat(port.c_str(), &status) == 0 && (status.st_mode & kReadAndWrite) == kReadAndWrite)
+        ::getgrgid_r(status.st_gid, &record, texts.data(), texts.size(), &owner);
+    return permissionAdvice(owner, userName());
 }
 
 } // namespace
 
-bool isSerialPlace(const std::string& place)
+bool isSerialPort(const std::string& location)
 {
     std::error_code ignored;
-    const auto status = fs::status(place, ignored);
-    return fs::is_character_file(status) || (place.starts_with("/dev/") && !fs::exists(status));
+    const auto status = fs::status(location, ignored);
+    return fs::is_character_file(status) || (location.starts_with("/dev/") && !fs::exists(status));
 }
 
-void useSerialPort(const std::string& place)
+void addSerialPort(const std::string& port)
 {
     auto& defaults = gps::UserDefaults::standard();
     gps::Array ports;
     for (auto& stored :
          defaults.stringArrayForKey(gps::kTestPortsKey).value_or(std::vector<std::string>{}))
         ports.emplace_back(std::move(stored));
-    ports.emplace_back(place);
+    ports.emplace_back(port);
     defaults.setForThisRun(gps::kTestPortsKey, std::move(ports));
 }
 
-gps::Error whyPortFails(const std::string& port)
+gps::Error explainPortFailure(const std::string& port)
 {
     const auto serial = gps::OrvSerial::create();
     const int errorNumber = serial ? serial->openWithDevicePath(port.c_str()) : ENOMEM;
     if (errorNumber == 0)
         serial->close();
-    return whyPortFails(port, errorNumber);
+    return explainPortFailure(port, errorNumber);
 }
 
-gps::Error whyPortFails(const std::string& port, int errorNumber)
+gps::Error explainPortFailure(const std::string& port, int errorNumber)
 {
     switch (errorNumber) {
     case 0:
         return hostError("The port can be opened now", "Try again", port);
     case EBUSY:
         return hostError("Another program has the port open",
-                         "Close that program, and try again; \"fuser -v " + port +
-                             "\" tells which one it is",
+                         fmt::format("Close that program, and try again; run \"fuser -v {}\" to "
+                                     "find it",
+                                     port),
                          port);
     case EACCES:
     case EPERM:
-        return hostError("You have no permission to use the port", howToGetPermission(port), port);
+        return hostError("You do not have permission to use the port", adviceFor(port), port);
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return hostError(
-            "The port is gone",
-            "Plug the receiver or its adapter in again, and see what \"magellangps devices\" lists",
-            port);
+        return hostError("The port is gone",
+                         "Plug the receiver or its adapter in again, and run \"magellangps "
+                         "devices\" to see the ports",
+                         port);
     case ENOTTY:
-        return hostError("This is no serial port", "See what \"magellangps devices\" lists", port);
+        return hostError("This is not a serial port",
+                         "Run \"magellangps devices\" to see the ports", port);
     default:
         return systemError("The port cannot be opened",
                            "Unplug the receiver or its adapter, plug it in again, and try again",
@@ -133,17 +112,34 @@ gps::Error whyPortFails(const std::string& port, int errorNumber)
     }
 }
 
-gps::Error inWords(const gps::Error& reported, const std::string& port)
+std::string permissionAdvice(const ::group* owner, std::string_view user)
+{
+    if (owner == nullptr)
+        return "Only its owner may use it; ask the administrator of this computer for permission "
+               "to read and write it";
+    // Groups are read at login, so a member without access joined after logging in.
+    for (char** member = owner->gr_mem; *member != nullptr; ++member) {
+        if (*member == user)
+            return fmt::format("Members of the group {0} may use it. You joined this group after "
+                               "you logged in: log out and in again",
+                               owner->gr_name);
+    }
+    return fmt::format("Members of the group {0} may use it. Join the group with \"sudo usermod "
+                       "-aG {0} {1}\", then log out and in again",
+                       owner->gr_name, user);
+}
+
+gps::Error describeSerialError(const gps::Error& reported, const std::string& port)
 {
     if (reported.description())
         return reported;
-    return {
-        reported.domain(),
-        reported.code(),
-        {{gps::kErrorDescriptionKey, "The connection to the receiver broke off (error " +
-                                         std::to_string(reported.code()) + ')'},
-         {gps::kErrorSuggestionKey, "Check the cable, and that the receiver is on, and try again"},
-         {gps::kErrorPathKey, port}}};
+    return {reported.domain(),
+            reported.code(),
+            {{gps::kErrorDescriptionKey,
+              fmt::format("The connection to the receiver broke off (error {})", reported.code())},
+             {gps::kErrorSuggestionKey,
+              "Check the cable, make sure that the receiver is on, and try again"},
+             {gps::kErrorPathKey, port}}};
 }
 
 } // namespace host

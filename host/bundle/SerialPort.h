@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A serial port that the user names, and what can be said of one that a driver could not work with.
+// Serial ports named by the user, and readable errors for ports that a driver cannot work with.
 // [host thread]
 
 #pragma once
@@ -7,26 +7,33 @@
 #include <gps/Error.h>
 
 #include <string>
+#include <string_view>
+
+struct group; // <grp.h>
 
 namespace host {
 
-/// Whether a device's place is a serial port's: a character device or a link to one, or a name
-/// below /dev/ that is not there any more.
-[[nodiscard]] bool isSerialPlace(const std::string& place);
+/// Whether a device's location is a serial port: a character device, a link to one, or a missing
+/// path below /dev/, which is a port that has been unplugged.
+[[nodiscard]] bool isSerialPort(const std::string& location);
 
-/// Puts a port behind those that the user has stored, for this run. Drivers see it when they are
-/// made or look again: one that works on ports alone may be offered for its sake.
-void useSerialPort(const std::string& place);
+/// Adds a port after the stored ones, for this run. Drivers read the list when they are created and
+/// on refreshDeviceList(). A driver for serial ports may be offered only because of this port.
+void addSerialPort(const std::string& port);
 
-/// Tries to open a port, and tells in plain sentences what stands in the way and what to do about
-/// it.
-[[nodiscard]] gps::Error whyPortFails(const std::string& port);
+/// Tries to open a port, and reports why it cannot be opened and what the user can do about it.
+[[nodiscard]] gps::Error explainPortFailure(const std::string& port);
 
-/// The same of an opening that ended with this error number; 0: it opens.
-[[nodiscard]] gps::Error whyPortFails(const std::string& port, int errorNumber);
+/// The same for an attempt that failed with this errno; 0 means that the port could be opened.
+[[nodiscard]] gps::Error explainPortFailure(const std::string& port, int errorNumber);
 
-/// What a driver of serial ports has reported: an error without words is its way to say that the
-/// line failed, and gets some.
-[[nodiscard]] gps::Error inWords(const gps::Error& reported, const std::string& port);
+/// How a user gets the permission to open a port.
+/// @param owner  the group that may read and write the port; null if there is none
+/// @param user   the name of the user
+[[nodiscard]] std::string permissionAdvice(const ::group* owner, std::string_view user);
+
+/// An error reported by a driver for serial ports, with a description. Such a driver reports a line
+/// that failed as an error without one.
+[[nodiscard]] gps::Error describeSerialError(const gps::Error& reported, const std::string& port);
 
 } // namespace host

@@ -8,13 +8,13 @@ namespace host {
 
 ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const Console& console)
 {
-    Driver driver;
+    ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return download(*driver, {driverOptions(options)}, options, console);
+    return download(*chosen.driver, {driverOptions(options)}, options, console);
 }
 
 } // namespace host

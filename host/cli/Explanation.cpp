@@ -58,7 +58,7 @@ std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
     auto places = search->searchedPlaces();
     for (auto& place : places) {
         if (driver.needsSerialRefresh() && place.advice.empty() && !mayOpen(place.location))
-            place.advice = sentencesOf(whyPortFails(place.location, errno));
+            place.advice = sentencesOf(explainPortFailure(place.location, errno));
     }
     return places;
 }

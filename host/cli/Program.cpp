@@ -41,9 +41,9 @@ ExitStatus run(const Options& options, const Console& console)
     gps::setLogToStandardError(options.verbose);
     // Before there are drivers, which look for them, or are not even offered without.
     if (!options.testFolders.empty())
-        useTestFolders(options.testFolders);
-    if (options.device && isSerialPlace(*options.device))
-        useSerialPort(*options.device);
+        setTestFolders(options.testFolders);
+    if (options.device && isSerialPort(*options.device))
+        addSerialPort(*options.device);
     const auto path = findBundle(options.plugin);
     if (!path) {
         console.error("The plug-in bundle is neither beside the program nor installed. Name it "

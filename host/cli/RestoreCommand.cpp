@@ -65,16 +65,17 @@ std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& dev
 
 ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console)
 {
-    Driver driver;
+    ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
+    const auto& driver = chosen.driver;
     const auto* const device =
         canSend(*driver) ? dynamic_cast<const gps::GPSFileDevice*>(driver.get()) : nullptr;
     const DataFolders folders{
-        selectedPlace(*driver), device != nullptr ? device->deviceIdentifier().value_or("") : "",
+        chosen.location, device != nullptr ? device->deviceIdentifier().value_or("") : "",
         device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
     if (device == nullptr || folders.device.empty()) {
         console.error("The driver " + driverName(*driver) +

@@ -13,13 +13,13 @@ ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Con
         console.error(*failure);
         return ExitStatus::kFailed;
     }
-    Driver driver;
+    ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, driver)) {
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return sending.run(*driver);
+    return sending.run(*chosen.driver);
 }
 
 } // namespace host

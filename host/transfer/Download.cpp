@@ -72,7 +72,7 @@ void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driver
 {
     const auto linesBefore = gps::serialTraffic().linesRead;
     progress_.begin(driver.needsSerialRefresh()
-                        ? "looking for a receiver at " + selectedPlace(driver)
+                        ? "looking for a receiver at " + selectedLocation(driver)
                         : "reading");
     const auto outcome = runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
@@ -87,7 +87,7 @@ void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driver
     hasArrived_ = hasArrived_ || !outcome.transfers.empty();
     judge(outcome, driver, driverOptions);
     if (driver.needsSerialRefresh())
-        judgePort(outcome, selectedPlace(driver), gps::serialTraffic().linesRead != linesBefore);
+        judgePort(outcome, selectedLocation(driver), gps::serialTraffic().linesRead != linesBefore);
 }
 
 void Download::consume(const EventBatch& batch)
@@ -109,7 +109,7 @@ void Download::judge(const Outcome& outcome, const gps::GPSPlugInProtocol& drive
 {
     const bool isSerial = driver.needsSerialRefresh();
     for (const auto& error : outcome.reported)
-        console_.error(isSerial ? inWords(error, selectedPlace(driver)) : error);
+        console_.error(isSerial ? describeSerialError(error, selectedLocation(driver)) : error);
     if (outcome.error)
         console_.error(*outcome.error);
     const bool endedInError = outcome.error || !outcome.reported.empty();
@@ -128,7 +128,7 @@ void Download::judge(const Outcome& outcome, const gps::GPSPlugInProtocol& drive
 void Download::judgePort(const Outcome& outcome, const std::string& port, bool wasHeard)
 {
     if (!outcome.reported.empty()) {
-        console_.error(whyPortFails(port));
+        console_.error(explainPortFailure(port));
     } else if (!outcome.error && !wasHeard) {
         console_.error("No receiver answered at " + port +
                        ". Check that it is on and connected there, and try again.");

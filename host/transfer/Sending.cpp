@@ -58,7 +58,7 @@ ExitStatus Sending::run(gps::GPSPlugInProtocol& driver)
 {
     canSend_ = canSend(driver);
     device_ = canSend_ ? dynamic_cast<const gps::GPSFileDevice*>(&driver) : nullptr;
-    place_ = selectedPlace(driver);
+    place_ = selectedLocation(driver);
     if (data_)
         plan(driver);
     if (options_.dryRun) {

@@ -165,7 +165,7 @@ TEST(Serial, PortThatCannotBeOpenedSaysWhyBesideThePlugInsWords)
     for (const auto& [what, port, why] :
          std::vector<Refusal>{{"busy", busy.path(), "Another program has the port open."},
                               {"gone", "/dev/tty-of-magellan-tests", "The port is gone."},
-                              {"no port", "/dev/null", "This is no serial port."}}) {
+                              {"no port", "/dev/null", "This is not a serial port."}}) {
         const auto ran = magellangps({"acquire", "--device", port, "--events"});
         EXPECT_EQ(ran.status, 1) << what;
         EXPECT_THAT(ran.out, AllOf(HasSubstr("{\"event\":\"error\",\"error\":{\"domain\":"),

@@ -25,18 +25,18 @@ protected:
         gps::UserDefaults::standard().setForThisRun(host::kTestFoldersKey, {});
     }
 
-    std::string refusalOf(const host::DeviceWish& wish)
+    std::string refusalOf(const host::DeviceRequest& request)
     {
-        const auto failure = chooseDevice(drivers_, wish, chosen_);
+        const auto failure = chooseDevice(drivers_, request, chosen_);
         EXPECT_TRUE(failure);
-        EXPECT_EQ(chosen_, nullptr);
+        EXPECT_EQ(chosen_.driver, nullptr);
         return failure ? *failure->description() + "|" + *failure->suggestion() : "";
     }
 
     std::shared_ptr<FakeDriver> disk_ = std::make_shared<FakeDriver>("Some Disk");
     std::shared_ptr<FakeDriver> serial_ = std::make_shared<FakeDriver>("Some Serial");
     std::vector<host::Driver> drivers_{disk_, serial_};
-    host::Driver chosen_;
+    host::ChosenDevice chosen_;
 };
 
 TEST_F(DeviceChoice, NameIsInLowerCaseWithHyphensForSpaces)
@@ -44,59 +44,70 @@ TEST_F(DeviceChoice, NameIsInLowerCaseWithHyphensForSpaces)
     EXPECT_EQ(host::driverName(*disk_), "some-disk");
 }
 
-TEST_F(DeviceChoice, FirstReadyDriverIsTakenByDefault)
+TEST_F(DeviceChoice, FirstReadyDriverIsChosenByDefault)
 {
     disk_->ready = false;
     EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
-    EXPECT_EQ(chosen_, serial_);
+    EXPECT_EQ(chosen_.driver, serial_);
 }
 
-TEST_F(DeviceChoice, NoReadyDriverIsARefusalThatSaysWhatToTry)
+TEST_F(DeviceChoice, LocationIsThatOfTheSelectedDeviceByDefault)
+{
+    disk_->menu->select(1);
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_.location, "/media/b");
+    disk_->setLocations({});
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_.location, "");
+}
+
+TEST_F(DeviceChoice, WithoutAReadyDriverTheErrorSaysWhatToTry)
 {
     disk_->ready = serial_->ready = false;
     EXPECT_THAT(refusalOf({}), HasSubstr("--test-folder"));
 }
 
-TEST_F(DeviceChoice, NoDriverAtAllIsARefusal)
+TEST_F(DeviceChoice, WithoutADriverThereIsNothingToChoose)
 {
     drivers_.clear();
     refusalOf({});
 }
 
-TEST_F(DeviceChoice, NamedDriverIsTakenAlthoughItIsNotReady)
+TEST_F(DeviceChoice, NamedDriverIsChosenEvenIfItIsNotReady)
 {
     serial_->ready = false;
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = "some-serial", .device = {}}, chosen_));
-    EXPECT_EQ(chosen_, serial_);
+    EXPECT_EQ(chosen_.driver, serial_);
 }
 
-TEST_F(DeviceChoice, UnknownDriverIsRefusedWithTheNamesThereAre)
+TEST_F(DeviceChoice, ErrorForAnUnknownDriverListsTheDrivers)
 {
     EXPECT_THAT(refusalOf({.driver = "other", .device = {}}), HasSubstr("some-disk, some-serial"));
 }
 
-TEST_F(DeviceChoice, DeviceIsPickedInTheMenuByItsPlaceInTheList)
+TEST_F(DeviceChoice, RequestedDeviceIsPickedInTheMenuByItsIndex)
 {
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/media/b"}, chosen_));
-    EXPECT_EQ(chosen_, disk_);
+    EXPECT_EQ(chosen_.driver, disk_);
+    EXPECT_EQ(chosen_.location, "/media/b");
     EXPECT_EQ(disk_->picked, 1U);
 }
 
-TEST_F(DeviceChoice, SlashAtTheEndMakesNoDifference)
+TEST_F(DeviceChoice, TrailingSlashMakesNoDifference)
 {
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/media/b//"}, chosen_));
     EXPECT_EQ(disk_->picked, 1U);
     EXPECT_EQ(disk_->refreshes, 0);
 }
 
-TEST_F(DeviceChoice, DriverThatListsTheDeviceIsTaken)
+TEST_F(DeviceChoice, DriverThatListsTheDeviceIsChosen)
 {
     serial_->setLocations({"/dev/ttyS9"});
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/dev/ttyS9"}, chosen_));
-    EXPECT_EQ(chosen_, serial_);
+    EXPECT_EQ(chosen_.driver, serial_);
 }
 
-TEST_F(DeviceChoice, UnknownDeviceIsRefusedWithThePlacesThereAre)
+TEST_F(DeviceChoice, ErrorForAnUnknownDeviceListsTheLocations)
 {
     EXPECT_THAT(refusalOf({.driver = {}, .device = "/nowhere"}), HasSubstr("/media/a, /media/b"));
 }
@@ -104,25 +115,25 @@ TEST_F(DeviceChoice, UnknownDeviceIsRefusedWithThePlacesThereAre)
 TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRefused)
 {
     EXPECT_THAT(refusalOf({.driver = "some-serial", .device = "/media/a"}),
-                HasSubstr("This driver finds no device at all"));
+                HasSubstr("The requested driver finds no devices"));
 }
 
-TEST_F(DeviceChoice, FolderThatNobodyListsBecomesATestFolderOnce)
+TEST_F(DeviceChoice, FolderThatNoDriverListsBecomesATestFolderOnce)
 {
     const support::TemporaryFolder folder;
     disk_->onRefresh = [&] {
         disk_->setLocations(
             *gps::UserDefaults::standard().stringArrayForKey(host::kTestFoldersKey));
     };
-    const host::DeviceWish wish{
+    const host::DeviceRequest request{
         .driver = {}, .device = folder.path() + "/", .testFolders = {"/first"}};
-    EXPECT_FALSE(chooseDevice(drivers_, wish, chosen_));
+    EXPECT_FALSE(chooseDevice(drivers_, request, chosen_));
     EXPECT_EQ(disk_->refreshes, 1);
     EXPECT_EQ(disk_->picked, 1U);
     EXPECT_EQ(host::devicesOf(*disk_).back().location, folder.path());
 }
 
-TEST_F(DeviceChoice, FolderThatIsAlreadyListedUnderAnotherSpellingIsNotAddedAgain)
+TEST_F(DeviceChoice, ListedFolderUnderAnotherSpellingIsNotAddedAgain)
 {
     const support::TemporaryFolder folder;
     disk_->setLocations({folder.path()});
@@ -142,14 +153,15 @@ TEST_F(DeviceChoice, LinkToADeviceIsThatDevice)
     std::filesystem::create_symlink(port, folder.path("by-id"));
     serial_->setLocations({folder.path("other"), port});
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = folder.path("by-id")}, chosen_));
-    EXPECT_EQ(chosen_, serial_);
+    EXPECT_EQ(chosen_.driver, serial_);
+    EXPECT_EQ(chosen_.location, port) << "as the driver lists it";
     EXPECT_EQ(serial_->picked, 1U);
 }
 
-TEST_F(DeviceChoice, TwoPlacesThatAreNotThereAreNotOne)
+TEST_F(DeviceChoice, TwoMissingLocationsAreNotTheSame)
 {
     EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/c"}),
-                HasSubstr("no device at this place"));
+                HasSubstr("no device at this location"));
 }
 
 TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)
@@ -159,7 +171,7 @@ TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)
     EXPECT_FALSE(chooseDevice(drivers_, {.driver = "some-disk", .device = "/media/a"}, chosen_));
 }
 
-TEST_F(DeviceChoice, DevicesCarryWhatTheirRecordsTell)
+TEST_F(DeviceChoice, DevicesHaveTheValuesOfTheirRecords)
 {
     disk_->devices.emplace_back(gps::Dictionary{{"location", "/media/c"}});
     const auto devices = host::devicesOf(*disk_);
@@ -172,26 +184,26 @@ TEST_F(DeviceChoice, DevicesCarryWhatTheirRecordsTell)
     EXPECT_EQ(devices[2].authorized, std::nullopt);
 }
 
-TEST_F(DeviceChoice, ImporterIsTheFirstDriverWithFileTypesReadyOrNot)
+TEST_F(DeviceChoice, ImporterIsTheFirstDriverWithFileTypesEvenIfItIsNotReady)
 {
     serial_->types = {{"log"}};
     serial_->ready = false;
-    EXPECT_FALSE(host::chooseImporter(drivers_, std::nullopt, chosen_));
-    EXPECT_EQ(chosen_, serial_);
+    EXPECT_FALSE(host::chooseImporter(drivers_, std::nullopt, chosen_.driver));
+    EXPECT_EQ(chosen_.driver, serial_);
 }
 
 TEST_F(DeviceChoice, NamedDriverThatCannotImportIsRefused)
 {
     disk_->types = {{"log"}};
-    EXPECT_TRUE(host::chooseImporter(drivers_, "some-serial", chosen_));
-    EXPECT_FALSE(host::chooseImporter(drivers_, "some-disk", chosen_));
-    EXPECT_EQ(chosen_, disk_);
+    EXPECT_TRUE(host::chooseImporter(drivers_, "some-serial", chosen_.driver));
+    EXPECT_FALSE(host::chooseImporter(drivers_, "some-disk", chosen_.driver));
+    EXPECT_EQ(chosen_.driver, disk_);
 }
 
-TEST_F(DeviceChoice, NoImporterIsARefusal)
+TEST_F(DeviceChoice, WithoutAnImporterThereIsNothingToChoose)
 {
-    EXPECT_TRUE(host::chooseImporter(drivers_, std::nullopt, chosen_));
-    EXPECT_TRUE(host::chooseImporter(drivers_, "other", chosen_));
+    EXPECT_TRUE(host::chooseImporter(drivers_, std::nullopt, chosen_.driver));
+    EXPECT_TRUE(host::chooseImporter(drivers_, "other", chosen_.driver));
 }
 
 } // namespace

@@ -28,7 +28,7 @@ std::string refusalOf(const std::string& path)
 
 TEST(PlugInBundle, MissingFolderIsRefused)
 {
-    EXPECT_THAT(refusalOf("/nowhere/Some.bundle"), HasSubstr("no plug-in bundle at this place"));
+    EXPECT_THAT(refusalOf("/nowhere/Some.bundle"), HasSubstr("no plug-in bundle at this path"));
 }
 
 TEST(PlugInBundle, FolderWithoutAnInfoPlistIsRefused)
@@ -44,7 +44,7 @@ TEST(PlugInBundle, BrokenInfoPlistIsRefused)
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("Info.plist"));
 }
 
-TEST(PlugInBundle, ModuleThatIsNoModuleIsRefused)
+TEST(PlugInBundle, FileThatIsNotAModuleIsRefused)
 {
     const support::TemporaryFolder folder;
     folder.put("Contents/Info.plist",
@@ -60,15 +60,15 @@ TEST(PlugInBundle, MissingModuleIsRefused)
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("cannot be loaded"));
 }
 
-TEST(PlugInBundle, PlaceBesideTheProgramComesBeforeTheInstalledOne)
+TEST(PlugInBundle, BundleBesideTheProgramComesBeforeTheInstalledOne)
 {
-    const auto places = host::bundlePlaces("/opt/x/bin/magellangps");
-    ASSERT_EQ(places.size(), 2U);
-    EXPECT_THAT(places[0], testing::StartsWith("/opt/x/bin/"));
-    EXPECT_THAT(places[1], testing::MatchesRegex("/opt/x/lib.*/magellangps/[^/]+"));
+    const auto paths = host::bundleCandidates("/opt/x/bin/magellangps");
+    ASSERT_EQ(paths.size(), 2U);
+    EXPECT_THAT(paths[0], testing::StartsWith("/opt/x/bin/"));
+    EXPECT_THAT(paths[1], testing::MatchesRegex("/opt/x/lib.*/magellangps/[^/]+"));
 }
 
-TEST(PlugInBundle, GivenPathIsTakenAsItIs)
+TEST(PlugInBundle, RequestedPathIsUsedAsItIs)
 {
     EXPECT_EQ(host::findBundle("/nowhere"), "/nowhere");
 }

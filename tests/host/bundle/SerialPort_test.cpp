@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 
@@ -28,63 +29,64 @@ std::string textOf(const gps::Error& error)
     return *error.description() + " | " + *error.suggestion() + " | " + *error.path();
 }
 
-TEST(SerialPort, PlaceIsACharacterDeviceALinkToOneOrOneThatIsGone)
+TEST(SerialPort, LocationIsACharacterDeviceALinkToOneOrOneThatIsGone)
 {
     const support::TemporaryFolder folder;
     const support::PseudoTerminal port;
     std::filesystem::create_symlink(port.path(), folder.path("link"));
     std::filesystem::create_symlink("nowhere", folder.path("dangling"));
-    for (const auto& place : {port.path(), folder.path("link"), std::string{"/dev/null"},
-                              std::string{"/dev/no such port"}})
-        EXPECT_TRUE(host::isSerialPlace(place)) << place;
-    for (const auto& place :
+    for (const auto& location : {port.path(), folder.path("link"), std::string{"/dev/null"},
+                                 std::string{"/dev/no such port"}})
+        EXPECT_TRUE(host::isSerialPort(location)) << location;
+    for (const auto& location :
          {folder.path(), folder.put("file", ""), folder.path("gone"), folder.path("dangling"),
           std::string{"/dev"}, std::string{"/dev/shm"}, std::string{}})
-        EXPECT_FALSE(host::isSerialPlace(place)) << place;
+        EXPECT_FALSE(host::isSerialPort(location)) << location;
 }
 
-TEST(SerialPort, UsedPortComesAfterThoseThatAreThere)
+TEST(SerialPort, AddedPortComesAfterTheStoredOnes)
 {
     const support::TestPorts ports{{"/dev/stored"}};
-    host::useSerialPort("/dev/mine");
+    host::addSerialPort("/dev/mine");
     EXPECT_THAT(*gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey),
                 ElementsAre("/dev/stored", "/dev/mine"));
 }
 
-TEST(SerialPort, BusyOneIsTheOtherProgramsToClose)
+TEST(SerialPort, BusyPortIsForTheOtherProgramToClose)
 {
     const support::PseudoTerminal port;
     ASSERT_EQ(::flock(port.otherProgram(), LOCK_EX), 0);
-    EXPECT_THAT(textOf(host::whyPortFails(port.path())),
+    EXPECT_THAT(textOf(host::explainPortFailure(port.path())),
                 AllOf(HasSubstr("Another program has the port open | Close that program"),
                       HasSubstr("fuser -v " + port.path())));
 }
 
-TEST(SerialPort, OneThatOpensCanBeTriedAgain)
+TEST(SerialPort, PortThatOpensCanBeTriedAgain)
 {
     const support::PseudoTerminal port;
-    EXPECT_EQ(textOf(host::whyPortFails(port.path())),
+    EXPECT_EQ(textOf(host::explainPortFailure(port.path())),
               "The port can be opened now | Try again | " + port.path());
     EXPECT_EQ(::flock(port.otherProgram(), LOCK_EX | LOCK_NB), 0) << "closed again";
 }
 
-TEST(SerialPort, OneThatIsNotThereIsGone)
+TEST(SerialPort, MissingPortIsGone)
 {
-    EXPECT_THAT(textOf(host::whyPortFails("/dev/no such port")),
+    EXPECT_THAT(textOf(host::explainPortFailure("/dev/no such port")),
                 HasSubstr("The port is gone | Plug"));
     for (const int error : {ENOENT, ENODEV, ENXIO})
-        EXPECT_EQ(*host::whyPortFails("/dev/x", error).description(), "The port is gone");
+        EXPECT_EQ(*host::explainPortFailure("/dev/x", error).description(), "The port is gone");
 }
 
-TEST(SerialPort, FileIsNoSerialPort)
+TEST(SerialPort, FileIsNotASerialPort)
 {
     const support::TemporaryFolder folder;
-    EXPECT_EQ(*host::whyPortFails(folder.put("file", "")).description(), "This is no serial port");
+    EXPECT_EQ(*host::explainPortFailure(folder.put("file", "")).description(),
+              "This is not a serial port");
 }
 
-TEST(SerialPort, AnyOtherRefusalHasTheSystemsWords)
+TEST(SerialPort, AnyOtherFailureHasTheTextOfTheSystem)
 {
-    EXPECT_THAT(textOf(host::whyPortFails("/dev/x", EIO)),
+    EXPECT_THAT(textOf(host::explainPortFailure("/dev/x", EIO)),
                 HasSubstr("The port cannot be opened: Input/output error"));
 }
 
@@ -103,42 +105,59 @@ protected:
         EXPECT_EQ(::chown(path.c_str(), 0, group), 0);
         EXPECT_EQ(::chmod(path.c_str(), mode), 0);
         const support::AsNobody nobody;
-        return textOf(host::whyPortFails(path));
+        return textOf(host::explainPortFailure(path));
     }
 
     bool skip_ = false;
     support::TemporaryFolder folder_;
 };
 
-TEST_F(RefusedPort, OneOfAGroupSaysHowToJoinIt)
+TEST_F(RefusedPort, AdviceForAPortOfAGroupIsToJoinIt)
 {
     if (skip_)
         GTEST_SKIP() << "needs root, to give a file away";
     const auto* const dialout = ::getgrnam("dialout");
     ASSERT_NE(dialout, nullptr);
-    EXPECT_THAT(
-        refusalOf(0660, dialout->gr_gid),
-        AllOf(HasSubstr("You have no permission to use the port"), HasSubstr("the group dialout"),
-              HasSubstr("\"sudo usermod -aG dialout nobody\", then log out, and in again")));
+    EXPECT_THAT(refusalOf(0660, dialout->gr_gid),
+                AllOf(HasSubstr("You do not have permission to use the port"),
+                      HasSubstr("the group dialout"),
+                      HasSubstr("\"sudo usermod -aG dialout nobody\", then log out and in again")));
 }
 
-TEST_F(RefusedPort, OneOfItsOwnerAloneIsAMatterOfTheAdministrator)
+TEST_F(RefusedPort, AdviceForAPortOfItsOwnerAloneIsToAskTheAdministrator)
 {
     if (skip_)
         GTEST_SKIP() << "needs root, to give a file away";
     for (const mode_t mode : {0600U, 0620U, 0640U})
-        EXPECT_THAT(refusalOf(mode, 0),
-                    AllOf(HasSubstr("for its owner alone"), testing::Not(HasSubstr("usermod"))));
+        EXPECT_THAT(refusalOf(mode, 0), AllOf(HasSubstr("Only its owner may use it"),
+                                              testing::Not(HasSubstr("usermod"))));
 }
 
-TEST(SerialPort, OnlyAnErrorWithoutWordsGetsSome)
+TEST(SerialPort, MemberOfTheGroupHasToLogInAgain)
 {
-    const gps::Error told{"some", -1, {{gps::kErrorDescriptionKey, "Closed"}}};
-    EXPECT_EQ(host::inWords(told, "/dev/x"), told);
-    const auto wordless = host::inWords({"some", -4}, "/dev/x");
-    EXPECT_EQ(wordless.domain(), "some");
-    EXPECT_EQ(wordless.code(), -4);
-    EXPECT_THAT(textOf(wordless), HasSubstr("broke off (error -4) | Check the cable"));
+    std::array names{std::string{"anna"}, std::string{"bert"}};
+    std::array<char*, 3> members{names[0].data(), names[1].data(), nullptr};
+    ::group owner{};
+    std::string name = "dialout";
+    owner.gr_name = name.data();
+    owner.gr_mem = members.data();
+    for (const char* const user : {"anna", "bert"})
+        EXPECT_THAT(host::permissionAdvice(&owner, user),
+                    AllOf(HasSubstr("You joined this group after you logged in"),
+                          testing::Not(HasSubstr("usermod"))));
+    for (const char* const user : {"ann", "berta", ""})
+        EXPECT_THAT(host::permissionAdvice(&owner, user),
+                    HasSubstr("\"sudo usermod -aG dialout " + std::string{user} + '"'));
+}
+
+TEST(SerialPort, OnlyAnErrorWithoutADescriptionGetsOne)
+{
+    const gps::Error reported{"some", -1, {{gps::kErrorDescriptionKey, "Closed"}}};
+    EXPECT_EQ(host::describeSerialError(reported, "/dev/x"), reported);
+    const auto described = host::describeSerialError({"some", -4}, "/dev/x");
+    EXPECT_EQ(described.domain(), "some");
+    EXPECT_EQ(described.code(), -4);
+    EXPECT_THAT(textOf(described), HasSubstr("broke off (error -4) | Check the cable"));
 }
 
 } // namespace

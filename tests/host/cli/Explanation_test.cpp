@@ -82,7 +82,7 @@ TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
     {
         const support::AsNobody nobody;
         EXPECT_THAT(host::explanationOf(plugIn_),
-                    HasSubstr("taken: Good. You have no permission to use the port."));
+                    HasSubstr("taken: Good. You do not have permission to use the port."));
     }
     std::filesystem::permissions(port, std::filesystem::perms::owner_all);
     EXPECT_THAT(
