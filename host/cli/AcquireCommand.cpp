@@ -6,7 +6,8 @@
 
 namespace host {
 
-ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
+                      const Console& console)
 {
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(

@@ -11,31 +11,31 @@
 namespace host {
 
 /// `info`: the plug-in and its drivers.
-[[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const InfoOptions& options,
                                  const Console& console);
 
 /// `devices`: each driver's devices; with `--watch` again after each change, until interrupted.
-[[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
                                     const Console& console);
 
 /// `acquire`: downloads from a device.
-[[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
                                     const Console& console);
 
 /// `import`: imports files, one operation each.
-[[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
                                    const Console& console);
 
 /// `send`: sends files to a device, after a backup of it.
-[[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options,
                                  const Console& console);
 
 /// `restore`: lists a device's backups, or puts one back.
-[[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                                     const Console& console);
 
 /// `watch`: acquires from every receiver that appears, until it is told to end.
-[[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const Options& options,
+[[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const WatchOptions& options,
                                   const Console& console);
 
 /// The whole program: reads the command line, loads the plug-in, runs the command.

@@ -112,7 +112,8 @@ void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
 
 } // namespace
 
-ExitStatus runDevices(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
+                      const Console& console)
 {
     auto present = plugIn; // which gets drivers while it is watched
     const auto text = [&] {

@@ -6,7 +6,8 @@
 
 namespace host {
 
-ExitStatus runImport(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
+                     const Console& console)
 {
     Driver driver;
     if (const auto failure = chooseImporter(plugIn.drivers, options.driver, driver)) {

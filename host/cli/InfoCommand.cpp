@@ -116,7 +116,7 @@ std::string textOf(const PlugInBundle& plugIn)
 
 } // namespace
 
-ExitStatus runInfo(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runInfo(const PlugInBundle& plugIn, const InfoOptions& options, const Console& console)
 {
     return print(options.json ? documentOf(plugIn) : textOf(plugIn), console);
 }

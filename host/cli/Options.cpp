@@ -32,7 +32,7 @@ constexpr char kGlobalHint[] =
 
 void addGlobalOptions(CLI::App& app, RawOptions& raw)
 {
-    auto& options = raw.options;
+    auto& options = raw.global;
     app.add_option("--plugin", options.plugin,
                    "Load this plug-in bundle instead of the installed one")
         ->type_name("BUNDLE");
@@ -63,9 +63,8 @@ void addFixDatesOption(CLI::App& command, RawOptions& raw)
         ->type_name("auto|off|WEEKS");
 }
 
-void addDownloadOptions(CLI::App& command, RawOptions& raw)
+void addDownloadOptions(CLI::App& command, RawOptions& raw, DownloadOptions& options)
 {
-    auto& options = raw.options;
     command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")
         ->type_name("NAME");
     command
@@ -90,38 +89,38 @@ void addDownloadOptions(CLI::App& command, RawOptions& raw)
     command.add_flag("--no-tracks", raw.noTracks, "Leave out tracks")->excludes(json);
 }
 
-void addDeviceOption(CLI::App& command, RawOptions& raw)
+void addDeviceOption(CLI::App& command, std::optional<std::string>& device)
 {
     command
-        .add_option("--device", raw.options.device,
+        .add_option("--device", device,
                     "Use the device at this place; a folder with a receiver's files will do")
         ->type_name("LOCATION");
 }
 
-CLI::Option* addBackupOptions(CLI::App& command, RawOptions& raw)
+template <typename Options> CLI::Option* addBackupOptions(CLI::App& command, Options& options)
 {
     command
-        .add_option("--keep-backups", raw.options.mostBackups,
+        .add_option("--keep-backups", options.mostBackups,
                     "Keep so many backups of a device, by default 10")
         ->type_name("N");
     return command
-        .add_option("--backup", raw.options.backupFolder,
+        .add_option("--backup", options.backupFolder,
                     "Keep the backups in this folder instead of the user's state folder")
         ->type_name("DIR");
 }
 
 void addSendOptions(CLI::App& command, RawOptions& raw)
 {
-    auto& options = raw.options;
+    auto& options = raw.send;
     command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")
         ->type_name("NAME");
-    addDeviceOption(command, raw);
+    addDeviceOption(command, options.device);
     auto* const files =
         command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
     auto* const data = command.add_option(
         "--data", options.data, "Send this JSON file's data dictionary instead, as it stands");
     data->type_name("FILE")->excludes(files);
-    auto* const backup = addBackupOptions(command, raw);
+    auto* const backup = addBackupOptions(command, options);
     command.add_flag("--no-backup", raw.noBackup, "Keep no copy of the device's data folders")
         ->excludes(backup);
     command.add_flag("--dry-run", options.dryRun, "Say what would be sent, and change nothing");
@@ -133,27 +132,27 @@ void addSendOptions(CLI::App& command, RawOptions& raw)
 
 void addRestoreOptions(CLI::App& command, RawOptions& raw)
 {
-    command.add_option("--driver", raw.options.driver, "Use the driver of this name, ready or not")
+    auto& options = raw.restore;
+    command.add_option("--driver", options.driver, "Use the driver of this name, ready or not")
         ->type_name("NAME");
-    addDeviceOption(command, raw);
-    addBackupOptions(command, raw);
+    addDeviceOption(command, options.device);
+    addBackupOptions(command, options);
     command
-        .add_option("backup", raw.options.restored,
-                    "The backup to put back, as listed, or its folder")
+        .add_option("backup", options.backup, "The backup to put back, as listed, or its folder")
         ->type_name("BACKUP");
 }
 
 void addDevicesOptions(CLI::App& command, RawOptions& raw)
 {
-    command.add_flag("--watch", raw.options.watch,
+    command.add_flag("--watch", raw.devices.watch,
                      "Stay, and print again when volumes or ports come and go");
-    command.add_flag("--explain", raw.options.explain,
+    command.add_flag("--explain", raw.devices.explain,
                      "Tell of every volume and port what was made of it, and why");
 }
 
 void addWatchOptions(CLI::App& command, RawOptions& raw)
 {
-    auto& options = raw.options;
+    auto& options = raw.watch;
     command
         .add_option("--into", options.into,
                     "Write the files into this folder instead of the present one")
@@ -181,7 +180,7 @@ void addCommands(CLI::App& app, RawOptions& raw)
                          const char* examples) {
         auto* const added = app.add_subcommand(name, what);
         added->fallthrough()->footer(std::string{kGlobalHint} + "\nExamples:\n" + examples);
-        added->parse_complete_callback([&raw, command] { raw.options.command = command; });
+        added->parse_complete_callback([&raw, command] { raw.command = command; });
         return added;
     };
     add("info", "Show the plug-in and its drivers", Command::kInfo, "  magellangps info --json");
@@ -192,13 +191,13 @@ void addCommands(CLI::App& app, RawOptions& raw)
     auto* const acquire = add("acquire", "Download from a device", Command::kAcquire,
                               "  magellangps acquire -o trip.gpx\n  magellangps acquire --device "
                               "/media/RECEIVER --no-tracks");
-    addDownloadOptions(*acquire, raw);
-    addDeviceOption(*acquire, raw);
+    addDownloadOptions(*acquire, raw, raw.acquire);
+    addDeviceOption(*acquire, raw.acquire.device);
     auto* const import =
         add("import", "Import sentence files, each as one operation", Command::kImport,
             "  magellangps import TKLG001.log Home.upt -o trip.gpx");
-    addDownloadOptions(*import, raw);
-    import->add_option("files", raw.options.files, "The files to import")
+    addDownloadOptions(*import, raw, raw.import);
+    import->add_option("files", raw.import.files, "The files to import")
         ->type_name("FILE")
         ->required();
     addSendOptions(*add("send", "Send GPX files to a device", Command::kSend,
@@ -364,12 +363,13 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
         return {std::nullopt, app.help(), ExitStatus::kUsage};
     if (completions->parsed())
         return {std::nullopt, completionScript(app, shell), ExitStatus::kSuccess};
-    if (const auto wrong = finish(raw); !wrong.empty())
+    ParsedCommandLine parsed;
+    if (const auto wrong = finish(std::move(raw), parsed.options); !wrong.empty())
         return mistake(wrong);
-    return {std::move(raw.options), {}, ExitStatus::kSuccess};
+    return parsed;
 }
 
-gps::Dictionary driverOptions(const Options& options, const std::string& sourcePath)
+gps::Dictionary driverOptions(const DownloadOptions& options, const std::string& sourcePath)
 {
     gps::Dictionary dictionary = options.driverOptions.value_or(gps::Dictionary{
         {"waypoints", options.waypoints}, {"routes", options.routes}, {"tracks", options.tracks}});

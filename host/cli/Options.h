@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The command line, read and checked without touching a file. [host thread]
+// What the user asked for: one struct of options per command, and the operation that reads a
+// command line into one of them. Reads no files. [host thread]
 
 #pragma once
 
@@ -13,73 +14,102 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace host {
 
-enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch };
-
-/// What the user asked for.
-struct Options {
-    Command command = Command::kInfo;
-
-    // Global.
-    std::optional<std::string> plugin;
-    std::vector<std::string> testFolders;
-    std::optional<std::int32_t> debug;
+/// Options that every command accepts, before or after its name.
+struct GlobalOptions {
+    std::optional<std::string> plugin;    ///< the bundle's path; by default the installed one
+    std::vector<std::string> testFolders; ///< treated like mounted volumes
+    std::optional<std::int32_t> debug;    ///< "debug" in the driver's options
     bool json = false;
     bool events = false;
     bool quiet = false;
     bool verbose = false;
+};
 
-    // devices.
+/// `info`
+struct InfoOptions : GlobalOptions {};
+
+/// `devices`
+struct DevicesOptions : GlobalOptions {
     bool watch = false;
     bool explain = false;
+};
 
-    // acquire, import, send, restore and, the driver alone, watch.
-    std::optional<std::string> driver;
-    std::optional<std::string> device; ///< not import
-    std::vector<std::string> files;    ///< import and send
-
-    // acquire and import.
+/// What `acquire` and `import` share: where records come from and go to.
+struct DownloadOptions : GlobalOptions {
+    std::optional<std::string> driver; ///< its name, as `driverName` gives it
     std::optional<std::string> output; ///< "-" is the standard output
-    const Format* format = nullptr;    ///< set when there is an output, and for watch
-    bool summary = false;              ///< the table, although there is an output
+    const Format* format = nullptr;    ///< of the output; null without one
+    bool summary = false;              ///< print the summary table as well as the output
     bool waypoints = true;
     bool routes = true;
     bool tracks = true;
     DateRule fixDates;
-    std::optional<gps::Dictionary> driverOptions; ///< instead of the host's own
-
-    // send and restore.
-    std::optional<std::string> data;         ///< the data dictionary's file, instead of GPX files
-    std::optional<std::string> backupFolder; ///< instead of the user's own
-    bool backup = true;
-    std::uint32_t mostBackups = Keeping::kUsually; ///< of a device, at least one
-    bool dryRun = false;
-    bool exactNames = false;
-    std::optional<std::string> restored; ///< the backup to put back; none: list them
-
-    // watch.
-    std::string into = "."; ///< the folder of the files
-    bool newOnly = false;
-    bool serial = false;
+    std::optional<gps::Dictionary> driverOptions; ///< replaces the options that the host makes
 };
 
-/// What came out of reading a command line: either the options, or a text to print and the status
-/// to leave with.
+/// `acquire`
+struct AcquireOptions : DownloadOptions {
+    std::optional<std::string> device; ///< a location
+};
+
+/// `import`
+struct ImportOptions : DownloadOptions {
+    std::vector<std::string> files; ///< at least one
+};
+
+/// `send`
+struct SendOptions : GlobalOptions {
+    std::optional<std::string> driver;
+    std::optional<std::string> device;
+    std::vector<std::string> files;          ///< GPX files; empty if and only if `data` is set
+    std::optional<std::string> data;         ///< a JSON file holding the data dictionary
+    std::optional<std::string> backupFolder; ///< by default in the user's state folder
+    bool backup = true;
+    std::uint32_t mostBackups = Keeping::kUsually; ///< kept per device, at least one
+    bool dryRun = false;
+    bool exactNames = false;
+};
+
+/// `restore`
+struct RestoreOptions : GlobalOptions {
+    std::optional<std::string> driver;
+    std::optional<std::string> device;
+    std::optional<std::string> backupFolder;       ///< by default in the user's state folder
+    std::uint32_t mostBackups = Keeping::kUsually; ///< kept per device, at least one
+    std::optional<std::string> backup; ///< a listed name or a path; nullopt lists the backups
+};
+
+/// `watch`
+struct WatchOptions : GlobalOptions {
+    std::optional<std::string> driver; ///< watch the devices of this one only
+    std::string into = ".";            ///< the folder for the files
+    const Format* format = nullptr;    ///< never null after parsing
+    bool newOnly = false;
+    bool serial = false;
+    DateRule fixDates;
+};
+
+/// One command with its options.
+using CommandOptions = std::variant<InfoOptions, DevicesOptions, AcquireOptions, ImportOptions,
+                                    SendOptions, RestoreOptions, WatchOptions>;
+
+/// What a command line amounts to: a command to run, or a text to print before leaving.
 struct ParsedCommandLine {
-    std::optional<Options> options;
-    std::string text;
-    ExitStatus status =
-        ExitStatus::kSuccess; ///< success: the text was asked for and goes to the standard output
+    std::optional<CommandOptions> options;
+    std::string text; ///< if there are no options. Goes to stdout if `status` is success
+    ExitStatus status = ExitStatus::kSuccess;
 };
 
 [[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
 /// The options dictionary for a driver's operation.
-/// @param sourcePath  the file to import; empty: the device is read
-[[nodiscard]] gps::Dictionary driverOptions(const Options& options,
+/// @param sourcePath  the file to import; empty to read the device
+[[nodiscard]] gps::Dictionary driverOptions(const DownloadOptions& options,
                                             const std::string& sourcePath = {});
 
 } // namespace host

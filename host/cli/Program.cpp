@@ -8,42 +8,78 @@
 #include <platform/System/Log.h>
 
 #include <exception>
+#include <optional>
 #include <string>
+#include <variant>
 
 #include <unistd.h>
 
 namespace host {
 namespace {
 
-ExitStatus runCommand(const PlugInBundle& plugIn, const Options& options, const Console& console)
-{
-    switch (options.command) {
-    case Command::kInfo:
+// One overload per command, so that a visit of the parsed options finds it.
+struct Runner {
+    const PlugInBundle& plugIn;
+    const Console& console;
+
+    ExitStatus operator()(const InfoOptions& options) const
+    {
         return runInfo(plugIn, options, console);
-    case Command::kDevices:
+    }
+    ExitStatus operator()(const DevicesOptions& options) const
+    {
         return runDevices(plugIn, options, console);
-    case Command::kAcquire:
+    }
+    ExitStatus operator()(const AcquireOptions& options) const
+    {
         return runAcquire(plugIn, options, console);
-    case Command::kImport:
+    }
+    ExitStatus operator()(const ImportOptions& options) const
+    {
         return runImport(plugIn, options, console);
-    case Command::kSend:
+    }
+    ExitStatus operator()(const SendOptions& options) const
+    {
         return runSend(plugIn, options, console);
-    case Command::kRestore:
+    }
+    ExitStatus operator()(const RestoreOptions& options) const
+    {
         return runRestore(plugIn, options, console);
-    case Command::kWatch:
+    }
+    ExitStatus operator()(const WatchOptions& options) const
+    {
         return runWatch(plugIn, options, console);
     }
-    return ExitStatus::kUsage;
+};
+
+const GlobalOptions& globalOptions(const CommandOptions& command)
+{
+    return std::visit([](const GlobalOptions& options) -> const GlobalOptions& { return options; },
+                      command);
 }
 
-ExitStatus run(const Options& options, const Console& console)
+// The device that was named, for the commands that work on one.
+std::optional<std::string> deviceOf(const CommandOptions& command)
 {
+    return std::visit(
+        [](const auto& options) -> std::optional<std::string> {
+            if constexpr (requires { options.device; })
+                return options.device;
+            else
+                return std::nullopt;
+        },
+        command);
+}
+
+ExitStatus run(const CommandOptions& command, const Console& console)
+{
+    const auto& options = globalOptions(command);
     gps::setLogToStandardError(options.verbose);
     // Before there are drivers, which look for them, or are not even offered without.
     if (!options.testFolders.empty())
         setTestFolders(options.testFolders);
-    if (options.device && isSerialPort(*options.device))
-        addSerialPort(*options.device);
+    if (const auto device = deviceOf(command); device && isSerialPort(*device))
+        addSerialPort(*device);
     const auto path = findBundle(options.plugin);
     if (!path) {
         console.error("The plug-in bundle is neither beside the program nor installed. Name it "
@@ -55,7 +91,7 @@ ExitStatus run(const Options& options, const Console& console)
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return runCommand(plugIn, options, console);
+    return std::visit(Runner{plugIn, console}, command);
 }
 
 } // namespace
@@ -72,7 +108,7 @@ ExitStatus runProgram(int argc, const char* const* argv)
         (void)output.flush(); // there is no other place to say it
         return parsed.status;
     }
-    const Console console{parsed.options->quiet};
+    const Console console{globalOptions(*parsed.options).quiet};
     try {
         return run(*parsed.options, console);
     } catch (const std::exception& failure) {

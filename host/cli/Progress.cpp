@@ -62,12 +62,12 @@ std::string progressText(const Advance& advance)
            rate(bytesOf(line), advance.time) + " bytes/s" + speed;
 }
 
-bool wantsProgress(const Options& options)
+bool wantsProgress(const GlobalOptions& options, bool usesStandardOutput)
 {
     const char* const terminal = std::getenv("TERM");
     if (terminal != nullptr && terminal == std::string_view{"dumb"})
         return false; // one that cannot print over a line
-    const bool printsMeanwhile = options.events || options.output == "-";
+    const bool printsMeanwhile = options.events || usesStandardOutput;
     return !options.quiet && !options.verbose && ::isatty(STDERR_FILENO) == 1 &&
            !(printsMeanwhile && ::isatty(STDOUT_FILENO) == 1);
 }

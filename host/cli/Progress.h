@@ -29,7 +29,8 @@ struct Advance {
 
 /// Whether an operation with these options shows its progress: on a terminal that can print over a
 /// line, when nothing else is written to it meanwhile.
-[[nodiscard]] bool wantsProgress(const Options& options);
+/// @param usesStandardOutput  whether records go there, too
+[[nodiscard]] bool wantsProgress(const GlobalOptions& options, bool usesStandardOutput);
 
 /// Fed on the thread that takes an operation's events, and with an empty batch now and then while
 /// none comes, since a serial line can be silent for long. Never waits for the terminal: what it

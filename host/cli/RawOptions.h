@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// RawOptions: the command line as it was typed, each option well-formed by itself. What options
-// mean together is checked here, without touching a file.
+// RawOptions: the command line as typed, each option well-formed by itself. Combinations of options
+// are checked here, without touching a file. Used by the parser only. [host thread]
 
 #pragma once
 
@@ -11,8 +11,21 @@
 
 namespace host {
 
+enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch };
+
 struct RawOptions {
-    Options options;
+    Command command = Command::kInfo;
+    GlobalOptions global;
+
+    // The options of the command; those of the other commands keep their defaults.
+    DevicesOptions devices;
+    AcquireOptions acquire;
+    ImportOptions import;
+    SendOptions send;
+    RestoreOptions restore;
+    WatchOptions watch;
+
+    // Options of several commands that are stored in another form once checked.
     std::optional<std::string> format;
     std::optional<std::string> driverOptions;
     std::optional<std::string> fixDates;
@@ -22,8 +35,9 @@ struct RawOptions {
     bool noBackup = false;
 };
 
-/// Makes `options` whole from what was typed beside them.
-/// @return  what is wrong, in a user's words; empty: nothing
-[[nodiscard]] std::string finish(RawOptions& raw);
+/// Checks what was typed and completes the command's options.
+/// @param options  out: the command's options; unchanged after a mistake
+/// @return         what is wrong, for the user to read; empty if nothing is
+[[nodiscard]] std::string finish(RawOptions raw, std::optional<CommandOptions>& options);
 
 } // namespace host

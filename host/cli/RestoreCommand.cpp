@@ -63,7 +63,8 @@ std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& dev
 
 } // namespace
 
-ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
+                      const Console& console)
 {
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
@@ -90,13 +91,13 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const Options& options, const 
         return ExitStatus::kFailed;
     }
     const auto backups = listBackups(*folder, folders.identifier);
-    if (!options.restored)
+    if (!options.backup)
         return print(listOf(backups), console);
     std::string report;
-    Progress progress{wantsProgress(options)};
+    Progress progress{wantsProgress(options, false)};
     progress.begin("restoring");
-    const auto failure = putBack({*folder, options.mostBackups, pathOf(*options.restored, backups)},
-                                 folders, report);
+    const auto failure =
+        putBack({*folder, options.mostBackups, pathOf(*options.backup, backups)}, folders, report);
     progress.clear();
     const auto printed = print(report, console);
     if (!failure)

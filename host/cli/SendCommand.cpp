@@ -6,7 +6,7 @@
 
 namespace host {
 
-ExitStatus runSend(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const Console& console)
 {
     Sending sending{options, console};
     if (const auto failure = sending.open()) {

@@ -47,7 +47,7 @@ std::string described(const PresentDevice& device)
 
 class Watch {
 public:
-    Watch(PlugInBundle plugIn, const Options& options, const Console& console)
+    Watch(PlugInBundle plugIn, const WatchOptions& options, const Console& console)
         : plugIn_(std::move(plugIn)), options_(options), console_(console)
     {}
 
@@ -78,7 +78,7 @@ private:
     void say(std::string_view what, const std::string& text);
 
     PlugInBundle plugIn_;
-    const Options& options_;
+    const WatchOptions& options_;
     const Console& console_;
     Presence presence_;
     StopSignals stop_;
@@ -219,8 +219,11 @@ void Watch::acquire(Acquire& one)
         if (const auto damage = known.load())
             say("note", sentencesOf(*damage));
     }
-    auto options = options_;
+    DownloadOptions options;
+    static_cast<GlobalOptions&>(options) = options_;
     options.output = one.path;
+    options.format = options_.format;
+    options.fixDates = options_.fixDates;
     const Console console{options_.quiet, &one.errors};
     Download download{options, console};
     const Tally* tally = nullptr;
@@ -241,7 +244,7 @@ void Watch::acquire(Acquire& one)
         fail(one, presence_.failed(one.device, kMostTries));
         return;
     }
-    download.run(*one.driver, driverOptions(options_));
+    download.run(*one.driver, driverOptions(options));
     finish(one, download, *tally, known, filter);
 }
 
@@ -285,7 +288,7 @@ void Watch::say(std::string_view what, const std::string& text)
 
 } // namespace
 
-ExitStatus runWatch(const PlugInBundle& plugIn, const Options& options, const Console& console)
+ExitStatus runWatch(const PlugInBundle& plugIn, const WatchOptions& options, const Console& console)
 {
     if (options.newOnly && !stateFolder()) {
         console.error("There is no place to remember what was saved. Set HOME or XDG_STATE_HOME.");

@@ -45,8 +45,9 @@ bool endedAt(const LoggedError& logged, const Outcome& outcome)
 
 } // namespace
 
-Download::Download(const Options& options, const Console& console)
-    : options_(options), console_(console), progress_(wantsProgress(options)),
+Download::Download(const DownloadOptions& options, const Console& console)
+    : options_(options), console_(console),
+      progress_(wantsProgress(options, options.output == "-")),
       dates_(options.fixDates, std::time(nullptr)),
       standardOutput_(STDOUT_FILENO, "the standard output")
 {}
@@ -235,7 +236,7 @@ void Download::fail(const std::optional<gps::Error>& failure)
 }
 
 ExitStatus download(gps::GPSPlugInProtocol& driver, const std::vector<gps::Dictionary>& operations,
-                    const Options& options, const Console& console)
+                    const DownloadOptions& options, const Console& console)
 {
     Download download{options, console};
     if (const auto failure = download.open()) {

@@ -24,7 +24,7 @@ namespace host {
 class Download {
 public:
     /// @param options  last as long as this object
-    Download(const Options& options, const Console& console);
+    Download(const DownloadOptions& options, const Console& console);
 
     /// Puts a writer of its own in front of the file's.
     using Wrap = std::function<std::unique_ptr<Writer>(std::unique_ptr<Writer> fileWriter)>;
@@ -54,7 +54,7 @@ private:
     void tellOfDates();
     void fail(const std::optional<gps::Error>& failure);
 
-    const Options& options_;
+    const DownloadOptions& options_;
     const Console& console_;
     Progress progress_;
     DateFix dates_;
@@ -71,6 +71,6 @@ private:
 /// The whole of a download: an operation for each options dictionary.
 [[nodiscard]] ExitStatus download(gps::GPSPlugInProtocol& driver,
                                   const std::vector<gps::Dictionary>& operations,
-                                  const Options& options, const Console& console);
+                                  const DownloadOptions& options, const Console& console);
 
 } // namespace host

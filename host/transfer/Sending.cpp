@@ -34,8 +34,8 @@ bool isLost(const gps::PlannedFile& file)
 
 } // namespace
 
-Sending::Sending(const Options& options, const Console& console)
-    : options_(options), console_(console), progress_(wantsProgress(options)),
+Sending::Sending(const SendOptions& options, const Console& console)
+    : options_(options), console_(console), progress_(wantsProgress(options, false)),
       standardOutput_(STDOUT_FILENO, "the standard output")
 {}
 

@@ -24,7 +24,7 @@ namespace host {
 class Sending {
 public:
     /// @param options  last as long as this object
-    Sending(const Options& options, const Console& console);
+    Sending(const SendOptions& options, const Console& console);
 
     /// Reads the files, before anything is asked of a driver.
     [[nodiscard]] std::optional<gps::Error> open();
@@ -48,7 +48,7 @@ private:
     void report(const std::string& text);
     void fail(const gps::Error& error);
 
-    const Options& options_;
+    const SendOptions& options_;
     const Console& console_;
     Progress progress_;
     Output standardOutput_;

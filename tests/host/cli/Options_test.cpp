@@ -8,9 +8,14 @@
 
 namespace {
 
-using host::Command;
+using host::AcquireOptions;
+using host::DevicesOptions;
 using host::ExitStatus;
-using host::Options;
+using host::ImportOptions;
+using host::InfoOptions;
+using host::RestoreOptions;
+using host::SendOptions;
+using host::WatchOptions;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -20,20 +25,22 @@ host::ParsedCommandLine parse(std::vector<const char*> words)
     return host::parseCommandLine(static_cast<int>(words.size()), words.data());
 }
 
-Options optionsOf(const std::vector<const char*>& words)
+// The options of a command line that must be one of this command.
+template <typename Options> Options optionsOf(const std::vector<const char*>& words)
 {
-    auto parsed = parse(words);
-    EXPECT_TRUE(parsed.options) << parsed.text;
-    return parsed.options.value_or(Options{});
+    const auto parsed = parse(words);
+    const auto* const options = parsed.options ? std::get_if<Options>(&*parsed.options) : nullptr;
+    EXPECT_NE(options, nullptr) << parsed.text;
+    return options != nullptr ? *options : Options{};
 }
 
 TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
 {
-    for (const auto& options : {optionsOf({"--debug", "2", "--plugin", "P", "--test-folder", "A",
-                                           "--test-folder", "B", "--json", "info"}),
-                                optionsOf({"info", "--debug", "2", "--plugin", "P", "--test-folder",
-                                           "A", "--json", "--test-folder", "B"})}) {
-        EXPECT_EQ(options.command, Command::kInfo);
+    for (const auto& options :
+         {optionsOf<InfoOptions>({"--debug", "2", "--plugin", "P", "--test-folder", "A",
+                                  "--test-folder", "B", "--json", "info"}),
+          optionsOf<InfoOptions>({"info", "--debug", "2", "--plugin", "P", "--test-folder", "A",
+                                  "--json", "--test-folder", "B"})}) {
         EXPECT_EQ(options.debug, 2);
         EXPECT_EQ(options.plugin, "P");
         EXPECT_TRUE(options.json);
@@ -43,62 +50,65 @@ TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
 
 TEST(Options, TestFolderTakesOneWordOnly)
 {
-    EXPECT_EQ(optionsOf({"--test-folder", "A", "devices", "--watch"}).command, Command::kDevices);
+    EXPECT_TRUE(optionsOf<DevicesOptions>({"--test-folder", "A", "devices", "--watch"}).watch);
 }
 
 TEST(Options, ImportTakesItsFiles)
 {
-    const auto options = optionsOf({"import", "a.log", "-o", "x.gpx", "info", "-q"});
-    EXPECT_EQ(options.command, Command::kImport);
+    const auto options = optionsOf<ImportOptions>({"import", "a.log", "-o", "x.gpx", "info", "-q"});
     EXPECT_THAT(options.files, ElementsAre("a.log", "info"));
     EXPECT_TRUE(options.quiet);
 }
 
 TEST(Options, FormatFollowsTheExtensionUnlessItIsNamed)
 {
-    EXPECT_EQ(optionsOf({"acquire", "-o", "a.gpx"}).format->name, "gpx");
-    EXPECT_EQ(optionsOf({"acquire", "--output", "a.JSONL"}).format->name, "jsonl");
-    EXPECT_EQ(optionsOf({"acquire", "-o", "a.txt", "--format", "gpx"}).format->name, "gpx");
-    EXPECT_EQ(optionsOf({"acquire", "-o", "-", "--format", "jsonl"}).output, "-");
-    EXPECT_EQ(optionsOf({"acquire"}).format, nullptr);
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "a.gpx"}).format->name, "gpx");
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--output", "a.JSONL"}).format->name, "jsonl");
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "a.txt", "--format", "gpx"}).format->name,
+              "gpx");
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "-", "--format", "jsonl"}).output, "-");
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).format, nullptr);
 }
 
 TEST(Options, HostAsksForAllKindsByDefault)
 {
-    EXPECT_EQ(host::driverOptions(optionsOf({"acquire"})),
+    EXPECT_EQ(host::driverOptions(optionsOf<AcquireOptions>({"acquire"})),
               (gps::Dictionary{{"waypoints", true}, {"routes", true}, {"tracks", true}}));
 }
 
 TEST(Options, SwitchesLeaveKindsOut)
 {
     EXPECT_EQ(
-        host::driverOptions(
-            optionsOf({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
+        host::driverOptions(optionsOf<AcquireOptions>(
+            {"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
         (gps::Dictionary{{"waypoints", false}, {"routes", true}, {"tracks", false}, {"debug", 1}}));
 }
 
 TEST(Options, JsonObjectReplacesTheHostsOwnOptions)
 {
-    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", R"({"tracks":false})"})),
+    EXPECT_EQ(host::driverOptions(
+                  optionsOf<AcquireOptions>({"acquire", "--options", R"({"tracks":false})"})),
               (gps::Dictionary{{"tracks", false}}));
-    EXPECT_EQ(host::driverOptions(optionsOf({"acquire", "--options", "{}", "--debug", "3"})),
+    EXPECT_EQ(host::driverOptions(
+                  optionsOf<AcquireOptions>({"acquire", "--options", "{}", "--debug", "3"})),
               (gps::Dictionary{{"debug", 3}}));
 }
 
 TEST(Options, DatesAreMendedOnlyWhenAsked)
 {
-    EXPECT_FALSE(optionsOf({"acquire"}).fixDates.isAuto);
-    EXPECT_EQ(optionsOf({"acquire"}).fixDates.weeks, 0);
-    EXPECT_TRUE(optionsOf({"acquire", "--fix-dates", "auto"}).fixDates.isAuto);
-    EXPECT_EQ(optionsOf({"import", "a.log", "--fix-dates", "1024"}).fixDates.weeks, 1024);
-    EXPECT_EQ(optionsOf({"acquire", "--fix-dates", "-1024"}).fixDates.weeks, -1024);
-    EXPECT_EQ(optionsOf({"acquire", "--fix-dates=-5218"}).fixDates.weeks, -5218);
+    EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).fixDates.isAuto);
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).fixDates.weeks, 0);
+    EXPECT_TRUE(optionsOf<AcquireOptions>({"acquire", "--fix-dates", "auto"}).fixDates.isAuto);
+    EXPECT_EQ(optionsOf<ImportOptions>({"import", "a.log", "--fix-dates", "1024"}).fixDates.weeks,
+              1024);
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--fix-dates", "-1024"}).fixDates.weeks, -1024);
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--fix-dates=-5218"}).fixDates.weeks, -5218);
 }
 
 TEST(Options, ImportNamesItsFile)
 {
     const auto options =
-        host::driverOptions(optionsOf({"import", "a.log", "--no-routes"}), "a.log");
+        host::driverOptions(optionsOf<ImportOptions>({"import", "a.log", "--no-routes"}), "a.log");
     EXPECT_EQ(
         options,
         (gps::Dictionary{
@@ -107,16 +117,16 @@ TEST(Options, ImportNamesItsFile)
 
 TEST(Options, SendTakesFilesOrADataFile)
 {
-    const auto files = optionsOf(
+    const auto files = optionsOf<SendOptions>(
         {"send", "a.gpx", "b.gpx", "--device", "D", "--dry-run", "--exact-names", "--backup", "K"});
-    EXPECT_EQ(files.command, Command::kSend);
     EXPECT_THAT(files.files, ElementsAre("a.gpx", "b.gpx"));
     EXPECT_EQ(files.device, "D");
     EXPECT_EQ(files.backupFolder, "K");
     EXPECT_TRUE(files.dryRun);
     EXPECT_TRUE(files.exactNames);
     EXPECT_TRUE(files.backup);
-    const auto data = optionsOf({"send", "--data", "d.json", "--no-backup", "--events"});
+    const auto data =
+        optionsOf<SendOptions>({"send", "--data", "d.json", "--no-backup", "--events"});
     EXPECT_EQ(data.data, "d.json");
     EXPECT_FALSE(data.backup);
     EXPECT_FALSE(data.dryRun);
@@ -124,43 +134,42 @@ TEST(Options, SendTakesFilesOrADataFile)
 
 TEST(Options, TenBackupsAreKeptUnlessAnotherNumberIsGiven)
 {
-    EXPECT_EQ(optionsOf({"send", "a.gpx"}).mostBackups, 10U);
-    EXPECT_EQ(optionsOf({"send", "a.gpx", "--keep-backups", "1"}).mostBackups, 1U);
-    EXPECT_EQ(optionsOf({"restore", "--keep-backups", "99"}).mostBackups, 99U);
+    EXPECT_EQ(optionsOf<SendOptions>({"send", "a.gpx"}).mostBackups, 10U);
+    EXPECT_EQ(optionsOf<SendOptions>({"send", "a.gpx", "--keep-backups", "1"}).mostBackups, 1U);
+    EXPECT_EQ(optionsOf<RestoreOptions>({"restore", "--keep-backups", "99"}).mostBackups, 99U);
 }
 
 TEST(Options, RestoreTakesABackupOrNone)
 {
-    EXPECT_EQ(optionsOf({"restore"}).command, Command::kRestore);
-    EXPECT_EQ(optionsOf({"restore"}).restored, std::nullopt);
-    const auto options =
-        optionsOf({"restore", "--backup", "K", "20260830T101500Z", "--device", "D"});
-    EXPECT_EQ(options.restored, "20260830T101500Z");
+    EXPECT_EQ(optionsOf<RestoreOptions>({"restore"}).backup, std::nullopt);
+    const auto options = optionsOf<RestoreOptions>(
+        {"restore", "--backup", "K", "20260830T101500Z", "--device", "D"});
+    EXPECT_EQ(options.backup, "20260830T101500Z");
     EXPECT_EQ(options.backupFolder, "K");
     EXPECT_EQ(options.device, "D");
 }
 
 TEST(Options, WatchWritesGpxIntoThePresentFolderUnlessItIsTold)
 {
-    const auto plain = optionsOf({"watch"});
-    EXPECT_EQ(plain.command, Command::kWatch);
+    const auto plain = optionsOf<WatchOptions>({"watch"});
     EXPECT_EQ(plain.into, ".");
     EXPECT_EQ(plain.format->name, "gpx");
     EXPECT_FALSE(plain.newOnly);
     EXPECT_FALSE(plain.serial);
-    const auto told =
-        optionsOf({"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
+    const auto told = optionsOf<WatchOptions>(
+        {"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
     EXPECT_EQ(told.into, "D");
     EXPECT_EQ(told.format->name, "jsonl");
     EXPECT_TRUE(told.newOnly);
     EXPECT_TRUE(told.serial);
-    EXPECT_EQ(optionsOf({"watch", "--driver", "magellan-serial"}).driver, "magellan-serial");
+    EXPECT_EQ(optionsOf<WatchOptions>({"watch", "--driver", "magellan-serial"}).driver,
+              "magellan-serial");
 }
 
 TEST(Options, DevicesAreExplainedOnWish)
 {
-    EXPECT_FALSE(optionsOf({"devices"}).explain);
-    EXPECT_TRUE(optionsOf({"devices", "--explain"}).explain);
+    EXPECT_FALSE(optionsOf<DevicesOptions>({"devices"}).explain);
+    EXPECT_TRUE(optionsOf<DevicesOptions>({"devices", "--explain"}).explain);
 }
 
 TEST(Options, HelpAndVersionAreAnswers)
@@ -190,7 +199,7 @@ TEST(Options, CompletionsHelpHasAnExampleOfItsOwn)
 
 TEST(Options, WordBehindTwoHyphensIsNoOption)
 {
-    EXPECT_THAT(optionsOf({"import", "--", "--odd="}).files, ElementsAre("--odd="));
+    EXPECT_THAT(optionsOf<ImportOptions>({"import", "--", "--odd="}).files, ElementsAre("--odd="));
 }
 
 TEST(Options, EmptyCommandLineIsAMistakeThatShowsTheHelp)

@@ -79,7 +79,7 @@ protected:
     bool hasPartial() const { return std::filesystem::exists(folder_.path("trip.partial.gpx")); }
 
     support::TemporaryFolder folder_;
-    host::Options options_;
+    host::DownloadOptions options_;
     FakeDriver driver_;
     std::string out_;
     std::string err_;

@@ -88,7 +88,7 @@ protected:
 
     support::TemporaryFolder folder_;
     std::string path_ = folder_.path("device/Points/p");
-    host::Options options_;
+    host::SendOptions options_;
     FakeFileDriver driver_;
     gps::SendPlan plan_;
     int sends_ = 0;
