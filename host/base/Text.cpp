@@ -1,30 +1,23 @@
 // SPDX-License-Identifier: MIT
+// ICU decodes and encodes. It counts an incomplete sequence as one error; we replace each of its
+// bytes, so that a damaged text keeps its length in characters and never swallows a good byte.
 
 #include "host/base/Text.h"
+
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace host {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kEllipsis = 0x2026;
 
-struct Lead {
-    std::size_t length; // of the whole character; 0: no first byte
-    char32_t bits;
-    char32_t least; // a smaller character has a shorter form
-};
-
-Lead leadOf(unsigned char byte) noexcept
-{
-    if (byte >= 0xC2 && byte <= 0xDF)
-        return {2, byte & 0x1FU, 0x80};
-    if (byte >= 0xE0 && byte <= 0xEF)
-        return {3, byte & 0x0FU, 0x800};
-    if (byte >= 0xF0 && byte <= 0xF4)
-        return {4, byte & 0x07U, 0x10000};
-    return {0, 0, 0};
-}
-
-// Also what would turn a line's direction around.
+// The C0 and C1 controls, the line and paragraph separators, and the marks that set the direction
+// of text: with these a name could hide the rest of its line.
 bool isControl(char32_t c) noexcept
 {
     return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x2028 && c <= 0x202E) ||
@@ -33,6 +26,11 @@ bool isControl(char32_t c) noexcept
 
 } // namespace
 
+// ICU's macros convert between char, its own byte type and int without casts.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wsign-conversion"
+
 char32_t takeCharacter(std::string_view& text) noexcept
 {
     const auto first = static_cast<unsigned char>(text.front());
@@ -40,40 +38,38 @@ char32_t takeCharacter(std::string_view& text) noexcept
         text.remove_prefix(1);
         return first;
     }
-    auto [length, character, least] = leadOf(first);
-    bool whole = length > 0 && length <= text.size();
-    for (std::size_t i = 1; whole && i < length; ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        whole = (byte & 0xC0U) == 0x80U;
-        character = (character << 6U) | (byte & 0x3FU);
-    }
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    whole = whole && character >= least && character <= 0x10FFFF && !isSurrogate;
-    text.remove_prefix(whole ? length : 1);
-    return whole ? character : kReplacement;
+    const auto size = static_cast<std::int32_t>(std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
+    std::int32_t next = 0;
+    UChar32 character = 0;
+    U8_NEXT(text.data(), next, size, character);
+    const bool isValid = character >= 0;
+    text.remove_prefix(isValid ? static_cast<std::size_t>(next) : 1);
+    return isValid ? static_cast<char32_t>(character) : kReplacement;
 }
 
 void appendCharacter(std::string& out, char32_t character)
 {
-    const auto tail = [&](unsigned shift) {
-        out += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
-    };
     if (character < 0x80) {
         out += static_cast<char>(character);
-    } else if (character < 0x800) {
-        out += static_cast<char>(0xC0U | (character >> 6U));
-        tail(0);
-    } else if (character < 0x10000) {
-        out += static_cast<char>(0xE0U | (character >> 12U));
-        tail(6);
-        tail(0);
-    } else {
-        out += static_cast<char>(0xF0U | (character >> 18U));
-        tail(12);
-        tail(6);
-        tail(0);
+        return;
     }
+    std::array<char, U8_MAX_LENGTH> bytes{};
+    std::size_t size = 0;
+    U8_APPEND_UNSAFE(bytes.data(), size, static_cast<std::uint32_t>(character));
+    out.append(bytes.data(), size);
 }
+
+std::string_view takePiece(std::string_view& text, std::size_t most) noexcept
+{
+    auto size = std::min(text.size(), most);
+    if (size < text.size())
+        U8_TRUNCATE_IF_INCOMPLETE(text.data(), 0U, size);
+    const auto piece = text.substr(0, size);
+    text.remove_prefix(size);
+    return piece;
+}
+
+#pragma GCC diagnostic pop
 
 std::string displayText(std::string_view text, std::size_t most)
 {
@@ -83,7 +79,7 @@ std::string displayText(std::string_view text, std::size_t most)
     while (!text.empty()) {
         if (count == most) {
             shown.resize(beforeLast);
-            appendCharacter(shown, 0x2026);
+            appendCharacter(shown, kEllipsis);
             return shown;
         }
         const char32_t c = takeCharacter(text);
@@ -94,12 +90,12 @@ std::string displayText(std::string_view text, std::size_t most)
     return shown;
 }
 
-std::string joined(const std::vector<std::string>& texts, std::string_view between)
+std::string joined(const std::vector<std::string>& texts, std::string_view separator)
 {
     std::string row;
     for (const auto& text : texts) {
         if (&text != &texts.front())
-            row += between;
+            row += separator;
         row += text;
     }
     return row;

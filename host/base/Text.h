@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// UTF-8 text: taking it apart, and making it safe to show. Used by every room of the host.
-// Stateless. [any]
+// UTF-8 text: reads and writes single characters, and makes texts safe to show. The only UTF-8 code
+// of the host. Stateless. [any]
 
 #pragma once
 
@@ -11,22 +11,27 @@
 
 namespace host {
 
-/// Takes the first character off a text. Precondition: the text is not empty.
-/// @return  the character; U+FFFD for each byte that is no UTF-8
-/// Source of the form: RFC 3629.
+/// Removes the first character from a text.
+/// Precondition: the text is not empty.
+/// @return  the character; U+FFFD for each byte that is not part of a valid sequence
 [[nodiscard]] char32_t takeCharacter(std::string_view& text) noexcept;
 
-/// Appends a character as UTF-8.
+/// Appends a character as UTF-8. Precondition: it is a Unicode code point.
 void appendCharacter(std::string& out, char32_t character);
 
-/// A text as one line of a terminal or a table can show it: control characters replaced, at most
-/// `most` characters, with an ellipsis as the last one where it was cut.
+/// Removes at most `most` bytes from the front of a text, and returns them. Does not split a valid
+/// character. Precondition: `most` is at least 4, the length of the longest character.
+[[nodiscard]] std::string_view takePiece(std::string_view& text, std::size_t most) noexcept;
+
+/// A text that is safe on one line of a terminal or in a table. Control characters, and characters
+/// that change the direction of the line, become U+FFFD.
+/// @param most  characters; in a longer text, the last one shown is an ellipsis
 [[nodiscard]] std::string displayText(std::string_view text, std::size_t most = std::string::npos);
 
-/// Texts in a row with something between each two.
-[[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view between);
+/// Concatenates texts, with a separator between them.
+[[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view separator);
 
-/// How many characters a text has.
+/// The number of characters in a text. Each invalid byte counts as one.
 [[nodiscard]] std::size_t characterCount(std::string_view text) noexcept;
 
 } // namespace host

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+// Names are assigned in passes, because a good name must not be given to a record that comes before
+// its owner: first the good names, then the other records, then the route points, which follow
+// their waypoints.
 
 #include "host/fitting/NameFitting.h"
 
 #include "host/base/XmlText.h"
 #include "host/fitting/FreeNames.h"
-#include "host/fitting/PlainText.h"
+#include "host/fitting/PlainTextConverter.h"
 #include "host/fitting/PointNames.h"
 #include "host/fitting/RecordList.h"
 
@@ -23,8 +26,8 @@ constexpr std::array<std::string_view, 8> kTextKeys{"comment",      "geocacheOwn
                                                     "difficulty",   "terrain"};
 
 struct Kind {
-    std::string_view name;
-    std::string_view nameless; // what a thing of this kind is called that has no name
+    std::string_view label;
+    std::string_view defaultName; // for a record whose name is missing or has no usable character
 };
 
 constexpr Kind kWaypoint{"waypoint", "Waypoint"};
@@ -32,8 +35,7 @@ constexpr Kind kGeocache{"geocache", "Geocache"};
 constexpr Kind kRoute{"route", "Route"};
 constexpr Kind kRoutePoint{"route point", "Waypoint"};
 
-// A record whose name is to be fitted.
-struct Named {
+struct NamedRecord {
     gps::Dictionary* record;
     const Kind* kind;
 };
@@ -50,197 +52,205 @@ bool isGeocache(const gps::Dictionary& record)
     return symbol != nullptr && symbol->starts_with("Geocache");
 }
 
-// Where a thing is: a route where it begins.
-gps::GPSPoint placeOf(const gps::Dictionary& record)
+// A record's own point; for a route, its first one.
+gps::GPSPoint pointOf(const gps::Dictionary& record)
 {
     if (const auto* const point = gps::findPoint(record))
         return *point;
-    gps::GPSPoint place;
+    gps::GPSPoint first;
     bool isFirst = true;
     forEachRecord(record, "points", [&](const gps::Dictionary& point) {
         if (std::exchange(isFirst, false))
-            place = placeOf(point);
+            first = pointOf(point);
     });
-    return place;
+    return first;
 }
 
-void appendPlace(std::string& text, const gps::GPSPoint& place)
+void appendCoordinates(std::string& text, const gps::GPSPoint& point)
 {
-    for (const double degrees : {place.latitude, place.longitude}) {
+    for (const double degrees : {point.latitude, point.longitude}) {
         text += '\n';
         gps::appendShortest(text, degrees);
     }
 }
 
-// What tells one thing of the data from another: its name and where it lies.
-std::string identityOf(const Named& named)
+// Two records with the same identity are the same thing and share a name: the name in the data and
+// the exact coordinates, or only the name of a geocache.
+std::string identityOf(const NamedRecord& named)
 {
     std::string identity = nameIn(*named.record);
     if (named.kind == &kGeocache && !identity.empty())
         return identity;
-    appendPlace(identity, placeOf(*named.record));
-    forEachRecord(*named.record, "points",
-                  [&](const gps::Dictionary& point) { appendPlace(identity, placeOf(point)); });
+    appendCoordinates(identity, pointOf(*named.record));
+    forEachRecord(*named.record, "points", [&](const gps::Dictionary& point) {
+        appendCoordinates(identity, pointOf(point));
+    });
     return identity;
 }
 
-// One fitting of one data dictionary.
-class Fitting {
+// Rewrites the records of one data dictionary and notes the changes.
+class NameFitter {
 public:
-    explicit Fitting(const TextRules& rules) : rules_(rules), plainTexts_(rules.characters) {}
+    explicit NameFitter(const TextRules& rules) : rules_(rules), converter_(rules.characters) {}
 
-    void fitTexts(const Named& named);
+    void fitTexts(const NamedRecord& named);
 
-    // @param names   knows the device's names
-    // @param places  knows where the points of the device's routes lie
-    void fitNames(const std::vector<Named>& things, FreeNames names, PointNames places = {});
+    // Gives all records of one scope their names.
+    // @param names       knows the names on the receiver
+    // @param pointNames  knows the positions of the route points on the receiver
+    void fitNames(const std::vector<NamedRecord>& records, FreeNames names,
+                  PointNames pointNames = {});
 
     [[nodiscard]] std::vector<TextChange> takeChanges() { return std::move(changes_); }
 
 private:
-    // The names that were given.
-    struct Known {
+    // The names assigned so far in one scope.
+    struct Assigned {
         std::unordered_map<std::string, std::string> byIdentity;
-        std::unordered_map<std::string, std::string> byName; // to the first thing of a name
+        std::unordered_map<std::string, std::string> byOldName; // of the first record that had it
     };
 
-    void takeGoodNames(const std::vector<Named>& things, FreeNames& names, PointNames& places,
-                       Known& known) const;
-    [[nodiscard]] std::string nameOf(const Named& named, FreeNames& names, Known& known);
-    [[nodiscard]] std::string pointNameOf(const Named& named, FreeNames& names, PointNames& places,
-                                          Known& known);
-    static void rename(const Named& named, const std::string& name);
-    [[nodiscard]] bool isGood(const Named& named, const std::string& name) const;
-    [[nodiscard]] std::string newName(const Named& named, FreeNames& names);
+    void claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
+                        PointNames& pointNames, Assigned& assigned) const;
+    [[nodiscard]] std::string nameOf(const NamedRecord& named, FreeNames& names,
+                                     Assigned& assigned);
+    [[nodiscard]] std::string pointNameOf(const NamedRecord& named, FreeNames& names,
+                                          PointNames& pointNames, Assigned& assigned);
+    static void rename(const NamedRecord& named, const std::string& name);
+    [[nodiscard]] bool isGood(const NamedRecord& named, const std::string& name) const;
+    [[nodiscard]] std::string newName(const NamedRecord& named, FreeNames& names);
 
     const TextRules& rules_;
-    PlainTexts plainTexts_;
+    PlainTextConverter converter_;
     std::vector<TextChange> changes_;
 };
 
-void Fitting::fitTexts(const Named& named)
+void NameFitter::fitTexts(const NamedRecord& named)
 {
     for (const auto key : kTextKeys) {
         const auto* const text = named.record->findString(key);
-        if (text == nullptr || plainTexts_.isPlain(*text))
+        if (text == nullptr || converter_.isPlain(*text))
             continue;
-        auto plain = plainTexts_.of(*text);
-        changes_.push_back({named.kind->name, key, *text, plain.text, std::move(plain.dropped)});
+        auto plain = converter_.convert(*text);
+        changes_.push_back({named.kind->label, key, *text, plain.text, std::move(plain.dropped)});
         named.record->set(key, std::move(plain.text));
     }
 }
 
-void Fitting::fitNames(const std::vector<Named>& things, FreeNames names, PointNames places)
+void NameFitter::fitNames(const std::vector<NamedRecord>& records, FreeNames names,
+                          PointNames pointNames)
 {
-    Known known;
-    takeGoodNames(things, names, places, known);
-    for (const auto& named : things) {
+    Assigned assigned;
+    claimGoodNames(records, names, pointNames, assigned);
+    for (const auto& named : records) {
         if (named.kind != &kRoutePoint)
-            rename(named, nameOf(named, names, known));
+            rename(named, nameOf(named, names, assigned));
     }
-    // A point at its waypoint's place has a better claim to the waypoint's name than one elsewhere.
-    for (const auto& named : things) {
-        const auto at = named.kind == &kRoutePoint ? known.byIdentity.find(identityOf(named))
-                                                   : known.byIdentity.end();
-        if (at != known.byIdentity.end())
-            (void)places.claim(at->second, placeOf(*named.record));
+    // A route point at its waypoint's position must get the waypoint's name, even if another route
+    // point of that name comes first. So these positions claim their names before any is assigned.
+    for (const auto& named : records) {
+        const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
+                                                   : assigned.byIdentity.end();
+        if (at != assigned.byIdentity.end())
+            (void)pointNames.claim(at->second, pointOf(*named.record));
     }
-    for (const auto& named : things) {
+    for (const auto& named : records) {
         if (named.kind == &kRoutePoint)
-            rename(named, pointNameOf(named, names, places, known));
+            rename(named, pointNameOf(named, names, pointNames, assigned));
     }
 }
 
-// Good names first: no other may take them away.
-void Fitting::takeGoodNames(const std::vector<Named>& things, FreeNames& names, PointNames& places,
-                            Known& known) const
+void NameFitter::claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
+                                PointNames& pointNames, Assigned& assigned) const
 {
-    for (const auto& named : things) {
+    for (const auto& named : records) {
         const auto name = nameIn(*named.record);
-        if (!isGood(named, name) || !names.take(name))
+        if (!isGood(named, name) || !names.claim(name))
             continue;
-        if (named.kind == &kRoutePoint && !places.claim(name, placeOf(*named.record)))
+        if (named.kind == &kRoutePoint && !pointNames.claim(name, pointOf(*named.record)))
             continue;
-        known.byIdentity.emplace(identityOf(named), name);
-        known.byName.emplace(name, name);
+        assigned.byIdentity.emplace(identityOf(named), name);
+        assigned.byOldName.emplace(name, name);
     }
 }
 
-std::string Fitting::nameOf(const Named& named, FreeNames& names, Known& known)
+std::string NameFitter::nameOf(const NamedRecord& named, FreeNames& names, Assigned& assigned)
 {
-    const auto [at, isNew] = known.byIdentity.try_emplace(identityOf(named));
+    const auto [at, isNew] = assigned.byIdentity.try_emplace(identityOf(named));
     if (isNew) {
         at->second = newName(named, names);
-        known.byName.emplace(nameIn(*named.record), at->second);
+        assigned.byOldName.emplace(nameIn(*named.record), at->second);
     }
     return at->second;
 }
 
-std::string Fitting::pointNameOf(const Named& named, FreeNames& names, PointNames& places,
-                                 Known& known)
+std::string NameFitter::pointNameOf(const NamedRecord& named, FreeNames& names,
+                                    PointNames& pointNames, Assigned& assigned)
 {
     const auto before = nameIn(*named.record);
-    const auto place = placeOf(*named.record);
-    auto& name = known.byIdentity[identityOf(named)]; // empty: not known
-    if (!name.empty() && places.claim(name, place))
+    const auto point = pointOf(*named.record);
+    auto& name = assigned.byIdentity[identityOf(named)]; // empty if not assigned yet
+    if (!name.empty() && pointNames.claim(name, point))
         return name;
-    const auto first = known.byName.find(before);
-    if (!before.empty() && first != known.byName.end() && places.claim(first->second, place))
+    const auto first = assigned.byOldName.find(before);
+    if (!before.empty() && first != assigned.byOldName.end() &&
+        pointNames.claim(first->second, point))
         return name = first->second;
     name = newName(named, names);
-    known.byName.emplace(before, name);
-    (void)places.claim(name, place); // it is free, or this point's own from an earlier send
+    assigned.byOldName.emplace(before, name);
+    (void)pointNames.claim(name,
+                           point); // succeeds: it is free, or this point's from an earlier send
     return name;
 }
 
-void Fitting::rename(const Named& named, const std::string& name)
+void NameFitter::rename(const NamedRecord& named, const std::string& name)
 {
     if (nameIn(*named.record) != name)
         named.record->set("name", name);
 }
 
-bool Fitting::isGood(const Named& named, const std::string& name) const
+bool NameFitter::isGood(const NamedRecord& named, const std::string& name) const
 {
     const bool isShort = named.kind == &kGeocache || name.size() <= rules_.longestName;
-    return isShort && name.find_first_not_of(' ') != std::string::npos && plainTexts_.isPlain(name);
+    return isShort && name.find_first_not_of(' ') != std::string::npos && converter_.isPlain(name);
 }
 
-std::string Fitting::newName(const Named& named, FreeNames& names)
+std::string NameFitter::newName(const NamedRecord& named, FreeNames& names)
 {
     auto before = nameIn(*named.record);
-    auto plain = plainTexts_.of(before);
+    auto plain = converter_.convert(before);
     auto wanted = withoutOuterSpace(plain.text);
     if (wanted.empty())
-        wanted = named.kind->nameless;
-    auto after = names.find(wanted, placeOf(*named.record));
+        wanted = named.kind->defaultName;
+    auto after = names.claimLike(wanted, pointOf(*named.record));
     changes_.push_back(
-        {named.kind->name, "name", std::move(before), after, std::move(plain.dropped)});
+        {named.kind->label, "name", std::move(before), after, std::move(plain.dropped)});
     return after;
 }
 
-// The things whose names must differ from one another, and the names that the device holds of such
-// things.
-struct NameSpaces {
-    explicit NameSpaces(const TextRules& rules)
+// The three scopes within which names must be unique: waypoints with route points, geocaches, and
+// routes. Each has the records to send and the names on the receiver.
+struct NameScopes {
+    explicit NameScopes(const TextRules& rules)
         : waypointNames(rules.longestName), routeNames(rules.longestName)
     {}
 
     void addOnDevice(const gps::Dictionary& data);
     void add(gps::Dictionary& data);
 
-    std::vector<Named> waypoints; // and routes' points, which a device finds by their names
-    std::vector<Named> geocaches;
-    std::vector<Named> routes;
+    std::vector<NamedRecord> waypoints; // and route points, which a receiver looks up by name
+    std::vector<NamedRecord> geocaches;
+    std::vector<NamedRecord> routes;
     FreeNames waypointNames;
     PointNames pointNames;
     FreeNames geocacheNames{std::numeric_limits<std::size_t>::max()};
     FreeNames routeNames;
 };
 
-void NameSpaces::addOnDevice(const gps::Dictionary& data)
+void NameScopes::addOnDevice(const gps::Dictionary& data)
 {
     const auto addTo = [](FreeNames& names, const gps::Dictionary& record) {
-        names.addOnDevice(nameIn(record), placeOf(record));
+        names.addOnDevice(nameIn(record), pointOf(record));
     };
     forEachRecord(data, "waypoint", [&](const gps::Dictionary& record) {
         addTo(isGeocache(record) ? geocacheNames : waypointNames, record);
@@ -249,12 +259,12 @@ void NameSpaces::addOnDevice(const gps::Dictionary& data)
         addTo(routeNames, route);
         forEachRecord(route, "points", [&](const gps::Dictionary& point) {
             addTo(waypointNames, point);
-            pointNames.addOnDevice(nameIn(point), placeOf(point));
+            pointNames.addOnDevice(nameIn(point), pointOf(point));
         });
     });
 }
 
-void NameSpaces::add(gps::Dictionary& data)
+void NameScopes::add(gps::Dictionary& data)
 {
     forEachRecord(data, "waypoint", [&](gps::Dictionary& record) {
         if (isGeocache(record))
@@ -275,20 +285,20 @@ void NameSpaces::add(gps::Dictionary& data)
 std::vector<TextChange> fitNames(gps::Dictionary& data, const gps::Dictionary& onDevice,
                                  const TextRules& rules)
 {
-    NameSpaces spaces{rules};
-    spaces.addOnDevice(onDevice);
-    spaces.add(data);
+    NameScopes scopes{rules};
+    scopes.addOnDevice(onDevice);
+    scopes.add(data);
 
-    Fitting fitting{rules};
-    for (const auto* const things : {&spaces.waypoints, &spaces.geocaches, &spaces.routes}) {
-        for (const auto& named : *things)
-            fitting.fitTexts(named);
+    NameFitter fitter{rules};
+    for (const auto* const records : {&scopes.waypoints, &scopes.geocaches, &scopes.routes}) {
+        for (const auto& named : *records)
+            fitter.fitTexts(named);
     }
-    fitting.fitNames(spaces.waypoints, std::move(spaces.waypointNames),
-                     std::move(spaces.pointNames));
-    fitting.fitNames(spaces.geocaches, std::move(spaces.geocacheNames));
-    fitting.fitNames(spaces.routes, std::move(spaces.routeNames));
-    return fitting.takeChanges();
+    fitter.fitNames(scopes.waypoints, std::move(scopes.waypointNames),
+                    std::move(scopes.pointNames));
+    fitter.fitNames(scopes.geocaches, std::move(scopes.geocacheNames));
+    fitter.fitNames(scopes.routes, std::move(scopes.routeNames));
+    return fitter.takeChanges();
 }
 
 } // namespace host

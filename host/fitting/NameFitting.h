@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// NameFitting: makes the names and texts of a data dictionary readable on a device and its names
-// different, before a send hands them to a driver. What a device can show is the caller's
-// knowledge. Stateless: [any] thread.
+// NameFitting: rewrites the names and texts in a data dictionary so that a receiver can show them,
+// and makes the names unique. `send` calls it before it hands the data to a driver. The caller
+// supplies the receiver's rules. Stateless. [any]
 
 #pragma once
 
@@ -15,39 +15,41 @@
 
 namespace host {
 
-/// What a device's texts can be.
+/// The texts that a receiver can store.
 struct TextRules {
     gps::CharacterSet characters;
-    std::size_t longestName; ///< characters; a geocache's name may be longer
+    std::size_t longestName; ///< characters; does not apply to geocaches
 };
 
-/// One text that is no longer what it was.
+/// One text that was rewritten.
 struct TextChange {
     std::string_view kind; ///< "waypoint", "geocache", "route" or "route point"
     std::string_view key;  ///< "name", "comment" and so on
-    std::string before;    ///< empty: the record had no name
-    std::string after;     ///< in the device's characters
-    std::string dropped; ///< the characters that have no counterpart on the device, in their order
+    std::string before;    ///< empty if the record had no name
+    std::string after;     ///< only characters of the receiver
+    std::string dropped;   ///< the characters that have no replacement, in their original order
 };
 
-/// Writes every text in the device's characters, then gives each name that had to change, is too
-/// long, empty or missing one that no other thing in the data has and no other on the device. The
-/// same data with the same device gives the same names.
+/// Rewrites every text in the receiver's characters. Then gives every name that changed, is too
+/// long, or is missing a replacement that is unique in the data and on the receiver. The result
+/// depends only on the data and on what the receiver holds.
 ///
-/// A name that is good already stays, and so replaces what the device holds under it; where several
-/// waypoints or several routes in the data have it at different places, it stays with the first. A
-/// route's point goes by the name of the waypoint that had its name: of the one at its place, else
-/// of the first, unless a point elsewhere goes by that name already, in the data or in a route of
-/// the device. Geocaches of one name are one geocache. What an earlier send has put on the device
-/// is known by its place, and gets its name again.
-///
-/// Symbols are looked up by name and so left alone; a track's name is its own affair: no device
-/// keeps it.
+/// - A name that is already good is kept, and so replaces what the receiver holds under it. If
+///   several waypoints or several routes at different positions have the same good name, the first
+///   one keeps it.
+/// - A route point gets the new name of the waypoint that had its old name: the one at the same
+///   position, otherwise the first. If that name belongs to a route point at another position, in
+///   the data or on the receiver, the route point gets a name of its own.
+/// - Geocaches with the same name are the same geocache.
+/// - What an earlier send put on the receiver is recognised by its position and gets its name
+/// again.
+/// - Symbols are not changed, because drivers look them up by name. Tracks are not changed, because
+///   no receiver stores their names.
 ///
 /// @param data      the records to send; changed in place
-/// @param onDevice  the records that the device holds, under the same keys
-/// @return          what has changed: first all other texts, then the names, one that several
-/// points share only once
+/// @param onDevice  the records that the receiver holds, under the same keys
+/// @return          the changes: first all other texts, then the names. A name that several points
+///                  share is listed once
 [[nodiscard]] std::vector<TextChange>
 fitNames(gps::Dictionary& data, const gps::Dictionary& onDevice, const TextRules& rules);
 

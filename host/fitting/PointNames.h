@@ -1,34 +1,33 @@
 // SPDX-License-Identifier: MIT
-// PointNames: which place each name of a route's point stands for. A device finds the points of its
-// routes by their names alone, so that one name at two places leads a route astray. One thread at a
-// time.
+// PointNames: assigns each route point name to one position. A receiver finds the points of its
+// routes by name alone, so the same name at two positions would lead a route astray. Used by
+// NameFitting. One thread at a time.
 
 #pragma once
 
-#include <gps/GPSPoint.h>
+#include "host/points/DevicePosition.h"
+#include "host/points/DevicePositionSet.h"
 
+#include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace host {
 
 class PointNames {
 public:
-    /// Several points of the device may have one name, in different files.
-    void addOnDevice(const std::string& name, const gps::GPSPoint& place);
+    /// Adds a route point that the receiver holds. Several may have the same name, in different
+    /// files.
+    void addOnDevice(const std::string& name, const gps::GPSPoint& point);
 
-    /// Makes a name stand for a place, unless it stands for another one already: here, or on the
-    /// device.
-    /// @return  whether it stands for this place now
-    [[nodiscard]] bool claim(const std::string& name, const gps::GPSPoint& place);
+    /// Assigns a name to a point's position, unless it belongs to another position: to one of an
+    /// earlier claim, or to those that the receiver holds under the name.
+    /// @return  whether the name now belongs to this position
+    [[nodiscard]] bool claim(const std::string& name, const gps::GPSPoint& point);
 
 private:
-    [[nodiscard]] bool isHeldElsewhere(const std::string& name, const gps::GPSPoint& place) const;
-
-    std::unordered_map<std::string, gps::GPSPoint> claimed_;
-    std::unordered_set<std::string> onDevice_; // names
-    std::unordered_set<std::string> places_;   // the device's, each with its name
+    std::unordered_map<std::string, std::optional<DevicePosition>> claimed_;
+    std::unordered_map<std::string, DevicePositionSet> onDevice_;
 };
 
 } // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The records in a data dictionary's lists. Stateless: [any] thread.
+// forEachRecord: visits the records in the lists of a data dictionary. Stateless. [any]
 
 #pragma once
 
@@ -9,8 +9,9 @@
 
 namespace host {
 
-/// Visits each dictionary in the array under a key; there are none where it is missing or no array.
-/// @param data  may be const, and so are the records then
+/// Visits each dictionary in the array under a key, in order. Other values in the array are
+/// skipped. Visits nothing if the key is missing or its value is not an array.
+/// @param data  if const, so are the records
 template <typename DictionaryType, typename Visitor>
 void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& visit)
 {

@@ -15,7 +15,7 @@ std::string xml(std::string_view text)
     return out;
 }
 
-TEST(Text, CharactersOfEveryLengthComeThrough)
+TEST(Text, CharactersOfEveryLengthAreKept)
 {
     for (const char* text : {"a", "\x7f", "\xC2\x80", "ü", "€", "\xEF\xBF\xBD", "\xF0\x90\x80\x80",
                              "\xF4\x8F\xBF\xBF"}) {
@@ -24,14 +24,14 @@ TEST(Text, CharactersOfEveryLengthComeThrough)
     }
 }
 
-TEST(Text, EachByteThatIsNoUtf8IsReplaced)
+TEST(Text, EachByteOfAnInvalidSequenceIsReplaced)
 {
     struct Row {
         const char* text;
         std::size_t bytes;
     };
-    // A tail alone, an overlong form, a surrogate, beyond the last character, cut off, an
-    // impossible byte.
+    // A continuation byte alone, overlong forms, a surrogate, a code point above the last one, a
+    // sequence that is cut off, a byte that occurs in no sequence.
     for (const auto& [text, bytes] :
          {Row{"\x80", 1}, Row{"\xC0\xAF", 2}, Row{"\xE0\x80\xAF", 3}, Row{"\xED\xA0\x80", 3},
           Row{"\xF4\x90\x80\x80", 4}, Row{"\xE2\x82", 2}, Row{"\xFF", 1},
@@ -44,7 +44,31 @@ TEST(Text, EachByteThatIsNoUtf8IsReplaced)
     }
 }
 
-TEST(Text, DisplayIsCutByCharacters)
+TEST(Text, IncompleteSequenceDoesNotSwallowTheNextCharacter)
+{
+    EXPECT_EQ(xml("\xE2\x82<"), "\xEF\xBF\xBD\xEF\xBF\xBD&lt;");
+    EXPECT_EQ(xml("\xF0\x9F\x8F\xC3\xBC"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xC3\xBC");
+}
+
+TEST(Text, PieceIsAsLongAsItMayBeWithoutSplittingACharacter)
+{
+    const auto pieceOf = [](std::string_view text, std::size_t most) {
+        const auto whole = text;
+        const auto piece = host::takePiece(text, most);
+        EXPECT_EQ(std::string{piece} + std::string{text}, whole);
+        return std::string{piece};
+    };
+    EXPECT_EQ(pieceOf("abcd", 4), "abcd");
+    EXPECT_EQ(pieceOf("abcde", 4), "abcd");
+    EXPECT_EQ(pieceOf("abcü", 4), "abc");
+    EXPECT_EQ(pieceOf("abüx", 4), "abü");
+    EXPECT_EQ(pieceOf("a\xF0\x9F\x8F\x95", 4), "a");
+    EXPECT_EQ(pieceOf("\xF0\x9F\x8F\x95x", 4), "\xF0\x9F\x8F\x95");
+    EXPECT_EQ(pieceOf("abc\xE2", 4), "abc\xE2") << "the end of the text is not a split";
+    EXPECT_EQ(pieceOf("\x80\x80\x80\x80\x80", 4), "\x80\x80\x80\x80");
+}
+
+TEST(Text, DisplayTextIsCutAfterWholeCharacters)
 {
     EXPECT_EQ(host::displayText("äöü", 3), "äöü");
     EXPECT_EQ(host::displayText("äöüß", 3), "äö…");
@@ -52,14 +76,14 @@ TEST(Text, DisplayIsCutByCharacters)
     EXPECT_EQ(host::displayText(""), "");
 }
 
-TEST(Text, DisplayMakesControlCharactersHarmless)
+TEST(Text, DisplayTextHasNoControlCharacters)
 {
     EXPECT_EQ(host::displayText("a\x1b[31mb\n\x7f"), "a\xEF\xBF\xBD[31mb\xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(host::displayText("\xC2\x9B|\xE2\x80\xAE"),
-              "\xEF\xBF\xBD|\xEF\xBF\xBD"); // a C1 control, a turn to right-to-left
+              "\xEF\xBF\xBD|\xEF\xBF\xBD"); // a C1 control, a change to right-to-left
 }
 
-TEST(Joined, TextsHaveWhatStandsBetweenThemBetweenEachTwo)
+TEST(Text, JoinedTextsHaveTheSeparatorBetweenThem)
 {
     EXPECT_EQ(host::joined({}, ", "), "");
     EXPECT_EQ(host::joined({"a"}, ", "), "a");

@@ -14,48 +14,48 @@ using host::FreeNames;
 constexpr gps::GPSPoint kHere{46.5, 7.25, 0, 0, 0};
 constexpr gps::GPSPoint kThere{-10, 20, 0, 0, 0};
 
-TEST(FreeNames, FreeNameIsTakenAsItIs)
+TEST(FreeNames, FreeNameIsUsedUnchanged)
 {
     FreeNames names{20};
-    EXPECT_EQ(names.find("Camp", kHere), "Camp");
-    EXPECT_EQ(names.find("12345678901234567890", kHere), "12345678901234567890");
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp");
+    EXPECT_EQ(names.claimLike("12345678901234567890", kHere), "12345678901234567890");
 }
 
-TEST(FreeNames, LongNameIsCutWithoutASpaceAtItsEnd)
+TEST(FreeNames, LongNameIsCutAndHasNoSpaceAtItsEnd)
 {
     FreeNames names{20};
-    EXPECT_EQ(names.find("123456789012345678901", kHere), "12345678901234567890");
-    EXPECT_EQ(names.find("A name of some words here", kHere), "A name of some words");
-    EXPECT_EQ(names.find("A name of some more words", kHere), "A name of some more");
+    EXPECT_EQ(names.claimLike("123456789012345678901", kHere), "12345678901234567890");
+    EXPECT_EQ(names.claimLike("A name of some words here", kHere), "A name of some words");
+    EXPECT_EQ(names.claimLike("A name of some more words", kHere), "A name of some more");
 }
 
-TEST(FreeNames, TakenNameGetsANumberWithinTheLimit)
+TEST(FreeNames, UsedNameGetsANumberWithinTheLimit)
 {
     FreeNames names{10};
-    EXPECT_TRUE(names.take("Camp"));
-    EXPECT_FALSE(names.take("Camp"));
-    EXPECT_EQ(names.find("Camp", kHere), "Camp 2");
-    EXPECT_EQ(names.find("Camp", kHere), "Camp 3");
-    EXPECT_EQ(names.find("Long name 1", kHere), "Long name");
-    EXPECT_EQ(names.find("Long name 2", kHere), "Long nam 2");
-    EXPECT_EQ(names.find("Long name 3", kHere), "Long nam 3");
+    EXPECT_TRUE(names.claim("Camp"));
+    EXPECT_FALSE(names.claim("Camp"));
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 2");
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 3");
+    EXPECT_EQ(names.claimLike("Long name 1", kHere), "Long name");
+    EXPECT_EQ(names.claimLike("Long name 2", kHere), "Long nam 2");
+    EXPECT_EQ(names.claimLike("Long name 3", kHere), "Long nam 3");
 }
 
-TEST(FreeNames, NumberThatIsTakenIsPassedOver)
+TEST(FreeNames, UsedNumbersAreSkipped)
 {
     FreeNames names{20};
-    EXPECT_TRUE(names.take("Camp"));
-    EXPECT_TRUE(names.take("Camp 2"));
+    EXPECT_TRUE(names.claim("Camp"));
+    EXPECT_TRUE(names.claim("Camp 2"));
     names.addOnDevice("Camp 3", kThere);
-    EXPECT_EQ(names.find("Camp", kHere), "Camp 4");
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 4");
 }
 
-TEST(FreeNames, NumbersGrowADigitWhenTheyMust)
+TEST(FreeNames, NumbersGrowADigitWhenTheShorterOnesAreUsed)
 {
     FreeNames names{6};
     std::unordered_set<std::string> given;
     for (int i = 0; i < 200; ++i) {
-        const auto name = names.find("abcdefgh", kHere);
+        const auto name = names.claimLike("abcdefgh", kHere);
         EXPECT_LE(name.size(), 6U);
         EXPECT_TRUE(given.insert(name).second) << name;
     }
@@ -64,31 +64,31 @@ TEST(FreeNames, NumbersGrowADigitWhenTheyMust)
     EXPECT_TRUE(given.contains("ab 100"));
 }
 
-TEST(FreeNames, LimitWithoutRoomForANumberGivesTheNameAgain)
+TEST(FreeNames, LimitWithoutRoomForANumberRepeatsTheName)
 {
     FreeNames names{2};
-    EXPECT_EQ(names.find("abc", kHere), "ab");
-    EXPECT_EQ(names.find("abc", kHere), "ab");
+    EXPECT_EQ(names.claimLike("abc", kHere), "ab");
+    EXPECT_EQ(names.claimLike("abc", kHere), "ab");
     FreeNames three{3};
-    EXPECT_EQ(three.find("abc", kHere), "abc");
-    EXPECT_EQ(three.find("abc", kHere), "a 2");
+    EXPECT_EQ(three.claimLike("abc", kHere), "abc");
+    EXPECT_EQ(three.claimLike("abc", kHere), "a 2");
 }
 
-TEST(FreeNames, DevicesOtherNamesAreNotGiven)
+TEST(FreeNames, NameThatTheDeviceHoldsElsewhereIsNotHandedOut)
 {
     FreeNames names{20};
     names.addOnDevice("Camp", kThere);
-    EXPECT_EQ(names.find("Camp", kHere), "Camp 2");
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 2");
 }
 
-TEST(FreeNames, ExactNameMayReplaceTheDevices)
+TEST(FreeNames, ExactNameMayBeOneOnTheDevice)
 {
     FreeNames names{20};
     names.addOnDevice("Camp", kThere);
-    EXPECT_TRUE(names.take("Camp"));
+    EXPECT_TRUE(names.claim("Camp"));
 }
 
-TEST(FreeNames, WhatWasSentBeforeGetsItsNameAgain)
+TEST(FreeNames, ThingSentBeforeGetsItsNameAgain)
 {
     FreeNames names{10};
     names.addOnDevice("Long name", kThere);
@@ -96,36 +96,47 @@ TEST(FreeNames, WhatWasSentBeforeGetsItsNameAgain)
     names.addOnDevice("Long nam 3", kHere);
     names.addOnDevice("Long na 12", {1, 1, 0, 0, 0});
     names.addOnDevice("Other", kHere);
-    EXPECT_EQ(names.find("Long name x", {1, 1, 0, 0, 0}), "Long na 12");
-    EXPECT_EQ(names.find("Long name y", kHere), "Long nam 3");
-    EXPECT_EQ(names.find("Long name z", kThere), "Long name");
-    EXPECT_EQ(names.find("Long name z", kThere), "Long nam 2") << "each only once";
-    EXPECT_EQ(names.find("Long name z", kThere), "Long nam 4");
+    EXPECT_EQ(names.claimLike("Long name x", {1, 1, 0, 0, 0}), "Long na 12");
+    EXPECT_EQ(names.claimLike("Long name y", kHere), "Long nam 3");
+    EXPECT_EQ(names.claimLike("Long name z", kThere), "Long name");
+    EXPECT_EQ(names.claimLike("Long name z", kThere), "Long nam 2") << "each is handed out once";
+    EXPECT_EQ(names.claimLike("Long name z", kThere), "Long nam 4");
 }
 
-TEST(FreeNames, NumberOfAnotherFormWasNotPutThere)
+TEST(FreeNames, NumberOfAnotherFormIsPartOfTheName)
 {
     for (const std::string name :
          {"Camp 02", "Camp2", "Camp 1234567890", "Camp 0", "Camp x2", " 2", "2"}) {
         FreeNames names{20};
         names.addOnDevice(name, kHere);
-        EXPECT_EQ(names.find("Camp", kHere), "Camp") << name;
+        EXPECT_EQ(names.claimLike("Camp", kHere), "Camp") << name;
     }
 }
 
-TEST(FreeNames, PlaceIsKnownAgainAfterTheDeviceHasRoundedIt)
+TEST(FreeNames, PositionIsRecognisedAfterTheDeviceRoundedIt)
 {
     for (const double degrees : {0.0, 46.5, -46.5, 7.123456789, 179.99999, 0.00001, 89.999995}) {
         for (const double off : {-1e-7, 0.0, 1e-7}) {
             FreeNames names{20};
             names.addOnDevice("Camp", {degrees / 2 + off, degrees - off, 0, 0, 0});
-            EXPECT_EQ(names.find("Camp", {degrees / 2, degrees, 0, 0, 0}), "Camp")
+            EXPECT_EQ(names.claimLike("Camp", {degrees / 2, degrees, 0, 0, 0}), "Camp")
                 << degrees << ' ' << off;
         }
     }
+    constexpr double kUnit = 1e-5 / 60;
     FreeNames names{20};
+    names.addOnDevice("Hut", {46.5 + 2 * kUnit, 7.25, 0, 0, 0});
+    EXPECT_EQ(names.claimLike("Hut", kHere), "Hut 2") << "two units away is another position";
     names.addOnDevice("Camp", {46.5001, 7.25, 0, 0, 0});
-    EXPECT_EQ(names.find("Camp", kHere), "Camp 2") << "eleven metres are another place";
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 2") << "eleven metres away is another position";
+}
+
+TEST(FreeNames, NameWithoutAValidPositionIsNotHandedOutAgain)
+{
+    constexpr gps::GPSPoint kNowhere{96, 7, 0, 0, 0};
+    FreeNames names{20};
+    names.addOnDevice("Camp", kNowhere);
+    EXPECT_EQ(names.claimLike("Camp", kNowhere), "Camp 2");
 }
 
 TEST(FreeNames, ManyNamesTakeNoQuadraticTime)
@@ -136,12 +147,12 @@ TEST(FreeNames, ManyNamesTakeNoQuadraticTime)
         names.addOnDevice("Camp " + std::to_string(i), kThere);
     std::unordered_set<std::string> given;
     for (int i = 0; i < kMany; ++i)
-        given.insert(names.find("Camp", kHere));
-    // Fronts that differ only in what a number takes the place of.
+        given.insert(names.claimLike("Camp", kHere));
+    // Names that differ only in the part that a number replaces.
     for (int i = 0; i < kMany; ++i)
-        given.insert(names.find("A common front " + std::to_string(10000 + i % 50000), kHere));
+        given.insert(names.claimLike("A common front " + std::to_string(10000 + i % 50000), kHere));
     for (int i = 0; i < kMany; ++i)
-        given.insert(names.find("Camp", kThere));
+        given.insert(names.claimLike("Camp", kThere));
     EXPECT_EQ(given.size(), 3U * kMany);
 }
 

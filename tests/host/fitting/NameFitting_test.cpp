@@ -54,7 +54,7 @@ std::vector<std::string> namesIn(const Dictionary& data, std::string_view key)
     std::vector<std::string> names;
     for (const auto& value : *data.find(key)->as<Array>()) {
         const auto* const name = value.as<Dictionary>()->findString("name");
-        names.push_back(name != nullptr ? *name : "(none)");
+        names.push_back(name != nullptr ? *name : "(no name)");
     }
     return names;
 }
@@ -65,7 +65,7 @@ std::vector<std::string> waypointNames(Dictionary data, const Dictionary& onDevi
     return namesIn(data, "waypoint");
 }
 
-std::string told(const host::TextChange& change)
+std::string textOf(const host::TextChange& change)
 {
     return std::string{change.kind} + ' ' + std::string{change.key} + ": " + change.before + " > " +
            change.after + " - " + change.dropped;
@@ -75,7 +75,7 @@ std::vector<std::string> changesOf(Dictionary data, const Dictionary& onDevice =
 {
     std::vector<std::string> texts;
     for (const auto& change : host::fitNames(data, onDevice, rules()))
-        texts.push_back(told(change));
+        texts.push_back(textOf(change));
     return texts;
 }
 
@@ -90,17 +90,17 @@ TEST(NameFitting, GoodDataStaysAsItIs)
     EXPECT_EQ(data, good);
 }
 
-TEST(NameFitting, NothingToFitIsNoTrouble)
+TEST(NameFitting, ListsOfOtherTypesAreIgnored)
 {
     Dictionary data{{"waypoint", "no list"},
                     {"route", Array{"no record", 7}},
                     {"track", Array{Dictionary{{"name", "\xC3\xA9"}}}}};
     const auto before = data;
     EXPECT_THAT(host::fitNames(data, data, rules()), testing::IsEmpty());
-    EXPECT_EQ(data, before) << "tracks are left alone";
+    EXPECT_EQ(data, before) << "tracks are not changed";
 }
 
-TEST(NameFitting, TextsAreMadePlainAndToldOf)
+TEST(NameFitting, TextsAreMadePlainAndReported)
 {
     auto data = dataOf(
         {at(1, "Caf\xC3\xA9", {{"comment", "a,b"}, {"symbol", "Caf\xC3\xA9"}}),
@@ -131,13 +131,13 @@ TEST(NameFitting, LongNamesStayDifferent)
                 ElementsAre("A campground by the", "A campground by th 2", "A campground by th 3"));
 }
 
-TEST(NameFitting, GoodNameIsNotTakenAwayByOneThatMustChange)
+TEST(NameFitting, GoodNameIsNotGivenToARecordThatNeedsANewOne)
 {
     EXPECT_THAT(waypointNames(dataOf({at(1, "Caf\xC3\xA9"), at(2, "Cafe 2"), at(3, "Cafe")})),
                 ElementsAre("Cafe 3", "Cafe 2", "Cafe"));
 }
 
-TEST(NameFitting, WaypointsOfOneNameAtDifferentPlacesAreKeptApart)
+TEST(NameFitting, WaypointsOfOneNameAtDifferentPositionsGetDifferentNames)
 {
     EXPECT_THAT(waypointNames(dataOf({at(1, "Camp"), at(2, "Camp"), at(1, "Camp")})),
                 ElementsAre("Camp", "Camp 2", "Camp"));
@@ -145,23 +145,23 @@ TEST(NameFitting, WaypointsOfOneNameAtDifferentPlacesAreKeptApart)
                 ElementsAre("E", "E 2", "E"));
 }
 
-TEST(NameFitting, GoodNameReplacesTheDevices)
+TEST(NameFitting, GoodNameReplacesTheSameNameOnTheDevice)
 {
     EXPECT_THAT(waypointNames(dataOf({at(1, "Camp")}), dataOf({at(2, "Camp")})),
                 ElementsAre("Camp"));
 }
 
-TEST(NameFitting, ChangedNameDoesNotReplaceTheDevices)
+TEST(NameFitting, ChangedNameDoesNotReplaceANameOnTheDevice)
 {
     EXPECT_THAT(waypointNames(dataOf({at(1, "C\xC3\xA1mp")}), dataOf({at(2, "Camp")})),
                 ElementsAre("Camp 2"));
     EXPECT_THAT(
         waypointNames(dataOf({at(1, "C\xC3\xA1mp")}), dataOf({}, {routeOf("R", {at(2, "Camp")})})),
         ElementsAre("Camp 2"))
-        << "nor a route's point's";
+        << "nor the name of a route point";
 }
 
-TEST(NameFitting, NamelessThingGetsAName)
+TEST(NameFitting, RecordWithoutANameGetsOne)
 {
     auto data = dataOf(
         {at(1, ""), at(2, "\xF0\x9F\x8F\x95"), at(3, "  "), at(4, "*", {{"symbol", "Geocache"}})},
@@ -177,7 +177,7 @@ TEST(NameFitting, NamelessThingGetsAName)
     EXPECT_EQ(changes[1], "waypoint name: \xF0\x9F\x8F\x95 > Waypoint 2 - \xF0\x9F\x8F\x95");
 }
 
-TEST(NameFitting, RoutePointsFollowTheirWaypoints)
+TEST(NameFitting, RoutePointsGetTheNamesOfTheirWaypoints)
 {
     auto data =
         dataOf({at(1, "A campground by the lake, north"), at(2, "A campground by the lake, south"),
@@ -195,7 +195,7 @@ TEST(NameFitting, RoutePointsFollowTheirWaypoints)
     EXPECT_THAT(pointsOf(1), ElementsAre("A campground by th 4", "Only here"));
 }
 
-// The names of all routes' points, one after the other.
+// The names of all route points, in order.
 std::vector<std::string> pointNames(Dictionary data, const Dictionary& onDevice = {})
 {
     (void)host::fitNames(data, onDevice, rules());
@@ -207,7 +207,7 @@ std::vector<std::string> pointNames(Dictionary data, const Dictionary& onDevice 
     return names;
 }
 
-TEST(NameFitting, RoutePointsOfOneNameAtDifferentPlacesAreKeptApart)
+TEST(NameFitting, RoutePointsOfOneNameAtDifferentPositionsGetDifferentNames)
 {
     const auto data = dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}),
                                   routeOf("S", {at(3, "Stop"), at(1, "Stop")}),
@@ -218,7 +218,7 @@ TEST(NameFitting, RoutePointsOfOneNameAtDifferentPlacesAreKeptApart)
                                              "route point name: Stop > Stop 3 - "));
 }
 
-TEST(NameFitting, RoutePointAtItsWaypointsPlaceHasTheBetterClaimToItsName)
+TEST(NameFitting, RoutePointAtItsWaypointsPositionComesFirst)
 {
     EXPECT_THAT(pointNames(dataOf({at(1, "C\xC3\xA1mp")},
                                   {routeOf("R", {at(2, "C\xC3\xA1mp"), at(1, "C\xC3\xA1mp")})})),
@@ -227,7 +227,7 @@ TEST(NameFitting, RoutePointAtItsWaypointsPlaceHasTheBetterClaimToItsName)
                 ElementsAre("Camp 2", "Camp"));
 }
 
-TEST(NameFitting, RoutePointDoesNotTakeANameThatARouteOfTheDeviceHasElsewhere)
+TEST(NameFitting, RoutePointDoesNotGetTheNameOfADevicesRoutePointElsewhere)
 {
     const auto onDevice =
         dataOf({at(9, "Lake")}, {routeOf("Old", {at(1, "Stop"), at(2, "Stop 2")})});
@@ -238,7 +238,7 @@ TEST(NameFitting, RoutePointDoesNotTakeANameThatARouteOfTheDeviceHasElsewhere)
     EXPECT_THAT(pointNames(dataOf({at(3, "Stop")}, {routeOf("R", {at(3, "Stop"), at(3, "Stop")})}),
                            onDevice),
                 ElementsAre("Stop 3", "Stop 3"))
-        << "though its waypoint does";
+        << "although its waypoint keeps it";
 }
 
 TEST(NameFitting, RoutePointsOfASecondSendGetTheirNamesAgain)
@@ -252,7 +252,7 @@ TEST(NameFitting, RoutePointsOfASecondSendGetTheirNamesAgain)
     EXPECT_EQ(again, sent);
 }
 
-TEST(NameFitting, SharedNameIsToldOnce)
+TEST(NameFitting, SharedNameIsReportedOnce)
 {
     EXPECT_THAT(changesOf(dataOf({}, {routeOf("R", {at(1, "\xC3\x89"), at(1, "\xC3\x89")}),
                                       routeOf("S", {at(1, "\xC3\x89")})})),
@@ -272,13 +272,13 @@ TEST(NameFitting, GeocachesOfOneNameAreOneGeocache)
     const Dictionary cache{{"symbol", "Geocache"}};
     EXPECT_THAT(waypointNames(dataOf({at(1, "GC1", cache), at(2, "GC1", cache), at(3, "GC1")})),
                 ElementsAre("GC1", "GC1", "GC1"))
-        << "and a waypoint of that name is no geocache";
+        << "and a waypoint of that name is something else";
     EXPECT_THAT(waypointNames(dataOf({at(1, "\xC3\x89", cache), at(2, "\xC3\x89", cache),
                                       at(3, "\xC3\x88", cache)})),
                 ElementsAre("E", "E", "E 2"));
 }
 
-TEST(NameFitting, RoutesOfOneNameAreKeptApartUnlessTheyAreEqual)
+TEST(NameFitting, RoutesOfOneNameGetDifferentNamesUnlessTheyAreEqual)
 {
     auto data =
         dataOf({}, {routeOf("R", {at(1, "A"), at(2, "B")}), routeOf("R", {at(1, "A"), at(3, "C")}),
@@ -288,7 +288,7 @@ TEST(NameFitting, RoutesOfOneNameAreKeptApartUnlessTheyAreEqual)
     EXPECT_THAT(namesIn(data, "route"), ElementsAre("R", "R 2", "R", "A route with a lon 2"));
 }
 
-// What a device holds after a send: each thing under its name, its place rounded.
+// What a receiver holds after a send: the same names, the positions rounded.
 Dictionary heldAfter(const Dictionary& sent)
 {
     auto held = sent;
@@ -317,7 +317,7 @@ TEST(NameFitting, SecondSendGivesTheSameNames)
     (void)host::fitNames(second, heldAfter(first), rules());
     EXPECT_EQ(second, first);
 
-    // In another order, and only some.
+    // Only some of them, and in another order.
     auto part = dataOf({at(5, "C\xC3\xA1mp"), at(2, "A campground by the lake, south")});
     (void)host::fitNames(part, heldAfter(first), rules());
     const auto names = namesIn(first, "waypoint");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/fitting/PlainText.h"
+#include "host/fitting/PlainTextConverter.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ const gps::CharacterSet& characters()
     return set;
 }
 
-TEST(PlainText, LettersOfOtherScriptsBecomeLatinOnes)
+TEST(PlainTextConverter, LettersOfOtherScriptsBecomeLatin)
 {
     struct Row {
         std::string_view text;
@@ -37,61 +37,62 @@ TEST(PlainText, LettersOfOtherScriptsBecomeLatinOnes)
          "B\xE2\x80\x99s",
          "A-B's"}, // typographic marks
     };
-    host::PlainTexts texts{characters()};
+    host::PlainTextConverter converter{characters()};
     for (const auto& row : rows) {
-        const auto plain = texts.of(row.text);
+        const auto plain = converter.convert(row.text);
         EXPECT_EQ(plain.text, row.plain) << row.text;
         EXPECT_EQ(plain.dropped, "") << row.text;
     }
 }
 
-TEST(PlainText, WhatHasNoCounterpartIsDroppedAndTold)
+TEST(PlainTextConverter, CharactersWithoutAReplacementAreDroppedAndReported)
 {
-    host::PlainTexts texts{characters()};
-    const auto plain = texts.of("a,b;\xF0\x9F\x8F\x95 c\xFF,");
+    host::PlainTextConverter converter{characters()};
+    const auto plain = converter.convert("a,b;\xF0\x9F\x8F\x95 c\xFF,");
     EXPECT_EQ(plain.text, "ab c");
     EXPECT_EQ(plain.dropped, ",;\xF0\x9F\x8F\x95\xEF\xBF\xBD,");
 }
 
-TEST(PlainText, LineBreaksBecomeOneSpace)
+TEST(PlainTextConverter, LineBreaksBecomeOneSpace)
 {
-    host::PlainTexts texts{characters()};
-    EXPECT_EQ(texts.of("a\r\n\r\n\tb\n").text, "a b ");
-    EXPECT_EQ(texts.of("\n\na  b").text, "a  b") << "spaces stay";
-    EXPECT_EQ(texts.of("a\n   b  \n c").text, "a b c") << "but not those around a break";
-    EXPECT_EQ(texts.of("a\n\nb").dropped, "");
+    host::PlainTextConverter converter{characters()};
+    EXPECT_EQ(converter.convert("a\r\n\r\n\tb\n").text, "a b ");
+    EXPECT_EQ(converter.convert("\n\na  b").text, "a  b") << "spaces are kept";
+    EXPECT_EQ(converter.convert("a\n   b  \n c").text, "a b c")
+        << "except those around a line break";
+    EXPECT_EQ(converter.convert("a\n\nb").dropped, "");
 }
 
-TEST(PlainText, SpaceIsDroppedWhereTheDeviceHasNone)
+TEST(PlainTextConverter, SpaceIsDroppedIfTheReceiverHasNone)
 {
     const gps::CharacterSet letters{"ab"};
-    host::PlainTexts texts{letters};
-    const auto plain = texts.of("a b");
+    host::PlainTextConverter converter{letters};
+    const auto plain = converter.convert("a b");
     EXPECT_EQ(plain.text, "ab");
     EXPECT_EQ(plain.dropped, " ");
 }
 
-TEST(PlainText, PlainIsWhatStaysAsItIs)
+TEST(PlainTextConverter, TextIsPlainIfTheReceiverHasAllItsCharacters)
 {
-    const host::PlainTexts texts{characters()};
+    const host::PlainTextConverter converter{characters()};
     for (const std::string_view text : {"", "Camp 1", " "})
-        EXPECT_TRUE(texts.isPlain(text)) << text;
+        EXPECT_TRUE(converter.isPlain(text)) << text;
     for (const std::string_view text : {"a,b", "caf\xC3\xA9", "a\nb", "\xFF"})
-        EXPECT_FALSE(texts.isPlain(text)) << text;
+        EXPECT_FALSE(converter.isPlain(text)) << text;
 }
 
-TEST(PlainText, LongWordIsWholeWhereverItsPiecesEnd)
+TEST(PlainTextConverter, LongWordIsConvertedWholeWhereverItsPiecesEnd)
 {
-    host::PlainTexts texts{characters()};
+    host::PlainTextConverter converter{characters()};
     for (const std::size_t ahead : {0U, 1U, 2U, 3U}) {
         std::string text(ahead, 'x');
         for (int i = 0; i < 2000; ++i)
             text += "\xE1\xBA\xBD\xC3\xA9"; // five bytes a pair
-        const auto plain = texts.of(text);
+        const auto plain = converter.convert(text);
         EXPECT_EQ(plain.text.size(), ahead + 4000);
         EXPECT_TRUE(plain.dropped.empty());
     }
-    EXPECT_EQ(texts.of(std::string(5000, '\x80')).text, "") << "no character at all";
+    EXPECT_EQ(converter.convert(std::string(5000, '\x80')).text, "") << "not one valid character";
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+// Texts are converted word by word, so that an ASCII word among others skips the transliterator and
+// white space never reaches it.
 
-#include "host/fitting/PlainText.h"
+#include "host/fitting/PlainTextConverter.h"
 
 #include "host/base/Text.h"
 
@@ -17,25 +19,13 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kLongestPiece =
-    1000; // bytes: each replacement moves the whole rest of what is handed over
-
-// Takes so much off the front that no character is cut in two.
-std::string_view takePiece(std::string_view& text) noexcept
-{
-    std::size_t size = std::min(text.size(), kLongestPiece);
-    for (int i = 0;
-         i < 3 && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U;
-         ++i)
-        --size;
-    const auto piece = text.substr(0, size);
-    text.remove_prefix(size);
-    return piece;
-}
+// The transliterator moves the rest of its text on each replacement, which is quadratic. Short
+// pieces keep that cheap.
+constexpr std::size_t kLongestPiece = 1000; // bytes
 
 } // namespace
 
-class PlainTexts::Romanizer {
+class PlainTextConverter::Romanizer {
 public:
     Romanizer()
     {
@@ -48,7 +38,7 @@ public:
     {
         auto wide =
             icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-        if (rules_) // a system without the data for it has none
+        if (rules_) // null if ICU's transliteration data is not installed
             rules_->transliterate(wide);
         std::string latin;
         wide.toUTF8String(latin);
@@ -59,17 +49,19 @@ private:
     std::unique_ptr<icu::Transliterator> rules_;
 };
 
-PlainTexts::PlainTexts(const gps::CharacterSet& characters) : characters_(characters) {}
+PlainTextConverter::PlainTextConverter(const gps::CharacterSet& characters)
+    : characters_(characters)
+{}
 
-PlainTexts::~PlainTexts() = default;
+PlainTextConverter::~PlainTextConverter() = default;
 
-bool PlainTexts::isPlain(std::string_view text) const noexcept
+bool PlainTextConverter::isPlain(std::string_view text) const noexcept
 {
     return std::all_of(text.begin(), text.end(),
                        [this](char c) { return characters_.contains(c); });
 }
 
-PlainText PlainTexts::of(std::string_view text)
+PlainText PlainTextConverter::convert(std::string_view text)
 {
     PlainText plain;
     while (!text.empty()) {
@@ -77,11 +69,10 @@ PlainText PlainTexts::of(std::string_view text)
         const auto word = text.substr(0, static_cast<std::size_t>(wordEnd - text.begin()));
         appendWord(plain, word);
         text.remove_prefix(word.size());
-        if (text.empty())
-            break;
+
         const auto* const spaceEnd = std::find_if_not(text.begin(), text.end(), gps::isWhiteSpace);
         const auto space = text.substr(0, static_cast<std::size_t>(spaceEnd - text.begin()));
-        // Line breaks are layout: one space stands for all that surrounds them.
+        // Line breaks are layout: a run of white space that contains one becomes a single space.
         if (space.find_first_not_of(' ') == std::string_view::npos)
             append(plain, space);
         else if (!plain.text.empty() && plain.text.back() != ' ')
@@ -91,7 +82,7 @@ PlainText PlainTexts::of(std::string_view text)
     return plain;
 }
 
-void PlainTexts::appendWord(PlainText& plain, std::string_view word)
+void PlainTextConverter::appendWord(PlainText& plain, std::string_view word)
 {
     if (gps::isAscii(word)) {
         append(plain, word);
@@ -100,10 +91,10 @@ void PlainTexts::appendWord(PlainText& plain, std::string_view word)
     if (!romanizer_)
         romanizer_ = std::make_unique<Romanizer>();
     while (!word.empty())
-        append(plain, romanizer_->romanized(takePiece(word)));
+        append(plain, romanizer_->romanized(takePiece(word, kLongestPiece)));
 }
 
-void PlainTexts::append(PlainText& plain, std::string_view characters) const
+void PlainTextConverter::append(PlainText& plain, std::string_view characters) const
 {
     while (!characters.empty()) {
         const char32_t c = takeCharacter(characters);
