@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The one place of the host that turns an errno into an error.
 
 #include "host/base/HostError.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Writing is done by hand, because event lines and track points come by the hundred thousand; the
+// JSON library escapes only the rare text that needs it. Reading is left to the library.
 
 #include "host/base/JsonText.h"
 
@@ -15,7 +17,7 @@
 namespace host {
 namespace {
 
-constexpr int kDeepest = 64;
+constexpr int kDeepest = 64; // bounds the recursion of dictionaryOf
 
 void appendReal(std::string& out, double value)
 {
@@ -57,7 +59,7 @@ gps::Value valueOf(const Json& json)
 {
     if (json.is_boolean())
         return json.get<bool>();
-    if (json.is_number_unsigned()) // JSON has no upper bound; the records have
+    if (json.is_number_unsigned()) // may exceed the largest integer that a record can hold
         return static_cast<std::int64_t>(std::min<std::uint64_t>(
             json.get<std::uint64_t>(), std::numeric_limits<std::int64_t>::max()));
     if (json.is_number_integer())
@@ -165,15 +167,16 @@ void appendJsonOrNull(std::string& out, const std::optional<std::string>& text)
         out += "null";
 }
 
-std::optional<std::size_t> endOfJson(std::string_view text)
+std::optional<std::size_t> jsonErrorOffset(std::string_view text)
 {
     const auto keepNothing = [](int, Json::parse_event_t, const Json&) { return false; };
     try {
         [[maybe_unused]] const auto nothing = Json::parse(text.begin(), text.end(), keepNothing);
     } catch (const Json::parse_error& error) {
-        return std::clamp<std::size_t>(error.byte, 1, text.size() + 1) - 1; // it counts from 1
+        return std::clamp<std::size_t>(error.byte, 1, text.size() + 1) -
+               1; // the library counts from 1
     } catch (const Json::exception&) {
-        return std::nullopt; // a number that nothing can hold
+        return std::nullopt; // valid JSON, but a number is out of range
     }
     return std::nullopt;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Values as JSON text, in the forms that scripts read, and back. Stateless: [any] thread.
+// Writes values as JSON, in the forms that the event lines and the map files share, and reads JSON
+// objects. Stateless. [any]
 
 #pragma once
 
@@ -13,36 +14,36 @@
 
 namespace host {
 
-/// Appends a string with its quotes; bytes that are no UTF-8 are replaced.
+/// Appends a string in quotes. Invalid UTF-8 is replaced by U+FFFD.
 void appendJson(std::string& out, std::string_view text);
 
-/// Appends an object's next key with its colon, and the comma before it where it is not the first.
-/// Precondition: the text ends within that object.
+/// Appends the next key of an object with its colon, after a comma unless the key is the first one.
+/// Precondition: the text ends with the object's "{" or with one of its members.
 void appendJsonKey(std::string& out, std::string_view key);
 
-/// Appends a point: its five fields, each number in the shortest form that reads back; one that is
-/// not finite is null.
+/// Appends a point as an object with its five fields. Each number has the shortest form that reads
+/// back to the same value; one that is not finite becomes null.
 void appendJson(std::string& out, const gps::GPSPoint& point);
 
-/// Appends a record: every key in its order, boxed points as points.
+/// Appends a record as an object with every key, in the record's order.
 void appendJson(std::string& out, const gps::Dictionary& record);
 
-/// Appends any value; a status object, or none, is null.
+/// Appends any value. A missing value and a status object become null.
 void appendJsonValue(std::string& out, const gps::Value& value);
 
-/// Appends an error: domain, code, description, suggestion and path, null for what it lacks.
+/// Appends an error: domain, code, description, suggestion and path; null for each that is missing.
 void appendJson(std::string& out, const gps::Error& error);
 
-/// Appends a string, or null for none.
+/// Appends a string, or null for nullopt.
 void appendJsonOrNull(std::string& out, const std::optional<std::string>& text);
 
-/// Where a text goes on, or ends, as no JSON does: an offset of at most its size; none where it is
+/// The offset of the first syntax error, at most the text's size; nullopt if the text is valid
 /// JSON.
-[[nodiscard]] std::optional<std::size_t> endOfJson(std::string_view text);
+[[nodiscard]] std::optional<std::size_t> jsonErrorOffset(std::string_view text);
 
-/// Reads a JSON object as a dictionary: its keys in their order, whole numbers as 64-bit integers,
-/// null as a missing key.
-/// @return  none when the text is no JSON object, or one nested deeper than 64 levels
+/// Reads a JSON object into a dictionary. Keeps the order of the keys; an integer becomes a 64-bit
+/// integer, saturated; a key whose value is null is left out.
+/// @return  nullopt if the text is not a JSON object, or is nested deeper than 64 levels
 [[nodiscard]] std::optional<gps::Dictionary> readJsonObject(std::string_view text);
 
 } // namespace host

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+// Drivers and the system write texts with and without a full stop; both must join well.
 
 #include "host/base/Sentences.h"
+
+#include <fmt/format.h>
 
 #include <string_view>
 
@@ -25,7 +28,7 @@ std::string sentencesOf(const gps::Error& error)
     std::string text;
     appendSentence(text, error.description().value_or(""));
     if (text.empty())
-        text = "Error " + std::to_string(error.code()) + " of the domain " + error.domain() + '.';
+        text = fmt::format("Error {} of the domain {}.", error.code(), error.domain());
     appendSentence(text, error.suggestion().value_or(""));
     if (const auto path = error.path())
         text += " Path: " + *path;

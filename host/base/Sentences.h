@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Errors as sentences for people, the same wherever a front end shows them. Stateless. [any]
+// Puts errors into sentences, the same ones in every front end. Stateless. [any]
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace host {
 
 /// An error as full sentences on one line: its description, its recovery suggestion and its path.
-/// Without a description, its code and domain.
+/// If it has no description, its code and domain take the description's place.
 [[nodiscard]] std::string sentencesOf(const gps::Error& error);
 
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Texts are made safe when they are added, since the widths must be those of the texts shown.
 
 #include "host/base/Table.h"
 
@@ -44,6 +45,7 @@ std::string Table::line(const std::vector<std::string>& row) const
             line += "  ";
         line += columns_[i].align == Align::kRight ? padding + row[i] : row[i] + padding;
     }
+    // An empty last column would leave a line that ends in spaces.
     line.erase(line.find_last_not_of(' ') + 1);
     return line + '\n';
 }

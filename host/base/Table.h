@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Table: rows of texts in columns, for a terminal. One thread at a time.
+// Table: lays out rows of texts in columns, for the terminal. Used by the commands that list
+// things. One thread at a time.
 
 #pragma once
 
@@ -16,17 +17,17 @@ public:
     struct Column {
         std::string title;
         Align align = Align::kLeft;
-        std::size_t widest =
-            40; ///< characters, what is longer is cut; std::string::npos: nothing is
+        std::size_t widest = 40; ///< characters; longer texts are cut, unless it is npos
     };
 
     explicit Table(std::vector<Column> columns);
 
-    /// Adds a row: one text a column. The texts are shown harmlessly, each cut to its column's
-    /// width.
+    /// Adds a row with one text for each column. Control characters are replaced, and each text is
+    /// cut to its column's widest width.
+    /// Precondition: the row has as many texts as the table has columns.
     void add(const std::vector<std::string>& row);
 
-    /// The title line and the rows, each with its line end; the widths are counted in characters.
+    /// The title line and the rows, each with its line end. Columns are aligned by characters.
     [[nodiscard]] std::string text() const;
 
 private:

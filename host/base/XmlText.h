@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// XML files before they are parsed: their characters and their lines. Stateless: [any] thread.
+// XML text: converts files to UTF-8 before they are parsed, finds lines in them for messages, and
+// escapes text that is written. Stateless. [any]
 
 #pragma once
 
@@ -9,19 +10,18 @@
 
 namespace host {
 
-/// Turns an XML file's bytes into UTF-8, from the encoding that its byte order mark, its first
-/// bytes or its declaration tell; UTF-8 without any of them. What no character is in that encoding
-/// is replaced by U+FFFD. A byte order mark may stay.
+/// Converts an XML file to UTF-8. The encoding is that of the byte order mark, of the first bytes,
+/// or of the declaration, in this order (XML 1.0, appendix F); otherwise UTF-8. Invalid bytes
+/// become U+FFFD. A byte order mark may remain.
 ///
 /// @return  whether the encoding is known; if not, nothing has changed
-/// Source of the order: XML 1.0, appendix F.
 [[nodiscard]] bool convertXmlToUtf8(std::string& xml);
 
-/// The line, from 1, on which a byte stands.
+/// The number of the line that contains a byte, counted from 1.
 [[nodiscard]] std::size_t lineAt(std::string_view text, std::size_t offset) noexcept;
 
-/// Appends a text as XML 1.0 content or attribute value: escapes markup, drops the characters that
-/// XML forbids, and replaces invalid UTF-8.
+/// Appends a text as XML 1.0 content or as an attribute value. Escapes markup, drops the characters
+/// that XML forbids, and replaces invalid UTF-8 by U+FFFD.
 void appendXml(std::string& out, std::string_view text);
 
 /// The text without the white space around it.

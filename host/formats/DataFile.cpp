@@ -74,7 +74,7 @@ std::optional<gps::Error> readDataFile(const std::string& path,
         return std::nullopt;
     }
     auto read = readJsonObject(text);
-    if (const auto end = read ? std::nullopt : endOfJson(text))
+    if (const auto end = read ? std::nullopt : jsonErrorOffset(text))
         return hostError("The data file is damaged or cut short: line " +
                              std::to_string(lineAt(text, *end)) + " is no JSON",
                          "Check the file", path);

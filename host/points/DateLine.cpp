@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Interpolates in degrees, which is what a straight line on the maps that need the cut means.
 
 #include "host/points/DateLine.h"
 
@@ -15,9 +16,9 @@ std::optional<DateLineCrossing> dateLineCrossing(const gps::GPSPoint& from,
     if (std::abs(eastward) <= 180)
         return std::nullopt;
     const double side = std::copysign(180.0, from.longitude);
-    const double way = 360 - std::abs(eastward);
-    const double part =
-        way > 0 ? (180 - std::abs(from.longitude)) / way : 0; // no way: both on the date line
+    const double distance = 360 - std::abs(eastward); // degrees, the shorter way
+    // A distance of 0 means that both points are on the meridian, with opposite signs.
+    const double part = distance > 0 ? (180 - std::abs(from.longitude)) / distance : 0;
     gps::GPSPoint at;
     at.longitude = side;
     at.latitude = std::lerp(from.latitude, to.latitude, part);

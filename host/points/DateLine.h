@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Where lines cross the date line: on a flat map they are cut there. Stateless: [any] thread.
+// Finds where a line crosses the 180th meridian. Writers of flat maps cut lines there. Stateless.
+// [any]
 
 #pragma once
 
@@ -9,16 +10,18 @@
 
 namespace host {
 
-/// One place on the meridian of 180 degrees, as both sides of it write it.
+/// One position on the 180th meridian, written with the longitude of each side.
 struct DateLineCrossing {
-    gps::GPSPoint before; ///< the end of the part that comes from `from`
-    gps::GPSPoint after;  ///< the start of the part that goes to `to`
+    gps::GPSPoint before; ///< where the part that starts at `from` ends
+    gps::GPSPoint after;  ///< where the part that ends at `to` starts
 };
 
-/// Where a line crosses the meridian of 180 degrees. Of the two ways around the globe it takes the
-/// shorter one, so it crosses when the longitudes lie more than 180 degrees apart. Latitude and
-/// altitude at the crossing are interpolated, and the time where both points have a moment; else
-/// the crossing has none. Precondition: both points lie on the globe.
+/// The point at which the line between two points crosses the 180th meridian. A line takes the
+/// shorter way around the globe, so it crosses if the longitudes differ by more than 180 degrees.
+/// Latitude and altitude are interpolated; so is the time if both points have a timestamp,
+/// otherwise it is 0.
+/// @return  nullopt if the line does not cross
+/// Precondition: both points have valid coordinates.
 [[nodiscard]] std::optional<DateLineCrossing> dateLineCrossing(const gps::GPSPoint& from,
                                                                const gps::GPSPoint& to) noexcept;
 

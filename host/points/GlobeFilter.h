@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// GlobeFilter: keeps points that no map can show out of what is written. One thread at a time.
+// GlobeFilter: lets the map writers leave out points without valid coordinates, and counts them.
+// One thread at a time.
 
 #pragma once
 
@@ -10,16 +11,16 @@
 
 namespace host {
 
-/// Lets those points pass that lie on the globe, and counts the others.
 class GlobeFilter {
 public:
+    /// Whether a point has valid coordinates. Counts it if not.
     [[nodiscard]] bool passes(const gps::GPSPoint& point) noexcept;
 
-    /// How many did not pass, in one sentence; empty: none.
+    /// One sentence with the number of points that did not pass; empty if all did.
     [[nodiscard]] std::string remark() const;
 
 private:
-    std::size_t leftOut_ = 0;
+    std::size_t skipped_ = 0;
 };
 
 } // namespace host

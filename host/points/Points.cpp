@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Timestamps are formatted digit by digit: map files hold one for each track point.
 
 #include "host/points/Points.h"
 
@@ -11,8 +12,8 @@
 namespace host {
 namespace {
 
-constexpr std::int64_t kFirstTimestamp = 315532800;    // 1980-01-01 00:00 UTC
-constexpr std::int64_t kPastTimestamps = 253402300800; // 10000-01-01 00:00 UTC
+constexpr std::int64_t kFirstTimestamp = 315532800;     // 1980-01-01 00:00 UTC
+constexpr std::int64_t kEndOfTimestamps = 253402300800; // 10000-01-01 00:00 UTC
 
 void putTwoDigits(char* at, unsigned number) noexcept
 {
@@ -24,7 +25,7 @@ void putTwoDigits(char* at, unsigned number) noexcept
 
 bool hasTimestamp(const gps::GPSPoint& point) noexcept
 {
-    return point.time >= kFirstTimestamp && point.time < kPastTimestamps;
+    return point.time >= kFirstTimestamp && point.time < kEndOfTimestamps;
 }
 
 void appendDegrees(std::string& out, double degrees)
@@ -36,11 +37,11 @@ void appendDegrees(std::string& out, double degrees)
 void appendTimestamp(std::string& out, std::int64_t time, char separator)
 {
     using namespace std::chrono;
-    const sys_seconds moment{seconds{time}};
-    const auto day = floor<days>(moment);
+    const sys_seconds timestamp{seconds{time}};
+    const auto day = floor<days>(timestamp);
     const year_month_day date{day};
     const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-    const auto inDay = static_cast<unsigned>((moment - day).count());
+    const auto inDay = static_cast<unsigned>((timestamp - day).count());
     std::array<char, 19> text{'0',       '0', '0', '0', '-', '0', '0', '-', '0', '0',
                               separator, '0', '0', ':', '0', '0', ':', '0', '0'};
     putTwoDigits(text.data(), year / 100);
@@ -55,7 +56,7 @@ void appendTimestamp(std::string& out, std::int64_t time, char separator)
 
 bool isOnGlobe(const gps::GPSPoint& point) noexcept
 {
-    return std::abs(point.latitude) <= 90 && std::abs(point.longitude) <= 180; // false for a NaN
+    return std::abs(point.latitude) <= 90 && std::abs(point.longitude) <= 180; // false for NaN
 }
 
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each figure is computed by a class of its own, in constant memory.
 
 #include "host/points/TrackFigures.h"
 
@@ -34,6 +35,7 @@ double distance_km(const gps::GPSPoint& a, const gps::GPSPoint& b)
     const double h =
         haversine(latitudeB - latitudeA) +
         std::cos(latitudeA) * std::cos(latitudeB) * haversine(radians(b.longitude - a.longitude));
+    // Rounding can take h past 1 for antipodes.
     return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
 }
 
@@ -41,7 +43,7 @@ double distance_km(const gps::GPSPoint& a, const gps::GPSPoint& b)
 
 bool hasElevation(const gps::GPSPoint& point) noexcept
 {
-    return std::abs(point.altitude) <= kHighest_m; // false for a NaN
+    return std::abs(point.altitude) <= kHighest_m; // false for NaN
 }
 
 void PathLength::add(const gps::GPSPoint& point) noexcept

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a path's points say together: how long it is, how much it climbs, how long one was on the
-// move. Fed point by point, keeps a few numbers and no points. For the summary and the page. One
-// thread at a time.
+// TrackFigures and its parts: length, ascent, descent and moving time of a track, for the summary
+// table and the HTML page. Points are added one by one and are not stored. One thread at a time.
 
 #pragma once
 
@@ -12,15 +11,17 @@
 
 namespace host {
 
-/// Whether a point's altitude can be an elevation: finite and within 100 km of the sea. [any]
+/// Whether a point's altitude is a plausible elevation: finite and within 100 km of sea level.
+/// [any]
 [[nodiscard]] bool hasElevation(const gps::GPSPoint& point) noexcept;
 
-/// The length of a path, point by point: great circles on a sphere of the Earth's mean radius,
-/// 6371.0088 km. Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky &
-/// Telescope 68, 1984); the radius R1 of IUGG, Moritz, "Geodetic Reference System 1980".
+/// The length of a path: the sum of the great-circle distances between its points, on a sphere of
+/// the Earth's mean radius, 6371.0088 km.
+/// Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68,
+/// 1984); the radius R1 of IUGG, Moritz, "Geodetic Reference System 1980".
 class PathLength {
 public:
-    /// A point that lies nowhere on the globe is passed over.
+    /// A point without valid coordinates is ignored.
     void add(const gps::GPSPoint& point) noexcept;
 
     [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
@@ -30,9 +31,9 @@ private:
     double kilometres_ = 0;
 };
 
-/// Metres up and metres down. A receiver's elevation wavers while one walks on the flat, so a turn
-/// counts only once the elevation has gone 3 m back from its last high or low; then the whole way
-/// between the two counts.
+/// Total ascent and descent. A receiver's elevation wavers even on the flat, so a change of
+/// direction counts only after the elevation has moved 3 m from its last high or low. The whole
+/// difference between high and low counts then.
 class Climb {
 public:
     void add(double elevationMetres) noexcept;
@@ -54,18 +55,19 @@ private:
 
     Heading heading_ = Heading::kNone;
     bool isEmpty_ = true;
-    double low_ = 0; // the ends of the leg that is under way
+    double low_ = 0; // of the current leg
     double high_ = 0;
-    double ascent_ = 0; // of the legs that are done
+    double ascent_ = 0; // of all earlier legs
     double descent_ = 0;
 };
 
-/// The time on the move: the sum of the times from each timed point to the next where the speed
-/// over the ground is at least 0.2 m/s (0.7 km/h, a steep climb). What took more than 5 minutes is
-/// a pause or lost reception; time that runs backward is none.
+/// Moving time: the sum of the intervals between consecutive points in which the average speed over
+/// ground is at least 0.2 m/s (0.7 km/h, a steep climb). An interval of more than 5 minutes is a
+/// pause or lost reception, and does not count. An interval in which time runs backward does not
+/// count either.
 class MovingTime {
 public:
-    /// Precondition: the point lies on the globe and has a moment.
+    /// Precondition: the point has valid coordinates and a timestamp.
     void add(const gps::GPSPoint& point) noexcept;
 
     [[nodiscard]] std::int64_t seconds() const noexcept { return seconds_; }
@@ -75,23 +77,24 @@ private:
     std::int64_t seconds_ = 0;
 };
 
-/// All figures of one track. Points that lie nowhere on the globe are passed over.
+/// All figures of one track. Points without valid coordinates are ignored.
 class TrackFigures {
 public:
     void add(const gps::GPSPoint& point) noexcept;
 
     [[nodiscard]] double kilometres() const noexcept { return length_.kilometres(); }
 
-    /// The earliest and the latest moment, in seconds since 1970-01-01 UTC; none when no point has
-    /// one.
+    /// The earliest and the latest timestamp, in seconds since 1970-01-01 UTC; nullopt if no point
+    /// has one.
     [[nodiscard]] std::optional<std::int64_t> first() const noexcept { return first_; }
     [[nodiscard]] std::optional<std::int64_t> last() const noexcept { return last_; }
 
-    /// None without elevations. A receiver that had none wrote 0 in every point.
+    /// nullopt if the track has no elevations. A receiver without a height fix writes 0 for every
+    /// point.
     [[nodiscard]] std::optional<double> ascentMetres() const noexcept;
     [[nodiscard]] std::optional<double> descentMetres() const noexcept;
 
-    /// None when no point has a moment.
+    /// nullopt if no point has a timestamp.
     [[nodiscard]] std::optional<std::int64_t> movingSeconds() const noexcept;
 
 private:

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <cerrno>
@@ -62,8 +63,9 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     environment.push_back(nullptr);
 
     pid_t child = 0;
-    const int failure = ::posix_spawnp(&child, words.front().c_str(), &files, nullptr,
-                                       arguments.data(), environment.data());
+    const int failure =
+        ::posix_spawnp(&child, words.front().c_str(), &files, SpawnAttributes{}.get(),
+                       arguments.data(), environment.data());
     ::posix_spawn_file_actions_destroy(&files);
     if (failure != 0)
         throw std::runtime_error{"cannot run " + words.front()};

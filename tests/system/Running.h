@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "support/Signals.h"
+
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -36,8 +38,8 @@ public:
         for (auto& word : words)
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
-        const int failure = ::posix_spawn(&child_, words.front().c_str(), &files, nullptr,
-                                          arguments.data(), environ);
+        const int failure = ::posix_spawn(&child_, words.front().c_str(), &files,
+                                          SpawnAttributes{}.get(), arguments.data(), environ);
         ::posix_spawn_file_actions_destroy(&files);
         ::close(pipe[1]);
         out_ = pipe[0];

@@ -2,6 +2,7 @@
 // The simulator as a program: what it prints, how it ends, and what it leaves behind.
 
 #include "simulator/LineClient.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 #include "system/Program.h"
 
@@ -48,7 +49,8 @@ public:
         ::posix_spawn_file_actions_init(&files);
         ::posix_spawn_file_actions_adddup2(&files, pipe[1], 1);
         const int failure =
-            ::posix_spawn(&child_, arguments.front(), &files, nullptr, arguments.data(), environ);
+            ::posix_spawn(&child_, arguments.front(), &files, support::SpawnAttributes{}.get(),
+                          arguments.data(), environ);
         ::posix_spawn_file_actions_destroy(&files);
         ::close(pipe[1]);
         char byte = 0;

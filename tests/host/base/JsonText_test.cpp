@@ -30,7 +30,7 @@ TEST(JsonText, StringsAreEscaped)
     EXPECT_EQ(json("Zürich"), "\"Zürich\"");
 }
 
-TEST(JsonText, BytesThatAreNoUtf8AreReplaced)
+TEST(JsonText, InvalidUtf8IsReplaced)
 {
     EXPECT_EQ(json("a\xff"), "\"a\xEF\xBF\xBD\"");
 }
@@ -73,16 +73,26 @@ TEST(JsonText, ObjectIsReadWithItsKeysInOrder)
     EXPECT_EQ(host::readJsonObject("{}"), gps::Dictionary{});
 }
 
-TEST(JsonText, WholeNumberBeyondTheIntegersSaturates)
+TEST(JsonText, IntegerBeyond64BitsSaturates)
 {
     EXPECT_EQ(json(*host::readJsonObject(R"({"n":18446744073709551615})")),
               R"({"n":9223372036854775807})");
 }
 
-TEST(JsonText, OnlyAnObjectIsRead)
+TEST(JsonText, TextThatIsNotAnObjectIsRejected)
 {
     for (const char* text : {"", "null", "[]", "1", "\"a\"", "{", "{}x", "{\"a\":}", "{a:1}"})
         EXPECT_FALSE(host::readJsonObject(text)) << text;
+}
+
+TEST(JsonText, ErrorOffsetIsThatOfTheFirstSyntaxError)
+{
+    EXPECT_EQ(host::jsonErrorOffset("{\"a\":1}"), std::nullopt);
+    EXPECT_EQ(host::jsonErrorOffset("[1e999]"), std::nullopt) << "out of range, but valid";
+    EXPECT_EQ(host::jsonErrorOffset(""), 0U);
+    EXPECT_EQ(host::jsonErrorOffset("{a:1}"), 1U);
+    EXPECT_EQ(host::jsonErrorOffset("{} x"), 3U);
+    EXPECT_EQ(host::jsonErrorOffset("[1,"), 3U) << "at the end of the text";
 }
 
 TEST(JsonText, NestingIsBounded)

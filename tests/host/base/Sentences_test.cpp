@@ -12,14 +12,14 @@ TEST(Sentences, ErrorIsItsDescriptionItsSuggestionAndItsPath)
     EXPECT_EQ(host::sentencesOf({"d",
                                  1,
                                  {{gps::kErrorDescriptionKey, "It broke."},
-                                  {gps::kErrorSuggestionKey, "Mend it!"}}}),
-              "It broke. Mend it!");
+                                  {gps::kErrorSuggestionKey, "Fix it!"}}}),
+              "It broke. Fix it!");
     EXPECT_EQ(host::sentencesOf({"d",
                                  1,
                                  {{gps::kErrorDescriptionKey, "It broke"},
-                                  {gps::kErrorSuggestionKey, "Mend it"},
+                                  {gps::kErrorSuggestionKey, "Fix it"},
                                   {gps::kErrorPathKey, "/a/b"}}}),
-              "It broke. Mend it. Path: /a/b");
+              "It broke. Fix it. Path: /a/b");
 }
 
 TEST(Sentences, ErrorWithoutADescriptionIsItsCodeAndDomain)

@@ -23,7 +23,7 @@ std::string converted(std::string xml)
     return xml;
 }
 
-// ASCII in units of so many bytes.
+// ASCII in code units of so many bytes.
 std::string wide(std::string_view ascii, std::size_t unit, bool bigEndian)
 {
     std::string text;
@@ -35,7 +35,7 @@ std::string wide(std::string_view ascii, std::size_t unit, bool bigEndian)
     return text;
 }
 
-TEST(XmlText, Utf8StaysAsItIs)
+TEST(XmlText, Utf8IsNotChanged)
 {
     for (const std::string& xml : {""s, "<"s, "<a>\xC3\xA9</a>"s, "\xEF\xBB\xBF<a/>"s,
                                    "<?xml version='1.0' encoding='UTF-8'?><a/>"s,
@@ -45,7 +45,7 @@ TEST(XmlText, Utf8StaysAsItIs)
         EXPECT_EQ(converted(xml), xml);
 }
 
-TEST(XmlText, ByteOrderMarkTellsTheEncoding)
+TEST(XmlText, ByteOrderMarkDecidesTheEncoding)
 {
     const std::string mark = "\xEF\xBB\xBF";
     EXPECT_EQ(converted("\xFF\xFE"s + wide("<a/>", 2, false)), mark + "<a/>");
@@ -54,7 +54,7 @@ TEST(XmlText, ByteOrderMarkTellsTheEncoding)
     EXPECT_EQ(converted("\0\0\xFE\xFF"s + wide("<a/>", 4, true)), mark + "<a/>");
 }
 
-TEST(XmlText, Utf16IsKnownByItsFirstCharacter)
+TEST(XmlText, Utf16IsRecognisedByItsFirstCharacter)
 {
     EXPECT_EQ(converted(wide("<a/>", 2, false)), "<a/>");
     EXPECT_EQ(converted(wide("<a/>", 2, true)), "<a/>");
@@ -66,12 +66,12 @@ TEST(XmlText, LongTextIsConvertedWhole)
     EXPECT_EQ(converted(wide(text, 2, true)), text);
 }
 
-TEST(XmlText, HalfAUnitAtTheEndIsReplaced)
+TEST(XmlText, HalfACodeUnitAtTheEndIsReplaced)
 {
     EXPECT_EQ(converted(wide("<a", 2, false) + "x"), "<a\xEF\xBF\xBD");
 }
 
-TEST(XmlText, DeclarationTellsTheEncoding)
+TEST(XmlText, DeclarationDecidesTheEncoding)
 {
     const std::string latin = R"(<?xml version="1.0" encoding="ISO-8859-1"?><a>)";
     EXPECT_EQ(converted(latin + "\xE9"), latin + "\xC3\xA9");
@@ -79,13 +79,13 @@ TEST(XmlText, DeclarationTellsTheEncoding)
     EXPECT_EQ(converted(windows + "\x80"), windows + "\xE2\x82\xAC");
 }
 
-TEST(XmlText, DeclarationThatCannotBeTrueIsPassedOver)
+TEST(XmlText, DeclarationThatCannotBeTrueIsIgnored)
 {
     const std::string xml = "<?xml version='1.0' encoding='UTF-16'?><a>\xC3\xA9</a>";
     EXPECT_EQ(converted(xml), xml);
 }
 
-TEST(XmlText, UnknownEncodingIsRefused)
+TEST(XmlText, UnknownEncodingIsRejected)
 {
     std::string xml = "<?xml version='1.0' encoding='no-such-thing'?><a/>";
     const std::string before = xml;
@@ -111,13 +111,15 @@ TEST(XmlText, OuterSpaceGoesAndInnerStays)
 TEST(XmlText, TextIsEscaped)
 {
     EXPECT_EQ(xml("<a & \"b\">'"), "&lt;a &amp; &quot;b&quot;&gt;'");
+    EXPECT_EQ(xml("a<b"), "a&lt;b");
+    EXPECT_EQ(xml("~\x7f ü&&é~"), "~\x7f ü&amp;&amp;é~");
 }
 
-TEST(XmlText, TextKeepsLinesAndDropsWhatItForbids)
+TEST(XmlText, ForbiddenCharactersAreDroppedAndLineBreaksKept)
 {
     EXPECT_EQ(xml(std::string_view{"a\0\x01\x0b\x1f\tb\nc\rd", 11}), "a\tb\nc&#13;d");
     EXPECT_EQ(xml("\xEF\xBF\xBD|\xEF\xBF\xBE|\xEF\xBF\xBF"),
-              "\xEF\xBF\xBD||"); // U+FFFD may, U+FFFE and U+FFFF may not
+              "\xEF\xBF\xBD||"); // U+FFFD is allowed, U+FFFE and U+FFFF are not
 }
 
 } // namespace

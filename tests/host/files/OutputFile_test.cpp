@@ -3,6 +3,7 @@
 #include "host/files/OutputFile.h"
 
 #include "support/AsNobody.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -151,6 +152,7 @@ TEST_P(OutputFileSignal, RemovesTheHiddenFileAndTakesItsCourse)
     folder.put("a.gpx", "old");
     const pid_t child = ::fork();
     if (child == 0) {
+        const support::DefaultSignals defaults;
         OutputFile file{folder.path("a.gpx")};
         if (file.open() || entries(folder) != 2)
             ::_exit(1);

@@ -179,7 +179,7 @@ TEST(GeoJsonWriter, PointWithoutAPlaceIsLeftOutAndCounted)
                    newTrack({}), trackPoint({90, 180, 0, kTen, 0}),
                    trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, kTen, 0}),
                    trackPoint({-90, 180, 0, kTen, 0})});
-    EXPECT_EQ(poles.remark, "3 points were left out: no place on the globe");
+    EXPECT_EQ(poles.remark, "3 points without valid coordinates were left out");
     const auto features = json::parse(poles.text)["features"];
     EXPECT_EQ(features[0]["geometry"], json{});
     EXPECT_EQ(features[1]["geometry"]["coordinates"], json::parse("[[180,90,0],[180,-90,0]]"));

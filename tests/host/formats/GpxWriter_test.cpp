@@ -99,13 +99,13 @@ TEST(GpxWriter, LongitudeOf180IsWrittenFromTheOtherSide)
 TEST(GpxWriter, PointWithoutAPlaceIsLeftOutAndCounted)
 {
     const auto one = gpxOf({wayPoint({90.1, 0, 0, 0, 0}), wayPoint({90, 0, 0, 0, 0})});
-    EXPECT_EQ(one.remark, "1 point was left out: no place on the globe");
+    EXPECT_EQ(one.remark, "1 point without valid coordinates was left out");
     EXPECT_THAT(one.text, HasSubstr("lat=\"90\""));
     EXPECT_THAT(one.text, Not(HasSubstr("90.1")));
     EXPECT_EQ(gpxOf({trackPoint({0, 181, 0, 0, 0}), newRoute({}),
                      wayPoint({std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 0})})
                   .remark,
-              "2 points were left out: no place on the globe");
+              "2 points without valid coordinates were left out");
     EXPECT_EQ(gpxOf({wayPoint({})}).remark, "");
 }
 

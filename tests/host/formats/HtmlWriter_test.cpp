@@ -173,7 +173,7 @@ TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
     EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
     EXPECT_EQ(data["routes"][0]["places"], json::array());
     EXPECT_EQ(data["waypoints"], json::array());
-    EXPECT_EQ(data["note"], "3 points were left out: no place on the globe");
+    EXPECT_EQ(data["note"], "3 points without valid coordinates were left out");
 }
 
 TEST(HtmlWriter, NoTextCanBeMarkupOrScript)

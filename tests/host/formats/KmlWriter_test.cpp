@@ -227,7 +227,7 @@ TEST(KmlWriter, PointWithoutAPlaceIsLeftOutAndCounted)
                               trackPoint({-90, -180, 0, 0, 0}),
                               trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, 0, 0}),
                               newRoute({}), wayPoint({0, -181, 0, 0, 0})});
-    EXPECT_EQ(poles.remark, "3 points were left out: no place on the globe");
+    EXPECT_EQ(poles.remark, "3 points without valid coordinates were left out");
     EXPECT_THAT(poles.text, HasSubstr(">180,90,0<"));
     EXPECT_THAT(poles.text, HasSubstr(">-180,-90,0\n<"));
     EXPECT_THAT(poles.text, Not(HasSubstr("90.1")));

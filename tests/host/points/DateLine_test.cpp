@@ -8,7 +8,7 @@ namespace {
 
 using host::dateLineCrossing;
 
-TEST(DateLine, OnlyTheShorterWayCrosses)
+TEST(DateLine, LineTakesTheShorterWayAroundTheGlobe)
 {
     EXPECT_FALSE(dateLineCrossing({0, 10, 0, 0, 0}, {0, -20, 0, 0, 0}));
     EXPECT_FALSE(
@@ -36,10 +36,10 @@ TEST(DateLine, CrossingIsInterpolated)
     EXPECT_EQ(west->before.longitude, -180);
     EXPECT_EQ(west->after.longitude, 180);
     EXPECT_EQ(west->before.latitude, 12);
-    EXPECT_EQ(west->before.time, 0); // one of them has no moment
+    EXPECT_EQ(west->before.time, 0); // one of the points has no timestamp
 }
 
-TEST(DateLine, FromItsOneSideToItsOtherIsACrossingOnTheSpot)
+TEST(DateLine, LineFromOneSideOfTheMeridianToTheOtherCrossesAtItsStart)
 {
     const auto crossing = dateLineCrossing({5, 180, 7, 0, 0}, {6, -180, 8, 0, 0});
     ASSERT_TRUE(crossing);

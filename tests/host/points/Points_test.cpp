@@ -32,7 +32,7 @@ TEST(Points, TimestampsAreWrittenInUtc)
     EXPECT_EQ(timestamp(253402300799), "9999-12-31T23:59:59");
 }
 
-TEST(Points, GlobeHasItsBounds)
+TEST(Points, CoordinatesAreValidUpTo90And180Degrees)
 {
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     const auto isOnGlobe = [](double latitude, double longitude) {

@@ -9,11 +9,11 @@
 
 namespace {
 
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr std::int64_t kStart = 1717236000;
-constexpr double kDegreesAMetre = 1 / 111195.08; // of latitude
+constexpr double kDegreesPerMetre = 1 / 111195.08; // of latitude
 
-TEST(PathLength, IsTheGreatCircle)
+TEST(PathLength, IsMeasuredAlongTheGreatCircle)
 {
     host::PathLength quarter;
     quarter.add({0, 0, 0, 0, 0});
@@ -24,7 +24,7 @@ TEST(PathLength, IsTheGreatCircle)
     EXPECT_NEAR(quarter.kilometres(), 20015.115, 0.001);
 }
 
-TEST(PathLength, AcrossTheDateLineIsTheShortWay)
+TEST(PathLength, AcrossTheDateLineIsMeasuredTheShortWay)
 {
     host::PathLength length;
     length.add({0, 179.5, 0, 0, 0});
@@ -40,7 +40,7 @@ TEST(PathLength, BetweenAntipodesIsHalfTheCircumference)
     EXPECT_NEAR(length.kilometres(), 20015.115, 0.001);
 }
 
-TEST(PathLength, PassesOverPointsWithoutAPlace)
+TEST(PathLength, IgnoresPointsWithoutValidCoordinates)
 {
     host::PathLength length;
     length.add({0, 0, 0, 0, 0});
@@ -55,7 +55,7 @@ TEST(HasElevation, UpTo100KilometresEitherWay)
     for (const double metres : {0.0, -430.0, 8849.0, 100'000.0, -100'000.0})
         EXPECT_TRUE(host::hasElevation({0, 0, metres, 0, 0})) << metres;
     for (const double metres :
-         {100'000.1, -100'000.1, kNone, std::numeric_limits<double>::infinity()})
+         {100'000.1, -100'000.1, kNaN, std::numeric_limits<double>::infinity()})
         EXPECT_FALSE(host::hasElevation({0, 0, metres, 0, 0})) << metres;
 }
 
@@ -65,7 +65,7 @@ struct ClimbCase {
     double descent;
 };
 
-TEST(Climb, CountsATurnFromThreeMetresOnAndThenInFull)
+TEST(Climb, ChangeOfDirectionCountsInFullFromThreeMetresOn)
 {
     const std::vector<ClimbCase> cases{
         {{}, 0, 0},
@@ -73,10 +73,10 @@ TEST(Climb, CountsATurnFromThreeMetresOnAndThenInFull)
         {{100, 102.9, 100, 102.9}, 0, 0}, // wavering
         {{100, 103}, 3, 0},
         {{100, 97}, 0, 3},
-        {{100, 101, 102, 103, 104, 105}, 5, 0}, // a slope of small steps
-        {{100, 98, 101}, 3, 0},                 // from the low that came first
-        {{100, 150, 147.1, 160}, 60, 0},        // a dip too small to be one
-        {{100, 150, 147, 160}, 63, 3},          // and one that is
+        {{100, 101, 102, 103, 104, 105}, 5, 0}, // one slope in small steps
+        {{100, 98, 101}, 3, 0},                 // from the low after the start
+        {{100, 150, 147.1, 160}, 60, 0},        // a dip too small to count
+        {{100, 150, 147, 160}, 63, 3},          // one just large enough
         {{200, 150, 152.9, 140}, 0, 60},
         {{200, 150, 153, 140}, 3, 63},
         {{100, 150, 120, 170, 100}, 100, 100},
@@ -97,29 +97,29 @@ std::int64_t movingSeconds(double metres, std::int64_t seconds)
 {
     host::MovingTime moving;
     moving.add({46, 7, 0, kStart, 0});
-    moving.add({46 + metres * kDegreesAMetre, 7, 0, kStart + seconds, 0});
+    moving.add({46 + metres * kDegreesPerMetre, 7, 0, kStart + seconds, 0});
     return moving.seconds();
 }
 
-TEST(MovingTime, CountsStepsOfAFifthOfAMetreASecondAndMore)
+TEST(MovingTime, CountsFromAFifthOfAMetrePerSecond)
 {
     EXPECT_EQ(movingSeconds(2.01, 10), 10);
     EXPECT_EQ(movingSeconds(1.99, 10), 0);
 }
 
-TEST(MovingTime, CountsNoStepOfMoreThanFiveMinutes)
+TEST(MovingTime, DoesNotCountIntervalsOfMoreThanFiveMinutes)
 {
     EXPECT_EQ(movingSeconds(1000, 300), 300);
     EXPECT_EQ(movingSeconds(1000, 301), 0);
 }
 
-TEST(MovingTime, CountsNoTimeThatStandsOrRunsBackward)
+TEST(MovingTime, DoesNotCountTimeThatStandsStillOrRunsBackward)
 {
     EXPECT_EQ(movingSeconds(100, 0), 0);
     EXPECT_EQ(movingSeconds(100, -10), 0);
 }
 
-TEST(TrackFigures, AreAllNoneButTheLengthWithoutPoints)
+TEST(TrackFigures, AreMissingWithoutPointsExceptForTheLength)
 {
     const host::TrackFigures figures;
     EXPECT_EQ(figures.kilometres(), 0);
@@ -130,12 +130,12 @@ TEST(TrackFigures, AreAllNoneButTheLengthWithoutPoints)
     EXPECT_FALSE(figures.movingSeconds());
 }
 
-TEST(TrackFigures, TakeWhatEachPointHas)
+TEST(TrackFigures, UseOfEachPointWhatIsValid)
 {
     host::TrackFigures figures;
     figures.add({46, 7, 500, kStart, 0});
-    figures.add({46.001, 7, kNone, 0, 0});
-    figures.add({95, 7, 9000, kStart + 9000, 0}); // nowhere on the globe
+    figures.add({46.001, 7, kNaN, 0, 0});
+    figures.add({95, 7, 9000, kStart + 9000, 0}); // not a valid latitude
     figures.add({46.002, 7, 520, kStart + 120, 0});
     EXPECT_NEAR(figures.kilometres(), 0.22239, 1e-5);
     EXPECT_EQ(figures.first(), kStart);
@@ -154,7 +154,7 @@ TEST(TrackFigures, FirstAndLastAreTheEarliestAndTheLatest)
     EXPECT_EQ(figures.last(), kStart + 9);
 }
 
-TEST(TrackFigures, ZeroInEveryPointIsNoElevation)
+TEST(TrackFigures, ZeroInEveryPointMeansNoElevations)
 {
     host::TrackFigures figures;
     figures.add({0, 0, 0, 0, 0});

@@ -286,7 +286,7 @@ TEST_F(Download, PointsLeftOutOfTheFileAreANote)
                   allTransfers(status);
               }),
               ExitStatus::kSuccess);
-    EXPECT_EQ(err_, "note: 1 point was left out: no place on the globe\n");
+    EXPECT_EQ(err_, "note: 1 point without valid coordinates was left out\n");
 }
 
 TEST_F(Download, EventsEndWithTheResultThoughItFailedAtItsStart)

@@ -2,6 +2,8 @@
 
 #include "host/watching/StopSignals.h"
 
+#include "support/Signals.h"
+
 #include <gmock/gmock.h>
 
 #include <chrono>
@@ -19,7 +21,12 @@ bool isReadable(int file, int milliseconds)
     return ::poll(&ready, 1, milliseconds) == 1;
 }
 
-TEST(StopSignals, EachSignalIsAWishToEnd)
+class StopSignals : public testing::Test {
+private:
+    support::DefaultSignals defaults_;
+};
+
+TEST_F(StopSignals, EachSignalRequestsAStop)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const host::StopSignals stop;
@@ -31,7 +38,7 @@ TEST(StopSignals, EachSignalIsAWishToEnd)
     }
 }
 
-// Returns once a signal to the process has been taken by the thread that waits for it.
+// Returns once the thread that waits for signals has accepted one sent to the process.
 void sendAndAwait(int signal)
 {
     ::kill(::getpid(), signal);
@@ -42,14 +49,14 @@ void sendAndAwait(int signal)
     } while (::sigismember(&pending, signal) == 1);
 }
 
-TEST(StopSignals, IgnoredSignalIsNoWish)
+TEST_F(StopSignals, IgnoredSignalDoesNotRequestAStop)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const auto before = std::signal(signal, SIG_IGN);
         {
             const host::StopSignals stop;
             sendAndAwait(signal);
-            sendAndAwait(signal); // what the first did is done by now
+            sendAndAwait(signal); // the first has been handled by now
             EXPECT_FALSE(stop.isWished()) << signal;
             EXPECT_FALSE(isReadable(stop.file(), 0)) << signal;
         }
@@ -57,7 +64,7 @@ TEST(StopSignals, IgnoredSignalIsNoWish)
     }
 }
 
-TEST(StopSignals, MaskIsAsBeforeAfterwards)
+TEST_F(StopSignals, SignalMaskIsRestored)
 {
     sigset_t before;
     sigset_t after;
@@ -70,17 +77,17 @@ TEST(StopSignals, MaskIsAsBeforeAfterwards)
         EXPECT_EQ(::sigismember(&before, signal), ::sigismember(&after, signal));
 }
 
-TEST(StopSignals, SecondWishEndsTheProgramAtOnce)
+TEST_F(StopSignals, SecondSignalEndsTheProgramAtOnce)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto wishTwice = [] {
+    const auto signalTwice = [] {
         const host::StopSignals stop;
         ::kill(::getpid(), SIGTERM);
         (void)isReadable(stop.file(), 30000);
         ::kill(::getpid(), SIGTERM);
         std::this_thread::sleep_for(std::chrono::seconds{30});
     };
-    EXPECT_EXIT(wishTwice(), testing::KilledBySignal(SIGTERM), "");
+    EXPECT_EXIT(signalTwice(), testing::KilledBySignal(SIGTERM), "");
 }
 
 } // namespace
