@@ -7,8 +7,12 @@
 #include <gps/NumberText.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <optional>
 #include <string>
 
 namespace {
@@ -41,6 +45,32 @@ void checkReading(const std::string& text)
     fuzz::require(std::signbit(*number) == std::signbit(wanted), "its sign is the C library's");
 }
 
+/// A whole reading is the leading one where the C library reads to the end and within the range.
+void checkWhole(const std::string& text)
+{
+    char* end = nullptr;
+    const double wanted = std::strtod(text.c_str(), &end);
+    const bool isWhole = !text.empty() && end == text.c_str() + text.size() &&
+                         !gps::isWhiteSpace(text.front()) && std::isfinite(wanted);
+    const auto number = gps::wholeNumber(text);
+    fuzz::require(number.has_value() == isWhole, "a whole number is seen where there is one");
+    fuzz::require(!isWhole || number == wanted, "the whole number is the C library's");
+
+    errno = 0;
+    const long long integer = std::strtoll(text.c_str(), &end, 10);
+    const bool isInteger = !text.empty() && end == text.c_str() + text.size() && errno == 0 &&
+                           !gps::isWhiteSpace(text.front());
+    fuzz::require(gps::wholeInteger(text) ==
+                      (isInteger ? std::optional<std::int64_t>{integer} : std::nullopt),
+                  "the whole integer is the C library's");
+    const bool isUnsigned = isInteger && gps::isDigit(text.front()) && integer <= 0xFFFFFFFFLL;
+    fuzz::require(gps::wholeUnsigned(text).has_value() == isUnsigned,
+                  "an unsigned integer is one without a sign, within 32 bits");
+    if (const auto hex = gps::hexInteger(text))
+        fuzz::require(*hex == std::strtoull(text.c_str(), nullptr, 16),
+                      "the hexadecimal integer is the C library's");
+}
+
 void checkWriting(double value)
 {
     std::string shortest;
@@ -51,6 +81,12 @@ void checkWriting(double value)
     fuzz::require(gps::leadingNumber(decimal) == value, "the decimal text reads back");
     fuzz::require(decimal.find_first_not_of("-0123456789.") == decimal.npos,
                   "the decimal text has no exponent");
+
+    std::string fixed;
+    gps::appendFixed(fixed, value, 6);
+    char expected[400];
+    std::snprintf(expected, sizeof expected, "%.6f", value);
+    fuzz::require(fixed == expected, "a fixed number is what printf writes");
 
     const auto whole = gps::saturatedInt32(value);
     std::string padded;
@@ -65,6 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const auto text = inAlphabet(fuzz::textOf(data, size));
     checkReading(text);
+    checkWhole(text);
     if (const auto number = gps::leadingNumber(text))
         checkWriting(*number);
     return 0;

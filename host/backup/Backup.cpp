@@ -8,11 +8,13 @@
 #include "host/files/Hash.h"
 #include "host/files/StateFolder.h"
 
+#include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/Paths.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -60,13 +62,12 @@ std::string deviceFolder(const std::string& folder, std::string_view identifier)
 }
 
 // What backups are sorted by: the time, and the number behind it.
-std::pair<std::string, int> orderOf(const std::string& name)
+std::pair<std::string, std::int64_t> orderOf(const std::string& name)
 {
     const auto hyphen = name.find('-');
-    int number = 0;
-    if (hyphen != std::string::npos)
-        std::from_chars(name.data() + hyphen + 1, name.data() + name.size(), number);
-    return {name.substr(0, hyphen), number};
+    if (hyphen == std::string::npos)
+        return {name, 0};
+    return {name.substr(0, hyphen), gps::wholeUnsigned(name.substr(hyphen + 1)).value_or(0)};
 }
 
 // Behind every other name of this second: one that was free because its backup is gone would count
@@ -74,7 +75,7 @@ std::pair<std::string, int> orderOf(const std::string& name)
 std::string newPath(const std::string& folder)
 {
     const auto time = nameOfNow();
-    int number = -1;
+    std::int64_t number = -1;
     std::error_code error;
     for (fs::directory_iterator at{folder, error}, end; !error && at != end; at.increment(error)) {
         const auto [otherTime, otherNumber] = orderOf(at->path().filename().string());
@@ -119,7 +120,7 @@ struct Copying {
 std::optional<gps::Error> Copying::copyFolder(const std::string& folder)
 {
     const auto relative = fs::path{folder}.lexically_relative(device).string();
-    if (relative.empty() || relative.starts_with(".."))
+    if (!gps::staysInside(relative))
         return hostError("A data folder does not lie on the device",
                          "Send with --no-backup, and keep a copy yourself", folder);
     manifest.folders.push_back(relative);
@@ -208,7 +209,7 @@ bool liesInside(const std::string& path, const std::vector<std::string>& folders
     const auto real = fs::weakly_canonical(path, ignored);
     return std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
         const auto way = real.lexically_relative(fs::weakly_canonical(folder, ignored)).string();
-        return !way.empty() && !way.starts_with("..");
+        return gps::staysInside(way);
     });
 }
 

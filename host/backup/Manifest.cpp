@@ -5,13 +5,11 @@
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 
+#include <gps/NumberText.h>
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/Paths.h>
 
-#include <algorithm>
-#include <charconv>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 namespace host {
@@ -24,11 +22,10 @@ gps::Error noManifest(const std::string& folder)
     return hostError("This is no whole backup", "See what \"magellangps restore\" lists", folder);
 }
 
+// A backup is written with relative paths. Any other manifest is damaged or forged.
 bool staysBelow(const std::string& path)
 {
-    const std::filesystem::path parts{path};
-    return !path.empty() && parts.is_relative() &&
-           std::find(parts.begin(), parts.end(), "..") == parts.end();
+    return !path.starts_with('/') && gps::staysInside(path);
 }
 
 bool isPlain(char c) noexcept
@@ -55,17 +52,11 @@ std::string decoded(std::string_view text)
 {
     std::string path;
     while (!text.empty()) {
-        unsigned int byte = 0;
-        if (text.front() != '%' ||
-            std::from_chars(text.data() + 1, text.data() + std::min<std::size_t>(text.size(), 3),
-                            byte, 16)
-                    .ec != std::errc{}) {
-            path += text.front();
-            text.remove_prefix(1);
-            continue;
-        }
-        path += static_cast<char>(byte);
-        text.remove_prefix(std::min<std::size_t>(text.size(), 3));
+        const auto byte = text.front() == '%' && text.size() >= 3
+                              ? gps::hexInteger(text.substr(1, 2))
+                              : std::nullopt;
+        path += byte ? static_cast<char>(*byte) : text.front();
+        text.remove_prefix(byte ? 3 : 1);
     }
     return path;
 }

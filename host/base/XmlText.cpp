@@ -116,15 +116,6 @@ std::size_t lineAt(std::string_view text, std::size_t offset) noexcept
     return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
 }
 
-std::string_view withoutOuterSpace(std::string_view text) noexcept
-{
-    while (!text.empty() && gps::isWhiteSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && gps::isWhiteSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 void appendXml(std::string& out, std::string_view text)
 {
     while (!text.empty()) {

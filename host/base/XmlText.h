@@ -24,7 +24,4 @@ namespace host {
 /// that XML forbids, and replaces invalid UTF-8 by U+FFFD.
 void appendXml(std::string& out, std::string_view text);
 
-/// The text without the white space around it.
-[[nodiscard]] std::string_view withoutOuterSpace(std::string_view text) noexcept;
-
 } // namespace host

@@ -5,9 +5,10 @@
 #include "host/base/Table.h"
 #include "host/points/Points.h"
 
+#include <gps/Geocache.h>
+#include <gps/NumberText.h>
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <utility>
 
 namespace host {
@@ -23,19 +24,17 @@ std::string momentText(const std::optional<std::int64_t>& time)
 
 std::string kilometresText(const std::optional<double>& kilometres)
 {
-    if (!kilometres)
-        return {};
-    std::array<char, 400> text; // the largest double has 309 digits
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), *kilometres,
-                                            std::chars_format::fixed, 2);
-    return {text.data(), end};
+    std::string text;
+    if (kilometres)
+        gps::appendFixed(text, *kilometres, 2);
+    return text;
 }
 
 } // namespace
 
 void Summary::wayPoint(const gps::GPSPoint&, const gps::Dictionary& record)
 {
-    ++(isGeocache(record) ? geocaches_ : wayPoints_).points;
+    ++(gps::isGeocache(record) ? geocaches_ : wayPoints_).points;
 }
 
 void Summary::beginRoute(const gps::Dictionary& route)

@@ -11,19 +11,19 @@
 #include "host/fitting/PointNames.h"
 #include "host/fitting/RecordList.h"
 
+#include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
-#include <array>
 #include <limits>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 8> kTextKeys{"comment",      "geocacheOwner", "geocacheHint",
-                                                    "geocacheType", "datePlaced",    "dateFound",
-                                                    "difficulty",   "terrain"};
+// Every text that a device stores except the name, which has rules of its own.
+constexpr auto kTextKeys = std::span{gps::kGeocacheKeys}.subspan<1>();
 
 struct Kind {
     std::string_view label;
@@ -44,12 +44,6 @@ std::string nameIn(const gps::Dictionary& record)
 {
     const auto* const name = record.findString("name");
     return name != nullptr ? *name : std::string{};
-}
-
-bool isGeocache(const gps::Dictionary& record)
-{
-    const auto* const symbol = record.findString("symbol");
-    return symbol != nullptr && symbol->starts_with("Geocache");
 }
 
 // A record's own point; for a route, its first one.
@@ -219,7 +213,7 @@ std::string NameFitter::newName(const NamedRecord& named, FreeNames& names)
 {
     auto before = nameIn(*named.record);
     auto plain = converter_.convert(before);
-    auto wanted = withoutOuterSpace(plain.text);
+    auto wanted = gps::trimmed(plain.text);
     if (wanted.empty())
         wanted = named.kind->defaultName;
     auto after = names.claimLike(wanted, pointOf(*named.record));
@@ -253,7 +247,7 @@ void NameScopes::addOnDevice(const gps::Dictionary& data)
         names.addOnDevice(nameIn(record), pointOf(record));
     };
     forEachRecord(data, "waypoint", [&](const gps::Dictionary& record) {
-        addTo(isGeocache(record) ? geocacheNames : waypointNames, record);
+        addTo(gps::isGeocache(record) ? geocacheNames : waypointNames, record);
     });
     forEachRecord(data, "route", [&](const gps::Dictionary& route) {
         addTo(routeNames, route);
@@ -267,7 +261,7 @@ void NameScopes::addOnDevice(const gps::Dictionary& data)
 void NameScopes::add(gps::Dictionary& data)
 {
     forEachRecord(data, "waypoint", [&](gps::Dictionary& record) {
-        if (isGeocache(record))
+        if (gps::isGeocache(record))
             geocaches.push_back({&record, &kGeocache});
         else
             waypoints.push_back({&record, &kWaypoint});

@@ -2,8 +2,6 @@
 
 #include "host/formats/CollectionWriter.h"
 
-#include <algorithm>
-
 namespace host {
 
 void CollectionWriter::event(const Event& event)
@@ -50,14 +48,6 @@ void CollectionWriter::open(Open next)
     if (open_ == Open::kTrack)
         endTrack();
     open_ = next;
-}
-
-bool isGeocache(const gps::Dictionary& record)
-{
-    return std::any_of(record.begin(), record.end(), [](const gps::DictionaryEntry& entry) {
-        return entry.key.starts_with("geocache") || entry.key == "difficulty" ||
-               entry.key == "terrain" || entry.key == "datePlaced" || entry.key == "dateFound";
-    });
 }
 
 } // namespace host

@@ -36,7 +36,4 @@ private:
     Open open_ = Open::kNothing;
 };
 
-/// Whether a record has any of the keys that only geocaches have.
-[[nodiscard]] bool isGeocache(const gps::Dictionary& record);
-
 } // namespace host

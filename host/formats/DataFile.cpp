@@ -6,6 +6,7 @@
 #include "host/base/JsonText.h"
 #include "host/base/XmlText.h"
 
+#include <gps/Characters.h>
 #include <platform/System/FileManager.h>
 
 #include <cstddef>
@@ -69,7 +70,7 @@ std::optional<gps::Error> readDataFile(const std::string& path,
     std::string text;
     if (auto failure = gps::FileManager{}.readFile(path, text, kLargest))
         return failure;
-    if (withoutOuterSpace(text) == "null") {
+    if (gps::trimmed(text) == "null") {
         data.reset();
         return std::nullopt;
     }

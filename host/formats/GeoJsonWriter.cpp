@@ -6,6 +6,7 @@
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
 
+#include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
 #include <cmath>
@@ -73,7 +74,7 @@ void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& 
     beginFeature();
     text_ = R"({"type":"Feature","properties":{)";
     appendJsonKey(text_, "kind");
-    text_ += isGeocache(record) ? R"("geocache")" : R"("waypoint")";
+    text_ += gps::isGeocache(record) ? R"("geocache")" : R"("waypoint")";
     appendMomentMember(text_, point);
     appendFields(text_, record);
     text_ += R"(},"geometry":{"type":"Point","coordinates":)";

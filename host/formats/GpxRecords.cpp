@@ -6,20 +6,18 @@
 #include "host/formats/GpxTime.h"
 #include "host/points/Points.h"
 
+#include <gps/Geocache.h>
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <pugixml.hpp>
 
-#include <charconv>
 #include <optional>
 #include <utility>
 
 namespace host {
 namespace {
 
-constexpr std::string_view kCacheSymbol = "Geocache";
-constexpr std::string_view kFoundCacheSymbol = "Geocache Found";
 constexpr std::string_view kCacheTypePrefix = "Geocache|";
 
 struct ElementName {
@@ -73,7 +71,7 @@ std::string textOf(const pugi::xml_node& element)
         text += piece.value();
     if (text.find('\n') == std::string::npos)
         return text;
-    return std::string{withoutOuterSpace(text)};
+    return std::string{gps::trimmed(text)};
 }
 
 std::string childText(const pugi::xml_node& parent, std::string_view local)
@@ -96,13 +94,7 @@ void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string t
 // Takes the whole text or nothing: half a coordinate is another place.
 std::optional<double> coordinateOf(std::string_view text)
 {
-    text = withoutOuterSpace(text);
-    const auto digits =
-        text.substr(text.starts_with('+') ? 1 : 0); // from_chars takes a minus alone
-    double unused = 0;
-    const auto* const end =
-        std::from_chars(digits.data(), digits.data() + digits.size(), unused).ptr;
-    return end == digits.data() + digits.size() ? gps::leadingNumber(text) : std::nullopt;
+    return gps::wholeNumber(gps::trimmed(text));
 }
 
 // The extension stands in the element itself, or in its <extensions> since those exist.
@@ -114,8 +106,8 @@ pugi::xml_node cacheOf(const pugi::xml_node& waypoint)
 
 bool isGeocache(const pugi::xml_node& waypoint)
 {
-    return cacheOf(waypoint) || childText(waypoint, "type").starts_with(kCacheSymbol) ||
-           childText(waypoint, "sym").starts_with(kCacheSymbol);
+    return cacheOf(waypoint) || childText(waypoint, "type").starts_with(gps::kGeocacheSymbol) ||
+           childText(waypoint, "sym").starts_with(gps::kGeocacheSymbol);
 }
 
 std::string cacheTypeOf(const pugi::xml_node& waypoint)
@@ -172,8 +164,9 @@ gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoin
     record.set("dateFound", loggedDate(cache, "Found it"));
     record.set("difficulty", childText(cache, "difficulty"));
     record.set("terrain", childText(cache, "terrain"));
-    record.set("symbol",
-               childText(element, "sym") == kFoundCacheSymbol ? kFoundCacheSymbol : kCacheSymbol);
+    record.set("symbol", childText(element, "sym") == gps::kFoundGeocacheSymbol
+                             ? gps::kFoundGeocacheSymbol
+                             : gps::kGeocacheSymbol);
     return record;
 }
 

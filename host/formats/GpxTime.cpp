@@ -97,7 +97,7 @@ std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) noexce
 
 std::optional<std::int64_t> readGpxTime(std::string_view text) noexcept
 {
-    text = withoutOuterSpace(text);
+    text = gps::trimmed(text);
     const auto day = takeDay(text);
     if (!day)
         return std::nullopt;

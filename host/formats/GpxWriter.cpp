@@ -6,6 +6,7 @@
 #include "host/formats/GeocacheXml.h"
 #include "host/points/Points.h"
 
+#include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
 #include <cmath>
@@ -128,7 +129,7 @@ bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point,
     appendChild(text_, "name", record, "name");
     appendChild(text_, "cmt", record, "comment");
     appendChild(text_, "sym", record, "symbol");
-    if (isGeocache(record)) {
+    if (gps::isGeocache(record)) {
         text_ += "<extensions>";
         appendGeocache(text_, record);
         text_ += "</extensions>";

@@ -8,6 +8,7 @@
 #include "host/page/HtmlPage.h"
 #include "host/points/Points.h"
 
+#include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
 #include <cmath>
@@ -116,7 +117,7 @@ void appendPlace(std::string& out, const gps::GPSPoint& point, const gps::Dictio
     out += '{';
     for (const char* const key : {"name", "comment", "symbol"})
         appendTextMember(out, key, textUnder(record, key));
-    if (isGeocache(record)) {
+    if (gps::isGeocache(record)) {
         appendTextMember(out, "type", textUnder(record, "geocacheType"));
         appendTextMember(out, "owner", textUnder(record, "geocacheOwner"));
         appendTextMember(out, "hint", textUnder(record, "geocacheHint"));
@@ -149,7 +150,7 @@ void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& rec
 {
     if (!globe_.passes(point))
         return;
-    auto& list = isGeocache(record) ? geocaches_ : wayPoints_;
+    auto& list = gps::isGeocache(record) ? geocaches_ : wayPoints_;
     text_.clear();
     separate(list.isEmpty);
     appendPlace(text_, point, record);

@@ -4,6 +4,8 @@
 
 #include "host/formats/KmlText.h"
 
+#include <gps/Geocache.h>
+
 namespace host {
 namespace {
 
@@ -49,7 +51,7 @@ void KmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& reco
 {
     if (!globe_.passes(point))
         return;
-    const bool isCache = isGeocache(record);
+    const bool isCache = gps::isGeocache(record);
     Spool& spool = isCache ? geocaches_ : wayPoints_;
     (isCache ? geocachesFolder_ : wayPointsFolder_).begin(spool);
     makePlacemark(point, record, isCache ? "geocache" : "waypoint");

@@ -4,8 +4,9 @@
 
 #include "host/points/Points.h"
 
+#include <gps/NumberText.h>
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace host {
@@ -23,14 +24,10 @@ std::optional<DateRule> readDateRule(std::string_view text) noexcept
         return DateRule{.isAuto = true};
     if (text == "off")
         return DateRule{};
-    if (text.starts_with('+') && !text.starts_with("+-"))
-        text.remove_prefix(1);
-    DateRule rule;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rule.weeks);
-    if (error != std::errc{} || end != text.data() + text.size() ||
-        std::abs(std::int64_t{rule.weeks}) > DateRule::kMostWeeks)
+    const auto weeks = gps::wholeInteger(text);
+    if (!weeks || *weeks < -DateRule::kMostWeeks || *weeks > DateRule::kMostWeeks)
         return std::nullopt;
-    return rule;
+    return DateRule{.weeks = static_cast<std::int32_t>(*weeks)};
 }
 
 const Event& DateFix::mended(const Event& event)

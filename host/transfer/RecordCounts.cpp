@@ -4,7 +4,7 @@
 
 #include "host/transfer/RecordCounts.h"
 
-#include "host/formats/CollectionWriter.h"
+#include <gps/Geocache.h>
 
 namespace host {
 
@@ -29,7 +29,7 @@ void RecordCounter::add(const Event& event)
             open_ = before;
             ++counts_.routePoints;
         } else {
-            ++(isGeocache(event.record) ? counts_.geocaches : counts_.waypoints);
+            ++(gps::isGeocache(event.record) ? counts_.geocaches : counts_.waypoints);
         }
         break;
     default:

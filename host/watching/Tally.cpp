@@ -4,6 +4,8 @@
 
 #include "host/formats/CollectionWriter.h"
 
+#include <gps/Geocache.h>
+
 #include <string_view>
 
 namespace host {
@@ -49,7 +51,7 @@ void Tally::count(const Event& event)
         if (open_ == EventKind::kNewRoute)
             break; // a point of the route
         open_ = event.kind;
-        ++(isGeocache(event.record) ? geocaches_ : wayPoints_);
+        ++(gps::isGeocache(event.record) ? geocaches_ : wayPoints_);
         break;
     default:
         open_ = event.kind;

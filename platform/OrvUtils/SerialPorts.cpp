@@ -4,11 +4,11 @@
 
 #include "OrvSerial.h"
 
+#include <gps/NumberText.h>
 #include <platform/System/Udev.h>
 #include <platform/System/UserDefaults.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -41,9 +41,9 @@ bool hasHardware(udev_device* terminal)
 
 void setHexadecimal(Dictionary& record, const char* key, std::string_view digits)
 {
-    std::int32_t number = 0;
-    if (std::from_chars(digits.data(), digits.data() + digits.size(), number, 16).ec == std::errc{})
-        record.set(key, number);
+    const auto number = hexInteger(digits);
+    if (number && *number <= 0xFFFF) // USB identifiers have 16 bits
+        record.set(key, static_cast<std::int32_t>(*number));
 }
 
 Port portOf(udev_device* terminal)

@@ -6,6 +6,7 @@
 #include "AtomicWrite.h"
 #include "FileSystem.h"
 #include "OpenFile.h"
+#include "Paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,16 +20,6 @@ namespace gps {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{256} << 10; ///< read at once: what a cache holds
-
-std::string_view nameOf(std::string_view path)
-{
-    const auto end = path.find_last_not_of('/');
-    if (end == std::string_view::npos)
-        return path;
-    const auto slash = path.rfind('/', end);
-    const auto begin = slash == std::string_view::npos ? 0 : slash + 1;
-    return path.substr(begin, end + 1 - begin);
-}
 
 const char* predicate(FileErrorCode code)
 {
@@ -157,9 +148,9 @@ std::optional<Error> read(FileSystem& files, const std::string& path, std::size_
 
 Error makeFileError(FileErrorCode code, const std::string& path, int systemError)
 {
-    Dictionary userInfo{
-        {kErrorDescriptionKey, "The file \"" + std::string{nameOf(path)} + "\" " + predicate(code)},
-        {kErrorPathKey, path}};
+    Dictionary userInfo{{kErrorDescriptionKey, "The file \"" + std::string{lastComponent(path)} +
+                                                   "\" " + predicate(code)},
+                        {kErrorPathKey, path}};
     if (systemError != 0)
         userInfo.set(kErrorReasonKey, std::generic_category().message(systemError));
     return {kFileErrorDomain, static_cast<std::int32_t>(code), std::move(userInfo)};
@@ -227,27 +218,6 @@ std::optional<Error> FileManager::removeItem(const std::string& path) const
 DirectoryEnumerator FileManager::enumerator(const std::string& folder) const
 {
     return DirectoryEnumerator{folder, files_};
-}
-
-std::string joinPath(std::string_view folder, std::string_view name)
-{
-    name.remove_prefix(std::min(name.find_first_not_of('/'), name.size()));
-    if (folder.empty())
-        return std::string{name};
-    if (name.empty())
-        return std::string{folder};
-    const auto end = folder.find_last_not_of('/');
-    std::string path{folder.substr(0, end == std::string_view::npos ? 0 : end + 1)};
-    return path.append(1, '/').append(name);
-}
-
-std::string_view pathExtension(std::string_view path) noexcept
-{
-    while (path.size() > 1 && path.back() == '/')
-        path.remove_suffix(1);
-    path.remove_prefix(path.rfind('/') + 1); // without a "/", npos + 1 is 0
-    const auto dot = path.rfind('.');
-    return dot != std::string_view::npos ? path.substr(dot + 1) : std::string_view{};
 }
 
 } // namespace gps

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Paths.h"
+
 #include <gps/Error.h>
 
 #include <cstddef>
@@ -123,13 +125,5 @@ public:
 private:
     FileSystem* files_;
 };
-
-/// `folder` and `name` as one path, with exactly one "/" between them. [any]
-[[nodiscard]] std::string joinPath(std::string_view folder, std::string_view name);
-
-/// The text after the last "." of a path's last component, without slashes behind it; empty where
-/// there is none. [any]
-/// @return  a view into the path
-[[nodiscard]] std::string_view pathExtension(std::string_view path) noexcept;
 
 } // namespace gps

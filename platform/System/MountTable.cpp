@@ -2,8 +2,9 @@
 
 #include "MountedVolumes.h"
 
+#include <gps/NumberText.h>
+
 #include <algorithm>
-#include <charconv>
 
 namespace gps {
 namespace {
@@ -15,14 +16,6 @@ std::string_view takeUpTo(std::string_view& text, char separator)
     const auto front = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
     return front;
-}
-
-std::optional<unsigned int> wholeNumber(std::string_view text)
-{
-    unsigned int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional{value}
-                                                                    : std::nullopt;
 }
 
 bool isOctalEscape(std::string_view text)
@@ -48,11 +41,11 @@ std::string withoutEscapes(std::string_view text)
 
 std::optional<MountTableEntry> parseLine(std::string_view line)
 {
-    const auto id = wholeNumber(takeUpTo(line, ' '));
-    const auto parent = wholeNumber(takeUpTo(line, ' '));
+    const auto id = wholeUnsigned(takeUpTo(line, ' '));
+    const auto parent = wholeUnsigned(takeUpTo(line, ' '));
     auto device = takeUpTo(line, ' ');
-    const auto major = wholeNumber(takeUpTo(device, ':'));
-    const auto minor = wholeNumber(device);
+    const auto major = wholeUnsigned(takeUpTo(device, ':'));
+    const auto minor = wholeUnsigned(device);
     takeUpTo(line, ' '); // the root within the volume
     const auto path = takeUpTo(line, ' ');
     takeUpTo(line, ' '); // options

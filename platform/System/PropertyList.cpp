@@ -4,12 +4,12 @@
 
 #include "FileManager.h"
 
+#include <gps/Characters.h>
 #include <gps/NumberText.h>
 
 #include <pugixml.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 
 namespace gps {
@@ -30,15 +30,6 @@ Error problemAt(std::ptrdiff_t offset, const std::string& what)
 Error problemAt(const pugi::xml_node& node, const std::string& what)
 {
     return problemAt(node.offset_debug(), what);
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    while (!text.empty() && isWhiteSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isWhiteSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
 }
 
 bool isElement(const pugi::xml_node& node)
@@ -72,17 +63,23 @@ Problem readText(const pugi::xml_node& element, std::string& text)
     return std::nullopt;
 }
 
-template <typename T> bool readNumber(std::string_view text, T& number)
+/// Reads the number of an <integer> or a <real>, or the empty <true> or <false>.
+bool readLiteral(std::string_view kind, std::string_view text, Value& value)
 {
-    text = trimmed(text);
-    const bool plus = text.substr(0, 1) == "+"; // from_chars takes a minus alone
-    text.remove_prefix(plus ? 1 : 0);
-    const auto digits = text.substr(!plus && text.substr(0, 1) == "-" ? 1 : 0);
-    if (digits.empty() ||
-        !(isDigit(digits.front()) || digits.front() == '.')) // else the words inf and nan pass
-        return false;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc{} && end == text.data() + text.size();
+    if (kind == "integer") {
+        const auto number = wholeInteger(text);
+        if (number)
+            value = *number;
+        return number.has_value();
+    }
+    if (kind == "real") {
+        const auto number = wholeNumber(text);
+        if (number)
+            value = *number;
+        return number.has_value();
+    }
+    value = kind == "true";
+    return text.empty();
 }
 
 Problem readScalar(const pugi::xml_node& element, Value& value)
@@ -95,21 +92,12 @@ Problem readScalar(const pugi::xml_node& element, Value& value)
         value = std::move(text);
         return std::nullopt;
     }
-    if ((kind == "true" || kind == "false") && trimmed(text).empty()) {
-        value = kind == "true";
-        return std::nullopt;
-    }
-    std::int64_t integer = 0;
-    double real = 0;
-    if (kind == "integer" && readNumber(text, integer))
-        value = integer;
-    else if (kind == "real" && readNumber(text, real))
-        value = real;
-    else if (kind == "integer" || kind == "real" || kind == "true" || kind == "false")
+    if (kind == "integer" || kind == "real" || kind == "true" || kind == "false") {
+        if (readLiteral(kind, trimmed(text), value))
+            return std::nullopt;
         return problemAt(element, "has a <" + std::string{kind} + "> of no such value");
-    else
-        return problemAt(element, "has the unknown element <" + std::string{kind} + ">");
-    return std::nullopt;
+    }
+    return problemAt(element, "has the unknown element <" + std::string{kind} + ">");
 }
 
 Problem readValue(const pugi::xml_node& element, int depth, Value& value);

@@ -2,7 +2,7 @@
 
 #include "Bundle.h"
 
-#include <gps/NumberText.h>
+#include <gps/Characters.h>
 
 namespace gps {
 namespace {
@@ -27,8 +27,7 @@ public:
     bool skipGaps()
     {
         for (;;) {
-            while (!rest_.empty() && isWhiteSpace(rest_.front()))
-                rest_.remove_prefix(1);
+            rest_ = withoutLeadingSpace(rest_);
             if (take("//"))
                 skipPast("\n");
             else if (!take("/*"))

@@ -6,9 +6,8 @@
 #include "SentenceFields.h"
 #include "SentenceList.h"
 
+#include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
-
-#include <array>
 
 namespace magellan {
 namespace {
@@ -41,10 +40,8 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeDigits = 7;
 
-/// The keys of the text fields, from kName to kTerrain.
-constexpr std::array<std::string_view, kFieldCount - kName> kTextKeys{
-    "name",       "comment",   "geocacheOwner", "geocacheHint", "geocacheType",
-    "datePlaced", "dateFound", "difficulty",    "terrain"};
+/// The keys' values are the text fields, from kName to kTerrain.
+static_assert(gps::kGeocacheKeys.size() == kFieldCount - kName);
 
 /// A sentence that stops early is damaged. What it misses first is where it would have gone on, or
 /// the placed date where it stops right before its texts. Looked at before anything is taken from
@@ -70,9 +67,10 @@ bool interpretGeoCacheSentence(std::string_view sentence, gps::GPSPoint& point,
     point.time = 0;
     if (record == nullptr)
         return true;
-    for (std::size_t i = 0; i < kTextKeys.size(); ++i)
-        setInDictionary(*record, kTextKeys[i], kName + i, *fields);
-    record->setText("symbol", fields->at(kDatePlaced).empty() ? "Geocache" : "Geocache Found");
+    for (std::size_t i = 0; i < gps::kGeocacheKeys.size(); ++i)
+        setInDictionary(*record, gps::kGeocacheKeys[i], kName + i, *fields);
+    record->setText("symbol", fields->at(kDatePlaced).empty() ? gps::kGeocacheSymbol
+                                                              : gps::kFoundGeocacheSymbol);
     return true;
 }
 
@@ -91,7 +89,7 @@ std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& po
     std::string body;
     if (!appendPlace(body, kSentence, point, kAltitudeDigits))
         return std::nullopt;
-    for (const auto key : kTextKeys) {
+    for (const auto key : gps::kGeocacheKeys) {
         // A type given as "Geocache|Multi" goes out as "GeocacheMulti": the filter takes the "|",
         // and nothing else is dropped.
         body.append(magellanStringFromDictionary(record, key)).append(1, ',');

@@ -7,23 +7,12 @@
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
 #include <platform/System/Log.h>
+#include <platform/System/Paths.h>
 
-#include <algorithm>
 #include <exception>
 
 namespace magellan {
 namespace {
-
-bool hasParentComponent(std::string_view path) noexcept
-{
-    while (!path.empty()) {
-        const auto component = path.substr(0, path.find('/'));
-        if (component == "..")
-            return true;
-        path.remove_prefix(std::min(path.size(), component.size() + 1));
-    }
-    return false;
-}
 
 /// Calls the reader. What it throws ends the walk as its error would: this is the one place where a
 /// worker that reads a device catches, so that nothing that a file holds can end the process.
@@ -60,10 +49,7 @@ std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::s
                                           const std::string& volume)
 {
     const auto* name = folders.findString(key);
-    if (name == nullptr || name->empty() || hasParentComponent(*name))
-        return std::nullopt;
-    if (name->find('\0') !=
-        std::string::npos) // the system would take the path to end there, as in "..\0"
+    if (name == nullptr || !gps::staysInside(*name))
         return std::nullopt;
     return gps::joinPath(volume, *name);
 }

@@ -2,17 +2,18 @@
 
 #include "GeocacheSplit.h"
 
+#include <gps/Geocache.h>
+
 #include <algorithm>
 #include <utility>
 
 namespace magellan {
 namespace {
 
-bool isGeocache(const gps::Value& value)
+bool isGeocacheRecord(const gps::Value& value)
 {
     const auto* record = value.as<gps::Dictionary>();
-    const auto* symbol = record != nullptr ? record->findString("symbol") : nullptr;
-    return symbol != nullptr && symbol->starts_with("Geocache");
+    return record != nullptr && gps::isGeocache(*record);
 }
 
 std::optional<gps::Array> unlessEmpty(gps::Array list)
@@ -29,7 +30,7 @@ SplitList extractGeocachesFromList(const gps::Array& list)
     gps::Array waypoints;
     gps::Array geocaches;
     for (const auto& record : list)
-        (isGeocache(record) ? geocaches : waypoints).push_back(record);
+        (isGeocacheRecord(record) ? geocaches : waypoints).push_back(record);
     std::reverse(geocaches.begin(), geocaches.end());
     return {unlessEmpty(std::move(waypoints)), unlessEmpty(std::move(geocaches))};
 }

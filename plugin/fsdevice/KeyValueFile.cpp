@@ -5,7 +5,7 @@
 #include "../common/Lines.h"
 #include "../common/PluginBundle.h"
 
-#include <gps/NumberText.h>
+#include <gps/Characters.h>
 #include <platform/System/FileManager.h>
 
 namespace magellan {
@@ -13,8 +13,7 @@ namespace {
 
 void takeLine(std::string_view line, gps::Dictionary& dictionary)
 {
-    while (!line.empty() && gps::isWhiteSpace(line.front()))
-        line.remove_prefix(1);
+    line = gps::withoutLeadingSpace(line);
     const auto key = line.substr(0, line.find('='));
     if (key.empty())
         return;

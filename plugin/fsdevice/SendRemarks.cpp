@@ -8,9 +8,9 @@
 #include "../common/Lines.h"
 #include "DeviceFileWriters.h"
 
+#include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
-#include <array>
 #include <set>
 
 namespace magellan {
@@ -19,10 +19,6 @@ namespace {
 /// Receivers read so many geocaches from a file, and keep so many waypoints with comments.
 constexpr std::size_t kMostGeocaches = 200;
 constexpr std::size_t kMostComments = 200;
-
-constexpr std::array<std::string_view, 8> kGeocacheTexts{
-    "comment",    "geocacheOwner", "geocacheHint", "geocacheType",
-    "datePlaced", "dateFound",     "difficulty",   "terrain"};
 
 /// Gathers sentences; one that would be said twice is said once.
 class Remarks {
@@ -116,8 +112,7 @@ void remarkOnGeocache(const gps::Dictionary& record, Remarks& remarks)
         remarks.say("A geocache without an identifier or a name is left out.");
         return;
     }
-    remarkOnText("geocache", record, "name", false, remarks);
-    for (const auto key : kGeocacheTexts)
+    for (const auto key : gps::kGeocacheKeys)
         remarkOnText("geocache", record, key, false, remarks);
     remarkOnPlace("geocache", record, remarks);
 }

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+// Built on std::from_chars and std::to_chars, the only conversions that ignore the locale; no other
+// source calls them. Short numbers, which are nearly all that a receiver writes, take a faster path
+// with the same results.
 
 #include <gps/NumberText.h>
 
@@ -11,15 +14,7 @@
 namespace gps {
 namespace {
 
-std::string_view skipWhiteSpace(std::string_view text) noexcept
-{
-    std::size_t i = 0;
-    while (i < text.size() && isWhiteSpace(text[i]))
-        ++i;
-    return text.substr(i);
-}
-
-/// Takes an optional sign off the front; true for a minus.
+/// Removes an optional sign from the front; true for a minus.
 bool takeSign(std::string_view& text) noexcept
 {
     if (text.empty() || (text.front() != '-' && text.front() != '+'))
@@ -32,9 +27,8 @@ bool takeSign(std::string_view& text) noexcept
 constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-/// Up to 15 digits with a point anywhere among them: the digits and the power of ten are both exact
-/// doubles, so one division rounds correctly. Covers what receivers write; anything else goes to
-/// from_chars.
+/// Reads up to 15 digits with a point anywhere among them: the digits and the power of ten are both
+/// exact doubles, so one division rounds correctly.
 std::optional<double> shortNumber(std::string_view text) noexcept
 {
     std::int64_t digits = 0;
@@ -52,9 +46,9 @@ std::optional<double> shortNumber(std::string_view text) noexcept
     return static_cast<double>(digits) / kPowersOfTen[decimals];
 }
 
-/// Whole numbers of up to five digits, as altitudes in metres are: both ways of writing a number
-/// agree on them.
-/// @return  false without having done anything for any other number
+/// Appends an integer of up to five digits, such as an altitude in metres: its shortest text and
+/// its decimal text are the same.
+/// @return  false, with nothing appended, for any other number
 bool appendWhole(std::string& out, double value)
 {
     if (std::abs(value) >= 1e5 || value == 0 || value != std::trunc(value))
@@ -63,12 +57,12 @@ bool appendWhole(std::string& out, double value)
     return true;
 }
 
-/// Whether the digits at the front of a text that from_chars found out of range stand for something
-/// huge (else: tiny). Compares the place of the first digit that is not 0 with the exponent.
+/// Whether a number that from_chars reports as out of range is too large; otherwise it is too
+/// small. Adds the exponent to the position of the first digit that is not 0.
 bool isHuge(std::string_view text) noexcept
 {
-    std::int64_t magnitude =
-        0; // digits before the point, or minus the zeros after it, from the first digit that counts
+    // The digits before the point from the first significant one on, or minus the zeros after it.
+    std::int64_t magnitude = 0;
     bool counting = false;
     std::size_t i = 0;
     for (; i < text.size() && isDigit(text[i]); ++i) {
@@ -87,17 +81,33 @@ bool isHuge(std::string_view text) noexcept
     return magnitude + exponent > 0;
 }
 
+/// Whether what follows a sign can be a number: from_chars would also accept a second sign and the
+/// words inf and nan.
+bool beginsLikeNumber(std::string_view text) noexcept
+{
+    return !text.empty() && (isDigit(text.front()) || text.front() == '.');
+}
+
+/// Reads digits up to the end of a text, without a sign.
+template <typename Integer>
+std::optional<Integer> wholeDigits(std::string_view text, int base) noexcept
+{
+    Integer value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional{value}
+                                                                    : std::nullopt;
+}
+
 } // namespace
 
 std::optional<double> leadingNumber(std::string_view text) noexcept
 {
-    text = skipWhiteSpace(text);
+    text = withoutLeadingSpace(text);
     const bool minus = takeSign(text);
     if (const auto quick = shortNumber(text))
         return minus ? -*quick : *quick;
 
-    // from_chars would also take the words inf and nan, and a sign of its own.
-    if (text.empty() || (!isDigit(text.front()) && text.front() != '.'))
+    if (!beginsLikeNumber(text))
         return std::nullopt;
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -110,7 +120,7 @@ std::optional<double> leadingNumber(std::string_view text) noexcept
 
 std::int32_t leadingInt32(std::string_view text) noexcept
 {
-    text = skipWhiteSpace(text);
+    text = withoutLeadingSpace(text);
     const bool minus = takeSign(text);
     std::int64_t value = 0;
     for (std::size_t i = 0; i < text.size() && isDigit(text[i]); ++i)
@@ -120,7 +130,7 @@ std::int32_t leadingInt32(std::string_view text) noexcept
 
 bool leadingBool(std::string_view text) noexcept
 {
-    text = skipWhiteSpace(text);
+    text = withoutLeadingSpace(text);
     takeSign(text);
     while (!text.empty() && text.front() == '0')
         text.remove_prefix(1);
@@ -128,6 +138,43 @@ bool leadingBool(std::string_view text) noexcept
         return false;
     const char c = text.front();
     return c == 'Y' || c == 'y' || c == 'T' || c == 't' || isDigit(c);
+}
+
+std::optional<double> wholeNumber(std::string_view text) noexcept
+{
+    const bool minus = takeSign(text);
+    if (const auto quick = shortNumber(text))
+        return minus ? -*quick : *quick;
+    if (!beginsLikeNumber(text))
+        return std::nullopt;
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument || end != text.data() + text.size())
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range) {
+        if (isHuge(text))
+            return std::nullopt;
+        value = 0;
+    }
+    return minus ? -value : value;
+}
+
+std::optional<std::int64_t> wholeInteger(std::string_view text) noexcept
+{
+    // from_chars accepts a minus but not a plus.
+    if (text.size() > 1 && text.front() == '+' && isDigit(text[1]))
+        text.remove_prefix(1);
+    return wholeDigits<std::int64_t>(text, 10);
+}
+
+std::optional<std::uint32_t> wholeUnsigned(std::string_view text) noexcept
+{
+    return wholeDigits<std::uint32_t>(text, 10);
+}
+
+std::optional<std::uint32_t> hexInteger(std::string_view text) noexcept
+{
+    return wholeDigits<std::uint32_t>(text, 16);
 }
 
 std::int32_t saturatedInt32(double value) noexcept
@@ -163,7 +210,7 @@ void appendDecimal(std::string& out, double value)
 {
     if (appendWhole(out, value))
         return;
-    std::array<char, 1200> text; // the smallest double has 1,074 decimals at the most
+    std::array<char, 1200> text; // a double has 1,074 decimals at most
     const auto [end, error] =
         std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     out.append(text.data(), end);
@@ -186,6 +233,14 @@ void appendRounded(std::string& out, double value, int decimals)
     }
     const std::string_view fraction{text.data(), static_cast<std::size_t>(decimals) + 1};
     out += fraction.substr(0, fraction.find_last_not_of('0') + 1);
+}
+
+void appendFixed(std::string& out, double value, int decimals)
+{
+    std::array<char, 420> text; // the largest double has 309 digits before the point
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
+                                            std::chars_format::fixed, decimals);
+    out.append(text.data(), end);
 }
 
 void appendInteger(std::string& out, std::int64_t value)

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Reads and writes every number in the project. Nothing here depends on the locale; nothing
-// allocates but the strings that it is given. Stateless: [any] thread.
+// The number module: converts every number in the project from text and to text. Nothing here
+// depends on the locale, and nothing allocates except the strings that results are appended to.
+// "Leading" functions read what a text begins with, "whole" functions accept the whole text or
+// nothing. [any]
 
 #pragma once
+
+#include <gps/Characters.h>
 
 #include <cstdint>
 #include <optional>
@@ -11,57 +15,76 @@
 
 namespace gps {
 
-/// White space as texts on a receiver know it: space, tab, line breaks. [any]
-[[nodiscard]] constexpr bool isWhiteSpace(char c) noexcept
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-/// An ASCII digit. [any]
-[[nodiscard]] constexpr bool isDigit(char c) noexcept
-{
-    return c >= '0' && c <= '9';
-}
-
-/// The number that a text begins with: optional white space, optional sign, digits with an optional
-/// point ("5.", ".5"), optional exponent; what follows is not looked at. The words inf, nan and
-/// hexadecimal forms are no numbers. [any]
+/// The number that a text begins with: optional white space, an optional sign, digits with an
+/// optional point ("5.", ".5") and an optional exponent. Ignores what follows. The words "inf" and
+/// "nan" and hexadecimal forms are not numbers. [any]
 ///
-/// @return  the nearest double; beyond the range the largest finite double of that sign; none
-/// without a leading number
+/// @return  the nearest double; beyond the range, the largest finite double of that sign; nullopt
+///          if the text does not begin with a number
 [[nodiscard]] std::optional<double> leadingNumber(std::string_view text) noexcept;
 
-/// The whole number that a text begins with: optional white space, optional sign, digits. [any]
+/// The integer that a text begins with: optional white space, an optional sign, digits. [any]
 ///
-/// @return  saturated at the 32-bit bounds; 0 without a leading number
+/// @return  saturated at the 32-bit bounds; 0 if the text does not begin with an integer
 [[nodiscard]] std::int32_t leadingInt32(std::string_view text) noexcept;
 
-/// A boolean reading of a text: after white space, a sign and zeros, true for "Y", "y", "T", "t"
-/// and the digits 1-9. [any]
+/// A text read as a boolean: skips white space, a sign and zeros; true if "Y", "y", "T", "t" or a
+/// digit from 1 to 9 follows. [any]
 [[nodiscard]] bool leadingBool(std::string_view text) noexcept;
+
+/// Reads a text that is one number and nothing else: an optional sign, then as for
+/// `leadingNumber`. White space is not accepted. [any]
+///
+/// @return  the nearest double, 0 for a number too small for one; nullopt for any other text and
+///          for a number beyond the range of a double
+[[nodiscard]] std::optional<double> wholeNumber(std::string_view text) noexcept;
+
+/// Reads a text that is one integer and nothing else: an optional sign, then digits. [any]
+///
+/// @return  nullopt for any other text and for an integer outside 64 bits
+[[nodiscard]] std::optional<std::int64_t> wholeInteger(std::string_view text) noexcept;
+
+/// Reads a text that consists of digits only; a sign is not accepted. [any]
+///
+/// @return  nullopt for any other text and for an integer beyond 32 bits
+[[nodiscard]] std::optional<std::uint32_t> wholeUnsigned(std::string_view text) noexcept;
+
+/// Reads a text that consists of hexadecimal digits of either case only; neither a sign nor "0x"
+/// is accepted. [any]
+///
+/// @return  nullopt for any other text and for an integer beyond 32 bits
+[[nodiscard]] std::optional<std::uint32_t> hexInteger(std::string_view text) noexcept;
 
 /// Truncates toward zero and saturates at the 32-bit bounds; NaN gives 0. [any]
 [[nodiscard]] std::int32_t saturatedInt32(double value) noexcept;
 [[nodiscard]] std::int32_t saturatedInt32(std::int64_t value) noexcept;
 
-/// Appends the shortest text that reads back to the same double ("0.1", "1e+22"). Not finite:
-/// "inf", "-inf", "nan". [any]
+/// Appends the shortest text that reads back to the same double ("0.1", "1e+22"). Values that are
+/// not finite become "inf", "-inf" and "nan". [any]
 void appendShortest(std::string& out, double value);
 
-/// Appends the shortest text without an exponent that reads back to the same double, as XML's
-/// decimal wants it. [any] Precondition: the value is finite.
+/// Appends the shortest text without an exponent that reads back to the same double, as XML
+/// Schema's decimal type requires. [any]
+///
+/// Precondition: the value is finite.
 void appendDecimal(std::string& out, double value);
 
-/// Appends a number rounded to so many decimals, without zeros at their end ("46.5"); what rounds
-/// to zero is "0". [any] Precondition: it has at most 18 digits then, of which at most 9 are
-/// decimals.
+/// Appends a number rounded to a number of decimals, without trailing zeros ("46.5"); a value that
+/// rounds to zero is "0". [any]
+///
+/// Precondition: the rounded number has at most 18 digits, at most 9 of them decimals.
 void appendRounded(std::string& out, double value, int decimals);
 
-/// Appends a whole number in decimal digits. [any]
+/// Appends a number with exactly so many decimals ("46.50"; printf's "%.*f"). [any]
+///
+/// Precondition: the value is finite, and 0 <= decimals <= 100.
+void appendFixed(std::string& out, double value, int decimals);
+
+/// Appends an integer in decimal digits. [any]
 void appendInteger(std::string& out, std::int64_t value);
 
-/// Appends a whole number in at least `width` characters, filled up with zeros after the sign,
-/// which counts (printf's "%0*d"). [any]
+/// Appends an integer in at least `width` characters, padded with zeros after the sign; the sign
+/// counts (printf's "%0*d"). [any]
 void appendPadded(std::string& out, std::int64_t value, int width);
 
 } // namespace gps

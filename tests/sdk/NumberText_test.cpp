@@ -26,7 +26,7 @@ std::string appended(void (*append)(std::string&, Arguments...), Arguments... ar
     return text.substr(1);
 }
 
-TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
+TEST(NumberText, LeadingNumberReadsWhatATextBeginsWith)
 {
     const std::pair<std::string, double> rows[] = {
         {"0", 0},
@@ -73,7 +73,7 @@ TEST(NumberText, LeadingNumberTakesWhatATextBeginsWith)
     }
 }
 
-TEST(NumberText, WhatBeginsWithNoNumberHasNone)
+TEST(NumberText, ATextThatBeginsOtherwiseHasNoLeadingNumber)
 {
     for (const char* text :
          {"",   " ",   ".",   "-",    "+",   "-.",       "+-1", "--1",  "- 1",    "abc", ",5",
@@ -87,7 +87,7 @@ TEST(NumberText, AMinusBeforeZeroIsKept)
     EXPECT_FALSE(std::signbit(*leadingNumber("0")));
 }
 
-TEST(NumberText, TheShortWayReadsAsTheLongOne)
+TEST(NumberText, ShortNumbersAreReadAsTheStandardLibraryReadsThem)
 {
     std::mt19937_64 random{7};
     for (int i = 0; i < 200'000; ++i) {
@@ -98,6 +98,103 @@ TEST(NumberText, TheShortWayReadsAsTheLongOne)
         std::from_chars(text.data(), text.data() + text.size(), expected);
         ASSERT_EQ(leadingNumber(text), expected) << text;
     }
+}
+
+TEST(NumberText, WholeNumberReadsATextThatIsOneNumber)
+{
+    const std::pair<std::string, double> rows[] = {
+        {"0", 0},
+        {"+1", 1},
+        {"-46.5", -46.5},
+        {"5.", 5},
+        {".5", 0.5},
+        {"1e3", 1000},
+        {"1E+3", 1000},
+        {"1e-3", 0.001},
+        {"1.7976931348623157e308", kLargest},
+        {"-1.7976931348623157e308", -kLargest},
+        {"5e-324", std::numeric_limits<double>::denorm_min()},
+        {"1e-400", 0},
+        {"0.1234567890123456789", 0.1234567890123456789}};
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(wholeNumber(text), number) << text;
+    EXPECT_TRUE(std::signbit(*wholeNumber("-0")));
+    EXPECT_TRUE(std::signbit(*wholeNumber("-1e-400")));
+}
+
+TEST(NumberText, WholeNumberRejectsAnyOtherText)
+{
+    for (const char* text : {"",
+                             " ",
+                             "+",
+                             "-",
+                             ".",
+                             "-.",
+                             "1 ",
+                             " 1",
+                             "+-1",
+                             "--1",
+                             "1x",
+                             "1e",
+                             "1e+",
+                             "1,5",
+                             "0x10",
+                             "inf",
+                             "-inf",
+                             "nan",
+                             "NaN",
+                             "1.2.3",
+                             "1..2",
+                             "e5",
+                             "1e 5",
+                             "46.5N",
+                             "1e309",
+                             "-1e309",
+                             "1e99999999999999999999",
+                             "12345678901234567890x"})
+        EXPECT_EQ(wholeNumber(text), std::nullopt) << text;
+}
+
+TEST(NumberText, WholeIntegerReadsAnOptionalSignAndDigitsWithin64Bits)
+{
+    constexpr auto kMin = std::numeric_limits<std::int64_t>::min();
+    constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
+    const std::pair<std::string, std::int64_t> rows[] = {{"0", 0},
+                                                         {"-0", 0},
+                                                         {"+12", 12},
+                                                         {"-12", -12},
+                                                         {"0012", 12},
+                                                         {"9223372036854775807", kMax},
+                                                         {"+9223372036854775807", kMax},
+                                                         {"-9223372036854775808", kMin}};
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(wholeInteger(text), number) << text;
+    for (const char* text : {"", "+", "-", "+-1", "-+1", "++1", "--1", " 1", "1 ", "1x", "1.0",
+                             "0x1", "1e3", "9223372036854775808", "+9223372036854775808",
+                             "-9223372036854775809", "99999999999999999999999"})
+        EXPECT_EQ(wholeInteger(text), std::nullopt) << text;
+}
+
+TEST(NumberText, WholeUnsignedReadsDigitsWithin32Bits)
+{
+    const std::pair<std::string, std::uint32_t> rows[] = {
+        {"0", 0}, {"0012", 12}, {"4294967295", 4294967295U}};
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(wholeUnsigned(text), number) << text;
+    for (const char* text :
+         {"", "+1", "-0", "-1", " 1", "1 ", "1x", "1.0", "f", "4294967296", "99999999999999999999"})
+        EXPECT_EQ(wholeUnsigned(text), std::nullopt) << text;
+}
+
+TEST(NumberText, HexIntegerReadsHexadecimalDigitsWithin32Bits)
+{
+    const std::pair<std::string, std::uint32_t> rows[] = {
+        {"0", 0},     {"067b", 0x067B},          {"067B", 0x067B},
+        {"fF", 0xFF}, {"ffffffff", 0xFFFFFFFFU}, {"00ffffffff", 0xFFFFFFFFU}};
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(hexInteger(text), number) << text;
+    for (const char* text : {"", "+1", "-1", " 1", "1 ", "g", "1g", "0x1", "100000000"})
+        EXPECT_EQ(hexInteger(text), std::nullopt) << text;
 }
 
 TEST(NumberText, LeadingInt32SaturatesAtItsBounds)
@@ -216,6 +313,22 @@ TEST(NumberText, ARoundedNumberHasNoZerosAtItsEnd)
     EXPECT_EQ(rounded(10, 0), "10");
     EXPECT_EQ(rounded(999999999.999999999, 9), "1000000000");
     EXPECT_EQ(rounded(-0.0, 3), "0");
+}
+
+TEST(NumberText, AFixedNumberHasExactlySoManyDecimals)
+{
+    const auto fixed = [](double value, int decimals) {
+        std::string text;
+        appendFixed(text, value, decimals);
+        return text;
+    };
+    EXPECT_EQ(fixed(0, 2), "0.00");
+    EXPECT_EQ(fixed(46.5, 2), "46.50");
+    EXPECT_EQ(fixed(-46.456, 2), "-46.46");
+    EXPECT_EQ(fixed(0.994999, 2), "0.99");
+    EXPECT_EQ(fixed(0.995001, 2), "1.00");
+    EXPECT_EQ(fixed(2.4, 0), "2");
+    EXPECT_EQ(fixed(-kLargest, 100).size(), 1 + 309 + 1 + 100U);
 }
 
 TEST(NumberText, IntegersArePaddedAsPrintfDoes)

@@ -5,11 +5,12 @@
 #include "Damage.h"
 #include "Receiver.h"
 
+#include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdint>
 #include <utility>
 
 namespace simulator {
@@ -42,13 +43,9 @@ bool isBaud(Step step)
 // The speed that a BAUD command asks for; 0 where the receiver has no such speed.
 int askedSpeed(std::string_view body)
 {
-    const auto number = body.substr(kBaudPrefix.size());
-    int speed = 0;
-    const auto [end, failure] =
-        std::from_chars(number.data(), number.data() + number.size(), speed);
-    return failure == std::errc{} && end == number.data() + number.size() && isLineSpeed(speed)
-               ? speed
-               : 0;
+    const auto number = gps::wholeUnsigned(body.substr(kBaudPrefix.size()));
+    const int speed = gps::saturatedInt32(std::int64_t{number.value_or(0)});
+    return isLineSpeed(speed) ? speed : 0;
 }
 
 Outgoing outgoing(const std::string& body, const Fault* fault, Clock::time_point earliest)

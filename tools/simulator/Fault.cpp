@@ -2,8 +2,10 @@
 
 #include "Fault.h"
 
+#include <gps/NumberText.h>
+
 #include <algorithm>
-#include <charconv>
+#include <limits>
 
 namespace simulator {
 namespace {
@@ -26,10 +28,10 @@ template <typename Table, typename Value> std::string nameOf(const Table& table,
 
 std::optional<int> numberOf(std::string_view text)
 {
-    int number = 0;
-    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool whole = failure == std::errc{} && end == text.data() + text.size();
-    return whole && number >= 0 ? std::optional{number} : std::nullopt;
+    const auto number = gps::wholeUnsigned(text);
+    return number && *number <= std::numeric_limits<int>::max()
+               ? std::optional{static_cast<int>(*number)}
+               : std::nullopt;
 }
 
 // The text up to the next ":", which goes too.

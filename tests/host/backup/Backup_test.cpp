@@ -202,6 +202,42 @@ TEST_F(Backup, PlaceAmongTheDataIsRefused)
     EXPECT_FALSE(fs::exists(device_.path("Points/kept")));
 }
 
+TEST_F(Backup, FolderInsideTheDataWhoseNameBeginsWithTwoPointsIsRefused)
+{
+    EXPECT_TRUE(host::makeBackup({device_.path("Points/..kept")}, source(), made_, skipped_));
+}
+
+TEST_F(Backup, DataFolderWhoseNameBeginsWithTwoPointsIsCopied)
+{
+    device_.put("..pois/a", "one");
+    const host::DataFolders from{device_.path(), "42", {device_.path("..pois")}};
+    ASSERT_FALSE(host::makeBackup({kept_.path("kept")}, from, made_, skipped_));
+    EXPECT_EQ(readMade("..pois/a"), "one");
+    host::Manifest manifest;
+    ASSERT_FALSE(host::readManifest(made_.path, manifest));
+    EXPECT_THAT(manifest.folders, ElementsAre("..pois"));
+}
+
+TEST_F(Backup, DataFolderOutsideTheDeviceIsRefused)
+{
+    const host::DataFolders from{device_.path("Points"), "42", {device_.path("Other")}};
+    EXPECT_TRUE(host::makeBackup({kept_.path("kept")}, from, made_, skipped_));
+}
+
+TEST_F(Backup, ManifestWhosePathsLeadOutOfTheDeviceIsRejected)
+{
+    const auto isRead = [this](const std::string& path) {
+        kept_.put("forged/manifest.json", R"({"folders":[")" + path + R"("],"files":[{"path":")" +
+                                              path + R"(","size":1,"hash":""}]})");
+        host::Manifest manifest;
+        return !host::readManifest(kept_.path("forged"), manifest);
+    };
+    for (const char* path : {"a", "..a", "a/..b", "%2E%2Ea", "%", "%4", "%4g"})
+        EXPECT_TRUE(isRead(path)) << path;
+    for (const char* path : {"", "..", "../a", "a/..", "/a", "%2e%2E", "%2Fa", "a%00"})
+        EXPECT_FALSE(isRead(path)) << path;
+}
+
 TEST_F(Backup, PlaceThatIsAFileIsRefused)
 {
     kept_.put("kept", "x");

@@ -101,13 +101,6 @@ TEST(XmlText, LinesAreCountedFromOne)
     EXPECT_EQ(host::lineAt("a\nb\n", 99), 3U);
 }
 
-TEST(XmlText, OuterSpaceGoesAndInnerStays)
-{
-    EXPECT_EQ(host::withoutOuterSpace(" \t\r\na b\n "), "a b");
-    EXPECT_EQ(host::withoutOuterSpace(" \n "), "");
-    EXPECT_EQ(host::withoutOuterSpace(""), "");
-}
-
 TEST(XmlText, TextIsEscaped)
 {
     EXPECT_EQ(xml("<a & \"b\">'"), "&lt;a &amp; &quot;b&quot;&gt;'");

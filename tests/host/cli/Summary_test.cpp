@@ -29,7 +29,7 @@ TEST(Summary, HasARowForEachCollectionAndTheTotals)
         return gps::GPSPoint{latitude, 0, 0, time, 0};
     };
     EXPECT_EQ(summaryOf({wayPoint({}, {{"name", "A"}}), wayPoint({}, {{"name", "B"}}),
-                         wayPoint({}, {{"terrain", "1"}}), newRoute({{"name", "Loop"}}),
+                         wayPoint({}, {{"symbol", "Geocache"}}), newRoute({{"name", "Loop"}}),
                          wayPoint(degree(0, 0)), wayPoint(degree(1, 0)),
                          newTrack({{"name", "Day"}}), trackPoint(degree(0, 1717236060)),
                          trackPoint(degree(1, 1717236000)), trackPoint(degree(2, 0))}),

@@ -76,14 +76,17 @@ TEST(GeoJsonWriter, EveryFieldOfARecordIsAPropertyButForItsPlace)
 {
     const auto features = featuresOf({wayPoint({}, {{"name", "C"},
                                                     {"comment", ""},
+                                                    {"symbol", "Geocache"},
                                                     {"datePlaced", "010208"},
                                                     {"difficulty", "1.5"},
                                                     {"count", 3},
                                                     {"open", true},
                                                     {"list", gps::Array{1, "x"}},
                                                     {"point", gps::GPSPoint{}}})});
-    EXPECT_EQ(features[0]["properties"],
-              json::parse(R"({"kind":"geocache","name":"C","comment":"","datePlaced":"010208",
+    EXPECT_EQ(
+        features[0]["properties"],
+        json::parse(
+            R"({"kind":"geocache","name":"C","comment":"","symbol":"Geocache","datePlaced":"010208",
         "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
 

@@ -67,13 +67,4 @@ TEST(GeocacheXml, DateTextsAreReadWhereTheyAreDates)
         EXPECT_EQ(host::dateTimeOf(text), text);
 }
 
-TEST(GeocacheXml, GeocacheIsKnownByItsKeys)
-{
-    for (const char* key :
-         {"geocacheOwner", "geocacheAnything", "difficulty", "terrain", "datePlaced", "dateFound"})
-        EXPECT_TRUE(host::isGeocache({{"name", "A"}, {key, ""}})) << key;
-    for (const char* key : {"name", "symbol", "comment", "Geocache", "difficultyX"})
-        EXPECT_FALSE(host::isGeocache({{key, "Geocache"}})) << key;
-}
-
 } // namespace

@@ -181,8 +181,10 @@ TEST(HtmlWriter, NoTextCanBeMarkupOrScript)
     const std::string hostile = "</script><script>alert(1)</script><!--&amp;\"\\\xE2\x80\xA8'";
     const auto text = dataTextOf(
         {wayPoint({}, {{"name", hostile}, {"comment", hostile}, {"symbol", hostile}}),
-         wayPoint({},
-                  {{"geocacheOwner", hostile}, {"geocacheHint", hostile}, {"dateFound", hostile}}),
+         wayPoint({}, {{"symbol", "Geocache"},
+                       {"geocacheOwner", hostile},
+                       {"geocacheHint", hostile},
+                       {"dateFound", hostile}}),
          newRoute({{"name", hostile}, {"comment", hostile}}), newTrack({{"name", hostile}})});
     for (const char* part : {"<", ">", "&", "\xE2\x80\xA8"})
         EXPECT_THAT(text, Not(HasSubstr(part))) << part;

@@ -97,7 +97,8 @@ TEST(KmlWriter, MarkupIsShownAsTextAlsoWhereADescriptionIsTakenForHtml)
 
 TEST(KmlWriter, EveryFieldOfARecordIsDataButForItsPlace)
 {
-    const auto body = bodyOf({wayPoint({}, {{"terrain", "2"},
+    const auto body = bodyOf({wayPoint({}, {{"symbol", "Geocache"},
+                                            {"terrain", "2"},
                                             {"count", 3},
                                             {"list", gps::Array{1, "x"}},
                                             {"a\"b", true},
@@ -105,7 +106,8 @@ TEST(KmlWriter, EveryFieldOfARecordIsDataButForItsPlace)
     EXPECT_THAT(
         body,
         HasSubstr("<Folder><name>Geocaches</name>\n<Placemark><styleUrl>#geocache</styleUrl>"
-                  "<ExtendedData><Data name=\"terrain\"><value>2</value></Data><Data "
+                  "<ExtendedData><Data name=\"symbol\"><value>Geocache</value></Data><Data "
+                  "name=\"terrain\"><value>2</value></Data><Data "
                   "name=\"count\"><value>3</value></Data>"
                   "<Data name=\"list\"><value>[1,&quot;x&quot;]</value></Data>"
                   "<Data name=\"a&quot;b\"><value>true</value></Data></ExtendedData><Point>"));
@@ -209,8 +211,9 @@ TEST(KmlWriter, EachKindHasOneFolderThoughFilesBringThemMixed)
     ASSERT_TRUE(document.load_string(
         kmlOf({wayPoint({}, {{"name", "W1"}}), newRoute({{"name", "R1"}}),
                wayPoint({}, {{"name", "RP"}}), newTrack({{"name", "T1"}}), trackPoint({}), idle,
-               wayPoint({}, {{"name", "C1"}, {"terrain", "1"}}), wayPoint({}, {{"name", "W2"}}),
-               newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}})})
+               wayPoint({}, {{"name", "C1"}, {"symbol", "Geocache"}}),
+               wayPoint({}, {{"name", "W2"}}), newTrack({{"name", "T2"}}),
+               newRoute({{"name", "R2"}})})
             .text.c_str()));
     const auto root = document.child("kml").child("Document");
     EXPECT_THAT(namesOf(root, "Folder"), ElementsAre("Tracks", "Routes", "Waypoints", "Geocaches"));

@@ -41,7 +41,7 @@ inline host::Event place(const char* name, double latitude = 46)
 }
 inline host::Event cache(const char* name)
 {
-    return reportOf(host::EventKind::kWayPoint, {{"name", name}, {"geocacheType", "Traditional"}},
+    return reportOf(host::EventKind::kWayPoint, {{"name", name}, {"symbol", "Geocache"}},
                     {46, 7, 0, 0, 0});
 }
 inline host::Event endOfTransfer()

@@ -312,38 +312,6 @@ TEST(FileManager, ErrorsNameTheFileAndNotItsFolders)
               nullptr);
 }
 
-TEST(FileManager, JoinsPathsWithOneSlash)
-{
-    struct Row {
-        const char* folder;
-        const char* name;
-        const char* path;
-    };
-    for (const auto& [folder, name, path] : std::vector<Row>{{"/a", "b", "/a/b"},
-                                                             {"/a/", "b", "/a/b"},
-                                                             {"/a//", "//b", "/a/b"},
-                                                             {"/a", "/b/c", "/a/b/c"},
-                                                             {"/", "b", "/b"},
-                                                             {"//", "/b", "/b"},
-                                                             {"", "b", "b"},
-                                                             {"/a", "", "/a"},
-                                                             {"a", "b/", "a/b/"}})
-        EXPECT_EQ(joinPath(folder, name), path);
-}
-
-TEST(FileManager, AnExtensionIsWhatFollowsTheLastPointOfTheLastComponent)
-{
-    const std::pair<const char*, const char*> rows[] = {
-        {"a.log", "log"},   {"/a/b.c/TKLG001.log", "log"},
-        {"a.tar.gz", "gz"}, {"A.LOG", "LOG"},
-        {"a.log//", "log"}, {".log", "log"},
-        {"a", ""},          {"a.", ""},
-        {"/a.b/c", ""},     {"", ""},
-        {"/", ""},          {"//", ""}};
-    for (const auto& [path, extension] : rows)
-        EXPECT_EQ(pathExtension(path), extension) << path;
-}
-
 TEST(WriteObstacle, IsNoneForANewAndForAPresentFile)
 {
     const TemporaryFolder folder;
