@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A backup is filled under a hidden name, and renamed when it is complete. Whatever fails before
+// that leaves the older backups as they are.
 
 #include "host/backup/Backup.h"
 
@@ -10,6 +12,7 @@
 
 #include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/OpenFile.h>
 #include <platform/System/Paths.h>
 
 #include <algorithm>
@@ -22,38 +25,31 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kUnfinished[] =
-    ".unfinished"; // one a device: what a killed run leaves, the next one sweeps up
+// One name for each device, so that the next run removes what a killed one left.
+constexpr char kUnfinished[] = ".unfinished";
 
-// Keeps others from making a backup of the same device meanwhile.
+// Keeps other processes from making a backup of the same device at the same time.
 class FolderLock {
 public:
-    explicit FolderLock(const std::string& folder)
-        : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    FolderLock(gps::FileSystem& files, const std::string& folder)
+        : files_(files), file_(files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY))
     {}
-    ~FolderLock()
-    {
-        if (file_ >= 0)
-            ::close(file_);
-    }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
 
-    // A file system without locks lets everybody in.
-    [[nodiscard]] bool isRefused() const
+    // False if the file system has no locks: better an unlocked backup than none.
+    [[nodiscard]] bool isHeldByAnother() const
     {
-        return ::flock(file_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        return files_.flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     }
 
 private:
-    int file_;
+    gps::FileSystem& files_;
+    gps::OpenFile file_;
 };
 
 std::string deviceFolder(const std::string& folder, std::string_view identifier)
@@ -61,41 +57,138 @@ std::string deviceFolder(const std::string& folder, std::string_view identifier)
     return gps::joinPath(folder, nameOfDevice(identifier));
 }
 
-// What backups are sorted by: the time, and the number behind it.
+// The names in a folder, without those inside its folders.
+std::vector<std::string> namesIn(const std::string& folder, gps::FileSystem& files)
+{
+    std::vector<std::string> names;
+    auto entries = gps::FileManager{&files}.enumerator(folder);
+    while (const auto entry = entries.next()) {
+        names.push_back(entry->relativePath);
+        entries.skipDescendants();
+    }
+    return names;
+}
+
+// The order of backups by age: the time, then the number after it.
 std::pair<std::string, std::int64_t> orderOf(const std::string& name)
 {
     const auto hyphen = name.find('-');
     if (hyphen == std::string::npos)
         return {name, 0};
-    return {name.substr(0, hyphen), gps::wholeUnsigned(name.substr(hyphen + 1)).value_or(0)};
+    return {name.substr(0, hyphen),
+            gps::wholeUnsigned(std::string_view{name}.substr(hyphen + 1)).value_or(0)};
 }
 
-// Behind every other name of this second: one that was free because its backup is gone would count
-// as older.
-std::string newPath(const std::string& folder)
+// A name that sorts after all others of this second. A lower number, free because its backup was
+// deleted, would make the new backup look older than it is.
+std::string newName(const std::string& folder, gps::FileSystem& files)
 {
     const auto time = nameOfNow();
-    std::int64_t number = -1;
-    std::error_code error;
-    for (fs::directory_iterator at{folder, error}, end; !error && at != end; at.increment(error)) {
-        const auto [otherTime, otherNumber] = orderOf(at->path().filename().string());
+    std::int64_t last = -1;
+    for (const auto& name : namesIn(folder, files)) {
+        const auto [otherTime, number] = orderOf(name);
         if (otherTime == time)
-            number = std::max(number, otherNumber);
+            last = std::max(last, number);
     }
-    return gps::joinPath(folder, number < 0 ? time : time + '-' + std::to_string(number + 1));
+    return last < 0 ? time : time + '-' + std::to_string(last + 1);
 }
 
-// Copies one file and reads the copy back.
-std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
-                                   BackedUpFile& file)
+// Fills one backup's folder before it has its name.
+class BackupCopier {
+public:
+    BackupCopier(const DataFolders& source, std::string folder, std::vector<std::string>& skipped,
+                 gps::FileSystem& files)
+        : source_(source), folder_(std::move(folder)), skipped_(skipped), files_(files)
+    {}
+
+    [[nodiscard]] std::optional<gps::Error> copyAll();
+
+private:
+    [[nodiscard]] std::optional<gps::Error> copyFolder(const std::string& folder);
+    [[nodiscard]] std::optional<gps::Error> copyEntry(const gps::FolderEntry& entry,
+                                                      const std::string& folder,
+                                                      const std::string& relative);
+    [[nodiscard]] std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
+                                                     BackedUpFile& file);
+    [[nodiscard]] std::string target(const std::string& relative) const
+    {
+        return gps::joinPath(gps::joinPath(folder_, kFilesName), relative);
+    }
+
+    const DataFolders& source_;
+    std::string folder_;
+    std::vector<std::string>& skipped_;
+    gps::FileSystem& files_;
+    Manifest manifest_{};
+};
+
+std::optional<gps::Error> BackupCopier::copyAll()
 {
-    std::string bytes;
-    if (auto failure = gps::FileManager{}.readFile(from, bytes))
+    manifest_.device = source_.device;
+    if (auto failure = makeFolders(target({}), files_))
         return failure;
-    if (auto failure = writeFile(to, bytes))
+    for (const auto& folder : source_.folders) {
+        if (auto failure = copyFolder(folder))
+            return failure;
+    }
+    return writeFile(gps::joinPath(folder_, kManifestName), manifestText(manifest_), files_);
+}
+
+std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
+{
+    const auto relative = fs::path{folder}.lexically_relative(source_.device).string();
+    if (!gps::staysInside(relative))
+        return hostError("A data folder is not on the device",
+                         "Keep a copy yourself, and send with --no-backup", folder);
+    manifest_.folders.push_back(relative);
+    if (auto failure = makeFolders(target(relative), files_))
+        return failure;
+    auto entries = gps::FileManager{&files_}.enumerator(folder);
+    while (const auto entry = entries.next()) {
+        if (auto failure = copyEntry(*entry, folder, relative))
+            return failure;
+    }
+    // Files that were not listed would be missing in the backup, and nobody would know.
+    if (const int failure = entries.failure())
+        return systemError("A data folder cannot be read", "Check the receiver, and try again",
+                           folder, failure);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
+                                                  const std::string& folder,
+                                                  const std::string& relative)
+{
+    BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
+    if (entry.isFolder)
+        return makeFolders(target(file.path), files_);
+    const auto from = gps::joinPath(folder, entry.relativePath);
+    struct stat status;
+    const int code = files_.stat(from.c_str(), &status) == 0 ? 0 : errno;
+    if (code != 0 && code != ENOENT && code != ELOOP) // those two: a link that leads nowhere
+        return systemError("A file cannot be read", "Check the receiver, and try again", from,
+                           code);
+    if (code != 0 || !S_ISREG(status.st_mode)) {
+        skipped_.push_back(from);
+        return std::nullopt;
+    }
+    if (auto failure = copyFile(from, target(file.path), file))
+        return failure;
+    manifest_.files.push_back(std::move(file));
+    return std::nullopt;
+}
+
+std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const std::string& to,
+                                                 BackedUpFile& file)
+{
+    const gps::FileManager manager{&files_};
+    std::string bytes;
+    if (auto failure = manager.readFile(from, bytes))
+        return failure;
+    if (auto failure = writeFile(to, bytes, files_))
         return failure;
     std::string copy;
-    if (auto failure = gps::FileManager{}.readFile(to, copy))
+    if (auto failure = manager.readFile(to, copy))
         return failure;
     if (copy != bytes)
         return hostError("A copy differs from its file", "Check the disk that keeps the backups",
@@ -105,105 +198,38 @@ std::optional<gps::Error> copyFile(const std::string& from, const std::string& t
     return std::nullopt;
 }
 
-// One copying of data folders into a folder that is not yet a backup.
-struct Copying {
-    const std::string& device;
-    std::string to;
-    Manifest manifest;
-    std::vector<std::string>& skipped;
-
-    std::optional<gps::Error> copyFolder(const std::string& folder);
-    std::optional<gps::Error> copyEntry(const gps::FolderEntry& entry, const std::string& folder,
-                                        const std::string& relative);
-};
-
-std::optional<gps::Error> Copying::copyFolder(const std::string& folder)
+Backup describe(const std::string& path, const std::string& name, const Manifest& manifest)
 {
-    const auto relative = fs::path{folder}.lexically_relative(device).string();
-    if (!gps::staysInside(relative))
-        return hostError("A data folder does not lie on the device",
-                         "Send with --no-backup, and keep a copy yourself", folder);
-    manifest.folders.push_back(relative);
-    if (auto failure = makeFolders(gps::joinPath(to, relative)))
-        return failure;
-    auto entries = gps::FileManager{}.enumerator(folder);
-    while (const auto entry = entries.next()) {
-        if (auto failure = copyEntry(*entry, folder, relative))
-            return failure;
-    }
-    return std::nullopt;
-}
-
-std::optional<gps::Error> Copying::copyEntry(const gps::FolderEntry& entry,
-                                             const std::string& folder, const std::string& relative)
-{
-    BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
-    if (entry.isFolder)
-        return makeFolders(gps::joinPath(to, file.path));
-    const auto from = gps::joinPath(folder, entry.relativePath);
-    std::error_code ignored;
-    if (!fs::is_regular_file(from, ignored)) {
-        skipped.push_back(from);
-        return std::nullopt;
-    }
-    if (auto failure = copyFile(from, gps::joinPath(to, file.path), file))
-        return failure;
-    manifest.files.push_back(std::move(file));
-    return std::nullopt;
-}
-
-std::optional<gps::Error> fill(const std::string& unfinished, const DataFolders& source,
-                               std::vector<std::string>& skipped)
-{
-    Copying copying{
-        source.device, gps::joinPath(unfinished, kFilesName), {source.device, {}}, skipped};
-    if (auto failure = makeFolders(copying.to))
-        return failure;
-    for (const auto& folder : source.folders) {
-        if (auto failure = copying.copyFolder(folder))
-            return failure;
-    }
-    return writeFile(gps::joinPath(unfinished, kManifestName), manifestText(copying.manifest));
-}
-
-std::optional<gps::Error> giveName(const std::string& unfinished, const std::string& path)
-{
-    if (::rename(unfinished.c_str(), path.c_str()) != 0)
-        return systemError("The backup cannot be given its name",
-                           "Choose another place with --backup", path, errno);
-    flushFolder(fs::path{path}.parent_path().string());
-    return std::nullopt;
-}
-
-Backup described(const std::string& path)
-{
-    Backup backup{.path = path, .name = fs::path{path}.filename().string()};
-    Manifest manifest;
-    (void)readManifest(path, manifest);
-    backup.files = manifest.files.size();
+    Backup backup{.path = path, .name = name, .files = manifest.files.size()};
     for (const auto& file : manifest.files)
         backup.bytes += file.size;
     return backup;
 }
 
-void prune(const Keeping& keeping, const std::string& identifier)
+bool isSame(const std::string& a, const std::string& b, gps::FileSystem& files)
 {
+    struct stat first;
+    struct stat second;
+    return files.stat(a.c_str(), &first) == 0 && files.stat(b.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+void deleteOldest(const BackupPolicy& policy, const std::string& identifier, gps::FileSystem& files)
+{
+    const auto folder = deviceFolder(policy.folder, identifier);
     std::size_t kept = 0;
-    for (const auto& backup : listBackups(keeping.folder, identifier)) {
-        std::error_code ignored;
-        const bool isSpared =
-            !keeping.spared.empty() && fs::equivalent(backup.path, keeping.spared, ignored);
-        if (kept++ < keeping.most || isSpared)
+    for (const auto& backup : listBackups(policy.folder, identifier, files)) {
+        const bool isProtected =
+            !policy.protectedPath.empty() && isSame(backup.path, policy.protectedPath, files);
+        if (kept++ < policy.count || isProtected)
             continue;
-        // Renamed first, so that a run killed here leaves none that looks whole.
-        const auto unfinished =
-            gps::joinPath(fs::path{backup.path}.parent_path().string(), kUnfinished);
-        if (::rename(backup.path.c_str(), unfinished.c_str()) == 0)
-            (void)gps::FileManager{}.removeItem(unfinished);
+        // Renamed first, so that a run killed here does not leave a damaged backup in the list.
+        if (renameInFolder(files, folder, backup.name, kUnfinished) == 0)
+            (void)gps::FileManager{&files}.removeItem(gps::joinPath(folder, kUnfinished));
     }
 }
 
-bool liesInside(const std::string& path, const std::vector<std::string>& folders)
+bool isInsideAny(const std::string& path, const std::vector<std::string>& folders)
 {
     std::error_code ignored;
     const auto real = fs::weakly_canonical(path, ignored);
@@ -213,52 +239,70 @@ bool liesInside(const std::string& path, const std::vector<std::string>& folders
     });
 }
 
+// Fills the backup and gives it its name.
+std::optional<gps::Error> create(const DataFolders& source, const std::string& folder,
+                                 const std::string& name, std::vector<std::string>& skipped,
+                                 gps::FileSystem& files)
+{
+    const auto unfinished = gps::joinPath(folder, kUnfinished);
+    (void)gps::FileManager{&files}.removeItem(unfinished);
+    auto failure = BackupCopier{source, unfinished, skipped, files}.copyAll();
+    if (!failure) {
+        if (const int code = renameInFolder(files, folder, kUnfinished, name))
+            failure = systemError("The backup cannot be given its name",
+                                  "Choose another folder with --backup",
+                                  gps::joinPath(folder, name), code);
+    }
+    if (failure)
+        (void)gps::FileManager{&files}.removeItem(unfinished);
+    return failure;
+}
+
 } // namespace
 
-std::optional<std::string> usualBackupFolder()
+std::optional<std::string> defaultBackupFolder()
 {
     const auto state = stateFolder();
     return state ? std::optional{gps::joinPath(*state, "backups")} : std::nullopt;
 }
 
-std::optional<gps::Error> makeBackup(const Keeping& keeping, const DataFolders& source,
-                                     Backup& made, std::vector<std::string>& skipped)
+std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolders& source,
+                                     Backup& made, std::vector<std::string>& skipped,
+                                     gps::FileSystem& files)
 {
-    const auto mine = deviceFolder(keeping.folder, source.identifier);
-    if (liesInside(keeping.folder, source.folders))
-        return hostError("The backups would lie among the files that they copy",
-                         "Choose another place with --backup", keeping.folder);
-    if (auto failure = makeFolders(mine))
+    const auto folder = deviceFolder(policy.folder, source.identifier);
+    if (isInsideAny(policy.folder, source.folders))
+        return hostError("The backup would be inside a folder that it copies",
+                         "Choose another folder with --backup", policy.folder);
+    if (auto failure = makeFolders(folder, files))
         return failure;
-    const FolderLock lock{mine};
-    if (lock.isRefused())
-        return hostError("Another backup of this device is being made",
-                         "Wait for its end, and try again", mine);
+    const FolderLock lock{files, folder};
+    if (lock.isHeldByAnother())
+        return hostError("Another program is making a backup of this device",
+                         "Wait until it has finished, and try again", folder);
 
-    const auto unfinished = gps::joinPath(mine, kUnfinished);
-    (void)gps::FileManager{}.removeItem(unfinished);
-    const auto path = newPath(mine);
-    auto failure = fill(unfinished, source, skipped);
-    if (!failure)
-        failure = giveName(unfinished, path);
-    if (failure) {
-        (void)gps::FileManager{}.removeItem(unfinished);
+    const auto name = newName(folder, files);
+    const auto path = gps::joinPath(folder, name);
+    if (auto failure = create(source, folder, name, skipped, files))
         return failure;
-    }
-    made = described(path);
-    prune(keeping, source.identifier);
+    Manifest manifest;
+    if (auto failure = readManifest(path, manifest, files))
+        return failure;
+    made = describe(path, name, manifest);
+    deleteOldest(policy, source.identifier, files);
     return std::nullopt;
 }
 
-std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier)
+std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier,
+                                gps::FileSystem& files)
 {
     std::vector<Backup> backups;
-    std::error_code error;
-    for (fs::directory_iterator at{deviceFolder(folder, identifier), error}, end;
-         !error && at != end; at.increment(error)) {
+    const auto parent = deviceFolder(folder, identifier);
+    for (const auto& name : namesIn(parent, files)) {
+        const auto path = gps::joinPath(parent, name);
         Manifest manifest;
-        if (at->path().filename() != kUnfinished && !readManifest(at->path().string(), manifest))
-            backups.push_back(described(at->path().string()));
+        if (name != kUnfinished && !readManifest(path, manifest, files))
+            backups.push_back(describe(path, name, manifest));
     }
     std::sort(backups.begin(), backups.end(),
               [](const Backup& a, const Backup& b) { return orderOf(a.name) > orderOf(b.name); });

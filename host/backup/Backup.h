@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Backups: copies of a device's data folders, made before a send and put back on wish. [host
-// thread]
+// Backups: copies of a device's data folders. `send` makes one before it writes, and `restore`
+// lists them and puts one back. [host thread]
 //
-// A backup is a folder FOLDER/IDENTIFIER/YYYYMMDDTHHMMSSZ, in UTC, with "-1" and so on behind
-// further ones of one second. It holds a manifest and, under "files", the data folders at their
-// places on the device.
+// A backup is the folder FOLDER/IDENTIFIER/YYYYMMDDTHHMMSSZ, in UTC; further backups within the
+// same second end in "-1" and so on. It holds a manifest and the folder "files", in which every
+// file has the path that it has on the device.
 
 #pragma once
 
 #include <gps/Error.h>
+#include <platform/System/FileSystem.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -19,44 +20,47 @@
 namespace host {
 
 /// Where backups are kept, and how many.
-struct Keeping {
-    static constexpr std::size_t kUsually = 10;
+struct BackupPolicy {
+    static constexpr std::size_t kDefaultCount = 10;
 
-    std::string folder;          ///< all of them; made where it is missing
-    std::size_t most = kUsually; ///< of a device, at least one; older ones go when a new one stands
-    std::string spared{};        ///< the path of one that does not go; may be empty
+    std::string folder;                ///< of the backups of all devices; created if missing
+    std::size_t count = kDefaultCount; ///< of each device, at least 1; older ones are deleted
+    std::string protectedPath{};       ///< a backup that is never deleted; may be empty
 };
 
 /// What is copied.
 struct DataFolders {
-    std::string device;               ///< where the device is
-    std::string identifier;           ///< its own; may be empty
-    std::vector<std::string> folders; ///< whole paths, below the device
+    std::string device;               ///< the folder where the device is mounted
+    std::string identifier;           ///< the device's own; may be empty
+    std::vector<std::string> folders; ///< absolute paths, inside the device's folder
 };
 
-/// One backup.
 struct Backup {
     std::string path;
-    std::string name; ///< its time, as its folder is called
+    std::string name; ///< of its folder, which is its time
     std::size_t files = 0;
     std::uint64_t bytes = 0;
 };
 
-/// Where a user's backups are kept: below $XDG_STATE_HOME, or else ~/.local/state; none without a
-/// home.
-[[nodiscard]] std::optional<std::string> usualBackupFolder();
+/// Where backups are kept by default, in the user's state folder.
+/// @return  nullopt if the user has no home folder
+[[nodiscard]] std::optional<std::string> defaultBackupFolder();
 
-/// Copies the data folders and reads every copy back. The backup gets its name when it is whole and
-/// on the medium; then the oldest ones beyond the kept number go.
+/// Copies the data folders and compares every copy with its original. The backup gets its name
+/// after everything is on the medium. Then the oldest backups beyond the policy's count are
+/// deleted.
 /// @param made     out: the new backup
-/// @param skipped  gets what is neither a file nor a folder, and so is not in it
-/// @return         why there is no new backup; nothing older has changed then
-[[nodiscard]] std::optional<gps::Error> makeBackup(const Keeping& keeping,
-                                                   const DataFolders& source, Backup& made,
-                                                   std::vector<std::string>& skipped);
+/// @param skipped  the paths of entries that are neither files nor folders, and so were not copied,
+///                 are added
+/// @return         why there is no new backup, or why it may not survive a power cut. Older backups
+///                 are untouched then
+[[nodiscard]] std::optional<gps::Error>
+makeBackup(const BackupPolicy& policy, const DataFolders& source, Backup& made,
+           std::vector<std::string>& skipped, gps::FileSystem& files = gps::FileSystem::system());
 
-/// A device's whole backups, the newest first.
+/// A device's complete backups, the newest first.
 [[nodiscard]] std::vector<Backup> listBackups(const std::string& folder,
-                                              const std::string& identifier);
+                                              const std::string& identifier,
+                                              gps::FileSystem& files = gps::FileSystem::system());
 
 } // namespace host

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+// A file name can be any bytes, but a JSON string cannot. Bytes other than plain ASCII are stored
+// as
+// "%" and two hexadecimal digits.
 
 #include "host/backup/Manifest.h"
 
@@ -17,9 +20,10 @@ namespace {
 
 constexpr char kDigits[] = "0123456789abcdef";
 
-gps::Error noManifest(const std::string& folder)
+gps::Error notABackup(const std::string& folder)
 {
-    return hostError("This is no whole backup", "See what \"magellangps restore\" lists", folder);
+    return hostError("This folder is not a complete backup",
+                     "Choose one of those that \"magellangps restore\" lists", folder);
 }
 
 // A backup is written with relative paths. Any other manifest is damaged or forged.
@@ -33,8 +37,6 @@ bool isPlain(char c) noexcept
     return c >= ' ' && c <= '~' && c != '%';
 }
 
-// A file's name is any bytes, a JSON string is not: the others are written as "%" and two
-// hexadecimal digits.
 std::string encoded(std::string_view path)
 {
     std::string text;
@@ -113,15 +115,16 @@ std::string manifestText(const Manifest& manifest)
     return text + '\n';
 }
 
-std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest)
+std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest,
+                                       gps::FileSystem& files)
 {
     std::string text;
-    if (gps::FileManager{}.readFile(gps::joinPath(folder, kManifestName), text))
-        return noManifest(folder);
+    if (gps::FileManager{&files}.readFile(gps::joinPath(folder, kManifestName), text))
+        return notABackup(folder);
     const auto json = readJsonObject(text);
     Manifest read;
     if (!json || !readFolders(*json, read) || !readFiles(*json, read))
-        return noManifest(folder);
+        return notABackup(folder);
     if (const auto* const device = json->findString("device"))
         read.device = *device;
     manifest = std::move(read);

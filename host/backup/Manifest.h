@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Manifest: what a backup holds, as a JSON file beside its files. Stateless: [any] thread.
+// Manifest: the list of a backup's files, stored beside them as JSON. Used by Backup and Restore.
+// Stateless. [any]
 
 #pragma once
 
 #include <gps/Error.h>
+#include <platform/System/FileSystem.h>
 
 #include <cstdint>
 #include <optional>
@@ -13,27 +15,30 @@
 
 namespace host {
 
-/// One file of a backup.
 struct BackedUpFile {
-    std::string path; ///< from the device's place
+    std::string path; ///< relative to the device's folder
     std::uint64_t size = 0;
-    std::string hash; ///< as `hashOf` gives it
+    std::string hash; ///< by hashOf
 };
 
 struct Manifest {
-    std::string device;               ///< where the device was
-    std::vector<std::string> folders; ///< from the device's place
+    std::string device;               ///< the folder where the device was mounted
+    std::vector<std::string> folders; ///< relative to the device's folder
     std::vector<BackedUpFile> files{};
 };
 
 inline constexpr char kManifestName[] = "manifest.json";
-inline constexpr char kFilesName[] = "files"; ///< the folder with the files
+inline constexpr char kFilesName[] = "files"; ///< the folder that contains the files
 
+/// The manifest file's content.
 [[nodiscard]] std::string manifestText(const Manifest& manifest);
 
-/// Reads a backup's manifest. Paths that would lead outside the device make it none.
-/// @param folder    the backup's
+/// Reads a backup's manifest. One with a path that leads out of the device's folder is rejected,
+/// because a restore would write there.
+/// @param folder    the backup's folder
 /// @param manifest  out: untouched after a failure
-[[nodiscard]] std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest);
+[[nodiscard]] std::optional<gps::Error>
+readManifest(const std::string& folder, Manifest& manifest,
+             gps::FileSystem& files = gps::FileSystem::system());
 
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The backup is checked as a whole before the first write, so that a damaged one changes nothing.
 
 #include "host/backup/Restore.h"
 
@@ -17,13 +18,13 @@ namespace host {
 std::optional<gps::Error> Restore::open(const std::string& backup)
 {
     Manifest manifest;
-    if (auto failure = readManifest(backup, manifest))
+    if (auto failure = readManifest(backup, manifest, files_))
         return failure;
     backup_ = backup;
     manifest_ = std::move(manifest);
     for (const auto& file : manifest_.files) {
         std::string bytes;
-        if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
+        if (auto failure = gps::FileManager{&files_}.readFile(pathOf(file), bytes))
             return failure;
         if (bytes.size() != file.size || hashOf(bytes) != file.hash)
             return hostError("A file of the backup is damaged", "Choose another backup",
@@ -32,16 +33,16 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
     return std::nullopt;
 }
 
-bool Restore::isOn(const std::string& device) const
+bool Restore::matches(const std::string& device) const
 {
     return std::all_of(manifest_.files.begin(), manifest_.files.end(),
-                       [&](const BackedUpFile& file) { return isOn(device, file); });
+                       [&](const BackedUpFile& file) { return matches(device, file); });
 }
 
-bool Restore::isOn(const std::string& device, const BackedUpFile& file)
+bool Restore::matches(const std::string& device, const BackedUpFile& file) const
 {
     std::string present;
-    return !gps::FileManager{}.readFile(gps::joinPath(device, file.path), present) &&
+    return !gps::FileManager{&files_}.readFile(gps::joinPath(device, file.path), present) &&
            present.size() == file.size && hashOf(present) == file.hash;
 }
 
@@ -49,33 +50,33 @@ std::optional<gps::Error> Restore::write(const std::string& device,
                                          std::vector<std::string>& written) const
 {
     for (const auto& file : manifest_.files) {
-        if (isOn(device, file))
+        if (matches(device, file))
             continue;
         std::string bytes;
-        if (auto failure = gps::FileManager{}.readFile(pathOf(file), bytes))
+        if (auto failure = gps::FileManager{&files_}.readFile(pathOf(file), bytes))
             return failure;
-        if (auto failure = writeFile(gps::joinPath(device, file.path), bytes))
+        if (auto failure = writeFile(gps::joinPath(device, file.path), bytes, files_))
             return failure;
         written.push_back(file.path);
     }
     return std::nullopt;
 }
 
-std::vector<std::string> Restore::strangers(const std::string& device) const
+std::vector<std::string> Restore::extraFiles(const std::string& device) const
 {
-    std::set<std::string> known;
+    std::set<std::string> backedUp;
     for (const auto& file : manifest_.files)
-        known.insert(file.path);
-    std::vector<std::string> strangers;
+        backedUp.insert(file.path);
+    std::vector<std::string> extra;
     for (const auto& folder : manifest_.folders) {
-        auto entries = gps::FileManager{}.enumerator(gps::joinPath(device, folder));
+        auto entries = gps::FileManager{&files_}.enumerator(gps::joinPath(device, folder));
         while (const auto entry = entries.next()) {
             auto path = gps::joinPath(folder, entry->relativePath);
-            if (!entry->isFolder && !known.contains(path))
-                strangers.push_back(std::move(path));
+            if (!entry->isFolder && !backedUp.contains(path))
+                extra.push_back(std::move(path));
         }
     }
-    return strangers;
+    return extra;
 }
 
 std::string Restore::pathOf(const BackedUpFile& file) const

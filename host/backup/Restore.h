@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Puts a backup back onto a device. [host thread]
+// Restore: puts a backup back onto a device. Used by the `restore` command. [host thread]
 
 #pragma once
 
@@ -11,30 +11,34 @@
 
 namespace host {
 
-/// A backup that was looked through: every file is there and undamaged.
+/// A backup that was checked: every file exists and is undamaged.
 class Restore {
 public:
-    /// Reads the whole backup. @return  it is none, or damaged, with the file
+    explicit Restore(gps::FileSystem& files = gps::FileSystem::system()) : files_(files) {}
+
+    /// Reads and checks the whole backup. The other operations require that this succeeded.
+    /// @return  why it cannot be restored, with the path of the damaged file
     [[nodiscard]] std::optional<gps::Error> open(const std::string& backup);
 
-    /// Whether each file is on the device as the backup has it.
-    [[nodiscard]] bool isOn(const std::string& device) const;
+    /// Whether the device holds every file of the backup, unchanged.
+    [[nodiscard]] bool matches(const std::string& device) const;
 
-    /// Writes each file, atomically, where it does not hold the same already, and stops at the
-    /// first one that cannot be written.
-    /// @param device   where the device is now
-    /// @param written  gets the paths, from the device's place, of the files written
+    /// Writes each file that the device does not hold unchanged. Stops at the first one that cannot
+    /// be written; every file is old or new then, never half of each.
+    /// @param device   the folder where the device is mounted now
+    /// @param written  the paths of the files that were written, relative to `device`, are added
     [[nodiscard]] std::optional<gps::Error> write(const std::string& device,
                                                   std::vector<std::string>& written) const;
 
-    /// The files that lie in the backup's folders on the device but are not in the backup, by their
-    /// paths from the device's place.
-    [[nodiscard]] std::vector<std::string> strangers(const std::string& device) const;
+    /// The files in the device's data folders that are not in the backup. Their paths are relative
+    /// to `device`.
+    [[nodiscard]] std::vector<std::string> extraFiles(const std::string& device) const;
 
 private:
     [[nodiscard]] std::string pathOf(const BackedUpFile& file) const;
-    static bool isOn(const std::string& device, const BackedUpFile& file);
+    [[nodiscard]] bool matches(const std::string& device, const BackedUpFile& file) const;
 
+    gps::FileSystem& files_;
     std::string backup_;
     Manifest manifest_;
 };

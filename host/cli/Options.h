@@ -70,7 +70,7 @@ struct SendOptions : GlobalOptions {
     std::optional<std::string> data;         ///< a JSON file holding the data dictionary
     std::optional<std::string> backupFolder; ///< by default in the user's state folder
     bool backup = true;
-    std::uint32_t mostBackups = Keeping::kUsually; ///< kept per device, at least one
+    std::uint32_t mostBackups = BackupPolicy::kDefaultCount; ///< kept per device, at least one
     bool dryRun = false;
     bool exactNames = false;
 };
@@ -79,8 +79,8 @@ struct SendOptions : GlobalOptions {
 struct RestoreOptions : GlobalOptions {
     std::optional<std::string> driver;
     std::optional<std::string> device;
-    std::optional<std::string> backupFolder;       ///< by default in the user's state folder
-    std::uint32_t mostBackups = Keeping::kUsually; ///< kept per device, at least one
+    std::optional<std::string> backupFolder; ///< by default in the user's state folder
+    std::uint32_t mostBackups = BackupPolicy::kDefaultCount; ///< kept per device, at least one
     std::optional<std::string> backup; ///< a listed name or a path; nullopt lists the backups
 };
 

@@ -35,20 +35,21 @@ std::string pathOf(const std::string& wanted, const std::vector<Backup>& backups
     return found != backups.end() ? found->path : wanted;
 }
 
-// Puts the spared backup back, and keeps what was there.
-std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& device,
+// Puts the protected backup back, and keeps what was there.
+std::optional<gps::Error> putBack(const BackupPolicy& policy, const DataFolders& device,
                                   std::string& report)
 {
     Restore restore;
-    if (auto failure = restore.open(keeping.spared))
+    if (auto failure = restore.open(policy.protectedPath))
         return failure;
     std::optional<gps::Error> failure;
-    if (restore.isOn(device.device)) { // one more backup would push an older one out, for nothing
+    if (restore.matches(
+            device.device)) { // one more backup would push an older one out, for nothing
         report = "The device holds what the backup holds.\n";
     } else {
         Backup made;
         std::vector<std::string> skipped;
-        if (auto refusal = makeBackup(keeping, device, made, skipped))
+        if (auto refusal = makeBackup(policy, device, made, skipped))
             return refusal;
         report = "The state before is kept in the backup " + made.name + '\n';
         std::vector<std::string> written;
@@ -56,7 +57,7 @@ std::optional<gps::Error> putBack(const Keeping& keeping, const DataFolders& dev
         for (const auto& path : written)
             report += "restored: " + displayText(path) + '\n';
     }
-    for (const auto& path : restore.strangers(device.device))
+    for (const auto& path : restore.extraFiles(device.device))
         report += "left, not in the backup: " + displayText(path) + '\n';
     return failure;
 }
@@ -85,7 +86,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                       "--device.");
         return ExitStatus::kNothingToWorkOn;
     }
-    const auto folder = options.backupFolder ? options.backupFolder : usualBackupFolder();
+    const auto folder = options.backupFolder ? options.backupFolder : defaultBackupFolder();
     if (!folder) {
         console.error("There is no home that backups could be in. Name a folder with --backup.");
         return ExitStatus::kFailed;

@@ -1,47 +1,75 @@
 // SPDX-License-Identifier: MIT
+// The platform's atomic write does the hard part; this adds folders and the host's own errors.
 
 #include "host/files/Files.h"
 
 #include "host/base/HostError.h"
 
 #include <platform/System/AtomicWrite.h>
-#include <platform/System/FileSystem.h>
+#include <platform/System/OpenFile.h>
 
-#include <filesystem>
-#include <system_error>
+#include <cerrno>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace host {
+namespace {
 
-std::optional<gps::Error> makeFolders(const std::string& path)
+constexpr mode_t kFolderMode = 0777; // the user's mask applies
+
+std::string parentOf(const std::string& path)
 {
-    std::error_code error;
-    std::filesystem::create_directories(path, error);
-    if (error)
-        return systemError("A folder cannot be made", "Check its permissions and the space there",
-                           path, error.value());
-    return std::nullopt;
+    const auto slash = path.find_last_of('/');
+    return slash == std::string::npos ? std::string{} : path.substr(0, slash);
 }
 
-std::optional<gps::Error> writeFile(const std::string& path, std::string_view bytes)
+bool isFolder(gps::FileSystem& files, const std::string& path)
 {
-    if (auto failure = makeFolders(std::filesystem::path{path}.parent_path().string()))
+    struct stat status;
+    return files.stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+int makeFolder(gps::FileSystem& files, const std::string& path)
+{
+    if (path.empty() || isFolder(files, path))
+        return 0;
+    if (const int failure = makeFolder(files, parentOf(path)))
         return failure;
-    if (const int code = gps::writeAtomically(gps::FileSystem::system(), path, bytes))
-        return systemError("A file cannot be written", "Check its permissions and the space there",
-                           path, code);
+    if (files.mkdir(path.c_str(), kFolderMode) == 0)
+        return 0;
+    const int failure = errno;
+    return failure == EEXIST && isFolder(files, path) ? 0 : failure; // another process was faster
+}
+
+} // namespace
+
+std::optional<gps::Error> makeFolders(const std::string& path, gps::FileSystem& files)
+{
+    if (const int failure = makeFolder(files, path))
+        return systemError("A folder cannot be created",
+                           "Check its permissions and the free space there", path, failure);
     return std::nullopt;
 }
 
-void flushFolder(const std::string& path)
+std::optional<gps::Error> writeFile(const std::string& path, std::string_view bytes,
+                                    gps::FileSystem& files)
 {
-    const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0)
-        return;
-    (void)::fsync(folder);
-    ::close(folder);
+    if (auto failure = makeFolders(parentOf(path), files))
+        return failure;
+    if (const int failure = gps::writeAtomically(files, path, bytes))
+        return systemError("A file cannot be written",
+                           "Check its permissions and the free space there", path, failure);
+    return std::nullopt;
+}
+
+int renameInFolder(gps::FileSystem& files, const std::string& folder, const std::string& from,
+                   const std::string& to)
+{
+    const gps::OpenFile open{files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY)};
+    if (!open || files.renameat(open.get(), from.c_str(), to.c_str()) != 0)
+        return errno;
+    // EINVAL: a volume whose folders cannot be flushed.
+    return files.fsync(open.get()) == 0 || errno == EINVAL ? 0 : errno;
 }
 
 } // namespace host

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Files written for good: whole or not at all, and on the medium when it is said so. Stateless:
-// [any] thread.
+// Creates folders, replaces whole files, and renames. After success the change is on the medium, so
+// that it survives a power cut. Used for backups and saved state. Stateless. [any]
+//
+// Every function takes the system to work on, so that a test can make single calls fail.
 
 #pragma once
 
 #include <gps/Error.h>
+#include <platform/System/FileSystem.h>
 
 #include <optional>
 #include <string>
@@ -12,14 +15,22 @@
 
 namespace host {
 
-/// Makes a folder with those above it. @return  why it is not there
-[[nodiscard]] std::optional<gps::Error> makeFolders(const std::string& path);
+/// Creates a folder and the missing folders above it. A folder that exists already is no error.
+[[nodiscard]] std::optional<gps::Error>
+makeFolders(const std::string& path, gps::FileSystem& files = gps::FileSystem::system());
 
-/// Writes any bytes so that the name stands for the old content or the new one at any moment. Makes
-/// the folder where it is missing. @return  why not; the old file is untouched then
-[[nodiscard]] std::optional<gps::Error> writeFile(const std::string& path, std::string_view bytes);
+/// Writes a whole file atomically: at any time, its name refers to the old content or the new one.
+/// Creates the folder if it is missing.
+/// @return  why the file could not be written; the old file is untouched then
+[[nodiscard]] std::optional<gps::Error>
+writeFile(const std::string& path, std::string_view bytes,
+          gps::FileSystem& files = gps::FileSystem::system());
 
-/// Brings a folder's names to the medium, as far as its file system can.
-void flushFolder(const std::string& path);
+/// Gives a file or folder another name in the same folder.
+/// @param folder  the folder that contains it
+/// @return        0, or the errno. If only the last step failed, which is to flush the folder, the
+///                entry has its new name already
+[[nodiscard]] int renameInFolder(gps::FileSystem& files, const std::string& folder,
+                                 const std::string& from, const std::string& to);
 
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// FNV-1a needs no table, and detects the damage that disks and half-written files show.
 
 #include "host/files/Hash.h"
 

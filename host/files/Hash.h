@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The checksum that backups and saved state carry, to detect damage. Stateless. [any]
+// hashOf: the checksum that backups and saved state carry, to detect damage. Stateless. [any]
 
 #pragma once
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// sigaction() reads an action without changing it; signal() cannot.
 
 #include "host/files/IgnoredSignal.h"
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Signals that the program was told to live through. [any]
+// isIgnored: finds out which signals the program must not handle. [any]
 
 #pragma once
 
 namespace host {
 
-/// Whether whoever started the program had it ignore this signal, as nohup does with SIGHUP: then
-/// it is not to end by it.
+/// Whether a signal is ignored, because the program was started that way: nohup does so with
+/// SIGHUP, a shell without job control with SIGINT. Such a signal must not end the program.
 [[nodiscard]] bool isIgnored(int signal) noexcept;
 
 } // namespace host

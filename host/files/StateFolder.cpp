@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Identifiers come from the device and are not trusted: a name must never lead out of the folder.
 
 #include "host/files/StateFolder.h"
 

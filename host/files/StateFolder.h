@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How what the host keeps of a device is named: by the device and the time, below the user's state
-// folder. Stateless: [any] thread.
+// StateFolder: where the host keeps backups and saved state, and the names of what it keeps there.
+// Stateless, but reads the environment. [any]
 
 #pragma once
 
@@ -10,15 +10,17 @@
 
 namespace host {
 
-/// The program's own folder below $XDG_STATE_HOME, or else below ~/.local/state; none without a
-/// home.
+/// The program's folder for state: below $XDG_STATE_HOME if that is an absolute path, otherwise
+/// below
+/// ~/.local/state.
+/// @return  nullopt if the user has no home folder either
 [[nodiscard]] std::optional<std::string> stateFolder();
 
-/// A device's identifier as a file's name: letters, digits and "-" as they are, "_" for anything
-/// else, at most 64 characters; "device" for an empty one.
+/// A device's identifier as a file name: at most 64 letters, digits and "-"; any other byte becomes
+/// "_". An empty identifier becomes "device".
 [[nodiscard]] std::string nameOfDevice(std::string_view identifier);
 
-/// The present time as YYYYMMDDTHHMMSSZ, in UTC.
+/// The present time in UTC, as YYYYMMDDTHHMMSSZ.
 [[nodiscard]] std::string nameOfNow();
 
 } // namespace host

@@ -137,14 +137,14 @@ bool Sending::writesAnything() const
 
 std::optional<gps::Error> Sending::backUp()
 {
-    const auto folder = options_.backupFolder ? options_.backupFolder : usualBackupFolder();
+    const auto folder = options_.backupFolder ? options_.backupFolder : defaultBackupFolder();
     if (!folder)
         return hostError("There is no home to keep a backup in", "Name a folder with --backup");
     Backup made;
     std::vector<std::string> skipped;
     progress_.begin("keeping a backup");
     auto failure = makeBackup(
-        {.folder = *folder, .most = options_.mostBackups},
+        {.folder = *folder, .count = options_.mostBackups},
         {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, made, skipped);
     progress_.clear();
     if (failure)

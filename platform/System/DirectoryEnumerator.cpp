@@ -12,12 +12,6 @@
 namespace gps {
 namespace {
 
-void logFailure(const char* what, const std::string& folder, int systemError)
-{
-    logLine("The folder \"" + folder + "\" " + what + ": " +
-            std::generic_category().message(systemError));
-}
-
 /// A volume that does not tell the kinds of its entries (vfat does) is asked about each.
 bool isFolder(FileSystem& files, const std::string& parent, const dirent& entry)
 {
@@ -60,7 +54,7 @@ void DirectoryEnumerator::enter(std::string relativePath)
     DIR* const folder = files_->opendir(path.c_str());
     if (folder == nullptr) {
         if (errno != ENOENT)
-            logFailure("cannot be listed", path, errno);
+            fail("cannot be listed", path, errno);
         return;
     }
     Level level{std::move(relativePath), {}, 0};
@@ -72,11 +66,19 @@ void DirectoryEnumerator::enter(std::string relativePath)
         errno = 0;
     }
     if (errno != 0)
-        logFailure("cannot be listed to its end", path, errno);
+        fail("cannot be listed to its end", path, errno);
     (void)files_->closedir(folder);
     std::sort(level.names.begin(), level.names.end(),
               [](const Name& a, const Name& b) { return a.name < b.name; });
     levels_.push_back(std::move(level));
+}
+
+void DirectoryEnumerator::fail(const char* what, const std::string& folder, int systemError)
+{
+    if (failure_ == 0)
+        failure_ = systemError;
+    logLine("The folder \"" + folder + "\" " + what + ": " +
+            std::generic_category().message(systemError));
 }
 
 } // namespace gps

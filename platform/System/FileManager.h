@@ -58,6 +58,10 @@ public:
     /// Leaves out what is inside the entry that came last.
     void skipDescendants() noexcept { descend_ = false; }
 
+    /// The errno of the first folder that could not be listed, or not to its end; 0 if there is
+    /// none. A missing folder does not count.
+    [[nodiscard]] int failure() const noexcept { return failure_; }
+
 private:
     struct Name {
         std::string name;
@@ -70,12 +74,14 @@ private:
     };
 
     void enter(std::string relativePath);
+    void fail(const char* what, const std::string& folder, int systemError);
 
     std::string folder_;
     FileSystem* files_;
     std::vector<Level> levels_;
     std::string last_; // the entry that came last, if it is a folder
     bool descend_ = false;
+    int failure_ = 0;
 };
 
 class FileManager {

@@ -54,6 +54,11 @@ int FileSystem::fchmod(int file, mode_t mode)
     return ::fchmod(file, mode);
 }
 
+int FileSystem::mkdir(const char* path, mode_t mode)
+{
+    return ::mkdir(path, mode);
+}
+
 int FileSystem::renameat(int folder, const char* from, const char* to)
 {
     return ::renameat(folder, from, folder, to);

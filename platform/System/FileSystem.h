@@ -27,6 +27,7 @@ public:
     virtual ssize_t write(int file, const void* data, std::size_t size);
     virtual int fsync(int file);
     virtual int fchmod(int file, mode_t mode);
+    virtual int mkdir(const char* path, mode_t mode);
     virtual int renameat(int folder, const char* from, const char* to);
     virtual int unlinkat(int folder, const char* name);
     virtual int flock(int file, int operation);

@@ -10,18 +10,18 @@
 
 namespace {
 
-/// A variable of the environment, set for as long as this lives.
-class Setting {
+/// Sets an environment variable for its lifetime.
+class ScopedVariable {
 public:
-    Setting(const char* name, const char* value) : name_(name)
+    ScopedVariable(const char* name, const char* value) : name_(name)
     {
         if (const char* const before = std::getenv(name))
             before_ = before;
         set(value);
     }
-    ~Setting() { set(before_ ? before_->c_str() : nullptr); }
-    Setting(const Setting&) = delete;
-    Setting& operator=(const Setting&) = delete;
+    ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
 
 private:
     void set(const char* value) const
@@ -33,29 +33,29 @@ private:
     std::optional<std::string> before_;
 };
 
-TEST(Names, StateFolderIsTheUsersOwn)
+TEST(StateFolder, IsBelowTheUsersOwnFolders)
 {
-    const Setting home{"HOME", "/home/me"};
+    const ScopedVariable home{"HOME", "/home/me"};
     {
-        const Setting state{"XDG_STATE_HOME", "/var/me"};
+        const ScopedVariable state{"XDG_STATE_HOME", "/var/me"};
         EXPECT_EQ(host::stateFolder(), "/var/me/magellangps");
     }
     for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative"}) {
-        const Setting state{"XDG_STATE_HOME", unusable};
+        const ScopedVariable state{"XDG_STATE_HOME", unusable};
         EXPECT_EQ(host::stateFolder(), "/home/me/.local/state/magellangps");
     }
 }
 
-TEST(Names, WithoutAHomeThereIsNoStateFolder)
+TEST(StateFolder, IsMissingWithoutAHome)
 {
-    const Setting state{"XDG_STATE_HOME", nullptr};
-    for (const char* none : {static_cast<const char*>(nullptr), ""}) {
-        const Setting home{"HOME", none};
+    const ScopedVariable state{"XDG_STATE_HOME", nullptr};
+    for (const char* missing : {static_cast<const char*>(nullptr), ""}) {
+        const ScopedVariable home{"HOME", missing};
         EXPECT_EQ(host::stateFolder(), std::nullopt);
     }
 }
 
-TEST(Names, IdentifierBecomesAHarmlessName)
+TEST(StateFolder, IdentifierBecomesAFileNameWithoutFolders)
 {
     EXPECT_EQ(host::nameOfDevice("0417-AbZ9"), "0417-AbZ9");
     EXPECT_EQ(host::nameOfDevice("../a b\n\xC3\xA4"), "___a_b___");
@@ -64,7 +64,7 @@ TEST(Names, IdentifierBecomesAHarmlessName)
     EXPECT_EQ(host::nameOfDevice(std::string(65, '1')), std::string(64, '1'));
 }
 
-TEST(Names, PresentTimeIsInUtc)
+TEST(StateFolder, TimeIsNamedInUtc)
 {
     EXPECT_THAT(host::nameOfNow(),
                 testing::MatchesRegex(

@@ -47,6 +47,10 @@ public:
     {
         return due("fchmod") ? -1 : FileSystem::fchmod(file, mode);
     }
+    int mkdir(const char* path, mode_t mode) override
+    {
+        return due("mkdir") ? -1 : FileSystem::mkdir(path, mode);
+    }
     int renameat(int folder, const char* from, const char* to) override
     {
         return due("renameat") ? -1 : FileSystem::renameat(folder, from, to);
@@ -70,6 +74,10 @@ public:
     int fstat(int file, struct stat* out) override
     {
         return due("fstat") ? -1 : FileSystem::fstat(file, out);
+    }
+    int stat(const char* path, struct stat* out) override
+    {
+        return due("stat") ? -1 : FileSystem::stat(path, out);
     }
     DIR* opendir(const char* path) override
     {
