@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The state is which collection is open. Drivers report no end of a route or a track, so every
+// event that cannot belong to the open one closes it.
 
 #include "host/formats/CollectionWriter.h"
 
@@ -16,7 +18,7 @@ void CollectionWriter::event(const Event& event)
         beginTrack(event.record);
         break;
     case EventKind::kTrackPoint:
-        if (open_ != Open::kTrack) {
+        if (open_ != Open::kTrack) { // a serial receiver may send points before any track name
             open(Open::kTrack);
             beginTrack({});
         }
@@ -30,7 +32,7 @@ void CollectionWriter::event(const Event& event)
             wayPoint(event.point, event.record);
         }
         break;
-    default: // every other report ends what is open
+    default: // state changes, transfers and errors end the open collection
         open(Open::kNothing);
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// CollectionWriter: sees in a stream of events what a format knows - waypoints, routes with their
-// points, tracks with theirs.
+// CollectionWriter: the base of every format that has waypoints, routes and tracks. It finds in the
+// flat stream of events where a route or a track begins and ends. One thread at a time.
 
 #pragma once
 
@@ -8,7 +8,8 @@
 
 namespace host {
 
-/// A route or a track begins, gets its points and ends, before anything else comes.
+/// Calls the operations below in a strict order: a route or a track begins, gets its points and
+/// ends before anything else is reported. A waypoint after a new route is a point of that route.
 class CollectionWriter : public Writer {
 public:
     void event(const Event& event) final;
@@ -25,7 +26,7 @@ protected:
     virtual void trackPoint(const gps::GPSPoint& point) = 0;
     virtual void endTrack() = 0;
 
-    /// The end of everything. @return  the first failure since the start
+    /// Writes what comes after the last record. @return  the first failure since the start
     [[nodiscard]] virtual std::optional<gps::Error> finish() = 0;
 
 private:

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The JSON reader knows no points: they arrive as objects under "point" at any depth (a route has
+// records under "points") and are boxed afterwards.
 
 #include "host/formats/DataFile.h"
 
@@ -9,6 +11,8 @@
 #include <gps/Characters.h>
 #include <platform/System/FileManager.h>
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -17,7 +21,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kLargest = std::size_t{1} << 30; // bytes
+constexpr std::size_t kLargestDataFile = std::size_t{1} << 30; // bytes
 
 gps::Number numberIn(const gps::Dictionary& object, std::string_view key)
 {
@@ -68,20 +72,22 @@ std::optional<gps::Error> readDataFile(const std::string& path,
                                        std::optional<gps::Dictionary>& data)
 {
     std::string text;
-    if (auto failure = gps::FileManager{}.readFile(path, text, kLargest))
+    if (auto failure = gps::FileManager{}.readFile(path, text, kLargestDataFile))
         return failure;
     if (gps::trimmed(text) == "null") {
         data.reset();
         return std::nullopt;
     }
     auto read = readJsonObject(text);
-    if (const auto end = read ? std::nullopt : jsonErrorOffset(text))
-        return hostError("The data file is damaged or cut short: line " +
-                             std::to_string(lineAt(text, *end)) + " is no JSON",
-                         "Check the file", path);
+    if (const auto offset = read ? std::nullopt : jsonErrorOffset(text))
+        return hostError(
+            fmt::format("The data file is damaged or cut short: line {} is not valid JSON",
+                        lineAt(text, *offset)),
+            "Check that line", path);
     if (!read)
-        return hostError("The data file is no JSON object, or one that is nested too deep",
-                         R"(Write an object with "waypoint", "route" and "track", or null)", path);
+        return hostError(
+            "The data file is not a JSON object, or it is nested deeper than 64 levels",
+            R"(Write an object with "waypoint", "route" and "track", or null)", path);
     boxPoints(*read);
     data = std::move(read);
     return std::nullopt;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// DataFile: a JSON file that holds the very data dictionary of a send. Stateless: [any] thread.
+// DataFile: reads the data dictionary of a send from a JSON file, for `send --data`. Stateless.
+// [any]
 
 #pragma once
 
@@ -11,10 +12,11 @@
 
 namespace host {
 
-/// Reads a data dictionary as it stands: an object under "point" becomes a boxed point, whose
-/// missing fields are 0; everything else keeps its key, its order and its value.
-/// @param data  out: the dictionary; none where the file holds null. Untouched after a failure
-/// @return      the file cannot be read, is no JSON object, or nests deeper than 64 levels
+/// Reads a data dictionary. An object under "point" becomes a boxed point, whose missing fields are
+/// 0; everything else keeps its key, its order and its value.
+/// @param data  out: the dictionary, or nullopt if the file holds `null`. Unchanged after a failure
+/// @return      an error if the file cannot be read, is not a JSON object, or nests deeper than 64
+///              levels
 [[nodiscard]] std::optional<gps::Error> readDataFile(const std::string& path,
                                                      std::optional<gps::Dictionary>& data);
 

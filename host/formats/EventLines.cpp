@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Builds each line in a buffer that is used again: a track of a million points must not allocate
+// per line.
 
 #include "host/formats/EventLines.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// EventLines: every call that a driver makes as one JSON line, for scripts and tests. One thread at
-// a time.
+// EventLines: writes each call that a driver makes on its status object as one JSON line, for
+// scripts and tests. The form of the lines is fixed: scripts depend on it. One thread at a time.
 
 #pragma once
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// One maker and one row per format.
 
 #include "host/formats/Formats.h"
 

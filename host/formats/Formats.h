@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The formats that records can be written in. Whoever adds a format adds its writer and one row
-// here. [any]
+// The table of output formats. A new format needs a Writer and one row in Formats.cpp. [any]
 
 #pragma once
 
@@ -14,14 +13,16 @@
 namespace host {
 
 struct Format {
-    std::string_view name; ///< as `--format` and, after a ".", as a file's extension
+    std::string_view name; ///< what `--format` takes, and the file extension without its "."
+
+    /// @param spoolFolder  where the writer may keep temporary files
     std::unique_ptr<Writer> (*make)(Output& output, const std::string& spoolFolder);
 };
 
-/// @return  null when there is no such format
+/// @return  a format that lives as long as the program; null if there is none of that name
 [[nodiscard]] const Format* findFormat(std::string_view name);
 
-/// The names of all formats, as a person lists them.
+/// All format names, separated by ", ".
 [[nodiscard]] std::string formatNames();
 
 } // namespace host

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A feature has its properties first, so that a line's details can be written while its points
+// arrive and only the coordinates need a spool.
 
 #include "host/formats/GeoJsonWriter.h"
 
@@ -17,7 +19,7 @@ namespace {
 constexpr std::string_view kHead = R"({"type":"FeatureCollection","features":[)";
 constexpr std::string_view kFoot = "\n]}\n";
 
-// Longitude first; a place without an altitude has two numbers.
+// Longitude comes first. A position without an altitude has two numbers.
 void appendPosition(std::string& out, const gps::GPSPoint& point)
 {
     out += '[';
@@ -38,20 +40,20 @@ void appendTime(std::string& out, const gps::GPSPoint& point)
     out += "Z\"";
 }
 
-// The record's fields as members, but for the place, and for those under a key that stands for
-// something else here.
+// The record's fields as members. Leaves out boxed points, which become the geometry, and keys that
+// have a meaning of their own in these features.
 void appendFields(std::string& out, const gps::Dictionary& record)
 {
     for (const auto& [key, value] : record) {
-        const bool isTaken = key == "kind" || key == "time" || key == "times" || key == "points";
-        if (isTaken || value.as<gps::GPSPoint>() != nullptr)
+        const bool isReserved = key == "kind" || key == "time" || key == "times" || key == "points";
+        if (isReserved || value.as<gps::GPSPoint>() != nullptr)
             continue;
         appendJsonKey(out, key);
         appendJsonValue(out, value);
     }
 }
 
-void appendMomentMember(std::string& out, const gps::GPSPoint& point)
+void appendTimeMember(std::string& out, const gps::GPSPoint& point)
 {
     if (!hasTimestamp(point))
         return;
@@ -75,7 +77,7 @@ void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& 
     text_ = R"({"type":"Feature","properties":{)";
     appendJsonKey(text_, "kind");
     text_ += gps::isGeocache(record) ? R"("geocache")" : R"("waypoint")";
-    appendMomentMember(text_, point);
+    appendTimeMember(text_, point);
     appendFields(text_, record);
     text_ += R"(},"geometry":{"type":"Point","coordinates":)";
     appendPosition(text_, point);
@@ -94,7 +96,7 @@ void GeoJsonWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary
         return;
     addToLine(point);
     text_ = '{';
-    appendMomentMember(text_, point);
+    appendTimeMember(text_, point);
     appendFields(text_, record);
     text_ += '}';
     addDetail(text_);
@@ -186,7 +188,7 @@ void GeoJsonWriter::addDetail(std::string_view json)
         output_.write(",\"");
         output_.write(detailsName_);
         output_.write("\":[");
-        for (std::size_t before = 1; before < positions_; ++before)
+        for (std::size_t i = 1; i < positions_; ++i)
             output_.write("null,");
     }
     output_.write(json);

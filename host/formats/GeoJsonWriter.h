@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// GeoJsonWriter: events as a GeoJSON feature collection, written as they come. One thread at a
-// time. Source of the form: RFC 7946.
+// GeoJsonWriter: writes records as a GeoJSON feature collection while they arrive. One thread at a
+// time. Source of the format: RFC 7946.
 
 #pragma once
 
@@ -15,20 +15,22 @@
 
 namespace host {
 
-/// A feature a line of text, in the order in which the records came. Its properties are the
+/// Writes one feature per line of text, in the order of the records. A feature's properties are the
 /// record's fields, and:
 ///
 /// - "kind": "waypoint", "geocache", "route" or "track";
-/// - "time": a point's moment, if it has one;
-/// - "times" of a track, if any of its points has a moment: for each position its moment, or null;
-/// - "points" of a route: for each position the fields of its record, or null.
+/// - "time": the timestamp of a point that has one;
+/// - "times" of a track with at least one timestamp: an array with a timestamp or null per
+/// position;
+/// - "points" of a route: an array with the fields of each point's record, or null, per position.
 ///
-/// A line across the date line is cut there; the positions at the cut have null. A line of a single
-/// point is a Point, one without any has no geometry.
+/// A line that crosses the 180 degree meridian is cut there into a MultiLineString; the two
+/// positions at the cut have null in "times" and "points". A line of one point becomes a Point, a
+/// line without points has a null geometry.
 class GeoJsonWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where a line's positions wait: what sort of geometry they make shows at
-    /// its end
+    /// @param spoolFolder  where a line's positions are kept until its end, which decides the type
+    ///                     of its geometry
     GeoJsonWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
@@ -54,11 +56,11 @@ private:
 
     Output& output_;
     bool hasFeatures_ = false;
-    std::string text_; // one piece at a time
+    std::string text_; // reused for each piece of output
     GlobeFilter globe_;
 
-    // The open line. Its details, one a position, go straight out, from the first position that has
-    // one.
+    // The open line. Its details ("times" or "points") go straight to the output, starting at the
+    // first position that has one; its coordinates wait in the spool.
     std::string_view detailsName_;
     Spool coordinates_;
     std::size_t positions_ = 0;

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
+// The schema has no dates of its own for "placed" and "found": both become log entries, as the
+// listing sites write them.
 
 #include "host/formats/GeocacheXml.h"
 
 #include "host/base/XmlText.h"
 #include "host/points/Points.h"
 
-#include <gps/NumberText.h>
 #include <gps/Value.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
 
-#include <algorithm>
-#include <chrono>
 #include <initializer_list>
 
 namespace host {
@@ -42,7 +42,6 @@ void appendChildren(std::string& out, const gps::Dictionary& record,
     }
 }
 
-// A date is a log entry: the form has no other place for it.
 void appendLog(std::string& logs, std::string_view type, std::string_view date)
 {
     if (date.empty())
@@ -51,11 +50,6 @@ void appendLog(std::string& logs, std::string_view type, std::string_view date)
     appendElement(logs, "date", dateTimeOf(date));
     appendElement(logs, "type", type);
     logs += "</groundspeak:log>";
-}
-
-int twoDigits(std::string_view text, std::size_t at)
-{
-    return (text[at] - '0') * 10 + (text[at + 1] - '0');
 }
 
 } // namespace
@@ -80,19 +74,12 @@ void appendGeocache(std::string& out, const gps::Dictionary& record)
 
 std::string dateTimeOf(std::string_view dayMonthYear)
 {
-    using namespace std::chrono;
-    if (dayMonthYear.size() != 6 ||
-        !std::all_of(dayMonthYear.begin(), dayMonthYear.end(), gps::isDigit))
+    const auto time = gps::NMEAUtils::convertNMEADate(dayMonthYear, "000000");
+    if (time == 0) // not a date: receivers keep whatever text somebody entered
         return std::string{dayMonthYear};
-    const int inCentury = twoDigits(dayMonthYear, 4);
-    const year_month_day date{year{inCentury + (inCentury >= 80 ? 1900 : 2000)},
-                              month{static_cast<unsigned>(twoDigits(dayMonthYear, 2))},
-                              day{static_cast<unsigned>(twoDigits(dayMonthYear, 0))}};
-    if (!date.ok())
-        return std::string{dayMonthYear};
-    std::string moment;
-    appendTimestamp(moment, sys_seconds{sys_days{date}}.time_since_epoch().count(), 'T');
-    return moment + 'Z';
+    std::string dateTime;
+    appendTimestamp(dateTime, time, 'T');
+    return dateTime + 'Z';
 }
 
 } // namespace host

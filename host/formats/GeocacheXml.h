@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A geocache's further data as the XML element that GPX documents carry. Stateless: [any] thread.
-// Source of the form: the cache 1.0 schema, http://www.groundspeak.com/cache/1/0.
+// The XML element in which GPX documents carry a geocache's own data. Used by GpxWriter. Stateless.
+// [any] Source of the format: the cache 1.0 schema, http://www.groundspeak.com/cache/1/0.
 
 #pragma once
 
@@ -13,11 +13,12 @@ class Dictionary;
 
 namespace host {
 
-/// Appends one `groundspeak:cache` element with what the record tells; empty texts are left out.
+/// Appends one `groundspeak:cache` element with the record's cache fields. Empty fields are
+/// omitted.
 void appendGeocache(std::string& out, const gps::Dictionary& record);
 
-/// A receiver's date text "DDMMYY" as "YYYY-MM-DDT00:00:00Z" (80-99 are 1980-1999); any other text
-/// as it stands.
+/// Converts a receiver's date "DDMMYY" to "YYYY-MM-DDT00:00:00Z" (years 80-99 are 1980-1999, 00-79
+/// are 2000-2079). Returns any other text unchanged.
 [[nodiscard]] std::string dateTimeOf(std::string_view dayMonthYear);
 
 } // namespace host

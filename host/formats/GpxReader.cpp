@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Loads the whole document, since a send needs all of it at once, and reports the first fault with
+// its line. Nothing is added to the caller's data before the whole file has proved good.
 
 #include "host/formats/GpxReader.h"
 
@@ -10,6 +12,7 @@
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
 
+#include <fmt/format.h>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -21,14 +24,14 @@
 namespace host {
 namespace {
 
-// What a document holds, taken element by element until one has no possible place.
+// The records of a document.
 class Collection {
 public:
-    // @return  whether all points have a possible place
+    // Stops at the first point without valid coordinates. @return  whether there was none
     bool read(const pugi::xml_node& gpx);
 
-    // The element that ended the reading.
-    [[nodiscard]] const pugi::xml_node& misplaced() const { return misplaced_; }
+    // The element at which `read` stopped.
+    [[nodiscard]] const pugi::xml_node& invalidPoint() const { return invalidPoint_; }
 
     void moveInto(gps::Dictionary& data);
 
@@ -37,12 +40,12 @@ private:
     bool readWaypoint(const pugi::xml_node& element);
     bool readRoute(const pugi::xml_node& element);
     bool readTrack(const pugi::xml_node& element);
-    bool takePoint(const pugi::xml_node& element, gps::GPSPoint& point);
+    bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
 
     gps::Array waypoints_;
     gps::Array routes_;
     gps::Array tracks_;
-    pugi::xml_node misplaced_;
+    pugi::xml_node invalidPoint_;
 };
 
 bool Collection::read(const pugi::xml_node& gpx)
@@ -64,7 +67,7 @@ bool Collection::readElement(const pugi::xml_node& element)
 bool Collection::readWaypoint(const pugi::xml_node& element)
 {
     gps::GPSPoint point;
-    if (!takePoint(element, point))
+    if (!readPointOf(element, point))
         return false;
     waypoints_.emplace_back(waypointRecord(element, point));
     return true;
@@ -78,7 +81,7 @@ bool Collection::readRoute(const pugi::xml_node& element)
         gps::GPSPoint point;
         if (!isOwn(node, "rtept"))
             continue;
-        if (!takePoint(node, point))
+        if (!readPointOf(node, point))
             return false;
         points.emplace_back(routePointRecord(node, point));
     }
@@ -98,7 +101,7 @@ bool Collection::readTrack(const pugi::xml_node& element)
             gps::GPSPoint point;
             if (!isOwn(node, "trkpt"))
                 continue;
-            if (!takePoint(node, point))
+            if (!readPointOf(node, point))
                 return false;
             points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
         }
@@ -108,11 +111,11 @@ bool Collection::readTrack(const pugi::xml_node& element)
     return true;
 }
 
-bool Collection::takePoint(const pugi::xml_node& element, gps::GPSPoint& point)
+bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)
 {
     if (readPoint(element, point))
         return true;
-    misplaced_ = element;
+    invalidPoint_ = element;
     return false;
 }
 
@@ -134,16 +137,16 @@ void Collection::moveInto(gps::Dictionary& data)
     append(data, "track", tracks_);
 }
 
-// A failure at a place in a file's text.
-class Complaint {
+// Makes errors that name the file and the line of a byte in it.
+class FileErrors {
 public:
-    Complaint(const std::string& path, const std::string& xml) : path_(path), xml_(xml) {}
+    FileErrors(const std::string& path, const std::string& xml) : path_(path), xml_(xml) {}
 
     [[nodiscard]] gps::Error at(std::ptrdiff_t offset, const std::string& what) const
     {
-        const auto line = std::to_string(lineAt(xml_, static_cast<std::size_t>(offset)));
         const auto file = path_.substr(path_.find_last_of('/') + 1);
-        return hostError(file + ", line " + line + ": " + what,
+        const auto line = lineAt(xml_, static_cast<std::size_t>(offset));
+        return hostError(fmt::format("{}, line {}: {}", file, line, what),
                          "Check the file, or export it once more", path_);
     }
 
@@ -152,36 +155,33 @@ private:
     const std::string& xml_;
 };
 
-std::string misplacedText(const pugi::xml_node& element)
+std::string invalidPointText(const pugi::xml_node& element)
 {
-    constexpr std::size_t kMost = 40; // characters of a text that may be anything
-    std::string text = "a <";
-    return text.append(localName(element))
-        .append("> has no possible place: its latitude is \"")
-        .append(displayText(element.attribute("lat").value(), kMost))
-        .append("\", its longitude \"")
-        .append(displayText(element.attribute("lon").value(), kMost))
-        .append("\"");
+    constexpr std::size_t kMaxShown = 40; // characters of attributes that may hold anything
+    return fmt::format(
+        "a <{}> has invalid coordinates: its latitude is \"{}\", its longitude \"{}\"",
+        localName(element), displayText(element.attribute("lat").value(), kMaxShown),
+        displayText(element.attribute("lon").value(), kMaxShown));
 }
 
-std::optional<gps::Error> parse(const std::string& xml, const Complaint& complaint,
+std::optional<gps::Error> parse(const std::string& xml, const FileErrors& errors,
                                 pugi::xml_document& document)
 {
-    if (const auto zero = xml.find('\0');
-        zero != std::string::npos) // the parser would take it for the end
-        return complaint.at(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
+    // The parser would stop at a zero byte and call what it has read a whole document.
+    if (const auto zero = xml.find('\0'); zero != std::string::npos)
+        return errors.at(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
     constexpr auto kOptions =
         pugi::parse_default | pugi::parse_ws_pcdata_single; // a name may be a single space
     const auto result = document.load_buffer(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_no_document_element)
-        return complaint.at(0, "this is no GPX file");
+        return errors.at(0, "this is not a GPX file");
     if (!result)
-        return complaint.at(result.offset, "the file is damaged or cut short (" +
-                                               std::string{result.description()} + ")");
+        return errors.at(result.offset, fmt::format("the file is damaged or cut short ({})",
+                                                    result.description()));
     if (localName(document.document_element()) != "gpx")
-        return complaint.at(0, "this is no GPX file");
+        return errors.at(0, "this is not a GPX file");
     if (const auto more = document.document_element().next_sibling())
-        return complaint.at(more.offset_debug(), "the file goes on behind its end");
+        return errors.at(more.offset_debug(), "there is more text after the end of the document");
     return std::nullopt;
 }
 
@@ -192,16 +192,16 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
     std::string xml;
     if (auto failure = gps::FileManager{}.readFile(path, xml, kLargestGpx))
         return failure;
-    const Complaint complaint{path, xml};
+    const FileErrors errors{path, xml};
     if (!convertXmlToUtf8(xml))
-        return complaint.at(0, "the file's text is in an encoding that is not known here");
+        return errors.at(0, "the text encoding of this file is not supported");
     pugi::xml_document document;
-    if (auto failure = parse(xml, complaint, document))
+    if (auto failure = parse(xml, errors, document))
         return failure;
     Collection collection;
     if (!collection.read(document.document_element()))
-        return complaint.at(collection.misplaced().offset_debug(),
-                            misplacedText(collection.misplaced()));
+        return errors.at(collection.invalidPoint().offset_debug(),
+                         invalidPointText(collection.invalidPoint()));
     collection.moveInto(data);
     return std::nullopt;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// GpxReader: GPX files as the data dictionary that a send hands to a driver. Stateless: [any]
-// thread. Source of the form: the GPX 1.0 and 1.1 schemas, http://www.topografix.com/GPX/1/1, and
+// GpxReader: reads GPX files into the data dictionary that a send hands to a driver. Stateless.
+// [any] Source of the format: the GPX 1.0 and 1.1 schemas, http://www.topografix.com/GPX/1/1, and
 // for geocaches the cache 1.0 extension, http://www.groundspeak.com/cache/1/0.
 
 #pragma once
@@ -13,22 +13,23 @@
 
 namespace host {
 
-inline constexpr std::size_t kLargestGpx = std::size_t{1}
-                                           << 30; ///< bytes; a larger file is not read
+/// The largest file that is read, in bytes.
+inline constexpr std::size_t kLargestGpx = std::size_t{1} << 30;
 
-/// Adds what a file of any maker holds, in the file's order, to the arrays under "waypoint",
-/// "route" and "track"; a kind that the file lacks brings no key. Elements are known by their names
-/// alone, whatever their namespace's prefix; what is unknown is passed over.
+/// Adds the file's records, in its order, to the arrays under "waypoint", "route" and "track" of
+/// `data`. Adds no key for a kind that the file lacks. Ignores unknown elements and those that
+/// other makers' namespaces bring.
 ///
-/// Waypoint: "name", "comment", "symbol", "point". Geocache: a waypoint with the nine texts of a
-/// cache, and "Geocache" or "Geocache Found" as its symbol; dates are "DDMMYY". Route: "name",
-/// "comment", "number", and waypoints under "points". Track: "name", and its segments' points, one
-/// after another, as dictionaries with a "point". A name, a symbol, a route's comment or a number
-/// that the file does not tell is no key. A malformed elevation or time is 0.
+/// - Waypoint: "name", "comment", "symbol", "point".
+/// - Geocache: a waypoint with the nine fields of a cache and the symbol "Geocache" or "Geocache
+///   Found". Dates are "DDMMYY".
+/// - Route: "name", "comment", "number", and its waypoints under "points".
+/// - Track: "name", and under "points" the points of all segments as dictionaries with a "point".
 ///
-/// @return  the file cannot be read, is no GPX, is damaged or cut short, or has a point without a
-/// possible place: with the
-///          line where it shows. Nothing has been added then
+/// A missing name, symbol, route comment or number adds no key. A malformed elevation or time is 0.
+///
+/// @return  an error with the line number if the file cannot be read, is not GPX, is damaged or cut
+///          short, or has a point without valid coordinates. `data` is then unchanged
 [[nodiscard]] std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data);
 
 } // namespace host

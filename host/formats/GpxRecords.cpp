@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// GPX from any maker is accepted, so names are compared without their prefixes, and a field is
+// looked for in each element that some maker is known to put it in.
 
 #include "host/formats/GpxRecords.h"
 
@@ -21,7 +23,7 @@ namespace {
 constexpr std::string_view kCacheTypePrefix = "Geocache|";
 
 struct ElementName {
-    std::string_view prefix; // of the namespace, without its colon
+    std::string_view prefix; // without its colon; empty for the default namespace
     std::string_view local;
 };
 
@@ -34,7 +36,7 @@ ElementName nameOf(const pugi::xml_node& node)
     return {name.substr(0, colon), name.substr(colon + 1)};
 }
 
-// What the prefix of an element's name stands for where it is used; empty: it is not declared.
+// The namespace of an element; empty if its prefix is not declared.
 std::string_view namespaceOf(const pugi::xml_node& element)
 {
     const auto prefix = nameOf(element).prefix;
@@ -46,8 +48,7 @@ std::string_view namespaceOf(const pugi::xml_node& element)
     return {};
 }
 
-// The first child of a name. One of the parent's own namespace comes before those that other makers
-// put beside it.
+// The first child of that local name, preferably one in the parent's own namespace.
 pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 {
     pugi::xml_node found;
@@ -63,7 +64,7 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
     return found;
 }
 
-// An element's own text. A text on several lines is laid out: what surrounds it is not meant.
+// An element's own text. White space around a text of several lines is layout and is dropped.
 std::string textOf(const pugi::xml_node& element)
 {
     std::string text;
@@ -91,13 +92,13 @@ void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string t
         record.set(key, std::move(text));
 }
 
-// Takes the whole text or nothing: half a coordinate is another place.
+// Accepts the whole text or nothing: "47.1x" read as 47.1 could be another place.
 std::optional<double> coordinateOf(std::string_view text)
 {
     return gps::wholeNumber(gps::trimmed(text));
 }
 
-// The extension stands in the element itself, or in its <extensions> since those exist.
+// The cache extension is a child of the element in GPX 1.0, and of its <extensions> in GPX 1.1.
 pugi::xml_node cacheOf(const pugi::xml_node& waypoint)
 {
     const auto cache = childOf(waypoint, "cache");
@@ -120,14 +121,14 @@ std::string cacheTypeOf(const pugi::xml_node& waypoint)
                                               : std::string{};
 }
 
-// What is no moment is a date text of the device's own, and stays.
+// A text that is not a timestamp is kept: it may be a date as some receiver writes it.
 std::string cacheDateOf(const std::string& text)
 {
-    const auto moment = readGpxTime(text);
-    return moment ? gps::NMEAUtils::makeNMEADateFrom(*moment).date : text;
+    const auto time = readGpxTime(text);
+    return time ? gps::NMEAUtils::makeNMEADateFrom(*time).date : text;
 }
 
-// The first log of a type: the latest one, as these files are ordered.
+// The date of the first log of a type. Logs are sorted by date, the latest first.
 std::string loggedDate(const pugi::xml_node& cache, std::string_view type)
 {
     for (const auto& log : childOf(cache, "logs").children()) {
@@ -184,7 +185,7 @@ bool isOwn(const pugi::xml_node& element, std::string_view local)
         return false;
     if (name.prefix == nameOf(element.parent()).prefix)
         return true;
-    const auto space = namespaceOf(element); // none: somebody forgot to declare it
+    const auto space = namespaceOf(element); // empty if its maker forgot to declare it
     return space.empty() || space == namespaceOf(element.parent());
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One element of a GPX document as a record. For the reader, which walks the document. Stateless:
-// [any] thread.
+// Turns one element of a GPX document into a record. Used by GpxReader, which walks the document.
+// Stateless. [any]
 
 #pragma once
 
@@ -14,27 +14,29 @@ class xml_node;
 
 namespace host {
 
-/// An element's name without its namespace's prefix. A view into the document.
+/// An element's name without its namespace prefix: a view into the document.
 [[nodiscard]] std::string_view localName(const pugi::xml_node& element);
 
-/// Whether an element has this name in its parent's namespace. Makers put elements of their own
-/// between those of the form.
+/// Whether an element has this local name and its parent's namespace. Makers put elements of their
+/// own, with the same local names, between those of GPX.
 [[nodiscard]] bool isOwn(const pugi::xml_node& element, std::string_view local);
 
-/// Reads a point's place and moment. A malformed elevation or time is 0.
-/// @return  whether the place is possible: both coordinates are numbers, and on the globe
+/// Reads a point's coordinates, elevation and time. A malformed elevation or time is 0.
+/// @return  whether both coordinates are valid
 [[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);
 
-/// A <wpt>: a waypoint, or a geocache by its type, its symbol or its cache extension.
+/// The record of a <wpt>: a geocache if its type, symbol or cache extension says so.
 [[nodiscard]] gps::Dictionary waypointRecord(const pugi::xml_node& element,
                                              const gps::GPSPoint& point);
 
-/// A <rtept>: always a plain waypoint.
+/// The record of a <rtept>, which is always a plain waypoint.
 [[nodiscard]] gps::Dictionary routePointRecord(const pugi::xml_node& element,
                                                const gps::GPSPoint& point);
 
-/// What a <rte> tells of itself, and a <trk>: without their points.
+/// The record of a <rte>, without its points.
 [[nodiscard]] gps::Dictionary routeRecord(const pugi::xml_node& element);
+
+/// The record of a <trk>, without its points.
 [[nodiscard]] gps::Dictionary trackRecord(const pugi::xml_node& element);
 
 } // namespace host

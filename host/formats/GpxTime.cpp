@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The strict profile is accepted, and what other programs write in its place. Each take function
+// removes what it has read from the front of the text.
 
 #include "host/formats/GpxTime.h"
 
@@ -12,16 +14,16 @@
 namespace host {
 namespace {
 
-constexpr int kMostOffset = 14 * 60; // minutes
+constexpr int kMaxOffset = 14 * 60; // minutes; the schema's own limit
 
 bool take(std::string_view& text, char c) noexcept
 {
-    const bool there = !text.empty() && text.front() == c;
-    text.remove_prefix(there ? 1 : 0);
-    return there;
+    const bool isThere = !text.empty() && text.front() == c;
+    text.remove_prefix(isThere ? 1 : 0);
+    return isThere;
 }
 
-// A number of exactly so many digits. @return  a negative number without them
+// Reads a number of exactly `count` digits. @return  -1 if they are not there
 int takeDigits(std::string_view& text, std::size_t count) noexcept
 {
     if (text.size() < count)
@@ -46,7 +48,7 @@ bool takeFraction(std::string_view& text) noexcept
     return hasDigits;
 }
 
-// What a local time is ahead of UTC. Takes all of the text.
+// Reads the offset of local time from UTC, up to the end of the text.
 std::optional<std::chrono::minutes> takeOffset(std::string_view text) noexcept
 {
     if (text.empty() || text == "Z")
@@ -57,7 +59,7 @@ std::optional<std::chrono::minutes> takeOffset(std::string_view text) noexcept
     const int hours = takeDigits(text, 2);
     const bool hasColon = take(text, ':');
     const int minutes = text.empty() && !hasColon ? 0 : takeDigits(text, 2);
-    if (hours < 0 || minutes < 0 || minutes > 59 || hours * 60 + minutes > kMostOffset ||
+    if (hours < 0 || minutes < 0 || minutes > 59 || hours * 60 + minutes > kMaxOffset ||
         !text.empty())
         return std::nullopt;
     const std::chrono::minutes offset{hours * 60 + minutes};
@@ -101,17 +103,17 @@ std::optional<std::int64_t> readGpxTime(std::string_view text) noexcept
     const auto day = takeDay(text);
     if (!day)
         return std::nullopt;
-    std::chrono::sys_seconds moment = *day;
+    std::chrono::sys_seconds time = *day;
     if (!text.empty()) {
-        const bool goesOn = take(text, 'T') || take(text, ' ');
+        const bool hasSeparator = take(text, 'T') || take(text, ' ');
         const auto timeOfDay = takeTimeOfDay(text);
-        const bool isWhole = takeFraction(text);
+        const bool isFractionValid = takeFraction(text);
         const auto offset = takeOffset(text);
-        if (!goesOn || !timeOfDay || !isWhole || !offset)
+        if (!hasSeparator || !timeOfDay || !isFractionValid || !offset)
             return std::nullopt;
-        moment += *timeOfDay - *offset;
+        time += *timeOfDay - *offset;
     }
-    return std::int64_t{moment.time_since_epoch().count()};
+    return std::int64_t{time.time_since_epoch().count()};
 }
 
 } // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Moments as XML documents write them. Stateless: [any] thread.
+// Timestamps as GPX documents write them. Stateless. [any]
 
 #pragma once
 
@@ -9,14 +9,14 @@
 
 namespace host {
 
-/// Reads "YYYY-MM-DDThh:mm:ss", with a fraction of the second or without, then "Z", an offset
-/// ("+hh:mm", "+hhmm", "+hh", up to 14 hours) or nothing, which is UTC. A space may stand for the
-/// "T", white space around it all; a day alone is its midnight.
+/// Reads "YYYY-MM-DDThh:mm:ss" with an optional fraction of a second, followed by "Z", an offset
+/// ("+hh:mm", "+hhmm" or "+hh", up to 14 hours) or nothing, which means UTC. Accepts a space
+/// instead of the "T", white space around the text, and a date alone, which means its midnight in
+/// UTC.
 ///
-/// @return  seconds since 1970-01-01 00:00 UTC, negative before, the fraction dropped; none for any
-/// other text, and for a day
-///          or an hour that no calendar has
-/// Source of the form: ISO 8601, in the profile of W3C XML Schema's dateTime.
+/// @return  seconds since 1970-01-01 00:00 UTC (negative before), without the fraction; nullopt for
+///          any other text and for a date or time that does not exist
+/// Source of the format: ISO 8601, in the profile of W3C XML Schema's dateTime.
 [[nodiscard]] std::optional<std::int64_t> readGpxTime(std::string_view text) noexcept;
 
 } // namespace host

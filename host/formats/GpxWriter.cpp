@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each element is built in one buffer and written at once: this is the inner loop of a download.
 
 #include "host/formats/GpxWriter.h"
 
@@ -19,7 +20,7 @@ constexpr std::string_view kHead =
     "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
 constexpr std::string_view kFoot = "</gpx>\n";
 
-// A text child; an empty text says no more than its absence.
+// Writes a child element for a text field, unless it is missing or empty.
 void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record,
                  std::string_view key)
 {
@@ -36,8 +37,8 @@ void appendAttributes(std::string& out, const gps::GPSPoint& point)
     out += R"( lat=")";
     appendDegrees(out, point.latitude);
     out += R"(" lon=")";
-    // The schema counts longitudes from -180 up to, but not including, 180, which what is next to
-    // it would be written as.
+    // The schema allows longitudes from -180 to below 180. A longitude just below 180 would be
+    // rounded up to it.
     constexpr double kAlmost180 = 180 - 1e-9;
     appendDegrees(out, point.longitude > kAlmost180 ? -180 : point.longitude);
     out += R"(">)";
@@ -101,7 +102,7 @@ void GpxWriter::beginTrack(const gps::Dictionary& track)
 
 void GpxWriter::trackPoint(const gps::GPSPoint& point)
 {
-    if (makePoint("trkpt", point, plain_))
+    if (makePoint("trkpt", point, noFields_))
         tracks_.write(text_);
 }
 

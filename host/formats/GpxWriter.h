@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// GpxWriter: events as a GPX 1.1 document, written as they come. One thread at a time.
-// Source of the form: the GPX 1.1 schema, http://www.topografix.com/GPX/1/1, and for geocaches the
-// cache 1.0 extension, http://www.groundspeak.com/cache/1/0.
+// GpxWriter: writes records as a GPX 1.1 document while they arrive. One thread at a time.
+// Source of the format: the GPX 1.1 schema, http://www.topografix.com/GPX/1/1, and for geocaches
+// the cache 1.0 extension, http://www.groundspeak.com/cache/1/0.
 
 #pragma once
 
@@ -13,11 +13,12 @@
 
 namespace host {
 
-/// A document has its waypoints first, then its routes, then its tracks. Several imported files
-/// bring them mixed, so routes and tracks wait on the medium, not in memory, until the end.
+/// GPX requires waypoints first, then routes, then tracks. Several imported files and serial
+/// sessions deliver them in another order, so routes and tracks are kept in temporary files until
+/// the end.
 class GpxWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where routes and tracks wait
+    /// @param spoolFolder  where the temporary files for routes and tracks are made
     GpxWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
@@ -32,15 +33,17 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
+    // Makes `text_` from a point. @return  false, with `text_` unchanged, for a point off the globe
     [[nodiscard]] bool makePoint(std::string_view element, const gps::GPSPoint& point,
                                  const gps::Dictionary& record);
 
     Output& output_;
     Spool routes_;
     Spool tracks_;
-    std::string text_; // one element at a time
+    std::string text_; // the last element made
     GlobeFilter globe_;
-    const gps::Dictionary plain_; // what a track point has besides its place
+    const gps::Dictionary
+        noFields_; // a track point has nothing but its coordinates, elevation and time
 };
 
 } // namespace host

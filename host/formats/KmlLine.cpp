@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A gx:Track lists all its times before all its coordinates, so times go to the output at once and
+// coordinates to the spool. Plain lines use the same way.
 
 #include "host/formats/KmlLine.h"
 
@@ -17,10 +19,10 @@ void KmlLine::begin(std::string_view head, Times times)
 
 void KmlLine::add(Output& out, const gps::GPSPoint& point)
 {
-    const bool goesOn = last_ && isTimed(*last_) == isTimed(point);
-    if (!goesOn)
+    const bool continuesRun = last_ && isTimed(*last_) == isTimed(point);
+    if (!continuesRun)
         endRun(out);
-    if (const auto crossing = goesOn ? dateLineCrossing(*last_, point) : std::nullopt) {
+    if (const auto crossing = continuesRun ? dateLineCrossing(*last_, point) : std::nullopt) {
         put(out, crossing->before);
         endRun(out);
         put(out, crossing->after);
@@ -56,10 +58,10 @@ void KmlLine::put(Output& out, const gps::GPSPoint& point)
         text_ += '\n';
         out.write(text_);
         text_ = "<gx:coord>";
-        appendKmlPlace(text_, point, ' ');
+        appendKmlPosition(text_, point, ' ');
         text_ += "</gx:coord>";
     } else {
-        appendKmlPlace(text_, point, ',');
+        appendKmlPosition(text_, point, ',');
     }
     text_ += '\n';
     coordinates_.write(text_);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// KmlLine: a track or a route as KML placemarks, written as its points come. One thread at a time.
-// Source of the form: OGC KML 2.2 (OGC 07-147r2); for tracks its extension
+// KmlLine: writes a track or a route as KML placemarks while its points arrive. Used by KmlWriter.
+// One thread at a time. Source of the format: OGC KML 2.2 (OGC 07-147r2); for tracks its extension
 // http://www.google.com/kml/ext/2.2.
 
 #pragma once
@@ -16,25 +16,25 @@
 
 namespace host {
 
-/// Points with a moment each make a track that viewers can play back, points without one a plain
-/// line. A line of both is written in runs: a placemark each, in order, all with the same name. So
-/// is a line across the date line, one on each side, since a flat map would draw it all the way
-/// around.
+/// Points with timestamps make a gx:Track, which viewers can play back; points without make a plain
+/// line. A line that has both is split into runs, each a placemark with the same name. A line that
+/// crosses the 180 degree meridian is split there too, since a flat map would draw it all the way
+/// around the globe.
 class KmlLine {
 public:
     enum class Times { kKept, kDropped };
 
-    /// @param spoolFolder  where coordinates wait: a track has all its times first
+    /// @param spoolFolder  where coordinates are kept: in a gx:Track all times precede them
     explicit KmlLine(const std::string& spoolFolder) : coordinates_(spoolFolder) {}
 
-    /// @param head  how each placemark begins, up to its geometry; `times` dropped: a plain line,
-    /// whatever the points have
+    /// @param head   the start of each placemark, up to its geometry
+    /// @param times  kDropped makes plain lines even of points with timestamps
     void begin(std::string_view head, Times times);
 
-    /// Precondition: begun, and the point lies on the globe.
+    /// Precondition: `begin` was called, and the point has valid coordinates.
     void add(Output& out, const gps::GPSPoint& point);
 
-    /// Ends the line. One without points is a placemark without a place.
+    /// Ends the line. A line without points becomes a placemark without geometry.
     void end(Output& out);
 
 private:
@@ -44,9 +44,9 @@ private:
 
     std::string head_;
     Times times_ = Times::kKept;
-    std::optional<gps::GPSPoint> last_; // none: the line has no point yet
-    bool inTrack_ = false;              // the open run is a track
-    std::size_t inRun_ = 0;             // its points
+    std::optional<gps::GPSPoint> last_; // nullopt until the line has a point
+    bool inTrack_ = false;              // whether the open run is a gx:Track
+    std::size_t inRun_ = 0;             // points in the open run; 0 if no run is open
     Spool coordinates_;
     std::string text_;
 };

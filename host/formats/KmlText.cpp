@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Viewers show `description` as HTML and list `ExtendedData` as a table, so the comment goes to the
+// first and every other field to the second.
 
 #include "host/formats/KmlText.h"
 
@@ -14,7 +16,7 @@
 namespace host {
 namespace {
 
-// A description is HTML by definition: what is markup in the text has to be escaped for that first.
+// KML defines a description as HTML, so the text is escaped once as HTML and once more as XML.
 void appendDescription(std::string& out, const gps::Dictionary& record)
 {
     const auto* comment = record.findString("comment");
@@ -36,13 +38,13 @@ std::string textOf(const gps::Value& value)
     return json;
 }
 
-// Data as programs read it: each field as it stands.
+// All fields for programs, unchanged, except those that have an element of their own.
 void appendData(std::string& out, const gps::Dictionary& record)
 {
     const auto start = out.size();
     for (const auto& [key, value] : record) {
         if (key == "name" || value.as<gps::GPSPoint>() != nullptr)
-            continue; // written elsewhere
+            continue;
         const auto text = textOf(value);
         if (text.empty())
             continue;
@@ -58,7 +60,7 @@ void appendData(std::string& out, const gps::Dictionary& record)
 
 } // namespace
 
-void appendKmlPlace(std::string& out, const gps::GPSPoint& point, char separator)
+void appendKmlPosition(std::string& out, const gps::GPSPoint& point, char separator)
 {
     appendDegrees(out, point.longitude);
     out += separator;
@@ -87,14 +89,14 @@ void appendKmlName(std::string& out, const gps::Dictionary& record)
 }
 
 void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style,
-                   const gps::GPSPoint* moment)
+                   const gps::GPSPoint* timed)
 {
     out += "<Placemark>";
     appendKmlName(out, record);
     appendDescription(out, record);
-    if (moment != nullptr && hasTimestamp(*moment)) {
+    if (timed != nullptr && hasTimestamp(*timed)) {
         out += "<TimeStamp>";
-        appendKmlWhen(out, *moment);
+        appendKmlWhen(out, *timed);
         out += "</TimeStamp>";
     }
     out.append("<styleUrl>#").append(style).append("</styleUrl>");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pieces of KML text. Stateless: [any] thread.
+// Pieces of KML text that KmlWriter and KmlLine share. Stateless. [any]
 
 #pragma once
 
@@ -14,22 +14,22 @@ class Dictionary;
 
 namespace host {
 
-/// Appends longitude, latitude and, if it is finite, altitude in metres: the order that KML has
-/// them in.
-void appendKmlPlace(std::string& out, const gps::GPSPoint& point, char separator);
+/// Appends longitude and latitude in degrees and, if it is finite, altitude in metres, in the order
+/// that KML requires.
+void appendKmlPosition(std::string& out, const gps::GPSPoint& point, char separator);
 
-/// Appends the moment as a `when` element. Precondition: the point has a moment.
+/// Appends the point's timestamp as a `when` element. Precondition: it has one.
 void appendKmlWhen(std::string& out, const gps::GPSPoint& point);
 
-/// Appends `name`, if the record has one.
+/// Appends a `name` element if the record has a name.
 void appendKmlName(std::string& out, const gps::Dictionary& record);
 
-/// Appends how a placemark begins, up to its geometry: name, description, moment, style, and the
-/// record's every other field.
+/// Appends the start of a placemark, up to its geometry: name, description, timestamp, style, and
+/// all other fields of the record as extended data.
 ///
-/// @param style   the identifier of a style of the document
-/// @param moment  a point whose moment is the placemark's; may be null
+/// @param style  the identifier of one of the document's styles
+/// @param timed  the point whose timestamp the placemark gets; may be null
 void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style,
-                   const gps::GPSPoint* moment = nullptr);
+                   const gps::GPSPoint* timed = nullptr);
 
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each folder has an output of its own: the document for tracks, a temporary file for the others.
 
 #include "host/formats/KmlWriter.h"
 
@@ -9,7 +10,7 @@
 namespace host {
 namespace {
 
-// Colours are written as opacity, blue, green, red.
+// KML colours are opacity, blue, green, red.
 constexpr std::string_view kHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<kml xmlns=\"http://www.opengis.net/kml/2.2\" "
@@ -122,7 +123,7 @@ void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary&
     text_.clear();
     appendKmlHead(text_, record, style, &point);
     text_ += "<Point><coordinates>";
-    appendKmlPlace(text_, point, ',');
+    appendKmlPosition(text_, point, ',');
     text_ += "</coordinates></Point></Placemark>\n";
 }
 

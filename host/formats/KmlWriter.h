@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// KmlWriter: events as a KML 2.2 document, written as they come. One thread at a time.
-// Source of the form: OGC KML 2.2 (OGC 07-147r2), http://www.opengis.net/kml/2.2.
+// KmlWriter: writes records as a KML 2.2 document while they arrive. One thread at a time.
+// Source of the format: OGC KML 2.2 (OGC 07-147r2), http://www.opengis.net/kml/2.2.
 
 #pragma once
 
@@ -13,12 +13,12 @@
 
 namespace host {
 
-/// A folder for each kind that came: tracks, routes - each a folder of its line and its points -
-/// waypoints, geocaches. The tracks, of which there is most, come first and straight; the other
-/// folders wait on the medium until the end.
+/// The document has a folder for each kind of record that arrives: tracks, routes (each a folder
+/// with its line and its points), waypoints, geocaches. Tracks, the bulk of the data, come first
+/// and are written at once; the other folders are kept in temporary files until the end.
 class KmlWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where the other folders wait
+    /// @param spoolFolder  where the temporary files are made
     KmlWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
@@ -36,7 +36,7 @@ private:
     void makePlacemark(const gps::GPSPoint& point, const gps::Dictionary& record,
                        std::string_view style);
 
-    /// One folder of the document: begun with the first thing in it, so that none is empty.
+    /// One folder of the document. It is opened by its first record, so no folder is empty.
     struct Folder {
         std::string_view title;
         bool isBegun = false;
@@ -54,7 +54,7 @@ private:
     Spool wayPoints_;
     Spool geocaches_;
     KmlLine line_;
-    std::string text_; // one element at a time
+    std::string text_; // the last element made
     GlobeFilter globe_;
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Writer: turns a stream of events into one output. Each format is one. One thread at a time.
+// Writer: turns a stream of events into one output. Each output format implements it, and so do the
+// filters that sit in front of one. One thread at a time.
 
 #pragma once
 
@@ -10,22 +11,22 @@
 
 namespace host {
 
-/// Fed with every event in order, with each operation's result after its events, then closed. Keeps
-/// no points: memory does not grow with a track. A destructor is silent and need not leave a whole
-/// file.
+/// Gets every event in order, each operation's result after that operation's events, and finally
+/// `close`. Implementations keep no points, so memory does not grow with a track. Destroyed without
+/// `close`, a writer reports nothing and may leave an incomplete output.
 class Writer {
 public:
     virtual ~Writer() = default;
 
     virtual void event(const Event& event) = 0;
 
-    /// What an operation answered; none: success.
+    /// What an operation returned: an error, or nullopt for success.
     virtual void result(const std::optional<gps::Error>& error) { (void)error; }
 
     /// Ends the output. @return  the first failure since the start
     [[nodiscard]] virtual std::optional<gps::Error> close() = 0;
 
-    /// What the user should know of what was written, in one sentence; empty: nothing.
+    /// One sentence on records that the output lacks; empty if it has them all.
     [[nodiscard]] virtual std::string remark() const { return {}; }
 };
 

@@ -38,7 +38,7 @@ TEST_F(DataFile, PointsAreBoxedAtEveryDepth)
     EXPECT_EQ(data_, (gps::Dictionary{{"route", gps::Array{gps::Dictionary{{"points", points}}}}}));
 }
 
-TEST_F(DataFile, EverythingElseStaysAsItStandsAndInOrder)
+TEST_F(DataFile, EverythingElseIsUnchangedAndInOrder)
 {
     EXPECT_FALSE(read(R"({"z":"Ä","a":true,"point":"text","m":{"point":[1]},"n":null})"));
     EXPECT_EQ(data_, (gps::Dictionary{{"z", "Ä"},
@@ -51,7 +51,7 @@ TEST_F(DataFile, EverythingElseStaysAsItStandsAndInOrder)
     EXPECT_EQ(keys, "z a point m ");
 }
 
-TEST_F(DataFile, NullIsNoDictionary)
+TEST_F(DataFile, NullMeansNoDictionary)
 {
     data_ = gps::Dictionary{{"old", 1}};
     EXPECT_FALSE(read(" null\n"));
@@ -64,7 +64,7 @@ TEST_F(DataFile, EmptyObjectIsAnEmptyDictionary)
     EXPECT_EQ(data_, gps::Dictionary{});
 }
 
-TEST_F(DataFile, WhatIsNoObjectIsRefusedWithItsPath)
+TEST_F(DataFile, AnythingButAnObjectIsRejectedWithItsPath)
 {
     for (const auto& json :
          {std::string{}, std::string{"[]"}, std::string{"1"}, std::string{"nul"},
@@ -77,7 +77,7 @@ TEST_F(DataFile, WhatIsNoObjectIsRefusedWithItsPath)
     }
 }
 
-TEST_F(DataFile, DamagedTextIsRefusedWithItsLine)
+TEST_F(DataFile, InvalidJsonIsRejectedWithItsLine)
 {
     struct Row {
         std::string json;
@@ -95,7 +95,7 @@ TEST_F(DataFile, DamagedTextIsRefusedWithItsLine)
     EXPECT_TRUE(read(R"({"a":1e999})"));
 }
 
-TEST_F(DataFile, FileThatIsNotThereIsRefused)
+TEST_F(DataFile, MissingFileIsAnError)
 {
     EXPECT_TRUE(host::readDataFile(folder_.path("none"), data_));
     EXPECT_TRUE(host::readDataFile(folder_.path(), data_));

@@ -76,7 +76,7 @@ TEST(EventLines, CollectionsHaveTheirRecordUnderTheirOwnKey)
               "{\"event\":\"newRoute\",\"route\":{\"name\":\"Loop\",\"lastIndex\":4}}\n");
 }
 
-TEST(EventLines, ErrorHasNullForWhatItLacks)
+TEST(EventLines, MissingPartsOfAnErrorAreNull)
 {
     auto event = support::ofKind(EventKind::kError);
     event.error = gps::Error{"some", -4};

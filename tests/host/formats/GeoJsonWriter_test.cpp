@@ -58,7 +58,7 @@ TEST(GeoJsonWriter, NothingIsAnEmptyCollection)
     EXPECT_EQ(geoJsonOf({}).text, "{\"type\":\"FeatureCollection\",\"features\":[\n]}\n");
 }
 
-TEST(GeoJsonWriter, FeatureIsALine)
+TEST(GeoJsonWriter, EachFeatureIsOneLineOfText)
 {
     EXPECT_EQ(geoJsonOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0}, {{"name", "A"}}),
                          wayPoint({1, 2, 3, 0, 0})})
@@ -72,7 +72,7 @@ TEST(GeoJsonWriter, FeatureIsALine)
               "]}\n");
 }
 
-TEST(GeoJsonWriter, EveryFieldOfARecordIsAPropertyButForItsPlace)
+TEST(GeoJsonWriter, EveryFieldOfARecordButItsPointIsAProperty)
 {
     const auto features = featuresOf({wayPoint({}, {{"name", "C"},
                                                     {"comment", ""},
@@ -90,7 +90,7 @@ TEST(GeoJsonWriter, EveryFieldOfARecordIsAPropertyButForItsPlace)
         "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
 
-TEST(GeoJsonWriter, PropertyOfTheFormsOwnStandsOnce)
+TEST(GeoJsonWriter, ReservedPropertyIsWrittenOnce)
 {
     const auto text =
         geoJsonOf(
@@ -111,7 +111,7 @@ TEST(GeoJsonWriter, TrackIsALineWithItsTimes)
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
 }
 
-TEST(GeoJsonWriter, PointWithoutAMomentHasNullAmongTheTimes)
+TEST(GeoJsonWriter, PointWithoutATimestampHasNullAmongTheTimes)
 {
     const auto times = [](const std::vector<Event>& events) {
         return featuresOf(events)[0]["properties"].value("times", json{});
@@ -120,10 +120,11 @@ TEST(GeoJsonWriter, PointWithoutAMomentHasNullAmongTheTimes)
     EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}),
               json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
     EXPECT_EQ(times({at(kTen), at(0)}), json::parse(R"(["2024-06-01T10:00:00Z",null])"));
-    EXPECT_EQ(times({at(0), at(315532799)}), json{}); // none at all: no such property
+    EXPECT_EQ(times({at(0), at(315532799)}),
+              json{}); // without any timestamp there is no such property
 }
 
-TEST(GeoJsonWriter, LineOfOnePointIsAPointAndOneOfNoneHasNoGeometry)
+TEST(GeoJsonWriter, LineOfOnePointIsAPointAndAnEmptyLineHasNoGeometry)
 {
     EXPECT_EQ(geometryOf({trackPoint({1, 2, 3, 0, 0})}),
               json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
@@ -164,7 +165,7 @@ TEST(GeoJsonWriter, LineAcrossTheDateLineIsCutThere)
     EXPECT_EQ(route[0]["properties"]["points"], json::parse(R"([{"name":"A"},null,null,{}])"));
 }
 
-TEST(GeoJsonWriter, EachLineStartsAfresh)
+TEST(GeoJsonWriter, StateOfOneLineDoesNotReachTheNext)
 {
     const auto features =
         featuresOf({newTrack({}), trackPoint({0, 179, 0, kTen, 0}), trackPoint({0, -179, 0, 0, 0}),
@@ -175,7 +176,7 @@ TEST(GeoJsonWriter, EachLineStartsAfresh)
     EXPECT_FALSE(features[1]["properties"].contains("times"));
 }
 
-TEST(GeoJsonWriter, PointWithoutAPlaceIsLeftOutAndCounted)
+TEST(GeoJsonWriter, PointOffTheGlobeIsLeftOutAndCounted)
 {
     const auto poles =
         geoJsonOf({wayPoint({90.1, 0, 0, 0, 0}), newRoute({}), wayPoint({0, -181, 0, 0, 0}),
@@ -206,7 +207,7 @@ TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)
     EXPECT_EQ(coordinates[2].get<double>(), point.altitude);
 }
 
-TEST(GeoJsonWriter, HostileTextsStayTexts)
+TEST(GeoJsonWriter, HostileTextsAreEscaped)
 {
     const std::string arabic = "\xD9\x85\xD8\xB1\xD8\xAD\xD8\xA8\xD8\xA7";
     for (const auto& [name, shown] : std::vector<std::pair<std::string, std::string>>{
@@ -220,7 +221,7 @@ TEST(GeoJsonWriter, HostileTextsStayTexts)
         EXPECT_EQ(featuresOf({newTrack({{"name", name}})})[0]["properties"]["name"], shown);
 }
 
-TEST(GeoJsonWriter, RefusedWriteIsReportedAtTheEnd)
+TEST(GeoJsonWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;
     host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};

@@ -21,7 +21,7 @@ std::string cacheOf(const gps::Dictionary& record)
     return out.substr(kStart.size(), out.size() - kStart.size() - kEnd.size());
 }
 
-TEST(GeocacheXml, ChildrenComeInTheOrderOfTheSchema)
+TEST(GeocacheXml, ChildrenAreInTheOrderOfTheSchema)
 {
     EXPECT_EQ(
         cacheOf({{"dateFound", "020309"},
@@ -51,7 +51,7 @@ TEST(GeocacheXml, EmptyTextsAreLeftOut)
               "");
 }
 
-TEST(GeocacheXml, DateTextsAreReadWhereTheyAreDates)
+TEST(GeocacheXml, DatesAreConvertedAndOtherTextsAreKept)
 {
     struct Row {
         const char* text;

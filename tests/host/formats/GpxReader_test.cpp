@@ -56,7 +56,7 @@ Dictionary readContent(std::string_view content)
     return read(gpx(content));
 }
 
-// The description of a refusal. Nothing has been added then.
+// The description of the error that a text gives. Nothing must have been added.
 std::string refusal(std::string_view bytes)
 {
     const auto [failure, data] = reading(bytes);
@@ -116,13 +116,13 @@ TEST(GpxReader, WaypointHasItsNameCommentSymbolAndPoint)
                                       {"point", GPSPoint{46.5, -7.25, 1200.5, 1717236000, 0}}}}}}));
 }
 
-TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPlace)
+TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPoint)
 {
     EXPECT_EQ(waypoint(""),
               (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, 0, 0, 0}}}));
 }
 
-TEST(GpxReader, DescriptionStandsInForAComment)
+TEST(GpxReader, DescriptionReplacesAMissingComment)
 {
     EXPECT_EQ(textUnder(waypoint("<desc>d</desc>"), "comment"), "d");
     EXPECT_EQ(textUnder(waypoint("<cmt/><desc>d</desc>"), "comment"), "d");
@@ -142,7 +142,7 @@ TEST(GpxReader, MalformedElevationOrTimeIsZero)
     EXPECT_EQ(pointOf("<time>2024-06-01T12:00:00.75+02:00</time>").time, 1717236000);
 }
 
-TEST(GpxReader, CoordinatesAreWholeNumbersOnTheGlobe)
+TEST(GpxReader, CoordinatesMustBeNumbersOnTheGlobe)
 {
     for (const std::string_view text :
          {"90", "-90", "+46.5", " 46.5\n", "46.", ".5", "-.5", "4.65e1", "-0", "1e-400", "0046.5"})
@@ -153,19 +153,19 @@ TEST(GpxReader, CoordinatesAreWholeNumbersOnTheGlobe)
           "-inf",       "north",       "46,5", "46.5 N", "46 30", "0x2E", "1e400",
           "+-4",        "-+4",         "--4",  ".",      "-",     "4e"})
         EXPECT_THAT(refusal(gpx("<wpt lat=\"" + std::string{text} + "\" lon=\"7\"/>")),
-                    HasSubstr("no possible place"))
+                    HasSubstr("invalid coordinates"))
             << text;
     EXPECT_EQ(refusal(gpx("<wpt lat='0' lon='180'/><wpt lat='0' lon='-180'/>")), "read");
     for (const std::string_view text : {"180.0000001", "-180.0000001", "x"})
         EXPECT_THAT(refusal(gpx("<wpt lat='0' lon='" + std::string{text} + "'/>")),
-                    HasSubstr("no possible place"))
+                    HasSubstr("invalid coordinates"))
             << text;
 }
 
-TEST(GpxReader, ImpossiblePlaceIsToldWithFileLineAndNumbers)
+TEST(GpxReader, InvalidCoordinatesAreReportedWithFileLineAndValues)
 {
     EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'/>\n\n<wpt\n lat='95' lon='7'/></gpx>"),
-              "trip.gpx, line 4: a <wpt> has no possible place: its latitude is \"95\", its "
+              "trip.gpx, line 4: a <wpt> has invalid coordinates: its latitude is \"95\", its "
               "longitude \"7\"");
     EXPECT_THAT(refusal("<gpx>\n<rte>\n<rtept lat='1'/></rte></gpx>"),
                 StartsWith("trip.gpx, line 3: a <rtept>"));
@@ -253,7 +253,7 @@ TEST(GpxReader, KindsMayComeInAnyOrder)
     EXPECT_EQ(listUnder(data, "track").size(), 1U);
 }
 
-TEST(GpxReader, UnknownElementsArePassedOver)
+TEST(GpxReader, UnknownElementsAreIgnored)
 {
     EXPECT_EQ(readContent("<metadata><name>no</name><bounds "
                           "minlat='x'/></metadata><extensions><wpt/></extensions><waypoint/>"
@@ -265,7 +265,7 @@ TEST(GpxReader, UnknownElementsArePassedOver)
               "A");
 }
 
-TEST(GpxReader, AnyNamespacePrefixIsTaken)
+TEST(GpxReader, AnyNamespacePrefixIsAccepted)
 {
     const auto plain =
         read("<gpx><wpt lat='1' lon='2'><name>A</name><sym>B</sym></wpt><trk><trkseg><trkpt "
@@ -283,7 +283,7 @@ TEST(GpxReader, AnyNamespacePrefixIsTaken)
         plain);
 }
 
-TEST(GpxReader, ElementsOfAnotherNamespaceArePassedOver)
+TEST(GpxReader, ElementsOfAnotherNamespaceAreIgnored)
 {
     EXPECT_EQ(
         readContent(
@@ -297,7 +297,7 @@ TEST(GpxReader, ElementsOfAnotherNamespaceArePassedOver)
                                 {"track", Array{Dictionary{{"points", Array{}}}}}}));
 }
 
-TEST(GpxReader, OwnNamespaceMayGoByTwoPrefixes)
+TEST(GpxReader, OneNamespaceMayHaveTwoPrefixes)
 {
     const auto data = readContent("<g:wpt xmlns:g='http://www.topografix.com/GPX/1/1' lat='1' "
                                   "lon='2'><g:name>A</g:name></g:wpt>");
@@ -311,7 +311,7 @@ TEST(GpxReader, ForeignElementDoesNotHideAnOwnOne)
               "yes");
 }
 
-TEST(GpxReader, TextsAreTakenWithEntitiesAndCdata)
+TEST(GpxReader, TextsMayHaveEntitiesAndCdata)
 {
     const auto nameOf = [](std::string_view inside) {
         return textUnder(waypoint("<name>" + std::string{inside} + "</name>"), "name");
@@ -346,7 +346,7 @@ TEST(GpxReader, DeclaredEncodingIsHonoured)
                   "name"),
         "caf\xC3\xA9");
     EXPECT_EQ(refusal("<?xml version='1.0' encoding='no-such-thing'?><gpx/>"),
-              "trip.gpx, line 1: the file's text is in an encoding that is not known here");
+              "trip.gpx, line 1: the text encoding of this file is not supported");
 }
 
 constexpr char kCache[] =
@@ -366,7 +366,7 @@ constexpr char kCache[] =
     "<groundspeak:type>Found "
     "it</groundspeak:type></groundspeak:log></groundspeak:logs></groundspeak:cache>";
 
-TEST(GpxReader, GeocacheIsReadFromEitherPlaceOfItsExtension)
+TEST(GpxReader, CacheExtensionMayBeAChildOrInExtensions)
 {
     const std::string head =
         "<time>2004-12-31T08:00:00Z</time><name>GC123</name><desc>The title by Ann</desc>"
@@ -398,7 +398,7 @@ TEST(GpxReader, GeocacheIsKnownByTypeSymbolOrExtension)
         EXPECT_FALSE(waypoint(content).contains("geocacheType")) << content;
 }
 
-TEST(GpxReader, GeocacheSymbolTellsOnlyWhetherItWasFound)
+TEST(GpxReader, GeocacheSymbolIsOneOfTwo)
 {
     EXPECT_EQ(textUnder(waypoint("<sym>Geocache Found</sym>"), "symbol"), "Geocache Found");
     EXPECT_EQ(textUnder(waypoint("<sym>Geocache</sym>"), "symbol"), "Geocache");
@@ -406,7 +406,7 @@ TEST(GpxReader, GeocacheSymbolTellsOnlyWhetherItWasFound)
     EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "symbol"), "Geocache");
 }
 
-TEST(GpxReader, GeocacheTypeIsTheExtensionsOrElseTheWaypoints)
+TEST(GpxReader, GeocacheTypeOfTheExtensionComesBeforeTheWaypoints)
 {
     EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"),
               "Virtual Cache");
@@ -454,15 +454,15 @@ TEST(GpxReader, SeveralFilesAppend)
     EXPECT_EQ(data, before) << "a bad file adds nothing";
 }
 
-TEST(GpxReader, WhatIsNoGpxIsRefused)
+TEST(GpxReader, AnythingButGpxIsRejected)
 {
     for (const std::string_view bytes :
          {"", " \n", "hello", "{\"a\":1}", "<?xml version='1.0'?>", "<kml><wpt/></kml>", "<GPX/>",
           "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->"})
-        EXPECT_EQ(refusal(bytes), "trip.gpx, line 1: this is no GPX file") << bytes;
+        EXPECT_EQ(refusal(bytes), "trip.gpx, line 1: this is not a GPX file") << bytes;
 }
 
-TEST(GpxReader, DamagedFileIsToldWithItsLine)
+TEST(GpxReader, DamageIsReportedWithItsLine)
 {
     EXPECT_THAT(refusal("<gpx>\n<wpt lat='1' lon='2'>\n</gpx>"),
                 StartsWith("trip.gpx, line 3: the file is damaged or cut short"));
@@ -471,10 +471,11 @@ TEST(GpxReader, DamagedFileIsToldWithItsLine)
     EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"),
                 StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
     EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
-    EXPECT_EQ(refusal("<gpx/>\n<gpx/>"), "trip.gpx, line 2: the file goes on behind its end");
+    EXPECT_EQ(refusal("<gpx/>\n<gpx/>"),
+              "trip.gpx, line 2: there is more text after the end of the document");
 }
 
-TEST(GpxReader, FileCutAnywhereIsRefused)
+TEST(GpxReader, FileCutAnywhereIsRejected)
 {
     const auto whole = gpx(
         "<!-- c --><wpt lat=\"1\" lon=\"2\"><name>A &amp; B</name><cmt><![CDATA[c]]></cmt></wpt>"
@@ -501,7 +502,7 @@ TEST(GpxReader, BrokenByteNeverEndsTheProcess)
     }
 }
 
-TEST(GpxReader, DeepNestingIsNoDanger)
+TEST(GpxReader, DeepNestingIsHarmless)
 {
     constexpr std::size_t kDepth = 300000;
     std::string opened;
@@ -517,7 +518,7 @@ TEST(GpxReader, DeepNestingIsNoDanger)
     EXPECT_THAT(refusal("<gpx>" + opened), HasSubstr("damaged or cut short"));
 }
 
-TEST(GpxReader, UnreadableFileIsRefused)
+TEST(GpxReader, UnreadableFileIsAnError)
 {
     const support::TemporaryFolder folder;
     Dictionary data;
@@ -534,17 +535,17 @@ TEST(GpxReader, UnreadableFileIsRefused)
     EXPECT_TRUE(data.empty());
 }
 
-TEST(GpxReader, FileBeyondTheLargestSizeIsRefused)
+TEST(GpxReader, FileBeyondTheLargestSizeIsRejected)
 {
     const support::TemporaryFolder folder;
     const auto path = folder.put("huge.gpx", "<gpx/>");
     ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestGpx) + 1),
-              0); // a hole: takes no room
+              0); // a sparse file
     Dictionary data;
     EXPECT_TRUE(host::readGpx(path, data));
 }
 
-// What the program's own writer makes of events, read back.
+// Events, written by GpxWriter and read back.
 Dictionary roundTrip(const std::vector<host::Event>& events)
 {
     support::Written written;
@@ -561,7 +562,7 @@ Dictionary withPoint(Dictionary record, const GPSPoint& point)
     return record;
 }
 
-TEST(GpxReader, OwnWritersWaypointComesBackEqual)
+TEST(GpxReader, WaypointSurvivesARoundTrip)
 {
     const GPSPoint point{-46.123456789, -179.99999, -5.5, 1717236000, 0};
     for (const Dictionary& record :
@@ -572,7 +573,7 @@ TEST(GpxReader, OwnWritersWaypointComesBackEqual)
                   withPoint(record, point));
 }
 
-TEST(GpxReader, OwnWritersGeocacheComesBackEqual)
+TEST(GpxReader, GeocacheSurvivesARoundTrip)
 {
     const GPSPoint point{46.5, 7.25, 1200, 0, 0};
     for (const Dictionary& record : {Dictionary{{"name", "GC123"},
@@ -599,7 +600,7 @@ TEST(GpxReader, OwnWritersGeocacheComesBackEqual)
                   withPoint(record, point));
 }
 
-TEST(GpxReader, OwnWritersRouteAndTrackComeBackEqual)
+TEST(GpxReader, RouteAndTrackSurviveARoundTrip)
 {
     const GPSPoint a{46.5, 7.25, 1200, 0, 0};
     const GPSPoint b{-0.1, 0.2, 0, 0, 0};

@@ -10,7 +10,7 @@ namespace {
 
 using host::readGpxTime;
 
-TEST(GpxTime, MomentIsReadInEveryForm)
+TEST(GpxTime, EveryAcceptedFormIsRead)
 {
     struct Row {
         std::string_view text;
@@ -44,7 +44,7 @@ TEST(GpxTime, MomentIsReadInEveryForm)
         EXPECT_EQ(readGpxTime(row.text), row.seconds) << row.text;
 }
 
-TEST(GpxTime, AnythingElseIsNoMoment)
+TEST(GpxTime, AnythingElseIsRejected)
 {
     for (const std::string_view text : {"",
                                         " ",

@@ -80,7 +80,7 @@ TEST(GpxWriter, NumbersHaveNoExponent)
         "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
 }
 
-TEST(GpxWriter, TimeBefore1980IsNone)
+TEST(GpxWriter, TimeBefore1980IsOmitted)
 {
     EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532799, 0})}), Not(HasSubstr("<time>")));
     EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532800, 0})}),
@@ -96,7 +96,7 @@ TEST(GpxWriter, LongitudeOf180IsWrittenFromTheOtherSide)
     EXPECT_THAT(bodyOf({wayPoint({0, 179.9999999996, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
 }
 
-TEST(GpxWriter, PointWithoutAPlaceIsLeftOutAndCounted)
+TEST(GpxWriter, PointOffTheGlobeIsLeftOutAndCounted)
 {
     const auto one = gpxOf({wayPoint({90.1, 0, 0, 0, 0}), wayPoint({90, 0, 0, 0, 0})});
     EXPECT_EQ(one.remark, "1 point without valid coordinates was left out");
@@ -107,6 +107,19 @@ TEST(GpxWriter, PointWithoutAPlaceIsLeftOutAndCounted)
                   .remark,
               "2 points without valid coordinates were left out");
     EXPECT_EQ(gpxOf({wayPoint({})}).remark, "");
+}
+
+TEST(GpxWriter, PointOffTheGlobeDoesNotRepeatThePointBefore)
+{
+    const gps::GPSPoint good{1, 2, 3, 0, 0};
+    const gps::GPSPoint offTheGlobe{91, 2, 3, 0, 0};
+    EXPECT_EQ(bodyOf({wayPoint(good), wayPoint(offTheGlobe)}),
+              "<wpt lat=\"1\" lon=\"2\"><ele>3</ele></wpt>\n");
+    EXPECT_EQ(bodyOf({newRoute({}), wayPoint(good), wayPoint(offTheGlobe)}),
+              "<rte>\n<rtept lat=\"1\" lon=\"2\"><ele>3</ele></rtept>\n</rte>\n");
+    EXPECT_EQ(bodyOf({newTrack({}), trackPoint(good), trackPoint(offTheGlobe)}),
+              "<trk><trkseg>\n<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n"
+              "</trkseg></trk>\n");
 }
 
 TEST(GpxWriter, AltitudeThatIsNotFiniteIsLeftOut)
@@ -132,7 +145,7 @@ TEST(GpxWriter, TrackHasOneSegment)
               "<trkpt lat=\"4\" lon=\"5\"><ele>6</ele></trkpt>\n</trkseg></trk>\n");
 }
 
-TEST(GpxWriter, WayPointAfterTheEndOfARouteIsNoPointOfIt)
+TEST(GpxWriter, WayPointAfterTheEndOfARouteIsNotOneOfItsPoints)
 {
     const auto ended =
         support::transferEvent(host::EventKind::kEndTransfer, gps::TransferKind::kRoutes);
@@ -146,7 +159,7 @@ TEST(GpxWriter, TrackPointWithoutATrackOpensOne)
               "<trk><trkseg>\n<trkpt lat=\"0\" lon=\"0\"><ele>0</ele></trkpt>\n</trkseg></trk>\n");
 }
 
-TEST(GpxWriter, SectionsKeepTheirOrderThoughFilesBringThemMixed)
+TEST(GpxWriter, SectionsKeepTheirOrderWhenFilesMixThem)
 {
     const auto body = bodyOf({newTrack({{"name", "T1"}}), trackPoint({}),
                               newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
@@ -171,7 +184,7 @@ TEST(GpxWriter, GeocacheHasItsExtension)
             "</groundspeak:cache></extensions></wpt>"));
 }
 
-TEST(GpxWriter, RefusedWriteIsReportedAtTheEnd)
+TEST(GpxWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;
     host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};

@@ -37,7 +37,7 @@ Kml kmlOf(const std::vector<Event>& events)
     return {written.text(), writer.remark()};
 }
 
-// What stands between the styles and the end of the document.
+// The text between the styles and the end of the document.
 std::string bodyOf(const std::vector<Event>& events)
 {
     constexpr std::string_view kStyle = "</Style>\n";
@@ -87,7 +87,7 @@ TEST(KmlWriter, EmptyTextsAndTimesWithoutADateAreLeftOut)
                 HasSubstr("<when>1980-01-01T00:00:00Z</when>"));
 }
 
-TEST(KmlWriter, MarkupIsShownAsTextAlsoWhereADescriptionIsTakenForHtml)
+TEST(KmlWriter, MarkupInADescriptionIsShownAsText)
 {
     const auto body = bodyOf({wayPoint({}, {{"name", "<&\x01\xff"}, {"comment", "<b>&"}})});
     EXPECT_THAT(body, HasSubstr("<name>&lt;&amp;\xEF\xBF\xBD</name>"));
@@ -95,7 +95,7 @@ TEST(KmlWriter, MarkupIsShownAsTextAlsoWhereADescriptionIsTakenForHtml)
     EXPECT_THAT(body, HasSubstr("<Data name=\"comment\"><value>&lt;b&gt;&amp;</value></Data>"));
 }
 
-TEST(KmlWriter, EveryFieldOfARecordIsDataButForItsPlace)
+TEST(KmlWriter, EveryFieldOfARecordButItsPointIsData)
 {
     const auto body = bodyOf({wayPoint({}, {{"symbol", "Geocache"},
                                             {"terrain", "2"},
@@ -113,7 +113,7 @@ TEST(KmlWriter, EveryFieldOfARecordIsDataButForItsPlace)
                   "<Data name=\"a&quot;b\"><value>true</value></Data></ExtendedData><Point>"));
 }
 
-TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsPlaces)
+TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsCoordinates)
 {
     EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
                       trackPoint({4, 5, 6, kTen + 1, 0})}),
@@ -137,7 +137,7 @@ TEST(KmlWriter, UntimedTrackIsALine)
               "</Folder>\n");
 }
 
-TEST(KmlWriter, OneUntimedPointIsAPointAndNoneIsNoPlace)
+TEST(KmlWriter, OneUntimedPointIsAPointAndNoPointsAreNoGeometry)
 {
     EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, 0, 0})}),
                 HasSubstr("<Point><coordinates>2,1,3\n</coordinates></Point></Placemark>"));
@@ -204,7 +204,7 @@ TEST(KmlWriter, RouteIsAFolderOfItsPointsAndItsLine)
         "</Folder>\n");
 }
 
-TEST(KmlWriter, EachKindHasOneFolderThoughFilesBringThemMixed)
+TEST(KmlWriter, EachKindHasOneFolderWhenFilesMixThem)
 {
     const auto idle = support::stateChange(0);
     pugi::xml_document document;
@@ -224,7 +224,7 @@ TEST(KmlWriter, EachKindHasOneFolderThoughFilesBringThemMixed)
                                         ElementsAre("W1", "W2"), ElementsAre("C1")));
 }
 
-TEST(KmlWriter, PointWithoutAPlaceIsLeftOutAndCounted)
+TEST(KmlWriter, PointOffTheGlobeIsLeftOutAndCounted)
 {
     const auto poles = kmlOf({wayPoint({90.1, 0, 0, 0, 0}), wayPoint({90, 180, 0, 0, 0}),
                               trackPoint({-90, -180, 0, 0, 0}),
@@ -243,7 +243,7 @@ TEST(KmlWriter, AltitudeThatIsNotFiniteIsLeftOut)
                 HasSubstr("<coordinates>2,1</coordinates>"));
 }
 
-TEST(KmlWriter, RefusedWriteIsReportedAtTheEnd)
+TEST(KmlWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;
     host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};

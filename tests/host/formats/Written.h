@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a writer wrote: an output that goes to a file of the test's own, and a small language for
-// events.
+// For tests of writers: an output to a temporary file, and short names for the events that are
+// written to it.
 
 #pragma once
 
