@@ -164,7 +164,7 @@ void HtmlWriter::beginRoute(const gps::Dictionary& route)
     text_ += '{';
     appendTextMember(text_, "name", textUnder(route, "name"));
     appendTextMember(text_, "comment", textUnder(route, "comment"));
-    text_ += R"(,"places":[)";
+    text_ += R"(,"points":[)";
     routes_.spool.write(text_);
     isFirstPoint_ = true;
     routeLength_ = {};

@@ -20,7 +20,7 @@ namespace host {
 /// The data is a JSON object in a script element of the page:
 ///
 ///     {"waypoints":[PLACE,...],"geocaches":[PLACE,...],"note":S,
-///      "routes":[{"name":S,"comment":S,"places":[PLACE,...],"kilometres":D},...],
+///      "routes":[{"name":S,"comment":S,"points":[PLACE,...],"kilometres":D},...],
 ///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,"ascent":D,"descent":D,"moving":I},...]}
 ///
 /// PLACE: {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]} and for a geocache its further fields.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The page around the data: what the files under page/ say, put together when the program is built.
-// [any] thread.
+// The HTML page around its data, for HtmlWriter. embed.py makes the texts at build time from the
+// files in this folder: page.html, page.css, and main.js with its modules.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// Everything up to the JSON text, and everything after it.
+/// The text before the JSON data, and the text after it. [any]
 [[nodiscard]] std::string_view pageHead() noexcept;
 [[nodiscard]] std::string_view pageFoot() noexcept;
 

@@ -123,7 +123,7 @@ TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
     EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}),
                       wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
                       wayPoint({1, 0, 4, 0, 0}, {{"name", "B"}})})["routes"],
-              json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"places":[
+              json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"points":[
                                {"name":"A","comment":"","symbol":"","at":[0,0,30,null]},
                                {"name":"B","comment":"","symbol":"","at":[1000000,0,40,null]}]}])"));
 }
@@ -171,7 +171,7 @@ TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
         {newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
          wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNone, 0, 0, 0, 0})});
     EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
-    EXPECT_EQ(data["routes"][0]["places"], json::array());
+    EXPECT_EQ(data["routes"][0]["points"], json::array());
     EXPECT_EQ(data["waypoints"], json::array());
     EXPECT_EQ(data["note"], "3 points without valid coordinates were left out");
 }

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// The page's entry point: reads the data and puts the parts of the page together.
+//
+// What this module exports is the page's one global, `page`, for its tests and for
+// scripts/page-pictures.
+
+import { findAreas } from "./model/areas.js";
+import { boundsOf, kWorld } from "./model/bounds.js";
+import { allItems, unpackCollection } from "./model/collection.js";
+import { summaryText, titleText } from "./model/itemTexts.js";
+import { Mark } from "./model/Mark.js";
+import { tablesOf } from "./model/tables.js";
+import { showAreaButtons, showLayerSwitches } from "./ui/controls.js";
+import { byId, scrollBehavior } from "./ui/dom.js";
+import { listenToMap } from "./ui/mapInput.js";
+import { showMarkOnMap } from "./ui/mapMark.js";
+import { listenToPrinting } from "./ui/printing.js";
+import { showTables } from "./ui/tables.js";
+import { Theme } from "./ui/Theme.js";
+import { TrackCards } from "./ui/TrackCards.js";
+import { TrackMap } from "./ui/TrackMap.js";
+
+export const collection = unpackCollection(JSON.parse(byId("data").textContent));
+export const mark = new Mark();
+export let map = null; // null if there is nothing to show
+export let cards = null;
+
+export function showOnMap(item) {
+  map.fit(boundsOf([item]));
+  if (item.kind === "track")
+    cards.of(item).switchOn();
+  if (item.kind === "waypoint" || item.kind === "geocache")
+    mark.set(item);
+  map.box.scrollIntoView({ block: "nearest", behavior: scrollBehavior() });
+}
+
+function goTo(bounds) {
+  map.fit(bounds);
+  cards.goTo(bounds);
+}
+
+function showItems(items) {
+  map = new TrackMap(collection);
+  showMarkOnMap(map, mark);
+  listenToMap(map, mark);
+  const redraw = () => {
+    mark.clear();
+    map.drawSoon();
+  };
+  cards = new TrackCards(collection.tracks, mark, { onSwitch: redraw, onShow: showOnMap });
+  showTables(tablesOf(collection), showOnMap);
+  showLayerSwitches(collection, (layer, isShown) => {
+    map.layers[layer] = isShown;
+    redraw();
+  });
+  map.measure();
+  const areas = findAreas(items);
+  showAreaButtons(areas, boundsOf(items), goTo);
+  goTo(areas.length > 0 ? areas[0].bounds : kWorld); // items can be without any point
+  new ResizeObserver(() => map.measure()).observe(map.box);
+  const theme = new Theme(() => map.drawSoon());
+  listenToPrinting({ map, cards, mark, theme });
+}
+
+function showNothing() {
+  byId("nothing").hidden = false;
+  byId("overview").remove();
+  new Theme(() => {});
+}
+
+byId("note").textContent = collection.note ? `${collection.note}.` : "";
+document.title = titleText(collection);
+byId("summary").textContent = summaryText(collection);
+const items = allItems(collection);
+if (items.length > 0)
+  showItems(items);
+else
+  showNothing();
+document.documentElement.dataset.ready = "";

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// The marked point: the one that the reader points at, shown on the map and in a profile together.
+
+export class Mark {
+  constructor() {
+    this.item = null; // a track, a waypoint, a geocache or a point of a route
+    this.index = 0;   // of the track's point
+    this.listeners_ = [];
+  }
+
+  // Calls `listener(item, index)` whenever the mark is set or cleared.
+  onChange(listener) {
+    this.listeners_.push(listener);
+  }
+
+  set(item, index = 0) {
+    this.item = item;
+    this.index = index;
+    for (const listener of this.listeners_)
+      listener(item, index);
+  }
+
+  clear() {
+    this.set(null);
+  }
+}

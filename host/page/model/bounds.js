@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Rectangles of the map, in degrees.
+
+import { isLine } from "./collection.js";
+
+export const kWorld = { west: -180, east: 180, south: -90, north: 90 };
+
+export function emptyBounds() {
+  return { west: Infinity, east: -Infinity, south: Infinity, north: -Infinity };
+}
+
+export function isEmpty(bounds) {
+  return bounds.west > bounds.east;
+}
+
+// Widens `bounds` to include a point.
+export function extendBounds(bounds, x, latitude) {
+  bounds.west = Math.min(bounds.west, x);
+  bounds.east = Math.max(bounds.east, x);
+  bounds.south = Math.min(bounds.south, latitude);
+  bounds.north = Math.max(bounds.north, latitude);
+}
+
+export function contains(bounds, x, latitude) {
+  return x >= bounds.west && x <= bounds.east &&
+    latitude >= bounds.south && latitude <= bounds.north;
+}
+
+// The bounds of all points of the items.
+export function boundsOf(items) {
+  const bounds = emptyBounds();
+  for (const item of items) {
+    if (!isLine(item)) {
+      extendBounds(bounds, item.x, item.latitude);
+      continue;
+    }
+    for (let i = 0; i < item.count; ++i)
+      extendBounds(bounds, item.x[i], item.latitude[i]);
+  }
+  return bounds;
+}

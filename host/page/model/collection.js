@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+// Everything that the page shows, unpacked from the page's data element into typed arrays. The
+// format of the data is described in host/formats/HtmlWriter.h.
+//
+// A collection holds items: tracks and routes, which are lines, and waypoints and geocaches, which
+// are points. `item.kind` is "track", "route", "waypoint" or "geocache"; the points of a route have
+// the kind "route point". Numbers that are not known are NaN, or null where they come from the data
+// unchanged.
+
+import { eastOfEdge, layOutLine, westernEdge } from "./dateLine.js";
+import { metresBetween } from "./geodesy.js";
+import { speedsOf } from "./speed.js";
+
+export function unpackCollection(raw) {
+  const collection = {
+    note: raw.note,
+    tracks: raw.tracks.map(unpackTrack),
+    routes: raw.routes.map(unpackRoute),
+    waypoints: raw.waypoints.map((point) => unpackPoint(point, "waypoint")),
+    geocaches: raw.geocaches.map((point) => unpackPoint(point, "geocache")),
+  };
+  layOut(collection);
+  return collection;
+}
+
+export function allItems({ tracks, routes, waypoints, geocaches }) {
+  return [...tracks, ...routes, ...waypoints, ...geocaches];
+}
+
+export function isLine(item) {
+  return item.kind === "track" || item.kind === "route";
+}
+
+function emptyLine(count) {
+  return {
+    count,
+    latitude: new Float64Array(count),
+    longitude: new Float64Array(count), // from the device: -180 to 180
+    x: new Float64Array(count),         // on the map, in degrees: can exceed 180
+    breaks: new Set(),                  // indices of points that no line leads to
+  };
+}
+
+function unpackTrack(raw, index) {
+  const { kilometres, first, last, ascent, descent, moving } = raw;
+  const track = {
+    kind: "track", index, name: raw.name || "Unnamed track", isShown: true,
+    kilometres, first, last, ascent, descent, moving,
+    ...emptyLine(raw.points.length / 4),
+  };
+  track.elevation = new Float64Array(track.count); // metres
+  track.time = new Float64Array(track.count);      // seconds since 1970-01-01 UTC
+  track.distance = new Float64Array(track.count);  // metres from the start
+  unpackTrackPoints(track, raw.points);
+  track.speed = speedsOf(track);
+  return track;
+}
+
+// Each number is the difference from the last one in its column that is not null.
+function unpackTrackPoints(track, numbers) {
+  // A receiver without elevations writes 0 in every point. Such a track has no ascent.
+  const hasElevations = track.ascent !== null;
+  const sums = [0, 0, 0, 0];
+  for (let i = 0; i < track.count; ++i) {
+    for (let column = 0; column < 4; ++column)
+      sums[column] += numbers[4 * i + column] ?? 0;
+    track.latitude[i] = sums[0] / 1e6;
+    track.longitude[i] = sums[1] / 1e6;
+    track.elevation[i] = hasElevations && numbers[4 * i + 2] !== null ? sums[2] / 10 : NaN;
+    track.time[i] = numbers[4 * i + 3] === null ? NaN : sums[3];
+    track.distance[i] = i === 0 ? 0 : track.distance[i - 1] + metresBetween(
+      track.latitude[i - 1], track.longitude[i - 1], track.latitude[i], track.longitude[i]);
+  }
+}
+
+function unpackPoint(raw, kind) {
+  const [latitude, longitude, elevation, time] = raw.at;
+  return {
+    ...raw, kind, name: raw.name || "Unnamed",
+    latitude: latitude / 1e6, longitude: longitude / 1e6,
+    elevation: elevation === null ? NaN : elevation / 10, time: time ?? NaN,
+  };
+}
+
+function unpackRoute(raw, index) {
+  const { comment, kilometres } = raw;
+  const points = raw.points.map((point) => unpackPoint(point, "route point"));
+  const route = {
+    kind: "route", index, name: raw.name || "Unnamed route", comment, kilometres, points,
+    ...emptyLine(points.length),
+  };
+  points.forEach((point, i) => {
+    route.latitude[i] = point.latitude;
+    route.longitude[i] = point.longitude;
+  });
+  return route;
+}
+
+// Gives every point its `x` on the map.
+function layOut({ tracks, routes, waypoints, geocaches }) {
+  const lines = [...tracks, ...routes];
+  const points = [...waypoints, ...geocaches];
+  const edge = westernEdge(
+    [...lines.map((line) => line.longitude), points.map((point) => point.longitude)]);
+  for (const line of lines)
+    layOutLine(line, edge);
+  for (const point of points)
+    point.x = eastOfEdge(edge, point.longitude);
+  for (const route of routes)
+    route.points.forEach((point, i) => { point.x = route.x[i]; });
+}

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// The columns of the page's four tables.
+//
+// A column has a `title`, `value(item)` to sort by, and `text(item)` to show; without `text`, the
+// value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), and
+// a name shows its item on the map (`isName`).
+
+import {
+  dateTimeText, durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
+  metresText,
+} from "./format.js";
+
+// Returns the tables that have rows: `{ title, columns, items }`.
+export function tablesOf({ tracks, routes, waypoints, geocaches }) {
+  return [
+    { title: "Tracks", columns: trackColumns, items: tracks },
+    { title: "Routes", columns: routeColumns, items: routes },
+    { title: "Waypoints", columns: waypointColumns, items: waypoints },
+    { title: "Geocaches", columns: geocacheColumns, items: geocaches },
+  ].filter(({ items }) => items.length > 0);
+}
+
+function textColumn(title, key, options = {}) {
+  return { title, value: (item) => item[key], ...options };
+}
+
+function numberColumn(title, value, text) {
+  return { title, value, text: (item) => text(value(item)), isNumber: true };
+}
+
+function timeColumn(title, value) {
+  return { title, value, text: (item) => dateTimeText(value(item)) };
+}
+
+const nameColumn = textColumn("Name", "name", { isName: true });
+const commentColumn = textColumn("Comment", "comment", { isLong: true });
+const lengthColumn = numberColumn("Length", (line) => line.kilometres, kilometresText);
+const pointsColumn = numberColumn("Points", (line) => line.count, formatNumber);
+
+const positionColumns = [
+  numberColumn("Latitude", (point) => point.latitude, latitudeText),
+  numberColumn("Longitude", (point) => point.longitude, longitudeText),
+  numberColumn("Elevation", (point) => point.elevation, metresText),
+];
+
+const trackColumns = [
+  nameColumn,
+  timeColumn("From (UTC)", (track) => track.first),
+  timeColumn("To (UTC)", (track) => track.last),
+  numberColumn("Time span", timeSpan, durationText),
+  numberColumn("Moving", (track) => track.moving, durationText),
+  lengthColumn,
+  numberColumn("Ascent", (track) => track.ascent, metresText),
+  numberColumn("Descent", (track) => track.descent, metresText),
+  pointsColumn,
+];
+
+const routeColumns = [nameColumn, lengthColumn, pointsColumn, commentColumn];
+
+const waypointColumns = [
+  nameColumn, ...positionColumns, textColumn("Symbol", "symbol"), commentColumn,
+];
+
+const geocacheColumns = [
+  nameColumn,
+  textColumn("Type", "type"),
+  textColumn("Difficulty", "difficulty", { isNumber: true }),
+  textColumn("Terrain", "terrain", { isNumber: true }),
+  ...positionColumns,
+  textColumn("Owner", "owner"),
+  textColumn("Placed", "placed"),
+  textColumn("Found", "found"),
+  textColumn("Hint", "hint", { isLong: true }),
+  commentColumn,
+];
+
+function timeSpan(track) {
+  return isKnown(track.first) ? track.last - track.first : null;
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The list of track cards. It follows the mark, and draws each card's chart when the card comes
+// into view.
+
+import { contains } from "../model/bounds.js";
+import { byId, scrollBehavior } from "./dom.js";
+import { TrackCard } from "./TrackCard.js";
+
+const kPreload = "400px"; // the distance from the visible area at which a chart is drawn
+
+export class TrackCards {
+  // For `actions`, see TrackCard.
+  constructor(tracks, mark, actions) {
+    this.cards = tracks.map((track) => new TrackCard(track, mark, actions));
+    this.marked_ = null;
+    byId("cards").append(...this.cards.map((card) => card.element));
+    this.drawChartsInView_();
+    mark.onChange((item, index) => this.followMark_(item, index));
+  }
+
+  of(track) {
+    return this.cards[track.index];
+  }
+
+  // For paper, on which nothing comes into view.
+  drawAllCharts() {
+    for (const card of this.cards)
+      card.chart.draw();
+  }
+
+  // Scrolls to the first track that starts within `bounds`.
+  goTo(bounds) {
+    const first = this.cards.find(({ track }) =>
+      track.count > 0 && contains(bounds, track.x[0], track.latitude[0]));
+    if (first)
+      scrollIntoView(first.element);
+  }
+
+  followMark_(item, index) {
+    const card = item?.kind === "track" ? this.of(item) : null;
+    if (card !== this.marked_) {
+      this.marked_?.hideReading();
+      this.marked_ = card;
+      if (card) {
+        card.chart.draw();
+        scrollIntoView(card.element);
+      }
+    }
+    card?.showReading(index);
+  }
+
+  drawChartsInView_() {
+    const cardOf = new Map(this.cards.map((card) => [card.element, card]));
+    const observer = new IntersectionObserver((entries) => {
+      for (const { isIntersecting, target } of entries)
+        if (isIntersecting)
+          cardOf.get(target).chart.draw();
+    }, { rootMargin: kPreload });
+    for (const { element } of this.cards)
+      observer.observe(element);
+  }
+}
+
+// Scrolls the list, but never the page.
+function scrollIntoView(card) {
+  const list = card.parentElement;
+  const top = card.offsetTop - list.offsetTop;
+  const isInView = top >= list.scrollTop &&
+    top + card.offsetHeight <= list.scrollTop + list.clientHeight;
+  if (list.scrollHeight > list.clientHeight && !isInView)
+    list.scrollTo({ top, behavior: scrollBehavior() });
+}

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+// The map, drawn on a canvas: lines, points, names, the graticule and the scale bar.
+
+import { graticule, scaleBar } from "../model/graticule.js";
+import { itemAt } from "../model/hitTest.js";
+import { placeLabels } from "../model/labels.js";
+import { MapView } from "../model/MapView.js";
+import { trackColour, trackDash } from "../model/trackStyle.js";
+import { traceLine, VisiblePoints } from "../model/visibleLines.js";
+import { byId, themeColour } from "./dom.js";
+
+const kFonts = {
+  graticule: "11px system-ui, sans-serif",
+  point: "12px system-ui, sans-serif",
+  route: "italic 12px system-ui, sans-serif",
+  track: "600 12px system-ui, sans-serif",
+};
+
+export class TrackMap {
+  constructor(collection) {
+    this.box = byId("map");
+    this.canvas = this.box.querySelector("canvas");
+    this.view = new MapView();
+    this.layers = { routes: true, waypoints: true, geocaches: true }; // whether each is shown
+    this.onDraw = () => {};
+    this.collection_ = collection;
+    this.context_ = this.canvas.getContext("2d");
+    this.visiblePoints_ = new VisiblePoints();
+    this.highlighted_ = null;
+    this.isDrawingSoon_ = false;
+  }
+
+  // Follows the element's size; the middle of the map stays where it is.
+  measure() {
+    this.view.width = Math.max(this.box.clientWidth, 1);
+    this.view.height = Math.max(this.box.clientHeight, 1);
+    this.drawSoon();
+  }
+
+  fit(bounds) {
+    this.view.fit(bounds);
+    this.drawSoon();
+  }
+
+  zoomAt(factor, px, py) {
+    this.view.zoomAt(factor, px, py);
+    this.drawSoon();
+  }
+
+  panBy(dx, dy) {
+    this.view.panBy(dx, dy);
+    this.drawSoon();
+  }
+
+  // Draws `track`, or no track if null, wider than and above the others.
+  highlight(track) {
+    if (track === this.highlighted_)
+      return;
+    this.highlighted_ = track;
+    this.drawSoon();
+  }
+
+  // What a pointer at a pixel refers to: `{ item, index }`.
+  itemAt(px, py) {
+    const { waypoints, geocaches, routes } = this.shownItems_();
+    const points = [...waypoints, ...geocaches, ...routes.flatMap((route) => route.points)];
+    const tracks = this.collection_.tracks.filter((track) => track.isShown);
+    return itemAt(px, py, this.view, { tracks, points });
+  }
+
+  // Draws once before the next frame, however often it is called.
+  drawSoon() {
+    if (this.isDrawingSoon_)
+      return;
+    this.isDrawingSoon_ = true;
+    requestAnimationFrame(() => {
+      this.isDrawingSoon_ = false;
+      this.draw();
+    });
+  }
+
+  // `ratio`: pixels of the canvas per pixel of the page.
+  draw(ratio = devicePixelRatio || 1) {
+    const { canvas, context_: context, view } = this;
+    canvas.width = Math.round(view.width * ratio);
+    canvas.height = Math.round(view.height * ratio);
+    context.setTransform(ratio, 0, 0, ratio, 0, 0);
+    this.colours_ = {
+      paper: themeColour("--paper"), ink: themeColour("--ink"), soft: themeColour("--soft"),
+      grid: themeColour("--grid"), geocache: themeColour("--geocache"),
+    };
+    context.fillStyle = this.colours_.paper;
+    context.fillRect(0, 0, view.width, view.height);
+    context.lineJoin = context.lineCap = "round";
+    this.drawGraticule_();
+    const { routes, waypoints, geocaches } = this.shownItems_();
+    const routeLabels = this.drawRoutes_(routes);
+    const trackLabels = this.drawTracks_();
+    const pointLabels = this.drawPoints_(waypoints, geocaches);
+    this.drawLabels_([...trackLabels, ...pointLabels, ...routeLabels]);
+    this.showScaleBar_();
+    this.onDraw();
+  }
+
+  shownItems_() {
+    const { routes, waypoints, geocaches } = this.collection_;
+    return {
+      routes: this.layers.routes ? routes : [],
+      waypoints: this.layers.waypoints ? waypoints : [],
+      geocaches: this.layers.geocaches ? geocaches : [],
+    };
+  }
+
+  drawGraticule_() {
+    const { context_: context, view } = this;
+    const { meridians, parallels, labels } = graticule(view);
+    context.beginPath();
+    for (const px of meridians) {
+      context.moveTo(px, 0);
+      context.lineTo(px, view.height);
+    }
+    for (const py of parallels) {
+      context.moveTo(0, py);
+      context.lineTo(view.width, py);
+    }
+    this.stroke_(this.colours_.grid, 1);
+    context.font = kFonts.graticule;
+    context.fillStyle = this.colours_.soft;
+    context.textAlign = "left";
+    for (const { text, px, py } of labels)
+      context.fillText(text, px, py);
+  }
+
+  drawRoutes_(routes) {
+    const colour = this.colours_.soft;
+    for (const route of routes) {
+      this.trace_(route);
+      this.stroke_(colour, 1.5, [5, 4]);
+    }
+    return routes.filter((route) => route.count > 0)
+      .map((route) => labelAtStart(route, colour, kFonts.route));
+  }
+
+  // Each track begins with a dot. On a small scale the dot is all there is to see of it.
+  drawTracks_() {
+    const { highlighted_: highlighted } = this;
+    const tracks = this.collection_.tracks.filter((track) => track.isShown && track.count > 0);
+    tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
+    return tracks.map((track) => {
+      const colour = themeColour(trackColour(track));
+      const width = track === highlighted ? 4.5 : 2.75;
+      this.trace_(track);
+      this.stroke_(this.colours_.paper, width + 3);
+      this.stroke_(colour, width, trackDash(track));
+      this.drawDot_(track.x[0], track.latitude[0], 4, colour);
+      return labelAtStart(track, colour, kFonts.track);
+    });
+  }
+
+  drawPoints_(waypoints, geocaches) {
+    const { ink, geocache } = this.colours_;
+    for (const { x, latitude } of waypoints)
+      this.drawDot_(x, latitude, 3.5, ink);
+    for (const { x, latitude } of geocaches)
+      this.drawDiamond_(x, latitude, 5.5, geocache);
+    return [...waypoints, ...geocaches].map(({ name, x, latitude }) =>
+      ({ name, x, latitude, colour: ink, font: kFonts.point }));
+  }
+
+  drawLabels_(labels) {
+    const { context_: context } = this;
+    const measure = (text, font) => {
+      context.font = font;
+      return context.measureText(text).width;
+    };
+    const placed = placeLabels(labels, this.view, measure);
+    context.textBaseline = "middle";
+    context.strokeStyle = this.colours_.paper;
+    context.lineWidth = 3.5;
+    context.setLineDash([]);
+    for (const { label, text, left, middle } of placed) {
+      context.font = label.font;
+      context.strokeText(text, left, middle);
+      context.fillStyle = label.colour;
+      context.fillText(text, left, middle);
+    }
+    context.textBaseline = "alphabetic";
+  }
+
+  showScaleBar_() {
+    const { pixels, text } = scaleBar(this.view);
+    const bar = byId("scale");
+    bar.style.width = `${pixels}px`;
+    bar.textContent = text;
+  }
+
+  drawDot_(x, latitude, radius, fill) {
+    const { context_: context, view } = this;
+    context.beginPath();
+    context.arc(view.toPixelX(x), view.toPixelY(latitude), radius, 0, 2 * Math.PI);
+    this.fillWithEdge_(fill);
+  }
+
+  drawDiamond_(x, latitude, radius, fill) {
+    const { context_: context, view } = this;
+    const px = view.toPixelX(x), py = view.toPixelY(latitude);
+    context.beginPath();
+    context.moveTo(px, py - radius);
+    context.lineTo(px + radius, py);
+    context.lineTo(px, py + radius);
+    context.lineTo(px - radius, py);
+    context.closePath();
+    this.fillWithEdge_(fill);
+  }
+
+  trace_(line) {
+    this.context_.beginPath();
+    traceLine(line, this.visiblePoints_.of(line, this.view), this.view, this.context_);
+  }
+
+  fillWithEdge_(fill) {
+    this.context_.fillStyle = fill;
+    this.context_.fill();
+    this.stroke_(this.colours_.paper, 1.5);
+  }
+
+  stroke_(colour, width, dash = []) {
+    const { context_: context } = this;
+    context.strokeStyle = colour;
+    context.lineWidth = width;
+    context.setLineDash(dash);
+    context.stroke();
+  }
+}
+
+function labelAtStart(line, colour, font) {
+  return { name: line.name, x: line.x[0], latitude: line.latitude[0], colour, font };
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// The controls above and below the map: buttons that go to a part of the world, and switches for
+// routes, waypoints and geocaches.
+
+import { formatNumber, positionText } from "../model/format.js";
+import { byId, element } from "./dom.js";
+
+const kMaxAreas = 7;
+
+// Shows a button for everything and one for each of the largest areas, unless there is just one.
+// Calls `onGo(bounds)`.
+export function showAreaButtons(areas, wholeBounds, onGo) {
+  if (areas.length < 2)
+    return;
+  const list = byId("areas");
+  const add = (text, bounds, isPressed) => {
+    const button = element("button",
+      { type: "button", textContent: text, "aria-pressed": isPressed });
+    button.addEventListener("click", () => {
+      for (const other of list.children)
+        other.setAttribute("aria-pressed", other === button);
+      onGo(bounds);
+    });
+    list.append(button);
+  };
+  add("Everything", wholeBounds, false);
+  areas.slice(0, kMaxAreas).forEach(({ bounds }, i) => add(middleText(bounds), bounds, i === 0));
+}
+
+function middleText({ west, east, south, north }) {
+  return positionText((south + north) / 2, (west + east) / 2, 1);
+}
+
+// Calls `onSwitch(layer, isShown)`.
+export function showLayerSwitches({ routes, waypoints, geocaches }, onSwitch) {
+  const add = (layer, title, items, sign) => {
+    if (items.length === 0)
+      return;
+    const checkbox = element("input", { type: "checkbox", checked: true });
+    checkbox.addEventListener("change", () => onSwitch(layer, checkbox.checked));
+    byId("switches").append(element("label", {}, checkbox,
+      element("i", { className: `sign ${sign}` }), `${title} ${formatNumber(items.length)}`));
+  };
+  add("routes", "Routes", routes, "dashes");
+  add("waypoints", "Waypoints", waypoints, "disc");
+  add("geocaches", "Geocaches", geocaches, "diamond");
+}

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// The tables below the map, which a click on a heading sorts.
+
+import { kDash } from "../model/format.js";
+import { compareValues } from "../model/sorting.js";
+import { byId, element, nameElement } from "./dom.js";
+
+// `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`.
+export function showTables(tables, onShow) {
+  for (const { title, columns, items } of tables)
+    byId("tables").append(makeSection(title, items.length, makeTable(columns, items, onShow)));
+}
+
+function makeSection(title, count, table) {
+  return element("section", { id: `table-${title.toLowerCase()}` },
+    element("h2", {}, title, element("span", { className: "count", textContent: String(count) })),
+    element("div", { className: "scroll", tabIndex: 0, role: "region", "aria-label": title },
+      table));
+}
+
+function makeTable(columns, items, onShow) {
+  const rows = items.map((item) => ({
+    item,
+    row: element("tr", {}, ...columns.map((column) => makeCell(column, item, onShow))),
+  }));
+  const body = element("tbody", {}, ...rows.map(({ row }) => row));
+  const sort = (column, direction) => {
+    rows.sort((a, b) => compareValues(column.value(a.item), column.value(b.item), direction));
+    body.append(...rows.map(({ row }) => row));
+  };
+  const headings = element("tr", {}, ...columns.map((column) => makeHeading(column, sort)));
+  return element("table", {}, element("thead", {}, headings), body);
+}
+
+// A click sorts by the column, a second one in the other direction.
+function makeHeading(column, sort) {
+  const button = element("button", { type: "button", textContent: column.title });
+  const heading = element("th", {
+    scope: "col", className: column.isNumber ? "number" : "", "aria-sort": "none",
+  }, button);
+  button.addEventListener("click", () => {
+    const isAscending = heading.getAttribute("aria-sort") !== "ascending";
+    for (const other of heading.parentElement.children)
+      other.setAttribute("aria-sort", "none");
+    heading.setAttribute("aria-sort", isAscending ? "ascending" : "descending");
+    sort(column, isAscending ? 1 : -1);
+  });
+  return heading;
+}
+
+function makeCell(column, item, onShow) {
+  const text = column.text ? column.text(item) : column.value(item) || kDash;
+  if (column.isName) {
+    const button = element("button", { type: "button", className: "link" }, nameElement(text));
+    button.addEventListener("click", () => onShow(item));
+    return element("td", {}, button);
+  }
+  if (column.isNumber)
+    return element("td", { className: "number" }, text);
+  const title = column.isLong && text !== kDash ? text : "";
+  return element("td", { className: column.isLong ? "long" : "" },
+    element("bdi", { textContent: text, title }));
+}

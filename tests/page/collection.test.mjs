@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+
+import assert from "node:assert/strict";
+import test from "node:test";
+
+import { allItems, isLine } from "../../host/page/model/collection.js";
+import { collectionOf, rawPoint, rawRoute, rawTrack, trackOf } from "./fixtures.mjs";
+
+test("a track's numbers are differences within their columns", () => {
+  const points = [46500000, -7250000, 5000, 100, 1000, 0, 50, 60, -1000, 10, -150, 60];
+  const [track] = collectionOf({ tracks: [rawTrack([], { points })] }).tracks;
+  assert.equal(track.count, 3);
+  assert.deepEqual([...track.latitude], [46.5, 46.501, 46.5]);
+  assert.deepEqual([...track.longitude], [-7.25, -7.25, -7.24999]);
+  assert.deepEqual([...track.elevation], [500, 505, 490]);
+  assert.deepEqual([...track.time], [100, 160, 220]);
+});
+
+test("null is a value that is not known, and moves no column", () => {
+  const points = [0, 0, 100, 5, 0, 0, null, null, 0, 0, 20, 5];
+  const [track] = collectionOf({ tracks: [rawTrack([], { points })] }).tracks;
+  assert.deepEqual([...track.elevation], [10, NaN, 12]);
+  assert.deepEqual([...track.time], [5, NaN, 10]);
+});
+
+test("a track without an ascent has no elevations", () => {
+  assert.deepEqual([...trackOf([[0, 0, 0, 1]], { ascent: null }).elevation], [NaN]);
+  assert.deepEqual([...trackOf([[0, 0, 0, 1]], { ascent: 0 }).elevation], [0]);
+});
+
+test("distances add up from the start", () => {
+  const { distance } = trackOf([[0, 0], [1, 0], [0, 0]]);
+  assert.equal(distance[0], 0);
+  assert.ok(Math.abs(distance[1] - 111195) < 1);
+  assert.ok(Math.abs(distance[2] - 2 * distance[1]) < 1e-6);
+});
+
+test("what has no name gets one for its kind", () => {
+  const { tracks, routes, waypoints } = collectionOf({
+    tracks: [rawTrack([], { name: "" })], routes: [rawRoute([], { name: "" })],
+    waypoints: [rawPoint(0, 0, { name: "" })],
+  });
+  assert.deepEqual([...tracks, ...routes, ...waypoints].map(({ name }) => name),
+    ["Unnamed track", "Unnamed route", "Unnamed"]);
+});
+
+test("a waypoint's values are converted, those that are not known become NaN", () => {
+  const { waypoints, geocaches } = collectionOf({
+    waypoints: [rawPoint(0, 0, { at: [46500000, -7250000, -3, 12] })],
+    geocaches: [rawPoint(1, 2, { owner: "me" })],
+  });
+  const { latitude, longitude, elevation, time } = waypoints[0];
+  assert.deepEqual([latitude, longitude, elevation, time], [46.5, -7.25, -0.3, 12]);
+  assert.ok(Number.isNaN(geocaches[0].elevation) && Number.isNaN(geocaches[0].time));
+  assert.equal(geocaches[0].owner, "me");
+});
+
+test("items of all kinds share one map across the date line", () => {
+  const { tracks, routes, waypoints, geocaches } = collectionOf({
+    tracks: [rawTrack([[0, 179.5], [0, -179.5]])], routes: [rawRoute([[1, 179], [1, -179]])],
+    waypoints: [rawPoint(2, -178)], geocaches: [rawPoint(3, 178)],
+  });
+  const origin = geocaches[0].x;
+  const offsets = [...tracks[0].x, ...routes[0].x, waypoints[0].x].map((x) => x - origin);
+  assert.deepEqual(offsets, [1.5, 2.5, 1, 3, 4]);
+  assert.deepEqual(routes[0].points.map(({ x }) => x), [...routes[0].x]);
+});
+
+test("the westernmost point stays in the west, wherever it is", () => {
+  for (let tenth = -1799; tenth < 1800; tenth += 7) {
+    const [west, east] = collectionOf({
+      waypoints: [rawPoint(46, tenth / 10), rawPoint(46, tenth / 10 + 0.05)],
+    }).waypoints;
+    assert.ok(Math.abs(east.x - west.x - 0.05) < 1e-6, `${tenth} tenths of a degree`);
+  }
+});
+
+test("tracks and routes are lines, points are not", () => {
+  const items = allItems(collectionOf({
+    tracks: [rawTrack([])], routes: [rawRoute([[0, 0]])], waypoints: [rawPoint(0, 0)],
+    geocaches: [rawPoint(0, 0)],
+  }));
+  assert.deepEqual(items.map(isLine), [true, true, false, false]);
+  assert.ok(!isLine(items[1].points[0]));
+});

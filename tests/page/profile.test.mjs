@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+
+import assert from "node:assert/strict";
+import test from "node:test";
+
+import {
+  distanceTicks, indexAtDistance, kPlotKinds, kPlotWidth, plotOf, trackLength,
+} from "../../host/page/model/profile.js";
+
+const [kElevation, kSpeed] = kPlotKinds;
+
+// A track with a point every `step` metres.
+function trackWith(values, step = 100) {
+  return {
+    count: values.length, distance: values.map((_, i) => step * i),
+    elevation: values, speed: values,
+  };
+}
+
+// The points of a path, and whether each begins a new line.
+function pointsOf(path) {
+  return [...path.matchAll(/([ML])([\d.]+),([\d.]+)/g)].map(([, letter, x, y]) =>
+    ({ isStart: letter === "M", x: Number(x), y: Number(y) }));
+}
+
+const textsOf = (ticks) => ticks.map(({ text }) => text);
+
+test("fewer than two values cannot be plotted", () => {
+  assert.equal(plotOf(trackWith([]), kElevation), null);
+  assert.equal(plotOf(trackWith([5]), kElevation), null);
+  assert.equal(plotOf(trackWith([NaN, 5]), kElevation), null);
+  assert.notEqual(plotOf(trackWith([5, 5]), kElevation), null);
+});
+
+test("a track without length cannot be plotted", () => {
+  assert.equal(plotOf(trackWith([5, 6], 0), kElevation), null);
+  assert.equal(trackLength(trackWith([5, 6], 0)), 0);
+  assert.equal(trackLength(trackWith([])), 0);
+  assert.equal(trackLength(trackWith([5, 6])), 100);
+});
+
+test("elevations fill the plot with some room above and below", () => {
+  const { low, high } = plotOf(trackWith([100, 200]), kElevation);
+  assert.ok(Math.abs(low - 92) < 1e-9 && Math.abs(high - 214) < 1e-9, `${low} to ${high}`);
+});
+
+test("a range of less than 20 m looks level", () => {
+  const rangeOf = (difference) => {
+    const { low, high } = plotOf(trackWith([100, 100 + difference]), kElevation);
+    return high - low;
+  };
+  assert.equal(rangeOf(0).toFixed(3), rangeOf(20).toFixed(3));
+  assert.ok(rangeOf(21) > rangeOf(20));
+});
+
+test("speeds start at 0, and slow ones look slow", () => {
+  const speeds = (value) => plotOf(trackWith([value, value]), kSpeed);
+  assert.equal(speeds(5).low, 0);
+  assert.ok(Math.abs(speeds(5).high - 6.1) < 1e-9);
+  assert.equal(speeds(0.2).high, speeds(1).high);
+});
+
+test("a path spans the plot's width, with high values at the top", () => {
+  const points = pointsOf(plotOf(trackWith([100, 200, 100]), kElevation).stroke);
+  assert.deepEqual(points.map(({ x }) => x), [0, kPlotWidth / 2, kPlotWidth]);
+  assert.ok(points[1].y < points[0].y);
+  assert.ok(points.every(({ y }) => y >= 0 && y <= kElevation.height));
+});
+
+test("missing elevations interrupt the line and the area below it", () => {
+  const { stroke, fill } = plotOf(trackWith([100, 101, NaN, 102, 103]), kElevation);
+  assert.deepEqual(pointsOf(stroke).map(({ isStart }) => isStart), [true, false, true, false]);
+  const [first, second] = fill.split("Z");
+  assert.match(first, /^M0\.0,[\d.]+L180\.0,[\d.]+L180\.0,110L0\.0,110$/);
+  assert.match(second, /^M540\.0,[\d.]+L720\.0,[\d.]+L720\.0,110L540\.0,110$/);
+});
+
+test("missing speeds do not interrupt the line", () => {
+  const { stroke } = plotOf(trackWith([1, NaN, 3]), kSpeed);
+  assert.deepEqual(pointsOf(stroke).map(({ isStart }) => isStart), [true, false]);
+});
+
+test("missing elevations at the start leave no empty area", () => {
+  const { fill } = plotOf(trackWith([NaN, 100, 150]), kElevation);
+  assert.equal(fill.split("Z").length, 2);
+  assert.ok(fill.startsWith("M360.0"));
+});
+
+test("a plot of a hundred thousand points has few segments", () => {
+  const values = Array.from({ length: 100000 }, (_, i) => 500 + 100 * Math.sin(i / 5000));
+  const { stroke } = plotOf(trackWith(values), kElevation);
+  assert.ok(pointsOf(stroke).length < 300);
+});
+
+test("ticks are at round values within the plot", () => {
+  assert.deepEqual(textsOf(plotOf(trackWith([100, 200]), kElevation).ticks), ["100", "150", "200"]);
+  assert.deepEqual(textsOf(plotOf(trackWith([-5, 4]), kElevation).ticks), ["-10", "0", "10"]);
+});
+
+test("speed ticks are in km/h, with a decimal if they need one", () => {
+  assert.deepEqual(textsOf(plotOf(trackWith([5, 5]), kSpeed).ticks), ["0", "10", "20"]);
+  assert.deepEqual(textsOf(plotOf(trackWith([1, 1]), kSpeed).ticks), ["0", "2", "4"]);
+});
+
+test("ticks match the plot's height", () => {
+  const { low, high, ticks } = plotOf(trackWith([100, 200]), kElevation);
+  for (const { y, text } of ticks) {
+    const value = low + (1 - y / kElevation.height) * (high - low);
+    assert.ok(Math.abs(value - Number(text)) < 1e-9);
+  }
+});
+
+test("distance ticks are in kilometres, the unit is at the first", () => {
+  assert.deepEqual(textsOf(distanceTicks(20000)), ["0 km", "5", "10", "15"]);
+  assert.deepEqual(textsOf(distanceTicks(2500)), ["0 km", "0.5", "1.0", "1.5", "2.0"]);
+  assert.deepEqual(textsOf(distanceTicks(90)), ["0 km", "0.02", "0.04", "0.06", "0.08"]);
+});
+
+test("a distance tick within 6 % of the end is omitted", () => {
+  assert.equal(textsOf(distanceTicks(10640)).at(-1), "10");
+  assert.equal(textsOf(distanceTicks(10630)).at(-1), "5");
+});
+
+test("a distance tick's fraction is its share of the length", () => {
+  assert.deepEqual(distanceTicks(20000).map(({ fraction }) => fraction), [0, 0.25, 0.5, 0.75]);
+});
+
+test("the point nearest to a distance is found, beyond the ends too", () => {
+  const track = { count: 4, distance: [0, 10, 30, 60] };
+  for (const [metres, index] of [[-5, 0], [0, 0], [4.9, 0], [5, 1], [5.1, 1], [19, 1], [21, 2],
+    [44, 2], [46, 3], [60, 3], [99, 3]])
+    assert.equal(indexAtDistance(track, metres), index, `${metres}`);
+});
+
+test("a track of one point has just that", () => {
+  assert.equal(indexAtDistance({ count: 1, distance: [0] }, 5), 0);
+});
