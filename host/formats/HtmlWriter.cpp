@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Each kind of record is collected in a list of its own as it arrives. finish() writes the page's
+// head, the lists and the page's foot.
 
 #include "host/formats/HtmlWriter.h"
 
@@ -11,21 +13,20 @@
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <fmt/format.h>
+
 #include <cmath>
-#include <limits>
 #include <string_view>
 
 namespace host {
 namespace {
 
-constexpr std::size_t kWhole = std::numeric_limits<std::size_t>::max();
-
-// A string that stays within the script element whatever it holds.
+// Appends a JSON string that cannot end the script element around it, whatever the text contains.
 void appendText(std::string& out, std::string_view text)
 {
-    std::string plain;
-    appendJson(plain, displayText(text, kWhole));
-    for (const char c : plain) {
+    std::string json;
+    appendJson(json, displayText(text));
+    for (const char c : json) {
         if (c == '<')
             out += "\\u003c";
         else if (c == '>')
@@ -37,37 +38,43 @@ void appendText(std::string& out, std::string_view text)
     }
 }
 
-std::string_view textUnder(const gps::Dictionary& record, std::string_view key)
+std::string_view textOf(const gps::Dictionary& record, std::string_view key)
 {
     const auto* text = record.findString(key);
     return text != nullptr ? std::string_view{*text} : std::string_view{};
 }
 
-void appendTextMember(std::string& out, std::string_view key, std::string_view text)
+void appendMember(std::string& out, std::string_view key, std::string_view text)
 {
     appendJsonKey(out, key);
     appendText(out, text);
 }
 
-void appendFigure(std::string& out, std::string_view key, const std::optional<double>& figure)
+void appendNumber(std::string& out, const std::optional<std::int64_t>& number)
 {
-    appendJsonKey(out, key);
-    if (figure)
-        gps::appendShortest(out, std::round(*figure * 1000) / 1000);
+    if (number)
+        gps::appendInteger(out, *number);
     else
         out += "null";
 }
 
-void appendFigure(std::string& out, std::string_view key, const std::optional<std::int64_t>& figure)
+void appendMember(std::string& out, std::string_view key, const std::optional<std::int64_t>& number)
 {
     appendJsonKey(out, key);
-    if (figure)
-        gps::appendInteger(out, *figure);
+    appendNumber(out, number);
+}
+
+// Rounds to three decimals: metres in a number of kilometres.
+void appendMember(std::string& out, std::string_view key, const std::optional<double>& number)
+{
+    appendJsonKey(out, key);
+    if (number)
+        gps::appendShortest(out, std::round(*number * 1000) / 1000);
     else
         out += "null";
 }
 
-// The day of a date text; a text that is none as it stands.
+// A receiver's date text as "YYYY-MM-DD". A text that is not a date is returned unchanged.
 std::string dayOf(std::string_view text)
 {
     auto day = dateTimeOf(text);
@@ -76,9 +83,9 @@ std::string dayOf(std::string_view text)
     return day;
 }
 
-// A point's numbers as the page wants them. Precondition: it lies on the globe.
-struct Numbers {
-    explicit Numbers(const gps::GPSPoint& point)
+// A point's numbers in the page's units. Precondition: the point has valid coordinates.
+struct PointNumbers {
+    explicit PointNumbers(const gps::GPSPoint& point)
         : latitude(std::llround(point.latitude * 1e6)),
           longitude(std::llround(point.longitude * 1e6))
     {
@@ -94,39 +101,36 @@ struct Numbers {
     std::optional<std::int64_t> time{};
 };
 
-void appendNumber(std::string& out, const std::optional<std::int64_t>& number)
-{
-    if (number)
-        gps::appendInteger(out, *number);
-    else
-        out += "null";
-}
-
-// How far a column has moved since its last number.
-std::optional<std::int64_t> step(const std::optional<std::int64_t>& number, std::int64_t& last)
+// The difference from a column's last number, which becomes this one unless it is not known.
+std::optional<std::int64_t> difference(const std::optional<std::int64_t>& number,
+                                       std::int64_t& last)
 {
     if (!number)
         return std::nullopt;
-    const auto moved = *number - last;
+    const auto result = *number - last;
     last = *number;
-    return moved;
+    return result;
 }
 
-void appendPlace(std::string& out, const gps::GPSPoint& point, const gps::Dictionary& record)
+void appendGeocacheMembers(std::string& out, const gps::Dictionary& record)
+{
+    appendMember(out, "type", textOf(record, "geocacheType"));
+    appendMember(out, "owner", textOf(record, "geocacheOwner"));
+    appendMember(out, "hint", textOf(record, "geocacheHint"));
+    appendMember(out, "difficulty", textOf(record, "difficulty"));
+    appendMember(out, "terrain", textOf(record, "terrain"));
+    appendMember(out, "placed", dayOf(textOf(record, "datePlaced")));
+    appendMember(out, "found", dayOf(textOf(record, "dateFound")));
+}
+
+void appendPoint(std::string& out, const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     out += '{';
     for (const char* const key : {"name", "comment", "symbol"})
-        appendTextMember(out, key, textUnder(record, key));
-    if (gps::isGeocache(record)) {
-        appendTextMember(out, "type", textUnder(record, "geocacheType"));
-        appendTextMember(out, "owner", textUnder(record, "geocacheOwner"));
-        appendTextMember(out, "hint", textUnder(record, "geocacheHint"));
-        appendTextMember(out, "difficulty", textUnder(record, "difficulty"));
-        appendTextMember(out, "terrain", textUnder(record, "terrain"));
-        appendTextMember(out, "placed", dayOf(textUnder(record, "datePlaced")));
-        appendTextMember(out, "found", dayOf(textUnder(record, "dateFound")));
-    }
-    const Numbers numbers{point};
+        appendMember(out, key, textOf(record, key));
+    if (gps::isGeocache(record))
+        appendGeocacheMembers(out, record);
+    const PointNumbers numbers{point};
     appendJsonKey(out, "at");
     out += '[';
     gps::appendInteger(out, numbers.latitude);
@@ -151,19 +155,17 @@ void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& rec
     if (!globe_.passes(point))
         return;
     auto& list = gps::isGeocache(record) ? geocaches_ : wayPoints_;
-    text_.clear();
-    separate(list.isEmpty);
-    appendPlace(text_, point, record);
+    startElement(list.isEmpty);
+    appendPoint(text_, point, record);
     list.spool.write(text_);
 }
 
 void HtmlWriter::beginRoute(const gps::Dictionary& route)
 {
-    text_.clear();
-    separate(routes_.isEmpty);
+    startElement(routes_.isEmpty);
     text_ += '{';
-    appendTextMember(text_, "name", textUnder(route, "name"));
-    appendTextMember(text_, "comment", textUnder(route, "comment"));
+    appendMember(text_, "name", textOf(route, "name"));
+    appendMember(text_, "comment", textOf(route, "comment"));
     text_ += R"(,"points":[)";
     routes_.spool.write(text_);
     isFirstPoint_ = true;
@@ -174,9 +176,8 @@ void HtmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& r
 {
     if (!globe_.passes(point))
         return;
-    text_.clear();
-    separate(isFirstPoint_);
-    appendPlace(text_, point, record);
+    startElement(isFirstPoint_);
+    appendPoint(text_, point, record);
     routes_.spool.write(text_);
     routeLength_.add(point);
 }
@@ -184,17 +185,16 @@ void HtmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& r
 void HtmlWriter::endRoute()
 {
     text_ = "]";
-    appendFigure(text_, "kilometres", std::optional{routeLength_.kilometres()});
+    appendMember(text_, "kilometres", std::optional{routeLength_.kilometres()});
     text_ += '}';
     routes_.spool.write(text_);
 }
 
 void HtmlWriter::beginTrack(const gps::Dictionary& track)
 {
-    text_.clear();
-    separate(tracks_.isEmpty);
+    startElement(tracks_.isEmpty);
     text_ += '{';
-    appendTextMember(text_, "name", textUnder(track, "name"));
+    appendMember(text_, "name", textOf(track, "name"));
     text_ += R"(,"points":[)";
     tracks_.spool.write(text_);
     isFirstPoint_ = true;
@@ -206,16 +206,15 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
 {
     if (!globe_.passes(point))
         return;
-    const Numbers numbers{point};
-    text_.clear();
-    separate(isFirstPoint_);
-    appendNumber(text_, step(numbers.latitude, columns_.latitude));
+    const PointNumbers numbers{point};
+    startElement(isFirstPoint_);
+    appendNumber(text_, difference(numbers.latitude, columns_.latitude));
     text_ += ',';
-    appendNumber(text_, step(numbers.longitude, columns_.longitude));
+    appendNumber(text_, difference(numbers.longitude, columns_.longitude));
     text_ += ',';
-    appendNumber(text_, step(numbers.elevation, columns_.elevation));
+    appendNumber(text_, difference(numbers.elevation, columns_.elevation));
     text_ += ',';
-    appendNumber(text_, step(numbers.time, columns_.time));
+    appendNumber(text_, difference(numbers.time, columns_.time));
     tracks_.spool.write(text_);
     figures_.add(point);
 }
@@ -223,12 +222,12 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
 void HtmlWriter::endTrack()
 {
     text_ = "]";
-    appendFigure(text_, "kilometres", std::optional{figures_.kilometres()});
-    appendFigure(text_, "first", figures_.first());
-    appendFigure(text_, "last", figures_.last());
-    appendFigure(text_, "ascent", figures_.ascentMetres());
-    appendFigure(text_, "descent", figures_.descentMetres());
-    appendFigure(text_, "moving", figures_.movingSeconds());
+    appendMember(text_, "kilometres", std::optional{figures_.kilometres()});
+    appendMember(text_, "first", figures_.first());
+    appendMember(text_, "last", figures_.last());
+    appendMember(text_, "ascent", figures_.ascentMetres());
+    appendMember(text_, "descent", figures_.descentMetres());
+    appendMember(text_, "moving", figures_.movingSeconds());
     text_ += '}';
     tracks_.spool.write(text_);
 }
@@ -237,29 +236,27 @@ std::optional<gps::Error> HtmlWriter::finish()
 {
     output_.write(pageHead());
     text_ = "{";
-    appendTextMember(text_, "note", globe_.remark());
+    appendMember(text_, "note", globe_.remark());
     output_.write(text_);
-    move("waypoints", wayPoints_);
-    move("geocaches", geocaches_);
-    move("routes", routes_);
-    move("tracks", tracks_);
+    writeList("waypoints", wayPoints_);
+    writeList("geocaches", geocaches_);
+    writeList("routes", routes_);
+    writeList("tracks", tracks_);
     output_.write("}");
     output_.write(pageFoot());
     return output_.flush();
 }
 
-void HtmlWriter::separate(bool& isFirst)
+// Clears the buffer for the next element of an array.
+void HtmlWriter::startElement(bool& isFirst)
 {
-    if (!isFirst)
-        text_ += ",\n";
+    text_ = isFirst ? "" : ",\n";
     isFirst = false;
 }
 
-void HtmlWriter::move(std::string_view key, List& list)
+void HtmlWriter::writeList(std::string_view key, List& list)
 {
-    text_ = ",\n\"";
-    text_.append(key).append("\":[");
-    output_.write(text_);
+    output_.write(fmt::format(",\n\"{}\":[", key));
     list.spool.moveTo(output_);
     output_.write("]");
 }

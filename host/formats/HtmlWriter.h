@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// HtmlWriter: what came as one self-contained page to look at, with a map, profiles and tables. One
-// thread at a time. The page itself is under page/, for whoever edits it; this writes the data that
-// it shows.
+// HtmlWriter: writes the records as one self-contained HTML page with a map, profiles and tables.
+// One thread at a time. The page itself is in host/page/; this class writes the data that it shows.
 
 #pragma once
 
@@ -17,28 +16,37 @@
 
 namespace host {
 
-/// The data is a JSON object in a script element of the page:
+/// The data is a JSON object in a script element of the page, with strings S, integers I and
+/// decimal numbers D:
 ///
-///     {"waypoints":[PLACE,...],"geocaches":[PLACE,...],"note":S,
-///      "routes":[{"name":S,"comment":S,"points":[PLACE,...],"kilometres":D},...],
-///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,"ascent":D,"descent":D,"moving":I},...]}
+///     {"note":S,
+///      "waypoints":[POINT,...],
+///      "geocaches":[POINT,...],
+///      "routes":[{"name":S,"comment":S,"points":[POINT,...],"kilometres":D},...],
+///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,
+///                 "ascent":D,"descent":D,"moving":I},...]}
 ///
-/// PLACE: {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]} and for a geocache its further fields.
-/// Four numbers are a point: latitude and longitude in millionths of a degree, elevation in
-/// decimetres, time in seconds; in a track each is the difference from the last of its own that was
-/// not null. Null is what is not known. Texts are empty rather than missing.
+/// POINT is {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]}. A geocache also has "type", "owner",
+/// "hint", "difficulty", "terrain", "placed" and "found", all strings.
 ///
-/// No text of a device can end the script element or begin another one: "<", ">" and "&" are
-/// escaped, control characters and such as turn a line around are replaced.
+/// A point's four numbers are its latitude and longitude in millionths of a degree, its elevation
+/// in decimetres and its time in seconds since 1970-01-01 UTC. In a track, each is the difference
+/// from the last number in the same column that is not null. Values that are not known are null;
+/// texts are empty instead. Points without valid coordinates are left out, and the note counts
+/// them.
+///
+/// No text from a device can end the script element or start another one: "<", ">" and "&" are
+/// escaped, and control characters and those that change the direction of a line are replaced.
 class HtmlWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where each kind waits until the end, since files bring the kinds mixed
+    /// @param spoolFolder  holds a temporary file per kind until the end: a device's files mix the
+    /// kinds, but the page lists each on its own
     HtmlWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
 private:
-    /// The elements of one array.
+    /// The elements of one JSON array.
     struct List {
         explicit List(const std::string& spoolFolder) : spool(spoolFolder) {}
 
@@ -46,7 +54,7 @@ private:
         bool isEmpty = true;
     };
 
-    /// Where a track's four columns of numbers stand.
+    /// The last number in each of a track's columns that is not null.
     struct Columns {
         std::int64_t latitude = 0;
         std::int64_t longitude = 0;
@@ -63,8 +71,8 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
-    void separate(bool& isFirst);
-    void move(std::string_view key, List& list);
+    void startElement(bool& isFirst);
+    void writeList(std::string_view key, List& list);
 
     Output& output_;
     List wayPoints_;
@@ -72,9 +80,9 @@ private:
     List routes_;
     List tracks_;
     GlobeFilter globe_;
-    std::string text_; // one element at a time
+    std::string text_; // a buffer, to be used again for each element
 
-    // Of the route or the track that is open.
+    // The route or track being written.
     bool isFirstPoint_ = true;
     PathLength routeLength_;
     TrackFigures figures_;

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A browser without a window, for the page's tests and pictures: one that fetches nothing and keeps nothing."""
+"""A browser without a window, for the page's tests and pictures. It downloads nothing and saves nothing."""
 
 import base64
 import shutil
@@ -14,7 +14,7 @@ ARGUMENTS = ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic"
 
 
 class Browser:
-    """Use as a context: the browser and its folder are gone at the end."""
+    """A context manager: at its end, the browser is closed and its profile deleted."""
 
     def __init__(self, width=1280, height=900):
         self.folder = tempfile.mkdtemp(prefix="page-")
@@ -41,26 +41,26 @@ class Browser:
         self.command("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=width < 600)
 
     def use_theme(self, theme):
-        """What the person's system asks for: "light" or "dark"."""
+        """Sets the theme of the user's system: "light" or "dark"."""
         self.command("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": theme},
                                                               {"name": "prefers-reduced-motion", "value": "reduce"}])
 
     def open(self, path):
-        """Opens a page and waits until its first picture is drawn."""
+        """Opens a page and waits until its map is drawn."""
         self.driver.get(f"file://{path}")
         self.settle()
 
     def settle(self):
-        """Waits until what was asked for is drawn."""
+        """Waits until pending changes are drawn."""
         self.driver.execute_async_script("""const done = arguments[arguments.length - 1];
             requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)));""")
 
     def ask(self, script, *arguments):
-        """The value of an expression in the page."""
+        """Returns the value of an expression in the page."""
         return self.driver.execute_script(f"return {script};", *arguments)
 
     def complaints(self):
-        """What the page or the browser has logged since the last time."""
+        """Returns what the page or the browser has logged since the last call."""
         return [entry["message"] for entry in self.driver.get_log("browser")]
 
     def move(self, x, y, kind="mouseMoved", buttons=0):

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""The page as a person meets it, in a browser. Usage: page_test.py PROGRAM SAMPLES; exit status 77 without a browser."""
+"""The page in a browser, from the user's side. Usage: page_test.py PROGRAM SAMPLES; exit status 77 if there is no browser."""
 
 import json
 import math
@@ -20,7 +20,7 @@ except ImportError:
 DATA_START = '<script type="application/json" id="data">'
 HOSTILE = "</script><script>window.wasHere=1</script><img src=x onerror=window.wasHere=1>&amp;'\""
 
-# Counts the lines that are drawn on the map, and how far across it the longest goes, in pixels.
+# Counts the line segments drawn on the map, and measures how wide the widest is, in pixels.
 WATCH_LINES = """
     window.drawn = { segments: 0, longest: 0 };
     {
@@ -35,7 +35,7 @@ WATCH_LINES = """
             lineTo.call(this, x, y);
         };
         canvas.stroke = function () {
-            if (this.lineWidth > 1) { // the graticule is thinner
+            if (this.lineWidth > 1) { // without the graticule
                 drawn.segments += lengths.length;
                 drawn.longest = lengths.reduce((a, b) => Math.max(a, b), drawn.longest);
             }
@@ -98,7 +98,7 @@ class PageTest(unittest.TestCase):
 
     @classmethod
     def filled(cls, data):
-        """A page with data of the test's own."""
+        """Writes a page with the test's data and returns its path."""
         whole = {"note": "", "waypoints": [], "geocaches": [], "routes": [], "tracks": [], **data}
         text = json.dumps(whole).replace("<", "\\u003c").replace(">", "\\u003e").replace("&", "\\u0026")
         head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)
@@ -132,7 +132,7 @@ class PageTest(unittest.TestCase):
         self.browser.settle()
 
     def assert_marked(self, track):
-        """The mark is on the map and in the track's profile, and both tell of the same point."""
+        """The mark is on the map and in the track's profile, at the same point."""
         self.assertTrue(self.is_shown("#dot"))
         self.assertTrue(self.is_shown("#tip"))
         card = f".track:nth-child({track + 1})"
@@ -140,12 +140,12 @@ class PageTest(unittest.TestCase):
             self.assertTrue(self.is_shown(f"{card} .{part}"), part)
         tip, reading = self.text("#tip"), self.text(f"{card} .reading")
         self.assertRegex(tip, r"\d\.\d{5}° [NS], \d+\.\d{5}° [EW]")
-        moment = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d UTC", tip).group()
+        timestamp = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d UTC", tip).group()
         elevation = re.search(r"[\d,]+ m\b", tip).group()
-        self.assertIn(moment, reading)
+        self.assertIn(timestamp, reading)
         self.assertIn(elevation, reading)
 
-    def test_sample_is_shown_whole(self):
+    def test_everything_in_the_sample_is_shown(self):
         self.browser.open(self.sample)
         self.assertIn("6 tracks", self.text("#summary"))
         self.assertEqual([self.browser.ask("document.querySelectorAll(arguments[0]).length", f"#table-{kind} tbody tr")
@@ -196,7 +196,7 @@ class PageTest(unittest.TestCase):
         self.browser.touch(*self.middle(".track .chart"))
         self.assert_marked(0)
 
-    def test_map_is_moved_and_zoomed(self):
+    def test_map_can_be_moved_and_zoomed(self):
         self.browser.open(self.sample)
         before = self.browser.ask("({ ...page.map.view })")
         x, y = self.middle("#map")
@@ -225,7 +225,7 @@ class PageTest(unittest.TestCase):
         self.browser.settle()
         self.assertAlmostEqual(self.browser.ask("page.map.view.scale") / before, 2, places=2)
 
-    def test_scale_bar_is_true(self):
+    def test_scale_bar_matches_the_map(self):
         self.browser.open(self.sample)
         metres = {"m": 1, "km": 1000}
         number, unit = self.text("#scale").split()
@@ -236,7 +236,7 @@ class PageTest(unittest.TestCase):
         span = math.radians(degrees) * math.cos(math.radians(latitude)) * 6371008.8
         self.assertAlmostEqual(span / (float(number) * metres[unit]), 1, delta=0.02)
 
-    def test_track_is_switched_off_and_on(self):
+    def test_track_can_be_hidden_and_shown(self):
         self.browser.open(self.sample)
         self.show(4)
         box = self.browser.driver.find_element("css selector", ".track:nth-child(5) input")
@@ -249,7 +249,7 @@ class PageTest(unittest.TestCase):
         self.browser.move(*self.point(4, 300))
         self.assertIn("Current Track", self.text("#tip"))
 
-    def test_heading_sorts_both_ways_and_by_keyboard(self):
+    def test_heading_sorts_in_both_directions_and_by_keyboard(self):
         self.browser.open(self.sample)
         heading = self.browser.driver.find_element("css selector", "#table-tracks th:nth-child(6)")
         number = lambda text: float(text.replace(",", "").split()[0])
@@ -265,7 +265,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual(heading.get_attribute("aria-sort"), "none")
         self.assertEqual(self.column("tracks", 1)[0], "Current Track")
 
-    def test_what_is_not_known_is_sorted_last_either_way(self):
+    def test_unknown_values_are_last_in_both_directions(self):
         self.browser.open(self.sample)
         button = self.browser.driver.find_element("css selector", "#table-tracks th:nth-child(2) button")
         for _ in range(2):
@@ -294,7 +294,7 @@ class PageTest(unittest.TestCase):
         self.assertFalse(self.browser.ask("Boolean(document.getElementById('overview'))"))
         self.assertEqual(self.text("#tables"), "")
 
-    def test_lone_and_empty_things_are_shown(self):
+    def test_empty_items_and_single_points_are_shown(self):
         figures = {"kilometres": 0, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
         self.browser.open(self.filled({"tracks": [{"name": "none", "points": [], **figures},
                                                   {"name": "one", "points": [0, 0, 0, None], **figures}],
@@ -303,7 +303,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual(self.column("routes", 1), ["Unnamed route"])
         self.assertEqual(self.browser.ask("document.querySelectorAll('.track .no-profile').length"), 2)
 
-    def test_things_without_any_place_are_shown(self):
+    def test_items_without_any_point_are_shown(self):
         figures = {"kilometres": 0, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
         self.browser.open(self.filled({"tracks": [{"name": "none", "points": [], **figures}],
                                        "routes": [{"name": "bare", "comment": "", "kilometres": 0, "points": []}]}))
@@ -312,11 +312,11 @@ class PageTest(unittest.TestCase):
         self.browser.driver.find_element("css selector", "#table-routes .link").click()
         self.assertEqual(self.browser.ask("document.querySelectorAll('.track .no-profile').length"), 1)
 
-    def test_elevation_just_below_the_sea_is_no_negative_nought(self):
+    def test_elevation_just_below_the_sea_is_zero(self):
         self.browser.open(self.filled({"waypoints": [{"name": "Beach", "comment": "", "symbol": "", "at": [0, 0, -3, None]}]}))
         self.assertEqual(self.column("waypoints", 4), ["0 m"])
 
-    def test_without_scripts_nothing_is_claimed_to_be_missing(self):
+    def test_without_scripts_the_page_does_not_claim_to_be_empty(self):
         text = pathlib.Path(self.sample).read_text(encoding="utf-8")
         self.assertTrue(re.search('<p id="nothing"[^>]* hidden>', text))
 
@@ -329,20 +329,20 @@ class PageTest(unittest.TestCase):
         self.assertEqual(card.find_elements("css selector", ".speed"), [])
         self.assertIn("no time", self.text("#tip"))
 
-    def test_hostile_name_of_a_file_stays_a_text(self):
+    def test_hostile_name_from_a_file_stays_text(self):
         self.browser.open(self.imported([track_point(46, 7, 500, 0, HOSTILE), track_point(46.01, 7, 510, 600, HOSTILE)]))
         self.assertEqual(self.text(".track bdi"), HOSTILE)
         self.assertIsNone(self.browser.ask("window.wasHere"))
         self.assertEqual(self.browser.ask("document.querySelectorAll('script, img').length"), 2)
 
-    def test_names_of_every_kind_stay_texts_within_the_page(self):
+    def test_names_of_every_kind_stay_text_and_within_the_page(self):
         figures = {"kilometres": 1, "first": None, "last": None, "ascent": None, "descent": None, "moving": None}
         for name in HOSTILE, "x" * 10000, "جبل الشيخ", "a\u202eb", "{{script}}", "__proto__":
-            place = {"name": name, "comment": name, "symbol": name, "at": [46000000, 7000000, 100, None]}
-            cache = {**place, "type": name, "owner": name, "hint": name, "difficulty": name, "terrain": name, "placed": name,
+            point = {"name": name, "comment": name, "symbol": name, "at": [46000000, 7000000, 100, None]}
+            cache = {**point, "type": name, "owner": name, "hint": name, "difficulty": name, "terrain": name, "placed": name,
                      "found": name}
-            page = self.filled({"note": name, "waypoints": [place], "geocaches": [cache],
-                                "routes": [{"name": name, "comment": name, "kilometres": 1, "points": [place, place]}],
+            page = self.filled({"note": name, "waypoints": [point], "geocaches": [cache],
+                                "routes": [{"name": name, "comment": name, "kilometres": 1, "points": [point, point]}],
                                 "tracks": [{"name": name, "points": [46000000, 7000000, 0, None, 9000, 0, 0, None], **figures}]})
             for width in 1280, 360:
                 self.browser.resize(width, 800)
@@ -381,20 +381,20 @@ class PageTest(unittest.TestCase):
         self.browser.move(*self.point(0, 50000))
         self.assert_marked(0)
 
-    def test_telephone_needs_no_scrolling_sideways(self):
+    def test_phone_does_not_scroll_sideways(self):
         self.browser.resize(360, 740)
         self.browser.open(self.sample)
         self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), 360)
         self.assertGreater(self.browser.ask("page.map.canvas.getBoundingClientRect().width"), 300)
 
-    def test_paper_gets_every_profile(self):
+    def test_every_profile_is_printed(self):
         self.browser.use_theme("dark")
         self.browser.open(self.sample)
         self.browser.command("Page.printToPDF")
         self.assertEqual(self.browser.ask("page.cards.cards.filter((card) => card.chart.isDrawn).length"), 6)
         self.assertEqual(self.browser.ask("document.documentElement.style.colorScheme"), "")
 
-    def test_map_on_paper_is_not_stretched(self):
+    def test_printed_map_is_sharp_and_not_stretched(self):
         self.browser.open(self.sample)
         before = self.browser.ask("({ ...page.map.view })")
         self.browser.driver.execute_script("""matchMedia("print").addEventListener("change", (event) => {
@@ -410,7 +410,7 @@ class PageTest(unittest.TestCase):
         self.browser.settle()
         self.assertEqual(self.browser.ask("({ ...page.map.view })"), before)
 
-    def test_nothing_is_fetched_from_elsewhere(self):
+    def test_policy_blocks_loading_from_elsewhere(self):
         self.browser.open(self.sample)
         self.browser.driver.execute_async_script("""const done = arguments[0], image = new Image();
             image.onerror = () => done(); image.src = "http://127.0.0.1:9/x.png";""")

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The data in the page, and what is around it. What the page does with it is tested in a browser:
-// tests/page/.
+// The data in the page, and the text around it. The page itself is tested in tests/page/: its
+// modules in node, and all of it in a browser.
 
 #include "host/formats/HtmlWriter.h"
 
@@ -23,7 +23,7 @@ using support::wayPoint;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::string pageOf(const std::vector<Event>& events)
 {
@@ -58,13 +58,13 @@ std::size_t count(std::string_view text, std::string_view part)
     return found;
 }
 
-TEST(HtmlWriter, NothingIsAPageWithEmptyLists)
+TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
 {
     EXPECT_EQ(dataOf({}),
               json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
-TEST(HtmlWriter, PageIsWholeAndAllowsNothingFromElsewhere)
+TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
 {
     const auto page = pageOf({});
     EXPECT_THAT(page, testing::StartsWith("<!DOCTYPE html>"));
@@ -72,14 +72,14 @@ TEST(HtmlWriter, PageIsWholeAndAllowsNothingFromElsewhere)
     EXPECT_THAT(page, HasSubstr("default-src 'none'; script-src 'sha256-"));
     for (const char* elsewhere : {"unsafe-", "{{", "}}\"", "src=", "href=", "url(", "@import"})
         EXPECT_THAT(page, Not(HasSubstr(elsewhere))) << elsewhere;
-    // A hash is 32 bytes: 43 digits and a padding.
+    // A hash has 32 bytes: 43 digits of Base64 and a padding.
     EXPECT_THAT(
         page, testing::ContainsRegex(
                   "script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
     EXPECT_EQ(count(page, "</script>"), 2U);
 }
 
-TEST(HtmlWriter, TrackIsDifferencesAndFigures)
+TEST(HtmlWriter, TrackHasDifferencesOfPointsAndFigures)
 {
     EXPECT_EQ(
         dataOf({newTrack({{"name", "Day 1"}}), trackPoint({46.5, -7.25, 500, 1717236000, 0}),
@@ -90,17 +90,17 @@ TEST(HtmlWriter, TrackIsDifferencesAndFigures)
                                "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120}])"));
 }
 
-TEST(HtmlWriter, WhatIsNotKnownIsNullAndMovesNoColumn)
+TEST(HtmlWriter, UnknownValueIsNullAndDoesNotChangeItsColumn)
 {
     const auto track =
-        dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNone, 0, 0}),
+        dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNaN, 0, 0}),
                 trackPoint({0, 0, 1e6, 1, 0}), trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
     EXPECT_EQ(track["points"],
               json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
     EXPECT_EQ(track["name"], "");
 }
 
-TEST(HtmlWriter, FiguresThatAreNotKnownAreNull)
+TEST(HtmlWriter, UnknownFiguresAreNull)
 {
     const auto track = dataOf({newTrack({}), trackPoint({})})["tracks"][0];
     for (const char* key : {"first", "last", "ascent", "descent", "moving"})
@@ -108,17 +108,19 @@ TEST(HtmlWriter, FiguresThatAreNotKnownAreNull)
     EXPECT_EQ(track["kilometres"], 0);
 }
 
-TEST(HtmlWriter, TracksDoNotMix)
+TEST(HtmlWriter, DifferencesAndFiguresStartAnewWithEachTrack)
 {
     const auto tracks = dataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}),
                                 newTrack({{"name", "B"}}), trackPoint({1, 1, 9, 1717236000, 0}),
                                 newTrack({{"name", "C"}})})["tracks"];
     ASSERT_EQ(tracks.size(), 3U);
     EXPECT_EQ(tracks[0]["points"], tracks[1]["points"]);
+    for (const char* key : {"kilometres", "first", "last", "ascent", "descent", "moving"})
+        EXPECT_EQ(tracks[0][key], tracks[1][key]) << key;
     EXPECT_EQ(tracks[2]["points"], json::array());
 }
 
-TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
+TEST(HtmlWriter, RouteHasItsPointsAndItsLength)
 {
     EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}),
                       wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
@@ -128,7 +130,17 @@ TEST(HtmlWriter, RouteHasItsPlacesAndItsLength)
                                {"name":"B","comment":"","symbol":"","at":[1000000,0,40,null]}]}])"));
 }
 
-TEST(HtmlWriter, GeocachesAreAListOfTheirOwn)
+TEST(HtmlWriter, LengthStartsAnewWithEachRoute)
+{
+    const auto routes = dataOf({newRoute({}), wayPoint({0, 0, 0, 0, 0}, {}),
+                                wayPoint({1, 0, 0, 0, 0}, {}), newRoute({}),
+                                wayPoint({5, 5, 0, 0, 0}, {})})["routes"];
+    ASSERT_EQ(routes.size(), 2U);
+    EXPECT_EQ(routes[0]["kilometres"], 111.195);
+    EXPECT_EQ(routes[1]["kilometres"], 0);
+}
+
+TEST(HtmlWriter, GeocachesHaveAListOfTheirOwn)
 {
     const auto data =
         dataOf({wayPoint({46.5, 7.25, 1200, 0, 0},
@@ -154,7 +166,7 @@ TEST(HtmlWriter, GeocachesAreAListOfTheirOwn)
         "at":[46000000,7000000,5000,null]}])"));
 }
 
-TEST(HtmlWriter, FilesBringTheKindsMixed)
+TEST(HtmlWriter, RecordsInAnyOrderAreListedByKind)
 {
     const auto data = dataOf(
         {newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}),
@@ -165,18 +177,18 @@ TEST(HtmlWriter, FilesBringTheKindsMixed)
     EXPECT_EQ(data["waypoints"].size(), 2U);
 }
 
-TEST(HtmlWriter, PointWithoutAPlaceIsLeftOutAndTheNoteTells)
+TEST(HtmlWriter, PointsWithoutValidCoordinatesAreLeftOutAndCounted)
 {
     const auto data = dataOf(
         {newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
-         wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNone, 0, 0, 0, 0})});
+         wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNaN, 0, 0, 0, 0})});
     EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
     EXPECT_EQ(data["routes"][0]["points"], json::array());
     EXPECT_EQ(data["waypoints"], json::array());
     EXPECT_EQ(data["note"], "3 points without valid coordinates were left out");
 }
 
-TEST(HtmlWriter, NoTextCanBeMarkupOrScript)
+TEST(HtmlWriter, NoTextBecomesMarkupOrScript)
 {
     const std::string hostile = "</script><script>alert(1)</script><!--&amp;\"\\\xE2\x80\xA8'";
     const auto text = dataTextOf(
@@ -192,14 +204,14 @@ TEST(HtmlWriter, NoTextCanBeMarkupOrScript)
               "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
 }
 
-TEST(HtmlWriter, ControlCharactersAndBytesThatAreNoTextAreReplaced)
+TEST(HtmlWriter, ControlCharactersAndInvalidUtf8AreReplaced)
 {
     const auto data = dataOf({newTrack({{"name", std::string{"a\0b\x1b\xff\xE2\x80\xAE", 8}}})});
     EXPECT_EQ(data["tracks"][0]["name"], "a\xEF\xBF\xBD"
                                          "b\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(HtmlWriter, LongAndRightToLeftNamesStayWhole)
+TEST(HtmlWriter, LongNamesAndRightToLeftNamesAreKept)
 {
     const std::string arabic = "\xD8\xAC\xD8\xA8\xD9\x84";
     const auto data =
@@ -208,7 +220,7 @@ TEST(HtmlWriter, LongAndRightToLeftNamesStayWhole)
     EXPECT_EQ(data["tracks"][1]["name"], arabic);
 }
 
-TEST(HtmlWriter, RefusedWriteIsReportedAtTheEnd)
+TEST(HtmlWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;
     host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};
