@@ -65,6 +65,13 @@ test("bounds fit with a margin of 56 pixels in the tighter direction", () => {
   near(view.toPixelX(20), 744);
 });
 
+test("away from the equator, a wider range of longitudes fits", () => {
+  const view = new MapView(800, 600);
+  view.fit({ west: 0, east: 40, south: 59, north: 61 });
+  near(view.toPixelX(0), 56);
+  near(view.toPixelX(40), 744);
+});
+
 test("a narrow map has a margin of an eighth", () => {
   const view = new MapView(400, 600);
   view.fit({ west: 0, east: 20, south: -1, north: 1 });

@@ -62,6 +62,8 @@ test("coordinates have letters instead of signs, zero has none", () => {
   assert.equal(latitudeText(-46.5), "46.50000° S");
   assert.equal(longitudeText(7.25), "7.25000° E");
   assert.equal(longitudeText(-7.25, 1), "7.3° W");
+  assert.equal(latitudeText(0.5), "0.50000° N");
+  assert.equal(longitudeText(0.00001), "0.00001° E");
   assert.equal(latitudeText(0.000004), "0.00000°");
   assert.equal(latitudeText(-0.000004), "0.00000°");
   assert.equal(latitudeText(-0.00001), "0.00001° S");

@@ -39,6 +39,13 @@ test("meridians past 180 degrees have usual longitudes", () => {
   assert.ok(textsOf(graticule(viewOf({ x: 181, scale: 200 }))).includes("179° W"));
 });
 
+test("labels are beside their lines: above parallels, to the right of meridians", () => {
+  const { labels } = graticule(viewOf({ x: 0, scale: 110 }));
+  const of = (text) => labels.filter((label) => label.text === text);
+  assert.deepEqual(of("1° N"), [{ text: "1° N", px: 6, py: 186.5 }]);
+  assert.deepEqual(of("1° W"), [{ text: "1° W", px: 294.5, py: 594 }]);
+});
+
 test("labels leave room for the scale bar and for each other", () => {
   for (let x = 0; x < 3; x += 0.05) {
     for (const { px, py } of graticule(viewOf({ x, latitude: x, scale: 120 })).labels) {

@@ -38,6 +38,15 @@ test("distances are those on the map, where a degree of longitude is narrower", 
   assert.equal(itemAt(500, 500, view, { tracks: [trackOf([0, 100])], points: [] }).item, null);
 });
 
+test("distances are pixels at any scale", () => {
+  const view = Object.assign(new MapView(1000, 1000), { scale: 10 });
+  for (const [x, latitude, isHit] of [[2.3, 0, true], [2.5, 0, false], [0, 2.3, true],
+    [0, -2.5, false]]) {
+    const { item } = itemAt(500, 500, view, { tracks: [trackOf([x, latitude])], points: [] });
+    assert.equal(item !== null, isHit, `${x}, ${latitude}`);
+  }
+});
+
 test("a point is hit within 8 pixels", () => {
   const points = [{ x: 0, latitude: 0 }];
   assert.equal(hit(7.9, 0, { points }).item, points[0]);

@@ -74,10 +74,32 @@ test("the first of two labels in one position wins, the second moves", () => {
     [["first", 508], ["second", 452]]);
 });
 
-test("labels keep off the zoom buttons and the north arrow", () => {
-  for (const latitude of [-430, 470])
-    assert.equal(placed([labelAt(420, latitude)])[0].left, 872, `${latitude}`);
-  assert.equal(placed([labelAt(420, 0)])[0].left, 928);
+test("labels avoid the zoom buttons and the north arrow", () => {
+  for (const [latitude, left] of [[443, 872], [442, 928], [-348, 928], [-349, 872]])
+    assert.equal(placed([labelAt(420, latitude)])[0].left, left, `${latitude}`);
+});
+
+test("labels avoid the dots of other points, of earlier and of later ones", () => {
+  const own = labelAt(0, 0, "own");
+  for (const [x, left] of [[52, 452], [53, 508]]) {
+    for (const labels of [[own, labelAt(x, 0)], [labelAt(x, 0), own]]) {
+      const [found] = placed(labels).filter(({ label }) => label === own);
+      assert.equal(found.left, left, `${x}`);
+    }
+  }
+});
+
+test("labels stay two pixels within the upper and lower edges", () => {
+  for (const [latitude, middle] of [[490, 10], [491, 23], [-490, 990], [-491, 977]])
+    assert.equal(placed([labelAt(0, latitude)])[0].middle, middle, `${latitude}`);
+});
+
+test("labels stay two pixels within the left edge", () => {
+  // The neighbour leaves room only above and below.
+  const isShown = (x) => placed([labelAt(x, 0, "own"), labelAt(x + 30, 0)])
+    .some(({ label }) => label.name === "own");
+  assert.ok(isShown(-477));
+  assert.ok(!isShown(-478));
 });
 
 test("points off the map have no labels", () => {

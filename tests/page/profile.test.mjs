@@ -103,16 +103,21 @@ test("speed ticks are in km/h, with a decimal if they need one", () => {
 });
 
 test("ticks match the plot's height", () => {
-  const { low, high, ticks } = plotOf(trackWith([100, 200]), kElevation);
-  for (const { y, text } of ticks) {
-    const value = low + (1 - y / kElevation.height) * (high - low);
-    assert.ok(Math.abs(value - Number(text)) < 1e-9);
+  for (const [kind, factor] of [[kElevation, 1], [kSpeed, 3.6]]) {
+    const { low, high, ticks } = plotOf(trackWith([100, 200]), kind);
+    assert.ok(ticks.length > 1);
+    for (const { y, text } of ticks) {
+      const value = low + (1 - y / kind.height) * (high - low);
+      assert.ok(Math.abs(value * factor - Number(text)) < 1e-9, text);
+    }
   }
 });
 
 test("distance ticks are in kilometres, the unit is at the first", () => {
   assert.deepEqual(textsOf(distanceTicks(20000)), ["0 km", "5", "10", "15"]);
   assert.deepEqual(textsOf(distanceTicks(2500)), ["0 km", "0.5", "1.0", "1.5", "2.0"]);
+  assert.deepEqual(textsOf(distanceTicks(500)), ["0 km", "0.1", "0.2", "0.3", "0.4"]);
+  assert.deepEqual(textsOf(distanceTicks(250)), ["0 km", "0.05", "0.10", "0.15", "0.20"]);
   assert.deepEqual(textsOf(distanceTicks(90)), ["0 km", "0.02", "0.04", "0.06", "0.08"]);
 });
 

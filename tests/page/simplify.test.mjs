@@ -31,6 +31,12 @@ test("the scales decide what is off", () => {
   assert.deepEqual(kept(upright, { xScale: 2 }), [0, 1, 2]);
 });
 
+test("a straight line stays straight at any scales", () => {
+  const points = [[0, 0], [5, 5], [10, 10]];
+  assert.deepEqual(kept(points, { xScale: 100, yScale: 3 }), [0, 2]);
+  assert.deepEqual(kept(points, { xScale: 0.1, yScale: 30 }), [0, 2]);
+});
+
 test("a way back along the same line is kept", () => {
   assert.deepEqual(kept([[0, 0], [10, 0], [1, 0]]), [0, 1, 2]);
 });

@@ -62,6 +62,8 @@ test("a line without points traces nothing", () => {
 
 test("points closer than half a pixel to the line are not visible", () => {
   const visible = new VisiblePoints();
+  for (const [latitude, indices] of [[0.5, [0, 2]], [0.51, [0, 1, 2]]])
+    assert.deepEqual(visible.of(lineOf([[0, 0], [10, latitude], [20, 0]]), viewOf()), indices);
   const line = lineOf([[0, 0], [10, 0.4], [20, 0]]);
   assert.deepEqual(visible.of(line, viewOf({ scale: 1 })), [0, 2]);
   assert.deepEqual(visible.of(line, viewOf({ scale: 2 })), [0, 1, 2]);
