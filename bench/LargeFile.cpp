@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The files go to /dev/shm if there is one, so that no disk is measured.
 
 #include "LargeFile.h"
 
@@ -13,7 +14,7 @@
 namespace bench {
 namespace {
 
-/// A slow spiral: every sentence at a place of its own.
+/// A slow spiral: no two sentences have the same position.
 std::string place(std::size_t i)
 {
     const auto at = static_cast<double>(i);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Large files of sentences to measure with: in memory where the system has a file system there, and
-// gone afterwards.
+// Large sentence files for benchmarks: in memory if the system has a file system there, and removed
+// afterwards.
 
 #pragma once
 
@@ -12,8 +12,8 @@ namespace bench {
 
 enum class Kind { kTrack, kWaypoints, kGeocaches };
 
-/// A file of that many sentences. Each line differs from the others, and each waypoint and geocache
-/// has a name of its own.
+/// A file of a number of sentences. No two lines are equal, and all waypoints and geocaches have
+/// different names.
 class LargeFile {
 public:
     LargeFile(Kind kind, std::size_t sentences);

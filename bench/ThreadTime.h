@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Processor time of the calling thread: what other programs take meanwhile does not count.
+// Processor time of the calling thread, which other programs do not influence.
 
 #pragma once
 

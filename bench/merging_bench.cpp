@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Merging n records into a file of n records, for n up to a million: how much longer ten times as
-// many take. No step may grow faster than the records.
+// Measures merging n records into a file of n records, for n up to a million, and prints how much
+// longer ten times as many take. No step may grow faster than the number of records.
 
 #include "ThreadTime.h"
 
@@ -40,7 +40,7 @@ gps::Array records(std::size_t count, const char* symbol, bool allEqual)
     return list;
 }
 
-/// Routes of ten points each; every point is a waypoint of its own.
+/// Routes of ten points each; no two points are the same waypoint.
 gps::Array routes(std::size_t count)
 {
     constexpr std::size_t kPoints = 10;
@@ -55,8 +55,8 @@ gps::Array routes(std::size_t count)
     return list;
 }
 
-/// Processor time of the work in a process of its own, as a send has one: each size finds memory as
-/// untouched as the others do.
+/// Processor time of the work in a separate process, as a send has one, so that each size starts
+/// with fresh memory.
 template <typename Work> double secondsInAChild(Work work)
 {
     int ends[2];
@@ -76,7 +76,7 @@ template <typename Work> double secondsInAChild(Work work)
     return seconds;
 }
 
-/// The best of some rounds: what else the machine does only adds.
+/// The best of several rounds: other load on the machine can only add time.
 template <typename Work> double bestOf(int rounds, Work work)
 {
     double best = secondsInAChild(work);
@@ -85,7 +85,7 @@ template <typename Work> double bestOf(int rounds, Work work)
     return best;
 }
 
-/// Prints the processor time for each size, and how it grew since the size before.
+/// Prints the processor time for each size and its ratio to the size before.
 template <typename Make, typename Work>
 void measure(std::string_view wanted, std::string_view what, Make make, Work work)
 {
@@ -129,12 +129,12 @@ private:
 
 } // namespace
 
-/// All measurements, or those whose name begins with the first argument.
+/// Runs all measurements, or those whose name begins with the first argument.
 int main(int count, char** arguments)
 {
     const std::string_view wanted = count > 1 ? arguments[1] : "";
     const Folder folder;
-    // Twice: into nothing, and into what the first merge wrote.
+    // Twice: into an empty folder, and into what the first merge wrote.
     const auto twice = [](auto merge, const std::string& path) {
         return [merge, path](const gps::Array& list) {
             std::filesystem::remove(path);

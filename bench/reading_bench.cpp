@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Reading a file of 100,000 sentences: sentences a second, and in ratio to a plain loop that only
-// XORs the bytes and notes where the separators are. Both are measured in turn in the same run, and
-// both begin with the same read of the same file.
+// Measures reading a file of 100,000 sentences: sentences per second, and the ratio to a plain loop
+// that only XORs the bytes and finds the separators. Both are measured in turn in the same run, and
+// both start by reading the same file.
 
 #include "LargeFile.h"
 #include "ThreadTime.h"
@@ -47,7 +47,7 @@ public:
     void error(const gps::Error&) override {}
 };
 
-/// The least that reading sentences takes: a checksum over every byte and the places of "," and CR
+/// The least that reading sentences takes: a checksum over all bytes and the offsets of "," and CR
 /// LF.
 std::uint8_t plainLoop(std::string_view text, std::vector<std::uint32_t>& separators)
 {
@@ -66,8 +66,8 @@ void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
 {
     const bench::LargeFile file{kind, kSentences};
     std::vector<std::uint32_t> separators;
-    double reading = std::numeric_limits<double>::max(); // the best of each: what else the machine
-                                                         // does only adds
+    // The best of each: other load on the machine can only add time.
+    double reading = std::numeric_limits<double>::max();
     double plain = reading;
     double fileAlone = reading;
     for ([[maybe_unused]] const auto iteration : state) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// How close a serial download comes to what the wire alone needs. A simulated receiver paces its
-// wire to 115200 bit/s; the time of the data phases is set against the time of the bytes that went
-// over the wire in them - sentences, acknowledgements and commands. Then the same without pacing:
+// Measures how close a serial download comes to the speed of the line. A simulated receiver paces
+// its line to 115200 bit/s; the time of the data phases is compared with the time that their bytes
+// need on the line: sentences, acknowledgements and commands. Then the same without pacing:
 // sentences per second and processor time per sentence.
 //
-//     serial_bench [SENTENCES]        10,000 unless said otherwise
+//     serial_bench [SENTENCES]        default: 10,000
 
 #include "ThreadTime.h"
 
@@ -31,8 +31,8 @@ constexpr int kBitsPerByte = 10; // with start and stop bit
 constexpr double kBitsPerSecond = 115200;
 constexpr std::size_t kFrameSize = 6; // "$", "*", two digits, CR LF around a body
 
-/// Counts, and notes the worker's processor time between the first startTransfer and the last
-/// endTransfer.
+/// Counts records, and measures the worker's processor time from the first startTransfer to the
+/// last endTransfer.
 class Counting : public gps::GPSOutputReceiver {
 public:
     void gpsStateChange(std::int32_t state) override
@@ -85,7 +85,7 @@ std::string joined(std::initializer_list<std::string_view> parts)
     return text;
 }
 
-/// Half waypoints, half track points, as long as receivers' own.
+/// Half waypoints, half track points, as long as those of real receivers.
 simulator::Sentences makeSentences(std::size_t count)
 {
     simulator::Sentences sentences;
@@ -105,11 +105,11 @@ simulator::Sentences makeSentences(std::size_t count)
 
 struct DataPhases {
     double seconds = 0;
-    std::size_t bytes = 0;     // over the wire, both directions
+    std::size_t bytes = 0;     // on the line, in both directions
     std::size_t sentences = 0; // from the receiver
 };
 
-/// From the first data command on to the acknowledgement of the last END.
+/// The data phases: from the first data command to the acknowledgement of the last END.
 DataPhases dataPhasesOf(const simulator::Receiver& receiver)
 {
     DataPhases phases;
@@ -136,7 +136,7 @@ DataPhases dataPhasesOf(const simulator::Receiver& receiver)
     return phases;
 }
 
-/// @return  whether all records arrived
+/// Runs one download. @return  whether all records arrived
 bool run(std::size_t count, bool paced)
 {
     const simulator::Receiver receiver{{.paced = paced, .sentences = makeSentences(count)}};

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A large track log to GPX by the program itself: its peak memory against the size of the log, at
-// two sizes. What the larger log takes more must be its own text and no more; exit status 1 if it
-// is not.
+// Converts large track logs of two sizes to GPX with the program and compares its peak memory. The
+// larger log may take no more additional memory than its own text; otherwise the exit status is 1.
 
 #include "LargeFile.h"
 

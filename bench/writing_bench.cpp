@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Writing a track of 1,000,000 points in each format: MB a second, and in ratio to writing the same
-// bytes plainly. Both are measured in turn in the same run, into the same folder.
+// Measures writing a track of 1,000,000 points in each format: MB per second, and the ratio to
+// writing the same bytes in plain blocks. Both are measured in turn in the same run, into the same
+// folder.
 
 #include "LargeFile.h"
 #include "ThreadTime.h"
@@ -31,14 +32,14 @@ namespace {
 constexpr std::size_t kPoints = 1'000'000;
 constexpr int kRounds = 3;
 
-/// Degrees as a receiver's sentence has them: whole degrees and minutes with five decimals.
+/// Degrees with the precision of a sentence: minutes with five decimals.
 double asReceived(double degrees)
 {
     const double whole = std::floor(degrees);
     return whole + std::round((degrees - whole) * 60e5) / 1e5 / 60;
 }
 
-/// A slow spiral, a point a second.
+/// A slow spiral, one point per second.
 std::vector<gps::GPSPoint> makePoints()
 {
     std::vector<gps::GPSPoint> points(kPoints);
@@ -51,7 +52,7 @@ std::vector<gps::GPSPoint> makePoints()
     return points;
 }
 
-/// A file that is written over from its start, as long as this object lives.
+/// A temporary file that each round overwrites from its start.
 class Target {
 public:
     explicit Target(const std::string& path)
@@ -101,8 +102,8 @@ void measure(const host::Format& format, const std::vector<gps::GPSPoint>& point
              const bench::LargeFile& place)
 {
     const auto path = (place.folder() / format.name).string();
-    double writing = std::numeric_limits<double>::max(); // the best of each: what else the machine
-                                                         // does only adds
+    // The best of each: other load on the machine can only add time.
+    double writing = std::numeric_limits<double>::max();
     double plain = writing;
     std::size_t bytes = 0;
     for (int round = 0; round < kRounds; ++round) {

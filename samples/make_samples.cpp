@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// make_samples FOLDER: writes the sample files - a receiver's folder tree and single files - below
-// a folder. The same bytes at every run, so that a test can compare them with the files that are
-// kept.
+// make_samples FOLDER: writes the sample files, a receiver's folder tree and single files, to a
+// folder. Each run writes the same bytes, so that a test can compare them with the committed files.
 
 #include "places.h"
 #include "sentences.h"
@@ -34,7 +33,7 @@ class Writer {
 public:
     explicit Writer(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-    /// A file of sentences: lines parted by CR LF, the closing sentence last.
+    /// A file of sentences, separated by CR LF, the closing sentence last.
     void sentences(std::string_view name, const Lines& lines) const
     {
         std::string text;
@@ -69,12 +68,11 @@ private:
 
 constexpr std::int64_t kSummerMorning = 1218435348; // 2008-08-11 06:15:48 UTC
 constexpr std::int64_t kSpringNoon =
-    1210018992; // 2008-05-05 20:23:12 UTC: noon and a bit on the coast
+    1210018992; // 2008-05-05 20:23:12 UTC: shortly after noon on the coast
 constexpr std::int64_t kSaddleDay =
-    1263674407; // 2010-01-16 20:40:07 UTC: the morning of the 17th there
-constexpr std::int64_t kFjordEvening =
-    1229645011;                              // 2008-12-19 00:03:31 UTC: the evening before there
-constexpr std::int64_t kAutumn = 1223187664; // 2008-10-05 06:21:04 UTC
+    1263674407; // 2010-01-16 20:40:07 UTC: local morning of the 17th
+constexpr std::int64_t kFjordEvening = 1229645011; // 2008-12-19 00:03:31 UTC: local evening before
+constexpr std::int64_t kAutumn = 1223187664;       // 2008-10-05 06:21:04 UTC
 
 void writeReceiver(const Writer& out)
 {
@@ -141,9 +139,9 @@ void writeFiles(const Writer& out)
     out.sentences("points.upt", wayPoints(mountains(), std::span{mountains().stops}.last(6)));
     out.sentences("caches.gs", geocaches(saddle()) + geocaches(fjord()));
 
-    // A route file can be imported only when a route sentence is its first line, and a route finds
-    // only those waypoints that stand before its lists: so the message opens the route and the
-    // waypoints follow it.
+    // A route file can be imported only if its first line is a route sentence, and a route finds
+    // only waypoints that precede its lists. So the message comes first and the waypoints follow
+    // it.
     const auto route = routeSentences(
         mountains(), {"Lake Loop", "Swim at the far end", 1, {11, 10, 9, 8, 4, 3, 2, 0}, true});
     out.sentences("loop.rte", Lines{route.front()} + wayPoints(mountains(), mountains().stops) +

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Only tables. Heights and distances are plausible for the landscape; nothing else is real.
 
 #include "places.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The places that the sample files tell of: four regions, each with its stops and caches. All
-// invented. Constant tables.
+// The invented places of the sample files: four regions, one in each quarter of the globe, with
+// stops and geocaches. Constant tables.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace samples {
 
-/// Somewhere to walk to; a waypoint of its region.
+/// A waypoint of a region.
 struct Stop {
     std::string_view name; ///< at most 20 characters, as a receiver's field holds them
     std::string_view comment;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The field orders are those of the receivers; see the codec's field rulers.
 
 #include "sentences.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lines of sample files: sentences made of a region's places. Stateless.
+// Makes the lines of the sample files from a region's places. Stateless.
 
 #pragma once
 
@@ -17,14 +17,14 @@ using Lines = std::vector<std::string>;
 
 inline constexpr double kMetresPerDegree = 111195; // of latitude, on a sphere of 6371 km
 
-/// A place in a region: metres east and north of its origin, metres high.
+/// A position in a region: metres east and north of its origin, and altitude in metres.
 struct Place {
     double east;
     double north;
     double altitude;
 };
 
-/// A body with its frame and checksum.
+/// Adds the frame and the checksum to a body.
 [[nodiscard]] std::string sentence(std::string_view body);
 
 /// ",DDMM.mmmmm,N,DDDMM.mmmmm,E"
@@ -33,7 +33,7 @@ struct Place {
 /// A whole number in at least `width` characters.
 [[nodiscard]] std::string padded(double value, int width);
 
-/// Each field with a comma before it.
+/// Joins the fields, with a comma before each.
 [[nodiscard]] std::string joined(std::initializer_list<std::string_view> fields);
 
 [[nodiscard]] Lines wayPoints(const Region& region, std::span<const Stop> stops);

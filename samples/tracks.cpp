@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Everything is computed from the walk and the point's number: no clock and no random device.
 
 #include "tracks.h"
 
@@ -32,13 +33,13 @@ Place onCurve(const std::vector<Place>& stops, double u)
             between(a.altitude, b.altitude, c.altitude, d.altitude)};
 }
 
-/// Metres a second on foot: Tobler's hiking function.
+/// Walking speed in metres per second. Source: Tobler's hiking function.
 double walkingSpeed(double slope)
 {
     return 6 / 3.6 * std::exp(-3.5 * std::abs(slope + 0.05));
 }
 
-/// A receiver's own uncertainty: it wanders by a few metres and never jumps.
+/// The error of the receiver: it drifts by a few metres and never jumps.
 class Wander {
 public:
     explicit Wander(std::mt19937& random) : random_(random) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tracks as a receiver records them on foot: a smooth way through a region's stops, a point every
-// few seconds. Nothing here depends on a clock: the same walk gives the same lines.
+// Makes tracks as a receiver records them on foot: a smooth curve through a region's stops, with a
+// point every few seconds. The same walk always gives the same lines.
 
 #pragma once
 

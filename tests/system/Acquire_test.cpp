@@ -81,13 +81,13 @@ TEST(Acquire, JsonLinesFileHoldsTheEventLines)
     EXPECT_EQ(receiver.read("out.jsonl"), kExpectedEvents);
 }
 
-TEST(Acquire, StandardOutputTakesAFormatToo)
+TEST(Acquire, AnyFormatGoesToStandardOutput)
 {
     const Receiver receiver;
     EXPECT_EQ(acquire(receiver, {"-o", "-", "--format", "jsonl"}).out, kExpectedEvents);
 }
 
-TEST(Acquire, TinyReceiverIsThisGpx)
+TEST(Acquire, TinyReceiverGivesExactlyThisGpx)
 {
     const Receiver receiver;
     const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx")});
@@ -237,7 +237,7 @@ TEST(Acquire, UnknownDriverOrDeviceIsStatus3)
     EXPECT_THAT(device.err, HasSubstr(receiver.path()));
 }
 
-TEST(Acquire, QuietSaysNothingButErrors)
+TEST(Acquire, QuietPrintsNothingButErrors)
 {
     const Receiver receiver;
     receiver.put("Ways/a.rte", support::sentences({support::kLoop}));

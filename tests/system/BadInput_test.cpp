@@ -31,7 +31,7 @@ Ran acquire(const support::TemporaryFolder& receiver, std::vector<std::string> w
     return magellangps(words);
 }
 
-// The program with everything that it needs, where a user without any rights can run it.
+// A copy of the program with all that it needs, in a folder where an unprivileged user can run it.
 class Copy : public support::TemporaryFolder {
 public:
     Copy()
@@ -52,7 +52,7 @@ public:
 
 class BadFile : public testing::TestWithParam<const char*> {
 protected:
-    // A broken file of one sort under a name.
+    // One kind of broken file, and its name.
     static void put(const support::TemporaryFolder& folder, const std::string& name)
     {
         const std::string sort = GetParam();
@@ -84,7 +84,7 @@ TEST_P(BadFile, AmongTheWaypointsEndsTheDownloadAndKeepsWhatArrived)
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("</gpx>"));
 }
 
-TEST_P(BadFile, AmongTheWaypointsIsNoticedThoughNothingElseWasAskedFor)
+TEST_P(BadFile, AmongTheWaypointsIsNoticedWhenNothingElseWasRequested)
 {
     const Receiver receiver;
     put(receiver, "Points/b.upt");
@@ -95,7 +95,7 @@ TEST_P(BadFile, AmongTheWaypointsIsNoticedThoughNothingElseWasAskedFor)
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<name>Camp</name>"));
 }
 
-TEST_P(BadFile, AmongTheTracksCostsOnlyItself)
+TEST_P(BadFile, AmongTheTracksLosesOnlyItself)
 {
     const Receiver receiver;
     put(receiver, "Tracks/0.log");
@@ -130,7 +130,7 @@ TEST_P(BadFile, ImportedAsATrackIsNoticed)
     EXPECT_THAT(ran.err, HasSubstr("a.log"));
 }
 
-TEST_P(BadFile, AsALanguageFileMakesTheDefaultFoldersStand)
+TEST_P(BadFile, AsALanguageFileGivesTheDefaultFolders)
 {
     const Receiver receiver;
     fs::remove(receiver.path("USBTRANS/LANGUAGE.DAT"));
@@ -213,7 +213,7 @@ TEST(BadInput, ShortSentenceEndsADownload)
     EXPECT_THAT(ran.out, testing::EndsWith(kClosing));
 }
 
-TEST(BadInput, ShortSentenceInTheLastKindIsNoticedThoughNoKindIsMissing)
+TEST(BadInput, ShortSentenceInTheLastKindIsNoticedWhenNoKindIsMissing)
 {
     const Receiver receiver;
     receiver.put("Tracks/a.log", support::sentences({support::kFirstFix, support::kShortFix}));
@@ -226,7 +226,7 @@ TEST(BadInput, ShortSentenceInTheLastKindIsNoticedThoughNoKindIsMissing)
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<trkpt lat=\"46.5\""));
 }
 
-TEST(BadInput, NulBytesAndBrokenLinesArePassedOver)
+TEST(BadInput, NulBytesAndBrokenLinesAreSkipped)
 {
     const Receiver receiver;
     receiver.put("Tracks/a.log", std::string("\0\0$PMGNTRK\0\r\n$*00\r\n$PMGNTRK,x*00\r\n", 34) +
@@ -257,8 +257,8 @@ TEST(BadInput, LinkedFolderIsNotDescendedInto)
 
 TEST(BadInput, VolumeThatVanishesInTheMiddleEndsTheDownloadAndKeepsWhatArrived)
 {
-    // More than goes ahead of a reader of the events: the plug-in still has files before it when
-    // the first event is read.
+    // More records than the event queue holds, so that the plug-in still has files to read when the
+    // first event arrives.
     std::string points;
     for (int i = 0; i < 5'000; ++i)
         points += support::sentences(
@@ -302,7 +302,7 @@ TEST(BadInput, HundredThousandUnreadableFilesAreAFewLines)
     EXPECT_THAT(ran.err, HasSubstr("And 99990 more"));
 }
 
-// A sanitizer makes the gigabyte a matter of minutes.
+// Under a sanitizer the gigabyte would take minutes.
 #if defined(__has_feature)
 #define HAS_FEATURE(name) __has_feature(name)
 #else
@@ -377,7 +377,7 @@ TEST(BadInput, MissingPlugInIsStatus3)
     EXPECT_THAT(ran.err, HasSubstr("--plugin"));
 }
 
-TEST(BadInput, PlugInWithoutAnyDriverIsStatus3OnlyWhereOneIsNeeded)
+TEST(BadInput, PlugInWithoutAnyDriverIsStatus3OnlyWhenOneIsNeeded)
 {
     const support::TemporaryFolder folder;
     fs::copy(MAGELLAN_BIN_DIR "/MagellanGPSPlugin.bundle", folder.path("copy.bundle"),

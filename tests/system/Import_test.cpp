@@ -45,7 +45,7 @@ TEST(Import, AllSampleFilesGoIntoOneValidGpx)
     const support::TemporaryFolder folder;
     std::vector<std::string> words{"import", "-o", folder.path("all.gpx")};
     for (const char* name : {"trip.log", "loop.rte", "caches.gs",
-                             "points.upt"}) // tracks first: the document has them last
+                             "points.upt"}) // tracks first, although GPX has them last
         words.push_back(std::string{kFiles} + name);
     const auto ran = magellangps(words);
     EXPECT_EQ(ran.status, 0) << ran.err;
@@ -72,7 +72,7 @@ TEST(Import, OneBadFileLeavesAPartialFileWithTheOthers)
     EXPECT_THAT(folder.read("out.partial.gpx"), HasSubstr("<trkpt "));
 }
 
-TEST(Import, RefusedFileLeavesNoPartialFile)
+TEST(Import, UnreadableFileLeavesNoPartialFile)
 {
     const support::TemporaryFolder folder;
     const auto file = folder.put("a.upt", "");
@@ -88,7 +88,7 @@ TEST(Import, RefusedFileLeavesNoPartialFile)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator{folder.path()}, {}), 1);
 }
 
-TEST(Import, ErrorIsSaidOnce)
+TEST(Import, ErrorIsPrintedOnce)
 {
     const support::TemporaryFolder folder;
     const auto ran = magellangps({"import", folder.path("gone.upt"), "--debug", "1"});

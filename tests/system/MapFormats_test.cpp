@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// KML and GeoJSON by the built program, held against their schema and against an independent
-// reader.
+// KML and GeoJSON written by the built program, checked against their schema and against an
+// independent reader.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -33,7 +33,7 @@ void expectValidKml(const std::string& path)
 
 using Places = std::vector<std::array<double, 3>>; // longitude, latitude, altitude
 
-// All positions of a geometry, however deep they lie.
+// All positions of a geometry, at any depth.
 void addPlaces(const json& coordinates, Places& places)
 {
     if (coordinates[0].is_number()) {
@@ -52,7 +52,7 @@ Places placesOf(const json& features)
     return places;
 }
 
-// What the independent reader makes of a file, or of one folder of it.
+// The positions that the independent reader finds in a file, or in one folder of it.
 json readBack(const TemporaryFolder& folder, const std::string& path, const std::string& layer = {})
 {
     const auto copy = folder.path("copy.json");
@@ -77,7 +77,7 @@ struct Reported {
     std::size_t routeCount = 0;
 };
 
-// The same from the event lines.
+// The positions in the event lines.
 Reported reportedOf(const std::string& lines)
 {
     Reported reported;
@@ -186,7 +186,7 @@ TEST(MapFormats, HostileNamesAndTheDateLineStayValid)
     EXPECT_EQ(features[1]["geometry"]["type"], "MultiLineString");
 }
 
-TEST(MapFormats, DatesAreMendedInFilesButNotInEventLines)
+TEST(MapFormats, DatesAreFixedInFilesButNotInEventLines)
 {
     const TemporaryFolder folder;
     const auto track = folder.put(

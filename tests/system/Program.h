@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs the built program, or another one, and gathers what came of it.
+// Runs the built program, or another one, and collects its output and exit status.
 
 #pragma once
 
@@ -25,15 +25,15 @@ struct Ran {
     int status = -1; ///< the exit status; 128 and the signal's number when a signal ended it
 };
 
-/// Where a program's standard streams go instead of into `Ran::out` and `Ran::err`; what it is told
-/// by its environment.
+/// Where a program's standard streams go instead of to `Ran::out` and `Ran::err`, and additions to
+/// its environment.
 struct How {
     const char* standardOutput = nullptr;
     std::vector<std::string> environment{};
     const char* standardError = nullptr;
 };
 
-/// Runs a program to its end. The first word is its path, or a name to be found.
+/// Runs a program to its end. The first word is its path, or a name to look up in PATH.
 inline Ran run(const std::vector<std::string>& words, const How& how = {})
 {
     const TemporaryFolder folder;
@@ -49,8 +49,8 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     for (const auto& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    // A home of its own, so that no user's stored defaults get in; a mocked device tree, where the
-    // test has one.
+    // A home of its own, so that no user's stored defaults are read, and the test's mocked device
+    // tree if it has one.
     std::vector<std::string> settings{"HOME=" + folder.path()};
     for (const char* const name : {"PATH", "LD_PRELOAD", "UMOCKDEV_DIR"}) {
         if (const char* const value = std::getenv(name))
@@ -76,7 +76,7 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
             WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)};
 }
 
-/// The built program with these words after its name.
+/// Runs the built program with these arguments.
 inline Ran magellangps(std::vector<std::string> words, const How& how = {})
 {
     words.insert(words.begin(), MAGELLAN_BIN_DIR "/magellangps");

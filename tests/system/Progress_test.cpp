@@ -43,7 +43,7 @@ TEST(Progress, SendShowsItsPhases)
         EXPECT_THAT(terminal.readTo(kWiped), HasSubstr(phase));
 }
 
-TEST(Progress, NothingIsShownWhereTheTerminalIsForSomethingElse)
+TEST(Progress, NothingIsShownWhenTheTerminalHasOtherOutput)
 {
     const Receiver receiver;
     for (const auto* const option : {"-q", "-v"}) {
@@ -57,7 +57,7 @@ TEST(Progress, NothingIsShownWhereTheTerminalIsForSomethingElse)
     }
 }
 
-TEST(Progress, NothingIsShownOnATerminalThatCannotPrintOverALine)
+TEST(Progress, NothingIsShownOnATerminalThatCannotOverprint)
 {
     const Receiver receiver;
     const Terminal terminal;
@@ -68,7 +68,7 @@ TEST(Progress, NothingIsShownOnATerminalThatCannotPrintOverALine)
     EXPECT_EQ(terminal.readTo(kWiped), kWiped);
 }
 
-TEST(Progress, TerminalThatTakesNothingHoldsNobodyUp)
+TEST(Progress, BlockedTerminalDoesNotStopTheProgram)
 {
     const Receiver receiver;
     const Terminal terminal;
@@ -76,7 +76,7 @@ TEST(Progress, TerminalThatTakesNothingHoldsNobodyUp)
     while (::write(terminal.otherProgram(), "full", 4) > 0) {
     }
     EXPECT_EQ(magellangps({"acquire", "--device", receiver.path()}, terminal.forErrors()).status,
-              0); // hangs, if it waits
+              0); // would hang if it waited for the terminal
 }
 
 } // namespace

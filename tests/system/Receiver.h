@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A receiver's folders, made by a test, and what the program says of them.
+// Makes a receiver's folders for a test.
 
 #pragma once
 

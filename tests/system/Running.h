@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A program that runs while a test goes on, and what it prints. Ended with the test.
+// A program that runs in the background of a test, and its output. Killed when the test ends.
 
 #pragma once
 
@@ -23,7 +23,7 @@ namespace support {
 
 class Running {
 public:
-    /// @param words  its path, and what follows it
+    /// @param words  its path and its arguments
     explicit Running(std::vector<std::string> words)
     {
         std::array<int, 2> pipe{};
@@ -54,7 +54,7 @@ public:
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
 
-    /// Reads on for at most a fifth of a second. @return  all that it has printed so far
+    /// Reads for at most 0.2 seconds. @return  everything it has printed so far
     const std::string& read()
     {
         pollfd ready{out_, POLLIN, 0};
@@ -66,7 +66,7 @@ public:
         return printed_;
     }
 
-    /// Reads on until it has printed a text, at most half a minute. @return  all that it has
+    /// Reads until it has printed a text, for at most 30 seconds. @return  everything it has
     /// printed so far
     const std::string& readUntil(std::string_view text)
     {
@@ -77,7 +77,7 @@ public:
         return printed_;
     }
 
-    /// Whether it runs still.
+    /// Whether it is still running.
     [[nodiscard]] bool runs()
     {
         if (child_ != 0 && ::waitpid(child_, &status_, WNOHANG) == child_)
@@ -92,7 +92,7 @@ public:
             ::kill(child_, signal);
     }
 
-    /// Sends it a signal and waits until it ends. @return  the status that waitpid gives
+    /// Sends it a signal and waits for its end. @return  the status from waitpid
     int end(int signal)
     {
         if (child_ != 0) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sends that are killed at random moments: whatever the moment, the device holds each file old or
-// new, and whole.
+// Sends that are killed at random times. Whatever the time, each file on the device is the complete
+// old one or the complete new one.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -23,13 +23,13 @@ constexpr int kKills = 40;
 #else
 constexpr int kKills = 200;
 #endif
-constexpr int kMostRounds = 4 * kKills; // a send that was over before its kill does not count
+constexpr int kMostRounds = 4 * kKills; // a send that ended before its kill does not count
 constexpr int kWaypoints = 300;
 constexpr unsigned kSeed = 20260830;
 
 using Files = std::map<std::string, std::string>;
 
-// The data files that a person sees: those that a receiver lists.
+// The data files without hidden ones: those that a receiver lists.
 Files visibleFiles(const std::string& folder)
 {
     Files files;
@@ -137,7 +137,7 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
         reset(old);
         const std::chrono::microseconds pause{moment(random)};
         const auto child = start();
-        std::this_thread::sleep_for(pause); // the moment is what the test is about
+        std::this_thread::sleep_for(pause); // the time of the kill is what the test varies
         ::kill(child, SIGKILL);
         killed += WIFSIGNALED(waitFor(child)) ? 1 : 0;
         const auto seen = visibleFiles(receiver_.path());
@@ -154,7 +154,7 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
     EXPECT_EQ(killed, kKills);
     RecordProperty("between", between);
 
-    // What was left behind does not stand in the next send's way.
+    // Leftovers do not prevent the next send.
     reset(old);
     EXPECT_EQ(waitFor(start()), 0);
     EXPECT_EQ(visibleFiles(receiver_.path()), fresh);

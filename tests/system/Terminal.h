@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A terminal that a program has its errors on, and what it shows there.
+// A pseudo-terminal as a program's standard error stream, and what the program shows there.
 
 #pragma once
 
@@ -13,14 +13,14 @@ namespace support {
 
 class Terminal : public PseudoTerminal {
 public:
-    /// A program's standard error stream on this terminal. Lasts as long as it.
+    /// A descriptor for a program's standard error stream, valid as long as this object.
     [[nodiscard]] How forErrors() const
     {
         return {.environment = {}, .standardError = path().c_str()};
     }
 
-    /// What has been shown, up to the next place with this text and with it, or as far as anything
-    /// comes.
+    /// Everything shown up to and including the next occurrence of a text, or up to the end of the
+    /// output.
     [[nodiscard]] std::string readTo(std::string_view text) const
     {
         std::string shown;

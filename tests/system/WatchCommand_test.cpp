@@ -25,7 +25,7 @@ using testing::StartsWith;
 
 class WatchCommand : public testing::Test {
 protected:
-    /// `watch` with these words behind it, and a state folder of the test's own.
+    /// `watch` with these arguments and a temporary state folder.
     [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const
     {
         std::vector<std::string> all{"/usr/bin/env",
@@ -38,7 +38,7 @@ protected:
         return all;
     }
 
-    /// Watches until it has printed a text, and ends it. @return  all that it printed
+    /// Runs it until it has printed a text, then stops it. @return  everything it printed
     std::string watchUntil(std::string_view text, std::vector<std::string> options = {}) const
     {
         options.insert(options.end(), {"--test-folder", receiver_.path()});
@@ -57,7 +57,7 @@ protected:
             names.push_back(entry.path().filename().string());
         const auto isHidden = [](const std::string& name) {
             return name.front() == '.';
-        }; // not whole yet, or about to go
+        }; // the temporary file of a download
         names.erase(std::remove_if(names.begin(), names.end(), isHidden), names.end());
         return names;
     }
@@ -92,7 +92,7 @@ TEST_F(WatchCommand, EverySignalToEndIsObeyed)
     }
 }
 
-TEST_F(WatchCommand, DriverThatIsNotThereIsTold)
+TEST_F(WatchCommand, MissingDriverIsReported)
 {
     support::Running watching{words({"--driver", "magelan"})};
     EXPECT_THAT(watching.readUntil("note: "), HasSubstr("watching: "));
@@ -103,7 +103,7 @@ TEST_F(WatchCommand, DriverThatIsNotThereIsTold)
 
 TEST_F(WatchCommand, SignalThatItWasStartedToIgnoreEndsNothing)
 {
-    receiver_.put("Tracks/a.log", "\xFF\r\n"); // so that there is something left to do
+    receiver_.put("Tracks/a.log", "\xFF\r\n"); // it cannot be read, so watch keeps trying
     auto ignoring = words({"--test-folder", receiver_.path()});
     ignoring.insert(ignoring.begin() + 1, "--ignore-signal=HUP");
     support::Running watching{ignoring};
@@ -114,7 +114,7 @@ TEST_F(WatchCommand, SignalThatItWasStartedToIgnoreEndsNothing)
     EXPECT_THAT(watching.read(), Not(HasSubstr("stopped")));
 }
 
-TEST_F(WatchCommand, FormatIsAsNamed)
+TEST_F(WatchCommand, FormatIsTheNamedOne)
 {
     (void)watchUntil("\nsaved: ", {"--format", "jsonl"});
     ASSERT_THAT(files(), SizeIs(1));
@@ -123,7 +123,7 @@ TEST_F(WatchCommand, FormatIsAsNamed)
                 HasSubstr(R"({"event":"newTrack","track":{"name":"Day 1"}})"));
 }
 
-TEST_F(WatchCommand, NewOnlySavesNothingTwiceAndWhatIsNewAlone)
+TEST_F(WatchCommand, NewOnlySavesEachRecordOnce)
 {
     (void)watchUntil("\nsaved: ", {"--new-only"});
     EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}),
@@ -137,7 +137,7 @@ TEST_F(WatchCommand, NewOnlySavesNothingTwiceAndWhatIsNewAlone)
     EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}), HasSubstr("\nnothing new: "));
 }
 
-TEST_F(WatchCommand, DamagedListOfWhatIsKnownIsPutAsideAndEverythingIsNewAgain)
+TEST_F(WatchCommand, DamagedListOfKnownRecordsIsSetAsideAndEverythingIsNewAgain)
 {
     (void)watchUntil("\nsaved: ", {"--new-only"});
     state_.put("magellangps/watch/42.txt", "damage");
@@ -161,7 +161,8 @@ TEST_F(WatchCommand, EmptyReceiverMakesNoFile)
 
 TEST_F(WatchCommand, FilesThatCannotBeReadYetAreTriedAgain)
 {
-    receiver_.put("Tracks/a.log", "\xFF\r\n"); // as a volume that is not whole yet may show it
+    receiver_.put("Tracks/a.log",
+                  "\xFF\r\n"); // what a volume may contain that is still being filled
     support::Running watching{words({"--test-folder", receiver_.path()})};
     EXPECT_THAT(watching.readUntil(" Trying again.\n"),
                 HasSubstr("\nfailed: Magellan device 42, " + receiver_.path() + ": "));
@@ -171,7 +172,7 @@ TEST_F(WatchCommand, FilesThatCannotBeReadYetAreTriedAgain)
     EXPECT_THAT(watching.readUntil(" point)"), HasSubstr("1 track (1 point)"));
 }
 
-TEST_F(WatchCommand, WhatCanBeReadIsSavedInTheEndAndOthersAreNotHeldUp)
+TEST_F(WatchCommand, ReadableRecordsAreSavedInTheEndAndOtherReceiversAreNotDelayed)
 {
     const support::Receiver other;
     other.put("USBTRANS/UNIT_ID.DAT", "Serial Number=43\r\n");
@@ -193,7 +194,7 @@ TEST_F(WatchCommand, FolderThatCannotBeWrittenIsAnErrorAtOnce)
     EXPECT_THAT(ran.out, IsEmpty());
 }
 
-TEST_F(WatchCommand, NewOnlyNeedsAPlaceToRememberIn)
+TEST_F(WatchCommand, NewOnlyNeedsAStateFolder)
 {
     const auto ran = support::run(
         {"/usr/bin/env", "-i", MAGELLAN_BIN_DIR "/magellangps", "watch", "--new-only"});

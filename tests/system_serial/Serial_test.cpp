@@ -76,7 +76,7 @@ TEST(Serial, EventsAreTheSessionsCallsInOrder)
             "{\"event\":\"result\",\"error\":null}\n"));
 }
 
-TEST(Serial, LinkToThePortWillDo)
+TEST(Serial, PortMayBeNamedByALink)
 {
     const TemporaryFolder folder;
     const Simulator simulator{
@@ -117,7 +117,7 @@ TEST(Serial, TerminalShowsThePhasesAndTheSpeed)
                       HasSubstr(" at 115200 bit/s")));
 }
 
-TEST(Serial, SilentLineIsSaidToBeOne)
+TEST(Serial, SilentLineIsReported)
 {
     const PseudoTerminal line;
     const auto ran = magellangps({"acquire", "--device", line.path(), "--options", "{}"});
@@ -125,7 +125,7 @@ TEST(Serial, SilentLineIsSaidToBeOne)
     EXPECT_THAT(ran.err, StartsWith("magellangps: No receiver answered at " + line.path() + "."));
 }
 
-TEST(Serial, SendIsRunThoughTheDriverCannot)
+TEST(Serial, SendIsRunOnADriverThatCannotSend)
 {
     const TemporaryFolder folder;
     const PseudoTerminal line;
@@ -158,7 +158,7 @@ struct Refusal {
     const char* why;
 };
 
-TEST(Serial, PortThatCannotBeOpenedSaysWhyBesideThePlugInsWords)
+TEST(Serial, ReasonForAFailedOpenFollowsThePlugInsError)
 {
     const PseudoTerminal busy;
     ASSERT_EQ(::flock(busy.otherProgram(), LOCK_EX), 0);
@@ -178,7 +178,7 @@ TEST(Serial, PortThatCannotBeOpenedSaysWhyBesideThePlugInsWords)
     }
 }
 
-TEST(Serial, DevicesListAPortThatTheUserHasNamed)
+TEST(Serial, DevicesListAPortNamedByTheUser)
 {
     const TemporaryFolder home;
     const PseudoTerminal line;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built simulator as a program of its own, with the sample receiver's data.
+// Runs the built simulator in the background, with the sample receiver's data.
 
 #pragma once
 
@@ -13,7 +13,7 @@ namespace support {
 
 class Simulator : public Running {
 public:
-    /// @param options  further words for its command line
+    /// @param options  further command-line options
     explicit Simulator(std::vector<std::string> options = {})
         : Running(wordsWith(std::move(options)))
     {
@@ -21,7 +21,7 @@ public:
         path_ = printed.substr(0, printed.find('\n'));
     }
 
-    /// The port that it is on.
+    /// The path of its port.
     [[nodiscard]] const std::string& path() const { return path_; }
 
 private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The built program on a machine without volumes and serial ports, which a test cannot be sure to
-// run on.
+// The built program on a machine without volumes and serial ports. The device tree is mocked, since
+// the machine that runs the tests may have some.
 
 #include <gmock/gmock.h>
 
@@ -43,7 +43,7 @@ TEST_F(NoDevice, SendAndRestoreAreStatus3)
     EXPECT_EQ(magellangps({"restore"}).status, 3);
 }
 
-TEST_F(NoDevice, SerialDriverIsOfferedOnlyForAPortThatIsNamed)
+TEST_F(NoDevice, SerialDriverIsOfferedOnlyForANamedPort)
 {
     const auto without = magellangps({"acquire", "--driver", "magellan-serial"});
     EXPECT_EQ(without.status, 3);
@@ -52,7 +52,7 @@ TEST_F(NoDevice, SerialDriverIsOfferedOnlyForAPortThatIsNamed)
         magellangps({"acquire", "--driver", "magellan-serial", "--device", "/dev/gone"}).status, 1);
 }
 
-TEST_F(NoDevice, DevicesSayWhatWasLookedFor)
+TEST_F(NoDevice, DevicesExplainWhatWasSearched)
 {
     EXPECT_EQ(magellangps({"--test-folder", folder_.path(), "devices"}).out,
               "No mounted receiver and no serial port was found.\n");

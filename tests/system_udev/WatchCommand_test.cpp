@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// `watch` with the built program, on a mocked device tree: receivers that come, go and come again.
+// `watch` with the built program, on a mocked device tree: receivers that appear, disappear and
+// reappear.
 
 #include <gmock/gmock.h>
 
@@ -34,8 +35,8 @@ protected:
                                  option}};
     }
 
-    /// Announces the stick again and again, since an event may be lost between two programs, until
-    /// something more than before is printed that holds the text. @return  what is new
+    /// Announces the stick repeatedly, since an event may be lost between two programs, until the
+    /// program prints something new that contains the text. @return  the new output
     std::string announceUntil(support::Running& watching, const std::string& text)
     {
         for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150;
@@ -53,7 +54,7 @@ protected:
     std::size_t seen_ = 0;
 };
 
-TEST_F(WatchedVolumes, ReceiverThatComesIsSavedOnceAndAgainWhenItComesAgain)
+TEST_F(WatchedVolumes, ReceiverIsSavedOnceEachTimeItAppears)
 {
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("watching: "), Not(HasSubstr("appeared")));
@@ -69,7 +70,7 @@ TEST_F(WatchedVolumes, ReceiverThatComesIsSavedOnceAndAgainWhenItComesAgain)
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
 }
 
-TEST_F(WatchedVolumes, ReceiverThatComesAgainHasNothingNew)
+TEST_F(WatchedVolumes, ReceiverThatReappearsHasNothingNew)
 {
     auto watching = watch("--new-only");
     watching.readUntil("watching: ");
@@ -82,7 +83,7 @@ TEST_F(WatchedVolumes, ReceiverThatComesAgainHasNothingNew)
     EXPECT_THAT(announceUntil(watching, "nothing new: "), HasSubstr("nothing new: "));
 }
 
-TEST_F(WatchedVolumes, VolumeThatIsFilledOnlyAfterItsMountIsSeenWithoutAnotherEvent)
+TEST_F(WatchedVolumes, VolumeFilledAfterItsMountIsFoundWithoutAnotherEvent)
 {
     std::filesystem::rename(receiver_.path("USBTRANS"), receiver_.path("later"));
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
@@ -92,7 +93,7 @@ TEST_F(WatchedVolumes, VolumeThatIsFilledOnlyAfterItsMountIsSeenWithoutAnotherEv
     EXPECT_THAT(watching.readUntil("\nsaved: "), HasSubstr("appeared: Magellan device 42"));
 }
 
-TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
+TEST_F(WatchedVolumes, SerialPortsAreNotOpenedUnlessRequested)
 {
     const std::string port = "/devices/pci0/usb2/2-1/2-1:1.0/ttyUSB0";
     testbed_.add("P: " + port +
@@ -104,12 +105,12 @@ TEST_F(WatchedVolumes, SerialPortsAreLeftAloneUnlessTheyAreWishedFor)
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch();
     EXPECT_THAT(watching.readUntil("\nsaved: "), Not(HasSubstr("ttyUSB0")));
-    auto wishing = watch("--serial");
-    EXPECT_THAT(wishing.readUntil("ttyUSB0"), HasSubstr("appeared: /dev/ttyUSB0, /dev/ttyUSB0\n"));
-    (void)wishing.end(SIGKILL); // it asks at the port for a minute and a half
+    auto serial = watch("--serial");
+    EXPECT_THAT(serial.readUntil("ttyUSB0"), HasSubstr("appeared: /dev/ttyUSB0, /dev/ttyUSB0\n"));
+    (void)serial.end(SIGKILL); // it probes the port for a minute and a half
 }
 
-TEST_F(WatchedVolumes, DriverThatIsNamedIsWatchedAloneThoughItIsNotOfferedYet)
+TEST_F(WatchedVolumes, NamedDriverIsWatchedAloneBeforeItIsOffered)
 {
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch("--driver=magellan-serial");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built program on a mocked device tree: which volumes it lists, and that it sees them come.
+// `devices --watch` on a mocked device tree: which volumes it lists, and that it notices new ones.
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,7 @@ public:
         first_ = readUntil("\n").size();
     }
 
-    /// What it has printed after the first look.
+    /// What it has printed since the first list.
     std::string since() { return read().substr(first_); }
 
 private:
@@ -57,7 +57,7 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
     EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
 
     support::Testbed::mount(support::Testbed::mountLine("8:17", receiver.path()));
-    // Announced again and again, since an event may be lost between two programs.
+    // Announced repeatedly, since an event may be lost between two programs.
     for (int tries = 0;
          watching.since().find("Magellan device 42") == std::string::npos && tries < kTries;
          ++tries)
@@ -66,11 +66,11 @@ TEST(Watch, PrintsAgainWhenAReceiverIsPluggedIn)
     EXPECT_THAT(watching.read(), testing::HasSubstr(receiver.path()));
 }
 
-TEST(Watch, FollowsAPortThoughThereWasNoneAtTheStart)
+TEST(Watch, FollowsAPortThatAppearsLater)
 {
     const support::Testbed testbed;
-    testbed.add(
-        "P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // no port, but good for an event
+    testbed.add("P: /devices/virtual/tty/console\nE: SUBSYSTEM=tty\n\n"); // not a port, but it
+                                                                          // causes an event
     support::Testbed::mount("");
     Watching watching;
     EXPECT_EQ(watching.read(), "No mounted receiver and no serial port was found.\n");
