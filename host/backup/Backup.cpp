@@ -38,7 +38,7 @@ constexpr char kUnfinished[] = ".unfinished";
 class FolderLock {
 public:
     FolderLock(gps::FileSystem& files, const std::string& folder)
-        : files_(files), file_(files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY))
+        : files_(files), file_(files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY, 0))
     {}
 
     // False if the file system has no locks: better an unlocked backup than none.

@@ -5,7 +5,7 @@
 
 #include "host/base/HostError.h"
 
-#include <platform/System/AtomicWrite.h>
+#include <platform/System/AtomicFile.h>
 #include <platform/System/OpenFile.h>
 
 #include <cerrno>
@@ -65,7 +65,7 @@ std::optional<gps::Error> writeFile(const std::string& path, std::string_view by
 int renameInFolder(gps::FileSystem& files, const std::string& folder, const std::string& from,
                    const std::string& to)
 {
-    const gps::OpenFile open{files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY)};
+    const gps::OpenFile open{files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY, 0)};
     if (!open || files.renameat(open.get(), from.c_str(), to.c_str()) != 0)
         return errno;
     // EINVAL: a volume whose folders cannot be flushed.

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whether a text is plain ASCII, which is all that receivers' files and texts can hold. Stateless:
-// [any] thread.
+// Whether a text is plain ASCII, the only characters that receivers can store. [any]
 
 #pragma once
 
@@ -8,7 +7,7 @@
 
 namespace gps {
 
-/// Whether no byte is above 127. Looks at 32 bytes at a time: whole files go through it.
+/// Whether no byte is above 127. [any]
 [[nodiscard]] bool isAscii(std::string_view text) noexcept;
 
 } // namespace gps

@@ -51,7 +51,7 @@ UdevMonitor makeMonitor(udev* database)
 /// Where one of them is missing (a container, say) its descriptor is -1, which poll passes over.
 struct DeviceMonitor::Watches {
     OpenFile mountTable{FileSystem::system(),
-                        FileSystem::system().open("/proc/self/mountinfo", O_RDONLY)};
+                        FileSystem::system().open("/proc/self/mountinfo", O_RDONLY, 0)};
     Udev database{udev_new()};
     UdevMonitor monitor = makeMonitor(database.get());
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
+// Reads one level at a time and sorts it: file systems list names in any order, and records must
+// arrive in the same order on every machine.
 
-#include "FileManager.h"
+#include "DirectoryEnumerator.h"
+
 #include "FileSystem.h"
 #include "Log.h"
+#include "Paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,7 +16,7 @@
 namespace gps {
 namespace {
 
-/// A volume that does not tell the kinds of its entries (vfat does) is asked about each.
+/// Some file systems do not report the type of an entry; vfat does.
 bool isFolder(FileSystem& files, const std::string& parent, const dirent& entry)
 {
     if (entry.d_type != DT_UNKNOWN)
@@ -32,8 +36,8 @@ DirectoryEnumerator::DirectoryEnumerator(std::string folder, FileSystem* files)
 
 std::optional<FolderEntry> DirectoryEnumerator::next()
 {
-    if (std::exchange(descend_, false))
-        enter(last_ + '/');
+    if (std::exchange(entersLast_, false))
+        enter(lastFolder_ + '/');
     while (!levels_.empty() && levels_.back().next == levels_.back().names.size())
         levels_.pop_back();
     if (levels_.empty())
@@ -42,8 +46,8 @@ std::optional<FolderEntry> DirectoryEnumerator::next()
     const Name& name = level.names[level.next++];
     FolderEntry entry{level.relativePath + name.name, name.isFolder};
     if (entry.isFolder) {
-        last_ = entry.relativePath;
-        descend_ = true;
+        lastFolder_ = entry.relativePath;
+        entersLast_ = true;
     }
     return entry;
 }
@@ -58,7 +62,7 @@ void DirectoryEnumerator::enter(std::string relativePath)
         return;
     }
     Level level{std::move(relativePath), {}, 0};
-    errno = 0;
+    errno = 0; // readdir() returns null at the end and after a failure
     while (const dirent* entry = files_->readdir(folder)) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..")

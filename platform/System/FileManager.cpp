@@ -1,117 +1,30 @@
 // SPDX-License-Identifier: MIT
+// Turns the errno results of this folder's lower parts into errors.
 
 #include "FileManager.h"
 
 #include "Ascii.h"
-#include "AtomicWrite.h"
+#include "AtomicFile.h"
 #include "FileSystem.h"
+#include "FullTransfer.h"
 #include "OpenFile.h"
-#include "Paths.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <new>
-#include <system_error>
 
 #include <fcntl.h>
 
 namespace gps {
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{256} << 10; ///< read at once: what a cache holds
-
-const char* predicate(FileErrorCode code)
-{
-    switch (code) {
-    case FileErrorCode::kNoSuchFolder:
-        return "could not be found, or its folder does not exist.";
-    case FileErrorCode::kReadUnknown:
-        return "could not be read.";
-    case FileErrorCode::kReadNoPermission:
-        return "could not be read because permission was refused.";
-    case FileErrorCode::kReadNoSuchFile:
-        return "could not be opened because there is no such file.";
-    case FileErrorCode::kReadNotAscii:
-        return "could not be read because it is not plain ASCII text.";
-    case FileErrorCode::kWriteUnknown:
-        return "could not be written.";
-    case FileErrorCode::kWriteNoPermission:
-        return "could not be written because permission was refused.";
-    case FileErrorCode::kWriteFileExists:
-        return "could not be written because a file of that name exists.";
-    case FileErrorCode::kWriteNotAscii:
-        return "could not be written because its text is not plain ASCII.";
-    case FileErrorCode::kWriteNoSpace:
-        return "could not be written because there is no space left.";
-    case FileErrorCode::kWriteReadOnlyVolume:
-        break;
-    }
-    return "could not be written because the volume is read-only.";
-}
-
-Error readError(const std::string& path, int systemError)
-{
-    switch (systemError) {
-    case EACCES:
-    case EPERM:
-        return makeFileError(FileErrorCode::kReadNoPermission, path, systemError);
-    case ENOENT:
-        return makeFileError(FileErrorCode::kReadNoSuchFile, path, systemError);
-    default:
-        return makeFileError(FileErrorCode::kReadUnknown, path, systemError);
-    }
-}
-
-Error writeError(const std::string& path, int systemError)
-{
-    switch (systemError) {
-    case ENOENT:
-        return makeFileError(FileErrorCode::kNoSuchFolder, path, systemError);
-    case EACCES:
-    case EPERM:
-        return makeFileError(FileErrorCode::kWriteNoPermission, path, systemError);
-    case ENOSPC:
-    case EDQUOT:
-        return makeFileError(FileErrorCode::kWriteNoSpace, path, systemError);
-    case EROFS:
-        return makeFileError(FileErrorCode::kWriteReadOnlyVolume, path, systemError);
-    default:
-        return makeFileError(FileErrorCode::kWriteUnknown, path, systemError);
-    }
-}
-
-/// Reads to the file's end, or up to the limit. @return  0 or errno
-int readUpTo(FileSystem& files, int file, std::size_t expected, std::size_t limit,
-             std::string& bytes)
-{
-    bytes.reserve(std::min(expected, limit));
-    while (bytes.size() < limit) {
-        const std::size_t used = bytes.size();
-        // The last byte of a file's room stays free, and reading into it meets the end.
-        const std::size_t wanted =
-            std::clamp<std::size_t>(used < expected ? expected - used : kPiece, 1, kPiece);
-        bytes.resize(std::min(used + wanted, limit));
-        const ssize_t count = files.read(file, bytes.data() + used, bytes.size() - used);
-        const int failure = count < 0 ? errno : 0;
-        bytes.resize(used + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        if (count == 0)
-            return 0;
-        if (failure != 0 && failure != EINTR)
-            return failure;
-    }
-    return 0;
-}
-
 enum class Extent { kWhole, kFront };
 
-/// @return  0 or errno. A FIFO or a device is not waited for: the open does not block, and neither
-/// is read.
+/// @return  0 or errno. The open does not block, so that a FIFO cannot hold up a driver.
 int readRegularFile(FileSystem& files, const std::string& path, std::size_t limit, Extent extent,
                     std::string& bytes)
 try {
-    bytes.clear();
-    const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY)};
+    const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, 0)};
     if (!file)
         return errno;
     struct stat status;
@@ -121,15 +34,15 @@ try {
         return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
     if (extent == Extent::kFront) {
-        (void)readUpTo(files, file.get(), size + 1, limit,
-                       bytes); // what came before a failure is the front
+        (void)readAll(files, file.get(), size, limit, bytes);
         return 0;
     }
     if (size > limit)
         return EFBIG;
-    if (const int failure = readUpTo(files, file.get(), size + 1, limit + 1, bytes))
+    if (const int failure = readAll(files, file.get(), size, limit + 1, bytes))
         return failure;
-    return bytes.size() > limit ? EFBIG : 0; // it grew meanwhile, or tells no size
+    // The file may have grown since fstat(), and files in /proc report no size at all.
+    return bytes.size() > limit ? EFBIG : 0;
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }
@@ -137,24 +50,20 @@ try {
 std::optional<Error> read(FileSystem& files, const std::string& path, std::size_t limit,
                           Extent extent, std::string& bytes)
 {
+    bytes.clear();
     const int failure = readRegularFile(files, path, std::min(limit, kLargestFile), extent, bytes);
     if (failure == 0)
         return std::nullopt;
     bytes.clear();
-    return readError(path, failure);
+    return makeReadError(path, failure);
+}
+
+std::optional<Error> writeResult(const std::string& path, int failure)
+{
+    return failure != 0 ? std::optional{makeWriteError(path, failure)} : std::nullopt;
 }
 
 } // namespace
-
-Error makeFileError(FileErrorCode code, const std::string& path, int systemError)
-{
-    Dictionary userInfo{{kErrorDescriptionKey, "The file \"" + std::string{lastComponent(path)} +
-                                                   "\" " + predicate(code)},
-                        {kErrorPathKey, path}};
-    if (systemError != 0)
-        userInfo.set(kErrorReasonKey, std::generic_category().message(systemError));
-    return {kFileErrorDomain, static_cast<std::int32_t>(code), std::move(userInfo)};
-}
 
 FileManager::FileManager(FileSystem* files)
     : files_(files != nullptr ? files : &FileSystem::system())
@@ -196,23 +105,17 @@ std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& pa
 {
     if (!isAscii(text))
         return makeFileError(FileErrorCode::kWriteNotAscii, path);
-    if (const int failure = writeAtomically(*files_, path, text))
-        return writeError(path, failure);
-    return std::nullopt;
+    return writeResult(path, writeAtomically(*files_, path, text));
 }
 
 std::optional<Error> FileManager::writeObstacle(const std::string& path) const
 {
-    if (const int obstacle = obstacleToWriting(*files_, path))
-        return writeError(path, obstacle);
-    return std::nullopt;
+    return writeResult(path, obstacleToWriting(*files_, path));
 }
 
 std::optional<Error> FileManager::removeItem(const std::string& path) const
 {
-    if (files_->removeTree(path.c_str()) != 0)
-        return writeError(path, errno);
-    return std::nullopt;
+    return writeResult(path, files_->removeTree(path.c_str()) == 0 ? 0 : errno);
 }
 
 DirectoryEnumerator FileManager::enumerator(const std::string& folder) const

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Forwards every function to the system call of its name.
 
 #include "FileSystem.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -14,14 +16,14 @@ namespace gps {
 
 FileSystem& FileSystem::system()
 {
-    static FileSystem& theSystem =
-        *new FileSystem; // never destroyed: workers use it until the process is gone
+    // Never destroyed: workers may use it until the process has ended.
+    static FileSystem& theSystem = *new FileSystem;
     return theSystem;
 }
 
-int FileSystem::open(const char* path, int flags)
+int FileSystem::open(const char* path, int flags, mode_t mode)
 {
-    return ::open(path, flags | O_CLOEXEC);
+    return ::open(path, flags | O_CLOEXEC, mode);
 }
 
 int FileSystem::openat(int folder, const char* name, int flags, mode_t mode)
@@ -29,9 +31,9 @@ int FileSystem::openat(int folder, const char* name, int flags, mode_t mode)
     return ::openat(folder, name, flags | O_CLOEXEC, mode);
 }
 
-int FileSystem::access(const char* path, int mode)
+int FileSystem::close(int file)
 {
-    return ::faccessat(AT_FDCWD, path, mode, AT_EACCESS);
+    return ::close(file);
 }
 
 ssize_t FileSystem::read(int file, void* buffer, std::size_t size)
@@ -39,9 +41,24 @@ ssize_t FileSystem::read(int file, void* buffer, std::size_t size)
     return ::read(file, buffer, size);
 }
 
+ssize_t FileSystem::pread(int file, void* buffer, std::size_t size, off_t offset)
+{
+    return ::pread(file, buffer, size, offset);
+}
+
 ssize_t FileSystem::write(int file, const void* data, std::size_t size)
 {
     return ::write(file, data, size);
+}
+
+off_t FileSystem::lseek(int file, off_t offset, int whence)
+{
+    return ::lseek(file, offset, whence);
+}
+
+int FileSystem::ftruncate(int file, off_t size)
+{
+    return ::ftruncate(file, size);
 }
 
 int FileSystem::fsync(int file)
@@ -54,9 +71,24 @@ int FileSystem::fchmod(int file, mode_t mode)
     return ::fchmod(file, mode);
 }
 
+int FileSystem::flock(int file, int operation)
+{
+    return ::flock(file, operation);
+}
+
+int FileSystem::fstat(int file, struct stat* out)
+{
+    return ::fstat(file, out);
+}
+
 int FileSystem::mkdir(const char* path, mode_t mode)
 {
     return ::mkdir(path, mode);
+}
+
+int FileSystem::rename(const char* from, const char* to)
+{
+    return ::rename(from, to);
 }
 
 int FileSystem::renameat(int folder, const char* from, const char* to)
@@ -64,19 +96,14 @@ int FileSystem::renameat(int folder, const char* from, const char* to)
     return ::renameat(folder, from, folder, to);
 }
 
+int FileSystem::unlink(const char* path)
+{
+    return ::unlink(path);
+}
+
 int FileSystem::unlinkat(int folder, const char* name)
 {
     return ::unlinkat(folder, name, 0);
-}
-
-int FileSystem::flock(int file, int operation)
-{
-    return ::flock(file, operation);
-}
-
-int FileSystem::close(int file)
-{
-    return ::close(file);
 }
 
 int FileSystem::stat(const char* path, struct stat* out)
@@ -89,14 +116,14 @@ int FileSystem::lstat(const char* path, struct stat* out)
     return ::lstat(path, out);
 }
 
-int FileSystem::fstat(int file, struct stat* out)
-{
-    return ::fstat(file, out);
-}
-
 int FileSystem::fstatat(int folder, const char* name, struct stat* out)
 {
     return ::fstatat(folder, name, out, AT_SYMLINK_NOFOLLOW);
+}
+
+int FileSystem::access(const char* path, int mode)
+{
+    return ::faccessat(AT_FDCWD, path, mode, AT_EACCESS);
 }
 
 DIR* FileSystem::opendir(const char* path)
@@ -116,6 +143,7 @@ int FileSystem::closedir(DIR* folder)
 
 int FileSystem::removeTree(const char* path)
 {
+    // remove_all() does not report a missing path as a failure.
     struct stat present;
     if (::lstat(path, &present) != 0)
         return -1;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// OpenFile: an open file that is closed at the end of its scope. Private to this room. [any]
+// OpenFile: owns a file descriptor and closes it at the end of its scope. [any]
 
 #pragma once
 
@@ -11,20 +11,27 @@ namespace gps {
 
 class OpenFile {
 public:
-    /// @param file  what an open answered; negative: none
-    OpenFile(FileSystem& files, int file) noexcept : files_(files), file_(file) {}
+    /// Takes over a descriptor. @param file  the result of an open; negative if it failed
+    OpenFile(FileSystem& files, int file) noexcept : files_(&files), file_(file) {}
     ~OpenFile() { (void)close(); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
+    OpenFile(OpenFile&& other) noexcept
+        : files_(other.files_), file_(std::exchange(other.file_, -1))
+    {}
+    OpenFile& operator=(OpenFile&& other) noexcept
+    {
+        std::swap(files_, other.files_);
+        std::swap(file_, other.file_);
+        return *this;
+    }
 
     [[nodiscard]] explicit operator bool() const noexcept { return file_ >= 0; }
     [[nodiscard]] int get() const noexcept { return file_; }
 
-    /// Closes it now. @return  what the system answered; 0 if it is closed already
-    int close() { return file_ >= 0 ? files_.close(std::exchange(file_, -1)) : 0; }
+    /// Closes the file now. @return  the result of the system call; 0 if nothing is open
+    int close() { return file_ >= 0 ? files_->close(std::exchange(file_, -1)) : 0; }
 
 private:
-    FileSystem& files_;
+    FileSystem* files_;
     int file_;
 };
 

@@ -159,7 +159,26 @@ TEST(DirectoryEnumerator, AListingThatBreaksOffIsWalkedAsFarAsItWent)
     EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr("Input/output error")));
 }
 
-TEST(DirectoryEnumerator, AVolumeThatDoesNotTellKindsIsAskedAboutEachEntry)
+TEST(DirectoryEnumerator, RemembersTheFirstFailureButNotAMissingFolder)
+{
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    folder.put("b/file", "");
+    const LinesHeard heard;
+    const auto failureWith = [&](OneFault files) {
+        auto entries = FileManager{&files}.enumerator(folder.path());
+        while (entries.next()) {
+        }
+        return entries.failure();
+    };
+    EXPECT_EQ(failureWith({}), 0);
+    EXPECT_EQ(failureWith({"opendir", EACCES, 1}), EACCES);
+    EXPECT_EQ(failureWith({"opendir", EACCES, 2}), EACCES);
+    EXPECT_EQ(failureWith({"readdir", EIO, 2}), EIO);
+    EXPECT_EQ(failureWith({"opendir", ENOENT, 1}), 0);
+}
+
+TEST(DirectoryEnumerator, AnEntryOfUnknownTypeIsLookedUp)
 {
     class Untold : public FileSystem {
     public:

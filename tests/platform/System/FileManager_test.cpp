@@ -2,6 +2,7 @@
 
 #include "OneFault.h"
 #include "PrivateMount.h"
+#include "SlowFiles.h"
 
 #include <platform/System/FileManager.h>
 
@@ -25,28 +26,13 @@ namespace gps {
 namespace {
 
 using support::OneFault;
+using support::SlowFiles;
 using support::TemporaryFolder;
 
 std::int32_t codeOf(const std::optional<Error>& error)
 {
     return error ? error->code() : 0;
 }
-
-/// Each read gives at most seven bytes, and each second one is interrupted.
-class SlowFiles : public FileSystem {
-public:
-    ssize_t read(int file, void* buffer, std::size_t size) override
-    {
-        interrupted_ = !interrupted_;
-        if (!interrupted_)
-            return FileSystem::read(file, buffer, std::min<std::size_t>(size, 7));
-        errno = EINTR;
-        return -1;
-    }
-
-private:
-    bool interrupted_ = false;
-};
 
 TEST(FileManager, ReadsAWholeAsciiFile)
 {
@@ -298,18 +284,6 @@ TEST(FileManager, ARefusedRemovalIsCode513)
         GTEST_SKIP() << "only root can have a folder refused";
     EXPECT_EQ(codeOf(FileManager{}.removeItem(path)), 513);
     EXPECT_EQ(folder.read("a"), "text");
-}
-
-TEST(FileManager, ErrorsNameTheFileAndNotItsFolders)
-{
-    EXPECT_EQ(makeFileError(FileErrorCode::kWriteFileExists, "/a/b/TKLG001.log").description(),
-              "The file \"TKLG001.log\" could not be written because a file of that name exists.");
-    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/a/b/").description(),
-                testing::HasSubstr("\"b\""));
-    EXPECT_THAT(*makeFileError(FileErrorCode::kReadUnknown, "/").description(),
-                testing::HasSubstr("\"/\""));
-    EXPECT_EQ(makeFileError(FileErrorCode::kReadUnknown, "a").userInfo().find(kErrorReasonKey),
-              nullptr);
 }
 
 TEST(WriteObstacle, IsNoneForANewAndForAPresentFile)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The real system, but for one call that fails. Notes the order of the calls that change something.
+// OneFault: the real file system, except that one call fails. Records the order of the calls that
+// open, change, flush or close something.
 
 #pragma once
 
@@ -16,9 +17,9 @@ class OneFault : public gps::FileSystem {
 public:
     OneFault() = default;
 
-    /// @param call   the operation's name
+    /// @param call   the name of the function that fails
     /// @param error  the errno that it fails with
-    /// @param which  which of the calls of that name fails, from 1
+    /// @param which  which of its calls fails, from 1
     OneFault(std::string_view call, int error, int which = 1)
         : call_(call), error_(error), left_(which)
     {}
@@ -26,70 +27,94 @@ public:
     [[nodiscard]] bool happened() const { return !call_.empty() && left_ <= 0; }
     [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
 
-    int open(const char* path, int flags) override
+    int open(const char* path, int flags, mode_t mode) override
     {
-        return due("open") ? -1 : FileSystem::open(path, flags);
+        return fails("open") ? -1 : FileSystem::open(path, flags, mode);
     }
     int openat(int folder, const char* name, int flags, mode_t mode) override
     {
-        return due("openat") ? -1 : FileSystem::openat(folder, name, flags, mode);
-    }
-    ssize_t read(int file, void* buffer, std::size_t size) override
-    {
-        return due("read") ? -1 : FileSystem::read(file, buffer, size);
-    }
-    ssize_t write(int file, const void* data, std::size_t size) override
-    {
-        return due("write") ? -1 : FileSystem::write(file, data, size);
-    }
-    int fsync(int file) override { return due("fsync") ? -1 : FileSystem::fsync(file); }
-    int fchmod(int file, mode_t mode) override
-    {
-        return due("fchmod") ? -1 : FileSystem::fchmod(file, mode);
-    }
-    int mkdir(const char* path, mode_t mode) override
-    {
-        return due("mkdir") ? -1 : FileSystem::mkdir(path, mode);
-    }
-    int renameat(int folder, const char* from, const char* to) override
-    {
-        return due("renameat") ? -1 : FileSystem::renameat(folder, from, to);
-    }
-    int unlinkat(int folder, const char* name) override
-    {
-        return due("unlinkat") ? -1 : FileSystem::unlinkat(folder, name);
-    }
-    int flock(int file, int operation) override
-    {
-        return due("flock") ? -1 : FileSystem::flock(file, operation);
+        return fails("openat") ? -1 : FileSystem::openat(folder, name, flags, mode);
     }
     int close(int file) override
     {
-        const bool fails = due("close"); // closed all the same, as the system does
+        const bool isDue = fails("close"); // closed nevertheless, as the system does it
         const int result = FileSystem::close(file);
-        if (fails)
+        if (isDue)
             errno = error_;
-        return fails ? -1 : result;
+        return isDue ? -1 : result;
+    }
+    ssize_t read(int file, void* buffer, std::size_t size) override
+    {
+        return fails("read") ? -1 : FileSystem::read(file, buffer, size);
+    }
+    ssize_t pread(int file, void* buffer, std::size_t size, off_t offset) override
+    {
+        return fails("pread") ? -1 : FileSystem::pread(file, buffer, size, offset);
+    }
+    ssize_t write(int file, const void* data, std::size_t size) override
+    {
+        return fails("write") ? -1 : FileSystem::write(file, data, size);
+    }
+    off_t lseek(int file, off_t offset, int whence) override
+    {
+        return fails("lseek") ? -1 : FileSystem::lseek(file, offset, whence);
+    }
+    int ftruncate(int file, off_t size) override
+    {
+        return fails("ftruncate") ? -1 : FileSystem::ftruncate(file, size);
+    }
+    int fsync(int file) override { return fails("fsync") ? -1 : FileSystem::fsync(file); }
+    int fchmod(int file, mode_t mode) override
+    {
+        return fails("fchmod") ? -1 : FileSystem::fchmod(file, mode);
+    }
+    int flock(int file, int operation) override
+    {
+        return fails("flock") ? -1 : FileSystem::flock(file, operation);
     }
     int fstat(int file, struct stat* out) override
     {
-        return due("fstat") ? -1 : FileSystem::fstat(file, out);
+        return fails("fstat") ? -1 : FileSystem::fstat(file, out);
     }
     int stat(const char* path, struct stat* out) override
     {
-        return due("stat") ? -1 : FileSystem::stat(path, out);
+        return fails("stat") ? -1 : FileSystem::stat(path, out);
+    }
+    int mkdir(const char* path, mode_t mode) override
+    {
+        return fails("mkdir") ? -1 : FileSystem::mkdir(path, mode);
+    }
+    int rename(const char* from, const char* to) override
+    {
+        return fails("rename") ? -1 : FileSystem::rename(from, to);
+    }
+    int renameat(int folder, const char* from, const char* to) override
+    {
+        return fails("renameat") ? -1 : FileSystem::renameat(folder, from, to);
+    }
+    int unlink(const char* path) override
+    {
+        return fails("unlink") ? -1 : FileSystem::unlink(path);
+    }
+    int unlinkat(int folder, const char* name) override
+    {
+        return fails("unlinkat") ? -1 : FileSystem::unlinkat(folder, name);
     }
     DIR* opendir(const char* path) override
     {
-        return due("opendir") ? nullptr : FileSystem::opendir(path);
+        return fails("opendir") ? nullptr : FileSystem::opendir(path);
     }
     dirent* readdir(DIR* folder) override
     {
-        return due("readdir") ? nullptr : FileSystem::readdir(folder);
+        return fails("readdir") ? nullptr : FileSystem::readdir(folder);
+    }
+    int removeTree(const char* path) override
+    {
+        return fails("removeTree") ? -1 : FileSystem::removeTree(path);
     }
 
 private:
-    bool due(std::string_view call)
+    bool fails(std::string_view call)
     {
         calls_.emplace_back(call);
         if (call != call_ || --left_ != 0)

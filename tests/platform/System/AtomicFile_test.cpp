@@ -2,9 +2,11 @@
 
 #include "OneFault.h"
 #include "PrivateMount.h"
+#include "SlowFiles.h"
 
-#include <platform/System/AtomicWrite.h>
+#include <platform/System/AtomicFile.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/FullTransfer.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,6 +31,7 @@ namespace {
 
 using support::OneFault;
 using support::PrivateMount;
+using support::SlowFiles;
 using support::TemporaryFolder;
 using testing::ElementsAre;
 
@@ -53,23 +56,7 @@ mode_t modeOf(const std::string& path)
     return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
 }
 
-/// Each write takes at most seven bytes, and each second one is interrupted.
-class SlowFiles : public FileSystem {
-public:
-    ssize_t write(int file, const void* data, std::size_t size) override
-    {
-        interrupted_ = !interrupted_;
-        if (!interrupted_)
-            return FileSystem::write(file, data, std::min<std::size_t>(size, 7));
-        errno = EINTR;
-        return -1;
-    }
-
-private:
-    bool interrupted_ = false;
-};
-
-TEST(AtomicWrite, MakesANewFile)
+TEST(AtomicFile, CreatesANewFile)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a.log"), "text\r\n"),
@@ -78,7 +65,7 @@ TEST(AtomicWrite, MakesANewFile)
     EXPECT_THAT(namesIn(folder), ElementsAre("a.log"));
 }
 
-TEST(AtomicWrite, ReplacesAnOldFileAndLeavesNothingElse)
+TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
 {
     const TemporaryFolder folder;
     folder.put("a.log", "a longer old text");
@@ -88,18 +75,18 @@ TEST(AtomicWrite, ReplacesAnOldFileAndLeavesNothingElse)
 }
 
 // The second flush of the file is what vfat needs; the last one is the folder's.
-TEST(AtomicWrite, FlushesTheFileBeforeAndAfterTheRenameAndThenTheFolder)
+TEST(AtomicFile, FlushesTheFileBeforeAndAfterTheRenameAndThenTheFolder)
 {
     const TemporaryFolder folder;
     folder.put("a", "old");
     OneFault files;
     EXPECT_EQ(writeAtomically(files, folder.path("a"), "new"), 0);
     EXPECT_THAT(files.calls(),
-                ElementsAre("open", "flock", "unlinkat", "openat", "write", "fchmod", "fsync",
+                ElementsAre("open", "flock", "unlinkat", "openat", "fchmod", "write", "fsync",
                             "renameat", "fsync", "fsync", "close", "close"));
 }
 
-TEST(AtomicWrite, ShortAndInterruptedWritesGiveTheWholeFile)
+TEST(AtomicFile, ShortAndInterruptedWritesGiveTheWholeFile)
 {
     const TemporaryFolder folder;
     SlowFiles files;
@@ -119,9 +106,9 @@ void PrintTo(const Fault& fault, std::ostream* out)
     *out << fault.call << " " << fault.which << ": " << std::strerror(fault.error);
 }
 
-class AtomicWriteBeforeRename : public testing::TestWithParam<Fault> {};
+class AtomicFileBeforeRename : public testing::TestWithParam<Fault> {};
 
-TEST_P(AtomicWriteBeforeRename, AFaultLeavesTheOldFileAndNothingElse)
+TEST_P(AtomicFileBeforeRename, AFaultLeavesTheOldFileAndNothingElse)
 {
     const auto& fault = GetParam();
     const TemporaryFolder folder;
@@ -137,7 +124,7 @@ TEST_P(AtomicWriteBeforeRename, AFaultLeavesTheOldFileAndNothingElse)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Faults, AtomicWriteBeforeRename,
+    Faults, AtomicFileBeforeRename,
     testing::Values(Fault{"open", ENOENT, 1, 4}, Fault{"open", EACCES, 1, 513},
                     Fault{"open", EIO, 1, 512}, Fault{"flock", EWOULDBLOCK, 1, 512},
                     Fault{"openat", EROFS, 1, 642}, Fault{"openat", EPERM, 1, 513},
@@ -146,9 +133,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault{"fsync", EIO, 1, 512}, Fault{"fsync", ENOSPC, 1, 640},
                     Fault{"renameat", EROFS, 1, 642}, Fault{"renameat", EXDEV, 1, 512}));
 
-class AtomicWriteAfterRename : public testing::TestWithParam<Fault> {};
+class AtomicFileAfterRename : public testing::TestWithParam<Fault> {};
 
-TEST_P(AtomicWriteAfterRename, AFaultIsReportedAndTheNewFileStands)
+TEST_P(AtomicFileAfterRename, AFaultIsReportedAndTheNewFileIsThere)
 {
     const auto& fault = GetParam();
     const TemporaryFolder folder;
@@ -161,13 +148,13 @@ TEST_P(AtomicWriteAfterRename, AFaultIsReportedAndTheNewFileStands)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, AtomicWriteAfterRename,
+INSTANTIATE_TEST_SUITE_P(Faults, AtomicFileAfterRename,
                          testing::Values(Fault{"fsync", EIO, 2, 512}, Fault{"fsync", EROFS, 2, 642},
                                          Fault{"fsync", EIO, 3, 512}, Fault{"close", EIO, 1, 512}));
 
-class AtomicWriteHarmless : public testing::TestWithParam<Fault> {};
+class AtomicFileHarmless : public testing::TestWithParam<Fault> {};
 
-TEST_P(AtomicWriteHarmless, AFaultThatLosesNothingIsNoFailure)
+TEST_P(AtomicFileHarmless, AFaultThatLosesNothingIsIgnored)
 {
     const auto& fault = GetParam();
     const TemporaryFolder folder;
@@ -180,13 +167,13 @@ TEST_P(AtomicWriteHarmless, AFaultThatLosesNothingIsNoFailure)
 }
 
 // A volume without locks, without modes, whose folders cannot be flushed; interrupted calls.
-INSTANTIATE_TEST_SUITE_P(Faults, AtomicWriteHarmless,
+INSTANTIATE_TEST_SUITE_P(Faults, AtomicFileHarmless,
                          testing::Values(Fault{"flock", EOPNOTSUPP, 1, 0},
                                          Fault{"fchmod", EPERM, 1, 0}, Fault{"write", EINTR, 1, 0},
                                          Fault{"fsync", EINVAL, 3, 0}, Fault{"close", EINTR, 1, 0},
                                          Fault{"close", EIO, 2, 0}));
 
-TEST(AtomicWrite, ATextThatIsNotAsciiIsCode517AndTouchesNothing)
+TEST(AtomicFile, ATextThatIsNotAsciiIsCode517AndTouchesNothing)
 {
     const TemporaryFolder folder;
     folder.put("a", "old");
@@ -197,20 +184,20 @@ TEST(AtomicWrite, ATextThatIsNotAsciiIsCode517AndTouchesNothing)
     EXPECT_TRUE(files.calls().empty());
 }
 
-TEST(AtomicWrite, AMissingFolderIsCode4)
+TEST(AtomicFile, AMissingFolderIsCode4)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("none/a"), "new")), 4);
 }
 
-TEST(AtomicWrite, AFileInThePlaceOfTheFolderIsCode512)
+TEST(AtomicFile, AFileWhereTheFolderShouldBeIsCode512)
 {
     const TemporaryFolder folder;
     folder.put("file", "old");
     EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("file/a"), "new")), 512);
 }
 
-TEST(AtomicWrite, AFolderInThePlaceOfTheFileIsCode512AndStays)
+TEST(AtomicFile, AFolderAtThePathIsCode512AndIsKept)
 {
     const TemporaryFolder folder;
     folder.put("a/inside", "old");
@@ -220,7 +207,7 @@ TEST(AtomicWrite, AFolderInThePlaceOfTheFileIsCode512AndStays)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-TEST(AtomicWrite, ARefusedFolderIsCode513)
+TEST(AtomicFile, AFolderWithoutPermissionIsCode513)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("inside/a", "old");
@@ -233,7 +220,7 @@ TEST(AtomicWrite, ARefusedFolderIsCode513)
     EXPECT_EQ(folder.read("inside/a"), "old");
 }
 
-TEST(AtomicWrite, TheModeOfAReplacedFileIsKept)
+TEST(AtomicFile, TheModeOfAReplacedFileIsKept)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "old");
@@ -244,7 +231,7 @@ TEST(AtomicWrite, TheModeOfAReplacedFileIsKept)
     }
 }
 
-TEST(AtomicWrite, ALinkIsReplacedAndItsTargetStays)
+TEST(AtomicFile, ALinkIsReplacedAndItsTargetIsUnchanged)
 {
     const TemporaryFolder folder;
     folder.put("target", "old");
@@ -257,7 +244,7 @@ TEST(AtomicWrite, ALinkIsReplacedAndItsTargetStays)
     EXPECT_EQ(folder.read("target"), "old");
 }
 
-TEST(AtomicWrite, WhatAKilledWriterLeftIsSweptUp)
+TEST(AtomicFile, ATemporaryFileThatAKilledProcessLeftIsRemoved)
 {
     const TemporaryFolder folder;
     folder.put(".~write.tmp", "half a fi");
@@ -265,7 +252,7 @@ TEST(AtomicWrite, WhatAKilledWriterLeftIsSweptUp)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-TEST(AtomicWrite, ALinkInTheTemporaryFilesPlaceIsNotWrittenThrough)
+TEST(AtomicFile, ALinkUnderTheTemporaryNameIsNotFollowed)
 {
     const TemporaryFolder folder;
     folder.put("precious", "old");
@@ -274,7 +261,7 @@ TEST(AtomicWrite, ALinkInTheTemporaryFilesPlaceIsNotWrittenThrough)
     EXPECT_EQ(folder.read("precious"), "old");
 }
 
-TEST(AtomicWrite, ASecondWriterInTheFolderIsRefusedAtOnce)
+TEST(AtomicFile, ASecondWriteInTheFolderFailsAtOnce)
 {
     const TemporaryFolder folder;
     folder.put("a", "old");
@@ -286,7 +273,7 @@ TEST(AtomicWrite, ASecondWriterInTheFolderIsRefusedAtOnce)
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), "new"), std::nullopt);
 }
 
-TEST(AtomicWrite, WritersAtOnceNeverMixTheirTexts)
+TEST(AtomicFile, ConcurrentWritesNeverMixTheirTexts)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", std::string(5000, 'o'));
@@ -307,7 +294,7 @@ TEST(AtomicWrite, WritersAtOnceNeverMixTheirTexts)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-TEST(AtomicWrite, TheLongestNameWorksAndALongerOneIsCode512)
+TEST(AtomicFile, TheLongestNameWorksAndALongerOneIsCode512)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(255, 'n')), "new"),
@@ -318,7 +305,7 @@ TEST(AtomicWrite, TheLongestNameWorksAndALongerOneIsCode512)
     EXPECT_THAT(namesIn(folder), ElementsAre(std::string(255, 'n')));
 }
 
-TEST(AtomicWrite, APathWithoutAFolderIsInTheWorkingFolder)
+TEST(AtomicFile, APathWithoutAFolderIsInTheWorkingFolder)
 {
     const TemporaryFolder folder;
     const auto before = std::filesystem::current_path();
@@ -328,7 +315,7 @@ TEST(AtomicWrite, APathWithoutAFolderIsInTheWorkingFolder)
     EXPECT_EQ(folder.read("a"), "new");
 }
 
-TEST(AtomicWrite, AFullVolumeIsCode640AndKeepsTheOldFile)
+TEST(AtomicFile, AFullVolumeIsCode640AndKeepsTheOldFile)
 {
     const TemporaryFolder folder;
     const PrivateMount volume{folder.path(), "size=64k"};
@@ -344,13 +331,111 @@ TEST(AtomicWrite, AFullVolumeIsCode640AndKeepsTheOldFile)
               std::nullopt);
 }
 
-TEST(AtomicWrite, AReadOnlyVolumeIsCode642)
+TEST(AtomicFile, AReadOnlyVolumeIsCode642)
 {
     const TemporaryFolder folder;
     const PrivateMount volume{folder.path(), "", MS_RDONLY};
     if (!volume.isMounted())
         GTEST_SKIP() << "mounting is not permitted";
     EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a"), "new")), 642);
+}
+
+/// A write of "new" to "a", begun and filled but not committed.
+class UncommittedFile : public testing::Test {
+protected:
+    UncommittedFile()
+    {
+        folder_.put("a", "old");
+        EXPECT_EQ(file_.openUnlocked(folder_.path("a"), ".hidden-"), 0);
+        EXPECT_EQ(writeAll(FileSystem::system(), file_.descriptor(), "new"), 0);
+    }
+
+    TemporaryFolder folder_;
+    AtomicFile file_{FileSystem::system()};
+};
+
+TEST_F(UncommittedFile, HasItsContentInAHiddenFile)
+{
+    EXPECT_EQ(file_.temporaryPath(), folder_.path(".hidden-0"));
+    EXPECT_EQ(folder_.read(".hidden-0"), "new");
+    EXPECT_EQ(folder_.read("a"), "old");
+    EXPECT_FALSE(file_.isRenamed());
+}
+
+TEST_F(UncommittedFile, ReplacesTheTargetWhenItIsCommitted)
+{
+    EXPECT_EQ(file_.commit(), 0);
+    EXPECT_TRUE(file_.isRenamed());
+    EXPECT_EQ(file_.temporaryPath(), "");
+    EXPECT_EQ(folder_.read("a"), "new");
+    EXPECT_THAT(namesIn(folder_), ElementsAre("a"));
+}
+
+TEST_F(UncommittedFile, CanBeCommittedUnderAnotherName)
+{
+    EXPECT_EQ(file_.commitAs("b"), 0);
+    EXPECT_EQ(folder_.read("a"), "old");
+    EXPECT_EQ(folder_.read("b"), "new");
+    EXPECT_THAT(namesIn(folder_), ElementsAre("a", "b"));
+}
+
+TEST_F(UncommittedFile, DisappearsWhenItIsDiscarded)
+{
+    file_.discard();
+    EXPECT_EQ(file_.temporaryPath(), "");
+    EXPECT_EQ(folder_.read("a"), "old");
+    EXPECT_THAT(namesIn(folder_), ElementsAre("a"));
+}
+
+TEST_F(UncommittedFile, DoesNotKeepOthersFromWritingInTheFolder)
+{
+    AtomicFile other{FileSystem::system()};
+    EXPECT_EQ(other.openUnlocked(folder_.path("a"), ".hidden-"), 0);
+    EXPECT_EQ(other.temporaryPath(), folder_.path(".hidden-1"));
+    AtomicFile third{FileSystem::system()};
+    EXPECT_EQ(third.open(folder_.path("a")), 0);
+}
+
+TEST(AtomicFile, DestroyingAnUncommittedFileRemovesItsTemporaryFile)
+{
+    const TemporaryFolder folder;
+    {
+        AtomicFile file{FileSystem::system()};
+        ASSERT_EQ(file.open(folder.path("a")), 0);
+        EXPECT_THAT(namesIn(folder), ElementsAre(".~write.tmp"));
+    }
+    EXPECT_TRUE(namesIn(folder).empty());
+}
+
+TEST(AtomicFile, TheTemporaryFileHasTheModeOfTheFileItWillReplace)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(::chmod(folder.put("a", "old").c_str(), 0600), 0);
+    AtomicFile file{FileSystem::system()};
+    ASSERT_EQ(file.openUnlocked(folder.path("a"), ".hidden-"), 0);
+    EXPECT_EQ(modeOf(file.temporaryPath()), 0600U);
+}
+
+TEST(AtomicFile, AnUnlockedFileThatCannotBeCreatedIsReportedWithItsErrno)
+{
+    const TemporaryFolder folder;
+    OneFault files{"openat", EROFS};
+    AtomicFile file{files};
+    EXPECT_EQ(file.openUnlocked(folder.path("a"), ".hidden-"), EROFS);
+    EXPECT_EQ(file.temporaryPath(), "");
+}
+
+TEST(AtomicFile, ATemporaryFileInTheWorkingFolderHasARelativePath)
+{
+    const TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    {
+        AtomicFile file{FileSystem::system()};
+        EXPECT_EQ(file.openUnlocked("a", ".hidden-"), 0);
+        EXPECT_EQ(file.temporaryPath(), "./.hidden-0");
+    }
+    std::filesystem::current_path(before);
 }
 
 } // namespace

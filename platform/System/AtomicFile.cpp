@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+// The order of the steps matters: content, flush, rename, flush, flush of the folder. On vfat, the
+// file system of memory cards, a renamed file has neither size nor first cluster in its folder
+// entry until it is flushed once more.
+
+#include "AtomicFile.h"
+
+#include "FileSystem.h"
+#include "FullTransfer.h"
+
+#include <gps/NumberText.h>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace gps {
+namespace {
+
+// Fixed, so that the next write removes what a killed process left; and short, because the target's
+// own name may be as long as names can be.
+constexpr char kTemporaryName[] = ".~write.tmp";
+
+constexpr mode_t kModeBits = 0777;
+constexpr int kNothingOpen = -1;
+
+struct SplitPath {
+    std::string folder; // with a "/" at its end
+    std::string name;
+};
+
+SplitPath split(const std::string& path)
+{
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return {"./", path};
+    return {path.substr(0, slash + 1), path.substr(slash + 1)};
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(FileSystem& files)
+    : files_(files), folder_(files, kNothingOpen), file_(files, kNothingOpen)
+{}
+
+AtomicFile::~AtomicFile()
+{
+    discard();
+}
+
+int AtomicFile::open(const std::string& path)
+{
+    if (const int failure = openFolder(path))
+        return failure;
+    // Any other failure means that the volume has no locks.
+    if (files_.flock(folder_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return EWOULDBLOCK;
+    (void)files_.unlinkat(folder_.get(), kTemporaryName);
+    return create(kTemporaryName);
+}
+
+int AtomicFile::openUnlocked(const std::string& path, std::string_view prefix)
+{
+    if (const int failure = openFolder(path))
+        return failure;
+    for (int attempt = 0;; ++attempt) {
+        std::string name{prefix};
+        appendInteger(name, attempt);
+        const int failure = create(std::move(name));
+        if (failure != EEXIST)
+            return failure;
+    }
+}
+
+int AtomicFile::openFolder(const std::string& path)
+{
+    auto [folder, name] = split(path);
+    if (name.empty())
+        return EISDIR;
+    folder_ = OpenFile{files_, files_.open(folder.c_str(), O_RDONLY | O_DIRECTORY, 0)};
+    if (!folder_)
+        return errno;
+    name_ = std::move(name);
+    folderPath_ = std::move(folder);
+    return 0;
+}
+
+int AtomicFile::create(std::string name)
+{
+    file_ = OpenFile{files_, files_.openat(folder_.get(), name.c_str(),
+                                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
+    if (!file_)
+        return errno;
+    temporaryPath_ = folderPath_ + name;
+    temporaryName_ = std::move(name);
+    keepMode();
+    return 0;
+}
+
+/// A volume without modes refuses fchmod(); then there is no mode to keep.
+void AtomicFile::keepMode()
+{
+    struct stat present;
+    if (files_.fstatat(folder_.get(), name_.c_str(), &present) == 0 && S_ISREG(present.st_mode))
+        (void)files_.fchmod(file_.get(), present.st_mode & kModeBits);
+}
+
+int AtomicFile::commit()
+{
+    return commitAs(name_);
+}
+
+int AtomicFile::commitAs(const std::string& name)
+{
+    // A failed flush is final: a second one could succeed although data was lost.
+    if (files_.fsync(file_.get()) != 0 ||
+        files_.renameat(folder_.get(), temporaryName_.c_str(), name.c_str()) != 0) {
+        const int failure = errno;
+        discard();
+        return failure;
+    }
+    isRenamed_ = true;
+    temporaryName_.clear();
+    temporaryPath_.clear();
+    return flushAfterRename();
+}
+
+int AtomicFile::flushAfterRename()
+{
+    if (files_.fsync(file_.get()) != 0)
+        return errno;
+    // EINVAL: the volume cannot flush folders.
+    if (files_.fsync(folder_.get()) != 0 && errno != EINVAL)
+        return errno;
+    return file_.close() == 0 || errno == EINTR ? 0 : errno;
+}
+
+void AtomicFile::discard()
+{
+    if (temporaryName_.empty())
+        return;
+    (void)files_.unlinkat(folder_.get(), temporaryName_.c_str());
+    temporaryName_.clear();
+    temporaryPath_.clear();
+    (void)file_.close();
+    (void)folder_.close();
+}
+
+int writeAtomically(FileSystem& files, const std::string& path, std::string_view data)
+{
+    AtomicFile file{files};
+    if (const int failure = file.open(path))
+        return failure;
+    if (const int failure = writeAll(files, file.descriptor(), data))
+        return failure;
+    return file.commit();
+}
+
+int obstacleToWriting(FileSystem& files, const std::string& path)
+{
+    if (files.access(split(path).folder.c_str(), W_OK | X_OK) != 0)
+        return errno;
+    struct stat status;
+    return files.stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? EISDIR : 0;
+}
+
+} // namespace gps

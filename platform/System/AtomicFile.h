@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// AtomicFile: writes a whole file so that its name always refers to the old content or to the new
+// one, even if the process is killed or the medium is pulled out. FileManager writes device files
+// with it, a host its output files. All results are 0 or an errno. [any]
+
+#pragma once
+
+#include "OpenFile.h"
+
+#include <string>
+#include <string_view>
+
+namespace gps {
+
+class FileSystem;
+
+/// One write. The content goes into a hidden temporary file in the target's folder, which commit()
+/// renames. A link at the target is replaced, not followed. The mode of a replaced file is kept if
+/// the volume has modes. Destroying the object before commit() discards the write.
+///
+/// Order of use: one of the two open functions, writes to descriptor(), then commit() or discard().
+class AtomicFile {
+public:
+    explicit AtomicFile(FileSystem& files);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// Creates the temporary file under a fixed name, after removing one that a killed process left
+    /// there. Locks the folder until the end of the write, so that only one write at a time uses
+    /// that name. A volume without locks is written without.
+    /// @return  EWOULDBLOCK if another write in the folder holds the lock
+    [[nodiscard]] int open(const std::string& path);
+
+    /// Creates the temporary file under the first free name of PREFIX0, PREFIX1 and so on, without
+    /// a lock: any number of writes in one folder may run at a time.
+    /// @param prefix  begins with "." so that the file is hidden
+    [[nodiscard]] int openUnlocked(const std::string& path, std::string_view prefix);
+
+    /// The temporary file, open for writing; owned by this object.
+    [[nodiscard]] int descriptor() const noexcept { return file_.get(); }
+
+    /// The temporary file's path, for a signal handler that removes it; empty when there is none.
+    [[nodiscard]] const std::string& temporaryPath() const noexcept { return temporaryPath_; }
+
+    /// Flushes the temporary file, renames it to the target, and returns when both the content and
+    /// the name are on the medium. After a failure before the rename, the old file is unchanged and
+    /// the temporary file is removed.
+    [[nodiscard]] int commit();
+
+    /// commit() under another name in the same folder; the target is left unchanged.
+    [[nodiscard]] int commitAs(const std::string& name);
+
+    /// Whether commit() has renamed the file. If commit() failed nevertheless, the new content is
+    /// complete but may be lost if the medium is pulled out.
+    [[nodiscard]] bool isRenamed() const noexcept { return isRenamed_; }
+
+    /// Removes the temporary file. Does nothing after a commit() or without an open file.
+    void discard();
+
+private:
+    [[nodiscard]] int openFolder(const std::string& path);
+    [[nodiscard]] int create(std::string name);
+    void keepMode();
+    [[nodiscard]] int flushAfterRename();
+
+    FileSystem& files_;
+    OpenFile folder_;
+    OpenFile file_;
+    std::string folderPath_; // with a "/" at its end
+    std::string name_;       // the target's, within the folder
+    std::string temporaryName_;
+    std::string temporaryPath_;
+    bool isRenamed_ = false;
+};
+
+/// Writes a whole file by AtomicFile::open() and commit(). [any]
+[[nodiscard]] int writeAtomically(FileSystem& files, const std::string& path,
+                                  std::string_view data);
+
+/// What would make `writeAtomically` fail, as far as it can be seen without trying. [any]
+[[nodiscard]] int obstacleToWriting(FileSystem& files, const std::string& path);
+
+} // namespace gps
