@@ -14,6 +14,7 @@
 
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/codec/RouteSentence.h>
+#include <plugin/codec/SentenceFields.h>
 #include <plugin/codec/TrackPointSentence.h>
 #include <plugin/codec/WayPointSentence.h>
 
@@ -45,13 +46,14 @@ std::optional<PointRecord> interpreted(std::string_view line, Interpret interpre
     return std::nullopt;
 }
 
-/// Looks for a name alone and reads the whole line.
+/// Compares the name that a kind finds in a line's fields with the one that a reading stores.
 template <typename Interpret, typename NameIn>
-void checkName(std::string_view line, Interpret interpret, NameIn nameIn)
+void checkName(std::string_view line, std::string_view kind, Interpret interpret, NameIn nameIn)
 {
     std::optional<std::string_view> name;
     try {
-        name = nameIn(line);
+        if (const auto fields = magellan::SentenceFields::ofSentence(line, kind))
+            name = nameIn(*fields);
     } catch (const gps::RangeError&) {
     }
     const auto read = interpreted(line, interpret);
@@ -121,8 +123,10 @@ void checkLine(std::string_view line)
     checkPointSentence(line, magellan::interpretGeoCacheSentence, [](const PointRecord& r) {
         return magellan::makeGeoCacheSentenceWithPoint(r.point, r.record);
     });
-    checkName(line, magellan::interpretWayPointSentence, magellan::nameInWayPointSentence);
-    checkName(line, magellan::interpretGeoCacheSentence, magellan::nameInGeoCacheSentence);
+    checkName(line, magellan::kWayPointSentence, magellan::interpretWayPointSentence,
+              magellan::wayPointName);
+    checkName(line, magellan::kGeoCacheSentence, magellan::interpretGeoCacheSentence,
+              magellan::geoCacheName);
     checkRouteSentence(line);
 }
 

@@ -13,14 +13,14 @@
 namespace host {
 namespace {
 
-std::string_view wordFor(gps::PlannedFile::Fate fate)
+std::string_view wordFor(gps::PlannedFile::Action action)
 {
-    switch (fate) {
-    case gps::PlannedFile::Fate::kMade:
+    switch (action) {
+    case gps::PlannedFile::Action::kCreate:
         return "make";
-    case gps::PlannedFile::Fate::kMerged:
+    case gps::PlannedFile::Action::kMerge:
         return "merge into";
-    case gps::PlannedFile::Fate::kLeft:
+    case gps::PlannedFile::Action::kSkip:
         return "leave";
     }
     return {};
@@ -63,8 +63,8 @@ std::string planReport(const gps::SendPlan& plan, const std::vector<TextChange>&
     std::string text;
     for (const auto& file : plan.files) {
         std::string line =
-            std::string{wordFor(file.fate)} + ": " + std::string{fromDevice(file.path, device)};
-        if (file.fate == gps::PlannedFile::Fate::kLeft)
+            std::string{wordFor(file.action)} + ": " + std::string{fromDevice(file.path, device)};
+        if (file.action == gps::PlannedFile::Action::kSkip)
             line += file.error ? " (" + sentencesOf(*file.error) + ')' : " (nothing to write)";
         appendLine(text, line);
     }

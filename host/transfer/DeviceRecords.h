@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What a device holds, taken into memory before a send, and used where a send would say the same
-// again. [host thread]
+// Uses a device's own records where a send would write the same again. [host thread]
 
 #pragma once
 
 #include <gps/GPSFileDevice.h>
-#include <gps/GPSPlugInProtocol.h>
-
-#include <optional>
 
 namespace host {
-
-/// Acquires the device's waypoints, geocaches and routes. What cannot be read is not in it.
-/// @param data  out: arrays under "waypoint" and "route", as a send's data dictionary has them
-/// @return      why the driver could not start
-[[nodiscard]] std::optional<gps::Error> readDevice(gps::GPSPlugInProtocol& driver,
-                                                   gps::Dictionary& data);
 
 /// Replaces each route's point that would be written as a record which the device holds under the
 /// same name by that very record. A point read back is not the point that was sent: it is rounded

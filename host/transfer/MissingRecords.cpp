@@ -152,7 +152,7 @@ std::vector<std::string> missingRecords(gps::GPSPlugInProtocol& driver, const gp
 {
     Written written;
     for (const auto& file : plan.files) {
-        if (file.fate != gps::PlannedFile::Fate::kLeft)
+        if (file.action != gps::PlannedFile::Action::kSkip)
             (void)acquire(driver, {{kSourcePathKey, file.path}},
                           written); // what it does not yield is missing
     }

@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 
 constexpr std::array<std::pair<std::string_view, gps::TransferKind>, 3> kKeys{
     {{"track", gps::TransferKind::kTracks},
@@ -39,7 +39,7 @@ std::vector<gps::Error> missingFiles(const gps::SendPlan& plan)
 {
     std::vector<gps::Error> missing;
     for (const auto& file : plan.files) {
-        if (file.fate == Fate::kLeft)
+        if (file.action == Action::kSkip)
             continue;
         std::string present;
         if (const auto failure = gps::FileManager{}.readFile(file.path, present))
@@ -63,9 +63,9 @@ bool isForeseen(const gps::Error& logged, const gps::SendPlan& plan)
            std::any_of(plan.files.begin(), plan.files.end(), [&](const gps::PlannedFile& file) {
                if (file.path != logged.path())
                    return false;
-               if (file.fate == Fate::kMerged)
+               if (file.action == Action::kMerge)
                    return file.error && code->int32Reading() == file.error->code();
-               return file.fate == Fate::kMade &&
+               return file.action == Action::kCreate &&
                       code->int32Reading() ==
                           static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
            });

@@ -23,13 +23,13 @@
 namespace host {
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 
 // Whether a file's present content cannot be merged: the send goes on, but does not count as
 // success.
 bool isLost(const gps::PlannedFile& file)
 {
-    return file.fate == Fate::kMerged && file.error.has_value();
+    return file.action == Action::kMerge && file.error.has_value();
 }
 
 } // namespace
@@ -88,20 +88,21 @@ void Sending::plan(gps::GPSPlugInProtocol& driver)
     }
     std::vector<TextChange> changes;
     progress_.begin("reading the device");
-    if (!options_.data)
-        changes = fit(driver);
-    plan_ = device_->planSend(*data_);
+    snapshot_ = device_->takeSnapshot();
+    if (snapshot_ != nullptr) {
+        if (!options_.data)
+            changes = fit();
+        plan_ = snapshot_->planSend(*data_);
+    }
     progress_.clear();
     report(planReport(plan_, changes, place_));
     for (const auto& file : plan_.files)
         warnOf(file);
 }
 
-std::vector<TextChange> Sending::fit(gps::GPSPlugInProtocol& driver)
+std::vector<TextChange> Sending::fit()
 {
-    gps::Dictionary onDevice;
-    if (readDevice(driver, onDevice))
-        return {}; // the send meets the same failure, and tells it
+    const auto onDevice = snapshot_->records();
     std::vector<TextChange> changes;
     if (!options_.exactNames)
         changes =
@@ -113,7 +114,7 @@ std::vector<TextChange> Sending::fit(gps::GPSPlugInProtocol& driver)
 
 void Sending::warnOf(const gps::PlannedFile& file)
 {
-    if (file.fate == Fate::kLeft && file.error)
+    if (file.action == Action::kSkip && file.error)
         fail(*file.error);
     if (!isLost(file))
         return;
@@ -132,7 +133,7 @@ bool Sending::losesAnything() const
 bool Sending::writesAnything() const
 {
     return std::any_of(plan_.files.begin(), plan_.files.end(),
-                       [](const gps::PlannedFile& file) { return file.fate != Fate::kLeft; });
+                       [](const gps::PlannedFile& file) { return file.action != Action::kSkip; });
 }
 
 std::optional<gps::Error> Sending::backUp()
@@ -143,9 +144,10 @@ std::optional<gps::Error> Sending::backUp()
     Backup made;
     std::vector<std::string> skipped;
     progress_.begin("keeping a backup");
-    auto failure = makeBackup(
-        {.folder = *folder, .count = options_.mostBackups},
-        {place_, device_->deviceIdentifier().value_or(""), device_->dataFolders()}, made, skipped);
+    auto failure =
+        makeBackup({.folder = *folder, .count = options_.mostBackups},
+                   {place_, device_->deviceIdentifier().value_or(""), snapshot_->dataFolders()},
+                   made, skipped);
     progress_.clear();
     if (failure)
         return failure;
@@ -253,7 +255,7 @@ void Sending::conclude()
         return;
     const auto written =
         std::count_if(plan_.files.begin(), plan_.files.end(),
-                      [](const gps::PlannedFile& file) { return file.fate != Fate::kLeft; });
+                      [](const gps::PlannedFile& file) { return file.action != Action::kSkip; });
     std::string text = "sent: " + recordCounts(*data_);
     if (device_ != nullptr)
         text += "; " + std::to_string(written) + (written == 1 ? " file" : " files") +

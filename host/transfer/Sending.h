@@ -15,6 +15,7 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,7 +35,7 @@ public:
 
 private:
     void plan(gps::GPSPlugInProtocol& driver);
-    [[nodiscard]] std::vector<TextChange> fit(gps::GPSPlugInProtocol& driver);
+    [[nodiscard]] std::vector<TextChange> fit();
     void warnOf(const gps::PlannedFile& file);
     [[nodiscard]] bool losesAnything() const;
     [[nodiscard]] bool writesAnything() const;
@@ -56,6 +57,7 @@ private:
     const gps::GPSFileDevice* device_ = nullptr; // null: the driver tells nothing before a send
     bool canSend_ = false;
     std::string place_;
+    std::unique_ptr<gps::DeviceSnapshot> snapshot_; // null: no device is selected
     gps::SendPlan plan_;
     bool hasFailed_ = false;
 };

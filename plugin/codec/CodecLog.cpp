@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The wording is fixed: people search logs for it.
 
 #include "CodecLog.h"
 

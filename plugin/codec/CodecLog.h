@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The log lines that the list makers share. [any] thread.
+// The log lines that the list makers and the track writer share. [any]
 
 #pragma once
 
@@ -11,10 +11,10 @@ class Value;
 
 namespace magellan {
 
-/// "KIND NAME contains no point --", a line break and the whole record.
+/// Logs "KIND NAME contains no point --", a line break and the whole record.
 void logMissingPoint(std::string_view kind, const gps::Value& record);
 
-/// "failed to create sentence for list from" and the record.
+/// Logs "failed to create sentence for list from" and the record.
 void logFailedSentence(const gps::Value& record);
 
 } // namespace magellan

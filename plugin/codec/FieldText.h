@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Field text: how a record's texts become sentence fields and back. Shared by all sentence kinds.
-// Stateless: [any] thread.
+// Field text: how a record's texts become sentence fields, and fields become texts of a record.
+// Shared by all sentence kinds. Stateless. [any]
 
 #pragma once
 
@@ -12,49 +12,39 @@
 
 namespace gps {
 class Dictionary;
-struct GPSPoint;
 } // namespace gps
 
 namespace magellan {
 
 class SentenceFields;
 
-/// The 81 characters that receivers can show and store, and how many of them a name keeps.
+/// The 81 characters that receivers can display and store. Neither "," nor "*" is among them, so a
+/// filtered text cannot break its sentence.
 inline constexpr char kDeviceCharacters[] =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'!@#<%^&>()+=:\\";
+
+/// The length, in characters, to which receivers cut the name of a waypoint or route.
 inline constexpr std::size_t kLongestName = 20;
 
 /// kDeviceCharacters as a set.
 [[nodiscard]] const gps::CharacterSet& deviceCharacterSet();
 
-/// `magellanStringFromDictionary:withKey:andLength:`: the text under a key, filtered to the
-/// device's characters, then cut to its first 20. The length is not consulted: receivers have one
-/// length of name, and every caller passes 20.
+/// `magellanStringFromDictionary:withKey:andLength:`: the text under a key without the characters
+/// that receivers cannot store, then cut to kLongestName characters. `length` is ignored: all
+/// receivers have the same limit, and every caller passes it.
 [[nodiscard]] std::string magellanStringFromDictionary(const gps::Dictionary& record,
                                                        std::string_view key, int length);
 
-/// `magellanStringFromDictionary:withKey:`: the same, not cut. A missing key, or one whose value is
-/// no text, gives "".
+/// `magellanStringFromDictionary:withKey:`: the same, not cut. Returns "" if the key is missing or
+/// its value is not a text.
 [[nodiscard]] std::string magellanStringFromDictionary(const gps::Dictionary& record,
                                                        std::string_view key);
 
-/// `setInDictionary:forKey:fromIndex:ofArray:`: copies a field into a record when the field count
-/// is at least `index`.
-/// @throws gps::RangeError  the count is exactly `index`: receivers write the fields up to a kind's
-/// last or none of them, so a
-///                          sentence that stops here is damaged
+/// `setInDictionary:forKey:fromIndex:ofArray:`: copies a field into a record if there are at least
+/// `index` fields; otherwise does nothing.
+/// @throws gps::RangeError  there are exactly `index` fields. Receivers write either all optional
+///                          fields of a sentence or none, so one that ends here was truncated
 void setInDictionary(gps::Dictionary& record, std::string_view key, std::size_t index,
                      const SentenceFields& fields);
-
-/// Reads a point's place, as all kinds but routes begin: fields 1 to 5, latitude and its letter,
-/// longitude and its letter, altitude. The altitude is taken as it stands, whatever its unit.
-/// @throws gps::RangeError  there are fewer than 6 fields. Nothing has changed
-void readPlace(const SentenceFields& fields, gps::GPSPoint& point);
-
-/// Appends "NAME,latitude,letter,longitude,letter,altitude,M," to a body: the altitude truncated
-/// toward zero, saturated at 32 bits, in at least `altitudeDigits` characters.
-/// @return  false, with the body unchanged, when a coordinate has no text
-[[nodiscard]] bool appendPlace(std::string& body, std::string_view name, const gps::GPSPoint& point,
-                               int altitudeDigits);
 
 } // namespace magellan

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Geocaches: a position followed by nine texts, all of them required on reading.
 
 #include "GeoCacheSentence.h"
 
 #include "FieldText.h"
+#include "PositionFields.h"
 #include "SentenceFields.h"
 #include "SentenceList.h"
 
@@ -14,18 +16,13 @@ namespace {
 
 namespace NMEAUtils = gps::NMEAUtils;
 
-// Field positions:
-//   0       1        2 3         4 5       6 7    8       9     10   11   12     13    14 15
-//   PMGNGEO,4605.979,N,00713.315,E,0001529,M,NAME,COMMENT,OWNER,HINT,TYPE,PLACED,FOUND,DIFFICULTY,TERRAIN
-constexpr std::string_view kSentence = "PMGNGEO";
+// Field indices:
+//   0       1        2 3         4 5       6 7    8       9     10   11   12     13    14
+//   PMGNGEO,4605.979,N,00713.315,E,0001529,M,NAME,COMMENT,OWNER,HINT,TYPE,PLACED,FOUND,DIFFICULTY,
+//   15
+//   TERRAIN
 enum Field : std::size_t {
-    kKind,
-    kLatitude,
-    kLatitudeLetter,
-    kLongitude,
-    kLongitudeLetter,
-    kAltitude,
-    kAltitudeUnit,
+    kAltitudeUnit = kPositionFields,
     kName,
     kComment,
     kOwner,
@@ -35,18 +32,18 @@ enum Field : std::size_t {
     kDateFound,
     kDifficulty,
     kTerrain,
-    kFieldCount
+    kFieldCount,
 };
 
-constexpr int kAltitudeDigits = 7;
+constexpr int kAltitudeWidth = 7;
 
-/// The keys' values are the text fields, from kName to kTerrain.
+// The keys are those of the text fields, from kName to kTerrain.
 static_assert(gps::kGeocacheKeys.size() == kFieldCount - kName);
 
-/// A sentence that stops early is damaged. What it misses first is where it would have gone on, or
-/// the placed date where it stops right before its texts. Looked at before anything is taken from
-/// it, so that the caller's point and record stay as they were.
-void checkTexts(const SentenceFields& fields)
+/// Validates the field count up front, so that a truncated sentence leaves the caller's point and
+/// record untouched. The error names the first missing field; if the sentence ends after the
+/// altitude, it names the placed date.
+void requireTexts(const SentenceFields& fields)
 {
     if (fields.count() == kAltitudeUnit)
         fields.throwRangeError(kDatePlaced);
@@ -58,42 +55,42 @@ void checkTexts(const SentenceFields& fields)
 bool interpretGeoCacheSentence(std::string_view sentence, gps::GPSPoint& point,
                                gps::Dictionary* record)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return false;
-    if (record != nullptr)
-        checkTexts(*fields);
-    readPlace(*fields, point);
-    point.time = 0;
-    if (record == nullptr)
-        return true;
-    for (std::size_t i = 0; i < gps::kGeocacheKeys.size(); ++i)
-        setInDictionary(*record, gps::kGeocacheKeys[i], kName + i, *fields);
-    record->setText("symbol", fields->at(kDatePlaced).empty() ? gps::kGeocacheSymbol
-                                                              : gps::kFoundGeocacheSymbol);
-    return true;
+    const auto fields = SentenceFields::ofSentence(sentence, kGeoCacheSentence);
+    if (fields)
+        readGeoCache(*fields, point, record);
+    return fields.has_value();
 }
 
-std::optional<std::string_view> nameInGeoCacheSentence(std::string_view sentence)
+void readGeoCache(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return std::nullopt;
-    checkTexts(*fields);
-    return fields->at(kName);
+    if (record != nullptr)
+        requireTexts(fields);
+    readPosition(fields, point);
+    point.time = 0;
+    if (record == nullptr)
+        return;
+    for (std::size_t i = 0; i < gps::kGeocacheKeys.size(); ++i)
+        setInDictionary(*record, gps::kGeocacheKeys[i], kName + i, fields);
+    record->setText("symbol", fields.at(kDatePlaced).empty() ? gps::kGeocacheSymbol
+                                                             : gps::kFoundGeocacheSymbol);
+}
+
+std::optional<std::string_view> geoCacheName(const SentenceFields& fields)
+{
+    requireTexts(fields);
+    return fields.at(kName);
 }
 
 std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
     std::string body;
-    if (!appendPlace(body, kSentence, point, kAltitudeDigits))
+    if (!appendPosition(body, kGeoCacheSentence, point, kAltitudeWidth))
         return std::nullopt;
-    for (const auto key : gps::kGeocacheKeys) {
-        // A type given as "Geocache|Multi" goes out as "GeocacheMulti": the filter takes the "|",
-        // and nothing else is dropped.
+    // A type given as "Geocache|Multi" is written as "GeocacheMulti": the filter removes the "|",
+    // so the prefix is kept.
+    for (const auto key : gps::kGeocacheKeys)
         body.append(magellanStringFromDictionary(record, key)).append(1, ',');
-    }
     body.pop_back();
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
@@ -102,7 +99,7 @@ std::optional<std::vector<std::string>>
 makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
 {
     return makeSentences(list, "geocache", makeGeoCacheSentenceWithPoint,
-                         MissingPoint::kEndsTheList);
+                         MissingPoint::kRejectList);
 }
 
 } // namespace magellan

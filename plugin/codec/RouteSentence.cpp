@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Routes. A list sentence has any number of fields, so its waypoints are read one by one from the
+// rest of the body instead of by index.
 
 #include "RouteSentence.h"
 
@@ -21,27 +23,25 @@ namespace {
 
 namespace NMEAUtils = gps::NMEAUtils;
 
-// Field positions:
+// Field indices:
 //   0       1     2      3 4      5    6     7    8     9
-//   PMGNRTE,TOTAL,NUMBER,c,ROUTE#,NAME,POINT,ICON,POINT,ICON     a list; as many pairs as there are
-//   PMGNRTE,TOTAL,NUMBER,m,ROUTE#,NAME,COMMENT                   the message
-constexpr std::string_view kSentence = "PMGNRTE";
+//   PMGNRTE,TOTAL,NUMBER,c,ROUTE#,NAME,POINT,ICON,POINT,ICON    list: any number of pairs
+//   PMGNRTE,TOTAL,NUMBER,m,ROUTE#,NAME,COMMENT                  message
 enum Field : std::size_t {
-    kKind,
-    kTotal,
-    kNumber,
+    kTotal = 1, // of the route's sentences
+    kNumber,    // of this sentence, from 1
     kLetter,
     kRouteNumber,
     kName,
     kFirstPoint,
-    kComment = kFirstPoint
+    kComment = kFirstPoint,
 };
 
 constexpr char kList = 'c';
 constexpr char kMessage = 'm';
 constexpr std::size_t kPointsPerSentence = 2;
 
-/// Takes the text up to the next "," off the front, with the ",".
+/// Removes the first field and its separator from `rest` and returns the field.
 std::string_view takeField(std::string_view& rest) noexcept
 {
     const auto field = rest.substr(0, rest.find(','));
@@ -49,7 +49,7 @@ std::string_view takeField(std::string_view& rest) noexcept
     return field;
 }
 
-/// What a copy of a record takes, near enough.
+/// Approximately how much memory a copy of a record takes.
 std::size_t bytesOf(const gps::Dictionary& record)
 {
     std::size_t bytes = 0;
@@ -67,14 +67,14 @@ void takeRoom(std::size_t& room, std::size_t bytes)
     room -= bytes;
 }
 
-/// Appends the waypoints of a list's pairs of name and icon. The icons are not looked at: a
-/// waypoint's record knows its own.
+/// Appends the records of the waypoints in a list's pairs of name and icon. The icons are ignored:
+/// each record has its own symbol.
 void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints,
                   std::size_t& room)
 {
     while (!pairs.empty()) {
         const auto name = takeField(pairs);
-        takeField(pairs);
+        takeField(pairs); // the icon
         if (name.empty())
             continue;
         if (const auto* record = waypoints.findDictionary(name)) {
@@ -92,25 +92,20 @@ void logGap(std::int32_t last, std::int32_t expected)
                  std::to_string(expected) + " instead");
 }
 
-/// The head that a route's sentences share, up to the field that tells them apart.
+/// The fields that all sentences of a route begin with.
 std::string headOf(std::size_t total, std::size_t number, char letter, std::int32_t routeNumber,
                    std::string_view name)
 {
-    std::string head{kSentence};
-    head.append(1, ',')
-        .append(std::to_string(total))
-        .append(1, ',')
-        .append(std::to_string(number))
-        .append(1, ',');
-    head.append(1, letter)
-        .append(1, ',')
-        .append(std::to_string(routeNumber))
-        .append(1, ',')
-        .append(name);
+    std::string head{kRouteSentence};
+    head.append(1, ',').append(std::to_string(total));
+    head.append(1, ',').append(std::to_string(number));
+    head.append(1, ',').append(1, letter);
+    head.append(1, ',').append(std::to_string(routeNumber));
+    head.append(1, ',').append(name);
     return head;
 }
 
-/// The icon of a route point. An empty one would close its pair too early.
+/// The icon of a route point; never empty.
 std::string_view iconOf(const gps::Dictionary& record)
 {
     const auto icon = SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol"));
@@ -123,19 +118,23 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
                             const gps::Dictionary& waypoints, gps::Dictionary& info,
                             std::size_t& room)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return false;
+    const auto fields = SentenceFields::ofSentence(sentence, kRouteSentence);
+    return fields && readRoute(*fields, points, waypoints, info, room);
+}
 
-    // All that can throw comes first, so that a damaged sentence leaves the route as it was.
-    const std::int32_t total = gps::leadingInt32(fields->at(kTotal));
-    const auto name = fields->at(kName);
-    const auto letter = fields->at(kLetter);
+bool readRoute(const SentenceFields& fields, gps::Array& points, const gps::Dictionary& waypoints,
+               gps::Dictionary& info, std::size_t& room)
+{
+    // Everything that throws a RangeError comes first, so that a truncated sentence leaves the
+    // route as it was.
+    const std::int32_t total = gps::leadingInt32(fields.at(kTotal));
+    const auto name = fields.at(kName);
+    const auto letter = fields.at(kLetter);
     if (letter.empty())
-        fields->throwRangeError(kLetter);
-    const auto comment = letter.front() == kMessage ? fields->at(kComment) : std::string_view{};
+        fields.throwRangeError(kLetter);
+    const auto comment = letter.front() == kMessage ? fields.at(kComment) : std::string_view{};
 
-    const std::int32_t number = gps::leadingInt32(fields->at(kNumber));
+    const std::int32_t number = gps::leadingInt32(fields.at(kNumber));
     const std::int32_t last = GetIntValueForKey(&info, "lastIndex", 0);
     info.setText("name", name);
     const std::int32_t expected = gps::saturatedInt32(std::int64_t{number} - 1);
@@ -144,7 +143,7 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
     if (letter.front() == kMessage)
         info.setText("comment", comment);
     else if (letter.front() == kList)
-        appendPoints(fields->from(kFirstPoint), points, waypoints, room);
+        appendPoints(fields.from(kFirstPoint), points, waypoints, room);
     info.set("lastIndex", number);
     return total == number;
 }
@@ -161,16 +160,14 @@ std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& li
     std::vector<std::string> sentences;
     sentences.reserve(total);
     std::string body;
-    const gps::Dictionary nothing;
+    const gps::Dictionary empty;
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i % kPointsPerSentence == 0)
             body = headOf(total, sentences.size() + 1, kList, routeNumber, name);
         const auto* record = list[i].as<gps::Dictionary>();
-        const gps::Dictionary& point = record != nullptr ? *record : nothing;
-        body.append(1, ',')
-            .append(magellanStringFromDictionary(point, "name", kLongestName))
-            .append(1, ',')
-            .append(iconOf(point));
+        const gps::Dictionary& point = record != nullptr ? *record : empty;
+        body.append(1, ',').append(magellanStringFromDictionary(point, "name", kLongestName));
+        body.append(1, ',').append(iconOf(point));
         if (i % kPointsPerSentence == kPointsPerSentence - 1 || i + 1 == list.size())
             sentences.push_back(NMEAUtils::addChecksumToNMEASentence(body));
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Route sentences: a run of "$PMGNRTE" lines <-> one route. The lines name their waypoints, which
-// travel as sentences of their own. Stateless: any thread may call these at any time, each with
-// arguments of its own.
+// Route sentences: a run of "$PMGNRTE" lines <-> one route. The lines refer by name to waypoints,
+// which travel as sentences of their own. Used by the readers and writers of route files and by
+// serial sessions. Stateless. [any]
 
 #pragma once
 
@@ -14,33 +14,45 @@
 
 namespace magellan {
 
-/// The bytes that the records of a file's, or a session's, route points may take. Each mention of a
-/// waypoint copies its record, so that a few megabytes of mentions could ask for more memory than
-/// there is.
+class SentenceFields;
+
+/// The first field of a route sentence.
+inline constexpr std::string_view kRouteSentence = "PMGNRTE";
+
+/// How many bytes the records of the route points of one file or session may occupy. Each mention
+/// of a waypoint copies its record, so without a limit a few megabytes of mentions could exhaust
+/// the memory.
 constexpr std::size_t kRoutePointRoom = std::size_t{1} << 30;
 
-/// Reads one line of a route: `interpretRouteSentence:into:fromWaypoints:withInfo:`. [any]
+/// Reads one line of a route: `interpretRouteSentence:into:fromWaypoints:withInfo:`.
 ///
-/// @param sentence   one line as read: "$", body, "*hh", with or without a line end
-/// @param points     gets the records of the waypoints that the line names, in order; a name that
-/// is not there is logged
-/// @param waypoints  name to waypoint record
-/// @param info       in and out, from line to line of one route: "lastIndex", "name", "comment". A
-/// gap in the numbers is logged
-/// @param room       in and out: the bytes that records may still take, kRoutePointRoom at first
-/// @return           whether the line was the route's last one
-/// @throws gps::RangeError  the body has fewer than 6 fields, an empty kind, or a message without
-/// its text. Nothing has changed
-/// @throws std::length_error  there is no more room. The points so far stand
+/// @param sentence   one line as read: "$", body, "*hh", optional line end
+/// @param points     out: the records of the waypoints that the line names are appended, in order.
+///                   An unknown name is logged and skipped
+/// @param waypoints  waypoint records by name
+/// @param info       in and out: "lastIndex", "name" and "comment" of the route so far. A gap in
+///                   the sentence numbers is logged
+/// @param room       in and out: how many more bytes of records `points` may take; kRoutePointRoom
+///                   at first
+/// @return           whether the line is the route's last one
+/// @throws gps::RangeError    the body has fewer than 6 fields, an empty letter, or is a message
+///                            without text. Nothing has changed
+/// @throws std::length_error  `room` is exhausted. The points up to there have been appended
 /// Source: NMEA 0183 proprietary sentence form.
 [[nodiscard]] bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
                                           const gps::Dictionary& waypoints, gps::Dictionary& info,
                                           std::size_t& room);
 
+/// The same for a sentence that was checked and split already.
+/// Precondition: field 0 is kRouteSentence.
+[[nodiscard]] bool readRoute(const SentenceFields& fields, gps::Array& points,
+                             const gps::Dictionary& waypoints, gps::Dictionary& info,
+                             std::size_t& room);
+
 /// Writes a route: `makeRouteSentencesFromWaypointList:andInfo:`: lists of two waypoints each, then
-/// the comment as a message. [any]
+/// the comment as a message.
 /// @param list  waypoint records in route order: "name" (filtered, cut to 20 characters), "symbol"
-/// @param info  "name" (likewise), "comment" (filtered), "number" (1 when missing)
+/// @param info  "name" (the same), "comment" (filtered), "number" (1 if missing)
 /// @return      sentences with their checksums, without line ends
 [[nodiscard]] std::vector<std::string>
 makeRouteSentencesFromWaypointList(const gps::Array& list, const gps::Dictionary& info);

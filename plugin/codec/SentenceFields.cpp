@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Splitting takes a good part of the time of reading a file, so it handles eight bytes at a time.
 
 #include "SentenceFields.h"
 
@@ -11,21 +12,21 @@
 namespace magellan {
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "the first byte of a word is its lowest");
+static_assert(std::endian::native == std::endian::little,
+              "separatorsIn() takes the lowest byte of a word for the first one");
 
-constexpr std::uint64_t everyByte(std::uint8_t byte) noexcept
+constexpr std::uint64_t repeated(std::uint8_t byte) noexcept
 {
     return 0x0101010101010101 * std::uint64_t{byte};
 }
 
-/// The high bit of each byte that is a ",": eight bytes at a time, since splitting is a good part
-/// of reading a file.
+/// Sets the high bit of each byte that is a "," and clears all other bits.
 std::uint64_t separatorsIn(const char* eightBytes) noexcept
 {
     std::uint64_t word = 0;
     std::memcpy(&word, eightBytes, sizeof word);
-    word ^= everyByte(',');
-    return ~(((word & everyByte(0x7F)) + everyByte(0x7F)) | word) & everyByte(0x80);
+    word ^= repeated(','); // a separator is now a zero byte
+    return ~(((word & repeated(0x7F)) + repeated(0x7F)) | word) & repeated(0x80);
 }
 
 } // namespace
@@ -42,24 +43,29 @@ SentenceFields::SentenceFields(std::string_view body) noexcept : body_(body)
         if (body[i] == ',')
             addSeparator(i);
     }
-    // The last field ends where one more separator would stand.
+    // As if a separator followed the body, so that at() needs no special case for the last field.
     if (count_ <= kReachable)
         starts_[count_] = static_cast<std::uint32_t>(body.size() + 1);
+}
+
+std::optional<SentenceFields> SentenceFields::ofBody(std::string_view body,
+                                                     std::string_view name) noexcept
+{
+    if (!body.starts_with(name) || (body.size() > name.size() && body[name.size()] != ','))
+        return std::nullopt;
+    return SentenceFields{body};
 }
 
 std::optional<SentenceFields> SentenceFields::ofSentence(std::string_view line,
                                                          std::string_view name) noexcept
 {
     const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-    if (!body || !body->starts_with(name) ||
-        (body->size() > name.size() && (*body)[name.size()] != ','))
-        return std::nullopt;
-    return SentenceFields{*body};
+    return body ? ofBody(*body, name) : std::nullopt;
 }
 
-void SentenceFields::throwRangeError(std::size_t position) const
+void SentenceFields::throwRangeError(std::size_t index) const
 {
-    throw gps::RangeError(at(0), position, count_);
+    throw gps::RangeError(at(0), index, count_);
 }
 
 } // namespace magellan

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// SentenceFields: positional access to a sentence body's fields, for the four interpreters. Views
-// into the caller's text; nothing is allocated, however long the body. A plain value: any thread
-// may hold its own.
+// SentenceFields: the comma-separated fields of one sentence, accessed by index. The readers split
+// each line into one of these and pass it to the sentence kind's own code. Holds views into the
+// caller's text and allocates nothing, however long the sentence. A plain value. [any]
 
 #pragma once
 
@@ -15,61 +15,70 @@ namespace magellan {
 
 class SentenceFields {
 public:
-    /// Splits a body at every ",": fields keep their text exactly, empty ones included.
+    /// How many fields can be accessed by index: a geocache, the longest sentence kind, has this
+    /// many.
+    static constexpr std::size_t kReachable = 16;
+
+    /// Splits a body at every ",". Fields keep their text exactly; empty fields count.
     /// Precondition: the body is shorter than 4 GiB and outlives this object.
     explicit SentenceFields(std::string_view body) noexcept;
 
-    /// The fields of a line as read, if it is a valid sentence of the given name; none otherwise.
+    /// Splits the body of a checked sentence. Returns nullopt if its first field is not `name`.
+    [[nodiscard]] static std::optional<SentenceFields> ofBody(std::string_view body,
+                                                              std::string_view name) noexcept;
+
+    /// Checks a line as read ("$", body, "*hh", optional line end) and splits its body. Returns
+    /// nullopt if the line is not a valid sentence or its first field is not `name`.
     [[nodiscard]] static std::optional<SentenceFields> ofSentence(std::string_view line,
                                                                   std::string_view name) noexcept;
 
-    /// How many fields there are; at least 1.
+    /// The number of fields, at least 1. It may exceed kReachable.
     [[nodiscard]] std::size_t count() const noexcept { return count_; }
 
-    /// A field by its position, from 0.
-    /// Precondition: the position is below kReachable.
-    /// @throws gps::RangeError  there are not so many fields
-    [[nodiscard]] std::string_view at(std::size_t position) const
+    /// Returns one field.
+    /// Precondition: `index` is below kReachable.
+    /// @throws gps::RangeError  the sentence has no field `index`
+    [[nodiscard]] std::string_view at(std::size_t index) const
     {
-        if (position >= count_)
-            throwRangeError(position);
-        return body_.substr(starts_[position], starts_[position + 1] - starts_[position] - 1);
+        if (index >= count_)
+            throwRangeError(index);
+        return body_.substr(starts_[index], starts_[index + 1] - starts_[index] - 1);
     }
 
-    /// The body from a field to its end, separators included; empty where there are not so many
-    /// fields. Precondition: the position is below kReachable.
-    [[nodiscard]] std::string_view from(std::size_t position) const noexcept
+    /// Returns the body from the start of one field to its end, separators included; empty if the
+    /// sentence has no such field.
+    /// Precondition: `index` is below kReachable.
+    [[nodiscard]] std::string_view from(std::size_t index) const noexcept
     {
-        return position < count_ ? body_.substr(starts_[position]) : std::string_view{};
+        return index < count_ ? body_.substr(starts_[index]) : std::string_view{};
     }
 
-    /// Asks for so many fields at once: a reader that does so before it takes anything leaves
-    /// nothing half read.
-    /// @throws gps::RangeError  there are fewer; it names the first one that is not there
+    /// Checks that there are at least `count` fields. Call it before changing any output, so that a
+    /// truncated sentence leaves the outputs untouched.
+    /// @throws gps::RangeError  there are fewer; it names the first missing field
     void require(std::size_t count) const
     {
         if (count_ < count)
             throwRangeError(count_);
     }
 
-    /// Throws what `at` would: for a field that is there but lacks what must be in it.
-    [[noreturn]] void throwRangeError(std::size_t position) const;
-
-    static constexpr std::size_t kReachable =
-        16; ///< the longest sentence kind, a geocache, has so many
+    /// Throws the error of `at`: for a field that exists but lacks required content.
+    [[noreturn]] void throwRangeError(std::size_t index) const;
 
 private:
-    void addSeparator(std::size_t place) noexcept
+    void addSeparator(std::size_t offset) noexcept
     {
         if (count_ <= kReachable)
-            starts_[count_] = static_cast<std::uint32_t>(place + 1);
+            starts_[count_] = static_cast<std::uint32_t>(offset + 1);
         ++count_;
     }
 
     std::string_view body_;
     std::size_t count_ = 1;
-    std::array<std::uint32_t, kReachable + 1>
-        starts_; // the one behind the last reachable field starts behind its ","
+
+    // Offset of each reachable field, and of the field or body end that follows the last one.
+    // Elements past that are not initialised.
+    std::array<std::uint32_t, kReachable + 1> starts_;
 };
 
 } // namespace magellan

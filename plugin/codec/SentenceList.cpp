@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The one loop behind both list makers.
 
 #include "SentenceList.h"
 
@@ -18,7 +19,7 @@ std::optional<std::vector<std::string>> makeSentences(const gps::Array& list, st
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr) {
             logMissingPoint(kind, element);
-            if (missingPoint == MissingPoint::kEndsTheList)
+            if (missingPoint == MissingPoint::kRejectList)
                 return std::nullopt;
         } else if (auto sentence = make(*point, *record)) {
             sentences.push_back(std::move(*sentence));

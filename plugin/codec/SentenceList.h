@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SentenceList: a list of records -> their sentences, for the kinds whose records each are one.
-// Stateless: [any] thread.
+// SentenceList: a list of records -> one sentence each. Used by the waypoint and geocache kinds.
+// Stateless. [any]
 
 #pragma once
 
@@ -16,13 +16,13 @@ namespace magellan {
 using SentenceMaker = std::optional<std::string> (*)(const gps::GPSPoint& point,
                                                      const gps::Dictionary& record);
 
-/// What a record without a point does to its list.
-enum class MissingPoint { kLeavesItOut, kEndsTheList };
+/// What to do about a record without a point.
+enum class MissingPoint { kSkipRecord, kRejectList };
 
-/// Makes one sentence a record, in the list's order. A record without a point, or that cannot be
-/// written, is logged.
-/// @param kind  the word for a record in the log
-/// @return      none when a record without a point ended the list
+/// Makes one sentence per record, in the list's order. A record without a point, or for which
+/// `make` returns nullopt, is logged and skipped.
+/// @param kind  what the log calls a record
+/// @return      nullopt if a record has no point and the list is therefore rejected
 [[nodiscard]] std::optional<std::vector<std::string>> makeSentences(const gps::Array& list,
                                                                     std::string_view kind,
                                                                     SentenceMaker make,

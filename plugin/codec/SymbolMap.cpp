@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Symbols are in UTF-8, so "fewer than 3 characters" is not a question of bytes.
 
 #include "SymbolMap.h"
 
@@ -12,10 +13,10 @@ const char* const kMagellanSymbol_crossed_box = "a";
 namespace magellan {
 namespace {
 
-/// Symbols shorter than this are taken to be icon codes already.
+/// Shorter symbols are taken for icon codes.
 constexpr std::size_t kShortestSymbolName = 3;
 
-/// The characters of a UTF-8 text.
+/// The number of characters in a UTF-8 text.
 std::size_t characterCount(std::string_view text) noexcept
 {
     std::size_t count = 0;
@@ -53,7 +54,7 @@ std::string_view SymbolMap::symbolStringFromMagellanIcon(std::string_view icon) 
 
 const SymbolMap& SymbolMap::shared()
 {
-    // Never destroyed: a worker may still read it while the process ends.
+    // Never destroyed: a worker may still use it while the process exits.
     static const SymbolMap* const map = new SymbolMap(
         pluginBundle().dictionaryResource("MagellanSymbolMap").value_or(gps::Dictionary{}));
     return *map;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
+// Track points: the only kind with times, and the only one whose altitude may be in feet.
 
 #include "TrackPointSentence.h"
 
-#include "FieldText.h"
+#include "PositionFields.h"
 #include "SentenceFields.h"
 
 #include <gps/Value.h>
@@ -13,25 +14,18 @@ namespace {
 
 namespace NMEAUtils = gps::NMEAUtils;
 
-// Field positions:
+// Field indices:
 //   0       1        2 3         4 5     6 7         8 9    10
 //   PMGNTRK,4605.979,N,00713.315,E,01529,M,071548.24,A,NAME,110808
-constexpr std::string_view kSentence = "PMGNTRK";
 enum Field : std::size_t {
-    kName,
-    kLatitude,
-    kLatitudeLetter,
-    kLongitude,
-    kLongitudeLetter,
-    kAltitude,
-    kAltitudeUnit,
+    kAltitudeUnit = kPositionFields,
     kTimeOfDay,
     kStatus,
     kTrackName,
-    kDate
+    kDate,
 };
 
-constexpr int kAltitudeDigits = 5;
+constexpr int kAltitudeWidth = 5;
 constexpr double kFeetPerMetre = 3.2808399;
 
 } // namespace
@@ -39,27 +33,29 @@ constexpr double kFeetPerMetre = 3.2808399;
 bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point,
                                  gps::Dictionary* extras)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return false;
+    const auto fields = SentenceFields::ofSentence(sentence, kTrackPointSentence);
+    if (fields)
+        readTrackPoint(*fields, point, extras);
+    return fields.has_value();
+}
 
-    // Before anything is taken, so that a short sentence leaves the caller's point as it was.
-    fields->require(kTimeOfDay + 1);
-    readPlace(*fields, point);
-    if (fields->at(kAltitudeUnit) == "F")
+void readTrackPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* extras)
+{
+    fields.require(kTimeOfDay + 1); // first, so that a short sentence leaves the outputs untouched
+    readPosition(fields, point);
+    if (fields.at(kAltitudeUnit) == "F")
         point.altitude /= kFeetPerMetre;
-    if (extras != nullptr && fields->count() > kTrackName && !fields->at(kTrackName).empty())
-        extras->setText("trackName", fields->at(kTrackName));
-    const auto timeOfDay = fields->at(kTimeOfDay);
-    point.time = fields->count() > kDate ? NMEAUtils::convertNMEADate(fields->at(kDate), timeOfDay)
-                                         : NMEAUtils::updateNMEADate(point.time, timeOfDay);
-    return true;
+    if (extras != nullptr && fields.count() > kTrackName && !fields.at(kTrackName).empty())
+        extras->setText("trackName", fields.at(kTrackName));
+    const auto timeOfDay = fields.at(kTimeOfDay);
+    point.time = fields.count() > kDate ? NMEAUtils::convertNMEADate(fields.at(kDate), timeOfDay)
+                                        : NMEAUtils::updateNMEADate(point.time, timeOfDay);
 }
 
 std::optional<std::string> makeTrackPointSentenceWithPoint(const gps::GPSPoint& point)
 {
     std::string body;
-    if (!appendPlace(body, kSentence, point, kAltitudeDigits))
+    if (!appendPosition(body, kTrackPointSentence, point, kAltitudeWidth))
         return std::nullopt;
     const auto [date, time] = NMEAUtils::makeNMEADateFrom(point.time);
     body.append(time).append(",A,,").append(date);

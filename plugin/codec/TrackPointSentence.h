@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Track point sentences: one "$PMGNTRK" line <-> one gps::GPSPoint.
-// Stateless: any thread may call these at any time, each with a point and extras of its own.
+// Track point sentences: one "$PMGNTRK" line <-> one gps::GPSPoint. Used by the readers and writers
+// of track files and by serial sessions. Stateless. [any]
 
 #pragma once
 
@@ -15,27 +15,35 @@ struct GPSPoint;
 
 namespace magellan {
 
-/// Reads one line as a track point: `interpretTrackPointSentence:into:withExtras:`. [any]
+class SentenceFields;
+
+/// The first field of a track point sentence.
+inline constexpr std::string_view kTrackPointSentence = "PMGNTRK";
+
+/// Reads one line as a track point: `interpretTrackPointSentence:into:withExtras:`.
 ///
-/// A line without a date takes its day from the point handed in: a reader hands in the same point
-/// from line to line, zeroed before a file's first line.
+/// A sentence without a date takes its day from `point`. Pass the same point for each line of a
+/// file, zeroed before the first line.
 ///
-/// @param sentence  one line as read: "$", body, "*hh", with or without a line end
+/// @param sentence  one line as read: "$", body, "*hh", optional line end
 /// @param point     in: the previous point. out: degrees (north and east positive), metres, seconds
-/// since
-///                  1970-01-01 UTC (0: no time). `reserved` is never touched
-/// @param extras    gets "trackName" if the line names a track, else keeps what it holds; may be
-/// null
-/// @return          whether the line was a track point. If not, nothing has changed
+///                  since 1970-01-01 UTC (0: no time). `reserved` is never changed
+/// @param extras    out: "trackName" if the sentence has a track name, otherwise unchanged; may be
+///                  null
+/// @return          whether the line is a track point. If not, nothing has changed
 /// @throws gps::RangeError  the body has fewer than 8 fields. Nothing has changed
-/// Source: NMEA 0183 proprietary sentence form; feet by the factor 3.2808399.
+/// Source: NMEA 0183 proprietary sentence form; 3.2808399 feet to a metre.
 [[nodiscard]] bool interpretTrackPointSentence(std::string_view sentence, gps::GPSPoint& point,
                                                gps::Dictionary* extras);
 
-/// Writes one point: `makeTrackPointSentenceWithPoint:andExtras:`. A point carries no name, so
-/// there are no extras to give. [any]
-/// @return  the sentence with its checksum, without a line end; none when a coordinate cannot be
-/// written
+/// The same for a sentence that was checked and split already.
+/// Precondition: field 0 is kTrackPointSentence.
+void readTrackPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* extras);
+
+/// Writes one point: `makeTrackPointSentenceWithPoint:andExtras:`. There is no argument for extras:
+/// a written point has no name.
+/// @return  the sentence with its checksum, without a line end; nullopt if a coordinate is not
+///          finite or out of range
 [[nodiscard]] std::optional<std::string>
 makeTrackPointSentenceWithPoint(const gps::GPSPoint& point);
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Waypoints. Unlike a track point's, the altitude is in metres whatever its unit field says.
 
 #include "WayPointSentence.h"
 
 #include "FieldText.h"
+#include "PositionFields.h"
 #include "SentenceFields.h"
 #include "SentenceList.h"
 #include "SymbolMap.h"
@@ -14,30 +16,24 @@ namespace {
 
 namespace NMEAUtils = gps::NMEAUtils;
 
-// Field positions:
+// Field indices:
 //   0       1        2 3         4 5       6 7    8       9
 //   PMGNWPL,4605.979,N,00713.315,E,0001529,M,NAME,COMMENT,ICON
-constexpr std::string_view kSentence = "PMGNWPL";
 enum Field : std::size_t {
-    kKind,
-    kLatitude,
-    kLatitudeLetter,
-    kLongitude,
-    kLongitudeLetter,
-    kAltitude,
-    kAltitudeUnit,
+    kAltitudeUnit = kPositionFields,
     kName,
     kComment,
-    kIcon
+    kIcon,
 };
 
-constexpr int kAltitudeDigits = 7;
+constexpr int kAltitudeWidth = 7;
 
-/// A sentence that ends right before its name or its comment is damaged. Looked at before anything
-/// is taken from it, so that the caller's point and record stay as they were.
-void checkTexts(const SentenceFields& fields)
+/// Validates the field count up front, so that a truncated sentence leaves the caller's point and
+/// record untouched. A sentence may end after the altitude, but not right before its name or
+/// comment.
+void requireTexts(const SentenceFields& fields)
 {
-    fields.require(kAltitude + 1);
+    fields.require(kPositionFields);
     if (fields.count() == kName || fields.count() == kComment)
         fields.throwRangeError(fields.count());
 }
@@ -47,37 +43,38 @@ void checkTexts(const SentenceFields& fields)
 bool interpretWayPointSentence(std::string_view sentence, gps::GPSPoint& point,
                                gps::Dictionary* record)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return false;
-    if (record != nullptr)
-        checkTexts(*fields);
-    readPlace(*fields, point);
-    point.time = 0;
-    if (record == nullptr)
-        return true;
-    setInDictionary(*record, "name", kName, *fields);
-    setInDictionary(*record, "comment", kComment, *fields);
-    if (fields->count() > kIcon)
-        record->setText("symbol",
-                        SymbolMap::shared().symbolStringFromMagellanIcon(fields->at(kIcon)));
-    return true;
+    const auto fields = SentenceFields::ofSentence(sentence, kWayPointSentence);
+    if (fields)
+        readWayPoint(*fields, point, record);
+    return fields.has_value();
 }
 
-std::optional<std::string_view> nameInWayPointSentence(std::string_view sentence)
+void readWayPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record)
 {
-    const auto fields = SentenceFields::ofSentence(sentence, kSentence);
-    if (!fields)
-        return std::nullopt;
-    checkTexts(*fields);
-    return fields->count() > kName ? std::optional{fields->at(kName)} : std::nullopt;
+    if (record != nullptr)
+        requireTexts(fields);
+    readPosition(fields, point);
+    point.time = 0;
+    if (record == nullptr)
+        return;
+    setInDictionary(*record, "name", kName, fields);
+    setInDictionary(*record, "comment", kComment, fields);
+    if (fields.count() > kIcon)
+        record->setText("symbol",
+                        SymbolMap::shared().symbolStringFromMagellanIcon(fields.at(kIcon)));
+}
+
+std::optional<std::string_view> wayPointName(const SentenceFields& fields)
+{
+    requireTexts(fields);
+    return fields.count() > kName ? std::optional{fields.at(kName)} : std::nullopt;
 }
 
 std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
     std::string body;
-    if (!appendPlace(body, kSentence, point, kAltitudeDigits))
+    if (!appendPosition(body, kWayPointSentence, point, kAltitudeWidth))
         return std::nullopt;
     body.append(magellanStringFromDictionary(record, "name", kLongestName)).append(1, ',');
     body.append(magellanStringFromDictionary(record, "comment")).append(1, ',');
@@ -88,7 +85,7 @@ std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& po
 std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)
 {
     return *makeSentences(list, "waypoint", makeWayPointSentenceWithPoint,
-                          MissingPoint::kLeavesItOut);
+                          MissingPoint::kSkipRecord);
 }
 
 } // namespace magellan

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Exported functions keep the types and names of a C interface; plugin/exports.map lists them.
 
 #include "DictionaryHelpers.h"
 
@@ -20,7 +21,7 @@ void replace(gps::Dictionary* dictionary, const char* key, gps::Value value)
     dictionary->set(key, std::move(value));
 }
 
-/// Every Latin-1 byte is the Unicode character of the same number.
+/// Every Latin-1 byte is the Unicode character with the same number.
 std::string utf8FromLatin1(std::string_view text)
 {
     std::string utf8;
@@ -37,8 +38,7 @@ std::string utf8FromLatin1(std::string_view text)
     return utf8;
 }
 
-/// The number or the text under a key. A value that is neither counts as missing, as in every
-/// option.
+/// The number or text under a key. A value of another type counts as missing.
 const gps::Value* findReadable(const gps::Dictionary* dictionary, const char* key)
 {
     const auto* value = dictionary != nullptr ? dictionary->find(key) : nullptr;

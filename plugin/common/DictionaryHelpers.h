@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Helpers for dictionaries, the debug level and time zones, exported from the plug-in's module
-// under exactly these names for whoever loads it. They share no state but the debug level, a plain
-// global that the host thread sets before any worker starts; a dictionary belongs to its caller. A
-// null dictionary makes every setter do nothing and every getter answer its default.
+// Helpers for dictionaries, the debug level and time zones. The module exports them under exactly
+// these names for whoever loads it. With a null dictionary every setter does nothing and every
+// getter returns its default. [any], with a dictionary that no other thread uses; the debug level is
+// a plain global that the host thread sets before any worker starts.
 
 #pragma once
 
@@ -19,45 +19,45 @@ struct GPSPoint;
 #pragma GCC visibility push(default)
 extern "C" {
 
-/// The plug-in's own copy of the debug level; 0 at first.
+/// The plug-in's own copy of the debug level, initially 0.
 extern std::int32_t GarminDebugLevel;
 
-/// Stores the level, here and in the framework.
+/// Sets the debug level here and in the framework.
 void GarminSetDebugLevel(std::int32_t level);
 
-/// Whether the framework debugs at a level; GarminDebugLevel is not looked at.
+/// Whether the framework debugs at a level. GarminDebugLevel is not considered.
 bool DebugLevelIs(std::int32_t level);
 
-/// Sets the level to the reading of "debug": 0 without one, but 1 for a "debug" of 0, whose mere
-/// presence asks for debugging. A null dictionary changes nothing.
+/// Sets the debug level from "debug". A missing "debug" sets it to 0; a "debug" of 0 sets it to 1,
+/// since its mere presence switches debugging on. A null dictionary changes nothing.
 void SetDebugLevelFromDictionary(const gps::Dictionary* dictionary);
 
-/// The boolean, or 32-bit integer, reading of the value under a key; the default without a value
-/// that has one.
+/// Returns the boolean or 32-bit integer reading of the value under a key; the default if the key is
+/// missing or its value is neither a number nor a text.
 bool GetBoolValueForKey(const gps::Dictionary* dictionary, const char* key, bool defaultValue);
 std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key,
                                std::int32_t defaultValue);
 
-/// Each of these removes the key first, so that the new value stands last.
+// Setters. All but the last remove the key first, so that the new entry becomes the last one.
 void SetFloatInDictionary(gps::Dictionary* dictionary, const char* key, float value);
 void SetIntInDictionary(gps::Dictionary* dictionary, const char* key, std::int32_t value);
 
-/// A number of a stated type, built from the bytes at `value`. A type that is none is not stored.
+/// Stores a number of the given type, read from the bytes at `value`. An invalid type is ignored.
 void SetNumberInDictionary(gps::Dictionary* dictionary, const char* key, gps::NumberType type,
                            const void* value);
 
-/// Text in 7-bit ASCII; one with a byte above 127 cannot be decoded and is not stored, an older
-/// value stays.
+/// Stores a text in 7-bit ASCII. One with a byte above 127 is ignored; an older value stays.
 void SetCStringInDictionary(gps::Dictionary* dictionary, const char* key, const char* text);
 void SetCStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
                                       const char* text);
 
-/// Text in ISO 8859-1.
+/// Stores a text in ISO 8859-1.
 void SetLatin1CStringInDictionary(gps::Dictionary* dictionary, const char* key, const char* text);
 void SetLatin1CStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
                                             const char* text);
 
-/// list[index] where 0 <= index <= lastIndex, the highest valid index; otherwise nothing happens.
+/// Stores list[index] if 0 <= index <= lastIndex. `lastIndex` is the highest valid index, not the
+/// length.
 void SetStringInDictionaryFromCStringList(gps::Dictionary* dictionary, const char* key,
                                           const char* const* list, std::int32_t lastIndex,
                                           std::int32_t index);
@@ -65,11 +65,11 @@ void SetStringInDictionaryFromCFStringList(gps::Dictionary* dictionary, const ch
                                            const std::string* list, std::int32_t lastIndex,
                                            std::int32_t index);
 
-/// Boxes a point. A key that is there keeps its place.
+/// Stores a boxed point. An existing key keeps its position.
 void SetGPSPointInDictionary(gps::Dictionary* dictionary, const char* key, gps::GPSPoint point);
 
-/// Seconds that a zone is ahead of GMT now, or at an instant (seconds since 1970-01-01 00:00 UTC);
-/// 0 for an unknown name.
+/// Returns how many seconds a time zone is ahead of GMT, now or at a time given in seconds since
+/// 1970-01-01 00:00 UTC; 0 for an unknown name.
 std::int32_t GetGMTOffsetFromTimeZoneName(const char* name);
 std::int32_t GetGMTOffsetFromTimeZoneNameWithUnixTime(const char* name, std::int64_t unixTime);
 

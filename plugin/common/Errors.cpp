@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The English texts are the keys of the string table and their own fallback.
 
 #include "Errors.h"
 
@@ -10,10 +11,10 @@ namespace magellan {
 
 std::string filledText(std::string_view text, std::string_view value)
 {
-    constexpr std::string_view kPlace = "%@";
+    constexpr std::string_view kPlaceholder = "%@";
     std::string filled = pluginBundle().localizedString(text);
-    if (const auto at = filled.find(kPlace); at != std::string::npos)
-        filled.replace(at, kPlace.size(), value);
+    if (const auto at = filled.find(kPlaceholder); at != std::string::npos)
+        filled.replace(at, kPlaceholder.size(), value);
     return filled;
 }
 

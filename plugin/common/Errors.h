@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The errors that the plug-in makes itself, with their texts in the user's language. Stateless:
-// [any] thread.
+// The errors that the plug-in itself creates, with texts in the user's language. Stateless. [any]
 
 #pragma once
 
@@ -16,9 +15,10 @@ namespace magellan {
 
 inline constexpr char kErrorDomain[] = "com.Orvane.GPSPlugin.ErrorDomain";
 
-/// Whom the log names for failures with a receiver's files, whichever driver's operation met them.
+/// The log source of errors with a receiver's files, whichever driver's operation met them.
 inline constexpr char kFilesLogSource[] = "MagellanGPSPlugin";
 
+/// Codes in kErrorDomain. Two of them are equal: hosts tell these errors apart by their texts.
 enum class ErrorCode : std::int32_t {
     kNoDevice = -1,
     kSerialPort = -1,
@@ -28,21 +28,20 @@ enum class ErrorCode : std::int32_t {
     kImportRefused = -5,
 };
 
-/// The recovery suggestion of everything that may be put right by plugging a receiver in again.
+/// The recovery suggestion for whatever reconnecting the receiver may solve.
 inline constexpr char kSuggestMounting[] =
     "Please make sure your Magellan device is connected and mounted on the desktop, and try again";
 
-/// A text in the user's language with its "%@" filled in.
+/// Translates a text into the user's language and replaces its "%@" with `value`.
 [[nodiscard]] std::string filledText(std::string_view text, std::string_view value);
 
-/// An error with its description and suggestion, each the key of its own translation.
-/// @param description  a text that has no translation stands as it is
-/// @param path         the file or volume concerned, if there is one
+/// Creates an error. Description and suggestion are translated if the string table has them.
+/// @param path  the file or volume concerned, if any
 [[nodiscard]] gps::Error makeError(ErrorCode code, std::string_view description,
                                    std::string_view suggestion,
                                    const std::optional<std::string>& path = std::nullopt);
 
-/// What a reader has thrown, as an error about the file.
+/// Converts an exception that a reader threw into an error about the file.
 [[nodiscard]] gps::Error makeThrownError(const std::exception& failure, const std::string& path);
 
 } // namespace magellan

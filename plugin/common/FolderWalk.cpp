@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
+// Readers throw at truncated sentences. On a download's worker that is caught here and nowhere
+// else.
 
 #include "FolderWalk.h"
 
 #include "Errors.h"
 
-#include <gps/Value.h>
 #include <platform/System/FileManager.h>
 #include <platform/System/Log.h>
 #include <platform/System/Paths.h>
@@ -14,8 +15,7 @@
 namespace magellan {
 namespace {
 
-/// Calls the reader. What it throws ends the walk as its error would: this is the one place where a
-/// worker that reads a device catches, so that nothing that a file holds can end the process.
+/// Calls the reader. Catches what it throws, so that nothing in a file can end the process.
 std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status,
                                const std::string& path)
 {
@@ -30,28 +30,28 @@ std::optional<gps::Error> read(Reader reader, gps::GPSOutputReceiver& status,
 
 } // namespace
 
-std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& status,
-                                       const std::string& folder)
+void walkFolder(const std::string& folder,
+                const std::function<bool(const gps::FolderEntry&, const std::string&)>& visit)
 {
     auto enumerator = gps::FileManager{}.enumerator(folder);
     while (const auto entry = enumerator.next()) {
-        if (entry->relativePath.front() == '.') {
+        // Only the first character counts: "sub/.name" is visited.
+        if (entry->relativePath.front() == '.')
             enumerator.skipDescendants();
-            continue;
-        }
-        if (auto error = read(reader, status, gps::joinPath(folder, entry->relativePath)))
-            return error;
+        else if (!visit(*entry, gps::joinPath(folder, entry->relativePath)))
+            return;
     }
-    return std::nullopt;
 }
 
-std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, std::string_view key,
-                                          const std::string& volume)
+std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& status,
+                                       const std::string& folder)
 {
-    const auto* name = folders.findString(key);
-    if (name == nullptr || !gps::staysInside(*name))
-        return std::nullopt;
-    return gps::joinPath(volume, *name);
+    std::optional<gps::Error> error;
+    walkFolder(folder, [&](const gps::FolderEntry& /*entry*/, const std::string& path) {
+        error = read(reader, status, path);
+        return !error;
+    });
+    return error;
 }
 
 } // namespace magellan

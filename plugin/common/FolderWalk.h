@@ -1,40 +1,37 @@
 // SPDX-License-Identifier: MIT
-// The walk over a data folder that hands each entry to a reader, and where a data folder lies.
-// Stateless: [any] thread.
+// The walk over a data folder's tree: which entries a download reads, in which order. Stateless.
+// [any]
 
 #pragma once
 
 #include <gps/Error.h>
 
+#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace gps {
-class Dictionary;
 class GPSOutputReceiver;
+struct FolderEntry;
 } // namespace gps
 
 namespace magellan {
 
-/// Reads one file and reports its records: an operation of the form (status object, file path).
+/// Reads one file and reports its records to a status object.
 using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
                                              const std::string& path);
 
-/// `sendSelector:withOutput:forEachFileInPath:`: calls the reader for every entry of a folder's
-/// whole tree, folders included. A hidden entry directly in the folder is left out with all that is
-/// in it; one deeper down is not.
-/// @return  the first error that the reader answers, or has thrown (then logged here), which ends
-/// the walk; none when there is
-///          no such folder
+/// Visits every entry of a folder's tree, a folder before its contents, in byte order of the names.
+/// A hidden entry directly in the folder is skipped with everything below it; hidden entries deeper
+/// down are visited. A missing folder has no entries.
+/// @param visit  gets the entry and its whole path; returns whether to continue
+void walkFolder(const std::string& folder,
+                const std::function<bool(const gps::FolderEntry&, const std::string&)>& visit);
+
+/// `sendSelector:withOutput:forEachFileInPath:`: calls the reader for each entry that walkFolder()
+/// visits, folders included. The first error ends the walk.
+/// @return  the error that a reader returned, or what it threw as an error (which is logged)
 [[nodiscard]] std::optional<gps::Error> sendSelector(Reader reader, gps::GPSOutputReceiver& status,
                                                      const std::string& folder);
-
-/// Where a kind's data folder lies on a volume.
-/// @param folders  the folder dictionary: folder key to folder name
-/// @return         none when the name is missing, is no text, is empty, would lead out of the
-/// volume or holds a NUL byte
-[[nodiscard]] std::optional<std::string>
-dataFolderPath(const gps::Dictionary& folders, std::string_view key, const std::string& volume);
 
 } // namespace magellan

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a receiver's files are cut into lines: at every CR LF and nowhere else. Stateless: [any]
-// thread.
+// How a receiver's files are split into lines: at every CR LF, and only there. Stateless. [any]
 
 #pragma once
 
@@ -9,14 +8,14 @@
 
 namespace magellan {
 
-/// Calls `take` with each line in order, as a view into the text without its CR LF. A text that
-/// ends in CR LF has an empty last line, and an empty text one empty line.
-template <typename Take> void forEachLine(std::string_view text, Take&& take)
+/// Calls `visit` with each line in order, as a view into the text without its CR LF. A text that
+/// ends in CR LF has an empty last line; an empty text has one empty line.
+template <typename Visit> void forEachLine(std::string_view text, Visit&& visit)
 {
     for (std::size_t begin = 0; begin <= text.size();) {
         const auto rest = text.substr(begin);
         const auto line = rest.substr(0, rest.find("\r\n"));
-        take(line);
+        visit(line);
         begin += line.size() + 2;
     }
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Open addressing with linear probing. The table is at most half full, so probes are short.
 
 #include "NameTable.h"
 
@@ -7,14 +8,15 @@
 namespace magellan {
 namespace {
 
-constexpr std::size_t kFirstSlots = 256; // a power of two, as all sizes are
+constexpr std::size_t kInitialSlots = 256; // sizes are powers of two, so that a mask replaces "%"
+constexpr std::size_t kGrowth = 4;
 constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
 } // namespace
 
-NameTable::NameTable() : slots_(kFirstSlots, kFree) {}
+NameTable::NameTable() : slots_(kInitialSlots, kFree) {}
 
-std::size_t NameTable::numberOf(std::string_view name)
+std::size_t NameTable::indexOf(std::string_view name)
 {
     if (2 * (names_.size() + 1) > slots_.size())
         grow();
@@ -27,22 +29,22 @@ std::size_t NameTable::numberOf(std::string_view name)
     return slot;
 }
 
-/// Where a name's number is, or where it may be put: the slot of its hash or, by turns, the next
-/// one.
+/// Returns the slot that holds the name's index, or the free slot where it belongs.
 std::uint32_t& NameTable::slotFor(const Name& name)
 {
-    std::size_t i = name.hash & (slots_.size() - 1);
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t i = name.hash & mask;
     while (slots_[i] != kFree &&
            !(names_[slots_[i]].hash == name.hash && names_[slots_[i]].text == name.text))
-        i = (i + 1) & (slots_.size() - 1);
+        i = (i + 1) & mask;
     return slots_[i];
 }
 
 void NameTable::grow()
 {
-    slots_.assign(slots_.size() * 4, kFree);
-    for (std::size_t number = 0; number < names_.size(); ++number)
-        slotFor(names_[number]) = static_cast<std::uint32_t>(number);
+    slots_.assign(slots_.size() * kGrowth, kFree);
+    for (std::size_t index = 0; index < names_.size(); ++index)
+        slotFor(names_[index]) = static_cast<std::uint32_t>(index);
 }
 
 } // namespace magellan

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// NameTable: numbers names in the order in which they first come. What a file of a hundred thousand
-// waypoints is gone through with, so it keeps views of the names, and allocates nothing for a name.
-// Not for two threads at once.
+// NameTable: assigns each distinct name an index in order of first appearance. The readers use it
+// to keep one record per name of a file with possibly 100,000 of them; there it is measurably
+// faster than an unordered_map, since it stores views and allocates nothing per name. Not
+// thread-safe. [any]
 
 #pragma once
 
@@ -16,9 +17,10 @@ class NameTable {
 public:
     NameTable();
 
-    /// The number of a name: 0 for the first, and for each new one the next.
-    /// Precondition: the text behind the view outlives the table.
-    [[nodiscard]] std::size_t numberOf(std::string_view name);
+    /// Returns the index of a name. The first name gets 0, each new one the next index.
+    /// Precondition: the text behind the view outlives the table, and there are fewer than 2^32
+    /// names.
+    [[nodiscard]] std::size_t indexOf(std::string_view name);
 
 private:
     struct Name {
@@ -30,8 +32,9 @@ private:
     void grow();
 
     std::vector<Name> names_;
-    std::vector<std::uint32_t>
-        slots_; // numbers, by the names' hashes; small, so that they stay in a cache
+
+    // A hash table of indices into names_. Four bytes per slot keep it in the cache.
+    std::vector<std::uint32_t> slots_;
 };
 
 } // namespace magellan

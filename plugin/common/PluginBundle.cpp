@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Works from wherever the module was loaded, as in tests, which link its objects.
 
 #include "PluginBundle.h"
 
@@ -6,8 +7,8 @@ namespace magellan {
 
 const gps::Bundle& pluginBundle()
 {
-    // The bundle is that of the file which holds this constant. Without one, every resource is
-    // missing.
+    // The bundle is the one around the file that contains this constant. If there is none, the
+    // empty bundle lacks every resource.
     static constexpr char kHere = 0;
     static const gps::Bundle* const bundle =
         new gps::Bundle{gps::Bundle::containing(&kHere).value_or(gps::Bundle{""})};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The bundle that this plug-in was loaded from: its resources and texts. [any] thread.
+// The bundle that this plug-in was loaded from: its resources, views and translated texts. [any]
 
 #pragma once
 
@@ -7,7 +7,7 @@
 
 namespace magellan {
 
-/// Found at the first call, and kept until the process ends.
+/// Located at the first call and never destroyed.
 [[nodiscard]] const gps::Bundle& pluginBundle();
 
 } // namespace magellan

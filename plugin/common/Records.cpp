@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Records are copied: the extras dictionary is reused for the next sentence.
 
 #include "Records.h"
 

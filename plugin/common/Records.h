@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Records: what is done alike with the records of a file and of a serial session. Stateless: [any]
-// thread.
+// Records: handling of waypoint and route records that file readers and serial sessions share.
+// Stateless. [any]
 
 #pragma once
 
@@ -12,13 +12,13 @@ class GPSOutputReceiver;
 
 namespace magellan {
 
-/// Keeps a copy of a waypoint's extras, with its point boxed under "point", under its "name", in
-/// place of an earlier one of that name. Without a name there is no key to keep it under.
+/// Stores a copy of a waypoint's extras, with its point under "point", under the waypoint's "name".
+/// Replaces an earlier record of that name. A waypoint without a name is not stored.
 void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point,
                 gps::Dictionary& records);
 
-/// `newRoute:` and then `wayPoint:extra:` for each of its points.
-/// @param points  records, each with its point
+/// Reports `newRoute:` and then `wayPoint:extra:` for each of the route's points.
+/// Precondition: each of `points` is a record with its "point".
 void reportRoute(const gps::Dictionary& info, const gps::Array& points,
                  gps::GPSOutputReceiver& status);
 

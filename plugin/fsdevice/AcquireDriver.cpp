@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// How the driver downloads from a mounted receiver: the host's call, and the worker that walks the
-// kinds.
+// Members of MagellanGPSPlugin: the download from a mounted receiver. The host's call starts a
+// worker that walks one data folder per kind.
 
+#include "../common/DataFolders.h"
 #include "../common/DictionaryHelpers.h"
 #include "../common/FolderWalk.h"
 #include "DeviceFileReaders.h"
@@ -14,28 +15,28 @@
 namespace magellan {
 namespace {
 
-/// One kind of data on a receiver, in the order in which the host gets them.
+/// How one kind of data is downloaded.
 struct Kind {
-    const char* testName; ///< the option that switches it off
+    const char* option; ///< false switches the kind off
     Reader reader;
-    std::string_view folder; ///< the folder key
+    RecordKind folder;
     gps::TransferKind kind;
 };
 
-/// Geocaches have no switch of their own: to a receiver's user they are waypoints.
+/// In download order. Geocaches have no option of their own: to the host they are waypoints.
 constexpr std::array kKinds{
-    Kind{"waypoints", acquireWayPoints, "MyPOIs", gps::TransferKind::kWaypoints},
-    Kind{"waypoints", acquireGeoCaches, "Geocaches", gps::TransferKind::kWaypoints},
-    Kind{"routes", acquireRoutes, "Routes", gps::TransferKind::kRoutes},
-    Kind{"tracks", acquireTracks, "TrackLogs", gps::TransferKind::kTracks},
+    Kind{"waypoints", acquireWayPoints, RecordKind::kWaypoints, gps::TransferKind::kWaypoints},
+    Kind{"waypoints", acquireGeoCaches, RecordKind::kGeocaches, gps::TransferKind::kWaypoints},
+    Kind{"routes", acquireRoutes, RecordKind::kRoutes, gps::TransferKind::kRoutes},
+    Kind{"tracks", acquireTracks, RecordKind::kTracks, gps::TransferKind::kTracks},
 };
 
 bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
 {
-    return !GetBoolValueForKey(&work, kind.testName, true);
+    return !GetBoolValueForKey(&work, kind.option, true);
 }
 
-/// Opens access to the selected device, and closes it also when an import throws.
+/// Opens access to the selected volume and closes it again, even if an import throws.
 class AuthorizedAccess {
 public:
     explicit AuthorizedAccess(MagellanGPSPlugin& driver) : driver_(driver)
@@ -50,8 +51,9 @@ private:
     MagellanGPSPlugin& driver_;
 };
 
-/// @return  whether to go on with the next kind. Why not is in the log alone: the host sees that
-/// later transfers never come
+/// Downloads one kind.
+/// @return  whether to continue with the next kind. The reason not to is only logged; a host
+///          notices that the later transfers are missing
 bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputReceiver& status)
 {
     if (isSwitchedOff(kind, work))
@@ -69,7 +71,7 @@ bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputRe
 std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
                                                            const gps::Dictionary& options)
 {
-    takeDebugLevel(options);
+    setDebugLevelFromOptions(options);
     if (const auto* source = options.find("sourcePath")) {
         const AuthorizedAccess access{*this};
         const auto* path = source->as<std::string>();

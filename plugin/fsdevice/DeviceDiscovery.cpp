@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the driver finds receivers, shows them and lets the user choose, and the access bracket.
+// Members of MagellanGPSPlugin: the search for receivers, the view that shows them, the selection,
+// and the system's access to the selected volume.
 
 #include "KeyValueFile.h"
 #include "MagellanGPSPlugin.h"
@@ -22,17 +23,17 @@ using Verdict = gps::SearchedPlace::Verdict;
 constexpr auto kNoPermission = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoPermission);
 
 constexpr std::string_view kNoUnitFile =
-    "It has no file USBTRANS/UNIT_ID.DAT, so it is no receiver";
+    "It has no file USBTRANS/UNIT_ID.DAT, so it is not a receiver";
 constexpr std::string_view kNotRemovable = "Receivers mount as removable volumes";
 constexpr std::string_view kSuggestEjecting =
     "If it is a receiver, eject it, and connect it again while you are logged in";
 constexpr std::string_view kSuggestReading =
     "Let your user read that file, or connect the receiver again while you are logged in";
 
-/// A place that may be a receiver, with what came of looking at it.
-struct Look {
+/// A searched location and, if it is a receiver, its device record.
+struct Candidate {
     gps::SearchedPlace place;
-    std::optional<gps::Dictionary> record; // the device's, if the place is one
+    std::optional<gps::Dictionary> record;
 };
 
 gps::SearchedPlace placeOf(gps::MountedVolume volume)
@@ -46,8 +47,8 @@ gps::SearchedPlace placeOf(gps::MountedVolume volume)
     return {std::move(volume.path), "removable volume", Verdict::kRefused, "", ""};
 }
 
-/// The mounted volumes, then the folders that a tester treats like removable ones.
-std::vector<gps::SearchedPlace> places()
+/// The mounted volumes, then the test folders, which are treated like removable volumes.
+std::vector<gps::SearchedPlace> listPlaces()
 {
     std::vector<gps::SearchedPlace> places;
     for (auto& volume : gps::mountedVolumes())
@@ -64,10 +65,10 @@ gps::Dictionary makeRecord(const std::string& location, std::string name, bool a
     return {{"location", location}, {"name", std::move(name)}, {"authorized", authorized}};
 }
 
-/// Takes a place that has a unit file for a receiver.
-void take(Look& look)
+/// Makes the device record of a location that has a unit file.
+void accept(Candidate& candidate)
 {
-    auto& place = look.place;
+    auto& place = candidate.place;
     place.verdict = Verdict::kTaken;
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(place.location, unit);
@@ -75,10 +76,11 @@ void take(Look& look)
         const auto* serialNumber = unit.findString("Serial Number");
         const auto name = "Magellan device " + (serialNumber != nullptr ? *serialNumber : "(null)");
         place.reason = "It is a receiver: " + name;
-        look.record = makeRecord(place.location, name, true);
+        candidate.record = makeRecord(place.location, name, true);
         return;
     }
-    // Only a refusal makes a device unauthorized; what else went wrong, a later read will tell.
+    // Only a refused permission makes a device unauthorized. With any other error the device stays
+    // usable, and later reads report what is wrong.
     const bool refused = error->code() == kNoPermission;
     if (!refused)
         gps::logError("Error", *error);
@@ -86,44 +88,42 @@ void take(Look& look)
         refused ? "It is a receiver, but its file USBTRANS/UNIT_ID.DAT may not be read"
                 : "It is a receiver, but its file USBTRANS/UNIT_ID.DAT cannot be read as text";
     place.advice = refused ? kSuggestReading : "";
-    look.record = makeRecord(place.location, "Unauthorized Magellan device", !refused);
+    candidate.record = makeRecord(place.location, "Unauthorized Magellan device", !refused);
 }
 
-/// Says why a place without a visible unit file is none. A volume that another user has mounted
-/// does not even let one look.
-void refuse(gps::SearchedPlace& place)
+/// Explains why a location without a visible unit file is not a receiver. On a volume that another
+/// user has mounted the file may exist but cannot be seen.
+void reject(gps::SearchedPlace& place)
 {
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(place.location, unit);
-    const bool isClosed = error && error->code() == kNoPermission;
+    const bool isForbidden = error && error->code() == kNoPermission;
     place.reason =
-        isClosed
-            ? "It may not be looked into: another user has mounted it, or its permissions forbid it"
-            : kNoUnitFile;
-    place.advice = isClosed ? kSuggestEjecting : "";
+        isForbidden ? "It cannot be read: another user has mounted it, or its permissions forbid it"
+                    : kNoUnitFile;
+    place.advice = isForbidden ? kSuggestEjecting : "";
 }
 
-/// Looks for receivers at every place.
-std::vector<Look> lookAround()
+std::vector<Candidate> searchForReceivers()
 {
-    std::vector<Look> looks;
-    for (auto& place : places()) {
-        auto& look = looks.emplace_back(Look{std::move(place), std::nullopt});
-        const auto& location = look.place.location;
-        if (look.place.verdict == Verdict::kPassedOver)
+    std::vector<Candidate> candidates;
+    for (auto& place : listPlaces()) {
+        auto& candidate = candidates.emplace_back(Candidate{std::move(place), std::nullopt});
+        const auto& location = candidate.place.location;
+        if (candidate.place.verdict == Verdict::kPassedOver)
             continue;
         if (!gps::FileManager{}.fileExists(unitFilePath(location))) {
-            refuse(look.place);
+            reject(candidate.place);
             continue;
         }
         const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(location);
         if (url)
             url->startAccessingSecurityScopedResource();
-        take(look);
+        accept(candidate);
         if (url)
             url->stopAccessingSecurityScopedResource();
     }
-    return looks;
+    return candidates;
 }
 
 bool isAuthorized(const gps::Dictionary& record)
@@ -137,9 +137,9 @@ bool isAuthorized(const gps::Dictionary& record)
 void MagellanGPSPlugin::initFSDeviceList()
 {
     gps::Array records;
-    for (auto& look : lookAround()) {
-        if (look.record)
-            records.push_back(*std::move(look.record));
+    for (auto& candidate : searchForReceivers()) {
+        if (candidate.record)
+            records.push_back(*std::move(candidate.record));
     }
     setFsDeviceList(std::move(records));
     showDevices();
@@ -151,18 +151,17 @@ void MagellanGPSPlugin::initFSDeviceList()
 std::vector<gps::SearchedPlace> MagellanGPSPlugin::searchedPlaces() const
 {
     std::vector<gps::SearchedPlace> places;
-    for (auto& look : lookAround())
-        places.push_back(std::move(look.place));
+    for (auto& candidate : searchForReceivers())
+        places.push_back(std::move(candidate.place));
     return places;
 }
 
-/// Fills the pop-up. With fewer than two devices there is nothing to choose, and no reason to show
-/// it.
+/// Fills the pop-up, which is visible only if there are two devices to choose from.
 void MagellanGPSPlugin::showDevices()
 {
-    const bool choice = fsDeviceList_.size() > 1;
-    showItems(fsDeviceList_, choice);
-    if (outlets_.deviceButton != nullptr && !choice)
+    const bool hasChoice = fsDeviceList_.size() > 1;
+    showItems(fsDeviceList_, hasChoice);
+    if (outlets_.deviceButton != nullptr && !hasChoice)
         outlets_.deviceButton->setHidden(true);
 }
 
@@ -190,13 +189,12 @@ void MagellanGPSPlugin::showSelection(const gps::Array& records,
 {
     if (outlets_.deviceListMenu == nullptr)
         return;
-    const auto at = std::find_if(records.begin(), records.end(), [&](const gps::Value& listed) {
+    const auto found = std::find_if(records.begin(), records.end(), [&](const gps::Value& listed) {
         return selected && *listed.as<gps::Dictionary>() == *selected;
     });
-    outlets_.deviceListMenu->select(static_cast<std::size_t>(at - records.begin()));
+    outlets_.deviceListMenu->select(static_cast<std::size_t>(found - records.begin()));
 }
 
-/// Where the selected device lies; null without one.
 const std::string* MagellanGPSPlugin::location() const
 {
     return fsDevice_ ? fsDevice_->findString("location") : nullptr;
@@ -216,7 +214,7 @@ bool MagellanGPSPlugin::refreshDeviceList()
 void MagellanGPSPlugin::connect(gps::ViewOutlets outlets)
 {
     outlets_ = std::move(outlets);
-    // A host may keep the view longer than the driver.
+    // A host may keep the view for longer than the driver.
     const std::weak_ptr<MagellanGPSPlugin> driver = weak_from_this();
     if (outlets_.deviceListMenu != nullptr) {
         outlets_.deviceListMenu->setAction([driver](std::size_t item) {
@@ -238,7 +236,8 @@ void MagellanGPSPlugin::userPicked(std::size_t item)
         setFsDevice(*fsDeviceList_[item].as<gps::Dictionary>());
 }
 
-/// The button of a device that may not be read: asks for access once more, then looks again.
+/// The button is visible while the selected device is unauthorized. Asks for access once more and
+/// searches again.
 void MagellanGPSPlugin::userPressedDeviceButton()
 {
     startAuthorizedAccess();

@@ -1,110 +1,118 @@
 // SPDX-License-Identifier: MIT
+// Each line is checked and split once; the sentence kinds work on its fields. One point and one
+// extras dictionary serve a whole file, so a warm reader allocates nothing per line.
 
 #include "DeviceFileReaders.h"
 
 #include "../codec/GeoCacheSentence.h"
 #include "../codec/RouteSentence.h"
+#include "../codec/SentenceFields.h"
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
 #include "../common/Lines.h"
 #include "../common/NameTable.h"
 #include "../common/Records.h"
-#include "../common/TrackNames.h"
+#include "../common/TrackAnnouncer.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/System/FileManager.h>
 #include <platform/System/Log.h>
 
 #include <cstddef>
-#include <cstdint>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace magellan {
 namespace {
 
-using Interpreter = bool (*)(std::string_view sentence, gps::GPSPoint& point,
-                             gps::Dictionary* record);
-
-/// A kind whose lines each are a record, kept by name.
+/// A kind whose files hold one record per line, identified by name.
 struct NamedKind {
-    std::string_view message; ///< of the read error
-    Interpreter interpret;
-    std::optional<std::string_view> (*nameIn)(std::string_view sentence);
+    RecordKind kind;
+    std::string_view sentence;
+    void (*read)(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record);
+    std::optional<std::string_view> (*nameIn)(const SentenceFields& fields);
 };
 
-constexpr NamedKind kWayPoints{"Couldn't read waypoint data from device", interpretWayPointSentence,
-                               nameInWayPointSentence};
-constexpr NamedKind kGeoCaches{"Couldn't read geocache data from device", interpretGeoCacheSentence,
-                               nameInGeoCacheSentence};
+constexpr NamedKind kWayPoints{RecordKind::kWaypoints, kWayPointSentence, readWayPoint,
+                               wayPointName};
+constexpr NamedKind kGeoCaches{RecordKind::kGeocaches, kGeoCacheSentence, readGeoCache,
+                               geoCacheName};
 
-constexpr std::size_t kUsualKeys = 5; ///< of a record
+constexpr std::size_t kUsualKeys = 5; ///< in a record
 
-/// Reads a whole file. A failure is logged under the kind's message; what is answered is the
-/// system's own error.
-std::optional<gps::Error> readDeviceFile(const std::string& path, std::string_view message,
-                                         std::string& text)
+std::string_view readErrorMessage(RecordKind kind)
 {
-    auto error = gps::FileManager{}.readAsciiFile(path, text);
-    if (error)
-        gps::logError(
-            kFilesLogSource,
-            makeError(ErrorCode::kReadFailed, message, kSuggestMounting, path).causedBy(*error));
-    return error;
+    switch (kind) {
+    case RecordKind::kTracks:
+        return "Couldn't read track data from device";
+    case RecordKind::kWaypoints:
+        return "Couldn't read waypoint data from device";
+    case RecordKind::kGeocaches:
+        return "Couldn't read geocache data from device";
+    case RecordKind::kRoutes:
+        break;
+    }
+    return "Couldn't read route data from device";
 }
 
-std::optional<gps::Error> collect(const NamedKind& kind, const std::string& path,
-                                  gps::Dictionary& records)
+/// Calls `visit` with the fields of each line that is a sentence of the given name.
+template <typename Visit>
+void forEachSentence(std::string_view text, std::string_view name, Visit visit)
 {
-    std::string text;
-    if (auto error = readDeviceFile(path, kind.message, text))
-        return error;
+    forEachLine(text, [&](std::string_view line) {
+        if (const auto fields = SentenceFields::ofSentence(line, name))
+            visit(*fields);
+    });
+}
+
+void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& records)
+{
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
-    forEachLine(text, [&](std::string_view line) {
+    forEachSentence(text, kind.sentence, [&](const SentenceFields& fields) {
         extras.clear();
-        if (kind.interpret(line, point, &extras))
-            keepByName(extras, point, records);
+        kind.read(fields, point, &extras);
+        keepByName(extras, point, records);
     });
-    return std::nullopt;
 }
 
-/// Reports what `collect` would gather, in the same order, without keeping the records: what it
-/// keeps is where each name stands last. So a large file costs no memory but its text and its
-/// names.
+/// Like collect(), but streams: it remembers only the fields of the last sentence of each name, as
+/// views into the text, instead of building a record for every line.
 std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status,
                                  const std::string& path)
 {
     std::string text;
-    if (auto error = readDeviceFile(path, kind.message, text))
+    if (auto error = readDeviceFile(kind.kind, path, text))
         return error;
     NameTable names;
-    std::vector<std::string_view> lastLines; // by the number of its name
-    forEachLine(text, [&](std::string_view line) {
-        const auto name = kind.nameIn(line);
+    std::vector<SentenceFields> lastOfName; // by index in `names`
+    forEachSentence(text, kind.sentence, [&](const SentenceFields& fields) {
+        const auto name = kind.nameIn(fields);
         if (!name)
             return;
-        const auto number = names.numberOf(*name);
-        if (number == lastLines.size())
-            lastLines.emplace_back();
-        lastLines[number] = line;
+        const auto index = names.indexOf(*name);
+        if (index == lastOfName.size())
+            lastOfName.push_back(fields);
+        else
+            lastOfName[index] = fields;
     });
 
     gps::GPSPoint point;
     gps::Dictionary extras;
-    for (const auto line : lastLines) {
+    extras.reserve(kUsualKeys);
+    for (const auto& fields : lastOfName) {
         extras.clear();
-        (void)kind.interpret(line, point, &extras);
+        kind.read(fields, point, &extras);
         status.wayPoint(point, extras);
     }
     return std::nullopt;
 }
 
-/// Keeps a complete route under its name, which each of its sentences has set, and makes room for
-/// the next one.
+/// Stores a complete route under its name, which each of its sentences has set, and empties `info`
+/// and `points` for the next route.
 void storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& routes)
 {
     info.set("points", std::exchange(points, {}));
@@ -124,18 +132,16 @@ void reportStoredRoute(gps::GPSOutputReceiver& status, gps::Dictionary route)
 std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path)
 {
     std::string text;
-    if (readDeviceFile(path, "Couldn't read track data from device", text))
+    if (readDeviceFile(RecordKind::kTracks, path, text))
         return std::nullopt;
-    gps::GPSPoint
-        point; // one for the whole file: a line without a date takes its day from the line before
+    gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
     gps::Dictionary extras;
     extras.reserve(3);
-    TrackNames names{status};
-    forEachLine(text, [&](std::string_view line) {
+    TrackAnnouncer announcer{status};
+    forEachSentence(text, kTrackPointSentence, [&](const SentenceFields& fields) {
         extras.clear();
-        if (!interpretTrackPointSentence(line, point, &extras))
-            return;
-        names.pointWith(extras);
+        readTrackPoint(fields, point, &extras);
+        announcer.beforePoint(extras);
         status.trackPoint(point, extras);
     });
     return std::nullopt;
@@ -151,18 +157,6 @@ std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const
     return report(kGeoCaches, status, path);
 }
 
-std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
-                                                   gps::Dictionary& records)
-{
-    return collect(kWayPoints, path, records);
-}
-
-std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path,
-                                                   gps::Dictionary& records)
-{
-    return collect(kGeoCaches, path, records);
-}
-
 std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path)
 {
     gps::Dictionary waypoints;
@@ -173,12 +167,47 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
     return std::nullopt;
 }
 
+std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
+                                                   gps::Dictionary& records)
+{
+    std::string text;
+    if (auto error = readDeviceFile(RecordKind::kWaypoints, path, text))
+        return error;
+    collectWayPoints(text, records);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path,
+                                                   gps::Dictionary& records)
+{
+    std::string text;
+    if (auto error = readDeviceFile(RecordKind::kGeocaches, path, text))
+        return error;
+    collectGeoCaches(text, records);
+    return std::nullopt;
+}
+
 std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
                                                 gps::Dictionary& routes)
 {
     std::string text;
-    if (readDeviceFile(path, "Couldn't read route data from device", text))
-        return std::nullopt;
+    if (!readDeviceFile(RecordKind::kRoutes, path, text))
+        collectRoutes(text, waypoints, routes);
+    return std::nullopt;
+}
+
+void collectWayPoints(std::string_view text, gps::Dictionary& records)
+{
+    collect(kWayPoints, text, records);
+}
+
+void collectGeoCaches(std::string_view text, gps::Dictionary& records)
+{
+    collect(kGeoCaches, text, records);
+}
+
+void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes)
+{
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
@@ -186,13 +215,29 @@ std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Di
     gps::Dictionary info;
     std::size_t room = kRoutePointRoom;
     forEachLine(text, [&](std::string_view line) {
-        extras.clear();
-        if (interpretWayPointSentence(line, point, &extras))
+        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
+        if (!body)
+            return;
+        if (const auto wayPoint = SentenceFields::ofBody(*body, kWayPointSentence)) {
+            extras.clear();
+            readWayPoint(*wayPoint, point, &extras);
             keepByName(extras, point, waypoints);
-        else if (interpretRouteSentence(line, points, waypoints, info, room))
-            storeRoute(info, points, routes);
+        } else if (const auto route = SentenceFields::ofBody(*body, kRouteSentence)) {
+            if (readRoute(*route, points, waypoints, info, room))
+                storeRoute(info, points, routes);
+        }
     });
-    return std::nullopt;
+}
+
+std::optional<gps::Error> readDeviceFile(RecordKind kind, const std::string& path,
+                                         std::string& text)
+{
+    auto error = gps::FileManager{}.readAsciiFile(path, text);
+    if (error)
+        gps::logError(kFilesLogSource, makeError(ErrorCode::kReadFailed, readErrorMessage(kind),
+                                                 kSuggestMounting, path)
+                                           .causedBy(*error));
+    return error;
 }
 
 } // namespace magellan

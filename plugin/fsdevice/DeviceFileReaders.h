@@ -1,19 +1,22 @@
 // SPDX-License-Identifier: MIT
-// Readers: one of a receiver's data files <-> records, through the codec. The reporting readers
-// hand each record to a status object; the collecting readers fill dictionaries, and are what
-// merging starts from. No state between calls: [any] thread, and the status calls are made on it.
+// Readers: one of a receiver's data files -> records, through the codec. Used by downloads, imports
+// and, to load what a file holds before records are merged into it, by sends. Stateless. Status
+// calls are made on the calling thread. [any]
 //
-// A file is 7-bit ASCII, cut into lines at CR LF; a line that is no sentence of the kind is passed
-// over. A file that cannot be read is logged, whatever the debug level. Every operation throws
-// gps::RangeError at a sentence that is too short; what was reported before it stays reported.
+// A file is 7-bit ASCII, split into lines at CR LF. Lines that are not sentences of the kind are
+// ignored. A file that cannot be read is logged, whatever the debug level. All operations throw
+// gps::RangeError at a truncated sentence; what they reported or collected before it stays.
 
 #pragma once
+
+#include "../common/RecordKind.h"
 
 #include <gps/Error.h>
 #include <gps/Value.h>
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace gps {
 class GPSOutputReceiver;
@@ -21,43 +24,54 @@ class GPSOutputReceiver;
 
 namespace magellan {
 
-/// `acquireTracks:fromPath:`: `newTrack:` before the first point of each track and at each change
-/// of name, `trackPoint:extra:` for each point. Points before any name belong to "Current Track".
-/// @return  always none
+/// `acquireTracks:fromPath:`: reports `newTrack:` before the first point of each track, whose name
+/// is "Current Track" if its points have none, and `trackPoint:extra:` for each point.
+/// @return  always nullopt
 std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path);
 
-/// `acquireWayPoints:fromPath:`: `wayPoint:extra:` for each waypoint in file order, one for each
-/// name: the last in the file.
-/// @return  the system's read error, without a status call
+/// `acquireWayPoints:fromPath:`: reports `wayPoint:extra:` once per name, in the order in which the
+/// names first appear; of several waypoints with one name, the last.
+/// @return  the system's read error; nothing was reported then
 [[nodiscard]] std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status,
                                                          const std::string& path);
 
-/// `acquireRoutes:fromPath:`: `newRoute:` for each complete route, then `wayPoint:extra:` for each
-/// of its points, whose record still holds "point". Waypoints that no route uses are not reported.
-/// @return  always none
+/// `acquireRoutes:fromPath:`: reports `newRoute:` for each complete route, then `wayPoint:extra:`
+/// for each of its points, with "point" among the extras. Waypoints without a route are not
+/// reported.
+/// @return  always nullopt
 std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path);
 
-/// `acquireGeoCaches:fromPath:`: as waypoints are.
+/// `acquireGeoCaches:fromPath:`: like acquireWayPoints().
 [[nodiscard]] std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status,
                                                          const std::string& path);
 
 /// `acquireWayPointsFromPath:intoDictionary:`, `acquireGeoCachesFromPath:intoDictionary:`.
-/// @param records  name to record (with "point"); a name that is there already gets the later
-/// record. One without a name is
-///                 left out
-/// @return         the system's read error, with nothing added
+/// @param records  out: records (with "point") by name. A later record of a name replaces the
+///                 earlier one and keeps its position; a record without a name is skipped
+/// @return         the system's read error; nothing was added then
 [[nodiscard]] std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
                                                                  gps::Dictionary& records);
 [[nodiscard]] std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path,
                                                                  gps::Dictionary& records);
 
-/// `acquireRoutesFromPath:intoWaypoints:andRoutes:`. A waypoint must stand before the routes that
-/// name it.
-/// @param waypoints  name to waypoint record (with "point")
-/// @param routes     name to route: "name", "comment", "lastIndex", "points" (an array of waypoint
-/// records)
-/// @return           always none
+/// `acquireRoutesFromPath:intoWaypoints:andRoutes:`. A waypoint must precede the routes that name
+/// it.
+/// @param waypoints  out: waypoint records (with "point") by name
+/// @param routes     out: complete routes by name: "name", "comment", "lastIndex" and "points", an
+///                   array of waypoint records
+/// @return           always nullopt
 std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
                                                 gps::Dictionary& routes);
+
+/// The same three for a text that was read already.
+void collectWayPoints(std::string_view text, gps::Dictionary& records);
+void collectGeoCaches(std::string_view text, gps::Dictionary& records);
+void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes);
+
+/// Reads a whole file. Logs a failure with the kind's message.
+/// @param text  out: empty after a failure
+/// @return      the system's read error
+std::optional<gps::Error> readDeviceFile(RecordKind kind, const std::string& path,
+                                         std::string& text);
 
 } // namespace magellan

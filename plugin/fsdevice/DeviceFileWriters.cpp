@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Merging goes through dictionaries, which keep the order in which keys were first set: records
+// keep their positions in the file, and new ones follow.
 
 #include "DeviceFileWriters.h"
 
@@ -26,7 +28,7 @@ std::optional<gps::Error> write(std::string_view text, const std::string& path)
     return gps::FileManager{}.writeAsciiFileAtomically(path, text);
 }
 
-/// A file's lines, the closing sentence behind them.
+/// Joins a file's lines and appends the closing sentence.
 std::string textOf(const std::vector<std::string>& sentences)
 {
     std::size_t size = 0;
@@ -42,16 +44,15 @@ std::string textOf(const std::vector<std::string>& sentences)
     return text;
 }
 
-/// The points under "points"; none of them where it is missing or no list.
+/// The array under "points"; empty if it is missing or not an array.
 const gps::Array& pointsOf(const gps::Dictionary& record)
 {
-    static const auto& none = *new gps::Array;
+    static const auto& empty = *new gps::Array;
     const auto* points = record.findArray("points");
-    return points != nullptr ? *points : none;
+    return points != nullptr ? *points : empty;
 }
 
-/// Sorted with copies of their names side by side: each comparison of a large merge would else wait
-/// for two records' memory.
+/// Sorts (name, index) pairs instead of records, to keep comparisons in cache.
 gps::Array sortedByName(gps::Array records)
 {
     std::vector<std::pair<std::string, std::size_t>> names;
@@ -62,15 +63,15 @@ gps::Array sortedByName(gps::Array records)
 
     gps::Array sorted;
     sorted.reserve(records.size());
-    for (const auto& [name, place] : names)
-        sorted.push_back(std::move(records[place]));
+    for (const auto& [name, index] : names)
+        sorted.push_back(std::move(records[index]));
     return sorted;
 }
 
-/// Counts the names that had to change, within one route.
+/// Numbers the points of one route that clash with a waypoint of their name.
 class Renames {
 public:
-    /// "NAME 1" for the first clash of a name, "NAME 2" for the next.
+    /// Returns "NAME 1" at the first call with a name, "NAME 2" at the second.
     std::string next(const std::string& name)
     {
         const auto* used = counters_.find(name);
@@ -82,6 +83,15 @@ public:
 private:
     gps::Dictionary counters_;
 };
+
+/// The text of the file that records are merged into; empty if it cannot be read. The reader has
+/// logged why.
+std::string presentText(RecordKind kind, const std::string& path)
+{
+    std::string text;
+    (void)readDeviceFile(kind, path, text);
+    return text;
+}
 
 std::optional<gps::Error>
 mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
@@ -139,12 +149,12 @@ std::optional<gps::Error> saveTrack(const gps::Dictionary& track, const std::str
 
 std::optional<gps::Error> mergeWaypoints(const gps::Array& records, const std::string& path)
 {
-    return write(mergedWaypointText(records, path), path);
+    return write(mergedWaypointText(records, presentText(RecordKind::kWaypoints, path)), path);
 }
 
 std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path)
 {
-    const auto text = mergedGeocacheText(records, path);
+    const auto text = mergedGeocacheText(records, presentText(RecordKind::kGeocaches, path));
     return text ? write(*text, path) : std::nullopt;
 }
 
@@ -162,7 +172,7 @@ std::optional<std::string> geocacheKey(const gps::Dictionary& record)
 
 std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path)
 {
-    return write(mergedRouteText(records, path), path);
+    return write(mergedRouteText(records, presentText(RecordKind::kRoutes, path)), path);
 }
 
 std::string trackText(const gps::Dictionary& track)
@@ -181,11 +191,10 @@ std::string trackText(const gps::Dictionary& track)
     return textOf(sentences);
 }
 
-std::string mergedWaypointText(const gps::Array& records, const std::string& path)
+std::string mergedWaypointText(const gps::Array& records, std::string_view present)
 {
     gps::Dictionary merged;
-    (void)acquireWayPointsFromPath(
-        path, merged); // a missing file is an empty one; the reader has logged why
+    collectWayPoints(present, merged);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
@@ -194,10 +203,10 @@ std::string mergedWaypointText(const gps::Array& records, const std::string& pat
     return textOf(makeWayPointSentencesFromWaypointList(merged.takeValues()));
 }
 
-std::optional<std::string> mergedGeocacheText(const gps::Array& records, const std::string& path)
+std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present)
 {
     gps::Dictionary merged;
-    (void)acquireGeoCachesFromPath(path, merged);
+    collectGeoCaches(present, merged);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
@@ -207,11 +216,11 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, const s
     return sentences ? std::optional{textOf(*sentences)} : std::nullopt;
 }
 
-std::string mergedRouteText(const gps::Array& records, const std::string& path)
+std::string mergedRouteText(const gps::Array& records, std::string_view present)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    acquireRoutesFromPath(path, waypoints, routes);
+    collectRoutes(present, waypoints, routes);
     for (const auto& element : records) {
         if (const auto* route = element.as<gps::Dictionary>())
             mergeRoute(*route, waypoints, routes);
@@ -238,7 +247,7 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
         if (name == nullptr)
             continue;
         const auto* present = waypoints.find(*name);
-        if (present != nullptr && *present == element) { // setting it again would change nothing
+        if (present != nullptr && *present == element) { // stored already
             points.push_back(element);
             continue;
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the driver imports one file: its extension and its first line say what it is, the kind's
-// reader does the rest.
+// Members of MagellanGPSPlugin: the import of one file. Its extension and first line determine the
+// kind; the kind's reader does the rest.
 
 #include "../common/Errors.h"
 #include "../common/FolderWalk.h"
@@ -17,10 +17,10 @@
 namespace magellan {
 namespace {
 
-/// What a file of one extension must hold. Extensions match exactly, case included.
+/// A kind of file that can be imported.
 struct ImportKind {
-    std::string_view extension;
-    std::string_view prefix; ///< what the first line must begin with
+    std::string_view extension; ///< matched exactly, case included
+    std::string_view prefix;    ///< of the first line
     Reader reader;
     gps::TransferKind kind;
 };
@@ -34,16 +34,16 @@ constexpr std::array kKinds{
 
 constexpr char kWrongPlugIn[] = "File may be invalid or this may be the wrong plug-in";
 
-const ImportKind* kindOf(std::string_view extension)
+const ImportKind* findKind(std::string_view extension)
 {
-    const auto at = std::find_if(kKinds.begin(), kKinds.end(), [extension](const ImportKind& k) {
+    const auto found = std::find_if(kKinds.begin(), kKinds.end(), [extension](const ImportKind& k) {
         return k.extension == extension;
     });
-    return at != kKinds.end() ? &*at : nullptr;
+    return found != kKinds.end() ? &*found : nullptr;
 }
 
-/// Looks at the first line. A file that cannot be opened here, or whose path is not ASCII, is not
-/// refused: the reader meets the same trouble and says so.
+/// Checks how the first line begins. A file that cannot be opened, or whose path is not ASCII,
+/// passes: the reader meets the same problem and reports it.
 std::optional<gps::Error> checkFirstLine(const std::string& path, const ImportKind& kind)
 {
     std::string front;
@@ -58,7 +58,7 @@ std::optional<gps::Error> checkFirstLine(const std::string& path, const ImportKi
     return std::nullopt;
 }
 
-/// The status calls around an import's reader; the closing ones are made also when it throws.
+/// Makes the status calls around an import's reader; the closing ones even if it throws.
 class TransferBracket {
 public:
     TransferBracket(gps::GPSOutputReceiver& status, gps::TransferKind kind)
@@ -89,12 +89,12 @@ std::optional<gps::Error> MagellanGPSPlugin::importFile(const std::optional<std:
         status.gpsStateChange(0);
         return error;
     };
-    if (!path) { // the one refusal of which the host hears before the log does
+    if (!path) { // the one refusal that is reported before it is logged
         status.gpsStateChange(0);
         return logged(makeError(ErrorCode::kImportRefused, "No extension exists on selected file",
                                 "Make sure there's an extension"));
     }
-    const auto* kind = kindOf(gps::pathExtension(*path));
+    const auto* kind = findKind(gps::pathExtension(*path));
     if (kind == nullptr)
         return refuse(makeError(ErrorCode::kImportRefused,
                                 "Unrecognized extension on selected file", kWrongPlugIn, *path));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// One pass: a record that equals a geocache has the same symbol, so it is a geocache as well.
 
 #include "GeocacheSplit.h"
 
@@ -25,8 +26,6 @@ std::optional<gps::Array> unlessEmpty(gps::Array list)
 
 SplitList extractGeocachesFromList(const gps::Array& list)
 {
-    // Whatever equals a geocache has its symbol and so is one too: one test a record tells both
-    // lists.
     gps::Array waypoints;
     gps::Array geocaches;
     for (const auto& record : list)

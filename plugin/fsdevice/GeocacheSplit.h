@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells the geocaches among the waypoints that a host sends. Stateless: [any] thread.
+// Separates the geocaches from the waypoints that a host sends. Stateless. [any]
 
 #pragma once
 
@@ -9,14 +9,14 @@
 
 namespace magellan {
 
-/// Either list is none when it would be empty.
+/// Neither list is ever empty: it is nullopt instead.
 struct SplitList {
     std::optional<gps::Array> waypoints; ///< in the list's order
     std::optional<gps::Array> geocaches; ///< in the reverse of the list's order
 };
 
-/// `extractGeocachesFromList:toWaypoints:toGeocaches:`: a geocache is a record whose "symbol"
-/// begins with "Geocache".
+/// `extractGeocachesFromList:toWaypoints:toGeocaches:`: splits a list of waypoint records. A
+/// geocache is a record whose "symbol" begins with "Geocache".
 [[nodiscard]] SplitList extractGeocachesFromList(const gps::Array& list);
 
 } // namespace magellan

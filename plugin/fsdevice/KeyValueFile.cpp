@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Parsing never fails: any text is a valid file.
 
 #include "KeyValueFile.h"
 
@@ -11,7 +12,7 @@
 namespace magellan {
 namespace {
 
-void takeLine(std::string_view line, gps::Dictionary& dictionary)
+void parseLine(std::string_view line, gps::Dictionary& dictionary)
 {
     line = gps::withoutLeadingSpace(line);
     const auto key = line.substr(0, line.find('='));
@@ -26,7 +27,7 @@ void takeLine(std::string_view line, gps::Dictionary& dictionary)
 gps::Dictionary parseKeyValueText(std::string_view text)
 {
     gps::Dictionary dictionary;
-    forEachLine(text, [&dictionary](std::string_view line) { takeLine(line, dictionary); });
+    forEachLine(text, [&dictionary](std::string_view line) { parseLine(line, dictionary); });
     return dictionary;
 }
 
@@ -54,6 +55,7 @@ std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume,
 std::optional<gps::Dictionary> readMagellanFolderDictionaryFromPath(const std::string& volume)
 {
     gps::Dictionary folders;
+    // An empty language file is used as it is: the volume then has no data folders.
     if (!readMagellanDictionaryFromPath(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders))
         return folders;
     return pluginBundle().dictionaryResource("MagDefaultLanguage");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Key-value files: the receiver's description of itself ("Serial Number=12345") and of its folders.
-// 7-bit ASCII, lines cut at CR LF and nowhere else. Stateless: [any] thread.
+// They are 7-bit ASCII, with lines separated by CR LF only. Used by the driver of mounted
+// receivers. Stateless. [any]
 
 #pragma once
 
@@ -13,28 +14,29 @@
 
 namespace magellan {
 
-/// Reads lines of the form key "=" value: white space in front of the key is skipped, a line
-/// without a key ignored, a line without "=" is a key with the value "". A later line of the same
-/// key replaces the earlier value.
+/// Parses lines of the form key "=" value. White space before the key is skipped; white space
+/// before
+/// "=" belongs to the key. A line without a key is ignored; a line without "=" is a key with the
+/// value "". A later line of the same key replaces the earlier value.
 [[nodiscard]] gps::Dictionary parseKeyValueText(std::string_view text);
 
 /// `readMagellanDictionaryFromPath:error:`.
-/// @param dictionary  out: key to value, both texts; untouched after a failure
+/// @param dictionary  out: key to value, both texts; unchanged after a failure
 /// @return            the system's read error
 [[nodiscard]] std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path,
                                                                        gps::Dictionary& dictionary);
 
-/// `readMagellanUnitIDFromPath:error:`: the unit file of a volume; its presence makes the volume a
-/// receiver.
+/// `readMagellanUnitIDFromPath:error:`: reads the unit file of a volume. A volume is a receiver if
+/// this file exists.
 [[nodiscard]] std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume,
                                                                    gps::Dictionary& dictionary);
 
-/// Where a volume's unit file lies.
+/// The path of a volume's unit file.
 [[nodiscard]] std::string unitFilePath(const std::string& volume);
 
-/// `readMagellanFolderDictionaryFromPath:`: the names of a volume's data folders by folder key,
-/// from its language file, or the default names when that cannot be read. @return  none when there
-/// are no default names either
+/// `readMagellanFolderDictionaryFromPath:`: the folder dictionary of a volume, which has the names
+/// of the data folders by folder key. Comes from the volume's language file or, if that cannot be
+/// read, from the plug-in's resources. Returns nullopt if both are missing.
 [[nodiscard]] std::optional<gps::Dictionary>
 readMagellanFolderDictionaryFromPath(const std::string& volume);
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Members of MagellanGPSPlugin: identity, creation and the start of every operation.
 
 #include "MagellanGPSPlugin.h"
 
@@ -48,7 +49,7 @@ std::optional<std::vector<std::string>> MagellanGPSPlugin::fileTypes() const
     return std::vector<std::string>{"log", "rte", "upt", "gs"};
 }
 
-void MagellanGPSPlugin::takeDebugLevel(const gps::Dictionary& options)
+void MagellanGPSPlugin::setDebugLevelFromOptions(const gps::Dictionary& options)
 {
     debugLevel_ = GetIntValueForKey(&options, "debug", debugLevel_);
 }
@@ -69,7 +70,7 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
     if (!error) {
         for (const auto& [key, value] : additions)
             work.set(key, value);
-        // The worker keeps the driver and its work dictionary until it ends: nobody joins it.
+        // Nobody joins the worker, so it owns a reference to the driver and its work dictionary.
         error = gps::detachNewThread([self = shared_from_this(), work = std::move(work), body] {
             (self.get()->*body)(work);
         });

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// MagellanGPSPlugin: the driver of receivers that mount as a disk, and the base of the one for
-// serial ports. Its operations stand in six sources: MagellanGPSPlugin.cpp (identity, creation, the
-// front of every operation), DeviceDiscovery.cpp, AcquireDriver.cpp, FileImport.cpp, SendDriver.cpp
-// and SendPlan.cpp. [host thread], but for the worker bodies: these work from their work dictionary
-// alone and never read the driver's fields.
+// MagellanGPSPlugin: the driver of receivers that mount as a disk, and the base class of the serial
+// driver. Its members are defined in several sources, one per subject: MagellanGPSPlugin.cpp
+// (identity, creation, the start of every operation), DeviceDiscovery.cpp, AcquireDriver.cpp,
+// FileImport.cpp, SendDriver.cpp and FileDevice.cpp. [host thread], except for the worker entry
+// points runAcquire() and runSend(), which use only their work dictionary.
 
 #pragma once
 
@@ -31,8 +31,8 @@ class MagellanGPSPlugin : public gps::GPSPlugInProtocol,
                           public gps::GPSDeviceSearch,
                           public std::enable_shared_from_this<MagellanGPSPlugin> {
 public:
-    /// `getPluginForClass:`: a new driver, with its view loaded and the devices looked for.
-    /// @return  null for another class, or when the view resource is missing or broken
+    /// `getPluginForClass:`: creates a driver, loads its view and searches for devices.
+    /// @return  null for a class other than kPlugInClass, or if the view cannot be loaded
     [[nodiscard]] static std::shared_ptr<MagellanGPSPlugin>
     getPluginForClass(std::string_view plugInClass);
 
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] bool needsSerialRefresh() const override { return false; }
     [[nodiscard]] bool needsFileSystemRefresh() const override { return true; }
 
-    // Operations. There is no live position, and nothing can be cancelled.
+    // Operations. Live position is not offered, and a running operation cannot be cancelled.
     [[nodiscard]] std::optional<gps::Error> gpsRunAcquire(const Status& status,
                                                           const gps::Dictionary& options) override;
     [[nodiscard]] std::optional<gps::Error> gpsRunSend(const gps::Dictionary* data,
@@ -67,19 +67,20 @@ public:
     bool refreshDeviceList() override;
     [[nodiscard]] gps::Array deviceList() const override { return fsDeviceList_; }
 
-    /// `initFSDeviceList`: looks for receivers among the removable volumes and the test folders,
-    /// shows them in the view and selects the first.
+    /// `initFSDeviceList`: searches the removable volumes and the test folders for receivers, shows
+    /// them in the view and selects the first.
     void initFSDeviceList();
 
-    /// Every mounted volume and every test folder, with what came of looking at it.
+    /// Returns every mounted volume and test folder and why it is a device or not.
     [[nodiscard]] std::vector<gps::SearchedPlace> searchedPlaces() const override;
 
-    // What a host asks before a send.
+    // Before a send.
     [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;
     [[nodiscard]] std::vector<std::string> dataFolders() const override;
     [[nodiscard]] std::string deviceCharacters() const override;
     [[nodiscard]] std::size_t longestName() const override;
-    [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
+    [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
+    [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 
     [[nodiscard]] const gps::Array& fsDeviceList() const noexcept { return fsDeviceList_; }
     void setFsDeviceList(gps::Array records) { fsDeviceList_ = std::move(records); }
@@ -100,7 +101,7 @@ public:
         outlets_.deviceButton = std::move(button);
     }
 
-    // The access bracket around what is read from the host thread.
+    // Opens and closes the system's access to the selected volume. Used around an import.
     void startAuthorizedAccess();
     void endAuthorizedAccess();
     [[nodiscard]] const std::optional<gps::SecurityScopedURL>& securityURL() const noexcept
@@ -112,47 +113,47 @@ public:
         securityURL_ = std::move(url);
     }
 
-    /// `importFile:to:withOptions:`: reads one sentence file that the user picked, before it
-    /// returns. The options are not looked at.
-    /// @param path  none: there is no path, and so no extension
-    /// @throws gps::RangeError  after the end was reported
+    /// `importFile:to:withOptions:`: reads one sentence file that the user picked and reports its
+    /// records before returning. There is no argument for options: none affects an import.
+    /// @param path  nullopt counts as a path without an extension
+    /// @throws gps::RangeError  the file has a truncated sentence; the end has been reported
     [[nodiscard]] std::optional<gps::Error> importFile(const std::optional<std::string>& path,
                                                        gps::GPSOutputReceiver& status) const;
 
     [[nodiscard]] std::int32_t debugLevel() const noexcept { return debugLevel_; }
 
 protected:
-    /// The class initialiser: the tables that every driver shares, built before there is a driver,
-    /// so that workers only ever read them.
+    /// The class initialiser: builds the tables that all drivers share. Called before any driver
+    /// exists, so that workers only read them.
     static void buildSharedTables();
 
-    /// Sets the debug level to the option "debug", if there is one.
-    void takeDebugLevel(const gps::Dictionary& options);
+    /// Sets the debug level to the option "debug", if present.
+    void setDebugLevelFromOptions(const gps::Dictionary& options);
 
-    /// Starts `runAcquire:` on a worker. @return  why it could not start, after `gpsStateChange:` 0
-    /// was sent
+    /// Starts `runAcquire:` on a worker.
+    /// @return  why it did not start; `gpsStateChange:` 0 has been sent then
     [[nodiscard]] std::optional<gps::Error> startAcquire(const Status& status,
                                                          const gps::Dictionary& options);
 
-    /// `setUpDictionaryForThreadingFromOptions:withError:`: the options with "folders" and
-    /// "targetPath".
-    /// @param work  out: the work dictionary; untouched after a failure
+    /// `setUpDictionaryForThreadingFromOptions:withError:`: checks that a device is selected and
+    /// readable.
+    /// @param work  out: the options with "folders" and "targetPath"; unchanged after a failure
     [[nodiscard]] virtual std::optional<gps::Error>
     setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
                                            gps::Dictionary& work) const;
 
-    /// `runAcquire:`, `runSend:`. [worker]
+    /// `runAcquire:`, `runSend:`: the bodies of the workers. They always end with `gpsStateChange:`
+    /// 0. [worker]
     virtual void runAcquire(const gps::Dictionary& work);
     virtual void runSend(const gps::Dictionary& work);
 
-    /// Writes "class name: error" to the log if the debug level asks for it, and hands the error
-    /// back.
+    /// Logs "class name: error" if the debug level is not 0. Returns the error.
     [[nodiscard]] gps::Error logged(gps::Error error) const;
 
-    /// Takes a view's outlets and connects what the user does in it.
+    /// Stores a view's outlets and connects their actions to this driver.
     void connect(gps::ViewOutlets outlets);
 
-    // What the view's pop-up shows; nothing without a view.
+    // Update the view's pop-up. Without a view they do nothing.
     void showItems(const gps::Array& records, bool isShown);
     void showSelection(const gps::Array& records, const std::optional<gps::Dictionary>& selected);
     virtual void userPicked(std::size_t item);
@@ -160,13 +161,14 @@ protected:
 private:
     using WorkerBody = void (MagellanGPSPlugin::*)(const gps::Dictionary& work);
 
-    /// The front of every operation: sets up, adds entries to the work dictionary and starts the
-    /// body on a worker.
+    /// Starts an operation: builds the work dictionary, adds entries to it and starts the body on a
+    /// detached worker.
     [[nodiscard]] std::optional<gps::Error> startWorker(const Status& status,
                                                         const gps::Dictionary& options,
                                                         const gps::Dictionary& additions,
                                                         WorkerBody body);
 
+    /// The selected device's volume path; null if no device is selected.
     [[nodiscard]] const std::string* location() const;
     void userPressedDeviceButton();
     void showDevices();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the driver sends to a mounted receiver: the host's call, and the worker that writes kind by
-// kind.
+// Members of MagellanGPSPlugin: the send to a mounted receiver. The host's call starts a worker
+// that writes one kind after the other.
 
 #include "../common/Errors.h"
 #include "DeviceFileWriters.h"
@@ -18,20 +18,20 @@ namespace {
 std::optional<gps::Error> write(const SendJob& job)
 {
     switch (job.kind) {
-    case SendKind::kTracks:
+    case RecordKind::kTracks:
         return saveTracks(job.records, *job.folder, false);
-    case SendKind::kWaypoints:
+    case RecordKind::kWaypoints:
         return saveWaypoints(job.records, *job.folder, false);
-    case SendKind::kGeocaches:
+    case RecordKind::kGeocaches:
         return saveGeocaches(job.records, *job.folder, false);
-    case SendKind::kRoutes:
+    case RecordKind::kRoutes:
         break;
     }
     return saveRoutes(job.records, *job.folder, false);
 }
 
-/// Writes what there is a folder for. A failure, thrown ones included, is logged and goes no
-/// further: what follows is written all the same.
+/// Writes the records of one kind. Failures, exceptions included, are logged only: the other kinds
+/// are written all the same.
 void save(const SendJob& job)
 {
     if (!job.folder)
@@ -50,7 +50,7 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
                                                         const Status& status,
                                                         const gps::Dictionary& options)
 {
-    takeDebugLevel(options);
+    setDebugLevelFromOptions(options);
     if (data == nullptr) {
         status->gpsStateChange(0);
         return std::nullopt;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// SendOrder: what a send writes, and in which order; shared by the worker that does it and by the
-// plan that tells it beforehand. Stateless: [any] thread.
+// SendOrder: what a send writes, and in which order. Used by the worker that sends and by the
+// planning before it, so that both agree. Stateless. [any]
 
 #pragma once
+
+#include "../common/RecordKind.h"
 
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
@@ -14,30 +16,30 @@
 
 namespace magellan {
 
-enum class SendKind { kTracks, kWaypoints, kGeocaches, kRoutes };
-
-/// Records of one kind and the folder that they go to; none where the receiver has no such folder:
-/// nothing is written then.
+/// The records of one kind that a send writes.
 struct SendJob {
-    SendKind kind;
+    RecordKind kind;
     gps::Array records;
-    std::optional<std::string> folder;
+    std::optional<std::string> folder; ///< absolute; nullopt: the receiver has no folder for the
+                                       ///< kind, so nothing is written
 };
 
-/// The path that stands for a job in what is said of it: the default file that its kind is merged
-/// into; for tracks, which get a file each, their folder. Precondition: the job has a folder.
+/// The path to name in messages about a job: the default file into which its records are merged or,
+/// for tracks, which get one file each, their folder.
+/// Precondition: the job has a folder.
 [[nodiscard]] std::string targetOf(const SendJob& job);
 
-/// What a host sees as one sending.
+/// The jobs between one `startSending:kind:extra:` and its `endSending:`.
 struct SendBracket {
     std::string_view label;
     gps::TransferKind kind;
     std::vector<SendJob> jobs;
 };
 
-/// Tracks, then waypoints with the geocaches among them, then routes, each if the data holds it.
-/// @param data     "track", "waypoint", "route": arrays of records
-/// @param folders  folder key to folder name
+/// Returns the brackets of a send: tracks, then waypoints and geocaches, then routes. A key that
+/// the data lacks has no bracket.
+/// @param data     arrays of records under "track", "waypoint" and "route"
+/// @param folders  the folder dictionary: folder key to folder name
 /// @param volume   the receiver's root
 [[nodiscard]] std::vector<SendBracket>
 sendOrder(const gps::Dictionary& data, const gps::Dictionary& folders, const std::string& volume);

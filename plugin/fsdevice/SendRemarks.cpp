@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The texts are made with the same functions that write the records, and compared with the
+// originals.
 
 #include "SendRemarks.h"
 
@@ -16,32 +18,32 @@
 namespace magellan {
 namespace {
 
-/// Receivers read so many geocaches from a file, and keep so many waypoints with comments.
+// Limits of the receivers: geocaches read from a file, and waypoints with comments.
 constexpr std::size_t kMostGeocaches = 200;
 constexpr std::size_t kMostComments = 200;
 
-/// Gathers sentences; one that would be said twice is said once.
+/// Appends sentences to a list, equal ones only once.
 class Remarks {
 public:
     explicit Remarks(std::vector<std::string>& out) : out_(out) {}
 
-    void say(std::string remark)
+    void add(std::string remark)
     {
-        if (said_.insert(remark).second)
+        if (added_.insert(remark).second)
             out_.push_back(std::move(remark));
     }
 
-    void changed(std::string_view kind, std::string_view key, const std::string& before,
-                 const std::string& after)
+    void addChange(std::string_view kind, std::string_view key, const std::string& before,
+                   const std::string& after)
     {
         if (before != after)
-            say("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} +
+            add("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} +
                 " becomes \"" + after + "\".");
     }
 
 private:
     std::vector<std::string>& out_;
-    std::set<std::string> said_;
+    std::set<std::string> added_;
 };
 
 void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::string_view key,
@@ -49,9 +51,9 @@ void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::str
 {
     const auto* text = record.findString(key);
     if (text != nullptr)
-        remarks.changed(kind, key, *text,
-                        cut ? magellanStringFromDictionary(record, key, kLongestName)
-                            : magellanStringFromDictionary(record, key));
+        remarks.addChange(kind, key, *text,
+                          cut ? magellanStringFromDictionary(record, key, kLongestName)
+                              : magellanStringFromDictionary(record, key));
 }
 
 bool hasOnlyDeviceCharacters(std::string_view text)
@@ -59,8 +61,8 @@ bool hasOnlyDeviceCharacters(std::string_view text)
     return gps::stringByRemovingCharactersNotInSet(text, deviceCharacterSet()) == text;
 }
 
-/// A symbol without an icon is written as the crossed box; an icon code stands for itself, whatever
-/// its characters.
+/// A symbol without an icon is written as the crossed box. A short unknown symbol is written
+/// unfiltered, as an icon code, so it may contain a "," or "*" that breaks the sentence.
 void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
 {
     const auto* symbol = record.findString("symbol");
@@ -70,11 +72,11 @@ void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
     const auto icon = map.magellanIconFromSymbolString(symbol);
     if (icon == kMagellanSymbol_crossed_box && !map.contains(*symbol) &&
         *symbol != kMagellanSymbol_crossed_box)
-        remarks.say("The symbol \"" + *symbol + "\" has no icon and becomes \"" +
+        remarks.add("The symbol \"" + *symbol + "\" has no icon and becomes \"" +
                     std::string{map.symbolStringFromMagellanIcon(icon)} + "\".");
     if (icon == *symbol && !hasOnlyDeviceCharacters(icon))
-        remarks.say("The symbol \"" + *symbol +
-                    "\" is written as it is and spoils its sentence: choose another one.");
+        remarks.add("The symbol \"" + *symbol +
+                    "\" is written as it is and would damage its line: choose another one.");
 }
 
 bool canBeWritten(const gps::Dictionary& record)
@@ -85,42 +87,42 @@ bool canBeWritten(const gps::Dictionary& record)
            gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->longitude, false);
 }
 
-void remarkOnPlace(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)
+void remarkOnPosition(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)
 {
     if (canBeWritten(record))
         return;
     const auto* name = record.findString("name");
-    remarks.say("The " + std::string{kind} + " \"" + (name != nullptr ? *name : "") +
-                "\" has no place that can be written.");
+    remarks.add("The " + std::string{kind} + " \"" + (name != nullptr ? *name : "") +
+                "\" has no position that can be written.");
 }
 
 void remarkOnWaypoint(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)
 {
     if (record.findString("name") == nullptr) {
-        remarks.say("A " + std::string{kind} + " without a name is left out.");
+        remarks.add("A " + std::string{kind} + " without a name is skipped.");
         return;
     }
     remarkOnText(kind, record, "name", true, remarks);
     remarkOnText(kind, record, "comment", false, remarks);
     remarkOnSymbol(record, remarks);
-    remarkOnPlace(kind, record, remarks);
+    remarkOnPosition(kind, record, remarks);
 }
 
 void remarkOnGeocache(const gps::Dictionary& record, Remarks& remarks)
 {
     if (!geocacheKey(record)) {
-        remarks.say("A geocache without an identifier or a name is left out.");
+        remarks.add("A geocache without an identifier or a name is skipped.");
         return;
     }
     for (const auto key : gps::kGeocacheKeys)
         remarkOnText("geocache", record, key, false, remarks);
-    remarkOnPlace("geocache", record, remarks);
+    remarkOnPosition("geocache", record, remarks);
 }
 
 void remarkOnRoute(const gps::Dictionary& record, Remarks& remarks)
 {
     if (record.findString("name") == nullptr)
-        remarks.say("A route without a name is left out, but for its points.");
+        remarks.add("A route without a name is skipped, except for its points.");
     remarkOnText("route", record, "name", true, remarks);
     remarkOnText("route", record, "comment", false, remarks);
     const auto* points = record.findArray("points");
@@ -143,8 +145,8 @@ void remarkOnTrack(const gps::Dictionary& record, Remarks& remarks)
         unwritable += point == nullptr || !canBeWritten(*point) ? 1U : 0U;
     }
     if (unwritable > 0)
-        remarks.say("A track loses " + std::to_string(unwritable) +
-                    " points without a place that can be written.");
+        remarks.add("A track loses " + std::to_string(unwritable) +
+                    " points without a position that can be written.");
 }
 
 std::size_t linesWithComments(std::string_view content)
@@ -177,32 +179,32 @@ void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks)
         if (record == nullptr)
             continue;
         switch (job.kind) {
-        case SendKind::kTracks:
+        case RecordKind::kTracks:
             remarkOnTrack(*record, gathered);
             break;
-        case SendKind::kWaypoints:
+        case RecordKind::kWaypoints:
             remarkOnWaypoint("waypoint", *record, gathered);
             break;
-        case SendKind::kGeocaches:
+        case RecordKind::kGeocaches:
             remarkOnGeocache(*record, gathered);
             break;
-        case SendKind::kRoutes:
+        case RecordKind::kRoutes:
             remarkOnRoute(*record, gathered);
             break;
         }
     }
 }
 
-void remarkOnFile(SendKind kind, std::string_view path, std::string_view content,
+void remarkOnFile(RecordKind kind, std::string_view path, std::string_view content,
                   std::vector<std::string>& remarks)
 {
     const std::string file{path};
-    if (kind == SendKind::kGeocaches) {
+    if (kind == RecordKind::kGeocaches) {
         if (const auto count = geocachesIn(content); count > kMostGeocaches)
             remarks.push_back(file + " would hold " + std::to_string(count) +
                               " geocaches; receivers read the first 200.");
     }
-    if (kind == SendKind::kWaypoints) {
+    if (kind == RecordKind::kWaypoints) {
         if (const auto count = linesWithComments(content); count > kMostComments)
             remarks.push_back(file + " would hold " + std::to_string(count) +
                               " waypoints with comments; receivers keep 200.");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SendRemarks: what of a host's records will not arrive on a receiver as it is. Stateless: [any]
-// thread.
+// SendRemarks: sentences for the user about records that a receiver would store changed,
+// incompletely or not at all. Part of the planning before a send. Stateless. [any]
 
 #pragma once
 
@@ -12,13 +12,13 @@
 
 namespace magellan {
 
-/// Appends a sentence for each text that loses characters or is cut, each symbol that has no icon,
-/// and each record that is left out.
+/// Appends a remark for each text that loses characters or is cut, each symbol without an icon, and
+/// each record that will not be written. Equal remarks are appended once.
 void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks);
 
-/// Appends a sentence when a file holds more than receivers take from it.
-/// @param content  the whole text of a file of that kind
-void remarkOnFile(SendKind kind, std::string_view path, std::string_view content,
+/// Appends a remark if a file has more records than receivers read from it.
+/// @param content  the complete text of the file
+void remarkOnFile(RecordKind kind, std::string_view path, std::string_view content,
                   std::vector<std::string>& remarks);
 
 } // namespace magellan

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The module's entry: what a host looks up by name after loading the bundle.
+// The module's entry point, which a host looks up by name after loading the bundle.
 
 #include "MagellanGPSPluginLoader.h"
 
@@ -10,7 +10,7 @@ VeloranPlugInPrincipalClass(const char* className);
 
 gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className)
 {
-    // Never destroyed: a host may ask it until the process ends.
+    // Never destroyed: a host may use it until the process exits.
     static auto* const loader = new magellan::MagellanGPSPluginLoader;
     return className == std::string_view{"MagellanGPSPluginLoader"} ? loader : nullptr;
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The information dictionary and the creation of the drivers.
 
 #include "MagellanGPSPluginLoader.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's principal class: the first that a host asks. No state. [host thread]
+// MagellanGPSPluginLoader: the plug-in's principal class, which a host asks for the drivers.
+// Stateless. [host thread]
 
 #pragma once
 
@@ -15,8 +16,8 @@ public:
     [[nodiscard]] std::string piClass() override { return "GPSPlugIn"; }
     [[nodiscard]] std::int32_t piAPIVersion() override { return 1; }
 
-    /// The driver of mounted receivers, then the one for serial ports; whichever cannot be made is
-    /// left out.
+    /// Returns the driver of mounted receivers and the one of serial receivers, in this order, as
+    /// far as they can be created; nullopt if neither can, or for another class than "GPSPlugIn".
     [[nodiscard]] std::optional<gps::PlugInEnumerator>
     piGetPlugInsForClass(std::string_view plugInClass) override;
 

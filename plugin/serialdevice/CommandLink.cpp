@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The log lines are part of the link's behaviour: people read recorded sessions in them.
 
 #include "CommandLink.h"
 
@@ -10,7 +11,7 @@ namespace magellan {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
-constexpr float kTimeoutSeconds = 1.0F; ///< of each read
+constexpr float kTimeoutSeconds = 1.0F;
 
 std::string acknowledgementOf(std::string_view body)
 {
@@ -24,14 +25,13 @@ std::string acknowledgementOf(std::string_view body)
 
 void CommandLink::sendCommand(std::string_view body)
 {
-    if (serial_ != nullptr)
-        serial_->sendString(gps::NMEAUtils::addChecksumToNMEASentence(body) + kLineEnd,
-                            gps::StringEncoding::kASCII);
+    serial_.sendString(gps::NMEAUtils::addChecksumToNMEASentence(body) + kLineEnd,
+                       gps::StringEncoding::kASCII);
 }
 
 std::optional<std::string> CommandLink::readLine()
 {
-    return serial_ != nullptr ? serial_->readStringTo(kLineEnd, kTimeoutSeconds) : std::nullopt;
+    return serial_.readStringTo(kLineEnd, kTimeoutSeconds);
 }
 
 std::optional<std::string> CommandLink::sendCommandAwaitResponse(std::string_view body)
@@ -55,8 +55,7 @@ std::optional<std::string> CommandLink::readResponseWithChecksum()
         gps::logLine(" -- invalid/no response -- " + *line + ' ');
         return std::nullopt;
     }
-    sendCommand(
-        acknowledgementOf(*reply)); // first of all: the receiver waits for it before it sends on
+    sendCommand(acknowledgementOf(*reply)); // before anything else: the receiver waits for it
     gps::logLine(std::string{" -- "}.append(*reply));
     return std::string{*reply};
 }

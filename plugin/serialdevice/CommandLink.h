@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// CommandLink: how one talks with a receiver on a serial port - sentences out, sentences in,
-// acknowledgements both ways. A download session talks through it. [worker]
+// CommandLink: the conversation with a receiver on a serial port: sentences out, sentences in,
+// acknowledgements both ways. A download session owns one. [worker]
 //
-// On the line a body travels as "$", the body, "*", two hexadecimal digits of checksum, CR LF. With
-// handshaking on, whoever gets a valid sentence answers "PMGNCSM,hh" with that sentence's checksum.
+// On the line a body is framed as "$", the body, "*", two hexadecimal digits of checksum, CR LF.
+// While handshaking is on, whoever receives a valid sentence answers "PMGNCSM,hh" with the checksum
+// of that sentence.
 
 #pragma once
 
@@ -17,37 +18,36 @@ class OrvSerial;
 
 namespace magellan {
 
-/// What every operation here may throw: gps::SerialFailure, when the line fails.
+/// All operations throw gps::SerialFailure if the line fails. Each read waits at most 1 second.
 class CommandLink {
 public:
-    static constexpr int kAttempts = 5; ///< of a command that must be acknowledged
+    /// How often a command that must be acknowledged is sent.
+    static constexpr int kAttempts = 5;
 
-    /// @param serial  an open port that outlives this object; with none nothing is sent and nothing
-    /// read
-    explicit CommandLink(gps::OrvSerial* serial) : serial_(serial) {}
+    /// @param serial  an open port; must outlive this object
+    explicit CommandLink(gps::OrvSerial& serial) : serial_(serial) {}
 
-    /// `sendCommand:`: sends a body and waits for nothing.
+    /// `sendCommand:`: sends a body without waiting for a reply.
     void sendCommand(std::string_view body);
 
-    /// `sendCommandAwaitResponse:`: sends a body and reads one line. What comes is not
-    /// acknowledged.
-    /// @return  the reply's body; none when nothing valid came in time
+    /// `sendCommandAwaitResponse:`: sends a body and reads one line, which is not acknowledged.
+    /// @return  the body of the reply; nullopt if none arrived or it was not valid
     [[nodiscard]] std::optional<std::string> sendCommandAwaitResponse(std::string_view body);
 
-    /// `readResponseWithChecksum`: reads one sentence and acknowledges it.
-    /// @return  its body; none when nothing came in time, or what came is not valid (and then not
-    /// acknowledged)
+    /// `readResponseWithChecksum`: reads one sentence and acknowledges it if it is valid.
+    /// @return  its body; nullopt if none arrived or it was not valid
     [[nodiscard]] std::optional<std::string> readResponseWithChecksum();
 
-    /// `sendCommandWithChecksum:`: sends a body until the receiver acknowledges it; whatever else
-    /// it answers counts as a failed attempt. @return  whether it did within `kAttempts` sendings
+    /// `sendCommandWithChecksum:`: sends a body until the receiver acknowledges it, at most
+    /// kAttempts times. Any other reply is dropped and counts as a failed attempt.
+    /// @return  whether it was acknowledged
     bool sendCommandWithChecksum(std::string_view body);
 
-    /// Reads one line as it is, without its end. @return  none when none came within 1 second
+    /// Reads one line as it is, without its line end. Returns nullopt if none arrived.
     [[nodiscard]] std::optional<std::string> readLine();
 
 private:
-    gps::OrvSerial* serial_;
+    gps::OrvSerial& serial_;
 };
 
 } // namespace magellan

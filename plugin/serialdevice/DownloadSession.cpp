@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
+// The steps follow the protocol one by one and never test whether a command was acknowledged: a
+// receiver that misses one still gets the rest, close-down included.
 
 #include "DownloadSession.h"
 
 #include "../codec/RouteSentence.h"
+#include "../codec/SentenceFields.h"
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/Records.h"
-#include "../common/TrackNames.h"
+#include "../common/TrackAnnouncer.h"
 
 #include <gps/GPSOutputReceiver.h>
-#include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/System/Log.h>
 
@@ -25,14 +27,23 @@ namespace {
 constexpr int kOpeningSpeed = 4800;
 constexpr int kDataSpeed = 115200;
 
-/// The speeds at which a receiver may be found, the likeliest first. Bits per second.
+/// The speeds to try, in bits per second, the likeliest first.
 constexpr std::array kProbeSpeeds{4800, 115200, 1200, 9600, 19200, 57600};
 constexpr int kProbeAttempts = 5; ///< at each speed
 
-constexpr int kReplyBudget = 5; ///< reads of a phase that may bring nothing
+/// How many reads of a phase may fail before the phase ends.
+constexpr int kReplyBudget = 5;
 
 constexpr char kVersionAcknowledged[] = "PMGNCSM,28";
 constexpr char kEnd[] = "PMGNCMD,END";
+
+/// Splits a reply, which the link has checked already. Returns nullopt if there is no reply or it
+/// is another sentence than `name`.
+std::optional<SentenceFields> fieldsOf(const std::optional<std::string>& body,
+                                       std::string_view name)
+{
+    return body ? SentenceFields::ofBody(*body, name) : std::nullopt;
+}
 
 std::string speedCommand(int bitsPerSecond)
 {
@@ -43,7 +54,7 @@ std::string speedCommand(int bitsPerSecond)
 
 DownloadSession::DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status,
                                  const gps::Dictionary& work)
-    : serial_(serial), status_(status), work_(work), link_(&serial)
+    : serial_(serial), status_(status), work_(work), link_(serial)
 {}
 
 std::optional<gps::Error> DownloadSession::run()
@@ -75,8 +86,8 @@ std::optional<gps::Error> DownloadSession::open()
                      "The port might be in use by another program");
 }
 
-/// Looks for the speed at which the receiver answers. @return  its first answer; none: it never
-/// gave one
+/// Finds the speed at which the receiver answers. Returns its first answer; nullopt if there was
+/// none at any speed.
 std::optional<std::string> DownloadSession::probe()
 {
     for (const int speed : kProbeSpeeds) {
@@ -91,8 +102,8 @@ std::optional<std::string> DownloadSession::probe()
     return std::nullopt;
 }
 
-/// A receiver that acknowledged has its handshaking on, and its version is still to come. Any other
-/// one does not acknowledge yet, so this is not waited for either.
+/// A receiver that acknowledges the question has its handshaking on, and its version is still to
+/// come. Any other receiver does not acknowledge commands yet, so HANDON is not waited for.
 void DownloadSession::handshake(const std::optional<std::string>& reply)
 {
     if (reply == kVersionAcknowledged)
@@ -110,7 +121,7 @@ void DownloadSession::switchTransferOn()
 void DownloadSession::speedUp()
 {
     changeSpeed(kDataSpeed);
-    logLineAfter("TON"); // the text that those who read such logs look for
+    logLineAfter("TON"); // deliberately the text of the step before
 }
 
 void DownloadSession::downloadWaypoints()
@@ -120,9 +131,11 @@ void DownloadSession::downloadWaypoints()
     link_.sendCommandWithChecksum("PMGNCMD,WAYPOINT");
     if (isReported)
         status_.startTransfer(gps::TransferKind::kWaypoints);
-    forEachReply([&](const std::optional<std::string>& /*body*/, const std::string& sentence) {
-        if (!interpretWayPointSentence(sentence, point_, &extras_))
+    forEachReply([&](const std::optional<std::string>& body) {
+        const auto fields = fieldsOf(body, kWayPointSentence);
+        if (!fields)
             return;
+        readWayPoint(*fields, point_, &extras_);
         if (isReported)
             status_.wayPoint(point_, extras_);
         if (isKept)
@@ -132,8 +145,8 @@ void DownloadSession::downloadWaypoints()
         status_.endTransfer(gps::TransferKind::kWaypoints);
 }
 
-/// The one thing that grows with what a receiver sends: so one that never stops sending must not
-/// get on for ever.
+/// This map is the only state that grows with input, so it is capped against a receiver that never
+/// stops sending.
 void DownloadSession::keepForRoutes()
 {
     keepByName(extras_, point_, waypoints_);
@@ -145,11 +158,13 @@ void DownloadSession::downloadTracks()
 {
     link_.sendCommandWithChecksum("PMGNCMD,TRACK,2");
     status_.startTransfer(gps::TransferKind::kTracks);
-    TrackNames names{status_};
-    forEachReply([&](const std::optional<std::string>& /*body*/, const std::string& sentence) {
-        if (!interpretTrackPointSentence(sentence, point_, &extras_))
+    TrackAnnouncer announcer{status_};
+    forEachReply([&](const std::optional<std::string>& body) {
+        const auto fields = fieldsOf(body, kTrackPointSentence);
+        if (!fields)
             return;
-        names.pointWith(extras_);
+        readTrackPoint(*fields, point_, &extras_);
+        announcer.beforePoint(extras_);
         status_.trackPoint(point_, extras_);
     });
     status_.endTransfer(gps::TransferKind::kTracks);
@@ -162,9 +177,10 @@ void DownloadSession::downloadRoutes()
     std::size_t room = kRoutePointRoom;
     link_.sendCommandWithChecksum("PMGNCMD,ROUTE");
     status_.startTransfer(gps::TransferKind::kRoutes);
-    forEachReply([&](const std::optional<std::string>& body, const std::string& sentence) {
+    forEachReply([&](const std::optional<std::string>& body) {
         gps::logLine(body.value_or("(null)"));
-        if (!interpretRouteSentence(sentence, points, waypoints_, info, room))
+        const auto fields = fieldsOf(body, kRouteSentence);
+        if (!fields || !readRoute(*fields, points, waypoints_, info, room))
             return;
         reportRoute(info, points, status_);
         points.clear();
@@ -174,8 +190,8 @@ void DownloadSession::downloadRoutes()
     status_.endTransfer(gps::TransferKind::kRoutes);
 }
 
-/// Leaves the receiver as it was found. Where it was not found at all, its speed is set to 0 like
-/// to any other.
+/// Restores the receiver's state. If it was never found, the speed to restore is 0, which is sent
+/// and set like any other.
 void DownloadSession::closeDown()
 {
     link_.sendCommandWithChecksum("PMGNCMD,TOFF");
@@ -197,19 +213,18 @@ void DownloadSession::changeSpeed(int bitsPerSecond)
     serial_.setBaudRate(bitsPerSecond);
 }
 
-/// Some receivers say something more after a switch: nothing that the session needs, but it must
-/// not be taken for an answer.
+/// Some receivers send another line after a switch. It is read here so that it is not taken for the
+/// reply to the next command.
 void DownloadSession::logLineAfter(std::string_view step)
 {
     if (const auto line = link_.readLine())
         gps::logLine(std::string{"Response after "}.append(step).append(" = ").append(*line));
 }
 
-/// Reads replies until the receiver's END, or until the budget of reads that bring nothing is
-/// spent: good ones do not restore it.
-/// @param take  gets the body (none: nothing came) and the sentence (empty then); the extras are
-/// empty at each call
-template <typename Take> void DownloadSession::forEachReply(Take take)
+/// Reads replies until END, or until kReplyBudget reads have failed, in a row or not.
+/// @param visit  gets the body of each reply, END included, and nullopt for each failed read. The
+///               extras are empty at each call
+template <typename Visit> void DownloadSession::forEachReply(Visit visit)
 {
     point_ = {};
     int budget = kReplyBudget;
@@ -219,7 +234,7 @@ template <typename Take> void DownloadSession::forEachReply(Take take)
         if (!reply)
             --budget;
         extras_.clear();
-        take(reply, reply ? gps::NMEAUtils::addChecksumToNMEASentence(*reply) : std::string{});
+        visit(reply);
     } while (reply != kEnd && budget > 0);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // DownloadSession: one download from a receiver on a serial port, from finding its speed to
-// switching everything off again. The serial driver's worker runs it. [worker]
+// restoring its state. The serial driver's worker creates one and runs it. [worker]
 
 #pragma once
 
@@ -23,26 +23,28 @@ namespace magellan {
 
 class DownloadSession {
 public:
-    static constexpr std::size_t kMostWaypoints =
-        100'000; ///< that are kept for routes; receivers hold some thousand
+    /// How many waypoints are kept for the routes. Receivers hold a few thousand.
+    static constexpr std::size_t kMostWaypoints = 100'000;
 
     /// @param serial  a closed port
-    /// @param work    "location": the port to open; "waypoints", "tracks", "routes": what to
-    /// download (absent: not) All three outlive this object.
+    /// @param status  gets the records
+    /// @param work    "location": the port to open; "waypoints", "tracks", "routes": whether to
+    ///                download these (no by default)
+    /// All three must outlive this object.
     DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status,
                     const gps::Dictionary& work);
 
-    /// Runs the whole session. A receiver that never answers, or not as it should, is no failure:
-    /// its phases stay empty.
-    /// @return  why the port could not be opened. The port is left open otherwise
-    /// @throws  gps::SerialFailure      the line fails
-    /// @throws  gps::RangeError         a sentence is too short
-    /// @throws  std::length_error       there is no end of waypoints to keep for the routes, or of
-    /// a route's points
+    /// Runs the whole session. Call it once. A receiver that never answers is not an error: its
+    /// phases stay empty. The port stays open unless opening it failed.
+    /// @return  why the port could not be opened
+    /// @throws gps::SerialFailure  the line failed
+    /// @throws gps::RangeError     a sentence was truncated
+    /// @throws std::length_error   there were more than kMostWaypoints waypoints to keep, or the
+    ///                             points of a route exceeded kRoutePointRoom
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:
-    // The session's states, in their order.
+    // The steps of a session, in order.
     [[nodiscard]] std::optional<gps::Error> open();
     [[nodiscard]] std::optional<std::string> probe();
     void handshake(const std::optional<std::string>& reply);
@@ -57,17 +59,17 @@ private:
     [[nodiscard]] bool isWanted(const char* kind) const;
     void changeSpeed(int bitsPerSecond);
     void logLineAfter(std::string_view step);
-    template <typename Take> void forEachReply(Take take);
+    template <typename Visit> void forEachReply(Visit visit);
 
     gps::OrvSerial& serial_;
     gps::GPSOutputReceiver& status_;
     const gps::Dictionary& work_;
     CommandLink link_;
-    int foundSpeed_ = 0;  // bits per second at which the receiver answered; 0: it never did
-    gps::GPSPoint point_; // of the sentence at hand; one for a phase, since a track line may take
-                          // its day from the line before
-    gps::Dictionary extras_;    // what else the sentence at hand holds; emptied before each one
-    gps::Dictionary waypoints_; // name to record with its point, for the routes
+    int foundSpeed_ = 0;        // bits per second at which the receiver answered; 0: never
+    gps::GPSPoint point_;       // of the current sentence; a track point may take its day from
+                                // the one before, so it is reset per phase only
+    gps::Dictionary extras_;    // of the current sentence; cleared before each
+    gps::Dictionary waypoints_; // records with their points by name, for the routes
 };
 
 } // namespace magellan

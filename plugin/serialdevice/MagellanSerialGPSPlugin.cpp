@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Ports instead of volumes; everything else about a download is in DownloadSession.
 
 #include "MagellanSerialGPSPlugin.h"
 
@@ -49,7 +50,7 @@ std::vector<gps::SearchedPlace> MagellanSerialGPSPlugin::searchedPlaces() const
         const auto& record = *port.as<gps::Dictionary>();
         places.push_back({*record.findString("location"), "serial port",
                           gps::SearchedPlace::Verdict::kTaken,
-                          "Whether a receiver is at its end, only a download finds out", ""});
+                          "Only a download can find out whether a receiver is connected", ""});
     }
     return places;
 }
@@ -75,7 +76,7 @@ void MagellanSerialGPSPlugin::userPicked(std::size_t item)
 std::optional<gps::Error> MagellanSerialGPSPlugin::gpsRunAcquire(const Status& status,
                                                                  const gps::Dictionary& options)
 {
-    takeDebugLevel(options);
+    setDebugLevelFromOptions(options);
     GarminSetDebugLevel(debugLevel());
     return startAcquire(status, options);
 }
@@ -99,16 +100,15 @@ void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
     gps::GPSOutputReceiver& status = **work.find("output")->as<Status>();
     status.gpsStateChange(1);
     {
-        std::unique_ptr<gps::OrvSerial>
-            serial; // closed at the end of this scope, whatever leaves it
+        std::unique_ptr<gps::OrvSerial> serial; // closed at the end of this scope
         if (const auto error = download(serial, work, status))
             status.error(*error);
     }
     status.gpsStateChange(0);
 }
 
-/// The one place that catches what a session throws. The receiver is not switched back then: it
-/// cannot be reached.
+/// Runs a session and catches everything that it throws. The receiver's state is not restored then:
+/// the line to it has failed or makes no sense.
 std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial,
                                                             const gps::Dictionary& work,
                                                             gps::GPSOutputReceiver& status) const
@@ -131,7 +131,7 @@ std::unique_ptr<gps::OrvSerial> MagellanSerialGPSPlugin::makeSerial() const
     return gps::OrvSerial::create();
 }
 
-/// Nothing can be sent to these receivers: the operation ends as soon as it has begun.
+/// Nothing can be sent to these receivers, so the operation ends at once.
 void MagellanSerialGPSPlugin::runSend(const gps::Dictionary& work)
 {
     (*work.find("status")->as<Status>())->gpsStateChange(0);

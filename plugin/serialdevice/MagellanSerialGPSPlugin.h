@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// MagellanSerialGPSPlugin: the driver of receivers on a serial port. It downloads by a protocol of
-// commands; its send does nothing. What it shares with the driver of mounted receivers it inherits.
-// [host thread], but for the worker bodies.
+// MagellanSerialGPSPlugin: the driver of receivers on a serial port. It downloads with a protocol
+// of commands; its send does nothing. It inherits what it shares with the driver of mounted
+// receivers. [host thread], except for the worker entry points runAcquire() and runSend().
 
 #pragma once
 
@@ -23,9 +23,9 @@ namespace magellan {
 
 class MagellanSerialGPSPlugin : public MagellanGPSPlugin {
 public:
-    /// `getPluginForClass:`: a new driver with the first port selected.
-    /// @return  null for another class, while there is no serial port, or when the view resource is
-    /// missing or broken
+    /// `getPluginForClass:`: creates a driver with the first port selected.
+    /// @return  null for a class other than kPlugInClass, if there is no serial port, or if the
+    ///          view cannot be loaded
     [[nodiscard]] static std::shared_ptr<MagellanSerialGPSPlugin>
     getPluginForClass(std::string_view plugInClass);
 
@@ -51,17 +51,18 @@ public:
     bool refreshDeviceList() override { return !makeSerialPortList().empty(); }
     [[nodiscard]] gps::Array deviceList() const override { return serialPortList_; }
 
-    /// `makeSerialPortList`: looks which ports there are, shows them in the view and selects the
-    /// first, whichever was selected before.
+    /// `makeSerialPortList`: lists the ports anew, shows them in the view and selects the first,
+    /// whichever was selected before.
     const gps::Array& makeSerialPortList();
 
-    /// Every port: each may have a receiver at its end, which only a download finds out.
+    /// Returns every port as accepted: only a download can find out whether a receiver is
+    /// connected.
     [[nodiscard]] std::vector<gps::SearchedPlace> searchedPlaces() const override;
 
     [[nodiscard]] const gps::Array& serialPortList() const noexcept { return serialPortList_; }
     void setSerialPortList(gps::Array records) { serialPortList_ = std::move(records); }
 
-    /// The selected port's record: "location" and what the system knows of it.
+    /// The selected port's record: "location" and what the system knows about the port.
     [[nodiscard]] const std::optional<gps::Dictionary>& serialPort() const noexcept
     {
         return serialPort_;
@@ -69,7 +70,7 @@ public:
     void setSerialPort(std::optional<gps::Dictionary> record);
 
 protected:
-    /// The options with "location", the selected port's path.
+    /// Checks that a port is selected. The work dictionary is the options with "location".
     [[nodiscard]] std::optional<gps::Error>
     setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
                                            gps::Dictionary& work) const override;
@@ -77,7 +78,8 @@ protected:
     void runSend(const gps::Dictionary& work) override;
     void userPicked(std::size_t item) override;
 
-    /// The port of a session, still closed; null when the system cannot give one. [worker]
+    /// Creates the closed port of a session; null if the system cannot. Tests override this.
+    /// [worker]
     [[nodiscard]] virtual std::unique_ptr<gps::OrvSerial> makeSerial() const;
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// GPSFileDevice: what a driver whose devices are folders of files can tell before a send, so that a
-// host can keep a copy, say what will happen, and check afterwards that it did. Optional: a host
-// asks a driver for it by dynamic_cast. [host thread]
+// GPSFileDevice: optional interface of a driver whose devices store their data as files. It lets a
+// host back up the device before a send, show what the send will do, and verify the result. A host
+// asks a driver for it with dynamic_cast; the object is the driver itself. [host thread]
 
 #pragma once
 
@@ -9,59 +9,104 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace gps {
 
 /// What a send would do with one file of the device.
 struct PlannedFile {
-    enum class Fate {
-        kMade,   ///< nothing stands there yet
-        kMerged, ///< a present file gets a new content, what it held merged into it
-        kLeft,   ///< it would not be written: `error` tells why, and where there is none there is
+    enum class Action {
+        kCreate, ///< the file does not exist yet and would be written
+        kMerge,  ///< the file exists; its records and the sent ones would be written to it
+        kSkip,   ///< the file would not be written, because of `error` or because there is
                  ///< nothing to write
     };
 
-    std::string path;
-    Fate fate = Fate::kLeft;
-    std::string content; ///< all that the file would hold
+    std::string path; ///< absolute
+    Action action = Action::kSkip;
+    std::string content; ///< the complete file, byte for byte; meaningless for kSkip
 
-    /// What stands in the way; for a merged file: why its present content cannot be read and would
-    /// be lost.
+    /// kSkip: why the file cannot be written. kMerge: why its present content cannot be read; the
+    /// send would replace that content. Empty otherwise.
     std::optional<Error> error;
 };
 
 /// What a send would do.
 struct SendPlan {
-    std::vector<PlannedFile> files; ///< in the order of writing
-    std::vector<std::string>
-        remarks; ///< what would not arrive as it is, or not fit: a sentence each, for the user
+    std::vector<PlannedFile> files; ///< in writing order
+
+    /// One sentence for the user per text, symbol or record that the device would store changed,
+    /// incompletely or not at all.
+    std::vector<std::string> remarks;
 };
 
-class GPSFileDevice {
+/// A file of a device, as it was read.
+struct DeviceFile {
+    std::string path;    ///< absolute
+    std::string content; ///< byte for byte; empty if the file could not be read
+
+    /// Why the file's records are missing from a snapshot: it could not be read, or it is not text.
+    std::optional<Error> error;
+};
+
+/// The waypoints, geocaches and routes of a device as they were at one time. It is a copy: it never
+/// touches the device again, except that `planSend` checks whether files can be written.
+class DeviceSnapshot {
 public:
-    virtual ~GPSFileDevice();
+    virtual ~DeviceSnapshot() = default;
 
-    /// The selected device's own identifier, as a serial number; none when no device is selected or
-    /// it has none.
-    [[nodiscard]] virtual std::optional<std::string> deviceIdentifier() const = 0;
+    /// The files that were read, each once, in the order in which a download reads them. Track
+    /// files are not among them.
+    [[nodiscard]] virtual const std::vector<DeviceFile>& files() const = 0;
 
-    /// The folders of the selected device that hold its data, as whole paths; only those that
-    /// exist.
+    /// The folders that hold the device's data, those of tracks included; as
+    /// `GPSFileDevice::dataFolders`.
     [[nodiscard]] virtual std::vector<std::string> dataFolders() const = 0;
 
-    /// The characters that the devices' texts can hold; others are left out when they are written.
+    /// The records in the files, as a download reports them: arrays under "waypoint" (geocaches
+    /// included) and "route", with the point of each record under "point". A file with an error, or
+    /// with a damaged sentence, contributes nothing.
+    [[nodiscard]] virtual Dictionary records() const = 0;
+
+    /// Returns what `gpsRunSend:withStatus:andOptions:` would do with this data if the device's
+    /// files still were as they are in the snapshot.
+    /// @param data  as for the send: arrays of records under "track", "waypoint" and "route"
+    [[nodiscard]] virtual SendPlan planSend(const Dictionary& data) const = 0;
+};
+
+/// Operations return copies that the caller owns. None of them writes to the device or changes the
+/// driver.
+class GPSFileDevice {
+public:
+    virtual ~GPSFileDevice() = default;
+
+    /// The selected device's own identifier, such as a serial number; read from the device at each
+    /// call. Returns nullopt if no device is selected or it has no identifier.
+    [[nodiscard]] virtual std::optional<std::string> deviceIdentifier() const = 0;
+
+    /// Absolute paths of the folders that hold the selected device's data; read from the device at
+    /// each call. Missing folders are left out; empty if no device is selected.
+    [[nodiscard]] virtual std::vector<std::string> dataFolders() const = 0;
+
+    /// Reads the selected device, opening each file once.
+    /// @return  null if no device is selected or its folders are unknown
+    [[nodiscard]] virtual std::unique_ptr<DeviceSnapshot> takeSnapshot() const = 0;
+
+    /// The characters that a device can store. All others are removed from a text before it is
+    /// written.
     [[nodiscard]] virtual std::string deviceCharacters() const = 0;
 
-    /// How many characters a name of a waypoint or a route keeps when it is written.
+    /// The length, in characters, to which the name of a waypoint or route is cut.
     [[nodiscard]] virtual std::size_t longestName() const = 0;
 
-    /// What a send of this data to the selected device would do, if nothing changed meanwhile.
-    /// Changes nothing itself.
-    /// @param data  as for `gpsRunSend:withStatus:andOptions:`
-    [[nodiscard]] virtual SendPlan planSend(const Dictionary& data) const = 0;
+    /// The code that a device stores for a symbol. Two symbols with the same code are one symbol to
+    /// the device.
+    /// @param symbol  a record's "symbol"; empty if it has none
+    [[nodiscard]] virtual std::string deviceSymbol(std::string_view symbol) const = 0;
 };
 
 } // namespace gps

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -96,19 +97,44 @@ struct FakeDriver : gps::GPSPlugInProtocol {
     std::function<void()> onRefresh;
 };
 
-/// One whose device is a folder of files.
+/// A driver whose device stores its data as files.
 struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
+    struct Snapshot final : gps::DeviceSnapshot {
+        explicit Snapshot(const FakeFileDriver& fake) : driver(fake) {}
+        const std::vector<gps::DeviceFile>& files() const override { return driver.files; }
+        std::vector<std::string> dataFolders() const override { return driver.folders; }
+        gps::Dictionary records() const override { return driver.records; }
+        gps::SendPlan planSend(const gps::Dictionary& data) const override
+        {
+            return driver.plan(data);
+        }
+
+        const FakeFileDriver& driver;
+    };
+
     std::optional<std::string> deviceIdentifier() const override { return identifier; }
     std::vector<std::string> dataFolders() const override { return folders; }
+    std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override
+    {
+        return std::make_unique<Snapshot>(*this);
+    }
     std::string deviceCharacters() const override
     {
         return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
     }
     std::size_t longestName() const override { return 10; }
-    gps::SendPlan planSend(const gps::Dictionary& data) const override { return plan(data); }
+    std::string deviceSymbol(std::string_view symbol) const override
+    {
+        return storedSymbol(std::string{symbol});
+    }
 
     std::optional<std::string> identifier = "42";
     std::vector<std::string> folders;
+    std::vector<gps::DeviceFile> files;
+    gps::Dictionary records{{"waypoint", gps::Array{}}, {"route", gps::Array{}}};
+    std::function<std::string(std::string symbol)> storedSymbol = [](std::string symbol) {
+        return symbol;
+    };
     std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) {
         return gps::SendPlan{};
     };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whole sessions through the system's terminals against a simulated receiver. Each takes seconds,
-// since a session waits for lines that a receiver may or may not send.
+// Whole sessions over a pseudo-terminal against a simulated receiver. Each takes seconds, since a
+// session waits for lines that a receiver may or may not send.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -109,7 +109,7 @@ TEST(DownloadSession, FindsAReceiverAtTheLastSpeedAndLeavesItThere)
 
 TEST(DownloadSession, WithoutAnyAnswerRunsThroughAndSetsTheSpeedZero)
 {
-    const Session session{{.speed = 2400}}; // a speed at which nobody looks
+    const Session session{{.speed = 2400}}; // a speed that the probe does not try
     ASSERT_TRUE(session.ends());
     EXPECT_THAT(session.calls(), ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
                                              "startTransfer 1", "endTransfer 1", "startTransfer 2",
@@ -192,7 +192,7 @@ TEST(DownloadSession, ClosesAPortThatItDropsSoThatAnotherProgramGetsIt)
     EXPECT_EQ(gps::OrvSerial::create()->openWithDevicePath(session.receiver().path().c_str()), 0);
 }
 
-/// A driver on whose worker something goes wrong.
+/// A driver whose worker fails.
 class FailingDriver : public MagellanSerialGPSPlugin {
 public:
     explicit FailingDriver(std::function<std::unique_ptr<gps::OrvSerial>()> make)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every fault at every step of a session: whatever the receiver does, the session comes to its end,
-// the host is told, the port is closed, and what went well before is there. The faults of a step
-// run at once, since a session mostly waits.
+// Every fault at every step of a session. Whatever the receiver does, the session ends, reports to
+// the host and closes the port, and the records before the fault arrive. The faults of a step run
+// in parallel, since a session mostly waits.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ std::vector<Attempt> startAll(Step step)
     return attempts;
 }
 
-/// The brackets alone, and what is outside of them.
+/// Only the brackets and what is outside of them.
 std::vector<std::string> frameOf(const Session& session)
 {
     std::vector<std::string> frame;
@@ -56,8 +56,8 @@ std::vector<std::string> frameOf(const Session& session)
     return frame;
 }
 
-/// Good sentences without an end are a data phase without an end, until the line goes. The closing
-/// ends all the same.
+/// A receiver that sends good sentences forever keeps a data phase running until the line fails.
+/// The close-down ends nevertheless.
 void endFlood(Session& session)
 {
     const bool seen = session.receiver().waitFor(
@@ -154,7 +154,8 @@ struct Loss {
     bool paced = true;
 };
 
-/// What gets through all the same. A sentence that is not acknowledged comes again.
+/// How many records arrive despite the fault. The receiver repeats a sentence that is not
+/// acknowledged.
 const Loss kLosses[] = {
     {"version:delay:300", {3, 3, 2}},
     {"ton:lost-ack:1", {3, 3, 2}},

@@ -57,7 +57,7 @@ public:
     [[nodiscard]] const RecordingReceiver& status() const { return *status_; }
     [[nodiscard]] std::vector<std::string> calls() const { return status_->calls(); }
 
-    /// The names of the calls alone.
+    /// The names of the calls without their arguments.
     [[nodiscard]] std::vector<std::string> callNames() const
     {
         auto names = calls();
@@ -77,7 +77,7 @@ public:
         });
     }
 
-    /// The commands that the receiver has understood, each with the speed that it came at:
+    /// The commands that the receiver has understood, each with the line's speed:
     /// "PMGNCMD,TON @4800".
     [[nodiscard]] std::vector<std::string> commands() const
     {

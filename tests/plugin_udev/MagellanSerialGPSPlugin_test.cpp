@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The serial driver's ports and the front of its operations, on a machine whose device tree is
-// empty but for what a test puts in.
+// The serial driver's ports and the start of its operations, on a mocked device tree that is empty
+// except for what a test adds.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

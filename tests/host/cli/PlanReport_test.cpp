@@ -6,15 +6,15 @@
 
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 
 TEST(PlanReport, EveryFileTextAndRemarkIsALine)
 {
     gps::SendPlan plan;
-    plan.files.push_back({"/dev/Tracks/a.log", Fate::kMade, "x", {}});
-    plan.files.push_back({"/dev/Points/b.upt", Fate::kMerged, "x", {}});
-    plan.files.push_back({"/dev/Caches/c.gs", Fate::kLeft, "x", {}});
-    plan.files.push_back({"/else/d", Fate::kLeft, "x",
+    plan.files.push_back({"/dev/Tracks/a.log", Action::kCreate, "x", {}});
+    plan.files.push_back({"/dev/Points/b.upt", Action::kMerge, "x", {}});
+    plan.files.push_back({"/dev/Caches/c.gs", Action::kSkip, "x", {}});
+    plan.files.push_back({"/else/d", Action::kSkip, "x",
                           gps::Error{"some", 1, {{gps::kErrorDescriptionKey, "No folder"}}}});
     plan.remarks = {"A remark\x1b."};
     EXPECT_EQ(host::planReport(plan,

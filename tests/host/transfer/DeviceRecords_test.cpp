@@ -25,16 +25,9 @@ gps::Dictionary routeOf(gps::Dictionary record)
 gps::Dictionary used(gps::Dictionary wanted, gps::Dictionary present)
 {
     support::FakeFileDriver driver;
-    // A device without an icon for whatever is blue.
-    driver.plan = [](const gps::Dictionary& data) {
-        const auto& record =
-            *data.find("waypoint")->as<gps::Array>()->front().as<gps::Dictionary>();
-        const auto* const symbol = record.findString("symbol");
-        const bool isBlue = symbol == nullptr || symbol->starts_with("Blue");
-        gps::SendPlan plan;
-        plan.files.push_back(
-            {"/points", gps::PlannedFile::Fate::kMade, isBlue ? "Dot" : *symbol, {}});
-        return plan;
+    // A device that has no icon for blue symbols.
+    driver.storedSymbol = [](const std::string& symbol) {
+        return symbol.empty() || symbol.starts_with("Blue") ? "Dot" : symbol;
     };
     auto data = routeOf(std::move(wanted));
     host::useRecordsOfDevice(data, routeOf(std::move(present)), driver);
@@ -75,28 +68,6 @@ TEST(DeviceRecords, SymbolsAreOneWhereTheDriverWritesTheSame)
     auto none = present;
     none.remove("symbol");
     EXPECT_EQ(used(none, present), present);
-}
-
-TEST(DeviceRecords, DeviceIsReadIntoRecordsWithTheirPoints)
-{
-    support::FakeDriver driver;
-    driver.acquire = [](const auto& status,
-                        const gps::Dictionary& options) -> std::optional<gps::Error> {
-        EXPECT_EQ(options,
-                  (gps::Dictionary{{"waypoints", true}, {"routes", true}, {"tracks", false}}));
-        status->wayPoint({.latitude = 1}, {{"name", "A"}});
-        status->newRoute({{"name", "R"}});
-        status->wayPoint({.latitude = 2}, {{"name", "B"}});
-        status->gpsStateChange(0);
-        return std::nullopt;
-    };
-    gps::Dictionary data;
-    EXPECT_FALSE(host::readDevice(driver, data));
-    const gps::Dictionary a{{"name", "A"}, {"point", gps::GPSPoint{.latitude = 1}}};
-    const gps::Dictionary b{{"name", "B"}, {"point", gps::GPSPoint{.latitude = 2}}};
-    EXPECT_EQ(data, (gps::Dictionary{{"waypoint", gps::Array{a}},
-                                     {"route", gps::Array{gps::Dictionary{
-                                                   {"name", "R"}, {"points", gps::Array{b}}}}}}));
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -21,7 +21,7 @@ class MissingRecords : public testing::Test {
 protected:
     MissingRecords()
     {
-        plan_.files.push_back({"/points", Fate::kMade, "", {}});
+        plan_.files.push_back({"/points", Action::kCreate, "", {}});
         driver_.acquire = [this](const FakeStatus& status,
                                  const gps::Dictionary& options) -> std::optional<gps::Error> {
             const auto* const path = options.findString("sourcePath");
@@ -74,7 +74,7 @@ TEST_F(MissingRecords, KindsAreKeptApart)
 
 TEST_F(MissingRecords, FilesThatAreLeftAreNotReadBack)
 {
-    plan_.files.front().fate = Fate::kLeft;
+    plan_.files.front().action = Action::kSkip;
     EXPECT_THAT(missing("waypoint", {at(46.5, -7.25)}), testing::SizeIs(1));
     EXPECT_THAT(imported_, IsEmpty());
 }

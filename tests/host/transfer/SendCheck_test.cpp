@@ -10,7 +10,7 @@
 
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 using gps::TransferKind;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -33,12 +33,12 @@ TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
 {
     const support::TemporaryFolder folder;
     gps::SendPlan plan;
-    plan.files.push_back({folder.put("same", "abc"), Fate::kMade, "abc", {}});
+    plan.files.push_back({folder.put("same", "abc"), Action::kCreate, "abc", {}});
     EXPECT_THAT(host::missingFiles(plan), IsEmpty());
-    plan.files.push_back({folder.put("other", "abd"), Fate::kMerged, "abc", {}});
-    plan.files.push_back({folder.path("none"), Fate::kMade, "", {}});
-    plan.files.push_back({folder.path("left"), Fate::kLeft, "abc", {}});
-    plan.files.push_back({folder.makeFolder("folder"), Fate::kMade, "", {}});
+    plan.files.push_back({folder.put("other", "abd"), Action::kMerge, "abc", {}});
+    plan.files.push_back({folder.path("none"), Action::kCreate, "", {}});
+    plan.files.push_back({folder.path("left"), Action::kSkip, "abc", {}});
+    plan.files.push_back({folder.makeFolder("folder"), Action::kCreate, "", {}});
     const auto missing = host::missingFiles(plan);
     ASSERT_EQ(missing.size(), 3U);
     EXPECT_EQ(missing[0].path(), folder.path("other"));
@@ -51,8 +51,8 @@ TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
 TEST(SendCheck, OnlyAFileToBeMadeIsForeseenToBeMissing)
 {
     gps::SendPlan plan;
-    plan.files.push_back({"/made", Fate::kMade, "", {}});
-    plan.files.push_back({"/merged", Fate::kMerged, "", {}});
+    plan.files.push_back({"/made", Action::kCreate, "", {}});
+    plan.files.push_back({"/merged", Action::kMerge, "", {}});
     EXPECT_TRUE(host::isForeseen(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
     EXPECT_FALSE(
         host::isForeseen(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
@@ -67,8 +67,8 @@ TEST(SendCheck, OnlyTheErrorOfAPresentFileThatThePlanNamesIsForeseen)
 {
     using enum gps::FileErrorCode;
     gps::SendPlan plan;
-    plan.files.push_back({"/lost", Fate::kMerged, "", gps::makeFileError(kReadNotAscii, "/lost")});
-    plan.files.push_back({"/left", Fate::kLeft, "", gps::makeFileError(kReadNotAscii, "/left")});
+    plan.files.push_back({"/lost", Action::kMerge, "", gps::makeFileError(kReadNotAscii, "/lost")});
+    plan.files.push_back({"/left", Action::kSkip, "", gps::makeFileError(kReadNotAscii, "/left")});
     EXPECT_TRUE(host::isForeseen(unreadable("/lost", kReadNotAscii), plan));
     EXPECT_FALSE(host::isForeseen(unreadable("/lost", kReadNoPermission), plan));
     EXPECT_FALSE(host::isForeseen(unreadable("/left", kReadNotAscii), plan));

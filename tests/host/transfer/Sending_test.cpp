@@ -15,7 +15,7 @@
 
 namespace {
 
-using Fate = gps::PlannedFile::Fate;
+using Action = gps::PlannedFile::Action;
 using gps::TransferKind;
 using host::ExitStatus;
 using support::FakeFileDriver;
@@ -42,12 +42,12 @@ protected:
             status->gpsStateChange(0);
             return std::nullopt;
         };
-        planFile(Fate::kMade);
+        planFile(Action::kCreate);
     }
 
-    void planFile(Fate fate, std::optional<gps::Error> error = {})
+    void planFile(Action action, std::optional<gps::Error> error = {})
     {
-        plan_.files = {{path_, fate, "new", std::move(error)}};
+        plan_.files = {{path_, action, "new", std::move(error)}};
     }
 
     // Sends through a worker that does this between the brackets.
@@ -224,7 +224,7 @@ TEST_F(Sending, NothingToWriteNeedsNoBackup)
 
 TEST_F(Sending, PresentFileThatCannotBeReadIsWarnedOfBeforeTheSend)
 {
-    planFile(Fate::kMerged, gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_));
+    planFile(Action::kMerge, gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_));
     EXPECT_EQ(send([this] {
                   const auto unreadable =
                       gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_);
@@ -246,7 +246,7 @@ TEST_F(Sending, PresentFileThatCannotBeReadIsWarnedOfBeforeTheSend)
 
 TEST_F(Sending, FileThatHasToBeLeftIsAFailure)
 {
-    planFile(Fate::kLeft, gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path_));
+    planFile(Action::kSkip, gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path_));
     EXPECT_EQ(send([] {}), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("Path: " + path_));
 }

@@ -13,7 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(CodecLog, AMissingPointIsToldWithTheNameAndTheWholeRecord)
+TEST(CodecLog, AMissingPointIsLoggedWithTheNameAndTheWholeRecord)
 {
     const support::LogCapture log;
     logMissingPoint("waypoint", gps::Dictionary{{"name", "HOME"}, {"comment", "our house"}});
@@ -34,7 +34,7 @@ TEST(CodecLog, AnAbsentNameIsNull)
                                          "geocache (null) contains no point --\n\"no record\""));
 }
 
-TEST(CodecLog, AFailedSentenceIsToldWithTheRecord)
+TEST(CodecLog, AFailedSentenceIsLoggedWithTheRecord)
 {
     const support::LogCapture log;
     logFailedSentence(gps::Dictionary{{"name", "HOME"}, {"point", gps::GPSPoint{91, 0, 0, 0, 0}}});

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -59,7 +58,7 @@ TEST(FieldText, ANameOf25CharactersIsCutTo20AndACommentOf25IsWhole)
     EXPECT_EQ(filtered(kTwentyFive), kTwentyFive);
 }
 
-TEST(FieldText, ANameOf20CharactersStaysAndOneOf21LosesItsLast)
+TEST(FieldText, ANameOf20CharactersIsKeptAndOneOf21LosesItsLast)
 {
     EXPECT_EQ(cut("abcdefghijklmnopqrs"), "abcdefghijklmnopqrs");
     EXPECT_EQ(cut("abcdefghijklmnopqrst"), "abcdefghijklmnopqrst");
@@ -72,7 +71,7 @@ TEST(FieldText, TheFilterComesBeforeTheCut)
     EXPECT_EQ(cut("\xC3\xA9\xC3\xA9" + std::string{kTwentyFive}), "abcdefghijklmnopqrst");
 }
 
-TEST(FieldText, TheLengthIsNotConsulted)
+TEST(FieldText, TheLengthIsIgnored)
 {
     for (const int length : {-1, 0, 5, 20, 1000})
         EXPECT_EQ(magellanStringFromDictionary({{"key", kTwentyFive}}, "key", length),
@@ -86,7 +85,7 @@ TEST(FieldText, ANameOutsideTheSetAltogetherIsAnEmptyField)
     EXPECT_EQ(filtered("\xE6\xBC\xA2\xE5\xAD\x97"), "");
 }
 
-TEST(FieldText, AMissingKeyOrAValueThatIsNoTextIsAnEmptyField)
+TEST(FieldText, AMissingKeyOrAValueThatIsNotATextIsAnEmptyField)
 {
     EXPECT_EQ(magellanStringFromDictionary({}, "key"), "");
     EXPECT_EQ(magellanStringFromDictionary({}, "key", 20), "");
@@ -120,42 +119,6 @@ TEST(SetInDictionary, AnEmptyFieldIsStoredAsItIsAndNothingIsFiltered)
     setInDictionary(record, "empty", 1, SentenceFields{"a,,c"});
     setInDictionary(record, "odd", 1, SentenceFields{"a,_?;|,c"});
     EXPECT_EQ(gps::describe(record), "{empty = \"\", odd = \"_?;|\"}");
-}
-
-TEST(ReadPlace, TakesFieldsOneToFive)
-{
-    gps::GPSPoint point{1, 2, 3, 4, 5};
-    readPlace(SentenceFields{"X,4630.000,S,00730.000,W,-12.5"}, point);
-    EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, -12.5, 4, 5)");
-}
-
-TEST(ReadPlace, FewerThanSixFieldsThrowAndChangeNothing)
-{
-    for (std::size_t count = 1; count < 6; ++count) {
-        gps::GPSPoint point{1, 2, 3, 4, 5};
-        const auto body = firstFields("X,4630.000,S,00730.000,W,-12.5", count);
-        EXPECT_THROW(readPlace(SentenceFields{body}, point), gps::RangeError) << count;
-        EXPECT_EQ(point, (gps::GPSPoint{1, 2, 3, 4, 5})) << count;
-    }
-}
-
-TEST(AppendPlace, FillsTheAltitudeUpToTheDigitsAskedFor)
-{
-    std::string body = "before ";
-    EXPECT_TRUE(appendPlace(body, "X", {46.5, -7.5, -12.5, 0, 0}, 5));
-    EXPECT_EQ(body, "before X,4630.00000,N,00730.00000,W,-0012,M,");
-    body.clear();
-    EXPECT_TRUE(appendPlace(body, "X", {46.5, -7.5, -12.5, 0, 0}, 7));
-    EXPECT_EQ(body, "X,4630.00000,N,00730.00000,W,-000012,M,");
-}
-
-TEST(AppendPlace, ACoordinateWithoutATextLeavesTheBodyUnchanged)
-{
-    std::string body = "before";
-    EXPECT_FALSE(appendPlace(body, "X", {91, 0, 0, 0, 0}, 5));
-    EXPECT_FALSE(appendPlace(body, "X", {0, 181, 0, 0, 0}, 5));
-    EXPECT_FALSE(appendPlace(body, "X", {std::numeric_limits<double>::infinity(), 0, 0, 0, 0}, 5));
-    EXPECT_EQ(body, "before");
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <plugin/codec/GeoCacheSentence.h>
+#include <plugin/codec/SentenceFields.h>
 #include <support/LogCapture.h>
 #include <support/RangeErrorText.h>
 #include <support/Sentence.h>
@@ -47,7 +48,7 @@ gps::Dictionary readRecord(std::string_view body)
     return record;
 }
 
-TEST(ReadGeoCache, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
+TEST(ReadGeoCache, ReadsPositionAndTextsAndSetsTheTimeToZero)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary record;
@@ -88,7 +89,7 @@ TEST(ReadGeoCache, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
     }
 }
 
-TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsWhenARecordIsGivenAndElseIsTaken)
+TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsOnlyIfARecordIsGiven)
 {
     for (std::size_t count = 6; count < 16; ++count) {
         gps::GPSPoint point = kBefore;
@@ -112,7 +113,7 @@ std::string rangeText(std::size_t count)
     });
 }
 
-TEST(ReadGeoCache, ARangeErrorNamesTheFieldAtTheCountAndThePlacedDateWhereThereAreNoTexts)
+TEST(ReadGeoCache, ARangeErrorNamesTheFirstMissingFieldOrWithoutTextsThePlacedDate)
 {
     for (std::size_t count = 1; count < 16; ++count)
         EXPECT_EQ(rangeText(count), count == 6
@@ -121,13 +122,13 @@ TEST(ReadGeoCache, ARangeErrorNamesTheFieldAtTheCountAndThePlacedDateWhereThereA
     EXPECT_EQ(rangeText(16), "");
 }
 
-TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsTaken)
+TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsAccepted)
 {
     EXPECT_EQ(gps::describe(readRecord(kBody)), kRecord);
     EXPECT_EQ(gps::describe(readRecord(std::string{kBody} + ",more")), kRecord);
 }
 
-TEST(ReadGeoCache, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
+TEST(ReadGeoCache, TextsAreStoredUnchangedAndEmptyOnesAreKept)
 {
     EXPECT_EQ(
         gps::describe(readRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
@@ -137,7 +138,7 @@ TEST(ReadGeoCache, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
         "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
 }
 
-TEST(ReadGeoCache, WhatIsNoGeocacheIsRefusedAndChangesNothing)
+TEST(ReadGeoCache, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
          {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
@@ -163,23 +164,22 @@ TEST(ReadGeoCache, ADamagedCharacterNeverGivesAnotherGeocache)
     });
 }
 
-TEST(NameInGeoCache, IsWhatAReadingWouldFind)
+TEST(GeoCacheName, IsTheNameThatAReadingStores)
 {
-    const auto line = sentence(kBody) + "\r\n";
-    EXPECT_EQ(nameInGeoCacheSentence(line), "GC1ABC");
-    EXPECT_EQ(nameInGeoCacheSentence(line)->data(), line.data() + line.find("GC1ABC"));
-    const auto unnamed = sentence(withField(kBody, 7, ""));
-    EXPECT_EQ(nameInGeoCacheSentence(unnamed), "");
+    const std::string body = kBody;
+    const auto name = geoCacheName(SentenceFields{body});
+    EXPECT_EQ(name, "GC1ABC");
+    EXPECT_EQ(name->data(), body.data() + body.find("GC1ABC"));
+    const auto unnamed = withField(kBody, 7, "");
+    EXPECT_EQ(geoCacheName(SentenceFields{unnamed}), "");
 }
 
-TEST(NameInGeoCache, IsNoneForAnotherLineAndThrowsForAShortOne)
+TEST(GeoCacheName, ThrowsForABodyOfFewerThanSixteenFields)
 {
-    EXPECT_EQ(nameInGeoCacheSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
-    EXPECT_EQ(nameInGeoCacheSentence(sentence(withField(kBody, 0, "PMGNWPL"))), std::nullopt);
-    for (std::size_t count = 1; count < 16; ++count)
-        EXPECT_THROW((void)nameInGeoCacheSentence(sentence(firstFields(kBody, count))),
-                     gps::RangeError)
-            << count;
+    for (std::size_t count = 1; count < 16; ++count) {
+        const auto body = firstFields(kBody, count);
+        EXPECT_THROW((void)geoCacheName(SentenceFields{body}), gps::RangeError) << count;
+    }
 }
 
 TEST(WriteGeoCache, IsOneSentenceWithItsChecksum)
@@ -216,7 +216,7 @@ TEST(WriteGeoCache, EveryTextIsFiltered)
               sentence(kNowhere + std::string{"abc,abc,abc,abc,abc,abc,abc,abc,abc"}));
 }
 
-TEST(WriteGeoCache, AValueThatIsNoTextCountsAsMissing)
+TEST(WriteGeoCache, AValueThatIsNotATextCountsAsMissing)
 {
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"difficulty", 1.5}, {"name", gps::Array{"x"}}}),
               sentence(kNowhere + std::string{",,,,,,,,"}));
@@ -294,7 +294,7 @@ TEST(WriteGeoCaches, AreInTheListsOrderWithTheirDuplicates)
     EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({}), Optional(IsEmpty()));
 }
 
-TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoneNotTheSentencesBefore)
+TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoSentencesAtAll)
 {
     const support::LogCapture log;
     EXPECT_EQ(
@@ -303,14 +303,14 @@ TEST(WriteGeoCaches, AListWhoseLastRecordLacksItsPointYieldsNoneNotTheSentencesB
     EXPECT_THAT(log.lines(), ElementsAre("geocache B contains no point --\n{name = \"B\"}"));
 }
 
-TEST(WriteGeoCaches, ARecordThatIsNoneIsOneWithoutItsPoint)
+TEST(WriteGeoCaches, AnElementThatIsNotARecordCountsAsOneWithoutAPoint)
 {
     const support::LogCapture log;
     EXPECT_EQ(makeGeocacheSentencesFromGeocacheList({7, geocache("A")}), std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("geocache (null) contains no point --\n7"));
 }
 
-TEST(WriteGeoCaches, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
+TEST(WriteGeoCaches, ARecordOffTheGlobeIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("A", 91), geocache("B")}),

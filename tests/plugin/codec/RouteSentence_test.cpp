@@ -80,7 +80,7 @@ TEST(ReadRoute, ItsPointsAreTheWaypointsRecordsWithTheirPoint)
     EXPECT_EQ(route.points.front(), *route.waypoints.find("B"));
 }
 
-TEST(ReadRoute, PointsThatFillTheRoomToTheLastByteAreTaken)
+TEST(ReadRoute, PointsThatFillTheRoomToTheLastByteAreAccepted)
 {
     Reading route;
     route.take("PMGNRTE,2,1,c,1,R,A,a");
@@ -102,7 +102,7 @@ TEST(ReadRoute, APointThatNeedsAByteMoreThanThereIsThrows)
     EXPECT_EQ(route.names(), "AB");
 }
 
-TEST(ReadRoute, ALongCommentTakesItsLengthOfTheRoom)
+TEST(ReadRoute, ALongCommentUsesUpItsLengthOfTheRoom)
 {
     Reading route;
     route.waypoints.set("G", gps::Dictionary{{"name", "G"},
@@ -122,7 +122,7 @@ TEST(ReadRoute, EverySentenceOverwritesTheName)
     EXPECT_EQ(*route.info.findString("name"), "");
 }
 
-TEST(ReadRoute, SentencesOneAndThreeLogTheGapOnceAtTheThirdWhichIsStillTaken)
+TEST(ReadRoute, SentencesOneAndThreeLogTheGapOnceAtTheThirdWhichIsStillRead)
 {
     Reading route;
     const support::LogCapture log;
@@ -143,21 +143,21 @@ TEST(ReadRoute, ASlotWithAnEmptyNameIsSkippedAndTheNextOneRead)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST(ReadRoute, TakesAsManyPairsAsThereAreAndALastNameWithoutAnIcon)
+TEST(ReadRoute, ReadsAnyNumberOfPairsAndALastNameWithoutAnIcon)
 {
     Reading route;
     EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,A,a,B,a,C,a,D,a,E,a,F,a,A,a,B"));
     EXPECT_EQ(route.names(), "ABCDEFAB");
 }
 
-TEST(ReadRoute, IconsAreNotLookedAt)
+TEST(ReadRoute, IconsAreIgnored)
 {
     Reading route;
     EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,A,B,C,,D,F"));
     EXPECT_EQ(route.names(), "ACD");
 }
 
-TEST(ReadRoute, AWaypointThatIsNotThereIsLoggedAndLeftOut)
+TEST(ReadRoute, AnUnknownWaypointIsLoggedAndSkipped)
 {
     Reading route;
     const support::LogCapture log;
@@ -209,7 +209,7 @@ TEST(ReadRoute, ARangeErrorNamesTheSentenceTheFieldThatItWantedAndTheCount)
               "A PMGNRTE sentence has no field 6: it has 6 fields");
 }
 
-TEST(ReadRoute, AMessageOfSixFieldsThrowsAndOneOfSevenIsTaken)
+TEST(ReadRoute, AMessageOfSixFieldsThrowsAndOneOfSevenIsRead)
 {
     Reading route;
     EXPECT_THROW((void)route.take(firstFields(kMessage, 6)), gps::RangeError);
@@ -286,7 +286,7 @@ TEST(ReadRoute, TheRouteNumberIsDropped)
     EXPECT_FALSE(route.info.contains("number"));
 }
 
-TEST(ReadRoute, WhatIsNoRouteSentenceIsRefusedAndChangesNothing)
+TEST(ReadRoute, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
          {std::string{}, std::string{kList}, support::breakChecksum(sentence(kList)),
@@ -359,7 +359,7 @@ TEST(WriteRoute, TwoPointsFillOneListAndAThirdOpensAnother)
         ElementsAre(sentence("PMGNRTE,2,1,c,1,,A,a,B,a"), sentence("PMGNRTE,2,2,c,1,,C,a")));
 }
 
-TEST(WriteRoute, TheRouteNumberIsTheRecordsOrOneWhenThereIsNone)
+TEST(WriteRoute, TheRouteNumberIsTheRecordsOrOneIfItHasNone)
 {
     for (const auto& [number, text] : std::vector<std::pair<gps::Value, std::string>>{
              {7, "7"},
@@ -394,7 +394,7 @@ TEST(WriteRoute, NamesAreFilteredAndCutTo20CharactersAndTheCommentIsNotCut)
                     sentence("PMGNRTE,2,2,m,1,abcdefghijklmnopqrst,abcdefghijklmnopqrstuvwxyz")));
 }
 
-TEST(WriteRoute, APointsIconComesFromItsSymbol)
+TEST(WriteRoute, APointsIconIsThatOfItsSymbol)
 {
     for (const auto& [symbol, icon] :
          std::vector<std::pair<gps::Value, std::string>>{{"Campground", "j"},
@@ -409,7 +409,7 @@ TEST(WriteRoute, APointsIconComesFromItsSymbol)
             << gps::describe(symbol);
 }
 
-TEST(WriteRoute, APointThatIsNoRecordKeepsItsPlaceWithoutAName)
+TEST(WriteRoute, APointThatIsNotARecordIsWrittenWithoutAName)
 {
     EXPECT_THAT(makeRouteSentencesFromWaypointList({7, gps::Dictionary{{"name", "B"}}}, {}),
                 ElementsAre(sentence("PMGNRTE,1,1,c,1,,,a,B,a")));

@@ -36,7 +36,7 @@ TEST(SentenceFields, KeepTheirTextExactlyAndEmptyOnesCount)
     EXPECT_EQ(fields.at(4), "");
 }
 
-TEST(SentenceFields, APositionAtTheCountThrowsAndTheOneBelowDoesNot)
+TEST(SentenceFields, AnIndexEqualToTheCountThrowsAndTheOneBelowDoesNot)
 {
     const SentenceFields fields{"a,b,c"};
     EXPECT_EQ(fields.at(2), "c");
@@ -53,7 +53,7 @@ TEST(SentenceFields, ARangeErrorIsAnOutOfRangeThatNamesSentenceFieldAndCount)
               "A PMGNGEO sentence has no field 12: it has 3 fields");
 }
 
-TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstThatIsMissing)
+TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstMissingField)
 {
     const SentenceFields fields{"PMGNTRK,1,2"};
     EXPECT_NO_THROW(fields.require(0));
@@ -64,12 +64,12 @@ TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstThatIsMissing)
             << count;
 }
 
-TEST(SentenceFields, AMissingContentThrowsAsAMissingFieldDoes)
+TEST(SentenceFields, MissingContentThrowsLikeAMissingField)
 {
     EXPECT_THROW(SentenceFields{"a,b,c"}.throwRangeError(1), gps::RangeError);
 }
 
-TEST(SentenceFields, SixteenAreReachableHoweverManyThereAre)
+TEST(SentenceFields, TheFirstSixteenAreReachableHoweverManyThereAre)
 {
     std::string body = "f0";
     for (int i = 1; i < 40; ++i) {
@@ -81,7 +81,7 @@ TEST(SentenceFields, SixteenAreReachableHoweverManyThereAre)
     }
 }
 
-TEST(SentenceFields, AreCutAtEveryPlaceOfAWord)
+TEST(SentenceFields, AreSplitAtEveryOffsetOfAWord)
 {
     for (std::size_t length = 0; length < 40; ++length) {
         for (std::size_t comma = 0; comma < length; ++comma) {
@@ -113,7 +113,7 @@ TEST(SentenceFields, OfASentenceAreThoseOfAValidLineOfThatName)
     EXPECT_TRUE(SentenceFields::ofSentence(support::sentence("PMGNTRK"), "PMGNTRK"));
 }
 
-TEST(SentenceFields, OfALineThatIsInvalidOrHasAnotherNameAreNone)
+TEST(SentenceFields, ThereAreNoneOfAnInvalidLineOrOneOfAnotherName)
 {
     for (const auto* body : {"PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a",
                              " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK"})
@@ -123,7 +123,17 @@ TEST(SentenceFields, OfALineThatIsInvalidOrHasAnotherNameAreNone)
     EXPECT_FALSE(SentenceFields::ofSentence("", "PMGNTRK"));
 }
 
-TEST(SentenceFields, TheRestBeginsAtAFieldAndIsEmptyBehindTheLast)
+TEST(SentenceFields, OfABodyAreSplitOnlyIfItsFirstFieldIsTheName)
+{
+    for (const auto* body : {"PMGNTRK", "PMGNTRK,", "PMGNTRK,a,b"})
+        EXPECT_TRUE(SentenceFields::ofBody(body, "PMGNTRK")) << body;
+    for (const auto* body : {"", "PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a",
+                             " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK", "$PMGNTRK,a"})
+        EXPECT_FALSE(SentenceFields::ofBody(body, "PMGNTRK")) << body;
+    EXPECT_EQ(SentenceFields::ofBody("PMGNTRK,a,b", "PMGNTRK")->at(2), "b");
+}
+
+TEST(SentenceFields, TheRestBeginsAtAFieldAndIsEmptyPastTheLast)
 {
     const SentenceFields fields{"a,b,,c,"};
     EXPECT_EQ(fields.from(0), "a,b,,c,");

@@ -33,39 +33,39 @@ TEST(SentenceList, HasOneSentenceARecordInTheListsOrder)
     const support::LogCapture log;
     EXPECT_THAT(
         makeSentences({record("B", 1), record("A", 2), record("B", 1)}, "thing", told,
-                      MissingPoint::kLeavesItOut),
+                      MissingPoint::kSkipRecord),
         Optional(ElementsAre("B (1, 0, 0, 0, 0)", "A (2, 0, 0, 0, 0)", "B (1, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST(SentenceList, OfAnEmptyListIsEmptyAndNotNone)
+TEST(SentenceList, AnEmptyListYieldsAnEmptyList)
 {
-    EXPECT_THAT(makeSentences({}, "thing", told, MissingPoint::kLeavesItOut), Optional(IsEmpty()));
-    EXPECT_THAT(makeSentences({}, "thing", told, MissingPoint::kEndsTheList), Optional(IsEmpty()));
+    EXPECT_THAT(makeSentences({}, "thing", told, MissingPoint::kSkipRecord), Optional(IsEmpty()));
+    EXPECT_THAT(makeSentences({}, "thing", told, MissingPoint::kRejectList), Optional(IsEmpty()));
 }
 
-TEST(SentenceList, ARecordWithoutItsPointIsLeftOutWithOneLogLine)
+TEST(SentenceList, ARecordWithoutItsPointIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, record("C", 3)},
-                              "thing", told, MissingPoint::kLeavesItOut),
+                              "thing", told, MissingPoint::kSkipRecord),
                 Optional(ElementsAre("A (1, 0, 0, 0, 0)", "C (3, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
 
-TEST(SentenceList, ARecordWithoutItsPointEndsTheListAtOnceWhereHalfAListIsNone)
+TEST(SentenceList, ARecordWithoutItsPointRejectsTheListAtOnceIfAsked)
 {
     const support::LogCapture log;
     EXPECT_EQ(makeSentences(
                   {record("A", 1), gps::Dictionary{{"name", "B"}}, gps::Dictionary{{"name", "C"}}},
-                  "thing", told, MissingPoint::kEndsTheList),
+                  "thing", told, MissingPoint::kRejectList),
               std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
 
-TEST(SentenceList, ARecordThatCannotBeWrittenIsLeftOutWithOneLogLineInEitherList)
+TEST(SentenceList, ARecordThatCannotBeWrittenIsSkippedWithOneLogLineInEitherCase)
 {
-    for (const auto missingPoint : {MissingPoint::kLeavesItOut, MissingPoint::kEndsTheList}) {
+    for (const auto missingPoint : {MissingPoint::kSkipRecord, MissingPoint::kRejectList}) {
         const support::LogCapture log;
         EXPECT_THAT(makeSentences({gps::Dictionary{{"point", gps::GPSPoint{}}}, record("B", 2)},
                                   "thing", told, missingPoint),

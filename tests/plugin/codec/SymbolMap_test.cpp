@@ -33,7 +33,7 @@ TEST(SymbolMap, NullIsTheCrossedBox)
     EXPECT_STREQ(kMagellanSymbol_crossed_box, "a");
 }
 
-TEST(SymbolMap, AnUnknownSymbolOfTwoCharactersStandsForItselfAndOfThreeIsTheCrossedBox)
+TEST(SymbolMap, AnUnknownSymbolOfTwoCharactersIsAnIconAndOneOfThreeBecomesTheCrossedBox)
 {
     EXPECT_EQ(iconOf(example(), ""), "");
     EXPECT_EQ(iconOf(example(), "z"), "z");
@@ -55,14 +55,14 @@ TEST(SymbolMap, AnIconIsReadAsTheLastSymbolThatHasIt)
     EXPECT_EQ(example().symbolStringFromMagellanIcon("a"), "Flag");
 }
 
-TEST(SymbolMap, AnUnknownIconStandsForItself)
+TEST(SymbolMap, AnUnknownIconIsItsOwnSymbol)
 {
     EXPECT_EQ(example().symbolStringFromMagellanIcon("zz"), "zz");
     EXPECT_EQ(example().symbolStringFromMagellanIcon("J"), "J");
     EXPECT_EQ(example().symbolStringFromMagellanIcon(""), "");
 }
 
-TEST(SymbolMap, AnIconThatIsNoTextIsNone)
+TEST(SymbolMap, AnIconThatIsNotATextCountsAsMissing)
 {
     EXPECT_EQ(iconOf(example(), "Odd"), "a");
     EXPECT_EQ(example().symbolStringFromMagellanIcon("7"), "7");
@@ -76,7 +76,7 @@ TEST(SymbolMap, AnEmptyMapFindsNothing)
     EXPECT_EQ(empty.symbolStringFromMagellanIcon("j"), "j");
 }
 
-TEST(SymbolMap, TheSharedOneComesFromTheBundleAndIsBuiltOnce)
+TEST(SymbolMap, TheSharedMapIsLoadedFromTheBundleOnce)
 {
     const auto& shared = SymbolMap::shared();
     EXPECT_EQ(&shared, &SymbolMap::shared());

@@ -41,7 +41,7 @@ gps::GPSPoint readPoint(std::string_view body)
     return point;
 }
 
-TEST(ReadTrackPoint, TakesPlaceTimeAndNameOfASentence)
+TEST(ReadTrackPoint, ReadsPositionTimeAndName)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary extras;
@@ -87,7 +87,7 @@ TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndThe
     EXPECT_EQ(rangeText(8), "");
 }
 
-TEST(ReadTrackPoint, TheNameComesFromTheTenthFieldOn)
+TEST(ReadTrackPoint, ABodyOfTenFieldsOrMoreMayHaveAName)
 {
     for (const auto& [count, name] :
          std::vector<std::pair<std::size_t, std::string>>{{8, "{}"},
@@ -103,7 +103,7 @@ TEST(ReadTrackPoint, TheNameComesFromTheTenthFieldOn)
     }
 }
 
-TEST(ReadTrackPoint, ABodyOfTenFieldsTakesThePreviousPointsDateAndOneOfElevenSetsBoth)
+TEST(ReadTrackPoint, ABodyOfTenFieldsKeepsThePreviousPointsDateAndOneOfElevenSetsBoth)
 {
     EXPECT_EQ(readPoint(firstFields(kBody, 8)).time, kOtherDay + kTimeOfDay);
     EXPECT_EQ(readPoint(firstFields(kBody, 10)).time, kOtherDay + kTimeOfDay);
@@ -111,7 +111,7 @@ TEST(ReadTrackPoint, ABodyOfTenFieldsTakesThePreviousPointsDateAndOneOfElevenSet
     EXPECT_EQ(readPoint(std::string{kBody} + ",more,and more").time, kTime);
 }
 
-TEST(ReadTrackPoint, AMalformedDateOrTimeIsNoTime)
+TEST(ReadTrackPoint, AMalformedDateOrTimeReadsAsNoTime)
 {
     EXPECT_EQ(readPoint(withField(kBody, 10, "")).time, 0);
     EXPECT_EQ(readPoint(withField(kBody, 10, "300208")).time, 0);
@@ -167,7 +167,7 @@ TEST(ReadTrackPoint, AnEmptyNameLeavesAnOlderOneInTheExtras)
     EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}");
 }
 
-TEST(ReadTrackPoint, ANameIsTakenAsItStands)
+TEST(ReadTrackPoint, ANameIsStoredUnchanged)
 {
     gps::GPSPoint point;
     gps::Dictionary extras;
@@ -176,7 +176,7 @@ TEST(ReadTrackPoint, ANameIsTakenAsItStands)
     EXPECT_EQ(gps::describe(extras), "{trackName = \" a name_of more than 20 characters? \"}");
 }
 
-TEST(ReadTrackPoint, WhatIsNoTrackPointIsRefusedAndChangesNothing)
+TEST(ReadTrackPoint, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
          {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include <plugin/codec/SentenceFields.h>
 #include <plugin/codec/WayPointSentence.h>
 #include <support/LogCapture.h>
 #include <support/RangeErrorText.h>
@@ -46,7 +47,7 @@ gps::GPSPoint readPoint(std::string_view body)
     return point;
 }
 
-TEST(ReadWayPoint, TakesPlaceAndTextsOfASentenceAndSetsNoTime)
+TEST(ReadWayPoint, ReadsPositionAndTextsAndSetsTheTimeToZero)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary record;
@@ -90,7 +91,7 @@ TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
     }
 }
 
-TEST(ReadWayPoint, ABodyOfSixFieldsIsTakenWithoutAnyText)
+TEST(ReadWayPoint, ABodyOfSixFieldsIsAcceptedWithoutAnyText)
 {
     EXPECT_TRUE(readRecord(firstFields(kBody, 6)).empty());
 }
@@ -136,7 +137,7 @@ TEST(ReadWayPoint, ABodyOfExactlyNineFieldsHasNameAndCommentButNoSymbol)
               "{name = \"HOME\", comment = \"our house\"}");
 }
 
-TEST(ReadWayPoint, TheSymbolComesFromTheTenthFieldOn)
+TEST(ReadWayPoint, ABodyOfTenFieldsOrMoreHasASymbol)
 {
     EXPECT_EQ(*readRecord(kBody).findString("symbol"), "Residence");
     EXPECT_EQ(*readRecord(std::string{kBody} + ",more").findString("symbol"), "Residence");
@@ -148,7 +149,7 @@ TEST(ReadWayPoint, AnUnknownIconIsStoredAsItsOwnCode)
     EXPECT_EQ(*readRecord(withField(kBody, 9, "")).findString("symbol"), "");
 }
 
-TEST(ReadWayPoint, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
+TEST(ReadWayPoint, TextsAreStoredUnchangedAndEmptyOnesAreKept)
 {
     EXPECT_EQ(gps::describe(readRecord(withField(firstFields(kBody, 9), 7, ""))),
               "{name = \"\", comment = \"our house\"}");
@@ -157,7 +158,7 @@ TEST(ReadWayPoint, TextsAreTakenAsTheyStandAndEmptyOnesAreKept)
         " a_name? of more than 20 characters ");
 }
 
-TEST(ReadWayPoint, WhatIsNoWaypointIsRefusedAndChangesNothing)
+TEST(ReadWayPoint, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
          {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
@@ -185,26 +186,26 @@ TEST(ReadWayPoint, ADamagedCharacterNeverGivesAnotherWaypoint)
     });
 }
 
-TEST(NameInWayPoint, IsWhatAReadingWouldFind)
+TEST(WayPointName, IsTheNameThatAReadingStores)
 {
-    const auto line = sentence(kBody) + "\r\n";
-    EXPECT_EQ(nameInWayPointSentence(line), "HOME");
-    EXPECT_EQ(nameInWayPointSentence(line)->data(), line.data() + line.find("HOME"));
-    const auto unnamed = sentence(withField(kBody, 7, ""));
-    EXPECT_EQ(nameInWayPointSentence(unnamed), "");
-    const auto nine = sentence(firstFields(kBody, 9));
-    EXPECT_EQ(nameInWayPointSentence(nine), "HOME");
+    const std::string body = kBody;
+    const auto name = wayPointName(SentenceFields{body});
+    EXPECT_EQ(name, "HOME");
+    EXPECT_EQ(name->data(), body.data() + body.find("HOME"));
+    const auto unnamed = withField(kBody, 7, "");
+    EXPECT_EQ(wayPointName(SentenceFields{unnamed}), "");
+    const auto nine = firstFields(kBody, 9);
+    EXPECT_EQ(wayPointName(SentenceFields{nine}), "HOME");
 }
 
-TEST(NameInWayPoint, IsNoneWhereAReadingFindsNoneAndThrowsWhereThatThrows)
+TEST(WayPointName, IsMissingWhereAReadingStoresNoneAndThrowsWhereAReadingThrows)
 {
-    EXPECT_EQ(nameInWayPointSentence(sentence(firstFields(kBody, 6))), std::nullopt);
-    EXPECT_EQ(nameInWayPointSentence(support::breakChecksum(sentence(kBody))), std::nullopt);
-    EXPECT_EQ(nameInWayPointSentence(sentence(withField(kBody, 0, "PMGNTRK"))), std::nullopt);
-    for (const std::size_t count : {1U, 5U, 7U, 8U})
-        EXPECT_THROW((void)nameInWayPointSentence(sentence(firstFields(kBody, count))),
-                     gps::RangeError)
-            << count;
+    const auto six = firstFields(kBody, 6);
+    EXPECT_EQ(wayPointName(SentenceFields{six}), std::nullopt);
+    for (const std::size_t count : {1U, 5U, 7U, 8U}) {
+        const auto body = firstFields(kBody, count);
+        EXPECT_THROW((void)wayPointName(SentenceFields{body}), gps::RangeError) << count;
+    }
 }
 
 TEST(WriteWayPoint, IsOneSentenceWithItsChecksumAndWithoutATime)
@@ -241,7 +242,7 @@ TEST(WriteWayPoint, ARecordWithoutASymbolHasTheIconA)
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,a"));
 }
 
-TEST(WriteWayPoint, AnIconIsNeitherFilteredNorLeftOutWhenItIsEmpty)
+TEST(WriteWayPoint, AnIconIsNotFilteredAndWrittenEvenIfItIsEmpty)
 {
     EXPECT_EQ(makeWayPointSentenceWithPoint({}, {{"symbol", "_|"}}),
               sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M,,,_|"));
@@ -311,7 +312,7 @@ TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
     EXPECT_THAT(makeWayPointSentencesFromWaypointList({}), IsEmpty());
 }
 
-TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
+TEST(WriteWayPoints, OfThreeRecordsASecondWithoutItsPointIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(
@@ -322,7 +323,7 @@ TEST(WriteWayPoints, ASecondRecordOfThreeWithoutItsPointIsLeftOutWithOneLogLine)
                 ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
 }
 
-TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
+TEST(WriteWayPoints, APointOrRecordOfAnotherTypeCountsAsMissing)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeWayPointSentencesFromWaypointList(
@@ -333,7 +334,7 @@ TEST(WriteWayPoints, APointOfAnotherTypeIsAMissingOneAndSoIsARecordThatIsNone)
                             "waypoint (null) contains no point --\n7"));
 }
 
-TEST(WriteWayPoints, ARecordOutsideTheGlobeIsLeftOutWithOneLogLine)
+TEST(WriteWayPoints, ARecordOffTheGlobeIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("A", 91), waypoint("B")}),

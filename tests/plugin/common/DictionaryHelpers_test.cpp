@@ -37,7 +37,7 @@ TEST_F(DebugLevelTest, IsStoredHereAndInTheFramework)
     EXPECT_FALSE(gps::OrvDebugLevelIs(3));
 }
 
-TEST_F(DebugLevelTest, TheQuestionGoesToTheFrameworkAlone)
+TEST_F(DebugLevelTest, TheQuestionIsAnsweredByTheFramework)
 {
     GarminDebugLevel = 5;
     EXPECT_FALSE(DebugLevelIs(1));
@@ -47,7 +47,7 @@ TEST_F(DebugLevelTest, TheQuestionGoesToTheFrameworkAlone)
     EXPECT_FALSE(DebugLevelIs(2));
 }
 
-TEST_F(DebugLevelTest, WithoutTheOptionItIsZeroWithAZeroItIsOneAndElseTheOptions)
+TEST_F(DebugLevelTest, WithoutTheOptionItIsZeroWithAZeroItIsOneAndOtherwiseTheOptions)
 {
     for (const auto& [options, level] :
          std::vector<std::pair<Dictionary, int>>{{{}, 0},
@@ -159,7 +159,7 @@ TEST(GetIntValueForKey, IsTheDefaultForAValueThatIsNeitherANumberNorAText)
     }
 }
 
-TEST(GetIntValueForKey, AKeyIsNoPath)
+TEST(GetIntValueForKey, AKeyIsNotAPath)
 {
     const Dictionary dictionary{{"a.b", 1}, {"a", Dictionary{{"b", 2}}}};
     EXPECT_EQ(GetIntValueForKey(&dictionary, "a.b", 0), 1);
@@ -195,7 +195,7 @@ TEST(SetNumbers, AreBuiltFromTheBytesOfTheTypeThatIsNamed)
     EXPECT_EQ(dictionary.find("b")->as<gps::Number>()->type(), gps::NumberType::kInt16);
 }
 
-TEST(SetNumbers, ATypeThatIsNoneIsNotStored)
+TEST(SetNumbers, AnInvalidTypeIsNotStored)
 {
     Dictionary dictionary{{"key", "old"}};
     const std::int64_t value = 1;
@@ -215,7 +215,7 @@ TEST(SetCString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
     EXPECT_EQ(*dictionary.findString("key"), "new");
 }
 
-TEST(SetCString, ATextWithAByteAbove127IsNotStoredAndAnOlderOneStays)
+TEST(SetCString, ATextWithAByteAbove127IsNotStoredAndAnOlderOneIsKept)
 {
     Dictionary dictionary{{"key", "old"}};
     SetCStringInDictionary(&dictionary, "key", "caf\xE9");
@@ -243,7 +243,7 @@ TEST(SetLatin1CString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
     EXPECT_EQ(*dictionary.findString("key"), "");
 }
 
-TEST(SetStringFromList, TakesTheLastIndexAndLeavesTheDictionaryUntouchedOutside)
+TEST(SetStringFromList, AcceptsTheLastIndexAndLeavesTheDictionaryUntouchedOutside)
 {
     const std::array<const char*, 3> list{"zero", "one", "two"};
     const std::array<std::string, 3> strings{"zero", "one", "caf\xC3\xA9"};
@@ -270,14 +270,14 @@ TEST(SetGPSPoint, ABoxedPointComesBackBitIdenticalInAllFiveFields)
     EXPECT_STREQ(gps::kGPSPointTypeCode, "{?=dddqq}");
 }
 
-TEST(SetGPSPoint, AKeyThatIsThereKeepsItsPlace)
+TEST(SetGPSPoint, AnExistingKeyKeepsItsPosition)
 {
     Dictionary dictionary{{"point", 1}, {"name", "A"}};
     SetGPSPointInDictionary(&dictionary, "point", {1, 2, 3, 4, 5});
     EXPECT_EQ(gps::describe(dictionary), "{point = (1, 2, 3, 4, 5), name = \"A\"}");
 }
 
-TEST(Setters, RemoveTheKeyFirstSoThatTheNewValueStandsLast)
+TEST(Setters, RemoveTheKeyFirstSoThatTheNewEntryIsTheLast)
 {
     const std::array<const char*, 1> list{"text"};
     const std::array<std::string, 1> strings{"text"};

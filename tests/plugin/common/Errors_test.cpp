@@ -28,7 +28,7 @@ TEST(Errors, HaveNoPathWhereNoFileIsConcerned)
     EXPECT_EQ(error.userInfo().size(), 2U);
 }
 
-TEST(Errors, TheEnglishTextStandsWithOrWithoutATranslation)
+TEST(Errors, TheEnglishTextIsUsedWithOrWithoutATranslation)
 {
     EXPECT_EQ(
         makeError(ErrorCode::kReadFailed, "Couldn't read track data from device", kSuggestMounting)

@@ -27,8 +27,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-/// What the walk handed to its reader. A reader is a plain function, and so this is where it
-/// writes.
+/// The paths that the walk handed to its reader. A reader is a plain function, so this is global.
 std::vector<std::string>& handedOver()
 {
     static std::vector<std::string> paths;
@@ -85,7 +84,7 @@ protected:
     support::RecordingReceiver status_;
 };
 
-TEST_F(FolderWalkTest, AHiddenFolderIsLeftOutWithAllInItButAHiddenEntryDeeperDownIsNot)
+TEST_F(FolderWalkTest, AHiddenFolderIsSkippedWithItsContentsButAHiddenEntryDeeperDownIsNot)
 {
     folder_.put(".Trashes/deleted.upt", "");
     folder_.put(".Trashes/501/old.upt", "");
@@ -137,7 +136,7 @@ TEST_F(FolderWalkTest, ARangeFailureEndsTheWalkAsAnErrorDoesWithALogLine)
     EXPECT_THAT(log.errors(), ElementsAre(*error));
 }
 
-TEST_F(FolderWalkTest, WhateverElseAReaderThrowsEndsTheWalkToo)
+TEST_F(FolderWalkTest, AnyExceptionOfAReaderEndsTheWalk)
 {
     folder_.put("a", "");
     folder_.put("b", "");
@@ -146,7 +145,7 @@ TEST_F(FolderWalkTest, WhateverElseAReaderThrowsEndsTheWalkToo)
     EXPECT_THAT(log.lines(), SizeIs(1));
 }
 
-TEST_F(FolderWalkTest, AFolderThatIsNotThereHasNothingToEnumerate)
+TEST_F(FolderWalkTest, AMissingFolderHasNoEntries)
 {
     const support::LogCapture log;
     EXPECT_EQ(sendSelector(takeAll, status_, folder_.path("none")), std::nullopt);
@@ -154,7 +153,7 @@ TEST_F(FolderWalkTest, AFolderThatIsNotThereHasNothingToEnumerate)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(FolderWalkTest, AFolderThatIsAFileHasNothingToEnumerateAndALogLineTells)
+TEST_F(FolderWalkTest, AFolderThatIsAFileHasNoEntriesAndIsLogged)
 {
     const support::LogCapture log;
     EXPECT_EQ(sendSelector(takeAll, status_, folder_.put("file", "")), std::nullopt);
@@ -162,7 +161,7 @@ TEST_F(FolderWalkTest, AFolderThatIsAFileHasNothingToEnumerateAndALogLineTells)
     EXPECT_THAT(log.lines(), SizeIs(1));
 }
 
-TEST_F(FolderWalkTest, AFolderThatCannotBeListedHasNothingToEnumerateAndALogLineTells)
+TEST_F(FolderWalkTest, AFolderThatCannotBeListedHasNoEntriesAndIsLogged)
 {
     folder_.put("a", "");
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::none);
@@ -193,7 +192,7 @@ TEST_F(FolderWalkTest, AFifoIsAnEntryLikeAnyOther)
     EXPECT_THAT(entries(), ElementsAre("fifo"));
 }
 
-TEST_F(FolderWalkTest, TheStatusObjectGoesToTheReader)
+TEST_F(FolderWalkTest, TheReaderGetsTheStatusObject)
 {
     folder_.put("a", "");
     EXPECT_EQ(sendSelector(
@@ -204,45 +203,6 @@ TEST_F(FolderWalkTest, TheStatusObjectGoesToTheReader)
                   status_, folder_.path()),
               std::nullopt);
     EXPECT_THAT(status_.calls(), ElementsAre("gpsStateChange 7"));
-}
-
-TEST(DataFolderPath, JoinsTheVolumeAndTheName)
-{
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "My POIs"}}, "MyPOIs", "/media/GPS"),
-              "/media/GPS/My POIs");
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "data/points"}}, "MyPOIs", "/media/GPS/"),
-              "/media/GPS/data/points");
-}
-
-TEST(DataFolderPath, AMissingEmptyOrTextlessNameIsNone)
-{
-    EXPECT_EQ(dataFolderPath({{"Routes", "Routes"}}, "MyPOIs", "/media/GPS"), std::nullopt);
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", ""}}, "MyPOIs", "/media/GPS"), std::nullopt);
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", 7}}, "MyPOIs", "/media/GPS"), std::nullopt);
-}
-
-TEST(DataFolderPath, ANameThatWouldLeadOutOfTheVolumeIsNone)
-{
-    for (const auto* name : {"..", "../x", "x/..", "x/../y", "/..", "x/../../y", "../"})
-        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), std::nullopt) << name;
-    for (const auto* name : {"..x", "x..", "...", "x/..y"})
-        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"),
-                  "/media/GPS/" + std::string{name})
-            << name;
-}
-
-TEST(DataFolderPath, ANameWithANulByteIsNoneSinceTheSystemWouldReadOnlyWhatStandsBeforeIt)
-{
-    using namespace std::string_view_literals;
-    for (const auto name : {"..\0"sv, "..\0x"sv, "x/..\0/y"sv, "My POIs\0"sv, "\0"sv})
-        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, "MyPOIs", "/media/GPS"), std::nullopt) << name;
-}
-
-TEST(DataFolderPath, ANameThatBeginsWithASlashIsJoinedLikeAnyOther)
-{
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/x"}}, "MyPOIs", "/media/GPS"), "/media/GPS/x");
-    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/etc/passwd"}}, "MyPOIs", "/media/GPS"),
-              "/media/GPS/etc/passwd");
 }
 
 } // namespace

@@ -27,7 +27,7 @@ TEST(Lines, AreCutAtCarriageReturnLineFeed)
     EXPECT_THAT(linesOf("a\r\n\r\nb"), ElementsAre("a", "", "b"));
 }
 
-TEST(Lines, AreCutNowhereElse)
+TEST(Lines, AreSplitNowhereElse)
 {
     EXPECT_THAT(linesOf("a\nb\rc\n\rd"), ElementsAre("a\nb\rc\n\rd"));
     EXPECT_THAT(linesOf("a\r\r\n\nb"), ElementsAre("a\r", "\nb"));

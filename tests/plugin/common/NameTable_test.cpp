@@ -12,23 +12,23 @@
 namespace magellan {
 namespace {
 
-TEST(NameTable, NumbersNamesInTheOrderInWhichTheyFirstCome)
+TEST(NameTable, IndexesNamesInOrderOfFirstAppearance)
 {
     NameTable names;
-    EXPECT_EQ(names.numberOf("Camp"), 0U);
-    EXPECT_EQ(names.numberOf("Ford"), 1U);
-    EXPECT_EQ(names.numberOf("Camp"), 0U);
-    EXPECT_EQ(names.numberOf("Hut"), 2U);
+    EXPECT_EQ(names.indexOf("Camp"), 0U);
+    EXPECT_EQ(names.indexOf("Ford"), 1U);
+    EXPECT_EQ(names.indexOf("Camp"), 0U);
+    EXPECT_EQ(names.indexOf("Hut"), 2U);
 }
 
-TEST(NameTable, TellsNamesApartByEveryByte)
+TEST(NameTable, DistinguishesNamesByEveryByte)
 {
     NameTable names;
-    EXPECT_EQ(names.numberOf("Camp"), 0U);
-    EXPECT_EQ(names.numberOf("camp"), 1U);
-    EXPECT_EQ(names.numberOf("Camp "), 2U);
-    EXPECT_EQ(names.numberOf(""), 3U);
-    EXPECT_EQ(names.numberOf(""), 3U);
+    EXPECT_EQ(names.indexOf("Camp"), 0U);
+    EXPECT_EQ(names.indexOf("camp"), 1U);
+    EXPECT_EQ(names.indexOf("Camp "), 2U);
+    EXPECT_EQ(names.indexOf(""), 3U);
+    EXPECT_EQ(names.indexOf(""), 3U);
 }
 
 TEST(NameTable, GrowsAndForgetsNoName)
@@ -38,9 +38,9 @@ TEST(NameTable, GrowsAndForgetsNoName)
         texts.push_back("Point " + std::to_string(i));
     NameTable names;
     for (std::size_t i = 0; i < texts.size(); ++i)
-        ASSERT_EQ(names.numberOf(texts[i]), i);
+        ASSERT_EQ(names.indexOf(texts[i]), i);
     for (std::size_t i = 0; i < texts.size(); ++i)
-        ASSERT_EQ(names.numberOf(texts[i]), i);
+        ASSERT_EQ(names.indexOf(texts[i]), i);
 }
 
 TEST(NameTable, DoesAsAMapWouldForNamesInAnyOrder)
@@ -51,7 +51,7 @@ TEST(NameTable, DoesAsAMapWouldForNamesInAnyOrder)
     for (int step = 0; step < 20'000; ++step) {
         const auto& [name, number] =
             *expected.try_emplace(std::to_string(random() % 3000), expected.size()).first;
-        ASSERT_EQ(names.numberOf(name), number) << name;
+        ASSERT_EQ(names.indexOf(name), number) << name;
     }
 }
 

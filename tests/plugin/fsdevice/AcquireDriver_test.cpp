@@ -97,7 +97,7 @@ protected:
         std::make_shared<support::RecordingReceiver>();
 };
 
-TEST_F(AcquireDriverTest, AllKindsComeInTheirOrderEachBetweenItsPairOfCalls)
+TEST_F(AcquireDriverTest, AllKindsAreReadInTheirOrderEachBetweenItsPairOfCalls)
 {
     fill();
     EXPECT_THAT(acquire(),
@@ -116,7 +116,7 @@ TEST_F(AcquireDriverTest, AllKindsComeInTheirOrderEachBetweenItsPairOfCalls)
                             "endTransfer 1", "gpsStateChange 0"));
 }
 
-TEST_F(AcquireDriverTest, FilesOfAKindComeInByteOrderOfTheirPathsWhateverTheirExtension)
+TEST_F(AcquireDriverTest, FilesOfAKindAreReadInByteOrderOfTheirPathsWhateverTheirExtension)
 {
     receiver_.put("Track Logs/b",
                   {sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,2,290208")});
@@ -226,7 +226,7 @@ TEST_F(AcquireDriverTest, ASentenceThatIsTooShortEndsTheAcquireAsAReadErrorDoes)
     EXPECT_EQ(log.errors().front().path(), receiver_.path("Routes/a.rte"));
 }
 
-TEST_F(AcquireDriverTest, APointThatCameBeforeARangeFailureStays)
+TEST_F(AcquireDriverTest, PointsBeforeATruncatedSentenceAreReported)
 {
     receiver_.put("Track Logs/t.log", {kTrackPoint, sentence("PMGNTRK")});
     EXPECT_THAT(acquire(), Contains(kTrackPointCall));
@@ -275,7 +275,7 @@ TEST_F(AcquireDriverTest, AFolderNameThatLeadsOutOfTheVolumeAtANulByteYieldsNoth
     EXPECT_EQ(acquire(), kFourEmptyKinds);
 }
 
-TEST_F(AcquireDriverTest, AFolderNameThatBeginsWithASlashLiesBelowTheVolume)
+TEST_F(AcquireDriverTest, AFolderNameThatBeginsWithASlashIsBelowTheVolume)
 {
     receiver_.languageFile({"MyPOIs=/x", "TrackLogs=/" + receiver_.path()});
     receiver_.put("x/a.upt", {kWayPoint});
@@ -283,7 +283,7 @@ TEST_F(AcquireDriverTest, AFolderNameThatBeginsWithASlashLiesBelowTheVolume)
     EXPECT_THAT(status_->calls(), Not(Contains(StartsWith("newTrack"))));
 }
 
-TEST_F(AcquireDriverTest, ADataFolderThatIsAFileYieldsNothingAndALogLineTells)
+TEST_F(AcquireDriverTest, ADataFolderThatIsAFileYieldsNothingAndIsLogged)
 {
     receiver_.put("My POIs", {kWayPoint});
     const support::LogCapture log;
@@ -388,7 +388,7 @@ TEST_F(AcquireDriverTest, WithoutADeviceTheAnswerIsErrorMinusOneAndTheOnlyCallIs
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(AcquireDriverTest, ADeviceRecordWithoutALocationIsNoDevice)
+TEST_F(AcquireDriverTest, ADeviceRecordWithoutALocationIsNotADevice)
 {
     const auto driver = makeDriver();
     driver->setFsDevice(gps::Dictionary{{"name", "Magellan device 1"}, {"authorized", true}});
@@ -400,7 +400,7 @@ TEST_F(AcquireDriverTest, ADeviceRecordWithoutALocationIsNoDevice)
     EXPECT_THAT(status_->calls(), ElementsAre("gpsStateChange 0", "gpsStateChange 0"));
 }
 
-TEST_F(AcquireDriverTest, ASetUpErrorIsLoggedWhenTheDebugLevelIsNotZero)
+TEST_F(AcquireDriverTest, ASetUpErrorIsLoggedIfTheDebugLevelIsNotZero)
 {
     support::TestFolders::set({});
     const support::LogCapture log;
@@ -504,7 +504,7 @@ TEST_F(AcquireDriverTest, AnImportNeedsNoDevice)
     EXPECT_FALSE(driver->securityURL());
 }
 
-TEST_F(AcquireDriverTest, ASourcePathThatIsNoTextHasNoExtensionToTake)
+TEST_F(AcquireDriverTest, ASourcePathThatIsNotATextHasNoExtension)
 {
     const auto error = makeDriver()->gpsRunAcquire(status_, {{"sourcePath", 7}});
     ASSERT_TRUE(error);

@@ -109,7 +109,7 @@ TEST_F(DeviceDiscoveryTest, TwoDevicesTheFirstAuthorizedShowThePopUpAlone)
     EXPECT_TRUE(driver_->isReady());
 }
 
-TEST_F(DeviceDiscoveryTest, TwoDevicesTheFirstRefusedShowBoth)
+TEST_F(DeviceDiscoveryTest, TwoDevicesTheFirstUnauthorizedShowPopUpAndButton)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -290,7 +290,7 @@ TEST_F(DeviceDiscoveryTest, ADriverWithoutAViewFindsDevicesAllTheSame)
     EXPECT_EQ(bare.fsDevice(), record(first_, "Magellan device 1", true));
 }
 
-TEST_F(DeviceDiscoveryTest, AccessIsOpenedOnTheSelectedDeviceAndItsUrlStaysUntilTheNextTime)
+TEST_F(DeviceDiscoveryTest, AccessIsOpenedOnTheSelectedDeviceAndItsUrlKeptUntilTheNextTime)
 {
     driver_->setFsDevice(gps::Dictionary{{"location", "/media/GPS"}});
     driver_->startAuthorizedAccess();

@@ -119,7 +119,7 @@ TEST_F(ReadTracks, ANameAfterUnnamedPointsOpensATrackUnlessItIsTheirsAlready)
                 ElementsAre(newTrack("Current Track"), kUnnamed46, named46("Current Track")));
 }
 
-TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeAndTheFirstOneHasNone)
+TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeIfAny)
 {
     EXPECT_THAT(reported(acquireTracks,
                          put({trackPoint(""),
@@ -132,7 +132,7 @@ TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeAndTheFirstOneHa
                 ElementsAre(newTrack("Current Track"), kUnnamed46));
 }
 
-TEST_F(ReadTracks, OtherLinesArePassedOver)
+TEST_F(ReadTracks, OtherLinesAreIgnored)
 {
     EXPECT_THAT(reported(acquireTracks,
                          put({"", "garbage", wayPoint("W"), support::breakChecksum(trackPoint("X")),
@@ -149,7 +149,7 @@ TEST_F(ReadTracks, AFileOfBareLineFeedsIsOneLine)
                 ElementsAre(newTrack("A"), named46("A")));
 }
 
-TEST_F(ReadTracks, AFileThatEndsInALineEndHasAnEmptyLastLineThatIsRefused)
+TEST_F(ReadTracks, AFileThatEndsInALineEndHasAnEmptyLastLineThatIsIgnored)
 {
     EXPECT_THAT(reported(acquireTracks, folder_.put("f", trackPoint("A") + "\r\n")),
                 ElementsAre(newTrack("A"), named46("A")));
@@ -166,7 +166,7 @@ TEST_F(ReadTracks, ANulByteDamagesItsLineAlone)
                 ElementsAre(newTrack("B"), named46("B")));
 }
 
-TEST_F(ReadTracks, ASentenceThatIsTooShortThrowsAfterWhatStandsBeforeIt)
+TEST_F(ReadTracks, ATruncatedSentenceThrowsAfterThePointsBeforeItWereReported)
 {
     support::RecordingReceiver status;
     const auto path =
@@ -190,14 +190,14 @@ TEST_F(ReadWayPoints, AreReportedInFileOrderWithoutTheirPointAmongTheExtras)
                 ElementsAre(reportedWayPoint("B"), reportedWayPoint("A")));
 }
 
-TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordAtTheFirstOnesPlace)
+TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordInTheFirstOnesTurn)
 {
     EXPECT_THAT(reported(acquireWayPoints,
                          put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second")})),
                 ElementsAre(reportedWayPoint("A", "second"), reportedWayPoint("B")));
 }
 
-TEST_F(ReadWayPoints, OneWithoutANameIsLeftOutAndOneWithAnEmptyNameIsNot)
+TEST_F(ReadWayPoints, OneWithoutANameIsSkippedAndOneWithAnEmptyNameIsNot)
 {
     EXPECT_THAT(reported(acquireWayPoints,
                          put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"), wayPoint("")})),
@@ -213,7 +213,7 @@ TEST_F(ReadWayPoints, AKeyOfOneLineDoesNotReachTheNext)
                     std::string{"wayPoint "} + kPoint + " {name = \"B\", comment = \"\"}"));
 }
 
-TEST_F(ReadWayPoints, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+TEST_F(ReadWayPoints, ATruncatedSentenceThrowsBeforeAnythingIsReported)
 {
     support::RecordingReceiver status;
     const auto path = put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M")});
@@ -221,7 +221,7 @@ TEST_F(ReadWayPoints, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
     EXPECT_THAT(status.calls(), IsEmpty());
 }
 
-TEST_F(ReadWayPoints, OtherLinesArePassedOverAndBareLineFeedsMakeOneLine)
+TEST_F(ReadWayPoints, OtherLinesAreIgnoredAndBareLineFeedsMakeOneLine)
 {
     EXPECT_THAT(
         reported(acquireWayPoints, put({"", trackPoint("T"), geoCache("G"),
@@ -231,7 +231,7 @@ TEST_F(ReadWayPoints, OtherLinesArePassedOverAndBareLineFeedsMakeOneLine)
                 IsEmpty());
 }
 
-TEST_F(ReadWayPoints, CollectedOnesKeepTheirPointAndReplaceThoseOfTheSameName)
+TEST_F(ReadWayPoints, CollectedOnesHaveTheirPointAndReplaceThoseOfTheSameName)
 {
     gps::Dictionary records{{"A", gps::Dictionary{{"name", "A"}, {"old", 1}}},
                             {"Z", gps::Dictionary{{"name", "Z"}}}};
@@ -280,7 +280,7 @@ TEST_F(ReadGeoCaches, TwoOfOneNameAreOneCallWithTheSecondRecord)
                 ElementsAre(reportedGeoCache("A", "second"), reportedGeoCache("B")));
 }
 
-TEST_F(ReadGeoCaches, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+TEST_F(ReadGeoCaches, ATruncatedSentenceThrowsBeforeAnythingIsReported)
 {
     support::RecordingReceiver status;
     const auto path = put({geoCache("A"), sentence("PMGNGEO,4600.000,N,00730.000,E,0000500")});
@@ -321,7 +321,7 @@ TEST_F(ReadRoutes, EachStartsAnewAndTheyAreReportedInFileOrder)
                     "newRoute {name = \"R1\", lastIndex = 1}", routePoint("A")));
 }
 
-TEST_F(ReadRoutes, OneWhoseLastSentenceNeverComesIsDropped)
+TEST_F(ReadRoutes, OneWithoutItsLastSentenceIsDropped)
 {
     EXPECT_THAT(
         reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kEnd})),
@@ -336,7 +336,7 @@ TEST_F(ReadRoutes, OfTwoOfOneNameTheLastWins)
                 ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("B")));
 }
 
-TEST_F(ReadRoutes, WaypointsBehindTheRouteAreNotFoundForItsNames)
+TEST_F(ReadRoutes, WaypointsAfterTheRouteAreNotFoundForItsNames)
 {
     const support::LogCapture log;
     EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNRTE,1,1,c,1,R,A,a"), wayPoint("A")})),
@@ -344,7 +344,7 @@ TEST_F(ReadRoutes, WaypointsBehindTheRouteAreNotFoundForItsNames)
     EXPECT_THAT(log.lines(), ElementsAre("referencing A waypoint that doesn't exist"));
 }
 
-TEST_F(ReadRoutes, AWaypointWithoutANameIsLeftOutAndTheRouteGoesOn)
+TEST_F(ReadRoutes, AWaypointWithoutANameIsSkippedAndTheRouteContinues)
 {
     EXPECT_THAT(reported(acquireRoutes, put({sentence("PMGNWPL,4600.000,N,00730.000,E,0000500"),
                                              wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a")})),
@@ -359,7 +359,7 @@ TEST_F(ReadRoutes, WaypointsBetweenARoutesSentencesDoNotDisturbIt)
         ElementsAre("newRoute {name = \"R\", lastIndex = 2}", routePoint("A"), routePoint("B")));
 }
 
-TEST_F(ReadRoutes, ASentenceThatIsTooShortThrowsBeforeAnythingIsReported)
+TEST_F(ReadRoutes, ATruncatedSentenceThrowsBeforeAnythingIsReported)
 {
     support::RecordingReceiver status;
     const auto path =
@@ -466,7 +466,7 @@ TEST_F(UnreadableFile, ALinkThatLeadsNowhereOrToItselfIsLogged)
     expectUnreadable(folder_.path("self"), 256);
 }
 
-TEST_F(UnreadableFile, OneThatIsRefusedIsLoggedAndReportsNothing)
+TEST_F(UnreadableFile, OneWithoutReadPermissionIsLoggedAndReportsNothing)
 {
     const auto path = put({wayPoint("A")});
     std::filesystem::permissions(path, std::filesystem::perms::none);

@@ -125,7 +125,7 @@ TEST_F(DeviceFileWriters, TrackPointWithoutItsPointGivesNoLine)
         written({sentence("PMGNTRK,4630.00000,N,00715.00000,E,01200,M,061548.00,A,,110808")}));
 }
 
-TEST_F(DeviceFileWriters, TrackPointThatHasNoTextIsLoggedAndLeftOut)
+TEST_F(DeviceFileWriters, TrackPointThatCannotBeWrittenIsLoggedAndSkipped)
 {
     ASSERT_FALSE(saveTracks(
         {track({trackPoint(90.1), trackPoint(std::numeric_limits<double>::quiet_NaN())})},
@@ -135,7 +135,7 @@ TEST_F(DeviceFileWriters, TrackPointThatHasNoTextIsLoggedAndLeftOut)
                                          HasSubstr("failed to create")));
 }
 
-TEST_F(DeviceFileWriters, TracksTakeTheLowestFreeNumbersGapsFirst)
+TEST_F(DeviceFileWriters, TracksGetTheLowestFreeNumbersGapsFirst)
 {
     folder.put("TKLG000.log", "old 0");
     folder.put("TKLG002.log", "old 2");
@@ -146,7 +146,7 @@ TEST_F(DeviceFileWriters, TracksTakeTheLowestFreeNumbersGapsFirst)
     EXPECT_EQ(folder.read("TKLG002.log"), "old 2");
 }
 
-TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverGiven)
+TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverUsed)
 {
     for (int number = 0; number < 998; ++number)
         folder.put(magellan::trackFileName(number), "");
@@ -156,7 +156,7 @@ TEST_F(DeviceFileWriters, Number998IsTheLastAndNumber999IsNeverGiven)
     EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName), std::nullopt);
 }
 
-TEST_F(DeviceFileWriters, FolderOfATracksNameCountsAsTaken)
+TEST_F(DeviceFileWriters, FolderWithATracksNameUsesUpItsNumber)
 {
     folder.makeFolder("TKLG000.log");
     EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName),
@@ -195,7 +195,7 @@ TEST_F(DeviceFileWriters, FailedTrackStopsTheSavingAndTheTracksBeforeItStay)
     EXPECT_EQ(folder.read("TKLG000.log"), kClosing);
 }
 
-TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThePresentOneInItsPlaceAndANewOneIsAdded)
+TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThatOneAtItsPositionAndANewOneIsAppended)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), waypointLine("Home")}));
     ASSERT_FALSE(mergeWaypoints({waypoint("Camp", 47), waypoint("Peak")}, path));
@@ -240,7 +240,7 @@ TEST_F(DeviceFileWriters, MissingPresentFileCountsAsEmptyAndIsLogged)
               written({waypointLine("Camp"), sentence("PMGNRTE,1,1,c,1,Loop,Camp,a")}));
 }
 
-TEST_F(DeviceFileWriters, FolderInTheDefaultFilesPlaceIsTheWriteErrorAndStays)
+TEST_F(DeviceFileWriters, FolderWithTheDefaultFilesNameIsAWriteErrorAndIsKept)
 {
     folder.put("Default POI File.upt/inside", "old");
     const auto error = magellan::saveWaypoints({waypoint("Camp")}, folder.path(), false);
@@ -371,7 +371,7 @@ TEST_F(DeviceFileWriters, CountersStartAfreshForEachRouteSoThatTheSecondReplaces
               (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 3)}}));
 }
 
-TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreLeftOutAndARouteWithoutOneStillBringsItsPoints)
+TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreDroppedAndARouteWithoutOneStillAddsItsPoints)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
@@ -442,8 +442,7 @@ public:
         return list;
     }
 
-    /// Points from the beginning to the end of what a sentence's date can tell, and some without a
-    /// time.
+    /// Points over the whole range of years that a sentence can write, and some without a time.
     gps::Dictionary track(int count)
     {
         std::uniform_int_distribution<std::int64_t> seconds{315'532'800,
@@ -486,16 +485,14 @@ TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBy
     for (unsigned seed = 0; seed < 200; ++seed) {
         SCOPED_TRACE(seed);
         Generated generated{seed};
-        const auto twice = [this](auto mergedText, const gps::Array& records,
-                                  std::string_view name) {
-            std::filesystem::remove(folder.path(name));
-            const auto once = std::optional<std::string>{mergedText(records, folder.path(name))};
+        const auto twice = [](auto mergedText, const gps::Array& records) {
+            const auto once = std::optional<std::string>{mergedText(records, "")};
             ASSERT_TRUE(once);
-            EXPECT_EQ(mergedText({}, folder.put(name, *once)), once);
+            EXPECT_EQ(mergedText({}, *once), once);
         };
-        twice(magellan::mergedWaypointText, generated.records(8, false), "w.upt");
-        twice(magellan::mergedGeocacheText, generated.records(8, true), "g.gs");
-        twice(magellan::mergedRouteText, generated.routes(4), "r.rte");
+        twice(magellan::mergedWaypointText, generated.records(8, false));
+        twice(magellan::mergedGeocacheText, generated.records(8, true));
+        twice(magellan::mergedRouteText, generated.routes(4));
     }
 }
 
@@ -534,7 +531,7 @@ TEST_F(DeviceFileWriters,
     magellan::deleteFilesFromDir(folder.path("tracks"), "log");
     EXPECT_TRUE(std::filesystem::exists(folder.path("tracks/a.log")));
 
-    elsewhere.makeFolder("a.log"); // a folder of that name is none
+    elsewhere.makeFolder("a.log"); // a folder of that name does not count
     magellan::deleteFilesFromDir(folder.path("tracks"), "log");
     EXPECT_TRUE(std::filesystem::exists(folder.path("tracks/a.log")));
     std::filesystem::remove(elsewhere.path("a.log"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the driver tells of the places where it looked; volumes are in the tests on a mocked device
-// tree.
+// How the driver explains what it found at a test folder. The tests in plugin_udev do this for
+// volumes, on a mocked device tree.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,8 +24,8 @@ using Verdict = gps::SearchedPlace::Verdict;
 
 class DeviceSearchTest : public testing::Test {
 protected:
-    /// What comes of looking at the receiver's folder.
-    [[nodiscard]] gps::SearchedPlace look() const
+    /// Searches the receiver's folder.
+    [[nodiscard]] gps::SearchedPlace search() const
     {
         support::TestFolders::set({receiver_.path()});
         const auto places = driver_->searchedPlaces();
@@ -45,48 +45,48 @@ protected:
     support::ReceiverFolder receiver_;
 };
 
-TEST_F(DeviceSearchTest, ReceiverIsTakenUnderItsName)
+TEST_F(DeviceSearchTest, ReceiverIsAcceptedUnderItsName)
 {
     receiver_.unitFile("12345");
-    const auto place = look();
+    const auto place = search();
     EXPECT_EQ(place.verdict, Verdict::kTaken);
     EXPECT_THAT(place.reason, HasSubstr("Magellan device 12345"));
     EXPECT_THAT(place.advice, IsEmpty());
 }
 
-TEST_F(DeviceSearchTest, FolderWithoutAUnitFileIsNoReceiver)
+TEST_F(DeviceSearchTest, FolderWithoutAUnitFileIsNotAReceiver)
 {
-    const auto place = look();
+    const auto place = search();
     EXPECT_EQ(place.verdict, Verdict::kRefused);
     EXPECT_THAT(place.reason, HasSubstr("USBTRANS/UNIT_ID.DAT"));
     EXPECT_THAT(place.advice, IsEmpty());
 }
 
-TEST_F(DeviceSearchTest, FolderThatMayNotBeLookedIntoSaysWhatToDo)
+TEST_F(DeviceSearchTest, FolderThatCannotBeReadHasAdvice)
 {
     receiver_.unitFile("12345");
     std::filesystem::permissions(receiver_.path("USBTRANS"), std::filesystem::perms::none);
     const support::AsNobody nobody;
-    const auto place = look();
+    const auto place = search();
     EXPECT_EQ(place.verdict, Verdict::kRefused);
     EXPECT_THAT(place.reason, HasSubstr("another user"));
     EXPECT_THAT(place.advice, Not(IsEmpty()));
 }
 
-TEST_F(DeviceSearchTest, UnitFileThatMayNotBeReadIsTakenWithAdvice)
+TEST_F(DeviceSearchTest, UnitFileWithoutReadPermissionIsAcceptedWithAdvice)
 {
     std::filesystem::permissions(receiver_.unitFile("12345"), std::filesystem::perms::none);
     const support::AsNobody nobody;
-    const auto place = look();
+    const auto place = search();
     EXPECT_EQ(place.verdict, Verdict::kTaken);
     EXPECT_THAT(place.reason, HasSubstr("may not be read"));
     EXPECT_THAT(place.advice, Not(IsEmpty()));
 }
 
-TEST_F(DeviceSearchTest, UnitFileThatIsNoTextIsTakenAndToldOf)
+TEST_F(DeviceSearchTest, UnitFileThatIsNotTextIsAcceptedWithTheReason)
 {
     receiver_.unitFile("\xFF");
-    const auto place = look();
+    const auto place = search();
     EXPECT_EQ(place.verdict, Verdict::kTaken);
     EXPECT_THAT(place.reason, HasSubstr("cannot be read as text"));
 }

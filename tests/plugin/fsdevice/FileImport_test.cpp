@@ -97,7 +97,7 @@ TEST_F(FileImportTest, OtherExtensionsAreUnrecognized)
         expectRefused(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
 }
 
-TEST_F(FileImportTest, TheExtensionStandsBehindTheLastDotAlsoOfANameThatBeginsWithIt)
+TEST_F(FileImportTest, TheExtensionFollowsTheLastDotEvenAtTheBeginningOfAName)
 {
     for (const auto* name : {"t.log", ".log", "t.upt.log", "t..log", "dir.upt/t.log"}) {
         support::RecordingReceiver status;
@@ -218,7 +218,7 @@ TEST_F(FileImportTest, AFolderOrAFifoMeetsTheReadersErrorAtOnce)
     }
 }
 
-TEST_F(FileImportTest, AFileThatIsRefusedMeetsTheReadersError)
+TEST_F(FileImportTest, AFileWithoutReadPermissionMeetsTheReadersError)
 {
     const auto points = folder_.put("p.upt", fileOf({kWayPoint}));
     const auto track = folder_.put("t.log", fileOf({kTrackPoint}));
@@ -229,7 +229,7 @@ TEST_F(FileImportTest, AFileThatIsRefusedMeetsTheReadersError)
     expectReadersError(track, std::nullopt);
 }
 
-TEST_F(FileImportTest, AFileThatIsNotAsciiBehindItsFirstLineMeetsTheReadersError)
+TEST_F(FileImportTest, AFileThatIsNotAsciiAfterItsFirstLineMeetsTheReadersError)
 {
     expectReadersError(folder_.put("p.upt", kWayPoint + "\r\n\xC3\xA9"), 261);
 }
@@ -253,7 +253,7 @@ TEST_F(FileImportTest, ASentenceThatIsTooShortThrowsAfterTheEndWasReported)
                 ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
-TEST_F(FileImportTest, ARefusalIsLoggedWhenTheDebugLevelIsNotZero)
+TEST_F(FileImportTest, ARefusalIsLoggedIfTheDebugLevelIsNotZero)
 {
     const auto driver = std::make_shared<MagellanGPSPlugin>();
     const auto status = std::make_shared<support::RecordingReceiver>();

@@ -13,7 +13,7 @@ gps::Dictionary record(std::string_view name, std::string_view symbol)
     return {{"name", name}, {"symbol", symbol}};
 }
 
-TEST(GeocacheSplit, WaypointsKeepTheListsOrderAndGeocachesComeOutInItsReverse)
+TEST(GeocacheSplit, WaypointsKeepTheListsOrderAndGeocachesAreReversed)
 {
     const auto split =
         extractGeocachesFromList({record("1", "Geocache"), record("2", "Flag"),
@@ -23,7 +23,7 @@ TEST(GeocacheSplit, WaypointsKeepTheListsOrderAndGeocachesComeOutInItsReverse)
               (gps::Array{record("3", "Geocache Found"), record("1", "Geocache")}));
 }
 
-TEST(GeocacheSplit, EqualGeocachesAreAllGeocachesAndNoneStaysAWaypoint)
+TEST(GeocacheSplit, EqualGeocachesAreAllRemovedFromTheWaypoints)
 {
     const auto split = extractGeocachesFromList(
         {record("1", "Geocache"), record("1", "Geocache"), record("2", "Flag")});
@@ -39,7 +39,7 @@ TEST(GeocacheSplit, SymbolMustBeginWithGeocacheCaseIncluded)
     EXPECT_FALSE(split.geocaches);
 }
 
-TEST(GeocacheSplit, AnEmptyListOfEitherKindIsNone)
+TEST(GeocacheSplit, AnEmptyListOfEitherKindIsMissing)
 {
     EXPECT_FALSE(extractGeocachesFromList({}).waypoints);
     EXPECT_FALSE(extractGeocachesFromList({}).geocaches);

@@ -22,7 +22,7 @@ std::string parsed(std::string_view text)
     return gps::describe(parseKeyValueText(text));
 }
 
-TEST(KeyValueText, KeysAndValuesStandOnEitherSideOfTheFirstEqualsSign)
+TEST(KeyValueText, KeysAndValuesAreSeparatedByTheFirstEqualsSign)
 {
     EXPECT_EQ(parsed("Serial Number=12345\r\n"), "{Serial Number = \"12345\"}");
     EXPECT_EQ(parsed("a=b=c\r\nd==\r\n"), "{a = \"b=c\", d = \"=\"}");
@@ -57,7 +57,7 @@ TEST(KeyValueText, BareLineFeedsMakeOneLineWhoseFirstKeyTakesAllTheRest)
     EXPECT_EQ(parsed("a=1\rb=2"), "{a = \"1\rb=2\"}");
 }
 
-TEST(KeyValueText, ALaterLineReplacesTheValueAtTheFirstOnesPlace)
+TEST(KeyValueText, ALaterLineReplacesTheValueAndKeepsThePosition)
 {
     EXPECT_EQ(parsed("a=1\r\nb=2\r\na=3\r\n"), "{a = \"3\", b = \"2\"}");
 }
@@ -103,7 +103,7 @@ TEST(KeyValueFile, AFailureIsTheSystemsErrorAndLeavesTheDictionary)
     }
 }
 
-TEST(UnitFile, LiesInTheTransferFolderOfAVolume)
+TEST(UnitFile, IsInTheTransferFolderOfAVolume)
 {
     EXPECT_EQ(unitFilePath("/media/GPS"), "/media/GPS/USBTRANS/UNIT_ID.DAT");
     EXPECT_EQ(unitFilePath("/media/GPS/"), "/media/GPS/USBTRANS/UNIT_ID.DAT");
@@ -117,7 +117,7 @@ TEST(UnitFile, LiesInTheTransferFolderOfAVolume)
 constexpr char kDefault[] = "{MyPOIs = \"My POIs\", Geocaches = \"Geocaches\", Routes = "
                             "\"Routes\", TrackLogs = \"Track Logs\"}";
 
-TEST(FolderDictionary, ComesFromTheLanguageFile)
+TEST(FolderDictionary, IsReadFromTheLanguageFile)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "MyPOIs=Meine Orte\r\nRoutes=Routen\r\n");
@@ -125,7 +125,7 @@ TEST(FolderDictionary, ComesFromTheLanguageFile)
               "{MyPOIs = \"Meine Orte\", Routes = \"Routen\"}");
 }
 
-TEST(FolderDictionary, ALanguageFileWithoutAnyFolderKeyStandsAsItIs)
+TEST(FolderDictionary, ALanguageFileWithoutAnyFolderKeyIsUsedAsItIs)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "Language=English\r\n");

@@ -82,7 +82,7 @@ std::size_t allocations(Reader read, const std::string& body, int sentences)
 constexpr std::size_t kDoublings =
     16; ///< of a table of names from 1,000 to 10,000, and of its index
 
-TEST(ReadingAllocations, TrackPointsTakeNone)
+TEST(ReadingAllocations, TrackPointsAllocateNothing)
 {
     const std::string body = "PMGNTRK,4605.979,N,00713.315,E,#,M,071548.24,A,A name that no string "
                              "holds inside itself,110808";
@@ -90,7 +90,7 @@ TEST(ReadingAllocations, TrackPointsTakeNone)
     EXPECT_LE(allocations(magellan::acquireTracks, body, 10'000), few);
 }
 
-TEST(ReadingAllocations, WaypointsTakeOnlyTheGrowthOfTheirNames)
+TEST(ReadingAllocations, WaypointsAllocateOnlyForTheTableOfTheirNames)
 {
     const std::string body = "PMGNWPL,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string "
                              "holds inside itself,ah";
@@ -98,7 +98,7 @@ TEST(ReadingAllocations, WaypointsTakeOnlyTheGrowthOfTheirNames)
     EXPECT_LE(allocations(magellan::acquireWayPoints, body, 10'000), few + kDoublings);
 }
 
-TEST(ReadingAllocations, GeocachesTakeOnlyTheGrowthOfTheirNames)
+TEST(ReadingAllocations, GeocachesAllocateOnlyForTheTableOfTheirNames)
 {
     const std::string body = "PMGNGEO,4605.979,N,00713.315,E,0001529,M,P#,a comment that no string "
                              "holds inside itself,o,h,t,1,2,3,4";

@@ -194,7 +194,7 @@ TEST_F(SendDriver,
     EXPECT_EQ(status->calls().back(), "gpsStateChange 0");
 }
 
-TEST_F(SendDriver, OptionDebugIsTaken)
+TEST_F(SendDriver, OptionDebugSetsTheDebugLevel)
 {
     const support::TestFolders folders{{receiver.path()}};
     const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");

@@ -10,7 +10,7 @@
 
 #include <plugin/fsdevice/SendRemarks.h>
 
-using magellan::SendKind;
+using magellan::RecordKind;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -22,14 +22,14 @@ gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag"
     return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
 }
 
-std::vector<std::string> remarksOn(SendKind kind, gps::Array records)
+std::vector<std::string> remarksOn(RecordKind kind, gps::Array records)
 {
     std::vector<std::string> remarks;
     magellan::remarkOnRecords({kind, std::move(records), "folder"}, remarks);
     return remarks;
 }
 
-std::vector<std::string> remarksOnFile(SendKind kind, std::string_view body, int count)
+std::vector<std::string> remarksOnFile(RecordKind kind, std::string_view body, int count)
 {
     std::string content;
     for (int i = 0; i < count; ++i)
@@ -41,18 +41,18 @@ std::vector<std::string> remarksOnFile(SendKind kind, std::string_view body, int
 
 TEST(SendRemarks, NameOf20CharactersArrivesAndOneOf21IsCut)
 {
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRST")}), IsEmpty());
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRSTU")}),
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRST")}), IsEmpty());
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {waypoint("ABCDEFGHIJKLMNOPQRSTU")}),
                 ElementsAre(HasSubstr("\"ABCDEFGHIJKLMNOPQRST\"")));
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}),
+    EXPECT_THAT(remarksOn(RecordKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}),
                 IsEmpty());
 }
 
-TEST(SendRemarks, CharactersThatAreDroppedAreSeenInEveryTextAndSaidOnce)
+TEST(SendRemarks, DroppedCharactersAreRemarkedOnOnceForEachText)
 {
     auto record = waypoint("A,B");
     record.set("comment", "x*y");
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record, record}),
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {record, record}),
                 ElementsAre("The name \"A,B\" of a waypoint becomes \"AB\".",
                             "The comment \"x*y\" of a waypoint becomes \"xy\"."));
 }
@@ -61,81 +61,81 @@ TEST(SendRemarks, GeocacheTypeWithAPrefixLosesItsBar)
 {
     auto record = waypoint("Oak", "Geocache");
     record.set("geocacheType", "Geocache|Multi");
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {record}),
+    EXPECT_THAT(remarksOn(RecordKind::kGeocaches, {record}),
                 ElementsAre(HasSubstr("\"GeocacheMulti\"")));
 }
 
-TEST(SendRemarks, SymbolWithoutAnIconIsSaidAndAnIconCodeIsNot)
+TEST(SendRemarks, SymbolWithoutAnIconIsRemarkedOnAndAnIconCodeIsNot)
 {
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {waypoint("A", "Volcano")}),
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {waypoint("A", "Volcano")}),
                 ElementsAre("The symbol \"Volcano\" has no icon and becomes \"Waypoint\"."));
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints,
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints,
                           {waypoint("A", "a"), waypoint("B", "zz"), waypoint("C", "Waypoint")}),
                 IsEmpty());
 }
 
-TEST(SendRemarks, IconCodeThatSpoilsItsSentenceIsSaid)
+TEST(SendRemarks, IconCodeThatDamagesItsLineIsRemarkedOn)
 {
     for (const std::string symbol : {"*", ",", "\r\n", "\xC3\xA9"})
         EXPECT_THAT(
-            remarksOn(SendKind::kWaypoints, {waypoint("A", symbol)}),
+            remarksOn(RecordKind::kWaypoints, {waypoint("A", symbol)}),
             ElementsAre("The symbol \"" + symbol +
-                        "\" is written as it is and spoils its sentence: choose another one."));
+                        "\" is written as it is and would damage its line: choose another one."));
 }
 
-TEST(SendRemarks, RecordsThatAreLeftOutAreSaid)
+TEST(SendRemarks, SkippedRecordsAreRemarkedOn)
 {
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
-                ElementsAre("A waypoint without a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}),
-                ElementsAre(HasSubstr("no place")));
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
+                ElementsAre("A waypoint without a name is skipped."));
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {gps::Dictionary{{"name", "A"}}}),
+                ElementsAre(HasSubstr("no position")));
     EXPECT_THAT(
-        remarksOn(SendKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
+        remarksOn(RecordKind::kRoutes, {gps::Dictionary{{"points", gps::Array{waypoint("A")}}}}),
         ElementsAre(HasSubstr("route without a name")));
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
-                ElementsAre("A geocache without an identifier or a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kGeocaches,
+    EXPECT_THAT(remarksOn(RecordKind::kGeocaches, {gps::Dictionary{{"point", gps::GPSPoint{}}}}),
+                ElementsAre("A geocache without an identifier or a name is skipped."));
+    EXPECT_THAT(remarksOn(RecordKind::kGeocaches,
                           {gps::Dictionary{{"cacheID", 4711}, {"point", gps::GPSPoint{}}}}),
                 IsEmpty());
 }
 
-TEST(SendRemarks, NameThatIsNoTextIsNone)
+TEST(SendRemarks, NameThatIsNotATextCountsAsMissing)
 {
     auto record = waypoint("A");
     record.set("name", 7);
-    EXPECT_THAT(remarksOn(SendKind::kWaypoints, {record}),
-                ElementsAre("A waypoint without a name is left out."));
-    EXPECT_THAT(remarksOn(SendKind::kRoutes, {record}),
+    EXPECT_THAT(remarksOn(RecordKind::kWaypoints, {record}),
+                ElementsAre("A waypoint without a name is skipped."));
+    EXPECT_THAT(remarksOn(RecordKind::kRoutes, {record}),
                 ElementsAre(HasSubstr("route without a name")));
 }
 
-TEST(SendRemarks, TrackPointsWithoutAPlaceAreCounted)
+TEST(SendRemarks, TrackPointsWithoutAPositionAreCounted)
 {
     const gps::Dictionary beyond{{"point", gps::GPSPoint{90.5, 0, 0, 0, 0}}};
     const gps::Dictionary good{{"point", gps::GPSPoint{90, 0, 0, 0, 0}}};
     EXPECT_THAT(
-        remarksOn(SendKind::kTracks,
+        remarksOn(RecordKind::kTracks,
                   {gps::Dictionary{{"points", gps::Array{good, beyond, gps::Dictionary{}}}}}),
         ElementsAre(HasSubstr("loses 2 points")));
-    EXPECT_THAT(remarksOn(SendKind::kTracks, {gps::Dictionary{{"points", gps::Array{good}}}}),
+    EXPECT_THAT(remarksOn(RecordKind::kTracks, {gps::Dictionary{{"points", gps::Array{good}}}}),
                 IsEmpty());
 }
 
 TEST(SendRemarks, FileOf200GeocachesIsReadWholeAndOneOf201IsNot)
 {
     constexpr char kBody[] = "PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak,,,,,,,,";
-    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 200), IsEmpty());
-    EXPECT_THAT(remarksOnFile(SendKind::kGeocaches, kBody, 201),
+    EXPECT_THAT(remarksOnFile(RecordKind::kGeocaches, kBody, 200), IsEmpty());
+    EXPECT_THAT(remarksOnFile(RecordKind::kGeocaches, kBody, 201),
                 ElementsAre(HasSubstr("201 geocaches")));
 }
 
 TEST(SendRemarks, FileOf200WaypointsWithCommentsIsKeptAndThoseWithoutDoNotCount)
 {
     constexpr char kCommented[] = "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,note,a";
-    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 200), IsEmpty());
-    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints, kCommented, 201),
+    EXPECT_THAT(remarksOnFile(RecordKind::kWaypoints, kCommented, 200), IsEmpty());
+    EXPECT_THAT(remarksOnFile(RecordKind::kWaypoints, kCommented, 201),
                 ElementsAre(HasSubstr("201 waypoints with comments")));
-    EXPECT_THAT(remarksOnFile(SendKind::kWaypoints,
+    EXPECT_THAT(remarksOnFile(RecordKind::kWaypoints,
                               "PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,A,,a", 300),
                 IsEmpty());
 }

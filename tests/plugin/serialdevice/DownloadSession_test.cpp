@@ -148,7 +148,7 @@ TEST_F(Session, ReadsAndDropsALineWhereHandshakingIsOnAlready)
     EXPECT_THAT(logged.lines(), Not(Contains(HasSubstr("PMGNVER"))));
 }
 
-TEST_F(Session, LogsWhatTheReceiverSaysAfterItsSwitches)
+TEST_F(Session, LogsTheLinesThatTheReceiverSendsAfterItsSwitches)
 {
     receiverHas({});
     line.answers("PMGNCMD,TON", {"PMGNCSM,27", "A"});
@@ -222,7 +222,7 @@ TEST_F(Session, FindsAReceiverThatAnswersTheLastAttemptOfAll)
     EXPECT_EQ(done.sent().back(), "PMGNCMD,BAUD,57600");
 }
 
-TEST_F(Session, LooksOnWhereAnAnswerHasNoGoodChecksum)
+TEST_F(Session, ContinuesTheSearchAfterAnAnswerWithABadChecksum)
 {
     line.says(support::breakChecksum(support::sentence("PMGNVER,017")));
     line.keepsSilent(4);
@@ -244,7 +244,7 @@ TEST_F(Session, SwitchesHandshakingOnUnlessItsOwnQuestionIsAcknowledged)
     }
 }
 
-TEST_F(Session, TakesTheLastAttemptAtASpeedBeforeTheNext)
+TEST_F(Session, UsesTheLastAttemptAtASpeedBeforeTheNextSpeed)
 {
     line.keepsSilent(4);
     line.saysSentence("ANYTHING");

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+// Reads as a download does, but opens a file only once even where two kinds share a folder. Plans
+// with the same functions that a send writes with, so the contents agree byte for byte.
+
+#include "MagellanSnapshot.h"
+
+#include "../common/DataFolders.h"
+#include "../common/Errors.h"
+#include "../common/FolderWalk.h"
+#include "DeviceFileReaders.h"
+#include "DeviceFileWriters.h"
+#include "SendRemarks.h"
+
+#include <platform/System/Ascii.h>
+#include <platform/System/FileManager.h>
+#include <platform/System/Paths.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace magellan {
+namespace {
+
+using Action = gps::PlannedFile::Action;
+
+constexpr std::array kAllKinds{RecordKind::kWaypoints, RecordKind::kGeocaches, RecordKind::kRoutes,
+                               RecordKind::kTracks};
+
+bool isMissing(const gps::DeviceFile& file)
+{
+    return file.error &&
+           file.error->code() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
+}
+
+/// @param present  the file as it is; null if it does not exist
+gps::PlannedFile planFile(const std::string& path, std::string content,
+                          const gps::DeviceFile* present)
+{
+    gps::PlannedFile file{path, Action::kCreate, std::move(content), std::nullopt};
+    file.error = gps::FileManager{}.writeObstacle(path);
+    if (!file.error && !gps::isAscii(file.content))
+        file.error = gps::makeFileError(gps::FileErrorCode::kWriteNotAscii, path);
+    if (file.error) {
+        file.action = Action::kSkip;
+    } else if (present != nullptr) {
+        file.action = Action::kMerge;
+        file.error = present->error;
+    }
+    return file;
+}
+
+/// Returns the first free path at or after `number`, and advances `number` past it.
+std::optional<std::string> nextTrackPath(const std::string& folder, int& number)
+{
+    while (number < kTrackNumbers) {
+        auto path = gps::joinPath(folder, trackFileName(number++));
+        if (!gps::FileManager{}.fileExists(path))
+            return path;
+    }
+    return std::nullopt;
+}
+
+void planTracks(const SendJob& job, gps::SendPlan& plan)
+{
+    int number = 0; // lower numbers are taken, by the device or by tracks planned already
+    std::size_t planned = 0;
+    for (const auto& element : job.records) {
+        const auto* track = element.as<gps::Dictionary>();
+        if (track == nullptr)
+            continue;
+        const auto path = nextTrackPath(*job.folder, number);
+        if (!path) {
+            const auto left = job.records.size() - planned;
+            plan.remarks.push_back("There is no free name for " + std::to_string(left) +
+                                   (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
+            return;
+        }
+        plan.files.push_back(planFile(*path, trackText(*track), nullptr));
+        ++planned;
+    }
+}
+
+std::optional<std::string> mergedText(const SendJob& job, std::string_view present)
+{
+    if (job.kind == RecordKind::kWaypoints)
+        return mergedWaypointText(job.records, present);
+    if (job.kind == RecordKind::kGeocaches)
+        return mergedGeocacheText(job.records, present);
+    return mergedRouteText(job.records, present);
+}
+
+gps::Array recordsIn(RecordKind kind, std::string_view text)
+{
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    try {
+        if (kind == RecordKind::kRoutes) {
+            collectRoutes(text, waypoints, routes);
+            return routes.takeValues();
+        }
+        if (kind == RecordKind::kGeocaches)
+            collectGeoCaches(text, waypoints);
+        else
+            collectWayPoints(text, waypoints);
+        return waypoints.takeValues();
+    } catch (const std::exception&) { // the send will report it, for the file that it writes
+        return {};
+    }
+}
+
+} // namespace
+
+MagellanSnapshot::MagellanSnapshot(std::string volume, gps::Dictionary folderNames)
+    : volume_(std::move(volume)), folderNames_(std::move(folderNames))
+{
+    for (const auto kind : {RecordKind::kWaypoints, RecordKind::kGeocaches, RecordKind::kRoutes}) {
+        if (const auto path = dataFolderPath(folderNames_, kind, volume_))
+            readFolder(kind, *path);
+    }
+}
+
+void MagellanSnapshot::readFolder(RecordKind kind, const std::string& path)
+{
+    auto& folder = folders_.emplace_back(Folder{kind, {}});
+    walkFolder(path, [&](const gps::FolderEntry& entry, const std::string& entryPath) {
+        if (!entry.isFolder)
+            folder.files.push_back(readFile(entryPath));
+        return true;
+    });
+    // A folder that cannot be listed may still have a default file, which a send would replace.
+    const auto defaultFile = targetOf({kind, {}, path});
+    if (!fileIndex_.contains(defaultFile) && gps::FileManager{}.fileExists(defaultFile))
+        folder.files.push_back(readFile(defaultFile));
+}
+
+/// Reads a file, unless that was done for another kind. Returns its index in files_.
+std::size_t MagellanSnapshot::readFile(const std::string& path)
+{
+    const auto [known, isNew] = fileIndex_.try_emplace(path, files_.size());
+    if (!isNew)
+        return known->second;
+    gps::DeviceFile file{path, {}, std::nullopt};
+    file.error = gps::FileManager{}.readFile(path, file.content);
+    if (!file.error && !gps::isAscii(file.content))
+        file.error = gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path);
+    files_.push_back(std::move(file));
+    return known->second;
+}
+
+/// Returns a file that exists; null for a link that leads nowhere, which a send would replace.
+const gps::DeviceFile* MagellanSnapshot::findPresent(const std::string& path) const
+{
+    const auto found = fileIndex_.find(path);
+    return found != fileIndex_.end() && !isMissing(files_[found->second]) ? &files_[found->second]
+                                                                          : nullptr;
+}
+
+std::vector<std::string> MagellanSnapshot::dataFolders() const
+{
+    return existingDataFolders(folderNames_, volume_);
+}
+
+gps::Dictionary MagellanSnapshot::records() const
+{
+    gps::Array waypoints;
+    gps::Array routes;
+    for (const auto& folder : folders_) {
+        auto& records = folder.kind == RecordKind::kRoutes ? routes : waypoints;
+        for (const auto index : folder.files) {
+            if (files_[index].error)
+                continue;
+            for (auto& record : recordsIn(folder.kind, files_[index].content))
+                records.push_back(std::move(record));
+        }
+    }
+    return {{"waypoint", std::move(waypoints)}, {"route", std::move(routes)}};
+}
+
+gps::SendPlan MagellanSnapshot::planSend(const gps::Dictionary& data) const
+{
+    gps::SendPlan plan;
+    for (const auto& bracket : sendOrder(data, folderNames_, volume_)) {
+        for (const auto& job : bracket.jobs)
+            planJob(job, plan);
+    }
+    return plan;
+}
+
+void MagellanSnapshot::planJob(const SendJob& job, gps::SendPlan& plan) const
+{
+    remarkOnRecords(job, plan.remarks);
+    if (!job.folder)
+        plan.remarks.emplace_back("The receiver has no folder for records of a kind that is to be "
+                                  "sent; they are not written.");
+    else if (job.kind == RecordKind::kTracks)
+        planTracks(job, plan);
+    else
+        planMerge(job, plan);
+}
+
+void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
+{
+    const auto path = targetOf(job);
+    const auto* present = findPresent(path);
+    try {
+        auto content =
+            mergedText(job, present != nullptr && !present->error ? present->content : "");
+        if (!content) {
+            plan.files.push_back({path, Action::kSkip, {}, std::nullopt});
+            plan.remarks.emplace_back("No geocache is written, since one of them has no position.");
+            return;
+        }
+        remarkOnFile(job.kind, path, *content, plan.remarks);
+        plan.files.push_back(planFile(path, std::move(*content), present));
+    } catch (const std::exception& failure) {
+        plan.files.push_back({path, Action::kSkip, {}, makeThrownError(failure, path)});
+    }
+}
+
+std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,
+                                             const std::string& volume)
+{
+    std::vector<std::string> paths;
+    for (const auto kind : kAllKinds) {
+        auto path = dataFolderPath(folders, kind, volume);
+        bool isFolder = false;
+        if (path && gps::FileManager{}.fileExists(*path, &isFolder) && isFolder &&
+            std::find(paths.begin(), paths.end(), *path) == paths.end())
+            paths.push_back(std::move(*path));
+    }
+    return paths;
+}
+
+} // namespace magellan

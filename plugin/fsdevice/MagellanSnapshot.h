@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// MagellanSnapshot: what a mounted receiver holds, read once before a send, and the plan of that
+// send. The driver creates one for its host. Immutable once constructed. [host thread]
+
+#pragma once
+
+#include "../common/RecordKind.h"
+#include "SendOrder.h"
+
+#include <gps/GPSFileDevice.h>
+#include <gps/Value.h>
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace magellan {
+
+class MagellanSnapshot final : public gps::DeviceSnapshot {
+public:
+    /// Reads the waypoint, geocache and route files of a receiver.
+    /// @param folderNames  the folder dictionary of the volume
+    MagellanSnapshot(std::string volume, gps::Dictionary folderNames);
+
+    [[nodiscard]] const std::vector<gps::DeviceFile>& files() const override { return files_; }
+    [[nodiscard]] std::vector<std::string> dataFolders() const override;
+    [[nodiscard]] gps::Dictionary records() const override;
+    [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
+
+private:
+    /// A kind's data folder.
+    struct Folder {
+        RecordKind kind;
+        std::vector<std::size_t> files; // indices into files_
+    };
+
+    void readFolder(RecordKind kind, const std::string& path);
+    std::size_t readFile(const std::string& path);
+    [[nodiscard]] const gps::DeviceFile* findPresent(const std::string& path) const;
+
+    void planJob(const SendJob& job, gps::SendPlan& plan) const;
+    void planMerge(const SendJob& job, gps::SendPlan& plan) const;
+
+    std::string volume_;
+    gps::Dictionary folderNames_; // by folder key
+    std::vector<gps::DeviceFile> files_;
+    std::unordered_map<std::string, std::size_t> fileIndex_; // by path
+    std::vector<Folder> folders_;
+};
+
+/// The data folders of a volume that exist, as absolute paths, each once.
+/// @param folders  the folder dictionary of the volume
+[[nodiscard]] std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,
+                                                           const std::string& volume);
+
+} // namespace magellan

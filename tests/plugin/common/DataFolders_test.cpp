@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+
+#include <gps/Value.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include <plugin/common/DataFolders.h>
+
+namespace magellan {
+namespace {
+
+TEST(FolderKey, IsThatOfTheFolderDictionary)
+{
+    EXPECT_EQ(folderKey(RecordKind::kTracks), "TrackLogs");
+    EXPECT_EQ(folderKey(RecordKind::kWaypoints), "MyPOIs");
+    EXPECT_EQ(folderKey(RecordKind::kGeocaches), "Geocaches");
+    EXPECT_EQ(folderKey(RecordKind::kRoutes), "Routes");
+}
+
+TEST(DataFolderPath, JoinsTheVolumeAndTheName)
+{
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "My POIs"}}, RecordKind::kWaypoints, "/media/GPS"),
+              "/media/GPS/My POIs");
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "data/points"}}, RecordKind::kWaypoints, "/media/GPS/"),
+              "/media/GPS/data/points");
+}
+
+TEST(DataFolderPath, AMissingOrEmptyNameOrOneThatIsNotATextHasNoPath)
+{
+    EXPECT_EQ(dataFolderPath({{"Routes", "Routes"}}, RecordKind::kWaypoints, "/media/GPS"),
+              std::nullopt);
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", ""}}, RecordKind::kWaypoints, "/media/GPS"), std::nullopt);
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", 7}}, RecordKind::kWaypoints, "/media/GPS"), std::nullopt);
+}
+
+TEST(DataFolderPath, ANameThatLeadsOutOfTheVolumeHasNoPath)
+{
+    for (const auto* name : {"..", "../x", "x/..", "x/../y", "/..", "x/../../y", "../"})
+        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, RecordKind::kWaypoints, "/media/GPS"),
+                  std::nullopt)
+            << name;
+    for (const auto* name : {"..x", "x..", "...", "x/..y"})
+        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, RecordKind::kWaypoints, "/media/GPS"),
+                  "/media/GPS/" + std::string{name})
+            << name;
+}
+
+TEST(DataFolderPath, ANameWithANulByteHasNoPathSinceTheSystemWouldReadOnlyTheTextBeforeIt)
+{
+    using namespace std::string_view_literals;
+    for (const auto name : {"..\0"sv, "..\0x"sv, "x/..\0/y"sv, "My POIs\0"sv, "\0"sv})
+        EXPECT_EQ(dataFolderPath({{"MyPOIs", name}}, RecordKind::kWaypoints, "/media/GPS"),
+                  std::nullopt)
+            << name;
+}
+
+TEST(DataFolderPath, ANameThatBeginsWithASlashIsJoinedLikeAnyOther)
+{
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/x"}}, RecordKind::kWaypoints, "/media/GPS"),
+              "/media/GPS/x");
+    EXPECT_EQ(dataFolderPath({{"MyPOIs", "/etc/passwd"}}, RecordKind::kWaypoints, "/media/GPS"),
+              "/media/GPS/etc/passwd");
+}
+
+} // namespace
+} // namespace magellan

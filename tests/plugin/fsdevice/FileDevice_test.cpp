@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+
+#include "../../support/ReceiverFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <plugin/fsdevice/DeviceFileWriters.h>
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+class FileDevice : public testing::Test {
+protected:
+    FileDevice()
+    {
+        receiver.unitFile("12345");
+        for (const auto* name : {"My POIs", "Track Logs"})
+            receiver.folder().makeFolder(name);
+    }
+
+    [[nodiscard]] std::shared_ptr<magellan::MagellanGPSPlugin> driver() const
+    {
+        const support::TestFolders folders{{receiver.path()}};
+        return magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    }
+
+    support::ReceiverFolder receiver;
+};
+
+TEST_F(FileDevice, WithoutADeviceThereAreNoFoldersAndNoIdentifier)
+{
+    const support::TestFolders none{{}};
+    const auto lonely = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    EXPECT_THAT(lonely->dataFolders(), IsEmpty());
+    EXPECT_EQ(lonely->deviceIdentifier(), std::nullopt);
+}
+
+TEST_F(FileDevice, DataFoldersAreThoseOfTheFourThatExistEachOnce)
+{
+    receiver.languageFile(
+        {"MyPOIs=My POIs", "Geocaches=My POIs", "Routes=gone", "TrackLogs=Track Logs"});
+    EXPECT_THAT(driver()->dataFolders(),
+                ElementsAre(receiver.path("My POIs"), receiver.path("Track Logs")));
+}
+
+TEST_F(FileDevice, IdentifierIsTheSerialNumber)
+{
+    EXPECT_EQ(driver()->deviceIdentifier(), "12345");
+    receiver.put("USBTRANS/UNIT_ID.DAT", {"Serial Number = 12345"});
+    EXPECT_EQ(driver()->deviceIdentifier(), std::nullopt);
+}
+
+TEST_F(FileDevice, DeviceSymbolIsTheIconThatIsWritten)
+{
+    for (const auto& [symbol, icon] :
+         {std::pair{"Airport", "e"}, {"zz", "zz"}, {"", "a"}, {"No such symbol", "a"}}) {
+        EXPECT_EQ(driver()->deviceSymbol(symbol), icon);
+        if (*symbol == '\0')
+            continue; // stands for a record without a symbol
+        const gps::Dictionary record{{"name", "A"}, {"symbol", symbol}, {"point", gps::GPSPoint{}}};
+        EXPECT_THAT(magellan::mergedWaypointText({record}, ""),
+                    HasSubstr(std::string{",A,,"} + icon + '*'));
+    }
+}
+
+TEST_F(FileDevice, DeviceTextsHold81CharactersAndNames20OfThem)
+{
+    EXPECT_THAT(driver()->deviceCharacters(), SizeIs(81));
+    EXPECT_EQ(driver()->longestName(), 20U);
+}
+
+} // namespace

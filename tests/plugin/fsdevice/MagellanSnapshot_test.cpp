@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: MIT
+
+#include "../../support/AsNobody.h"
+#include "../../support/LogCapture.h"
+#include "../../support/ReceiverFolder.h"
+#include "../../support/RecordingReceiver.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+using Action = gps::PlannedFile::Action;
+
+gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
+{
+    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
+}
+
+class Snapshot : public testing::Test {
+protected:
+    Snapshot()
+    {
+        receiver.unitFile("12345");
+        for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
+            receiver.folder().makeFolder(name);
+        receiver.languageFile(
+            {"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
+    }
+
+    [[nodiscard]] std::shared_ptr<magellan::MagellanGPSPlugin> driver() const
+    {
+        const support::TestFolders folders{{receiver.path()}};
+        return magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    }
+
+    [[nodiscard]] gps::SendPlan plan(const gps::Dictionary& data) const
+    {
+        return driver()->takeSnapshot()->planSend(data);
+    }
+
+    support::ReceiverFolder receiver;
+};
+
+TEST_F(Snapshot, PlansWhatASendWritesByteForByte)
+{
+    receiver.put("My POIs/Default POI File.upt",
+                 {support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b")});
+    receiver.put("Track Logs/TKLG000.log", {});
+    const gps::Dictionary data{
+        {"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}},
+        {"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}},
+        {"route",
+         gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("A")}}}}}};
+    const auto planned = plan(data);
+    ASSERT_THAT(planned.files, SizeIs(5));
+    EXPECT_EQ(planned.files[0].path, receiver.path("Track Logs/TKLG001.log"));
+    EXPECT_EQ(planned.files[1].path, receiver.path("Track Logs/TKLG002.log"));
+    EXPECT_EQ(planned.files[2].action, Action::kMerge);
+    EXPECT_EQ(planned.files[3].action, Action::kCreate);
+
+    const auto status = std::make_shared<support::RecordingReceiver>();
+    ASSERT_FALSE(driver()->gpsRunSend(&data, status, {}));
+    ASSERT_TRUE(status->waitUntilIdle());
+    for (const auto& file : planned.files) {
+        const auto name = file.path.substr(receiver.path().size() + 1);
+        EXPECT_EQ(receiver.folder().read(name), file.content) << name;
+    }
+}
+
+TEST_F(Snapshot, PlanningWritesNothing)
+{
+    (void)plan({{"track", gps::Array{gps::Dictionary{}}},
+                {"waypoint", gps::Array{waypoint("A")}},
+                {"route", gps::Array{}}});
+    for (const auto* name : {"My POIs", "Geocaches", "Routes", "Track Logs"})
+        EXPECT_TRUE(std::filesystem::is_empty(receiver.path(name))) << name;
+}
+
+TEST_F(Snapshot, APlannedMergeIntoAnUnreadableFileHasTheReadError)
+{
+    receiver.folder().put("My POIs/Default POI File.upt", "caf\xE9");
+    const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].action, Action::kMerge);
+    ASSERT_TRUE(planned.files[0].error);
+    EXPECT_EQ(planned.files[0].error->code(), 261);
+}
+
+TEST_F(Snapshot, AMissingFolderADamagedFileAndATextOutsideAsciiAreSkippedWithTheReason)
+{
+    std::filesystem::remove(receiver.path("Track Logs"));
+    receiver.put("My POIs/Default POI File.upt", {support::sentence("PMGNWPL,4630.00000,N")});
+    const gps::Dictionary foreign{{"name", "R"}, {"points", gps::Array{waypoint("A", "\xC3\xA9")}}};
+    const auto planned = plan({{"track", gps::Array{gps::Dictionary{}}},
+                               {"waypoint", gps::Array{waypoint("A")}},
+                               {"route", gps::Array{foreign}}});
+    ASSERT_THAT(planned.files, SizeIs(3));
+    for (const auto& file : planned.files)
+        EXPECT_EQ(file.action, Action::kSkip) << file.path;
+    EXPECT_EQ(planned.files[0].error->code(), 4);
+    EXPECT_EQ(planned.files[1].error->domain(), gps::kRangeErrorDomain);
+    EXPECT_EQ(planned.files[2].error->code(), 517);
+}
+
+TEST_F(Snapshot, AFolderWithTheDefaultFilesNameIsSkippedWithTheReason)
+{
+    std::filesystem::create_directory(receiver.path("My POIs/Default POI File.upt"));
+    const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].action, Action::kSkip);
+    EXPECT_EQ(planned.files[0].error->code(), 512);
+}
+
+TEST_F(Snapshot, GeocachesAreSkippedWithoutAnErrorIfOneHasNoPosition)
+{
+    const auto planned =
+        plan({{"waypoint", gps::Array{gps::Dictionary{{"name", "Oak"}, {"symbol", "Geocache"}}}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].action, Action::kSkip);
+    EXPECT_FALSE(planned.files[0].error);
+}
+
+TEST_F(Snapshot, TracksPastTheLastFreeNumberAreRemarkedOn)
+{
+    for (int number = 0; number < 998; ++number)
+        receiver.folder().put("Track Logs/TKLG" +
+                                  std::string(number < 10    ? "00"
+                                              : number < 100 ? "0"
+                                                             : "") +
+                                  std::to_string(number) + ".log",
+                              "");
+    const auto planned =
+        plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}, gps::Dictionary{}}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].path, receiver.path("Track Logs/TKLG998.log"));
+    EXPECT_THAT(planned.remarks, ElementsAre(HasSubstr("no free name for 2 tracks in")));
+    EXPECT_THAT(plan({{"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}}}).remarks,
+                ElementsAre(HasSubstr("no free name for 1 track in")));
+}
+
+const std::string kOld = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b");
+const std::string kOak =
+    support::sentence("PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak,,,,,,,,");
+const std::string kPlain = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,P,,b");
+const std::string kRoute = support::sentence("PMGNRTE,1,1,c,1,R,P,b");
+
+std::vector<std::string> namesIn(const gps::Dictionary& records, std::string_view key)
+{
+    std::vector<std::string> names;
+    for (const auto& record : *records.findArray(key))
+        names.push_back(*record.as<gps::Dictionary>()->findString("name"));
+    return names;
+}
+
+TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
+{
+    receiver.put("My POIs/b.upt", {kOld});
+    receiver.put("My POIs/sub/a.upt", {kPlain});
+    receiver.put("Geocaches/c.gs", {kOak});
+    receiver.put("Routes/r.rte", {kPlain, kRoute});
+    const auto records = driver()->takeSnapshot()->records();
+    EXPECT_THAT(namesIn(records, "waypoint"), ElementsAre("Old", "P", "Oak"));
+    EXPECT_THAT(namesIn(records, "route"), ElementsAre("R"));
+    const auto& first = *records.findArray("waypoint")->front().as<gps::Dictionary>();
+    EXPECT_EQ(*gps::findPoint(first), (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
+    EXPECT_FALSE(records.contains("track"));
+}
+
+TEST_F(Snapshot, HasEachFileByteForByteButNotTracksHiddenOnesAndFolders)
+{
+    receiver.put("My POIs/.hidden", {kOld});
+    receiver.put("My POIs/sub/.seen", {kOld});
+    receiver.folder().put("My POIs/any", "caf\xE9");
+    receiver.put("Track Logs/TKLG000.log", {});
+    const auto snapshot = driver()->takeSnapshot();
+    const auto& files = snapshot->files();
+    ASSERT_THAT(files, SizeIs(2));
+    EXPECT_EQ(files[0].path, receiver.path("My POIs/any"));
+    EXPECT_EQ(files[0].content, "caf\xE9");
+    EXPECT_EQ(files[0].error->code(), 261);
+    EXPECT_EQ(files[1].path, receiver.path("My POIs/sub/.seen"));
+    EXPECT_FALSE(files[1].error);
+    EXPECT_THAT(snapshot->dataFolders(), SizeIs(4));
+}
+
+TEST_F(Snapshot, ADamagedFileContributesNoRecordsAndTheOthersAllOfTheirs)
+{
+    receiver.put("My POIs/a.upt", {kOld, support::sentence("PMGNWPL,4630.00000,N")});
+    receiver.folder().put("My POIs/b.upt", "caf\xE9");
+    receiver.put("My POIs/c.upt", {kPlain});
+    EXPECT_THAT(namesIn(driver()->takeSnapshot()->records(), "waypoint"), ElementsAre("P"));
+}
+
+TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndGivesTheRecordsOfBoth)
+{
+    receiver.languageFile({"MyPOIs=My POIs", "Geocaches=My POIs", "Routes=My POIs"});
+    receiver.put("My POIs/all", {kPlain, kOak, kRoute});
+    const auto snapshot = driver()->takeSnapshot();
+    EXPECT_THAT(snapshot->files(), SizeIs(1));
+    EXPECT_THAT(namesIn(snapshot->records(), "waypoint"), ElementsAre("P", "Oak"));
+    EXPECT_THAT(namesIn(snapshot->records(), "route"), ElementsAre("R"));
+}
+
+TEST_F(Snapshot, KnowsTheDefaultFileOfAFolderThatCannotBeListed)
+{
+    receiver.put("My POIs/Default POI File.upt", {kOld});
+    std::filesystem::permissions(receiver.path("My POIs"), std::filesystem::perms{0333});
+    {
+        const support::AsNobody nobody;
+        const support::LogCapture log;
+        const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
+        ASSERT_THAT(planned.files, SizeIs(1));
+        EXPECT_EQ(planned.files[0].action, Action::kMerge);
+        EXPECT_THAT(planned.files[0].content, HasSubstr(",Old,"));
+    }
+    std::filesystem::permissions(receiver.path("My POIs"), std::filesystem::perms{0755});
+}
+
+TEST_F(Snapshot, ADefaultFileThatIsALinkToNothingIsPlannedAsANewOne)
+{
+    std::filesystem::create_symlink("nowhere", receiver.path("My POIs/Default POI File.upt"));
+    const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
+    ASSERT_THAT(planned.files, SizeIs(1));
+    EXPECT_EQ(planned.files[0].action, Action::kCreate);
+    EXPECT_FALSE(planned.files[0].error);
+}
+
+TEST_F(Snapshot, DoesNotFollowLaterChangesOfTheDevice)
+{
+    receiver.put("My POIs/Default POI File.upt", {kOld});
+    const auto snapshot = driver()->takeSnapshot();
+    receiver.put("My POIs/Default POI File.upt", {kPlain});
+    std::filesystem::remove_all(receiver.path("USBTRANS"));
+    EXPECT_THAT(namesIn(snapshot->records(), "waypoint"), ElementsAre("Old"));
+    const auto planned = snapshot->planSend({{"waypoint", gps::Array{waypoint("A")}}});
+    EXPECT_THAT(planned.files.at(0).content, HasSubstr(",Old,"));
+}
+
+TEST_F(Snapshot, LogsNothing)
+{
+    receiver.folder().put("My POIs/a.upt", "caf\xE9");
+    const support::LogCapture log;
+    (void)plan({{"waypoint", gps::Array{waypoint("A")}}, {"route", gps::Array{}}});
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(Snapshot, WithoutADeviceThereIsNone)
+{
+    const support::TestFolders none{{}};
+    EXPECT_EQ(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")->takeSnapshot(), nullptr);
+}
+
+} // namespace

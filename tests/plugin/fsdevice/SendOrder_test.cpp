@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <plugin/fsdevice/SendOrder.h>
+
+namespace magellan {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const gps::Dictionary kFolders{
+    {"MyPOIs", "P"}, {"Geocaches", "G"}, {"Routes", "R"}, {"TrackLogs", "T"}};
+const gps::Value kFlag = gps::Dictionary{{"symbol", "Flag"}};
+const gps::Value kCache = gps::Dictionary{{"symbol", "Geocache"}};
+
+/// Each bracket as "LABEL KIND:" followed by "TARGET(COUNT)" for each job.
+std::vector<std::string> described(const gps::Dictionary& data,
+                                   const gps::Dictionary& folders = kFolders)
+{
+    std::vector<std::string> brackets;
+    for (const auto& bracket : sendOrder(data, folders, "/v")) {
+        auto& text = brackets.emplace_back(bracket.label);
+        text += ' ' + std::to_string(static_cast<int>(bracket.kind)) + ':';
+        for (const auto& job : bracket.jobs)
+            text += ' ' + (job.folder ? targetOf(job) : "nowhere") + '(' +
+                    std::to_string(job.records.size()) + ')';
+    }
+    return brackets;
+}
+
+TEST(SendOrder, IsTracksThenWaypointsWithGeocachesThenRoutes)
+{
+    const gps::Dictionary data{{"route", gps::Array{gps::Dictionary{}}},
+                               {"waypoint", gps::Array{kCache, kFlag, kFlag}},
+                               {"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}}};
+    EXPECT_THAT(described(data), ElementsAre("Tracks 1: /v/T(2)",
+                                             "Waypoints 3: /v/P/Default POI File.upt(2) "
+                                             "/v/G/Default Geocache File.gs(1)",
+                                             "Routes 2: /v/R/Default Route File.rte(1)"));
+}
+
+TEST(SendOrder, AKeyThatIsMissingOrNotAnArrayHasNoBracket)
+{
+    EXPECT_THAT(described({}), IsEmpty());
+    EXPECT_THAT(described({{"track", 1}, {"waypoint", "A"}, {"route", gps::Dictionary{}}}),
+                IsEmpty());
+}
+
+TEST(SendOrder, GeocachesAloneWriteNoWaypointFile)
+{
+    EXPECT_THAT(described({{"waypoint", gps::Array{kCache}}}),
+                ElementsAre("Waypoints 3: /v/G/Default Geocache File.gs(1)"));
+}
+
+TEST(SendOrder, AnEmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
+{
+    EXPECT_THAT(described({{"waypoint", gps::Array{}}}), ElementsAre("Waypoints 3:"));
+    EXPECT_THAT(described({{"waypoint", gps::Array{}}}, {{"MyPOIs", "P"}}),
+                ElementsAre("Waypoints 3: /v/P/Default POI File.upt(0)"));
+}
+
+TEST(SendOrder, GeocachesAreWaypointsWhereThereIsNoGeocacheFolder)
+{
+    EXPECT_THAT(described({{"waypoint", gps::Array{kCache, kFlag}}}, {{"MyPOIs", "P"}}),
+                ElementsAre("Waypoints 3: /v/P/Default POI File.upt(2)"));
+}
+
+TEST(SendOrder, AKindWithoutAFolderKeepsItsBracketAndJob)
+{
+    EXPECT_THAT(described({{"track", gps::Array{}}, {"route", gps::Array{gps::Dictionary{}}}},
+                          {{"TrackLogs", ".."}}),
+                ElementsAre("Tracks 1: nowhere(0)", "Routes 2: nowhere(1)"));
+}
+
+} // namespace
+} // namespace magellan
