@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Inputs are written to an anonymous memory file, because the readers take a path: thousands of
+// inputs a second then leave nothing behind in any folder.
 
 #include "DeviceFile.h"
 
@@ -8,7 +10,7 @@
 namespace fuzz {
 namespace {
 
-/// The "points" of the record that was announced last.
+/// The "points" of the last announced record.
 gps::Array& pointsOfLast(gps::Array& records)
 {
     require(!records.empty(), "a record is announced before its points");
@@ -18,7 +20,7 @@ gps::Array& pointsOfLast(gps::Array& records)
 
 void announce(gps::Array& records, gps::Dictionary record)
 {
-    require(record.findString("name") != nullptr, "what is announced has a name");
+    require(record.findString("name") != nullptr, "an announced record has a name");
     record.set("points", gps::Array{});
     records.emplace_back(std::move(record));
 }
@@ -28,9 +30,9 @@ void announce(gps::Array& records, gps::Dictionary record)
 std::string asFile(std::string_view text)
 {
     static const int file = memfd_create("input", MFD_CLOEXEC);
-    require(file >= 0 && ftruncate(file, 0) == 0, "there is memory for a file");
+    require(file >= 0 && ftruncate(file, 0) == 0, "a memory file can be created");
     require(pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()),
-            "the file takes the text");
+            "the file holds the whole text");
     return "/proc/self/fd/" + std::to_string(file);
 }
 
@@ -46,7 +48,7 @@ void Records::trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extr
     const auto* name = extra.findString("trackName");
     auto& points = pointsOfLast(tracks);
     require(name == nullptr || *name == *tracks.back().as<gps::Dictionary>()->findString("name"),
-            "a point lies in its own track");
+            "a point belongs to the track announced last");
     points.emplace_back(point);
 }
 
@@ -60,7 +62,7 @@ void Records::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& extra)
     gps::Dictionary record = extra;
     require(record.findString("name") != nullptr, "a waypoint has a name");
     require(routes.empty() == (gps::findPoint(record) == nullptr),
-            "a route's point, and no other, is reported with its point");
+            "only a point of a route has its coordinates in the record");
     record.set(gps::kPointKey, point);
     (routes.empty() ? waypoints : pointsOfLast(routes)).emplace_back(std::move(record));
 }

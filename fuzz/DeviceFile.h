@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the targets for a receiver's files share: an input as a file, and a status object that keeps
-// what it is told.
+// Shared by the targets that read a receiver's files: an input as a file, a status object that
+// stores the records, and the check that reading and writing agree. One thread.
 
 #pragma once
 
@@ -17,38 +17,37 @@
 
 namespace fuzz {
 
-/// Puts text into a file of the process's own, which has no name in any folder. @return  a path to
-/// read it by
+/// Writes the text to the process's one memory file, replacing the previous text.
+/// @return  a path to read it from
 std::string asFile(std::string_view text);
 
-/// Keeps the records of one reading, and checks the order of the calls.
+/// Stores the records of one read, and checks the order of the calls.
 class Records : public gps::GPSOutputReceiver {
 public:
-    gps::Array waypoints; ///< records, each with its "point"; without those of routes
-    gps::Array routes;    ///< records, each with its "points"
+    gps::Array waypoints; ///< each with its "point"; points of routes are not here
+    gps::Array routes;    ///< each with its "points"
     gps::Array tracks;    ///< each with its "points"
 
-    void gpsStateChange(std::int32_t) override { noSuchCall(); }
-    void startTransfer(gps::TransferKind) override { noSuchCall(); }
-    void endTransfer(gps::TransferKind) override { noSuchCall(); }
+    void gpsStateChange(std::int32_t) override { unexpectedCall(); }
+    void startTransfer(gps::TransferKind) override { unexpectedCall(); }
+    void endTransfer(gps::TransferKind) override { unexpectedCall(); }
     void newTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override;
     void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& extra) override;
     void newRoute(const gps::Dictionary& route) override;
-    void startSending(std::string_view, gps::TransferKind) override { noSuchCall(); }
-    void endSending(gps::TransferKind) override { noSuchCall(); }
-    void error(const gps::Error&) override { noSuchCall(); }
+    void startSending(std::string_view, gps::TransferKind) override { unexpectedCall(); }
+    void endSending(gps::TransferKind) override { unexpectedCall(); }
+    void error(const gps::Error&) override { unexpectedCall(); }
 
 private:
-    static void noSuchCall() { require(false, "a reader hands on records alone"); }
+    static void unexpectedCall() { require(false, "a reader reports records only"); }
 };
 
-/// Lines as a receiver's file holds them: parted by CR LF.
+/// The lines as they are stored in a receiver's file: each ends in CR LF.
 std::string joinedLines(const std::vector<std::string>& lines);
 
-/// Reads an input with `read`, writes what came with `write` and reads that: from the second time
-/// on nothing changes any more. What we write is never too short for the reader, nor out of its
-/// alphabet.
+/// Reads an input with `read`, writes the records with `write` and reads the result. From the
+/// second time on, nothing may change. The reader must accept everything that we write.
 template <typename Read, typename Write>
 void checkText(std::string_view input, Read read, Write write)
 {
@@ -64,17 +63,17 @@ void checkText(std::string_view input, Read read, Write write)
     for (auto& text : texts) {
         text = write(first);
         first = {};
-        require(!read(first, asFile(text)), "what was written can be read");
+        require(!read(first, asFile(text)), "written text can be read");
     }
-    require(texts[1] == texts[2], "written, read and written again it is the same");
+    require(texts[1] == texts[2], "a written text, read and written again, is unchanged");
 }
 
-/// The same for an input as it is and with its checksums put right.
+/// Checks an input unchanged, and with its checksums corrected.
 template <typename Read, typename Write>
 void checkFile(std::string_view input, Read read, Write write)
 {
     checkText(input, read, write);
-    checkText(linesFramedAnew(input), read, write);
+    checkText(linesWithChecksums(input), read, write);
 }
 
 } // namespace fuzz

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Puts the checksums of changed sentences right. A fuzzer changes bytes and cannot guess a
-// checksum: without this it would never get past the frame.
+// Corrects the checksums of an input's sentences. A fuzzer changes bytes but cannot guess a
+// checksum, so without this no changed sentence would get past the first check. Used by the targets
+// for sentences, files and sessions. [any]
 
 #pragma once
 
@@ -11,15 +12,15 @@
 
 namespace fuzz {
 
-/// A line with the checksum that its body needs.
-inline std::string framedAnew(std::string_view line)
+/// The line with the checksum of its body.
+inline std::string withChecksum(std::string_view line)
 {
     const auto body = line.substr(line.starts_with('$') ? 1 : 0);
     return gps::NMEAUtils::addChecksumToNMEASentence(body.substr(0, body.find('*')));
 }
 
-/// The same for every line of a file that begins as a sentence does.
-inline std::string linesFramedAnew(std::string_view text)
+/// The text with the checksum of every line that begins with "$" corrected.
+inline std::string linesWithChecksums(std::string_view text)
 {
     constexpr std::string_view kLineEnd = "\r\n";
     std::string out;
@@ -27,7 +28,7 @@ inline std::string linesFramedAnew(std::string_view text)
         const auto end = text.find(kLineEnd);
         const auto line = text.substr(0, end);
         if (line.starts_with('$'))
-            out += framedAnew(line);
+            out += withChecksum(line);
         else
             out += line;
         if (end == text.npos)

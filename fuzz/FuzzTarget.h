@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every fuzz target shares: its entry and its way of saying that a property does not hold.
+// Included by every fuzz target: the entry point, and the check of a property. One thread.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 #include <iostream>
 #include <string_view>
 
-/// The entry: called with one input after the other, on one thread.
+/// The entry point of a target. Called with one input after another, on one thread.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace fuzz {
@@ -20,12 +20,12 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size)
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Ends the process unless the property holds: for the fuzzer, a crash with this input.
+/// Aborts the process unless the property holds. The fuzzer reports that as a crash on this input.
 inline void require(bool holds, std::string_view property)
 {
     if (holds)
         return;
-    std::cerr << "does not hold: " << property << '\n';
+    std::cerr << "violated: " << property << '\n';
     std::abort();
 }
 

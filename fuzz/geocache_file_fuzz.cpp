@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Geocache files: any bytes, read as geocaches.
+// Reads any bytes as a geocache file; writing the geocaches and reading them again changes nothing.
 
 #include "DeviceFile.h"
 

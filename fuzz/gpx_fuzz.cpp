@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// GPX files: any bytes. A file that is refused adds nothing.
+// Reads any bytes as a GPX file. A rejected file adds no records and has an error with a text.
 
 #include "DeviceFile.h"
 
@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     gps::Dictionary records;
     const auto error = host::readGpx(fuzz::asFile(fuzz::textOf(data, size)), records);
-    fuzz::require(!error || records.empty(), "a file that is refused adds nothing");
-    fuzz::require(!error || error->description().has_value(), "an error says what is wrong");
+    fuzz::require(!error || records.empty(), "a rejected file adds nothing");
+    fuzz::require(!error || error->description().has_value(), "an error has a description");
     return 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Key-value files: every pair has a key, and what is read, written as lines, reads again as the
-// same.
+// Reads any bytes as a key-value file: every pair has a key, and the pairs, written as lines, read
+// back unchanged.
 
 #include "FuzzTarget.h"
 
@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string written;
     for (const auto& [key, value] : pairs) {
         const auto* text = value.as<std::string>();
-        fuzz::require(!key.empty() && text != nullptr, "a key has characters, a value is text");
+        fuzz::require(!key.empty() && text != nullptr, "a key is not empty and a value is text");
         written += key + "=" + *text + "\r\n";
     }
     fuzz::require(magellan::parseKeyValueText(written) == pairs, "written pairs read back");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Mount tables: every entry read has a path, there are no more of them than lines, and each stands
-// by itself.
+// Reads any bytes as a mount table: every entry has a path, a line gives at most one entry, and no
+// line affects another.
 
 #include "FuzzTarget.h"
 
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto text = fuzz::textOf(data, size);
     const auto entries = gps::parseMountTable(text);
     fuzz::require(entries.size() <= static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1,
-                  "a line gives one entry at most");
+                  "a line gives at most one entry");
     fuzz::require(
         std::ranges::none_of(entries, [](const auto& entry) { return entry.path.empty(); }),
         "an entry has a path");
@@ -24,6 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         alone += gps::parseMountTable(text.substr(at, end - at)).size();
         at = end + 1;
     }
-    fuzz::require(alone == entries.size(), "lines are read one by one");
+    fuzz::require(alone == entries.size(), "no line affects another");
     return 0;
 }

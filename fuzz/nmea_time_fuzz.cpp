@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Times and coordinates: a line of date, time, coordinate and direction, parted by commas. What
-// reads is written and reads again.
+// Reads a line of date, time, coordinate and direction, separated by commas. Whatever can be read
+// can be written, and reads back as the same value.
 
 #include "FuzzTarget.h"
 
@@ -43,17 +43,17 @@ void checkUpdate(std::int64_t previous, std::string_view time)
 
 void checkTimes(std::string_view date, std::string_view time)
 {
-    const auto moment = NMEAUtils::convertNMEADate(date, time);
-    fuzz::require(moment == 0 || (moment >= 315532800 && moment < 3471292800),
-                  "a date lies in 1980 to 2079");
-    const auto text = NMEAUtils::makeNMEADateFrom(moment);
-    fuzz::require(NMEAUtils::convertNMEADate(text.date, text.time) == moment,
+    const auto timestamp = NMEAUtils::convertNMEADate(date, time);
+    fuzz::require(timestamp == 0 || (timestamp >= 315532800 && timestamp < 3471292800),
+                  "a date is in 1980 to 2079");
+    const auto text = NMEAUtils::makeNMEADateFrom(timestamp);
+    fuzz::require(NMEAUtils::convertNMEADate(text.date, text.time) == timestamp,
                   "a written date reads back");
-    if (moment != 0)
+    if (timestamp != 0)
         fuzz::require(text.date == date && text.time.substr(0, 6) == time.substr(0, 6),
-                      "what was read is what is written");
+                      "a date is written as it was read");
 
-    for (const auto previous : {moment, -moment, std::numeric_limits<std::int64_t>::min(),
+    for (const auto previous : {timestamp, -timestamp, std::numeric_limits<std::int64_t>::min(),
                                 std::numeric_limits<std::int64_t>::max()})
         checkUpdate(previous, time);
 }
@@ -69,7 +69,7 @@ void checkCoordinate(std::string_view degreesMinutes, std::string_view direction
         if (!text)
             continue;
         fuzz::require(text->degreesMinutes.size() == (asLatitude ? 10U : 11U),
-                      "its length is fixed");
+                      "the length of a coordinate is fixed");
         const double again = NMEAUtils::convertNMEADegreesMinutes(
             text->degreesMinutes, std::string_view{&text->direction, 1});
         fuzz::require(std::abs(again - degrees) < 1e-5 / 60, "a written coordinate reads back");

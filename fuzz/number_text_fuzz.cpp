@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Numbers: the leading number of a text is the one that the C library reads, for the alphabet in
-// which both read the same forms.
+// Compares gps/NumberText.h with the C library. Inputs are mapped to an alphabet in which both
+// accept the same forms.
 
 #include "FuzzTarget.h"
 
@@ -17,8 +17,8 @@
 
 namespace {
 
-/// Maps any bytes to characters of decimal numbers: no letter of inf, nan or a hexadecimal form but
-/// "e".
+/// Maps any bytes to the characters of decimal numbers. Of the letters of inf, nan and hexadecimal
+/// forms, which only the C library reads, there is just "e".
 std::string inAlphabet(std::string_view bytes)
 {
     constexpr std::string_view kAlphabet = "0123456789+-.eE \t";
@@ -34,27 +34,27 @@ void checkReading(const std::string& text)
 {
     const auto number = gps::leadingNumber(text);
     char* end = nullptr;
-    const double wanted = std::strtod(text.c_str(), &end);
+    const double expected = std::strtod(text.c_str(), &end);
     fuzz::require(number.has_value() == (end != text.c_str()),
-                  "a leading number is seen where the C library sees one");
+                  "a leading number is found if the C library finds one");
     if (!number)
         return;
     const double largest = std::numeric_limits<double>::max();
-    fuzz::require(*number == std::clamp(wanted, -largest, largest),
+    fuzz::require(*number == std::clamp(expected, -largest, largest),
                   "the number is the C library's, saturated");
-    fuzz::require(std::signbit(*number) == std::signbit(wanted), "its sign is the C library's");
+    fuzz::require(std::signbit(*number) == std::signbit(expected), "its sign is the C library's");
 }
 
 /// A whole reading is the leading one where the C library reads to the end and within the range.
 void checkWhole(const std::string& text)
 {
     char* end = nullptr;
-    const double wanted = std::strtod(text.c_str(), &end);
+    const double expected = std::strtod(text.c_str(), &end);
     const bool isWhole = !text.empty() && end == text.c_str() + text.size() &&
-                         !gps::isWhiteSpace(text.front()) && std::isfinite(wanted);
+                         !gps::isWhiteSpace(text.front()) && std::isfinite(expected);
     const auto number = gps::wholeNumber(text);
     fuzz::require(number.has_value() == isWhole, "a whole number is seen where there is one");
-    fuzz::require(!isWhole || number == wanted, "the whole number is the C library's");
+    fuzz::require(!isWhole || number == expected, "the whole number is the C library's");
 
     errno = 0;
     const long long integer = std::strtoll(text.c_str(), &end, 10);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Property lists: a failure leaves the value alone and says what is wrong; what is read can be
-// written and reads again as the same.
+// Reads any bytes as a property list. A failure leaves the value unchanged and has a description; a
+// value that was read can be written and reads back unchanged.
 
 #include "FuzzTarget.h"
 
@@ -62,9 +62,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     gps::Value value{"untouched"};
     if (const auto error = gps::parsePropertyList(fuzz::textOf(data, size), value)) {
-        fuzz::require(value == gps::Value{"untouched"}, "a failure leaves the value alone");
+        fuzz::require(value == gps::Value{"untouched"}, "a failure leaves the value unchanged");
         fuzz::require(error->code() == 3840 && error->description().has_value(),
-                      "a failure says what is wrong");
+                      "a failure has a description");
         return 0;
     }
     gps::Value again;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs a fuzz target over files and folders of inputs, for builds without a fuzzer. An input that
-// breaks a property ends the process, as it would under the fuzzer.
+// Runs a fuzz target over files and folders of inputs, in builds without a fuzzer. An input that
+// violates a property aborts the process, as it would under the fuzzer.
 
 #include "FuzzTarget.h"
 
@@ -22,7 +22,7 @@ std::size_t replay(const std::filesystem::path& path)
     }
     std::ifstream file{path, std::ios::binary};
     const std::vector<char> input{std::istreambuf_iterator<char>{file}, {}};
-    std::cerr << path.string() << '\n'; // stays the last line when this input fails
+    std::cerr << path.string() << '\n'; // the last line printed if this input fails
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
     return 1;
 }
@@ -35,5 +35,5 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i)
         inputs += replay(argv[i]);
     std::cerr << inputs << " inputs\n";
-    return inputs == 0 ? EXIT_FAILURE : EXIT_SUCCESS; // nothing replayed is a mistake in the call
+    return inputs == 0 ? EXIT_FAILURE : EXIT_SUCCESS; // a wrong path on the command line
 }

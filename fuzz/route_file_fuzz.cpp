@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Route files: any bytes, read as routes.
+// Reads any bytes as a route file; writing the routes and reading them again changes nothing.
 
 #include "DeviceFile.h"
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// All waypoints first, then the routes, as a route file must have them.
+/// All waypoints, then the routes: the order that a route file must have.
 std::string written(const fuzz::Records& records)
 {
     gps::Array waypoints;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Sentences: one line offered to each interpreter. A line that is too short changes nothing; an
-// accepted one, written as its maker writes it, reads and writes again as the same text. Each input
-// is tried as it is and with its checksum put right.
+// Passes one line to each sentence interpreter. A line that is too short changes nothing; the
+// record of an accepted line can be written, read and written again as the same text. Each input is
+// tried unchanged and with its checksum corrected.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
@@ -42,7 +42,7 @@ std::optional<PointRecord> interpreted(std::string_view line, Interpret interpre
     if (accepted)
         return result;
     fuzz::require(result.point == kBefore && result.record.empty(),
-                  "a line that is not taken changes nothing");
+                  "a rejected line changes nothing");
     return std::nullopt;
 }
 
@@ -59,7 +59,7 @@ void checkName(std::string_view line, std::string_view kind, Interpret interpret
     const auto read = interpreted(line, interpret);
     const auto* readName = read ? read->record.findString("name") : nullptr;
     fuzz::require(name.has_value() == (readName != nullptr) && (!name || *name == *readName),
-                  "a name that is looked for alone is the one that a reading finds");
+                  "the shortcut finds the same name as reading the line");
 }
 
 template <typename Interpret, typename Make>
@@ -70,10 +70,11 @@ void checkPointSentence(std::string_view line, Interpret interpret, Make make)
         return;
     const std::optional<std::string> text = make(*first);
     if (!text)
-        return; // the coordinates lie outside of what a sentence can say
+        return; // a sentence cannot express these coordinates
     const auto second = interpreted(*text, interpret);
-    fuzz::require(second.has_value(), "a written sentence is taken");
-    fuzz::require(make(*second) == text, "written, read and written again it is the same");
+    fuzz::require(second.has_value(), "a written sentence is accepted");
+    fuzz::require(make(*second) == text,
+                  "a written sentence, read and written again, is unchanged");
 }
 
 gps::Dictionary knownWayPoints()
@@ -96,7 +97,7 @@ void checkRouteSentence(std::string_view line)
     try {
         (void)magellan::interpretRouteSentence(line, points, known, info, room);
     } catch (const gps::RangeError&) {
-        fuzz::require(points.empty() && info.empty(), "a line that is too short brings nothing");
+        fuzz::require(points.empty() && info.empty(), "a line that is too short adds nothing");
         return;
     }
     const auto text = magellan::makeRouteSentencesFromWaypointList(points, info);
@@ -109,7 +110,7 @@ void checkRouteSentence(std::string_view line)
                   "a written route ends with its last sentence and has its points");
     if (!text.empty())
         fuzz::require(magellan::makeRouteSentencesFromWaypointList(again, infoAgain) == text,
-                      "written, read and written again it is the same");
+                      "a written sentence, read and written again, is unchanged");
 }
 
 void checkLine(std::string_view line)
@@ -136,6 +137,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const auto line = fuzz::textOf(data, size);
     checkLine(line);
-    checkLine(fuzz::framedAnew(line));
+    checkLine(fuzz::withChecksum(line));
     return 0;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Serial sessions: each line of the input is what a receiver says to one read, "~" a silence.
-// Whatever it says, the session comes to its end, its reports stand in their brackets, and it
-// acknowledges nothing but what it was sent.
+// Runs a serial session against any bytes: each line of the input is the receiver's answer to one
+// read, and "~" is a time-out. The session must end, report each record within the transfer of its
+// kind, and acknowledge valid sentences only.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
@@ -18,17 +18,17 @@
 
 namespace {
 
-/// Checks that records come inside the bracket of their kind.
-class Brackets : public gps::GPSOutputReceiver {
+/// Checks that each record is reported between startTransfer and endTransfer of its kind.
+class Transfers : public gps::GPSOutputReceiver {
 public:
     void startTransfer(gps::TransferKind kind) override
     {
-        fuzz::require(!open_, "brackets do not nest");
+        fuzz::require(!open_, "transfers do not nest");
         open_ = kind;
     }
     void endTransfer(gps::TransferKind kind) override
     {
-        fuzz::require(open_ == kind, "a bracket ends as it began");
+        fuzz::require(open_ == kind, "a transfer ends with its own kind");
         open_.reset();
     }
     void newTrack(const gps::Dictionary& track) override
@@ -45,39 +45,40 @@ public:
     void wayPoint(const gps::GPSPoint&, const gps::Dictionary&) override
     {
         fuzz::require(open_ == gps::TransferKind::kWaypoints || hasRoute_,
-                      "a point is a waypoint or a route's");
+                      "a point is a waypoint or belongs to a route");
     }
     void newRoute(const gps::Dictionary&) override
     {
-        fuzz::require(open_ == gps::TransferKind::kRoutes, "a route comes in its bracket");
+        fuzz::require(open_ == gps::TransferKind::kRoutes, "a route is reported in its transfer");
         hasRoute_ = true;
     }
-    void gpsStateChange(std::int32_t) override { noSuchCall(); }
-    void startSending(std::string_view, gps::TransferKind) override { noSuchCall(); }
-    void endSending(gps::TransferKind) override { noSuchCall(); }
-    void error(const gps::Error&) override { noSuchCall(); }
+    void gpsStateChange(std::int32_t) override { unexpectedCall(); }
+    void startSending(std::string_view, gps::TransferKind) override { unexpectedCall(); }
+    void endSending(gps::TransferKind) override { unexpectedCall(); }
+    void error(const gps::Error&) override { unexpectedCall(); }
 
     [[nodiscard]] bool isOpen() const { return open_.has_value(); }
 
 private:
-    static void noSuchCall() { fuzz::require(false, "a session hands on records alone"); }
+    static void unexpectedCall() { fuzz::require(false, "a session reports records only"); }
 
     std::optional<gps::TransferKind> open_;
     bool hasTrack_ = false;
     bool hasRoute_ = false;
 };
 
-/// @return  how many of the lines are valid sentences
-std::size_t lay(std::string_view text, bool framed, support::MemoryLine& line)
+/// Queues each line of the text as one answer of the receiver. @return  the number of valid
+/// sentences
+std::size_t queueLines(std::string_view text, bool framed, support::MemoryLine& line)
 {
     std::size_t valid = 0;
     for (;;) {
         const auto end = text.find('\n');
-        const auto said = text.substr(0, end);
-        if (said == "~") {
+        const auto answer = text.substr(0, end);
+        if (answer == "~") {
             line.keepsSilent();
         } else {
-            const auto sentence = framed ? fuzz::framedAnew(said) : std::string{said};
+            const auto sentence = framed ? fuzz::withChecksum(answer) : std::string{answer};
             valid += gps::NMEAUtils::checkAndTrimNMEASentence(sentence) ? 1U : 0U;
             line.says(sentence);
         }
@@ -91,14 +92,14 @@ void checkSession(std::string_view text, bool framed)
 {
     support::MemoryLineLog done;
     support::MemoryLine line{done};
-    const auto valid = lay(text, framed, line);
+    const auto valid = queueLines(text, framed, line);
     const gps::Dictionary work{
         {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
-    Brackets status;
+    Transfers status;
     try {
         const bool opened = !magellan::DownloadSession{line, status, work}.run();
         fuzz::require(opened && !status.isOpen(),
-                      "a session that runs through closes its brackets");
+                      "a session that ends without an error has ended its transfers");
     } catch (const gps::RangeError&) { // a sentence is too short
     }
     std::size_t acknowledged = 0;

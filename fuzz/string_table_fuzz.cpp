@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// String tables: what is read can be written as a table and reads again as the same.
+// Reads any bytes as a string table. A table that was read can be written and reads back unchanged.
 
 #include "FuzzTarget.h"
 

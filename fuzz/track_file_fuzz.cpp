@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Track files: any bytes, read as a track log.
+// Reads any bytes as a track log; writing the points and reading them again changes nothing.
 
 #include "DeviceFile.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Waypoint files: any bytes, read as points of interest.
+// Reads any bytes as a waypoint file; writing the waypoints and reading them again changes nothing.
 
 #include "DeviceFile.h"
 
