@@ -38,12 +38,12 @@ char32_t takeCharacter(std::string_view& text) noexcept
         text.remove_prefix(1);
         return first;
     }
-    const auto size = static_cast<std::int32_t>(std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
-    std::int32_t next = 0;
+    const auto size = text.size();
+    std::size_t next = 0;
     UChar32 character = 0;
-    U8_NEXT(text.data(), next, size, character);
+    U8_NEXT(text, next, size, character);
     const bool isValid = character >= 0;
-    text.remove_prefix(isValid ? static_cast<std::size_t>(next) : 1);
+    text.remove_prefix(isValid ? next : 1);
     return isValid ? static_cast<char32_t>(character) : kReplacement;
 }
 
@@ -55,7 +55,7 @@ void appendCharacter(std::string& out, char32_t character)
     }
     std::array<char, U8_MAX_LENGTH> bytes{};
     std::size_t size = 0;
-    U8_APPEND_UNSAFE(bytes.data(), size, static_cast<std::uint32_t>(character));
+    U8_APPEND_UNSAFE(bytes, size, static_cast<std::uint32_t>(character));
     out.append(bytes.data(), size);
 }
 
@@ -63,7 +63,7 @@ std::string_view takePiece(std::string_view& text, std::size_t most) noexcept
 {
     auto size = std::min(text.size(), most);
     if (size < text.size())
-        U8_TRUNCATE_IF_INCOMPLETE(text.data(), 0U, size);
+        U8_TRUNCATE_IF_INCOMPLETE(text, 0U, size);
     const auto piece = text.substr(0, size);
     text.remove_prefix(size);
     return piece;

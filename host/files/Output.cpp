@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
+// Texts larger than the buffer bypass it, so that each byte is copied at most once.
 
 #include "host/files/Output.h"
 
 #include "host/base/HostError.h"
 
+#include <gps/NumberText.h>
+#include <platform/System/FullTransfer.h>
+
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -17,31 +20,39 @@
 namespace host {
 namespace {
 
-int openUnnamed(const std::string& folder)
+constexpr mode_t kPrivate = 0600;
+
+int openUnnamed(gps::FileSystem& files, const std::string& folder)
 {
-    const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    const int file = files.open(folder.c_str(), O_TMPFILE | O_RDWR, kPrivate);
     if (file >= 0)
         return file;
-    // A file system without unnamed files: one whose name is taken away at once.
-    std::string name = folder + "/.magellangps-XXXXXX";
-    const int named = ::mkostemp(name.data(), O_CLOEXEC);
-    if (named >= 0)
-        ::unlink(name.c_str());
-    return named;
+    // The file system has no unnamed files: create one, and remove its name at once.
+    auto prefix = folder + "/.magellangps-spool-";
+    gps::appendInteger(prefix, ::getpid());
+    for (int attempt = 0;; ++attempt) {
+        const auto path = prefix + '-' + std::to_string(attempt);
+        const int named =
+            files.open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivate);
+        if (named >= 0)
+            (void)files.unlink(path.c_str());
+        if (named >= 0 || errno != EEXIST)
+            return named;
+    }
 }
 
-int openSpool(const std::string& folder)
+int openSpool(gps::FileSystem& files, const std::string& folder)
 {
-    if (const int file = openUnnamed(folder); file >= 0)
+    if (const int file = openUnnamed(files, folder); file >= 0)
         return file;
     std::error_code ignored;
-    return openUnnamed(std::filesystem::temp_directory_path(ignored).string());
+    return openUnnamed(files, std::filesystem::temp_directory_path(ignored).string());
 }
 
 } // namespace
 
-Output::Output(int file, std::string name)
-    : file_(file), name_(std::move(name)), buffer_(new char[kBufferSize])
+Output::Output(int file, std::string name, gps::FileSystem& files)
+    : files_(files), file_(file), name_(std::move(name)), buffer_(new char[kBufferSize])
 {}
 
 void Output::writePast(std::string_view text)
@@ -64,34 +75,29 @@ void Output::writeFrom(int file)
 {
     flush();
     std::array<char, kBufferSize> piece;
-    for (off_t at = 0; !failure_;) {
-        const ssize_t count = ::pread(file, piece.data(), piece.size(), at);
-        if (count == 0)
+    std::size_t count = 0;
+    for (off_t offset = 0; !failure_; offset += static_cast<off_t>(count)) {
+        if (const int code = gps::readAt(files_, file, offset, piece.data(), piece.size(), count))
+            fail("Temporary data cannot be read back", code);
+        else if (count == 0)
             return;
-        if (count < 0 && errno != EINTR)
-            fail("Temporary data cannot be read back", errno);
-        if (count > 0) {
-            writeOut({piece.data(), static_cast<std::size_t>(count)});
-            at += count;
-        }
+        else
+            writeOut({piece.data(), count});
     }
 }
 
 void Output::writeOut(std::string_view text)
 {
-    while (!text.empty() && !failure_) {
-        const ssize_t count = ::write(file_, text.data(), text.size());
-        if (count < 0 && errno != EINTR)
-            fail("The output cannot be written", errno);
-        if (count > 0)
-            text.remove_prefix(static_cast<std::size_t>(count));
-    }
+    if (text.empty() || failure_)
+        return;
+    if (const int code = gps::writeAll(files_, file_, text))
+        fail("The output cannot be written", code);
 }
 
 void Output::fail(std::string_view what, int code)
 {
-    fail(systemError(what, "Free some space or choose another place to write to, and try again",
-                     name_, code));
+    fail(
+        systemError(what, "Free some space, or write to another disk, and try again", name_, code));
 }
 
 void Output::fail(const gps::Error& failure)
@@ -100,12 +106,14 @@ void Output::fail(const gps::Error& failure)
         failure_ = failure;
 }
 
-Spool::Spool(const std::string& folder) : Output(openSpool(folder), folder) {}
+Spool::Spool(const std::string& folder, gps::FileSystem& files)
+    : Output(openSpool(files, folder), folder, files)
+{}
 
 Spool::~Spool()
 {
     if (file() >= 0)
-        ::close(file());
+        (void)files().close(file());
 }
 
 void Spool::moveTo(Output& output)
@@ -115,8 +123,8 @@ void Spool::moveTo(Output& output)
         return;
     }
     output.writeFrom(file());
-    if (::ftruncate(file(), 0) != 0 || ::lseek(file(), 0, SEEK_SET) != 0)
-        output.fail(systemError("Temporary data cannot be dropped", "Try again", name(), errno));
+    if (files().ftruncate(file(), 0) != 0 || files().lseek(file(), 0, SEEK_SET) != 0)
+        output.fail(systemError("Temporary data cannot be cleared", "Try again", name(), errno));
 }
 
 } // namespace host

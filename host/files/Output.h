@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Output: text on its way to an open file, through a buffer. One thread at a time.
+// Output: buffers text on its way to an open file. Spool: a temporary output, for text that is
+// needed later in the file. The format writers write to them. One thread at a time.
 
 #pragma once
 
 #include <gps/Error.h>
+#include <platform/System/FileSystem.h>
 
 #include <cstddef>
 #include <memory>
@@ -13,12 +15,14 @@
 
 namespace host {
 
-/// Keeps the first failure and writes nothing after it, so that only the end of a text need ask.
+/// Keeps the first failure and writes nothing more after it, so that writers need to check only
+/// once, at the end.
 class Output {
 public:
-    /// @param file  an open file descriptor; not owned
-    /// @param name  what messages call it: a path, "the standard output"
-    Output(int file, std::string name);
+    /// @param file   an open file descriptor; not owned
+    /// @param name   for messages: a path, or "the standard output"
+    /// @param files  the system to work on; must outlive this object
+    Output(int file, std::string name, gps::FileSystem& files = gps::FileSystem::system());
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -30,19 +34,20 @@ public:
             used_ += text.copy(buffer_.get() + used_, text.size());
     }
 
-    /// Hands everything written so far to the system. @return  the first failure ever
+    /// Writes the buffered text to the file. @return  the first failure since the start
     std::optional<gps::Error> flush();
 
-    /// Appends all of another open file, from its start.
+    /// Appends the whole content of another open file.
     void writeFrom(int file);
 
-    /// Counts as this output's failure, unless it has one already.
+    /// Records a failure, unless there is one already.
     void fail(const gps::Error& failure);
 
     [[nodiscard]] const std::string& name() const noexcept { return name_; }
 
 protected:
     [[nodiscard]] int file() const noexcept { return file_; }
+    [[nodiscard]] gps::FileSystem& files() const noexcept { return files_; }
 
 private:
     void writePast(std::string_view text);
@@ -51,6 +56,7 @@ private:
 
     static constexpr std::size_t kBufferSize = std::size_t{64} << 10;
 
+    gps::FileSystem& files_;
     int file_;
     std::string name_;
     std::unique_ptr<char[]> buffer_;
@@ -58,16 +64,18 @@ private:
     std::optional<gps::Error> failure_;
 };
 
-/// A file without a name, for a part of a text whose place comes later. Gone with this object.
+/// A temporary file without a name. The system deletes it together with this object, even if the
+/// process is killed.
 class Spool : public Output {
 public:
-    /// @param folder  where the system keeps its content; the system's folder for temporary files
-    /// when that cannot be
-    explicit Spool(const std::string& folder);
+    /// @param folder  where the file uses space; if no file can be created there, the system's
+    /// folder
+    ///                for temporary files
+    explicit Spool(const std::string& folder, gps::FileSystem& files = gps::FileSystem::system());
     ~Spool();
 
-    /// Appends everything written to an output and begins anew. What went wrong here becomes that
-    /// output's failure.
+    /// Appends everything written so far to an output, and empties this one. A failure of the spool
+    /// becomes a failure of that output.
     void moveTo(Output& output);
 };
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The platform's AtomicFile writes and renames. This class adds what a command-line program needs:
+// links are followed, devices are written directly, and an interrupted program removes its file.
 
 #include "host/files/OutputFile.h"
 
@@ -16,7 +18,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace host {
@@ -24,26 +25,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a signal removes. Static, so that the handler may look at it whatever else is going on.
-std::array<char, PATH_MAX> doomedPath{};
-std::atomic<bool> isDoomed{false};
+// Files of other processes in the folder have other numbers.
+std::string hiddenPrefix()
+{
+    return ".magellangps-" + std::to_string(::getpid()) + '-';
+}
+
+// The unfinished file. A static array, because a signal handler must not touch an object that the
+// interrupted code may be changing.
+std::array<char, PATH_MAX> unfinishedPath{};
+std::atomic<bool> isUnfinished{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-extern "C" void removeAndGo(int signal)
+extern "C" void removeAndRaise(int signal)
 {
-    if (isDoomed)
-        ::unlink(doomedPath.data());
-    ::raise(signal); // the handler is gone by now: the signal takes its default course
+    if (isUnfinished)
+        ::unlink(unfinishedPath.data());
+    ::raise(signal); // SA_RESETHAND has restored the default action, which ends the process
 }
 
 void removeOnSignal(const std::string& path)
 {
-    if (path.size() >= doomedPath.size())
+    if (path.size() >= unfinishedPath.size())
         return;
-    std::memcpy(doomedPath.data(), path.c_str(), path.size() + 1);
-    isDoomed = true;
+    std::memcpy(unfinishedPath.data(), path.c_str(), path.size() + 1);
+    isUnfinished = true;
     struct sigaction action {};
-    action.sa_handler = removeAndGo;
+    action.sa_handler = removeAndRaise;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
         if (!isIgnored(signal))
@@ -51,61 +59,45 @@ void removeOnSignal(const std::string& path)
     }
 }
 
-// Where a link leads: a file is replaced at its own place, not the link to it.
-fs::path resolved(const fs::path& path)
+std::string withoutLinks(const std::string& path)
 {
     std::error_code error;
-    auto real = fs::canonical(path, error);
-    return error ? path : real;
+    const auto real = fs::canonical(path, error);
+    return error ? path : real.string(); // the file does not exist yet
 }
 
-// A name that nobody has; the mode is what the user's mask leaves.
-int createHidden(const fs::path& folder, std::string& path)
+std::string folderOf(const std::string& path)
 {
-    const auto start = (folder / ".magellangps-").string() + std::to_string(::getpid());
-    for (int attempt = 0;; ++attempt) {
-        path = start + '-' + std::to_string(attempt);
-        const int file =
-            ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-        if (file >= 0 || errno != EEXIST)
-            return file;
-    }
+    const auto folder = fs::path{path}.parent_path().string();
+    return folder.empty() ? "." : folder;
 }
 
 } // namespace
 
-OutputFile::OutputFile(std::string path) : path_(std::move(path)) {}
+OutputFile::OutputFile(std::string path, gps::FileSystem& files)
+    : files_(files), path_(std::move(path)), file_(files), device_(files, -1)
+{}
 
 OutputFile::~OutputFile()
 {
-    if (file_ >= 0 && file_ != STDOUT_FILENO)
-        ::close(file_);
-    if (!hiddenPath_.empty())
-        ::unlink(hiddenPath_.c_str());
-    isDoomed = false;
+    file_.discard();
+    isUnfinished = false;
 }
 
 std::optional<gps::Error> OutputFile::open()
 {
-    std::error_code ignored;
-    const auto present = fs::status(path_, ignored).type();
-    if (path_ == "-" || (fs::exists(fs::file_status{present}) && present != fs::file_type::regular))
+    struct stat present;
+    const bool exists = files_.stat(path_.c_str(), &present) == 0;
+    if (path_ == "-" || (exists && !S_ISREG(present.st_mode)))
         return openDirectly();
 
-    path_ = resolved(path_).string();
-    folder_ = fs::path{path_}.parent_path().string();
-    if (folder_.empty())
-        folder_.push_back('.');
-    file_ = createHidden(folder_, hiddenPath_);
-    if (file_ < 0) {
-        hiddenPath_.clear();
-        return refusal("The output file cannot be made", errno);
-    }
-    removeOnSignal(hiddenPath_);
-    struct stat older {};
-    if (::stat(path_.c_str(), &older) == 0)
-        (void)!::fchmod(file_, older.st_mode & 07777);
-    output_.emplace(file_, path_);
+    path_ = withoutLinks(path_);
+    folder_ = folderOf(path_);
+    // Without AtomicFile's lock: two downloads may write into one folder at the same time.
+    if (const int code = file_.openUnlocked(path_, hiddenPrefix()))
+        return errorFor("The output file cannot be created", code);
+    removeOnSignal(file_.temporaryPath());
+    output_.emplace(file_.descriptor(), path_, files_);
     return std::nullopt;
 }
 
@@ -113,11 +105,14 @@ std::optional<gps::Error> OutputFile::openDirectly()
 {
     std::error_code ignored;
     folder_ = fs::temp_directory_path(ignored).string();
-    const bool isStandard = path_ == "-";
-    file_ = isStandard ? STDOUT_FILENO : ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-    if (file_ < 0)
-        return refusal("The output file cannot be opened", errno);
-    output_.emplace(file_, isStandard ? "the standard output" : path_);
+    if (path_ == "-") {
+        output_.emplace(STDOUT_FILENO, "the standard output", files_);
+        return std::nullopt;
+    }
+    device_ = gps::OpenFile{files_, files_.open(path_.c_str(), O_WRONLY, 0)};
+    if (!device_)
+        return errorFor("The output file cannot be opened", errno);
+    output_.emplace(device_.get(), path_, files_);
     return std::nullopt;
 }
 
@@ -133,7 +128,7 @@ std::optional<gps::Error> OutputFile::keepPartial()
 
 std::string OutputFile::partialPath() const
 {
-    if (hiddenPath_.empty())
+    if (file_.temporaryPath().empty())
         return {};
     fs::path path{path_};
     const auto extension = path.extension();
@@ -144,29 +139,20 @@ std::optional<gps::Error> OutputFile::finishAs(const std::string& path)
 {
     if (auto failure = output_->flush())
         return failure;
-    if (hiddenPath_.empty())
+    if (file_.temporaryPath().empty())
         return std::nullopt;
-    if (::fsync(file_) != 0)
-        return refusal("The output file cannot be written", errno);
-    if (::rename(hiddenPath_.c_str(), path.c_str()) != 0)
-        return refusal("The output file cannot be given its name", errno);
-    hiddenPath_.clear();
-    isDoomed = false;
-    // A memory card's file system writes the size of a renamed file only when it is flushed once
-    // more.
-    if (::fsync(file_) != 0)
-        return refusal("The output file is not safely on the medium", errno);
-    if (const int folder = ::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
-    return std::nullopt;
+    const int code = file_.commitAs(fs::path{path}.filename().string());
+    isUnfinished = false;
+    if (code == 0)
+        return std::nullopt;
+    return errorFor(file_.isRenamed() ? "The output file may be lost if the medium is removed now"
+                                      : "The output file cannot be written",
+                    code);
 }
 
-gps::Error OutputFile::refusal(std::string_view what, int code) const
+gps::Error OutputFile::errorFor(std::string_view what, int code) const
 {
-    return systemError(what, "Choose another place to write to, and try again", path_, code);
+    return systemError(what, "Choose another folder or disk, and try again", path_, code);
 }
 
 } // namespace host

@@ -1,55 +1,63 @@
 // SPDX-License-Identifier: MIT
-// OutputFile: a file that stands under its name only when it is whole. One at a time in the
-// process. [host thread], but its output may be written on another thread meanwhile.
+// OutputFile: a file that gets its name only when it is complete. A download writes into one.
+// [host thread], but the output may be written on another thread. At most one can be open in the
+// process, because a signal handler removes it.
 
 #pragma once
 
 #include "host/files/Output.h"
+
+#include <platform/System/AtomicFile.h>
+#include <platform/System/OpenFile.h>
 
 #include <optional>
 #include <string>
 
 namespace host {
 
-/// Writes beside the final name, under a hidden one, and renames. What is neither committed nor
-/// kept is removed: with this object, or when a signal ends the process, which one that is ignored
-/// does not. A device or a pipe under the final name is written to directly.
+/// Writes a hidden file beside the final one, and renames it. A file that is neither committed nor
+/// kept as partial is removed: by the destructor, or by a signal that ends the process. A signal
+/// that the process ignores is not handled. A device or a pipe is written directly.
 class OutputFile {
 public:
-    /// @param path  the final name; "-" is the standard output
-    explicit OutputFile(std::string path);
+    /// @param path   the final name; "-" is the standard output. The file that a link leads to is
+    ///               replaced, not the link
+    /// @param files  the system to work on; must outlive this object
+    explicit OutputFile(std::string path, gps::FileSystem& files = gps::FileSystem::system());
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Creates the hidden file. @return  no such folder, no permission, a folder of that name
+    /// Creates the hidden file. @return  why it cannot be created
     [[nodiscard]] std::optional<gps::Error> open();
 
-    /// Where to write. Precondition: open.
+    /// Where to write. Precondition: open() succeeded.
     [[nodiscard]] Output& output() noexcept { return *output_; }
 
     /// A folder on the same medium, for temporary data.
     [[nodiscard]] const std::string& folder() const noexcept { return folder_; }
 
-    /// Flushes to the medium and gives the file its final name; an older file stays when this
-    /// fails.
+    /// Flushes the file to the medium and gives it its final name. If that fails before the rename,
+    /// an older file of that name is unchanged.
     [[nodiscard]] std::optional<gps::Error> commit();
 
-    /// As commit, but under `partialPath`. What went out directly stays as it is.
+    /// Like commit(), but the file gets the name partialPath(). Does nothing if the file is written
+    /// directly.
     [[nodiscard]] std::optional<gps::Error> keepPartial();
 
-    /// NAME.partial.EXT beside the final name; empty for what is written to directly.
+    /// NAME.partial.EXT beside the final name; empty if the file is written directly.
     [[nodiscard]] std::string partialPath() const;
 
 private:
     [[nodiscard]] std::optional<gps::Error> openDirectly();
     [[nodiscard]] std::optional<gps::Error> finishAs(const std::string& path);
-    [[nodiscard]] gps::Error refusal(std::string_view what, int code) const;
+    [[nodiscard]] gps::Error errorFor(std::string_view what, int code) const;
 
+    gps::FileSystem& files_;
     std::string path_;
     std::string folder_;
-    std::string hiddenPath_; // empty: written to directly, or done
-    int file_ = -1;
+    gps::AtomicFile file_;
+    gps::OpenFile device_; // written directly
     std::optional<Output> output_;
 };
 

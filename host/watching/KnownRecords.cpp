@@ -3,7 +3,6 @@
 
 #include "host/watching/KnownRecords.h"
 
-#include "host/backup/Manifest.h"
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/files/Files.h"
@@ -12,7 +11,6 @@
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
 namespace host {
@@ -81,13 +79,15 @@ void Digest::add(const std::string& json)
     text_ = hashOf(text_ + json);
 }
 
-KnownRecords::KnownRecords(std::string path) : path_(std::move(path)) {}
+KnownRecords::KnownRecords(std::string path, gps::FileSystem& files)
+    : files_(files), path_(std::move(path))
+{}
 
 std::optional<gps::Error> KnownRecords::load()
 {
     keys_.clear();
     std::string text;
-    const auto failure = gps::FileManager{}.readFile(path_, text);
+    const auto failure = gps::FileManager{&files_}.readFile(path_, text);
     if (failure && failure->code() == kNoSuchFile)
         return std::nullopt;
     if (failure || !takeKeys(text, keys_))
@@ -98,7 +98,7 @@ std::optional<gps::Error> KnownRecords::load()
 gps::Error KnownRecords::putAside() const
 {
     const auto aside = path_ + ".damaged";
-    const bool isAside = std::rename(path_.c_str(), aside.c_str()) == 0;
+    const bool isAside = files_.rename(path_.c_str(), aside.c_str()) == 0;
     return hostError(
         "The list of what was saved before cannot be read, so everything counts as new",
         isAside ? "The damaged list was put aside" : "", isAside ? aside : path_);
@@ -118,7 +118,7 @@ std::optional<gps::Error> KnownRecords::add(const RecordKeys& keys)
     for (const auto& key : keys_)
         text.append(key).push_back('\n');
     text += std::string{kSum} + hashOf(text) + '\n';
-    return writeFile(path_, text);
+    return writeFile(path_, text, files_);
 }
 
 } // namespace host

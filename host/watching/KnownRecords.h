@@ -6,6 +6,7 @@
 
 #include <gps/Error.h>
 #include <gps/Value.h>
+#include <platform/System/FileSystem.h>
 
 #include <cstdint>
 #include <functional>
@@ -46,8 +47,9 @@ private:
 
 class KnownRecords {
 public:
-    /// @param path  the file; it need not be there
-    explicit KnownRecords(std::string path);
+    /// @param path   the file; it need not exist
+    /// @param files  the system to work on; must outlive this object
+    explicit KnownRecords(std::string path, gps::FileSystem& files = gps::FileSystem::system());
 
     /// Reads the file. One that is damaged is put aside, and nothing is known then.
     /// @return  what the user should know of that
@@ -67,6 +69,7 @@ public:
 private:
     [[nodiscard]] gps::Error putAside() const;
 
+    gps::FileSystem& files_;
     std::string path_;
     RecordKeys keys_;
 };

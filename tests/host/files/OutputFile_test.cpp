@@ -2,14 +2,17 @@
 
 #include "host/files/OutputFile.h"
 
+#include "platform/System/OneFault.h"
 #include "support/AsNobody.h"
 #include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <map>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -25,7 +28,7 @@ std::size_t entries(const support::TemporaryFolder& folder)
     return static_cast<std::size_t>(std::distance(fs::directory_iterator{folder.path()}, {}));
 }
 
-TEST(OutputFile, StandsUnderItsNameOnlyOnceItIsCommitted)
+TEST(OutputFile, HasItsNameOnlyAfterTheCommit)
 {
     const support::TemporaryFolder folder;
     OutputFile file{folder.path("a.gpx")};
@@ -37,7 +40,7 @@ TEST(OutputFile, StandsUnderItsNameOnlyOnceItIsCommitted)
     EXPECT_EQ(entries(folder), 1U);
 }
 
-TEST(OutputFile, OlderFileStaysWhenNothingIsCommitted)
+TEST(OutputFile, OlderFileIsUnchangedWithoutACommit)
 {
     const support::TemporaryFolder folder;
     folder.put("a.gpx", "old");
@@ -51,7 +54,7 @@ TEST(OutputFile, OlderFileStaysWhenNothingIsCommitted)
     EXPECT_EQ(entries(folder), 1U);
 }
 
-TEST(OutputFile, PartialFileStandsBesideTheOlderOne)
+TEST(OutputFile, PartialFileIsBesideTheOlderOne)
 {
     const support::TemporaryFolder folder;
     folder.put("a.gpx", "old");
@@ -86,7 +89,7 @@ TEST(OutputFile, ReplacedFileKeepsItsMode)
     EXPECT_EQ(fs::status(folder.path("a.gpx")).permissions(), fs::perms{0640});
 }
 
-TEST(OutputFile, LinkLeadsToTheFileThatIsReplaced)
+TEST(OutputFile, FileThatALinkLeadsToIsReplaced)
 {
     const support::TemporaryFolder folder;
     folder.put("there/a.gpx", "old");
@@ -99,7 +102,7 @@ TEST(OutputFile, LinkLeadsToTheFileThatIsReplaced)
     EXPECT_EQ(folder.read("there/a.gpx"), "new");
 }
 
-TEST(OutputFile, MissingFolderIsRefused)
+TEST(OutputFile, MissingFolderIsAnError)
 {
     const support::TemporaryFolder folder;
     const auto failure = OutputFile{folder.path("no/a.gpx")}.open();
@@ -107,7 +110,7 @@ TEST(OutputFile, MissingFolderIsRefused)
     EXPECT_EQ(failure->code(), ENOENT);
 }
 
-TEST(OutputFile, FolderIsNoFile)
+TEST(OutputFile, FolderIsAnError)
 {
     const support::TemporaryFolder folder;
     const auto failure = OutputFile{folder.path()}.open();
@@ -115,18 +118,18 @@ TEST(OutputFile, FolderIsNoFile)
     EXPECT_EQ(failure->code(), EISDIR);
 }
 
-TEST(OutputFile, FolderThatMayNotBeWrittenIsRefused)
+TEST(OutputFile, FolderWithoutWritePermissionIsAnError)
 {
     const support::TemporaryFolder folder;
     const support::AsNobody nobody;
     if (::access(folder.path().c_str(), W_OK) == 0 && ::geteuid() != 65534)
-        GTEST_SKIP() << "own folder, no rights to give up";
+        GTEST_SKIP() << "cannot give up rights";
     const auto failure = OutputFile{folder.path("a.gpx")}.open();
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->code(), EACCES);
 }
 
-TEST(OutputFile, DeviceIsWrittenToAndStays)
+TEST(OutputFile, DeviceIsWrittenDirectly)
 {
     OutputFile file{"/dev/null"};
     ASSERT_FALSE(file.open());
@@ -136,7 +139,7 @@ TEST(OutputFile, DeviceIsWrittenToAndStays)
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
-TEST(OutputFile, FullDeviceIsAFailure)
+TEST(OutputFile, FullDeviceIsAnError)
 {
     OutputFile file{"/dev/full"};
     ASSERT_FALSE(file.open());
@@ -144,9 +147,82 @@ TEST(OutputFile, FullDeviceIsAFailure)
     EXPECT_TRUE(file.commit());
 }
 
+// Writes a new file over an old one with one failing call.
+std::optional<gps::Error> writeWithFault(const support::TemporaryFolder& folder,
+                                         support::OneFault& files)
+{
+    folder.put("a.gpx", "old");
+    OutputFile file{folder.path("a.gpx"), files};
+    if (auto failure = file.open())
+        return failure;
+    file.output().write("new");
+    return file.commit();
+}
+
+TEST(OutputFile, OneFailedCallLeavesTheOldOrTheNewFileAndIsReported)
+{
+    const support::TemporaryFolder folder;
+    support::OneFault recorder;
+    ASSERT_FALSE(writeWithFault(folder, recorder));
+    std::map<std::string, int> counts;
+    int reported = 0;
+    for (const auto& call : recorder.calls()) {
+        support::OneFault files{call, EIO, ++counts[call]};
+        const auto failure = writeWithFault(folder, files);
+        const auto which = call + ' ' + std::to_string(counts[call]);
+        EXPECT_TRUE(files.happened()) << which;
+        const auto content = folder.read("a.gpx");
+        if (failure) {
+            ++reported;
+            EXPECT_TRUE(content == "old" || content == "new") << which;
+            EXPECT_EQ(failure->code(), EIO) << which;
+            EXPECT_TRUE(failure->path() && failure->suggestion()) << which;
+        } else {
+            EXPECT_EQ(content, "new") << which;
+        }
+        EXPECT_EQ(entries(folder), 1U) << "no hidden file is left: " << which;
+    }
+    EXPECT_GE(reported, 7) << "both opens, the write, the three flushes and the rename";
+}
+
+TEST(OutputFile, FailedFlushAfterTheRenameSaysThatTheFileIsThere)
+{
+    const support::TemporaryFolder folder;
+    support::OneFault files{"fsync", EIO, 2};
+    const auto failure = writeWithFault(folder, files);
+    ASSERT_TRUE(failure);
+    EXPECT_TRUE(failure->description()->starts_with("The output file may be lost"))
+        << *failure->description();
+    EXPECT_EQ(folder.read("a.gpx"), "new");
+}
+
+TEST(OutputFile, InterruptedWriteIsContinued)
+{
+    const support::TemporaryFolder folder;
+    support::OneFault files{"write", EINTR};
+    EXPECT_FALSE(writeWithFault(folder, files));
+    EXPECT_TRUE(files.happened());
+    EXPECT_EQ(folder.read("a.gpx"), "new");
+}
+
+TEST(OutputFile, TwoInOneFolderDoNotDisturbEachOther)
+{
+    const support::TemporaryFolder folder;
+    OutputFile first{folder.path("a.gpx")};
+    ASSERT_FALSE(first.open());
+    OutputFile second{folder.path("b.gpx")};
+    ASSERT_FALSE(second.open());
+    first.output().write("a");
+    second.output().write("b");
+    EXPECT_FALSE(second.commit());
+    EXPECT_FALSE(first.commit());
+    EXPECT_EQ(folder.read("a.gpx"), "a");
+    EXPECT_EQ(folder.read("b.gpx"), "b");
+}
+
 class OutputFileSignal : public testing::TestWithParam<int> {};
 
-TEST_P(OutputFileSignal, RemovesTheHiddenFileAndTakesItsCourse)
+TEST_P(OutputFileSignal, RemovesTheHiddenFileAndEndsTheProcess)
 {
     const support::TemporaryFolder folder;
     folder.put("a.gpx", "old");
@@ -167,7 +243,7 @@ TEST_P(OutputFileSignal, RemovesTheHiddenFileAndTakesItsCourse)
     EXPECT_EQ(entries(folder), 1U);
 }
 
-TEST_P(OutputFileSignal, IsLivedThroughWhereItIsIgnored)
+TEST_P(OutputFileSignal, DoesNotEndTheProcessIfItIsIgnored)
 {
     const support::TemporaryFolder folder;
     const pid_t child = ::fork();

@@ -4,8 +4,12 @@
 
 #include "host/base/HostError.h"
 #include "host/formats/Written.h"
+#include "platform/System/OneFault.h"
 
 #include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
 
 namespace {
 
@@ -21,7 +25,7 @@ TEST(Output, TextsOfAnySizeArriveInOrder)
     EXPECT_EQ(written.text(), expected);
 }
 
-TEST(Output, FirstFailureStays)
+TEST(Output, FirstFailureIsKept)
 {
     const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
     host::Output output{full, "a name"};
@@ -36,14 +40,27 @@ TEST(Output, FirstFailureStays)
     ::close(full);
 }
 
-TEST(Output, ClosedFileIsAFailure)
+TEST(Output, ClosedFileIsAnError)
 {
     host::Output output{-1, "nothing"};
     output.write("text");
     EXPECT_TRUE(output.flush());
 }
 
-TEST(Spool, WhatWasWrittenIsAppended)
+TEST(Output, InterruptedWriteIsContinued)
+{
+    support::OneFault files{"write", EINTR};
+    const support::TemporaryFolder folder;
+    const int file = ::open(folder.path("a").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    host::Output output{file, "a", files};
+    output.write("text");
+    EXPECT_FALSE(output.flush());
+    EXPECT_TRUE(files.happened());
+    EXPECT_EQ(folder.read("a"), "text");
+    ::close(file);
+}
+
+TEST(Spool, TextIsMovedToTheOutput)
 {
     support::Written written;
     host::Spool spool{written.folder()};
@@ -55,7 +72,7 @@ TEST(Spool, WhatWasWrittenIsAppended)
     EXPECT_EQ(written.text(), "before," + large + ",after");
 }
 
-TEST(Spool, FolderThatIsNotThereIsNoObstacle)
+TEST(Spool, SystemsFolderIsUsedIfItsOwnIsMissing)
 {
     support::Written written;
     host::Spool spool{"/nowhere"};
@@ -64,12 +81,55 @@ TEST(Spool, FolderThatIsNotThereIsNoObstacle)
     EXPECT_EQ(written.text(), "text");
 }
 
-TEST(Spool, FolderShowsNoFile)
+TEST(Spool, FileHasNoName)
 {
     const support::TemporaryFolder folder;
     host::Spool spool{folder.path()};
     spool.write("text");
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(Spool, CanBeUsedAgainAfterItWasMoved)
+{
+    support::Written written;
+    host::Spool spool{written.folder()};
+    spool.write("first,");
+    spool.moveTo(written.output());
+    spool.write("second");
+    spool.moveTo(written.output());
+    spool.moveTo(written.output());
+    EXPECT_EQ(written.text(), "first,second");
+}
+
+TEST(Spool, FileSystemWithoutUnnamedFilesIsUsedNevertheless)
+{
+    const support::TemporaryFolder folder;
+    support::Written written;
+    support::OneFault files{"open", EOPNOTSUPP};
+    host::Spool spool{folder.path(), files};
+    spool.write("text");
+    EXPECT_TRUE(files.happened());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "its name is removed at once";
+    spool.moveTo(written.output());
+    EXPECT_EQ(written.text(), "text");
+}
+
+TEST(Spool, FailedCallIsAFailureOfTheOutput)
+{
+    for (const char* call : {"write", "pread", "ftruncate", "lseek"}) {
+        const support::TemporaryFolder folder;
+        const int file = ::open(folder.path("a").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        support::OneFault files{call, EIO};
+        host::Output output{file, "output", files};
+        host::Spool spool{folder.path(), files};
+        spool.write("text");
+        spool.moveTo(output);
+        EXPECT_TRUE(files.happened()) << call;
+        const auto failure = output.flush();
+        ::close(file);
+        ASSERT_TRUE(failure) << call;
+        EXPECT_EQ(failure->code(), EIO) << call;
+    }
 }
 
 } // namespace

@@ -2,11 +2,14 @@
 
 #include "host/watching/KnownRecords.h"
 
+#include "platform/System/OneFault.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <filesystem>
+#include <map>
 
 namespace {
 
@@ -75,6 +78,38 @@ TEST_F(KnownRecordsTest, AnyDamageIsSeenPutAsideAndForgotten)
         EXPECT_EQ(folder_.read("state/42.txt.damaged"), damage);
         EXPECT_FALSE(std::filesystem::exists(path_));
         EXPECT_FALSE(list.contains("waypoint 1")) << damage;
+    }
+}
+
+TEST_F(KnownRecordsTest, OneFailedCallLosesNothingThatWasKnownAndIsReported)
+{
+    (void)known({"waypoint 1"});
+    const auto before = folder_.read("state/42.txt");
+    support::OneFault recorder;
+    const auto addWith = [&](support::OneFault& files) {
+        KnownRecords list{path_, files};
+        if (auto failure = list.load())
+            return failure;
+        return list.add({"waypoint 2"});
+    };
+    ASSERT_FALSE(addWith(recorder));
+
+    std::map<std::string, int> counts;
+    for (const auto& call : recorder.calls()) {
+        folder_.put("state/42.txt", before);
+        std::filesystem::remove(path_ + ".damaged");
+        support::OneFault files{call, EIO, ++counts[call]};
+        const auto failure = addWith(files);
+        const auto which = call + ' ' + std::to_string(counts[call]);
+        EXPECT_TRUE(files.happened()) << which;
+        if (std::filesystem::exists(path_ + ".damaged")) {
+            EXPECT_EQ(folder_.read("state/42.txt.damaged"), before) << which;
+            continue;
+        }
+        KnownRecords after{path_};
+        EXPECT_FALSE(after.load()) << which;
+        EXPECT_TRUE(after.contains("waypoint 1")) << which;
+        EXPECT_TRUE(failure || after.contains("waypoint 2")) << which;
     }
 }
 
