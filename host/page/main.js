@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The page's entry point: reads the data and puts the parts of the page together.
+// The page's entry point: reads the data and puts the parts of the page together. The modules in
+// model/ compute and do not know the document, so that node can test them. Those in ui/ show the
+// results.
 //
 // What this module exports is the page's one global, `page`, for its tests and for
 // scripts/page-pictures.

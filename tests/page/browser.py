@@ -1,5 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""A browser without a window, for the page's tests and pictures. It downloads nothing and saves nothing."""
+"""A browser without a window, for the page's tests and pictures.
+
+It downloads nothing and saves nothing.
+"""
 
 import base64
 import shutil
@@ -8,9 +11,11 @@ import tempfile
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 
-ARGUMENTS = ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-             "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-dev-shm-usage",
-             "--hide-scrollbars"]
+ARGUMENTS = [
+    "--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+    "--disable-background-networking", "--disable-component-update", "--disable-sync",
+    "--disable-dev-shm-usage", "--hide-scrollbars",
+]
 
 
 class Browser:
@@ -23,7 +28,8 @@ class Browser:
         for argument in ARGUMENTS + [f"--user-data-dir={self.folder}"]:
             options.add_argument(argument)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        self.driver = webdriver.Chrome(service=Service(shutil.which("chromedriver")), options=options)
+        service = Service(shutil.which("chromedriver"))
+        self.driver = webdriver.Chrome(service=service, options=options)
         self.driver.set_script_timeout(60)
         self.resize(width, height)
 
@@ -38,12 +44,15 @@ class Browser:
         return self.driver.execute_cdp_cmd(name, parameters)
 
     def resize(self, width, height):
-        self.command("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=width < 600)
+        self.command("Emulation.setDeviceMetricsOverride", width=width, height=height,
+                     deviceScaleFactor=1, mobile=width < 600)
 
     def use_theme(self, theme):
         """Sets the theme of the user's system: "light" or "dark"."""
-        self.command("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": theme},
-                                                              {"name": "prefers-reduced-motion", "value": "reduce"}])
+        self.command("Emulation.setEmulatedMedia", features=[
+            {"name": "prefers-color-scheme", "value": theme},
+            {"name": "prefers-reduced-motion", "value": "reduce"},
+        ])
 
     def open(self, path):
         """Opens a page and waits until its map is drawn."""
@@ -53,11 +62,20 @@ class Browser:
     def settle(self):
         """Waits until pending changes are drawn."""
         self.driver.execute_async_script("""const done = arguments[arguments.length - 1];
-            requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)));""")
+            const afterFrame = (action) => requestAnimationFrame(action);
+            afterFrame(() => afterFrame(() => afterFrame(done)));""")
 
     def ask(self, script, *arguments):
         """Returns the value of an expression in the page."""
         return self.driver.execute_script(f"return {script};", *arguments)
+
+    def run(self, script, *arguments):
+        self.driver.execute_script(script, *arguments)
+        self.settle()
+
+    def find(self, selector):
+        """Returns the first element that a selector matches."""
+        return self.driver.find_element("css selector", selector)
 
     def complaints(self):
         """Returns what the page or the browser has logged since the last call."""

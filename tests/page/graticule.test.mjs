@@ -19,6 +19,11 @@ test("meridians are at least 110 pixels apart, at round degrees", () => {
   assert.equal(wider[1] - wider[0], 218);
 });
 
+test("meridians are as far apart where degrees are narrower", () => {
+  const { meridians } = graticule(viewOf({ latitude: 60, scale: 110 }));
+  assert.equal(meridians[1] - meridians[0], 110); // of two degrees
+});
+
 test("lines are never more than 30 degrees apart", () => {
   const { meridians } = graticule(viewOf({ scale: 800 / 720 }));
   assert.ok(meridians.length >= 23 && meridians.length <= 25, `${meridians.length}`);

@@ -89,6 +89,11 @@ test("labels avoid the dots of other points, of earlier and of later ones", () =
   }
 });
 
+test("a label avoids a dot that overlaps its start", () => {
+  for (const [x, left] of [[3, 508], [4, 452]])
+    assert.equal(placed([labelAt(0, 0), labelAt(x, 0)])[0].left, left, `${x}`);
+});
+
 test("labels stay two pixels within the upper and lower edges", () => {
   for (const [latitude, middle] of [[490, 10], [491, 23], [-490, 990], [-491, 977]])
     assert.equal(placed([labelAt(0, latitude)])[0].middle, middle, `${latitude}`);

@@ -86,6 +86,13 @@ test("missing elevations at the start leave no empty area", () => {
   assert.ok(fill.startsWith("M360.0"));
 });
 
+test("a point is plotted if it is off the line by more than half a unit", () => {
+  const count = (offset) =>
+    pointsOf(plotOf(trackWith([100, 150 + offset, 200]), kElevation).stroke).length;
+  assert.equal(count(0.55), 2);
+  assert.equal(count(0.57), 3);
+});
+
 test("a plot of a hundred thousand points has few segments", () => {
   const values = Array.from({ length: 100000 }, (_, i) => 500 + 100 * Math.sin(i / 5000));
   const { stroke } = plotOf(trackWith(values), kElevation);
@@ -97,9 +104,21 @@ test("ticks are at round values within the plot", () => {
   assert.deepEqual(textsOf(plotOf(trackWith([-5, 4]), kElevation).ticks), ["-10", "0", "10"]);
 });
 
-test("speed ticks are in km/h, with a decimal if they need one", () => {
+test("speed ticks are in km/h", () => {
   assert.deepEqual(textsOf(plotOf(trackWith([5, 5]), kSpeed).ticks), ["0", "10", "20"]);
   assert.deepEqual(textsOf(plotOf(trackWith([1, 1]), kSpeed).ticks), ["0", "2", "4"]);
+});
+
+test("a tick within 3 % of the top is omitted", () => {
+  const speedTicks = (speed) => textsOf(plotOf(trackWith([speed, speed]), kSpeed).ticks);
+  assert.deepEqual(speedTicks(4.64), ["0", "10"]);
+  assert.deepEqual(speedTicks(4.75), ["0", "10", "20"]);
+});
+
+test("no tick needs decimals, however small the range", () => {
+  for (const kind of kPlotKinds)
+    for (const { text } of plotOf(trackWith([0, 0]), kind).ticks)
+      assert.match(text, /^-?\d+$/);
 });
 
 test("ticks match the plot's height", () => {

@@ -39,6 +39,8 @@ test("a straight line stays straight at any scales", () => {
 
 test("a way back along the same line is kept", () => {
   assert.deepEqual(kept([[0, 0], [10, 0], [1, 0]]), [0, 1, 2]);
+  assert.deepEqual(kept([[0, 0], [11, 0], [10, 0]]), [0, 1, 2]);
+  assert.deepEqual(kept([[0, 0], [-1, 0], [10, 0]]), [0, 1, 2]);
 });
 
 test("a line that ends where it begins keeps its farthest point", () => {

@@ -11,8 +11,9 @@ const kTolerance = 0.5; // units
 const kHeadroom = 1.22; // the plot's height, relative to the range of its values
 
 // `key`: the track's array of values. `factor`: from the track's unit to the one shown. `minRange`:
-// a walk on level ground should look level. `hasGaps`: the line is interrupted where values are
-// missing; a speed is known at timed points only, and the line connects those.
+// a walk on level ground should look level; it also keeps ticks without decimals. `hasGaps`: the
+// line is interrupted where values are missing; a speed is known at timed points only, and the line
+// connects those.
 export const kPlotKinds = [
   { key: "elevation", unit: "m", factor: 1, height: 110, minRange: 20, tickCount: 4,
     hasGaps: true, range: elevationRange },
@@ -88,7 +89,7 @@ function ticksOf({ low, high, height }, { factor, tickCount }) {
   const step = roundStep((high - low) * factor / tickCount);
   for (let i = Math.ceil(low * factor / step); i * step < high * factor * 0.97; ++i) {
     const y = height - (i * step / factor - low) * height / (high - low);
-    ticks.push({ y, text: formatNumber(i * step, step < 1 ? 1 : 0) });
+    ticks.push({ y, text: formatNumber(i * step) });
   }
   return ticks;
 }
