@@ -134,6 +134,10 @@ class PageTest(unittest.TestCase):
         return self.browser.ask("""Array.from(document.querySelectorAll(arguments[0]),
             (cell) => cell.textContent)""", f"#table-{table} td:nth-child({number})")
 
+    def lengths(self):
+        """The lengths in the table of tracks, in kilometres."""
+        return [float(text.removesuffix(" km")) for text in self.column("tracks", 6)]
+
     def count(self, selector):
         return self.browser.ask("document.querySelectorAll(arguments[0]).length", selector)
 
@@ -277,14 +281,13 @@ class PageTest(unittest.TestCase):
     def test_heading_sorts_in_both_directions_and_by_keyboard(self):
         self.browser.open(self.sample)
         heading = self.browser.find("#table-tracks th:nth-child(6)")
-        number = lambda text: float(text.replace(",", "").split()[0])
         heading.find_element("css selector", "button").click()
-        lengths = [number(text) for text in self.column("tracks", 6)]
+        lengths = self.lengths()
         self.assertEqual(lengths, sorted(lengths))
         self.assertEqual(heading.get_attribute("aria-sort"), "ascending")
         heading.find_element("css selector", "button").send_keys("\ue007")  # return
         lengths.reverse()
-        self.assertEqual([number(text) for text in self.column("tracks", 6)], lengths)
+        self.assertEqual(self.lengths(), lengths)
         self.assertEqual(heading.get_attribute("aria-sort"), "descending")
         names = self.browser.find("#table-tracks th:first-child")
         names.find_element("css selector", "button").click()

@@ -132,9 +132,9 @@ TEST(HtmlWriter, RouteHasItsPointsAndItsLength)
 
 TEST(HtmlWriter, LengthStartsAnewWithEachRoute)
 {
-    const auto routes = dataOf({newRoute({}), wayPoint({0, 0, 0, 0, 0}, {}),
-                                wayPoint({1, 0, 0, 0, 0}, {}), newRoute({}),
-                                wayPoint({5, 5, 0, 0, 0}, {})})["routes"];
+    const auto routes =
+        dataOf({newRoute({}), wayPoint({0, 0, 0, 0, 0}, {}), wayPoint({1, 0, 0, 0, 0}, {}),
+                newRoute({}), wayPoint({5, 5, 0, 0, 0}, {})})["routes"];
     ASSERT_EQ(routes.size(), 2U);
     EXPECT_EQ(routes[0]["kilometres"], 111.195);
     EXPECT_EQ(routes[1]["kilometres"], 0);
