@@ -8,6 +8,7 @@
 
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace magellan {
 namespace {
@@ -53,14 +54,16 @@ std::optional<SentenceFields> SentenceFields::ofBody(std::string_view body,
 {
     if (!body.starts_with(name) || (body.size() > name.size() && body[name.size()] != ','))
         return std::nullopt;
-    return SentenceFields{body};
+    return std::optional<SentenceFields>{std::in_place, body}; // built in place: it is large
 }
 
 std::optional<SentenceFields> SentenceFields::ofSentence(std::string_view line,
                                                          std::string_view name) noexcept
 {
     const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-    return body ? ofBody(*body, name) : std::nullopt;
+    if (!body)
+        return std::nullopt;
+    return ofBody(*body, name);
 }
 
 void SentenceFields::throwRangeError(std::size_t index) const
