@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Helpers for dictionaries, the debug level and time zones. The module exports them under exactly
 // these names for whoever loads it. With a null dictionary every setter does nothing and every
-// getter returns its default. [any], with a dictionary that no other thread uses; the debug level is
-// a plain global that the host thread sets before any worker starts.
+// getter returns its default. [any], with a dictionary that no other thread uses. The debug level
+// is a plain global that the host thread sets before any worker starts.
 
 #pragma once
 
@@ -32,8 +32,8 @@ bool DebugLevelIs(std::int32_t level);
 /// since its mere presence switches debugging on. A null dictionary changes nothing.
 void SetDebugLevelFromDictionary(const gps::Dictionary* dictionary);
 
-/// Returns the boolean or 32-bit integer reading of the value under a key; the default if the key is
-/// missing or its value is neither a number nor a text.
+/// Returns the boolean or 32-bit integer reading of the value under a key; the default if the key
+/// is missing or its value is neither a number nor a text.
 bool GetBoolValueForKey(const gps::Dictionary* dictionary, const char* key, bool defaultValue);
 std::int32_t GetIntValueForKey(const gps::Dictionary* dictionary, const char* key,
                                std::int32_t defaultValue);

@@ -7,8 +7,8 @@ namespace magellan {
 
 const gps::Bundle& pluginBundle()
 {
-    // The bundle is the one around the file that contains this constant. If there is none, the
-    // empty bundle lacks every resource.
+    // The bundle is the one around the file that contains this constant. Without a bundle, every
+    // resource is missing.
     static constexpr char kHere = 0;
     static const gps::Bundle* const bundle =
         new gps::Bundle{gps::Bundle::containing(&kHere).value_or(gps::Bundle{""})};

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The wording of the list makers' log lines.
 
 #include <gps/Value.h>
 

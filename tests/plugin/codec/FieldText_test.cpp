@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Filtering, cutting and copying of texts, with both sides of each limit.
 
 #include <gps/Error.h>
 

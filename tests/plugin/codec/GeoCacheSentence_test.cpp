@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Geocache sentences in both directions: every field count, every text, and damaged lines.
 
 #include <gps/Error.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The fields that three sentence kinds begin with, with the bounds of coordinates and altitudes.
 
 #include <gps/Error.h>
 #include <gps/Value.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Route sentences in both directions: numbering, gaps, pairs, the message and the room limit.
 
 #include <gps/Error.h>
 

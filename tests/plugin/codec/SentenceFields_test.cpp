@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Splitting and access by index, with the bounds of both.
 
 #include <gps/Error.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What a list maker does about records without a point, or that cannot be written.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Symbols to icons and back, with the names and codes that the map does not have.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Track point sentences in both directions: feet, dates, names and field counts.
 
 #include <gps/Error.h>
 #include <gps/Value.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Waypoint sentences in both directions: every field count, every text, and damaged lines.
 
 #include <gps/Error.h>
 

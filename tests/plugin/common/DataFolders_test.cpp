@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which folder names of a receiver are accepted.
 
 #include <gps/Value.h>
 

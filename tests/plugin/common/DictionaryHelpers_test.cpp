@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The exported helpers, called as another module would.
 
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>

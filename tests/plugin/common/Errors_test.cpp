@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The plug-in's own errors: codes, texts, paths.
 
 #include <gtest/gtest.h>
 

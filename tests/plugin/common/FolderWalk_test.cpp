@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which entries of a folder tree reach a reader, and what ends the walk.
 
 #include <gps/Value.h>
 

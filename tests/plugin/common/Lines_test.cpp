@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Lines end at CR LF only.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Names and their indices, also past the growth of the table.
 
 #include <gtest/gtest.h>
 

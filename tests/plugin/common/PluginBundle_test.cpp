@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The bundle that the tests run in has the plug-in's resources.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Records that are kept by name, and routes that are reported.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Where tracks begin in a run of points with and without names.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

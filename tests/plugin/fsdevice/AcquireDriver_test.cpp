@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Downloads from a receiver's folders: order, options, failures, and the start of the worker.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

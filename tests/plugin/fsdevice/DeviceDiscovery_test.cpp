@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Test folders as receivers: the list, the view, the selection, and access to a volume.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each reader on files with good, damaged and foreign lines, and on files that cannot be read.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each writer and merge: names, numbers, order, failures, and generated records both ways.
 
 #include "../../platform/System/PrivateMount.h"
 #include "../../support/LogCapture.h"

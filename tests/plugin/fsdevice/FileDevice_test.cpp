@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What the driver answers about its device before a send.
 
 #include "../../support/ReceiverFolder.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Imports of single files: extensions, first lines, refusals and status calls.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which records of a waypoint list are geocaches, and in which order they are sent.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Key-value lines, the unit file, and the folder dictionary with its default.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The driver's identity, creation and debug level.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What a snapshot reads, and that its plans are what a send then writes.
 
 #include "../../support/AsNobody.h"
 #include "../../support/LogCapture.h"

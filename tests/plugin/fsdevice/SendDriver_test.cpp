@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Sends to a receiver's folders: brackets, folders, failures, and the start of the worker.
 
 #include "../../support/LogCapture.h"
 #include "../../support/ReceiverFolder.h"

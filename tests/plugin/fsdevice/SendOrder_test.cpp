@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which jobs a send has, in which order, and where they write.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each remark and its limit, and that nothing else is remarked on.
 
 #include "../../support/Sentence.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The built module: its entry point and exported symbols.
 
 #include <gps/Error.h>
 #include <gps/GPSPlugInProtocol.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The loader's answers and the drivers that it creates.
 
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSPoint.h>

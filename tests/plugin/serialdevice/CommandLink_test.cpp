@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each operation of the link on a line in memory, where waiting takes no time.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
