@@ -168,7 +168,8 @@ TEST(Value, ADescriptionShowsAllThatIsInside)
                                   {"list", Array{true, -2}},
                                   {"point", GPSPoint{46.5, -7.25, 0, 3, 0}}}),
               R"({name = "Camp", n = 1.5, list = [1, -2], point = (46.5, -7.25, 0, 3, 0)})");
-    EXPECT_EQ(describe(Array{Dictionary{}, Dictionary{}, Array{Array{}}, ""}),
+    // An Array{Array{}} would be a copy of the inner one with clang, a list of one with g++.
+    EXPECT_EQ(describe(Array{Dictionary{}, Dictionary{}, Array{Value{Array{}}}, ""}),
               R"([{}, {}, [[]], ""])");
     EXPECT_EQ(describe(Dictionary{{"a", Dictionary{}}, {"b", "{"}, {"c", 1}}),
               R"({a = {}, b = "{", c = 1})");
