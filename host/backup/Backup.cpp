@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -99,7 +100,12 @@ public:
     BackupCopier(const DataFolders& source, std::string folder, std::vector<std::string>& skipped,
                  gps::FileSystem& files)
         : source_(source), folder_(std::move(folder)), skipped_(skipped), files_(files)
-    {}
+    {
+        if (source.known == nullptr)
+            return;
+        for (const auto& file : *source.known)
+            known_.emplace(file.path, &file);
+    }
 
     [[nodiscard]] std::optional<gps::Error> copyAll();
 
@@ -110,6 +116,7 @@ private:
                                                       const std::string& relative);
     [[nodiscard]] std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
                                                      BackedUpFile& file);
+    [[nodiscard]] std::optional<gps::Error> read(const std::string& path, std::string& bytes) const;
     [[nodiscard]] std::string target(const std::string& relative) const
     {
         return gps::joinPath(gps::joinPath(folder_, kFilesName), relative);
@@ -119,6 +126,7 @@ private:
     std::string folder_;
     std::vector<std::string>& skipped_;
     gps::FileSystem& files_;
+    std::map<std::string_view, const gps::DeviceFile*> known_; // by path
     Manifest manifest_{};
 };
 
@@ -183,7 +191,7 @@ std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const 
 {
     const gps::FileManager manager{&files_};
     std::string bytes;
-    if (auto failure = manager.readFile(from, bytes))
+    if (auto failure = read(from, bytes))
         return failure;
     if (auto failure = writeFile(to, bytes, files_))
         return failure;
@@ -195,6 +203,16 @@ std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const 
                          to);
     file.size = bytes.size();
     file.hash = hashOf(bytes);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> BackupCopier::read(const std::string& path, std::string& bytes) const
+{
+    const auto found = known_.find(path);
+    // A file that is not text has an error, too, but also its content.
+    if (found == known_.end() || (found->second->error && found->second->content.empty()))
+        return gps::FileManager{&files_}.readFile(path, bytes);
+    bytes = found->second->content;
     return std::nullopt;
 }
 

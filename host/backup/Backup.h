@@ -9,6 +9,7 @@
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/GPSFileDevice.h>
 #include <platform/System/FileSystem.h>
 
 #include <cstddef>
@@ -33,6 +34,9 @@ struct DataFolders {
     std::string device;               ///< the folder where the device is mounted
     std::string identifier;           ///< the device's own; may be empty
     std::vector<std::string> folders; ///< absolute paths, inside the device's folder
+
+    /// Files that were read before and are not opened again; null if there are none.
+    const std::vector<gps::DeviceFile>* known = nullptr;
 };
 
 struct Backup {

@@ -1,32 +1,42 @@
 // SPDX-License-Identifier: MIT
+// Texts of records come from files of any origin, so every line that shows one goes through
+// displayText(), which removes what could confuse a terminal.
 
 #include "host/cli/PlanReport.h"
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
-#include "host/cli/Console.h"
+#include "host/bundle/DeviceChoice.h"
+#include "host/cli/RecordCountText.h"
+#include "host/transfer/RecordCounts.h"
 
-#include <array>
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
 namespace host {
 namespace {
 
-std::string_view wordFor(gps::PlannedFile::Action action)
+using Action = gps::PlannedFile::Action;
+
+constexpr std::size_t kMostRecords = 10; // missing records named one by one
+
+std::string_view verbFor(Action action)
 {
     switch (action) {
-    case gps::PlannedFile::Action::kCreate:
-        return "make";
-    case gps::PlannedFile::Action::kMerge:
+    case Action::kCreate:
+        return "create";
+    case Action::kMerge:
         return "merge into";
-    case gps::PlannedFile::Action::kSkip:
-        return "leave";
+    case Action::kSkip:
+        break;
     }
-    return {};
+    return "skip";
 }
 
-std::string_view fromDevice(std::string_view path, std::string_view device)
+std::string_view relativeTo(std::string_view device, std::string_view path)
 {
     if (!path.starts_with(device))
         return path;
@@ -34,56 +44,149 @@ std::string_view fromDevice(std::string_view path, std::string_view device)
     return path.substr(path.starts_with('/') ? 1 : 0);
 }
 
-std::string lineFor(const TextChange& change)
+std::string lineFor(const gps::PlannedFile& file, std::string_view device)
 {
-    std::string line = std::string{change.kind} + ' ' + std::string{change.key} + ": \"" +
-                       change.before + "\" becomes \"" + change.after + '"';
-    if (!change.dropped.empty())
-        line += ", without \"" + change.dropped + '"';
+    auto line = fmt::format("{}: {}", verbFor(file.action), relativeTo(device, file.path));
+    if (file.action == Action::kSkip)
+        line += fmt::format(" ({})", file.error ? sentencesOf(*file.error) : "nothing to write");
     return line;
 }
 
-void appendLine(std::string& text, std::string_view line)
+std::string lineFor(const TextChange& change)
 {
-    text += displayText(line);
-    text += '\n';
+    auto line = fmt::format("{} {}: \"{}\" becomes \"{}\"", change.kind, change.key, change.before,
+                            change.after);
+    if (!change.dropped.empty())
+        line += fmt::format(", without \"{}\"", change.dropped);
+    return line;
 }
 
-std::size_t countOf(const gps::Dictionary& data, std::string_view key)
+// Empty for a file that is as it should be, or whose problem the plan has reported.
+std::string_view problemOf(SentFile::Result result)
 {
-    const auto* const records = data.findArray(key);
-    return records != nullptr ? records->size() : 0;
+    switch (result) {
+    case SentFile::Result::kMissing:
+        return "A file that was sent is not on the device";
+    case SentFile::Result::kUnreadable:
+        return "A file that was sent cannot be read back from the device";
+    case SentFile::Result::kDifferent:
+        return "A file on the device does not hold what was sent";
+    case SentFile::Result::kWritten:
+    case SentFile::Result::kBlocked:
+    case SentFile::Result::kNothingToWrite:
+        break;
+    }
+    return {};
+}
+
+// A file whose error was logged needs no second message.
+void addFiles(const SendReport& report, std::vector<std::string>& sentences)
+{
+    for (const auto& file : report.files) {
+        const auto problem = problemOf(file.result);
+        const bool isKnown =
+            std::any_of(report.errors.begin(), report.errors.end(),
+                        [&](const gps::Error& error) { return error.path() == file.path; });
+        if (!problem.empty() && !isKnown)
+            sentences.push_back(fmt::format("{}. Check the free space of the device, and send "
+                                            "again. Path: {}",
+                                            problem, file.path));
+    }
+}
+
+void addMissingKinds(const SendReport& report, const PreparedSend& send,
+                     std::vector<std::string>& sentences)
+{
+    if (report.missingKinds.empty())
+        return;
+    std::vector<std::string> names;
+    for (const auto kind : report.missingKinds)
+        names.emplace_back(kindName(kind));
+    const auto reason =
+        send.canSend ? std::string{"The send broke off."}
+                     : fmt::format("The driver {} cannot send. Connect a receiver that mounts as a "
+                                   "disk, or name its location with --device.",
+                                   driverName(*send.device.driver));
+    sentences.push_back(fmt::format("{} Missing: {}.", reason, joined(names, ", ")));
+}
+
+void addMissingRecords(const SendReport& report, std::vector<std::string>& sentences)
+{
+    const auto& missing = report.missingRecords;
+    const auto named = std::min(missing.size(), kMostRecords);
+    for (std::size_t i = 0; i < named; ++i)
+        sentences.push_back(
+            fmt::format("The {} {} is not on the device.", missing[i].kind,
+                        missing[i].name ? '"' + *missing[i].name + '"' : "without a name"));
+    if (missing.size() > named)
+        sentences.push_back(
+            fmt::format("And {} more records are not on the device.", missing.size() - named));
 }
 
 } // namespace
 
-std::string planReport(const gps::SendPlan& plan, const std::vector<TextChange>& changes,
-                       const std::string& device)
+std::string planReport(const PreparedSend& send)
 {
     std::string text;
-    for (const auto& file : plan.files) {
-        std::string line =
-            std::string{wordFor(file.action)} + ": " + std::string{fromDevice(file.path, device)};
-        if (file.action == gps::PlannedFile::Action::kSkip)
-            line += file.error ? " (" + sentencesOf(*file.error) + ')' : " (nothing to write)";
-        appendLine(text, line);
-    }
-    for (const auto& change : changes)
-        appendLine(text, lineFor(change));
-    for (const auto& remark : plan.remarks)
-        appendLine(text, remark);
+    const auto append = [&text](std::string_view line) { text += displayText(line) + '\n'; };
+    for (const auto& file : send.plan.files)
+        append(lineFor(file, send.device.location));
+    for (const auto& change : send.textChanges)
+        append(lineFor(change));
+    for (const auto& remark : send.plan.remarks)
+        append(remark);
     return text;
 }
 
-std::string recordCounts(const gps::Dictionary& data)
+std::vector<std::string> planErrors(const PreparedSend& send)
 {
-    std::string text;
-    for (const std::string_view kind : {"waypoint", "route", "track"}) {
-        const auto count = countOf(data, kind);
-        text += (text.empty() ? "" : ", ") + std::to_string(count) + ' ' + std::string{kind} +
-                (count == 1 ? "" : "s");
+    std::vector<std::string> sentences;
+    for (const auto& file : send.plan.files) {
+        if (!file.error)
+            continue;
+        sentences.push_back(sentencesOf(*file.error));
+        if (file.action == Action::kMerge)
+            sentences.push_back(fmt::format("The present content of this file cannot be merged: a "
+                                            "send replaces it. {} Path: {}",
+                                            send.request.backup ? "The backup keeps a copy."
+                                                                : "No backup keeps a copy.",
+                                            file.path));
     }
-    return text;
+    return sentences;
+}
+
+std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend& send)
+{
+    std::vector<std::string> sentences;
+    if (report.backupError)
+        sentences = {sentencesOf(*report.backupError),
+                     "There is no backup, so nothing was sent. Choose another folder with "
+                     "--backup, or send with --no-backup."};
+    for (const auto& error : report.errors)
+        sentences.push_back(sentencesOf(error));
+    if (report.moreErrors > 0)
+        sentences.push_back(
+            fmt::format("The plug-in met {} more errors. Run the command with -v to see them.",
+                        report.moreErrors));
+    addMissingKinds(report, send, sentences);
+    addFiles(report, sentences);
+    addMissingRecords(report, sentences);
+    return sentences;
+}
+
+std::string dataSummary(const gps::Dictionary& data)
+{
+    const auto text = recordCountText(countRecords(data));
+    return text.empty() ? "no records" : text;
+}
+
+std::string sentSummary(const PreparedSend& send)
+{
+    auto text = "sent: " + dataSummary(*send.request.data);
+    if (!send.isPlanned())
+        return text;
+    const auto files = plannedWrites(send.plan);
+    return text + fmt::format("; {} file{} written and read back", files, files == 1 ? "" : "s");
 }
 
 } // namespace host

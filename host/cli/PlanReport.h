@@ -1,24 +1,31 @@
 // SPDX-License-Identifier: MIT
-// What a send would do and what it did, as lines for people. Stateless: [any] thread.
+// A send in words: what it will do, and what it did. Used by `send`. Stateless. [any]
 
 #pragma once
 
-#include "host/fitting/NameFitting.h"
-
-#include <gps/GPSFileDevice.h>
+#include "host/transfer/Send.h"
 
 #include <string>
 #include <vector>
 
 namespace host {
 
-/// A line for each file, each text that changed, and each remark of the driver.
-/// @param device  the device's place; files below it are shown by their paths from there
-[[nodiscard]] std::string planReport(const gps::SendPlan& plan,
-                                     const std::vector<TextChange>& changes,
-                                     const std::string& device);
+/// The plan, one line for each file, each changed text and each remark of the driver. Files below
+/// the device's location are shown relative to it.
+[[nodiscard]] std::string planReport(const PreparedSend& send);
 
-/// How many records of each kind a data dictionary holds: "2 waypoints, 1 route, 0 tracks".
-[[nodiscard]] std::string recordCounts(const gps::Dictionary& data);
+/// What is wrong with a plan: files that cannot be written, and files whose present content would
+/// be lost.
+[[nodiscard]] std::vector<std::string> planErrors(const PreparedSend& send);
+
+/// What went wrong in a send, in the order in which it happened.
+[[nodiscard]] std::vector<std::string> sendErrors(const SendReport& report,
+                                                  const PreparedSend& send);
+
+/// "2 waypoints, 1 geocache"; "no records" for none.
+[[nodiscard]] std::string dataSummary(const gps::Dictionary& data);
+
+/// What was sent, in one line. Precondition: the send is complete and had data.
+[[nodiscard]] std::string sentSummary(const PreparedSend& send);
 
 } // namespace host

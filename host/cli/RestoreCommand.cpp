@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
+// `restore`: without an argument a list of backups, with one a restore.
 
-#include "host/backup/Backup.h"
-#include "host/backup/Restore.h"
-#include "host/base/HostError.h"
 #include "host/base/Table.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
-#include "host/cli/Progress.h"
-#include "host/operations/Operation.h"
+#include "host/cli/ProgressLine.h"
+#include "host/transfer/DeviceRestore.h"
 
-#include <gps/GPSFileDevice.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -27,39 +25,41 @@ std::string listOf(const std::vector<Backup>& backups)
     return table.text();
 }
 
-// A listed backup's name, or any backup's folder.
-std::string pathOf(const std::string& wanted, const std::vector<Backup>& backups)
+// @param requested  the name of a listed backup, or the path of any backup
+std::string pathOf(const std::string& requested, const std::vector<Backup>& backups)
 {
     const auto found = std::find_if(backups.begin(), backups.end(),
-                                    [&](const Backup& backup) { return backup.name == wanted; });
-    return found != backups.end() ? found->path : wanted;
+                                    [&](const Backup& backup) { return backup.name == requested; });
+    return found != backups.end() ? found->path : requested;
 }
 
-// Puts the protected backup back, and keeps what was there.
-std::optional<gps::Error> putBack(const BackupPolicy& policy, const DataFolders& device,
-                                  std::string& report)
+std::string textOf(const RestoreReport& report)
 {
-    Restore restore;
-    if (auto failure = restore.open(policy.protectedPath))
-        return failure;
-    std::optional<gps::Error> failure;
-    if (restore.matches(
-            device.device)) { // one more backup would push an older one out, for nothing
-        report = "The device holds what the backup holds.\n";
-    } else {
-        Backup made;
-        std::vector<std::string> skipped;
-        if (auto refusal = makeBackup(policy, device, made, skipped))
-            return refusal;
-        report = "The state before is kept in the backup " + made.name + '\n';
-        std::vector<std::string> written;
-        failure = restore.write(device.device, written);
-        for (const auto& path : written)
-            report += "restored: " + displayText(path) + '\n';
-    }
-    for (const auto& path : restore.extraFiles(device.device))
-        report += "left, not in the backup: " + displayText(path) + '\n';
-    return failure;
+    std::string text;
+    if (report.wasUpToDate)
+        text = "The device already holds what the backup holds.\n";
+    if (report.previous)
+        text += fmt::format("The files before the restore are kept in the backup {}\n",
+                            report.previous->name);
+    for (const auto& path : report.restored)
+        text += fmt::format("restored: {}\n", displayText(path));
+    for (const auto& path : report.extraFiles)
+        text += fmt::format("not in the backup, left as it is: {}\n", displayText(path));
+    return text;
+}
+
+ExitStatus restore(const RestoreOptions& options, const DataFolders& device,
+                   const RestoreRequest& request, const Console& console)
+{
+    const ProgressLine progress{!options.quiet && !options.verbose && canShowProgress(false)};
+    auto shown = request;
+    shown.progress = progress.callback();
+    const auto report = restoreBackup(device, shown);
+    const auto status = print(textOf(report), console);
+    if (!report.error)
+        return status;
+    console.error(*report.error);
+    return ExitStatus::kFailed;
 }
 
 } // namespace
@@ -73,38 +73,26 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    const auto& driver = chosen.driver;
-    const auto* const device =
-        canSend(*driver) ? dynamic_cast<const gps::GPSFileDevice*>(driver.get()) : nullptr;
-    const DataFolders folders{
-        chosen.location, device != nullptr ? device->deviceIdentifier().value_or("") : "",
-        device != nullptr ? device->dataFolders() : std::vector<std::string>{}};
-    if (device == nullptr || folders.device.empty()) {
-        console.error("The driver " + driverName(*driver) +
-                      " has no device that backups are kept of. Connect a receiver that mounts as "
-                      "a disk, or name its place with "
-                      "--device.");
+    const auto device = dataFoldersOf(chosen);
+    if (!device) {
+        console.error(fmt::format("The driver {} has no device that can be backed up. Connect a "
+                                  "receiver that mounts as a disk, or name its location with "
+                                  "--device.",
+                                  driverName(*chosen.driver)));
         return ExitStatus::kNothingToWorkOn;
     }
     const auto folder = options.backupFolder ? options.backupFolder : defaultBackupFolder();
     if (!folder) {
-        console.error("There is no home that backups could be in. Name a folder with --backup.");
+        console.error("There is no home folder for backups. Name a folder with --backup.");
         return ExitStatus::kFailed;
     }
-    const auto backups = listBackups(*folder, folders.identifier);
+    const auto backups = listBackups(*folder, device->identifier);
     if (!options.backup)
         return print(listOf(backups), console);
-    std::string report;
-    Progress progress{wantsProgress(options, false)};
-    progress.begin("restoring");
-    const auto failure =
-        putBack({*folder, options.mostBackups, pathOf(*options.backup, backups)}, folders, report);
-    progress.clear();
-    const auto printed = print(report, console);
-    if (!failure)
-        return printed;
-    console.error(*failure);
-    return ExitStatus::kFailed;
+    return restore(options, *device,
+                   {.backup = pathOf(*options.backup, backups),
+                    .policy = {.folder = *folder, .count = options.mostBackups}},
+                   console);
 }
 
 } // namespace host

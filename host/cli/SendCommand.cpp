@@ -1,25 +1,190 @@
 // SPDX-License-Identifier: MIT
+// `send`. The standard output shows the plan and the result; with --events it belongs to the event
+// lines alone, and the plan and the result go to standard error.
 
+#include "host/base/HostError.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
-#include "host/transfer/Sending.h"
+#include "host/cli/PlanReport.h"
+#include "host/cli/ProgressLine.h"
+#include "host/files/Output.h"
+#include "host/formats/DataFile.h"
+#include "host/formats/EventLines.h"
+#include "host/formats/GpxReader.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
 
 namespace host {
+namespace {
+
+std::optional<gps::Error> readFiles(const SendOptions& options,
+                                    std::optional<gps::Dictionary>& data)
+{
+    if (options.data)
+        return readDataFile(*options.data, data);
+    data.emplace();
+    for (const auto& file : options.files) {
+        std::error_code ignored;
+        if (std::filesystem::is_directory(file, ignored))
+            return hostError("This is a folder", "Name the GPX files in it", file);
+        if (auto failure = readGpx(file, *data))
+            return failure;
+    }
+    return std::nullopt;
+}
+
+// A data file is sent exactly as it is.
+SendFitting fittingFor(const SendOptions& options)
+{
+    if (options.data)
+        return SendFitting::kNone;
+    return options.exactNames ? SendFitting::kRoutePoints : SendFitting::kAll;
+}
+
+// Without a home folder there is no usual one. The send reports that, if it needs a backup at all.
+std::optional<BackupPolicy> backupFor(const SendOptions& options)
+{
+    if (!options.backup)
+        return std::nullopt;
+    const auto folder = options.backupFolder ? options.backupFolder : defaultBackupFolder();
+    return BackupPolicy{.folder = folder.value_or(""), .count = options.mostBackups};
+}
+
+class SendCommand {
+public:
+    SendCommand(const SendOptions& options, const Console& console)
+        : options_(options), console_(console),
+          progress_(!options.quiet && !options.verbose && canShowProgress(options.events))
+    {}
+
+    [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);
+
+private:
+    void showPlan(const PreparedSend& send);
+    void perform(const PreparedSend& send);
+    void showReport(const PreparedSend& send, const SendReport& report);
+    void showErrors(const std::vector<std::string>& sentences);
+    void print(const std::string& text);
+    void fail(const gps::Error& error);
+
+    const SendOptions& options_;
+    const Console& console_;
+    ProgressLine progress_;
+    Output standardOutput_{STDOUT_FILENO, "the standard output"};
+    EventLines eventLines_{standardOutput_};
+    bool hasFailed_ = false;
+};
+
+ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
+{
+    request.progress = progress_.callback();
+    if (options_.events)
+        request.onEvents = [this](const EventBatch& batch) {
+            for (const auto& event : batch)
+                eventLines_.event(event);
+            standardOutput_.flush(); // a reader sees each line when it happens
+        };
+    const auto send = prepareSend(std::move(device), std::move(request));
+    if (send.request.data)
+        showPlan(send);
+    if (options_.dryRun)
+        print("Dry run: nothing was sent.\n");
+    else
+        perform(send);
+    if (const auto failure = standardOutput_.flush())
+        fail(*failure);
+    return hasFailed_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+}
+
+void SendCommand::showPlan(const PreparedSend& send)
+{
+    if (!send.canSend)
+        return console_.note("The driver " + driverName(*send.device.driver) +
+                             " cannot send: nothing will be written to the device.");
+    if (send.files == nullptr) {
+        console_.note("This driver cannot plan a send: there is no backup, and the result is not "
+                      "checked.");
+        return print("to send: " + dataSummary(*send.request.data) + '\n');
+    }
+    print(planReport(send));
+    standardOutput_.flush(); // before the send, which may take long
+    showErrors(planErrors(send));
+}
+
+void SendCommand::perform(const PreparedSend& send)
+{
+    const auto report = performSend(send);
+    if (options_.events && !report.backupError)
+        eventLines_.result(report.answer);
+    showReport(send, report);
+}
+
+void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
+{
+    for (const auto& path : report.notBackedUp)
+        console_.note("Not in the backup, because it is neither a file nor a folder: " + path);
+    if (report.backup)
+        console_.note("The device's files are kept in the backup " + report.backup->path);
+    showErrors(sendErrors(report, send));
+    const bool isComplete = report.isComplete();
+    if (!options_.verbose) { // otherwise each line was printed when it was logged
+        for (const auto& line : report.logLines)
+            isComplete ? console_.note(line) : console_.error("log: " + line);
+        if (report.moreLogLines > 0)
+            console_.note("and " + std::to_string(report.moreLogLines) + " more lines");
+    }
+    if (isComplete && send.request.data)
+        print(sentSummary(send) + '\n');
+    hasFailed_ = hasFailed_ || !isComplete;
+}
+
+void SendCommand::showErrors(const std::vector<std::string>& sentences)
+{
+    for (const auto& sentence : sentences)
+        console_.error(sentence);
+    hasFailed_ = hasFailed_ || !sentences.empty();
+}
+
+void SendCommand::print(const std::string& text)
+{
+    if (options_.events)
+        console_.lines(text);
+    else
+        standardOutput_.write(text);
+}
+
+void SendCommand::fail(const gps::Error& error)
+{
+    console_.error(error);
+    hasFailed_ = true;
+}
+
+} // namespace
 
 ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const Console& console)
 {
-    Sending sending{options, console};
-    if (const auto failure = sending.open()) {
+    SendRequest request{.data = {}, .fitting = fittingFor(options), .backup = backupFor(options)};
+    if (options.debug)
+        request.driverOptions = {{"debug", *options.debug}};
+    // The files first, so that a mistake in one of them is found before a driver does anything.
+    auto failure = readFiles(options, request.data);
+    if (failure) {
         console.error(*failure);
         return ExitStatus::kFailed;
     }
-    ChosenDevice chosen;
-    if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
+    ChosenDevice device;
+    failure =
+        chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, device);
+    if (failure) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return sending.run(*chosen.driver);
+    return SendCommand{options, console}.run(std::move(device), std::move(request));
 }
 
 } // namespace host

@@ -1,171 +1,87 @@
 // SPDX-License-Identifier: MIT
+// A driver drops a record that it cannot write, and merges records with the same name, without
+// reporting either. So the records are compared with what the planned files decode to. Names cannot
+// be compared, since a device cuts and numbers them.
 
 #include "host/transfer/MissingRecords.h"
 
-#include "host/formats/CollectionWriter.h"
-#include "host/operations/Operation.h"
-#include "host/points/Points.h"
-
-#include <cmath>
-#include <cstdint>
-#include <unordered_set>
+#include "host/points/DevicePositionSet.h"
 
 namespace host {
 namespace {
 
-constexpr std::size_t kMostTold = 10;
-
-// Places as finely as a device writes them: five decimals of a minute.
-class Places {
-public:
-    void add(const gps::GPSPoint& point)
-    {
-        if (isOnGlobe(point))
-            keys_.insert(keyOf(unitsOf(point.latitude), unitsOf(point.longitude)));
-    }
-
-    // What was written and read may have come out one unit beside.
-    [[nodiscard]] bool contain(const gps::GPSPoint& point) const
-    {
-        if (!isOnGlobe(point))
-            return false;
-        for (const int north : {0, -1, 1}) {
-            for (const int east : {0, -1, 1}) {
-                if (keys_.contains(
-                        keyOf(unitsOf(point.latitude) + north, unitsOf(point.longitude) + east)))
-                    return true;
-            }
-        }
-        return false;
-    }
-
-private:
-    static std::int64_t unitsOf(double degrees) { return std::llround(degrees * 6e6); }
-    static std::int64_t keyOf(std::int64_t latitude, std::int64_t longitude)
-    {
-        constexpr std::int64_t kLongitudes = 4'000'000'000; // more than there are
-        return latitude * kLongitudes + longitude;
-    }
-
-    std::unordered_set<std::int64_t> keys_;
-};
-
-// The places in the files written, kind by kind.
-class Written final : public CollectionWriter {
-public:
-    Places waypoints;
-    Places routePoints;
-    Places trackPoints;
-
-private:
-    void wayPoint(const gps::GPSPoint& point, const gps::Dictionary&) override
-    {
-        waypoints.add(point);
-    }
-    void beginRoute(const gps::Dictionary&) override {}
-    void routePoint(const gps::GPSPoint& point, const gps::Dictionary&) override
-    {
-        routePoints.add(point);
-    }
-    void endRoute() override {}
-    void beginTrack(const gps::Dictionary&) override {}
-    void trackPoint(const gps::GPSPoint& point) override { trackPoints.add(point); }
-    void endTrack() override {}
-    [[nodiscard]] std::optional<gps::Error> finish() override { return std::nullopt; }
-};
-
-Outcome acquire(gps::GPSPlugInProtocol& driver, const gps::Dictionary& options, Written& written)
-{
-    return runOperation(
-        [&](const gps::GPSPlugInProtocol::Status& status) {
-            return driver.gpsRunAcquire(status, options);
-        },
-        [&](const EventBatch& batch) {
-            for (const auto& event : batch)
-                written.event(event);
-        });
-}
-
+// Visits each element of a list. One that is not a record cannot be written, and counts as an empty
+// record here, so that it is reported as missing.
 template <typename Visitor>
-void forEachRecord(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
+void forEachElement(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
 {
-    const auto* const records = data.findArray(key);
-    if (records == nullptr)
+    const auto* const elements = data.findArray(key);
+    if (elements == nullptr)
         return;
     const gps::Dictionary empty;
-    for (const auto& value : *records) {
-        const auto* const record = value.as<gps::Dictionary>();
+    for (const auto& element : *elements) {
+        const auto* const record = element.as<gps::Dictionary>();
         visit(record != nullptr ? *record : empty);
     }
 }
 
-class Missing {
+template <typename Visitor>
+void forEachPointOf(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
+{
+    forEachElement(data, key,
+                   [&](const gps::Dictionary& record) { forEachElement(record, "points", visit); });
+}
+
+// The positions in the planned files, by kind.
+class PlannedPositions {
 public:
-    void look(std::string_view kind, const gps::Dictionary& record, const Places& places)
+    PlannedPositions(const gps::SendPlan& plan, const gps::GPSFileDevice& device)
     {
-        const auto* const point = gps::findPoint(record);
-        if (point != nullptr && places.contain(*point))
-            return;
-        if (++count_ > kMostTold)
-            return;
-        const auto* const name = record.findString("name");
-        sentences_.push_back("The " + std::string{kind} +
-                             (name != nullptr ? " \"" + *name + '"' : " without a name") +
-                             " is not on the device.");
+        for (const auto& file : plan.files) {
+            if (file.action != gps::PlannedFile::Action::kSkip)
+                add(device.recordsIn(file));
+        }
     }
 
-    [[nodiscard]] std::vector<std::string> take()
-    {
-        if (count_ > kMostTold)
-            sentences_.push_back("And " + std::to_string(count_ - kMostTold) +
-                                 " more records are not on the device.");
-        return std::move(sentences_);
-    }
+    DevicePositionSet waypoints;
+    DevicePositionSet routePoints;
+    DevicePositionSet trackPoints;
 
 private:
-    std::size_t count_ = 0;
-    std::vector<std::string> sentences_;
+    void add(const gps::Dictionary& records)
+    {
+        const auto addTo = [](DevicePositionSet& positions) {
+            return [&positions](const gps::Dictionary& record) {
+                if (const auto* const point = gps::findPoint(record))
+                    positions.add(*point);
+            };
+        };
+        forEachElement(records, "waypoint", addTo(waypoints));
+        forEachPointOf(records, "route", addTo(routePoints));
+        forEachPointOf(records, "track", addTo(trackPoints));
+    }
 };
-
-// A file of routes that begins with their points is refused by an import; so these are taken from
-// the device. Where another file of it stops that, nothing can be said.
-void lookForRoutes(gps::GPSPlugInProtocol& driver, const gps::Dictionary& data, Missing& missing)
-{
-    if (!data.contains("route"))
-        return;
-    Written onDevice;
-    const auto outcome =
-        acquire(driver, {{"waypoints", false}, {"routes", true}, {"tracks", false}}, onDevice);
-    if (outcome.error || !outcome.loggedErrors.empty())
-        return;
-    forEachRecord(data, "route", [&](const auto& route) {
-        forEachRecord(route, "points", [&](const auto& point) {
-            missing.look("route point", point, onDevice.routePoints);
-        });
-    });
-}
 
 } // namespace
 
-std::vector<std::string> missingRecords(gps::GPSPlugInProtocol& driver, const gps::Dictionary& data,
-                                        const gps::SendPlan& plan)
+std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
+                                          const gps::GPSFileDevice& device)
 {
-    Written written;
-    for (const auto& file : plan.files) {
-        if (file.action != gps::PlannedFile::Action::kSkip)
-            (void)acquire(driver, {{kSourcePathKey, file.path}},
-                          written); // what it does not yield is missing
-    }
-    Missing missing;
-    forEachRecord(data, "waypoint",
-                  [&](const auto& record) { missing.look("waypoint", record, written.waypoints); });
-    lookForRoutes(driver, data, missing);
-    forEachRecord(data, "track", [&](const auto& track) {
-        forEachRecord(track, "points", [&](const auto& point) {
-            missing.look("track point", point, written.trackPoints);
-        });
-    });
-    return missing.take();
+    const PlannedPositions planned{plan, device};
+    std::vector<MissingRecord> missing;
+    const auto check = [&missing](std::string_view kind, const DevicePositionSet& positions) {
+        return [&missing, &positions, kind](const gps::Dictionary& record) {
+            const auto* const point = gps::findPoint(record);
+            if (point != nullptr && positions.contains(*point))
+                return;
+            const auto* const name = record.findString("name");
+            missing.push_back({kind, name != nullptr ? std::optional{*name} : std::nullopt});
+        };
+    };
+    forEachElement(data, "waypoint", check("waypoint", planned.waypoints));
+    forEachPointOf(data, "route", check("route point", planned.routePoints));
+    forEachPointOf(data, "track", check("track point", planned.trackPoints));
+    return missing;
 }
 
 } // namespace host

@@ -1,22 +1,30 @@
 // SPDX-License-Identifier: MIT
-// Whether every record of a send lies on the device afterwards. [host thread]
+// Finds records of a send that none of the written files holds. Works from the plan: once each file
+// has been compared with it, no file needs to be read again. Stateless. [any]
 
 #pragma once
 
 #include <gps/GPSFileDevice.h>
-#include <gps/GPSPlugInProtocol.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
 
-/// Reads through the driver what the files written hold, and looks for each record of the data by
-/// its kind and its place.
-/// @return  a sentence for each record that is not there; of many the first ones, and how many more
-/// there are
-[[nodiscard]] std::vector<std::string> missingRecords(gps::GPSPlugInProtocol& driver,
-                                                      const gps::Dictionary& data,
-                                                      const gps::SendPlan& plan);
+/// A record that was sent and is not on the device.
+struct MissingRecord {
+    std::string_view kind; ///< "waypoint", "route point" or "track point"
+    std::optional<std::string> name;
+};
+
+/// Decodes the planned files and looks for each record by its kind and its position.
+/// @param data    the records to send
+/// @param device  decodes the files
+/// @return        the records that are in none of them, in the order of the data
+[[nodiscard]] std::vector<MissingRecord> missingRecords(const gps::Dictionary& data,
+                                                        const gps::SendPlan& plan,
+                                                        const gps::GPSFileDevice& device);
 
 } // namespace host

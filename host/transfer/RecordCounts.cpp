@@ -4,6 +4,8 @@
 
 #include "host/transfer/RecordCounts.h"
 
+#include "host/fitting/RecordList.h"
+
 #include <gps/Geocache.h>
 
 namespace host {
@@ -35,6 +37,27 @@ void RecordCounter::add(const Event& event)
     default:
         break;
     }
+}
+
+RecordCounts countRecords(const gps::Dictionary& data)
+{
+    RecordCounts counts;
+    forEachRecord(data, "waypoint", [&](const gps::Dictionary& record) {
+        ++(gps::isGeocache(record) ? counts.geocaches : counts.waypoints);
+    });
+    const auto countPoints = [](const gps::Dictionary& record) {
+        const auto* const points = record.findArray("points");
+        return points != nullptr ? points->size() : 0;
+    };
+    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
+        ++counts.routes;
+        counts.routePoints += countPoints(route);
+    });
+    forEachRecord(data, "track", [&](const gps::Dictionary& track) {
+        ++counts.tracks;
+        counts.trackPoints += countPoints(track);
+    });
+    return counts;
 }
 
 } // namespace host

@@ -24,6 +24,9 @@ struct RecordCounts {
     friend bool operator==(const RecordCounts& a, const RecordCounts& b) noexcept = default;
 };
 
+/// Counts the records in a send's data dictionary.
+[[nodiscard]] RecordCounts countRecords(const gps::Dictionary& data);
+
 /// Counts the records in a stream of events. One thread at a time.
 class RecordCounter {
 public:

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
+// A worker logs its failures and goes on. It also logs a read error for each default file that does
+// not exist yet, because it reads every file before it merges into it. That is not a failure.
 
 #include "host/transfer/SendCheck.h"
-
-#include "host/base/HostError.h"
 
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -17,11 +16,24 @@ namespace host {
 namespace {
 
 using Action = gps::PlannedFile::Action;
+using Result = SentFile::Result;
 
 constexpr std::array<std::pair<std::string_view, gps::TransferKind>, 3> kKeys{
     {{"track", gps::TransferKind::kTracks},
      {"waypoint", gps::TransferKind::kWaypoints},
      {"route", gps::TransferKind::kRoutes}}};
+
+constexpr auto kNoSuchFile = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
+
+Result resultOf(const gps::PlannedFile& file)
+{
+    if (file.action == Action::kSkip)
+        return file.error ? Result::kBlocked : Result::kNothingToWrite;
+    std::string present;
+    if (const auto failure = gps::FileManager{}.readFile(file.path, present))
+        return failure->code() == kNoSuchFile ? Result::kMissing : Result::kUnreadable;
+    return present == file.content ? Result::kWritten : Result::kDifferent;
+}
 
 } // namespace
 
@@ -35,40 +47,29 @@ std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
     return kinds;
 }
 
-std::vector<gps::Error> missingFiles(const gps::SendPlan& plan)
+std::vector<SentFile> checkFiles(const gps::SendPlan& plan)
 {
-    std::vector<gps::Error> missing;
-    for (const auto& file : plan.files) {
-        if (file.action == Action::kSkip)
-            continue;
-        std::string present;
-        if (const auto failure = gps::FileManager{}.readFile(file.path, present))
-            missing.push_back(hostError(
-                failure->code() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile)
-                    ? "A file that was sent is not on the device"
-                    : "A file that was sent cannot be read back from the device",
-                "See what the device lacks, and try again", file.path));
-        else if (present != file.content)
-            missing.push_back(hostError("A file on the device does not hold what was sent",
-                                        "See what the device lacks, and try again", file.path));
-    }
-    return missing;
+    std::vector<SentFile> files;
+    for (const auto& file : plan.files)
+        files.push_back({file.path, resultOf(file)});
+    return files;
 }
 
-bool isForeseen(const gps::Error& logged, const gps::SendPlan& plan)
+bool isExpected(const gps::Error& logged, const gps::SendPlan& plan)
 {
     const auto* const cause = logged.userInfo().findDictionary(gps::kErrorUnderlyingKey);
     const auto* const code = cause != nullptr ? cause->find("code") : nullptr;
-    return code != nullptr &&
-           std::any_of(plan.files.begin(), plan.files.end(), [&](const gps::PlannedFile& file) {
-               if (file.path != logged.path())
-                   return false;
-               if (file.action == Action::kMerge)
-                   return file.error && code->int32Reading() == file.error->code();
-               return file.action == Action::kCreate &&
-                      code->int32Reading() ==
-                          static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
-           });
+    if (code == nullptr)
+        return false;
+    const auto isExpectedOf = [&](const gps::PlannedFile& file) {
+        if (file.path != logged.path())
+            return false;
+        if (file.action == Action::kCreate)
+            return code->int32Reading() == kNoSuchFile;
+        return file.action == Action::kMerge && file.error &&
+               code->int32Reading() == file.error->code();
+    };
+    return std::any_of(plan.files.begin(), plan.files.end(), isExpectedOf);
 }
 
 } // namespace host

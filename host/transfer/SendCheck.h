@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whether a send did what it was to do. A driver's worker keeps its failures to itself, so the host
-// looks for itself. [host thread]
+// Checks what a send did, since a driver's worker reports only which kinds it has sent. Used by
+// performSend(). Stateless. [any]
 
 #pragma once
 
@@ -8,19 +8,34 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <string>
 #include <vector>
 
 namespace host {
 
-/// The kinds of records that a data dictionary holds, in the order in which they are sent.
+/// One planned file after a send.
+struct SentFile {
+    enum class Result {
+        kWritten,        ///< holds exactly what was planned
+        kMissing,        ///< does not exist
+        kUnreadable,     ///< exists but cannot be read
+        kDifferent,      ///< holds something else
+        kBlocked,        ///< could not be written, as the plan said
+        kNothingToWrite, ///< was not to be written, as the plan said
+    };
+
+    std::string path;
+    Result result;
+};
+
+/// The kinds of records in a data dictionary, in the order in which they are sent.
 [[nodiscard]] std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data);
 
-/// Reads each file back that was to be written.
-/// @return  an error for each that is not there or holds something else than planned
-[[nodiscard]] std::vector<gps::Error> missingFiles(const gps::SendPlan& plan);
+/// Reads each file that was to be written and compares it with the plan, byte for byte.
+[[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan);
 
-/// Whether a logged error tells no more than the plan does: that a file to be made was not there
-/// before, or why the present content of one cannot be merged.
-[[nodiscard]] bool isForeseen(const gps::Error& logged, const gps::SendPlan& plan);
+/// Whether a driver logs an error that the plan already contains: a file to be created could not be
+/// read before the send, or the present content of a file to be merged cannot be read.
+[[nodiscard]] bool isExpected(const gps::Error& logged, const gps::SendPlan& plan);
 
 } // namespace host

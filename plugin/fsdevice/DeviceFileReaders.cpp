@@ -206,6 +206,17 @@ void collectGeoCaches(std::string_view text, gps::Dictionary& records)
     collect(kGeoCaches, text, records);
 }
 
+gps::Array collectTrackPoints(std::string_view text)
+{
+    gps::Array points;
+    gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
+    forEachSentence(text, kTrackPointSentence, [&](const SentenceFields& fields) {
+        readTrackPoint(fields, point, nullptr);
+        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+    });
+    return points;
+}
+
 void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes)
 {
     gps::GPSPoint point;

@@ -68,6 +68,9 @@ void collectWayPoints(std::string_view text, gps::Dictionary& records);
 void collectGeoCaches(std::string_view text, gps::Dictionary& records);
 void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes);
 
+/// The points in the text of a track file, as records that hold only "point".
+[[nodiscard]] gps::Array collectTrackPoints(std::string_view text);
+
 /// Reads a whole file. Logs a failure with the kind's message.
 /// @param text  out: empty after a failure
 /// @return      the system's read error

@@ -46,6 +46,11 @@ std::size_t MagellanGPSPlugin::longestName() const
     return kLongestName;
 }
 
+gps::Dictionary MagellanGPSPlugin::recordsIn(const gps::PlannedFile& file) const
+{
+    return recordsInFile(file.path, file.content);
+}
+
 std::string MagellanGPSPlugin::deviceSymbol(std::string_view symbol) const
 {
     const std::string name{symbol};

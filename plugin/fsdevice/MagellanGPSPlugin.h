@@ -79,6 +79,7 @@ public:
     [[nodiscard]] std::vector<std::string> dataFolders() const override;
     [[nodiscard]] std::string deviceCharacters() const override;
     [[nodiscard]] std::size_t longestName() const override;
+    [[nodiscard]] gps::Dictionary recordsIn(const gps::PlannedFile& file) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 

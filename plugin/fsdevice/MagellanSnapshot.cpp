@@ -98,6 +98,8 @@ gps::Array recordsIn(RecordKind kind, std::string_view text)
     gps::Dictionary waypoints;
     gps::Dictionary routes;
     try {
+        if (kind == RecordKind::kTracks)
+            return collectTrackPoints(text);
         if (kind == RecordKind::kRoutes) {
             collectRoutes(text, waypoints, routes);
             return routes.takeValues();
@@ -219,6 +221,21 @@ void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
     } catch (const std::exception& failure) {
         plan.files.push_back({path, Action::kSkip, {}, makeThrownError(failure, path)});
     }
+}
+
+gps::Dictionary recordsInFile(std::string_view path, std::string_view text)
+{
+    const auto extension = gps::pathExtension(path);
+    if (extension == "upt")
+        return {{"waypoint", recordsIn(RecordKind::kWaypoints, text)}};
+    if (extension == "gs")
+        return {{"waypoint", recordsIn(RecordKind::kGeocaches, text)}};
+    if (extension == "rte")
+        return {{"route", recordsIn(RecordKind::kRoutes, text)}};
+    if (extension != "log")
+        return {};
+    return {
+        {"track", gps::Array{gps::Dictionary{{"points", recordsIn(RecordKind::kTracks, text)}}}}};
 }
 
 std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,

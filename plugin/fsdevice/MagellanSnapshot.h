@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -48,6 +49,10 @@ private:
     std::unordered_map<std::string, std::size_t> fileIndex_; // by path
     std::vector<Folder> folders_;
 };
+
+/// Decodes the text of a data file, whose kind its extension determines, as
+/// gps::GPSFileDevice::recordsIn() does.
+[[nodiscard]] gps::Dictionary recordsInFile(std::string_view path, std::string_view text);
 
 /// The data folders of a volume that exist, as absolute paths, each once.
 /// @param folders  the folder dictionary of the volume

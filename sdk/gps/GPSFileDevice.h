@@ -103,6 +103,11 @@ public:
     /// The length, in characters, to which the name of a waypoint or route is cut.
     [[nodiscard]] virtual std::size_t longestName() const = 0;
 
+    /// Decodes a file that a send would write, as a download would read it: arrays of records under
+    /// "waypoint" (geocaches included), "route" or "track", with the point of each record under
+    /// "point". Empty if the file has a damaged sentence. Does not read the device.
+    [[nodiscard]] virtual Dictionary recordsIn(const PlannedFile& file) const = 0;
+
     /// The code that a device stores for a symbol. Two symbols with the same code are one symbol to
     /// the device.
     /// @param symbol  a record's "symbol"; empty if it has none

@@ -100,7 +100,7 @@ struct FakeDriver : gps::GPSPlugInProtocol {
 /// A driver whose device stores its data as files.
 struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     struct Snapshot final : gps::DeviceSnapshot {
-        explicit Snapshot(const FakeFileDriver& fake) : driver(fake) {}
+        explicit Snapshot(const FakeFileDriver& owner) : driver(owner) {}
         const std::vector<gps::DeviceFile>& files() const override { return driver.files; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
         gps::Dictionary records() const override { return driver.records; }
@@ -123,6 +123,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
     }
     std::size_t longestName() const override { return 10; }
+    gps::Dictionary recordsIn(const gps::PlannedFile& file) const override { return decode(file); }
     std::string deviceSymbol(std::string_view symbol) const override
     {
         return storedSymbol(std::string{symbol});
@@ -135,6 +136,8 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::function<std::string(std::string symbol)> storedSymbol = [](std::string symbol) {
         return symbol;
     };
+    std::function<gps::Dictionary(const gps::PlannedFile& file)> decode =
+        [](const gps::PlannedFile&) { return gps::Dictionary{}; };
     std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) {
         return gps::SendPlan{};
     };

@@ -3,6 +3,7 @@
 // receiver.
 
 #include "platform/System/PrivateMount.h"
+#include "system/OpenCounter.h"
 #include "system/Program.h"
 #include "system/Receiver.h"
 
@@ -168,17 +169,63 @@ TEST_F(Send, TripIsMergedIntoWhatIsThere)
     receiver.put("Points/Default POI File.upt", present);
     const auto ran = send(receiver.path(), {trip()});
     EXPECT_EQ(ran.status, 0) << ran.err;
-    EXPECT_EQ(ran.out, "make: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\nmake: "
-                       "Caches/Default Geocache File.gs\n"
-                       "make: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no "
-                       "icon and becomes \"Waypoint\".\n"
-                       "sent: 2 waypoints, 1 route, 1 track; 4 files written and read back\n");
+    EXPECT_EQ(ran.out,
+              "create: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\ncreate: "
+              "Caches/Default Geocache File.gs\n"
+              "create: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no "
+              "icon and becomes \"Waypoint\".\n"
+              "sent: 1 waypoint, 1 geocache, 1 route, 1 track (1 point); 4 files written and read "
+              "back\n");
     EXPECT_EQ(
         receiver.read("Points/Default POI File.upt"),
         present +
             support::sentences({"PMGNWPL,4607.40741,N,00759.25926,E,0000012,M,Summit,windy,a"}) +
             "$PMGNCMD,END*3D");
     EXPECT_EQ(receiver.read("Points/a.upt"), support::sentences({support::kCamp, support::kHut}));
+}
+
+// The snapshot that the plan and the backup are made from, the merge, and the check.
+TEST_F(Send, EachFileIsOpenedAtMostTwiceBeforeItIsWrittenAndOnceAfter)
+{
+    const Receiver receiver;
+    const std::vector<std::string> defaults{"Points/Default POI File.upt",
+                                            "Caches/Default Geocache File.gs",
+                                            "Ways/Default Route File.rte"};
+    receiver.put(defaults[0], support::sentences({support::kCamp}));
+    receiver.put(defaults[1], support::sentences({support::kCache}));
+    receiver.put(defaults[2], support::sentences({support::kCamp, support::kHut, support::kLoop}));
+    support::OpenCounter counter{receiver.path()};
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    auto opens = counter.opens();
+    for (const auto& [file, count] : opens) {
+        EXPECT_LE(count.before, 2) << file;
+        EXPECT_LE(count.after, 1) << file;
+    }
+    for (const auto& file : defaults) {
+        EXPECT_EQ(opens[file].before, 2) << file;
+        EXPECT_EQ(opens[file].after, 1) << file;
+    }
+    EXPECT_EQ(opens["Tracks/TKLG000.log"].before, 0);
+    EXPECT_EQ(opens["Tracks/TKLG000.log"].after, 1);
+    EXPECT_EQ(opens["Tracks/a.log"].before, 1) << "for the backup";
+}
+
+TEST_F(Send, NumberOfOpensDoesNotDependOnTheNumberOfSymbols)
+{
+    const Receiver receiver;
+    std::string route = "<gpx version=\"1.1\"><rte><name>R</name>";
+    for (int i = 0; i < 20; ++i) {
+        const auto number = std::to_string(i);
+        route += "<rtept lat=\"46." + number + "\" lon=\"7\"><name>P" + number +
+                 "</name><sym>Symbol " + number + "</sym></rtept>";
+    }
+    const auto file = here_.put("r.gpx", route + "</rte></gpx>");
+    ASSERT_EQ(send(receiver.path(), {file}).status, 0);
+    support::OpenCounter counter{receiver.path()};
+    EXPECT_EQ(send(receiver.path(), {file}).status, 0);
+    for (const auto& [path, count] : counter.opens())
+        EXPECT_LE(count.before + count.after, 3) << path;
 }
 
 TEST_F(Send, EventsAreTheCallsOfTheSend)
@@ -210,7 +257,7 @@ TEST_F(Send, DryRunLeavesTheDeviceAsItIs)
     const auto timesBefore = times();
     const auto ran = send(device, {trip(), "--dry-run"});
     EXPECT_EQ(ran.status, 0) << ran.err;
-    EXPECT_THAT(ran.out, HasSubstr("make: Routes/Default Route File.rte\n"));
+    EXPECT_THAT(ran.out, HasSubstr("create: Routes/Default Route File.rte\n"));
     EXPECT_EQ(filesOf(device), before);
     EXPECT_EQ(times(), timesBefore);
     EXPECT_FALSE(fs::exists(here_.path("kept")));
@@ -365,12 +412,13 @@ TEST_F(Send, RestorePutsBackWhatWasThere)
     const auto ran = restore({name});
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_THAT(ran.out, HasSubstr("restored: Points/Default POI File.upt\n"));
-    EXPECT_THAT(ran.out, HasSubstr("left, not in the backup: Tracks/TKLG000.log\n"));
+    EXPECT_THAT(ran.out, HasSubstr("not in the backup, left as it is: Tracks/TKLG000.log\n"));
     for (const auto& [file, content] : before)
         EXPECT_EQ(receiver.read(file), content) << file;
     EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2);
     EXPECT_THAT(restore({name}).out,
-                testing::StartsWith("The device holds what the backup holds.\nleft, "));
+                testing::StartsWith(
+                    "The device already holds what the backup holds.\nnot in the backup, "));
     EXPECT_EQ(std::distance(fs::directory_iterator{here_.path("kept/42")}, {}), 2)
         << "no backup of what is left as it is";
 

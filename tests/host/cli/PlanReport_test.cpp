@@ -2,39 +2,125 @@
 
 #include "host/cli/PlanReport.h"
 
-#include <gtest/gtest.h>
+#include "host/FakeDriver.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 
 using Action = gps::PlannedFile::Action;
+using Result = host::SentFile::Result;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
 
-TEST(PlanReport, EveryFileTextAndRemarkIsALine)
+gps::Error errorOf(const char* description, const char* path)
 {
-    gps::SendPlan plan;
-    plan.files.push_back({"/dev/Tracks/a.log", Action::kCreate, "x", {}});
-    plan.files.push_back({"/dev/Points/b.upt", Action::kMerge, "x", {}});
-    plan.files.push_back({"/dev/Caches/c.gs", Action::kSkip, "x", {}});
-    plan.files.push_back({"/else/d", Action::kSkip, "x",
-                          gps::Error{"some", 1, {{gps::kErrorDescriptionKey, "No folder"}}}});
-    plan.remarks = {"A remark\x1b."};
-    EXPECT_EQ(host::planReport(plan,
-                               {{"waypoint", "name", "Hütte☃", "Hutte", "☃"},
-                                {"route", "comment", "é", "e", ""}},
-                               "/dev"),
-              "make: Tracks/a.log\n"
-              "merge into: Points/b.upt\n"
-              "leave: Caches/c.gs (nothing to write)\n"
-              "leave: /else/d (No folder.)\n"
-              "waypoint name: \"Hütte☃\" becomes \"Hutte\", without \"☃\"\n"
-              "route comment: \"é\" becomes \"e\"\n"
-              "A remark\uFFFD.\n");
+    return {"some",
+            1,
+            {{gps::kErrorDescriptionKey, description}, {gps::kErrorPathKey, std::string{path}}}};
 }
 
-TEST(PlanReport, CountsNameEachKind)
+host::PreparedSend sendTo(const char* location)
 {
-    EXPECT_EQ(host::recordCounts(
-                  {{"waypoint", gps::Array(2)}, {"route", gps::Array(1)}, {"track", "none"}}),
-              "2 waypoints, 1 route, 0 tracks");
+    return {.device = {std::make_shared<support::FakeFileDriver>(), location}, .request = {}};
+}
+
+TEST(PlanReport, EachFileTextAndRemarkIsALine)
+{
+    auto send = sendTo("/dev");
+    send.plan.files.push_back({"/dev/Tracks/a.log", Action::kCreate, "x", {}});
+    send.plan.files.push_back({"/dev/Points/b.upt", Action::kMerge, "x", {}});
+    send.plan.files.push_back({"/dev/Caches/c.gs", Action::kSkip, "x", {}});
+    send.plan.files.push_back({"/else/d", Action::kSkip, "x",
+                               gps::Error{"some", 1, {{gps::kErrorDescriptionKey, "No folder"}}}});
+    send.plan.remarks = {"A remark\x1b."};
+    send.textChanges = {{"waypoint", "name", "Hütte☃", "Hutte", "☃"},
+                        {"route", "comment", "é", "e", ""}};
+    EXPECT_EQ(host::planReport(send), "create: Tracks/a.log\n"
+                                      "merge into: Points/b.upt\n"
+                                      "skip: Caches/c.gs (nothing to write)\n"
+                                      "skip: /else/d (No folder.)\n"
+                                      "waypoint name: \"Hütte☃\" becomes \"Hutte\", without \"☃\"\n"
+                                      "route comment: \"é\" becomes \"e\"\n"
+                                      "A remark\uFFFD.\n");
+}
+
+TEST(PlanReport, BlockedFilesAndLostContentsAreErrors)
+{
+    auto send = sendTo("/dev");
+    send.plan.files.push_back({"/dev/a", Action::kCreate, "x", {}});
+    send.plan.files.push_back({"/dev/b", Action::kSkip, "x", {}});
+    EXPECT_THAT(host::planErrors(send), IsEmpty());
+    send.plan.files[1].error = errorOf("No folder", "/dev/b");
+    EXPECT_THAT(host::planErrors(send), ElementsAre("No folder. Path: /dev/b"));
+    send.plan.files[1].action = Action::kMerge;
+    EXPECT_THAT(host::planErrors(send),
+                ElementsAre("No folder. Path: /dev/b", HasSubstr("No backup keeps a copy.")));
+    send.request.backup.emplace();
+    EXPECT_THAT(host::planErrors(send).back(),
+                HasSubstr("a send replaces it. The backup keeps a copy. Path: /dev/b"));
+}
+
+TEST(PlanReport, FileWhoseErrorWasLoggedIsNamedOnce)
+{
+    host::SendReport report;
+    report.files = {{"/dev/a", Result::kMissing}, {"/dev/b", Result::kDifferent}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre(HasSubstr("/dev/a"), HasSubstr("/dev/b")));
+    report.errors = {errorOf("No space", "/dev/a")};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("No space. Path: /dev/a", HasSubstr("does not hold what was sent")));
+}
+
+TEST(PlanReport, FilesThatAreAsPlannedAreNoErrors)
+{
+    host::SendReport report;
+    report.files = {{"/dev/a", Result::kWritten},
+                    {"/dev/b", Result::kBlocked},
+                    {"/dev/c", Result::kNothingToWrite}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), IsEmpty());
+}
+
+TEST(PlanReport, FirstTenMissingRecordsAreNamed)
+{
+    host::SendReport report;
+    report.missingRecords = {{"waypoint", "A"}, {"track point", std::nullopt}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("The waypoint \"A\" is not on the device.",
+                            "The track point without a name is not on the device."));
+    report.missingRecords.resize(10);
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), SizeIs(10));
+    report.missingRecords.resize(12);
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), SizeIs(11));
+    EXPECT_EQ(host::sendErrors(report, sendTo("/dev")).back(),
+              "And 2 more records are not on the device.");
+}
+
+TEST(PlanReport, MissingKindsAreExplainedByWhatTheDriverCanDo)
+{
+    host::SendReport report;
+    report.missingKinds = {gps::TransferKind::kWaypoints, gps::TransferKind::kRoutes};
+    auto send = sendTo("/dev");
+    EXPECT_THAT(host::sendErrors(report, send),
+                ElementsAre(testing::StartsWith("The driver fake cannot send. Connect")));
+    send.canSend = true;
+    EXPECT_THAT(host::sendErrors(report, send),
+                ElementsAre("The send broke off. Missing: waypoints, routes."));
+}
+
+TEST(PlanReport, SummaryNamesTheKindsThatThereAre)
+{
+    const gps::Dictionary waypoint{{"name", "A"}};
+    const gps::Dictionary geocache{
+        {"name", "G"}, {"symbol", "Geocache"}, {"geocacheType", "Traditional"}};
+    const gps::Dictionary route{{"name", "R"}};
+    EXPECT_EQ(host::dataSummary({{"waypoint", gps::Array{waypoint, geocache, waypoint}},
+                                 {"route", gps::Array{route}},
+                                 {"track", "none"}}),
+              "2 waypoints, 1 geocache, 1 route");
+    EXPECT_EQ(host::dataSummary({}), "no records");
 }
 
 } // namespace

@@ -9,81 +9,80 @@
 namespace {
 
 using Action = gps::PlannedFile::Action;
-using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 gps::Dictionary at(double latitude, double longitude)
 {
     return {{"name", "A"}, {"point", gps::GPSPoint{.latitude = latitude, .longitude = longitude}}};
 }
 
+gps::Array withPoints(gps::Array points)
+{
+    return {gps::Dictionary{{"points", std::move(points)}}};
+}
+
+// A plan of two files: one of waypoints and one of routes and tracks.
 class MissingRecords : public testing::Test {
 protected:
     MissingRecords()
     {
         plan_.files.push_back({"/points", Action::kCreate, "", {}});
-        driver_.acquire = [this](const FakeStatus& status,
-                                 const gps::Dictionary& options) -> std::optional<gps::Error> {
-            const auto* const path = options.findString("sourcePath");
-            imported_.push_back(path != nullptr ? *path : "");
-            if (path != nullptr)
-                status->wayPoint({.latitude = 46.5, .longitude = -7.25}, {});
-            else
-                status->newRoute({}), status->wayPoint({.latitude = 1, .longitude = 2}, {});
-            status->gpsStateChange(0);
-            return std::nullopt;
+        plan_.files.push_back({"/lines", Action::kMerge, "", {}});
+        driver_.decode = [](const gps::PlannedFile& file) -> gps::Dictionary {
+            if (file.path == "/points")
+                return {{"waypoint", gps::Array{at(46.5, -7.25)}}};
+            return {{"route", withPoints({at(1, 2)})}, {"track", withPoints({at(3, 4)})}};
         };
     }
-    using FakeStatus = gps::GPSPlugInProtocol::Status;
 
-    std::vector<std::string> missing(const char* key, gps::Array records)
+    std::vector<host::MissingRecord> missing(const char* key, gps::Array records)
     {
-        return host::missingRecords(driver_, {{key, std::move(records)}}, plan_);
+        return host::missingRecords({{key, std::move(records)}}, plan_, driver_);
     }
 
     support::FakeFileDriver driver_;
     gps::SendPlan plan_;
-    std::vector<std::string> imported_;
 };
 
-TEST_F(MissingRecords, RecordIsThereWithinWhatADeviceCanWrite)
+TEST_F(MissingRecords, RecordIsFoundWithinThePrecisionOfADevice)
 {
     constexpr double kUnit = 1e-5 / 60;
     EXPECT_THAT(missing("waypoint", {at(46.5 + 0.5 * kUnit, -7.25 - 0.5 * kUnit)}), IsEmpty());
-    EXPECT_THAT(missing("waypoint", {at(46.5 + 2 * kUnit, -7.25)}),
-                ElementsAre("The waypoint \"A\" is not on the device."));
-    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25 + 2 * kUnit)}), testing::SizeIs(1));
+    EXPECT_THAT(missing("waypoint", {at(46.5 + 2 * kUnit, -7.25)}), SizeIs(1));
+    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25 + 2 * kUnit)}), SizeIs(1));
 }
 
-TEST_F(MissingRecords, RecordWithoutAPossiblePlaceIsMissing)
+TEST_F(MissingRecords, MissingRecordHasItsKindAndItsName)
 {
-    EXPECT_THAT(missing("waypoint", {at(96.5, 7)}), testing::SizeIs(1));
-    EXPECT_THAT(missing("waypoint", {gps::Dictionary{}, "text"}),
-                ElementsAre("The waypoint without a name is not on the device.",
-                            "The waypoint without a name is not on the device."));
+    const auto records = missing("waypoint", {at(0, 0), gps::Dictionary{}});
+    ASSERT_THAT(records, SizeIs(2));
+    EXPECT_EQ(records[0].kind, "waypoint");
+    EXPECT_EQ(records[0].name, "A");
+    EXPECT_EQ(records[1].name, std::nullopt);
 }
 
-TEST_F(MissingRecords, KindsAreKeptApart)
+TEST_F(MissingRecords, RecordThatCannotBeWrittenIsMissing)
 {
-    EXPECT_THAT(missing("track", {gps::Dictionary{{"points", gps::Array{at(46.5, -7.25)}}}}),
-                ElementsAre("The track point \"A\" is not on the device."));
-    EXPECT_THAT(
-        missing("route", {gps::Dictionary{{"points", gps::Array{at(1, 2), at(46.5, -7.25)}}}}),
-        testing::SizeIs(1));
+    EXPECT_THAT(missing("waypoint", {at(96.5, 7), gps::Dictionary{}, "text"}), SizeIs(3));
 }
 
-TEST_F(MissingRecords, FilesThatAreLeftAreNotReadBack)
+TEST_F(MissingRecords, EachKindIsLookedForInItsOwnFiles)
+{
+    EXPECT_THAT(missing("waypoint", {at(1, 2), at(3, 4)}), SizeIs(2));
+    const auto routePoints = missing("route", withPoints({at(1, 2), at(46.5, -7.25), at(3, 4)}));
+    ASSERT_THAT(routePoints, SizeIs(2));
+    EXPECT_EQ(routePoints[0].kind, "route point");
+    const auto trackPoints = missing("track", withPoints({at(1, 2), at(46.5, -7.25), at(3, 4)}));
+    ASSERT_THAT(trackPoints, SizeIs(2));
+    EXPECT_EQ(trackPoints[0].kind, "track point");
+}
+
+TEST_F(MissingRecords, FilesThatAreSkippedHoldNothing)
 {
     plan_.files.front().action = Action::kSkip;
-    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25)}), testing::SizeIs(1));
-    EXPECT_THAT(imported_, IsEmpty());
-}
-
-TEST_F(MissingRecords, OfManyTheFirstTenAreNamed)
-{
-    EXPECT_THAT(missing("waypoint", gps::Array(10, at(0, 0))), testing::SizeIs(10));
-    EXPECT_EQ(missing("waypoint", gps::Array(12, at(0, 0))).back(),
-              "And 2 more records are not on the device.");
+    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25)}), SizeIs(1));
+    EXPECT_THAT(missing("route", withPoints({at(1, 2)})), IsEmpty());
 }
 
 } // namespace

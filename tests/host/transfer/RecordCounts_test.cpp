@@ -51,4 +51,21 @@ TEST(RecordCounts, PointsWithoutAHeadAreATrack)
     EXPECT_EQ(count({fix(1), fix(2), endOfTransfer(), fix(3)}), expected);
 }
 
+TEST(RecordCounts, DataDictionaryIsCountedLikeADownload)
+{
+    const gps::Dictionary geocache{{"symbol", "Geocache"}, {"geocacheType", "Traditional"}};
+    const gps::Array points(3, gps::Dictionary{});
+    const auto counts = host::countRecords(
+        {{"waypoint", gps::Array{gps::Dictionary{}, geocache, gps::Dictionary{}, "text"}},
+         {"route", gps::Array{gps::Dictionary{{"points", points}}, gps::Dictionary{}}},
+         {"track", gps::Array{gps::Dictionary{{"points", points}}}}});
+    EXPECT_EQ(counts, (host::RecordCounts{.waypoints = 2,
+                                          .geocaches = 1,
+                                          .routes = 2,
+                                          .routePoints = 3,
+                                          .tracks = 1,
+                                          .trackPoints = 3}));
+    EXPECT_TRUE(host::countRecords({{"track", "text"}}).isEmpty());
+}
+
 } // namespace

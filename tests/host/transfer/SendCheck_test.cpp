@@ -11,6 +11,7 @@
 namespace {
 
 using Action = gps::PlannedFile::Action;
+using Result = host::SentFile::Result;
 using gps::TransferKind;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -29,50 +30,53 @@ TEST(SendCheck, KindsAreThoseOfTheArraysInTheOrderOfSending)
     EXPECT_THAT(host::kindsIn({}), IsEmpty());
 }
 
-TEST(SendCheck, FilesAreMissingThatAreNotThereOrDiffer)
+TEST(SendCheck, EachFileIsComparedWithThePlan)
 {
     const support::TemporaryFolder folder;
+    const auto why = gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, folder.path("blocked"));
     gps::SendPlan plan;
     plan.files.push_back({folder.put("same", "abc"), Action::kCreate, "abc", {}});
-    EXPECT_THAT(host::missingFiles(plan), IsEmpty());
     plan.files.push_back({folder.put("other", "abd"), Action::kMerge, "abc", {}});
-    plan.files.push_back({folder.path("none"), Action::kCreate, "", {}});
-    plan.files.push_back({folder.path("left"), Action::kSkip, "abc", {}});
+    plan.files.push_back({folder.path("missing"), Action::kCreate, "", {}});
     plan.files.push_back({folder.makeFolder("folder"), Action::kCreate, "", {}});
-    const auto missing = host::missingFiles(plan);
-    ASSERT_EQ(missing.size(), 3U);
-    EXPECT_EQ(missing[0].path(), folder.path("other"));
-    EXPECT_EQ(missing[1].path(), folder.path("none"));
-    EXPECT_EQ(missing[1].description(), "A file that was sent is not on the device");
-    EXPECT_EQ(missing[2].path(), folder.path("folder"));
-    EXPECT_EQ(missing[2].description(), "A file that was sent cannot be read back from the device");
+    plan.files.push_back({folder.path("blocked"), Action::kSkip, "abc", why});
+    plan.files.push_back({folder.path("skipped"), Action::kSkip, "abc", {}});
+    const auto files = host::checkFiles(plan);
+    ASSERT_EQ(files.size(), plan.files.size());
+    EXPECT_EQ(files[0].path, folder.path("same"));
+    EXPECT_EQ(files[0].result, Result::kWritten);
+    EXPECT_EQ(files[1].result, Result::kDifferent);
+    EXPECT_EQ(files[2].result, Result::kMissing);
+    EXPECT_EQ(files[3].result, Result::kUnreadable);
+    EXPECT_EQ(files[4].result, Result::kBlocked);
+    EXPECT_EQ(files[5].result, Result::kNothingToWrite);
 }
 
-TEST(SendCheck, OnlyAFileToBeMadeIsForeseenToBeMissing)
+TEST(SendCheck, OnlyAFileToBeCreatedIsExpectedToBeMissing)
 {
     gps::SendPlan plan;
     plan.files.push_back({"/made", Action::kCreate, "", {}});
     plan.files.push_back({"/merged", Action::kMerge, "", {}});
-    EXPECT_TRUE(host::isForeseen(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_TRUE(host::isExpected(unreadable("/made", gps::FileErrorCode::kReadNoSuchFile), plan));
     EXPECT_FALSE(
-        host::isForeseen(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
-    EXPECT_FALSE(host::isForeseen(unreadable("/other", gps::FileErrorCode::kReadNoSuchFile), plan));
+        host::isExpected(unreadable("/merged", gps::FileErrorCode::kReadNoSuchFile), plan));
+    EXPECT_FALSE(host::isExpected(unreadable("/other", gps::FileErrorCode::kReadNoSuchFile), plan));
     EXPECT_FALSE(
-        host::isForeseen(unreadable("/made", gps::FileErrorCode::kReadNoPermission), plan));
+        host::isExpected(unreadable("/made", gps::FileErrorCode::kReadNoPermission), plan));
     EXPECT_FALSE(
-        host::isForeseen(gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, "/made"), plan));
+        host::isExpected(gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, "/made"), plan));
 }
 
-TEST(SendCheck, OnlyTheErrorOfAPresentFileThatThePlanNamesIsForeseen)
+TEST(SendCheck, OnlyTheErrorOfAPresentFileInThePlanIsExpected)
 {
     using enum gps::FileErrorCode;
     gps::SendPlan plan;
     plan.files.push_back({"/lost", Action::kMerge, "", gps::makeFileError(kReadNotAscii, "/lost")});
     plan.files.push_back({"/left", Action::kSkip, "", gps::makeFileError(kReadNotAscii, "/left")});
-    EXPECT_TRUE(host::isForeseen(unreadable("/lost", kReadNotAscii), plan));
-    EXPECT_FALSE(host::isForeseen(unreadable("/lost", kReadNoPermission), plan));
-    EXPECT_FALSE(host::isForeseen(unreadable("/left", kReadNotAscii), plan));
-    EXPECT_FALSE(host::isForeseen(gps::makeFileError(kWriteNoSpace, "/lost"), plan));
+    EXPECT_TRUE(host::isExpected(unreadable("/lost", kReadNotAscii), plan));
+    EXPECT_FALSE(host::isExpected(unreadable("/lost", kReadNoPermission), plan));
+    EXPECT_FALSE(host::isExpected(unreadable("/left", kReadNotAscii), plan));
+    EXPECT_FALSE(host::isExpected(gps::makeFileError(kWriteNoSpace, "/lost"), plan));
 }
 
 } // namespace

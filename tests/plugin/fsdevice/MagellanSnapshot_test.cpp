@@ -163,6 +163,39 @@ std::vector<std::string> namesIn(const gps::Dictionary& records, std::string_vie
     return names;
 }
 
+TEST_F(Snapshot, PlannedFilesDecodeToTheRecordsOfTheSend)
+{
+    const gps::Dictionary track{{"points", gps::Array{waypoint("")}}};
+    const auto planned =
+        plan({{"track", gps::Array{track}},
+              {"waypoint", gps::Array{waypoint("A"), waypoint("Oak", "Geocache")}},
+              {"route",
+               gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("B")}}}}}});
+    ASSERT_THAT(planned.files, SizeIs(4));
+    const auto device = driver();
+    EXPECT_THAT(namesIn(device->recordsIn(planned.files[1]), "waypoint"), ElementsAre("A"));
+    EXPECT_THAT(namesIn(device->recordsIn(planned.files[2]), "waypoint"), ElementsAre("Oak"));
+    const auto routes = device->recordsIn(planned.files[3]);
+    EXPECT_THAT(namesIn(routes, "route"), ElementsAre("R"));
+    EXPECT_THAT(namesIn(*routes.findArray("route")->front().as<gps::Dictionary>(), "points"),
+                ElementsAre("B"));
+    const auto tracks = device->recordsIn(planned.files[0]);
+    const auto& points =
+        *tracks.findArray("track")->front().as<gps::Dictionary>()->findArray("points");
+    ASSERT_THAT(points, SizeIs(1));
+    EXPECT_EQ(*gps::findPoint(*points.front().as<gps::Dictionary>()),
+              (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
+}
+
+TEST_F(Snapshot, PlannedFileWithADamagedSentenceOrOfAnotherKindDecodesToNothing)
+{
+    const auto device = driver();
+    const auto text = support::sentence("PMGNWPL,4630.00000,N");
+    const auto damaged = device->recordsIn({"/a.upt", Action::kCreate, text, {}});
+    EXPECT_THAT(namesIn(damaged, "waypoint"), IsEmpty());
+    EXPECT_EQ(device->recordsIn({"/a.txt", Action::kCreate, text, {}}), gps::Dictionary{});
+}
+
 TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
 {
     receiver.put("My POIs/b.upt", {kOld});

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/transfer/Sending.h"
-
 #include "host/FakeDriver.h"
+#include "host/cli/Commands.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/DetachedThread.h>
@@ -11,7 +10,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
 
 namespace {
 
@@ -27,20 +28,44 @@ using Status = gps::GPSPlugInProtocol::Status;
 constexpr char kData[] =
     R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7.25}}]})";
 
-class Sending : public testing::Test {
+gps::Dictionary waypointAt(double latitude)
+{
+    return {{"point", gps::GPSPoint{.latitude = latitude, .longitude = 7.25}}};
+}
+
+// Removes a variable from the environment while this exists.
+class WithoutVariable {
+public:
+    explicit WithoutVariable(const char* name) : name_(name)
+    {
+        if (const char* const value = ::getenv(name))
+            before_ = value;
+        ::unsetenv(name);
+    }
+    ~WithoutVariable()
+    {
+        if (before_)
+            ::setenv(name_, before_->c_str(), 1);
+    }
+    WithoutVariable(const WithoutVariable&) = delete;
+    WithoutVariable& operator=(const WithoutVariable&) = delete;
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+class SendCommand : public testing::Test {
 protected:
-    Sending()
+    SendCommand()
     {
         options_.data = folder_.put("d.json", kData);
         options_.backupFolder = folder_.path("kept");
-        driver_.setLocations({folder_.makeFolder("device")});
-        driver_.folders = {folder_.makeFolder("device/Points")};
-        driver_.plan = [this](const gps::Dictionary&) { return plan_; };
-        driver_.acquire = [](const Status& status,
-                             const gps::Dictionary&) -> std::optional<gps::Error> {
-            status->wayPoint({.latitude = 46.5, .longitude = 7.25}, {});
-            status->gpsStateChange(0);
-            return std::nullopt;
+        driver_->setLocations({folder_.makeFolder("device")});
+        driver_->folders = {folder_.makeFolder("device/Points")};
+        driver_->plan = [this](const gps::Dictionary&) { return plan_; };
+        driver_->decode = [](const gps::PlannedFile&) -> gps::Dictionary {
+            return {{"waypoint", gps::Array{waypointAt(46.5)}}};
         };
         planFile(Action::kCreate);
     }
@@ -50,7 +75,7 @@ protected:
         plan_.files = {{path_, action, "new", std::move(error)}};
     }
 
-    // Sends through a worker that does this between the brackets.
+    // Sends with a worker that calls `work` between the status calls.
     ExitStatus send(const std::function<void()>& work)
     {
         return run([work](const gps::Dictionary*, const Status& status, const gps::Dictionary&) {
@@ -63,21 +88,17 @@ protected:
         });
     }
 
-    ExitStatus run(const FakeFileDriver::Send& send, gps::GPSPlugInProtocol* driver = nullptr)
+    ExitStatus run(const FakeFileDriver::Send& send)
     {
-        driver_.send = [this, send](const gps::Dictionary* data, const Status& status,
-                                    const gps::Dictionary& options) {
+        driver_->send = [this, send](const gps::Dictionary* data, const Status& status,
+                                     const gps::Dictionary& options) {
             ++sends_;
             return send(data, status, options);
         };
         testing::internal::CaptureStderr();
         testing::internal::CaptureStdout();
-        const auto status = [&] {
-            const host::Console console{options_.quiet};
-            host::Sending sending{options_, console};
-            EXPECT_FALSE(sending.open());
-            return sending.run(driver != nullptr ? *driver : driver_);
-        }();
+        const auto status =
+            host::runSend({.drivers = drivers_}, options_, host::Console{options_.quiet});
         out_ = testing::internal::GetCapturedStdout();
         err_ = testing::internal::GetCapturedStderr();
         return status;
@@ -89,28 +110,27 @@ protected:
     support::TemporaryFolder folder_;
     std::string path_ = folder_.path("device/Points/p");
     host::SendOptions options_;
-    FakeFileDriver driver_;
+    std::shared_ptr<FakeFileDriver> driver_ = std::make_shared<FakeFileDriver>();
+    std::vector<host::Driver> drivers_{driver_};
     gps::SendPlan plan_;
     int sends_ = 0;
     std::string out_;
     std::string err_;
 };
 
-TEST_F(Sending, WholeOneIsSuccessAfterABackup)
+TEST_F(SendCommand, CompleteSendIsASuccessAfterABackup)
 {
     EXPECT_EQ(send([this] {
                   EXPECT_TRUE(hasBackup());
                   write();
               }),
               ExitStatus::kSuccess);
-    EXPECT_EQ(
-        out_,
-        "make: Points/p\nsent: 1 waypoint, 0 routes, 0 tracks; 1 file written and read back\n");
+    EXPECT_EQ(out_, "create: Points/p\nsent: 1 waypoint; 1 file written and read back\n");
     EXPECT_THAT(err_, HasSubstr("note: The device's files are kept in the backup " +
                                 folder_.path("kept/42/")));
 }
 
-TEST_F(Sending, FileThatIsNotWrittenIsAFailure)
+TEST_F(SendCommand, FileThatIsNotWrittenIsAFailure)
 {
     EXPECT_EQ(send([] { gps::logLine("why"); }), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("Path: " + path_));
@@ -118,13 +138,13 @@ TEST_F(Sending, FileThatIsNotWrittenIsAFailure)
     EXPECT_THAT(out_, Not(HasSubstr("sent:")));
 }
 
-TEST_F(Sending, FileWithAnotherContentIsAFailure)
+TEST_F(SendCommand, FileWithAnotherContentIsAFailure)
 {
     EXPECT_EQ(send([this] { folder_.put("device/Points/p", "ne"); }), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("does not hold what was sent"));
 }
 
-TEST_F(Sending, LoggedErrorIsShownOnceAndAFailure)
+TEST_F(SendCommand, LoggedErrorIsShownOnceAndAFailure)
 {
     EXPECT_EQ(send([this] {
                   gps::logError("plug-in",
@@ -134,7 +154,7 @@ TEST_F(Sending, LoggedErrorIsShownOnceAndAFailure)
     EXPECT_EQ(err_.find(path_), err_.rfind(path_)) << err_;
 }
 
-TEST_F(Sending, FileThatWasNotThereBeforeIsNoFailure)
+TEST_F(SendCommand, ReadErrorForAFileThatDidNotExistIsNotAFailure)
 {
     EXPECT_EQ(
         send([this] {
@@ -146,18 +166,17 @@ TEST_F(Sending, FileThatWasNotThereBeforeIsNoFailure)
         ExitStatus::kSuccess);
 }
 
-TEST_F(Sending, RecordThatIsNowhereIsAFailure)
+TEST_F(SendCommand, RecordThatIsInNoFileIsAFailure)
 {
-    driver_.acquire = [](const Status& status,
-                         const gps::Dictionary&) -> std::optional<gps::Error> {
-        status->gpsStateChange(0);
-        return std::nullopt;
+    driver_->decode = [](const gps::PlannedFile&) -> gps::Dictionary {
+        return {{"waypoint", gps::Array{waypointAt(47)}}};
     };
     EXPECT_EQ(send([this] { write(); }), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("The waypoint \"A\" is not on the device."));
+    EXPECT_THAT(out_, Not(HasSubstr("sent:")));
 }
 
-TEST_F(Sending, BracketThatNeverCameIsAFailure)
+TEST_F(SendCommand, KindThatWasNeverSentIsAFailure)
 {
     EXPECT_EQ(run([this](const gps::Dictionary*, const Status& status,
                          const gps::Dictionary&) -> std::optional<gps::Error> {
@@ -169,7 +188,7 @@ TEST_F(Sending, BracketThatNeverCameIsAFailure)
     EXPECT_THAT(err_, HasSubstr("Missing: waypoints."));
 }
 
-TEST_F(Sending, ErrorThatIsReportedOrAnsweredIsAFailure)
+TEST_F(SendCommand, ErrorThatIsReportedOrReturnedIsAFailure)
 {
     const gps::Error error{"some", -3, {{gps::kErrorDescriptionKey, "Refused"}}};
     EXPECT_EQ(run([&](const gps::Dictionary*, const Status& status,
@@ -192,29 +211,29 @@ TEST_F(Sending, ErrorThatIsReportedOrAnsweredIsAFailure)
     EXPECT_THAT(err_, HasSubstr("Refused."));
 }
 
-TEST_F(Sending, DryRunSaysWhatWouldBeAndDoesNothing)
+TEST_F(SendCommand, DryRunPrintsThePlanAndDoesNothing)
 {
     options_.dryRun = true;
     plan_.remarks = {"Something will not fit."};
     EXPECT_EQ(send([] {}), ExitStatus::kSuccess);
     EXPECT_EQ(sends_, 0);
-    EXPECT_EQ(out_, "make: Points/p\nSomething will not fit.\nDry run: nothing was sent.\n");
+    EXPECT_EQ(out_, "create: Points/p\nSomething will not fit.\nDry run: nothing was sent.\n");
     EXPECT_THAT(err_, IsEmpty());
     EXPECT_FALSE(hasBackup());
 }
 
-TEST_F(Sending, NothingIsSentWithoutABackup)
+TEST_F(SendCommand, NothingIsSentWithoutABackup)
 {
     options_.backupFolder = folder_.put("a file", "");
     EXPECT_EQ(send([] {}), ExitStatus::kFailed);
     EXPECT_EQ(sends_, 0);
-    EXPECT_EQ(out_, "make: Points/p\n");
+    EXPECT_EQ(out_, "create: Points/p\n");
     EXPECT_THAT(err_, HasSubstr("--no-backup"));
     options_.backup = false;
     EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
 }
 
-TEST_F(Sending, NothingToWriteNeedsNoBackup)
+TEST_F(SendCommand, SendThatWritesNothingNeedsNoBackup)
 {
     options_.data = folder_.put("empty.json", "{}");
     plan_.files.clear();
@@ -222,7 +241,7 @@ TEST_F(Sending, NothingToWriteNeedsNoBackup)
     EXPECT_FALSE(hasBackup());
 }
 
-TEST_F(Sending, PresentFileThatCannotBeReadIsWarnedOfBeforeTheSend)
+TEST_F(SendCommand, UnreadablePresentFileIsReportedBeforeTheSend)
 {
     planFile(Action::kMerge, gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_));
     EXPECT_EQ(send([this] {
@@ -235,23 +254,23 @@ TEST_F(Sending, PresentFileThatCannotBeReadIsWarnedOfBeforeTheSend)
               }),
               ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("a send replaces it. The backup keeps a copy. Path: " + path_));
-    EXPECT_THAT(err_, Not(HasSubstr("Error 1"))) << "told already";
-    EXPECT_THAT(out_, HasSubstr("sent: 1 waypoint")) << "and what was sent has arrived";
+    EXPECT_THAT(err_, Not(HasSubstr("Error 1"))) << "the plan had it";
+    EXPECT_THAT(out_, HasSubstr("sent: 1 waypoint")) << "what was sent has arrived";
     options_.backup = false;
     send([this] { write(); });
     EXPECT_THAT(err_, HasSubstr("No backup keeps a copy."));
     options_.dryRun = true;
-    EXPECT_EQ(send([] {}), ExitStatus::kFailed) << "a dry run shows it, too";
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed) << "a dry run, too";
 }
 
-TEST_F(Sending, FileThatHasToBeLeftIsAFailure)
+TEST_F(SendCommand, FileThatCannotBeWrittenIsAFailure)
 {
     planFile(Action::kSkip, gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path_));
     EXPECT_EQ(send([] {}), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("Path: " + path_));
 }
 
-TEST_F(Sending, EventsHaveTheStandardOutputForThemselves)
+TEST_F(SendCommand, EventLinesHaveTheStandardOutputToThemselves)
 {
     options_.events = true;
     EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
@@ -260,13 +279,13 @@ TEST_F(Sending, EventsHaveTheStandardOutputForThemselves)
         "{\"event\":\"startSending\",\"label\":\"Waypoints\",\"kind\":3}\n{\"event\":"
         "\"endSending\",\"kind\":3}\n"
         "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n");
-    EXPECT_THAT(err_, HasSubstr("make: Points/p\n"));
+    EXPECT_THAT(err_, HasSubstr("create: Points/p\n"));
     options_.quiet = true;
     send([this] { write(); });
     EXPECT_THAT(err_, IsEmpty());
 }
 
-TEST_F(Sending, NullSendsNoDataDictionary)
+TEST_F(SendCommand, NullMeansNoDataDictionary)
 {
     options_.data = folder_.put("null.json", "null");
     EXPECT_EQ(run([](const gps::Dictionary* data, const Status& status,
@@ -280,7 +299,7 @@ TEST_F(Sending, NullSendsNoDataDictionary)
     EXPECT_FALSE(hasBackup());
 }
 
-TEST_F(Sending, DataFileArrivesAsItStands)
+TEST_F(SendCommand, DataFileIsSentAsItIs)
 {
     options_.data =
         folder_.put("long.json", R"({"waypoint":[{"name":"Hütte mit einem langen Namen"}]})");
@@ -297,7 +316,7 @@ TEST_F(Sending, DataFileArrivesAsItStands)
     EXPECT_EQ(sends_, 1);
 }
 
-TEST_F(Sending, NamesOfGpxAreFittedUnlessTheyAreToBeExact)
+TEST_F(SendCommand, NamesFromGpxAreFittedUnlessExactNamesAreRequested)
 {
     options_.data.reset();
     options_.files = {folder_.put("t.gpx", "<gpx version=\"1.1\"><wpt lat=\"46.5\" "
@@ -322,26 +341,26 @@ TEST_F(Sending, NamesOfGpxAreFittedUnlessTheyAreToBeExact)
     EXPECT_THAT(out_, Not(HasSubstr("becomes")));
 }
 
-TEST_F(Sending, DriverThatTellsNothingBeforeStillSends)
+TEST_F(SendCommand, DriverThatCannotPlanStillSends)
 {
-    support::FakeDriver serial;
-    serial.send = [](const gps::Dictionary*, const Status& status,
-                     const gps::Dictionary&) -> std::optional<gps::Error> {
+    const auto serial = std::make_shared<support::FakeDriver>();
+    serial->send = [](const gps::Dictionary*, const Status& status,
+                      const gps::Dictionary&) -> std::optional<gps::Error> {
         status->startSending("Waypoints", TransferKind::kWaypoints);
         status->endSending(TransferKind::kWaypoints);
         status->gpsStateChange(0);
         return std::nullopt;
     };
-    EXPECT_EQ(run({}, &serial), ExitStatus::kSuccess);
+    drivers_ = {serial};
+    EXPECT_EQ(run({}), ExitStatus::kSuccess);
     EXPECT_THAT(err_, HasSubstr("no backup"));
-    EXPECT_EQ(out_,
-              "to send: 1 waypoint, 0 routes, 0 tracks\nsent: 1 waypoint, 0 routes, 0 tracks\n");
+    EXPECT_EQ(out_, "to send: 1 waypoint\nsent: 1 waypoint\n");
     EXPECT_FALSE(hasBackup());
 }
 
-TEST_F(Sending, DriverThatCannotSendIsRunAllTheSameAndNothingArrives)
+TEST_F(SendCommand, DriverThatCannotSendIsStillRun)
 {
-    driver_.capabilities = "tracks,waypoints";
+    driver_->capabilities = "tracks,waypoints";
     EXPECT_EQ(run([](const gps::Dictionary*, const Status& status,
                      const gps::Dictionary&) -> std::optional<gps::Error> {
                   status->gpsStateChange(0);
@@ -352,9 +371,36 @@ TEST_F(Sending, DriverThatCannotSendIsRunAllTheSameAndNothingArrives)
     EXPECT_THAT(out_, IsEmpty());
     EXPECT_EQ(err_, "note: The driver fake cannot send: nothing will be written to the device.\n"
                     "magellangps: The driver fake cannot send. Connect a receiver that mounts as a "
-                    "disk, or name its place with "
-                    "--device. Missing: waypoints.\n");
+                    "disk, or name its location with --device. Missing: waypoints.\n");
     EXPECT_FALSE(hasBackup());
+}
+
+TEST_F(SendCommand, DamagedInputIsFoundBeforeTheDriverIsUsed)
+{
+    driver_->ready = false; // which is reported if the input is good
+    for (const auto& file : {folder_.put("cut.gpx", "<gpx><wpt"), folder_.makeFolder("folder"),
+                             folder_.path("missing.gpx")}) {
+        options_.data.reset();
+        options_.files = {file};
+        EXPECT_EQ(send([] {}), ExitStatus::kFailed) << file;
+        EXPECT_THAT(err_, HasSubstr(file));
+    }
+    options_.data = folder_.put("d.json", kData);
+    EXPECT_EQ(send([] {}), ExitStatus::kNothingToWorkOn);
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(SendCommand, WithoutAHomeFolderTheSendNeedsABackupFolder)
+{
+    options_.backupFolder.reset();
+    const WithoutVariable state{"XDG_STATE_HOME"};
+    const WithoutVariable home{"HOME"};
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed);
+    EXPECT_EQ(sends_, 0);
+    EXPECT_THAT(err_, HasSubstr("There is no folder for backups"));
+    EXPECT_THAT(err_, HasSubstr("--no-backup"));
+    options_.backup = false;
+    EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/transfer/DeviceRecords.h"
+#include "host/transfer/DeviceRoutePoints.h"
 
 #include "host/FakeDriver.h"
 
 #include <gtest/gtest.h>
 
 namespace {
+
+constexpr double kUnit = 1e-5 / 60; // degrees: the last digit that a device stores
 
 gps::Dictionary point(double latitude, const char* symbol, const char* comment = "")
 {
@@ -21,24 +23,23 @@ gps::Dictionary routeOf(gps::Dictionary record)
     return {{"route", gps::Array{gps::Dictionary{{"points", gps::Array{std::move(record)}}}}}};
 }
 
-// What stands in a route after the device's record was looked for.
+// The route point after the device's points were looked up.
 gps::Dictionary used(gps::Dictionary wanted, gps::Dictionary present)
 {
     support::FakeFileDriver driver;
-    // A device that has no icon for blue symbols.
     driver.storedSymbol = [](const std::string& symbol) {
         return symbol.empty() || symbol.starts_with("Blue") ? "Dot" : symbol;
     };
     auto data = routeOf(std::move(wanted));
-    host::useRecordsOfDevice(data, routeOf(std::move(present)), driver);
+    host::useDeviceRoutePoints(data, routeOf(std::move(present)), driver);
     const auto& route = *data.find("route")->as<gps::Array>()->front().as<gps::Dictionary>();
     return *route.find("points")->as<gps::Array>()->front().as<gps::Dictionary>();
 }
 
-TEST(DeviceRecords, RoutePointThatWouldBeWrittenAlikeBecomesTheDevicesOwn)
+TEST(DeviceRoutePoints, PointThatIsStoredAlikeIsReplacedByTheDevicesOwn)
 {
     const auto present = point(46.5, "Dot");
-    auto wanted = point(46.5 + 0.4e-5 / 60, "Dot");
+    auto wanted = point(46.5 + 0.9 * kUnit, "Dot");
     EXPECT_EQ(used(wanted, present), present);
     wanted.set("point",
                gps::GPSPoint{.latitude = 46.5, .longitude = 7, .altitude = 12.9, .time = 1});
@@ -47,11 +48,11 @@ TEST(DeviceRecords, RoutePointThatWouldBeWrittenAlikeBecomesTheDevicesOwn)
     EXPECT_EQ(used(wanted, present), present);
 }
 
-TEST(DeviceRecords, RoutePointThatWouldBeWrittenDifferentlyStays)
+TEST(DeviceRoutePoints, PointThatIsStoredDifferentlyStays)
 {
     const auto present = point(46.5, "Dot");
     for (const auto& wanted :
-         {point(46.5 + 1e-5 / 60, "Dot"), point(46.5, "Dot", "by the lake"), point(46.5, "Tent")})
+         {point(46.5 + 2 * kUnit, "Dot"), point(46.5, "Dot", "by the lake"), point(46.5, "Tent")})
         EXPECT_EQ(used(wanted, present), wanted);
     auto higher = present;
     higher.set("point", gps::GPSPoint{.latitude = 46.5, .longitude = 7, .altitude = 13});
@@ -61,13 +62,36 @@ TEST(DeviceRecords, RoutePointThatWouldBeWrittenDifferentlyStays)
     EXPECT_EQ(used(other, present), other);
 }
 
-TEST(DeviceRecords, SymbolsAreOneWhereTheDriverWritesTheSame)
+TEST(DeviceRoutePoints, PointWithoutValidCoordinatesStays)
+{
+    const auto present = point(96.5, "Dot");
+    auto wanted = point(96.5, "Blue flag");
+    EXPECT_EQ(used(wanted, present), wanted);
+    wanted.remove("point");
+    EXPECT_EQ(used(wanted, point(46.5, "Dot")), wanted);
+}
+
+TEST(DeviceRoutePoints, SymbolsAreTheSameIfTheDeviceStoresTheSameCode)
 {
     const auto present = point(46.5, "Dot");
     EXPECT_EQ(used(point(46.5, "Blue flag"), present), present);
     auto none = present;
     none.remove("symbol");
     EXPECT_EQ(used(none, present), present);
+}
+
+TEST(DeviceRoutePoints, DeviceIsAskedOnceForEachSymbol)
+{
+    support::FakeFileDriver driver;
+    int questions = 0;
+    driver.storedSymbol = [&](const std::string&) {
+        ++questions;
+        return std::string{"Dot"};
+    };
+    const gps::Dictionary route{{"points", gps::Array(3, point(46.5, "A"))}};
+    gps::Dictionary data{{"route", gps::Array(3, route)}};
+    host::useDeviceRoutePoints(data, routeOf(point(46.5, "B")), driver);
+    EXPECT_EQ(questions, 2);
 }
 
 } // namespace

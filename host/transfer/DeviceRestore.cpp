@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// Nothing is backed up if nothing would change: each new backup removes an old one.
+
+#include "host/transfer/DeviceRestore.h"
+
+#include "host/backup/Restore.h"
+#include "host/operations/Operation.h"
+#include "host/transfer/ProgressTracker.h"
+
+#include <gps/GPSFileDevice.h>
+
+#include <utility>
+
+namespace host {
+namespace {
+
+std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& device,
+                                    const RestoreRequest& request, RestoreReport& report)
+{
+    auto policy = request.policy;
+    policy.protectedPath = request.backup; // the new backup must not push this one out
+    Backup made;
+    std::vector<std::string> skipped;
+    if (auto failure = makeBackup(policy, device, made, skipped))
+        return failure;
+    report.previous = std::move(made);
+    return restore.write(device.device, report.restored);
+}
+
+RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
+{
+    RestoreReport report;
+    Restore restore;
+    report.error = restore.open(request.backup);
+    if (report.error)
+        return report;
+    report.wasUpToDate = restore.matches(device.device);
+    if (!report.wasUpToDate)
+        report.error = writeBack(restore, device, request, report);
+    if (report.wasUpToDate || report.previous)
+        report.extraFiles = restore.extraFiles(device.device);
+    return report;
+}
+
+} // namespace
+
+std::optional<DataFolders> dataFoldersOf(const ChosenDevice& device)
+{
+    const auto* const files = dynamic_cast<const gps::GPSFileDevice*>(device.driver.get());
+    if (files == nullptr || device.location.empty() || !canSend(*device.driver))
+        return std::nullopt;
+    return DataFolders{device.location, files->deviceIdentifier().value_or(""),
+                       files->dataFolders()};
+}
+
+RestoreReport restoreBackup(const DataFolders& device, const RestoreRequest& request)
+{
+    ProgressTracker progress{request.progress};
+    progress.begin(TransferPhase::kRestoring);
+    auto report = putBack(device, request);
+    progress.finish();
+    return report;
+}
+
+} // namespace host

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Recognises the route points that a device already has, before a send plans what to write.
+// Stateless. [any]
+
+#pragma once
+
+#include <gps/GPSFileDevice.h>
+
+namespace host {
+
+/// Replaces each route point that the device would store exactly like one of its own by the
+/// device's own record.
+///
+/// A device rounds a point and drops its time, so the point that was sent differs from what is read
+/// back. A second send would take the two for different points with the same name, and store both.
+/// @param data      the records to send; changed in place
+/// @param onDevice  the records of the device, under the same keys
+/// @param device    knows which symbols are the same to the device
+void useDeviceRoutePoints(gps::Dictionary& data, const gps::Dictionary& onDevice,
+                          const gps::GPSFileDevice& device);
+
+} // namespace host

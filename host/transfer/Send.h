@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// The second half of a send: backs up the device, runs the driver's operation and checks what the
+// device holds afterwards. The first half is prepareSend(). [host thread]
+
+#pragma once
+
+#include "host/transfer/MissingRecords.h"
+#include "host/transfer/SendCheck.h"
+#include "host/transfer/SendPreparation.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// What a send did.
+struct SendReport {
+    /// Why no backup could be made. Nothing was sent then, and the rest is empty.
+    std::optional<gps::Error> backupError{};
+    std::optional<Backup> backup{};         ///< the backup that was made before
+    std::vector<std::string> notBackedUp{}; ///< paths of what is neither a file nor a folder
+
+    std::optional<gps::Error> answer{}; ///< what the driver's operation returned
+    std::vector<gps::Error> errors{};   ///< all errors in order, the answer among them
+    std::size_t moreErrors = 0;         ///< further errors, of which only the number is known
+    std::vector<gps::TransferKind> missingKinds{}; ///< kinds that were never sent
+    std::vector<SentFile> files{};                 ///< the planned files, in the plan's order
+    std::vector<MissingRecord> missingRecords{};   ///< empty if anything else went wrong
+    std::vector<std::string> logLines{};           ///< what else the plug-in logged
+    std::size_t moreLogLines = 0; ///< further lines, of which only the number is known
+
+    /// Whether everything that was to be sent is on the device.
+    [[nodiscard]] bool isComplete() const noexcept;
+};
+
+/// Performs a send. If a backup was requested and cannot be made, nothing is sent.
+[[nodiscard]] SendReport performSend(const PreparedSend& send);
+
+} // namespace host

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// The first half of a send: reads the device, fits the records to it and plans what to write.
+// Changes nothing on the device, so a front end can show the result, and stop there for a dry run.
+// The second half is performSend(). [host thread]
+
+#pragma once
+
+#include "host/backup/Backup.h"
+#include "host/bundle/DeviceChoice.h"
+#include "host/fitting/NameFitting.h"
+#include "host/operations/Operation.h"
+#include "host/transfer/TransferProgress.h"
+
+#include <gps/GPSFileDevice.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace host {
+
+/// What a send changes in the records before it plans.
+enum class SendFitting {
+    kNone,        ///< nothing
+    kRoutePoints, ///< a route point that the device already has is replaced by the device's own
+    kAll,         ///< names and texts are fitted to the device as well
+};
+
+/// What to send, and how.
+struct SendRequest {
+    std::optional<gps::Dictionary> data; ///< nullopt: the driver is called without data
+    gps::Dictionary driverOptions{};
+    SendFitting fitting = SendFitting::kAll;
+
+    /// Where the backup goes; nullopt: none is made. With an empty folder a send that needs a
+    /// backup fails.
+    std::optional<BackupPolicy> backup{};
+
+    ProgressCallback progress{}; ///< may be empty
+    Consume onEvents{};          ///< gets the driver's calls, on another thread; may be empty
+};
+
+/// A send that is ready to be performed.
+struct PreparedSend {
+    ChosenDevice device;
+    SendRequest request;  ///< its data fitted to the device
+    bool canSend = false; ///< whether the driver is able to send anything
+
+    /// The driver's view of the device's files; null if the driver has none. There is no plan, no
+    /// backup and no check of the result then. Owned by the driver.
+    const gps::GPSFileDevice* files = nullptr;
+
+    /// The device before the send. Null if there is nothing to plan.
+    std::unique_ptr<gps::DeviceSnapshot> snapshot{};
+    gps::SendPlan plan{};
+    std::vector<TextChange> textChanges{};
+
+    /// Whether there is a plan to check the result against.
+    [[nodiscard]] bool isPlanned() const noexcept { return snapshot != nullptr; }
+};
+
+[[nodiscard]] PreparedSend prepareSend(ChosenDevice device, SendRequest request);
+
+/// How many files a plan would write.
+[[nodiscard]] std::size_t plannedWrites(const gps::SendPlan& plan) noexcept;
+
+} // namespace host

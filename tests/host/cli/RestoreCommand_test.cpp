@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/FakeDriver.h"
+#include "host/backup/Backup.h"
+#include "host/cli/Commands.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace {
+
+using host::ExitStatus;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class RestoreCommand : public testing::Test {
+protected:
+    RestoreCommand()
+    {
+        driver_->setLocations({folder_.makeFolder("device")});
+        driver_->folders = {folder_.makeFolder("device/Points")};
+        folder_.put("device/Points/a", "old");
+        options_.backupFolder = folder_.path("kept");
+    }
+
+    void backUp()
+    {
+        std::vector<std::string> skipped;
+        EXPECT_FALSE(host::makeBackup({.folder = folder_.path("kept")},
+                                      {folder_.path("device"), "42", driver_->folders}, backup_,
+                                      skipped));
+    }
+
+    ExitStatus run()
+    {
+        testing::internal::CaptureStderr();
+        testing::internal::CaptureStdout();
+        const auto status =
+            host::runRestore({.drivers = {driver_}}, options_, host::Console{false});
+        out_ = testing::internal::GetCapturedStdout();
+        err_ = testing::internal::GetCapturedStderr();
+        return status;
+    }
+
+    support::TemporaryFolder folder_;
+    std::shared_ptr<support::FakeFileDriver> driver_ = std::make_shared<support::FakeFileDriver>();
+    host::RestoreOptions options_;
+    host::Backup backup_;
+    std::string out_;
+    std::string err_;
+};
+
+TEST_F(RestoreCommand, WithoutABackupItListsThem)
+{
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(out_, "There is no backup of this device.\n");
+    backUp();
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_THAT(out_, AllOf(StartsWith("Backup "), HasSubstr('\n' + backup_.name + "      1 ")));
+}
+
+TEST_F(RestoreCommand, BackupIsNamedByItsNameOrItsPath)
+{
+    backUp();
+    for (const auto& backup : {backup_.name, backup_.path}) {
+        folder_.put("device/Points/a", "new");
+        options_.backup = backup;
+        EXPECT_EQ(run(), ExitStatus::kSuccess);
+        EXPECT_EQ(folder_.read("device/Points/a"), "old");
+        EXPECT_THAT(out_, AllOf(StartsWith("The files before the restore are kept in the backup "),
+                                HasSubstr("restored: Points/a\n")));
+    }
+}
+
+TEST_F(RestoreCommand, FilesOutsideTheBackupAreListed)
+{
+    backUp();
+    folder_.put("device/Points/b\x1b", "new");
+    options_.backup = backup_.name;
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(out_, "The device already holds what the backup holds.\n"
+                    "not in the backup, left as it is: Points/b\uFFFD\n");
+}
+
+TEST_F(RestoreCommand, UnknownBackupIsAFailure)
+{
+    options_.backup = "20000101T000000Z";
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("magellangps restore"));
+}
+
+TEST_F(RestoreCommand, DeviceWithoutFilesIsNothingToWorkOn)
+{
+    driver_->capabilities = "tracks";
+    EXPECT_EQ(run(), ExitStatus::kNothingToWorkOn);
+    EXPECT_THAT(err_, HasSubstr("The driver fake has no device that can be backed up."));
+}
+
+} // namespace

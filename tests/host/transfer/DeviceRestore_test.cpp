@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/transfer/DeviceRestore.h"
+
+#include "host/FakeDriver.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A device with two files, and a backup of it.
+class DeviceRestore : public testing::Test {
+protected:
+    DeviceRestore()
+    {
+        device_.device = folder_.makeFolder("device");
+        device_.identifier = "42";
+        device_.folders = {folder_.makeFolder("device/Points")};
+        folder_.put("device/Points/a", "1");
+        folder_.put("device/Points/b", "2");
+        std::vector<std::string> skipped;
+        EXPECT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, backup_, skipped));
+    }
+
+    [[nodiscard]] host::RestoreReport restore(std::size_t most = 10) const
+    {
+        return host::restoreBackup(
+            device_,
+            {.backup = backup_.path, .policy = {.folder = folder_.path("kept"), .count = most}});
+    }
+
+    [[nodiscard]] std::size_t backups() const
+    {
+        return host::listBackups(folder_.path("kept"), "42").size();
+    }
+
+    support::TemporaryFolder folder_;
+    host::DataFolders device_;
+    host::Backup backup_;
+};
+
+TEST_F(DeviceRestore, ChangedFilesAreWrittenAfterABackup)
+{
+    folder_.put("device/Points/a", "changed");
+    const auto report = restore();
+    EXPECT_FALSE(report.error);
+    EXPECT_FALSE(report.wasUpToDate);
+    EXPECT_THAT(report.restored, ElementsAre("Points/a"));
+    EXPECT_THAT(report.extraFiles, IsEmpty());
+    EXPECT_EQ(folder_.read("device/Points/a"), "1");
+    ASSERT_TRUE(report.previous);
+    EXPECT_EQ(folder_.read("kept/42/" + report.previous->name + "/files/Points/a"), "changed");
+}
+
+TEST_F(DeviceRestore, DeviceThatIsUpToDateIsNotBackedUp)
+{
+    folder_.put("device/Points/c", "new");
+    const auto report = restore();
+    EXPECT_TRUE(report.wasUpToDate);
+    EXPECT_FALSE(report.previous);
+    EXPECT_THAT(report.restored, IsEmpty());
+    EXPECT_THAT(report.extraFiles, ElementsAre("Points/c"));
+    EXPECT_EQ(backups(), 1U);
+}
+
+TEST_F(DeviceRestore, RestoredBackupIsKeptWhateverTheLimit)
+{
+    folder_.put("device/Points/a", "changed");
+    EXPECT_FALSE(restore(1).error);
+    EXPECT_TRUE(std::filesystem::exists(backup_.path));
+    EXPECT_EQ(backups(), 2U);
+}
+
+TEST_F(DeviceRestore, DamagedBackupChangesNothing)
+{
+    folder_.put("device/Points/a", "changed");
+    std::filesystem::remove(backup_.path + "/files/Points/b");
+    const auto report = restore();
+    EXPECT_TRUE(report.error);
+    EXPECT_FALSE(report.previous);
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+    EXPECT_EQ(backups(), 1U);
+}
+
+TEST_F(DeviceRestore, NothingIsWrittenIfThePresentFilesCannotBeBackedUp)
+{
+    folder_.put("device/Points/a", "changed");
+    const auto report = host::restoreBackup(
+        device_, {.backup = backup_.path, .policy = {.folder = folder_.put("file", "")}});
+    EXPECT_TRUE(report.error);
+    EXPECT_THAT(report.restored, IsEmpty());
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+}
+
+TEST_F(DeviceRestore, FilesWrittenBeforeAFailureAreReported)
+{
+    folder_.put("device/Points/a", "changed");
+    std::filesystem::remove(folder_.path("device/Points/b"));
+    folder_.makeFolder("device/Points/b"); // a file cannot replace it
+    const auto report = restore();
+    EXPECT_TRUE(report.error);
+    EXPECT_THAT(report.restored, ElementsAre("Points/a"));
+}
+
+TEST_F(DeviceRestore, ProgressEndsWithTheRestore)
+{
+    std::vector<host::TransferPhase> phases;
+    (void)host::restoreBackup(device_, {.backup = backup_.path,
+                                        .policy = {.folder = folder_.path("kept")},
+                                        .progress = [&](const host::TransferProgress& progress) {
+                                            phases.push_back(progress.phase);
+                                        }});
+    EXPECT_THAT(phases,
+                ElementsAre(host::TransferPhase::kRestoring, host::TransferPhase::kFinished));
+}
+
+TEST(DataFoldersOf, OnlyADriverThatWritesFilesOfADeviceHasThem)
+{
+    const auto driver = std::make_shared<support::FakeFileDriver>();
+    driver->folders = {"/device/Points"};
+    const auto folders = host::dataFoldersOf({driver, "/device"});
+    ASSERT_TRUE(folders);
+    EXPECT_EQ(folders->device, "/device");
+    EXPECT_EQ(folders->identifier, "42");
+    EXPECT_THAT(folders->folders, ElementsAre("/device/Points"));
+
+    EXPECT_FALSE(host::dataFoldersOf({driver, ""}));
+    driver->capabilities = "tracks";
+    EXPECT_FALSE(host::dataFoldersOf({driver, "/device"}));
+    EXPECT_FALSE(host::dataFoldersOf({std::make_shared<support::FakeDriver>(), "/device"}));
+}
+
+} // namespace

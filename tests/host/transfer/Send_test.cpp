@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/transfer/Send.h"
+
+#include "host/FakeDriver.h"
+#include "support/TemporaryFolder.h"
+
+#include <platform/System/FileManager.h>
+#include <platform/System/Log.h>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace {
+
+using Action = gps::PlannedFile::Action;
+using Phase = host::TransferPhase;
+using Result = host::SentFile::Result;
+using Status = gps::GPSPlugInProtocol::Status;
+using gps::TransferKind;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+gps::Dictionary waypointAt(double latitude)
+{
+    return {{"name", "A"}, {"point", gps::GPSPoint{.latitude = latitude, .longitude = 7}}};
+}
+
+// A send of one waypoint to a file that the device does not have yet.
+class Send : public testing::Test {
+protected:
+    Send()
+    {
+        driver_->folders = {folder_.makeFolder("device/Points")};
+        driver_->plan = [this](const gps::Dictionary&) { return plan_; };
+        driver_->decode = [this](const gps::PlannedFile&) -> gps::Dictionary {
+            return {{"waypoint", gps::Array{waypointAt(decodedLatitude_)}}};
+        };
+        plan_.files = {{path_, Action::kCreate, "new", {}}};
+        request_.data = {{"waypoint", gps::Array{waypointAt(46)}}};
+        request_.progress = [this](const host::TransferProgress& progress) {
+            phases_.push_back(progress.phase);
+        };
+    }
+
+    // Performs the send with a driver that calls `work` between the status calls.
+    [[nodiscard]] host::SendReport perform(const std::function<void()>& work)
+    {
+        driver_->send = [this, work](const gps::Dictionary* data, const Status& status,
+                                     const gps::Dictionary& options) -> std::optional<gps::Error> {
+            ++sends_;
+            hadData_ = data != nullptr;
+            options_ = options;
+            status->startSending("Waypoints", TransferKind::kWaypoints);
+            work();
+            status->endSending(TransferKind::kWaypoints);
+            status->gpsStateChange(0);
+            return std::nullopt;
+        };
+        return performWith(driver_);
+    }
+
+    [[nodiscard]] host::SendReport performWith(const host::Driver& driver)
+    {
+        const auto prepared = host::prepareSend({driver, folder_.path("device")}, request_);
+        phases_.clear();
+        return host::performSend(prepared);
+    }
+
+    void write() const { folder_.put("device/Points/p", "new"); }
+
+    support::TemporaryFolder folder_;
+    std::string path_ = folder_.path("device/Points/p");
+    std::shared_ptr<support::FakeFileDriver> driver_ = std::make_shared<support::FakeFileDriver>();
+    gps::SendPlan plan_;
+    double decodedLatitude_ = 46;
+    host::SendRequest request_;
+    std::vector<Phase> phases_;
+    int sends_ = 0;
+    bool hadData_ = false;
+    gps::Dictionary options_;
+};
+
+TEST_F(Send, SendIsCompleteIfEverythingIsOnTheDevice)
+{
+    const auto report = perform([this] { write(); });
+    EXPECT_TRUE(report.isComplete());
+    ASSERT_THAT(report.files, SizeIs(1));
+    EXPECT_EQ(report.files[0].path, path_);
+    EXPECT_EQ(report.files[0].result, Result::kWritten);
+    EXPECT_THAT(report.errors, IsEmpty());
+    EXPECT_EQ(report.backup, std::nullopt);
+    EXPECT_THAT(phases_, ElementsAre(Phase::kSending, Phase::kReadingBack, Phase::kFinished));
+}
+
+TEST_F(Send, BackupIsMadeBeforeTheSend)
+{
+    folder_.put("device/Points/old", "old");
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    const auto report = perform([this] {
+        EXPECT_TRUE(std::filesystem::exists(folder_.path("kept/42")));
+        write();
+    });
+    EXPECT_TRUE(report.isComplete());
+    ASSERT_TRUE(report.backup);
+    EXPECT_EQ(report.backup->files, 1U);
+    EXPECT_EQ(phases_.front(), Phase::kBackingUp);
+}
+
+TEST_F(Send, BackupUsesWhatWasReadBefore)
+{
+    folder_.put("device/Points/old", "later");
+    driver_->files = {{folder_.path("device/Points/old"), "earlier", {}}};
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    const auto report = perform([this] { write(); });
+    ASSERT_TRUE(report.backup);
+    EXPECT_EQ(folder_.read("kept/42/" + report.backup->name + "/files/Points/old"), "earlier");
+}
+
+TEST_F(Send, NothingIsSentIfTheBackupFails)
+{
+    for (const auto& folder : {folder_.put("a file", ""), std::string{}}) {
+        request_.backup = host::BackupPolicy{.folder = folder};
+        const auto report = perform([] {});
+        EXPECT_TRUE(report.backupError);
+        EXPECT_FALSE(report.isComplete());
+    }
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, SendThatWritesNothingNeedsNoBackup)
+{
+    plan_.files.clear();
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    EXPECT_EQ(perform([] {}).backup, std::nullopt);
+    EXPECT_EQ(sends_, 1);
+}
+
+TEST_F(Send, FileThatIsNotAsPlannedMakesTheSendIncomplete)
+{
+    auto report = perform([] {});
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kMissing);
+    report = perform([this] { folder_.put("device/Points/p", "ne"); });
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kDifferent);
+    EXPECT_THAT(report.missingRecords, IsEmpty()) << "the file says enough";
+}
+
+TEST_F(Send, BlockedFileMakesTheSendIncomplete)
+{
+    plan_.files[0].action = Action::kSkip;
+    EXPECT_THAT(perform([] {}).missingRecords, SizeIs(1)) << "no file holds the record";
+    plan_.files[0].error = gps::makeFileError(gps::FileErrorCode::kNoSuchFolder, path_);
+    const auto report = perform([] {});
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kBlocked);
+}
+
+TEST_F(Send, RecordThatNoFileHoldsMakesTheSendIncomplete)
+{
+    decodedLatitude_ = 47;
+    const auto report = perform([this] { write(); });
+    EXPECT_FALSE(report.isComplete());
+    ASSERT_THAT(report.missingRecords, SizeIs(1));
+    EXPECT_EQ(report.missingRecords[0].name, "A");
+}
+
+TEST_F(Send, UnexpectedLoggedErrorMakesTheSendIncomplete)
+{
+    const auto readError = gps::makeFileError(gps::FileErrorCode::kReadNoSuchFile, path_);
+    const auto report = perform([&] {
+        gps::logError("plug-in",
+                      gps::Error{"some", 1, {{gps::kErrorPathKey, path_}}}.causedBy(readError));
+        write();
+    });
+    EXPECT_TRUE(report.isComplete()) << "the file did not exist before";
+    const auto writeError = gps::makeFileError(gps::FileErrorCode::kWriteNoSpace, path_);
+    const auto failed = perform([&] {
+        gps::logError("plug-in", writeError);
+        write();
+    });
+    EXPECT_FALSE(failed.isComplete());
+    EXPECT_THAT(failed.errors, ElementsAre(writeError));
+}
+
+TEST_F(Send, LogLinesAreReported)
+{
+    const auto report = perform([this] {
+        gps::logLine("a line");
+        write();
+    });
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_THAT(report.logLines, ElementsAre("a line"));
+}
+
+TEST_F(Send, KindThatWasNeverSentIsMissing)
+{
+    driver_->send = [this](const gps::Dictionary*, const Status& status,
+                           const gps::Dictionary&) -> std::optional<gps::Error> {
+        write();
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    const auto report = performWith(driver_);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_THAT(report.missingKinds, ElementsAre(TransferKind::kWaypoints));
+}
+
+TEST_F(Send, AnswerOfTheDriverEndsTheSend)
+{
+    const gps::Error refusal{"some", -3, {}};
+    driver_->send = [&](const gps::Dictionary*, const Status& status,
+                        const gps::Dictionary&) -> std::optional<gps::Error> {
+        status->gpsStateChange(0);
+        return refusal;
+    };
+    const auto report = performWith(driver_);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.answer, refusal);
+    EXPECT_THAT(report.errors, ElementsAre(refusal));
+    EXPECT_THAT(report.missingKinds, IsEmpty());
+    EXPECT_THAT(report.files, IsEmpty());
+}
+
+TEST_F(Send, WithoutDataTheDriverIsCalledWithoutData)
+{
+    request_.data.reset();
+    request_.driverOptions = {{"debug", 3}};
+    const auto report = perform([] {});
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(sends_, 1);
+    EXPECT_FALSE(hadData_);
+    EXPECT_EQ(options_, (gps::Dictionary{{"debug", 3}}));
+}
+
+TEST_F(Send, EventsAreHandedOn)
+{
+    std::vector<host::EventKind> kinds;
+    request_.onEvents = [&](const host::EventBatch& batch) {
+        for (const auto& event : batch)
+            kinds.push_back(event.kind);
+    };
+    (void)perform([this] { write(); });
+    EXPECT_THAT(kinds, ElementsAre(host::EventKind::kStartSending, host::EventKind::kEndSending,
+                                   host::EventKind::kStateChange));
+}
+
+} // namespace
