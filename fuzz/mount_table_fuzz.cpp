@@ -4,7 +4,7 @@
 
 #include "FuzzTarget.h"
 
-#include <platform/System/MountedVolumes.h>
+#include <platform/System/MountTable.h>
 
 #include <algorithm>
 

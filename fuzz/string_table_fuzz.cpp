@@ -3,7 +3,7 @@
 
 #include "FuzzTarget.h"
 
-#include <platform/System/Bundle.h>
+#include <platform/System/StringTable.h>
 
 #include <string>
 

@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 
 #include <platform/OrvUtils/OrvSerial.h>
+#include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
 #include <fmt/format.h>

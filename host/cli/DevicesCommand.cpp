@@ -56,7 +56,7 @@ Json driverJson(const gps::GPSPlugInProtocol& driver, bool explain)
               {"view", viewJson(driver)},
               {"devices", devices}};
     if (explain)
-        json["searched"] = searchedPlacesJson(driver);
+        json["searched"] = searchedLocationsJson(driver);
     return json;
 }
 

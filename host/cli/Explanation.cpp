@@ -25,7 +25,7 @@ namespace host {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using Verdict = gps::SearchedPlace::Verdict;
+using Verdict = gps::SearchedLocation::Verdict;
 
 constexpr std::string_view kEnd =
     "\nA folder that holds a copy of a receiver's files is taken for one with --test-folder.\n";
@@ -33,11 +33,11 @@ constexpr std::string_view kEnd =
 std::string_view verdictText(Verdict verdict)
 {
     switch (verdict) {
-    case Verdict::kTaken:
+    case Verdict::kAccepted:
         return "taken";
-    case Verdict::kRefused:
+    case Verdict::kRejected:
         return "not taken";
-    case Verdict::kPassedOver:
+    case Verdict::kSkipped:
         break;
     }
     return "passed over";
@@ -50,12 +50,12 @@ bool mayOpen(const std::string& port)
 
 /// A driver's places, with what the host itself finds out about a port: whether this user may open
 /// it.
-std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
+std::vector<gps::SearchedLocation> placesOf(const gps::GPSPlugInProtocol& driver)
 {
     const auto* const search = dynamic_cast<const gps::GPSDeviceSearch*>(&driver);
     if (search == nullptr)
         return {};
-    auto places = search->searchedPlaces();
+    auto places = search->searchedLocations();
     for (auto& place : places) {
         if (driver.needsSerialRefresh() && place.advice.empty() && !mayOpen(place.location))
             place.advice = sentencesOf(explainPortFailure(place.location, errno));
@@ -63,7 +63,7 @@ std::vector<gps::SearchedPlace> placesOf(const gps::GPSPlugInProtocol& driver)
     return places;
 }
 
-std::string lineOf(const gps::SearchedPlace& place)
+std::string lineOf(const gps::SearchedLocation& place)
 {
     auto line = place.location + " (" + place.sort + "), " +
                 std::string{verdictText(place.verdict)} + ": " + place.reason + '.';
@@ -73,12 +73,12 @@ std::string lineOf(const gps::SearchedPlace& place)
 }
 
 /// A system has dozens of volumes that are never devices: those of one sort share a place.
-void gatherPassedOver(std::vector<gps::SearchedPlace>& places)
+void gatherPassedOver(std::vector<gps::SearchedLocation>& places)
 {
-    std::vector<gps::SearchedPlace> gathered;
+    std::vector<gps::SearchedLocation> gathered;
     for (auto& place : places) {
-        const auto isAlike = [&](const gps::SearchedPlace& other) {
-            return place.verdict == Verdict::kPassedOver && other.verdict == Verdict::kPassedOver &&
+        const auto isAlike = [&](const gps::SearchedLocation& other) {
+            return place.verdict == Verdict::kSkipped && other.verdict == Verdict::kSkipped &&
                    other.sort == place.sort && other.reason == place.reason;
         };
         const auto alike = std::find_if(gathered.begin(), gathered.end(), isAlike);
@@ -119,7 +119,7 @@ std::string explanationOf(const PlugInBundle& plugIn)
     return text.append(kEnd);
 }
 
-Json searchedPlacesJson(const gps::GPSPlugInProtocol& driver)
+Json searchedLocationsJson(const gps::GPSPlugInProtocol& driver)
 {
     if (dynamic_cast<const gps::GPSDeviceSearch*>(&driver) == nullptr)
         return nullptr;

@@ -17,6 +17,6 @@ namespace host {
 [[nodiscard]] std::string explanationOf(const PlugInBundle& plugIn);
 
 /// For scripts: a driver's places in the order of looking; null where it does not tell.
-[[nodiscard]] nlohmann::ordered_json searchedPlacesJson(const gps::GPSPlugInProtocol& driver);
+[[nodiscard]] nlohmann::ordered_json searchedLocationsJson(const gps::GPSPlugInProtocol& driver);
 
 } // namespace host

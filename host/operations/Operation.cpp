@@ -92,7 +92,8 @@ private:
     const EventStream& stream_;
     std::mutex mutex_;
     Outcome heard_;
-    gps::LogListening listening_; // the last member: nothing is heard before the others are there
+    gps::LogSubscription
+        listening_; // the last member: nothing is heard before the others are there
 };
 
 void note(Outcome& outcome, const EventBatch& batch)

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Works on bytes: every byte of a UTF-8 character outside ASCII is above 127, so it is in no set.
 
 #include "CharacterFilter.h"
 
@@ -17,7 +18,6 @@ std::string stringByRemovingCharactersNotInSet(std::string_view text, const Char
 {
     std::string kept;
     kept.reserve(text.size());
-    // Byte by byte: every byte of a UTF-8 character outside ASCII is above 127, and so in no set.
     std::copy_if(text.begin(), text.end(), std::back_inserter(kept),
                  [&set](char c) { return set.contains(c); });
     return kept;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sets of ASCII characters, and the filter that keeps only a set's. Constant once made: [any]
-// thread.
+// Sets of ASCII characters, and the filter that removes all other characters from a text. Sets are
+// constant after construction. [any]
 
 #pragma once
 
@@ -26,8 +26,8 @@ private:
     std::bitset<256> members_;
 };
 
-/// `stringByRemovingCharactersNotInSet:`: the text without the characters outside the set, order
-/// kept. A character outside ASCII goes as a whole.
+/// `stringByRemovingCharactersNotInSet:`: the text without the characters outside the set. All
+/// bytes of a character outside ASCII are removed. [any]
 [[nodiscard]] std::string stringByRemovingCharactersNotInSet(std::string_view text,
                                                              const CharacterSet& set);
 

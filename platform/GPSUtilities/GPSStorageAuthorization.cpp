@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Every path is authorized.
 
 #include "GPSStorageAuthorization.h"
 

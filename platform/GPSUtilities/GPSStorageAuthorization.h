@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The user's grant of access to a volume. This system grants by file permissions alone, so every
-// path is granted here and a refusal shows when a file is read. [host thread]
+// The user's authorization to access a volume. Linux only has file permissions: every path is
+// authorized here, and a lack of permission shows when a file is read. [host thread]
 
 #pragma once
 
@@ -10,15 +10,15 @@
 
 namespace gps {
 
-/// A path on which access can be opened and closed.
+/// A path whose use must be bracketed by the two functions below.
 class SecurityScopedURL {
 public:
     explicit SecurityScopedURL(std::string path) : path_(std::move(path)) {}
 
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
 
-    void startAccessingSecurityScopedResource() const noexcept {}
-    void stopAccessingSecurityScopedResource() const noexcept {}
+    void startAccessingSecurityScopedResource() const noexcept {} ///< does nothing on Linux
+    void stopAccessingSecurityScopedResource() const noexcept {}  ///< does nothing on Linux
 
 private:
     std::string path_;
@@ -26,7 +26,7 @@ private:
 
 class GPSStorageAuthorization {
 public:
-    /// `authorizedBookmarkURLForPath:error:`. @return  none without a grant
+    /// `authorizedBookmarkURLForPath:error:`: nullopt without authorization. [host thread]
     [[nodiscard]] static std::optional<SecurityScopedURL>
     authorizedBookmarkURLForPath(const std::string& path);
 };

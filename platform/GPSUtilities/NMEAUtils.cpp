@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Coordinates are written by way of integers of 0.00001 minute, so that rounding never yields 60
+// minutes.
 
 #include "NMEAUtils.h"
 
@@ -11,11 +13,9 @@ namespace gps::NMEAUtils {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t kFirstWritableTime =
-    315532800; // 1980-01-01 00:00:00: before that there was no satellite time
-constexpr std::int64_t kLastWritableTime =
-    3471292799; // 2079-12-31 23:59:59: beyond, two digits would name another year
-constexpr std::int64_t kUnitsPerMinute = 100000; // of a written coordinate's last decimal
+constexpr std::int64_t kFirstWritableTime = 315532800; // 1980-01-01 00:00:00
+constexpr std::int64_t kLastWritableTime = 3471292799; // 2079-12-31 23:59:59
+constexpr std::int64_t kUnitsPerMinute = 100000;       // of a written coordinate's last decimal
 constexpr std::int64_t kUnitsPerDegree = 60 * kUnitsPerMinute;
 
 /// The value of a hexadecimal digit; 16 for any other character.
@@ -41,8 +41,8 @@ std::string_view withoutLineEnd(std::string_view line) noexcept
     return line;
 }
 
-/// The checksum of a body and, in the same pass, whether every byte may stand in one. No branch
-/// leaves the loop, so that compilers make vector code of it.
+/// The checksum of a body, and whether all its bytes are allowed. No branch leaves the loop, so
+/// that compilers can vectorize it.
 struct BodyCheck {
     std::uint8_t checksum = 0;
     bool valid = true;
@@ -61,7 +61,7 @@ BodyCheck checkBody(std::string_view body) noexcept
     return {checksum, bad == 0};
 }
 
-/// Two digits at a position of a text that is known to be digits there.
+/// The two digits at an index. Precondition: both are digits.
 constexpr int twoDigits(std::string_view text, std::size_t at) noexcept
 {
     return (text[at] - '0') * 10 + (text[at + 1] - '0');
@@ -78,7 +78,7 @@ bool beginsWithSixDigits(std::string_view text) noexcept
     return true;
 }
 
-/// Days since 1970-01-01 of a "DDMMYY"; none for no such day.
+/// Days since 1970-01-01 for "DDMMYY"; nullopt if the date does not exist.
 std::optional<std::int64_t> dayOf(std::string_view date) noexcept
 {
     if (date.size() != 6 || !beginsWithSixDigits(date))
@@ -93,7 +93,7 @@ std::optional<std::int64_t> dayOf(std::string_view date) noexcept
     return std::chrono::sys_days{day}.time_since_epoch().count();
 }
 
-/// Seconds since midnight of a "HHMMSS" that a point and digits may follow; none for no such time.
+/// Seconds since midnight for "HHMMSS", with optional decimals; nullopt if it is not a time.
 std::optional<std::int64_t> secondOfDay(std::string_view time) noexcept
 {
     if (!beginsWithSixDigits(time))
@@ -114,7 +114,7 @@ std::optional<std::int64_t> secondOfDay(std::string_view time) noexcept
     return hour * 3600 + minute * 60 + second;
 }
 
-/// How far into its day a time is, also before 1970.
+/// Seconds since midnight of a time, also before 1970.
 constexpr std::int64_t secondsSinceMidnight(std::int64_t time) noexcept
 {
     const std::int64_t rest = time % kSecondsPerDay;
@@ -164,7 +164,7 @@ double convertNMEADegreesMinutes(std::string_view degreesMinutes,
     const double number = leadingNumber(degreesMinutes).value_or(0);
     const double whole = std::trunc(number / 100);
     const double degrees = whole + (number - whole * 100) / 60;
-    // Subtracted, not negated: zero has no sign on either side of a line.
+    // Subtracted instead of negated, so that zero never has a minus.
     return direction == "S" || direction == "W" ? 0 - degrees : degrees;
 }
 
@@ -197,8 +197,7 @@ std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexce
     const auto second = secondOfDay(time);
     if (!second)
         return previous;
-    // The first and the last day of a 64-bit count are not whole: a previous value may come from
-    // anywhere.
+    // The previous value may be any number: the addition must not overflow.
     std::int64_t updated = 0;
     return __builtin_add_overflow(previous, *second - secondsSinceMidnight(previous), &updated)
                ? previous

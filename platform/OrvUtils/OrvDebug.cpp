@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Atomic, because workers ask while the host may set the level.
 
 #include "OrvDebug.h"
 

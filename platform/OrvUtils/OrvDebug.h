@@ -7,10 +7,10 @@
 
 namespace gps {
 
-/// Sets the level; 0 is off.
+/// Sets the level; 0 disables debugging. [any]
 void OrvSetDebugLevel(std::int32_t level);
 
-/// Whether debugging is on at a level: the level set is at least as high, and not 0.
+/// Whether the level that was set is not 0 and at least as high as this one. [any]
 [[nodiscard]] bool OrvDebugLevelIs(std::int32_t level);
 
 } // namespace gps

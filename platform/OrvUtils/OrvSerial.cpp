@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The system's own serial line: termios, poll and the monotonic clock. All that is asked of it is
-// in this one file.
+// The only source that uses termios. The line is non-blocking: every wait is a poll() with a
+// deadline, so that neither an unplugged cable nor a blocked receiver can hang a session.
 
 #include "OrvSerial.h"
 
@@ -30,9 +30,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kLongestText = 4096;         ///< bytes; of a longer one the end is kept
-constexpr std::chrono::seconds kOutputLimit{1};    ///< for output to be taken, or to leave
-constexpr std::chrono::milliseconds kDrainStep{1}; ///< between looks at output that is leaving
+constexpr std::size_t kLongestText = 4096;         ///< bytes; only the end of longer text is kept
+constexpr std::chrono::seconds kOutputLimit{1};    ///< for the line to accept or send all output
+constexpr std::chrono::milliseconds kDrainStep{1}; ///< between checks of the output queue
 
 constexpr std::array<std::pair<int, speed_t>, 9> kSpeeds{{
     {0, B0},
@@ -60,8 +60,8 @@ void count(std::atomic<std::uint64_t>& counter, std::uint64_t more)
     counter.fetch_add(more, std::memory_order_relaxed);
 }
 
-/// Makes the line this process's own. The lock stops programs that ask for it, root's too.
-/// @return  0 or the system's error number: ENOTTY for what is no serial line
+/// Locks the line. The lock stops other programs that lock, including those of root.
+/// @return  0 or errno; ENOTTY if it is not a serial line
 int claim(int line)
 {
     termios present;
@@ -72,9 +72,9 @@ int claim(int line)
     return 0;
 }
 
-/// Sets all that the line depends on, for its last user may have left it in any state, and drops
-/// unread input.
-/// @return  0 or the system's error number: EINVAL when the line keeps a setting of its own
+/// Sets everything that the transfer depends on, because the last user may have left the line in
+/// any state, and drops unread input.
+/// @return  0 or errno; EINVAL if the line did not accept a setting
 int configure(int line, speed_t speed)
 {
     termios wanted;
@@ -86,7 +86,7 @@ int configure(int line, speed_t speed)
     wanted.c_cflag |= tcflag_t{CLOCAL | CREAD};
     ::cfsetspeed(&wanted, speed);
 
-    // The system calls it a success when any one of the settings was taken.
+    // tcsetattr() succeeds if it could make any one of the changes: read back what was set.
     termios taken;
     if (::tcsetattr(line, TCSANOW, &wanted) != 0 || ::tcgetattr(line, &taken) != 0)
         return errno;
@@ -97,10 +97,10 @@ int configure(int line, speed_t speed)
     return 0;
 }
 
-/// Lets pending output leave. What a stuck line has not sent within the limit is dropped.
+/// Waits until pending output is sent. Drops what a blocked line has not sent within the limit.
 void drain(int line)
 {
-    // Waiting for the line to be empty has no limit of its own: so the queue is watched first.
+    // tcdrain() has no time limit, so the queue is watched until it is empty.
     const auto deadline = Clock::now() + kOutputLimit;
     int waiting = 0;
     while (::ioctl(line, TIOCOUTQ, &waiting) == 0 && waiting > 0) {
@@ -110,12 +110,12 @@ void drain(int line)
         }
         std::this_thread::sleep_for(kDrainStep);
     }
-    while (::tcdrain(line) != 0 && errno == EINTR) { // the few bytes that the hardware still holds
+    while (::tcdrain(line) != 0 && errno == EINTR) { // for the few bytes in the hardware
     }
 }
 
-/// Waits until the line is ready for an event, or has failed. @return  what poll tells; 0 at the
-/// deadline and after a signal
+/// Waits until the line is ready for an event or has failed.
+/// @return  the events of poll(); 0 at the deadline and after a signal
 short waitFor(int line, short event, Clock::time_point deadline)
 {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
@@ -149,8 +149,8 @@ private:
 
     int line_ = -1;
     std::string path_;
-    Speed speed_{4800, B4800}; ///< what receivers speak when nobody has told them otherwise
-    std::string received_;     ///< read from the line and not yet asked for
+    Speed speed_{4800, B4800}; ///< the default speed of receivers
+    std::string received_;     ///< read from the line but not yet returned
     bool writeFailed_ = false;
 };
 
@@ -181,11 +181,10 @@ int SerialLine::openWithDevicePath(const char* path)
     if (error == 0)
         error = configure(line, speed_.second);
     if (error != 0) {
-        ::close(line); // and nothing else: it may be another program's line
+        ::close(line); // no tcflush(): another program may be using the line
         return error;
     }
-    (void)::ioctl(
-        line, TIOCEXCL); // stops programs that do not ask for the lock, where the line knows how to
+    (void)::ioctl(line, TIOCEXCL); // stops programs that do not lock, if the driver supports it
     line_ = line;
     path_ = path;
     theTraffic.bitsPerSecond.store(speed_.first, std::memory_order_relaxed);
@@ -219,7 +218,7 @@ std::optional<std::string> SerialLine::readStringTo(std::string_view terminator,
     std::size_t from = 0;
     auto text = takeTextTo(terminator, from);
     for (bool inTime = true; !text && inTime;) {
-        inTime = Clock::now() < deadline; // when time has passed, what came meanwhile still counts
+        inTime = Clock::now() < deadline; // input that is already there counts after it, too
         if (const short state = waitFor(line_, POLLIN, deadline)) {
             receive(state);
             text = takeTextTo(terminator, from);
@@ -228,8 +227,8 @@ std::optional<std::string> SerialLine::readStringTo(std::string_view terminator,
     return text;
 }
 
-/// Reads what has come. Nothing at all, and any error, is the end of the line: it was unplugged or
-/// hung up.
+/// Reads the available input. An empty read or an error means that the line was unplugged or hung
+/// up.
 void SerialLine::receive(short state)
 {
     std::array<char, 4096> piece;
@@ -245,8 +244,8 @@ void SerialLine::receive(short state)
         fail("read", error);
 }
 
-/// Takes the text up to the terminator out of what was received, looking at it from a position on.
-/// Without one it moves the position to where a terminator that comes in pieces may begin.
+/// Removes and returns the text before the first terminator at or after `from`. If there is none,
+/// advances `from` past everything that cannot be the start of a split terminator.
 std::optional<std::string> SerialLine::takeTextTo(std::string_view terminator, std::size_t& from)
 {
     const auto end = received_.find(terminator, from);
@@ -267,9 +266,8 @@ void SerialLine::close()
 {
     if (!isOpen())
         return;
-    ::tcflush(line_, TCOFLUSH); // or closing may wait for a stuck line
-    (void)::ioctl(
-        line_, TIOCNXCL); // a pseudo-terminal would stay shut for as long as its other side lives
+    ::tcflush(line_, TCOFLUSH);     // close() may wait for output on a blocked line
+    (void)::ioctl(line_, TIOCNXCL); // otherwise a pseudo-terminal could not be opened again
     ::close(std::exchange(line_, -1));
     received_.clear();
     writeFailed_ = false;

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
-// OrvSerial: a serial port of this machine, and the list of them. A driver's session has one for
-// itself: one thread at a time, [worker] as a rule; the list is the host's: [host thread].
+// OrvSerial: a serial port. A driver's session owns one for its lifetime and calls it on one thread
+// at a time, normally its [worker].
 
 #pragma once
-
-#include <gps/Value.h>
 
 #include <memory>
 #include <optional>
@@ -14,61 +12,54 @@
 
 namespace gps {
 
-/// A line that fails under a session: unplugged, hung up, or refusing its settings.
+/// Thrown when an open line fails: unplugged, hung up, or a setting refused. The text has the path
+/// and the reason.
 class SerialFailure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// How a text becomes bytes on the line.
+/// How text is converted to bytes on the line.
 enum class StringEncoding { kASCII = 1 };
 
-/// The user default that names the paths of further ports, behind which no hardware is known.
-inline constexpr char kTestPortsKey[] = "OrvTestPortList";
-
-/// 8 data bits, no parity, 1 stop bit, no flow control, raw. Abstract, so that a session can be run
-/// on a line in memory.
+/// 8 data bits, no parity, 1 stop bit, no flow control, raw. Abstract, so that tests can run a
+/// session on a line in memory.
 class OrvSerial {
 public:
-    /// `getSerialPorts`: every serial port with hardware behind it, then the paths under
-    /// "OrvTestPortList": USB ports first, each group by name with numbers in numeric order. A
-    /// record holds "location" (the device path), "name" (what a person recognises) and, where
-    /// known, "vendorID", "productID" and "serialNumber". No port twice. [host thread]
-    [[nodiscard]] static Array getSerialPorts();
-
-    /// A closed port; null when the system cannot give one. [any]
+    /// A closed port. [any]
     [[nodiscard]] static std::unique_ptr<OrvSerial> create();
 
     virtual ~OrvSerial() = default;
 
-    /// `setBaudRate:`: bits per second: 1200 to 115200 in the standard steps, or 0, which is passed
-    /// to the system as such. While closed it holds for the next opening, 4800 at first; while
-    /// open, pending output drains at the old speed (what a stuck line has not sent within a second
-    /// is dropped) and unread input is dropped.
-    /// @throws SerialFailure  not such a speed, or the open line does not take it
+    /// `setBaudRate:`: sets the speed in bits per second. While the port is closed, the speed
+    /// applies to the next opening; it is 4800 at first. While it is open, pending output is first
+    /// sent at the old speed (output that a blocked line does not send within one second is
+    /// dropped), and unread input is dropped. [worker]
+    /// @param bitsPerSecond  a standard speed from 1200 to 115200, or 0, which is passed on as it
+    /// is
+    /// @throws SerialFailure  for any other speed, or if the open line does not accept it
     virtual void setBaudRate(int bitsPerSecond) = 0;
 
-    /// `openWithDevicePath:`: opens for reading and writing, not as the controlling terminal,
-    /// closed to a second opener. What was open is closed first; input from before the opening is
-    /// dropped.
-    /// @return  0; otherwise the system's error number (EBUSY: another program has it; ENOTTY: no
-    /// serial line; EINVAL: the line
-    ///          does not take its settings), and it is closed
+    /// `openWithDevicePath:`: opens the port for reading and writing and for this process alone.
+    /// Closes a port that is already open, and drops input from before the opening. [worker]
+    /// @return  0, or an errno, and the port is closed: EBUSY: another program uses it; ENOTTY: not
+    ///          a serial port; EINVAL: the port does not accept the settings
     [[nodiscard]] virtual int openWithDevicePath(const char* path) = 0;
 
-    /// `sendString:usingEncoding:`: writes the text's bytes in one piece. A failure is not told,
-    /// nor that the line has not taken them within a second; the next read raises.
+    /// `sendString:usingEncoding:`: writes the text's bytes. Does not report errors, or a write
+    /// that takes longer than one second; the next read throws instead. [worker]
     virtual void sendString(std::string_view text, StringEncoding encoding) = 0;
 
-    /// `readStringTo:withTimeout:`: the text up to the terminator, without it. What came without
-    /// its terminator stays for the next read. Of a text longer than 4,096 bytes the last 4,096 are
-    /// kept.
-    /// @param timeoutSeconds  for the whole call, however much comes meanwhile
-    /// @return                none when the time has passed, or nothing is open
+    /// `readStringTo:withTimeout:`: reads up to the terminator. Input without a terminator is kept
+    /// for the next read. Of a text longer than 4,096 bytes, only the last 4,096 are returned.
+    /// [worker]
+    /// @param timeoutSeconds  for the whole call, even while input keeps arriving
+    /// @return                the text without its terminator; nullopt after the timeout, or if the
+    ///                        port is closed
     /// @throws SerialFailure  the line has failed
     [[nodiscard]] virtual std::optional<std::string> readStringTo(std::string_view terminator,
                                                                   float timeoutSeconds) = 0;
 
-    /// Closes it, at once: output that has not left yet is dropped. Closing twice is nothing.
+    /// Closes the port at once; unsent output is dropped. Does nothing if it is closed. [worker]
     virtual void close() = 0;
 };
 

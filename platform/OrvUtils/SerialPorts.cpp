@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The list of serial ports, from the device database and the user default for ports that it cannot
-// know.
+// Lists ports from the device database, and from the user default for ports that it cannot know.
 
-#include "OrvSerial.h"
+#include "SerialPorts.h"
 
 #include <gps/NumberText.h>
 #include <platform/System/Udev.h>
@@ -26,9 +25,8 @@ Dictionary recordOf(const std::string& path, std::string name)
     return {{"location", path}, {"name", std::move(name)}};
 }
 
-/// The kernel makes terminals for consoles, which hang on no device, and for ports that a board
-/// might have: a port of type 0 has no chip, and a device without a driver anywhere above it is not
-/// in use.
+/// The kernel also creates terminals for consoles, which have no device, and for ports that a board
+/// might have: a port of type 0 has no chip, and a port without a driver above it is not in use.
 bool hasHardware(udev_device* terminal)
 {
     udev_device* above = udev_device_get_parent(terminal);
@@ -85,8 +83,8 @@ std::vector<Port> hardwarePorts()
     return ports;
 }
 
-/// USB ports first: a receiver's cable hangs there on most machines. Then by name, "ttyUSB2" before
-/// "ttyUSB10".
+/// USB ports first, because most receivers are connected to one. Then by name, with "ttyUSB2"
+/// before "ttyUSB10".
 bool comesBefore(const Port& a, const Port& b)
 {
     if (a.onUsb != b.onUsb)
@@ -95,23 +93,23 @@ bool comesBefore(const Port& a, const Port& b)
                         b.record.findString("name")->c_str()) < 0;
 }
 
-/// Adds the ports that the user names and that are not there yet.
+/// Adds the ports that the user has named, unless they are listed already.
 void addTestPorts(std::vector<Port>& ports)
 {
     for (const auto& path : UserDefaults::standard()
                                 .stringArrayForKey(kTestPortsKey)
                                 .value_or(std::vector<std::string>{})) {
-        const auto isThere = [&](const Port& port) {
+        const auto isListed = [&](const Port& port) {
             return *port.record.findString("location") == path;
         };
-        if (std::none_of(ports.begin(), ports.end(), isThere))
+        if (std::none_of(ports.begin(), ports.end(), isListed))
             ports.push_back({false, recordOf(path, path)});
     }
 }
 
 } // namespace
 
-Array OrvSerial::getSerialPorts()
+Array getSerialPorts()
 {
     auto ports = hardwarePorts();
     std::sort(ports.begin(), ports.end(), comesBefore);

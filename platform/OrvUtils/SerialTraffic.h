@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SerialTraffic: what has gone over this process's serial lines, for a host that shows progress.
-// [any]
+// SerialTraffic: counters of all data on this process's serial ports, for a host that shows
+// progress. [any]
 
 #pragma once
 
@@ -8,7 +8,8 @@
 
 namespace gps {
 
-/// Counts since the process began. Each is right by itself; together they may be a moment apart.
+/// Counts since the process started. Each counter is exact, but they are not read at the same
+/// instant.
 struct SerialTraffic {
     std::uint64_t bytesRead = 0;
     std::uint64_t bytesWritten = 0;
@@ -16,6 +17,7 @@ struct SerialTraffic {
     int bitsPerSecond = 0;       ///< the speed that was set last
 };
 
+/// The present counts. [any]
 [[nodiscard]] SerialTraffic serialTraffic() noexcept;
 
 } // namespace gps

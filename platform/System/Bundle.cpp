@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+// A view resource is checked completely before any of it is used: a driver never gets half a view.
 
 #include "Bundle.h"
 
 #include "FileManager.h"
+#include "Paths.h"
 #include "PropertyList.h"
+#include "StringTable.h"
 
 #include <cstdlib>
 #include <memory>
@@ -19,7 +22,7 @@ std::string parentOf(const std::string& path)
     return path.substr(0, path.rfind('/'));
 }
 
-/// The file's own path, links resolved; empty when there is no such file.
+/// The path with all links resolved; empty if there is no such file.
 std::string resolved(const char* path)
 {
     const std::unique_ptr<char, decltype(&std::free)> real{::realpath(path, nullptr), &std::free};
@@ -44,7 +47,7 @@ std::shared_ptr<View> makeElement(std::string_view className, const std::string&
     return nullptr;
 }
 
-/// The value under a key, if it is a T; `broken` when it is something else.
+/// The value under a key if it is a T; null if it is missing. Sets `broken` for any other type.
 template <typename T>
 const T* optionalValue(const Dictionary& description, std::string_view key, bool& broken)
 {
@@ -54,8 +57,7 @@ const T* optionalValue(const Dictionary& description, std::string_view key, bool
     return typed;
 }
 
-/// An element with all inside it; null when any of it is broken. A property list bounds how deep
-/// that goes.
+/// A view with its subviews; null if any part is not valid. The property list limits the depth.
 std::shared_ptr<View> makeView(const Dictionary& description)
 {
     const auto* className = description.findString("class");
@@ -80,7 +82,7 @@ std::shared_ptr<View> makeView(const Dictionary& description)
     return view;
 }
 
-/// An outlet keeps the whole view alive.
+/// An outlet shares ownership of the whole view.
 template <typename T>
 std::shared_ptr<T> outlet(const std::shared_ptr<View>& view, std::string_view identifier)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Bundle: a folder with a module and its resources. NAME.bundle/Contents/{Info.plist, Linux/,
-// Resources/}. Reads files only when asked; a Bundle itself is a path and may be copied. [any], but
-// views are for the [host thread].
+// Bundle: a folder NAME.bundle that holds a module and its resources, in Contents/Info.plist,
+// Contents/Linux/ and Contents/Resources/. A Bundle object holds only the path and reads files when
+// asked, so it may be copied. [any], except for views, which belong to the [host thread].
 
 #pragma once
 
@@ -19,43 +19,41 @@ public:
     /// @param path  the bundle's folder; it need not exist
     explicit Bundle(std::string path);
 
-    /// The bundle that the code or data at an address was loaded from; none when its file lies in
-    /// no bundle.
+    /// The bundle that the code or data at an address was loaded from; nullopt if it was not loaded
+    /// from a bundle. [any]
     [[nodiscard]] static std::optional<Bundle> containing(const void* address);
 
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
 
-    /// Contents/Info.plist; empty when it cannot be read.
+    /// Contents/Info.plist; empty if it cannot be read. [any]
     [[nodiscard]] Dictionary infoDictionary() const;
 
-    /// The module that Info.plist names under "CFBundleExecutable"; none without one.
+    /// The path of the module that Info.plist names under "CFBundleExecutable"; nullopt if it names
+    /// none. [any]
     [[nodiscard]] std::optional<std::string> executablePath() const;
 
-    /// Contents/Resources/NAME.TYPE; none when there is no such file.
+    /// The path Contents/Resources/NAME.TYPE; nullopt if there is no such file. [any]
     [[nodiscard]] std::optional<std::string> pathForResource(std::string_view name,
                                                              std::string_view type) const;
 
-    /// The property list resource of that name, if it can be read as a dictionary.
+    /// The property list resource of that name; nullopt if it is missing or not a dictionary. [any]
     [[nodiscard]] std::optional<Dictionary> dictionaryResource(std::string_view name) const;
 
     /// Loads a view resource: a property list of nested dictionaries, each with "class" ("View",
     /// "PopUpButton", "Button"), "identifier", and optionally "title", "hidden" and "subviews".
-    /// @return  its outlets, connected by identifier (one that it lacks is null); none when it is
-    /// missing or broken
+    /// [host thread]
+    /// @return  the outlets, found by identifier, null where the view has no such element; nullopt
+    /// if
+    ///          the resource is missing or not valid
     [[nodiscard]] std::optional<ViewOutlets> loadView(std::string_view name) const;
 
     /// `localizedStringForKey:value:table:` with the default table,
-    /// Resources/en.lproj/Localizable.strings: the text under the key, or the key itself where the
-    /// table has none.
+    /// Resources/en.lproj/Localizable.strings: the text under the key, or the key itself if the
+    /// table does not have it. [any]
     [[nodiscard]] std::string localizedString(std::string_view key) const;
 
 private:
     std::string path_;
 };
-
-/// Reads a string table: lines `"key" = "value";` with the one-letter escapes of C, and comments.
-/// [any]
-/// @return  what could be read up to the first mistake
-[[nodiscard]] Dictionary parseStringTable(std::string_view text);
 
 } // namespace gps

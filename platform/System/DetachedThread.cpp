@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Creating the thread is the only step that can fail.
 
 #include "DetachedThread.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Detached threads: nobody joins them. [any]
+// Detached threads: they run on their own, and nobody joins them. [any]
 
 #pragma once
 
@@ -10,10 +10,11 @@
 
 namespace gps {
 
-/// Runs `body` on a thread of its own, which keeps what the body holds until it has returned.
-/// Precondition: the body lets no exception out.
-/// @return  domain "NSPOSIXErrorDomain" with the errno, when the system gives no more threads; the
-/// body is then not run
+/// Runs `body` on a new thread, which owns it until it has returned. [any]
+///
+/// Precondition: the body throws no exception.
+/// @return  domain "NSPOSIXErrorDomain" with the errno if the system cannot create a thread; the
+///          body is not run then
 [[nodiscard]] std::optional<Error> detachNewThread(std::function<void()> body);
 
 } // namespace gps

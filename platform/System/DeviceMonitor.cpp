@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Polls the mount table, which signals changes as POLLPRI, and the device database's socket.
 
 #include "DeviceMonitor.h"
 
@@ -21,10 +22,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A receiver that is plugged in brings its disk, its partition and its mount one after another.
-constexpr std::chrono::milliseconds kGathering{200};
+/// Plugging in a receiver adds a disk, a partition and a mount one after another.
+constexpr std::chrono::milliseconds kCombineFor{200};
 
-/// What poll takes: -1 for ever, 0 once the moment has passed.
+/// The time-out for poll(): -1 for no limit, 0 if the end has passed.
 int millisecondsUntil(Clock::time_point end)
 {
     if (end == Clock::time_point::max())
@@ -47,8 +48,8 @@ UdevMonitor makeMonitor(udev* database)
 
 } // namespace
 
-/// The mount table signals each change of itself once; the device database tells of each device.
-/// Where one of them is missing (a container, say) its descriptor is -1, which poll passes over.
+/// The mount table signals every change once; the device database reports every device. If one of
+/// them is missing, for example in a container, its descriptor is -1, which poll() ignores.
 struct DeviceMonitor::Watches {
     OpenFile mountTable{FileSystem::system(),
                         FileSystem::system().open("/proc/self/mountinfo", O_RDONLY, 0)};
@@ -87,7 +88,7 @@ DeviceChanges DeviceMonitor::wait(std::chrono::milliseconds limit)
         if (watched[1].revents != 0)
             watches_->noteDevice(changes);
         if (first && (changes.volumes || changes.serialPorts))
-            end = std::min(end, Clock::now() + kGathering);
+            end = std::min(end, Clock::now() + kCombineFor);
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// DeviceMonitor: waits until volumes or serial ports come or go. [host thread]
+// DeviceMonitor: waits until volumes or serial ports appear or disappear. [host thread]
 
 #pragma once
 
@@ -12,21 +12,19 @@ namespace gps {
 struct DeviceChanges {
     bool volumes = false;
     bool serialPorts = false;
-    bool interrupted =
-        false; ///< a signal was handled meanwhile, or the wake-up file has something to read
+    bool interrupted = false; ///< a signal was handled, or the wake-up file has data to read
 };
 
 class DeviceMonitor {
 public:
-    /// @param wakeUp  an open file, not owned: a wait ends as soon as something can be read from
-    /// it; -1: none
+    /// @param wakeUp  an open file, not owned; a wait ends when it has data to read. -1 for no file
     explicit DeviceMonitor(int wakeUp = -1);
     ~DeviceMonitor();
     DeviceMonitor(const DeviceMonitor&) = delete;
     DeviceMonitor& operator=(const DeviceMonitor&) = delete;
 
-    /// Waits for the next change, at most as long as given (negative: for ever), and gathers what
-    /// comes close together.
+    /// Waits for the next change. Changes in quick succession are combined. [host thread]
+    /// @param limit  the longest time to wait; negative: no limit
     [[nodiscard]] DeviceChanges wait(std::chrono::milliseconds limit);
 
 private:

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// One mutex keeps the lines in the same order for the system log, the error stream and listeners.
 
 #include "Log.h"
 
@@ -14,26 +15,25 @@
 namespace gps {
 namespace {
 
-constexpr std::size_t kLongestSystemLogLine =
-    1000; ///< bytes; what a system log carries in one piece
+constexpr std::size_t kLongestSystemLogLine = 1000; ///< bytes; system logs cut longer lines
 
 struct Log {
     Log() { ::openlog("magellangps", LOG_PID, LOG_USER); }
 
-    std::mutex mutex; // guards what follows, and keeps the lines in one order everywhere
+    std::mutex mutex; // guards the members below, and keeps the order of lines
     bool toStandardError = false;
     unsigned long lastId = 0;
     std::map<unsigned long, LogListener> listeners;
 };
 
-/// Never destroyed: workers write until the process is gone.
+/// Never destroyed: workers may write until the process has ended.
 Log& theLog()
 {
     static Log& log = *new Log;
     return log;
 }
 
-/// What a device sends may hold line breaks and terminal commands; neither belongs in a line.
+/// Text from a device may contain line breaks and terminal commands.
 std::string printable(std::string_view line)
 {
     std::string text{line};
@@ -44,7 +44,7 @@ std::string printable(std::string_view line)
     return text;
 }
 
-/// A line's front as the system log takes it, cut between two characters.
+/// The start of a line that fits into the system log, without a partial UTF-8 character at its end.
 std::string_view frontForSystemLog(std::string_view line)
 {
     if (line.size() <= kLongestSystemLogLine)
@@ -65,8 +65,8 @@ void write(std::string_view line, const Error* error)
              front.size() < text.size() ? "..." : "");
     if (log.toStandardError) {
         text += '\n';
-        (void)!::write(STDERR_FILENO, text.data(),
-                       text.size()); // at once, so that lines of several processes do not mix
+        // In one call, so that the lines of several processes do not mix.
+        (void)!::write(STDERR_FILENO, text.data(), text.size());
     }
     for (const auto& [id, listener] : log.listeners)
         listener(line, error);
@@ -91,7 +91,7 @@ void setLogToStandardError(bool on)
     log.toStandardError = on;
 }
 
-LogListening::LogListening(LogListener listener)
+LogSubscription::LogSubscription(LogListener listener)
 {
     Log& log = theLog();
     const std::lock_guard lock{log.mutex};
@@ -99,7 +99,7 @@ LogListening::LogListening(LogListener listener)
     log.listeners.emplace(id_, std::move(listener));
 }
 
-LogListening::~LogListening()
+LogSubscription::~LogSubscription()
 {
     Log& log = theLog();
     const std::lock_guard lock{log.mutex};

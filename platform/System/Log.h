@@ -1,37 +1,38 @@
 // SPDX-License-Identifier: MIT
-// The diagnostic log: the system log, the standard error stream when asked, and whoever listens.
-// [any] thread.
+// The diagnostic log. Lines go to the system log, to the standard error stream if enabled, and to
+// all listeners. [any]
 
 #pragma once
 
 #include <functional>
-#include <string>
 #include <string_view>
 
 namespace gps {
 
 class Error;
 
-/// Writes one line.
+/// Writes one line. Control characters are replaced by spaces. [any]
 void logLine(std::string_view line);
 
-/// Writes "source: error" and lets listeners see the error itself.
+/// Writes "source: error". Listeners also get the error itself. [any]
 void logError(std::string_view source, const Error& error);
 
-/// Whether lines go to the standard error stream too. Off at first.
+/// Whether lines are also written to the standard error stream; off at first. [any]
 void setLogToStandardError(bool on);
 
-/// One line, and the error that it tells of (null: none). Both last for the call alone.
+/// Receives one line, and the error that it reports or null. Both are valid during the call only.
 using LogListener = std::function<void(std::string_view line, const Error* error)>;
 
-/// Hears every line, on the thread that writes it, until destroyed. Nothing is heard of after the
-/// destructor. A listener must not write to the log itself.
-class LogListening {
+/// Calls a listener for every line until destroyed, on the thread that writes the line. No call is
+/// running or follows once the destructor has returned. [any]
+///
+/// Precondition: the listener does not write to the log.
+class LogSubscription {
 public:
-    explicit LogListening(LogListener listener);
-    ~LogListening();
-    LogListening(const LogListening&) = delete;
-    LogListening& operator=(const LogListening&) = delete;
+    explicit LogSubscription(LogListener listener);
+    ~LogSubscription();
+    LogSubscription(const LogSubscription&) = delete;
+    LogSubscription& operator=(const LogSubscription&) = delete;
 
 private:
     unsigned long id_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+// A line has a variable number of tags in the middle, ended by "-"; a line that was cut off is
+// skipped.
 
-#include "MountedVolumes.h"
+#include "MountTable.h"
 
 #include <gps/NumberText.h>
 

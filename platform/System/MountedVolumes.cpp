@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
+// Combines the mount table with the device database, which knows what a disk is connected to.
 
 #include "MountedVolumes.h"
 
 #include "FileManager.h"
 #include "FileSystem.h"
+#include "MountTable.h"
 #include "Udev.h"
 
 #include <sys/sysmacros.h>
@@ -13,8 +15,8 @@ namespace {
 
 constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; ///< bytes
 
-/// The block device behind a mount. A volume that spans devices has a number of its own, with major
-/// 0, and names one of them as its source.
+/// The block device of a mounted volume. A volume that spans several devices has a device number of
+/// its own, with major number 0, and names one of the devices as its source.
 std::optional<dev_t> deviceOf(const MountTableEntry& entry)
 {
     if (entry.major != 0)
@@ -31,7 +33,7 @@ bool isMemoryCard(udev_device* disk)
            udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr) != nullptr;
 }
 
-/// A hard disk in a USB case calls itself not removable, and yet it is.
+/// A hard disk in a USB case reports that it is not removable, although it is.
 bool isRemovable(udev_device* disk)
 {
     return textOf(udev_device_get_sysattr_value(disk, "removable")) == "1" || isMemoryCard(disk) ||

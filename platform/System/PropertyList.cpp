@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Checks the whole form, so that a damaged bundle or settings file is reported and not half used.
 
 #include "PropertyList.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Property lists in their XML form, read into values. [any]
+// Property lists in XML form, read into values. Bundles and user defaults are stored in them. [any]
 // Source of the form: the published "PropertyList-1.0" document type.
 
 #pragma once
@@ -15,20 +15,20 @@
 namespace gps {
 
 inline constexpr std::size_t kLargestPropertyList = std::size_t{1} << 20; ///< bytes
-inline constexpr int kDeepestPropertyList = 64; ///< arrays and dictionaries within one another
+inline constexpr int kDeepestPropertyList = 64; ///< levels of nested arrays and dictionaries
 
-/// Reads a property list. Dictionaries keep the file's order; dates and data are taken as their
-/// text.
-/// @param value  out: the list's one value; untouched after a failure
-/// @return       domain "NSCocoaErrorDomain", code 3840, with a description that says what is wrong
-/// at which byte
+/// Parses a property list. Dictionaries keep the order of the file; dates and data become strings.
+/// [any]
+/// @param value  out: the list's one value; unchanged after a failure
+/// @return       domain "NSCocoaErrorDomain", code 3840, with a description of the mistake and its
+///               byte offset
 [[nodiscard]] std::optional<Error> parsePropertyList(std::string_view xml, Value& value);
 
-/// The same from a file; an unreadable one gives the read errors of FileManager.
+/// The same for a file; also returns the read errors of FileManager. [any]
 [[nodiscard]] std::optional<Error> readPropertyList(const std::string& path, Value& value);
 
-/// A property list file whose value is a dictionary; none if it cannot be read or holds something
-/// else.
+/// Reads a file whose value is a dictionary; nullopt if it cannot be read or has another value.
+/// [any]
 [[nodiscard]] std::optional<Dictionary> readPropertyListDictionary(const std::string& path);
 
 } // namespace gps

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+// A hand-written scanner: string tables have no other parser here, and it is fuzzed.
 
-#include "Bundle.h"
+#include "StringTable.h"
 
 #include <gps/Characters.h>
 
@@ -9,8 +10,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// Takes what a string table is made of off the front of a text. Each operation answers whether it
-/// found it.
+/// Removes the elements of a string table from the front of a text. Every function returns whether
+/// it found its element.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : rest_(text) { take(kByteOrderMark); }
@@ -23,7 +24,7 @@ public:
         return true;
     }
 
-    /// White space and comments; false for a comment without an end.
+    /// Skips white space and comments; false for an unterminated comment.
     bool skipGaps()
     {
         for (;;) {

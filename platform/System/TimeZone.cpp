@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Only names that look like zone names reach the library, which would also open files.
 
 #include "TimeZone.h"
 
@@ -13,9 +14,10 @@
 namespace gps {
 namespace {
 
-/// Whether a text is formed like a zone's name. Any other could name a file outside the database,
-/// by "/", ".." or "file:", or one of the library's own zones, by "libc:" or "Fixed/UTC+01:00:00".
-bool isFormedLikeZoneName(std::string_view name)
+/// Whether a text has the form of a zone name. Any other text could name a file outside the
+/// database
+/// ("/", "..", "file:") or one of the library's own zones ("libc:", "Fixed/UTC+01:00:00").
+bool hasZoneNameForm(std::string_view name)
 {
     return !name.empty() && name.front() != '/' &&
            std::all_of(name.begin(), name.end(), [](char c) {
@@ -29,7 +31,7 @@ bool isFormedLikeZoneName(std::string_view name)
 std::optional<std::int32_t> secondsFromGMT(const std::string& name, std::int64_t unixTime)
 {
     cctz::time_zone zone;
-    if (!isFormedLikeZoneName(name) || !cctz::load_time_zone(name, &zone))
+    if (!hasZoneNameForm(name) || !cctz::load_time_zone(name, &zone))
         return std::nullopt;
     return zone.lookup(cctz::time_point<cctz::seconds>{cctz::seconds{unixTime}}).offset;
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The device database's objects, released at the end of their scope. Private to the platform. [host
-// thread]
+// Smart pointers to libudev's objects. Private to the platform. [host thread]
 
 #pragma once
 
@@ -20,7 +19,7 @@ using UdevDevice = std::unique_ptr<udev_device, UdevRelease<&udev_device_unref>>
 using UdevEnumerate = std::unique_ptr<udev_enumerate, UdevRelease<&udev_enumerate_unref>>;
 using UdevMonitor = std::unique_ptr<udev_monitor, UdevRelease<&udev_monitor_unref>>;
 
-/// What the database answers when asked for a text; empty for none.
+/// A text of the database, which is null where it has none.
 inline std::string_view textOf(const char* text)
 {
     return text != nullptr ? std::string_view{text} : std::string_view{};

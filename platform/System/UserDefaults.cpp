@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
+// Reads the stored defaults for every query; there are few of both.
 
 #include "UserDefaults.h"
 
-#include "FileManager.h"
+#include "Paths.h"
 #include "PropertyList.h"
 
 #include <cstdlib>
@@ -17,7 +18,7 @@ std::string environment(const char* name)
     return value != nullptr ? value : "";
 }
 
-/// Source of the rules: the published XDG base directories. A relative folder counts as none.
+/// Source of the rules: the XDG Base Directory Specification. A relative path is ignored.
 std::string configurationFolder()
 {
     auto folder = environment("XDG_CONFIG_HOME");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// User defaults: what the user has set for good, and in front of it what the host's command line
-// sets for this run. The file is $XDG_CONFIG_HOME/com.Orvane.GPSPlugin/defaults.plist
-// ($HOME/.config when that is not set). [host thread]
+// User defaults: settings that the user has stored, overridden by those that the host's command
+// line sets for one run. They are stored in $XDG_CONFIG_HOME/com.Orvane.GPSPlugin/defaults.plist,
+// or below $HOME/.config if XDG_CONFIG_HOME is not set. [host thread]
 
 #pragma once
 
@@ -16,18 +16,19 @@ namespace gps {
 
 class UserDefaults {
 public:
-    /// The process's own. Reads the file anew at each question, so that a change is seen without a
-    /// restart.
+    /// The process's defaults. The file is read again for every query, so that changes take effect
+    /// without a restart. [host thread]
     [[nodiscard]] static UserDefaults& standard();
 
     /// @param path  the property list to read; it need not exist
     explicit UserDefaults(std::string path);
 
-    /// Puts a value in front of the stored one until the process ends. None takes it away.
+    /// Overrides a stored value until the process ends. An empty value removes the override.
+    /// [host thread]
     void setForThisRun(std::string_view key, Value value);
 
-    /// `stringArrayForKey:`: none when the key is missing or its value is not an array of strings
-    /// alone.
+    /// `stringArrayForKey:`: the array of strings under a key; nullopt if the key is missing or its
+    /// value is anything else. [host thread]
     [[nodiscard]] std::optional<std::vector<std::string>>
     stringArrayForKey(std::string_view key) const;
 

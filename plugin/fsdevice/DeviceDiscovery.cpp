@@ -17,7 +17,7 @@
 namespace magellan {
 namespace {
 
-using Verdict = gps::SearchedPlace::Verdict;
+using Verdict = gps::SearchedLocation::Verdict;
 
 /// The one read error that makes a device unauthorized.
 constexpr auto kNoPermission = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoPermission);
@@ -32,31 +32,31 @@ constexpr std::string_view kSuggestReading =
 
 /// A searched location and, if it is a receiver, its device record.
 struct Candidate {
-    gps::SearchedPlace place;
+    gps::SearchedLocation place;
     std::optional<gps::Dictionary> record;
 };
 
-gps::SearchedPlace placeOf(gps::MountedVolume volume)
+gps::SearchedLocation placeOf(gps::MountedVolume volume)
 {
     if (!volume.removable)
-        return {std::move(volume.path), "volume without a disk behind it", Verdict::kPassedOver,
+        return {std::move(volume.path), "volume without a disk behind it", Verdict::kSkipped,
                 std::string{kNotRemovable}, ""};
     if (!*volume.removable)
-        return {std::move(volume.path), "built-in volume", Verdict::kPassedOver,
+        return {std::move(volume.path), "built-in volume", Verdict::kSkipped,
                 std::string{kNotRemovable}, ""};
-    return {std::move(volume.path), "removable volume", Verdict::kRefused, "", ""};
+    return {std::move(volume.path), "removable volume", Verdict::kRejected, "", ""};
 }
 
 /// The mounted volumes, then the test folders, which are treated like removable volumes.
-std::vector<gps::SearchedPlace> listPlaces()
+std::vector<gps::SearchedLocation> listPlaces()
 {
-    std::vector<gps::SearchedPlace> places;
+    std::vector<gps::SearchedLocation> places;
     for (auto& volume : gps::mountedVolumes())
         places.push_back(placeOf(std::move(volume)));
     for (auto& folder : gps::UserDefaults::standard()
                             .stringArrayForKey("MagellanTestFileList")
                             .value_or(std::vector<std::string>{}))
-        places.push_back({std::move(folder), "test folder", Verdict::kRefused, "", ""});
+        places.push_back({std::move(folder), "test folder", Verdict::kRejected, "", ""});
     return places;
 }
 
@@ -69,7 +69,7 @@ gps::Dictionary makeRecord(const std::string& location, std::string name, bool a
 void accept(Candidate& candidate)
 {
     auto& place = candidate.place;
-    place.verdict = Verdict::kTaken;
+    place.verdict = Verdict::kAccepted;
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(place.location, unit);
     if (!error) {
@@ -93,7 +93,7 @@ void accept(Candidate& candidate)
 
 /// Explains why a location without a visible unit file is not a receiver. On a volume that another
 /// user has mounted the file may exist but cannot be seen.
-void reject(gps::SearchedPlace& place)
+void reject(gps::SearchedLocation& place)
 {
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(place.location, unit);
@@ -110,7 +110,7 @@ std::vector<Candidate> searchForReceivers()
     for (auto& place : listPlaces()) {
         auto& candidate = candidates.emplace_back(Candidate{std::move(place), std::nullopt});
         const auto& location = candidate.place.location;
-        if (candidate.place.verdict == Verdict::kPassedOver)
+        if (candidate.place.verdict == Verdict::kSkipped)
             continue;
         if (!gps::FileManager{}.fileExists(unitFilePath(location))) {
             reject(candidate.place);
@@ -148,9 +148,9 @@ void MagellanGPSPlugin::initFSDeviceList()
     setFsDevice(first != nullptr ? std::optional{*first} : std::nullopt);
 }
 
-std::vector<gps::SearchedPlace> MagellanGPSPlugin::searchedPlaces() const
+std::vector<gps::SearchedLocation> MagellanGPSPlugin::searchedLocations() const
 {
-    std::vector<gps::SearchedPlace> places;
+    std::vector<gps::SearchedLocation> places;
     for (auto& candidate : searchForReceivers())
         places.push_back(std::move(candidate.place));
     return places;

@@ -72,7 +72,7 @@ public:
     void initFSDeviceList();
 
     /// Returns every mounted volume and test folder and why it is a device or not.
-    [[nodiscard]] std::vector<gps::SearchedPlace> searchedPlaces() const override;
+    [[nodiscard]] std::vector<gps::SearchedLocation> searchedLocations() const override;
 
     // Before a send.
     [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;

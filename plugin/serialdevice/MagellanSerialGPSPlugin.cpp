@@ -10,6 +10,7 @@
 
 #include <gps/GPSOutputReceiver.h>
 #include <platform/OrvUtils/OrvSerial.h>
+#include <platform/OrvUtils/SerialPorts.h>
 
 #include <exception>
 #include <utility>
@@ -35,7 +36,7 @@ MagellanSerialGPSPlugin::getPluginForClass(std::string_view plugInClass)
 
 const gps::Array& MagellanSerialGPSPlugin::makeSerialPortList()
 {
-    setSerialPortList(gps::OrvSerial::getSerialPorts());
+    setSerialPortList(gps::getSerialPorts());
     const auto* first =
         serialPortList_.empty() ? nullptr : serialPortList_.front().as<gps::Dictionary>();
     setSerialPort(first != nullptr ? std::optional{*first} : std::nullopt);
@@ -43,13 +44,13 @@ const gps::Array& MagellanSerialGPSPlugin::makeSerialPortList()
     return serialPortList_;
 }
 
-std::vector<gps::SearchedPlace> MagellanSerialGPSPlugin::searchedPlaces() const
+std::vector<gps::SearchedLocation> MagellanSerialGPSPlugin::searchedLocations() const
 {
-    std::vector<gps::SearchedPlace> places;
-    for (const auto& port : gps::OrvSerial::getSerialPorts()) {
+    std::vector<gps::SearchedLocation> places;
+    for (const auto& port : gps::getSerialPorts()) {
         const auto& record = *port.as<gps::Dictionary>();
         places.push_back({*record.findString("location"), "serial port",
-                          gps::SearchedPlace::Verdict::kTaken,
+                          gps::SearchedLocation::Verdict::kAccepted,
                           "Only a download can find out whether a receiver is connected", ""});
     }
     return places;

@@ -57,7 +57,7 @@ public:
 
     /// Returns every port as accepted: only a download can find out whether a receiver is
     /// connected.
-    [[nodiscard]] std::vector<gps::SearchedPlace> searchedPlaces() const override;
+    [[nodiscard]] std::vector<gps::SearchedLocation> searchedLocations() const override;
 
     [[nodiscard]] const gps::Array& serialPortList() const noexcept { return serialPortList_; }
     void setSerialPortList(gps::Array records) { serialPortList_ = std::move(records); }

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Records have five to ten keys and are filled anew for every line of a file: a linear search and
+// reused storage make that cheap. The index is for dictionaries of names, which may be huge.
 
 #include <gps/Dictionary.h>
 #include <gps/Value.h>
@@ -13,13 +15,13 @@ namespace {
 
 constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
-/// Up to here a walk along the list beats hashing.
+/// Up to this size, a linear search is faster than hashing.
 constexpr std::size_t kLargestWithoutIndex = 12;
 
 } // namespace
 
-/// Open addressing with linear probing, at most half full. A slot that points at a removed entry
-/// stays, as a step on the way of later probes, until the next rebuild.
+/// Open addressing with linear probing, at most half full. The slot of a removed entry is kept
+/// until the next rebuild, because later probes must step over it.
 struct Dictionary::Index {
     struct Slot {
         std::uint32_t hash = 0;
@@ -54,7 +56,7 @@ struct Dictionary::Index {
     }
 
     std::vector<Slot> slots;
-    std::uint32_t removed = 0; // entries that are none
+    std::uint32_t removed = 0; // entries whose value is empty
 };
 
 Dictionary::Dictionary() noexcept = default;
@@ -74,7 +76,7 @@ Dictionary::Dictionary(const Dictionary& other)
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
     : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)),
-      apart_(std::exchange(other.apart_, 0)), index_(std::move(other.index_))
+      index_(std::move(other.index_))
 {
     other.entries_.clear();
 }
@@ -94,7 +96,6 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
         }
         ++used_;
     }
-    apart_ = used_;
     if (used_ > kLargestWithoutIndex)
         buildIndex();
     return *this;
@@ -102,11 +103,10 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
 
 Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
 {
-    Dictionary taken{
-        std::move(other)}; // it may lie inside this one, which would else end up inside itself
+    // `other` may be stored inside this dictionary: moved out first, it does not end up in itself.
+    Dictionary taken{std::move(other)};
     std::swap(entries_, taken.entries_);
     std::swap(used_, taken.used_);
-    std::swap(apart_, taken.apart_);
     std::swap(index_, taken.index_);
     return *this;
 }
@@ -187,8 +187,6 @@ void Dictionary::remove(std::string_view key)
 void Dictionary::clear() noexcept
 {
     used_ = 0;
-    if (index_)
-        apart_ = 0; // a removed key may have been set again
     index_.reset();
 }
 
@@ -230,20 +228,16 @@ bool operator==(const Dictionary& a, const Dictionary& b) noexcept
     });
 }
 
-/// The value under a key, which is made first if there is none: it may then hold what a cleared
-/// entry held before.
+/// The value under a key, which is added if it is missing. An added value may still hold what an
+/// entry held before clear().
 Value& Dictionary::slotFor(std::string_view key)
 {
-    // A dictionary that is cleared and filled with the same keys in the same order, as it is from
-    // line to line of a file, has the next key at hand, and it need not be looked for.
-    if (used_ < apart_ && !index_ && entries_[used_].key == key)
-        return takeNext();
     const std::uint32_t hash = hashOf(key);
     const std::size_t position = positionOf(key, hash);
     return position == kNotFound ? append(key, hash) : entries_[position].value;
 }
 
-/// What the index wants to know of a key; without one nobody asks.
+/// The key's hash if there is an index to use it.
 std::uint32_t Dictionary::hashOf(std::string_view key) const noexcept
 {
     return index_ ? Index::hashOf(key) : 0;
@@ -275,8 +269,10 @@ Value& Dictionary::append(std::string_view key, std::uint32_t hash)
     if (used_ == entries_.size())
         entries_.emplace_back();
     entries_[used_].key.assign(key);
-    Value& value = takeNext();
-    apart_ = used_;
+    Value& value = entries_[used_].value;
+    if (value.isNone())
+        value = std::string{}; // an empty value would mark the entry as removed
+    ++used_;
     if (index_)
         index_->insert(hash, used_ - 1);
     else if (used_ > kLargestWithoutIndex)
@@ -284,18 +280,7 @@ Value& Dictionary::append(std::string_view key, std::uint32_t hash)
     return value;
 }
 
-/// Takes the entry behind the last one, whose key stands already, into use.
-Value& Dictionary::takeNext()
-{
-    Value& value = entries_[used_].value;
-    if (value.isNone())
-        value = std::string{}; // so that it counts as live until the caller fills it
-    ++used_;
-    return value;
-}
-
-/// Gives the index room again: a larger one, or, where removals left gaps, one for the entries
-/// without the gaps.
+/// Makes room in the index: drops removed entries and rebuilds it, or doubles it if there are none.
 void Dictionary::makeRoom()
 {
     if (index_->removed == 0) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Dictionary: string keys to values, in the order in which the keys were first set. Every record,
-// option and user information is one. A plain value: a copy shares nothing with its original, so
-// threads may each hold their own. This header suffices to pass dictionaries on; to look inside,
-// include <gps/Value.h>.
+// Dictionary: maps string keys to values and keeps the order in which the keys were set. Records,
+// options and an error's user information are dictionaries. A plain value: a copy shares nothing
+// with its original, so each thread may hold its own [any]. This header is enough to pass
+// dictionaries on; include <gps/Value.h> to read or change their values.
 
 #pragma once
 
@@ -20,13 +20,14 @@ class Value;
 struct DictionaryEntry;
 using Array = std::vector<Value>;
 
-/// A flat list that grows a hash index when it becomes large: five keys and a million are both
-/// fast.
+/// A flat list that adds a hash index once it is large, so that five keys and a million keys are
+/// both fast.
 ///
-/// Setting a key again keeps its place; removing and setting again puts it last. No value is ever
-/// none: setting one removes the key. Pointers and iterators hold until the next change of the
-/// dictionary. Precondition of every change: keys and texts that are handed in as views do not lie
-/// in this dictionary.
+/// Setting a present key keeps its position; removing it and setting it again moves it to the end.
+/// A dictionary never holds an empty value: setting one removes the key. Pointers and iterators
+/// stay valid until the next change of the dictionary.
+///
+/// Precondition of every change: keys and texts passed as views do not point into this dictionary.
 class Dictionary {
 public:
     class Iterator;
@@ -35,8 +36,7 @@ public:
     Dictionary(std::initializer_list<DictionaryEntry> entries);
     Dictionary(const Dictionary& other);
     Dictionary(Dictionary&& other) noexcept;
-    /// Reuses the storage that this dictionary has. Precondition: the other does not lie inside
-    /// this one.
+    /// Reuses this dictionary's storage. Precondition: `other` is not stored inside this one.
     Dictionary& operator=(const Dictionary& other);
     Dictionary& operator=(Dictionary&& other) noexcept;
     ~Dictionary();
@@ -44,7 +44,7 @@ public:
     [[nodiscard]] std::size_t size() const noexcept;
     [[nodiscard]] bool empty() const noexcept { return size() == 0; }
 
-    /// @return  the value under a key; null without one
+    /// @return  the value under a key; null if the key is missing
     [[nodiscard]] const Value* find(std::string_view key) const noexcept;
     [[nodiscard]] Value* find(std::string_view key) noexcept;
     [[nodiscard]] bool contains(std::string_view key) const noexcept
@@ -52,8 +52,8 @@ public:
         return find(key) != nullptr;
     }
 
-    /// The text, the dictionary or the array under a key; null when the key is missing or its value
-    /// of another type.
+    /// @return  the string, dictionary or array under a key; null if the key is missing or its
+    ///          value has another type
     [[nodiscard]] const std::string* findString(std::string_view key) const noexcept;
     [[nodiscard]] const Dictionary* findDictionary(std::string_view key) const noexcept;
     [[nodiscard]] const Array* findArray(std::string_view key) const noexcept;
@@ -61,15 +61,14 @@ public:
 
     void set(std::string_view key, Value value);
 
-    /// As `set` with a string, but into the storage that the key, or an entry cleared before,
-    /// already has: in a loop that clears and fills one dictionary again and again, nothing is
-    /// allocated once it is warm.
+    /// The same for a string, but reuses the storage of the key's present value or of an entry that
+    /// clear() left behind: a loop that clears and fills one dictionary soon allocates nothing.
     void setText(std::string_view key, std::string_view text);
 
     void remove(std::string_view key);
-    void clear() noexcept; ///< keeps the storage
+    void clear() noexcept; ///< keeps the storage for reuse
 
-    /// Moves all values out, in order, and leaves the dictionary empty.
+    /// Moves all values out, in order; the dictionary is empty afterwards.
     [[nodiscard]] std::vector<Value> takeValues();
 
     void reserve(std::size_t entries);
@@ -77,7 +76,7 @@ public:
     [[nodiscard]] Iterator begin() const noexcept;
     [[nodiscard]] Iterator end() const noexcept;
 
-    /// The same keys with equal values; the order does not matter.
+    /// Equal if both have the same keys with equal values, in any order.
     friend bool operator==(const Dictionary& a, const Dictionary& b) noexcept;
 
 private:
@@ -87,17 +86,14 @@ private:
     [[nodiscard]] std::uint32_t hashOf(std::string_view key) const noexcept;
     [[nodiscard]] std::size_t positionOf(std::string_view key, std::uint32_t hash) const noexcept;
     Value& append(std::string_view key, std::uint32_t hash);
-    Value& takeNext();
     void makeRoom();
     void buildIndex();
 
-    std::vector<DictionaryEntry>
-        entries_; // [0, used_): in use, removed ones none; behind: storage to reuse
-    // Counts of 32 bits, as the index has them: a million records are a million dictionaries.
-    std::uint32_t used_ = 0;
-    std::uint32_t apart_ =
-        0; // no two of so many keys from the front are equal, those behind used_ included
-    std::unique_ptr<Index> index_; // only when large
+    // [0, used_) are in use, where a removed entry has an empty value; the rest is storage for
+    // reuse.
+    std::vector<DictionaryEntry> entries_;
+    std::uint32_t used_ = 0;       // 32 bits: a million records are a million dictionaries
+    std::unique_ptr<Index> index_; // only in a large dictionary
 };
 
 } // namespace gps

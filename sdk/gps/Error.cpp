@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// All details live in the user information, so that a host may read and extend them by key.
 
 #include <gps/Error.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Error: what an operation that can fail answers, as std::optional<Error> with none for success;
-// and RangeError, the one exception that may cross the boundary between a host and a driver. Plain
-// values: any thread may hold its own.
+// Error: the result of an operation that failed. Operations return std::optional<Error>; nullopt
+// means success. RangeError is the one exception that may cross the boundary between a host and a
+// driver. Plain values: each thread may hold its own [any].
 
 #pragma once
 
@@ -16,18 +16,19 @@
 
 namespace gps {
 
-/// The domain of errors that the operating system's files and folders give.
+/// The domain of errors with files and folders.
 inline constexpr char kFileErrorDomain[] = "NSCocoaErrorDomain";
 
-/// Keys of an error's user information.
+/// Keys of an error's user information. All values are strings, except for the underlying error.
 inline constexpr char kErrorDescriptionKey[] = "NSLocalizedDescription";
 inline constexpr char kErrorSuggestionKey[] = "NSLocalizedRecoverySuggestion";
 inline constexpr char kErrorPathKey[] = "NSFilePath";
-inline constexpr char kErrorReasonKey[] =
-    "NSLocalizedFailureReason"; ///< the system's own text, as errno has it
-inline constexpr char kErrorUnderlyingKey[] =
-    "NSUnderlyingError"; ///< a dictionary: "domain", "code", "userInfo"
+/// The operating system's text for an errno.
+inline constexpr char kErrorReasonKey[] = "NSLocalizedFailureReason";
+/// A dictionary of "domain", "code" and "userInfo".
+inline constexpr char kErrorUnderlyingKey[] = "NSUnderlyingError";
 
+/// A domain, a code that is unique in it, and a dictionary of details for the user.
 class Error {
 public:
     Error(std::string domain, std::int32_t code, Dictionary userInfo = {});
@@ -36,14 +37,15 @@ public:
     [[nodiscard]] std::int32_t code() const noexcept { return code_; }
     [[nodiscard]] const Dictionary& userInfo() const noexcept { return userInfo_; }
 
+    /// The string under the key of that name; nullopt if it is missing.
     [[nodiscard]] std::optional<std::string> description() const;
     [[nodiscard]] std::optional<std::string> suggestion() const;
     [[nodiscard]] std::optional<std::string> path() const;
 
-    /// This error with another one noted as its cause.
+    /// A copy of this error with another one stored as its underlying error.
     [[nodiscard]] Error causedBy(const Error& underlying) const;
 
-    /// One line for a log: domain, code, user information.
+    /// The error as one log line: domain, code and user information.
     [[nodiscard]] std::string text() const;
 
     friend bool operator==(const Error& a, const Error& b) noexcept = default;
@@ -54,16 +56,16 @@ private:
     Dictionary userInfo_;
 };
 
-/// The domain, with the code 0, under which a failure that was thrown is told of as an error.
+/// The domain of errors, all with code 0, that report a thrown exception.
 inline constexpr char kRangeErrorDomain[] = "RangeError";
 
-/// A sentence of the right kind that has too few fields. Leaves a driver only through a file
-/// import, after the import has reported its end.
+/// Thrown for a sentence of the right kind that has too few fields. It leaves a driver only through
+/// a file import, after the import has reported its end.
 class RangeError : public std::out_of_range {
 public:
-    /// @param sentence  the sentence's name, as "PMGNTRK"
-    /// @param field     the position that was wanted, from 0
-    /// @param count     how many fields there are
+    /// @param sentence  the sentence's name, such as "PMGNTRK"
+    /// @param field     the index of the missing field, from 0
+    /// @param count     the number of fields that the sentence has
     RangeError(std::string_view sentence, std::size_t field, std::size_t count);
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// GPSDeviceSearch: what a driver looked at when it searched for its devices, and what it made of
-// each place, so that a host can tell a user whose receiver is not found why. Optional: a host asks
-// a driver for it by dynamic_cast. [host thread]
+// GPSDeviceSearch: what a driver examined when it searched for devices, and what it concluded, so
+// that a host can explain to a user why a receiver was not found. Optional: a host asks a driver
+// for it by dynamic_cast. [host thread]
 
 #pragma once
 
@@ -10,29 +10,29 @@
 
 namespace gps {
 
-/// One place that may or may not be a device.
-struct SearchedPlace {
+/// One location that may or may not be a device: a volume or a port.
+struct SearchedLocation {
     enum class Verdict {
-        kTaken,      ///< it is in the driver's device list
-        kRefused,    ///< it was looked at, and is no device
-        kPassedOver, ///< places of its sort are never devices: it was not looked at
+        kAccepted, ///< it is in the driver's device list
+        kRejected, ///< it was examined and is not a device
+        kSkipped,  ///< it was not examined: locations of its type are never devices
     };
 
-    std::string location; ///< as a device record has it
-    std::string sort;     ///< what it is, for the user: "removable volume"
-    Verdict verdict = Verdict::kPassedOver;
-    std::string
-        reason; ///< one sentence for the user: what it was taken for, or why it was not taken
-    std::string advice; ///< one sentence: what the user can do; empty where nothing is wrong
+    std::string location; ///< as in a device record
+    std::string sort;     ///< what it is, for the user, such as "removable volume"
+    Verdict verdict = Verdict::kSkipped;
+    std::string reason; ///< one sentence for the user: why it was accepted or not
+    std::string advice; ///< one sentence: what the user can do; empty if nothing is wrong
 };
 
 class GPSDeviceSearch {
 public:
-    virtual ~GPSDeviceSearch();
+    virtual ~GPSDeviceSearch() = default;
 
-    /// Searches again, by the same steps as `refreshDeviceList`, and tells of each place in the
-    /// order of looking. Neither the device list nor the selection changes.
-    [[nodiscard]] virtual std::vector<SearchedPlace> searchedPlaces() const = 0;
+    /// Searches again by the same steps as `refreshDeviceList`. Neither the device list nor the
+    /// selection changes. [host thread]
+    /// @return  all locations, in the order in which they were examined
+    [[nodiscard]] virtual std::vector<SearchedLocation> searchedLocations() const = 0;
 };
 
 } // namespace gps

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The driver interface: what a host asks of each driver that a plug-in offers. All of it [host
-// thread].
+// The driver interface: what a host calls on each driver that a plug-in offers. [host thread]
 
 #pragma once
 
@@ -18,60 +17,86 @@ namespace gps {
 class GPSOutputReceiver;
 class View;
 
-/// A driver. A host holds it by shared_ptr; a running operation holds one more, so a driver
-/// outlives its operations. One operation at a time: a host starts the next after the idle report
-/// of the one before.
+/// A driver. A host holds it by shared_ptr, and so does a running operation: a driver lives at
+/// least as long as its operations. Only one operation may run at a time: a host starts the next
+/// one after the idle report of the previous one.
 class GPSPlugInProtocol {
 public:
     using Status = std::shared_ptr<GPSOutputReceiver>;
 
     virtual ~GPSPlugInProtocol() = default;
 
-    /// `className`: for log lines and for people who look at a host's insides.
+    /// `className`: the driver's class, for log lines. [host thread]
     [[nodiscard]] virtual std::string className() const = 0;
 
+    /// `gpsName`: the driver's name for the user. [host thread]
     [[nodiscard]] virtual std::string gpsName() const = 0;
+
+    /// `gpsView`: the driver's settings, for the host to draw; null if it has none. [host thread]
     [[nodiscard]] virtual std::shared_ptr<View> gpsView() const = 0;
 
-    /// `gpsRunPVT:withOptions:`, `gpsStopPVT`: live position. @return  whether it runs; whether it
-    /// was stopped
+    /// `gpsRunPVT:withOptions:`: starts to report the live position. [host thread]
+    /// @return  whether it was started
     virtual bool gpsRunPVT(const Status& status, const Dictionary& options) = 0;
+
+    /// `gpsStopPVT`: stops reporting the live position. [host thread]
+    /// @return  whether it was stopped
     virtual bool gpsStopPVT() = 0;
 
-    /// `gpsRunAcquire:withOptions:`: reads from the device and returns at once; or imports the file
-    /// under "sourcePath" before it returns.
-    /// @return  why it could not start, or the import's error, after `gpsStateChange:` 0 was sent;
-    /// none: it started, or was imported
-    /// @throws RangeError  an imported file holds a sentence that is too short; after
-    /// `gpsStateChange:` 0 was sent
+    /// `gpsRunAcquire:withOptions:`: starts to read from the device and returns at once; or, if the
+    /// options have "sourcePath", imports that file before it returns. [host thread]
+    ///
+    /// @param options  "debug" (number: debug level), "sourcePath" (string), and "tracks",
+    ///                 "waypoints", "routes" (booleans: false skips that kind)
+    /// @return         nullopt if the operation started or the file was imported; otherwise the
+    ///                 error, after `gpsStateChange:` 0 was sent
+    /// @throws RangeError  an imported file has a sentence that is too short; thrown after
+    ///                     `gpsStateChange:` 0 was sent
     [[nodiscard]] virtual std::optional<Error> gpsRunAcquire(const Status& status,
                                                              const Dictionary& options) = 0;
 
-    /// `gpsRunSend:withStatus:andOptions:`: writes to the device and returns at once.
-    /// @param data  "track", "waypoint", "route": arrays of records; null sends nothing
+    /// `gpsRunSend:withStatus:andOptions:`: starts to write to the device and returns at once.
+    /// [host thread]
+    ///
+    /// @param data     "track", "waypoint" and "route": arrays of records; null sends nothing
+    /// @param options  "debug", as above
+    /// @return         as gpsRunAcquire()
     [[nodiscard]] virtual std::optional<Error>
     gpsRunSend(const Dictionary* data, const Status& status, const Dictionary& options) = 0;
 
+    /// `gpsCancel`: asks a running operation to stop. A driver may ignore it. [host thread]
     virtual void gpsCancel() = 0;
 
-    /// Words joined by commas: what can be acquired (tracks, waypoints, routes, geocaches) and sent
-    /// (sendtrk, ...).
+    /// `gpsCapabilities`: what the driver can do, as words joined by commas: the kinds that it
+    /// acquires ("tracks", "waypoints", "routes", "geocaches") and sends ("sendtrk", ...).
+    /// [host thread]
     [[nodiscard]] virtual std::string gpsCapabilities() const = 0;
 
+    /// `isReady`: whether the driver has a device. [host thread]
     [[nodiscard]] virtual bool isReady() const = 0;
-    virtual bool refreshDeviceList() = 0; ///< looks again; answers `isReady`
 
-    /// The devices as records: "location", and where known "name" and "authorized".
+    /// `refreshDeviceList`: searches for devices again. [host thread]
+    /// @return  isReady() afterwards
+    virtual bool refreshDeviceList() = 0;
+
+    /// `deviceList`: one record for each device: "location", and "name" and "authorized" if known.
+    /// [host thread]
     [[nodiscard]] virtual Array deviceList() const = 0;
 
-    /// Which events of the system should make the host call `refreshDeviceList`.
-    /// `needsUSBRefreshOnVendor:product:`: the pointers get the ids to look for, where the answer
-    /// is true.
+    /// `needsUSBRefreshOnVendor:product:`: whether the host should call `refreshDeviceList` when a
+    /// USB device of certain identifiers appears or disappears. [host thread]
+    /// @param vendor   out: the identifiers; set only if the result is true
+    /// @param product  likewise
     virtual bool needsUSBRefreshOnVendor(std::int32_t* vendor, std::int32_t* product) const = 0;
+
+    /// `needsSerialRefresh`: likewise, when serial ports appear or disappear. [host thread]
     [[nodiscard]] virtual bool needsSerialRefresh() const = 0;
+
+    /// `needsFileSystemRefresh`: likewise, when volumes are mounted or unmounted. [host thread]
     [[nodiscard]] virtual bool needsFileSystemRefresh() const = 0;
 
-    /// The extensions that can be imported; none: no import.
+    /// `fileTypes`: the extensions of files that can be imported; nullopt if the driver cannot
+    /// import. [host thread]
     [[nodiscard]] virtual std::optional<std::vector<std::string>> fileTypes() const = 0;
 };
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Conversions saturate instead of being undefined, because devices and hosts send any value.
 
 #include <gps/Number.h>
 #include <gps/NumberText.h>
@@ -19,7 +20,7 @@ template <typename T> Number read(const void* bytes) noexcept
     return Number{value};
 }
 
-/// Exact: a double beyond 2^53 is not rounded into equality with a neighbour.
+/// Compares exactly: an integer beyond 2^53 does not equal the double that it would be rounded to.
 bool equal(std::int64_t integer, double real) noexcept
 {
     return real >= -kTwoTo63 && real < kTwoTo63 && std::trunc(real) == real &&
@@ -32,9 +33,8 @@ Number Number::fromBytes(NumberType type, const void* value) noexcept
 {
     switch (type) {
     case NumberType::kBool:
-        return Number{
-            read<std::int8_t>(value)
-                .boolValue()}; // any byte but 0 is true; a bool of value 2 may not be read as one
+        // Any byte except 0 is true. Reading a byte of 2 as a bool would be undefined.
+        return Number{read<std::int8_t>(value).boolValue()};
     case NumberType::kInt8:
         return read<std::int8_t>(value);
     case NumberType::kInt16:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Number: a number that remembers the numeric type it was made of. A plain value: any thread may
-// hold its own.
+// Number: a number that remembers the numeric type it was created from. A plain value: each thread
+// may hold its own [any].
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace gps {
 
-/// The numeric types that a Number can be made of; the codes are part of the interface.
+/// The numeric types that a Number can be created from; the codes are part of the interface.
 enum class NumberType : std::int32_t {
     kBool = 0,
     kInt8 = 1,
@@ -30,27 +30,26 @@ public:
     Number(float value) noexcept : type_(NumberType::kFloat32), real_(value) {}
     Number(double value) noexcept : type_(NumberType::kFloat64), real_(value) {}
 
-    /// A number of the given type, built from the bytes at `value` (no alignment needed).
-    /// Precondition: as many bytes as the type has are readable there, and the type is one of the
-    /// enumerators.
+    /// Reads a number of the given type from the bytes at `value`, which need not be aligned.
+    ///
+    /// Precondition: all bytes of the type are readable, and the type is one of the enumerators.
     [[nodiscard]] static Number fromBytes(NumberType type, const void* value) noexcept;
 
     [[nodiscard]] NumberType type() const noexcept { return type_; }
     [[nodiscard]] bool isFloating() const noexcept { return type_ >= NumberType::kFloat32; }
 
     [[nodiscard]] bool boolValue() const noexcept; ///< whether it is not 0
-    [[nodiscard]] std::int32_t
-    int32Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
-    [[nodiscard]] std::int64_t
-    int64Value() const noexcept; ///< truncated toward zero, saturated; NaN gives 0
+    /// The number truncated toward zero and saturated at the bounds; 0 for NaN.
+    [[nodiscard]] std::int32_t int32Value() const noexcept;
+    [[nodiscard]] std::int64_t int64Value() const noexcept; ///< likewise
     [[nodiscard]] double doubleValue() const noexcept;
 
-    /// Decimal digits for the whole types and bool, the shortest form that reads back for the
-    /// floating ones.
+    /// Decimal digits for integers and booleans; for floating-point numbers, the shortest text that
+    /// reads back to the same number.
     [[nodiscard]] std::string text() const;
 
-    /// By numeric value, whatever the types: 1, 1.0 and true are equal. A NaN equals a NaN, so that
-    /// every value equals its copy.
+    /// Compares numeric values of any types: 1, 1.0 and true are equal. Two NaNs are equal, so that
+    /// every number equals its copy.
     friend bool operator==(const Number& a, const Number& b) noexcept;
 
 private:

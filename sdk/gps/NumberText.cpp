@@ -14,6 +14,9 @@
 namespace gps {
 namespace {
 
+constexpr auto kMinInt32 = std::numeric_limits<std::int32_t>::min();
+constexpr auto kMaxInt32 = std::numeric_limits<std::int32_t>::max();
+
 /// Removes an optional sign from the front; true for a minus.
 bool takeSign(std::string_view& text) noexcept
 {
@@ -81,11 +84,28 @@ bool isHuge(std::string_view text) noexcept
     return magnitude + exponent > 0;
 }
 
-/// Whether what follows a sign can be a number: from_chars would also accept a second sign and the
-/// words inf and nan.
-bool beginsLikeNumber(std::string_view text) noexcept
+/// A number without its sign, as read from the front of a text.
+struct Magnitude {
+    double value;    // saturated
+    const char* end; // of the number in the text
+    bool isTooLarge = false;
+};
+
+std::optional<Magnitude> readMagnitude(std::string_view text) noexcept
 {
-    return !text.empty() && (isDigit(text.front()) || text.front() == '.');
+    if (const auto quick = shortNumber(text))
+        return Magnitude{*quick, text.data() + text.size()};
+    // from_chars would also accept a second sign and the words inf and nan.
+    if (text.empty() || (!isDigit(text.front()) && text.front() != '.'))
+        return std::nullopt;
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument)
+        return std::nullopt;
+    if (error != std::errc::result_out_of_range)
+        return Magnitude{value, end};
+    const bool isTooLarge = isHuge(text);
+    return Magnitude{isTooLarge ? std::numeric_limits<double>::max() : 0, end, isTooLarge};
 }
 
 /// Reads digits up to the end of a text, without a sign.
@@ -104,18 +124,10 @@ std::optional<double> leadingNumber(std::string_view text) noexcept
 {
     text = withoutLeadingSpace(text);
     const bool minus = takeSign(text);
-    if (const auto quick = shortNumber(text))
-        return minus ? -*quick : *quick;
-
-    if (!beginsLikeNumber(text))
+    const auto number = readMagnitude(text);
+    if (!number)
         return std::nullopt;
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc::invalid_argument)
-        return std::nullopt;
-    if (error == std::errc::result_out_of_range)
-        value = isHuge(text) ? std::numeric_limits<double>::max() : 0;
-    return minus ? -value : value;
+    return minus ? -number->value : number->value;
 }
 
 std::int32_t leadingInt32(std::string_view text) noexcept
@@ -143,20 +155,10 @@ bool leadingBool(std::string_view text) noexcept
 std::optional<double> wholeNumber(std::string_view text) noexcept
 {
     const bool minus = takeSign(text);
-    if (const auto quick = shortNumber(text))
-        return minus ? -*quick : *quick;
-    if (!beginsLikeNumber(text))
+    const auto number = readMagnitude(text);
+    if (!number || number->end != text.data() + text.size() || number->isTooLarge)
         return std::nullopt;
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc::invalid_argument || end != text.data() + text.size())
-        return std::nullopt;
-    if (error == std::errc::result_out_of_range) {
-        if (isHuge(text))
-            return std::nullopt;
-        value = 0;
-    }
-    return minus ? -value : value;
+    return minus ? -number->value : number->value;
 }
 
 std::optional<std::int64_t> wholeInteger(std::string_view text) noexcept
@@ -181,20 +183,12 @@ std::int32_t saturatedInt32(double value) noexcept
 {
     if (std::isnan(value))
         return 0;
-    if (value <= std::numeric_limits<std::int32_t>::min())
-        return std::numeric_limits<std::int32_t>::min();
-    if (value >= std::numeric_limits<std::int32_t>::max())
-        return std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(std::clamp<double>(value, kMinInt32, kMaxInt32));
 }
 
 std::int32_t saturatedInt32(std::int64_t value) noexcept
 {
-    if (value < std::numeric_limits<std::int32_t>::min())
-        return std::numeric_limits<std::int32_t>::min();
-    if (value > std::numeric_limits<std::int32_t>::max())
-        return std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, kMinInt32, kMaxInt32));
 }
 
 void appendShortest(std::string& out, double value)

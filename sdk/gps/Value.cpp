@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// describe() writes strings without escapes: the log replaces control characters itself.
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Value: what a dictionary or an array holds. Plain values all through (numbers, texts, boxed
-// points, arrays and dictionaries are copied whole); the one exception is a status object, which is
-// shared and says itself which threads may call it.
+// Value: an element of a dictionary or an array: a number, string, boxed point, array, dictionary
+// or status object, or empty. Values are copied deeply, so each thread may hold its own [any]. Only
+// a status object is shared; its class states which threads may call it.
 
 #pragma once
 
@@ -24,7 +24,7 @@ class GPSOutputReceiver;
 
 class Value {
 public:
-    Value() noexcept = default; ///< none: what a key that is not there has
+    Value() noexcept = default; ///< an empty value
     Value(Number number) noexcept : held_(number) {}
     template <typename T>
     requires std::is_arithmetic_v<T> Value(T number)
@@ -37,28 +37,29 @@ public:
     Value(Dictionary dictionary) noexcept;
     Value(std::shared_ptr<GPSOutputReceiver> status) noexcept : held_(std::move(status)) {}
 
-    [[nodiscard]] bool isNone() const noexcept { return held_.index() == 0; }
+    [[nodiscard]] bool isNone() const noexcept { return held_.index() == 0; } ///< whether empty
 
-    /// What the value holds if it is of that type, else null: T is Number, std::string, GPSPoint,
-    /// Array, Dictionary or std::shared_ptr<GPSOutputReceiver>.
+    /// The held object if it is a T, otherwise null. T is Number, std::string, GPSPoint, Array,
+    /// Dictionary or std::shared_ptr<GPSOutputReceiver>.
     template <typename T> [[nodiscard]] const T* as() const noexcept
     {
         return std::get_if<T>(&held_);
     }
     template <typename T> [[nodiscard]] T* as() noexcept { return std::get_if<T>(&held_); }
 
-    /// Whether it is a number or a text. What is neither counts as missing where one is looked for.
+    /// Whether the value is a number or a string, the types that the readings below convert.
     [[nodiscard]] bool hasReading() const noexcept
     {
         return as<Number>() != nullptr || as<std::string>() != nullptr;
     }
 
-    /// Boolean and 32-bit integer readings of a number or a text; false and 0 for anything else.
+    /// The value converted to a boolean or an integer, by the rules of Number for a number and of
+    /// leadingBool() and leadingInt32() for a string; false or 0 for any other type.
     [[nodiscard]] bool boolReading() const noexcept;
     [[nodiscard]] std::int32_t int32Reading() const noexcept;
 
-    /// Numbers by numeric value whatever their type, texts byte for byte, points bit for bit,
-    /// arrays and dictionaries element by element, status objects by identity.
+    /// Compares numbers by value regardless of type, strings by bytes, points by bits, arrays and
+    /// dictionaries by elements, and status objects by identity.
     friend bool operator==(const Value& a, const Value& b) noexcept;
 
 private:
@@ -74,7 +75,7 @@ struct DictionaryEntry {
     Value value;
 };
 
-/// Walks the entries in order.
+/// A forward iterator over the entries in order.
 class Dictionary::Iterator {
 public:
     using value_type = DictionaryEntry;
@@ -113,10 +114,10 @@ private:
     const DictionaryEntry* end_ = nullptr;
 };
 
-/// The point boxed under "point"; null without one.
+/// The point under "point"; null if the record has none. [any]
 [[nodiscard]] const GPSPoint* findPoint(const Dictionary& record) noexcept;
 
-/// A value as a person reads it in a log line.
+/// A value as readable text, for log lines. [any]
 [[nodiscard]] std::string describe(const Value& value);
 [[nodiscard]] std::string describe(const Dictionary& dictionary);
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Actions may change the very control that runs them.
 
 #include <gps/View.h>
 
@@ -32,14 +33,14 @@ void PopUpButton::pick(std::size_t item)
     if (item >= items_.size())
         return;
     selected_ = item;
-    // A copy, since the action may rebuild the menu that holds it.
+    // A copy: the action may replace itself.
     if (const auto action = action_)
         action(item);
 }
 
 void Button::press()
 {
-    if (const auto action = action_)
+    if (const auto action = action_) // a copy, as above
         action();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The view model: what a driver shows of itself, without a toolkit. A host draws it as it likes,
-// and hands back what the user does. [host thread] only.
+// The view model: the few controls that a driver shows to the user, independent of any toolkit. A
+// host draws them and reports what the user does. [host thread]
 
 #pragma once
 
@@ -15,8 +15,8 @@
 
 namespace gps {
 
-/// An element of a view, with the elements inside it. Found by its identifier, the name of the
-/// outlet that it fills.
+/// A control or a group of controls. Its identifier is the name of the outlet that it is connected
+/// to.
 class View {
 public:
     explicit View(std::string identifier, std::string title = {});
@@ -36,8 +36,8 @@ public:
     }
     void addSubview(std::shared_ptr<View> view);
 
-    /// This element or the first one inside it, depth first, that bears the identifier and is a T;
-    /// null without one.
+    /// The first view with that identifier that is a T, among this view and, depth first, those
+    /// inside it; null if there is none.
     template <typename T> [[nodiscard]] T* find(std::string_view identifier)
     {
         if (auto* self = identifier == identifier_ ? dynamic_cast<T*>(this) : nullptr)
@@ -56,7 +56,7 @@ private:
     std::vector<std::shared_ptr<View>> subviews_;
 };
 
-/// A list of items with one of them selected, or none.
+/// A list of items of which at most one is selected.
 class PopUpButton : public View {
 public:
     using View::View;
@@ -64,18 +64,18 @@ public:
     [[nodiscard]] const std::vector<std::string>& items() const noexcept { return items_; }
     [[nodiscard]] std::optional<std::size_t> selected() const noexcept { return selected_; }
 
-    /// Driver's side: replaces the items and leaves none selected.
+    /// For the driver: replaces the items and clears the selection.
     void setItems(std::vector<std::string> items);
 
-    /// Driver's side: shows an item as selected, without the action. One that is not there selects
-    /// none.
+    /// For the driver: selects an item without running the action. An index out of range, like
+    /// nullopt, clears the selection.
     void select(std::optional<std::size_t> item) noexcept;
 
-    /// Driver's side: what to do when the user picks an item.
+    /// For the driver: sets what happens when the user picks an item.
     void setAction(std::function<void(std::size_t)> action) { action_ = std::move(action); }
 
-    /// Host's side: the user picked an item. Selects it and runs the action; an item that is not
-    /// there does nothing.
+    /// For the host: the user picked an item. Selects it and runs the action; ignores an index out
+    /// of range.
     void pick(std::size_t item);
 
 private:
@@ -84,22 +84,22 @@ private:
     std::function<void(std::size_t)> action_;
 };
 
-/// A button.
+/// A push button.
 class Button : public View {
 public:
     using View::View;
 
-    /// Driver's side: what to do when the user presses.
+    /// For the driver: sets what happens when the user presses the button.
     void setAction(std::function<void()> action) { action_ = std::move(action); }
 
-    /// Host's side: the user pressed.
+    /// For the host: the user pressed the button.
     void press();
 
 private:
     std::function<void()> action_;
 };
 
-/// What a loaded view resource connects to its owner.
+/// The parts of a loaded view resource that its owner uses; null if the resource lacks them.
 struct ViewOutlets {
     std::shared_ptr<View> gpsView;
     std::shared_ptr<PopUpButton> deviceListMenu;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A device tree and a mount table of a test's own, seen through the real device database. The
+// Testbed: a mocked device tree and a mount table, which the real device database shows. The
 // program must run under umockdev-wrapper.
 
 #pragma once

@@ -2,6 +2,8 @@
 // Whole sessions over a pseudo-terminal against a simulated receiver. Each takes seconds, since a
 // session waits for lines that a receiver may or may not send.
 
+#include <platform/OrvUtils/OrvSerial.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -104,7 +104,7 @@ TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
 
 TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOfIt)
 {
-    using Verdict = gps::SearchedPlace::Verdict;
+    using Verdict = gps::SearchedLocation::Verdict;
     const support::ReceiverFolder other;
     receiver_.unitFile("1");
     testbed_.mount(
@@ -112,12 +112,12 @@ TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOf
         testbed_.mountLine("8:65", receiver_.path()) +
         testbed_.mountLine("8:17", receiver_.path()) + testbed_.mountLine("8:17", other.path()));
     const std::vector<std::pair<std::string, Verdict>> expected{
-        {"built-in volume", Verdict::kPassedOver},
-        {"volume without a disk behind it", Verdict::kPassedOver},
-        {"volume without a disk behind it", Verdict::kPassedOver},
-        {"removable volume", Verdict::kTaken},
-        {"removable volume", Verdict::kRefused}};
-    const auto places = driver_->searchedPlaces();
+        {"built-in volume", Verdict::kSkipped},
+        {"volume without a disk behind it", Verdict::kSkipped},
+        {"volume without a disk behind it", Verdict::kSkipped},
+        {"removable volume", Verdict::kAccepted},
+        {"removable volume", Verdict::kRejected}};
+    const auto places = driver_->searchedLocations();
     ASSERT_EQ(places.size(), expected.size());
     for (std::size_t i = 0; i < places.size(); ++i) {
         EXPECT_EQ(places[i].sort, expected[i].first) << i;

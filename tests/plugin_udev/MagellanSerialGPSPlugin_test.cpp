@@ -69,11 +69,11 @@ TEST_F(SerialDriver, IsMadeForItsClassAlone)
 
 TEST_F(SerialDriver, SearchTellsOfEveryPort)
 {
-    const auto places = make()->searchedPlaces();
+    const auto places = make()->searchedLocations();
     ASSERT_THAT(places, SizeIs(2));
     EXPECT_EQ(places.front().location, "/dev/one");
     EXPECT_EQ(places.front().sort, "serial port");
-    EXPECT_EQ(places.front().verdict, gps::SearchedPlace::Verdict::kTaken);
+    EXPECT_EQ(places.front().verdict, gps::SearchedLocation::Verdict::kAccepted);
     EXPECT_EQ(places.back().location, "/dev/two");
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A refusal that is real: root gives up its rights for as long as this lives. Other users have none
-// to give up.
+// AsNobody: runs the rest of a scope without root's privileges, so that permissions are really
+// refused. Does nothing for other users.
 
 #pragma once
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A copy of the built plug-in bundle, whose resources a test may change before it loads the module
-// as a host does.
+// BundleCopy: a copy of the built plug-in bundle. A test may change its resources before it loads
+// the module as a host does.
 
 #pragma once
 

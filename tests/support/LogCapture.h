@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is written to the log while this lives, on whatever thread.
+// LogCapture: collects the log lines of all threads during its lifetime.
 
 #pragma once
 
@@ -21,7 +21,7 @@ public:
         return lines_;
     }
 
-    /// The errors that lines told of.
+    /// The errors that lines reported.
     [[nodiscard]] std::vector<gps::Error> errors() const
     {
         const std::lock_guard lock{mutex_};
@@ -40,7 +40,7 @@ private:
     mutable std::mutex mutex_;
     std::vector<std::string> lines_;
     std::vector<gps::Error> errors_;
-    gps::LogListening listening_{
+    gps::LogSubscription listening_{
         [this](std::string_view line, const gps::Error* error) { take(line, error); }};
 };
 

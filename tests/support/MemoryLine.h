@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A serial line in memory with a receiver at its end that says what it was told to say. A read with
-// nothing left to say is a time-out that takes no time. One thread at a time.
+// MemoryLine: a serial port in memory whose receiver sends what a test has prepared. A read after
+// the last prepared text times out at once. One thread at a time.
 
 #pragma once
 
@@ -18,7 +18,7 @@
 
 namespace support {
 
-/// What was done with a MemoryLine. Outlives it.
+/// The calls that a MemoryLine has received. Must outlive it.
 struct MemoryLineLog {
     std::vector<std::string> doings; ///< "speed 4800", "open /dev/x", "send $...*hh\r\n", "close"
 
@@ -37,7 +37,7 @@ struct MemoryLineLog {
 
 class MemoryLine : public gps::OrvSerial {
 public:
-    /// @param log  gets everything; outlives this line
+    /// @param log  receives every call; must outlive this line
     explicit MemoryLine(MemoryLineLog& log) : log_(log) {}
     ~MemoryLine() override { close(); }
 

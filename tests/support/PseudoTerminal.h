@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A serial line whose far end the test holds: what it writes there is read here, and the other way
-// round.
+// PseudoTerminal: a serial port whose other end belongs to the test, which plays the receiver.
 
 #pragma once
 

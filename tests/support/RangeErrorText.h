@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a call that meets too few fields says.
+// The texts of RangeErrors, thrown and expected.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// The text of the RangeError that a call throws; empty when it throws none.
+/// The text of the RangeError that a call throws; empty if it throws none.
 template <typename Call> std::string rangeErrorOf(Call&& call)
 {
     try {
@@ -22,7 +22,7 @@ template <typename Call> std::string rangeErrorOf(Call&& call)
     return {};
 }
 
-/// The text for the first field that a sentence lacks which has only so many.
+/// The text for a sentence with too few fields, which names the first missing one.
 inline std::string firstMissing(const std::string& sentence, std::size_t count)
 {
     return gps::RangeError{sentence, count, count}.what();

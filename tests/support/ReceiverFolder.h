@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A mounted receiver of a test's own: a folder laid out like one, and what makes the driver find
-// it.
+// ReceiverFolder: a temporary folder with the layout of a mounted receiver, which the driver finds.
 
 #pragma once
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A status object that keeps every call as a readable line ("newTrack {name = \"A\"}"). Made for a
-// worker's calls to be looked at by the test's thread: all of it is safe from any thread.
+// RecordingReceiver: a status object that stores every call as a readable line ("newTrack {name =
+// \"A\"}"). A worker calls it while the test's thread reads it. [any]
 
 #pragma once
 

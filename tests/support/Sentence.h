@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sentences as receivers write them, and the ways in which one gets damaged. The checksum is worked
-// out here on its own, so that a test does not lean on what it tests.
+// Sentences as receivers write them, and damaged ones. The checksum is computed here independently
+// of the code under test.
 
 #pragma once
 
@@ -24,7 +24,7 @@ inline std::string sentence(std::string_view body)
     return line;
 }
 
-/// The sentence with a checksum that is another body's.
+/// The sentence with a wrong checksum.
 inline std::string breakChecksum(std::string line)
 {
     line.back() = line.back() == '0' ? '1' : '0';

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A folder of a test's own, gone with the test.
+// TemporaryFolder: a new folder that is removed with all its contents at the end of the scope.
 
 #pragma once
 
@@ -19,7 +19,7 @@ public:
         std::string name =
             (std::filesystem::temp_directory_path() / "magellan-test-XXXXXX").string();
         path_ = ::mkdtemp(name.data());
-        // Readable by a child process that has given up its rights, too.
+        // Child processes without privileges must be able to read it.
         std::filesystem::permissions(path_, std::filesystem::perms{0755});
     }
     ~TemporaryFolder()
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::string path() const { return path_.string(); }
     [[nodiscard]] std::string path(std::string_view name) const { return (path_ / name).string(); }
 
-    /// Writes a file below the folder, making the folders on its way. @return  its path
+    /// Writes a file below the folder and creates missing folders. @return  its path
     std::string put(std::string_view name, std::string_view content) const
     {
         const auto file = path_ / name;

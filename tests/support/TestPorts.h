@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Paths that count as serial ports while this lives, instead of those that the user has set.
+// TestPorts: paths that are listed as serial ports during its lifetime, instead of the user's.
 
 #pragma once
 
-#include <platform/OrvUtils/OrvSerial.h>
+#include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
 #include <string>

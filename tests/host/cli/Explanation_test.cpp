@@ -18,13 +18,13 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-using Verdict = gps::SearchedPlace::Verdict;
+using Verdict = gps::SearchedLocation::Verdict;
 
 struct Searching final : support::FakeDriver, gps::GPSDeviceSearch {
     using FakeDriver::FakeDriver;
-    std::vector<gps::SearchedPlace> searchedPlaces() const override { return places; }
+    std::vector<gps::SearchedLocation> searchedLocations() const override { return places; }
 
-    std::vector<gps::SearchedPlace> places;
+    std::vector<gps::SearchedLocation> places;
 };
 
 class Explanation : public testing::Test {
@@ -37,11 +37,11 @@ protected:
 
 TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
 {
-    driver_->places = {{"/proc", "pseudo volume", Verdict::kPassedOver, "Never", ""},
-                       {"/a", "stick", Verdict::kRefused, "Empty", "Fill it"},
-                       {"/home", "disk", Verdict::kPassedOver, "Never", ""},
-                       {"/sys", "pseudo volume", Verdict::kPassedOver, "Never", ""},
-                       {"/b", "stick", Verdict::kTaken, "Good", ""}};
+    driver_->places = {{"/proc", "pseudo volume", Verdict::kSkipped, "Never", ""},
+                       {"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
+                       {"/home", "disk", Verdict::kSkipped, "Never", ""},
+                       {"/sys", "pseudo volume", Verdict::kSkipped, "Never", ""},
+                       {"/b", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_),
                 StartsWith("my-driver:\n"
                            "  /b (stick), taken: Good.\n"
@@ -53,11 +53,11 @@ TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
 
 TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
 {
-    driver_->places = {{"/a", "stick", Verdict::kRefused, "Empty", "Fill it"},
-                       {"/b", "stick", Verdict::kTaken, "Good", ""},
-                       {"/c", "disk", Verdict::kPassedOver, "Never", ""}};
+    driver_->places = {{"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
+                       {"/b", "stick", Verdict::kAccepted, "Good", ""},
+                       {"/c", "disk", Verdict::kSkipped, "Never", ""}};
     EXPECT_EQ(
-        host::searchedPlacesJson(*driver_).dump(),
+        host::searchedLocationsJson(*driver_).dump(),
         R"([{"location":"/a","sort":"stick","verdict":"not taken","reason":"Empty","advice":"Fill it"},)"
         R"({"location":"/b","sort":"stick","verdict":"taken","reason":"Good","advice":null},)"
         R"({"location":"/c","sort":"disk","verdict":"passed over","reason":"Never","advice":null}])");
@@ -69,7 +69,7 @@ TEST_F(Explanation, DriverThatDoesNotTellHasNothingAndNull)
     plugIn_.drivers = {silent};
     EXPECT_THAT(host::explanationOf(plugIn_),
                 StartsWith("silent:\n  There was no place to look at.\n"));
-    EXPECT_TRUE(host::searchedPlacesJson(*silent).is_null());
+    EXPECT_TRUE(host::searchedLocationsJson(*silent).is_null());
 }
 
 TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
@@ -78,7 +78,7 @@ TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
     const auto port = folder.put("ttyUSB0", "");
     std::filesystem::permissions(port, std::filesystem::perms::none);
     driver_->serial = true;
-    driver_->places = {{port, "serial port", Verdict::kTaken, "Good", ""}};
+    driver_->places = {{port, "serial port", Verdict::kAccepted, "Good", ""}};
     {
         const support::AsNobody nobody;
         EXPECT_THAT(host::explanationOf(plugIn_),
@@ -93,7 +93,7 @@ TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
 
 TEST_F(Explanation, WhatAPlaceIsCalledCannotDoHarm)
 {
-    driver_->places = {{"/a\x1b[2J\nb", "stick", Verdict::kTaken, "Good", ""}};
+    driver_->places = {{"/a\x1b[2J\nb", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\x1b")));
     EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\nb")));
 }

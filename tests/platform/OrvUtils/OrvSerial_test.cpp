@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The line on real pseudo-terminals: `receiver_` is their far end.
+// The serial port on real pseudo-terminals; `receiver_` is their far end. tcdrain() is replaced in
+// this program, because no signal can be timed to interrupt it.
 
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialTraffic.h>
@@ -17,6 +18,7 @@
 #include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <support/AsNobody.h>
 #include <support/PseudoTerminal.h>
@@ -26,6 +28,26 @@
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
+
+namespace {
+
+/// The errno values that the next calls of tcdrain() fail with, last one first.
+std::vector<int> drainFailures;
+int drainCalls = 0;
+
+} // namespace
+
+/// Called by the library in place of the system's: a call of this name in the program itself comes
+/// first when the program is loaded.
+extern "C" [[gnu::visibility("default")]] int tcdrain(int file)
+{
+    ++drainCalls;
+    if (drainFailures.empty())
+        return ::ioctl(file, TCSBRK, 1); // what the C library does
+    errno = drainFailures.back();
+    drainFailures.pop_back();
+    return -1;
+}
 
 namespace gps {
 namespace {
@@ -413,6 +435,24 @@ TEST_F(OpenOrvSerial, ANewSpeedDoesNotWaitForAReceiverThatNeverReads)
     send(std::string(3000, 'x'));
     serial_->setBaudRate(9600);
     EXPECT_EQ(receiver_.speed(), speed_t{B9600});
+}
+
+TEST_F(OpenOrvSerial, ANewSpeedGoesOnWaitingForOutputAfterASignal)
+{
+    drainFailures = {EINTR, EINTR};
+    drainCalls = 0;
+    serial_->setBaudRate(9600);
+    EXPECT_EQ(drainCalls, 3);
+    EXPECT_EQ(receiver_.speed(), speed_t{B9600});
+}
+
+TEST_F(OpenOrvSerial, ANewSpeedDoesNotWaitForOutputOnALineThatCannotWait)
+{
+    drainFailures = {EINTR, EIO};
+    drainCalls = 0;
+    serial_->setBaudRate(9600);
+    EXPECT_EQ(drainCalls, 1);
+    drainFailures.clear();
 }
 
 // Sending.

@@ -42,7 +42,7 @@ public:
 
 private:
     std::vector<std::string> lines_;
-    LogListening listening_{
+    LogSubscription listening_{
         [this](std::string_view line, const Error*) { lines_.emplace_back(line); }};
 };
 

@@ -83,7 +83,7 @@ TEST(Log, AListenerHearsLinesAndErrorsAsTheyAre)
     std::vector<std::string> lines;
     std::vector<const Error*> errors;
     {
-        const LogListening listening{[&](std::string_view line, const Error* heard) {
+        const LogSubscription listening{[&](std::string_view line, const Error* heard) {
             lines.emplace_back(line);
             errors.push_back(heard);
         }};
@@ -99,9 +99,9 @@ TEST(Log, EachListenerHearsUntilItsOwnEnd)
 {
     int first = 0;
     int second = 0;
-    const LogListening outer{[&first](std::string_view, const Error*) { ++first; }};
+    const LogSubscription outer{[&first](std::string_view, const Error*) { ++first; }};
     {
-        const LogListening inner{[&second](std::string_view, const Error*) { ++second; }};
+        const LogSubscription inner{[&second](std::string_view, const Error*) { ++second; }};
         logLine("both");
     }
     logLine("one");
@@ -116,7 +116,7 @@ TEST(Log, LinesOfManyThreadsStayWholeAndAllAreHeard)
     StandardError out;
     int heard = 0; // not atomic: listeners are called one at a time
     {
-        const LogListening listening{[&heard](std::string_view, const Error*) { ++heard; }};
+        const LogSubscription listening{[&heard](std::string_view, const Error*) { ++heard; }};
         std::vector<std::thread> threads;
         for (int i = 0; i < kThreads; ++i) {
             threads.emplace_back([i] {
@@ -144,7 +144,7 @@ TEST(Log, NothingIsHeardOfAfterAListenersEndWhileOthersWrite)
     for (int i = 0; i < 100; ++i) {
         auto gone = std::make_unique<int>(0);
         {
-            const LogListening listening{[&gone](std::string_view, const Error*) { ++*gone; }};
+            const LogSubscription listening{[&gone](std::string_view, const Error*) { ++*gone; }};
         }
         gone.reset(); // a late call would touch freed memory
     }

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 
-#include <platform/System/MountedVolumes.h>
+#include <platform/System/MountTable.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include <support/TemporaryFolder.h>
 
 namespace gps {
 namespace {
@@ -82,22 +80,6 @@ TEST(MountTable, EveryCutOfALineIsPassedOverOrWhole)
         EXPECT_EQ(parseMountTable(line.substr(0, length)).size(),
                   length + 1 < line.size() ? 0U : 1U)
             << length;
-}
-
-TEST(MountedVolumes, AMountTableThatCannotBeReadHasNoVolumes)
-{
-    const support::TemporaryFolder folder;
-    EXPECT_TRUE(mountedVolumes(folder.path("none")).empty());
-    EXPECT_TRUE(mountedVolumes(folder.path()).empty());
-}
-
-TEST(MountedVolumes, TheSystemsOwnTableHasTheRoot)
-{
-    const auto volumes = mountedVolumes();
-    bool hasRoot = false;
-    for (const auto& volume : volumes)
-        hasRoot = hasRoot || volume.path == "/";
-    EXPECT_TRUE(hasRoot);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include <platform/System/Bundle.h>
+#include <platform/System/StringTable.h>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include "../Testbed.h"
 
-#include <platform/OrvUtils/OrvSerial.h>
+#include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/DeviceMonitor.h>
 #include <platform/System/UserDefaults.h>
 
@@ -64,7 +64,7 @@ protected:
     static std::vector<std::string> namesOfPorts()
     {
         std::vector<std::string> names;
-        for (const auto& port : OrvSerial::getSerialPorts())
+        for (const auto& port : getSerialPorts())
             names.push_back(*port.as<Dictionary>()->findString("name"));
         return names;
     }
@@ -74,7 +74,7 @@ protected:
 
 TEST_F(SerialPortsTest, WithoutPortsTheListIsEmpty)
 {
-    EXPECT_THAT(OrvSerial::getSerialPorts(), IsEmpty());
+    EXPECT_THAT(getSerialPorts(), IsEmpty());
 }
 
 TEST_F(SerialPortsTest, AUsbPortIsKnownByItsAdapter)
@@ -86,21 +86,21 @@ TEST_F(SerialPortsTest, AUsbPortIsKnownByItsAdapter)
                                     {"vendorID", 0x067B},
                                     {"productID", 0x2303},
                                     {"serialNumber", "A1B2"}}};
-    EXPECT_TRUE(OrvSerial::getSerialPorts() == expected);
+    EXPECT_TRUE(getSerialPorts() == expected);
 }
 
 TEST_F(SerialPortsTest, WhatAnAdapterDoesNotTellIsLeftOut)
 {
     addAdapter("ttyACM0", {"idVendor=none"});
     const Array expected{Dictionary{{"location", "/dev/ttyACM0"}, {"name", "/dev/ttyACM0"}}};
-    EXPECT_TRUE(OrvSerial::getSerialPorts() == expected);
+    EXPECT_TRUE(getSerialPorts() == expected);
 }
 
 TEST_F(SerialPortsTest, APortOfTheBoardIsKnownByItsPath)
 {
     testbed_.add(terminal(kBoard, "ttyS0", "A: type=4\\n\n"));
     const Array expected{Dictionary{{"location", "/dev/ttyS0"}, {"name", "/dev/ttyS0"}}};
-    EXPECT_TRUE(OrvSerial::getSerialPorts() == expected);
+    EXPECT_TRUE(getSerialPorts() == expected);
 }
 
 TEST_F(SerialPortsTest, APortWithoutHardwareBehindItIsNotListed)
@@ -143,7 +143,7 @@ TEST_F(SerialPortsTest, PortsThatTheUserNamesComeLastInTheirOrderAndNoneTwice)
     EXPECT_THAT(namesOfPorts(),
                 ElementsAre("/dev/ttyS0", "/dev/pts/9", "/dev/pts/10", "/dev/pts/1"));
     const Value expected = Dictionary{{"location", "/dev/pts/9"}, {"name", "/dev/pts/9"}};
-    EXPECT_TRUE(OrvSerial::getSerialPorts().at(1) == expected);
+    EXPECT_TRUE(getSerialPorts().at(1) == expected);
 }
 
 TEST_F(SerialPortsTest, AUserDefaultThatIsNoListOfPathsNamesNone)

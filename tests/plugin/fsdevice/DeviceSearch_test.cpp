@@ -20,22 +20,22 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using Verdict = gps::SearchedPlace::Verdict;
+using Verdict = gps::SearchedLocation::Verdict;
 
 class DeviceSearchTest : public testing::Test {
 protected:
     /// Searches the receiver's folder.
-    [[nodiscard]] gps::SearchedPlace search() const
+    [[nodiscard]] gps::SearchedLocation search() const
     {
         support::TestFolders::set({receiver_.path()});
-        const auto places = driver_->searchedPlaces();
+        const auto places = driver_->searchedLocations();
         EXPECT_FALSE(places.empty());
         const auto place = places.back();
         EXPECT_EQ(place.location, receiver_.path());
         EXPECT_EQ(place.sort, "test folder");
 
         driver_->refreshDeviceList();
-        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kTaken ? 1U : 0U)
+        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kAccepted ? 1U : 0U)
             << place.reason;
         return place;
     }
@@ -49,7 +49,7 @@ TEST_F(DeviceSearchTest, ReceiverIsAcceptedUnderItsName)
 {
     receiver_.unitFile("12345");
     const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_EQ(place.verdict, Verdict::kAccepted);
     EXPECT_THAT(place.reason, HasSubstr("Magellan device 12345"));
     EXPECT_THAT(place.advice, IsEmpty());
 }
@@ -57,7 +57,7 @@ TEST_F(DeviceSearchTest, ReceiverIsAcceptedUnderItsName)
 TEST_F(DeviceSearchTest, FolderWithoutAUnitFileIsNotAReceiver)
 {
     const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kRefused);
+    EXPECT_EQ(place.verdict, Verdict::kRejected);
     EXPECT_THAT(place.reason, HasSubstr("USBTRANS/UNIT_ID.DAT"));
     EXPECT_THAT(place.advice, IsEmpty());
 }
@@ -68,7 +68,7 @@ TEST_F(DeviceSearchTest, FolderThatCannotBeReadHasAdvice)
     std::filesystem::permissions(receiver_.path("USBTRANS"), std::filesystem::perms::none);
     const support::AsNobody nobody;
     const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kRefused);
+    EXPECT_EQ(place.verdict, Verdict::kRejected);
     EXPECT_THAT(place.reason, HasSubstr("another user"));
     EXPECT_THAT(place.advice, Not(IsEmpty()));
 }
@@ -78,7 +78,7 @@ TEST_F(DeviceSearchTest, UnitFileWithoutReadPermissionIsAcceptedWithAdvice)
     std::filesystem::permissions(receiver_.unitFile("12345"), std::filesystem::perms::none);
     const support::AsNobody nobody;
     const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_EQ(place.verdict, Verdict::kAccepted);
     EXPECT_THAT(place.reason, HasSubstr("may not be read"));
     EXPECT_THAT(place.advice, Not(IsEmpty()));
 }
@@ -87,7 +87,7 @@ TEST_F(DeviceSearchTest, UnitFileThatIsNotTextIsAcceptedWithTheReason)
 {
     receiver_.unitFile("\xFF");
     const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kTaken);
+    EXPECT_EQ(place.verdict, Verdict::kAccepted);
     EXPECT_THAT(place.reason, HasSubstr("cannot be read as text"));
 }
 
@@ -101,7 +101,7 @@ TEST_F(DeviceSearchTest, SearchChangesNeitherTheListNorTheSelection)
     driver_->setFsDevice(*driver_->deviceList().back().as<gps::Dictionary>());
     const auto selected = driver_->fsDevice();
     support::TestFolders::set({});
-    (void)driver_->searchedPlaces();
+    (void)driver_->searchedLocations();
     EXPECT_EQ(driver_->deviceList().size(), 2U);
     EXPECT_EQ(driver_->fsDevice(), selected);
 }
