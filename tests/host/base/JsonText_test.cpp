@@ -58,10 +58,10 @@ TEST(JsonText, RecordsNest)
         {"name", "R"},
         {"points", gps::Array{gps::Dictionary{{"point", gps::GPSPoint{1, 2, 3, 4, 5}}}, 7}},
         {"empty", gps::Array{}}};
-    EXPECT_EQ(
-        json(record),
-        R"({"name":"R","points":[{"point":{"latitude":1,"longitude":2,"altitude":3,"time":4,"reserved":5}},7],)"
-        R"("empty":[]})");
+    EXPECT_EQ(json(record),
+              R"({"name":"R","points":[{"point":{"latitude":1,"longitude":2,"altitude":3,"time":4,)"
+              R"("reserved":5}},7],)"
+              R"("empty":[]})");
 }
 
 TEST(JsonText, ObjectIsReadWithItsKeysInOrder)
