@@ -32,11 +32,11 @@ constexpr std::string_view kSuggestReading =
 
 /// A searched location and, if it is a receiver, its device record.
 struct Candidate {
-    gps::SearchedLocation place;
+    gps::SearchedLocation searched;
     std::optional<gps::Dictionary> record;
 };
 
-gps::SearchedLocation placeOf(gps::MountedVolume volume)
+gps::SearchedLocation searchedVolume(gps::MountedVolume volume)
 {
     if (!volume.removable)
         return {std::move(volume.path), "volume without a disk behind it", Verdict::kSkipped,
@@ -48,16 +48,16 @@ gps::SearchedLocation placeOf(gps::MountedVolume volume)
 }
 
 /// The mounted volumes, then the test folders, which are treated like removable volumes.
-std::vector<gps::SearchedLocation> listPlaces()
+std::vector<gps::SearchedLocation> listLocations()
 {
-    std::vector<gps::SearchedLocation> places;
+    std::vector<gps::SearchedLocation> locations;
     for (auto& volume : gps::mountedVolumes())
-        places.push_back(placeOf(std::move(volume)));
+        locations.push_back(searchedVolume(std::move(volume)));
     for (auto& folder : gps::UserDefaults::standard()
                             .stringArrayForKey("MagellanTestFileList")
                             .value_or(std::vector<std::string>{}))
-        places.push_back({std::move(folder), "test folder", Verdict::kRejected, "", ""});
-    return places;
+        locations.push_back({std::move(folder), "test folder", Verdict::kRejected, "", ""});
+    return locations;
 }
 
 gps::Dictionary makeRecord(const std::string& location, std::string name, bool authorized)
@@ -68,15 +68,15 @@ gps::Dictionary makeRecord(const std::string& location, std::string name, bool a
 /// Makes the device record of a location that has a unit file.
 void accept(Candidate& candidate)
 {
-    auto& place = candidate.place;
-    place.verdict = Verdict::kAccepted;
+    auto& searched = candidate.searched;
+    searched.verdict = Verdict::kAccepted;
     gps::Dictionary unit;
-    const auto error = readMagellanUnitIDFromPath(place.location, unit);
+    const auto error = readMagellanUnitIDFromPath(searched.location, unit);
     if (!error) {
         const auto* serialNumber = unit.findString("Serial Number");
         const auto name = "Magellan device " + (serialNumber != nullptr ? *serialNumber : "(null)");
-        place.reason = "It is a receiver: " + name;
-        candidate.record = makeRecord(place.location, name, true);
+        searched.reason = "It is a receiver: " + name;
+        candidate.record = makeRecord(searched.location, name, true);
         return;
     }
     // Only a refused permission makes a device unauthorized. With any other error the device stays
@@ -84,39 +84,39 @@ void accept(Candidate& candidate)
     const bool refused = error->code() == kNoPermission;
     if (!refused)
         gps::logError("Error", *error);
-    place.reason =
+    searched.reason =
         refused ? "It is a receiver, but its file USBTRANS/UNIT_ID.DAT may not be read"
                 : "It is a receiver, but its file USBTRANS/UNIT_ID.DAT cannot be read as text";
-    place.advice = refused ? kSuggestReading : "";
-    candidate.record = makeRecord(place.location, "Unauthorized Magellan device", !refused);
+    searched.advice = refused ? kSuggestReading : "";
+    candidate.record = makeRecord(searched.location, "Unauthorized Magellan device", !refused);
 }
 
 /// Explains why a location without a visible unit file is not a receiver. On a volume that another
 /// user has mounted the file may exist but cannot be seen.
-void reject(gps::SearchedLocation& place)
+void reject(gps::SearchedLocation& searched)
 {
     gps::Dictionary unit;
-    const auto error = readMagellanUnitIDFromPath(place.location, unit);
+    const auto error = readMagellanUnitIDFromPath(searched.location, unit);
     const bool isForbidden = error && error->code() == kNoPermission;
-    place.reason =
+    searched.reason =
         isForbidden ? "It cannot be read: another user has mounted it, or its permissions forbid it"
                     : kNoUnitFile;
-    place.advice = isForbidden ? kSuggestEjecting : "";
+    searched.advice = isForbidden ? kSuggestEjecting : "";
 }
 
 std::vector<Candidate> searchForReceivers()
 {
     std::vector<Candidate> candidates;
-    for (auto& place : listPlaces()) {
-        auto& candidate = candidates.emplace_back(Candidate{std::move(place), std::nullopt});
-        const auto& location = candidate.place.location;
-        if (candidate.place.verdict == Verdict::kSkipped)
+    for (auto& location : listLocations()) {
+        auto& candidate = candidates.emplace_back(Candidate{std::move(location), std::nullopt});
+        const auto& path = candidate.searched.location;
+        if (candidate.searched.verdict == Verdict::kSkipped)
             continue;
-        if (!gps::FileManager{}.fileExists(unitFilePath(location))) {
-            reject(candidate.place);
+        if (!gps::FileManager{}.fileExists(unitFilePath(path))) {
+            reject(candidate.searched);
             continue;
         }
-        const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(location);
+        const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(path);
         if (url)
             url->startAccessingSecurityScopedResource();
         accept(candidate);
@@ -150,10 +150,10 @@ void MagellanGPSPlugin::initFSDeviceList()
 
 std::vector<gps::SearchedLocation> MagellanGPSPlugin::searchedLocations() const
 {
-    std::vector<gps::SearchedLocation> places;
+    std::vector<gps::SearchedLocation> locations;
     for (auto& candidate : searchForReceivers())
-        places.push_back(std::move(candidate.place));
-    return places;
+        locations.push_back(std::move(candidate.searched));
+    return locations;
 }
 
 /// Fills the pop-up, which is visible only if there are two devices to choose from.

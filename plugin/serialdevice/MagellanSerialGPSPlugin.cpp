@@ -46,14 +46,14 @@ const gps::Array& MagellanSerialGPSPlugin::makeSerialPortList()
 
 std::vector<gps::SearchedLocation> MagellanSerialGPSPlugin::searchedLocations() const
 {
-    std::vector<gps::SearchedLocation> places;
+    std::vector<gps::SearchedLocation> locations;
     for (const auto& port : gps::getSerialPorts()) {
         const auto& record = *port.as<gps::Dictionary>();
-        places.push_back({*record.findString("location"), "serial port",
-                          gps::SearchedLocation::Verdict::kAccepted,
-                          "Only a download can find out whether a receiver is connected", ""});
+        locations.push_back({*record.findString("location"), "serial port",
+                             gps::SearchedLocation::Verdict::kAccepted,
+                             "Only a download can find out whether a receiver is connected", ""});
     }
-    return places;
+    return locations;
 }
 
 void MagellanSerialGPSPlugin::setSerialPort(std::optional<gps::Dictionary> record)
