@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+// `acquire`: one download from the selected device.
 
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
-#include "host/transfer/Download.h"
+#include "host/cli/DownloadCommand.h"
+
+#include <utility>
 
 namespace host {
 
@@ -15,7 +18,9 @@ ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return download(*chosen.driver, {driverOptions(options)}, options, console);
+    auto request = downloadRequest(options);
+    request.location = chosen.location;
+    return runDownload(*chosen.driver, std::move(request), options, console);
 }
 
 } // namespace host

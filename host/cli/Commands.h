@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The commands, one file each. [host thread]
+// The commands. Each has a source of its own; Program.cpp runs the one that was parsed. They print
+// their results and return the exit status. [host thread]
 
 #pragma once
 
@@ -10,11 +11,12 @@
 
 namespace host {
 
-/// `info`: the plug-in and its drivers.
+/// `info`: describes the plug-in and its drivers.
 [[nodiscard]] ExitStatus runInfo(const PlugInBundle& plugIn, const InfoOptions& options,
                                  const Console& console);
 
-/// `devices`: each driver's devices; with `--watch` again after each change, until interrupted.
+/// `devices`: lists each driver's devices; with `--watch` again after each change, until
+/// interrupted.
 [[nodiscard]] ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
                                     const Console& console);
 
@@ -22,7 +24,7 @@ namespace host {
 [[nodiscard]] ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
                                     const Console& console);
 
-/// `import`: imports files, one operation each.
+/// `import`: downloads from files, with one operation for each.
 [[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
                                    const Console& console);
 
@@ -34,14 +36,14 @@ namespace host {
 [[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                                     const Console& console);
 
-/// `watch`: acquires from every receiver that appears, until it is told to end.
+/// `watch`: downloads from every receiver that appears, until a signal ends it.
 [[nodiscard]] ExitStatus runWatch(const PlugInBundle& plugIn, const WatchOptions& options,
                                   const Console& console);
 
 /// The whole program: reads the command line, loads the plug-in, runs the command.
 [[nodiscard]] ExitStatus runProgram(int argc, const char* const* argv);
 
-/// Prints on the standard output. @return  failed, after saying so, when it cannot be written
+/// Prints on the standard output. If that fails, prints the error and returns kFailed.
 [[nodiscard]] ExitStatus print(std::string_view text, const Console& console);
 
 } // namespace host

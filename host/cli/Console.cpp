@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Texts may come from a device, so they are made harmless before they reach a terminal.
 
 #include "host/cli/Console.h"
 
@@ -6,16 +7,17 @@
 #include "host/base/Text.h"
 
 #include <cstdio>
+#include <string>
 
 namespace host {
 namespace {
 
-void say(std::string_view prefix, std::string_view text)
+void printLine(std::string_view prefix, std::string_view text)
 {
     std::string line{prefix};
     line += displayText(text);
     line += '\n';
-    std::fputs(line.c_str(), stderr);
+    std::fputs(line.c_str(), stderr); // in one piece: other programs may write there, too
 }
 
 } // namespace
@@ -27,21 +29,28 @@ void Console::error(const gps::Error& error) const
 
 void Console::error(std::string_view sentence) const
 {
-    if (errors_ != nullptr)
-        errors_->emplace_back(sentence);
-    else
-        say("magellangps: ", sentence);
+    printLine("magellangps: ", sentence);
 }
 
 void Console::note(std::string_view sentence) const
 {
-    if (!quiet_)
-        say("note: ", sentence);
+    if (!isQuiet_)
+        printLine("note: ", sentence);
+}
+
+void Console::messages(const std::vector<Message>& messages) const
+{
+    for (const auto& message : messages) {
+        if (message.isError)
+            error(message.text);
+        else
+            note(message.text);
+    }
 }
 
 void Console::lines(std::string_view text) const
 {
-    if (!quiet_)
+    if (!isQuiet_)
         std::fwrite(text.data(), 1, text.size(), stderr);
 }
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Console: what the program says to the person at the terminal, on the standard error stream. [host
-// thread]
+// Console: what the program says to the person at the terminal, on standard error. [host thread]
 
 #pragma once
 
+#include "host/cli/Message.h"
+
 #include <gps/Error.h>
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,28 +14,28 @@ namespace host {
 
 class Console {
 public:
-    /// @param quiet  whether notes are left unsaid
-    /// @param errors  gets the bad news, a text each, instead of the error stream; null: they are
-    /// printed
-    explicit Console(bool quiet, std::vector<std::string>* errors = nullptr)
-        : quiet_(quiet), errors_(errors)
-    {}
+    /// @param isQuiet  whether only errors are printed
+    explicit Console(bool isQuiet) : isQuiet_(isQuiet) {}
 
-    /// One line: the description, the recovery suggestion and the path, as far as there are any.
+    /// Prints one line: the description, the recovery suggestion and the path, as far as the error
+    /// has them.
     void error(const gps::Error& error) const;
 
-    /// One line of bad news.
+    /// Prints one line. Control characters in it are replaced.
     void error(std::string_view sentence) const;
 
-    /// One line that may go unread.
+    /// Prints one line unless quiet. Control characters in it are replaced.
     void note(std::string_view sentence) const;
 
-    /// Lines that may go unread, each harmless and with its line end already.
+    /// Prints each message as an error or a note.
+    void messages(const std::vector<Message>& messages) const;
+
+    /// Prints lines as they are, unless quiet.
+    /// Precondition: the text is free of control characters except for the line ends.
     void lines(std::string_view text) const;
 
 private:
-    bool quiet_;
-    std::vector<std::string>* errors_;
+    bool isQuiet_;
 };
 
 } // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program tells the shell. The one place that fixes the numbers.
+// ExitStatus: what the program returns to the shell. Scripts depend on the numbers.
 
 #pragma once
 
@@ -7,7 +7,7 @@ namespace host {
 
 enum class ExitStatus : int {
     kSuccess = 0,
-    kFailed = 1,          ///< an operation or the output failed, or something is missing
+    kFailed = 1,          ///< an operation or the output failed, or records are missing
     kUsage = 2,           ///< the command line is wrong
     kNothingToWorkOn = 3, ///< no plug-in, no driver or no device
 };

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+// `import`: one download from the given files, all into one output.
 
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
-#include "host/transfer/Download.h"
+#include "host/cli/DownloadCommand.h"
+
+#include <utility>
 
 namespace host {
 
@@ -14,10 +17,9 @@ ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    std::vector<gps::Dictionary> operations;
-    for (const auto& file : options.files)
-        operations.push_back(driverOptions(options, file));
-    return download(*driver, operations, options, console);
+    auto request = downloadRequest(options);
+    request.sourceFiles = options.files;
+    return runDownload(*driver, std::move(request), options, console);
 }
 
 } // namespace host

@@ -7,7 +7,6 @@
 #include "host/cli/RawOptions.h"
 #include "host/completions/Completions.h"
 #include "host/formats/Formats.h"
-#include "host/operations/Operation.h"
 
 #include <CLI/CLI.hpp>
 
@@ -367,17 +366,6 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     if (const auto wrong = finish(std::move(raw), parsed.options); !wrong.empty())
         return mistake(wrong);
     return parsed;
-}
-
-gps::Dictionary driverOptions(const DownloadOptions& options, const std::string& sourcePath)
-{
-    gps::Dictionary dictionary = options.driverOptions.value_or(gps::Dictionary{
-        {"waypoints", options.waypoints}, {"routes", options.routes}, {"tracks", options.tracks}});
-    if (options.debug)
-        dictionary.set("debug", *options.debug);
-    if (!sourcePath.empty())
-        dictionary.set(kSourcePathKey, sourcePath);
-    return dictionary;
 }
 
 } // namespace host

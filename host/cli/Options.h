@@ -107,9 +107,4 @@ struct ParsedCommandLine {
 
 [[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
-/// The options dictionary for a driver's operation.
-/// @param sourcePath  the file to import; empty to read the device
-[[nodiscard]] gps::Dictionary driverOptions(const DownloadOptions& options,
-                                            const std::string& sourcePath = {});
-
 } // namespace host

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Rows are kept until the end, since a table's columns are as wide as their longest text.
 
 #include "host/cli/Summary.h"
 
@@ -14,7 +15,7 @@
 namespace host {
 namespace {
 
-std::string momentText(const std::optional<std::int64_t>& time)
+std::string timeText(const std::optional<std::int64_t>& time)
 {
     std::string text;
     if (time)
@@ -22,7 +23,7 @@ std::string momentText(const std::optional<std::int64_t>& time)
     return text;
 }
 
-std::string kilometresText(const std::optional<double>& kilometres)
+std::string kilometreText(const std::optional<double>& kilometres)
 {
     std::string text;
     if (kilometres)
@@ -101,8 +102,8 @@ std::optional<gps::Error> Summary::finish()
                  {"Last (UTC)"},
                  {"Length km", kRight}}};
     const auto add = [&](const Row& row) {
-        table.add({row.kind, row.name, std::to_string(row.points), momentText(row.first),
-                   momentText(row.last), kilometresText(row.kilometres)});
+        table.add({row.kind, row.name, std::to_string(row.points), timeText(row.first),
+                   timeText(row.last), kilometreText(row.kilometres)});
     };
     add(wayPoints_);
     add(geocaches_);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Summary: what came, as a table for people. One thread at a time.
+// Summary: what a download brought, as a table for people. A writer for the standard output. One
+// thread at a time.
 
 #pragma once
 
@@ -15,8 +16,8 @@
 
 namespace host {
 
-/// One row for all waypoints, one for all geocaches, one for each route and each track, one for the
-/// totals.
+/// The table has a row for all waypoints, one for all geocaches, one for each route and each track,
+/// and one for the totals. It is printed by close().
 class Summary final : public CollectionWriter {
 public:
     explicit Summary(Output& output) : output_(output) {}
@@ -26,7 +27,7 @@ private:
         std::string kind{};
         std::string name{};
         std::size_t points = 0;
-        std::optional<std::int64_t> first{}; // the earliest and the latest moment
+        std::optional<std::int64_t> first{}; // earliest and latest timestamp
         std::optional<std::int64_t> last{};
         std::optional<double> kilometres{};
     };
@@ -48,7 +49,7 @@ private:
     Output& output_;
     Row wayPoints_{.kind = "Waypoints"};
     Row geocaches_{.kind = "Geocaches"};
-    std::vector<Row> collections_; // the last one is open while it gets its points
+    std::vector<Row> collections_; // the last one may still get points
     PathLength length_;
 };
 

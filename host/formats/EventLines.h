@@ -17,6 +17,7 @@ public:
 
     void event(const Event& event) override;
     void result(const std::optional<gps::Error>& error) override;
+    void flush() override { output_.flush(); }
     [[nodiscard]] std::optional<gps::Error> close() override { return output_.flush(); }
 
 private:

@@ -23,6 +23,9 @@ public:
     /// What an operation returned: an error, or nullopt for success.
     virtual void result(const std::optional<gps::Error>& error) { (void)error; }
 
+    /// Hands what was written so far to whoever reads the output while it grows.
+    virtual void flush() {}
+
     /// Ends the output. @return  the first failure since the start
     [[nodiscard]] virtual std::optional<gps::Error> close() = 0;
 

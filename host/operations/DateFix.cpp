@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A time below the first date that GPS can express counts as a time of day without a date; see
+// hasTimestamp().
 
 #include "host/operations/DateFix.h"
 
@@ -7,14 +9,13 @@
 #include <gps/NumberText.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace host {
 namespace {
 
 constexpr std::int64_t kDay = 86400; // seconds
 constexpr std::int64_t kWeek = 7 * kDay;
-constexpr std::int64_t kWeeksInACount = 1024;
+constexpr std::int64_t kWeeksOfACounter = 1024;
 
 } // namespace
 
@@ -30,7 +31,7 @@ std::optional<DateRule> readDateRule(std::string_view text) noexcept
     return DateRule{.weeks = static_cast<std::int32_t>(*weeks)};
 }
 
-const Event& DateFix::mended(const Event& event)
+const Event& DateFix::adjusted(const Event& event)
 {
     if (event.kind != EventKind::kTrackPoint)
         trackWeeks_.reset();
@@ -42,35 +43,31 @@ const Event& DateFix::mended(const Event& event)
     const auto weeks = weeksFor(event);
     if (weeks == 0)
         return event;
-    mended_ = event;
-    mended_.point.time += weeks * kWeek;
-    if (auto* const boxed = mended_.record.find(gps::kPointKey);
+    ++adjustedCount_;
+    adjusted_ = event;
+    adjusted_.point.time += weeks * kWeek;
+    if (auto* const boxed = adjusted_.record.find(gps::kPointKey);
         boxed != nullptr && boxed->as<gps::GPSPoint>() != nullptr)
-        boxed->as<gps::GPSPoint>()->time = mended_.point.time;
-    return mended_;
+        boxed->as<gps::GPSPoint>()->time = adjusted_.point.time;
+    return adjusted_;
 }
 
-std::string DateFix::hint() const
+std::optional<std::int64_t> DateFix::suspectNewest() const noexcept
 {
-    const bool isAsked = rule_.isAuto || rule_.weeks != 0;
-    if (isAsked || !newest_ || !looksOld(*newest_))
-        return {};
-    std::string moment;
-    appendTimestamp(moment, *newest_, ' ');
-    return "The dates look 1024 weeks old, the newest being " + moment.substr(0, moment.find(' ')) +
-           ": receivers' week counts roll over; --fix-dates auto adds 1024 weeks";
+    const bool isAdjusting = rule_.isAuto || rule_.weeks != 0;
+    return !isAdjusting && newest_ && looksOld(*newest_) ? newest_ : std::nullopt;
 }
 
 bool DateFix::looksOld(std::int64_t time) const noexcept
 {
-    return time + kWeeksInACount * kWeek <= now_ + kDay;
+    return time + kWeeksOfACounter * kWeek <= now_ + kDay;
 }
 
 std::int64_t DateFix::weeksFor(const Event& event) noexcept
 {
     if (!rule_.isAuto)
         return rule_.weeks;
-    const auto own = looksOld(event.point.time) ? kWeeksInACount : 0;
+    const auto own = looksOld(event.point.time) ? kWeeksOfACounter : 0;
     if (event.kind != EventKind::kTrackPoint)
         return own;
     trackWeeks_ = trackWeeks_.value_or(own);

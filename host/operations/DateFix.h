@@ -1,54 +1,59 @@
 // SPDX-License-Identifier: MIT
-// DateFix: mends the times of a receiver whose count of weeks has rolled over. Satellites count
-// 1024 weeks and begin anew, so such a receiver tells dates that lie 1024 weeks, or 19.6 years, too
-// early. One thread at a time.
+// DateFix: adjusts the times of a receiver whose week counter has rolled over. Satellites count
+// 1024 weeks and then start again at zero, so the dates of such a receiver are 1024 weeks (19.6
+// years) too early. Used by downloads. One thread at a time.
 
 #pragma once
 
 #include "host/operations/Event.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace host {
 
 /// What is added to times. By default nothing.
 struct DateRule {
-    static constexpr std::int32_t kMostWeeks =
-        5218; ///< either way: the hundred years of which a receiver's dates are
+    /// The limit in either direction: a receiver's dates have two-digit years, so they span a
+    /// century.
+    static constexpr std::int32_t kMostWeeks = 5218;
 
-    bool isAuto = false;    ///< 1024 weeks, to those that look 1024 weeks old
-    std::int32_t weeks = 0; ///< this many, to all
+    bool isAuto = false;    ///< add 1024 weeks to times that look 1024 weeks too old
+    std::int32_t weeks = 0; ///< without isAuto: add this many weeks to all times
 };
 
-/// Reads "auto", "off" or a whole number of weeks with an optional sign. @return  none for anything
-/// else, and for too many weeks
+/// Reads "auto", "off" or a whole number of weeks with an optional sign. Returns nullopt for any
+/// other text, and for more than kMostWeeks.
 [[nodiscard]] std::optional<DateRule> readDateRule(std::string_view text) noexcept;
 
-/// Goes over a stream of events, in order.
+/// Adjusts a stream of events, in order.
 ///
-/// A time looks 1024 weeks old when 1024 weeks more do not take it past tomorrow, a day from now.
-/// In a track the first moment decides for all points after it, so that no track is torn apart;
-/// waypoints and routes' points stand alone each. A receiver that was right once and then rolled
-/// over is mended where it is wrong. What cannot be told apart is a true track of 1024 weeks ago.
+/// A time looks 1024 weeks too old if adding 1024 weeks does not move it past tomorrow (a day from
+/// now). In a track the first time decides for all later points, so that no track is torn apart;
+/// waypoints and route points are judged one by one. So a receiver that rolled over halfway through
+/// its records is adjusted only where it is wrong. A genuine track from 1024 weeks ago is
+/// indistinguishable and would be shifted too.
 ///
-/// Only moments are mended: no time stays none, and so does a time of day without a date. Texts
-/// that are dates, such as geocaches have, are no times of the receiver's clock and stay.
+/// Only dates with a time are adjusted: a missing time stays missing, and so does the missing date
+/// of a time of day. Dates that are texts, such as those of geocaches, do not come from the
+/// receiver's clock and stay as they are.
 class DateFix {
 public:
     /// @param now  seconds since 1970-01-01 00:00 UTC
     DateFix(DateRule rule, std::int64_t now) noexcept : rule_(rule), now_(now) {}
 
-    /// @return  the event with its time mended, the point boxed in its record too; `event` itself
-    /// where nothing changes.
-    ///          Holds until the next call
-    [[nodiscard]] const Event& mended(const Event& event);
+    /// Returns the event with its time adjusted, also in the point that its record may hold. The
+    /// result is `event` itself if nothing changes, and is valid until the next call.
+    [[nodiscard]] const Event& adjusted(const Event& event);
 
-    /// What to tell a user who has asked for nothing, though even the newest time looks 1024 weeks
-    /// old; else empty.
-    [[nodiscard]] std::string hint() const;
+    /// How many events had their time changed.
+    [[nodiscard]] std::size_t adjustedCount() const noexcept { return adjustedCount_; }
+
+    /// The newest time seen, if the rule changes nothing although even that time looks 1024 weeks
+    /// too old. Otherwise nullopt.
+    [[nodiscard]] std::optional<std::int64_t> suspectNewest() const noexcept;
 
 private:
     [[nodiscard]] bool looksOld(std::int64_t time) const noexcept;
@@ -57,8 +62,9 @@ private:
     DateRule rule_;
     std::int64_t now_;
     std::optional<std::int64_t> newest_;     // as reported
-    std::optional<std::int64_t> trackWeeks_; // decided by the open track's first moment
-    Event mended_;
+    std::optional<std::int64_t> trackWeeks_; // decided by the open track's first time
+    std::size_t adjustedCount_ = 0;
+    Event adjusted_;
 };
 
 } // namespace host

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Three kinds of batches are under the mutex: the one being filled, the full ones in order, and
+// spares whose storage is reused. The consumer holds one more.
 
 #include "host/operations/EventStream.h"
 
@@ -7,9 +9,8 @@
 
 namespace host {
 
-// How long an event of a slow driver waits for company before the consumer takes it, and how long
-// the consumer waits for one.
-static constexpr std::chrono::milliseconds kPatience{50};
+// How long next() waits before it takes a batch that is not full, or returns an empty one.
+static constexpr std::chrono::milliseconds kLongestWait{50};
 
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
 {
@@ -51,11 +52,11 @@ bool EventStream::next(EventBatch& batch)
     batch.clear();
     spares_.push_back(std::exchange(batch, {}));
     if (full_.empty() && !ended_)
-        arrived_.wait_for(lock, kPatience);
+        arrived_.wait_for(lock, kLongestWait);
     if (full_.empty() && filling_.size() > 0)
         handOver();
     if (full_.empty()) {
-        batch = std::move(spares_.back()); // the one just given back
+        batch = std::move(spares_.back()); // the one that the caller gave back
         spares_.pop_back();
         return !ended_;
     }

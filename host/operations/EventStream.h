@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // EventStream: the status object that the host hands to a driver, and the ordered stream of events
-// that comes out of it. The driver calls from any one thread at a time, the host's own included;
-// another thread takes the events meanwhile.
+// that comes out of it. The driver's functions may be called by one thread at a time, the host
+// thread included; next() by another thread meanwhile.
 
 #pragma once
 
@@ -15,8 +15,8 @@
 
 namespace host {
 
-/// Events that came one after another. Taken and given back whole, so that records are copied once
-/// and their storage is used again and again.
+/// Consecutive events. Batches travel between the threads as a whole and are reused, so that each
+/// record is copied once and its storage is allocated seldom.
 class EventBatch {
 public:
     [[nodiscard]] const Event* begin() const noexcept { return events_.data(); }
@@ -36,13 +36,13 @@ private:
     std::size_t used_ = 0;
 };
 
-/// A bounded queue: a driver that is faster than the writer waits for it, so memory does not grow
-/// with the records. The stream ends with the idle report, or when it is closed; what a driver
-/// calls after that is dropped.
+/// A bounded queue: a driver that is faster than the consumer waits for it, so memory does not grow
+/// with the number of records. The stream ends with the idle report or when it is closed; later
+/// calls of the driver are dropped.
 class EventStream final : public gps::GPSOutputReceiver {
 public:
     static constexpr std::size_t kBatchSize = 256;
-    static constexpr std::size_t kMostBatches = 16; ///< full ones that wait for the consumer
+    static constexpr std::size_t kMostBatches = 16; ///< full batches that wait for the consumer
 
     // The driver's side.
     void gpsStateChange(std::int32_t state) override;
@@ -56,14 +56,14 @@ public:
     void endSending(gps::TransferKind kind) override;
     void error(const gps::Error& error) override;
 
-    /// No event will come any more: an operation that failed at its start. [host thread]
+    /// Ends the stream of an operation that failed to start. [host thread]
     void close();
 
-    /// Waits for the next events, but never long: takes those of a slow driver before a batch is
-    /// full, and where none comes answers an empty batch, by which a consumer can tell that time
-    /// passes. One consuming thread.
+    /// Waits for the next events, but only for a short time: a slow driver's events arrive before a
+    /// batch is full, and if there is none, the batch is empty, so that the consumer can show that
+    /// time passes. One consuming thread.
     ///
-    /// @param batch  in: the batch before, to be used again. out: the next one
+    /// @param batch  in: the previous batch, to be reused. out: the next one
     /// @return       false at the end of the stream; the batch is then empty
     [[nodiscard]] bool next(EventBatch& batch);
 

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
+// The driver reports from a thread that nobody joins, so the end of an operation is its idle
+// report; the status object is shared with that thread, which may still be inside its last call
+// afterwards.
 
 #include "host/operations/Operation.h"
 
 #include "host/base/HostError.h"
 
 #include <platform/System/Log.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -30,56 +35,57 @@ constexpr std::array kKindWords{
     KindWord{gps::TransferKind::kTracks, "tracks"},
 };
 
-// Whether one of the words, joined by commas, is meant.
-template <typename Meant> bool anyWord(std::string_view words, Meant isMeant)
+// Whether any word in a list with commas satisfies a condition.
+template <typename Condition> bool anyWord(std::string_view words, Condition condition)
 {
     while (!words.empty()) {
         const auto comma = std::min(words.find(','), words.size());
-        if (isMeant(words.substr(0, comma)))
+        if (condition(words.substr(0, comma)))
             return true;
         words.remove_prefix(std::min(comma + 1, words.size()));
     }
     return false;
 }
 
-// Listens to the log while an operation runs. A receiver can make the plug-in write a line for
-// every sentence, so only the first ones are kept.
+// Listens to the log while an operation runs. The plug-in may log a line for every sentence, so
+// only the first lines are kept.
 class LogDigest {
 public:
     explicit LogDigest(const EventStream& stream)
-        : stream_(stream),
-          listening_([this](std::string_view line, const gps::Error* error) { hear(line, error); })
+        : stream_(stream), subscription_([this](std::string_view line, const gps::Error* error) {
+              addLine(line, error);
+          })
     {}
 
     void moveTo(Outcome& outcome)
     {
         const std::lock_guard lock{mutex_};
-        outcome.loggedErrors = std::move(heard_.loggedErrors);
-        outcome.moreErrors = heard_.moreErrors;
-        outcome.logLines = std::move(heard_.logLines);
-        outcome.moreLines = heard_.moreLines;
+        outcome.loggedErrors = std::move(digest_.loggedErrors);
+        outcome.moreErrors = digest_.moreErrors;
+        outcome.logLines = std::move(digest_.logLines);
+        outcome.moreLines = digest_.moreLines;
     }
 
 private:
-    void hear(std::string_view line, const gps::Error* error)
+    void addLine(std::string_view line, const gps::Error* error)
     {
         const std::lock_guard lock{mutex_};
         const auto path = error != nullptr ? error->path() : std::nullopt;
         if (!path)
             keepLine(line);
-        else if (heard_.loggedErrors.size() < Outcome::kMostErrors)
-            heard_.loggedErrors.push_back({*error, isFolder(*path), stream_.transfersBegun()});
+        else if (digest_.loggedErrors.size() < Outcome::kMostErrors)
+            digest_.loggedErrors.push_back({*error, isFolder(*path), stream_.transfersBegun()});
         else
-            ++heard_.moreErrors;
+            ++digest_.moreErrors;
     }
 
     void keepLine(std::string_view line)
     {
-        if (heard_.logLines.size() == Outcome::kMostLines) {
-            ++heard_.moreLines;
+        if (digest_.logLines.size() == Outcome::kMostLines) {
+            ++digest_.moreLines;
             return;
         }
-        auto& kept = heard_.logLines.emplace_back(line);
+        auto& kept = digest_.logLines.emplace_back(line);
         std::replace(kept.begin(), kept.end(), '\n', ' ');
     }
 
@@ -91,12 +97,11 @@ private:
 
     const EventStream& stream_;
     std::mutex mutex_;
-    Outcome heard_;
-    gps::LogSubscription
-        listening_; // the last member: nothing is heard before the others are there
+    Outcome digest_;
+    gps::LogSubscription subscription_; // the last member: it may call addLine() at once
 };
 
-void note(Outcome& outcome, const EventBatch& batch)
+void addEvents(Outcome& outcome, const EventBatch& batch)
 {
     for (const auto& event : batch) {
         if (event.kind == EventKind::kStartTransfer)
@@ -108,38 +113,38 @@ void note(Outcome& outcome, const EventBatch& batch)
     }
 }
 
-std::optional<gps::Error> answerOf(const Start& start, const gps::GPSPlugInProtocol::Status& status)
+std::optional<gps::Error> resultOf(const OperationStart& start,
+                                   const gps::GPSPlugInProtocol::Status& status)
 {
     try {
         return start(status);
     } catch (const gps::RangeError& error) {
         return gps::Error{gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, error.what()}}};
     } catch (const std::exception& failure) {
-        return hostError(std::string{"The plug-in failed unexpectedly: "} + failure.what(),
+        return hostError(fmt::format("The plug-in failed unexpectedly: {}", failure.what()),
                          "Please try again");
     }
 }
 
 } // namespace
 
-Outcome runOperation(const Start& start, const Consume& consume)
+Outcome runOperation(const OperationStart& start, const BatchConsumer& consume)
 {
-    // Shared: the worker may still be inside its last call when the host goes on.
     const auto stream = std::make_shared<EventStream>();
     LogDigest log{*stream};
     Outcome outcome;
     std::thread consumer{[&] {
         EventBatch batch;
         while (stream->next(batch)) {
-            note(outcome, batch);
+            addEvents(outcome, batch);
             consume(batch);
         }
     }};
-    auto answer = answerOf(start, stream);
-    if (answer)
+    auto error = resultOf(start, stream);
+    if (error)
         stream->close();
     consumer.join();
-    outcome.error = std::move(answer);
+    outcome.error = std::move(error);
     log.moveTo(outcome);
     return outcome;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs one operation of a driver to its end and gathers how it went. [host thread]
+// Runs one operation of a driver to its end and collects what it reported and logged. Used by
+// downloads, sends and the check after a send. [host thread]
 
 #pragma once
 
@@ -16,51 +17,50 @@
 
 namespace host {
 
-/// The option under which an operation imports a file instead of reading the device.
+/// The option that makes an operation import a file instead of reading the device.
 inline constexpr char kSourcePathKey[] = "sourcePath";
 
-/// An error that the plug-in logged about a file or a folder and kept to itself.
+/// An error about a file or a folder that the plug-in logged without reporting it.
 struct LoggedError {
     gps::Error error;
     bool isFolder = false;          ///< whether its path is a folder
     std::size_t transfersBegun = 0; ///< how many transfers had begun when it was logged
 };
 
-/// What became of an operation.
+/// How an operation went.
 struct Outcome {
     static constexpr std::size_t kMostLines = 10;    ///< log lines kept
-    static constexpr std::size_t kMostErrors = 1000; ///< errors kept
+    static constexpr std::size_t kMostErrors = 1000; ///< logged errors kept
 
-    std::optional<gps::Error> error;          ///< what the operation answered
-    std::vector<gps::Error> reported;         ///< what came by `error:`
-    std::vector<gps::TransferKind> transfers; ///< those that began, in order
-    std::vector<gps::TransferKind> sendings;  ///< kinds whose sending ended, in order
-    std::vector<LoggedError> loggedErrors;    ///< errors that the plug-in logged about a path
-    std::size_t moreErrors = 0;               ///< further ones, not kept
-    std::vector<std::string>
-        logLines; ///< every other line that the plug-in logged, breaks in it made spaces
-    std::size_t moreLines = 0; ///< further ones, not kept
+    std::optional<gps::Error> error{};          ///< what the operation returned
+    std::vector<gps::Error> reported{};         ///< `error:` calls, in order
+    std::vector<gps::TransferKind> transfers{}; ///< those that began, in order
+    std::vector<gps::TransferKind> sendings{};  ///< kinds whose sending ended, in order
+    std::vector<LoggedError> loggedErrors{};    ///< logged errors that have a path
+    std::size_t moreErrors = 0;                 ///< further ones, not kept
+    std::vector<std::string> logLines{};        ///< all other log lines, line breaks replaced
+    std::size_t moreLines = 0;                  ///< further ones, not kept
 };
 
-using Start =
+using OperationStart =
     std::function<std::optional<gps::Error>(const gps::GPSPlugInProtocol::Status& status)>;
-using Consume = std::function<void(const EventBatch& batch)>;
+using BatchConsumer = std::function<void(const EventBatch& batch)>;
 
-/// Starts an operation on the calling thread and hands its events, in order, to `consume` on
-/// another one while it runs. Returns when the start has returned and, if it answered no error, the
+/// Starts an operation on the calling thread. Meanwhile another thread hands its events to
+/// `consume`, in order. Returns when `start` has returned and, unless it returned an error, the
 /// idle report has been consumed.
 ///
-/// @param start    calls the driver; a gps::RangeError that leaves it becomes the operation's error
-/// @param consume  must let no exception out; gets an empty batch now and then while no event comes
-[[nodiscard]] Outcome runOperation(const Start& start, const Consume& consume);
+/// @param start    calls the driver; an exception that it throws becomes the operation's error
+/// @param consume  must not throw; gets an empty batch now and then while there is no event
+[[nodiscard]] Outcome runOperation(const OperationStart& start, const BatchConsumer& consume);
 
-/// The kinds that an acquire with these options must bring, of those that the driver can acquire:
-/// the ones that the options do not switch off or, from a driver of serial ports, the ones that
-/// they switch on. None in particular for an import.
+/// The kinds that an acquire with these options must deliver, of those that the driver can acquire:
+/// the ones that the options do not switch off or, for a serial driver, the ones that they switch
+/// on. Empty for an import, which delivers what is in its file.
 [[nodiscard]] std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options,
                                                             const gps::GPSPlugInProtocol& driver);
 
-/// Whether the driver can send anything at all.
+/// Whether the driver can send any kind of record.
 [[nodiscard]] bool canSend(const gps::GPSPlugInProtocol& driver);
 
 /// The word for a kind: "tracks", "routes", "waypoints".

@@ -1,251 +1,178 @@
 // SPDX-License-Identifier: MIT
+// Events are consumed on a thread of the running operation, so everything that consume() touches
+// must be left alone by the host thread until runOperation() has returned.
 
 #include "host/transfer/Download.h"
 
-#include "host/bundle/DeviceChoice.h"
-#include "host/bundle/SerialPort.h"
-#include "host/cli/Summary.h"
-#include "host/formats/EventLines.h"
+#include "host/files/OutputFile.h"
+#include "host/transfer/ProgressTracker.h"
 
 #include <platform/OrvUtils/SerialTraffic.h>
 
-#include <algorithm>
 #include <ctime>
-#include <utility>
-
-#include <unistd.h>
+#include <memory>
+#include <optional>
 
 namespace host {
 namespace {
 
-constexpr std::size_t kMostShown = 10; // lines of one sort
+class Download {
+public:
+    Download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
+        : driver_(driver), request_(request), dates_(request.dateRule, std::time(nullptr)),
+          progress_(request.progress)
+    {}
 
-std::vector<gps::TransferKind> missingKinds(const std::vector<gps::TransferKind>& requested,
-                                            const std::vector<gps::TransferKind>& came)
+    [[nodiscard]] DownloadReport run();
+
+private:
+    [[nodiscard]] std::optional<gps::Error> openOutput();
+    [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile);
+    void consume(const EventBatch& batch);
+    void handOut(const Event& event);
+    void handOutResult(const std::optional<gps::Error>& error) const;
+    void finishOutput();
+    [[nodiscard]] bool isOutputKept() const;
+    void closeOutput();
+
+    gps::GPSPlugInProtocol& driver_;
+    const DownloadRequest& request_;
+    DateFix dates_;
+    ProgressTracker progress_;
+    RecordCounter received_;
+    RecordCounter written_;
+    std::optional<OutputFile> file_;
+    std::unique_ptr<Writer> fileWriter_; // null without an output file
+    const EventFilter::Sink toFile_ = [this](const Event& event) {
+        written_.add(event);
+        fileWriter_->event(event);
+    };
+    DownloadReport report_;
+};
+
+DownloadReport Download::run()
 {
-    std::vector<gps::TransferKind> missing;
-    std::copy_if(requested.begin(), requested.end(), std::back_inserter(missing),
-                 [&](gps::TransferKind kind) {
-                     return std::find(came.begin(), came.end(), kind) == came.end();
-                 });
-    return missing;
+    report_.output.error = openOutput();
+    if (report_.output.error)
+        return std::move(report_);
+    if (request_.sourceFiles.empty())
+        report_.operations.push_back(runOperationOn({}));
+    for (const auto& sourceFile : request_.sourceFiles)
+        report_.operations.push_back(runOperationOn(sourceFile));
+    finishOutput();
+    report_.received = received_.counts();
+    report_.written = written_.counts();
+    report_.dates = {dates_.adjustedCount(), dates_.suspectNewest()};
+    return std::move(report_);
 }
 
-// A driver ends its waypoints at the first thing that it cannot read, and any kind at a damaged
-// sentence, and tells nobody but the log. Where nothing else was to follow, the log is all there is
-// to see it by.
-bool endedAt(const LoggedError& logged, const Outcome& outcome)
+std::optional<gps::Error> Download::openOutput()
 {
-    if (logged.error.domain() == gps::kRangeErrorDomain)
-        return true;
-    return !outcome.transfers.empty() &&
-           outcome.transfers.back() == gps::TransferKind::kWaypoints &&
-           logged.transfersBegun == outcome.transfers.size();
-}
-
-} // namespace
-
-Download::Download(const DownloadOptions& options, const Console& console)
-    : options_(options), console_(console),
-      progress_(wantsProgress(options, options.output == "-")),
-      dates_(options.fixDates, std::time(nullptr)),
-      standardOutput_(STDOUT_FILENO, "the standard output")
-{}
-
-std::optional<gps::Error> Download::open(const Wrap& wrap)
-{
-    if (options_.output) {
-        file_.emplace(*options_.output);
-        if (auto failure = file_->open())
-            return failure;
-        fileWriter_ = options_.format->make(file_->output(), file_->folder());
-        if (wrap)
-            fileWriter_ = wrap(std::move(fileWriter_));
-    }
-    if (options_.events)
-        tellWriter_ = std::make_unique<EventLines>(standardOutput_);
-    else if (!options_.output || options_.summary)
-        tellWriter_ = std::make_unique<Summary>(standardOutput_);
+    if (!request_.output)
+        return std::nullopt;
+    file_.emplace(request_.output->path);
+    if (auto failure = file_->open())
+        return failure;
+    fileWriter_ = request_.output->format->make(file_->output(), file_->folder());
     return std::nullopt;
 }
 
-void Download::run(gps::GPSPlugInProtocol& driver, const gps::Dictionary& driverOptions)
+OperationReport Download::runOperationOn(const std::string& sourceFile)
 {
+    const auto options = operationOptions(request_, sourceFile);
     const auto linesBefore = gps::serialTraffic().linesRead;
-    progress_.begin(driver.needsSerialRefresh()
-                        ? "looking for a receiver at " + selectedLocation(driver)
-                        : "reading");
+    if (driver_.needsSerialRefresh() && sourceFile.empty())
+        progress_.begin(TransferPhase::kLookingForReceiver, request_.location);
+    else
+        progress_.begin(TransferPhase::kReading);
     const auto outcome = runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
-            return driver.gpsRunAcquire(status, driverOptions);
+            return driver_.gpsRunAcquire(status, options);
         },
         [this](const EventBatch& batch) { consume(batch); });
-    for (auto* const writer : {fileWriter_.get(), tellWriter_.get()}) {
-        if (writer != nullptr)
-            writer->result(outcome.error);
-    }
-    progress_.clear();
-    hasArrived_ = hasArrived_ || !outcome.transfers.empty();
-    judge(outcome, driver, driverOptions);
-    if (driver.needsSerialRefresh())
-        judgePort(outcome, selectedLocation(driver), gps::serialTraffic().linesRead != linesBefore);
+    handOutResult(outcome.error);
+    progress_.finish();
+    const bool wasHeard = gps::serialTraffic().linesRead != linesBefore;
+    return reportOn(outcome, driver_, options, request_.location, wasHeard);
 }
 
 void Download::consume(const EventBatch& batch)
 {
-    for (const auto& event : batch) {
-        const auto& mended = dates_.mended(event);
-        if (fileWriter_)
-            fileWriter_->event(mended);
-        if (tellWriter_) // event lines show what the plug-in said
-            tellWriter_->event(options_.events ? event : mended);
+    for (const auto& event : batch)
+        handOut(event);
+    for (const auto* const consumers : {&request_.consumers, &request_.verbatimConsumers}) {
+        for (auto* const consumer : *consumers)
+            consumer->flush(); // whoever reads the other end sees events as they come
     }
-    if (options_.events)
-        standardOutput_.flush(); // whoever reads the lines sees them as they come
-    progress_.show(batch);
+    progress_.consume(batch);
 }
 
-void Download::judge(const Outcome& outcome, const gps::GPSPlugInProtocol& driver,
-                     const gps::Dictionary& driverOptions)
+void Download::handOut(const Event& event)
 {
-    const bool isSerial = driver.needsSerialRefresh();
-    for (const auto& error : outcome.reported)
-        console_.error(isSerial ? describeSerialError(error, selectedLocation(driver)) : error);
-    if (outcome.error)
-        console_.error(*outcome.error);
-    const bool endedInError = outcome.error || !outcome.reported.empty();
-    isIncomplete_ = isIncomplete_ || endedInError;
-    const auto missing =
-        endedInError ? std::vector<gps::TransferKind>{}
-                     : missingKinds(requestedKinds(driverOptions, driver), outcome.transfers);
-    judgeMissing(missing);
-    judgeLoggedErrors(outcome, driverOptions.contains(kSourcePathKey) || !missing.empty());
-    if (!isSerial || !missing.empty()) // a serial session writes each of its sentences to the log
-        showLog(outcome, !missing.empty());
-}
-
-// To a driver a receiver that never answers is one without data. To the user it is a failure, and
-// an older file is worth more than an empty one.
-void Download::judgePort(const Outcome& outcome, const std::string& port, bool wasHeard)
-{
-    if (!outcome.reported.empty()) {
-        console_.error(explainPortFailure(port));
-    } else if (!outcome.error && !wasHeard) {
-        console_.error("No receiver answered at " + port +
-                       ". Check that it is on and connected there, and try again.");
-        isIncomplete_ = true;
-        hasArrived_ = false;
-    }
-}
-
-void Download::judgeMissing(const std::vector<gps::TransferKind>& missing)
-{
-    if (missing.empty())
+    received_.add(event);
+    for (auto* const consumer : request_.verbatimConsumers)
+        consumer->event(event);
+    const auto& adjusted = dates_.adjusted(event);
+    for (auto* const consumer : request_.consumers)
+        consumer->event(adjusted);
+    if (!fileWriter_)
         return;
-    std::string names;
-    for (const auto kind : missing)
-        names += (names.empty() ? "" : ", ") + std::string{kindName(kind)};
-    console_.error("The download broke off. Missing: " + names + ".");
-    isIncomplete_ = true;
+    if (auto* const filter = request_.output->filter)
+        filter->event(adjusted, toFile_);
+    else
+        toFile_(adjusted);
 }
 
-void Download::judgeLoggedErrors(const Outcome& outcome, bool foldersCount)
+void Download::handOutResult(const std::optional<gps::Error>& error) const
 {
-    std::size_t shown = 0;
-    std::size_t unshown = outcome.moreErrors;
-    for (const auto& logged : outcome.loggedErrors) {
-        const bool ended = !foldersCount && endedAt(logged, outcome);
-        if (logged.isFolder && !foldersCount && !ended)
-            continue; // a folder among the files is nothing to read
-        isIncomplete_ = isIncomplete_ || ended;
-        hasFailed_ = true;
-        if (outcome.error && outcome.error->path() == logged.error.path())
-            continue; // said already
-        if (shown++ < kMostShown)
-            console_.error(logged.error);
-        else
-            ++unshown;
-    }
-    if (unshown > 0)
-        console_.error("And " + std::to_string(unshown) + " more that could not be read.");
-    hasFailed_ = hasFailed_ || unshown > 0;
-}
-
-void Download::showLog(const Outcome& outcome, bool isNeeded) const
-{
-    if (options_.verbose)
-        return; // there already, line by line
-    const auto show = [&](const std::string& line) {
-        isNeeded ? console_.error("log: " + line) : console_.note(line);
-    };
-    std::for_each(outcome.logLines.begin(), outcome.logLines.end(), show);
-    if (outcome.moreLines > 0)
-        show("and " + std::to_string(outcome.moreLines) + " more");
-}
-
-ExitStatus Download::finish()
-{
-    if (tellWriter_ && (options_.events || hasArrived_ || isWhole()))
-        fail(tellWriter_->close());
-    tellOfDates();
     if (fileWriter_)
-        finishFile();
-    return isWhole() ? ExitStatus::kSuccess : ExitStatus::kFailed;
+        fileWriter_->result(error);
+    for (const auto* const consumers : {&request_.consumers, &request_.verbatimConsumers}) {
+        for (auto* const consumer : *consumers)
+            consumer->result(error);
+    }
 }
 
-void Download::tellOfDates()
+void Download::finishOutput()
 {
-    const auto hint = dates_.hint();
-    if (hint.empty())
+    if (!fileWriter_)
         return;
-    if (tellWriter_ && !options_.events) { // with the summary
-        standardOutput_.write("\n" + hint + "\n");
-        fail(standardOutput_.flush());
-    }
-    if (fileWriter_)
-        console_.note(hint);
+    if (auto* const filter = request_.output->filter)
+        filter->finish(toFile_);
+    if (isOutputKept())
+        closeOutput();
 }
 
-void Download::finishFile()
+bool Download::isOutputKept() const
 {
-    if (auto failure = fileWriter_->close()) {
-        fail(failure);
+    if (!request_.output->isKeptEmpty && written_.counts().isEmpty())
+        return false;
+    return request_.output->isKeptAfterFailure || report_.operationsSucceeded();
+}
+
+void Download::closeOutput()
+{
+    auto& output = report_.output;
+    output.error = fileWriter_->close();
+    if (output.error)
         return;
-    }
-    if (const auto remark = fileWriter_->remark(); !remark.empty())
-        console_.note(remark);
-    if (!isIncomplete_) {
-        fail(file_->commit());
-    } else if (hasArrived_) {
-        const auto path = file_->partialPath();
-        const auto failure = file_->keepPartial();
-        fail(failure);
-        if (!failure && !path.empty())
-            console_.error(
-                "The output file was not written; what arrived is kept beside its place. Path: " +
-                path);
-    }
-}
-
-void Download::fail(const std::optional<gps::Error>& failure)
-{
-    if (!failure)
+    output.remark = fileWriter_->remark();
+    const bool isComplete = report_.isComplete();
+    if (!isComplete && !report_.hasReceived())
+        return; // an older file is worth more than an empty one
+    const auto path = isComplete ? request_.output->path : file_->partialPath();
+    output.error = isComplete ? file_->commit() : file_->keepPartial();
+    if (output.error)
         return;
-    console_.error(*failure);
-    hasFailed_ = true;
+    output.state = isComplete ? OutputReport::State::kComplete : OutputReport::State::kPartial;
+    output.path = path; // asked for before: a finished file has no partial path
 }
 
-ExitStatus download(gps::GPSPlugInProtocol& driver, const std::vector<gps::Dictionary>& operations,
-                    const DownloadOptions& options, const Console& console)
+} // namespace
+
+DownloadReport download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
 {
-    Download download{options, console};
-    if (const auto failure = download.open()) {
-        console.error(*failure);
-        return ExitStatus::kFailed;
-    }
-    for (const auto& driverOptions : operations)
-        download.run(driver, driverOptions);
-    return download.finish();
+    return Download{driver, request}.run();
 }
 
 } // namespace host

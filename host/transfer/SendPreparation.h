@@ -38,7 +38,7 @@ struct SendRequest {
     std::optional<BackupPolicy> backup{};
 
     ProgressCallback progress{}; ///< may be empty
-    Consume onEvents{};          ///< gets the driver's calls, on another thread; may be empty
+    BatchConsumer onEvents{};    ///< gets the driver's calls, on another thread; may be empty
 };
 
 /// A send that is ready to be performed.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The file: a title line, a line a key, and a last line with the hash of all before it.
+// The file has a title line, one line for each key, and a last line with the hash of everything
+// before it, so that any damage is noticed.
 
 #include "host/watching/KnownRecords.h"
 
@@ -9,6 +10,8 @@
 #include "host/files/Hash.h"
 
 #include <platform/System/FileManager.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <utility>
@@ -22,14 +25,14 @@ constexpr auto kNoSuchFile = static_cast<std::int32_t>(gps::FileErrorCode::kRead
 
 std::string trackPrefix(std::int64_t firstTime)
 {
-    return "track " + std::to_string(firstTime) + ' ';
+    return fmt::format("track {} ", firstTime);
 }
 
-bool takeKeys(std::string_view text, RecordKeys& keys)
+bool readKeys(std::string_view text, RecordKeys& keys)
 {
     const auto body = text.substr(0, text.rfind(kSum));
     if (!body.starts_with(kTitle) ||
-        text.substr(body.size()) != std::string{kSum} + hashOf(body) + '\n')
+        text.substr(body.size()) != fmt::format("{}{}\n", kSum, hashOf(body)))
         return false;
     for (auto lines = body.substr(kTitle.size()); !lines.empty();) {
         const auto end = std::min(lines.find('\n'), lines.size() - 1);
@@ -56,8 +59,8 @@ std::string routeKey(const Digest& content)
 
 std::string trackKey(std::int64_t firstTime, std::size_t points, const Digest& content)
 {
-    auto key = trackPrefix(firstTime) + std::to_string(points);
-    return content.text().empty() ? key : key + ' ' + content.text();
+    const auto key = fmt::format("{}{}", trackPrefix(firstTime), points);
+    return content.text().empty() ? key : fmt::format("{} {}", key, content.text());
 }
 
 void Digest::add(const gps::Dictionary& record)
@@ -90,18 +93,18 @@ std::optional<gps::Error> KnownRecords::load()
     const auto failure = gps::FileManager{&files_}.readFile(path_, text);
     if (failure && failure->code() == kNoSuchFile)
         return std::nullopt;
-    if (failure || !takeKeys(text, keys_))
-        return putAside();
+    if (failure || !readKeys(text, keys_))
+        return moveDamagedFile();
     return std::nullopt;
 }
 
-gps::Error KnownRecords::putAside() const
+gps::Error KnownRecords::moveDamagedFile() const
 {
-    const auto aside = path_ + ".damaged";
-    const bool isAside = files_.rename(path_.c_str(), aside.c_str()) == 0;
-    return hostError(
-        "The list of what was saved before cannot be read, so everything counts as new",
-        isAside ? "The damaged list was put aside" : "", isAside ? aside : path_);
+    const auto damaged = path_ + ".damaged";
+    const bool isMoved = files_.rename(path_.c_str(), damaged.c_str()) == 0;
+    return hostError("The list of saved records is damaged, so every record counts as new",
+                     isMoved ? "The damaged list is kept under another name" : "",
+                     isMoved ? damaged : path_);
 }
 
 bool KnownRecords::hasTrackFrom(std::int64_t firstTime) const
@@ -117,7 +120,7 @@ std::optional<gps::Error> KnownRecords::add(const RecordKeys& keys)
     std::string text{kTitle};
     for (const auto& key : keys_)
         text.append(key).push_back('\n');
-    text += std::string{kSum} + hashOf(text) + '\n';
+    text += fmt::format("{}{}\n", kSum, hashOf(text));
     return writeFile(path_, text, files_);
 }
 

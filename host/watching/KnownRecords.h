@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// KnownRecords: which records of a device have been saved already, kept in a file from one run to
-// the next. [host thread], but what is known may be asked on another thread meanwhile.
+// KnownRecords: which records of a device were saved before, kept in a file from one run to the
+// next. Used by `watch --new-only`. [host thread], but [any] thread may look records up while none
+// changes the list.
 
 #pragma once
 
@@ -8,6 +9,7 @@
 #include <gps/Value.h>
 #include <platform/System/FileSystem.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -17,18 +19,19 @@
 
 namespace host {
 
-/// What tells records apart, a text each. Records with the same key are the same.
+/// Records with equal keys count as the same record.
 using RecordKeys = std::set<std::string, std::less<>>;
 
-/// A waypoint or a geocache: all that it holds.
+/// The key of a waypoint or a geocache: everything in it counts.
 [[nodiscard]] std::string wayPointKey(const gps::GPSPoint& point, const gps::Dictionary& record);
 
-/// A hash of everything given to it so far, for what comes in pieces.
+/// A hash of everything added so far, for records that arrive in pieces.
 class Digest {
 public:
     void add(const gps::Dictionary& record);
     void add(const gps::GPSPoint& point);
 
+    /// Empty until something is added.
     [[nodiscard]] const std::string& text() const noexcept { return text_; }
 
 private:
@@ -37,22 +40,22 @@ private:
     std::string text_;
 };
 
-/// A route: all that it and its points hold.
+/// The key of a route: everything in it and in its points counts.
 [[nodiscard]] std::string routeKey(const Digest& content);
 
-/// A track: its first time and how many points it has. One that begins without a moment has no such
-/// time: its content counts.
+/// The key of a track: its first time and its number of points, since a device may rename a track.
+/// @param content  counts, too, unless it is empty; for a track without a first time
 [[nodiscard]] std::string trackKey(std::int64_t firstTime, std::size_t points,
                                    const Digest& content);
 
 class KnownRecords {
 public:
-    /// @param path   the file; it need not exist
+    /// @param path   the list's file; it need not exist
     /// @param files  the system to work on; must outlive this object
     explicit KnownRecords(std::string path, gps::FileSystem& files = gps::FileSystem::system());
 
-    /// Reads the file. One that is damaged is put aside, and nothing is known then.
-    /// @return  what the user should know of that
+    /// Reads the file. A damaged file is renamed, and the list is empty then.
+    /// @return  the damage, which the user should know about
     [[nodiscard]] std::optional<gps::Error> load();
 
     [[nodiscard]] bool contains(std::string_view key) const
@@ -60,14 +63,15 @@ public:
         return keys_.find(key) != keys_.end();
     }
 
-    /// Whether any known track begins at this time.
+    /// Whether any known track starts at this time.
     [[nodiscard]] bool hasTrackFrom(std::int64_t firstTime) const;
 
-    /// Adds keys and writes the file, whole or not at all. @return  why it is not written
+    /// Adds keys and replaces the file. @return  why it cannot be written; the old file is
+    /// unchanged
     [[nodiscard]] std::optional<gps::Error> add(const RecordKeys& keys);
 
 private:
-    [[nodiscard]] gps::Error putAside() const;
+    [[nodiscard]] gps::Error moveDamagedFile() const;
 
     gps::FileSystem& files_;
     std::string path_;

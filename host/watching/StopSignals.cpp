@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A thread of its own takes the signals with sigwait(), since a signal handler could do hardly
+// anything.
 
 #include "host/watching/StopSignals.h"
 
@@ -20,8 +22,8 @@ StopSignals::StopSignals() : file_(::eventfd(0, EFD_CLOEXEC))
 
 StopSignals::~StopSignals()
 {
-    isOver_ = true;
-    ::pthread_kill(listener_.native_handle(), SIGHUP); // one that it waits for, and takes
+    isClosing_ = true;
+    ::pthread_kill(listener_.native_handle(), SIGHUP); // wakes the listener up
     listener_.join();
     ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     ::close(file_);
@@ -32,15 +34,15 @@ void StopSignals::listen()
     for (;;) {
         int signal = 0;
         ::sigwait(&signals_, &signal);
-        if (isOver_)
+        if (isClosing_)
             return;
-        if (isIgnored(signal)) // one that is blocked arrives all the same
+        if (isIgnored(signal)) // sigwait() returns blocked signals even if they are ignored
             continue;
-        if (isWished_) { // once more: now it takes its own course, which removes an unfinished file
+        if (stopRequested_) { // by default the second one ends the process and removes open files
             ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
             ::raise(signal);
         }
-        isWished_ = true;
+        stopRequested_ = true;
         (void)!::eventfd_write(file_, 1);
     }
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// StopSignals: turns the wish to end the program (SIGINT, SIGTERM, SIGHUP) into something that a
-// waiting loop sees, so that what is being written is finished first. A second wish ends the
-// program at once. A signal that the program was started to ignore is no wish. One in a process.
-// [host thread]
+// StopSignals: turns SIGINT, SIGTERM and SIGHUP into a request that a waiting loop can see, so that
+// what is being written is finished first. The second signal ends the program at once. Signals that
+// the program was started to ignore stay ignored. At most one object in a process. [host thread]
 
 #pragma once
 
@@ -14,16 +13,18 @@ namespace host {
 
 class StopSignals {
 public:
-    /// From here on the signals are held back from this thread and those that it starts.
+    /// Blocks the signals in this thread and in those that it starts from now on.
     StopSignals();
+
+    /// Restores this thread's signal mask.
     ~StopSignals();
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;
 
-    /// Something can be read from it once the end was wished for. [any]
+    /// A file descriptor that becomes readable with the first request. [any]
     [[nodiscard]] int file() const noexcept { return file_; }
 
-    [[nodiscard]] bool isWished() const noexcept { return isWished_; } ///< [any]
+    [[nodiscard]] bool stopRequested() const noexcept { return stopRequested_; } ///< [any]
 
 private:
     void listen();
@@ -31,8 +32,8 @@ private:
     sigset_t signals_{};
     sigset_t before_{};
     int file_;
-    std::atomic<bool> isWished_{false};
-    std::atomic<bool> isOver_{false};
+    std::atomic<bool> stopRequested_{false};
+    std::atomic<bool> isClosing_{false};
     std::thread listener_;
 };
 

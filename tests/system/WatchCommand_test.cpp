@@ -46,7 +46,7 @@ protected:
         watching.readUntil(text);
         const int status = watching.end(SIGTERM);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-        return watching.readUntil("stopped: as asked\n");
+        return watching.readUntil("stopped: on request\n");
     }
 
     /// The names of the files that were written.
@@ -70,7 +70,7 @@ protected:
 TEST_F(WatchCommand, SavesAReceiverThatIsThereIntoItsOwnFileAndEndsWithStatus0)
 {
     const auto printed = watchUntil("\nsaved: ");
-    EXPECT_THAT(printed, StartsWith("watching: what is saved goes to " + out_.path("gps") +
+    EXPECT_THAT(printed, StartsWith("watching: files are saved in " + out_.path("gps") +
                                     "\nappeared: Magellan device 42, " + receiver_.path() +
                                     "\nsaved: " + out_.path("gps/42-")));
     EXPECT_THAT(printed, HasSubstr(".gpx: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
@@ -88,7 +88,7 @@ TEST_F(WatchCommand, EverySignalToEndIsObeyed)
         watching.readUntil("watching: ");
         const int status = watching.end(signal);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << signal;
-        EXPECT_THAT(watching.readUntil("stopped"), HasSubstr("stopped: as asked\n"));
+        EXPECT_THAT(watching.readUntil("stopped"), HasSubstr("stopped: on request\n"));
     }
 }
 
@@ -142,8 +142,8 @@ TEST_F(WatchCommand, DamagedListOfKnownRecordsIsSetAsideAndEverythingIsNewAgain)
     (void)watchUntil("\nsaved: ", {"--new-only"});
     state_.put("magellangps/watch/42.txt", "damage");
     const auto printed = watchUntil("\nsaved: ", {"--new-only", "--format", "jsonl"});
-    EXPECT_THAT(printed, HasSubstr("\nnote: The list of what was saved before cannot be read, so "
-                                   "everything counts as new."));
+    EXPECT_THAT(printed, HasSubstr("\nnote: The list of saved records is damaged, so every record "
+                                   "counts as new."));
     EXPECT_THAT(printed,
                 HasSubstr(".jsonl: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
     EXPECT_EQ(state_.read("magellangps/watch/42.txt.damaged"), "damage");

@@ -116,7 +116,7 @@ TEST_F(WatchedVolumes, NamedDriverIsWatchedAloneBeforeItIsOffered)
     auto watching = watch("--driver=magellan-serial");
     watching.readUntil("watching: ");
     (void)watching.end(SIGTERM);
-    EXPECT_THAT(watching.readUntil("stopped: as asked\n"), Not(HasSubstr("appeared")));
+    EXPECT_THAT(watching.readUntil("stopped: on request\n"), Not(HasSubstr("appeared")));
 }
 
 TEST_F(WatchedVolumes, DevicesAreExplained)

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Console, NotesAreLeftUnsaidWhenQuiet)
+TEST(Console, NotesAreNotPrintedWhenQuiet)
 {
     testing::internal::CaptureStderr();
     host::Console{true}.note("one");
@@ -14,6 +14,16 @@ TEST(Console, NotesAreLeftUnsaidWhenQuiet)
     host::Console{true}.error("three");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "note: two\xEF\xBF\xBDlines\nmagellangps: three\n");
+}
+
+TEST(Console, MessagesAreErrorsOrNotes)
+{
+    const std::vector<host::Message> messages{{true, "one"}, {false, "two"}};
+    testing::internal::CaptureStderr();
+    host::Console{true}.messages(messages);
+    host::Console{false}.messages(messages);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "magellangps: one\nmagellangps: one\nnote: two\n");
 }
 
 } // namespace

@@ -70,31 +70,34 @@ TEST(Options, FormatFollowsTheExtensionUnlessItIsNamed)
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).format, nullptr);
 }
 
-TEST(Options, HostAsksForAllKindsByDefault)
+TEST(Options, AllKindsAreRequestedByDefault)
 {
-    EXPECT_EQ(host::driverOptions(optionsOf<AcquireOptions>({"acquire"})),
-              (gps::Dictionary{{"waypoints", true}, {"routes", true}, {"tracks", true}}));
+    const auto options = optionsOf<AcquireOptions>({"acquire"});
+    EXPECT_TRUE(options.waypoints && options.routes && options.tracks);
+    EXPECT_FALSE(options.driverOptions);
 }
 
 TEST(Options, SwitchesLeaveKindsOut)
 {
-    EXPECT_EQ(
-        host::driverOptions(optionsOf<AcquireOptions>(
-            {"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"})),
-        (gps::Dictionary{{"waypoints", false}, {"routes", true}, {"tracks", false}, {"debug", 1}}));
+    const auto acquire =
+        optionsOf<AcquireOptions>({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"});
+    EXPECT_FALSE(acquire.waypoints);
+    EXPECT_TRUE(acquire.routes);
+    EXPECT_FALSE(acquire.tracks);
+    EXPECT_EQ(acquire.debug, 1);
+    EXPECT_FALSE(optionsOf<ImportOptions>({"import", "a.log", "--no-routes"}).routes);
 }
 
-TEST(Options, JsonObjectReplacesTheHostsOwnOptions)
+TEST(Options, DriverOptionsAreAJsonObject)
 {
-    EXPECT_EQ(host::driverOptions(
-                  optionsOf<AcquireOptions>({"acquire", "--options", R"({"tracks":false})"})),
-              (gps::Dictionary{{"tracks", false}}));
-    EXPECT_EQ(host::driverOptions(
-                  optionsOf<AcquireOptions>({"acquire", "--options", "{}", "--debug", "3"})),
-              (gps::Dictionary{{"debug", 3}}));
+    EXPECT_EQ(
+        optionsOf<AcquireOptions>({"acquire", "--options", R"({"tracks":false})"}).driverOptions,
+        (gps::Dictionary{{"tracks", false}}));
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--options", "{}"}).driverOptions,
+              gps::Dictionary{});
 }
 
-TEST(Options, DatesAreMendedOnlyWhenAsked)
+TEST(Options, DatesAreAdjustedOnlyOnRequest)
 {
     EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).fixDates.isAuto);
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).fixDates.weeks, 0);
@@ -103,16 +106,6 @@ TEST(Options, DatesAreMendedOnlyWhenAsked)
               1024);
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--fix-dates", "-1024"}).fixDates.weeks, -1024);
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--fix-dates=-5218"}).fixDates.weeks, -5218);
-}
-
-TEST(Options, ImportNamesItsFile)
-{
-    const auto options =
-        host::driverOptions(optionsOf<ImportOptions>({"import", "a.log", "--no-routes"}), "a.log");
-    EXPECT_EQ(
-        options,
-        (gps::Dictionary{
-            {"waypoints", true}, {"routes", false}, {"tracks", true}, {"sourcePath", "a.log"}}));
 }
 
 TEST(Options, SendTakesFilesOrADataFile)

@@ -35,10 +35,10 @@ std::vector<std::int64_t> timesOf(DateRule rule, const std::vector<host::Event>&
     DateFix fix{rule, kNow};
     std::vector<std::int64_t> times;
     for (const auto& event : events) {
-        const auto& mended = fix.mended(event);
-        EXPECT_EQ(mended.kind, event.kind);
+        const auto& adjusted = fix.adjusted(event);
+        EXPECT_EQ(adjusted.kind, event.kind);
         if (event.kind == host::EventKind::kTrackPoint || event.kind == host::EventKind::kWayPoint)
-            times.push_back(mended.point.time);
+            times.push_back(adjusted.point.time);
     }
     return times;
 }
@@ -74,17 +74,17 @@ TEST(DateFix, OffChangesNothing)
 {
     DateFix fix{kOff, kNow};
     const auto event = at(kYoungestOld);
-    EXPECT_EQ(&fix.mended(event), &event);
+    EXPECT_EQ(&fix.adjusted(event), &event);
 }
 
-TEST(DateFix, AutoMendsWhatDoesNotPassTomorrow)
+TEST(DateFix, AutoAdjustsTimesThatDoNotPassTomorrow)
 {
     EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld)}), Times{kNow + kDay});
     EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld + 1)}), Times{kYoungestOld + 1});
     EXPECT_EQ(timesOf(kAuto, {at(kNow)}), Times{kNow});
 }
 
-TEST(DateFix, AutoDecidesATrackByItsFirstMoment)
+TEST(DateFix, AutoJudgesATrackByItsFirstTime)
 {
     EXPECT_EQ(timesOf(kAuto, {newTrack({}), at(kYoungestOld), at(kYoungestOld + 10), newTrack({}),
                               at(kYoungestOld + 1), at(kYoungestOld - 10)}),
@@ -93,22 +93,22 @@ TEST(DateFix, AutoDecidesATrackByItsFirstMoment)
               (Times{0, kNow + kDay, 0, kNow + kDay + 10}));
 }
 
-TEST(DateFix, AutoLooksAtEachWayPointByItself)
+TEST(DateFix, AutoJudgesEachWayPointByItself)
 {
-    const auto place = [](std::int64_t time) { return wayPoint({0, 0, 0, time, 0}); };
-    EXPECT_EQ(timesOf(kAuto, {place(kYoungestOld), place(kNow), support::newRoute({}),
-                              place(kYoungestOld - 5), at(kNow)}),
+    const auto waypoint = [](std::int64_t time) { return wayPoint({0, 0, 0, time, 0}); };
+    EXPECT_EQ(timesOf(kAuto, {waypoint(kYoungestOld), waypoint(kNow), support::newRoute({}),
+                              waypoint(kYoungestOld - 5), at(kNow)}),
               (Times{kNow + kDay, kNow, kNow + kDay - 5, kNow}));
 }
 
-TEST(DateFix, WeeksGoToAllMoments)
+TEST(DateFix, WeeksAreAddedToAllTimes)
 {
     EXPECT_EQ(timesOf({.weeks = -1}, {at(kNow), wayPoint({0, 0, 0, kNow, 0})}),
               (Times{kNow - kWeek, kNow - kWeek}));
     EXPECT_EQ(timesOf({.weeks = 2}, {at(kNow)}), Times{kNow + 2 * kWeek});
 }
 
-TEST(DateFix, NoTimeAndATimeWithoutADateStay)
+TEST(DateFix, MissingTimeAndTimeWithoutADateStay)
 {
     for (const DateRule rule : {kAuto, DateRule{.weeks = 1024}}) {
         EXPECT_EQ(timesOf(rule, {at(0), at(3600), at(315532799), at(-5)}),
@@ -117,40 +117,52 @@ TEST(DateFix, NoTimeAndATimeWithoutADateStay)
     }
 }
 
-TEST(DateFix, BoxedPointIsMendedTooAndNothingElse)
+TEST(DateFix, BoxedPointIsAdjustedTooAndNothingElse)
 {
     DateFix fix{kAuto, kNow};
     const gps::GPSPoint point{1, 2, 3, kYoungestOld, 4};
     const gps::GPSPoint later{1, 2, 3, kNow + kDay, 4};
-    const auto& mended =
-        fix.mended(wayPoint(point, {{"name", "A"}, {"datePlaced", "010107"}, {"point", point}}));
-    EXPECT_EQ(mended.point, later);
-    EXPECT_EQ(mended.record,
+    const auto& adjusted =
+        fix.adjusted(wayPoint(point, {{"name", "A"}, {"datePlaced", "010107"}, {"point", point}}));
+    EXPECT_EQ(adjusted.point, later);
+    EXPECT_EQ(adjusted.record,
               (gps::Dictionary{{"name", "A"}, {"datePlaced", "010107"}, {"point", later}}));
     const auto text = wayPoint(point, {{"point", "a text"}});
-    EXPECT_EQ(fix.mended(text).record, text.record);
+    EXPECT_EQ(fix.adjusted(text).record, text.record);
 }
 
-std::string hintOf(DateRule rule, const Times& times)
+std::optional<std::int64_t> suspectNewest(DateRule rule, const Times& times)
 {
     DateFix fix{rule, kNow};
     for (const auto time : times)
-        (void)fix.mended(at(time));
-    return fix.hint();
+        (void)fix.adjusted(at(time));
+    return fix.suspectNewest();
 }
 
-TEST(DateFix, HintComesWhenEvenTheNewestLooksOld)
+TEST(DateFix, NewestTimeIsSuspectIfEvenItLooksOld)
 {
-    EXPECT_EQ(hintOf(kOff, {kYoungestOld - kWeek, kYoungestOld, 0}),
-              "The dates look 1024 weeks old, the newest being 2007-01-14: receivers' week counts "
-              "roll over; --fix-dates auto "
-              "adds 1024 weeks");
-    EXPECT_EQ(hintOf(kOff, {kYoungestOld, kYoungestOld + 1}), "");
-    EXPECT_EQ(hintOf(kOff, {}), "");
-    EXPECT_EQ(hintOf(kOff, {0, 3600}), "");
-    EXPECT_EQ(hintOf(kAuto, {kYoungestOld}), "");
-    EXPECT_EQ(hintOf({.weeks = 1}, {kYoungestOld}), "");
-    EXPECT_EQ(hintOf({.weeks = 0}, {kYoungestOld}).substr(0, 9), "The dates");
+    EXPECT_EQ(suspectNewest(kOff, {kYoungestOld - kWeek, kYoungestOld, 0}), kYoungestOld);
+    EXPECT_EQ(suspectNewest(kOff, {kYoungestOld, kYoungestOld - kWeek}), kYoungestOld);
+    EXPECT_EQ(suspectNewest(kOff, {kYoungestOld, kYoungestOld + 1}), std::nullopt);
+    EXPECT_EQ(suspectNewest(kOff, {}), std::nullopt);
+    EXPECT_EQ(suspectNewest(kOff, {0, 3600}), std::nullopt);
+}
+
+TEST(DateFix, NothingIsSuspectIfARuleAdjustsIt)
+{
+    EXPECT_EQ(suspectNewest(kAuto, {kYoungestOld}), std::nullopt);
+    EXPECT_EQ(suspectNewest({.weeks = 1}, {kYoungestOld}), std::nullopt);
+    EXPECT_EQ(suspectNewest({.weeks = 0}, {kYoungestOld}), kYoungestOld);
+}
+
+TEST(DateFix, AdjustedTimesAreCounted)
+{
+    DateFix fix{kAuto, kNow};
+    for (const auto time : {kYoungestOld, kNow, std::int64_t{0}, kYoungestOld - 1}) {
+        (void)fix.adjusted(newTrack({}));
+        (void)fix.adjusted(at(time));
+    }
+    EXPECT_EQ(fix.adjustedCount(), 2U);
 }
 
 } // namespace

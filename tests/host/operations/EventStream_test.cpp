@@ -43,12 +43,17 @@ TEST(EventStream, EveryCallComesOutInOrderWithItsArguments)
     EXPECT_EQ(event[3].point, point);
     EXPECT_EQ(event[3].record, (gps::Dictionary{{"name", "W"}}));
     EXPECT_EQ(event[4].kind, EventKind::kEndTransfer);
+    EXPECT_EQ(event[4].transfer, TransferKind::kRoutes);
     EXPECT_EQ(event[5].kind, EventKind::kNewTrack);
+    EXPECT_EQ(event[5].record, (gps::Dictionary{{"name", "T"}}));
     EXPECT_EQ(event[6].kind, EventKind::kTrackPoint);
+    EXPECT_EQ(event[6].point, point);
     EXPECT_EQ(event[6].record, (gps::Dictionary{{"trackName", "T"}}));
     EXPECT_EQ(event[7].kind, EventKind::kStartSending);
     EXPECT_EQ(event[7].label, "Tracks");
+    EXPECT_EQ(event[7].transfer, TransferKind::kTracks);
     EXPECT_EQ(event[8].kind, EventKind::kEndSending);
+    EXPECT_EQ(event[8].transfer, TransferKind::kTracks);
     EXPECT_EQ(event[9].kind, EventKind::kError);
     EXPECT_EQ(event[9].error->code(), -4);
     EXPECT_EQ(event[10].state, 0);
@@ -94,6 +99,33 @@ TEST(EventStream, ClosingEndsTheStreamAfterWhatIsInIt)
         EXPECT_EQ(batch.size(), 0U);
 }
 
+TEST(EventStream, ClosingReleasesADriverThatWaitsForTheConsumer)
+{
+    constexpr std::size_t kMost = EventStream::kBatchSize * EventStream::kMostBatches;
+    EventStream stream;
+    std::atomic<std::size_t> sent{0};
+    std::thread driver{[&] {
+        for (std::size_t i = 0; i < kMost + 1; ++i, ++sent)
+            stream.trackPoint({}, {});
+    }};
+    while (sent < kMost)
+        std::this_thread::yield();
+    stream.close();
+    driver.join(); // would hang
+    std::size_t received = 0;
+    for (host::EventBatch batch; stream.next(batch);)
+        received += batch.size();
+    EXPECT_EQ(received, kMost) << "the call that waited is dropped";
+}
+
+TEST(EventStream, TransfersThatBeginAfterTheEndAreNotCounted)
+{
+    EventStream stream;
+    stream.gpsStateChange(0);
+    stream.startTransfer(TransferKind::kTracks);
+    EXPECT_EQ(stream.transfersBegun(), 0U);
+}
+
 TEST(EventStream, EventOfASlowDriverIsTakenBeforeItsBatchIsFull)
 {
     EventStream stream;
@@ -103,7 +135,7 @@ TEST(EventStream, EventOfASlowDriverIsTakenBeforeItsBatchIsFull)
     EXPECT_EQ(batch.size(), 1U);
 }
 
-TEST(EventStream, EmptyBatchesTellThatTimePassesWithoutAnEvent)
+TEST(EventStream, EmptyBatchesArriveWhileThereIsNoEvent)
 {
     EventStream stream;
     host::EventBatch batch;

@@ -29,7 +29,7 @@ struct Run {
     std::thread::id consumer;
 };
 
-Run run(const host::Start& start)
+Run run(const host::OperationStart& start)
 {
     Run run;
     run.outcome = host::runOperation(start, [&](const EventBatch& batch) {
@@ -89,7 +89,7 @@ TEST(Operation, StatusObjectOutlivesTheRunWhileAWorkerHoldsIt)
     EXPECT_TRUE(seen.expired());
 }
 
-TEST(Operation, AnsweredErrorIsTheOutcome)
+TEST(Operation, ReturnedErrorIsTheOutcome)
 {
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {
         status->gpsStateChange(0);
@@ -99,7 +99,7 @@ TEST(Operation, AnsweredErrorIsTheOutcome)
     EXPECT_THAT(result.kinds, ElementsAre(EventKind::kStateChange));
 }
 
-TEST(Operation, AnsweredErrorEndsTheRunAlthoughTheIdleReportNeverCame)
+TEST(Operation, ReturnedErrorEndsTheRunAlthoughTheIdleReportNeverCame)
 {
     EXPECT_TRUE(run([](const Status&) {
                     return std::optional{gps::Error{"some", -1}};
@@ -126,7 +126,22 @@ TEST(Operation, AnyOtherExceptionBecomesAnErrorOfTheHost)
     EXPECT_EQ(result.outcome.error->domain(), host::kHostErrorDomain);
 }
 
-TEST(Operation, ReportedErrorsAreGathered)
+TEST(Operation, KindsWhoseSendingEndedAreCollected)
+{
+    const auto result = run([](const Status& status) -> std::optional<gps::Error> {
+        for (const auto kind : {TransferKind::kTracks, TransferKind::kRoutes}) {
+            status->startSending("label", kind);
+            status->endSending(kind);
+        }
+        status->startSending("label", TransferKind::kWaypoints);
+        status->gpsStateChange(0);
+        return std::nullopt;
+    });
+    EXPECT_THAT(result.outcome.sendings, ElementsAre(TransferKind::kTracks, TransferKind::kRoutes));
+    EXPECT_THAT(result.outcome.transfers, IsEmpty());
+}
+
+TEST(Operation, ReportedErrorsAreCollected)
 {
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {
         status->error({"some", -4});
@@ -186,7 +201,7 @@ TEST(Operation, LoggedErrorsAreKeptUpToABound)
     EXPECT_EQ(result.outcome.moreErrors, 2U);
 }
 
-TEST(Operation, NothingLoggedAfterTheRunIsHeard)
+TEST(Operation, LinesLoggedAfterTheRunAreNotKept)
 {
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {
         status->gpsStateChange(0);
@@ -222,7 +237,7 @@ TEST(Operation, KindsOfASerialDriverAreRequestedOnlyByAnOption)
                 ElementsAre(TransferKind::kTracks));
 }
 
-TEST(Operation, DriverCanSendWhenOneOfItsWordsSaysSo)
+TEST(Operation, DriverCanSendIfACapabilityBeginsWithSend)
 {
     support::FakeDriver driver;
     for (const auto* const words : {"sendwpt", "tracks,sendtrk", "tracks,sendtrk,routes"}) {
@@ -240,6 +255,7 @@ TEST(Operation, KindsHaveTheWordsOfTheirOptions)
     EXPECT_EQ(host::kindName(TransferKind::kTracks), "tracks");
     EXPECT_EQ(host::kindName(TransferKind::kRoutes), "routes");
     EXPECT_EQ(host::kindName(TransferKind::kWaypoints), "waypoints");
+    EXPECT_EQ(host::kindName(static_cast<TransferKind>(99)), "unknown");
 }
 
 } // namespace

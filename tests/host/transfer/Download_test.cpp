@@ -3,6 +3,7 @@
 #include "host/transfer/Download.h"
 
 #include "host/FakeDriver.h"
+#include "host/Records.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/DetachedThread.h>
@@ -17,18 +18,33 @@
 namespace {
 
 using gps::TransferKind;
-using host::ExitStatus;
+using host::DownloadReport;
+using host::RecordCounts;
+using host::TransferPhase;
 using support::FakeDriver;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
+using testing::SizeIs;
 using Status = gps::GPSPlugInProtocol::Status;
+using State = host::OutputReport::State;
 
 void transfer(const Status& status, TransferKind kind)
 {
     status->startTransfer(kind);
     status->endTransfer(kind);
+}
+
+void allTransfers(const Status& status)
+{
+    for (const auto kind : {TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks})
+        transfer(status, kind);
+}
+
+void oneWaypoint(const Status& status)
+{
+    status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
+    allTransfers(status);
 }
 
 gps::Error errorAbout(const std::string& path)
@@ -40,14 +56,13 @@ class Download : public testing::Test {
 protected:
     Download()
     {
-        options_.output = folder_.path("trip.gpx");
-        options_.format = host::findFormat("gpx");
+        request_.output = host::OutputRequest{.path = folder_.path("trip.gpx"),
+                                              .format = host::findFormat("gpx")};
         folder_.put("trip.gpx", "old");
     }
 
-    // Lets the driver's worker make these calls between its busy and its idle report, and finishes
-    // the download.
-    ExitStatus download(const std::function<void(const Status&)>& work)
+    /// Downloads from a driver whose worker makes these calls between its busy and its idle report.
+    DownloadReport download(const std::function<void(const Status&)>& work)
     {
         return run([work](const Status& status, const gps::Dictionary&) {
             return gps::detachNewThread([status, work] {
@@ -58,280 +73,204 @@ protected:
         });
     }
 
-    ExitStatus run(const FakeDriver::Acquire& acquire)
+    DownloadReport run(const FakeDriver::Acquire& acquire)
     {
         driver_.acquire = acquire;
-        testing::internal::CaptureStderr();
-        testing::internal::CaptureStdout();
-        const auto status = [&] {
-            const host::Console console{options_.quiet};
-            host::Download download{options_, console};
-            EXPECT_FALSE(download.open());
-            download.run(driver_, host::driverOptions(options_));
-            return download.finish();
-        }();
-        out_ = testing::internal::GetCapturedStdout();
-        err_ = testing::internal::GetCapturedStderr();
-        return status;
+        return host::download(driver_, request_);
     }
 
-    bool isReplaced() const { return folder_.read("trip.gpx") != "old"; }
-    bool hasPartial() const { return std::filesystem::exists(folder_.path("trip.partial.gpx")); }
+    [[nodiscard]] bool isReplaced() const { return folder_.read("trip.gpx") != "old"; }
+    [[nodiscard]] bool hasPartial() const
+    {
+        return std::filesystem::exists(folder_.path("trip.partial.gpx"));
+    }
 
     support::TemporaryFolder folder_;
-    host::DownloadOptions options_;
+    host::DownloadRequest request_;
     FakeDriver driver_;
-    std::string out_;
-    std::string err_;
 };
 
-void allTransfers(const Status& status)
+TEST_F(Download, CompleteOneReplacesTheOlderFile)
 {
-    for (const auto kind : {TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks})
-        transfer(status, kind);
-}
-
-TEST_F(Download, WholeOneReplacesTheOlderFileInSilence)
-{
-    EXPECT_EQ(download(allTransfers), ExitStatus::kSuccess);
+    const auto report = download(oneWaypoint);
+    EXPECT_TRUE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kComplete);
+    EXPECT_EQ(report.output.path, folder_.path("trip.gpx"));
     EXPECT_TRUE(isReplaced());
     EXPECT_FALSE(hasPartial());
-    EXPECT_THAT(err_, IsEmpty());
-    EXPECT_THAT(out_, IsEmpty());
+    EXPECT_EQ(report.received, (RecordCounts{.waypoints = 1}));
+    EXPECT_EQ(report.written, (RecordCounts{.waypoints = 1}));
+    ASSERT_THAT(report.operations, SizeIs(1));
+    EXPECT_THAT(report.operations[0].received, SizeIs(3));
 }
 
 TEST_F(Download, TransferThatNeverCameLeavesAPartialFile)
 {
-    EXPECT_EQ(download([](const Status& status) {
-                  transfer(status, TransferKind::kWaypoints);
-                  gps::logLine("what the plug-in thinks of it");
-              }),
-              ExitStatus::kFailed);
+    const auto report =
+        download([](const Status& status) { transfer(status, TransferKind::kWaypoints); });
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_THAT(report.operations[0].missing,
+                ElementsAre(TransferKind::kRoutes, TransferKind::kTracks));
+    EXPECT_EQ(report.output.state, State::kPartial);
+    EXPECT_EQ(report.output.path, folder_.path("trip.partial.gpx"));
     EXPECT_FALSE(isReplaced());
     EXPECT_TRUE(hasPartial());
-    EXPECT_THAT(err_, HasSubstr("Missing: routes, tracks."));
-    EXPECT_THAT(err_, HasSubstr("log: what the plug-in thinks of it"));
-    EXPECT_THAT(
-        err_,
-        HasSubstr("The output file was not written; what arrived is kept beside its place. Path: " +
-                  folder_.path("trip.partial.gpx")));
 }
 
-TEST_F(Download, LogIsShownWithAMissingTransferThoughQuiet)
+TEST_F(Download, NothingReceivedLeavesNoPartialFile)
 {
-    options_.quiet = true;
-    EXPECT_EQ(download([](const Status&) { gps::logLine("why"); }), ExitStatus::kFailed);
-    EXPECT_THAT(err_, HasSubstr("log: why"));
-}
-
-TEST_F(Download, TransferThatWasNotAskedForIsNotMissed)
-{
-    options_.routes = options_.tracks = false;
-    EXPECT_EQ(download([](const Status& status) { transfer(status, TransferKind::kWaypoints); }),
-              ExitStatus::kSuccess);
-}
-
-TEST_F(Download, TransferThatTheDriverCannotMakeIsNotMissed)
-{
-    driver_.capabilities = "waypoints";
-    EXPECT_EQ(download([](const Status& status) { transfer(status, TransferKind::kWaypoints); }),
-              ExitStatus::kSuccess);
-}
-
-TEST_F(Download, NothingThatArrivedLeavesNoPartialFile)
-{
-    EXPECT_EQ(download([](const Status&) {}), ExitStatus::kFailed);
+    const auto report = download([](const Status&) {});
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kNone);
+    EXPECT_EQ(report.output.path, "");
     EXPECT_FALSE(isReplaced());
     EXPECT_FALSE(hasPartial());
 }
 
-TEST_F(Download, AnsweredErrorIsToldOnceAndLeavesTheOlderFile)
+TEST_F(Download, ReturnedErrorLeavesTheOlderFile)
 {
-    EXPECT_EQ(run([](const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
-                  status->gpsStateChange(0);
-                  gps::logError("Fake", errorAbout("/some/path"));
-                  return errorAbout("/some/path");
-              }),
-              ExitStatus::kFailed);
+    const auto report =
+        run([](const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
+            status->gpsStateChange(0);
+            return errorAbout("/some/path");
+        });
+    EXPECT_THAT(report.operations[0].errors, ElementsAre(errorAbout("/some/path")));
     EXPECT_FALSE(isReplaced());
-    EXPECT_EQ(err_, "magellangps: Unreadable. Path: /some/path\n");
+    EXPECT_FALSE(hasPartial());
 }
 
 TEST_F(Download, ReportedErrorLeavesAPartialFile)
 {
-    EXPECT_EQ(download([](const Status& status) {
-                  allTransfers(status);
-                  status->error({"some", -4});
-              }),
-              ExitStatus::kFailed);
-    EXPECT_FALSE(isReplaced());
-    EXPECT_TRUE(hasPartial());
-    EXPECT_THAT(err_, HasSubstr("Error -4 of the domain some."));
-}
-
-TEST_F(Download, ErrorOfASerialDriverComesWithWhatIsTheMatterWithThePort)
-{
-    driver_.serial = true;
-    driver_.setLocations({folder_.path("gone")});
-    EXPECT_EQ(download([](const Status& status) {
-                  status->error({"some", -1, {{gps::kErrorDescriptionKey, "Closed"}}});
-              }),
-              ExitStatus::kFailed);
-    EXPECT_THAT(err_, StartsWith("magellangps: Closed.\nmagellangps: The port is gone."));
-    EXPECT_THAT(err_, HasSubstr("Path: " + folder_.path("gone")));
-    EXPECT_FALSE(isReplaced());
-}
-
-TEST_F(Download, WordlessErrorOfASerialDriverGetsWords)
-{
-    driver_.serial = true;
-    EXPECT_EQ(download([](const Status& status) {
-                  status->startTransfer(TransferKind::kWaypoints);
-                  status->error({"some", -4});
-              }),
-              ExitStatus::kFailed);
-    EXPECT_THAT(err_, HasSubstr("The connection to the receiver broke off (error -4)."));
-    EXPECT_TRUE(hasPartial());
-}
-
-TEST_F(Download, SerialLineOnWhichNothingWasHeardIsAFailureThatKeepsTheOlderFile)
-{
-    driver_.serial = true;
-    driver_.setLocations({"/dev/some"});
-    EXPECT_EQ(download(allTransfers), ExitStatus::kFailed);
-    EXPECT_FALSE(isReplaced());
-    EXPECT_FALSE(hasPartial());
-    EXPECT_EQ(err_, "magellangps: No receiver answered at /dev/some. Check that it is on and "
-                    "connected there, and try again.\n");
-}
-
-TEST_F(Download, LogOfASerialSessionIsShownOnlyWhenSomethingIsMissing)
-{
-    driver_.serial = true;
-    (void)download([](const Status& status) {
-        gps::logLine(" -- a sentence");
+    const auto report = download([](const Status& status) {
         allTransfers(status);
+        status->error({"some", -4});
     });
-    EXPECT_THAT(err_, Not(HasSubstr("sentence")));
-    EXPECT_EQ(download([](const Status&) { gps::logLine(" -- a sentence"); }), ExitStatus::kFailed);
-    EXPECT_THAT(err_, HasSubstr("log:  -- a sentence"));
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_FALSE(isReplaced());
+    EXPECT_TRUE(hasPartial());
 }
 
-TEST_F(Download, FileThatCouldNotBeReadFailsButTheRestIsKeptUnderTheFinalName)
+TEST_F(Download, UnreadableFileFailsButTheRestIsWrittenUnderTheFinalName)
 {
-    EXPECT_EQ(download([](const Status& status) {
-                  allTransfers(status);
-                  gps::logError("Fake", errorAbout("/some/file"));
-              }),
-              ExitStatus::kFailed);
+    const auto report = download([](const Status& status) {
+        allTransfers(status);
+        gps::logError("Fake", errorAbout("/some/file"));
+    });
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kComplete);
     EXPECT_TRUE(isReplaced());
     EXPECT_FALSE(hasPartial());
-    EXPECT_EQ(err_, "magellangps: Unreadable. Path: /some/file\n");
 }
 
-TEST_F(Download, FolderThatWasReadAsAFileIsNothing)
+TEST_F(Download, SilentReceiverKeepsTheOlderFileAndLeavesNoPartialOne)
 {
-    EXPECT_EQ(download([&](const Status& status) {
-                  allTransfers(status);
-                  gps::logError("Fake", errorAbout(folder_.path()));
-              }),
-              ExitStatus::kSuccess);
-    EXPECT_THAT(err_, IsEmpty());
-}
-
-TEST_F(Download, FolderThatEndedTheWaypointsWasTheEnd)
-{
-    options_.routes = options_.tracks = false;
-    EXPECT_EQ(download([&](const Status& status) {
-                  status->startTransfer(TransferKind::kWaypoints);
-                  gps::logError("Fake", errorAbout(folder_.path()));
-                  status->endTransfer(TransferKind::kWaypoints);
-              }),
-              ExitStatus::kFailed);
+    driver_.serial = true;
+    request_.location = "/dev/some";
+    const auto report = download(allTransfers);
+    EXPECT_TRUE(report.operations[0].isReceiverSilent);
+    EXPECT_EQ(report.operations[0].location, "/dev/some");
     EXPECT_FALSE(isReplaced());
-    EXPECT_TRUE(hasPartial());
+    EXPECT_FALSE(hasPartial());
 }
 
-TEST_F(Download, ManyUnreadableFilesAreTenLinesAndACount)
+TEST_F(Download, OutputThatIsNotKeptAfterAFailureIsNotMadeThen)
 {
-    EXPECT_EQ(download([](const Status& status) {
-                  allTransfers(status);
-                  for (int i = 0; i < 1500; ++i)
-                      gps::logError("Fake", errorAbout("/some/file"));
-              }),
-              ExitStatus::kFailed);
-    EXPECT_EQ(std::count(err_.begin(), err_.end(), '\n'), 11);
-    EXPECT_THAT(err_, HasSubstr("And 1490 more that could not be read."));
+    request_.output->isKeptAfterFailure = false;
+    (void)download([](const Status& status) { transfer(status, TransferKind::kWaypoints); });
+    EXPECT_FALSE(hasPartial());
+    const auto report = download([](const Status& status) {
+        oneWaypoint(status);
+        gps::logError("Fake", errorAbout("/some/file"));
+    });
+    EXPECT_EQ(report.output.state, State::kNone);
+    EXPECT_FALSE(isReplaced());
+    EXPECT_EQ(download(oneWaypoint).output.state, State::kComplete);
 }
 
-TEST_F(Download, OtherLogLinesAreNotesUnlessQuiet)
+TEST_F(Download, OutputThatIsNotKeptEmptyIsMadeOnlyWithARecord)
 {
-    const auto work = [](const Status& status) {
+    request_.output->isKeptEmpty = false;
+    const auto report = download(allTransfers);
+    EXPECT_TRUE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kNone);
+    EXPECT_FALSE(isReplaced());
+    EXPECT_EQ(download(oneWaypoint).output.state, State::kComplete);
+}
+
+TEST_F(Download, OutputThatCannotBeOpenedIsReportedBeforeTheDriverIsAsked)
+{
+    request_.output->path = folder_.path("no/such/folder.gpx");
+    const auto report = run([](const Status&, const gps::Dictionary&) -> std::optional<gps::Error> {
+        ADD_FAILURE() << "asked";
+        return gps::Error{"some", -1};
+    });
+    EXPECT_TRUE(report.output.error);
+    EXPECT_THAT(report.operations, IsEmpty());
+    EXPECT_FALSE(report.succeeded());
+}
+
+TEST_F(Download, OutputThatCannotBeWrittenIsReported)
+{
+    request_.output->path = "/dev/full";
+    const auto report = download(oneWaypoint);
+    EXPECT_TRUE(report.output.error);
+    EXPECT_TRUE(report.operationsSucceeded());
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kNone);
+}
+
+TEST_F(Download, RemarkOfTheFormatIsReported)
+{
+    const auto report = download([](const Status& status) {
+        status->wayPoint({91, 0, 0, 0, 0}, {});
         allTransfers(status);
-        for (int i = 0; i < 12; ++i)
-            gps::logLine("line");
-    };
-    EXPECT_EQ(download(work), ExitStatus::kSuccess);
-    EXPECT_EQ(std::count(err_.begin(), err_.end(), '\n'), 11);
-    EXPECT_THAT(err_, HasSubstr("note: and 2 more\n"));
-    options_.quiet = true;
-    EXPECT_EQ(download(work), ExitStatus::kSuccess);
-    EXPECT_THAT(err_, IsEmpty());
+    });
+    EXPECT_THAT(report.output.remark, HasSubstr("1 point "));
 }
 
-TEST_F(Download, PointsLeftOutOfTheFileAreANote)
+TEST_F(Download, EachSourceFileIsAnOperationOfItsOwnIntoOneOutput)
 {
-    EXPECT_EQ(download([](const Status& status) {
-                  status->wayPoint({91, 0, 0, 0, 0}, {});
-                  allTransfers(status);
-              }),
-              ExitStatus::kSuccess);
-    EXPECT_EQ(err_, "note: 1 point without valid coordinates was left out\n");
+    request_.sourceFiles = {"a.upt", "b.upt"};
+    std::vector<std::string> imported;
+    const auto report =
+        run([&](const Status& status, const gps::Dictionary& options) -> std::optional<gps::Error> {
+            imported.push_back(*options.findString("sourcePath"));
+            const bool isFirst = imported.size() == 1;
+            if (!isFirst)
+                status->wayPoint({46, 7, 0, 0, 0}, {{"name", "B"}});
+            transfer(status, TransferKind::kWaypoints);
+            status->gpsStateChange(0);
+            return isFirst ? std::optional{errorAbout("a.upt")} : std::nullopt;
+        });
+    EXPECT_THAT(imported, ElementsAre("a.upt", "b.upt"));
+    ASSERT_THAT(report.operations, SizeIs(2));
+    EXPECT_EQ(report.operations[0].sourceFile, "a.upt");
+    EXPECT_FALSE(report.operations[0].succeeded());
+    EXPECT_TRUE(report.operations[1].succeeded()) << "a failure does not stop the others";
+    EXPECT_EQ(report.output.state, State::kPartial);
+    EXPECT_THAT(folder_.read("trip.partial.gpx"), HasSubstr("<name>B</name>"));
 }
 
-TEST_F(Download, EventsEndWithTheResultThoughItFailedAtItsStart)
-{
-    options_.events = true;
-    EXPECT_EQ(run([](const Status& status, const gps::Dictionary&) -> std::optional<gps::Error> {
-                  status->gpsStateChange(0);
-                  return gps::Error{"some", -1};
-              }),
-              ExitStatus::kFailed);
-    EXPECT_EQ(out_, "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":{"
-                    "\"domain\":\"some\",\"code\":-1,"
-                    "\"description\":null,\"suggestion\":null,\"path\":null}}\n");
-}
+/// Notes what reaches it, and how often it is flushed.
+class NotingWriter final : public host::Writer {
+public:
+    void event(const host::Event& event) override
+    {
+        if (event.kind == host::EventKind::kTrackPoint)
+            times.push_back(event.point.time);
+    }
+    void result(const std::optional<gps::Error>& error) override { results.push_back(error); }
+    void flush() override { ++flushes; }
+    [[nodiscard]] std::optional<gps::Error> close() override
+    {
+        ADD_FAILURE() << "closed by the download";
+        return std::nullopt;
+    }
 
-TEST_F(Download, SummaryIsPrintedOnlyOfWhatArrived)
-{
-    options_.output.reset();
-    EXPECT_EQ(download(allTransfers), ExitStatus::kSuccess);
-    EXPECT_THAT(out_, HasSubstr("Total "));
-    EXPECT_EQ(download([](const Status&) {}), ExitStatus::kFailed);
-    EXPECT_THAT(out_, IsEmpty());
-}
-
-TEST_F(Download, SummaryOfNothingIsPrintedWhereNothingWasAskedFor)
-{
-    options_.output.reset();
-    options_.waypoints = options_.routes = options_.tracks = false;
-    EXPECT_EQ(download([](const Status&) {}), ExitStatus::kSuccess);
-    EXPECT_THAT(out_, HasSubstr("Total "));
-}
-
-TEST_F(Download, HundredThousandPointsComeThroughTheQueue)
-{
-    EXPECT_EQ(download([](const Status& status) {
-                  status->startTransfer(TransferKind::kTracks);
-                  status->newTrack({{"name", "Long"}});
-                  for (int i = 0; i < 100000; ++i)
-                      status->trackPoint({0.5, 0.5, 0, i, 0}, {});
-                  allTransfers(status);
-              }),
-              ExitStatus::kSuccess);
-    const auto gpx = folder_.read("trip.gpx");
-    EXPECT_EQ(std::count(gpx.begin(), gpx.end(), '\n'), 2 + 1 + 100000 + 1 + 1);
-}
+    std::vector<std::int64_t> times;
+    std::vector<std::optional<gps::Error>> results;
+    int flushes = 0;
+};
 
 std::int64_t weeksAgo(int weeks)
 {
@@ -350,38 +289,112 @@ std::function<void(const Status&)> trackAt(std::int64_t time)
     };
 }
 
-TEST_F(Download, DatesThatLookOldAreToldOfWithTheFileAndWithTheSummary)
+TEST_F(Download, DatesAreAdjustedForTheFileAndConsumersButNotForVerbatimOnes)
 {
-    EXPECT_EQ(download(trackAt(weeksAgo(1025))), ExitStatus::kSuccess);
-    EXPECT_THAT(err_, testing::StartsWith("note: The dates look 1024 weeks old"));
-    EXPECT_THAT(out_, IsEmpty());
-    options_.output.reset();
-    EXPECT_EQ(download(trackAt(weeksAgo(1025))), ExitStatus::kSuccess);
-    EXPECT_THAT(err_, IsEmpty());
-    EXPECT_THAT(out_, HasSubstr("\n\nThe dates look 1024 weeks old"));
-    EXPECT_THAT(out_, HasSubstr("--fix-dates"));
+    NotingWriter adjusted;
+    NotingWriter verbatim;
+    request_.consumers = {&adjusted};
+    request_.verbatimConsumers = {&verbatim};
+    request_.dateRule = {.weeks = 1};
+    const auto report = download(trackAt(1717236000));
+    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-08T10:00:00Z</time>"));
+    EXPECT_THAT(adjusted.times, ElementsAre(1717236000 + 604800));
+    EXPECT_THAT(verbatim.times, ElementsAre(1717236000));
+    EXPECT_EQ(report.dates.adjusted, 1U);
 }
 
-TEST_F(Download, DatesThatAreYoungerAreNothingToTellOf)
+TEST_F(Download, ConsumersGetTheResultAndAreFlushedButNotClosed)
 {
-    options_.summary = true;
-    EXPECT_EQ(download(trackAt(weeksAgo(1020))), ExitStatus::kSuccess);
-    EXPECT_THAT(err_, IsEmpty());
-    EXPECT_THAT(out_, Not(HasSubstr("The dates")));
+    NotingWriter adjusted;
+    NotingWriter verbatim;
+    request_.output.reset();
+    request_.consumers = {&adjusted};
+    request_.verbatimConsumers = {&verbatim};
+    EXPECT_TRUE(download(allTransfers).succeeded());
+    for (const auto* writer : {&adjusted, &verbatim}) {
+        EXPECT_THAT(writer->results, ElementsAre(std::nullopt));
+        EXPECT_GE(writer->flushes, 1);
+    }
+    (void)run([](const Status&, const gps::Dictionary&) {
+        return std::optional{gps::Error{"some", -1}};
+    });
+    EXPECT_THAT(adjusted.results, ElementsAre(std::nullopt, gps::Error{"some", -1}));
+    EXPECT_THAT(verbatim.results, ElementsAre(std::nullopt, gps::Error{"some", -1}));
 }
 
-TEST_F(Download, DatesAreMendedInTheFileAndTheSummaryButNotInTheEventLines)
+TEST_F(Download, DatesThatLookTooOldAreReportedUnlessARuleAdjustsThem)
 {
-    options_.fixDates = {.weeks = 1};
-    options_.summary = true;
-    EXPECT_EQ(download(trackAt(1717236000)), ExitStatus::kSuccess);
-    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-08T10:00:00Z</time>"));
-    EXPECT_THAT(out_, HasSubstr("2024-06-08 10:00:00"));
-    options_.summary = false;
-    options_.events = true;
-    EXPECT_EQ(download(trackAt(1717236000)), ExitStatus::kSuccess);
-    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-08T10:00:00Z</time>"));
-    EXPECT_THAT(out_, HasSubstr("\"time\":1717236000,"));
+    const auto time = weeksAgo(1025);
+    EXPECT_EQ(download(trackAt(time)).dates.suspectNewest, time);
+    EXPECT_EQ(download(trackAt(weeksAgo(1020))).dates.suspectNewest, std::nullopt);
+    request_.dateRule.isAuto = true;
+    const auto report = download(trackAt(time));
+    EXPECT_EQ(report.dates.suspectNewest, std::nullopt);
+    EXPECT_EQ(report.dates.adjusted, 1U);
+}
+
+/// Passes waypoints only, and one more track point at the end.
+class WaypointFilter final : public host::EventFilter {
+public:
+    void event(const host::Event& event, const Sink& sink) override
+    {
+        if (event.kind == host::EventKind::kWayPoint)
+            sink(event);
+    }
+    void finish(const Sink& sink) override { sink(support::fix(1717236000)); }
+};
+
+TEST_F(Download, FilterDecidesWhatIsWrittenButNotWhatConsumersGet)
+{
+    WaypointFilter filter;
+    NotingWriter consumer;
+    request_.output->filter = &filter;
+    request_.consumers = {&consumer};
+    const auto report = download([](const Status& status) {
+        oneWaypoint(status);
+        status->trackPoint({46, 7, 0, 5, 0}, {});
+    });
+    EXPECT_EQ(report.received, (RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
+    EXPECT_EQ(report.written, (RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
+    EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-01T10:00:00Z</time>"));
+    EXPECT_THAT(consumer.times, ElementsAre(5));
+}
+
+TEST_F(Download, ProgressBeginsWithReadingAndEndsWithEachOperation)
+{
+    std::vector<TransferPhase> phases;
+    request_.progress = [&](const host::TransferProgress& progress) {
+        phases.push_back(progress.phase);
+    };
+    (void)download(allTransfers);
+    ASSERT_GE(phases.size(), 2U);
+    EXPECT_EQ(phases.front(), TransferPhase::kReading);
+    EXPECT_EQ(phases.back(), TransferPhase::kFinished);
+}
+
+TEST_F(Download, ProgressOfASerialDriverNamesThePort)
+{
+    std::vector<host::TransferProgress> all;
+    request_.progress = [&](const host::TransferProgress& progress) { all.push_back(progress); };
+    request_.location = "/dev/some";
+    driver_.serial = true;
+    (void)download(allTransfers);
+    EXPECT_EQ(all.front().phase, TransferPhase::kLookingForReceiver);
+    EXPECT_EQ(all.front().location, "/dev/some");
+}
+
+TEST_F(Download, HundredThousandPointsComeThroughTheQueue)
+{
+    const auto report = download([](const Status& status) {
+        status->startTransfer(TransferKind::kTracks);
+        status->newTrack({{"name", "Long"}});
+        for (int i = 0; i < 100000; ++i)
+            status->trackPoint({0.5, 0.5, 0, i, 0}, {});
+        allTransfers(status);
+    });
+    EXPECT_EQ(report.written.trackPoints, 100000U);
+    const auto gpx = folder_.read("trip.gpx");
+    EXPECT_EQ(std::count(gpx.begin(), gpx.end(), '\n'), 2 + 1 + 100000 + 1 + 1);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "host/transfer/RecordCounts.h"
 
-#include "host/watching/Records.h"
+#include "host/Records.h"
 
 #include <gmock/gmock.h>
 
@@ -34,15 +34,16 @@ TEST(RecordCounts, EachKindIsCounted)
                                 .routePoints = 0,
                                 .tracks = 2,
                                 .trackPoints = 2};
-    EXPECT_EQ(count({place("A"), place("B"), cache("C"), endOfTransfer(), route("R"), route("S"),
-                     endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
+    EXPECT_EQ(count({waypoint("A"), waypoint("B"), cache("C"), endOfTransfer(), route("R"),
+                     route("S"), endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
               expected);
 }
 
 TEST(RecordCounts, PointsOfARouteAreNotWaypoints)
 {
     const RecordCounts expected{.waypoints = 1, .routes = 1, .routePoints = 2};
-    EXPECT_EQ(count({route("R"), place("A"), cache("B"), endOfTransfer(), place("C")}), expected);
+    EXPECT_EQ(count({route("R"), waypoint("A"), cache("B"), endOfTransfer(), waypoint("C")}),
+              expected);
 }
 
 TEST(RecordCounts, PointsWithoutAHeadAreATrack)

@@ -33,13 +33,13 @@ protected:
     std::string path_ = folder_.path("state/42.txt");
 };
 
-TEST_F(KnownRecordsTest, WithoutAFileNothingIsKnownAndNothingIsWrong)
+TEST_F(KnownRecordsTest, MissingFileIsAnEmptyList)
 {
     EXPECT_FALSE(known().contains("waypoint 1"));
     EXPECT_FALSE(known().hasTrackFrom(0));
 }
 
-TEST_F(KnownRecordsTest, KeysAreKnownInTheNextRun)
+TEST_F(KnownRecordsTest, KeysAreKnownToTheNextRun)
 {
     auto list = known({"waypoint 1", "track 100 5"});
     EXPECT_EQ(list.add({"route 2"}), std::nullopt);
@@ -58,7 +58,7 @@ TEST_F(KnownRecordsTest, TrackIsFoundByItsWholeFirstTime)
         EXPECT_FALSE(list.hasTrackFrom(time)) << time;
 }
 
-TEST_F(KnownRecordsTest, AnyDamageIsSeenPutAsideAndForgotten)
+TEST_F(KnownRecordsTest, AnyDamageIsNoticedAndTheFileRenamed)
 {
     (void)known({"waypoint 1", "waypoint 2"});
     const auto whole = folder_.read("state/42.txt");
@@ -113,7 +113,7 @@ TEST_F(KnownRecordsTest, OneFailedCallLosesNothingThatWasKnownAndIsReported)
     }
 }
 
-TEST_F(KnownRecordsTest, WhatCannotBeWrittenIsTold)
+TEST_F(KnownRecordsTest, FailureToWriteIsReturned)
 {
     KnownRecords list{"/proc/none/42.txt"};
     const auto failure = list.add({"waypoint 1"});

@@ -30,11 +30,11 @@ TEST_F(StopSignals, EachSignalRequestsAStop)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const host::StopSignals stop;
-        EXPECT_FALSE(stop.isWished());
+        EXPECT_FALSE(stop.stopRequested());
         EXPECT_FALSE(isReadable(stop.file(), 0));
         ::kill(::getpid(), signal);
         EXPECT_TRUE(isReadable(stop.file(), 30000)) << signal;
-        EXPECT_TRUE(stop.isWished());
+        EXPECT_TRUE(stop.stopRequested());
     }
 }
 
@@ -57,7 +57,7 @@ TEST_F(StopSignals, IgnoredSignalDoesNotRequestAStop)
             const host::StopSignals stop;
             sendAndAwait(signal);
             sendAndAwait(signal); // the first has been handled by now
-            EXPECT_FALSE(stop.isWished()) << signal;
+            EXPECT_FALSE(stop.stopRequested()) << signal;
             EXPECT_FALSE(isReadable(stop.file(), 0)) << signal;
         }
         (void)std::signal(signal, before);

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// What `acquire` and `import` share: running a download as the options say, and printing its
+// report. [host thread]
+
+#pragma once
+
+#include "host/cli/Console.h"
+#include "host/cli/ExitStatus.h"
+#include "host/cli/Options.h"
+#include "host/transfer/DownloadRequest.h"
+
+#include <gps/GPSPlugInProtocol.h>
+
+namespace host {
+
+/// The part of a request that the options determine, without consumers and progress.
+[[nodiscard]] DownloadRequest downloadRequest(const DownloadOptions& options);
+
+/// Runs a download. Event lines or the summary go to the standard output, messages to standard
+/// error.
+[[nodiscard]] ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
+                                     const DownloadOptions& options, const Console& console);
+
+} // namespace host

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// The order of messages follows the order in which things happened: what the driver reported, what
+// did not arrive, which files could not be read, the log, the serial port.
+
+#include "host/cli/DownloadMessages.h"
+
+#include "host/base/Sentences.h"
+#include "host/points/Points.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace host {
+namespace {
+
+constexpr std::size_t kMostUnreadable = 10; // files and folders named one by one
+
+void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& errors)
+{
+    for (const auto& error : errors)
+        messages.push_back({true, sentencesOf(error)});
+}
+
+void addMissing(std::vector<Message>& messages, const std::vector<gps::TransferKind>& missing)
+{
+    if (missing.empty())
+        return;
+    std::string names;
+    for (const auto kind : missing)
+        names.append(names.empty() ? "" : ", ").append(kindName(kind));
+    messages.push_back({true, fmt::format("The download broke off. Missing: {}.", names)});
+}
+
+void addUnreadable(std::vector<Message>& messages, const OperationReport& report)
+{
+    const auto shown = std::min(report.unreadable.size(), kMostUnreadable);
+    for (std::size_t i = 0; i < shown; ++i)
+        messages.push_back({true, sentencesOf(report.unreadable[i])});
+    const auto unshown = report.unreadable.size() - shown + report.moreUnreadable;
+    if (unshown > 0)
+        messages.push_back({true, fmt::format("And {} more that could not be read.", unshown)});
+}
+
+// If something is missing, the log may say why, so its lines are errors. A serial session logs each
+// of its sentences, which nobody wants to see otherwise.
+void addLog(std::vector<Message>& messages, const OperationReport& report)
+{
+    const bool isNeeded = !report.missing.empty();
+    if (report.isSerial && !isNeeded)
+        return;
+    const std::string_view prefix = isNeeded ? "log: " : "";
+    for (const auto& line : report.logLines)
+        messages.push_back({isNeeded, fmt::format("{}{}", prefix, line)});
+    if (report.moreLogLines > 0)
+        messages.push_back({isNeeded, fmt::format("{}and {} more", prefix, report.moreLogLines)});
+}
+
+} // namespace
+
+std::vector<Message> operationMessages(const OperationReport& report, bool isLogShown)
+{
+    std::vector<Message> messages;
+    addErrors(messages, report.errors);
+    addMissing(messages, report.missing);
+    addUnreadable(messages, report);
+    if (isLogShown)
+        addLog(messages, report);
+    if (report.portFailure)
+        messages.push_back({true, sentencesOf(*report.portFailure)});
+    if (report.isReceiverSilent)
+        messages.push_back({true, fmt::format("No receiver answered at {}. Check that it is on and "
+                                              "connected there, and try again.",
+                                              report.location)});
+    return messages;
+}
+
+std::vector<Message> outputMessages(const OutputReport& report)
+{
+    std::vector<Message> messages;
+    if (!report.remark.empty())
+        messages.push_back({false, report.remark});
+    if (report.error)
+        messages.push_back({true, sentencesOf(*report.error)});
+    if (report.state == OutputReport::State::kPartial && !report.path.empty())
+        messages.push_back({true, "The output file was not written, because the download is not "
+                                  "complete. What arrived is kept in another file. Path: " +
+                                      report.path});
+    return messages;
+}
+
+std::string dateAdvice(const DateReport& report)
+{
+    if (!report.suspectNewest)
+        return {};
+    std::string newest;
+    appendTimestamp(newest, *report.suspectNewest, ' ');
+    return fmt::format("The dates look 1024 weeks too old; the newest is {}. The receiver's week "
+                       "counter has probably rolled over. --fix-dates auto adds 1024 weeks.",
+                       newest.substr(0, newest.find(' ')));
+}
+
+} // namespace host

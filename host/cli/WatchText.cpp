@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+// A download is one line: what was saved, or that there was nothing. If anything failed, another
+// line has all errors of that download.
+
+#include "host/cli/WatchText.h"
+
+#include "host/base/Sentences.h"
+#include "host/base/Text.h"
+#include "host/cli/DownloadMessages.h"
+#include "host/cli/RecordCountText.h"
+
+#include <fmt/format.h>
+
+#include <iterator>
+
+namespace host {
+namespace {
+
+std::string nameOf(const WatchedDevice& device)
+{
+    return fmt::format("{}, {}", device.name, device.location);
+}
+
+std::vector<Message> messagesOf(const WatchEvent& event, bool isLogShown)
+{
+    std::vector<Message> messages;
+    const auto add = [&](std::vector<Message> more) {
+        messages.insert(messages.end(), std::make_move_iterator(more.begin()),
+                        std::make_move_iterator(more.end()));
+    };
+    for (const auto& operation : event.report.operations)
+        add(operationMessages(operation, isLogShown));
+    if (const auto advice = dateAdvice(event.report.dates); !advice.empty())
+        add({{false, advice}});
+    add(outputMessages(event.report.output));
+    if (event.error)
+        add({{true, sentencesOf(*event.error)}});
+    return messages;
+}
+
+WatchText downloadText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
+{
+    WatchText text;
+    std::vector<std::string> errors;
+    for (auto& message : messagesOf(event, isLogShown)) {
+        if (message.isError)
+            errors.push_back(std::move(message.text));
+        else
+            text.notes.push_back(std::move(message));
+    }
+    const auto& output = event.report.output;
+    if (output.state == OutputReport::State::kComplete)
+        text.lines.push_back(
+            fmt::format("saved: {}: {}", output.path, recordCountText(event.report.written)));
+    else if (errors.empty())
+        text.lines.push_back(fmt::format("{}: {}", isNewOnly ? "nothing new" : "nothing to save",
+                                         nameOf(event.device)));
+    if (!errors.empty())
+        text.lines.push_back(fmt::format("failed: {}: {}{}", nameOf(event.device),
+                                         joined(errors, " "),
+                                         event.isRetried ? " Trying again." : ""));
+    return text;
+}
+
+} // namespace
+
+WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
+{
+    const auto device = nameOf(event.device);
+    switch (event.kind) {
+    case WatchEvent::Kind::kAppeared:
+        return {{fmt::format(
+            "appeared: {}{}", device,
+            event.device.isReadable ? "" : ". You have no permission to read its files")}};
+    case WatchEvent::Kind::kGone:
+        return {{"gone: " + device}};
+    case WatchEvent::Kind::kListDamaged:
+        return {{"note: " + (event.error ? sentencesOf(*event.error) : std::string{})}};
+    case WatchEvent::Kind::kDownloaded:
+        return downloadText(event, isNewOnly, isLogShown);
+    case WatchEvent::Kind::kStarted:
+    case WatchEvent::Kind::kDriverMissing:
+        break;
+    }
+    return {};
+}
+
+} // namespace host

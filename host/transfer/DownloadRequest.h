@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// DownloadRequest: everything that a front end decides about a download before it starts. A plain
+// value; what it points to must outlive the download. [host thread]
+
+#pragma once
+
+#include "host/formats/Formats.h"
+#include "host/operations/DateFix.h"
+#include "host/transfer/EventFilter.h"
+#include "host/transfer/TransferProgress.h"
+
+#include <gps/Value.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// Which kinds of records a driver is asked for.
+struct RequestedKinds {
+    bool waypoints = true; ///< with geocaches
+    bool routes = true;
+    bool tracks = true;
+};
+
+/// The file that a download writes.
+struct OutputRequest {
+    std::string path{};             ///< "-" is the standard output
+    const Format* format = nullptr; ///< required
+    EventFilter* filter = nullptr;  ///< null: every record is written
+
+    /// What arrived is kept although something failed: under the final name if nothing is missing,
+    /// otherwise as a partial file. If false, a download that fails makes no file.
+    bool isKeptAfterFailure = true;
+
+    bool isKeptEmpty = true; ///< false: a download that writes no record makes no file
+};
+
+struct DownloadRequest {
+    /// Files to import, one operation each. Empty: one operation reads the driver's selected
+    /// device.
+    std::vector<std::string> sourceFiles{};
+    std::string location{}; ///< of the selected device; not needed for an import
+
+    RequestedKinds kinds{};
+    std::optional<gps::Dictionary> driverOptions{}; ///< exactly these, instead of `kinds`
+    std::optional<std::int32_t> debugLevel{};       ///< goes to the driver in either case
+
+    DateRule dateRule{};
+    std::optional<OutputRequest> output{};
+
+    /// Get each event, then each operation's result, and are flushed after each batch of events.
+    /// Closing them is left to the caller. They are called on another thread than the download's.
+    std::vector<Writer*> consumers{};         ///< with the times that the date rule adjusted
+    std::vector<Writer*> verbatimConsumers{}; ///< with every event as the driver reported it
+
+    ProgressCallback progress{};
+};
+
+/// The options dictionary for one of the driver's operations.
+/// @param sourceFile  the file to import; empty: the device is read
+[[nodiscard]] gps::Dictionary operationOptions(const DownloadRequest& request,
+                                               const std::string& sourceFile = {});
+
+} // namespace host

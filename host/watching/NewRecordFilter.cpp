@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// A track may have grown since it was saved, so its first time alone does not decide: it is known
+// only if its number of points is the same, too.
+
+#include "host/watching/NewRecordFilter.h"
+
+#include "host/points/Points.h"
+
+namespace host {
+
+void NewRecordFilter::event(const Event& event, const Sink& sink)
+{
+    switch (event.kind) {
+    case EventKind::kNewRoute:
+        end(sink);
+        begin(Open::kRoute);
+        content_.add(event.record);
+        held_.push_back(event);
+        break;
+    case EventKind::kNewTrack:
+        end(sink);
+        begin(Open::kTrack);
+        held_.push_back(event);
+        break;
+    case EventKind::kTrackPoint:
+        trackPoint(event, sink);
+        break;
+    case EventKind::kWayPoint:
+        wayPoint(event, sink);
+        break;
+    default:
+        end(sink);
+        sink(event);
+    }
+}
+
+void NewRecordFilter::finish(const Sink& sink)
+{
+    end(sink);
+}
+
+void NewRecordFilter::wayPoint(const Event& event, const Sink& sink)
+{
+    if (open_ == Open::kRoute) {
+        content_.add(event.point);
+        content_.add(event.record);
+        held_.push_back(event);
+        return;
+    }
+    end(sink);
+    if (noteKey(wayPointKey(event.point, event.record)))
+        sink(event);
+}
+
+void NewRecordFilter::begin(Open kind)
+{
+    open_ = kind;
+    content_ = {};
+    held_.clear();
+    points_ = 0;
+    firstTime_ = 0;
+    isPassing_ = false;
+    heldPoints_.clear();
+    heldExtras_.clear();
+}
+
+void NewRecordFilter::trackPoint(const Event& event, const Sink& sink)
+{
+    if (open_ != Open::kTrack) { // a track without a head
+        end(sink);
+        begin(Open::kTrack);
+    }
+    if (points_++ == 0) {
+        firstTime_ = event.point.time;
+        isPassing_ = !known_.hasTrackFrom(firstTime_);
+        if (isPassing_)
+            passHeld(sink);
+    }
+    const bool isTimed = content_.text().empty() && (points_ > 1 || hasTimestamp(event.point));
+    if (!isTimed)
+        content_.add(event.point);
+    if (isPassing_)
+        sink(event);
+    else
+        holdPoint(event);
+}
+
+// Consecutive points mostly have equal extras, so these are kept once for each run of points.
+void NewRecordFilter::holdPoint(const Event& event)
+{
+    if (heldExtras_.empty() || !(heldExtras_.back().second == event.record))
+        heldExtras_.emplace_back(heldPoints_.size(), event.record);
+    heldPoints_.push_back(event.point);
+}
+
+void NewRecordFilter::end(const Sink& sink)
+{
+    if (open_ == Open::kRoute && noteKey(routeKey(content_)))
+        passHeld(sink);
+    if (open_ == Open::kTrack)
+        endTrack(sink);
+    begin(Open::kNothing);
+}
+
+void NewRecordFilter::endTrack(const Sink& sink)
+{
+    if (points_ == 0)
+        content_.add(held_.front().record);
+    if (noteKey(trackKey(firstTime_, points_, content_)) && !isPassing_)
+        passHeld(sink);
+}
+
+void NewRecordFilter::passHeld(const Sink& sink)
+{
+    for (const auto& event : held_)
+        sink(event);
+    Event point;
+    point.kind = EventKind::kTrackPoint;
+    auto extra = heldExtras_.begin();
+    for (std::size_t i = 0; i < heldPoints_.size(); ++i) {
+        if (extra != heldExtras_.end() && extra->first == i)
+            point.record = std::move((extra++)->second);
+        point.point = heldPoints_[i];
+        sink(point);
+    }
+}
+
+bool NewRecordFilter::noteKey(std::string key)
+{
+    const bool isKnown = known_.contains(key);
+    seen_.insert(std::move(key));
+    return !isKnown;
+}
+
+} // namespace host

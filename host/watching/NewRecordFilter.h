@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// NewRecordFilter: lets only records through that were not saved before. Used by `watch`. One
+// thread at a time.
+
+#pragma once
+
+#include "host/transfer/EventFilter.h"
+#include "host/watching/KnownRecords.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace host {
+
+/// Events that are not records pass. A route is held back until its end; a track only while a known
+/// track has the same first time, at 40 bytes a point, until it turns out to be another one.
+class NewRecordFilter final : public EventFilter {
+public:
+    /// @param known  must outlive this object
+    explicit NewRecordFilter(const KnownRecords& known) : known_(known) {}
+
+    void event(const Event& event, const Sink& sink) override;
+    void finish(const Sink& sink) override;
+
+    /// The keys of all records so far that are complete, known or new.
+    [[nodiscard]] const RecordKeys& seen() const noexcept { return seen_; }
+
+private:
+    enum class Open { kNothing, kRoute, kTrack };
+
+    void wayPoint(const Event& event, const Sink& sink);
+    void begin(Open kind);
+    void trackPoint(const Event& event, const Sink& sink);
+    void holdPoint(const Event& event);
+    void end(const Sink& sink);
+    void endTrack(const Sink& sink);
+    void passHeld(const Sink& sink);
+    [[nodiscard]] bool noteKey(std::string key); // returns whether it is new
+
+    const KnownRecords& known_;
+    RecordKeys seen_;
+
+    // The open route or track.
+    Open open_ = Open::kNothing;
+    Digest content_;          // of a route, or of a track without times
+    std::vector<Event> held_; // a route with its points, or a track's head
+    std::size_t points_ = 0;  // of the track
+    std::int64_t firstTime_ = 0;
+    bool isPassing_ = false; // the track is known to be new: its points pass at once
+    std::vector<gps::GPSPoint> heldPoints_;
+    std::vector<std::pair<std::size_t, gps::Dictionary>> heldExtras_; // from this held point on
+};
+
+} // namespace host

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+// Drivers list their devices anew only when they are told to refresh. One for serial ports is
+// offered only while there is a port, so the plug-in is asked again when ports come.
+
+#include "host/watching/Watcher.h"
+
+#include "host/bundle/DeviceChoice.h"
+#include "host/files/Files.h"
+#include "host/files/StateFolder.h"
+#include "host/transfer/Download.h"
+#include "host/watching/KnownRecords.h"
+#include "host/watching/NewRecordFilter.h"
+
+#include <gps/GPSFileDevice.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A serial number is the same wherever the device is mounted.
+std::string identifierOf(const gps::GPSPlugInProtocol& driver, const WatchedDevice& device)
+{
+    const auto* const files = dynamic_cast<const gps::GPSFileDevice*>(&driver);
+    const auto serialNumber = files != nullptr ? files->deviceIdentifier() : std::nullopt;
+    return serialNumber.value_or(fs::path{device.location}.filename().string());
+}
+
+// Finding out whether a receiver is on a serial port takes long, so each port is asked only once.
+std::size_t mostTriesWith(const gps::GPSPlugInProtocol& driver)
+{
+    return driver.needsSerialRefresh() ? 1 : Watcher::kMostTries;
+}
+
+} // namespace
+
+Watcher::Watcher(PlugInBundle plugIn, WatchRequest request, WatchCallback callback)
+    : plugIn_(std::move(plugIn)), request_(std::move(request)), callback_(std::move(callback))
+{}
+
+std::optional<gps::Error> Watcher::run(const StopSignals& stop)
+{
+    constexpr std::chrono::milliseconds kNoLimit{-1};
+    if (auto failure = makeFolders(request_.folder))
+        return failure;
+    stop_ = &stop;
+    gps::DeviceMonitor monitor{stop.file()}; // before the first look, so that no change is missed
+    report({.kind = WatchEvent::Kind::kStarted});
+    reportMissingDriver();
+    for (std::size_t looks = 0; !isStopped();) {
+        if (look())
+            looks = 0;
+        const auto limit = looks < kFurtherLooks.size() ? kFurtherLooks[looks] : kNoLimit;
+        const auto changes = monitor.wait(limit);
+        looks = changes.volumes || changes.serialPorts ? 0 : looks + 1;
+        refresh(changes);
+    }
+    stop_ = nullptr;
+    return std::nullopt;
+}
+
+bool Watcher::look()
+{
+    const auto changes = devices_.update(connectedDevices());
+    for (const auto& device : changes.gone)
+        report({.kind = WatchEvent::Kind::kGone, .device = device});
+    for (const auto& device : changes.appeared)
+        report({.kind = WatchEvent::Kind::kAppeared, .device = device});
+    for (const auto& device : devices_.due()) {
+        if (isStopped())
+            break;
+        saveFrom(device);
+    }
+    return !changes.appeared.empty();
+}
+
+bool Watcher::isWatched(const gps::GPSPlugInProtocol& driver) const
+{
+    if (request_.driver)
+        return driverName(driver) == *request_.driver;
+    return driver.needsFileSystemRefresh() ||
+           (request_.isSerialIncluded && driver.needsSerialRefresh());
+}
+
+bool Watcher::isStopped() const
+{
+    return isCallbackDone_ || (stop_ != nullptr && stop_->stopRequested());
+}
+
+std::vector<WatchedDevice> Watcher::connectedDevices() const
+{
+    std::vector<WatchedDevice> connected;
+    for (const auto& driver : plugIn_.drivers) {
+        if (!isWatched(*driver))
+            continue;
+        for (const auto& device : devicesOf(*driver))
+            connected.push_back({driverName(*driver), device.location,
+                                 device.name.value_or(driver->gpsName()),
+                                 device.authorized.value_or(true)});
+    }
+    return connected;
+}
+
+// Selects the device in its driver. Returns null if the driver does not list it any more.
+Driver Watcher::select(const WatchedDevice& device) const
+{
+    for (const auto& driver : plugIn_.drivers) {
+        if (driverName(*driver) != device.driver)
+            continue;
+        const auto devices = devicesOf(*driver);
+        const auto found = std::find_if(devices.begin(), devices.end(), [&](const Device& listed) {
+            return listed.location == device.location;
+        });
+        if (found == devices.end())
+            return nullptr;
+        if (auto* const menu = deviceMenu(*driver))
+            menu->pick(static_cast<std::size_t>(found - devices.begin()));
+        return driver;
+    }
+    return nullptr;
+}
+
+// Two devices can have the same identifier, and one can come back within a second.
+std::string Watcher::newPath(const std::string& identifier) const
+{
+    const auto stem = fmt::format("{}-{}", nameOfDevice(identifier), nameOfNow());
+    const auto pathWith = [&](const std::string& suffix) {
+        return (fs::path{request_.folder} /
+                fmt::format("{}{}.{}", stem, suffix, request_.format->name))
+            .string();
+    };
+    auto path = pathWith("");
+    std::error_code ignored;
+    for (int number = 1; fs::exists(path, ignored); ++number)
+        path = pathWith(fmt::format("-{}", number));
+    return path;
+}
+
+void Watcher::reportMissingDriver()
+{
+    const auto& drivers = plugIn_.drivers;
+    if (request_.driver && std::none_of(drivers.begin(), drivers.end(),
+                                        [&](const Driver& driver) { return isWatched(*driver); }))
+        report({.kind = WatchEvent::Kind::kDriverMissing});
+}
+
+void Watcher::refresh(const gps::DeviceChanges& changes)
+{
+    if (changes.serialPorts)
+        addNewDrivers(plugIn_);
+    for (const auto& driver : plugIn_.drivers) {
+        if (isWatched(*driver))
+            driver->refreshDeviceList();
+    }
+}
+
+void Watcher::saveFrom(const WatchedDevice& device)
+{
+    const auto driver = select(device);
+    if (driver == nullptr)
+        return;
+    WatchEvent event{.kind = WatchEvent::Kind::kDownloaded, .device = device};
+    event.error = makeFolders(request_.folder); // it may be on a medium that was removed meanwhile
+    if (event.error) {
+        event.isRetried = devices_.markFailed(device, kMostTries);
+    } else {
+        download(*driver, event);
+        if (event.report.succeeded())
+            devices_.markDone(device);
+        else
+            event.isRetried = devices_.markFailed(device, mostTriesWith(*driver));
+    }
+    report(event);
+}
+
+void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
+{
+    const auto& device = event.device;
+    const auto identifier = identifierOf(driver, device);
+    const auto& listFolder = request_.knownRecordsFolder;
+    KnownRecords known{
+        (fs::path{listFolder.value_or("")} / (nameOfDevice(identifier) + ".txt")).string()};
+    NewRecordFilter filter{known};
+    if (listFolder) {
+        if (auto damage = known.load())
+            report({.kind = WatchEvent::Kind::kListDamaged,
+                    .device = device,
+                    .error = std::move(damage)});
+    }
+    auto request = request_.download;
+    request.location = device.location;
+    request.output = OutputRequest{
+        .path = newPath(identifier),
+        .format = request_.format,
+        .filter = listFolder ? &filter : nullptr,
+        .isKeptAfterFailure = devices_.isLastTry(device, mostTriesWith(driver)),
+        .isKeptEmpty = false,
+    };
+    event.report = host::download(driver, request);
+    if (listFolder && event.report.output.state == OutputReport::State::kComplete)
+        event.error = known.add(filter.seen());
+}
+
+void Watcher::report(const WatchEvent& event)
+{
+    isCallbackDone_ = !callback_(event) || isCallbackDone_;
+}
+
+} // namespace host

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/DownloadMessages.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using gps::TransferKind;
+using host::dateAdvice;
+using host::Message;
+using host::operationMessages;
+using host::OperationReport;
+using host::outputMessages;
+using host::OutputReport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+Message error(std::string text)
+{
+    return {true, std::move(text)};
+}
+
+Message note(std::string text)
+{
+    return {false, std::move(text)};
+}
+
+gps::Error unreadable()
+{
+    return {"some",
+            -3,
+            {{gps::kErrorDescriptionKey, "Unreadable"}, {gps::kErrorPathKey, "/some/file"}}};
+}
+
+TEST(DownloadMessages, SuccessIsSilent)
+{
+    EXPECT_THAT(operationMessages({}, true), IsEmpty());
+    EXPECT_THAT(outputMessages({}), IsEmpty());
+    EXPECT_EQ(dateAdvice({}), "");
+}
+
+TEST(DownloadMessages, ErrorsComeFirstAndThePortLast)
+{
+    const OperationReport report{.isSerial = true,
+                                 .errors = {{"some", -4}},
+                                 .portFailure = unreadable(),
+                                 .unreadable = {unreadable()}};
+    EXPECT_THAT(operationMessages(report, true),
+                ElementsAre(error("Error -4 of the domain some."),
+                            error("Unreadable. Path: /some/file"),
+                            error("Unreadable. Path: /some/file")));
+}
+
+TEST(DownloadMessages, MissingKindsAreNamed)
+{
+    const OperationReport report{.missing = {TransferKind::kRoutes, TransferKind::kTracks}};
+    EXPECT_THAT(operationMessages(report, true),
+                ElementsAre(error("The download broke off. Missing: routes, tracks.")));
+}
+
+TEST(DownloadMessages, SilentReceiverIsNamedByItsPort)
+{
+    const OperationReport report{.location = "/dev/some", .isReceiverSilent = true};
+    EXPECT_THAT(operationMessages(report, true),
+                ElementsAre(error("No receiver answered at /dev/some. Check that it is on and "
+                                  "connected there, and try again.")));
+}
+
+TEST(DownloadMessages, TenUnreadableFilesAreNamedAndMoreAreCounted)
+{
+    OperationReport report{.unreadable = std::vector<gps::Error>(10, unreadable())};
+    EXPECT_THAT(operationMessages(report, true), SizeIs(10));
+    report.unreadable.push_back(unreadable());
+    auto messages = operationMessages(report, true);
+    ASSERT_THAT(messages, SizeIs(11));
+    EXPECT_EQ(messages.back(), error("And 1 more that could not be read."));
+    report.moreUnreadable = 500;
+    messages = operationMessages(report, true);
+    ASSERT_THAT(messages, SizeIs(11));
+    EXPECT_EQ(messages.back(), error("And 501 more that could not be read."));
+}
+
+TEST(DownloadMessages, LogLinesAreNotesUnlessSomethingIsMissing)
+{
+    OperationReport report{.logLines = {"line"}, .moreLogLines = 2};
+    EXPECT_THAT(operationMessages(report, true), ElementsAre(note("line"), note("and 2 more")));
+    EXPECT_THAT(operationMessages(report, false), IsEmpty());
+    report.missing = {TransferKind::kTracks};
+    EXPECT_THAT(operationMessages(report, true),
+                ElementsAre(error("The download broke off. Missing: tracks."), error("log: line"),
+                            error("log: and 2 more")));
+    EXPECT_THAT(operationMessages(report, false), SizeIs(1));
+}
+
+TEST(DownloadMessages, LogOfASerialSessionIsShownOnlyIfSomethingIsMissing)
+{
+    OperationReport report{.isSerial = true, .logLines = {"a sentence"}};
+    EXPECT_THAT(operationMessages(report, true), IsEmpty());
+    report.missing = {TransferKind::kTracks};
+    EXPECT_THAT(operationMessages(report, true), SizeIs(2));
+}
+
+TEST(DownloadMessages, RemarkOnTheOutputIsANoteAndItsFailureAnError)
+{
+    const OutputReport report{.remark = "1 point was left out", .error = unreadable()};
+    EXPECT_THAT(outputMessages(report),
+                ElementsAre(note("1 point was left out"), error("Unreadable. Path: /some/file")));
+}
+
+TEST(DownloadMessages, PartialFileIsAnErrorThatNamesIt)
+{
+    OutputReport report{.state = OutputReport::State::kPartial, .path = "a.partial.gpx"};
+    EXPECT_THAT(outputMessages(report),
+                ElementsAre(error("The output file was not written, because the download is not "
+                                  "complete. What arrived is kept in another file. Path: "
+                                  "a.partial.gpx")));
+    report.path.clear(); // went straight to a pipe
+    EXPECT_THAT(outputMessages(report), IsEmpty());
+    report = {.state = OutputReport::State::kComplete, .path = "a.gpx"};
+    EXPECT_THAT(outputMessages(report), IsEmpty());
+}
+
+TEST(DownloadMessages, DatesThatLookTooOldGetAdvice)
+{
+    EXPECT_EQ(dateAdvice({.suspectNewest = 1168764800}),
+              "The dates look 1024 weeks too old; the newest is 2007-01-14. The receiver's week "
+              "counter has probably rolled over. --fix-dates auto adds 1024 weeks.");
+}
+
+} // namespace
