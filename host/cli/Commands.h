@@ -28,11 +28,11 @@ namespace host {
 [[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
                                    const Console& console);
 
-/// `send`: sends files to a device, after a backup of it.
+/// `send`: backs a device up and sends files to it.
 [[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options,
                                  const Console& console);
 
-/// `restore`: lists a device's backups, or puts one back.
+/// `restore`: lists a device's backups, or restores one.
 [[nodiscard]] ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                                     const Console& console);
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// Prints the devices as a table, or as one JSON document with the view's elements beside them. With
+// --watch the drivers look again after each change that they care about.
 
 #include "host/base/Table.h"
 #include "host/bundle/DeviceChoice.h"
@@ -22,7 +24,7 @@ template <typename T> Json orNull(const std::optional<T>& value)
     return value ? Json(*value) : Json();
 }
 
-// An element that a view lacks is as good as hidden.
+// A missing element counts as hidden: either way the user does not see it.
 bool isHidden(const gps::View* element)
 {
     return element == nullptr || element->isHidden();
@@ -78,7 +80,7 @@ std::string authorizedText(const std::optional<bool>& authorized)
 
 std::string tableOf(const PlugInBundle& plugIn, bool explain)
 {
-    // A location is there to be copied behind --device.
+    // Locations are not shortened: users copy them into --device.
     Table table{{{""},
                  {"Driver"},
                  {"Device"},
@@ -96,7 +98,8 @@ std::string tableOf(const PlugInBundle& plugIn, bool explain)
     return explain ? text + '\n' + explanationOf(plugIn) : text;
 }
 
-// A driver of serial ports is not offered while there is none; so with the first port it may be.
+// A plug-in may offer its driver for serial ports only once there is a port, so a change of ports
+// can bring a new driver.
 void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
 {
     bool hasSerialDriver = false;
@@ -115,20 +118,20 @@ void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
 ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
                       const Console& console)
 {
-    auto present = plugIn; // which gets drivers while it is watched
+    auto current = plugIn; // a copy: it gets new drivers while watching
     const auto text = [&] {
-        return options.json ? documentOf(present, options.explain)
-                            : tableOf(present, options.explain);
+        return options.json ? documentOf(current, options.explain)
+                            : tableOf(current, options.explain);
     };
     if (!options.watch)
         return print(text(), console);
-    gps::DeviceMonitor monitor; // before the first look, so that no change is missed
+    gps::DeviceMonitor monitor; // before the first output, so that no change is missed
     auto status = print(text(), console);
     while (status == ExitStatus::kSuccess) {
         const auto changes = monitor.wait(std::chrono::milliseconds{-1});
         if (!changes.volumes && !changes.serialPorts)
             continue;
-        refresh(present, changes);
+        refresh(current, changes);
         status = print(text(), console);
     }
     return status;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// What a driver reports about its search, plus one thing that the host checks itself: whether the
+// user may open a port.
 
 #include "host/cli/Explanation.h"
 
@@ -10,6 +12,7 @@
 
 #include <gps/GPSDeviceSearch.h>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -28,8 +31,9 @@ using Json = nlohmann::ordered_json;
 using Verdict = gps::SearchedLocation::Verdict;
 
 constexpr std::string_view kEnd =
-    "\nA folder that holds a copy of a receiver's files is taken for one with --test-folder.\n";
+    "\nTo use a folder that holds a copy of a receiver's files, name it with --test-folder.\n";
 
+// The JSON document's words, which scripts depend on.
 std::string_view verdictText(Verdict verdict)
 {
     switch (verdict) {
@@ -43,14 +47,25 @@ std::string_view verdictText(Verdict verdict)
     return "passed over";
 }
 
+std::string_view verdictForPeople(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::kAccepted:
+        return "accepted";
+    case Verdict::kRejected:
+        return "rejected";
+    case Verdict::kSkipped:
+        break;
+    }
+    return "skipped";
+}
+
 bool mayOpen(const std::string& port)
 {
     return ::faccessat(AT_FDCWD, port.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
 }
 
-/// A driver's places, with what the host itself finds out about a port: whether this user may open
-/// it.
-std::vector<gps::SearchedLocation> placesOf(const gps::GPSPlugInProtocol& driver)
+std::vector<gps::SearchedLocation> searchedBy(const gps::GPSPlugInProtocol& driver)
 {
     const auto* const search = dynamic_cast<const gps::GPSDeviceSearch*>(&driver);
     if (search == nullptr)
@@ -65,41 +80,42 @@ std::vector<gps::SearchedLocation> placesOf(const gps::GPSPlugInProtocol& driver
 
 std::string lineOf(const gps::SearchedLocation& place)
 {
-    auto line = place.location + " (" + place.sort + "), " +
-                std::string{verdictText(place.verdict)} + ": " + place.reason + '.';
+    auto line = fmt::format("{} ({}), {}: {}.", place.location, place.sort,
+                            verdictForPeople(place.verdict), place.reason);
     if (!place.advice.empty())
-        line += ' ' + place.advice + (place.advice.back() == '.' ? "" : ".");
-    return "  " + displayText(line) + '\n';
+        line += fmt::format(" {}{}", place.advice, place.advice.back() == '.' ? "" : ".");
+    return fmt::format("  {}\n", displayText(line));
 }
 
-/// A system has dozens of volumes that are never devices: those of one sort share a place.
-void gatherPassedOver(std::vector<gps::SearchedLocation>& places)
+// A system has dozens of volumes that are never devices: those skipped for the same reason share a
+// line.
+void mergeSkipped(std::vector<gps::SearchedLocation>& places)
 {
-    std::vector<gps::SearchedLocation> gathered;
+    std::vector<gps::SearchedLocation> merged;
     for (auto& place : places) {
         const auto isAlike = [&](const gps::SearchedLocation& other) {
             return place.verdict == Verdict::kSkipped && other.verdict == Verdict::kSkipped &&
                    other.sort == place.sort && other.reason == place.reason;
         };
-        const auto alike = std::find_if(gathered.begin(), gathered.end(), isAlike);
-        if (alike != gathered.end())
+        const auto alike = std::find_if(merged.begin(), merged.end(), isAlike);
+        if (alike != merged.end())
             alike->location += ", " + place.location;
         else
-            gathered.push_back(std::move(place));
+            merged.push_back(std::move(place));
     }
-    places = std::move(gathered);
+    places = std::move(merged);
 }
 
 std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
 {
-    auto places = placesOf(driver);
-    gatherPassedOver(places);
+    auto places = searchedBy(driver);
+    mergeSkipped(places);
     std::stable_sort(places.begin(), places.end(),
                      [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
     auto text = driverName(driver) + ":\n";
     for (const auto& place : places)
         text += lineOf(place);
-    return places.empty() ? text + "  There was no place to look at.\n" : text;
+    return places.empty() ? text + "  Nothing to examine was found.\n" : text;
 }
 
 } // namespace
@@ -113,9 +129,8 @@ std::string explanationOf(const PlugInBundle& plugIn)
         hasSerialDriver = hasSerialDriver || driver->needsSerialRefresh();
     }
     if (!hasSerialDriver)
-        text += "No serial port was found. A cable's adapter makes one when it is plugged in; one "
-                "that is not listed can be named "
-                "with --device.\n";
+        text += "No serial port was found. A USB cable creates one when it is plugged in. A port "
+                "that is not listed can be named with --device.\n";
     return text.append(kEnd);
 }
 
@@ -124,7 +139,7 @@ Json searchedLocationsJson(const gps::GPSPlugInProtocol& driver)
     if (dynamic_cast<const gps::GPSDeviceSearch*>(&driver) == nullptr)
         return nullptr;
     auto list = Json::array();
-    for (const auto& place : placesOf(driver))
+    for (const auto& place : searchedBy(driver))
         list.push_back({{"location", place.location},
                         {"sort", place.sort},
                         {"verdict", verdictText(place.verdict)},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Explanation: what the drivers made of each place where a device might be, for a user whose
-// receiver is not found. [host thread]
+// Explains to a user whose receiver was not found how the drivers judged each volume and each
+// serial port. Used by `devices --explain`. [host thread]
 
 #pragma once
 
@@ -12,11 +12,11 @@
 
 namespace host {
 
-/// For a terminal: a paragraph a driver, the devices first, then what was looked at, then what was
-/// not.
+/// For a terminal: one paragraph per driver. Devices come first, then the locations that a driver
+/// examined and rejected, then those that it skipped.
 [[nodiscard]] std::string explanationOf(const PlugInBundle& plugIn);
 
-/// For scripts: a driver's places in the order of looking; null where it does not tell.
+/// For scripts: a driver's locations in the order of its search; null if it does not report them.
 [[nodiscard]] nlohmann::ordered_json searchedLocationsJson(const gps::GPSPlugInProtocol& driver);
 
 } // namespace host

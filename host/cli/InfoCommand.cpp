@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
+// Prints what the plug-in and its drivers report about themselves, as text or as one JSON document.
 
 #include "host/base/Text.h"
 #include "host/cli/Commands.h"
 #include "host/operations/EventStream.h"
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace host {
 namespace {
@@ -20,12 +23,13 @@ std::string textOf(const gps::Value& value)
     return text != nullptr ? *text : gps::describe(value);
 }
 
-// Only a try tells: what starts is stopped at once, and nothing that it reports is looked at.
+// The interface has no query for this, so it is tried: a position stream that starts is stopped at
+// once, and its reports are discarded.
 bool isPVTOffered(gps::GPSPlugInProtocol& driver)
 {
-    const auto nobody = std::make_shared<EventStream>();
-    nobody->close();
-    return driver.gpsRunPVT(nobody, {}) && driver.gpsStopPVT();
+    const auto discarded = std::make_shared<EventStream>();
+    discarded->close();
+    return driver.gpsRunPVT(discarded, {}) && driver.gpsStopPVT();
 }
 
 bool needsUSBRefresh(const gps::GPSPlugInProtocol& driver)
@@ -78,20 +82,19 @@ std::string typesText(const gps::GPSPlugInProtocol& driver)
 
 std::string refreshText(const gps::GPSPlugInProtocol& driver)
 {
-    std::string text;
-    const auto add = [&](bool isNeeded, const char* what) {
-        if (isNeeded)
-            text += (text.empty() ? "" : ", ") + std::string{what};
-    };
-    add(driver.needsFileSystemRefresh(), "volumes");
-    add(driver.needsSerialRefresh(), "serial ports");
-    add(needsUSBRefresh(driver), "USB devices");
-    return text.empty() ? "nothing" : text;
+    std::vector<std::string> changes;
+    if (driver.needsFileSystemRefresh())
+        changes.emplace_back("volumes");
+    if (driver.needsSerialRefresh())
+        changes.emplace_back("serial ports");
+    if (needsUSBRefresh(driver))
+        changes.emplace_back("USB devices");
+    return changes.empty() ? "nothing" : joined(changes, ", ");
 }
 
 void appendFact(std::string& text, const std::string& title, const std::string& fact)
 {
-    text += title + ": " + displayText(fact) + '\n';
+    text += fmt::format("{}: {}\n", title, displayText(fact));
 }
 
 std::string textOf(const PlugInBundle& plugIn)
@@ -108,7 +111,7 @@ std::string textOf(const PlugInBundle& plugIn)
         appendFact(text, "  Capabilities", driver->gpsCapabilities());
         appendFact(text, "  Imports", typesText(*driver));
         appendFact(text, "  Ready", yesNo(driver->isReady()));
-        appendFact(text, "  Looks again after changes of", refreshText(*driver));
+        appendFact(text, "  Refreshes on changes of", refreshText(*driver));
         appendFact(text, "  Live position", yesNo(isPVTOffered(*driver)));
     }
     return text;

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What the user asked for: one struct of options per command, and the operation that reads a
-// command line into one of them. Reads no files. [host thread]
+// What the user asked for: one struct of options per command. Values only. [any]
 
 #pragma once
 
 #include "host/backup/Backup.h"
-#include "host/cli/ExitStatus.h"
 #include "host/formats/Formats.h"
 #include "host/operations/DateFix.h"
 
@@ -97,14 +95,5 @@ struct WatchOptions : GlobalOptions {
 /// One command with its options.
 using CommandOptions = std::variant<InfoOptions, DevicesOptions, AcquireOptions, ImportOptions,
                                     SendOptions, RestoreOptions, WatchOptions>;
-
-/// What a command line amounts to: a command to run, or a text to print before leaving.
-struct ParsedCommandLine {
-    std::optional<CommandOptions> options;
-    std::string text; ///< if there are no options. Goes to stdout if `status` is success
-    ExitStatus status = ExitStatus::kSuccess;
-};
-
-[[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
 } // namespace host

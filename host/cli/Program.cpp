@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
+// From the command line to the exit status. Exceptions end here: expected failures are values, so
+// one that gets this far is a defect and is reported as unexpected.
 
 #include "host/bundle/DeviceChoice.h"
 #include "host/bundle/SerialPort.h"
+#include "host/cli/CommandLine.h"
 #include "host/cli/Commands.h"
+#include "host/cli/CompleteCommand.h"
+#include "host/commandline/Completion.h"
 #include "host/files/Output.h"
 
 #include <platform/System/Log.h>
 
+#include <fmt/format.h>
+
 #include <exception>
 #include <optional>
-#include <string>
+#include <string_view>
 #include <variant>
 
 #include <unistd.h>
@@ -17,7 +24,7 @@
 namespace host {
 namespace {
 
-// One overload per command, so that a visit of the parsed options finds it.
+// Runs the command that the options are for: one overload per alternative of CommandOptions.
 struct Runner {
     const PlugInBundle& plugIn;
     const Console& console;
@@ -58,7 +65,7 @@ const GlobalOptions& globalOptions(const CommandOptions& command)
                       command);
 }
 
-// The device that was named, for the commands that work on one.
+// The --device of a command that has this option.
 std::optional<std::string> deviceOf(const CommandOptions& command)
 {
     return std::visit(
@@ -75,15 +82,16 @@ ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
     gps::setLogToStandardError(options.verbose);
-    // Before there are drivers, which look for them, or are not even offered without.
+    // Before the bundle is loaded: drivers read both when they are created, and a driver for serial
+    // ports may be offered only because of the port.
     if (!options.testFolders.empty())
         setTestFolders(options.testFolders);
     if (const auto device = deviceOf(command); device && isSerialPort(*device))
         addSerialPort(*device);
     const auto path = findBundle(options.plugin);
     if (!path) {
-        console.error("The plug-in bundle is neither beside the program nor installed. Name it "
-                      "with --plugin.");
+        console.error("No plug-in bundle was found beside the program or where it is installed. "
+                      "Name one with --plugin.");
         return ExitStatus::kNothingToWorkOn;
     }
     PlugInBundle plugIn;
@@ -98,21 +106,22 @@ ExitStatus run(const CommandOptions& command, const Console& console)
 
 ExitStatus runProgram(int argc, const char* const* argv)
 {
+    if (argc > 1 && std::string_view{argv[1]} == kCompleteCommand)
+        return print(completionsFor(wordsToComplete(argc, argv)), Console{false});
     const auto parsed = parseCommandLine(argc, argv);
     if (!parsed.options) {
-        const bool isAnswer = parsed.status == ExitStatus::kSuccess;
-        if (isAnswer)
+        if (parsed.status == ExitStatus::kSuccess)
             return print(parsed.text, Console{false});
-        Output output{STDERR_FILENO, "the terminal"};
+        Output output{STDERR_FILENO, "stderr"};
         output.write(parsed.text);
-        (void)output.flush(); // there is no other place to say it
+        (void)output.flush(); // if stderr is closed, the exit status is all there is
         return parsed.status;
     }
     const Console console{globalOptions(*parsed.options).quiet};
     try {
         return run(*parsed.options, console);
     } catch (const std::exception& failure) {
-        console.error(std::string{"Something unexpected happened: "} + failure.what());
+        console.error(fmt::format("Something unexpected happened: {}", failure.what()));
         return ExitStatus::kFailed;
     }
 }

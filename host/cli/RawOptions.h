@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// RawOptions: the command line as typed, each option well-formed by itself. Combinations of options
-// are checked here, without touching a file. Used by the parser only. [host thread]
+// RawOptions: what the parser stores, each option valid by itself. finish() checks the options
+// together and picks those of the command. Reads no files. [host thread]
 
 #pragma once
 
@@ -25,19 +25,12 @@ struct RawOptions {
     RestoreOptions restore;
     WatchOptions watch;
 
-    // Options of several commands that are stored in another form once checked.
-    std::optional<std::string> format;
-    std::optional<std::string> driverOptions;
-    std::optional<std::string> fixDates;
-    bool noWaypoints = false;
-    bool noRoutes = false;
-    bool noTracks = false;
-    bool noBackup = false;
+    std::optional<std::string> format; ///< of acquire, import or watch; not looked up yet
 };
 
 /// Checks what was typed and completes the command's options.
 /// @param options  out: the command's options; unchanged after a mistake
 /// @return         what is wrong, for the user to read; empty if nothing is
-[[nodiscard]] std::string finish(RawOptions raw, std::optional<CommandOptions>& options);
+[[nodiscard]] std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options);
 
 } // namespace host

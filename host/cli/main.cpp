@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's entry.
+// The entry point of magellangps. Makes sure that the standard streams exist, then runs the
+// program.
 
 #include "host/cli/Commands.h"
 
@@ -8,13 +9,13 @@
 
 namespace {
 
-/// Started with a standard stream closed, the program would get its next open file under that
-/// stream's number, and write into it what is meant for the stream. What is put there instead can
-/// be neither written nor, having no content, read.
-void occupyStandardStreams()
+/// Opens /dev/null, read-only, on every standard stream that is closed. Otherwise the next file
+/// that the program opens would get the stream's number, and what is meant for the stream would be
+/// written into that file.
+void openClosedStandardStreams()
 {
     int file = STDIN_FILENO;
-    while (file >= 0 && file <= STDERR_FILENO)
+    while (file >= 0 && file <= STDERR_FILENO) // open() returns the lowest free number
         file = ::open("/dev/null", O_RDONLY);
     if (file >= 0)
         ::close(file);
@@ -24,6 +25,6 @@ void occupyStandardStreams()
 
 int main(int argc, char** argv)
 {
-    occupyStandardStreams();
+    openClosedStandardStreams();
     return static_cast<int>(host::runProgram(argc, argv));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The built program's manners: help, mistakes, and what it tells of the plug-in and its devices.
+// The built program: help, mistakes, completions, and what it prints about the plug-in and devices.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -27,7 +27,7 @@ TEST(CommandLine, EveryCommandHasItsHelp)
                                                                    {"watch", "--help"}}) {
         const auto ran = magellangps(words);
         EXPECT_EQ(ran.status, 0);
-        EXPECT_THAT(ran.out, HasSubstr("Usage: magellangps"));
+        EXPECT_THAT(ran.out, HasSubstr("usage: magellangps"));
         EXPECT_THAT(ran.err, IsEmpty());
     }
 }
@@ -54,7 +54,43 @@ TEST(CommandLine, NoCommandShowsTheHelpAsAMistake)
     const auto ran = magellangps({});
     EXPECT_EQ(ran.status, 2);
     EXPECT_THAT(ran.out, IsEmpty());
-    EXPECT_THAT(ran.err, HasSubstr("Usage: magellangps"));
+    EXPECT_THAT(ran.err, HasSubstr("usage: magellangps"));
+}
+
+TEST(CommandLine, CompletesDriversDevicesAndSentenceFiles)
+{
+    const support::Receiver receiver;
+    EXPECT_THAT(magellangps({"__complete", "--", "acquire", "--driver", "mag"}).out,
+                HasSubstr("magellan\tMagellan\n"));
+    EXPECT_THAT(magellangps({"__complete", "--", "--test-folder", receiver.path(), "acquire",
+                             "--device", ""})
+                    .out,
+                HasSubstr(receiver.path() + "\tMagellan device 42\n"));
+    EXPECT_EQ(magellangps({"__complete", "--", "import", ""}).out, ":files log rte upt gs\n");
+}
+
+TEST(CommandLine, CompletesTheBackupsOfTheDevice)
+{
+    const support::Receiver receiver;
+    const support::TemporaryFolder backups;
+    EXPECT_EQ(magellangps({"send", "--data",
+                           backups.put("d.json", "{\"waypoint\":[{\"name\":\"A\","
+                                                 "\"point\":{\"latitude\":1}}]}"),
+                           "--device", receiver.path(), "--backup", backups.path()})
+                  .status,
+              0);
+    const auto ran = magellangps({"__complete", "--", "restore", "--device", receiver.path(),
+                                  "--backup", backups.path(), "2"});
+    EXPECT_THAT(ran.out, testing::MatchesRegex("2[0-9]+T[0-9]+Z\t[0-9]+ files\n:folders\n"));
+    EXPECT_THAT(ran.err, IsEmpty());
+}
+
+TEST(CommandLine, CompletionIsSilentAboutAMissingPlugIn)
+{
+    const auto ran = magellangps({"__complete", "--plugin", "/nowhere", "acquire", "--device", ""});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.out, ":folders\n");
+    EXPECT_THAT(ran.err, IsEmpty());
 }
 
 TEST(CommandLine, InfoDocumentHasItsKeysInOrder)
@@ -83,7 +119,7 @@ TEST(CommandLine, InfoIsReadable)
     EXPECT_THAT(ran.out, HasSubstr("Imports: log, rte, upt, gs\n"));
 }
 
-TEST(CommandLine, DevicesDocumentTellsTheViewAndTheDevices)
+TEST(CommandLine, DevicesDocumentHasTheViewAndTheDevices)
 {
     const support::Receiver one;
     const support::Receiver two;
@@ -103,7 +139,7 @@ TEST(CommandLine, DevicesDocumentTellsTheViewAndTheDevices)
             R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false}]})");
 }
 
-TEST(CommandLine, DevicesWithoutADeviceHaveNoneSelected)
+TEST(CommandLine, DevicesDocumentWithoutADeviceHasNoSelection)
 {
     const support::TemporaryFolder empty;
     const auto ran = magellangps({"--test-folder", empty.path(), "--json", "devices"});
@@ -129,7 +165,7 @@ TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
     EXPECT_THAT(replaced, testing::Not(HasSubstr(stored.path())));
 }
 
-TEST(CommandLine, StandardStreamThatIsClosedIsNoFileOfTheProgram)
+TEST(CommandLine, OutputDoesNotGoIntoAFileIfStdoutIsClosed)
 {
     for (const char* const format : {"gpx", "kml", "geojson", "html", "jsonl"}) {
         const auto ran =

@@ -161,7 +161,7 @@ TEST(Simulator, WritesASessionLog)
                                              "sent PMGNCSM,27", "sent PMGNMSG,TON", "closed "));
 }
 
-TEST(Simulator, MakesALinkAndTakesItAway)
+TEST(Simulator, CreatesALinkAndRemovesIt)
 {
     const support::TemporaryFolder folder;
     const auto link = folder.path("receiver");
@@ -172,7 +172,7 @@ TEST(Simulator, MakesALinkAndTakesItAway)
     EXPECT_FALSE(std::filesystem::is_symlink(link));
 }
 
-TEST(Simulator, DoesNotPutItsLinkOverAFile)
+TEST(Simulator, DoesNotReplaceAFileByItsLink)
 {
     const support::TemporaryFolder folder;
     const auto file = folder.put("file", "precious");
@@ -183,7 +183,7 @@ TEST(Simulator, DoesNotPutItsLinkOverAFile)
     EXPECT_EQ(folder.read("file"), "precious");
 }
 
-TEST(Simulator, RefusesAWrongCommandLine)
+TEST(Simulator, RejectsAWrongCommandLine)
 {
     struct Case {
         std::vector<std::string> words;
@@ -191,8 +191,8 @@ TEST(Simulator, RefusesAWrongCommandLine)
     };
     const std::vector<Case> cases{{{"--speed", "300"}, "115200"},
                                   {{"--speed", "fast"}, "--speed"},
-                                  {{"--handshake", "maybe"}, "\"on\" or \"off\""},
-                                  {{"--fault", "ton:quiet"}, "no fault \"ton:quiet\""},
+                                  {{"--handshake", "maybe"}, "\"maybe\" is neither on nor off"},
+                                  {{"--fault", "ton:quiet"}, "\"ton:quiet\" is not a fault"},
                                   {{"--fault"}, "--fault"},
                                   {{"--sped", "4800"}, "unknown option \"--sped\""}};
     for (const auto& [words, told] : cases) {
@@ -203,7 +203,7 @@ TEST(Simulator, RefusesAWrongCommandLine)
     }
 }
 
-TEST(Simulator, TellsOfAFileThatCannotBeRead)
+TEST(Simulator, ReportsAFileThatCannotBeRead)
 {
     const support::TemporaryFolder folder;
     const auto ran = simulator({folder.path("none")});
@@ -212,7 +212,7 @@ TEST(Simulator, TellsOfAFileThatCannotBeRead)
     EXPECT_THAT(ran.err, HasSubstr(folder.path("none")));
 }
 
-TEST(Simulator, TellsOfALogThatCannotBeWritten)
+TEST(Simulator, ReportsALogThatCannotBeWritten)
 {
     const support::TemporaryFolder folder;
     const auto ran = simulator({"--log", folder.path("no/folder")});
@@ -220,18 +220,18 @@ TEST(Simulator, TellsOfALogThatCannotBeWritten)
     EXPECT_THAT(ran.err, AllOf(HasSubstr("No such file"), HasSubstr("--log")));
 }
 
-TEST(Simulator, TellsOfALogThatIsNotWhole)
+TEST(Simulator, ReportsAnIncompleteLog)
 {
     Running program{{"--once", "--unpaced", "--log", "/dev/full"}};
     {
         LineClient client{program.port(), B4800};
         client.say("PMGNCMD,VERSION");
-        EXPECT_THAT(client.line(), StartsWith("$PMGNVER,")); // it serves all the same
+        EXPECT_THAT(client.line(), StartsWith("$PMGNVER,")); // it runs all the same
     }
     EXPECT_EQ(program.end(), 1);
 }
 
-TEST(Simulator, ExplainsItself)
+TEST(Simulator, HelpNamesOptionsFaultsAndEvents)
 {
     const auto help = simulator({"--help"});
     EXPECT_EQ(help.status, 0);

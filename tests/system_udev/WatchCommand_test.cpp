@@ -135,13 +135,13 @@ TEST_F(WatchedVolumes, DevicesAreExplained)
         HasSubstr("\n\nmagellan:\n"
                   "  " +
                   receiver_.path() +
-                  " (removable volume), taken: It is a receiver: Magellan device 42.\n"
+                  " (removable volume), accepted: It is a receiver: Magellan device 42.\n"
                   "  " +
                   empty.path() +
-                  " (removable volume), not taken: It has no file USBTRANS/UNIT_ID.DAT, so it is "
+                  " (removable volume), rejected: It has no file USBTRANS/UNIT_ID.DAT, so it is "
                   "no receiver.\n"
-                  "  / (built-in volume), passed over: Receivers mount as removable volumes.\n"
-                  "  /proc (volume without a disk behind it), passed over: Receivers mount as "
+                  "  / (built-in volume), skipped: Receivers mount as removable volumes.\n"
+                  "  /proc (volume without a disk behind it), skipped: Receivers mount as "
                   "removable volumes.\n"
                   "No serial port was found."));
 }

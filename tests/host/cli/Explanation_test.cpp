@@ -35,7 +35,7 @@ protected:
     host::PlugInBundle plugIn_;
 };
 
-TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
+TEST_F(Explanation, DevicesComeFirstAndSkippedLocationsLastOnOneLinePerReason)
 {
     driver_->places = {{"/proc", "pseudo volume", Verdict::kSkipped, "Never", ""},
                        {"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
@@ -44,14 +44,14 @@ TEST_F(Explanation, DevicesComeFirstAndWhatWasNotLookedAtLastOneLineASort)
                        {"/b", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_),
                 StartsWith("my-driver:\n"
-                           "  /b (stick), taken: Good.\n"
-                           "  /a (stick), not taken: Empty. Fill it.\n"
-                           "  /proc, /sys (pseudo volume), passed over: Never.\n"
-                           "  /home (disk), passed over: Never.\n"
+                           "  /b (stick), accepted: Good.\n"
+                           "  /a (stick), rejected: Empty. Fill it.\n"
+                           "  /proc, /sys (pseudo volume), skipped: Never.\n"
+                           "  /home (disk), skipped: Never.\n"
                            "No serial port was found."));
 }
 
-TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
+TEST_F(Explanation, DocumentKeepsTheOrderOfTheSearch)
 {
     driver_->places = {{"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
                        {"/b", "stick", Verdict::kAccepted, "Good", ""},
@@ -63,16 +63,16 @@ TEST_F(Explanation, DocumentKeepsTheOrderOfLooking)
         R"({"location":"/c","sort":"disk","verdict":"passed over","reason":"Never","advice":null}])");
 }
 
-TEST_F(Explanation, DriverThatDoesNotTellHasNothingAndNull)
+TEST_F(Explanation, DriverThatReportsNoSearchHasNothingAndNull)
 {
     const auto silent = std::make_shared<support::FakeDriver>("Silent");
     plugIn_.drivers = {silent};
     EXPECT_THAT(host::explanationOf(plugIn_),
-                StartsWith("silent:\n  There was no place to look at.\n"));
+                StartsWith("silent:\n  Nothing to examine was found.\n"));
     EXPECT_TRUE(host::searchedLocationsJson(*silent).is_null());
 }
 
-TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
+TEST_F(Explanation, PortThatMayNotBeOpenedHasAdvice)
 {
     const support::TemporaryFolder folder;
     const auto port = folder.put("ttyUSB0", "");
@@ -82,16 +82,16 @@ TEST_F(Explanation, PortThatMayNotBeOpenedSaysWhatToDo)
     {
         const support::AsNobody nobody;
         EXPECT_THAT(host::explanationOf(plugIn_),
-                    HasSubstr("taken: Good. You do not have permission to use the port."));
+                    HasSubstr("accepted: Good. You do not have permission to use the port."));
     }
     std::filesystem::permissions(port, std::filesystem::perms::owner_all);
-    EXPECT_THAT(
-        host::explanationOf(plugIn_),
-        testing::EndsWith("taken: Good.\n\nA folder that holds a copy of a receiver's files "
-                          "is taken for one with --test-folder.\n"));
+    EXPECT_THAT(host::explanationOf(plugIn_),
+                testing::EndsWith(
+                    "accepted: Good.\n\nTo use a folder that holds a copy of a receiver's files, "
+                    "name it with --test-folder.\n"));
 }
 
-TEST_F(Explanation, WhatAPlaceIsCalledCannotDoHarm)
+TEST_F(Explanation, ControlCharactersInALocationAreNotPrinted)
 {
     driver_->places = {{"/a\x1b[2J\nb", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\x1b")));

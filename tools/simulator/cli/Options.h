@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The simulator program's command line. [any]
+// The simulator program's command line. Reads no files. [any]
 
 #pragma once
 
@@ -12,7 +12,7 @@
 namespace simulator {
 
 struct Options {
-    int speed = 4800;
+    int speed = 4800; ///< bits per second
     bool handshake = false;
     bool unpaced = false;
     bool chatter = false;
@@ -23,13 +23,13 @@ struct Options {
     std::vector<std::string> sources{}; ///< files and folders with sentences
 };
 
+/// What a command line amounts to: a simulator to run, or a text to print before leaving.
 struct ParsedCommandLine {
-    std::optional<Options> options{}; ///< none: there is nothing to do but to say `text`
-    std::string text{};
-    int status = 0; ///< the exit status then
+    std::optional<Options> options{};
+    std::string text{}; ///< if there are no options. Goes to stdout if `status` is 0
+    int status = 0;
 };
 
-/// Touches no files.
 [[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
 } // namespace simulator

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+// The distance is Levenshtein's, computed row by row.
 
-#include "host/cli/NearestName.h"
+#include "host/commandline/NearestName.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,6 +12,13 @@ namespace host {
 namespace {
 
 constexpr std::size_t kMostChanges = 3;
+constexpr std::size_t kShortestBeginning = 3;
+
+// A name without its hyphens: with them, "--keep" would share most of its characters with "--help".
+std::string_view lettersOf(std::string_view name)
+{
+    return name.substr(std::min(name.find_first_not_of('-'), name.size()));
+}
 
 std::size_t editDistance(std::string_view a, std::string_view b)
 {
@@ -27,6 +35,15 @@ std::size_t editDistance(std::string_view a, std::string_view b)
     return row.back();
 }
 
+// Someone who types the beginning of a name has most likely abbreviated it: that counts as one
+// change, however long the rest is.
+std::size_t changesBetween(std::string_view word, std::string_view name)
+{
+    if (word.size() >= kShortestBeginning && name.starts_with(word))
+        return word == name ? 0 : 1;
+    return editDistance(word, name);
+}
+
 } // namespace
 
 std::string nearestName(std::string_view word, const std::vector<std::string>& names)
@@ -34,8 +51,9 @@ std::string nearestName(std::string_view word, const std::vector<std::string>& n
     std::string nearest;
     std::size_t fewest = kMostChanges + 1;
     for (const auto& name : names) {
-        const auto changes = editDistance(word, name);
-        if (changes < fewest && changes * 2 < name.size()) {
+        const auto letters = lettersOf(name);
+        const auto changes = changesBetween(lettersOf(word), letters);
+        if (changes < fewest && changes * 2 < letters.size()) {
             fewest = changes;
             nearest = name;
         }

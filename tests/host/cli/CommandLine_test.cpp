@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/Options.h"
+#include "host/cli/CommandLine.h"
 
 #include <gmock/gmock.h>
 
@@ -34,7 +34,7 @@ template <typename Options> Options optionsOf(const std::vector<const char*>& wo
     return options != nullptr ? *options : Options{};
 }
 
-TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
+TEST(CommandLine, GlobalOptionsCanPrecedeOrFollowTheCommand)
 {
     for (const auto& options :
          {optionsOf<InfoOptions>({"--debug", "2", "--plugin", "P", "--test-folder", "A",
@@ -48,19 +48,19 @@ TEST(Options, GlobalOptionsAreTakenBeforeAndAfterTheCommand)
     }
 }
 
-TEST(Options, TestFolderTakesOneWordOnly)
+TEST(CommandLine, TestFolderTakesOneValue)
 {
     EXPECT_TRUE(optionsOf<DevicesOptions>({"--test-folder", "A", "devices", "--watch"}).watch);
 }
 
-TEST(Options, ImportTakesItsFiles)
+TEST(CommandLine, ImportTakesFiles)
 {
     const auto options = optionsOf<ImportOptions>({"import", "a.log", "-o", "x.gpx", "info", "-q"});
     EXPECT_THAT(options.files, ElementsAre("a.log", "info"));
     EXPECT_TRUE(options.quiet);
 }
 
-TEST(Options, FormatFollowsTheExtensionUnlessItIsNamed)
+TEST(CommandLine, FormatIsTheExtensionsUnlessItIsNamed)
 {
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "a.gpx"}).format->name, "gpx");
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--output", "a.JSONL"}).format->name, "jsonl");
@@ -70,34 +70,7 @@ TEST(Options, FormatFollowsTheExtensionUnlessItIsNamed)
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).format, nullptr);
 }
 
-TEST(Options, AllKindsAreRequestedByDefault)
-{
-    const auto options = optionsOf<AcquireOptions>({"acquire"});
-    EXPECT_TRUE(options.waypoints && options.routes && options.tracks);
-    EXPECT_FALSE(options.driverOptions);
-}
-
-TEST(Options, SwitchesLeaveKindsOut)
-{
-    const auto acquire =
-        optionsOf<AcquireOptions>({"acquire", "--no-waypoints", "--no-tracks", "--debug", "1"});
-    EXPECT_FALSE(acquire.waypoints);
-    EXPECT_TRUE(acquire.routes);
-    EXPECT_FALSE(acquire.tracks);
-    EXPECT_EQ(acquire.debug, 1);
-    EXPECT_FALSE(optionsOf<ImportOptions>({"import", "a.log", "--no-routes"}).routes);
-}
-
-TEST(Options, DriverOptionsAreAJsonObject)
-{
-    EXPECT_EQ(
-        optionsOf<AcquireOptions>({"acquire", "--options", R"({"tracks":false})"}).driverOptions,
-        (gps::Dictionary{{"tracks", false}}));
-    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--options", "{}"}).driverOptions,
-              gps::Dictionary{});
-}
-
-TEST(Options, DatesAreAdjustedOnlyOnRequest)
+TEST(CommandLine, DatesAreCorrectedOnlyOnRequest)
 {
     EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).fixDates.isAuto);
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).fixDates.weeks, 0);
@@ -108,7 +81,26 @@ TEST(Options, DatesAreAdjustedOnlyOnRequest)
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "--fix-dates=-5218"}).fixDates.weeks, -5218);
 }
 
-TEST(Options, SendTakesFilesOrADataFile)
+TEST(CommandLine, SwitchesTurnKindsOff)
+{
+    const auto all = optionsOf<AcquireOptions>({"acquire"});
+    EXPECT_TRUE(all.waypoints && all.routes && all.tracks);
+    const auto some = optionsOf<AcquireOptions>({"acquire", "--no-waypoints", "--no-tracks"});
+    EXPECT_FALSE(some.waypoints);
+    EXPECT_TRUE(some.routes);
+    EXPECT_FALSE(some.tracks);
+    EXPECT_FALSE(optionsOf<ImportOptions>({"import", "a.log", "--no-routes"}).routes);
+}
+
+TEST(CommandLine, DriverOptionsAreAJsonObject)
+{
+    EXPECT_EQ(
+        optionsOf<AcquireOptions>({"acquire", "--options", R"({"tracks":false})"}).driverOptions,
+        (gps::Dictionary{{"tracks", false}}));
+    EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).driverOptions);
+}
+
+TEST(CommandLine, SendTakesFilesOrADataFile)
 {
     const auto files = optionsOf<SendOptions>(
         {"send", "a.gpx", "b.gpx", "--device", "D", "--dry-run", "--exact-names", "--backup", "K"});
@@ -125,14 +117,14 @@ TEST(Options, SendTakesFilesOrADataFile)
     EXPECT_FALSE(data.dryRun);
 }
 
-TEST(Options, TenBackupsAreKeptUnlessAnotherNumberIsGiven)
+TEST(CommandLine, TenBackupsAreKeptByDefault)
 {
     EXPECT_EQ(optionsOf<SendOptions>({"send", "a.gpx"}).mostBackups, 10U);
     EXPECT_EQ(optionsOf<SendOptions>({"send", "a.gpx", "--keep-backups", "1"}).mostBackups, 1U);
     EXPECT_EQ(optionsOf<RestoreOptions>({"restore", "--keep-backups", "99"}).mostBackups, 99U);
 }
 
-TEST(Options, RestoreTakesABackupOrNone)
+TEST(CommandLine, RestoreTakesABackupOrLists)
 {
     EXPECT_EQ(optionsOf<RestoreOptions>({"restore"}).backup, std::nullopt);
     const auto options = optionsOf<RestoreOptions>(
@@ -142,30 +134,30 @@ TEST(Options, RestoreTakesABackupOrNone)
     EXPECT_EQ(options.device, "D");
 }
 
-TEST(Options, WatchWritesGpxIntoThePresentFolderUnlessItIsTold)
+TEST(CommandLine, WatchWritesGpxIntoTheCurrentFolderByDefault)
 {
     const auto plain = optionsOf<WatchOptions>({"watch"});
     EXPECT_EQ(plain.into, ".");
     EXPECT_EQ(plain.format->name, "gpx");
     EXPECT_FALSE(plain.newOnly);
     EXPECT_FALSE(plain.serial);
-    const auto told = optionsOf<WatchOptions>(
+    const auto given = optionsOf<WatchOptions>(
         {"watch", "--into", "D", "--format", "jsonl", "--new-only", "--serial"});
-    EXPECT_EQ(told.into, "D");
-    EXPECT_EQ(told.format->name, "jsonl");
-    EXPECT_TRUE(told.newOnly);
-    EXPECT_TRUE(told.serial);
+    EXPECT_EQ(given.into, "D");
+    EXPECT_EQ(given.format->name, "jsonl");
+    EXPECT_TRUE(given.newOnly);
+    EXPECT_TRUE(given.serial);
     EXPECT_EQ(optionsOf<WatchOptions>({"watch", "--driver", "magellan-serial"}).driver,
               "magellan-serial");
 }
 
-TEST(Options, DevicesAreExplainedOnWish)
+TEST(CommandLine, DevicesAreExplainedOnRequest)
 {
     EXPECT_FALSE(optionsOf<DevicesOptions>({"devices"}).explain);
     EXPECT_TRUE(optionsOf<DevicesOptions>({"devices", "--explain"}).explain);
 }
 
-TEST(Options, HelpAndVersionAreAnswers)
+TEST(CommandLine, HelpAndVersionAreAnswers)
 {
     for (const auto& words : std::vector<std::vector<const char*>>{{"--help"},
                                                                    {"-h"},
@@ -178,31 +170,25 @@ TEST(Options, HelpAndVersionAreAnswers)
                                                                    {"watch", "--help"}}) {
         const auto parsed = parse(words);
         EXPECT_EQ(parsed.status, ExitStatus::kSuccess);
-        EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
+        EXPECT_THAT(parsed.text, HasSubstr("usage: magellangps"));
         EXPECT_THAT(parsed.text, HasSubstr("Examples:"));
     }
     EXPECT_THAT(parse({"--version"}).text, testing::MatchesRegex("magellangps [0-9.]+\n"));
 }
 
-TEST(Options, CompletionsHelpHasAnExampleOfItsOwn)
-{
-    EXPECT_THAT(parse({"completions", "--help"}).text,
-                HasSubstr("Examples:\n  magellangps completions zsh\n"));
-}
-
-TEST(Options, WordBehindTwoHyphensIsNoOption)
+TEST(CommandLine, WordAfterTwoHyphensIsAnArgument)
 {
     EXPECT_THAT(optionsOf<ImportOptions>({"import", "--", "--odd="}).files, ElementsAre("--odd="));
 }
 
-TEST(Options, EmptyCommandLineIsAMistakeThatShowsTheHelp)
+TEST(CommandLine, EmptyCommandLineIsAMistakeThatShowsTheHelp)
 {
     const auto parsed = parse({});
     EXPECT_EQ(parsed.status, ExitStatus::kUsage);
-    EXPECT_THAT(parsed.text, HasSubstr("Usage: "));
+    EXPECT_THAT(parsed.text, HasSubstr("usage: magellangps"));
 }
 
-TEST(Options, MistakesAreOneLineEach)
+TEST(CommandLine, MistakesAreOneLineEach)
 {
     struct Row {
         std::vector<const char*> words;
@@ -225,12 +211,12 @@ TEST(Options, MistakesAreOneLineEach)
         {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, kml"},
         {{"acquire", "-o", "-"}, "--format"},
         {{"acquire", "--format", "gpx"}, "-o"},
-        {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "standard output"},
-        {{"acquire", "-o", "-", "--format", "gpx", "--summary"}, "standard output"},
-        {{"acquire", "--events", "--summary"}, "standard output"},
+        {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "need stdout"},
+        {{"acquire", "-o", "-", "--format", "gpx", "--summary"}, "need stdout"},
+        {{"acquire", "--events", "--summary"}, "need stdout"},
         {{"acquire", "--fix-dates", "5219"},
-         "--fix-dates wants auto, off or a number of weeks, at most 5218"},
-        {{"acquire", "--fix-dates", "soon"}, "--fix-dates wants auto"},
+         "--fix-dates: \"5219\" is not auto, off or a number of weeks from -5218 to 5218"},
+        {{"acquire", "--fix-dates", "soon"}, "--fix-dates: \"soon\" is not auto"},
         {{"import", "a.log", "--fix-dates", ""}, "--fix-dates"},
         {{"acquire", "--fix-dates"}, "--fix-dates"},
         {{"send", "a.gpx", "--fix-dates", "auto"}, "unknown option \"--fix-dates\""},
@@ -238,34 +224,38 @@ TEST(Options, MistakesAreOneLineEach)
         {{"acquire", "--options", "{"}, "JSON object"},
         {{"acquire", "--options", "null"}, "JSON object"},
         {{"acquire", "--options", "{}", "--no-tracks"},
-         "--options and --no-tracks exclude each other"},
-        {{"acquire", "--debug", "much"}, "--debug wants a whole number"},
-        {{"acquire", "--debug", "2147483648"}, "--debug wants a whole number of at most 32 bits"},
-        {{"--debug"}, "--debug wants a value: N"},
-        {{"acquire", "--device"}, "--device wants a value: LOCATION"},
-        {{"acquire", "-o"}, "--output wants a value: FILE"},
+         "--options and --no-tracks cannot be used together"},
+        {{"acquire", "--debug", "much"}, "--debug: \"much\" is not a whole number"},
+        {{"acquire", "--debug", "2147483648"},
+         "--debug: \"2147483648\" is not a whole number from -2147483648 to 2147483647"},
+        {{"--debug"}, "--debug needs a value: N"},
+        {{"acquire", "--device"}, "--device needs a value: LOCATION"},
+        {{"acquire", "-o"}, "--output needs a value: FILE"},
         {{"acquire", "-o", "a.gpx", "-o", "b.gpx"}, "--output is given more than once"},
-        {{"--test-folder=", "devices"}, "--test-folder has no value behind its \"=\""},
-        {{"acquire", "--device=", "-v"}, "--device has no value behind its \"=\""},
+        {{"--test-folder=", "devices"}, "--test-folder has no value after its \"=\""},
+        {{"acquire", "--device=", "-v"}, "--device has no value after its \"=\""},
         {{"-v"}, "no COMMAND is given; see \"magellangps --help\""},
-        {{"-q", "-v", "info"}, "-q and -v exclude each other"},
-        {{"import"}, "no FILE"},
+        {{"-q", "-v", "info"}, "-q and -v cannot be used together"},
+        {{"import"}, "no FILE is given; see \"magellangps import --help\""},
         {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
         {{"send"}, "no FILE to send"},
-        {{"send", "a.gpx", "--data", "d.json"},
-         "a FILE and --data exclude each other: leave one of them out"},
-        {{"send", "--data", "d.json", "--exact-names"}, "exclude each other"},
-        {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "exclude each other"},
-        {{"send", "a.gpx", "--keep-backups", "0"}, "--keep-backups wants at least 1"},
-        {{"send", "a.gpx", "--keep-backups", "-1"}, "--keep-backups wants a whole number"},
+        {{"send", "a.gpx", "--data", "d.json"}, "FILE and --data cannot be used together"},
+        {{"send", "--data", "d.json", "--exact-names"}, "cannot be used together"},
+        {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "cannot be used together"},
+        {{"send", "a.gpx", "--keep-backups", "0"},
+         "--keep-backups: \"0\" is not a whole number from 1 to 2147483647"},
+        {{"send", "a.gpx", "--keep-backups", "-1"}, "--keep-backups: \"-1\" is not a whole number"},
         {{"send", "a.gpx", "--dryrun"}, "did you mean \"--dry-run\"?"},
         {{"restore", "a", "b"}, "unexpected argument \"b\""},
-        {{"completions", "tcsh"}, "tcsh"},
+        {{"completions", "bash"}, "unknown command \"completions\""},
+        {{"acquire", "--keep"}, "unknown option \"--keep\"; see \"magellangps acquire --help\""},
+        {{"send", "--keep", "3"}, "did you mean \"--keep-backups\"?"},
+        {{"info", "--json=false"}, "--json takes no value"},
         {{"devices", "--explian"}, "did you mean \"--explain\"?"},
         {{"wach"}, "did you mean \"watch\"?"},
         {{"watch", "--format", "kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
         {{"watch", "--events"}, "--events is for"},
-        {{"watch", "--serial", "--driver", "magellan"}, "exclude each other"},
+        {{"watch", "--serial", "--driver", "magellan"}, "cannot be used together"},
         {{"watch", "--newonly"}, "did you mean \"--new-only\"?"},
         {{"watch", "-o", "a.gpx"}, "unknown option \"-o\""},
         {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},

@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+// A new option goes into its command's add function, into the struct in Options.h, and into the
+// manual. Values that need more than copying are converted in a callback, which throws
+// CLI::ValidationError("--option", "what is wrong") for the user to read.
+
+#include "host/cli/CommandTable.h"
+
+#include "host/base/JsonText.h"
+#include "host/commandline/HelpFormatter.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+#include <memory>
+
+namespace host {
+namespace {
+
+constexpr char kExamples[] = R"(Examples:
+  magellangps devices                              list what is connected
+  magellangps acquire -o trip.gpx                  download everything as GPX
+  magellangps acquire --test-folder copy --events  show a download call by call
+  magellangps import TKLG001.log -o track.gpx      convert a file from a receiver
+  magellangps send trip.gpx --dry-run              show what a send would change
+
+"magellangps COMMAND --help" lists a command's own options.
+)";
+
+constexpr char kGlobalHint[] =
+    "The options of \"magellangps --help\" can follow the command, too.\n";
+
+// Options that are not given leave their variable as it is, so callbacks run only for typed ones.
+std::int32_t toNumber(const char* option, const std::string& text, std::int32_t low)
+{
+    return wholeNumber(option, text, low, std::numeric_limits<std::int32_t>::max());
+}
+
+} // namespace
+
+CommandTable::CommandTable()
+    : app_("Downloads tracks, waypoints, routes and geocaches from GPS receivers, and sends "
+           "GPX files to them.",
+           "magellangps")
+{
+    app_.formatter(std::make_shared<HelpFormatter>());
+    app_.set_help_flag("-h,--help", "Print this help");
+    app_.set_version_flag("--version", "magellangps " HOST_VERSION, "Print the version");
+    app_.require_subcommand(0, 1);
+    app_.footer(kExamples);
+    addGlobalOptions();
+    addCommand("info", "Show the plug-in and its drivers", Command::kInfo,
+               "  magellangps info --json\n");
+    addDevices();
+    addAcquire();
+    addImport();
+    addSend();
+    addRestore();
+    addWatch();
+}
+
+CLI::App& CommandTable::addCommand(const char* name, const char* description, Command command,
+                                   const char* examples)
+{
+    auto& added = *app_.add_subcommand(name, description);
+    added.fallthrough()->footer(fmt::format("{}\nExamples:\n{}", kGlobalHint, examples));
+    added.parse_complete_callback([this, command] { raw_.command = command; });
+    return added;
+}
+
+void CommandTable::addGlobalOptions()
+{
+    auto& options = raw_.global;
+    app_.add_option("--plugin", options.plugin,
+                    "Load this plug-in bundle instead of the installed one")
+        ->type_name("BUNDLE");
+    app_.add_option("--test-folder", options.testFolders,
+                    "Treat this folder like a mounted volume; may be repeated")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    app_.add_option_function<std::string>(
+            "--debug",
+            [&options](const std::string& text) {
+                options.debug = toNumber("--debug", text, std::numeric_limits<std::int32_t>::min());
+            },
+            "Set \"debug\" to this number in the driver's options")
+        ->type_name("N");
+    app_.add_flag("--json", options.json, "Print the output of info and devices as JSON");
+    app_.add_flag("--events", options.events,
+                  "Print each call of the plug-in as one JSON line, then a result line");
+    const auto* const quiet =
+        app_.add_flag("-q", options.quiet, "Print nothing but errors on stderr; not with -v");
+    exclude(quiet, app_.add_flag("-v", options.verbose,
+                                 "Also print the system log's lines on stderr; not with -q"));
+}
+
+CLI::Option* CommandTable::addDriverOption(CLI::App& command, std::optional<std::string>& driver,
+                                           const char* description)
+{
+    return command.add_option("--driver", driver, description)->type_name("NAME");
+}
+
+void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
+{
+    command
+        .add_option_function<std::string>(
+            "--fix-dates",
+            [&rule](const std::string& text) {
+                const auto read = readDateRule(text);
+                if (!read)
+                    throw CLI::ValidationError{
+                        "--fix-dates",
+                        fmt::format("\"{}\" is not auto, off or a number of weeks from -{} to {}",
+                                    text, DateRule::kMostWeeks, DateRule::kMostWeeks)};
+                rule = *read;
+            },
+            "Correct the dates of a receiver whose week count has rolled over: \"auto\" adds "
+            "1024 weeks to dates that look 1024 weeks old, a number adds that many weeks to all "
+            "dates; the default is \"off\"")
+        ->type_name("auto|off|WEEKS");
+}
+
+void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& options)
+{
+    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
+    command
+        .add_option("-o,--output", options.output,
+                    "Write the records to this file; \"-\" is stdout")
+        ->type_name("FILE");
+    command
+        .add_option("--format", raw_.format,
+                    "The output's format, if the file's extension does not name it: " +
+                        formatNames())
+        ->type_name("FORMAT");
+    command.add_flag("--summary", options.summary,
+                     "Print the summary table even though there is an output file");
+    addFixDatesOption(command, options.fixDates);
+    const auto* const json =
+        command
+            .add_option_function<std::string>(
+                "--options",
+                [&options](const std::string& text) {
+                    options.driverOptions = readJsonObject(text);
+                    if (!options.driverOptions)
+                        throw CLI::ValidationError{"--options",
+                                                   "not a JSON object such as {\"tracks\":true}"};
+                },
+                "Pass exactly this JSON object to the driver as its options; not with --no-...")
+            ->type_name("JSON");
+    const auto addKind = [&](const char* name, bool& kind, const char* description) {
+        exclude(json, command.add_flag_callback(
+                          name, [&kind] { kind = false; }, description));
+    };
+    addKind("--no-waypoints", options.waypoints, "Skip waypoints and geocaches");
+    addKind("--no-routes", options.routes, "Skip routes");
+    addKind("--no-tracks", options.tracks, "Skip tracks");
+}
+
+void CommandTable::addDevices()
+{
+    auto& options = raw_.devices;
+    auto& command = addCommand("devices", "List each driver's devices", Command::kDevices,
+                               "  magellangps devices --watch\n"
+                               "  magellangps devices --explain   why a receiver is not found\n");
+    command.add_flag("--watch", options.watch,
+                     "Keep running, and print again when volumes or ports change");
+    command.add_flag("--explain", options.explain,
+                     "Show how each volume and port was judged, and why");
+}
+
+void CommandTable::addAcquire()
+{
+    auto& options = raw_.acquire;
+    auto& command = addCommand("acquire", "Download from a device", Command::kAcquire,
+                               "  magellangps acquire -o trip.gpx\n"
+                               "  magellangps acquire --device /media/RECEIVER --no-tracks\n");
+    addDownloadOptions(command, options);
+    command
+        .add_option("--device", options.device,
+                    "Use the device at this location: a volume, a serial port, or a folder that "
+                    "holds a receiver's files")
+        ->type_name("LOCATION");
+}
+
+void CommandTable::addImport()
+{
+    auto& options = raw_.import;
+    auto& command =
+        addCommand("import", "Import files that were copied from a receiver", Command::kImport,
+                   "  magellangps import TKLG001.log Home.upt -o trip.gpx\n");
+    addDownloadOptions(command, options);
+    command.add_option("files", options.files, "The files to import, one operation each")
+        ->type_name("FILE")
+        ->required();
+}
+
+CLI::Option* CommandTable::addBackupOptions(CLI::App& command, std::optional<std::string>& folder,
+                                            std::uint32_t& mostBackups)
+{
+    command
+        .add_option_function<std::string>(
+            "--keep-backups",
+            [&mostBackups](const std::string& text) {
+                mostBackups = static_cast<std::uint32_t>(toNumber("--keep-backups", text, 1));
+            },
+            "How many backups of a device to keep; the default is 10")
+        ->type_name("N");
+    return command
+        .add_option("--backup", folder,
+                    "Store backups in this folder instead of the user's state folder")
+        ->type_name("DIR");
+}
+
+void CommandTable::addSend()
+{
+    auto& options = raw_.send;
+    auto& command = addCommand("send", "Send GPX files to a device", Command::kSend,
+                               "  magellangps send trip.gpx --dry-run\n"
+                               "  magellangps send trip.gpx --device /media/RECEIVER\n");
+    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
+    command
+        .add_option("--device", options.device,
+                    "Use the device at this location: a volume, or a folder that holds a "
+                    "receiver's files")
+        ->type_name("LOCATION");
+    const auto* const files =
+        command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
+    const auto* const data =
+        command
+            .add_option("--data", options.data,
+                        "Send the data dictionary in this JSON file, unchanged, instead of GPX "
+                        "files")
+            ->type_name("FILE");
+    const auto* const backup = addBackupOptions(command, options.backupFolder, options.mostBackups);
+    const auto* const noBackup = command.add_flag_callback(
+        "--no-backup", [&options] { options.backup = false; },
+        "Do not back up the device's data folders before sending");
+    command.add_flag("--dry-run", options.dryRun, "Show what would be sent, and change nothing");
+    const auto* const exactNames = command.add_flag(
+        "--exact-names", options.exactNames,
+        "Send names and texts as they are in the files, without fitting them to the device");
+    exclude(files, data);
+    exclude(backup, noBackup);
+    exclude(data, exactNames);
+}
+
+void CommandTable::addRestore()
+{
+    auto& options = raw_.restore;
+    auto& command =
+        addCommand("restore", "List the backups of a device, or restore one", Command::kRestore,
+                   "  magellangps restore\n"
+                   "  magellangps restore 20260830T101500Z\n");
+    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
+    command
+        .add_option("--device", options.device,
+                    "Use the device at this location: a volume, or a folder that holds a "
+                    "receiver's files")
+        ->type_name("LOCATION");
+    addBackupOptions(command, options.backupFolder, options.mostBackups);
+    command
+        .add_option("backup", options.backup,
+                    "The backup to restore: its name in the list, or its folder")
+        ->type_name("BACKUP");
+}
+
+void CommandTable::addWatch()
+{
+    auto& options = raw_.watch;
+    auto& command = addCommand(
+        "watch", "Wait for receivers and download each one that appears into its own file",
+        Command::kWatch,
+        "  magellangps watch --into tracks --new-only\n"
+        "  magellangps watch --serial --format kml\n");
+    command
+        .add_option("--into", options.into,
+                    "Write the files into this folder instead of the current one")
+        ->type_name("DIR");
+    command
+        .add_option("--format", raw_.format,
+                    "The format of the files; the default is gpx. One of: " + formatNames())
+        ->type_name("FORMAT");
+    command.add_flag("--new-only", options.newOnly,
+                     "Save only what has not been saved from that receiver before");
+    const auto* const serial = command.add_flag(
+        "--serial", options.serial,
+        "Watch serial ports, too. Finding out that no receiver answers on a port takes a minute "
+        "and a half");
+    exclude(serial, addDriverOption(command, options.driver, "Watch only this driver's devices"));
+    addFixDatesOption(command, options.fixDates);
+}
+
+void CommandTable::exclude(const CLI::Option* first, const CLI::Option* second)
+{
+    exclusions_.push_back({first, second});
+}
+
+} // namespace host

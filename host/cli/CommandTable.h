@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// CommandTable: every command and option of magellangps, with its help. Parsing, --help and
+// completion all work from this table. [host thread]
+
+#pragma once
+
+#include "host/cli/RawOptions.h"
+#include "host/commandline/Arguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+class CommandTable {
+public:
+    CommandTable();
+    CommandTable(const CommandTable&) = delete; // the app is bound to the members
+    CommandTable& operator=(const CommandTable&) = delete;
+
+    [[nodiscard]] CLI::App& app() noexcept { return app_; }
+    [[nodiscard]] const std::vector<Exclusion>& exclusions() const noexcept { return exclusions_; }
+
+    /// What has been parsed so far.
+    [[nodiscard]] const RawOptions& raw() const noexcept { return raw_; }
+
+private:
+    CLI::App& addCommand(const char* name, const char* description, Command command,
+                         const char* examples);
+    void addGlobalOptions();
+    void addDevices();
+    void addAcquire();
+    void addImport();
+    void addSend();
+    void addRestore();
+    void addWatch();
+
+    CLI::Option* addDriverOption(CLI::App& command, std::optional<std::string>& driver,
+                                 const char* description);
+    void addDownloadOptions(CLI::App& command, DownloadOptions& options);
+    void addFixDatesOption(CLI::App& command, DateRule& rule);
+    CLI::Option* addBackupOptions(CLI::App& command, std::optional<std::string>& folder,
+                                  std::uint32_t& mostBackups);
+    void exclude(const CLI::Option* first, const CLI::Option* second);
+
+    RawOptions raw_;
+    std::vector<Exclusion> exclusions_;
+    CLI::App app_;
+};
+
+} // namespace host

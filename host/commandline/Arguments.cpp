@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: MIT
+// CLI11's exceptions say what kind of mistake was made; which option it concerns is looked up in
+// the app. Their texts are written for programmers and are not used, except for those that the
+// programs' own callbacks throw.
+
+#include "host/commandline/Arguments.h"
+
+#include "host/commandline/HelpFormatter.h"
+#include "host/commandline/NearestName.h"
+
+#include <gps/NumberText.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+ParseResult mistake(std::string text)
+{
+    return {ParseResult::Kind::kMistake, std::move(text)};
+}
+
+// The program and, if one was typed, its command.
+std::vector<const CLI::App*> tablesOf(const CLI::App& app)
+{
+    std::vector<const CLI::App*> tables{&app};
+    for (const auto* command : app.get_subcommands())
+        tables.push_back(command);
+    return tables;
+}
+
+const CLI::Option* findOption(const CLI::App& app, const std::string& name)
+{
+    const CLI::Option* found = nullptr;
+    for (const auto* table : tablesOf(app)) {
+        if (const auto* option = table->get_option_no_throw(name))
+            found = option;
+    }
+    return found;
+}
+
+// The first option of the program or the command typed that the predicate accepts.
+template <typename Predicate>
+const CLI::Option* findIf(const CLI::App& app, const Predicate& predicate)
+{
+    for (const auto* table : tablesOf(app)) {
+        for (const auto* option : table->get_options()) {
+            if (predicate(*option))
+                return option;
+        }
+    }
+    return nullptr;
+}
+
+// "--output", or the type of a positional argument: "FILE".
+std::string titleOf(const CLI::Option& option)
+{
+    return option.get_positional() ? option.get_type_name() : namesOf(option).back();
+}
+
+std::string guessFor(std::string_view word, const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const auto* table : tablesOf(app)) {
+        for (const auto* option : visibleOptions(*table)) {
+            for (const auto& name : namesOf(*option))
+                names.push_back(name);
+        }
+    }
+    if (app.get_subcommands().empty()) {
+        for (const auto* command : visibleCommands(app))
+            names.push_back(command->get_name());
+    }
+    return nearestName(word.substr(0, word.find('=')), names);
+}
+
+std::string unexpectedWord(const CLI::App& app, const std::string& word)
+{
+    const bool isOption = word.size() > 1 && word.front() == '-';
+    const bool isCommand =
+        !isOption && app.get_subcommands().empty() && !visibleCommands(app).empty();
+    const auto* const what = isOption    ? "unknown option"
+                             : isCommand ? "unknown command"
+                                         : "unexpected argument";
+    const auto guess = guessFor(word, app);
+    const auto hint = guess.empty() ? helpHint(app) : fmt::format("did you mean \"{}\"?", guess);
+    return fmt::format("{} \"{}\"; {}", what, word, hint);
+}
+
+// A wrong number of values: an option that was repeated, or one at the end without its value.
+std::string wrongCount(const CLI::App& app, const std::string& lastWord)
+{
+    const auto* const repeated = findIf(app, [](const CLI::Option& option) {
+        return option.get_expected_min() > 0 &&
+               option.count() > static_cast<std::size_t>(option.get_items_expected_max());
+    });
+    if (repeated != nullptr)
+        return titleOf(*repeated) + " is given more than once";
+    const auto* const last = findOption(app, lastWord);
+    return last == nullptr
+               ? "an option has the wrong number of values; " + helpHint(app)
+               : fmt::format("{} needs a value: {}", titleOf(*last), last->get_type_name());
+}
+
+std::string describe(const CLI::App& app, const CLI::ParseError& error, const std::string& lastWord)
+{
+    if (const auto extras = app.remaining(true); !extras.empty())
+        return unexpectedWord(app, extras.front());
+    if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr)
+        return error.what(); // thrown by a callback of ours
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        const auto* const missing = findIf(app, [](const CLI::Option& option) {
+            return option.get_required() && option.count() == 0;
+        });
+        if (missing != nullptr)
+            return fmt::format("no {} is given; {}", titleOf(*missing), helpHint(app));
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
+        return wrongCount(app, lastWord);
+    return fmt::format("this command line cannot be understood; {}", helpHint(app));
+}
+
+// What is wrong with the first word of the form "--option=" or "--flag=value"; empty if nothing is.
+// CLI11 would take the option's value from the next word, and read "--flag=false" as no flag.
+std::string wrongAssignment(const CLI::App& app, int argc, const char* const* argv)
+{
+    const auto isFlag = [](const CLI::App& table, const std::string& name) {
+        const auto* const option = table.get_option_no_throw(name);
+        return option != nullptr && option->get_expected_max() == 0;
+    };
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word{argv[i]};
+        const auto equals = word.find('=');
+        if (word == "--")
+            break;
+        if (equals == word.npos || equals < 3 || !word.starts_with("--"))
+            continue;
+        const std::string name{word.substr(0, equals)};
+        const auto commands = app.get_subcommands({});
+        if (isFlag(app, name) || std::any_of(commands.begin(), commands.end(),
+                                             [&](auto* command) { return isFlag(*command, name); }))
+            return name + " takes no value";
+        if (equals + 1 == word.size())
+            return name + " has no value after its \"=\"";
+    }
+    return {};
+}
+
+std::string wrongCombination(const std::vector<Exclusion>& exclusions)
+{
+    const auto isWrong = [](const Exclusion& exclusion) {
+        return exclusion.first->count() > 0 && exclusion.second->count() > 0;
+    };
+    const auto found = std::find_if(exclusions.begin(), exclusions.end(), isWrong);
+    if (found == exclusions.end())
+        return {};
+    return fmt::format("{} and {} cannot be used together", titleOf(*found->first),
+                       titleOf(*found->second));
+}
+
+} // namespace
+
+ParseResult parseArguments(CLI::App& app, const std::vector<Exclusion>& exclusions, int argc,
+                           const char* const* argv)
+{
+    if (auto wrong = wrongAssignment(app, argc, argv); !wrong.empty())
+        return mistake(std::move(wrong));
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForVersion& version) {
+        return {ParseResult::Kind::kAnswer, std::string{version.what()} + '\n'};
+    } catch (const CLI::Success&) {
+        return {ParseResult::Kind::kAnswer, app.help()};
+    } catch (const CLI::ParseError& error) {
+        return mistake(describe(app, error, argc > 1 ? argv[argc - 1] : ""));
+    }
+    if (auto wrong = wrongCombination(exclusions); !wrong.empty())
+        return mistake(std::move(wrong));
+    return {};
+}
+
+std::string helpHint(const CLI::App& app)
+{
+    std::string command = app.get_name();
+    for (const auto* chosen : app.get_subcommands())
+        command += ' ' + chosen->get_name();
+    return fmt::format("see \"{} --help\"", command);
+}
+
+std::int32_t wholeNumber(std::string_view option, const std::string& text, std::int32_t low,
+                         std::int32_t high)
+{
+    const auto number = gps::leadingInt32(text);
+    // Written back it must be what was typed: so nothing follows the number, and it was in range.
+    if (std::to_string(number) != text || number < low || number > high)
+        throw CLI::ValidationError{
+            std::string{option},
+            fmt::format("\"{}\" is not a whole number from {} to {}", text, low, high)};
+    return number;
+}
+
+} // namespace host

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/RawOptions.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+namespace {
+
+using host::Command;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class RawOptions : public testing::Test {
+protected:
+    std::string finish() { return host::finish(raw_, finished_); }
+
+    host::RawOptions raw_;
+    std::optional<host::CommandOptions> finished_;
+};
+
+TEST_F(RawOptions, GlobalOptionsReachTheOptionsOfEachCommand)
+{
+    raw_.global.debug = 7;
+    raw_.import.files = raw_.send.files = {"a"};
+    for (const auto command :
+         {Command::kInfo, Command::kDevices, Command::kAcquire, Command::kImport, Command::kSend,
+          Command::kRestore, Command::kWatch}) {
+        raw_.command = command;
+        EXPECT_THAT(finish(), IsEmpty());
+        ASSERT_TRUE(finished_);
+        EXPECT_EQ(finished_->index(), static_cast<std::size_t>(command));
+        std::visit([](const host::GlobalOptions& options) { EXPECT_EQ(options.debug, 7); },
+                   *finished_);
+    }
+}
+
+TEST_F(RawOptions, MistakeLeavesNoOptions)
+{
+    raw_.command = Command::kSend;
+    EXPECT_THAT(finish(), HasSubstr("no FILE to send"));
+    EXPECT_FALSE(finished_);
+}
+
+TEST_F(RawOptions, SendNeedsFilesOrData)
+{
+    raw_.command = Command::kSend;
+    raw_.send.data = "d.json";
+    EXPECT_THAT(finish(), IsEmpty());
+    raw_.send.data.reset();
+    raw_.send.files = {"a.gpx"};
+    EXPECT_THAT(finish(), IsEmpty());
+}
+
+TEST_F(RawOptions, ExtensionGivesTheFormatInEitherCase)
+{
+    raw_.command = Command::kAcquire;
+    for (const char* const path : {"a.kml", "a.KML", "b.d/a.kml"}) {
+        raw_.acquire.output = path;
+        EXPECT_THAT(finish(), IsEmpty()) << path;
+        EXPECT_EQ(std::get<host::AcquireOptions>(*finished_).format->name, "kml") << path;
+    }
+    for (const char* const path : {"a", ".kml", "a.", "kml.d/a", ""}) {
+        raw_.acquire.output = path;
+        EXPECT_THAT(finish(), HasSubstr("has no extension")) << path;
+    }
+}
+
+TEST_F(RawOptions, EventsGoToStdoutAlone)
+{
+    raw_.command = Command::kAcquire;
+    raw_.global.events = true;
+    EXPECT_THAT(finish(), IsEmpty());
+    raw_.acquire.summary = true;
+    EXPECT_THAT(finish(), HasSubstr("stdout"));
+    raw_.command = Command::kWatch;
+    EXPECT_THAT(finish(), HasSubstr("watch prints its own lines"));
+}
+
+} // namespace
