@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The other side of a simulated receiver's line, as bare as can be: nothing here comes from the
-// driver that is meant to use it.
+// LineClient: the other side of a simulated receiver's line. Shares no code with the driver, so
+// that a mistake in one does not hide a mistake in the other.
 
 #pragma once
 
@@ -39,13 +39,13 @@ public:
         ::tcgetattr(line_, &settings);
         ::cfsetspeed(&settings, speed);
         if (::tcsetattr(line_, TCSANOW, &settings) != 0)
-            throw std::runtime_error{"the line takes no such speed"};
+            throw std::runtime_error{"the line does not accept this speed"};
     }
 
     void write(std::string_view bytes) const
     {
         if (::write(line_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
-            throw std::runtime_error{"the line takes no bytes"};
+            throw std::runtime_error{"the line does not accept bytes"};
     }
 
     /// Writes a body as a sentence.
@@ -57,8 +57,8 @@ public:
         say("PMGNCSM," + sentence(body).substr(body.size() + 2));
     }
 
-    /// The next line without its end; "nothing" when none comes in half a minute, "gone" when the
-    /// port is.
+    /// The next line without its end; "nothing" if none arrives within half a minute, "gone" if the
+    /// port was removed.
     std::string line()
     {
         std::size_t end = 0;
@@ -71,8 +71,8 @@ public:
         return text;
     }
 
-    /// What has come and was not read as lines, once it is `count` bytes; fewer when there is no
-    /// more.
+    /// The bytes that arrived and were not read as lines, once there are `count`; fewer if no more
+    /// arrive.
     const std::string& bytes(std::size_t count)
     {
         while (buffer_.size() < count && receive().empty()) {
@@ -81,7 +81,7 @@ public:
     }
 
 private:
-    // Empty: more bytes are there.
+    // @return  why no bytes were received; empty if there are some
     std::string receive()
     {
         pollfd file{line_, POLLIN, 0};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the simulator's tests have in common: an unpaced receiver with a few sentences, and looks
-// into its log.
+// Shared by the simulator's tests: an unpaced receiver with a few sentences, and queries of its
+// log.
 
 #pragma once
 
@@ -35,7 +35,7 @@ inline simulator::Settings unpaced(std::string_view fault)
     return unpaced({*simulator::parseFault(fault)});
 }
 
-/// Waits until the log has an entry of this kind and text; any text by default.
+/// Waits until the log has an entry of this kind and text. An empty text matches any.
 inline bool waitFor(const simulator::Receiver& receiver, simulator::LogKind kind,
                     std::string_view text = {})
 {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A command ends the data phase that it interrupts, as on the devices. Order of sending: a fault's
+// endless stream, answers, chatter, data.
 
 #include "Conversation.h"
 
@@ -40,8 +42,8 @@ bool isBaud(Step step)
     return step == Step::kBaud || step == Step::kBaudBack;
 }
 
-// The speed that a BAUD command asks for; 0 where the receiver has no such speed.
-int askedSpeed(std::string_view body)
+// The speed that a BAUD command requests; 0 if the receiver does not have it.
+int requestedSpeed(std::string_view body)
 {
     const auto number = gps::wholeUnsigned(body.substr(kBaudPrefix.size()));
     const int speed = gps::saturatedInt32(std::int64_t{number.value_or(0)});
@@ -97,12 +99,12 @@ void Conversation::take(const ArrivedLine& line)
     if (!startsWith(*body, kAcknowledgementPrefix))
         command(*body, line.when);
     else if (phase_ && phase_->take(*body, line.when))
-        phaseAdvanced();
+        endPhaseIfOver();
 }
 
-void Conversation::phaseAdvanced()
+void Conversation::endPhaseIfOver()
 {
-    sendsPhase_ = false; // a repeat on its way is not the next sentence
+    sendsPhase_ = false; // a repeat that is still being sent is not the next sentence
     if (phase_->isOver())
         phase_.reset();
 }
@@ -120,19 +122,19 @@ void Conversation::command(std::string_view body, Clock::time_point when)
 {
     phase_.reset();
     const auto step = stepOf(body);
-    if (!step) { // nothing to do about it, but it has arrived
+    if (!step) { // unknown commands are acknowledged, too
         if (handshake_)
-            answer({acknowledgementOf(body)}, nullptr, 0, when);
+            reply({acknowledgementOf(body)}, nullptr, 0, when);
         return;
     }
-    const auto* const fault = takeFault(*step);
-    if (fault != nullptr && !happens(*fault, kVersionSentence, when))
+    const auto* const fault = nextFault(*step);
+    if (fault != nullptr && !applyFault(*fault, kVersionSentence, when))
         return;
     const bool delayed = fault != nullptr && fault->kind == FaultKind::kDelay;
-    act(*step, body, fault, delayed ? when + delayOf(*fault) : when);
+    execute(*step, body, fault, delayed ? when + delayOf(*fault) : when);
 }
 
-const Fault* Conversation::takeFault(Step step)
+const Fault* Conversation::nextFault(Step step)
 {
     for (std::size_t i = 0; i < settings_.faults.size(); ++i) {
         const auto& fault = settings_.faults[i];
@@ -145,9 +147,9 @@ const Fault* Conversation::takeFault(Step step)
     return nullptr;
 }
 
-// Logs a fault and does what is more than damage to a sentence. @return  whether the receiver goes
-// on as it would have
-bool Conversation::happens(const Fault& fault, std::string_view sentence, Clock::time_point when)
+// Logs a fault, and does whatever is more than damage to one sentence.
+// @return  whether the receiver continues as without the fault
+bool Conversation::applyFault(const Fault& fault, std::string_view sentence, Clock::time_point when)
 {
     log_.add(LogKind::kFault, describe(fault), speed_, when);
     switch (fault.kind) {
@@ -168,11 +170,12 @@ bool Conversation::happens(const Fault& fault, std::string_view sentence, Clock:
     }
 }
 
-void Conversation::act(Step step, std::string_view body, const Fault* fault, Clock::time_point when)
+void Conversation::execute(Step step, std::string_view body, const Fault* fault,
+                           Clock::time_point when)
 {
     std::vector<std::string> bodies;
-    if (handshake_ ||
-        isBaud(step)) // a change of speed is always told: the other side has to follow it
+    // A change of speed is always acknowledged: the other side must know when to follow.
+    if (handshake_ || isBaud(step))
         bodies.push_back(acknowledgementOf(body));
     const auto start = [&](Step dataStep, const std::vector<std::string>& sentences) {
         phase_.emplace(dataStep, sentences, settings_.faults, when, handshake_);
@@ -204,14 +207,14 @@ void Conversation::act(Step step, std::string_view body, const Fault* fault, Clo
     default:
         break;
     }
-    answer(std::move(bodies), fault, isBaud(step) ? askedSpeed(body) : 0, when);
+    reply(std::move(bodies), fault, isBaud(step) ? requestedSpeed(body) : 0, when);
     if (settings_.chatter)
-        chatterAfter(step, body, when);
+        scheduleChatter(step, body, when);
 }
 
-// The first sentence has the fault; a new speed comes after the last.
-void Conversation::answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
-                          Clock::time_point when)
+// The fault applies to the first sentence; the new speed takes effect after the last one.
+void Conversation::reply(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
+                         Clock::time_point when)
 {
     if (fault != nullptr && fault->kind == FaultKind::kLostAck && !bodies.empty())
         bodies.erase(bodies.begin());
@@ -223,9 +226,9 @@ void Conversation::answer(std::vector<std::string> bodies, const Fault* fault, i
     }
 }
 
-void Conversation::chatterAfter(Step step, std::string_view body, Clock::time_point when)
+void Conversation::scheduleChatter(Step step, std::string_view body, Clock::time_point when)
 {
-    // Whoever changes a line's speed drops what has come meanwhile, so the receiver lets it settle.
+    // A host that changes its speed drops what has arrived meanwhile, so the receiver waits.
     constexpr auto kSettling = std::chrono::milliseconds{100};
     if (!isBaud(step) && step != Step::kTransferOn && step != Step::kTransferOff &&
         step != Step::kHandOff)
@@ -257,13 +260,13 @@ std::optional<Outgoing> Conversation::next(Clock::time_point now)
 std::optional<Outgoing> Conversation::nextSentence(Clock::time_point now)
 {
     const std::string body{phase_->sentence()};
-    if (phase_->isHopeless()) {
+    if (phase_->isExhausted()) {
         log_.add(LogKind::kGaveUp, body, speed_, now);
         phase_.reset();
         return std::nullopt;
     }
     const auto* const fault = phase_->fault();
-    if (fault != nullptr && !happens(*fault, body, now)) {
+    if (fault != nullptr && !applyFault(*fault, body, now)) {
         phase_.reset();
         return stream_;
     }
@@ -277,7 +280,7 @@ void Conversation::sent(const Outgoing& what, Clock::time_point when)
         log_.add(LogKind::kSent, what.text, speed_, when);
     if (what.newSpeed != 0)
         setSpeed(what.newSpeed, when);
-    // The phase may have gone on, or been ended, by what came while its sentence was on its way.
+    // What arrived while the sentence was being sent may have advanced or ended the phase.
     if (!std::exchange(sendsPhase_, false) || !phase_)
         return;
     phase_->sent(when);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Conversation: what a receiver does about what it hears, and what it says next. Knows nothing of
-// the terminal: the receiver's thread hands in what has arrived and takes what is to be sent.
-// Private to this room; one thread.
+// Conversation: the receiver's side of the protocol. Gets the lines that arrived and returns the
+// lines to send, without knowing about terminals. Used by Receiver only. One thread at a time.
 
 #pragma once
 
@@ -18,12 +17,12 @@ namespace simulator {
 
 struct Settings;
 
-/// Something to say.
+/// Bytes to send.
 struct Outgoing {
     std::string bytes{};
-    std::string text{};           ///< for the log; empty: not logged
-    Clock::time_point earliest{}; ///< when it may begin
-    int newSpeed = 0;             ///< the receiver's own when it is said; 0: as before
+    std::string text{};           ///< for the log; not logged if empty
+    Clock::time_point earliest{}; ///< when sending may begin
+    int newSpeed = 0;             ///< the receiver's own speed once it is sent; 0: unchanged
 };
 
 class Conversation {
@@ -34,46 +33,46 @@ public:
     /// The receiver's own speed.
     [[nodiscard]] int speed() const noexcept { return speed_; }
 
-    /// Whether the port is to disappear.
+    /// Whether a fault requires the port to be removed.
     [[nodiscard]] bool hasHungUp() const noexcept { return hungUp_; }
 
-    /// Whether a sentence was understood since the line was opened.
+    /// Whether a valid sentence has arrived since the line was opened.
     [[nodiscard]] bool hasUnderstood() const noexcept { return understood_; }
 
-    /// The line has been opened: what was going on is over, and faults begin anew.
+    /// Forgets the session, because the line has been opened or closed. Faults start over.
     void restart();
 
-    /// The other side has this speed now.
+    /// Notes that the other side has changed its speed.
     void setOtherSpeed(int speed, Clock::time_point when);
 
     void take(const ArrivedLine& line);
 
-    /// What to say now, nothing else being on its way. The caller calls sent() once it has left.
-    /// @return  none: nothing
+    /// What to send now; nullopt if nothing is due. The caller sends it, calls sent(), and asks
+    /// again only then.
     [[nodiscard]] std::optional<Outgoing> next(Clock::time_point now);
 
-    /// What next() answered has left.
+    /// Notes that the last byte of what next() returned was sent at `when`.
     void sent(const Outgoing& what, Clock::time_point when);
 
-    /// When next() may answer something although nothing has arrived.
+    /// When next() has something to send even if nothing arrives before.
     [[nodiscard]] Clock::time_point due() const noexcept;
 
 private:
     struct Chatter {
         std::string body;
         Clock::time_point due;
-        Clock::duration settling; // how long after the two speeds have become one
+        Clock::duration settling; // the pause after both sides have the same speed
     };
 
     void command(std::string_view body, Clock::time_point when);
-    void act(Step step, std::string_view body, const Fault* fault, Clock::time_point when);
-    void answer(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
-                Clock::time_point when);
-    void chatterAfter(Step step, std::string_view body, Clock::time_point when);
-    [[nodiscard]] const Fault* takeFault(Step step);
-    [[nodiscard]] bool happens(const Fault& fault, std::string_view sentence,
-                               Clock::time_point when);
-    void phaseAdvanced();
+    void execute(Step step, std::string_view body, const Fault* fault, Clock::time_point when);
+    void reply(std::vector<std::string> bodies, const Fault* fault, int newSpeed,
+               Clock::time_point when);
+    void scheduleChatter(Step step, std::string_view body, Clock::time_point when);
+    [[nodiscard]] const Fault* nextFault(Step step);
+    [[nodiscard]] bool applyFault(const Fault& fault, std::string_view sentence,
+                                  Clock::time_point when);
+    void endPhaseIfOver();
     [[nodiscard]] std::optional<Outgoing> nextSentence(Clock::time_point now);
     [[nodiscard]] std::optional<Step> stepOf(std::string_view body) const;
     void setSpeed(int speed, Clock::time_point when);
@@ -86,14 +85,14 @@ private:
 
     // Since the line was opened.
     bool understood_ = false;
-    bool closing_ = false; // TOFF or HANDOFF has come
+    bool closing_ = false; // TOFF or HANDOFF has arrived
     bool hungUp_ = false;
-    std::vector<int> timesHappened_; // of each fault
+    std::vector<int> timesHappened_; // per fault
     std::deque<Outgoing> answers_;
     std::optional<Chatter> chatter_;
     std::optional<DataPhase> phase_;
-    bool sendsPhase_ = false;        // what is on its way is the phase's
-    std::optional<Outgoing> stream_; // said again and again, whatever comes
+    bool sendsPhase_ = false;        // what is being sent belongs to the phase
+    std::optional<Outgoing> stream_; // sent again and again, whatever arrives
 };
 
 } // namespace simulator

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Damage is deterministic, so that a failing test can be repeated.
 
 #include "Damage.h"
 
@@ -16,17 +17,16 @@ std::string whole(std::string_view body)
     return gps::NMEAUtils::addChecksumToNMEASentence(body).append(kLineEnd);
 }
 
-// The same rubbish each time, so that what a fault brings about can be brought about again.
-std::string rubbish()
+std::string noise()
 {
-    std::minstd_rand numbers; // not a secret: the same everywhere
+    std::minstd_rand numbers; // the same sequence on every system
     std::string bytes;
     while (bytes.size() < 60)
         bytes += static_cast<char>(numbers() >> 8U);
     return bytes;
 }
 
-// A good sentence with one digit of another checksum.
+// A valid sentence that acknowledges another checksum.
 std::string wrongAcknowledgement(std::string_view body)
 {
     std::string wrong{body};
@@ -59,7 +59,7 @@ std::string wireForm(std::string_view body, const Fault* fault)
         return line;
     const auto middle = line.size() / 2;
     switch (fault->kind) {
-    case FaultKind::kWrongAck: // nothing but an acknowledgement changes with it
+    case FaultKind::kWrongAck: // affects acknowledgements only
         return body.substr(0, 8) == "PMGNCSM," ? whole(wrongAcknowledgement(body)) : line;
     case FaultKind::kGarble:
         line[middle] = static_cast<char>(line[middle] ^ 1);
@@ -67,7 +67,7 @@ std::string wireForm(std::string_view body, const Fault* fault)
     case FaultKind::kTruncate:
         return line.substr(0, middle);
     case FaultKind::kNoise:
-        return rubbish().append(kLineEnd).append(line);
+        return noise().append(kLineEnd).append(line);
     case FaultKind::kNul:
         return std::string(3, '\0').append(line.insert(middle, 1, '\0'));
     case FaultKind::kLong:

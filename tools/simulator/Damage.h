@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the receiver says, byte by byte: sentences whole and damaged, acknowledgements right and
-// wrong. Private to this room. [any]
+// Frames sentences for the wire, intact or damaged by a fault. Used by the simulator only.
+// Stateless. [any]
 
 #pragma once
 
@@ -14,9 +14,9 @@ namespace simulator {
 /// The body that acknowledges a body.
 [[nodiscard]] std::string acknowledgementOf(std::string_view body);
 
-/// What goes over the wire for a body: "$", the body, "*", its checksum, CR LF, or what a fault
-/// makes of it.
-/// @param fault  may be null; not every kind changes a sentence
+/// The bytes on the wire for a body: "$", the body, "*", its checksum, CR LF, or what a fault makes
+/// of them.
+/// @param fault  may be null. Kinds that do not damage sentences have no effect
 [[nodiscard]] std::string wireForm(std::string_view body, const Fault* fault = nullptr);
 
 } // namespace simulator

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Faults of a data step happen at one sentence, counted from 1, or at all of them.
 
 #include "DataPhase.h"
 
@@ -9,8 +10,8 @@
 namespace simulator {
 namespace {
 
-constexpr auto kPatience = std::chrono::milliseconds{1500};
-constexpr int kSendings = 5;
+constexpr auto kAcknowledgementTimeout = std::chrono::milliseconds{1500};
+constexpr int kMostTimesSent = 5;
 
 } // namespace
 
@@ -21,7 +22,8 @@ DataPhase::DataPhase(Step step, const std::vector<std::string>& sentences,
     for (const auto& fault : faults_) {
         if (fault.step == step_ && fault.kind == FaultKind::kDelay)
             due_ += delayOf(fault);
-        deaf_ = deaf_ || (fault.step == step_ && fault.kind == FaultKind::kLostAck);
+        ignoresAcknowledgements_ =
+            ignoresAcknowledgements_ || (fault.step == step_ && fault.kind == FaultKind::kLostAck);
     }
 }
 
@@ -46,31 +48,32 @@ bool DataPhase::happensNow(const Fault& fault) const noexcept
     case FaultKind::kSilence:
     case FaultKind::kDelay:
     case FaultKind::kLostAck:
-        return index_ == 0 && sendings_ == 0;
+        return index_ == 0 && timesSent_ == 0;
     case FaultKind::kStop:
         return index_ == number;
     default:
-        return number == 0 || (index_ + 1 == number && sendings_ == 0);
+        return number == 0 || (index_ + 1 == number && timesSent_ == 0);
     }
 }
 
-bool DataPhase::isHopeless() const noexcept
+bool DataPhase::isExhausted() const noexcept
 {
-    return sendings_ == kSendings;
+    return timesSent_ == kMostTimesSent;
 }
 
 void DataPhase::sent(Clock::time_point when)
 {
-    ++sendings_;
-    due_ = when + kPatience;
+    ++timesSent_;
+    due_ = when + kAcknowledgementTimeout;
     if (!acknowledged_)
         advance(when);
 }
 
 bool DataPhase::take(std::string_view acknowledgement, Clock::time_point when)
 {
-    // One that comes before the sentence has left is a late one of the sentence before.
-    if (sendings_ == 0 || deaf_ || acknowledgement != acknowledgementOf(sentence()))
+    // Before the sentence has been sent, this is a late acknowledgement of the one before.
+    if (timesSent_ == 0 || ignoresAcknowledgements_ ||
+        acknowledgement != acknowledgementOf(sentence()))
         return false;
     advance(when);
     return true;
@@ -79,7 +82,7 @@ bool DataPhase::take(std::string_view acknowledgement, Clock::time_point when)
 void DataPhase::advance(Clock::time_point when)
 {
     ++index_;
-    sendings_ = 0;
+    timesSent_ = 0;
     due_ = when;
 }
 

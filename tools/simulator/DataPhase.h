@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// DataPhase: which data sentence comes next, and when: one kind's sentences and END, each until it
-// is acknowledged. Private to this room; one thread.
+// DataPhase: sends one kind's sentences and then END, each until it is acknowledged. Decides which
+// sentence is next and when. Used by Conversation only. One thread at a time.
 
 #pragma once
 
@@ -18,31 +18,31 @@ namespace simulator {
 class DataPhase {
 public:
     /// @param sentences, faults  outlive the phase
-    /// @param start              when the first sentence may come
+    /// @param start              when the first sentence may be sent
     /// @param acknowledged       whether each sentence waits for its acknowledgement
     DataPhase(Step step, const std::vector<std::string>& sentences,
               const std::vector<Fault>& faults, Clock::time_point start, bool acknowledged);
 
-    /// When there is a sentence to send; while one is sent that is for the caller to know.
+    /// When the next sentence may be sent. Meaningless while one is being sent.
     [[nodiscard]] Clock::time_point due() const noexcept { return due_; }
 
     /// The body of the sentence to send.
     [[nodiscard]] std::string_view sentence() const;
 
-    /// The fault that happens to it, this time.
+    /// The fault that affects it this time; null without one.
     [[nodiscard]] const Fault* fault() const;
 
-    /// Whether it has been sent as often as it is.
-    [[nodiscard]] bool isHopeless() const noexcept;
+    /// Whether the sentence has been sent five times without acknowledgement.
+    [[nodiscard]] bool isExhausted() const noexcept;
 
-    /// The sentence has been sent.
+    /// Notes that the sentence was sent.
     void sent(Clock::time_point when);
 
-    /// An acknowledgement has come. @return  whether it was the right one: the next sentence's turn
-    /// has come
+    /// Handles an acknowledgement.
+    /// @return  whether it was the expected one, so that the next sentence follows
     bool take(std::string_view acknowledgement, Clock::time_point when);
 
-    /// Whether END is over, too.
+    /// Whether END has been acknowledged, too.
     [[nodiscard]] bool isOver() const noexcept { return index_ > sentences_.size(); }
 
 private:
@@ -53,9 +53,9 @@ private:
     const std::vector<std::string>& sentences_;
     const std::vector<Fault>& faults_;
     const bool acknowledged_;
-    bool deaf_ = false; // to acknowledgements
+    bool ignoresAcknowledgements_ = false;
     std::size_t index_ = 0;
-    int sendings_ = 0; // of this sentence
+    int timesSent_ = 0; // this sentence
     Clock::time_point due_;
 };
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+// Reads and prints faults by the tables of names in the header.
 
 #include "Fault.h"
 
 #include <gps/NumberText.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <limits>
@@ -34,7 +37,7 @@ std::optional<int> numberOf(std::string_view text)
                : std::nullopt;
 }
 
-// The text up to the next ":", which goes too.
+// Removes the text up to the next ":" and that colon, and returns the text.
 std::string_view takeWord(std::string_view& text)
 {
     const auto word = text.substr(0, text.find(':'));
@@ -76,8 +79,9 @@ std::chrono::milliseconds delayOf(const Fault& fault) noexcept
 
 std::string describe(const Fault& fault)
 {
-    const auto text = nameOf(kSteps, fault.step) + ':' + nameOf(kFaultKinds, fault.kind);
-    return fault.number ? text + ':' + std::to_string(*fault.number) : text;
+    const auto text =
+        fmt::format("{}:{}", nameOf(kSteps, fault.step), nameOf(kFaultKinds, fault.kind));
+    return fault.number ? fmt::format("{}:{}", text, *fault.number) : text;
 }
 
 } // namespace simulator

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a simulated receiver can be told to do wrong, and where in a session. Values only. [any]
+// Fault: a mistake that a simulated receiver makes on request, and the step of the session where it
+// makes it. Used by tests and by the --fault option. Values only. [any]
 
 #pragma once
 
@@ -12,12 +13,12 @@
 
 namespace simulator {
 
-/// A session's steps: each command's answer, and the sentences of each data phase.
+/// The steps of a session: the answer to each command, and the sentences of each data phase.
 enum class Step {
     kVersion,
     kHandOn,
     kTransferOn,
-    kBaud, ///< until the closing begins
+    kBaud, ///< before TOFF or HANDOFF
     kWaypoint,
     kWaypointData,
     kTrack,
@@ -30,29 +31,28 @@ enum class Step {
 };
 
 enum class FaultKind {
-    kSilence,  ///< does not react to the command; sends no data at all
-    kLostAck,  ///< acts, but the answer's first sentence is lost; in a data phase the other side's
-               ///< acknowledgements are
+    kSilence,  ///< ignores the command; sends no data at all
+    kLostAck,  ///< acts, but the first sentence of the answer is lost. In a data step the other
+               ///< side's acknowledgements are lost
     kWrongAck, ///< acknowledges with another checksum
-    kGarble,   ///< one bit of the sentence is wrong
-    kTruncate, ///< the sentence's first half, without a line end
-    kNoise,    ///< a line of rubbish before the sentence
+    kGarble,   ///< changes one bit of the sentence
+    kTruncate, ///< sends the first half of the sentence, without a line end
+    kNoise,    ///< sends a line of random bytes before the sentence
     kDelay,    ///< waits before the answer, or before the first data sentence
-    kStop,     ///< leaves a data phase without END
-    kEndless,  ///< bytes without a line end, until the line is closed
-    kFlood,    ///< good sentences without pause or END, until the line is closed
-    kLong,     ///< a sentence of kLongSentence bytes instead
-    kNul,      ///< NUL bytes before and in the sentence
-    kHangUp,   ///< the port disappears
+    kStop,     ///< ends a data phase without END
+    kEndless,  ///< sends bytes without a line end until the line is closed
+    kFlood,    ///< sends valid sentences without a pause until the line is closed
+    kLong,     ///< sends a sentence of kLongSentence bytes instead
+    kNul,      ///< sends NUL bytes before and in the sentence
+    kHangUp,   ///< removes the port
 };
 
 inline constexpr std::size_t kLongSentence = 100000; ///< bytes, from "$" to the checksum
 
-/// One fault. In a step of a command it happens each time that the command comes, or the first
-/// `number` times. In a data step it happens once, at data sentence `number` (from 1, the END
-/// sentence counted as the last; by default 1), or, for a number of 0, at every sentence each time
-/// that it is sent. For kDelay the number is milliseconds (by default 500), for kStop the sentences
-/// that are sent before (by default 1).
+/// One fault. In a command's step it happens each time the command arrives, or the first `number`
+/// times. In a data step it happens once, at data sentence `number` (from 1, END counts as the
+/// last; default 1), or, if the number is 0, each time that any sentence is sent. For kDelay the
+/// number is milliseconds (default 500), for kStop the number of sentences sent before (default 1).
 struct Fault {
     Step step{};
     FaultKind kind{};
@@ -94,13 +94,14 @@ inline constexpr std::array<Named<FaultKind>, 13> kFaultKinds{{{"silence", Fault
 
 [[nodiscard]] bool isDataStep(Step step) noexcept;
 
-/// Whether the fault can happen there: kStop only in data steps, kWrongAck only in the others.
+/// Whether the fault can happen in this step: kStop only in data steps, kWrongAck only in others.
 [[nodiscard]] bool applies(FaultKind kind, Step step) noexcept;
 
-/// "STEP:KIND" or "STEP:KIND:NUMBER". @return  none when it is neither, or cannot happen there
+/// Reads "STEP:KIND" or "STEP:KIND:NUMBER". @return  nullopt for anything else, and for a kind that
+/// cannot happen in the step
 [[nodiscard]] std::optional<Fault> parseFault(std::string_view text);
 
-/// How long a kDelay takes.
+/// The duration of a kDelay.
 [[nodiscard]] std::chrono::milliseconds delayOf(const Fault& fault) noexcept;
 
 /// The text that parseFault reads.

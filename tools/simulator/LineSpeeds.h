@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The line speeds that a receiver can have, as the terminal interface names them. Private to this
-// room. [any]
+// The line speeds that a receiver can have, with their termios codes. Used by the simulator only.
+// Stateless. [any]
 
 #pragma once
 
@@ -25,7 +25,7 @@ inline constexpr std::array<LineSpeed, 8> kLineSpeeds{{{1200, B1200},
                                                        {57600, B57600},
                                                        {115200, B115200}}};
 
-/// @return  0 for any other speed, and for none
+/// @return  0 for any other code
 [[nodiscard]] inline int bitsPerSecond(speed_t code) noexcept
 {
     const auto* const found =

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// One thread per receiver: it reads the wire, passes lines to the conversation, sends what the
+// conversation wants sent, and sleeps until something is due.
 
 #include "Receiver.h"
 
@@ -23,17 +25,17 @@
 namespace simulator {
 namespace {
 
-// What a thread waits for to be told to stop.
-class StopSign {
+// Wakes a waiting thread to make it stop.
+class StopEvent {
 public:
-    StopSign() : file_(::eventfd(0, EFD_CLOEXEC))
+    StopEvent() : file_(::eventfd(0, EFD_CLOEXEC))
     {
         if (file_ < 0)
-            throw std::system_error{errno, std::generic_category(), "cannot make an event file"};
+            throw std::system_error{errno, std::generic_category(), "cannot create an event file"};
     }
-    ~StopSign() { ::close(file_); }
-    StopSign(const StopSign&) = delete;
-    StopSign& operator=(const StopSign&) = delete;
+    ~StopEvent() { ::close(file_); }
+    StopEvent(const StopEvent&) = delete;
+    StopEvent& operator=(const StopEvent&) = delete;
 
     void raise() const
     {
@@ -82,40 +84,40 @@ private:
     void serve();
     void watch();
     void lineChanged(bool open);
-    void speak();
+    void send();
     void hangUp();
 
     const Settings settings_;
     SessionLog log_;
-    std::optional<Wire> wire_; // none: hung up
+    std::optional<Wire> wire_; // nullopt after hanging up
     const std::string path_;
     Conversation conversation_;
-    std::optional<Outgoing> saying_;
+    std::optional<Outgoing> sending_;
     bool wasOpen_ = false;
     bool done_ = false;
-    int knownSpeed_ = 0; // the other side's, as logged
+    int knownSpeed_ = 0; // the other side's, as last logged
     std::atomic<bool> stopping_ = false;
-    const StopSign stop_;
+    const StopEvent stop_;
     std::promise<void> end_;
     const std::shared_future<void> ended_ = end_.get_future().share();
-    std::thread thread_; // last: it uses all the others
+    std::thread thread_; // last, because it uses all the others
 };
 
 void Receiver::Service::serve()
 {
-    ::prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL,
-            0UL); // nanoseconds; the usual 50,000 would show at 115200 bits per second
+    // In nanoseconds. The default of 50,000 would be noticeable at 115200 bits per second.
+    ::prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL, 0UL);
     while (!stopping_ && !done_) {
         wire_->read();
         watch();
         while (const auto line = wire_->nextLine())
             conversation_.take(*line);
         if (wasOpen_)
-            speak();
+            send();
         if (conversation_.hasHungUp())
             hangUp();
         else if (!done_)
-            wire_->wait(saying_ ? Clock::time_point::max() : conversation_.due(), stop_.file());
+            wire_->wait(sending_ ? Clock::time_point::max() : conversation_.due(), stop_.file());
     }
     end_.set_value();
 }
@@ -136,23 +138,23 @@ void Receiver::Service::lineChanged(bool open)
     wasOpen_ = open;
     done_ = !open && settings_.once && conversation_.hasUnderstood();
     conversation_.restart();
-    saying_.reset();
+    sending_.reset();
     if (!open)
         wire_->clear();
-    log_.add(open ? LogKind::kOpened : LogKind::kClosed, {},
-             wire_->otherSpeed()); // last: whoever waits for it may go on
+    // Last, because tests wait for this entry and then go on.
+    log_.add(open ? LogKind::kOpened : LogKind::kClosed, {}, wire_->otherSpeed());
 }
 
-void Receiver::Service::speak()
+void Receiver::Service::send()
 {
-    if (!saying_) {
-        saying_ = conversation_.next(Clock::now());
-        if (!saying_)
+    if (!sending_) {
+        sending_ = conversation_.next(Clock::now());
+        if (!sending_)
             return;
-        wire_->send(saying_->bytes, saying_->earliest, conversation_.speed());
+        wire_->send(sending_->bytes, sending_->earliest, conversation_.speed());
     }
     if (const auto left = wire_->write())
-        conversation_.sent(*std::exchange(saying_, std::nullopt), *left);
+        conversation_.sent(*std::exchange(sending_, std::nullopt), *left);
 }
 
 void Receiver::Service::hangUp()

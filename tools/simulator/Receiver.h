@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Receiver: a simulated receiver on a pseudo-terminal of its own. Made for tests, benchmarks and
-// for trying things out without hardware. All of it is safe from any thread but the destructor,
-// which ends the receiver's own thread.
+// Receiver: a simulated receiver on a pseudo-terminal of its own, for tests, benchmarks and trying
+// things out without hardware. It runs on a thread of its own, which the destructor ends. [any]
 //
-// It understands and is understood only at its own line speed: bytes of any other are lost in both
-// directions. Its wire is paced: a sentence is there when its last byte would be, at 10 bits a
-// byte. With handshaking on it acknowledges each good command, and waits for each data sentence's
-// acknowledgement: 1.5 seconds, then it sends the sentence again, 5 times in all, then it leaves
-// the phase. A BAUD is acknowledged in any case, at the old speed: the other side must know when to
-// follow. A HANDON is not acknowledged when handshaking was off as it came. A command ends the data
-// phase that it falls into. Its handshaking and speed outlive a closing of the line, as a receiver
-// that stays on keeps them; faults begin anew.
+// It understands and is understood only at its own line speed: bytes at any other speed are lost in
+// both directions. Sentences arrive when their last byte would arrive, at 10 bits per byte. With
+// handshaking on it acknowledges each valid command and waits for the acknowledgement of each data
+// sentence: it repeats the sentence after 1.5 seconds, sends it 5 times in all, and then ends the
+// data phase. A BAUD is acknowledged in any case, at the old speed, because the other side must
+// know when to follow. A HANDON that arrives while handshaking is off is not acknowledged. A
+// command ends the data phase that it interrupts. Handshaking and speed outlast the closing of the
+// line, as on a receiver that stays switched on; faults start over.
 
 #pragma once
 
@@ -32,29 +31,28 @@ namespace simulator {
 [[nodiscard]] bool isLineSpeed(int bitsPerSecond) noexcept;
 
 struct Settings {
-    int speed = 4800; ///< the receiver's own at the start; an isLineSpeed()
+    int speed = 4800; ///< the receiver's own at the start; see isLineSpeed()
     bool handshake = false;
-    bool paced = true; ///< otherwise as fast as the machine
-    bool chatter =
-        false;         ///< says one more sentence after its answers to TON, BAUD, TOFF and HANDOFF
-    bool once = false; ///< ends when the line is closed after a sentence was understood
+    bool paced = true;    ///< otherwise it is as fast as the machine
+    bool chatter = false; ///< sends one more sentence after TON, BAUD, TOFF and HANDOFF
+    bool once = false;    ///< ends when the line is closed after a valid sentence arrived
     Sentences sentences{};
     std::vector<Fault> faults{};
-    std::ostream* log = nullptr; ///< gets the session log as lines of JSON, from the receiver's
-                                 ///< thread; outlives the receiver
+    /// Gets the session log as JSON lines, from the receiver's thread. Outlives the receiver.
+    std::ostream* log = nullptr;
 };
 
 class Receiver {
 public:
     /// Opens a pseudo-terminal and serves it until destroyed, or until a fault or `once` ends it.
-    /// @throws std::system_error  there is no pseudo-terminal to be had
+    /// @throws std::system_error  if no pseudo-terminal can be opened
     explicit Receiver(Settings settings);
     ~Receiver();
     Receiver(const Receiver&) = delete;
     Receiver& operator=(const Receiver&) = delete;
 
-    /// The terminal's path, for the other side to open. It is raw from the start; its speed is up
-    /// to the other side.
+    /// The terminal's path, for the other side to open. It is in raw mode; the other side sets the
+    /// speed.
     [[nodiscard]] const std::string& path() const noexcept;
 
     [[nodiscard]] std::vector<LogEntry> log() const;

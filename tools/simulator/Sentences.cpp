@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Lines end in LF here: the check of a sentence accepts a CR before it.
 
 #include "Sentences.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 using Known = std::unordered_set<std::string>;
 
-void sortIn(std::string_view body, Sentences& sentences, Known& waypoints)
+void addSentence(std::string_view body, Sentences& sentences, Known& waypoints)
 {
     const auto kind = body.substr(0, body.find(','));
     if (kind == "PMGNTRK")
@@ -34,7 +35,7 @@ std::optional<gps::Error> loadFile(const std::string& path, Sentences& sentences
         const auto line = rest.substr(0, rest.find('\n'));
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         if (const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line))
-            sortIn(*body, sentences, waypoints);
+            addSentence(*body, sentences, waypoints);
     }
     return std::nullopt;
 }

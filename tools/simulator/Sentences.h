@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The data that a simulated receiver holds, taken from the files that receivers write. [any]
+// The data that a simulated receiver holds, loaded from files as receivers write them. Stateless.
+// [any]
 
 #pragma once
 
@@ -18,10 +19,10 @@ struct Sentences {
     std::vector<std::string> routes{};
 };
 
-/// Adds the waypoint, track and route sentences with good checksums of a file, or of all files
-/// below a folder. A waypoint that is there already, to the letter, is left out: route files repeat
-/// those that they pass.
-/// @return  why the file, or the folder, cannot be read; what is inside a folder may be unreadable
+/// Adds the waypoint, track and route sentences of a file, or of all files below a folder.
+/// Sentences without a valid checksum are skipped, and so are exact repeats of a waypoint, because
+/// route files repeat the waypoints on their way.
+/// @return  why the file or the folder cannot be read. Unreadable files in a folder are skipped
 [[nodiscard]] std::optional<gps::Error> loadSentences(const std::string& path,
                                                       Sentences& sentences);
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Lines are flushed one by one, so that a log is complete up to a crash.
 
 #include "SessionLog.h"
 
@@ -25,8 +26,8 @@ std::string jsonLine(const LogEntry& entry)
                                       {"event", name(entry.kind)},
                                       {"speed", entry.speed},
                                       {"text", entry.text}};
-    return line.dump(-1, ' ', true,
-                     nlohmann::ordered_json::error_handler_t::replace); // rubbish need not be UTF-8
+    // What arrives need not be UTF-8.
+    return line.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 void SessionLog::add(LogKind kind, std::string_view text, int speed, Clock::time_point when)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What happened on a simulated receiver's line, with times. Written by the receiver's thread, read
-// by anyone. [any]
+// SessionLog: what happened on a simulated receiver's line, and when. Written by the receiver's
+// thread, read by tests and by --log. [any]
 
 #pragma once
 
@@ -20,15 +20,14 @@ using Clock = std::chrono::steady_clock;
 enum class LogKind {
     kOpened,     ///< the other side has opened the line
     kClosed,     ///< the other side has closed it
-    kSpeed,      ///< the other side has another speed now (also what it has on opening)
+    kSpeed,      ///< the other side has changed its speed; also follows kOpened
     kOwnSpeed,   ///< the receiver has changed its speed
-    kReceived,   ///< a good sentence; text: its body
-    kUnreadable, ///< a line that the receiver cannot read: of another speed, or no sentence; text:
-                 ///< the line
-    kSent,       ///< a sentence; text: its body, or the whole line where a fault has damaged it
+    kReceived,   ///< a valid sentence; text: its body
+    kUnreadable, ///< an invalid sentence, or one of another speed; text: the line
+    kSent,       ///< a sentence; text: its body, or the whole line if a fault damaged it
     kFault,      ///< a fault happens; text: the fault
-    kGaveUp,     ///< a data sentence was never acknowledged: the phase is over; text: its body
-    kHungUp,     ///< the receiver is gone
+    kGaveUp,     ///< a data sentence was never acknowledged, so the phase ends; text: its body
+    kHungUp,     ///< the port has been removed
 };
 
 /// The kind's name in a log line: "opened", "closed", "speed", "own-speed", "received",
@@ -36,12 +35,10 @@ enum class LogKind {
 [[nodiscard]] std::string_view name(LogKind kind) noexcept;
 
 struct LogEntry {
-    double seconds =
-        0; ///< since the receiver was made; of a sentence: when its last byte was over the wire
+    double seconds = 0; ///< since the receiver started; of a sentence: to its last byte
     LogKind kind{};
     std::string text{};
-    int speed = 0; ///< bits per second: of what is received the other side's, of what is sent the
-                   ///< receiver's own
+    int speed = 0; ///< bits per second: the sender's
 };
 
 /// The entry as one line of JSON, without a line end:
@@ -50,17 +47,17 @@ struct LogEntry {
 
 class SessionLog {
 public:
-    /// @param lines  gets each entry as a line of JSON, from the thread that adds it; may be null
+    /// @param lines  gets each entry as a JSON line, from the thread that adds it; may be null
     explicit SessionLog(std::ostream* lines) : lines_(lines) {}
 
-    /// From one thread. The times never go back: what is said to have been earlier was at the last
-    /// entry's time.
+    /// Adds an entry. To be called by one thread. An entry that is earlier than the last one gets
+    /// the last one's time.
     void add(LogKind kind, std::string_view text, int speed, Clock::time_point when = Clock::now());
 
     [[nodiscard]] std::vector<LogEntry> entries() const;
 
-    /// Waits for an entry. Shows each one to `matches` once, in order, from the first on.
-    /// @return  whether one matched within the time
+    /// Waits for an entry that matches. Calls `matches` once per entry, in order, from the first.
+    /// @return  whether one matched within the limit
     [[nodiscard]] bool waitFor(const std::function<bool(const LogEntry&)>& matches,
                                std::chrono::milliseconds limit) const;
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// A pseudo-terminal has no notion of speed and reports neither its opening nor a change of the
+// other side's settings, so both are polled.
 
 #include "Wire.h"
 
@@ -19,9 +21,8 @@
 namespace simulator {
 namespace {
 
-constexpr std::size_t kPiece = 16; // bytes that a line chip hands over at once
-constexpr std::size_t kLongestLine =
-    1U << 16; // the other side's commands are short; what is longer is rubbish
+constexpr std::size_t kPiece = 16;             // bytes that a serial chip delivers at once
+constexpr std::size_t kLongestLine = 1U << 16; // commands are short; longer lines are cut
 constexpr auto kTick = std::chrono::milliseconds{5};
 
 [[noreturn]] void fail(const char* what)
@@ -29,8 +30,8 @@ constexpr auto kTick = std::chrono::milliseconds{5};
     throw std::system_error{errno, std::generic_category(), what};
 }
 
-// How long a byte takes: a start bit, 8 of its own and a stop bit. At a speed of 0 a real line
-// would carry nothing; here it crawls.
+// The time for one byte: a start bit, 8 data bits and a stop bit. At speed 0 a real line would
+// carry nothing; this one is slow instead.
 Clock::duration lineTime(int speed)
 {
     return Clock::duration{std::chrono::seconds{10}} / std::max(speed, 1200);
@@ -41,8 +42,9 @@ int openOtherSide(const std::string& path)
     return ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
 }
 
-// Raw before anyone opens it: a terminal echoes at first, and would send the receiver's own words
-// back to it. Opened once, because only a terminal that was closed tells that it is.
+// Switches the terminal to raw mode before anyone opens it: by default it echoes, which would send
+// the receiver its own sentences. The other side must have been opened and closed once, because
+// only then the master reports that it is closed.
 void prepare(int master, const std::string& path)
 {
     termios settings{};
@@ -51,7 +53,7 @@ void prepare(int master, const std::string& path)
         fail("cannot open the pseudo-terminal");
     ::tcgetattr(master, &settings);
     ::cfmakeraw(&settings);
-    ::cfsetspeed(&settings, B0); // any that the other side sets is a change
+    ::cfsetspeed(&settings, B0); // so that any speed the other side sets is a change
     ::tcsetattr(master, TCSANOW, &settings);
     ::close(other);
 }
@@ -63,7 +65,7 @@ Wire::Wire(bool paced)
 {
     std::array<char, 128> name{};
     if (master_ < 0)
-        fail("cannot make a pseudo-terminal");
+        fail("cannot open a pseudo-terminal");
     try {
         if (::grantpt(master_) != 0 || ::unlockpt(master_) != 0 ||
             ::ptsname_r(master_, name.data(), name.size()) != 0)
@@ -88,16 +90,16 @@ void Wire::read()
     ssize_t count = 0;
     while ((count = ::read(master_, bytes.data(), bytes.size())) > 0)
         written.append(bytes.data(), static_cast<std::size_t>(count));
-    open_ = count == 0 || errno != EIO; // the master's way to say that nobody has the terminal open
-    // The speed is looked at after the bytes: whoever changes it and writes at once is not taken
-    // for one of the old speed.
+    open_ = count == 0 || errno != EIO; // EIO: nobody has the terminal open
+    // Queried after the bytes: if the other side changes its speed and writes at once, its bytes
+    // count as sent at the new speed.
     termios settings{};
     ::tcgetattr(master_, &settings);
     otherSpeed_ = bitsPerSecond(::cfgetospeed(&settings));
-    takeIn(written);
+    schedule(written);
 }
 
-void Wire::takeIn(std::string_view bytes)
+void Wire::schedule(std::string_view bytes)
 {
     if (bytes.empty())
         return;
@@ -128,8 +130,7 @@ void Wire::send(std::string bytes, Clock::time_point earliest, int speed)
     written_ = 0;
     outSpeed_ = speed;
     outBegin_ = std::max(earliest, outFree_);
-    // What nobody hears goes out at the line's pace in any case: else it would be sent as fast as a
-    // processor can.
+    // What nobody receives is paced in any case. Otherwise a stream would keep the processor busy.
     outByteTime_ = paced_ || !isHeard() ? lineTime(speed) : Clock::duration{};
 }
 
@@ -138,7 +139,7 @@ std::optional<Clock::time_point> Wire::write()
     const auto dueBytes = bytesDue();
     full_ = false;
     while (written_ < dueBytes && !full_) {
-        // Over a line of another speed only rubbish comes; here it is nothing.
+        // At another speed the other side would receive noise; here it receives nothing.
         const auto piece = dueBytes - written_;
         const auto count = isHeard() ? ::write(master_, out_.data() + written_, piece)
                                      : static_cast<ssize_t>(piece);
@@ -152,7 +153,7 @@ std::optional<Clock::time_point> Wire::write()
     return outFree_;
 }
 
-// Whole pieces, as far as their last byte has left.
+// Whole pieces whose last byte has been sent.
 std::size_t Wire::bytesDue() const noexcept
 {
     const auto passed = Clock::now() - outBegin_;
@@ -169,14 +170,14 @@ void Wire::clear()
     arriving_.clear();
     sending_ = false;
     full_ = false;
-    // What was written after the closing would wait for whoever opens the line next.
+    // Bytes written after the closing would be delivered to the next one who opens the line.
     if (const int other = openOtherSide(path_); other >= 0) {
         ::tcflush(other, TCIFLUSH);
         ::close(other);
     }
 }
 
-// When the next piece's last byte leaves.
+// When the last byte of the next piece is sent.
 Clock::time_point Wire::due() const noexcept
 {
     return outBegin_ +
@@ -186,16 +187,14 @@ Clock::time_point Wire::due() const noexcept
 void Wire::wait(Clock::time_point until, int stop) const
 {
     const auto now = Clock::now();
-    until = std::min(
-        until,
-        now + kTick); // the other side's changes of speed, and its opening, come without a sign
+    until = std::min(until, now + kTick); // speed changes and openings must be polled
     if (!arriving_.empty())
         until = std::min(until, arriving_.front().when);
     if (sending_ && !full_)
         until = std::min(until, due());
     const auto left = std::max(until - now, Clock::duration{});
     const timespec limit{0, std::chrono::nanoseconds{left}.count()};
-    // Nobody has it open: that would be reported again and again.
+    // A closed line is left out: poll() would report it as hung up each time.
     std::array<pollfd, 2> files{{{stop, POLLIN, 0}, {open_ ? master_ : -1, POLLIN, 0}}};
     if (full_)
         files[1].events |= POLLOUT;

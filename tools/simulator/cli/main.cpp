@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The simulator as a program.
+// The simulator as a program: runs one receiver until it ends or is interrupted.
 
 #include "Options.h"
 #include "tools/simulator/Receiver.h"
+
+#include <fmt/format.h>
 
 #include <cerrno>
 #include <chrono>
@@ -29,12 +31,12 @@ void interrupt(int)
 
 int fail(const std::string& sentence)
 {
-    std::cerr << "magellangps-simulator: " << sentence << '\n';
+    std::cerr << fmt::format("magellangps-simulator: {}\n", sentence);
     return kFailed;
 }
 
-// A symbolic link that goes with its scope. One that is there already, left over from a run that
-// was killed, is replaced.
+// A symbolic link that is removed at the end of its scope. Replaces a link that was left over from
+// a run that was killed.
 class Link {
 public:
     Link(const std::string& target, std::filesystem::path path) : path_(std::move(path))
@@ -65,8 +67,8 @@ int serve(const simulator::Options& options, simulator::Settings settings)
     const simulator::Receiver receiver{std::move(settings)};
     std::optional<Link> link;
     if (options.link && link.emplace(receiver.path(), *options.link).failure())
-        return fail("The link " + *options.link + " cannot be made: " + link->failure().message() +
-                    ". Give --link another path.");
+        return fail(fmt::format("The link {} cannot be created: {}. Give --link another path.",
+                                *options.link, link->failure().message()));
     std::cout << receiver.path() << std::endl;
     while (interrupted == 0 && !receiver.waitUntilEnded(std::chrono::milliseconds{50})) {
     }
@@ -81,23 +83,23 @@ int run(const simulator::Options& options)
                                  options.faults,   nullptr};
     for (const auto& source : options.sources) {
         if (const auto failure = simulator::loadSentences(source, settings.sentences))
-            return fail(failure->description().value_or("It cannot be read.") +
-                        " Name another file or folder than " + source + '.');
+            return fail(fmt::format("{} Name a file or folder other than {}.",
+                                    failure->description().value_or("It cannot be read."), source));
     }
     std::ofstream log;
     if (options.log) {
         errno = 0;
         log.open(*options.log, std::ios::trunc);
         if (!log)
-            return fail("The log " + *options.log + " cannot be written: " +
-                        std::generic_category().message(errno) + ". Give --log another path.");
+            return fail(fmt::format("The log {} cannot be written: {}. Give --log another path.",
+                                    *options.log, std::generic_category().message(errno)));
         settings.log = &log;
     }
     const int status = serve(options, std::move(settings));
     if (options.log && !log)
-        return fail(
-            "The log " + *options.log +
-            " is not whole: it could not be written to. Give --log a path with room for it.");
+        return fail(fmt::format("The log {} is incomplete because it could not be written. Give "
+                                "--log a path with room for it.",
+                                *options.log));
     return status;
 }
 
@@ -115,6 +117,6 @@ int main(int argc, char** argv)
     try {
         return run(*parsed.options);
     } catch (const std::exception& failure) {
-        return fail(std::string{"Something unexpected happened: "} + failure.what());
+        return fail(fmt::format("Something unexpected happened: {}", failure.what()));
     }
 }

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <tools/simulator/Damage.h>
+#include <tools/simulator/DataPhase.h>
+
+namespace {
+
+using simulator::acknowledgementOf;
+using simulator::DataPhase;
+using std::chrono::milliseconds;
+
+constexpr char kEnd[] = "PMGNCMD,END";
+const simulator::Clock::time_point kStart{milliseconds{1000}};
+
+class DataPhaseTest : public testing::Test {
+protected:
+    DataPhase phase(std::string_view fault = {}, bool acknowledged = true)
+    {
+        if (!fault.empty())
+            faults_ = {*simulator::parseFault(fault)};
+        return {simulator::Step::kTrackData, sentences_, faults_, kStart, acknowledged};
+    }
+
+    std::vector<std::string> sentences_{"PMGNTRK,one", "PMGNTRK,two"};
+    std::vector<simulator::Fault> faults_;
+};
+
+TEST_F(DataPhaseTest, SendsEachSentenceAndEnd)
+{
+    auto sending = phase();
+    EXPECT_EQ(sending.due(), kStart);
+    for (const auto* const body : {"PMGNTRK,one", "PMGNTRK,two", kEnd}) {
+        EXPECT_FALSE(sending.isOver());
+        EXPECT_EQ(sending.sentence(), body);
+        sending.sent(kStart);
+        EXPECT_TRUE(sending.take(acknowledgementOf(body), kStart + milliseconds{5}));
+        EXPECT_EQ(sending.due(), kStart + milliseconds{5});
+    }
+    EXPECT_TRUE(sending.isOver());
+}
+
+TEST_F(DataPhaseTest, DoesNotWaitWithoutHandshaking)
+{
+    auto sending = phase({}, false);
+    sending.sent(kStart + milliseconds{7});
+    EXPECT_EQ(sending.sentence(), "PMGNTRK,two");
+    EXPECT_EQ(sending.due(), kStart + milliseconds{7});
+}
+
+TEST_F(DataPhaseTest, RepeatsASentenceAfterOneAndAHalfSecondsFiveTimesInAll)
+{
+    auto sending = phase();
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_FALSE(sending.isExhausted()) << i;
+        sending.sent(kStart);
+        EXPECT_EQ(sending.due(), kStart + milliseconds{1500});
+        EXPECT_EQ(sending.sentence(), "PMGNTRK,one");
+    }
+    EXPECT_TRUE(sending.isExhausted());
+}
+
+TEST_F(DataPhaseTest, AcceptsTheExpectedAcknowledgementOnly)
+{
+    auto sending = phase();
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart)); // not sent yet
+    sending.sent(kStart);
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,two"), kStart));
+    EXPECT_TRUE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart));
+}
+
+TEST_F(DataPhaseTest, LostAcknowledgementsAreIgnored)
+{
+    auto sending = phase("track-data:lost-ack");
+    sending.sent(kStart);
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart));
+}
+
+TEST_F(DataPhaseTest, DelayPostponesTheFirstSentence)
+{
+    EXPECT_EQ(phase("track-data:delay:30").due(), kStart + milliseconds{30});
+    EXPECT_EQ(phase("waypoint-data:delay:30").due(), kStart); // of another step
+}
+
+TEST_F(DataPhaseTest, FaultHappensOnceAtItsSentence)
+{
+    auto sending = phase("track-data:garble:2");
+    EXPECT_EQ(sending.fault(), nullptr);
+    sending.sent(kStart);
+    (void)sending.take(acknowledgementOf("PMGNTRK,one"), kStart);
+    EXPECT_NE(sending.fault(), nullptr);
+    sending.sent(kStart);
+    EXPECT_EQ(sending.fault(), nullptr); // the repeat is intact
+}
+
+TEST_F(DataPhaseTest, FaultWithNumberZeroHappensToRepeatsToo)
+{
+    auto sending = phase("track-data:garble:0");
+    EXPECT_NE(sending.fault(), nullptr);
+    sending.sent(kStart);
+    EXPECT_NE(sending.fault(), nullptr);
+}
+
+} // namespace
