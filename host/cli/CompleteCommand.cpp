@@ -90,7 +90,7 @@ Answers backupAnswers(const TypedValues& typed)
     const auto* const device =
         failure ? nullptr : dynamic_cast<const gps::GPSFileDevice*>(chosen.driver.get());
     const auto given = lastOf(typed, "--backup");
-    if (const auto folder = given ? given : usualBackupFolder(); device != nullptr && folder) {
+    if (const auto folder = given ? given : defaultBackupFolder(); device != nullptr && folder) {
         for (const auto& backup : listBackups(*folder, device->deviceIdentifier().value_or("")))
             answers.push_back(fmt::format("{}\t{} files", backup.name, backup.files));
     }

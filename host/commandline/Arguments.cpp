@@ -193,13 +193,12 @@ std::string helpHint(const CLI::App& app)
 std::int32_t wholeNumber(std::string_view option, const std::string& text, std::int32_t low,
                          std::int32_t high)
 {
-    const auto number = gps::leadingInt32(text);
-    // Written back it must be what was typed: so nothing follows the number, and it was in range.
-    if (std::to_string(number) != text || number < low || number > high)
+    const auto number = gps::wholeInteger(text);
+    if (!number || *number < low || *number > high)
         throw CLI::ValidationError{
             std::string{option},
             fmt::format("\"{}\" is not a whole number from {} to {}", text, low, high)};
-    return number;
+    return static_cast<std::int32_t>(*number);
 }
 
 } // namespace host

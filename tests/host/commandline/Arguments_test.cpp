@@ -129,10 +129,9 @@ TEST_F(Arguments, ExclusiveOptionsAreNamedAsTheyAreTyped)
 
 TEST_F(Arguments, WholeNumberHasBoundsAndNothingAfterIt)
 {
-    for (const char* const good : {"-1", "0", "10"})
+    for (const char* const good : {"-1", "0", "10", "+1", "01"})
         EXPECT_EQ(mistakeIn({"--level", good}), "") << good;
-    for (const char* const bad :
-         {"-2", "11", "", "1.5", "1x", "0x1", "+1", "01", "much", "2147483648"})
+    for (const char* const bad : {"-2", "11", "", "1.5", "1x", "0x1", "much", "2147483648"})
         EXPECT_EQ(mistakeIn({"--level", bad}),
                   std::string{"--level: \""} + bad + "\" is not a whole number from -1 to 10");
 }
