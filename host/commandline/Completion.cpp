@@ -71,7 +71,7 @@ private:
     TypedValues values_;
 };
 
-/// Null if a command was typed before, or if there is none of this name.
+/// Null if a command was typed before, or if no command has this name.
 const CLI::App* Walk::commandNamed(const std::string& word) const
 {
     const auto commands = visibleCommands(app_);

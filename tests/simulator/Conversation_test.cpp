@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The protocol without a line: what is sent after what was heard.
 
 #include "simulator/Session.h"
 #include "support/Sentence.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The bytes on the wire for each kind of damage.
 
 #include "support/Sentence.h"
 

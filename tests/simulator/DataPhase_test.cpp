@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// One data phase with made-up times: order, repeats, acknowledgements and faults.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Reading faults, and what each one does to a session with a running receiver.
 
 #include "simulator/Session.h"
 

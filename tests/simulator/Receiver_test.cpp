@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Sessions with a running receiver over its pseudo-terminal.
 
 #include "simulator/Session.h"
 

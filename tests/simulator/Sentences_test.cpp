@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which sentences of files and folders a receiver holds, and in which order.
 
 #include "support/Sentence.h"
 #include "support/TemporaryFolder.h"

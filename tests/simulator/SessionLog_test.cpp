@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Entries, their times and JSON lines, and waiting for one.
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

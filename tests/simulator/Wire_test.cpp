@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The receiver's end of a pseudo-terminal: opening, speeds, pacing.
 
 #include "simulator/LineClient.h"
 

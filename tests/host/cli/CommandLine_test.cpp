@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Command lines as typed: the options that they give, and the message for each mistake.
 
 #include "host/cli/CommandLine.h"
 

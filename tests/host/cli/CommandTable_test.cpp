@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The table of commands and options: descriptions, value names and the layout of --help.
 
 #include "host/cli/CommandTable.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Completions that need no plug-in. tests/system has those that do.
 
 #include "host/cli/CompleteCommand.h"
 

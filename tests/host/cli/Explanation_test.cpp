@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What `devices --explain` prints for searches of a fake driver.
 
 #include "host/cli/Explanation.h"
 

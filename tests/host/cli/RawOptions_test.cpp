@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The checks of options that depend on each other.
 
 #include "host/cli/RawOptions.h"
 

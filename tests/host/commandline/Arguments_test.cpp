@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Parsing, and the message for each kind of mistake, with a program made up for it.
 
 #include "host/commandline/Arguments.h"
 
@@ -82,7 +83,8 @@ TEST_F(Arguments, HelpAndVersionAreAnswers)
 
 TEST_F(Arguments, UnknownWordIsNamedWithTheNearestName)
 {
-    EXPECT_EQ(mistakeIn({"gat"}), R"(unknown command "gat"; see "program --help")");
+    EXPECT_EQ(mistakeIn({"gat"}), R"(unknown command "gat"; did you mean "get"?)");
+    EXPECT_EQ(mistakeIn({"fetch"}), R"(unknown command "fetch"; see "program --help")");
     EXPECT_EQ(mistakeIn({"get", "--outptu=x"}),
               R"(unknown option "--outptu=x"; did you mean "--output"?)");
     EXPECT_EQ(mistakeIn({"put", "--output"}),

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What is offered for a word, with a program made up for it.
 
 #include "host/commandline/Completion.h"
 

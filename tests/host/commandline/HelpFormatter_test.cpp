@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The layout of --help: usage line, columns, wrapping.
 
 #include "host/commandline/HelpFormatter.h"
 

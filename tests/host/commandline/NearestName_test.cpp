@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Which names count as near, with both sides of each bound.
 
 #include "host/commandline/NearestName.h"
 
