@@ -20,7 +20,7 @@ constexpr char kExamples[] = R"(Examples:
   magellangps devices                              list what is connected
   magellangps acquire -o trip.gpx                  download everything as GPX
   magellangps acquire --test-folder copy --events  show a download call by call
-  magellangps import TKLG001.log -o track.gpx      convert a file from a receiver
+  magellangps import TKLG001.log -o track.gpx      convert a receiver's file
   magellangps send trip.gpx --dry-run              show what a send would change
 
 "magellangps COMMAND --help" lists a command's own options.
@@ -90,7 +90,7 @@ void CommandTable::addGlobalOptions()
     const auto* const quiet =
         app_.add_flag("-q", options.quiet, "Print nothing but errors on stderr; not with -v");
     exclude(quiet, app_.add_flag("-v", options.verbose,
-                                 "Also print the system log's lines on stderr; not with -q"));
+                                 "Print the system log's lines on stderr; not with -q"));
 }
 
 CLI::Option* CommandTable::addDriverOption(CLI::App& command, std::optional<std::string>& driver,
