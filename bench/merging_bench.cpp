@@ -5,6 +5,8 @@
 #include "ThreadTime.h"
 
 #include <gps/Value.h>
+#include <plugin/fsdevice/DeviceFileWriters.h>
+#include <plugin/fsdevice/GeocacheSplit.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -13,8 +15,6 @@
 #include <string>
 #include <string_view>
 
-#include <plugin/fsdevice/DeviceFileWriters.h>
-#include <plugin/fsdevice/GeocacheSplit.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

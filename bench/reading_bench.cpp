@@ -11,6 +11,7 @@
 #include <gps/GPSPoint.h>
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <benchmark/benchmark.h>
 
@@ -21,8 +22,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 namespace {
 

@@ -9,7 +9,10 @@
 #include "ThreadTime.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <gps/NumberText.h>
 #include <gps/Value.h>
+#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
+#include <tools/simulator/Receiver.h>
 
 #include <condition_variable>
 #include <cstdint>
@@ -21,9 +24,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
-#include <tools/simulator/Receiver.h>
 
 namespace {
 
@@ -169,6 +169,11 @@ bool run(std::size_t count, bool paced)
 
 int main(int argc, char** argv)
 {
-    const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 10000;
+    const auto wanted = argc > 1 ? gps::wholeInteger(argv[1]) : 10000;
+    if (!wanted || *wanted <= 0) {
+        std::fprintf(stderr, "usage: serial_bench [SENTENCES]\n");
+        return EXIT_FAILURE;
+    }
+    const auto count = static_cast<std::size_t>(*wanted);
     return run(count, true) && run(count, false) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -7,6 +7,9 @@
 #include "ThreadTime.h"
 
 #include <gps/GPSPoint.h>
+#include <host/files/Output.h>
+#include <host/formats/Formats.h>
+#include <host/operations/Event.h>
 
 #include <algorithm>
 #include <cmath>
@@ -22,9 +25,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <host/files/Output.h>
-#include <host/formats/Formats.h>
-#include <host/operations/Event.h>
 #include <unistd.h>
 
 namespace {

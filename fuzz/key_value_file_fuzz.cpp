@@ -5,10 +5,9 @@
 #include "FuzzTarget.h"
 
 #include <gps/Value.h>
+#include <plugin/fsdevice/KeyValueFile.h>
 
 #include <string>
-
-#include <plugin/fsdevice/KeyValueFile.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -4,9 +4,9 @@
 
 #include "DeviceFile.h"
 
-#include <array>
-
 #include <plugin/fsdevice/DeviceFileWriters.h>
+
+#include <array>
 
 namespace {
 

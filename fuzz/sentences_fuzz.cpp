@@ -8,15 +8,14 @@
 
 #include <gps/Error.h>
 #include <gps/Value.h>
-
-#include <optional>
-#include <string>
-
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/codec/RouteSentence.h>
 #include <plugin/codec/SentenceFields.h>
 #include <plugin/codec/TrackPointSentence.h>
 #include <plugin/codec/WayPointSentence.h>
+
+#include <optional>
+#include <string>
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
+#include <plugin/serialdevice/DownloadSession.h>
 
 #include <optional>
 #include <string>
 
-#include <plugin/serialdevice/DownloadSession.h>
 #include <tests/support/MemoryLine.h>
 
 namespace {

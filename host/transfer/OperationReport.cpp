@@ -37,7 +37,8 @@ bool endedTransfer(const LoggedError& logged, const Outcome& outcome)
 void addErrors(OperationReport& report, const Outcome& outcome)
 {
     for (const auto& error : outcome.reported)
-        report.errors.push_back(report.isSerial ? describeSerialError(error, report.location) : error);
+        report.errors.push_back(report.isSerial ? describeSerialError(error, report.location)
+                                                : error);
     if (outcome.error)
         report.errors.push_back(*outcome.error);
 }

@@ -41,7 +41,7 @@ inline host::Event waypoint(const char* name, double latitude = 46)
 inline host::Event cache(const char* name)
 {
     return eventOf(host::EventKind::kWayPoint, {{"name", name}, {"symbol", "Geocache"}},
-                    {46, 7, 0, 0, 0});
+                   {46, 7, 0, 0, 0});
 }
 inline host::Event endOfTransfer()
 {

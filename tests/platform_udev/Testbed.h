@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include <support/TemporaryFolder.h>
+
 #include <umockdev.h>
 
 #include <cstdlib>
@@ -11,8 +13,6 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
-
-#include <support/TemporaryFolder.h>
 
 namespace support {
 

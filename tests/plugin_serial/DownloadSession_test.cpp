@@ -3,6 +3,8 @@
 // session waits for lines that a receiver may or may not send.
 
 #include <platform/OrvUtils/OrvSerial.h>
+#include <support/LogCapture.h>
+#include <support/TestPorts.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +18,6 @@
 #include <vector>
 
 #include <plugin_serial/Session.h>
-#include <support/LogCapture.h>
-#include <support/TestPorts.h>
 
 namespace magellan {
 namespace {

@@ -4,6 +4,9 @@
 #pragma once
 
 #include <gps/Value.h>
+#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
+#include <support/RecordingReceiver.h>
+#include <tools/simulator/Receiver.h>
 
 #include <algorithm>
 #include <chrono>
@@ -11,10 +14,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
-#include <support/RecordingReceiver.h>
-#include <tools/simulator/Receiver.h>
 
 namespace support {
 

@@ -2,6 +2,10 @@
 // Receivers among the mounted volumes, through the real device database on a mocked device tree and
 // mount table.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,9 +16,6 @@
 #include <vector>
 
 #include <platform_udev/Testbed.h>
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
 
 namespace magellan {
 namespace {

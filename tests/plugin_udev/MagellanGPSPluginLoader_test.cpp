@@ -2,14 +2,14 @@
 // What the loader offers on a machine without any serial port: the device tree is mocked and empty.
 
 #include <gps/GPSPlugInProtocol.h>
-
-#include <gtest/gtest.h>
-
-#include <platform_udev/Testbed.h>
 #include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <support/BundleCopy.h>
 #include <support/ReceiverFolder.h>
 #include <support/TestPorts.h>
+
+#include <gtest/gtest.h>
+
+#include <platform_udev/Testbed.h>
 
 namespace magellan {
 namespace {

@@ -2,6 +2,14 @@
 // The serial driver's ports and the start of its operations, on a mocked device tree that is empty
 // except for what a test adds.
 
+#include <plugin/common/DictionaryHelpers.h>
+#include <plugin/loader/MagellanGPSPluginLoader.h>
+#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
+#include <support/LogCapture.h>
+#include <support/PseudoTerminal.h>
+#include <support/RecordingReceiver.h>
+#include <support/TestPorts.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,13 +20,6 @@
 #include <thread>
 
 #include <platform_udev/Testbed.h>
-#include <plugin/common/DictionaryHelpers.h>
-#include <plugin/loader/MagellanGPSPluginLoader.h>
-#include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
-#include <support/LogCapture.h>
-#include <support/PseudoTerminal.h>
-#include <support/RecordingReceiver.h>
-#include <support/TestPorts.h>
 
 namespace magellan {
 namespace {

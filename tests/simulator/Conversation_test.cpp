@@ -4,15 +4,15 @@
 #include "simulator/Session.h"
 #include "support/Sentence.h"
 
+#include <tools/simulator/Conversation.h>
+#include <tools/simulator/Damage.h>
+
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <tools/simulator/Conversation.h>
-#include <tools/simulator/Damage.h>
 
 namespace {
 

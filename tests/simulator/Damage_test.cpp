@@ -3,9 +3,9 @@
 
 #include "support/Sentence.h"
 
-#include <gmock/gmock.h>
-
 #include <tools/simulator/Damage.h>
+
+#include <gmock/gmock.h>
 
 namespace {
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // One data phase with made-up times: order, repeats, acknowledgements and faults.
 
+#include <tools/simulator/Damage.h>
+#include <tools/simulator/DataPhase.h>
+
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <tools/simulator/Damage.h>
-#include <tools/simulator/DataPhase.h>
 
 namespace {
 

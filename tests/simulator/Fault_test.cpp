@@ -3,10 +3,10 @@
 
 #include "simulator/Session.h"
 
+#include <tools/simulator/Fault.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <tools/simulator/Fault.h>
 
 namespace {
 

@@ -3,13 +3,13 @@
 
 #include "simulator/Session.h"
 
+#include <tools/simulator/Receiver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <sstream>
-
-#include <tools/simulator/Receiver.h>
 
 namespace {
 

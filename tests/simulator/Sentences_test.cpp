@@ -5,11 +5,10 @@
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/FileManager.h>
+#include <tools/simulator/Sentences.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <tools/simulator/Sentences.h>
 
 namespace {
 

@@ -6,12 +6,12 @@
 
 #include "simulator/LineClient.h"
 
+#include <tools/simulator/Receiver.h>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <tools/simulator/Receiver.h>
 
 namespace support {
 

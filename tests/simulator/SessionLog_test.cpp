@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Entries, their times and JSON lines, and waiting for one.
 
+#include <tools/simulator/SessionLog.h>
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <sstream>
 #include <thread>
-
-#include <tools/simulator/SessionLog.h>
 
 namespace {
 

@@ -3,6 +3,8 @@
 
 #include "simulator/LineClient.h"
 
+#include <tools/simulator/Wire.h>
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -10,7 +12,6 @@
 #include <string>
 
 #include <termios.h>
-#include <tools/simulator/Wire.h>
 
 namespace {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <platform/GPSUtilities/NMEAUtils.h>
+#include <support/Sentence.h>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +11,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <support/Sentence.h>
 
 namespace gps::NMEAUtils {
 namespace {

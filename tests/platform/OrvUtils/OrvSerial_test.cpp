@@ -2,8 +2,12 @@
 // The serial port on real pseudo-terminals; `receiver_` is their far end. tcdrain() is replaced in
 // this program, because no signal can be timed to interrupt it.
 
+#include <gps/NumberText.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialTraffic.h>
+#include <support/AsNobody.h>
+#include <support/PseudoTerminal.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -20,9 +24,6 @@
 #include <utility>
 #include <vector>
 
-#include <support/AsNobody.h>
-#include <support/PseudoTerminal.h>
-#include <support/TemporaryFolder.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -334,7 +335,9 @@ TEST_F(OpenOrvSerial, TheLineIsNotLeftToProgramsThatAreStarted)
         if (std::filesystem::read_symlink(entry, gone) != receiver_.path())
             continue;
         ++found;
-        EXPECT_EQ(::fcntl(std::stoi(entry.path().filename()), F_GETFD), FD_CLOEXEC);
+        const auto file = gps::wholeInteger(entry.path().filename().string());
+        ASSERT_TRUE(file);
+        EXPECT_EQ(::fcntl(static_cast<int>(*file), F_GETFD), FD_CLOEXEC);
     }
     EXPECT_EQ(found, 2); // the other program's, and ours
 }

@@ -7,6 +7,8 @@
 #include <platform/System/AtomicFile.h>
 #include <platform/System/FileManager.h>
 #include <platform/System/FullTransfer.h>
+#include <support/AsNobody.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,8 +22,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <support/AsNobody.h>
-#include <support/TemporaryFolder.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>

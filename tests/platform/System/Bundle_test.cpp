@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <platform/System/Bundle.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,6 @@
 
 #include <dlfcn.h>
 #include <link.h>
-#include <support/TemporaryFolder.h>
 #include <unistd.h>
 
 namespace gps {

@@ -3,6 +3,7 @@
 #include "PrivateMount.h"
 
 #include <platform/System/DeviceMonitor.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,6 @@
 #include <memory>
 #include <optional>
 
-#include <support/TemporaryFolder.h>
 #include <sys/time.h>
 #include <unistd.h>
 

@@ -4,6 +4,8 @@
 
 #include <platform/System/FileManager.h>
 #include <platform/System/Log.h>
+#include <support/AsNobody.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,8 +15,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <support/AsNobody.h>
-#include <support/TemporaryFolder.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

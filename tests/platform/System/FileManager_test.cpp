@@ -5,6 +5,8 @@
 #include "SlowFiles.h"
 
 #include <platform/System/FileManager.h>
+#include <support/AsNobody.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +18,6 @@
 #include <string>
 #include <vector>
 
-#include <support/AsNobody.h>
-#include <support/TemporaryFolder.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>

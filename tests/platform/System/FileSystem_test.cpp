@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 
 #include <platform/System/FileSystem.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 
 #include <fcntl.h>
-#include <support/TemporaryFolder.h>
 #include <unistd.h>
 
 namespace gps {

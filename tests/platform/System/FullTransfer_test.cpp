@@ -5,6 +5,7 @@
 
 #include <platform/System/FullTransfer.h>
 #include <platform/System/OpenFile.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,6 @@
 #include <string>
 
 #include <fcntl.h>
-#include <support/TemporaryFolder.h>
 
 namespace gps {
 namespace {

@@ -2,10 +2,9 @@
 // The system's own mount table; mocked ones are in platform_udev/.
 
 #include <platform/System/MountedVolumes.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
-
-#include <support/TemporaryFolder.h>
 
 namespace gps {
 namespace {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <platform/System/PropertyList.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +9,6 @@
 #include <limits>
 #include <string>
 #include <vector>
-
-#include <support/TemporaryFolder.h>
 
 namespace gps {
 namespace {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <platform/System/UserDefaults.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include <support/TemporaryFolder.h>
 #include <unistd.h>
 
 namespace gps {

@@ -2,12 +2,11 @@
 // The wording of the list makers' log lines.
 
 #include <gps/Value.h>
+#include <plugin/codec/CodecLog.h>
+#include <support/LogCapture.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <plugin/codec/CodecLog.h>
-#include <support/LogCapture.h>
 
 namespace magellan {
 namespace {

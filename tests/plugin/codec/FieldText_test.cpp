@@ -2,16 +2,15 @@
 // Filtering, cutting and copying of texts, with both sides of each limit.
 
 #include <gps/Error.h>
+#include <plugin/codec/FieldText.h>
+#include <plugin/codec/SentenceFields.h>
+#include <support/Sentence.h>
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-#include <plugin/codec/FieldText.h>
-#include <plugin/codec/SentenceFields.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

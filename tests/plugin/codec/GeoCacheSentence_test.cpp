@@ -2,6 +2,11 @@
 // Geocache sentences in both directions: every field count, every text, and damaged lines.
 
 #include <gps/Error.h>
+#include <plugin/codec/GeoCacheSentence.h>
+#include <plugin/codec/SentenceFields.h>
+#include <support/LogCapture.h>
+#include <support/RangeErrorText.h>
+#include <support/Sentence.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,12 +18,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <plugin/codec/GeoCacheSentence.h>
-#include <plugin/codec/SentenceFields.h>
-#include <support/LogCapture.h>
-#include <support/RangeErrorText.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

@@ -3,6 +3,9 @@
 
 #include <gps/Error.h>
 #include <gps/Value.h>
+#include <plugin/codec/PositionFields.h>
+#include <plugin/codec/SentenceFields.h>
+#include <support/Sentence.h>
 
 #include <gtest/gtest.h>
 
@@ -10,10 +13,6 @@
 #include <cstdint>
 #include <limits>
 #include <string>
-
-#include <plugin/codec/PositionFields.h>
-#include <plugin/codec/SentenceFields.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

@@ -2,6 +2,10 @@
 // Route sentences in both directions: numbering, gaps, pairs, the message and the room limit.
 
 #include <gps/Error.h>
+#include <plugin/codec/RouteSentence.h>
+#include <support/LogCapture.h>
+#include <support/RangeErrorText.h>
+#include <support/Sentence.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,11 +18,6 @@
 #include <tuple>
 #include <utility>
 #include <vector>
-
-#include <plugin/codec/RouteSentence.h>
-#include <support/LogCapture.h>
-#include <support/RangeErrorText.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

@@ -2,6 +2,9 @@
 // Splitting and access by index, with the bounds of both.
 
 #include <gps/Error.h>
+#include <plugin/codec/SentenceFields.h>
+#include <support/RangeErrorText.h>
+#include <support/Sentence.h>
 
 #include <gtest/gtest.h>
 
@@ -10,10 +13,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-#include <plugin/codec/SentenceFields.h>
-#include <support/RangeErrorText.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // What a list maker does about records without a point, or that cannot be written.
 
+#include <plugin/codec/SentenceList.h>
+#include <support/LogCapture.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
-
-#include <plugin/codec/SentenceList.h>
-#include <support/LogCapture.h>
 
 namespace magellan {
 namespace {

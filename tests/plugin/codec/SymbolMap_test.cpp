@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Symbols to icons and back, with the names and codes that the map does not have.
 
+#include <plugin/codec/SymbolMap.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include <plugin/codec/SymbolMap.h>
 
 namespace magellan {
 namespace {

@@ -3,6 +3,9 @@
 
 #include <gps/Error.h>
 #include <gps/Value.h>
+#include <plugin/codec/TrackPointSentence.h>
+#include <support/RangeErrorText.h>
+#include <support/Sentence.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,10 +18,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <plugin/codec/TrackPointSentence.h>
-#include <support/RangeErrorText.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

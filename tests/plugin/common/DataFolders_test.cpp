@@ -2,13 +2,12 @@
 // Which folder names of a receiver are accepted.
 
 #include <gps/Value.h>
+#include <plugin/common/DataFolders.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
-
-#include <plugin/common/DataFolders.h>
 
 namespace magellan {
 namespace {

@@ -3,6 +3,7 @@
 
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>
+#include <plugin/common/DictionaryHelpers.h>
 
 #include <gtest/gtest.h>
 
@@ -13,8 +14,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <plugin/common/DictionaryHelpers.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The plug-in's own errors: codes, texts, paths.
 
+#include <plugin/common/Errors.h>
+
 #include <gtest/gtest.h>
 
 #include <optional>
-
-#include <plugin/common/Errors.h>
 
 namespace magellan {
 namespace {

@@ -2,6 +2,11 @@
 // Which entries of a folder tree reach a reader, and what ends the walk.
 
 #include <gps/Value.h>
+#include <plugin/common/FolderWalk.h>
+#include <support/AsNobody.h>
+#include <support/LogCapture.h>
+#include <support/RecordingReceiver.h>
+#include <support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,11 +18,6 @@
 #include <string_view>
 #include <vector>
 
-#include <plugin/common/FolderWalk.h>
-#include <support/AsNobody.h>
-#include <support/LogCapture.h>
-#include <support/RecordingReceiver.h>
-#include <support/TemporaryFolder.h>
 #include <sys/stat.h>
 
 namespace magellan {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Lines end at CR LF only.
 
+#include <plugin/common/Lines.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <plugin/common/Lines.h>
 
 namespace magellan {
 namespace {

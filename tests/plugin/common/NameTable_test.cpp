@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Names and their indices, also past the growth of the table.
 
+#include <plugin/common/NameTable.h>
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-#include <plugin/common/NameTable.h>
 
 namespace magellan {
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The bundle that the tests run in has the plug-in's resources.
 
+#include <plugin/common/PluginBundle.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <plugin/common/PluginBundle.h>
 
 namespace magellan {
 namespace {

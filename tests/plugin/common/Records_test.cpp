@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Records that are kept by name, and routes that are reported.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <plugin/common/Records.h>
 #include <support/RecordingReceiver.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace magellan {
 namespace {

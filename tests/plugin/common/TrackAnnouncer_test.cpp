@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Where tracks begin in a run of points with and without names.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <plugin/common/TrackAnnouncer.h>
 #include <support/RecordingReceiver.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace magellan {
 namespace {

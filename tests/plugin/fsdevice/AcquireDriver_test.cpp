@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Downloads from a receiver's folders: order, options, failures, and the start of the worker.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/LogCapture.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,10 +21,6 @@
 #include <utility>
 #include <vector>
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/LogCapture.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
 #include <sys/stat.h>
 
 namespace magellan {

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Test folders as receivers: the list, the view, the selection, and access to a volume.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/AsNobody.h>
+#include <support/LogCapture.h>
+#include <support/ReceiverFolder.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,11 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/AsNobody.h>
-#include <support/LogCapture.h>
-#include <support/ReceiverFolder.h>
 
 namespace magellan {
 namespace {

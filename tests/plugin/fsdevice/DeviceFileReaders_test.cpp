@@ -1,6 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Each reader on files with good, damaged and foreign lines, and on files that cannot be read.
 
+#include <plugin/codec/RouteSentence.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+#include <support/AsNobody.h>
+#include <support/LogCapture.h>
+#include <support/RecordingReceiver.h>
+#include <support/Sentence.h>
+#include <support/TemporaryFolder.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,13 +21,6 @@
 #include <utility>
 #include <vector>
 
-#include <plugin/codec/RouteSentence.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
-#include <support/AsNobody.h>
-#include <support/LogCapture.h>
-#include <support/RecordingReceiver.h>
-#include <support/Sentence.h>
-#include <support/TemporaryFolder.h>
 #include <sys/stat.h>
 
 namespace magellan {

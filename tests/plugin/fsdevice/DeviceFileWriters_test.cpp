@@ -7,6 +7,10 @@
 #include "../../support/Sentence.h"
 #include "../../support/TemporaryFolder.h"
 
+#include <plugin/codec/FieldText.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+#include <plugin/fsdevice/DeviceFileWriters.h>
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -19,10 +23,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <plugin/codec/FieldText.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
-#include <plugin/fsdevice/DeviceFileWriters.h>
 
 using magellan::getNextFileNameFromPath;
 using magellan::mergeGeocaches;

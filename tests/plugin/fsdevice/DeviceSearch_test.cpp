@@ -2,6 +2,10 @@
 // How the driver explains what it found at a test folder. The tests in plugin_udev do this for
 // volumes, on a mocked device tree.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/AsNobody.h>
+#include <support/ReceiverFolder.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,10 +13,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/AsNobody.h>
-#include <support/ReceiverFolder.h>
 
 namespace magellan {
 namespace {

@@ -3,14 +3,14 @@
 
 #include "../../support/ReceiverFolder.h"
 
+#include <plugin/fsdevice/DeviceFileWriters.h>
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
 #include <gmock/gmock.h>
 
 #include <memory>
 #include <string>
 #include <utility>
-
-#include <plugin/fsdevice/DeviceFileWriters.h>
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Imports of single files: extensions, first lines, refusals and status calls.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/AsNobody.h>
+#include <support/LogCapture.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,11 +20,6 @@
 #include <utility>
 #include <vector>
 
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/AsNobody.h>
-#include <support/LogCapture.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
 #include <sys/stat.h>
 
 namespace magellan {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Which records of a waypoint list are geocaches, and in which order they are sent.
 
-#include <gtest/gtest.h>
-
 #include <plugin/fsdevice/GeocacheSplit.h>
+
+#include <gtest/gtest.h>
 
 using magellan::extractGeocachesFromList;
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Key-value lines, the unit file, and the folder dictionary with its default.
 
+#include <plugin/fsdevice/KeyValueFile.h>
+#include <support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -9,8 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include <plugin/fsdevice/KeyValueFile.h>
-#include <support/TemporaryFolder.h>
 #include <sys/stat.h>
 
 namespace magellan {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The driver's identity, creation and debug level.
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,10 +12,6 @@
 #include <limits>
 #include <memory>
 #include <optional>
-
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
 
 namespace magellan {
 namespace {

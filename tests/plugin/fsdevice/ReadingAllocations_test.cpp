@@ -7,6 +7,7 @@
 #include "../../support/TemporaryFolder.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <gmock/gmock.h>
 
@@ -14,8 +15,6 @@
 #include <cstdlib>
 #include <new>
 #include <string>
-
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include "../../support/ReceiverFolder.h"
 #include "../../support/RecordingReceiver.h"
 
+#include <plugin/fsdevice/MagellanGPSPlugin.h>
+
 #include <gmock/gmock.h>
 
 #include <filesystem>
 #include <memory>
-
-#include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Which jobs a send has, in which order, and where they write.
 
+#include <plugin/fsdevice/SendOrder.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include <plugin/fsdevice/SendOrder.h>
 
 namespace magellan {
 namespace {

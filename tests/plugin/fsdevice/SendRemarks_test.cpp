@@ -3,13 +3,13 @@
 
 #include "../../support/Sentence.h"
 
+#include <plugin/fsdevice/SendRemarks.h>
+
 #include <gmock/gmock.h>
 
 #include <limits>
 #include <string>
 #include <vector>
-
-#include <plugin/fsdevice/SendRemarks.h>
 
 using magellan::RecordKind;
 using testing::ElementsAre;

@@ -7,6 +7,10 @@
 #include <gps/VeloranPlugIn.h>
 #include <gps/View.h>
 #include <platform/OrvUtils/OrvDebug.h>
+#include <plugin/codec/SymbolMap.h>
+#include <plugin/common/DictionaryHelpers.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,10 +24,6 @@
 #include <string>
 
 #include <dlfcn.h>
-#include <plugin/codec/SymbolMap.h>
-#include <plugin/common/DictionaryHelpers.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
 
 namespace magellan {
 namespace {

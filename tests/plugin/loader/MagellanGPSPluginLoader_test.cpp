@@ -4,6 +4,12 @@
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSPoint.h>
 #include <gps/View.h>
+#include <plugin/loader/MagellanGPSPluginLoader.h>
+#include <support/BundleCopy.h>
+#include <support/LogCapture.h>
+#include <support/ReceiverFolder.h>
+#include <support/RecordingReceiver.h>
+#include <support/TestPorts.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,13 +19,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-#include <plugin/loader/MagellanGPSPluginLoader.h>
-#include <support/BundleCopy.h>
-#include <support/LogCapture.h>
-#include <support/ReceiverFolder.h>
-#include <support/RecordingReceiver.h>
-#include <support/TestPorts.h>
 
 namespace magellan {
 namespace {

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Each operation of the link on a line in memory, where waiting takes no time.
 
+#include <plugin/serialdevice/CommandLink.h>
+#include <support/LogCapture.h>
+#include <support/MemoryLine.h>
+#include <support/Sentence.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include <plugin/serialdevice/CommandLink.h>
-#include <support/LogCapture.h>
-#include <support/MemoryLine.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The session's order and its reports, on a line in memory where waiting takes no time.
 
+#include <plugin/serialdevice/DownloadSession.h>
+#include <support/LogCapture.h>
+#include <support/MemoryLine.h>
+#include <support/RecordingReceiver.h>
+#include <support/Sentence.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,12 +16,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <plugin/serialdevice/DownloadSession.h>
-#include <support/LogCapture.h>
-#include <support/MemoryLine.h>
-#include <support/RecordingReceiver.h>
-#include <support/Sentence.h>
 
 namespace magellan {
 namespace {

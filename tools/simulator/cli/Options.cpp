@@ -3,6 +3,10 @@
 
 #include "Options.h"
 
+#include <host/commandline/Arguments.h>
+#include <host/commandline/Completion.h>
+#include <host/commandline/HelpFormatter.h>
+
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -12,10 +16,6 @@
 #include <memory>
 #include <string_view>
 #include <utility>
-
-#include <host/commandline/Arguments.h>
-#include <host/commandline/Completion.h>
-#include <host/commandline/HelpFormatter.h>
 
 namespace simulator {
 namespace {
