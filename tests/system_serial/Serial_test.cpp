@@ -140,7 +140,7 @@ TEST(Serial, SendIsRunOnADriverThatCannotSend)
         ran.err,
         "note: The driver magellan-serial cannot send: nothing will be written to the device.\n"
         "magellangps: The driver magellan-serial cannot send. Connect a receiver that mounts as a "
-        "disk, or name its place "
+        "disk, or name its location "
         "with --device. Missing: waypoints.\n");
 }
 

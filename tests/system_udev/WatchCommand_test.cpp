@@ -139,7 +139,7 @@ TEST_F(WatchedVolumes, DevicesAreExplained)
                   "  " +
                   empty.path() +
                   " (removable volume), rejected: It has no file USBTRANS/UNIT_ID.DAT, so it is "
-                  "no receiver.\n"
+                  "not a receiver.\n"
                   "  / (built-in volume), skipped: Receivers mount as removable volumes.\n"
                   "  /proc (volume without a disk behind it), skipped: Receivers mount as "
                   "removable volumes.\n"
