@@ -54,7 +54,7 @@ std::string lineFor(const gps::PlannedFile& file, std::string_view device)
 
 std::string lineFor(const TextChange& change)
 {
-    auto line = fmt::format("{} {}: \"{}\" becomes \"{}\"", change.kind, change.key, change.before,
+    auto line = fmt::format(R"({} {}: "{}" becomes "{}")", change.kind, change.key, change.before,
                             change.after);
     if (!change.dropped.empty())
         line += fmt::format(", without \"{}\"", change.dropped);

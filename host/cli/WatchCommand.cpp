@@ -10,6 +10,7 @@
 #include "host/watching/StopSignals.h"
 #include "host/watching/Watcher.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -75,11 +76,8 @@ bool WatchCommand::printEvent(const WatchEvent& event)
                          "\" so far. The drivers are: " + driverNames(plugIn_.drivers) + '.');
     const auto text = watchText(event, options_.newOnly, !options_.verbose);
     console_.messages(text.notes);
-    for (const auto& line : text.lines) {
-        if (!printLine(line))
-            return false;
-    }
-    return true;
+    return std::all_of(text.lines.begin(), text.lines.end(),
+                       [this](const std::string& line) { return printLine(line); });
 }
 
 bool WatchCommand::printLine(const std::string& text)

@@ -159,7 +159,7 @@ std::string invalidPointText(const pugi::xml_node& element)
 {
     constexpr std::size_t kMaxShown = 40; // characters of attributes that may hold anything
     return fmt::format(
-        "a <{}> has invalid coordinates: its latitude is \"{}\", its longitude \"{}\"",
+        R"(a <{}> has invalid coordinates: its latitude is "{}", its longitude "{}")",
         localName(element), displayText(element.attribute("lat").value(), kMaxShown),
         displayText(element.attribute("lon").value(), kMaxShown));
 }
