@@ -70,52 +70,52 @@ std::vector<gps::SearchedLocation> searchedBy(const gps::GPSPlugInProtocol& driv
     const auto* const search = dynamic_cast<const gps::GPSDeviceSearch*>(&driver);
     if (search == nullptr)
         return {};
-    auto places = search->searchedLocations();
-    for (auto& place : places) {
-        if (driver.needsSerialRefresh() && place.advice.empty() && !mayOpen(place.location))
-            place.advice = sentencesOf(explainPortFailure(place.location, errno));
+    auto locations = search->searchedLocations();
+    for (auto& searched : locations) {
+        if (driver.needsSerialRefresh() && searched.advice.empty() && !mayOpen(searched.location))
+            searched.advice = sentencesOf(explainPortFailure(searched.location, errno));
     }
-    return places;
+    return locations;
 }
 
-std::string lineOf(const gps::SearchedLocation& place)
+std::string lineOf(const gps::SearchedLocation& searched)
 {
-    auto line = fmt::format("{} ({}), {}: {}.", place.location, place.sort,
-                            verdictForPeople(place.verdict), place.reason);
-    if (!place.advice.empty())
-        line += fmt::format(" {}{}", place.advice, place.advice.back() == '.' ? "" : ".");
+    auto line = fmt::format("{} ({}), {}: {}.", searched.location, searched.sort,
+                            verdictForPeople(searched.verdict), searched.reason);
+    if (!searched.advice.empty())
+        line += fmt::format(" {}{}", searched.advice, searched.advice.back() == '.' ? "" : ".");
     return fmt::format("  {}\n", displayText(line));
 }
 
 // A system has dozens of volumes that are never devices: those skipped for the same reason share a
 // line.
-void mergeSkipped(std::vector<gps::SearchedLocation>& places)
+void mergeSkipped(std::vector<gps::SearchedLocation>& locations)
 {
     std::vector<gps::SearchedLocation> merged;
-    for (auto& place : places) {
+    for (auto& searched : locations) {
         const auto isAlike = [&](const gps::SearchedLocation& other) {
-            return place.verdict == Verdict::kSkipped && other.verdict == Verdict::kSkipped &&
-                   other.sort == place.sort && other.reason == place.reason;
+            return searched.verdict == Verdict::kSkipped && other.verdict == Verdict::kSkipped &&
+                   other.sort == searched.sort && other.reason == searched.reason;
         };
         const auto alike = std::find_if(merged.begin(), merged.end(), isAlike);
         if (alike != merged.end())
-            alike->location += ", " + place.location;
+            alike->location += ", " + searched.location;
         else
-            merged.push_back(std::move(place));
+            merged.push_back(std::move(searched));
     }
-    places = std::move(merged);
+    locations = std::move(merged);
 }
 
 std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
 {
-    auto places = searchedBy(driver);
-    mergeSkipped(places);
-    std::stable_sort(places.begin(), places.end(),
+    auto locations = searchedBy(driver);
+    mergeSkipped(locations);
+    std::stable_sort(locations.begin(), locations.end(),
                      [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
     auto text = driverName(driver) + ":\n";
-    for (const auto& place : places)
-        text += lineOf(place);
-    return places.empty() ? text + "  Nothing to examine was found.\n" : text;
+    for (const auto& searched : locations)
+        text += lineOf(searched);
+    return locations.empty() ? text + "  Nothing to examine was found.\n" : text;
 }
 
 } // namespace
@@ -139,12 +139,12 @@ Json searchedLocationsJson(const gps::GPSPlugInProtocol& driver)
     if (dynamic_cast<const gps::GPSDeviceSearch*>(&driver) == nullptr)
         return nullptr;
     auto list = Json::array();
-    for (const auto& place : searchedBy(driver))
-        list.push_back({{"location", place.location},
-                        {"sort", place.sort},
-                        {"verdict", verdictText(place.verdict)},
-                        {"reason", place.reason},
-                        {"advice", place.advice.empty() ? Json() : Json(place.advice)}});
+    for (const auto& searched : searchedBy(driver))
+        list.push_back({{"location", searched.location},
+                        {"sort", searched.sort},
+                        {"verdict", verdictText(searched.verdict)},
+                        {"reason", searched.reason},
+                        {"advice", searched.advice.empty() ? Json() : Json(searched.advice)}});
     return list;
 }
 

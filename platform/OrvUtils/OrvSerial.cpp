@@ -160,7 +160,8 @@ void SerialLine::setBaudRate(int bitsPerSecond)
         return each.first == bitsPerSecond;
     });
     if (speed == kSpeeds.end())
-        throw SerialFailure{"no speed of a serial line: " + std::to_string(bitsPerSecond)};
+        throw SerialFailure{"unsupported serial line speed: " + std::to_string(bitsPerSecond) +
+                            " bits per second"};
     speed_ = *speed;
     if (!isOpen())
         return;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Checks the whole form, so that a damaged bundle or settings file is reported and not half used.
+// Checks the whole structure, so that a damaged bundle or settings file is reported instead of
+// being used in part.
 
 #include "PropertyList.h"
 
@@ -38,13 +39,13 @@ bool isElement(const pugi::xml_node& node)
     return node.type() == pugi::node_element;
 }
 
-/// Between elements there may be white space and nothing else.
+/// Only white space is allowed between elements.
 bool isIgnorable(const pugi::xml_node& node)
 {
     return !isElement(node) && trimmed(node.value()).empty();
 }
 
-/// The first node from `node` on that is no white space; none at the end.
+/// The first node at or after `node` that is not white space; a null node if there is none.
 pugi::xml_node significant(pugi::xml_node node)
 {
     while (node && isIgnorable(node))
@@ -52,7 +53,7 @@ pugi::xml_node significant(pugi::xml_node node)
     return node;
 }
 
-/// An element's text, white space and all; comments may stand between its pieces.
+/// Reads an element's text, including white space. Comments may split it into pieces.
 Problem readText(const pugi::xml_node& element, std::string& text)
 {
     for (const auto& piece : element.children()) {
@@ -96,7 +97,7 @@ Problem readScalar(const pugi::xml_node& element, Value& value)
     if (kind == "integer" || kind == "real" || kind == "true" || kind == "false") {
         if (readLiteral(kind, trimmed(text), value))
             return std::nullopt;
-        return problemAt(element, "has a <" + std::string{kind} + "> of no such value");
+        return problemAt(element, "has a <" + std::string{kind} + "> with an invalid value");
     }
     return problemAt(element, "has the unknown element <" + std::string{kind} + ">");
 }
@@ -140,7 +141,7 @@ Problem readDictionary(const pugi::xml_node& element, int depth, Value& value)
     return std::nullopt;
 }
 
-/// @param depth  how many arrays and dictionaries the element lies in
+/// @param depth  how many arrays and dictionaries contain the element
 Problem readValue(const pugi::xml_node& element, int depth, Value& value)
 {
     if (!isElement(element))
@@ -160,7 +161,7 @@ Problem readDocument(const pugi::xml_document& document, Value& value)
     if (!isElement(root) || root.name() != std::string_view{"plist"})
         return problemAt(0, "has no <plist>");
     if (const auto more = significant(root.next_sibling()))
-        return problemAt(more, "goes on behind its end");
+        return problemAt(more, "has content after its end");
     const auto element = significant(root.first_child());
     if (!element)
         return problemAt(root, "has no value");
@@ -179,13 +180,14 @@ std::optional<Error> parsePropertyList(std::string_view xml, Value& value)
         zero != std::string_view::npos) // the parser would take it for the end
         return problemAt(static_cast<std::ptrdiff_t>(zero), "has a zero byte");
 
-    // As a fragment, text outside the root comes to light instead of being dropped.
+    // As a fragment, because otherwise the parser drops text outside the root silently.
     pugi::xml_document document;
     const auto result = document.load_buffer(
         xml.data(), xml.size(), pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_fragment,
         pugi::encoding_utf8);
     if (!result)
-        return problemAt(result.offset, "is no XML (" + std::string{result.description()} + ")");
+        return problemAt(result.offset,
+                         "is not well-formed XML (" + std::string{result.description()} + ")");
     Value whole;
     if (auto problem = readDocument(document, whole))
         return problem;
