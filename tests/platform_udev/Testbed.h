@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Testbed: a mocked device tree and a mount table, which the real device database shows. The
-// program must run under umockdev-wrapper.
+// Testbed: a mocked device tree and mount table, which programs see through the real device
+// database. The program must run under umockdev-wrapper.
 
 #pragma once
 
@@ -23,7 +23,7 @@ public:
     Testbed(const Testbed&) = delete;
     Testbed& operator=(const Testbed&) = delete;
 
-    /// Adds devices in the form of umockdev's own descriptions.
+    /// Adds devices, described as umockdev expects.
     void add(const std::string& devices) const
     {
         GError* error = nullptr;
@@ -31,7 +31,7 @@ public:
             throw std::invalid_argument{error->message};
     }
 
-    /// Takes a device out of the tree, and tells so.
+    /// Announces the removal of a device and removes it from the tree.
     void remove(const std::string& device) const
     {
         announce(device, "remove");
@@ -66,22 +66,22 @@ public:
         announce(std::string{kStick} + "/block/sdb/sdb1", action);
     }
 
-    /// What happens to a device: "add", "remove", "change".
+    /// Announces an event of a device: "add", "remove" or "change".
     void announce(const std::string& device, const std::string& action) const
     {
         umockdev_testbed_uevent(testbed_, ("/sys" + device).c_str(), action.c_str());
     }
 
-    /// For what else the mocked tree can do.
+    /// For everything else that umockdev can do.
     [[nodiscard]] UMockdevTestbed* get() const { return testbed_; }
 
-    /// The mount table of these lines.
+    /// Writes a mount table. @return  its path
     [[nodiscard]] std::string mountTable(const std::string& lines) const
     {
         return folder_.put("mountinfo", lines);
     }
 
-    /// What the process, and every program that it starts, sees as its mount table.
+    /// Sets the mount table that this process, and every program that it starts, sees.
     static void mount(const std::string& lines)
     {
         const auto folder = std::filesystem::path{std::getenv("UMOCKDEV_DIR")} / "proc/self";

@@ -27,13 +27,13 @@ std::vector<std::string> keysOf(const Dictionary& dictionary)
     return keys;
 }
 
-/// A key that is too long for a string's own room, so that it needs storage.
+/// A key that is too long for a string's internal buffer.
 std::string keyOf(int i)
 {
     return "a key that takes some storage " + std::to_string(i);
 }
 
-/// The keys 0 to count-1, each with its own number.
+/// The keys 0 to count-1, each with its number as the value.
 Dictionary numbered(int count)
 {
     Dictionary dictionary;
@@ -42,8 +42,7 @@ Dictionary numbered(int count)
     return dictionary;
 }
 
-// Up to a dozen entries are searched one by one, more through an index: all that follows holds for
-// both.
+// Up to a dozen entries are searched one by one, more through an index. These tests cover both.
 class DictionaryOfSize : public testing::TestWithParam<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Sizes, DictionaryOfSize,
@@ -110,7 +109,7 @@ TEST_P(DictionaryOfSize, ACopyIsEqualAndSharesNothing)
     EXPECT_EQ(*original.find(keyOf(0)), Value{0});
 }
 
-TEST_P(DictionaryOfSize, ACopyOfWhatWasRemovedFromIsClosedUp)
+TEST_P(DictionaryOfSize, ACopyAfterARemovalHasNoGap)
 {
     auto original = numbered(GetParam());
     original.remove(keyOf(0));
@@ -121,19 +120,19 @@ TEST_P(DictionaryOfSize, ACopyOfWhatWasRemovedFromIsClosedUp)
     EXPECT_FALSE(copy.contains(keyOf(0)));
 }
 
-TEST_P(DictionaryOfSize, MovingTakesAllAndLeavesAUsableOne)
+TEST_P(DictionaryOfSize, MovingTransfersAllEntriesAndLeavesTheSourceUsable)
 {
     auto source = numbered(GetParam());
     const auto expected = source;
     Dictionary target = std::move(source);
     EXPECT_EQ(target, expected);
-    source = {}; // what it holds after the move is not said
+    source = {}; // its contents after the move are unspecified
     source.set("new", 1);
     EXPECT_EQ(source, (Dictionary{{"new", 1}}));
     EXPECT_EQ(target, expected);
 }
 
-TEST_P(DictionaryOfSize, AClearedOneForgetsAllAndFillsAgain)
+TEST_P(DictionaryOfSize, AClearedOneIsEmptyAndCanBeFilledAgain)
 {
     auto dictionary = numbered(GetParam());
     dictionary.clear();
@@ -146,7 +145,7 @@ TEST_P(DictionaryOfSize, AClearedOneForgetsAllAndFillsAgain)
     EXPECT_EQ(*dictionary.findString(keyOf(0)), "text");
 }
 
-TEST_P(DictionaryOfSize, EqualityDisregardsTheOrder)
+TEST_P(DictionaryOfSize, EqualityIgnoresTheOrder)
 {
     Dictionary backwards;
     for (int i = GetParam() - 1; i >= 0; --i)
@@ -162,7 +161,7 @@ TEST_P(DictionaryOfSize, EqualityDisregardsTheOrder)
     EXPECT_NE(forwards, backwards);
 }
 
-TEST(Dictionary, AnEmptyOneHasNothing)
+TEST(Dictionary, AnEmptyOneHasNoEntries)
 {
     Dictionary dictionary;
     EXPECT_TRUE(dictionary.empty());
@@ -173,7 +172,7 @@ TEST(Dictionary, AnEmptyOneHasNothing)
     EXPECT_EQ(dictionary, Dictionary{});
 }
 
-TEST(Dictionary, SettingNoneRemovesTheKey)
+TEST(Dictionary, SettingANullValueRemovesTheKey)
 {
     Dictionary dictionary{{"a", 1}, {"b", 2}};
     dictionary.set("a", {});
@@ -182,7 +181,7 @@ TEST(Dictionary, SettingNoneRemovesTheKey)
     EXPECT_EQ((Dictionary{{"a", Value{}}}), Dictionary{});
 }
 
-TEST(Dictionary, OfAKeyGivenTwiceTheLastValueCountsInTheFirstPlace)
+TEST(Dictionary, AKeyGivenTwiceHasTheLastValueAtTheFirstPosition)
 {
     EXPECT_EQ(describe(Dictionary{{"a", 1}, {"b", 2}, {"a", 3}}), "{a = 3, b = 2}");
 }
@@ -209,7 +208,7 @@ TEST(Dictionary, TypedLookupsAreNullForAnotherType)
     EXPECT_EQ(dictionary.findArray("none"), nullptr);
 }
 
-TEST(Dictionary, AnArrayCanBeChangedWhereItIs)
+TEST(Dictionary, AnArrayCanBeChangedInPlace)
 {
     Dictionary dictionary{{"list", Array{1}}};
     dictionary.findArray("list")->emplace_back(2);
@@ -224,14 +223,14 @@ TEST(Dictionary, SetTextReplacesAValueOfAnyType)
     EXPECT_EQ(describe(dictionary), R"({a = "text", b = ""})");
 }
 
-TEST(Dictionary, AValueFoundCanBeChangedInItsPlace)
+TEST(Dictionary, AFoundValueCanBeChangedInPlace)
 {
     Dictionary dictionary{{"list", Array{1}}};
     dictionary.find("list")->as<Array>()->push_back(2);
     EXPECT_EQ(dictionary, (Dictionary{{"list", Array{1, 2}}}));
 }
 
-TEST(Dictionary, AClearedOneShowsNothingOfWhatItHeld)
+TEST(Dictionary, AClearedOneDoesNotExposeItsOldEntries)
 {
     Dictionary dictionary{{"a", "old"}, {"b", Dictionary{{"x", 1}}}};
     dictionary.clear();
@@ -242,7 +241,7 @@ TEST(Dictionary, AClearedOneShowsNothingOfWhatItHeld)
     EXPECT_EQ(copy.size(), 2U);
 }
 
-TEST(Dictionary, AWarmOneIsFilledWithoutNewStorage)
+TEST(Dictionary, RefillingAClearedOneNeedsNoNewStorage)
 {
     const std::string text(100, 't');
     Dictionary dictionary;
@@ -287,7 +286,7 @@ TEST(Dictionary, AnElementCanBeMovedIntoTheDictionaryThatHeldIt)
     EXPECT_EQ(describe(dictionary), "{a = \"b\", c = {d = 1}}");
 }
 
-TEST(Dictionary, SettingAndRemovingOnAndOnTakesNoMoreAndMore)
+TEST(Dictionary, ManyRemovalsAndInsertionsKeepAllEntries)
 {
     auto dictionary = numbered(20);
     for (int round = 0; round < 10'000; ++round) {
@@ -300,9 +299,7 @@ TEST(Dictionary, SettingAndRemovingOnAndOnTakesNoMoreAndMore)
     EXPECT_EQ(keysOf(dictionary).front(), keyOf(0));
 }
 
-// Against a plain list that does the same by the book.
-/// Takes random steps on a dictionary and on a plain list, and holds them against one another after
-/// each.
+/// Makes random changes to a dictionary and to a plain list, and compares them after each.
 void compareWithAList(int keys, unsigned clearsInAThousand)
 {
     std::mt19937 random{7}; // the same steps each time
@@ -340,17 +337,17 @@ void compareWithAList(int keys, unsigned clearsInAThousand)
     }
 }
 
-TEST(Dictionary, DoesAsAListWouldWhateverIsAskedOfIt)
+TEST(Dictionary, AgreesWithAListAfterRandomSteps)
 {
     compareWithAList(60, 1);
 }
 
-TEST(Dictionary, ASmallOneDoesAsAListWouldHoweverOftenItIsClearedAndFilledAgain)
+TEST(Dictionary, ASmallOneAgreesWithAListAfterFrequentClears)
 {
     compareWithAList(6, 150);
 }
 
-TEST(Dictionary, ALargeOneDoesAsAListWouldHoweverOftenItIsClearedAndFilledAgain)
+TEST(Dictionary, ALargeOneAgreesWithAListAfterFrequentClears)
 {
     compareWithAList(20, 20);
 }
@@ -359,14 +356,14 @@ TEST(Dictionary, AClearedOneFilledInAnotherOrderHasEachKeyOnce)
 {
     Dictionary dictionary{{"a", 1}, {"b", 2}, {"c", 3}};
     dictionary.clear();
-    dictionary.set("b", 4); // stands where "a" was, with its own old entry behind it
+    dictionary.set("b", 4); // reuses the entry of "a", before its own old entry
     dictionary.set("b", 5);
     dictionary.set("c", 6);
     EXPECT_THAT(keysOf(dictionary), ElementsAre("b", "c"));
     EXPECT_EQ(*dictionary.find("b"), Value{5});
 }
 
-TEST(Dictionary, AMillionKeysAreNoTrouble)
+TEST(Dictionary, HoldsAMillionKeys)
 {
     constexpr int kCount = 1'000'000;
     Dictionary dictionary;

@@ -10,7 +10,7 @@
 namespace gps {
 namespace {
 
-TEST(Error, TellsWhatItsUserInformationHolds)
+TEST(Error, ReturnsWhatItsUserInformationHolds)
 {
     const Error error{
         "domain",
@@ -23,7 +23,7 @@ TEST(Error, TellsWhatItsUserInformationHolds)
     EXPECT_EQ(error.path(), "/a");
 }
 
-TEST(Error, WhatItLacksOrHasInAnotherTypeIsNone)
+TEST(Error, MissingEntriesAndThoseOfAnotherTypeAreNullopt)
 {
     const Error error{"domain", 1, {{kErrorDescriptionKey, 7}}};
     EXPECT_EQ(error.description(), std::nullopt);
@@ -31,23 +31,23 @@ TEST(Error, WhatItLacksOrHasInAnotherTypeIsNone)
     EXPECT_EQ(error.path(), std::nullopt);
 }
 
-TEST(Error, ACauseIsNotedWholeAndLeavesTheRestAsItIs)
+TEST(Error, ACauseIsAddedWholeAndLeavesTheRestUnchanged)
 {
     const Error cause{"inner", 260, {{kErrorPathKey, "/a"}}};
     const Error error{"outer", -1, {{kErrorDescriptionKey, "what"}}};
-    const auto noted = error.causedBy(cause);
-    EXPECT_EQ(noted.domain(), "outer");
-    EXPECT_EQ(noted.code(), -1);
-    EXPECT_EQ(noted.description(), "what");
-    ASSERT_NE(noted.userInfo().findDictionary(kErrorUnderlyingKey), nullptr);
-    EXPECT_EQ(*noted.userInfo().findDictionary(kErrorUnderlyingKey),
+    const auto caused = error.causedBy(cause);
+    EXPECT_EQ(caused.domain(), "outer");
+    EXPECT_EQ(caused.code(), -1);
+    EXPECT_EQ(caused.description(), "what");
+    ASSERT_NE(caused.userInfo().findDictionary(kErrorUnderlyingKey), nullptr);
+    EXPECT_EQ(*caused.userInfo().findDictionary(kErrorUnderlyingKey),
               (Dictionary{{"domain", "inner"},
                           {"code", 260},
                           {"userInfo", Dictionary{{kErrorPathKey, "/a"}}}}));
     EXPECT_EQ(error.userInfo().find(kErrorUnderlyingKey), nullptr);
 }
 
-TEST(Error, EqualityLooksAtAll)
+TEST(Error, EqualityComparesEveryPart)
 {
     const Error error{"domain", 1, {{"a", 1}}};
     EXPECT_EQ(error, (Error{"domain", 1, {{"a", 1.0}}}));
@@ -70,7 +70,7 @@ TEST(RangeError, NamesTheSentenceTheFieldAndTheCount)
                  "A PMGNWPL sentence has no field 1: it has 1 field");
 }
 
-TEST(RangeError, IsARangeFailureOfTheLanguage)
+TEST(RangeError, IsAStandardOutOfRangeError)
 {
     EXPECT_THROW(throw RangeError("PMGNTRK", 7, 3), std::out_of_range);
 }

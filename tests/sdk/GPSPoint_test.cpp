@@ -11,7 +11,7 @@
 namespace gps {
 namespace {
 
-TEST(GPSPoint, IsLaidOutAsItsTypeCodeSays)
+TEST(GPSPoint, HasTheLayoutOfItsTypeCode)
 {
     EXPECT_STREQ(kGPSPointTypeCode, "{?=dddqq}");
     EXPECT_EQ(sizeof(GPSPoint), 40U);
@@ -27,7 +27,7 @@ TEST(GPSPoint, StartsWithZeros)
     EXPECT_EQ(GPSPoint{}, (GPSPoint{0, 0, 0, 0, 0}));
 }
 
-TEST(GPSPoint, EqualityLooksAtEveryField)
+TEST(GPSPoint, EqualityComparesEveryField)
 {
     const GPSPoint point{1, 2, 3, 4, 5};
     EXPECT_EQ(point, (GPSPoint{1, 2, 3, 4, 5}));
@@ -38,7 +38,7 @@ TEST(GPSPoint, EqualityLooksAtEveryField)
     EXPECT_NE(point, (GPSPoint{1, 2, 3, 4, 0}));
 }
 
-TEST(GPSPoint, ABoxedPointComesBackBitForBit)
+TEST(GPSPoint, ABoxedPointIsUnchangedBitForBit)
 {
     const GPSPoint points[] = {{-0.0, 0.1, 1e-320, -1, 1},
                                {std::nan("7"), -std::nan(""), HUGE_VAL, INT64_MIN, INT64_MAX}};

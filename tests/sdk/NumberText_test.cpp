@@ -26,7 +26,7 @@ std::string appended(void (*append)(std::string&, Arguments...), Arguments... ar
     return text.substr(1);
 }
 
-TEST(NumberText, LeadingNumberReadsWhatATextBeginsWith)
+TEST(NumberText, LeadingNumberReadsTheNumberAtTheStartOfAText)
 {
     const std::pair<std::string, double> rows[] = {
         {"0", 0},
@@ -73,7 +73,7 @@ TEST(NumberText, LeadingNumberReadsWhatATextBeginsWith)
     }
 }
 
-TEST(NumberText, ATextThatBeginsOtherwiseHasNoLeadingNumber)
+TEST(NumberText, ATextThatDoesNotBeginWithANumberHasNoLeadingNumber)
 {
     for (const char* text :
          {"",   " ",   ".",   "-",    "+",   "-.",       "+-1", "--1",  "- 1",    "abc", ",5",
@@ -220,7 +220,7 @@ TEST(NumberText, LeadingInt32SaturatesAtItsBounds)
         EXPECT_EQ(leadingInt32(text), number) << text;
 }
 
-TEST(NumberText, LeadingBoolKnowsYesTrueAndDigits)
+TEST(NumberText, LeadingBoolAcceptsYesTrueAndDigits)
 {
     for (const char* text :
          {"Y", "yes", "T", "true", "1", "9", " \t1", "+1", "-1", "-0y", "0001", "00t"})
@@ -270,7 +270,7 @@ TEST(NumberText, ADecimalHasNoExponentHoweverLargeOrSmall)
     }
 }
 
-// What the standard library writes, by its own general way.
+// The text that the standard library writes.
 std::string generalText(double value, bool isFixed)
 {
     std::array<char, 1200> text;
@@ -295,7 +295,7 @@ TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
         expectTheGeneralText(i);
 }
 
-TEST(NumberText, ARoundedNumberHasNoZerosAtItsEnd)
+TEST(NumberText, ARoundedNumberHasNoTrailingZeros)
 {
     const auto rounded = [](double value, int decimals) {
         std::string text;
@@ -315,7 +315,7 @@ TEST(NumberText, ARoundedNumberHasNoZerosAtItsEnd)
     EXPECT_EQ(rounded(-0.0, 3), "0");
 }
 
-TEST(NumberText, AFixedNumberHasExactlySoManyDecimals)
+TEST(NumberText, AFixedNumberHasExactlyTheGivenNumberOfDecimals)
 {
     const auto fixed = [](double value, int decimals) {
         std::string text;

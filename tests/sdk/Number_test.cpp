@@ -22,7 +22,7 @@ template <typename T> Number fromUnalignedBytesOf(NumberType type, T value)
     return Number::fromBytes(type, bytes.data() + 1);
 }
 
-TEST(Number, IsMadeOfTheBytesOfEachType)
+TEST(Number, IsReadFromTheBytesOfEachType)
 {
     EXPECT_EQ(fromUnalignedBytesOf(NumberType::kBool, true), Number{true});
     EXPECT_EQ(fromUnalignedBytesOf(NumberType::kInt8, std::int8_t{-128}), Number{-128});
@@ -56,7 +56,7 @@ TEST(Number, AnyByteButZeroIsTrue)
     }
 }
 
-TEST(Number, IntegersOfAFloatingOneAreTruncatedAndSaturated)
+TEST(Number, FloatingNumbersBecomeIntegersByTruncationAndSaturation)
 {
     struct Row {
         double real;
@@ -105,7 +105,7 @@ TEST(Number, EqualityIsExactBeyondWhatADoubleHolds)
     EXPECT_NE(Number{0.1F}, Number{0.1});
 }
 
-TEST(Number, ANaNEqualsItselfAlone)
+TEST(Number, ANaNEqualsOnlyANaN)
 {
     const Number nan{std::nan("")};
     EXPECT_EQ(nan, nan);

@@ -14,7 +14,7 @@
 namespace gps {
 namespace {
 
-TEST(Value, HoldsTheTypeThatItWasMadeOf)
+TEST(Value, HoldsTheTypeThatItWasCreatedFrom)
 {
     EXPECT_TRUE(Value{}.isNone());
     EXPECT_EQ(Value{true}.as<Number>()->type(), NumberType::kBool);
@@ -46,7 +46,7 @@ TEST(Value, NumbersAreEqualByTheirValueWhateverTheirType)
 TEST(Value, TextsAreEqualByteForByte)
 {
     EXPECT_EQ(Value{"a"}, Value{std::string{"a"}});
-    EXPECT_NE(Value{"caf\xC3\xA9"}, Value{"cafe\xCC\x81"}); // the same to a reader
+    EXPECT_NE(Value{"caf\xC3\xA9"}, Value{"cafe\xCC\x81"}); // they look the same
     EXPECT_NE(Value{"a"}, Value{std::string_view("a\0", 2)});
 }
 
@@ -75,7 +75,7 @@ TEST(Value, ACopySharesNothing)
     EXPECT_NE(original, copy);
 }
 
-TEST(Value, BooleanReadings)
+TEST(Value, BooleanReadingsOfEachType)
 {
     struct Row {
         Value value;
@@ -158,7 +158,7 @@ TEST(Value, IntegerReadingsSaturate)
         EXPECT_EQ(value.int32Reading(), reading) << describe(value);
 }
 
-TEST(Value, ADescriptionShowsAllThatIsInside)
+TEST(Value, ADescriptionShowsAllContents)
 {
     EXPECT_EQ(describe(Value{}), "(null)");
     EXPECT_EQ(describe(Value{Array{}}), "[]");

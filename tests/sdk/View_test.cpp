@@ -21,7 +21,7 @@ TEST(View, IsShownUntilItIsHidden)
     EXPECT_TRUE(view.isHidden());
 }
 
-TEST(View, FindsItselfAndWhatIsInsideByIdentifierAndType)
+TEST(View, FindsItselfAndItsSubviewsByIdentifierAndType)
 {
     View root{"root"};
     const auto box = std::make_shared<View>("box");
@@ -50,7 +50,7 @@ TEST(View, TheFirstOfTheRightTypeIsFoundDepthFirst)
     EXPECT_EQ(root.find<Button>("same"), deep.get());
 }
 
-TEST(PopUpButton, NewItemsLeaveNoneSelected)
+TEST(PopUpButton, NewItemsClearTheSelection)
 {
     PopUpButton menu{"menu"};
     EXPECT_EQ(menu.selected(), std::nullopt);

@@ -20,7 +20,7 @@ TEST(CharacterFilter, KeepsTheSetsCharactersInTheirOrder)
     EXPECT_EQ(stringByRemovingCharactersNotInSet("", vowels()), "");
 }
 
-TEST(CharacterFilter, ACharacterOutsideAsciiGoesAsAWhole)
+TEST(CharacterFilter, ACharacterOutsideAsciiIsRemovedWhole)
 {
     EXPECT_EQ(
         stringByRemovingCharactersNotInSet("a\xC3\xA9i \xE2\x82\xAC o\xF0\x9F\x98\x80u", vowels()),

@@ -7,7 +7,7 @@
 namespace gps {
 namespace {
 
-TEST(GPSStorageAuthorization, GrantsEveryPathAndAnswersThePathItself)
+TEST(GPSStorageAuthorization, GrantsEveryPathAndReturnsItUnchanged)
 {
     for (const auto* path : {"/", "/media/user/MAGELLAN", "/nowhere/at all", ""}) {
         const auto url = GPSStorageAuthorization::authorizedBookmarkURLForPath(path);

@@ -20,7 +20,7 @@ using support::sentence;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-TEST(NMEAUtilsCheck, AnswersTheBodyAsAViewIntoTheLine)
+TEST(NMEAUtilsCheck, ReturnsTheBodyAsAViewIntoTheLine)
 {
     const std::string line = sentence("PMGNCMD,END") + "\r\n";
     const auto body = checkAndTrimNMEASentence(line);
@@ -28,14 +28,14 @@ TEST(NMEAUtilsCheck, AnswersTheBodyAsAViewIntoTheLine)
     EXPECT_EQ(body->data(), line.data() + 1);
 }
 
-TEST(NMEAUtilsCheck, TakesEachLineEndAndNone)
+TEST(NMEAUtilsCheck, AcceptsEachLineEndAndAMissingOne)
 {
     for (const std::string_view end : {"", "\r\n", "\r", "\n"})
         EXPECT_EQ(checkAndTrimNMEASentence("$J*4A" + std::string{end}), "J")
             << testing::PrintToString(end);
 }
 
-TEST(NMEAUtilsCheck, RefusesAnythingElseBehindTheChecksum)
+TEST(NMEAUtilsCheck, RejectsAnythingElseAfterTheChecksum)
 {
     for (const std::string_view end : {"\n\n", "\r\r", "\n\r", "\r\r\n", "\r\n\n", "\r\n\r\n", " ",
                                        "\t", "A", "0", "*4A", " \r\n"})
@@ -44,7 +44,7 @@ TEST(NMEAUtilsCheck, RefusesAnythingElseBehindTheChecksum)
     EXPECT_EQ(checkAndTrimNMEASentence(std::string_view{"$J*4A\0", 6}), std::nullopt);
 }
 
-TEST(NMEAUtilsCheck, TakesChecksumDigitsOfEitherCase)
+TEST(NMEAUtilsCheck, AcceptsChecksumDigitsOfEitherCase)
 {
     EXPECT_EQ(checkAndTrimNMEASentence("$J*4A"), "J");
     EXPECT_EQ(checkAndTrimNMEASentence("$J*4a"), "J");
@@ -52,7 +52,7 @@ TEST(NMEAUtilsCheck, TakesChecksumDigitsOfEitherCase)
     EXPECT_EQ(checkAndTrimNMEASentence("$o*6f"), "o");
 }
 
-TEST(NMEAUtilsCheck, RefusesAChecksumThatIsNotExactlyTwoMatchingDigits)
+TEST(NMEAUtilsCheck, RejectsAChecksumThatIsNotExactlyTwoMatchingDigits)
 {
     for (const auto* line :
          {"$J*4B", "$J*5A", "$J*", "$J*4", "$J*A", "$J*04A", "$J*4A0", "$J*4G", "$J*G4", "$J*4`",
@@ -60,7 +60,7 @@ TEST(NMEAUtilsCheck, RefusesAChecksumThatIsNotExactlyTwoMatchingDigits)
         EXPECT_EQ(checkAndTrimNMEASentence(line), std::nullopt) << line;
 }
 
-TEST(NMEAUtilsCheck, TakesABodyOfOneCharacterAndRefusesAnEmptyOne)
+TEST(NMEAUtilsCheck, AcceptsABodyOfOneCharacterAndRejectsAnEmptyOne)
 {
     EXPECT_EQ(checkAndTrimNMEASentence("$A*41"), "A");
     EXPECT_EQ(checkAndTrimNMEASentence("$*00"), std::nullopt);
@@ -68,13 +68,13 @@ TEST(NMEAUtilsCheck, TakesABodyOfOneCharacterAndRefusesAnEmptyOne)
         EXPECT_EQ(checkAndTrimNMEASentence(line), std::nullopt) << testing::PrintToString(line);
 }
 
-TEST(NMEAUtilsCheck, RefusesALineThatDoesNotBeginWithADollarSign)
+TEST(NMEAUtilsCheck, RejectsALineThatDoesNotBeginWithADollarSign)
 {
     for (const auto* line : {"J*4A", " $J*4A", "x$J*4A", "\xEF\xBB\xBF$J*4A", "!J*4A", "\r\n$J*4A"})
         EXPECT_EQ(checkAndTrimNMEASentence(line), std::nullopt) << line;
 }
 
-TEST(NMEAUtilsCheck, ABodyHoldsPrintableAsciiWithoutDollarSignAndAsterisk)
+TEST(NMEAUtilsCheck, ABodyMayHoldPrintableAsciiExceptDollarSignAndAsterisk)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const std::string body{'A', static_cast<char>(byte), 'B'};
@@ -83,7 +83,7 @@ TEST(NMEAUtilsCheck, ABodyHoldsPrintableAsciiWithoutDollarSignAndAsterisk)
     }
 }
 
-TEST(NMEAUtilsCheck, RefusesASentenceThatWasCutOffAnywhere)
+TEST(NMEAUtilsCheck, RejectsASentenceCutOffAnywhere)
 {
     const std::string whole = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,HOME,,a");
     for (std::size_t length = 0; length < whole.size(); ++length)
@@ -106,7 +106,7 @@ TEST(NMEAUtilsChecksum, IsTheExclusiveOrOfAllBytes)
     EXPECT_EQ(checksumFromSentence("\xFF\x0F"), 0xF0);
 }
 
-TEST(NMEAUtilsChecksum, OfEachCommandIsTheOneThatReceiversExpect)
+TEST(NMEAUtilsChecksum, MatchesWhatReceiversExpectForEachCommand)
 {
     EXPECT_EQ(checksumFromSentence("PMGNCMD,VERSION"), 0x28);
     EXPECT_EQ(checksumFromSentence("PMGNCMD,TON"), 0x27);
@@ -115,14 +115,14 @@ TEST(NMEAUtilsChecksum, OfEachCommandIsTheOneThatReceiversExpect)
     EXPECT_EQ(checksumFromSentence("PMGNCMD,HANDOFF"), 0x3E);
 }
 
-TEST(NMEAUtilsChecksum, IsAddedInTwoCapitalDigitsWithoutALineEnd)
+TEST(NMEAUtilsChecksum, IsAppendedAsTwoUpperCaseDigitsWithoutALineEnd)
 {
     EXPECT_EQ(addChecksumToNMEASentence("PMGNCMD,END"), "$PMGNCMD,END*3D");
     EXPECT_EQ(addChecksumToNMEASentence("AB"), "$AB*03");
     EXPECT_EQ(addChecksumToNMEASentence("o"), "$o*6F");
 }
 
-TEST(NMEAUtilsChecksum, WhatIsAddedIsTakenAgain)
+TEST(NMEAUtilsChecksum, IsAcceptedAfterItWasAppended)
 {
     for (const std::string_view body :
          {"A", "PMGNCMD,END", " ", "~", ",,,", "PMGNRTE,1,1,m,1,R,hello"})
@@ -135,7 +135,7 @@ struct ReadCoordinate {
     double degrees;
 };
 
-TEST(NMEAUtilsReadCoordinate, TakesDegreesAndMinutesInEachHemisphere)
+TEST(NMEAUtilsReadCoordinate, ReadsDegreesAndMinutesInEachHemisphere)
 {
     for (const auto& [text, direction, degrees] : std::vector<ReadCoordinate>{
              {"4630.000", "N", 46.5},
@@ -157,7 +157,7 @@ TEST(NMEAUtilsReadCoordinate, OnlyExactlySAndWNegate)
         EXPECT_DOUBLE_EQ(convertNMEADegreesMinutes("4630.000", direction), 46.5) << direction;
 }
 
-TEST(NMEAUtilsReadCoordinate, TakesTheLeadingNumberAlone)
+TEST(NMEAUtilsReadCoordinate, ReadsOnlyTheLeadingNumber)
 {
     for (const auto& [text, direction, degrees] : std::vector<ReadCoordinate>{
              {" 4630.000", "N", 46.5},
@@ -193,7 +193,7 @@ TEST(NMEAUtilsReadCoordinate, ANumberBeyondAllBoundsStaysFinite)
 struct WrittenCoordinate {
     double degrees;
     bool asLatitude;
-    std::string_view text; ///< with the letter behind a comma; empty: none
+    std::string_view text; ///< degrees and minutes, a comma, the letter; empty: no text
 };
 
 std::string written(double degrees, bool asLatitude)
@@ -247,7 +247,7 @@ TEST(NMEAUtilsWriteCoordinate, SixtyMinutesCarryIntoTheDegree)
     });
 }
 
-TEST(NMEAUtilsWriteCoordinate, WhatRoundsToZeroIsNorthAndEast)
+TEST(NMEAUtilsWriteCoordinate, CoordinatesThatRoundToZeroAreNorthAndEast)
 {
     expectWritten({
         {0.0, true, "0000.00000,N"},
@@ -261,7 +261,7 @@ TEST(NMEAUtilsWriteCoordinate, WhatRoundsToZeroIsNorthAndEast)
     });
 }
 
-TEST(NMEAUtilsWriteCoordinate, EndsAtThePolesAndTheDateLine)
+TEST(NMEAUtilsWriteCoordinate, RangeEndsAtThePolesAndTheDateLine)
 {
     expectWritten({
         {90, true, "9000.00000,N"},
@@ -278,7 +278,7 @@ TEST(NMEAUtilsWriteCoordinate, EndsAtThePolesAndTheDateLine)
     });
 }
 
-TEST(NMEAUtilsWriteCoordinate, WhatIsNotFiniteHasNoText)
+TEST(NMEAUtilsWriteCoordinate, NonFiniteCoordinatesHaveNoText)
 {
     expectWritten({{kInfinity, true, ""},
                    {-kInfinity, true, ""},
@@ -288,7 +288,7 @@ TEST(NMEAUtilsWriteCoordinate, WhatIsNotFiniteHasNoText)
                    {kNaN, false, ""}});
 }
 
-/// A coordinate's text from its hundred-thousandths of a minute, put together without any floating
+/// A coordinate's text from its hundred-thousandths of a minute, computed without floating
 /// point.
 std::string coordinateText(std::int64_t units, std::size_t degreeDigits)
 {
@@ -315,13 +315,13 @@ TEST(NMEAUtilsWriteCoordinate, AReadTextIsWrittenAsTheSameTextInEachHemisphere)
     }
 }
 
-struct ReadMoment {
+struct ReadTimestamp {
     std::string_view date;
     std::string_view time;
     std::int64_t seconds;
 };
 
-void expectRead(const std::vector<ReadMoment>& table)
+void expectRead(const std::vector<ReadTimestamp>& table)
 {
     for (const auto& [date, time, seconds] : table)
         EXPECT_EQ(convertNMEADate(date, time), seconds) << "'" << date << "' '" << time << "'";
@@ -344,7 +344,7 @@ TEST(NMEAUtilsReadDate, YearsFrom80AreOfTheLastCenturyAndUpTo79OfThisOne)
     });
 }
 
-TEST(NMEAUtilsReadDate, DaysThatAreNoneReadAsNoTime)
+TEST(NMEAUtilsReadDate, InvalidDaysReadAsNoTime)
 {
     expectRead({
         {"290200", "000000", 951782400}, // 2000 is a leap year
@@ -363,7 +363,7 @@ TEST(NMEAUtilsReadDate, DaysThatAreNoneReadAsNoTime)
     });
 }
 
-TEST(NMEAUtilsReadDate, TimesThatAreNoneReadAsNoTime)
+TEST(NMEAUtilsReadDate, InvalidTimesReadAsNoTime)
 {
     expectRead({
         {"010100", "230000", 946767600},
@@ -396,7 +396,7 @@ TEST(NMEAUtilsReadDate, FractionsOfASecondAreDropped)
     });
 }
 
-TEST(NMEAUtilsUpdateDate, KeepsTheDayAndTakesTheNewTimeOfDay)
+TEST(NMEAUtilsUpdateDate, KeepsTheDayAndSetsTheTimeOfDay)
 {
     EXPECT_EQ(updateNMEADate(1218438948, "000000"), 1218412800);
     EXPECT_EQ(updateNMEADate(1218438948, "235959.99"), 1218499199);
@@ -411,7 +411,7 @@ TEST(NMEAUtilsUpdateDate, NoTimeIsDayZero)
     EXPECT_EQ(updateNMEADate(-1, "000010"), -86390);
 }
 
-TEST(NMEAUtilsUpdateDate, AMalformedTimeLeavesThePreviousValueAsItIs)
+TEST(NMEAUtilsUpdateDate, AMalformedTimeLeavesThePreviousValueUnchanged)
 {
     for (const auto* time : {"", "07154", "07154x", "240000", "006000", "000060", "071548x"}) {
         EXPECT_EQ(updateNMEADate(1218438948, time), 1218438948) << time;
@@ -419,7 +419,7 @@ TEST(NMEAUtilsUpdateDate, AMalformedTimeLeavesThePreviousValueAsItIs)
     }
 }
 
-TEST(NMEAUtilsUpdateDate, ATimeOfDayThat64BitsCannotHoldLeavesThePreviousValueAsItIs)
+TEST(NMEAUtilsUpdateDate, ATimeOfDayThatOverflows64BitsLeavesThePreviousValueUnchanged)
 {
     constexpr auto kFirst = std::numeric_limits<std::int64_t>::min(); // 08:29:52 of its day
     constexpr auto kLast = std::numeric_limits<std::int64_t>::max();  // 15:30:07 of its day
@@ -457,7 +457,7 @@ TEST(NMEAUtilsWriteDate, IsEmptyWithoutATimeAndOutsideTheYears1980To2079)
     EXPECT_EQ(makeNMEADateFrom(3471292799).time, "235959.00");
 }
 
-TEST(NMEAUtilsWriteDate, WhatIsWrittenReadsBackAsTheSameTime)
+TEST(NMEAUtilsWriteDate, WrittenDatesReadBackAsTheSameTime)
 {
     for (std::int64_t time = 315532800; time <= 3471292799; time += 1'000'003) {
         const auto text = makeNMEADateFrom(time);

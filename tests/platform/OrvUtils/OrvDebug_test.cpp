@@ -19,7 +19,7 @@ TEST_F(OrvDebugTest, IsOffAtEveryLevelWhenTheLevelIsZero)
         EXPECT_FALSE(OrvDebugLevelIs(level)) << level;
 }
 
-TEST_F(OrvDebugTest, IsOnAtTheLevelThatIsSetAndBelow)
+TEST_F(OrvDebugTest, IsOnUpToTheLevelThatWasSet)
 {
     OrvSetDebugLevel(2);
     EXPECT_TRUE(OrvDebugLevelIs(0));
@@ -28,7 +28,7 @@ TEST_F(OrvDebugTest, IsOnAtTheLevelThatIsSetAndBelow)
     EXPECT_FALSE(OrvDebugLevelIs(3));
 }
 
-TEST_F(OrvDebugTest, TheLastLevelCounts)
+TEST_F(OrvDebugTest, TheLevelSetLastCounts)
 {
     OrvSetDebugLevel(3);
     OrvSetDebugLevel(1);

@@ -38,8 +38,8 @@ int drainCalls = 0;
 
 } // namespace
 
-/// Called by the library in place of the system's: a call of this name in the program itself comes
-/// first when the program is loaded.
+/// Replaces the system's function: the dynamic linker prefers a symbol that the program itself
+/// exports.
 extern "C" [[gnu::visibility("default")]] int tcdrain(int file)
 {
     ++drainCalls;
@@ -57,7 +57,7 @@ using namespace std::chrono_literals;
 using namespace std::string_literals;
 using support::PseudoTerminal;
 
-constexpr float kLong = 30; ///< seconds, for what is sure to come
+constexpr float kLong = 30; ///< seconds, for input that is sure to arrive
 constexpr float kShort = 0.05F;
 
 int open(OrvSerial& serial, const PseudoTerminal& terminal)
@@ -65,7 +65,7 @@ int open(OrvSerial& serial, const PseudoTerminal& terminal)
     return serial.openWithDevicePath(terminal.path().c_str());
 }
 
-/// Whether another program can open the line, one that asks for no lock and has no privilege.
+/// Whether another program, without privileges, can open the line without asking for a lock.
 bool opensForOthers(const PseudoTerminal& terminal)
 {
     const support::AsNobody nobody;
@@ -76,7 +76,7 @@ bool opensForOthers(const PseudoTerminal& terminal)
     return opened;
 }
 
-/// Fixes settings of the line, so that it keeps them whatever it is told. @return  false: not
+/// Locks settings of the line, so that later changes have no effect. @return  false if that is not
 /// permitted
 bool keepSettings(const PseudoTerminal& terminal, tcflag_t controlFlags)
 {
@@ -85,7 +85,7 @@ bool keepSettings(const PseudoTerminal& terminal, tcflag_t controlFlags)
     return ::ioctl(terminal.otherProgram(), TIOCSLCKTRMIOS, &kept) == 0;
 }
 
-/// A text in which every position can be told from its neighbours.
+/// A text in which no position looks like its neighbours.
 std::string textOf(std::size_t size)
 {
     std::string text;
@@ -115,8 +115,8 @@ protected:
     OpenOrvSerial() { EXPECT_EQ(open(*serial_, receiver_), 0); }
 };
 
-/// A receiver that sends the same piece again and again, until told to finish (or for half a
-/// minute) with a line end.
+/// A receiver that sends the same piece repeatedly until finish() is called (or for half a
+/// minute), and then a line end.
 class Chatter {
 public:
     Chatter(const PseudoTerminal& receiver, std::string piece, std::chrono::milliseconds pause)
@@ -149,7 +149,7 @@ private:
     std::thread thread_;
 };
 
-/// Interrupts calls that wait, again and again while it lives.
+/// Interrupts waiting calls repeatedly during its lifetime.
 class Alarms {
 public:
     Alarms()
@@ -203,7 +203,7 @@ TEST_F(OrvSerialTest, OpensAt4800WhenNoSpeedWasSet)
     EXPECT_EQ(receiver_.speed(), speed_t{B4800});
 }
 
-TEST_F(OrvSerialTest, ASpeedSetWhileClosedHoldsForEachOpening)
+TEST_F(OrvSerialTest, ASpeedSetWhileClosedAppliesToEachOpening)
 {
     serial_->setBaudRate(57600);
     for (int i = 0; i < 2; ++i) {
@@ -214,7 +214,7 @@ TEST_F(OrvSerialTest, ASpeedSetWhileClosedHoldsForEachOpening)
     }
 }
 
-TEST_F(OrvSerialTest, WhatIsNoSerialLineDoesNotOpen)
+TEST_F(OrvSerialTest, APathThatIsNotASerialLineDoesNotOpen)
 {
     const support::TemporaryFolder folder;
     ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
@@ -235,14 +235,14 @@ TEST_F(OrvSerialTest, WhatIsNoSerialLineDoesNotOpen)
     EXPECT_EQ(folder.read("file"), "text\r\n");
 }
 
-TEST_F(OrvSerialTest, WithoutPermissionItDoesNotOpen)
+TEST_F(OrvSerialTest, ALineWithoutPermissionDoesNotOpen)
 {
     ::chmod(receiver_.path().c_str(), 0);
     const support::AsNobody nobody;
     EXPECT_EQ(open(*serial_, receiver_), EACCES);
 }
 
-TEST_F(OpenOrvSerial, ASecondOpenerIsRefusedAndDisturbsNothing)
+TEST_F(OpenOrvSerial, ASecondOpenerIsRejectedAndChangesNothing)
 {
     serial_->setBaudRate(19200);
     receiver_.write("unread\r\n");
@@ -258,7 +258,7 @@ TEST_F(OpenOrvSerial, ASecondOpenerIsRefusedAndDisturbsNothing)
     EXPECT_EQ(readLine(), "unread");
 }
 
-TEST_F(OrvSerialTest, ALineThatAnotherProgramHasForItselfIsBusy)
+TEST_F(OrvSerialTest, ALineThatAnotherProgramHasLockedIsBusy)
 {
     ASSERT_EQ(::flock(receiver_.otherProgram(), LOCK_EX | LOCK_NB), 0);
     EXPECT_EQ(open(*serial_, receiver_), EBUSY);
@@ -268,7 +268,7 @@ TEST_F(OrvSerialTest, ALineThatAnotherProgramHasForItselfIsBusy)
     EXPECT_EQ(open(*serial_, receiver_), EBUSY);
 }
 
-TEST_F(OpenOrvSerial, OnceClosedItIsFreeForOthers)
+TEST_F(OpenOrvSerial, ClosingFreesTheLineForOthers)
 {
     serial_->close();
     EXPECT_TRUE(opensForOthers(receiver_));
@@ -276,7 +276,7 @@ TEST_F(OpenOrvSerial, OnceClosedItIsFreeForOthers)
     EXPECT_EQ(open(*second, receiver_), 0);
 }
 
-TEST_F(OpenOrvSerial, OnceDestroyedItIsFreeForOthers)
+TEST_F(OpenOrvSerial, DestroyingFreesTheLineForOthers)
 {
     serial_.reset();
     EXPECT_TRUE(opensForOthers(receiver_));
@@ -284,7 +284,7 @@ TEST_F(OpenOrvSerial, OnceDestroyedItIsFreeForOthers)
     EXPECT_EQ(open(*second, receiver_), 0);
 }
 
-TEST_F(OrvSerialTest, ALineThatDoesNotTakeASettingDoesNotOpenAndIsFreeForOthers)
+TEST_F(OrvSerialTest, ALineThatDoesNotAcceptASettingDoesNotOpenAndIsFreeForOthers)
 {
     for (const auto kept : {tcflag_t{CBAUD}, tcflag_t{CSTOPB}}) {
         termios present{};
@@ -327,7 +327,7 @@ TEST_F(OrvSerialTest, TheLineDoesNotBecomeTheControllingTerminal)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(OpenOrvSerial, TheLineIsNotLeftToProgramsThatAreStarted)
+TEST_F(OpenOrvSerial, TheLineIsNotInheritedByChildProcesses)
 {
     int found = 0;
     for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd"}) {
@@ -339,7 +339,7 @@ TEST_F(OpenOrvSerial, TheLineIsNotLeftToProgramsThatAreStarted)
         ASSERT_TRUE(file);
         EXPECT_EQ(::fcntl(static_cast<int>(*file), F_GETFD), FD_CLOEXEC);
     }
-    EXPECT_EQ(found, 2); // the other program's, and ours
+    EXPECT_EQ(found, 2); // the other program's descriptor and ours
 }
 
 TEST_F(OpenOrvSerial, OpeningAnotherLineClosesTheFirst)
@@ -353,7 +353,7 @@ TEST_F(OpenOrvSerial, OpeningAnotherLineClosesTheFirst)
     EXPECT_EQ(readLine(), "second");
 }
 
-TEST_F(OpenOrvSerial, CanBeOpenedAgainAndStartsAfresh)
+TEST_F(OpenOrvSerial, ReopeningDropsWhatWasReceivedBefore)
 {
     receiver_.write("first\r\nrest");
     EXPECT_EQ(readLine(), "first");
@@ -365,7 +365,7 @@ TEST_F(OpenOrvSerial, CanBeOpenedAgainAndStartsAfresh)
 
 // Closed.
 
-TEST_F(OrvSerialTest, WhileClosedNothingIsSentAndNothingRead)
+TEST_F(OrvSerialTest, WhileClosedNothingIsSentOrRead)
 {
     send("text\r\n");
     EXPECT_EQ(readLine(0), std::nullopt);
@@ -373,7 +373,7 @@ TEST_F(OrvSerialTest, WhileClosedNothingIsSentAndNothingRead)
     EXPECT_NO_THROW(serial_->close());
 }
 
-TEST_F(OpenOrvSerial, ClosingTwiceIsNothing)
+TEST_F(OpenOrvSerial, ClosingTwiceDoesNothing)
 {
     receiver_.write("text\r\n");
     receiver_.waitForInput();
@@ -397,7 +397,7 @@ TEST_F(OpenOrvSerial, EachStandardSpeedTakesEffectAtOnce)
     }
 }
 
-TEST_F(OpenOrvSerial, OtherSpeedsAreRefusedOpenOrClosed)
+TEST_F(OpenOrvSerial, OtherSpeedsAreRejectedOpenOrClosed)
 {
     for (const int speed : {-1, 1, 300, 1199, 1201, 4801, 14400, 115199, 115201, 230400}) {
         EXPECT_THROW(serial_->setBaudRate(speed), SerialFailure) << speed;
@@ -407,7 +407,7 @@ TEST_F(OpenOrvSerial, OtherSpeedsAreRefusedOpenOrClosed)
     EXPECT_THROW(serial_->setBaudRate(300), SerialFailure);
 }
 
-TEST_F(OpenOrvSerial, ASpeedThatTheOpenLineDoesNotTakeRaises)
+TEST_F(OpenOrvSerial, ASpeedThatTheOpenLineDoesNotAcceptThrows)
 {
     if (!keepSettings(receiver_, CBAUD))
         GTEST_SKIP() << "fixing the settings of a line is not permitted";
@@ -440,7 +440,7 @@ TEST_F(OpenOrvSerial, ANewSpeedDoesNotWaitForAReceiverThatNeverReads)
     EXPECT_EQ(receiver_.speed(), speed_t{B9600});
 }
 
-TEST_F(OpenOrvSerial, ANewSpeedGoesOnWaitingForOutputAfterASignal)
+TEST_F(OpenOrvSerial, ANewSpeedKeepsWaitingForOutputAfterASignal)
 {
     drainFailures = {EINTR, EINTR};
     drainCalls = 0;
@@ -460,7 +460,7 @@ TEST_F(OpenOrvSerial, ANewSpeedDoesNotWaitForOutputOnALineThatCannotWait)
 
 // Sending.
 
-TEST_F(OpenOrvSerial, SendsEveryByteAsItIs)
+TEST_F(OpenOrvSerial, SendsEveryByteUnchanged)
 {
     std::string bytes = "$PMGNCMD,VERSION*28\r\n";
     for (int byte = 0; byte < 256; ++byte)
@@ -471,7 +471,7 @@ TEST_F(OpenOrvSerial, SendsEveryByteAsItIs)
 
 TEST_F(OpenOrvSerial, ATextThatFillsTheLineArrivesWholeThroughInterruptions)
 {
-    const auto text = textOf(40'000); // the system holds half of it
+    const auto text = textOf(40'000); // the system buffers half of it
     std::string arrived;
     const Alarms alarms;
     std::thread reader{[&, before = Alarms::count.load()] {
@@ -484,12 +484,12 @@ TEST_F(OpenOrvSerial, ATextThatFillsTheLineArrivesWholeThroughInterruptions)
     EXPECT_EQ(arrived, text);
 }
 
-TEST_F(OpenOrvSerial, AReceiverThatNeverReadsDoesNotHoldUpASendAndTheNextReadRaises)
+TEST_F(OpenOrvSerial, AReceiverThatNeverReadsDoesNotBlockASendAndTheNextReadThrows)
 {
     receiver_.write("text\r\n");
     send(std::string(1'000'000, 'x'));
     EXPECT_THROW((void)readLine(), SerialFailure);
-    send("more"); // at once: this line is given up
+    send("more"); // returns at once: a line that failed is not tried again
     EXPECT_THROW((void)readLine(), SerialFailure);
 
     const PseudoTerminal another;
@@ -527,7 +527,7 @@ TEST_F(OpenOrvSerial, NulAndEveryOtherByteIsData)
     EXPECT_EQ(readLine(), bytes);
 }
 
-TEST_F(OpenOrvSerial, ATextThatComesInPiecesIsReadWhole)
+TEST_F(OpenOrvSerial, ATextThatArrivesInPiecesIsReadWhole)
 {
     const std::string sentence = "$PMGNCSM,28*05\r\n";
     for (std::size_t cut = 0; cut < sentence.size(); ++cut) {
@@ -538,7 +538,7 @@ TEST_F(OpenOrvSerial, ATextThatComesInPiecesIsReadWhole)
     }
 }
 
-TEST_F(OpenOrvSerial, ATextThatComesByteByByteWhileWaitingIsReadWhole)
+TEST_F(OpenOrvSerial, ATextThatArrivesByteByByteWhileWaitingIsReadWhole)
 {
     std::thread receiver{[this] {
         for (const char byte : "$PMGNCSM,28*05\r\nx"s) {
@@ -550,7 +550,7 @@ TEST_F(OpenOrvSerial, ATextThatComesByteByByteWhileWaitingIsReadWhole)
     receiver.join();
 }
 
-TEST_F(OpenOrvSerial, WithoutATimeoutOnlyWhatHasComeIsRead)
+TEST_F(OpenOrvSerial, WithoutATimeoutOnlyWhatHasArrivedIsRead)
 {
     EXPECT_EQ(readLine(0), std::nullopt);
     EXPECT_EQ(readLine(-1), std::nullopt);
@@ -559,7 +559,7 @@ TEST_F(OpenOrvSerial, WithoutATimeoutOnlyWhatHasComeIsRead)
     EXPECT_EQ(readLine(0), "text");
 }
 
-TEST_F(OpenOrvSerial, OfATextThatIsTooLongTheEndIsRead)
+TEST_F(OpenOrvSerial, OnlyTheEndOfATooLongTextIsRead)
 {
     for (const std::size_t size : {4094U, 4095U, 4096U, 4097U, 4098U, 8192U, 100'000U}) {
         const auto text = textOf(size);
@@ -570,7 +570,7 @@ TEST_F(OpenOrvSerial, OfATextThatIsTooLongTheEndIsRead)
     }
 }
 
-TEST_F(OpenOrvSerial, OfATextThatIsTooLongTheEndIsKeptForTheNextRead)
+TEST_F(OpenOrvSerial, TheEndOfATooLongTextIsKeptForTheNextRead)
 {
     for (const std::size_t size : {4095U, 4096U, 4097U, 10'000U}) {
         const auto text = textOf(size);
@@ -584,8 +584,8 @@ TEST_F(OpenOrvSerial, OfATextThatIsTooLongTheEndIsKeptForTheNextRead)
     }
 }
 
-// A time-out that began anew with each byte would last until the line end comes.
-TEST_F(OpenOrvSerial, TheTimeoutIsOneForTheWholeReadHoweverMuchComes)
+// A timeout that restarted with each byte would last until the line end arrives.
+TEST_F(OpenOrvSerial, TheTimeoutCoversTheWholeReadHoweverMuchArrives)
 {
     for (const auto& [piece, pause] : {std::pair{"x"s, 2ms}, {std::string(1000, 'x'), 0ms}}) {
         Chatter chatter{receiver_, piece, pause};
@@ -611,7 +611,7 @@ TEST_F(OpenOrvSerial, SignalsNeitherEndNorProlongARead)
 
 // Failures.
 
-TEST_F(OpenOrvSerial, ALineThatFailsWhileWaitingRaises)
+TEST_F(OpenOrvSerial, ALineThatFailsWhileWaitingThrows)
 {
     std::thread hangUp{[this] {
         (void)receiver_.read(1);
@@ -622,7 +622,7 @@ TEST_F(OpenOrvSerial, ALineThatFailsWhileWaitingRaises)
     hangUp.join();
 }
 
-TEST_F(OpenOrvSerial, ALineThatHasFailedRaisesAtEachRead)
+TEST_F(OpenOrvSerial, ALineThatHasFailedThrowsAtEachRead)
 {
     receiver_.hangUp();
     for (const float timeout : {kLong, kLong, 0.0F})
@@ -631,7 +631,7 @@ TEST_F(OpenOrvSerial, ALineThatHasFailedRaisesAtEachRead)
     EXPECT_EQ(readLine(), std::nullopt);
 }
 
-TEST_F(OpenOrvSerial, SendingOnALineThatHasFailedIsSilentAndTheNextReadRaises)
+TEST_F(OpenOrvSerial, SendingOnALineThatHasFailedIsSilentAndTheNextReadThrows)
 {
     receiver_.write("a\r\nb\r\n");
     EXPECT_EQ(readLine(), "a");
@@ -640,14 +640,14 @@ TEST_F(OpenOrvSerial, SendingOnALineThatHasFailedIsSilentAndTheNextReadRaises)
     EXPECT_THROW((void)readLine(), SerialFailure);
 }
 
-TEST_F(OpenOrvSerial, ANewSpeedOnALineThatHasFailedRaises)
+TEST_F(OpenOrvSerial, ANewSpeedOnALineThatHasFailedThrows)
 {
     receiver_.hangUp();
     EXPECT_THROW(serial_->setBaudRate(9600), SerialFailure);
     EXPECT_THROW(serial_->setBaudRate(0), SerialFailure);
 }
 
-TEST_F(OpenOrvSerial, TheFailureTellsThePathAndTheReason)
+TEST_F(OpenOrvSerial, TheFailureNamesThePathAndTheReason)
 {
     receiver_.hangUp();
     try {
@@ -660,7 +660,7 @@ TEST_F(OpenOrvSerial, TheFailureTellsThePathAndTheReason)
 
 // Traffic.
 
-TEST_F(OpenOrvSerial, WhatGoesOverTheLineIsCounted)
+TEST_F(OpenOrvSerial, TrafficOverTheLineIsCounted)
 {
     const auto before = serialTraffic();
     send("12345");
@@ -675,7 +675,7 @@ TEST_F(OpenOrvSerial, WhatGoesOverTheLineIsCounted)
     EXPECT_EQ(after.bitsPerSecond, 4800);
 }
 
-TEST_F(OrvSerialTest, ASpeedCountsOnceALineHasTakenIt)
+TEST_F(OrvSerialTest, ASpeedIsReportedOnceALineRunsAtIt)
 {
     ASSERT_EQ(open(*serial_, receiver_), 0);
     serial_->close();

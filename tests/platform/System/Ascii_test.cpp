@@ -10,9 +10,9 @@
 namespace gps {
 namespace {
 
-TEST(Ascii, AByteAbove127IsFoundWhereverItStands)
+TEST(Ascii, AByteAbove127IsFoundAtEveryPosition)
 {
-    for (std::size_t size = 0; size < 70; ++size) { // some words, and what is left over
+    for (std::size_t size = 0; size < 70; ++size) { // several words and each remainder
         std::string text(size, '\x7F');
         EXPECT_TRUE(isAscii(text)) << size;
         for (std::size_t at = 0; at < size; ++at) {

@@ -40,7 +40,7 @@ std::int32_t codeOf(const std::optional<Error>& error)
     return error ? error->code() : 0;
 }
 
-/// The names in a folder, hidden ones too.
+/// The names in a folder, including hidden ones.
 std::vector<std::string> namesIn(const TemporaryFolder& folder)
 {
     std::vector<std::string> names;
@@ -74,7 +74,7 @@ TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
     EXPECT_THAT(namesIn(folder), ElementsAre("a.log"));
 }
 
-// The second flush of the file is what vfat needs; the last one is the folder's.
+// vfat needs the second flush of the file. The last flush is that of the folder.
 TEST(AtomicFile, FlushesTheFileBeforeAndAfterTheRenameAndThenTheFolder)
 {
     const TemporaryFolder folder;
@@ -166,7 +166,7 @@ TEST_P(AtomicFileHarmless, AFaultThatLosesNothingIsIgnored)
     EXPECT_THAT(namesIn(folder), ElementsAre("a"));
 }
 
-// A volume without locks, without modes, whose folders cannot be flushed; interrupted calls.
+// Volumes that have no locks or modes or cannot flush folders, and interrupted calls.
 INSTANTIATE_TEST_SUITE_P(Faults, AtomicFileHarmless,
                          testing::Values(Fault{"flock", EOPNOTSUPP, 1, 0},
                                          Fault{"fchmod", EPERM, 1, 0}, Fault{"write", EINTR, 1, 0},

@@ -22,7 +22,7 @@ std::string plist(const std::string& content)
     return "<plist version=\"1.0\">" + content + "</plist>";
 }
 
-/// A bundle of a test's own.
+/// A bundle in a temporary folder.
 class BundleTest : public testing::Test {
 protected:
     [[nodiscard]] Bundle bundle() const { return Bundle{folder_.path("A.bundle")}; }
@@ -60,7 +60,7 @@ TEST_F(BundleTest, TheExecutableIsTheOneThatInfoPlistNames)
     EXPECT_EQ(bundle().executablePath(), path("Linux/A.so"));
 }
 
-TEST_F(BundleTest, AnExecutableOutsideTheBundleIsNone)
+TEST_F(BundleTest, AnExecutableOutsideTheBundleIsRejected)
 {
     for (const char* name : {"<string></string>", "<string>../../../A.so</string>",
                              "<string>/A.so</string>", "<integer>1</integer>"}) {
@@ -70,7 +70,7 @@ TEST_F(BundleTest, AnExecutableOutsideTheBundleIsNone)
     }
 }
 
-TEST_F(BundleTest, AResourceIsAFileThatIsThere)
+TEST_F(BundleTest, AResourceIsAFileThatExists)
 {
     put("Resources/a.plist", "");
     put("Resources/folder.plist/inside", "");
@@ -113,7 +113,7 @@ TEST_F(BundleTest, AViewComesWithItsOutletsConnected)
     EXPECT_EQ(outlets->gpsView->find<Button>("deviceButton"), outlets->deviceButton.get());
 }
 
-TEST_F(BundleTest, AnOutletThatTheViewLacksOrHasInAnotherClassIsNull)
+TEST_F(BundleTest, AnOutletIsNullIfItsViewIsMissingOrOfAnotherClass)
 {
     const auto outlets = load(
         R"(<dict><key>class</key><string>View</string> <key>identifier</key><string>gpsView</string>
@@ -139,7 +139,7 @@ TEST_F(BundleTest, AnOutletKeepsTheWholeViewAlive)
     EXPECT_TRUE(root.expired());
 }
 
-TEST_F(BundleTest, AMissingOrBrokenViewIsNone)
+TEST_F(BundleTest, AMissingOrBrokenViewIsNotLoaded)
 {
     EXPECT_FALSE(bundle().loadView("V"));
     const std::string start =
@@ -179,7 +179,7 @@ TEST_F(BundleTest, WithoutATableAStringIsItsKey)
     EXPECT_EQ(bundle().localizedString(""), "");
 }
 
-/// A copy of a small system library, loaded from a place of its own.
+/// A copy of a small system library, loaded from the given path.
 class LoadedCopy {
 public:
     explicit LoadedCopy(const std::string& path, const std::string& loadedAs)
@@ -200,7 +200,7 @@ public:
     LoadedCopy(const LoadedCopy&) = delete;
     LoadedCopy& operator=(const LoadedCopy&) = delete;
 
-    /// An address inside it; null when it could not be loaded.
+    /// An address inside it; null if it could not be loaded.
     [[nodiscard]] const void* address() const
     {
         const link_map* map = nullptr;
@@ -212,7 +212,7 @@ private:
     void* module_ = nullptr;
 };
 
-TEST_F(BundleTest, AModulesAddressLeadsToItsBundle)
+TEST_F(BundleTest, AnAddressInAModuleLeadsToItsBundle)
 {
     put("Info.plist", plist("<dict/>"));
     const LoadedCopy module{path("Linux/A.so"), path("Linux/A.so")};
@@ -233,14 +233,14 @@ TEST_F(BundleTest, ALinkToABundleLeadsToTheBundleItself)
     EXPECT_EQ(found->path(), std::filesystem::canonical(bundle().path()));
 }
 
-TEST_F(BundleTest, AModuleBesideNoInfoPlistLiesInNoBundle)
+TEST_F(BundleTest, AModuleWithoutAnInfoPlistIsNotInABundle)
 {
     const LoadedCopy module{path("Linux/A.so"), path("Linux/A.so")};
     ASSERT_NE(module.address(), nullptr);
     EXPECT_FALSE(Bundle::containing(module.address()));
 }
 
-TEST_F(BundleTest, AnAddressOfNoModuleLiesInNoBundle)
+TEST_F(BundleTest, AnAddressOutsideAnyModuleIsNotInABundle)
 {
     const auto onHeap = std::make_unique<int>(0);
     EXPECT_FALSE(Bundle::containing(onHeap.get()));

@@ -46,8 +46,8 @@ TEST(DetachedThread, KeepsWhatTheBodyHoldsUntilItHasReturned)
     EXPECT_TRUE(released.get_future().get());
 }
 
-/// In a process of its own, as a user whose threads are counted.
-[[noreturn]] void exitWithErrorOfAThreadTooMany()
+/// Runs in its own process, as a user to whom the limit on threads applies.
+[[noreturn]] void exitWithErrorOfOneThreadTooMany()
 {
     const rlimit none{0, 0};
     if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::geteuid() == 0 && ::setuid(65534) != 0))
@@ -60,10 +60,10 @@ TEST(DetachedThread, KeepsWhatTheBodyHoldsUntilItHasReturned)
                 : 1);
 }
 
-TEST(DetachedThread, NoFurtherThreadIsAnErrorOfTheSystem)
+TEST(DetachedThread, AThreadThatCannotBeStartedIsASystemError)
 {
     GTEST_FLAG_SET(death_test_style, "fast");
-    EXPECT_EXIT(exitWithErrorOfAThreadTooMany(), testing::ExitedWithCode(42), "");
+    EXPECT_EXIT(exitWithErrorOfOneThreadTooMany(), testing::ExitedWithCode(42), "");
 }
 
 } // namespace

@@ -36,7 +36,7 @@ TEST(DeviceMonitor, WithoutAChangeTheWaitLastsAsLongAsGiven)
     }
 }
 
-TEST(DeviceMonitor, SomethingToReadFromTheWakeUpFileEndsTheWait)
+TEST(DeviceMonitor, InputOnTheWakeUpFileEndsTheWait)
 {
     std::array<int, 2> pipe{};
     ASSERT_EQ(::pipe(pipe.data()), 0);
@@ -51,11 +51,11 @@ TEST(DeviceMonitor, SomethingToReadFromTheWakeUpFileEndsTheWait)
     ::close(pipe[1]);
 }
 
-TEST(DeviceMonitor, AMountAndAnUnmountAreChangesOfVolumesOnceEach)
+TEST(DeviceMonitor, AMountAndAnUnmountAreReportedOnceEach)
 {
     const support::TemporaryFolder outer;
     const support::PrivateMount own{outer.path(),
-                                    ""}; // from here on the table is this process's own
+                                    ""}; // from now on this process has its own mount table
     if (!own.isMounted())
         GTEST_SKIP() << "mounting is not permitted";
     const auto inside = outer.makeFolder("inside");
@@ -71,7 +71,7 @@ TEST(DeviceMonitor, AMountAndAnUnmountAreChangesOfVolumesOnceEach)
     EXPECT_FALSE(monitor.wait(0ms).volumes);
 }
 
-TEST(DeviceMonitor, AChangeIsWaitedOnForMoreThatComeCloseButNoLongerThanTheLimit)
+TEST(DeviceMonitor, AfterAChangeItWaitsForMoreButNoLongerThanTheLimit)
 {
     const support::TemporaryFolder outer;
     const support::PrivateMount own{outer.path(), ""};
@@ -93,7 +93,7 @@ TEST(DeviceMonitor, AChangeIsWaitedOnForMoreThatComeCloseButNoLongerThanTheLimit
     EXPECT_LT(shortest, 190ms);
 }
 
-/// Interrupts calls that wait, again and again while it lives.
+/// Interrupts waiting calls repeatedly during its lifetime.
 class Alarms {
 public:
     Alarms()
@@ -117,7 +117,7 @@ private:
     struct sigaction before_ {};
 };
 
-TEST(DeviceMonitor, ASignalEndsAWaitForEver)
+TEST(DeviceMonitor, ASignalEndsAnUnlimitedWait)
 {
     DeviceMonitor monitor;
     const Alarms alarms;

@@ -27,7 +27,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// All entries; a folder with a "/" behind it.
+/// All entries, folders with a trailing "/".
 std::vector<std::string> walk(DirectoryEnumerator entries)
 {
     std::vector<std::string> paths;
@@ -36,7 +36,7 @@ std::vector<std::string> walk(DirectoryEnumerator entries)
     return paths;
 }
 
-class LinesHeard {
+class LogLines {
 public:
     [[nodiscard]] const std::vector<std::string>& lines() const { return lines_; }
 
@@ -64,7 +64,7 @@ TEST(DirectoryEnumerator, HiddenFilesAreEntriesToo)
     EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre(".hidden"));
 }
 
-TEST(DirectoryEnumerator, LinksAreEntriesAndNeverDescendedInto)
+TEST(DirectoryEnumerator, LinksAreEntriesThatAreNeverDescendedInto)
 {
     const TemporaryFolder folder;
     folder.put("a/file", "");
@@ -83,7 +83,7 @@ TEST(DirectoryEnumerator, ALinkToTheWalkedFolderItselfIsFollowed)
     EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("link"))), ElementsAre("file"));
 }
 
-TEST(DirectoryEnumerator, SkipsTheDescendantsOfTheLastEntryAlone)
+TEST(DirectoryEnumerator, SkipsOnlyTheDescendantsOfTheLastEntry)
 {
     const TemporaryFolder folder;
     folder.put("a/x", "");
@@ -105,7 +105,7 @@ TEST(DirectoryEnumerator, SkippingAfterAFileChangesNothing)
     EXPECT_THAT(walk(std::move(entries)), ElementsAre("b/", "b/y"));
 }
 
-TEST(DirectoryEnumerator, AnEmptyFolderHasNothingAndNeitherHasItsSecondEnd)
+TEST(DirectoryEnumerator, AnEmptyFolderHasNoEntriesHoweverOftenItIsAsked)
 {
     const TemporaryFolder folder;
     auto entries = FileManager{}.enumerator(folder.path());
@@ -113,50 +113,50 @@ TEST(DirectoryEnumerator, AnEmptyFolderHasNothingAndNeitherHasItsSecondEnd)
     EXPECT_FALSE(entries.next());
 }
 
-TEST(DirectoryEnumerator, WhatIsNotThereIsEmptyWithoutAWord)
+TEST(DirectoryEnumerator, AMissingFolderIsEmptyAndNotLogged)
 {
     const TemporaryFolder folder;
-    const LinesHeard heard;
+    const LogLines logged;
     EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("none"))), IsEmpty());
-    EXPECT_THAT(heard.lines(), IsEmpty());
+    EXPECT_THAT(logged.lines(), IsEmpty());
 }
 
-TEST(DirectoryEnumerator, AFileIsEmptyWithALogLine)
+TEST(DirectoryEnumerator, AFileIsEmptyAndLogged)
 {
     const TemporaryFolder folder;
     folder.put("file", "");
-    const LinesHeard heard;
+    const LogLines logged;
     EXPECT_THAT(walk(FileManager{}.enumerator(folder.path("file"))), IsEmpty());
-    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr(folder.path("file"))));
+    EXPECT_THAT(logged.lines(), ElementsAre(HasSubstr(folder.path("file"))));
 }
 
-TEST(DirectoryEnumerator, AFolderThatIsRefusedIsPassedOverWithALogLine)
+TEST(DirectoryEnumerator, AFolderWithoutPermissionIsSkippedAndLogged)
 {
     const TemporaryFolder folder;
     folder.put("a/x", "");
     folder.put("b", "");
     ASSERT_EQ(::chmod(folder.path("a").c_str(), 0), 0);
-    const LinesHeard heard;
+    const LogLines logged;
     {
         const support::AsNobody nobody;
         EXPECT_THAT(walk(FileManager{}.enumerator(folder.path())), ElementsAre("a/", "b"));
     }
-    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr("Permission denied")));
+    EXPECT_THAT(logged.lines(), ElementsAre(HasSubstr("Permission denied")));
     ASSERT_EQ(::chmod(folder.path("a").c_str(), 0755), 0);
 }
 
-TEST(DirectoryEnumerator, AListingThatBreaksOffIsWalkedAsFarAsItWent)
+TEST(DirectoryEnumerator, AListingThatFailsPartwayYieldsTheEntriesBeforeTheFailure)
 {
     const TemporaryFolder folder;
     for (const char* name : {"a", "b", "c", "d"})
         folder.put(name, "");
     OneFault files{"readdir", EIO, 4};
-    const LinesHeard heard;
+    const LogLines logged;
     const auto paths = walk(FileManager{&files}.enumerator(folder.path()));
     EXPECT_GE(paths.size(), 1U); // three were listed, of which up to two are "." and ".."
     EXPECT_LE(paths.size(), 3U);
     EXPECT_TRUE(files.happened());
-    EXPECT_THAT(heard.lines(), ElementsAre(HasSubstr("Input/output error")));
+    EXPECT_THAT(logged.lines(), ElementsAre(HasSubstr("Input/output error")));
 }
 
 TEST(DirectoryEnumerator, RemembersTheFirstFailureButNotAMissingFolder)
@@ -164,7 +164,7 @@ TEST(DirectoryEnumerator, RemembersTheFirstFailureButNotAMissingFolder)
     const TemporaryFolder folder;
     folder.put("a/file", "");
     folder.put("b/file", "");
-    const LinesHeard heard;
+    const LogLines logged;
     const auto failureWith = [&](OneFault files) {
         auto entries = FileManager{&files}.enumerator(folder.path());
         while (entries.next()) {
@@ -180,7 +180,7 @@ TEST(DirectoryEnumerator, RemembersTheFirstFailureButNotAMissingFolder)
 
 TEST(DirectoryEnumerator, AnEntryOfUnknownTypeIsLookedUp)
 {
-    class Untold : public FileSystem {
+    class WithoutTypes : public FileSystem {
     public:
         dirent* readdir(DIR* folder) override
         {
@@ -197,7 +197,7 @@ TEST(DirectoryEnumerator, AnEntryOfUnknownTypeIsLookedUp)
                 ElementsAre("a/", "a/file", "a/loop"));
 }
 
-TEST(DirectoryEnumerator, AFolderThatVanishesMidwayEndsTheWalkOfItAlone)
+TEST(DirectoryEnumerator, AFolderThatVanishesEndsOnlyItsOwnWalk)
 {
     const TemporaryFolder folder;
     folder.makeFolder("a");

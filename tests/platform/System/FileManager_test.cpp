@@ -42,7 +42,7 @@ TEST(FileManager, ReadsAWholeAsciiFile)
     EXPECT_EQ(text, "one\r\ntwo\r\n");
 }
 
-TEST(FileManager, ReadsFilesOfEverySizeAroundAPiece)
+TEST(FileManager, ReadsFilesOfEverySizeAroundABlock)
 {
     const TemporaryFolder folder;
     for (const std::size_t size :
@@ -92,7 +92,7 @@ TEST(FileManager, AMissingFileIsCode260WithThePathAndTheSystemsText)
     EXPECT_EQ(text, "");
 }
 
-TEST(FileManager, ARefusedFileIsCode257)
+TEST(FileManager, AFileWithoutPermissionIsCode257)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "text");
@@ -142,7 +142,7 @@ TEST(FileManager, ALoopOfLinksIsCode256)
     EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(folder.path("a"), text)), 256);
 }
 
-TEST(FileManager, AFileOfTheLimitIsReadAndALargerOneIsNot)
+TEST(FileManager, AFileAsLargeAsTheLimitIsReadAndALargerOneIsNot)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "12345678");
@@ -153,7 +153,7 @@ TEST(FileManager, AFileOfTheLimitIsReadAndALargerOneIsNot)
     EXPECT_EQ(bytes, "");
 }
 
-TEST(FileManager, AFileBeyondTheLargestIsRefusedBeforeMemoryIsTaken)
+TEST(FileManager, ATooLargeFileIsRejectedBeforeMemoryIsAllocated)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "");
@@ -164,7 +164,7 @@ TEST(FileManager, AFileBeyondTheLargestIsRefusedBeforeMemoryIsTaken)
     EXPECT_LT(text.capacity(), 1U << 20);
 }
 
-TEST(FileManager, AFileThatTellsNoSizeIsReadToItsEndAndWithinTheLimit)
+TEST(FileManager, AFileThatReportsNoSizeIsReadToItsEndWithinTheLimit)
 {
     std::string bytes;
     EXPECT_EQ(FileManager{}.readFile("/proc/self/status", bytes), std::nullopt);
@@ -172,7 +172,7 @@ TEST(FileManager, AFileThatTellsNoSizeIsReadToItsEndAndWithinTheLimit)
     EXPECT_EQ(codeOf(FileManager{}.readFile("/proc/self/status", bytes, 10)), 256);
 }
 
-TEST(FileManager, ReadsTheFrontAsFarAsItGoes)
+TEST(FileManager, ReadsTheFrontUpToTheEndOfTheFile)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "12345678");
@@ -237,7 +237,7 @@ TEST(FileManager, SystemErrorsOfAReadMapToTheirCodes)
     }
 }
 
-TEST(FileManager, TellsFilesFromFoldersAndFollowsLinks)
+TEST(FileManager, DistinguishesFilesFromFoldersAndFollowsLinks)
 {
     const TemporaryFolder folder;
     folder.put("file", "");
@@ -256,7 +256,7 @@ TEST(FileManager, TellsFilesFromFoldersAndFollowsLinks)
     EXPECT_FALSE(FileManager{}.fileExists(""));
 }
 
-TEST(FileManager, RemovesAFileAndAFolderWithAllInIt)
+TEST(FileManager, RemovesAFileAndAFolderWithItsContents)
 {
     const TemporaryFolder folder;
     folder.put("folder/a/b", "text");
@@ -269,13 +269,13 @@ TEST(FileManager, RemovesAFileAndAFolderWithAllInIt)
     EXPECT_FALSE(FileManager{}.fileExists(folder.path("outside")));
 }
 
-TEST(FileManager, RemovingWhatIsNotThereIsCode4)
+TEST(FileManager, RemovingAMissingFileIsCode4)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(codeOf(FileManager{}.removeItem(folder.path("a"))), 4);
 }
 
-TEST(FileManager, ARefusedRemovalIsCode513)
+TEST(FileManager, ARemovalWithoutPermissionIsCode513)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("a", "text");
@@ -286,14 +286,14 @@ TEST(FileManager, ARefusedRemovalIsCode513)
     EXPECT_EQ(folder.read("a"), "text");
 }
 
-TEST(WriteObstacle, IsNoneForANewAndForAPresentFile)
+TEST(WriteObstacle, IsNulloptForANewAndForAnExistingFile)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(FileManager{}.writeObstacle(folder.path("new")), std::nullopt);
     EXPECT_EQ(FileManager{}.writeObstacle(folder.put("present", "x")), std::nullopt);
 }
 
-TEST(WriteObstacle, IsWhatAWriteWouldMeetWhereItCanBeSeen)
+TEST(WriteObstacle, IsTheErrorThatAWriteWouldReport)
 {
     const TemporaryFolder folder;
     folder.put("file", "x");
@@ -306,7 +306,7 @@ TEST(WriteObstacle, IsWhatAWriteWouldMeetWhereItCanBeSeen)
     }
 }
 
-TEST(WriteObstacle, IsARefusedFolder)
+TEST(WriteObstacle, IsAFolderWithoutPermission)
 {
     const TemporaryFolder folder;
     const auto path = folder.put("refused/file", "x");

@@ -27,7 +27,7 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-/// What goes to the standard error stream while this lives.
+/// Captures the standard error stream during its lifetime.
 class StandardError {
 public:
     StandardError()
@@ -70,14 +70,14 @@ TEST(Log, AnErrorIsALineWithItsSource)
     EXPECT_EQ(out.text(), "MagellanGPSPlugin: " + error.text() + "\n");
 }
 
-TEST(Log, LineBreaksAndTerminalCommandsStayInTheirLine)
+TEST(Log, LineBreaksAndTerminalCommandsAreReplacedBySpaces)
 {
     StandardError out;
     logLine("a\r\nb\x1B[2Jc\x7F\xC3\xA9");
     EXPECT_EQ(out.text(), "a  b [2Jc \xC3\xA9\n");
 }
 
-TEST(Log, AListenerHearsLinesAndErrorsAsTheyAre)
+TEST(Log, AListenerGetsLinesAndErrorsUnchanged)
 {
     const Error error{"domain", 7};
     std::vector<std::string> lines;
@@ -90,12 +90,12 @@ TEST(Log, AListenerHearsLinesAndErrorsAsTheyAre)
         logLine("a\r\n");
         logError("Source", error);
     }
-    logLine("unheard");
+    logLine("not received");
     EXPECT_THAT(lines, ElementsAre("a\r\n", "Source: " + error.text()));
     EXPECT_THAT(errors, ElementsAre(nullptr, &error));
 }
 
-TEST(Log, EachListenerHearsUntilItsOwnEnd)
+TEST(Log, EachListenerGetsLinesUntilItsOwnEnd)
 {
     int first = 0;
     int second = 0;
@@ -109,7 +109,7 @@ TEST(Log, EachListenerHearsUntilItsOwnEnd)
     EXPECT_EQ(second, 1);
 }
 
-TEST(Log, LinesOfManyThreadsStayWholeAndAllAreHeard)
+TEST(Log, LinesOfManyThreadsStayWholeAndReachTheListener)
 {
     constexpr int kThreads = 4;
     constexpr int kLines = 250;
@@ -134,7 +134,7 @@ TEST(Log, LinesOfManyThreadsStayWholeAndAllAreHeard)
         ASSERT_EQ(text.substr(at, 51), std::string(50, text[at]) + '\n');
 }
 
-TEST(Log, NothingIsHeardOfAfterAListenersEndWhileOthersWrite)
+TEST(Log, AListenerIsNotCalledAfterItsEndWhileOthersWrite)
 {
     std::atomic<bool> stop{false};
     std::thread writer{[&stop] {
@@ -152,7 +152,7 @@ TEST(Log, NothingIsHeardOfAfterAListenersEndWhileOthersWrite)
     writer.join();
 }
 
-/// The system log's end of the line, in a /dev that only this process sees.
+/// The system log's socket, in a /dev that only this process sees.
 class SystemLog {
 public:
     SystemLog()
@@ -184,7 +184,7 @@ private:
     bool listens_ = false;
 };
 
-TEST(Log, TheSystemLogGetsTheLineUnderTheProgramsName)
+TEST(Log, TheSystemLogGetsTheLineWithTheProgramsName)
 {
     const SystemLog log;
     if (!log.listens())
@@ -195,7 +195,7 @@ TEST(Log, TheSystemLogGetsTheLineUnderTheProgramsName)
     EXPECT_THAT(line, EndsWith("]: a line with 100%s"));
 }
 
-TEST(Log, TheSystemLogGetsALongLinesFrontCutBetweenCharacters)
+TEST(Log, TheSystemLogGetsTheFrontOfALongLineCutBetweenCharacters)
 {
     const SystemLog log;
     if (!log.listens())

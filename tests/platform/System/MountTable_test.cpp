@@ -29,7 +29,7 @@ TEST(MountTable, ReadsLinesInOrder)
         "0:21|/proc|proc\n254:1|/|/dev/vda1\n8:17|/media/GPS|/dev/sdb1\n");
 }
 
-TEST(MountTable, OctalEscapesAreUndone)
+TEST(MountTable, OctalEscapesAreDecoded)
 {
     EXPECT_EQ(describe(parseMountTable(
                   R"(95 27 8:17 / /media/MY\040GPS\011\012\134\043 rw - vfat /dev/a\040b rw)")),
@@ -40,12 +40,12 @@ TEST(MountTable, OctalEscapesAreUndone)
               "8:17|/\\04\\08\\400\\x\\|\\\n");
 }
 
-TEST(MountTable, AnEmptySourceIsOne)
+TEST(MountTable, AnEmptySourceIsAccepted)
 {
     EXPECT_EQ(describe(parseMountTable("95 27 0:50 / /a rw - tmpfs  rw")), "0:50|/a|\n");
 }
 
-TEST(MountTable, ALineOfAnotherFormIsPassedOver)
+TEST(MountTable, AMalformedLineIsSkipped)
 {
     const char* const lines[] = {"",
                                  " ",
@@ -73,7 +73,7 @@ TEST(MountTable, ALineOfAnotherFormIsPassedOver)
             << line;
 }
 
-TEST(MountTable, EveryCutOfALineIsPassedOverOrWhole)
+TEST(MountTable, ATruncatedLineIsSkippedUnlessOnlyItsLastCharacterIsMissing)
 {
     const std::string line = R"(95 27 8:17 / /a\040b rw shared:1 - vfat /dev/sdb1 rw)";
     for (std::size_t length = 0; length <= line.size(); ++length)

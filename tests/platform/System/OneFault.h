@@ -37,7 +37,7 @@ public:
     }
     int close(int file) override
     {
-        const bool isDue = fails("close"); // closed nevertheless, as the system does it
+        const bool isDue = fails("close"); // closes the file even if it fails, as the system does
         const int result = FileSystem::close(file);
         if (isDue)
             errno = error_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A small volume in memory that only this process sees. Needs root's rights; a test without them is
-// skipped.
+// A small volume in memory that only this process sees. Needs root's privileges; tests without
+// them are skipped.
 
 #pragma once
 
@@ -30,7 +30,7 @@ public:
     [[nodiscard]] bool isMounted() const { return mounted_; }
 
 private:
-    /// One mount table a process, however many mounts.
+    /// Gives the process its own mount table once, however many mounts follow.
     static bool hasOwnTable()
     {
         static const bool own = ::unshare(CLONE_NEWNS) == 0 &&

@@ -39,7 +39,7 @@ Value read(std::string_view xml)
     return error ? Value{"ERROR: " + *error->description()} : value;
 }
 
-TEST(PropertyList, ReadsEveryTypeInTheFilesOrder)
+TEST(PropertyList, ReadsEveryTypeInFileOrder)
 {
     const auto value = read(R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist SYSTEM "PropertyList-1.0.dtd">
@@ -72,7 +72,7 @@ TEST(PropertyList, ReadsEveryTypeInTheFilesOrder)
     EXPECT_EQ(dictionary->find("yes")->as<Number>()->type(), NumberType::kBool);
 }
 
-TEST(PropertyList, TakesWhatIsOne)
+TEST(PropertyList, AcceptsValidLists)
 {
     const std::pair<std::string, Value> rows[] = {
         {plist("<string/>"), ""},
@@ -101,7 +101,7 @@ TEST(PropertyList, TakesWhatIsOne)
         EXPECT_EQ(read(xml), value) << xml << "\n" << describe(read(xml));
 }
 
-TEST(PropertyList, RefusesWhatIsNone)
+TEST(PropertyList, RejectsInvalidLists)
 {
     const std::pair<std::string, const char*> rows[] = {
         {"", "has no <plist>"},
@@ -160,13 +160,13 @@ TEST(PropertyList, RefusesWhatIsNone)
     }
 }
 
-TEST(PropertyList, AnErrorTellsTheByteWhereItLies)
+TEST(PropertyList, AnErrorNamesTheByteOffset)
 {
     EXPECT_EQ(read("<plist><foo/></plist>"),
               Value{"ERROR: The property list has the unknown element <foo> at byte 8."});
 }
 
-TEST(PropertyList, EveryCutOfAListIsRefused)
+TEST(PropertyList, EveryTruncatedListIsRejected)
 {
     const auto xml = plist("<dict><key>a</key><string>b</string></dict>");
     for (std::size_t length = 0; length < xml.size(); ++length) {
@@ -200,7 +200,7 @@ TEST(PropertyList, OneMebibyteIsReadAndOneByteMoreIsNot)
     EXPECT_THAT(*read(largest + " ").as<std::string>(), HasSubstr("is too large"));
 }
 
-TEST(PropertyList, AFileGivesItsReadErrors)
+TEST(PropertyList, ReadErrorsOfAFileAreReturned)
 {
     const TemporaryFolder folder;
     Value value;
@@ -215,7 +215,7 @@ TEST(PropertyList, AFileGivesItsReadErrors)
     EXPECT_EQ(value, Value{true});
 }
 
-TEST(PropertyList, ADictionaryFileHoldsADictionary)
+TEST(PropertyList, ADictionaryIsReadOnlyFromAFileThatHoldsOne)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(

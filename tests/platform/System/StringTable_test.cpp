@@ -14,7 +14,7 @@ TEST(StringTable, ReadsKeysAndValuesInOrder)
     EXPECT_EQ(describe(parseStringTable("\"b\" = \"B\";\n\"a\"=\"A\";")), R"({b = "B", a = "A"})");
 }
 
-TEST(StringTable, TakesCommentsWhiteSpaceAndEscapes)
+TEST(StringTable, AcceptsCommentsWhiteSpaceAndEscapes)
 {
     const std::pair<const char*, Dictionary> rows[] = {
         {"", {}},
@@ -34,7 +34,7 @@ TEST(StringTable, TakesCommentsWhiteSpaceAndEscapes)
                                                  << describe(parseStringTable(text));
 }
 
-TEST(StringTable, KeepsWhatComesBeforeAMistake)
+TEST(StringTable, KeepsTheEntriesBeforeAMistake)
 {
     const char* const mistakes[] = {
         "\"b\"",          "\"b\" = ",         "\"b\" = \"B\"",    "\"b\" \"B\";",

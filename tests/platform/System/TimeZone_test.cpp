@@ -41,7 +41,7 @@ TEST(TimeZone, InstantsBeyondTheTablesHaveAnOffset)
     }
 }
 
-TEST(TimeZone, WhatIsNoZonesNameHasNoOffset)
+TEST(TimeZone, AnInvalidNameHasNoOffset)
 {
     const std::string names[] = {"",
                                  "Nowhere",

@@ -38,7 +38,7 @@ TEST(UserDefaults, ReadsAnArrayOfStringsInItsOrder)
     EXPECT_THAT(defaults.stringArrayForKey("List"), Optional(ElementsAre("b", "a")));
 }
 
-TEST(UserDefaults, WhatIsNoArrayOfStringsAloneIsNone)
+TEST(UserDefaults, AValueThatIsNotAnArrayOfStringsIsMissing)
 {
     const TemporaryFolder folder;
     const UserDefaults defaults{folder.put(
@@ -51,7 +51,7 @@ TEST(UserDefaults, WhatIsNoArrayOfStringsAloneIsNone)
     EXPECT_THAT(defaults.stringArrayForKey("Empty"), Optional(IsEmpty()));
 }
 
-TEST(UserDefaults, AMissingOrBrokenFileIsAnEmptyOne)
+TEST(UserDefaults, AMissingOrBrokenFileHasNoValues)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(UserDefaults{folder.path("none")}.stringArrayForKey("List"), std::nullopt);
@@ -60,7 +60,7 @@ TEST(UserDefaults, AMissingOrBrokenFileIsAnEmptyOne)
     EXPECT_EQ(UserDefaults{folder.path()}.stringArrayForKey("List"), std::nullopt);
 }
 
-TEST(UserDefaults, AChangeOfTheFileIsSeenAtTheNextQuestion)
+TEST(UserDefaults, AChangeOfTheFileIsSeenAtTheNextLookup)
 {
     const TemporaryFolder folder;
     const UserDefaults defaults{folder.put("d", listOf("old"))};
@@ -69,7 +69,7 @@ TEST(UserDefaults, AChangeOfTheFileIsSeenAtTheNextQuestion)
     EXPECT_THAT(defaults.stringArrayForKey("List"), Optional(ElementsAre("new")));
 }
 
-TEST(UserDefaults, AValueForThisRunStandsInFrontUntilItIsTakenAway)
+TEST(UserDefaults, AValueForThisRunHidesTheStoredOneUntilItIsRemoved)
 {
     const TemporaryFolder folder;
     UserDefaults defaults{folder.put("d", listOf("stored"))};
@@ -88,7 +88,7 @@ TEST(UserDefaults, AValueForThisRunOfAnotherTypeHidesTheStoredOne)
     EXPECT_EQ(defaults.stringArrayForKey("List"), std::nullopt);
 }
 
-/// In a process of its own, since the process's defaults are looked up once.
+/// Runs in its own process, since a process looks its defaults up only once.
 [[noreturn]] void exitWithStandardList(const char* configuration, const char* home,
                                        const char* expected)
 {
@@ -99,7 +99,7 @@ TEST(UserDefaults, AValueForThisRunOfAnotherTypeHidesTheStoredOne)
     ::_exit(list == std::vector<std::string>{expected} ? 42 : 1);
 }
 
-TEST(UserDefaults, TheStandardOnesLieInTheConfigurationFolderOrElseInTheHomeFolder)
+TEST(UserDefaults, StandardDefaultsAreInTheConfigurationFolderOrTheHomeFolder)
 {
     GTEST_FLAG_SET(death_test_style, "fast");
     const TemporaryFolder folder;

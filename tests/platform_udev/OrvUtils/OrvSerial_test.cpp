@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The line on a mocked device, which can hold output back as a real one does.
+// A serial line on a mocked device, which can delay output like a real one.
 
 #include "../Testbed.h"
 
@@ -38,16 +38,16 @@ protected:
         g_object_unref(device_);
     }
 
-    /// The device's side of the questions that are asked of it. [umockdev's thread]
+    /// Answers the ioctl requests to the device. [umockdev's thread]
     static gboolean answer(UMockdevIoctlBase* /*device*/, UMockdevIoctlClient* client,
                            SlowLineTest* test)
     {
         if (umockdev_ioctl_client_get_request(client) != TIOCOUTQ)
             return FALSE;
-        const int waiting = test->looksUntilEmpty_ > 0 ? 1 : 0;
+        const int waiting = test->queriesUntilEmpty_ > 0 ? 1 : 0;
         if (waiting != 0)
-            --test->looksUntilEmpty_;
-        ++test->looks_;
+            --test->queriesUntilEmpty_;
+        ++test->queries_;
         test->speedWhileWaiting_ = test->speed();
         auto* const number = umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0,
                                                          sizeof waiting, nullptr);
@@ -69,25 +69,25 @@ protected:
     UMockdevIoctlBase* device_ = umockdev_ioctl_base_new();
     int receiver_ = -1;
     std::unique_ptr<OrvSerial> serial_ = OrvSerial::create();
-    std::atomic<int> looksUntilEmpty_{0};
-    std::atomic<int> looks_{0};
+    std::atomic<int> queriesUntilEmpty_{0};
+    std::atomic<int> queries_{0};
     std::atomic<speed_t> speedWhileWaiting_{B0};
 };
 
-TEST_F(SlowLineTest, ASpeedIsChangedWhenTheOutputHasLeft)
+TEST_F(SlowLineTest, ASpeedIsChangedAfterTheOutputWasSent)
 {
     ASSERT_EQ(serial_->openWithDevicePath(kPort), 0);
-    looksUntilEmpty_ = 5;
+    queriesUntilEmpty_ = 5;
     serial_->setBaudRate(9600);
-    EXPECT_EQ(looks_, 6);
+    EXPECT_EQ(queries_, 6);
     EXPECT_EQ(speedWhileWaiting_, speed_t{B4800});
     EXPECT_EQ(speed(), speed_t{B9600});
 }
 
-TEST_F(SlowLineTest, ALineThatIsStuckDoesNotHoldUpAChangeOfSpeed)
+TEST_F(SlowLineTest, ALineThatIsStuckDoesNotBlockAChangeOfSpeed)
 {
     ASSERT_EQ(serial_->openWithDevicePath(kPort), 0);
-    looksUntilEmpty_ = 1'000'000'000;
+    queriesUntilEmpty_ = 1'000'000'000;
     serial_->setBaudRate(9600);
     EXPECT_EQ(speedWhileWaiting_, speed_t{B4800});
     EXPECT_EQ(speed(), speed_t{B9600});

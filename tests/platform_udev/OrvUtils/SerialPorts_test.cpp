@@ -34,7 +34,7 @@ class SerialPortsTest : public testing::Test {
 protected:
     SerialPortsTest()
     {
-        setTestPorts({}); // and none of the user's own
+        setTestPorts({}); // not those of the user who runs the test
         testbed_.add(
             "P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nA: product=Host "
             "controller\\n\n\n"
@@ -47,7 +47,7 @@ protected:
         UserDefaults::standard().setForThisRun(kTestPortsKey, std::move(paths));
     }
 
-    /// An adapter with its port. @param attributes  of the adapter, as "product=X"
+    /// Adds an adapter with its port. @param attributes  of the adapter, as "product=X"
     void addAdapter(const std::string& port, const std::vector<std::string>& attributes) const
     {
         const auto adapter = "/devices/pci0/usb1/" + port;
@@ -77,7 +77,7 @@ TEST_F(SerialPortsTest, WithoutPortsTheListIsEmpty)
     EXPECT_THAT(getSerialPorts(), IsEmpty());
 }
 
-TEST_F(SerialPortsTest, AUsbPortIsKnownByItsAdapter)
+TEST_F(SerialPortsTest, AUsbPortIsNamedAfterItsAdapter)
 {
     addAdapter("ttyUSB0",
                {"product=USB-Serial Controller", "idVendor=067b", "idProduct=2303", "serial=A1B2"});
@@ -89,31 +89,31 @@ TEST_F(SerialPortsTest, AUsbPortIsKnownByItsAdapter)
     EXPECT_TRUE(getSerialPorts() == expected);
 }
 
-TEST_F(SerialPortsTest, WhatAnAdapterDoesNotTellIsLeftOut)
+TEST_F(SerialPortsTest, PropertiesThatAnAdapterLacksAreLeftOut)
 {
     addAdapter("ttyACM0", {"idVendor=none"});
     const Array expected{Dictionary{{"location", "/dev/ttyACM0"}, {"name", "/dev/ttyACM0"}}};
     EXPECT_TRUE(getSerialPorts() == expected);
 }
 
-TEST_F(SerialPortsTest, APortOfTheBoardIsKnownByItsPath)
+TEST_F(SerialPortsTest, APortOfTheBoardIsNamedByItsPath)
 {
     testbed_.add(terminal(kBoard, "ttyS0", "A: type=4\\n\n"));
     const Array expected{Dictionary{{"location", "/dev/ttyS0"}, {"name", "/dev/ttyS0"}}};
     EXPECT_TRUE(getSerialPorts() == expected);
 }
 
-TEST_F(SerialPortsTest, APortWithoutHardwareBehindItIsNotListed)
+TEST_F(SerialPortsTest, APortWithoutHardwareIsNotListed)
 {
     testbed_.add("P: /devices/platform/idle\nE: SUBSYSTEM=platform\n");
-    testbed_.add(terminal("/devices/virtual", "tty1"));        // a console: hangs on nothing
-    testbed_.add(terminal(kBoard, "ttyS1", "A: type=0\\n\n")); // a place for a port, empty
-    testbed_.add(terminal("/devices/platform/idle", "ttyX0")); // a device that nothing drives
-    testbed_.add("P: /devices/pnp0/00:04/tty/noNode\nE: SUBSYSTEM=tty\n"); // nothing to open
+    testbed_.add(terminal("/devices/virtual", "tty1"));        // a console without hardware
+    testbed_.add(terminal(kBoard, "ttyS1", "A: type=0\\n\n")); // a port number without a port
+    testbed_.add(terminal("/devices/platform/idle", "ttyX0")); // a device without a driver
+    testbed_.add("P: /devices/pnp0/00:04/tty/noNode\nE: SUBSYSTEM=tty\n"); // no device node
     EXPECT_THAT(namesOfPorts(), IsEmpty());
 }
 
-TEST_F(SerialPortsTest, TheDriverMayStandAnywhereAboveThePort)
+TEST_F(SerialPortsTest, TheDriverMayBelongToAnyParentOfThePort)
 {
     testbed_.add("P: /devices/pnp0/00:04/00:04:0\nE: SUBSYSTEM=serial-base\n\n"
                  "P: /devices/pnp0/00:04/00:04:0/00:04:0.0\nE: SUBSYSTEM=serial-base\n");
@@ -121,7 +121,7 @@ TEST_F(SerialPortsTest, TheDriverMayStandAnywhereAboveThePort)
     EXPECT_THAT(namesOfPorts(), ElementsAre("/dev/ttyS0"));
 }
 
-TEST_F(SerialPortsTest, UsbComesFirstThenEachByNameWithNumbersInTheirOrder)
+TEST_F(SerialPortsTest, UsbPortsComeFirstAndNamesAreSortedWithNumbersInOrder)
 {
     for (const char* name : {"ttyS10", "ttyS2", "ttyAMA0"})
         testbed_.add(terminal(kBoard, name));
@@ -136,7 +136,7 @@ TEST_F(SerialPortsTest, UsbComesFirstThenEachByNameWithNumbersInTheirOrder)
                             "/dev/ttyAMA0", "/dev/ttyS2", "/dev/ttyS10"));
 }
 
-TEST_F(SerialPortsTest, PortsThatTheUserNamesComeLastInTheirOrderAndNoneTwice)
+TEST_F(SerialPortsTest, PortsNamedByTheUserComeLastInTheirOrderAndOnlyOnce)
 {
     testbed_.add(terminal(kBoard, "ttyS0"));
     setTestPorts({"/dev/pts/9", "/dev/pts/10", "/dev/ttyS0", "/dev/pts/1", "/dev/pts/10"});
@@ -146,13 +146,13 @@ TEST_F(SerialPortsTest, PortsThatTheUserNamesComeLastInTheirOrderAndNoneTwice)
     EXPECT_TRUE(getSerialPorts().at(1) == expected);
 }
 
-TEST_F(SerialPortsTest, AUserDefaultThatIsNoListOfPathsNamesNone)
+TEST_F(SerialPortsTest, AUserDefaultThatIsNotAListOfPathsIsIgnored)
 {
     setTestPorts({"/dev/pts/9", 1});
     EXPECT_THAT(namesOfPorts(), IsEmpty());
 }
 
-TEST_F(SerialPortsTest, APortThatComesOrGoesIsAnnouncedAndListedAsItIsThen)
+TEST_F(SerialPortsTest, APortThatAppearsOrDisappearsIsAnnouncedAndTheListFollows)
 {
     DeviceMonitor monitor;
     addAdapter("ttyUSB0", {"product=Cable"});

@@ -52,7 +52,7 @@ TEST_F(DeviceMonitorTest, ATerminalIsAChangeOfSerialPorts)
     }
 }
 
-TEST_F(DeviceMonitorTest, ChangesThatComeCloseTogetherAreGathered)
+TEST_F(DeviceMonitorTest, ChangesInQuickSuccessionAreReportedTogether)
 {
     DeviceMonitor monitor;
     for (const char* device : {kDisk, kPort, kDisk})
@@ -65,14 +65,14 @@ TEST_F(DeviceMonitorTest, ChangesThatComeCloseTogetherAreGathered)
     EXPECT_FALSE(after.serialPorts);
 }
 
-TEST_F(DeviceMonitorTest, OtherDevicesAreNoChange)
+TEST_F(DeviceMonitorTest, OtherDevicesAreIgnored)
 {
     DeviceMonitor monitor;
     testbed_.announce(kNetwork, "add");
     const auto changes = monitor.wait(50ms);
     EXPECT_FALSE(changes.volumes);
     EXPECT_FALSE(changes.serialPorts);
-    testbed_.announce(kPort, "add"); // the monitor still hears
+    testbed_.announce(kPort, "add"); // the monitor still works
     EXPECT_TRUE(monitor.wait(10s).serialPorts);
 }
 

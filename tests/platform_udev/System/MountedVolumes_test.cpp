@@ -28,7 +28,7 @@ protected:
             "P: /devices/pci0/mmc_host/mmc0/mmc0:aaaa\nE: SUBSYSTEM=mmc\n");
     }
 
-    /// The removability of a volume on the device of that number.
+    /// Whether a volume on the device with this number is removable.
     [[nodiscard]] std::optional<bool> removability(const std::string& number,
                                                    const std::string& source = "word") const
     {
@@ -41,35 +41,35 @@ protected:
     support::Testbed testbed_;
 };
 
-TEST_F(MountedVolumesTest, ADiskThatCallsItselfRemovableIsAndSoIsItsPartition)
+TEST_F(MountedVolumesTest, ADiskThatReportsItselfRemovableIsRemovableAndSoIsItsPartition)
 {
     testbed_.addDisk(kInternal, "sda", 8, 0, true);
     EXPECT_EQ(removability("8:0"), true);
     EXPECT_EQ(removability("8:1"), true);
 }
 
-TEST_F(MountedVolumesTest, AnInternalDiskIsNotAndNeitherIsItsPartition)
+TEST_F(MountedVolumesTest, AnInternalDiskIsNotRemovableAndNeitherIsItsPartition)
 {
     testbed_.addDisk(kInternal, "sda", 8, 0, false);
     EXPECT_EQ(removability("8:0"), false);
     EXPECT_EQ(removability("8:1"), false);
 }
 
-TEST_F(MountedVolumesTest, ADiskOnUsbIsRemovableWhateverItCallsItself)
+TEST_F(MountedVolumesTest, ADiskOnUsbIsRemovableWhateverItReports)
 {
     testbed_.addDisk(kUsbStick, "sdb", 8, 16, false);
     EXPECT_EQ(removability("8:16"), true);
     EXPECT_EQ(removability("8:17"), true);
 }
 
-TEST_F(MountedVolumesTest, AMemoryCardIsRemovableWhateverItCallsItself)
+TEST_F(MountedVolumesTest, AMemoryCardIsRemovableWhateverItReports)
 {
     testbed_.addDisk(kCardReader, "mmcblk0", 179, 0, false);
     EXPECT_EQ(removability("179:0"), true);
     EXPECT_EQ(removability("179:1"), true);
 }
 
-TEST_F(MountedVolumesTest, AMemoryCardIsKnownByItsNameOrItsReaderAlone)
+TEST_F(MountedVolumesTest, AMemoryCardIsRecognisedByItsNameOrItsReader)
 {
     testbed_.addDisk(kInternal, "mmcblk1", 179, 8, false);
     testbed_.addDisk(kCardReader, "sdx", 65, 112, false);
@@ -77,21 +77,21 @@ TEST_F(MountedVolumesTest, AMemoryCardIsKnownByItsNameOrItsReaderAlone)
     EXPECT_EQ(removability("65:113"), true);
 }
 
-TEST_F(MountedVolumesTest, AVolumeWithoutADiskHasNoSuchValue)
+TEST_F(MountedVolumesTest, RemovabilityIsUnknownWithoutADisk)
 {
     EXPECT_EQ(removability("0:21"), std::nullopt);
     EXPECT_EQ(removability("0:21", "/nowhere/at-all"), std::nullopt);
     EXPECT_EQ(removability("0:21", "/dev/null"), std::nullopt);
 }
 
-TEST_F(MountedVolumesTest, ADiskThatIsUnknownHasNoSuchValue)
+TEST_F(MountedVolumesTest, RemovabilityIsUnknownForAnUnknownDisk)
 {
     testbed_.addDisk(kUsbStick, "sdb", 8, 16, true);
     EXPECT_EQ(removability("8:32"), std::nullopt);
 }
 
-// btrfs counts its volumes under numbers of its own.
-TEST_F(MountedVolumesTest, AVolumeOfItsOwnNumberIsLookedUpByItsSource)
+// btrfs gives its volumes device numbers of their own.
+TEST_F(MountedVolumesTest, AVolumeWithItsOwnDeviceNumberIsLookedUpByItsSource)
 {
     testbed_.addDisk(kUsbStick, "sdb", 8, 16, false);
     testbed_.addDisk(kInternal, "sda", 8, 0, false);
@@ -99,7 +99,7 @@ TEST_F(MountedVolumesTest, AVolumeOfItsOwnNumberIsLookedUpByItsSource)
     EXPECT_EQ(removability("0:45", "/dev/sda1"), false);
 }
 
-TEST_F(MountedVolumesTest, VolumesComeInTheTablesOrderWithTheirEscapesUndone)
+TEST_F(MountedVolumesTest, VolumesAreInTheTablesOrderWithTheirEscapesDecoded)
 {
     testbed_.addDisk(kUsbStick, "sdb", 8, 16, true);
     testbed_.addDisk(kInternal, "sda", 8, 0, false);
