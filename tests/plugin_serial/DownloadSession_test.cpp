@@ -35,7 +35,7 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-TEST(DownloadSession, BringsEverythingFromAReceiverWithoutHandshaking)
+TEST(DownloadSession, DownloadsEverythingFromAReceiverWithoutHandshaking)
 {
     const Session session{{.sentences = someSentences()}};
     ASSERT_TRUE(session.ends());
@@ -66,7 +66,7 @@ TEST(DownloadSession, BringsEverythingFromAReceiverWithoutHandshaking)
     EXPECT_THAT(session.speeds(), ElementsAre(4800, 115200, 4800));
 }
 
-TEST(DownloadSession, SendsNoHandOnWhereHandshakingIsOn)
+TEST(DownloadSession, SendsNoHandOnIfHandshakingIsAlreadyOn)
 {
     const Session session{{.handshake = true, .sentences = someSentences()}};
     ASSERT_TRUE(session.ends());
@@ -79,7 +79,7 @@ TEST(DownloadSession, SendsNoHandOnWhereHandshakingIsOn)
     EXPECT_THAT(session.calls(), SizeIs(23));
 }
 
-TEST(DownloadSession, WithoutOptionsSwitchesOnAndOffAlone)
+TEST(DownloadSession, WithoutOptionsOnlySwitchesOnAndOff)
 {
     const Session session{{.sentences = someSentences()}, {}};
     ASSERT_TRUE(session.ends());
@@ -109,7 +109,7 @@ TEST(DownloadSession, FindsAReceiverAtTheLastSpeedAndLeavesItThere)
               25);
 }
 
-TEST(DownloadSession, WithoutAnyAnswerRunsThroughAndSetsTheSpeedZero)
+TEST(DownloadSession, WithoutAnyAnswerRunsToTheEndAndSetsTheSpeedToZero)
 {
     const Session session{{.speed = 2400}}; // a speed that the probe does not try
     ASSERT_TRUE(session.ends());
@@ -140,7 +140,7 @@ TEST(DownloadSession, AcknowledgesEachSentenceAndEveryEnd)
               3);
 }
 
-TEST(DownloadSession, LogsWhatIsSaidAfterItsSwitches)
+TEST(DownloadSession, LogsTheLinesThatFollowItsSwitches)
 {
     const support::LogCapture logged;
     const Session session{{.chatter = true}, {}};
@@ -152,7 +152,7 @@ TEST(DownloadSession, LogsWhatIsSaidAfterItsSwitches)
     EXPECT_THAT(logged.lines(), Contains(StartsWith("Response after TON = $")).Times(2));
 }
 
-TEST(DownloadSession, RoutesAloneReportNoWaypointsOfTheirOwn)
+TEST(DownloadSession, ReportsNoWaypointsIfOnlyRoutesAreRequested)
 {
     const Session session{{.sentences = someSentences()}, {{"routes", true}}};
     ASSERT_TRUE(session.ends());
@@ -165,7 +165,7 @@ TEST(DownloadSession, RoutesAloneReportNoWaypointsOfTheirOwn)
     EXPECT_THAT(session.commands(), Not(Contains(HasSubstr("TRACK"))));
 }
 
-TEST(DownloadSession, APortInUseIsAnErrorAndThenIdle)
+TEST(DownloadSession, APortInUseIsReportedAsAnErrorBeforeIdle)
 {
     simulator::Receiver receiver{{}};
     const auto other = gps::OrvSerial::create();
@@ -187,7 +187,7 @@ TEST(DownloadSession, APortInUseIsAnErrorAndThenIdle)
                 ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
-TEST(DownloadSession, ClosesAPortThatItDropsSoThatAnotherProgramGetsIt)
+TEST(DownloadSession, ClosesThePortAtTheEndSoThatAnotherProgramCanOpenIt)
 {
     const Session session{{}, {}};
     ASSERT_TRUE(session.ends());
@@ -219,7 +219,7 @@ std::vector<std::string> callsOf(FailingDriver& driver)
     return status->calls();
 }
 
-TEST(FailingSession, WithoutASerialObjectIsAnErrorOfItsOwn)
+TEST(FailingSession, AMissingSerialObjectIsAnErrorOfItsOwn)
 {
     FailingDriver driver{[] { return nullptr; }};
     const gps::Error expected{
@@ -231,15 +231,15 @@ TEST(FailingSession, WithoutASerialObjectIsAnErrorOfItsOwn)
                 ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
-TEST(FailingSession, AnErrorObjectThatIsRaisedIsReportedUnchanged)
+TEST(FailingSession, AThrownErrorObjectIsReportedUnchanged)
 {
-    const gps::Error raised{"some.domain", 77, {{gps::kErrorDescriptionKey, "as it is"}}};
-    FailingDriver driver{[&]() -> std::unique_ptr<gps::OrvSerial> { throw raised; }};
+    const gps::Error thrown{"some.domain", 77, {{gps::kErrorDescriptionKey, "as it is"}}};
+    FailingDriver driver{[&]() -> std::unique_ptr<gps::OrvSerial> { throw thrown; }};
     EXPECT_THAT(callsOf(driver),
-                ElementsAre("gpsStateChange 1", "error " + raised.text(), "gpsStateChange 0"));
+                ElementsAre("gpsStateChange 1", "error " + thrown.text(), "gpsStateChange 0"));
 }
 
-TEST(FailingSession, APlatformExceptionIsErrorMinusFourWithoutAnyText)
+TEST(FailingSession, APlatformExceptionIsErrorMinusFourWithoutText)
 {
     FailingDriver driver{
         []() -> std::unique_ptr<gps::OrvSerial> { throw std::runtime_error{"secret"}; }};
@@ -248,7 +248,7 @@ TEST(FailingSession, APlatformExceptionIsErrorMinusFourWithoutAnyText)
                 ElementsAre("gpsStateChange 1", "error " + expected.text(), "gpsStateChange 0"));
 }
 
-TEST(FailingSession, AnythingElsePassesOutOfTheWorkerWithoutAReport)
+TEST(FailingSession, AnyOtherExceptionLeavesTheWorkerWithoutAReport)
 {
     FailingDriver driver{[]() -> std::unique_ptr<gps::OrvSerial> { throw 42; }};
     const auto status = std::make_shared<support::RecordingReceiver>();

@@ -44,7 +44,7 @@ std::vector<Attempt> startAll(Step step)
     return attempts;
 }
 
-/// Only the brackets and what is outside of them.
+/// Only the brackets and the calls outside them.
 std::vector<std::string> frameOf(const Session& session)
 {
     std::vector<std::string> frame;
@@ -57,14 +57,13 @@ std::vector<std::string> frameOf(const Session& session)
 }
 
 /// A receiver that sends good sentences forever keeps a data phase running until the line fails.
-/// The close-down ends nevertheless.
+/// The close-down still ends.
 void endFlood(Session& session)
 {
     const bool seen = session.receiver().waitFor(
         [taken = 0](const auto& entry) mutable {
-            taken += entry.kind == simulator::LogKind::kReceived
-                         ? 1
-                         : 0; // the acknowledgements, that is
+            // Each sentence received is an acknowledgement.
+            taken += entry.kind == simulator::LogKind::kReceived ? 1 : 0;
             return entry.kind == simulator::LogKind::kClosed || taken == 50;
         },
         std::chrono::minutes{2});
@@ -74,7 +73,7 @@ void endFlood(Session& session)
 
 class FaultMatrix : public testing::TestWithParam<simulator::Named<Step>> {};
 
-TEST_P(FaultMatrix, EverySessionEndsAndTheHostIsTold)
+TEST_P(FaultMatrix, EverySessionEndsAndReportsToTheHost)
 {
     const auto whole =
         ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
@@ -109,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps),
                              return name;
                          });
 
-TEST(FaultsTogether, AReceiverThatAcknowledgesEverythingWronglyGetsThroughTheSession)
+TEST(FaultsTogether, WrongAcknowledgementsEverywhereDoNotStopTheSession)
 {
     simulator::Settings settings{.sentences = support::someSentences()};
     for (const auto& step : simulator::kSteps) {
@@ -180,7 +179,7 @@ const Loss kLosses[] = {
     {"baud-back:lost-ack", {3, 3, 2}},
 };
 
-TEST(FaultLosses, AreThoseOfTheFaultAlone)
+TEST(FaultLosses, AreLimitedToWhatTheFaultCauses)
 {
     std::vector<std::unique_ptr<Session>> sessions;
     for (const auto& loss : kLosses)

@@ -17,7 +17,7 @@
 
 namespace support {
 
-/// Waypoints, points of two tracks and a route: the sentences that sessions are tried with.
+/// Waypoints, points of two tracks and a route: the sentences that sessions are tested with.
 inline simulator::Sentences someSentences()
 {
     return {.waypoints = {"PMGNWPL,4600.00000,N,00700.00000,E,0000100,M,CAMP,by the lake,a",

@@ -60,7 +60,7 @@ TEST_F(MountedReceiversTest, AReceiverOnARemovableVolumeIsListedAndOneOnAnIntern
     EXPECT_EQ(*driver_->fsDevice()->findString("name"), "Magellan device 12345");
 }
 
-TEST_F(MountedReceiversTest, ARemovableVolumeWithoutAUnitFileIsNoReceiver)
+TEST_F(MountedReceiversTest, ARemovableVolumeWithoutAUnitFileIsNotAReceiver)
 {
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(found(), IsEmpty());
@@ -74,7 +74,7 @@ TEST_F(MountedReceiversTest, AVolumeWithoutADiskOrWithAnUnknownOneIsLeftOut)
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(MountedReceiversTest, VolumesComeInTheMountTablesOrderBeforeTheTestFolders)
+TEST_F(MountedReceiversTest, VolumesAreListedInTheMountTablesOrderBeforeTheTestFolders)
 {
     const support::ReceiverFolder other;
     const support::ReceiverFolder folder;
@@ -90,7 +90,7 @@ TEST_F(MountedReceiversTest, VolumesComeInTheMountTablesOrderBeforeTheTestFolder
     EXPECT_THAT(found(), ElementsAre(other.path(), receiver_.path(), folder.path()));
 }
 
-TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
+TEST_F(MountedReceiversTest, ARefreshFollowsMountsAndUnmounts)
 {
     receiver_.unitFile("1");
     EXPECT_THAT(found(), IsEmpty());
@@ -103,7 +103,7 @@ TEST_F(MountedReceiversTest, ARefreshFollowsTheVolumesThatComeAndGo)
     EXPECT_FALSE(driver_->isReady());
 }
 
-TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOfIt)
+TEST_F(MountedReceiversTest, TheSearchReportsTheSortAndTheVerdictOfEveryVolume)
 {
     using Verdict = gps::SearchedLocation::Verdict;
     const support::ReceiverFolder other;
@@ -118,17 +118,17 @@ TEST_F(MountedReceiversTest, TheSearchTellsOfEveryVolumeWhatItIsAndWhatWasMadeOf
         {"volume without a disk behind it", Verdict::kSkipped},
         {"removable volume", Verdict::kAccepted},
         {"removable volume", Verdict::kRejected}};
-    const auto places = driver_->searchedLocations();
-    ASSERT_EQ(places.size(), expected.size());
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        EXPECT_EQ(places[i].sort, expected[i].first) << i;
-        EXPECT_EQ(places[i].verdict, expected[i].second) << i;
-        EXPECT_EQ(places[i].location, i == 4 ? other.path() : receiver_.path());
+    const auto locations = driver_->searchedLocations();
+    ASSERT_EQ(locations.size(), expected.size());
+    for (std::size_t i = 0; i < locations.size(); ++i) {
+        EXPECT_EQ(locations[i].sort, expected[i].first) << i;
+        EXPECT_EQ(locations[i].verdict, expected[i].second) << i;
+        EXPECT_EQ(locations[i].location, i == 4 ? other.path() : receiver_.path());
     }
     EXPECT_THAT(found(), ElementsAre(receiver_.path()));
 }
 
-TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathIsReadFromEndToEnd)
+TEST_F(MountedReceiversTest, AVolumeWithASpaceInItsPathCanBeRead)
 {
     receiver_.put("GPS DISK/USBTRANS/UNIT_ID.DAT", {"Serial Number=7"});
     receiver_.put("GPS DISK/Track Logs/t.log",

@@ -23,7 +23,7 @@ protected:
     support::TestFolders folders{{}};
 };
 
-TEST_F(WithoutSerialPorts, TheDriverOfMountedReceiversIsAloneAndThenNull)
+TEST_F(WithoutSerialPorts, OnlyTheDriverOfMountedReceiversIsOffered)
 {
     MagellanGPSPluginLoader loader;
     auto drivers = loader.piGetPlugInsForClass("GPSPlugIn");
@@ -36,14 +36,14 @@ TEST_F(WithoutSerialPorts, TheDriverOfMountedReceiversIsAloneAndThenNull)
     EXPECT_EQ(drivers->nextObject(), nullptr);
 }
 
-TEST_F(WithoutSerialPorts, WithoutItsViewTheAnswerIsNoneNotAnEmptyEnumerator)
+TEST_F(WithoutSerialPorts, WithoutAViewThereIsNoEnumerator)
 {
     const BundleCopy bundle;
     bundle.remove("MagellanGPS.plist");
     EXPECT_FALSE(bundle.load().piGetPlugInsForClass("GPSPlugIn"));
 }
 
-TEST_F(WithoutSerialPorts, ABrokenViewIsAMissingOne)
+TEST_F(WithoutSerialPorts, ABrokenViewCountsAsMissing)
 {
     for (const auto* view :
          {"", "<plist version=\"1.0\"><dict>", "<plist version=\"1.0\"><array/></plist>",
@@ -61,7 +61,7 @@ TEST_F(WithoutSerialPorts, ABrokenViewIsAMissingOne)
     }
 }
 
-TEST_F(WithoutSerialPorts, ASerialDriverWithoutItsViewIsLeftOut)
+TEST_F(WithoutSerialPorts, ASerialDriverWithoutItsViewIsNotOffered)
 {
     support::TestPorts::set({"/dev/one"});
     for (const bool broken : {false, true}) {
@@ -77,7 +77,7 @@ TEST_F(WithoutSerialPorts, ASerialDriverWithoutItsViewIsLeftOut)
     }
 }
 
-TEST_F(WithoutSerialPorts, ASerialDriverIsOfferedAloneWhereTheOtherHasNoView)
+TEST_F(WithoutSerialPorts, OnlyTheSerialDriverIsOfferedIfTheOtherHasNoView)
 {
     support::TestPorts::set({"/dev/one"});
     const BundleCopy bundle;
@@ -88,7 +88,7 @@ TEST_F(WithoutSerialPorts, ASerialDriverIsOfferedAloneWhereTheOtherHasNoView)
     EXPECT_EQ(drivers->nextObject(), nullptr);
 }
 
-TEST_F(WithoutSerialPorts, AViewWithoutAPopUpWillDoForAPort)
+TEST_F(WithoutSerialPorts, AViewWithoutAPopUpIsAcceptedForAPort)
 {
     support::TestPorts::set({"/dev/one"});
     const BundleCopy bundle;

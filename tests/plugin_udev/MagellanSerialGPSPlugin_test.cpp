@@ -29,7 +29,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// The set-up, which only the driver itself calls.
+/// Makes the set-up accessible.
 class OpenDriver : public MagellanSerialGPSPlugin {
 public:
     using MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions;
@@ -60,7 +60,7 @@ protected:
         std::make_shared<support::RecordingReceiver>();
 };
 
-TEST_F(SerialDriver, IsMadeForItsClassAlone)
+TEST_F(SerialDriver, IsCreatedOnlyForItsClass)
 {
     EXPECT_NE(make(), nullptr);
     EXPECT_NE(make(), make());
@@ -68,14 +68,14 @@ TEST_F(SerialDriver, IsMadeForItsClassAlone)
         EXPECT_EQ(MagellanSerialGPSPlugin::getPluginForClass(other), nullptr) << other;
 }
 
-TEST_F(SerialDriver, SearchTellsOfEveryPort)
+TEST_F(SerialDriver, SearchReportsEveryPort)
 {
-    const auto places = make()->searchedLocations();
-    ASSERT_THAT(places, SizeIs(2));
-    EXPECT_EQ(places.front().location, "/dev/one");
-    EXPECT_EQ(places.front().sort, "serial port");
-    EXPECT_EQ(places.front().verdict, gps::SearchedLocation::Verdict::kAccepted);
-    EXPECT_EQ(places.back().location, "/dev/two");
+    const auto locations = make()->searchedLocations();
+    ASSERT_THAT(locations, SizeIs(2));
+    EXPECT_EQ(locations.front().location, "/dev/one");
+    EXPECT_EQ(locations.front().sort, "serial port");
+    EXPECT_EQ(locations.front().verdict, gps::SearchedLocation::Verdict::kAccepted);
+    EXPECT_EQ(locations.back().location, "/dev/two");
 }
 
 TEST_F(SerialDriver, IsOfferedOnlyWhileAPortExists)
@@ -100,7 +100,7 @@ TEST_F(SerialDriver, IsOfferedAfterTheDriverOfMountedReceivers)
     EXPECT_EQ(drivers->nextObject(), nullptr);
 }
 
-TEST_F(SerialDriver, AnswersForItsIdentity)
+TEST_F(SerialDriver, ReportsItsIdentity)
 {
     const auto driver = make();
     EXPECT_EQ(driver->gpsName(), "Magellan Serial");
@@ -122,7 +122,7 @@ TEST_F(SerialDriver, OffersNoLivePositionAndCannotBeCancelled)
     EXPECT_THAT(status->calls(), IsEmpty());
 }
 
-TEST_F(SerialDriver, DoesNotScanBeforeItIsAsked)
+TEST_F(SerialDriver, DoesNotScanBeforeTheFirstRefresh)
 {
     const MagellanSerialGPSPlugin driver;
     EXPECT_FALSE(driver.isReady());
@@ -147,7 +147,7 @@ TEST_F(SerialDriver, EveryRescanSelectsTheFirstPortAlthoughThePickedOneIsStillTh
     EXPECT_EQ(location(driver->serialPort()), "/dev/one");
 }
 
-TEST_F(SerialDriver, ReadinessIsThatOfTheLastScan)
+TEST_F(SerialDriver, ReadinessIsTheResultOfTheLastScan)
 {
     const auto driver = make();
     TestPorts::set({});
@@ -219,7 +219,7 @@ TEST_F(SerialDriver, WithoutASelectedPortNothingStarts)
     EXPECT_THAT(logged.lines(), IsEmpty());
 }
 
-TEST_F(SerialDriver, APortWithoutALocationIsNoSelection)
+TEST_F(SerialDriver, APortWithoutALocationIsNotASelection)
 {
     const auto driver = make();
     for (const auto& record :
@@ -229,7 +229,7 @@ TEST_F(SerialDriver, APortWithoutALocationIsNoSelection)
     }
 }
 
-TEST_F(SerialDriver, ImportsNoFileAlthoughOneIsNamed)
+TEST_F(SerialDriver, IgnoresASourcePath)
 {
     const auto driver = make();
     driver->setSerialPort(std::nullopt);
@@ -239,7 +239,7 @@ TEST_F(SerialDriver, ImportsNoFileAlthoughOneIsNamed)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(SerialDriver, LogsASetUpFailureWhereTheDebugLevelAsksForIt)
+TEST_F(SerialDriver, LogsASetUpErrorIfTheDebugLevelIsNotZero)
 {
     const auto driver = make();
     const support::LogCapture logged;
@@ -248,7 +248,7 @@ TEST_F(SerialDriver, LogsASetUpFailureWhereTheDebugLevelAsksForIt)
     EXPECT_THAT(logged.lines(), ElementsAre("MagellanSerialGPSPlugin: " + kNoPort.text()));
 }
 
-TEST_F(SerialDriver, AcquirePassesTheDebugLevelOnAndSendDoesNot)
+TEST_F(SerialDriver, AcquireSetsTheFrameworksDebugLevelAndSendDoesNot)
 {
     const auto driver = make();
     driver->setSerialPort(std::nullopt);
@@ -258,13 +258,13 @@ TEST_F(SerialDriver, AcquirePassesTheDebugLevelOnAndSendDoesNot)
     (void)driver->gpsRunSend(nullptr, status, {{"debug", 5}});
     EXPECT_EQ(driver->debugLevel(), 5);
     EXPECT_EQ(GarminDebugLevel, 3);
-    (void)driver->gpsRunAcquire(status, {}); // in every case
+    (void)driver->gpsRunAcquire(status, {}); // even without the option
     EXPECT_EQ(GarminDebugLevel, 5);
     (void)driver->gpsRunAcquire(status, {{"debug", 0}});
     EXPECT_EQ(GarminDebugLevel, 0);
 }
 
-TEST_F(SerialDriver, ASendIsOneIdleReportFromAWorkerAndLeavesThePortAlone)
+TEST_F(SerialDriver, ASendIsOneIdleReportFromAWorkerAndDoesNotOpenThePort)
 {
     const support::PseudoTerminal port;
     TestPorts::set({port.path()});
@@ -275,10 +275,10 @@ TEST_F(SerialDriver, ASendIsOneIdleReportFromAWorkerAndLeavesThePortAlone)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
     EXPECT_THAT(status->threads(), testing::Not(testing::Contains(std::this_thread::get_id())));
     EXPECT_NE(port.settings().c_lflag & tcflag_t{ICANON},
-              0U); // as it was: opening would have made it raw
+              0U); // opening would have made it raw
 }
 
-TEST_F(SerialDriver, ASendWithoutDataEndsAtOnceAlsoWithoutAPort)
+TEST_F(SerialDriver, ASendWithoutDataEndsAtOnceEvenWithoutAPort)
 {
     const auto driver = make();
     driver->setSerialPort(std::nullopt);

@@ -21,7 +21,7 @@ public:
         return lines_;
     }
 
-    /// The errors that lines reported.
+    /// The errors that were logged.
     [[nodiscard]] std::vector<gps::Error> errors() const
     {
         const std::lock_guard lock{mutex_};

@@ -20,15 +20,15 @@ namespace support {
 
 /// The calls that a MemoryLine has received. Must outlive it.
 struct MemoryLineLog {
-    std::vector<std::string> doings; ///< "speed 4800", "open /dev/x", "send $...*hh\r\n", "close"
+    std::vector<std::string> calls; ///< "speed 4800", "open /dev/x", "send $...*hh\r\n", "close"
 
     /// The bodies that were sent.
     [[nodiscard]] std::vector<std::string> sent() const
     {
         std::vector<std::string> bodies;
-        for (const std::string_view doing : doings) {
-            if (doing.substr(0, 5) == "send ")
-                bodies.emplace_back(gps::NMEAUtils::checkAndTrimNMEASentence(doing.substr(5))
+        for (const std::string_view call : calls) {
+            if (call.substr(0, 5) == "send ")
+                bodies.emplace_back(gps::NMEAUtils::checkAndTrimNMEASentence(call.substr(5))
                                         .value_or("(not a sentence)"));
         }
         return bodies;
@@ -41,7 +41,7 @@ public:
     explicit MemoryLine(MemoryLineLog& log) : log_(log) {}
     ~MemoryLine() override { close(); }
 
-    /// The next read gets this line, as it is.
+    /// The next read returns this line, unchanged.
     void says(std::string line) { reads_.emplace_back(std::move(line)); }
     void saysSentence(std::string_view body)
     {
@@ -52,33 +52,33 @@ public:
         reads_.insert(reads_.end(), static_cast<std::size_t>(reads), std::nullopt);
     }
 
-    /// Each time this body is sent, the bodies are said as sentences.
+    /// Each time this body is sent, the receiver sends the replies as sentences.
     void answers(const std::string& body, std::vector<std::string> replies)
     {
         answers_[body] = std::move(replies);
     }
 
-    /// Reads raise once so many have been made.
+    /// Reads throw after this many.
     void failsAfter(int reads) { readsLeft_ = reads; }
 
-    /// What opening answers.
+    /// Opening fails with this errno.
     void refuses(int errorNumber) { openResult_ = errorNumber; }
 
     void setBaudRate(int bitsPerSecond) override
     {
-        log_.doings.push_back("speed " + std::to_string(bitsPerSecond));
+        log_.calls.push_back("speed " + std::to_string(bitsPerSecond));
     }
 
     [[nodiscard]] int openWithDevicePath(const char* path) override
     {
-        log_.doings.push_back(std::string{"open "} + path);
+        log_.calls.push_back(std::string{"open "} + path);
         isOpen_ = openResult_ == 0;
         return openResult_;
     }
 
     void sendString(std::string_view text, gps::StringEncoding /*encoding*/) override
     {
-        log_.doings.push_back("send " + std::string{text});
+        log_.calls.push_back("send " + std::string{text});
         const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(text);
         const auto found = body ? answers_.find(std::string{*body}) : answers_.end();
         if (found == answers_.end())
@@ -90,7 +90,7 @@ public:
     [[nodiscard]] std::optional<std::string> readStringTo(std::string_view terminator,
                                                           float timeoutSeconds) override
     {
-        log_.doings.push_back("read");
+        log_.calls.push_back("read");
         askedAsExpected_ = askedAsExpected_ && terminator == "\r\n" && timeoutSeconds == 1.0F;
         if (readsLeft_ && --*readsLeft_ < 0)
             throw gps::SerialFailure{"the line has failed"};
@@ -104,7 +104,7 @@ public:
     void close() override
     {
         if (std::exchange(isOpen_, false))
-            log_.doings.emplace_back("close");
+            log_.calls.emplace_back("close");
     }
 
     /// Whether every read was for a line of at most 1 second.

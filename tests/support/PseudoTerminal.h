@@ -41,10 +41,10 @@ public:
     /// The device to open.
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// The device as another program has it open.
+    /// A descriptor of the device, as another program would have it open.
     [[nodiscard]] int otherProgram() const { return near_; }
 
-    /// Writes as much at the far end as there is room for. @return  how much that was
+    /// Writes as much at the far end as fits. @return  the number of bytes written
     std::size_t writeSome(std::string_view text) const
     {
         return static_cast<std::size_t>(
@@ -60,7 +60,7 @@ public:
             throw std::runtime_error{"nobody reads the line"};
     }
 
-    /// Reads at the far end until that many bytes have come.
+    /// Reads at the far end until this many bytes have arrived.
     [[nodiscard]] std::string read(std::size_t size) const
     {
         std::string text;
@@ -89,7 +89,7 @@ public:
         return ::cfgetospeed(&present);
     }
 
-    /// As when the cable is pulled out.
+    /// Acts as if the cable was pulled out.
     void hangUp()
     {
         if (far_ >= 0)

@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// The text of the RangeError that a call throws; empty if it throws none.
+/// The text of the RangeError that a call throws; empty if it does not throw.
 template <typename Call> std::string rangeErrorOf(Call&& call)
 {
     try {

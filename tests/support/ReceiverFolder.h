@@ -44,8 +44,8 @@ private:
     TemporaryFolder folder_;
 };
 
-/// Folders that the driver takes for mounted volumes while this lives, instead of those that the
-/// user has set.
+/// Folders that the driver treats as mounted volumes during this object's lifetime, instead of
+/// those that the user has set.
 class TestFolders {
 public:
     explicit TestFolders(gps::Array folders) { set(std::move(folders)); }

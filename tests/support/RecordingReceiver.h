@@ -32,21 +32,21 @@ public:
         return calls_;
     }
 
-    /// The threads that called.
+    /// The threads that made the calls.
     [[nodiscard]] std::set<std::thread::id> threads() const
     {
         const std::lock_guard lock{mutex_};
         return threads_;
     }
 
-    /// Waits for `gpsStateChange:` 0. @return  whether it came within the time
+    /// Waits for `gpsStateChange:` 0. @return  whether it arrived within the time
     [[nodiscard]] bool waitUntilIdle(std::chrono::seconds limit = std::chrono::seconds{30}) const
     {
         std::unique_lock lock{mutex_};
         return changed_.wait_for(lock, limit, [this] { return idle_; });
     }
 
-    /// Waits for that many calls. @return  whether they came within half a minute
+    /// Waits for that many calls. @return  whether they arrived within half a minute
     [[nodiscard]] bool waitForCalls(std::size_t count) const
     {
         std::unique_lock lock{mutex_};

@@ -57,7 +57,7 @@ inline std::string fileOf(std::initializer_list<std::string_view> lines)
     return text;
 }
 
-/// Calls `take` with the sentence once for each way to change, or to lose, one of its characters.
+/// Calls `take` with the sentence once for each way to change or to drop one of its characters.
 template <typename Take> void forEachDamage(const std::string& line, Take&& take)
 {
     for (std::size_t at = 0; at < line.size(); ++at) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the thread sanitizer is not to report: GLib's locks are system calls that it cannot see, so
-// that it takes the mocked device tree's own worker thread for one without any.
+// Suppresses false reports of the thread sanitizer. It cannot see GLib's locks, which are system
+// calls, and so reports races with the worker thread of the mocked device tree.
 
 extern "C" [[gnu::visibility("default")]] const char* __tsan_default_suppressions();
 

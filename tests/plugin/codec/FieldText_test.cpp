@@ -79,7 +79,7 @@ TEST(FieldText, TheLengthIsIgnored)
             << length;
 }
 
-TEST(FieldText, ANameOutsideTheSetAltogetherIsAnEmptyField)
+TEST(FieldText, ANameWithoutAnyCharacterOfTheSetIsAnEmptyField)
 {
     EXPECT_EQ(cut("\xC3\xA9\xC3\xA8\xC3\xAA"), "");
     EXPECT_EQ(filtered("\xE6\xBC\xA2\xE5\xAD\x97"), "");
@@ -113,7 +113,7 @@ TEST(SetInDictionary, AnIndexAboveTheCountDoesNothing)
     EXPECT_EQ(*record.findString("key"), "old");
 }
 
-TEST(SetInDictionary, AnEmptyFieldIsStoredAsItIsAndNothingIsFiltered)
+TEST(SetInDictionary, FieldsAreStoredUnchangedEvenIfEmpty)
 {
     gps::Dictionary record;
     setInDictionary(record, "empty", 1, SentenceFields{"a,,c"});

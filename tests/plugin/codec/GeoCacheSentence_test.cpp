@@ -164,7 +164,7 @@ TEST(ReadGeoCache, ADamagedCharacterNeverGivesAnotherGeocache)
     });
 }
 
-TEST(GeoCacheName, IsTheNameThatAReadingStores)
+TEST(GeoCacheName, IsTheNameThatReadingStores)
 {
     const std::string body = kBody;
     const auto name = geoCacheName(SentenceFields{body});
@@ -196,7 +196,7 @@ TEST(WriteGeoCache, ANameOf30CharactersIsWrittenWhole)
               sentence(kNowhere + std::string{kThirty} + ",,,,,,,,"));
 }
 
-TEST(WriteGeoCache, ATypeBehindItsPrefixLosesTheBarAlone)
+TEST(WriteGeoCache, ATypeWithAPrefixLosesOnlyTheBar)
 {
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {{"geocacheType", "Geocache|Multi"}}),
               sentence(kNowhere + std::string{",,,,GeocacheMulti,,,,"}));

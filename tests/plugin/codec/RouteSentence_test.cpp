@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Route sentences in both directions: numbering, gaps, pairs, the message and the room limit.
+// Route sentences in both directions: numbering, gaps, pairs, the message and the memory limit.
 
 #include <gps/Error.h>
 #include <plugin/codec/RouteSentence.h>
@@ -72,7 +72,7 @@ TEST(ReadRoute, CollectsPointsAndCommentAndEndsAtTheLastSentence)
               "{name = \"Loop\", lastIndex = 2, comment = \"nice views\"}");
 }
 
-TEST(ReadRoute, ItsPointsAreTheWaypointsRecordsWithTheirPoint)
+TEST(ReadRoute, PointsAreTheRecordsOfTheWaypointsWithTheirPoint)
 {
     Reading route;
     EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,B,zz"));
@@ -80,7 +80,7 @@ TEST(ReadRoute, ItsPointsAreTheWaypointsRecordsWithTheirPoint)
     EXPECT_EQ(route.points.front(), *route.waypoints.find("B"));
 }
 
-TEST(ReadRoute, PointsThatFillTheRoomToTheLastByteAreAccepted)
+TEST(ReadRoute, PointsThatFillTheMemoryLimitToTheLastByteAreAccepted)
 {
     Reading route;
     route.take("PMGNRTE,2,1,c,1,R,A,a");
@@ -93,7 +93,7 @@ TEST(ReadRoute, PointsThatFillTheRoomToTheLastByteAreAccepted)
     EXPECT_EQ(route.room, 0U);
 }
 
-TEST(ReadRoute, APointThatNeedsAByteMoreThanThereIsThrows)
+TEST(ReadRoute, APointOneByteBeyondTheMemoryLimitThrows)
 {
     Reading route;
     route.take("PMGNRTE,2,1,c,1,R,A,a");
@@ -102,7 +102,7 @@ TEST(ReadRoute, APointThatNeedsAByteMoreThanThereIsThrows)
     EXPECT_EQ(route.names(), "AB");
 }
 
-TEST(ReadRoute, ALongCommentUsesUpItsLengthOfTheRoom)
+TEST(ReadRoute, ALongCommentCountsTowardsTheMemoryLimit)
 {
     Reading route;
     route.waypoints.set("G", gps::Dictionary{{"name", "G"},
@@ -122,7 +122,7 @@ TEST(ReadRoute, EverySentenceOverwritesTheName)
     EXPECT_EQ(*route.info.findString("name"), "");
 }
 
-TEST(ReadRoute, SentencesOneAndThreeLogTheGapOnceAtTheThirdWhichIsStillRead)
+TEST(ReadRoute, AMissingSecondSentenceIsLoggedOnceAndTheThirdIsStillRead)
 {
     Reading route;
     const support::LogCapture log;
@@ -134,7 +134,7 @@ TEST(ReadRoute, SentencesOneAndThreeLogTheGapOnceAtTheThirdWhichIsStillRead)
     EXPECT_EQ(route.info.find("lastIndex")->int32Reading(), 3);
 }
 
-TEST(ReadRoute, ASlotWithAnEmptyNameIsSkippedAndTheNextOneRead)
+TEST(ReadRoute, APairWithAnEmptyNameIsSkippedAndTheNextOneIsRead)
 {
     Reading route;
     const support::LogCapture log;
@@ -196,7 +196,7 @@ TEST(ReadRoute, ABodyOfFewerThanSixFieldsThrowsAndChangesNothing)
     }
 }
 
-TEST(ReadRoute, ARangeErrorNamesTheSentenceTheFieldThatItWantedAndTheCount)
+TEST(ReadRoute, ARangeErrorNamesTheSentenceTheRequiredFieldAndTheCount)
 {
     const auto rangeText = [](std::string_view body) {
         return support::rangeErrorOf([&] { (void)Reading{}.take(body); });
@@ -227,7 +227,7 @@ TEST(ReadRoute, AnEmptyKindThrowsAndChangesNothing)
     EXPECT_TRUE(route.info.empty());
 }
 
-TEST(ReadRoute, TheKindsFirstCharacterCounts)
+TEST(ReadRoute, OnlyTheKindsFirstCharacterCounts)
 {
     Reading route;
     EXPECT_FALSE(route.take(withField(kList, 3, "cX")));
@@ -236,7 +236,7 @@ TEST(ReadRoute, TheKindsFirstCharacterCounts)
     EXPECT_EQ(*route.info.findString("comment"), "nice views");
 }
 
-TEST(ReadRoute, AnotherKindBringsNeitherPointsNorComment)
+TEST(ReadRoute, AnotherKindAddsNeitherPointsNorComment)
 {
     for (const auto* kind : {"w", "C", "M", " c"}) {
         Reading route;
@@ -279,7 +279,7 @@ TEST(ReadRoute, NumbersSaturateAtThe32BitBounds)
                             "route index should have been 2147483647, was -2147483648 instead"));
 }
 
-TEST(ReadRoute, TheRouteNumberIsDropped)
+TEST(ReadRoute, TheRouteNumberIsIgnored)
 {
     Reading route;
     (void)route.take(kList);
@@ -415,7 +415,7 @@ TEST(WriteRoute, APointThatIsNotARecordIsWrittenWithoutAName)
                 ElementsAre(sentence("PMGNRTE,1,1,c,1,,,a,B,a")));
 }
 
-TEST(WriteRoute, WhatIsWrittenReadsBackAsTheSameRoute)
+TEST(WriteRoute, WrittenRoutesReadBackAsTheSameRoute)
 {
     Reading route;
     const auto sentences = makeRouteSentencesFromWaypointList(

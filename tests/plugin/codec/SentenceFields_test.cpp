@@ -25,7 +25,7 @@ TEST(SentenceFields, ABodyWithoutACommaIsOneField)
     EXPECT_EQ(SentenceFields{"PMGNCMD"}.at(0), "PMGNCMD");
 }
 
-TEST(SentenceFields, KeepTheirTextExactlyAndEmptyOnesCount)
+TEST(SentenceFields, KeepTheirTextExactlyAndIncludeEmptyOnes)
 {
     const SentenceFields fields{",a, b ,,"};
     ASSERT_EQ(fields.count(), 5U);
@@ -53,7 +53,7 @@ TEST(SentenceFields, ARangeErrorIsAnOutOfRangeThatNamesSentenceFieldAndCount)
               "A PMGNGEO sentence has no field 12: it has 3 fields");
 }
 
-TEST(SentenceFields, RequiringMoreThanThereAreThrowsForTheFirstMissingField)
+TEST(SentenceFields, RequiringTooManyFieldsThrowsForTheFirstMissingOne)
 {
     const SentenceFields fields{"PMGNTRK,1,2"};
     EXPECT_NO_THROW(fields.require(0));
@@ -81,11 +81,11 @@ TEST(SentenceFields, TheFirstSixteenAreReachableHoweverManyThereAre)
     }
 }
 
-TEST(SentenceFields, AreSplitAtEveryOffsetOfAWord)
+TEST(SentenceFields, AreSplitAtEveryOffset)
 {
     for (std::size_t length = 0; length < 40; ++length) {
         for (std::size_t comma = 0; comma < length; ++comma) {
-            std::string body(length, '-'); // a neighbour of the comma, by one bit
+            std::string body(length, '-'); // differs from the comma in one bit
             body[comma] = ',';
             const SentenceFields fields{body};
             ASSERT_EQ(fields.count(), 2U) << body;
@@ -103,7 +103,7 @@ TEST(SentenceFields, NoOtherCharacterSeparates)
     }
 }
 
-TEST(SentenceFields, OfASentenceAreThoseOfAValidLineOfThatName)
+TEST(SentenceFields, ExistForAValidLineOfTheRequestedName)
 {
     const auto line = support::sentence("PMGNTRK,a,b") + "\r\n";
     const auto fields = SentenceFields::ofSentence(line, "PMGNTRK");
@@ -113,7 +113,7 @@ TEST(SentenceFields, OfASentenceAreThoseOfAValidLineOfThatName)
     EXPECT_TRUE(SentenceFields::ofSentence(support::sentence("PMGNTRK"), "PMGNTRK"));
 }
 
-TEST(SentenceFields, ThereAreNoneOfAnInvalidLineOrOneOfAnotherName)
+TEST(SentenceFields, DoNotExistForAnInvalidLineOrOneOfAnotherName)
 {
     for (const auto* body : {"PMGNTR", "PMGNTR,K", "PMGNTRKX", "PMGNTRKX,a", "pmgntrk,a",
                              " PMGNTRK,a", "PMGNWPL,a", ",PMGNTRK"})
@@ -123,7 +123,7 @@ TEST(SentenceFields, ThereAreNoneOfAnInvalidLineOrOneOfAnotherName)
     EXPECT_FALSE(SentenceFields::ofSentence("", "PMGNTRK"));
 }
 
-TEST(SentenceFields, OfABodyAreSplitOnlyIfItsFirstFieldIsTheName)
+TEST(SentenceFields, ABodyIsSplitOnlyIfItsFirstFieldIsTheName)
 {
     for (const auto* body : {"PMGNTRK", "PMGNTRK,", "PMGNTRK,a,b"})
         EXPECT_TRUE(SentenceFields::ofBody(body, "PMGNTRK")) << body;

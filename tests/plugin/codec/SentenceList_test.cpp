@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a list maker does about records without a point, or that cannot be written.
+// How a list maker treats records without a point and records that cannot be written.
 
 #include <plugin/codec/SentenceList.h>
 #include <support/LogCapture.h>
@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-/// Says what it was given; makes nothing of a record without a name.
+/// Makes a text of its arguments; makes none for a record without a name.
 std::optional<std::string> told(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     const auto* name = record.findString("name");
@@ -29,7 +29,7 @@ gps::Dictionary record(const char* name, double latitude)
     return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};
 }
 
-TEST(SentenceList, HasOneSentenceARecordInTheListsOrder)
+TEST(SentenceList, HasOneSentencePerRecordInTheListsOrder)
 {
     const support::LogCapture log;
     EXPECT_THAT(
@@ -54,7 +54,7 @@ TEST(SentenceList, ARecordWithoutItsPointIsSkippedWithOneLogLine)
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
 
-TEST(SentenceList, ARecordWithoutItsPointRejectsTheListAtOnceIfAsked)
+TEST(SentenceList, ARecordWithoutItsPointRejectsTheListIfRequested)
 {
     const support::LogCapture log;
     EXPECT_EQ(makeSentences(

@@ -50,7 +50,7 @@ TEST(SymbolMap, CharactersAreCountedNotBytes)
     EXPECT_EQ(iconOf(example(), "\xC3\xA9\xC3\xA9\xC3\xA9"), "a");
 }
 
-TEST(SymbolMap, AnIconIsReadAsTheLastSymbolThatHasIt)
+TEST(SymbolMap, AnIconIsReadAsTheLastSymbolWithThatIcon)
 {
     EXPECT_EQ(example().symbolStringFromMagellanIcon("j"), "Campground");
     EXPECT_EQ(example().symbolStringFromMagellanIcon("a"), "Flag");

@@ -27,11 +27,11 @@ using support::sentence;
 using support::withField;
 
 constexpr char kBody[] = "PMGNTRK,4630.000,N,00730.000,E,01529,M,071548.24,A,NAME,110808";
-constexpr std::int64_t kTime = 1218438948;     // what the body says
+constexpr std::int64_t kTime = 1218438948;     // the time in the body
 constexpr std::int64_t kOtherDay = 1204243200; // 2008-02-29
 constexpr std::int64_t kTimeOfDay = 7 * 3600 + 15 * 60 + 48;
 
-/// A point that shows what was touched.
+/// A point whose fields all have values, so that a change shows.
 constexpr gps::GPSPoint kBefore{1, 2, 3, kOtherDay + 5, 77};
 
 gps::GPSPoint readPoint(std::string_view body)

@@ -64,7 +64,7 @@ TEST(ReadWayPoint, SouthAndWestAreNegative)
     EXPECT_EQ(point.longitude, -7.5);
 }
 
-TEST(ReadWayPoint, AnAltitudeStaysUnconvertedWhateverItsUnit)
+TEST(ReadWayPoint, AnAltitudeIsNotConvertedWhateverItsUnit)
 {
     for (const auto* unit : {"F", "f", "M", ""})
         EXPECT_EQ(readPoint(withField(kBody, 6, unit)).altitude, 1529) << unit;
@@ -96,7 +96,7 @@ TEST(ReadWayPoint, ABodyOfSixFieldsIsAcceptedWithoutAnyText)
     EXPECT_TRUE(readRecord(firstFields(kBody, 6)).empty());
 }
 
-TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsWhenARecordIsGiven)
+TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsIfARecordIsGiven)
 {
     for (const std::size_t count : {7U, 8U}) {
         gps::GPSPoint point = kBefore;
@@ -186,7 +186,7 @@ TEST(ReadWayPoint, ADamagedCharacterNeverGivesAnotherWaypoint)
     });
 }
 
-TEST(WayPointName, IsTheNameThatAReadingStores)
+TEST(WayPointName, IsTheNameThatReadingStores)
 {
     const std::string body = kBody;
     const auto name = wayPointName(SentenceFields{body});
@@ -198,7 +198,7 @@ TEST(WayPointName, IsTheNameThatAReadingStores)
     EXPECT_EQ(wayPointName(SentenceFields{nine}), "HOME");
 }
 
-TEST(WayPointName, IsMissingWhereAReadingStoresNoneAndThrowsWhereAReadingThrows)
+TEST(WayPointName, IsMissingIfReadingStoresNoNameAndThrowsIfReadingThrows)
 {
     const auto six = firstFields(kBody, 6);
     EXPECT_EQ(wayPointName(SentenceFields{six}), std::nullopt);

@@ -19,7 +19,7 @@ namespace {
 
 using gps::Dictionary;
 
-/// What has neither a boolean nor an integer reading.
+/// Values without a boolean or an integer reading.
 const std::vector<gps::Value> kWithoutReading{gps::Array{1}, Dictionary{{"key", 1}},
                                               gps::GPSPoint{}};
 
@@ -37,7 +37,7 @@ TEST_F(DebugLevelTest, IsStoredHereAndInTheFramework)
     EXPECT_FALSE(gps::OrvDebugLevelIs(3));
 }
 
-TEST_F(DebugLevelTest, TheQuestionIsAnsweredByTheFramework)
+TEST_F(DebugLevelTest, TheFrameworkDecidesWhetherALevelIsOn)
 {
     GarminDebugLevel = 5;
     EXPECT_FALSE(DebugLevelIs(1));
@@ -75,7 +75,7 @@ TEST_F(DebugLevelTest, AnOptionThatIsNeitherANumberNorATextCountsAsAbsent)
     }
 }
 
-TEST_F(DebugLevelTest, ANullDictionaryLeavesItAsItWas)
+TEST_F(DebugLevelTest, ANullDictionaryLeavesItUnchanged)
 {
     GarminSetDebugLevel(2);
     SetDebugLevelFromDictionary(nullptr);
@@ -175,7 +175,7 @@ TEST(SetNumbers, KeepTheirNumericType)
     EXPECT_EQ(gps::describe(dictionary), "{float = 0.5, int = -3}");
 }
 
-TEST(SetNumbers, AreBuiltFromTheBytesOfTheTypeThatIsNamed)
+TEST(SetNumbers, AreBuiltFromTheBytesOfTheGivenType)
 {
     const std::int8_t int8 = -8;
     const std::int16_t int16 = -16;
@@ -204,7 +204,7 @@ TEST(SetNumbers, AnInvalidTypeIsNotStored)
     EXPECT_EQ(*dictionary.findString("key"), "old");
 }
 
-TEST(SetCString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
+TEST(SetCString, AnEmptyTextReplacesTheValueExceptInTheIfNotEmptyForm)
 {
     Dictionary dictionary{{"key", "old"}};
     SetCStringInDictionaryIfNotEmpty(&dictionary, "key", "");
@@ -234,7 +234,7 @@ TEST(SetLatin1CString, AByteAbove127IsItsLatin1Character)
     EXPECT_EQ(*dictionary.findString("other"), "\xC2\xA9");
 }
 
-TEST(SetLatin1CString, AnEmptyTextReplacesUnlessItIsAskedNotTo)
+TEST(SetLatin1CString, AnEmptyTextReplacesTheValueExceptInTheIfNotEmptyForm)
 {
     Dictionary dictionary{{"key", "old"}};
     SetLatin1CStringInDictionaryIfNotEmpty(&dictionary, "key", "");
@@ -259,7 +259,7 @@ TEST(SetStringFromList, AcceptsTheLastIndexAndLeavesTheDictionaryUntouchedOutsid
     EXPECT_EQ(taken(3), "old old");
 }
 
-TEST(SetGPSPoint, ABoxedPointComesBackBitIdenticalInAllFiveFields)
+TEST(SetGPSPoint, ABoxedPointIsBitIdenticalInAllFiveFields)
 {
     const gps::GPSPoint point{-0.0, std::numeric_limits<double>::quiet_NaN(), 1e-310,
                               std::numeric_limits<std::int64_t>::min(), -77};
@@ -348,7 +348,7 @@ TEST(TimeZones, AnUnknownNameHasNoOffset)
     }
 }
 
-TEST(TimeZones, NowIsAnInstantLikeAnyOther)
+TEST(TimeZones, TheDefaultTimeIsNow)
 {
     EXPECT_EQ(GetGMTOffsetFromTimeZoneName("Asia/Kolkata"), 19800); // no daylight saving there
     const auto zurich = GetGMTOffsetFromTimeZoneName("Europe/Zurich");

@@ -21,7 +21,7 @@ TEST(Errors, HoldDescriptionSuggestionAndPathUnderThePlugInsDomain)
                                                  {gps::kErrorPathKey, "/media/MAGELLAN"}}));
 }
 
-TEST(Errors, HaveNoPathWhereNoFileIsConcerned)
+TEST(Errors, HaveNoPathIfNoFileIsInvolved)
 {
     const auto error = makeError(ErrorCode::kNoDevice, "what", "what to do");
     EXPECT_EQ(error.code(), -1);

@@ -96,7 +96,7 @@ TEST_F(FolderWalkTest, AHiddenFolderIsSkippedWithItsContentsButAHiddenEntryDeepe
     EXPECT_THAT(entries(), ElementsAre("sub", "sub/.folder", "sub/.folder/file", "sub/.hidden"));
 }
 
-TEST_F(FolderWalkTest, EveryEntryIsHandedOverInByteOrderAFolderBeforeItsContents)
+TEST_F(FolderWalkTest, EveryEntryReachesTheReaderInByteOrderAFolderBeforeItsContents)
 {
     for (const auto* name : {"b.upt", "B.upt", "a/2", "a/1", "a.txt", "\xC3\xA9", "10", "9"})
         folder_.put(name, "");
@@ -105,7 +105,7 @@ TEST_F(FolderWalkTest, EveryEntryIsHandedOverInByteOrderAFolderBeforeItsContents
                 ElementsAre("10", "9", "B.upt", "a", "a/1", "a/2", "a.txt", "b.upt", "\xC3\xA9"));
 }
 
-TEST_F(FolderWalkTest, AReadersErrorStopsTheWalkAndIsAnswered)
+TEST_F(FolderWalkTest, AReadersErrorStopsTheWalkAndIsReturned)
 {
     for (const auto* name : {"a", "b", "c"})
         folder_.put(name, "");
@@ -123,7 +123,7 @@ TEST_F(FolderWalkTest, AnErrorForTheFirstFileLeavesTheLaterOnesUnread)
     EXPECT_THAT(entries(), ElementsAre("b"));
 }
 
-TEST_F(FolderWalkTest, ARangeFailureEndsTheWalkAsAnErrorDoesWithALogLine)
+TEST_F(FolderWalkTest, ARangeErrorEndsTheWalkLikeAnyErrorAndIsLogged)
 {
     for (const auto* name : {"a", "b", "c"})
         folder_.put(name, "");

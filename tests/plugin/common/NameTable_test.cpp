@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Names and their indices, also past the growth of the table.
+// Names and their indices, before and after the table grows.
 
 #include <plugin/common/NameTable.h>
 
@@ -44,7 +44,7 @@ TEST(NameTable, GrowsAndForgetsNoName)
         ASSERT_EQ(names.indexOf(texts[i]), i);
 }
 
-TEST(NameTable, DoesAsAMapWouldForNamesInAnyOrder)
+TEST(NameTable, AgreesWithAMapForNamesInAnyOrder)
 {
     std::mt19937 random{11}; // the same names each time
     std::unordered_map<std::string, std::size_t> expected;

@@ -11,7 +11,7 @@ namespace {
 
 using testing::EndsWith;
 
-TEST(PluginBundle, IsTheOneThatThisCodeWasLoadedFrom)
+TEST(PluginBundle, IsTheBundleThatThisCodeWasLoadedFrom)
 {
     EXPECT_THAT(pluginBundle().path(), EndsWith("/MagellanGPSPlugin.bundle"));
     EXPECT_EQ(&pluginBundle(), &pluginBundle());

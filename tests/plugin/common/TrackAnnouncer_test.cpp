@@ -26,7 +26,7 @@ protected:
     TrackAnnouncer announcer_{status_};
 };
 
-TEST_F(TrackAnnouncerTest, NoPointsAreNoTrack)
+TEST_F(TrackAnnouncerTest, WithoutPointsThereIsNoTrack)
 {
     EXPECT_THAT(status_.calls(), IsEmpty());
 }

@@ -47,7 +47,7 @@ constexpr char kWayPointCall[] =
 constexpr char kTrackCall[] = "newTrack {name = \"T\"}";
 constexpr char kTrackPointCall[] = "trackPoint (46, 7.5, 500, 1204286400, 0) {trackName = \"T\"}";
 
-/// What each kind's pair of calls looks like when it yields nothing.
+/// The calls of a download without any records.
 const Calls kFourEmptyKinds{"gpsStateChange 1", "startTransfer 3", "endTransfer 3",
                             "startTransfer 3",  "endTransfer 3",   "startTransfer 2",
                             "endTransfer 2",    "startTransfer 1", "endTransfer 1",
@@ -72,7 +72,7 @@ protected:
         return MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
     }
 
-    /// What an acquire calls, from start to end.
+    /// The calls of an acquire, from start to end.
     Calls acquire(const gps::Dictionary& options = {})
     {
         status_ = std::make_shared<support::RecordingReceiver>();
@@ -136,7 +136,7 @@ TEST_F(AcquireDriverTest, FilesOfAKindAreReadInByteOrderOfTheirPathsWhateverThei
                                     "newTrack {name = \"2\"}"));
 }
 
-TEST_F(AcquireDriverTest, FalseWaypointsSwitchOffWaypointsAndGeocachesAlone)
+TEST_F(AcquireDriverTest, FalseWaypointsSwitchOffOnlyWaypointsAndGeocaches)
 {
     fill();
     EXPECT_THAT(brackets({{"waypoints", false}}),
@@ -197,7 +197,7 @@ TEST_F(AcquireDriverTest, AFolderAmongTheWaypointFilesEndsTheAcquireAndOneAmongT
 }
 
 TEST_F(AcquireDriverTest,
-       AFifoAmongTheWaypointFilesEndsTheAcquireAtOnceAndOneAmongTheTracksIsPassedOver)
+       AFifoAmongTheWaypointFilesEndsTheAcquireAtOnceAndOneAmongTheTracksIsSkipped)
 {
     fill();
     ASSERT_EQ(::mkfifo(receiver_.path("Track Logs/a").c_str(), 0600), 0);
@@ -248,7 +248,7 @@ TEST_F(AcquireDriverTest, TheLanguageFileNamesTheFolders)
                             "gpsStateChange 0"));
 }
 
-TEST_F(AcquireDriverTest, AFolderKeyThatIsMissingIsAKindThatYieldsNothing)
+TEST_F(AcquireDriverTest, AKindWhoseFolderKeyIsMissingYieldsNothing)
 {
     fill();
     receiver_.put("stray.upt", {kWayPoint});
@@ -293,7 +293,7 @@ TEST_F(AcquireDriverTest, ADataFolderThatIsAFileYieldsNothingAndIsLogged)
     EXPECT_THAT(log.lines(), SizeIs(1));
 }
 
-TEST_F(AcquireDriverTest, TheWorkerIsOneThreadThatIsNotTheHosts)
+TEST_F(AcquireDriverTest, TheWorkerIsASingleThreadOtherThanTheHosts)
 {
     fill();
     (void)acquire();
@@ -301,7 +301,7 @@ TEST_F(AcquireDriverTest, TheWorkerIsOneThreadThatIsNotTheHosts)
     EXPECT_THAT(status_->threads(), Not(Contains(std::this_thread::get_id())));
 }
 
-/// A host that holds its driver's worker back at the first call.
+/// A host that blocks the worker in its first call.
 class HeldReceiver : public support::RecordingReceiver {
 public:
     void gpsStateChange(std::int32_t state) override
@@ -327,7 +327,7 @@ private:
     bool isReleased_ = false;
 };
 
-TEST_F(AcquireDriverTest, TheWorkerKeepsTheDriverAndWorksOnWhateverTheHostDoesMeanwhile)
+TEST_F(AcquireDriverTest, TheWorkerKeepsTheDriverAliveAndFinishesWhateverTheHostDoes)
 {
     fill();
     const auto status = std::make_shared<HeldReceiver>();
@@ -347,7 +347,7 @@ TEST_F(AcquireDriverTest, TheWorkerKeepsTheDriverAndWorksOnWhateverTheHostDoesMe
     EXPECT_THAT(status->calls(), Contains(kWayPointCall));
 }
 
-/// A host whose receiver is pulled out at the first waypoint.
+/// A host whose receiver is unplugged at the first waypoint.
 class PullingReceiver : public support::RecordingReceiver {
 public:
     explicit PullingReceiver(std::string volume) : volume_(std::move(volume)) {}
@@ -373,7 +373,7 @@ TEST_F(AcquireDriverTest, AVolumeThatVanishesInTheMiddleEndsTheAcquire)
                                              "endTransfer 3", "gpsStateChange 0"));
 }
 
-TEST_F(AcquireDriverTest, WithoutADeviceTheAnswerIsErrorMinusOneAndTheOnlyCallIsIdle)
+TEST_F(AcquireDriverTest, WithoutADeviceErrorMinusOneIsReturnedAndTheOnlyCallIsIdle)
 {
     support::TestFolders::set({});
     const support::LogCapture log;
@@ -411,7 +411,7 @@ TEST_F(AcquireDriverTest, ASetUpErrorIsLoggedIfTheDebugLevelIsNotZero)
     EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
 }
 
-TEST_F(AcquireDriverTest, ADebugOfZeroResetsTheLevelAndAnAbsentOneLeavesIt)
+TEST_F(AcquireDriverTest, ADebugOptionOfZeroResetsTheLevelAndAnAbsentOneKeepsIt)
 {
     support::TestFolders::set({});
     const auto driver = makeDriver();
@@ -428,7 +428,7 @@ TEST_F(AcquireDriverTest, ADebugOfZeroResetsTheLevelAndAnAbsentOneLeavesIt)
     EXPECT_EQ(levelAfter({{"debug", -1}, {"sourcePath", "x"}}), -1);
 }
 
-/// Shows what the set-up makes.
+/// Makes the set-up accessible.
 class OpenDriver : public MagellanGPSPlugin {
 public:
     using MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions;
@@ -481,11 +481,11 @@ TEST_F(AcquireDriverTest, ASourcePathIsImportedOnTheHostsThreadWithoutABusyCall)
     EXPECT_THAT(status_->calls(), ElementsAre("startTransfer 1", kTrackCall, kTrackPointCall,
                                               "endTransfer 1", "gpsStateChange 0"));
     EXPECT_THAT(status_->threads(), ElementsAre(std::this_thread::get_id()));
-    ASSERT_TRUE(driver->securityURL()); // the bracket is that of the device, not of the file
+    ASSERT_TRUE(driver->securityURL()); // access was opened on the device, not on the file
     EXPECT_EQ(driver->securityURL()->path(), receiver_.path());
 }
 
-TEST_F(AcquireDriverTest, AnImportsErrorIsTheAnswer)
+TEST_F(AcquireDriverTest, TheErrorOfAnImportIsReturned)
 {
     const auto error =
         makeDriver()->gpsRunAcquire(status_, {{"sourcePath", receiver_.path("none.upt")}});
@@ -515,7 +515,7 @@ TEST_F(AcquireDriverTest, ASourcePathThatIsNotATextHasNoExtension)
     EXPECT_THAT(status_->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(AcquireDriverTest, ARangeFailureInAnImportReachesTheHostAfterTheEndWasReported)
+TEST_F(AcquireDriverTest, ARangeErrorOfAnImportReachesTheHostAfterTheEndWasReported)
 {
     const auto file = receiver_.put("t.log", {kTrackPoint, sentence("PMGNTRK,1")});
     const auto driver = makeDriver();

@@ -33,7 +33,7 @@ protected:
         driver_->initFSDeviceList();
     }
 
-    /// Makes a receiver's unit file one that the system will not let nobody read.
+    /// Takes the read permission from a receiver's unit file.
     static void refuse(const support::ReceiverFolder& receiver)
     {
         std::filesystem::permissions(receiver.path("USBTRANS/UNIT_ID.DAT"),
@@ -83,7 +83,7 @@ TEST_F(DeviceDiscoveryTest, OneAuthorizedDeviceIsSelectedAndReadyWithPopUpAndBut
     EXPECT_TRUE(button().isHidden());
 }
 
-TEST_F(DeviceDiscoveryTest, OneDeviceThatTheSystemRefusesIsUnauthorizedAndShowsTheButtonAlone)
+TEST_F(DeviceDiscoveryTest, OneDeviceWithoutPermissionIsUnauthorizedAndShowsOnlyTheButton)
 {
     first_.unitFile("12345");
     refuse(first_);
@@ -98,7 +98,7 @@ TEST_F(DeviceDiscoveryTest, OneDeviceThatTheSystemRefusesIsUnauthorizedAndShowsT
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(DeviceDiscoveryTest, TwoDevicesTheFirstAuthorizedShowThePopUpAlone)
+TEST_F(DeviceDiscoveryTest, TwoDevicesTheFirstAuthorizedShowOnlyThePopUp)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -164,7 +164,7 @@ TEST_F(DeviceDiscoveryTest, ADeviceIsNamedAfterItsSerialNumber)
 }
 
 TEST_F(DeviceDiscoveryTest,
-       TestFoldersAreListedInTheirOrderThoughTheyAreNotRemovableAndOthersAreLeftOut)
+       TestFoldersAreListedInOrderAlthoughTheyAreNotRemovableAndOthersAreLeftOut)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -175,7 +175,7 @@ TEST_F(DeviceDiscoveryTest,
     EXPECT_EQ(nameOf(driver_->deviceList().back()), "Magellan device 1");
 }
 
-TEST_F(DeviceDiscoveryTest, ARefreshSeesWhatCameAndWentAndSelectsTheFirstAgain)
+TEST_F(DeviceDiscoveryTest, ARefreshFollowsChangesAndSelectsTheFirstDeviceAgain)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -229,7 +229,7 @@ TEST_F(DeviceDiscoveryTest, PickingAnEntrySelectsThatDeviceAndItsAuthorizationSh
     EXPECT_EQ(driver_->fsDevice(), record(first_, "Magellan device 1", true));
 }
 
-TEST_F(DeviceDiscoveryTest, TheButtonIsHiddenExactlyWhenNothingOrSomethingAuthorizedIsSelected)
+TEST_F(DeviceDiscoveryTest, TheButtonIsShownOnlyWhileAnUnauthorizedDeviceIsSelected)
 {
     for (const auto& [device, hidden] :
          std::vector<std::pair<std::optional<gps::Dictionary>, bool>>{
@@ -253,7 +253,7 @@ TEST_F(DeviceDiscoveryTest, PressingTheButtonAsksForAccessAgainAndRefreshesTheLi
         find({first_.path()});
         ASSERT_FALSE(driver_->isReady());
     }
-    // The user has granted what was missing.
+    // The user grants the permission.
     std::filesystem::permissions(first_.path("USBTRANS/UNIT_ID.DAT"), std::filesystem::perms{0644});
     button().press();
     EXPECT_EQ(driver_->fsDevice(), record(first_, "Magellan device 1", true));
@@ -263,7 +263,7 @@ TEST_F(DeviceDiscoveryTest, PressingTheButtonAsksForAccessAgainAndRefreshesTheLi
     EXPECT_EQ(driver_->securityURL()->path(), first_.path());
 }
 
-TEST_F(DeviceDiscoveryTest, AViewThatIsKeptLongerThanTheDriverDoesNothing)
+TEST_F(DeviceDiscoveryTest, AViewThatOutlivesTheDriverDoesNothing)
 {
     first_.unitFile("1");
     second_.unitFile("2");
@@ -273,7 +273,7 @@ TEST_F(DeviceDiscoveryTest, AViewThatIsKeptLongerThanTheDriverDoesNothing)
     auto* const button = view->find<gps::Button>("deviceButton");
     const std::weak_ptr<MagellanGPSPlugin> driver = driver_;
     driver_.reset();
-    EXPECT_TRUE(driver.expired()); // the view does not hold it
+    EXPECT_TRUE(driver.expired()); // the view does not keep it alive
     support::TestFolders::set({});
     menu->pick(1);
     button->press();
@@ -282,7 +282,7 @@ TEST_F(DeviceDiscoveryTest, AViewThatIsKeptLongerThanTheDriverDoesNothing)
     EXPECT_TRUE(button->isHidden());
 }
 
-TEST_F(DeviceDiscoveryTest, ADriverWithoutAViewFindsDevicesAllTheSame)
+TEST_F(DeviceDiscoveryTest, ADriverWithoutAViewFindsDevicesToo)
 {
     first_.unitFile("1");
     support::TestFolders::set({first_.path()});

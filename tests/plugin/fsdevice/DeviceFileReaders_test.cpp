@@ -64,7 +64,7 @@ protected:
         return folder_.put("file", support::fileOf(lines));
     }
 
-    /// What a reader reports of a file, which it must be able to read.
+    /// The calls of a reader for a file that it can read.
     static Calls reported(Report reader, const std::string& path)
     {
         support::RecordingReceiver status;
@@ -99,7 +99,7 @@ TEST_F(ReadTracks, PointsWithoutANameAreOneCurrentTrack)
                             "trackPoint (47, 7.5, 500, 43200, 0) {}"));
 }
 
-TEST_F(ReadTracks, TheNamesABAThatFollowOneAnotherAreThreeTracks)
+TEST_F(ReadTracks, ConsecutiveNamesABAMakeThreeTracks)
 {
     EXPECT_THAT(reported(acquireTracks,
                          put({trackPoint("A"), trackPoint("A"), trackPoint("B"), trackPoint("A")})),
@@ -113,7 +113,7 @@ TEST_F(ReadTracks, PointsWithoutANameBelongToTheTrackInProgress)
                 ElementsAre(newTrack("A"), named46("A"), kUnnamed46, named46("A")));
 }
 
-TEST_F(ReadTracks, ANameAfterUnnamedPointsOpensATrackUnlessItIsTheirsAlready)
+TEST_F(ReadTracks, ANameAfterUnnamedPointsBeginsATrackUnlessTheTrackHasThatName)
 {
     EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("A")})),
                 ElementsAre(newTrack("Current Track"), kUnnamed46, newTrack("A"), named46("A")));
@@ -121,7 +121,7 @@ TEST_F(ReadTracks, ANameAfterUnnamedPointsOpensATrackUnlessItIsTheirsAlready)
                 ElementsAre(newTrack("Current Track"), kUnnamed46, named46("Current Track")));
 }
 
-TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromTheLineBeforeIfAny)
+TEST_F(ReadTracks, ALineWithoutADateTakesItsDayFromThePreviousLineIfAny)
 {
     EXPECT_THAT(reported(acquireTracks,
                          put({trackPoint(""),
@@ -161,7 +161,7 @@ TEST_F(ReadTracks, AFileThatEndsInALineEndHasAnEmptyLastLineThatIsIgnored)
     EXPECT_THAT(reported(acquireTracks, folder_.put("f", "")), IsEmpty());
 }
 
-TEST_F(ReadTracks, ANulByteDamagesItsLineAlone)
+TEST_F(ReadTracks, ANulByteDamagesOnlyItsOwnLine)
 {
     EXPECT_THAT(reported(acquireTracks, folder_.put("f", std::string{"\0", 1} + trackPoint("A") +
                                                              "\r\n" + trackPoint("B"))),
@@ -192,7 +192,7 @@ TEST_F(ReadWayPoints, AreReportedInFileOrderWithoutTheirPointAmongTheExtras)
                 ElementsAre(reportedWayPoint("B"), reportedWayPoint("A")));
 }
 
-TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordInTheFirstOnesTurn)
+TEST_F(ReadWayPoints, TwoOfOneNameAreOneCallWithTheSecondRecordAtTheFirstOnesPosition)
 {
     EXPECT_THAT(reported(acquireWayPoints,
                          put({wayPoint("A", "first"), wayPoint("B"), wayPoint("A", "second")})),
@@ -313,7 +313,7 @@ TEST_F(ReadRoutes, ARouteIsReportedWithoutItsPointsWhichFollowWithTheirPoint)
                             routePoint("B"), routePoint("A")));
 }
 
-TEST_F(ReadRoutes, EachStartsAnewAndTheyAreReportedInFileOrder)
+TEST_F(ReadRoutes, EachStartsEmptyAndTheyAreReportedInFileOrder)
 {
     EXPECT_THAT(
         reported(acquireRoutes,
@@ -370,7 +370,7 @@ TEST_F(ReadRoutes, ATruncatedSentenceThrowsBeforeAnythingIsReported)
     EXPECT_THAT(status.calls(), IsEmpty());
 }
 
-TEST_F(ReadRoutes, AFewMegabytesThatAskForAllMemoryThrow)
+TEST_F(ReadRoutes, AFileThatWouldExpandBeyondTheMemoryLimitThrows)
 {
     constexpr std::size_t kComment = 4 << 20;
     std::string mentions = "PMGNRTE,1,1,c,1,R";
@@ -401,7 +401,7 @@ TEST_F(ReadRoutes, CollectedOnesHoldTheirPointsInOrder)
 struct Kind {
     Report reader;
     std::string_view message;
-    bool answersTheError;
+    bool returnsTheError;
 };
 
 constexpr Kind kKinds[]{
@@ -411,15 +411,15 @@ constexpr Kind kKinds[]{
     {acquireGeoCaches, "Couldn't read geocache data from device", true},
 };
 
-/// Lets every kind's reader meet a path that it cannot read.
+/// Runs each kind's reader on a path that it cannot read.
 void expectUnreadable(const std::string& path, int code)
 {
-    for (const auto& [reader, message, answersTheError] : kKinds) {
+    for (const auto& [reader, message, returnsTheError] : kKinds) {
         SCOPED_TRACE(message);
         support::RecordingReceiver status;
         const support::LogCapture log;
         const auto error = reader(status, path);
-        ASSERT_EQ(error.has_value(), answersTheError);
+        ASSERT_EQ(error.has_value(), returnsTheError);
         if (error) {
             EXPECT_EQ(error->domain(), "NSCocoaErrorDomain");
             EXPECT_EQ(error->code(), code);
@@ -427,14 +427,14 @@ void expectUnreadable(const std::string& path, int code)
         EXPECT_THAT(status.calls(), IsEmpty());
         EXPECT_THAT(log.lines(), ElementsAre(StartsWith("MagellanGPSPlugin: ")));
         ASSERT_THAT(log.errors(), SizeIs(1));
-        const auto told = log.errors().front();
-        EXPECT_EQ(told.domain(), "com.Orvane.GPSPlugin.ErrorDomain");
-        EXPECT_EQ(told.code(), -3);
-        EXPECT_EQ(told.description(), message);
-        EXPECT_EQ(told.suggestion(), "Please make sure your Magellan device is connected and "
-                                     "mounted on the desktop, and try again");
-        EXPECT_EQ(told.path(), path);
-        const auto* underlying = told.userInfo().findDictionary(gps::kErrorUnderlyingKey);
+        const auto reported = log.errors().front();
+        EXPECT_EQ(reported.domain(), "com.Orvane.GPSPlugin.ErrorDomain");
+        EXPECT_EQ(reported.code(), -3);
+        EXPECT_EQ(reported.description(), message);
+        EXPECT_EQ(reported.suggestion(), "Please make sure your Magellan device is connected and "
+                                         "mounted on the desktop, and try again");
+        EXPECT_EQ(reported.path(), path);
+        const auto* underlying = reported.userInfo().findDictionary(gps::kErrorUnderlyingKey);
         ASSERT_NE(underlying, nullptr);
         EXPECT_EQ(underlying->find("code")->int32Reading(), code);
     }
@@ -460,7 +460,7 @@ TEST_F(UnreadableFile, AFolderOrAFifoIsLoggedAtOnce)
     expectUnreadable(folder_.path("fifo"), 256);
 }
 
-TEST_F(UnreadableFile, ALinkThatLeadsNowhereOrToItselfIsLogged)
+TEST_F(UnreadableFile, ADanglingOrCircularLinkIsLogged)
 {
     std::filesystem::create_symlink("nowhere", folder_.path("dangling"));
     expectUnreadable(folder_.path("dangling"), 260);

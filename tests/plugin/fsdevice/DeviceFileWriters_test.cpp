@@ -91,7 +91,7 @@ std::string written(const std::vector<std::string>& lines)
     return text + kClosing;
 }
 
-/// The names in a folder, hidden ones too.
+/// The names in a folder, including hidden ones.
 std::vector<std::string> namesIn(const support::TemporaryFolder& folder)
 {
     std::vector<std::string> names;
@@ -107,7 +107,7 @@ protected:
     support::LogCapture log;
 };
 
-TEST_F(DeviceFileWriters, TrackIsWrittenAsItsPointsAndTheClosingSentenceWithoutALineEndBehindIt)
+TEST_F(DeviceFileWriters, TrackIsWrittenAsItsPointsAndTheClosingSentenceWithoutALineEnd)
 {
     ASSERT_FALSE(saveTracks({track({trackPoint(46.5), trackPoint(-46.5)})}, folder.path(), false));
     EXPECT_EQ(
@@ -256,7 +256,7 @@ TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp")}));
     const auto error =
-        mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code passes no filter
+        mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code is not filtered
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 517);
     EXPECT_EQ(folder.read("p.upt"), fileOf({waypointLine("Camp")}));
@@ -393,7 +393,7 @@ TEST_F(DeviceFileWriters, SaveOperationsWriteTheKindsDefaultFiles)
     EXPECT_EQ(folder.read("Default Geocache File.gs"), kClosing);
 }
 
-TEST_F(DeviceFileWriters, WhatIsWrittenReadMergedWithNothingAndWrittenAgainIsTheSame)
+TEST_F(DeviceFileWriters, WrittenFilesMergedWithNothingAreWrittenUnchanged)
 {
     const auto path = folder.path("r.rte");
     ASSERT_FALSE(
@@ -405,7 +405,7 @@ TEST_F(DeviceFileWriters, WhatIsWrittenReadMergedWithNothingAndWrittenAgainIsThe
     EXPECT_EQ(folder.read("r.rte"), once);
 }
 
-/// Records made up of the device's own characters, the same ones for the same seed.
+/// Random records of the device's characters; the same seed gives the same records.
 class Generated {
 public:
     explicit Generated(unsigned seed) : random_(seed) {}
@@ -480,7 +480,7 @@ private:
     std::mt19937 random_;
 };
 
-// The texts that are written, without the flushing of hundreds of files.
+// Compares the texts without writing and flushing hundreds of files.
 TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBytes)
 {
     for (unsigned seed = 0; seed < 200; ++seed) {
@@ -497,7 +497,7 @@ TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBy
     }
 }
 
-/// Takes what a track file holds, as the record that wrote it.
+/// Reads a track file back as a record.
 class TrackTaker : public support::RecordingReceiver {
 public:
     void trackPoint(const gps::GPSPoint& point, const gps::Dictionary& /*extra*/) override
@@ -523,7 +523,7 @@ TEST_F(DeviceFileWriters, GeneratedTracksWrittenReadAndWrittenAgainAreTheSameByt
 }
 
 TEST_F(DeviceFileWriters,
-       DeletingRemovesTheWalkedFolderOnlyWhereTheCurrentFolderHoldsAFileOfAnItemsPath)
+       DeletingRemovesTheWalkedFolderOnlyIfTheCurrentFolderHoldsAFileOfAnItemsPath)
 {
     const auto here = std::filesystem::current_path();
     const support::TemporaryFolder elsewhere;
@@ -557,7 +557,7 @@ TEST_F(DeviceFileWriters, DeleteFlagClearsByTheKindsExtensionBeforeAnythingIsWri
         SCOPED_TRACE(name);
         const auto data = folder.makeFolder("data");
         folder.put("data/a.other", "");
-        EXPECT_FALSE(save(gps::Array{}, data, true)); // no item bears the kind's extension
+        EXPECT_FALSE(save(gps::Array{}, data, true)); // no item has the kind's extension
         EXPECT_TRUE(std::filesystem::exists(folder.path("data/a.other")));
         folder.put("data/" + name, "");
         (void)save(gps::Array{gps::Dictionary{}}, data, true);

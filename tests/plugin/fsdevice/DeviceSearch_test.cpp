@@ -28,16 +28,16 @@ protected:
     [[nodiscard]] gps::SearchedLocation search() const
     {
         support::TestFolders::set({receiver_.path()});
-        const auto places = driver_->searchedLocations();
-        EXPECT_FALSE(places.empty());
-        const auto place = places.back();
-        EXPECT_EQ(place.location, receiver_.path());
-        EXPECT_EQ(place.sort, "test folder");
+        const auto locations = driver_->searchedLocations();
+        EXPECT_FALSE(locations.empty());
+        const auto searched = locations.back();
+        EXPECT_EQ(searched.location, receiver_.path());
+        EXPECT_EQ(searched.sort, "test folder");
 
         driver_->refreshDeviceList();
-        EXPECT_EQ(driver_->deviceList().size(), place.verdict == Verdict::kAccepted ? 1U : 0U)
-            << place.reason;
-        return place;
+        EXPECT_EQ(driver_->deviceList().size(), searched.verdict == Verdict::kAccepted ? 1U : 0U)
+            << searched.reason;
+        return searched;
     }
 
     support::TestFolders folders_{{}};
@@ -48,18 +48,18 @@ protected:
 TEST_F(DeviceSearchTest, ReceiverIsAcceptedUnderItsName)
 {
     receiver_.unitFile("12345");
-    const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kAccepted);
-    EXPECT_THAT(place.reason, HasSubstr("Magellan device 12345"));
-    EXPECT_THAT(place.advice, IsEmpty());
+    const auto searched = search();
+    EXPECT_EQ(searched.verdict, Verdict::kAccepted);
+    EXPECT_THAT(searched.reason, HasSubstr("Magellan device 12345"));
+    EXPECT_THAT(searched.advice, IsEmpty());
 }
 
 TEST_F(DeviceSearchTest, FolderWithoutAUnitFileIsNotAReceiver)
 {
-    const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kRejected);
-    EXPECT_THAT(place.reason, HasSubstr("USBTRANS/UNIT_ID.DAT"));
-    EXPECT_THAT(place.advice, IsEmpty());
+    const auto searched = search();
+    EXPECT_EQ(searched.verdict, Verdict::kRejected);
+    EXPECT_THAT(searched.reason, HasSubstr("USBTRANS/UNIT_ID.DAT"));
+    EXPECT_THAT(searched.advice, IsEmpty());
 }
 
 TEST_F(DeviceSearchTest, FolderThatCannotBeReadHasAdvice)
@@ -67,28 +67,28 @@ TEST_F(DeviceSearchTest, FolderThatCannotBeReadHasAdvice)
     receiver_.unitFile("12345");
     std::filesystem::permissions(receiver_.path("USBTRANS"), std::filesystem::perms::none);
     const support::AsNobody nobody;
-    const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kRejected);
-    EXPECT_THAT(place.reason, HasSubstr("another user"));
-    EXPECT_THAT(place.advice, Not(IsEmpty()));
+    const auto searched = search();
+    EXPECT_EQ(searched.verdict, Verdict::kRejected);
+    EXPECT_THAT(searched.reason, HasSubstr("another user"));
+    EXPECT_THAT(searched.advice, Not(IsEmpty()));
 }
 
 TEST_F(DeviceSearchTest, UnitFileWithoutReadPermissionIsAcceptedWithAdvice)
 {
     std::filesystem::permissions(receiver_.unitFile("12345"), std::filesystem::perms::none);
     const support::AsNobody nobody;
-    const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kAccepted);
-    EXPECT_THAT(place.reason, HasSubstr("may not be read"));
-    EXPECT_THAT(place.advice, Not(IsEmpty()));
+    const auto searched = search();
+    EXPECT_EQ(searched.verdict, Verdict::kAccepted);
+    EXPECT_THAT(searched.reason, HasSubstr("may not be read"));
+    EXPECT_THAT(searched.advice, Not(IsEmpty()));
 }
 
 TEST_F(DeviceSearchTest, UnitFileThatIsNotTextIsAcceptedWithTheReason)
 {
     receiver_.unitFile("\xFF");
-    const auto place = search();
-    EXPECT_EQ(place.verdict, Verdict::kAccepted);
-    EXPECT_THAT(place.reason, HasSubstr("cannot be read as text"));
+    const auto searched = search();
+    EXPECT_EQ(searched.verdict, Verdict::kAccepted);
+    EXPECT_THAT(searched.reason, HasSubstr("cannot be read as text"));
 }
 
 TEST_F(DeviceSearchTest, SearchChangesNeitherTheListNorTheSelection)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the driver answers about its device before a send.
+// What the driver reports about its device before a send.
 
 #include "../../support/ReceiverFolder.h"
 
@@ -66,7 +66,7 @@ TEST_F(FileDevice, DeviceSymbolIsTheIconThatIsWritten)
          {std::pair{"Airport", "e"}, {"zz", "zz"}, {"", "a"}, {"No such symbol", "a"}}) {
         EXPECT_EQ(driver()->deviceSymbol(symbol), icon);
         if (*symbol == '\0')
-            continue; // stands for a record without a symbol
+            continue; // the icon of records without a symbol
         const gps::Dictionary record{{"name", "A"}, {"symbol", symbol}, {"point", gps::GPSPoint{}}};
         EXPECT_THAT(magellan::mergedWaypointText({record}, ""),
                     HasSubstr(std::string{",A,,"} + icon + '*'));

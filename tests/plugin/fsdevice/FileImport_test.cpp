@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Imports of single files: extensions, first lines, refusals and status calls.
+// Imports of single files: extensions, first lines, rejections and status calls.
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/AsNobody.h>
@@ -50,9 +50,9 @@ protected:
         return MagellanGPSPlugin{}.importFile(path, status_);
     }
 
-    /// Imports a path that must be refused, and looks at all of the refusal.
-    void expectRefused(const std::optional<std::string>& path, std::string_view description,
-                       std::string_view suggestion)
+    /// Imports a path that must be rejected, and checks the whole error.
+    void expectRejected(const std::optional<std::string>& path, std::string_view description,
+                        std::string_view suggestion)
     {
         SCOPED_TRACE(path.value_or("(none)"));
         support::RecordingReceiver status;
@@ -75,28 +75,28 @@ protected:
 
 TEST_F(FileImportTest, NoPathAtAllHasNoExtension)
 {
-    expectRefused(std::nullopt, kNoExtension, "Make sure there's an extension");
+    expectRejected(std::nullopt, kNoExtension, "Make sure there's an extension");
 }
 
 TEST_F(FileImportTest, AnExtensionOfAnotherCaseIsUnrecognized)
 {
     for (const auto* name : {"track.LOG", "track.Log", "p.UPT", "r.RTE", "g.GS"})
-        expectRefused(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
+        expectRejected(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, ANameWithoutADotIsAnUnrecognizedExtensionNotAMissingOne)
 {
-    expectRefused(folder_.put("track", kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
-    expectRefused(folder_.put("dir.log/track", kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
-    expectRefused("", kUnrecognizedExtension, kWrongPlugIn);
-    expectRefused("/", kUnrecognizedExtension, kWrongPlugIn);
+    expectRejected(folder_.put("track", kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
+    expectRejected(folder_.put("dir.log/track", kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
+    expectRejected("", kUnrecognizedExtension, kWrongPlugIn);
+    expectRejected("/", kUnrecognizedExtension, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, OtherExtensionsAreUnrecognized)
 {
     for (const auto* name :
          {"t.gpx", "t.", "t.log.txt", "t.log ", "t.lo", "t.logs", "t..", "t.upt~"})
-        expectRefused(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
+        expectRejected(folder_.put(name, kTrackPoint), kUnrecognizedExtension, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, TheExtensionFollowsTheLastDotEvenAtTheBeginningOfAName)
@@ -110,27 +110,27 @@ TEST_F(FileImportTest, TheExtensionFollowsTheLastDotEvenAtTheBeginningOfAName)
     }
 }
 
-TEST_F(FileImportTest, AnEmptyFileCouldNotBeOpened)
+TEST_F(FileImportTest, AnEmptyFileIsReportedAsNotOpened)
 {
     for (const auto* name : {"points.upt", "t.log", "r.rte", "g.gs"})
-        expectRefused(folder_.put(name, ""), kCouldNotOpen,
-                      "File may be missing or this may be the wrong plug-in");
+        expectRejected(folder_.put(name, ""), kCouldNotOpen,
+                       "File may be missing or this may be the wrong plug-in");
 }
 
 // The process's own memory is a file that opens, but whose first bytes cannot be read.
-TEST_F(FileImportTest, AFileThatOpensButGivesNoFirstLineCouldNotBeOpened)
+TEST_F(FileImportTest, AFileWhoseFirstLineCannotBeReadIsReportedAsNotOpened)
 {
     for (const auto* name : {"points.upt", "t.log"}) {
         std::filesystem::create_symlink("/proc/self/mem", folder_.path(name));
-        expectRefused(folder_.path(name), kCouldNotOpen,
-                      "File may be missing or this may be the wrong plug-in");
+        expectRejected(folder_.path(name), kCouldNotOpen,
+                       "File may be missing or this may be the wrong plug-in");
     }
 }
 
 TEST_F(FileImportTest, ARouteFileThatListsItsWaypointsFirstIsUnrecognized)
 {
-    expectRefused(folder_.put("r.rte", fileOf({kWayPoint, sentence("PMGNRTE,1,1,c,1,R,A,a")})),
-                  kUnrecognizedContents, kWrongPlugIn);
+    expectRejected(folder_.put("r.rte", fileOf({kWayPoint, sentence("PMGNRTE,1,1,c,1,R,A,a")})),
+                   kUnrecognizedContents, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, AFirstLineThatIsBlankShortOrAnotherSentenceIsUnrecognized)
@@ -139,9 +139,9 @@ TEST_F(FileImportTest, AFirstLineThatIsBlankShortOrAnotherSentenceIsUnrecognized
          {"\r\n" + kTrackPoint, "\n" + kTrackPoint, " " + kTrackPoint, kWayPoint,
           sentence("PMGNCMD,END"), std::string{"$"}, std::string{"$PMGNTR"},
           std::string{"$PMGNTR\r\nK"}, std::string{"$pmgntrk"}, std::string{"\0", 1}})
-        expectRefused(folder_.put("t.log", text), kUnrecognizedContents, kWrongPlugIn);
-    expectRefused(folder_.put("p.upt", kGeoCache), kUnrecognizedContents, kWrongPlugIn);
-    expectRefused(folder_.put("g.gs", kWayPoint), kUnrecognizedContents, kWrongPlugIn);
+        expectRejected(folder_.put("t.log", text), kUnrecognizedContents, kWrongPlugIn);
+    expectRejected(folder_.put("p.upt", kGeoCache), kUnrecognizedContents, kWrongPlugIn);
+    expectRejected(folder_.put("g.gs", kWayPoint), kUnrecognizedContents, kWrongPlugIn);
 }
 
 TEST_F(FileImportTest, TheFirstEightBytesDecideWhateverFollows)
@@ -154,7 +154,7 @@ TEST_F(FileImportTest, TheFirstEightBytesDecideWhateverFollows)
                             "startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
 }
 
-TEST_F(FileImportTest, AFileOfEachKindReachesTheHostBetweenItsPairOfCalls)
+TEST_F(FileImportTest, AFileOfEachKindIsReportedBetweenItsPairOfCalls)
 {
     EXPECT_EQ(import(folder_.put("t.log", fileOf({kTrackPoint, "garbage", kWayPoint}))),
               std::nullopt);
@@ -171,7 +171,7 @@ TEST_F(FileImportTest, AFileOfEachKindReachesTheHostBetweenItsPairOfCalls)
             "newRoute {name = \"R\", lastIndex = 1}", "endTransfer 2", "gpsStateChange 0"));
 }
 
-TEST_F(FileImportTest, AGeocacheFileReachesTheHostAsWaypointsOfKindThree)
+TEST_F(FileImportTest, AGeocacheFileIsReportedAsWaypointsOfKindThree)
 {
     EXPECT_EQ(import(folder_.put("g.gs", fileOf({kGeoCache, kGeoCache}))), std::nullopt);
     EXPECT_THAT(status_.calls(),
@@ -180,8 +180,8 @@ TEST_F(FileImportTest, AGeocacheFileReachesTheHostAsWaypointsOfKindThree)
                             "endTransfer 3", "gpsStateChange 0"));
 }
 
-/// A path that cannot be opened: no error of the import itself, but the reader's line in the log,
-/// whatever the debug level.
+/// Imports a path that cannot be opened. The import itself reports no error, but the reader logs
+/// one, whatever the debug level.
 void expectReadersError(const std::string& path, std::optional<std::int32_t> code)
 {
     SCOPED_TRACE(path);
@@ -199,7 +199,7 @@ void expectReadersError(const std::string& path, std::optional<std::int32_t> cod
     EXPECT_EQ(log.errors().front().code(), -3);
 }
 
-TEST_F(FileImportTest, APathThatCannotBeOpenedMeetsTheReadersError)
+TEST_F(FileImportTest, APathThatCannotBeOpenedHasTheReadersError)
 {
     expectReadersError(folder_.path("none.upt"), 260);
     expectReadersError(folder_.path("none.gs"), 260);
@@ -208,7 +208,7 @@ TEST_F(FileImportTest, APathThatCannotBeOpenedMeetsTheReadersError)
     expectReadersError(folder_.path("none.log/"), std::nullopt);
 }
 
-TEST_F(FileImportTest, AFolderOrAFifoMeetsTheReadersErrorAtOnce)
+TEST_F(FileImportTest, AFolderOrAFifoHasTheReadersErrorAtOnce)
 {
     for (const auto& [extension, code] :
          std::vector<std::pair<std::string, std::optional<std::int32_t>>>{
@@ -220,7 +220,7 @@ TEST_F(FileImportTest, AFolderOrAFifoMeetsTheReadersErrorAtOnce)
     }
 }
 
-TEST_F(FileImportTest, AFileWithoutReadPermissionMeetsTheReadersError)
+TEST_F(FileImportTest, AFileWithoutReadPermissionHasTheReadersError)
 {
     const auto points = folder_.put("p.upt", fileOf({kWayPoint}));
     const auto track = folder_.put("t.log", fileOf({kTrackPoint}));
@@ -231,7 +231,7 @@ TEST_F(FileImportTest, AFileWithoutReadPermissionMeetsTheReadersError)
     expectReadersError(track, std::nullopt);
 }
 
-TEST_F(FileImportTest, AFileThatIsNotAsciiAfterItsFirstLineMeetsTheReadersError)
+TEST_F(FileImportTest, AFileThatIsNotAsciiAfterItsFirstLineHasTheReadersError)
 {
     expectReadersError(folder_.put("p.upt", kWayPoint + "\r\n\xC3\xA9"), 261);
 }
@@ -255,7 +255,7 @@ TEST_F(FileImportTest, ASentenceThatIsTooShortThrowsAfterTheEndWasReported)
                 ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
-TEST_F(FileImportTest, ARefusalIsLoggedIfTheDebugLevelIsNotZero)
+TEST_F(FileImportTest, ARejectionIsLoggedIfTheDebugLevelIsNotZero)
 {
     const auto driver = std::make_shared<MagellanGPSPlugin>();
     const auto status = std::make_shared<support::RecordingReceiver>();
@@ -269,7 +269,7 @@ TEST_F(FileImportTest, ARefusalIsLoggedIfTheDebugLevelIsNotZero)
     }
 }
 
-/// Notes how much stood in the log when the end was reported.
+/// Stores how many lines the log had when the end was reported.
 class LogLength : public support::RecordingReceiver {
 public:
     void gpsStateChange(std::int32_t state) override
@@ -284,7 +284,7 @@ private:
     std::size_t linesAtTheEnd_ = 0;
 };
 
-TEST_F(FileImportTest, ARefusalIsLoggedBeforeTheEndIsReportedButForAMissingPathAfterIt)
+TEST_F(FileImportTest, ARejectionIsLoggedBeforeTheEndIsReportedButAMissingPathAfterIt)
 {
     const auto linesAtTheEnd = [](const gps::Value& path) {
         const auto status = std::make_shared<LogLength>();
@@ -298,7 +298,7 @@ TEST_F(FileImportTest, ARefusalIsLoggedBeforeTheEndIsReportedButForAMissingPathA
     EXPECT_EQ(linesAtTheEnd(folder_.put("w.upt", kTrackPoint)), 1U);
 }
 
-TEST_F(FileImportTest, TheTextsOfARefusalAreTheOnlyEntriesBesideThePath)
+TEST_F(FileImportTest, ARejectionHasNoEntriesOtherThanItsTextsAndThePath)
 {
     const auto error = import(folder_.put("t.txt", ""));
     ASSERT_TRUE(error);

@@ -30,17 +30,17 @@ TEST(KeyValueText, KeysAndValuesAreSeparatedByTheFirstEqualsSign)
     EXPECT_EQ(parsed("a=b=c\r\nd==\r\n"), "{a = \"b=c\", d = \"=\"}");
 }
 
-TEST(KeyValueText, SpacesBeforeTheEqualsSignAreTheKeysAndThoseBehindItTheValues)
+TEST(KeyValueText, SpacesAroundTheEqualsSignBelongToTheKeyAndTheValue)
 {
     EXPECT_EQ(parsed("Serial Number = 12345 \r\n"), "{Serial Number  = \" 12345 \"}");
 }
 
-TEST(KeyValueText, WhiteSpaceInFrontOfAKeyIsSkipped)
+TEST(KeyValueText, WhiteSpaceBeforeAKeyIsSkipped)
 {
     EXPECT_EQ(parsed(" \t\v\fa=1\r\n\n\rb=2"), "{a = \"1\", b = \"2\"}");
 }
 
-TEST(KeyValueText, ALineWithoutAnEqualsSignIsAKeyWithTheEmptyValue)
+TEST(KeyValueText, ALineWithoutAnEqualsSignIsAKeyWithAnEmptyValue)
 {
     EXPECT_EQ(parsed("lonely\r\nempty=\r\nlast one"),
               "{lonely = \"\", empty = \"\", last one = \"\"}");
@@ -53,7 +53,7 @@ TEST(KeyValueText, ALineWithoutAKeyIsIgnored)
         EXPECT_EQ(parsed(text), "{}") << testing::PrintToString(text);
 }
 
-TEST(KeyValueText, BareLineFeedsMakeOneLineWhoseFirstKeyTakesAllTheRest)
+TEST(KeyValueText, BareLineFeedsMakeOneLineAndBelongToItsValue)
 {
     EXPECT_EQ(parsed("a=1\nb=2\n"), "{a = \"1\nb=2\n\"}");
     EXPECT_EQ(parsed("a=1\rb=2"), "{a = \"1\rb=2\"}");
@@ -70,7 +70,7 @@ TEST(KeyValueText, ANulByteIsACharacterLikeAnyOther)
               (gps::Dictionary{{std::string("a\0b", 3), std::string("c\0d", 3)}}));
 }
 
-TEST(KeyValueFile, AFileIsReadAsItsText)
+TEST(KeyValueFile, AFileIsParsedLikeItsText)
 {
     const TemporaryFolder folder;
     gps::Dictionary dictionary{{"old", 1}};
@@ -87,7 +87,7 @@ TEST(KeyValueFile, AnEmptyFileIsAnEmptyDictionary)
     EXPECT_TRUE(dictionary.empty());
 }
 
-TEST(KeyValueFile, AFailureIsTheSystemsErrorAndLeavesTheDictionary)
+TEST(KeyValueFile, AReadErrorIsReturnedAndLeavesTheDictionaryUnchanged)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
@@ -127,7 +127,7 @@ TEST(FolderDictionary, IsReadFromTheLanguageFile)
               "{MyPOIs = \"Meine Orte\", Routes = \"Routen\"}");
 }
 
-TEST(FolderDictionary, ALanguageFileWithoutAnyFolderKeyIsUsedAsItIs)
+TEST(FolderDictionary, ALanguageFileWithoutFolderKeysIsUsedUnchanged)
 {
     const TemporaryFolder folder;
     folder.put("USBTRANS/LANGUAGE.DAT", "Language=English\r\n");

@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-TEST(MagellanGPSPlugin, IsMadeForItsClassAlone)
+TEST(MagellanGPSPlugin, IsCreatedOnlyForItsClass)
 {
     const support::TestFolders none{{}};
     EXPECT_NE(MagellanGPSPlugin::getPluginForClass("GPSPlugIn"), nullptr);
@@ -29,7 +29,7 @@ TEST(MagellanGPSPlugin, IsMadeForItsClassAlone)
         EXPECT_EQ(MagellanGPSPlugin::getPluginForClass(other), nullptr) << other;
 }
 
-TEST(MagellanGPSPlugin, IsMadeAnewEachTime)
+TEST(MagellanGPSPlugin, IsCreatedAnewEachTime)
 {
     const support::TestFolders none{{}};
     const auto first = MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
@@ -38,7 +38,7 @@ TEST(MagellanGPSPlugin, IsMadeAnewEachTime)
     EXPECT_NE(first->gpsView(), second->gpsView());
 }
 
-TEST(MagellanGPSPlugin, IsMadeWithoutAReceiverToo)
+TEST(MagellanGPSPlugin, IsCreatedWithoutAReceiverToo)
 {
     const support::TestFolders none{{}};
     const auto driver = MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
@@ -51,7 +51,7 @@ TEST(MagellanGPSPlugin, IsMadeWithoutAReceiverToo)
     EXPECT_EQ(driver->debugLevel(), 0);
 }
 
-TEST(MagellanGPSPlugin, AnswersForItsIdentity)
+TEST(MagellanGPSPlugin, ReportsItsIdentity)
 {
     const MagellanGPSPlugin driver;
     EXPECT_EQ(driver.className(), "MagellanGPSPlugin");
@@ -61,14 +61,14 @@ TEST(MagellanGPSPlugin, AnswersForItsIdentity)
     EXPECT_THAT(driver.fileTypes(), Optional(ElementsAre("log", "rte", "upt", "gs")));
 }
 
-TEST(MagellanGPSPlugin, WantsToHearOfVolumesOnly)
+TEST(MagellanGPSPlugin, NeedsARefreshForVolumesOnly)
 {
     const MagellanGPSPlugin driver;
     EXPECT_TRUE(driver.needsFileSystemRefresh());
     EXPECT_FALSE(driver.needsSerialRefresh());
 }
 
-TEST(MagellanGPSPlugin, NeedsNoUsbRefreshForAnyVendorAndProductAndLeavesThem)
+TEST(MagellanGPSPlugin, NeedsNoUsbRefreshForAnyVendorAndProductAndLeavesThemUnchanged)
 {
     const MagellanGPSPlugin driver;
     for (const std::int32_t id : {0, 1, 0x091E, -1, std::numeric_limits<std::int32_t>::max()}) {
@@ -91,7 +91,7 @@ TEST(MagellanGPSPlugin, OffersNoLivePositionAndCancelsNothing)
     EXPECT_THAT(status->calls(), IsEmpty());
 }
 
-TEST(MagellanGPSPlugin, ItsButtonAndItsUrlAreSetAndGotPlainly)
+TEST(MagellanGPSPlugin, ReturnsTheButtonAndTheUrlThatWereSet)
 {
     MagellanGPSPlugin driver;
     const auto button = std::make_shared<gps::Button>("deviceButton");
@@ -104,7 +104,7 @@ TEST(MagellanGPSPlugin, ItsButtonAndItsUrlAreSetAndGotPlainly)
     EXPECT_FALSE(driver.securityURL());
 }
 
-TEST(MagellanGPSPlugin, ItsDeviceListIsSetAndGotPlainly)
+TEST(MagellanGPSPlugin, ReturnsTheDeviceListThatWasSet)
 {
     MagellanGPSPlugin driver;
     const gps::Array records{gps::Dictionary{{"location", "/a"}}};

@@ -131,7 +131,7 @@ TEST_F(Snapshot, GeocachesAreSkippedWithoutAnErrorIfOneHasNoPosition)
     EXPECT_FALSE(planned.files[0].error);
 }
 
-TEST_F(Snapshot, TracksPastTheLastFreeNumberAreRemarkedOn)
+TEST_F(Snapshot, TracksBeyondTheLastFreeNumberAreRemarkedOn)
 {
     for (int number = 0; number < 998; ++number)
         receiver.folder().put("Track Logs/TKLG" +
@@ -227,7 +227,7 @@ TEST_F(Snapshot, HasEachFileByteForByteButNotTracksHiddenOnesAndFolders)
     EXPECT_THAT(snapshot->dataFolders(), SizeIs(4));
 }
 
-TEST_F(Snapshot, ADamagedFileContributesNoRecordsAndTheOthersAllOfTheirs)
+TEST_F(Snapshot, ADamagedFileContributesNoRecordsAndTheOthersAreComplete)
 {
     receiver.put("My POIs/a.upt", {kOld, support::sentence("PMGNWPL,4630.00000,N")});
     receiver.folder().put("My POIs/b.upt", "caf\xE9");
@@ -235,7 +235,7 @@ TEST_F(Snapshot, ADamagedFileContributesNoRecordsAndTheOthersAllOfTheirs)
     EXPECT_THAT(namesIn(driver()->takeSnapshot()->records(), "waypoint"), ElementsAre("P"));
 }
 
-TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndGivesTheRecordsOfBoth)
+TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndHasTheRecordsOfBoth)
 {
     receiver.languageFile({"MyPOIs=My POIs", "Geocaches=My POIs", "Routes=My POIs"});
     receiver.put("My POIs/all", {kPlain, kOak, kRoute});
@@ -245,7 +245,7 @@ TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndGivesTheRecordsOfBoth)
     EXPECT_THAT(namesIn(snapshot->records(), "route"), ElementsAre("R"));
 }
 
-TEST_F(Snapshot, KnowsTheDefaultFileOfAFolderThatCannotBeListed)
+TEST_F(Snapshot, IncludesTheDefaultFileOfAFolderThatCannotBeListed)
 {
     receiver.put("My POIs/Default POI File.upt", {kOld});
     std::filesystem::permissions(receiver.path("My POIs"), std::filesystem::perms{0333});
@@ -260,7 +260,7 @@ TEST_F(Snapshot, KnowsTheDefaultFileOfAFolderThatCannotBeListed)
     std::filesystem::permissions(receiver.path("My POIs"), std::filesystem::perms{0755});
 }
 
-TEST_F(Snapshot, ADefaultFileThatIsALinkToNothingIsPlannedAsANewOne)
+TEST_F(Snapshot, ADefaultFileThatIsADanglingLinkIsPlannedAsANewOne)
 {
     std::filesystem::create_symlink("nowhere", receiver.path("My POIs/Default POI File.upt"));
     const auto planned = plan({{"waypoint", gps::Array{waypoint("A")}}});
@@ -269,7 +269,7 @@ TEST_F(Snapshot, ADefaultFileThatIsALinkToNothingIsPlannedAsANewOne)
     EXPECT_FALSE(planned.files[0].error);
 }
 
-TEST_F(Snapshot, DoesNotFollowLaterChangesOfTheDevice)
+TEST_F(Snapshot, IgnoresLaterChangesOfTheDevice)
 {
     receiver.put("My POIs/Default POI File.upt", {kOld});
     const auto snapshot = driver()->takeSnapshot();
@@ -288,7 +288,7 @@ TEST_F(Snapshot, LogsNothing)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(Snapshot, WithoutADeviceThereIsNone)
+TEST_F(Snapshot, WithoutADeviceItIsNull)
 {
     const support::TestFolders none{{}};
     EXPECT_EQ(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")->takeSnapshot(), nullptr);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Reading allocates nothing per sentence once it is warm: ten times the sentences take as many
-// allocations, but for the few by which a table of names doubles. The counting replaces the
-// program's operator new.
+// Reading allocates nothing per sentence once it is warm: ten times the sentences need as many
+// allocations, plus the few that a table of names needs to grow. Counts by replacing the program's
+// operator new.
 
 #include "../../support/Sentence.h"
 #include "../../support/TemporaryFolder.h"
@@ -22,8 +22,8 @@ std::atomic<std::size_t> theAllocations{0};
 
 } // namespace
 
-[[gnu::noinline]] void*
-operator new(std::size_t size) // inlined, g++ takes malloc and delete for a mismatch
+// If g++ inlined this, it would report malloc and delete as mismatched.
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     ++theAllocations;
     if (void* const memory = std::malloc(size == 0 ? 1 : size))

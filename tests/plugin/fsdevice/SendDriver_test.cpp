@@ -35,7 +35,8 @@ protected:
             {"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
     }
 
-    /// Sends, and waits for the end where there was a start. @return  what the driver answered
+    /// Sends, and waits for the end if the worker started. @return  the error that the driver
+    /// returned
     std::optional<gps::Error> send(const gps::Dictionary* data, const gps::Dictionary& options = {})
     {
         const support::TestFolders folders{{receiver.path()}};
@@ -62,7 +63,7 @@ TEST_F(SendDriver, WithoutDataOnlyTheEndIsReportedAndThereIsNoError)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(SendDriver, WithoutADeviceTheAnswerIsTheErrorOfNoSelectionAfterTheEnd)
+TEST_F(SendDriver, WithoutADeviceTheNoSelectionErrorIsReturnedAfterTheEnd)
 {
     const support::TestFolders none{{}};
     const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
@@ -73,7 +74,7 @@ TEST_F(SendDriver, WithoutADeviceTheAnswerIsTheErrorOfNoSelectionAfterTheEnd)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(SendDriver, WithoutDataNoDeviceIsAskedFor)
+TEST_F(SendDriver, WithoutDataNoDeviceIsNeeded)
 {
     const support::TestFolders none{{}};
     EXPECT_FALSE(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")
@@ -81,14 +82,14 @@ TEST_F(SendDriver, WithoutDataNoDeviceIsAskedFor)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(SendDriver, DataWithoutAnyKindMakesNoBracket)
+TEST_F(SendDriver, DataWithoutAnyKindHasNoBracket)
 {
     const gps::Dictionary data{{"track", "no list"}, {"waypoints", gps::Array{waypoint("A")}}};
     EXPECT_FALSE(send(&data));
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
-TEST_F(SendDriver, DataWithOnlyRoutesMakesTheirBracketAndTheEnd)
+TEST_F(SendDriver, DataWithOnlyRoutesHasTheirBracketAndTheEnd)
 {
     const gps::Dictionary data{{"route", gps::Array{}}};
     EXPECT_FALSE(send(&data));
@@ -111,7 +112,7 @@ TEST_F(SendDriver, KindsAreSentInTheOrderTracksWaypointsRoutesFromTheWorker)
     EXPECT_EQ(receiver.folder().read("Track Logs/TKLG000.log"), kClosing);
 }
 
-TEST_F(SendDriver, GeocachesAloneAreBracketedAsWaypointsAndNoWaypointFileIsWritten)
+TEST_F(SendDriver, WithGeocachesOnlyTheBracketIsOfWaypointsAndNoWaypointFileIsWritten)
 {
     const gps::Dictionary data{{"waypoint", gps::Array{waypoint("Oak", "Geocache")}}};
     EXPECT_FALSE(send(&data));
@@ -130,7 +131,7 @@ TEST_F(SendDriver, GeocachesAreWrittenInTheReverseOfTheirOrder)
     EXPECT_LT(text.find("Second"), text.find("First"));
 }
 
-TEST_F(SendDriver, WithoutAGeocacheFolderGeocachesGoAmongTheWaypoints)
+TEST_F(SendDriver, WithoutAGeocacheFolderGeocachesAreWrittenWithTheWaypoints)
 {
     receiver.languageFile({"MyPOIs=My POIs"});
     const gps::Dictionary data{{"waypoint", gps::Array{waypoint("Oak", "Geocache")}}};
@@ -139,7 +140,7 @@ TEST_F(SendDriver, WithoutAGeocacheFolderGeocachesGoAmongTheWaypoints)
     EXPECT_FALSE(exists("Geocaches/Default Geocache File.gs"));
 }
 
-TEST_F(SendDriver, EmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
+TEST_F(SendDriver, EmptyWaypointListWritesNothingIfThereIsAGeocacheFolder)
 {
     const gps::Dictionary data{{"waypoint", gps::Array{}}};
     EXPECT_FALSE(send(&data));
@@ -148,8 +149,7 @@ TEST_F(SendDriver, EmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
     EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
 }
 
-TEST_F(SendDriver,
-       EmptyWaypointListRewritesTheDefaultFileWithItsPresentContentsWhereThereIsNoGeocacheFolder)
+TEST_F(SendDriver, EmptyWaypointListRewritesTheDefaultFilesWaypointsIfThereIsNoGeocacheFolder)
 {
     receiver.languageFile({"MyPOIs=My POIs"});
     const auto present = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b");
@@ -161,7 +161,7 @@ TEST_F(SendDriver,
     EXPECT_EQ(receiver.folder().read("My POIs/Default POI File.upt"), present + "\r\n" + kClosing);
 }
 
-TEST_F(SendDriver, MissingFolderKeyMakesTheBracketsAndWritesNothing)
+TEST_F(SendDriver, MissingFolderKeyKeepsTheBracketsAndWritesNothing)
 {
     receiver.languageFile({"MyPOIs=My POIs"});
     const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}}}};
@@ -171,7 +171,7 @@ TEST_F(SendDriver, MissingFolderKeyMakesTheBracketsAndWritesNothing)
     EXPECT_FALSE(exists("Track Logs/TKLG000.log"));
 }
 
-TEST_F(SendDriver, FailedWriteIsLoggedAndTheNextKindIsWrittenAllTheSame)
+TEST_F(SendDriver, FailedWriteIsLoggedAndTheNextKindIsStillWritten)
 {
     std::filesystem::remove(receiver.path("Track Logs"));
     const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{}}}, {"route", gps::Array{}}};
@@ -180,8 +180,7 @@ TEST_F(SendDriver, FailedWriteIsLoggedAndTheNextKindIsWrittenAllTheSame)
     EXPECT_TRUE(exists("Routes/Default Route File.rte"));
 }
 
-TEST_F(SendDriver,
-       TooShortSentenceCountsAsThatFilesFailedWriteAndTheGeocachesOfTheBracketAreWritten)
+TEST_F(SendDriver, TooShortSentenceFailsOnlyItsFileAndTheGeocachesOfTheBracketAreWritten)
 {
     const auto damaged = support::sentence("PMGNWPL,4630.00000,N");
     receiver.put("My POIs/Default POI File.upt", {damaged});

@@ -53,20 +53,20 @@ TEST(SendOrder, AKeyThatIsMissingOrNotAnArrayHasNoBracket)
                 IsEmpty());
 }
 
-TEST(SendOrder, GeocachesAloneWriteNoWaypointFile)
+TEST(SendOrder, WithGeocachesOnlyNoWaypointFileIsWritten)
 {
     EXPECT_THAT(described({{"waypoint", gps::Array{kCache}}}),
                 ElementsAre("Waypoints 3: /v/G/Default Geocache File.gs(1)"));
 }
 
-TEST(SendOrder, AnEmptyWaypointListWritesNothingWhereThereIsAGeocacheFolder)
+TEST(SendOrder, AnEmptyWaypointListWritesNothingIfThereIsAGeocacheFolder)
 {
     EXPECT_THAT(described({{"waypoint", gps::Array{}}}), ElementsAre("Waypoints 3:"));
     EXPECT_THAT(described({{"waypoint", gps::Array{}}}, {{"MyPOIs", "P"}}),
                 ElementsAre("Waypoints 3: /v/P/Default POI File.upt(0)"));
 }
 
-TEST(SendOrder, GeocachesAreWaypointsWhereThereIsNoGeocacheFolder)
+TEST(SendOrder, GeocachesAreWaypointsIfThereIsNoGeocacheFolder)
 {
     EXPECT_THAT(described({{"waypoint", gps::Array{kCache, kFlag}}}, {{"MyPOIs", "P"}}),
                 ElementsAre("Waypoints 3: /v/P/Default POI File.upt(2)"));

@@ -38,7 +38,7 @@ void* module()
     return handle;
 }
 
-/// What the module exports under a name.
+/// The exported symbol of this name.
 template <typename T> T* exported(const char* name)
 {
     void* symbol = ::dlsym(module(), name);
@@ -51,7 +51,7 @@ gps::PrincipalClassEntry entry()
     return reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module(), gps::kPrincipalClassEntry));
 }
 
-TEST(BundleEntry, AnswersTheLoaderOfItsClassAndNoOther)
+TEST(BundleEntry, ReturnsTheLoaderOnlyForItsClass)
 {
     ASSERT_NE(module(), nullptr) << ::dlerror();
     ASSERT_NE(entry(), nullptr);
@@ -64,7 +64,7 @@ TEST(BundleEntry, AnswersTheLoaderOfItsClassAndNoOther)
         EXPECT_EQ(entry()(other), nullptr) << other;
 }
 
-TEST(BundleEntry, ADriverOfTheModuleAnswersThroughItsInterface)
+TEST(BundleEntry, ADriverOfTheModuleWorksThroughItsInterface)
 {
     const support::TestFolders none{{}};
     auto drivers = entry()("MagellanGPSPluginLoader")->piGetPlugInsForClass("GPSPlugIn");
@@ -76,7 +76,7 @@ TEST(BundleEntry, ADriverOfTheModuleAnswersThroughItsInterface)
     EXPECT_NE(driver->gpsView()->find<gps::Button>("deviceButton"), nullptr);
 }
 
-TEST(BundleEntry, ARangeErrorLeavesTheModuleAsWhatItIs)
+TEST(BundleEntry, ARangeErrorKeepsItsTypeOutsideTheModule)
 {
     const support::TestFolders none{{}};
     const support::ReceiverFolder folder;
@@ -89,13 +89,13 @@ TEST(BundleEntry, ARangeErrorLeavesTheModuleAsWhatItIs)
                 testing::ElementsAre("startTransfer 1", "endTransfer 1", "gpsStateChange 0"));
 }
 
-TEST(BundleEntry, TheIconOfLastResortIsExported)
+TEST(BundleEntry, TheFallbackIconIsExported)
 {
     EXPECT_STREQ(*exported<decltype(kMagellanSymbol_crossed_box)>("kMagellanSymbol_crossed_box"),
                  "a");
 }
 
-TEST(BundleEntry, TheDebugLevelIsTheModulesOwnAndTheFrameworks)
+TEST(BundleEntry, TheDebugLevelIsStoredInTheModuleAndTheFramework)
 {
     auto* const level = exported<decltype(GarminDebugLevel)>("GarminDebugLevel");
     const auto set = exported<decltype(GarminSetDebugLevel)>("GarminSetDebugLevel");
@@ -153,7 +153,7 @@ TEST(BundleEntry, TheTimeZonesAreExported)
               7200);
 }
 
-/// The names in the list of what the module may show.
+/// The names that the linker script exports.
 std::set<std::string> namesInTheMap()
 {
     std::ifstream map{MAGELLAN_SOURCE_DIR "/plugin/exports.map"};
@@ -165,7 +165,7 @@ std::set<std::string> namesInTheMap()
     return names;
 }
 
-/// The names that the module shows.
+/// The names that the module exports.
 std::set<std::string> namesInTheModule()
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> listing{

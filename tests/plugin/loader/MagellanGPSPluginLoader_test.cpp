@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The loader's answers and the drivers that it creates.
+// What the loader reports, and the drivers that it creates.
 
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSPoint.h>
@@ -28,7 +28,7 @@ using support::sentence;
 using testing::Contains;
 using testing::ElementsAre;
 
-TEST(MagellanGPSPluginLoader, AnswersForTheBundlesIdentity)
+TEST(MagellanGPSPluginLoader, ReportsTheBundlesIdentity)
 {
     MagellanGPSPluginLoader loader;
     EXPECT_TRUE(loader.piInitialize());
@@ -53,7 +53,7 @@ TEST(MagellanGPSPluginLoader, ItsInformationHasExactlySixEntries)
                   {"GPSPlugIn:Manufacturer", "Magellan"}}));
 }
 
-TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
+TEST(MagellanGPSPluginLoader, HasNoDriversForAnyOtherClass)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
@@ -62,7 +62,7 @@ TEST(MagellanGPSPluginLoader, AnyOtherClassYieldsNone)
         EXPECT_FALSE(loader.piGetPlugInsForClass(other)) << other;
 }
 
-TEST(MagellanGPSPluginLoader, MakesNewDriversAtEachCall)
+TEST(MagellanGPSPluginLoader, CreatesNewDriversAtEachCall)
 {
     const support::TestFolders none{{}};
     MagellanGPSPluginLoader loader;
@@ -93,7 +93,7 @@ TEST(MagellanGPSPluginLoader, NeitherOfItsDriversNeedsAUsbRefreshForAnyVendorAnd
     EXPECT_THAT(names, ElementsAre("MagellanGPSPlugin", "MagellanSerialGPSPlugin"));
 }
 
-TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
+TEST(MissingResources, AViewWithoutPopUpAndButtonIsAccepted)
 {
     support::ReceiverFolder receiver;
     receiver.unitFile("1");
@@ -108,14 +108,14 @@ TEST(MissingResources, AViewWithoutPopUpAndButtonWillDo)
     EXPECT_TRUE(drivers->nextObject()->refreshDeviceList());
 }
 
-/// The driver of a bundle's copy.
+/// The first driver of a copy of the bundle.
 std::shared_ptr<gps::GPSPlugInProtocol> driverOf(const BundleCopy& bundle)
 {
     auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
     return drivers ? drivers->nextObject() : nullptr;
 }
 
-/// The symbol that an imported waypoint of an icon gets.
+/// The symbol of an imported waypoint with this icon.
 std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
 {
     const support::ReceiverFolder receiver;
@@ -128,7 +128,7 @@ std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
     return call.substr(begin, call.find('"', begin) - begin);
 }
 
-TEST(MissingResources, WithoutTheSymbolMapEveryIconStandsForItself)
+TEST(MissingResources, WithoutTheSymbolMapEachIconIsItsOwnSymbol)
 {
     const support::TestFolders none{{}};
     const BundleCopy whole;
@@ -141,7 +141,7 @@ TEST(MissingResources, WithoutTheSymbolMapEveryIconStandsForItself)
     EXPECT_EQ(symbolOf(broken, "j"), "j");
 }
 
-TEST(MissingResources, TheSymbolMapIsTheResources)
+TEST(MissingResources, TheSymbolMapIsReadFromTheResources)
 {
     const support::TestFolders none{{}};
     const BundleCopy bundle;
@@ -151,7 +151,7 @@ TEST(MissingResources, TheSymbolMapIsTheResources)
     EXPECT_EQ(symbolOf(bundle, "c"), "c");
 }
 
-TEST(SharedTables, AreBuiltExactlyOnceAlsoWhenTheSerialDriverComesFirst)
+TEST(SharedTables, AreBuiltExactlyOnceEvenIfTheSerialDriverComesFirst)
 {
     const support::TestFolders none{{}};
     const support::TestPorts ports{{"/dev/one"}};
@@ -159,13 +159,13 @@ TEST(SharedTables, AreBuiltExactlyOnceAlsoWhenTheSerialDriverComesFirst)
     const auto view = bundle.read("MagellanGPS.plist");
     bundle.remove("MagellanGPS.plist");
     EXPECT_EQ(driverOf(bundle)->className(), "MagellanSerialGPSPlugin");
-    bundle.remove("MagellanSymbolMap.plist"); // whoever looked now would find no symbol
+    bundle.remove("MagellanSymbolMap.plist"); // reading it again would fail
     bundle.put("MagellanGPS.plist", view);
     EXPECT_EQ(driverOf(bundle)->className(), "MagellanGPSPlugin");
     EXPECT_EQ(symbolOf(bundle, "j"), "Campground");
 }
 
-TEST(MissingResources, WithoutALanguageFileAndADefaultTheAnswerIsErrorMinusTwoWithTheVolume)
+TEST(MissingResources, WithoutALanguageFileAndADefaultErrorMinusTwoNamesTheVolume)
 {
     support::ReceiverFolder receiver;
     receiver.unitFile("1");
@@ -186,7 +186,7 @@ TEST(MissingResources, WithoutALanguageFileAndADefaultTheAnswerIsErrorMinusTwoWi
     EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
 }
 
-TEST(MissingResources, ALanguageFileMakesUpForTheMissingDefault)
+TEST(MissingResources, ALanguageFileReplacesTheMissingDefault)
 {
     support::ReceiverFolder receiver;
     receiver.unitFile("1");
@@ -209,7 +209,7 @@ gps::Error noDeviceError(const BundleCopy& bundle)
         .value();
 }
 
-TEST(MissingResources, TextsAreThoseOfTheStringTable)
+TEST(MissingResources, TextsComeFromTheStringTable)
 {
     const support::TestFolders none{{}};
     const BundleCopy bundle;
@@ -221,7 +221,7 @@ TEST(MissingResources, TextsAreThoseOfTheStringTable)
               "try again");
 }
 
-TEST(MissingResources, WithoutAStringTableTheEnglishTextsStand)
+TEST(MissingResources, WithoutAStringTableTextsAreInEnglish)
 {
     const support::TestFolders none{{}};
     const BundleCopy bundle;

@@ -39,9 +39,9 @@ TEST_F(Link, SendsEachCommandFramedInOneWriteAndReadsNothing)
              {"PMGNCMD,HANDON", "$PMGNCMD,HANDON*70\r\n"},
              {"PMGNCMD,HANDOFF", "$PMGNCMD,HANDOFF*3E\r\n"},
          }) {
-        done.doings.clear();
+        done.calls.clear();
         link.sendCommand(body);
-        EXPECT_THAT(done.doings, ElementsAre("send " + framed));
+        EXPECT_THAT(done.calls, ElementsAre("send " + framed));
     }
     EXPECT_THAT(logged.lines(), IsEmpty());
 }
@@ -51,7 +51,7 @@ TEST_F(Link, AwaitsOneLineAndLogsCommandAndReply)
     line.saysSentence("PMGNVER,017,4.05,Sport");
     EXPECT_THAT(link.sendCommandAwaitResponse("PMGNCMD,VERSION"),
                 Optional(std::string{"PMGNVER,017,4.05,Sport"}));
-    EXPECT_THAT(done.doings, ElementsAre("send $PMGNCMD,VERSION*28\r\n", "read"));
+    EXPECT_THAT(done.calls, ElementsAre("send $PMGNCMD,VERSION*28\r\n", "read"));
     EXPECT_THAT(logged.lines(), ElementsAre("PMGNCMD,VERSION => PMGNVER,017,4.05,Sport"));
     EXPECT_TRUE(line.askedAsExpected());
 }
@@ -70,7 +70,7 @@ TEST_F(Link, AcknowledgesAValidSentenceAndLogsIt)
 {
     line.saysSentence("PMGNCMD,END");
     EXPECT_THAT(link.readResponseWithChecksum(), Optional(std::string{"PMGNCMD,END"}));
-    EXPECT_THAT(done.doings,
+    EXPECT_THAT(done.calls,
                 ElementsAre("read", "send $PMGNCSM,3D*" +
                                         support::sentence("PMGNCSM,3D").substr(12) + "\r\n"));
     EXPECT_THAT(logged.lines(), ElementsAre(" -- PMGNCMD,END"));
@@ -83,7 +83,7 @@ TEST_F(Link, WritesTheAcknowledgedChecksumItselfInUpperCase)
     lower.back() = 'd';
     line.says(lower);
     (void)link.readResponseWithChecksum();
-    line.saysSentence("AA"); // checksum 00: two digits nevertheless
+    line.saysSentence("AA"); // checksum 00 is written with two digits, too
     (void)link.readResponseWithChecksum();
     EXPECT_THAT(done.sent(), ElementsAre("PMGNCSM,3D", "PMGNCSM,00"));
 }
@@ -93,14 +93,14 @@ TEST_F(Link, NeitherAcknowledgesNorReturnsASentenceWithAWrongChecksum)
     const auto broken = support::breakChecksum(support::sentence("PMGNCMD,END"));
     line.says(broken);
     EXPECT_EQ(link.readResponseWithChecksum(), std::nullopt);
-    EXPECT_THAT(done.doings, ElementsAre("read"));
+    EXPECT_THAT(done.calls, ElementsAre("read"));
     EXPECT_THAT(logged.lines(), ElementsAre(" -- invalid/no response -- " + broken + ' '));
 }
 
 TEST_F(Link, DoesNotLogATimeOutOfADataSentence)
 {
     EXPECT_EQ(link.readResponseWithChecksum(), std::nullopt);
-    EXPECT_THAT(done.doings, ElementsAre("read"));
+    EXPECT_THAT(done.calls, ElementsAre("read"));
     EXPECT_THAT(logged.lines(), IsEmpty());
 }
 
@@ -119,7 +119,7 @@ TEST_F(Link, AcceptsTheFifthAcknowledgement)
     EXPECT_THAT(done.sent(), SizeIs(5));
 }
 
-TEST_F(Link, GivesUpAfterExactlyFiveSendings)
+TEST_F(Link, GivesUpAfterExactlyFiveAttempts)
 {
     line.keepsSilent(5);
     line.saysSentence("PMGNCSM,27"); // too late
@@ -131,7 +131,7 @@ TEST_F(Link, GivesUpAfterExactlyFiveSendings)
 TEST_F(Link, CountsEveryOtherReplyAsAFailedAttempt)
 {
     line.saysSentence("PMGNWPL,4600.0,N,00700.0,E,0,M,A,,a"); // a data sentence
-    line.saysSentence("PMGNCSM,28");                          // of something else
+    line.saysSentence("PMGNCSM,28");                          // acknowledges another command
     line.saysSentence("PMGNCSM,27,");
     line.saysSentence("PMGNCSM,2");
     line.saysSentence("PMGNCSM,27");
@@ -139,14 +139,14 @@ TEST_F(Link, CountsEveryOtherReplyAsAFailedAttempt)
     EXPECT_THAT(done.sent(), SizeIs(5));
 }
 
-TEST_F(Link, ComparesAcknowledgementsAsTheyAre)
+TEST_F(Link, ComparesAcknowledgementsCaseSensitively)
 {
     for (int i = 0; i < 5; ++i)
-        line.saysSentence("PMGNCSM,3d"); // of END, whose checksum is written 3D
+        line.saysSentence("PMGNCSM,3d"); // acknowledges END, but its checksum is written 3D
     EXPECT_FALSE(link.sendCommandWithChecksum("PMGNCMD,END"));
 }
 
-TEST_F(Link, PassesOnAFailureOfTheLine)
+TEST_F(Link, AFailureOfTheLineThrows)
 {
     line.failsAfter(0);
     EXPECT_THROW((void)link.readLine(), gps::SerialFailure);

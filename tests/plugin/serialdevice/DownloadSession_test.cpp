@@ -95,7 +95,7 @@ protected:
     std::optional<gps::Error> error;
 };
 
-TEST_F(Session, OpensAtTheFirstSpeedAndAsksEverythingInOrder)
+TEST_F(Session, OpensAtTheFirstSpeedAndSendsEachCommandInOrder)
 {
     receiverHas({});
     run({{"waypoints", true}, {"tracks", true}, {"routes", true}});
@@ -106,7 +106,7 @@ TEST_F(Session, OpensAtTheFirstSpeedAndAsksEverythingInOrder)
                                         "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
     EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1",
                                             "endTransfer 1", "startTransfer 2", "endTransfer 2"));
-    EXPECT_THAT(Strings(done.doings.begin(), done.doings.begin() + 3),
+    EXPECT_THAT(Strings(done.calls.begin(), done.calls.begin() + 3),
                 ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800"));
     EXPECT_TRUE(line.askedAsExpected());
 }
@@ -118,7 +118,7 @@ TEST_F(Session, ChangesTheSpeedAfterTheReceiverHasAcknowledgedAndReadsOneLineThe
     const auto framed = [](const std::string& body) {
         return "send " + support::sentence(body) + "\r\n";
     };
-    EXPECT_THAT(done.doings,
+    EXPECT_THAT(done.calls,
                 ElementsAre("speed 4800", "open /dev/ttyUSB0", "speed 4800",
                             framed("PMGNCMD,VERSION"), "read", framed("PMGNCMD,HANDON"),
                             framed("PMGNCMD,TON"), "read", "read", framed("PMGNCMD,BAUD,115200"),
@@ -137,7 +137,7 @@ TEST_F(Session, WithoutOptionsHasNoTransfers)
                                         "PMGNCMD,BAUD,4800"));
 }
 
-TEST_F(Session, ReadsAndDropsALineWhereHandshakingIsOnAlready)
+TEST_F(Session, ReadsAndDropsALineIfHandshakingIsAlreadyOn)
 {
     receiverHas({});
     line.answers("PMGNCMD,VERSION", {"PMGNCSM,28", "PMGNVER,017,4.05,Sport"});
@@ -178,13 +178,13 @@ TEST_F(Session, TriesEverySpeedFiveTimesInTheTablesOrder)
         for (int attempt = 0; attempt < 5; ++attempt)
             probe.insert(probe.end(), {"send $PMGNCMD,VERSION*28\r\n", "read"});
     }
-    ASSERT_GT(done.doings.size(), probe.size());
-    EXPECT_THAT(Strings(done.doings.begin(),
-                        done.doings.begin() + static_cast<std::ptrdiff_t>(probe.size())),
-                ElementsAreArray(probe));
+    ASSERT_GT(done.calls.size(), probe.size());
+    EXPECT_THAT(
+        Strings(done.calls.begin(), done.calls.begin() + static_cast<std::ptrdiff_t>(probe.size())),
+        ElementsAreArray(probe));
 }
 
-TEST_F(Session, RunsThroughAgainstSilenceAndSetsTheSpeedZero)
+TEST_F(Session, RunsToTheEndAgainstSilenceAndSetsTheSpeedToZero)
 {
     run({{"waypoints", true}, {"tracks", true}, {"routes", true}});
     EXPECT_EQ(error, std::nullopt);
@@ -197,7 +197,7 @@ TEST_F(Session, RunsThroughAgainstSilenceAndSetsTheSpeedZero)
     EXPECT_EQ(done.sent(), expected);
     EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3", "endTransfer 3", "startTransfer 1",
                                             "endTransfer 1", "startTransfer 2", "endTransfer 2"));
-    EXPECT_EQ(*(done.doings.end() - 2), "speed 0");
+    EXPECT_EQ(*(done.calls.end() - 2), "speed 0");
     EXPECT_THAT(
         logged.lines(),
         AllOf(SizeIs(5), Each(std::string{"(null)"}))); // the route phase's five silent reads
@@ -210,10 +210,10 @@ TEST_F(Session, FindsAReceiverAtTheSixthSpeedAndRestoresIt)
     run({});
     EXPECT_THAT(done.sent(), Contains("PMGNCMD,VERSION").Times(26));
     EXPECT_EQ(done.sent().back(), "PMGNCMD,BAUD,57600");
-    EXPECT_EQ(*(done.doings.end() - 2), "speed 57600");
+    EXPECT_EQ(*(done.calls.end() - 2), "speed 57600");
 }
 
-TEST_F(Session, FindsAReceiverThatAnswersTheLastAttemptOfAll)
+TEST_F(Session, FindsAReceiverThatAnswersOnlyTheLastAttempt)
 {
     line.keepsSilent(29);
     line.saysSentence("PMGNVER,017");
@@ -236,7 +236,7 @@ TEST_F(Session, SwitchesHandshakingOnUnlessItsOwnQuestionIsAcknowledged)
     for (const std::string reply : {"PMGNCSM,27", "PMGNCSM,28,", "PMGNCSM", "PMGNCMD,VERSION"}) {
         receiverHas({});
         line.answers("PMGNCMD,VERSION", {reply});
-        done.doings.clear();
+        done.calls.clear();
         run({});
         auto sent = commands();
         sent.resize(3);
@@ -253,7 +253,7 @@ TEST_F(Session, UsesTheLastAttemptAtASpeedBeforeTheNextSpeed)
     EXPECT_THAT(done.sent(), Contains("PMGNCMD,BAUD,4800"));
 }
 
-TEST_F(Session, SetsTheDataSpeedAlsoWhereItWasFoundAtIt)
+TEST_F(Session, SetsTheDataSpeedEvenIfTheReceiverAlreadyHasIt)
 {
     line.keepsSilent(5);
     line.saysSentence("PMGNVER,017");
@@ -261,7 +261,7 @@ TEST_F(Session, SetsTheDataSpeedAlsoWhereItWasFoundAtIt)
     EXPECT_THAT(done.sent(), Contains("PMGNCMD,BAUD,115200").Times(10)); // up, and back
 }
 
-TEST_F(Session, ReportsWaypointsAsTheyCome)
+TEST_F(Session, ReportsWaypointsAsTheyArrive)
 {
     receiverHas({kCamp, kHut, kCamp});
     run({{"waypoints", true}});
@@ -285,7 +285,7 @@ TEST_F(Session, AcknowledgesEachSentenceAndTheEnd)
                                                        "PMGNCSM,3D", "PMGNCMD,TOFF"));
 }
 
-TEST_F(Session, RoutesAloneFetchWaypointsWithoutReportingThem)
+TEST_F(Session, FetchesWaypointsForRoutesWithoutReportingThem)
 {
     receiverHas({kCamp, kHut}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a,HUT,a"});
     run({{"routes", true}});
@@ -317,7 +317,7 @@ TEST_F(Session, ReportsARouteOfSeveralSentencesOnceAfterItsLast)
     EXPECT_THAT(names, ElementsAre("LOOP", "CAMP", "HUT", "HUT", "CAMP", "BACK", "HUT"));
 }
 
-TEST_F(Session, ARoutesPointIsItsWaypointsRecordWithThePoint)
+TEST_F(Session, ARoutePointIsTheRecordOfItsWaypointWithThePoint)
 {
     receiverHas({kCamp}, {}, {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
     run({{"waypoints", true}, {"routes", true}});
@@ -328,7 +328,7 @@ TEST_F(Session, ARoutesPointIsItsWaypointsRecordWithThePoint)
     EXPECT_EQ(calls[5], reported.substr(0, reported.size() - 1) + ", point = " + point + '}');
 }
 
-TEST_F(Session, ARouteHasNothingOfTheOneBefore)
+TEST_F(Session, ARouteKeepsNothingOfThePreviousOne)
 {
     receiverHas(
         {kCamp}, {},
@@ -340,7 +340,7 @@ TEST_F(Session, ARouteHasNothingOfTheOneBefore)
                             "endTransfer 2"));
 }
 
-TEST_F(Session, ALaterWaypointOfTheSameNameIsTheRoutes)
+TEST_F(Session, ARouteUsesTheLastWaypointOfAName)
 {
     receiverHas({kCamp, "PMGNWPL,4730.00000,N,00700.00000,E,0000100,M,CAMP,moved,a"}, {},
                 {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
@@ -348,7 +348,7 @@ TEST_F(Session, ALaterWaypointOfTheSameNameIsTheRoutes)
     EXPECT_THAT(status.calls()[2], HasSubstr("moved"));
 }
 
-TEST_F(Session, AWaypointWithoutANameIsReportedButNoRoutes)
+TEST_F(Session, AWaypointWithoutANameIsReportedButUsedInNoRoute)
 {
     receiverHas({"PMGNWPL,4600.00000,N,00700.00000,E,0000100"}, {},
                 {"PMGNRTE,1,1,c,01,LOOP,CAMP,a"});
@@ -367,7 +367,7 @@ TEST_F(Session, LogsEachReplyOfTheRoutePhaseAndItsSilence)
     EXPECT_THAT(logged.lines(), Contains("(null)").Times(5));
 }
 
-TEST_F(Session, PointsWithoutANameFormTheCurrentTrackAndANameOpensOne)
+TEST_F(Session, PointsWithoutANameFormTheCurrentTrackAndANameBeginsATrack)
 {
     receiverHas({}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624",
                      "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A",
@@ -384,7 +384,7 @@ TEST_F(Session, PointsWithoutANameFormTheCurrentTrackAndANameOpensOne)
                                    "trackPoint", "trackPoint", "trackPoint", "endTransfer"));
 }
 
-TEST_F(Session, ATrackPointWithoutADateTakesItsDayFromTheOneBefore)
+TEST_F(Session, ATrackPointWithoutADateTakesItsDayFromThePreviousOne)
 {
     receiverHas({}, {"PMGNTRK,4600.000,N,00700.000,E,00100,M,120000.00,A,,010624",
                      "PMGNTRK,4600.100,N,00700.000,E,00100,M,120001.00,A"});
@@ -401,11 +401,11 @@ TEST_F(Session, AFirstTrackPointWithoutADateHasADayOfZero)
                                                HasSubstr(", 1, 0) {}")))); // time and reserved
 }
 
-TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
+TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInTotalEvenWithGoodOnesBetween)
 {
     receiverHas({});
     line.answers("PMGNCMD,WAYPOINT", {});
-    // Acknowledged, then silence and waypoints by turns: the fifth silence is the last.
+    // Acknowledged, then silence and waypoints in turn: the fifth silence ends the phase.
     line.saysSentence("PMGNVER,017");
     line.saysSentence("PMGNCSM,27");
     line.keepsSilent();
@@ -417,7 +417,7 @@ TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
         line.saysSentence(kCamp);
     }
     line.keepsSilent();
-    line.saysSentence(kHut); // comes too late for the phase
+    line.saysSentence(kHut); // arrives after the end of the phase
     for (const std::string command : {"PMGNCMD,VERSION", "PMGNCMD,TON", "PMGNCMD,BAUD,115200"})
         line.answers(command, {});
     run({{"waypoints", true}});
@@ -426,7 +426,7 @@ TEST_F(Session, EndsAPhaseAfterFiveEmptyReadsInAllAndGoodOnesRestoreNone)
     EXPECT_THAT(calls, Not(Contains(HasSubstr("HUT"))));
 }
 
-TEST_F(Session, AnInvalidSentenceCostsBudgetLikeSilence)
+TEST_F(Session, AnInvalidSentenceCountsAsAnEmptyRead)
 {
     line.saysSentence("PMGNVER,017");
     line.saysSentence("PMGNCSM,27");
@@ -443,7 +443,7 @@ TEST_F(Session, AnInvalidSentenceCostsBudgetLikeSilence)
     EXPECT_THAT(status.calls(), SizeIs(3)); // the hut once, between its brackets
 }
 
-TEST_F(Session, ASentenceThatDoesNotDecodeIsSkippedAndCostsNothing)
+TEST_F(Session, ASentenceThatDoesNotDecodeIsSkippedAndNotCounted)
 {
     Strings sentences(20, "PMGNXYZ,1,2,3");
     sentences.emplace_back(kCamp);
@@ -452,14 +452,14 @@ TEST_F(Session, ASentenceThatDoesNotDecodeIsSkippedAndCostsNothing)
     EXPECT_THAT(status.calls(), SizeIs(3));
 }
 
-TEST_F(Session, ATooShortSentenceIsARangeFailure)
+TEST_F(Session, ATooShortSentenceThrowsARangeError)
 {
     receiverHas({"PMGNWPL,4600.0,N"});
     EXPECT_THROW(run({{"waypoints", true}}), gps::RangeError);
     EXPECT_THAT(status.calls(), ElementsAre("startTransfer 3")); // and no more
 }
 
-TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
+TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionAtThatRead)
 {
     // What was reported before the read that fails: each transfer begins after its command is
     // acknowledged, and ends after END.
@@ -484,24 +484,24 @@ TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionThere)
         SCOPED_TRACE(reads);
         support::MemoryLineLog did;
         support::MemoryLine failing{did};
-        support::RecordingReceiver told;
+        support::RecordingReceiver recorded;
         failing.failsAfter(static_cast<int>(reads));
         receiverHas({}, {}, {}, failing);
         const gps::Dictionary wanted{
             {"location", "/dev/x"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
-        DownloadSession session{failing, told, wanted};
+        DownloadSession session{failing, recorded, wanted};
         EXPECT_THROW((void)session.run(), gps::SerialFailure);
-        EXPECT_EQ(told.calls(), reported[reads]);
-        EXPECT_EQ(did.doings.back(), "read"); // and nothing was sent any more
+        EXPECT_EQ(recorded.calls(), reported[reads]);
+        EXPECT_EQ(did.calls.back(), "read"); // nothing was sent after the failure
     }
 }
 
-TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreTooManyToKeep)
+TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreRejected)
 {
     Strings waypoints;
     for (std::size_t i = 0; i < DownloadSession::kMostWaypoints; ++i)
         waypoints.push_back("PMGNWPL,4600.0,N,00700.0,E,0,M," + std::to_string(i) + ",,a");
-    waypoints.push_back(waypoints.front()); // known already
+    waypoints.push_back(waypoints.front()); // a name that is already known
     receiverHas(waypoints);
     EXPECT_NO_THROW(run({{"routes", true}}));
     waypoints.emplace_back(kCamp);
@@ -509,7 +509,7 @@ TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreTooManyToKeep)
     EXPECT_THROW(run({{"routes", true}}), std::length_error);
 }
 
-TEST_F(Session, APortThatDoesNotOpenIsAnErrorAndNothingIsSent)
+TEST_F(Session, APortThatCannotBeOpenedIsAnErrorAndNothingIsSent)
 {
     line.refuses(16);
     run({{"waypoints", true}});
@@ -519,7 +519,7 @@ TEST_F(Session, APortThatDoesNotOpenIsAnErrorAndNothingIsSent)
                     -1,
                     {{gps::kErrorDescriptionKey, "Couldn't open communications port /dev/ttyUSB0"},
                      {gps::kErrorSuggestionKey, "The port might be in use by another program"}}}));
-    EXPECT_THAT(done.doings, ElementsAre("speed 4800", "open /dev/ttyUSB0"));
+    EXPECT_THAT(done.calls, ElementsAre("speed 4800", "open /dev/ttyUSB0"));
 }
 
 TEST_F(Session, OptionsAreReadAsBooleansOfEveryType)
