@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A driver of a test's own: what it answers is set from outside, and what its acquire and its send
-// do is a function each.
+// A driver for tests: a test sets its answers, and a function each for what acquire and send do.
 
 #pragma once
 
@@ -32,7 +31,7 @@ struct FakeDriver : gps::GPSPlugInProtocol {
         menu->setAction([this](std::size_t item) { picked = item; });
     }
 
-    /// Lists devices at these places, the first one selected.
+    /// Lists devices at these locations and selects the first one.
     void setLocations(const std::vector<std::string>& locations)
     {
         devices.clear();

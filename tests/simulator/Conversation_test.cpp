@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The protocol without a line: what is sent after what was heard.
+// The protocol without a line: what is sent in response to what arrives.
 
 #include "simulator/Session.h"
 #include "support/Sentence.h"
@@ -52,7 +52,7 @@ protected:
     simulator::Conversation conversation_;
 };
 
-TEST_F(Conversation, SaysNothingUnasked)
+TEST_F(Conversation, SendsNothingWithoutACommand)
 {
     EXPECT_THAT(say(), IsEmpty());
     EXPECT_EQ(conversation_.due(), Clock::time_point::max());
@@ -68,7 +68,7 @@ TEST_F(Conversation, AcknowledgesACommandAndThenAnswersIt)
     EXPECT_THAT(say(), IsEmpty());
 }
 
-TEST_F(Conversation, DoesNotUnderstandAnotherSpeedOrABrokenChecksum)
+TEST_F(Conversation, IgnoresCommandsAtAnotherSpeedOrWithABrokenChecksum)
 {
     hear("PMGNCMD,VERSION", 9600);
     conversation_.take(

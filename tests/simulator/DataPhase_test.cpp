@@ -86,7 +86,7 @@ TEST_F(DataPhaseTest, LostAcknowledgementsAreIgnored)
 TEST_F(DataPhaseTest, DelayPostponesTheFirstSentence)
 {
     EXPECT_EQ(phase("track-data:delay:30").due(), kStart + milliseconds{30});
-    EXPECT_EQ(phase("waypoint-data:delay:30").due(), kStart); // of another step
+    EXPECT_EQ(phase("waypoint-data:delay:30").due(), kStart); // a fault of another step
 }
 
 TEST_F(DataPhaseTest, FaultHappensOnceAtItsSentence)

@@ -34,7 +34,7 @@ TEST(Fault, IsReadAsItIsWritten)
     }
 }
 
-TEST(Fault, IsNothingElse)
+TEST(Fault, AnyOtherTextIsRejected)
 {
     for (const auto* text :
          {"", "ton", "ton:", ":silence", "ton:quiet", "tone:silence", "TON:silence",
@@ -43,20 +43,20 @@ TEST(Fault, IsNothingElse)
         EXPECT_FALSE(simulator::parseFault(text)) << text;
 }
 
-TEST(Fault, SilenceLeavesOutTheReaction)
+TEST(Fault, SilenceOmitsTheReaction)
 {
     const Receiver receiver{unpaced("handoff:silence")};
     LineClient client{receiver.path(), B4800};
     client.say("PMGNCMD,HANDOFF");
-    client.say("PMGNCMD,TON"); // acknowledged still
+    client.say("PMGNCMD,TON"); // still acknowledged
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
     EXPECT_TRUE(waitFor(receiver, LogKind::kFault, "handoff:silence"));
 }
 
-TEST(Fault, HappensTheFirstTimesWithANumber)
+TEST(Fault, ANumberLimitsItToTheFirstTimes)
 {
     const Receiver receiver{unpaced("ton:silence:2")};
-    for (int session = 0; session < 2; ++session) { // they begin anew with each
+    for (int session = 0; session < 2; ++session) { // the count restarts with each session
         {
             LineClient client{receiver.path(), B4800};
             for (int time = 0; time < 3; ++time)
@@ -72,7 +72,7 @@ TEST(Fault, HappensTheFirstTimesWithANumber)
     }
 }
 
-TEST(Fault, LostAckLosesTheAnswerButNotTheDeed)
+TEST(Fault, LostAckOmitsTheAnswerButPerformsTheCommand)
 {
     const Receiver receiver{unpaced("baud:lost-ack")};
     LineClient client{receiver.path(), B4800};
@@ -83,7 +83,7 @@ TEST(Fault, LostAckLosesTheAnswerButNotTheDeed)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Fault, LostAckLeavesTheAnswersRest)
+TEST(Fault, LostAckKeepsTheRestOfTheAnswer)
 {
     const Receiver receiver{unpaced("version:lost-ack")};
     LineClient client{receiver.path(), B4800};
@@ -91,7 +91,7 @@ TEST(Fault, LostAckLeavesTheAnswersRest)
     EXPECT_EQ(client.line(), support::kVersionLine);
 }
 
-TEST(Fault, WrongAckIsAGoodSentenceOfAnotherChecksum)
+TEST(Fault, WrongAckIsAValidSentenceWithAnotherChecksum)
 {
     const Receiver receiver{unpaced("ton:wrong-ack")};
     LineClient client{receiver.path(), B4800};
@@ -101,7 +101,7 @@ TEST(Fault, WrongAckIsAGoodSentenceOfAnotherChecksum)
     }
 }
 
-TEST(Fault, BaudBackIsABaudAfterTheClosingHasBegun)
+TEST(Fault, BaudBackIsABaudCommandAfterToff)
 {
     const Receiver receiver{unpaced("baud-back:wrong-ack")};
     LineClient client{receiver.path(), B4800};
@@ -113,17 +113,17 @@ TEST(Fault, BaudBackIsABaudAfterTheClosingHasBegun)
     EXPECT_NE(client.line(), acknowledgement("PMGNCMD,BAUD,4800"));
 }
 
-TEST(Fault, GarbleBreaksOneBit)
+TEST(Fault, GarbleChangesOneBit)
 {
     const Receiver receiver{unpaced("ton:garble:1")};
     LineClient client{receiver.path(), B4800};
     client.say("PMGNCMD,TON");
-    EXPECT_EQ(client.line(), "$PMGNCSM-27*60"); // of "$PMGNCSM,27*60"
+    EXPECT_EQ(client.line(), "$PMGNCSM-27*60"); // from "$PMGNCSM,27*60"
     client.say("PMGNCMD,TON");
     EXPECT_EQ(client.line(), "$PMGNCSM,27*60");
 }
 
-TEST(Fault, TruncateLeavesOutTheLineEnd)
+TEST(Fault, TruncateOmitsTheLineEnd)
 {
     const Receiver receiver{unpaced("ton:truncate:1")};
     LineClient client{receiver.path(), B4800};
@@ -132,7 +132,7 @@ TEST(Fault, TruncateLeavesOutTheLineEnd)
     EXPECT_EQ(client.line(), "$PMGNCSM$PMGNCSM,27*60");
 }
 
-TEST(Fault, NoiseIsALineBefore)
+TEST(Fault, NoisePrecedesTheAnswerAsALine)
 {
     const Receiver receiver{unpaced("ton:noise")};
     LineClient client{receiver.path(), B4800};
@@ -141,7 +141,7 @@ TEST(Fault, NoiseIsALineBefore)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Fault, NulBytesComeBeforeAndInside)
+TEST(Fault, NulBytesAreBeforeAndInTheSentence)
 {
     const Receiver receiver{unpaced("ton:nul")};
     LineClient client{receiver.path(), B4800};
@@ -149,7 +149,7 @@ TEST(Fault, NulBytesComeBeforeAndInside)
     EXPECT_EQ(client.line(), std::string(3, '\0') + "$PMGNCSM" + '\0' + ",27*60");
 }
 
-TEST(Fault, LongIsAWholeSentenceOf100000Bytes)
+TEST(Fault, LongIsAValidSentenceOf100000Bytes)
 {
     const Receiver receiver{unpaced("ton:long")};
     LineClient client{receiver.path(), B4800};
@@ -159,7 +159,7 @@ TEST(Fault, LongIsAWholeSentenceOf100000Bytes)
     EXPECT_EQ(line, sentence(line.substr(1, line.size() - 4)));
 }
 
-TEST(Fault, DelayPutsTheAnswerOff)
+TEST(Fault, DelayPostponesTheAnswer)
 {
     const Receiver receiver{unpaced("ton:delay:200")};
     LineClient client{receiver.path(), B4800};
@@ -168,10 +168,10 @@ TEST(Fault, DelayPutsTheAnswerOff)
     ASSERT_TRUE(waitFor(receiver, LogKind::kSent));
     const auto log = receiver.log();
     EXPECT_GE(log.back().seconds - log.at(log.size() - 3).seconds,
-              0.199); // of "received", "fault", "sent"
+              0.199); // the entries are "received", "fault" and "sent"
 }
 
-TEST(Fault, DelayPutsTheFirstDataSentenceOff)
+TEST(Fault, DelayPostponesTheFirstDataSentence)
 {
     const Receiver receiver{unpaced("route-data:delay:200")};
     LineClient client{receiver.path(), B4800};
@@ -191,7 +191,7 @@ TEST(Fault, EndlessBytesHaveNoLineEnd)
     EXPECT_EQ(bytes.find_first_not_of('X'), std::string::npos);
 }
 
-TEST(Fault, EndlessEndsWithTheLine)
+TEST(Fault, EndlessEndsWhenTheLineIsClosed)
 {
     const Receiver receiver{unpaced("ton:endless")};
     {
@@ -205,7 +205,7 @@ TEST(Fault, EndlessEndsWithTheLine)
     EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,TOFF"));
 }
 
-TEST(Fault, FloodIsGoodSentencesForEver)
+TEST(Fault, FloodSendsValidSentencesForever)
 {
     const Receiver receiver{unpaced("track-data:flood:2")};
     LineClient client{receiver.path(), B4800};
@@ -221,7 +221,7 @@ TEST(Fault, FloodIsGoodSentencesForEver)
         ASSERT_EQ(client.line(), sentence("PMGNTRK,two"));
 }
 
-TEST(Fault, StopLeavesADataPhaseWithoutEnd)
+TEST(Fault, StopEndsADataPhaseWithoutEndSentence)
 {
     const Receiver receiver{unpaced("waypoint-data:stop:2")};
     LineClient client{receiver.path(), B4800};
@@ -236,7 +236,7 @@ TEST(Fault, StopLeavesADataPhaseWithoutEnd)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Fault, SilenceInADataPhaseIsNoDataAtAll)
+TEST(Fault, SilenceInADataPhaseSendsNoData)
 {
     const Receiver receiver{unpaced("waypoint-data:silence")};
     LineClient client{receiver.path(), B4800};
@@ -247,7 +247,7 @@ TEST(Fault, SilenceInADataPhaseIsNoDataAtAll)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Fault, LostAckInADataPhaseMakesItRepeat)
+TEST(Fault, LostAckInADataPhaseRepeatsTheSentence)
 {
     const Receiver receiver{unpaced("route-data:lost-ack")};
     LineClient client{receiver.path(), B4800};
@@ -259,7 +259,7 @@ TEST(Fault, LostAckInADataPhaseMakesItRepeat)
     }
 }
 
-TEST(Fault, HitsOneDataSentenceOnceAndMendsItByTheRepeat)
+TEST(Fault, DamagesOneDataSentenceOnceAndRepeatsItIntact)
 {
     const Receiver receiver{unpaced("waypoint-data:garble:2")};
     LineClient client{receiver.path(), B4800};
@@ -273,7 +273,7 @@ TEST(Fault, HitsOneDataSentenceOnceAndMendsItByTheRepeat)
     EXPECT_EQ(client.line(), sentence("PMGNWPL,three"));
 }
 
-TEST(Fault, HitsEverySendingOfEverySentenceWith0)
+TEST(Fault, WithNumberZeroDamagesEverySentenceAndRepeat)
 {
     const Receiver receiver{unpaced("route-data:garble:0")};
     LineClient client{receiver.path(), B4800};
@@ -286,7 +286,7 @@ TEST(Fault, HitsEverySendingOfEverySentenceWith0)
     EXPECT_NE(client.line(), sentence(support::kEnd));
 }
 
-TEST(Fault, HitsEndAsTheLastSentence)
+TEST(Fault, CountsTheEndSentenceAsTheLastOne)
 {
     const Receiver receiver{unpaced("route-data:garble:2")};
     LineClient client{receiver.path(), B4800};
@@ -299,7 +299,7 @@ TEST(Fault, HitsEndAsTheLastSentence)
     EXPECT_EQ(client.line(), sentence(support::kEnd));
 }
 
-TEST(Fault, HangUpTakesThePortAwayAtEachStep)
+TEST(Fault, HangUpRemovesThePortAtEachStep)
 {
     for (const auto& [step, command] : {std::pair{"version", "VERSION"},
                                         {"handon", "HANDON"},
@@ -319,7 +319,7 @@ TEST(Fault, HangUpTakesThePortAwayAtEachStep)
     }
 }
 
-TEST(Fault, HangUpComesBeforeItsDataSentence)
+TEST(Fault, HangUpPrecedesItsDataSentence)
 {
     const Receiver receiver{unpaced("waypoint-data:hang-up:2")};
     LineClient client{receiver.path(), B4800};

@@ -48,7 +48,7 @@ TEST(Receiver, AcknowledgesVersionFirstWhileHandshakingIsOn)
     EXPECT_EQ(client.line(), support::kVersionLine);
 }
 
-TEST(Receiver, TakesHandOnWithoutAnAcknowledgement)
+TEST(Receiver, AcceptsHandOnWithoutAnAcknowledgement)
 {
     const Receiver receiver{withoutHandshake()};
     LineClient client{receiver.path(), B4800};
@@ -57,7 +57,7 @@ TEST(Receiver, TakesHandOnWithoutAnAcknowledgement)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Receiver, AcknowledgesHandOnWhenHandshakingIsOnAlready)
+TEST(Receiver, AcknowledgesHandOnIfHandshakingIsAlreadyOn)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -76,7 +76,7 @@ TEST(Receiver, AcknowledgesHandOffAndNothingAfterIt)
     EXPECT_EQ(client.line(), support::kVersionLine);
 }
 
-TEST(Receiver, UnderstandsNothingOfAnotherSpeed)
+TEST(Receiver, CannotReadCommandsAtAnotherSpeed)
 {
     const Receiver receiver{withoutHandshake()};
     LineClient client{receiver.path(), B9600};
@@ -85,11 +85,11 @@ TEST(Receiver, UnderstandsNothingOfAnotherSpeed)
     client.setSpeed(B4800);
     client.say("PMGNCMD,VERSION");
     EXPECT_EQ(client.line(), support::kVersionLine);
-    EXPECT_THAT(support::told(receiver, {LogKind::kSpeed, LogKind::kReceived}),
+    EXPECT_THAT(support::logged(receiver, {LogKind::kSpeed, LogKind::kReceived}),
                 ElementsAre("speed 9600", "speed 4800", "received PMGNCMD,VERSION"));
 }
 
-TEST(Receiver, IsNotHeardAtAnotherSpeed)
+TEST(Receiver, CannotBeReadAtAnotherSpeed)
 {
     auto settings = unpaced();
     settings.speed = 1200;
@@ -98,14 +98,14 @@ TEST(Receiver, IsNotHeardAtAnotherSpeed)
     LineClient client{receiver.path(), B1200};
     client.say("PMGNCMD,TON");
     ASSERT_TRUE(waitFor(receiver, LogKind::kReceived));
-    client.setSpeed(B9600); // long before the first piece is over the line
+    client.setSpeed(B9600); // long before the first piece has been sent
     ASSERT_TRUE(waitFor(receiver, LogKind::kSent));
     client.setSpeed(B1200);
     client.say("PMGNCMD,TOFF");
     EXPECT_THAT(client.line(), EndsWith(acknowledgement("PMGNCMD,TOFF")));
 }
 
-TEST(Receiver, ChangesItsSpeedBehindTheAcknowledgement)
+TEST(Receiver, ChangesItsSpeedAfterTheAcknowledgement)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -114,9 +114,10 @@ TEST(Receiver, ChangesItsSpeedBehindTheAcknowledgement)
     client.setSpeed(B115200);
     client.say("PMGNCMD,VERSION");
     EXPECT_EQ(client.line(), sentence("PMGNCSM,28"));
-    EXPECT_THAT(support::told(receiver, {LogKind::kSpeed, LogKind::kOwnSpeed, LogKind::kReceived}),
-                ElementsAre("speed 4800", "received PMGNCMD,BAUD,115200", "own-speed 115200",
-                            "speed 115200", "received PMGNCMD,VERSION"));
+    EXPECT_THAT(
+        support::logged(receiver, {LogKind::kSpeed, LogKind::kOwnSpeed, LogKind::kReceived}),
+        ElementsAre("speed 4800", "received PMGNCMD,BAUD,115200", "own-speed 115200",
+                    "speed 115200", "received PMGNCMD,VERSION"));
 }
 
 TEST(Receiver, AcknowledgesAChangeOfSpeedWithoutHandshaking)
@@ -127,7 +128,7 @@ TEST(Receiver, AcknowledgesAChangeOfSpeedWithoutHandshaking)
     EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,BAUD,9600"));
 }
 
-TEST(Receiver, KeepsItsSpeedWhenAskedForOneThatThereIsNot)
+TEST(Receiver, KeepsItsSpeedIfTheRequestedOneIsNotALineSpeed)
 {
     const Receiver receiver{withoutHandshake()};
     LineClient client{receiver.path(), B4800};
@@ -138,10 +139,10 @@ TEST(Receiver, KeepsItsSpeedWhenAskedForOneThatThereIsNot)
         client.say("PMGNCMD,VERSION");
         EXPECT_EQ(client.line(), support::kVersionLine) << speed;
     }
-    EXPECT_THAT(support::told(receiver, {LogKind::kOwnSpeed}), IsEmpty());
+    EXPECT_THAT(support::logged(receiver, {LogKind::kOwnSpeed}), IsEmpty());
 }
 
-TEST(Receiver, HasAllStandardSpeeds)
+TEST(Receiver, SupportsAllStandardSpeeds)
 {
     for (const int speed : {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200})
         EXPECT_TRUE(simulator::isLineSpeed(speed)) << speed;
@@ -149,8 +150,8 @@ TEST(Receiver, HasAllStandardSpeeds)
         EXPECT_FALSE(simulator::isLineSpeed(speed)) << speed;
 }
 
-// Acknowledges sentences up to END. What came, as bodies.
-std::vector<std::string> takePhase(LineClient& client, const std::string& command)
+// Sends a command and acknowledges each sentence up to END. Returns the bodies that arrived.
+std::vector<std::string> receivePhase(LineClient& client, const std::string& command)
 {
     client.say(command);
     std::vector<std::string> bodies{client.line()};
@@ -170,24 +171,24 @@ TEST(Receiver, SendsEachKindsSentencesAndEnd)
         settings.speed = 115200;
         const Receiver receiver{settings};
         LineClient client{receiver.path(), B115200};
-        EXPECT_THAT(takePhase(client, "PMGNCMD,WAYPOINT"),
+        EXPECT_THAT(receivePhase(client, "PMGNCMD,WAYPOINT"),
                     ElementsAre(acknowledgement("PMGNCMD,WAYPOINT"), "PMGNWPL,one", "PMGNWPL,two",
                                 "PMGNWPL,three", support::kEnd));
-        EXPECT_THAT(takePhase(client, "PMGNCMD,TRACK,2"),
+        EXPECT_THAT(receivePhase(client, "PMGNCMD,TRACK,2"),
                     ElementsAre(acknowledgement("PMGNCMD,TRACK,2"), "PMGNTRK,one", "PMGNTRK,two",
                                 support::kEnd));
-        EXPECT_THAT(takePhase(client, "PMGNCMD,ROUTE"),
+        EXPECT_THAT(receivePhase(client, "PMGNCMD,ROUTE"),
                     ElementsAre(acknowledgement("PMGNCMD,ROUTE"), "PMGNRTE,one", support::kEnd));
     }
 }
 
-TEST(Receiver, SendsEndAloneWithoutData)
+TEST(Receiver, SendsOnlyEndWithoutData)
 {
     auto settings = unpaced();
     settings.sentences = {};
     const Receiver receiver{settings};
     LineClient client{receiver.path(), B4800};
-    EXPECT_THAT(takePhase(client, "PMGNCMD,ROUTE"),
+    EXPECT_THAT(receivePhase(client, "PMGNCMD,ROUTE"),
                 ElementsAre(acknowledgement("PMGNCMD,ROUTE"), support::kEnd));
 }
 
@@ -195,8 +196,8 @@ TEST(Receiver, SendsNothingMoreAfterEndIsAcknowledged)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
-    takePhase(client, "PMGNCMD,ROUTE");
-    client.acknowledge(support::kEnd); // once more
+    receivePhase(client, "PMGNCMD,ROUTE");
+    client.acknowledge(support::kEnd); // again
     client.say("PMGNCMD,TON");
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
@@ -211,7 +212,7 @@ TEST(Receiver, DoesNotWaitWhileHandshakingIsOff)
     EXPECT_EQ(client.line(), sentence(support::kEnd));
 }
 
-TEST(Receiver, GoesOnOnlyWithTheRightAcknowledgement)
+TEST(Receiver, ContinuesOnlyAfterTheRightAcknowledgement)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -224,13 +225,13 @@ TEST(Receiver, GoesOnOnlyWithTheRightAcknowledgement)
     const auto wrong = acknowledgement("PMGNTRK,two").substr(1, 10);
     const auto right = acknowledgement("PMGNTRK,one").substr(1, 10);
     EXPECT_TRUE(waitFor(receiver, LogKind::kSent, "PMGNTRK,two"));
-    EXPECT_THAT(support::told(receiver, {LogKind::kReceived, LogKind::kSent}),
+    EXPECT_THAT(support::logged(receiver, {LogKind::kReceived, LogKind::kSent}),
                 ElementsAre("received PMGNCMD,TRACK,2", testing::StartsWith("sent PMGNCSM"),
                             "sent PMGNTRK,one", "received " + wrong, "received " + right,
                             "sent PMGNTRK,two"));
 }
 
-TEST(Receiver, RepeatsWhatIsNotAcknowledgedAndThenGoesOn)
+TEST(Receiver, RepeatsAnUnacknowledgedSentenceAndThenContinues)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -242,7 +243,7 @@ TEST(Receiver, RepeatsWhatIsNotAcknowledgedAndThenGoesOn)
     EXPECT_EQ(client.line(), sentence(support::kEnd));
 }
 
-TEST(Receiver, GivesUpAfterFiveSendings)
+TEST(Receiver, GivesUpAfterFiveAttempts)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -256,7 +257,7 @@ TEST(Receiver, GivesUpAfterFiveSendings)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Receiver, LeavesADataPhaseForACommand)
+TEST(Receiver, ACommandEndsADataPhase)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -270,7 +271,7 @@ TEST(Receiver, LeavesADataPhaseForACommand)
     EXPECT_EQ(client.line(), sentence("PMGNCSM,27"));
 }
 
-TEST(Receiver, BeginsADataPhaseAnewForARepeatedCommand)
+TEST(Receiver, ARepeatedCommandRestartsItsDataPhase)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -279,10 +280,10 @@ TEST(Receiver, BeginsADataPhaseAnewForARepeatedCommand)
     client.line();
     client.acknowledge("PMGNWPL,one");
     EXPECT_EQ(client.line(), sentence("PMGNWPL,two"));
-    EXPECT_EQ(takePhase(client, "PMGNCMD,WAYPOINT").at(1), "PMGNWPL,one");
+    EXPECT_EQ(receivePhase(client, "PMGNCMD,WAYPOINT").at(1), "PMGNWPL,one");
 }
 
-TEST(Receiver, AcknowledgesCommandsThatItDoesNotKnow)
+TEST(Receiver, AcknowledgesUnknownCommands)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -292,7 +293,7 @@ TEST(Receiver, AcknowledgesCommandsThatItDoesNotKnow)
     }
 }
 
-TEST(Receiver, AnswersNoBrokenSentence)
+TEST(Receiver, DoesNotAnswerBrokenSentences)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -302,11 +303,11 @@ TEST(Receiver, AnswersNoBrokenSentence)
     client.say("PMGNCMD,TOFF");
     EXPECT_EQ(client.line(), acknowledgement("PMGNCMD,TOFF"));
     EXPECT_THAT(
-        support::told(receiver, {LogKind::kUnreadable}),
+        support::logged(receiver, {LogKind::kUnreadable}),
         ElementsAre("unreadable $PMGNCMD,TON*20", "unreadable PMGNCMD,TON", "unreadable 4800"));
 }
 
-TEST(Receiver, TakesACommandInPiecesAndTwoAtOnce)
+TEST(Receiver, AcceptsACommandInPiecesAndTwoAtOnce)
 {
     const Receiver receiver{unpaced()};
     LineClient client{receiver.path(), B4800};
@@ -356,7 +357,7 @@ TEST(Receiver, ChattersAfterItsAnswers)
     }
 }
 
-TEST(Receiver, ChattersNotAfterOtherAnswers)
+TEST(Receiver, DoesNotChatterAfterOtherAnswers)
 {
     auto settings = unpaced();
     settings.chatter = true;
@@ -372,7 +373,7 @@ TEST(Receiver, ChattersNotAfterOtherAnswers)
     EXPECT_EQ(client.line(), sentence("PMGNRTE,one"));
 }
 
-TEST(Receiver, LogsInTheOrderOfTime)
+TEST(Receiver, LogsInOrderOfTime)
 {
     auto settings = unpaced();
     settings.paced = true;
@@ -380,7 +381,7 @@ TEST(Receiver, LogsInTheOrderOfTime)
     const Receiver receiver{settings};
     {
         LineClient client{receiver.path(), B115200};
-        takePhase(client, "PMGNCMD,WAYPOINT");
+        receivePhase(client, "PMGNCMD,WAYPOINT");
         ASSERT_TRUE(
             waitFor(receiver, LogKind::kReceived, acknowledgement(support::kEnd).substr(1, 10)));
     }
@@ -421,7 +422,7 @@ TEST(Receiver, EndsAfterASessionWithOnce)
     const Receiver receiver{settings};
     {
         const LineClient stranger{receiver.path(), B9600};
-        stranger.say("PMGNCMD,TON"); // not understood: no session
+        stranger.say("PMGNCMD,TON"); // at the wrong speed, which does not count as a session
     }
     ASSERT_TRUE(waitFor(receiver, LogKind::kClosed));
     EXPECT_FALSE(receiver.waitUntilEnded(std::chrono::milliseconds{0}));

@@ -43,7 +43,7 @@ TEST(Sentences, AreLeftOutWithoutAGoodChecksum)
     EXPECT_THAT(sentences.tracks, ElementsAre("PMGNTRK,d"));
 }
 
-TEST(Sentences, OfAFolderComeInTheOrderOfItsNames)
+TEST(Sentences, OfAFolderAreInTheOrderOfItsFileNames)
 {
     const support::TemporaryFolder folder;
     folder.put("b/2", support::fileOf({sentence("PMGNTRK,third")}));
@@ -54,7 +54,7 @@ TEST(Sentences, OfAFolderComeInTheOrderOfItsNames)
     EXPECT_THAT(sentences.tracks, ElementsAre("PMGNTRK,first", "PMGNTRK,second", "PMGNTRK,third"));
 }
 
-TEST(Sentences, HaveAWaypointOnceButTrackPointsAsOftenAsTheyCome)
+TEST(Sentences, IncludeEachWaypointOnceButRepeatedTrackPoints)
 {
     const support::TemporaryFolder folder;
     const auto file = folder.put(
@@ -67,7 +67,7 @@ TEST(Sentences, HaveAWaypointOnceButTrackPointsAsOftenAsTheyCome)
     EXPECT_EQ(sentences.tracks.size(), 4U);
 }
 
-TEST(Sentences, OfTheSampleReceiverAreOfAllKinds)
+TEST(Sentences, OfTheSampleReceiverIncludeAllKinds)
 {
     Sentences sentences;
     EXPECT_FALSE(loadSentences(MAGELLAN_SOURCE_DIR "/samples/receiver", sentences));
@@ -76,7 +76,7 @@ TEST(Sentences, OfTheSampleReceiverAreOfAllKinds)
     EXPECT_THAT(sentences.routes, testing::Not(IsEmpty()));
 }
 
-TEST(Sentences, OfAMissingFileAreAnError)
+TEST(Sentences, AMissingFileIsAnError)
 {
     const support::TemporaryFolder folder;
     Sentences sentences;

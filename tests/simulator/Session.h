@@ -45,8 +45,8 @@ inline bool waitFor(const simulator::Receiver& receiver, simulator::LogKind kind
 }
 
 /// The log's entries of some kinds, as "sent PMGNCMD,END", without times.
-inline std::vector<std::string> told(const simulator::Receiver& receiver,
-                                     const std::vector<simulator::LogKind>& kinds)
+inline std::vector<std::string> logged(const simulator::Receiver& receiver,
+                                       const std::vector<simulator::LogKind>& kinds)
 {
     std::vector<std::string> lines;
     for (const auto& entry : receiver.log()) {

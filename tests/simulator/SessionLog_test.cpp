@@ -30,7 +30,7 @@ TEST(SessionLog, HasANameForEachKind)
         EXPECT_EQ(name(static_cast<LogKind>(kind)), names[kind]);
 }
 
-TEST(SessionLog, MakesJsonOfAnyBytes)
+TEST(SessionLog, WritesAnyBytesAsValidJson)
 {
     const auto line = jsonLine({1, LogKind::kUnreadable, std::string{"a\0\xFF\n\"", 5}, 1200});
     EXPECT_TRUE(nlohmann::json::accept(line)) << line;

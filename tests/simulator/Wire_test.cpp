@@ -49,7 +49,7 @@ TEST(Wire, LinesArriveWithoutTheirLineFeeds)
     EXPECT_EQ(line->speed, 4800);
 }
 
-TEST(Wire, PacedLineArrivesWhenItsLastByteWould)
+TEST(Wire, PacedLineArrivesNoEarlierThanItsLastByte)
 {
     simulator::Wire wire{true};
     const LineClient client{wire.path(), B1200};

@@ -81,7 +81,7 @@ TEST(Acquire, JsonLinesFileHoldsTheEventLines)
     EXPECT_EQ(receiver.read("out.jsonl"), kExpectedEvents);
 }
 
-TEST(Acquire, AnyFormatGoesToStandardOutput)
+TEST(Acquire, AnyFormatCanBeWrittenToStandardOutput)
 {
     const Receiver receiver;
     EXPECT_EQ(acquire(receiver, {"-o", "-", "--format", "jsonl"}).out, kExpectedEvents);
@@ -171,7 +171,7 @@ TEST(Acquire, KindsCanBeLeftOut)
     EXPECT_EQ(none.status, 0);
 }
 
-TEST(Acquire, OptionsObjectGoesToTheDriverAsItIs)
+TEST(Acquire, OptionsObjectReachesTheDriverUnchanged)
 {
     const Receiver receiver;
     const auto ran =

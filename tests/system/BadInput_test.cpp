@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(Each, BadFile,
                              return name;
                          });
 
-TEST(BadInput, RefusedFileIsARealRefusal)
+TEST(BadInput, TrackFileWithoutPermissionFailsTheDownload)
 {
     const Copy copy;
     const Receiver receiver;
@@ -162,7 +162,7 @@ TEST(BadInput, RefusedFileIsARealRefusal)
     EXPECT_THAT(ran.err, HasSubstr("Tracks/a.log"));
 }
 
-TEST(BadInput, RefusedUnitFileMakesTheDeviceUnauthorized)
+TEST(BadInput, UnitFileWithoutPermissionMakesTheDeviceUnauthorized)
 {
     const Copy copy;
     const Receiver receiver;
@@ -172,7 +172,7 @@ TEST(BadInput, RefusedUnitFileMakesTheDeviceUnauthorized)
     EXPECT_EQ(copy.runAsNobody({"acquire", "--device", receiver.path()}).status, 3);
 }
 
-TEST(BadInput, RefusedOutputFolderIsAnError)
+TEST(BadInput, OutputFolderWithoutPermissionIsAnError)
 {
     const Copy copy;
     const Receiver receiver;

@@ -31,25 +31,25 @@ void expectValidKml(const std::string& path)
     EXPECT_EQ(checked.status, 0) << checked.err;
 }
 
-using Places = std::vector<std::array<double, 3>>; // longitude, latitude, altitude
+using Positions = std::vector<std::array<double, 3>>; // longitude, latitude, altitude
 
 // All positions of a geometry, at any depth.
-void addPlaces(const json& coordinates, Places& places)
+void addPositions(const json& coordinates, Positions& positions)
 {
     if (coordinates[0].is_number()) {
-        places.push_back({coordinates[0], coordinates[1], coordinates[2]});
+        positions.push_back({coordinates[0], coordinates[1], coordinates[2]});
         return;
     }
     for (const auto& element : coordinates)
-        addPlaces(element, places);
+        addPositions(element, positions);
 }
 
-Places placesOf(const json& features)
+Positions positionsOf(const json& features)
 {
-    Places places;
+    Positions positions;
     for (const auto& feature : features)
-        addPlaces(feature["geometry"]["coordinates"], places);
-    return places;
+        addPositions(feature["geometry"]["coordinates"], positions);
+    return positions;
 }
 
 // The positions that the independent reader finds in a file, or in one folder of it.
@@ -69,10 +69,10 @@ json readBack(const TemporaryFolder& folder, const std::string& path, const std:
 }
 
 struct Reported {
-    Places tracks;
-    Places routes;
-    Places wayPoints;
-    Places geocaches;
+    Positions tracks;
+    Positions routes;
+    Positions wayPoints;
+    Positions geocaches;
     std::size_t trackCount = 0;
     std::size_t routeCount = 0;
 };
@@ -92,17 +92,17 @@ Reported reportedOf(const std::string& lines)
         reported.routeCount += kind == "newRoute" ? 1U : 0U;
         if (kind != "trackPoint" && kind != "wayPoint")
             continue;
-        auto& places = kind == "trackPoint"                      ? reported.tracks
-                       : inRoute                                 ? reported.routes
-                       : event["extra"].contains("geocacheType") ? reported.geocaches
-                                                                 : reported.wayPoints;
-        places.push_back(
+        auto& positions = kind == "trackPoint"                      ? reported.tracks
+                          : inRoute                                 ? reported.routes
+                          : event["extra"].contains("geocacheType") ? reported.geocaches
+                                                                    : reported.wayPoints;
+        positions.push_back(
             {event["point"]["longitude"], event["point"]["latitude"], event["point"]["altitude"]});
     }
     return reported;
 }
 
-void expectSame(const Places& read, const Places& reported)
+void expectSame(const Positions& read, const Positions& reported)
 {
     ASSERT_EQ(read.size(), reported.size());
     ASSERT_FALSE(reported.empty());
@@ -128,9 +128,9 @@ TEST(MapFormats, SampleReceiverAsKmlIsValidAndReadBackPointForPoint)
     expectValidKml(path);
     const auto tracks = readBack(folder, path, "Tracks");
     EXPECT_EQ(tracks.size(), reported.trackCount);
-    expectSame(placesOf(tracks), reported.tracks);
-    expectSame(placesOf(readBack(folder, path, "Waypoints")), reported.wayPoints);
-    expectSame(placesOf(readBack(folder, path, "Geocaches")), reported.geocaches);
+    expectSame(positionsOf(tracks), reported.tracks);
+    expectSame(positionsOf(readBack(folder, path, "Waypoints")), reported.wayPoints);
+    expectSame(positionsOf(readBack(folder, path, "Geocaches")), reported.geocaches);
     EXPECT_EQ(readBack(folder, path, "Coast Walk").size(), 9U + 1); // its points and its line
 }
 
@@ -144,10 +144,10 @@ TEST(MapFormats, SampleReceiverAsGeoJsonIsReadBackPointForPoint)
         kinds[feature["properties"]["kind"]].push_back(feature);
     EXPECT_EQ(kinds["track"].size(), reported.trackCount);
     EXPECT_EQ(kinds["route"].size(), reported.routeCount);
-    expectSame(placesOf(kinds["track"]), reported.tracks);
-    expectSame(placesOf(kinds["route"]), reported.routes);
-    expectSame(placesOf(kinds["waypoint"]), reported.wayPoints);
-    expectSame(placesOf(kinds["geocache"]), reported.geocaches);
+    expectSame(positionsOf(kinds["track"]), reported.tracks);
+    expectSame(positionsOf(kinds["route"]), reported.routes);
+    expectSame(positionsOf(kinds["waypoint"]), reported.wayPoints);
+    expectSame(positionsOf(kinds["geocache"]), reported.geocaches);
 }
 
 TEST(MapFormats, EmptyDownloadIsAValidEmptyFile)

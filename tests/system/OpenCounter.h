@@ -18,7 +18,7 @@ namespace support {
 class OpenCounter {
 public:
     struct Opens {
-        int before = 0; ///< and in total, for a file that is not replaced
+        int before = 0; ///< the total for a file that is not replaced
         int after = 0;
     };
 

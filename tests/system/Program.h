@@ -49,7 +49,7 @@ inline Ran run(const std::vector<std::string>& words, const How& how = {})
     for (const auto& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    // A home of its own, so that no user's stored defaults are read, and the test's mocked device
+    // Its own home folder, so that no user's stored defaults are read, and the test's mocked device
     // tree if it has one.
     std::vector<std::string> settings{"HOME=" + folder.path()};
     for (const char* const name : {"PATH", "LD_PRELOAD", "UMOCKDEV_DIR"}) {

@@ -50,11 +50,11 @@ std::string manyRecords()
     std::string points;
     for (int i = 0; i < kWaypoints; ++i) {
         const auto number = std::to_string(i);
-        const auto place =
+        const auto position =
             R"("point":{"latitude":46.)" + number + R"(,"longitude":7.)" + number + "}}";
-        waypoints += (i > 0 ? R"(,{"name":"W)" : R"({"name":"W)") + number + R"(",)" + place;
-        waypoints += R"(,{"name":"G)" + number + R"(","symbol":"Geocache",)" + place;
-        points += (i > 0 ? R"(,{"name":"P)" : R"({"name":"P)") + number + R"(",)" + place;
+        waypoints += (i > 0 ? R"(,{"name":"W)" : R"({"name":"W)") + number + R"(",)" + position;
+        waypoints += R"(,{"name":"G)" + number + R"(","symbol":"Geocache",)" + position;
+        points += (i > 0 ? R"(,{"name":"P)" : R"({"name":"P)") + number + R"(",)" + position;
     }
     const auto track = R"({"points":[)" + points + "]}";
     return R"({"waypoint":[)" + waypoints + R"(],"route":[{"name":"R","points":[)" + points +
@@ -130,12 +130,12 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
     const auto fresh = visibleFiles(receiver_.path());
 
     std::mt19937 random{kSeed};
-    std::uniform_int_distribution<long> moment{0, static_cast<long>(duration.count())};
+    std::uniform_int_distribution<long> killTime{0, static_cast<long>(duration.count())};
     int killed = 0;
     int between = 0;
     for (int round = 0; killed < kKills && round < kMostRounds; ++round) {
         reset(old);
-        const std::chrono::microseconds pause{moment(random)};
+        const std::chrono::microseconds pause{killTime(random)};
         const auto child = start();
         std::this_thread::sleep_for(pause); // the time of the kill is what the test varies
         ::kill(child, SIGKILL);

@@ -39,7 +39,7 @@ constexpr char kTrip[] = R"(<gpx version="1.1" creator="test">
 <trk><name>Walk</name><trkseg><trkpt lat="46.5" lon="7.5"><time>2024-06-01T10:00:00Z</time></trkpt></trkseg></trk>
 </gpx>)";
 
-// Every file of a folder with its content; other things with none.
+// Every file of a folder with its content. Other entries have an empty content.
 std::map<std::string, std::string> filesOf(const std::string& folder)
 {
     std::map<std::string, std::string> files;
@@ -55,7 +55,7 @@ std::map<std::string, std::string> filesOf(const std::string& folder)
 
 class Send : public testing::Test {
 protected:
-    // Backups go to a place of the test's own.
+    // Backups are written to the test's own folder.
     Ran send(const std::string& device, std::vector<std::string> words) const
     {
         words.insert(words.begin(), {"send", "--device", device, "--backup", here_.path("kept")});
@@ -74,8 +74,8 @@ protected:
     support::TemporaryFolder here_;
 };
 
-// What an acquire tells of one kind, each record as a text within what a sentence can hold: five
-// decimals of a minute, whole metres, and no time without a day.
+// The records of one kind that an acquire reports, each as a text with the precision of a sentence:
+// five decimals of a minute, whole metres, and no time without a day.
 std::vector<std::string> recordsOf(const std::string& device, const std::string& event)
 {
     const auto rounded = [](ordered_json point) {
@@ -101,7 +101,7 @@ std::vector<std::string> recordsOf(const std::string& device, const std::string&
                 continue;
             if (json[key].contains("point"))
                 json[key]["point"] = rounded(json[key]["point"]);
-            json[key].erase("trackName"); // no device keeps it
+            json[key].erase("trackName"); // no device stores it
         }
         records.push_back(json.dump());
     }
@@ -244,7 +244,7 @@ TEST_F(Send, EventsAreTheCallsOfTheSend)
     EXPECT_THAT(ran.err, IsEmpty());
 }
 
-TEST_F(Send, DryRunLeavesTheDeviceAsItIs)
+TEST_F(Send, DryRunLeavesTheDeviceUnchanged)
 {
     const auto device = sampleCopy();
     const auto before = filesOf(device);
@@ -263,7 +263,7 @@ TEST_F(Send, DryRunLeavesTheDeviceAsItIs)
     EXPECT_FALSE(fs::exists(here_.path("kept")));
 }
 
-TEST_F(Send, NullSendsNothing)
+TEST_F(Send, NullDataSendsNothing)
 {
     const Receiver receiver;
     const auto before = filesOf(receiver.path());
@@ -275,7 +275,7 @@ TEST_F(Send, NullSendsNothing)
     EXPECT_EQ(filesOf(receiver.path()), before);
 }
 
-TEST_F(Send, DataOfOneKindMakesItsBracketAlone)
+TEST_F(Send, DataOfOneKindHasOnlyItsOwnBracket)
 {
     const Receiver receiver;
     const auto ran = send(receiver.path(), {"--data", data(R"({"route":[]})"), "--events"});
@@ -304,7 +304,7 @@ TEST_F(Send, BadInputSendsNothing)
     EXPECT_EQ(filesOf(receiver.path()), before);
 }
 
-TEST_F(Send, TextsAreMadeReadableAndNamesStayApart)
+TEST_F(Send, TextsAreMadeReadableAndNamesStayDifferent)
 {
     const Receiver receiver;
     const auto file = here_.put(
@@ -332,7 +332,7 @@ TEST_F(Send, RecordThatCannotArriveIsStatus1)
     }
 }
 
-TEST_F(Send, FolderThatIsMissingIsToldAndTheOthersAreWritten)
+TEST_F(Send, MissingFolderIsReportedAndTheOthersAreWritten)
 {
     const Receiver receiver;
     fs::remove_all(receiver.path("Ways"));
@@ -343,7 +343,7 @@ TEST_F(Send, FolderThatIsMissingIsToldAndTheOthersAreWritten)
     EXPECT_FALSE(fs::exists(receiver.path("Ways")));
 }
 
-TEST_F(Send, PresentFileThatCannotBeReadIsWarnedOfAndKeptInTheBackup)
+TEST_F(Send, PresentFileThatCannotBeReadCausesAWarningAndIsInTheBackup)
 {
     const Receiver receiver;
     receiver.put("Points/Default POI File.upt", "H\xFCtte");
@@ -359,7 +359,7 @@ TEST_F(Send, PresentFileThatCannotBeReadIsWarnedOfAndKeptInTheBackup)
     EXPECT_THAT(receiver.read("Points/Default POI File.upt"), HasSubstr(",Summit,"));
 }
 
-TEST_F(Send, DamagedPresentFileIsLeftAsItIs)
+TEST_F(Send, DamagedPresentFileIsUnchanged)
 {
     const Receiver receiver;
     const auto damaged = support::sentences({"PMGNWPL,4630.00000,N"});
@@ -383,7 +383,7 @@ TEST_F(Send, FailedBackupStopsTheSend)
     EXPECT_EQ(magellangps({"send", trip(), "--device", receiver.path(), "--no-backup"}).status, 0);
 }
 
-TEST_F(Send, BackupGoesToTheStateFolderBySerialNumber)
+TEST_F(Send, BackupIsWrittenToTheStateFolderBySerialNumber)
 {
     const Receiver receiver;
     const support::How how{.environment = {"XDG_STATE_HOME=" + here_.path("state")}};
@@ -393,7 +393,7 @@ TEST_F(Send, BackupGoesToTheStateFolderBySerialNumber)
                 testing::StartsWith("Backup "));
 }
 
-TEST_F(Send, RestorePutsBackWhatWasThere)
+TEST_F(Send, RestorePutsBackThePreviousFiles)
 {
     const Receiver receiver;
     receiver.put("Points/Default POI File.upt", "H\xFCtte");
@@ -427,14 +427,14 @@ TEST_F(Send, RestorePutsBackWhatWasThere)
     EXPECT_THAT(unknown.err, HasSubstr("magellangps restore"));
 }
 
-TEST_F(Send, FullMediumKeepsTheOldFilesAndIsTold)
+TEST_F(Send, FullMediumKeepsTheOldFilesAndIsReported)
 {
     const Receiver original;
     const support::PrivateMount medium{here_.makeFolder("device"), "size=128k"};
     if (!medium.isMounted())
         GTEST_SKIP() << "no right to mount";
     fs::copy(original.path(), here_.path("device"), fs::copy_options::recursive);
-    here_.put("device/fill", std::string(1 << 20, 'x')); // as far as there is room
+    here_.put("device/fill", std::string(1 << 20, 'x')); // fills the volume
     const auto before = filesOf(here_.path("device"));
     const auto ran = send(here_.path("device"), {trip()});
     EXPECT_EQ(ran.status, 1);
@@ -442,7 +442,7 @@ TEST_F(Send, FullMediumKeepsTheOldFilesAndIsTold)
     EXPECT_EQ(filesOf(here_.path("device")), before);
 }
 
-TEST_F(Send, ReadOnlyMediumIsTold)
+TEST_F(Send, ReadOnlyMediumIsReported)
 {
     const Receiver original;
     const support::PrivateMount medium{here_.makeFolder("device"), "size=128k"};

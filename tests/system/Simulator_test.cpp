@@ -106,7 +106,7 @@ TEST(Simulator, ServesAFilesSentences)
     EXPECT_EQ(client.line(), "$PMGNWPL,4627.40043,N,00755.60399,E,0001283,M,Lautersee,Cold!,ab*75");
 }
 
-TEST(Simulator, EndsWellWhenInterrupted)
+TEST(Simulator, EndsCleanlyWhenInterrupted)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         Running program{{}};
@@ -187,7 +187,7 @@ TEST(Simulator, RejectsAWrongCommandLine)
 {
     struct Case {
         std::vector<std::string> words;
-        std::string told;
+        std::string expected;
     };
     const std::vector<Case> cases{{{"--speed", "300"}, "115200"},
                                   {{"--speed", "fast"}, "--speed"},
@@ -195,11 +195,11 @@ TEST(Simulator, RejectsAWrongCommandLine)
                                   {{"--fault", "ton:quiet"}, "\"ton:quiet\" is not a fault"},
                                   {{"--fault"}, "--fault"},
                                   {{"--sped", "4800"}, "unknown option \"--sped\""}};
-    for (const auto& [words, told] : cases) {
+    for (const auto& [words, expected] : cases) {
         const auto ran = simulator(words);
-        EXPECT_EQ(ran.status, 2) << told;
+        EXPECT_EQ(ran.status, 2) << expected;
         EXPECT_THAT(ran.out, IsEmpty());
-        EXPECT_THAT(ran.err, AllOf(StartsWith("magellangps-simulator: "), HasSubstr(told)));
+        EXPECT_THAT(ran.err, AllOf(StartsWith("magellangps-simulator: "), HasSubstr(expected)));
     }
 }
 
@@ -226,7 +226,7 @@ TEST(Simulator, ReportsAnIncompleteLog)
     {
         LineClient client{program.port(), B4800};
         client.say("PMGNCMD,VERSION");
-        EXPECT_THAT(client.line(), StartsWith("$PMGNVER,")); // it runs all the same
+        EXPECT_THAT(client.line(), StartsWith("$PMGNVER,")); // it still runs
     }
     EXPECT_EQ(program.end(), 1);
 }
@@ -236,9 +236,9 @@ TEST(Simulator, HelpNamesOptionsFaultsAndEvents)
     const auto help = simulator({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.err, IsEmpty());
-    for (const auto* told : {"--speed", "--handshake", "--unpaced", "--chatter", "--once",
-                             "--fault", "--log", "--link", "baud-back", "hang-up", "gave-up"})
-        EXPECT_THAT(help.out, HasSubstr(told));
+    for (const auto* expected : {"--speed", "--handshake", "--unpaced", "--chatter", "--once",
+                                 "--fault", "--log", "--link", "baud-back", "hang-up", "gave-up"})
+        EXPECT_THAT(help.out, HasSubstr(expected));
     EXPECT_THAT(simulator({"--version"}).out, StartsWith("magellangps-simulator 1."));
 }
 

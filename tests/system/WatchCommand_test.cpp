@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `watch` with the built program, on receivers that are there from the start.
+// `watch` with the built program, on receivers that are connected from the start.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -67,7 +67,7 @@ protected:
     support::TemporaryFolder state_;
 };
 
-TEST_F(WatchCommand, SavesAReceiverThatIsThereIntoItsOwnFileAndEndsWithStatus0)
+TEST_F(WatchCommand, SavesAConnectedReceiverIntoItsOwnFileAndEndsWithStatus0)
 {
     const auto printed = watchUntil("\nsaved: ");
     EXPECT_THAT(printed, StartsWith("watching: files are saved in " + out_.path("gps") +
@@ -81,7 +81,7 @@ TEST_F(WatchCommand, SavesAReceiverThatIsThereIntoItsOwnFileAndEndsWithStatus0)
         << "without --new-only nothing is remembered";
 }
 
-TEST_F(WatchCommand, EverySignalToEndIsObeyed)
+TEST_F(WatchCommand, EveryTerminatingSignalEndsIt)
 {
     for (const int signal : {SIGINT, SIGHUP}) {
         support::Running watching{words({})};
@@ -101,7 +101,7 @@ TEST_F(WatchCommand, MissingDriverIsReported)
     EXPECT_THAT(watchUntil("\nsaved: ", {"--driver", "magellan"}), Not(HasSubstr("note: ")));
 }
 
-TEST_F(WatchCommand, SignalThatItWasStartedToIgnoreEndsNothing)
+TEST_F(WatchCommand, SignalIgnoredAtTheStartDoesNotEndIt)
 {
     receiver_.put("Tracks/a.log", "\xFF\r\n"); // it cannot be read, so watch keeps trying
     auto ignoring = words({"--test-folder", receiver_.path()});
@@ -114,7 +114,7 @@ TEST_F(WatchCommand, SignalThatItWasStartedToIgnoreEndsNothing)
     EXPECT_THAT(watching.read(), Not(HasSubstr("stopped")));
 }
 
-TEST_F(WatchCommand, FormatIsTheNamedOne)
+TEST_F(WatchCommand, FormatIsTheRequestedOne)
 {
     (void)watchUntil("\nsaved: ", {"--format", "jsonl"});
     ASSERT_THAT(files(), SizeIs(1));
@@ -162,7 +162,7 @@ TEST_F(WatchCommand, EmptyReceiverMakesNoFile)
 TEST_F(WatchCommand, FilesThatCannotBeReadYetAreTriedAgain)
 {
     receiver_.put("Tracks/a.log",
-                  "\xFF\r\n"); // what a volume may contain that is still being filled
+                  "\xFF\r\n"); // a volume that is still being filled may contain such bytes
     support::Running watching{words({"--test-folder", receiver_.path()})};
     EXPECT_THAT(watching.readUntil(" Trying again.\n"),
                 HasSubstr("\nfailed: Magellan device 42, " + receiver_.path() + ": "));

@@ -88,7 +88,7 @@ TEST(Serial, PortMayBeNamedByALink)
     EXPECT_THAT(ran.err, IsEmpty());
 }
 
-TEST(Serial, ReceiverThatGoesAwayLeavesAPartialFile)
+TEST(Serial, ReceiverThatIsUnpluggedLeavesAPartialFile)
 {
     const TemporaryFolder folder;
     folder.put("x.gpx", "old");

@@ -110,7 +110,7 @@ TEST_F(WatchedVolumes, SerialPortsAreNotOpenedUnlessRequested)
     (void)serial.end(SIGKILL); // it probes the port for a minute and a half
 }
 
-TEST_F(WatchedVolumes, NamedDriverIsWatchedAloneBeforeItIsOffered)
+TEST_F(WatchedVolumes, OnlyTheNamedDriverIsWatchedEvenBeforeItIsOffered)
 {
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     auto watching = watch("--driver=magellan-serial");

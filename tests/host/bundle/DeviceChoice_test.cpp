@@ -112,7 +112,7 @@ TEST_F(DeviceChoice, ErrorForAnUnknownDeviceListsTheLocations)
     EXPECT_THAT(refusalOf({.driver = {}, .device = "/nowhere"}), HasSubstr("/media/a, /media/b"));
 }
 
-TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRefused)
+TEST_F(DeviceChoice, DeviceOfAnotherDriverThanTheNamedOneIsRejected)
 {
     EXPECT_THAT(refusalOf({.driver = "some-serial", .device = "/media/a"}),
                 HasSubstr("The requested driver finds no devices"));
@@ -164,7 +164,7 @@ TEST_F(DeviceChoice, TwoMissingLocationsAreNotTheSame)
                 HasSubstr("no device at this location"));
 }
 
-TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRefusedUnlessItsDriverIsNamed)
+TEST_F(DeviceChoice, DeviceThatIsNotReadyIsRejectedUnlessItsDriverIsNamed)
 {
     disk_->ready = false;
     EXPECT_THAT(refusalOf({.driver = {}, .device = "/media/a"}), HasSubstr("not ready"));
@@ -192,7 +192,7 @@ TEST_F(DeviceChoice, ImporterIsTheFirstDriverWithFileTypesEvenIfItIsNotReady)
     EXPECT_EQ(chosen_.driver, serial_);
 }
 
-TEST_F(DeviceChoice, NamedDriverThatCannotImportIsRefused)
+TEST_F(DeviceChoice, NamedDriverThatCannotImportIsRejected)
 {
     disk_->types = {{"log"}};
     EXPECT_TRUE(host::chooseImporter(drivers_, "some-serial", chosen_.driver));

@@ -26,25 +26,25 @@ std::string refusalOf(const std::string& path)
     return failure ? *failure->description() : "loaded";
 }
 
-TEST(PlugInBundle, MissingFolderIsRefused)
+TEST(PlugInBundle, MissingFolderIsRejected)
 {
     EXPECT_THAT(refusalOf("/nowhere/Some.bundle"), HasSubstr("no plug-in bundle at this path"));
 }
 
-TEST(PlugInBundle, FolderWithoutAnInfoPlistIsRefused)
+TEST(PlugInBundle, FolderWithoutAnInfoPlistIsRejected)
 {
     const support::TemporaryFolder folder;
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("Info.plist"));
 }
 
-TEST(PlugInBundle, BrokenInfoPlistIsRefused)
+TEST(PlugInBundle, BrokenInfoPlistIsRejected)
 {
     const support::TemporaryFolder folder;
     folder.put("Contents/Info.plist", "<plist><dict>");
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("Info.plist"));
 }
 
-TEST(PlugInBundle, FileThatIsNotAModuleIsRefused)
+TEST(PlugInBundle, FileThatIsNotAModuleIsRejected)
 {
     const support::TemporaryFolder folder;
     folder.put("Contents/Info.plist",
@@ -53,7 +53,7 @@ TEST(PlugInBundle, FileThatIsNotAModuleIsRefused)
     EXPECT_THAT(refusalOf(folder.path()), HasSubstr("cannot be loaded"));
 }
 
-TEST(PlugInBundle, MissingModuleIsRefused)
+TEST(PlugInBundle, MissingModuleIsRejected)
 {
     const support::TemporaryFolder folder;
     folder.put("Contents/Info.plist", plist("Some", ""));
@@ -68,7 +68,7 @@ TEST(PlugInBundle, BundleBesideTheProgramComesBeforeTheInstalledOne)
     EXPECT_THAT(paths[1], testing::MatchesRegex("/opt/x/lib.*/magellangps/[^/]+"));
 }
 
-TEST(PlugInBundle, RequestedPathIsUsedAsItIs)
+TEST(PlugInBundle, RequestedPathIsUsedUnchanged)
 {
     EXPECT_EQ(host::findBundle("/nowhere"), "/nowhere");
 }

@@ -90,7 +90,7 @@ TEST(SerialPort, AnyOtherFailureHasTheTextOfTheSystem)
                 HasSubstr("The port cannot be opened: Input/output error"));
 }
 
-// A file of another user's, which opening meets before it asks what it is.
+// A file of another user. Opening it fails before its type is checked.
 class RefusedPort : public testing::Test {
 protected:
     RefusedPort()
@@ -124,7 +124,7 @@ TEST_F(RefusedPort, AdviceForAPortOfAGroupIsToJoinIt)
                       HasSubstr("\"sudo usermod -aG dialout nobody\", then log out and in again")));
 }
 
-TEST_F(RefusedPort, AdviceForAPortOfItsOwnerAloneIsToAskTheAdministrator)
+TEST_F(RefusedPort, AdviceForAPortThatOnlyItsOwnerMayOpenIsToAskTheAdministrator)
 {
     if (skip_)
         GTEST_SKIP() << "needs root, to give a file away";

@@ -49,7 +49,7 @@ TEST(CommandLine, GlobalOptionsCanPrecedeOrFollowTheCommand)
     }
 }
 
-TEST(CommandLine, TestFolderTakesOneValue)
+TEST(CommandLine, TestFolderAcceptsOneValue)
 {
     EXPECT_TRUE(optionsOf<DevicesOptions>({"--test-folder", "A", "devices", "--watch"}).watch);
 }

@@ -92,7 +92,7 @@ TEST_F(DownloadCommand, OptionsBecomeTheRequest)
     EXPECT_FALSE(host::downloadRequest(options_).output);
 }
 
-TEST_F(DownloadCommand, CompleteFileIsWrittenInSilence)
+TEST_F(DownloadCommand, CompleteFileIsWrittenWithoutMessages)
 {
     setOutput();
     EXPECT_EQ(run(allTransfers), ExitStatus::kSuccess);

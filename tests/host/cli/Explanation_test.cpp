@@ -23,9 +23,9 @@ using Verdict = gps::SearchedLocation::Verdict;
 
 struct Searching final : support::FakeDriver, gps::GPSDeviceSearch {
     using FakeDriver::FakeDriver;
-    std::vector<gps::SearchedLocation> searchedLocations() const override { return places; }
+    std::vector<gps::SearchedLocation> searchedLocations() const override { return locations; }
 
-    std::vector<gps::SearchedLocation> places;
+    std::vector<gps::SearchedLocation> locations;
 };
 
 class Explanation : public testing::Test {
@@ -38,11 +38,11 @@ protected:
 
 TEST_F(Explanation, DevicesComeFirstAndSkippedLocationsLastOnOneLinePerReason)
 {
-    driver_->places = {{"/proc", "pseudo volume", Verdict::kSkipped, "Never", ""},
-                       {"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
-                       {"/home", "disk", Verdict::kSkipped, "Never", ""},
-                       {"/sys", "pseudo volume", Verdict::kSkipped, "Never", ""},
-                       {"/b", "stick", Verdict::kAccepted, "Good", ""}};
+    driver_->locations = {{"/proc", "pseudo volume", Verdict::kSkipped, "Never", ""},
+                          {"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
+                          {"/home", "disk", Verdict::kSkipped, "Never", ""},
+                          {"/sys", "pseudo volume", Verdict::kSkipped, "Never", ""},
+                          {"/b", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_),
                 StartsWith("my-driver:\n"
                            "  /b (stick), accepted: Good.\n"
@@ -54,9 +54,9 @@ TEST_F(Explanation, DevicesComeFirstAndSkippedLocationsLastOnOneLinePerReason)
 
 TEST_F(Explanation, DocumentKeepsTheOrderOfTheSearch)
 {
-    driver_->places = {{"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
-                       {"/b", "stick", Verdict::kAccepted, "Good", ""},
-                       {"/c", "disk", Verdict::kSkipped, "Never", ""}};
+    driver_->locations = {{"/a", "stick", Verdict::kRejected, "Empty", "Fill it"},
+                          {"/b", "stick", Verdict::kAccepted, "Good", ""},
+                          {"/c", "disk", Verdict::kSkipped, "Never", ""}};
     EXPECT_EQ(
         host::searchedLocationsJson(*driver_).dump(),
         R"([{"location":"/a","sort":"stick","verdict":"not taken","reason":"Empty","advice":"Fill it"},)"
@@ -79,7 +79,7 @@ TEST_F(Explanation, PortThatMayNotBeOpenedHasAdvice)
     const auto port = folder.put("ttyUSB0", "");
     std::filesystem::permissions(port, std::filesystem::perms::none);
     driver_->serial = true;
-    driver_->places = {{port, "serial port", Verdict::kAccepted, "Good", ""}};
+    driver_->locations = {{port, "serial port", Verdict::kAccepted, "Good", ""}};
     {
         const support::AsNobody nobody;
         EXPECT_THAT(host::explanationOf(plugIn_),
@@ -94,7 +94,7 @@ TEST_F(Explanation, PortThatMayNotBeOpenedHasAdvice)
 
 TEST_F(Explanation, ControlCharactersInALocationAreNotPrinted)
 {
-    driver_->places = {{"/a\x1b[2J\nb", "stick", Verdict::kAccepted, "Good", ""}};
+    driver_->locations = {{"/a\x1b[2J\nb", "stick", Verdict::kAccepted, "Good", ""}};
     EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\x1b")));
     EXPECT_THAT(host::explanationOf(plugIn_), Not(HasSubstr("\nb")));
 }

@@ -74,7 +74,7 @@ TEST(PlanReport, FileWhoseErrorWasLoggedIsNamedOnce)
                 ElementsAre("No space. Path: /dev/a", HasSubstr("does not hold what was sent")));
 }
 
-TEST(PlanReport, FilesThatAreAsPlannedAreNoErrors)
+TEST(PlanReport, FilesThatAreAsPlannedAreNotErrors)
 {
     host::SendReport report;
     report.files = {{"/dev/a", Result::kWritten},

@@ -68,7 +68,7 @@ TEST_F(RawOptions, ExtensionGivesTheFormatInEitherCase)
     }
 }
 
-TEST_F(RawOptions, EventsGoToStdoutAlone)
+TEST_F(RawOptions, EventsCannotShareStdoutWithASummaryOrWatch)
 {
     raw_.command = Command::kAcquire;
     raw_.global.events = true;

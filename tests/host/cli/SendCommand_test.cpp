@@ -299,7 +299,7 @@ TEST_F(SendCommand, NullMeansNoDataDictionary)
     EXPECT_FALSE(hasBackup());
 }
 
-TEST_F(SendCommand, DataFileIsSentAsItIs)
+TEST_F(SendCommand, DataFileIsSentUnchanged)
 {
     options_.data =
         folder_.put("long.json", R"({"waypoint":[{"name":"Hütte mit einem langen Namen"}]})");
@@ -377,7 +377,7 @@ TEST_F(SendCommand, DriverThatCannotSendIsStillRun)
 
 TEST_F(SendCommand, DamagedInputIsFoundBeforeTheDriverIsUsed)
 {
-    driver_->ready = false; // which is reported if the input is good
+    driver_->ready = false; // reported only if the input is valid
     for (const auto& file : {folder_.put("cut.gpx", "<gpx><wpt"), folder_.makeFolder("folder"),
                              folder_.path("missing.gpx")}) {
         options_.data.reset();

@@ -28,7 +28,7 @@ WatchEvent saved()
     return event;
 }
 
-TEST(WatchText, DevicesThatComeAndGoAreNamedWithTheirLocation)
+TEST(WatchText, DevicesThatAppearAndDisappearAreNamedWithTheirLocation)
 {
     EXPECT_THAT(linesOf({.kind = Kind::kAppeared, .device = kDevice}),
                 ElementsAre("appeared: Device 1, /media/A"));
@@ -36,7 +36,7 @@ TEST(WatchText, DevicesThatComeAndGoAreNamedWithTheirLocation)
                 ElementsAre("gone: Device 1, /media/A"));
 }
 
-TEST(WatchText, DeviceThatMayNotBeReadIsSaidToBeSo)
+TEST(WatchText, DeviceThatMayNotBeReadIsNamedAsSuch)
 {
     auto device = kDevice;
     device.isReadable = false;
@@ -45,7 +45,7 @@ TEST(WatchText, DeviceThatMayNotBeReadIsSaidToBeSo)
         ElementsAre("appeared: Device 1, /media/A. You have no permission to read its files"));
 }
 
-TEST(WatchText, SavedFileIsNamedWithWhatIsInIt)
+TEST(WatchText, SavedFileIsNamedWithItsRecordCounts)
 {
     EXPECT_THAT(linesOf(saved()), ElementsAre("saved: gps/42.gpx: 2 waypoints"));
 }
@@ -57,7 +57,7 @@ TEST(WatchText, DownloadWithoutARecordIsOneLine)
     EXPECT_THAT(linesOf(event, true), ElementsAre("nothing new: Device 1, /media/A"));
 }
 
-TEST(WatchText, ErrorsOfADownloadAreOneLineBehindWhatWasSaved)
+TEST(WatchText, ErrorsOfADownloadAreOneLineAfterTheSavedFile)
 {
     auto event = saved();
     event.report.operations = {{.errors = {{"some", 1}}, .isReceiverSilent = true}};

@@ -111,7 +111,7 @@ TEST_F(Arguments, ValueAfterAnEqualsSignMayNotBeMissing)
     EXPECT_EQ(mistakeIn({"get", "--", "--name="}), "");
 }
 
-TEST_F(Arguments, FlagTakesNoValue)
+TEST_F(Arguments, FlagAcceptsNoValue)
 {
     EXPECT_EQ(mistakeIn({"--verbose=false"}), "--verbose takes no value");
     EXPECT_EQ(mistakeIn({"--verbose="}), "--verbose takes no value");

@@ -14,7 +14,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-// A program with an option of each sort. What its options are parsed into is of no interest.
+// A program with an option of each sort. The parsed values do not matter.
 class Completion : public testing::Test {
 protected:
     Completion()
@@ -98,7 +98,7 @@ TEST_F(Completion, ValueThatLooksLikeACommandOrAnOptionIsAValue)
     EXPECT_EQ(complete({"get", "--into", "--format", "k"}), ":files\n");
 }
 
-TEST_F(Completion, ArgumentsAreOfferedAsOftenAsTheyAreTaken)
+TEST_F(Completion, ArgumentsAreOfferedAsOftenAsTheyAreAccepted)
 {
     EXPECT_EQ(complete({"get", ""}), ":files\n");
     EXPECT_EQ(complete({"get", "a", "b", ""}), ":files\n");
@@ -118,7 +118,7 @@ TEST_F(Completion, SourceSeesWhatHasBeenTyped)
     EXPECT_EQ(typed_.count("--into"), 0U);
 }
 
-TEST_F(Completion, WhatTheHelpHidesIsHidden)
+TEST_F(Completion, HiddenOptionsAndCommandsAreNotOffered)
 {
     EXPECT_THAT(complete({""}), Not(HasSubstr("ghost")));
     EXPECT_THAT(complete({"get", "-"}), Not(HasSubstr("secret")));

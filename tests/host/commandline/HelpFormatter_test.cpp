@@ -37,7 +37,7 @@ TEST_F(HelpFormatter, UsageNamesTheCommandOnlyWhereThereAreCommands)
     EXPECT_THAT(app_.help(), HasSubstr("\nCommands:\n  get                     Get it\n"));
 }
 
-TEST_F(HelpFormatter, UsageTellsRequiredRepeatedAndOptionalArgumentsApart)
+TEST_F(HelpFormatter, UsageDistinguishesRequiredRepeatedAndOptionalArguments)
 {
     app_.add_option("one", text_, "One")->type_name("ONE")->required();
     app_.add_option("many", texts_, "Many")->type_name("MANY");
@@ -73,7 +73,7 @@ TEST_F(HelpFormatter, LongDescriptionIsWrappedAtEightyColumns)
                                        std::string(26, ' ') + "bcde\n"));
 }
 
-TEST_F(HelpFormatter, LongNameStandsOnALineOfItsOwn)
+TEST_F(HelpFormatter, LongNameHasALineOfItsOwn)
 {
     app_.add_flag("--twenty-two-columns-x", flag_, "Beside"); // 22 and two spaces on each side
     app_.add_flag("--twenty-three-columns-x", flag_, "Below");

@@ -49,7 +49,7 @@ TEST(NearestName, FindsANameByItsFirstThreeLettersButNotByTwo)
     EXPECT_EQ(nearestName("--ke", {"--keep-backups"}), "");
 }
 
-TEST(NearestName, OfTwoTakesTheNearer)
+TEST(NearestName, IsTheNearerOfTwo)
 {
     EXPECT_EQ(nearestName("--devise", {"--devices", "--device"}), "--device");
     EXPECT_EQ(nearestName("--devices", {"--device", "--devices"}), "--devices");

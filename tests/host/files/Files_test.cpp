@@ -39,11 +39,11 @@ TEST(Files, FileWhereAFolderIsNeededIsAnError)
     }
 }
 
-TEST(Files, FolderCreatedByAnotherProcessInTheMeantimeIsNoError)
+TEST(Files, FolderCreatedByAnotherProcessInTheMeantimeIsNotAnError)
 {
     const support::TemporaryFolder folder;
     folder.makeFolder("a");
-    support::OneFault files{"stat", ENOENT}; // as if it had not been there yet
+    support::OneFault files{"stat", ENOENT}; // as if the folder did not exist yet
     EXPECT_FALSE(host::makeFolders(folder.path("a"), files));
     EXPECT_TRUE(files.happened());
 }

@@ -88,7 +88,7 @@ TEST(FreeNames, ExactNameMayBeOneOnTheDevice)
     EXPECT_TRUE(names.claim("Camp"));
 }
 
-TEST(FreeNames, ThingSentBeforeGetsItsNameAgain)
+TEST(FreeNames, RecordSentBeforeGetsItsNameAgain)
 {
     FreeNames names{10};
     names.addOnDevice("Long name", kThere);

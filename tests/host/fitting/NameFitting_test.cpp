@@ -79,7 +79,7 @@ std::vector<std::string> changesOf(Dictionary data, const Dictionary& onDevice =
     return texts;
 }
 
-TEST(NameFitting, GoodDataStaysAsItIs)
+TEST(NameFitting, GoodDataIsUnchanged)
 {
     const auto good = dataOf(
         {at(1, "Camp", {{"comment", "by the lake"}, {"symbol", "S\xC3\xBC\xC3\x9F,"}}),

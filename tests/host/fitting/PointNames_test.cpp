@@ -11,7 +11,7 @@ namespace {
 using gps::GPSPoint;
 using host::PointNames;
 
-constexpr double kUnit = 1e-5 / 60; // degrees: what a receiver can tell apart
+constexpr double kUnit = 1e-5 / 60; // degrees: the precision of a receiver
 
 GPSPoint at(double latitude, double longitude = 7)
 {

@@ -50,7 +50,7 @@ std::string callsFor(const std::vector<Event>& events)
     return writer.calls();
 }
 
-TEST(CollectionWriter, NothingIsOnlyFinished)
+TEST(CollectionWriter, WithoutEventsItIsOnlyFinished)
 {
     EXPECT_EQ(callsFor({}), "finish");
 }

@@ -53,7 +53,7 @@ json geometryOf(const std::vector<Event>& events)
     return features[0]["geometry"];
 }
 
-TEST(GeoJsonWriter, NothingIsAnEmptyCollection)
+TEST(GeoJsonWriter, WithoutEventsItIsAnEmptyCollection)
 {
     EXPECT_EQ(geoJsonOf({}).text, "{\"type\":\"FeatureCollection\",\"features\":[\n]}\n");
 }

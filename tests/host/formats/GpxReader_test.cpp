@@ -96,7 +96,7 @@ std::string textUnder(const Dictionary& record, std::string_view key)
     return text != nullptr ? *text : "(none)";
 }
 
-TEST(GpxReader, EmptyDocumentBringsNoKeys)
+TEST(GpxReader, EmptyDocumentAddsNoKeys)
 {
     EXPECT_EQ(readContent(""), Dictionary{});
     EXPECT_EQ(read("<gpx/>"), Dictionary{});
@@ -592,7 +592,7 @@ TEST(GpxReader, GeocacheSurvivesARoundTrip)
                                                 {"geocacheHint", ""},
                                                 {"geocacheType", ""},
                                                 {"datePlaced", ""},
-                                                {"dateFound", "300299"}, // no such day
+                                                {"dateFound", "300299"}, // not a valid day
                                                 {"difficulty", ""},
                                                 {"terrain", ""},
                                                 {"symbol", "Geocache"}}})
@@ -604,13 +604,13 @@ TEST(GpxReader, RouteAndTrackSurviveARoundTrip)
 {
     const GPSPoint a{46.5, 7.25, 1200, 0, 0};
     const GPSPoint b{-0.1, 0.2, 0, 0, 0};
-    const GPSPoint moment{1.5, 2.5, 3.75, 1717236000, 0};
+    const GPSPoint timedPoint{1.5, 2.5, 3.75, 1717236000, 0};
     const Dictionary start{{"name", "A"}, {"comment", ""}, {"symbol", "Flag"}};
     const Dictionary end{{"name", "B"}, {"comment", "there"}, {"symbol", "Flag"}};
     const auto data =
         roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}),
                    support::wayPoint(a, start), support::wayPoint(b, end),
-                   support::newTrack({{"name", "Day"}}), support::trackPoint(moment)});
+                   support::newTrack({{"name", "Day"}}), support::trackPoint(timedPoint)});
     EXPECT_EQ(
         data,
         (Dictionary{
@@ -618,7 +618,7 @@ TEST(GpxReader, RouteAndTrackSurviveARoundTrip)
                                        {"comment", "round"},
                                        {"points", Array{withPoint(start, a), withPoint(end, b)}}}}},
             {"track", Array{Dictionary{{"name", "Day"},
-                                       {"points", Array{Dictionary{{"point", moment}}}}}}}}));
+                                       {"points", Array{Dictionary{{"point", timedPoint}}}}}}}}));
 }
 
 } // namespace

@@ -46,7 +46,7 @@ std::string bodyOf(const std::vector<Event>& events)
     return text.substr(sizeof kHead - 1, text.size() - (sizeof kHead - 1) - 7);
 }
 
-TEST(GpxWriter, NothingIsAnEmptyDocument)
+TEST(GpxWriter, WithoutEventsItIsAnEmptyDocument)
 {
     EXPECT_EQ(bodyOf({}), "");
 }
@@ -166,11 +166,11 @@ TEST(GpxWriter, SectionsKeepTheirOrderWhenFilesMixThem)
                               support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
                               newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}}),
                               support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
-    std::vector<std::size_t> places;
+    std::vector<std::size_t> positions;
     for (const char* name : {">W1<", ">W2<", ">R1<", ">RP<", ">R2<", ">T1<", ">T2<"})
-        places.push_back(body.find(name));
-    EXPECT_THAT(places, testing::Each(Not(std::string::npos)));
-    EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << body;
+        positions.push_back(body.find(name));
+    EXPECT_THAT(positions, testing::Each(Not(std::string::npos)));
+    EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end())) << body;
 }
 
 TEST(GpxWriter, GeocacheHasItsExtension)

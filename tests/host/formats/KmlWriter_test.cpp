@@ -56,7 +56,7 @@ std::vector<std::string> namesOf(const pugi::xml_node& parent, const char* child
     return names;
 }
 
-TEST(KmlWriter, NothingIsADocumentOfStyles)
+TEST(KmlWriter, WithoutEventsItIsADocumentOfStyles)
 {
     EXPECT_EQ(bodyOf({}), "");
     EXPECT_THAT(kmlOf({}).text,

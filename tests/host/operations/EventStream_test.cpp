@@ -13,7 +13,7 @@ using gps::TransferKind;
 using host::EventKind;
 using host::EventStream;
 
-TEST(EventStream, EveryCallComesOutInOrderWithItsArguments)
+TEST(EventStream, EveryCallIsDeliveredInOrderWithItsArguments)
 {
     EventStream stream;
     const gps::GPSPoint point{1, 2, 3, 4, 5};
@@ -86,7 +86,7 @@ TEST(EventStream, CallsAfterTheIdleReportAreDropped)
     EXPECT_FALSE(stream.next(batch));
 }
 
-TEST(EventStream, ClosingEndsTheStreamAfterWhatIsInIt)
+TEST(EventStream, ClosingEndsTheStreamAfterItsLastEvent)
 {
     EventStream stream;
     stream.startTransfer(TransferKind::kTracks);
@@ -126,16 +126,16 @@ TEST(EventStream, TransfersThatBeginAfterTheEndAreNotCounted)
     EXPECT_EQ(stream.transfersBegun(), 0U);
 }
 
-TEST(EventStream, EventOfASlowDriverIsTakenBeforeItsBatchIsFull)
+TEST(EventStream, EventOfASlowDriverIsDeliveredBeforeItsBatchIsFull)
 {
     EventStream stream;
     stream.gpsStateChange(1);
     host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch)); // would hang if the stream waited for company for ever
+    ASSERT_TRUE(stream.next(batch)); // would hang if the stream waited for more events
     EXPECT_EQ(batch.size(), 1U);
 }
 
-TEST(EventStream, EmptyBatchesArriveWhileThereIsNoEvent)
+TEST(EventStream, EmptyBatchesArriveWhileThereAreNoEvents)
 {
     EventStream stream;
     host::EventBatch batch;

@@ -157,7 +157,7 @@ TEST(Operation, LogLinesAreKeptUpToABound)
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {
         for (std::size_t i = 0; i < host::Outcome::kMostLines + 3; ++i)
             gps::logLine("line " + std::to_string(i) + "\nand its end");
-        gps::logError("Error", {"some", 1}); // about no path
+        gps::logError("Error", {"some", 1}); // an error without a path
         status->gpsStateChange(0);
         return std::nullopt;
     });

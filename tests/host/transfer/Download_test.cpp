@@ -173,7 +173,7 @@ TEST_F(Download, SilentReceiverKeepsTheOlderFileAndLeavesNoPartialOne)
     EXPECT_FALSE(hasPartial());
 }
 
-TEST_F(Download, OutputThatIsNotKeptAfterAFailureIsNotMadeThen)
+TEST_F(Download, OutputThatIsNotKeptAfterAFailureIsNotCreatedByOne)
 {
     request_.output->isKeptAfterFailure = false;
     (void)download([](const Status& status) { transfer(status, TransferKind::kWaypoints); });
@@ -187,7 +187,7 @@ TEST_F(Download, OutputThatIsNotKeptAfterAFailureIsNotMadeThen)
     EXPECT_EQ(download(oneWaypoint).output.state, State::kComplete);
 }
 
-TEST_F(Download, OutputThatIsNotKeptEmptyIsMadeOnlyWithARecord)
+TEST_F(Download, OutputThatIsNotKeptEmptyIsCreatedOnlyWithARecord)
 {
     request_.output->isKeptEmpty = false;
     const auto report = download(allTransfers);
@@ -383,7 +383,7 @@ TEST_F(Download, ProgressOfASerialDriverNamesThePort)
     EXPECT_EQ(all.front().location, "/dev/some");
 }
 
-TEST_F(Download, HundredThousandPointsComeThroughTheQueue)
+TEST_F(Download, HundredThousandPointsPassThroughTheQueue)
 {
     const auto report = download([](const Status& status) {
         status->startTransfer(TransferKind::kTracks);

@@ -69,7 +69,7 @@ TEST_F(OperationReportTest, KindThatTheDriverCannotAcquireIsNotMissing)
     EXPECT_TRUE(report().succeeded());
 }
 
-TEST_F(OperationReportTest, NothingIsMissingWhereAnErrorExplainsIt)
+TEST_F(OperationReportTest, NothingIsMissingIfAnErrorExplainsIt)
 {
     outcome_.transfers = {};
     outcome_.error = gps::Error{"some", -1};

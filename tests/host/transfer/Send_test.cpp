@@ -210,7 +210,7 @@ TEST_F(Send, KindThatWasNeverSentIsMissing)
     EXPECT_THAT(report.missingKinds, ElementsAre(TransferKind::kWaypoints));
 }
 
-TEST_F(Send, AnswerOfTheDriverEndsTheSend)
+TEST_F(Send, ErrorReturnedByTheDriverEndsTheSend)
 {
     const gps::Error refusal{"some", -3, {}};
     driver_->send = [&](const gps::Dictionary*, const Status& status,

@@ -144,7 +144,7 @@ TEST(RecordKeys, OrderCountsInADigest)
     EXPECT_NE(host::routeKey(one), host::routeKey(other));
 }
 
-TEST(RecordKeys, ContentOfATrackCountsOnlyWhereItIsGiven)
+TEST(RecordKeys, ContentOfATrackCountsOnlyIfItIsGiven)
 {
     EXPECT_EQ(host::trackKey(100, 5, {}), "track 100 5");
     Digest content;

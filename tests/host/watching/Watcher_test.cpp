@@ -193,7 +193,7 @@ TEST_F(WatcherTest, DownloadThatSucceedsInTheEndIsComplete)
     EXPECT_THAT(files(), SizeIs(1));
 }
 
-TEST_F(WatcherTest, FolderThatCannotBeMadeIsAnErrorAndTriedAgain)
+TEST_F(WatcherTest, FolderThatCannotBeCreatedIsAnErrorAndTriedAgain)
 {
     request_.folder = "/proc/none";
     auto watcher = this->watcher();
@@ -203,7 +203,7 @@ TEST_F(WatcherTest, FolderThatCannotBeMadeIsAnErrorAndTriedAgain)
     EXPECT_THAT(events.back().report.operations, IsEmpty());
 }
 
-TEST_F(WatcherTest, FolderThatWasRemovedMeanwhileIsMadeAgain)
+TEST_F(WatcherTest, FolderThatWasRemovedMeanwhileIsCreatedAgain)
 {
     auto watcher = this->watcher();
     EXPECT_TRUE(reportIn(look(watcher)).succeeded()) << "nobody made the folder before";
@@ -219,7 +219,7 @@ TEST_F(WatcherTest, DeviceThatMayNotBeReadIsReportedButNotRead)
     EXPECT_FALSE(events[0].device.isReadable);
 }
 
-TEST_F(WatcherTest, OnlyNewRecordsAreSavedWhereKnownOnesAreRemembered)
+TEST_F(WatcherTest, OnlyNewRecordsAreSavedIfKnownOnesAreRemembered)
 {
     request_.knownRecordsFolder = folder_.path("known");
     auto watcher = this->watcher();
