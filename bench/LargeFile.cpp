@@ -15,7 +15,7 @@ namespace bench {
 namespace {
 
 /// A slow spiral: no two sentences have the same position.
-std::string place(std::size_t i)
+std::string position(std::size_t i)
 {
     const auto at = static_cast<double>(i);
     const auto latitude =
@@ -33,13 +33,13 @@ std::string body(Kind kind, std::size_t i)
     case Kind::kTrack: {
         const auto text =
             gps::NMEAUtils::makeNMEADateFrom(1218435348 + static_cast<std::int64_t>(i));
-        return "PMGNTRK," + place(i) + ",0" + std::to_string(1000 + i % 1000) + ",M," + text.time +
-               ",A,," + text.date;
+        return "PMGNTRK," + position(i) + ",0" + std::to_string(1000 + i % 1000) + ",M," +
+               text.time + ",A,," + text.date;
     }
     case Kind::kWaypoints:
-        return "PMGNWPL," + place(i) + ",0001529,M,Point " + number + ",by the lake,ah";
+        return "PMGNWPL," + position(i) + ",0001529,M,Point " + number + ",by the lake,ah";
     case Kind::kGeocaches:
-        return "PMGNGEO," + place(i) + ",0001529,M,Cache " + number +
+        return "PMGNGEO," + position(i) + ",0001529,M,Cache " + number +
                ",bring a pen,bergziege,under a stone,Traditional,140508,,1.5,4";
     }
     return {};

@@ -91,14 +91,14 @@ simulator::Sentences makeSentences(std::size_t count)
     simulator::Sentences sentences;
     for (std::size_t i = 0; i < count; ++i) {
         const auto minutes = joined({twoDigits(i / 100 % 60), ".", twoDigits(i), "345"});
-        const auto place = joined({"46", minutes, ",N,007", minutes, ",E,"});
+        const auto position = joined({"46", minutes, ",N,007", minutes, ",E,"});
         const auto second = joined({twoDigits(i / 60 % 60), twoDigits(i % 60)});
         if (i % 2 == 0)
             sentences.waypoints.push_back(
-                joined({"PMGNWPL,", place, "0000500,M,WPT", second, ",a place,a"}));
+                joined({"PMGNWPL,", position, "0000500,M,WPT", second, ",a place,a"}));
         else
             sentences.tracks.push_back(
-                joined({"PMGNTRK,", place, "00500,M,12", second, ".00,A,DAY,010624"}));
+                joined({"PMGNTRK,", position, "00500,M,12", second, ".00,A,DAY,010624"}));
     }
     return sentences;
 }

@@ -99,16 +99,16 @@ void writePlainly(const std::string& text, const std::string& path)
 }
 
 void measure(const host::Format& format, const std::vector<gps::GPSPoint>& points,
-             const bench::LargeFile& place)
+             const bench::LargeFile& scratch)
 {
-    const auto path = (place.folder() / format.name).string();
+    const auto path = (scratch.folder() / format.name).string();
     // The best of each: other load on the machine can only add time.
     double writing = std::numeric_limits<double>::max();
     double plain = writing;
     std::size_t bytes = 0;
     for (int round = 0; round < kRounds; ++round) {
         writing = std::min(writing, bench::secondsOf([&] {
-                               writeTrack(format, points, path, place.folder().string());
+                               writeTrack(format, points, path, scratch.folder().string());
                            }));
         std::ifstream file{path, std::ios::binary};
         const std::string text{std::istreambuf_iterator<char>{file}, {}};
@@ -126,11 +126,11 @@ void measure(const host::Format& format, const std::vector<gps::GPSPoint>& point
 
 int main()
 try {
-    const bench::LargeFile place{bench::Kind::kTrack, 1}; // for its folder
+    const bench::LargeFile scratch{bench::Kind::kTrack, 1}; // for its folder
     const auto points = makePoints();
     for (const std::string_view name : {"gpx", "kml", "geojson", "html", "jsonl"}) {
         if (const auto* const format = host::findFormat(name))
-            measure(*format, points, place);
+            measure(*format, points, scratch);
     }
     return EXIT_SUCCESS;
 } catch (const std::exception& failure) {

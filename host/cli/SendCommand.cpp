@@ -46,7 +46,7 @@ SendFitting fittingFor(const SendOptions& options)
     return options.exactNames ? SendFitting::kRoutePoints : SendFitting::kAll;
 }
 
-// Without a home folder there is no usual one. The send reports that, if it needs a backup at all.
+// Without a home folder there is no default one. The send reports that if it needs a backup.
 std::optional<BackupPolicy> backupFor(const SendOptions& options)
 {
     if (!options.backup)

@@ -2,7 +2,7 @@
 // Completion: what can follow on a command line that is being typed. The shells' completion scripts
 // ask the program, by its hidden command `__complete -- WORD...`, and get one line per answer:
 //
-//     WORD             a word that can stand in place of the last one
+//     WORD             a word that can replace the last one
 //     WORD<tab>TEXT    the same, with a description
 //     :files           the names of files and folders, which the shell completes itself
 //     :files EXT...    those of folders, and of files with one of these extensions

@@ -15,7 +15,7 @@
 
 namespace host {
 
-/// Creates a folder and the missing folders above it. A folder that exists already is no error.
+/// Creates a folder and the missing folders above it. A folder that exists already is not an error.
 [[nodiscard]] std::optional<gps::Error>
 makeFolders(const std::string& path, gps::FileSystem& files = gps::FileSystem::system());
 

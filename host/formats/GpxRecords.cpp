@@ -92,7 +92,7 @@ void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string t
         record.set(key, std::move(text));
 }
 
-// Accepts the whole text or nothing: "47.1x" read as 47.1 could be another place.
+// Accepts the whole text or nothing: "47.1x" read as 47.1 could be another position.
 std::optional<double> coordinateOf(std::string_view text)
 {
     return gps::wholeNumber(gps::trimmed(text));

@@ -30,8 +30,8 @@ struct RestoreReport {
     std::vector<std::string> extraFiles{}; ///< files that are not in the backup; they stay
 };
 
-/// What backups are made of; nullopt if the driver's devices are not folders of files, or if it has
-/// no device.
+/// The folders that a backup copies; nullopt if the driver's devices are not folders of files, or
+/// if it has no device.
 [[nodiscard]] std::optional<DataFolders> dataFoldersOf(const ChosenDevice& device);
 
 /// Puts a backup back.

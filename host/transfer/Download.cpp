@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Events are consumed on a thread of the running operation, so everything that consume() touches
-// must be left alone by the host thread until runOperation() has returned.
+// Events are consumed on a thread of the running operation, so the host thread must not access
+// anything that consume() uses until runOperation() has returned.
 
 #include "host/transfer/Download.h"
 

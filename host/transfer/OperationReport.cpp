@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A driver reports an empty transfer for data that it could not read, and logs the reason. The
-// rules here tell a device without data from a failure.
+// rules here distinguish a device without data from a failure.
 
 #include "host/transfer/OperationReport.h"
 

@@ -24,7 +24,7 @@ public:
     /// @param location  the port, for kLookingForReceiver
     void begin(TransferPhase phase, std::string location = {});
 
-    /// Counts a batch of events. An empty batch only tells that time passes, which matters on a
+    /// Counts a batch of events. An empty batch only reports that time passes, which matters on a
     /// serial line that is silent for long.
     void consume(const EventBatch& batch);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A thread of its own takes the signals with sigwait(), since a signal handler could do hardly
+// Waits for the signals with sigwait() on a separate thread, since a signal handler could do hardly
 // anything.
 
 #include "host/watching/StopSignals.h"

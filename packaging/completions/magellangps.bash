@@ -29,7 +29,7 @@ _magellangps()
         fi
     done
     [[ $word == [=:] ]] && word=''
-    kept=${words[-1]%"$word"} # what stands before the part that bash replaces
+    kept=${words[-1]%"$word"} # the text before the part that bash replaces
     words=("${words[@]//[\"\'\\]/}")
     word=${word//[\"\'\\]/}
 

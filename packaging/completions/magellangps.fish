@@ -4,7 +4,7 @@
 function __magellangps_complete
     set -l token (commandline -ct)
     set -l words (commandline -opc)
-    # "--output=trip" completes as the path "trip", behind what stands before it.
+    # "--output=trip" completes as the path "trip", with "--output=" kept before it.
     set -l kept (string match -r -- '^--[^=]*=' "$token")
     set -l path (string replace -r -- '^--[^=]*=' '' "$token")
     for answer in ($words[1] __complete -- $words[2..-1] "$token" 2>/dev/null)

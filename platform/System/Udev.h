@@ -19,7 +19,7 @@ using UdevDevice = std::unique_ptr<udev_device, UdevRelease<&udev_device_unref>>
 using UdevEnumerate = std::unique_ptr<udev_enumerate, UdevRelease<&udev_enumerate_unref>>;
 using UdevMonitor = std::unique_ptr<udev_monitor, UdevRelease<&udev_monitor_unref>>;
 
-/// A text of the database, which is null where it has none.
+/// A text from the database; empty if the database has none.
 inline std::string_view textOf(const char* text)
 {
     return text != nullptr ? std::string_view{text} : std::string_view{};
