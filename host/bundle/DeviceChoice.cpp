@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
+#include "host/bundle/SerialPort.h"
 
 #include <platform/System/UserDefaults.h>
 
@@ -141,6 +142,16 @@ std::optional<gps::Error> chooseRequestedDevice(const std::vector<Driver>& drive
     return std::nullopt;
 }
 
+// Empty if the driver has no device.
+std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
+{
+    for (auto& device : devicesOf(driver)) {
+        if (device.isSelected)
+            return device.location;
+    }
+    return {};
+}
+
 } // namespace
 
 std::string driverName(const gps::GPSPlugInProtocol& driver)
@@ -184,15 +195,6 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
     return devices;
 }
 
-std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
-{
-    for (auto& device : devicesOf(driver)) {
-        if (device.isSelected)
-            return device.location;
-    }
-    return {};
-}
-
 gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver)
 {
     const auto view = driver.gpsView();
@@ -205,6 +207,14 @@ void setTestFolders(const std::vector<std::string>& folders)
     for (const auto& folder : folders)
         list.emplace_back(folder);
     gps::UserDefaults::standard().setForThisRun(kTestFoldersKey, std::move(list));
+}
+
+void prepareDrivers(const DeviceRequest& request)
+{
+    if (!request.testFolders.empty())
+        setTestFolders(request.testFolders);
+    if (request.device && isSerialPort(*request.device))
+        addSerialPort(*request.device);
 }
 
 std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,

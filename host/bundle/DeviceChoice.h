@@ -48,16 +48,17 @@ struct ChosenDevice {
 /// A driver's devices, in the driver's order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
 
-/// The location of the device that is selected in a driver; empty if there is none. After
-/// chooseDevice() use its result instead.
-[[nodiscard]] std::string selectedLocation(const gps::GPSPlugInProtocol& driver);
-
 /// The pop-up in a driver's view that lists its devices; null if the view has none.
 [[nodiscard]] gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver);
 
 /// Sets the test folders for this run, instead of the stored ones. Drivers read them when they are
 /// created and on refreshDeviceList().
 void setTestFolders(const std::vector<std::string>& folders);
+
+/// Makes the test folders and the serial port of a request known to the drivers. Call it before
+/// the bundle is loaded: drivers read both when they are created, and a driver for serial ports may
+/// be offered only because of the port.
+void prepareDrivers(const DeviceRequest& request);
 
 /// Chooses a driver and selects the requested device in it.
 ///

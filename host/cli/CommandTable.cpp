@@ -29,6 +29,8 @@ constexpr char kExamples[] = R"(Examples:
 constexpr char kGlobalHint[] =
     "The options of \"magellangps --help\" can follow the command, too.\n";
 
+constexpr char kAnyDriver[] = "Use this driver, even if it is not ready";
+
 // Options that are not given leave their variable as it is, so callbacks run only for typed ones.
 std::int32_t toNumber(const char* option, const std::string& text, std::int32_t low)
 {
@@ -99,6 +101,18 @@ CLI::Option* CommandTable::addDriverOption(CLI::App& command, std::optional<std:
     return command.add_option("--driver", driver, description)->type_name("NAME");
 }
 
+// For the commands that work on files: a serial port has none.
+void CommandTable::addDiskDeviceOptions(CLI::App& command, std::optional<std::string>& driver,
+                                        std::optional<std::string>& device)
+{
+    addDriverOption(command, driver, kAnyDriver);
+    command
+        .add_option("--device", device,
+                    "Use the device at this location: a volume, or a folder that holds a "
+                    "receiver's files")
+        ->type_name("LOCATION");
+}
+
 void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
 {
     command
@@ -121,7 +135,7 @@ void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
 
 void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& options)
 {
-    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
+    addDriverOption(command, options.driver, kAnyDriver);
     command
         .add_option("-o,--output", options.output,
                     "Write the records to this file; \"-\" is stdout")
@@ -216,12 +230,7 @@ void CommandTable::addSend()
     auto& command = addCommand("send", "Send GPX files to a device", Command::kSend,
                                "  magellangps send trip.gpx --dry-run\n"
                                "  magellangps send trip.gpx --device /media/RECEIVER\n");
-    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
-    command
-        .add_option("--device", options.device,
-                    "Use the device at this location: a volume, or a folder that holds a "
-                    "receiver's files")
-        ->type_name("LOCATION");
+    addDiskDeviceOptions(command, options.driver, options.device);
     const auto* const files =
         command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
     const auto* const data =
@@ -250,12 +259,7 @@ void CommandTable::addRestore()
         addCommand("restore", "List the backups of a device, or restore one", Command::kRestore,
                    "  magellangps restore\n"
                    "  magellangps restore 20260830T101500Z\n");
-    addDriverOption(command, options.driver, "Use this driver, even if it is not ready");
-    command
-        .add_option("--device", options.device,
-                    "Use the device at this location: a volume, or a folder that holds a "
-                    "receiver's files")
-        ->type_name("LOCATION");
+    addDiskDeviceOptions(command, options.driver, options.device);
     addBackupOptions(command, options.backupFolder, options.mostBackups);
     command
         .add_option("backup", options.backup,

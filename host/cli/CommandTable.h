@@ -41,6 +41,8 @@ private:
 
     CLI::Option* addDriverOption(CLI::App& command, std::optional<std::string>& driver,
                                  const char* description);
+    void addDiskDeviceOptions(CLI::App& command, std::optional<std::string>& driver,
+                              std::optional<std::string>& device);
     void addDownloadOptions(CLI::App& command, DownloadOptions& options);
     void addFixDatesOption(CLI::App& command, DateRule& rule);
     CLI::Option* addBackupOptions(CLI::App& command, std::optional<std::string>& folder,

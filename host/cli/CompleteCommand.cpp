@@ -7,19 +7,15 @@
 #include "host/backup/Backup.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/bundle/PlugInBundle.h"
-#include "host/bundle/SerialPort.h"
 #include "host/cli/CommandTable.h"
 #include "host/commandline/Completion.h"
 #include "host/commandline/HelpFormatter.h"
 #include "host/formats/Formats.h"
-
-#include <gps/GPSFileDevice.h>
+#include "host/transfer/DeviceRestore.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <exception>
 #include <optional>
 #include <string_view>
@@ -42,13 +38,14 @@ std::optional<std::string> lastOf(const TypedValues& typed, std::string_view opt
     return values.empty() ? std::nullopt : std::optional{values.back()};
 }
 
+DeviceRequest requestOf(const TypedValues& typed)
+{
+    return {lastOf(typed, "--driver"), lastOf(typed, "--device"), valuesOf(typed, "--test-folder")};
+}
+
 std::vector<Driver> loadDrivers(const TypedValues& typed)
 {
-    // Both settings must be made before the drivers are.
-    if (const auto folders = valuesOf(typed, "--test-folder"); !folders.empty())
-        setTestFolders(folders);
-    if (const auto device = lastOf(typed, "--device"); device && isSerialPort(*device))
-        addSerialPort(*device);
+    prepareDrivers(requestOf(typed));
     const auto path = findBundle(lastOf(typed, "--plugin"));
     PlugInBundle bundle;
     if (!path || loadBundle(*path, bundle))
@@ -83,15 +80,11 @@ Answers backupAnswers(const TypedValues& typed)
 {
     Answers answers;
     ChosenDevice chosen;
-    const auto failure = chooseDevice(
-        loadDrivers(typed),
-        {lastOf(typed, "--driver"), lastOf(typed, "--device"), valuesOf(typed, "--test-folder")},
-        chosen);
-    const auto* const device =
-        failure ? nullptr : dynamic_cast<const gps::GPSFileDevice*>(chosen.driver.get());
+    const auto failure = chooseDevice(loadDrivers(typed), requestOf(typed), chosen);
+    const auto device = failure ? std::nullopt : dataFoldersOf(chosen);
     const auto given = lastOf(typed, "--backup");
-    if (const auto folder = given ? given : defaultBackupFolder(); device != nullptr && folder) {
-        for (const auto& backup : listBackups(*folder, device->deviceIdentifier().value_or("")))
+    if (const auto folder = given ? given : defaultBackupFolder(); device && folder) {
+        for (const auto& backup : listBackups(*folder, device->identifier))
             answers.push_back(fmt::format("{}\t{} files", backup.name, backup.files));
     }
     answers.emplace_back(":folders"); // a backup can be named by its folder
@@ -113,15 +106,10 @@ Answers importAnswers(const TypedValues& typed)
 
 Answers formatAnswers(const TypedValues& /*typed*/)
 {
-    constexpr std::string_view kSeparator = ", ";
-    const auto names = formatNames();
-    Answers answers;
-    for (std::size_t start = 0; start < names.size();) {
-        const auto end = std::min(names.find(kSeparator, start), names.size());
-        answers.push_back(names.substr(start, end - start));
-        start = end + kSeparator.size();
-    }
-    return answers;
+    Answers names;
+    for (const auto& format : formats())
+        names.emplace_back(format.name);
+    return names;
 }
 
 ValueSource sourceFor(const CLI::App& command, const CLI::Option& option)

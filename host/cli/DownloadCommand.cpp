@@ -23,8 +23,7 @@ public:
     DownloadCommand(const DownloadOptions& options, const Console& console)
         : options_(options), console_(console),
           isSummaryShown_(!options.events && (!options.output || options.summary)),
-          progress_(!options.quiet && !options.verbose &&
-                    canShowProgress(options.events || options.output == "-"))
+          progress_(canShowProgress(options, options.events || options.output == "-"))
     {}
 
     [[nodiscard]] ExitStatus run(gps::GPSPlugInProtocol& driver, DownloadRequest request);

@@ -3,7 +3,6 @@
 // one that gets this far is a defect and is reported as unexpected.
 
 #include "host/bundle/DeviceChoice.h"
-#include "host/bundle/SerialPort.h"
 #include "host/cli/CommandLine.h"
 #include "host/cli/Commands.h"
 #include "host/cli/CompleteCommand.h"
@@ -82,12 +81,7 @@ ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
     gps::setLogToStandardError(options.verbose);
-    // Before the bundle is loaded: drivers read both when they are created, and a driver for serial
-    // ports may be offered only because of the port.
-    if (!options.testFolders.empty())
-        setTestFolders(options.testFolders);
-    if (const auto device = deviceOf(command); device && isSerialPort(*device))
-        addSerialPort(*device);
+    prepareDrivers({.device = deviceOf(command), .testFolders = options.testFolders});
     const auto path = findBundle(options.plugin);
     if (!path) {
         console.error("No plug-in bundle was found beside the program or where it is installed. "

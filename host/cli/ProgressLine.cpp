@@ -85,8 +85,10 @@ std::string progressText(const TransferProgress& progress)
                        perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
 }
 
-bool canShowProgress(bool isStandardOutputBusy)
+bool canShowProgress(const GlobalOptions& options, bool isStandardOutputBusy)
 {
+    if (options.quiet || options.verbose)
+        return false;
     const char* const terminal = std::getenv("TERM");
     if (terminal != nullptr && terminal == std::string_view{"dumb"})
         return false;

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/cli/Options.h"
 #include "host/transfer/TransferProgress.h"
 
 #include <string>
@@ -13,10 +14,11 @@ namespace host {
 /// One line without a line end, short enough for 80 columns.
 [[nodiscard]] std::string progressText(const TransferProgress& progress);
 
-/// Whether a progress line can be shown: standard error is a terminal that can print over a line.
+/// Whether to show a progress line: the user wants neither quiet nor the log, and standard error is
+/// a terminal that can print over a line.
 /// @param isStandardOutputBusy  whether the operation writes to the standard output meanwhile: no
 ///                              line is shown if that is a terminal, too
-[[nodiscard]] bool canShowProgress(bool isStandardOutputBusy);
+[[nodiscard]] bool canShowProgress(const GlobalOptions& options, bool isStandardOutputBusy);
 
 /// Never waits for the terminal: text that it does not accept at once is lost.
 class ProgressLine {

@@ -51,7 +51,7 @@ std::string textOf(const RestoreReport& report)
 ExitStatus restore(const RestoreOptions& options, const DataFolders& device,
                    const RestoreRequest& request, const Console& console)
 {
-    const ProgressLine progress{!options.quiet && !options.verbose && canShowProgress(false)};
+    const ProgressLine progress{canShowProgress(options, false)};
     auto shown = request;
     shown.progress = progress.callback();
     const auto report = restoreBackup(device, shown);

@@ -58,8 +58,7 @@ std::optional<BackupPolicy> backupFor(const SendOptions& options)
 class SendCommand {
 public:
     SendCommand(const SendOptions& options, const Console& console)
-        : options_(options), console_(console),
-          progress_(!options.quiet && !options.verbose && canShowProgress(options.events))
+        : options_(options), console_(console), progress_(canShowProgress(options, options.events))
     {}
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);

@@ -35,7 +35,7 @@ class WatchCommand {
 public:
     WatchCommand(const PlugInBundle& plugIn, const WatchOptions& options, const Console& console)
         : plugIn_(plugIn), options_(options), console_(console),
-          progress_(!options.quiet && !options.verbose && canShowProgress(false))
+          progress_(canShowProgress(options, false))
     {}
 
     [[nodiscard]] ExitStatus run();

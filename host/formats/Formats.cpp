@@ -46,6 +46,11 @@ constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml},
 
 } // namespace
 
+std::span<const Format> formats()
+{
+    return kFormats;
+}
+
 const Format* findFormat(std::string_view name)
 {
     const auto* const found = std::find_if(kFormats.begin(), kFormats.end(),

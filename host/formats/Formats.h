@@ -7,6 +7,7 @@
 #include "host/formats/Writer.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,10 +20,13 @@ struct Format {
     std::unique_ptr<Writer> (*make)(Output& output, const std::string& spoolFolder);
 };
 
+/// All formats. They live as long as the program.
+[[nodiscard]] std::span<const Format> formats();
+
 /// @return  a format that lives as long as the program; null if there is none of that name
 [[nodiscard]] const Format* findFormat(std::string_view name);
 
-/// All format names, separated by ", ".
+/// The names of all formats, separated by ", ".
 [[nodiscard]] std::string formatNames();
 
 } // namespace host

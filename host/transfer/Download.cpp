@@ -32,6 +32,7 @@ private:
     void handOut(const Event& event);
     void handOutResult(const std::optional<gps::Error>& error) const;
     void finishOutput();
+    [[nodiscard]] RecordCounts written() const;
     [[nodiscard]] bool isOutputKept() const;
     void closeOutput();
 
@@ -40,11 +41,11 @@ private:
     DateFix dates_;
     ProgressTracker progress_;
     RecordCounter received_;
-    RecordCounter written_;
+    RecordCounter passed_; // by the output's filter; not used without one
     std::optional<OutputFile> file_;
     std::unique_ptr<Writer> fileWriter_; // null without an output file
     const EventFilter::Sink toFile_ = [this](const Event& event) {
-        written_.add(event);
+        passed_.add(event);
         fileWriter_->event(event);
     };
     DownloadReport report_;
@@ -61,7 +62,7 @@ DownloadReport Download::run()
         report_.operations.push_back(runOperationOn(sourceFile));
     finishOutput();
     report_.received = received_.counts();
-    report_.written = written_.counts();
+    report_.written = written();
     report_.dates = {dates_.adjustedCount(), dates_.suspectNewest()};
     return std::move(report_);
 }
@@ -120,7 +121,7 @@ void Download::handOut(const Event& event)
     if (auto* const filter = request_.output->filter)
         filter->event(adjusted, toFile_);
     else
-        toFile_(adjusted);
+        fileWriter_->event(adjusted);
 }
 
 void Download::handOutResult(const std::optional<gps::Error>& error) const
@@ -143,9 +144,16 @@ void Download::finishOutput()
         closeOutput();
 }
 
+RecordCounts Download::written() const
+{
+    if (!fileWriter_)
+        return {};
+    return request_.output->filter != nullptr ? passed_.counts() : received_.counts();
+}
+
 bool Download::isOutputKept() const
 {
-    if (!request_.output->isKeptEmpty && written_.counts().isEmpty())
+    if (!request_.output->isKeptEmpty && written().isEmpty())
         return false;
     return request_.output->isKeptAfterFailure || report_.operationsSucceeded();
 }
