@@ -81,7 +81,7 @@ ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
     gps::setLogToStandardError(options.verbose);
-    prepareDrivers({.device = deviceOf(command), .testFolders = options.testFolders});
+    prepareDrivers({{}, deviceOf(command), options.testFolders});
     const auto path = findBundle(options.plugin);
     if (!path) {
         console.error("No plug-in bundle was found beside the program or where it is installed. "
