@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace support {
 
@@ -54,6 +56,16 @@ public:
     {
         std::ifstream file{path_ / name, std::ios::binary};
         return {std::istreambuf_iterator<char>{file}, {}};
+    }
+
+    /// The names of the folder's entries, including hidden ones, in alphabetical order.
+    [[nodiscard]] std::vector<std::string> names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator{path_})
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
     }
 
 private:

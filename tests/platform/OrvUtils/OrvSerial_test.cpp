@@ -5,6 +5,7 @@
 #include <gps/NumberText.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialTraffic.h>
+#include <support/Alarms.h>
 #include <support/AsNobody.h>
 #include <support/PseudoTerminal.h>
 #include <support/TemporaryFolder.h>
@@ -14,7 +15,6 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -27,7 +27,6 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 
 namespace {
@@ -55,6 +54,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace std::string_literals;
+using support::Alarms;
 using support::PseudoTerminal;
 
 constexpr float kLong = 30; ///< seconds, for input that is sure to arrive
@@ -147,32 +147,6 @@ private:
 
     std::atomic<bool> finished_{false};
     std::thread thread_;
-};
-
-/// Interrupts waiting calls repeatedly during its lifetime.
-class Alarms {
-public:
-    Alarms()
-    {
-        struct sigaction action {};
-        action.sa_handler = [](int) { ++count; };
-        ::sigaction(SIGALRM, &action, &before_);
-        const itimerval every{{0, 5'000}, {0, 5'000}};
-        ::setitimer(ITIMER_REAL, &every, nullptr);
-    }
-    ~Alarms()
-    {
-        const itimerval never{};
-        ::setitimer(ITIMER_REAL, &never, nullptr);
-        ::sigaction(SIGALRM, &before_, nullptr);
-    }
-    Alarms(const Alarms&) = delete;
-    Alarms& operator=(const Alarms&) = delete;
-
-    static inline std::atomic<int> count{0};
-
-private:
-    struct sigaction before_ {};
 };
 
 // Opening.

@@ -3,6 +3,7 @@
 #include "OneFault.h"
 #include "PrivateMount.h"
 #include "SlowFiles.h"
+#include "platform/System/CodeOf.h"
 
 #include <platform/System/AtomicFile.h>
 #include <platform/System/FileManager.h>
@@ -13,7 +14,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -29,26 +29,12 @@
 namespace gps {
 namespace {
 
+using support::codeOf;
 using support::OneFault;
 using support::PrivateMount;
 using support::SlowFiles;
 using support::TemporaryFolder;
 using testing::ElementsAre;
-
-std::int32_t codeOf(const std::optional<Error>& error)
-{
-    return error ? error->code() : 0;
-}
-
-/// The names in a folder, including hidden ones.
-std::vector<std::string> namesIn(const TemporaryFolder& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator{folder.path()})
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 mode_t modeOf(const std::string& path)
 {
@@ -62,7 +48,7 @@ TEST(AtomicFile, CreatesANewFile)
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a.log"), "text\r\n"),
               std::nullopt);
     EXPECT_EQ(folder.read("a.log"), "text\r\n");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a.log"));
+    EXPECT_THAT(folder.names(), ElementsAre("a.log"));
 }
 
 TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
@@ -71,7 +57,7 @@ TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
     folder.put("a.log", "a longer old text");
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a.log"), ""), std::nullopt);
     EXPECT_EQ(folder.read("a.log"), "");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a.log"));
+    EXPECT_THAT(folder.names(), ElementsAre("a.log"));
 }
 
 // vfat needs the second flush of the file. The last flush is that of the folder.
@@ -120,7 +106,7 @@ TEST_P(AtomicFileBeforeRename, AFaultLeavesTheOldFileAndNothingElse)
     EXPECT_EQ(error->path(), folder.path("a"));
     EXPECT_EQ(*error->userInfo().findString(kErrorReasonKey), std::strerror(fault.error));
     EXPECT_EQ(folder.read("a"), "old");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -145,7 +131,7 @@ TEST_P(AtomicFileAfterRename, AFaultIsReportedAndTheNewFileIsThere)
               fault.code);
     EXPECT_TRUE(files.happened());
     EXPECT_EQ(folder.read("a"), "new");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, AtomicFileAfterRename,
@@ -163,7 +149,7 @@ TEST_P(AtomicFileHarmless, AFaultThatLosesNothingIsIgnored)
     EXPECT_EQ(FileManager{&files}.writeAsciiFileAtomically(folder.path("a"), "new"), std::nullopt);
     EXPECT_TRUE(files.happened());
     EXPECT_EQ(folder.read("a"), "new");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 // Volumes that have no locks or modes or cannot flush folders, and interrupted calls.
@@ -204,7 +190,7 @@ TEST(AtomicFile, AFolderAtThePathIsCode512AndIsKept)
     EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a"), "new")), 512);
     EXPECT_EQ(codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a/"), "new")), 512);
     EXPECT_EQ(folder.read("a/inside"), "old");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST(AtomicFile, AFolderWithoutPermissionIsCode513)
@@ -249,7 +235,7 @@ TEST(AtomicFile, ATemporaryFileThatAKilledProcessLeftIsRemoved)
     const TemporaryFolder folder;
     folder.put(".~write.tmp", "half a fi");
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), "new"), std::nullopt);
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST(AtomicFile, ALinkUnderTheTemporaryNameIsNotFollowed)
@@ -291,7 +277,7 @@ TEST(AtomicFile, ConcurrentWritesNeverMixTheirTexts)
     }
     for (auto& writer : writers)
         writer.join();
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
 TEST(AtomicFile, TheLongestNameWorksAndALongerOneIsCode512)
@@ -302,7 +288,7 @@ TEST(AtomicFile, TheLongestNameWorksAndALongerOneIsCode512)
     EXPECT_EQ(
         codeOf(FileManager{}.writeAsciiFileAtomically(folder.path(std::string(256, 'n')), "new")),
         512);
-    EXPECT_THAT(namesIn(folder), ElementsAre(std::string(255, 'n')));
+    EXPECT_THAT(folder.names(), ElementsAre(std::string(255, 'n')));
 }
 
 TEST(AtomicFile, APathWithoutAFolderIsInTheWorkingFolder)
@@ -326,7 +312,7 @@ TEST(AtomicFile, AFullVolumeIsCode640AndKeepsTheOldFile)
         codeOf(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(100'000, 'x'))),
         640);
     EXPECT_EQ(folder.read("a"), "old");
-    EXPECT_THAT(namesIn(folder), ElementsAre("a"));
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
     EXPECT_EQ(FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(30'000, 'x')),
               std::nullopt);
 }
@@ -368,7 +354,7 @@ TEST_F(UncommittedFile, ReplacesTheTargetWhenItIsCommitted)
     EXPECT_TRUE(file_.isRenamed());
     EXPECT_EQ(file_.temporaryPath(), "");
     EXPECT_EQ(folder_.read("a"), "new");
-    EXPECT_THAT(namesIn(folder_), ElementsAre("a"));
+    EXPECT_THAT(folder_.names(), ElementsAre("a"));
 }
 
 TEST_F(UncommittedFile, CanBeCommittedUnderAnotherName)
@@ -376,7 +362,7 @@ TEST_F(UncommittedFile, CanBeCommittedUnderAnotherName)
     EXPECT_EQ(file_.commitAs("b"), 0);
     EXPECT_EQ(folder_.read("a"), "old");
     EXPECT_EQ(folder_.read("b"), "new");
-    EXPECT_THAT(namesIn(folder_), ElementsAre("a", "b"));
+    EXPECT_THAT(folder_.names(), ElementsAre("a", "b"));
 }
 
 TEST_F(UncommittedFile, DisappearsWhenItIsDiscarded)
@@ -384,7 +370,7 @@ TEST_F(UncommittedFile, DisappearsWhenItIsDiscarded)
     file_.discard();
     EXPECT_EQ(file_.temporaryPath(), "");
     EXPECT_EQ(folder_.read("a"), "old");
-    EXPECT_THAT(namesIn(folder_), ElementsAre("a"));
+    EXPECT_THAT(folder_.names(), ElementsAre("a"));
 }
 
 TEST_F(UncommittedFile, DoesNotKeepOthersFromWritingInTheFolder)
@@ -402,9 +388,9 @@ TEST(AtomicFile, DestroyingAnUncommittedFileRemovesItsTemporaryFile)
     {
         AtomicFile file{FileSystem::system()};
         ASSERT_EQ(file.open(folder.path("a")), 0);
-        EXPECT_THAT(namesIn(folder), ElementsAre(".~write.tmp"));
+        EXPECT_THAT(folder.names(), ElementsAre(".~write.tmp"));
     }
-    EXPECT_TRUE(namesIn(folder).empty());
+    EXPECT_TRUE(folder.names().empty());
 }
 
 TEST(AtomicFile, TheTemporaryFileHasTheModeOfTheFileItWillReplace)

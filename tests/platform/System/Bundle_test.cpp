@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+#include "platform/System/Plist.h"
+
 #include <platform/System/Bundle.h>
 #include <support/TemporaryFolder.h>
 
@@ -15,12 +17,8 @@
 namespace gps {
 namespace {
 
+using support::plist;
 using support::TemporaryFolder;
-
-std::string plist(const std::string& content)
-{
-    return "<plist version=\"1.0\">" + content + "</plist>";
-}
 
 /// A bundle in a temporary folder.
 class BundleTest : public testing::Test {

@@ -3,6 +3,7 @@
 #include "PrivateMount.h"
 
 #include <platform/System/DeviceMonitor.h>
+#include <support/Alarms.h>
 #include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -10,11 +11,9 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <csignal>
 #include <memory>
 #include <optional>
 
-#include <sys/time.h>
 #include <unistd.h>
 
 namespace gps {
@@ -22,6 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+using support::Alarms;
 
 TEST(DeviceMonitor, WithoutAChangeTheWaitLastsAsLongAsGiven)
 {
@@ -92,30 +92,6 @@ TEST(DeviceMonitor, AfterAChangeItWaitsForMoreButNoLongerThanTheLimit)
         {waitForMount(20ms), waitForMount(20ms), waitForMount(20ms)}); // a busy machine may be late
     EXPECT_LT(shortest, 190ms);
 }
-
-/// Interrupts waiting calls repeatedly during its lifetime.
-class Alarms {
-public:
-    Alarms()
-    {
-        struct sigaction action {};
-        action.sa_handler = [](int) {};
-        ::sigaction(SIGALRM, &action, &before_);
-        const itimerval every{{0, 20'000}, {0, 20'000}};
-        ::setitimer(ITIMER_REAL, &every, nullptr);
-    }
-    ~Alarms()
-    {
-        const itimerval never{};
-        ::setitimer(ITIMER_REAL, &never, nullptr);
-        ::sigaction(SIGALRM, &before_, nullptr);
-    }
-    Alarms(const Alarms&) = delete;
-    Alarms& operator=(const Alarms&) = delete;
-
-private:
-    struct sigaction before_ {};
-};
 
 TEST(DeviceMonitor, ASignalEndsAnUnlimitedWait)
 {

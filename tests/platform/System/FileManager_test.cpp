@@ -3,6 +3,7 @@
 #include "OneFault.h"
 #include "PrivateMount.h"
 #include "SlowFiles.h"
+#include "platform/System/CodeOf.h"
 
 #include <platform/System/FileManager.h>
 #include <support/AsNobody.h>
@@ -25,14 +26,10 @@
 namespace gps {
 namespace {
 
+using support::codeOf;
 using support::OneFault;
 using support::SlowFiles;
 using support::TemporaryFolder;
-
-std::int32_t codeOf(const std::optional<Error>& error)
-{
-    return error ? error->code() : 0;
-}
 
 TEST(FileManager, ReadsAWholeAsciiFile)
 {

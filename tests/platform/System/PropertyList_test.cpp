@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+#include "platform/System/Plist.h"
+
 #include <platform/System/PropertyList.h>
 #include <support/TemporaryFolder.h>
 
@@ -13,13 +15,9 @@
 namespace gps {
 namespace {
 
+using support::plist;
 using support::TemporaryFolder;
 using testing::HasSubstr;
-
-std::string plist(const std::string& content)
-{
-    return "<plist version=\"1.0\">" + content + "</plist>";
-}
 
 std::string nested(int depth)
 {

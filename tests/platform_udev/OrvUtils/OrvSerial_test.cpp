@@ -18,7 +18,7 @@
 namespace gps {
 namespace {
 
-constexpr char kPort[] = "/dev/ttyUSB0";
+constexpr char kPortPath[] = "/dev/ttyUSB0";
 
 class SlowLineTest : public testing::Test {
 protected:
@@ -27,14 +27,14 @@ protected:
         testbed_.add(
             "P: /devices/pci0/tty/ttyUSB0\nN: ttyUSB0\nE: SUBSYSTEM=tty\nE: DEVNAME=/dev/ttyUSB0\n"
             "E: MAJOR=188\nE: MINOR=0\nA: dev=188:0\\n\n");
-        receiver_ = umockdev_testbed_get_dev_fd(testbed_.get(), kPort);
+        receiver_ = umockdev_testbed_get_dev_fd(testbed_.get(), kPortPath);
         g_signal_connect(device_, "handle-ioctl", G_CALLBACK(&SlowLineTest::answer), this);
-        EXPECT_TRUE(umockdev_testbed_attach_ioctl(testbed_.get(), kPort, device_, nullptr));
+        EXPECT_TRUE(umockdev_testbed_attach_ioctl(testbed_.get(), kPortPath, device_, nullptr));
     }
     ~SlowLineTest() override
     {
         serial_->close();
-        umockdev_testbed_detach_ioctl(testbed_.get(), kPort, nullptr);
+        umockdev_testbed_detach_ioctl(testbed_.get(), kPortPath, nullptr);
         g_object_unref(device_);
     }
 
@@ -76,7 +76,7 @@ protected:
 
 TEST_F(SlowLineTest, ASpeedIsChangedAfterTheOutputWasSent)
 {
-    ASSERT_EQ(serial_->openWithDevicePath(kPort), 0);
+    ASSERT_EQ(serial_->openWithDevicePath(kPortPath), 0);
     queriesUntilEmpty_ = 5;
     serial_->setBaudRate(9600);
     EXPECT_EQ(queries_, 6);
@@ -86,7 +86,7 @@ TEST_F(SlowLineTest, ASpeedIsChangedAfterTheOutputWasSent)
 
 TEST_F(SlowLineTest, ALineThatIsStuckDoesNotBlockAChangeOfSpeed)
 {
-    ASSERT_EQ(serial_->openWithDevicePath(kPort), 0);
+    ASSERT_EQ(serial_->openWithDevicePath(kPortPath), 0);
     queriesUntilEmpty_ = 1'000'000'000;
     serial_->setBaudRate(9600);
     EXPECT_EQ(speedWhileWaiting_, speed_t{B4800});
