@@ -24,6 +24,9 @@ inline std::string sentence(std::string_view body)
     return line;
 }
 
+/// The last sentence of a file.
+inline constexpr char kClosing[] = "$PMGNCMD,END*3D";
+
 /// The sentence with a wrong checksum.
 inline std::string breakChecksum(std::string line)
 {

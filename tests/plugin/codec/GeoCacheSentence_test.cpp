@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Geocache sentences in both directions: every field count, every text, and damaged lines.
 
+#include "SentenceValues.h"
+
 #include <gps/Error.h>
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/codec/SentenceFields.h>
@@ -23,24 +25,25 @@ namespace magellan {
 namespace {
 
 using support::firstFields;
+using support::kBefore;
+using support::kThirty;
 using support::sentence;
 using support::withField;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-constexpr char kBody[] = "PMGNGEO,4630.000,N,00730.000,E,0001529,M,GC1ABC,Old Mill,Anna,under a "
-                         "stone,Multi,010208,290208,1.5,2";
+constexpr char kGeoCacheBody[] =
+    "PMGNGEO,4630.000,N,00730.000,E,0001529,M,GC1ABC,Old Mill,Anna,under a "
+    "stone,Multi,010208,290208,1.5,2";
 constexpr char kRecord[] = "{name = \"GC1ABC\", comment = \"Old Mill\", geocacheOwner = \"Anna\", "
                            "geocacheHint = \"under a stone\", "
                            "geocacheType = \"Multi\", datePlaced = \"010208\", dateFound = "
                            "\"290208\", difficulty = \"1.5\", terrain = \"2\", "
                            "symbol = \"Geocache Found\"}";
 constexpr char kNowhere[] = "PMGNGEO,0000.00000,N,00000.00000,E,0000000,M,";
-constexpr gps::GPSPoint kBefore{1, 2, 3, 4, 77};
-constexpr char kThirty[] = "abcdefghijklmnopqrstuvwxyz1234";
 
-gps::Dictionary readRecord(std::string_view body)
+gps::Dictionary readGeoCacheRecord(std::string_view body)
 {
     gps::GPSPoint point;
     gps::Dictionary record;
@@ -52,7 +55,7 @@ TEST(ReadGeoCache, ReadsPositionAndTextsAndSetsTheTimeToZero)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary record;
-    EXPECT_TRUE(interpretGeoCacheSentence(sentence(kBody) + "\r\n", point, &record));
+    EXPECT_TRUE(interpretGeoCacheSentence(sentence(kGeoCacheBody) + "\r\n", point, &record));
     EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)");
     EXPECT_EQ(gps::describe(record), kRecord);
 }
@@ -61,17 +64,23 @@ TEST(ReadGeoCache, SouthAndWestAreNegativeAndFeetAreNotConverted)
 {
     gps::GPSPoint point;
     EXPECT_TRUE(interpretGeoCacheSentence(
-        sentence(withField(withField(withField(kBody, 2, "S"), 4, "W"), 6, "F")), point, nullptr));
+        sentence(withField(withField(withField(kGeoCacheBody, 2, "S"), 4, "W"), 6, "F")), point,
+        nullptr));
     EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, 1529, 0, 0)");
 }
 
 TEST(ReadGeoCache, AnEmptyPlacedDateIsAGeocacheWhateverTheFoundDateSays)
 {
-    EXPECT_EQ(*readRecord(withField(kBody, 12, "")).findString("symbol"), "Geocache");
-    EXPECT_EQ(*readRecord(withField(kBody, 12, "")).findString("dateFound"), "290208");
-    EXPECT_EQ(*readRecord(withField(kBody, 13, "")).findString("symbol"), "Geocache Found");
-    EXPECT_EQ(*readRecord(withField(kBody, 12, " ")).findString("symbol"), "Geocache Found");
-    EXPECT_EQ(*readRecord(withField(withField(kBody, 12, ""), 13, "")).findString("symbol"),
+    EXPECT_EQ(*readGeoCacheRecord(withField(kGeoCacheBody, 12, "")).findString("symbol"),
+              "Geocache");
+    EXPECT_EQ(*readGeoCacheRecord(withField(kGeoCacheBody, 12, "")).findString("dateFound"),
+              "290208");
+    EXPECT_EQ(*readGeoCacheRecord(withField(kGeoCacheBody, 13, "")).findString("symbol"),
+              "Geocache Found");
+    EXPECT_EQ(*readGeoCacheRecord(withField(kGeoCacheBody, 12, " ")).findString("symbol"),
+              "Geocache Found");
+    EXPECT_EQ(*readGeoCacheRecord(withField(withField(kGeoCacheBody, 12, ""), 13, ""))
+                   .findString("symbol"),
               "Geocache");
 }
 
@@ -80,7 +89,7 @@ TEST(ReadGeoCache, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
     for (std::size_t count = 1; count < 6; ++count) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
-        const auto line = sentence(firstFields(kBody, count));
+        const auto line = sentence(firstFields(kGeoCacheBody, count));
         EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError)
             << count;
         EXPECT_THROW((void)interpretGeoCacheSentence(line, point, nullptr), gps::RangeError)
@@ -94,7 +103,7 @@ TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsOnlyIfARecordIsGiven)
     for (std::size_t count = 6; count < 16; ++count) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
-        const auto line = sentence(firstFields(kBody, count));
+        const auto line = sentence(firstFields(kGeoCacheBody, count));
         EXPECT_THROW((void)interpretGeoCacheSentence(line, point, &record), gps::RangeError)
             << count;
         EXPECT_EQ(point, kBefore) << count;
@@ -104,46 +113,49 @@ TEST(ReadGeoCache, ABodyOfSixToFifteenFieldsThrowsOnlyIfARecordIsGiven)
     }
 }
 
-std::string rangeText(std::size_t count)
+std::string geoCacheRangeText(std::size_t count)
 {
     gps::GPSPoint point;
     gps::Dictionary record;
     return support::rangeErrorOf([&] {
-        (void)interpretGeoCacheSentence(sentence(firstFields(kBody, count)), point, &record);
+        (void)interpretGeoCacheSentence(sentence(firstFields(kGeoCacheBody, count)), point,
+                                        &record);
     });
 }
 
 TEST(ReadGeoCache, ARangeErrorNamesTheFirstMissingFieldOrWithoutTextsThePlacedDate)
 {
     for (std::size_t count = 1; count < 16; ++count)
-        EXPECT_EQ(rangeText(count), count == 6
-                                        ? "A PMGNGEO sentence has no field 12: it has 6 fields"
-                                        : support::firstMissing("PMGNGEO", count));
-    EXPECT_EQ(rangeText(16), "");
+        EXPECT_EQ(geoCacheRangeText(count),
+                  count == 6 ? "A PMGNGEO sentence has no field 12: it has 6 fields"
+                             : support::firstMissing("PMGNGEO", count));
+    EXPECT_EQ(geoCacheRangeText(16), "");
 }
 
 TEST(ReadGeoCache, ABodyOfSixteenFieldsOrMoreIsAccepted)
 {
-    EXPECT_EQ(gps::describe(readRecord(kBody)), kRecord);
-    EXPECT_EQ(gps::describe(readRecord(std::string{kBody} + ",more")), kRecord);
+    EXPECT_EQ(gps::describe(readGeoCacheRecord(kGeoCacheBody)), kRecord);
+    EXPECT_EQ(gps::describe(readGeoCacheRecord(std::string{kGeoCacheBody} + ",more")), kRecord);
 }
 
 TEST(ReadGeoCache, TextsAreStoredUnchangedAndEmptyOnesAreKept)
 {
-    EXPECT_EQ(
-        gps::describe(readRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
-        "{name = \"a_b;?\", comment = \" x \", geocacheOwner = \"\", geocacheHint = \"\", "
-        "geocacheType = \"\", datePlaced "
-        "= \"\", "
-        "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
+    EXPECT_EQ(gps::describe(
+                  readGeoCacheRecord("PMGNGEO,4630.000,N,00730.000,E,0001529,M,a_b;?, x ,,,,,,,")),
+              "{name = \"a_b;?\", comment = \" x \", geocacheOwner = \"\", geocacheHint = \"\", "
+              "geocacheType = \"\", datePlaced "
+              "= \"\", "
+              "dateFound = \"\", difficulty = \"\", terrain = \"\", symbol = \"Geocache\"}");
 }
 
 TEST(ReadGeoCache, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
-         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
-          sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "PMGNGEOX")),
-          sentence(withField(kBody, 0, "pmgngeo")), sentence("PMGNCMD,END")}) {
+         {std::string{}, std::string{kGeoCacheBody},
+          support::breakChecksum(sentence(kGeoCacheBody)),
+          sentence(withField(kGeoCacheBody, 0, "PMGNWPL")),
+          sentence(withField(kGeoCacheBody, 0, "PMGNGEOX")),
+          sentence(withField(kGeoCacheBody, 0, "pmgngeo")), sentence("PMGNCMD,END")}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         EXPECT_FALSE(interpretGeoCacheSentence(line, point, &record)) << line;
@@ -154,7 +166,7 @@ TEST(ReadGeoCache, AnotherLineIsRejectedAndChangesNothing)
 
 TEST(ReadGeoCache, ADamagedCharacterNeverGivesAnotherGeocache)
 {
-    support::forEachDamage(sentence(kBody), [](const std::string& line) {
+    support::forEachDamage(sentence(kGeoCacheBody), [](const std::string& line) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         if (!interpretGeoCacheSentence(line, point, &record))
@@ -166,25 +178,26 @@ TEST(ReadGeoCache, ADamagedCharacterNeverGivesAnotherGeocache)
 
 TEST(GeoCacheName, IsTheNameThatReadingStores)
 {
-    const std::string body = kBody;
+    const std::string body = kGeoCacheBody;
     const auto name = geoCacheName(SentenceFields{body});
     EXPECT_EQ(name, "GC1ABC");
     EXPECT_EQ(name->data(), body.data() + body.find("GC1ABC"));
-    const auto unnamed = withField(kBody, 7, "");
+    const auto unnamed = withField(kGeoCacheBody, 7, "");
     EXPECT_EQ(geoCacheName(SentenceFields{unnamed}), "");
 }
 
 TEST(GeoCacheName, ThrowsForABodyOfFewerThanSixteenFields)
 {
     for (std::size_t count = 1; count < 16; ++count) {
-        const auto body = firstFields(kBody, count);
+        const auto body = firstFields(kGeoCacheBody, count);
         EXPECT_THROW((void)geoCacheName(SentenceFields{body}), gps::RangeError) << count;
     }
 }
 
 TEST(WriteGeoCache, IsOneSentenceWithItsChecksum)
 {
-    EXPECT_EQ(makeGeoCacheSentenceWithPoint({-46.5, 7.5, 1529, 1218438948, 77}, readRecord(kBody)),
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint({-46.5, 7.5, 1529, 1218438948, 77},
+                                            readGeoCacheRecord(kGeoCacheBody)),
               sentence("PMGNGEO,4630.00000,S,00730.00000,E,0001529,M,GC1ABC,Old Mill,Anna,under a "
                        "stone,Multi,010208,290208,1.5,2"));
     EXPECT_EQ(makeGeoCacheSentenceWithPoint({}, {}), sentence(kNowhere + std::string{",,,,,,,,"}));
@@ -281,7 +294,7 @@ gps::Dictionary geocache(const char* name, double latitude = 0)
     return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};
 }
 
-std::string line(const std::string& name)
+std::string geoCacheLine(const std::string& name)
 {
     return sentence(kNowhere + name + ",,,,,,,,");
 }
@@ -290,7 +303,7 @@ TEST(WriteGeoCaches, AreInTheListsOrderWithTheirDuplicates)
 {
     EXPECT_THAT(
         makeGeocacheSentencesFromGeocacheList({geocache("B"), geocache("A"), geocache("B")}),
-        Optional(ElementsAre(line("B"), line("A"), line("B"))));
+        Optional(ElementsAre(geoCacheLine("B"), geoCacheLine("A"), geoCacheLine("B"))));
     EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({}), Optional(IsEmpty()));
 }
 
@@ -314,7 +327,7 @@ TEST(WriteGeoCaches, ARecordOffTheGlobeIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeGeocacheSentencesFromGeocacheList({geocache("A", 91), geocache("B")}),
-                Optional(ElementsAre(line("B"))));
+                Optional(ElementsAre(geoCacheLine("B"))));
     EXPECT_THAT(
         log.lines(),
         ElementsAre(

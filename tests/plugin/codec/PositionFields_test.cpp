@@ -17,12 +17,12 @@
 namespace magellan {
 namespace {
 
-constexpr char kBody[] = "X,4630.000,S,00730.000,W,-12.5";
+constexpr char kPositionBody[] = "X,4630.000,S,00730.000,W,-12.5";
 
 TEST(ReadPosition, ReadsFieldsOneToFive)
 {
     gps::GPSPoint point{1, 2, 3, 4, 5};
-    readPosition(SentenceFields{kBody}, point);
+    readPosition(SentenceFields{kPositionBody}, point);
     EXPECT_EQ(gps::describe(point), "(-46.5, -7.5, -12.5, 4, 5)");
 }
 
@@ -30,7 +30,7 @@ TEST(ReadPosition, FewerThanSixFieldsThrowAndChangeNothing)
 {
     for (std::size_t count = 1; count < kPositionFields; ++count) {
         gps::GPSPoint point{1, 2, 3, 4, 5};
-        const auto body = support::firstFields(kBody, count);
+        const auto body = support::firstFields(kPositionBody, count);
         EXPECT_THROW(readPosition(SentenceFields{body}, point), gps::RangeError) << count;
         EXPECT_EQ(point, (gps::GPSPoint{1, 2, 3, 4, 5})) << count;
     }

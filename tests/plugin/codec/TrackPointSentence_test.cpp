@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Track point sentences in both directions: feet, dates, names and field counts.
 
+#include "SentenceValues.h"
+
 #include <gps/Error.h>
 #include <gps/Value.h>
 #include <plugin/codec/TrackPointSentence.h>
@@ -23,18 +25,16 @@ namespace magellan {
 namespace {
 
 using support::firstFields;
+using support::kBefore;
 using support::sentence;
 using support::withField;
 
-constexpr char kBody[] = "PMGNTRK,4630.000,N,00730.000,E,01529,M,071548.24,A,NAME,110808";
+constexpr char kTrackPointBody[] = "PMGNTRK,4630.000,N,00730.000,E,01529,M,071548.24,A,NAME,110808";
 constexpr std::int64_t kTime = 1218438948;     // the time in the body
 constexpr std::int64_t kOtherDay = 1204243200; // 2008-02-29
 constexpr std::int64_t kTimeOfDay = 7 * 3600 + 15 * 60 + 48;
 
-/// A point whose fields all have values, so that a change shows.
-constexpr gps::GPSPoint kBefore{1, 2, 3, kOtherDay + 5, 77};
-
-gps::GPSPoint readPoint(std::string_view body)
+gps::GPSPoint readTrackPoint(std::string_view body)
 {
     gps::GPSPoint point = kBefore;
     EXPECT_TRUE(interpretTrackPointSentence(sentence(body), point, nullptr)) << body;
@@ -45,14 +45,14 @@ TEST(ReadTrackPoint, ReadsPositionTimeAndName)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary extras;
-    EXPECT_TRUE(interpretTrackPointSentence(sentence(kBody) + "\r\n", point, &extras));
+    EXPECT_TRUE(interpretTrackPointSentence(sentence(kTrackPointBody) + "\r\n", point, &extras));
     EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 1218438948, 77)");
     EXPECT_EQ(gps::describe(extras), "{trackName = \"NAME\"}");
 }
 
 TEST(ReadTrackPoint, SouthAndWestAreNegative)
 {
-    const auto point = readPoint(withField(withField(kBody, 2, "S"), 4, "W"));
+    const auto point = readTrackPoint(withField(withField(kTrackPointBody, 2, "S"), 4, "W"));
     EXPECT_EQ(point.latitude, -46.5);
     EXPECT_EQ(point.longitude, -7.5);
 }
@@ -62,29 +62,30 @@ TEST(ReadTrackPoint, ABodyOfFewerThanEightFieldsThrowsAndChangesNothing)
     for (std::size_t count = 1; count < 8; ++count) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary extras{{"trackName", "OLD"}};
-        EXPECT_THROW(
-            (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras),
-            gps::RangeError)
+        EXPECT_THROW((void)interpretTrackPointSentence(
+                         sentence(firstFields(kTrackPointBody, count)), point, &extras),
+                     gps::RangeError)
             << count;
         EXPECT_EQ(point, kBefore) << count;
         EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}") << count;
     }
 }
 
-std::string rangeText(std::size_t count)
+std::string trackPointRangeText(std::size_t count)
 {
     gps::GPSPoint point;
     return support::rangeErrorOf([&] {
-        (void)interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, nullptr);
+        (void)interpretTrackPointSentence(sentence(firstFields(kTrackPointBody, count)), point,
+                                          nullptr);
     });
 }
 
 TEST(ReadTrackPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
 {
-    EXPECT_EQ(rangeText(7), "A PMGNTRK sentence has no field 7: it has 7 fields");
+    EXPECT_EQ(trackPointRangeText(7), "A PMGNTRK sentence has no field 7: it has 7 fields");
     for (std::size_t count = 1; count < 8; ++count)
-        EXPECT_EQ(rangeText(count), support::firstMissing("PMGNTRK", count));
-    EXPECT_EQ(rangeText(8), "");
+        EXPECT_EQ(trackPointRangeText(count), support::firstMissing("PMGNTRK", count));
+    EXPECT_EQ(trackPointRangeText(8), "");
 }
 
 TEST(ReadTrackPoint, ABodyOfTenFieldsOrMoreMayHaveAName)
@@ -96,8 +97,8 @@ TEST(ReadTrackPoint, ABodyOfTenFieldsOrMoreMayHaveAName)
                                                           {11, "{trackName = \"NAME\"}"}}) {
         gps::GPSPoint point;
         gps::Dictionary extras;
-        EXPECT_TRUE(
-            interpretTrackPointSentence(sentence(firstFields(kBody, count)), point, &extras))
+        EXPECT_TRUE(interpretTrackPointSentence(sentence(firstFields(kTrackPointBody, count)),
+                                                point, &extras))
             << count;
         EXPECT_EQ(gps::describe(extras), name) << count;
     }
@@ -105,36 +106,38 @@ TEST(ReadTrackPoint, ABodyOfTenFieldsOrMoreMayHaveAName)
 
 TEST(ReadTrackPoint, ABodyOfTenFieldsKeepsThePreviousPointsDateAndOneOfElevenSetsBoth)
 {
-    EXPECT_EQ(readPoint(firstFields(kBody, 8)).time, kOtherDay + kTimeOfDay);
-    EXPECT_EQ(readPoint(firstFields(kBody, 10)).time, kOtherDay + kTimeOfDay);
-    EXPECT_EQ(readPoint(kBody).time, kTime);
-    EXPECT_EQ(readPoint(std::string{kBody} + ",more,and more").time, kTime);
+    EXPECT_EQ(readTrackPoint(firstFields(kTrackPointBody, 8)).time, kOtherDay + kTimeOfDay);
+    EXPECT_EQ(readTrackPoint(firstFields(kTrackPointBody, 10)).time, kOtherDay + kTimeOfDay);
+    EXPECT_EQ(readTrackPoint(kTrackPointBody).time, kTime);
+    EXPECT_EQ(readTrackPoint(std::string{kTrackPointBody} + ",more,and more").time, kTime);
 }
 
 TEST(ReadTrackPoint, AMalformedDateOrTimeReadsAsNoTime)
 {
-    EXPECT_EQ(readPoint(withField(kBody, 10, "")).time, 0);
-    EXPECT_EQ(readPoint(withField(kBody, 10, "300208")).time, 0);
-    EXPECT_EQ(readPoint(withField(kBody, 7, "")).time, 0);
-    EXPECT_EQ(readPoint(withField(kBody, 7, "240000")).time, 0);
+    EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 10, "")).time, 0);
+    EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 10, "300208")).time, 0);
+    EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 7, "")).time, 0);
+    EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 7, "240000")).time, 0);
 }
 
 TEST(ReadTrackPoint, AMalformedTimeWithoutADateLeavesThePreviousTime)
 {
-    EXPECT_EQ(readPoint(withField(firstFields(kBody, 10), 7, "")).time, kBefore.time);
-    EXPECT_EQ(readPoint(withField(firstFields(kBody, 10), 7, "000060")).time, kBefore.time);
+    EXPECT_EQ(readTrackPoint(withField(firstFields(kTrackPointBody, 10), 7, "")).time,
+              kBefore.time);
+    EXPECT_EQ(readTrackPoint(withField(firstFields(kTrackPointBody, 10), 7, "000060")).time,
+              kBefore.time);
 }
 
 TEST(ReadTrackPoint, ASmallLetterFIsMetresAndOnlyExactlyFIsFeet)
 {
     for (const auto* unit : {"f", "M", "m", "", "FT", " F", "F ", "X"})
-        EXPECT_EQ(readPoint(withField(kBody, 6, unit)).altitude, 1529) << unit;
-    EXPECT_DOUBLE_EQ(readPoint(withField(kBody, 6, "F")).altitude, 1529 / 3.2808399);
+        EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 6, unit)).altitude, 1529) << unit;
+    EXPECT_DOUBLE_EQ(readTrackPoint(withField(kTrackPointBody, 6, "F")).altitude, 1529 / 3.2808399);
 }
 
 TEST(ReadTrackPoint, AHundredFeetAre30Point48MetresAndAreWrittenBackAs00030)
 {
-    const auto point = readPoint(withField(withField(kBody, 5, "100"), 6, "F"));
+    const auto point = readTrackPoint(withField(withField(kTrackPointBody, 5, "100"), 6, "F"));
     EXPECT_DOUBLE_EQ(point.altitude, 100 / 3.2808399);
     EXPECT_NEAR(point.altitude, 30.48, 0.0001);
     EXPECT_THAT(makeTrackPointSentenceWithPoint(point),
@@ -156,14 +159,15 @@ TEST(ReadTrackPoint, AnAltitudeIsTheLeadingNumberOfItsField)
              {"1e999", std::numeric_limits<double>::max()},
              {"-1e999", std::numeric_limits<double>::lowest()},
          })
-        EXPECT_EQ(readPoint(withField(kBody, 5, text)).altitude, altitude) << text;
+        EXPECT_EQ(readTrackPoint(withField(kTrackPointBody, 5, text)).altitude, altitude) << text;
 }
 
 TEST(ReadTrackPoint, AnEmptyNameLeavesAnOlderOneInTheExtras)
 {
     gps::GPSPoint point;
     gps::Dictionary extras{{"trackName", "OLD"}};
-    EXPECT_TRUE(interpretTrackPointSentence(sentence(withField(kBody, 9, "")), point, &extras));
+    EXPECT_TRUE(
+        interpretTrackPointSentence(sentence(withField(kTrackPointBody, 9, "")), point, &extras));
     EXPECT_EQ(gps::describe(extras), "{trackName = \"OLD\"}");
 }
 
@@ -172,18 +176,21 @@ TEST(ReadTrackPoint, ANameIsStoredUnchanged)
     gps::GPSPoint point;
     gps::Dictionary extras;
     EXPECT_TRUE(interpretTrackPointSentence(
-        sentence(withField(kBody, 9, " a name_of more than 20 characters? ")), point, &extras));
+        sentence(withField(kTrackPointBody, 9, " a name_of more than 20 characters? ")), point,
+        &extras));
     EXPECT_EQ(gps::describe(extras), "{trackName = \" a name_of more than 20 characters? \"}");
 }
 
 TEST(ReadTrackPoint, AnotherLineIsRejectedAndChangesNothing)
 {
-    for (const auto& line :
-         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
-          sentence(withField(kBody, 0, "PMGNWPL")), sentence(withField(kBody, 0, "pmgntrk")),
-          sentence(withField(kBody, 0, "PMGNTRKX")), sentence(withField(kBody, 0, "PMGNTR")),
-          sentence(withField(kBody, 0, " PMGNTRK")), sentence("PMGNCMD,END"),
-          sentence(kBody).substr(0, 20)}) {
+    for (const auto& line : {std::string{}, std::string{kTrackPointBody},
+                             support::breakChecksum(sentence(kTrackPointBody)),
+                             sentence(withField(kTrackPointBody, 0, "PMGNWPL")),
+                             sentence(withField(kTrackPointBody, 0, "pmgntrk")),
+                             sentence(withField(kTrackPointBody, 0, "PMGNTRKX")),
+                             sentence(withField(kTrackPointBody, 0, "PMGNTR")),
+                             sentence(withField(kTrackPointBody, 0, " PMGNTRK")),
+                             sentence("PMGNCMD,END"), sentence(kTrackPointBody).substr(0, 20)}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary extras;
         EXPECT_FALSE(interpretTrackPointSentence(line, point, &extras)) << line;
@@ -194,8 +201,8 @@ TEST(ReadTrackPoint, AnotherLineIsRejectedAndChangesNothing)
 
 TEST(ReadTrackPoint, ADamagedCharacterNeverGivesAnotherPoint)
 {
-    const auto whole = readPoint(kBody);
-    support::forEachDamage(sentence(kBody), [&whole](const std::string& line) {
+    const auto whole = readTrackPoint(kTrackPointBody);
+    support::forEachDamage(sentence(kTrackPointBody), [&whole](const std::string& line) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary extras;
         if (!interpretTrackPointSentence(line, point, &extras))

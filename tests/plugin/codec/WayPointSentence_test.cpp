@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Waypoint sentences in both directions: every field count, every text, and damaged lines.
 
+#include "SentenceValues.h"
+
 #include <gps/Error.h>
 #include <plugin/codec/SentenceFields.h>
 #include <plugin/codec/WayPointSentence.h>
@@ -23,16 +25,16 @@ namespace magellan {
 namespace {
 
 using support::firstFields;
+using support::kBefore;
+using support::kThirty;
 using support::sentence;
 using support::withField;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kBody[] = "PMGNWPL,4630.000,N,00730.000,E,0001529,M,HOME,our house,c";
-constexpr gps::GPSPoint kBefore{1, 2, 3, 4, 77};
-constexpr char kThirty[] = "abcdefghijklmnopqrstuvwxyz1234";
+constexpr char kWayPointBody[] = "PMGNWPL,4630.000,N,00730.000,E,0001529,M,HOME,our house,c";
 
-gps::Dictionary readRecord(std::string_view body)
+gps::Dictionary readWayPointRecord(std::string_view body)
 {
     gps::GPSPoint point;
     gps::Dictionary record;
@@ -40,7 +42,7 @@ gps::Dictionary readRecord(std::string_view body)
     return record;
 }
 
-gps::GPSPoint readPoint(std::string_view body)
+gps::GPSPoint readWayPoint(std::string_view body)
 {
     gps::GPSPoint point = kBefore;
     EXPECT_TRUE(interpretWayPointSentence(sentence(body), point, nullptr)) << body;
@@ -51,7 +53,7 @@ TEST(ReadWayPoint, ReadsPositionAndTextsAndSetsTheTimeToZero)
 {
     gps::GPSPoint point = kBefore;
     gps::Dictionary record;
-    EXPECT_TRUE(interpretWayPointSentence(sentence(kBody) + "\r\n", point, &record));
+    EXPECT_TRUE(interpretWayPointSentence(sentence(kWayPointBody) + "\r\n", point, &record));
     EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 1529, 0, 77)");
     EXPECT_EQ(gps::describe(record),
               "{name = \"HOME\", comment = \"our house\", symbol = \"Residence\"}");
@@ -59,7 +61,7 @@ TEST(ReadWayPoint, ReadsPositionAndTextsAndSetsTheTimeToZero)
 
 TEST(ReadWayPoint, SouthAndWestAreNegative)
 {
-    const auto point = readPoint(withField(withField(kBody, 2, "S"), 4, "W"));
+    const auto point = readWayPoint(withField(withField(kWayPointBody, 2, "S"), 4, "W"));
     EXPECT_EQ(point.latitude, -46.5);
     EXPECT_EQ(point.longitude, -7.5);
 }
@@ -67,14 +69,15 @@ TEST(ReadWayPoint, SouthAndWestAreNegative)
 TEST(ReadWayPoint, AnAltitudeIsNotConvertedWhateverItsUnit)
 {
     for (const auto* unit : {"F", "f", "M", ""})
-        EXPECT_EQ(readPoint(withField(kBody, 6, unit)).altitude, 1529) << unit;
+        EXPECT_EQ(readWayPoint(withField(kWayPointBody, 6, unit)).altitude, 1529) << unit;
 }
 
 TEST(ReadWayPoint, AnAltitudeWithoutANumberIsZero)
 {
-    EXPECT_EQ(readPoint(withField(kBody, 5, "")).altitude, 0);
-    EXPECT_EQ(readPoint(withField(kBody, 5, "nan")).altitude, 0);
-    EXPECT_EQ(readPoint(withField(kBody, 5, "1e999")).altitude, std::numeric_limits<double>::max());
+    EXPECT_EQ(readWayPoint(withField(kWayPointBody, 5, "")).altitude, 0);
+    EXPECT_EQ(readWayPoint(withField(kWayPointBody, 5, "nan")).altitude, 0);
+    EXPECT_EQ(readWayPoint(withField(kWayPointBody, 5, "1e999")).altitude,
+              std::numeric_limits<double>::max());
 }
 
 TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
@@ -82,7 +85,7 @@ TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
     for (std::size_t count = 1; count < 6; ++count) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
-        const auto line = sentence(firstFields(kBody, count));
+        const auto line = sentence(firstFields(kWayPointBody, count));
         EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError)
             << count;
         EXPECT_THROW((void)interpretWayPointSentence(line, point, nullptr), gps::RangeError)
@@ -93,7 +96,7 @@ TEST(ReadWayPoint, ABodyOfFewerThanSixFieldsThrowsWithARecordAndWithout)
 
 TEST(ReadWayPoint, ABodyOfSixFieldsIsAcceptedWithoutAnyText)
 {
-    EXPECT_TRUE(readRecord(firstFields(kBody, 6)).empty());
+    EXPECT_TRUE(readWayPointRecord(firstFields(kWayPointBody, 6)).empty());
 }
 
 TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsIfARecordIsGiven)
@@ -101,7 +104,7 @@ TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsIfARecordIsGiven)
     for (const std::size_t count : {7U, 8U}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
-        const auto line = sentence(firstFields(kBody, count));
+        const auto line = sentence(firstFields(kWayPointBody, count));
         EXPECT_THROW((void)interpretWayPointSentence(line, point, &record), gps::RangeError)
             << count;
         EXPECT_EQ(point, kBefore) << count;
@@ -110,60 +113,64 @@ TEST(ReadWayPoint, ABodyOfSevenOrEightFieldsThrowsIfARecordIsGiven)
     }
 }
 
-std::string rangeText(std::size_t count, gps::Dictionary* record)
+std::string wayPointRangeText(std::size_t count, gps::Dictionary* record)
 {
     gps::GPSPoint point;
     return support::rangeErrorOf([&] {
-        (void)interpretWayPointSentence(sentence(firstFields(kBody, count)), point, record);
+        (void)interpretWayPointSentence(sentence(firstFields(kWayPointBody, count)), point, record);
     });
 }
 
 TEST(ReadWayPoint, ARangeErrorNamesTheSentenceTheFirstFieldThatIsMissingAndTheCount)
 {
     gps::Dictionary record;
-    EXPECT_EQ(rangeText(5, nullptr), "A PMGNWPL sentence has no field 5: it has 5 fields");
+    EXPECT_EQ(wayPointRangeText(5, nullptr), "A PMGNWPL sentence has no field 5: it has 5 fields");
     for (std::size_t count = 1; count < 6; ++count) {
-        EXPECT_EQ(rangeText(count, nullptr), support::firstMissing("PMGNWPL", count));
-        EXPECT_EQ(rangeText(count, &record), support::firstMissing("PMGNWPL", count));
+        EXPECT_EQ(wayPointRangeText(count, nullptr), support::firstMissing("PMGNWPL", count));
+        EXPECT_EQ(wayPointRangeText(count, &record), support::firstMissing("PMGNWPL", count));
     }
-    EXPECT_EQ(rangeText(7, &record), support::firstMissing("PMGNWPL", 7));
-    EXPECT_EQ(rangeText(8, &record), support::firstMissing("PMGNWPL", 8));
-    EXPECT_EQ(rangeText(9, &record), "");
+    EXPECT_EQ(wayPointRangeText(7, &record), support::firstMissing("PMGNWPL", 7));
+    EXPECT_EQ(wayPointRangeText(8, &record), support::firstMissing("PMGNWPL", 8));
+    EXPECT_EQ(wayPointRangeText(9, &record), "");
 }
 
 TEST(ReadWayPoint, ABodyOfExactlyNineFieldsHasNameAndCommentButNoSymbol)
 {
-    EXPECT_EQ(gps::describe(readRecord(firstFields(kBody, 9))),
+    EXPECT_EQ(gps::describe(readWayPointRecord(firstFields(kWayPointBody, 9))),
               "{name = \"HOME\", comment = \"our house\"}");
 }
 
 TEST(ReadWayPoint, ABodyOfTenFieldsOrMoreHasASymbol)
 {
-    EXPECT_EQ(*readRecord(kBody).findString("symbol"), "Residence");
-    EXPECT_EQ(*readRecord(std::string{kBody} + ",more").findString("symbol"), "Residence");
+    EXPECT_EQ(*readWayPointRecord(kWayPointBody).findString("symbol"), "Residence");
+    EXPECT_EQ(*readWayPointRecord(std::string{kWayPointBody} + ",more").findString("symbol"),
+              "Residence");
 }
 
 TEST(ReadWayPoint, AnUnknownIconIsStoredAsItsOwnCode)
 {
-    EXPECT_EQ(*readRecord(withField(kBody, 9, "zz")).findString("symbol"), "zz");
-    EXPECT_EQ(*readRecord(withField(kBody, 9, "")).findString("symbol"), "");
+    EXPECT_EQ(*readWayPointRecord(withField(kWayPointBody, 9, "zz")).findString("symbol"), "zz");
+    EXPECT_EQ(*readWayPointRecord(withField(kWayPointBody, 9, "")).findString("symbol"), "");
 }
 
 TEST(ReadWayPoint, TextsAreStoredUnchangedAndEmptyOnesAreKept)
 {
-    EXPECT_EQ(gps::describe(readRecord(withField(firstFields(kBody, 9), 7, ""))),
+    EXPECT_EQ(gps::describe(readWayPointRecord(withField(firstFields(kWayPointBody, 9), 7, ""))),
               "{name = \"\", comment = \"our house\"}");
     EXPECT_EQ(
-        *readRecord(withField(kBody, 7, " a_name? of more than 20 characters ")).findString("name"),
+        *readWayPointRecord(withField(kWayPointBody, 7, " a_name? of more than 20 characters "))
+             .findString("name"),
         " a_name? of more than 20 characters ");
 }
 
 TEST(ReadWayPoint, AnotherLineIsRejectedAndChangesNothing)
 {
     for (const auto& line :
-         {std::string{}, std::string{kBody}, support::breakChecksum(sentence(kBody)),
-          sentence(withField(kBody, 0, "PMGNTRK")), sentence(withField(kBody, 0, "PMGNWPLX")),
-          sentence(withField(kBody, 0, "pmgnwpl")), sentence("PMGNCMD,END")}) {
+         {std::string{}, std::string{kWayPointBody},
+          support::breakChecksum(sentence(kWayPointBody)),
+          sentence(withField(kWayPointBody, 0, "PMGNTRK")),
+          sentence(withField(kWayPointBody, 0, "PMGNWPLX")),
+          sentence(withField(kWayPointBody, 0, "pmgnwpl")), sentence("PMGNCMD,END")}) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         EXPECT_FALSE(interpretWayPointSentence(line, point, &record)) << line;
@@ -174,9 +181,9 @@ TEST(ReadWayPoint, AnotherLineIsRejectedAndChangesNothing)
 
 TEST(ReadWayPoint, ADamagedCharacterNeverGivesAnotherWaypoint)
 {
-    const auto wholePoint = readPoint(kBody);
-    const auto wholeRecord = readRecord(kBody);
-    support::forEachDamage(sentence(kBody), [&](const std::string& line) {
+    const auto wholePoint = readWayPoint(kWayPointBody);
+    const auto wholeRecord = readWayPointRecord(kWayPointBody);
+    support::forEachDamage(sentence(kWayPointBody), [&](const std::string& line) {
         gps::GPSPoint point = kBefore;
         gps::Dictionary record;
         if (!interpretWayPointSentence(line, point, &record))
@@ -188,22 +195,22 @@ TEST(ReadWayPoint, ADamagedCharacterNeverGivesAnotherWaypoint)
 
 TEST(WayPointName, IsTheNameThatReadingStores)
 {
-    const std::string body = kBody;
+    const std::string body = kWayPointBody;
     const auto name = wayPointName(SentenceFields{body});
     EXPECT_EQ(name, "HOME");
     EXPECT_EQ(name->data(), body.data() + body.find("HOME"));
-    const auto unnamed = withField(kBody, 7, "");
+    const auto unnamed = withField(kWayPointBody, 7, "");
     EXPECT_EQ(wayPointName(SentenceFields{unnamed}), "");
-    const auto nine = firstFields(kBody, 9);
+    const auto nine = firstFields(kWayPointBody, 9);
     EXPECT_EQ(wayPointName(SentenceFields{nine}), "HOME");
 }
 
 TEST(WayPointName, IsMissingIfReadingStoresNoNameAndThrowsIfReadingThrows)
 {
-    const auto six = firstFields(kBody, 6);
+    const auto six = firstFields(kWayPointBody, 6);
     EXPECT_EQ(wayPointName(SentenceFields{six}), std::nullopt);
     for (const std::size_t count : {1U, 5U, 7U, 8U}) {
-        const auto body = firstFields(kBody, count);
+        const auto body = firstFields(kWayPointBody, count);
         EXPECT_THROW((void)wayPointName(SentenceFields{body}), gps::RangeError) << count;
     }
 }
@@ -299,7 +306,7 @@ gps::Dictionary waypoint(const char* name, double latitude = 0)
     return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};
 }
 
-std::string line(const std::string& name)
+std::string wayPointLine(const std::string& name)
 {
     return sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M," + name + ",,a");
 }
@@ -308,7 +315,7 @@ TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
 {
     EXPECT_THAT(
         makeWayPointSentencesFromWaypointList({waypoint("B"), waypoint("A"), waypoint("B")}),
-        ElementsAre(line("B"), line("A"), line("B")));
+        ElementsAre(wayPointLine("B"), wayPointLine("A"), wayPointLine("B")));
     EXPECT_THAT(makeWayPointSentencesFromWaypointList({}), IsEmpty());
 }
 
@@ -318,7 +325,7 @@ TEST(WriteWayPoints, OfThreeRecordsASecondWithoutItsPointIsSkippedWithOneLogLine
     EXPECT_THAT(
         makeWayPointSentencesFromWaypointList(
             {waypoint("A"), gps::Dictionary{{"name", "B"}, {"comment", "lost"}}, waypoint("C")}),
-        ElementsAre(line("A"), line("C")));
+        ElementsAre(wayPointLine("A"), wayPointLine("C")));
     EXPECT_THAT(log.lines(),
                 ElementsAre("waypoint B contains no point --\n{name = \"B\", comment = \"lost\"}"));
 }
@@ -328,7 +335,7 @@ TEST(WriteWayPoints, APointOrRecordOfAnotherTypeCountsAsMissing)
     const support::LogCapture log;
     EXPECT_THAT(makeWayPointSentencesFromWaypointList(
                     {gps::Dictionary{{"point", "46N 7E"}}, 7, waypoint("C")}),
-                ElementsAre(line("C")));
+                ElementsAre(wayPointLine("C")));
     EXPECT_THAT(log.lines(),
                 ElementsAre("waypoint (null) contains no point --\n{point = \"46N 7E\"}",
                             "waypoint (null) contains no point --\n7"));
@@ -338,7 +345,7 @@ TEST(WriteWayPoints, ARecordOffTheGlobeIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeWayPointSentencesFromWaypointList({waypoint("A", 91), waypoint("B")}),
-                ElementsAre(line("B")));
+                ElementsAre(wayPointLine("B")));
     EXPECT_THAT(
         log.lines(),
         ElementsAre(

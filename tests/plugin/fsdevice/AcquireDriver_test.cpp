@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Downloads from a receiver's folders: order, options, failures, and the start of the worker.
 
+#include "SampleSentences.h"
+
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
@@ -26,6 +28,9 @@
 namespace magellan {
 namespace {
 
+using support::kGeoCache;
+using support::kTrackPoint;
+using support::kWayPoint;
 using support::sentence;
 using testing::Contains;
 using testing::ElementsAre;
@@ -36,11 +41,7 @@ using testing::StartsWith;
 
 using Calls = std::vector<std::string>;
 
-const std::string kWayPoint = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,,c");
-const std::string kGeoCache = sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M,G,,,,,,,,");
 const std::string kRoute = sentence("PMGNRTE,1,1,c,1,R,A,a");
-const std::string kTrackPoint =
-    sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
 
 constexpr char kWayPointCall[] =
     "wayPoint (46, 7.5, 500, 0, 0) {name = \"A\", comment = \"\", symbol = \"Residence\"}";

@@ -26,6 +26,7 @@
 namespace magellan {
 namespace {
 
+using support::kClosing;
 using support::sentence;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -35,8 +36,6 @@ using testing::StartsWith;
 using Calls = std::vector<std::string>;
 using Report = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
                                              const std::string& path);
-
-const std::string kEnd = sentence("PMGNCMD,END");
 
 /// A point at noon of a day without a date, on the given track.
 std::string trackPoint(std::string_view name, std::string_view degrees = "46")
@@ -94,7 +93,7 @@ std::string newTrack(const std::string& name)
 
 TEST_F(ReadTracks, PointsWithoutANameAreOneCurrentTrack)
 {
-    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("", "47"), kEnd})),
+    EXPECT_THAT(reported(acquireTracks, put({trackPoint(""), trackPoint("", "47"), kClosing})),
                 ElementsAre(newTrack("Current Track"), kUnnamed46,
                             "trackPoint (47, 7.5, 500, 43200, 0) {}"));
 }
@@ -138,7 +137,7 @@ TEST_F(ReadTracks, OtherLinesAreIgnored)
 {
     EXPECT_THAT(reported(acquireTracks,
                          put({"", "garbage", wayPoint("W"), support::breakChecksum(trackPoint("X")),
-                              "$", trackPoint("A"), "", kEnd, "$PMGNTRK,46"})),
+                              "$", trackPoint("A"), "", kClosing, "$PMGNTRK,46"})),
                 ElementsAre(newTrack("A"), named46("A")));
 }
 
@@ -178,17 +177,17 @@ TEST_F(ReadTracks, ATruncatedSentenceThrowsAfterThePointsBeforeItWereReported)
 }
 
 /// The point of every waypoint and geocache here, with its time.
-constexpr char kPoint[] = "(46, 7.5, 500, 0, 0)";
+constexpr char kPointText[] = "(46, 7.5, 500, 0, 0)";
 
 std::string reportedWayPoint(const std::string& name, const std::string& comment = "")
 {
-    return std::string{"wayPoint "} + kPoint + " {name = \"" + name + "\", comment = \"" + comment +
-           "\", symbol = \"Residence\"}";
+    return std::string{"wayPoint "} + kPointText + " {name = \"" + name + "\", comment = \"" +
+           comment + "\", symbol = \"Residence\"}";
 }
 
 TEST_F(ReadWayPoints, AreReportedInFileOrderWithoutTheirPointAmongTheExtras)
 {
-    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("B"), wayPoint("A"), kEnd})),
+    EXPECT_THAT(reported(acquireWayPoints, put({wayPoint("B"), wayPoint("A"), kClosing})),
                 ElementsAre(reportedWayPoint("B"), reportedWayPoint("A")));
 }
 
@@ -212,7 +211,7 @@ TEST_F(ReadWayPoints, AKeyOfOneLineDoesNotReachTheNext)
         reported(acquireWayPoints,
                  put({wayPoint("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,B,")})),
         ElementsAre(reportedWayPoint("A"),
-                    std::string{"wayPoint "} + kPoint + " {name = \"B\", comment = \"\"}"));
+                    std::string{"wayPoint "} + kPointText + " {name = \"B\", comment = \"\"}"));
 }
 
 TEST_F(ReadWayPoints, ATruncatedSentenceThrowsBeforeAnythingIsReported)
@@ -261,7 +260,7 @@ TEST_F(ReadWayPoints, AreCollectedAsTheyAreReported)
 
 std::string reportedGeoCache(const std::string& name, const std::string& hint = "")
 {
-    return std::string{"wayPoint "} + kPoint + " {name = \"" + name +
+    return std::string{"wayPoint "} + kPointText + " {name = \"" + name +
            "\", comment = \"\", geocacheOwner = \"\", geocacheHint = \"" + hint +
            "\", geocacheType = \"\", datePlaced = \"\", dateFound = \"\", difficulty = \"\", "
            "terrain = \"\", symbol = "
@@ -271,7 +270,7 @@ std::string reportedGeoCache(const std::string& name, const std::string& hint = 
 TEST_F(ReadGeoCaches, AreReportedAsWaypointsInFileOrder)
 {
     EXPECT_THAT(
-        reported(acquireGeoCaches, put({geoCache("B"), wayPoint("W"), geoCache("A"), kEnd})),
+        reported(acquireGeoCaches, put({geoCache("B"), wayPoint("W"), geoCache("A"), kClosing})),
         ElementsAre(reportedGeoCache("B"), reportedGeoCache("A")));
 }
 
@@ -300,15 +299,15 @@ TEST_F(ReadGeoCaches, CollectedOnesAreKeyedByNameAndKeepTheirPoint)
 
 std::string routePoint(const std::string& name)
 {
-    return std::string{"wayPoint "} + kPoint + " {name = \"" + name +
-           "\", comment = \"\", symbol = \"Residence\", point = " + kPoint + "}";
+    return std::string{"wayPoint "} + kPointText + " {name = \"" + name +
+           "\", comment = \"\", symbol = \"Residence\", point = " + kPointText + "}";
 }
 
 TEST_F(ReadRoutes, ARouteIsReportedWithoutItsPointsWhichFollowWithTheirPoint)
 {
     EXPECT_THAT(reported(acquireRoutes, put({wayPoint("A"), wayPoint("B"), wayPoint("unused"),
                                              sentence("PMGNRTE,2,1,c,1,Loop,B,a,A,a"),
-                                             sentence("PMGNRTE,2,2,m,1,Loop,hello"), kEnd})),
+                                             sentence("PMGNRTE,2,2,m,1,Loop,hello"), kClosing})),
                 ElementsAre("newRoute {name = \"Loop\", lastIndex = 2, comment = \"hello\"}",
                             routePoint("B"), routePoint("A")));
 }
@@ -326,7 +325,7 @@ TEST_F(ReadRoutes, EachStartsEmptyAndTheyAreReportedInFileOrder)
 TEST_F(ReadRoutes, OneWithoutItsLastSentenceIsDropped)
 {
     EXPECT_THAT(
-        reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kEnd})),
+        reported(acquireRoutes, put({wayPoint("A"), sentence("PMGNRTE,2,1,c,1,R,A,a"), kClosing})),
         IsEmpty());
 }
 

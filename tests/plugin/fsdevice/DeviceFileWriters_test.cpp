@@ -30,6 +30,7 @@ using magellan::mergeRoutes;
 using magellan::mergeWaypoints;
 using magellan::saveTracks;
 using support::fileOf;
+using support::kClosing;
 using support::sentence;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -37,10 +38,9 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr char kClosing[] = "$PMGNCMD,END*3D";
-
-gps::Dictionary waypoint(std::string_view name, double latitude = 46.5,
-                         std::string_view symbol = "a")
+/// A waypoint with all texts that a file has.
+gps::Dictionary storedWaypoint(std::string_view name, double latitude = 46.5,
+                               std::string_view symbol = "a")
 {
     return {{"name", name},
             {"comment", ""},
@@ -89,16 +89,6 @@ std::string written(const std::vector<std::string>& lines)
     for (const auto& line : lines)
         text += line + "\r\n";
     return text + kClosing;
-}
-
-/// The names in a folder, including hidden ones.
-std::vector<std::string> namesIn(const support::TemporaryFolder& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator{folder.path()})
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 class DeviceFileWriters : public testing::Test {
@@ -192,23 +182,23 @@ TEST_F(DeviceFileWriters, FailedTrackStopsTheSavingAndTheTracksBeforeItStay)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 640);
     EXPECT_EQ(error->path(), folder.path("TKLG001.log"));
-    EXPECT_THAT(namesIn(folder), ElementsAre("TKLG000.log"));
+    EXPECT_THAT(folder.names(), ElementsAre("TKLG000.log"));
     EXPECT_EQ(folder.read("TKLG000.log"), kClosing);
 }
 
 TEST_F(DeviceFileWriters, WaypointOfAPresentNameReplacesThatOneAtItsPositionAndANewOneIsAppended)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp"), waypointLine("Home")}));
-    ASSERT_FALSE(mergeWaypoints({waypoint("Camp", 47), waypoint("Peak")}, path));
+    ASSERT_FALSE(mergeWaypoints({storedWaypoint("Camp", 47), storedWaypoint("Peak")}, path));
     EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp", "4700.00000"),
                                              waypointLine("Home"), waypointLine("Peak")}));
 }
 
 TEST_F(DeviceFileWriters, WaypointWithoutANameIsDropped)
 {
-    ASSERT_FALSE(
-        mergeWaypoints({gps::Dictionary{{"point", gps::GPSPoint{}}}, "no record", waypoint("Camp")},
-                       folder.path("p.upt")));
+    ASSERT_FALSE(mergeWaypoints(
+        {gps::Dictionary{{"point", gps::GPSPoint{}}}, "no record", storedWaypoint("Camp")},
+        folder.path("p.upt")));
     EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
 }
 
@@ -222,16 +212,16 @@ TEST_F(DeviceFileWriters, EmptyWaypointListRewritesThePresentContentWithAClosing
 TEST_F(DeviceFileWriters, UnreadablePresentFileCountsAsEmptyAndIsLogged)
 {
     const auto path = folder.put("p.upt", "caf\xE9");
-    ASSERT_FALSE(mergeWaypoints({waypoint("Camp")}, path));
+    ASSERT_FALSE(mergeWaypoints({storedWaypoint("Camp")}, path));
     EXPECT_EQ(folder.read("p.upt"), written({waypointLine("Camp")}));
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("Couldn't read waypoint data from device")));
 }
 
 TEST_F(DeviceFileWriters, MissingPresentFileCountsAsEmptyAndIsLogged)
 {
-    ASSERT_FALSE(mergeWaypoints({waypoint("Camp")}, folder.path("p.upt")));
+    ASSERT_FALSE(mergeWaypoints({storedWaypoint("Camp")}, folder.path("p.upt")));
     ASSERT_FALSE(mergeGeocaches({geocache("Oak")}, folder.path("c.gs")));
-    ASSERT_FALSE(mergeRoutes({route("Loop", {waypoint("Camp")})}, folder.path("r.rte")));
+    ASSERT_FALSE(mergeRoutes({route("Loop", {storedWaypoint("Camp")})}, folder.path("r.rte")));
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("Couldn't read waypoint data from device"),
                                          HasSubstr("Couldn't read geocache data from device"),
                                          HasSubstr("Couldn't read route data from device")));
@@ -244,19 +234,19 @@ TEST_F(DeviceFileWriters, MissingPresentFileCountsAsEmptyAndIsLogged)
 TEST_F(DeviceFileWriters, FolderWithTheDefaultFilesNameIsAWriteErrorAndIsKept)
 {
     folder.put("Default POI File.upt/inside", "old");
-    const auto error = magellan::saveWaypoints({waypoint("Camp")}, folder.path(), false);
+    const auto error = magellan::saveWaypoints({storedWaypoint("Camp")}, folder.path(), false);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 512);
     EXPECT_EQ(error->path(), folder.path("Default POI File.upt"));
     EXPECT_EQ(folder.read("Default POI File.upt/inside"), "old");
-    EXPECT_THAT(namesIn(folder), ElementsAre("Default POI File.upt"));
+    EXPECT_THAT(folder.names(), ElementsAre("Default POI File.upt"));
 }
 
 TEST_F(DeviceFileWriters, TextThatAsciiCannotCarryLeavesThePresentFileAsItWas)
 {
     const auto path = folder.put("p.upt", fileOf({waypointLine("Camp")}));
-    const auto error =
-        mergeWaypoints({waypoint("Peak", 46.5, "\xC3\xA9")}, path); // an icon code is not filtered
+    const auto error = mergeWaypoints({storedWaypoint("Peak", 46.5, "\xC3\xA9")},
+                                      path); // an icon code is not filtered
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), 517);
     EXPECT_EQ(folder.read("p.upt"), fileOf({waypointLine("Camp")}));
@@ -322,9 +312,10 @@ TEST_F(DeviceFileWriters, GeocacheWithoutItsPointLeavesThePresentFileAsItWasWith
 
 TEST_F(DeviceFileWriters, RouteFileListsItsWaypointsSortedByNameThenItsRoutesNumberedFrom1)
 {
-    auto number7 = route("Way", {waypoint("b"), waypoint("B")});
+    auto number7 = route("Way", {storedWaypoint("b"), storedWaypoint("B")});
     number7.set("number", 7);
-    ASSERT_FALSE(mergeRoutes({number7, route("Loop", {waypoint("a")})}, folder.path("r.rte")));
+    ASSERT_FALSE(
+        mergeRoutes({number7, route("Loop", {storedWaypoint("a")})}, folder.path("r.rte")));
     EXPECT_EQ(
         folder.read("r.rte"),
         written({waypointLine("B"), waypointLine("a"), waypointLine("b"),
@@ -340,7 +331,8 @@ TEST_F(DeviceFileWriters, RoutePointThatEqualsTheDevicesKeepsItsNameAndOneThatDi
     gps::Dictionary present;
     gps::Dictionary routes;
     magellan::acquireRoutesFromPath(path, present, routes);
-    ASSERT_FALSE(mergeRoutes({route("New", {*present.find("Home"), waypoint("Stop", 47)})}, path));
+    ASSERT_FALSE(
+        mergeRoutes({route("New", {*present.find("Home"), storedWaypoint("Stop", 47)})}, path));
     EXPECT_EQ(folder.read("r.rte"), written({waypointLine("Home"), waypointLine("Stop"),
                                              waypointLine("Stop 1", "4700.00000"),
                                              sentence("PMGNRTE,1,1,c,1,Old,Home,a,Stop,a"),
@@ -349,27 +341,28 @@ TEST_F(DeviceFileWriters, RoutePointThatEqualsTheDevicesKeepsItsNameAndOneThatDi
 
 TEST_F(DeviceFileWriters, EachFurtherClashInARouteGetsTheNextNumber)
 {
-    gps::Dictionary waypoints{{"Stop", waypoint("Stop", 1)}};
+    gps::Dictionary waypoints{{"Stop", storedWaypoint("Stop", 1)}};
     gps::Dictionary routes;
-    magellan::mergeRoute(
-        route("R", {waypoint("Stop", 2), waypoint("Stop", 3), waypoint("Stop", 1)}), waypoints,
-        routes);
-    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", waypoint("Stop", 1)},
-                                          {"Stop 1", waypoint("Stop 1", 2)},
-                                          {"Stop 2", waypoint("Stop 2", 3)}}));
-    EXPECT_EQ(routes,
-              (gps::Dictionary{{"R", route("R", {waypoint("Stop 1", 2), waypoint("Stop 2", 3),
-                                                 waypoint("Stop", 1)})}}));
+    magellan::mergeRoute(route("R", {storedWaypoint("Stop", 2), storedWaypoint("Stop", 3),
+                                     storedWaypoint("Stop", 1)}),
+                         waypoints, routes);
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", storedWaypoint("Stop", 1)},
+                                          {"Stop 1", storedWaypoint("Stop 1", 2)},
+                                          {"Stop 2", storedWaypoint("Stop 2", 3)}}));
+    EXPECT_EQ(
+        routes,
+        (gps::Dictionary{{"R", route("R", {storedWaypoint("Stop 1", 2), storedWaypoint("Stop 2", 3),
+                                           storedWaypoint("Stop", 1)})}}));
 }
 
 TEST_F(DeviceFileWriters, CountersStartAfreshForEachRouteSoThatTheSecondReplacesTheFirst)
 {
-    gps::Dictionary waypoints{{"Stop", waypoint("Stop", 1)}};
+    gps::Dictionary waypoints{{"Stop", storedWaypoint("Stop", 1)}};
     gps::Dictionary routes;
-    magellan::mergeRoute(route("R", {waypoint("Stop", 2)}), waypoints, routes);
-    magellan::mergeRoute(route("S", {waypoint("Stop", 3)}), waypoints, routes);
-    EXPECT_EQ(waypoints,
-              (gps::Dictionary{{"Stop", waypoint("Stop", 1)}, {"Stop 1", waypoint("Stop 1", 3)}}));
+    magellan::mergeRoute(route("R", {storedWaypoint("Stop", 2)}), waypoints, routes);
+    magellan::mergeRoute(route("S", {storedWaypoint("Stop", 3)}), waypoints, routes);
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", storedWaypoint("Stop", 1)},
+                                          {"Stop 1", storedWaypoint("Stop 1", 3)}}));
 }
 
 TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreDroppedAndARouteWithoutOneStillAddsItsPoints)
@@ -377,15 +370,15 @@ TEST_F(DeviceFileWriters, RoutePointsWithoutANameAreDroppedAndARouteWithoutOneSt
     gps::Dictionary waypoints;
     gps::Dictionary routes;
     magellan::mergeRoute(
-        {{"points", gps::Array{waypoint("A"), gps::Dictionary{{"point", gps::GPSPoint{}}}}}},
+        {{"points", gps::Array{storedWaypoint("A"), gps::Dictionary{{"point", gps::GPSPoint{}}}}}},
         waypoints, routes);
-    EXPECT_EQ(waypoints, (gps::Dictionary{{"A", waypoint("A")}}));
+    EXPECT_EQ(waypoints, (gps::Dictionary{{"A", storedWaypoint("A")}}));
     EXPECT_TRUE(routes.empty());
 }
 
 TEST_F(DeviceFileWriters, SaveOperationsWriteTheKindsDefaultFiles)
 {
-    ASSERT_FALSE(magellan::saveWaypoints({waypoint("A")}, folder.path(), false));
+    ASSERT_FALSE(magellan::saveWaypoints({storedWaypoint("A")}, folder.path(), false));
     ASSERT_FALSE(magellan::saveRoutes({}, folder.path(), false));
     ASSERT_FALSE(magellan::saveGeocaches({}, folder.path(), false));
     EXPECT_EQ(folder.read("Default POI File.upt"), written({waypointLine("A")}));
@@ -396,10 +389,10 @@ TEST_F(DeviceFileWriters, SaveOperationsWriteTheKindsDefaultFiles)
 TEST_F(DeviceFileWriters, WrittenFilesMergedWithNothingAreWrittenUnchanged)
 {
     const auto path = folder.path("r.rte");
-    ASSERT_FALSE(
-        mergeRoutes({route("One", {waypoint("A", -12.34567), waypoint("B"), waypoint("C")}),
-                     route("Two", {waypoint("B")})},
-                    path));
+    ASSERT_FALSE(mergeRoutes(
+        {route("One", {storedWaypoint("A", -12.34567), storedWaypoint("B"), storedWaypoint("C")}),
+         route("Two", {storedWaypoint("B")})},
+        path));
     const auto once = folder.read("r.rte");
     ASSERT_FALSE(mergeRoutes({}, path));
     EXPECT_EQ(folder.read("r.rte"), once);

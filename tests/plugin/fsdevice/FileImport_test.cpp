@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Imports of single files: extensions, first lines, rejections and status calls.
 
+#include "SampleSentences.h"
+
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
@@ -26,16 +28,14 @@ namespace magellan {
 namespace {
 
 using support::fileOf;
+using support::kGeoCache;
+using support::kTrackPoint;
+using support::kWayPoint;
 using support::sentence;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
-
-const std::string kWayPoint = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,,c");
-const std::string kGeoCache = sentence("PMGNGEO,4600.000,N,00730.000,E,0000500,M,G,,,,,,,,");
-const std::string kTrackPoint =
-    sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
 
 constexpr char kNoExtension[] = "No extension exists on selected file";
 constexpr char kUnrecognizedExtension[] = "Unrecognized extension on selected file";

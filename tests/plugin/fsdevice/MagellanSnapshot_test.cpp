@@ -5,6 +5,7 @@
 #include "../../support/LogCapture.h"
 #include "../../support/ReceiverFolder.h"
 #include "../../support/RecordingReceiver.h"
+#include "Waypoint.h"
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
@@ -13,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 
+using support::waypoint;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -21,11 +23,6 @@ using testing::SizeIs;
 namespace {
 
 using Action = gps::PlannedFile::Action;
-
-gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
-{
-    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
-}
 
 class Snapshot : public testing::Test {
 protected:

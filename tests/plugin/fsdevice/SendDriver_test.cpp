@@ -4,6 +4,7 @@
 #include "../../support/LogCapture.h"
 #include "../../support/ReceiverFolder.h"
 #include "../../support/RecordingReceiver.h"
+#include "Waypoint.h"
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
@@ -12,17 +13,12 @@
 #include <filesystem>
 #include <memory>
 
+using support::kClosing;
+using support::waypoint;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
-
-constexpr char kClosing[] = "$PMGNCMD,END*3D";
-
-gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
-{
-    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
-}
 
 class SendDriver : public testing::Test {
 protected:

@@ -21,8 +21,8 @@ const gps::Value kFlag = gps::Dictionary{{"symbol", "Flag"}};
 const gps::Value kCache = gps::Dictionary{{"symbol", "Geocache"}};
 
 /// Each bracket as "LABEL KIND:" followed by "TARGET(COUNT)" for each job.
-std::vector<std::string> described(const gps::Dictionary& data,
-                                   const gps::Dictionary& folders = kFolders)
+std::vector<std::string> bracketTexts(const gps::Dictionary& data,
+                                      const gps::Dictionary& folders = kFolders)
 {
     std::vector<std::string> brackets;
     for (const auto& bracket : sendOrder(data, folders, "/v")) {
@@ -40,42 +40,42 @@ TEST(SendOrder, IsTracksThenWaypointsWithGeocachesThenRoutes)
     const gps::Dictionary data{{"route", gps::Array{gps::Dictionary{}}},
                                {"waypoint", gps::Array{kCache, kFlag, kFlag}},
                                {"track", gps::Array{gps::Dictionary{}, gps::Dictionary{}}}};
-    EXPECT_THAT(described(data), ElementsAre("Tracks 1: /v/T(2)",
-                                             "Waypoints 3: /v/P/Default POI File.upt(2) "
-                                             "/v/G/Default Geocache File.gs(1)",
-                                             "Routes 2: /v/R/Default Route File.rte(1)"));
+    EXPECT_THAT(bracketTexts(data), ElementsAre("Tracks 1: /v/T(2)",
+                                                "Waypoints 3: /v/P/Default POI File.upt(2) "
+                                                "/v/G/Default Geocache File.gs(1)",
+                                                "Routes 2: /v/R/Default Route File.rte(1)"));
 }
 
 TEST(SendOrder, AKeyThatIsMissingOrNotAnArrayHasNoBracket)
 {
-    EXPECT_THAT(described({}), IsEmpty());
-    EXPECT_THAT(described({{"track", 1}, {"waypoint", "A"}, {"route", gps::Dictionary{}}}),
+    EXPECT_THAT(bracketTexts({}), IsEmpty());
+    EXPECT_THAT(bracketTexts({{"track", 1}, {"waypoint", "A"}, {"route", gps::Dictionary{}}}),
                 IsEmpty());
 }
 
 TEST(SendOrder, WithGeocachesOnlyNoWaypointFileIsWritten)
 {
-    EXPECT_THAT(described({{"waypoint", gps::Array{kCache}}}),
+    EXPECT_THAT(bracketTexts({{"waypoint", gps::Array{kCache}}}),
                 ElementsAre("Waypoints 3: /v/G/Default Geocache File.gs(1)"));
 }
 
 TEST(SendOrder, AnEmptyWaypointListWritesNothingIfThereIsAGeocacheFolder)
 {
-    EXPECT_THAT(described({{"waypoint", gps::Array{}}}), ElementsAre("Waypoints 3:"));
-    EXPECT_THAT(described({{"waypoint", gps::Array{}}}, {{"MyPOIs", "P"}}),
+    EXPECT_THAT(bracketTexts({{"waypoint", gps::Array{}}}), ElementsAre("Waypoints 3:"));
+    EXPECT_THAT(bracketTexts({{"waypoint", gps::Array{}}}, {{"MyPOIs", "P"}}),
                 ElementsAre("Waypoints 3: /v/P/Default POI File.upt(0)"));
 }
 
 TEST(SendOrder, GeocachesAreWaypointsIfThereIsNoGeocacheFolder)
 {
-    EXPECT_THAT(described({{"waypoint", gps::Array{kCache, kFlag}}}, {{"MyPOIs", "P"}}),
+    EXPECT_THAT(bracketTexts({{"waypoint", gps::Array{kCache, kFlag}}}, {{"MyPOIs", "P"}}),
                 ElementsAre("Waypoints 3: /v/P/Default POI File.upt(2)"));
 }
 
 TEST(SendOrder, AKindWithoutAFolderKeepsItsBracketAndJob)
 {
-    EXPECT_THAT(described({{"track", gps::Array{}}, {"route", gps::Array{gps::Dictionary{}}}},
-                          {{"TrackLogs", ".."}}),
+    EXPECT_THAT(bracketTexts({{"track", gps::Array{}}, {"route", gps::Array{gps::Dictionary{}}}},
+                             {{"TrackLogs", ".."}}),
                 ElementsAre("Tracks 1: nowhere(0)", "Routes 2: nowhere(1)"));
 }
 

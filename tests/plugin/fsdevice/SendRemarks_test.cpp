@@ -2,6 +2,7 @@
 // Each remark and its limit, and that nothing else is remarked on.
 
 #include "../../support/Sentence.h"
+#include "Waypoint.h"
 
 #include <plugin/fsdevice/SendRemarks.h>
 
@@ -12,16 +13,12 @@
 #include <vector>
 
 using magellan::RecordKind;
+using support::waypoint;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
-
-gps::Dictionary waypoint(std::string_view name, std::string_view symbol = "Flag")
-{
-    return {{"name", name}, {"symbol", symbol}, {"point", gps::GPSPoint{46.5, 7.25, 400, 0, 0}}};
-}
 
 std::vector<std::string> remarksOn(RecordKind kind, gps::Array records)
 {
