@@ -2,18 +2,14 @@
 
 #include "host/base/Text.h"
 
+#include "host/base/EscapedXml.h"
 #include "host/base/XmlText.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-std::string xml(std::string_view text)
-{
-    std::string out;
-    host::appendXml(out, text);
-    return out;
-}
+using support::xml;
 
 TEST(Text, CharactersOfEveryLengthAreKept)
 {

@@ -2,20 +2,17 @@
 
 #include "host/base/XmlText.h"
 
+#include "host/base/EscapedXml.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace {
 
-using namespace std::string_literals;
+using support::xml;
 
-std::string xml(std::string_view text)
-{
-    std::string out;
-    host::appendXml(out, text);
-    return out;
-}
+using namespace std::string_literals;
 
 std::string converted(std::string xml)
 {

@@ -2,6 +2,7 @@
 
 #include "host/cli/DownloadCommand.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 using gps::TransferKind;
 using host::ExitStatus;
+using support::allTransfers;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -54,15 +56,6 @@ protected:
     std::string out_;
     std::string err_;
 };
-
-void allTransfers(const Status& status)
-{
-    for (const auto kind :
-         {TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks}) {
-        status->startTransfer(kind);
-        status->endTransfer(kind);
-    }
-}
 
 void oldTrack(const Status& status)
 {

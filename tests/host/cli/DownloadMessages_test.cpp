@@ -2,6 +2,8 @@
 
 #include "host/cli/DownloadMessages.h"
 
+#include "host/DriverReports.h"
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -13,6 +15,7 @@ using host::operationMessages;
 using host::OperationReport;
 using host::outputMessages;
 using host::OutputReport;
+using support::errorAbout;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -27,13 +30,6 @@ Message note(std::string text)
     return {false, std::move(text)};
 }
 
-gps::Error unreadable()
-{
-    return {"some",
-            -3,
-            {{gps::kErrorDescriptionKey, "Unreadable"}, {gps::kErrorPathKey, "/some/file"}}};
-}
-
 TEST(DownloadMessages, SuccessIsSilent)
 {
     EXPECT_THAT(operationMessages({}, true), IsEmpty());
@@ -45,8 +41,8 @@ TEST(DownloadMessages, ErrorsComeFirstAndThePortLast)
 {
     const OperationReport report{.isSerial = true,
                                  .errors = {{"some", -4}},
-                                 .portFailure = unreadable(),
-                                 .unreadable = {unreadable()}};
+                                 .portFailure = errorAbout("/some/file"),
+                                 .unreadable = {errorAbout("/some/file")}};
     EXPECT_THAT(operationMessages(report, true),
                 ElementsAre(error("Error -4 of the domain some."),
                             error("Unreadable. Path: /some/file"),
@@ -70,9 +66,9 @@ TEST(DownloadMessages, SilentReceiverIsNamedByItsPort)
 
 TEST(DownloadMessages, TenUnreadableFilesAreNamedAndMoreAreCounted)
 {
-    OperationReport report{.unreadable = std::vector<gps::Error>(10, unreadable())};
+    OperationReport report{.unreadable = std::vector<gps::Error>(10, errorAbout("/some/file"))};
     EXPECT_THAT(operationMessages(report, true), SizeIs(10));
-    report.unreadable.push_back(unreadable());
+    report.unreadable.push_back(errorAbout("/some/file"));
     auto messages = operationMessages(report, true);
     ASSERT_THAT(messages, SizeIs(11));
     EXPECT_EQ(messages.back(), error("And 1 more that could not be read."));
@@ -104,7 +100,7 @@ TEST(DownloadMessages, LogOfASerialSessionIsShownOnlyIfSomethingIsMissing)
 
 TEST(DownloadMessages, RemarkOnTheOutputIsANoteAndItsFailureAnError)
 {
-    const OutputReport report{.remark = "1 point was left out", .error = unreadable()};
+    const OutputReport report{.remark = "1 point was left out", .error = errorAbout("/some/file")};
     EXPECT_THAT(outputMessages(report),
                 ElementsAre(note("1 point was left out"), error("Unreadable. Path: /some/file")));
 }

@@ -16,8 +16,8 @@ gps::SerialTraffic traffic(std::uint64_t read, std::uint64_t written, std::uint6
     return {.bytesRead = read, .bytesWritten = written, .linesRead = lines, .bitsPerSecond = speed};
 }
 
-TransferProgress transfer(gps::TransferKind kind, std::size_t records, milliseconds elapsed,
-                          const gps::SerialTraffic& traffic = {})
+TransferProgress transferring(gps::TransferKind kind, std::size_t records, milliseconds elapsed,
+                              const gps::SerialTraffic& traffic = {})
 {
     return {.phase = TransferPhase::kTransferring,
             .kind = kind,
@@ -60,8 +60,8 @@ TEST(ProgressLine, TextHasCountsAndRatesAsFarAsTheyAreKnown)
 {
     using enum gps::TransferKind;
     const std::pair<TransferProgress, const char*> rows[] = {
-        {transfer(kTracks, 1, milliseconds{0}), "tracks: 1 record, 1000 records/s"},
-        {transfer(kTracks, 500, milliseconds{2000}), "tracks: 500 records, 250 records/s"},
+        {transferring(kTracks, 1, milliseconds{0}), "tracks: 1 record, 1000 records/s"},
+        {transferring(kTracks, 500, milliseconds{2000}), "tracks: 500 records, 250 records/s"},
         {looking(milliseconds{12999}, traffic(0, 999, 0, 4800)),
          "looking for a receiver at /dev/x: 12 s, 999 bytes at 4800 bit/s"},
         {looking(milliseconds{13000}, traffic(1, 999, 0, 4800)),
@@ -70,7 +70,7 @@ TEST(ProgressLine, TextHasCountsAndRatesAsFarAsTheyAreKnown)
          "looking for a receiver at /dev/x: 0 s, 999.9 kB at 4800 bit/s"},
         {looking({}, traffic(1950000, 0, 0, 4800)),
          "looking for a receiver at /dev/x: 0 s, 1.9 MB at 4800 bit/s"},
-        {transfer(kTracks, 100, milliseconds{2000}, traffic(10000, 2590, 101, 115200)),
+        {transferring(kTracks, 100, milliseconds{2000}, traffic(10000, 2590, 101, 115200)),
          "tracks: 100 records, 12.5 kB; 50 sentences/s, 6295 bytes/s at 115200 bit/s"},
     };
     for (const auto& [progress, text] : rows)
@@ -80,8 +80,8 @@ TEST(ProgressLine, TextHasCountsAndRatesAsFarAsTheyAreKnown)
 TEST(ProgressLine, TextFitsIntoEightyColumns)
 {
     EXPECT_LE(
-        host::progressText(transfer(gps::TransferKind::kWaypoints, 99999, milliseconds{800000},
-                                    traffic(8000000, 999999, 99999, 115200)))
+        host::progressText(transferring(gps::TransferKind::kWaypoints, 99999, milliseconds{800000},
+                                        traffic(8000000, 999999, 99999, 115200)))
             .size(),
         80U);
 }

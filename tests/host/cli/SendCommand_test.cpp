@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "host/cli/Commands.h"
 #include "support/TemporaryFolder.h"
@@ -20,18 +21,13 @@ using Action = gps::PlannedFile::Action;
 using gps::TransferKind;
 using host::ExitStatus;
 using support::FakeFileDriver;
+using support::waypointAt;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using Status = gps::GPSPlugInProtocol::Status;
 
-constexpr char kData[] =
-    R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7.25}}]})";
-
-gps::Dictionary waypointAt(double latitude)
-{
-    return {{"point", gps::GPSPoint{.latitude = latitude, .longitude = 7.25}}};
-}
+constexpr char kData[] = R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7}}]})";
 
 // Removes a variable from the environment while this exists.
 class WithoutVariable {

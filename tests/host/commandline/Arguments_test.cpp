@@ -12,7 +12,7 @@
 
 namespace {
 
-using Kind = host::ParseResult::Kind;
+using ParseKind = host::ParseResult::Kind;
 
 // A program with an option of each sort and two commands.
 class Arguments : public testing::Test {
@@ -54,7 +54,7 @@ protected:
     std::string mistakeIn(const std::vector<const char*>& words)
     {
         const auto result = parse(words);
-        return result.kind == Kind::kMistake ? result.text : "";
+        return result.kind == ParseKind::kMistake ? result.text : "";
     }
 
     CLI::App app_{"", "program"};
@@ -67,7 +67,7 @@ protected:
 
 TEST_F(Arguments, ParsedValuesAreInTheirVariables)
 {
-    EXPECT_EQ(parse({"get", "--name", "x", "--level", "3", "a", "b"}).kind, Kind::kParsed);
+    EXPECT_EQ(parse({"get", "--name", "x", "--level", "3", "a", "b"}).kind, ParseKind::kParsed);
     EXPECT_EQ(name_, "x");
     EXPECT_EQ(level_, 3);
     EXPECT_THAT(files_, testing::ElementsAre("a", "b"));
@@ -76,9 +76,9 @@ TEST_F(Arguments, ParsedValuesAreInTheirVariables)
 TEST_F(Arguments, HelpAndVersionAreAnswers)
 {
     EXPECT_EQ(parse({"--version"}).text, "program 1.0\n");
-    EXPECT_EQ(parse({"--version"}).kind, Kind::kAnswer);
-    EXPECT_EQ(parse({"--help"}).kind, Kind::kAnswer);
-    EXPECT_EQ(parse({"get", "--help"}).kind, Kind::kAnswer);
+    EXPECT_EQ(parse({"--version"}).kind, ParseKind::kAnswer);
+    EXPECT_EQ(parse({"--help"}).kind, ParseKind::kAnswer);
+    EXPECT_EQ(parse({"get", "--help"}).kind, ParseKind::kAnswer);
 }
 
 TEST_F(Arguments, UnknownWordIsNamedWithTheNearestName)

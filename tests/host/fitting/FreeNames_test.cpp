@@ -2,6 +2,8 @@
 
 #include "host/fitting/FreeNames.h"
 
+#include "host/Numbers.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,6 +12,7 @@
 namespace {
 
 using host::FreeNames;
+using support::kUnit;
 
 constexpr gps::GPSPoint kHere{46.5, 7.25, 0, 0, 0};
 constexpr gps::GPSPoint kThere{-10, 20, 0, 0, 0};
@@ -123,7 +126,6 @@ TEST(FreeNames, PositionIsRecognisedAfterTheDeviceRoundedIt)
                 << degrees << ' ' << off;
         }
     }
-    constexpr double kUnit = 1e-5 / 60;
     FreeNames names{20};
     names.addOnDevice("Hut", {46.5 + 2 * kUnit, 7.25, 0, 0, 0});
     EXPECT_EQ(names.claimLike("Hut", kHere), "Hut 2") << "two units away is another position";

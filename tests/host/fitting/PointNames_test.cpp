@@ -2,6 +2,8 @@
 
 #include "host/fitting/PointNames.h"
 
+#include "host/Numbers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,10 +12,9 @@ namespace {
 
 using gps::GPSPoint;
 using host::PointNames;
+using support::kUnit;
 
-constexpr double kUnit = 1e-5 / 60; // degrees: the precision of a receiver
-
-GPSPoint at(double latitude, double longitude = 7)
+GPSPoint pointAt(double latitude, double longitude = 7)
 {
     return {latitude, longitude, 0, 0, 0};
 }
@@ -21,35 +22,35 @@ GPSPoint at(double latitude, double longitude = 7)
 TEST(PointNames, NameBelongsToThePositionThatClaimedItFirst)
 {
     PointNames names;
-    EXPECT_TRUE(names.claim("Stop", at(46)));
-    EXPECT_TRUE(names.claim("Stop", at(46)));
-    EXPECT_TRUE(names.claim("Stop", at(46 + kUnit, 7 - kUnit))) << "the receiver's rounding";
-    EXPECT_FALSE(names.claim("Stop", at(46 + 2 * kUnit)));
-    EXPECT_FALSE(names.claim("Stop", at(46, 7 + 2 * kUnit)));
-    EXPECT_TRUE(names.claim("Stop 2", at(47)));
+    EXPECT_TRUE(names.claim("Stop", pointAt(46)));
+    EXPECT_TRUE(names.claim("Stop", pointAt(46)));
+    EXPECT_TRUE(names.claim("Stop", pointAt(46 + kUnit, 7 - kUnit))) << "the receiver's rounding";
+    EXPECT_FALSE(names.claim("Stop", pointAt(46 + 2 * kUnit)));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46, 7 + 2 * kUnit)));
+    EXPECT_TRUE(names.claim("Stop 2", pointAt(47)));
 }
 
 TEST(PointNames, NameOnTheDeviceCanBeClaimedOnlyAtOneOfItsPositions)
 {
     PointNames names;
-    names.addOnDevice("Stop", at(46));
-    names.addOnDevice("Stop", at(47));
-    EXPECT_FALSE(names.claim("Stop", at(48)));
-    EXPECT_FALSE(names.claim("Stop", at(47 + 2 * kUnit)));
-    EXPECT_TRUE(names.claim("Stop", at(47 - 8e-8, 7 + 8e-8)));
-    EXPECT_FALSE(names.claim("Stop", at(46))) << "it belongs to the other position now";
+    names.addOnDevice("Stop", pointAt(46));
+    names.addOnDevice("Stop", pointAt(47));
+    EXPECT_FALSE(names.claim("Stop", pointAt(48)));
+    EXPECT_FALSE(names.claim("Stop", pointAt(47 + 2 * kUnit)));
+    EXPECT_TRUE(names.claim("Stop", pointAt(47 - 8e-8, 7 + 8e-8)));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46))) << "it belongs to the other position now";
 }
 
 TEST(PointNames, NameOfAPointWithoutValidCoordinatesBelongsToNoPosition)
 {
     PointNames names;
-    names.addOnDevice("Stop", at(std::nan("")));
-    names.addOnDevice("Far", at(1e300));
-    EXPECT_FALSE(names.claim("Stop", at(46)));
-    EXPECT_FALSE(names.claim("Far", at(1e300)));
-    EXPECT_TRUE(names.claim("New", at(1e300)));
-    EXPECT_FALSE(names.claim("New", at(46)));
-    EXPECT_FALSE(names.claim("New", at(1e300)));
+    names.addOnDevice("Stop", pointAt(std::nan("")));
+    names.addOnDevice("Far", pointAt(1e300));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46)));
+    EXPECT_FALSE(names.claim("Far", pointAt(1e300)));
+    EXPECT_TRUE(names.claim("New", pointAt(1e300)));
+    EXPECT_FALSE(names.claim("New", pointAt(46)));
+    EXPECT_FALSE(names.claim("New", pointAt(1e300)));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "host/formats/GeoJsonWriter.h"
 
+#include "host/Numbers.h"
 #include "host/formats/Written.h"
 
 #include <gmock/gmock.h>
@@ -12,13 +13,12 @@
 namespace {
 
 using host::Event;
-using nlohmann::json;
+using Json = nlohmann::json;
+using support::kTen;
 using support::newRoute;
 using support::newTrack;
 using support::trackPoint;
 using support::wayPoint;
-
-constexpr std::int64_t kTen = 1717236000; // 2024-06-01 10:00:00 UTC
 
 struct GeoJson {
     std::string text;
@@ -35,9 +35,9 @@ GeoJson geoJsonOf(const std::vector<Event>& events)
     return {written.text(), writer.remark()};
 }
 
-json featuresOf(const std::vector<Event>& events)
+Json featuresOf(const std::vector<Event>& events)
 {
-    const auto document = json::parse(geoJsonOf(events).text);
+    const auto document = Json::parse(geoJsonOf(events).text);
     EXPECT_EQ(document["type"], "FeatureCollection");
     for (const auto& feature : document["features"]) {
         EXPECT_EQ(feature["type"], "Feature");
@@ -46,7 +46,7 @@ json featuresOf(const std::vector<Event>& events)
     return document["features"];
 }
 
-json geometryOf(const std::vector<Event>& events)
+Json geometryOf(const std::vector<Event>& events)
 {
     const auto features = featuresOf(events);
     EXPECT_EQ(features.size(), 1U);
@@ -85,7 +85,7 @@ TEST(GeoJsonWriter, EveryFieldOfARecordButItsPointIsAProperty)
                                                     {"point", gps::GPSPoint{}}})});
     EXPECT_EQ(
         features[0]["properties"],
-        json::parse(
+        Json::parse(
             R"({"kind":"geocache","name":"C","comment":"","symbol":"Geocache","datePlaced":"010208",
         "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
@@ -106,7 +106,7 @@ TEST(GeoJsonWriter, TrackIsALineWithItsTimes)
 {
     const auto features = featuresOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
                                       trackPoint({4, 5, 6, kTen + 1, 0})});
-    EXPECT_EQ(features, json::parse(R"([{"type":"Feature",
+    EXPECT_EQ(features, Json::parse(R"([{"type":"Feature",
         "properties":{"kind":"track","name":"Day 1","times":["2024-06-01T10:00:00Z","2024-06-01T10:00:01Z"]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
 }
@@ -114,24 +114,24 @@ TEST(GeoJsonWriter, TrackIsALineWithItsTimes)
 TEST(GeoJsonWriter, PointWithoutATimestampHasNullAmongTheTimes)
 {
     const auto times = [](const std::vector<Event>& events) {
-        return featuresOf(events)[0]["properties"].value("times", json{});
+        return featuresOf(events)[0]["properties"].value("times", Json{});
     };
     const auto at = [](std::int64_t time) { return trackPoint({0, 0, 0, time, 0}); };
     EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}),
-              json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
-    EXPECT_EQ(times({at(kTen), at(0)}), json::parse(R"(["2024-06-01T10:00:00Z",null])"));
+              Json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
+    EXPECT_EQ(times({at(kTen), at(0)}), Json::parse(R"(["2024-06-01T10:00:00Z",null])"));
     EXPECT_EQ(times({at(0), at(315532799)}),
-              json{}); // without any timestamp there is no such property
+              Json{}); // without any timestamp there is no such property
 }
 
 TEST(GeoJsonWriter, LineOfOnePointIsAPointAndAnEmptyLineHasNoGeometry)
 {
     EXPECT_EQ(geometryOf({trackPoint({1, 2, 3, 0, 0})}),
-              json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
-    EXPECT_EQ(geometryOf({newTrack({{"name", "T"}})}), json{});
+              Json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
+    EXPECT_EQ(geometryOf({newTrack({{"name", "T"}})}), Json{});
     EXPECT_EQ(geometryOf({newRoute({}), wayPoint({1, 2, 3, 0, 0})}),
-              json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
-    EXPECT_EQ(geometryOf({newRoute({})}), json{});
+              Json::parse(R"({"type":"Point","coordinates":[2,1,3]})"));
+    EXPECT_EQ(geometryOf({newRoute({})}), Json{});
 }
 
 TEST(GeoJsonWriter, RouteHasTheRecordsOfItsPoints)
@@ -143,7 +143,7 @@ TEST(GeoJsonWriter, RouteHasTheRecordsOfItsPoints)
                     wayPoint({4, 5, 6, 0, 0})});
     EXPECT_EQ(
         features,
-        json::parse(
+        Json::parse(
             R"([{"type":"Feature","properties":{"kind":"route","name":"Loop","comment":"nice","lastIndex":2,
         "points":[{"time":"2024-06-01T10:00:00Z","name":"A","symbol":"Camp"},{}]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
@@ -154,15 +154,15 @@ TEST(GeoJsonWriter, LineAcrossTheDateLineIsCutThere)
     const auto features =
         featuresOf({trackPoint({0, 178, 0, kTen, 0}), trackPoint({0, 179, 0, kTen, 0}),
                     trackPoint({2, -179, 4, kTen, 0}), trackPoint({4, 179, 4, kTen, 0})});
-    EXPECT_EQ(features[0]["geometry"], json::parse(R"({"type":"MultiLineString","coordinates":[
+    EXPECT_EQ(features[0]["geometry"], Json::parse(R"({"type":"MultiLineString","coordinates":[
         [[178,0,0],[179,0,0],[180,1,2]],[[-180,1,2],[-179,2,4],[-180,3,4]],[[180,3,4],[179,4,4]]]})"));
     const std::string at = "2024-06-01T10:00:00Z";
     EXPECT_EQ(features[0]["properties"]["times"],
-              json({at, at, nullptr, nullptr, at, nullptr, nullptr, at}));
+              Json({at, at, nullptr, nullptr, at, nullptr, nullptr, at}));
     const auto route = featuresOf(
         {newRoute({}), wayPoint({0, 179, 0, 0, 0}, {{"name", "A"}}), wayPoint({0, -179, 0, 0, 0})});
     EXPECT_EQ(route[0]["geometry"]["type"], "MultiLineString");
-    EXPECT_EQ(route[0]["properties"]["points"], json::parse(R"([{"name":"A"},null,null,{}])"));
+    EXPECT_EQ(route[0]["properties"]["points"], Json::parse(R"([{"name":"A"},null,null,{}])"));
 }
 
 TEST(GeoJsonWriter, StateOfOneLineDoesNotReachTheNext)
@@ -172,7 +172,7 @@ TEST(GeoJsonWriter, StateOfOneLineDoesNotReachTheNext)
                     newTrack({}), trackPoint({0, 179, 0, 0, 0}), trackPoint({0, 178, 0, 0, 0})});
     ASSERT_EQ(features.size(), 2U);
     EXPECT_EQ(features[1]["geometry"],
-              json::parse(R"({"type":"LineString","coordinates":[[179,0,0],[178,0,0]]})"));
+              Json::parse(R"({"type":"LineString","coordinates":[[179,0,0],[178,0,0]]})"));
     EXPECT_FALSE(features[1]["properties"].contains("times"));
 }
 
@@ -184,9 +184,9 @@ TEST(GeoJsonWriter, PointOffTheGlobeIsLeftOutAndCounted)
                    trackPoint({0, std::numeric_limits<double>::quiet_NaN(), 0, kTen, 0}),
                    trackPoint({-90, 180, 0, kTen, 0})});
     EXPECT_EQ(poles.remark, "3 points without valid coordinates were left out");
-    const auto features = json::parse(poles.text)["features"];
-    EXPECT_EQ(features[0]["geometry"], json{});
-    EXPECT_EQ(features[1]["geometry"]["coordinates"], json::parse("[[180,90,0],[180,-90,0]]"));
+    const auto features = Json::parse(poles.text)["features"];
+    EXPECT_EQ(features[0]["geometry"], Json{});
+    EXPECT_EQ(features[1]["geometry"]["coordinates"], Json::parse("[[180,90,0],[180,-90,0]]"));
     EXPECT_EQ(features[1]["properties"]["times"].size(), 2U);
     EXPECT_EQ(geoJsonOf({wayPoint({})}).remark, "");
 }
@@ -195,7 +195,7 @@ TEST(GeoJsonWriter, AltitudeThatIsNotFiniteIsLeftOut)
 {
     EXPECT_EQ(geometryOf(
                   {wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})})["coordinates"],
-              json({2, 1}));
+              Json({2, 1}));
 }
 
 TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)

@@ -38,7 +38,7 @@ Gpx gpxOf(const std::vector<Event>& events)
     return {written.text(), writer.remark()};
 }
 
-std::string bodyOf(const std::vector<Event>& events)
+std::string gpxBodyOf(const std::vector<Event>& events)
 {
     auto text = gpxOf(events).text;
     EXPECT_THAT(text, testing::StartsWith(kHead));
@@ -48,33 +48,34 @@ std::string bodyOf(const std::vector<Event>& events)
 
 TEST(GpxWriter, WithoutEventsItIsAnEmptyDocument)
 {
-    EXPECT_EQ(bodyOf({}), "");
+    EXPECT_EQ(gpxBodyOf({}), "");
 }
 
 TEST(GpxWriter, WayPointHasItsChildrenInTheOrderOfTheSchema)
 {
-    EXPECT_EQ(bodyOf({wayPoint({46.5, -7.25, 1200.5, 1717236000, 0},
-                               {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
-              "<wpt lat=\"46.5\" "
-              "lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>A</name>"
-              "<cmt>by the lake</cmt><sym>Camp</sym></wpt>\n");
+    EXPECT_EQ(
+        gpxBodyOf({wayPoint({46.5, -7.25, 1200.5, 1717236000, 0},
+                            {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
+        "<wpt lat=\"46.5\" "
+        "lon=\"-7.25\"><ele>1200.5</ele><time>2024-06-01T10:00:00Z</time><name>A</name>"
+        "<cmt>by the lake</cmt><sym>Camp</sym></wpt>\n");
 }
 
 TEST(GpxWriter, EmptyTextsAreLeftOut)
 {
-    EXPECT_EQ(bodyOf({wayPoint({}, {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
+    EXPECT_EQ(gpxBodyOf({wayPoint({}, {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
               "<wpt lat=\"0\" lon=\"0\"><ele>0</ele></wpt>\n");
 }
 
 TEST(GpxWriter, TextsAreEscaped)
 {
-    EXPECT_THAT(bodyOf({wayPoint({}, {{"name", "<&\x01\xff"}})}),
+    EXPECT_THAT(gpxBodyOf({wayPoint({}, {{"name", "<&\x01\xff"}})}),
                 HasSubstr("<name>&lt;&amp;\xEF\xBF\xBD</name>"));
 }
 
 TEST(GpxWriter, NumbersHaveNoExponent)
 {
-    const auto body = bodyOf({wayPoint({1e-7, -1e-9, 1e22, 0, 0})});
+    const auto body = gpxBodyOf({wayPoint({1e-7, -1e-9, 1e22, 0, 0})});
     EXPECT_EQ(
         body,
         "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
@@ -82,18 +83,18 @@ TEST(GpxWriter, NumbersHaveNoExponent)
 
 TEST(GpxWriter, TimeBefore1980IsOmitted)
 {
-    EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532799, 0})}), Not(HasSubstr("<time>")));
-    EXPECT_THAT(bodyOf({trackPoint({0, 0, 0, 315532800, 0})}),
+    EXPECT_THAT(gpxBodyOf({trackPoint({0, 0, 0, 315532799, 0})}), Not(HasSubstr("<time>")));
+    EXPECT_THAT(gpxBodyOf({trackPoint({0, 0, 0, 315532800, 0})}),
                 HasSubstr("<time>1980-01-01T00:00:00Z</time>"));
 }
 
 TEST(GpxWriter, LongitudeOf180IsWrittenFromTheOtherSide)
 {
-    EXPECT_THAT(bodyOf({wayPoint({0, 180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
-    EXPECT_THAT(bodyOf({wayPoint({0, -180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
-    EXPECT_THAT(bodyOf({wayPoint({0, 179.999999999, 0, 0, 0})}),
+    EXPECT_THAT(gpxBodyOf({wayPoint({0, 180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
+    EXPECT_THAT(gpxBodyOf({wayPoint({0, -180, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
+    EXPECT_THAT(gpxBodyOf({wayPoint({0, 179.999999999, 0, 0, 0})}),
                 HasSubstr("lon=\"179.999999999\""));
-    EXPECT_THAT(bodyOf({wayPoint({0, 179.9999999996, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
+    EXPECT_THAT(gpxBodyOf({wayPoint({0, 179.9999999996, 0, 0, 0})}), HasSubstr("lon=\"-180\""));
 }
 
 TEST(GpxWriter, PointOffTheGlobeIsLeftOutAndCounted)
@@ -113,34 +114,34 @@ TEST(GpxWriter, PointOffTheGlobeDoesNotRepeatThePointBefore)
 {
     const gps::GPSPoint good{1, 2, 3, 0, 0};
     const gps::GPSPoint offTheGlobe{91, 2, 3, 0, 0};
-    EXPECT_EQ(bodyOf({wayPoint(good), wayPoint(offTheGlobe)}),
+    EXPECT_EQ(gpxBodyOf({wayPoint(good), wayPoint(offTheGlobe)}),
               "<wpt lat=\"1\" lon=\"2\"><ele>3</ele></wpt>\n");
-    EXPECT_EQ(bodyOf({newRoute({}), wayPoint(good), wayPoint(offTheGlobe)}),
+    EXPECT_EQ(gpxBodyOf({newRoute({}), wayPoint(good), wayPoint(offTheGlobe)}),
               "<rte>\n<rtept lat=\"1\" lon=\"2\"><ele>3</ele></rtept>\n</rte>\n");
-    EXPECT_EQ(bodyOf({newTrack({}), trackPoint(good), trackPoint(offTheGlobe)}),
+    EXPECT_EQ(gpxBodyOf({newTrack({}), trackPoint(good), trackPoint(offTheGlobe)}),
               "<trk><trkseg>\n<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n"
               "</trkseg></trk>\n");
 }
 
 TEST(GpxWriter, AltitudeThatIsNotFiniteIsLeftOut)
 {
-    EXPECT_EQ(bodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}),
+    EXPECT_EQ(gpxBodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}),
               "<wpt lat=\"1\" lon=\"2\"></wpt>\n");
 }
 
 TEST(GpxWriter, RouteHasItsPoints)
 {
-    EXPECT_EQ(bodyOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
-                      wayPoint({1, 2, 3, 0, 0},
-                               {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}})}),
+    EXPECT_EQ(gpxBodyOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
+                         wayPoint({1, 2, 3, 0, 0},
+                                  {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}})}),
               "<rte><name>Loop</name><cmt>nice</cmt>\n<rtept lat=\"1\" "
               "lon=\"2\"><ele>3</ele><name>A</name></rtept>\n</rte>\n");
 }
 
 TEST(GpxWriter, TrackHasOneSegment)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, 0, 0}),
-                      trackPoint({4, 5, 6, 0, 0})}),
+    EXPECT_EQ(gpxBodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, 0, 0}),
+                         trackPoint({4, 5, 6, 0, 0})}),
               "<trk><name>Day 1</name><trkseg>\n<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n"
               "<trkpt lat=\"4\" lon=\"5\"><ele>6</ele></trkpt>\n</trkseg></trk>\n");
 }
@@ -149,23 +150,23 @@ TEST(GpxWriter, WayPointAfterTheEndOfARouteIsNotOneOfItsPoints)
 {
     const auto ended =
         support::transferEvent(host::EventKind::kEndTransfer, gps::TransferKind::kRoutes);
-    EXPECT_EQ(bodyOf({newRoute({}), ended, wayPoint({})}),
+    EXPECT_EQ(gpxBodyOf({newRoute({}), ended, wayPoint({})}),
               "<wpt lat=\"0\" lon=\"0\"><ele>0</ele></wpt>\n<rte>\n</rte>\n");
 }
 
 TEST(GpxWriter, TrackPointWithoutATrackOpensOne)
 {
-    EXPECT_EQ(bodyOf({trackPoint({})}),
+    EXPECT_EQ(gpxBodyOf({trackPoint({})}),
               "<trk><trkseg>\n<trkpt lat=\"0\" lon=\"0\"><ele>0</ele></trkpt>\n</trkseg></trk>\n");
 }
 
 TEST(GpxWriter, SectionsKeepTheirOrderWhenFilesMixThem)
 {
-    const auto body = bodyOf({newTrack({{"name", "T1"}}), trackPoint({}),
-                              newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
-                              support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
-                              newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}}),
-                              support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
+    const auto body = gpxBodyOf({newTrack({{"name", "T1"}}), trackPoint({}),
+                                 newRoute({{"name", "R1"}}), wayPoint({}, {{"name", "RP"}}),
+                                 support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
+                                 newTrack({{"name", "T2"}}), newRoute({{"name", "R2"}}),
+                                 support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
     std::vector<std::size_t> positions;
     for (const char* name : {">W1<", ">W2<", ">R1<", ">RP<", ">R2<", ">T1<", ">T2<"})
         positions.push_back(body.find(name));
@@ -176,7 +177,7 @@ TEST(GpxWriter, SectionsKeepTheirOrderWhenFilesMixThem)
 TEST(GpxWriter, GeocacheHasItsExtension)
 {
     EXPECT_THAT(
-        bodyOf({wayPoint({}, {{"name", "GC1"}, {"symbol", "Geocache"}, {"terrain", "2"}})}),
+        gpxBodyOf({wayPoint({}, {{"name", "GC1"}, {"symbol", "Geocache"}, {"terrain", "2"}})}),
         HasSubstr(
             "<sym>Geocache</sym><extensions><groundspeak:cache "
             "xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">"

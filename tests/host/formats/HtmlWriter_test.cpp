@@ -4,26 +4,24 @@
 
 #include "host/formats/HtmlWriter.h"
 
+#include "host/Numbers.h"
 #include "host/formats/Written.h"
 #include "host/page/HtmlPage.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <limits>
-
 namespace {
 
 using host::Event;
-using nlohmann::json;
+using Json = nlohmann::json;
+using support::kNaN;
 using support::newRoute;
 using support::newTrack;
 using support::trackPoint;
 using support::wayPoint;
 using testing::HasSubstr;
 using testing::Not;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::string pageOf(const std::vector<Event>& events)
 {
@@ -44,9 +42,9 @@ std::string dataTextOf(const std::vector<Event>& events)
     return page.substr(head, page.size() - head - host::pageFoot().size());
 }
 
-json dataOf(const std::vector<Event>& events)
+Json pageDataOf(const std::vector<Event>& events)
 {
-    return json::parse(dataTextOf(events));
+    return Json::parse(dataTextOf(events));
 }
 
 std::size_t count(std::string_view text, std::string_view part)
@@ -60,8 +58,8 @@ std::size_t count(std::string_view text, std::string_view part)
 
 TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
 {
-    EXPECT_EQ(dataOf({}),
-              json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+    EXPECT_EQ(pageDataOf({}),
+              Json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
@@ -82,27 +80,27 @@ TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
 TEST(HtmlWriter, TrackHasDifferencesOfPointsAndFigures)
 {
     EXPECT_EQ(
-        dataOf({newTrack({{"name", "Day 1"}}), trackPoint({46.5, -7.25, 500, 1717236000, 0}),
-                trackPoint({46.501, -7.25, 505.04, 1717236060, 0}),
-                trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
-        json::parse(
+        pageDataOf({newTrack({{"name", "Day 1"}}), trackPoint({46.5, -7.25, 500, 1717236000, 0}),
+                    trackPoint({46.501, -7.25, 505.04, 1717236060, 0}),
+                    trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
+        Json::parse(
             R"([{"name":"Day 1","points":[46500000,-7250000,5000,1717236000, 1000,0,50,60, -1000,0,-150,60],
                                "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120}])"));
 }
 
 TEST(HtmlWriter, UnknownValueIsNullAndDoesNotChangeItsColumn)
 {
-    const auto track =
-        dataOf({trackPoint({0, 0, 10, 1717236000, 0}), trackPoint({0, 0, kNaN, 0, 0}),
-                trackPoint({0, 0, 1e6, 1, 0}), trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
+    const auto track = pageDataOf({trackPoint({0, 0, 10, 1717236000, 0}),
+                                   trackPoint({0, 0, kNaN, 0, 0}), trackPoint({0, 0, 1e6, 1, 0}),
+                                   trackPoint({0, 0, 12, 1717236005, 0})})["tracks"][0];
     EXPECT_EQ(track["points"],
-              json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
+              Json::parse("[0,0,100,1717236000, 0,0,null,null, 0,0,null,null, 0,0,20,5]"));
     EXPECT_EQ(track["name"], "");
 }
 
 TEST(HtmlWriter, UnknownFiguresAreNull)
 {
-    const auto track = dataOf({newTrack({}), trackPoint({})})["tracks"][0];
+    const auto track = pageDataOf({newTrack({}), trackPoint({})})["tracks"][0];
     for (const char* key : {"first", "last", "ascent", "descent", "moving"})
         EXPECT_TRUE(track.at(key).is_null()) << key;
     EXPECT_EQ(track["kilometres"], 0);
@@ -110,22 +108,22 @@ TEST(HtmlWriter, UnknownFiguresAreNull)
 
 TEST(HtmlWriter, DifferencesAndFiguresStartAnewWithEachTrack)
 {
-    const auto tracks = dataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}),
-                                newTrack({{"name", "B"}}), trackPoint({1, 1, 9, 1717236000, 0}),
-                                newTrack({{"name", "C"}})})["tracks"];
+    const auto tracks = pageDataOf({newTrack({{"name", "A"}}), trackPoint({1, 1, 9, 1717236000, 0}),
+                                    newTrack({{"name", "B"}}), trackPoint({1, 1, 9, 1717236000, 0}),
+                                    newTrack({{"name", "C"}})})["tracks"];
     ASSERT_EQ(tracks.size(), 3U);
     EXPECT_EQ(tracks[0]["points"], tracks[1]["points"]);
     for (const char* key : {"kilometres", "first", "last", "ascent", "descent", "moving"})
         EXPECT_EQ(tracks[0][key], tracks[1][key]) << key;
-    EXPECT_EQ(tracks[2]["points"], json::array());
+    EXPECT_EQ(tracks[2]["points"], Json::array());
 }
 
 TEST(HtmlWriter, RouteHasItsPointsAndItsLength)
 {
-    EXPECT_EQ(dataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}),
-                      wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
-                      wayPoint({1, 0, 4, 0, 0}, {{"name", "B"}})})["routes"],
-              json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"points":[
+    EXPECT_EQ(pageDataOf({newRoute({{"name", "Loop"}, {"comment", "nice"}}),
+                          wayPoint({0, 0, 3, 0, 0}, {{"name", "A"}}),
+                          wayPoint({1, 0, 4, 0, 0}, {{"name", "B"}})})["routes"],
+              Json::parse(R"([{"name":"Loop","comment":"nice","kilometres":111.195,"points":[
                                {"name":"A","comment":"","symbol":"","at":[0,0,30,null]},
                                {"name":"B","comment":"","symbol":"","at":[1000000,0,40,null]}]}])"));
 }
@@ -133,8 +131,8 @@ TEST(HtmlWriter, RouteHasItsPointsAndItsLength)
 TEST(HtmlWriter, LengthStartsAnewWithEachRoute)
 {
     const auto routes =
-        dataOf({newRoute({}), wayPoint({0, 0, 0, 0, 0}, {}), wayPoint({1, 0, 0, 0, 0}, {}),
-                newRoute({}), wayPoint({5, 5, 0, 0, 0}, {})})["routes"];
+        pageDataOf({newRoute({}), wayPoint({0, 0, 0, 0, 0}, {}), wayPoint({1, 0, 0, 0, 0}, {}),
+                    newRoute({}), wayPoint({5, 5, 0, 0, 0}, {})})["routes"];
     ASSERT_EQ(routes.size(), 2U);
     EXPECT_EQ(routes[0]["kilometres"], 111.195);
     EXPECT_EQ(routes[1]["kilometres"], 0);
@@ -143,32 +141,32 @@ TEST(HtmlWriter, LengthStartsAnewWithEachRoute)
 TEST(HtmlWriter, GeocachesHaveAListOfTheirOwn)
 {
     const auto data =
-        dataOf({wayPoint({46.5, 7.25, 1200, 0, 0},
-                         {{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Resort"}}),
-                wayPoint({46, 7, 500, 0, 0}, {{"name", "GC1"},
-                                              {"comment", "note"},
-                                              {"geocacheOwner", "owner"},
-                                              {"geocacheHint", "hint"},
-                                              {"geocacheType", "Traditional"},
-                                              {"datePlaced", "010208"},
-                                              {"dateFound", "soon"},
-                                              {"difficulty", "1"},
-                                              {"terrain", "2.5"},
-                                              {"symbol", "Geocache"}})});
+        pageDataOf({wayPoint({46.5, 7.25, 1200, 0, 0},
+                             {{"name", "Camp"}, {"comment", "by the lake"}, {"symbol", "Resort"}}),
+                    wayPoint({46, 7, 500, 0, 0}, {{"name", "GC1"},
+                                                  {"comment", "note"},
+                                                  {"geocacheOwner", "owner"},
+                                                  {"geocacheHint", "hint"},
+                                                  {"geocacheType", "Traditional"},
+                                                  {"datePlaced", "010208"},
+                                                  {"dateFound", "soon"},
+                                                  {"difficulty", "1"},
+                                                  {"terrain", "2.5"},
+                                                  {"symbol", "Geocache"}})});
     EXPECT_EQ(
         data["waypoints"],
-        json::parse(
+        Json::parse(
             R"([{"name":"Camp","comment":"by the lake","symbol":"Resort","at":[46500000,7250000,12000,null]}])"));
     EXPECT_EQ(
         data["geocaches"],
-        json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
+        Json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
         "owner":"owner","hint":"hint","difficulty":"1","terrain":"2.5","placed":"2008-02-01","found":"soon",
         "at":[46000000,7000000,5000,null]}])"));
 }
 
 TEST(HtmlWriter, RecordsInAnyOrderAreListedByKind)
 {
-    const auto data = dataOf(
+    const auto data = pageDataOf(
         {newTrack({{"name", "T1"}}), trackPoint({}), newRoute({{"name", "R1"}}),
          wayPoint({}, {{"name", "P"}}), support::stateChange(0), wayPoint({}, {{"name", "W1"}}),
          newTrack({{"name", "T2"}}), support::stateChange(0), wayPoint({}, {{"name", "W2"}})});
@@ -179,12 +177,12 @@ TEST(HtmlWriter, RecordsInAnyOrderAreListedByKind)
 
 TEST(HtmlWriter, PointsWithoutValidCoordinatesAreLeftOutAndCounted)
 {
-    const auto data = dataOf(
+    const auto data = pageDataOf(
         {newTrack({}), trackPoint({90.1, 0, 0, 0, 0}), trackPoint({90, 0, 0, 0, 0}), newRoute({}),
          wayPoint({0, 181, 0, 0, 0}), support::stateChange(0), wayPoint({kNaN, 0, 0, 0, 0})});
-    EXPECT_EQ(data["tracks"][0]["points"], json::parse("[90000000,0,0,null]"));
-    EXPECT_EQ(data["routes"][0]["points"], json::array());
-    EXPECT_EQ(data["waypoints"], json::array());
+    EXPECT_EQ(data["tracks"][0]["points"], Json::parse("[90000000,0,0,null]"));
+    EXPECT_EQ(data["routes"][0]["points"], Json::array());
+    EXPECT_EQ(data["waypoints"], Json::array());
     EXPECT_EQ(data["note"], "3 points without valid coordinates were left out");
 }
 
@@ -200,13 +198,14 @@ TEST(HtmlWriter, NoTextBecomesMarkupOrScript)
          newRoute({{"name", hostile}, {"comment", hostile}}), newTrack({{"name", hostile}})});
     for (const char* part : {"<", ">", "&", "\xE2\x80\xA8"})
         EXPECT_THAT(text, Not(HasSubstr(part))) << part;
-    EXPECT_EQ(json::parse(text)["tracks"][0]["name"],
+    EXPECT_EQ(Json::parse(text)["tracks"][0]["name"],
               "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
 }
 
 TEST(HtmlWriter, ControlCharactersAndInvalidUtf8AreReplaced)
 {
-    const auto data = dataOf({newTrack({{"name", std::string{"a\0b\x1b\xff\xE2\x80\xAE", 8}}})});
+    const auto data =
+        pageDataOf({newTrack({{"name", std::string{"a\0b\x1b\xff\xE2\x80\xAE", 8}}})});
     EXPECT_EQ(data["tracks"][0]["name"], "a\xEF\xBF\xBD"
                                          "b\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
 }
@@ -215,7 +214,7 @@ TEST(HtmlWriter, LongNamesAndRightToLeftNamesAreKept)
 {
     const std::string arabic = "\xD8\xAC\xD8\xA8\xD9\x84";
     const auto data =
-        dataOf({newTrack({{"name", std::string(10'000, 'x')}}), newTrack({{"name", arabic}})});
+        pageDataOf({newTrack({{"name", std::string(10'000, 'x')}}), newTrack({{"name", arabic}})});
     EXPECT_EQ(data["tracks"][0]["name"], std::string(10'000, 'x'));
     EXPECT_EQ(data["tracks"][1]["name"], arabic);
 }

@@ -2,6 +2,7 @@
 
 #include "host/formats/KmlLine.h"
 
+#include "host/Numbers.h"
 #include "host/formats/Written.h"
 
 #include <gtest/gtest.h>
@@ -10,11 +11,10 @@
 
 namespace {
 
-using Times = host::KmlLine::Times;
+using KmlTimes = host::KmlLine::Times;
+using support::kTen;
 
-constexpr std::int64_t kTime = 1717236000; // 2024-06-01 10:00:00 UTC
-
-std::string lineOf(const std::vector<gps::GPSPoint>& points, Times times)
+std::string placemarkOf(const std::vector<gps::GPSPoint>& points, KmlTimes times)
 {
     support::Written written;
     host::KmlLine line{written.folder()};
@@ -27,24 +27,24 @@ std::string lineOf(const std::vector<gps::GPSPoint>& points, Times times)
 
 TEST(KmlLine, WithoutPointsIsAPlacemarkWithoutGeometry)
 {
-    EXPECT_EQ(lineOf({}, Times::kKept), "<Placemark></Placemark>\n");
+    EXPECT_EQ(placemarkOf({}, KmlTimes::kKept), "<Placemark></Placemark>\n");
 }
 
 TEST(KmlLine, OnePointIsAPointAndTwoAreALineString)
 {
-    EXPECT_EQ(lineOf({{1, 2, 3, 0, 0}}, Times::kKept),
+    EXPECT_EQ(placemarkOf({{1, 2, 3, 0, 0}}, KmlTimes::kKept),
               "<Placemark><Point><coordinates>2,1,3\n</coordinates></Point></Placemark>\n");
-    EXPECT_EQ(lineOf({{1, 2, 3, 0, 0}, {4, 5, 6, 0, 0}}, Times::kKept),
+    EXPECT_EQ(placemarkOf({{1, 2, 3, 0, 0}, {4, 5, 6, 0, 0}}, KmlTimes::kKept),
               "<Placemark><LineString><tessellate>1</tessellate><coordinates>\n"
               "2,1,3\n5,4,6\n</coordinates></LineString></Placemark>\n");
 }
 
 TEST(KmlLine, OneTimedPointIsATrackUnlessTimesAreDropped)
 {
-    EXPECT_EQ(lineOf({{1, 2, 3, kTime, 0}}, Times::kKept),
+    EXPECT_EQ(placemarkOf({{1, 2, 3, kTen, 0}}, KmlTimes::kKept),
               "<Placemark><gx:Track>\n<when>2024-06-01T10:00:00Z</when>\n"
               "<gx:coord>2 1 3</gx:coord>\n</gx:Track></Placemark>\n");
-    EXPECT_EQ(lineOf({{1, 2, 3, kTime, 0}}, Times::kDropped),
+    EXPECT_EQ(placemarkOf({{1, 2, 3, kTen, 0}}, KmlTimes::kDropped),
               "<Placemark><Point><coordinates>2,1,3\n</coordinates></Point></Placemark>\n");
 }
 
@@ -52,10 +52,10 @@ TEST(KmlLine, BeginForgetsTheLineBefore)
 {
     support::Written written;
     host::KmlLine line{written.folder()};
-    line.begin("<Placemark>1", Times::kKept);
+    line.begin("<Placemark>1", KmlTimes::kKept);
     line.add(written.output(), {0, 179, 0, 0, 0});
     line.end(written.output());
-    line.begin("<Placemark>2", Times::kKept);
+    line.begin("<Placemark>2", KmlTimes::kKept);
     line.add(written.output(), {0, -179, 0, 0, 0}); // not across the meridian: another line
     line.end(written.output());
     EXPECT_EQ(written.text(),

@@ -2,6 +2,7 @@
 
 #include "host/formats/KmlWriter.h"
 
+#include "host/Numbers.h"
 #include "host/formats/Written.h"
 
 #include <gmock/gmock.h>
@@ -12,6 +13,7 @@
 namespace {
 
 using host::Event;
+using support::kTen;
 using support::newRoute;
 using support::newTrack;
 using support::trackPoint;
@@ -19,8 +21,6 @@ using support::wayPoint;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-
-constexpr std::int64_t kTen = 1717236000; // 2024-06-01 10:00:00 UTC
 
 struct Kml {
     std::string text;
@@ -38,7 +38,7 @@ Kml kmlOf(const std::vector<Event>& events)
 }
 
 // The text between the styles and the end of the document.
-std::string bodyOf(const std::vector<Event>& events)
+std::string kmlBodyOf(const std::vector<Event>& events)
 {
     constexpr std::string_view kStyle = "</Style>\n";
     constexpr std::string_view kFoot = "</Document>\n</kml>\n";
@@ -58,38 +58,39 @@ std::vector<std::string> namesOf(const pugi::xml_node& parent, const char* child
 
 TEST(KmlWriter, WithoutEventsItIsADocumentOfStyles)
 {
-    EXPECT_EQ(bodyOf({}), "");
+    EXPECT_EQ(kmlBodyOf({}), "");
     EXPECT_THAT(kmlOf({}).text,
                 testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml "));
 }
 
 TEST(KmlWriter, WayPointHasItsChildrenInTheOrderOfTheSchema)
 {
-    EXPECT_EQ(bodyOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0},
-                               {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
-              "<Folder><name>Waypoints</name>\n"
-              "<Placemark><name>A</name><description>by the "
-              "lake</description><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp>"
-              "<styleUrl>#waypoint</styleUrl><ExtendedData><Data "
-              "name=\"symbol\"><value>Camp</value></Data>"
-              "<Data name=\"comment\"><value>by the lake</value></Data></ExtendedData>"
-              "<Point><coordinates>-7.25,46.5,1200.5</coordinates></Point></Placemark>\n"
-              "</Folder>\n");
+    EXPECT_EQ(
+        kmlBodyOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0},
+                            {{"symbol", "Camp"}, {"comment", "by the lake"}, {"name", "A"}})}),
+        "<Folder><name>Waypoints</name>\n"
+        "<Placemark><name>A</name><description>by the "
+        "lake</description><TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp>"
+        "<styleUrl>#waypoint</styleUrl><ExtendedData><Data "
+        "name=\"symbol\"><value>Camp</value></Data>"
+        "<Data name=\"comment\"><value>by the lake</value></Data></ExtendedData>"
+        "<Point><coordinates>-7.25,46.5,1200.5</coordinates></Point></Placemark>\n"
+        "</Folder>\n");
 }
 
 TEST(KmlWriter, EmptyTextsAndTimesWithoutADateAreLeftOut)
 {
-    EXPECT_THAT(bodyOf({wayPoint({1, 2, 3, 315532799, 0},
-                                 {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
+    EXPECT_THAT(kmlBodyOf({wayPoint({1, 2, 3, 315532799, 0},
+                                    {{"name", ""}, {"comment", ""}, {"symbol", ""}})}),
                 HasSubstr("\n<Placemark><styleUrl>#waypoint</styleUrl><Point><coordinates>2,1,3</"
                           "coordinates></Point></Placemark>\n"));
-    EXPECT_THAT(bodyOf({wayPoint({0, 0, 0, 315532800, 0})}),
+    EXPECT_THAT(kmlBodyOf({wayPoint({0, 0, 0, 315532800, 0})}),
                 HasSubstr("<when>1980-01-01T00:00:00Z</when>"));
 }
 
 TEST(KmlWriter, MarkupInADescriptionIsShownAsText)
 {
-    const auto body = bodyOf({wayPoint({}, {{"name", "<&\x01\xff"}, {"comment", "<b>&"}})});
+    const auto body = kmlBodyOf({wayPoint({}, {{"name", "<&\x01\xff"}, {"comment", "<b>&"}})});
     EXPECT_THAT(body, HasSubstr("<name>&lt;&amp;\xEF\xBF\xBD</name>"));
     EXPECT_THAT(body, HasSubstr("<description>&amp;lt;b&amp;gt;&amp;amp;</description>"));
     EXPECT_THAT(body, HasSubstr("<Data name=\"comment\"><value>&lt;b&gt;&amp;</value></Data>"));
@@ -97,12 +98,12 @@ TEST(KmlWriter, MarkupInADescriptionIsShownAsText)
 
 TEST(KmlWriter, EveryFieldOfARecordButItsPointIsData)
 {
-    const auto body = bodyOf({wayPoint({}, {{"symbol", "Geocache"},
-                                            {"terrain", "2"},
-                                            {"count", 3},
-                                            {"list", gps::Array{1, "x"}},
-                                            {"a\"b", true},
-                                            {"point", gps::GPSPoint{}}})});
+    const auto body = kmlBodyOf({wayPoint({}, {{"symbol", "Geocache"},
+                                               {"terrain", "2"},
+                                               {"count", 3},
+                                               {"list", gps::Array{1, "x"}},
+                                               {"a\"b", true},
+                                               {"point", gps::GPSPoint{}}})});
     EXPECT_THAT(
         body,
         HasSubstr("<Folder><name>Geocaches</name>\n<Placemark><styleUrl>#geocache</styleUrl>"
@@ -115,8 +116,8 @@ TEST(KmlWriter, EveryFieldOfARecordButItsPointIsData)
 
 TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsCoordinates)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
-                      trackPoint({4, 5, 6, kTen + 1, 0})}),
+    EXPECT_EQ(kmlBodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
+                         trackPoint({4, 5, 6, kTen + 1, 0})}),
               "<Folder><name>Tracks</name>\n"
               "<Placemark><name>Day 1</name><styleUrl>#track</styleUrl><gx:Track>\n"
               "<when>2024-06-01T10:00:00Z</when>\n<when>2024-06-01T10:00:01Z</when>\n"
@@ -127,8 +128,8 @@ TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsCoordinates)
 
 TEST(KmlWriter, UntimedTrackIsALine)
 {
-    EXPECT_EQ(bodyOf({newTrack({{"name", "T"}}), trackPoint({1, 2, 3, 0, 0}),
-                      trackPoint({4, 5, 6, 60, 0})}),
+    EXPECT_EQ(kmlBodyOf({newTrack({{"name", "T"}}), trackPoint({1, 2, 3, 0, 0}),
+                         trackPoint({4, 5, 6, 60, 0})}),
               "<Folder><name>Tracks</name>\n"
               "<Placemark><name>T</name><styleUrl>#track</styleUrl><LineString><tessellate>1</"
               "tessellate><coordinates>\n"
@@ -139,12 +140,12 @@ TEST(KmlWriter, UntimedTrackIsALine)
 
 TEST(KmlWriter, OneUntimedPointIsAPointAndNoPointsAreNoGeometry)
 {
-    EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, 0, 0})}),
+    EXPECT_THAT(kmlBodyOf({trackPoint({1, 2, 3, 0, 0})}),
                 HasSubstr("<Point><coordinates>2,1,3\n</coordinates></Point></Placemark>"));
-    EXPECT_EQ(bodyOf({newTrack({{"name", "T"}})}),
+    EXPECT_EQ(kmlBodyOf({newTrack({{"name", "T"}})}),
               "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl></"
               "Placemark>\n</Folder>\n");
-    EXPECT_THAT(bodyOf({trackPoint({1, 2, 3, kTen, 0})}),
+    EXPECT_THAT(kmlBodyOf({trackPoint({1, 2, 3, kTen, 0})}),
                 HasSubstr("</when>\n<gx:coord>2 1 3</gx:coord>\n</gx:Track>"));
 }
 
@@ -167,7 +168,7 @@ TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
 TEST(KmlWriter, LineAcrossTheDateLineEndsAtIt)
 {
     const auto timed =
-        bodyOf({trackPoint({0, 179, 0, kTen, 0}), trackPoint({2, -179, 0, kTen + 2, 0})});
+        kmlBodyOf({trackPoint({0, 179, 0, kTen, 0}), trackPoint({2, -179, 0, kTen + 2, 0})});
     EXPECT_THAT(
         timed,
         HasSubstr("<gx:coord>179 0 0</gx:coord>\n<gx:coord>180 1 0</gx:coord>\n</gx:Track>"));
@@ -175,7 +176,7 @@ TEST(KmlWriter, LineAcrossTheDateLineEndsAtIt)
                 HasSubstr("<when>2024-06-01T10:00:01Z</when>\n<when>2024-06-01T10:00:02Z</when>\n"
                           "<gx:coord>-180 1 0</gx:coord>\n<gx:coord>-179 2 0</gx:coord>\n"));
     const auto route =
-        bodyOf({newRoute({}), wayPoint({0, -179, 0, 0, 0}), wayPoint({2, 179, 0, 0, 0})});
+        kmlBodyOf({newRoute({}), wayPoint({0, -179, 0, 0, 0}), wayPoint({2, 179, 0, 0, 0})});
     EXPECT_THAT(route, HasSubstr("<coordinates>\n-179,0,0\n-180,1,0\n</coordinates>"));
     EXPECT_THAT(route, HasSubstr("<coordinates>\n180,1,0\n179,2,0\n</coordinates>"));
 }
@@ -183,7 +184,7 @@ TEST(KmlWriter, LineAcrossTheDateLineEndsAtIt)
 TEST(KmlWriter, RouteIsAFolderOfItsPointsAndItsLine)
 {
     EXPECT_EQ(
-        bodyOf(
+        kmlBodyOf(
             {newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
              wayPoint({1, 2, 3, kTen, 0}, {{"name", "A"}, {"point", gps::GPSPoint{1, 2, 3, 0, 0}}}),
              wayPoint({4, 5, 6, kTen, 0})}),
@@ -239,7 +240,7 @@ TEST(KmlWriter, PointOffTheGlobeIsLeftOutAndCounted)
 
 TEST(KmlWriter, AltitudeThatIsNotFiniteIsLeftOut)
 {
-    EXPECT_THAT(bodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}),
+    EXPECT_THAT(kmlBodyOf({wayPoint({1, 2, std::numeric_limits<double>::infinity(), 0, 0})}),
                 HasSubstr("<coordinates>2,1</coordinates>"));
 }
 

@@ -25,7 +25,7 @@ constexpr std::int64_t kYoungestOld = kNow + kDay - kCount;
 constexpr DateRule kOff{};
 constexpr DateRule kAuto{.isAuto = true};
 
-host::Event at(std::int64_t time)
+host::Event trackPointAt(std::int64_t time)
 {
     return trackPoint({1, 2, 3, time, 4});
 }
@@ -73,23 +73,25 @@ TEST(DateFix, RuleIsAWordOrAWholeNumberOfWeeks)
 TEST(DateFix, OffChangesNothing)
 {
     DateFix fix{kOff, kNow};
-    const auto event = at(kYoungestOld);
+    const auto event = trackPointAt(kYoungestOld);
     EXPECT_EQ(&fix.adjusted(event), &event);
 }
 
 TEST(DateFix, AutoAdjustsTimesThatDoNotPassTomorrow)
 {
-    EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld)}), Times{kNow + kDay});
-    EXPECT_EQ(timesOf(kAuto, {at(kYoungestOld + 1)}), Times{kYoungestOld + 1});
-    EXPECT_EQ(timesOf(kAuto, {at(kNow)}), Times{kNow});
+    EXPECT_EQ(timesOf(kAuto, {trackPointAt(kYoungestOld)}), Times{kNow + kDay});
+    EXPECT_EQ(timesOf(kAuto, {trackPointAt(kYoungestOld + 1)}), Times{kYoungestOld + 1});
+    EXPECT_EQ(timesOf(kAuto, {trackPointAt(kNow)}), Times{kNow});
 }
 
 TEST(DateFix, AutoJudgesATrackByItsFirstTime)
 {
-    EXPECT_EQ(timesOf(kAuto, {newTrack({}), at(kYoungestOld), at(kYoungestOld + 10), newTrack({}),
-                              at(kYoungestOld + 1), at(kYoungestOld - 10)}),
+    EXPECT_EQ(timesOf(kAuto, {newTrack({}), trackPointAt(kYoungestOld),
+                              trackPointAt(kYoungestOld + 10), newTrack({}),
+                              trackPointAt(kYoungestOld + 1), trackPointAt(kYoungestOld - 10)}),
               (Times{kNow + kDay, kNow + kDay + 10, kYoungestOld + 1, kYoungestOld - 10}));
-    EXPECT_EQ(timesOf(kAuto, {newTrack({}), at(0), at(kYoungestOld), at(0), at(kYoungestOld + 10)}),
+    EXPECT_EQ(timesOf(kAuto, {newTrack({}), trackPointAt(0), trackPointAt(kYoungestOld),
+                              trackPointAt(0), trackPointAt(kYoungestOld + 10)}),
               (Times{0, kNow + kDay, 0, kNow + kDay + 10}));
 }
 
@@ -97,23 +99,24 @@ TEST(DateFix, AutoJudgesEachWayPointByItself)
 {
     const auto waypoint = [](std::int64_t time) { return wayPoint({0, 0, 0, time, 0}); };
     EXPECT_EQ(timesOf(kAuto, {waypoint(kYoungestOld), waypoint(kNow), support::newRoute({}),
-                              waypoint(kYoungestOld - 5), at(kNow)}),
+                              waypoint(kYoungestOld - 5), trackPointAt(kNow)}),
               (Times{kNow + kDay, kNow, kNow + kDay - 5, kNow}));
 }
 
 TEST(DateFix, WeeksAreAddedToAllTimes)
 {
-    EXPECT_EQ(timesOf({.weeks = -1}, {at(kNow), wayPoint({0, 0, 0, kNow, 0})}),
+    EXPECT_EQ(timesOf({.weeks = -1}, {trackPointAt(kNow), wayPoint({0, 0, 0, kNow, 0})}),
               (Times{kNow - kWeek, kNow - kWeek}));
-    EXPECT_EQ(timesOf({.weeks = 2}, {at(kNow)}), Times{kNow + 2 * kWeek});
+    EXPECT_EQ(timesOf({.weeks = 2}, {trackPointAt(kNow)}), Times{kNow + 2 * kWeek});
 }
 
 TEST(DateFix, MissingTimeAndTimeWithoutADateStay)
 {
     for (const DateRule rule : {kAuto, DateRule{.weeks = 1024}}) {
-        EXPECT_EQ(timesOf(rule, {at(0), at(3600), at(315532799), at(-5)}),
+        EXPECT_EQ(timesOf(rule, {trackPointAt(0), trackPointAt(3600), trackPointAt(315532799),
+                                 trackPointAt(-5)}),
                   (Times{0, 3600, 315532799, -5}));
-        EXPECT_EQ(timesOf(rule, {at(315532800)}), Times{315532800 + kCount});
+        EXPECT_EQ(timesOf(rule, {trackPointAt(315532800)}), Times{315532800 + kCount});
     }
 }
 
@@ -135,7 +138,7 @@ std::optional<std::int64_t> suspectNewest(DateRule rule, const Times& times)
 {
     DateFix fix{rule, kNow};
     for (const auto time : times)
-        (void)fix.adjusted(at(time));
+        (void)fix.adjusted(trackPointAt(time));
     return fix.suspectNewest();
 }
 
@@ -160,7 +163,7 @@ TEST(DateFix, AdjustedTimesAreCounted)
     DateFix fix{kAuto, kNow};
     for (const auto time : {kYoungestOld, kNow, std::int64_t{0}, kYoungestOld - 1}) {
         (void)fix.adjusted(newTrack({}));
-        (void)fix.adjusted(at(time));
+        (void)fix.adjusted(trackPointAt(time));
     }
     EXPECT_EQ(fix.adjustedCount(), 2U);
 }

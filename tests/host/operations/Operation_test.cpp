@@ -2,6 +2,7 @@
 
 #include "host/operations/Operation.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "host/base/HostError.h"
 #include "support/TemporaryFolder.h"
@@ -19,6 +20,7 @@ namespace {
 using gps::TransferKind;
 using host::EventBatch;
 using host::EventKind;
+using support::errorAbout;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Status = gps::GPSPlugInProtocol::Status;
@@ -38,11 +40,6 @@ Run run(const host::OperationStart& start)
             run.kinds.push_back(event.kind);
     });
     return run;
-}
-
-gps::Error errorAbout(const std::string& path)
-{
-    return {"some", -3, {{gps::kErrorDescriptionKey, "Unreadable"}, {gps::kErrorPathKey, path}}};
 }
 
 TEST(Operation, ReturnsAfterTheWorkersIdleReport)

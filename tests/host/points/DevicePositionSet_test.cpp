@@ -2,13 +2,14 @@
 
 #include "host/points/DevicePositionSet.h"
 
-#include <gtest/gtest.h>
+#include "host/Numbers.h"
 
-#include <limits>
+#include <gtest/gtest.h>
 
 namespace {
 
-constexpr double kUnit = 1e-5 / 60; // degrees
+using support::kNaN;
+using support::kUnit;
 
 TEST(DevicePositionSet, ContainsWhatMatchesOneOfItsPoints)
 {
@@ -25,7 +26,6 @@ TEST(DevicePositionSet, ContainsWhatMatchesOneOfItsPoints)
 
 TEST(DevicePositionSet, NeverContainsAPointWithoutValidCoordinates)
 {
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     host::DevicePositionSet set;
     set.add({kNaN, 7, 0, 0, 0});
     set.add({96, 7, 0, 0, 0});

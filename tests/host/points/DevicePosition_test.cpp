@@ -2,46 +2,48 @@
 
 #include "host/points/DevicePosition.h"
 
+#include "host/Numbers.h"
+
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <unordered_set>
 
 namespace {
 
 using host::DevicePosition;
+using support::kNaN;
+using support::kUnit;
 
-constexpr double kUnit = 1e-5 / 60; // degrees
-
-DevicePosition at(double latitude, double longitude)
+DevicePosition positionAt(double latitude, double longitude)
 {
     return DevicePosition::of({latitude, longitude, 0, 0, 0}).value();
 }
 
 TEST(DevicePosition, UnitIsAHundredThousandthOfAMinute)
 {
-    EXPECT_EQ(at(46.5 + 0.49 * kUnit, 7), at(46.5, 7));
-    EXPECT_NE(at(46.5 + 0.51 * kUnit, 7), at(46.5, 7));
-    EXPECT_EQ(at(46.5, 7 - 0.49 * kUnit), at(46.5, 7));
-    EXPECT_NE(at(46.5, 7 - 0.51 * kUnit), at(46.5, 7));
+    EXPECT_EQ(positionAt(46.5 + 0.49 * kUnit, 7), positionAt(46.5, 7));
+    EXPECT_NE(positionAt(46.5 + 0.51 * kUnit, 7), positionAt(46.5, 7));
+    EXPECT_EQ(positionAt(46.5, 7 - 0.49 * kUnit), positionAt(46.5, 7));
+    EXPECT_NE(positionAt(46.5, 7 - 0.51 * kUnit), positionAt(46.5, 7));
 }
 
 TEST(DevicePosition, MatchesUpToOneUnitOnEachAxis)
 {
     for (const double off : {-1.0, 0.0, 1.0}) {
-        EXPECT_TRUE(at(46.5, -7.25).matches(at(46.5 + off * kUnit, -7.25))) << off;
-        EXPECT_TRUE(at(46.5, -7.25).matches(at(46.5, -7.25 + off * kUnit))) << off;
-        EXPECT_TRUE(at(46.5, -7.25).matches(at(46.5 - off * kUnit, -7.25 + off * kUnit))) << off;
+        EXPECT_TRUE(positionAt(46.5, -7.25).matches(positionAt(46.5 + off * kUnit, -7.25))) << off;
+        EXPECT_TRUE(positionAt(46.5, -7.25).matches(positionAt(46.5, -7.25 + off * kUnit))) << off;
+        EXPECT_TRUE(
+            positionAt(46.5, -7.25).matches(positionAt(46.5 - off * kUnit, -7.25 + off * kUnit)))
+            << off;
     }
     for (const double off : {-2.0, 2.0}) {
-        EXPECT_FALSE(at(46.5, -7.25).matches(at(46.5 + off * kUnit, -7.25))) << off;
-        EXPECT_FALSE(at(46.5, -7.25).matches(at(46.5, -7.25 + off * kUnit))) << off;
+        EXPECT_FALSE(positionAt(46.5, -7.25).matches(positionAt(46.5 + off * kUnit, -7.25))) << off;
+        EXPECT_FALSE(positionAt(46.5, -7.25).matches(positionAt(46.5, -7.25 + off * kUnit))) << off;
     }
 }
 
 TEST(DevicePosition, OnlyValidCoordinatesHaveOne)
 {
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     EXPECT_TRUE(DevicePosition::of({90, 180, 0, 0, 0}));
     EXPECT_TRUE(DevicePosition::of({-90, -180, 0, 0, 0}));
     EXPECT_FALSE(DevicePosition::of({90.0000001, 0, 0, 0, 0}));
@@ -52,7 +54,7 @@ TEST(DevicePosition, OnlyValidCoordinatesHaveOne)
 
 TEST(DevicePosition, SidesOfTheDateLineDoNotMatch)
 {
-    EXPECT_FALSE(at(0, 180).matches(at(0, -180)));
+    EXPECT_FALSE(positionAt(0, 180).matches(positionAt(0, -180)));
 }
 
 TEST(DevicePosition, KeysOfDifferentPositionsDiffer)
@@ -61,7 +63,7 @@ TEST(DevicePosition, KeysOfDifferentPositionsDiffer)
     std::unordered_set<std::int64_t> keys;
     for (const double latitude : {-90.0, -kUnit, 0.0, kUnit, 90.0}) {
         for (const double longitude : {-180.0, -kUnit, 0.0, kUnit, 180.0}) {
-            for (const auto key : at(latitude, longitude).matchingKeys())
+            for (const auto key : positionAt(latitude, longitude).matchingKeys())
                 keys.insert(key);
         }
     }
@@ -71,13 +73,13 @@ TEST(DevicePosition, KeysOfDifferentPositionsDiffer)
 
 TEST(DevicePosition, MatchingKeysAreThoseOfTheMatchesAndItsOwnComesFirst)
 {
-    const auto position = at(46.5, -7.25);
+    const auto position = positionAt(46.5, -7.25);
     const auto keys = position.matchingKeys();
     EXPECT_EQ(keys.front(), position.key());
     const std::unordered_set<std::int64_t> distinct{keys.begin(), keys.end()};
     EXPECT_EQ(distinct.size(), 9U);
-    EXPECT_TRUE(distinct.contains(at(46.5 - kUnit, -7.25 + kUnit).key()));
-    EXPECT_FALSE(distinct.contains(at(46.5 - 2 * kUnit, -7.25).key()));
+    EXPECT_TRUE(distinct.contains(positionAt(46.5 - kUnit, -7.25 + kUnit).key()));
+    EXPECT_FALSE(distinct.contains(positionAt(46.5 - 2 * kUnit, -7.25).key()));
 }
 
 } // namespace

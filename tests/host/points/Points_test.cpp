@@ -2,11 +2,13 @@
 
 #include "host/points/Points.h"
 
+#include "host/Numbers.h"
+
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
+
+using support::kNaN;
 
 std::string timestamp(std::int64_t time)
 {
@@ -34,7 +36,6 @@ TEST(Points, TimestampsAreWrittenInUtc)
 
 TEST(Points, CoordinatesAreValidUpTo90And180Degrees)
 {
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     const auto isOnGlobe = [](double latitude, double longitude) {
         return host::isOnGlobe({latitude, longitude, 0, 0, 0});
     };

@@ -2,6 +2,8 @@
 
 #include "host/points/TrackFigures.h"
 
+#include "host/Numbers.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -9,7 +11,8 @@
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using support::kNaN;
+
 constexpr std::int64_t kStart = 1717236000;
 constexpr double kDegreesPerMetre = 1 / 111195.08; // of latitude
 

@@ -3,12 +3,13 @@
 #include "host/transfer/DeviceRoutePoints.h"
 
 #include "host/FakeDriver.h"
+#include "host/Numbers.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr double kUnit = 1e-5 / 60; // degrees: the last digit that a device stores
+using support::kUnit;
 
 gps::Dictionary point(double latitude, const char* symbol, const char* comment = "")
 {
@@ -18,7 +19,7 @@ gps::Dictionary point(double latitude, const char* symbol, const char* comment =
             {"point", gps::GPSPoint{.latitude = latitude, .longitude = 7, .altitude = 12}}};
 }
 
-gps::Dictionary routeOf(gps::Dictionary record)
+gps::Dictionary dataWithRouteOf(gps::Dictionary record)
 {
     return {{"route", gps::Array{gps::Dictionary{{"points", gps::Array{std::move(record)}}}}}};
 }
@@ -30,8 +31,8 @@ gps::Dictionary used(gps::Dictionary wanted, gps::Dictionary present)
     driver.storedSymbol = [](const std::string& symbol) {
         return symbol.empty() || symbol.starts_with("Blue") ? "Dot" : symbol;
     };
-    auto data = routeOf(std::move(wanted));
-    host::useDeviceRoutePoints(data, routeOf(std::move(present)), driver);
+    auto data = dataWithRouteOf(std::move(wanted));
+    host::useDeviceRoutePoints(data, dataWithRouteOf(std::move(present)), driver);
     const auto& route = *data.find("route")->as<gps::Array>()->front().as<gps::Dictionary>();
     return *route.find("points")->as<gps::Array>()->front().as<gps::Dictionary>();
 }
@@ -90,7 +91,7 @@ TEST(DeviceRoutePoints, DeviceIsAskedOnceForEachSymbol)
     };
     const gps::Dictionary route{{"points", gps::Array(3, point(46.5, "A"))}};
     gps::Dictionary data{{"route", gps::Array(3, route)}};
-    host::useDeviceRoutePoints(data, routeOf(point(46.5, "B")), driver);
+    host::useDeviceRoutePoints(data, dataWithRouteOf(point(46.5, "B")), driver);
     EXPECT_EQ(questions, 2);
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/transfer/Download.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "host/Records.h"
 #include "support/TemporaryFolder.h"
@@ -21,7 +22,10 @@ using gps::TransferKind;
 using host::DownloadReport;
 using host::RecordCounts;
 using host::TransferPhase;
+using support::allTransfers;
+using support::errorAbout;
 using support::FakeDriver;
+using support::transfer;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -29,27 +33,10 @@ using testing::SizeIs;
 using Status = gps::GPSPlugInProtocol::Status;
 using State = host::OutputReport::State;
 
-void transfer(const Status& status, TransferKind kind)
-{
-    status->startTransfer(kind);
-    status->endTransfer(kind);
-}
-
-void allTransfers(const Status& status)
-{
-    for (const auto kind : {TransferKind::kWaypoints, TransferKind::kRoutes, TransferKind::kTracks})
-        transfer(status, kind);
-}
-
 void oneWaypoint(const Status& status)
 {
     status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
     allTransfers(status);
-}
-
-gps::Error errorAbout(const std::string& path)
-{
-    return {"some", -3, {{gps::kErrorDescriptionKey, "Unreadable"}, {gps::kErrorPathKey, path}}};
 }
 
 class Download : public testing::Test {

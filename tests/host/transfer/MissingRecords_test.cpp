@@ -2,20 +2,19 @@
 
 #include "host/transfer/MissingRecords.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
+#include "host/Numbers.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
 using Action = gps::PlannedFile::Action;
+using support::kUnit;
+using support::waypointAt;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-gps::Dictionary at(double latitude, double longitude)
-{
-    return {{"name", "A"}, {"point", gps::GPSPoint{.latitude = latitude, .longitude = longitude}}};
-}
 
 gps::Array withPoints(gps::Array points)
 {
@@ -31,8 +30,9 @@ protected:
         plan_.files.push_back({"/lines", Action::kMerge, "", {}});
         driver_.decode = [](const gps::PlannedFile& file) -> gps::Dictionary {
             if (file.path == "/points")
-                return {{"waypoint", gps::Array{at(46.5, -7.25)}}};
-            return {{"route", withPoints({at(1, 2)})}, {"track", withPoints({at(3, 4)})}};
+                return {{"waypoint", gps::Array{waypointAt(46.5, -7.25)}}};
+            return {{"route", withPoints({waypointAt(1, 2)})},
+                    {"track", withPoints({waypointAt(3, 4)})}};
         };
     }
 
@@ -47,15 +47,15 @@ protected:
 
 TEST_F(MissingRecords, RecordIsFoundWithinThePrecisionOfADevice)
 {
-    constexpr double kUnit = 1e-5 / 60;
-    EXPECT_THAT(missing("waypoint", {at(46.5 + 0.5 * kUnit, -7.25 - 0.5 * kUnit)}), IsEmpty());
-    EXPECT_THAT(missing("waypoint", {at(46.5 + 2 * kUnit, -7.25)}), SizeIs(1));
-    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25 + 2 * kUnit)}), SizeIs(1));
+    EXPECT_THAT(missing("waypoint", {waypointAt(46.5 + 0.5 * kUnit, -7.25 - 0.5 * kUnit)}),
+                IsEmpty());
+    EXPECT_THAT(missing("waypoint", {waypointAt(46.5 + 2 * kUnit, -7.25)}), SizeIs(1));
+    EXPECT_THAT(missing("waypoint", {waypointAt(46.5, -7.25 + 2 * kUnit)}), SizeIs(1));
 }
 
 TEST_F(MissingRecords, MissingRecordHasItsKindAndItsName)
 {
-    const auto records = missing("waypoint", {at(0, 0), gps::Dictionary{}});
+    const auto records = missing("waypoint", {waypointAt(0, 0), gps::Dictionary{}});
     ASSERT_THAT(records, SizeIs(2));
     EXPECT_EQ(records[0].kind, "waypoint");
     EXPECT_EQ(records[0].name, "A");
@@ -64,16 +64,18 @@ TEST_F(MissingRecords, MissingRecordHasItsKindAndItsName)
 
 TEST_F(MissingRecords, RecordThatCannotBeWrittenIsMissing)
 {
-    EXPECT_THAT(missing("waypoint", {at(96.5, 7), gps::Dictionary{}, "text"}), SizeIs(3));
+    EXPECT_THAT(missing("waypoint", {waypointAt(96.5, 7), gps::Dictionary{}, "text"}), SizeIs(3));
 }
 
 TEST_F(MissingRecords, EachKindIsLookedForInItsOwnFiles)
 {
-    EXPECT_THAT(missing("waypoint", {at(1, 2), at(3, 4)}), SizeIs(2));
-    const auto routePoints = missing("route", withPoints({at(1, 2), at(46.5, -7.25), at(3, 4)}));
+    EXPECT_THAT(missing("waypoint", {waypointAt(1, 2), waypointAt(3, 4)}), SizeIs(2));
+    const auto routePoints =
+        missing("route", withPoints({waypointAt(1, 2), waypointAt(46.5, -7.25), waypointAt(3, 4)}));
     ASSERT_THAT(routePoints, SizeIs(2));
     EXPECT_EQ(routePoints[0].kind, "route point");
-    const auto trackPoints = missing("track", withPoints({at(1, 2), at(46.5, -7.25), at(3, 4)}));
+    const auto trackPoints =
+        missing("track", withPoints({waypointAt(1, 2), waypointAt(46.5, -7.25), waypointAt(3, 4)}));
     ASSERT_THAT(trackPoints, SizeIs(2));
     EXPECT_EQ(trackPoints[0].kind, "track point");
 }
@@ -81,8 +83,8 @@ TEST_F(MissingRecords, EachKindIsLookedForInItsOwnFiles)
 TEST_F(MissingRecords, FilesThatAreSkippedHoldNothing)
 {
     plan_.files.front().action = Action::kSkip;
-    EXPECT_THAT(missing("waypoint", {at(46.5, -7.25)}), SizeIs(1));
-    EXPECT_THAT(missing("route", withPoints({at(1, 2)})), IsEmpty());
+    EXPECT_THAT(missing("waypoint", {waypointAt(46.5, -7.25)}), SizeIs(1));
+    EXPECT_THAT(missing("route", withPoints({waypointAt(1, 2)})), IsEmpty());
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "host/transfer/OperationReport.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
@@ -12,17 +13,13 @@ namespace {
 using gps::TransferKind;
 using host::LoggedError;
 using host::Outcome;
+using support::errorAbout;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 const std::vector<TransferKind> kAllKinds{TransferKind::kWaypoints, TransferKind::kRoutes,
                                           TransferKind::kTracks};
-
-gps::Error errorAbout(const std::string& path)
-{
-    return {"some", -3, {{gps::kErrorDescriptionKey, "Unreadable"}, {gps::kErrorPathKey, path}}};
-}
 
 class OperationReportTest : public testing::Test {
 protected:

@@ -8,10 +8,15 @@
 
 namespace {
 
-using namespace support;
 using host::RecordCounts;
+using support::cache;
+using support::endOfTransfer;
+using support::fix;
+using support::route;
+using support::track;
+using support::waypoint;
 
-RecordCounts count(const std::vector<host::Event>& events)
+RecordCounts countsOf(const std::vector<host::Event>& events)
 {
     host::RecordCounter counter;
     for (const auto& event : events)
@@ -21,9 +26,9 @@ RecordCounts count(const std::vector<host::Event>& events)
 
 TEST(RecordCounts, EventsThatAreNotRecordsCountNothing)
 {
-    EXPECT_TRUE(count({}).isEmpty());
-    EXPECT_TRUE(count({endOfTransfer()}).isEmpty());
-    EXPECT_FALSE(count({track("T")}).isEmpty());
+    EXPECT_TRUE(countsOf({}).isEmpty());
+    EXPECT_TRUE(countsOf({endOfTransfer()}).isEmpty());
+    EXPECT_FALSE(countsOf({track("T")}).isEmpty());
 }
 
 TEST(RecordCounts, EachKindIsCounted)
@@ -34,22 +39,22 @@ TEST(RecordCounts, EachKindIsCounted)
                                 .routePoints = 0,
                                 .tracks = 2,
                                 .trackPoints = 2};
-    EXPECT_EQ(count({waypoint("A"), waypoint("B"), cache("C"), endOfTransfer(), route("R"),
-                     route("S"), endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
+    EXPECT_EQ(countsOf({waypoint("A"), waypoint("B"), cache("C"), endOfTransfer(), route("R"),
+                        route("S"), endOfTransfer(), track("T"), fix(1), fix(2), track("U")}),
               expected);
 }
 
 TEST(RecordCounts, PointsOfARouteAreNotWaypoints)
 {
     const RecordCounts expected{.waypoints = 1, .routes = 1, .routePoints = 2};
-    EXPECT_EQ(count({route("R"), waypoint("A"), cache("B"), endOfTransfer(), waypoint("C")}),
+    EXPECT_EQ(countsOf({route("R"), waypoint("A"), cache("B"), endOfTransfer(), waypoint("C")}),
               expected);
 }
 
 TEST(RecordCounts, PointsWithoutAHeadAreATrack)
 {
     const RecordCounts expected{.tracks = 2, .trackPoints = 3};
-    EXPECT_EQ(count({fix(1), fix(2), endOfTransfer(), fix(3)}), expected);
+    EXPECT_EQ(countsOf({fix(1), fix(2), endOfTransfer(), fix(3)}), expected);
 }
 
 TEST(RecordCounts, DataDictionaryIsCountedLikeADownload)

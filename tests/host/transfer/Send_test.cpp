@@ -2,6 +2,7 @@
 
 #include "host/transfer/Send.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
@@ -20,14 +21,10 @@ using Phase = host::TransferPhase;
 using Result = host::SentFile::Result;
 using Status = gps::GPSPlugInProtocol::Status;
 using gps::TransferKind;
+using support::waypointAt;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-gps::Dictionary waypointAt(double latitude)
-{
-    return {{"name", "A"}, {"point", gps::GPSPoint{.latitude = latitude, .longitude = 7}}};
-}
 
 // A send of one waypoint to a file that the device does not have yet.
 class Send : public testing::Test {

@@ -9,12 +9,18 @@
 
 namespace {
 
-using namespace support;
+using support::cache;
+using support::endOfTransfer;
+using support::fix;
+using support::route;
+using support::shortText;
+using support::track;
+using support::waypoint;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::int64_t kDay = 1717236000; // in 2024
+constexpr std::int64_t kSomeDay = 1717236000; // in 2024
 
 class NewRecordFilterTest : public testing::Test {
 protected:
@@ -46,8 +52,8 @@ protected:
 TEST_F(NewRecordFilterTest, EverythingPassesInOrderIfNothingIsKnown)
 {
     EXPECT_THAT(passed({waypoint("A"), cache("B"), endOfTransfer(), route("R"), waypoint("A"),
-                        endOfTransfer(), track("T"), fix(kDay), fix(kDay + 1, 47), track("U"),
-                        endOfTransfer()}),
+                        endOfTransfer(), track("T"), fix(kSomeDay), fix(kSomeDay + 1, 47),
+                        track("U"), endOfTransfer()}),
                 ElementsAre("w:A", "w:B", "-", "R:R", "w:A", "-", "T:T", "f:1717236000",
                             "f:1717236001", "T:U", "-"));
     EXPECT_THAT(seen_, SizeIs(5));
@@ -55,9 +61,10 @@ TEST_F(NewRecordFilterTest, EverythingPassesInOrderIfNothingIsKnown)
 
 TEST_F(NewRecordFilterTest, KnownRecordsAreDroppedAndOtherEventsPass)
 {
-    const std::vector<host::Event> all{waypoint("A"), cache("B"),      endOfTransfer(), route("R"),
-                                       waypoint("A"), endOfTransfer(), track("T"),      fix(kDay),
-                                       fix(kDay + 1), track("U"),      endOfTransfer()};
+    const std::vector<host::Event> all{waypoint("A"), cache("B"),     endOfTransfer(),
+                                       route("R"),    waypoint("A"),  endOfTransfer(),
+                                       track("T"),    fix(kSomeDay),  fix(kSomeDay + 1),
+                                       track("U"),    endOfTransfer()};
     know(all);
     EXPECT_THAT(passed(all), ElementsAre("-", "-", "-"));
     EXPECT_THAT(seen_, SizeIs(5));
@@ -87,19 +94,19 @@ TEST_F(NewRecordFilterTest, PointOfARouteIsNotAWaypoint)
 
 TEST_F(NewRecordFilterTest, TrackIsKnownByItsFirstTimeAndLengthWhateverItsName)
 {
-    know({track("T"), fix(kDay), fix(kDay + 1)});
-    EXPECT_THAT(passed({track("U"), fix(kDay), fix(kDay + 9)}), IsEmpty());
-    EXPECT_THAT(passed({track("T"), fix(kDay + 1), fix(kDay + 2)}),
+    know({track("T"), fix(kSomeDay), fix(kSomeDay + 1)});
+    EXPECT_THAT(passed({track("U"), fix(kSomeDay), fix(kSomeDay + 9)}), IsEmpty());
+    EXPECT_THAT(passed({track("T"), fix(kSomeDay + 1), fix(kSomeDay + 2)}),
                 ElementsAre("T:T", "f:1717236001", "f:1717236002"));
 }
 
 TEST_F(NewRecordFilterTest, TrackThatHasGrownPassesWholeWithItsExtras)
 {
-    know({track("T"), fix(kDay), fix(kDay + 1)});
-    EXPECT_THAT(
-        passed({track("T"), fix(kDay, 46, "a"), fix(kDay + 1, 46, "a"), fix(kDay + 2, 46, "b")}),
-        ElementsAre("T:T", "f:1717236000a", "f:1717236001a", "f:1717236002b"));
-    EXPECT_THAT(passed({track("T"), fix(kDay)}), ElementsAre("T:T", "f:1717236000"));
+    know({track("T"), fix(kSomeDay), fix(kSomeDay + 1)});
+    EXPECT_THAT(passed({track("T"), fix(kSomeDay, 46, "a"), fix(kSomeDay + 1, 46, "a"),
+                        fix(kSomeDay + 2, 46, "b")}),
+                ElementsAre("T:T", "f:1717236000a", "f:1717236001a", "f:1717236002b"));
+    EXPECT_THAT(passed({track("T"), fix(kSomeDay)}), ElementsAre("T:T", "f:1717236000"));
 }
 
 TEST_F(NewRecordFilterTest, TrackWithoutATimeIsKnownByItsContent)
@@ -117,15 +124,15 @@ TEST_F(NewRecordFilterTest, EmptyTrackIsKnownByItsHead)
 
 TEST_F(NewRecordFilterTest, PointsWithoutAHeadAreATrack)
 {
-    know({fix(kDay)});
-    EXPECT_THAT(passed({fix(kDay), endOfTransfer(), fix(kDay + 1)}),
+    know({fix(kSomeDay)});
+    EXPECT_THAT(passed({fix(kSomeDay), endOfTransfer(), fix(kSomeDay + 1)}),
                 ElementsAre("-", "f:1717236001"));
 }
 
 TEST_F(NewRecordFilterTest, HeldRecordsPassAtTheEnd)
 {
-    know({track("T"), fix(kDay)});
-    EXPECT_THAT(passed({track("T"), fix(kDay), fix(kDay)}),
+    know({track("T"), fix(kSomeDay)});
+    EXPECT_THAT(passed({track("T"), fix(kSomeDay), fix(kSomeDay)}),
                 ElementsAre("T:T", "f:1717236000", "f:1717236000"));
     EXPECT_THAT(passed({route("R"), waypoint("A")}), ElementsAre("R:R", "w:A"));
 }

@@ -15,10 +15,10 @@
 
 namespace {
 
-bool isReadable(int file, int milliseconds)
+bool isReadable(int file, int timeoutInMilliseconds)
 {
     pollfd ready{file, POLLIN, 0};
-    return ::poll(&ready, 1, milliseconds) == 1;
+    return ::poll(&ready, 1, timeoutInMilliseconds) == 1;
 }
 
 class StopSignals : public testing::Test {
