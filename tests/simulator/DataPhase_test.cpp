@@ -18,7 +18,7 @@ using simulator::DataPhase;
 using std::chrono::milliseconds;
 
 constexpr char kEnd[] = "PMGNCMD,END";
-const simulator::Clock::time_point kStart{milliseconds{1000}};
+const simulator::Clock::time_point kDataStart{milliseconds{1000}};
 
 class DataPhaseTest : public testing::Test {
 protected:
@@ -26,7 +26,7 @@ protected:
     {
         if (!fault.empty())
             faults_ = {*simulator::parseFault(fault)};
-        return {simulator::Step::kTrackData, sentences_, faults_, kStart, acknowledged};
+        return {simulator::Step::kTrackData, sentences_, faults_, kDataStart, acknowledged};
     }
 
     std::vector<std::string> sentences_{"PMGNTRK,one", "PMGNTRK,two"};
@@ -36,13 +36,13 @@ protected:
 TEST_F(DataPhaseTest, SendsEachSentenceAndEnd)
 {
     auto sending = phase();
-    EXPECT_EQ(sending.due(), kStart);
+    EXPECT_EQ(sending.due(), kDataStart);
     for (const auto* const body : {"PMGNTRK,one", "PMGNTRK,two", kEnd}) {
         EXPECT_FALSE(sending.isOver());
         EXPECT_EQ(sending.sentence(), body);
-        sending.sent(kStart);
-        EXPECT_TRUE(sending.take(acknowledgementOf(body), kStart + milliseconds{5}));
-        EXPECT_EQ(sending.due(), kStart + milliseconds{5});
+        sending.sent(kDataStart);
+        EXPECT_TRUE(sending.take(acknowledgementOf(body), kDataStart + milliseconds{5}));
+        EXPECT_EQ(sending.due(), kDataStart + milliseconds{5});
     }
     EXPECT_TRUE(sending.isOver());
 }
@@ -50,9 +50,9 @@ TEST_F(DataPhaseTest, SendsEachSentenceAndEnd)
 TEST_F(DataPhaseTest, DoesNotWaitWithoutHandshaking)
 {
     auto sending = phase({}, false);
-    sending.sent(kStart + milliseconds{7});
+    sending.sent(kDataStart + milliseconds{7});
     EXPECT_EQ(sending.sentence(), "PMGNTRK,two");
-    EXPECT_EQ(sending.due(), kStart + milliseconds{7});
+    EXPECT_EQ(sending.due(), kDataStart + milliseconds{7});
 }
 
 TEST_F(DataPhaseTest, RepeatsASentenceAfterOneAndAHalfSecondsFiveTimesInAll)
@@ -60,8 +60,8 @@ TEST_F(DataPhaseTest, RepeatsASentenceAfterOneAndAHalfSecondsFiveTimesInAll)
     auto sending = phase();
     for (int i = 0; i < 5; ++i) {
         EXPECT_FALSE(sending.isExhausted()) << i;
-        sending.sent(kStart);
-        EXPECT_EQ(sending.due(), kStart + milliseconds{1500});
+        sending.sent(kDataStart);
+        EXPECT_EQ(sending.due(), kDataStart + milliseconds{1500});
         EXPECT_EQ(sending.sentence(), "PMGNTRK,one");
     }
     EXPECT_TRUE(sending.isExhausted());
@@ -70,33 +70,33 @@ TEST_F(DataPhaseTest, RepeatsASentenceAfterOneAndAHalfSecondsFiveTimesInAll)
 TEST_F(DataPhaseTest, AcceptsTheExpectedAcknowledgementOnly)
 {
     auto sending = phase();
-    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart)); // not sent yet
-    sending.sent(kStart);
-    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,two"), kStart));
-    EXPECT_TRUE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart));
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kDataStart)); // not sent yet
+    sending.sent(kDataStart);
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,two"), kDataStart));
+    EXPECT_TRUE(sending.take(acknowledgementOf("PMGNTRK,one"), kDataStart));
 }
 
 TEST_F(DataPhaseTest, LostAcknowledgementsAreIgnored)
 {
     auto sending = phase("track-data:lost-ack");
-    sending.sent(kStart);
-    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kStart));
+    sending.sent(kDataStart);
+    EXPECT_FALSE(sending.take(acknowledgementOf("PMGNTRK,one"), kDataStart));
 }
 
 TEST_F(DataPhaseTest, DelayPostponesTheFirstSentence)
 {
-    EXPECT_EQ(phase("track-data:delay:30").due(), kStart + milliseconds{30});
-    EXPECT_EQ(phase("waypoint-data:delay:30").due(), kStart); // a fault of another step
+    EXPECT_EQ(phase("track-data:delay:30").due(), kDataStart + milliseconds{30});
+    EXPECT_EQ(phase("waypoint-data:delay:30").due(), kDataStart); // a fault of another step
 }
 
 TEST_F(DataPhaseTest, FaultHappensOnceAtItsSentence)
 {
     auto sending = phase("track-data:garble:2");
     EXPECT_EQ(sending.fault(), nullptr);
-    sending.sent(kStart);
-    (void)sending.take(acknowledgementOf("PMGNTRK,one"), kStart);
+    sending.sent(kDataStart);
+    (void)sending.take(acknowledgementOf("PMGNTRK,one"), kDataStart);
     EXPECT_NE(sending.fault(), nullptr);
-    sending.sent(kStart);
+    sending.sent(kDataStart);
     EXPECT_EQ(sending.fault(), nullptr); // the repeat is intact
 }
 
@@ -104,7 +104,7 @@ TEST_F(DataPhaseTest, FaultWithNumberZeroHappensToRepeatsToo)
 {
     auto sending = phase("track-data:garble:0");
     EXPECT_NE(sending.fault(), nullptr);
-    sending.sent(kStart);
+    sending.sent(kDataStart);
     EXPECT_NE(sending.fault(), nullptr);
 }
 

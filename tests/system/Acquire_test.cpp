@@ -9,14 +9,14 @@
 
 namespace {
 
+using support::acquire;
+using support::kSampleReceiver;
 using support::magellangps;
 using support::Ran;
 using support::Receiver;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-
-constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
 
 std::size_t count(const std::string& text, std::string_view part)
 {
@@ -34,12 +34,6 @@ void expectValidGpx(const std::string& path)
                           std::string{MAGELLAN_SOURCE_DIR "/tests/schemas/"} + schema, path});
         EXPECT_EQ(checked.status, 0) << checked.err;
     }
-}
-
-Ran acquire(const support::TemporaryFolder& receiver, std::vector<std::string> words)
-{
-    words.insert(words.begin(), {"acquire", "--test-folder", receiver.path()});
-    return magellangps(words);
 }
 
 constexpr char kExpectedEvents[] =

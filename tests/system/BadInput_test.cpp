@@ -15,6 +15,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using support::acquire;
 using support::magellangps;
 using support::Ran;
 using support::Receiver;
@@ -24,12 +25,6 @@ using testing::Not;
 
 constexpr char kClosing[] =
     "{\"event\":\"gpsStateChange\",\"state\":0}\n{\"event\":\"result\",\"error\":null}\n";
-
-Ran acquire(const support::TemporaryFolder& receiver, std::vector<std::string> words)
-{
-    words.insert(words.begin(), {"acquire", "--test-folder", receiver.path()});
-    return magellangps(words);
-}
 
 // A copy of the program with all that it needs, in a folder where an unprivileged user can run it.
 class Copy : public support::TemporaryFolder {

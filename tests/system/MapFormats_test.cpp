@@ -15,13 +15,12 @@
 
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
+using support::kSampleReceiver;
 using support::magellangps;
 using support::Receiver;
 using support::TemporaryFolder;
 using testing::HasSubstr;
-
-constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
 
 void expectValidKml(const std::string& path)
 {
@@ -34,7 +33,7 @@ void expectValidKml(const std::string& path)
 using Positions = std::vector<std::array<double, 3>>; // longitude, latitude, altitude
 
 // All positions of a geometry, at any depth.
-void addPositions(const json& coordinates, Positions& positions)
+void addPositions(const Json& coordinates, Positions& positions)
 {
     if (coordinates[0].is_number()) {
         positions.push_back({coordinates[0], coordinates[1], coordinates[2]});
@@ -44,7 +43,7 @@ void addPositions(const json& coordinates, Positions& positions)
         addPositions(element, positions);
 }
 
-Positions positionsOf(const json& features)
+Positions positionsOf(const Json& features)
 {
     Positions positions;
     for (const auto& feature : features)
@@ -53,7 +52,7 @@ Positions positionsOf(const json& features)
 }
 
 // The positions that the independent reader finds in a file, or in one folder of it.
-json readBack(const TemporaryFolder& folder, const std::string& path, const std::string& layer = {})
+Json readBack(const TemporaryFolder& folder, const std::string& path, const std::string& layer = {})
 {
     const auto copy = folder.path("copy.json");
     std::vector<std::string> words{"ogr2ogr", "-f", "GeoJSON", "-lco", "COORDINATE_PRECISION=15",
@@ -63,7 +62,7 @@ json readBack(const TemporaryFolder& folder, const std::string& path, const std:
     const auto read = support::run(words);
     EXPECT_EQ(read.status, 0) << read.err;
     EXPECT_THAT(read.err, testing::IsEmpty());
-    const auto document = json::parse(folder.read("copy.json"));
+    const auto document = Json::parse(folder.read("copy.json"));
     std::filesystem::remove(copy);
     return document["features"];
 }
@@ -84,7 +83,7 @@ Reported reportedOf(const std::string& lines)
     bool inRoute = false;
     std::istringstream stream{lines};
     for (std::string line; std::getline(stream, line);) {
-        const auto event = json::parse(line);
+        const auto event = Json::parse(line);
         const std::string kind = event["event"];
         if (kind == "newRoute" || kind == "endTransfer")
             inRoute = kind == "newRoute";
@@ -139,7 +138,7 @@ TEST(MapFormats, SampleReceiverAsGeoJsonIsReadBackPointForPoint)
     const TemporaryFolder folder;
     const auto path = folder.path("trip.geojson");
     const auto reported = acquireSample(path);
-    std::map<std::string, json> kinds;
+    std::map<std::string, Json> kinds;
     for (const auto& feature : readBack(folder, path))
         kinds[feature["properties"]["kind"]].push_back(feature);
     EXPECT_EQ(kinds["track"].size(), reported.trackCount);
@@ -159,7 +158,7 @@ TEST(MapFormats, EmptyDownloadIsAValidEmptyFile)
         EXPECT_EQ(ran.status, 0) << ran.err;
     }
     expectValidKml(receiver.path("a.kml"));
-    EXPECT_EQ(readBack(receiver, receiver.path("a.geojson")), json::array());
+    EXPECT_EQ(readBack(receiver, receiver.path("a.geojson")), Json::array());
 }
 
 TEST(MapFormats, HostileNamesAndTheDateLineStayValid)
@@ -182,7 +181,7 @@ TEST(MapFormats, HostileNamesAndTheDateLineStayValid)
     const auto features = readBack(folder, folder.path("a.geojson"));
     ASSERT_EQ(features.size(), 2U);
     EXPECT_EQ(features[0]["properties"]["name"], name);
-    EXPECT_EQ(features[0]["geometry"]["coordinates"], json({-180.0, -90.0, 0.0}));
+    EXPECT_EQ(features[0]["geometry"]["coordinates"], Json({-180.0, -90.0, 0.0}));
     EXPECT_EQ(features[1]["geometry"]["type"], "MultiLineString");
 }
 

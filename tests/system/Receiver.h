@@ -4,12 +4,14 @@
 #pragma once
 
 #include "support/TemporaryFolder.h"
+#include "system/Program.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace support {
 
@@ -34,6 +36,8 @@ inline constexpr std::string_view kSecondFix =
     "PMGNTRK,4645.00000,N,00730.00000,E,01201,M,100001.00,A,Day 1,010624";
 inline constexpr std::string_view kShortFix = "PMGNTRK,4645.00000,N";
 
+inline constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
+
 /// A receiver in a folder: two waypoints, a geocache, a route of the two waypoints, a track of two
 /// points.
 class Receiver : public TemporaryFolder {
@@ -49,5 +53,12 @@ public:
         put("Tracks/a.log", sentences({kFirstFix, kSecondFix}));
     }
 };
+
+/// Downloads with the built program from a receiver in a folder.
+inline Ran acquire(const TemporaryFolder& receiver, std::vector<std::string> words)
+{
+    words.insert(words.begin(), {"acquire", "--test-folder", receiver.path()});
+    return magellangps(words);
+}
 
 } // namespace support

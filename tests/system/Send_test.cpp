@@ -21,14 +21,13 @@ namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::ordered_json;
+using support::kSampleReceiver;
 using support::magellangps;
 using support::Ran;
 using support::Receiver;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-
-constexpr char kSampleReceiver[] = MAGELLAN_SOURCE_DIR "/samples/receiver";
 
 constexpr char kTrip[] = R"(<gpx version="1.1" creator="test">
 <wpt lat="46.123456789" lon="7.987654321"><ele>12.7</ele><name>Summit</name><cmt>windy</cmt></wpt>
