@@ -30,7 +30,7 @@ gps::Number numberIn(const gps::Dictionary& object, std::string_view key)
     return number != nullptr ? *number : gps::Number{0};
 }
 
-gps::GPSPoint pointOf(const gps::Dictionary& object)
+gps::GPSPoint pointFrom(const gps::Dictionary& object)
 {
     return {.latitude = numberIn(object, "latitude").doubleValue(),
             .longitude = numberIn(object, "longitude").doubleValue(),
@@ -60,7 +60,7 @@ void boxPoints(gps::Dictionary& dictionary)
         auto& value = *dictionary.find(key);
         if (const auto* const object = value.as<gps::Dictionary>();
             object != nullptr && key == gps::kPointKey)
-            dictionary.set(key, pointOf(*object));
+            dictionary.set(key, pointFrom(*object));
         else
             boxPoints(value);
     }

@@ -23,15 +23,14 @@ constexpr std::array<std::pair<std::string_view, gps::TransferKind>, 3> kKeys{
      {"waypoint", gps::TransferKind::kWaypoints},
      {"route", gps::TransferKind::kRoutes}}};
 
-constexpr auto kNoSuchFile = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
-
 Result resultOf(const gps::PlannedFile& file)
 {
     if (file.action == Action::kSkip)
         return file.error ? Result::kBlocked : Result::kNothingToWrite;
     std::string present;
     if (const auto failure = gps::FileManager{}.readFile(file.path, present))
-        return failure->code() == kNoSuchFile ? Result::kMissing : Result::kUnreadable;
+        return failure->code() == gps::FileErrorCode::kReadNoSuchFile ? Result::kMissing
+                                                                      : Result::kUnreadable;
     return present == file.content ? Result::kWritten : Result::kDifferent;
 }
 
@@ -65,7 +64,7 @@ bool isExpected(const gps::Error& logged, const gps::SendPlan& plan)
         if (file.path != logged.path())
             return false;
         if (file.action == Action::kCreate)
-            return code->int32Reading() == kNoSuchFile;
+            return code->int32Reading() == gps::FileErrorCode::kReadNoSuchFile;
         return file.action == Action::kMerge && file.error &&
                code->int32Reading() == file.error->code();
     };

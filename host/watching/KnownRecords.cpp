@@ -21,7 +21,6 @@ namespace {
 
 constexpr std::string_view kTitle = "magellangps saved records 1\n";
 constexpr std::string_view kSum = "sum ";
-constexpr auto kNoSuchFile = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
 
 std::string trackPrefix(std::int64_t firstTime)
 {
@@ -91,7 +90,7 @@ std::optional<gps::Error> KnownRecords::load()
     keys_.clear();
     std::string text;
     const auto failure = gps::FileManager{&files_}.readFile(path_, text);
-    if (failure && failure->code() == kNoSuchFile)
+    if (failure && failure->code() == gps::FileErrorCode::kReadNoSuchFile)
         return std::nullopt;
     if (failure || !readKeys(text, keys_))
         return moveDamagedFile();

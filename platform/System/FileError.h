@@ -25,6 +25,12 @@ enum class FileErrorCode : std::int32_t {
     kWriteReadOnlyVolume = 642,
 };
 
+/// Compares with the code of an error in that domain.
+[[nodiscard]] constexpr bool operator==(FileErrorCode a, std::int32_t b) noexcept
+{
+    return static_cast<std::int32_t>(a) == b;
+}
+
 /// A file error with a description and the path, and with errno's text unless `systemError` is 0.
 /// [any]
 [[nodiscard]] Error makeFileError(FileErrorCode code, const std::string& path, int systemError = 0);

@@ -19,9 +19,6 @@ namespace {
 
 using Verdict = gps::SearchedLocation::Verdict;
 
-/// The one read error that makes a device unauthorized.
-constexpr auto kNoPermission = static_cast<std::int32_t>(gps::FileErrorCode::kReadNoPermission);
-
 constexpr std::string_view kNoUnitFile =
     "It has no file USBTRANS/UNIT_ID.DAT, so it is not a receiver";
 constexpr std::string_view kNotRemovable = "Receivers mount as removable volumes";
@@ -81,7 +78,7 @@ void accept(Candidate& candidate)
     }
     // Only a refused permission makes a device unauthorized. With any other error the device stays
     // usable, and later reads report what is wrong.
-    const bool refused = error->code() == kNoPermission;
+    const bool refused = error->code() == gps::FileErrorCode::kReadNoPermission;
     if (!refused)
         gps::logError("Error", *error);
     searched.reason =
@@ -97,7 +94,7 @@ void reject(gps::SearchedLocation& searched)
 {
     gps::Dictionary unit;
     const auto error = readMagellanUnitIDFromPath(searched.location, unit);
-    const bool isForbidden = error && error->code() == kNoPermission;
+    const bool isForbidden = error && error->code() == gps::FileErrorCode::kReadNoPermission;
     searched.reason =
         isForbidden ? "It cannot be read: another user has mounted it, or its permissions forbid it"
                     : kNoUnitFile;

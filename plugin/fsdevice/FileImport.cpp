@@ -25,7 +25,7 @@ struct ImportKind {
     gps::TransferKind kind;
 };
 
-constexpr std::array kKinds{
+constexpr std::array kImportKinds{
     ImportKind{"log", "$PMGNTRK", acquireTracks, gps::TransferKind::kTracks},
     ImportKind{"upt", "$PMGNWPL", acquireWayPoints, gps::TransferKind::kWaypoints},
     ImportKind{"rte", "$PMGNRTE", acquireRoutes, gps::TransferKind::kRoutes},
@@ -36,10 +36,10 @@ constexpr char kWrongPlugIn[] = "File may be invalid or this may be the wrong pl
 
 const ImportKind* findKind(std::string_view extension)
 {
-    const auto found = std::find_if(kKinds.begin(), kKinds.end(), [extension](const ImportKind& k) {
-        return k.extension == extension;
-    });
-    return found != kKinds.end() ? &*found : nullptr;
+    const auto found =
+        std::find_if(kImportKinds.begin(), kImportKinds.end(),
+                     [extension](const ImportKind& k) { return k.extension == extension; });
+    return found != kImportKinds.end() ? &*found : nullptr;
 }
 
 /// Checks how the first line begins. A file that cannot be opened, or whose path is not ASCII,

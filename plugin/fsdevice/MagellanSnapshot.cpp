@@ -32,8 +32,7 @@ constexpr std::array kAllKinds{RecordKind::kWaypoints, RecordKind::kGeocaches, R
 
 bool isMissing(const gps::DeviceFile& file)
 {
-    return file.error &&
-           file.error->code() == static_cast<std::int32_t>(gps::FileErrorCode::kReadNoSuchFile);
+    return file.error && file.error->code() == gps::FileErrorCode::kReadNoSuchFile;
 }
 
 /// @param present  the file as it is; null if it does not exist

@@ -23,10 +23,16 @@
 #include <unistd.h>
 
 namespace simulator {
-namespace {
+
+bool isLineSpeed(int bitsPerSecond) noexcept
+{
+    return std::any_of(kLineSpeeds.begin(), kLineSpeeds.end(), [=](const LineSpeed& speed) {
+        return speed.bitsPerSecond == bitsPerSecond;
+    });
+}
 
 // Wakes a waiting thread to make it stop.
-class StopEvent {
+class Receiver::StopEvent {
 public:
     StopEvent() : file_(::eventfd(0, EFD_CLOEXEC))
     {
@@ -47,15 +53,6 @@ public:
 private:
     int file_;
 };
-
-} // namespace
-
-bool isLineSpeed(int bitsPerSecond) noexcept
-{
-    return std::any_of(kLineSpeeds.begin(), kLineSpeeds.end(), [=](const LineSpeed& speed) {
-        return speed.bitsPerSecond == bitsPerSecond;
-    });
-}
 
 class Receiver::Service {
 public:

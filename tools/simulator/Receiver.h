@@ -68,6 +68,7 @@ public:
 
 private:
     class Service;
+    class StopEvent;
     std::unique_ptr<Service> service_;
 };
 
