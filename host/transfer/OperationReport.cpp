@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace host {
 namespace {
@@ -34,13 +35,26 @@ bool endedTransfer(const LoggedError& logged, const Outcome& outcome)
            logged.transfersBegun == outcome.transfers.size();
 }
 
+// A damaged sentence ends an import with an error that knows neither the file nor what helps.
+gps::Error describeRangeError(const gps::Error& reported, const std::string& file)
+{
+    auto info = reported.userInfo();
+    info.set(gps::kErrorSuggestionKey, "What comes before it was imported. Repair or delete that "
+                                       "line of the file to import the rest");
+    info.set(gps::kErrorPathKey, file);
+    return {reported.domain(), reported.code(), std::move(info)};
+}
+
 void addErrors(OperationReport& report, const Outcome& outcome)
 {
     for (const auto& error : outcome.reported)
         report.errors.push_back(report.isSerial ? describeSerialError(error, report.location)
                                                 : error);
-    if (outcome.error)
-        report.errors.push_back(*outcome.error);
+    if (!outcome.error)
+        return;
+    const bool isRangeError = outcome.error->domain() == gps::kRangeErrorDomain;
+    report.errors.push_back(isRangeError ? describeRangeError(*outcome.error, report.sourceFile)
+                                         : *outcome.error);
 }
 
 // A folder between the files of a device is harmless, unless it was read in place of a file that

@@ -52,6 +52,25 @@ TEST_F(OperationReportTest, KindThatNeverArrivedIsMissing)
     EXPECT_FALSE(report().isComplete());
 }
 
+TEST_F(OperationReportTest, RangeErrorOfAnImportGetsTheNameOfItsFile)
+{
+    options_ = {{"sourcePath", "trip.log"}};
+    outcome_.error = gps::Error{gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, "Short"}}};
+    const auto errors = report().errors;
+    ASSERT_THAT(errors, SizeIs(1));
+    EXPECT_EQ(errors[0].domain(), gps::kRangeErrorDomain);
+    EXPECT_EQ(errors[0].description(), "Short");
+    EXPECT_EQ(errors[0].path(), "trip.log");
+    EXPECT_THAT(errors[0].suggestion().value_or(""), testing::HasSubstr("Repair or delete"));
+}
+
+TEST_F(OperationReportTest, AnotherErrorOfAnImportStaysAsItIs)
+{
+    options_ = {{"sourcePath", "trip.log"}};
+    outcome_.error = errorAbout("/some/file");
+    EXPECT_THAT(report().errors, ElementsAre(errorAbout("/some/file")));
+}
+
 TEST_F(OperationReportTest, KindThatWasNotRequestedIsNotMissing)
 {
     options_ = {{"routes", false}, {"tracks", false}};
