@@ -286,15 +286,16 @@ TEST(BadInput, HundredThousandFilesAreRead)
     EXPECT_THAT(ran.out, testing::EndsWith(kClosing));
 }
 
-TEST(BadInput, HundredThousandUnreadableFilesAreAFewLines)
+// More than the thousand errors that are kept.
+TEST(BadInput, ThousandsOfUnreadableFilesAreAFewLines)
 {
     const Receiver receiver;
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 3000; ++i)
         receiver.put("Tracks/" + std::to_string(i) + ".log", "\xFF");
     const auto ran = acquire(receiver, {"--events"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_LE(std::count(ran.err.begin(), ran.err.end(), '\n'), 11);
-    EXPECT_THAT(ran.err, HasSubstr("And 99990 more"));
+    EXPECT_THAT(ran.err, HasSubstr("And 2990 more"));
 }
 
 // Under a sanitizer the gigabyte would take minutes.
