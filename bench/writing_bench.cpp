@@ -128,10 +128,8 @@ int main()
 try {
     const bench::LargeFile scratch{bench::Kind::kTrack, 1}; // for its folder
     const auto points = makePoints();
-    for (const std::string_view name : {"gpx", "kml", "geojson", "html", "jsonl"}) {
-        if (const auto* const format = host::findFormat(name))
-            measure(*format, points, scratch);
-    }
+    for (const auto& format : host::formats())
+        measure(format, points, scratch);
     return EXIT_SUCCESS;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "writing_bench: %s\n", failure.what());

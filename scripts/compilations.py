@@ -1,5 +1,5 @@
 """What the build compiles, as recorded by the preset `lint`, which is configured but never built.
-For lint-text and lint-tidy."""
+For lint-text and lint-code."""
 
 import json
 import pathlib

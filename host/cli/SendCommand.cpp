@@ -46,7 +46,8 @@ SendFitting fittingFor(const SendOptions& options)
     return options.exactNames ? SendFitting::kRoutePoints : SendFitting::kAll;
 }
 
-// Without a home folder there is no default one. The send reports that if it needs a backup.
+// The default folder is in the home folder. If there is no home folder, a send that needs a backup
+// reports that.
 std::optional<BackupPolicy> backupFor(const SendOptions& options)
 {
     if (!options.backup)

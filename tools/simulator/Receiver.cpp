@@ -31,30 +31,31 @@ bool isLineSpeed(int bitsPerSecond) noexcept
     });
 }
 
-// Wakes a waiting thread to make it stop.
-class Receiver::StopEvent {
-public:
-    StopEvent() : file_(::eventfd(0, EFD_CLOEXEC))
-    {
-        if (file_ < 0)
-            throw std::system_error{errno, std::generic_category(), "cannot create an event file"};
-    }
-    ~StopEvent() { ::close(file_); }
-    StopEvent(const StopEvent&) = delete;
-    StopEvent& operator=(const StopEvent&) = delete;
-
-    void raise() const
-    {
-        const std::uint64_t one = 1;
-        (void)!::write(file_, &one, sizeof one);
-    }
-    [[nodiscard]] int file() const noexcept { return file_; }
-
-private:
-    int file_;
-};
-
 class Receiver::Service {
+    // Wakes a waiting thread to make it stop.
+    class StopEvent {
+    public:
+        StopEvent() : file_(::eventfd(0, EFD_CLOEXEC))
+        {
+            if (file_ < 0)
+                throw std::system_error{errno, std::generic_category(),
+                                        "cannot create an event file"};
+        }
+        ~StopEvent() { ::close(file_); }
+        StopEvent(const StopEvent&) = delete;
+        StopEvent& operator=(const StopEvent&) = delete;
+
+        void raise() const
+        {
+            const std::uint64_t one = 1;
+            (void)!::write(file_, &one, sizeof one);
+        }
+        [[nodiscard]] int file() const noexcept { return file_; }
+
+    private:
+        int file_;
+    };
+
 public:
     explicit Service(Settings settings)
         : settings_(std::move(settings)), log_(settings_.log),

@@ -68,7 +68,6 @@ public:
 
 private:
     class Service;
-    class StopEvent;
     std::unique_ptr<Service> service_;
 };
 

@@ -120,8 +120,7 @@ TEST(GeoJsonWriter, PointWithoutATimestampHasNullAmongTheTimes)
     EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}),
               Json::parse(R"([null,null,"2024-06-01T10:00:00Z",null])"));
     EXPECT_EQ(times({at(kTen), at(0)}), Json::parse(R"(["2024-06-01T10:00:00Z",null])"));
-    EXPECT_EQ(times({at(0), at(315532799)}),
-              Json{}); // without any timestamp there is no such property
+    EXPECT_EQ(times({at(0), at(315532799)}), Json{}); // omitted if no point has a timestamp
 }
 
 TEST(GeoJsonWriter, LineOfOnePointIsAPointAndAnEmptyLineHasNoGeometry)
