@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Conversation: the receiver's side of the protocol. Gets the lines that arrived and returns the
-// lines to send, without knowing about terminals. Used by Receiver only. One thread at a time.
+// lines to send, without knowing about terminals. Used by Receiver, and by tests with a line in
+// memory. One thread at a time.
 
 #pragma once
 

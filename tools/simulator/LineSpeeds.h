@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The line speeds that a receiver can have, with their termios codes. Used by the simulator only.
-// Stateless. [any]
+// The line speeds that a receiver can have, with their termios codes, and how long a byte takes.
+// Used by the simulator and by lines in memory. Stateless. [any]
 
 #pragma once
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include <termios.h>
 
@@ -24,6 +25,14 @@ inline constexpr std::array<LineSpeed, 8> kLineSpeeds{{{1200, B1200},
                                                        {38400, B38400},
                                                        {57600, B57600},
                                                        {115200, B115200}}};
+
+/// The time for one byte: a start bit, 8 data bits and a stop bit. At speed 0 a real line would
+/// carry nothing; this one is slow instead.
+[[nodiscard]] inline std::chrono::steady_clock::duration byteTime(int bitsPerSecond) noexcept
+{
+    return std::chrono::steady_clock::duration{std::chrono::seconds{10}} /
+           std::max(bitsPerSecond, 1200);
+}
 
 /// @return  0 for any other code
 [[nodiscard]] inline int bitsPerSecond(speed_t code) noexcept

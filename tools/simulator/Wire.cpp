@@ -30,13 +30,6 @@ constexpr auto kTick = std::chrono::milliseconds{5};
     throw std::system_error{errno, std::generic_category(), what};
 }
 
-// The time for one byte: a start bit, 8 data bits and a stop bit. At speed 0 a real line would
-// carry nothing; this one is slow instead.
-Clock::duration lineTime(int speed)
-{
-    return Clock::duration{std::chrono::seconds{10}} / std::max(speed, 1200);
-}
-
 int openOtherSide(const std::string& path)
 {
     return ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
@@ -103,7 +96,7 @@ void Wire::schedule(std::string_view bytes)
 {
     if (bytes.empty())
         return;
-    const auto each = paced_ ? lineTime(otherSpeed_) : Clock::duration{};
+    const auto each = paced_ ? byteTime(otherSpeed_) : Clock::duration{};
     inFree_ = std::max(inFree_, Clock::now());
     for (const char byte : bytes) {
         inFree_ += each;
@@ -131,7 +124,7 @@ void Wire::send(std::string bytes, Clock::time_point earliest, int speed)
     outSpeed_ = speed;
     outBegin_ = std::max(earliest, outFree_);
     // What nobody receives is paced in any case. Otherwise a stream would keep the processor busy.
-    outByteTime_ = paced_ || !isHeard() ? lineTime(speed) : Clock::duration{};
+    outByteTime_ = paced_ || !isHeard() ? byteTime(speed) : Clock::duration{};
 }
 
 std::optional<Clock::time_point> Wire::write()

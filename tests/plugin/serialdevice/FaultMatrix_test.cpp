@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Every fault at every step of a session. Whatever the receiver does, the session ends, reports to
-// the host and closes the port, and the records before the fault arrive. The faults of a step run
-// in parallel, since a session mostly waits.
+// the host and closes the port, and the records before the fault arrive.
+
+#include "SimulatedSession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <memory>
+#include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <plugin_serial/Session.h>
 
 namespace magellan {
 namespace {
@@ -20,32 +20,14 @@ namespace {
 using simulator::Fault;
 using simulator::FaultKind;
 using simulator::Step;
-using support::Session;
+using support::SimulatedSession;
 using testing::ElementsAre;
 
 const std::string kInterrupted =
     "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
 
-struct Attempt {
-    Fault fault;
-    std::unique_ptr<Session> session;
-};
-
-std::vector<Attempt> startAll(Step step)
-{
-    std::vector<Attempt> attempts;
-    for (const auto& kind : simulator::kFaultKinds) {
-        if (!applies(kind.value, step))
-            continue;
-        const Fault fault{step, kind.value};
-        attempts.push_back({fault, std::make_unique<Session>(simulator::Settings{
-                                       .sentences = support::someSentences(), .faults = {fault}})});
-    }
-    return attempts;
-}
-
 /// Only the brackets and the calls outside them.
-std::vector<std::string> frameOf(const Session& session)
+std::vector<std::string> frameOf(const SimulatedSession& session)
 {
     std::vector<std::string> frame;
     for (const auto& call : session.calls()) {
@@ -56,19 +38,10 @@ std::vector<std::string> frameOf(const Session& session)
     return frame;
 }
 
-/// A receiver that sends good sentences forever keeps a data phase running until the line fails.
-/// The close-down still ends.
-void endFlood(Session& session)
+/// A receiver that sends good sentences forever keeps a data phase running until it is unplugged.
+std::optional<std::size_t> unpluggingFor(FaultKind kind)
 {
-    const bool seen = session.receiver().waitFor(
-        [taken = 0](const auto& entry) mutable {
-            // Each sentence received is an acknowledgement.
-            taken += entry.kind == simulator::LogKind::kReceived ? 1 : 0;
-            return entry.kind == simulator::LogKind::kClosed || taken == 50;
-        },
-        std::chrono::minutes{2});
-    EXPECT_TRUE(seen);
-    session.unplug();
+    return kind == FaultKind::kFlood ? std::optional<std::size_t>{50} : std::nullopt;
 }
 
 class FaultMatrix : public testing::TestWithParam<simulator::Named<Step>> {};
@@ -78,12 +51,15 @@ TEST_P(FaultMatrix, EverySessionEndsAndReportsToTheHost)
     const auto whole =
         ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3", "startTransfer 1",
                     "endTransfer 1", "startTransfer 2", "endTransfer 2", "gpsStateChange 0");
-    for (auto& [fault, session] : startAll(GetParam().value)) {
+    for (const auto& kind : simulator::kFaultKinds) {
+        if (!applies(kind.value, GetParam().value))
+            continue;
+        const Fault fault{GetParam().value, kind.value};
         SCOPED_TRACE(describe(fault));
-        if (fault.kind == FaultKind::kFlood)
-            endFlood(*session);
-        ASSERT_TRUE(session->ends());
-        const auto frame = frameOf(*session);
+        const SimulatedSession session{{.sentences = support::someSentences(), .faults = {fault}},
+                                       SimulatedSession::kEverything,
+                                       unpluggingFor(fault.kind)};
+        const auto frame = frameOf(session);
         const bool isInterrupted = std::count(frame.begin(), frame.end(), kInterrupted) == 1;
         if (isInterrupted) {
             EXPECT_TRUE(fault.kind == FaultKind::kHangUp || fault.kind == FaultKind::kFlood);
@@ -94,7 +70,7 @@ TEST_P(FaultMatrix, EverySessionEndsAndReportsToTheHost)
             EXPECT_NE(fault.kind, FaultKind::kHangUp);
             EXPECT_THAT(frame, whole);
         }
-        EXPECT_TRUE(fault.kind == FaultKind::kFlood || session->isClosed());
+        EXPECT_TRUE(session.isClosed());
     }
 }
 
@@ -115,8 +91,7 @@ TEST(FaultsTogether, WrongAcknowledgementsEverywhereDoNotStopTheSession)
         if (applies(FaultKind::kWrongAck, step.value))
             settings.faults.push_back({step.value, FaultKind::kWrongAck});
     }
-    const Session session{std::move(settings)};
-    ASSERT_TRUE(session.ends());
+    const SimulatedSession session{std::move(settings)};
     EXPECT_THAT(frameOf(session),
                 ElementsAre("gpsStateChange 1", "startTransfer 3", "endTransfer 3",
                             "startTransfer 1", "endTransfer 1", "startTransfer 2", "endTransfer 2",
@@ -138,7 +113,7 @@ struct Count {
     }
 };
 
-Count recordsOf(const Session& session)
+Count recordsOf(const SimulatedSession& session)
 {
     const auto names = session.callNames();
     const auto firstRoute = std::find(names.begin(), names.end(), "newRoute");
@@ -181,16 +156,12 @@ const Loss kLosses[] = {
 
 TEST(FaultLosses, AreLimitedToWhatTheFaultCauses)
 {
-    std::vector<std::unique_ptr<Session>> sessions;
-    for (const auto& loss : kLosses)
-        sessions.push_back(std::make_unique<Session>(
-            simulator::Settings{.paced = loss.paced,
-                                .sentences = support::someSentences(),
-                                .faults = {simulator::parseFault(loss.fault).value()}}));
-    for (std::size_t i = 0; i < sessions.size(); ++i) {
-        SCOPED_TRACE(kLosses[i].fault);
-        ASSERT_TRUE(sessions[i]->ends());
-        EXPECT_EQ(recordsOf(*sessions[i]), kLosses[i].left);
+    for (const auto& loss : kLosses) {
+        SCOPED_TRACE(loss.fault);
+        const SimulatedSession session{{.paced = loss.paced,
+                                        .sentences = support::someSentences(),
+                                        .faults = {simulator::parseFault(loss.fault).value()}}};
+        EXPECT_EQ(recordsOf(session), loss.left);
     }
 }
 

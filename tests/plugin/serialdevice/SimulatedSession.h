@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: MIT
-// One download by the serial driver from a simulated receiver, over a real pseudo-terminal.
+// SimulatedSession: one download by the serial driver from a simulated receiver, on a line in
+// memory. It is over when it has been constructed, whatever the receiver does.
 
 #pragma once
+
+#include "SimulatedLine.h"
 
 #include <gps/Value.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
 #include <support/RecordingReceiver.h>
-#include <tools/simulator/Receiver.h>
+#include <tools/simulator/Sentences.h>
 
 #include <algorithm>
-#include <chrono>
+#include <cstddef>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,30 +35,48 @@ inline simulator::Sentences someSentences()
                        "PMGNRTE,1,1,c,02,BACK,PEAK,a,CAMP,a"}};
 }
 
-class Session {
+/// A driver with a given serial port.
+class DriverOnALine : public magellan::MagellanSerialGPSPlugin {
+public:
+    using MakeLine = std::function<std::unique_ptr<gps::OrvSerial>()>;
+
+    explicit DriverOnALine(MakeLine makeLine) : makeLine_(std::move(makeLine))
+    {
+        setSerialPort(gps::Dictionary{{"location", kLocation}});
+    }
+
+    /// The worker's part of a download, on this thread.
+    void download(const std::shared_ptr<gps::GPSOutputReceiver>& status, gps::Dictionary options)
+    {
+        options.set("location", kLocation);
+        options.set("output", gps::GPSPlugInProtocol::Status{status});
+        runAcquire(options);
+    }
+
+protected:
+    std::unique_ptr<gps::OrvSerial> makeSerial() const override { return makeLine_(); }
+
+private:
+    static constexpr char kLocation[] = "/dev/simulated";
+    MakeLine makeLine_;
+};
+
+class SimulatedSession {
 public:
     static inline const gps::Dictionary kEverything{
         {"waypoints", true}, {"tracks", true}, {"routes", true}};
 
-    /// Starts the download. On the test's own thread: drivers share the debug level.
-    explicit Session(simulator::Settings settings, const gps::Dictionary& options = kEverything)
-        : receiver_(std::make_unique<simulator::Receiver>(std::move(settings)))
+    /// @param unpluggedAfter  the number of sentences that the receiver understood before
+    explicit SimulatedSession(simulator::Settings settings,
+                              const gps::Dictionary& options = kEverything,
+                              std::optional<std::size_t> unpluggedAfter = std::nullopt)
+        : receiver_(std::move(settings))
     {
-        driver_->setSerialPort(gps::Dictionary{{"location", receiver_->path()}});
-        started_ = !driver_->gpsRunAcquire(status_, options);
+        receiver_.unpluggedAfter = unpluggedAfter;
+        DriverOnALine driver{[this] { return std::make_unique<SimulatedLine>(receiver_); }};
+        driver.download(status_, options);
     }
 
-    /// Waits for the idle report. A receiver that never answers costs a minute and a half, and a
-    /// busy machine more.
-    [[nodiscard]] bool ends() const
-    {
-        return started_ && status_->waitUntilIdle(std::chrono::seconds{240});
-    }
-
-    /// Unplugs the receiver.
-    void unplug() { receiver_.reset(); }
-
-    [[nodiscard]] const RecordingReceiver& status() const { return *status_; }
     [[nodiscard]] std::vector<std::string> calls() const { return status_->calls(); }
 
     /// The names of the calls without their arguments.
@@ -65,14 +88,14 @@ public:
         return names;
     }
 
-    [[nodiscard]] const simulator::Receiver& receiver() const { return *receiver_; }
+    [[nodiscard]] std::vector<simulator::LogEntry> log() const { return receiver_.log.entries(); }
 
-    /// Waits until the receiver has seen its line closed.
+    /// Whether the receiver has seen its line closed.
     [[nodiscard]] bool isClosed() const
     {
-        return receiver_->waitFor([](const auto& entry) {
-            return entry.kind == simulator::LogKind::kClosed ||
-                   entry.kind == simulator::LogKind::kHungUp;
+        const auto entries = log();
+        return std::any_of(entries.begin(), entries.end(), [](const auto& entry) {
+            return entry.kind == simulator::LogKind::kClosed;
         });
     }
 
@@ -81,7 +104,7 @@ public:
     [[nodiscard]] std::vector<std::string> commands() const
     {
         std::vector<std::string> commands;
-        for (const auto& entry : receiver_->log()) {
+        for (const auto& entry : log()) {
             if (entry.kind == simulator::LogKind::kReceived && entry.text.rfind("PMGNCMD", 0) == 0)
                 commands.push_back(entry.text + " @" + std::to_string(entry.speed));
         }
@@ -92,7 +115,7 @@ public:
     [[nodiscard]] std::vector<int> speeds() const
     {
         std::vector<int> speeds;
-        for (const auto& entry : receiver_->log()) {
+        for (const auto& entry : log()) {
             if (entry.kind == simulator::LogKind::kSpeed)
                 speeds.push_back(entry.speed);
         }
@@ -100,11 +123,8 @@ public:
     }
 
 private:
-    std::unique_ptr<simulator::Receiver> receiver_;
-    std::shared_ptr<magellan::MagellanSerialGPSPlugin> driver_ =
-        std::make_shared<magellan::MagellanSerialGPSPlugin>();
+    SimulatedReceiver receiver_;
     std::shared_ptr<RecordingReceiver> status_ = std::make_shared<RecordingReceiver>();
-    bool started_ = false;
 };
 
 } // namespace support
