@@ -18,11 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int kKills = 40;
-#else
 constexpr int kKills = 200;
-#endif
 constexpr int kMostRounds = 4 * kKills; // a send that ended before its kill does not count
 constexpr int kWaypoints = 300;
 constexpr unsigned kSeed = 20260830;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A simulation by events: a line that arrives at the receiver, a byte that leaves it, or a message
+// A simulation by events: a line that arrives at the receiver, bytes that leave it, or a message
 // that it begins to send. Each step performs the earliest event and sets the clock to its time.
 
 #include "SimulatedLine.h"
@@ -20,6 +20,7 @@ using simulator::LogKind;
 
 constexpr std::size_t kLongestText = 4096;      // bytes; a port returns only the end of longer text
 constexpr std::chrono::seconds kOutputLimit{1}; // for output to be sent before a change of speed
+constexpr std::size_t kPiece = 16;              // bytes that a serial chip delivers at once
 constexpr std::size_t kMostSteps = 20'000'000;  // of a session; what takes more does not end
 
 } // namespace
@@ -81,11 +82,10 @@ std::optional<std::string> SimulatedLine::readStringTo(std::string_view terminat
 {
     const auto deadline = receiver_.now + std::chrono::duration_cast<Clock::duration>(
                                               std::chrono::duration<float>{timeoutSeconds});
-    auto text = takeTextTo(terminator);
-    while (!text && !hungUp_ && passTime(deadline)) {
-        if (received_.ends_with(terminator)) // bytes arrive one by one
-            text = takeTextTo(terminator);
-    }
+    std::size_t searched = 0;
+    auto text = takeTextTo(terminator, searched);
+    while (!text && !hungUp_ && passTime(deadline))
+        text = takeTextTo(terminator, searched);
     if (!text && hungUp_)
         throw gps::SerialFailure{"a read from a line that has hung up"};
     return text;
@@ -122,12 +122,13 @@ void SimulatedLine::arrive()
     receiver_.conversation.take(line);
 }
 
-/// When the next byte has left, or the receiver wants to send.
+/// When the next piece has left, or the receiver wants to send.
 SimulatedLine::Time SimulatedLine::departure() const
 {
     if (!sending_)
         return receiver_.conversation.due();
-    return outBegin_ + byteTime(outSpeed_) * static_cast<Clock::rep>(sent_ + 1);
+    const auto end = std::min(sent_ + kPiece, sending_->bytes.size());
+    return outBegin_ + byteTime(outSpeed_) * static_cast<Clock::rep>(end);
 }
 
 void SimulatedLine::depart()
@@ -137,8 +138,9 @@ void SimulatedLine::depart()
         return;
     }
     if (speed_ == outSpeed_) // at another speed it would be noise
-        received_ += sending_->bytes[sent_];
-    if (++sent_ < sending_->bytes.size())
+        received_.append(sending_->bytes, sent_, kPiece);
+    sent_ += kPiece;
+    if (sent_ < sending_->bytes.size())
         return;
     outFree_ = receiver_.now;
     receiver_.conversation.sent(*std::exchange(sending_, std::nullopt), outFree_);
@@ -167,11 +169,15 @@ Clock::duration SimulatedLine::byteTime(int speed) const
     return receiver_.settings.paced ? simulator::byteTime(speed) : Clock::duration{};
 }
 
-std::optional<std::string> SimulatedLine::takeTextTo(std::string_view terminator)
+/// @param searched  in, out: how many bytes are known to hold no terminator
+std::optional<std::string> SimulatedLine::takeTextTo(std::string_view terminator,
+                                                     std::size_t& searched)
 {
-    const auto end = received_.find(terminator);
-    if (end == std::string::npos)
+    const auto end = received_.find(terminator, searched);
+    if (end == std::string::npos) {
+        searched = received_.size() - std::min(received_.size(), terminator.size() - 1);
         return std::nullopt;
+    }
     const auto size = std::min(end, kLongestText);
     auto text = received_.substr(end - size, size);
     received_.erase(0, end + terminator.size());

@@ -58,7 +58,8 @@ private:
     void beginToSend();
     void hangUpIfDue();
     [[nodiscard]] simulator::Clock::duration byteTime(int speed) const;
-    [[nodiscard]] std::optional<std::string> takeTextTo(std::string_view terminator);
+    [[nodiscard]] std::optional<std::string> takeTextTo(std::string_view terminator,
+                                                        std::size_t& searched);
 
     SimulatedReceiver& receiver_;
     bool open_ = false;
