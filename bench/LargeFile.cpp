@@ -6,10 +6,12 @@
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace bench {
 namespace {

@@ -4,6 +4,8 @@
 
 #include "DeviceFile.h"
 
+#include <utility>
+
 #include <sys/mman.h>
 #include <unistd.h>
 

@@ -11,6 +11,7 @@
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -6,6 +6,9 @@
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
+#include <cstdint>
+#include <string>
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::checkFile(

@@ -5,6 +5,8 @@
 
 #include <host/formats/GpxReader.h>
 
+#include <cstdint>
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     gps::Dictionary records;

@@ -7,6 +7,7 @@
 #include <gps/Value.h>
 #include <plugin/fsdevice/KeyValueFile.h>
 
+#include <cstdint>
 #include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

@@ -7,6 +7,9 @@
 #include <plugin/fsdevice/DeviceFileWriters.h>
 
 #include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include <platform/System/MountTable.h>
 
 #include <algorithm>
+#include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

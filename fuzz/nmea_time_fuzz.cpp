@@ -8,8 +8,10 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace {
 

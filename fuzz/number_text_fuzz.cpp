@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace {
 

@@ -8,7 +8,9 @@
 #include <platform/System/PropertyList.h>
 
 #include <cmath>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace {
 

@@ -7,6 +7,9 @@
 #include <plugin/codec/WayPointSentence.h>
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
+#include <cstdint>
+#include <string>
+
 namespace {
 
 /// All waypoints, then the routes: the order that a route file must have.

@@ -14,8 +14,10 @@
 #include <plugin/codec/TrackPointSentence.h>
 #include <plugin/codec/WayPointSentence.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace {
 

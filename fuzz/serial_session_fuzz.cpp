@@ -11,8 +11,10 @@
 #include <gps/Value.h>
 #include <plugin/serialdevice/DownloadSession.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <tests/support/MemoryLine.h>
 

@@ -5,11 +5,13 @@
 
 #include <platform/System/StringTable.h>
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace {
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     std::string out = "\"";
     for (const char c : text) {
@@ -29,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& [key, value] : table) {
         const auto* text = value.as<std::string>();
         fuzz::require(text != nullptr, "a table holds strings");
-        written += quoted(key) + " = " + quoted(*text) + ";\n";
+        written += inQuotes(key) + " = " + inQuotes(*text) + ";\n";
     }
     fuzz::require(gps::parseStringTable(written) == table, "a written table reads back");
     return 0;

@@ -6,6 +6,11 @@
 #include <plugin/codec/TrackPointSentence.h>
 #include <plugin/fsdevice/DeviceFileReaders.h>
 
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace {
 
 std::string written(const fuzz::Records& records)

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <string_view>
 #include <system_error>
 #include <utility>
 

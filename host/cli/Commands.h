@@ -9,6 +9,8 @@
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Options.h"
 
+#include <string_view>
+
 namespace host {
 
 /// `info`: describes the plug-in and its drivers.

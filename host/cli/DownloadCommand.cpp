@@ -12,6 +12,7 @@
 #include "host/transfer/Download.h"
 
 #include <optional>
+#include <utility>
 
 #include <unistd.h>
 

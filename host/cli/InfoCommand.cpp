@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>

@@ -15,6 +15,7 @@
 
 #include <exception>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 

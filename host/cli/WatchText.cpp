@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 
 #include <iterator>
+#include <utility>
 
 namespace host {
 namespace {

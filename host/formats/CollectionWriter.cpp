@@ -4,6 +4,8 @@
 
 #include "host/formats/CollectionWriter.h"
 
+#include <optional>
+
 namespace host {
 
 void CollectionWriter::event(const Event& event)

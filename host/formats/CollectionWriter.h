@@ -6,6 +6,8 @@
 
 #include "host/formats/Writer.h"
 
+#include <optional>
+
 namespace host {
 
 /// Calls the operations below in a strict order: a route or a track begins, gets its points and

@@ -8,6 +8,10 @@
 
 #include <gps/NumberText.h>
 
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
 namespace host {
 namespace {
 

@@ -7,6 +7,7 @@
 #include "host/files/Output.h"
 #include "host/formats/Writer.h"
 
+#include <optional>
 #include <string>
 
 namespace host {

@@ -15,6 +15,7 @@
 #include <pugixml.hpp>
 
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace host {

@@ -11,6 +11,8 @@
 #include <gps/NumberText.h>
 
 #include <cmath>
+#include <optional>
+#include <string_view>
 
 namespace host {
 namespace {

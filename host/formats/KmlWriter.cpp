@@ -7,6 +7,9 @@
 
 #include <gps/Geocache.h>
 
+#include <optional>
+#include <string_view>
+
 namespace host {
 namespace {
 

@@ -9,7 +9,9 @@
 #include "host/formats/KmlLine.h"
 #include "host/points/GlobeFilter.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace host {
 

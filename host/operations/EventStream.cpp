@@ -5,6 +5,8 @@
 #include "host/operations/EventStream.h"
 
 #include <chrono>
+#include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace host {

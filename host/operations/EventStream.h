@@ -9,8 +9,10 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 namespace host {

@@ -6,6 +6,7 @@
 #include "host/points/Points.h"
 
 #include <cmath>
+#include <cstdint>
 
 namespace host {
 

@@ -4,6 +4,7 @@
 #include "host/points/DevicePositionSet.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace host {
 

@@ -7,6 +7,7 @@
 
 #include "host/points/DevicePosition.h"
 
+#include <cstdint>
 #include <unordered_set>
 
 namespace host {

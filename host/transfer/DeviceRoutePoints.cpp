@@ -7,6 +7,7 @@
 #include "host/points/DevicePosition.h"
 
 #include <cmath>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>

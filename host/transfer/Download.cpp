@@ -12,6 +12,8 @@
 #include <ctime>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace host {
 namespace {

@@ -7,6 +7,8 @@
 #include <gps/NumberText.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace gps {
 namespace {

@@ -8,6 +8,8 @@
 #include "MountTable.h"
 #include "Udev.h"
 
+#include <utility>
+
 #include <sys/sysmacros.h>
 
 namespace gps {

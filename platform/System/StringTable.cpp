@@ -5,6 +5,9 @@
 
 #include <gps/Characters.h>
 
+#include <string>
+#include <utility>
+
 namespace gps {
 namespace {
 

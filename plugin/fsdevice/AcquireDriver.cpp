@@ -11,6 +11,8 @@
 #include <gps/GPSOutputReceiver.h>
 
 #include <array>
+#include <optional>
+#include <string>
 
 namespace magellan {
 namespace {

@@ -11,8 +11,12 @@
 #include <platform/System/UserDefaults.h>
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 namespace {

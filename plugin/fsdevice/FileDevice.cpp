@@ -7,7 +7,12 @@
 #include "MagellanGPSPlugin.h"
 #include "MagellanSnapshot.h"
 
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 

@@ -13,6 +13,10 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace magellan {
 namespace {

@@ -11,6 +11,7 @@
 #include <platform/System/Log.h>
 
 #include <exception>
+#include <optional>
 
 namespace magellan {
 namespace {

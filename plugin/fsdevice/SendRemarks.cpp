@@ -14,6 +14,7 @@
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <set>
+#include <utility>
 
 namespace magellan {
 namespace {

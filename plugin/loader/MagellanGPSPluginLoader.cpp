@@ -6,7 +6,11 @@
 #include "../fsdevice/MagellanGPSPlugin.h"
 #include "../serialdevice/MagellanSerialGPSPlugin.h"
 
+#include <memory>
+#include <optional>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 

@@ -6,6 +6,11 @@
 
 #include <gps/VeloranPlugIn.h>
 
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace magellan {
 
 class MagellanGPSPluginLoader : public gps::VeloranPlugIn {

@@ -12,6 +12,7 @@
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialPorts.h>
 
+#include <cstdint>
 #include <exception>
 #include <utility>
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <utility>
+#include <variant>
 
 namespace gps {
 namespace {

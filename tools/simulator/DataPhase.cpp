@@ -6,6 +6,7 @@
 #include "Damage.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace simulator {
 namespace {

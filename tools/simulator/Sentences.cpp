@@ -6,6 +6,7 @@
 #include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/System/FileManager.h>
 
+#include <algorithm>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
