@@ -7,6 +7,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>
@@ -17,8 +18,6 @@
 
 namespace host {
 namespace {
-
-constexpr char kDigits[] = "0123456789abcdef";
 
 gps::Error notABackup(const std::string& folder)
 {
@@ -45,7 +44,7 @@ std::string encoded(std::string_view path)
         if (isPlain(c))
             text += c;
         else
-            text.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+            text.append({'%', kHexDigits[byte >> 4], kHexDigits[byte & 15]});
     }
     return text;
 }

@@ -11,6 +11,8 @@
 
 namespace host {
 
+inline constexpr char kHexDigits[] = "0123456789abcdef";
+
 /// Removes the first character from a text.
 /// Precondition: the text is not empty.
 /// @return  the character; U+FFFD for each byte that is not part of a valid sequence

@@ -30,7 +30,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Verdict = gps::SearchedLocation::Verdict;
 
-constexpr std::string_view kEnd =
+constexpr std::string_view kTestFolderAdvice =
     "\nTo use a folder that holds a copy of a receiver's files, name it with --test-folder.\n";
 
 // The JSON document's words, which scripts depend on.
@@ -131,7 +131,7 @@ std::string explanationOf(const PlugInBundle& plugIn)
     if (!hasSerialDriver)
         text += "No serial port was found. A USB cable creates one when it is plugged in. A port "
                 "that is not listed can be named with --device.\n";
-    return text.append(kEnd);
+    return text.append(kTestFolderAdvice);
 }
 
 Json searchedLocationsJson(const gps::GPSPlugInProtocol& driver)

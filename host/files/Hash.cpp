@@ -3,6 +3,8 @@
 
 #include "host/files/Hash.h"
 
+#include "host/base/Text.h"
+
 #include <cstdint>
 
 namespace host {
@@ -10,7 +12,6 @@ namespace {
 
 constexpr std::uint64_t kFnvBasis = 14695981039346656037U;
 constexpr std::uint64_t kFnvPrime = 1099511628211U;
-constexpr char kDigits[] = "0123456789abcdef";
 
 } // namespace
 
@@ -21,7 +22,7 @@ std::string hashOf(std::string_view bytes)
         hash = (hash ^ static_cast<unsigned char>(byte)) * kFnvPrime;
     std::string text(16, '0');
     for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4)
-        *digit = kDigits[hash & 15];
+        *digit = kHexDigits[hash & 15];
     return text;
 }
 

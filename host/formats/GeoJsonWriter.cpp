@@ -16,8 +16,8 @@
 namespace host {
 namespace {
 
-constexpr std::string_view kHead = R"({"type":"FeatureCollection","features":[)";
-constexpr std::string_view kFoot = "\n]}\n";
+constexpr std::string_view kGeoJsonHead = R"({"type":"FeatureCollection","features":[)";
+constexpr std::string_view kGeoJsonFoot = "\n]}\n";
 
 // Longitude comes first. A position without an altitude has two numbers.
 void appendPosition(std::string& out, const gps::GPSPoint& point)
@@ -66,7 +66,7 @@ void appendTimeMember(std::string& out, const gps::GPSPoint& point)
 GeoJsonWriter::GeoJsonWriter(Output& output, const std::string& spoolFolder)
     : output_(output), coordinates_(spoolFolder)
 {
-    output_.write(kHead);
+    output_.write(kGeoJsonHead);
 }
 
 void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -133,7 +133,7 @@ void GeoJsonWriter::endTrack()
 
 std::optional<gps::Error> GeoJsonWriter::finish()
 {
-    output_.write(kFoot);
+    output_.write(kGeoJsonFoot);
     return output_.flush();
 }
 

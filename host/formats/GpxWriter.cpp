@@ -17,10 +17,10 @@
 namespace host {
 namespace {
 
-constexpr std::string_view kHead =
+constexpr std::string_view kGpxHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
-constexpr std::string_view kFoot = "</gpx>\n";
+constexpr std::string_view kGpxFoot = "</gpx>\n";
 
 // Writes a child element for a text field, unless it is missing or empty.
 void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record,
@@ -65,7 +65,7 @@ void appendElevationAndTime(std::string& out, const gps::GPSPoint& point)
 GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
     : output_(output), routes_(spoolFolder), tracks_(spoolFolder)
 {
-    output_.write(kHead);
+    output_.write(kGpxHead);
 }
 
 void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -117,7 +117,7 @@ std::optional<gps::Error> GpxWriter::finish()
 {
     routes_.moveTo(output_);
     tracks_.moveTo(output_);
-    output_.write(kFoot);
+    output_.write(kGpxFoot);
     return output_.flush();
 }
 

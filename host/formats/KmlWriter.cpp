@@ -14,7 +14,7 @@ namespace host {
 namespace {
 
 // KML colours are opacity, blue, green, red.
-constexpr std::string_view kHead =
+constexpr std::string_view kKmlHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<kml xmlns=\"http://www.opengis.net/kml/2.2\" "
     "xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
@@ -23,8 +23,8 @@ constexpr std::string_view kHead =
     "<Style id=\"route\"><LineStyle><color>ffb4641e</color><width>3</width></LineStyle></Style>\n"
     "<Style id=\"waypoint\"><IconStyle><color>ff28a0f0</color></IconStyle></Style>\n"
     "<Style id=\"geocache\"><IconStyle><color>ff3c963c</color></IconStyle></Style>\n";
-constexpr std::string_view kFoot = "</Document>\n"
-                                   "</kml>\n";
+constexpr std::string_view kKmlFoot = "</Document>\n"
+                                      "</kml>\n";
 
 } // namespace
 
@@ -48,7 +48,7 @@ KmlWriter::KmlWriter(Output& output, const std::string& spoolFolder)
     : output_(output), routes_(spoolFolder), wayPoints_(spoolFolder), geocaches_(spoolFolder),
       line_(spoolFolder)
 {
-    output_.write(kHead);
+    output_.write(kKmlHead);
 }
 
 void KmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -116,7 +116,7 @@ std::optional<gps::Error> KmlWriter::finish()
     geocachesFolder_.end(geocaches_);
     for (auto* const spool : {&routes_, &wayPoints_, &geocaches_})
         spool->moveTo(output_);
-    output_.write(kFoot);
+    output_.write(kKmlFoot);
     return output_.flush();
 }
 
