@@ -152,7 +152,8 @@ TEST(FreeNames, ManyNamesTakeNoQuadraticTime)
         given.insert(names.claimLike("Camp", kHere));
     // Names that differ only in the part that a number replaces.
     for (int i = 0; i < kMany; ++i)
-        given.insert(names.claimLike("A common front " + std::to_string(kMany + i % (kMany / 2)), kHere));
+        given.insert(
+            names.claimLike("A common front " + std::to_string(kMany + i % (kMany / 2)), kHere));
     for (int i = 0; i < kMany; ++i)
         given.insert(names.claimLike("Camp", kThere));
     EXPECT_EQ(given.size(), 3U * kMany);
