@@ -9,6 +9,7 @@
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
 #include "host/files/StateFolder.h"
+#include "host/files/TemporaryName.h"
 
 #include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
@@ -170,6 +171,9 @@ std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
     BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
     if (entry.isFolder)
         return makeFolders(target(file.path), files_);
+    // Not data, and the next write in that folder deletes it, in the backup as well.
+    if (isTemporaryName(gps::lastComponent(file.path)))
+        return std::nullopt;
     const auto from = gps::joinPath(folder, entry.relativePath);
     struct stat status;
     const int code = files_.stat(from.c_str(), &status) == 0 ? 0 : errno;

@@ -50,8 +50,9 @@ struct Backup {
 /// @return  nullopt if the user has no home folder
 [[nodiscard]] std::optional<std::string> defaultBackupFolder();
 
-/// Copies the data folders and compares every copy with its original. The backup gets its name
-/// after everything is on the medium. Then the oldest backups beyond the policy's count are
+/// Copies the data folders and compares every copy with its original. Unfinished files that an
+/// interrupted write left behind are not copied. The backup gets its name after everything is on
+/// the medium. Then the oldest backups beyond the policy's count are
 /// deleted.
 /// @param made     out: the new backup
 /// @param skipped  the paths of entries that are neither files nor folders, and so were not copied,

@@ -8,6 +8,7 @@
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"
+#include "host/files/TemporaryName.h"
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>
@@ -89,6 +90,8 @@ bool readFiles(const gps::Dictionary& json, Manifest& manifest)
         const auto* const hash = file != nullptr ? file->findString("hash") : nullptr;
         if (path == nullptr || bytes == nullptr || hash == nullptr || !staysBelow(decoded(*path)))
             return false;
+        if (isTemporaryName(gps::lastComponent(decoded(*path))))
+            continue;
         manifest.files.push_back(
             {decoded(*path), static_cast<std::uint64_t>(bytes->int64Value()), *hash});
     }

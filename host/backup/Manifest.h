@@ -34,7 +34,8 @@ inline constexpr char kFilesName[] = "files"; ///< the folder that contains the 
 [[nodiscard]] std::string manifestText(const Manifest& manifest);
 
 /// Reads a backup's manifest. One with a path that leads out of the device's folder is rejected,
-/// because a restore would write there.
+/// because a restore would write there. Unfinished files, which older versions backed up, are left
+/// out.
 /// @param folder    the backup's folder
 /// @param manifest  out: untouched after a failure
 [[nodiscard]] std::optional<gps::Error>

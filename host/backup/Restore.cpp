@@ -6,6 +6,7 @@
 #include "host/base/HostError.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
+#include "host/files/TemporaryName.h"
 
 #include <platform/System/FileManager.h>
 
@@ -72,7 +73,8 @@ std::vector<std::string> Restore::extraFiles(const std::string& device) const
         auto entries = gps::FileManager{&files_}.enumerator(gps::joinPath(device, folder));
         while (const auto entry = entries.next()) {
             auto path = gps::joinPath(folder, entry->relativePath);
-            if (!entry->isFolder && !backedUp.contains(path))
+            const bool isData = !entry->isFolder && !isTemporaryName(gps::lastComponent(path));
+            if (isData && !backedUp.contains(path))
                 extra.push_back(std::move(path));
         }
     }

@@ -30,8 +30,8 @@ public:
     [[nodiscard]] std::optional<gps::Error> write(const std::string& device,
                                                   std::vector<std::string>& written) const;
 
-    /// The files in the device's data folders that are not in the backup. Their paths are relative
-    /// to `device`.
+    /// The files in the device's data folders that are not in the backup, apart from unfinished
+    /// ones. Their paths are relative to `device`.
     [[nodiscard]] std::vector<std::string> extraFiles(const std::string& device) const;
 
 private:

@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/files/IgnoredSignal.h"
+#include "host/files/TemporaryName.h"
 
 #include <array>
 #include <atomic>
@@ -29,7 +30,7 @@ namespace fs = std::filesystem;
 // Files of other processes in the folder have other numbers.
 std::string hiddenPrefix()
 {
-    return ".magellangps-" + std::to_string(::getpid()) + '-';
+    return std::string{kHiddenPrefix} + std::to_string(::getpid()) + '-';
 }
 
 // The unfinished file. A static array, because a signal handler must not touch an object that the

@@ -20,10 +20,6 @@
 namespace gps {
 namespace {
 
-// Fixed, so that the next write removes what a killed process left; and short, because the target's
-// own name may be as long as names can be.
-constexpr char kTemporaryName[] = ".~write.tmp";
-
 constexpr mode_t kModeBits = 0777;
 constexpr int kNothingOpen = -1;
 

@@ -14,6 +14,11 @@ namespace gps {
 
 class FileSystem;
 
+/// The name under which open() creates the temporary file. Fixed, so that the next write removes
+/// what a killed process left, and that a host can tell such a file from data. Short, because the
+/// target's own name may be as long as names can be.
+inline constexpr char kTemporaryName[] = ".~write.tmp";
+
 /// One write. The content goes into a hidden temporary file in the target's folder, which commit()
 /// renames. A link at the target is replaced, not followed. The mode of a replaced file is kept if
 /// the volume has modes. Destroying the object before commit() discards the write.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Sends that are killed at random times. Whatever the time, each file on the device is the complete
-// old one or the complete new one.
+// old one or the complete new one, and each backup can be restored.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -69,7 +69,8 @@ protected:
                                              data_.path("d.json"),
                                              "--device",
                                              receiver_.path(),
-                                             "--no-backup",
+                                             "--backup",
+                                             data_.path("kept"),
                                              "-q"};
         std::vector<char*> arguments;
         for (const auto& word : words)
@@ -105,6 +106,22 @@ protected:
         }
         for (const auto& [name, content] : old)
             receiver_.put(name, content);
+    }
+
+    // Restores every backup that is not unfinished. @return  how many there are
+    int restoreAll() const
+    {
+        int restored = 0;
+        for (const auto& entry : fs::directory_iterator{data_.path("kept/42")}) {
+            if (entry.path().filename() == ".unfinished")
+                continue;
+            const auto ran =
+                support::magellangps({"restore", "--device", receiver_.path(), "--backup",
+                                      data_.path("restoring"), entry.path().string()});
+            EXPECT_EQ(ran.status, 0) << entry.path() << ": " << ran.err;
+            ++restored;
+        }
+        return restored;
     }
 
     support::Receiver receiver_;
@@ -156,6 +173,7 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
     EXPECT_EQ(visibleFiles(receiver_.path()), fresh);
     for (const auto& entry : fs::recursive_directory_iterator{receiver_.path()})
         EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+    EXPECT_GT(restoreAll(), 0);
 }
 
 } // namespace

@@ -426,6 +426,22 @@ TEST_F(Send, RestorePutsBackThePreviousFiles)
     EXPECT_THAT(unknown.err, HasSubstr("magellangps restore"));
 }
 
+TEST_F(Send, BackupAfterAnInterruptedWriteIsRestored)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    receiver.put("Points/.~write.tmp", "half a fi");
+    receiver.put("Tracks/.~write.tmp", "");
+    ASSERT_EQ(send(receiver.path(), {trip()}).status, 0);
+    receiver.put("Points/a.upt", "lost");
+    const auto name = fs::directory_iterator{here_.path("kept/42")}->path().filename().string();
+    const auto ran = magellangps(
+        {"restore", "--device", receiver.path(), "--backup", here_.path("kept"), name});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    for (const auto& [file, content] : before)
+        EXPECT_EQ(receiver.read(file), content) << file;
+}
+
 TEST_F(Send, FullMediumKeepsTheOldFilesAndIsReported)
 {
     const Receiver original;

@@ -68,6 +68,28 @@ TEST_F(Backup, LinksToFilesAreCopiedAsFilesAndTheRestIsSkipped)
                                       device_.path("Points/folder")));
 }
 
+TEST_F(Backup, MadeAfterAnInterruptedWriteCanBeRestored)
+{
+    device_.put("Points/.~write.tmp", "half a fi");
+    device_.put("Points/deep/.~write.tmp", "");
+    device_.put("Ways/.magellangps-7-0", "half");
+    device_.put("Ways/.~write.tmp2", "a file of the user's");
+    ASSERT_FALSE(make());
+    EXPECT_EQ(made_.files, 3U);
+    EXPECT_THAT(skipped_, IsEmpty());
+    EXPECT_FALSE(fs::exists(kept_.path(inMade("Points/.~write.tmp"))));
+    EXPECT_FALSE(fs::exists(kept_.path(inMade("Ways/.magellangps-7-0"))));
+    EXPECT_TRUE(fs::exists(kept_.path(inMade("Ways/.~write.tmp2"))));
+
+    device_.put("Points/a.upt", "two");
+    host::Restore restore;
+    ASSERT_FALSE(restore.open(made_.path));
+    std::vector<std::string> written;
+    EXPECT_FALSE(restore.write(device_.path(), written));
+    EXPECT_THAT(written, ElementsAre("Points/a.upt"));
+    EXPECT_THAT(restore.extraFiles(device_.path()), IsEmpty());
+}
+
 TEST_F(Backup, TheNewestTenAreKept)
 {
     std::vector<std::string> names;

@@ -2,6 +2,7 @@
 
 #include "host/backup/Manifest.h"
 
+#include "host/files/Hash.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -53,6 +54,21 @@ TEST(Manifest, TextIsPlainAsciiJson)
         host::manifestText({"/d", {"a%b"}, {{"\xC3\xBC\"", 7, "0a"}}}),
         R"({"device":"/d","folders":["a%25b"],"files":[{"path":"%c3%bc\"","size":7,"hash":"0a"}]})"
         "\n");
+}
+
+TEST(Manifest, UnfinishedFilesThatOlderVersionsBackedUpAreLeftOut)
+{
+    const support::TemporaryFolder folder;
+    folder.put(host::kManifestName,
+               host::manifestText({"/d",
+                                   {"Points"},
+                                   {{"Points/.~write.tmp", 1, host::hashOf("x")},
+                                    {"Points/a", 1, host::hashOf("x")},
+                                    {"Points/.magellangps-1-0", 1, host::hashOf("x")}}}));
+    host::Manifest read;
+    ASSERT_FALSE(host::readManifest(folder.path(), read));
+    ASSERT_EQ(read.files.size(), 1U);
+    EXPECT_EQ(read.files.front().path, "Points/a");
 }
 
 TEST(Manifest, PathsInsideTheDeviceAreAccepted)
