@@ -140,7 +140,7 @@ std::optional<gps::Error> BackupCopier::copyAll()
         if (auto failure = copyFolder(folder))
             return failure;
     }
-    return writeFile(gps::joinPath(folder_, kManifestName), manifestText(manifest_), files_);
+    return writeManifest(folder_, manifest_, files_);
 }
 
 std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)

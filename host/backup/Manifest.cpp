@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // A file name can be any bytes, but a JSON string cannot. Bytes other than plain ASCII are stored
-// as
-// "%" and two hexadecimal digits.
+// as "%" and two hexadecimal digits. A manifest may be damaged or forged, so every member is
+// checked before any is used.
 
 #include "host/backup/Manifest.h"
 
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"
+#include "host/files/Files.h"
+#include "host/files/Hash.h"
 #include "host/files/TemporaryName.h"
 
 #include <gps/NumberText.h>
@@ -15,10 +17,18 @@
 #include <platform/System/FileManager.h>
 #include <platform/System/Paths.h>
 
+#include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace host {
 namespace {
+
+// Objects of this type are sorted maps, so that a million keys are read fast.
+using SortedJson = nlohmann::json;
+
+constexpr std::size_t kLongestPath = 4095; // in bytes; the system allows no longer one
+constexpr int kDeepestMember = 3;          // a file's members; whatever is deeper is dropped
 
 gps::Error notABackup(const std::string& folder)
 {
@@ -63,39 +73,88 @@ std::string decoded(std::string_view text)
     return path;
 }
 
-bool readFolders(const gps::Dictionary& json, Manifest& manifest)
+// The member of an object; null if it is missing, or if this is not an object.
+const SortedJson* memberOf(const SortedJson& object, const char* key)
 {
-    const auto* const folders = json.findArray("folders");
-    if (folders == nullptr)
+    const auto found = object.find(key);
+    return found != object.end() ? &*found : nullptr;
+}
+
+const std::string* stringOf(const SortedJson* value)
+{
+    return value != nullptr ? value->get_ptr<const std::string*>() : nullptr;
+}
+
+std::optional<std::string> safePathOf(const std::string* encodedPath)
+{
+    if (encodedPath == nullptr)
+        return std::nullopt;
+    auto path = decoded(*encodedPath);
+    return path.size() <= kLongestPath && staysBelow(path) ? std::optional{std::move(path)}
+                                                           : std::nullopt;
+}
+
+std::optional<BackedUpFile> fileOf(const SortedJson& json)
+{
+    auto path = safePathOf(stringOf(memberOf(json, "path")));
+    const auto* const size = memberOf(json, "size");
+    const auto* const hash = stringOf(memberOf(json, "hash"));
+    if (!path || size == nullptr || !size->is_number_unsigned() || hash == nullptr ||
+        !isHash(*hash))
+        return std::nullopt;
+    const auto bytes = size->get<std::uint64_t>();
+    if (bytes > gps::kLargestFile)
+        return std::nullopt;
+    return BackedUpFile{std::move(*path), bytes, *hash};
+}
+
+bool readDevice(const SortedJson& json, Manifest& manifest)
+{
+    const auto* const device = memberOf(json, "device");
+    if (device == nullptr)
+        return true;
+    const auto* const text = stringOf(device);
+    if (text == nullptr || text->size() > kLongestPath || text->find('\0') != std::string::npos)
+        return false;
+    manifest.device = *text;
+    return true;
+}
+
+bool readFolders(const SortedJson& json, Manifest& manifest)
+{
+    const auto* const folders = memberOf(json, "folders");
+    if (folders == nullptr || !folders->is_array())
         return false;
     for (const auto& folder : *folders) {
-        const auto* const path = folder.as<std::string>();
-        if (path == nullptr || !staysBelow(decoded(*path)))
+        auto path = safePathOf(stringOf(&folder));
+        if (!path)
             return false;
-        manifest.folders.push_back(decoded(*path));
+        manifest.folders.push_back(std::move(*path));
     }
     return true;
 }
 
-bool readFiles(const gps::Dictionary& json, Manifest& manifest)
+bool readFiles(const SortedJson& json, Manifest& manifest)
 {
-    const auto* const files = json.findArray("files");
-    if (files == nullptr)
+    const auto* const files = memberOf(json, "files");
+    if (files == nullptr || !files->is_array())
         return false;
     for (const auto& element : *files) {
-        const auto* const file = element.as<gps::Dictionary>();
-        const auto* const path = file != nullptr ? file->findString("path") : nullptr;
-        const auto* const size = file != nullptr ? file->find("size") : nullptr;
-        const auto* const bytes = size != nullptr ? size->as<gps::Number>() : nullptr;
-        const auto* const hash = file != nullptr ? file->findString("hash") : nullptr;
-        if (path == nullptr || bytes == nullptr || hash == nullptr || !staysBelow(decoded(*path)))
+        auto file = fileOf(element);
+        if (!file)
             return false;
-        if (isTemporaryName(gps::lastComponent(decoded(*path))))
-            continue;
-        manifest.files.push_back(
-            {decoded(*path), static_cast<std::uint64_t>(bytes->int64Value()), *hash});
+        if (!isTemporaryName(gps::lastComponent(file->path)))
+            manifest.files.push_back(std::move(*file));
     }
     return true;
+}
+
+SortedJson parseManifest(const std::string& text)
+{
+    const auto isShallow = [](int depth, SortedJson::parse_event_t, const SortedJson&) {
+        return depth <= kDeepestMember;
+    };
+    return SortedJson::parse(text.begin(), text.end(), isShallow, false);
 }
 
 } // namespace
@@ -117,18 +176,27 @@ std::string manifestText(const Manifest& manifest)
     return text + '\n';
 }
 
+std::optional<gps::Error> writeManifest(const std::string& folder, const Manifest& manifest,
+                                        gps::FileSystem& files)
+{
+    const auto text = manifestText(manifest);
+    if (text.size() > kLargestManifest)
+        return hostError("The device has too many files for a backup",
+                         "Keep a copy yourself, and send with --no-backup", manifest.device);
+    return writeFile(gps::joinPath(folder, kManifestName), text, files);
+}
+
 std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest,
                                        gps::FileSystem& files)
 {
     std::string text;
-    if (gps::FileManager{&files}.readFile(gps::joinPath(folder, kManifestName), text))
+    const auto path = gps::joinPath(folder, kManifestName);
+    if (gps::FileManager{&files}.readFile(path, text, kLargestManifest))
         return notABackup(folder);
-    const auto json = readJsonObject(text);
+    const auto json = parseManifest(text);
     Manifest read;
-    if (!json || !readFolders(*json, read) || !readFiles(*json, read))
+    if (!readDevice(json, read) || !readFolders(json, read) || !readFiles(json, read))
         return notABackup(folder);
-    if (const auto* const device = json->findString("device"))
-        read.device = *device;
     manifest = std::move(read);
     return std::nullopt;
 }

@@ -7,6 +7,7 @@
 #include <gps/Error.h>
 #include <platform/System/FileSystem.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,12 +31,23 @@ struct Manifest {
 inline constexpr char kManifestName[] = "manifest.json";
 inline constexpr char kFilesName[] = "files"; ///< the folder that contains the files
 
+/// Larger manifests are neither written nor read; in bytes. Enough for about 80,000 files.
+inline constexpr std::size_t kLargestManifest = std::size_t{8} << 20;
+
 /// The manifest file's content.
 [[nodiscard]] std::string manifestText(const Manifest& manifest);
 
-/// Reads a backup's manifest. One with a path that leads out of the device's folder is rejected,
-/// because a restore would write there. Unfinished files, which older versions backed up, are left
-/// out.
+/// Writes a backup's manifest.
+/// @param folder  the backup's folder
+/// @return        why it cannot be written, or that it would be too large
+[[nodiscard]] std::optional<gps::Error>
+writeManifest(const std::string& folder, const Manifest& manifest,
+              gps::FileSystem& files = gps::FileSystem::system());
+
+/// Reads a backup's manifest. It is rejected unless every member has its type and form: paths of at
+/// most 4095 bytes that stay inside the device's folder and hold no NUL byte, sizes that a
+/// backed-up file can have, and hashes by hashOf. Unfinished files, which older versions backed up,
+/// are left out.
 /// @param folder    the backup's folder
 /// @param manifest  out: untouched after a failure
 [[nodiscard]] std::optional<gps::Error>

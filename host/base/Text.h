@@ -11,7 +11,7 @@
 
 namespace host {
 
-inline constexpr char kHexDigits[] = "0123456789abcdef";
+inline constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 /// Removes the first character from a text.
 /// Precondition: the text is not empty.

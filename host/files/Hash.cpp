@@ -5,6 +5,7 @@
 
 #include "host/base/Text.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace host {
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::uint64_t kFnvBasis = 14695981039346656037U;
 constexpr std::uint64_t kFnvPrime = 1099511628211U;
+constexpr std::size_t kHashLength = 16;
 
 } // namespace
 
@@ -20,10 +22,16 @@ std::string hashOf(std::string_view bytes)
     std::uint64_t hash = kFnvBasis;
     for (const char byte : bytes)
         hash = (hash ^ static_cast<unsigned char>(byte)) * kFnvPrime;
-    std::string text(16, '0');
+    std::string text(kHashLength, '0');
     for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4)
         *digit = kHexDigits[hash & 15];
     return text;
+}
+
+bool isHash(std::string_view text) noexcept
+{
+    return text.size() == kHashLength &&
+           text.find_first_not_of(kHexDigits) == std::string_view::npos;
 }
 
 } // namespace host

@@ -12,4 +12,7 @@ namespace host {
 /// Source: FNV-1a, 64 bits, draft-eastlake-fnv.
 [[nodiscard]] std::string hashOf(std::string_view bytes);
 
+/// Whether a text has the form that hashOf() returns.
+[[nodiscard]] bool isHash(std::string_view text) noexcept;
+
 } // namespace host

@@ -442,6 +442,20 @@ TEST_F(Send, BackupAfterAnInterruptedWriteIsRestored)
         EXPECT_EQ(receiver.read(file), content) << file;
 }
 
+TEST_F(Send, RestoreRejectsAManifestWithAZeroByteInAFolder)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    here_.put("forged/manifest.json", R"({"device":"/d","folders":["..\u0000"],"files":[]})");
+    const auto ran =
+        magellangps({"restore", "--device", receiver.path(), "--backup", here_.path("kept"),
+                     here_.path("forged")});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.out, IsEmpty());
+    EXPECT_THAT(ran.err, HasSubstr("This folder is not a complete backup"));
+    EXPECT_EQ(filesOf(receiver.path()), before);
+}
+
 TEST_F(Send, FullMediumKeepsTheOldFilesAndIsReported)
 {
     const Receiver original;

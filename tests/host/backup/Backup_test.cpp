@@ -186,7 +186,7 @@ TEST_F(Backup, FoldersWithoutAManifestAreNotListed)
     kept_.put("kept/42/20200101T000000Z/files/x", "x");
     kept_.put("kept/42/20200102T000000Z/manifest.json", "{");
     kept_.put("kept/42/20200103T000000Z/manifest.json",
-              R"({"folders":[],"files":[{"path":"../x","size":1,"hash":""}]})");
+              R"({"folders":[],"files":[{"path":"../x","size":1,"hash":"af63dc4c8601ec8c"}]})");
     EXPECT_THAT(list(), IsEmpty());
     EXPECT_THAT(host::listBackups(kept_.path("missing"), "42"), IsEmpty());
 }

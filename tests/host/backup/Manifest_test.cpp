@@ -24,17 +24,30 @@ std::string withFolder(const std::string& path)
     return R"({"device":"/d","folders":[")" + path + R"("],"files":[]})";
 }
 
+constexpr std::string_view kHash = "af63dc4c8601ec8c";
+
+std::string withMembers(const std::string& members)
+{
+    return R"({"device":"/d","folders":[],"files":[{)" + members + "}]}";
+}
+
 std::string withFile(const std::string& path)
 {
-    return R"({"device":"/d","folders":[],"files":[{"path":")" + path +
-           R"(","size":1,"hash":"a"}]})";
+    return withMembers(R"("path":")" + path + R"(","size":1,"hash":")" + std::string{kHash} + '"');
+}
+
+std::string withSize(const std::string& size)
+{
+    return withMembers(R"("path":"x","size":)" + size + R"(,"hash":")" + std::string{kHash} + '"');
 }
 
 TEST(Manifest, IsReadAsItWasWritten)
 {
     const support::TemporaryFolder folder;
     const host::Manifest written{
-        "/media/GPS", {"Points", "Ways"}, {{"Points/a", 5, "00ff"}, {"Ways/100%\n\xFF", 0, "0"}}};
+        "/media/GPS",
+        {"Points", "Ways"},
+        {{"Points/a", 5, host::hashOf("a")}, {"Ways/100%\n\xFF", 0, host::hashOf("")}}};
     folder.put(host::kManifestName, host::manifestText(written));
     host::Manifest read;
     ASSERT_FALSE(host::readManifest(folder.path(), read));
@@ -83,7 +96,8 @@ TEST(Manifest, PathsInsideTheDeviceAreAccepted)
 TEST(Manifest, PathsThatLeadOutOfTheDeviceAreRejected)
 {
     for (const std::string path :
-         {"", "..", "../x", "a/../x", "a/..", "/etc", "%2e%2E/x", "%2fetc", "a%00"}) {
+         {"", "..", "../x", "a/../x", "a/..", "/etc", "%2e%2E/x", "%2fetc", "a%00", R"(..\u0000)",
+          R"(\u0000)", R"(a\u0000b)", R"(..\u0000/x)", "..%00", "a/..%00"}) {
         EXPECT_FALSE(isAccepted(withFolder(path))) << path;
         EXPECT_FALSE(isAccepted(withFile(path))) << path;
     }
@@ -91,15 +105,86 @@ TEST(Manifest, PathsThatLeadOutOfTheDeviceAreRejected)
 
 TEST(Manifest, IncompleteManifestIsRejected)
 {
-    for (const char* text :
-         {"", "{", "[]", "{}", R"({"folders":[]})", R"({"files":[]})",
-          R"({"folders":"a","files":[]})", R"({"folders":[1],"files":[]})",
-          R"({"folders":[],"files":[1]})", R"({"folders":[],"files":[{"size":1,"hash":"a"}]})",
-          R"({"folders":[],"files":[{"path":"x","hash":"a"}]})",
-          R"({"folders":[],"files":[{"path":"x","size":"1","hash":"a"}]})",
-          R"({"folders":[],"files":[{"path":"x","size":1}]})"})
+    for (const char* text : {"", "{", "[]", "{}", R"({"folders":[]})", R"({"files":[]})",
+                             R"({"folders":"a","files":[]})", R"({"folders":[1],"files":[]})",
+                             R"({"folders":[],"files":[1]})",
+                             R"({"folders":[],"files":[{"size":1,"hash":"af63dc4c8601ec8c"}]})",
+                             R"({"folders":[],"files":[{"path":"x","hash":"af63dc4c8601ec8c"}]})",
+                             R"({"folders":[],"files":[{"path":"x","size":1}]})"})
         EXPECT_FALSE(isAccepted(text)) << text;
     EXPECT_TRUE(isAccepted(R"({"folders":[],"files":[]})")) << "the device is only a note";
+}
+
+TEST(Manifest, MembersOfAnotherTypeOrFormAreRejected)
+{
+    EXPECT_TRUE(isAccepted(withFile("x")));
+    for (const char* text :
+         {R"({"device":1,"folders":[],"files":[]})", R"({"device":null,"folders":[],"files":[]})",
+          R"({"device":"/d\u0000","folders":[],"files":[]})", R"({"folders":{},"files":[]})",
+          R"({"folders":[["a"]],"files":[]})", R"({"folders":[],"files":{}})",
+          R"({"folders":[],"files":[[]]})", R"({"folders":[],"files":[]}x)"})
+        EXPECT_FALSE(isAccepted(text)) << text;
+    for (const char* members :
+         {R"("path":1,"size":1,"hash":"af63dc4c8601ec8c")",
+          R"("path":["x"],"size":1,"hash":"af63dc4c8601ec8c")", R"("path":"x","size":1,"hash":1)",
+          R"("path":"x","size":1,"hash":"af63dc4c8601ec8")",
+          R"("path":"x","size":1,"hash":"AF63DC4C8601EC8C")"})
+        EXPECT_FALSE(isAccepted(withMembers(members))) << members;
+}
+
+TEST(Manifest, SizeIsThatOfAFileThatCanBeRead)
+{
+    for (const char* size : {"0", "1", "2147483648"})
+        EXPECT_TRUE(isAccepted(withSize(size))) << size;
+    for (const char* size : {"-1", "1.0", "1e3", "\"1\"", "true", "null", "2147483649",
+                             "18446744073709551615", "99999999999999999999"})
+        EXPECT_FALSE(isAccepted(withSize(size))) << size;
+}
+
+TEST(Manifest, PathsAreAtMostAsLongAsTheSystemAllows)
+{
+    std::string path = "a";
+    while (path.size() + 2 <= 4095)
+        path += "/a";
+    ASSERT_EQ(path.size(), 4095U);
+    EXPECT_TRUE(isAccepted(withFolder(path)));
+    EXPECT_TRUE(isAccepted(withFile(path)));
+    EXPECT_FALSE(isAccepted(withFolder(path + 'a')));
+    EXPECT_FALSE(isAccepted(withFile(path + 'a')));
+}
+
+TEST(Manifest, LargestOneIsReadAndALargerOneIsNot)
+{
+    auto text = withFolder("Points");
+    text.append(host::kLargestManifest - text.size(), ' ');
+    EXPECT_TRUE(isAccepted(text));
+    EXPECT_FALSE(isAccepted(text + ' '));
+}
+
+TEST(Manifest, LargestOneIsWrittenAndALargerOneIsNot)
+{
+    const support::TemporaryFolder folder;
+    host::Manifest manifest{.device = "", .folders = {}};
+    manifest.device.assign(host::kLargestManifest - host::manifestText(manifest).size(), 'x');
+    EXPECT_FALSE(host::writeManifest(folder.path(), manifest));
+    EXPECT_EQ(folder.read(host::kManifestName).size(), host::kLargestManifest);
+    manifest.device += 'x';
+    const auto failure = host::writeManifest(folder.path(), manifest);
+    ASSERT_TRUE(failure);
+    EXPECT_THAT(*failure->suggestion(), testing::HasSubstr("--no-backup"));
+    EXPECT_EQ(folder.read(host::kManifestName).size(), host::kLargestManifest);
+}
+
+TEST(Manifest, HostileShapesAreReadWithoutMuchMemoryOrTime)
+{
+    std::string keys = "{";
+    while (keys.size() < host::kLargestManifest / 4)
+        keys += "\"" + std::to_string(keys.size()) + "\":0,";
+    EXPECT_TRUE(isAccepted(keys + R"("folders":[],"files":[]})"));
+    EXPECT_FALSE(isAccepted(std::string(host::kLargestManifest, '[')));
+    const std::string nested = std::string(1000, '[') + std::string(1000, ']');
+    EXPECT_FALSE(isAccepted(R"({"folders":)" + nested + R"(,"files":[]})"));
+    EXPECT_TRUE(isAccepted(R"({"folders":[],"files":[],"later":)" + nested + '}'));
 }
 
 TEST(Manifest, MissingFileIsNotABackup)
