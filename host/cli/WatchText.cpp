@@ -75,7 +75,7 @@ WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
             event.device.isReadable ? "" : ". You have no permission to read its files")}};
     case WatchEvent::Kind::kGone:
         return {{"gone: " + device}};
-    case WatchEvent::Kind::kListDamaged:
+    case WatchEvent::Kind::kListUnusable:
         return {{"note: " + (event.error ? sentencesOf(*event.error) : std::string{})}};
     case WatchEvent::Kind::kDownloaded:
         return downloadText(event, isNewOnly, isLogShown);

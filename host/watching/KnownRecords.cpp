@@ -41,6 +41,15 @@ bool readKeys(std::string_view text, RecordKeys& keys)
     return true;
 }
 
+gps::Error unreadableListError(const std::string& path, const gps::Error& failure)
+{
+    const auto* const reason = failure.userInfo().findString(gps::kErrorReasonKey);
+    return hostError(fmt::format("The list of saved records cannot be read{}, so every record "
+                                 "counts as new",
+                                 reason != nullptr ? " (" + *reason + ')' : ""),
+                     "The list is not changed; check its permissions and its disk", path);
+}
+
 } // namespace
 
 std::string wayPointKey(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -90,11 +99,12 @@ std::optional<gps::Error> KnownRecords::load()
     keys_.clear();
     std::string text;
     const auto failure = gps::FileManager{&files_}.readFile(path_, text);
-    if (failure && failure->code() == gps::FileErrorCode::kReadNoSuchFile)
+    isUnreadable_ = failure && failure->code() != gps::FileErrorCode::kReadNoSuchFile;
+    if (isUnreadable_)
+        return unreadableListError(path_, *failure);
+    if (failure || readKeys(text, keys_))
         return std::nullopt;
-    if (failure || !readKeys(text, keys_))
-        return moveDamagedFile();
-    return std::nullopt;
+    return moveDamagedFile();
 }
 
 gps::Error KnownRecords::moveDamagedFile() const
@@ -115,6 +125,8 @@ bool KnownRecords::hasTrackFrom(std::int64_t firstTime) const
 
 std::optional<gps::Error> KnownRecords::add(const RecordKeys& keys)
 {
+    if (isUnreadable_)
+        return std::nullopt;
     keys_.insert(keys.begin(), keys.end());
     std::string text{kTitle};
     for (const auto& key : keys_)

@@ -54,8 +54,9 @@ public:
     /// @param files  the system to work on; must outlive this object
     explicit KnownRecords(std::string path, gps::FileSystem& files = gps::FileSystem::system());
 
-    /// Reads the file. A damaged file is renamed, and the list is empty then.
-    /// @return  the damage, which the user should know about
+    /// Reads the file. A damaged file is renamed, and one that cannot be read is not changed, not
+    /// by add() either; the list is empty then. A missing file is an empty list.
+    /// @return  what is wrong with the file, which the user should know about
     [[nodiscard]] std::optional<gps::Error> load();
 
     [[nodiscard]] bool contains(std::string_view key) const
@@ -66,8 +67,9 @@ public:
     /// Whether any known track starts at this time.
     [[nodiscard]] bool hasTrackFrom(std::int64_t firstTime) const;
 
-    /// Adds keys and replaces the file. @return  why it cannot be written; the old file is
-    /// unchanged
+    /// Adds keys and replaces the file. After a load() that could not read the file, does nothing:
+    /// what it holds would be lost.
+    /// @return  why it cannot be written; the old file is unchanged
     [[nodiscard]] std::optional<gps::Error> add(const RecordKeys& keys);
 
 private:
@@ -75,6 +77,7 @@ private:
 
     gps::FileSystem& files_;
     std::string path_;
+    bool isUnreadable_ = false; // the file exists, but nobody knows what it holds
     RecordKeys keys_;
 };
 

@@ -20,12 +20,13 @@ struct WatchEvent {
         kDriverMissing, ///< no driver has the requested name so far; one may come with a port
         kAppeared,
         kGone,
-        kListDamaged, ///< `error`: the device's list of saved records; everything counts as new
-        kDownloaded,  ///< a download has ended, with or without success
+        kListUnusable, ///< `error`: why the device's list of saved records is damaged or cannot be
+                       ///< read; everything counts as new
+        kDownloaded,   ///< a download has ended, with or without success
     };
 
     Kind kind = Kind::kStarted;
-    WatchedDevice device{}; ///< kAppeared, kGone, kListDamaged, kDownloaded
+    WatchedDevice device{}; ///< kAppeared, kGone, kListUnusable, kDownloaded
 
     DownloadReport report{};           ///< kDownloaded
     std::optional<gps::Error> error{}; ///< what went wrong outside of the download

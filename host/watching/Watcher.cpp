@@ -189,10 +189,10 @@ void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
         (fs::path{listFolder.value_or("")} / (nameOfDevice(identifier) + ".txt")).string()};
     NewRecordFilter filter{known};
     if (listFolder) {
-        if (auto damage = known.load())
-            report({.kind = WatchEvent::Kind::kListDamaged,
+        if (auto failure = known.load())
+            report({.kind = WatchEvent::Kind::kListUnusable,
                     .device = device,
-                    .error = std::move(damage)});
+                    .error = std::move(failure)});
     }
     auto request = request_.download;
     request.location = device.location;

@@ -150,6 +150,24 @@ TEST_F(WatchCommand, DamagedListOfKnownRecordsIsSetAsideAndEverythingIsNewAgain)
     EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}), Not(HasSubstr("note: ")));
 }
 
+TEST_F(WatchCommand, ListOfKnownRecordsThatCannotBeReadIsReportedAndKept)
+{
+    (void)watchUntil("\nsaved: ", {"--new-only"});
+    const auto list = state_.path("magellangps/watch/42.txt");
+    const auto away = state_.path("magellangps/watch/away");
+    std::filesystem::rename(list, away);
+    std::filesystem::create_symlink("42.txt", list); // a link to itself cannot be opened
+    const auto printed = watchUntil("\nsaved: ", {"--new-only", "--format", "jsonl"});
+    EXPECT_THAT(printed, HasSubstr("\nnote: The list of saved records cannot be read (Too many "
+                                   "levels of symbolic links), so every record counts as new. "));
+    EXPECT_THAT(printed,
+                HasSubstr(".jsonl: 2 waypoints, 1 geocache, 1 route, 1 track (2 points)\n"));
+    EXPECT_TRUE(std::filesystem::is_symlink(list));
+    EXPECT_FALSE(std::filesystem::exists(list + ".damaged"));
+    std::filesystem::rename(away, list);
+    EXPECT_THAT(watchUntil("\nnothing new: ", {"--new-only"}), Not(HasSubstr("note: ")));
+}
+
 TEST_F(WatchCommand, EmptyReceiverMakesNoFile)
 {
     for (const char* folder : {"Points", "Caches", "Ways", "Tracks"})

@@ -95,10 +95,10 @@ TEST(WatchText, NotesAreKeptApartFromTheLines)
     EXPECT_EQ(host::watchText(event, false, false).notes.size(), 2U);
 }
 
-TEST(WatchText, DamagedListIsANote)
+TEST(WatchText, ListThatCannotBeUsedIsANote)
 {
     EXPECT_THAT(
-        linesOf({.kind = Kind::kListDamaged, .device = kDevice, .error = gps::Error{"some", 1}}),
+        linesOf({.kind = Kind::kListUnusable, .device = kDevice, .error = gps::Error{"some", 1}}),
         ElementsAre("note: Error 1 of the domain some."));
 }
 

@@ -255,9 +255,23 @@ TEST_F(WatcherTest, DamagedListIsReportedBeforeTheDownload)
     auto watcher = this->watcher();
     const auto events = look(watcher);
     EXPECT_THAT(kindsOf(events),
-                ElementsAre(Kind::kAppeared, Kind::kListDamaged, Kind::kDownloaded));
+                ElementsAre(Kind::kAppeared, Kind::kListUnusable, Kind::kDownloaded));
     EXPECT_TRUE(events[1].error);
     EXPECT_EQ(reportIn(events).written.waypoints, 1U);
+}
+
+TEST_F(WatcherTest, ListThatCannotBeReadIsReportedOnceAndEverythingIsSaved)
+{
+    request_.knownRecordsFolder = folder_.path("known");
+    folder_.makeFolder("known/42.txt");
+    auto watcher = this->watcher();
+    const auto events = look(watcher);
+    EXPECT_THAT(kindsOf(events),
+                ElementsAre(Kind::kAppeared, Kind::kListUnusable, Kind::kDownloaded));
+    EXPECT_TRUE(events[1].error);
+    EXPECT_EQ(reportIn(events).written.waypoints, 1U);
+    EXPECT_FALSE(events.back().error);
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("known/42.txt")));
 }
 
 TEST_F(WatcherTest, ListThatCannotBeWrittenIsAnErrorBesideTheFile)
