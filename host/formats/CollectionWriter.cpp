@@ -4,7 +4,10 @@
 
 #include "host/formats/CollectionWriter.h"
 
+#include "host/formats/GeocacheSymbol.h"
+
 #include <optional>
+#include <string>
 
 namespace host {
 
@@ -27,11 +30,12 @@ void CollectionWriter::event(const Event& event)
         trackPoint(event.point);
         break;
     case EventKind::kWayPoint:
-        if (open_ == Open::kRoute) {
-            routePoint(event.point, event.record);
+        if (const auto symbol = correctedSymbol(event.record)) {
+            auto record = event.record;
+            record.set("symbol", std::string{*symbol});
+            wayPointOrRoutePoint(event.point, record);
         } else {
-            open(Open::kNothing);
-            wayPoint(event.point, event.record);
+            wayPointOrRoutePoint(event.point, event.record);
         }
         break;
     default: // state changes, transfers and errors end the open collection
@@ -43,6 +47,17 @@ std::optional<gps::Error> CollectionWriter::close()
 {
     open(Open::kNothing);
     return finish();
+}
+
+void CollectionWriter::wayPointOrRoutePoint(const gps::GPSPoint& point,
+                                            const gps::Dictionary& record)
+{
+    if (open_ == Open::kRoute) {
+        routePoint(point, record);
+    } else {
+        open(Open::kNothing);
+        wayPoint(point, record);
+    }
 }
 
 void CollectionWriter::open(Open next)

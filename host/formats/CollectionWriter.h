@@ -12,6 +12,7 @@ namespace host {
 
 /// Calls the operations below in a strict order: a route or a track begins, gets its points and
 /// ends before anything else is reported. A waypoint after a new route is a point of that route.
+/// The records of geocaches have the symbol that a map file shows.
 class CollectionWriter : public Writer {
 public:
     void event(const Event& event) final;
@@ -35,6 +36,7 @@ private:
     enum class Open { kNothing, kRoute, kTrack };
 
     void open(Open next);
+    void wayPointOrRoutePoint(const gps::GPSPoint& point, const gps::Dictionary& record);
 
     Open open_ = Open::kNothing;
 };

@@ -155,20 +155,32 @@ gps::Dictionary plainRecord(const pugi::xml_node& element, const gps::GPSPoint& 
     return record;
 }
 
+// The waypoint's name is usually a code. The cache's own name takes the first of name and comment
+// that is free.
+void keepTitle(gps::Dictionary& record, const std::string& title)
+{
+    const auto* const name = record.findString("name");
+    if (name == nullptr)
+        setUnlessEmpty(record, "name", title);
+    else if (record.findString("comment")->empty() && title != *name)
+        record.set("comment", title);
+}
+
 gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
 {
     const auto cache = cacheOf(element);
+    // Not by its logs: they are everybody's.
+    const bool isFound = childText(element, "sym") == gps::kFoundGeocacheSymbol;
     auto record = plainRecord(element, point);
+    keepTitle(record, childText(cache, "name"));
     record.set("geocacheOwner", childText(cache, "owner"));
     record.set("geocacheHint", childText(cache, "encoded_hints"));
     record.set("geocacheType", cacheTypeOf(element));
     record.set("datePlaced", datePlacedOf(element, point));
-    record.set("dateFound", loggedDate(cache, "Found it"));
+    record.set("dateFound", isFound ? loggedDate(cache, "Found it") : std::string{});
     record.set("difficulty", childText(cache, "difficulty"));
     record.set("terrain", childText(cache, "terrain"));
-    record.set("symbol", childText(element, "sym") == gps::kFoundGeocacheSymbol
-                             ? gps::kFoundGeocacheSymbol
-                             : gps::kGeocacheSymbol);
+    record.set("symbol", isFound ? gps::kFoundGeocacheSymbol : gps::kGeocacheSymbol);
     return record;
 }
 

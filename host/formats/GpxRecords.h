@@ -25,7 +25,8 @@ namespace host {
 /// @return  whether both coordinates are valid
 [[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);
 
-/// The record of a <wpt>: a geocache if its type, symbol or cache extension says so.
+/// The record of a <wpt>: a geocache if its type, symbol or cache extension says so. A geocache is
+/// found, and has a found date, only if its symbol is the found one.
 [[nodiscard]] gps::Dictionary waypointRecord(const pugi::xml_node& element,
                                              const gps::GPSPoint& point);
 

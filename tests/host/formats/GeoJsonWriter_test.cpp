@@ -90,6 +90,15 @@ TEST(GeoJsonWriter, EveryFieldOfARecordButItsPointIsAProperty)
         "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
 
+TEST(GeoJsonWriter, GeocacheWithoutAFoundDateIsNotFound)
+{
+    const auto features =
+        featuresOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"datePlaced", "010208"}}),
+                    wayPoint({}, {{"symbol", "Geocache Found"}, {"dateFound", "020309"}})});
+    EXPECT_EQ(features[0]["properties"]["symbol"], "Geocache");
+    EXPECT_EQ(features[1]["properties"]["symbol"], "Geocache Found");
+}
+
 TEST(GeoJsonWriter, ReservedPropertyIsWrittenOnce)
 {
     const auto text =

@@ -406,6 +406,37 @@ TEST(GpxReader, GeocacheSymbolIsOneOfTwo)
     EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "symbol"), "Geocache");
 }
 
+TEST(GpxReader, GeocacheIsNotFoundBySomebodyElsesLog)
+{
+    for (const std::string_view symbol :
+         {"<sym>Geocache</sym>", "", "<sym>geocache found</sym>", "<sym>Geocache Found </sym>"}) {
+        const auto record = waypoint(std::string{symbol} + "<type>Geocache</type>" + kCache);
+        EXPECT_EQ(textUnder(record, "symbol"), "Geocache") << symbol;
+        EXPECT_EQ(textUnder(record, "dateFound"), "") << symbol;
+    }
+    const auto found = waypoint(std::string{"<sym>Geocache Found</sym>"} + kCache);
+    EXPECT_EQ(textUnder(found, "symbol"), "Geocache Found");
+    EXPECT_EQ(textUnder(found, "dateFound"), "040310");
+}
+
+TEST(GpxReader, CachesOwnNameIsTheNameOrTheCommentIfThereIsNoOther)
+{
+    EXPECT_EQ(textUnder(waypoint(std::string{"<name>GC1</name>"} + kCache), "comment"),
+              "The title");
+    EXPECT_EQ(textUnder(waypoint(std::string{"<name>GC1</name>"} + kCache), "name"), "GC1");
+    EXPECT_EQ(textUnder(waypoint(kCache), "name"), "The title");
+    EXPECT_EQ(textUnder(waypoint(kCache), "comment"), "");
+    EXPECT_EQ(
+        textUnder(waypoint(std::string{"<name>GC1</name><cmt>c</cmt><desc>d</desc>"} + kCache),
+                  "comment"),
+        "c");
+    EXPECT_EQ(
+        textUnder(waypoint(std::string{"<name>GC1</name><desc>d</desc>"} + kCache), "comment"),
+        "d");
+    EXPECT_EQ(textUnder(waypoint(std::string{"<name>The title</name>"} + kCache), "comment"), "");
+    EXPECT_EQ(textUnder(waypoint("<name>GC1</name><type>Geocache</type>"), "comment"), "");
+}
+
 TEST(GpxReader, GeocacheTypeOfTheExtensionComesBeforeTheWaypoints)
 {
     EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"),
@@ -592,10 +623,20 @@ TEST(GpxReader, GeocacheSurvivesARoundTrip)
                                                 {"geocacheHint", ""},
                                                 {"geocacheType", ""},
                                                 {"datePlaced", ""},
+                                                {"dateFound", ""},
+                                                {"difficulty", ""},
+                                                {"terrain", ""},
+                                                {"symbol", "Geocache"}},
+                                     Dictionary{{"name", "GC125"},
+                                                {"comment", ""},
+                                                {"geocacheOwner", ""},
+                                                {"geocacheHint", ""},
+                                                {"geocacheType", ""},
+                                                {"datePlaced", "010208"},
                                                 {"dateFound", "300299"}, // not a valid day
                                                 {"difficulty", ""},
                                                 {"terrain", ""},
-                                                {"symbol", "Geocache"}}})
+                                                {"symbol", "Geocache Found"}}})
         EXPECT_EQ(firstUnder(roundTrip({support::wayPoint(point, record)}), "waypoint"),
                   withPoint(record, point));
 }

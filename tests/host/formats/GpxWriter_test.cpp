@@ -185,6 +185,14 @@ TEST(GpxWriter, GeocacheHasItsExtension)
             "</groundspeak:cache></extensions></wpt>"));
 }
 
+TEST(GpxWriter, GeocacheWithoutAFoundDateIsNotFound)
+{
+    EXPECT_THAT(gpxBodyOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"datePlaced", "010208"}})}),
+                HasSubstr("<sym>Geocache</sym>"));
+    EXPECT_THAT(gpxBodyOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"dateFound", "020309"}})}),
+                HasSubstr("<sym>Geocache Found</sym>"));
+}
+
 TEST(GpxWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;

@@ -157,11 +157,20 @@ TEST(HtmlWriter, GeocachesHaveAListOfTheirOwn)
         data["waypoints"],
         Json::parse(
             R"([{"name":"Camp","comment":"by the lake","symbol":"Resort","at":[46500000,7250000,12000,null]}])"));
-    EXPECT_EQ(
-        data["geocaches"],
-        Json::parse(R"([{"name":"GC1","comment":"note","symbol":"Geocache","type":"Traditional",
+    EXPECT_EQ(data["geocaches"],
+              Json::parse(
+                  R"([{"name":"GC1","comment":"note","symbol":"Geocache Found","type":"Traditional",
         "owner":"owner","hint":"hint","difficulty":"1","terrain":"2.5","placed":"2008-02-01","found":"soon",
         "at":[46000000,7000000,5000,null]}])"));
+}
+
+TEST(HtmlWriter, GeocacheWithoutAFoundDateIsNotFound)
+{
+    const auto data =
+        pageDataOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"datePlaced", "010208"}}),
+                    wayPoint({}, {{"symbol", "Geocache Found"}, {"dateFound", "020309"}})});
+    EXPECT_EQ(data["geocaches"][0]["symbol"], "Geocache");
+    EXPECT_EQ(data["geocaches"][1]["symbol"], "Geocache Found");
 }
 
 TEST(HtmlWriter, RecordsInAnyOrderAreListedByKind)

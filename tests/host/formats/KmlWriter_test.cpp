@@ -114,6 +114,15 @@ TEST(KmlWriter, EveryFieldOfARecordButItsPointIsData)
                   "<Data name=\"a&quot;b\"><value>true</value></Data></ExtendedData><Point>"));
 }
 
+TEST(KmlWriter, GeocacheWithoutAFoundDateIsNotFound)
+{
+    constexpr char kFound[] = "<Data name=\"symbol\"><value>Geocache Found</value></Data>";
+    EXPECT_THAT(kmlBodyOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"datePlaced", "010208"}})}),
+                HasSubstr("<Data name=\"symbol\"><value>Geocache</value></Data>"));
+    EXPECT_THAT(kmlBodyOf({wayPoint({}, {{"symbol", "Geocache Found"}, {"dateFound", "020309"}})}),
+                HasSubstr(kFound));
+}
+
 TEST(KmlWriter, TimedTrackHasItsTimesBeforeItsCoordinates)
 {
     EXPECT_EQ(kmlBodyOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
