@@ -4,12 +4,11 @@
 
 #include "host/backup/Backup.h"
 
+#include "host/backup/BackupCopier.h"
 #include "host/backup/Manifest.h"
 #include "host/base/HostError.h"
 #include "host/files/Files.h"
-#include "host/files/Hash.h"
 #include "host/files/StateFolder.h"
-#include "host/files/TemporaryName.h"
 
 #include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
@@ -20,7 +19,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -95,131 +93,6 @@ std::string newName(const std::string& folder, gps::FileSystem& files)
     return last < 0 ? time : time + '-' + std::to_string(last + 1);
 }
 
-// Fills one backup's folder before it has its name.
-class BackupCopier {
-public:
-    BackupCopier(const DataFolders& source, std::string folder, std::vector<std::string>& skipped,
-                 gps::FileSystem& files)
-        : source_(source), folder_(std::move(folder)), skipped_(skipped), files_(files)
-    {
-        if (source.known == nullptr)
-            return;
-        for (const auto& file : *source.known)
-            known_.emplace(file.path, &file);
-    }
-
-    [[nodiscard]] std::optional<gps::Error> copyAll();
-
-private:
-    [[nodiscard]] std::optional<gps::Error> copyFolder(const std::string& folder);
-    [[nodiscard]] std::optional<gps::Error> copyEntry(const gps::FolderEntry& entry,
-                                                      const std::string& folder,
-                                                      const std::string& relative);
-    [[nodiscard]] std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
-                                                     BackedUpFile& file);
-    [[nodiscard]] std::optional<gps::Error> read(const std::string& path, std::string& bytes) const;
-    [[nodiscard]] std::string target(const std::string& relative) const
-    {
-        return gps::joinPath(gps::joinPath(folder_, kFilesName), relative);
-    }
-
-    const DataFolders& source_;
-    std::string folder_;
-    std::vector<std::string>& skipped_;
-    gps::FileSystem& files_;
-    std::map<std::string_view, const gps::DeviceFile*> known_; // by path
-    Manifest manifest_{};
-};
-
-std::optional<gps::Error> BackupCopier::copyAll()
-{
-    manifest_.device = source_.device;
-    if (auto failure = makeFolders(target({}), files_))
-        return failure;
-    for (const auto& folder : source_.folders) {
-        if (auto failure = copyFolder(folder))
-            return failure;
-    }
-    return writeManifest(folder_, manifest_, files_);
-}
-
-std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
-{
-    const auto relative = fs::path{folder}.lexically_relative(source_.device).string();
-    if (!gps::staysInside(relative))
-        return hostError("A data folder is not on the device",
-                         "Keep a copy yourself, and send with --no-backup", folder);
-    manifest_.folders.push_back(relative);
-    if (auto failure = makeFolders(target(relative), files_))
-        return failure;
-    auto entries = gps::FileManager{&files_}.enumerator(folder);
-    while (const auto entry = entries.next()) {
-        if (auto failure = copyEntry(*entry, folder, relative))
-            return failure;
-    }
-    // Files that were not listed would be missing in the backup, and nobody would know.
-    if (const int failure = entries.failure())
-        return systemError("A data folder cannot be read", "Check the receiver, and try again",
-                           folder, failure);
-    return std::nullopt;
-}
-
-std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
-                                                  const std::string& folder,
-                                                  const std::string& relative)
-{
-    BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
-    if (entry.isFolder)
-        return makeFolders(target(file.path), files_);
-    // Not data, and the next write in that folder deletes it, in the backup as well.
-    if (isTemporaryName(gps::lastComponent(file.path)))
-        return std::nullopt;
-    const auto from = gps::joinPath(folder, entry.relativePath);
-    struct stat status;
-    const int code = files_.stat(from.c_str(), &status) == 0 ? 0 : errno;
-    if (code != 0 && code != ENOENT && code != ELOOP) // those two: a link that leads nowhere
-        return systemError("A file cannot be read", "Check the receiver, and try again", from,
-                           code);
-    if (code != 0 || !S_ISREG(status.st_mode)) {
-        skipped_.push_back(from);
-        return std::nullopt;
-    }
-    if (auto failure = copyFile(from, target(file.path), file))
-        return failure;
-    manifest_.files.push_back(std::move(file));
-    return std::nullopt;
-}
-
-std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const std::string& to,
-                                                 BackedUpFile& file)
-{
-    const gps::FileManager manager{&files_};
-    std::string bytes;
-    if (auto failure = read(from, bytes))
-        return failure;
-    if (auto failure = writeFile(to, bytes, files_))
-        return failure;
-    std::string copy;
-    if (auto failure = manager.readFile(to, copy))
-        return failure;
-    if (copy != bytes)
-        return hostError("A copy differs from its file", "Check the disk that keeps the backups",
-                         to);
-    file.size = bytes.size();
-    file.hash = hashOf(bytes);
-    return std::nullopt;
-}
-
-std::optional<gps::Error> BackupCopier::read(const std::string& path, std::string& bytes) const
-{
-    const auto found = known_.find(path);
-    // A file that is not text has an error, too, but also its content.
-    if (found == known_.end() || (found->second->error && found->second->content.empty()))
-        return gps::FileManager{&files_}.readFile(path, bytes);
-    bytes = found->second->content;
-    return std::nullopt;
-}
-
 Backup describe(const std::string& path, const std::string& name, const Manifest& manifest)
 {
     Backup backup{.path = path, .name = name, .files = manifest.files.size()};
@@ -268,7 +141,10 @@ std::optional<gps::Error> create(const DataFolders& source, const std::string& f
 {
     const auto unfinished = gps::joinPath(folder, kUnfinished);
     (void)gps::FileManager{&files}.removeItem(unfinished);
-    auto failure = BackupCopier{source, unfinished, skipped, files}.copyAll();
+    Manifest manifest;
+    auto failure = BackupCopier{source, unfinished, skipped, files}.copyAll(manifest);
+    if (!failure)
+        failure = writeManifest(unfinished, manifest, files);
     if (!failure) {
         if (const int code = renameInFolder(files, folder, kUnfinished, name))
             failure = systemError("The backup cannot be given its name",
