@@ -58,19 +58,23 @@ std::string deviceFolder(const std::string& folder, std::string_view identifier)
 }
 
 // The names in a folder, without those inside its folders.
-std::vector<std::string> namesIn(const std::string& folder, gps::FileSystem& files)
+// @return  why the folder cannot be listed to its end
+std::optional<gps::Error> readNames(const std::string& folder, std::vector<std::string>& names,
+                                    gps::FileSystem& files)
 {
-    std::vector<std::string> names;
     auto entries = gps::FileManager{&files}.enumerator(folder);
     while (const auto entry = entries.next()) {
         names.push_back(entry->relativePath);
         entries.skipDescendants();
     }
-    return names;
+    if (const int code = entries.failure())
+        return systemError("The folder of the backups cannot be read",
+                           "Choose another folder with --backup", folder, code);
+    return std::nullopt;
 }
 
-// The order of backups by age: the time, then the number after it.
-std::pair<std::string, std::int64_t> orderOf(const std::string& name)
+// A backup's name in two parts: the time, and the number after it.
+std::pair<std::string, std::int64_t> partsOf(const std::string& name)
 {
     const auto hyphen = name.find('-');
     if (hyphen == std::string::npos)
@@ -79,14 +83,20 @@ std::pair<std::string, std::int64_t> orderOf(const std::string& name)
             gps::wholeUnsigned(std::string_view{name}.substr(hyphen + 1)).value_or(0)};
 }
 
-// A name that sorts after all others of this second. A lower number, free because its backup was
-// deleted, would make the new backup look older than it is.
-std::string newName(const std::string& folder, gps::FileSystem& files)
+// The clock can be wrong, and be set back. So the sequence counts, and names decide only between
+// backups of older versions, which have none.
+bool isNewer(const Backup& a, const Backup& b)
+{
+    return std::pair{a.sequence, partsOf(a.name)} > std::pair{b.sequence, partsOf(b.name)};
+}
+
+// A name that sorts after all others of this second, so that a list by name shows the order, too.
+std::string newName(const std::vector<std::string>& names)
 {
     const auto time = nameOfNow();
     std::int64_t last = -1;
-    for (const auto& name : namesIn(folder, files)) {
-        const auto [otherTime, number] = orderOf(name);
+    for (const auto& name : names) {
+        const auto [otherTime, number] = partsOf(name);
         if (otherTime == time)
             last = std::max(last, number);
     }
@@ -95,7 +105,8 @@ std::string newName(const std::string& folder, gps::FileSystem& files)
 
 Backup describe(const std::string& path, const std::string& name, const Manifest& manifest)
 {
-    Backup backup{.path = path, .name = name, .files = manifest.files.size()};
+    Backup backup{
+        .path = path, .name = name, .files = manifest.files.size(), .sequence = manifest.sequence};
     for (const auto& file : manifest.files)
         backup.bytes += file.size;
     return backup;
@@ -109,19 +120,71 @@ bool isSame(const std::string& a, const std::string& b, gps::FileSystem& files)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-void deleteOldest(const BackupPolicy& policy, const std::string& identifier, gps::FileSystem& files)
+std::vector<Backup> readBackups(const std::string& folder, const std::vector<std::string>& names,
+                                gps::FileSystem& files)
 {
-    const auto folder = deviceFolder(policy.folder, identifier);
-    std::size_t kept = 0;
-    for (const auto& backup : listBackups(policy.folder, identifier, files)) {
+    std::vector<Backup> backups;
+    for (const auto& name : names) {
+        const auto path = gps::joinPath(folder, name);
+        Manifest manifest;
+        if (name != kUnfinished && !readManifest(path, manifest, files))
+            backups.push_back(describe(path, name, manifest));
+    }
+    std::sort(backups.begin(), backups.end(), isNewer);
+    return backups;
+}
+
+// Renamed first, so that a run killed here does not leave a damaged backup in the list.
+// @return  whether the backup is gone
+bool deleteBackup(const Backup& backup, const std::string& folder, gps::FileSystem& files)
+{
+    const bool isGone = renameInFolder(files, folder, backup.name, kUnfinished) == 0 ||
+                        !gps::FileManager{&files}.fileExists(backup.path);
+    if (isGone)
+        (void)gps::FileManager{&files}.removeItem(gps::joinPath(folder, kUnfinished));
+    return isGone;
+}
+
+// @param older  all backups but the one just made, the newest first
+void deleteOldest(const BackupPolicy& policy, const std::string& folder,
+                  const std::vector<Backup>& older, MadeBackup& made, gps::FileSystem& files)
+{
+    std::size_t kept = 1;
+    for (const auto& backup : older) {
         const bool isProtected =
             !policy.protectedPath.empty() && isSame(backup.path, policy.protectedPath, files);
         if (kept++ < policy.count || isProtected)
             continue;
-        // Renamed first, so that a run killed here does not leave a damaged backup in the list.
-        if (renameInFolder(files, folder, backup.name, kUnfinished) == 0)
-            (void)gps::FileManager{&files}.removeItem(gps::joinPath(folder, kUnfinished));
+        if (deleteBackup(backup, folder, files))
+            made.deleted.push_back(backup.name);
     }
+}
+
+bool holdSameFiles(const std::string& a, const std::string& b,
+                   const std::vector<BackedUpFile>& list, gps::FileSystem& files)
+{
+    const gps::FileManager manager{&files};
+    return std::all_of(list.begin(), list.end(), [&](const BackedUpFile& file) {
+        const auto path = gps::joinPath(kFilesName, file.path);
+        std::string first;
+        std::string second;
+        return !manager.readFile(gps::joinPath(a, path), first) &&
+               !manager.readFile(gps::joinPath(b, path), second) && first == second;
+    });
+}
+
+// The newest backup that holds the same as the one in a folder; null if there is none. A damaged
+// one holds something else.
+const Backup* findEqual(const std::vector<Backup>& backups, const std::string& folder,
+                        const Manifest& manifest, gps::FileSystem& files)
+{
+    const auto found = std::find_if(backups.begin(), backups.end(), [&](const Backup& backup) {
+        Manifest other;
+        return !readManifest(backup.path, other, files) && other.folders == manifest.folders &&
+               other.files == manifest.files &&
+               holdSameFiles(backup.path, folder, manifest.files, files);
+    });
+    return found != backups.end() ? &*found : nullptr;
 }
 
 bool isInsideAny(const std::string& path, const std::vector<std::string>& folders)
@@ -134,26 +197,82 @@ bool isInsideAny(const std::string& path, const std::vector<std::string>& folder
     });
 }
 
-// Fills the backup and gives it its name.
-std::optional<gps::Error> create(const DataFolders& source, const std::string& folder,
-                                 const std::string& name, std::vector<std::string>& skipped,
-                                 gps::FileSystem& files)
+// Makes one backup in a device's folder, under an unfinished name at first.
+class BackupMaker {
+public:
+    BackupMaker(std::string folder, MadeBackup& made, gps::FileSystem& files)
+        : folder_(std::move(folder)), unfinished_(gps::joinPath(folder_, kUnfinished)), made_(made),
+          files_(files)
+    {}
+
+    [[nodiscard]] std::optional<gps::Error> make(const DataFolders& source,
+                                                 const BackupPolicy& policy);
+
+private:
+    [[nodiscard]] std::optional<gps::Error> fill(const DataFolders& source);
+    [[nodiscard]] std::optional<gps::Error> finish(const std::string& name);
+    [[nodiscard]] std::optional<gps::Error> giveName(const std::string& name);
+    void removeUnfinished() { (void)gps::FileManager{&files_}.removeItem(unfinished_); }
+
+    std::string folder_;
+    std::string unfinished_;
+    MadeBackup& made_;
+    gps::FileSystem& files_;
+    std::vector<Backup> backups_{}; // those of earlier runs, the newest first
+    Manifest manifest_{};
+};
+
+std::optional<gps::Error> BackupMaker::make(const DataFolders& source, const BackupPolicy& policy)
 {
-    const auto unfinished = gps::joinPath(folder, kUnfinished);
-    (void)gps::FileManager{&files}.removeItem(unfinished);
-    Manifest manifest;
-    auto failure = BackupCopier{source, unfinished, skipped, files}.copyAll(manifest);
+    std::vector<std::string> names;
+    if (auto failure = readNames(folder_, names, files_))
+        return failure;
+    backups_ = readBackups(folder_, names, files_);
+    removeUnfinished();
+    auto failure = fill(source);
     if (!failure)
-        failure = writeManifest(unfinished, manifest, files);
-    if (!failure) {
-        if (const int code = renameInFolder(files, folder, kUnfinished, name))
-            failure = systemError("The backup cannot be given its name",
-                                  "Choose another folder with --backup",
-                                  gps::joinPath(folder, name), code);
-    }
+        failure = finish(newName(names));
+    removeUnfinished();
     if (failure)
-        (void)gps::FileManager{&files}.removeItem(unfinished);
-    return failure;
+        return failure;
+    std::erase_if(backups_, [&](const Backup& backup) { return backup.name == made_.backup.name; });
+    deleteOldest(policy, folder_, backups_, made_, files_);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> BackupMaker::fill(const DataFolders& source)
+{
+    if (auto failure = BackupCopier{source, unfinished_, made_.skipped, files_}.copyAll(manifest_))
+        return failure;
+    const auto newest = backups_.empty() ? 0 : backups_.front().sequence;
+    manifest_.sequence = std::min(newest + 1, kLargestSequence);
+    return writeManifest(unfinished_, manifest_, files_);
+}
+
+std::optional<gps::Error> BackupMaker::finish(const std::string& name)
+{
+    const auto* const equal = findEqual(backups_, unfinished_, manifest_, files_);
+    made_.isNew = equal == nullptr;
+    const auto finalName = equal != nullptr ? equal->name : name;
+    const auto path = gps::joinPath(folder_, finalName);
+    // The manifest of an equal backup is replaced by one with the new sequence.
+    auto failure = equal != nullptr ? writeManifest(path, manifest_, files_) : giveName(name);
+    if (failure)
+        return failure;
+    Manifest written;
+    if (auto unreadable = readManifest(path, written, files_))
+        return unreadable;
+    made_.backup = describe(path, finalName, written);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> BackupMaker::giveName(const std::string& name)
+{
+    if (const int code = renameInFolder(files_, folder_, kUnfinished, name))
+        return systemError("The backup cannot be given its name",
+                           "Choose another folder with --backup", gps::joinPath(folder_, name),
+                           code);
+    return std::nullopt;
 }
 
 } // namespace
@@ -165,8 +284,7 @@ std::optional<std::string> defaultBackupFolder()
 }
 
 std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolders& source,
-                                     Backup& made, std::vector<std::string>& skipped,
-                                     gps::FileSystem& files)
+                                     MadeBackup& made, gps::FileSystem& files)
 {
     const auto folder = deviceFolder(policy.folder, source.identifier);
     if (isInsideAny(policy.folder, source.folders))
@@ -178,33 +296,17 @@ std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolde
     if (lock.isHeldByAnother())
         return hostError("Another program is making a backup of this device",
                          "Wait until it has finished, and try again", folder);
-
-    const auto name = newName(folder, files);
-    const auto path = gps::joinPath(folder, name);
-    if (auto failure = create(source, folder, name, skipped, files))
-        return failure;
-    Manifest manifest;
-    if (auto failure = readManifest(path, manifest, files))
-        return failure;
-    made = describe(path, name, manifest);
-    deleteOldest(policy, source.identifier, files);
-    return std::nullopt;
+    made = {};
+    return BackupMaker{folder, made, files}.make(source, policy);
 }
 
 std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier,
                                 gps::FileSystem& files)
 {
-    std::vector<Backup> backups;
     const auto parent = deviceFolder(folder, identifier);
-    for (const auto& name : namesIn(parent, files)) {
-        const auto path = gps::joinPath(parent, name);
-        Manifest manifest;
-        if (name != kUnfinished && !readManifest(path, manifest, files))
-            backups.push_back(describe(path, name, manifest));
-    }
-    std::sort(backups.begin(), backups.end(),
-              [](const Backup& a, const Backup& b) { return orderOf(a.name) > orderOf(b.name); });
-    return backups;
+    std::vector<std::string> names;
+    (void)readNames(parent, names, files); // those that were read are offered
+    return readBackups(parent, names, files);
 }
 
 } // namespace host

@@ -20,12 +20,12 @@
 
 namespace host {
 
-/// Where backups are kept, and how many.
+/// Where backups are kept, and how many. Older ones than the newest `count` are deleted.
 struct BackupPolicy {
     static constexpr std::size_t kDefaultCount = 10;
 
     std::string folder;                ///< of the backups of all devices; created if missing
-    std::size_t count = kDefaultCount; ///< of each device, at least 1; older ones are deleted
+    std::size_t count = kDefaultCount; ///< of each device; the one just made is always kept
     std::string protectedPath{};       ///< a backup that is never deleted; may be empty
 };
 
@@ -44,6 +44,17 @@ struct Backup {
     std::string name; ///< of its folder, which is its time
     std::size_t files = 0;
     std::uint64_t bytes = 0;
+    std::uint64_t sequence = 0; ///< the manifest's
+};
+
+/// What makeBackup() did.
+struct MadeBackup {
+    Backup backup;
+    bool isNew = true;                  ///< false: an older backup holds the same and now counts as
+                                        ///< the newest
+    std::vector<std::string> skipped{}; ///< paths of entries that are neither files nor folders,
+                                        ///< and so were not copied
+    std::vector<std::string> deleted{}; ///< the names of the older backups that were deleted
 };
 
 /// Where backups are kept by default, in the user's state folder.
@@ -52,16 +63,14 @@ struct Backup {
 
 /// Copies the data folders and compares every copy with its original. Unfinished files that an
 /// interrupted write left behind are not copied. The backup gets its name after everything is on
-/// the medium. Then the oldest backups beyond the policy's count are
-/// deleted.
-/// @param made     out: the new backup
-/// @param skipped  the paths of entries that are neither files nor folders, and so were not copied,
-///                 are added
+/// the medium. If an older backup holds the same, that one is kept instead. Then the oldest backups
+/// beyond the policy's count are deleted. Which are the oldest does not depend on the clock.
+/// @param made     out: the backup; unspecified after a failure
 /// @return         why there is no new backup, or why it may not survive a power cut. Older backups
 ///                 are untouched then
 [[nodiscard]] std::optional<gps::Error>
-makeBackup(const BackupPolicy& policy, const DataFolders& source, Backup& made,
-           std::vector<std::string>& skipped, gps::FileSystem& files = gps::FileSystem::system());
+makeBackup(const BackupPolicy& policy, const DataFolders& source, MadeBackup& made,
+           gps::FileSystem& files = gps::FileSystem::system());
 
 /// A device's complete backups, the newest first.
 [[nodiscard]] std::vector<Backup> listBackups(const std::string& folder,

@@ -149,6 +149,17 @@ bool readFiles(const SortedJson& json, Manifest& manifest)
     return true;
 }
 
+bool readSequence(const SortedJson& json, Manifest& manifest)
+{
+    const auto* const sequence = memberOf(json, "sequence");
+    if (sequence == nullptr)
+        return true;
+    if (!sequence->is_number_unsigned())
+        return false;
+    manifest.sequence = sequence->get<std::uint64_t>();
+    return manifest.sequence <= kLargestSequence;
+}
+
 SortedJson parseManifest(const std::string& text)
 {
     const auto isShallow = [](int depth, SortedJson::parse_event_t, const SortedJson&) {
@@ -172,7 +183,8 @@ std::string manifestText(const Manifest& manifest)
     std::string text;
     appendJson(text, gps::Dictionary{{"device", manifest.device},
                                      {"folders", std::move(folders)},
-                                     {"files", std::move(files)}});
+                                     {"files", std::move(files)},
+                                     {"sequence", static_cast<std::int64_t>(manifest.sequence)}});
     return text + '\n';
 }
 
@@ -195,7 +207,8 @@ std::optional<gps::Error> readManifest(const std::string& folder, Manifest& mani
         return notABackup(folder);
     const auto json = parseManifest(text);
     Manifest read;
-    if (!readDevice(json, read) || !readFolders(json, read) || !readFiles(json, read))
+    if (!readDevice(json, read) || !readFolders(json, read) || !readFiles(json, read) ||
+        !readSequence(json, read))
         return notABackup(folder);
     manifest = std::move(read);
     return std::nullopt;

@@ -20,13 +20,21 @@ struct BackedUpFile {
     std::string path; ///< relative to the device's folder
     std::uint64_t size = 0;
     std::string hash; ///< by hashOf
+
+    friend bool operator==(const BackedUpFile& a, const BackedUpFile& b) noexcept = default;
 };
 
 struct Manifest {
     std::string device;               ///< the folder where the device was mounted
     std::vector<std::string> folders; ///< relative to the device's folder
     std::vector<BackedUpFile> files{};
+
+    /// Grows with each backup of a device, so that their order does not depend on a clock. 0: made
+    /// by a version that did not count them.
+    std::uint64_t sequence = 0;
 };
+
+inline constexpr std::uint64_t kLargestSequence = std::uint64_t{1} << 53;
 
 inline constexpr char kManifestName[] = "manifest.json";
 inline constexpr char kFilesName[] = "files"; ///< the folder that contains the files

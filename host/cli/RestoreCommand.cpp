@@ -43,6 +43,9 @@ std::string textOf(const RestoreReport& report)
     if (report.previous)
         text += fmt::format("The files before the restore are kept in the backup {}\n",
                             report.previous->name);
+    for (const auto& name : report.deletedBackups)
+        text +=
+            fmt::format("deleted, because enough newer backups are kept: {}\n", displayText(name));
     for (const auto& path : report.restored)
         text += fmt::format("restored: {}\n", displayText(path));
     for (const auto& path : report.extraFiles)

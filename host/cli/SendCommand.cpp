@@ -133,6 +133,8 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
         console_.note("Not in the backup, because it is neither a file nor a folder: " + path);
     if (report.backup)
         console_.note("The device's files are kept in the backup " + report.backup->path);
+    for (const auto& name : report.deletedBackups)
+        console_.note("An older backup was deleted, because enough newer ones are kept: " + name);
     showErrors(sendErrors(report, send));
     const bool isComplete = report.isComplete();
     if (!options_.verbose) { // otherwise each line was printed when it was logged

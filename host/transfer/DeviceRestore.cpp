@@ -19,11 +19,11 @@ std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& d
 {
     auto policy = request.policy;
     policy.protectedPath = request.backup; // the new backup must not push this one out
-    Backup made;
-    std::vector<std::string> skipped;
-    if (auto failure = makeBackup(policy, device, made, skipped))
+    MadeBackup made;
+    if (auto failure = makeBackup(policy, device, made))
         return failure;
-    report.previous = std::move(made);
+    report.previous = std::move(made.backup);
+    report.deletedBackups = std::move(made.deleted);
     return restore.write(device.device, report.restored);
 }
 

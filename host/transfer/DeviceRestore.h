@@ -25,9 +25,10 @@ struct RestoreReport {
     /// What stopped the restore. The files in `restored` were written before.
     std::optional<gps::Error> error{};
     bool wasUpToDate = false; ///< the device held the backup's files, so nothing was written
-    std::optional<Backup> previous{};      ///< the backup of the files before the restore
-    std::vector<std::string> restored{};   ///< files that were written
-    std::vector<std::string> extraFiles{}; ///< files that are not in the backup; they stay
+    std::optional<Backup> previous{};          ///< the backup of the files before the restore
+    std::vector<std::string> deletedBackups{}; ///< names of older ones beyond the number to keep
+    std::vector<std::string> restored{};       ///< files that were written
+    std::vector<std::string> extraFiles{};     ///< files that are not in the backup; they stay
 };
 
 /// The folders that a backup copies; nullopt if the driver's devices are not folders of files, or

@@ -18,12 +18,14 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
 {
     if (send.request.backup->folder.empty())
         return hostError("There is no folder for backups", "Name one");
-    Backup made;
+    MadeBackup made;
     const DataFolders source{send.device.location, send.files->deviceIdentifier().value_or(""),
                              send.snapshot->dataFolders(), &send.snapshot->files()};
-    if (auto failure = makeBackup(*send.request.backup, source, made, report.notBackedUp))
+    if (auto failure = makeBackup(*send.request.backup, source, made))
         return failure;
-    report.backup = std::move(made);
+    report.backup = std::move(made.backup);
+    report.notBackedUp = std::move(made.skipped);
+    report.deletedBackups = std::move(made.deleted);
     return std::nullopt;
 }
 

@@ -19,8 +19,9 @@ namespace host {
 struct SendReport {
     /// Why no backup could be made. Nothing was sent then, and the rest is empty.
     std::optional<gps::Error> backupError{};
-    std::optional<Backup> backup{};         ///< the backup that was made before
-    std::vector<std::string> notBackedUp{}; ///< paths of what is neither a file nor a folder
+    std::optional<Backup> backup{};            ///< holds the device's files before the send
+    std::vector<std::string> notBackedUp{};    ///< paths of what is neither a file nor a folder
+    std::vector<std::string> deletedBackups{}; ///< names of older ones beyond the number to keep
 
     std::optional<gps::Error> answer{}; ///< what the driver's operation returned
     std::vector<gps::Error> errors{};   ///< all errors in order, the answer among them

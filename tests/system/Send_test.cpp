@@ -426,6 +426,34 @@ TEST_F(Send, RestorePutsBackThePreviousFiles)
     EXPECT_THAT(unknown.err, HasSubstr("magellangps restore"));
 }
 
+TEST_F(Send, EqualBackupIsNotMadeTwiceAndDeletedOnesAreNamed)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    const auto names = [&] {
+        std::vector<std::string> all;
+        for (const auto& entry : fs::directory_iterator{here_.path("kept/42")})
+            all.push_back(entry.path().filename().string());
+        return all;
+    };
+    ASSERT_EQ(send(receiver.path(), {trip()}).status, 0);
+    ASSERT_EQ(names().size(), 1U);
+    const auto first = names().front();
+    for (const auto& [file, content] : filesOf(receiver.path())) {
+        if (!before.contains(file))
+            fs::remove(receiver.path(file));
+    }
+    EXPECT_THAT(send(receiver.path(), {trip()}).err,
+                HasSubstr("in the backup " + here_.path("kept/42/" + first)));
+    EXPECT_EQ(names().size(), 1U);
+    const auto ran = send(receiver.path(), {trip(), "--keep-backups", "1"});
+    EXPECT_THAT(ran.err, HasSubstr("An older backup was deleted, because enough newer ones are "
+                                   "kept: " +
+                                   first));
+    EXPECT_THAT(names(), testing::SizeIs(1));
+    EXPECT_NE(names().front(), first);
+}
+
 TEST_F(Send, BackupAfterAnInterruptedWriteIsRestored)
 {
     const Receiver receiver;
@@ -434,9 +462,12 @@ TEST_F(Send, BackupAfterAnInterruptedWriteIsRestored)
     receiver.put("Tracks/.~write.tmp", "");
     ASSERT_EQ(send(receiver.path(), {trip()}).status, 0);
     receiver.put("Points/a.upt", "lost");
-    const auto name = fs::directory_iterator{here_.path("kept/42")}->path().filename().string();
-    const auto ran = magellangps(
-        {"restore", "--device", receiver.path(), "--backup", here_.path("kept"), name});
+    const auto name = fs::directory_iterator
+    {
+        here_.path("kept/42")
+        } -> path().filename().string();
+    const auto ran =
+        magellangps({"restore", "--device", receiver.path(), "--backup", here_.path("kept"), name});
     EXPECT_EQ(ran.status, 0) << ran.err;
     for (const auto& [file, content] : before)
         EXPECT_EQ(receiver.read(file), content) << file;
@@ -447,9 +478,8 @@ TEST_F(Send, RestoreRejectsAManifestWithAZeroByteInAFolder)
     const Receiver receiver;
     const auto before = filesOf(receiver.path());
     here_.put("forged/manifest.json", R"({"device":"/d","folders":["..\u0000"],"files":[]})");
-    const auto ran =
-        magellangps({"restore", "--device", receiver.path(), "--backup", here_.path("kept"),
-                     here_.path("forged")});
+    const auto ran = magellangps({"restore", "--device", receiver.path(), "--backup",
+                                  here_.path("kept"), here_.path("forged")});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.out, IsEmpty());
     EXPECT_THAT(ran.err, HasSubstr("This folder is not a complete backup"));

@@ -32,11 +32,28 @@ protected:
 
     [[nodiscard]] host::BackupPolicy policy() const { return {kept_.path("kept"), count_, {}}; }
 
-    /// Makes a backup of the device into `made_`.
+    /// Makes a backup of the device into `made_`. It is a new one only if the device was changed.
     std::optional<gps::Error> make(gps::FileSystem& files = gps::FileSystem::system())
     {
-        return host::makeBackup(policy(), source(), made_, skipped_, files);
+        return make(policy(), files);
     }
+
+    std::optional<gps::Error> make(const host::BackupPolicy& policy,
+                                   gps::FileSystem& files = gps::FileSystem::system())
+    {
+        host::MadeBackup made;
+        auto failure = host::makeBackup(policy, source(), made, files);
+        if (failure)
+            return failure;
+        made_ = made.backup;
+        isNew_ = made.isNew;
+        skipped_ = made.skipped;
+        deleted_ = made.deleted;
+        return failure;
+    }
+
+    /// Gives the device files that it never had before.
+    void change() { device_.put("Points/a.upt", "change " + std::to_string(++changes_)); }
 
     [[nodiscard]] std::vector<host::Backup> list() const
     {
@@ -54,7 +71,10 @@ protected:
     TemporaryFolder kept_;
     std::size_t count_ = host::BackupPolicy::kDefaultCount;
     host::Backup made_;
+    bool isNew_ = false;
     std::vector<std::string> skipped_;
+    std::vector<std::string> deleted_;
+    int changes_ = 0;
 };
 
 } // namespace support

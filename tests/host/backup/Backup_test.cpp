@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <map>
 
 #include <fcntl.h>
@@ -90,22 +91,29 @@ TEST_F(Backup, MadeAfterAnInterruptedWriteCanBeRestored)
     EXPECT_THAT(restore.extraFiles(device_.path()), IsEmpty());
 }
 
+// The names of backups, in the order of the list.
+std::vector<std::string> namesOf(const std::vector<host::Backup>& backups)
+{
+    std::vector<std::string> names;
+    for (const auto& backup : backups)
+        names.push_back(backup.name);
+    return names;
+}
+
 TEST_F(Backup, TheNewestTenAreKept)
 {
     std::vector<std::string> names;
     for (int i = 0; i < 10; ++i) {
+        change();
         ASSERT_FALSE(make());
+        EXPECT_THAT(deleted_, IsEmpty());
         names.insert(names.begin(), made_.name);
     }
-    const auto namesOf = [](const std::vector<host::Backup>& backups) {
-        std::vector<std::string> listed;
-        for (const auto& backup : backups)
-            listed.push_back(backup.name);
-        return listed;
-    };
     EXPECT_EQ(namesOf(list()), names);
     for (int i = 0; i < 2; ++i) {
+        change();
         ASSERT_FALSE(make());
+        EXPECT_THAT(deleted_, ElementsAre(names.back()));
         names.insert(names.begin(), made_.name);
         names.pop_back();
     }
@@ -119,10 +127,136 @@ TEST_F(Backup, ProtectedOneIsKeptInAdditionToTheTen)
     for (int i = 0; i < 11; ++i) {
         auto policy = this->policy();
         policy.protectedPath = first;
-        ASSERT_FALSE(host::makeBackup(policy, source(), made_, skipped_));
+        change();
+        ASSERT_FALSE(make(policy));
     }
     EXPECT_TRUE(fs::exists(first));
     EXPECT_EQ(list().size(), 11U);
+}
+
+TEST_F(Backup, TheOneJustMadeIsKeptWhateverTheLimit)
+{
+    for (const std::size_t count : {1U, 0U}) {
+        count_ = count;
+        change();
+        ASSERT_FALSE(make());
+        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name)) << count;
+        ASSERT_FALSE(make());
+        EXPECT_FALSE(isNew_);
+        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name)) << count;
+    }
+}
+
+// Renames a backup as if it had been made at another time.
+void setTime(host::Backup& backup, const std::string& name)
+{
+    const auto path = fs::path{backup.path}.parent_path() / name;
+    fs::rename(backup.path, path);
+    backup.path = path.string();
+    backup.name = name;
+}
+
+TEST_F(Backup, ClockThatRunsBackwardsChangesNothingAboutWhichAreKept)
+{
+    ASSERT_FALSE(make());
+    auto first = made_;
+    setTime(first, "99991231T235959Z");
+    change();
+    ASSERT_FALSE(make());
+    auto second = made_;
+    setTime(second, "99990101T000000Z");
+    change();
+    ASSERT_FALSE(make());
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, second.name, first.name));
+
+    count_ = 3;
+    const auto third = made_;
+    change();
+    ASSERT_FALSE(make());
+    EXPECT_THAT(deleted_, ElementsAre(first.name));
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, third.name, second.name));
+}
+
+TEST_F(Backup, OnesOfOlderVersionsAreOlderAndSortedByName)
+{
+    const std::string manifest = R"({"device":"/d","folders":[],"files":[]})";
+    for (const char* name : {"99991231T235959Z", "20200101T000000Z-9", "20200101T000000Z-10"})
+        kept_.put("kept/42/" + std::string{name} + "/manifest.json", manifest);
+    ASSERT_FALSE(make());
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, "99991231T235959Z", "20200101T000000Z-10",
+                                             "20200101T000000Z-9"));
+    EXPECT_EQ(list().front().sequence, 1U);
+}
+
+TEST_F(Backup, LargestSequenceIsNotExceeded)
+{
+    kept_.put("kept/42/20200101T000000Z/manifest.json",
+              host::manifestText({"/d", {}, {}, host::kLargestSequence}));
+    count_ = 1;
+    ASSERT_FALSE(make());
+    EXPECT_EQ(made_.sequence, host::kLargestSequence);
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name));
+}
+
+TEST_F(Backup, EqualStateMakesNoSecondBackup)
+{
+    ASSERT_FALSE(make());
+    EXPECT_TRUE(isNew_);
+    const auto first = made_;
+    ASSERT_FALSE(make());
+    EXPECT_FALSE(isNew_);
+    EXPECT_EQ(made_.path, first.path);
+    EXPECT_EQ(made_.files, first.files);
+    EXPECT_EQ(list().size(), 1U);
+    EXPECT_FALSE(fs::exists(kept_.path("kept/42/.unfinished")));
+    EXPECT_FALSE(host::Restore{}.open(made_.path));
+}
+
+TEST_F(Backup, EveryDifferenceMakesANewBackup)
+{
+    ASSERT_FALSE(make());
+    const std::vector<std::function<void()>> differences{
+        [&] { device_.put("Points/a.upt", "one\n\r"); }, // of the same size
+        [&] { device_.put("Points/a.upt", "one"); }, [&] { device_.put("Ways/new", ""); },
+        [&] { fs::rename(device_.path("Ways/new"), device_.path("Ways/newer")); },
+        [&] { fs::remove(device_.path("Points/deep/b.bin")); }};
+    for (std::size_t i = 0; i < differences.size(); ++i) {
+        differences[i]();
+        ASSERT_FALSE(make());
+        EXPECT_TRUE(isNew_) << i;
+        EXPECT_EQ(list().size(), i + 2);
+    }
+}
+
+TEST_F(Backup, EqualOneIsFoundAmongAllAndBecomesTheNewest)
+{
+    ASSERT_FALSE(make());
+    const auto first = made_;
+    change();
+    ASSERT_FALSE(make());
+    const auto second = made_;
+    device_.put("Points/a.upt", "one\r\n");
+    ASSERT_FALSE(make());
+    EXPECT_FALSE(isNew_);
+    EXPECT_THAT(namesOf(list()), ElementsAre(first.name, second.name));
+
+    count_ = 2;
+    change();
+    ASSERT_FALSE(make());
+    EXPECT_THAT(deleted_, ElementsAre(second.name));
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, first.name));
+}
+
+TEST_F(Backup, DamagedOneIsNotTakenForAnEqualOne)
+{
+    ASSERT_FALSE(make());
+    kept_.put(inMade("Points/a.upt"), "ONE\r\n");
+    ASSERT_FALSE(make());
+    EXPECT_TRUE(isNew_);
+    fs::remove(made_.path + "/files/Points/a.upt");
+    ASSERT_FALSE(make());
+    EXPECT_TRUE(isNew_);
+    EXPECT_FALSE(host::Restore{}.open(made_.path));
 }
 
 TEST_F(Backup, FolderIsNamedAfterTheIdentifierWithoutItsSpecialCharacters)
@@ -135,8 +269,10 @@ TEST_F(Backup, FolderIsNamedAfterTheIdentifierWithoutItsSpecialCharacters)
              {std::string(300, 'x'), std::string(64, 'x')}}) {
         auto from = source();
         from.identifier = identifier;
-        ASSERT_FALSE(host::makeBackup({kept_.path()}, from, made_, skipped_));
-        EXPECT_EQ(fs::path{made_.path}.parent_path(), kept_.path(name));
+        change();
+        host::MadeBackup made;
+        ASSERT_FALSE(host::makeBackup({kept_.path()}, from, made));
+        EXPECT_EQ(fs::path{made.backup.path}.parent_path(), kept_.path(name));
         EXPECT_EQ(host::listBackups(kept_.path(), identifier).size(),
                   1U + (name == "__" && identifier == "Ä" ? 1U : 0U));
     }
@@ -144,13 +280,18 @@ TEST_F(Backup, FolderIsNamedAfterTheIdentifierWithoutItsSpecialCharacters)
 
 TEST_F(Backup, AsManyAreKeptAsThePolicySays)
 {
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
+        change();
         ASSERT_FALSE(make());
+    }
     count_ = 2;
+    change();
     ASSERT_FALSE(make());
+    EXPECT_EQ(deleted_.size(), 3U);
     EXPECT_EQ(list().size(), 2U);
     EXPECT_EQ(list().front().name, made_.name);
     count_ = 1;
+    change();
     ASSERT_FALSE(make());
     ASSERT_EQ(list().size(), 1U);
     EXPECT_EQ(list().front().name, made_.name);
@@ -193,20 +334,22 @@ TEST_F(Backup, FoldersWithoutAManifestAreNotListed)
 
 TEST_F(Backup, FolderInsideTheDataIsRejected)
 {
-    EXPECT_TRUE(host::makeBackup({device_.path("Points/kept")}, source(), made_, skipped_));
+    EXPECT_TRUE(make({device_.path("Points/kept")}));
     EXPECT_FALSE(fs::exists(device_.path("Points/kept")));
 }
 
 TEST_F(Backup, FolderInsideTheDataWhoseNameBeginsWithTwoPointsIsRejected)
 {
-    EXPECT_TRUE(host::makeBackup({device_.path("Points/..kept")}, source(), made_, skipped_));
+    EXPECT_TRUE(make({device_.path("Points/..kept")}));
 }
 
 TEST_F(Backup, DataFolderWhoseNameBeginsWithTwoPointsIsCopied)
 {
     device_.put("..pois/a", "one");
     const host::DataFolders from{device_.path(), "42", {device_.path("..pois")}};
-    ASSERT_FALSE(host::makeBackup({kept_.path("kept")}, from, made_, skipped_));
+    host::MadeBackup made;
+    ASSERT_FALSE(host::makeBackup({kept_.path("kept")}, from, made));
+    made_ = made.backup;
     EXPECT_EQ(kept_.read(inMade("..pois/a")), "one");
     host::Manifest manifest;
     ASSERT_FALSE(host::readManifest(made_.path, manifest));
@@ -216,7 +359,8 @@ TEST_F(Backup, DataFolderWhoseNameBeginsWithTwoPointsIsCopied)
 TEST_F(Backup, DataFolderOutsideTheDeviceIsRejected)
 {
     const host::DataFolders from{device_.path("Points"), "42", {device_.path("Other")}};
-    EXPECT_TRUE(host::makeBackup({kept_.path("kept")}, from, made_, skipped_));
+    host::MadeBackup made;
+    EXPECT_TRUE(host::makeBackup({kept_.path("kept")}, from, made));
 }
 
 TEST_F(Backup, FolderThatIsAFileIsRejected)
@@ -240,6 +384,7 @@ TEST_F(Backup, OneFailedCallLosesNoOlderBackupAndIsReported)
 {
     ASSERT_FALSE(make());
     const auto older = made_.path;
+    change();
     support::OneFault recorder;
     ASSERT_FALSE(make(recorder));
     std::filesystem::remove_all(made_.path);
@@ -268,6 +413,30 @@ TEST_F(Backup, OneFailedCallLosesNoOlderBackupAndIsReported)
         }
     }
     EXPECT_GT(reported, 20);
+}
+
+// The same for a backup that equals an older one.
+TEST_F(Backup, OneFailedCallLosesNoEqualBackup)
+{
+    ASSERT_FALSE(make());
+    const auto older = made_.path;
+    support::OneFault recorder;
+    ASSERT_FALSE(make(recorder));
+    ASSERT_FALSE(isNew_);
+
+    std::map<std::string, int> counts;
+    for (const auto& call : recorder.calls()) {
+        support::OneFault files{call, EIO, ++counts[call]};
+        const auto failure = make(files);
+        const auto which = call + " " + std::to_string(counts[call]);
+        EXPECT_FALSE(host::Restore{}.open(older)) << which;
+        EXPECT_TRUE(failure || !host::Restore{}.open(made_.path)) << which;
+        std::filesystem::remove_all(kept_.path("kept/42/.unfinished"));
+        for (const auto& backup : list()) {
+            if (backup.path != older)
+                std::filesystem::remove_all(backup.path);
+        }
+    }
 }
 
 TEST_F(Backup, FolderThatCannotBeListedFailsTheBackup)

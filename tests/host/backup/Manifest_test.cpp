@@ -65,7 +65,7 @@ TEST(Manifest, TextIsPlainAsciiJson)
 {
     EXPECT_EQ(
         host::manifestText({"/d", {"a%b"}, {{"\xC3\xBC\"", 7, "0a"}}}),
-        R"({"device":"/d","folders":["a%25b"],"files":[{"path":"%c3%bc\"","size":7,"hash":"0a"}]})"
+        R"({"device":"/d","folders":["a%25b"],"files":[{"path":"%c3%bc\"","size":7,"hash":"0a"}],"sequence":0})"
         "\n");
 }
 
@@ -139,6 +139,26 @@ TEST(Manifest, SizeIsThatOfAFileThatCanBeRead)
     for (const char* size : {"-1", "1.0", "1e3", "\"1\"", "true", "null", "2147483649",
                              "18446744073709551615", "99999999999999999999"})
         EXPECT_FALSE(isAccepted(withSize(size))) << size;
+}
+
+TEST(Manifest, SequenceIsReadAndMayBeMissing)
+{
+    const support::TemporaryFolder folder;
+    host::Manifest manifest;
+    for (const std::uint64_t sequence : {std::uint64_t{1}, host::kLargestSequence}) {
+        ASSERT_FALSE(host::writeManifest(
+            folder.path(),
+            host::Manifest{.device = "/d", .folders = {}, .files = {}, .sequence = sequence}));
+        ASSERT_FALSE(host::readManifest(folder.path(), manifest));
+        EXPECT_EQ(manifest.sequence, sequence);
+    }
+    folder.put(host::kManifestName, withFolder("Points"));
+    ASSERT_FALSE(host::readManifest(folder.path(), manifest));
+    EXPECT_EQ(manifest.sequence, 0U);
+    for (const char* sequence : {"-1", "1.0", "\"1\"", "null", "9007199254740993"})
+        EXPECT_FALSE(
+            isAccepted(R"({"folders":[],"files":[],"sequence":)" + std::string{sequence} + '}'))
+            << sequence;
 }
 
 TEST(Manifest, PathsAreAtMostAsLongAsTheSystemAllows)

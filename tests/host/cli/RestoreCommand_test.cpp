@@ -29,10 +29,10 @@ protected:
 
     void backUp()
     {
-        std::vector<std::string> skipped;
+        host::MadeBackup made;
         EXPECT_FALSE(host::makeBackup({.folder = folder_.path("kept")},
-                                      {folder_.path("device"), "42", driver_->folders}, backup_,
-                                      skipped));
+                                      {folder_.path("device"), "42", driver_->folders}, made));
+        backup_ = made.backup;
     }
 
     ExitStatus run()
@@ -74,6 +74,20 @@ TEST_F(RestoreCommand, BackupIsNamedByItsNameOrItsPath)
         EXPECT_THAT(out_, AllOf(StartsWith("The files before the restore are kept in the backup "),
                                 HasSubstr("restored: Points/a\n")));
     }
+}
+
+TEST_F(RestoreCommand, DeletedBackupsAreListed)
+{
+    backUp();
+    const auto first = backup_;
+    folder_.put("device/Points/a", "second");
+    backUp();
+    folder_.put("device/Points/a", "third");
+    options_.backup = backup_.name;
+    options_.mostBackups = 2;
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_THAT(out_, HasSubstr("\ndeleted, because enough newer backups are kept: " + first.name +
+                                "\nrestored: Points/a\n"));
 }
 
 TEST_F(RestoreCommand, FilesOutsideTheBackupAreListed)

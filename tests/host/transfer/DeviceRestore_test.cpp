@@ -25,8 +25,9 @@ protected:
         device_.folders = {folder_.makeFolder("device/Points")};
         folder_.put("device/Points/a", "1");
         folder_.put("device/Points/b", "2");
-        std::vector<std::string> skipped;
-        EXPECT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, backup_, skipped));
+        host::MadeBackup made;
+        EXPECT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, made));
+        backup_ = made.backup;
     }
 
     [[nodiscard]] host::RestoreReport restore(std::size_t most = 10) const
@@ -76,6 +77,18 @@ TEST_F(DeviceRestore, RestoredBackupIsKeptWhateverTheLimit)
     EXPECT_FALSE(restore(1).error);
     EXPECT_TRUE(std::filesystem::exists(backup_.path));
     EXPECT_EQ(backups(), 2U);
+}
+
+TEST_F(DeviceRestore, BackupsThatWereDeletedAreReported)
+{
+    folder_.put("device/Points/a", "second");
+    host::MadeBackup second;
+    ASSERT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, second));
+    folder_.put("device/Points/a", "third");
+    EXPECT_THAT(restore(2).deletedBackups, IsEmpty());
+    folder_.put("device/Points/a", "fourth");
+    EXPECT_THAT(restore(1).deletedBackups, testing::Contains(second.backup.name));
+    EXPECT_TRUE(std::filesystem::exists(backup_.path));
 }
 
 TEST_F(DeviceRestore, DamagedBackupChangesNothing)

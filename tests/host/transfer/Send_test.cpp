@@ -117,6 +117,16 @@ TEST_F(Send, BackupUsesWhatWasReadBefore)
     EXPECT_EQ(folder_.read("kept/42/" + report.backup->name + "/files/Points/old"), "earlier");
 }
 
+TEST_F(Send, BackupsThatWereDeletedAreReported)
+{
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept"), .count = 1};
+    const auto first = perform([this] { write(); });
+    ASSERT_TRUE(first.backup);
+    EXPECT_THAT(first.deletedBackups, IsEmpty());
+    const auto second = perform([this] { write(); });
+    EXPECT_THAT(second.deletedBackups, ElementsAre(first.backup->name));
+}
+
 TEST_F(Send, NothingIsSentIfTheBackupFails)
 {
     for (const auto& folder : {folder_.put("a file", ""), std::string{}}) {
