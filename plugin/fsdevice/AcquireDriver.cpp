@@ -75,9 +75,12 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
 {
     setDebugLevelFromOptions(options);
     if (const auto* source = options.find("sourcePath")) {
+        // A host may release both in one of the status calls.
+        const auto self = shared_from_this();
+        const Status heldStatus = status;
         const AuthorizedAccess access{*this};
         const auto* path = source->as<std::string>();
-        return importFile(path != nullptr ? std::optional{*path} : std::nullopt, *status);
+        return importFile(path != nullptr ? std::optional{*path} : std::nullopt, *heldStatus);
     }
     return startAcquire(status, options);
 }

@@ -15,6 +15,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -494,6 +495,41 @@ TEST_F(AcquireDriverTest, TheErrorOfAnImportIsReturned)
     EXPECT_EQ(error->code(), 260);
     EXPECT_THAT(status_->calls(),
                 ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
+}
+
+/// A host that does something when a transfer starts.
+class ActingReceiver : public support::RecordingReceiver {
+public:
+    explicit ActingReceiver(std::function<void()> action) : action_(std::move(action)) {}
+
+    void startTransfer(gps::TransferKind kind) override
+    {
+        RecordingReceiver::startTransfer(kind);
+        action_();
+    }
+
+private:
+    std::function<void()> action_;
+};
+
+TEST_F(AcquireDriverTest, AnImportHoldsItsDriverAndItsStatusObjectUntilItReturns)
+{
+    auto driver = makeDriver();
+    const std::weak_ptr<MagellanGPSPlugin> aliveDriver = driver;
+    MagellanGPSPlugin::Status status;
+    std::weak_ptr<gps::GPSOutputReceiver> aliveStatus;
+    std::vector<bool> expired;
+    status = std::make_shared<ActingReceiver>([&] {
+        driver.reset();
+        status.reset();
+        expired = {aliveDriver.expired(), aliveStatus.expired()};
+    });
+    aliveStatus = status;
+    const auto file = receiver_.put("t.log", {kTrackPoint});
+    EXPECT_EQ(driver->gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
+    EXPECT_THAT(expired, ElementsAre(false, false));
+    EXPECT_TRUE(aliveDriver.expired());
+    EXPECT_TRUE(aliveStatus.expired());
 }
 
 TEST_F(AcquireDriverTest, AnImportNeedsNoDevice)
