@@ -109,8 +109,8 @@ void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
     status.gpsStateChange(0);
 }
 
-/// Runs a session and catches everything that it throws. The receiver's state is not restored then:
-/// the line to it has failed or makes no sense.
+/// Runs a session and catches every failure of the line and of the receiver. The receiver's state
+/// is not restored then: the line to it has failed or makes no sense.
 std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial,
                                                             const gps::Dictionary& work,
                                                             gps::GPSOutputReceiver& status) const
@@ -125,6 +125,10 @@ std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps:
         return error;
     } catch (const std::exception&) {
         return gps::Error{kErrorDomain, static_cast<std::int32_t>(ErrorCode::kSessionInterrupted)};
+    } catch (...) {
+        // If nobody catches it further up, the worker's stack is not unwound.
+        serial.reset();
+        throw;
     }
 }
 

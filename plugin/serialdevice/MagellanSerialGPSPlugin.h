@@ -83,6 +83,8 @@ protected:
     [[nodiscard]] virtual std::unique_ptr<gps::OrvSerial> makeSerial() const;
 
 private:
+    /// @param serial  out: the port of the session, to be closed after its error was reported; null
+    ///                if an exception passes on
     [[nodiscard]] std::optional<gps::Error> download(std::unique_ptr<gps::OrvSerial>& serial,
                                                      const gps::Dictionary& work,
                                                      gps::GPSOutputReceiver& status) const;

@@ -4,15 +4,22 @@
 #include "SimulatedSession.h"
 
 #include <support/LogCapture.h>
+#include <support/MemoryLine.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <exception>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include <unistd.h>
 
 namespace magellan {
 namespace {
@@ -193,6 +200,63 @@ TEST(FailingSerialDownload, AnyOtherExceptionLeavesTheWorkerWithoutAReport)
     const auto status = std::make_shared<support::RecordingReceiver>();
     EXPECT_THROW(driver.download(status, {}), int);
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1"));
+}
+
+/// A line whose reads throw something that is not an exception of this system.
+class StrangeLine : public support::MemoryLine {
+public:
+    using MemoryLine::MemoryLine;
+    [[nodiscard]] std::optional<std::string> readStringTo(std::string_view, float) override
+    {
+        throw 42;
+    }
+};
+
+/// Runs a session on a StrangeLine. Exits with 42 if the process ends with the port closed.
+[[noreturn]] void exitWithTheStateOfThePort()
+{
+    ::alarm(30);
+    static support::MemoryLineLog log;
+    std::set_terminate([] { ::_exit(log.calls.back() == "close" ? 42 : 1); });
+    const auto driver = std::make_shared<DriverOnALine>(
+        []() -> std::unique_ptr<gps::OrvSerial> { return std::make_unique<StrangeLine>(log); });
+    (void)driver->gpsRunAcquire(std::make_shared<support::RecordingReceiver>(), {});
+    for (;;)
+        ::pause();
+}
+
+TEST(FailingSerialDownload, AnyOtherExceptionLeavesTheWorkerAfterThePortWasClosed)
+{
+    GTEST_FLAG_SET(death_test_style, "fast");
+    EXPECT_EXIT(exitWithTheStateOfThePort(), testing::ExitedWithCode(42), "");
+}
+
+/// Adds its calls to those of a line.
+class StatusOnTheLine : public support::RecordingReceiver {
+public:
+    explicit StatusOnTheLine(std::vector<std::string>& calls) : calls_(calls) {}
+    void error(const gps::Error& /*error*/) override { calls_.emplace_back("error"); }
+    void gpsStateChange(std::int32_t state) override
+    {
+        calls_.push_back("state " + std::to_string(state));
+    }
+
+private:
+    std::vector<std::string>& calls_;
+};
+
+TEST(FailingSerialDownload, ThePortIsClosedAfterTheErrorAndBeforeTheEnd)
+{
+    support::MemoryLineLog log;
+    DriverOnALine driver{[&log]() -> std::unique_ptr<gps::OrvSerial> {
+        auto line = std::make_unique<support::MemoryLine>(log);
+        line->failsAfter(0);
+        return line;
+    }};
+    driver.download(std::make_shared<StatusOnTheLine>(log.calls), {});
+    ASSERT_GE(log.calls.size(), 4U);
+    EXPECT_THAT(std::vector<std::string>(log.calls.end() - 4, log.calls.end()),
+                ElementsAre("read", "error", "close", "state 0"));
 }
 
 TEST(FailingSerialDownload, ATooShortSentenceIsErrorMinusFourAndLeavesItsBracketOpen)
