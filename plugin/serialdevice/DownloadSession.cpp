@@ -65,14 +65,24 @@ std::optional<gps::Error> DownloadSession::run()
     handshake(reply);
     switchTransferOn();
     speedUp();
+    try {
+        downloadAll();
+    } catch (const std::length_error&) {
+        closeDown(); // the line works: only the session's own limits were exceeded
+        throw;
+    }
+    closeDown();
+    return std::nullopt;
+}
+
+void DownloadSession::downloadAll()
+{
     if (isWanted("waypoints") || isWanted("routes")) // a route only names its waypoints
         downloadWaypoints();
     if (isWanted("tracks"))
         downloadTracks();
     if (isWanted("routes"))
         downloadRoutes();
-    closeDown();
-    return std::nullopt;
 }
 
 std::optional<gps::Error> DownloadSession::open()

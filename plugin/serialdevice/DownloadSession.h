@@ -40,7 +40,8 @@ public:
     /// @throws gps::SerialFailure  the line failed
     /// @throws gps::RangeError     a sentence was truncated
     /// @throws std::length_error   there were more than kMostWaypoints waypoints to keep, or the
-    ///                             points of a route exceeded kRoutePointRoom
+    ///                             points of a route exceeded kRoutePointRoom; thrown after the
+    ///                             receiver's state was restored
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:
@@ -50,6 +51,7 @@ private:
     void handshake(const std::optional<std::string>& reply);
     void switchTransferOn();
     void speedUp();
+    void downloadAll();
     void downloadWaypoints();
     void keepForRoutes();
     void downloadTracks();

@@ -506,7 +506,13 @@ TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreRejected)
     EXPECT_NO_THROW(run({{"routes", true}}));
     waypoints.emplace_back(kCamp);
     receiverHas(waypoints);
+    done.calls.clear();
     EXPECT_THROW(run({{"routes", true}}), std::length_error);
+    // The END of the phase arrives instead of the first acknowledgement.
+    EXPECT_THAT(commands(), ElementsAre("PMGNCMD,VERSION", "PMGNCMD,HANDON", "PMGNCMD,TON",
+                                        "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT", "PMGNCMD,TOFF",
+                                        "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_EQ(*(done.calls.end() - 2), "speed 4800");
 }
 
 TEST_F(Session, APortThatCannotBeOpenedIsAnErrorAndNothingIsSent)
