@@ -9,7 +9,9 @@
 #include "StringTable.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include <dlfcn.h>
@@ -27,6 +29,14 @@ std::string resolved(const char* path)
 {
     const std::unique_ptr<char, decltype(&std::free)> real{::realpath(path, nullptr), &std::free};
     return real ? real.get() : "";
+}
+
+/// Unchanged if the path is empty or the working directory no longer exists.
+std::string absolute(const std::string& path)
+{
+    std::error_code failure;
+    const auto whole = std::filesystem::absolute(path, failure);
+    return path.empty() || failure ? path : whole.string();
 }
 
 bool isFile(const std::string& path)
@@ -92,7 +102,7 @@ std::shared_ptr<T> outlet(const std::shared_ptr<View>& view, std::string_view id
 
 } // namespace
 
-Bundle::Bundle(std::string path) : path_(std::move(path)) {}
+Bundle::Bundle(const std::string& path) : path_(absolute(path)) {}
 
 std::optional<Bundle> Bundle::containing(const void* address)
 {

@@ -16,13 +16,15 @@ namespace gps {
 
 class Bundle {
 public:
-    /// @param path  the bundle's folder; it need not exist
-    explicit Bundle(std::string path);
+    /// @param path  the bundle's folder; it need not exist. A relative path is resolved now, so a
+    ///              later change of the working directory does not matter
+    explicit Bundle(const std::string& path);
 
     /// The bundle that the code or data at an address was loaded from; nullopt if it was not loaded
     /// from a bundle. [any]
     [[nodiscard]] static std::optional<Bundle> containing(const void* address);
 
+    /// Absolute; empty if the bundle was given an empty path.
     [[nodiscard]] const std::string& path() const noexcept { return path_; }
 
     /// Contents/Info.plist; empty if it cannot be read. [any]

@@ -3,16 +3,23 @@
 
 #include "PluginBundle.h"
 
+#include <mutex>
+#include <utility>
+
 namespace magellan {
 
 const gps::Bundle& pluginBundle()
 {
-    // The bundle is the one around the file that contains this constant. Without a bundle, every
-    // resource is missing.
-    static constexpr char kHere = 0;
-    static const gps::Bundle* const bundle =
-        new gps::Bundle{gps::Bundle::containing(&kHere).value_or(gps::Bundle{""})};
-    return *bundle;
+    static constexpr char kHere = 0; // the bundle is the one around the file that contains this
+    static const auto* const nowhere = new gps::Bundle{""};
+    static std::mutex mutex;
+    static const gps::Bundle* found = nullptr;
+    const std::lock_guard lock{mutex};
+    if (found == nullptr) {
+        if (auto bundle = gps::Bundle::containing(&kHere))
+            found = new gps::Bundle{*std::move(bundle)};
+    }
+    return found != nullptr ? *found : *nowhere;
 }
 
 } // namespace magellan

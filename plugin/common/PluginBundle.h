@@ -7,7 +7,8 @@
 
 namespace magellan {
 
-/// Located at the first call and never destroyed.
+/// Located at the first call at which it can be found, and never destroyed. Until then the result
+/// is a bundle in which every resource is missing.
 [[nodiscard]] const gps::Bundle& pluginBundle();
 
 } // namespace magellan

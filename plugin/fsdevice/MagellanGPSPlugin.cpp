@@ -29,10 +29,10 @@ MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
 {
     if (plugInClass != kPlugInClass)
         return nullptr;
-    buildSharedTables();
     auto outlets = pluginBundle().loadView("MagellanGPS");
     if (!outlets)
         return nullptr;
+    buildSharedTables(); // once for all, so not from a bundle whose resources cannot be found yet
     auto driver = std::make_shared<MagellanGPSPlugin>();
     driver->connect(std::move(*outlets));
     driver->initFSDeviceList();

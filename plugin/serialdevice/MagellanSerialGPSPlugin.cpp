@@ -23,13 +23,13 @@ MagellanSerialGPSPlugin::getPluginForClass(std::string_view plugInClass)
 {
     if (plugInClass != kPlugInClass)
         return nullptr;
-    buildSharedTables();
     auto driver = std::make_shared<MagellanSerialGPSPlugin>();
     if (driver->makeSerialPortList().empty())
         return nullptr;
     auto outlets = pluginBundle().loadView("MagellanSerialGPS");
     if (!outlets)
         return nullptr;
+    buildSharedTables(); // see MagellanGPSPlugin::getPluginForClass()
     driver->connect(std::move(*outlets));
     driver->showPorts();
     return driver->gpsView() != nullptr ? driver : nullptr;

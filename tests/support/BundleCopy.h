@@ -39,12 +39,22 @@ public:
         return folder_.read(inside(resource));
     }
 
+    /// The folder that the bundle is in.
+    [[nodiscard]] std::string folder() const { return folder_.path(); }
+
     /// Loads the module, which stays loaded, and asks for its loader class.
-    [[nodiscard]] gps::VeloranPlugIn& load() const
+    [[nodiscard]] gps::VeloranPlugIn& load() const { return loaderIn(open(folder_.path())); }
+
+    /// Loads the module of the bundle in `folder`. @return  null if it cannot be loaded
+    [[nodiscard]] static void* open(const std::string& folder)
     {
-        void* module = ::dlopen(
-            folder_.path("MagellanGPSPlugin.bundle/Contents/Linux/MagellanGPSPlugin.so").c_str(),
-            RTLD_NOW | RTLD_LOCAL);
+        const auto path = folder + "/MagellanGPSPlugin.bundle/Contents/Linux/MagellanGPSPlugin.so";
+        return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+
+    /// Asks a module for its loader class.
+    [[nodiscard]] static gps::VeloranPlugIn& loaderIn(void* module)
+    {
         void* entry = module != nullptr ? ::dlsym(module, gps::kPrincipalClassEntry) : nullptr;
         if (entry == nullptr)
             throw std::runtime_error{::dlerror()};

@@ -42,6 +42,22 @@ protected:
     TemporaryFolder folder_;
 };
 
+TEST_F(BundleTest, ARelativePathIsResolvedWhenTheBundleIsOpened)
+{
+    put("Info.plist", plist("<dict><key>CFBundleExecutable</key><string>A.so</string></dict>"));
+    const auto previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.path());
+    const Bundle opened{"A.bundle"};
+    std::filesystem::current_path(previous);
+    EXPECT_EQ(opened.path(), std::filesystem::canonical(folder_.path("A.bundle")));
+    EXPECT_EQ(opened.executablePath(), opened.path() + "/Contents/Linux/A.so");
+}
+
+TEST_F(BundleTest, AnEmptyPathIsNotTheWorkingDirectory)
+{
+    EXPECT_EQ(Bundle{""}.path(), "");
+}
+
 TEST_F(BundleTest, TheInformationDictionaryIsInfoPlist)
 {
     EXPECT_TRUE(bundle().infoDictionary().empty());

@@ -3,6 +3,7 @@
 
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSPoint.h>
+#include <gps/VeloranPlugIn.h>
 #include <gps/View.h>
 #include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <support/BundleCopy.h>
@@ -15,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
@@ -116,16 +118,66 @@ std::shared_ptr<gps::GPSPlugInProtocol> driverOf(const BundleCopy& bundle)
 }
 
 /// The symbol of an imported waypoint with this icon.
-std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
+std::string symbolOf(gps::GPSPlugInProtocol& driver, const std::string& icon)
 {
     const support::ReceiverFolder receiver;
     const auto status = std::make_shared<support::RecordingReceiver>();
     const auto file =
         receiver.put("p.upt", {sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,A,," + icon)});
-    EXPECT_EQ(driverOf(bundle)->gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
+    EXPECT_EQ(driver.gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
     const auto call = status->calls().at(1);
     const auto begin = call.find("symbol = \"") + 10;
     return call.substr(begin, call.find('"', begin) - begin);
+}
+std::string symbolOf(const BundleCopy& bundle, const std::string& icon)
+{
+    return symbolOf(*driverOf(bundle), icon);
+}
+
+/// Changes the working directory during its lifetime.
+class WorkingDirectory {
+public:
+    explicit WorkingDirectory(const std::string& folder) { std::filesystem::current_path(folder); }
+    ~WorkingDirectory() { std::filesystem::current_path(previous_); }
+    WorkingDirectory(const WorkingDirectory&) = delete;
+    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+private:
+    std::filesystem::path previous_ = std::filesystem::current_path();
+};
+
+/// Loads the module of a bundle by a relative path. The path has the name of the bundle's own
+/// folder, because the loader returns a module that it has already loaded by an equal path.
+void* openRelative(const BundleCopy& bundle)
+{
+    const std::filesystem::path folder{bundle.folder()};
+    const WorkingDirectory above{folder.parent_path()};
+    return BundleCopy::open(folder.filename());
+}
+
+TEST(RelativePath, AHostMayChangeItsDirectoryAfterItHasTheLoader)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    void* const module = openRelative(bundle);
+    gps::VeloranPlugIn* loader = nullptr;
+    {
+        const WorkingDirectory above{std::filesystem::path{bundle.folder()}.parent_path()};
+        loader = &BundleCopy::loaderIn(module);
+    }
+    EXPECT_TRUE(loader->piGetPlugInsForClass("GPSPlugIn"));
+}
+
+TEST(RelativePath, ABundleThatCouldNotBeFoundIsFoundLaterWithAllItsTables)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    auto& loader = BundleCopy::loaderIn(openRelative(bundle));
+    EXPECT_FALSE(loader.piGetPlugInsForClass("GPSPlugIn"));
+    const WorkingDirectory above{std::filesystem::path{bundle.folder()}.parent_path()};
+    auto drivers = loader.piGetPlugInsForClass("GPSPlugIn");
+    ASSERT_TRUE(drivers);
+    EXPECT_EQ(symbolOf(*drivers->nextObject(), "j"), "Campground");
 }
 
 TEST(MissingResources, WithoutTheSymbolMapEachIconIsItsOwnSymbol)
