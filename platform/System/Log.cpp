@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // One mutex keeps the lines in the same order for the system log, the error stream and listeners.
+// The name and the options of the system log are the host's: nothing here calls openlog().
 
 #include "Log.h"
 
@@ -19,8 +20,6 @@ namespace {
 constexpr std::size_t kLongestSystemLogLine = 1000; ///< bytes; system logs cut longer lines
 
 struct Log {
-    Log() { ::openlog("magellangps", LOG_PID, LOG_USER); }
-
     std::mutex mutex; // guards the members below, and keeps the order of lines
     bool toStandardError = false;
     unsigned long lastId = 0;

@@ -11,7 +11,8 @@ namespace gps {
 
 class Error;
 
-/// Writes one line. Control characters are replaced by spaces. [any]
+/// Writes one line. Control characters are replaced by spaces. In the system log, lines have the
+/// name that the host has chosen with openlog(), or the program's name. [any]
 void logLine(std::string_view line);
 
 /// Writes "source: error". Listeners also get the error itself. [any]

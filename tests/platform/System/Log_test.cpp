@@ -18,6 +18,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
+#include <syslog.h>
 #include <unistd.h>
 
 namespace gps {
@@ -26,6 +27,7 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 /// Captures the standard error stream during its lifetime.
 class StandardError {
@@ -190,9 +192,21 @@ TEST(Log, TheSystemLogGetsTheLineWithTheProgramsName)
     if (!log.listens())
         GTEST_SKIP() << "mounting is not permitted";
     logLine("a line with 100%s");
+    EXPECT_THAT(log.nextLine(), EndsWith(" platform_tests: a line with 100%s"));
+}
+
+TEST(Log, TheSystemLogKeepsTheNameThatTheHostHasChosen)
+{
+    const SystemLog log;
+    if (!log.listens())
+        GTEST_SKIP() << "mounting is not permitted";
+    ::openlog("another-host", LOG_PID, LOG_LOCAL3);
+    logLine("a line");
     const auto line = log.nextLine();
-    EXPECT_THAT(line, HasSubstr("magellangps["));
-    EXPECT_THAT(line, EndsWith("]: a line with 100%s"));
+    ::closelog();
+    EXPECT_THAT(line, StartsWith("<157>")); // facility local3, level notice
+    EXPECT_THAT(line, HasSubstr(" another-host["));
+    EXPECT_THAT(line, EndsWith("]: a line"));
 }
 
 TEST(Log, TheSystemLogGetsTheFrontOfALongLineCutBetweenCharacters)
