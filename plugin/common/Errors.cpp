@@ -9,15 +9,6 @@
 
 namespace magellan {
 
-std::string filledText(std::string_view text, std::string_view value)
-{
-    constexpr std::string_view kPlaceholder = "%@";
-    std::string filled = pluginBundle().localizedString(text);
-    if (const auto at = filled.find(kPlaceholder); at != std::string::npos)
-        filled.replace(at, kPlaceholder.size(), value);
-    return filled;
-}
-
 gps::Error makeError(ErrorCode code, std::string_view description, std::string_view suggestion,
                      const std::optional<std::string>& path)
 {
@@ -25,6 +16,18 @@ gps::Error makeError(ErrorCode code, std::string_view description, std::string_v
                          {gps::kErrorSuggestionKey, pluginBundle().localizedString(suggestion)}};
     if (path)
         info.set(gps::kErrorPathKey, *path);
+    return {kErrorDomain, static_cast<std::int32_t>(code), std::move(info)};
+}
+
+gps::Error makeErrorAbout(ErrorCode code, std::string_view value, std::string_view description,
+                          std::string_view suggestion)
+{
+    constexpr std::string_view kPlaceholder = "%@";
+    auto info = makeError(code, description, suggestion).userInfo();
+    std::string filled = *info.findString(gps::kErrorDescriptionKey);
+    if (const auto at = filled.find(kPlaceholder); at != std::string::npos)
+        filled.replace(at, kPlaceholder.size(), value);
+    info.set(gps::kErrorDescriptionKey, std::move(filled));
     return {kErrorDomain, static_cast<std::int32_t>(code), std::move(info)};
 }
 

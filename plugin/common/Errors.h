@@ -32,14 +32,15 @@ enum class ErrorCode : std::int32_t {
 inline constexpr char kSuggestMounting[] =
     "Please make sure your Magellan device is connected and mounted on the desktop, and try again";
 
-/// Translates a text into the user's language and replaces its "%@" with `value`.
-[[nodiscard]] std::string filledText(std::string_view text, std::string_view value);
-
 /// Creates an error. Description and suggestion are translated if the string table has them.
 /// @param path  the file or volume concerned, if any
 [[nodiscard]] gps::Error makeError(ErrorCode code, std::string_view description,
                                    std::string_view suggestion,
                                    const std::optional<std::string>& path = std::nullopt);
+
+/// Creates an error without a path. In its translated description, "%@" is replaced by `value`.
+[[nodiscard]] gps::Error makeErrorAbout(ErrorCode code, std::string_view value,
+                                        std::string_view description, std::string_view suggestion);
 
 /// Converts an exception that a reader threw into an error about the file.
 [[nodiscard]] gps::Error makeThrownError(const std::exception& failure, const std::string& path);

@@ -113,16 +113,12 @@ std::vector<Candidate> searchForReceivers()
         const auto& path = candidate.searched.location;
         if (candidate.searched.verdict == Verdict::kSkipped)
             continue;
-        if (!gps::FileManager{}.fileExists(unitFilePath(path))) {
+        const bool hasUnitFile = gps::FileManager{}.fileExists(unitFilePath(path));
+        const gps::AuthorizedPath access{path};
+        if (hasUnitFile)
+            accept(candidate);
+        else
             reject(candidate.searched);
-            continue;
-        }
-        const auto url = gps::GPSStorageAuthorization::authorizedBookmarkURLForPath(path);
-        if (url)
-            url->startAccessingSecurityScopedResource();
-        accept(candidate);
-        if (url)
-            url->stopAccessingSecurityScopedResource();
     }
     return candidates;
 }
@@ -219,8 +215,11 @@ void MagellanGPSPlugin::connect(gps::ViewOutlets outlets)
     const std::weak_ptr<MagellanGPSPlugin> driver = weak_from_this();
     if (outlets_.deviceListMenu != nullptr) {
         outlets_.deviceListMenu->setAction([driver](std::size_t item) {
-            if (const auto self = driver.lock())
-                self->userPicked(item);
+            const auto self = driver.lock();
+            if (!self)
+                return;
+            self->userPicked(item);
+            self->outlets_.deviceListMenu->select(item); // records may be equal
         });
     }
     if (outlets_.deviceButton != nullptr) {

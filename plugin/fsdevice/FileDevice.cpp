@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Members of MagellanGPSPlugin: its gps::GPSFileDevice interface, which hosts use before a send.
+// Nothing is cached: each call reads the device anew.
+
+#include "FileDevice.h"
 
 #include "../codec/FieldText.h"
 #include "../codec/SymbolMap.h"
 #include "KeyValueFile.h"
-#include "MagellanGPSPlugin.h"
 #include "MagellanSnapshot.h"
 
 #include <memory>
@@ -16,17 +17,20 @@
 
 namespace magellan {
 
-std::optional<std::string> MagellanGPSPlugin::deviceIdentifier() const
+std::optional<std::string> FileDevice::deviceIdentifier() const
 {
     const auto* const volume = location();
+    if (volume == nullptr)
+        return std::nullopt;
+    const gps::AuthorizedPath access{*volume};
     gps::Dictionary unit;
-    if (volume == nullptr || readMagellanUnitIDFromPath(*volume, unit))
+    if (readMagellanUnitIDFromPath(*volume, unit))
         return std::nullopt;
     const auto* serialNumber = unit.findString("Serial Number");
     return serialNumber != nullptr ? std::optional{*serialNumber} : std::nullopt;
 }
 
-std::vector<std::string> MagellanGPSPlugin::dataFolders() const
+std::vector<std::string> FileDevice::dataFolders() const
 {
     const auto* const volume = location();
     const auto folders =
@@ -34,29 +38,29 @@ std::vector<std::string> MagellanGPSPlugin::dataFolders() const
     return folders ? existingDataFolders(*folders, *volume) : std::vector<std::string>{};
 }
 
-std::unique_ptr<gps::DeviceSnapshot> MagellanGPSPlugin::takeSnapshot() const
+std::unique_ptr<gps::DeviceSnapshot> FileDevice::takeSnapshot() const
 {
     const auto* const volume = location();
     auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
     return folders ? std::make_unique<MagellanSnapshot>(*volume, *std::move(folders)) : nullptr;
 }
 
-std::string MagellanGPSPlugin::deviceCharacters() const
+std::string FileDevice::deviceCharacters() const
 {
     return kDeviceCharacters;
 }
 
-std::size_t MagellanGPSPlugin::longestName() const
+std::size_t FileDevice::longestName() const
 {
     return kLongestName;
 }
 
-gps::Dictionary MagellanGPSPlugin::recordsIn(const gps::PlannedFile& file) const
+gps::Dictionary FileDevice::recordsIn(const gps::PlannedFile& file) const
 {
     return recordsInFile(file.path, file.content);
 }
 
-std::string MagellanGPSPlugin::deviceSymbol(std::string_view symbol) const
+std::string FileDevice::deviceSymbol(std::string_view symbol) const
 {
     const std::string name{symbol};
     return std::string{

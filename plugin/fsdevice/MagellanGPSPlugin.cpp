@@ -8,6 +8,7 @@
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/PluginBundle.h"
+#include "FileDevice.h"
 #include "KeyValueFile.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -33,7 +34,7 @@ MagellanGPSPlugin::getPluginForClass(std::string_view plugInClass)
     if (!outlets)
         return nullptr;
     buildSharedTables(); // once for all, so not from a bundle whose resources cannot be found yet
-    auto driver = std::make_shared<MagellanGPSPlugin>();
+    auto driver = std::make_shared<FileDevice>();
     driver->connect(std::move(*outlets));
     driver->initFSDeviceList();
     return driver->gpsView() != nullptr ? driver : nullptr;

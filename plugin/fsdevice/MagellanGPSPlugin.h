@@ -2,14 +2,13 @@
 // MagellanGPSPlugin: the driver of receivers that mount as a disk, and the base class of the serial
 // driver. Its members are defined in several sources, one per subject: MagellanGPSPlugin.cpp
 // (identity, creation, the start of every operation), DeviceDiscovery.cpp, AcquireDriver.cpp,
-// FileImport.cpp, SendDriver.cpp and FileDevice.cpp. [host thread], except for the worker entry
-// points runAcquire() and runSend(), which use only their work dictionary.
+// FileImport.cpp and SendDriver.cpp. [host thread], except for the worker entry points runAcquire()
+// and runSend(), which use only their work dictionary.
 
 #pragma once
 
 #include <gps/Error.h>
 #include <gps/GPSDeviceSearch.h>
-#include <gps/GPSFileDevice.h>
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/View.h>
 #include <platform/GPSUtilities/GPSStorageAuthorization.h>
@@ -28,11 +27,11 @@ namespace magellan {
 inline constexpr char kPlugInClass[] = "GPSPlugIn";
 
 class MagellanGPSPlugin : public gps::GPSPlugInProtocol,
-                          public gps::GPSFileDevice,
                           public gps::GPSDeviceSearch,
                           public std::enable_shared_from_this<MagellanGPSPlugin> {
 public:
-    /// `getPluginForClass:`: creates a driver, loads its view and searches for devices.
+    /// `getPluginForClass:`: creates a driver, loads its view and searches for devices. The driver
+    /// also has the interface gps::GPSFileDevice.
     /// @return  null for a class other than kPlugInClass, or if the view cannot be loaded
     [[nodiscard]] static std::shared_ptr<MagellanGPSPlugin>
     getPluginForClass(std::string_view plugInClass);
@@ -74,15 +73,6 @@ public:
 
     /// Returns every mounted volume and test folder and why it is a device or not.
     [[nodiscard]] std::vector<gps::SearchedLocation> searchedLocations() const override;
-
-    // Before a send.
-    [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;
-    [[nodiscard]] std::vector<std::string> dataFolders() const override;
-    [[nodiscard]] std::string deviceCharacters() const override;
-    [[nodiscard]] std::size_t longestName() const override;
-    [[nodiscard]] gps::Dictionary recordsIn(const gps::PlannedFile& file) const override;
-    [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
-    [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 
     [[nodiscard]] const gps::Array& fsDeviceList() const noexcept { return fsDeviceList_; }
     void setFsDeviceList(gps::Array records) { fsDeviceList_ = std::move(records); }
@@ -149,6 +139,9 @@ protected:
     virtual void runAcquire(const gps::Dictionary& work);
     virtual void runSend(const gps::Dictionary& work);
 
+    /// The selected device's volume path; null if no device is selected.
+    [[nodiscard]] const std::string* location() const;
+
     /// Logs "class name: error" if the debug level is not 0. Returns the error.
     [[nodiscard]] gps::Error logged(gps::Error error) const;
 
@@ -170,8 +163,6 @@ private:
                                                         const gps::Dictionary& additions,
                                                         WorkerBody body);
 
-    /// The selected device's volume path; null if no device is selected.
-    [[nodiscard]] const std::string* location() const;
     void userPressedDeviceButton();
     void showDevices();
 

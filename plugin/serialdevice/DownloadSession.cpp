@@ -91,9 +91,8 @@ std::optional<gps::Error> DownloadSession::open()
     serial_.setBaudRate(kOpeningSpeed);
     if (serial_.openWithDevicePath(location.c_str()) == 0)
         return std::nullopt;
-    return makeError(ErrorCode::kSerialPort,
-                     filledText("Couldn't open communications port %@", location),
-                     "The port might be in use by another program");
+    return makeErrorAbout(ErrorCode::kSerialPort, location, "Couldn't open communications port %@",
+                          "The port might be in use by another program");
 }
 
 /// Finds the speed at which the receiver answers. Returns its first answer; nullopt if there was

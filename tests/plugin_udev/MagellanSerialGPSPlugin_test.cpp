@@ -2,6 +2,7 @@
 // The serial driver's ports and the start of its operations, on a mocked device tree that is empty
 // except for what a test adds.
 
+#include <gps/GPSFileDevice.h>
 #include <plugin/common/DictionaryHelpers.h>
 #include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
@@ -111,6 +112,22 @@ TEST_F(SerialDriver, ReportsItsIdentity)
     std::int32_t id = 7;
     EXPECT_FALSE(driver->needsUSBRefreshOnVendor(&id, nullptr));
     EXPECT_EQ(id, 7);
+}
+
+TEST_F(SerialDriver, HasNoFilesToOfferToAHost)
+{
+    const std::shared_ptr<gps::GPSPlugInProtocol> driver = make();
+    EXPECT_EQ(std::dynamic_pointer_cast<gps::GPSFileDevice>(driver), nullptr);
+    EXPECT_NE(std::dynamic_pointer_cast<gps::GPSDeviceSearch>(driver), nullptr);
+}
+
+TEST_F(SerialDriver, PressingTheButtonScansThePortsAgain)
+{
+    const auto driver = make();
+    TestPorts::set({"/dev/three"});
+    driver->gpsView()->find<gps::Button>("deviceButton")->press();
+    EXPECT_THAT(driver->deviceList(), SizeIs(1));
+    EXPECT_EQ(location(driver->serialPort()), "/dev/three");
 }
 
 TEST_F(SerialDriver, OffersNoLivePositionAndCannotBeCancelled)

@@ -16,5 +16,16 @@ TEST(GPSStorageAuthorization, GrantsEveryPathAndReturnsItUnchanged)
     }
 }
 
+TEST(GPSStorageAuthorization, CountsTheBracketsThatAreOpen)
+{
+    EXPECT_EQ(GPSStorageAuthorization::openAccessCount(), 0U);
+    {
+        const AuthorizedPath outer{"/media/user/MAGELLAN"};
+        const AuthorizedPath inner{"/"};
+        EXPECT_EQ(GPSStorageAuthorization::openAccessCount(), 2U);
+    }
+    EXPECT_EQ(GPSStorageAuthorization::openAccessCount(), 0U);
+}
+
 } // namespace
 } // namespace gps

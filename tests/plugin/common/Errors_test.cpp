@@ -42,6 +42,18 @@ TEST(Errors, TheEnglishTextIsUsedWithOrWithoutATranslation)
               "try again");
 }
 
+TEST(Errors, AValueReplacesThePlaceholderOfTheDescriptionAsItIs)
+{
+    const auto error =
+        makeErrorAbout(ErrorCode::kSerialPort, "/dev/%@", "port %@ of %@", "what to do with %@");
+    EXPECT_EQ(error.code(), -1);
+    EXPECT_EQ(error.userInfo(),
+              (gps::Dictionary{{gps::kErrorDescriptionKey, "port /dev/%@ of %@"},
+                               {gps::kErrorSuggestionKey, "what to do with %@"}}));
+    EXPECT_EQ(makeErrorAbout(ErrorCode::kSerialPort, "/dev/x", "no port", "").description(),
+              "no port");
+}
+
 TEST(Errors, HaveTheCodesThatHostsKnow)
 {
     EXPECT_EQ(makeError(ErrorCode::kReadFailed, "", "").code(), -3);

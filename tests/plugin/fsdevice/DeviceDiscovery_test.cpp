@@ -229,6 +229,26 @@ TEST_F(DeviceDiscoveryTest, PickingAnEntrySelectsThatDeviceAndItsAuthorizationSh
     EXPECT_EQ(driver_->fsDevice(), record(first_, "Magellan device 1", true));
 }
 
+TEST_F(DeviceDiscoveryTest, PickingTheSecondOfTwoEqualDevicesSelectsTheSecond)
+{
+    first_.unitFile("1");
+    find({first_.path(), first_.path()});
+    ASSERT_EQ(driver_->fsDeviceList().front(), driver_->fsDeviceList().back());
+    menu().pick(1);
+    EXPECT_EQ(menu().selected(), 1U);
+    menu().pick(0);
+    EXPECT_EQ(menu().selected(), 0U);
+}
+
+TEST_F(DeviceDiscoveryTest, EveryAccessThatASearchOpensIsClosed)
+{
+    first_.unitFile("1");
+    second_.folder().makeFolder("USBTRANS");
+    find({first_.path(), second_.path(), "/nowhere"});
+    EXPECT_THAT(driver_->fsDeviceList(), SizeIs(1));
+    EXPECT_EQ(gps::GPSStorageAuthorization::openAccessCount(), 0U);
+}
+
 TEST_F(DeviceDiscoveryTest, TheButtonIsShownOnlyWhileAnUnauthorizedDeviceIsSelected)
 {
     for (const auto& [device, hidden] :

@@ -3,6 +3,7 @@
 
 #include "../../support/ReceiverFolder.h"
 
+#include <gps/GPSFileDevice.h>
 #include <plugin/fsdevice/DeviceFileWriters.h>
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
@@ -28,10 +29,16 @@ protected:
             receiver.folder().makeFolder(name);
     }
 
-    [[nodiscard]] std::shared_ptr<magellan::MagellanGPSPlugin> driver() const
+    /// The interface of a new driver, as a host asks for it.
+    static std::shared_ptr<gps::GPSFileDevice> fileDevice()
+    {
+        return std::dynamic_pointer_cast<gps::GPSFileDevice>(
+            magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn"));
+    }
+    [[nodiscard]] std::shared_ptr<gps::GPSFileDevice> driver() const
     {
         const support::TestFolders folders{{receiver.path()}};
-        return magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+        return fileDevice();
     }
 
     support::ReceiverFolder receiver;
@@ -40,7 +47,7 @@ protected:
 TEST_F(FileDevice, WithoutADeviceThereAreNoFoldersAndNoIdentifier)
 {
     const support::TestFolders none{{}};
-    const auto lonely = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    const auto lonely = fileDevice();
     EXPECT_THAT(lonely->dataFolders(), IsEmpty());
     EXPECT_EQ(lonely->deviceIdentifier(), std::nullopt);
 }
@@ -56,6 +63,7 @@ TEST_F(FileDevice, DataFoldersAreThoseOfTheFourThatExistEachOnce)
 TEST_F(FileDevice, IdentifierIsTheSerialNumber)
 {
     EXPECT_EQ(driver()->deviceIdentifier(), "12345");
+    EXPECT_EQ(gps::GPSStorageAuthorization::openAccessCount(), 0U);
     receiver.put("USBTRANS/UNIT_ID.DAT", {"Serial Number = 12345"});
     EXPECT_EQ(driver()->deviceIdentifier(), std::nullopt);
 }

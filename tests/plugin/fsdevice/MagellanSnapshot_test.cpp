@@ -7,6 +7,7 @@
 #include "../../support/RecordingReceiver.h"
 #include "Waypoint.h"
 
+#include <gps/GPSFileDevice.h>
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 #include <gmock/gmock.h>
@@ -35,10 +36,16 @@ protected:
             {"MyPOIs=My POIs", "Geocaches=Geocaches", "Routes=Routes", "TrackLogs=Track Logs"});
     }
 
-    [[nodiscard]] std::shared_ptr<magellan::MagellanGPSPlugin> driver() const
+    /// The interface of a new driver, as a host asks for it.
+    static std::shared_ptr<gps::GPSFileDevice> fileDevice()
+    {
+        return std::dynamic_pointer_cast<gps::GPSFileDevice>(
+            magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn"));
+    }
+    [[nodiscard]] std::shared_ptr<gps::GPSFileDevice> driver() const
     {
         const support::TestFolders folders{{receiver.path()}};
-        return magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+        return fileDevice();
     }
 
     [[nodiscard]] gps::SendPlan plan(const gps::Dictionary& data) const
@@ -67,7 +74,9 @@ TEST_F(Snapshot, PlansWhatASendWritesByteForByte)
     EXPECT_EQ(planned.files[3].action, Action::kCreate);
 
     const auto status = std::make_shared<support::RecordingReceiver>();
-    ASSERT_FALSE(driver()->gpsRunSend(&data, status, {}));
+    const support::TestFolders folders{{receiver.path()}};
+    const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    ASSERT_FALSE(driver->gpsRunSend(&data, status, {}));
     ASSERT_TRUE(status->waitUntilIdle());
     for (const auto& file : planned.files) {
         const auto name = file.path.substr(receiver.path().size() + 1);
@@ -288,7 +297,7 @@ TEST_F(Snapshot, LogsNothing)
 TEST_F(Snapshot, WithoutADeviceItIsNull)
 {
     const support::TestFolders none{{}};
-    EXPECT_EQ(magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn")->takeSnapshot(), nullptr);
+    EXPECT_EQ(fileDevice()->takeSnapshot(), nullptr);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <gps/GPSPoint.h>
 #include <gps/VeloranPlugIn.h>
 #include <gps/View.h>
+#include <platform/System/StringTable.h>
 #include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <support/BundleCopy.h>
 #include <support/LogCapture.h>
@@ -15,11 +16,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace magellan {
@@ -27,8 +32,13 @@ namespace {
 
 using support::BundleCopy;
 using support::sentence;
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Optional;
+using testing::StartsWith;
 
 TEST(MagellanGPSPluginLoader, ReportsTheBundlesIdentity)
 {
@@ -271,6 +281,94 @@ TEST(MissingResources, TextsComeFromTheStringTable)
     EXPECT_EQ(noDeviceError(bundle).suggestion(),
               "Please make sure your Magellan device is connected and mounted on the desktop, and "
               "try again");
+}
+
+/// A bundle whose string table puts each of its texts in brackets.
+class BracketedTexts : public testing::Test {
+protected:
+    BracketedTexts()
+    {
+        const auto table = gps::parseStringTable(bundle.read("en.lproj/Localizable.strings"));
+        std::string text;
+        for (const auto& [key, value] : table)
+            text += '"' + key + "\" = \"[" + key + "]\";\n";
+        bundle.put("en.lproj/Localizable.strings",
+                   text + "\"Couldn't open communications port /dev/null\" = \"twice\";");
+    }
+
+    /// Expects both texts of an error in brackets.
+    static void expectBracketed(const std::optional<gps::Error>& error,
+                                const std::string& description)
+    {
+        ASSERT_TRUE(error) << description;
+        EXPECT_EQ(error->description(), '[' + description + ']');
+        EXPECT_THAT(error->suggestion(), Optional(AllOf(StartsWith("["), EndsWith("]"))));
+    }
+
+    support::TestFolders folders{{}};
+    support::ReceiverFolder receiver;
+    BundleCopy bundle;
+    std::shared_ptr<support::RecordingReceiver> status =
+        std::make_shared<support::RecordingReceiver>();
+};
+
+TEST_F(BracketedTexts, ASetUpErrorIsTranslated)
+{
+    expectBracketed(driverOf(bundle)->gpsRunAcquire(status, {}),
+                    "No location was selected for Magellan device");
+    bundle.remove("MagDefaultLanguage.plist");
+    receiver.unitFile("1");
+    support::TestFolders::set({receiver.path()});
+    expectBracketed(driverOf(bundle)->gpsRunAcquire(status, {}),
+                    "Magellan device data missing or in unregonized format");
+}
+
+TEST_F(BracketedTexts, EveryRefusalOfAnImportIsTranslated)
+{
+    const auto driver = driverOf(bundle);
+    const auto import = [&](const gps::Value& path) {
+        return driver->gpsRunAcquire(status, {{"sourcePath", path}});
+    };
+    expectBracketed(import(7), "No extension exists on selected file");
+    expectBracketed(import("x"), "Unrecognized extension on selected file");
+    expectBracketed(import(receiver.put("empty.upt", {})), "Couldn't open file");
+    expectBracketed(import(receiver.put("other.upt", {"other"})), "Contents of file unrecognized");
+}
+
+TEST_F(BracketedTexts, TheErrorsOfUnreadableFilesAreTranslated)
+{
+    const auto driver = driverOf(bundle);
+    const support::LogCapture log;
+    for (const auto& [file, kind] :
+         std::vector<std::pair<std::string, std::string>>{{"/none.log", "track"},
+                                                          {"/none.upt", "waypoint"},
+                                                          {"/none.rte", "route"},
+                                                          {"/none.gs", "geocache"}}) {
+        (void)driver->gpsRunAcquire(status, {{"sourcePath", file}});
+        ASSERT_FALSE(log.errors().empty());
+        expectBracketed(log.errors().back(), "Couldn't read " + kind + " data from device");
+    }
+}
+
+TEST_F(BracketedTexts, TheErrorOfAPortIsTranslatedOnceAndThenFilledWithThePath)
+{
+    const support::TestPorts ports{{"/dev/null"}};
+    auto drivers = bundle.load().piGetPlugInsForClass("GPSPlugIn");
+    (void)drivers->nextObject();
+    const auto driver = drivers->nextObject();
+    const gps::Value null{"/dev/null"};
+    const auto devices = driver->deviceList();
+    const auto found = std::find_if(devices.begin(), devices.end(), [&](const gps::Value& device) {
+        return *device.as<gps::Dictionary>()->find("location") == null;
+    });
+    driver->gpsView()
+        ->find<gps::PopUpButton>("deviceListMenu")
+        ->pick(static_cast<std::size_t>(found - devices.begin()));
+    ASSERT_EQ(driver->gpsRunAcquire(status, {}), std::nullopt);
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_THAT(status->calls(),
+                Contains(AllOf(HasSubstr("\"[Couldn't open communications port /dev/null]\""),
+                               HasSubstr("\"[The port might be in use by another program]\""))));
 }
 
 TEST(MissingResources, WithoutAStringTableTextsAreInEnglish)

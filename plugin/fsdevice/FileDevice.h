@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// FileDevice: the driver of mounted receivers as hosts get it, with the interface that they use
+// before a send. A class of its own, because the serial driver, which inherits MagellanGPSPlugin,
+// must not have that interface. [host thread]
+
+#pragma once
+
+#include "MagellanGPSPlugin.h"
+
+#include <gps/GPSFileDevice.h>
+
+namespace magellan {
+
+class FileDevice final : public MagellanGPSPlugin, public gps::GPSFileDevice {
+public:
+    [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;
+    [[nodiscard]] std::vector<std::string> dataFolders() const override;
+    [[nodiscard]] std::string deviceCharacters() const override;
+    [[nodiscard]] std::size_t longestName() const override;
+    [[nodiscard]] gps::Dictionary recordsIn(const gps::PlannedFile& file) const override;
+    [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
+    [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
+};
+
+} // namespace magellan
