@@ -13,6 +13,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -410,7 +411,12 @@ TEST_F(AcquireDriverTest, ASetUpErrorIsLoggedIfTheDebugLevelIsNotZero)
     const support::LogCapture log;
     const auto error = makeDriver()->gpsRunAcquire(status_, {{"debug", 1}});
     ASSERT_TRUE(error);
-    EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
+    const auto logLine = "MagellanGPSPlugin: " + error->text();
+    EXPECT_THAT(log.lines(), ElementsAre(logLine));
+    (void)makeDriver()->gpsRunAcquire(status_, {{"debug", -1}});
+    EXPECT_THAT(log.lines(), ElementsAre(logLine, logLine));
+    (void)makeDriver()->gpsRunAcquire(status_, {{"debug", 0}});
+    EXPECT_THAT(log.lines(), SizeIs(2));
 }
 
 TEST_F(AcquireDriverTest, ADebugOptionOfZeroResetsTheLevelAndAnAbsentOneKeepsIt)
@@ -530,6 +536,21 @@ TEST_F(AcquireDriverTest, AnImportHoldsItsDriverAndItsStatusObjectUntilItReturns
     EXPECT_THAT(expired, ElementsAre(false, false));
     EXPECT_TRUE(aliveDriver.expired());
     EXPECT_TRUE(aliveStatus.expired());
+}
+
+TEST_F(AcquireDriverTest, AccessIsOpenDuringAnImportOnly)
+{
+    std::vector<std::size_t> open;
+    const auto import = [&](const std::string& file) {
+        const auto status = std::make_shared<ActingReceiver>(
+            [&open] { open.push_back(gps::GPSStorageAuthorization::openAccessCount()); });
+        return makeDriver()->gpsRunAcquire(status, {{"sourcePath", file}});
+    };
+    EXPECT_EQ(import(receiver_.put("t.log", {kTrackPoint})), std::nullopt);
+    EXPECT_EQ(gps::GPSStorageAuthorization::openAccessCount(), 0U);
+    EXPECT_THROW((void)import(receiver_.put("u.log", {sentence("PMGNTRK,1")})), gps::RangeError);
+    EXPECT_EQ(gps::GPSStorageAuthorization::openAccessCount(), 0U);
+    EXPECT_THAT(open, ElementsAre(1U, 1U));
 }
 
 TEST_F(AcquireDriverTest, AnImportNeedsNoDevice)

@@ -352,6 +352,20 @@ TEST_F(ReadRoutes, AWaypointWithoutANameIsSkippedAndTheRouteContinues)
                 ElementsAre("newRoute {name = \"R\", lastIndex = 1}", routePoint("A")));
 }
 
+TEST_F(ReadRoutes, AWaypointInheritsNothingFromTheLineBeforeIt)
+{
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    EXPECT_EQ(acquireRoutesFromPath(put({wayPoint("A", "comment"),
+                                         sentence("PMGNWPL,4700.000,N,00730.000,E,0000500,M,B,"),
+                                         sentence("PMGNWPL,4800.000,N,00730.000,E,0000500")}),
+                                    waypoints, routes),
+              std::nullopt);
+    ASSERT_THAT(waypoints, SizeIs(2));
+    EXPECT_FALSE(waypoints.findDictionary("B")->contains("symbol"));
+    EXPECT_EQ(gps::findPoint(*waypoints.findDictionary("A"))->latitude, 46);
+}
+
 TEST_F(ReadRoutes, WaypointsBetweenARoutesSentencesDoNotDisturbIt)
 {
     EXPECT_THAT(

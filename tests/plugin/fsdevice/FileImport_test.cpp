@@ -262,10 +262,13 @@ TEST_F(FileImportTest, ARejectionIsLoggedIfTheDebugLevelIsNotZero)
     for (const gps::Value& path :
          {gps::Value{7}, gps::Value{folder_.path("x")}, gps::Value{folder_.put("e.upt", "")},
           gps::Value{folder_.put("w.upt", kTrackPoint)}}) {
-        const support::LogCapture log;
-        const auto error = driver->gpsRunAcquire(status, {{"debug", 1}, {"sourcePath", path}});
-        ASSERT_TRUE(error);
-        EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text()));
+        for (const int level : {1, -1}) {
+            const support::LogCapture log;
+            const auto error =
+                driver->gpsRunAcquire(status, {{"debug", level}, {"sourcePath", path}});
+            ASSERT_TRUE(error);
+            EXPECT_THAT(log.lines(), ElementsAre("MagellanGPSPlugin: " + error->text())) << level;
+        }
     }
 }
 

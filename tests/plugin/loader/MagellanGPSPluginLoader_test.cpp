@@ -203,6 +203,30 @@ TEST(MissingResources, WithoutTheSymbolMapEachIconIsItsOwnSymbol)
     EXPECT_EQ(symbolOf(broken, "j"), "j");
 }
 
+TEST(SharedTables, AreBuiltWithTheDriverOfMountedReceiversAlone)
+{
+    const support::TestFolders none{{}};
+    const BundleCopy bundle;
+    bundle.remove("MagellanSerialGPS.plist");
+    const auto driver = driverOf(bundle);
+    bundle.remove("MagellanSymbolMap.plist");
+    EXPECT_EQ(symbolOf(*driver, "j"), "Campground");
+}
+
+TEST(SharedTables, AreBuiltWithTheSerialDriverAlone)
+{
+    const support::TestFolders none{{}};
+    const support::TestPorts ports{{"/dev/one"}};
+    const BundleCopy bundle;
+    const auto view = bundle.read("MagellanGPS.plist");
+    bundle.remove("MagellanGPS.plist");
+    ASSERT_EQ(driverOf(bundle)->className(), "MagellanSerialGPSPlugin");
+    bundle.remove("MagellanSymbolMap.plist");
+    bundle.put("MagellanGPS.plist", view);
+    ASSERT_EQ(driverOf(bundle)->className(), "MagellanGPSPlugin");
+    EXPECT_EQ(symbolOf(bundle, "j"), "Campground");
+}
+
 TEST(MissingResources, TheSymbolMapIsReadFromTheResources)
 {
     const support::TestFolders none{{}};

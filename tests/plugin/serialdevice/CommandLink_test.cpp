@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace magellan {
@@ -75,6 +76,17 @@ TEST_F(Link, AcknowledgesAValidSentenceAndLogsIt)
                                         support::sentence("PMGNCSM,3D").substr(12) + "\r\n"));
     EXPECT_THAT(logged.lines(), ElementsAre(" -- PMGNCMD,END"));
     EXPECT_TRUE(line.askedAsExpected());
+}
+
+TEST_F(Link, AcknowledgesASentenceBeforeItLogsIt)
+{
+    const gps::LogSubscription listening{[this](std::string_view text, const gps::Error*) {
+        done.calls.push_back("log" + std::string{text});
+    }};
+    line.saysSentence("PMGNCMD,END");
+    (void)link.readResponseWithChecksum();
+    EXPECT_THAT(done.calls, ElementsAre("read", testing::StartsWith("send $PMGNCSM,3D*"),
+                                        "log -- PMGNCMD,END"));
 }
 
 TEST_F(Link, WritesTheAcknowledgedChecksumItselfInUpperCase)
