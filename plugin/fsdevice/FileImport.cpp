@@ -4,6 +4,7 @@
 
 #include "../common/Errors.h"
 #include "../common/FolderWalk.h"
+#include "../common/GuardedStatus.h"
 #include "DeviceFileReaders.h"
 #include "MagellanGPSPlugin.h"
 
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -62,31 +64,42 @@ std::optional<gps::Error> checkFirstLine(const std::string& path, const ImportKi
     return std::nullopt;
 }
 
-/// Makes the status calls around an import's reader; the closing ones even if it throws.
-class TransferBracket {
-public:
-    TransferBracket(gps::GPSOutputReceiver& status, gps::TransferKind kind)
-        : status_(status), kind_(kind)
-    {
-        status_.startTransfer(kind_);
+/// Reads a file between the status calls of an import. What the reader itself throws passes on
+/// after the last of them.
+std::optional<gps::Error> readBracketed(const ImportKind& kind, gps::GPSOutputReceiver& status,
+                                        const std::string& path)
+{
+    std::optional<gps::Error> error;
+    std::exception_ptr failure;
+    status.startTransfer(kind.kind);
+    try {
+        error = kind.reader(status, path);
+    } catch (const std::exception&) {
+        failure = std::current_exception();
     }
-    ~TransferBracket()
-    {
-        status_.endTransfer(kind_);
-        status_.gpsStateChange(0);
-    }
-    TransferBracket(const TransferBracket&) = delete;
-    TransferBracket& operator=(const TransferBracket&) = delete;
-
-private:
-    gps::GPSOutputReceiver& status_;
-    gps::TransferKind kind_;
-};
+    status.endTransfer(kind.kind);
+    status.gpsStateChange(0);
+    if (failure)
+        std::rethrow_exception(failure);
+    return error;
+}
 
 } // namespace
 
 std::optional<gps::Error> MagellanGPSPlugin::importFile(const std::optional<std::string>& path,
                                                         gps::GPSOutputReceiver& status) const
+{
+    GuardedStatus guarded{status};
+    try {
+        return importGuarded(path, guarded);
+    } catch (const StatusFailure& failure) {
+        guarded.endAfterFailure();
+        std::rethrow_exception(failure.cause());
+    }
+}
+
+std::optional<gps::Error> MagellanGPSPlugin::importGuarded(const std::optional<std::string>& path,
+                                                           gps::GPSOutputReceiver& status) const
 {
     const auto refuse = [this, &status](gps::Error error) {
         error = logged(std::move(error));
@@ -105,8 +118,7 @@ std::optional<gps::Error> MagellanGPSPlugin::importFile(const std::optional<std:
     if (auto error = checkFirstLine(*path, *kind))
         return refuse(std::move(*error));
 
-    const TransferBracket bracket{status, kind->kind};
-    return kind->reader(status, *path);
+    return readBracketed(*kind, status, *path);
 }
 
 } // namespace magellan

@@ -7,6 +7,7 @@
 #include "../codec/SymbolMap.h"
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
+#include "../common/GuardedStatus.h"
 #include "../common/PluginBundle.h"
 #include "FileDevice.h"
 #include "KeyValueFile.h"
@@ -58,10 +59,11 @@ void MagellanGPSPlugin::setDebugLevelFromOptions(const gps::Dictionary& options)
 std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status,
                                                           const gps::Dictionary& options)
 {
-    return startWorker(status, options, {{"output", status}}, &MagellanGPSPlugin::runAcquire);
+    return startWorker(status, "output", options, {}, &MagellanGPSPlugin::runAcquire);
 }
 
 std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
+                                                         const char* statusKey,
                                                          const gps::Dictionary& options,
                                                          const gps::Dictionary& additions,
                                                          WorkerBody body)
@@ -71,10 +73,17 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
     if (!error) {
         for (const auto& [key, value] : additions)
             work.set(key, value);
-        // Nobody joins the worker, so it owns a reference to the driver and its work dictionary.
-        error = gps::detachNewThread([self = shared_from_this(), work = std::move(work), body] {
-            (self.get()->*body)(work);
-        });
+        const auto guarded = std::make_shared<GuardedStatus>(*status);
+        work.set(statusKey, Status{guarded});
+        // Nobody joins the worker, so it owns a reference to everything that it uses.
+        error = gps::detachNewThread(
+            [self = shared_from_this(), status, guarded, work = std::move(work), body] {
+                try {
+                    (self.get()->*body)(work);
+                } catch (const StatusFailure&) {
+                    guarded->endAfterFailure();
+                }
+            });
     }
     if (error)
         status->gpsStateChange(0);

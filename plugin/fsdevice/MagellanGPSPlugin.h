@@ -108,7 +108,9 @@ public:
     /// `importFile:to:withOptions:`: reads one sentence file that the user picked and reports its
     /// records before returning. There is no argument for options: none affects an import.
     /// @param path  nullopt counts as a path without an extension
-    /// @throws gps::RangeError  the file has a truncated sentence; the end has been reported
+    /// @throws gps::RangeError  the file has a truncated sentence
+    /// @throws ...              what the status object threw
+    /// In both cases the end has been reported.
     [[nodiscard]] std::optional<gps::Error> importFile(const std::optional<std::string>& path,
                                                        gps::GPSOutputReceiver& status) const;
 
@@ -158,10 +160,14 @@ private:
 
     /// Starts an operation: builds the work dictionary, adds entries to it and starts the body on a
     /// detached worker.
-    [[nodiscard]] std::optional<gps::Error> startWorker(const Status& status,
+    /// @param statusKey  the work dictionary's key of the status object, which is guarded
+    [[nodiscard]] std::optional<gps::Error> startWorker(const Status& status, const char* statusKey,
                                                         const gps::Dictionary& options,
                                                         const gps::Dictionary& additions,
                                                         WorkerBody body);
+
+    [[nodiscard]] std::optional<gps::Error> importGuarded(const std::optional<std::string>& path,
+                                                          gps::GPSOutputReceiver& status) const;
 
     void userPressedDeviceButton();
     void showDevices();

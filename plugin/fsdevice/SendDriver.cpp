@@ -56,8 +56,7 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
         status->gpsStateChange(0);
         return std::nullopt;
     }
-    return startWorker(status, options, {{"status", status}, {"data", *data}},
-                       &MagellanGPSPlugin::runSend);
+    return startWorker(status, "status", options, {{"data", *data}}, &MagellanGPSPlugin::runSend);
 }
 
 void MagellanGPSPlugin::runSend(const gps::Dictionary& work)

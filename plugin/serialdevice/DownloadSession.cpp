@@ -10,6 +10,7 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
+#include "../common/GuardedStatus.h"
 #include "../common/Records.h"
 #include "../common/TrackAnnouncer.h"
 
@@ -67,8 +68,11 @@ std::optional<gps::Error> DownloadSession::run()
     speedUp();
     try {
         downloadAll();
-    } catch (const std::length_error&) {
-        closeDown(); // the line works: only the session's own limits were exceeded
+    } catch (const std::length_error&) { // the session's own limits; the line works
+        closeDown();
+        throw;
+    } catch (const StatusFailure&) { // likewise
+        closeDown();
         throw;
     }
     closeDown();

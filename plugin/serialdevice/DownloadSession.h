@@ -42,6 +42,7 @@ public:
     /// @throws std::length_error   there were more than kMostWaypoints waypoints to keep, or the
     ///                             points of a route exceeded kRoutePointRoom; thrown after the
     ///                             receiver's state was restored
+    /// @throws StatusFailure       the status object threw; likewise
     [[nodiscard]] std::optional<gps::Error> run();
 
 private:

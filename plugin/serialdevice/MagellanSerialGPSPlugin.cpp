@@ -126,7 +126,8 @@ std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps:
     } catch (const std::exception&) {
         return gps::Error{kErrorDomain, static_cast<std::int32_t>(ErrorCode::kSessionInterrupted)};
     } catch (...) {
-        // If nobody catches it further up, the worker's stack is not unwound.
+        // If nobody catches it further up, the worker's stack is not unwound. What the status
+        // object threw comes this way, too.
         serial.reset();
         throw;
     }

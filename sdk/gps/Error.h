@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Error: the result of an operation that failed. Operations return std::optional<Error>; nullopt
-// means success. RangeError is the one exception that may cross the boundary between a host and a
-// driver. Plain values: each thread may hold its own [any].
+// means success. RangeError is the one exception of a driver's own that reaches a host. Plain
+// values: each thread may hold its own [any].
 
 #pragma once
 

@@ -29,6 +29,10 @@ enum class TransferKind : std::int32_t {
 /// the [host thread] before the worker starts and during a file import, but never on two threads at
 /// the same time. The driver shares ownership until the operation's last call has returned.
 ///
+/// No operation may throw. If one does, the driver ends its work and makes one last call,
+/// gpsStateChange() with 0. A file import then throws the exception to its caller; a worker drops
+/// it.
+///
 /// The records passed in belong to the driver, which reuses them after the call: copy what you
 /// keep.
 class GPSOutputReceiver {

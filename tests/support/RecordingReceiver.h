@@ -18,7 +18,6 @@
 #include <string>
 #include <string_view>
 #include <thread>
-#include <utility>
 #include <vector>
 
 namespace support {
@@ -56,10 +55,7 @@ public:
 
     void gpsStateChange(std::int32_t state) override
     {
-        record("gpsStateChange " + std::to_string(state));
-        const std::lock_guard lock{mutex_};
-        idle_ = state == 0;
-        changed_.notify_all();
+        record("gpsStateChange " + std::to_string(state), state == 0);
     }
     void startTransfer(gps::TransferKind kind) override { record("startTransfer " + text(kind)); }
     void endTransfer(gps::TransferKind kind) override { record("endTransfer " + text(kind)); }
@@ -86,18 +82,26 @@ public:
     void endSending(gps::TransferKind kind) override { record("endSending " + text(kind)); }
     void error(const gps::Error& error) override { record("error " + error.text()); }
 
+protected:
+    /// Called on the same thread once a call was stored.
+    virtual void afterCall(std::string_view /*call*/) {}
+
 private:
     static std::string text(gps::TransferKind kind)
     {
         return std::to_string(static_cast<std::int32_t>(kind));
     }
 
-    void record(std::string call)
+    void record(const std::string& call, bool idle = false)
     {
-        const std::lock_guard lock{mutex_};
-        calls_.push_back(std::move(call));
-        threads_.insert(std::this_thread::get_id());
-        changed_.notify_all();
+        {
+            const std::lock_guard lock{mutex_};
+            calls_.push_back(call);
+            threads_.insert(std::this_thread::get_id());
+            idle_ = idle;
+            changed_.notify_all();
+        }
+        afterCall(call);
     }
 
     mutable std::mutex mutex_;

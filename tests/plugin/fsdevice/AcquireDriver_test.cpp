@@ -4,6 +4,7 @@
 #include "SampleSentences.h"
 
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
+#include <support/ActingReceiver.h>
 #include <support/LogCapture.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
@@ -11,15 +12,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -480,6 +484,102 @@ TEST_F(AcquireDriverTest, ASecondAcquireReadsAnew)
     EXPECT_EQ(acquire(), first);
 }
 
+/// A host whose status object throws in one call. Its calls are available once the worker has let
+/// go of it.
+class ThrowingHost {
+public:
+    explicit ThrowingHost(const std::string& call, const std::function<void()>& raise)
+        : status_{new support::ActingReceiver{call, raise},
+                  [this](const support::ActingReceiver* status) {
+                      calls_.set_value(status->calls());
+                      delete status;
+                  }}
+    {}
+
+    [[nodiscard]] MagellanGPSPlugin::Status status() { return std::move(status_); }
+
+    /// The calls of the whole operation.
+    [[nodiscard]] Calls calls()
+    {
+        auto calls = calls_.get_future();
+        return calls.wait_for(std::chrono::seconds{30}) == std::future_status::ready ? calls.get()
+                                                                                     : Calls{};
+    }
+
+private:
+    std::promise<Calls> calls_;
+    MagellanGPSPlugin::Status status_;
+};
+
+TEST_F(AcquireDriverTest, AStatusObjectThatThrowsEndsTheAcquireWithItsLastReport)
+{
+    fill();
+    const auto whole = acquire();
+    for (const auto& raise : std::vector<std::function<void()>>{
+             [] { throw std::runtime_error{"the host's"}; }, [] { throw 42; },
+             [] {
+                 throw gps::RangeError{"PMGNWPL", 1, 1};
+             }}) {
+        for (std::size_t i = 0; i < whole.size(); ++i) {
+            SCOPED_TRACE(whole[i]);
+            const support::LogCapture log;
+            ThrowingHost host{whole[i], raise};
+            ASSERT_EQ(makeDriver()->gpsRunAcquire(host.status(), {}), std::nullopt);
+            const auto first = std::find(whole.begin(), whole.end(), whole[i]);
+            Calls expected{whole.begin(), first + 1};
+            if (expected.back() != "gpsStateChange 0")
+                expected.emplace_back("gpsStateChange 0");
+            EXPECT_EQ(host.calls(), expected);
+            EXPECT_THAT(log.errors(), IsEmpty()) << "the host's failure is not a file's";
+            EXPECT_THAT(log.lines(), SizeIs(1));
+        }
+    }
+}
+
+TEST_F(AcquireDriverTest, WhatAStatusObjectThrowsInAnImportReachesTheHostAfterTheEnd)
+{
+    const auto file = receiver_.put("t.log", {kTrackPoint});
+    const Calls whole{"startTransfer 1", kTrackCall, kTrackPointCall, "endTransfer 1",
+                      "gpsStateChange 0"};
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        SCOPED_TRACE(whole[i]);
+        const auto status = std::make_shared<support::ActingReceiver>(whole[i], [] { throw 42; });
+        EXPECT_THROW((void)makeDriver()->gpsRunAcquire(status, {{"sourcePath", file}}), int);
+        Calls expected{whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(i) + 1};
+        if (expected.back() != "gpsStateChange 0")
+            expected.emplace_back("gpsStateChange 0");
+        EXPECT_EQ(status->calls(), expected);
+        EXPECT_EQ(gps::GPSStorageAuthorization::openAccessCount(), 0U);
+    }
+}
+
+TEST_F(AcquireDriverTest, WhatAStatusObjectThrowsAtARefusalReachesTheHost)
+{
+    for (const gps::Value& path : {gps::Value{7}, gps::Value{"x"}}) {
+        const auto status = std::make_shared<support::ActingReceiver>(
+            "gpsStateChange", [] { throw std::runtime_error{"the host's"}; });
+        EXPECT_THROW((void)makeDriver()->gpsRunAcquire(status, {{"sourcePath", path}}),
+                     std::runtime_error);
+        EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
+    }
+}
+
+TEST_F(AcquireDriverTest, AStatusObjectThatThrowsEndsASendWithItsLastReport)
+{
+    const gps::Dictionary data{{"track", gps::Array{}}, {"route", gps::Array{}}};
+    const Calls whole{"startSending Tracks 1", "endSending 1", "startSending Routes 2",
+                      "endSending 2", "gpsStateChange 0"};
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        SCOPED_TRACE(whole[i]);
+        ThrowingHost host{whole[i], [] { throw std::runtime_error{"the host's"}; }};
+        ASSERT_EQ(makeDriver()->gpsRunSend(&data, host.status(), {}), std::nullopt);
+        Calls expected{whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(i) + 1};
+        if (expected.back() != "gpsStateChange 0")
+            expected.emplace_back("gpsStateChange 0");
+        EXPECT_EQ(host.calls(), expected);
+    }
+}
+
 TEST_F(AcquireDriverTest, ASourcePathIsImportedOnTheHostsThreadWithoutABusyCall)
 {
     const auto file = receiver_.put("elsewhere/t.log", {kTrackPoint});
@@ -503,21 +603,6 @@ TEST_F(AcquireDriverTest, TheErrorOfAnImportIsReturned)
                 ElementsAre("startTransfer 3", "endTransfer 3", "gpsStateChange 0"));
 }
 
-/// A host that does something when a transfer starts.
-class ActingReceiver : public support::RecordingReceiver {
-public:
-    explicit ActingReceiver(std::function<void()> action) : action_(std::move(action)) {}
-
-    void startTransfer(gps::TransferKind kind) override
-    {
-        RecordingReceiver::startTransfer(kind);
-        action_();
-    }
-
-private:
-    std::function<void()> action_;
-};
-
 TEST_F(AcquireDriverTest, AnImportHoldsItsDriverAndItsStatusObjectUntilItReturns)
 {
     auto driver = makeDriver();
@@ -525,7 +610,7 @@ TEST_F(AcquireDriverTest, AnImportHoldsItsDriverAndItsStatusObjectUntilItReturns
     MagellanGPSPlugin::Status status;
     std::weak_ptr<gps::GPSOutputReceiver> aliveStatus;
     std::vector<bool> expired;
-    status = std::make_shared<ActingReceiver>([&] {
+    status = std::make_shared<support::ActingReceiver>("startTransfer", [&] {
         driver.reset();
         status.reset();
         expired = {aliveDriver.expired(), aliveStatus.expired()};
@@ -542,8 +627,9 @@ TEST_F(AcquireDriverTest, AccessIsOpenDuringAnImportOnly)
 {
     std::vector<std::size_t> open;
     const auto import = [&](const std::string& file) {
-        const auto status = std::make_shared<ActingReceiver>(
-            [&open] { open.push_back(gps::GPSStorageAuthorization::openAccessCount()); });
+        const auto status = std::make_shared<support::ActingReceiver>("startTransfer", [&open] {
+            open.push_back(gps::GPSStorageAuthorization::openAccessCount());
+        });
         return makeDriver()->gpsRunAcquire(status, {{"sourcePath", file}});
     };
     EXPECT_EQ(import(receiver_.put("t.log", {kTrackPoint})), std::nullopt);

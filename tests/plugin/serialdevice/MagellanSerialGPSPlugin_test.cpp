@@ -3,6 +3,7 @@
 
 #include "SimulatedSession.h"
 
+#include <support/ActingReceiver.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
 
@@ -257,6 +258,21 @@ TEST(FailingSerialDownload, ThePortIsClosedAfterTheErrorAndBeforeTheEnd)
     ASSERT_GE(log.calls.size(), 4U);
     EXPECT_THAT(std::vector<std::string>(log.calls.end() - 4, log.calls.end()),
                 ElementsAre("read", "error", "close", "state 0"));
+}
+
+TEST(FailingSerialDownload, AStatusObjectThatThrowsEndsItAfterTheReceiversStateWasRestored)
+{
+    support::SimulatedReceiver receiver{{.sentences = someSentences()}};
+    DriverOnALine driver{[&] { return std::make_unique<support::SimulatedLine>(receiver); }};
+    const auto status = std::make_shared<support::ActingReceiver>(
+        "wayPoint", [] { throw std::runtime_error{"the host's"}; });
+    driver.download(status, SimulatedSession::kEverything);
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1", "startTransfer 3",
+                                             StartsWith("wayPoint"), "gpsStateChange 0"));
+    const auto log = receiver.log.entries();
+    EXPECT_TRUE(std::any_of(log.begin(), log.end(), [](const auto& entry) {
+        return entry.kind == LogKind::kReceived && entry.text == "PMGNCMD,BAUD,4800";
+    }));
 }
 
 TEST(FailingSerialDownload, ATooShortSentenceIsErrorMinusFourAndLeavesItsBracketOpen)
