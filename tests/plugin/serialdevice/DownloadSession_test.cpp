@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The session's order and its reports, on a line in memory where waiting takes no time.
 
+#include <plugin/codec/RouteSentence.h>
 #include <plugin/serialdevice/DownloadSession.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -513,6 +515,34 @@ TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreRejected)
                                         "PMGNCMD,BAUD,115200", "PMGNCMD,WAYPOINT", "PMGNCMD,TOFF",
                                         "PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
     EXPECT_EQ(*(done.calls.end() - 2), "speed 4800");
+}
+
+/// Counts route points instead of storing them.
+class CountingReceiver : public support::RecordingReceiver {
+public:
+    void wayPoint(const gps::GPSPoint& /*point*/, const gps::Dictionary& /*extra*/) override
+    {
+        ++count_;
+    }
+    [[nodiscard]] std::size_t count() const { return count_; }
+
+private:
+    std::size_t count_ = 0;
+};
+
+TEST_F(Session, RoomForRoutePointsIsGivenBackAfterEachRoute)
+{
+    constexpr std::size_t kComment = 4 << 20;
+    constexpr std::size_t kMentions = kRoutePointRoom / kComment / 2 + 1;
+    std::string route = "PMGNRTE,1,1,c,1,R";
+    for (std::size_t i = 0; i < kMentions; ++i)
+        route += ",A,a";
+    receiverHas({"PMGNWPL,4600.0,N,00700.0,E,0,M,A," + std::string(kComment, 'x') + ",a"}, {},
+                {route, route});
+    CountingReceiver counting;
+    work = {{"location", "/dev/x"}, {"routes", true}};
+    EXPECT_EQ((DownloadSession{line, counting, work}.run()), std::nullopt);
+    EXPECT_EQ(counting.count(), 2 * kMentions);
 }
 
 TEST_F(Session, APortThatCannotBeOpenedIsAnErrorAndNothingIsSent)
