@@ -86,7 +86,10 @@ void CommandTable::addGlobalOptions()
             },
             "Set \"debug\" to this number in the driver's options")
         ->type_name("N");
-    app_.add_flag("--json", options.json, "Print the output of info and devices as JSON");
+    app_.add_flag(
+        "--json", options.json,
+        "Print the output of info and devices, or what happened in acquire and import, as "
+        "one JSON document");
     app_.add_flag("--events", options.events,
                   "Print each call of the plug-in as one JSON line, then a result line");
     const auto* const quiet =
@@ -147,6 +150,8 @@ void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& option
         ->type_name("FORMAT");
     command.add_flag("--summary", options.summary,
                      "Print the summary table even though there is an output file");
+    command.add_flag("--strict", options.strict,
+                     "Exit with status 1 if lines of a device's file are damaged");
     addFixDatesOption(command, options.fixDates);
     const auto* const json =
         command

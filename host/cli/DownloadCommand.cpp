@@ -1,37 +1,56 @@
 // SPDX-License-Identifier: MIT
 // The summary is printed after the errors, so that it is the last thing on a terminal; with event
-// lines nothing else may go to the standard output.
+// lines or a JSON document nothing else may go to the standard output.
 
 #include "host/cli/DownloadCommand.h"
 
-#include "host/base/Sentences.h"
+#include "host/cli/DownloadJson.h"
 #include "host/cli/DownloadMessages.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/Summary.h"
 #include "host/formats/EventLines.h"
+#include "host/operations/StopSignals.h"
 #include "host/transfer/Download.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
 namespace host {
 namespace {
 
+std::vector<Message> messagesOf(const DownloadReport& report, const DownloadOptions& options)
+{
+    const MessageOptions how{.isLogShown = !options.verbose, .isDamageAnError = options.strict};
+    std::vector<Message> messages;
+    for (const auto& operation : report.operations) {
+        auto more = operationMessages(operation, how);
+        std::move(more.begin(), more.end(), std::back_inserter(messages));
+    }
+    return messages;
+}
+
 class DownloadCommand {
 public:
     DownloadCommand(const DownloadOptions& options, const Console& console)
         : options_(options), console_(console),
-          isSummaryShown_(!options.events && (!options.output || options.summary)),
+          isSummaryShown_(!options.events && !options.json && (!options.output || options.summary)),
           progress_(canShowProgress(options, options.events || options.output == "-"))
     {}
 
     [[nodiscard]] ExitStatus run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
 
 private:
+    [[nodiscard]] DownloadReport download(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    void print(std::vector<Message> messages);
+    [[nodiscard]] ExitStatus statusOf(const DownloadReport& report) const;
     [[nodiscard]] std::optional<gps::Error> finishStandardOutput(const DownloadReport& report);
-    void printMessages(const DownloadReport& report) const;
+    [[nodiscard]] std::optional<gps::Error> printJson(const DownloadReport& report,
+                                                      ExitStatus status);
 
     const DownloadOptions& options_;
     const Console& console_;
@@ -40,25 +59,57 @@ private:
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
     Summary summary_{standardOutput_};
+    std::vector<Message> printed_;
+    int signal_ = 0; // the one that stopped the download
 };
 
 ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
+{
+    const auto report = download(driver, std::move(request));
+    print(messagesOf(report, options_));
+    auto failure = finishStandardOutput(report);
+    if (failure)
+        console_.error(*failure);
+    if (const auto advice = dateAdvice(report.dates);
+        !advice.empty() && (options_.output || options_.json))
+        print({{false, advice}});
+    print(outputMessages(report.output));
+    auto status = failure ? ExitStatus::kFailed : statusOf(report);
+    if (!options_.json)
+        return status;
+    failure = printJson(report, status);
+    if (failure)
+        console_.error(*failure);
+    return failure ? ExitStatus::kFailed : status;
+}
+
+DownloadReport DownloadCommand::download(gps::GPSPlugInProtocol& driver, DownloadRequest request)
 {
     if (options_.events)
         request.verbatimConsumers.push_back(&eventLines_);
     if (isSummaryShown_)
         request.consumers.push_back(&summary_);
+    request.readsMissingKinds = !options_.events; // event lines are those of one operation
     request.progress = progress_.callback();
-    const auto report = download(driver, request);
-    for (const auto& operation : report.operations)
-        console_.messages(operationMessages(operation, !options_.verbose));
-    const auto failure = finishStandardOutput(report);
-    if (failure)
-        console_.error(*failure);
-    if (const auto advice = dateAdvice(report.dates); !advice.empty() && options_.output)
-        console_.note(advice);
-    console_.messages(outputMessages(report.output));
-    return failure || !report.succeeded() ? ExitStatus::kFailed : ExitStatus::kSuccess;
+    const StopSignals stop;
+    request.stopRequested = [&stop] { return stop.stopRequested(); };
+    auto report = host::download(driver, request);
+    signal_ = stop.signal();
+    return report;
+}
+
+void DownloadCommand::print(std::vector<Message> messages)
+{
+    console_.messages(messages);
+    std::move(messages.begin(), messages.end(), std::back_inserter(printed_));
+}
+
+ExitStatus DownloadCommand::statusOf(const DownloadReport& report) const
+{
+    if (report.isInterrupted())
+        return statusAfterSignal(signal_);
+    const bool isTooDamaged = options_.strict && report.hasDamagedLines();
+    return report.succeeded() && !isTooDamaged ? ExitStatus::kSuccess : ExitStatus::kFailed;
 }
 
 std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadReport& report)
@@ -66,7 +117,7 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
     if (options_.events)
         return eventLines_.close();
     const bool isAnythingToShow =
-        !report.operations.empty() && (report.hasReceived() || report.operationsSucceeded());
+        !report.operations.empty() && (report.hasReceived() || report.isComplete());
     if (!isSummaryShown_ || !isAnythingToShow)
         return std::nullopt;
     auto failure = summary_.close();
@@ -75,6 +126,13 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
         failure = standardOutput_.flush();
     }
     return failure;
+}
+
+std::optional<gps::Error> DownloadCommand::printJson(const DownloadReport& report,
+                                                     ExitStatus status)
+{
+    standardOutput_.write(downloadJson(report, printed_, status));
+    return standardOutput_.flush();
 }
 
 } // namespace

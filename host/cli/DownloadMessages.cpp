@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The order of messages follows the order in which things happened: what the driver reported, what
-// did not arrive, which files could not be read, the log, the serial port.
+// did not arrive, which files could not be read, what was damaged, the log, the serial port.
 
 #include "host/cli/DownloadMessages.h"
 
 #include "host/base/Sentences.h"
+#include "host/cli/AccountText.h"
 #include "host/points/Points.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -23,14 +25,31 @@ void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& er
         messages.push_back({true, sentencesOf(error)});
 }
 
-void addMissing(std::vector<Message>& messages, const std::vector<gps::TransferKind>& missing)
+std::string namesOf(const std::vector<gps::TransferKind>& kinds)
 {
-    if (missing.empty())
-        return;
     std::string names;
-    for (const auto kind : missing)
+    for (const auto kind : kinds)
         names.append(names.empty() ? "" : ", ").append(kindName(kind));
-    messages.push_back({true, fmt::format("The download broke off. Missing: {}.", names)});
+    return names;
+}
+
+void addMissing(std::vector<Message>& messages, const OperationReport& report)
+{
+    auto missing = report.missing;
+    std::erase_if(missing, [&](gps::TransferKind kind) {
+        const auto& recovered = report.recovered;
+        return std::find(recovered.begin(), recovered.end(), kind) != recovered.end();
+    });
+    const std::string_view what = report.isInterrupted ? "The download was stopped before its end."
+                                                       : "The download broke off.";
+    if (!missing.empty())
+        messages.push_back({true, fmt::format("{} Missing: {}.", what, namesOf(missing))});
+    else if (report.isInterrupted)
+        messages.push_back({true, std::string{what}});
+    if (!report.recovered.empty())
+        messages.push_back({true, fmt::format("The download broke off, and was continued with: {}. "
+                                              "Records of the kind where it broke off are missing.",
+                                              namesOf(report.recovered))});
 }
 
 void addUnreadable(std::vector<Message>& messages, const OperationReport& report)
@@ -44,11 +63,11 @@ void addUnreadable(std::vector<Message>& messages, const OperationReport& report
 }
 
 // If something is missing, the log may say why, so its lines are errors. A serial session logs each
-// of its sentences, which nobody wants to see otherwise.
+// of its sentences, which nobody wants to see: its account has what is worth knowing.
 void addLog(std::vector<Message>& messages, const OperationReport& report)
 {
-    const bool isNeeded = !report.missing.empty();
-    if (report.isSerial && !isNeeded)
+    const bool isNeeded = !report.missing.empty() && !report.isInterrupted;
+    if (report.isSerial && (!isNeeded || report.account))
         return;
     const std::string_view prefix = isNeeded ? "log: " : "";
     for (const auto& line : report.logLines)
@@ -57,22 +76,43 @@ void addLog(std::vector<Message>& messages, const OperationReport& report)
         messages.push_back({isNeeded, fmt::format("{}and {} more", prefix, report.moreLogLines)});
 }
 
+void addGaps(std::vector<Message>& messages, const OperationReport& report)
+{
+    for (const auto& gap : report.gaps) {
+        const bool isObvious = report.isInterrupted && !gap.isClosingDown;
+        if (!isObvious)
+            messages.push_back({true, gapText(gap)});
+    }
+}
+
+void addTallies(std::vector<Message>& messages, const OperationReport& report, bool isDamageAnError)
+{
+    if (!report.account || !report.isAnswered())
+        return;
+    for (const auto& tally : talliesOf(*report.account)) {
+        if (auto text = tallyText(tally); !text.empty())
+            messages.push_back({isDamageAnError && !tally.isSerial, std::move(text)});
+    }
+}
+
 } // namespace
 
-std::vector<Message> operationMessages(const OperationReport& report, bool isLogShown)
+std::vector<Message> operationMessages(const OperationReport& report, const MessageOptions& options)
 {
     std::vector<Message> messages;
     addErrors(messages, report.errors);
-    addMissing(messages, report.missing);
+    addMissing(messages, report);
     addUnreadable(messages, report);
-    if (isLogShown)
+    addGaps(messages, report);
+    addTallies(messages, report, options.isDamageAnError);
+    if (const auto text = repeatText(report.repeats); !text.empty())
+        messages.push_back({false, text});
+    if (options.isLogShown)
         addLog(messages, report);
     if (report.portFailure)
         messages.push_back({true, sentencesOf(*report.portFailure)});
-    if (report.isReceiverSilent)
-        messages.push_back({true, fmt::format("No receiver answered at {}. Check that it is on and "
-                                              "connected there, and try again.",
-                                              report.location)});
+    if (!report.isAnswered() && !report.isInterrupted)
+        messages.push_back({true, voiceText(*report.voice, report.location)});
     return messages;
 }
 

@@ -11,11 +11,16 @@
 
 namespace host {
 
+struct MessageOptions {
+    /// Whether the plug-in's log lines are among the messages. With --verbose they were printed
+    /// already.
+    bool isLogShown = true;
+    bool isDamageAnError = false; ///< damaged lines on the device are errors, not notes
+};
+
 /// What went wrong in an operation, or is worth knowing.
-/// @param isLogShown  whether the plug-in's log lines are among the messages; with --verbose they
-///                    were printed already
 [[nodiscard]] std::vector<Message> operationMessages(const OperationReport& report,
-                                                     bool isLogShown);
+                                                     const MessageOptions& options = {});
 
 /// What became of the output file.
 [[nodiscard]] std::vector<Message> outputMessages(const OutputReport& report);

@@ -12,4 +12,11 @@ enum class ExitStatus : int {
     kNothingToWorkOn = 3, ///< no plug-in, no driver or no device
 };
 
+/// The status of a command that a signal stopped: what shells report for a program that the signal
+/// has ended.
+[[nodiscard]] constexpr ExitStatus statusAfterSignal(int signal) noexcept
+{
+    return static_cast<ExitStatus>(128 + signal);
+}
+
 } // namespace host

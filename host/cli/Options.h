@@ -43,6 +43,7 @@ struct DownloadOptions : GlobalOptions {
     std::optional<std::string> output; ///< "-" is the standard output
     const Format* format = nullptr;    ///< of the output; null without one
     bool summary = false;              ///< print the summary table as well as the output
+    bool strict = false;               ///< damaged lines on the device make the status 1
     bool waypoints = true;
     bool routes = true;
     bool tracks = true;

@@ -46,13 +46,24 @@ std::string checkOutput(const RawOptions& raw, DownloadOptions& options)
     return options.format == nullptr ? unknownFormat(name) : "";
 }
 
+std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
+{
+    if (!raw.global.json)
+        return {};
+    if (raw.global.events)
+        return "--json and --events both need stdout: leave one of them out";
+    if (options.summary)
+        return "--json and --summary both need stdout: leave one of them out";
+    return options.output == "-" ? "--json and -o - both need stdout: leave one of them out" : "";
+}
+
 std::string check(const RawOptions& raw, DownloadOptions& options)
 {
     if (auto mistake = checkOutput(raw, options); !mistake.empty())
         return mistake;
     if (raw.global.events && options.summary)
         return "--events and --summary both need stdout: leave one of them out";
-    return {};
+    return checkJson(raw, options);
 }
 
 std::string check(const RawOptions& /*raw*/, const SendOptions& options)

@@ -17,9 +17,14 @@
 namespace host {
 
 /// The table has a row for all waypoints, one for all geocaches, one for each route and each track,
-/// and one for the totals. It is printed by close().
+/// and one for the totals; the total length is that of the tracks, since routes are only planned.
+/// Jumps within tracks are named below it. All is printed by close().
 class Summary final : public CollectionWriter {
 public:
+    /// Civil receivers stop working above 1000 knots, so no track can have a higher speed.
+    static constexpr double kMostMetresPerSecond = 515;
+    static constexpr std::size_t kMostJumps = 3; ///< named one by one
+
     explicit Summary(Output& output) : output_(output) {}
 
 private:
@@ -44,13 +49,18 @@ private:
     void begin(std::string kind, const gps::Dictionary& collection);
     void add(const gps::GPSPoint& point);
     void end();
+    void noteJump(const gps::GPSPoint& point);
     [[nodiscard]] Row total() const;
+    [[nodiscard]] std::string jumpText() const;
 
     Output& output_;
     Row wayPoints_{.kind = "Waypoints"};
     Row geocaches_{.kind = "Geocaches"};
     std::vector<Row> collections_; // the last one may still get points
     PathLength length_;
+    std::optional<gps::GPSPoint> lastFix_; // of the open track, if it has a timestamp
+    std::vector<std::string> jumps_;       // the first, in words
+    std::size_t moreJumps_ = 0;
 };
 
 } // namespace host

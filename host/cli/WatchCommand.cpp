@@ -7,7 +7,7 @@
 #include "host/cli/ProgressLine.h"
 #include "host/cli/WatchText.h"
 #include "host/files/StateFolder.h"
-#include "host/watching/StopSignals.h"
+#include "host/operations/StopSignals.h"
 #include "host/watching/Watcher.h"
 
 #include <algorithm>
@@ -50,6 +50,7 @@ private:
     const Console& console_;
     ProgressLine progress_;
     ExitStatus status_ = ExitStatus::kSuccess;
+    bool isInterrupted_ = false; // in the middle of a download
 };
 
 ExitStatus WatchCommand::run()
@@ -65,7 +66,7 @@ ExitStatus WatchCommand::run()
     }
     if (stop.stopRequested())
         (void)printLine("stopped: on request");
-    return status_;
+    return isInterrupted_ ? statusAfterSignal(stop.signal()) : status_;
 }
 
 bool WatchCommand::printEvent(const WatchEvent& event)
@@ -75,6 +76,7 @@ bool WatchCommand::printEvent(const WatchEvent& event)
     if (event.kind == WatchEvent::Kind::kDriverMissing)
         return printLine("note: There is no driver \"" + options_.driver.value_or("") +
                          "\" so far. The drivers are: " + driverNames(plugIn_.drivers) + '.');
+    isInterrupted_ = isInterrupted_ || event.report.isInterrupted();
     const auto text = watchText(event, options_.newOnly, !options_.verbose);
     console_.messages(text.notes);
     return std::all_of(text.lines.begin(), text.lines.end(),

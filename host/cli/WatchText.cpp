@@ -30,7 +30,7 @@ std::vector<Message> messagesOf(const WatchEvent& event, bool isLogShown)
                         std::make_move_iterator(more.end()));
     };
     for (const auto& operation : event.report.operations)
-        add(operationMessages(operation, isLogShown));
+        add(operationMessages(operation, {.isLogShown = isLogShown}));
     if (const auto advice = dateAdvice(event.report.dates); !advice.empty())
         add({{false, advice}});
     add(outputMessages(event.report.output));

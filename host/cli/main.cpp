@@ -3,6 +3,10 @@
 // program.
 
 #include "host/cli/Commands.h"
+#include "host/operations/Operation.h"
+
+#include <cstdio>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -26,5 +30,10 @@ void openClosedStandardStreams()
 int main(int argc, char** argv)
 {
     openClosedStandardStreams();
-    return static_cast<int>(host::runProgram(argc, argv));
+    const auto status = static_cast<int>(host::runProgram(argc, argv));
+    if (host::hasAbandonedOperation()) { // its thread must not meet destroyed objects
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    return status;
 }

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -34,6 +35,8 @@ constexpr std::array kKindWords{
     KindWord{gps::TransferKind::kRoutes, "routes"},
     KindWord{gps::TransferKind::kTracks, "tracks"},
 };
+
+std::atomic<bool> isAnyAbandoned{false};
 
 // Whether any word in a list with commas satisfies a condition.
 template <typename Condition> bool anyWord(std::string_view words, Condition condition)
@@ -113,6 +116,14 @@ void addEvents(Outcome& outcome, const EventBatch& batch)
     }
 }
 
+bool endsOperation(const EventBatch& batch)
+{
+    if (batch.size() == 0)
+        return false;
+    const auto& last = *(batch.end() - 1);
+    return last.kind == EventKind::kStateChange && last.state == 0;
+}
+
 std::optional<gps::Error> resultOf(const OperationStart& start,
                                    const gps::GPSPlugInProtocol::Status& status)
 {
@@ -128,7 +139,8 @@ std::optional<gps::Error> resultOf(const OperationStart& start,
 
 } // namespace
 
-Outcome runOperation(const OperationStart& start, const BatchConsumer& consume)
+Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
+                     const WaitQuery& waits)
 {
     const auto stream = std::make_shared<EventStream>();
     LogDigest log{*stream};
@@ -138,6 +150,11 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume)
         while (stream->next(batch)) {
             addEvents(outcome, batch);
             consume(batch);
+            if (waits && !endsOperation(batch) && !waits()) {
+                outcome.isAbandoned = true;
+                stream->close(); // nobody makes room in the queue any more
+                break;
+            }
         }
     }};
     auto error = resultOf(start, stream);
@@ -145,8 +162,14 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume)
         stream->close();
     consumer.join();
     outcome.error = std::move(error);
+    isAnyAbandoned = isAnyAbandoned || outcome.isAbandoned;
     log.moveTo(outcome);
     return outcome;
+}
+
+bool hasAbandonedOperation() noexcept
+{
+    return isAnyAbandoned;
 }
 
 std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options,

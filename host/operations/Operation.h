@@ -40,11 +40,17 @@ struct Outcome {
     std::size_t moreErrors = 0;                 ///< further ones, not kept
     std::vector<std::string> logLines{};        ///< all other log lines, line breaks replaced
     std::size_t moreLines = 0;                  ///< further ones, not kept
+
+    /// The host stopped waiting; the driver's worker may still be running.
+    bool isAbandoned = false;
 };
 
 using OperationStart =
     std::function<std::optional<gps::Error>(const gps::GPSPlugInProtocol::Status& status)>;
 using BatchConsumer = std::function<void(const EventBatch& batch)>;
+
+/// Returns whether to go on waiting for an operation's end.
+using WaitQuery = std::function<bool()>;
 
 /// Starts an operation on the calling thread. Meanwhile another thread hands its events to
 /// `consume`, in order. Returns when `start` has returned and, unless it returned an error, the
@@ -52,7 +58,15 @@ using BatchConsumer = std::function<void(const EventBatch& batch)>;
 ///
 /// @param start    calls the driver; an exception that it throws becomes the operation's error
 /// @param consume  must not throw; gets an empty batch now and then while there is no event
-[[nodiscard]] Outcome runOperation(const OperationStart& start, const BatchConsumer& consume);
+/// @param waits    called after each batch, on the same thread. Once it returns false, later events
+///                 are dropped, and the function returns as soon as `start` has. Empty: waits for
+///                 the end, however long it takes
+[[nodiscard]] Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
+                                   const WaitQuery& waits = {});
+
+/// Whether any operation of this process was abandoned. A worker may still use the plug-in then, so
+/// the process must end without destroying static objects. [any]
+[[nodiscard]] bool hasAbandonedOperation() noexcept;
 
 /// The kinds that an acquire with these options must deliver, of those that the driver can acquire:
 /// the ones that the options do not switch off or, for a serial driver, the ones that they switch

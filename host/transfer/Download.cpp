@@ -5,7 +5,9 @@
 #include "host/transfer/Download.h"
 
 #include "host/files/OutputFile.h"
+#include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/RepeatFilter.h"
 
 #include <platform/OrvUtils/SerialTraffic.h>
 
@@ -18,6 +20,13 @@
 namespace host {
 namespace {
 
+RequestedKinds onlyKind(gps::TransferKind kind)
+{
+    return {.waypoints = kind == gps::TransferKind::kWaypoints,
+            .routes = kind == gps::TransferKind::kRoutes,
+            .tracks = kind == gps::TransferKind::kTracks};
+}
+
 class Download {
 public:
     Download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
@@ -29,9 +38,14 @@ public:
 
 private:
     [[nodiscard]] std::optional<gps::Error> openOutput();
-    [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile);
+    void runOperations();
+    void readMissingKinds();
+    [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile,
+                                                 const gps::Dictionary& options);
+    [[nodiscard]] OperationWatch::Listening listening(bool isSerial) const;
     void consume(const EventBatch& batch);
     void handOut(const Event& event);
+    void deliver(const Event& event);
     void handOutResult(const std::optional<gps::Error>& error) const;
     void finishOutput();
     [[nodiscard]] RecordCounts written() const;
@@ -43,7 +57,9 @@ private:
     DateFix dates_;
     ProgressTracker progress_;
     RecordCounter received_;
-    RecordCounter passed_; // by the output's filter; not used without one
+    RecordCounter passed_;                // by the output's filter; not used without one
+    std::optional<RepeatFilter> repeats_; // while a serial session runs
+    const EventFilter::Sink toConsumers_ = [this](const Event& event) { deliver(event); };
     std::optional<OutputFile> file_;
     std::unique_ptr<Writer> fileWriter_; // null without an output file
     const EventFilter::Sink toFile_ = [this](const Event& event) {
@@ -58,10 +74,7 @@ DownloadReport Download::run()
     report_.output.error = openOutput();
     if (report_.output.error)
         return std::move(report_);
-    if (request_.sourceFiles.empty())
-        report_.operations.push_back(runOperationOn({}));
-    for (const auto& sourceFile : request_.sourceFiles)
-        report_.operations.push_back(runOperationOn(sourceFile));
+    runOperations();
     finishOutput();
     report_.received = received_.counts();
     report_.written = written();
@@ -80,11 +93,49 @@ std::optional<gps::Error> Download::openOutput()
     return std::nullopt;
 }
 
-OperationReport Download::runOperationOn(const std::string& sourceFile)
+void Download::runOperations()
 {
-    const auto options = operationOptions(request_, sourceFile);
+    if (request_.sourceFiles.empty()) {
+        report_.operations.push_back(runOperationOn({}, operationOptions(request_)));
+        readMissingKinds();
+    }
+    for (const auto& sourceFile : request_.sourceFiles) {
+        if (report_.isInterrupted())
+            return;
+        report_.operations.push_back(
+            runOperationOn(sourceFile, operationOptions(request_, sourceFile)));
+    }
+}
+
+// A driver for files stops at the first waypoint file that it cannot read. The kinds after it are
+// as readable as ever.
+void Download::readMissingKinds()
+{
+    const auto first = report_.operations.front(); // a copy: the vector grows
+    if (!request_.readsMissingKinds || request_.driverOptions || first.isSerial ||
+        first.isInterrupted || first.isAbandoned || first.received.empty())
+        return;
+    for (const auto kind : first.missing) {
+        auto one = request_;
+        one.kinds = onlyKind(kind);
+        report_.operations.push_back(runOperationOn({}, operationOptions(one)));
+        if (report_.operations.back().isInterrupted)
+            return;
+        if (report_.operations.back().missing.empty())
+            report_.operations.front().recovered.push_back(kind);
+    }
+}
+
+OperationReport Download::runOperationOn(const std::string& sourceFile,
+                                         const gps::Dictionary& options)
+{
+    const bool isSerial = driver_.needsSerialRefresh() && sourceFile.empty();
     const auto linesBefore = gps::serialTraffic().linesRead;
-    if (driver_.needsSerialRefresh() && sourceFile.empty())
+    OperationWatch watch{driver_, request_.stopRequested, listening(isSerial)};
+    repeats_.reset();
+    if (isSerial)
+        repeats_.emplace();
+    if (isSerial)
         progress_.begin(TransferPhase::kLookingForReceiver, request_.location);
     else
         progress_.begin(TransferPhase::kReading);
@@ -92,11 +143,25 @@ OperationReport Download::runOperationOn(const std::string& sourceFile)
         [&](const gps::GPSPlugInProtocol::Status& status) {
             return driver_.gpsRunAcquire(status, options);
         },
-        [this](const EventBatch& batch) { consume(batch); });
+        [this](const EventBatch& batch) { consume(batch); }, [&] { return watch.waits(); });
+    if (repeats_)
+        repeats_->finish(toConsumers_);
     handOutResult(outcome.error);
     progress_.finish();
-    const bool wasHeard = gps::serialTraffic().linesRead != linesBefore;
-    return reportOn(outcome, driver_, options, request_.location, wasHeard);
+    return reportOn(outcome, driver_,
+                    {.options = options,
+                     .location = request_.location,
+                     .wasHeard = gps::serialTraffic().linesRead != linesBefore,
+                     .isStoppedByUser = watch.isStoppedByUser(),
+                     .repeats = repeats_ ? repeats_->dropped() : RepeatCounts{}});
+}
+
+OperationWatch::Listening Download::listening(bool isSerial) const
+{
+    using enum OperationWatch::Listening;
+    if (!isSerial)
+        return kNone;
+    return request_.isDriverReused ? kAndWait : kAndLeave;
 }
 
 void Download::consume(const EventBatch& batch)
@@ -112,9 +177,17 @@ void Download::consume(const EventBatch& batch)
 
 void Download::handOut(const Event& event)
 {
-    received_.add(event);
     for (auto* const consumer : request_.verbatimConsumers)
         consumer->event(event);
+    if (repeats_)
+        repeats_->event(event, toConsumers_);
+    else
+        deliver(event);
+}
+
+void Download::deliver(const Event& event)
+{
+    received_.add(event);
     const auto& adjusted = dates_.adjusted(event);
     for (auto* const consumer : request_.consumers)
         consumer->event(adjusted);
@@ -157,7 +230,8 @@ bool Download::isOutputKept() const
 {
     if (!request_.output->isKeptEmpty && written().isEmpty())
         return false;
-    return request_.output->isKeptAfterFailure || report_.operationsSucceeded();
+    return request_.output->isKeptAfterFailure || report_.isComplete() ||
+           report_.isInterrupted(); // it is not tried again
 }
 
 void Download::closeOutput()

@@ -19,10 +19,17 @@ bool DownloadReport::isComplete() const
                        [](const OperationReport& operation) { return operation.isComplete(); });
 }
 
-bool DownloadReport::operationsSucceeded() const
+bool DownloadReport::isInterrupted() const
 {
-    return std::all_of(operations.begin(), operations.end(),
-                       [](const OperationReport& operation) { return operation.succeeded(); });
+    return std::any_of(operations.begin(), operations.end(),
+                       [](const OperationReport& operation) { return operation.isInterrupted; });
+}
+
+bool DownloadReport::hasDamagedLines() const
+{
+    return std::any_of(operations.begin(), operations.end(), [](const OperationReport& operation) {
+        return operation.hasDamagedLines();
+    });
 }
 
 } // namespace host

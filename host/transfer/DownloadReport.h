@@ -44,7 +44,7 @@ struct DateReport {
 struct DownloadReport {
     /// One for each operation that was run, in order; empty if the output could not be opened.
     std::vector<OperationReport> operations{};
-    RecordCounts received{}; ///< from the driver
+    RecordCounts received{}; ///< from the driver, without repeats
     RecordCounts written{};  ///< to the output file
     DateReport dates{};
     OutputReport output{};
@@ -52,13 +52,17 @@ struct DownloadReport {
     /// Whether any records may have arrived.
     [[nodiscard]] bool hasReceived() const;
 
-    /// Whether everything that was requested arrived, apart from what is in unreadable files.
+    /// Whether everything arrived that was requested and that the device can give, whatever became
+    /// of the output file.
     [[nodiscard]] bool isComplete() const;
 
-    /// Whether no operation met any failure, whatever became of the output file.
-    [[nodiscard]] bool operationsSucceeded() const;
+    /// Whether the user stopped an operation.
+    [[nodiscard]] bool isInterrupted() const;
 
-    [[nodiscard]] bool succeeded() const { return operationsSucceeded() && !output.error; }
+    /// Whether lines on the device are damaged, which nobody can get.
+    [[nodiscard]] bool hasDamagedLines() const;
+
+    [[nodiscard]] bool succeeded() const { return isComplete() && !output.error; }
 };
 
 } // namespace host

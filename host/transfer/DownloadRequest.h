@@ -7,6 +7,7 @@
 #include "host/formats/Formats.h"
 #include "host/operations/DateFix.h"
 #include "host/transfer/EventFilter.h"
+#include "host/transfer/OperationWatch.h"
 #include "host/transfer/TransferProgress.h"
 
 #include <gps/Value.h>
@@ -57,6 +58,17 @@ struct DownloadRequest {
     std::vector<Writer*> verbatimConsumers{}; ///< with every event as the driver reported it
 
     ProgressCallback progress{};
+
+    /// Asked several times a second, on another thread than the download's. Once it returns true,
+    /// the running operation is stopped and no further one begins.
+    StopQuery stopRequested{};
+
+    /// Whether the driver gets further operations, so that its worker has to be waited for.
+    bool isDriverReused = false;
+
+    /// If a mounted device's operation stops before a kind, that kind is read by an operation of
+    /// its own. Has no effect with `driverOptions`.
+    bool readsMissingKinds = true;
 };
 
 /// The options dictionary for one of the driver's operations.

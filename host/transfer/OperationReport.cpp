@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
+#include <string>
 #include <utility>
 
 namespace host {
@@ -24,12 +26,10 @@ std::vector<gps::TransferKind> missingKinds(const OperationReport& report)
     return missing;
 }
 
-// A driver stops reading waypoints at the first file that it cannot read, and any kind at a damaged
-// sentence, but only logs it. If no further kind was requested, nothing else shows that it stopped.
+// A driver stops reading waypoints at the first path that it cannot read, but only logs it. If no
+// further kind was requested, nothing else shows that it stopped.
 bool endedTransfer(const LoggedError& logged, const Outcome& outcome)
 {
-    if (logged.error.domain() == gps::kRangeErrorDomain)
-        return true;
     return !outcome.transfers.empty() &&
            outcome.transfers.back() == gps::TransferKind::kWaypoints &&
            logged.transfersBegun == outcome.transfers.size();
@@ -59,50 +59,95 @@ void addErrors(OperationReport& report, const Outcome& outcome)
 
 // A folder between the files of a device is harmless, unless it was read in place of a file that
 // was requested (an import), or the driver stopped at it.
-void addUnreadable(OperationReport& report, const Outcome& outcome, bool isImport)
+bool isHarmless(const LoggedError& logged, const Outcome& outcome, const OperationReport& report)
 {
-    const bool isFolderHarmless = !isImport && report.missing.empty();
-    report.moreUnreadable = outcome.moreErrors;
-    for (const auto& logged : outcome.loggedErrors) {
-        const bool isEnd = isFolderHarmless && endedTransfer(logged, outcome);
-        if (logged.isFolder && isFolderHarmless && !isEnd)
-            continue;
-        report.isCutShort = report.isCutShort || isEnd;
-        if (!outcome.error || outcome.error->path() != logged.error.path())
-            report.unreadable.push_back(logged.error);
-    }
+    const bool isImport = !report.sourceFile.empty();
+    return logged.isFolder && !isImport && report.missing.empty() &&
+           !endedTransfer(logged, outcome);
 }
 
-// For a driver, a receiver that never answers is one without data. For the user it is a failure.
-void addPortState(OperationReport& report, const Outcome& outcome, bool wasHeard)
+// The account names paths of which nothing is logged, and the log may name more files than an
+// account has room for.
+void addUnreadable(OperationReport& report, const Outcome& outcome)
+{
+    std::set<std::string> known;
+    const auto add = [&](gps::Error error) {
+        const auto path = error.path().value_or("");
+        const bool isReturned = outcome.error && outcome.error->path() == path;
+        if (known.insert(path).second && !isReturned)
+            report.unreadable.push_back(std::move(error));
+    };
+    if (report.account) {
+        for (auto& error : unreadablePaths(*report.account))
+            add(std::move(error));
+    }
+    for (const auto& logged : outcome.loggedErrors) {
+        if (!isHarmless(logged, outcome, report))
+            add(causeOf(logged.error));
+    }
+    report.moreUnreadable = outcome.moreErrors;
+}
+
+// For a driver, a line on which nobody answers is a receiver without data. For the user it is a
+// failure.
+void addSession(OperationReport& report, const Outcome& outcome,
+                const gps::GPSPlugInProtocol& driver, const OperationFacts& facts)
 {
     if (!outcome.reported.empty())
         report.portFailure = explainPortFailure(report.location);
-    else
-        report.isReceiverSilent = !outcome.error && !wasHeard;
+    if (outcome.reported.empty() && !outcome.error) {
+        const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver);
+        const auto guess = facts.wasHeard ? gps::LineVoice::kReceiver : gps::LineVoice::kNothing;
+        report.voice = account != nullptr ? account->lineVoice() : guess;
+    }
+    if (report.account && report.isAnswered())
+        report.gaps = gapsIn(*report.account, facts.repeats.routes);
+}
+
+std::optional<gps::TransferAccount> accountOf(const gps::GPSPlugInProtocol& driver,
+                                              const Outcome& outcome)
+{
+    const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver);
+    if (account == nullptr || outcome.isAbandoned) // it is not over, so nobody may ask for it
+        return std::nullopt;
+    return account->transferAccount();
 }
 
 } // namespace
 
+bool OperationReport::hasDamagedLines() const
+{
+    if (!account || isSerial)
+        return false;
+    const auto tallies = talliesOf(*account);
+    return std::any_of(tallies.begin(), tallies.end(), [](const KindTally& tally) {
+        return tally.damagedCount() + tally.lines.skippedFor(gps::SkipReason::kIncomplete) > 0;
+    });
+}
+
 OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& driver,
-                         const gps::Dictionary& options, const std::string& location, bool wasHeard)
+                         const OperationFacts& facts)
 {
     OperationReport report;
-    const auto* const sourceFile = options.findString(kSourcePathKey);
-    const bool isImport = options.contains(kSourcePathKey);
+    const auto* const sourceFile = facts.options.findString(kSourcePathKey);
+    const bool isImport = facts.options.contains(kSourcePathKey);
     if (isImport)
         report.sourceFile = sourceFile != nullptr ? *sourceFile : std::string{};
     else
-        report.location = location;
+        report.location = facts.location;
     report.isSerial = !isImport && driver.needsSerialRefresh();
-    report.requested = requestedKinds(options, driver);
+    report.requested = requestedKinds(facts.options, driver);
     report.received = outcome.transfers;
+    report.repeats = facts.repeats;
+    report.isInterrupted = facts.isStoppedByUser;
+    report.isAbandoned = outcome.isAbandoned;
+    report.account = accountOf(driver, outcome);
     addErrors(report, outcome);
     if (report.errors.empty())
         report.missing = missingKinds(report);
-    addUnreadable(report, outcome, isImport);
+    addUnreadable(report, outcome);
     if (report.isSerial)
-        addPortState(report, outcome, wasHeard);
+        addSession(report, outcome, driver, facts);
     report.logLines = outcome.logLines;
     report.moreLogLines = outcome.moreLines;
     return report;

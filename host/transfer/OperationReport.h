@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // OperationReport: what one operation of a driver did for a download, as values that a front end
-// can show. A driver keeps most failures to itself, so much of this is concluded from its events
-// and its log. [host thread]
+// can show. A driver reports few failures, so much of this is concluded from its account, its
+// events and its log. [host thread]
 
 #pragma once
 
 #include "host/operations/Operation.h"
+#include "host/transfer/AccountFindings.h"
+#include "host/transfer/RepeatFilter.h"
 
 #include <cstddef>
 #include <optional>
@@ -23,6 +25,7 @@ struct OperationReport {
     std::vector<gps::TransferKind> received{};  ///< kinds whose transfer began, in order
     std::vector<gps::TransferKind> missing{};   ///< requested, but neither received nor explained
                                                 ///< by an entry of `errors`
+    std::vector<gps::TransferKind> recovered{}; ///< missing, but read by a later operation
 
     /// Errors that the driver reported and the one that it returned, in order. The wordless errors
     /// of a serial driver have got a description.
@@ -30,41 +33,57 @@ struct OperationReport {
 
     /// Why the serial port cannot be used, if the driver reported an error.
     std::optional<gps::Error> portFailure{};
-    bool isReceiverSilent = false; ///< nothing at all was read from the serial port
 
-    /// Files and folders that the driver could not read, or only in part, without reporting it.
-    /// Those that `errors` ends with are not repeated.
+    /// What answered on the serial port; nullopt for other devices and if an error was returned.
+    std::optional<gps::LineVoice> voice{};
+    std::vector<SessionGap> gaps{}; ///< of a serial session whose receiver answered
+    RepeatCounts repeats{};         ///< records that arrived twice and were dropped
+
+    /// Files and folders that the driver could not read, list or look at, or only in part, each
+    /// with its cause. Those that `errors` ends with are not repeated.
     std::vector<gps::Error> unreadable{};
     std::size_t moreUnreadable = 0; ///< further ones, of which nothing is known
-    bool isCutShort = false;        ///< one of them ended a transfer before its last record
+
+    bool isInterrupted = false; ///< the user stopped it
+    bool isAbandoned = false;   ///< the host left without waiting for its end
 
     std::vector<std::string> logLines{}; ///< what else the plug-in logged, the first lines of it
     std::size_t moreLogLines = 0;
 
-    /// Whether any records may have arrived.
-    [[nodiscard]] bool hasReceived() const noexcept
+    /// The driver's own account; nullopt if it keeps none or has not ended.
+    std::optional<gps::TransferAccount> account{};
+
+    /// Whether anything on the serial port understands the protocol, or the device needs no port.
+    [[nodiscard]] bool isAnswered() const noexcept
     {
-        return !received.empty() && !isReceiverSilent;
+        return !voice || *voice == gps::LineVoice::kReceiver;
     }
 
-    /// Whether everything that was requested arrived, apart from what is in unreadable files.
+    /// Whether any records may have arrived.
+    [[nodiscard]] bool hasReceived() const noexcept { return !received.empty() && isAnswered(); }
+
+    /// Whether everything arrived that was requested and that the device can give.
     [[nodiscard]] bool isComplete() const noexcept
     {
-        return errors.empty() && missing.empty() && !isReceiverSilent && !isCutShort;
+        return errors.empty() && missing.empty() && isAnswered() && gaps.empty() &&
+               unreadable.empty() && moreUnreadable == 0 && !isInterrupted && !isAbandoned;
     }
 
-    [[nodiscard]] bool succeeded() const noexcept
-    {
-        return isComplete() && unreadable.empty() && moreUnreadable == 0;
-    }
+    /// Whether lines on the device are damaged, which nobody can get.
+    [[nodiscard]] bool hasDamagedLines() const;
 };
 
-/// Concludes the report from an operation's outcome.
-/// @param options   the operation's options
-/// @param location  the device's location; not used for an import
-/// @param wasHeard  whether anything was read from a serial port during the operation
+/// What the host knows about an operation that it has run.
+struct OperationFacts {
+    gps::Dictionary options{}; ///< of the operation
+    std::string location{};    ///< of the device; not used for an import
+    bool wasHeard = false;     ///< whether anything was read from a serial port meanwhile
+    bool isStoppedByUser = false;
+    RepeatCounts repeats{};
+};
+
+/// Concludes the report from an operation's outcome and, if the driver keeps one, its account.
 [[nodiscard]] OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& driver,
-                                       const gps::Dictionary& options, const std::string& location,
-                                       bool wasHeard);
+                                       const OperationFacts& facts);
 
 } // namespace host

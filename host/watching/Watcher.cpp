@@ -172,7 +172,7 @@ void Watcher::saveFrom(const WatchedDevice& device)
         event.isRetried = devices_.markFailed(device, kMostTries);
     } else {
         download(*driver, event);
-        if (event.report.succeeded())
+        if (event.report.succeeded() || event.report.isInterrupted())
             devices_.markDone(device);
         else
             event.isRetried = devices_.markFailed(device, mostTriesWith(*driver));
@@ -196,6 +196,8 @@ void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
     }
     auto request = request_.download;
     request.location = device.location;
+    request.stopRequested = [this] { return isStopped(); };
+    request.isDriverReused = true;
     request.output = OutputRequest{
         .path = newPath(identifier),
         .format = request_.format,

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "host/bundle/PlugInBundle.h"
-#include "host/watching/StopSignals.h"
+#include "host/operations/StopSignals.h"
 #include "host/watching/WatchEvent.h"
 #include "host/watching/WatchRequest.h"
 
@@ -32,7 +32,7 @@ public:
     Watcher(PlugInBundle plugIn, WatchRequest request, WatchCallback callback);
 
     /// Watches until a stop is requested or the callback returns false. A download that is running
-    /// when a stop is requested is finished first.
+    /// when a stop is requested is stopped, too; what has arrived is kept as a partial file.
     /// @return  why the folder for the files cannot be created; otherwise nullopt
     [[nodiscard]] std::optional<gps::Error> run(const StopSignals& stop);
 

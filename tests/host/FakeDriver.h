@@ -6,8 +6,11 @@
 #include <gps/GPSFileDevice.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/GPSPlugInProtocol.h>
+#include <gps/GPSSessionControl.h>
+#include <gps/GPSTransferAccount.h>
 #include <gps/View.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -94,6 +97,19 @@ struct FakeDriver : gps::GPSPlugInProtocol {
         return std::nullopt;
     };
     std::function<void()> onRefresh;
+};
+
+/// A driver that keeps account of its operations and can be stopped. A test sets the account.
+struct AccountingDriver final : FakeDriver, gps::GPSTransferAccount, gps::GPSSessionControl {
+    using FakeDriver::FakeDriver;
+
+    gps::TransferAccount transferAccount() const override { return account; }
+    gps::LineVoice lineVoice() const noexcept override { return voice; }
+    void requestStop() noexcept override { isStopRequested = true; }
+
+    gps::TransferAccount account;
+    std::atomic<gps::LineVoice> voice = gps::LineVoice::kReceiver;
+    std::atomic<bool> isStopRequested = false;
 };
 
 /// A driver whose device stores its data as files.

@@ -144,7 +144,10 @@ TEST(Acquire, SummaryIsATableOnStandardOutput)
         "Geocaches              1\n"
         "Route      Loop        2                                             10468.17\n"
         "Track      Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01      33.72\n"
-        "Total                  7  2024-06-01 10:00:00  2024-06-01 10:00:01   10501.89\n";
+        "Total                  7  2024-06-01 10:00:00  2024-06-01 10:00:01      33.72\n"
+        "\nTrack \"Day 1\" jumps 33.72 km in 1 s, up to 2024-06-01 10:00:01. No receiver can "
+        "record "
+        "that; one of the two points is wrong.\n";
     EXPECT_EQ(acquire(receiver, {}).out, expected);
     EXPECT_EQ(acquire(receiver, {"-o", receiver.path("a.gpx"), "--summary"}).out, expected);
 }

@@ -64,18 +64,21 @@ protected:
     }
 };
 
-TEST_P(BadFile, AmongTheWaypointsEndsTheDownloadAndKeepsWhatArrived)
+TEST_P(BadFile, AmongTheWaypointsCostsOnlyTheRestOfTheWaypoints)
 {
     const Receiver receiver;
     put(receiver, "Points/b.upt");
     receiver.put("trip.gpx", "old");
     const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx")});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, HasSubstr("Missing: routes, tracks"));
+    EXPECT_THAT(ran.err, HasSubstr("was continued with: routes, tracks."));
     EXPECT_THAT(ran.err, HasSubstr("Points/b.upt"));
+    EXPECT_THAT(ran.err, Not(HasSubstr("make sure your Magellan device is connected")));
     EXPECT_THAT(ran.err, HasSubstr("trip.partial.gpx"));
     EXPECT_EQ(receiver.read("trip.gpx"), "old");
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<name>Camp</name>"));
+    EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<trkpt "));
+    EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<name>Loop</name>"));
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("</gpx>"));
 }
 
@@ -90,16 +93,18 @@ TEST_P(BadFile, AmongTheWaypointsIsNoticedWhenNothingElseWasRequested)
     EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("<name>Camp</name>"));
 }
 
-TEST_P(BadFile, AmongTheTracksLosesOnlyItself)
+TEST_P(BadFile, AmongTheTracksCostsOnlyItselfAndKeepsTheOlderFile)
 {
     const Receiver receiver;
     put(receiver, "Tracks/0.log");
+    receiver.put("trip.gpx", "old");
     const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx")});
-    EXPECT_THAT(receiver.read("trip.gpx"), HasSubstr("<trkpt "));
     const bool isFolder = std::string{GetParam()} == "folder";
     EXPECT_EQ(ran.status, isFolder ? 0 : 1) << ran.err;
+    EXPECT_THAT(receiver.read(isFolder ? "trip.gpx" : "trip.partial.gpx"), HasSubstr("<trkpt "));
     EXPECT_THAT(ran.err,
                 isFolder ? testing::Matcher<std::string>(IsEmpty()) : HasSubstr("Tracks/0.log"));
+    EXPECT_EQ(receiver.read("trip.gpx") == "old", !isFolder);
 }
 
 TEST_P(BadFile, ImportedAsWaypointsIsTheReadersError)
@@ -153,7 +158,7 @@ TEST(BadInput, TrackFileWithoutPermissionFailsTheDownload)
     const auto ran = copy.runAsNobody({"acquire", "--test-folder", receiver.path(), "--events"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.out, Not(HasSubstr("trackPoint")));
-    EXPECT_THAT(ran.err, HasSubstr("Couldn't read track data from device"));
+    EXPECT_THAT(ran.err, HasSubstr("could not be read because permission was refused"));
     EXPECT_THAT(ran.err, HasSubstr("Tracks/a.log"));
 }
 

@@ -4,11 +4,19 @@
 
 #include "host/DriverReports.h"
 #include "host/FakeDriver.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/Log.h>
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -51,7 +59,7 @@ protected:
     }
 
     support::TemporaryFolder folder_;
-    support::FakeDriver driver_;
+    support::AccountingDriver driver_;
     host::DownloadOptions options_;
     std::string out_;
     std::string err_;
@@ -160,6 +168,59 @@ TEST_F(DownloadCommand, AdviceOnDatesFollowsTheSummaryOrIsANoteWithTheFile)
     EXPECT_EQ(run(oldTrack), ExitStatus::kSuccess);
     EXPECT_THAT(err_, StartsWith("note: The dates look 1024 weeks too old"));
     EXPECT_THAT(out_, IsEmpty());
+}
+
+TEST_F(DownloadCommand, JsonIsOneDocumentInsteadOfTheSummary)
+{
+    options_.json = true;
+    EXPECT_EQ(run(oldTrack), ExitStatus::kSuccess);
+    EXPECT_THAT(out_, StartsWith("{\"status\":0,"));
+    EXPECT_THAT(out_, testing::EndsWith("}\n"));
+    EXPECT_EQ(std::count(out_.begin(), out_.end(), '\n'), 1);
+    EXPECT_THAT(out_, HasSubstr("1024 weeks too old")) << "what is printed on stderr";
+    EXPECT_THAT(err_, StartsWith("note: The dates look 1024 weeks too old"));
+}
+
+TEST_F(DownloadCommand, JsonHasTheStatusOfAFailure)
+{
+    options_.json = true;
+    EXPECT_EQ(run([](const Status&) {}), ExitStatus::kFailed);
+    EXPECT_THAT(out_, StartsWith("{\"status\":1,\"complete\":false,"));
+}
+
+TEST_F(DownloadCommand, StatusIsThatOfTheSignalThatStoppedIt)
+{
+    const support::DefaultSignals defaults;
+    setOutput();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        driver_.isStopRequested = false;
+        const auto exit = run([&](const Status& status) {
+            status->startTransfer(TransferKind::kWaypoints);
+            status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
+            ::kill(::getpid(), signal);
+            while (!driver_.isStopRequested)
+                std::this_thread::yield();
+        });
+        EXPECT_EQ(static_cast<int>(exit), 128 + signal);
+        EXPECT_THAT(err_, HasSubstr("The download was stopped before its end."));
+        EXPECT_THAT(err_, HasSubstr("trip.partial.gpx"));
+        EXPECT_FALSE(std::filesystem::exists(folder_.path("trip.gpx")));
+    }
+}
+
+TEST_F(DownloadCommand, DamagedLinesChangeTheStatusOnlyIfStrict)
+{
+    setOutput();
+    gps::FileAccount total{.kind = "tracks"};
+    total.lines = {.seen = 2, .accepted = 1};
+    total.lines.skipped[static_cast<std::size_t>(gps::SkipReason::kWrongChecksum)] = 1;
+    driver_.account.totals = {total};
+    EXPECT_EQ(run(allTransfers), ExitStatus::kSuccess);
+    EXPECT_EQ(err_, "note: 1 of 2 track points; 1 damaged\n");
+    options_.strict = true;
+    EXPECT_EQ(run(allTransfers), ExitStatus::kFailed);
+    EXPECT_EQ(err_, "magellangps: 1 of 2 track points; 1 damaged\n");
+    EXPECT_TRUE(std::filesystem::exists(folder_.path("trip.gpx"))) << "nothing else can be got";
 }
 
 TEST_F(DownloadCommand, OutputThatCannotBeOpenedIsAnErrorWithoutASummary)

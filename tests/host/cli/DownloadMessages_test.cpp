@@ -32,7 +32,7 @@ Message note(std::string text)
 
 TEST(DownloadMessages, SuccessIsSilent)
 {
-    EXPECT_THAT(operationMessages({}, true), IsEmpty());
+    EXPECT_THAT(operationMessages({}), IsEmpty());
     EXPECT_THAT(outputMessages({}), IsEmpty());
     EXPECT_EQ(dateAdvice({}), "");
 }
@@ -43,37 +43,71 @@ TEST(DownloadMessages, ErrorsComeFirstAndThePortLast)
                                  .errors = {{"some", -4}},
                                  .portFailure = errorAbout("/some/file"),
                                  .unreadable = {errorAbout("/some/file")}};
-    EXPECT_THAT(operationMessages(report, true),
-                ElementsAre(error("Error -4 of the domain some."),
-                            error("Unreadable. Path: /some/file"),
-                            error("Unreadable. Path: /some/file")));
+    EXPECT_THAT(operationMessages(report), ElementsAre(error("Error -4 of the domain some."),
+                                                       error("Unreadable. Path: /some/file"),
+                                                       error("Unreadable. Path: /some/file")));
 }
 
 TEST(DownloadMessages, MissingKindsAreNamed)
 {
     const OperationReport report{.missing = {TransferKind::kRoutes, TransferKind::kTracks}};
-    EXPECT_THAT(operationMessages(report, true),
+    EXPECT_THAT(operationMessages(report),
                 ElementsAre(error("The download broke off. Missing: routes, tracks.")));
+}
+
+TEST(DownloadMessages, KindsThatAnotherOperationReadAreNotMissing)
+{
+    OperationReport report{.missing = {TransferKind::kRoutes, TransferKind::kTracks},
+                           .recovered = {TransferKind::kRoutes}};
+    EXPECT_THAT(operationMessages(report),
+                ElementsAre(error("The download broke off. Missing: tracks."),
+                            error("The download broke off, and was continued with: routes. Records "
+                                  "of the kind where it broke off are missing.")));
 }
 
 TEST(DownloadMessages, SilentReceiverIsNamedByItsPort)
 {
-    const OperationReport report{.location = "/dev/some", .isReceiverSilent = true};
-    EXPECT_THAT(operationMessages(report, true),
+    const OperationReport report{.location = "/dev/some", .voice = gps::LineVoice::kNothing};
+    EXPECT_THAT(operationMessages(report),
                 ElementsAre(error("No receiver answered at /dev/some. Check that it is on and "
                                   "connected there, and try again.")));
+}
+
+TEST(DownloadMessages, InterruptedDownloadIsAnErrorWithoutItsConsequences)
+{
+    OperationReport report{
+        .gaps = {{.cause = host::SessionGap::Cause::kStopped, .subject = "tracks"}},
+        .isInterrupted = true};
+    EXPECT_THAT(operationMessages(report),
+                ElementsAre(error("The download was stopped before its end.")));
+    report.missing = {TransferKind::kRoutes};
+    EXPECT_THAT(operationMessages(report),
+                ElementsAre(error("The download was stopped before its end. Missing: routes.")));
+    report.gaps[0].isClosingDown = true;
+    EXPECT_THAT(operationMessages(report), SizeIs(2)) << "the receiver's state matters";
+}
+
+TEST(DownloadMessages, DamagedLinesAreANoteUnlessRequestedAsAnError)
+{
+    gps::FileAccount total{.kind = "tracks"};
+    total.lines = {.seen = 2, .accepted = 1};
+    total.lines.skipped[static_cast<std::size_t>(gps::SkipReason::kWrongChecksum)] = 1;
+    const OperationReport report{.account = gps::TransferAccount{.totals = {total}}};
+    EXPECT_THAT(operationMessages(report), ElementsAre(note("1 of 2 track points; 1 damaged")));
+    EXPECT_THAT(operationMessages(report, {.isDamageAnError = true}),
+                ElementsAre(error("1 of 2 track points; 1 damaged")));
 }
 
 TEST(DownloadMessages, TenUnreadableFilesAreNamedAndMoreAreCounted)
 {
     OperationReport report{.unreadable = std::vector<gps::Error>(10, errorAbout("/some/file"))};
-    EXPECT_THAT(operationMessages(report, true), SizeIs(10));
+    EXPECT_THAT(operationMessages(report), SizeIs(10));
     report.unreadable.push_back(errorAbout("/some/file"));
-    auto messages = operationMessages(report, true);
+    auto messages = operationMessages(report);
     ASSERT_THAT(messages, SizeIs(11));
     EXPECT_EQ(messages.back(), error("And 1 more that could not be read."));
     report.moreUnreadable = 500;
-    messages = operationMessages(report, true);
+    messages = operationMessages(report);
     ASSERT_THAT(messages, SizeIs(11));
     EXPECT_EQ(messages.back(), error("And 501 more that could not be read."));
 }
@@ -81,21 +115,23 @@ TEST(DownloadMessages, TenUnreadableFilesAreNamedAndMoreAreCounted)
 TEST(DownloadMessages, LogLinesAreNotesUnlessSomethingIsMissing)
 {
     OperationReport report{.logLines = {"line"}, .moreLogLines = 2};
-    EXPECT_THAT(operationMessages(report, true), ElementsAre(note("line"), note("and 2 more")));
-    EXPECT_THAT(operationMessages(report, false), IsEmpty());
+    EXPECT_THAT(operationMessages(report), ElementsAre(note("line"), note("and 2 more")));
+    EXPECT_THAT(operationMessages(report, {.isLogShown = false}), IsEmpty());
     report.missing = {TransferKind::kTracks};
-    EXPECT_THAT(operationMessages(report, true),
+    EXPECT_THAT(operationMessages(report),
                 ElementsAre(error("The download broke off. Missing: tracks."), error("log: line"),
                             error("log: and 2 more")));
-    EXPECT_THAT(operationMessages(report, false), SizeIs(1));
+    EXPECT_THAT(operationMessages(report, {.isLogShown = false}), SizeIs(1));
 }
 
 TEST(DownloadMessages, LogOfASerialSessionIsShownOnlyIfSomethingIsMissing)
 {
     OperationReport report{.isSerial = true, .logLines = {"a sentence"}};
-    EXPECT_THAT(operationMessages(report, true), IsEmpty());
+    EXPECT_THAT(operationMessages(report), IsEmpty());
     report.missing = {TransferKind::kTracks};
-    EXPECT_THAT(operationMessages(report, true), SizeIs(2));
+    EXPECT_THAT(operationMessages(report), SizeIs(2));
+    report.account = gps::TransferAccount{};
+    EXPECT_THAT(operationMessages(report), SizeIs(1)) << "the account has it";
 }
 
 TEST(DownloadMessages, RemarkOnTheOutputIsANoteAndItsFailureAnError)

@@ -79,4 +79,28 @@ TEST_F(RawOptions, EventsCannotShareStdoutWithASummaryOrWatch)
     EXPECT_THAT(finish(), HasSubstr("watch prints its own lines"));
 }
 
+TEST_F(RawOptions, JsonOfADownloadIsAloneOnStandardOutput)
+{
+    raw_.import.files = {"a.log"};
+    for (const auto command : {Command::kAcquire, Command::kImport}) {
+        raw_.command = command;
+        raw_.global.json = true;
+        raw_.global.events = false;
+        raw_.acquire = {};
+        EXPECT_THAT(finish(), IsEmpty());
+        raw_.global.events = true;
+        EXPECT_THAT(finish(), HasSubstr("--json and --events both need stdout"));
+    }
+    raw_.command = Command::kAcquire;
+    raw_.global.events = false;
+    raw_.acquire.summary = true;
+    EXPECT_THAT(finish(), HasSubstr("--json and --summary both need stdout"));
+    raw_.acquire.summary = false;
+    raw_.acquire.output = "-";
+    raw_.format = "gpx";
+    EXPECT_THAT(finish(), HasSubstr("--json and -o - both need stdout"));
+    raw_.acquire.output = "a.gpx";
+    EXPECT_THAT(finish(), IsEmpty());
+}
+
 } // namespace

@@ -12,6 +12,8 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 
@@ -253,6 +255,40 @@ TEST(Operation, KindsHaveTheWordsOfTheirOptions)
     EXPECT_EQ(host::kindName(TransferKind::kRoutes), "routes");
     EXPECT_EQ(host::kindName(TransferKind::kWaypoints), "waypoints");
     EXPECT_EQ(host::kindName(static_cast<TransferKind>(99)), "unknown");
+}
+
+TEST(Operation, IsAbandonedWhenNobodyWaitsAnyMore)
+{
+    const auto released = std::make_shared<std::atomic<bool>>(false);
+    const auto outcome = host::runOperation(
+        [&](const Status& status) {
+            return gps::detachNewThread([status, released] {
+                status->startTransfer(TransferKind::kTracks);
+                while (!*released)
+                    std::this_thread::yield();
+                for (int i = 0; i < 100000; ++i) // more than the queue holds
+                    status->trackPoint({}, {});
+                status->gpsStateChange(0);
+                *released = false;
+            });
+        },
+        [](const EventBatch&) {}, [] { return false; });
+    EXPECT_TRUE(outcome.isAbandoned);
+    EXPECT_TRUE(host::hasAbandonedOperation());
+    *released = true;
+    while (*released) // the worker is not blocked by a full queue
+        std::this_thread::yield();
+}
+
+TEST(Operation, IsNotAbandonedOnceItHasEnded)
+{
+    const auto outcome = host::runOperation(
+        [](const Status& status) -> std::optional<gps::Error> {
+            status->gpsStateChange(0);
+            return std::nullopt;
+        },
+        [](const EventBatch&) {}, [calls = 0]() mutable { return ++calls < 100; });
+    EXPECT_FALSE(outcome.isAbandoned);
 }
 
 } // namespace

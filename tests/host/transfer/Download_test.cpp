@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <thread>
 
 namespace {
 
@@ -38,6 +39,27 @@ void oneWaypoint(const Status& status)
     status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
     allTransfers(status);
 }
+
+/// Notes what reaches it, and how often it is flushed.
+class NotingWriter final : public host::Writer {
+public:
+    void event(const host::Event& event) override
+    {
+        if (event.kind == host::EventKind::kTrackPoint)
+            times.push_back(event.point.time);
+    }
+    void result(const std::optional<gps::Error>& error) override { results.push_back(error); }
+    void flush() override { ++flushes; }
+    [[nodiscard]] std::optional<gps::Error> close() override
+    {
+        ADD_FAILURE() << "closed by the download";
+        return std::nullopt;
+    }
+
+    std::vector<std::int64_t> times;
+    std::vector<std::optional<gps::Error>> results;
+    int flushes = 0;
+};
 
 class Download : public testing::Test {
 protected:
@@ -137,16 +159,173 @@ TEST_F(Download, ReportedErrorLeavesAPartialFile)
     EXPECT_TRUE(hasPartial());
 }
 
-TEST_F(Download, UnreadableFileFailsButTheRestIsWrittenUnderTheFinalName)
+TEST_F(Download, UnreadableFileLeavesTheOlderFileAndAPartialOne)
 {
     const auto report = download([](const Status& status) {
         allTransfers(status);
         gps::logError("Fake", errorAbout("/some/file"));
     });
     EXPECT_FALSE(report.succeeded());
-    EXPECT_EQ(report.output.state, State::kComplete);
-    EXPECT_TRUE(isReplaced());
-    EXPECT_FALSE(hasPartial());
+    EXPECT_EQ(report.output.state, State::kPartial);
+    EXPECT_FALSE(isReplaced());
+    EXPECT_TRUE(hasPartial());
+}
+
+TEST_F(Download, KindsThatNeverCameAreReadByOperationsOfTheirOwn)
+{
+    std::vector<std::string> requests;
+    const auto report =
+        run([&](const Status& status, const gps::Dictionary& options) -> std::optional<gps::Error> {
+            std::string request;
+            for (const char* kind : {"waypoints", "routes", "tracks"})
+                request += options.find(kind)->boolReading() ? kind[0] : '-';
+            requests.push_back(request);
+            for (const auto& [letter, kind] :
+                 {std::pair{'w', TransferKind::kWaypoints}, std::pair{'r', TransferKind::kRoutes},
+                  std::pair{'t', TransferKind::kTracks}}) {
+                const bool isBroken = request == "wrt" && kind != TransferKind::kWaypoints;
+                if (request.find(letter) != std::string::npos && !isBroken)
+                    transfer(status, kind);
+            }
+            status->gpsStateChange(0);
+            return std::nullopt;
+        });
+    EXPECT_THAT(requests, ElementsAre("wrt", "-r-", "--t"));
+    ASSERT_THAT(report.operations, SizeIs(3));
+    EXPECT_THAT(report.operations[0].recovered,
+                ElementsAre(TransferKind::kRoutes, TransferKind::kTracks));
+    EXPECT_FALSE(report.isComplete()) << "the driver stopped among the waypoints";
+    EXPECT_EQ(report.output.state, State::kPartial);
+}
+
+TEST_F(Download, KindsThatNeverCameAreNotReadOnRequestOrWithOptionsOrSerially)
+{
+    const auto operations = [this] {
+        return download([](const Status& status) { transfer(status, TransferKind::kWaypoints); })
+            .operations.size();
+    };
+    request_.readsMissingKinds = false;
+    EXPECT_EQ(operations(), 1U);
+    request_.readsMissingKinds = true;
+    request_.driverOptions = gps::Dictionary{{"tracks", true}};
+    EXPECT_EQ(operations(), 1U);
+    request_.driverOptions.reset();
+    EXPECT_EQ(operations(), 3U);
+    driver_.serial = true;
+    EXPECT_EQ(operations(), 1U);
+}
+
+TEST_F(Download, RepeatsAreDroppedFromASerialSessionOnlyAndNotFromVerbatimConsumers)
+{
+    const auto twice = [](const Status& status) {
+        status->startTransfer(TransferKind::kTracks);
+        for (int i = 0; i < 2; ++i)
+            status->trackPoint({46, 7, 0, 1717236000, 0}, {});
+        allTransfers(status);
+    };
+    EXPECT_EQ(download(twice).received.trackPoints, 2U);
+    NotingWriter adjusted;
+    NotingWriter verbatim;
+    request_.consumers = {&adjusted};
+    request_.verbatimConsumers = {&verbatim};
+    driver_.serial = true;
+    const auto report = download(twice);
+    EXPECT_EQ(report.received.trackPoints, 1U);
+    EXPECT_EQ(report.written.trackPoints, 1U);
+    EXPECT_EQ(report.operations[0].repeats.trackPoints, 1U);
+    EXPECT_THAT(adjusted.times, SizeIs(1));
+    EXPECT_THAT(verbatim.times, SizeIs(2));
+}
+
+/// A download by a driver that keeps account of its operations.
+class AccountedDownload : public testing::Test {
+protected:
+    AccountedDownload()
+    {
+        request_.output = host::OutputRequest{.path = folder_.path("trip.gpx"),
+                                              .format = host::findFormat("gpx")};
+        folder_.put("trip.gpx", "old");
+    }
+
+    /// A worker that delivers a waypoint and then ends only when it is asked to stop.
+    void waitForAStop()
+    {
+        driver_->acquire = [driver = driver_](const Status& status, const gps::Dictionary&) {
+            return gps::detachNewThread([driver, status] {
+                status->gpsStateChange(1);
+                transfer(status, TransferKind::kWaypoints);
+                status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
+                while (!driver->isStopRequested)
+                    std::this_thread::yield();
+                status->gpsStateChange(0);
+            });
+        };
+    }
+
+    support::TemporaryFolder folder_;
+    host::DownloadRequest request_;
+    std::shared_ptr<support::AccountingDriver> driver_ =
+        std::make_shared<support::AccountingDriver>();
+};
+
+TEST_F(AccountedDownload, StopKeepsWhatCameAsAPartialFile)
+{
+    waitForAStop();
+    request_.stopRequested = [] { return true; };
+    const auto report = host::download(*driver_, request_);
+    EXPECT_TRUE(report.isInterrupted());
+    EXPECT_FALSE(report.operations[0].isAbandoned);
+    EXPECT_EQ(report.output.state, State::kPartial);
+    EXPECT_EQ(folder_.read("trip.gpx"), "old");
+    EXPECT_THAT(folder_.read("trip.partial.gpx"), HasSubstr("<name>A</name>"));
+    EXPECT_THAT(report.operations, SizeIs(1)) << "no further operation begins";
+}
+
+TEST_F(AccountedDownload, StoppedDownloadIsKeptEvenIfAFailedOneWouldNotBe)
+{
+    waitForAStop();
+    request_.stopRequested = [] { return true; };
+    request_.output->isKeptAfterFailure = false;
+    EXPECT_EQ(host::download(*driver_, request_).output.state, State::kPartial);
+}
+
+TEST_F(AccountedDownload, NoImportBeginsAfterAStop)
+{
+    waitForAStop();
+    request_.stopRequested = [] { return true; };
+    request_.sourceFiles = {"a.upt", "b.upt"};
+    EXPECT_THAT(host::download(*driver_, request_).operations, SizeIs(1));
+}
+
+TEST_F(AccountedDownload, LastRouteOfASerialSessionIsKept)
+{
+    driver_->serial = true;
+    driver_->acquire = [](const Status& status,
+                          const gps::Dictionary&) -> std::optional<gps::Error> {
+        transfer(status, TransferKind::kWaypoints);
+        status->newRoute({{"name", "R"}});
+        status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    EXPECT_EQ(host::download(*driver_, request_).written.routes, 1U);
+    EXPECT_THAT(folder_.read("trip.partial.gpx"), HasSubstr("<name>R</name>"));
+}
+
+TEST_F(AccountedDownload, PhaseWithoutItsEndLeavesTheOlderFile)
+{
+    driver_->serial = true;
+    driver_->account.phases = {{.kind = "tracks", .end = gps::PhaseEnd::kSilence}};
+    driver_->acquire = [](const Status& status,
+                          const gps::Dictionary&) -> std::optional<gps::Error> {
+        allTransfers(status);
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    const auto report = host::download(*driver_, request_);
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kPartial);
+    EXPECT_EQ(folder_.read("trip.gpx"), "old");
 }
 
 TEST_F(Download, SilentReceiverKeepsTheOlderFileAndLeavesNoPartialOne)
@@ -154,7 +333,7 @@ TEST_F(Download, SilentReceiverKeepsTheOlderFileAndLeavesNoPartialOne)
     driver_.serial = true;
     request_.location = "/dev/some";
     const auto report = download(allTransfers);
-    EXPECT_TRUE(report.operations[0].isReceiverSilent);
+    EXPECT_EQ(report.operations[0].voice, gps::LineVoice::kNothing);
     EXPECT_EQ(report.operations[0].location, "/dev/some");
     EXPECT_FALSE(isReplaced());
     EXPECT_FALSE(hasPartial());
@@ -201,7 +380,7 @@ TEST_F(Download, OutputThatCannotBeWrittenIsReported)
     request_.output->path = "/dev/full";
     const auto report = download(oneWaypoint);
     EXPECT_TRUE(report.output.error);
-    EXPECT_TRUE(report.operationsSucceeded());
+    EXPECT_TRUE(report.isComplete());
     EXPECT_FALSE(report.succeeded());
     EXPECT_EQ(report.output.state, State::kNone);
 }
@@ -232,32 +411,11 @@ TEST_F(Download, EachSourceFileIsAnOperationOfItsOwnIntoOneOutput)
     EXPECT_THAT(imported, ElementsAre("a.upt", "b.upt"));
     ASSERT_THAT(report.operations, SizeIs(2));
     EXPECT_EQ(report.operations[0].sourceFile, "a.upt");
-    EXPECT_FALSE(report.operations[0].succeeded());
-    EXPECT_TRUE(report.operations[1].succeeded()) << "a failure does not stop the others";
+    EXPECT_FALSE(report.operations[0].isComplete());
+    EXPECT_TRUE(report.operations[1].isComplete()) << "a failure does not stop the others";
     EXPECT_EQ(report.output.state, State::kPartial);
     EXPECT_THAT(folder_.read("trip.partial.gpx"), HasSubstr("<name>B</name>"));
 }
-
-/// Notes what reaches it, and how often it is flushed.
-class NotingWriter final : public host::Writer {
-public:
-    void event(const host::Event& event) override
-    {
-        if (event.kind == host::EventKind::kTrackPoint)
-            times.push_back(event.point.time);
-    }
-    void result(const std::optional<gps::Error>& error) override { results.push_back(error); }
-    void flush() override { ++flushes; }
-    [[nodiscard]] std::optional<gps::Error> close() override
-    {
-        ADD_FAILURE() << "closed by the download";
-        return std::nullopt;
-    }
-
-    std::vector<std::int64_t> times;
-    std::vector<std::optional<gps::Error>> results;
-    int flushes = 0;
-};
 
 std::int64_t weeksAgo(int weeks)
 {

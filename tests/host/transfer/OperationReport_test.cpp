@@ -23,9 +23,13 @@ const std::vector<TransferKind> kAllKinds{TransferKind::kWaypoints, TransferKind
 
 class OperationReportTest : public testing::Test {
 protected:
-    [[nodiscard]] host::OperationReport report() const
+    [[nodiscard]] host::OperationReport report() const { return reportWith(driver_); }
+
+    [[nodiscard]] host::OperationReport reportWith(const support::FakeDriver& driver) const
     {
-        return host::reportOn(outcome_, driver_, options_, "/some/device", wasHeard_);
+        return host::reportOn(
+            outcome_, driver,
+            {.options = options_, .location = "/some/device", .wasHeard = wasHeard_});
     }
 
     support::FakeDriver driver_;
@@ -37,7 +41,7 @@ protected:
 TEST_F(OperationReportTest, AllRequestedKindsMakeASuccess)
 {
     const auto report = this->report();
-    EXPECT_TRUE(report.succeeded());
+    EXPECT_TRUE(report.isComplete());
     EXPECT_EQ(report.requested, kAllKinds);
     EXPECT_EQ(report.received, kAllKinds);
     EXPECT_EQ(report.location, "/some/device");
@@ -75,14 +79,14 @@ TEST_F(OperationReportTest, KindThatWasNotRequestedIsNotMissing)
 {
     options_ = {{"routes", false}, {"tracks", false}};
     outcome_.transfers = {TransferKind::kWaypoints};
-    EXPECT_TRUE(report().succeeded());
+    EXPECT_TRUE(report().isComplete());
 }
 
 TEST_F(OperationReportTest, KindThatTheDriverCannotAcquireIsNotMissing)
 {
     driver_.capabilities = "waypoints";
     outcome_.transfers = {TransferKind::kWaypoints};
-    EXPECT_TRUE(report().succeeded());
+    EXPECT_TRUE(report().isComplete());
 }
 
 TEST_F(OperationReportTest, NothingIsMissingIfAnErrorExplainsIt)
@@ -112,7 +116,7 @@ TEST_F(OperationReportTest, ImportHasASourceFileAndRequestsNoKind)
     EXPECT_EQ(report.sourceFile, "a.log");
     EXPECT_EQ(report.location, "");
     EXPECT_THAT(report.requested, IsEmpty());
-    EXPECT_TRUE(report.succeeded());
+    EXPECT_TRUE(report.isComplete());
 }
 
 TEST_F(OperationReportTest, ImportByASerialDriverIsNotASerialSession)
@@ -120,16 +124,15 @@ TEST_F(OperationReportTest, ImportByASerialDriverIsNotASerialSession)
     driver_.serial = true;
     options_ = {{"sourcePath", "a.log"}};
     EXPECT_FALSE(report().isSerial);
-    EXPECT_FALSE(report().isReceiverSilent);
+    EXPECT_EQ(report().voice, std::nullopt);
 }
 
-TEST_F(OperationReportTest, UnreadableFileFailsButLeavesTheRestComplete)
+TEST_F(OperationReportTest, UnreadableFileMakesTheOperationIncomplete)
 {
     outcome_.loggedErrors = {{errorAbout("/some/file"), false, 3}};
     const auto report = this->report();
     EXPECT_THAT(report.unreadable, ElementsAre(errorAbout("/some/file")));
-    EXPECT_TRUE(report.isComplete());
-    EXPECT_FALSE(report.succeeded());
+    EXPECT_FALSE(report.isComplete());
 }
 
 TEST_F(OperationReportTest, UnreadableFileThatTheReturnedErrorNamesIsNotRepeated)
@@ -143,7 +146,7 @@ TEST_F(OperationReportTest, UnreadableFileThatTheReturnedErrorNamesIsNotRepeated
 TEST_F(OperationReportTest, FolderBetweenTheFilesIsHarmless)
 {
     outcome_.loggedErrors = {{errorAbout("/some/folder"), true, 3}};
-    EXPECT_TRUE(report().succeeded());
+    EXPECT_TRUE(report().isComplete());
     EXPECT_THAT(report().unreadable, IsEmpty());
 }
 
@@ -152,7 +155,6 @@ TEST_F(OperationReportTest, FolderCountsWhenAKindIsMissing)
     outcome_.transfers = {TransferKind::kWaypoints};
     outcome_.loggedErrors = {{errorAbout("/some/folder"), true, 1}};
     EXPECT_THAT(report().unreadable, SizeIs(1));
-    EXPECT_FALSE(report().isCutShort) << "the missing kind says it already";
 }
 
 TEST_F(OperationReportTest, FolderCountsForAnImport)
@@ -162,47 +164,95 @@ TEST_F(OperationReportTest, FolderCountsForAnImport)
     EXPECT_THAT(report().unreadable, SizeIs(1));
 }
 
-TEST_F(OperationReportTest, AnythingUnreadableWithinTheLastWaypointsCutsThemShort)
-{
-    options_ = {{"routes", false}, {"tracks", false}};
-    outcome_.transfers = {TransferKind::kWaypoints};
-    for (const bool isFolder : {false, true}) {
-        outcome_.loggedErrors = {{errorAbout("/some/path"), isFolder, 1}};
-        EXPECT_TRUE(report().isCutShort);
-        EXPECT_THAT(report().unreadable, SizeIs(1));
-        EXPECT_FALSE(report().isComplete());
-    }
-}
-
-TEST_F(OperationReportTest, UnreadableFileBeforeTheLastWaypointsDoesNotCutThemShort)
+TEST_F(OperationReportTest, FolderCountsWithinTheLastWaypointsWhichItCutsShort)
 {
     options_ = {{"routes", false}};
     outcome_.transfers = {TransferKind::kTracks, TransferKind::kWaypoints};
-    outcome_.loggedErrors = {{errorAbout("/some/file"), false, 1}};
-    EXPECT_FALSE(report().isCutShort);
+    outcome_.loggedErrors = {{errorAbout("/some/folder"), true, 2}};
+    EXPECT_THAT(report().unreadable, SizeIs(1));
+    outcome_.loggedErrors = {{errorAbout("/some/folder"), true, 1}};
+    EXPECT_THAT(report().unreadable, IsEmpty());
 }
 
-TEST_F(OperationReportTest, UnreadableFileWithoutAnyTransferCutsNothingShort)
+TEST_F(OperationReportTest, UnreadableFileIsReportedWithItsCause)
 {
-    options_ = {{"waypoints", false}, {"routes", false}, {"tracks", false}};
-    outcome_.transfers = {};
-    outcome_.loggedErrors = {{errorAbout("/some/file"), false, 0}};
-    EXPECT_FALSE(report().isCutShort);
+    const gps::Error reading{"some",
+                             -3,
+                             {{gps::kErrorDescriptionKey, "Couldn't read track data from device"},
+                              {gps::kErrorSuggestionKey, "Make sure it is connected"},
+                              {gps::kErrorPathKey, "/some/file"}}};
+    outcome_.loggedErrors = {
+        {reading.causedBy({"other", 1, {{gps::kErrorDescriptionKey, "It is not plain ASCII"}}}),
+         false, 3}};
+    const auto unreadable = report().unreadable;
+    ASSERT_THAT(unreadable, SizeIs(1));
+    EXPECT_EQ(unreadable[0].description(), "It is not plain ASCII");
+    EXPECT_EQ(unreadable[0].suggestion(), std::nullopt);
+    EXPECT_EQ(unreadable[0].path(), "/some/file");
 }
 
-TEST_F(OperationReportTest, DamagedSentenceCutsAnyKindShort)
+TEST_F(OperationReportTest, PathOfTheAccountAndOfTheLogIsReportedOnce)
 {
-    const gps::Error damaged{
-        gps::kRangeErrorDomain, 0, {{gps::kErrorPathKey, std::string{"/some/file"}}}};
-    outcome_.loggedErrors = {{damaged, false, 1}};
-    EXPECT_TRUE(report().isCutShort);
+    support::AccountingDriver driver;
+    driver.account.files = {{.kind = "tracks", .path = "/a", .error = errorAbout("/a")}};
+    driver.account.unseen = {{"waypoints", "/b", errorAbout("/b")}};
+    outcome_.loggedErrors = {{errorAbout("/a"), false, 3}, {errorAbout("/c"), false, 3}};
+    const auto report = reportWith(driver);
+    std::vector<std::string> paths;
+    for (const auto& error : report.unreadable)
+        paths.push_back(error.path().value_or(""));
+    EXPECT_THAT(paths, ElementsAre("/b", "/a", "/c"));
+    EXPECT_FALSE(report.isComplete());
+}
+
+TEST_F(OperationReportTest, AccountOfAnOperationThatHasNotEndedIsNotAskedFor)
+{
+    const support::AccountingDriver driver;
+    EXPECT_TRUE(reportWith(driver).account);
+    outcome_.isAbandoned = true;
+    EXPECT_FALSE(reportWith(driver).account);
+    EXPECT_TRUE(reportWith(driver).isAbandoned);
+    EXPECT_FALSE(report().account) << "the driver keeps none";
+}
+
+TEST_F(OperationReportTest, PhaseWithoutItsEndIsAGapOfASerialSession)
+{
+    support::AccountingDriver driver;
+    driver.account.phases = {{.kind = "tracks", .end = gps::PhaseEnd::kSilence}};
+    EXPECT_THAT(reportWith(driver).gaps, IsEmpty());
+    driver.serial = true;
+    EXPECT_THAT(reportWith(driver).gaps, SizeIs(1));
+    EXPECT_FALSE(reportWith(driver).isComplete());
+    driver.account.phases[0].end = gps::PhaseEnd::kEnd;
+    EXPECT_TRUE(reportWith(driver).isComplete());
+}
+
+TEST_F(OperationReportTest, VoiceOfTheLineIsWhatTheDriverHeard)
+{
+    support::AccountingDriver driver;
+    driver.serial = true;
+    driver.account.phases = {{.kind = "tracks", .end = gps::PhaseEnd::kSilence}};
+    for (const auto voice :
+         {gps::LineVoice::kNothing, gps::LineVoice::kNoise, gps::LineVoice::kNmea}) {
+        driver.voice = voice;
+        EXPECT_EQ(reportWith(driver).voice, voice);
+        EXPECT_THAT(reportWith(driver).gaps, IsEmpty()) << "that nobody answered says it all";
+        EXPECT_FALSE(reportWith(driver).hasReceived());
+    }
+}
+
+TEST_F(OperationReportTest, OperationThatTheUserStoppedIsInterrupted)
+{
+    const auto report = host::reportOn(outcome_, driver_, {.isStoppedByUser = true});
+    EXPECT_TRUE(report.isInterrupted);
+    EXPECT_FALSE(report.isComplete());
 }
 
 TEST_F(OperationReportTest, ErrorsBeyondTheLogsBoundCount)
 {
     outcome_.moreErrors = 2;
     EXPECT_EQ(report().moreUnreadable, 2U);
-    EXPECT_FALSE(report().succeeded());
+    EXPECT_FALSE(report().isComplete());
 }
 
 TEST_F(OperationReportTest, LogIsPassedOn)
@@ -217,18 +267,18 @@ TEST_F(OperationReportTest, SilentSerialReceiverIsAFailure)
 {
     driver_.serial = true;
     EXPECT_TRUE(report().isSerial);
-    EXPECT_TRUE(report().isReceiverSilent);
+    EXPECT_EQ(report().voice, gps::LineVoice::kNothing);
     EXPECT_FALSE(report().isComplete());
     EXPECT_FALSE(report().hasReceived());
     wasHeard_ = true;
-    EXPECT_TRUE(report().succeeded());
+    EXPECT_TRUE(report().isComplete());
 }
 
 TEST_F(OperationReportTest, SilenceIsNotReportedBesideAReturnedError)
 {
     driver_.serial = true;
     outcome_.error = gps::Error{"some", -1};
-    EXPECT_FALSE(report().isReceiverSilent);
+    EXPECT_EQ(report().voice, std::nullopt);
     EXPECT_EQ(report().portFailure, std::nullopt);
 }
 
@@ -237,10 +287,10 @@ TEST_F(OperationReportTest, ReportedErrorOfASerialDriverComesWithTheStateOfThePo
     const support::TemporaryFolder folder;
     driver_.serial = true;
     outcome_.reported = {{"some", -4}};
-    const auto report = host::reportOn(outcome_, driver_, options_, folder.path("gone"), wasHeard_);
+    const auto report = host::reportOn(outcome_, driver_, {.location = folder.path("gone")});
     ASSERT_TRUE(report.portFailure);
     EXPECT_EQ(report.portFailure->path(), folder.path("gone"));
-    EXPECT_FALSE(report.isReceiverSilent);
+    EXPECT_EQ(report.voice, std::nullopt);
     ASSERT_THAT(report.errors, SizeIs(1));
     EXPECT_TRUE(report.errors[0].description()) << "a wordless error has got words";
 }

@@ -293,7 +293,7 @@ TEST_F(WatcherTest, SerialPortsAreAskedOnlyOnRequestAndOnce)
     auto with = watcher();
     const auto events = look(with);
     EXPECT_THAT(kindsOf(events), ElementsAre(Kind::kAppeared, Kind::kDownloaded));
-    EXPECT_TRUE(reportIn(events).operations[0].isReceiverSilent);
+    EXPECT_EQ(reportIn(events).operations[0].voice, gps::LineVoice::kNothing);
     EXPECT_FALSE(events.back().isRetried);
     EXPECT_THAT(look(with), IsEmpty());
 }

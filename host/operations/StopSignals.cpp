@@ -2,7 +2,7 @@
 // Waits for the signals with sigwait() on a separate thread, since a signal handler could do hardly
 // anything.
 
-#include "host/watching/StopSignals.h"
+#include "host/operations/StopSignals.h"
 
 #include "host/files/IgnoredSignal.h"
 
@@ -38,11 +38,11 @@ void StopSignals::listen()
             return;
         if (isIgnored(signal)) // sigwait() returns blocked signals even if they are ignored
             continue;
-        if (stopRequested_) { // by default the second one ends the process and removes open files
+        if (stopRequested()) { // by default the second one ends the process and removes open files
             ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
             ::raise(signal);
         }
-        stopRequested_ = true;
+        signal_ = signal;
         (void)!::eventfd_write(file_, 1);
     }
 }

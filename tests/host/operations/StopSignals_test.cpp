@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/watching/StopSignals.h"
+#include "host/operations/StopSignals.h"
 
 #include "support/Signals.h"
 
@@ -31,10 +31,12 @@ TEST_F(StopSignals, EachSignalRequestsAStop)
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const host::StopSignals stop;
         EXPECT_FALSE(stop.stopRequested());
+        EXPECT_EQ(stop.signal(), 0);
         EXPECT_FALSE(isReadable(stop.file(), 0));
         ::kill(::getpid(), signal);
         EXPECT_TRUE(isReadable(stop.file(), 30000)) << signal;
         EXPECT_TRUE(stop.stopRequested());
+        EXPECT_EQ(stop.signal(), signal);
     }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // StopSignals: turns SIGINT, SIGTERM and SIGHUP into a request that a waiting loop can see, so that
-// what is being written is finished first. The second signal ends the program at once. Signals that
-// the program was started to ignore stay ignored. At most one object in a process. [host thread]
+// a download ends in an orderly way. The second signal ends the program at once. Signals that the
+// program was started to ignore stay ignored. At most one object in a process. [host thread]
 
 #pragma once
 
@@ -24,7 +24,10 @@ public:
     /// A file descriptor that becomes readable with the first request. [any]
     [[nodiscard]] int file() const noexcept { return file_; }
 
-    [[nodiscard]] bool stopRequested() const noexcept { return stopRequested_; } ///< [any]
+    [[nodiscard]] bool stopRequested() const noexcept { return signal_ != 0; } ///< [any]
+
+    /// The first signal; 0 before it. [any]
+    [[nodiscard]] int signal() const noexcept { return signal_; }
 
 private:
     void listen();
@@ -32,7 +35,7 @@ private:
     sigset_t signals_{};
     sigset_t before_{};
     int file_;
-    std::atomic<bool> stopRequested_{false};
+    std::atomic<int> signal_{0};
     std::atomic<bool> isClosing_{false};
     std::thread listener_;
 };

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/DownloadJson.h"
+
+#include "host/DriverReports.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using gps::TransferKind;
+using host::DownloadReport;
+using host::ExitStatus;
+using host::OperationReport;
+using nlohmann::json;
+
+json documentOf(const DownloadReport& report, const std::vector<host::Message>& messages = {},
+                ExitStatus status = ExitStatus::kSuccess)
+{
+    return json::parse(host::downloadJson(report, messages, status));
+}
+
+TEST(DownloadJson, EmptyReportHasEveryKey)
+{
+    EXPECT_EQ(host::downloadJson({}, {}, ExitStatus::kSuccess),
+              R"({"status":0,"complete":true,"interrupted":false,"device":null,"voice":null,)"
+              R"("requested":[],"missing":[],)"
+              R"("output":{"state":"none","path":null,"remark":null,"error":null},)"
+              R"("received":{"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,"tracks":0,)"
+              R"("trackPoints":0},)"
+              R"("written":{"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,"tracks":0,)"
+              R"("trackPoints":0},"repeats":{"waypoints":0,"routes":0,"trackPoints":0},)"
+              R"("kinds":[],"files":[],"unseen":[],"phases":[],"commands":[],"omitted":0,)"
+              R"("messages":[]})"
+              "\n");
+}
+
+TEST(DownloadJson, MountedDeviceHasItsKindsFilesAndUnseenPaths)
+{
+    gps::LineAccount lines{
+        .seen = 2, .accepted = 1, .details = {{2, gps::SkipReason::kWrongChecksum}}};
+    lines.skipped[static_cast<std::size_t>(gps::SkipReason::kWrongChecksum)] = 1;
+    OperationReport operation{.location = "/media/A"};
+    operation.account =
+        gps::TransferAccount{.files = {{"tracks", "/a.log", lines, support::errorAbout("/a.log")}},
+                             .unseen = {{"device", "/b", support::errorAbout("/b")}},
+                             .omitted = 3,
+                             .totals = {{"tracks", {}, lines, {}}}};
+    const auto document = documentOf({.operations = {operation}});
+    EXPECT_EQ(document["device"], "/media/A");
+    EXPECT_EQ(document["kinds"], json::parse(R"([{"kind":"tracks","seen":2,"accepted":1,
+        "skipped":{"wrong checksum":1}}])"));
+    const json error{{"domain", "some"},
+                     {"code", -3},
+                     {"description", "Unreadable"},
+                     {"suggestion", nullptr},
+                     {"path", "/a.log"}};
+    EXPECT_EQ(document["files"][0]["error"], error);
+    EXPECT_EQ(document["files"][0]["lines"],
+              json::parse(R"([{"number":2,"reason":"wrong checksum"}])"));
+    EXPECT_EQ(document["unseen"][0]["path"], "/b");
+    EXPECT_EQ(document["omitted"], 3);
+}
+
+TEST(DownloadJson, SerialSessionHasItsVoicePhasesAndCommands)
+{
+    OperationReport operation{.voice = gps::LineVoice::kReceiver};
+    operation.account = gps::TransferAccount{
+        .phases = {{.kind = "tracks", .end = gps::PhaseEnd::kSilence}},
+        .commands = {{.command = "PMGNCMD,TON", .attempts = 5, .acknowledged = false}}};
+    const auto document = documentOf({.operations = {operation}});
+    EXPECT_EQ(document["voice"], "receiver");
+    EXPECT_EQ(document["phases"][0]["end"], "silence");
+    EXPECT_EQ(document["commands"], json::parse(R"([{"command":"PMGNCMD,TON","attempts":5,
+        "acknowledged":false}])"));
+}
+
+TEST(DownloadJson, KindThatALaterOperationReadIsNotMissing)
+{
+    const OperationReport first{.missing = {TransferKind::kRoutes, TransferKind::kTracks},
+                                .recovered = {TransferKind::kRoutes}};
+    const OperationReport second{.missing = {TransferKind::kTracks}};
+    const auto document = documentOf({.operations = {first, second}});
+    EXPECT_EQ(document["missing"], json::parse(R"(["tracks"])"));
+    EXPECT_EQ(document["complete"], false);
+}
+
+TEST(DownloadJson, AccountsOfSeveralOperationsAreJoined)
+{
+    OperationReport operation;
+    operation.account = gps::TransferAccount{.files = {{.kind = "tracks"}}, .omitted = 1};
+    const auto document = documentOf({.operations = {operation, operation}});
+    EXPECT_EQ(document["files"].size(), 2U);
+    EXPECT_EQ(document["omitted"], 2);
+}
+
+TEST(DownloadJson, MessagesAreThoseOfStandardError)
+{
+    const auto document =
+        documentOf({}, {{true, "bad"}, {false, "note"}}, host::statusAfterSignal(2));
+    EXPECT_EQ(document["status"], 130);
+    EXPECT_EQ(document["messages"],
+              json::parse(R"([{"error":true,"text":"bad"},{"error":false,"text":"note"}])"));
+}
+
+TEST(DownloadJson, PathsThatAreNotUtf8AreReplaced)
+{
+    EXPECT_EQ(documentOf({.operations = {{.location = "a\xFF"}}})["device"], "a\xEF\xBF\xBD");
+}
+
+} // namespace
