@@ -137,6 +137,7 @@ public:
     void sendString(std::string_view text, StringEncoding encoding) override;
     std::optional<std::string> readStringTo(std::string_view terminator,
                                             float timeoutSeconds) override;
+    [[nodiscard]] std::uint64_t bytesReceived() const noexcept override { return bytesReceived_; }
     void close() override;
 
 private:
@@ -151,6 +152,7 @@ private:
     std::string path_;
     Speed speed_{4800, B4800}; ///< the default speed of receivers
     std::string received_;     ///< read from the line but not yet returned
+    std::uint64_t bytesReceived_ = 0;
     bool writeFailed_ = false;
 };
 
@@ -236,6 +238,7 @@ void SerialLine::receive(short state)
     const ssize_t size = ::read(line_, piece.data(), piece.size());
     if (size > 0) {
         received_.append(piece.data(), static_cast<std::size_t>(size));
+        bytesReceived_ += static_cast<std::uint64_t>(size);
         count(theTraffic.bytesRead, static_cast<std::uint64_t>(size));
         return;
     }

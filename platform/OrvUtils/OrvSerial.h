@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -58,6 +59,9 @@ public:
     /// @throws SerialFailure  the line has failed
     [[nodiscard]] virtual std::optional<std::string> readStringTo(std::string_view terminator,
                                                                   float timeoutSeconds) = 0;
+
+    /// How many bytes have arrived so far, whether or not they were read as text. [worker]
+    [[nodiscard]] virtual std::uint64_t bytesReceived() const noexcept = 0;
 
     /// Closes the port at once; unsent output is dropped. Does nothing if it is closed. [worker]
     virtual void close() = 0;

@@ -15,20 +15,6 @@
 #include <utility>
 
 namespace gps {
-namespace {
-
-/// Some file systems do not report the type of an entry; vfat does.
-bool isFolder(FileSystem& files, const std::string& parent, const dirent& entry)
-{
-    if (entry.d_type != DT_UNKNOWN)
-        return entry.d_type == DT_DIR;
-    struct stat status;
-    return files.lstat(joinPath(parent, entry.d_name).c_str(), &status) == 0 &&
-           S_ISDIR(status.st_mode);
-}
-
-} // namespace
-
 DirectoryEnumerator::DirectoryEnumerator(std::string folder, FileSystem* files)
     : folder_(std::move(folder)), files_(files != nullptr ? files : &FileSystem::system())
 {
@@ -60,6 +46,8 @@ void DirectoryEnumerator::enter(std::string relativePath)
     if (folder == nullptr) {
         if (errno != ENOENT)
             fail("cannot be listed", path, errno);
+        else if (!relativePath.empty()) // it has just been listed
+            addUnseen(path, errno);
         return;
     }
     Level level{std::move(relativePath), {}, 0};
@@ -67,7 +55,7 @@ void DirectoryEnumerator::enter(std::string relativePath)
     while (const dirent* entry = files_->readdir(folder)) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..")
-            level.names.push_back({std::string{name}, isFolder(*files_, path, *entry)});
+            level.names.push_back({std::string{name}, isFolder(path, *entry)});
         errno = 0;
     }
     if (errno != 0)
@@ -78,12 +66,33 @@ void DirectoryEnumerator::enter(std::string relativePath)
     levels_.push_back(std::move(level));
 }
 
+/// Some file systems do not report the type of an entry; vfat does.
+bool DirectoryEnumerator::isFolder(const std::string& parent, const dirent& entry)
+{
+    if (entry.d_type != DT_UNKNOWN)
+        return entry.d_type == DT_DIR;
+    const auto path = joinPath(parent, entry.d_name);
+    struct stat status;
+    if (files_->lstat(path.c_str(), &status) == 0)
+        return S_ISDIR(status.st_mode);
+    if (unseen_.size() < kMostUnseen)
+        unseen_.push_back({path, errno});
+    return false;
+}
+
 void DirectoryEnumerator::fail(const char* what, const std::string& folder, int systemError)
+{
+    addUnseen(folder, systemError);
+    logLine("The folder \"" + folder + "\" " + what + ": " +
+            std::generic_category().message(systemError));
+}
+
+void DirectoryEnumerator::addUnseen(const std::string& path, int systemError)
 {
     if (failure_ == 0)
         failure_ = systemError;
-    logLine("The folder \"" + folder + "\" " + what + ": " +
-            std::generic_category().message(systemError));
+    if (unseen_.size() < kMostUnseen)
+        unseen_.push_back({path, systemError});
 }
 
 } // namespace gps

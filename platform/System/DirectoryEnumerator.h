@@ -3,13 +3,22 @@
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include <dirent.h>
+
 namespace gps {
 
 class FileSystem;
+
+/// A folder that could not be listed, or not to its end, or an entry that could not be looked at.
+struct UnseenEntry {
+    std::string path; ///< the walked folder's path included
+    int systemError;  ///< errno
+};
 
 /// One entry of the tree.
 struct FolderEntry {
@@ -32,8 +41,12 @@ public:
     void skipDescendants() noexcept { entersLast_ = false; }
 
     /// The errno of the first folder that could not be read, or not to its end; 0 if all were read.
-    /// A missing folder is not a failure.
+    /// It is not a failure if the walked folder itself is missing.
     [[nodiscard]] int failure() const noexcept { return failure_; }
+
+    /// What the walk could not see so far; the first kMostUnseen.
+    [[nodiscard]] const std::vector<UnseenEntry>& unseen() const noexcept { return unseen_; }
+    static constexpr std::size_t kMostUnseen = 1000;
 
 private:
     struct Name {
@@ -47,7 +60,9 @@ private:
     };
 
     void enter(std::string relativePath);
+    [[nodiscard]] bool isFolder(const std::string& parent, const dirent& entry);
     void fail(const char* what, const std::string& folder, int systemError);
+    void addUnseen(const std::string& path, int systemError);
 
     std::string folder_;
     FileSystem* files_;
@@ -55,6 +70,7 @@ private:
     std::string lastFolder_; // the path of the last entry, if it is a folder
     bool entersLast_ = false;
     int failure_ = 0;
+    std::vector<UnseenEntry> unseen_;
 };
 
 } // namespace gps

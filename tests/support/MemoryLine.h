@@ -8,6 +8,7 @@
 #include <platform/OrvUtils/OrvSerial.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <map>
 #include <optional>
@@ -61,6 +62,9 @@ public:
     /// Reads throw after this many.
     void failsAfter(int reads) { readsLeft_ = reads; }
 
+    /// The next read times out although bytes have arrived.
+    void saysNoise() { reads_.emplace_back(kNoise); }
+
     /// Opening fails with this errno.
     void refuses(int errorNumber) { openResult_ = errorNumber; }
 
@@ -98,8 +102,12 @@ public:
             return std::nullopt;
         auto line = std::move(reads_.front());
         reads_.pop_front();
-        return line;
+        if (line)
+            bytesReceived_ += line->size() + terminator.size();
+        return line == kNoise ? std::nullopt : line;
     }
+
+    [[nodiscard]] std::uint64_t bytesReceived() const noexcept override { return bytesReceived_; }
 
     void close() override
     {
@@ -111,11 +119,14 @@ public:
     [[nodiscard]] bool askedAsExpected() const noexcept { return askedAsExpected_; }
 
 private:
+    static constexpr char kNoise[] = "(noise)";
+
     MemoryLineLog& log_;
     std::deque<std::optional<std::string>> reads_;
     std::map<std::string, std::vector<std::string>> answers_;
     std::optional<int> readsLeft_;
     int openResult_ = 0;
+    std::uint64_t bytesReceived_ = 0;
     bool isOpen_ = false;
     bool askedAsExpected_ = true;
 };

@@ -137,6 +137,7 @@ void SimulatedLine::depart()
         beginToSend();
         return;
     }
+    ++bytesReceived_;
     if (speed_ == outSpeed_) // at another speed it would be noise
         received_.append(sending_->bytes, sent_, kPiece);
     sent_ += kPiece;

@@ -11,6 +11,7 @@
 #include <tools/simulator/SessionLog.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -45,6 +46,7 @@ public:
     void sendString(std::string_view text, gps::StringEncoding encoding) override;
     std::optional<std::string> readStringTo(std::string_view terminator,
                                             float timeoutSeconds) override;
+    [[nodiscard]] std::uint64_t bytesReceived() const noexcept override { return bytesReceived_; }
     void close() override;
 
 private:
@@ -80,6 +82,7 @@ private:
     Time outBegin_{};
     Time outFree_{}; // when the last byte sent had left
     std::string received_;
+    std::uint64_t bytesReceived_ = 0; // noise included
 };
 
 } // namespace support
