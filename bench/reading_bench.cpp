@@ -28,7 +28,7 @@ namespace {
 constexpr std::size_t kSentences = 100'000;
 
 using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
-                                             const std::string& path);
+                                             const std::string& path, gps::FileAccount* account);
 
 class Counting : public gps::GPSOutputReceiver {
 public:
@@ -71,8 +71,10 @@ void readFile(benchmark::State& state, bench::Kind kind, Reader reader)
     double fileAlone = reading;
     for ([[maybe_unused]] const auto iteration : state) {
         Counting status;
-        const double seconds =
-            bench::secondsOf([&] { benchmark::DoNotOptimize(reader(status, file.path())); });
+        const double seconds = bench::secondsOf([&] {
+            gps::FileAccount account;
+            benchmark::DoNotOptimize(reader(status, file.path(), &account));
+        });
         if (status.records != kSentences)
             state.SkipWithError("not every sentence was read");
         state.SetIterationTime(seconds);

@@ -9,6 +9,8 @@
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
+#include <plugin/common/OperationAccount.h>
+#include <plugin/common/OperationMonitor.h>
 #include <plugin/serialdevice/DownloadSession.h>
 
 #include <cstdint>
@@ -98,8 +100,10 @@ void checkSession(std::string_view text, bool framed)
     const gps::Dictionary work{
         {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
     Transfers status;
+    magellan::OperationMonitor monitor;
+    magellan::OperationAccount account{monitor};
     try {
-        const bool opened = !magellan::DownloadSession{line, status, work}.run();
+        const bool opened = !magellan::DownloadSession{line, status, work, monitor, account}.run();
         fuzz::require(opened && !status.isOpen(),
                       "a session that ends without an error has ended its transfers");
     } catch (const gps::RangeError&) { // a sentence is too short

@@ -49,7 +49,7 @@ std::string_view takeField(std::string_view& rest) noexcept
     return field;
 }
 
-/// Approximately how much memory a copy of a record takes.
+/// Approximately how many bytes a copy of a record takes.
 std::size_t bytesOf(const gps::Dictionary& record)
 {
     std::size_t bytes = 0;
@@ -65,25 +65,6 @@ void takeRoom(std::size_t& room, std::size_t bytes)
     if (bytes > room)
         throw std::length_error("the points of its routes would take too much memory");
     room -= bytes;
-}
-
-/// Appends the records of the waypoints in a list's pairs of name and icon. The icons are ignored:
-/// each record has its own symbol.
-void appendPoints(std::string_view pairs, gps::Array& points, const gps::Dictionary& waypoints,
-                  std::size_t& room)
-{
-    while (!pairs.empty()) {
-        const auto name = takeField(pairs);
-        takeField(pairs); // the icon
-        if (name.empty())
-            continue;
-        if (const auto* record = waypoints.findDictionary(name)) {
-            takeRoom(room, bytesOf(*record));
-            points.emplace_back(*record);
-        } else {
-            gps::logLine("referencing " + std::string{name} + " waypoint that doesn't exist");
-        }
-    }
 }
 
 void logGap(std::int32_t last, std::int32_t expected)
@@ -119,11 +100,37 @@ bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
                             std::size_t& room)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kRouteSentence);
-    return fields && readRoute(*fields, points, waypoints, info, room);
+    if (!fields)
+        return false;
+    const bool isLast = readRouteInfo(*fields, info);
+    (void)appendRoutePoints(*fields, points, waypoints, room);
+    return isLast;
 }
 
-bool readRoute(const SentenceFields& fields, gps::Array& points, const gps::Dictionary& waypoints,
-               gps::Dictionary& info, std::size_t& room)
+std::size_t appendRoutePoints(const SentenceFields& fields, gps::Array& points,
+                              const gps::Dictionary& waypoints, std::size_t& room)
+{
+    std::size_t unknown = 0;
+    RoutePointNames names{fields};
+    while (const auto name = names.next()) {
+        if (const auto* record = waypoints.findDictionary(*name)) {
+            takeRoom(room, bytesOf(*record));
+            points.emplace_back(*record);
+        } else {
+            logUnknownPoint(*name);
+            ++unknown;
+        }
+    }
+    return unknown;
+}
+
+RoutePosition routePosition(const SentenceFields& fields)
+{
+    return {gps::leadingInt32(fields.at(kTotal)), gps::leadingInt32(fields.at(kNumber)),
+            fields.at(kName)};
+}
+
+bool readRouteInfo(const SentenceFields& fields, gps::Dictionary& info)
 {
     // Everything that throws a RangeError comes first, so that a truncated sentence leaves the
     // route as it was.
@@ -132,7 +139,8 @@ bool readRoute(const SentenceFields& fields, gps::Array& points, const gps::Dict
     const auto letter = fields.at(kLetter);
     if (letter.empty())
         fields.throwRangeError(kLetter);
-    const auto comment = letter.front() == kMessage ? fields.at(kComment) : std::string_view{};
+    const bool isMessage = letter.front() == kMessage;
+    const auto comment = isMessage ? fields.at(kComment) : std::string_view{};
 
     const std::int32_t number = gps::leadingInt32(fields.at(kNumber));
     const std::int32_t last = GetIntValueForKey(&info, "lastIndex", 0);
@@ -140,12 +148,32 @@ bool readRoute(const SentenceFields& fields, gps::Array& points, const gps::Dict
     const std::int32_t expected = gps::saturatedInt32(std::int64_t{number} - 1);
     if (last != expected)
         logGap(last, expected);
-    if (letter.front() == kMessage)
+    if (isMessage)
         info.setText("comment", comment);
-    else if (letter.front() == kList)
-        appendPoints(fields.from(kFirstPoint), points, waypoints, room);
     info.set("lastIndex", number);
     return total == number;
+}
+
+RoutePointNames::RoutePointNames(const SentenceFields& fields)
+{
+    if (fields.at(kLetter).front() == kList)
+        pairs_ = fields.from(kFirstPoint);
+}
+
+std::optional<std::string_view> RoutePointNames::next() noexcept
+{
+    while (!pairs_.empty()) {
+        const auto name = takeField(pairs_);
+        takeField(pairs_); // the icon is ignored: each waypoint has its own symbol
+        if (!name.empty())
+            return name;
+    }
+    return std::nullopt;
+}
+
+void logUnknownPoint(std::string_view name)
+{
+    gps::logLine("referencing " + std::string{name} + " waypoint that doesn't exist");
 }
 
 std::vector<std::string> makeRouteSentencesFromWaypointList(const gps::Array& list,

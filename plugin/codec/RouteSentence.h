@@ -8,6 +8,8 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,9 +21,9 @@ class SentenceFields;
 /// The first field of a route sentence.
 inline constexpr std::string_view kRouteSentence = "PMGNRTE";
 
-/// How many bytes the records of the route points of one file or session may occupy. Each mention
-/// of a waypoint copies its record, so without a limit a few megabytes of mentions could exhaust
-/// the memory.
+/// How many bytes the records of the route points of one text may occupy if each mention of a
+/// waypoint copies its record. Without a limit a few megabytes of mentions could exhaust the
+/// memory.
 constexpr std::size_t kRoutePointRoom = std::size_t{1} << 30;
 
 /// Reads one line of a route: `interpretRouteSentence:into:fromWaypoints:withInfo:`.
@@ -43,11 +45,44 @@ constexpr std::size_t kRoutePointRoom = std::size_t{1} << 30;
                                           const gps::Dictionary& waypoints, gps::Dictionary& info,
                                           std::size_t& room);
 
-/// The same for a sentence that was checked and split already.
-/// Precondition: field 0 is kRouteSentence.
-[[nodiscard]] bool readRoute(const SentenceFields& fields, gps::Array& points,
-                             const gps::Dictionary& waypoints, gps::Dictionary& info,
-                             std::size_t& room);
+/// Where a sentence belongs in its route.
+struct RoutePosition {
+    std::int32_t total;    ///< of the route's sentences
+    std::int32_t number;   ///< of this sentence, from 1
+    std::string_view name; ///< of the route; a view into the sentence
+};
+
+/// Precondition: readRouteInfo() has accepted the sentence.
+[[nodiscard]] RoutePosition routePosition(const SentenceFields& fields);
+
+/// Reads everything but the points: "lastIndex", "name" and "comment". Logs a gap.
+/// @return  whether the line is the route's last one
+/// @throws gps::RangeError  as interpretRouteSentence(). Nothing has changed
+[[nodiscard]] bool readRouteInfo(const SentenceFields& fields, gps::Dictionary& info);
+
+/// Yields the names of the waypoints of a list, in order, as views into the sentence. Any other
+/// sentence of a route has none.
+class RoutePointNames {
+public:
+    /// Precondition: readRouteInfo() has accepted the sentence.
+    explicit RoutePointNames(const SentenceFields& fields);
+
+    [[nodiscard]] std::optional<std::string_view> next() noexcept;
+
+private:
+    std::string_view pairs_; // of name and icon; those that have not been read
+};
+
+/// Logs a point whose waypoint is not known.
+void logUnknownPoint(std::string_view name);
+
+/// Appends copies of the records of the waypoints that a list names, as interpretRouteSentence()
+/// does.
+/// @return  how many points are not known
+/// @throws std::length_error  as interpretRouteSentence()
+/// Precondition: readRouteInfo() has accepted the sentence.
+std::size_t appendRoutePoints(const SentenceFields& fields, gps::Array& points,
+                              const gps::Dictionary& waypoints, std::size_t& room);
 
 /// Writes a route: `makeRouteSentencesFromWaypointList:andInfo:`: lists of two waypoints each, then
 /// the comment as a message.

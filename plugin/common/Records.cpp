@@ -3,8 +3,6 @@
 
 #include "Records.h"
 
-#include <gps/GPSOutputReceiver.h>
-
 #include <utility>
 
 namespace magellan {
@@ -19,16 +17,6 @@ void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point, gps::
     record = extras;
     record.set(gps::kPointKey, point);
     records.set(*name, std::move(record));
-}
-
-void reportRoute(const gps::Dictionary& info, const gps::Array& points,
-                 gps::GPSOutputReceiver& status)
-{
-    status.newRoute(info);
-    for (const auto& element : points) {
-        const auto& record = *element.as<gps::Dictionary>();
-        status.wayPoint(*gps::findPoint(record), record);
-    }
 }
 
 } // namespace magellan

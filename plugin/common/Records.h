@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Records: handling of waypoint and route records that file readers and serial sessions share.
-// Stateless. [any]
+// Records: how waypoint records are kept by name. Used by the readers of files. Stateless. [any]
 
 #pragma once
 
 #include <gps/Value.h>
-
-namespace gps {
-class GPSOutputReceiver;
-} // namespace gps
 
 namespace magellan {
 
@@ -16,10 +11,5 @@ namespace magellan {
 /// Replaces an earlier record of that name. A waypoint without a name is not stored.
 void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point,
                 gps::Dictionary& records);
-
-/// Reports `newRoute:` and then `wayPoint:extra:` for each of the route's points.
-/// Precondition: each of `points` is a record with its "point".
-void reportRoute(const gps::Dictionary& info, const gps::Array& points,
-                 gps::GPSOutputReceiver& status);
 
 } // namespace magellan

@@ -5,10 +5,13 @@
 #include "../common/DataFolders.h"
 #include "../common/DictionaryHelpers.h"
 #include "../common/FolderWalk.h"
+#include "../common/OperationAccount.h"
 #include "DeviceFileReaders.h"
+#include "KeyValueFile.h"
 #include "MagellanGPSPlugin.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <platform/System/FileManager.h>
 
 #include <array>
 #include <optional>
@@ -20,6 +23,7 @@ namespace {
 /// How one kind of data is downloaded.
 struct Kind {
     const char* option; ///< false switches the kind off
+    const char* name;   ///< in the account
     Reader reader;
     RecordKind folder;
     gps::TransferKind kind;
@@ -27,10 +31,12 @@ struct Kind {
 
 /// In download order. Geocaches have no option of their own: to the host they are waypoints.
 constexpr std::array kKinds{
-    Kind{"waypoints", acquireWayPoints, RecordKind::kWaypoints, gps::TransferKind::kWaypoints},
-    Kind{"waypoints", acquireGeoCaches, RecordKind::kGeocaches, gps::TransferKind::kWaypoints},
-    Kind{"routes", acquireRoutes, RecordKind::kRoutes, gps::TransferKind::kRoutes},
-    Kind{"tracks", acquireTracks, RecordKind::kTracks, gps::TransferKind::kTracks},
+    Kind{"waypoints", "waypoints", acquireWayPoints, RecordKind::kWaypoints,
+         gps::TransferKind::kWaypoints},
+    Kind{"waypoints", "geocaches", acquireGeoCaches, RecordKind::kGeocaches,
+         gps::TransferKind::kWaypoints},
+    Kind{"routes", "routes", acquireRoutes, RecordKind::kRoutes, gps::TransferKind::kRoutes},
+    Kind{"tracks", "tracks", acquireTracks, RecordKind::kTracks, gps::TransferKind::kTracks},
 };
 
 bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
@@ -56,16 +62,34 @@ private:
 /// Downloads one kind.
 /// @return  whether to continue with the next kind. The reason not to is only logged; a host
 ///          notices that the later transfers are missing
-bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputReceiver& status)
+bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputReceiver& status,
+                 const OperationMonitor& monitor, OperationAccount& account)
 {
     if (isSwitchedOff(kind, work))
         return true;
+    if (monitor.stopRequested()) {
+        account.setStopped();
+        return false;
+    }
     status.startTransfer(kind.kind);
     const auto folder = dataFolderPath(*work.findDictionary("folders"), kind.folder,
                                        *work.findString("targetPath"));
-    const auto error = folder ? sendSelector(kind.reader, status, *folder) : std::nullopt;
+    const auto error =
+        folder ? sendSelector(kind.reader, status, *folder, {kind.name, monitor, account})
+               : std::nullopt;
     status.endTransfer(kind.kind);
     return !error;
+}
+
+/// Folders that are missing give no records, and no errors. That is all that remains to be seen of
+/// a volume that has been pulled out, so this looks whether it is still a receiver.
+void checkPresence(const std::string& volume, OperationAccount& account)
+{
+    const gps::AuthorizedPath access{volume};
+    const auto path = unitFilePath(volume);
+    std::string front;
+    if (const auto error = gps::FileManager{}.readFront(path, front, 1))
+        account.addUnseen("device", path, *error);
 }
 
 } // namespace
@@ -88,10 +112,14 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
 void MagellanGPSPlugin::runAcquire(const gps::Dictionary& work)
 {
     gps::GPSOutputReceiver& status = **work.find("output")->as<Status>();
-    status.gpsStateChange(1);
-    for (const auto& kind : kKinds) {
-        if (!acquireKind(kind, work, status))
-            break;
+    {
+        OperationAccount account{monitor()}; // published at the end of this scope
+        status.gpsStateChange(1);
+        for (const auto& kind : kKinds) {
+            if (!acquireKind(kind, work, status, monitor(), account))
+                break;
+        }
+        checkPresence(*work.findString("targetPath"), account);
     }
     status.gpsStateChange(0);
 }

@@ -10,9 +10,12 @@
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
+#include "../common/LineAccounts.h"
 #include "../common/Lines.h"
 #include "../common/NameTable.h"
 #include "../common/Records.h"
+#include "../common/RouteAssembler.h"
+#include "../common/RouteGaps.h"
 #include "../common/TrackAnnouncer.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -21,6 +24,8 @@
 #include <platform/System/Log.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -42,6 +47,16 @@ constexpr NamedKind kGeoCaches{RecordKind::kGeocaches, kGeoCacheSentence, readGe
 
 constexpr std::size_t kUsualKeys = 5; ///< in a record
 
+/// Why a line gave no record; nullopt if it gave one.
+using Skipped = std::optional<gps::SkipReason>;
+
+using gps::SkipReason;
+
+struct NumberedSentence {
+    SentenceFields fields;
+    std::uint64_t number; ///< of its line
+};
+
 std::string_view readErrorMessage(RecordKind kind)
 {
     switch (kind) {
@@ -57,53 +72,112 @@ std::string_view readErrorMessage(RecordKind kind)
     return "Couldn't read route data from device";
 }
 
-/// Calls `visit` with the fields of each line that is a sentence of the given name.
-template <typename Visit>
-void forEachSentence(std::string_view text, std::string_view name, Visit visit)
+/// Calls `visit` and records what becomes of the line.
+template <typename Visit> void visitSentence(const SentenceFields& fields, std::uint64_t number,
+                                             gps::LineAccount& lines, Visit& visit)
 {
+    try {
+        if (const Skipped reason = visit(fields, number))
+            addSkipped(lines, number, *reason);
+        else
+            addAccepted(lines);
+    } catch (const gps::RangeError&) {
+        addSkipped(lines, number, SkipReason::kTooFewFields);
+        throw;
+    }
+}
+
+/// Calls `visit` with the fields and the number of each line that is a sentence of the given name.
+/// @param visit  returns why the line gave no record; nullopt if it gave one
+template <typename Visit> void forEachSentence(std::string_view text, std::string_view name,
+                                               gps::LineAccount& lines, Visit visit)
+{
+    std::uint64_t number = 0;
     forEachLine(text, [&](std::string_view line) {
+        ++number;
         if (const auto fields = SentenceFields::ofSentence(line, name))
-            visit(*fields);
+            visitSentence(*fields, number, lines, visit);
+        else
+            addOther(lines, number, line);
     });
 }
 
-void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& records)
+/// Remembers the line of the last record of each name, and records those that were replaced.
+class LinesByName {
+public:
+    /// @param lines  null: nothing is recorded
+    explicit LinesByName(gps::LineAccount* lines) : lines_(lines) {}
+
+    /// Precondition: the text behind the name outlives this object.
+    void add(std::string_view name, std::uint64_t number)
+    {
+        if (lines_ == nullptr)
+            return;
+        const auto index = names_.indexOf(name);
+        if (index == numbers_.size())
+            numbers_.push_back(number);
+        else
+            addReplaced(*lines_, std::exchange(numbers_[index], number));
+    }
+
+private:
+    gps::LineAccount* lines_;
+    NameTable names_;
+    std::vector<std::uint64_t> numbers_; // by index in `names_`
+};
+
+void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& records,
+             gps::LineAccount* account)
 {
+    gps::LineAccount unused;
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
-    forEachSentence(text, kind.sentence, [&](const SentenceFields& fields) {
-        extras.clear();
-        kind.read(fields, point, &extras);
-        keepByName(extras, point, records);
-    });
+    LinesByName lineOf{account};
+    forEachSentence(text, kind.sentence, account != nullptr ? *account : unused,
+                    [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+                        extras.clear();
+                        kind.read(fields, point, &extras);
+                        const auto name = kind.nameIn(fields);
+                        if (!name)
+                            return SkipReason::kNoName;
+                        lineOf.add(*name, number);
+                        keepByName(extras, point, records);
+                        return std::nullopt;
+                    });
 }
 
 /// Like collect(), but streams: it remembers only the fields of the last sentence of each name, as
 /// views into the text, instead of building a record for every line.
 std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status,
-                                 const std::string& path)
+                                 const std::string& path, gps::FileAccount* account)
 {
+    gps::FileAccount unused;
+    auto& lines = (account != nullptr ? *account : unused).lines;
     std::string text;
-    if (auto error = readDeviceFile(kind.kind, path, text))
+    if (auto error = readDeviceFile(kind.kind, path, text, account))
         return error;
     NameTable names;
-    std::vector<SentenceFields> lastOfName; // by index in `names`
-    forEachSentence(text, kind.sentence, [&](const SentenceFields& fields) {
-        const auto name = kind.nameIn(fields);
-        if (!name)
-            return;
-        const auto index = names.indexOf(*name);
-        if (index == lastOfName.size())
-            lastOfName.push_back(fields);
-        else
-            lastOfName[index] = fields;
-    });
+    std::vector<NumberedSentence> lastOfName; // by index in `names`
+    forEachSentence(text, kind.sentence, lines,
+                    [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+                        const auto name = kind.nameIn(fields);
+                        if (!name)
+                            return SkipReason::kNoName;
+                        const auto index = names.indexOf(*name);
+                        if (index == lastOfName.size()) {
+                            lastOfName.push_back({fields, number});
+                        } else {
+                            addReplaced(lines, lastOfName[index].number);
+                            lastOfName[index] = {fields, number};
+                        }
+                        return std::nullopt;
+                    });
 
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
-    for (const auto& fields : lastOfName) {
+    for (const auto& [fields, number] : lastOfName) {
         extras.clear();
         kind.read(fields, point, &extras);
         status.wayPoint(point, extras);
@@ -111,59 +185,134 @@ std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& 
     return std::nullopt;
 }
 
+/// Calls `onWayPoint` and `onRoute` with the fields and the number of each waypoint and route
+/// sentence of a route file. Both return why the line gave no record.
+template <typename OnWayPoint, typename OnRoute>
+void forEachRouteFileSentence(std::string_view text, gps::LineAccount& lines, OnWayPoint onWayPoint,
+                              OnRoute onRoute)
+{
+    std::uint64_t number = 0;
+    forEachLine(text, [&](std::string_view line) {
+        ++number;
+        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
+        if (!body)
+            addOther(lines, number, line);
+        else if (const auto wayPoint = SentenceFields::ofBody(*body, kWayPointSentence))
+            visitSentence(*wayPoint, number, lines, onWayPoint);
+        else if (const auto route = SentenceFields::ofBody(*body, kRouteSentence))
+            visitSentence(*route, number, lines, onRoute);
+        else
+            addOther(lines, number, line);
+    });
+}
+
+/// The complete routes of a file by name, in the order in which the names first appear; of several
+/// routes with one name, the last.
+class RoutesByName {
+public:
+    explicit RoutesByName(gps::LineAccount& lines) : lines_(lines) {}
+
+    void add(AssembledRoute route, std::uint64_t number)
+    {
+        const auto [known, isNew] =
+            indices_.try_emplace(*route.info.findString("name"), routes_.size());
+        if (isNew) {
+            routes_.push_back({std::move(route), number});
+            return;
+        }
+        auto& [present, line] = routes_[known->second];
+        addDefect(lines_, std::exchange(line, number), SkipReason::kReplaced);
+        present = std::move(route);
+    }
+
+    void report(gps::GPSOutputReceiver& status) const
+    {
+        for (const auto& [route, line] : routes_)
+            reportRoute(route, status);
+    }
+
+private:
+    gps::LineAccount& lines_;
+    std::vector<std::pair<AssembledRoute, std::uint64_t>> routes_; // with the last line of each
+    std::unordered_map<std::string, std::size_t> indices_;         // into routes_
+};
+
 /// Stores a complete route under its name, which each of its sentences has set, and empties `info`
 /// and `points` for the next route.
-void storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& routes)
+/// @return  whether it replaces a route of that name
+bool storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& routes)
 {
     info.set("points", std::exchange(points, {}));
     const std::string name = *info.findString("name");
+    const bool isKnown = routes.find(name) != nullptr;
     routes.set(name, std::exchange(info, {}));
-}
-
-void reportStoredRoute(gps::GPSOutputReceiver& status, gps::Dictionary route)
-{
-    const gps::Value points = std::exchange(*route.find("points"), gps::Array{});
-    route.remove("points");
-    reportRoute(route, *points.as<gps::Array>(), status);
+    return isKnown;
 }
 
 } // namespace
 
-std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account)
 {
+    gps::FileAccount unused;
     std::string text;
-    if (readDeviceFile(RecordKind::kTracks, path, text))
+    if (readDeviceFile(RecordKind::kTracks, path, text, account))
         return std::nullopt;
     gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
     gps::Dictionary extras;
     extras.reserve(3);
     TrackAnnouncer announcer{status};
-    forEachSentence(text, kTrackPointSentence, [&](const SentenceFields& fields) {
-        extras.clear();
-        readTrackPoint(fields, point, &extras);
-        announcer.beforePoint(extras);
-        status.trackPoint(point, extras);
-    });
+    forEachSentence(text, kTrackPointSentence, (account != nullptr ? *account : unused).lines,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+                        extras.clear();
+                        readTrackPoint(fields, point, &extras);
+                        announcer.beforePoint(extras);
+                        status.trackPoint(point, extras);
+                        return std::nullopt;
+                    });
     return std::nullopt;
 }
 
-std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status, const std::string& path,
+                                           gps::FileAccount* account)
 {
-    return report(kWayPoints, status, path);
+    return report(kWayPoints, status, path, account);
 }
 
-std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const std::string& path,
+                                           gps::FileAccount* account)
 {
-    return report(kGeoCaches, status, path);
+    return report(kGeoCaches, status, path, account);
 }
 
-std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account)
 {
-    gps::Dictionary waypoints;
-    gps::Dictionary routes;
-    acquireRoutesFromPath(path, waypoints, routes);
-    for (const auto& [name, route] : routes)
-        reportStoredRoute(status, *route.as<gps::Dictionary>());
+    gps::FileAccount unused;
+    auto& lines = (account != nullptr ? *account : unused).lines;
+    std::string text;
+    if (readDeviceFile(RecordKind::kRoutes, path, text, account))
+        return std::nullopt;
+    gps::GPSPoint point;
+    gps::Dictionary extras;
+    extras.reserve(kUsualKeys);
+    RouteAssembler assembler;
+    RoutesByName routes{lines};
+    forEachRouteFileSentence(
+        text, lines,
+        [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+            extras.clear();
+            readWayPoint(fields, point, &extras);
+            const bool isKept = assembler.addWayPoint(extras, point);
+            return isKept ? std::nullopt : Skipped{SkipReason::kNoName};
+        },
+        [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+            if (auto route = assembler.addSentence(fields, number, lines))
+                routes.add(*std::move(route), number);
+            return std::nullopt;
+        });
+    assembler.finish(lines);
+    routes.report(status);
     return std::nullopt;
 }
 
@@ -196,58 +345,77 @@ std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Di
     return std::nullopt;
 }
 
-void collectWayPoints(std::string_view text, gps::Dictionary& records)
+void collectWayPoints(std::string_view text, gps::Dictionary& records, gps::LineAccount* account)
 {
-    collect(kWayPoints, text, records);
+    collect(kWayPoints, text, records, account);
 }
 
-void collectGeoCaches(std::string_view text, gps::Dictionary& records)
+void collectGeoCaches(std::string_view text, gps::Dictionary& records, gps::LineAccount* account)
 {
-    collect(kGeoCaches, text, records);
+    collect(kGeoCaches, text, records, account);
 }
 
 gps::Array collectTrackPoints(std::string_view text)
 {
+    gps::LineAccount unused;
     gps::Array points;
     gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
-    forEachSentence(text, kTrackPointSentence, [&](const SentenceFields& fields) {
-        readTrackPoint(fields, point, nullptr);
-        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
-    });
+    forEachSentence(text, kTrackPointSentence, unused,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+                        readTrackPoint(fields, point, nullptr);
+                        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+                        return std::nullopt;
+                    });
     return points;
 }
 
-void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes)
+void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes,
+                   gps::LineAccount* account)
 {
+    gps::LineAccount unused;
+    auto& lines = account != nullptr ? *account : unused;
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
     gps::Array points;
     gps::Dictionary info;
     std::size_t room = kRoutePointRoom;
-    forEachLine(text, [&](std::string_view line) {
-        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-        if (!body)
-            return;
-        if (const auto wayPoint = SentenceFields::ofBody(*body, kWayPointSentence)) {
+    RouteGaps gaps;
+    LinesByName lineOf{account};
+    forEachRouteFileSentence(
+        text, lines,
+        [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
             extras.clear();
-            readWayPoint(*wayPoint, point, &extras);
+            readWayPoint(fields, point, &extras);
+            const auto name = wayPointName(fields);
+            if (!name)
+                return SkipReason::kNoName;
+            lineOf.add(*name, number);
             keepByName(extras, point, waypoints);
-        } else if (const auto route = SentenceFields::ofBody(*body, kRouteSentence)) {
-            if (readRoute(*route, points, waypoints, info, room))
-                storeRoute(info, points, routes);
-        }
-    });
+            return std::nullopt;
+        },
+        [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+            const bool isLast = readRouteInfo(fields, info);
+            gaps.add(fields, number, lines);
+            for (auto n = appendRoutePoints(fields, points, waypoints, room); n > 0; --n)
+                addDefect(lines, number, SkipReason::kUnknownPoint);
+            if (isLast && storeRoute(info, points, routes))
+                addDefect(lines, number, SkipReason::kReplaced);
+            return std::nullopt;
+        });
+    gaps.finish(lines);
 }
 
 std::optional<gps::Error> readDeviceFile(RecordKind kind, const std::string& path,
-                                         std::string& text)
+                                         std::string& text, gps::FileAccount* account)
 {
     auto error = gps::FileManager{}.readAsciiFile(path, text);
     if (error)
         gps::logError(kFilesLogSource, makeError(ErrorCode::kReadFailed, readErrorMessage(kind),
                                                  kSuggestMounting, path)
                                            .causedBy(*error));
+    if (account != nullptr)
+        account->error = error;
     return error;
 }
 

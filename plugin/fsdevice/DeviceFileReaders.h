@@ -5,13 +5,15 @@
 //
 // A file is 7-bit ASCII, split into lines at CR LF. Lines that are not sentences of the kind are
 // ignored. A file that cannot be read is logged, whatever the debug level. All operations throw
-// gps::RangeError at a truncated sentence; what they reported or collected before it stays.
+// gps::RangeError at a truncated sentence; what they reported or collected before it stays. Those
+// that take an account record in it what becomes of each line; null: nothing is recorded.
 
 #pragma once
 
 #include "../common/RecordKind.h"
 
 #include <gps/Error.h>
+#include <gps/GPSTransferAccount.h>
 #include <gps/Value.h>
 
 #include <optional>
@@ -27,23 +29,27 @@ namespace magellan {
 /// `acquireTracks:fromPath:`: reports `newTrack:` before the first point of each track, whose name
 /// is "Current Track" if its points have none, and `trackPoint:extra:` for each point.
 /// @return  always nullopt
-std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path);
+std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account = nullptr);
 
 /// `acquireWayPoints:fromPath:`: reports `wayPoint:extra:` once per name, in the order in which the
 /// names first appear; of several waypoints with one name, the last.
 /// @return  the system's read error; nothing was reported then
 [[nodiscard]] std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status,
-                                                         const std::string& path);
+                                                         const std::string& path,
+                                                         gps::FileAccount* account = nullptr);
 
 /// `acquireRoutes:fromPath:`: reports `newRoute:` for each complete route, then `wayPoint:extra:`
 /// for each of its points, with "point" among the extras. Waypoints without a route are not
 /// reported.
 /// @return  always nullopt
-std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path);
+std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account = nullptr);
 
 /// `acquireGeoCaches:fromPath:`: like acquireWayPoints().
 [[nodiscard]] std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status,
-                                                         const std::string& path);
+                                                         const std::string& path,
+                                                         gps::FileAccount* account = nullptr);
 
 /// `acquireWayPointsFromPath:intoDictionary:`, `acquireGeoCachesFromPath:intoDictionary:`.
 /// @param records  out: records (with "point") by name. A later record of a name replaces the
@@ -64,9 +70,12 @@ std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Di
                                                 gps::Dictionary& routes);
 
 /// The same three for a text that was read already.
-void collectWayPoints(std::string_view text, gps::Dictionary& records);
-void collectGeoCaches(std::string_view text, gps::Dictionary& records);
-void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes);
+void collectWayPoints(std::string_view text, gps::Dictionary& records,
+                      gps::LineAccount* account = nullptr);
+void collectGeoCaches(std::string_view text, gps::Dictionary& records,
+                      gps::LineAccount* account = nullptr);
+void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes,
+                   gps::LineAccount* account = nullptr);
 
 /// The points in the text of a track file, as records that hold only "point".
 [[nodiscard]] gps::Array collectTrackPoints(std::string_view text);
@@ -75,6 +84,6 @@ void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dicti
 /// @param text  out: empty after a failure
 /// @return      the system's read error
 std::optional<gps::Error> readDeviceFile(RecordKind kind, const std::string& path,
-                                         std::string& text);
+                                         std::string& text, gps::FileAccount* account = nullptr);
 
 } // namespace magellan

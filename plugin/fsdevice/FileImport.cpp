@@ -5,6 +5,7 @@
 #include "../common/Errors.h"
 #include "../common/FolderWalk.h"
 #include "../common/GuardedStatus.h"
+#include "../common/OperationAccount.h"
 #include "DeviceFileReaders.h"
 #include "MagellanGPSPlugin.h"
 
@@ -27,15 +28,16 @@ namespace {
 struct ImportKind {
     std::string_view extension; ///< matched exactly, case included
     std::string_view prefix;    ///< of the first line
+    const char* name;           ///< in the account
     Reader reader;
     gps::TransferKind kind;
 };
 
 constexpr std::array kImportKinds{
-    ImportKind{"log", "$PMGNTRK", acquireTracks, gps::TransferKind::kTracks},
-    ImportKind{"upt", "$PMGNWPL", acquireWayPoints, gps::TransferKind::kWaypoints},
-    ImportKind{"rte", "$PMGNRTE", acquireRoutes, gps::TransferKind::kRoutes},
-    ImportKind{"gs", "$PMGNGEO", acquireGeoCaches, gps::TransferKind::kWaypoints},
+    ImportKind{"log", "$PMGNTRK", "tracks", acquireTracks, gps::TransferKind::kTracks},
+    ImportKind{"upt", "$PMGNWPL", "waypoints", acquireWayPoints, gps::TransferKind::kWaypoints},
+    ImportKind{"rte", "$PMGNRTE", "routes", acquireRoutes, gps::TransferKind::kRoutes},
+    ImportKind{"gs", "$PMGNGEO", "geocaches", acquireGeoCaches, gps::TransferKind::kWaypoints},
 };
 
 constexpr char kWrongPlugIn[] = "File may be invalid or this may be the wrong plug-in";
@@ -67,16 +69,19 @@ std::optional<gps::Error> checkFirstLine(const std::string& path, const ImportKi
 /// Reads a file between the status calls of an import. What the reader itself throws passes on
 /// after the last of them.
 std::optional<gps::Error> readBracketed(const ImportKind& kind, gps::GPSOutputReceiver& status,
-                                        const std::string& path)
+                                        const std::string& path, OperationMonitor& monitor)
 {
     std::optional<gps::Error> error;
     std::exception_ptr failure;
     status.startTransfer(kind.kind);
+    gps::FileAccount file{.kind = kind.name, .path = path};
     try {
-        error = kind.reader(status, path);
-    } catch (const std::exception&) {
+        error = kind.reader(status, path, &file);
+    } catch (const std::exception& thrown) {
         failure = std::current_exception();
+        file.error = makeThrownError(thrown, path);
     }
+    OperationAccount{monitor}.addFile(std::move(file));
     status.endTransfer(kind.kind);
     status.gpsStateChange(0);
     if (failure)
@@ -89,6 +94,7 @@ std::optional<gps::Error> readBracketed(const ImportKind& kind, gps::GPSOutputRe
 std::optional<gps::Error> MagellanGPSPlugin::importFile(const std::optional<std::string>& path,
                                                         gps::GPSOutputReceiver& status) const
 {
+    monitor_.begin();
     GuardedStatus guarded{status};
     try {
         return importGuarded(path, guarded);
@@ -103,6 +109,7 @@ std::optional<gps::Error> MagellanGPSPlugin::importGuarded(const std::optional<s
 {
     const auto refuse = [this, &status](gps::Error error) {
         error = logged(std::move(error));
+        OperationAccount{monitor_}.addFile({.path = error.path().value_or(""), .error = error});
         status.gpsStateChange(0);
         return error;
     };
@@ -118,7 +125,7 @@ std::optional<gps::Error> MagellanGPSPlugin::importGuarded(const std::optional<s
     if (auto error = checkFirstLine(*path, *kind))
         return refuse(std::move(*error));
 
-    return readBracketed(*kind, status, *path);
+    return readBracketed(*kind, status, *path, monitor_);
 }
 
 } // namespace magellan

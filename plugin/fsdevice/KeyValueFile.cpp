@@ -9,6 +9,8 @@
 #include <gps/Characters.h>
 #include <platform/System/FileManager.h>
 
+#include <utility>
+
 namespace magellan {
 namespace {
 
@@ -52,12 +54,17 @@ std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume,
     return readMagellanDictionaryFromPath(unitFilePath(volume), dictionary);
 }
 
-std::optional<gps::Dictionary> readMagellanFolderDictionaryFromPath(const std::string& volume)
+std::optional<gps::Dictionary>
+readMagellanFolderDictionaryFromPath(const std::string& volume, std::optional<gps::Error>* error)
 {
     gps::Dictionary folders;
+    auto failure =
+        readMagellanDictionaryFromPath(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders);
     // An empty language file is used as it is: the volume then has no data folders.
-    if (!readMagellanDictionaryFromPath(gps::joinPath(volume, "USBTRANS/LANGUAGE.DAT"), folders))
+    if (!failure)
         return folders;
+    if (error != nullptr && failure->code() != gps::FileErrorCode::kReadNoSuchFile)
+        *error = std::move(failure);
     return pluginBundle().dictionaryResource("MagDefaultLanguage");
 }
 

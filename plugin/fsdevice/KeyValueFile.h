@@ -37,7 +37,9 @@ namespace magellan {
 /// `readMagellanFolderDictionaryFromPath:`: the folder dictionary of a volume, which has the names
 /// of the data folders by folder key. Comes from the volume's language file or, if that cannot be
 /// read, from the plug-in's resources. Returns nullopt if both are missing.
+/// @param error  out, may be null: why the language file could not be read although it exists
 [[nodiscard]] std::optional<gps::Dictionary>
-readMagellanFolderDictionaryFromPath(const std::string& volume);
+readMagellanFolderDictionaryFromPath(const std::string& volume,
+                                     std::optional<gps::Error>* error = nullptr);
 
 } // namespace magellan

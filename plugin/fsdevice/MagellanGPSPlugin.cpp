@@ -68,6 +68,7 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
                                                          const gps::Dictionary& additions,
                                                          WorkerBody body)
 {
+    monitor_.begin();
     gps::Dictionary work;
     auto error = setUpDictionaryForThreadingFromOptions(options, work);
     if (!error) {
@@ -98,7 +99,10 @@ MagellanGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dictionary&
     if (volume == nullptr)
         return logged(makeError(ErrorCode::kNoDevice,
                                 "No location was selected for Magellan device", kSuggestMounting));
-    auto folders = readMagellanFolderDictionaryFromPath(*volume);
+    std::optional<gps::Error> unread;
+    auto folders = readMagellanFolderDictionaryFromPath(*volume, &unread);
+    if (unread)
+        monitor_.addUnseen({"device", unread->path().value_or(*volume), *unread});
     if (!folders)
         return logged(makeError(ErrorCode::kDeviceDataMissing,
                                 "Magellan device data missing or in unregonized format",

@@ -3,13 +3,17 @@
 // driver. Its members are defined in several sources, one per subject: MagellanGPSPlugin.cpp
 // (identity, creation, the start of every operation), DeviceDiscovery.cpp, AcquireDriver.cpp,
 // FileImport.cpp and SendDriver.cpp. [host thread], except for the worker entry points runAcquire()
-// and runSend(), which use only their work dictionary.
+// and runSend(), which use only their work dictionary and the monitor.
 
 #pragma once
+
+#include "../common/OperationMonitor.h"
 
 #include <gps/Error.h>
 #include <gps/GPSDeviceSearch.h>
 #include <gps/GPSPlugInProtocol.h>
+#include <gps/GPSSessionControl.h>
+#include <gps/GPSTransferAccount.h>
 #include <gps/View.h>
 #include <platform/GPSUtilities/GPSStorageAuthorization.h>
 
@@ -28,6 +32,8 @@ inline constexpr char kPlugInClass[] = "GPSPlugIn";
 
 class MagellanGPSPlugin : public gps::GPSPlugInProtocol,
                           public gps::GPSDeviceSearch,
+                          public gps::GPSTransferAccount,
+                          public gps::GPSSessionControl,
                           public std::enable_shared_from_this<MagellanGPSPlugin> {
 public:
     /// `getPluginForClass:`: creates a driver, loads its view and searches for devices. The driver
@@ -49,7 +55,8 @@ public:
     [[nodiscard]] bool needsSerialRefresh() const override { return false; }
     [[nodiscard]] bool needsFileSystemRefresh() const override { return true; }
 
-    // Operations. Live position is not offered, and a running operation cannot be cancelled.
+    // Operations. Live position is not offered, and gpsCancel() does nothing; requestStop() is for
+    // hosts that know GPSSessionControl.
     [[nodiscard]] std::optional<gps::Error> gpsRunAcquire(const Status& status,
                                                           const gps::Dictionary& options) override;
     [[nodiscard]] std::optional<gps::Error> gpsRunSend(const gps::Dictionary* data,
@@ -61,6 +68,12 @@ public:
     }
     bool gpsStopPVT() override { return false; }
     void gpsCancel() override {}
+    void requestStop() noexcept override { monitor_.requestStop(); }
+    [[nodiscard]] gps::TransferAccount transferAccount() const override
+    {
+        return monitor_.account();
+    }
+    [[nodiscard]] gps::LineVoice lineVoice() const noexcept override { return monitor_.voice(); }
 
     // Devices.
     [[nodiscard]] bool isReady() const override;
@@ -144,6 +157,9 @@ protected:
     /// The selected device's volume path; null if no device is selected.
     [[nodiscard]] const std::string* location() const;
 
+    /// What the running operation shares with the host. [any]
+    [[nodiscard]] OperationMonitor& monitor() const noexcept { return monitor_; }
+
     /// Logs "class name: error" if the debug level is not 0. Returns the error.
     [[nodiscard]] gps::Error logged(gps::Error error) const;
 
@@ -177,6 +193,8 @@ private:
     std::optional<gps::Dictionary> fsDevice_;
     std::int32_t debugLevel_ = 0;
     std::optional<gps::SecurityScopedURL> securityURL_;
+    mutable OperationMonitor monitor_; // used while an operation runs, the driver itself does not
+                                       // change
 };
 
 } // namespace magellan

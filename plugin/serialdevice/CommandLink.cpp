@@ -3,9 +3,16 @@
 
 #include "CommandLink.h"
 
+#include "../common/LineAccounts.h"
+#include "../common/OperationAccount.h"
+#include "../common/OperationMonitor.h"
+
 #include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/System/Log.h>
+
+#include <algorithm>
+#include <array>
 
 namespace magellan {
 namespace {
@@ -13,12 +20,20 @@ namespace {
 constexpr char kLineEnd[] = "\r\n";
 constexpr float kTimeoutSeconds = 1.0F;
 
+constexpr int kLastAttempts = 2;    // of a command of a session that is being stopped
+constexpr int kMostStaleLines = 16; // to read past after each
+
 std::string acknowledgementOf(std::string_view body)
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
     const unsigned checksum = gps::NMEAUtils::checksumFromSentence(body);
     return {
         'P', 'M', 'G', 'N', 'C', 'S', 'M', ',', kDigits[checksum >> 4U], kDigits[checksum & 0xFU]};
+}
+
+void logReply(std::string_view body, std::string_view reply)
+{
+    gps::logLine(std::string{body}.append(" => ").append(reply));
 }
 
 } // namespace
@@ -29,29 +44,53 @@ void CommandLink::sendCommand(std::string_view body)
                        gps::StringEncoding::kASCII);
 }
 
+void CommandLink::stopIfRequested() const
+{
+    if (!isClosing_ && monitor_.stopRequested())
+        throw StopRequest{};
+}
+
 std::optional<std::string> CommandLink::readLine()
 {
-    return serial_.readStringTo(kLineEnd, kTimeoutSeconds);
+    stopIfRequested();
+    return readReply();
+}
+
+/// Reads a line even if the session is to stop: what has been sent may change the receiver's state,
+/// so its answer must be known.
+std::optional<std::string> CommandLink::readReply()
+{
+    const auto before = serial_.bytesReceived();
+    auto line = serial_.readStringTo(kLineEnd, kTimeoutSeconds);
+    wasSilent_ = !line && serial_.bytesReceived() == before;
+    if (!wasSilent_) {
+        const auto body = line ? gps::NMEAUtils::checkAndTrimNMEASentence(*line) : std::nullopt;
+        monitor_.hear(body ? voiceOf(*body) : gps::LineVoice::kNoise);
+    }
+    return line;
 }
 
 std::optional<std::string> CommandLink::sendCommandAwaitResponse(std::string_view body)
 {
+    stopIfRequested();
     sendCommand(body);
-    const auto line = readLine();
+    const auto line = readReply();
     const auto reply = line ? gps::NMEAUtils::checkAndTrimNMEASentence(*line) : std::nullopt;
     if (!reply)
         return std::nullopt;
-    gps::logLine(std::string{body}.append(" => ").append(*reply));
+    logReply(body, *reply);
     return std::string{*reply};
 }
 
 std::optional<std::string> CommandLink::readResponseWithChecksum()
 {
+    defect_.reset();
     const auto line = readLine();
     if (!line)
         return std::nullopt;
     const auto reply = gps::NMEAUtils::checkAndTrimNMEASentence(*line);
     if (!reply) {
+        defect_ = defectOf(*line);
         gps::logLine(" -- invalid/no response -- " + *line + ' ');
         return std::nullopt;
     }
@@ -63,11 +102,43 @@ std::optional<std::string> CommandLink::readResponseWithChecksum()
 bool CommandLink::sendCommandWithChecksum(std::string_view body)
 {
     const auto expected = acknowledgementOf(body);
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        if (sendCommandAwaitResponse(body) == expected)
-            return true;
+    auto& command = account_.addCommand(body);
+    while (!command.acknowledged && command.attempts < kAttempts) {
+        ++command.attempts;
+        command.acknowledged = sendCommandAwaitResponse(body) == expected;
     }
-    return false;
+    return command.acknowledged;
+}
+
+bool CommandLink::sendLastCommand(std::string_view body)
+{
+    const auto expected = acknowledgementOf(body);
+    auto& command = account_.addCommand(body);
+    while (!command.acknowledged && command.attempts < kLastAttempts) {
+        ++command.attempts;
+        sendCommand(body);
+        for (int i = 0; i < kMostStaleLines && !command.acknowledged; ++i) {
+            const auto line = readLine();
+            if (!line)
+                break;
+            const auto reply = gps::NMEAUtils::checkAndTrimNMEASentence(*line);
+            command.acknowledged = reply == expected;
+            if (command.acknowledged)
+                logReply(body, *reply);
+        }
+    }
+    return command.acknowledged;
+}
+
+gps::LineVoice voiceOf(std::string_view body) noexcept
+{
+    constexpr std::array<std::string_view, 7> kReceiverSentences{
+        "PMGNCSM,", "PMGNVER,", "PMGNWPL,", "PMGNTRK,", "PMGNRTE,", "PMGNGEO,", "PMGNCMD,END"};
+    if (std::any_of(kReceiverSentences.begin(), kReceiverSentences.end(),
+                    [body](std::string_view each) { return body.starts_with(each); }))
+        return gps::LineVoice::kReceiver;
+    // Sentences of the standard; those of manufacturers begin with "P".
+    return body.starts_with('P') ? gps::LineVoice::kNoise : gps::LineVoice::kNmea;
 }
 
 } // namespace magellan

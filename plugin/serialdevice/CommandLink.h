@@ -8,6 +8,8 @@
 
 #pragma once
 
+#include <gps/GPSTransferAccount.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,14 +20,26 @@ class OrvSerial;
 
 namespace magellan {
 
-/// All operations throw gps::SerialFailure if the line fails. Each read waits at most 1 second.
+class OperationAccount;
+class OperationMonitor;
+
+/// Thrown instead of the next step once the host has asked the session to stop.
+struct StopRequest {};
+
+/// All operations throw gps::SerialFailure if the line fails. Those that read throw StopRequest
+/// before beginClosing(). Each read waits at most 1 second.
 class CommandLink {
 public:
     /// How often a command that must be acknowledged is sent.
     static constexpr int kAttempts = 5;
 
-    /// @param serial  an open port; must outlive this object
-    explicit CommandLink(gps::OrvSerial& serial) : serial_(serial) {}
+    /// @param serial   an open port
+    /// @param monitor  says when to stop, and is told what answers
+    /// @param account  gets the commands that must be acknowledged
+    /// All three must outlive this object.
+    CommandLink(gps::OrvSerial& serial, OperationMonitor& monitor, OperationAccount& account)
+        : serial_(serial), monitor_(monitor), account_(account)
+    {}
 
     /// `sendCommand:`: sends a body without waiting for a reply.
     void sendCommand(std::string_view body);
@@ -43,11 +57,39 @@ public:
     /// @return  whether it was acknowledged
     bool sendCommandWithChecksum(std::string_view body);
 
+    /// The same for a session that closes down because of a request to stop: sends the command
+    /// twice at most, and reads past what the receiver was sending.
+    bool sendLastCommand(std::string_view body);
+
     /// Reads one line as it is, without its line end. Returns nullopt if none arrived.
     [[nodiscard]] std::optional<std::string> readLine();
 
+    /// Throws StopRequest if the host has asked the session to stop.
+    void stopIfRequested() const;
+
+    /// From now on no operation throws StopRequest: the receiver's state is to be restored.
+    void beginClosing() noexcept { isClosing_ = true; }
+
+    /// Whether no byte arrived during the last read.
+    [[nodiscard]] bool wasSilent() const noexcept { return wasSilent_; }
+
+    /// Why the line that readResponseWithChecksum() read last is not a sentence; nullopt if it is
+    /// one, or if there was no line.
+    [[nodiscard]] std::optional<gps::SkipReason> defect() const noexcept { return defect_; }
+
 private:
+    [[nodiscard]] std::optional<std::string> readReply();
+
     gps::OrvSerial& serial_;
+    OperationMonitor& monitor_;
+    OperationAccount& account_;
+    bool isClosing_ = false;
+    bool wasSilent_ = true;
+    std::optional<gps::SkipReason> defect_;
 };
+
+/// What a valid sentence says about who sent it. A sentence that only a faulty line could send
+/// back, such as our own command, counts as noise.
+[[nodiscard]] gps::LineVoice voiceOf(std::string_view body) noexcept;
 
 } // namespace magellan

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The steps follow the protocol one by one and never test whether a command was acknowledged: a
-// receiver that misses one still gets the rest, close-down included.
+// receiver that misses one still gets the rest, close-down included. The account records all of it.
 
 #include "DownloadSession.h"
 
@@ -11,7 +11,9 @@
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/GuardedStatus.h"
-#include "../common/Records.h"
+#include "../common/LineAccounts.h"
+#include "../common/OperationAccount.h"
+#include "../common/OperationMonitor.h"
 #include "../common/TrackAnnouncer.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -38,14 +40,6 @@ constexpr int kReplyBudget = 5;
 constexpr char kVersionAcknowledged[] = "PMGNCSM,28";
 constexpr char kEnd[] = "PMGNCMD,END";
 
-/// Splits a reply, which the link has checked already. Returns nullopt if there is no reply or it
-/// is another sentence than `name`.
-std::optional<SentenceFields> fieldsOf(const std::optional<std::string>& body,
-                                       std::string_view name)
-{
-    return body ? SentenceFields::ofBody(*body, name) : std::nullopt;
-}
-
 std::string speedCommand(int bitsPerSecond)
 {
     return "PMGNCMD,BAUD," + std::to_string(bitsPerSecond);
@@ -53,39 +47,64 @@ std::string speedCommand(int bitsPerSecond)
 
 } // namespace
 
+/// One data phase: a command, and sentences of one kind in answer to it.
+struct DownloadSession::Phase {
+    const char* kind; ///< the option that requests it, and its name in the account
+    std::string_view command;
+    std::string_view sentence;
+    bool logsReplies = false;
+};
+
+constexpr DownloadSession::Phase DownloadSession::kWaypointPhase{"waypoints", "PMGNCMD,WAYPOINT",
+                                                                 kWayPointSentence};
+constexpr DownloadSession::Phase DownloadSession::kTrackPhase{"tracks", "PMGNCMD,TRACK,2",
+                                                              kTrackPointSentence};
+constexpr DownloadSession::Phase DownloadSession::kRoutePhase{"routes", "PMGNCMD,ROUTE",
+                                                              kRouteSentence, true};
+
 DownloadSession::DownloadSession(gps::OrvSerial& serial, gps::GPSOutputReceiver& status,
-                                 const gps::Dictionary& work)
-    : serial_(serial), status_(status), work_(work), link_(serial)
+                                 const gps::Dictionary& work, OperationMonitor& monitor,
+                                 OperationAccount& account)
+    : serial_(serial), status_(status), work_(work), monitor_(monitor), account_(account),
+      link_(serial, monitor, account)
 {}
 
 std::optional<gps::Error> DownloadSession::run()
 {
+    for (const auto* phase : {&kWaypointPhase, &kTrackPhase, &kRoutePhase}) {
+        if (isNeeded(*phase))
+            (void)account_.phase(phase->kind);
+    }
     if (auto error = open())
         return error;
-    const auto reply = probe();
-    handshake(reply);
-    switchTransferOn();
-    speedUp();
     try {
-        downloadAll();
+        downloadFromReceiver();
     } catch (const std::length_error&) { // the session's own limits; the line works
         closeDown();
         throw;
     } catch (const StatusFailure&) { // likewise
         closeDown();
         throw;
+    } catch (const StopRequest&) { // likewise
+        closeDown();
+        account_.setStopped();
+        return gps::Error{kErrorDomain, static_cast<std::int32_t>(ErrorCode::kSessionInterrupted)};
     }
     closeDown();
     return std::nullopt;
 }
 
-void DownloadSession::downloadAll()
+void DownloadSession::downloadFromReceiver()
 {
-    if (isWanted("waypoints") || isWanted("routes")) // a route only names its waypoints
+    const auto reply = probe();
+    handshake(reply);
+    switchTransferOn();
+    speedUp();
+    if (isNeeded(kWaypointPhase))
         downloadWaypoints();
-    if (isWanted("tracks"))
+    if (isNeeded(kTrackPhase))
         downloadTracks();
-    if (isWanted("routes"))
+    if (isNeeded(kRoutePhase))
         downloadRoutes();
 }
 
@@ -103,10 +122,14 @@ std::optional<gps::Error> DownloadSession::open()
 /// none at any speed.
 std::optional<std::string> DownloadSession::probe()
 {
+    constexpr std::string_view kQuestion = "PMGNCMD,VERSION";
+    auto& command = account_.addCommand(kQuestion);
     for (const int speed : kProbeSpeeds) {
         serial_.setBaudRate(speed);
         for (int attempt = 0; attempt < kProbeAttempts; ++attempt) {
-            if (auto reply = link_.sendCommandAwaitResponse("PMGNCMD,VERSION")) {
+            ++command.attempts;
+            if (auto reply = link_.sendCommandAwaitResponse(kQuestion)) {
+                command.acknowledged = voiceOf(*reply) == gps::LineVoice::kReceiver;
                 foundSpeed_ = speed;
                 return reply;
             }
@@ -139,16 +162,13 @@ void DownloadSession::speedUp()
 
 void DownloadSession::downloadWaypoints()
 {
-    const bool isReported = isWanted("waypoints");
-    const bool isKept = isWanted("routes");
-    link_.sendCommandWithChecksum("PMGNCMD,WAYPOINT");
+    const bool isReported = isRequested(kWaypointPhase);
+    const bool isKept = isRequested(kRoutePhase);
+    link_.sendCommandWithChecksum(kWaypointPhase.command);
     if (isReported)
         status_.startTransfer(gps::TransferKind::kWaypoints);
-    forEachReply([&](const std::optional<std::string>& body) {
-        const auto fields = fieldsOf(body, kWayPointSentence);
-        if (!fields)
-            return;
-        readWayPoint(*fields, point_, &extras_);
+    forEachSentence(kWaypointPhase, [&](const SentenceFields& fields) {
+        readWayPoint(fields, point_, &extras_);
         if (isReported)
             status_.wayPoint(point_, extras_);
         if (isKept)
@@ -158,25 +178,22 @@ void DownloadSession::downloadWaypoints()
         status_.endTransfer(gps::TransferKind::kWaypoints);
 }
 
-/// This map is the only state that grows with input, so it is capped against a receiver that never
-/// stops sending.
+/// The kept waypoints are the only state that grows with input, so they are capped against a
+/// receiver that never stops sending.
 void DownloadSession::keepForRoutes()
 {
-    keepByName(extras_, point_, waypoints_);
-    if (waypoints_.size() > kMostWaypoints)
+    routes_.addWayPoint(extras_, point_);
+    if (routes_.wayPointCount() > kMostWaypoints)
         throw std::length_error("more waypoints than any receiver holds");
 }
 
 void DownloadSession::downloadTracks()
 {
-    link_.sendCommandWithChecksum("PMGNCMD,TRACK,2");
+    link_.sendCommandWithChecksum(kTrackPhase.command);
     status_.startTransfer(gps::TransferKind::kTracks);
     TrackAnnouncer announcer{status_};
-    forEachReply([&](const std::optional<std::string>& body) {
-        const auto fields = fieldsOf(body, kTrackPointSentence);
-        if (!fields)
-            return;
-        readTrackPoint(*fields, point_, &extras_);
+    forEachSentence(kTrackPhase, [&](const SentenceFields& fields) {
+        readTrackPoint(fields, point_, &extras_);
         announcer.beforePoint(extras_);
         status_.trackPoint(point_, extras_);
     });
@@ -185,44 +202,71 @@ void DownloadSession::downloadTracks()
 
 void DownloadSession::downloadRoutes()
 {
-    gps::Array points;
-    gps::Dictionary info;
-    std::size_t room = kRoutePointRoom;
-    link_.sendCommandWithChecksum("PMGNCMD,ROUTE");
+    auto& lines = account_.phase(kRoutePhase.kind).lines;
+    link_.sendCommandWithChecksum(kRoutePhase.command);
     status_.startTransfer(gps::TransferKind::kRoutes);
-    forEachReply([&](const std::optional<std::string>& body) {
-        gps::logLine(body.value_or("(null)"));
-        const auto fields = fieldsOf(body, kRouteSentence);
-        if (!fields || !readRoute(*fields, points, waypoints_, info, room))
-            return;
-        reportRoute(info, points, status_);
-        points.clear();
-        info.clear();
-        room = kRoutePointRoom;
+    forEachSentence(kRoutePhase, [&](const SentenceFields& fields) {
+        if (const auto route = routes_.addSentence(fields, lines.seen + 1, lines))
+            reportRoute(*route, status_);
     });
+    routes_.finish(lines);
     status_.endTransfer(gps::TransferKind::kRoutes);
 }
 
 /// Restores the receiver's state. If it was never found, the speed to restore is 0, which is sent
-/// and set like any other.
+/// and set like any other. A session that is being stopped does not wait for a receiver that does
+/// not answer, nor for the lines that may follow its answers.
 void DownloadSession::closeDown()
 {
-    link_.sendCommandWithChecksum("PMGNCMD,TOFF");
-    logLineAfter("TOFF");
-    link_.sendCommandWithChecksum("PMGNCMD,HANDOFF");
-    logLineAfter("HANDOFF");
-    changeSpeed(foundSpeed_);
+    link_.beginClosing();
+    isClosing_ = true;
+    isAnswering_ = monitor_.voice() == gps::LineVoice::kReceiver;
+    if (monitor_.stopRequested() && foundSpeed_ == 0)
+        return; // no receiver was found
+    switchBack("PMGNCMD,TOFF", "TOFF");
+    switchBack("PMGNCMD,HANDOFF", "HANDOFF");
+    const auto command = speedCommand(foundSpeed_);
+    sendClosing(command);
+    serial_.setBaudRate(foundSpeed_);
     logLineAfter("Setting rate back");
 }
 
-bool DownloadSession::isWanted(const char* kind) const
+void DownloadSession::switchBack(std::string_view command, std::string_view step)
 {
-    return GetBoolValueForKey(&work_, kind, false);
+    sendClosing(command);
+    logLineAfter(step);
+}
+
+void DownloadSession::sendClosing(std::string_view body)
+{
+    if (!monitor_.stopRequested())
+        link_.sendCommandWithChecksum(body);
+    else if (isAnswering_)
+        isAnswering_ = link_.sendLastCommand(body);
+    else
+        link_.sendCommand(body);
+}
+
+bool DownloadSession::isRequested(const Phase& phase) const
+{
+    return GetBoolValueForKey(&work_, phase.kind, false);
+}
+
+/// A route only names its waypoints.
+bool DownloadSession::isNeeded(const Phase& phase) const
+{
+    return isRequested(phase) || (&phase == &kWaypointPhase && isRequested(kRoutePhase));
 }
 
 void DownloadSession::changeSpeed(int bitsPerSecond)
 {
-    link_.sendCommandWithChecksum(speedCommand(bitsPerSecond));
+    link_.stopIfRequested();
+    try {
+        link_.sendCommandWithChecksum(speedCommand(bitsPerSecond));
+    } catch (const StopRequest&) { // the receiver may have changed its speed already
+        serial_.setBaudRate(bitsPerSecond);
+        throw;
+    }
     serial_.setBaudRate(bitsPerSecond);
 }
 
@@ -230,25 +274,74 @@ void DownloadSession::changeSpeed(int bitsPerSecond)
 /// reply to the next command.
 void DownloadSession::logLineAfter(std::string_view step)
 {
+    if (isClosing_ && monitor_.stopRequested())
+        return;
     if (const auto line = link_.readLine())
         gps::logLine(std::string{"Response after "}.append(step).append(" = ").append(*line));
 }
 
-/// Reads replies until END, or until kReplyBudget reads have failed, in a row or not.
-/// @param visit  gets the body of each reply, END included, and nullopt for each failed read. The
-///               extras are empty at each call
-template <typename Visit> void DownloadSession::forEachReply(Visit visit)
+/// Reads the sentences of a phase and records how it ended.
+/// @param visit  gets the fields of each sentence of the phase's kind. The extras are empty then
+template <typename Visit> void DownloadSession::forEachSentence(const Phase& phase, Visit visit)
 {
+    auto& account = account_.phase(phase.kind);
     point_ = {};
-    int budget = kReplyBudget;
-    std::optional<std::string> reply;
-    do {
-        reply = link_.readResponseWithChecksum();
-        if (!reply)
-            --budget;
-        extras_.clear();
-        visit(reply);
-    } while (reply != kEnd && budget > 0);
+    previous_.clear();
+    account.end = gps::PhaseEnd::kFailed; // unless it ends in another way
+    try {
+        account.end = readPhase(phase, account.lines, visit);
+    } catch (const StopRequest&) {
+        account.end = gps::PhaseEnd::kStopped;
+        throw;
+    }
+}
+
+/// Reads replies until END, or until kReplyBudget reads have failed, in a row or not.
+template <typename Visit>
+gps::PhaseEnd DownloadSession::readPhase(const Phase& phase, gps::LineAccount& lines, Visit& visit)
+{
+    int silent = 0;
+    int damaged = 0;
+    while (silent + damaged < kReplyBudget) {
+        const auto reply = link_.readResponseWithChecksum();
+        if (phase.logsReplies)
+            gps::logLine(reply.value_or("(null)"));
+        if (reply) {
+            if (reply == kEnd)
+                return gps::PhaseEnd::kEnd;
+            takeReply(phase, *reply, lines, visit);
+            continue;
+        }
+        ++(link_.wasSilent() ? silent : damaged);
+        if (const auto defect = link_.defect())
+            addSkipped(lines, lines.seen + 1, *defect);
+    }
+    return silent > damaged ? gps::PhaseEnd::kSilence : gps::PhaseEnd::kDamage;
+}
+
+template <typename Visit> void DownloadSession::takeReply(const Phase& phase,
+                                                          const std::string& body,
+                                                          gps::LineAccount& lines, Visit& visit)
+{
+    const auto fields = SentenceFields::ofBody(body, phase.sentence);
+    const auto number = lines.seen + 1;
+    if (!fields) {
+        if (!isProtocolSentence(body))
+            addSkipped(lines, number, gps::SkipReason::kOtherKind);
+        return;
+    }
+    extras_.clear();
+    try {
+        visit(*fields);
+    } catch (const gps::RangeError&) {
+        addSkipped(lines, number, gps::SkipReason::kTooFewFields);
+        throw;
+    }
+    if (body == previous_)
+        addSkipped(lines, number, gps::SkipReason::kRepeated);
+    else
+        addAccepted(lines);
+    previous_ = body;
 }
 
 } // namespace magellan

@@ -5,6 +5,7 @@
 
 #include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
+#include "../common/OperationAccount.h"
 #include "../common/PluginBundle.h"
 #include "DownloadSession.h"
 
@@ -100,10 +101,11 @@ MagellanSerialGPSPlugin::setUpDictionaryForThreadingFromOptions(const gps::Dicti
 void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
 {
     gps::GPSOutputReceiver& status = **work.find("output")->as<Status>();
-    status.gpsStateChange(1);
     {
-        std::unique_ptr<gps::OrvSerial> serial; // closed at the end of this scope
-        if (const auto error = download(serial, work, status))
+        OperationAccount account{monitor()};    // published at the end of this scope
+        std::unique_ptr<gps::OrvSerial> serial; // closed there, too
+        status.gpsStateChange(1);
+        if (const auto error = download(serial, work, status, account))
             status.error(*error);
     }
     status.gpsStateChange(0);
@@ -113,14 +115,15 @@ void MagellanSerialGPSPlugin::runAcquire(const gps::Dictionary& work)
 /// is not restored then: the line to it has failed or makes no sense.
 std::optional<gps::Error> MagellanSerialGPSPlugin::download(std::unique_ptr<gps::OrvSerial>& serial,
                                                             const gps::Dictionary& work,
-                                                            gps::GPSOutputReceiver& status) const
+                                                            gps::GPSOutputReceiver& status,
+                                                            OperationAccount& account)
 {
     try {
         serial = makeSerial();
         if (serial == nullptr)
             return makeError(ErrorCode::kSerialPort, "Couldn't initialize serial code",
                              "Please try again or report this error to Orvane");
-        return DownloadSession{*serial, status, work}.run();
+        return DownloadSession{*serial, status, work, monitor(), account}.run();
     } catch (const gps::Error& error) {
         return error;
     } catch (const std::exception&) {

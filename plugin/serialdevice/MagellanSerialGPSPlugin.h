@@ -21,6 +21,8 @@ class OrvSerial;
 
 namespace magellan {
 
+class OperationAccount;
+
 class MagellanSerialGPSPlugin : public MagellanGPSPlugin {
 public:
     /// `getPluginForClass:`: creates a driver with the first port selected.
@@ -87,7 +89,8 @@ private:
     ///                if an exception passes on
     [[nodiscard]] std::optional<gps::Error> download(std::unique_ptr<gps::OrvSerial>& serial,
                                                      const gps::Dictionary& work,
-                                                     gps::GPSOutputReceiver& status) const;
+                                                     gps::GPSOutputReceiver& status,
+                                                     OperationAccount& account);
     void showPorts();
 
     gps::Array serialPortList_;

@@ -18,7 +18,7 @@
 
 namespace gps {
 
-/// Why a line of a file, or a sentence of a phase, gave no record.
+/// Why a line of a file, or a sentence of a phase, gave no record, or not a whole one.
 enum class SkipReason : std::uint8_t {
     kNotASentence,  ///< no "$", no "*" with two digits, or nothing between them
     kWrongChecksum, ///< damaged: the checksum is that of another text
@@ -26,9 +26,12 @@ enum class SkipReason : std::uint8_t {
     kTooFewFields,  ///< a truncated sentence; it ends the reading of its file
     kNoName,        ///< a record that is kept by name has none
     kReplaced,      ///< a later record of the same file has the same name
-    kRepeated,      ///< a serial sentence that is the same as the one before it
-    kUnknownPoint,  ///< a route's point whose waypoint is not known
-    kIncomplete,    ///< a route whose last sentence did not arrive
+    kRepeated,      ///< a serial sentence that is the same as the one before it; its record was
+                    ///< reported all the same
+    kUnknownPoint,  ///< a route's point whose waypoint is not known. Counts points; their sentences
+                    ///< are accepted
+    kIncomplete,    ///< a route of which a sentence is missing. Counts routes, with the number of
+                    ///< the last sentence that arrived; it is accepted
 };
 inline constexpr std::size_t kSkipReasonCount = 9;
 
@@ -70,7 +73,7 @@ enum class PhaseEnd : std::uint8_t {
     kNotReached, ///< the session ended before it
     kEnd,        ///< with the receiver's END
     kSilence,    ///< nothing arrived any more
-    kDamage,     ///< too many sentences were damaged
+    kDamage,     ///< most of the reads that failed found damaged sentences or noise
     kStopped,    ///< the host stopped the session
     kFailed,     ///< an error or an exception: the line, a truncated sentence, a limit
 };
@@ -81,11 +84,11 @@ struct PhaseAccount {
     LineAccount lines{};
 };
 
-/// A command of a serial session, with all its attempts.
+/// A command of a serial session that is repeated until it is answered, with all its attempts.
 struct CommandAccount {
     std::string command{}; ///< its body, such as "PMGNCMD,TON"
     int attempts = 0;
-    bool acknowledged = false;
+    bool acknowledged = false; ///< of "PMGNCMD,VERSION": whether a receiver answered at all
 };
 
 /// What answered on a serial line.
@@ -100,13 +103,16 @@ struct TransferAccount {
     /// No vector holds more elements than this; neither do all details together.
     static constexpr std::size_t kMostDetails = 1000;
 
-    std::vector<FileAccount> files{};       ///< in reading order
-    std::vector<UnseenPath> unseen{};       ///< in the order in which they were met
-    std::vector<PhaseAccount> phases{};     ///< all that were requested, in session order
+    std::vector<FileAccount> files{}; ///< in reading order
+    std::vector<UnseenPath> unseen{}; ///< in the order in which they were met
+    /// All that the session needs, in session order. Routes need the waypoints, requested or not.
+    std::vector<PhaseAccount> phases{};
     std::vector<CommandAccount> commands{}; ///< in session order
     std::uint64_t omitted = 0;              ///< elements and details that there was no room for
-    /// The same counts for all files together, by kind, whether or not the files have an element.
+    /// The counts of all files together by kind, with the first error, whether or not the files
+    /// have an element. Without paths and details.
     std::vector<FileAccount> totals{};
+    bool stopped = false; ///< ended early because of GPSSessionControl::requestStop()
 };
 
 class GPSTransferAccount {

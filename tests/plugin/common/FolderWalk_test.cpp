@@ -3,6 +3,8 @@
 
 #include <gps/Value.h>
 #include <plugin/common/FolderWalk.h>
+#include <plugin/common/OperationAccount.h>
+#include <plugin/common/OperationMonitor.h>
 #include <support/AsNobody.h>
 #include <support/LogCapture.h>
 #include <support/RecordingReceiver.h>
@@ -35,28 +37,31 @@ std::vector<std::string>& handedOver()
     return paths;
 }
 
-std::optional<gps::Error> takeAll(gps::GPSOutputReceiver& /*status*/, const std::string& path)
+std::optional<gps::Error> takeAll(gps::GPSOutputReceiver& /*status*/, const std::string& path,
+                                  gps::FileAccount* /*account*/)
 {
     handedOver().push_back(path);
     return std::nullopt;
 }
 
-std::optional<gps::Error> failAtB(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> failAtB(gps::GPSOutputReceiver& status, const std::string& path,
+                                  gps::FileAccount* account)
 {
-    (void)takeAll(status, path);
+    (void)takeAll(status, path, account);
     return path.back() == 'b' ? std::optional{gps::Error{"domain", 42}} : std::nullopt;
 }
 
-std::optional<gps::Error> throwAtB(gps::GPSOutputReceiver& status, const std::string& path)
+std::optional<gps::Error> throwAtB(gps::GPSOutputReceiver& status, const std::string& path,
+                                   gps::FileAccount* account)
 {
-    (void)takeAll(status, path);
+    (void)takeAll(status, path, account);
     if (path.back() == 'b')
         throw gps::RangeError{"PMGNTRK", 7, 3};
     return std::nullopt;
 }
 
 std::optional<gps::Error> runOutOfMemory(gps::GPSOutputReceiver& /*status*/,
-                                         const std::string& /*path*/)
+                                         const std::string& /*path*/, gps::FileAccount* /*account*/)
 {
     throw std::bad_alloc{};
 }
@@ -65,9 +70,11 @@ class FolderWalkTest : public testing::Test {
 protected:
     FolderWalkTest() { handedOver().clear(); }
 
-    std::optional<gps::Error> walk(Reader reader)
+    std::optional<gps::Error> walk(Reader reader) { return walk(reader, folder_.path()); }
+    std::optional<gps::Error> walk(Reader reader, const std::string& folder)
     {
-        return sendSelector(reader, status_, folder_.path());
+        OperationAccount account{monitor_};
+        return sendSelector(reader, status_, folder, {"tracks", monitor_, account});
     }
 
     /// The entries handed over, relative to the folder.
@@ -83,6 +90,7 @@ protected:
 
     support::TemporaryFolder folder_;
     support::RecordingReceiver status_;
+    OperationMonitor monitor_;
 };
 
 TEST_F(FolderWalkTest, AHiddenFolderIsSkippedWithItsContentsButAHiddenEntryDeeperDownIsNot)
@@ -149,7 +157,7 @@ TEST_F(FolderWalkTest, AnyExceptionOfAReaderEndsTheWalk)
 TEST_F(FolderWalkTest, AMissingFolderHasNoEntries)
 {
     const support::LogCapture log;
-    EXPECT_EQ(sendSelector(takeAll, status_, folder_.path("none")), std::nullopt);
+    EXPECT_EQ(walk(takeAll, folder_.path("none")), std::nullopt);
     EXPECT_THAT(handedOver(), IsEmpty());
     EXPECT_THAT(log.lines(), IsEmpty());
 }
@@ -157,7 +165,7 @@ TEST_F(FolderWalkTest, AMissingFolderHasNoEntries)
 TEST_F(FolderWalkTest, AFolderThatIsAFileHasNoEntriesAndIsLogged)
 {
     const support::LogCapture log;
-    EXPECT_EQ(sendSelector(takeAll, status_, folder_.put("file", "")), std::nullopt);
+    EXPECT_EQ(walk(takeAll, folder_.put("file", "")), std::nullopt);
     EXPECT_THAT(handedOver(), IsEmpty());
     EXPECT_THAT(log.lines(), SizeIs(1));
 }
@@ -196,12 +204,12 @@ TEST_F(FolderWalkTest, AFifoIsAnEntryLikeAnyOther)
 TEST_F(FolderWalkTest, TheReaderGetsTheStatusObject)
 {
     folder_.put("a", "");
-    EXPECT_EQ(sendSelector(
-                  [](gps::GPSOutputReceiver& status, const std::string&) {
+    EXPECT_EQ(walk(
+                  [](gps::GPSOutputReceiver& status, const std::string&, gps::FileAccount*) {
                       status.gpsStateChange(7);
                       return std::optional<gps::Error>{};
                   },
-                  status_, folder_.path()),
+                  folder_.path()),
               std::nullopt);
     EXPECT_THAT(status_.calls(), ElementsAre("gpsStateChange 7"));
 }

@@ -2,7 +2,6 @@
 // Records that are kept by name, and routes that are reported.
 
 #include <plugin/common/Records.h>
-#include <support/RecordingReceiver.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,26 +41,6 @@ TEST(KeepByName, ARecordWithoutANameOrWithOneThatIsNotATextIsNotStored)
     EXPECT_TRUE(records.empty());
     keepByName({{"name", ""}}, kPoint, records);
     EXPECT_EQ(records.size(), 1U);
-}
-
-TEST(ReportRoute, ReportsTheRouteAndThenItsPointsInOrder)
-{
-    support::RecordingReceiver status;
-    const gps::Dictionary a{{"name", "A"}, {"point", kPoint}};
-    const gps::Dictionary b{{"name", "B"}, {"point", gps::GPSPoint{}}};
-    reportRoute({{"name", "R"}}, {b, a}, status);
-    EXPECT_THAT(status.calls(),
-                ElementsAre("newRoute {name = \"R\"}",
-                            "wayPoint (0, 0, 0, 0, 0) {name = \"B\", point = (0, 0, 0, 0, 0)}",
-                            "wayPoint (46.5, 7.5, 500, 1, 2) {name = \"A\", point = (46.5, 7.5, "
-                            "500, 1, 2)}"));
-}
-
-TEST(ReportRoute, ARouteWithoutPointsIsReportedAlone)
-{
-    support::RecordingReceiver status;
-    reportRoute({}, {}, status);
-    EXPECT_THAT(status.calls(), ElementsAre("newRoute {}"));
 }
 
 } // namespace

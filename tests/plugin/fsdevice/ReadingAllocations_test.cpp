@@ -44,7 +44,7 @@ std::atomic<std::size_t> theAllocations{0};
 namespace {
 
 using Reader = std::optional<gps::Error> (*)(gps::GPSOutputReceiver& status,
-                                             const std::string& path);
+                                             const std::string& path, gps::FileAccount* account);
 
 class Silent : public gps::GPSOutputReceiver {
 public:
@@ -74,7 +74,8 @@ std::size_t allocations(Reader read, const std::string& body, int sentences)
     const auto path = folder.put("file", text);
     Silent status;
     const std::size_t before = theAllocations;
-    (void)read(status, path);
+    gps::FileAccount account;
+    (void)read(status, path, &account);
     return theAllocations - before;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Each operation of the link on a line in memory, where waiting takes no time.
 
+#include <plugin/common/OperationAccount.h>
+#include <plugin/common/OperationMonitor.h>
 #include <plugin/serialdevice/CommandLink.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
@@ -28,7 +30,9 @@ protected:
     support::MemoryLineLog done;
     support::MemoryLine line{done};
     support::LogCapture logged;
-    CommandLink link{line};
+    OperationMonitor monitor;
+    OperationAccount account{monitor};
+    CommandLink link{line, monitor, account};
 };
 
 TEST_F(Link, SendsEachCommandFramedInOneWriteAndReadsNothing)

@@ -2,6 +2,8 @@
 // The session's order and its reports, on a line in memory where waiting takes no time.
 
 #include <plugin/codec/RouteSentence.h>
+#include <plugin/common/OperationAccount.h>
+#include <plugin/common/OperationMonitor.h>
 #include <plugin/serialdevice/DownloadSession.h>
 #include <support/LogCapture.h>
 #include <support/MemoryLine.h>
@@ -75,7 +77,8 @@ protected:
     {
         work = options;
         work.set("location", "/dev/ttyUSB0");
-        DownloadSession session{line, status, work};
+        OperationAccount keeper{monitor};
+        DownloadSession session{line, status, work, monitor, keeper};
         error = session.run();
     }
 
@@ -94,6 +97,7 @@ protected:
     support::RecordingReceiver status;
     support::LogCapture logged;
     gps::Dictionary work;
+    OperationMonitor monitor; // has the account once run() has returned or thrown
     std::optional<gps::Error> error;
 };
 
@@ -491,7 +495,8 @@ TEST_F(Session, ALineThatFailsAtAnyReadEndsTheSessionAtThatRead)
         receiverHas({}, {}, {}, failing);
         const gps::Dictionary wanted{
             {"location", "/dev/x"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
-        DownloadSession session{failing, recorded, wanted};
+        OperationAccount keeper{monitor};
+        DownloadSession session{failing, recorded, wanted, monitor, keeper};
         EXPECT_THROW((void)session.run(), gps::SerialFailure);
         EXPECT_EQ(recorded.calls(), reported[reads]);
         EXPECT_EQ(did.calls.back(), "read"); // nothing was sent after the failure
@@ -530,10 +535,10 @@ private:
     std::size_t count_ = 0;
 };
 
-TEST_F(Session, RoomForRoutePointsIsGivenBackAfterEachRoute)
+TEST_F(Session, RoutePointsShareTheRecordsOfTheirWaypoints)
 {
     constexpr std::size_t kComment = 4 << 20;
-    constexpr std::size_t kMentions = kRoutePointRoom / kComment / 2 + 1;
+    constexpr std::size_t kMentions = kRoutePointRoom / kComment + 1; // too many for copies
     std::string route = "PMGNRTE,1,1,c,1,R";
     for (std::size_t i = 0; i < kMentions; ++i)
         route += ",A,a";
@@ -541,7 +546,8 @@ TEST_F(Session, RoomForRoutePointsIsGivenBackAfterEachRoute)
                 {route, route});
     CountingReceiver counting;
     work = {{"location", "/dev/x"}, {"routes", true}};
-    EXPECT_EQ((DownloadSession{line, counting, work}.run()), std::nullopt);
+    OperationAccount keeper{monitor};
+    EXPECT_EQ((DownloadSession{line, counting, work, monitor, keeper}.run()), std::nullopt);
     EXPECT_EQ(counting.count(), 2 * kMentions);
 }
 

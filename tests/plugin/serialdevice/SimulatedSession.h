@@ -6,7 +6,9 @@
 
 #include "SimulatedLine.h"
 
+#include <gps/GPSTransferAccount.h>
 #include <gps/Value.h>
+#include <plugin/common/GuardedStatus.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
 #include <support/RecordingReceiver.h>
 #include <tools/simulator/Sentences.h>
@@ -49,8 +51,13 @@ public:
     void download(const std::shared_ptr<gps::GPSOutputReceiver>& status, gps::Dictionary options)
     {
         options.set("location", kLocation);
-        options.set("output", gps::GPSPlugInProtocol::Status{status});
-        runAcquire(options);
+        const auto guarded = std::make_shared<magellan::GuardedStatus>(*status);
+        options.set("output", gps::GPSPlugInProtocol::Status{guarded});
+        try {
+            runAcquire(options);
+        } catch (const magellan::StatusFailure&) {
+            guarded->endAfterFailure();
+        }
     }
 
 protected:
@@ -75,6 +82,8 @@ public:
         receiver_.unpluggedAfter = unpluggedAfter;
         DriverOnALine driver{[this] { return std::make_unique<SimulatedLine>(receiver_); }};
         driver.download(status_, options);
+        account_ = driver.transferAccount();
+        voice_ = driver.lineVoice();
     }
 
     [[nodiscard]] std::vector<std::string> calls() const { return status_->calls(); }
@@ -87,6 +96,10 @@ public:
             name.resize(std::min(name.find(' '), name.size()));
         return names;
     }
+
+    /// The driver's account of it.
+    [[nodiscard]] const gps::TransferAccount& account() const noexcept { return account_; }
+    [[nodiscard]] gps::LineVoice voice() const noexcept { return voice_; }
 
     [[nodiscard]] std::vector<simulator::LogEntry> log() const { return receiver_.log.entries(); }
 
@@ -124,6 +137,8 @@ public:
 
 private:
     SimulatedReceiver receiver_;
+    gps::TransferAccount account_;
+    gps::LineVoice voice_{};
     std::shared_ptr<RecordingReceiver> status_ = std::make_shared<RecordingReceiver>();
 };
 
