@@ -92,7 +92,7 @@ void DirectoryEnumerator::addUnseen(const std::string& path, int systemError)
     if (failure_ == 0)
         failure_ = systemError;
     if (unseen_.size() < kMostUnseen)
-        unseen_.push_back({path, systemError});
+        unseen_.push_back({path.substr(0, path.find_last_not_of('/') + 1), systemError});
 }
 
 } // namespace gps

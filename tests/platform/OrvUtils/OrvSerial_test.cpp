@@ -216,6 +216,18 @@ TEST_F(OrvSerialTest, ALineWithoutPermissionDoesNotOpen)
     EXPECT_EQ(open(*serial_, receiver_), EACCES);
 }
 
+TEST_F(OpenOrvSerial, CountsReceivedBytesWithOrWithoutALineEnd)
+{
+    EXPECT_EQ(serial_->bytesReceived(), 0U);
+    receiver_.write("line\r\n");
+    EXPECT_EQ(readLine(), "line");
+    EXPECT_EQ(serial_->bytesReceived(), 6U);
+    receiver_.write("noise");
+    receiver_.waitForInput();
+    EXPECT_EQ(readLine(0), std::nullopt);
+    EXPECT_EQ(serial_->bytesReceived(), 11U);
+}
+
 TEST_F(OpenOrvSerial, ASecondOpenerIsRejectedAndChangesNothing)
 {
     serial_->setBaudRate(19200);

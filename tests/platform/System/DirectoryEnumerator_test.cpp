@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -176,6 +177,81 @@ TEST(DirectoryEnumerator, RemembersTheFirstFailureButNotAMissingFolder)
     EXPECT_EQ(failureWith({"opendir", EACCES, 2}), EACCES);
     EXPECT_EQ(failureWith({"readdir", EIO, 2}), EIO);
     EXPECT_EQ(failureWith({"opendir", ENOENT, 1}), 0);
+    EXPECT_EQ(failureWith({"opendir", ENOENT, 2}), ENOENT); // a folder that was listed is gone
+}
+
+/// "path: errno" of what a walk could not see, relative to the folder.
+std::vector<std::string> unseenWith(FileSystem& files, const TemporaryFolder& folder)
+{
+    auto entries = FileManager{&files}.enumerator(folder.path());
+    while (entries.next()) {
+    }
+    std::vector<std::string> texts;
+    for (const auto& [path, systemError] : entries.unseen())
+        texts.push_back(path.substr(folder.path().size()) + ": " + std::to_string(systemError));
+    return texts;
+}
+
+TEST(DirectoryEnumerator, ListsWhatItCouldNotSee)
+{
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    folder.put("b/file", "");
+    const auto unseen = [&](OneFault files) { return unseenWith(files, folder); };
+    EXPECT_THAT(unseen({}), IsEmpty());
+    EXPECT_THAT(unseen({"opendir", EACCES, 1}), ElementsAre(": " + std::to_string(EACCES)));
+    EXPECT_THAT(unseen({"opendir", EACCES, 2}), ElementsAre("/a: " + std::to_string(EACCES)));
+    EXPECT_THAT(unseen({"opendir", ENOENT, 3}), ElementsAre("/b: " + std::to_string(ENOENT)));
+    EXPECT_THAT(unseen({"readdir", EIO, 2}), ElementsAre(": " + std::to_string(EIO)));
+    EXPECT_THAT(unseen({"opendir", ENOENT, 1}), IsEmpty()); // no folder, no entries
+}
+
+TEST(DirectoryEnumerator, AnEntryOfUnknownTypeThatCannotBeLookedAtIsUnseenAndNoFolder)
+{
+    class Blind : public FileSystem {
+    public:
+        dirent* readdir(DIR* folder) override
+        {
+            dirent* const entry = FileSystem::readdir(folder);
+            if (entry != nullptr)
+                entry->d_type = DT_UNKNOWN;
+            return entry;
+        }
+        int lstat(const char* /*path*/, struct stat* /*status*/) override
+        {
+            errno = EIO;
+            return -1;
+        }
+    } files;
+    const TemporaryFolder folder;
+    folder.put("a/file", "");
+    EXPECT_THAT(unseenWith(files, folder), ElementsAre("/a: " + std::to_string(EIO)));
+}
+
+TEST(DirectoryEnumerator, ListsAThousandUnseenEntriesAndNoMore)
+{
+    class Blind : public FileSystem {
+    public:
+        DIR* opendir(const char* path) override
+        {
+            if (std::exchange(isFirst_, false))
+                return FileSystem::opendir(path);
+            errno = EACCES;
+            return nullptr;
+        }
+
+    private:
+        bool isFirst_ = true;
+    };
+    const auto unseenOf = [](std::size_t folders) {
+        const TemporaryFolder folder;
+        for (std::size_t i = 0; i < folders; ++i)
+            folder.makeFolder(std::to_string(i));
+        Blind files;
+        return unseenWith(files, folder).size();
+    };
+    EXPECT_EQ(unseenOf(DirectoryEnumerator::kMostUnseen), DirectoryEnumerator::kMostUnseen);
+    EXPECT_EQ(unseenOf(DirectoryEnumerator::kMostUnseen + 1), DirectoryEnumerator::kMostUnseen);
 }
 
 TEST(DirectoryEnumerator, AnEntryOfUnknownTypeIsLookedUp)
