@@ -66,7 +66,7 @@ void addUnreadable(std::vector<Message>& messages, const OperationReport& report
 // of its sentences, which nobody wants to see: its account has what is worth knowing.
 void addLog(std::vector<Message>& messages, const OperationReport& report)
 {
-    const bool isNeeded = !report.missing.empty() && !report.isInterrupted;
+    const bool isNeeded = !report.missing.empty() && report.isAnswered() && !report.isInterrupted;
     if (report.isSerial && (!isNeeded || report.account))
         return;
     const std::string_view prefix = isNeeded ? "log: " : "";
@@ -101,7 +101,8 @@ std::vector<Message> operationMessages(const OperationReport& report, const Mess
 {
     std::vector<Message> messages;
     addErrors(messages, report.errors);
-    addMissing(messages, report);
+    if (report.isAnswered() || report.isInterrupted)
+        addMissing(messages, report);
     addUnreadable(messages, report);
     addGaps(messages, report);
     addTallies(messages, report, options.isDamageAnError);

@@ -152,6 +152,7 @@ OperationReport Download::runOperationOn(const std::string& sourceFile,
                     {.options = options,
                      .location = request_.location,
                      .wasHeard = gps::serialTraffic().linesRead != linesBefore,
+                     .isStopAsked = watch.isStopAsked(),
                      .isStoppedByUser = watch.isStoppedByUser(),
                      .repeats = repeats_ ? repeats_->dropped() : RepeatCounts{}});
 }

@@ -45,11 +45,19 @@ gps::Error describeRangeError(const gps::Error& reported, const std::string& fil
     return {reported.domain(), reported.code(), std::move(info)};
 }
 
-void addErrors(OperationReport& report, const Outcome& outcome)
+// A session that the host stops ends like one whose line fails: with an error without words.
+bool isEffectOfStop(const gps::Error& error, const OperationFacts& facts)
 {
-    for (const auto& error : outcome.reported)
-        report.errors.push_back(report.isSerial ? describeSerialError(error, report.location)
-                                                : error);
+    return facts.isStopAsked && !error.description();
+}
+
+void addErrors(OperationReport& report, const Outcome& outcome, const OperationFacts& facts)
+{
+    for (const auto& error : outcome.reported) {
+        if (!isEffectOfStop(error, facts))
+            report.errors.push_back(report.isSerial ? describeSerialError(error, report.location)
+                                                    : error);
+    }
     if (!outcome.error)
         return;
     const bool isRangeError = outcome.error->domain() == gps::kRangeErrorDomain;
@@ -93,9 +101,9 @@ void addUnreadable(OperationReport& report, const Outcome& outcome)
 void addSession(OperationReport& report, const Outcome& outcome,
                 const gps::GPSPlugInProtocol& driver, const OperationFacts& facts)
 {
-    if (!outcome.reported.empty())
+    if (!report.errors.empty() && !outcome.error)
         report.portFailure = explainPortFailure(report.location);
-    if (outcome.reported.empty() && !outcome.error) {
+    if (report.errors.empty()) {
         const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver);
         const auto guess = facts.wasHeard ? gps::LineVoice::kReceiver : gps::LineVoice::kNothing;
         report.voice = account != nullptr ? account->lineVoice() : guess;
@@ -142,7 +150,7 @@ OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& d
     report.isInterrupted = facts.isStoppedByUser;
     report.isAbandoned = outcome.isAbandoned;
     report.account = accountOf(driver, outcome);
-    addErrors(report, outcome);
+    addErrors(report, outcome, facts);
     if (report.errors.empty())
         report.missing = missingKinds(report);
     addUnreadable(report, outcome);

@@ -75,10 +75,11 @@ struct OperationReport {
 
 /// What the host knows about an operation that it has run.
 struct OperationFacts {
-    gps::Dictionary options{}; ///< of the operation
-    std::string location{};    ///< of the device; not used for an import
-    bool wasHeard = false;     ///< whether anything was read from a serial port meanwhile
-    bool isStoppedByUser = false;
+    gps::Dictionary options{};    ///< of the operation
+    std::string location{};       ///< of the device; not used for an import
+    bool wasHeard = false;        ///< whether anything was read from a serial port meanwhile
+    bool isStopAsked = false;     ///< the host asked the driver to stop
+    bool isStoppedByUser = false; ///< because of the user
     RepeatCounts repeats{};
 };
 

@@ -46,6 +46,9 @@ public:
     ///          not asked to stop
     [[nodiscard]] bool waits(Clock::time_point now = Clock::now());
 
+    /// Whether the driver was asked to stop, for whatever reason.
+    [[nodiscard]] bool isStopAsked() const noexcept { return deadline_.has_value(); }
+
     /// Whether the driver was asked to stop at the user's request.
     [[nodiscard]] bool isStoppedByUser() const noexcept { return isStoppedByUser_; }
 

@@ -295,6 +295,22 @@ TEST_F(OperationReportTest, ReportedErrorOfASerialDriverComesWithTheStateOfThePo
     EXPECT_TRUE(report.errors[0].description()) << "a wordless error has got words";
 }
 
+TEST_F(OperationReportTest, WordlessErrorOfASessionThatWasStoppedIsNoFailureOfThePort)
+{
+    support::AccountingDriver driver;
+    driver.serial = true;
+    driver.voice = gps::LineVoice::kNmea;
+    outcome_.reported = {{"some", -4}};
+    auto report = host::reportOn(outcome_, driver, {.isStopAsked = true});
+    EXPECT_THAT(report.errors, IsEmpty());
+    EXPECT_EQ(report.portFailure, std::nullopt);
+    EXPECT_EQ(report.voice, gps::LineVoice::kNmea);
+    outcome_.reported = {errorAbout("/some/port")};
+    report = host::reportOn(outcome_, driver, {.isStopAsked = true});
+    EXPECT_THAT(report.errors, SizeIs(1));
+    EXPECT_TRUE(report.portFailure);
+}
+
 TEST_F(OperationReportTest, PortIsNotLookedAtForADeviceWithFiles)
 {
     outcome_.reported = {{"some", -4}};
