@@ -155,7 +155,7 @@ std::string gapText(const SessionGap& gap)
 {
     switch (gap.cause) {
     case Cause::kNotReached:
-        return fmt::format("The session ended before the {} were read. Try again.", gap.subject);
+        return fmt::format("The session ended before the {} were read.", gap.subject);
     case Cause::kSilence:
         return phaseText(gap, "The receiver stopped sending");
     case Cause::kDamage:

@@ -78,11 +78,18 @@ void addLog(std::vector<Message>& messages, const OperationReport& report)
 
 void addGaps(std::vector<Message>& messages, const OperationReport& report)
 {
+    std::string notReached;
     for (const auto& gap : report.gaps) {
-        const bool isObvious = report.isInterrupted && !gap.isClosingDown;
-        if (!isObvious)
+        if (report.isInterrupted && !gap.isClosingDown) // a consequence of the stop
+            continue;
+        if (gap.cause == SessionGap::Cause::kNotReached)
+            notReached.append(notReached.empty() ? "" : ", ").append(gap.subject);
+        else
             messages.push_back({true, gapText(gap)});
     }
+    if (!notReached.empty())
+        messages.push_back(
+            {true, fmt::format("The session ended before these were read: {}.", notReached)});
 }
 
 void addTallies(std::vector<Message>& messages, const OperationReport& report, bool isDamageAnError)
@@ -112,7 +119,7 @@ std::vector<Message> operationMessages(const OperationReport& report, const Mess
         addLog(messages, report);
     if (report.portFailure)
         messages.push_back({true, sentencesOf(*report.portFailure)});
-    if (!report.isAnswered() && !report.isInterrupted)
+    if (!report.isAnswered() && !report.isInterrupted && report.errors.empty())
         messages.push_back({true, voiceText(*report.voice, report.location)});
     return messages;
 }

@@ -103,11 +103,10 @@ void addSession(OperationReport& report, const Outcome& outcome,
 {
     if (!report.errors.empty() && !outcome.error)
         report.portFailure = explainPortFailure(report.location);
-    if (report.errors.empty()) {
-        const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver);
-        const auto guess = facts.wasHeard ? gps::LineVoice::kReceiver : gps::LineVoice::kNothing;
-        report.voice = account != nullptr ? account->lineVoice() : guess;
-    }
+    if (const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver))
+        report.voice = account->lineVoice();
+    else if (report.errors.empty())
+        report.voice = facts.wasHeard ? gps::LineVoice::kReceiver : gps::LineVoice::kNothing;
     if (report.account && report.isAnswered())
         report.gaps = gapsIn(*report.account, facts.repeats.routes);
 }

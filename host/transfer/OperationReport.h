@@ -34,7 +34,7 @@ struct OperationReport {
     /// Why the serial port cannot be used, if the driver reported an error.
     std::optional<gps::Error> portFailure{};
 
-    /// What answered on the serial port; nullopt for other devices and if an error was returned.
+    /// What answered on the serial port; nullopt for other devices and if nobody knows.
     std::optional<gps::LineVoice> voice{};
     std::vector<SessionGap> gaps{}; ///< of a serial session whose receiver answered
     RepeatCounts repeats{};         ///< records that arrived twice and were dropped

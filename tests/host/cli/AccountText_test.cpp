@@ -110,7 +110,7 @@ TEST(AccountText, EveryGapSaysWhatIsMissingAndWhatToDo)
               "Too many sentences were damaged while routes were read; 1 route sentence arrived. "
               "Check the cable and the receiver's batteries, and try again.");
     EXPECT_EQ(gapText({.cause = Cause::kNotReached, .subject = "routes"}),
-              "The session ended before the routes were read. Try again.");
+              "The session ended before the routes were read.");
     EXPECT_EQ(gapText({.cause = Cause::kNotAcknowledged, .subject = "PMGNCMD,TRACK,2"}),
               "The receiver did not acknowledge the command TRACK,2, so records may be missing. "
               "Turn it off and on, and try again.");

@@ -87,6 +87,23 @@ TEST(DownloadMessages, InterruptedDownloadIsAnErrorWithoutItsConsequences)
     EXPECT_THAT(operationMessages(report), SizeIs(2)) << "the receiver's state matters";
 }
 
+TEST(DownloadMessages, PhasesThatWereNotReachedAreOneMessage)
+{
+    using Cause = host::SessionGap::Cause;
+    const OperationReport report{.gaps = {{.cause = Cause::kFailed, .subject = "waypoints"},
+                                          {.cause = Cause::kNotReached, .subject = "tracks"},
+                                          {.cause = Cause::kNotReached, .subject = "routes"}}};
+    const auto messages = operationMessages(report);
+    ASSERT_THAT(messages, SizeIs(2));
+    EXPECT_EQ(messages[1], error("The session ended before these were read: tracks, routes."));
+}
+
+TEST(DownloadMessages, VoiceIsNotReportedBesideAnErrorThatExplainsIt)
+{
+    const OperationReport report{.errors = {{"some", -4}}, .voice = gps::LineVoice::kNothing};
+    EXPECT_THAT(operationMessages(report), ElementsAre(error("Error -4 of the domain some.")));
+}
+
 TEST(DownloadMessages, DamagedLinesAreANoteUnlessRequestedAsAnError)
 {
     gps::FileAccount total{.kind = "tracks"};

@@ -60,7 +60,7 @@ TEST(WatchText, DownloadWithoutARecordIsOneLine)
 TEST(WatchText, ErrorsOfADownloadAreOneLineAfterTheSavedFile)
 {
     auto event = saved();
-    event.report.operations = {{.errors = {{"some", 1}}, .voice = gps::LineVoice::kNothing}};
+    event.report.operations = {{.errors = {{"some", 1}}}, {.voice = gps::LineVoice::kNothing}};
     event.error = gps::Error{"some", 2};
     EXPECT_THAT(linesOf(event),
                 ElementsAre("saved: gps/42.gpx: 2 waypoints",
