@@ -9,14 +9,20 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <thread>
 
 #include <sys/file.h>
+#include <sys/wait.h>
 
 namespace {
 
 using support::magellangps;
 using support::PseudoTerminal;
+using support::Running;
 using support::Simulator;
 using support::TemporaryFolder;
 using testing::AllOf;
@@ -100,6 +106,61 @@ TEST(Serial, ReceiverThatIsUnpluggedLeavesAPartialFile)
                                HasSubstr("The port is gone."), HasSubstr("x.partial.gpx")));
     EXPECT_EQ(folder.read("x.gpx"), "old");
     EXPECT_THAT(folder.read("x.partial.gpx"), AllOf(HasSubstr("<wpt "), EndsWith("</gpx>\n")));
+}
+
+/// The commands in a log of the simulator, each once for each time it was received.
+std::string commandsAfterTracks(const std::string& log)
+{
+    std::string commands;
+    for (auto at = log.find("PMGNCMD,TRACK"); at != std::string::npos;
+         at = log.find("PMGNCMD,", at + 1))
+        commands += log.substr(at, log.find_first_of("*\" \n", at) - at) + '\n';
+    return commands;
+}
+
+TEST(Serial, SignalRestoresTheReceiverAndKeepsAPartialFile)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const TemporaryFolder folder;
+        folder.put("x.gpx", "old");
+        const Simulator simulator{
+            {"--log", folder.path("log"), "--fault", "track-data:delay:120000"}};
+        Running download{{MAGELLAN_BIN_DIR "/magellangps", "acquire", "--device", simulator.path(),
+                          "--events", "-o", folder.path("x.gpx")}};
+        EXPECT_THAT(download.readUntil("\"startTransfer\",\"kind\":1"), HasSubstr("\"kind\":1"));
+        const auto start = std::chrono::steady_clock::now();
+        const int status = download.end(signal);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{8});
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 128 + signal);
+        EXPECT_EQ(folder.read("x.gpx"), "old");
+        EXPECT_THAT(folder.read("x.partial.gpx"), AllOf(HasSubstr("<wpt "), EndsWith("</gpx>\n")));
+        EXPECT_THAT(commandsAfterTracks(folder.read("log")),
+                    AllOf(HasSubstr("PMGNCMD,TOFF\n"), HasSubstr("PMGNCMD,HANDOFF\n"),
+                          HasSubstr("PMGNCMD,BAUD,4800\n")));
+    }
+}
+
+TEST(Serial, PositionSentencesAreRecognisedWithinTenSeconds)
+{
+    const PseudoTerminal line;
+    std::atomic<bool> isOver = false;
+    std::thread unit{[&] {
+        while (!isOver) {
+            (void)line.writeSome("$GPGLL,4630.00,N,00715.00,E,100000,A*29\r\n");
+            std::this_thread::sleep_for(std::chrono::milliseconds{20}); // about its speed
+        }
+    }};
+    const auto start = std::chrono::steady_clock::now();
+    const auto ran = magellangps({"acquire", "--device", line.path()});
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    isOver = true;
+    unit.join();
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_LT(elapsed, std::chrono::seconds{10});
+    EXPECT_THAT(ran.err, StartsWith("magellangps: The unit at " + line.path() +
+                                    " sends position sentences (NMEA) instead of answering."));
+    EXPECT_THAT(ran.out, IsEmpty());
 }
 
 TEST(Serial, TerminalShowsThePhasesAndTheSpeed)
