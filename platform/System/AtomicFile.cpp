@@ -36,6 +36,13 @@ SplitPath split(const std::string& path)
     return {path.substr(0, slash + 1), path.substr(slash + 1)};
 }
 
+int writeTemporary(FileSystem& files, AtomicFile& file, const std::string& path,
+                   std::string_view data)
+{
+    const int failure = file.open(path);
+    return failure != 0 ? failure : writeAll(files, file.descriptor(), data);
+}
+
 } // namespace
 
 AtomicFile::AtomicFile(FileSystem& files)
@@ -112,9 +119,46 @@ int AtomicFile::commit()
 int AtomicFile::commitAs(const std::string& name)
 {
     // A failed flush is final: a second one could succeed although data was lost.
-    if (files_.fsync(file_.get()) != 0 ||
-        files_.renameat(folder_.get(), temporaryName_.c_str(), name.c_str()) != 0) {
-        const int failure = errno;
+    const bool isFlushed = files_.fsync(file_.get()) == 0;
+    return finish(isFlushed ? renameTo(name) : errno);
+}
+
+int AtomicFile::commitNew()
+{
+    const bool isFlushed = files_.fsync(file_.get()) == 0;
+    return finish(isFlushed ? renameToFree(name_) : errno);
+}
+
+int AtomicFile::renameTo(const std::string& name)
+{
+    return files_.renameat(folder_.get(), temporaryName_.c_str(), name.c_str()) == 0 ? 0 : errno;
+}
+
+int AtomicFile::renameToFree(const std::string& name)
+{
+    const int folder = folder_.get();
+    if (files_.renameNoReplace(folder, temporaryName_.c_str(), name.c_str()) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS) // those two: the volume cannot do it
+        return errno;
+    if (files_.linkat(folder, temporaryName_.c_str(), name.c_str()) == 0) {
+        (void)files_.unlinkat(folder, temporaryName_.c_str());
+        return 0;
+    }
+    if (errno == EEXIST)
+        return EEXIST;
+    // The volume has no links either. Writes of this library hold the folder's lock, so only
+    // another program could create the file between these two calls.
+    struct stat present;
+    if (files_.fstatat(folder, name.c_str(), &present) == 0)
+        return EEXIST;
+    return errno == ENOENT ? renameTo(name) : errno;
+}
+
+/// @param failure  of the flush or the rename
+int AtomicFile::finish(int failure)
+{
+    if (failure != 0) {
         discard();
         return failure;
     }
@@ -148,11 +192,15 @@ void AtomicFile::discard()
 int writeAtomically(FileSystem& files, const std::string& path, std::string_view data)
 {
     AtomicFile file{files};
-    if (const int failure = file.open(path))
-        return failure;
-    if (const int failure = writeAll(files, file.descriptor(), data))
-        return failure;
-    return file.commit();
+    const int failure = writeTemporary(files, file, path, data);
+    return failure != 0 ? failure : file.commit();
+}
+
+int writeNewAtomically(FileSystem& files, const std::string& path, std::string_view data)
+{
+    AtomicFile file{files};
+    const int failure = writeTemporary(files, file, path, data);
+    return failure != 0 ? failure : file.commitNew();
 }
 
 int obstacleToWriting(FileSystem& files, const std::string& path)

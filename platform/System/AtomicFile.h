@@ -53,6 +53,10 @@ public:
     /// the temporary file is removed.
     [[nodiscard]] int commit();
 
+    /// commit(), unless something exists at the target: nothing is replaced then.
+    /// @return  EEXIST if something exists there
+    [[nodiscard]] int commitNew();
+
     /// commit() under another name in the same folder; the target is left unchanged.
     [[nodiscard]] int commitAs(const std::string& name);
 
@@ -67,6 +71,9 @@ private:
     [[nodiscard]] int openFolder(const std::string& path);
     [[nodiscard]] int create(std::string name);
     void keepMode();
+    [[nodiscard]] int renameTo(const std::string& name);
+    [[nodiscard]] int renameToFree(const std::string& name);
+    [[nodiscard]] int finish(int failure);
     [[nodiscard]] int flushAfterRename();
 
     FileSystem& files_;
@@ -82,6 +89,10 @@ private:
 /// Writes a whole file by AtomicFile::open() and commit(). [any]
 [[nodiscard]] int writeAtomically(FileSystem& files, const std::string& path,
                                   std::string_view data);
+
+/// Writes a whole file by AtomicFile::open() and commitNew(). [any]
+[[nodiscard]] int writeNewAtomically(FileSystem& files, const std::string& path,
+                                     std::string_view data);
 
 /// What would make `writeAtomically` fail, as far as it can be seen without trying. [any]
 [[nodiscard]] int obstacleToWriting(FileSystem& files, const std::string& path);

@@ -24,14 +24,16 @@ enum class Extent { kWhole, kFront };
 int readRegularFile(FileSystem& files, const std::string& path, std::size_t limit, Extent extent,
                     std::string& bytes)
 try {
-    const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, 0)};
-    if (!file)
-        return errno;
     struct stat status;
-    if (files.fstat(file.get(), &status) != 0)
+    if (files.stat(path.c_str(), &status) != 0)
         return errno;
-    if (!S_ISREG(status.st_mode))
+    if (!S_ISREG(status.st_mode)) // opening a device can have effects
         return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
+    const OpenFile file{files, files.open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, 0)};
+    if (!file || files.fstat(file.get(), &status) != 0)
+        return errno;
+    if (!S_ISREG(status.st_mode)) // replaced since
+        return ESPIPE;
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
     if (extent == Extent::kFront) {
         (void)readAll(files, file.get(), size, limit, bytes);
@@ -78,9 +80,43 @@ bool FileManager::fileExists(const std::string& path, bool* isFolder) const
     return exists;
 }
 
-std::optional<Error> FileManager::readAsciiFile(const std::string& path, std::string& text) const
+std::optional<Error> FileManager::lookUpFolder(const std::string& path, bool& isFolder) const
 {
-    if (auto error = readFile(path, text))
+    struct stat status;
+    const int failure = files_->stat(path.c_str(), &status) == 0 ? 0 : errno;
+    isFolder = failure == 0 && S_ISDIR(status.st_mode);
+    const bool isKnown = failure == 0 || failure == ENOENT || failure == ENOTDIR;
+    return isKnown ? std::nullopt : std::optional{makeReadError(path, failure)};
+}
+
+bool FileManager::isFree(const std::string& path) const
+{
+    struct stat status;
+    return files_->lstat(path.c_str(), &status) != 0 && errno == ENOENT;
+}
+
+bool FileManager::leadsOutOf(const std::string& folder, const std::string& path) const
+{
+    std::string realFolder;
+    std::string realPath;
+    if (files_->realpath(folder.c_str(), realFolder) != 0)
+        return false;
+    auto existing = path;
+    while (files_->realpath(existing.c_str(), realPath) != 0) {
+        const auto slash = existing.rfind('/');
+        if (errno != ENOENT || slash == std::string::npos || slash < folder.size())
+            return false;
+        existing.resize(slash);
+    }
+    if (!realFolder.ends_with('/'))
+        realFolder += '/';
+    return !(realPath + '/').starts_with(realFolder);
+}
+
+std::optional<Error> FileManager::readAsciiFile(const std::string& path, std::string& text,
+                                                std::size_t limit) const
+{
+    if (auto error = readFile(path, text, limit))
         return error;
     if (isAscii(text))
         return std::nullopt;
@@ -106,6 +142,17 @@ std::optional<Error> FileManager::writeAsciiFileAtomically(const std::string& pa
     if (!isAscii(text))
         return makeFileError(FileErrorCode::kWriteNotAscii, path);
     return writeResult(path, writeAtomically(*files_, path, text));
+}
+
+std::optional<Error> FileManager::writeNewAsciiFile(const std::string& path,
+                                                    std::string_view text) const
+{
+    if (!isAscii(text))
+        return makeFileError(FileErrorCode::kWriteNotAscii, path);
+    const int failure = writeNewAtomically(*files_, path, text);
+    if (failure == EEXIST)
+        return makeFileError(FileErrorCode::kWriteFileExists, path, failure);
+    return writeResult(path, failure);
 }
 
 std::optional<Error> FileManager::writeObstacle(const std::string& path) const

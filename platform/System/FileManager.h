@@ -29,14 +29,27 @@ public:
     /// @param isFolder  out, may be null: whether it is a folder
     [[nodiscard]] bool fileExists(const std::string& path, bool* isFolder = nullptr) const;
 
-    /// Reads a whole regular file of 7-bit ASCII text. Fails at once, without waiting for data, if
-    /// the path is a folder, a FIFO or a device.
-    /// @param text  out: the bytes; empty after a failure
-    /// @return      code 257: no permission; 260: no such file; 261: a byte above 127; 256:
-    /// anything
-    ///              else, also a file larger than kLargestFile
-    [[nodiscard]] std::optional<Error> readAsciiFile(const std::string& path,
-                                                     std::string& text) const;
+    /// Like fileExists(), for a caller that must not take a failed look-up for a missing file.
+    /// @param isFolder  out: false if nothing exists, or after a failure
+    /// @return          why it is not known what exists at the path; codes as readFile()
+    [[nodiscard]] std::optional<Error> lookUpFolder(const std::string& path, bool& isFolder) const;
+
+    /// Whether nothing exists at a path, not even a link that leads nowhere. If that cannot be
+    /// found out, the path counts as taken.
+    [[nodiscard]] bool isFree(const std::string& path) const;
+
+    /// Whether links lead from a path below `folder` to something that is not below it. Whatever
+    /// cannot be found out, or does not exist, leads nowhere.
+    [[nodiscard]] bool leadsOutOf(const std::string& folder, const std::string& path) const;
+
+    /// Reads a whole regular file of 7-bit ASCII text. Fails at once, without opening it, if the
+    /// path is a folder, a FIFO or a device, or a link to one.
+    /// @param text   out: the bytes; empty after a failure
+    /// @param limit  in bytes; a larger file is not read
+    /// @return       code 257: no permission; 260: no such file; 261: a byte above 127; 256:
+    ///               anything else, also a file larger than the limit
+    [[nodiscard]] std::optional<Error> readAsciiFile(const std::string& path, std::string& text,
+                                                     std::size_t limit = kLargestFile) const;
 
     /// Reads a whole regular file of any bytes.
     /// @param limit  in bytes; a larger file is not read
@@ -58,6 +71,11 @@ public:
     ///          read-only volume; 512: anything else
     [[nodiscard]] std::optional<Error> writeAsciiFileAtomically(const std::string& path,
                                                                 std::string_view text) const;
+
+    /// Like writeAsciiFileAtomically(), but never replaces anything.
+    /// @return  also code 516: something exists at the path
+    [[nodiscard]] std::optional<Error> writeNewAsciiFile(const std::string& path,
+                                                         std::string_view text) const;
 
     /// Checks without writing whether `writeAsciiFileAtomically` would fail because of a missing
     /// folder, missing permission, a read-only volume, or a folder at the path.

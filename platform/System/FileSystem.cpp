@@ -5,7 +5,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 #include <fcntl.h>
@@ -96,6 +98,16 @@ int FileSystem::renameat(int folder, const char* from, const char* to)
     return ::renameat(folder, from, folder, to);
 }
 
+int FileSystem::renameNoReplace(int folder, const char* from, const char* to)
+{
+    return ::renameat2(folder, from, folder, to, RENAME_NOREPLACE);
+}
+
+int FileSystem::linkat(int folder, const char* from, const char* to)
+{
+    return ::linkat(folder, from, folder, to, 0);
+}
+
 int FileSystem::unlink(const char* path)
 {
     return ::unlink(path);
@@ -124,6 +136,15 @@ int FileSystem::fstatat(int folder, const char* name, struct stat* out)
 int FileSystem::access(const char* path, int mode)
 {
     return ::faccessat(AT_FDCWD, path, mode, AT_EACCESS);
+}
+
+int FileSystem::realpath(const char* path, std::string& out)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real{::realpath(path, nullptr), &std::free};
+    if (!real)
+        return -1;
+    out = real.get();
+    return 0;
 }
 
 DIR* FileSystem::opendir(const char* path)

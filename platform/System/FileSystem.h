@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -42,12 +43,18 @@ public:
     virtual int mkdir(const char* path, mode_t mode);
     virtual int rename(const char* from, const char* to);
     virtual int renameat(int folder, const char* from, const char* to); ///< within one folder
+    /// renameat2 with RENAME_NOREPLACE, within one folder.
+    virtual int renameNoReplace(int folder, const char* from, const char* to);
+    virtual int linkat(int folder, const char* from, const char* to); ///< within one folder
     virtual int unlink(const char* path);
     virtual int unlinkat(int folder, const char* name); ///< files only
     virtual int stat(const char* path, struct stat* out);
     virtual int lstat(const char* path, struct stat* out);
     virtual int fstatat(int folder, const char* name, struct stat* out); ///< does not follow links
     virtual int access(const char* path, int mode); ///< checks the effective user and group
+
+    /// The path without links. @return  0, or -1 with errno; `out` is unchanged then
+    virtual int realpath(const char* path, std::string& out);
 
     // Folders.
     virtual DIR* opendir(const char* path);

@@ -5,7 +5,7 @@
 #include "DataFolders.h"
 
 #include <gps/Value.h>
-#include <platform/System/Paths.h>
+#include <platform/System/FileManager.h>
 
 namespace magellan {
 
@@ -30,7 +30,8 @@ std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, Record
     const auto* name = folders.findString(folderKey(kind));
     if (name == nullptr || !gps::staysInside(*name))
         return std::nullopt;
-    return gps::joinPath(volume, *name);
+    auto path = gps::joinPath(volume, *name);
+    return gps::FileManager{}.leadsOutOf(volume, path) ? std::nullopt : std::optional{path};
 }
 
 } // namespace magellan

@@ -22,7 +22,7 @@ namespace magellan {
 /// Returns the absolute path of a kind's data folder, whether it exists or not.
 /// @param folders  the folder dictionary: folder key to folder name
 /// @return         nullopt if the name is missing, is not a text, is empty, contains a NUL byte or
-///                 has ".." as a component
+///                 has ".." as a component, or if links lead from the path out of the volume
 [[nodiscard]] std::optional<std::string> dataFolderPath(const gps::Dictionary& folders,
                                                         RecordKind kind, const std::string& volume);
 

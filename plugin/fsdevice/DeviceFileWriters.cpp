@@ -93,6 +93,22 @@ std::string presentText(RecordKind kind, const std::string& path)
     return text;
 }
 
+/// Saves a track under a free name. Another program may take the name before it is used here.
+std::optional<gps::Error> saveNewTrack(const gps::Dictionary& track, const std::string& folder)
+{
+    const auto text = trackText(track);
+    for (int attempt = 0; attempt < kTrackNumbers; ++attempt) {
+        const auto path = getNextFileNameFromPath(folder, trackFileName);
+        if (!path)
+            break;
+        auto error = gps::FileManager{}.writeNewAsciiFile(*path, text);
+        if (!error || !(gps::FileErrorCode::kWriteFileExists == error->code()))
+            return error;
+    }
+    return gps::makeFileError(gps::FileErrorCode::kWriteFileExists,
+                              gps::joinPath(folder, trackFileName(kTrackNumbers - 1)));
+}
+
 std::optional<gps::Error>
 mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
                      std::string_view file,
@@ -114,11 +130,7 @@ std::optional<gps::Error> saveTracks(const gps::Array& records, const std::strin
         const auto* track = element.as<gps::Dictionary>();
         if (track == nullptr)
             continue;
-        const auto path = getNextFileNameFromPath(folder, trackFileName);
-        if (!path)
-            return gps::makeFileError(gps::FileErrorCode::kWriteFileExists,
-                                      gps::joinPath(folder, trackFileName(kTrackNumbers - 1)));
-        if (auto error = saveTrack(*track, *path))
+        if (auto error = saveNewTrack(*track, folder))
             return error;
     }
     return std::nullopt;
@@ -282,7 +294,7 @@ std::optional<std::string> getNextFileNameFromPath(const std::string& folder,
 {
     for (int number = 0; number < kTrackNumbers; ++number) {
         auto path = gps::joinPath(folder, name(number));
-        if (!gps::FileManager{}.fileExists(path))
+        if (gps::FileManager{}.isFree(path))
             return path;
     }
     return std::nullopt;

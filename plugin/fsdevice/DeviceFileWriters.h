@@ -22,7 +22,8 @@ namespace magellan {
 /// `saveTracks:usingFolder:deleting:` and its three companions, one per kind.
 /// @param folder    the kind's data folder, an absolute path
 /// @param deleting  whether to call deleteFilesFromDir() first
-/// @return          the system's write error. Tracks are written up to the first failure
+/// @return          the system's write error. Tracks are written up to the first failure, and
+///                  never replace a file
 [[nodiscard]] std::optional<gps::Error> saveTracks(const gps::Array& records,
                                                    const std::string& folder, bool deleting);
 [[nodiscard]] std::optional<gps::Error> saveWaypoints(const gps::Array& records,
@@ -84,7 +85,8 @@ inline constexpr char kDefaultGeocacheFile[] = "Default Geocache File.gs";
 void deleteFilesFromDir(const std::string& folder, std::string_view extension);
 
 /// `getNextFileNameFromPath:andIntTemplate:`: the path with the lowest number below kTrackNumbers
-/// at which nothing exists. Returns nullopt if all are taken.
+/// at which nothing exists. A path that cannot be looked up counts as taken. Returns nullopt if all
+/// are taken.
 /// @param name  makes the file name with a number
 [[nodiscard]] std::optional<std::string> getNextFileNameFromPath(const std::string& folder,
                                                                  std::string (*name)(int));

@@ -424,5 +424,58 @@ TEST(AtomicFile, ATemporaryFileInTheWorkingFolderHasARelativePath)
     std::filesystem::current_path(before);
 }
 
+// A volume that lacks one or both ways of renaming without replacing.
+class PlainVolume : public FileSystem {
+public:
+    explicit PlainVolume(bool hasLinks) : hasLinks_(hasLinks) {}
+
+    int renameNoReplace(int, const char*, const char*) override
+    {
+        errno = EINVAL;
+        return -1;
+    }
+    int linkat(int folder, const char* from, const char* to) override
+    {
+        if (hasLinks_)
+            return FileSystem::linkat(folder, from, to);
+        errno = EPERM;
+        return -1;
+    }
+
+private:
+    bool hasLinks_;
+};
+
+TEST(AtomicFile, ANewFileReplacesNothingOnAnyVolume)
+{
+    OneFault whole;
+    PlainVolume withLinks{true};
+    PlainVolume withoutLinks{false};
+    for (FileSystem* files :
+         {static_cast<FileSystem*>(&whole), static_cast<FileSystem*>(&withLinks),
+          static_cast<FileSystem*>(&withoutLinks)}) {
+        const TemporaryFolder folder;
+        folder.put("a", "old");
+        EXPECT_EQ(writeNewAtomically(*files, folder.path("a"), "new"), EEXIST);
+        EXPECT_EQ(folder.read("a"), "old");
+        EXPECT_EQ(writeNewAtomically(*files, folder.path("b"), "new"), 0);
+        EXPECT_EQ(folder.read("b"), "new");
+        std::filesystem::create_symlink("nowhere", folder.path("c"));
+        EXPECT_EQ(writeNewAtomically(*files, folder.path("c"), "new"), EEXIST);
+        EXPECT_THAT(folder.names(), ElementsAre("a", "b", "c"));
+    }
+}
+
+TEST(AtomicFile, ANewFileThatCannotBeRenamedIsRemoved)
+{
+    for (const char* call : {"fsync", "renameNoReplace"}) {
+        const TemporaryFolder folder;
+        OneFault files{call, EIO};
+        EXPECT_EQ(writeNewAtomically(files, folder.path("a"), "new"), EIO);
+        EXPECT_TRUE(files.happened());
+        EXPECT_THAT(folder.names(), testing::IsEmpty());
+    }
+}
+
 } // namespace
 } // namespace gps

@@ -321,5 +321,102 @@ TEST(WriteObstacle, IsAReadOnlyVolume)
     EXPECT_EQ(codeOf(FileManager{}.writeObstacle(folder.path("volume/file"))), 642);
 }
 
+TEST(FileManager, OnlyANameThatDoesNotExistIsFree)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink("nowhere", folder.path("link"));
+    EXPECT_TRUE(FileManager{}.isFree(folder.path("a")));
+    EXPECT_FALSE(FileManager{}.isFree(folder.put("b", "")));
+    EXPECT_FALSE(FileManager{}.isFree(folder.path("link")));
+    EXPECT_FALSE(FileManager{}.isFree(folder.path("b/c"))) << "not known";
+    OneFault files{"lstat", EIO};
+    EXPECT_FALSE(FileManager{&files}.isFree(folder.path("a")));
+}
+
+TEST(FileManager, LookUpThatFailsIsNotAMissingFolder)
+{
+    const TemporaryFolder folder;
+    bool isFolder = false;
+    EXPECT_EQ(FileManager{}.lookUpFolder(folder.path(), isFolder), std::nullopt);
+    EXPECT_TRUE(isFolder);
+    EXPECT_EQ(FileManager{}.lookUpFolder(folder.put("a", ""), isFolder), std::nullopt);
+    EXPECT_FALSE(isFolder);
+    EXPECT_EQ(FileManager{}.lookUpFolder(folder.path("a/b"), isFolder), std::nullopt);
+    EXPECT_EQ(FileManager{}.lookUpFolder(folder.path("c"), isFolder), std::nullopt);
+    EXPECT_FALSE(isFolder);
+    OneFault files{"stat", EIO};
+    isFolder = true;
+    EXPECT_EQ(codeOf(FileManager{&files}.lookUpFolder(folder.path(), isFolder)), 256);
+    EXPECT_FALSE(isFolder);
+}
+
+TEST(FileManager, LinksThatLeadOutOfAFolderAreFound)
+{
+    const TemporaryFolder folder;
+    const auto volume = folder.makeFolder("volume");
+    folder.makeFolder("volume/a/b");
+    folder.makeFolder("volume2");
+    const auto link = [&](const char* target, const char* name) {
+        std::filesystem::create_symlink(target, folder.path(name));
+        return folder.path(name);
+    };
+    const auto leadsOut = [&](const std::string& path) {
+        return FileManager{}.leadsOutOf(volume, path);
+    };
+    EXPECT_FALSE(leadsOut(volume));
+    EXPECT_FALSE(leadsOut(volume + "/a"));
+    EXPECT_FALSE(leadsOut(volume + "/missing/too"));
+    EXPECT_FALSE(leadsOut(link("a/b", "volume/inside")));
+    EXPECT_FALSE(leadsOut(link(volume.c_str(), "volume/absolute")));
+    EXPECT_FALSE(leadsOut(link("missing", "volume/dangling")));
+    EXPECT_TRUE(leadsOut(link("..", "volume/out")));
+    EXPECT_TRUE(leadsOut(volume + "/out/volume2"));
+    EXPECT_TRUE(leadsOut(volume + "/out/missing"));
+    EXPECT_FALSE(leadsOut(volume + "/out/volume/a")) << "leads back";
+    EXPECT_TRUE(leadsOut(link("../volume2", "volume/sibling"))) << "a longer name";
+    EXPECT_TRUE(leadsOut(link("/", "volume/root")));
+    OneFault files{"realpath", EIO};
+    EXPECT_FALSE(FileManager{&files}.leadsOutOf(volume, volume + "/out"));
+}
+
+TEST(FileManager, LinksInTheWayToTheFolderItselfDoNotLeadOut)
+{
+    const TemporaryFolder folder;
+    folder.makeFolder("volume/a");
+    std::filesystem::create_symlink("volume", folder.path("link"));
+    EXPECT_FALSE(FileManager{}.leadsOutOf(folder.path("link"), folder.path("link/a")));
+    EXPECT_FALSE(FileManager{}.leadsOutOf("/", "/tmp"));
+}
+
+TEST(FileManager, ADeviceIsNotEvenOpened)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink("/dev/null", folder.path("link"));
+    OneFault files;
+    std::string bytes;
+    EXPECT_EQ(codeOf(FileManager{&files}.readFile(folder.path("link"), bytes)), 256);
+    EXPECT_THAT(files.calls(), testing::Not(testing::Contains("open")));
+}
+
+TEST(FileManager, AsciiFileUpToTheLimitIsRead)
+{
+    const TemporaryFolder folder;
+    std::string text;
+    const auto path = folder.put("a", "1234");
+    EXPECT_EQ(FileManager{}.readAsciiFile(path, text, 4), std::nullopt);
+    EXPECT_EQ(codeOf(FileManager{}.readAsciiFile(path, text, 3)), 256);
+}
+
+TEST(FileManager, NewFileIsWrittenUnlessSomethingExists)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(FileManager{}.writeNewAsciiFile(folder.path("a"), "text"), std::nullopt);
+    EXPECT_EQ(folder.read("a"), "text");
+    EXPECT_EQ(codeOf(FileManager{}.writeNewAsciiFile(folder.path("a"), "other")), 516);
+    EXPECT_EQ(codeOf(FileManager{}.writeNewAsciiFile(folder.path("b"), "\xFC")), 517);
+    EXPECT_EQ(codeOf(FileManager{}.writeNewAsciiFile(folder.path("c/d"), "text")), 4);
+    EXPECT_EQ(folder.read("a"), "text");
+}
+
 } // namespace
 } // namespace gps

@@ -92,6 +92,22 @@ public:
     {
         return fails("renameat") ? -1 : FileSystem::renameat(folder, from, to);
     }
+    int renameNoReplace(int folder, const char* from, const char* to) override
+    {
+        return fails("renameNoReplace") ? -1 : FileSystem::renameNoReplace(folder, from, to);
+    }
+    int linkat(int folder, const char* from, const char* to) override
+    {
+        return fails("linkat") ? -1 : FileSystem::linkat(folder, from, to);
+    }
+    int realpath(const char* path, std::string& out) override
+    {
+        return fails("realpath") ? -1 : FileSystem::realpath(path, out);
+    }
+    int lstat(const char* path, struct stat* out) override
+    {
+        return fails("lstat") ? -1 : FileSystem::lstat(path, out);
+    }
     int unlink(const char* path) override
     {
         return fails("unlink") ? -1 : FileSystem::unlink(path);

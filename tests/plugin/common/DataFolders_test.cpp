@@ -3,9 +3,11 @@
 
 #include <gps/Value.h>
 #include <plugin/common/DataFolders.h>
+#include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -63,6 +65,21 @@ TEST(DataFolderPath, ANameThatBeginsWithASlashIsJoinedLikeAnyOther)
               "/media/GPS/x");
     EXPECT_EQ(dataFolderPath({{"MyPOIs", "/etc/passwd"}}, RecordKind::kWaypoints, "/media/GPS"),
               "/media/GPS/etc/passwd");
+}
+
+TEST(DataFolderPath, ALinkIsFollowedOnlyWithinTheVolume)
+{
+    const support::TemporaryFolder folder;
+    const auto volume = folder.makeFolder("volume");
+    folder.makeFolder("volume/Points");
+    std::filesystem::create_symlink("Points", volume + "/inside");
+    std::filesystem::create_symlink(folder.makeFolder("home"), volume + "/outside");
+    const auto path = [&](const char* name) {
+        return dataFolderPath({{"MyPOIs", name}}, RecordKind::kWaypoints, volume);
+    };
+    EXPECT_EQ(path("inside"), volume + "/inside");
+    EXPECT_EQ(path("outside"), std::nullopt);
+    EXPECT_EQ(path("outside/deeper"), std::nullopt);
 }
 
 } // namespace

@@ -154,6 +154,13 @@ TEST_F(DeviceFileWriters, FolderWithATracksNameUsesUpItsNumber)
               folder.path("TKLG001.log"));
 }
 
+TEST_F(DeviceFileWriters, LinkThatLeadsNowhereUsesUpItsNumberAndIsNotReplaced)
+{
+    std::filesystem::create_symlink("nowhere", folder.path("TKLG000.log"));
+    EXPECT_EQ(getNextFileNameFromPath(folder.path(), magellan::trackFileName),
+              folder.path("TKLG001.log"));
+}
+
 TEST_F(DeviceFileWriters, WithoutAFreeNumberSavingStopsWithTheWriteErrorOfAFileThatExists)
 {
     for (int number = 0; number < 998; ++number)
