@@ -8,23 +8,19 @@
 #include "host/backup/Manifest.h"
 #include "host/base/HostError.h"
 #include "host/files/Files.h"
+#include "host/files/FolderLock.h"
 #include "host/files/StateFolder.h"
 
 #include <gps/NumberText.h>
 #include <platform/System/FileManager.h>
-#include <platform/System/OpenFile.h>
 #include <platform/System/Paths.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/file.h>
 
 namespace host {
 namespace {
@@ -33,24 +29,6 @@ namespace fs = std::filesystem;
 
 // One name for each device, so that the next run removes what a killed one left.
 constexpr char kUnfinished[] = ".unfinished";
-
-// Keeps other processes from making a backup of the same device at the same time.
-class FolderLock {
-public:
-    FolderLock(gps::FileSystem& files, const std::string& folder)
-        : files_(files), file_(files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY, 0))
-    {}
-
-    // False if the file system has no locks: better an unlocked backup than none.
-    [[nodiscard]] bool isHeldByAnother() const
-    {
-        return files_.flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    }
-
-private:
-    gps::FileSystem& files_;
-    gps::OpenFile file_;
-};
 
 std::string deviceFolder(const std::string& folder, std::string_view identifier)
 {
@@ -286,13 +264,15 @@ std::optional<std::string> defaultBackupFolder()
 std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolders& source,
                                      MadeBackup& made, gps::FileSystem& files)
 {
+    if (source.failure)
+        return source.failure;
     const auto folder = deviceFolder(policy.folder, source.identifier);
     if (isInsideAny(policy.folder, source.folders))
         return hostError("The backup would be inside a folder that it copies",
                          "Choose another folder with --backup", policy.folder);
     if (auto failure = makeFolders(folder, files))
         return failure;
-    const FolderLock lock{files, folder};
+    const FolderLock lock{folder, files};
     if (lock.isHeldByAnother())
         return hostError("Another program is making a backup of this device",
                          "Wait until it has finished, and try again", folder);

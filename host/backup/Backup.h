@@ -37,6 +37,9 @@ struct DataFolders {
 
     /// Files that were read before and are not opened again; null if there are none.
     const std::vector<gps::DeviceFile>* known = nullptr;
+
+    /// Why the identifier or the folders may be wrong; no backup is made then.
+    std::optional<gps::Error> failure{};
 };
 
 struct Backup {

@@ -34,6 +34,20 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
     return std::nullopt;
 }
 
+std::optional<gps::Error> Restore::checkFolders(const std::string& device) const
+{
+    std::set<std::string> folders{manifest_.folders.begin(), manifest_.folders.end()};
+    for (const auto& file : manifest_.files)
+        folders.insert(file.path.substr(0, file.path.rfind('/') + 1));
+    for (const auto& folder : folders) {
+        const auto path = gps::joinPath(device, folder);
+        if (gps::FileManager{&files_}.leadsOutOf(device, path))
+            return hostError("A folder of the device is a link that leads out of it",
+                             "Replace the link by a folder, and try again", path);
+    }
+    return std::nullopt;
+}
+
 bool Restore::matches(const std::string& device) const
 {
     return std::all_of(manifest_.files.begin(), manifest_.files.end(),

@@ -23,6 +23,10 @@ public:
     /// Whether the device holds every file of the backup, unchanged.
     [[nodiscard]] bool matches(const std::string& device) const;
 
+    /// Checks that no folder of the backup leads out of the device, through links that are on the
+    /// device now. The operations below require that.
+    [[nodiscard]] std::optional<gps::Error> checkFolders(const std::string& device) const;
+
     /// Writes each file that the device does not hold unchanged. Stops at the first one that cannot
     /// be written; every file is old or new then, never half of each.
     /// @param device   the folder where the device is mounted now

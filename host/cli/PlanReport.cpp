@@ -10,6 +10,8 @@
 #include "host/cli/RecordCountText.h"
 #include "host/transfer/RecordCounts.h"
 
+#include <platform/System/Paths.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -52,6 +54,15 @@ std::string lineFor(const gps::PlannedFile& file, std::string_view device)
     return line;
 }
 
+std::string droppedLinesOf(const gps::PlannedFile& file, const PreparedSend& send)
+{
+    return fmt::format(
+        "{} line{} of {} will not be kept: damaged, incomplete, of another kind or "
+        "with a name that comes again. {}",
+        file.droppedLines, file.droppedLines == 1 ? "" : "s", gps::lastComponent(file.path),
+        send.request.backup ? "The backup keeps the whole file." : "No backup keeps the file.");
+}
+
 std::string lineFor(const TextChange& change)
 {
     auto line = fmt::format(R"({} {}: "{}" becomes "{}")", change.kind, change.key, change.before,
@@ -59,6 +70,12 @@ std::string lineFor(const TextChange& change)
     if (!change.dropped.empty())
         line += fmt::format(", without \"{}\"", change.dropped);
     return line;
+}
+
+// Whether a file's error is what stops the send, which is reported once.
+bool isObstacle(const PreparedSend& send, const gps::PlannedFile& file)
+{
+    return send.obstacle && send.obstacle->path() == file.path;
 }
 
 // Empty for a file that is as it should be, or whose problem the plan has reported.
@@ -71,6 +88,8 @@ std::string_view problemOf(SentFile::Result result)
         return "A file that was sent cannot be read back from the device";
     case SentFile::Result::kDifferent:
         return "A file on the device does not hold what was sent";
+    case SentFile::Result::kPutBack:
+    case SentFile::Result::kLost: // these two have messages of their own
     case SentFile::Result::kWritten:
     case SentFile::Result::kBlocked:
     case SentFile::Result::kNothingToWrite:
@@ -91,6 +110,31 @@ void addFiles(const SendReport& report, std::vector<std::string>& sentences)
             sentences.push_back(fmt::format("{}. Check the free space of the device, and send "
                                             "again. Path: {}",
                                             problem, file.path));
+    }
+}
+
+std::string lossOf(const SentFile& file, const SendReport& report)
+{
+    const auto what = fmt::format("{} of the receiver's records in this file were lost, because "
+                                  "the file could not be read during the send.",
+                                  file.lostRecords);
+    if (file.result == SentFile::Result::kPutBack)
+        return fmt::format("{} The file was put back as it was before the send: nothing is lost, "
+                           "and nothing was added. Send again. Path: {}",
+                           what, file.path);
+    const auto advice = report.backup
+                            ? fmt::format("Put the backup back with \"magellangps restore {}\".",
+                                          report.backup->name)
+                            : std::string{"There is no backup."};
+    return fmt::format("{} It could not be put back: {} {}", what, sentencesOf(*file.writeError),
+                       advice);
+}
+
+void addLosses(const SendReport& report, std::vector<std::string>& sentences)
+{
+    for (const auto& file : report.files) {
+        if (file.result == SentFile::Result::kPutBack || file.result == SentFile::Result::kLost)
+            sentences.push_back(lossOf(file, report));
     }
 }
 
@@ -129,8 +173,11 @@ std::string planReport(const PreparedSend& send)
 {
     std::string text;
     const auto append = [&text](std::string_view line) { text += displayText(line) + '\n'; };
-    for (const auto& file : send.plan.files)
+    for (const auto& file : send.plan.files) {
         append(lineFor(file, send.device.location));
+        if (file.droppedLines > 0)
+            append(droppedLinesOf(file, send));
+    }
     for (const auto& change : send.textChanges)
         append(lineFor(change));
     for (const auto& remark : send.plan.remarks)
@@ -141,8 +188,10 @@ std::string planReport(const PreparedSend& send)
 std::vector<std::string> planErrors(const PreparedSend& send)
 {
     std::vector<std::string> sentences;
+    if (send.obstacle && send.request.isDryRun)
+        sentences.push_back(sentencesOf(*send.obstacle));
     for (const auto& file : send.plan.files) {
-        if (!file.error)
+        if (!file.error || isObstacle(send, file))
             continue;
         sentences.push_back(sentencesOf(*file.error));
         if (file.action == Action::kMerge)
@@ -158,6 +207,8 @@ std::vector<std::string> planErrors(const PreparedSend& send)
 std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend& send)
 {
     std::vector<std::string> sentences;
+    if (report.obstacle)
+        sentences = {sentencesOf(*report.obstacle), "Nothing was sent."};
     if (report.backupError)
         sentences = {sentencesOf(*report.backupError),
                      "There is no backup, so nothing was sent. Choose another folder with "
@@ -169,6 +220,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
             fmt::format("The plug-in met {} more errors. Run the command with -v to see them.",
                         report.moreErrors));
     addMissingKinds(report, send, sentences);
+    addLosses(report, sentences);
     addFiles(report, sentences);
     addMissingRecords(report, sentences);
     return sentences;

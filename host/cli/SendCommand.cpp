@@ -122,7 +122,7 @@ void SendCommand::showPlan(const PreparedSend& send)
 void SendCommand::perform(const PreparedSend& send)
 {
     const auto report = performSend(send);
-    if (options_.events && !report.backupError)
+    if (options_.events && report.wasRun())
         eventLines_.result(report.answer);
     showReport(send, report);
 }
@@ -173,7 +173,10 @@ void SendCommand::fail(const gps::Error& error)
 
 ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const Console& console)
 {
-    SendRequest request{.data = {}, .fitting = fittingFor(options), .backup = backupFor(options)};
+    SendRequest request{.data = {},
+                        .fitting = fittingFor(options),
+                        .isDryRun = options.dryRun,
+                        .backup = backupFor(options)};
     if (options.debug)
         request.driverOptions = {{"debug", *options.debug}};
     // The files first, so that a mistake in one of them is found before a driver does anything.

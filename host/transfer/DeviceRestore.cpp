@@ -4,8 +4,10 @@
 #include "host/transfer/DeviceRestore.h"
 
 #include "host/backup/Restore.h"
+#include "host/files/FolderLock.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/SendPreparation.h"
 
 #include <gps/GPSFileDevice.h>
 
@@ -30,8 +32,15 @@ std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& d
 RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
 {
     RestoreReport report;
+    const FolderLock lock{device.device};
+    if (lock.isHeldByAnother()) {
+        report.error = deviceInUse(device.device);
+        return report;
+    }
     Restore restore;
-    report.error = restore.open(request.backup);
+    report.error = device.failure ? device.failure : restore.open(request.backup);
+    if (!report.error)
+        report.error = restore.checkFolders(device.device);
     if (report.error)
         return report;
     report.wasUpToDate = restore.matches(device.device);
@@ -49,8 +58,15 @@ std::optional<DataFolders> dataFoldersOf(const ChosenDevice& device)
     const auto* const files = dynamic_cast<const gps::GPSFileDevice*>(device.driver.get());
     if (files == nullptr || device.location.empty() || !canSend(*device.driver))
         return std::nullopt;
-    return DataFolders{device.location, files->deviceIdentifier().value_or(""),
-                       files->dataFolders()};
+    const auto snapshot = files->takeSnapshot();
+    if (!snapshot)
+        return DataFolders{device.location, {}, {}};
+    const auto& failures = snapshot->failures();
+    return DataFolders{.device = device.location,
+                       .identifier = snapshot->identifier().value_or(""),
+                       .folders = snapshot->dataFolders(),
+                       .failure =
+                           failures.empty() ? std::nullopt : std::optional{failures.front()}};
 }
 
 RestoreReport restoreBackup(const DataFolders& device, const RestoreRequest& request)

@@ -19,7 +19,7 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
     if (send.request.backup->folder.empty())
         return hostError("There is no folder for backups", "Name one");
     MadeBackup made;
-    const DataFolders source{send.device.location, send.files->deviceIdentifier().value_or(""),
+    const DataFolders source{send.device.location, send.snapshot->identifier().value_or(""),
                              send.snapshot->dataFolders(), &send.snapshot->files()};
     if (auto failure = makeBackup(*send.request.backup, source, made))
         return failure;
@@ -29,13 +29,31 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
     return std::nullopt;
 }
 
-Outcome run(const PreparedSend& send, ProgressTracker& progress)
+// What the driver gets.
+class DataToSend {
+public:
+    explicit DataToSend(const PreparedSend& send)
+    {
+        if (!send.request.data)
+            return;
+        reduced_ = withoutBlocked(*send.request.data, send.plan);
+        data_ = reduced_ ? &*reduced_ : &*send.request.data;
+    }
+    DataToSend(const DataToSend&) = delete;
+    DataToSend& operator=(const DataToSend&) = delete;
+
+    [[nodiscard]] const gps::Dictionary* get() const noexcept { return data_; }
+
+private:
+    std::optional<gps::Dictionary> reduced_;
+    const gps::Dictionary* data_ = nullptr;
+};
+
+Outcome run(const PreparedSend& send, const gps::Dictionary* data, ProgressTracker& progress)
 {
-    const auto& data = send.request.data;
     return runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
-            return send.device.driver->gpsRunSend(data ? &*data : nullptr, status,
-                                                  send.request.driverOptions);
+            return send.device.driver->gpsRunSend(data, status, send.request.driverOptions);
         },
         [&](const EventBatch& batch) {
             progress.consume(batch);
@@ -44,11 +62,10 @@ Outcome run(const PreparedSend& send, ProgressTracker& progress)
         });
 }
 
-std::vector<gps::TransferKind> missingKinds(const PreparedSend& send, const Outcome& outcome)
+std::vector<gps::TransferKind> missingKinds(const gps::Dictionary* data, const Outcome& outcome)
 {
     std::vector<gps::TransferKind> missing;
-    const auto requested =
-        send.request.data ? kindsIn(*send.request.data) : std::vector<gps::TransferKind>{};
+    const auto requested = data != nullptr ? kindsIn(*data) : std::vector<gps::TransferKind>{};
     std::copy_if(requested.begin(), requested.end(), std::back_inserter(missing),
                  [&](gps::TransferKind kind) {
                      return std::find(outcome.sendings.begin(), outcome.sendings.end(), kind) ==
@@ -57,7 +74,8 @@ std::vector<gps::TransferKind> missingKinds(const PreparedSend& send, const Outc
     return missing;
 }
 
-void addErrors(const PreparedSend& send, Outcome& outcome, SendReport& report)
+void addErrors(const PreparedSend& send, const gps::Dictionary* data, Outcome& outcome,
+               SendReport& report)
 {
     report.errors = std::move(outcome.reported);
     report.answer = std::move(outcome.error);
@@ -70,13 +88,27 @@ void addErrors(const PreparedSend& send, Outcome& outcome, SendReport& report)
             report.errors.push_back(std::move(logged.error));
     }
     report.moreErrors = outcome.moreErrors;
-    report.missingKinds = missingKinds(send, outcome);
+    report.missingKinds = missingKinds(data, outcome);
+}
+
+// Null if the file did not exist before the send.
+const gps::DeviceFile* findFile(const gps::DeviceSnapshot& snapshot, const std::string& path)
+{
+    const auto& files = snapshot.files();
+    const auto found = std::find_if(files.begin(), files.end(),
+                                    [&](const auto& file) { return file.path == path; });
+    return found != files.end() ? &*found : nullptr;
 }
 
 void check(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
 {
     progress.begin(TransferPhase::kReadingBack);
     report.files = checkFiles(send.plan);
+    for (std::size_t i = 0; i < report.files.size(); ++i) {
+        const auto& planned = send.plan.files[i];
+        if (const auto* const before = findFile(*send.snapshot, planned.path))
+            putBackIfLost(*before, planned, *send.files, report.files[i]);
+    }
     if (report.isComplete())
         report.missingRecords = missingRecords(*send.request.data, send.plan, *send.files);
 }
@@ -89,7 +121,7 @@ bool SendReport::isComplete() const noexcept
         return file.result == SentFile::Result::kWritten ||
                file.result == SentFile::Result::kNothingToWrite;
     };
-    return !backupError && errors.empty() && moreErrors == 0 && missingKinds.empty() &&
+    return wasRun() && errors.empty() && moreErrors == 0 && missingKinds.empty() &&
            std::all_of(files.begin(), files.end(), isGood) && missingRecords.empty();
 }
 
@@ -97,16 +129,22 @@ SendReport performSend(const PreparedSend& send)
 {
     SendReport report;
     ProgressTracker progress{send.request.progress};
+    report.obstacle = send.obstacle;
+    if (report.obstacle) {
+        progress.finish();
+        return report;
+    }
     if (send.request.backup && plannedWrites(send.plan) > 0) {
         progress.begin(TransferPhase::kBackingUp);
         report.backupError = backUp(send, report);
     }
     if (!report.backupError) {
         progress.begin(TransferPhase::kSending);
-        auto outcome = run(send, progress);
+        const DataToSend data{send};
+        auto outcome = run(send, data.get(), progress);
         report.logLines = std::move(outcome.logLines);
         report.moreLogLines = outcome.moreLines;
-        addErrors(send, outcome, report);
+        addErrors(send, data.get(), outcome, report);
         if (send.isPlanned() && !report.answer)
             check(send, progress, report);
     }

@@ -17,6 +17,9 @@ namespace host {
 
 /// What a send did.
 struct SendReport {
+    /// Why nothing may be sent: see PreparedSend. Nothing was sent then, and the rest is empty.
+    std::optional<gps::Error> obstacle{};
+
     /// Why no backup could be made. Nothing was sent then, and the rest is empty.
     std::optional<gps::Error> backupError{};
     std::optional<Backup> backup{};            ///< holds the device's files before the send
@@ -31,6 +34,9 @@ struct SendReport {
     std::vector<MissingRecord> missingRecords{};   ///< empty if anything else went wrong
     std::vector<std::string> logLines{};           ///< what else the plug-in logged
     std::size_t moreLogLines = 0; ///< further lines, of which only the number is known
+
+    /// Whether the driver's operation was run.
+    [[nodiscard]] bool wasRun() const noexcept { return !obstacle && !backupError; }
 
     /// Whether everything that was to be sent is on the device.
     [[nodiscard]] bool isComplete() const noexcept;

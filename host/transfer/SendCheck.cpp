@@ -4,11 +4,16 @@
 
 #include "host/transfer/SendCheck.h"
 
+#include "host/files/Files.h"
+#include "host/fitting/RecordList.h"
+
+#include <gps/Geocache.h>
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -34,7 +39,91 @@ Result resultOf(const gps::PlannedFile& file)
     return present == file.content ? Result::kWritten : Result::kDifferent;
 }
 
+// Visits the names under which a device stores the records of a file: waypoints, routes and route
+// points.
+template <typename Visitor> void forEachName(const gps::Dictionary& records, const Visitor& visit)
+{
+    const auto visitName = [&visit](std::string_view kind, const gps::Dictionary& record) {
+        if (const auto* const name = record.findString("name"))
+            visit(std::pair{kind, *name});
+    };
+    forEachRecord(records, "waypoint",
+                  [&](const gps::Dictionary& record) { visitName("waypoint", record); });
+    forEachRecord(records, "route", [&](const gps::Dictionary& route) {
+        visitName("route", route);
+        forEachRecord(route, "points",
+                      [&](const gps::Dictionary& point) { visitName("point", point); });
+    });
+}
+
+using Names = std::set<std::pair<std::string_view, std::string>>;
+
+Names namesIn(const std::string& content, const gps::PlannedFile& planned,
+              const gps::GPSFileDevice& device)
+{
+    auto file = planned;
+    file.content = content;
+    Names names;
+    forEachName(device.recordsIn(file), [&names](auto name) { names.insert(std::move(name)); });
+    return names;
+}
+
+// How many records both an older and a planned content have, but the present one does not.
+std::size_t lostRecords(const std::string& before, const std::string& present,
+                        const gps::PlannedFile& planned, const gps::GPSFileDevice& device)
+{
+    const auto kept = namesIn(planned.content, planned, device);
+    const auto found = namesIn(present, planned, device);
+    std::size_t lost = 0;
+    for (const auto& name : namesIn(before, planned, device))
+        lost += kept.contains(name) && !found.contains(name) ? 1U : 0U;
+    return lost;
+}
+
 } // namespace
+
+void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planned,
+                   const gps::GPSFileDevice& device, SentFile& file)
+{
+    if (before.error || (file.result != Result::kDifferent && file.result != Result::kMissing))
+        return;
+    std::string present;
+    if (gps::FileManager{}.readFile(planned.path, present) && file.result != Result::kMissing)
+        return;
+    file.lostRecords = lostRecords(before.content, present, planned, device);
+    if (file.lostRecords == 0)
+        return;
+    file.writeError = writeFile(planned.path, before.content);
+    file.result = file.writeError ? Result::kLost : Result::kPutBack;
+}
+
+std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
+                                              const gps::SendPlan& plan)
+{
+    std::set<std::string_view> blocked; // kinds
+    for (const auto& file : plan.files) {
+        if (file.action == Action::kSkip && file.error)
+            blocked.insert(file.kind);
+    }
+    if (blocked.empty())
+        return std::nullopt;
+    auto rest = data;
+    if (blocked.contains("tracks"))
+        rest.remove("track");
+    if (blocked.contains("routes"))
+        rest.remove("route");
+    auto* const waypoints = rest.findArray("waypoint");
+    if (waypoints == nullptr)
+        return rest;
+    std::erase_if(*waypoints, [&](const gps::Value& element) {
+        const auto* const record = element.as<gps::Dictionary>();
+        const bool isGeocache = record != nullptr && gps::isGeocache(*record);
+        return blocked.contains(isGeocache ? "geocaches" : "waypoints");
+    });
+    if (waypoints->empty())
+        rest.remove("waypoint");
+    return rest;
+}
 
 std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
 {

@@ -8,6 +8,8 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,12 +22,16 @@ struct SentFile {
         kMissing,        ///< does not exist
         kUnreadable,     ///< exists but cannot be read
         kDifferent,      ///< holds something else
+        kPutBack,        ///< had lost records of the device, and holds what it held before the send
+        kLost,           ///< has lost records of the device, and could not be put back
         kBlocked,        ///< could not be written, as the plan said
         kNothingToWrite, ///< was not to be written, as the plan said
     };
 
     std::string path;
     Result result;
+    std::size_t lostRecords = 0;            ///< kPutBack, kLost: how many were lost
+    std::optional<gps::Error> writeError{}; ///< kLost: why the file could not be put back
 };
 
 /// The kinds of records in a data dictionary, in the order in which they are sent.
@@ -33,6 +39,19 @@ struct SentFile {
 
 /// Reads each file that was to be written and compares it with the plan, byte for byte.
 [[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan);
+
+/// Puts a file back as it was before the send if it has lost records that the plan kept. A driver
+/// that cannot read a file merges from nothing, and replaces it all the same.
+/// @param before  the file before the send
+/// @param file    in and out: the file's result
+void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planned,
+                   const gps::GPSFileDevice& device, SentFile& file);
+
+/// Returns the data without the records of the kinds for which the plan has a file that cannot be
+/// written: the driver would look at the file again, and must not write it after all.
+/// @return  nullopt if there is no such file
+[[nodiscard]] std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
+                                                            const gps::SendPlan& plan);
 
 /// Whether a driver logs an error that the plan already contains: a file to be created could not be
 /// read before the send, or the present content of a file to be merged cannot be read.

@@ -3,8 +3,11 @@
 
 #include "host/transfer/SendPreparation.h"
 
+#include "host/base/HostError.h"
 #include "host/transfer/DeviceRoutePoints.h"
 #include "host/transfer/ProgressTracker.h"
+
+#include <platform/System/FileError.h>
 
 #include <algorithm>
 #include <utility>
@@ -25,7 +28,48 @@ void fit(PreparedSend& send)
     useDeviceRoutePoints(data, onDevice, *send.files);
 }
 
+// A file that is not text has its content in the snapshot, so the backup can keep it.
+bool isUnread(const gps::DeviceFile& file)
+{
+    return file.error && !(gps::FileErrorCode::kReadNotAscii == file.error->code()) &&
+           !(gps::FileErrorCode::kReadNoSuchFile == file.error->code());
+}
+
+std::optional<gps::Error> obstacleIn(const gps::DeviceSnapshot& snapshot)
+{
+    if (!snapshot.failures().empty())
+        return snapshot.failures().front();
+    const auto& files = snapshot.files();
+    const auto unread = std::find_if(files.begin(), files.end(), isUnread);
+    return unread != files.end() ? unread->error : std::nullopt;
+}
+
+void lock(PreparedSend& send)
+{
+    if (send.request.isDryRun || send.device.location.empty())
+        return;
+    send.lock.emplace(send.device.location);
+    if (send.lock->isHeldByAnother())
+        send.obstacle = deviceInUse(send.device.location);
+}
+
+// A write locks the folder that it writes into. If that is the device itself, it would fail.
+void unlockDataFolder(PreparedSend& send)
+{
+    const auto folders = send.snapshot->dataFolders();
+    if (send.lock && std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
+            return send.lock->isOf(folder);
+        }))
+        send.lock.reset();
+}
+
 } // namespace
+
+gps::Error deviceInUse(const std::string& device)
+{
+    return hostError("Another program is writing to this device",
+                     "Wait until it has finished, and try again", device);
+}
 
 PreparedSend prepareSend(ChosenDevice device, SendRequest request)
 {
@@ -37,8 +81,12 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
         return send;
     ProgressTracker progress{send.request.progress};
     progress.begin(TransferPhase::kReadingDevice);
+    lock(send);
     send.snapshot = send.files->takeSnapshot();
     if (send.snapshot) {
+        unlockDataFolder(send);
+        if (!send.obstacle)
+            send.obstacle = obstacleIn(*send.snapshot);
         fit(send);
         send.plan = send.snapshot->planSend(*send.request.data);
     }

@@ -7,6 +7,7 @@
 
 #include "host/backup/Backup.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/files/FolderLock.h"
 #include "host/fitting/NameFitting.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/TransferProgress.h"
@@ -33,6 +34,9 @@ struct SendRequest {
     gps::Dictionary driverOptions{};
     SendFitting fitting = SendFitting::kAll;
 
+    /// Only the plan is wanted: the device is not locked.
+    bool isDryRun = false;
+
     /// Where the backup goes; nullopt: none is made. With an empty folder a send that needs a
     /// backup fails.
     std::optional<BackupPolicy> backup{};
@@ -54,11 +58,22 @@ struct PreparedSend {
     /// The device before the send. Null if there is nothing to plan.
     std::unique_ptr<gps::DeviceSnapshot> snapshot{};
     gps::SendPlan plan{};
+
+    /// Why nothing may be sent: another program is writing to the device, or something on it could
+    /// not be read, which the send would then replace.
+    std::optional<gps::Error> obstacle{};
+
+    /// Held from before the device is read until this object ends, so that no other program can
+    /// change what the plan is based on. Empty for a dry run.
+    std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
 
     /// Whether there is a plan to check the result against.
     [[nodiscard]] bool isPlanned() const noexcept { return snapshot != nullptr; }
 };
+
+/// The error for a device that is locked.
+[[nodiscard]] gps::Error deviceInUse(const std::string& device);
 
 [[nodiscard]] PreparedSend prepareSend(ChosenDevice device, SendRequest request);
 

@@ -17,17 +17,30 @@
 
 namespace magellan {
 
+namespace {
+
+/// @param failures  gets the error of a unit file that exists and could not be read
+std::optional<std::string> identifierOf(const std::string& volume,
+                                        std::vector<gps::Error>& failures)
+{
+    const gps::AuthorizedPath access{volume};
+    gps::Dictionary unit;
+    if (auto failure = readMagellanUnitIDFromPath(volume, unit)) {
+        if (mayBeReadLater(*failure))
+            failures.push_back(std::move(*failure));
+        return std::nullopt;
+    }
+    const auto* serialNumber = unit.findString("Serial Number");
+    return serialNumber != nullptr ? std::optional{*serialNumber} : std::nullopt;
+}
+
+} // namespace
+
 std::optional<std::string> FileDevice::deviceIdentifier() const
 {
     const auto* const volume = location();
-    if (volume == nullptr)
-        return std::nullopt;
-    const gps::AuthorizedPath access{*volume};
-    gps::Dictionary unit;
-    if (readMagellanUnitIDFromPath(*volume, unit))
-        return std::nullopt;
-    const auto* serialNumber = unit.findString("Serial Number");
-    return serialNumber != nullptr ? std::optional{*serialNumber} : std::nullopt;
+    std::vector<gps::Error> ignored;
+    return volume != nullptr ? identifierOf(*volume, ignored) : std::nullopt;
 }
 
 std::vector<std::string> FileDevice::dataFolders() const
@@ -35,14 +48,25 @@ std::vector<std::string> FileDevice::dataFolders() const
     const auto* const volume = location();
     const auto folders =
         volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
-    return folders ? existingDataFolders(*folders, *volume) : std::vector<std::string>{};
+    std::vector<gps::Error> ignored;
+    return folders ? existingDataFolders(*folders, *volume, ignored) : std::vector<std::string>{};
 }
 
 std::unique_ptr<gps::DeviceSnapshot> FileDevice::takeSnapshot() const
 {
     const auto* const volume = location();
-    auto folders = volume != nullptr ? readMagellanFolderDictionaryFromPath(*volume) : std::nullopt;
-    return folders ? std::make_unique<MagellanSnapshot>(*volume, *std::move(folders)) : nullptr;
+    if (volume == nullptr)
+        return nullptr;
+    std::optional<gps::Error> failure;
+    auto folders = readMagellanFolderDictionaryFromPath(*volume, &failure);
+    if (!folders)
+        return nullptr;
+    std::vector<gps::Error> failures;
+    if (failure && mayBeReadLater(*failure)) // otherwise a download uses the same folders
+        failures.push_back(std::move(*failure));
+    auto identifier = identifierOf(*volume, failures);
+    return std::make_unique<MagellanSnapshot>(*volume, *std::move(folders), std::move(identifier),
+                                              std::move(failures));
 }
 
 std::string FileDevice::deviceCharacters() const

@@ -9,10 +9,13 @@
 #include <gps/Characters.h>
 #include <platform/System/FileManager.h>
 
+#include <cstddef>
 #include <utility>
 
 namespace magellan {
 namespace {
+
+constexpr std::size_t kLargestKeyValueFile = std::size_t{1} << 20; // bytes; real ones have hundreds
 
 void parseLine(std::string_view line, gps::Dictionary& dictionary)
 {
@@ -26,6 +29,12 @@ void parseLine(std::string_view line, gps::Dictionary& dictionary)
 
 } // namespace
 
+bool mayBeReadLater(const gps::Error& error)
+{
+    return !(gps::FileErrorCode::kReadNoSuchFile == error.code()) &&
+           !(gps::FileErrorCode::kReadNotAscii == error.code());
+}
+
 gps::Dictionary parseKeyValueText(std::string_view text)
 {
     gps::Dictionary dictionary;
@@ -37,7 +46,7 @@ std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path
                                                          gps::Dictionary& dictionary)
 {
     std::string text;
-    if (auto error = gps::FileManager{}.readAsciiFile(path, text))
+    if (auto error = gps::FileManager{}.readAsciiFile(path, text, kLargestKeyValueFile))
         return error;
     dictionary = parseKeyValueText(text);
     return std::nullopt;

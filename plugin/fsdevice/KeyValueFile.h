@@ -22,7 +22,7 @@ namespace magellan {
 
 /// `readMagellanDictionaryFromPath:error:`.
 /// @param dictionary  out: key to value, both texts; unchanged after a failure
-/// @return            the system's read error
+/// @return            the system's read error; 256 also for a file of more than 1 MiB
 [[nodiscard]] std::optional<gps::Error> readMagellanDictionaryFromPath(const std::string& path,
                                                                        gps::Dictionary& dictionary);
 
@@ -30,6 +30,10 @@ namespace magellan {
 /// this file exists.
 [[nodiscard]] std::optional<gps::Error> readMagellanUnitIDFromPath(const std::string& volume,
                                                                    gps::Dictionary& dictionary);
+
+/// Whether a read error leaves open what the file says: it exists, and its bytes could not be read.
+/// A file that is missing or is not text is the same at each attempt.
+[[nodiscard]] bool mayBeReadLater(const gps::Error& error);
 
 /// The path of a volume's unit file.
 [[nodiscard]] std::string unitFilePath(const std::string& volume);

@@ -9,6 +9,7 @@
 #include "../common/FolderWalk.h"
 #include "DeviceFileReaders.h"
 #include "DeviceFileWriters.h"
+#include "DroppedLines.h"
 #include "SendRemarks.h"
 
 #include <platform/System/Ascii.h>
@@ -30,16 +31,32 @@ using Action = gps::PlannedFile::Action;
 constexpr std::array kAllKinds{RecordKind::kWaypoints, RecordKind::kGeocaches, RecordKind::kRoutes,
                                RecordKind::kTracks};
 
+/// A kind as in gps::PlannedFile.
+std::string_view nameOf(RecordKind kind)
+{
+    switch (kind) {
+    case RecordKind::kTracks:
+        return "tracks";
+    case RecordKind::kWaypoints:
+        return "waypoints";
+    case RecordKind::kGeocaches:
+        return "geocaches";
+    case RecordKind::kRoutes:
+        break;
+    }
+    return "routes";
+}
+
 bool isMissing(const gps::DeviceFile& file)
 {
     return file.error && file.error->code() == gps::FileErrorCode::kReadNoSuchFile;
 }
 
 /// @param present  the file as it is; null if it does not exist
-gps::PlannedFile planFile(const std::string& path, std::string content,
+gps::PlannedFile planFile(RecordKind kind, const std::string& path, std::string content,
                           const gps::DeviceFile* present)
 {
-    gps::PlannedFile file{path, Action::kCreate, std::move(content), std::nullopt};
+    gps::PlannedFile file{path, Action::kCreate, std::move(content), std::nullopt, nameOf(kind)};
     file.error = gps::FileManager{}.writeObstacle(path);
     if (!file.error && !gps::isAscii(file.content))
         file.error = gps::makeFileError(gps::FileErrorCode::kWriteNotAscii, path);
@@ -48,6 +65,7 @@ gps::PlannedFile planFile(const std::string& path, std::string content,
     } else if (present != nullptr) {
         file.action = Action::kMerge;
         file.error = present->error;
+        file.droppedLines = present->error ? 0 : droppedLines(kind, present->content);
     }
     return file;
 }
@@ -57,7 +75,7 @@ std::optional<std::string> nextTrackPath(const std::string& folder, int& number)
 {
     while (number < kTrackNumbers) {
         auto path = gps::joinPath(folder, trackFileName(number++));
-        if (!gps::FileManager{}.fileExists(path))
+        if (gps::FileManager{}.isFree(path))
             return path;
     }
     return std::nullopt;
@@ -78,7 +96,7 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
                                    (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
             return;
         }
-        plan.files.push_back(planFile(*path, trackText(*track), nullptr));
+        plan.files.push_back(planFile(job.kind, *path, trackText(*track), nullptr));
         ++planned;
     }
 }
@@ -115,8 +133,12 @@ gps::Array recordsIn(RecordKind kind, std::string_view text)
 
 } // namespace
 
-MagellanSnapshot::MagellanSnapshot(std::string volume, gps::Dictionary folderNames)
-    : volume_(std::move(volume)), folderNames_(std::move(folderNames))
+MagellanSnapshot::MagellanSnapshot(std::string volume, gps::Dictionary folderNames,
+                                   std::optional<std::string> identifier,
+                                   std::vector<gps::Error> failures)
+    : volume_(std::move(volume)), folderNames_(std::move(folderNames)),
+      identifier_(std::move(identifier)), failures_(std::move(failures)),
+      dataFolders_(existingDataFolders(folderNames_, volume_, failures_))
 {
     for (const auto kind : {RecordKind::kWaypoints, RecordKind::kGeocaches, RecordKind::kRoutes}) {
         if (const auto path = dataFolderPath(folderNames_, kind, volume_))
@@ -134,7 +156,8 @@ void MagellanSnapshot::readFolder(RecordKind kind, const std::string& path)
     });
     // A folder that cannot be listed may still have a default file, which a send would replace.
     const auto defaultFile = targetOf({kind, {}, path});
-    if (!fileIndex_.contains(defaultFile) && gps::FileManager{}.fileExists(defaultFile))
+    // If it is not known whether that file exists, the attempt to read it shows it.
+    if (!fileIndex_.contains(defaultFile) && !gps::FileManager{}.isFree(defaultFile))
         folder.files.push_back(readFile(defaultFile));
 }
 
@@ -158,11 +181,6 @@ const gps::DeviceFile* MagellanSnapshot::findPresent(const std::string& path) co
     const auto found = fileIndex_.find(path);
     return found != fileIndex_.end() && !isMissing(files_[found->second]) ? &files_[found->second]
                                                                           : nullptr;
-}
-
-std::vector<std::string> MagellanSnapshot::dataFolders() const
-{
-    return existingDataFolders(folderNames_, volume_);
 }
 
 gps::Dictionary MagellanSnapshot::records() const
@@ -211,14 +229,15 @@ void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
         auto content =
             mergedText(job, present != nullptr && !present->error ? present->content : "");
         if (!content) {
-            plan.files.push_back({path, Action::kSkip, {}, std::nullopt});
+            plan.files.push_back({path, Action::kSkip, {}, std::nullopt, nameOf(job.kind)});
             plan.remarks.emplace_back("No geocache is written, since one of them has no position.");
             return;
         }
         remarkOnFile(job.kind, path, *content, plan.remarks);
-        plan.files.push_back(planFile(path, std::move(*content), present));
+        plan.files.push_back(planFile(job.kind, path, std::move(*content), present));
     } catch (const std::exception& failure) {
-        plan.files.push_back({path, Action::kSkip, {}, makeThrownError(failure, path)});
+        plan.files.push_back(
+            {path, Action::kSkip, {}, makeThrownError(failure, path), nameOf(job.kind)});
     }
 }
 
@@ -238,14 +257,18 @@ gps::Dictionary recordsInFile(std::string_view path, std::string_view text)
 }
 
 std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,
-                                             const std::string& volume)
+                                             const std::string& volume,
+                                             std::vector<gps::Error>& failures)
 {
     std::vector<std::string> paths;
     for (const auto kind : kAllKinds) {
         auto path = dataFolderPath(folders, kind, volume);
+        if (!path || std::find(paths.begin(), paths.end(), *path) != paths.end())
+            continue;
         bool isFolder = false;
-        if (path && gps::FileManager{}.fileExists(*path, &isFolder) && isFolder &&
-            std::find(paths.begin(), paths.end(), *path) == paths.end())
+        if (auto failure = gps::FileManager{}.lookUpFolder(*path, isFolder))
+            failures.push_back(std::move(*failure));
+        if (isFolder)
             paths.push_back(std::move(*path));
     }
     return paths;

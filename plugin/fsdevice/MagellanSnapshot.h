@@ -11,6 +11,7 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,10 +23,18 @@ class MagellanSnapshot final : public gps::DeviceSnapshot {
 public:
     /// Reads the waypoint, geocache and route files of a receiver.
     /// @param folderNames  the folder dictionary of the volume
-    MagellanSnapshot(std::string volume, gps::Dictionary folderNames);
+    /// @param failures     what could not be read before this; what cannot be read now is added
+    MagellanSnapshot(std::string volume, gps::Dictionary folderNames,
+                     std::optional<std::string> identifier = {},
+                     std::vector<gps::Error> failures = {});
 
     [[nodiscard]] const std::vector<gps::DeviceFile>& files() const override { return files_; }
-    [[nodiscard]] std::vector<std::string> dataFolders() const override;
+    [[nodiscard]] const std::vector<gps::Error>& failures() const override { return failures_; }
+    [[nodiscard]] const std::optional<std::string>& identifier() const override
+    {
+        return identifier_;
+    }
+    [[nodiscard]] std::vector<std::string> dataFolders() const override { return dataFolders_; }
     [[nodiscard]] gps::Dictionary records() const override;
     [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
 
@@ -45,6 +54,9 @@ private:
 
     std::string volume_;
     gps::Dictionary folderNames_; // by folder key
+    std::optional<std::string> identifier_;
+    std::vector<gps::Error> failures_;
+    std::vector<std::string> dataFolders_;
     std::vector<gps::DeviceFile> files_;
     std::unordered_map<std::string, std::size_t> fileIndex_; // by path
     std::vector<Folder> folders_;
@@ -55,8 +67,10 @@ private:
 [[nodiscard]] gps::Dictionary recordsInFile(std::string_view path, std::string_view text);
 
 /// The data folders of a volume that exist, as absolute paths, each once.
-/// @param folders  the folder dictionary of the volume
+/// @param folders   the folder dictionary of the volume
+/// @param failures  the errors of the folders of which it is not known whether they exist are added
 [[nodiscard]] std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,
-                                                           const std::string& volume);
+                                                           const std::string& volume,
+                                                           std::vector<gps::Error>& failures);
 
 } // namespace magellan

@@ -33,6 +33,13 @@ struct PlannedFile {
     /// kSkip: why the file cannot be written. kMerge: why its present content cannot be read; the
     /// send would replace that content. Empty otherwise.
     std::optional<Error> error;
+
+    /// "tracks", "waypoints", "geocaches" or "routes". A file has records of one kind only.
+    std::string_view kind{};
+
+    /// kMerge: how many lines of the present file the merged one would not hold, because they are
+    /// damaged, incomplete or of another kind, or because a later record has the same name.
+    std::size_t droppedLines = 0;
 };
 
 /// What a send would do.
@@ -62,6 +69,14 @@ public:
     /// The files that were read, each once, in the order in which a download reads them. Track
     /// files are not among them.
     [[nodiscard]] virtual const std::vector<DeviceFile>& files() const = 0;
+
+    /// Why files may be missing from the snapshot, or belong to another receiver's folders: what
+    /// describes the device, or a folder of it, exists but could not be read. Empty if the snapshot
+    /// is complete. A send or a backup that is based on an incomplete one can lose data.
+    [[nodiscard]] virtual const std::vector<Error>& failures() const = 0;
+
+    /// The device's own identifier; as `GPSFileDevice::deviceIdentifier`.
+    [[nodiscard]] virtual const std::optional<std::string>& identifier() const = 0;
 
     /// The folders that hold the device's data, those of tracks included; as
     /// `GPSFileDevice::dataFolders`.

@@ -117,6 +117,8 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     struct Snapshot final : gps::DeviceSnapshot {
         explicit Snapshot(const FakeFileDriver& owner) : driver(owner) {}
         const std::vector<gps::DeviceFile>& files() const override { return driver.files; }
+        const std::vector<gps::Error>& failures() const override { return driver.failures; }
+        const std::optional<std::string>& identifier() const override { return driver.identifier; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
         gps::Dictionary records() const override { return driver.records; }
         gps::SendPlan planSend(const gps::Dictionary& data) const override
@@ -147,6 +149,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::optional<std::string> identifier = "42";
     std::vector<std::string> folders;
     std::vector<gps::DeviceFile> files;
+    std::vector<gps::Error> failures;
     gps::Dictionary records{{"waypoint", gps::Array{}}, {"route", gps::Array{}}};
     std::function<std::string(std::string symbol)> storedSymbol = [](std::string symbol) {
         return symbol;

@@ -370,6 +370,40 @@ TEST_F(Send, DamagedPresentFileIsUnchanged)
     EXPECT_TRUE(fs::exists(receiver.path("Ways/Default Route File.rte")));
 }
 
+TEST_F(Send, NothingIsSentToAReceiverThatCannotBeReadWhole)
+{
+    for (const char* const unreadable :
+         {"USBTRANS/LANGUAGE.DAT", "Points/Default POI File.upt", "Ways/Default Route File.rte"}) {
+        const Receiver receiver;
+        fs::remove(receiver.path(unreadable));
+        fs::create_symlink("loop", receiver.path("loop"));
+        fs::create_symlink(receiver.path("loop"), receiver.path(unreadable));
+        for (const auto& words :
+             {std::vector<std::string>{"--no-backup"}, {"--backup", here_.path("kept")}}) {
+            std::vector<std::string> command{"send", trip(), "--device", receiver.path()};
+            command.insert(command.end(), words.begin(), words.end());
+            const auto ran = magellangps(command);
+            EXPECT_EQ(ran.status, 1) << unreadable;
+            EXPECT_THAT(ran.err, HasSubstr(receiver.path(unreadable)));
+            EXPECT_THAT(ran.err, HasSubstr("Nothing was sent."));
+            EXPECT_FALSE(fs::exists(receiver.path("Tracks/TKLG000.log")));
+        }
+        const auto dry = send(receiver.path(), {trip(), "--dry-run"});
+        EXPECT_EQ(dry.status, 1) << unreadable;
+        EXPECT_THAT(dry.err, HasSubstr(receiver.path(unreadable)));
+    }
+}
+
+TEST_F(Send, LinesThatWillNotBeKeptAreCounted)
+{
+    const Receiver receiver;
+    receiver.put("Points/Default POI File.upt",
+                 support::sentences({support::kCamp}) + "$damaged\r\n");
+    const auto ran = send(receiver.path(), {trip()});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("\n1 line of Default POI File.upt will not be kept"));
+}
+
 TEST_F(Send, FailedBackupStopsTheSend)
 {
     const Receiver receiver;

@@ -63,6 +63,54 @@ TEST(PlanReport, BlockedFilesAndLostContentsAreErrors)
                 HasSubstr("a send replaces it. The backup keeps a copy. Path: /dev/b"));
 }
 
+TEST(PlanReport, LinesThatWillNotBeKeptAreCounted)
+{
+    auto send = sendTo("/dev");
+    send.plan.files.push_back({"/dev/Points/b.upt", Action::kMerge, "x", {}, "waypoints", 1});
+    EXPECT_THAT(
+        host::planReport(send),
+        HasSubstr("\n1 line of b.upt will not be kept: damaged, incomplete, of another kind "
+                  "or with a name that comes again. No backup keeps the file.\n"));
+    send.plan.files[0].droppedLines = 12;
+    send.request.backup.emplace();
+    EXPECT_THAT(host::planReport(send),
+                HasSubstr("\n12 lines of b.upt will not be kept: damaged, incomplete, of another "
+                          "kind or with a name that comes again. The backup keeps the whole "
+                          "file.\n"));
+}
+
+TEST(PlanReport, ObstacleIsNamedOnceAndStopsTheSend)
+{
+    auto send = sendTo("/dev");
+    send.obstacle = errorOf("Cannot be read", "/dev/a");
+    send.plan.files.push_back({"/dev/a", Action::kMerge, "x", send.obstacle});
+    EXPECT_THAT(host::planErrors(send), IsEmpty());
+    host::SendReport report;
+    report.obstacle = send.obstacle;
+    EXPECT_THAT(host::sendErrors(report, send),
+                ElementsAre("Cannot be read. Path: /dev/a", "Nothing was sent."));
+    send.request.isDryRun = true;
+    EXPECT_THAT(host::planErrors(send), ElementsAre("Cannot be read. Path: /dev/a"));
+}
+
+TEST(PlanReport, LostRecordsAreReportedWithWhatIsSafe)
+{
+    host::SendReport report;
+    report.files = {{"/dev/a", Result::kPutBack, 3}};
+    EXPECT_THAT(
+        host::sendErrors(report, sendTo("/dev")),
+        ElementsAre(testing::AllOf(
+            testing::StartsWith("3 of the receiver's records in this file were lost"),
+            HasSubstr("nothing is lost, and nothing was added. Send again. Path: /dev/a"))));
+    report.files = {{"/dev/a", Result::kLost, 3, errorOf("No space", "/dev/a")}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre(HasSubstr("It could not be put back: No space. Path: /dev/a There is "
+                                      "no backup.")));
+    report.backup.emplace().name = "20260101T000000Z";
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre(HasSubstr("magellangps restore 20260101T000000Z")));
+}
+
 TEST(PlanReport, FileWhoseErrorWasLoggedIsNamedOnce)
 {
     host::SendReport report;

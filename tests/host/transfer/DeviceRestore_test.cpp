@@ -3,6 +3,8 @@
 #include "host/transfer/DeviceRestore.h"
 
 #include "host/FakeDriver.h"
+#include "host/files/FolderLock.h"
+#include "host/transfer/SendPreparation.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -148,6 +150,33 @@ TEST(DataFoldersOf, OnlyADriverThatWritesFilesOfADeviceHasThem)
     driver->capabilities = "tracks";
     EXPECT_FALSE(host::dataFoldersOf({driver, "/device"}));
     EXPECT_FALSE(host::dataFoldersOf({std::make_shared<support::FakeDriver>(), "/device"}));
+}
+
+TEST_F(DeviceRestore, NothingIsWrittenThroughALinkThatLeadsOutOfTheDevice)
+{
+    std::filesystem::remove_all(folder_.path("device/Points"));
+    std::filesystem::create_symlink(folder_.makeFolder("home"), folder_.path("device/Points"));
+    const auto report = restore();
+    EXPECT_TRUE(report.error);
+    EXPECT_EQ(report.error->path(), folder_.path("device/Points"));
+    EXPECT_THAT(report.extraFiles, IsEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path("home")));
+}
+
+TEST_F(DeviceRestore, DeviceThatAnotherProgramWritesToIsNotTouched)
+{
+    folder_.put("device/Points/a", "changed");
+    const host::FolderLock lock{device_.device};
+    EXPECT_EQ(restore().error, host::deviceInUse(device_.device));
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+}
+
+TEST_F(DeviceRestore, DeviceThatCouldNotBeReadWholeIsNotTouched)
+{
+    folder_.put("device/Points/a", "changed");
+    device_.failure = gps::Error{"some", 1, {}};
+    EXPECT_EQ(restore().error, device_.failure);
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
 }
 
 } // namespace

@@ -2,11 +2,15 @@
 
 #include "host/transfer/SendCheck.h"
 
+#include "host/FakeDriver.h"
 #include "support/TemporaryFolder.h"
 
 #include <platform/System/FileManager.h>
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
+#include <sstream>
 
 namespace {
 
@@ -77,6 +81,125 @@ TEST(SendCheck, OnlyTheErrorOfAPresentFileInThePlanIsExpected)
     EXPECT_FALSE(host::isExpected(unreadable("/lost", kReadNoPermission), plan));
     EXPECT_FALSE(host::isExpected(unreadable("/left", kReadNotAscii), plan));
     EXPECT_FALSE(host::isExpected(gps::makeFileError(kWriteNoSpace, "/lost"), plan));
+}
+
+// A device whose files hold one name in each line.
+class LostRecords : public testing::Test {
+protected:
+    LostRecords()
+    {
+        driver_.decode = [](const gps::PlannedFile& file) {
+            gps::Array records;
+            std::istringstream lines{file.content};
+            for (std::string name; std::getline(lines, name);)
+                records.emplace_back(gps::Dictionary{{"name", name}});
+            return gps::Dictionary{{"waypoint", std::move(records)}};
+        };
+    }
+
+    // The file before the send held "A" and "B", and the plan adds "C".
+    [[nodiscard]] host::SentFile check(Result result = Result::kDifferent) const
+    {
+        host::SentFile file{path_, result};
+        host::putBackIfLost({path_, kBefore, beforeError_},
+                            {path_, Action::kMerge, "A\nB\nC\n", {}}, driver_, file);
+        return file;
+    }
+
+    static constexpr char kBefore[] = "A\nB\n";
+    support::TemporaryFolder folder_;
+    support::FakeFileDriver driver_;
+    std::string path_ = folder_.path("file");
+    std::optional<gps::Error> beforeError_;
+};
+
+TEST_F(LostRecords, FileThatWasMergedFromNothingIsPutBack)
+{
+    folder_.put("file", "C\n");
+    const auto file = check();
+    EXPECT_EQ(file.result, Result::kPutBack);
+    EXPECT_EQ(file.lostRecords, 2U);
+    EXPECT_EQ(folder_.read("file"), kBefore);
+}
+
+TEST_F(LostRecords, FileThatIsGoneIsPutBack)
+{
+    EXPECT_EQ(check(Result::kMissing).result, Result::kPutBack);
+    EXPECT_EQ(folder_.read("file"), kBefore);
+}
+
+TEST_F(LostRecords, FileThatLostNothingIsLeftAlone)
+{
+    for (const auto* content : {"A\nB\n", "B\nA\nD\n"}) {
+        folder_.put("file", content);
+        EXPECT_EQ(check().result, Result::kDifferent);
+        EXPECT_EQ(folder_.read("file"), content);
+    }
+}
+
+TEST_F(LostRecords, FileThatIsAsPlannedOrCannotBeReadIsLeftAlone)
+{
+    folder_.put("file", "C\n");
+    EXPECT_EQ(check(Result::kWritten).result, Result::kWritten);
+    EXPECT_EQ(check(Result::kUnreadable).result, Result::kUnreadable);
+    EXPECT_EQ(folder_.read("file"), "C\n");
+}
+
+TEST_F(LostRecords, FileThatWasNotTextBeforeIsNotPutBack)
+{
+    folder_.put("file", "C\n");
+    beforeError_ = gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path_);
+    EXPECT_EQ(check().result, Result::kDifferent);
+    EXPECT_EQ(folder_.read("file"), "C\n");
+}
+
+TEST_F(LostRecords, FileThatCannotBePutBackIsLost)
+{
+    std::filesystem::create_directories(path_ + "/in the way");
+    const auto file = check(Result::kMissing);
+    EXPECT_EQ(file.result, Result::kLost);
+    EXPECT_EQ(file.lostRecords, 2U);
+    EXPECT_TRUE(file.writeError);
+}
+
+gps::SendPlan planWithBlocked(std::string_view kind)
+{
+    gps::SendPlan plan;
+    plan.files.push_back({"/a", Action::kSkip, "",
+                          gps::makeFileError(gps::FileErrorCode::kReadUnknown, "/a"), kind});
+    plan.files.push_back({"/b", Action::kSkip, "", {}, "tracks"});
+    return plan;
+}
+
+TEST(WithoutBlocked, OnlyTheKindOfABlockedFileIsLeftOut)
+{
+    const gps::Dictionary camp{{"name", "Camp"}};
+    const gps::Dictionary cache{{"name", "GC1"}, {"symbol", "Geocache"}};
+    const gps::Dictionary data{
+        {"track", gps::Array{1}}, {"waypoint", gps::Array{camp, cache}}, {"route", gps::Array{2}}};
+    const auto without = [&](std::string_view kind) {
+        return *host::withoutBlocked(data, planWithBlocked(kind));
+    };
+    auto rest = without("tracks");
+    EXPECT_EQ(rest.find("track"), nullptr);
+    EXPECT_EQ(rest.findArray("waypoint")->size(), 2U);
+    EXPECT_NE(rest.find("route"), nullptr);
+    EXPECT_EQ(without("routes").find("route"), nullptr);
+    EXPECT_EQ(*without("waypoints").findArray("waypoint"), gps::Array{cache});
+    EXPECT_EQ(*without("geocaches").findArray("waypoint"), gps::Array{camp});
+}
+
+TEST(WithoutBlocked, ListThatBecomesEmptyIsRemoved)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{gps::Dictionary{{"name", "Camp"}}}}};
+    EXPECT_EQ(host::withoutBlocked(data, planWithBlocked("waypoints"))->find("waypoint"), nullptr);
+}
+
+TEST(WithoutBlocked, FilesWithNothingToWriteBlockNothing)
+{
+    gps::SendPlan plan;
+    plan.files.push_back({"/b", Action::kSkip, "", {}, "tracks"});
+    EXPECT_EQ(host::withoutBlocked({{"track", gps::Array{1}}}, plan), std::nullopt);
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 #include "host/transfer/SendPreparation.h"
 
 #include "host/FakeDriver.h"
+#include "support/TemporaryFolder.h"
+
+#include <platform/System/FileError.h>
 
 #include <gmock/gmock.h>
 
@@ -123,6 +126,46 @@ TEST_F(SendPreparation, RoutePointsOfTheDeviceAreUsedUnlessNothingIsFitted)
     EXPECT_EQ(prepare(data, SendFitting::kNone).request.data, data);
     EXPECT_EQ(prepare(data, SendFitting::kRoutePoints).request.data, present);
     EXPECT_EQ(prepare(data, SendFitting::kAll).request.data, present);
+}
+
+TEST_F(SendPreparation, WhatCouldNotBeReadIsAnObstacle)
+{
+    using enum gps::FileErrorCode;
+    const gps::Dictionary data{{"mark", "x"}};
+    EXPECT_EQ(prepare(data).obstacle, std::nullopt);
+    for (const auto code : {kReadNotAscii, kReadNoSuchFile}) {
+        driver_->files = {{"/device/a", "", gps::makeFileError(code, "/device/a")}};
+        EXPECT_EQ(prepare(data).obstacle, std::nullopt);
+    }
+    for (const auto code : {kReadUnknown, kReadNoPermission}) {
+        driver_->files = {{"/device/a", "", gps::makeFileError(code, "/device/a")}};
+        EXPECT_EQ(prepare(data).obstacle, driver_->files[0].error);
+    }
+    driver_->failures = {gps::makeFileError(kReadUnknown, "/device/unit")};
+    EXPECT_EQ(prepare(data).obstacle, driver_->failures[0]);
+}
+
+TEST_F(SendPreparation, DeviceIsLockedUntilTheSendEnds)
+{
+    const support::TemporaryFolder device;
+    const auto prepareFor = [&](bool isDryRun) {
+        return host::prepareSend({driver_, device.path()},
+                                 {.data = gps::Dictionary{}, .isDryRun = isDryRun});
+    };
+    {
+        const auto first = prepareFor(false);
+        EXPECT_EQ(first.obstacle, std::nullopt);
+        EXPECT_EQ(prepareFor(false).obstacle, host::deviceInUse(device.path()));
+        EXPECT_EQ(prepareFor(true).obstacle, std::nullopt);
+    }
+    EXPECT_EQ(prepareFor(false).obstacle, std::nullopt);
+}
+
+TEST_F(SendPreparation, DeviceThatIsADataFolderItselfIsNotLocked)
+{
+    const support::TemporaryFolder device;
+    driver_->folders = {device.path()};
+    EXPECT_FALSE(host::prepareSend({driver_, device.path()}, {.data = gps::Dictionary{}}).lock);
 }
 
 TEST_F(SendPreparation, OnlyFilesThatAreNotSkippedAreCountedAsWrites)

@@ -138,6 +138,49 @@ TEST_F(Send, NothingIsSentIfTheBackupFails)
     EXPECT_EQ(sends_, 0);
 }
 
+TEST_F(Send, NothingIsSentIfTheDeviceCouldNotBeReadWhole)
+{
+    driver_->failures = {gps::makeFileError(gps::FileErrorCode::kReadUnknown, "/unit")};
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    const auto report = perform([] {});
+    EXPECT_EQ(report.obstacle, driver_->failures[0]);
+    EXPECT_FALSE(report.wasRun());
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.backup, std::nullopt);
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, RecordsOfABlockedFileAreNotHandedToTheDriver)
+{
+    plan_.files[0].action = Action::kSkip;
+    plan_.files[0].error = gps::makeFileError(gps::FileErrorCode::kReadUnknown, path_);
+    plan_.files[0].kind = "waypoints";
+    driver_->send = [](const gps::Dictionary* data, const Status& status,
+                       const gps::Dictionary&) -> std::optional<gps::Error> {
+        EXPECT_EQ(*data, gps::Dictionary{});
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    const auto report = performWith(driver_);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_THAT(report.missingKinds, IsEmpty());
+    EXPECT_EQ(report.files[0].result, Result::kBlocked);
+}
+
+TEST_F(Send, FileThatLostRecordsIsPutBack)
+{
+    driver_->files = {{path_, "old", {}}};
+    plan_.files[0].action = Action::kMerge;
+    driver_->decode = [](const gps::PlannedFile& file) -> gps::Dictionary {
+        const bool hasOld = file.content != "merged from nothing";
+        return {{"waypoint", hasOld ? gps::Array{waypointAt(46)} : gps::Array{}}};
+    };
+    const auto report = perform([this] { folder_.put("device/Points/p", "merged from nothing"); });
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kPutBack);
+    EXPECT_EQ(folder_.read("device/Points/p"), "old");
+}
+
 TEST_F(Send, SendThatWritesNothingNeedsNoBackup)
 {
     plan_.files.clear();

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -50,6 +51,36 @@ TEST_F(FileDevice, WithoutADeviceThereAreNoFoldersAndNoIdentifier)
     const auto lonely = fileDevice();
     EXPECT_THAT(lonely->dataFolders(), IsEmpty());
     EXPECT_EQ(lonely->deviceIdentifier(), std::nullopt);
+}
+
+TEST_F(FileDevice, SnapshotOfAReadableDeviceIsComplete)
+{
+    const auto snapshot = driver()->takeSnapshot();
+    EXPECT_THAT(snapshot->failures(), IsEmpty()) << "a missing language file is not a failure";
+    EXPECT_EQ(snapshot->identifier(), "12345");
+}
+
+TEST_F(FileDevice, DescriptionThatCannotBeReadIsAFailureOfTheSnapshot)
+{
+    receiver.folder().makeFolder("USBTRANS/LANGUAGE.DAT");
+    auto snapshot = driver()->takeSnapshot();
+    ASSERT_THAT(snapshot->failures(), SizeIs(1));
+    EXPECT_EQ(snapshot->failures()[0].path(), receiver.path("USBTRANS/LANGUAGE.DAT"));
+
+    receiver.folder().put("USBTRANS/UNIT_ID.DAT", std::string((1U << 20) + 1, 'x'));
+    snapshot = driver()->takeSnapshot();
+    EXPECT_THAT(snapshot->failures(), SizeIs(2));
+    EXPECT_EQ(snapshot->identifier(), std::nullopt);
+}
+
+TEST_F(FileDevice, DataFolderWhoseStateIsNotKnownIsAFailureOfTheSnapshot)
+{
+    receiver.languageFile({"MyPOIs=My POIs", "Routes=loop"});
+    std::filesystem::create_symlink("loop", receiver.path("loop"));
+    const auto snapshot = driver()->takeSnapshot();
+    EXPECT_THAT(snapshot->dataFolders(), ElementsAre(receiver.path("My POIs")));
+    ASSERT_THAT(snapshot->failures(), SizeIs(1));
+    EXPECT_EQ(snapshot->failures()[0].path(), receiver.path("loop"));
 }
 
 TEST_F(FileDevice, DataFoldersAreThoseOfTheFourThatExistEachOnce)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Key-value lines, the unit file, and the folder dictionary with its default.
 
+#include <platform/System/FileError.h>
 #include <plugin/fsdevice/KeyValueFile.h>
 #include <support/TemporaryFolder.h>
 
@@ -146,6 +147,27 @@ TEST(FolderDictionary, IsTheDefaultWhenTheLanguageFileCannotBeRead)
     std::filesystem::remove(folder.path("USBTRANS/LANGUAGE.DAT"));
     folder.makeFolder("USBTRANS/LANGUAGE.DAT");
     EXPECT_EQ(gps::describe(readMagellanFolderDictionaryFromPath(folder.path()).value()), kDefault);
+}
+
+TEST(KeyValueFile, OnlyAFileWhoseBytesWereNotReadMayBeReadLater)
+{
+    const auto mayBe = [](gps::FileErrorCode code) {
+        return mayBeReadLater(gps::makeFileError(code, "/a"));
+    };
+    EXPECT_FALSE(mayBe(gps::FileErrorCode::kReadNoSuchFile));
+    EXPECT_FALSE(mayBe(gps::FileErrorCode::kReadNotAscii));
+    EXPECT_TRUE(mayBe(gps::FileErrorCode::kReadUnknown));
+    EXPECT_TRUE(mayBe(gps::FileErrorCode::kReadNoPermission));
+}
+
+TEST(KeyValueFile, OneOfUpToAMebibyteIsRead)
+{
+    const TemporaryFolder folder;
+    gps::Dictionary dictionary;
+    const auto path = folder.put("f", "a=" + std::string((1U << 20) - 2, 'b'));
+    EXPECT_EQ(readMagellanDictionaryFromPath(path, dictionary), std::nullopt);
+    folder.put("f", "a=" + std::string((1U << 20) - 1, 'b'));
+    EXPECT_EQ(readMagellanDictionaryFromPath(path, dictionary)->code(), 256);
 }
 
 } // namespace

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// FolderLock: keeps other processes of this program from working on the same folder at the same
+// time. Used for a device while it is written, and for the backups of a device. [host thread]
+
+#pragma once
+
+#include <platform/System/FileSystem.h>
+#include <platform/System/OpenFile.h>
+
+#include <string>
+
+namespace host {
+
+/// Tries once to lock a folder, and unlocks it when destroyed. A folder that cannot be opened, or
+/// that is on a volume without locks, counts as locked: better an unlocked operation than none.
+class FolderLock {
+public:
+    explicit FolderLock(const std::string& folder,
+                        gps::FileSystem& files = gps::FileSystem::system());
+
+    /// Whether another lock of this folder exists, in this process or another one.
+    [[nodiscard]] bool isHeldByAnother() const noexcept { return isHeldByAnother_; }
+
+    /// Whether a path leads to the locked folder.
+    [[nodiscard]] bool isOf(const std::string& path) const;
+
+private:
+    gps::FileSystem* files_;
+    gps::OpenFile folder_;
+    bool isHeldByAnother_;
+};
+
+} // namespace host

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// Counts what a merge keeps, and subtracts that from all lines.
+
+#include "DroppedLines.h"
+
+#include "../codec/GeoCacheSentence.h"
+#include "../codec/RouteSentence.h"
+#include "../codec/SentenceFields.h"
+#include "../codec/WayPointSentence.h"
+#include "../common/Lines.h"
+
+#include <gps/NumberText.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace magellan {
+namespace {
+
+class KeptLines {
+public:
+    explicit KeptLines(RecordKind kind) : kind_(kind) {}
+
+    void add(std::string_view body)
+    {
+        if (kind_ == RecordKind::kGeocaches) {
+            if (const auto cache = SentenceFields::ofBody(body, kGeoCacheSentence))
+                addName(geoCacheName(*cache));
+        } else if (const auto point = SentenceFields::ofBody(body, kWayPointSentence)) {
+            addName(wayPointName(*point));
+        } else if (const auto route = SentenceFields::ofBody(body, kRouteSentence)) {
+            if (kind_ == RecordKind::kRoutes)
+                addRouteLine(*route);
+        }
+    }
+
+    [[nodiscard]] std::size_t count() const
+    {
+        auto lines = names_.size();
+        for (const auto& [name, linesOfRoute] : routes_)
+            lines += linesOfRoute;
+        return lines;
+    }
+
+private:
+    void addName(const std::optional<std::string_view>& name)
+    {
+        if (name)
+            names_.insert(*name);
+    }
+
+    // As readRoute() does: a route ends with the sentence that has the number of the last one.
+    void addRouteLine(const SentenceFields& fields)
+    {
+        constexpr std::size_t kTotal = 1;
+        constexpr std::size_t kNumber = 2;
+        constexpr std::size_t kName = 5;
+        ++linesOfRoute_;
+        if (gps::leadingInt32(fields.at(kTotal)) != gps::leadingInt32(fields.at(kNumber)))
+            return;
+        routes_[fields.at(kName)] = linesOfRoute_;
+        linesOfRoute_ = 0;
+    }
+
+    RecordKind kind_;
+    std::unordered_set<std::string_view> names_;
+    std::unordered_map<std::string_view, std::size_t> routes_; // lines of the last one by name
+    std::size_t linesOfRoute_ = 0;                             // of the route that is not complete
+};
+
+} // namespace
+
+std::size_t droppedLines(RecordKind kind, std::string_view present)
+{
+    KeptLines kept{kind};
+    std::size_t lines = 0;
+    forEachLine(present, [&](std::string_view line) {
+        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
+        if (line.empty() || (body && *body == "PMGNCMD,END"))
+            return;
+        ++lines;
+        if (body)
+            kept.add(*body);
+    });
+    return lines - kept.count();
+}
+
+} // namespace magellan

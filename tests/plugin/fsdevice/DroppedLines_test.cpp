@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// Which lines of a default file a merge does not keep.
+
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <plugin/fsdevice/DroppedLines.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace magellan {
+namespace {
+
+std::string line(const std::string& body)
+{
+    return gps::NMEAUtils::addChecksumToNMEASentence(body) + "\r\n";
+}
+
+std::string wayPoint(const std::string& name)
+{
+    return line("PMGNWPL,4605.979,N,00713.315,E,0001,M," + name + ",,a");
+}
+
+const std::string kEnd = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+
+TEST(DroppedLines, WholeFileLosesNothing)
+{
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, ""), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + wayPoint("B") + kEnd), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + "\r\n" + kEnd + "\r\n"), 0U);
+}
+
+TEST(DroppedLines, DamagedLinesAndThoseOfAnotherKindAreLost)
+{
+    auto damaged = wayPoint("A");
+    damaged[12] ^= 1;
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("B") + damaged), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("B") + "a note\r\n"), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kGeocaches, wayPoint("B")), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, line("PMGNRTE,1,1,c,1,R,A,a")), 1U);
+}
+
+TEST(DroppedLines, OnlyTheLastRecordOfANameIsKept)
+{
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + wayPoint("B") + wayPoint("A")),
+              1U);
+}
+
+TEST(DroppedLines, RecordWithoutANameIsLost)
+{
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, line("PMGNWPL,4605.979,N,00713.315,E,0001")),
+              1U);
+}
+
+TEST(DroppedLines, OnlyCompleteRoutesAreKept)
+{
+    const auto points = wayPoint("A") + wayPoint("B");
+    const auto first = line("PMGNRTE,2,1,c,1,R,A,a,B,a");
+    const auto second = line("PMGNRTE,2,2,m,1,R,text");
+    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + second + kEnd), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + kEnd), 1U);
+}
+
+TEST(DroppedLines, OnlyTheLastRouteOfANameIsKept)
+{
+    const auto twoLines = line("PMGNRTE,2,1,c,1,R,A,a,B,a") + line("PMGNRTE,2,2,m,1,R,text");
+    EXPECT_EQ(
+        droppedLines(RecordKind::kRoutes, wayPoint("A") + twoLines + line("PMGNRTE,1,1,c,1,R,A,a")),
+        2U);
+}
+
+} // namespace
+} // namespace magellan
