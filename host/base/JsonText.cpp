@@ -13,11 +13,12 @@
 #include <cstdint>
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace host {
 namespace {
 
-constexpr int kDeepest = 64; // bounds the recursion of dictionaryOf
+constexpr std::size_t kDeepest = 64; // bounds the recursion of whoever walks the result
 
 void appendReal(std::string& out, double value)
 {
@@ -45,38 +46,80 @@ bool isPlain(std::string_view text)
 
 using Json = nlohmann::ordered_json;
 
-gps::Value valueOf(const Json& json);
+// Builds a dictionary while the text is parsed, so that the time and the memory grow with the text
+// alone. (The library's own ordered objects look through all keys for each new one.)
+class DictionaryBuilder final : public nlohmann::json_sax<Json> {
+public:
+    [[nodiscard]] std::optional<gps::Dictionary> takeObject()
+    {
+        auto* const object = root_.as<gps::Dictionary>();
+        return object != nullptr ? std::optional{std::move(*object)} : std::nullopt;
+    }
 
-gps::Dictionary dictionaryOf(const Json& object)
-{
-    gps::Dictionary dictionary;
-    for (const auto& [key, value] : object.items())
-        dictionary.set(key, valueOf(value));
-    return dictionary;
-}
+    bool null() override { return add({}); }
+    bool boolean(bool value) override { return add(value); }
+    bool number_integer(std::int64_t value) override { return add(value); }
+    bool number_unsigned(std::uint64_t value) override
+    {
+        // The value may exceed the largest integer that a record can hold.
+        return add(static_cast<std::int64_t>(
+            std::min<std::uint64_t>(value, std::numeric_limits<std::int64_t>::max())));
+    }
+    bool number_float(double value, const std::string& /*text*/) override { return add(value); }
+    bool string(std::string& value) override { return add(std::move(value)); }
+    bool binary(Json::binary_t& /*value*/) override { return false; } // does not occur in JSON
+    bool start_object(std::size_t /*size*/) override { return open(gps::Dictionary{}); }
+    bool key(std::string& name) override
+    {
+        levels_.back().key = std::move(name);
+        return true;
+    }
+    bool end_object() override { return close(); }
+    bool start_array(std::size_t /*size*/) override { return open(gps::Array{}); }
+    bool end_array() override { return close(); }
+    bool parse_error(std::size_t /*offset*/, const std::string& /*token*/,
+                     const nlohmann::detail::exception& /*failure*/) override
+    {
+        return false;
+    }
 
-gps::Value valueOf(const Json& json)
-{
-    if (json.is_boolean())
-        return json.get<bool>();
-    if (json.is_number_unsigned()) // may exceed the largest integer that a record can hold
-        return static_cast<std::int64_t>(std::min<std::uint64_t>(
-            json.get<std::uint64_t>(), std::numeric_limits<std::int64_t>::max()));
-    if (json.is_number_integer())
-        return json.get<std::int64_t>();
-    if (json.is_number())
-        return json.get<double>();
-    if (json.is_string())
-        return json.get<std::string>();
-    if (json.is_object())
-        return dictionaryOf(json);
-    if (!json.is_array())
-        return {};
-    gps::Array array;
-    for (const auto& element : json)
-        array.push_back(valueOf(element));
-    return array;
-}
+private:
+    // An object or array that has not ended.
+    struct Level {
+        gps::Value value;
+        std::string key{}; // of the next member
+    };
+
+    bool open(gps::Value container)
+    {
+        levels_.push_back({std::move(container)});
+        return levels_.size() <= kDeepest;
+    }
+
+    bool close()
+    {
+        auto value = std::move(levels_.back().value);
+        levels_.pop_back();
+        return add(std::move(value));
+    }
+
+    bool add(gps::Value value)
+    {
+        if (levels_.empty()) {
+            root_ = std::move(value);
+            return true;
+        }
+        auto& level = levels_.back();
+        if (auto* const array = level.value.as<gps::Array>())
+            array->push_back(std::move(value));
+        else
+            level.value.as<gps::Dictionary>()->set(level.key, std::move(value));
+        return true;
+    }
+
+    std::vector<Level> levels_;
+    gps::Value root_;
+};
 
 } // namespace
 
@@ -183,15 +226,10 @@ std::optional<std::size_t> jsonErrorOffset(std::string_view text)
 
 std::optional<gps::Dictionary> readJsonObject(std::string_view text)
 {
-    bool tooDeep = false;
-    const auto watchDepth = [&](int depth, Json::parse_event_t, const Json&) {
-        tooDeep = tooDeep || depth > kDeepest;
-        return !tooDeep;
-    };
-    const auto json = Json::parse(text.begin(), text.end(), watchDepth, false);
-    if (tooDeep || !json.is_object())
+    DictionaryBuilder builder;
+    if (!Json::sax_parse(text.begin(), text.end(), &builder))
         return std::nullopt;
-    return dictionaryOf(json);
+    return builder.takeObject();
 }
 
 } // namespace host

@@ -16,12 +16,30 @@ namespace {
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr char32_t kEllipsis = 0x2026;
 
-// The C0 and C1 controls, the line and paragraph separators, and the marks that set the direction
-// of text: with these a name could hide the rest of its line.
-bool isControl(char32_t c) noexcept
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// Characters with which a name could command the terminal, hide the rest of its line, or look like
+// another name.
+constexpr std::array kUnsafe{
+    Range{0x00, 0x1F},       Range{0x7F, 0x9F}, // C0 and C1 controls
+    Range{0xAD, 0xAD},                          // soft hyphen
+    Range{0x61C, 0x61C},                        // direction mark
+    Range{0x180E, 0x180E},                      // vowel separator without width
+    Range{0x200B, 0x200F},                      // without width, and direction marks
+    Range{0x2028, 0x202E},                      // line separators, and direction embeddings
+    Range{0x2060, 0x206F},                      // without width, and direction isolates
+    Range{0xFEFF, 0xFEFF},                      // byte order mark
+    Range{0xFFF9, 0xFFFB},                      // annotation marks
+    Range{0xE0000, 0xE007F},                    // tags
+};
+
+bool isUnsafe(char32_t c) noexcept
 {
-    return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x2028 && c <= 0x202E) ||
-           (c >= 0x2066 && c <= 0x2069);
+    return std::any_of(kUnsafe.begin(), kUnsafe.end(),
+                       [c](const Range& range) { return c >= range.first && c <= range.last; });
 }
 
 } // namespace
@@ -84,7 +102,7 @@ std::string displayText(std::string_view text, std::size_t most)
         }
         const char32_t c = takeCharacter(text);
         beforeLast = shown.size();
-        appendCharacter(shown, isControl(c) ? kReplacement : c);
+        appendCharacter(shown, isUnsafe(c) ? kReplacement : c);
         ++count;
     }
     return shown;

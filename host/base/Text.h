@@ -25,8 +25,9 @@ void appendCharacter(std::string& out, char32_t character);
 /// character. Precondition: `most` is at least 4, the length of the longest character.
 [[nodiscard]] std::string_view takePiece(std::string_view& text, std::size_t most) noexcept;
 
-/// A text that is safe on one line of a terminal or in a table. Control characters, and characters
-/// that change the direction of the line, become U+FFFD.
+/// A text that is safe on one line of a terminal or in a table. Control characters, characters that
+/// change the direction of the line and those without a width become U+FFFD, and so does each byte
+/// that is not part of a valid character.
 /// @param most  characters; in a longer text, the last one shown is an ellipsis
 [[nodiscard]] std::string displayText(std::string_view text, std::size_t most = std::string::npos);
 

@@ -2,6 +2,7 @@
 // From the command line to the exit status. Exceptions end here: expected failures are values, so
 // one that gets this far is a defect and is reported as unexpected.
 
+#include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/CommandLine.h"
 #include "host/cli/Commands.h"
@@ -81,7 +82,8 @@ std::optional<std::string> deviceOf(const CommandOptions& command)
 ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
-    gps::setLogToStandardError(options.verbose);
+    gps::setLogToStandardError(options.verbose,
+                               [](std::string_view line) { return displayText(line); });
     prepareDrivers({{}, deviceOf(command), options.testFolders});
     const auto path = findBundle(options.plugin);
     if (!path) {

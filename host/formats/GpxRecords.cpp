@@ -22,6 +22,7 @@ namespace host {
 namespace {
 
 constexpr std::string_view kCacheTypePrefix = "Geocache|";
+constexpr int kMostDeclarations = 256; // of namespaces; files have about ten
 
 struct ElementName {
     std::string_view prefix; // without its colon; empty for the default namespace
@@ -37,13 +38,27 @@ ElementName nameOf(const pugi::xml_node& node)
     return {name.substr(0, colon), name.substr(colon + 1)};
 }
 
+// Looks at so many attributes only: an element with very many, below which each element's namespace
+// is looked up, would take a time that grows with the square of the file.
+pugi::xml_attribute declarationIn(const pugi::xml_node& element, const std::string& key)
+{
+    int left = kMostDeclarations;
+    for (const auto& attribute : element.attributes()) {
+        if (left-- == 0)
+            break;
+        if (key == attribute.name())
+            return attribute;
+    }
+    return {};
+}
+
 // The namespace of an element; empty if its prefix is not declared.
 std::string_view namespaceOf(const pugi::xml_node& element)
 {
     const auto prefix = nameOf(element).prefix;
     const auto key = prefix.empty() ? std::string{"xmlns"} : "xmlns:" + std::string{prefix};
     for (auto node = element; node; node = node.parent()) {
-        if (const auto declared = node.attribute(key.c_str()))
+        if (const auto declared = declarationIn(node, key))
             return declared.value();
     }
     return {};

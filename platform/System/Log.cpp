@@ -22,6 +22,7 @@ constexpr std::size_t kLongestSystemLogLine = 1000; ///< bytes; system logs cut 
 struct Log {
     std::mutex mutex; // guards the members below, and keeps the order of lines
     bool toStandardError = false;
+    LogFilter filter = nullptr;
     unsigned long lastId = 0;
     std::map<unsigned long, LogListener> listeners;
 };
@@ -64,6 +65,8 @@ void write(std::string_view line, const Error* error)
     ::syslog(LOG_NOTICE, "%.*s%s", static_cast<int>(front.size()), front.data(),
              front.size() < text.size() ? "..." : "");
     if (log.toStandardError) {
+        if (log.filter != nullptr)
+            text = log.filter(line);
         text += '\n';
         // In one call, so that the lines of several processes do not mix.
         (void)!::write(STDERR_FILENO, text.data(), text.size());
@@ -84,11 +87,12 @@ void logError(std::string_view source, const Error& error)
     write(std::string{source} + ": " + error.text(), &error);
 }
 
-void setLogToStandardError(bool on)
+void setLogToStandardError(bool on, LogFilter filter)
 {
     Log& log = theLog();
     const std::lock_guard lock{log.mutex};
     log.toStandardError = on;
+    log.filter = filter;
 }
 
 LogSubscription::LogSubscription(LogListener listener)

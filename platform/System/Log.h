@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace gps {
@@ -18,8 +19,12 @@ void logLine(std::string_view line);
 /// Writes "source: error". Listeners also get the error itself. [any]
 void logError(std::string_view source, const Error& error);
 
+/// Makes a line safe to show on a terminal.
+using LogFilter = std::string (*)(std::string_view line);
+
 /// Whether lines are also written to the standard error stream; off at first. [any]
-void setLogToStandardError(bool on);
+/// @param filter  null: control characters are replaced by spaces
+void setLogToStandardError(bool on, LogFilter filter = nullptr);
 
 /// Receives one line, and the error that it reports or null. Both are valid during the call only.
 using LogListener = std::function<void(std::string_view line, const Error* error)>;

@@ -79,6 +79,27 @@ TEST(Text, DisplayTextHasNoControlCharacters)
               "\xEF\xBF\xBD|\xEF\xBF\xBD"); // a C1 control, a change to right-to-left
 }
 
+TEST(Text, DisplayTextHasNothingThatHidesOrReordersText)
+{
+    for (const char32_t unsafe :
+         {0x80,   0x9B,   0x9F,   0xAD,   0x61C,  0x180E, 0x200B, 0x200D,  0x200E,  0x200F, 0x2028,
+          0x202E, 0x2060, 0x2066, 0x2069, 0x206F, 0xFEFF, 0xFFF9, 0xE0000, 0xE0041, 0xE007F}) {
+        std::string text;
+        host::appendCharacter(text, unsafe);
+        EXPECT_EQ(host::displayText(text), "\uFFFD") << std::hex << static_cast<int>(unsafe);
+    }
+    for (const char* safe : {"\u00A0", "\u00AC", "\u00AE", "\u200A", "\u2010", "\u2027", "\u202F",
+                             "\u2070", "\uFEFE", "\uFFFC", "\U000E0080"})
+        EXPECT_EQ(host::displayText(safe), safe);
+}
+
+TEST(Text, DisplayTextHasNoBytesOutsideOfCharacters)
+{
+    EXPECT_EQ(host::displayText("a\x9B"
+                                "2J\x80\xFF"),
+              "a\uFFFD2J\uFFFD\uFFFD");
+}
+
 TEST(Text, JoinedTextsHaveTheSeparatorBetweenThem)
 {
     EXPECT_EQ(host::joined({}, ", "), "");

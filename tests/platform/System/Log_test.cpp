@@ -79,6 +79,15 @@ TEST(Log, LineBreaksAndTerminalCommandsAreReplacedBySpaces)
     EXPECT_EQ(out.text(), "a  b [2Jc \xC3\xA9\n");
 }
 
+TEST(Log, AFilterReplacesTheUsualReplacement)
+{
+    StandardError out;
+    setLogToStandardError(true,
+                          [](std::string_view line) { return "<" + std::string{line} + ">"; });
+    logLine("a\tb");
+    EXPECT_EQ(out.text(), "<a\tb>\n");
+}
+
 TEST(Log, AListenerGetsLinesAndErrorsUnchanged)
 {
     const Error error{"domain", 7};
