@@ -51,7 +51,7 @@ std::string encoded(std::string_view path)
 {
     std::string text;
     for (const char c : path) {
-        const auto byte = static_cast<unsigned char>(c);
+        const unsigned byte = static_cast<unsigned char>(c);
         if (isPlain(c))
             text += c;
         else

@@ -9,7 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {

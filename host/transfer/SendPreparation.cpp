@@ -10,6 +10,7 @@
 #include <platform/System/FileError.h>
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace host {

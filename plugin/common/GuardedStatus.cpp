@@ -5,6 +5,9 @@
 
 #include <platform/System/Log.h>
 
+#include <cstdint>
+#include <string_view>
+
 namespace magellan {
 namespace {
 

@@ -7,7 +7,9 @@
 
 #include <gps/GPSOutputReceiver.h>
 
+#include <cstdint>
 #include <exception>
+#include <string_view>
 #include <utility>
 
 namespace magellan {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <new>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 namespace {

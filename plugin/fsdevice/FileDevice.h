@@ -9,6 +9,12 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace magellan {
 
 class FileDevice final : public MagellanGPSPlugin, public gps::GPSFileDevice {
