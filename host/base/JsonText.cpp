@@ -4,9 +4,9 @@
 
 #include "host/base/JsonText.h"
 
-#include <gps/NumberText.h>
+#include "host/base/JsonDocument.h"
 
-#include <nlohmann/json.hpp>
+#include <gps/NumberText.h>
 
 #include <algorithm>
 #include <cmath>
@@ -43,8 +43,6 @@ bool isPlain(std::string_view text)
     return std::all_of(text.begin(), text.end(),
                        [](char c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; });
 }
-
-using Json = nlohmann::ordered_json;
 
 // Builds a dictionary while the text is parsed, so that the time and the memory grow with the text
 // alone. (The library's own ordered objects look through all keys for each new one.)

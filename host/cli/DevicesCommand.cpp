@@ -2,6 +2,7 @@
 // Prints the devices as a table, or as one JSON document with the view's elements beside them. With
 // --watch the drivers look again after each change that they care about.
 
+#include "host/base/JsonDocument.h"
 #include "host/base/Table.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
@@ -9,21 +10,12 @@
 
 #include <platform/System/DeviceMonitor.h>
 
-#include <nlohmann/json.hpp>
-
 #include <chrono>
 #include <optional>
 #include <string>
 
 namespace host {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-template <typename T> Json orNull(const std::optional<T>& value)
-{
-    return value ? Json(*value) : Json();
-}
 
 // A missing element counts as hidden: either way the user does not see it.
 bool isHidden(const gps::View* element)

@@ -4,7 +4,7 @@
 
 #include "host/cli/DownloadJson.h"
 
-#include <nlohmann/json.hpp>
+#include "host/base/JsonDocument.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +16,6 @@
 
 namespace host {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // By SkipReason.
 constexpr std::array<std::string_view, gps::kSkipReasonCount> kReasons{
@@ -33,11 +31,6 @@ template <typename Enum, std::size_t count>
 Json wordFor(Enum value, const std::array<std::string_view, count>& words)
 {
     return words.at(static_cast<std::size_t>(value));
-}
-
-template <typename Text> Json orNull(const std::optional<Text>& text)
-{
-    return text ? Json(*text) : Json();
 }
 
 Json errorJson(const std::optional<gps::Error>& error)

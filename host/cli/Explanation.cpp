@@ -4,6 +4,7 @@
 
 #include "host/cli/Explanation.h"
 
+#include "host/base/JsonDocument.h"
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
@@ -13,7 +14,6 @@
 #include <gps/GPSDeviceSearch.h>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cerrno>
@@ -27,7 +27,6 @@
 namespace host {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Verdict = gps::SearchedLocation::Verdict;
 
 constexpr std::string_view kTestFolderAdvice =

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Prints what the plug-in and its drivers report about themselves, as text or as one JSON document.
 
+#include "host/base/JsonDocument.h"
 #include "host/base/Text.h"
 #include "host/cli/Commands.h"
 #include "host/operations/EventStream.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <memory>
@@ -15,8 +15,6 @@
 
 namespace host {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string textOf(const gps::Value& value)
 {
