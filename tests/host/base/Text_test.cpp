@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
 namespace {
 
 using support::xml;
@@ -81,12 +85,14 @@ TEST(Text, DisplayTextHasNoControlCharacters)
 
 TEST(Text, DisplayTextHasNothingThatHidesOrReordersText)
 {
-    for (const char32_t unsafe :
-         {0x80,   0x9B,   0x9F,   0xAD,   0x61C,  0x180E, 0x200B, 0x200D,  0x200E,  0x200F, 0x2028,
-          0x202E, 0x2060, 0x2066, 0x2069, 0x206F, 0xFEFF, 0xFFF9, 0xE0000, 0xE0041, 0xE007F}) {
+    for (const char32_t unsafe : std::initializer_list<char32_t>{
+             0x80,   0x9B,   0x9F,   0xAD,   0x61C,   0x180E,  0x200B,
+             0x200D, 0x200E, 0x200F, 0x2028, 0x202E,  0x2060,  0x2066,
+             0x2069, 0x206F, 0xFEFF, 0xFFF9, 0xE0000, 0xE0041, 0xE007F}) {
         std::string text;
         host::appendCharacter(text, unsafe);
-        EXPECT_EQ(host::displayText(text), "\uFFFD") << std::hex << static_cast<int>(unsafe);
+        EXPECT_EQ(host::displayText(text), "\uFFFD")
+            << std::hex << static_cast<std::uint32_t>(unsafe);
     }
     for (const char* safe : {"\u00A0", "\u00AC", "\u00AE", "\u200A", "\u2010", "\u2027", "\u202F",
                              "\u2070", "\uFEFE", "\uFFFC", "\U000E0080"})
