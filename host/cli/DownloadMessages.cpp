@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -33,6 +34,18 @@ std::string namesOf(const std::vector<gps::TransferKind>& kinds)
     return names;
 }
 
+// What is between the path where the driver stopped and the kinds that were read separately. The
+// driver reads geocaches after waypoints, and both count as one kind.
+std::string leftOutText(const OperationReport& report)
+{
+    if (!report.account || report.account->files.empty() || !report.account->files.back().error)
+        return "Records of the kind where it broke off are missing.";
+    const auto& last = report.account->files.back();
+    return fmt::format("Missing: the {} of {} and of the files after it{}.", last.kind,
+                       std::filesystem::path{last.path}.filename().string(),
+                       last.kind == "waypoints" ? ", and all geocaches" : "");
+}
+
 void addMissing(std::vector<Message>& messages, const OperationReport& report)
 {
     auto missing = report.missing;
@@ -48,8 +61,8 @@ void addMissing(std::vector<Message>& messages, const OperationReport& report)
         messages.push_back({true, std::string{what}});
     if (!report.recovered.empty())
         messages.push_back({true, fmt::format("The download broke off, and was continued with: {}. "
-                                              "Records of the kind where it broke off are missing.",
-                                              namesOf(report.recovered))});
+                                              "{}",
+                                              namesOf(report.recovered), leftOutText(report))});
 }
 
 void addUnreadable(std::vector<Message>& messages, const OperationReport& report)

@@ -138,4 +138,16 @@ TEST(SerialFaultsTest, FaultsThatLoseRecordsFail)
         EXPECT_FALSE(FaultyDownload{simulator::parseFault(fault)}.succeeded()) << fault;
 }
 
+TEST(SerialFaultsTest, SilenceNoiseAndAnotherSpeedHaveMessagesOfTheirOwn)
+{
+    const auto errorsOf = [](const char* fault) {
+        return FaultyDownload{simulator::parseFault(fault)}.errors();
+    };
+    EXPECT_THAT(errorsOf("baud:silence"), testing::HasSubstr("but not at 115200 bits per second"));
+    EXPECT_THAT(errorsOf("version:endless"), testing::HasSubstr("makes no sense at any speed"));
+    EXPECT_THAT(errorsOf("track-data:stop:2"),
+                testing::StartsWith("The receiver stopped sending while tracks were read; 2 track "
+                                    "points arrived."));
+}
+
 } // namespace

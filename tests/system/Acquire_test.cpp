@@ -3,9 +3,15 @@
 
 #include "system/Program.h"
 #include "system/Receiver.h"
+#include "system/Running.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include <csignal>
+#include <string>
+
+#include <sys/wait.h>
 
 namespace {
 
@@ -247,6 +253,40 @@ TEST(Acquire, VerboseShowsTheSystemLogOnce)
     const Receiver receiver;
     receiver.put("Ways/a.rte", support::sentences({support::kLoop}));
     EXPECT_EQ(count(acquire(receiver, {"-v"}).err, "referencing Camp waypoint"), 1U);
+}
+
+TEST(Acquire, SignalEndsItBeforeTheNextFileAndKeepsWhatCame)
+{
+    // More records than the event queue holds, so that the plug-in still has files to read when the
+    // signal arrives.
+    const Receiver receiver;
+    std::string points;
+    for (int i = 0; i < 5'000; ++i)
+        points += support::sentences(
+            {"PMGNWPL,4630.00000,N,00715.00000,E,0001200,M,P" + std::to_string(i) + ",,ab"});
+    for (int i = 0; i < 20; ++i)
+        receiver.put("Points/" + std::to_string(i) + ".upt", points);
+    receiver.put("trip.gpx", "old");
+    support::Running program{{MAGELLAN_BIN_DIR "/magellangps", "acquire", "--device",
+                              receiver.path(), "--events", "-o", receiver.path("trip.gpx")}};
+    program.readUntil("wayPoint");
+    program.send(SIGINT);
+    EXPECT_THAT(program.readUntil("\"result\""), Not(HasSubstr("trackPoint")));
+    const int status = program.end(0); // only waits
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 130) << status;
+    EXPECT_EQ(receiver.read("trip.gpx"), "old");
+    EXPECT_THAT(receiver.read("trip.partial.gpx"), HasSubstr("</gpx>"));
+}
+
+TEST(Acquire, DamagedLinesAreNamedAndChangeTheStatusOnlyIfStrict)
+{
+    const Receiver receiver;
+    receiver.put("Tracks/a.log", support::sentences({support::kFirstFix}) + "$PMGNTRK,x*00\r\n" +
+                                     support::sentences({support::kSecondFix}));
+    const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx")});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.err, "note: 2 of 3 track points; 1 damaged: a.log line 2\n");
+    EXPECT_EQ(acquire(receiver, {"-o", receiver.path("trip.gpx"), "--strict"}).status, 1);
 }
 
 TEST(Acquire, LongTrackStreams)

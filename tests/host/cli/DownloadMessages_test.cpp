@@ -65,6 +65,25 @@ TEST(DownloadMessages, KindsThatAnotherOperationReadAreNotMissing)
                                   "of the kind where it broke off are missing.")));
 }
 
+TEST(DownloadMessages, WhatIsLeftOutBetweenOperationsIsNamed)
+{
+    OperationReport report{.missing = {TransferKind::kTracks},
+                           .recovered = {TransferKind::kTracks}};
+    report.account = gps::TransferAccount{
+        .files = {{.kind = "waypoints", .path = "/a.upt"},
+                  {.kind = "waypoints", .path = "/P/b.upt", .error = errorAbout("/P/b.upt")}}};
+    EXPECT_THAT(
+        operationMessages(report),
+        ElementsAre(error("The download broke off, and was continued with: tracks. Missing: "
+                          "the waypoints of b.upt and of the files after it, and all "
+                          "geocaches.")));
+    report.account->files[1].kind = "geocaches";
+    EXPECT_THAT(
+        operationMessages(report),
+        ElementsAre(error("The download broke off, and was continued with: tracks. Missing: "
+                          "the geocaches of b.upt and of the files after it.")));
+}
+
 TEST(DownloadMessages, SilentReceiverIsNamedByItsPort)
 {
     const OperationReport report{.location = "/dev/some", .voice = gps::LineVoice::kNothing};
