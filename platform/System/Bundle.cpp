@@ -8,6 +8,7 @@
 #include "PropertyList.h"
 #include "StringTable.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -37,6 +38,26 @@ std::string absolute(const std::string& path)
     std::error_code failure;
     const auto whole = std::filesystem::absolute(path, failure);
     return path.empty() || failure ? path : whole.string();
+}
+
+constexpr char kEnglish[] = "en";
+
+/// The user's language, such as "de"; English if none is set, or if what is set has no such form:
+/// it becomes part of a path.
+std::string userLanguage()
+{
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const value = std::getenv(name);
+        if (value == nullptr || *value == '\0')
+            continue;
+        const std::string_view locale{value};
+        const auto language = locale.substr(0, locale.find_first_of("_.@"));
+        const bool isCode = (language.size() == 2 || language.size() == 3) &&
+                            std::all_of(language.begin(), language.end(),
+                                        [](char c) { return c >= 'a' && c <= 'z'; });
+        return isCode ? std::string{language} : kEnglish;
+    }
+    return kEnglish;
 }
 
 bool isFile(const std::string& path)
@@ -155,13 +176,24 @@ std::optional<ViewOutlets> Bundle::loadView(std::string_view name) const
 
 std::string Bundle::localizedString(std::string_view key) const
 {
+    for (const std::string& language : {userLanguage(), std::string{kEnglish}}) {
+        if (auto text = translation(language, key))
+            return *std::move(text);
+    }
+    return std::string{key};
+}
+
+/// The text under a key in the table of a language; nullopt if it is missing or empty.
+std::optional<std::string> Bundle::translation(const std::string& language,
+                                               std::string_view key) const
+{
     std::string text;
-    const auto path = pathForResource("en.lproj/Localizable", "strings");
+    const auto path = pathForResource(language + ".lproj/Localizable", "strings");
     if (!path || FileManager{}.readFile(*path, text, kLargestPropertyList))
-        return std::string{key};
+        return std::nullopt;
     const auto table = parseStringTable(text);
     const auto* value = table.findString(key);
-    return std::string{value != nullptr && !value->empty() ? *value : key};
+    return value != nullptr && !value->empty() ? std::optional{*value} : std::nullopt;
 }
 
 } // namespace gps

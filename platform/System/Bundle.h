@@ -49,12 +49,16 @@ public:
     ///          the resource is missing or not valid
     [[nodiscard]] std::optional<ViewOutlets> loadView(std::string_view name) const;
 
-    /// `localizedStringForKey:value:table:` with the default table,
-    /// Resources/en.lproj/Localizable.strings: the text under the key, or the key itself if the
-    /// table does not have it. [any]
+    /// `localizedStringForKey:value:table:` with the default table, LANGUAGE.lproj/Localizable
+    /// .strings among the resources: the text under the key in the table of the user's language,
+    /// otherwise in that of English ("en"), otherwise the key itself. The language is that of
+    /// LC_ALL, LC_MESSAGES or LANG, the first of these that is not empty. [any]
     [[nodiscard]] std::string localizedString(std::string_view key) const;
 
 private:
+    [[nodiscard]] std::optional<std::string> translation(const std::string& language,
+                                                         std::string_view key) const;
+
     std::string path_;
 };
 
