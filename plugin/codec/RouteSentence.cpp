@@ -4,11 +4,11 @@
 
 #include "RouteSentence.h"
 
-#include "../common/DictionaryHelpers.h"
 #include "FieldText.h"
 #include "SentenceFields.h"
 #include "SymbolMap.h"
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/System/Log.h>

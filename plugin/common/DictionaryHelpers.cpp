@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Exported functions keep the types and names of a C interface; plugin/exports.map lists them.
 
-#include "DictionaryHelpers.h"
-
+#include <gps/DictionaryHelpers.h>
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>
 #include <platform/System/Ascii.h>
@@ -17,8 +16,9 @@ void replace(gps::Dictionary* dictionary, const char* key, gps::Value value)
 {
     if (dictionary == nullptr)
         return;
-    dictionary->remove(key);
-    dictionary->set(key, std::move(value));
+    const std::string name = key; // it may be part of the entry that goes
+    dictionary->remove(name);
+    dictionary->set(name, std::move(value));
 }
 
 /// Every Latin-1 byte is the Unicode character with the same number.
@@ -100,32 +100,34 @@ void SetIntInDictionary(gps::Dictionary* dictionary, const char* key, std::int32
 void SetNumberInDictionary(gps::Dictionary* dictionary, const char* key, gps::NumberType type,
                            const void* value)
 {
-    if (type >= gps::NumberType::kBool && type <= gps::NumberType::kFloat64)
+    if (dictionary != nullptr && type >= gps::NumberType::kBool &&
+        type <= gps::NumberType::kFloat64)
         replace(dictionary, key, gps::Number::fromBytes(type, value));
 }
 
 void SetCStringInDictionary(gps::Dictionary* dictionary, const char* key, const char* text)
 {
-    if (gps::isAscii(text))
+    if (dictionary != nullptr && gps::isAscii(text))
         replace(dictionary, key, text);
 }
 
 void SetCStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
                                       const char* text)
 {
-    if (*text != '\0')
+    if (dictionary != nullptr && *text != '\0')
         SetCStringInDictionary(dictionary, key, text);
 }
 
 void SetLatin1CStringInDictionary(gps::Dictionary* dictionary, const char* key, const char* text)
 {
-    replace(dictionary, key, utf8FromLatin1(text));
+    if (dictionary != nullptr)
+        replace(dictionary, key, utf8FromLatin1(text));
 }
 
 void SetLatin1CStringInDictionaryIfNotEmpty(gps::Dictionary* dictionary, const char* key,
                                             const char* text)
 {
-    if (*text != '\0')
+    if (dictionary != nullptr && *text != '\0')
         SetLatin1CStringInDictionary(dictionary, key, text);
 }
 
@@ -133,7 +135,7 @@ void SetStringInDictionaryFromCStringList(gps::Dictionary* dictionary, const cha
                                           const char* const* list, std::int32_t lastIndex,
                                           std::int32_t index)
 {
-    if (isValidIndex(index, lastIndex))
+    if (dictionary != nullptr && isValidIndex(index, lastIndex))
         SetCStringInDictionary(dictionary, key, list[index]);
 }
 
@@ -141,14 +143,14 @@ void SetStringInDictionaryFromCFStringList(gps::Dictionary* dictionary, const ch
                                            const std::string* list, std::int32_t lastIndex,
                                            std::int32_t index)
 {
-    if (isValidIndex(index, lastIndex))
+    if (dictionary != nullptr && isValidIndex(index, lastIndex))
         replace(dictionary, key, list[index]);
 }
 
 void SetGPSPointInDictionary(gps::Dictionary* dictionary, const char* key, gps::GPSPoint point)
 {
     if (dictionary != nullptr)
-        dictionary->set(key, point);
+        dictionary->set(std::string{key}, point);
 }
 
 std::int32_t GetGMTOffsetFromTimeZoneName(const char* name)
@@ -158,5 +160,5 @@ std::int32_t GetGMTOffsetFromTimeZoneName(const char* name)
 
 std::int32_t GetGMTOffsetFromTimeZoneNameWithUnixTime(const char* name, std::int64_t unixTime)
 {
-    return gps::secondsFromGMT(name, unixTime).value_or(0);
+    return name != nullptr ? gps::secondsFromGMT(name, unixTime).value_or(0) : 0;
 }

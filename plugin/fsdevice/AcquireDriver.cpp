@@ -3,13 +3,13 @@
 // worker that walks one data folder per kind.
 
 #include "../common/DataFolders.h"
-#include "../common/DictionaryHelpers.h"
 #include "../common/FolderWalk.h"
 #include "../common/OperationAccount.h"
 #include "DeviceFileReaders.h"
 #include "KeyValueFile.h"
 #include "MagellanGPSPlugin.h"
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
 #include <platform/System/FileManager.h>
 

@@ -66,10 +66,13 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
 /// @param routes     out: complete routes by name: "name", "comment", "lastIndex" and "points", an
 ///                   array of waypoint records
 /// @return           always nullopt
+/// @throws std::length_error  as collectRoutes()
 std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
                                                 gps::Dictionary& routes);
 
-/// The same three for a text that was read already.
+/// The same three for a text that was read already. The records of route points are copies, since
+/// a dictionary cannot share them.
+/// @throws std::length_error  the points of the routes would take more than kRoutePointRoom
 void collectWayPoints(std::string_view text, gps::Dictionary& records,
                       gps::LineAccount* account = nullptr);
 void collectGeoCaches(std::string_view text, gps::Dictionary& records,

@@ -5,13 +5,13 @@
 
 #include "../codec/FieldText.h"
 #include "../codec/SymbolMap.h"
-#include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/GuardedStatus.h"
 #include "../common/PluginBundle.h"
 #include "FileDevice.h"
 #include "KeyValueFile.h"
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
 #include <platform/System/DetachedThread.h>
 #include <platform/System/Log.h>

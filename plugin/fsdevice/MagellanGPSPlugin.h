@@ -122,8 +122,9 @@ public:
     /// records before returning. There is no argument for options: none affects an import.
     /// @param path  nullopt counts as a path without an extension
     /// @throws gps::RangeError  the file has a truncated sentence
+    /// @throws std::bad_alloc   out of memory
     /// @throws ...              what the status object threw
-    /// In both cases the end has been reported.
+    /// In all cases the end has been reported.
     [[nodiscard]] std::optional<gps::Error> importFile(const std::optional<std::string>& path,
                                                        gps::GPSOutputReceiver& status) const;
 

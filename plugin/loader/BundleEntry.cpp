@@ -16,5 +16,6 @@ gps::VeloranPlugIn* VeloranPlugInPrincipalClass(const char* className)
     (void)magellan::pluginBundle();
     // Never destroyed: a host may use it until the process exits.
     static auto* const loader = new magellan::MagellanGPSPluginLoader;
-    return className == std::string_view{"MagellanGPSPluginLoader"} ? loader : nullptr;
+    constexpr std::string_view kLoaderClass = "MagellanGPSPluginLoader";
+    return className != nullptr && className == kLoaderClass ? loader : nullptr;
 }

@@ -8,7 +8,6 @@
 #include "../codec/SentenceFields.h"
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
-#include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/GuardedStatus.h"
 #include "../common/LineAccounts.h"
@@ -16,6 +15,7 @@
 #include "../common/OperationMonitor.h"
 #include "../common/TrackAnnouncer.h"
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/System/Log.h>

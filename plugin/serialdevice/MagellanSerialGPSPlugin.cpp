@@ -3,12 +3,12 @@
 
 #include "MagellanSerialGPSPlugin.h"
 
-#include "../common/DictionaryHelpers.h"
 #include "../common/Errors.h"
 #include "../common/OperationAccount.h"
 #include "../common/PluginBundle.h"
 #include "DownloadSession.h"
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialPorts.h>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Helpers for dictionaries, the debug level and time zones. The module exports them under exactly
-// these names for whoever loads it. With a null dictionary every setter does nothing and every
-// getter returns its default. [any], with a dictionary that no other thread uses. The debug level
-// is a plain global that the host thread sets before any worker starts.
+// Helpers for dictionaries, the debug level and time zones. A plug-in's module exports them under
+// exactly these names: a host that loads it looks them up there, by the types declared here. With a
+// null dictionary every setter does nothing and every getter returns its default. Keys and texts
+// may be parts of the dictionary that they are for. [any], with a dictionary that no other thread
+// uses. The debug level is a plain global that the host thread sets before any worker starts.
 
 #pragma once
 
@@ -69,7 +70,7 @@ void SetStringInDictionaryFromCFStringList(gps::Dictionary* dictionary, const ch
 void SetGPSPointInDictionary(gps::Dictionary* dictionary, const char* key, gps::GPSPoint point);
 
 /// Returns how many seconds a time zone is ahead of GMT, now or at a time given in seconds since
-/// 1970-01-01 00:00 UTC; 0 for an unknown name.
+/// 1970-01-01 00:00 UTC; 0 for an unknown name or null.
 std::int32_t GetGMTOffsetFromTimeZoneName(const char* name);
 std::int32_t GetGMTOffsetFromTimeZoneNameWithUnixTime(const char* name, std::int64_t unixTime);
 

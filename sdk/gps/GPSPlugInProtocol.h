@@ -52,6 +52,7 @@ public:
     ///                 error, after `gpsStateChange:` 0 was sent
     /// @throws RangeError  an imported file has a sentence that is too short; thrown after
     ///                     `gpsStateChange:` 0 was sent
+    /// @throws std::bad_alloc  there was no memory for an import; likewise
     /// @throws ...         whatever the status object threw during an import; likewise
     [[nodiscard]] virtual std::optional<Error> gpsRunAcquire(const Status& status,
                                                              const Dictionary& options) = 0;

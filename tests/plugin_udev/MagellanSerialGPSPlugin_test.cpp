@@ -2,8 +2,8 @@
 // The serial driver's ports and the start of its operations, on a mocked device tree that is empty
 // except for what a test adds.
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/GPSFileDevice.h>
-#include <plugin/common/DictionaryHelpers.h>
 #include <plugin/loader/MagellanGPSPluginLoader.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
 #include <support/LogCapture.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The exported helpers, called as another module would.
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/Value.h>
 #include <platform/OrvUtils/OrvDebug.h>
-#include <plugin/common/DictionaryHelpers.h>
 
 #include <gtest/gtest.h>
 
@@ -326,7 +326,40 @@ TEST(Setters, DoNothingWithoutADictionary)
     SetStringInDictionaryFromCStringList(nullptr, "key", list.data(), 0, 0);
     SetStringInDictionaryFromCFStringList(nullptr, "key", strings.data(), 0, 0);
     SetGPSPointInDictionary(nullptr, "key", {});
+    // Nor do they look at the rest then.
+    SetNumberInDictionary(nullptr, "key", gps::NumberType::kFloat64, nullptr);
+    SetCStringInDictionary(nullptr, nullptr, nullptr);
+    SetCStringInDictionaryIfNotEmpty(nullptr, nullptr, nullptr);
+    SetLatin1CStringInDictionary(nullptr, nullptr, nullptr);
+    SetLatin1CStringInDictionaryIfNotEmpty(nullptr, nullptr, nullptr);
+    SetStringInDictionaryFromCStringList(nullptr, nullptr, nullptr, 0, 0);
+    SetStringInDictionaryFromCFStringList(nullptr, nullptr, nullptr, 0, 0);
     SUCCEED();
+}
+
+TEST(Setters, AcceptAKeyThatIsPartOfTheDictionary)
+{
+    const std::string longKey(100, 'k'); // not stored within the string object itself
+    const auto afterSetting = [&](auto set) {
+        gps::Dictionary dictionary{{longKey, "old"}};
+        set(&dictionary, dictionary.begin()->key.c_str());
+        EXPECT_EQ(dictionary.size(), 1U);
+        EXPECT_EQ(dictionary.begin()->key, longKey);
+    };
+    afterSetting([](auto* d, auto* key) { SetIntInDictionary(d, key, 1); });
+    afterSetting([](auto* d, auto* key) { SetFloatInDictionary(d, key, 1); });
+    afterSetting([](auto* d, auto* key) { SetCStringInDictionary(d, key, key); });
+    afterSetting([](auto* d, auto* key) { SetLatin1CStringInDictionary(d, key, key); });
+    afterSetting([](auto* d, auto* key) { SetGPSPointInDictionary(d, key, {}); });
+    gps::Dictionary names{{"name", longKey}};
+    SetGPSPointInDictionary(&names, names.findString("name")->c_str(), {});
+    EXPECT_NE(names.find(longKey), nullptr);
+}
+
+TEST(TimeZones, ANullNameHasNoOffset)
+{
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneName(nullptr), 0);
+    EXPECT_EQ(GetGMTOffsetFromTimeZoneNameWithUnixTime(nullptr, 0), 0);
 }
 
 TEST(TimeZones, AnOffsetIsThatOfTheInstant)

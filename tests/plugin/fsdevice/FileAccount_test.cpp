@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -265,11 +265,11 @@ TEST_F(FileAccountTest, ARequestToStopAfterTheLastFileStopsNothing)
 TEST_F(FileAccountTest, CanBeReadInTheLastCallOfTheStatusObject)
 {
     receiver_.put("Track Logs/a.log", {kTrackPoint});
-    std::vector<std::string> seen;
+    std::promise<std::vector<std::string>> seen; // the call ends after the wait for it
     acquireWith(std::make_shared<support::ActingReceiver>(
-        "gpsStateChange 0", [&] { seen = textsOf(driver_->transferAccount().files); }));
+        "gpsStateChange 0", [&] { seen.set_value(textsOf(driver_->transferAccount().files)); }));
     EXPECT_THAT(files(), ElementsAre("tracks 1/1"));
-    EXPECT_EQ(seen, files());
+    EXPECT_EQ(seen.get_future().get(), files());
 }
 
 TEST_F(FileAccountTest, HasAThousandDetailsAndCountsAll)

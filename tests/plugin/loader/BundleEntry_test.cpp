@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The built module: its entry point and exported symbols.
 
+#include <gps/DictionaryHelpers.h>
 #include <gps/Error.h>
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/Value.h>
@@ -8,7 +9,6 @@
 #include <gps/View.h>
 #include <platform/OrvUtils/OrvDebug.h>
 #include <plugin/codec/SymbolMap.h>
-#include <plugin/common/DictionaryHelpers.h>
 #include <support/ReceiverFolder.h>
 #include <support/RecordingReceiver.h>
 
@@ -62,6 +62,7 @@ TEST(BundleEntry, ReturnsTheLoaderOnlyForItsClass)
     for (const auto* other :
          {"", "magellangpspluginloader", "MagellanGPSPlugin", "MagellanGPSPluginLoader2"})
         EXPECT_EQ(entry()(other), nullptr) << other;
+    EXPECT_EQ(entry()(nullptr), nullptr);
 }
 
 TEST(BundleEntry, ADriverOfTheModuleWorksThroughItsInterface)
