@@ -86,11 +86,16 @@ private:
 
 /// The text of the file that records are merged into; empty if it cannot be read. The reader has
 /// logged why.
-std::string presentText(RecordKind kind, const std::string& path)
+std::string presentText(RecordKind kind, const std::string& path, gps::FileAccount* account)
 {
     std::string text;
-    (void)readDeviceFile(kind, path, text);
+    (void)readDeviceFile(kind, path, text, account);
     return text;
+}
+
+gps::LineAccount* linesOf(gps::FileAccount* account) noexcept
+{
+    return account != nullptr ? &account->lines : nullptr;
 }
 
 /// Saves a track under a free name. Another program may take the name before it is used here.
@@ -109,14 +114,14 @@ std::optional<gps::Error> saveNewTrack(const gps::Dictionary& track, const std::
                               gps::joinPath(folder, trackFileName(kTrackNumbers - 1)));
 }
 
-std::optional<gps::Error>
-mergeIntoDefaultFile(const gps::Array& records, const std::string& folder, bool deleting,
-                     std::string_view file,
-                     std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&))
+std::optional<gps::Error> mergeIntoDefaultFile(
+    const gps::Array& records, const std::string& folder, bool deleting, std::string_view file,
+    std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&, gps::FileAccount*),
+    gps::FileAccount* present)
 {
     if (deleting)
         deleteFilesFromDir(folder, gps::pathExtension(file));
-    return merge(records, gps::joinPath(folder, file));
+    return merge(records, gps::joinPath(folder, file), present);
 }
 
 } // namespace
@@ -137,21 +142,23 @@ std::optional<gps::Error> saveTracks(const gps::Array& records, const std::strin
 }
 
 std::optional<gps::Error> saveWaypoints(const gps::Array& records, const std::string& folder,
-                                        bool deleting)
+                                        bool deleting, gps::FileAccount* present)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultWaypointFile, mergeWaypoints);
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultWaypointFile, mergeWaypoints,
+                                present);
 }
 
 std::optional<gps::Error> saveRoutes(const gps::Array& records, const std::string& folder,
-                                     bool deleting)
+                                     bool deleting, gps::FileAccount* present)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultRouteFile, mergeRoutes);
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultRouteFile, mergeRoutes, present);
 }
 
 std::optional<gps::Error> saveGeocaches(const gps::Array& records, const std::string& folder,
-                                        bool deleting)
+                                        bool deleting, gps::FileAccount* present)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultGeocacheFile, mergeGeocaches);
+    return mergeIntoDefaultFile(records, folder, deleting, kDefaultGeocacheFile, mergeGeocaches,
+                                present);
 }
 
 std::optional<gps::Error> saveTrack(const gps::Dictionary& track, const std::string& path)
@@ -159,14 +166,18 @@ std::optional<gps::Error> saveTrack(const gps::Dictionary& track, const std::str
     return write(trackText(track), path);
 }
 
-std::optional<gps::Error> mergeWaypoints(const gps::Array& records, const std::string& path)
+std::optional<gps::Error> mergeWaypoints(const gps::Array& records, const std::string& path,
+                                         gps::FileAccount* present)
 {
-    return write(mergedWaypointText(records, presentText(RecordKind::kWaypoints, path)), path);
+    const auto text = presentText(RecordKind::kWaypoints, path, present);
+    return write(mergedWaypointText(records, text, linesOf(present)), path);
 }
 
-std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path)
+std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path,
+                                         gps::FileAccount* present)
 {
-    const auto text = mergedGeocacheText(records, presentText(RecordKind::kGeocaches, path));
+    const auto before = presentText(RecordKind::kGeocaches, path, present);
+    const auto text = mergedGeocacheText(records, before, linesOf(present));
     return text ? write(*text, path) : std::nullopt;
 }
 
@@ -182,9 +193,11 @@ std::optional<std::string> geocacheKey(const gps::Dictionary& record)
     return name != nullptr ? std::optional{*name} : std::nullopt;
 }
 
-std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path)
+std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::string& path,
+                                      gps::FileAccount* present)
 {
-    return write(mergedRouteText(records, presentText(RecordKind::kRoutes, path)), path);
+    const auto text = presentText(RecordKind::kRoutes, path, present);
+    return write(mergedRouteText(records, text, linesOf(present)), path);
 }
 
 std::string trackText(const gps::Dictionary& track)
@@ -203,10 +216,11 @@ std::string trackText(const gps::Dictionary& track)
     return textOf(sentences);
 }
 
-std::string mergedWaypointText(const gps::Array& records, std::string_view present)
+std::string mergedWaypointText(const gps::Array& records, std::string_view present,
+                               gps::LineAccount* lines)
 {
     gps::Dictionary merged;
-    collectWayPoints(present, merged);
+    collectWayPoints(present, merged, lines);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
@@ -215,10 +229,11 @@ std::string mergedWaypointText(const gps::Array& records, std::string_view prese
     return textOf(makeWayPointSentencesFromWaypointList(merged.takeValues()));
 }
 
-std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present)
+std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present,
+                                              gps::LineAccount* lines)
 {
     gps::Dictionary merged;
-    collectGeoCaches(present, merged);
+    collectGeoCaches(present, merged, lines);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
@@ -228,11 +243,12 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::st
     return sentences ? std::optional{textOf(*sentences)} : std::nullopt;
 }
 
-std::string mergedRouteText(const gps::Array& records, std::string_view present)
+std::string mergedRouteText(const gps::Array& records, std::string_view present,
+                            gps::LineAccount* lines)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    collectRoutes(present, waypoints, routes);
+    collectRoutes(present, waypoints, routes, lines);
     for (const auto& element : records) {
         if (const auto* route = element.as<gps::Dictionary>())
             mergeRoute(*route, waypoints, routes);

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/GPSTransferAccount.h>
 #include <gps/Value.h>
 
 #include <optional>
@@ -22,16 +23,20 @@ namespace magellan {
 /// `saveTracks:usingFolder:deleting:` and its three companions, one per kind.
 /// @param folder    the kind's data folder, an absolute path
 /// @param deleting  whether to call deleteFilesFromDir() first
+/// @param present   gets what becomes of the lines of the file that is merged into; may be null
 /// @return          the system's write error. Tracks are written up to the first failure, and
 ///                  never replace a file
 [[nodiscard]] std::optional<gps::Error> saveTracks(const gps::Array& records,
                                                    const std::string& folder, bool deleting);
 [[nodiscard]] std::optional<gps::Error> saveWaypoints(const gps::Array& records,
-                                                      const std::string& folder, bool deleting);
+                                                      const std::string& folder, bool deleting,
+                                                      gps::FileAccount* present = nullptr);
 [[nodiscard]] std::optional<gps::Error> saveRoutes(const gps::Array& records,
-                                                   const std::string& folder, bool deleting);
+                                                   const std::string& folder, bool deleting,
+                                                   gps::FileAccount* present = nullptr);
 [[nodiscard]] std::optional<gps::Error> saveGeocaches(const gps::Array& records,
-                                                      const std::string& folder, bool deleting);
+                                                      const std::string& folder, bool deleting,
+                                                      gps::FileAccount* present = nullptr);
 
 /// `saveTrack:toPath:`: writes one line per point of the track's "points". An element without a
 /// point is skipped.
@@ -41,13 +46,15 @@ namespace magellan {
 /// `mergeWaypoints:intoPath:`: a waypoint replaces the file's own of the same "name". A waypoint
 /// without a name is skipped. A missing or unreadable file counts as empty.
 [[nodiscard]] std::optional<gps::Error> mergeWaypoints(const gps::Array& records,
-                                                       const std::string& path);
+                                                       const std::string& path,
+                                                       gps::FileAccount* present = nullptr);
 
 /// `mergeGeocaches:intoPath:`: a geocache replaces the file's own whose "name" equals its
 /// geocacheKey(). One without a key is skipped. If any record has no point, nothing is written and
 /// no error is returned.
 [[nodiscard]] std::optional<gps::Error> mergeGeocaches(const gps::Array& records,
-                                                       const std::string& path);
+                                                       const std::string& path,
+                                                       gps::FileAccount* present = nullptr);
 
 /// The key under which a geocache is merged: its "cacheID" (of a number, the decimal text) or,
 /// without one, its "name". Returns nullopt if it has neither.
@@ -56,7 +63,8 @@ namespace magellan {
 /// `mergeRoutes:intoPath:`: writes all waypoints sorted by name, then all routes, numbered from 1:
 /// the file's own first, each at its position, then the new ones.
 [[nodiscard]] std::optional<gps::Error> mergeRoutes(const gps::Array& records,
-                                                    const std::string& path);
+                                                    const std::string& path,
+                                                    gps::FileAccount* present = nullptr);
 
 /// `mergeRoute:intoWaypoints:andRoutes:`: a point that differs from the present waypoint of its
 /// name is renamed to "NAME 1", "NAME 2" and so on, counting the clashes of that name within the
@@ -69,10 +77,14 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
 
 /// The complete text of a default file after the records were merged into `present`, its text so
 /// far. The geocache text is nullopt if any record has no point.
-[[nodiscard]] std::string mergedWaypointText(const gps::Array& records, std::string_view present);
+/// @param lines  gets what becomes of the lines of `present`; may be null
+[[nodiscard]] std::string mergedWaypointText(const gps::Array& records, std::string_view present,
+                                             gps::LineAccount* lines = nullptr);
 [[nodiscard]] std::optional<std::string> mergedGeocacheText(const gps::Array& records,
-                                                            std::string_view present);
-[[nodiscard]] std::string mergedRouteText(const gps::Array& records, std::string_view present);
+                                                            std::string_view present,
+                                                            gps::LineAccount* lines = nullptr);
+[[nodiscard]] std::string mergedRouteText(const gps::Array& records, std::string_view present,
+                                          gps::LineAccount* lines = nullptr);
 
 /// The default files, by name within the kind's data folder.
 inline constexpr char kDefaultWaypointFile[] = "Default POI File.upt";

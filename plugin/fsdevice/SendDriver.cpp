@@ -3,46 +3,79 @@
 // that writes one kind after the other.
 
 #include "../common/Errors.h"
+#include "../common/OperationAccount.h"
 #include "DeviceFileWriters.h"
 #include "MagellanGPSPlugin.h"
 #include "SendOrder.h"
 
 #include <gps/GPSOutputReceiver.h>
+#include <platform/System/FileError.h>
 #include <platform/System/Log.h>
 
 #include <exception>
 #include <optional>
+#include <utility>
 
 namespace magellan {
 namespace {
 
-std::optional<gps::Error> write(const SendJob& job)
+std::optional<gps::Error> write(const SendJob& job, gps::FileAccount& present)
 {
     switch (job.kind) {
     case RecordKind::kTracks:
         return saveTracks(job.records, *job.folder, false);
     case RecordKind::kWaypoints:
-        return saveWaypoints(job.records, *job.folder, false);
+        return saveWaypoints(job.records, *job.folder, false, &present);
     case RecordKind::kGeocaches:
-        return saveGeocaches(job.records, *job.folder, false);
+        return saveGeocaches(job.records, *job.folder, false, &present);
     case RecordKind::kRoutes:
         break;
     }
-    return saveRoutes(job.records, *job.folder, false);
+    return saveRoutes(job.records, *job.folder, false, &present);
+}
+
+const char* nameOf(RecordKind kind)
+{
+    switch (kind) {
+    case RecordKind::kTracks:
+        return "tracks";
+    case RecordKind::kWaypoints:
+        return "waypoints";
+    case RecordKind::kGeocaches:
+        return "geocaches";
+    case RecordKind::kRoutes:
+        break;
+    }
+    return "routes";
+}
+
+/// Whether the host has asked for the end of the send. The account then says so.
+bool isStopped(const OperationMonitor& monitor, OperationAccount& account)
+{
+    if (!monitor.stopRequested())
+        return false;
+    account.setStopped();
+    return true;
 }
 
 /// Writes the records of one kind. Failures, exceptions included, are logged only: the other kinds
 /// are written all the same.
-void save(const SendJob& job)
+void save(const SendJob& job, OperationAccount& account)
 {
     if (!job.folder)
         return;
+    gps::FileAccount present{.kind = nameOf(job.kind), .path = targetOf(job)};
     try {
-        if (const auto error = write(job))
+        if (const auto error = write(job, present))
             gps::logError(kFilesLogSource, *error);
     } catch (const std::exception& failure) {
-        gps::logError(kFilesLogSource, makeThrownError(failure, targetOf(job)));
+        present.error = makeThrownError(failure, present.path);
+        gps::logError(kFilesLogSource, *present.error);
     }
+    const bool isNew =
+        present.error && gps::FileErrorCode::kReadNoSuchFile == present.error->code();
+    if (job.kind != RecordKind::kTracks && !isNew) // only these merge into what is there
+        account.addFile(std::move(present));
 }
 
 } // namespace
@@ -53,6 +86,7 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
 {
     setDebugLevelFromOptions(options);
     if (data == nullptr) {
+        monitor().begin();
         status->gpsStateChange(0);
         return std::nullopt;
     }
@@ -62,13 +96,20 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
 void MagellanGPSPlugin::runSend(const gps::Dictionary& work)
 {
     gps::GPSOutputReceiver& status = **work.find("status")->as<Status>();
-    for (const auto& bracket :
-         sendOrder(*work.findDictionary("data"), *work.findDictionary("folders"),
-                   *work.findString("targetPath"))) {
-        status.startSending(bracket.label, bracket.kind);
-        for (const auto& job : bracket.jobs)
-            save(job);
-        status.endSending(bracket.kind);
+    {
+        OperationAccount account{monitor()}; // published at the end of this scope
+        for (const auto& bracket :
+             sendOrder(*work.findDictionary("data"), *work.findDictionary("folders"),
+                       *work.findString("targetPath"))) {
+            if (isStopped(monitor(), account))
+                break;
+            status.startSending(bracket.label, bracket.kind);
+            for (const auto& job : bracket.jobs) {
+                if (!isStopped(monitor(), account))
+                    save(job, account);
+            }
+            status.endSending(bracket.kind);
+        }
     }
     status.gpsStateChange(0);
 }

@@ -265,7 +265,7 @@ TEST_F(DeviceFileWriters, TooShortSentenceInThePresentFileThrowsAndLeavesItAsItW
         SCOPED_TRACE(body);
         const auto text = fileOf({sentence(body)});
         const auto path = folder.put("file", text);
-        EXPECT_THROW((void)merge(gps::Array{}, path), gps::RangeError);
+        EXPECT_THROW((void)merge(gps::Array{}, path, nullptr), gps::RangeError);
         EXPECT_EQ(folder.read("file"), text);
     };
     expectThrown(mergeWaypoints, "PMGNWPL,4630.00000,N,00715.00000,E");
@@ -487,9 +487,9 @@ TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBy
         SCOPED_TRACE(seed);
         Generated generated{seed};
         const auto twice = [](auto mergedText, const gps::Array& records) {
-            const auto once = std::optional<std::string>{mergedText(records, "")};
+            const auto once = std::optional<std::string>{mergedText(records, "", nullptr)};
             ASSERT_TRUE(once);
-            EXPECT_EQ(mergedText({}, *once), once);
+            EXPECT_EQ(mergedText({}, *once, nullptr), once);
         };
         twice(magellan::mergedWaypointText, generated.records(8, false));
         twice(magellan::mergedGeocacheText, generated.records(8, true));
@@ -564,9 +564,9 @@ TEST_F(DeviceFileWriters, DeleteFlagClearsByTheKindsExtensionBeforeAnythingIsWri
         EXPECT_FALSE(std::filesystem::exists(data));
     };
     expectCleared(saveTracks, "a.log");
-    expectCleared(magellan::saveWaypoints, "a.upt");
-    expectCleared(magellan::saveRoutes, "a.rte");
-    expectCleared(magellan::saveGeocaches, "a.gs");
+    expectCleared([](const auto&... a) { return magellan::saveWaypoints(a...); }, "a.upt");
+    expectCleared([](const auto&... a) { return magellan::saveRoutes(a...); }, "a.rte");
+    expectCleared([](const auto&... a) { return magellan::saveGeocaches(a...); }, "a.gs");
     std::filesystem::current_path(here);
 }
 

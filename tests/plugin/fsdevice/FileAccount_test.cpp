@@ -84,6 +84,15 @@ protected:
         account_ = driver_->transferAccount();
     }
 
+    void send(const gps::Dictionary& data,
+              const std::shared_ptr<support::RecordingReceiver>& status =
+                  std::make_shared<support::RecordingReceiver>())
+    {
+        EXPECT_EQ(driver_->gpsRunSend(&data, status, {}), std::nullopt);
+        ASSERT_TRUE(status->waitUntilIdle());
+        account_ = driver_->transferAccount();
+    }
+
     [[nodiscard]] std::vector<std::string> files() const { return textsOf(account_.files); }
 
     /// "tracks /Track Logs: 257": kind, path below the receiver, code of each unseen path.
@@ -311,6 +320,52 @@ TEST_F(FileAccountTest, HasAThousandFilesAndTheTotalsOfAll)
     EXPECT_THAT(account_.files, SizeIs(1000));
     EXPECT_EQ(account_.omitted, 1U);
     EXPECT_EQ(account_.totals[0].lines.accepted, 1001U);
+}
+
+TEST_F(FileAccountTest, OfASendHasTheFilesThatItMergedInto)
+{
+    receiver_.languageFile({"MyPOIs=P", "Geocaches=G", "Routes=R", "TrackLogs=T"});
+    for (const auto* name : {"P", "G", "R", "T"})
+        receiver_.folder().makeFolder(name);
+    receiver_.put("P/Default POI File.upt", {kWayPoint, breakChecksum(kWayPoint), kTrackPoint});
+    receiver_.put("R/Default Route File.rte",
+                  {kWayPoint, sentence("PMGNRTE,2,1,c,1,R,A,a,B,a"), kClosing});
+    const gps::Dictionary record{{"name", "N"}, {"point", gps::GPSPoint{46, 7, 0, 0, 0}}};
+    const gps::Dictionary cache{
+        {"name", "C"}, {"symbol", "Geocache"}, {"point", gps::GPSPoint{46, 7, 0, 0, 0}}};
+    const gps::Dictionary route{{"name", "NEW"}, {"points", gps::Array{record}}};
+    send({{"track", gps::Array{gps::Dictionary{{"points", gps::Array{record}}}}},
+          {"waypoint", gps::Array{record, cache}},
+          {"route", gps::Array{route}}});
+    EXPECT_THAT(files(), ElementsAre("waypoints 1/3, 2 checksum, 3 other kind",
+                                     "routes 2/2, 2 unknown point, 2 incomplete"));
+    EXPECT_EQ(account_.files[0].path, receiver_.path("P/Default POI File.upt"));
+}
+
+TEST_F(FileAccountTest, OfASendHasTheErrorWithWhichAFileWasMergedFromNothing)
+{
+    receiver_.languageFile({"MyPOIs=P"});
+    receiver_.put("P/Default POI File.upt", {"\xC3\xA9"});
+    const gps::Dictionary record{{"name", "N"}, {"point", gps::GPSPoint{46, 7, 0, 0, 0}}};
+    send({{"waypoint", gps::Array{record}}});
+    EXPECT_THAT(files(), ElementsAre("waypoints 0/0, error 261"));
+}
+
+TEST_F(FileAccountTest, OfAStoppedSendWritesNoMoreKinds)
+{
+    receiver_.languageFile({"MyPOIs=P", "Routes=R"});
+    receiver_.folder().makeFolder("P");
+    receiver_.folder().makeFolder("R");
+    const gps::Dictionary record{{"name", "N"}, {"point", gps::GPSPoint{46, 7, 0, 0, 0}}};
+    const auto status =
+        std::make_shared<support::ActingReceiver>("endSending", [this] { driver_->requestStop(); });
+    send({{"waypoint", gps::Array{record}},
+          {"route", gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{record}}}}}},
+         status);
+    EXPECT_TRUE(account_.stopped);
+    EXPECT_TRUE(std::filesystem::exists(receiver_.path("P/Default POI File.upt")));
+    EXPECT_FALSE(std::filesystem::exists(receiver_.path("R/Default Route File.rte")));
+    EXPECT_THAT(status->calls(), Contains(StartsWith("startSending")).Times(1));
 }
 
 TEST_F(FileAccountTest, OfAnImportHasItsFile)
