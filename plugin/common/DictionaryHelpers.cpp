@@ -7,6 +7,8 @@
 #include <platform/System/Ascii.h>
 #include <platform/System/TimeZone.h>
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 #include <utility>
 
