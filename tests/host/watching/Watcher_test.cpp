@@ -3,11 +3,16 @@
 #include "host/watching/Watcher.h"
 
 #include "host/FakeDriver.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <filesystem>
+#include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -315,6 +320,31 @@ TEST_F(WatcherTest, NothingIsReadAfterTheCallbackHasEndedIt)
     isGoingOn_ = false;
     auto watcher = this->watcher();
     EXPECT_THAT(kindsOf(look(watcher)), ElementsAre(Kind::kAppeared));
+}
+
+TEST_F(WatcherTest, SignalStopsTheRunningDownloadAndKeepsWhatCame)
+{
+    const support::DefaultSignals defaults;
+    const auto driver = std::make_shared<support::AccountingDriver>();
+    driver->setLocations({"/media/B"});
+    driver->acquire = [&](const Status& status,
+                          const gps::Dictionary&) -> std::optional<gps::Error> {
+        status->startTransfer(TransferKind::kWaypoints);
+        status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
+        ::kill(::getpid(), SIGTERM);
+        while (!driver->isStopRequested)
+            std::this_thread::yield();
+        status->gpsStateChange(0);
+        return std::nullopt;
+    };
+    drivers_ = {driver};
+    const host::StopSignals stop;
+    auto watcher = this->watcher();
+    EXPECT_FALSE(watcher.run(stop));
+    EXPECT_TRUE(reportIn(events_).isInterrupted());
+    EXPECT_FALSE(events_.back().isRetried);
+    EXPECT_EQ(reportIn(events_).output.state, OutputReport::State::kPartial);
+    EXPECT_THAT(files(), ElementsAre(testing::EndsWith(".partial.gpx")));
 }
 
 TEST_F(WatcherTest, RunEndsWhenTheCallbackSaysSo)
