@@ -8,18 +8,24 @@
 #include "host/files/IgnoredSignal.h"
 #include "host/files/TemporaryName.h"
 
+#include <gps/NumberText.h>
+
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace host {
@@ -61,6 +67,37 @@ void removeOnSignal(const std::string& path)
     }
 }
 
+constexpr std::uint32_t kLargestProcess = std::numeric_limits<pid_t>::max();
+
+// Whether a hidden file was left by a process that was killed. The number alone does not show it:
+// the folder may be shared with another machine, or with a container.
+bool isStray(const std::string& path, std::string_view name, gps::FileSystem& files)
+{
+    if (!name.starts_with(kHiddenPrefix) || !isTemporaryName(name))
+        return false;
+    const auto numbers = name.substr(kHiddenPrefix.size());
+    const auto process = gps::wholeUnsigned(numbers.substr(0, numbers.find('-')));
+    if (!process || *process == 0 || *process > kLargestProcess ||
+        ::kill(static_cast<pid_t>(*process), 0) == 0 || errno != ESRCH)
+        return false;
+    const gps::OpenFile file{files,
+                             files.open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0)};
+    return file && files.flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+void removeStrays(const std::string& folder, gps::FileSystem& files)
+{
+    std::error_code ignored;
+    std::vector<fs::path> strays;
+    for (fs::directory_iterator entry{folder, ignored}; entry != fs::directory_iterator{};
+         entry.increment(ignored)) {
+        if (isStray(entry->path().string(), entry->path().filename().string(), files))
+            strays.push_back(entry->path());
+    }
+    for (const auto& stray : strays)
+        (void)files.unlink(stray.c_str());
+}
+
 std::string withoutLinks(const std::string& path)
 {
     std::error_code error;
@@ -95,6 +132,7 @@ std::optional<gps::Error> OutputFile::open()
 
     path_ = withoutLinks(path_);
     folder_ = folderOf(path_);
+    removeStrays(folder_, files_);
     // Without AtomicFile's lock: two downloads may write into one folder at the same time.
     if (const int code = file_.openUnlocked(path_, hiddenPrefix()))
         return errorFor("The output file cannot be created", code);

@@ -29,7 +29,8 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Creates the hidden file. @return  why it cannot be created
+    /// Creates the hidden file, after removing those that killed processes left in its folder.
+    /// @return  why it cannot be created
     [[nodiscard]] std::optional<gps::Error> open();
 
     /// Where to write. Precondition: open() succeeded.

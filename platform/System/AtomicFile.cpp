@@ -73,6 +73,8 @@ int AtomicFile::openUnlocked(const std::string& path, std::string_view prefix)
         std::string name{prefix};
         appendInteger(name, attempt);
         const int failure = create(std::move(name));
+        if (failure == 0) // shows others that the file is in use; a killed process has no locks
+            (void)files_.flock(file_.get(), LOCK_EX | LOCK_NB);
         if (failure != EEXIST)
             return failure;
     }

@@ -38,7 +38,8 @@ public:
     [[nodiscard]] int open(const std::string& path);
 
     /// Creates the temporary file under the first free name of PREFIX0, PREFIX1 and so on, without
-    /// a lock: any number of writes in one folder may run at a time.
+    /// locking the folder: any number of writes in one folder may run at a time. The file itself is
+    /// locked, so that a program can recognise one that a killed process left.
     /// @param prefix  begins with "." so that the file is hidden
     [[nodiscard]] int openUnlocked(const std::string& path, std::string_view prefix);
 

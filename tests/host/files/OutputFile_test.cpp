@@ -14,6 +14,8 @@
 #include <filesystem>
 #include <map>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,6 +54,49 @@ TEST(OutputFile, OlderFileIsUnchangedWithoutACommit)
     }
     EXPECT_EQ(folder.read("a.gpx"), "old");
     EXPECT_EQ(entries(folder), 1U);
+}
+
+// The number of a process that has ended.
+pid_t endedProcess()
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(0);
+    ::waitpid(child, nullptr, 0);
+    return child;
+}
+
+TEST(OutputFile, FilesOfKilledProcessesAreRemoved)
+{
+    const support::TemporaryFolder folder;
+    const auto ended = std::to_string(endedProcess());
+    const auto stray = folder.put(".magellangps-" + ended + "-0", "half");
+    const auto locked = folder.put(".magellangps-" + ended + "-1", "half");
+    const auto own = folder.put(".magellangps-" + std::to_string(::getpid()) + "-7", "half");
+    const auto data = folder.put(".magellangps-" + ended + "-notes", "text");
+    const int file = ::open(locked.c_str(), O_RDONLY);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    OutputFile output{folder.path("a.gpx")};
+    EXPECT_FALSE(output.open());
+    ::close(file);
+    EXPECT_FALSE(fs::exists(stray));
+    EXPECT_TRUE(fs::exists(locked)) << "a process of another machine writes it";
+    EXPECT_TRUE(fs::exists(own));
+    EXPECT_TRUE(fs::exists(data));
+}
+
+TEST(OutputFile, UnfinishedFileIsLocked)
+{
+    const support::TemporaryFolder folder;
+    OutputFile output{folder.path("a.gpx")};
+    ASSERT_FALSE(output.open());
+    const auto hidden = fs::directory_iterator
+    {
+        folder.path()
+        } -> path();
+    const int file = ::open(hidden.c_str(), O_RDONLY);
+    EXPECT_EQ(::flock(file, LOCK_EX | LOCK_NB), -1);
+    ::close(file);
 }
 
 TEST(OutputFile, PartialFileIsBesideTheOlderOne)
