@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -26,6 +27,13 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::size_t kDayLength = sizeof "YYYYMMDD" - 1;
+
+std::string today()
+{
+    return nameOfNow().substr(0, kDayLength);
+}
 
 // One name for each device, so that the next run removes what a killed one left.
 constexpr char kUnfinished[] = ".unfinished";
@@ -83,8 +91,13 @@ std::string newName(const std::vector<std::string>& names)
 
 Backup describe(const std::string& path, const std::string& name, const Manifest& manifest)
 {
-    Backup backup{
-        .path = path, .name = name, .files = manifest.files.size(), .sequence = manifest.sequence};
+    Backup backup{.path = path,
+                  .name = name,
+                  .files = manifest.files.size(),
+                  .sequence = manifest.sequence,
+                  .firstSequence =
+                      manifest.firstSequence != 0 ? manifest.firstSequence : manifest.sequence,
+                  .day = manifest.day.empty() ? name.substr(0, kDayLength) : manifest.day};
     for (const auto& file : manifest.files)
         backup.bytes += file.size;
     return backup;
@@ -123,19 +136,61 @@ bool deleteBackup(const Backup& backup, const std::string& folder, gps::FileSyst
     return isGone;
 }
 
-// @param older  all backups but the one just made, the newest first
-void deleteOldest(const BackupPolicy& policy, const std::string& folder,
-                  const std::vector<Backup>& older, MadeBackup& made, gps::FileSystem& files)
+bool wasFirst(const Backup& a, const Backup& b)
 {
-    std::size_t kept = 1;
-    for (const auto& backup : older) {
+    return std::pair{a.firstSequence, partsOf(a.name)} <
+           std::pair{b.firstSequence, partsOf(b.name)};
+}
+
+// The sequence of a backup at which the device was first in its state on a day.
+std::uint64_t sequenceOn(const std::string& day, const Backup& backup)
+{
+    return backup.name.starts_with(day) ? backup.firstSequence : backup.sequence;
+}
+
+// The first backup of a device holds what nothing else does: its state before anything was written.
+// The first of a day holds the state before a series of attempts.
+std::set<std::string> namesToKeep(const std::vector<Backup>& backups, const std::string& today)
+{
+    std::set<std::string> names;
+    const auto first = std::min_element(backups.begin(), backups.end(), wasFirst);
+    if (first != backups.end())
+        names.insert(first->name);
+    const Backup* firstOfDay = nullptr;
+    for (const auto& backup : backups) {
+        if (backup.day == today &&
+            (firstOfDay == nullptr || sequenceOn(today, backup) <= sequenceOn(today, *firstOfDay)))
+            firstOfDay = &backup;
+    }
+    if (firstOfDay != nullptr)
+        names.insert(firstOfDay->name);
+    return names;
+}
+
+// @param backups  all backups, the one just made among them, the newest first
+void deleteOldest(const BackupPolicy& policy, const std::string& folder,
+                  const std::vector<Backup>& backups, MadeBackup& made, gps::FileSystem& files)
+{
+    auto keep = namesToKeep(backups, today());
+    keep.insert(made.backup.name);
+    auto room = policy.count - std::min(policy.count, keep.size());
+    for (const auto& backup : backups) {
         const bool isProtected =
             !policy.protectedPath.empty() && isSame(backup.path, policy.protectedPath, files);
-        if (kept++ < policy.count || isProtected)
+        if (keep.contains(backup.name) || isProtected)
             continue;
-        if (deleteBackup(backup, folder, files))
+        if (room > 0)
+            --room;
+        else if (deleteBackup(backup, folder, files))
             made.deleted.push_back(backup.name);
     }
+}
+
+bool haveCommonFile(const Manifest& a, const Manifest& b)
+{
+    return std::any_of(a.files.begin(), a.files.end(), [&](const BackedUpFile& file) {
+        return std::find(b.files.begin(), b.files.end(), file) != b.files.end();
+    });
 }
 
 bool holdSameFiles(const std::string& a, const std::string& b,
@@ -190,6 +245,7 @@ private:
     [[nodiscard]] std::optional<gps::Error> fill(const DataFolders& source);
     [[nodiscard]] std::optional<gps::Error> finish(const std::string& name);
     [[nodiscard]] std::optional<gps::Error> giveName(const std::string& name);
+    [[nodiscard]] bool isOfDevice(const Backup& backup) const;
     void removeUnfinished() { (void)gps::FileManager{&files_}.removeItem(unfinished_); }
 
     std::string folder_;
@@ -213,9 +269,20 @@ std::optional<gps::Error> BackupMaker::make(const DataFolders& source, const Bac
     removeUnfinished();
     if (failure)
         return failure;
-    std::erase_if(backups_, [&](const Backup& backup) { return backup.name == made_.backup.name; });
+    std::erase_if(backups_, [&](const Backup& backup) {
+        return backup.name == made_.backup.name ||
+               (source.identifier.empty() && !isOfDevice(backup));
+    });
+    backups_.insert(backups_.begin(), made_.backup);
     deleteOldest(policy, folder_, backups_, made_, files_);
     return std::nullopt;
+}
+
+// For a device without an identifier.
+bool BackupMaker::isOfDevice(const Backup& backup) const
+{
+    Manifest manifest;
+    return !readManifest(backup.path, manifest, files_) && haveCommonFile(manifest, manifest_);
 }
 
 std::optional<gps::Error> BackupMaker::fill(const DataFolders& source)
@@ -224,6 +291,10 @@ std::optional<gps::Error> BackupMaker::fill(const DataFolders& source)
         return failure;
     const auto newest = backups_.empty() ? 0 : backups_.front().sequence;
     manifest_.sequence = std::min(newest + 1, kLargestSequence);
+    manifest_.firstSequence = manifest_.sequence;
+    manifest_.day = today();
+    if (!source.identifier.empty())
+        manifest_.identifier = source.identifier;
     return writeManifest(unfinished_, manifest_, files_);
 }
 
@@ -231,6 +302,8 @@ std::optional<gps::Error> BackupMaker::finish(const std::string& name)
 {
     const auto* const equal = findEqual(backups_, unfinished_, manifest_, files_);
     made_.isNew = equal == nullptr;
+    if (equal != nullptr)
+        manifest_.firstSequence = equal->firstSequence;
     const auto finalName = equal != nullptr ? equal->name : name;
     const auto path = gps::joinPath(folder_, finalName);
     // The manifest of an equal backup is replaced by one with the new sequence.

@@ -20,12 +20,13 @@
 
 namespace host {
 
-/// Where backups are kept, and how many. Older ones than the newest `count` are deleted.
+/// Where backups are kept, and how many. The oldest beyond `count` are deleted, but never the first
+/// of the device, the first of the present day, or the one just made.
 struct BackupPolicy {
     static constexpr std::size_t kDefaultCount = 10;
 
     std::string folder;                ///< of the backups of all devices; created if missing
-    std::size_t count = kDefaultCount; ///< of each device; the one just made is always kept
+    std::size_t count = kDefaultCount; ///< of each device
     std::string protectedPath{};       ///< a backup that is never deleted; may be empty
 };
 
@@ -47,7 +48,9 @@ struct Backup {
     std::string name; ///< of its folder, which is its time
     std::size_t files = 0;
     std::uint64_t bytes = 0;
-    std::uint64_t sequence = 0; ///< the manifest's
+    std::uint64_t sequence = 0;      ///< the manifest's
+    std::uint64_t firstSequence = 0; ///< the manifest's, or else `sequence`
+    std::string day{};               ///< the manifest's, or else that of the name
 };
 
 /// What makeBackup() did.
@@ -68,6 +71,8 @@ struct MadeBackup {
 /// interrupted write left behind are not copied. The backup gets its name after everything is on
 /// the medium. If an older backup holds the same, that one is kept instead. Then the oldest backups
 /// beyond the policy's count are deleted. Which are the oldest does not depend on the clock.
+/// Of a device without an identifier, only backups that have a file in common with the new one are
+/// deleted: others may be those of another device.
 /// @param made     out: the backup; unspecified after a failure
 /// @return         why there is no new backup, or why it may not survive a power cut. Older backups
 ///                 are untouched then

@@ -108,15 +108,28 @@ std::optional<BackedUpFile> fileOf(const SortedJson& json)
     return BackedUpFile{std::move(*path), bytes, *hash};
 }
 
-bool readDevice(const SortedJson& json, Manifest& manifest)
+// @param text  out: unchanged if the member is missing
+// @return      whether it is missing, or a text of an acceptable length without a NUL byte
+bool readText(const SortedJson& json, const char* key, std::string& text)
 {
-    const auto* const device = memberOf(json, "device");
-    if (device == nullptr)
+    const auto* const member = memberOf(json, key);
+    if (member == nullptr)
         return true;
-    const auto* const text = stringOf(device);
-    if (text == nullptr || text->size() > kLongestPath || text->find('\0') != std::string::npos)
+    const auto* const value = stringOf(member);
+    if (value == nullptr || value->size() > kLongestPath || value->find('\0') != std::string::npos)
         return false;
-    manifest.device = *text;
+    text = *value;
+    return true;
+}
+
+bool readNotes(const SortedJson& json, Manifest& manifest)
+{
+    std::string identifier;
+    if (!readText(json, "device", manifest.device) || !readText(json, "day", manifest.day) ||
+        !readText(json, "identifier", identifier))
+        return false;
+    if (memberOf(json, "identifier") != nullptr)
+        manifest.identifier = decoded(identifier);
     return true;
 }
 
@@ -149,15 +162,15 @@ bool readFiles(const SortedJson& json, Manifest& manifest)
     return true;
 }
 
-bool readSequence(const SortedJson& json, Manifest& manifest)
+bool readSequence(const SortedJson& json, const char* key, std::uint64_t& sequence)
 {
-    const auto* const sequence = memberOf(json, "sequence");
-    if (sequence == nullptr)
+    const auto* const member = memberOf(json, key);
+    if (member == nullptr)
         return true;
-    if (!sequence->is_number_unsigned())
+    if (!member->is_number_unsigned())
         return false;
-    manifest.sequence = sequence->get<std::uint64_t>();
-    return manifest.sequence <= kLargestSequence;
+    sequence = member->get<std::uint64_t>();
+    return sequence <= kLargestSequence;
 }
 
 SortedJson parseManifest(const std::string& text)
@@ -180,11 +193,18 @@ std::string manifestText(const Manifest& manifest)
         files.emplace_back(gps::Dictionary{{"path", encoded(file.path)},
                                            {"size", static_cast<std::int64_t>(file.size)},
                                            {"hash", file.hash}});
+    gps::Dictionary members{{"device", manifest.device},
+                            {"folders", std::move(folders)},
+                            {"files", std::move(files)},
+                            {"sequence", static_cast<std::int64_t>(manifest.sequence)}};
+    if (manifest.firstSequence != 0)
+        members.set("firstSequence", static_cast<std::int64_t>(manifest.firstSequence));
+    if (!manifest.day.empty())
+        members.set("day", manifest.day);
+    if (manifest.identifier)
+        members.set("identifier", encoded(*manifest.identifier));
     std::string text;
-    appendJson(text, gps::Dictionary{{"device", manifest.device},
-                                     {"folders", std::move(folders)},
-                                     {"files", std::move(files)},
-                                     {"sequence", static_cast<std::int64_t>(manifest.sequence)}});
+    appendJson(text, members);
     return text + '\n';
 }
 
@@ -207,8 +227,9 @@ std::optional<gps::Error> readManifest(const std::string& folder, Manifest& mani
         return notABackup(folder);
     const auto json = parseManifest(text);
     Manifest read;
-    if (!readDevice(json, read) || !readFolders(json, read) || !readFiles(json, read) ||
-        !readSequence(json, read))
+    if (!readNotes(json, read) || !readFolders(json, read) || !readFiles(json, read) ||
+        !readSequence(json, "sequence", read.sequence) ||
+        !readSequence(json, "firstSequence", read.firstSequence))
         return notABackup(folder);
     manifest = std::move(read);
     return std::nullopt;

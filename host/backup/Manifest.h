@@ -32,6 +32,16 @@ struct Manifest {
     /// Grows with each backup of a device, so that their order does not depend on a clock. 0: made
     /// by a version that did not count them.
     std::uint64_t sequence = 0;
+
+    /// The sequence with which the backup was first made: an equal state later gives it a new one.
+    /// 0: the same as `sequence`.
+    std::uint64_t firstSequence = 0;
+
+    /// The day on which the device last had this state, as YYYYMMDD in UTC; empty if not known.
+    std::string day{};
+
+    /// The device's own identifier; nullopt if it has none, or in older versions.
+    std::optional<std::string> identifier{};
 };
 
 inline constexpr std::uint64_t kLargestSequence = std::uint64_t{1} << 53;

@@ -6,11 +6,13 @@
 #include "host/base/HostError.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
+#include "host/files/StateFolder.h"
 #include "host/files/TemporaryName.h"
 
 #include <platform/System/FileManager.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
 #include <utility>
 
@@ -32,6 +34,19 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
                              pathOf(file));
     }
     return std::nullopt;
+}
+
+bool Restore::isOf(const std::string& identifier, const std::string& device) const
+{
+    if (!identifier.empty() || manifest_.identifier) {
+        const auto folder = std::filesystem::path{backup_}.parent_path().filename().string();
+        return manifest_.identifier ? *manifest_.identifier == identifier
+                                    : folder == nameOfDevice(identifier); // of an older version
+    }
+    const auto& files = manifest_.files;
+    return files.empty() || std::any_of(files.begin(), files.end(), [&](const BackedUpFile& file) {
+               return matches(device, file);
+           });
 }
 
 std::optional<gps::Error> Restore::checkFolders(const std::string& device) const

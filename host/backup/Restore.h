@@ -20,6 +20,11 @@ public:
     /// @return  why it cannot be restored, with the path of the damaged file
     [[nodiscard]] std::optional<gps::Error> open(const std::string& backup);
 
+    /// Whether the backup is of a device with this identifier. Devices without one are told apart
+    /// by their files: one file that both have is enough.
+    /// @param device  the folder where the device is mounted
+    [[nodiscard]] bool isOf(const std::string& identifier, const std::string& device) const;
+
     /// Whether the device holds every file of the backup, unchanged.
     [[nodiscard]] bool matches(const std::string& device) const;
 

@@ -266,6 +266,7 @@ void CommandTable::addRestore()
                    "  magellangps restore 20260830T101500Z\n");
     addDiskDeviceOptions(command, options.driver, options.device);
     addBackupOptions(command, options.backupFolder, options.mostBackups);
+    command.add_flag("--force", options.force, "Restore a backup although it is of another device");
     command
         .add_option("backup", options.backup,
                     "The backup to restore: its name in the list, or its folder")

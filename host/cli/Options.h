@@ -81,6 +81,7 @@ struct RestoreOptions : GlobalOptions {
     std::optional<std::string> backupFolder; ///< by default in the user's state folder
     std::uint32_t mostBackups = BackupPolicy::kDefaultCount; ///< kept per device, at least one
     std::optional<std::string> backup; ///< a listed name or a path; nullopt lists the backups
+    bool force = false;
 };
 
 /// `watch`

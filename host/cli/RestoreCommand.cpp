@@ -96,7 +96,8 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
         return print(listOf(backups), console);
     return restore(options, *device,
                    {.backup = pathOf(*options.backup, backups),
-                    .policy = {.folder = *folder, .count = options.mostBackups}},
+                    .policy = {.folder = *folder, .count = options.mostBackups},
+                    .isForced = options.force},
                    console);
 }
 

@@ -4,6 +4,7 @@
 #include "host/transfer/DeviceRestore.h"
 
 #include "host/backup/Restore.h"
+#include "host/base/HostError.h"
 #include "host/files/FolderLock.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/ProgressTracker.h"
@@ -39,6 +40,10 @@ RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
     }
     Restore restore;
     report.error = device.failure ? device.failure : restore.open(request.backup);
+    if (!report.error && !request.isForced && !restore.isOf(device.identifier, device.device))
+        report.error =
+            hostError("This backup seems to be of another device",
+                      "Choose another backup, or restore it with --force", request.backup);
     if (!report.error)
         report.error = restore.checkFolders(device.device);
     if (report.error)

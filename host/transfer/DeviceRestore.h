@@ -15,8 +15,9 @@ namespace host {
 
 /// What to put back.
 struct RestoreRequest {
-    std::string backup;  ///< the path of the backup's folder
-    BackupPolicy policy; ///< for the backup of the present files
+    std::string backup;    ///< the path of the backup's folder
+    BackupPolicy policy;   ///< for the backup of the present files
+    bool isForced = false; ///< whether to restore the backup of another device
     ProgressCallback progress{};
 };
 

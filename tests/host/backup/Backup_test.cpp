@@ -100,7 +100,7 @@ std::vector<std::string> namesOf(const std::vector<host::Backup>& backups)
     return names;
 }
 
-TEST_F(Backup, TheNewestTenAreKept)
+TEST_F(Backup, TheFirstAndTheNewestNineAreKept)
 {
     std::vector<std::string> names;
     for (int i = 0; i < 10; ++i) {
@@ -113,9 +113,9 @@ TEST_F(Backup, TheNewestTenAreKept)
     for (int i = 0; i < 2; ++i) {
         change();
         ASSERT_FALSE(make());
-        EXPECT_THAT(deleted_, ElementsAre(names.back()));
+        EXPECT_THAT(deleted_, ElementsAre(names[8])) << "the first is kept";
         names.insert(names.begin(), made_.name);
-        names.pop_back();
+        names.erase(names.begin() + 9);
     }
     EXPECT_EQ(namesOf(list()), names);
 }
@@ -123,28 +123,97 @@ TEST_F(Backup, TheNewestTenAreKept)
 TEST_F(Backup, ProtectedOneIsKeptInAdditionToTheTen)
 {
     ASSERT_FALSE(make());
-    const auto first = made_.path;
+    change();
+    ASSERT_FALSE(make());
+    const auto second = made_.path;
     for (int i = 0; i < 11; ++i) {
         auto policy = this->policy();
-        policy.protectedPath = first;
+        policy.protectedPath = second;
         change();
         ASSERT_FALSE(make(policy));
     }
-    EXPECT_TRUE(fs::exists(first));
+    EXPECT_TRUE(fs::exists(second));
     EXPECT_EQ(list().size(), 11U);
 }
 
-TEST_F(Backup, TheOneJustMadeIsKeptWhateverTheLimit)
+TEST_F(Backup, TheOneJustMadeAndTheFirstAreKeptWhateverTheLimit)
 {
-    for (const std::size_t count : {1U, 0U}) {
+    ASSERT_FALSE(make());
+    const auto first = made_.name;
+    for (const std::size_t count : {2U, 1U, 0U}) {
         count_ = count;
         change();
         ASSERT_FALSE(make());
-        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name)) << count;
+        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, first)) << count;
         ASSERT_FALSE(make());
         EXPECT_FALSE(isNew_);
-        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name)) << count;
+        EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, first)) << count;
     }
+}
+
+// Moves a backup to another day.
+void setDay(const host::Backup& backup, const std::string& day)
+{
+    host::Manifest manifest;
+    EXPECT_FALSE(host::readManifest(backup.path, manifest));
+    manifest.day = day;
+    EXPECT_FALSE(host::writeManifest(backup.path, manifest));
+}
+
+TEST_F(Backup, TheFirstOfTheDayIsKeptAsWell)
+{
+    count_ = 3;
+    std::vector<std::string> names;
+    for (int i = 0; i < 6; ++i) {
+        change();
+        ASSERT_FALSE(make());
+        names.push_back(made_.name);
+        if (i < 2)
+            setDay(made_, "20200101");
+    }
+    EXPECT_THAT(namesOf(list()), ElementsAre(names[5], names[2], names[0]));
+}
+
+TEST_F(Backup, FirstOneStaysTheFirstIfTheDeviceIsInItsStateOnceMore)
+{
+    ASSERT_FALSE(make());
+    const auto first = made_.name;
+    setDay(made_, "20200101");
+    change();
+    ASSERT_FALSE(make());
+    device_.put("Points/a.upt", "one\r\n");
+    ASSERT_FALSE(make());
+    EXPECT_EQ(made_.name, first);
+    count_ = 1;
+    for (int i = 0; i < 3; ++i) {
+        change();
+        ASSERT_FALSE(make());
+    }
+    EXPECT_THAT(namesOf(list()), testing::Contains(first));
+}
+
+TEST_F(Backup, ThoseOfAnotherDeviceWithoutAnIdentifierAreNotDeleted)
+{
+    count_ = 1;
+    auto anonymous = source();
+    anonymous.identifier.clear();
+    const auto backUp = [&] {
+        host::MadeBackup made;
+        EXPECT_FALSE(host::makeBackup(policy(), anonymous, made));
+        return made;
+    };
+    const auto other = backUp();
+    device_.put("Points/a.upt", "two");
+    device_.put("Points/deep/b.bin", "another device");
+    const auto first = backUp();
+    EXPECT_THAT(first.deleted, IsEmpty());
+    for (int i = 0; i < 3; ++i) {
+        change();
+        (void)backUp();
+    }
+    EXPECT_TRUE(fs::exists(other.backup.path));
+    EXPECT_TRUE(fs::exists(first.backup.path));
+    EXPECT_EQ(host::listBackups(kept_.path("kept"), "").size(), 3U);
 }
 
 // Renames a backup as if it had been made at another time.
@@ -173,8 +242,8 @@ TEST_F(Backup, ClockThatRunsBackwardsChangesNothingAboutWhichAreKept)
     const auto third = made_;
     change();
     ASSERT_FALSE(make());
-    EXPECT_THAT(deleted_, ElementsAre(first.name));
-    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, third.name, second.name));
+    EXPECT_THAT(deleted_, ElementsAre(second.name));
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, third.name, first.name));
 }
 
 TEST_F(Backup, OnesOfOlderVersionsAreOlderAndSortedByName)
@@ -195,7 +264,7 @@ TEST_F(Backup, LargestSequenceIsNotExceeded)
     count_ = 1;
     ASSERT_FALSE(make());
     EXPECT_EQ(made_.sequence, host::kLargestSequence);
-    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name));
+    EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, "20200101T000000Z"));
 }
 
 TEST_F(Backup, EqualStateMakesNoSecondBackup)
@@ -289,11 +358,6 @@ TEST_F(Backup, AsManyAreKeptAsThePolicySays)
     ASSERT_FALSE(make());
     EXPECT_EQ(deleted_.size(), 3U);
     EXPECT_EQ(list().size(), 2U);
-    EXPECT_EQ(list().front().name, made_.name);
-    count_ = 1;
-    change();
-    ASSERT_FALSE(make());
-    ASSERT_EQ(list().size(), 1U);
     EXPECT_EQ(list().front().name, made_.name);
 }
 

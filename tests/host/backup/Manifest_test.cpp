@@ -161,6 +161,31 @@ TEST(Manifest, SequenceIsReadAndMayBeMissing)
             << sequence;
 }
 
+TEST(Manifest, NotesAreReadAndMayBeMissing)
+{
+    const support::TemporaryFolder folder;
+    host::Manifest manifest;
+    ASSERT_FALSE(host::writeManifest(folder.path(), {.device = "/d",
+                                                     .folders = {},
+                                                     .sequence = 3,
+                                                     .firstSequence = 2,
+                                                     .day = "20260101",
+                                                     .identifier = "a%\xFF"}));
+    ASSERT_FALSE(host::readManifest(folder.path(), manifest));
+    EXPECT_EQ(manifest.firstSequence, 2U);
+    EXPECT_EQ(manifest.day, "20260101");
+    EXPECT_EQ(manifest.identifier, "a%\xFF");
+    folder.put(host::kManifestName, withFolder("Points"));
+    ASSERT_FALSE(host::readManifest(folder.path(), manifest));
+    EXPECT_EQ(manifest.firstSequence, 0U);
+    EXPECT_EQ(manifest.day, "");
+    EXPECT_EQ(manifest.identifier, std::nullopt);
+    for (const char* member :
+         {R"("day":1)", R"("identifier":null)", R"("firstSequence":-1)", R"("day":"a\u0000")"})
+        EXPECT_FALSE(isAccepted(R"({"folders":[],"files":[],)" + std::string{member} + '}'))
+            << member;
+}
+
 TEST(Manifest, PathsAreAtMostAsLongAsTheSystemAllows)
 {
     std::string path = "a";

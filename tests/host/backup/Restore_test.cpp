@@ -87,6 +87,42 @@ TEST_F(Restore, MatchesADeviceThatHoldsEachFileUnchanged)
     EXPECT_FALSE(isOnDevice());
 }
 
+TEST_F(Restore, KnowsItsDeviceByTheIdentifier)
+{
+    host::Restore restore;
+    ASSERT_FALSE(restore.open(made_.path));
+    EXPECT_TRUE(restore.isOf("42", device_.path()));
+    EXPECT_FALSE(restore.isOf("43", device_.path()));
+    EXPECT_FALSE(restore.isOf("", device_.path()));
+}
+
+TEST_F(Restore, BackupOfAnOlderVersionIsKnownByItsFolder)
+{
+    host::Manifest manifest;
+    ASSERT_FALSE(host::readManifest(made_.path, manifest));
+    manifest.identifier.reset();
+    ASSERT_FALSE(host::writeManifest(made_.path, manifest));
+    host::Restore restore;
+    ASSERT_FALSE(restore.open(made_.path));
+    EXPECT_TRUE(restore.isOf("42", device_.path()));
+    EXPECT_FALSE(restore.isOf("43", device_.path()));
+}
+
+TEST_F(Restore, DeviceWithoutAnIdentifierIsKnownByAFile)
+{
+    auto anonymous = source();
+    anonymous.identifier.clear();
+    host::MadeBackup made;
+    ASSERT_FALSE(host::makeBackup(policy(), anonymous, made));
+    host::Restore restore;
+    ASSERT_FALSE(restore.open(made.backup.path));
+    device_.put("Points/a.upt", "changed");
+    EXPECT_TRUE(restore.isOf("", device_.path()));
+    device_.put("Points/deep/b.bin", "changed");
+    EXPECT_FALSE(restore.isOf("", device_.path()));
+    EXPECT_FALSE(restore.isOf("42", device_.path()));
+}
+
 TEST_F(Restore, WritesNothingIfNothingChanged)
 {
     EXPECT_FALSE(restore());

@@ -79,14 +79,16 @@ TEST_F(RestoreCommand, BackupIsNamedByItsNameOrItsPath)
 TEST_F(RestoreCommand, DeletedBackupsAreListed)
 {
     backUp();
-    const auto first = backup_;
     folder_.put("device/Points/a", "second");
     backUp();
+    const auto second = backup_;
     folder_.put("device/Points/a", "third");
+    backUp();
+    folder_.put("device/Points/a", "fourth");
     options_.backup = backup_.name;
     options_.mostBackups = 2;
     EXPECT_EQ(run(), ExitStatus::kSuccess);
-    EXPECT_THAT(out_, HasSubstr("\ndeleted, because enough newer backups are kept: " + first.name +
+    EXPECT_THAT(out_, HasSubstr("\ndeleted, because enough newer backups are kept: " + second.name +
                                 "\nrestored: Points/a\n"));
 }
 
@@ -98,6 +100,20 @@ TEST_F(RestoreCommand, FilesOutsideTheBackupAreListed)
     EXPECT_EQ(run(), ExitStatus::kSuccess);
     EXPECT_EQ(out_, "The device already holds what the backup holds.\n"
                     "not in the backup, left as it is: Points/b\uFFFD\n");
+}
+
+TEST_F(RestoreCommand, BackupOfAnotherDeviceNeedsForce)
+{
+    backUp();
+    folder_.put("device/Points/a", "new");
+    driver_->identifier = "43";
+    options_.backup = backup_.path;
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("This backup seems to be of another device. Choose another backup, "
+                                "or restore it with --force."));
+    options_.force = true;
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(folder_.read("device/Points/a"), "old");
 }
 
 TEST_F(RestoreCommand, UnknownBackupIsAFailure)

@@ -87,10 +87,25 @@ TEST_F(DeviceRestore, BackupsThatWereDeletedAreReported)
     host::MadeBackup second;
     ASSERT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, second));
     folder_.put("device/Points/a", "third");
-    EXPECT_THAT(restore(2).deletedBackups, IsEmpty());
+    EXPECT_THAT(restore(3).deletedBackups, IsEmpty());
     folder_.put("device/Points/a", "fourth");
     EXPECT_THAT(restore(1).deletedBackups, testing::Contains(second.backup.name));
     EXPECT_TRUE(std::filesystem::exists(backup_.path));
+}
+
+TEST_F(DeviceRestore, BackupOfAnotherDeviceIsRestoredOnlyIfForced)
+{
+    folder_.put("device/Points/a", "changed");
+    device_.identifier = "43";
+    host::RestoreRequest request{.backup = backup_.path,
+                                 .policy = {.folder = folder_.path("kept")}};
+    const auto report = host::restoreBackup(device_, request);
+    ASSERT_TRUE(report.error);
+    EXPECT_EQ(report.error->path(), backup_.path);
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+    request.isForced = true;
+    EXPECT_FALSE(host::restoreBackup(device_, request).error);
+    EXPECT_EQ(folder_.read("device/Points/a"), "1");
 }
 
 TEST_F(DeviceRestore, DamagedBackupChangesNothing)
