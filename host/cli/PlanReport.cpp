@@ -138,6 +138,21 @@ void addLosses(const SendReport& report, std::vector<std::string>& sentences)
     }
 }
 
+void addStop(const SendReport& report, std::vector<std::string>& sentences)
+{
+    const auto isWritten = [](const SentFile& file) {
+        return file.result == SentFile::Result::kWritten;
+    };
+    const bool isAnyWritten = std::any_of(report.files.begin(), report.files.end(), isWritten);
+    sentences.emplace_back(isAnyWritten ? "The send was stopped. Send again to write the rest."
+                                        : "The send was stopped before anything was written.");
+    if (!isAnyWritten)
+        return;
+    for (const auto& file : report.files)
+        sentences.push_back(
+            fmt::format("{}: {}", isWritten(file) ? "Written" : "Not written", file.path));
+}
+
 void addMissingKinds(const SendReport& report, const PreparedSend& send,
                      std::vector<std::string>& sentences)
 {
@@ -219,8 +234,12 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
         sentences.push_back(
             fmt::format("The plug-in met {} more errors. Run the command with -v to see them.",
                         report.moreErrors));
-    addMissingKinds(report, send, sentences);
     addLosses(report, sentences);
+    if (report.wasStopped) {
+        addStop(report, sentences);
+        return sentences;
+    }
+    addMissingKinds(report, send, sentences);
     addFiles(report, sentences);
     addMissingRecords(report, sentences);
     return sentences;

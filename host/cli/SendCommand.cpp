@@ -11,6 +11,7 @@
 #include "host/formats/DataFile.h"
 #include "host/formats/EventLines.h"
 #include "host/formats/GpxReader.h"
+#include "host/operations/StopSignals.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -69,7 +70,7 @@ public:
 
 private:
     void showPlan(const PreparedSend& send);
-    void perform(const PreparedSend& send);
+    void perform(PreparedSend& send);
     void showReport(const PreparedSend& send, const SendReport& report);
     void showErrors(const std::vector<std::string>& sentences);
     void print(const std::string& text);
@@ -81,6 +82,7 @@ private:
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
     bool hasFailed_ = false;
+    int signal_ = 0; // that stopped the send
 };
 
 ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
@@ -92,7 +94,7 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
                 eventLines_.event(event);
             standardOutput_.flush(); // a reader sees each line when it happens
         };
-    const auto send = prepareSend(std::move(device), std::move(request));
+    auto send = prepareSend(std::move(device), std::move(request));
     if (send.request.data)
         showPlan(send);
     if (options_.dryRun)
@@ -101,6 +103,8 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
         perform(send);
     if (const auto failure = standardOutput_.flush())
         fail(*failure);
+    if (signal_ != 0)
+        return statusAfterSignal(signal_);
     return hasFailed_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
 }
 
@@ -119,9 +123,13 @@ void SendCommand::showPlan(const PreparedSend& send)
     showErrors(planErrors(send));
 }
 
-void SendCommand::perform(const PreparedSend& send)
+void SendCommand::perform(PreparedSend& send)
 {
+    const StopSignals stop; // until the files are as they will stay
+    send.request.stopRequested = [&stop] { return stop.stopRequested(); };
     const auto report = performSend(send);
+    if (report.wasStopped)
+        signal_ = stop.signal();
     if (options_.events && report.wasRun())
         eventLines_.result(report.answer);
     showReport(send, report);

@@ -7,6 +7,8 @@
 #include "host/base/HostError.h"
 #include "host/transfer/ProgressTracker.h"
 
+#include <gps/GPSSessionControl.h>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -27,6 +29,11 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
     report.notBackedUp = std::move(made.skipped);
     report.deletedBackups = std::move(made.deleted);
     return std::nullopt;
+}
+
+bool isStopRequested(const PreparedSend& send)
+{
+    return send.request.stopRequested && send.request.stopRequested();
 }
 
 // What the driver gets.
@@ -51,12 +58,15 @@ private:
 
 Outcome run(const PreparedSend& send, const gps::Dictionary* data, ProgressTracker& progress)
 {
+    auto* const control = dynamic_cast<gps::GPSSessionControl*>(send.device.driver.get());
     return runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
             return send.device.driver->gpsRunSend(data, status, send.request.driverOptions);
         },
         [&](const EventBatch& batch) {
             progress.consume(batch);
+            if (control != nullptr && isStopRequested(send))
+                control->requestStop(); // again and again: it has no effect before the worker runs
             if (send.request.onEvents)
                 send.request.onEvents(batch);
         });
@@ -113,6 +123,19 @@ void check(const PreparedSend& send, ProgressTracker& progress, SendReport& repo
         report.missingRecords = missingRecords(*send.request.data, send.plan, *send.files);
 }
 
+void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
+{
+    progress.begin(TransferPhase::kSending);
+    const DataToSend data{send};
+    auto outcome = run(send, data.get(), progress);
+    report.logLines = std::move(outcome.logLines);
+    report.moreLogLines = outcome.moreLines;
+    addErrors(send, data.get(), outcome, report);
+    if (send.isPlanned() && !report.answer)
+        check(send, progress, report);
+    report.wasStopped = isStopRequested(send) && !report.isComplete();
+}
+
 } // namespace
 
 bool SendReport::isComplete() const noexcept
@@ -121,7 +144,7 @@ bool SendReport::isComplete() const noexcept
         return file.result == SentFile::Result::kWritten ||
                file.result == SentFile::Result::kNothingToWrite;
     };
-    return wasRun() && errors.empty() && moreErrors == 0 && missingKinds.empty() &&
+    return wasRun() && !wasStopped && errors.empty() && moreErrors == 0 && missingKinds.empty() &&
            std::all_of(files.begin(), files.end(), isGood) && missingRecords.empty();
 }
 
@@ -130,24 +153,13 @@ SendReport performSend(const PreparedSend& send)
     SendReport report;
     ProgressTracker progress{send.request.progress};
     report.obstacle = send.obstacle;
-    if (report.obstacle) {
-        progress.finish();
-        return report;
-    }
-    if (send.request.backup && plannedWrites(send.plan) > 0) {
+    if (!report.obstacle && send.request.backup && plannedWrites(send.plan) > 0) {
         progress.begin(TransferPhase::kBackingUp);
         report.backupError = backUp(send, report);
     }
-    if (!report.backupError) {
-        progress.begin(TransferPhase::kSending);
-        const DataToSend data{send};
-        auto outcome = run(send, data.get(), progress);
-        report.logLines = std::move(outcome.logLines);
-        report.moreLogLines = outcome.moreLines;
-        addErrors(send, data.get(), outcome, report);
-        if (send.isPlanned() && !report.answer)
-            check(send, progress, report);
-    }
+    report.wasStopped = report.wasRun() && isStopRequested(send);
+    if (report.wasRun() && !report.wasStopped)
+        runAndCheck(send, progress, report);
     progress.finish();
     return report;
 }

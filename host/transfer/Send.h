@@ -22,6 +22,10 @@ struct SendReport {
 
     /// Why no backup could be made. Nothing was sent then, and the rest is empty.
     std::optional<gps::Error> backupError{};
+    /// Whether the user stopped the send. Each planned file was written, or is as it was before;
+    /// `files` is empty if the driver's operation was never run.
+    bool wasStopped = false;
+
     std::optional<Backup> backup{};            ///< holds the device's files before the send
     std::vector<std::string> notBackedUp{};    ///< paths of what is neither a file nor a folder
     std::vector<std::string> deletedBackups{}; ///< names of older ones beyond the number to keep

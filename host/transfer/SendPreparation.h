@@ -15,6 +15,7 @@
 #include <gps/GPSFileDevice.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,6 +42,10 @@ struct SendRequest {
     /// Where the backup goes; nullopt: none is made. With an empty folder a send that needs a
     /// backup fails.
     std::optional<BackupPolicy> backup{};
+
+    /// Whether the user wants the send to stop: asked now and then, on the host thread and on the
+    /// one of the driver's calls. May be empty.
+    std::function<bool()> stopRequested{};
 
     ProgressCallback progress{}; ///< may be empty
     BatchConsumer onEvents{};    ///< gets the driver's calls, on another thread; may be empty

@@ -122,6 +122,18 @@ TEST(PlanReport, FileWhoseErrorWasLoggedIsNamedOnce)
                 ElementsAre("No space. Path: /dev/a", HasSubstr("does not hold what was sent")));
 }
 
+TEST(PlanReport, StoppedSendNamesTheFilesThatAreNew)
+{
+    host::SendReport report;
+    report.wasStopped = true;
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("The send was stopped before anything was written."));
+    report.files = {{"/dev/a", Result::kWritten}, {"/dev/b", Result::kMissing}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("The send was stopped. Send again to write the rest.",
+                            "Written: /dev/a", "Not written: /dev/b"));
+}
+
 TEST(PlanReport, FilesThatAreAsPlannedAreNotErrors)
 {
     host::SendReport report;

@@ -123,8 +123,10 @@ TEST_F(Send, BackupsThatWereDeletedAreReported)
     const auto first = perform([this] { write(); });
     ASSERT_TRUE(first.backup);
     EXPECT_THAT(first.deletedBackups, IsEmpty());
-    const auto second = perform([this] { write(); });
-    EXPECT_THAT(second.deletedBackups, ElementsAre(first.backup->name));
+    const auto second = perform([this] { folder_.put("device/Points/p", "other"); });
+    ASSERT_TRUE(second.backup);
+    EXPECT_THAT(second.deletedBackups, IsEmpty());
+    EXPECT_THAT(perform([this] { write(); }).deletedBackups, ElementsAre(second.backup->name));
 }
 
 TEST_F(Send, NothingIsSentIfTheBackupFails)
@@ -179,6 +181,33 @@ TEST_F(Send, FileThatLostRecordsIsPutBack)
     EXPECT_FALSE(report.isComplete());
     EXPECT_EQ(report.files[0].result, Result::kPutBack);
     EXPECT_EQ(folder_.read("device/Points/p"), "old");
+}
+
+TEST_F(Send, StopBeforeTheOperationSendsNothing)
+{
+    request_.stopRequested = [] { return true; };
+    const auto report = perform([] {});
+    EXPECT_TRUE(report.wasStopped);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_THAT(report.files, IsEmpty());
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, StopDuringTheOperationTellsWhatWasWritten)
+{
+    request_.stopRequested = [this] { return sends_ > 0; };
+    const auto report = perform([] {});
+    EXPECT_TRUE(report.wasStopped);
+    ASSERT_THAT(report.files, SizeIs(1));
+    EXPECT_EQ(report.files[0].result, Result::kMissing);
+}
+
+TEST_F(Send, StopThatCameTooLateChangesNothing)
+{
+    request_.stopRequested = [this] { return sends_ > 0; };
+    const auto report = perform([this] { write(); });
+    EXPECT_FALSE(report.wasStopped);
+    EXPECT_TRUE(report.isComplete());
 }
 
 TEST_F(Send, SendThatWritesNothingNeedsNoBackup)

@@ -70,6 +70,31 @@ TEST_F(SendDriver, WithoutADeviceTheNoSelectionErrorIsReturnedAfterTheEnd)
     EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 0"));
 }
 
+// Asks the driver to stop as soon as the first kind is sent.
+struct StoppingReceiver final : support::RecordingReceiver {
+    void startSending(std::string_view label, gps::TransferKind kind) override
+    {
+        RecordingReceiver::startSending(label, kind);
+        driver.lock()->requestStop();
+    }
+    std::weak_ptr<magellan::MagellanGPSPlugin> driver;
+};
+
+TEST_F(SendDriver, NothingIsWrittenAfterARequestToStop)
+{
+    const support::TestFolders folders{{receiver.path()}};
+    const auto driver = magellan::MagellanGPSPlugin::getPluginForClass("GPSPlugIn");
+    const auto stopping = std::make_shared<StoppingReceiver>();
+    stopping->driver = driver;
+    const gps::Dictionary data{{"waypoint", gps::Array{waypoint("A")}}, {"route", gps::Array{}}};
+    EXPECT_FALSE(driver->gpsRunSend(&data, stopping, {}));
+    EXPECT_TRUE(stopping->waitUntilIdle());
+    EXPECT_THAT(stopping->calls(),
+                ElementsAre("startSending Waypoints 3", "endSending 3", "gpsStateChange 0"));
+    EXPECT_FALSE(exists("My POIs/Default POI File.upt"));
+    EXPECT_FALSE(exists("Routes/Default Route File.rte"));
+}
+
 TEST_F(SendDriver, WithoutDataNoDeviceIsNeeded)
 {
     const support::TestFolders none{{}};
