@@ -22,22 +22,10 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-namespace gps {
-
-void PrintTo(PhaseEnd end, std::ostream* out)
-{
-    constexpr const char* kNames[] = {"not reached", "END",     "silence",
-                                      "damage",      "stopped", "failed"};
-    *out << kNames[static_cast<std::size_t>(end)];
-}
-
-} // namespace gps
 
 namespace magellan {
 namespace {
@@ -56,13 +44,20 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
+const char* nameOf(PhaseEnd end)
+{
+    constexpr const char* kNames[] = {"not reached", "END",     "silence",
+                                      "damage",      "stopped", "failed"};
+    return kNames[static_cast<std::size_t>(end)];
+}
+
 /// "waypoints: END 3/3" and so on: how a phase ended, accepted and seen sentences, what is wrong.
 std::string textOf(const gps::PhaseAccount& phase)
 {
     constexpr const char* kReasons[gps::kSkipReasonCount] = {
         "not a sentence", "checksum", "other kind",    "too few fields", "no name",
         "replaced",       "repeated", "unknown point", "incomplete"};
-    std::string text = phase.kind + ": " + testing::PrintToString(phase.end) + " " +
+    std::string text = phase.kind + ": " + nameOf(phase.end) + " " +
                        std::to_string(phase.lines.accepted) + "/" +
                        std::to_string(phase.lines.seen);
     for (const auto& [number, reason] : phase.lines.details)
