@@ -3,10 +3,12 @@
 
 #include "GPSStorageAuthorization.h"
 
+#include <atomic>
+
 namespace gps {
 namespace {
 
-std::size_t openAccesses = 0;
+constinit std::atomic<std::size_t> openAccesses{0};
 
 } // namespace
 

@@ -31,11 +31,11 @@ public:
     [[nodiscard]] static std::optional<SecurityScopedURL>
     authorizedBookmarkURLForPath(const std::string& path);
 
-    /// How many brackets are open: for tests of their balance. [host thread]
+    /// How many brackets are open: for tests of their balance. [any]
     [[nodiscard]] static std::size_t openAccessCount() noexcept;
 };
 
-/// Accesses a path during its lifetime, if the user has authorized that. [host thread]
+/// Accesses a path during its lifetime, if the user has authorized that. [any]
 class AuthorizedPath {
 public:
     explicit AuthorizedPath(const std::string& path)

@@ -23,7 +23,6 @@ namespace {
 /// How one kind of data is downloaded.
 struct Kind {
     const char* option; ///< false switches the kind off
-    const char* name;   ///< in the account
     Reader reader;
     RecordKind folder;
     gps::TransferKind kind;
@@ -31,12 +30,10 @@ struct Kind {
 
 /// In download order. Geocaches have no option of their own: to the host they are waypoints.
 constexpr std::array kKinds{
-    Kind{"waypoints", "waypoints", acquireWayPoints, RecordKind::kWaypoints,
-         gps::TransferKind::kWaypoints},
-    Kind{"waypoints", "geocaches", acquireGeoCaches, RecordKind::kGeocaches,
-         gps::TransferKind::kWaypoints},
-    Kind{"routes", "routes", acquireRoutes, RecordKind::kRoutes, gps::TransferKind::kRoutes},
-    Kind{"tracks", "tracks", acquireTracks, RecordKind::kTracks, gps::TransferKind::kTracks},
+    Kind{"waypoints", acquireWayPoints, RecordKind::kWaypoints, gps::TransferKind::kWaypoints},
+    Kind{"waypoints", acquireGeoCaches, RecordKind::kGeocaches, gps::TransferKind::kWaypoints},
+    Kind{"routes", acquireRoutes, RecordKind::kRoutes, gps::TransferKind::kRoutes},
+    Kind{"tracks", acquireTracks, RecordKind::kTracks, gps::TransferKind::kTracks},
 };
 
 bool isSwitchedOff(const Kind& kind, const gps::Dictionary& work)
@@ -75,7 +72,7 @@ bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputRe
     const auto folder = dataFolderPath(*work.findDictionary("folders"), kind.folder,
                                        *work.findString("targetPath"));
     const auto error =
-        folder ? sendSelector(kind.reader, status, *folder, {kind.name, monitor, account})
+        folder ? sendSelector(kind.reader, status, *folder, {nameOf(kind.folder), monitor, account})
                : std::nullopt;
     status.endTransfer(kind.kind);
     return !error;

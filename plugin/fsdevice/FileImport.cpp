@@ -28,16 +28,18 @@ namespace {
 struct ImportKind {
     std::string_view extension; ///< matched exactly, case included
     std::string_view prefix;    ///< of the first line
-    const char* name;           ///< in the account
+    RecordKind record;
     Reader reader;
     gps::TransferKind kind;
 };
 
 constexpr std::array kImportKinds{
-    ImportKind{"log", "$PMGNTRK", "tracks", acquireTracks, gps::TransferKind::kTracks},
-    ImportKind{"upt", "$PMGNWPL", "waypoints", acquireWayPoints, gps::TransferKind::kWaypoints},
-    ImportKind{"rte", "$PMGNRTE", "routes", acquireRoutes, gps::TransferKind::kRoutes},
-    ImportKind{"gs", "$PMGNGEO", "geocaches", acquireGeoCaches, gps::TransferKind::kWaypoints},
+    ImportKind{"log", "$PMGNTRK", RecordKind::kTracks, acquireTracks, gps::TransferKind::kTracks},
+    ImportKind{"upt", "$PMGNWPL", RecordKind::kWaypoints, acquireWayPoints,
+               gps::TransferKind::kWaypoints},
+    ImportKind{"rte", "$PMGNRTE", RecordKind::kRoutes, acquireRoutes, gps::TransferKind::kRoutes},
+    ImportKind{"gs", "$PMGNGEO", RecordKind::kGeocaches, acquireGeoCaches,
+               gps::TransferKind::kWaypoints},
 };
 
 constexpr char kWrongPlugIn[] = "File may be invalid or this may be the wrong plug-in";
@@ -74,7 +76,7 @@ std::optional<gps::Error> readBracketed(const ImportKind& kind, gps::GPSOutputRe
     std::optional<gps::Error> error;
     std::exception_ptr failure;
     status.startTransfer(kind.kind);
-    gps::FileAccount file{.kind = kind.name, .path = path};
+    gps::FileAccount file{.kind = nameOf(kind.record), .path = path};
     try {
         error = kind.reader(status, path, &file);
     } catch (const std::exception& thrown) {

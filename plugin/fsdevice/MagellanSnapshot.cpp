@@ -31,22 +31,6 @@ using Action = gps::PlannedFile::Action;
 constexpr std::array kAllKinds{RecordKind::kWaypoints, RecordKind::kGeocaches, RecordKind::kRoutes,
                                RecordKind::kTracks};
 
-/// A kind as in gps::PlannedFile.
-std::string_view nameOf(RecordKind kind)
-{
-    switch (kind) {
-    case RecordKind::kTracks:
-        return "tracks";
-    case RecordKind::kWaypoints:
-        return "waypoints";
-    case RecordKind::kGeocaches:
-        return "geocaches";
-    case RecordKind::kRoutes:
-        break;
-    }
-    return "routes";
-}
-
 bool isMissing(const gps::DeviceFile& file)
 {
     return file.error && file.error->code() == gps::FileErrorCode::kReadNoSuchFile;

@@ -34,21 +34,6 @@ std::optional<gps::Error> write(const SendJob& job, gps::FileAccount& present)
     return saveRoutes(job.records, *job.folder, false, &present);
 }
 
-const char* nameOf(RecordKind kind)
-{
-    switch (kind) {
-    case RecordKind::kTracks:
-        return "tracks";
-    case RecordKind::kWaypoints:
-        return "waypoints";
-    case RecordKind::kGeocaches:
-        return "geocaches";
-    case RecordKind::kRoutes:
-        break;
-    }
-    return "routes";
-}
-
 /// Whether the host has asked for the end of the send. The account then says so.
 bool isStopped(const OperationMonitor& monitor, OperationAccount& account)
 {
