@@ -105,14 +105,7 @@ TEST_P(SerialFaults, SuccessMeansTheWholeFileAndFailureTheOlderOne)
 }
 
 INSTANTIATE_TEST_SUITE_P(At, SerialFaults, testing::ValuesIn(simulator::kSteps),
-                         [](const auto& test) {
-                             std::string name;
-                             for (const char c : test.param.name) {
-                                 if (c != '-')
-                                     name += c;
-                             }
-                             return name;
-                         });
+                         support::stepTestName);
 
 TEST(SerialFaultsTest, CleanSessionSucceedsInSilence)
 {

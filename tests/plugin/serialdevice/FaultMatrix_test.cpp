@@ -75,14 +75,7 @@ TEST_P(FaultMatrix, EverySessionEndsAndReportsToTheHost)
 }
 
 INSTANTIATE_TEST_SUITE_P(At, FaultMatrix, testing::ValuesIn(simulator::kSteps),
-                         [](const auto& test) {
-                             std::string name;
-                             for (const char c : test.param.name) {
-                                 if (c != '-')
-                                     name += c;
-                             }
-                             return name;
-                         });
+                         support::stepTestName);
 
 TEST(FaultsTogether, WrongAcknowledgementsEverywhereDoNotStopTheSession)
 {

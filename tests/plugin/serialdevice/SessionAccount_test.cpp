@@ -389,14 +389,7 @@ TEST_P(SessionFaults, LoseNoRecordIfEveryDataCommandWasAcknowledgedAndEnded)
 }
 
 INSTANTIATE_TEST_SUITE_P(At, SessionFaults, testing::ValuesIn(simulator::kSteps),
-                         [](const auto& test) {
-                             std::string name;
-                             for (const char c : test.param.name) {
-                                 if (c != '-')
-                                     name += c;
-                             }
-                             return name;
-                         });
+                         support::stepTestName);
 
 struct FaultCase {
     const char* fault;

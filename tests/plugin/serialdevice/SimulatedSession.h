@@ -11,7 +11,10 @@
 #include <plugin/common/GuardedStatus.h>
 #include <plugin/serialdevice/MagellanSerialGPSPlugin.h>
 #include <support/RecordingReceiver.h>
+#include <tools/simulator/Fault.h>
 #include <tools/simulator/Sentences.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -35,6 +38,15 @@ inline simulator::Sentences someSentences()
                        "PMGNTRK,4600.200,N,00700.000,E,00100,M,120002.00,A,DAY 1,010624"},
             .routes = {"PMGNRTE,2,1,c,01,LOOP,CAMP,a,HUT,a", "PMGNRTE,2,2,c,01,LOOP,PEAK,a",
                        "PMGNRTE,1,1,c,02,BACK,PEAK,a,CAMP,a"}};
+}
+
+/// A step's name as the name of a test, which has no hyphens.
+inline std::string
+stepTestName(const testing::TestParamInfo<simulator::Named<simulator::Step>>& test)
+{
+    std::string name{test.param.name};
+    std::erase(name, '-');
+    return name;
 }
 
 /// A driver with a given serial port.
