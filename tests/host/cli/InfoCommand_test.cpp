@@ -32,10 +32,10 @@ protected:
         plugIn_.drivers = {driver_};
     }
 
-    std::string run(bool json)
+    std::string run(bool asJson)
     {
         host::InfoOptions options;
-        options.json = json;
+        options.json = asJson;
         testing::internal::CaptureStdout();
         EXPECT_EQ(host::runInfo(plugIn_, options, host::Console{false}), ExitStatus::kSuccess);
         return testing::internal::GetCapturedStdout();

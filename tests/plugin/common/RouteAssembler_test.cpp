@@ -21,7 +21,7 @@ using gps::SkipReason;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr gps::GPSPoint kPoint{46.5, 7.5, 500, 1, 2};
+constexpr gps::GPSPoint kAnyPoint{46.5, 7.5, 500, 1, 2};
 
 class Routes : public testing::Test {
 protected:
@@ -49,7 +49,7 @@ protected:
 
 TEST_F(Routes, AreCompleteWithTheirLastSentence)
 {
-    assembler.addWayPoint({{"name", "A"}}, kPoint);
+    assembler.addWayPoint({{"name", "A"}}, kAnyPoint);
     EXPECT_FALSE(add("PMGNRTE,2,1,c,1,LOOP,A,a"));
     const auto route = add("PMGNRTE,2,2,m,1,LOOP,nice");
     ASSERT_TRUE(route);
@@ -62,7 +62,7 @@ TEST_F(Routes, AreCompleteWithTheirLastSentence)
 
 TEST_F(Routes, ShareTheRecordsOfTheirWaypoints)
 {
-    assembler.addWayPoint({{"name", "A"}}, kPoint);
+    assembler.addWayPoint({{"name", "A"}}, kAnyPoint);
     const auto route = add("PMGNRTE,1,1,c,1,LOOP,A,a,A,a");
     ASSERT_TRUE(route);
     EXPECT_EQ(route->points[0], route->points[1]);
@@ -70,9 +70,9 @@ TEST_F(Routes, ShareTheRecordsOfTheirWaypoints)
 
 TEST_F(Routes, KeepTheWaypointThatTheirSentenceReferredTo)
 {
-    assembler.addWayPoint({{"name", "A"}, {"comment", "old"}}, kPoint);
+    assembler.addWayPoint({{"name", "A"}, {"comment", "old"}}, kAnyPoint);
     (void)add("PMGNRTE,2,1,c,1,LOOP,A,a");
-    assembler.addWayPoint({{"name", "A"}}, kPoint);
+    assembler.addWayPoint({{"name", "A"}}, kAnyPoint);
     EXPECT_EQ(assembler.wayPointCount(), 1U);
     const auto route = add("PMGNRTE,2,2,c,1,LOOP,A,a");
     ASSERT_TRUE(route);
@@ -82,8 +82,8 @@ TEST_F(Routes, KeepTheWaypointThatTheirSentenceReferredTo)
 
 TEST_F(Routes, AWaypointWithoutANameIsNotKept)
 {
-    EXPECT_FALSE(assembler.addWayPoint({{"comment", "c"}}, kPoint));
-    EXPECT_TRUE(assembler.addWayPoint({{"name", ""}}, kPoint));
+    EXPECT_FALSE(assembler.addWayPoint({{"comment", "c"}}, kAnyPoint));
+    EXPECT_TRUE(assembler.addWayPoint({{"name", ""}}, kAnyPoint));
     EXPECT_EQ(assembler.wayPointCount(), 1U);
 }
 
@@ -149,7 +149,7 @@ TEST(ReportRoute, ReportsTheRouteAndThenItsPointsInOrder)
     AssembledRoute route{.info = {{"name", "R"}}};
     for (const auto* name : {"B", "A"})
         route.points.push_back(std::make_shared<const gps::Dictionary>(
-            gps::Dictionary{{"name", name}, {"point", kPoint}}));
+            gps::Dictionary{{"name", name}, {"point", kAnyPoint}}));
     reportRoute(route, status);
     EXPECT_THAT(status.calls(),
                 ElementsAre("newRoute {name = \"R\"}",

@@ -16,7 +16,7 @@ std::string line(const std::string& body)
     return gps::NMEAUtils::addChecksumToNMEASentence(body) + "\r\n";
 }
 
-std::string wayPoint(const std::string& name)
+std::string wayPointLine(const std::string& name)
 {
     return line("PMGNWPL,4605.979,N,00713.315,E,0001,M," + name + ",,a");
 }
@@ -26,23 +26,25 @@ const std::string kEnd = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END"
 TEST(DroppedLines, WholeFileLosesNothing)
 {
     EXPECT_EQ(droppedLines(RecordKind::kWaypoints, ""), 0U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + wayPoint("B") + kEnd), 0U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + "\r\n" + kEnd + "\r\n"), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("A") + wayPointLine("B") + kEnd),
+              0U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("A") + "\r\n" + kEnd + "\r\n"), 0U);
 }
 
 TEST(DroppedLines, DamagedLinesAndThoseOfAnotherKindAreLost)
 {
-    auto damaged = wayPoint("A");
+    auto damaged = wayPointLine("A");
     damaged[12] ^= 1;
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("B") + damaged), 1U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("B") + "a note\r\n"), 1U);
-    EXPECT_EQ(droppedLines(RecordKind::kGeocaches, wayPoint("B")), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("B") + damaged), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("B") + "a note\r\n"), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kGeocaches, wayPointLine("B")), 1U);
     EXPECT_EQ(droppedLines(RecordKind::kWaypoints, line("PMGNRTE,1,1,c,1,R,A,a")), 1U);
 }
 
 TEST(DroppedLines, OnlyTheLastRecordOfANameIsKept)
 {
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPoint("A") + wayPoint("B") + wayPoint("A")),
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints,
+                           wayPointLine("A") + wayPointLine("B") + wayPointLine("A")),
               1U);
 }
 
@@ -54,7 +56,7 @@ TEST(DroppedLines, RecordWithoutANameIsLost)
 
 TEST(DroppedLines, OnlyCompleteRoutesAreKept)
 {
-    const auto points = wayPoint("A") + wayPoint("B");
+    const auto points = wayPointLine("A") + wayPointLine("B");
     const auto first = line("PMGNRTE,2,1,c,1,R,A,a,B,a");
     const auto second = line("PMGNRTE,2,2,m,1,R,text");
     EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + second + kEnd), 0U);
@@ -64,9 +66,9 @@ TEST(DroppedLines, OnlyCompleteRoutesAreKept)
 TEST(DroppedLines, OnlyTheLastRouteOfANameIsKept)
 {
     const auto twoLines = line("PMGNRTE,2,1,c,1,R,A,a,B,a") + line("PMGNRTE,2,2,m,1,R,text");
-    EXPECT_EQ(
-        droppedLines(RecordKind::kRoutes, wayPoint("A") + twoLines + line("PMGNRTE,1,1,c,1,R,A,a")),
-        2U);
+    EXPECT_EQ(droppedLines(RecordKind::kRoutes,
+                           wayPointLine("A") + twoLines + line("PMGNRTE,1,1,c,1,R,A,a")),
+              2U);
 }
 
 } // namespace

@@ -37,7 +37,7 @@ using testing::StartsWith;
 
 const std::string kRoute = sentence("PMGNRTE,1,1,c,1,R,A,a");
 
-std::string wayPoint(std::string_view name)
+std::string waypointSentence(std::string_view name)
 {
     return sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M," + std::string{name} + ",,c");
 }
@@ -147,8 +147,9 @@ TEST_F(FileAccountTest, HasTheNumberAndTheReasonOfEachSkippedLine)
 
 TEST_F(FileAccountTest, OfWaypointsHasReplacedAndUnnamedLines)
 {
-    receiver_.put("My POIs/a.upt", {wayPoint("A"), wayPoint("B"), wayPoint("A"), wayPoint("A"),
-                                    sentence("PMGNWPL,4600.000,N,00730.000,E,0000500")});
+    receiver_.put("My POIs/a.upt",
+                  {waypointSentence("A"), waypointSentence("B"), waypointSentence("A"),
+                   waypointSentence("A"), sentence("PMGNWPL,4600.000,N,00730.000,E,0000500")});
     receiver_.put("Geocaches/g.gs", {kGeoCache, kGeoCache});
     acquire();
     EXPECT_THAT(files(), ElementsAre("waypoints 2/5, 1 replaced, 3 replaced, 5 no name",
@@ -158,7 +159,7 @@ TEST_F(FileAccountTest, OfWaypointsHasReplacedAndUnnamedLines)
 TEST_F(FileAccountTest, OfRoutesHasUnknownPointsAndIncompleteAndReplacedRoutes)
 {
     receiver_.put("Routes/r.rte",
-                  {wayPoint("A"), sentence("PMGNRTE,1,1,c,1,R,A,a,B,a"),
+                  {waypointSentence("A"), sentence("PMGNRTE,1,1,c,1,R,A,a,B,a"),
                    sentence("PMGNRTE,1,1,c,1,R2,A,a"), sentence("PMGNRTE,2,1,c,2,S,A,a"),
                    sentence("PMGNRTE,1,1,m,2,R,again")});
     acquire();

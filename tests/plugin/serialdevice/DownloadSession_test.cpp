@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The session's order and its reports, on a line in memory where waiting takes no time.
 
+#include "SessionTexts.h"
+
 #include <plugin/codec/RouteSentence.h>
 #include <plugin/common/OperationAccount.h>
 #include <plugin/common/OperationMonitor.h>
@@ -24,6 +26,9 @@
 namespace magellan {
 namespace {
 
+using support::kCamp;
+using support::kEnd;
+using support::kHut;
 using testing::AllOf;
 using testing::Contains;
 using testing::Each;
@@ -35,10 +40,6 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 using Strings = std::vector<std::string>;
-
-constexpr char kCamp[] = "PMGNWPL,4600.00000,N,00700.00000,E,0000100,M,CAMP,by the lake,a";
-constexpr char kHut[] = "PMGNWPL,4610.00000,N,00710.00000,E,0000200,M,HUT,,a";
-constexpr char kEnd[] = "PMGNCMD,END";
 
 std::string acknowledgement(const std::string& body)
 {

@@ -2,6 +2,7 @@
 // Every fault at every step of a session. Whatever the receiver does, the session ends, reports to
 // the host and closes the port, and the records before the fault arrive.
 
+#include "SessionTexts.h"
 #include "SimulatedSession.h"
 
 #include <gmock/gmock.h>
@@ -20,11 +21,9 @@ namespace {
 using simulator::Fault;
 using simulator::FaultKind;
 using simulator::Step;
+using support::kInterrupted;
 using support::SimulatedSession;
 using testing::ElementsAre;
-
-const std::string kInterrupted =
-    "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
 
 /// Only the brackets and the calls outside them.
 std::vector<std::string> frameOf(const SimulatedSession& session)

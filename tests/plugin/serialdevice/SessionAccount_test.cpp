@@ -2,6 +2,7 @@
 // What the serial driver's account says: of clean sessions, of every fault at every step, and of
 // sessions that the host stops.
 
+#include "SessionTexts.h"
 #include "SimulatedSession.h"
 
 #include <plugin/common/OperationAccount.h>
@@ -37,6 +38,10 @@ using simulator::Fault;
 using simulator::FaultKind;
 using simulator::Step;
 using support::DriverOnALine;
+using support::kCamp;
+using support::kEnd;
+using support::kHut;
+using support::kInterrupted;
 using support::SimulatedSession;
 using support::someSentences;
 using testing::Contains;
@@ -197,10 +202,6 @@ struct PhaseOnALine {
     std::size_t records = 0;
     bool threw = false;
 };
-
-constexpr char kCamp[] = "PMGNWPL,4600.00000,N,00700.00000,E,0000100,M,CAMP,by the lake,a";
-constexpr char kHut[] = "PMGNWPL,4610.00000,N,00710.00000,E,0000200,M,HUT,,a";
-constexpr char kEnd[] = "PMGNCMD,END";
 
 TEST(PhaseAccount, NumbersTheSentencesThatWereSkipped)
 {
@@ -549,9 +550,6 @@ protected:
     std::vector<std::string> calls;
     gps::TransferAccount account;
 };
-
-const std::string kInterrupted =
-    "error " + gps::Error{"com.Orvane.GPSPlugin.ErrorDomain", -4}.text();
 
 TEST_F(Stopping, EndsAsAFailedSessionDoesWithWhatCameSoFar)
 {
