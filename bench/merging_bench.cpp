@@ -139,8 +139,8 @@ int main(int count, char** arguments)
     const auto twice = [](auto merge, const std::string& path) {
         return [merge, path](const gps::Array& list) {
             std::filesystem::remove(path);
-            (void)merge(list, path);
-            (void)merge(list, path);
+            (void)merge(list, path, nullptr);
+            (void)merge(list, path, nullptr);
         };
     };
     measure(

@@ -16,6 +16,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace magellan {
 namespace {
@@ -97,11 +98,10 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunAcquire(const Status& status,
     setDebugLevelFromOptions(options);
     if (const auto* source = options.find("sourcePath")) {
         // A host may release both in one of the status calls.
-        const auto self = shared_from_this();
-        const Status heldStatus = status;
+        const std::pair held{shared_from_this(), status};
         const AuthorizedAccess access{*this};
         const auto* path = source->as<std::string>();
-        return importFile(path != nullptr ? std::optional{*path} : std::nullopt, *heldStatus);
+        return importFile(path != nullptr ? std::optional{*path} : std::nullopt, *held.second);
     }
     return startAcquire(status, options);
 }

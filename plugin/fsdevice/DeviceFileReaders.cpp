@@ -192,16 +192,19 @@ void forEachRouteFileSentence(std::string_view text, gps::LineAccount& lines, On
                               OnRoute onRoute)
 {
     std::uint64_t number = 0;
+    const auto visitBody = [&](std::string_view body) {
+        if (const auto wayPoint = SentenceFields::ofBody(body, kWayPointSentence))
+            visitSentence(*wayPoint, number, lines, onWayPoint);
+        else if (const auto route = SentenceFields::ofBody(body, kRouteSentence))
+            visitSentence(*route, number, lines, onRoute);
+        else
+            return false;
+        return true;
+    };
     forEachLine(text, [&](std::string_view line) {
         ++number;
         const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-        if (!body)
-            addOther(lines, number, line);
-        else if (const auto wayPoint = SentenceFields::ofBody(*body, kWayPointSentence))
-            visitSentence(*wayPoint, number, lines, onWayPoint);
-        else if (const auto route = SentenceFields::ofBody(*body, kRouteSentence))
-            visitSentence(*route, number, lines, onRoute);
-        else
+        if (!body || !visitBody(*body))
             addOther(lines, number, line);
     });
 }
@@ -217,7 +220,7 @@ public:
         const auto [known, isNew] =
             indices_.try_emplace(*route.info.findString("name"), routes_.size());
         if (isNew) {
-            routes_.push_back({std::move(route), number});
+            routes_.emplace_back(std::move(route), number);
             return;
         }
         auto& [present, line] = routes_[known->second];
