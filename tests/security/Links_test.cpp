@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kTrip[] = R"(<gpx version="1.1" creator="test">
+constexpr char kSummitAndTrack[] = R"(<gpx version="1.1" creator="test">
 <wpt lat="46.1" lon="7.9"><name>Summit</name></wpt>
 <trk><trkseg><trkpt lat="46.5" lon="7.5"/></trkseg></trk></gpx>)";
 
@@ -62,7 +62,7 @@ TEST_F(Links, DataFolderInsideTheVolumeIsFollowed)
 
 TEST_F(Links, DataFolderOutsideTheVolumeIsNeitherWrittenNorBackedUp)
 {
-    const auto ran = magellangps({"send", home_.put("trip.gpx", kTrip), "--device",
+    const auto ran = magellangps({"send", home_.put("trip.gpx", kSummitAndTrack), "--device",
                                   receiver_.path(), "--backup", home_.path("kept")});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.out, HasSubstr("The receiver has no folder"));
@@ -77,8 +77,8 @@ TEST_F(Links, RestoreDoesNotWriteThroughALinkThatIsNewOnTheDevice)
 {
     fs::remove(receiver_.path("Points"));
     receiver_.put("Points/a.upt", support::sentences({support::kCamp}));
-    ASSERT_EQ(magellangps({"send", home_.put("trip.gpx", kTrip), "--device", receiver_.path(),
-                           "--backup", home_.path("kept")})
+    ASSERT_EQ(magellangps({"send", home_.put("trip.gpx", kSummitAndTrack), "--device",
+                           receiver_.path(), "--backup", home_.path("kept")})
                   .status,
               0);
     const auto name = fs::directory_iterator
@@ -100,8 +100,8 @@ TEST_F(Links, LinkToADeviceNodeIsNotOpened)
     fs::remove(receiver_.path("Points"));
     receiver_.makeFolder("Points");
     fs::create_symlink("/dev/tty", receiver_.path("Points/Default POI File.upt"));
-    const auto ran = magellangps(
-        {"send", home_.put("trip.gpx", kTrip), "--device", receiver_.path(), "--no-backup"});
+    const auto ran = magellangps({"send", home_.put("trip.gpx", kSummitAndTrack), "--device",
+                                  receiver_.path(), "--no-backup"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("Nothing was sent."));
     EXPECT_TRUE(fs::is_symlink(receiver_.path("Points/Default POI File.upt")));

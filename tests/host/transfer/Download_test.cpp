@@ -250,8 +250,8 @@ protected:
     /// A worker that delivers a waypoint and then ends only when it is asked to stop.
     void waitForAStop()
     {
-        driver_->acquire = [driver = driver_](const Status& status, const gps::Dictionary&) {
-            return gps::detachNewThread([driver, status] {
+        driver_->acquire = [this](const Status& status, const gps::Dictionary&) {
+            return gps::detachNewThread([driver = driver_, status] {
                 status->gpsStateChange(1);
                 transfer(status, TransferKind::kWaypoints);
                 status->wayPoint({46, 7, 0, 0, 0}, {{"name", "A"}});
