@@ -21,10 +21,17 @@ namespace {
 
 constexpr std::string_view kTitle = "magellangps saved records 1\n";
 constexpr std::string_view kSum = "sum ";
+constexpr std::string_view kTrack = "track ";
 
 std::string trackPrefix(std::int64_t firstTime)
 {
-    return fmt::format("track {} ", firstTime);
+    return fmt::format("{}{} ", kTrack, firstTime);
+}
+
+// The key without its last part; empty for that of another record than a track.
+std::string_view withoutContent(std::string_view key)
+{
+    return key.starts_with(kTrack) ? key.substr(0, key.rfind(' ')) : std::string_view{};
 }
 
 bool readKeys(std::string_view text, RecordKeys& keys)
@@ -127,7 +134,11 @@ std::optional<gps::Error> KnownRecords::add(const RecordKeys& keys)
 {
     if (isUnreadable_)
         return std::nullopt;
-    keys_.insert(keys.begin(), keys.end());
+    for (const auto& key : keys) {
+        if (const auto older = keys_.find(withoutContent(key)); older != keys_.end())
+            keys_.erase(older);
+        keys_.insert(key);
+    }
     std::string text{kTitle};
     for (const auto& key : keys_)
         text.append(key).push_back('\n');

@@ -43,8 +43,10 @@ private:
 /// The key of a route: everything in it and in its points counts.
 [[nodiscard]] std::string routeKey(const Digest& content);
 
-/// The key of a track: its first time and its number of points, since a device may rename a track.
-/// @param content  counts, too, unless it is empty; for a track without a first time
+/// The key of a track: its first time, its number of points and these points. Its name does not
+/// count, since a device may rename a track.
+/// @param content  of the points. Empty: the key by which older versions knew a track with a first
+///                 time
 [[nodiscard]] std::string trackKey(std::int64_t firstTime, std::size_t points,
                                    const Digest& content);
 
@@ -67,8 +69,9 @@ public:
     /// Whether any known track starts at this time.
     [[nodiscard]] bool hasTrackFrom(std::int64_t firstTime) const;
 
-    /// Adds keys and replaces the file. After a load() that could not read the file, does nothing:
-    /// what it holds would be lost.
+    /// Adds keys and replaces the file. The key of a track replaces the one without content that an
+    /// older version stored. After a load() that could not read the file, does nothing: what it
+    /// holds would be lost.
     /// @return  why it cannot be written; the old file is unchanged
     [[nodiscard]] std::optional<gps::Error> add(const RecordKeys& keys);
 

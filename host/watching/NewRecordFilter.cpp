@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A track may have grown since it was saved, so its first time alone does not decide: it is known
-// only if its number of points is the same, too.
+// A track may have grown since it was saved, and two may start at the same time, so its first time
+// alone does not decide: a track is known only if its points are the same.
 
 #include "host/watching/NewRecordFilter.h"
 
-#include "host/points/Points.h"
+#include <utility>
 
 namespace host {
 
@@ -76,9 +76,7 @@ void NewRecordFilter::trackPoint(const Event& event, const Sink& sink)
         if (isPassing_)
             passHeld(sink);
     }
-    const bool isTimed = content_.text().empty() && (points_ > 1 || hasTimestamp(event.point));
-    if (!isTimed)
-        content_.add(event.point);
+    content_.add(event.point);
     if (isPassing_)
         sink(event);
     else
@@ -106,8 +104,17 @@ void NewRecordFilter::endTrack(const Sink& sink)
 {
     if (points_ == 0)
         content_.add(held_.front().record);
-    if (noteKey(trackKey(firstTime_, points_, content_)) && !isPassing_)
+    const auto key = trackKey(firstTime_, points_, content_);
+    if (noteKey(key) && !isPassing_ && !isKnownToOlderVersion(key))
         passHeld(sink);
+}
+
+// A list of an older version does not show which points a track had. So that no track is lost, only
+// one of those with this time and length counts as known.
+bool NewRecordFilter::isKnownToOlderVersion(const std::string& key)
+{
+    const auto older = trackKey(firstTime_, points_, {});
+    return known_.contains(older) && olderKeys_.try_emplace(older, key).first->second == key;
 }
 
 void NewRecordFilter::passHeld(const Sink& sink)

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,15 +38,17 @@ private:
     void holdPoint(const Event& event);
     void end(const Sink& sink);
     void endTrack(const Sink& sink);
+    [[nodiscard]] bool isKnownToOlderVersion(const std::string& key);
     void passHeld(const Sink& sink);
     [[nodiscard]] bool noteKey(std::string key); // returns whether it is new
 
     const KnownRecords& known_;
     RecordKeys seen_;
+    std::map<std::string, std::string> olderKeys_; // the track that each of them counts for
 
     // The open route or track.
     Open open_ = Open::kNothing;
-    Digest content_;          // of a route, or of a track without times
+    Digest content_;          // of the route, or of the track's points
     std::vector<Event> held_; // a route with its points, or a track's head
     std::size_t points_ = 0;  // of the track
     std::int64_t firstTime_ = 0;

@@ -59,6 +59,16 @@ TEST_F(KnownRecordsTest, TrackIsFoundByItsWholeFirstTime)
         EXPECT_FALSE(list.hasTrackFrom(time)) << time;
 }
 
+TEST_F(KnownRecordsTest, KeyOfATrackReplacesTheOneWithoutContentOfAnOlderVersion)
+{
+    auto list = known({"track 100 5", "track 100 6", "waypoint 1"});
+    EXPECT_EQ(list.add({"track 100 5 0123", "waypoint 1 2"}), std::nullopt);
+    const auto later = known();
+    EXPECT_FALSE(later.contains("track 100 5"));
+    for (const char* key : {"track 100 5 0123", "track 100 6", "waypoint 1", "waypoint 1 2"})
+        EXPECT_TRUE(later.contains(key)) << key;
+}
+
 TEST_F(KnownRecordsTest, AnyDamageIsNoticedAndTheFileRenamed)
 {
     (void)known({"waypoint 1", "waypoint 2"});

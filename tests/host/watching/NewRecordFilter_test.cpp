@@ -92,12 +92,34 @@ TEST_F(NewRecordFilterTest, PointOfARouteIsNotAWaypoint)
                 ElementsAre("-", "w:A"));
 }
 
-TEST_F(NewRecordFilterTest, TrackIsKnownByItsFirstTimeAndLengthWhateverItsName)
+TEST_F(NewRecordFilterTest, TrackIsKnownByItsPointsWhateverItsName)
 {
     know({track("T"), fix(kSomeDay), fix(kSomeDay + 1)});
-    EXPECT_THAT(passed({track("U"), fix(kSomeDay), fix(kSomeDay + 9)}), IsEmpty());
+    EXPECT_THAT(passed({track("U"), fix(kSomeDay, 46, "a"), fix(kSomeDay + 1)}), IsEmpty());
     EXPECT_THAT(passed({track("T"), fix(kSomeDay + 1), fix(kSomeDay + 2)}),
                 ElementsAre("T:T", "f:1717236001", "f:1717236002"));
+}
+
+TEST_F(NewRecordFilterTest, TracksWithEqualFirstTimesAndLengthsAreToldApartByTheirPoints)
+{
+    know({track("T"), fix(kSomeDay), fix(kSomeDay + 1)});
+    const std::vector<host::Event> two{track("T"), fix(kSomeDay, 46), fix(kSomeDay + 1, 46),
+                                       track("U"), fix(kSomeDay, 46), fix(kSomeDay + 1, 47)};
+    EXPECT_THAT(passed(two), ElementsAre("T:U", "f:1717236000", "f:1717236001"));
+    know(two);
+    EXPECT_THAT(passed(two), IsEmpty());
+}
+
+TEST_F(NewRecordFilterTest, ListOfAnOlderVersionKnowsOneTrackOfEachFirstTimeAndLength)
+{
+    ASSERT_EQ(known_.add({host::trackKey(kSomeDay, 2, {})}), std::nullopt);
+    const std::vector<host::Event> all{track("T"), fix(kSomeDay), fix(kSomeDay + 1),
+                                       track("U"), fix(kSomeDay), fix(kSomeDay + 9),
+                                       track("T"), fix(kSomeDay), fix(kSomeDay + 1)};
+    EXPECT_THAT(passed(all), ElementsAre("T:U", "f:1717236000", "f:1717236009"));
+    know(all);
+    EXPECT_THAT(passed(all), IsEmpty());
+    EXPECT_THAT(passed({track("V"), fix(kSomeDay), fix(kSomeDay + 5)}), SizeIs(3));
 }
 
 TEST_F(NewRecordFilterTest, TrackThatHasGrownPassesWholeWithItsExtras)
