@@ -116,9 +116,7 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
 {
     if (options_.events)
         return eventLines_.close();
-    const bool isAnythingToShow =
-        !report.operations.empty() && (report.hasReceived() || report.isComplete());
-    if (!isSummaryShown_ || !isAnythingToShow)
+    if (!isSummaryShown_ || (!report.hasReceived() && !report.isComplete()))
         return std::nullopt;
     auto failure = summary_.close();
     if (const auto advice = dateAdvice(report.dates); !advice.empty() && !failure) {

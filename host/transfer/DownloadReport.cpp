@@ -15,7 +15,8 @@ bool DownloadReport::hasReceived() const
 
 bool DownloadReport::isComplete() const
 {
-    return std::all_of(operations.begin(), operations.end(),
+    return !operations.empty() &&
+           std::all_of(operations.begin(), operations.end(),
                        [](const OperationReport& operation) { return operation.isComplete(); });
 }
 

@@ -23,8 +23,8 @@ json documentOf(const DownloadReport& report, const std::vector<host::Message>& 
 
 TEST(DownloadJson, EmptyReportHasEveryKey)
 {
-    EXPECT_EQ(host::downloadJson({}, {}, ExitStatus::kSuccess),
-              R"({"status":0,"complete":true,"interrupted":false,"device":null,"voice":null,)"
+    EXPECT_EQ(host::downloadJson({}, {}, ExitStatus::kFailed),
+              R"({"status":1,"complete":false,"interrupted":false,"device":null,"voice":null,)"
               R"("requested":[],"missing":[],)"
               R"("output":{"state":"none","path":null,"remark":null,"error":null},)"
               R"("received":{"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,"tracks":0,)"

@@ -70,6 +70,12 @@ TEST(DownloadReport, OneBadOperationDecidesForTheDownload)
     EXPECT_FALSE((DownloadReport{.operations = {incomplete(), good()}}).isComplete());
 }
 
+TEST(DownloadReport, DownloadThatNeverBeganIsNotComplete)
+{
+    EXPECT_FALSE(DownloadReport{}.isComplete());
+    EXPECT_FALSE(DownloadReport{}.succeeded());
+}
+
 TEST(DownloadReport, OneInterruptedOperationInterruptsTheDownload)
 {
     auto stopped = good();
