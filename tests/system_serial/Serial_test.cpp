@@ -141,6 +141,70 @@ TEST(Serial, SignalRestoresTheReceiverAndKeepsAPartialFile)
     }
 }
 
+/// A download from a simulated receiver that is suspended, as by Ctrl-Z, before the tracks arrive.
+class SuspendedDownload {
+public:
+    SuspendedDownload()
+    {
+        download_.readUntil("\"startTransfer\",\"kind\":1"); // the first point follows later
+        download_.send(SIGSTOP);
+    }
+
+    /// Waits until the simulator's log has a text so often. Nobody acknowledges the first track
+    /// point, so the receiver repeats it and then gives up.
+    void waitForLog(const std::string& text, std::ptrdiff_t times)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+        while (countOf(folder_.read("log"), text) < times &&
+               std::chrono::steady_clock::now() < deadline)
+            simulator_.read();
+    }
+
+    /// Continues it. @return  its exit status
+    int finish()
+    {
+        download_.send(SIGCONT);
+        download_.readUntil("\"result\"");
+        const int status = download_.end(0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    [[nodiscard]] std::string errors() const { return folder_.read("err"); }
+    [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
+
+private:
+    TemporaryFolder folder_;
+    Simulator simulator_{{"--log", folder_.path("log"), "--fault", "track-data:delay:2000"}};
+    Running download_{{"/bin/sh", "-c", "exec \"$0\" \"$@\" 2>" + folder_.path("err"),
+                       MAGELLAN_BIN_DIR "/magellangps", "acquire", "--device", simulator_.path(),
+                       "--events", "-o", folder_.path("x.gpx")}};
+};
+
+TEST(Serial, SuspendedDownloadHasNothingTwice)
+{
+    SuspendedDownload download;
+    download.waitForLog("\"text\":\"PMGNTRK", 3);
+    EXPECT_EQ(download.finish(), 0);
+    EXPECT_THAT(download.errors(), HasSubstr("the repeats were left out: 2 track points."));
+    const TemporaryFolder folder;
+    const Simulator simulator;
+    ASSERT_EQ(
+        magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")}).status,
+        0);
+    EXPECT_EQ(download.folder().read("x.gpx"), folder.read("x.gpx"));
+}
+
+TEST(Serial, DownloadThatWasSuspendedForTooLongSaysWhatIsMissing)
+{
+    SuspendedDownload download;
+    download.folder().put("x.gpx", "old");
+    download.waitForLog("\"gave-up\"", 1);
+    EXPECT_EQ(download.finish(), 1);
+    EXPECT_THAT(download.errors(), HasSubstr("while tracks were read"));
+    EXPECT_EQ(download.folder().read("x.gpx"), "old");
+    EXPECT_EQ(countOf(download.folder().read("x.partial.gpx"), "<trkpt "), 1);
+}
+
 TEST(Serial, PositionSentencesAreRecognisedWithinTenSeconds)
 {
     const PseudoTerminal line;
