@@ -3,16 +3,14 @@
 #include "platform/System/Plist.h"
 
 #include <platform/System/Bundle.h>
+#include <support/Language.h>
 #include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include <dlfcn.h>
 #include <link.h>
@@ -191,47 +189,13 @@ TEST_F(BundleTest, ALocalizedStringComesFromTheEnglishTable)
     EXPECT_EQ(bundle().localizedString("missing"), "missing");
 }
 
-/// Sets the variables of the user's language for one test; null: not set.
-class Language {
-public:
-    Language(const char* all, const char* messages, const char* lang)
-    {
-        const std::pair<const char*, const char*> variables[] = {
-            {"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}};
-        for (const auto& [name, value] : variables) {
-            const char* const present = std::getenv(name);
-            before_.emplace_back(name, present != nullptr ? std::optional<std::string>{present}
-                                                          : std::nullopt);
-            set(name, value);
-        }
-    }
-    ~Language()
-    {
-        for (const auto& [name, value] : before_)
-            set(name, value ? value->c_str() : nullptr);
-    }
-    Language(const Language&) = delete;
-    Language& operator=(const Language&) = delete;
-
-private:
-    static void set(const char* name, const char* value)
-    {
-        if (value != nullptr)
-            ::setenv(name, value, 1);
-        else
-            ::unsetenv(name);
-    }
-
-    std::vector<std::pair<const char*, std::optional<std::string>>> before_;
-};
-
 TEST_F(BundleTest, ALocalizedStringFollowsTheUsersLanguage)
 {
     put("Resources/en.lproj/Localizable.strings", "\"key\" = \"English\"; \"new\" = \"New\";");
     put("Resources/de.lproj/Localizable.strings", "\"key\" = \"Deutsch\"; \"new\" = \"\";");
     put("Resources/gsw.lproj/Localizable.strings", "\"key\" = \"Dütsch\";");
     const auto textIn = [this](const char* all, const char* messages, const char* lang) {
-        const Language language{all, messages, lang};
+        const support::Language language{all, messages, lang};
         return bundle().localizedString("key");
     };
     for (const char* lang : {"de", "de_CH.UTF-8", "de.UTF-8", "de@euro"})
@@ -250,7 +214,7 @@ TEST_F(BundleTest, ATextThatALanguageLacksIsEnglish)
 {
     put("Resources/en.lproj/Localizable.strings", "\"key\" = \"English\"; \"new\" = \"New\";");
     put("Resources/de.lproj/Localizable.strings", "\"key\" = \"\";");
-    const Language german{nullptr, nullptr, "de"};
+    const support::Language german{nullptr, nullptr, "de"};
     EXPECT_EQ(bundle().localizedString("key"), "English");
     EXPECT_EQ(bundle().localizedString("new"), "New");
     EXPECT_EQ(bundle().localizedString("missing"), "missing");

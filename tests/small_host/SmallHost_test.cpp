@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+// The plug-in as any host meets it: through the built bundle and sdk/ alone, by a host that throws,
+// lets go of drivers early and passes null.
+
+#include "small_host/SmallHost.h"
+
+#include "support/ActingReceiver.h"
+#include "support/BundleCopy.h"
+#include "support/Language.h"
+#include "support/ReceiverFolder.h"
+#include "support/RecordingReceiver.h"
+#include "support/TestPorts.h"
+
+#include <gps/DictionaryHelpers.h>
+#include <gps/GPSFileDevice.h>
+#include <gps/GPSPoint.h>
+#include <gps/GPSSessionControl.h>
+#include <gps/GPSTransferAccount.h>
+#include <gps/View.h>
+#include <platform/System/StringTable.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <dlfcn.h>
+#include <syslog.h>
+
+namespace {
+
+std::atomic<int> openlogCalls = 0;
+
+} // namespace
+
+/// Replaces the C library's in the whole process.
+extern "C" __attribute__((visibility("default"))) void openlog(const char* /*identity*/,
+                                                               int /*options*/, int /*facility*/)
+{
+    ++openlogCalls;
+}
+
+namespace {
+
+using support::ActingReceiver;
+using support::RecordingReceiver;
+using support::sentence;
+using support::SmallHost;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+const std::string kWaypoint = sentence("PMGNWPL,4600.000,N,00730.000,E,0000500,M,CAMP,,j");
+const std::string kTrackPoint =
+    sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,T,290208");
+
+/// A host with one mounted receiver.
+class SmallHostTest : public testing::Test {
+protected:
+    SmallHostTest()
+    {
+        receiver_.unitFile("42");
+        receiver_.languageFile({"MyPOIs=P", "Geocaches=G", "Routes=R", "TrackLogs=T"});
+        receiver_.put("P/p.upt", {kWaypoint});
+        receiver_.put("T/t.log", {kTrackPoint});
+    }
+
+    /// The calls of a whole download.
+    std::vector<std::string> acquire(const SmallHost::Driver& driver) const
+    {
+        const auto status = std::make_shared<RecordingReceiver>();
+        EXPECT_EQ(driver->gpsRunAcquire(status, {}), std::nullopt);
+        EXPECT_TRUE(status->waitUntilIdle());
+        return status->calls();
+    }
+
+    support::ReceiverFolder receiver_;
+    support::TestFolders folders_{{receiver_.path()}};
+    SmallHost host_;
+};
+
+TEST_F(SmallHostTest, BundleIsFoundByARelativePathAfterTheDirectoryHasChanged)
+{
+    const auto before = std::filesystem::current_path();
+    const support::BundleCopy copy;
+    std::filesystem::current_path(copy.folder());
+    const SmallHost host{"MagellanGPSPlugin.bundle"};
+    std::filesystem::current_path("/");
+    const auto drivers = host.drivers();
+    std::filesystem::current_path(before);
+    ASSERT_THAT(drivers, Not(IsEmpty()));
+    EXPECT_THAT(acquire(drivers.front()), Contains(HasSubstr("symbol = \"Campground\"")));
+}
+
+TEST_F(SmallHostTest, StatusObjectThatThrowsOnAWorkerEndsTheDownloadWithItsLastReport)
+{
+    const auto driver = host_.driver();
+    const auto whole = acquire(driver);
+    for (const auto& call : {"gpsStateChange 1", "startTransfer 3", "wayPoint", "trackPoint",
+                             "endTransfer 1", "gpsStateChange 0"}) {
+        const auto status = std::make_shared<ActingReceiver>(call, [] { throw 42; });
+        ASSERT_EQ(driver->gpsRunAcquire(status, {}), std::nullopt) << call;
+        ASSERT_TRUE(status->waitUntilIdle()) << call;
+        EXPECT_EQ(status->calls().back(), "gpsStateChange 0") << call;
+        EXPECT_EQ(acquire(driver), whole) << "the next download after " << call;
+    }
+}
+
+TEST_F(SmallHostTest, WhatAStatusObjectThrowsInAnImportReachesTheHostAfterTheLastReport)
+{
+    const auto driver = host_.driver();
+    const auto file = receiver_.path("T/t.log");
+    for (const auto& call : {"startTransfer 1", "newTrack", "trackPoint", "endTransfer 1"}) {
+        const auto status =
+            std::make_shared<ActingReceiver>(call, [] { throw std::runtime_error{"the host's"}; });
+        EXPECT_THROW((void)driver->gpsRunAcquire(status, {{"sourcePath", file}}),
+                     std::runtime_error)
+            << call;
+        EXPECT_EQ(status->calls().back(), "gpsStateChange 0") << call;
+    }
+}
+
+TEST_F(SmallHostTest, LastReferenceToADriverMayBeDroppedInACallOfItsImport)
+{
+    auto driver = host_.driver();
+    const std::weak_ptr<gps::GPSPlugInProtocol> alive = driver;
+    const auto status =
+        std::make_shared<ActingReceiver>("startTransfer", [&driver] { driver.reset(); });
+    auto* const called = driver.get();
+    EXPECT_EQ(called->gpsRunAcquire(status, {{"sourcePath", receiver_.path("T/t.log")}}),
+              std::nullopt);
+    EXPECT_THAT(status->calls(),
+                ElementsAre("startTransfer 1", StartsWith("newTrack"), StartsWith("trackPoint"),
+                            "endTransfer 1", "gpsStateChange 0"));
+    EXPECT_TRUE(alive.expired());
+}
+
+TEST_F(SmallHostTest, LastReferenceToADriverMayBeDroppedInACallOfItsDownload)
+{
+    auto driver = host_.driver();
+    const auto whole = acquire(driver);
+    std::promise<void> started;
+    const auto status = std::make_shared<ActingReceiver>("gpsStateChange 1", [&] {
+        started.get_future().wait(); // until gpsRunAcquire() has returned
+        driver.reset();
+    });
+    ASSERT_EQ(driver->gpsRunAcquire(status, {}), std::nullopt);
+    started.set_value();
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_EQ(status->calls(), whole);
+}
+
+TEST_F(SmallHostTest, ExportedHelpersDoNothingWithoutADictionary)
+{
+    const std::int32_t number = 1;
+    const char* const texts[] = {"a"};
+    const std::string strings[] = {"a"};
+    host_.exported<decltype(&SetFloatInDictionary)>("SetFloatInDictionary")(nullptr, "k", 1);
+    host_.exported<decltype(&SetIntInDictionary)>("SetIntInDictionary")(nullptr, "k", 1);
+    host_.exported<decltype(&SetNumberInDictionary)>("SetNumberInDictionary")(
+        nullptr, "k", gps::NumberType::kInt32, &number);
+    for (const char* const name :
+         {"SetCStringInDictionary", "SetCStringInDictionaryIfNotEmpty",
+          "SetLatin1CStringInDictionary", "SetLatin1CStringInDictionaryIfNotEmpty"})
+        host_.exported<decltype(&SetCStringInDictionary)>(name)(nullptr, "k", "text");
+    host_.exported<decltype(&SetStringInDictionaryFromCStringList)>(
+        "SetStringInDictionaryFromCStringList")(nullptr, "k", texts, 0, 0);
+    host_.exported<decltype(&SetStringInDictionaryFromCFStringList)>(
+        "SetStringInDictionaryFromCFStringList")(nullptr, "k", strings, 0, 0);
+    host_.exported<decltype(&SetGPSPointInDictionary)>("SetGPSPointInDictionary")(nullptr, "k", {});
+    host_.exported<decltype(&SetDebugLevelFromDictionary)>("SetDebugLevelFromDictionary")(nullptr);
+    EXPECT_EQ(host_.exported<decltype(&GetIntValueForKey)>("GetIntValueForKey")(nullptr, "k", 7),
+              7);
+    EXPECT_TRUE(
+        host_.exported<decltype(&GetBoolValueForKey)>("GetBoolValueForKey")(nullptr, "k", true));
+}
+
+TEST_F(SmallHostTest, ExportedHelpersTakeAKeyThatIsPartOfTheDictionary)
+{
+    gps::Dictionary dictionary{{"key", "key"}};
+    host_.exported<decltype(&SetCStringInDictionary)>("SetCStringInDictionary")(
+        &dictionary, dictionary.findString("key")->c_str(), "text");
+    EXPECT_EQ(gps::describe(dictionary), "{key = \"text\"}");
+    dictionary.set("key", "key");
+    host_.exported<decltype(&SetIntInDictionary)>("SetIntInDictionary")(
+        &dictionary, dictionary.findString("key")->c_str(), 7);
+    EXPECT_EQ(gps::describe(dictionary), "{key = 7}");
+}
+
+TEST_F(SmallHostTest, NullNamesAreAnswered)
+{
+    EXPECT_EQ(host_.exported<gps::PrincipalClassEntry>(gps::kPrincipalClassEntry)(nullptr),
+              nullptr);
+    EXPECT_EQ(host_.exported<decltype(&GetGMTOffsetFromTimeZoneName)>(
+                  "GetGMTOffsetFromTimeZoneName")(nullptr),
+              0);
+    EXPECT_EQ(host_.exported<decltype(&GetGMTOffsetFromTimeZoneNameWithUnixTime)>(
+                  "GetGMTOffsetFromTimeZoneNameWithUnixTime")(nullptr, 0),
+              0);
+}
+
+TEST_F(SmallHostTest, OnlyTheDriverOfMountedReceiversIsAFileDevice)
+{
+    const support::TestPorts ports{{"/dev/null"}};
+    const auto drivers = host_.drivers();
+    ASSERT_THAT(drivers, SizeIs(2));
+    EXPECT_NE(dynamic_cast<gps::GPSFileDevice*>(drivers.front().get()), nullptr);
+    EXPECT_EQ(dynamic_cast<gps::GPSFileDevice*>(drivers.back().get()), nullptr);
+    for (const auto& driver : drivers) {
+        EXPECT_NE(dynamic_cast<gps::GPSTransferAccount*>(driver.get()), nullptr);
+        EXPECT_NE(dynamic_cast<gps::GPSSessionControl*>(driver.get()), nullptr);
+    }
+}
+
+TEST_F(SmallHostTest, SecondOfTwoEqualDevicesCanBeSelected)
+{
+    support::TestFolders::set({receiver_.path(), receiver_.path()});
+    const auto driver = host_.driver();
+    ASSERT_THAT(driver->deviceList(), SizeIs(2));
+    auto* const menu = driver->gpsView()->find<gps::PopUpButton>("deviceListMenu");
+    menu->pick(1);
+    EXPECT_EQ(menu->selected(), 1U);
+    EXPECT_THAT(acquire(driver), Contains(StartsWith("trackPoint")));
+}
+
+TEST_F(SmallHostTest, AccountNamesWhatNoCallReports)
+{
+    const auto missing = receiver_.path("P/p.upt");
+    receiver_.put("P/p.upt", {"\xFF"});
+    const auto driver = host_.driver();
+    EXPECT_THAT(acquire(driver), Not(Contains(StartsWith("error"))));
+    const auto account = dynamic_cast<gps::GPSTransferAccount&>(*driver).transferAccount();
+    ASSERT_THAT(account.files, SizeIs(1));
+    EXPECT_EQ(account.files.front().path, missing);
+    EXPECT_TRUE(account.files.front().error);
+}
+
+TEST_F(SmallHostTest, HostKeepsItsIdentityInTheSystemLog)
+{
+    ASSERT_EQ(::dlsym(RTLD_DEFAULT, "openlog"), reinterpret_cast<void*>(&::openlog))
+        << "calls of the plug-in are not seen";
+    support::TestFolders::set({});
+    const auto status = std::make_shared<RecordingReceiver>();
+    EXPECT_TRUE(host_.driver()->gpsRunAcquire(status, {{"debug", 1}})); // which is logged
+    EXPECT_EQ(openlogCalls, 0);
+}
+
+TEST_F(SmallHostTest, GermanUserGetsGermanTexts)
+{
+    support::TestFolders::set({});
+    const support::Language german{nullptr, nullptr, "de_DE.UTF-8"};
+    const auto error =
+        host_.driver()->gpsRunAcquire(std::make_shared<RecordingReceiver>(), {}).value();
+    EXPECT_EQ(error.description(), "Es ist kein Magellan-Gerät ausgewählt");
+    EXPECT_THAT(error.suggestion().value_or(""), EndsWith("versuchen Sie es noch einmal"));
+}
+
+std::size_t placeholdersIn(const std::string& text)
+{
+    std::size_t count = 0;
+    for (auto at = text.find("%@"); at != std::string::npos; at = text.find("%@", at + 1))
+        ++count;
+    return count;
+}
+
+TEST(StringTables, EveryEnglishTextHasAGermanOneWithTheSamePlaceholders)
+{
+    const support::BundleCopy bundle;
+    const auto english = gps::parseStringTable(bundle.read("en.lproj/Localizable.strings"));
+    const auto german = gps::parseStringTable(bundle.read("de.lproj/Localizable.strings"));
+    EXPECT_THAT(english, Not(IsEmpty()));
+    EXPECT_EQ(german.size(), english.size());
+    for (const auto& [key, value] : english) {
+        const auto* const text = german.findString(key);
+        ASSERT_NE(text, nullptr) << key;
+        EXPECT_NE(*text, key);
+        EXPECT_THAT(*text, Not(IsEmpty()));
+        EXPECT_EQ(placeholdersIn(*text), placeholdersIn(key)) << key;
+    }
+}
+
+} // namespace
