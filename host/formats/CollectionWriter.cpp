@@ -60,6 +60,7 @@ void CollectionWriter::wayPointOrRoutePoint(const gps::GPSPoint& point,
     }
 }
 
+// Closes a collection of the same kind, too: a second route right after the first ends it.
 void CollectionWriter::open(Open next)
 {
     if (open_ == Open::kRoute)

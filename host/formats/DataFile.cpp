@@ -24,6 +24,7 @@ namespace {
 
 constexpr std::size_t kLargestDataFile = std::size_t{1} << 30; // bytes
 
+// A text is not converted: "latitude":"46.5" reads as 0, like a missing field.
 gps::Number numberIn(const gps::Dictionary& object, std::string_view key)
 {
     const auto* const value = object.find(key);
@@ -42,6 +43,7 @@ gps::GPSPoint pointFrom(const gps::Dictionary& object)
 
 void boxPoints(gps::Dictionary& dictionary);
 
+// The recursion is bounded, because readJsonObject() rejects deeply nested text.
 void boxPoints(gps::Value& value)
 {
     if (auto* const dictionary = value.as<gps::Dictionary>())
@@ -54,6 +56,7 @@ void boxPoints(gps::Value& value)
 
 void boxPoints(gps::Dictionary& dictionary)
 {
+    // A dictionary's iterators are read-only, so each value is looked up again by its key.
     std::vector<std::string> keys;
     for (const auto& entry : dictionary)
         keys.push_back(entry.key);
@@ -80,6 +83,8 @@ std::optional<gps::Error> readDataFile(const std::string& path,
         return std::nullopt;
     }
     auto read = readJsonObject(text);
+    // readJsonObject() does not report why it failed. A second parse finds the line of a syntax
+    // error; for valid JSON of another kind it finds none.
     if (const auto offset = read ? std::nullopt : jsonErrorOffset(text))
         return hostError(
             fmt::format("The data file is damaged or cut short: line {} is not valid JSON",

@@ -15,6 +15,7 @@
 namespace host {
 namespace {
 
+// Scripts match these names: renaming an enumerator must not change them.
 std::string_view nameOf(EventKind kind)
 {
     switch (kind) {
@@ -108,6 +109,8 @@ void EventLines::event(const Event& event)
     write();
 }
 
+// Written after the last event, even if the operation failed to start, so that scripts can rely on
+// one such line for each operation.
 void EventLines::result(const std::optional<gps::Error>& error)
 {
     line_ = R"({"event":"result","error":)";

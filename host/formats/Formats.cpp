@@ -40,6 +40,7 @@ std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
     return std::make_unique<EventLines>(output);
 }
 
+// In the order in which help texts and error messages list them.
 constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml},
                               Format{"geojson", makeGeoJson}, Format{"html", makeHtml},
                               Format{"jsonl", makeEventLines}};

@@ -161,6 +161,8 @@ void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsNam
 
 void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
 {
+    // A cut adds a position on each side, so no part has fewer than the two positions that RFC 7946
+    // requires of a line.
     if (const auto crossing = last_ ? dateLineCrossing(*last_, point) : std::nullopt) {
         addPosition(",", crossing->before);
         addNoDetail();
@@ -188,6 +190,8 @@ void GeoJsonWriter::addDetail(std::string_view json)
         output_.write(",\"");
         output_.write(detailsName_);
         output_.write("\":[");
+        // The earlier positions had no detail. Their nulls could not be written at once, because a
+        // line without any details lacks this member.
         for (std::size_t i = 1; i < positions_; ++i)
             output_.write("null,");
     }
@@ -208,6 +212,7 @@ void GeoJsonWriter::endLine()
         output_.write("null}");
         return;
     }
+    // A cut line has at least four positions, so isCut implies isLine.
     const bool isLine = positions_ > 1;
     const bool isCut = parts_ > 1;
     output_.write(isCut    ? R"({"type":"MultiLineString","coordinates":[[)"

@@ -57,6 +57,7 @@ void appendLog(std::string& logs, std::string_view type, std::string_view date)
 void appendGeocache(std::string& out, const gps::Dictionary& record)
 {
     out += R"(<groundspeak:cache xmlns:groundspeak="http://www.groundspeak.com/cache/1/0">)";
+    // Elements follow the order of the schema, and so must any new one.
     appendChildren(out, record,
                    {{"name", "name"},
                     {"owner", "geocacheOwner"},

@@ -64,7 +64,9 @@ std::string_view namespaceOf(const pugi::xml_node& element)
     return {};
 }
 
-// The first child of that local name, preferably one in the parent's own namespace.
+// The first child of that local name, preferably one in the parent's own namespace. Compares
+// prefixes, not namespaces: this runs for each field of each point, and finding a namespace means
+// walking up to the root.
 pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 {
     pugi::xml_node found;
@@ -80,7 +82,8 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
     return found;
 }
 
-// An element's own text. White space around a text of several lines is layout and is dropped.
+// An element's own text. White space around a text of several lines is layout and is dropped. An
+// element nested in the text has no value of its own, so its text is left out.
 std::string textOf(const pugi::xml_node& element)
 {
     std::string text;
@@ -154,6 +157,7 @@ std::string loggedDate(const pugi::xml_node& cache, std::string_view type)
     return {};
 }
 
+// Listing sites write the day on which a cache was placed as its waypoint's time.
 std::string datePlacedOf(const pugi::xml_node& waypoint, const gps::GPSPoint& point)
 {
     auto published = loggedDate(cacheOf(waypoint), "Publish Listing");
@@ -171,7 +175,7 @@ gps::Dictionary plainRecord(const pugi::xml_node& element, const gps::GPSPoint& 
 }
 
 // The waypoint's name is usually a code. The cache's own name takes the first of name and comment
-// that is free.
+// that is free. Precondition: the record has a comment, which may be empty.
 void keepTitle(gps::Dictionary& record, const std::string& title)
 {
     const auto* const name = record.findString("name");
@@ -245,6 +249,7 @@ gps::Dictionary routeRecord(const pugi::xml_node& element)
     gps::Dictionary route;
     setUnlessEmpty(route, "name", childText(element, "name"));
     setUnlessEmpty(route, "comment", commentOf(element));
+    // leadingInt32() returns 0 for a text without a number, which would become route 0.
     if (const auto number = childText(element, "number"); gps::leadingNumber(number))
         route.set("number", gps::leadingInt32(number));
     return route;

@@ -40,6 +40,7 @@ int takeDigits(std::string_view& text, std::size_t count) noexcept
 
 bool takeFraction(std::string_view& text) noexcept
 {
+    // ISO 8601 allows either.
     if (!take(text, '.') && !take(text, ','))
         return true;
     const bool hasDigits = !text.empty() && gps::isDigit(text.front());
@@ -66,6 +67,8 @@ std::optional<std::chrono::minutes> takeOffset(std::string_view text) noexcept
     return isBehind ? -offset : offset;
 }
 
+// Here and below, all parts are taken first and judged together: a part that is missing takes
+// nothing and fails by itself.
 std::optional<std::chrono::sys_days> takeDay(std::string_view& text) noexcept
 {
     using namespace std::chrono;
@@ -88,6 +91,7 @@ std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) noexce
     const int minutes = takeDigits(text, 2);
     const bool hasSeconds = take(text, ':');
     const int seconds = takeDigits(text, 2);
+    // Rejects the leap second 60, too: seconds since 1970 have no number for it.
     if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 ||
         !hasMinutes || !hasSeconds)
         return std::nullopt;
@@ -111,6 +115,7 @@ std::optional<std::int64_t> readGpxTime(std::string_view text) noexcept
         const auto offset = takeOffset(text);
         if (!hasSeparator || !timeOfDay || !isFractionValid || !offset)
             return std::nullopt;
+        // An offset is local time minus UTC.
         time += *timeOfDay - *offset;
     }
     return std::int64_t{time.time_since_epoch().count()};

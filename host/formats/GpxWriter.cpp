@@ -98,6 +98,7 @@ void GpxWriter::beginTrack(const gps::Dictionary& track)
 {
     text_ = "<trk>";
     appendChild(text_, "name", track, "name");
+    // Drivers report no breaks within a track, so it always has one segment.
     text_ += "<trkseg>\n";
     tracks_.write(text_);
 }
@@ -128,6 +129,7 @@ bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point,
         return false;
     text_.assign(1, '<').append(element);
     appendAttributes(text_, point);
+    // The schema fixes the order: ele and time before name, cmt and sym, and extensions last.
     appendElevationAndTime(text_, point);
     appendChild(text_, "name", record, "name");
     appendChild(text_, "cmt", record, "comment");

@@ -83,7 +83,10 @@ std::string dayOf(std::string_view text)
     return day;
 }
 
-// A point's numbers in the page's units. Precondition: the point has valid coordinates.
+// A point's numbers in the page's units. Precondition: the point has valid coordinates. Whole
+// numbers keep the page small: a millionth of a degree is 0.11 m. They are rounded before
+// differences are made of them, because the page adds the differences up, and rounded differences
+// would drift away from the track.
 struct PointNumbers {
     explicit PointNumbers(const gps::GPSPoint& point)
         : latitude(std::llround(point.latitude * 1e6)),

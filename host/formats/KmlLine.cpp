@@ -17,6 +17,8 @@ void KmlLine::begin(std::string_view head, Times times)
     last_.reset();
 }
 
+// A position at a crossing has a timestamp if both of its neighbours have one, so it never mixes
+// timed and untimed positions within a run.
 void KmlLine::add(Output& out, const gps::GPSPoint& point)
 {
     const bool continuesRun = last_ && isTimed(*last_) == isTimed(point);
@@ -74,6 +76,7 @@ void KmlLine::endRun(Output& out)
     const bool isLine = inRun_ > 1;
     if (!inTrack_) {
         out.write(head_);
+        // Without tessellate, a line on the ground does not follow the terrain between its points.
         out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n"
                          : "<Point><coordinates>");
     }

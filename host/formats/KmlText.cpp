@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Viewers show `description` as HTML and list `ExtendedData` as a table, so the comment goes to the
-// first and every other field to the second.
+// Viewers show `description` as HTML and list `ExtendedData` as a table. The comment goes to both:
+// to the first for people, to the second for programs, which want it without HTML.
 
 #include "host/formats/KmlText.h"
 
@@ -38,7 +38,8 @@ std::string textOf(const gps::Value& value)
     return json;
 }
 
-// All fields for programs, unchanged, except those that have an element of their own.
+// All fields for programs, unchanged, except the name and boxed points, which have elements of
+// their own, and empty texts.
 void appendData(std::string& out, const gps::Dictionary& record)
 {
     const auto start = out.size();
@@ -60,6 +61,7 @@ void appendData(std::string& out, const gps::Dictionary& record)
 
 } // namespace
 
+// No altitudeMode is written, so viewers clamp everything to the ground; the altitude is only data.
 void appendKmlPosition(std::string& out, const gps::GPSPoint& point, char separator)
 {
     appendDegrees(out, point.longitude);

@@ -78,6 +78,7 @@ void KmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& re
 {
     if (!globe_.passes(point))
         return;
+    // Coordinates wait in the line's own spool, so a route's points precede its line in the folder.
     line_.add(routes_, point);
     makePlacemark(point, record, "waypoint");
     routes_.write(text_);
