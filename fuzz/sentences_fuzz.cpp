@@ -94,9 +94,8 @@ void checkRouteSentence(std::string_view line)
     static const auto known = knownWayPoints();
     gps::Array points;
     gps::Dictionary info;
-    std::size_t room = magellan::kRoutePointRoom;
     try {
-        (void)magellan::interpretRouteSentence(line, points, known, info, room);
+        (void)magellan::interpretRouteSentence(line, points, known, info);
     } catch (const gps::RangeError&) {
         fuzz::require(points.empty() && info.empty(), "a line that is too short adds nothing");
         return;
@@ -106,7 +105,7 @@ void checkRouteSentence(std::string_view line)
     gps::Dictionary infoAgain;
     bool ended = text.empty();
     for (const auto& sentence : text)
-        ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain, room);
+        ended = magellan::interpretRouteSentence(sentence, again, known, infoAgain);
     fuzz::require(ended && again == points,
                   "a written route ends with its last sentence and has its points");
     if (!text.empty())

@@ -17,6 +17,7 @@
 #include <limits>
 #include <span>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace host {
@@ -104,8 +105,15 @@ private:
         std::unordered_map<std::string, std::string> byOldName; // of the first record that had it
     };
 
-    void claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
-                        PointNames& pointNames, Assigned& assigned) const;
+    // Records by whether they keep their names.
+    struct Sorted {
+        std::vector<NamedRecord> good;
+        std::vector<NamedRecord> rest;
+    };
+
+    [[nodiscard]] Sorted claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
+                                        PointNames& pointNames) const;
+    [[nodiscard]] static Assigned namesOf(const Sorted& records);
     [[nodiscard]] std::string nameOf(const NamedRecord& named, FreeNames& names,
                                      Assigned& assigned);
     [[nodiscard]] std::string pointNameOf(const NamedRecord& named, FreeNames& names,
@@ -134,38 +142,57 @@ void NameFitter::fitTexts(const NamedRecord& named)
 void NameFitter::fitNames(const std::vector<NamedRecord>& records, FreeNames names,
                           PointNames pointNames)
 {
-    Assigned assigned;
-    claimGoodNames(records, names, pointNames, assigned);
-    for (const auto& named : records) {
+    const auto sorted = claimGoodNames(records, names, pointNames);
+    const auto& rest = sorted.rest;
+    auto assigned = namesOf(sorted);
+    for (const auto& named : rest) {
         if (named.kind != &kRoutePoint)
             rename(named, nameOf(named, names, assigned));
     }
     // A route point at its waypoint's position must get the waypoint's name, even if another route
     // point of that name comes first. So these positions claim their names before any is assigned.
-    for (const auto& named : records) {
+    for (const auto& named : rest) {
         const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
                                                    : assigned.byIdentity.end();
         if (at != assigned.byIdentity.end())
             (void)pointNames.claim(at->second, pointOf(*named.record));
     }
-    for (const auto& named : records) {
+    for (const auto& named : rest) {
         if (named.kind == &kRoutePoint)
             rename(named, pointNameOf(named, names, pointNames, assigned));
     }
 }
 
-void NameFitter::claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
-                                PointNames& pointNames, Assigned& assigned) const
+NameFitter::Sorted NameFitter::claimGoodNames(const std::vector<NamedRecord>& records,
+                                              FreeNames& names, PointNames& pointNames) const
 {
+    Sorted sorted;
     for (const auto& named : records) {
         const auto name = nameIn(*named.record);
-        if (!isGood(named, name) || !names.claim(name))
-            continue;
-        if (named.kind == &kRoutePoint && !pointNames.claim(name, pointOf(*named.record)))
+        const bool isKept =
+            isGood(named, name) && names.claim(name) &&
+            (named.kind != &kRoutePoint || pointNames.claim(name, pointOf(*named.record)));
+        (isKept ? sorted.good : sorted.rest).push_back(named);
+    }
+    return sorted;
+}
+
+// The names of the good records that the rest may share. Usually there are few: the texts of all
+// records would take as much memory as the records.
+NameFitter::Assigned NameFitter::namesOf(const Sorted& records)
+{
+    std::unordered_set<std::string> needed;
+    for (const auto& named : records.rest)
+        needed.insert(nameIn(*named.record));
+    Assigned assigned;
+    for (const auto& named : records.good) {
+        const auto name = nameIn(*named.record);
+        if (!needed.contains(name))
             continue;
         assigned.byIdentity.emplace(identityOf(named), name);
         assigned.byOldName.emplace(name, name);
     }
+    return assigned;
 }
 
 std::string NameFitter::nameOf(const NamedRecord& named, FreeNames& names, Assigned& assigned)

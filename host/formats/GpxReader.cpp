@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Loads the whole document, since a send needs all of it at once, and reports the first fault with
-// its line. Nothing is added to the caller's data before the whole file has proved good.
+// Parses the whole document before it makes records of it, since a file is sent whole or not at
+// all. The document is parsed in place, and each element is removed once it is a record, because
+// both together would take twice the memory of the records.
 
 #include "host/formats/GpxReader.h"
 
@@ -15,7 +16,6 @@
 #include <fmt/format.h>
 #include <pugixml.hpp>
 
-#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
@@ -27,8 +27,9 @@ namespace {
 // The records of a document.
 class Collection {
 public:
-    // Stops at the first point without valid coordinates. @return  whether there was none
-    bool read(const pugi::xml_node& gpx);
+    // Moves the records out of the document. Stops at the first point without valid coordinates.
+    // @return  whether there was none
+    bool read(pugi::xml_node gpx);
 
     // The element at which `read` stopped.
     [[nodiscard]] const pugi::xml_node& invalidPoint() const { return invalidPoint_; }
@@ -40,6 +41,7 @@ private:
     bool readWaypoint(const pugi::xml_node& element);
     bool readRoute(const pugi::xml_node& element);
     bool readTrack(const pugi::xml_node& element);
+    bool readSegment(const pugi::xml_node& segment, gps::Array& points);
     bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
 
     gps::Array waypoints_;
@@ -48,11 +50,33 @@ private:
     pugi::xml_node invalidPoint_;
 };
 
-bool Collection::read(const pugi::xml_node& gpx)
+// Ends a walk over the elements below another one at a certain depth.
+struct DepthLimit final : pugi::xml_tree_walker {
+    bool for_each(pugi::xml_node& /*node*/) override
+    {
+        constexpr int kDeepest = 100;
+        return depth() < kDeepest;
+    }
+};
+
+// Visits the children of an element in order and removes each one from the document.
+// @param visit  returns whether to go on; if not, its element stays
+template <typename Visit> bool consumeChildren(pugi::xml_node parent, Visit visit)
 {
-    const auto elements = gpx.children();
-    return std::all_of(elements.begin(), elements.end(),
-                       [this](const pugi::xml_node& element) { return readElement(element); });
+    for (auto child = parent.first_child(); child;) {
+        if (!visit(child))
+            return false;
+        auto done = std::exchange(child, child.next_sibling());
+        // A removal is recursive: one level of elements for each level of calls.
+        if (DepthLimit limit; done.traverse(limit))
+            parent.remove_child(done);
+    }
+    return true;
+}
+
+bool Collection::read(pugi::xml_node gpx)
+{
+    return consumeChildren(gpx, [this](const auto& element) { return readElement(element); });
 }
 
 bool Collection::readElement(const pugi::xml_node& element)
@@ -77,14 +101,17 @@ bool Collection::readRoute(const pugi::xml_node& element)
 {
     auto route = routeRecord(element);
     gps::Array points;
-    for (const auto& node : element.children()) {
+    const bool isValid = consumeChildren(element, [&](const pugi::xml_node& node) {
         gps::GPSPoint point;
         if (!isOwn(node, "rtept"))
-            continue;
+            return true;
         if (!readPointOf(node, point))
             return false;
         points.emplace_back(routePointRecord(node, point));
-    }
+        return true;
+    });
+    if (!isValid)
+        return false;
     route.set("points", std::move(points));
     routes_.emplace_back(std::move(route));
     return true;
@@ -95,20 +122,25 @@ bool Collection::readTrack(const pugi::xml_node& element)
     auto track = trackRecord(element);
     gps::Array points;
     for (const auto& segment : element.children()) {
-        if (!isOwn(segment, "trkseg"))
-            continue;
-        for (const auto& node : segment.children()) {
-            gps::GPSPoint point;
-            if (!isOwn(node, "trkpt"))
-                continue;
-            if (!readPointOf(node, point))
-                return false;
-            points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
-        }
+        if (isOwn(segment, "trkseg") && !readSegment(segment, points))
+            return false;
     }
     track.set("points", std::move(points));
     tracks_.emplace_back(std::move(track));
     return true;
+}
+
+bool Collection::readSegment(const pugi::xml_node& segment, gps::Array& points)
+{
+    return consumeChildren(segment, [&](const pugi::xml_node& node) {
+        gps::GPSPoint point;
+        if (!isOwn(node, "trkpt"))
+            return true;
+        if (!readPointOf(node, point))
+            return false;
+        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+        return true;
+    });
 }
 
 bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)
@@ -140,19 +172,27 @@ void Collection::moveInto(gps::Dictionary& data)
 // Makes errors that name the file and the line of a byte in it.
 class FileErrors {
 public:
-    FileErrors(const std::string& path, const std::string& xml) : path_(path), xml_(xml) {}
+    explicit FileErrors(const std::string& path) : path_(path) {}
 
     [[nodiscard]] gps::Error at(std::ptrdiff_t offset, const std::string& what) const
     {
         const auto file = path_.substr(path_.find_last_of('/') + 1);
-        const auto line = lineAt(xml_, static_cast<std::size_t>(offset));
-        return hostError(fmt::format("{}, line {}: {}", file, line, what),
+        return hostError(fmt::format("{}{}: {}", file, lineText(offset), what),
                          "Check the file, or export it once more", path_);
     }
 
 private:
+    // Reads the file again: the parser has changed the text in memory.
+    [[nodiscard]] std::string lineText(std::ptrdiff_t offset) const
+    {
+        std::string xml;
+        if (gps::FileManager{}.readFile(path_, xml, kLargestGpx))
+            return {};
+        (void)convertXmlToUtf8(xml);
+        return fmt::format(", line {}", lineAt(xml, static_cast<std::size_t>(offset)));
+    }
+
     const std::string& path_;
-    const std::string& xml_;
 };
 
 std::string invalidPointText(const pugi::xml_node& element)
@@ -164,15 +204,17 @@ std::string invalidPointText(const pugi::xml_node& element)
         displayText(element.attribute("lon").value(), kMaxShown));
 }
 
-std::optional<gps::Error> parse(const std::string& xml, const FileErrors& errors,
+// @param xml  in: the text. out: what the document consists of, as long as it is used
+std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
                                 pugi::xml_document& document)
 {
     // The parser would stop at a zero byte and call what it has read a whole document.
     if (const auto zero = xml.find('\0'); zero != std::string::npos)
         return errors.at(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
-    constexpr auto kOptions =
-        pugi::parse_default | pugi::parse_ws_pcdata_single; // a name may be a single space
-    const auto result = document.load_buffer(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
+    constexpr auto kOptions = pugi::parse_default | pugi::parse_embed_pcdata |
+                              pugi::parse_ws_pcdata_single; // a name may be a single space
+    const auto result =
+        document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_no_document_element)
         return errors.at(0, "this is not a GPX file");
     if (!result)
@@ -192,7 +234,7 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
     std::string xml;
     if (auto failure = gps::FileManager{}.readFile(path, xml, kLargestGpx))
         return failure;
-    const FileErrors errors{path, xml};
+    const FileErrors errors{path};
     if (!convertXmlToUtf8(xml))
         return errors.at(0, "the text encoding of this file is not supported");
     pugi::xml_document document;

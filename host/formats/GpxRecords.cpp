@@ -14,6 +14,7 @@
 
 #include <pugixml.hpp>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -22,6 +23,7 @@ namespace host {
 namespace {
 
 constexpr std::string_view kCacheTypePrefix = "Geocache|";
+constexpr std::size_t kUsualKeys = 4;  // in a record
 constexpr int kMostDeclarations = 256; // of namespaces; files have about ten
 
 struct ElementName {
@@ -86,7 +88,7 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 // element nested in the text has no value of its own, so its text is left out.
 std::string textOf(const pugi::xml_node& element)
 {
-    std::string text;
+    std::string text = element.value(); // the first piece, unless it is a CDATA section
     for (const auto& piece : element.children())
         text += piece.value();
     if (text.find('\n') == std::string::npos)
@@ -167,6 +169,7 @@ std::string datePlacedOf(const pugi::xml_node& waypoint, const gps::GPSPoint& po
 gps::Dictionary plainRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
 {
     gps::Dictionary record;
+    record.reserve(kUsualKeys);
     setUnlessEmpty(record, "name", childText(element, "name"));
     record.set("comment", commentOf(element));
     setUnlessEmpty(record, "symbol", childText(element, "sym"));

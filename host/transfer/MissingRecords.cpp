@@ -39,7 +39,7 @@ public:
     {
         for (const auto& file : plan.files) {
             if (file.action != gps::PlannedFile::Action::kSkip)
-                add(device.recordsIn(file));
+                add(file, device);
         }
     }
 
@@ -48,7 +48,7 @@ public:
     DevicePositionSet trackPoints;
 
 private:
-    void add(const gps::Dictionary& records)
+    void add(const gps::PlannedFile& file, const gps::GPSFileDevice& device)
     {
         const auto addTo = [](DevicePositionSet& positions) {
             return [&positions](const gps::Dictionary& record) {
@@ -56,9 +56,12 @@ private:
                     positions.add(*point);
             };
         };
-        forEachElement(records, "waypoint", addTo(waypoints));
-        forEachPointOf(records, "route", addTo(routePoints));
-        forEachPointOf(records, "track", addTo(trackPoints));
+        device.visitRecordsIn(file, [&](std::string_view key, const gps::Dictionary& record) {
+            if (key == "waypoint")
+                addTo(waypoints)(record);
+            else
+                forEachElement(record, "points", addTo(key == "route" ? routePoints : trackPoints));
+        });
     }
 };
 

@@ -37,6 +37,9 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeWidth = 7;
 
+constexpr SentenceListKind kGeoCacheList{"geocache", makeGeoCacheSentenceWithPoint,
+                                         MissingPoint::kRejectList};
+
 // The keys are those of the text fields, from kName to kTerrain.
 static_assert(gps::kGeocacheKeys.size() == kFieldCount - kName);
 
@@ -95,11 +98,16 @@ std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& po
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
 
+bool visitGeoCacheSentence(const gps::Value& element,
+                           const std::function<void(std::string_view sentence)>& visit)
+{
+    return visitSentenceOf(element, kGeoCacheList, visit);
+}
+
 std::optional<std::vector<std::string>>
 makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
 {
-    return makeSentences(list, "geocache", makeGeoCacheSentenceWithPoint,
-                         MissingPoint::kRejectList);
+    return makeSentences(list, kGeoCacheList);
 }
 
 } // namespace magellan

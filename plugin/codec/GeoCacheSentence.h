@@ -6,6 +6,7 @@
 
 #include <gps/Value.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,5 +56,11 @@ makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary&
 ///          never written
 [[nodiscard]] std::optional<std::vector<std::string>>
 makeGeocacheSentencesFromGeocacheList(const gps::Array& list);
+
+/// Makes the sentence of one element of such a list and visits it.
+/// @return  false, after a log line, if the record has no point
+[[nodiscard]] bool
+visitGeoCacheSentence(const gps::Value& element,
+                      const std::function<void(std::string_view sentence)>& visit);
 
 } // namespace magellan

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 
 namespace magellan {
 namespace {
@@ -49,24 +48,6 @@ std::string_view takeField(std::string_view& rest) noexcept
     return field;
 }
 
-/// Approximately how many bytes a copy of a record takes.
-std::size_t bytesOf(const gps::Dictionary& record)
-{
-    std::size_t bytes = 0;
-    for (const auto& [key, value] : record) {
-        const auto* text = value.as<std::string>();
-        bytes += sizeof(gps::DictionaryEntry) + (text != nullptr ? text->size() : 0);
-    }
-    return bytes;
-}
-
-void takeRoom(std::size_t& room, std::size_t bytes)
-{
-    if (bytes > room)
-        throw std::length_error("the points of its routes would take too much memory");
-    room -= bytes;
-}
-
 void logGap(std::int32_t last, std::int32_t expected)
 {
     gps::logLine("route index should have been " + std::to_string(last) + ", was " +
@@ -96,26 +77,25 @@ std::string_view iconOf(const gps::Dictionary& record)
 } // namespace
 
 bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
-                            const gps::Dictionary& waypoints, gps::Dictionary& info,
-                            std::size_t& room)
+                            const gps::Dictionary& waypoints, gps::Dictionary& info)
 {
     const auto fields = SentenceFields::ofSentence(sentence, kRouteSentence);
     if (!fields)
         return false;
     const bool isLast = readRouteInfo(*fields, info);
-    (void)appendRoutePoints(*fields, points, waypoints, room);
+    (void)appendRoutePoints(*fields, points, waypoints);
     return isLast;
 }
 
 std::size_t appendRoutePoints(const SentenceFields& fields, gps::Array& points,
-                              const gps::Dictionary& waypoints, std::size_t& room)
+                              const gps::Dictionary& waypoints)
 {
     std::size_t unknown = 0;
     RoutePointNames names{fields};
     while (const auto name = names.next()) {
-        if (const auto* record = waypoints.findDictionary(*name)) {
-            takeRoom(room, bytesOf(*record));
-            points.emplace_back(*record);
+        const auto* record = waypoints.find(*name);
+        if (record != nullptr && record->as<gps::Dictionary>() != nullptr) {
+            points.push_back(*record); // as a value, which shares it
         } else {
             logUnknownPoint(*name);
             ++unknown;

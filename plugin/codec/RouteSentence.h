@@ -21,29 +21,21 @@ class SentenceFields;
 /// The first field of a route sentence.
 inline constexpr std::string_view kRouteSentence = "PMGNRTE";
 
-/// How many bytes the records of the route points of one text may occupy if each mention of a
-/// waypoint copies its record. Without a limit a few megabytes of mentions could exhaust the
-/// memory.
-constexpr std::size_t kRoutePointRoom = std::size_t{1} << 30;
-
 /// Reads one line of a route: `interpretRouteSentence:into:fromWaypoints:withInfo:`.
 ///
 /// @param sentence   one line as read: "$", body, "*hh", optional line end
 /// @param points     out: the records of the waypoints that the line names are appended, in order.
-///                   An unknown name is logged and skipped
+///                   An unknown name is logged and skipped. All mentions of a waypoint share its
+///                   record, so the points take memory in proportion to the sentences
 /// @param waypoints  waypoint records by name
 /// @param info       in and out: "lastIndex", "name" and "comment" of the route so far. A gap in
 ///                   the sentence numbers is logged
-/// @param room       in and out: how many more bytes of records `points` may take; kRoutePointRoom
-///                   at first
 /// @return           whether the line is the route's last one
-/// @throws gps::RangeError    the body has fewer than 6 fields, an empty letter, or is a message
-///                            without text. Nothing has changed
-/// @throws std::length_error  `room` is exhausted. The points up to there have been appended
+/// @throws gps::RangeError  the body has fewer than 6 fields, an empty letter, or is a message
+///                          without text. Nothing has changed
 /// Source: NMEA 0183 proprietary sentence form.
 [[nodiscard]] bool interpretRouteSentence(std::string_view sentence, gps::Array& points,
-                                          const gps::Dictionary& waypoints, gps::Dictionary& info,
-                                          std::size_t& room);
+                                          const gps::Dictionary& waypoints, gps::Dictionary& info);
 
 /// Where a sentence belongs in its route.
 struct RoutePosition {
@@ -76,13 +68,11 @@ private:
 /// Logs a point whose waypoint is not known.
 void logUnknownPoint(std::string_view name);
 
-/// Appends copies of the records of the waypoints that a list names, as interpretRouteSentence()
-/// does.
+/// Appends the records of the waypoints that a list names, as interpretRouteSentence() does.
 /// @return  how many points are not known
-/// @throws std::length_error  as interpretRouteSentence()
 /// Precondition: readRouteInfo() has accepted the sentence.
 std::size_t appendRoutePoints(const SentenceFields& fields, gps::Array& points,
-                              const gps::Dictionary& waypoints, std::size_t& room);
+                              const gps::Dictionary& waypoints);
 
 /// Writes a route: `makeRouteSentencesFromWaypointList:andInfo:`: lists of two waypoints each, then
 /// the comment as a message.

@@ -1,31 +1,37 @@
 // SPDX-License-Identifier: MIT
-// The one loop behind both list makers.
+// The one step behind both list makers.
 
 #include "SentenceList.h"
 
 #include "CodecLog.h"
 
-#include <utility>
-
 namespace magellan {
 
-std::optional<std::vector<std::string>> makeSentences(const gps::Array& list, std::string_view kind,
-                                                      SentenceMaker make, MissingPoint missingPoint)
+bool visitSentenceOf(const gps::Value& element, const SentenceListKind& kind,
+                     const std::function<void(std::string_view sentence)>& visit)
+{
+    const auto* record = element.as<gps::Dictionary>();
+    const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
+    if (point == nullptr) {
+        logMissingPoint(kind.name, element);
+        return kind.missingPoint == MissingPoint::kSkipRecord;
+    }
+    if (const auto sentence = kind.make(*point, *record))
+        visit(*sentence);
+    else
+        logFailedSentence(element);
+    return true;
+}
+
+std::optional<std::vector<std::string>> makeSentences(const gps::Array& list,
+                                                      const SentenceListKind& kind)
 {
     std::vector<std::string> sentences;
     sentences.reserve(list.size());
+    const auto add = [&](std::string_view sentence) { sentences.emplace_back(sentence); };
     for (const auto& element : list) {
-        const auto* record = element.as<gps::Dictionary>();
-        const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
-        if (point == nullptr) {
-            logMissingPoint(kind, element);
-            if (missingPoint == MissingPoint::kRejectList)
-                return std::nullopt;
-        } else if (auto sentence = make(*point, *record)) {
-            sentences.push_back(std::move(*sentence));
-        } else {
-            logFailedSentence(element);
-        }
+        if (!visitSentenceOf(element, kind, add))
+            return std::nullopt;
     }
     return sentences;
 }

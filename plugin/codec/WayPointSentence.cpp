@@ -28,6 +28,9 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeWidth = 7;
 
+constexpr SentenceListKind kWayPointList{"waypoint", makeWayPointSentenceWithPoint,
+                                         MissingPoint::kSkipRecord};
+
 /// Validates the field count up front, so that a truncated sentence leaves the caller's point and
 /// record untouched. A sentence may end after the altitude, but not right before its name or
 /// comment.
@@ -82,10 +85,15 @@ std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& po
     return NMEAUtils::addChecksumToNMEASentence(body);
 }
 
+void visitWayPointSentence(const gps::Value& element,
+                           const std::function<void(std::string_view sentence)>& visit)
+{
+    (void)visitSentenceOf(element, kWayPointList, visit); // no list is rejected
+}
+
 std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)
 {
-    return *makeSentences(list, "waypoint", makeWayPointSentenceWithPoint,
-                          MissingPoint::kSkipRecord);
+    return *makeSentences(list, kWayPointList);
 }
 
 } // namespace magellan

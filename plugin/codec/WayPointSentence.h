@@ -6,6 +6,7 @@
 
 #include <gps/Value.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,5 +53,9 @@ makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary&
 /// point that cannot be written, is logged and skipped.
 [[nodiscard]] std::vector<std::string>
 makeWayPointSentencesFromWaypointList(const gps::Array& list);
+
+/// Makes the sentence of one element of such a list and visits it.
+void visitWayPointSentence(const gps::Value& element,
+                           const std::function<void(std::string_view sentence)>& visit);
 
 } // namespace magellan

@@ -147,6 +147,24 @@ void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& reco
                     });
 }
 
+void visitEach(const NamedKind& kind, std::string_view text,
+               const std::function<void(const gps::Dictionary& record)>& visit)
+{
+    gps::LineAccount unused;
+    gps::GPSPoint point;
+    gps::Dictionary record;
+    record.reserve(kUsualKeys + 1);
+    forEachSentence(text, kind.sentence, unused,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+                        record.clear();
+                        kind.read(fields, point, &record);
+                        record.set(gps::kPointKey, point);
+                        if (kind.nameIn(fields))
+                            visit(record);
+                        return std::nullopt;
+                    });
+}
+
 /// Like collect(), but streams: it remembers only the fields of the last sentence of each name, as
 /// views into the text, instead of building a record for every line.
 std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status,
@@ -358,6 +376,18 @@ void collectGeoCaches(std::string_view text, gps::Dictionary& records, gps::Line
     collect(kGeoCaches, text, records, account);
 }
 
+void visitWayPoints(std::string_view text,
+                    const std::function<void(const gps::Dictionary& record)>& visit)
+{
+    visitEach(kWayPoints, text, visit);
+}
+
+void visitGeoCaches(std::string_view text,
+                    const std::function<void(const gps::Dictionary& record)>& visit)
+{
+    visitEach(kGeoCaches, text, visit);
+}
+
 gps::Array collectTrackPoints(std::string_view text)
 {
     gps::LineAccount unused;
@@ -382,7 +412,6 @@ void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dicti
     extras.reserve(kUsualKeys);
     gps::Array points;
     gps::Dictionary info;
-    std::size_t room = kRoutePointRoom;
     RouteGaps gaps;
     LinesByName lineOf{account};
     forEachRouteFileSentence(
@@ -400,7 +429,7 @@ void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dicti
         [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
             const bool isLast = readRouteInfo(fields, info);
             gaps.add(fields, number, lines);
-            for (auto n = appendRoutePoints(fields, points, waypoints, room); n > 0; --n)
+            for (auto n = appendRoutePoints(fields, points, waypoints); n > 0; --n)
                 addDefect(lines, number, SkipReason::kUnknownPoint);
             if (isLast && storeRoute(info, points, routes))
                 addDefect(lines, number, SkipReason::kReplaced);

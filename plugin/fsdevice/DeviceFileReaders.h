@@ -16,6 +16,7 @@
 #include <gps/GPSTransferAccount.h>
 #include <gps/Value.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,19 +67,25 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
 /// @param routes     out: complete routes by name: "name", "comment", "lastIndex" and "points", an
 ///                   array of waypoint records
 /// @return           always nullopt
-/// @throws std::length_error  as collectRoutes()
 std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
                                                 gps::Dictionary& routes);
 
-/// The same three for a text that was read already. The records of route points are copies, since
-/// a dictionary cannot share them.
-/// @throws std::length_error  the points of the routes would take more than kRoutePointRoom
+/// The same three for a text that was read already.
 void collectWayPoints(std::string_view text, gps::Dictionary& records,
                       gps::LineAccount* account = nullptr);
 void collectGeoCaches(std::string_view text, gps::Dictionary& records,
                       gps::LineAccount* account = nullptr);
 void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes,
                    gps::LineAccount* account = nullptr);
+
+/// Visits the waypoints, or geocaches, of a text in its order, also those that a later one
+/// replaces.
+/// @param visit  gets the record with its "point"; valid for the call
+/// @throws gps::RangeError  a sentence is truncated; the records before it have been visited
+void visitWayPoints(std::string_view text,
+                    const std::function<void(const gps::Dictionary& record)>& visit);
+void visitGeoCaches(std::string_view text,
+                    const std::function<void(const gps::Dictionary& record)>& visit);
 
 /// The points in the text of a track file, as records that hold only "point".
 [[nodiscard]] gps::Array collectTrackPoints(std::string_view text);

@@ -28,21 +28,28 @@ std::optional<gps::Error> write(std::string_view text, const std::string& path)
     return gps::FileManager{}.writeAsciiFileAtomically(path, text);
 }
 
-/// Joins a file's lines and appends the closing sentence.
-std::string textOf(const std::vector<std::string>& sentences)
-{
-    std::size_t size = 0;
-    for (const auto& sentence : sentences)
-        size += sentence.size() + 2;
-    const std::string closing = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+/// Joins the sentences of a file, which may be millions, as they are made.
+class FileText {
+public:
+    /// @param records  how many sentences to expect
+    explicit FileText(std::size_t records)
+    {
+        constexpr std::size_t kUsualLine = 80; // bytes
+        text_.reserve(records * kUsualLine);
+    }
 
-    std::string text;
-    text.reserve(size + closing.size());
-    for (const auto& sentence : sentences)
-        text.append(sentence).append("\r\n");
-    text += closing;
-    return text;
-}
+    void add(std::string_view sentence) { text_.append(sentence).append("\r\n"); }
+
+    /// Appends the closing sentence and returns the complete text.
+    [[nodiscard]] std::string finish() &&
+    {
+        text_ += gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+        return std::move(text_);
+    }
+
+private:
+    std::string text_;
+};
 
 /// The array under "points"; empty if it is missing or not an array.
 const gps::Array& pointsOf(const gps::Dictionary& record)
@@ -202,31 +209,36 @@ std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::stri
 
 std::string trackText(const gps::Dictionary& track)
 {
-    std::vector<std::string> sentences;
-    for (const auto& element : pointsOf(track)) {
+    const auto& points = pointsOf(track);
+    FileText text{points.size()};
+    for (const auto& element : points) {
         const auto* record = element.as<gps::Dictionary>();
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr)
             continue;
-        if (auto sentence = makeTrackPointSentenceWithPoint(*point))
-            sentences.push_back(std::move(*sentence));
+        if (const auto sentence = makeTrackPointSentenceWithPoint(*point))
+            text.add(*sentence);
         else
             logFailedSentence(element);
     }
-    return textOf(sentences);
+    return std::move(text).finish();
 }
 
 std::string mergedWaypointText(const gps::Array& records, std::string_view present,
                                gps::LineAccount* lines)
 {
     gps::Dictionary merged;
+    merged.reserve(records.size());
     collectWayPoints(present, merged, lines);
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
             merged.set(*name, element);
     }
-    return textOf(makeWayPointSentencesFromWaypointList(merged.takeValues()));
+    FileText text{merged.size()};
+    for (const auto& [name, element] : merged)
+        visitWayPointSentence(element, [&](std::string_view sentence) { text.add(sentence); });
+    return std::move(text).finish();
 }
 
 std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present,
@@ -239,8 +251,12 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::st
         if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
             merged.set(*key, element);
     }
-    const auto sentences = makeGeocacheSentencesFromGeocacheList(merged.takeValues());
-    return sentences ? std::optional{textOf(*sentences)} : std::nullopt;
+    FileText text{merged.size()};
+    for (const auto& [key, element] : merged) {
+        if (!visitGeoCacheSentence(element, [&](std::string_view sentence) { text.add(sentence); }))
+            return std::nullopt;
+    }
+    return std::move(text).finish();
 }
 
 std::string mergedRouteText(const gps::Array& records, std::string_view present,
@@ -254,15 +270,18 @@ std::string mergedRouteText(const gps::Array& records, std::string_view present,
             mergeRoute(*route, waypoints, routes);
     }
 
-    auto sentences = makeWayPointSentencesFromWaypointList(sortedByName(waypoints.takeValues()));
+    const auto list = sortedByName(waypoints.takeValues());
+    FileText text{2 * list.size()};
+    for (const auto& element : list)
+        visitWayPointSentence(element, [&](std::string_view sentence) { text.add(sentence); });
     std::int32_t number = 0;
-    for (auto& element : routes.takeValues()) {
-        auto& route = *element.as<gps::Dictionary>();
+    for (const auto& element : routes.takeValues()) {
+        auto route = *element.as<gps::Dictionary>();
         route.set("number", ++number);
-        for (auto& sentence : makeRouteSentencesFromWaypointList(*route.findArray("points"), route))
-            sentences.push_back(std::move(sentence));
+        for (const auto& sentence : makeRouteSentencesFromWaypointList(pointsOf(route), route))
+            text.add(sentence);
     }
-    return textOf(sentences);
+    return std::move(text).finish();
 }
 
 void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes)
@@ -279,11 +298,14 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
             points.push_back(element);
             continue;
         }
-        gps::Dictionary point = *record;
-        if (present != nullptr)
-            point.set("name", renames.next(*name));
-        waypoints.set(*point.findString("name"), point);
-        points.emplace_back(std::move(point));
+        gps::Value point = element; // shares the record unless it is renamed
+        auto newName = *name;
+        if (present != nullptr) {
+            newName = renames.next(*name);
+            point.as<gps::Dictionary>()->set("name", newName);
+        }
+        waypoints.set(newName, point);
+        points.push_back(std::move(point));
     }
     const auto* name = route.findString("name");
     if (name == nullptr)

@@ -84,6 +84,11 @@ gps::Dictionary FileDevice::recordsIn(const gps::PlannedFile& file) const
     return recordsInFile(file.path, file.content);
 }
 
+void FileDevice::visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const
+{
+    visitRecordsInFile(file.path, file.content, visit);
+}
+
 std::string FileDevice::deviceSymbol(std::string_view symbol) const
 {
     const std::string name{symbol};

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] std::string deviceCharacters() const override;
     [[nodiscard]] std::size_t longestName() const override;
     [[nodiscard]] gps::Dictionary recordsIn(const gps::PlannedFile& file) const override;
+    void visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 };

@@ -24,6 +24,11 @@ std::optional<gps::Array> unlessEmpty(gps::Array list)
 
 } // namespace
 
+bool hasGeocache(const gps::Array& list)
+{
+    return std::any_of(list.begin(), list.end(), isGeocacheRecord);
+}
+
 SplitList extractGeocachesFromList(const gps::Array& list)
 {
     gps::Array waypoints;

@@ -15,6 +15,9 @@ struct SplitList {
     std::optional<gps::Array> geocaches; ///< in the reverse of the list's order
 };
 
+/// Whether any record of a list is a geocache.
+[[nodiscard]] bool hasGeocache(const gps::Array& list);
+
 /// `extractGeocachesFromList:toWaypoints:toGeocaches:`: splits a list of waypoint records. A
 /// geocache is a record whose "symbol" begins with "Geocache".
 [[nodiscard]] SplitList extractGeocachesFromList(const gps::Array& list);

@@ -69,13 +69,13 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
 {
     int number = 0; // lower numbers are taken, by the device or by tracks planned already
     std::size_t planned = 0;
-    for (const auto& element : job.records) {
+    for (const auto& element : job.records()) {
         const auto* track = element.as<gps::Dictionary>();
         if (track == nullptr)
             continue;
         const auto path = nextTrackPath(*job.folder, number);
         if (!path) {
-            const auto left = job.records.size() - planned;
+            const auto left = job.records().size() - planned;
             plan.remarks.push_back("There is no free name for " + std::to_string(left) +
                                    (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
             return;
@@ -88,10 +88,10 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
 std::optional<std::string> mergedText(const SendJob& job, std::string_view present)
 {
     if (job.kind == RecordKind::kWaypoints)
-        return mergedWaypointText(job.records, present);
+        return mergedWaypointText(job.records(), present);
     if (job.kind == RecordKind::kGeocaches)
-        return mergedGeocacheText(job.records, present);
-    return mergedRouteText(job.records, present);
+        return mergedGeocacheText(job.records(), present);
+    return mergedRouteText(job.records(), present);
 }
 
 gps::Array recordsIn(RecordKind kind, std::string_view text)
@@ -238,6 +238,27 @@ gps::Dictionary recordsInFile(std::string_view path, std::string_view text)
         return {};
     return {
         {"track", gps::Array{gps::Dictionary{{"points", recordsIn(RecordKind::kTracks, text)}}}}};
+}
+
+void visitRecordsInFile(std::string_view path, std::string_view text,
+                        const gps::GPSFileDevice::RecordVisitor& visit)
+{
+    const auto extension = gps::pathExtension(path);
+    const auto visitWaypoint = [&visit](const gps::Dictionary& record) {
+        visit("waypoint", record);
+    };
+    try {
+        if (extension == "upt")
+            return visitWayPoints(text, visitWaypoint);
+        if (extension == "gs")
+            return visitGeoCaches(text, visitWaypoint);
+    } catch (const gps::RangeError&) {
+        return;
+    }
+    for (const auto& [key, value] : recordsInFile(path, text)) {
+        for (const auto& record : *value.as<gps::Array>())
+            visit(key, *record.as<gps::Dictionary>());
+    }
 }
 
 std::vector<std::string> existingDataFolders(const gps::Dictionary& folders,

@@ -66,6 +66,10 @@ private:
 /// gps::GPSFileDevice::recordsIn() does.
 [[nodiscard]] gps::Dictionary recordsInFile(std::string_view path, std::string_view text);
 
+/// Visits them one by one, as gps::GPSFileDevice::visitRecordsIn() does.
+void visitRecordsInFile(std::string_view path, std::string_view text,
+                        const gps::GPSFileDevice::RecordVisitor& visit);
+
 /// The data folders of a volume that exist, as absolute paths, each once.
 /// @param folders   the folder dictionary of the volume
 /// @param failures  the errors of the folders of which it is not known whether they exist are added

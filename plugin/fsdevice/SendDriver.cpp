@@ -23,15 +23,15 @@ std::optional<gps::Error> write(const SendJob& job, gps::FileAccount& present)
 {
     switch (job.kind) {
     case RecordKind::kTracks:
-        return saveTracks(job.records, *job.folder, false);
+        return saveTracks(job.records(), *job.folder, false);
     case RecordKind::kWaypoints:
-        return saveWaypoints(job.records, *job.folder, false, &present);
+        return saveWaypoints(job.records(), *job.folder, false, &present);
     case RecordKind::kGeocaches:
-        return saveGeocaches(job.records, *job.folder, false, &present);
+        return saveGeocaches(job.records(), *job.folder, false, &present);
     case RecordKind::kRoutes:
         break;
     }
-    return saveRoutes(job.records, *job.folder, false, &present);
+    return saveRoutes(job.records(), *job.folder, false, &present);
 }
 
 /// Whether the host has asked for the end of the send. The account then says so.

@@ -19,9 +19,11 @@ namespace magellan {
 /// The records of one kind that a send writes.
 struct SendJob {
     RecordKind kind;
-    gps::Array records;
+    gps::Value list; ///< an array, which is shared with the data if it is the same
     std::optional<std::string> folder; ///< absolute; nullopt: the receiver has no folder for the
                                        ///< kind, so nothing is written
+
+    [[nodiscard]] const gps::Array& records() const noexcept { return *list.as<gps::Array>(); }
 };
 
 /// The path to name in messages about a job: the default file into which its records are merged or,

@@ -175,7 +175,7 @@ std::size_t geocachesIn(std::string_view content)
 void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks)
 {
     Remarks gathered{remarks};
-    for (const auto& element : job.records) {
+    for (const auto& element : job.records()) {
         const auto* record = element.as<gps::Dictionary>();
         if (record == nullptr)
             continue;

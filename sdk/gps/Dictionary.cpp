@@ -76,8 +76,8 @@ Dictionary::Dictionary(const Dictionary& other)
 }
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
-    : entries_(std::move(other.entries_)), used_(std::exchange(other.used_, 0)),
-      index_(std::move(other.index_))
+    : entries_(std::move(other.entries_)), index_(std::move(other.index_)),
+      used_(std::exchange(other.used_, 0))
 {
     other.entries_.clear();
 }
@@ -147,7 +147,7 @@ const Array* Dictionary::findArray(std::string_view key) const noexcept
     return value != nullptr ? value->as<Array>() : nullptr;
 }
 
-Array* Dictionary::findArray(std::string_view key) noexcept
+Array* Dictionary::findArray(std::string_view key)
 {
     Value* value = find(key);
     return value != nullptr ? value->as<Array>() : nullptr;

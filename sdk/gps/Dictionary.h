@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Dictionary: maps string keys to values and keeps the order in which the keys were set. Records,
-// options and an error's user information are dictionaries. A plain value: a copy shares nothing
-// with its original, so each thread may hold its own [any]. This header is enough to pass
+// options and an error's user information are dictionaries. A plain value: a change never shows in
+// a copy, so each thread may hold its own [any]. This header is enough to pass
 // dictionaries on; include <gps/Value.h> to read or change their values.
 
 #pragma once
@@ -25,7 +25,8 @@ using Array = std::vector<Value>;
 ///
 /// Setting a present key keeps its position; removing it and setting it again moves it to the end.
 /// A dictionary never holds an empty value: setting one removes the key. Pointers and iterators
-/// stay valid until the next change of the dictionary.
+/// stay valid until the next change of the dictionary. One that allows changes is also no longer
+/// to be used once the dictionary was copied: the copy would change as well.
 ///
 /// Precondition of every change: keys and texts passed as views do not point into this dictionary.
 class Dictionary {
@@ -57,7 +58,7 @@ public:
     [[nodiscard]] const std::string* findString(std::string_view key) const noexcept;
     [[nodiscard]] const Dictionary* findDictionary(std::string_view key) const noexcept;
     [[nodiscard]] const Array* findArray(std::string_view key) const noexcept;
-    [[nodiscard]] Array* findArray(std::string_view key) noexcept;
+    [[nodiscard]] Array* findArray(std::string_view key);
 
     void set(std::string_view key, Value value);
 
@@ -92,8 +93,8 @@ private:
     // [0, used_) are in use, where a removed entry has an empty value; the rest is storage for
     // reuse.
     std::vector<DictionaryEntry> entries_;
-    std::uint32_t used_ = 0;       // 32 bits: a million records are a million dictionaries
     std::unique_ptr<Index> index_; // only in a large dictionary
+    std::uint32_t used_ = 0;       // 32 bits: a million records are a million dictionaries
 };
 
 } // namespace gps

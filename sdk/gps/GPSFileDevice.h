@@ -9,6 +9,7 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -122,6 +123,12 @@ public:
     /// "waypoint" (geocaches included), "route" or "track", with the point of each record under
     /// "point". Empty if the file has a damaged sentence. Does not read the device.
     [[nodiscard]] virtual Dictionary recordsIn(const PlannedFile& file) const = 0;
+
+    /// Visits the same records one by one, so that memory does not grow with the file's waypoints.
+    /// Of several waypoints with one name, visits all. A damaged sentence ends the visit.
+    /// @param visit  gets "waypoint", "route" or "track", and a record that is valid for the call
+    using RecordVisitor = std::function<void(std::string_view key, const Dictionary& record)>;
+    virtual void visitRecordsIn(const PlannedFile& file, const RecordVisitor& visit) const = 0;
 
     /// The code that a device stores for a symbol. Two symbols with the same code are one symbol to
     /// the device.

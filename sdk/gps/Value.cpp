@@ -64,8 +64,8 @@ void appendDescription(std::string& out, const Value& value)
 
 } // namespace
 
-Value::Value(Array array) noexcept : held_(std::move(array)) {}
-Value::Value(Dictionary dictionary) noexcept : held_(std::move(dictionary)) {}
+Value::Value(Array array) : held_(CopyOnWrite{std::move(array)}) {}
+Value::Value(Dictionary dictionary) : held_(CopyOnWrite{std::move(dictionary)}) {}
 
 bool Value::boolReading() const noexcept
 {

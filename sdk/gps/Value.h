@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Value: an element of a dictionary or an array: a number, string, boxed point, array, dictionary
-// or status object, or empty. Values are copied deeply, so each thread may hold its own [any]. Only
-// a status object is shared; its class states which threads may call it.
+// or status object, or empty. A change of a value never shows in its copies, so each thread may
+// hold its own [any]. Only a status object is shared; its class states which threads may call it.
 
 #pragma once
 
+#include <gps/CopyOnWrite.h>
 #include <gps/Dictionary.h>
 #include <gps/GPSPoint.h>
 #include <gps/Number.h>
@@ -33,19 +34,33 @@ public:
     Value(std::string_view text) : held_(std::string{text}) {}
     Value(const char* text) : held_(std::string{text}) {}
     Value(const GPSPoint& point) noexcept : held_(point) {}
-    Value(Array array) noexcept;
-    Value(Dictionary dictionary) noexcept;
+    Value(Array array);
+    Value(Dictionary dictionary);
     Value(std::shared_ptr<GPSOutputReceiver> status) noexcept : held_(std::move(status)) {}
 
     [[nodiscard]] bool isNone() const noexcept { return held_.index() == 0; } ///< whether empty
 
     /// The held object if it is a T, otherwise null. T is Number, std::string, GPSPoint, Array,
-    /// Dictionary or std::shared_ptr<GPSOutputReceiver>.
+    /// Dictionary or std::shared_ptr<GPSOutputReceiver>. Copies of a value share an array or a
+    /// dictionary until it is accessed for a change; that access copies its elements first.
     template <typename T> [[nodiscard]] const T* as() const noexcept
     {
-        return std::get_if<T>(&held_);
+        if constexpr (kIsShared<T>) {
+            const auto* const shared = std::get_if<CopyOnWrite<T>>(&held_);
+            return shared != nullptr ? shared->get() : nullptr;
+        } else {
+            return std::get_if<T>(&held_);
+        }
     }
-    template <typename T> [[nodiscard]] T* as() noexcept { return std::get_if<T>(&held_); }
+    template <typename T> [[nodiscard]] T* as()
+    {
+        if constexpr (kIsShared<T>) {
+            auto* const shared = std::get_if<CopyOnWrite<T>>(&held_);
+            return shared != nullptr ? shared->change() : nullptr;
+        } else {
+            return std::get_if<T>(&held_);
+        }
+    }
 
     /// Whether the value is a number or a string, the types that the readings below convert.
     [[nodiscard]] bool hasReading() const noexcept
@@ -63,9 +78,12 @@ public:
     friend bool operator==(const Value& a, const Value& b) noexcept;
 
 private:
+    template <typename T> static constexpr bool kIsShared =
+        std::is_same_v<T, Array> || std::is_same_v<T, Dictionary>;
+
     friend class Dictionary;
-    std::variant<std::monostate, Number, std::string, GPSPoint, Array, Dictionary,
-                 std::shared_ptr<GPSOutputReceiver>>
+    std::variant<std::monostate, Number, std::string, GPSPoint, CopyOnWrite<Array>,
+                 CopyOnWrite<Dictionary>, std::shared_ptr<GPSOutputReceiver>>
         held_;
 };
 

@@ -141,6 +141,13 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     }
     std::size_t longestName() const override { return 10; }
     gps::Dictionary recordsIn(const gps::PlannedFile& file) const override { return decode(file); }
+    void visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const override
+    {
+        for (const auto& [key, list] : decode(file)) {
+            for (const auto& record : *list.as<gps::Array>())
+                visit(key, *record.as<gps::Dictionary>());
+        }
+    }
     std::string deviceSymbol(std::string_view symbol) const override
     {
         return storedSymbol(std::string{symbol});

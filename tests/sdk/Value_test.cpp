@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace gps {
 namespace {
@@ -65,14 +66,44 @@ TEST(Value, PointsAreEqualBitForBit)
     EXPECT_NE(Value{(GPSPoint{0.0, 0, 0, 0, 0})}, Value{(GPSPoint{-0.0, 0, 0, 0, 0})});
 }
 
-TEST(Value, ACopySharesNothing)
+TEST(Value, AChangeOfACopyDoesNotShowInTheOriginal)
 {
     const Dictionary content{{"list", Array{1, 2}}};
     const Value original{content};
     Value copy = original;
     copy.as<Dictionary>()->find("list")->as<Array>()->clear();
-    EXPECT_EQ(original, Value{content});
+    EXPECT_EQ(original, (Value{Dictionary{{"list", Array{1, 2}}}}));
     EXPECT_NE(original, copy);
+}
+
+TEST(Value, AChangeOfTheOriginalDoesNotShowInItsCopy)
+{
+    Array list{1, Dictionary{{"k", "v"}}};
+    const auto copy = list;
+    list[1].as<Dictionary>()->set("k", "changed");
+    EXPECT_EQ(*copy[1].as<Dictionary>()->findString("k"), "v");
+}
+
+TEST(Value, CopiesShareTheirElementsUntilOneIsChanged)
+{
+    const Value original{Array{1, 2}};
+    Value copy = original;
+    EXPECT_EQ(std::as_const(copy).as<Array>(), original.as<Array>());
+    copy.as<Array>()->push_back(3);
+    EXPECT_NE(std::as_const(copy).as<Array>(), original.as<Array>());
+    EXPECT_EQ(original.as<Array>()->size(), 2U);
+}
+
+TEST(Value, AMovedOutArrayOrDictionaryIsNeither)
+{
+    Value array{Array{1}};
+    Value dictionary{Dictionary{{"a", 1}}};
+    const Value taken[] = {std::move(array), std::move(dictionary)};
+    EXPECT_EQ(taken[0], Value{Array{1}});
+    EXPECT_EQ(array.as<Array>(), nullptr);           // NOLINT(bugprone-use-after-move): the point
+    EXPECT_EQ(dictionary.as<Dictionary>(), nullptr); // NOLINT(bugprone-use-after-move)
+    array = Array{2};
+    EXPECT_EQ(array, Value{Array{2}});
 }
 
 TEST(Value, BooleanReadingsOfEachType)

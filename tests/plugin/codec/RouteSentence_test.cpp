@@ -12,7 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -36,7 +35,7 @@ struct Reading {
     bool take(std::string_view body) { return takeLine(sentence(body)); }
     bool takeLine(std::string_view line)
     {
-        return interpretRouteSentence(line, points, waypoints, info, room);
+        return interpretRouteSentence(line, points, waypoints, info);
     }
 
     /// The names of the points so far, joined.
@@ -51,7 +50,6 @@ struct Reading {
     gps::Array points;
     gps::Dictionary waypoints;
     gps::Dictionary info;
-    std::size_t room = kRoutePointRoom;
 
     Reading()
     {
@@ -80,36 +78,15 @@ TEST(ReadRoute, PointsAreTheRecordsOfTheWaypointsWithTheirPoint)
     EXPECT_EQ(route.points.front(), *route.waypoints.find("B"));
 }
 
-TEST(ReadRoute, PointsThatFillTheMemoryLimitToTheLastByteAreAccepted)
+TEST(ReadRoute, AllMentionsOfAWaypointShareItsRecord)
 {
     Reading route;
-    route.take("PMGNRTE,2,1,c,1,R,A,a");
-    const auto bytesOfOne = kRoutePointRoom - route.room;
-    EXPECT_GT(bytesOfOne, 0U);
-
-    route.room = 2 * bytesOfOne;
-    EXPECT_TRUE(route.take("PMGNRTE,2,2,c,1,R,B,a,C,a"));
-    EXPECT_EQ(route.names(), "ABC");
-    EXPECT_EQ(route.room, 0U);
-}
-
-TEST(ReadRoute, APointOneByteBeyondTheMemoryLimitThrows)
-{
-    Reading route;
-    route.take("PMGNRTE,2,1,c,1,R,A,a");
-    route.room = 2 * (kRoutePointRoom - route.room) - 1;
-    EXPECT_THROW((void)route.take("PMGNRTE,2,2,c,1,R,B,a,C,a"), std::length_error);
-    EXPECT_EQ(route.names(), "AB");
-}
-
-TEST(ReadRoute, ALongCommentCountsTowardsTheMemoryLimit)
-{
-    Reading route;
-    route.waypoints.set("G", gps::Dictionary{{"name", "G"},
-                                             {"point", gps::GPSPoint{}},
-                                             {"comment", std::string(1000, 'x')}});
-    route.take("PMGNRTE,2,1,c,1,R,G,a");
-    EXPECT_GT(kRoutePointRoom - route.room, 1000U);
+    EXPECT_TRUE(route.take("PMGNRTE,1,1,c,1,R,A,a,B,a,A,a"));
+    EXPECT_EQ(route.names(), "ABA");
+    const gps::Array& points = route.points;
+    EXPECT_EQ(points[0].as<gps::Dictionary>(), points[2].as<gps::Dictionary>());
+    EXPECT_EQ(points[0].as<gps::Dictionary>(),
+              std::as_const(route.waypoints).find("A")->as<gps::Dictionary>());
 }
 
 TEST(ReadRoute, EverySentenceOverwritesTheName)

@@ -33,17 +33,17 @@ TEST(SentenceList, HasOneSentencePerRecordInTheListsOrder)
 {
     const support::LogCapture log;
     EXPECT_THAT(
-        makeSentences({record("B", 1), record("A", 2), record("B", 1)}, "thing", described,
-                      MissingPoint::kSkipRecord),
+        makeSentences({record("B", 1), record("A", 2), record("B", 1)},
+                      {"thing", described, MissingPoint::kSkipRecord}),
         Optional(ElementsAre("B (1, 0, 0, 0, 0)", "A (2, 0, 0, 0, 0)", "B (1, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST(SentenceList, AnEmptyListYieldsAnEmptyList)
 {
-    EXPECT_THAT(makeSentences({}, "thing", described, MissingPoint::kSkipRecord),
+    EXPECT_THAT(makeSentences({}, {"thing", described, MissingPoint::kSkipRecord}),
                 Optional(IsEmpty()));
-    EXPECT_THAT(makeSentences({}, "thing", described, MissingPoint::kRejectList),
+    EXPECT_THAT(makeSentences({}, {"thing", described, MissingPoint::kRejectList}),
                 Optional(IsEmpty()));
 }
 
@@ -51,7 +51,7 @@ TEST(SentenceList, ARecordWithoutItsPointIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, record("C", 3)},
-                              "thing", described, MissingPoint::kSkipRecord),
+                              {"thing", described, MissingPoint::kSkipRecord}),
                 Optional(ElementsAre("A (1, 0, 0, 0, 0)", "C (3, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -61,7 +61,7 @@ TEST(SentenceList, ARecordWithoutItsPointRejectsTheListIfRequested)
     const support::LogCapture log;
     EXPECT_EQ(makeSentences(
                   {record("A", 1), gps::Dictionary{{"name", "B"}}, gps::Dictionary{{"name", "C"}}},
-                  "thing", described, MissingPoint::kRejectList),
+                  {"thing", described, MissingPoint::kRejectList}),
               std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -71,7 +71,7 @@ TEST(SentenceList, ARecordThatCannotBeWrittenIsSkippedWithOneLogLineInEitherCase
     for (const auto missingPoint : {MissingPoint::kSkipRecord, MissingPoint::kRejectList}) {
         const support::LogCapture log;
         EXPECT_THAT(makeSentences({gps::Dictionary{{"point", gps::GPSPoint{}}}, record("B", 2)},
-                                  "thing", described, missingPoint),
+                                  {"thing", described, missingPoint}),
                     Optional(ElementsAre("B (2, 0, 0, 0, 0)")));
         EXPECT_THAT(
             log.lines(),

@@ -399,13 +399,28 @@ private:
 TEST_F(ReadRoutes, ShareTheRecordsOfTheirWaypoints)
 {
     constexpr std::size_t kComment = 4 << 20;
+    constexpr std::size_t kMentions = 4096; // copies of the record would take 16 GiB
     std::string mentions = "PMGNRTE,1,1,c,1,R";
-    for (std::size_t i = 0; i <= kRoutePointRoom / kComment; ++i)
+    for (std::size_t i = 0; i < kMentions; ++i)
         mentions += ",A,a";
     const auto path = put({wayPoint("A", std::string(kComment, 'x')), sentence(mentions)});
     CountingReceiver counting;
     EXPECT_EQ(acquireRoutes(counting, path), std::nullopt);
-    EXPECT_EQ(counting.count(), 1 + kRoutePointRoom / kComment);
+    EXPECT_EQ(counting.count(), kMentions);
+}
+
+TEST_F(ReadRoutes, CollectedOnesShareTheRecordsOfTheirWaypoints)
+{
+    constexpr std::size_t kMentions = 4096; // copies of the record would take 16 GiB
+    std::string mentions = "PMGNRTE,1,1,c,1,R";
+    for (std::size_t i = 0; i < kMentions; ++i)
+        mentions += ",A,a";
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    collectRoutes(wayPoint("A", std::string(4 << 20, 'x')) + "\r\n" + sentence(mentions), waypoints,
+                  routes);
+    ASSERT_NE(routes.findDictionary("R"), nullptr);
+    EXPECT_EQ(routes.findDictionary("R")->findArray("points")->size(), kMentions);
 }
 
 TEST_F(ReadRoutes, CollectedOnesHoldTheirPointsInOrder)

@@ -202,6 +202,39 @@ TEST_F(Snapshot, PlannedFileWithADamagedSentenceOrOfAnotherKindDecodesToNothing)
     EXPECT_EQ(device->recordsIn({"/a.txt", Action::kCreate, text, {}}), gps::Dictionary{});
 }
 
+/// What a visit of a file's records yields, in the form of recordsIn().
+gps::Dictionary visited(const gps::GPSFileDevice& device, const gps::PlannedFile& file)
+{
+    gps::Dictionary records;
+    device.visitRecordsIn(file, [&](std::string_view key, const gps::Dictionary& record) {
+        if (!records.contains(key))
+            records.set(key, gps::Array{});
+        records.findArray(key)->emplace_back(record);
+    });
+    return records;
+}
+
+TEST_F(Snapshot, AVisitOfAPlannedFileYieldsTheSameRecords)
+{
+    const auto planned =
+        plan({{"track", gps::Array{gps::Dictionary{{"points", gps::Array{waypoint("")}}}}},
+              {"waypoint", gps::Array{waypoint("A"), waypoint("B"), waypoint("Oak", "Geocache")}},
+              {"route",
+               gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("B")}}}}}});
+    const auto device = driver();
+    for (const auto& file : planned.files)
+        EXPECT_EQ(visited(*device, file), device->recordsIn(file)) << file.path;
+}
+
+TEST_F(Snapshot, AVisitEndsAtADamagedSentence)
+{
+    const auto text = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0,M,A,,a") + "\r\n" +
+                      support::sentence("PMGNWPL,4630.00000,N") + "\r\n" +
+                      support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0,M,B,,a");
+    EXPECT_THAT(namesIn(visited(*driver(), {"/a.upt", Action::kCreate, text, {}}), "waypoint"),
+                ElementsAre("A"));
+}
+
 TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
 {
     receiver.put("My POIs/b.upt", {kOld});

@@ -30,7 +30,7 @@ std::vector<std::string> bracketTexts(const gps::Dictionary& data,
         text += ' ' + std::to_string(static_cast<int>(bracket.kind)) + ':';
         for (const auto& job : bracket.jobs)
             text += ' ' + (job.folder ? targetOf(job) : "nowhere") + '(' +
-                    std::to_string(job.records.size()) + ')';
+                    std::to_string(job.records().size()) + ')';
     }
     return brackets;
 }
