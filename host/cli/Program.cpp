@@ -15,6 +15,7 @@
 #include <fmt/format.h>
 
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -99,9 +100,7 @@ ExitStatus run(const CommandOptions& command, const Console& console)
     return std::visit(Runner{plugIn, console}, command);
 }
 
-} // namespace
-
-ExitStatus runProgram(int argc, const char* const* argv)
+ExitStatus runAny(int argc, const char* const* argv)
 {
     if (argc > 1 && std::string_view{argv[1]} == kCompleteCommand)
         return print(completionsFor(wordsToComplete(argc, argv)), Console{false});
@@ -114,13 +113,21 @@ ExitStatus runProgram(int argc, const char* const* argv)
         (void)output.flush(); // if stderr is closed, the exit status is all there is
         return parsed.status;
     }
-    const Console console{globalOptions(*parsed.options).quiet};
+    return run(*parsed.options, Console{globalOptions(*parsed.options).quiet});
+}
+
+} // namespace
+
+ExitStatus runProgram(int argc, const char* const* argv)
+{
     try {
-        return run(*parsed.options, console);
+        return runAny(argc, argv);
+    } catch (const std::bad_alloc&) { // by now its objects have been destroyed
+        Console{false}.error("There is not enough memory. Close other programs, and try again.");
     } catch (const std::exception& failure) {
-        console.error(fmt::format("Something unexpected happened: {}", failure.what()));
-        return ExitStatus::kFailed;
+        Console{false}.error(fmt::format("Something unexpected happened: {}", failure.what()));
     }
+    return ExitStatus::kFailed;
 }
 
 ExitStatus print(std::string_view text, const Console& console)

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The entry point of magellangps. Makes sure that the standard streams exist, then runs the
-// program.
+// The entry point of magellangps. Makes sure that the standard streams exist and that a lack of
+// memory ends the program in an orderly way, then runs it.
 
 #include "host/cli/Commands.h"
 #include "host/operations/Operation.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <new>
+#include <string_view>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,11 +28,31 @@ void openClosedStandardStreams()
         ::close(file);
 }
 
+/// Ends the program with a message if memory has run out where no handler is: on a driver's thread,
+/// or in a function that must not throw. Files get their names only when they are complete, so
+/// there is nothing to undo. Any other exception is a defect, and leaves a core.
+[[noreturn]] void leaveForLackOfMemory() noexcept
+{
+    constexpr std::string_view kText = "magellangps: There is not enough memory. Close other "
+                                       "programs, and try again.\n";
+    try {
+        if (const auto current = std::current_exception())
+            std::rethrow_exception(current);
+    } catch (const std::bad_alloc&) {
+        (void)!::write(STDERR_FILENO, kText.data(), kText.size());
+        std::_Exit(static_cast<int>(host::ExitStatus::kFailed));
+    } catch (...) {
+        std::abort();
+    }
+    std::abort();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     openClosedStandardStreams();
+    std::set_terminate(leaveForLackOfMemory);
     const auto status = static_cast<int>(host::runProgram(argc, argv));
     if (host::hasAbandonedOperation()) { // its thread must not meet destroyed objects
         std::fflush(nullptr);

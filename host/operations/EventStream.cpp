@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -14,23 +15,56 @@ namespace host {
 // How long next() waits before it takes a batch that is not full, or returns an empty one.
 static constexpr std::chrono::milliseconds kLongestWait{50};
 
+// How many batches there can be: those that wait, the one being filled, and the consumer's.
+static constexpr std::size_t kAllBatches = EventStream::kMostBatches + 2;
+
+void EventBatch::noteTextsOf(const gps::Dictionary& record) noexcept
+{
+    constexpr std::size_t kUsualText = 1024; // bytes
+    for (const auto& [key, value] : record) {
+        const auto* const text = value.as<std::string>();
+        if (text != nullptr && text->size() > kUsualText)
+            longTexts_ += text->size();
+    }
+}
+
+EventStream::EventStream()
+{
+    full_.reserve(kAllBatches);
+    spares_.reserve(kAllBatches);
+}
+
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
 {
     std::unique_lock lock{mutex_};
     hasRoom_.wait(lock, [this] { return ended_ || full_.size() < kMostBatches; });
     if (ended_)
         return;
-    Event& event = filling_.add();
-    event.kind = kind;
-    fill(event);
+    try {
+        fillNext(kind, fill);
+    } catch (const std::bad_alloc&) {
+        isIncomplete_ = true;
+    }
     if (kind == EventKind::kStartTransfer)
         ++transfersBegun_;
-    ended_ = kind == EventKind::kStateChange && event.state == 0;
-    if (ended_ || filling_.size() == kBatchSize)
+    if (filling_.size() == kBatchSize || filling_.isLarge())
         handOver();
 }
 
-void EventStream::handOver()
+template <typename Fill> void EventStream::fillNext(EventKind kind, Fill fill)
+{
+    Event& event = filling_.add();
+    event.kind = kind;
+    try {
+        fill(event);
+        filling_.noteTextsOf(event.record);
+    } catch (const std::bad_alloc&) {
+        filling_.removeLast(); // an event with half of its record would be a wrong one
+        throw;
+    }
+}
+
+void EventStream::handOver() noexcept
 {
     full_.push_back(std::exchange(filling_, {}));
     if (!spares_.empty()) {
@@ -44,7 +78,7 @@ void EventStream::close()
 {
     const std::lock_guard lock{mutex_};
     ended_ = true;
-    handOver();
+    arrived_.notify_one();
     hasRoom_.notify_all();
 }
 
@@ -52,6 +86,8 @@ bool EventStream::next(EventBatch& batch)
 {
     std::unique_lock lock{mutex_};
     batch.clear();
+    if (batch.isLarge())
+        batch = {};
     spares_.push_back(std::exchange(batch, {}));
     if (full_.empty() && !ended_)
         arrived_.wait_for(lock, kLongestWait);
@@ -63,7 +99,7 @@ bool EventStream::next(EventBatch& batch)
         return !ended_;
     }
     batch = std::move(full_.front());
-    full_.pop_front();
+    full_.erase(full_.begin());
     hasRoom_.notify_one();
     return true;
 }
@@ -74,9 +110,17 @@ std::size_t EventStream::transfersBegun() const
     return transfersBegun_;
 }
 
+bool EventStream::isIncomplete() const
+{
+    const std::lock_guard lock{mutex_};
+    return isIncomplete_;
+}
+
 void EventStream::gpsStateChange(std::int32_t state)
 {
     append(EventKind::kStateChange, [&](Event& event) { event.state = state; });
+    if (state == 0)
+        close(); // also if there was no memory for the event: the consumer waits for the end
 }
 
 void EventStream::startTransfer(gps::TransferKind kind)

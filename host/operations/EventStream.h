@@ -10,7 +10,6 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <mutex>
 #include <string_view>
 #include <vector>
@@ -25,26 +24,39 @@ public:
     [[nodiscard]] const Event* end() const noexcept { return events_.data() + used_; }
     [[nodiscard]] std::size_t size() const noexcept { return used_; }
 
+    /// Whether long texts have made it so large that it must neither grow nor be reused.
+    [[nodiscard]] bool isLarge() const noexcept { return longTexts_ >= kMostLongTexts; }
+
+    /// Counts the long texts in a record that was stored here. Those of real receivers are short.
+    void noteTextsOf(const gps::Dictionary& record) noexcept;
+
     Event& add()
     {
         if (used_ == events_.size())
             events_.emplace_back();
         return events_[used_++];
     }
+    void removeLast() noexcept { --used_; }
     void clear() noexcept { used_ = 0; } ///< keeps the storage
 
 private:
+    static constexpr std::size_t kMostLongTexts = std::size_t{1} << 20; // bytes
+
     std::vector<Event> events_;
     std::size_t used_ = 0;
+    std::size_t longTexts_ = 0; // bytes since it was created: cleared events keep their storage
 };
 
 /// A bounded queue: a driver that is faster than the consumer waits for it, so memory does not grow
-/// with the number of records. The stream ends with the idle report or when it is closed; later
-/// calls of the driver are dropped.
+/// with the number of records, nor with the length of their texts. The stream ends with the idle
+/// report or when it is closed; later calls of the driver are dropped. A call that there is no
+/// memory for is dropped, too: a status object must not throw.
 class EventStream final : public gps::GPSOutputReceiver {
 public:
     static constexpr std::size_t kBatchSize = 256;
     static constexpr std::size_t kMostBatches = 16; ///< full batches that wait for the consumer
+
+    EventStream();
 
     // The driver's side.
     void gpsStateChange(std::int32_t state) override;
@@ -72,18 +84,23 @@ public:
     /// How many transfers have begun so far. [any]
     [[nodiscard]] std::size_t transfersBegun() const;
 
+    /// Whether a call was dropped because there was no memory for it. [any]
+    [[nodiscard]] bool isIncomplete() const;
+
 private:
     template <typename Fill> void append(EventKind kind, Fill fill);
-    void handOver();
+    template <typename Fill> void fillNext(EventKind kind, Fill fill);
+    void handOver() noexcept;
 
     mutable std::mutex mutex_;
     std::condition_variable arrived_;
     std::condition_variable hasRoom_;
     EventBatch filling_;
-    std::deque<EventBatch> full_;
+    std::vector<EventBatch> full_; // in order; has room for all batches, and so have the spares
     std::vector<EventBatch> spares_;
     std::size_t transfersBegun_ = 0;
     bool ended_ = false;
+    bool isIncomplete_ = false;
 };
 
 } // namespace host

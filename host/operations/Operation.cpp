@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -70,9 +71,19 @@ public:
     }
 
 private:
-    void addLine(std::string_view line, const gps::Error* error)
+    // Called by whoever logs, who must not get an exception.
+    void addLine(std::string_view line, const gps::Error* error) noexcept
     {
         const std::lock_guard lock{mutex_};
+        try {
+            keep(line, error);
+        } catch (const std::bad_alloc&) {
+            ++(error != nullptr ? digest_.moreErrors : digest_.moreLines);
+        }
+    }
+
+    void keep(std::string_view line, const gps::Error* error)
+    {
         const auto path = error != nullptr ? error->path() : std::nullopt;
         if (!path)
             keepLine(line);
@@ -145,11 +156,18 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
     const auto stream = std::make_shared<EventStream>();
     LogDigest log{*stream};
     Outcome outcome;
+    std::exception_ptr failure;
     std::thread consumer{[&] {
         EventBatch batch;
         while (stream->next(batch)) {
-            addEvents(outcome, batch);
-            consume(batch);
+            if (failure)
+                continue; // the driver must not wait for room in the queue
+            try {
+                addEvents(outcome, batch);
+                consume(batch);
+            } catch (...) {
+                failure = std::current_exception();
+            }
             if (waits && !endsOperation(batch) && !waits()) {
                 outcome.isAbandoned = true;
                 stream->close(); // nobody makes room in the queue any more
@@ -161,6 +179,10 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
     if (error)
         stream->close();
     consumer.join();
+    if (failure)
+        std::rethrow_exception(failure);
+    if (stream->isIncomplete())
+        throw std::bad_alloc{};
     outcome.error = std::move(error);
     isAnyAbandoned = isAnyAbandoned || outcome.isAbandoned;
     log.moveTo(outcome);

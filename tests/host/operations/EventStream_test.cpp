@@ -75,6 +75,34 @@ TEST(EventStream, RecordIsCopiedSoTheDriverMayUseItsOwnAgain)
     EXPECT_EQ(*batch.begin()[1].record.findString("name"), "second");
 }
 
+TEST(EventStream, LongTextsEndABatchEarlyAndItIsNotReused)
+{
+    constexpr std::size_t kLong = 1 << 20;
+    EventStream stream;
+    host::EventBatch batch;
+    for (int i = 0; i < 3; ++i) {
+        stream.wayPoint({}, {{"comment", std::string(kLong, 'x')}});
+        ASSERT_TRUE(stream.next(batch));
+        EXPECT_EQ(batch.size(), 1U);
+        EXPECT_TRUE(batch.isLarge());
+    }
+    stream.wayPoint({}, {{"comment", "short"}});
+    stream.gpsStateChange(0);
+    ASSERT_TRUE(stream.next(batch));
+    EXPECT_FALSE(batch.isLarge());
+}
+
+TEST(EventStream, AlmostLongTextsDoNotEndABatch)
+{
+    EventStream stream;
+    for (int i = 0; i < 3; ++i)
+        stream.wayPoint({}, {{"comment", std::string(300'000, 'x')}});
+    stream.gpsStateChange(0);
+    host::EventBatch batch;
+    ASSERT_TRUE(stream.next(batch));
+    EXPECT_EQ(batch.size(), 4U);
+}
+
 TEST(EventStream, CallsAfterTheIdleReportAreDropped)
 {
     EventStream stream;
