@@ -18,6 +18,7 @@
 #include <gps/GPSTransferAccount.h>
 #include <gps/View.h>
 #include <platform/System/StringTable.h>
+#include <tools/simulator/Receiver.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -233,6 +234,74 @@ TEST_F(SmallHostTest, SecondOfTwoEqualDevicesCanBeSelected)
     menu->pick(1);
     EXPECT_EQ(menu->selected(), 1U);
     EXPECT_THAT(acquire(driver), Contains(StartsWith("trackPoint")));
+}
+
+/// A host with a simulated receiver on a serial port.
+class SerialSmallHost : public testing::Test {
+protected:
+    /// The serial driver with the receiver's port selected.
+    [[nodiscard]] SmallHost::Driver driver() const
+    {
+        auto driver = host_.driver("Magellan Serial");
+        const gps::Value port{receiver_.path()};
+        const auto devices = driver->deviceList();
+        const auto found =
+            std::find_if(devices.begin(), devices.end(), [&](const gps::Value& device) {
+                return *device.as<gps::Dictionary>()->find("location") == port;
+            });
+        driver->gpsView()
+            ->find<gps::PopUpButton>("deviceListMenu")
+            ->pick(static_cast<std::size_t>(found - devices.begin()));
+        return driver;
+    }
+
+    /// Waits until the receiver has got a command.
+    [[nodiscard]] bool receives(const std::string& command) const
+    {
+        return receiver_.waitFor([&](const simulator::LogEntry& entry) {
+            return entry.kind == simulator::LogKind::kReceived && entry.text == command;
+        });
+    }
+
+    simulator::Receiver receiver_{
+        {.paced = false,
+         .chatter = true, // otherwise the session waits for a second after some commands
+         .sentences = {.waypoints = {"PMGNWPL,4600.0,N,00700.0,E,0,M,CAMP,,a",
+                                     "PMGNWPL,4600.0,N,00700.0,E,0,M,HUT,,a"}}}};
+    support::TestFolders folders_{{}};
+    support::TestPorts ports_{{receiver_.path()}};
+    SmallHost host_;
+    gps::Dictionary options_{{"waypoints", true}};
+};
+
+TEST_F(SerialSmallHost, StatusObjectThatThrowsLeavesTheReceiverAsItWasFound)
+{
+    const auto status = std::make_shared<ActingReceiver>("wayPoint", [] { throw 42; });
+    ASSERT_EQ(driver()->gpsRunAcquire(status, options_), std::nullopt);
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_THAT(status->calls(), ElementsAre("gpsStateChange 1", "startTransfer 3",
+                                             HasSubstr("CAMP"), "gpsStateChange 0"));
+    EXPECT_TRUE(receives("PMGNCMD,TOFF"));
+    EXPECT_TRUE(receives("PMGNCMD,HANDOFF"));
+    EXPECT_TRUE(receives("PMGNCMD,BAUD,4800"));
+}
+
+TEST_F(SerialSmallHost, LastReferenceToTheDriverMayBeDroppedInACall)
+{
+    auto dropped = driver();
+    std::promise<void> started;
+    const auto status = std::make_shared<ActingReceiver>("wayPoint", [&] {
+        if (dropped != nullptr)
+            started.get_future().wait(); // until gpsRunAcquire() has returned
+        dropped.reset();
+    });
+    ASSERT_EQ(dropped->gpsRunAcquire(status, options_), std::nullopt);
+    started.set_value();
+    ASSERT_TRUE(status->waitUntilIdle());
+    EXPECT_THAT(status->calls(),
+                ElementsAre("gpsStateChange 1", "startTransfer 3", HasSubstr("CAMP"),
+                            HasSubstr("HUT"), "endTransfer 3", "gpsStateChange 0"));
+    EXPECT_TRUE(receives("PMGNCMD,BAUD,4800"));
 }
 
 TEST_F(SmallHostTest, AccountNamesWhatNoCallReports)
