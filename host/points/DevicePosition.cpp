@@ -14,6 +14,8 @@ namespace {
 
 constexpr double kUnitsPerDegree = 60 * 1e5;
 
+// Rounds halves away from zero, on either side of the equator alike; matches() allows for receivers
+// that round them otherwise.
 std::int64_t unitsOf(double degrees) noexcept
 {
     return std::llround(degrees * kUnitsPerDegree);

@@ -23,6 +23,7 @@ double radians(double degrees)
     return degrees * (std::numbers::pi / 180);
 }
 
+// Stays exact for points that are metres apart, where the law of cosines loses all its digits.
 double haversine(double angle)
 {
     return std::pow(std::sin(angle / 2), 2);
@@ -55,6 +56,7 @@ void PathLength::add(const gps::GPSPoint& point) noexcept
     last_ = point;
 }
 
+// Until the first turn there is no heading, and both ends of the range follow the elevation.
 void Climb::add(double elevationMetres) noexcept
 {
     if (isEmpty_) {
@@ -106,10 +108,12 @@ void TrackFigures::add(const gps::GPSPoint& point) noexcept
     length_.add(point);
     if (hasElevation(point)) {
         climb_.add(point.altitude);
+        // A single altitude of 0 is sea level; only a track of nothing but zeros has none.
         hasElevations_ = hasElevations_ || point.altitude != 0;
     }
     if (hasTimestamp(point)) {
         moving_.add(point);
+        // Times can run backward within a track, so the first point need not be the earliest.
         first_ = std::min(first_.value_or(point.time), point.time);
         last_ = std::max(last_.value_or(point.time), point.time);
     }
