@@ -44,6 +44,7 @@ const Event& DateFix::adjusted(const Event& event)
     if (weeks == 0)
         return event;
     ++adjustedCount_;
+    // A member, so that its record's storage is reused from point to point.
     adjusted_ = event;
     adjusted_.point.time += weeks * kWeek;
     if (auto* const boxed = adjusted_.record.find(gps::kPointKey);
@@ -58,6 +59,7 @@ std::optional<std::int64_t> DateFix::suspectNewest() const noexcept
     return !isAdjusting && newest_ && looksOld(*newest_) ? newest_ : std::nullopt;
 }
 
+// Cannot overflow: times with a timestamp end with the year 9999.
 bool DateFix::looksOld(std::int64_t time) const noexcept
 {
     return time + kWeeksOfACounter * kWeek <= now_ + kDay;

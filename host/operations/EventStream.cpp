@@ -34,6 +34,8 @@ EventStream::EventStream()
     spares_.reserve(kAllBatches);
 }
 
+// Blocks the driver while the queue is full. After the end it never blocks: a worker that the host
+// has abandoned must be able to finish.
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
 {
     std::unique_lock lock{mutex_};
@@ -64,6 +66,7 @@ template <typename Fill> void EventStream::fillNext(EventKind kind, Fill fill)
     }
 }
 
+// Allocates nothing: the constructor has reserved room for every batch that can exist.
 void EventStream::handOver() noexcept
 {
     full_.push_back(std::exchange(filling_, {}));
@@ -91,6 +94,8 @@ bool EventStream::next(EventBatch& batch)
     spares_.push_back(std::exchange(batch, {}));
     if (full_.empty() && !ended_)
         arrived_.wait_for(lock, kLongestWait);
+    // Taken although it is not full, so that the events of a slow serial line are seen while they
+    // arrive.
     if (full_.empty() && filling_.size() > 0)
         handOver();
     if (full_.empty()) {

@@ -127,6 +127,7 @@ void addEvents(Outcome& outcome, const EventBatch& batch)
     }
 }
 
+// Nothing follows the idle report, so it can only be a batch's last event.
 bool endsOperation(const EventBatch& batch)
 {
     if (batch.size() == 0)
@@ -135,6 +136,7 @@ bool endsOperation(const EventBatch& batch)
     return last.kind == EventKind::kStateChange && last.state == 0;
 }
 
+// An exception that left this function would end the program: the consumer thread is running.
 std::optional<gps::Error> resultOf(const OperationStart& start,
                                    const gps::GPSPlugInProtocol::Status& status)
 {
@@ -157,6 +159,8 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
     LogDigest log{*stream};
     Outcome outcome;
     std::exception_ptr failure;
+    // Started before the operation: an import reports on the calling thread until it has ended, and
+    // would wait for ever once the queue is full.
     std::thread consumer{[&] {
         EventBatch batch;
         while (stream->next(batch)) {
@@ -203,6 +207,8 @@ std::vector<gps::TransferKind> requestedKinds(const gps::Dictionary& options,
     const auto capabilities = driver.gpsCapabilities();
     for (const auto& [kind, word] : kKindWords) {
         const auto* option = options.find(word);
+        // A mounted device reads every kind that is not switched off, a serial session only those
+        // that are switched on.
         const bool isWanted = option != nullptr && option->hasReading()
                                   ? option->boolReading()
                                   : !driver.needsSerialRefresh();

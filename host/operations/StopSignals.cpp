@@ -11,6 +11,8 @@
 
 namespace host {
 
+// The mask is set before the thread starts: threads inherit it, and a signal goes to any thread
+// that does not block it.
 StopSignals::StopSignals() : file_(::eventfd(0, EFD_CLOEXEC))
 {
     ::sigemptyset(&signals_);
