@@ -33,7 +33,8 @@ std::string withoutTrailingSlashes(std::string path)
     return path;
 }
 
-// Links are resolved because serial ports have stable names that are links, such as by-id.
+// Links are resolved because serial ports have stable names that are links, such as by-id. Two
+// paths that do not exist resolve to the same nothing, which is no match.
 bool isSameLocation(const std::string& a, const std::string& b)
 {
     std::error_code failed;
@@ -86,6 +87,7 @@ std::optional<ListedDevice> findDevice(const std::vector<Driver>& drivers,
     return std::nullopt;
 }
 
+// Only drivers of mounted devices read the test folders.
 void addTestFolder(const std::vector<Driver>& drivers, std::vector<std::string> folders,
                    const std::string& folder)
 {
@@ -133,6 +135,7 @@ std::optional<gps::Error> chooseRequestedDevice(const std::vector<Driver>& drive
     if (!found)
         return noSuchDevice(drivers, request);
     const auto& driver = *found->device.driver;
+    // Picking an item runs the driver's action, which selects the device for its operations.
     if (auto* const menu = deviceMenu(driver))
         menu->pick(found->index);
     if (!request.driver && !driver.isReady())
@@ -156,6 +159,7 @@ std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
 
 } // namespace
 
+// Not tolower(): scripts use these names, so they must not depend on the locale.
 std::string driverName(const gps::GPSPlugInProtocol& driver)
 {
     std::string name = driver.gpsName();
@@ -185,6 +189,7 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
         const auto* const record = value.as<gps::Dictionary>();
         auto& device = devices.emplace_back();
         device.isSelected = selected == devices.size() - 1;
+        // A damaged record keeps its empty entry, because indexes must agree with the pop-up's.
         if (record == nullptr)
             continue;
         if (const auto* location = record->findString("location"))

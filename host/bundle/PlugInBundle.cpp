@@ -40,6 +40,8 @@ std::optional<gps::Error> openModule(const std::string& path, void*& module)
     if (!executable)
         return loadError("The plug-in bundle has no readable Info.plist that names its module",
                          path);
+    // RTLD_NOW: a symbol that is missing is an error here, with its name, and not a crash during a
+    // download. RTLD_LOCAL: its symbols are invisible to other libraries.
     module = ::dlopen(executable->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (module == nullptr)
         return loadError(fmt::format("The plug-in's module cannot be loaded: {}", ::dlerror()),
@@ -93,6 +95,7 @@ std::optional<std::string> findBundle(const std::optional<std::string>& requeste
     if (requested)
         return requested;
     std::error_code ignored;
+    // argv[0] would not do: it can be relative, or just a name that the shell found in PATH.
     const auto candidates = bundleCandidates(fs::read_symlink("/proc/self/exe", ignored).string());
     const auto found =
         std::find_if(candidates.begin(), candidates.end(),
@@ -112,6 +115,8 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     loaded.info = loader->piInfo();
     loaded.plugInClass = loader->piClass();
     loaded.apiVersion = loader->piAPIVersion();
+    // Checked before the drivers are asked for, because their interface may differ with the
+    // version.
     if (loaded.apiVersion != kLoaderAPIVersion)
         return loadError(fmt::format("The plug-in has version {} of the loader interface; this "
                                      "program needs version {}",
@@ -123,6 +128,7 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     return std::nullopt;
 }
 
+// A known driver keeps its instance, which holds the user's selection and perhaps a running worker.
 void addNewDrivers(PlugInBundle& bundle)
 {
     for (auto& offered : driversFrom(bundle.loader->piGetPlugInsForClass(bundle.plugInClass))) {

@@ -41,6 +41,7 @@ std::string userName()
     return found != nullptr ? found->pw_name : "USER";
 }
 
+// Joining the group helps only if the group may both read and write.
 std::string adviceFor(const std::string& port)
 {
     constexpr mode_t kReadAndWrite = S_IRGRP | S_IWGRP;
@@ -66,6 +67,7 @@ void addSerialPort(const std::string& port)
 {
     auto& defaults = gps::UserDefaults::standard();
     gps::Array ports;
+    // The stored ports are repeated, since a value for this run hides the stored one.
     for (auto& stored :
          defaults.stringArrayForKey(gps::kTestPortsKey).value_or(std::vector<std::string>{}))
         ports.emplace_back(std::move(stored));
@@ -73,6 +75,7 @@ void addSerialPort(const std::string& port)
     defaults.setForThisRun(gps::kTestPortsKey, std::move(ports));
 }
 
+// Only an attempt shows every reason: permissions alone say nothing about a port that is in use.
 gps::Error explainPortFailure(const std::string& port)
 {
     const auto serial = gps::OrvSerial::create();
@@ -118,7 +121,8 @@ std::string permissionAdvice(const ::group* owner, std::string_view user)
     if (owner == nullptr)
         return "Only its owner may use it; ask the administrator of this computer for permission "
                "to read and write it";
-    // Groups are read at login, so a member without access joined after logging in.
+    // Groups are read at login, so a member without access joined after logging in. Users whose
+    // primary group it is are not listed, but they have access.
     for (char** member = owner->gr_mem; *member != nullptr; ++member) {
         if (*member == user)
             return fmt::format("Members of the group {0} may use it. You joined this group after "
