@@ -62,6 +62,8 @@ std::optional<gps::Error> writeFile(const std::string& path, std::string_view by
     return std::nullopt;
 }
 
+// Both names are relative to the open folder, so the folder that is flushed is the one that was
+// changed, even if its path leads elsewhere by then.
 int renameInFolder(gps::FileSystem& files, const std::string& folder, const std::string& from,
                    const std::string& to)
 {

@@ -10,6 +10,8 @@
 
 namespace host {
 
+// flock(), not fcntl(): its locks also exclude one another within one process, and closing another
+// descriptor of the folder does not drop them.
 FolderLock::FolderLock(const std::string& folder, gps::FileSystem& files)
     : files_(&files), folder_(files, files.open(folder.c_str(), O_RDONLY | O_DIRECTORY, 0)),
       isHeldByAnother_(folder_ && files.flock(folder_.get(), LOCK_EX | LOCK_NB) != 0 &&

@@ -71,6 +71,7 @@ std::optional<gps::Error> Output::flush()
     return failure_;
 }
 
+// Reads by offset, so the other file's own position does not matter.
 void Output::writeFrom(int file)
 {
     flush();
@@ -123,6 +124,7 @@ void Spool::moveTo(Output& output)
         return;
     }
     output.writeFrom(file());
+    // Without the seek, the next text would be written behind a hole of zeros.
     if (files().ftruncate(file(), 0) != 0 || files().lseek(file(), 0, SEEK_SET) != 0)
         output.fail(systemError("Temporary data cannot be cleared", "Try again", name(), errno));
 }

@@ -54,6 +54,8 @@ extern "C" void removeAndRaise(int signal)
 
 void removeOnSignal(const std::string& path)
 {
+    // Such a file stays behind if a signal ends the process; the next download into its folder
+    // removes it.
     if (path.size() >= unfinishedPath.size())
         return;
     std::memcpy(unfinishedPath.data(), path.c_str(), path.size() + 1);
@@ -80,6 +82,7 @@ bool isStray(const std::string& path, std::string_view name, gps::FileSystem& fi
     if (!process || *process == 0 || *process > kLargestProcess ||
         ::kill(static_cast<pid_t>(*process), 0) == 0 || errno != ESRCH)
         return false;
+    // O_NONBLOCK: opening a FIFO would wait for somebody to write into it.
     const gps::OpenFile file{files,
                              files.open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0)};
     return file && files.flock(file.get(), LOCK_EX | LOCK_NB) == 0;
@@ -98,6 +101,7 @@ void removeStrays(const std::string& folder, gps::FileSystem& files)
         (void)files.unlink(stray.c_str());
 }
 
+// A link that leads nowhere is not resolved, so the output replaces it.
 std::string withoutLinks(const std::string& path)
 {
     std::error_code error;

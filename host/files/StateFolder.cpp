@@ -24,12 +24,14 @@ std::string variable(const char* name)
 
 std::optional<std::string> stateFolder()
 {
+    // A relative path is invalid and must be ignored (XDG Base Directory Specification).
     if (const auto state = variable("XDG_STATE_HOME"); state.starts_with('/'))
         return state + "/magellangps";
     const auto home = variable("HOME");
     return home.empty() ? std::nullopt : std::optional{home + "/.local/state/magellangps"};
 }
 
+// Different identifiers can become the same name.
 std::string nameOfDevice(std::string_view identifier)
 {
     std::string name{identifier.substr(0, kLongestName)};
@@ -41,6 +43,7 @@ std::string nameOfDevice(std::string_view identifier)
     return name.empty() ? "device" : name;
 }
 
+// In UTC, so that names sort by time and no hour occurs twice when the clocks change.
 std::string nameOfNow()
 {
     const std::time_t now = std::time(nullptr);
