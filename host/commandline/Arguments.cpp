@@ -33,6 +33,7 @@ std::vector<const CLI::App*> tablesOf(const CLI::App& app)
     return tables;
 }
 
+// If the program and the command have options of the same name, the command's is found.
 const CLI::Option* findOption(const CLI::App& app, const std::string& name)
 {
     const CLI::Option* found = nullptr;
@@ -91,7 +92,8 @@ std::string unexpectedWord(const CLI::App& app, const std::string& word)
     return fmt::format("{} \"{}\"; {}", what, word, hint);
 }
 
-// A wrong number of values: an option that was repeated, or one at the end without its value.
+// A wrong number of values: an option that was repeated, or one at the end without its value. The
+// exception does not name the option, so it is derived from the counts and the last word.
 std::string wrongCount(const CLI::App& app, const std::string& lastWord)
 {
     const auto* const repeated = findIf(app, [](const CLI::Option& option) {
@@ -108,6 +110,7 @@ std::string wrongCount(const CLI::App& app, const std::string& lastWord)
 
 std::string describe(const CLI::App& app, const CLI::ParseError& error, const std::string& lastWord)
 {
+    // First, because an unknown word often causes the other mistakes.
     if (const auto extras = app.remaining(true); !extras.empty())
         return unexpectedWord(app, extras.front());
     if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr)

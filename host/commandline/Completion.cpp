@@ -196,6 +196,8 @@ std::string completionsOf(const CLI::App& app, const ValueSources& sources,
     }
     const auto arguments = argumentsOf(*table);
     std::string lines = table == &app ? commandsFor(app, start) : "";
+    // Only the first positional argument has completions: if it takes a single value, nothing
+    // follows one word.
     const bool isFull = !arguments.empty() && !isRepeatable(*arguments.front()) &&
                         walk.values().find("") != walk.values().end();
     return arguments.empty() || isFull

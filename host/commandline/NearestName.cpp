@@ -53,6 +53,7 @@ std::string nearestName(std::string_view word, const std::vector<std::string>& n
     for (const auto& name : names) {
         const auto letters = lettersOf(name);
         const auto changes = changesBetween(lettersOf(word), letters);
+        // Changing half of a short name's letters makes it nearly any other name.
         if (changes < fewest && changes * 2 < letters.size()) {
             fewest = changes;
             nearest = name;
