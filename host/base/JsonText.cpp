@@ -38,6 +38,7 @@ void appendNumber(std::string& out, const gps::Number& number)
         out += number.text();
 }
 
+// Bytes of 0x80 and above fail one of the first two comparisons, whether char has a sign or not.
 bool isPlain(std::string_view text)
 {
     return std::all_of(text.begin(), text.end(),
@@ -54,6 +55,7 @@ public:
         return object != nullptr ? std::optional{std::move(*object)} : std::nullopt;
     }
 
+    // A dictionary drops a key that is set to nothing, so a null member is left out.
     bool null() override { return add({}); }
     bool boolean(bool value) override { return add(value); }
     bool number_integer(std::int64_t value) override { return add(value); }

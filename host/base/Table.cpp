@@ -36,6 +36,7 @@ std::string Table::text() const
     return text;
 }
 
+// Counts characters, not columns of the screen, so rows with wide characters are not aligned.
 std::string Table::line(const std::vector<std::string>& row) const
 {
     std::string line;

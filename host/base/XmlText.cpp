@@ -61,6 +61,7 @@ std::string encodingOf(std::string_view xml)
     return ucnv_compareNames(declared.substr(0, 3).c_str(), "utf") == 0 ? std::string{} : declared;
 }
 
+// An overflow means only that the piece is full and the next one follows.
 std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
 {
     std::string converted;
@@ -91,6 +92,7 @@ std::string_view plainPrefix(std::string_view text) noexcept
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
+// takeCharacter() never returns half of a surrogate pair, which XML forbids as well.
 bool isXmlCharacter(char32_t c) noexcept
 {
     return c == '\t' || c == '\n' || c == '\r' || (c >= 0x20 && c < 0xFFFE) || c > 0xFFFF;
@@ -111,6 +113,7 @@ bool convertXmlToUtf8(std::string& xml)
     return true;
 }
 
+// Linear in the offset: for one message, not for each record.
 std::size_t lineAt(std::string_view text, std::size_t offset) noexcept
 {
     const auto before = text.substr(0, offset);
