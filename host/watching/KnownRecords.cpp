@@ -23,6 +23,7 @@ constexpr std::string_view kTitle = "magellangps saved records 1\n";
 constexpr std::string_view kSum = "sum ";
 constexpr std::string_view kTrack = "track ";
 
+// Ends in a space, so that one time does not match a longer one that begins with the same digits.
 std::string trackPrefix(std::int64_t firstTime)
 {
     return fmt::format("{}{} ", kTrack, firstTime);
@@ -92,6 +93,8 @@ void Digest::add(const gps::GPSPoint& point)
     add(json);
 }
 
+// Each step hashes the digest so far together with the new piece, so the order counts and the
+// memory does not grow.
 void Digest::add(const std::string& json)
 {
     text_ = hashOf(text_ + json);
@@ -116,6 +119,7 @@ std::optional<gps::Error> KnownRecords::load()
 
 gps::Error KnownRecords::moveDamagedFile() const
 {
+    // Replaces the list that was found damaged before, if there was one.
     const auto damaged = path_ + ".damaged";
     const bool isMoved = files_.rename(path_.c_str(), damaged.c_str()) == 0;
     return hostError("The list of saved records is damaged, so every record counts as new",
@@ -123,6 +127,8 @@ gps::Error KnownRecords::moveDamagedFile() const
                      isMoved ? damaged : path_);
 }
 
+// The keys are sorted, so those of one first time are neighbours. Logarithmic: called for each
+// track.
 bool KnownRecords::hasTrackFrom(std::int64_t firstTime) const
 {
     const auto prefix = trackPrefix(firstTime);

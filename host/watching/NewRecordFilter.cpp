@@ -102,6 +102,7 @@ void NewRecordFilter::end(const Sink& sink)
 
 void NewRecordFilter::endTrack(const Sink& sink)
 {
+    // There is a head: a track that begins without one begins with a point.
     if (points_ == 0)
         content_.add(held_.front().record);
     const auto key = trackKey(firstTime_, points_, content_);

@@ -59,6 +59,7 @@ std::optional<gps::Error> Watcher::run(const StopSignals& stop)
             looks = 0;
         const auto limit = looks < kFurtherLooks.size() ? kFurtherLooks[looks] : kNoLimit;
         const auto changes = monitor.wait(limit);
+        // A wait that ends without a change is a further look.
         looks = changes.volumes || changes.serialPorts ? 0 : looks + 1;
         refresh(changes);
     }
@@ -81,6 +82,8 @@ bool Watcher::look()
     return !changes.appeared.empty();
 }
 
+// Serial ports only on request: finding out whether a receiver is there means writing to the port,
+// which may belong to something else.
 bool Watcher::isWatched(const gps::GPSPlugInProtocol& driver) const
 {
     if (request_.driver)
@@ -172,6 +175,7 @@ void Watcher::saveFrom(const WatchedDevice& device)
         event.isRetried = devices_.markFailed(device, kMostTries);
     } else {
         download(*driver, event);
+        // An interrupted download counts as done: the watching ends with it.
         if (event.report.succeeded() || event.report.isInterrupted())
             devices_.markDone(device);
         else
@@ -206,6 +210,7 @@ void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
         .isKeptEmpty = false,
     };
     event.report = host::download(driver, request);
+    // A record counts as saved only once the file with it has its final name.
     if (listFolder && event.report.output.state == OutputReport::State::kComplete)
         event.error = known.add(filter.seen());
 }
