@@ -27,6 +27,7 @@ struct Noun {
     std::string_view many;
 };
 
+// A route takes several lines, and lines are what the account counts.
 constexpr std::array<Noun, 4> kNouns{{{"tracks", "track point", "track points"},
                                       {"waypoints", "waypoint", "waypoints"},
                                       {"routes", "route line", "route lines"},
@@ -70,6 +71,7 @@ std::string damageText(const KindTally& tally, std::uint64_t count)
         text.append(shown == 0 ? ": " : "; ").append(numberList(damaged, now));
         shown += now;
     }
+    // The account keeps the numbers of only so many lines, but counts all of them.
     if (shown > 0 && shown < count)
         text += fmt::format(", and {} more", groupedText(count - shown));
     return text;
@@ -85,6 +87,7 @@ std::string serialTallyText(const KindTally& tally)
                        tally.kind, counted(damaged, "sentence", "sentences"));
 }
 
+// Without the word that all commands begin with: "BAUD,115200".
 std::string commandName(const std::string& body)
 {
     return body.substr(body.find(',') + 1);
@@ -142,6 +145,7 @@ std::string tallyText(const KindTally& tally)
     add(SkipReason::kIncomplete, "of routes whose last line is missing");
     if (losses.empty())
         return {};
+    // One file can hold several kinds, so lines of another kind are no loss.
     const auto expected =
         lines.seen - std::min(lines.seen, lines.skippedFor(SkipReason::kOtherKind));
     auto text =

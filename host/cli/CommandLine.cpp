@@ -33,6 +33,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
     if (result.kind == ParseResult::Kind::kMistake)
         return mistake(result.text);
     if (app.get_subcommands().empty())
+        // Without any argument the help is an answer, but the status still shows that nothing was
+        // done.
         return argc > 1 ? mistake("no COMMAND is given; " + helpHint(app))
                         : ParsedCommandLine{std::nullopt, app.help(), ExitStatus::kUsage};
     ParsedCommandLine parsed;

@@ -47,6 +47,7 @@ CommandTable::CommandTable()
     app_.formatter(std::make_shared<HelpFormatter>());
     app_.set_help_flag("-h,--help", "Print this help");
     app_.set_version_flag("--version", "magellangps " HOST_VERSION, "Print the version");
+    // A missing command is not left to CLI11: parseCommandLine() answers it.
     app_.require_subcommand(0, 1);
     app_.footer(kExamples);
     addGlobalOptions();
@@ -69,6 +70,7 @@ CLI::App& CommandTable::addCommand(const char* name, const char* description, Co
     return added;
 }
 
+// A type name is more than help: completion finds an option's values by it.
 void CommandTable::addGlobalOptions()
 {
     auto& options = raw_.global;
@@ -78,6 +80,7 @@ void CommandTable::addGlobalOptions()
     app_.add_option("--test-folder", options.testFolders,
                     "Treat this folder like a mounted volume; may be repeated")
         ->type_name("DIR")
+        // Without this, the words after DIR would be further folders, the command among them.
         ->allow_extra_args(false);
     app_.add_option_function<std::string>(
             "--debug",
@@ -136,6 +139,7 @@ void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
         ->type_name("auto|off|WEEKS");
 }
 
+// The format's name is looked up in finish(), because it may also come from the output's extension.
 void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& options)
 {
     addDriverOption(command, options.driver, kAnyDriver);

@@ -43,6 +43,7 @@ DeviceRequest requestOf(const TypedValues& typed)
     return {lastOf(typed, "--driver"), lastOf(typed, "--device"), valuesOf(typed, "--test-folder")};
 }
 
+// Loads the plug-in for each question, but a run has only one: one word is completed.
 std::vector<Driver> loadDrivers(const TypedValues& typed)
 {
     prepareDrivers(requestOf(typed));
@@ -97,6 +98,7 @@ Answers importAnswers(const TypedValues& typed)
     std::string directive = ":files";
     for (const auto& driver : loadDrivers(typed)) {
         for (const auto& type : driver->fileTypes().value_or(Answers{})) {
+            // Whole words are compared: one extension can begin with another.
             if ((directive + ' ').find(' ' + type + ' ') == std::string::npos)
                 directive += ' ' + type;
         }

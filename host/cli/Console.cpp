@@ -48,6 +48,7 @@ void Console::messages(const std::vector<Message>& messages) const
     }
 }
 
+// The text has line ends, so the caller applies displayText() to each line.
 void Console::lines(std::string_view text) const
 {
     if (!isQuiet_)

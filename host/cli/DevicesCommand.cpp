@@ -120,6 +120,7 @@ ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
         return print(text(), console);
     gps::DeviceMonitor monitor; // before the first output, so that no change is missed
     auto status = print(text(), console);
+    // Ends by a signal, or when the output cannot be written.
     while (status == ExitStatus::kSuccess) {
         const auto changes = monitor.wait(std::chrono::milliseconds{-1});
         if (!changes.volumes && !changes.serialPorts)

@@ -75,6 +75,7 @@ ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest 
         print({{false, advice}});
     print(outputMessages(report.output));
     auto status = failure ? ExitStatus::kFailed : statusOf(report);
+    // The document is last, because it holds all messages and the status.
     if (!options_.json)
         return status;
     failure = printJson(report, status);
@@ -91,6 +92,7 @@ DownloadReport DownloadCommand::download(gps::GPSPlugInProtocol& driver, Downloa
         request.consumers.push_back(&summary_);
     request.readsMissingKinds = !options_.events; // event lines are those of one operation
     request.progress = progress_.callback();
+    // Before the operation's threads start: they inherit its signal mask.
     const StopSignals stop;
     request.stopRequested = [&stop] { return stop.stopRequested(); };
     auto report = host::download(driver, request);
@@ -104,6 +106,7 @@ void DownloadCommand::print(std::vector<Message> messages)
     std::move(messages.begin(), messages.end(), std::back_inserter(printed_));
 }
 
+// A stop comes first: what is missing after it is its consequence.
 ExitStatus DownloadCommand::statusOf(const DownloadReport& report) const
 {
     if (report.isInterrupted())
@@ -116,6 +119,7 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
 {
     if (options_.events)
         return eventLines_.close();
+    // A table of zeros would look like an empty receiver after a download that failed.
     if (!isSummaryShown_ || (!report.hasReceived() && !report.isComplete()))
         return std::nullopt;
     auto failure = summary_.close();

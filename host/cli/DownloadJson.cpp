@@ -17,7 +17,7 @@
 namespace host {
 namespace {
 
-// By SkipReason.
+// Indexed by SkipReason; the arrays below by their enumerations likewise.
 constexpr std::array<std::string_view, gps::kSkipReasonCount> kReasons{
     "not a sentence", "wrong checksum", "other kind",    "too few fields", "no name",
     "replaced",       "repeated",       "unknown point", "incomplete"};
@@ -27,6 +27,7 @@ constexpr std::array<std::string_view, 6> kPhaseEnds{"not reached", "end",     "
 constexpr std::array<std::string_view, 4> kVoices{"nothing", "noise", "receiver", "nmea"};
 constexpr std::array<std::string_view, 3> kOutputStates{"none", "complete", "partial"};
 
+// Throws for an enumerator without a word, instead of reading behind the table.
 template <typename Enum, std::size_t count>
 Json wordFor(Enum value, const std::array<std::string_view, count>& words)
 {
@@ -156,6 +157,8 @@ Json outputJson(const OutputReport& output)
 std::string downloadJson(const DownloadReport& report, const std::vector<Message>& messages,
                          ExitStatus status)
 {
+    // Later operations read single kinds of the same device again, or import files, which have no
+    // device.
     const auto* const first = report.operations.empty() ? nullptr : &report.operations.front();
     const auto location = first != nullptr ? first->location : std::string{};
     Json document{

@@ -91,6 +91,7 @@ void addLog(std::vector<Message>& messages, const OperationReport& report)
 
 void addGaps(std::vector<Message>& messages, const OperationReport& report)
 {
+    // Phases that were not reached share one sentence: usually all that follow the one that failed.
     std::string notReached;
     for (const auto& gap : report.gaps) {
         if (report.isInterrupted && !gap.isClosingDown) // a consequence of the stop
@@ -132,6 +133,7 @@ std::vector<Message> operationMessages(const OperationReport& report, const Mess
         addLog(messages, report);
     if (report.portFailure)
         messages.push_back({true, sentencesOf(*report.portFailure)});
+    // There is a voice: isAnswered() is true without one.
     if (!report.isAnswered() && !report.isInterrupted && report.errors.empty())
         messages.push_back({true, voiceText(*report.voice, report.location)});
     return messages;

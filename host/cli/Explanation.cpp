@@ -59,6 +59,8 @@ std::string_view verdictForPeople(Verdict verdict)
     return "skipped";
 }
 
+// Does not open the port, because a list must not disturb whoever uses it. searchedBy() reads its
+// errno.
 bool mayOpen(const std::string& port)
 {
     return ::faccessat(AT_FDCWD, port.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
@@ -109,6 +111,7 @@ std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
 {
     auto locations = searchedBy(driver);
     mergeSkipped(locations);
+    // By the order of the enumerators: accepted, rejected, skipped.
     std::stable_sort(locations.begin(), locations.end(),
                      [](const auto& a, const auto& b) { return a.verdict < b.verdict; });
     auto text = driverName(driver) + ":\n";

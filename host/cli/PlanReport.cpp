@@ -203,6 +203,7 @@ std::string planReport(const PreparedSend& send)
 std::vector<std::string> planErrors(const PreparedSend& send)
 {
     std::vector<std::string> sentences;
+    // A real send reports it in sendErrors().
     if (send.obstacle && send.request.isDryRun)
         sentences.push_back(sentencesOf(*send.obstacle));
     for (const auto& file : send.plan.files) {
@@ -235,6 +236,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
             fmt::format("The plug-in met {} more errors. Run the command with -v to see them.",
                         report.moreErrors));
     addLosses(report, sentences);
+    // What is missing after a stop is its consequence, and no error of its own.
     if (report.wasStopped) {
         addStop(report, sentences);
         return sentences;

@@ -83,6 +83,7 @@ std::optional<std::string> deviceOf(const CommandOptions& command)
 ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
+    // Log lines can hold texts of a device, which must not command the terminal.
     gps::setLogToStandardError(options.verbose,
                                [](std::string_view line) { return displayText(line); });
     prepareDrivers({{}, deviceOf(command), options.testFolders});
@@ -102,6 +103,7 @@ ExitStatus run(const CommandOptions& command, const Console& console)
 
 ExitStatus runAny(int argc, const char* const* argv)
 {
+    // Before the parser: a command line that is being typed is rarely valid.
     if (argc > 1 && std::string_view{argv[1]} == kCompleteCommand)
         return print(completionsFor(wordsToComplete(argc, argv)), Console{false});
     const auto parsed = parseCommandLine(argc, argv);

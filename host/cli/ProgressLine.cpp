@@ -86,6 +86,7 @@ std::string progressText(const TransferProgress& progress)
                        perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
 }
 
+// With -v, the log's lines and the progress line would run into each other on standard error.
 bool canShowProgress(const GlobalOptions& options, bool isStandardOutputBusy)
 {
     if (options.quiet || options.verbose)
@@ -116,6 +117,8 @@ void ProgressLine::show(const TransferProgress& progress) const
     const auto text = progress.phase == TransferPhase::kFinished
                           ? std::string{kErase}
                           : kBegin + progressText(progress) + kEnd;
+    // A terminal that was stopped with Ctrl-S takes nothing. Waiting for it would hold up the
+    // download, whose thread this is.
     (void)!::write(terminal_, text.data(), text.size());
 }
 

@@ -89,6 +89,8 @@ template <typename Options>
 std::string finish(const RawOptions& raw, Options options, std::optional<CommandOptions>& finished)
 {
     static_cast<GlobalOptions&>(options) = raw.global;
+    // The overload of check() is that of the nearest base class: DownloadOptions for acquire and
+    // import.
     auto mistake = check(raw, options);
     if (mistake.empty())
         finished = options;

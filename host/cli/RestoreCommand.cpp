@@ -27,6 +27,7 @@ std::string listOf(const std::vector<Backup>& backups)
     return table.text();
 }
 
+// A name in the list is found before a folder of that name in the current folder.
 // @param requested  the name of a listed backup, or the path of any backup
 std::string pathOf(const std::string& requested, const std::vector<Backup>& backups)
 {

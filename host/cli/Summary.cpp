@@ -21,6 +21,7 @@ namespace {
 
 constexpr char kTrack[] = "Track";
 
+// 0 if a point has no valid coordinates, so that it makes no jump.
 double kilometresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b)
 {
     PathLength length;
@@ -133,6 +134,7 @@ std::optional<gps::Error> Summary::finish()
 // Times are whole seconds, so two points of the same second may be almost a second apart.
 void Summary::noteJump(const gps::GPSPoint& point)
 {
+    // A point without a time ends the comparison, because nobody knows how long the way to it took.
     const auto before = std::exchange(lastFix_, std::nullopt);
     if (!hasTimestamp(point))
         return;
@@ -157,6 +159,7 @@ Summary::Row Summary::total() const
     Row total{.kind = "Total", .points = wayPoints_.points + geocaches_.points, .kilometres = 0};
     for (const auto& row : collections_) {
         total.points += row.points;
+        // A route is only planned: its length was not travelled.
         if (row.kind == kTrack)
             *total.kilometres += *row.kilometres;
         if (row.first)

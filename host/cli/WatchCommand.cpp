@@ -66,6 +66,7 @@ ExitStatus WatchCommand::run()
     }
     if (stop.stopRequested())
         (void)printLine("stopped: on request");
+    // A signal is the ordinary end; only one that cut a download short sets the status.
     return isInterrupted_ ? statusAfterSignal(stop.signal()) : status_;
 }
 
@@ -83,6 +84,7 @@ bool WatchCommand::printEvent(const WatchEvent& event)
                        [this](const std::string& line) { return printLine(line); });
 }
 
+// A line that cannot be written, such as to a full disk, ends the watching.
 bool WatchCommand::printLine(const std::string& text)
 {
     status_ = print(displayText(text) + '\n', console_);
