@@ -72,6 +72,7 @@ Cause causeOfEnd(gps::PhaseEnd end) noexcept
     return Cause::kNotReached;
 }
 
+// From TOFF on, commands restore the receiver's state, the speed among it.
 void addUnacknowledged(std::vector<SessionGap>& gaps,
                        const std::vector<gps::CommandAccount>& commands)
 {
@@ -94,6 +95,7 @@ void addRouteGaps(std::vector<SessionGap>& gaps, const gps::LineAccount& lines,
         if (count > 0)
             gaps.push_back({.cause = cause, .subject = "routes", .count = count});
     };
+    // A repeat that the host dropped with its whole route did no harm.
     const auto repeats = lines.skippedFor(SkipReason::kRepeated);
     add(Cause::kUnknownPoints, lines.skippedFor(SkipReason::kUnknownPoint));
     add(Cause::kUnfinishedRoutes, lines.skippedFor(SkipReason::kIncomplete));
@@ -128,6 +130,7 @@ std::uint64_t KindTally::damagedCount() const noexcept
 std::vector<KindTally> talliesOf(const gps::TransferAccount& account)
 {
     std::vector<KindTally> tallies;
+    // Counts come from the totals, which include files that the account had no room for.
     for (const auto& total : account.totals)
         addCounts(tallyFor(tallies, total.kind, false).lines, total.lines);
     for (const auto& file : account.files)

@@ -68,6 +68,7 @@ private:
 void useDeviceRoutePoints(gps::Dictionary& data, const gps::Dictionary& onDevice,
                           const gps::GPSFileDevice& device)
 {
+    // Views into `onDevice`, which does not change.
     std::unordered_multimap<std::string_view, const gps::Dictionary*> byName;
     forEachRoutePoint(onDevice, [&](const gps::Dictionary& point) {
         byName.emplace(textIn(point, "name"), &point);

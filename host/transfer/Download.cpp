@@ -61,6 +61,7 @@ private:
     std::optional<RepeatFilter> repeats_; // while a serial session runs
     const EventFilter::Sink toConsumers_ = [this](const Event& event) { deliver(event); };
     std::optional<OutputFile> file_;
+    // Below the file, so that it is destroyed first: it writes to the file's output.
     std::unique_ptr<Writer> fileWriter_; // null without an output file
     const EventFilter::Sink toFile_ = [this](const Event& event) {
         passed_.add(event);
@@ -130,6 +131,7 @@ OperationReport Download::runOperationOn(const std::string& sourceFile,
                                          const gps::Dictionary& options)
 {
     const bool isSerial = driver_.needsSerialRefresh() && sourceFile.empty();
+    // For drivers that keep no account: whether anything answered shows only in the traffic.
     const auto linesBefore = gps::serialTraffic().linesRead;
     OperationWatch watch{driver_, request_.stopRequested, listening(isSerial)};
     repeats_.reset();
@@ -189,6 +191,8 @@ void Download::handOut(const Event& event)
 void Download::deliver(const Event& event)
 {
     received_.add(event);
+    // The output's filter gets adjusted times, too: with another date rule, `watch` takes records
+    // that it has saved for new ones.
     const auto& adjusted = dates_.adjusted(event);
     for (auto* const consumer : request_.consumers)
         consumer->event(adjusted);

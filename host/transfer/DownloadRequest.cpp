@@ -14,6 +14,7 @@ gps::Dictionary operationOptions(const DownloadRequest& request, const std::stri
         {"waypoints", kinds.waypoints}, {"routes", kinds.routes}, {"tracks", kinds.tracks}});
     if (request.debugLevel)
         options.set("debug", *request.debugLevel);
+    // Set beside options that the user gave, too: without this key the device would be read.
     if (!sourceFile.empty())
         options.set(kSourcePathKey, sourceFile);
     return options;

@@ -101,6 +101,7 @@ void addUnreadable(OperationReport& report, const Outcome& outcome)
 void addSession(OperationReport& report, const Outcome& outcome,
                 const gps::GPSPlugInProtocol& driver, const OperationFacts& facts)
 {
+    // Only after the worker has failed: an error that the driver returned explains itself.
     if (!report.errors.empty() && !outcome.error)
         report.portFailure = explainPortFailure(report.location);
     if (const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver))
@@ -122,6 +123,7 @@ std::optional<gps::TransferAccount> accountOf(const gps::GPSPlugInProtocol& driv
 
 } // namespace
 
+// A serial session has no such lines: what arrives damaged is sent again.
 bool OperationReport::hasDamagedLines() const
 {
     if (!account || isSerial)
@@ -149,6 +151,7 @@ OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& d
     report.isInterrupted = facts.isStoppedByUser;
     report.isAbandoned = outcome.isAbandoned;
     report.account = accountOf(driver, outcome);
+    // The order matters: each of these steps uses what those before it have found.
     addErrors(report, outcome, facts);
     if (report.errors.empty())
         report.missing = missingKinds(report);

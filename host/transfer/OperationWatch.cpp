@@ -17,6 +17,7 @@ OperationWatch::OperationWatch(gps::GPSPlugInProtocol& driver, StopQuery stopReq
 
 bool OperationWatch::waits(Clock::time_point now)
 {
+    // The user's request overrides the deadline for position sentences, which may be none.
     if (!isStoppedByUser_ && stopRequested_ && stopRequested_()) {
         isStoppedByUser_ = true;
         deadline_ = now + kClosePatience;

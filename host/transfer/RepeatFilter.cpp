@@ -37,6 +37,7 @@ void RepeatFilter::event(const Event& event, const Sink& sink)
         point(event, dropped_.trackPoints, sink);
         break;
     default:
+        // No record repeats one before a new track or a new transfer.
         hasLast_ = false;
         if (event.kind != EventKind::kNewTrack)
             lastRoute_.clear();

@@ -46,6 +46,7 @@ public:
         reduced_ = withoutBlocked(*send.request.data, send.plan);
         data_ = reduced_ ? &*reduced_ : &*send.request.data;
     }
+    // data_ can point into this object.
     DataToSend(const DataToSend&) = delete;
     DataToSend& operator=(const DataToSend&) = delete;
 
@@ -56,6 +57,7 @@ private:
     const gps::Dictionary* data_ = nullptr;
 };
 
+// Waits however long it takes: a worker that may be writing is never abandoned.
 Outcome run(const PreparedSend& send, const gps::Dictionary* data, ProgressTracker& progress)
 {
     auto* const control = dynamic_cast<gps::GPSSessionControl*>(send.device.driver.get());
@@ -133,6 +135,7 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
     addErrors(send, data.get(), outcome, report);
     if (send.isPlanned() && !report.answer)
         check(send, progress, report);
+    // A request that came after the last write has stopped nothing.
     report.wasStopped = isStopRequested(send) && !report.isComplete();
 }
 

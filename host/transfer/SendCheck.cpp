@@ -85,6 +85,7 @@ std::size_t lostRecords(const std::string& before, const std::string& present,
 void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planned,
                    const gps::GPSFileDevice& device, SentFile& file)
 {
+    // A file that could not be decoded had no records that the plan could keep.
     if (before.error || (file.result != Result::kDifferent && file.result != Result::kMissing))
         return;
     std::string present;
@@ -107,6 +108,7 @@ std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
     }
     if (blocked.empty())
         return std::nullopt;
+    // A second copy of all records, which only a blocked file costs.
     auto rest = data;
     if (blocked.contains("tracks"))
         rest.remove("track");

@@ -26,6 +26,7 @@ void fit(PreparedSend& send)
         send.textChanges = fitNames(
             data, onDevice,
             {gps::CharacterSet{send.files->deviceCharacters()}, send.files->longestName()});
+    // After the names: points are compared by the names that the device will store.
     useDeviceRoutePoints(data, onDevice, *send.files);
 }
 
@@ -82,6 +83,7 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
         return send;
     ProgressTracker progress{send.request.progress};
     progress.begin(TransferPhase::kReadingDevice);
+    // Before the device is read, so that the plan is still true when it is carried out.
     lock(send);
     send.snapshot = send.files->takeSnapshot();
     if (send.snapshot) {
