@@ -125,7 +125,8 @@ std::vector<Backup> readBackups(const std::string& folder, const std::vector<std
     return backups;
 }
 
-// Renamed first, so that a run killed here does not leave a damaged backup in the list.
+// Renamed first, so that a run killed here does not leave a damaged backup in the list. A rename
+// that fails only when it is flushed counts, because the entry has its new name by then.
 // @return  whether the backup is gone
 bool deleteBackup(const Backup& backup, const std::string& folder, gps::FileSystem& files)
 {
@@ -158,6 +159,7 @@ std::set<std::string> namesToKeep(const std::vector<Backup>& backups, const std:
         names.insert(first->name);
     const Backup* firstOfDay = nullptr;
     for (const auto& backup : backups) {
+        // Of equal ones the last counts, which is the oldest.
         if (backup.day == today &&
             (firstOfDay == nullptr || sequenceOn(today, backup) <= sequenceOn(today, *firstOfDay)))
             firstOfDay = &backup;
@@ -186,6 +188,7 @@ void deleteOldest(const BackupPolicy& policy, const std::string& folder,
     }
 }
 
+// Quadratic in the number of files, unless a match comes early.
 bool haveCommonFile(const Manifest& a, const Manifest& b)
 {
     return std::any_of(a.files.begin(), a.files.end(), [&](const BackedUpFile& file) {
@@ -220,6 +223,7 @@ const Backup* findEqual(const std::vector<Backup>& backups, const std::string& f
     return found != backups.end() ? &*found : nullptr;
 }
 
+// weakly_canonical(), because the folder for the backups need not exist yet.
 bool isInsideAny(const std::string& path, const std::vector<std::string>& folders)
 {
     std::error_code ignored;
@@ -269,6 +273,7 @@ std::optional<gps::Error> BackupMaker::make(const DataFolders& source, const Bac
     removeUnfinished();
     if (failure)
         return failure;
+    // A backup that was reused is inserted again below, as the newest.
     std::erase_if(backups_, [&](const Backup& backup) {
         return backup.name == made_.backup.name ||
                (source.identifier.empty() && !isOfDevice(backup));
@@ -310,6 +315,7 @@ std::optional<gps::Error> BackupMaker::finish(const std::string& name)
     auto failure = equal != nullptr ? writeManifest(path, manifest_, files_) : giveName(name);
     if (failure)
         return failure;
+    // Read back, so that a backup counts only if the list will show it.
     Manifest written;
     if (auto unreadable = readManifest(path, written, files_))
         return unreadable;

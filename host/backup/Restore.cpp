@@ -49,6 +49,7 @@ bool Restore::isOf(const std::string& identifier, const std::string& device) con
            });
 }
 
+// A link on the device could lead the writes to any file of the user.
 std::optional<gps::Error> Restore::checkFolders(const std::string& device) const
 {
     std::set<std::string> folders{manifest_.folders.begin(), manifest_.folders.end()};
@@ -76,6 +77,7 @@ bool Restore::matches(const std::string& device, const BackedUpFile& file) const
            present.size() == file.size && hashOf(present) == file.hash;
 }
 
+// Reads each file again: keeping all of them since open() would take as much memory as the backup.
 std::optional<gps::Error> Restore::write(const std::string& device,
                                          std::vector<std::string>& written) const
 {
