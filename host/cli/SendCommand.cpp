@@ -156,6 +156,7 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
     hasFailed_ = hasFailed_ || !isComplete;
 }
 
+// Every error makes the status 1, those of a plan that is not carried out included.
 void SendCommand::showErrors(const std::vector<std::string>& sentences)
 {
     for (const auto& sentence : sentences)

@@ -16,9 +16,9 @@
 
 namespace {
 
-/// Opens /dev/null, read-only, on every standard stream that is closed. Otherwise the next file
-/// that the program opens would get the stream's number, and what is meant for the stream would be
-/// written into that file.
+/// Opens /dev/null on every standard stream that is closed. Otherwise the next file that the
+/// program opens would get the stream's number, and what is meant for the stream would be written
+/// into that file. Read-only, so that writing to a closed standard output is still an error.
 void openClosedStandardStreams()
 {
     int file = STDIN_FILENO;

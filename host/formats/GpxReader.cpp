@@ -188,6 +188,7 @@ private:
         std::string xml;
         if (gps::FileManager{}.readFile(path_, xml, kLargestGpx))
             return {};
+        // The offset counts bytes of the converted text.
         (void)convertXmlToUtf8(xml);
         return fmt::format(", line {}", lineAt(xml, static_cast<std::size_t>(offset)));
     }
@@ -222,6 +223,7 @@ std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
                                                     result.description()));
     if (localName(document.document_element()) != "gpx")
         return errors.at(0, "this is not a GPX file");
+    // The parser accepts several root elements; all but the first would be lost silently.
     if (const auto more = document.document_element().next_sibling())
         return errors.at(more.offset_debug(), "there is more text after the end of the document");
     return std::nullopt;

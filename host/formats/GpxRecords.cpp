@@ -84,8 +84,7 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
     return found;
 }
 
-// An element's own text. White space around a text of several lines is layout and is dropped. An
-// element nested in the text has no value of its own, so its text is left out.
+// An element's own text. White space around a text of several lines is layout and is dropped.
 std::string textOf(const pugi::xml_node& element)
 {
     std::string text = element.value(); // the first piece, unless it is a CDATA section
