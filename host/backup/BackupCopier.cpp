@@ -71,7 +71,7 @@ std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
     BackedUpFile file{.path = gps::joinPath(relative, entry.relativePath), .hash = {}};
     if (entry.isFolder)
         return makeFolders(target(file.path), files_);
-    // Not data, and the next write in that folder deletes it, in the backup as well.
+    // Not data: the next write in that folder deletes it, on the device and in the backup.
     if (isTemporaryName(gps::lastComponent(file.path)))
         return std::nullopt;
     const auto from = gps::joinPath(folder, entry.relativePath);

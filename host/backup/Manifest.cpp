@@ -27,7 +27,7 @@ namespace {
 // Objects of this type are sorted maps, so that a million keys are read fast.
 using SortedJson = nlohmann::json;
 
-constexpr std::size_t kLongestPath = 4095; // in bytes; the system allows no longer one
+constexpr std::size_t kLongestPath = 4095; // bytes; the longest that the system allows
 constexpr int kDeepestMember = 3;          // a file's members; whatever is deeper is dropped
 
 gps::Error notABackup(const std::string& folder)

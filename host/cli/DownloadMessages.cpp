@@ -34,7 +34,7 @@ std::string namesOf(const std::vector<gps::TransferKind>& kinds)
     return names;
 }
 
-// What is between the path where the driver stopped and the kinds that were read separately. The
+// What was left out between the path where the driver stopped and the kinds read separately. The
 // driver reads geocaches after waypoints, and both count as one kind.
 std::string leftOutText(const OperationReport& report)
 {

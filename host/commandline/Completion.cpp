@@ -31,7 +31,7 @@ std::string described(const std::string& word, const std::string& description)
     return fmt::format("{}\t{}\n", word, description);
 }
 
-// The words before the one to complete, understood.
+// What the words before the one to complete mean.
 class Walk {
 public:
     Walk(const CLI::App& app, const std::vector<std::string>& words) : app_(app)

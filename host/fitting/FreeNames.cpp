@@ -111,7 +111,8 @@ std::string FreeNames::numbered(std::string_view wanted)
     return stemOf(wanted, 0);
 }
 
-// The part of a name before a number of so many digits; the whole name, cut, without digits.
+// The part of a name before a number of so many digits. With 0 digits, the whole name, cut to the
+// limit.
 std::string FreeNames::stemOf(std::string_view wanted, std::size_t digits) const
 {
     auto stem = wanted.substr(0, longest_ - (digits > 0 ? digits + 1 : 0));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One maker and one row per format.
+// A function pointer per format keeps the table constant and the writers' headers out of Formats.h.
 
 #include "host/formats/Formats.h"
 

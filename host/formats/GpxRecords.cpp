@@ -40,8 +40,8 @@ ElementName nameOf(const pugi::xml_node& node)
     return {name.substr(0, colon), name.substr(colon + 1)};
 }
 
-// Looks at so many attributes only: an element with very many, below which each element's namespace
-// is looked up, would take a time that grows with the square of the file.
+// Looks at the first kMostDeclarations attributes only. An element with very many would be searched
+// again for each element below it, in a time that grows with the square of the file.
 pugi::xml_attribute declarationIn(const pugi::xml_node& element, const std::string& key)
 {
     int left = kMostDeclarations;

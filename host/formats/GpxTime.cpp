@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The strict profile is accepted, and what other programs write in its place. Each take function
-// removes what it has read from the front of the text.
+// Accepts the strict profile, and what other programs write instead. Each take function removes
+// what it has read from the front of the text.
 
 #include "host/formats/GpxTime.h"
 

@@ -104,7 +104,8 @@ struct PointNumbers {
     std::optional<std::int64_t> time{};
 };
 
-// The difference from a column's last number, which becomes this one unless it is not known.
+// The difference from a column's last number, which this one replaces. An unknown number has no
+// difference and replaces nothing.
 std::optional<std::int64_t> difference(const std::optional<std::int64_t>& number,
                                        std::int64_t& last)
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A gx:Track lists all its times before all its coordinates, so times go to the output at once and
-// coordinates to the spool. Plain lines use the same way.
+// coordinates to the spool. Plain lines use the spool, too: only their end shows whether they are a
+// line or a point.
 
 #include "host/formats/KmlLine.h"
 

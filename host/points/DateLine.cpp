@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Interpolates in degrees, which is what a straight line on the maps that need the cut means.
+// Interpolates in degrees: on the maps that need the cut, that is a straight line.
 
 #include "host/points/DateLine.h"
 

@@ -23,7 +23,7 @@ double radians(double degrees)
     return degrees * (std::numbers::pi / 180);
 }
 
-// Stays exact for points that are metres apart, where the law of cosines loses all its digits.
+// Stays exact for points that are metres apart, where the law of cosines loses most digits.
 double haversine(double angle)
 {
     return std::pow(std::sin(angle / 2), 2);

@@ -36,7 +36,7 @@ bool isStopRequested(const PreparedSend& send)
     return send.request.stopRequested && send.request.stopRequested();
 }
 
-// What the driver gets.
+// The data that the driver gets: all of it, or a copy without the kinds that cannot be written.
 class DataToSend {
 public:
     explicit DataToSend(const PreparedSend& send)

@@ -29,7 +29,7 @@ std::string trackPrefix(std::int64_t firstTime)
     return fmt::format("{}{} ", kTrack, firstTime);
 }
 
-// The key without its last part; empty for that of another record than a track.
+// The key of a track without its last part; empty for any other key.
 std::string_view withoutContent(std::string_view key)
 {
     return key.starts_with(kTrack) ? key.substr(0, key.rfind(' ')) : std::string_view{};
