@@ -225,6 +225,7 @@ CLI::Option* CommandTable::addBackupOptions(CLI::App& command, std::optional<std
             [&mostBackups](const std::string& text) {
                 mostBackups = static_cast<std::uint32_t>(toNumber("--keep-backups", text, 1));
             },
+            // The number is BackupPolicy::kDefaultCount.
             "How many backups of a device to keep; the default is 10")
         ->type_name("N");
     return command
@@ -240,6 +241,7 @@ void CommandTable::addSend()
                                "  magellangps send trip.gpx --dry-run\n"
                                "  magellangps send trip.gpx --device /media/RECEIVER\n");
     addDiskDeviceOptions(command, options.driver, options.device);
+    // Not required(): --data can take their place, and finish() checks that one of them is given.
     const auto* const files =
         command.add_option("files", options.files, "The GPX files to send")->type_name("FILE");
     const auto* const data =

@@ -83,6 +83,7 @@ void addDetails(Json& object, const gps::LineAccount& lines)
 // Appends what one operation's account has to the arrays of the document.
 void addAccount(Json& document, const gps::TransferAccount& account)
 {
+    // An import of several files has an entry for each kind of each file.
     for (const auto& tally : talliesOf(account)) {
         Json kind{{"kind", tally.kind}};
         addLines(kind, tally.lines);

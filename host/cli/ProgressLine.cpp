@@ -19,6 +19,7 @@
 namespace host {
 namespace {
 
+// Sources: ECMA-48 for erasing; the VT100's private mode 7 for wrapping.
 constexpr char kBegin[] = "\r\033[?7l";   // no wrapping: a narrow terminal cuts the line instead
 constexpr char kEnd[] = "\033[K\033[?7h"; // erases what is left of a longer line
 constexpr char kErase[] = "\r\033[K";

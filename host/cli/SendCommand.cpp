@@ -125,6 +125,7 @@ void SendCommand::showPlan(const PreparedSend& send)
 
 void SendCommand::perform(PreparedSend& send)
 {
+    // Only now: before this, nothing has been changed, and a signal may end the program at once.
     const StopSignals stop; // until the files are as they will stay
     send.request.stopRequested = [&stop] { return stop.stopRequested(); };
     const auto report = performSend(send);

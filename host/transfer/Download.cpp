@@ -113,6 +113,7 @@ void Download::runOperations()
 void Download::readMissingKinds()
 {
     const auto first = report_.operations.front(); // a copy: the vector grows
+    // If no transfer began, the driver failed before any kind, and would fail again.
     if (!request_.readsMissingKinds || request_.driverOptions || first.isSerial ||
         first.isInterrupted || first.isAbandoned || first.received.empty())
         return;

@@ -136,6 +136,7 @@ bool KnownRecords::hasTrackFrom(std::int64_t firstTime) const
     return next != keys_.end() && next->starts_with(prefix);
 }
 
+// Nothing is locked: of two processes that watch for the same receiver, the last one to write wins.
 std::optional<gps::Error> KnownRecords::add(const RecordKeys& keys)
 {
     if (isUnreadable_)
