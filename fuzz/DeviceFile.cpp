@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Inputs are written to an anonymous memory file, because the readers take a path: thousands of
-// inputs a second then leave nothing behind in any folder.
+// The order of the calls is that of a reader: records before their points.
 
 #include "DeviceFile.h"
 
 #include <utility>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace fuzz {
 namespace {
@@ -28,15 +24,6 @@ void announce(gps::Array& records, gps::Dictionary record)
 }
 
 } // namespace
-
-std::string asFile(std::string_view text)
-{
-    static const int file = memfd_create("input", MFD_CLOEXEC);
-    require(file >= 0 && ftruncate(file, 0) == 0, "a memory file can be created");
-    require(pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()),
-            "the file holds the whole text");
-    return "/proc/self/fd/" + std::to_string(file);
-}
 
 void Records::newTrack(const gps::Dictionary& track)
 {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Shared by the targets that read a receiver's files: an input as a file, a status object that
-// stores the records, and the check that reading and writing agree. One thread.
+// Shared by the targets that read a receiver's files: a status object that stores the records, and
+// the check that reading and writing agree. One thread.
 
 #pragma once
 
 #include "Framing.h"
 #include "FuzzTarget.h"
+#include "InputFile.h"
 
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
@@ -17,10 +18,6 @@
 #include <vector>
 
 namespace fuzz {
-
-/// Writes the text to the process's one memory file, replacing the previous text.
-/// @return  a path to read it from
-std::string asFile(std::string_view text);
 
 /// Stores the records of one read, and checks the order of the calls.
 class Records : public gps::GPSOutputReceiver {

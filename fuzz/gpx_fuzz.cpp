@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Reads any bytes as a GPX file. A rejected file adds no records and has an error with a text.
 
-#include "DeviceFile.h"
+#include "FuzzTarget.h"
+#include "InputFile.h"
 
+#include <gps/Error.h>
+#include <gps/Value.h>
 #include <host/formats/GpxReader.h>
 
 #include <cstdint>
