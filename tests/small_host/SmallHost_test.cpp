@@ -25,6 +25,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <future>
 #include <memory>
@@ -161,6 +163,34 @@ TEST_F(SmallHostTest, LastReferenceToADriverMayBeDroppedInACallOfItsDownload)
     started.set_value();
     ASSERT_TRUE(status->waitUntilIdle());
     EXPECT_EQ(status->calls(), whole);
+}
+
+/// Counts waypoints instead of storing them.
+class CountingReceiver : public RecordingReceiver {
+public:
+    void wayPoint(const gps::GPSPoint& /*point*/, const gps::Dictionary& /*extra*/) override
+    {
+        ++count_;
+    }
+    [[nodiscard]] std::size_t count() const { return count_; }
+
+private:
+    std::size_t count_ = 0;
+};
+
+TEST_F(SmallHostTest, RouteMayMentionALongWaypointAsOftenAsItLikes)
+{
+    constexpr std::size_t kMentions = 2000; // copies of the waypoint would take 2 GB
+    std::string route = "PMGNRTE,1,1,c,1,R";
+    for (std::size_t i = 0; i < kMentions; ++i)
+        route += ",A,a";
+    const auto file = receiver_.put(
+        "r.rte", {sentence("PMGNRTE,1,1,c,2,FIRST"), // an import expects a route first
+                  sentence("PMGNWPL,4600.0,N,00700.0,E,0,M,A," + std::string(1 << 20, 'x') + ",a"),
+                  sentence(route)});
+    const auto status = std::make_shared<CountingReceiver>();
+    EXPECT_EQ(host_.driver()->gpsRunAcquire(status, {{"sourcePath", file}}), std::nullopt);
+    EXPECT_EQ(status->count(), kMentions);
 }
 
 TEST_F(SmallHostTest, ExportedHelpersDoNothingWithoutADictionary)
