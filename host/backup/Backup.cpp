@@ -111,18 +111,36 @@ bool isSame(const std::string& a, const std::string& b, gps::FileSystem& files)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-std::vector<Backup> readBackups(const std::string& folder, const std::vector<std::string>& names,
-                                gps::FileSystem& files)
+// @param backups  out: those whose manifests are good, the newest first
+// @return         why it is not known whether one more of them is a backup
+std::optional<gps::Error> readBackups(const std::string& folder,
+                                      const std::vector<std::string>& names,
+                                      std::vector<Backup>& backups, gps::FileSystem& files)
 {
-    std::vector<Backup> backups;
+    std::optional<gps::Error> unknown;
     for (const auto& name : names) {
+        if (name == kUnfinished)
+            continue;
         const auto path = gps::joinPath(folder, name);
         Manifest manifest;
-        if (name != kUnfinished && !readManifest(path, manifest, files))
+        const auto failure = readManifest(path, manifest, files);
+        if (!failure)
             backups.push_back(describe(path, name, manifest));
+        else if (mayBeReadLater(*failure))
+            unknown = failure;
     }
     std::sort(backups.begin(), backups.end(), isNewer);
-    return backups;
+    return unknown;
+}
+
+// Its sequence may be the largest, and a new backup with the same one would not count as newer.
+gps::Error unreadableBackup(const gps::Error& failure)
+{
+    return hostError("An older backup cannot be read",
+                     "Try again. If it still cannot be read, move its folder away, or choose "
+                     "another folder with --backup",
+                     failure.path().value_or(""))
+        .causedBy(failure);
 }
 
 // Renamed first, so that a run killed here does not leave a damaged backup in the list. A rename
@@ -265,7 +283,8 @@ std::optional<gps::Error> BackupMaker::make(const DataFolders& source, const Bac
     std::vector<std::string> names;
     if (auto failure = readNames(folder_, names, files_))
         return failure;
-    backups_ = readBackups(folder_, names, files_);
+    if (const auto unknown = readBackups(folder_, names, backups_, files_))
+        return unreadableBackup(*unknown);
     removeUnfinished();
     auto failure = fill(source);
     if (!failure)
@@ -364,8 +383,10 @@ std::vector<Backup> listBackups(const std::string& folder, const std::string& id
 {
     const auto parent = deviceFolder(folder, identifier);
     std::vector<std::string> names;
-    (void)readNames(parent, names, files); // those that were read are offered
-    return readBackups(parent, names, files);
+    std::vector<Backup> backups;
+    (void)readNames(parent, names, files); // those that can be read are offered
+    (void)readBackups(parent, names, backups, files);
+    return backups;
 }
 
 } // namespace host

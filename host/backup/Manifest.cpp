@@ -19,7 +19,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cerrno>
 #include <utility>
+
+#include <sys/stat.h>
 
 namespace host {
 namespace {
@@ -34,6 +37,15 @@ gps::Error notABackup(const std::string& folder)
 {
     return hostError("This folder is not a complete backup",
                      "Choose one of those that \"magellangps restore\" lists", folder);
+}
+
+// A failed look-up is not proof that the manifest is missing.
+bool mayBeIntact(const std::string& path, gps::FileSystem& files)
+{
+    struct stat status;
+    if (files.stat(path.c_str(), &status) != 0)
+        return errno != ENOENT && errno != ENOTDIR;
+    return S_ISREG(status.st_mode) && static_cast<std::size_t>(status.st_size) <= kLargestManifest;
 }
 
 // A backup is written with relative paths. Any other manifest is damaged or forged.
@@ -218,13 +230,18 @@ std::optional<gps::Error> writeManifest(const std::string& folder, const Manifes
     return writeFile(gps::joinPath(folder, kManifestName), text, files);
 }
 
+bool mayBeReadLater(const gps::Error& failure)
+{
+    return failure.domain() != kHostErrorDomain;
+}
+
 std::optional<gps::Error> readManifest(const std::string& folder, Manifest& manifest,
                                        gps::FileSystem& files)
 {
     std::string text;
     const auto path = gps::joinPath(folder, kManifestName);
-    if (gps::FileManager{&files}.readFile(path, text, kLargestManifest))
-        return notABackup(folder);
+    if (auto failure = gps::FileManager{&files}.readFile(path, text, kLargestManifest))
+        return mayBeIntact(path, files) ? failure : notABackup(folder);
     const auto json = parseManifest(text);
     Manifest read;
     if (!readNotes(json, read) || !readFolders(json, read) || !readFiles(json, read) ||

@@ -62,6 +62,10 @@ inline constexpr std::size_t kLargestManifest = std::size_t{8} << 20;
 writeManifest(const std::string& folder, const Manifest& manifest,
               gps::FileSystem& files = gps::FileSystem::system());
 
+/// Whether an error of readManifest() means that the backup may be complete: its manifest could not
+/// be read, but perhaps it can be later.
+[[nodiscard]] bool mayBeReadLater(const gps::Error& failure);
+
 /// Reads a backup's manifest. It is rejected unless every member has its type and form: paths of at
 /// most 4095 bytes that stay inside the device's folder and hold no NUL byte, sizes that a
 /// backed-up file can have, and hashes by hashOf. Unfinished files, which older versions backed up,

@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -501,6 +502,40 @@ TEST_F(Backup, OneFailedCallLosesNoEqualBackup)
                 std::filesystem::remove_all(backup.path);
         }
     }
+}
+
+// A backup that was skipped because of a passing error may have the largest sequence.
+TEST_F(Backup, NoTwoHaveTheSameSequenceAfterAFailedRead)
+{
+    ASSERT_FALSE(make());
+    change();
+    ASSERT_FALSE(make());
+    const auto newest = made_.sequence;
+    change();
+    int failures = 0;
+    for (const char* const call : {"open", "fstat", "read"}) {
+        for (int which = 1; which <= 4; ++which) {
+            support::OneFault files{call, EIO, which};
+            failures += make(files) ? 1 : 0;
+            std::set<std::uint64_t> sequences;
+            for (const auto& backup : list())
+                EXPECT_TRUE(sequences.insert(backup.sequence).second) << call << ' ' << which;
+        }
+    }
+    EXPECT_GT(failures, 3);
+    EXPECT_GT(list().front().sequence, newest);
+}
+
+TEST_F(Backup, OlderOneThatCannotBeReadIsNamed)
+{
+    ASSERT_FALSE(make());
+    const auto manifest = made_.path + "/manifest.json";
+    fs::remove(manifest);
+    fs::create_symlink("manifest.json", manifest); // a loop
+    const auto failure = make();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->path(), manifest);
+    EXPECT_THAT(*failure->description(), testing::HasSubstr("older backup cannot be read"));
 }
 
 TEST_F(Backup, FolderThatCannotBeListedFailsTheBackup)

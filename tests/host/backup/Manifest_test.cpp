@@ -3,6 +3,7 @@
 #include "host/backup/Manifest.h"
 
 #include "host/files/Hash.h"
+#include "platform/System/OneFault.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -240,6 +241,19 @@ TEST(Manifest, MissingFileIsNotABackup)
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->path(), folder.path());
     EXPECT_THAT(*failure->description(), testing::HasSubstr("not a complete backup"));
+    EXPECT_FALSE(host::mayBeReadLater(*failure));
+}
+
+TEST(Manifest, FileThatCannotBeReadMayBeReadLater)
+{
+    const support::TemporaryFolder folder;
+    folder.put(host::kManifestName, host::manifestText({}));
+    host::Manifest manifest;
+    support::OneFault files{"read", EIO};
+    const auto failure = host::readManifest(folder.path(), manifest, files);
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->path(), folder.path(host::kManifestName));
+    EXPECT_TRUE(host::mayBeReadLater(*failure));
 }
 
 } // namespace
