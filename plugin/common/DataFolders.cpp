@@ -4,10 +4,28 @@
 
 #include "DataFolders.h"
 
+#include "Errors.h"
+
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
 
 namespace magellan {
+namespace {
+
+/// @param leadsOut  whether links lead from the path out of the volume
+/// @return          nullopt if the folder has no usable name
+std::optional<std::string> namedPath(const gps::Dictionary& folders, RecordKind kind,
+                                     const std::string& volume, bool& leadsOut)
+{
+    const auto* name = folders.findString(folderKey(kind));
+    if (name == nullptr || !gps::staysInside(*name))
+        return std::nullopt;
+    auto path = gps::joinPath(volume, *name);
+    leadsOut = gps::FileManager{}.leadsOutOf(volume, path);
+    return path;
+}
+
+} // namespace
 
 std::string_view folderKey(RecordKind kind) noexcept
 {
@@ -27,11 +45,21 @@ std::string_view folderKey(RecordKind kind) noexcept
 std::optional<std::string> dataFolderPath(const gps::Dictionary& folders, RecordKind kind,
                                           const std::string& volume)
 {
-    const auto* name = folders.findString(folderKey(kind));
-    if (name == nullptr || !gps::staysInside(*name))
+    bool leadsOut = false;
+    auto path = namedPath(folders, kind, volume, leadsOut);
+    return leadsOut ? std::nullopt : path;
+}
+
+std::optional<gps::Error> dataFolderObstacle(const gps::Dictionary& folders, RecordKind kind,
+                                             const std::string& volume)
+{
+    bool leadsOut = false;
+    const auto path = namedPath(folders, kind, volume, leadsOut);
+    if (!leadsOut)
         return std::nullopt;
-    auto path = gps::joinPath(volume, *name);
-    return gps::FileManager{}.leadsOutOf(volume, path) ? std::nullopt : std::optional{path};
+    return makeError(ErrorCode::kReadFailed,
+                     "This folder is a link that leads out of the receiver, so it was not read",
+                     "Replace the link by a folder, and try again", path);
 }
 
 } // namespace magellan

@@ -6,6 +6,8 @@
 
 #include "RecordKind.h"
 
+#include <gps/Error.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,5 +27,10 @@ namespace magellan {
 ///                 has ".." as a component, or if links lead from the path out of the volume
 [[nodiscard]] std::optional<std::string> dataFolderPath(const gps::Dictionary& folders,
                                                         RecordKind kind, const std::string& volume);
+
+/// Returns why a kind's data folder is not used although the device may have it: links lead from
+/// its path out of the volume. Nullopt for any other folder, also for one that is missing.
+[[nodiscard]] std::optional<gps::Error>
+dataFolderObstacle(const gps::Dictionary& folders, RecordKind kind, const std::string& volume);
 
 } // namespace magellan

@@ -70,11 +70,15 @@ bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputRe
         return false;
     }
     status.startTransfer(kind.kind);
-    const auto folder = dataFolderPath(*work.findDictionary("folders"), kind.folder,
-                                       *work.findString("targetPath"));
+    const auto& folders = *work.findDictionary("folders");
+    const auto& volume = *work.findString("targetPath");
+    const auto folder = dataFolderPath(folders, kind.folder, volume);
     const auto error =
         folder ? sendSelector(kind.reader, status, *folder, {nameOf(kind.folder), monitor, account})
                : std::nullopt;
+    if (const auto obstacle =
+            folder ? std::nullopt : dataFolderObstacle(folders, kind.folder, volume))
+        account.addUnseen(nameOf(kind.folder), *obstacle->path(), *obstacle);
     status.endTransfer(kind.kind);
     return !error;
 }

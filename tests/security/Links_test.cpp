@@ -45,7 +45,9 @@ protected:
 TEST_F(Links, DataFolderOutsideTheVolumeIsNotRead)
 {
     const auto ran = support::acquire(receiver_, {"--events", "--no-routes"});
-    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("leads out of the receiver"));
+    EXPECT_THAT(ran.err, HasSubstr("Path: " + receiver_.path("Points")));
     EXPECT_THAT(ran.out, Not(HasSubstr("Hut")));
     link("../" + fs::path{home_.path()}.filename().string() + "/home");
     EXPECT_EQ(support::acquire(receiver_, {"--events", "--no-routes"}).out, ran.out)

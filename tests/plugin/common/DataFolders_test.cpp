@@ -80,6 +80,15 @@ TEST(DataFolderPath, ALinkIsFollowedOnlyWithinTheVolume)
     EXPECT_EQ(path("inside"), volume + "/inside");
     EXPECT_EQ(path("outside"), std::nullopt);
     EXPECT_EQ(path("outside/deeper"), std::nullopt);
+
+    const auto obstacle = [&](const char* name) {
+        return dataFolderObstacle({{"MyPOIs", name}}, RecordKind::kWaypoints, volume);
+    };
+    EXPECT_EQ(obstacle("inside"), std::nullopt);
+    EXPECT_EQ(obstacle("missing"), std::nullopt);
+    EXPECT_EQ(obstacle("../home"), std::nullopt) << "not a name of a folder";
+    ASSERT_TRUE(obstacle("outside/deeper"));
+    EXPECT_EQ(obstacle("outside/deeper")->path(), volume + "/outside/deeper");
 }
 
 } // namespace

@@ -215,6 +215,15 @@ TEST_F(FileAccountTest, HasTheFoldersThatCouldNotBeListed)
     EXPECT_THAT(unseen(), ElementsAre("tracks /Track Logs: 256"));
 }
 
+TEST_F(FileAccountTest, HasTheFoldersThatLeadOutOfTheReceiver)
+{
+    const support::TemporaryFolder outside;
+    std::filesystem::remove(receiver_.path("Track Logs"));
+    std::filesystem::create_symlink(outside.path(), receiver_.path("Track Logs"));
+    acquire();
+    EXPECT_THAT(unseen(), ElementsAre("tracks /Track Logs: -3"));
+}
+
 TEST_F(FileAccountTest, HasALanguageFileThatCannotBeReadButNotAMissingOne)
 {
     acquire();
