@@ -158,6 +158,27 @@ std::string loggedDate(const pugi::xml_node& cache, std::string_view type)
     return {};
 }
 
+// The date on which the owner of the file found a cache that is marked as found. Sites name the
+// finder in each log, and logs are everybody's. A log without a finder was written by this program;
+// the only log of a cache that its finder has logged is the finder's.
+std::string foundDateOf(const pugi::xml_node& cache)
+{
+    int logs = 0;
+    pugi::xml_node found;
+    for (const auto& log : childOf(cache, "logs").children()) {
+        const auto type = childText(log, "type");
+        if (type == "Publish Listing")
+            continue;
+        ++logs;
+        if (type != "Found it")
+            continue;
+        if (!childOf(log, "finder"))
+            return cacheDateOf(childText(log, "date"));
+        found = log;
+    }
+    return logs == 1 && found ? cacheDateOf(childText(found, "date")) : std::string{};
+}
+
 // Listing sites write the day on which a cache was placed as its waypoint's time.
 std::string datePlacedOf(const pugi::xml_node& waypoint, const gps::GPSPoint& point)
 {
@@ -198,7 +219,7 @@ gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoin
     record.set("geocacheHint", childText(cache, "encoded_hints"));
     record.set("geocacheType", cacheTypeOf(element));
     record.set("datePlaced", datePlacedOf(element, point));
-    record.set("dateFound", isFound ? loggedDate(cache, "Found it") : std::string{});
+    record.set("dateFound", isFound ? foundDateOf(cache) : std::string{});
     record.set("difficulty", childText(cache, "difficulty"));
     record.set("terrain", childText(cache, "terrain"));
     record.set("symbol", isFound ? gps::kFoundGeocacheSymbol : gps::kGeocacheSymbol);

@@ -419,6 +419,27 @@ TEST(GpxReader, GeocacheIsNotFoundBySomebodyElsesLog)
     EXPECT_EQ(textUnder(found, "dateFound"), "040310");
 }
 
+TEST(GpxReader, FoundDateIsNotThatOfSomebodyElsesLog)
+{
+    const auto log = [](const std::string& type, const std::string& finder) {
+        return "<log><date>2010-03-04T19:00:00Z</date><type>" + type + "</type>" +
+               (finder.empty() ? "" : "<finder>" + finder + "</finder>") + "</log>";
+    };
+    const auto dateWith = [](const std::string& logs) {
+        const auto record =
+            waypoint("<sym>Geocache Found</sym><cache><logs>" + logs + "</logs></cache>");
+        return std::string{textUnder(record, "dateFound")};
+    };
+    EXPECT_EQ(dateWith(log("Found it", "")), "040310") << "written by this program";
+    EXPECT_EQ(dateWith(log("Write note", "Ann") + log("Found it", "")), "040310");
+    EXPECT_EQ(dateWith(log("Found it", "Ann")), "040310") << "the only log";
+    EXPECT_EQ(dateWith(log("Publish Listing", "Ann") + log("Found it", "Bob")), "040310");
+    EXPECT_EQ(dateWith(log("Found it", "Ann") + log("Found it", "Bob")), "");
+    EXPECT_EQ(dateWith(log("Found it", "Ann") + log("Write note", "Bob")), "");
+    EXPECT_EQ(dateWith(log("Write note", "Bob")), "");
+    EXPECT_EQ(dateWith(""), "");
+}
+
 TEST(GpxReader, CachesOwnNameIsTheNameOrTheCommentIfThereIsNoOther)
 {
     EXPECT_EQ(textUnder(waypoint(std::string{"<name>GC1</name>"} + kCache), "comment"),
