@@ -91,8 +91,8 @@ void CommandTable::addGlobalOptions()
         ->type_name("N");
     app_.add_flag(
         "--json", options.json,
-        "Print the output of info and devices, or what happened in acquire and import, as "
-        "one JSON document");
+        "Print the output of info and devices, or what happened in another command, as one JSON "
+        "document");
     app_.add_flag("--events", options.events,
                   "Print each call of the plug-in as one JSON line, then a result line");
     const auto* const quiet =
@@ -258,9 +258,16 @@ void CommandTable::addSend()
     const auto* const exactNames = command.add_flag(
         "--exact-names", options.exactNames,
         "Send names and texts as they are in the files, without fitting them to the device");
+    const auto* const joinSegments =
+        command.add_flag("--join-segments", options.joinSegments,
+                         "Send the segments of a track as one track instead of one each");
+    const auto* const again =
+        command.add_flag("--again", options.again, "Send also what the device holds already");
     exclude(files, data);
     exclude(backup, noBackup);
     exclude(data, exactNames);
+    exclude(data, joinSegments);
+    exclude(data, again);
 }
 
 void CommandTable::addRestore()

@@ -72,6 +72,8 @@ struct SendOptions : GlobalOptions {
     std::uint32_t mostBackups = BackupPolicy::kDefaultCount; ///< kept per device, at least one
     bool dryRun = false;
     bool exactNames = false;
+    bool joinSegments = false; ///< a track's segments become one track
+    bool again = false;        ///< send also what the device holds already
 };
 
 /// `restore`

@@ -7,7 +7,9 @@
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/cli/AccountText.h"
 #include "host/cli/RecordCountText.h"
+#include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 
 #include <platform/System/Paths.h>
@@ -23,7 +25,7 @@ namespace {
 
 using Action = gps::PlannedFile::Action;
 
-constexpr std::size_t kMostRecords = 10; // missing records named one by one
+constexpr std::size_t kMostRecords = 10; // records or files named one by one
 
 std::string_view verbFor(Action action)
 {
@@ -70,6 +72,66 @@ std::string lineFor(const TextChange& change)
     if (!change.dropped.empty())
         line += fmt::format(", without \"{}\"", change.dropped);
     return line;
+}
+
+// "A", "B" and 3 more
+std::string listOf(const std::vector<std::string>& names, std::size_t count)
+{
+    const auto shown = std::min(names.size(), kMostRecords);
+    std::string text;
+    for (std::size_t i = 0; i < shown; ++i)
+        text += (i > 0 ? ", " : "") + names[i];
+    if (count > shown)
+        text += fmt::format("{}{} more", shown > 0 ? " and " : "", groupedText(count - shown));
+    return text;
+}
+
+std::string quotedName(const std::string& name)
+{
+    return name.empty() ? "without a name" : fmt::format("\"{}\"", name);
+}
+
+std::vector<std::string> trackNamesIn(const gps::Dictionary& data)
+{
+    std::vector<std::string> names;
+    forEachRecord(data, "track", [&](const gps::Dictionary& track) {
+        const auto* const name = track.findString("name");
+        if (name != nullptr && !name->empty() && names.size() < kMostRecords)
+            names.push_back(quotedName(*name));
+    });
+    return names;
+}
+
+std::string_view pointNoun(std::string_view kind)
+{
+    if (kind == "tracks")
+        return "track point";
+    if (kind == "routes")
+        return "route point";
+    return kind == "geocaches" ? "geocache" : "waypoint";
+}
+
+std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
+{
+    const bool isOne = lost.records == 1;
+    if (lost.field == "name")
+        return fmt::format("The device does not store the name{} of {} {}: {}.", isOne ? "" : "s",
+                           groupedText(lost.records), isOne ? "track" : "tracks",
+                           listOf(trackNamesIn(*send.request.data), lost.records));
+    const auto points =
+        fmt::format("{} {}{}", groupedText(lost.records), pointNoun(lost.kind), isOne ? "" : "s");
+    if (lost.field == "altitude")
+        return fmt::format("The elevation of {} is unknown and will be stored as 0.", points);
+    return fmt::format("The device does not store the time{} of {}.", isOne ? "" : "s", points);
+}
+
+std::string lineFor(const SegmentedTrack& track, SegmentRule rule)
+{
+    if (rule == SegmentRule::kJoin)
+        return fmt::format("The {} segments of the track {} are joined into one track.",
+                           track.segments, quotedName(track.name));
+    return fmt::format("The track {} has {} segments, which become {} tracks.",
+                       quotedName(track.name), track.segments, track.segments);
 }
 
 // Whether a file's error is what stops the send, which is reported once.
@@ -138,19 +200,43 @@ void addLosses(const SendReport& report, std::vector<std::string>& sentences)
     }
 }
 
+bool isWritten(const SentFile& file)
+{
+    return file.result == SentFile::Result::kWritten;
+}
+
 void addStop(const SendReport& report, std::vector<std::string>& sentences)
 {
-    const auto isWritten = [](const SentFile& file) {
-        return file.result == SentFile::Result::kWritten;
-    };
     const bool isAnyWritten = std::any_of(report.files.begin(), report.files.end(), isWritten);
     sentences.emplace_back(isAnyWritten ? "The send was stopped. Send again to write the rest."
                                         : "The send was stopped before anything was written.");
-    if (!isAnyWritten)
+}
+
+// After anything that went wrong: what the planned files hold now.
+void addFileStates(const SendReport& report, const PreparedSend& send,
+                   std::vector<std::string>& sentences)
+{
+    const auto isOld = [](const SentFile& file) { return file.isAsBefore; };
+    const auto isNeither = [](const SentFile& file) {
+        return !isWritten(file) && !file.isAsBefore;
+    };
+    const auto& files = report.files;
+    if (std::all_of(files.begin(), files.end(), isOld)) {
+        sentences.emplace_back("Nothing was written: every file of the device is as it was.");
         return;
-    for (const auto& file : report.files)
-        sentences.push_back(
-            fmt::format("{}: {}", isWritten(file) ? "Written" : "Not written", file.path));
+    }
+    const auto add = [&](std::string_view what, const auto& belongs) {
+        std::vector<std::string> paths;
+        for (const auto& file : files) {
+            if (belongs(file))
+                paths.emplace_back(relativeTo(send.device.location, file.path));
+        }
+        if (!paths.empty())
+            sentences.push_back(fmt::format("{}: {}.", what, listOf(paths, paths.size())));
+    };
+    add("Written", isWritten);
+    add("As before the send", isOld);
+    add("Neither as before nor as planned", isNeither);
 }
 
 void addMissingKinds(const SendReport& report, const PreparedSend& send,
@@ -195,6 +281,13 @@ std::string planReport(const PreparedSend& send)
     }
     for (const auto& change : send.textChanges)
         append(lineFor(change));
+    for (const auto& track : send.segmentedTracks)
+        append(lineFor(track, send.request.segmentRule));
+    for (const auto& lost : send.plan.lostFields)
+        append(lineFor(lost, send));
+    if (!send.present.isEmpty())
+        append(fmt::format("On the device already, and not sent again: {}.",
+                           recordCountText(send.present)));
     for (const auto& remark : send.plan.remarks)
         append(remark);
     return text;
@@ -239,11 +332,13 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     // What is missing after a stop is its consequence, and no error of its own.
     if (report.wasStopped) {
         addStop(report, sentences);
-        return sentences;
+    } else {
+        addMissingKinds(report, send, sentences);
+        addFiles(report, sentences);
+        addMissingRecords(report, sentences);
     }
-    addMissingKinds(report, send, sentences);
-    addFiles(report, sentences);
-    addMissingRecords(report, sentences);
+    if (report.wasRun() && send.isPlanned() && !report.isComplete())
+        addFileStates(report, send, sentences);
     return sentences;
 }
 
@@ -255,10 +350,12 @@ std::string dataSummary(const gps::Dictionary& data)
 
 std::string sentSummary(const PreparedSend& send)
 {
-    auto text = "sent: " + dataSummary(*send.request.data);
+    const auto text = "sent: " + dataSummary(*send.request.data);
     if (!send.isPlanned())
         return text;
     const auto files = plannedWrites(send.plan);
+    if (files == 0 && !send.present.isEmpty())
+        return "Nothing is new: the device holds everything already. --again sends it.";
     return text + fmt::format("; {} file{} written and read back", files, files == 1 ? "" : "s");
 }
 

@@ -10,15 +10,16 @@
 
 namespace host {
 
-/// The plan, one line for each file, each changed text and each remark of the driver. Files below
-/// the device's location are shown relative to it.
+/// The plan, one line for each file, each changed text, each loss and each remark of the driver.
+/// Files below the device's location are shown relative to it.
 [[nodiscard]] std::string planReport(const PreparedSend& send);
 
 /// What is wrong with a plan: files that cannot be written, and files whose present content would
 /// be lost.
 [[nodiscard]] std::vector<std::string> planErrors(const PreparedSend& send);
 
-/// What went wrong in a send, in the order in which it happened.
+/// What went wrong in a send, in the order in which it happened, and then which files are new and
+/// which are as before. Empty if the send is complete.
 [[nodiscard]] std::vector<std::string> sendErrors(const SendReport& report,
                                                   const PreparedSend& send);
 

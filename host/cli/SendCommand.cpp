@@ -185,6 +185,9 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
 {
     SendRequest request{.data = {},
                         .fitting = fittingFor(options),
+                        .segmentRule =
+                            options.joinSegments ? SegmentRule::kJoin : SegmentRule::kSplit,
+                        .sendsPresent = options.again,
                         .isDryRun = options.dryRun,
                         .backup = backupFor(options)};
     if (options.debug)

@@ -41,8 +41,7 @@ struct TextChange {
 ///   position, otherwise the first. If that name belongs to a route point at another position, in
 ///   the data or on the receiver, the route point gets a name of its own.
 /// - Geocaches with the same name are the same geocache.
-/// - What an earlier send put on the receiver is recognised by its position and gets its name
-/// again.
+/// - What an earlier send put on the receiver is recognised by its position and gets the same name.
 /// - Symbols are not changed, because drivers look them up by name. Tracks are not changed, because
 ///   no receiver stores their names.
 ///

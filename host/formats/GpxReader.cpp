@@ -8,6 +8,7 @@
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/base/XmlText.h"
+#include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
 
 #include <gps/Value.h>
@@ -17,9 +18,11 @@
 #include <pugixml.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -42,6 +45,7 @@ private:
     bool readRoute(const pugi::xml_node& element);
     bool readTrack(const pugi::xml_node& element);
     bool readSegment(const pugi::xml_node& segment, gps::Array& points);
+    void addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments);
     bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
 
     gps::Array waypoints_;
@@ -119,14 +123,16 @@ bool Collection::readRoute(const pugi::xml_node& element)
 
 bool Collection::readTrack(const pugi::xml_node& element)
 {
-    auto track = trackRecord(element);
-    gps::Array points;
-    for (const auto& segment : element.children()) {
-        if (isOwn(segment, "trkseg") && !readSegment(segment, points))
+    std::vector<gps::Array> segments;
+    for (const auto& node : element.children()) {
+        if (!isOwn(node, "trkseg"))
+            continue;
+        if (!readSegment(node, segments.emplace_back()))
             return false;
+        if (segments.back().empty())
+            segments.pop_back();
     }
-    track.set("points", std::move(points));
-    tracks_.emplace_back(std::move(track));
+    addTrack(trackRecord(element), segments);
     return true;
 }
 
@@ -141,6 +147,20 @@ bool Collection::readSegment(const pugi::xml_node& segment, gps::Array& points)
         points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
         return true;
     });
+}
+
+void Collection::addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments)
+{
+    if (segments.empty())
+        segments.emplace_back();
+    std::int32_t number = 0;
+    for (auto& points : segments) {
+        auto track = head;
+        if (segments.size() > 1)
+            track.set(kSegmentKey, ++number);
+        track.set("points", std::move(points));
+        tracks_.emplace_back(std::move(track));
+    }
 }
 
 bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)

@@ -24,9 +24,12 @@ inline constexpr std::size_t kLargestGpx = std::size_t{1} << 30;
 /// - Geocache: a waypoint with the nine fields of a cache and the symbol "Geocache" or "Geocache
 ///   Found". Dates are "DDMMYY".
 /// - Route: "name", "comment", "number", and its waypoints under "points".
-/// - Track: "name", and under "points" the points of all segments as dictionaries with a "point".
+/// - Track: "name", and under "points" its points as dictionaries with a "point". A track of
+/// several
+///   segments with points gives a record for each, with its number under "segment".
 ///
-/// A missing name, symbol, route comment or number adds no key. A malformed elevation or time is 0.
+/// A missing name, symbol, route comment or number adds no key. A missing or malformed elevation is
+/// a NaN, and such a time is 0.
 ///
 /// @return  an error with the line number if the file cannot be read, is not GPX, is damaged or cut
 ///          short, or has a point without valid coordinates. `data` is then unchanged

@@ -15,6 +15,7 @@
 #include <pugixml.hpp>
 
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -252,7 +253,8 @@ bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)
         return false;
     point.latitude = *latitude;
     point.longitude = *longitude;
-    point.altitude = gps::leadingNumber(childText(element, "ele")).value_or(0);
+    point.altitude = gps::leadingNumber(childText(element, "ele"))
+                         .value_or(std::numeric_limits<double>::quiet_NaN());
     point.time = readGpxTime(childText(element, "time")).value_or(0);
     return isOnGlobe(point);
 }

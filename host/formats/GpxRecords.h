@@ -21,7 +21,8 @@ namespace host {
 /// own, with the same local names, between those of GPX.
 [[nodiscard]] bool isOwn(const pugi::xml_node& element, std::string_view local);
 
-/// Reads a point's coordinates, elevation and time. A malformed elevation or time is 0.
+/// Reads a point's coordinates, elevation and time. An elevation that is missing or malformed is a
+/// NaN, and such a time is 0.
 /// @return  whether both coordinates are valid
 [[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);
 

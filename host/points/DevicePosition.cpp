@@ -54,4 +54,16 @@ std::array<std::int64_t, 9> DevicePosition::matchingKeys() const noexcept
     return keys;
 }
 
+double deviceAltitude(const gps::GPSPoint& point) noexcept
+{
+    return std::isnan(point.altitude) ? 0 : std::trunc(point.altitude);
+}
+
+bool isSameOnDevice(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept
+{
+    const auto first = DevicePosition::of(a);
+    const auto second = DevicePosition::of(b);
+    return first && second && first->matches(*second) && deviceAltitude(a) == deviceAltitude(b);
+}
+
 } // namespace host

@@ -44,4 +44,10 @@ private:
     std::int64_t longitude_;
 };
 
+/// The altitude that a receiver stores: whole metres, without rounding, and 0 if it is unknown.
+[[nodiscard]] double deviceAltitude(const gps::GPSPoint& point) noexcept;
+
+/// Whether a receiver may store the same coordinates and altitude for both points.
+[[nodiscard]] bool isSameOnDevice(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept;
+
 } // namespace host

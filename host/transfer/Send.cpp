@@ -118,8 +118,10 @@ void check(const PreparedSend& send, ProgressTracker& progress, SendReport& repo
     report.files = checkFiles(send.plan);
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         const auto& planned = send.plan.files[i];
-        if (const auto* const before = findFile(*send.snapshot, planned.path))
+        const auto* const before = findFile(*send.snapshot, planned.path);
+        if (before != nullptr)
             putBackIfLost(*before, planned, *send.files, report.files[i]);
+        report.files[i].isAsBefore = isAsBefore(report.files[i], before);
     }
     if (report.isComplete())
         report.missingRecords = missingRecords(*send.request.data, send.plan, *send.files);
@@ -130,6 +132,10 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
     progress.begin(TransferPhase::kSending);
     const DataToSend data{send};
     auto outcome = run(send, data.get(), progress);
+    const auto* const account =
+        dynamic_cast<const gps::GPSTransferAccount*>(send.device.driver.get());
+    if (account != nullptr)
+        report.account = account->transferAccount();
     report.logLines = std::move(outcome.logLines);
     report.moreLogLines = outcome.moreLines;
     addErrors(send, data.get(), outcome, report);

@@ -8,6 +8,8 @@
 #include "host/transfer/SendCheck.h"
 #include "host/transfer/SendPreparation.h"
 
+#include <gps/GPSTransferAccount.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -35,8 +37,11 @@ struct SendReport {
     std::size_t moreErrors = 0;         ///< further errors, of which only the number is known
     std::vector<gps::TransferKind> missingKinds{}; ///< kinds that were never sent
     std::vector<SentFile> files{};                 ///< the planned files, in the plan's order
-    std::vector<MissingRecord> missingRecords{};   ///< empty if anything else went wrong
-    std::vector<std::string> logLines{};           ///< what else the plug-in logged
+
+    /// The driver's account of the files that it read before it merged; nullopt if it keeps none.
+    std::optional<gps::TransferAccount> account{};
+    std::vector<MissingRecord> missingRecords{}; ///< empty if anything else went wrong
+    std::vector<std::string> logLines{};         ///< what else the plug-in logged
     std::size_t moreLogLines = 0; ///< further lines, of which only the number is known
 
     /// Whether the driver's operation was run.

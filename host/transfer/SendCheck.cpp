@@ -98,6 +98,27 @@ void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planne
     file.result = file.writeError ? Result::kLost : Result::kPutBack;
 }
 
+bool isAsBefore(const SentFile& file, const gps::DeviceFile* before)
+{
+    std::string present;
+    switch (file.result) {
+    case Result::kPutBack:
+    case Result::kBlocked:
+    case Result::kNothingToWrite:
+        return true;
+    case Result::kMissing:
+        return before == nullptr;
+    case Result::kDifferent:
+        return before != nullptr && !gps::FileManager{}.readFile(file.path, present) &&
+               present == before->content;
+    case Result::kWritten:
+    case Result::kUnreadable:
+    case Result::kLost:
+        break;
+    }
+    return false;
+}
+
 std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
                                               const gps::SendPlan& plan)
 {

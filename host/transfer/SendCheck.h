@@ -32,6 +32,7 @@ struct SentFile {
     Result result;
     std::size_t lostRecords = 0;            ///< kPutBack, kLost: how many were lost
     std::optional<gps::Error> writeError{}; ///< kLost: why the file could not be put back
+    bool isAsBefore = false; ///< whether it is as it was before the send, and not as planned
 };
 
 /// The kinds of records in a data dictionary, in the order in which they are sent.
@@ -46,6 +47,10 @@ struct SentFile {
 /// @param file    in and out: the file's result
 void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planned,
                    const gps::GPSFileDevice& device, SentFile& file);
+
+/// Whether a file that does not hold what was planned is as it was before the send.
+/// @param before  the file before the send; null if it did not exist
+[[nodiscard]] bool isAsBefore(const SentFile& file, const gps::DeviceFile* before);
 
 /// Returns the data without the records of the kinds for which the plan has a file that cannot be
 /// written: the driver would look at the file again, and must not write it after all.

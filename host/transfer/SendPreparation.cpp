@@ -5,6 +5,8 @@
 
 #include "host/base/HostError.h"
 #include "host/transfer/DeviceRoutePoints.h"
+#include "host/transfer/PresentRecords.h"
+#include "host/transfer/PresentTracks.h"
 #include "host/transfer/ProgressTracker.h"
 
 #include <platform/System/FileError.h>
@@ -16,10 +18,8 @@
 namespace host {
 namespace {
 
-void fit(PreparedSend& send)
+void fitToDevice(PreparedSend& send)
 {
-    if (send.request.fitting == SendFitting::kNone)
-        return;
     auto& data = *send.request.data;
     const auto onDevice = send.snapshot->records();
     if (send.request.fitting == SendFitting::kAll)
@@ -27,7 +27,14 @@ void fit(PreparedSend& send)
             data, onDevice,
             {gps::CharacterSet{send.files->deviceCharacters()}, send.files->longestName()});
     // After the names: points are compared by the names that the device will store.
+    if (!send.request.sendsPresent)
+        send.present = removePresentRecords(data, onDevice, *send.files);
     useDeviceRoutePoints(data, onDevice, *send.files);
+    if (send.request.sendsPresent || send.obstacle)
+        return;
+    const auto tracks = removePresentTracks(data, send.device);
+    send.present.tracks = tracks.tracks;
+    send.present.trackPoints = tracks.trackPoints;
 }
 
 // A file that is not text has its content in the snapshot, so the backup can keep it.
@@ -76,6 +83,9 @@ gps::Error deviceInUse(const std::string& device)
 PreparedSend prepareSend(ChosenDevice device, SendRequest request)
 {
     PreparedSend send{.device = std::move(device), .request = std::move(request)};
+    const bool isFitted = send.request.data && send.request.fitting != SendFitting::kNone;
+    if (isFitted)
+        send.segmentedTracks = fitSegments(*send.request.data, send.request.segmentRule);
     send.canSend = canSend(*send.device.driver);
     if (send.canSend)
         send.files = dynamic_cast<const gps::GPSFileDevice*>(send.device.driver.get());
@@ -90,7 +100,8 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
         unlockDataFolder(send);
         if (!send.obstacle)
             send.obstacle = obstacleIn(*send.snapshot);
-        fit(send);
+        if (isFitted)
+            fitToDevice(send);
         send.plan = send.snapshot->planSend(*send.request.data);
     }
     progress.finish();

@@ -9,7 +9,9 @@
 #include "host/bundle/DeviceChoice.h"
 #include "host/files/FolderLock.h"
 #include "host/fitting/NameFitting.h"
+#include "host/fitting/TrackSegments.h"
 #include "host/operations/Operation.h"
+#include "host/transfer/RecordCounts.h"
 #include "host/transfer/TransferProgress.h"
 
 #include <gps/GPSFileDevice.h>
@@ -25,9 +27,11 @@ namespace host {
 
 /// What a send changes in the records before it plans.
 enum class SendFitting {
-    kNone,        ///< nothing
-    kRoutePoints, ///< a route point that the device already has is replaced by the device's own
-    kAll,         ///< names and texts are fitted to the device as well
+    kNone, ///< nothing
+    /// A route point that the device already has is replaced by the device's own, and tracks with
+    /// several segments are split or joined.
+    kRoutePoints,
+    kAll, ///< names and texts are fitted to the device as well
 };
 
 /// What to send, and how.
@@ -35,6 +39,12 @@ struct SendRequest {
     std::optional<gps::Dictionary> data; ///< nullopt: the driver is called without data
     gps::Dictionary driverOptions{};
     SendFitting fitting = SendFitting::kAll;
+
+    /// What becomes of tracks with several segments; ignored by SendFitting::kNone.
+    SegmentRule segmentRule = SegmentRule::kSplit;
+
+    /// Whether to send also what the device holds already. SendFitting::kNone always does.
+    bool sendsPresent = false;
 
     /// Only the plan is wanted: the device is not locked.
     bool isDryRun = false;
@@ -73,6 +83,8 @@ struct PreparedSend {
     /// change what the plan is based on. Empty for a dry run.
     std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
+    std::vector<SegmentedTrack> segmentedTracks{};
+    RecordCounts present{}; ///< removed from the data, because the device holds them already
 
     /// Whether there is a plan to check the result against.
     [[nodiscard]] bool isPlanned() const noexcept { return snapshot != nullptr; }

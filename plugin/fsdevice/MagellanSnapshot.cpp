@@ -10,6 +10,7 @@
 #include "DeviceFileReaders.h"
 #include "DeviceFileWriters.h"
 #include "DroppedLines.h"
+#include "LostFields.h"
 #include "SendRemarks.h"
 
 #include <platform/System/Ascii.h>
@@ -196,10 +197,13 @@ gps::SendPlan MagellanSnapshot::planSend(const gps::Dictionary& data) const
 void MagellanSnapshot::planJob(const SendJob& job, gps::SendPlan& plan) const
 {
     remarkOnRecords(job, plan.remarks);
-    if (!job.folder)
+    if (!job.folder) {
         plan.remarks.emplace_back("The receiver has no folder for records of a kind that is to be "
                                   "sent; they are not written.");
-    else if (job.kind == RecordKind::kTracks)
+        return;
+    }
+    countLostFields(job, plan.lostFields);
+    if (job.kind == RecordKind::kTracks)
         planTracks(job, plan);
     else
         planMerge(job, plan);

@@ -43,13 +43,24 @@ struct PlannedFile {
     std::size_t droppedLines = 0;
 };
 
+/// A field of the sent records that the device does not store.
+struct LostField {
+    std::string_view kind;  ///< as in PlannedFile
+    std::string_view field; ///< "name", "time", or "altitude" where it is unknown and 0 is stored
+
+    /// How many records lose it: tracks if it is "name", otherwise waypoints, geocaches or the
+    /// points of tracks and routes.
+    std::size_t records = 0;
+};
+
 /// What a send would do.
 struct SendPlan {
-    std::vector<PlannedFile> files; ///< in writing order
+    std::vector<PlannedFile> files;      ///< in writing order
+    std::vector<LostField> lostFields{}; ///< each kind and field once
 
     /// One sentence for the user per text, symbol or record that the device would store changed,
     /// incompletely or not at all.
-    std::vector<std::string> remarks;
+    std::vector<std::string> remarks{};
 };
 
 /// A file of a device, as it was read.

@@ -14,7 +14,7 @@ namespace gps {
 struct GPSPoint {
     double latitude = 0;       ///< degrees, north positive
     double longitude = 0;      ///< degrees, east positive
-    double altitude = 0;       ///< metres
+    double altitude = 0;       ///< metres; a NaN in a record to send: unknown
     std::int64_t time = 0;     ///< seconds since 1970-01-01 00:00 UTC; 0 means unknown
     std::int64_t reserved = 0; ///< belongs to the host; drivers never change it
 

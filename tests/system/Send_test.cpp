@@ -139,26 +139,70 @@ TEST_F(Send, SampleReceiverSentToAnEmptyOneArrivesWhole)
         EXPECT_EQ(recordsOf(device.path(), event), recordsOf(kSampleReceiver, event)) << event;
 }
 
-TEST_F(Send, SecondSendChangesNothingButTheTrackFiles)
+TEST_F(Send, SecondSendChangesNothing)
 {
     const auto device = sampleCopy();
     ASSERT_EQ(magellangps({"acquire", "--device", device, "-o", here_.path("all.gpx")}).status, 0);
     for (const auto& file : {here_.path("all.gpx"), trip()}) {
         ASSERT_EQ(send(device, {file}).status, 0);
         const auto before = filesOf(device);
-        EXPECT_EQ(send(device, {file}).status, 0);
-        auto after = filesOf(device);
-        std::size_t tracks = 0;
-        for (const auto& [name, content] : filesOf(device)) {
-            if (before.contains(name))
-                continue;
-            EXPECT_THAT(name, testing::MatchesRegex("Track Logs/TKLG[0-9]{3}.log"));
-            after.erase(name);
-            ++tracks;
-        }
-        EXPECT_GT(tracks, 0U);
-        EXPECT_EQ(after, before);
+        const auto ran = send(device, {file});
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(ran.out, HasSubstr("\nNothing is new: the device holds everything already."));
+        EXPECT_EQ(filesOf(device), before);
     }
+}
+
+TEST_F(Send, SendOfWhatTheDeviceHoldsWritesNothing)
+{
+    const auto device = sampleCopy();
+    const auto before = filesOf(device);
+    ASSERT_EQ(magellangps({"acquire", "--device", device, "-o", here_.path("all.gpx")}).status, 0);
+    const auto ran = send(device, {here_.path("all.gpx")});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("On the device already, and not sent again: 46 waypoints, 14 "
+                                   "geocaches, 6 routes, 6 tracks (2484 points).\n"));
+    EXPECT_EQ(filesOf(device), before);
+}
+
+TEST_F(Send, AgainSendsWhatTheDeviceHolds)
+{
+    const Receiver receiver;
+    ASSERT_EQ(send(receiver.path(), {trip()}).status, 0);
+    const auto before = filesOf(receiver.path());
+    const auto ran = send(receiver.path(), {trip(), "--again"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    auto after = filesOf(receiver.path());
+    EXPECT_EQ(after["Tracks/TKLG001.log"], before.at("Tracks/TKLG000.log"));
+    after.erase("Tracks/TKLG001.log");
+    EXPECT_EQ(after, before);
+}
+
+constexpr char kBrokenTrack[] =
+    R"(<gpx version="1.1" creator="test"><trk><name>Walk</name>
+<trkseg><trkpt lat="46.1" lon="7"><ele>1</ele></trkpt></trkseg>
+<trkseg><trkpt lat="46.2" lon="7"><ele>2</ele></trkpt></trkseg></trk></gpx>)";
+
+TEST_F(Send, EachSegmentOfATrackBecomesATrack)
+{
+    const Receiver receiver;
+    const auto ran = send(receiver.path(), {here_.put("t.gpx", kBrokenTrack)});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("The track \"Walk\" has 2 segments, which become 2 tracks.\n"));
+    EXPECT_THAT(receiver.read("Tracks/TKLG000.log"), HasSubstr("4606.00000,N"));
+    EXPECT_THAT(receiver.read("Tracks/TKLG001.log"), HasSubstr("4612.00000,N"));
+}
+
+TEST_F(Send, SegmentsAreJoinedOnRequest)
+{
+    const Receiver receiver;
+    const auto ran =
+        send(receiver.path(), {here_.put("t.gpx", kBrokenTrack), "--join-segments"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("sent: 1 track (2 points)"));
+    EXPECT_THAT(receiver.read("Tracks/TKLG000.log"),
+                testing::AllOf(HasSubstr("4606.00000,N"), HasSubstr("4612.00000,N")));
+    EXPECT_FALSE(fs::exists(receiver.path("Tracks/TKLG001.log")));
 }
 
 TEST_F(Send, TripIsMergedIntoWhatIsThere)
@@ -171,7 +215,13 @@ TEST_F(Send, TripIsMergedIntoWhatIsThere)
     EXPECT_EQ(ran.out,
               "create: Tracks/TKLG000.log\nmerge into: Points/Default POI File.upt\ncreate: "
               "Caches/Default Geocache File.gs\n"
-              "create: Ways/Default Route File.rte\nThe symbol \"No such symbol\" has no "
+              "create: Ways/Default Route File.rte\n"
+              "The device does not store the name of 1 track: \"Walk\".\n"
+              "The elevation of 1 track point is unknown and will be stored as 0.\n"
+              "The elevation of 1 geocache is unknown and will be stored as 0.\n"
+              "The device does not store the time of 1 route point.\n"
+              "The elevation of 1 route point is unknown and will be stored as 0.\n"
+              "The symbol \"No such symbol\" has no "
               "icon and becomes \"Waypoint\".\n"
               "sent: 1 waypoint, 1 geocache, 1 route, 1 track (1 point); 4 files written and read "
               "back\n");
@@ -207,7 +257,7 @@ TEST_F(Send, EachFileIsOpenedAtMostTwiceBeforeItIsWrittenAndOnceAfter)
     }
     EXPECT_EQ(opens["Tracks/TKLG000.log"].before, 0);
     EXPECT_EQ(opens["Tracks/TKLG000.log"].after, 1);
-    EXPECT_EQ(opens["Tracks/a.log"].before, 1) << "for the backup";
+    EXPECT_EQ(opens["Tracks/a.log"].before, 2) << "to recognise its tracks, and for the backup";
 }
 
 TEST_F(Send, NumberOfOpensDoesNotDependOnTheNumberOfSymbols)
@@ -480,12 +530,12 @@ TEST_F(Send, EqualBackupIsNotMadeTwiceAndDeletedOnesAreNamed)
     EXPECT_THAT(send(receiver.path(), {trip()}).err,
                 HasSubstr("in the backup " + here_.path("kept/42/" + first)));
     EXPECT_EQ(names().size(), 1U);
-    EXPECT_THAT(send(receiver.path(), {trip(), "--keep-backups", "1"}).err,
+    EXPECT_THAT(send(receiver.path(), {trip(), "--again", "--keep-backups", "1"}).err,
                 Not(HasSubstr("deleted")));
     auto second = names();
     std::erase(second, first);
     ASSERT_THAT(second, testing::SizeIs(1));
-    EXPECT_THAT(send(receiver.path(), {trip(), "--keep-backups", "1"}).err,
+    EXPECT_THAT(send(receiver.path(), {trip(), "--again", "--keep-backups", "1"}).err,
                 HasSubstr("An older backup was deleted, because enough newer ones are kept: " +
                           second.front()));
     EXPECT_THAT(names(), testing::AllOf(testing::SizeIs(2), testing::Contains(first)));

@@ -110,6 +110,11 @@ TEST(CommandLine, SendTakesFilesOrADataFile)
     EXPECT_EQ(files.backupFolder, "K");
     EXPECT_TRUE(files.dryRun);
     EXPECT_TRUE(files.exactNames);
+    EXPECT_FALSE(files.again);
+    EXPECT_FALSE(files.joinSegments);
+    const auto again = optionsOf<SendOptions>({"send", "a.gpx", "--again", "--join-segments"});
+    EXPECT_TRUE(again.again);
+    EXPECT_TRUE(again.joinSegments);
     EXPECT_TRUE(files.backup);
     const auto data =
         optionsOf<SendOptions>({"send", "--data", "d.json", "--no-backup", "--events"});

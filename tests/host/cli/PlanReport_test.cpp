@@ -47,6 +47,46 @@ TEST(PlanReport, EachFileTextAndRemarkIsALine)
                                       "A remark\uFFFD.\n");
 }
 
+TEST(PlanReport, LossesAreLines)
+{
+    auto send = sendTo("/dev");
+    const auto named = [](const char* name) { return gps::Dictionary{{"name", name}}; };
+    send.request.data =
+        gps::Dictionary{{"track", gps::Array{named("Day 1"), named(""), named("x")}}};
+    send.segmentedTracks = {{"Day 1", 3}, {"", 2}};
+    send.plan.lostFields = {{"tracks", "name", 2},
+                            {"tracks", "altitude", 1204},
+                            {"waypoints", "time", 12},
+                            {"routes", "time", 1},
+                            {"geocaches", "altitude", 1}};
+    send.present = {.waypoints = 6, .tracks = 1, .trackPoints = 277};
+    EXPECT_EQ(host::planReport(send),
+              "The track \"Day 1\" has 3 segments, which become 3 tracks.\n"
+              "The track without a name has 2 segments, which become 2 tracks.\n"
+              "The device does not store the names of 2 tracks: \"Day 1\", \"x\".\n"
+              "The elevation of 1,204 track points is unknown and will be stored as 0.\n"
+              "The device does not store the times of 12 waypoints.\n"
+              "The device does not store the time of 1 route point.\n"
+              "The elevation of 1 geocache is unknown and will be stored as 0.\n"
+              "On the device already, and not sent again: 6 waypoints, 1 track (277 points).\n");
+    send.request.segmentRule = host::SegmentRule::kJoin;
+    EXPECT_THAT(host::planReport(send),
+                HasSubstr("The 3 segments of the track \"Day 1\" are joined into one track.\n"));
+}
+
+TEST(PlanReport, AtMostTenLostNamesAreListed)
+{
+    auto send = sendTo("/dev");
+    gps::Array tracks(10, gps::Dictionary{{"name", "T"}});
+    send.request.data = gps::Dictionary{{"track", tracks}};
+    send.plan.lostFields = {{"tracks", "name", 10}};
+    EXPECT_THAT(host::planReport(send), testing::EndsWith(", \"T\", \"T\".\n"));
+    tracks.emplace_back(gps::Dictionary{{"name", "U"}});
+    send.request.data = gps::Dictionary{{"track", tracks}};
+    send.plan.lostFields = {{"tracks", "name", 11}};
+    EXPECT_THAT(host::planReport(send), testing::EndsWith("\"T\" and 1 more.\n"));
+}
+
 TEST(PlanReport, BlockedFilesAndLostContentsAreErrors)
 {
     auto send = sendTo("/dev");
@@ -122,16 +162,75 @@ TEST(PlanReport, FileWhoseErrorWasLoggedIsNamedOnce)
                 ElementsAre("No space. Path: /dev/a", HasSubstr("does not hold what was sent")));
 }
 
+// A send with a plan, so that it is known what each file held.
+host::PreparedSend plannedSend()
+{
+    auto send = sendTo("/dev");
+    send.snapshot = std::make_unique<support::FakeFileDriver::Snapshot>(
+        *dynamic_cast<support::FakeFileDriver*>(send.device.driver.get()));
+    return send;
+}
+
+host::SentFile asBefore(const char* path, Result result)
+{
+    return {.path = path, .result = result, .isAsBefore = true};
+}
+
 TEST(PlanReport, StoppedSendNamesTheFilesThatAreNew)
 {
     host::SendReport report;
     report.wasStopped = true;
-    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
-                ElementsAre("The send was stopped before anything was written."));
-    report.files = {{"/dev/a", Result::kWritten}, {"/dev/b", Result::kMissing}};
-    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
-                ElementsAre("The send was stopped. Send again to write the rest.",
-                            "Written: /dev/a", "Not written: /dev/b"));
+    EXPECT_THAT(host::sendErrors(report, plannedSend()),
+                ElementsAre("The send was stopped before anything was written.",
+                            "Nothing was written: every file of the device is as it was."));
+    report.files = {{"/dev/a", Result::kWritten}, asBefore("/dev/b", Result::kMissing)};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()),
+                ElementsAre("The send was stopped. Send again to write the rest.", "Written: a.",
+                            "As before the send: b."));
+}
+
+TEST(PlanReport, FailedSendNamesTheFilesThatAreNewAndThoseThatAreAsBefore)
+{
+    host::SendReport report;
+    report.errors = {errorOf("No space", "/dev/b")};
+    report.files = {{"/dev/a", Result::kWritten},
+                    asBefore("/dev/b", Result::kDifferent),
+                    {"/dev/c", Result::kWritten},
+                    {"/dev/d", Result::kUnreadable}};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()),
+                ElementsAre("No space. Path: /dev/b", HasSubstr("cannot be read back"),
+                            "Written: a, c.", "As before the send: b.",
+                            "Neither as before nor as planned: d."));
+    report.files = {asBefore("/dev/b", Result::kDifferent)};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()),
+                ElementsAre("No space. Path: /dev/b",
+                            "Nothing was written: every file of the device is as it was."));
+}
+
+TEST(PlanReport, OnlyTheFirstTenFilesAreNamed)
+{
+    host::SendReport report;
+    report.wasStopped = true;
+    report.files.assign(12, {"/dev/a", Result::kWritten});
+    EXPECT_EQ(host::sendErrors(report, plannedSend()).back(),
+              "Written: a, a, a, a, a, a, a, a, a, a and 2 more.");
+}
+
+TEST(PlanReport, NothingIsClaimedAboutFilesWithoutAPlan)
+{
+    host::SendReport report;
+    report.errors = {errorOf("No space", "/dev/b")};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), ElementsAre("No space. Path: /dev/b"));
+}
+
+TEST(PlanReport, SummaryOfASendWithNothingNewNamesTheOption)
+{
+    auto send = plannedSend();
+    send.request.data = gps::Dictionary{};
+    EXPECT_EQ(host::sentSummary(send), "sent: no records; 0 files written and read back");
+    send.present.waypoints = 1;
+    EXPECT_EQ(host::sentSummary(send),
+              "Nothing is new: the device holds everything already. --again sends it.");
 }
 
 TEST(PlanReport, FilesThatAreAsPlannedAreNotErrors)

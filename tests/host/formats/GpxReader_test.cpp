@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <vector>
 
 #include <sys/stat.h>
@@ -23,6 +25,8 @@ using gps::Dictionary;
 using gps::GPSPoint;
 using testing::HasSubstr;
 using testing::StartsWith;
+
+const double kUnknown = std::numeric_limits<double>::quiet_NaN(); // of an elevation
 
 struct Reading {
     std::optional<gps::Error> failure;
@@ -119,7 +123,7 @@ TEST(GpxReader, WaypointHasItsNameCommentSymbolAndPoint)
 TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPoint)
 {
     EXPECT_EQ(waypoint(""),
-              (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, 0, 0, 0}}}));
+              (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, kUnknown, 0, 0}}}));
 }
 
 TEST(GpxReader, DescriptionReplacesAMissingComment)
@@ -129,14 +133,15 @@ TEST(GpxReader, DescriptionReplacesAMissingComment)
     EXPECT_EQ(textUnder(waypoint("<desc>d</desc><cmt>c</cmt>"), "comment"), "c");
 }
 
-TEST(GpxReader, MalformedElevationOrTimeIsZero)
+TEST(GpxReader, MalformedElevationIsUnknownAndSuchATimeIsZero)
 {
     const auto pointOf = [](std::string_view content) {
         return *gps::findPoint(waypoint(content));
     };
-    EXPECT_EQ(pointOf("<ele>high</ele><time>noon</time>"), (GPSPoint{46.5, -7.25, 0, 0, 0}));
-    EXPECT_EQ(pointOf("<ele>nan</ele>").altitude, 0);
-    EXPECT_EQ(pointOf("<ele>inf</ele>").altitude, 0);
+    EXPECT_EQ(pointOf("<ele>high</ele><time>noon</time>"), (GPSPoint{46.5, -7.25, kUnknown, 0, 0}));
+    for (const std::string_view text : {"", "<ele/>", "<ele>nan</ele>", "<ele>inf</ele>"})
+        EXPECT_TRUE(std::isnan(pointOf(text).altitude)) << text;
+    EXPECT_EQ(pointOf("<ele>0</ele>").altitude, 0);
     EXPECT_EQ(pointOf("<ele> -12.5 m</ele>").altitude, -12.5);
     EXPECT_EQ(pointOf("<time>1969-12-31T23:59:59Z</time>").time, -1);
     EXPECT_EQ(pointOf("<time>2024-06-01T12:00:00.75+02:00</time>").time, 1717236000);
@@ -195,16 +200,17 @@ TEST(GpxReader, RouteHasItsPointsAsWaypoints)
                     "<rtept lat=\"3\" lon=\"4\"><name>B</name><cmt>b</cmt></rtept></rte><rte/>"),
         (Dictionary{
             {"route",
-             Array{Dictionary{{"name", "Loop"},
-                              {"comment", "round"},
-                              {"number", 3},
-                              {"points", Array{Dictionary{{"name", "A"},
-                                                          {"comment", ""},
-                                                          {"symbol", "Camp"},
-                                                          {"point", GPSPoint{1, 2, 0, 0, 0}}},
-                                               Dictionary{{"name", "B"},
-                                                          {"comment", "b"},
-                                                          {"point", GPSPoint{3, 4, 0, 0, 0}}}}}},
+             Array{Dictionary{
+                       {"name", "Loop"},
+                       {"comment", "round"},
+                       {"number", 3},
+                       {"points", Array{Dictionary{{"name", "A"},
+                                                   {"comment", ""},
+                                                   {"symbol", "Camp"},
+                                                   {"point", GPSPoint{1, 2, kUnknown, 0, 0}}},
+                                        Dictionary{{"name", "B"},
+                                                   {"comment", "b"},
+                                                   {"point", GPSPoint{3, 4, kUnknown, 0, 0}}}}}},
                    Dictionary{{"points", Array{}}}}}}));
 }
 
@@ -227,22 +233,33 @@ TEST(GpxReader, RoutePointIsAPlainWaypointWhateverItsSymbol)
                                   "route");
     EXPECT_EQ(firstUnder(route, "points"), (Dictionary{{"comment", ""},
                                                        {"symbol", "Geocache Found"},
-                                                       {"point", GPSPoint{1, 2, 0, 0, 0}}}));
+                                                       {"point", GPSPoint{1, 2, kUnknown, 0, 0}}}));
 }
 
-TEST(GpxReader, TrackJoinsItsSegmentsInOrder)
+Dictionary trackPoint(double latitude, double altitude = kUnknown, std::int64_t time = 0)
 {
-    EXPECT_EQ(
-        readContent("<trk><name>Day</name><trkseg><trkpt lat='1' "
-                    "lon='2'><ele>3</ele><time>1970-01-01T00:00:04Z</time>"
-                    "</trkpt><trkpt lat='5' lon='6'/></trkseg><trkseg/><trkseg><trkpt lat='7' "
-                    "lon='8'/></trkseg></trk>"),
-        (Dictionary{
-            {"track", Array{Dictionary{
-                          {"name", "Day"},
-                          {"points", Array{Dictionary{{"point", GPSPoint{1, 2, 3, 4, 0}}},
-                                           Dictionary{{"point", GPSPoint{5, 6, 0, 0, 0}}},
-                                           Dictionary{{"point", GPSPoint{7, 8, 0, 0, 0}}}}}}}}}));
+    return {{"point", GPSPoint{latitude, 2, altitude, time, 0}}};
+}
+
+TEST(GpxReader, TrackHasItsPointsInOrder)
+{
+    EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'><ele>3</ele>"
+                          "<time>1970-01-01T00:00:04Z</time></trkpt><trkpt lat='5' lon='2'/>"
+                          "</trkseg><trkseg/></trk>"),
+              (Dictionary{{"track", Array{Dictionary{
+                                        {"name", "Day"},
+                                        {"points", Array{trackPoint(1, 3, 4), trackPoint(5)}}}}}}));
+}
+
+TEST(GpxReader, EachSegmentWithPointsIsARecordWithItsNumber)
+{
+    const auto segment = [](int number, double latitude) {
+        return Dictionary{
+            {"name", "Day"}, {"segment", number}, {"points", Array{trackPoint(latitude)}}};
+    };
+    EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'/></trkseg><trkseg/>"
+                          "<trkseg><trkpt lat='3' lon='2'/></trkseg></trk>"),
+              (Dictionary{{"track", Array{segment(1, 1), segment(2, 3)}}}));
 }
 
 TEST(GpxReader, KindsMayComeInAnyOrder)
@@ -374,7 +391,7 @@ TEST(GpxReader, CacheExtensionMayBeAChildOrInExtensions)
     const Dictionary expected{{"name", "GC123"},
                               {"comment", "The title by Ann"},
                               {"symbol", "Geocache Found"},
-                              {"point", GPSPoint{46.5, -7.25, 0, 1104480000, 0}},
+                              {"point", GPSPoint{46.5, -7.25, kUnknown, 1104480000, 0}},
                               {"geocacheOwner", "Ann"},
                               {"geocacheHint", "under a stone"},
                               {"geocacheType", "Multi-cache"},

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
+#include <limits>
+
 namespace {
 
 class GpxRecords : public testing::Test {
@@ -47,7 +49,7 @@ TEST_F(GpxRecords, PointNeedsBothCoordinates)
     EXPECT_FALSE(host::readPoint(parse("<wpt lat='1x' lon='2'/>"), point));
     EXPECT_FALSE(host::readPoint(parse("<wpt lat='90.1' lon='2'/>"), point));
     ASSERT_TRUE(host::readPoint(parse("<wpt lat='90' lon=' +2 '><ele>x</ele></wpt>"), point));
-    EXPECT_EQ(point, (gps::GPSPoint{90, 2, 0, 0, 0}));
+    EXPECT_EQ(point, (gps::GPSPoint{90, 2, std::numeric_limits<double>::quiet_NaN(), 0, 0}));
 }
 
 TEST_F(GpxRecords, WhiteSpaceAroundTextOfSeveralLinesIsLayout)

@@ -82,4 +82,23 @@ TEST(DevicePosition, MatchingKeysAreThoseOfTheMatchesAndItsOwnComesFirst)
     EXPECT_FALSE(distinct.contains(positionAt(46.5 - 2 * kUnit, -7.25).key()));
 }
 
+TEST(DevicePosition, AltitudeIsCutToWholeMetresAndAnUnknownOneIsZero)
+{
+    const auto stored = [](double altitude) {
+        return host::deviceAltitude({.altitude = altitude});
+    };
+    EXPECT_EQ(stored(123.9), 123);
+    EXPECT_EQ(stored(-12.7), -12);
+    EXPECT_EQ(stored(kNaN), 0);
+}
+
+TEST(DevicePosition, PointsAreTheSameIfPositionAndAltitudeAre)
+{
+    const gps::GPSPoint point{46, 7, 500.2, 1, 0};
+    EXPECT_TRUE(host::isSameOnDevice(point, {46 + kUnit, 7 - kUnit, 500.9, 2, 3}));
+    EXPECT_FALSE(host::isSameOnDevice(point, {46 + 2 * kUnit, 7, 500.2, 1, 0}));
+    EXPECT_FALSE(host::isSameOnDevice(point, {46, 7, 501, 1, 0}));
+    EXPECT_FALSE(host::isSameOnDevice({97, 7, 0, 0, 0}, {97, 7, 0, 0, 0})) << "not on the globe";
+}
+
 } // namespace

@@ -162,6 +162,25 @@ TEST_F(LostRecords, FileThatCannotBePutBackIsLost)
     EXPECT_TRUE(file.writeError);
 }
 
+TEST(SendCheck, FileIsAsBeforeIfItHoldsWhatItHeldOrIsStillMissing)
+{
+    const support::TemporaryFolder folder;
+    const gps::DeviceFile before{folder.put("a", "old"), "old", {}};
+    const auto asBefore = [&](Result result, const gps::DeviceFile* old) {
+        return host::isAsBefore({before.path, result}, old);
+    };
+    EXPECT_TRUE(asBefore(Result::kDifferent, &before));
+    EXPECT_FALSE(asBefore(Result::kDifferent, nullptr)) << "it did not exist";
+    EXPECT_TRUE(asBefore(Result::kMissing, nullptr));
+    EXPECT_FALSE(asBefore(Result::kMissing, &before)) << "it is gone";
+    for (const auto result : {Result::kPutBack, Result::kBlocked, Result::kNothingToWrite})
+        EXPECT_TRUE(asBefore(result, &before));
+    for (const auto result : {Result::kWritten, Result::kUnreadable, Result::kLost})
+        EXPECT_FALSE(asBefore(result, &before));
+    folder.put("a", "other");
+    EXPECT_FALSE(asBefore(Result::kDifferent, &before));
+}
+
 gps::SendPlan planWithBlocked(std::string_view kind)
 {
     gps::SendPlan plan;

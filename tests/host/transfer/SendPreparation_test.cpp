@@ -115,17 +115,106 @@ TEST_F(SendPreparation, TextChangesAreReported)
 
 TEST_F(SendPreparation, RoutePointsOfTheDeviceAreUsedUnlessNothingIsFitted)
 {
-    const auto routeOf = [](const gps::Dictionary& point) {
-        return gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{point}}}};
+    const auto routeOf = [](const gps::Dictionary& start, const gps::Dictionary& end) {
+        return gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{start, end}}}};
     };
     auto timed = camp(46);
     timed.set("point", gps::GPSPoint{.latitude = 46, .longitude = 7, .time = 1});
-    driver_->records = {{"route", routeOf(camp(46))}};
-    const gps::Dictionary data{{"route", routeOf(timed)}};
-    const gps::Dictionary present{{"route", routeOf(camp(46))}};
+    driver_->records = {{"route", routeOf(camp(46), camp(47, "Old"))}};
+    const gps::Dictionary data{{"route", routeOf(timed, camp(48, "New"))}};
+    const gps::Dictionary fitted{{"route", routeOf(camp(46), camp(48, "New"))}};
     EXPECT_EQ(prepare(data, SendFitting::kNone).request.data, data);
-    EXPECT_EQ(prepare(data, SendFitting::kRoutePoints).request.data, present);
-    EXPECT_EQ(prepare(data, SendFitting::kAll).request.data, present);
+    EXPECT_EQ(prepare(data, SendFitting::kRoutePoints).request.data, fitted);
+    EXPECT_EQ(prepare(data, SendFitting::kAll).request.data, fitted);
+}
+
+// Two segments of a track, a waypoint and another one that the device holds, and a track that it
+// holds.
+gps::Dictionary mixedData()
+{
+    const auto track = [](int segment, double latitude) {
+        gps::Dictionary record{{"name", "Day"}};
+        if (segment > 0)
+            record.set(host::kSegmentKey, segment);
+        record.set("points", gps::Array{camp(latitude)});
+        return record;
+    };
+    return {{"waypoint", gps::Array{camp(46, "Hut"), camp(46)}},
+            {"track", gps::Array{track(1, 47), track(2, 48), track(0, 49)}}};
+}
+
+class PresentData : public SendPreparation {
+protected:
+    PresentData()
+    {
+        driver_->records = {{"waypoint", gps::Array{camp(46)}}};
+        driver_->acquire = [this](const gps::GPSPlugInProtocol::Status& status,
+                                  const gps::Dictionary&) -> std::optional<gps::Error> {
+            ++acquires_;
+            status->newTrack({});
+            status->trackPoint({.latitude = 49, .longitude = 7}, {});
+            status->gpsStateChange(0);
+            return std::nullopt;
+        };
+    }
+
+    int acquires_ = 0;
+};
+
+TEST_F(PresentData, IsNotSentAgain)
+{
+    for (const auto fitting : {SendFitting::kRoutePoints, SendFitting::kAll}) {
+        const auto send = prepare(mixedData(), fitting);
+        EXPECT_EQ(send.present,
+                  (host::RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
+        EXPECT_EQ(send.request.data->findArray("waypoint")->size(), 1U);
+        EXPECT_EQ(send.request.data->findArray("track")->size(), 2U);
+    }
+    EXPECT_EQ(acquires_, 2);
+}
+
+TEST_F(PresentData, IsSentAgainOnRequest)
+{
+    const auto send =
+        host::prepareSend({driver_, "/device"}, {.data = mixedData(), .sendsPresent = true});
+    EXPECT_TRUE(send.present.isEmpty());
+    EXPECT_EQ(send.request.data->findArray("waypoint")->size(), 2U);
+    EXPECT_EQ(send.request.data->findArray("track")->size(), 3U);
+    EXPECT_EQ(acquires_, 0);
+}
+
+TEST_F(PresentData, IsNotLookedForIfNothingIsFitted)
+{
+    const auto send = prepare(mixedData(), SendFitting::kNone);
+    EXPECT_EQ(send.request.data, mixedData());
+    EXPECT_TRUE(send.present.isEmpty());
+    EXPECT_THAT(send.segmentedTracks, IsEmpty());
+    EXPECT_EQ(acquires_, 0);
+}
+
+TEST_F(PresentData, TracksAreNotReadFromADeviceToWhichNothingMayBeSent)
+{
+    driver_->failures = {gps::makeFileError(gps::FileErrorCode::kReadUnknown, "/device/unit")};
+    EXPECT_TRUE(prepare(mixedData()).obstacle);
+    EXPECT_EQ(acquires_, 0);
+}
+
+TEST_F(SendPreparation, SegmentsBecomeTracksUnlessTheyAreJoined)
+{
+    const auto split = prepare(mixedData());
+    EXPECT_THAT(split.segmentedTracks, ElementsAre(host::SegmentedTrack{"Day", 2}));
+    EXPECT_EQ(split.request.data->findArray("track")->size(), 3U);
+    const auto joined = host::prepareSend(
+        {driver_, "/device"}, {.data = mixedData(), .segmentRule = host::SegmentRule::kJoin});
+    EXPECT_THAT(joined.segmentedTracks, ElementsAre(host::SegmentedTrack{"Day", 2}));
+    EXPECT_EQ(joined.request.data->findArray("track")->size(), 2U);
+}
+
+TEST_F(SendPreparation, SegmentsAreFittedEvenWithoutAPlan)
+{
+    const auto send = host::prepareSend({std::make_shared<support::FakeDriver>(), "/device"},
+                                        {.data = mixedData()});
+    EXPECT_THAT(send.segmentedTracks, SizeIs(1));
 }
 
 TEST_F(SendPreparation, WhatCouldNotBeReadIsAnObstacle)

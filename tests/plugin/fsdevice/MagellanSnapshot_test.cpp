@@ -84,6 +84,16 @@ TEST_F(Snapshot, PlansWhatASendWritesByteForByte)
     }
 }
 
+TEST_F(Snapshot, PlanNamesTheFieldsThatAreLostOfEachKind)
+{
+    const gps::Dictionary track{{"name", "Day"}};
+    const auto planned =
+        plan({{"track", gps::Array{track}}, {"waypoint", gps::Array{waypoint("A")}}});
+    ASSERT_THAT(planned.lostFields, SizeIs(1));
+    EXPECT_EQ(planned.lostFields[0].kind, "tracks");
+    EXPECT_EQ(planned.lostFields[0].field, "name");
+}
+
 TEST_F(Snapshot, PlanningWritesNothing)
 {
     (void)plan({{"track", gps::Array{gps::Dictionary{}}},

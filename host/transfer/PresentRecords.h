@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// PresentRecords: leaves out of a send what the device holds already. Stateless. [any]
+
+#pragma once
+
+#include "host/transfer/RecordCounts.h"
+
+#include <gps/GPSFileDevice.h>
+
+namespace host {
+
+/// Removes the waypoints, geocaches and routes that the device holds. Records of one name are
+/// removed together or not at all: if one of them differs from what the device holds under that
+/// name, each may replace another.
+/// @param data      the records to send; changed in place. A kind that is left without records
+///                  loses its key
+/// @param onDevice  the records of the device, under the same keys
+/// @param device    knows which symbols are the same to the device
+/// @return          how many were removed
+[[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data,
+                                                const gps::Dictionary& onDevice,
+                                                const gps::GPSFileDevice& device);
+
+} // namespace host

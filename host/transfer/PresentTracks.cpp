@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// Only the device's tracks that have as many points as one to send are kept in memory.
+
+#include "host/transfer/PresentTracks.h"
+
+#include "host/fitting/RecordList.h"
+#include "host/operations/Operation.h"
+#include "host/points/DevicePosition.h"
+#include "host/points/Points.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace host {
+namespace {
+
+// What a device stores of a point, without what nobody can store.
+struct StoredPoint {
+    gps::GPSPoint point;
+    std::int64_t time; // 0 if there is no timestamp
+
+    [[nodiscard]] bool isSame(const StoredPoint& other) const noexcept
+    {
+        return time == other.time && isSameOnDevice(point, other.point);
+    }
+};
+
+using StoredTrack = std::vector<StoredPoint>;
+
+void append(StoredTrack& track, const gps::GPSPoint& point)
+{
+    if (isOnGlobe(point))
+        track.push_back({point, hasTimestamp(point) ? point.time : 0});
+}
+
+StoredTrack storedTrackOf(const gps::Dictionary& record)
+{
+    StoredTrack track;
+    forEachRecord(record, "points", [&](const gps::Dictionary& element) {
+        if (const auto* const point = gps::findPoint(element))
+            append(track, *point);
+    });
+    return track;
+}
+
+std::size_t storedPointsIn(const gps::Dictionary& record)
+{
+    std::size_t count = 0;
+    forEachRecord(record, "points", [&](const gps::Dictionary& element) {
+        const auto* const point = gps::findPoint(element);
+        count += point != nullptr && isOnGlobe(*point) ? 1U : 0U;
+    });
+    return count;
+}
+
+bool areSameTracks(const StoredTrack& a, const StoredTrack& b)
+{
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](const StoredPoint& one, const StoredPoint& other) { return one.isSame(other); });
+}
+
+// Collects the device's tracks from the events of a download.
+class TrackCollector {
+public:
+    // @param sizes  the numbers of points of the tracks that are of interest
+    explicit TrackCollector(std::set<std::size_t> sizes) : sizes_(std::move(sizes)) {}
+
+    void consume(const EventBatch& batch)
+    {
+        for (const auto& event : batch) {
+            if (event.kind == EventKind::kTrackPoint)
+                append(open_, event.point);
+            else
+                endTrack();
+        }
+    }
+
+    [[nodiscard]] std::vector<StoredTrack> takeTracks()
+    {
+        endTrack();
+        return std::move(tracks_);
+    }
+
+private:
+    void endTrack()
+    {
+        if (!open_.empty() && sizes_.contains(open_.size()))
+            tracks_.push_back(open_);
+        open_.clear();
+    }
+
+    std::set<std::size_t> sizes_;
+    StoredTrack open_;
+    std::vector<StoredTrack> tracks_;
+};
+
+std::vector<StoredTrack> tracksOn(const ChosenDevice& device, std::set<std::size_t> sizes)
+{
+    const gps::Dictionary options{{"waypoints", false}, {"routes", false}, {"tracks", true}};
+    TrackCollector collector{std::move(sizes)};
+    (void)runOperation(
+        [&](const gps::GPSPlugInProtocol::Status& status) {
+            return device.driver->gpsRunAcquire(status, options);
+        },
+        [&](const EventBatch& batch) { collector.consume(batch); });
+    return collector.takeTracks();
+}
+
+} // namespace
+
+RecordCounts removePresentTracks(gps::Dictionary& data, const ChosenDevice& device)
+{
+    std::set<std::size_t> sizes;
+    forEachRecord(std::as_const(data), "track",
+                  [&](const gps::Dictionary& track) { sizes.insert(storedPointsIn(track)); });
+    RecordCounts removed;
+    if (sizes.empty())
+        return removed;
+    const auto present = tracksOn(device, std::move(sizes));
+    if (present.empty())
+        return removed;
+    auto& tracks = *data.findArray("track");
+    std::erase_if(tracks, [&](const gps::Value& element) {
+        const auto* const record = element.as<gps::Dictionary>();
+        const auto track = record != nullptr ? storedTrackOf(*record) : StoredTrack{};
+        const bool isPresent =
+            std::any_of(present.begin(), present.end(),
+                        [&](const StoredTrack& other) { return areSameTracks(track, other); });
+        removed.tracks += isPresent ? 1U : 0U;
+        removed.trackPoints += isPresent ? track.size() : 0U;
+        return isPresent;
+    });
+    if (removed.tracks > 0 && tracks.empty())
+        data.remove("track");
+    return removed;
+}
+
+} // namespace host

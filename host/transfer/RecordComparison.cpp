@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// A missing text and an empty one are the same to a device.
+
+#include "host/transfer/RecordComparison.h"
+
+#include "host/points/DevicePosition.h"
+
+#include <gps/Geocache.h>
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+bool haveSameText(const gps::Dictionary& a, const gps::Dictionary& b, std::string_view key)
+{
+    return textIn(a, key) == textIn(b, key);
+}
+
+bool haveSamePoint(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    const auto* const first = gps::findPoint(a);
+    const auto* const second = gps::findPoint(b);
+    return first != nullptr && second != nullptr && isSameOnDevice(*first, *second);
+}
+
+} // namespace
+
+bool RecordComparison::areSameWaypoints(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    return haveSameText(a, b, "name") && haveSamePoint(a, b) && haveSameText(a, b, "comment") &&
+           areSameSymbols(textIn(a, "symbol"), textIn(b, "symbol"));
+}
+
+bool RecordComparison::areSameGeocaches(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    return haveSamePoint(a, b) &&
+           std::all_of(gps::kGeocacheKeys.begin(), gps::kGeocacheKeys.end(),
+                       [&](std::string_view key) { return haveSameText(a, b, key); });
+}
+
+bool RecordComparison::areSameRoutes(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    const auto* const first = a.findArray("points");
+    const auto* const second = b.findArray("points");
+    if (first == nullptr || second == nullptr || !haveSameText(a, b, "name") ||
+        !haveSameText(a, b, "comment"))
+        return false;
+    return std::equal(first->begin(), first->end(), second->begin(), second->end(),
+                      [this](const gps::Value& one, const gps::Value& other) {
+                          const auto* const point = one.as<gps::Dictionary>();
+                          const auto* const present = other.as<gps::Dictionary>();
+                          return point != nullptr && present != nullptr &&
+                                 areSameWaypoints(*point, *present);
+                      });
+}
+
+bool RecordComparison::areSameSymbols(std::string_view a, std::string_view b)
+{
+    return a == b || codeOf(a) == codeOf(b);
+}
+
+const std::string& RecordComparison::codeOf(std::string_view symbol)
+{
+    auto known = codes_.find(symbol);
+    if (known == codes_.end())
+        known = codes_.emplace(symbol, device_.deviceSymbol(symbol)).first;
+    return known->second;
+}
+
+std::string_view textIn(const gps::Dictionary& record, std::string_view key)
+{
+    const auto* const text = record.findString(key);
+    return text != nullptr ? std::string_view{*text} : std::string_view{};
+}
+
+} // namespace host

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// RecordComparison: compares records by what a device stores of them. Used before a send, to
+// recognise what the device holds. One thread at a time.
+
+#pragma once
+
+#include <gps/GPSFileDevice.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// Two records are the same if the device stores the same for both. It rounds coordinates, drops
+/// times and may have one code for several symbols. Records without valid coordinates are never the
+/// same.
+class RecordComparison {
+public:
+    /// @param device  knows which symbols are the same; must outlive this object
+    explicit RecordComparison(const gps::GPSFileDevice& device) : device_(device) {}
+
+    /// Compares waypoints, or points of routes.
+    [[nodiscard]] bool areSameWaypoints(const gps::Dictionary& a, const gps::Dictionary& b);
+
+    /// Compares geocaches. Whether one was found follows from its dates.
+    [[nodiscard]] static bool areSameGeocaches(const gps::Dictionary& a, const gps::Dictionary& b);
+
+    /// Compares routes with their points. A device assigns their numbers itself.
+    [[nodiscard]] bool areSameRoutes(const gps::Dictionary& a, const gps::Dictionary& b);
+
+private:
+    [[nodiscard]] bool areSameSymbols(std::string_view a, std::string_view b);
+    [[nodiscard]] const std::string& codeOf(std::string_view symbol);
+
+    const gps::GPSFileDevice& device_;
+    std::map<std::string, std::string, std::less<>> codes_; // each asked for once
+};
+
+/// The text under a key; empty if it is missing or not a text.
+[[nodiscard]] std::string_view textIn(const gps::Dictionary& record, std::string_view key);
+
+} // namespace host
