@@ -11,6 +11,8 @@
 namespace host {
 namespace {
 
+constexpr char kJsonOrEvents[] = "--json and --events both need stdout: leave one of them out";
+
 std::string extensionOf(const std::string& path)
 {
     auto extension = std::filesystem::path{path}.extension().string();
@@ -51,7 +53,7 @@ std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
     if (!raw.global.json)
         return {};
     if (raw.global.events)
-        return "--json and --events both need stdout: leave one of them out";
+        return kJsonOrEvents;
     if (options.summary)
         return "--json and --summary both need stdout: leave one of them out";
     return options.output == "-" ? "--json and -o - both need stdout: leave one of them out" : "";
@@ -66,15 +68,24 @@ std::string check(const RawOptions& raw, DownloadOptions& options)
     return checkJson(raw, options);
 }
 
-std::string check(const RawOptions& /*raw*/, const SendOptions& options)
+std::string check(const RawOptions& raw, const SendOptions& options)
 {
+    if (raw.global.json && raw.global.events)
+        return kJsonOrEvents;
     return options.files.empty() && !options.data ? "no FILE to send is given, and no --data" : "";
+}
+
+std::string check(const RawOptions& raw, const RestoreOptions& /*options*/)
+{
+    return raw.global.json && raw.global.events ? kJsonOrEvents : "";
 }
 
 std::string check(const RawOptions& raw, WatchOptions& options)
 {
     if (raw.global.events)
         return "--events is for acquire, import and send; watch prints its own lines";
+    if (raw.global.json)
+        return "--json is not for watch, which prints its own lines";
     options.format = findFormat(raw.format.value_or("gpx"));
     return options.format == nullptr ? unknownFormat(*raw.format) : "";
 }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // `restore`: without an argument a list of backups, with one a restore.
 
+#include "host/base/Sentences.h"
 #include "host/base/Table.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/ProgressLine.h"
+#include "host/cli/RestoreJson.h"
 #include "host/transfer/DeviceRestore.h"
 
 #include <fmt/format.h>
@@ -61,11 +63,16 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device,
     auto shown = request;
     shown.progress = progress.callback();
     const auto report = restoreBackup(device, shown);
-    const auto status = print(textOf(report), console);
-    if (!report.error)
-        return status;
-    console.error(*report.error);
-    return ExitStatus::kFailed;
+    const auto status = report.error ? ExitStatus::kFailed : ExitStatus::kSuccess;
+    std::vector<Message> messages;
+    if (report.error)
+        messages.push_back({true, sentencesOf(*report.error)});
+    const auto printed =
+        print(options.json ? restoreJson(device.device, request.backup, report, messages, status)
+                           : textOf(report),
+              console);
+    console.messages(messages);
+    return report.error ? status : printed;
 }
 
 } // namespace
@@ -94,7 +101,8 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
     }
     const auto backups = listBackups(*folder, device->identifier);
     if (!options.backup)
-        return print(listOf(backups), console);
+        return print(options.json ? backupListJson(device->device, backups) : listOf(backups),
+                     console);
     return restore(options, *device,
                    {.backup = pathOf(*options.backup, backups),
                     .policy = {.folder = *folder, .count = options.mostBackups},

@@ -1,19 +1,21 @@
 // SPDX-License-Identifier: MIT
 // `send`. The standard output shows the plan and the result; with --events it belongs to the event
-// lines alone, and the plan and the result go to standard error.
+// lines alone, and the plan and the result go to standard error. With --json it belongs to the
+// document, which has everything that is shown otherwise.
 
 #include "host/base/HostError.h"
+#include "host/base/Sentences.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
+#include "host/cli/SendJson.h"
 #include "host/files/Output.h"
 #include "host/formats/DataFile.h"
 #include "host/formats/EventLines.h"
 #include "host/formats/GpxReader.h"
 #include "host/operations/StopSignals.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -68,19 +70,26 @@ public:
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);
 
+    // Ends a send that could not be prepared.
+    [[nodiscard]] ExitStatus refuse(const gps::Error& error);
+
 private:
     void showPlan(const PreparedSend& send);
-    void perform(PreparedSend& send);
+    [[nodiscard]] SendReport perform(PreparedSend& send);
     void showReport(const PreparedSend& send, const SendReport& report);
+    [[nodiscard]] ExitStatus finish(const PreparedSend& send, const SendReport& report);
+    [[nodiscard]] ExitStatus status() const;
     void showErrors(const std::vector<std::string>& sentences);
+    void note(std::string text) { show({false, std::move(text)}); }
+    void show(Message message);
     void print(const std::string& text);
-    void fail(const gps::Error& error);
 
     const SendOptions& options_;
     const Console& console_;
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
+    std::vector<Message> shown_;
     bool hasFailed_ = false;
     int signal_ = 0; // that stopped the send
 };
@@ -97,25 +106,29 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
     auto send = prepareSend(std::move(device), std::move(request));
     if (send.request.data)
         showPlan(send);
+    SendReport report;
     if (options_.dryRun)
         print("Dry run: nothing was sent.\n");
     else
-        perform(send);
-    if (const auto failure = standardOutput_.flush())
-        fail(*failure);
-    if (signal_ != 0)
-        return statusAfterSignal(signal_);
-    return hasFailed_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+        report = perform(send);
+    return finish(send, report);
+}
+
+ExitStatus SendCommand::refuse(const gps::Error& error)
+{
+    showErrors({sentencesOf(error)});
+    PreparedSend nothing;
+    nothing.request.isDryRun = options_.dryRun;
+    return finish(nothing, {});
 }
 
 void SendCommand::showPlan(const PreparedSend& send)
 {
     if (!send.canSend)
-        return console_.note("The driver " + driverName(*send.device.driver) +
-                             " cannot send: nothing will be written to the device.");
+        return note("The driver " + driverName(*send.device.driver) +
+                    " cannot send: nothing will be written to the device.");
     if (send.files == nullptr) {
-        console_.note("This driver cannot plan a send: there is no backup, and the result is not "
-                      "checked.");
+        note("This driver cannot plan a send: there is no backup, and the result is not checked.");
         return print("to send: " + dataSummary(*send.request.data) + '\n');
     }
     print(planReport(send));
@@ -123,60 +136,78 @@ void SendCommand::showPlan(const PreparedSend& send)
     showErrors(planErrors(send));
 }
 
-void SendCommand::perform(PreparedSend& send)
+SendReport SendCommand::perform(PreparedSend& send)
 {
     // Only now: before this, nothing has been changed, and a signal may end the program at once.
     const StopSignals stop; // until the files are as they will stay
     send.request.stopRequested = [&stop] { return stop.stopRequested(); };
-    const auto report = performSend(send);
+    auto report = performSend(send);
     if (report.wasStopped)
         signal_ = stop.signal();
     if (options_.events && report.wasRun())
         eventLines_.result(report.answer);
     showReport(send, report);
+    return report;
 }
 
 void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
 {
     for (const auto& path : report.notBackedUp)
-        console_.note("Not in the backup, because it is neither a file nor a folder: " + path);
+        note("Not in the backup, because it is neither a file nor a folder: " + path);
     if (report.backup)
-        console_.note("The device's files are kept in the backup " + report.backup->path);
+        note("The device's files are kept in the backup " + report.backup->path);
     for (const auto& name : report.deletedBackups)
-        console_.note("An older backup was deleted, because enough newer ones are kept: " + name);
+        note("An older backup was deleted, because enough newer ones are kept: " + name);
     showErrors(sendErrors(report, send));
     const bool isComplete = report.isComplete();
     if (!options_.verbose) { // otherwise each line was printed when it was logged
         for (const auto& line : report.logLines)
-            isComplete ? console_.note(line) : console_.error("log: " + line);
+            show({!isComplete, isComplete ? line : "log: " + line});
         if (report.moreLogLines > 0)
-            console_.note("and " + std::to_string(report.moreLogLines) + " more lines");
+            note("and " + std::to_string(report.moreLogLines) + " more lines");
     }
     if (isComplete && send.request.data)
         print(sentSummary(send) + '\n');
     hasFailed_ = hasFailed_ || !isComplete;
 }
 
+ExitStatus SendCommand::finish(const PreparedSend& send, const SendReport& report)
+{
+    if (options_.json)
+        standardOutput_.write(sendJson(send, report, shown_, status()));
+    if (const auto failure = standardOutput_.flush())
+        showErrors({sentencesOf(*failure)});
+    return status();
+}
+
+ExitStatus SendCommand::status() const
+{
+    if (signal_ != 0)
+        return statusAfterSignal(signal_);
+    return hasFailed_ ? ExitStatus::kFailed : ExitStatus::kSuccess;
+}
+
 // Every error makes the status 1, those of a plan that is not carried out included.
 void SendCommand::showErrors(const std::vector<std::string>& sentences)
 {
     for (const auto& sentence : sentences)
-        console_.error(sentence);
+        show({true, sentence});
     hasFailed_ = hasFailed_ || !sentences.empty();
 }
 
+void SendCommand::show(Message message)
+{
+    console_.messages({message});
+    shown_.push_back(std::move(message));
+}
+
+// A JSON document holds what these lines say.
 void SendCommand::print(const std::string& text)
 {
     if (options_.events)
         console_.lines(text);
-    else
+    else if (!options_.json)
         standardOutput_.write(text);
-}
-
-void SendCommand::fail(const gps::Error& error)
-{
-    console_.error(error);
-    hasFailed_ = true;
 }
 
 } // namespace
@@ -194,10 +225,8 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
         request.driverOptions = {{"debug", *options.debug}};
     // The files first, so that a mistake in one of them is found before a driver does anything.
     auto failure = readFiles(options, request.data);
-    if (failure) {
-        console.error(*failure);
-        return ExitStatus::kFailed;
-    }
+    if (failure)
+        return SendCommand{options, console}.refuse(*failure);
     ChosenDevice device;
     failure =
         chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, device);

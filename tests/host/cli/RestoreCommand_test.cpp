@@ -6,6 +6,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <memory>
@@ -114,6 +115,23 @@ TEST_F(RestoreCommand, BackupOfAnotherDeviceNeedsForce)
     options_.force = true;
     EXPECT_EQ(run(), ExitStatus::kSuccess);
     EXPECT_EQ(folder_.read("device/Points/a"), "old");
+}
+
+TEST_F(RestoreCommand, WithJsonTheStandardOutputIsOneDocument)
+{
+    options_.json = true;
+    backUp();
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(nlohmann::json::parse(out_)["backups"][0]["name"], backup_.name);
+    folder_.put("device/Points/a", "new");
+    options_.backup = backup_.name;
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(nlohmann::json::parse(out_)["restored"][0], "Points/a");
+    options_.backup = "20000101T000000Z";
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    const auto document = nlohmann::json::parse(out_);
+    EXPECT_EQ(document["status"], 1);
+    EXPECT_THAT(err_, HasSubstr(document["messages"][0]["text"].get<std::string>()));
 }
 
 TEST_F(RestoreCommand, UnknownBackupIsAFailure)

@@ -10,6 +10,7 @@
 #include <platform/System/Log.h>
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <cstdlib>
 #include <filesystem>
@@ -124,6 +125,39 @@ TEST_F(SendCommand, CompleteSendIsASuccessAfterABackup)
     EXPECT_EQ(out_, "create: Points/p\nsent: 1 waypoint; 1 file written and read back\n");
     EXPECT_THAT(err_, HasSubstr("note: The device's files are kept in the backup " +
                                 folder_.path("kept/42/")));
+}
+
+TEST_F(SendCommand, WithJsonTheStandardOutputIsOneDocument)
+{
+    options_.json = true;
+    EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
+    auto document = nlohmann::json::parse(out_);
+    EXPECT_EQ(document["status"], 0);
+    EXPECT_EQ(document["sent"]["waypoints"], 1);
+    EXPECT_EQ(document["files"][0]["result"], "written");
+    EXPECT_EQ(document["backup"]["name"].get<std::string>().size(), 16U);
+    EXPECT_THAT(err_, HasSubstr(document["messages"][0]["text"].get<std::string>()));
+
+    folder_.put("device/Points/p", "old");
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed);
+    document = nlohmann::json::parse(out_);
+    EXPECT_EQ(document["status"], 1);
+    EXPECT_EQ(document["sent"], nullptr);
+    EXPECT_EQ(document["messages"].back()["error"], true);
+}
+
+TEST_F(SendCommand, WithJsonADryRunAndAFileThatCannotBeReadHaveADocument)
+{
+    options_.json = true;
+    options_.dryRun = true;
+    EXPECT_EQ(send([] {}), ExitStatus::kSuccess);
+    EXPECT_EQ(nlohmann::json::parse(out_)["dryRun"], true);
+    options_.data = folder_.path("missing.json");
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed);
+    const auto document = nlohmann::json::parse(out_);
+    EXPECT_EQ(document["status"], 1);
+    EXPECT_EQ(document["device"], nullptr);
+    EXPECT_EQ(sends_, 0);
 }
 
 TEST_F(SendCommand, FileThatIsNotWrittenIsAFailure)

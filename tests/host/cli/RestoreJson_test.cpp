@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/cli/RestoreJson.h"
+
+#include "host/DriverReports.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using host::ExitStatus;
+using nlohmann::json;
+
+const host::Backup kBackup{.path = "/kept/42/1", .name = "1", .files = 2, .bytes = 30};
+const json kBackupJson{{"name", "1"}, {"path", "/kept/42/1"}, {"files", 2}, {"bytes", 30}};
+
+TEST(RestoreJson, ListHasEveryKey)
+{
+    EXPECT_EQ(host::backupListJson("/dev", {}),
+              R"({"status":0,"complete":true,"device":"/dev","backups":[],"backup":null,)"
+              R"("upToDate":false,"previous":null,"deleted":[],"restored":[],"extraFiles":[],)"
+              R"("error":null,"messages":[]})"
+              "\n");
+    EXPECT_EQ(json::parse(host::backupListJson("/dev", {kBackup}))["backups"],
+              json::array({kBackupJson}));
+}
+
+TEST(RestoreJson, RestoreHasWhatItWroteAndLeft)
+{
+    host::RestoreReport report;
+    report.previous = kBackup;
+    report.deletedBackups = {"0"};
+    report.restored = {"Points/a"};
+    report.extraFiles = {"Points/b"};
+    const auto document =
+        json::parse(host::restoreJson("/dev", "/kept/42/0", report, {}, ExitStatus::kSuccess));
+    EXPECT_EQ(document["complete"], true);
+    EXPECT_EQ(document["backups"], nullptr);
+    EXPECT_EQ(document["backup"], "/kept/42/0");
+    EXPECT_EQ(document["previous"], kBackupJson);
+    EXPECT_EQ(document["deleted"], json::array({"0"}));
+    EXPECT_EQ(document["restored"], json::array({"Points/a"}));
+    EXPECT_EQ(document["extraFiles"], json::array({"Points/b"}));
+    EXPECT_EQ(document["error"], nullptr);
+}
+
+TEST(RestoreJson, FailedRestoreHasItsError)
+{
+    host::RestoreReport report;
+    report.error = support::errorAbout("/dev/a");
+    report.restored = {"Points/a"};
+    const auto document =
+        json::parse(host::restoreJson("/dev", "/b", report, {{true, "why"}}, ExitStatus::kFailed));
+    EXPECT_EQ(document["status"], 1);
+    EXPECT_EQ(document["complete"], false);
+    EXPECT_EQ(document["restored"], json::array({"Points/a"})) << "written before the error";
+    EXPECT_EQ(document["error"]["path"], "/dev/a");
+    EXPECT_EQ(document["messages"][0]["text"], "why");
+}
+
+TEST(RestoreJson, DeviceThatHoldsTheFilesIsUpToDate)
+{
+    host::RestoreReport report;
+    report.wasUpToDate = true;
+    const auto document =
+        json::parse(host::restoreJson("/dev", "/b", report, {}, ExitStatus::kSuccess));
+    EXPECT_EQ(document["upToDate"], true);
+    EXPECT_EQ(document["complete"], true);
+}
+
+} // namespace
