@@ -64,6 +64,14 @@ std::optional<gps::Error> Restore::checkFolders(const std::string& device) const
     return std::nullopt;
 }
 
+std::vector<std::string> Restore::folders(const std::string& device) const
+{
+    std::vector<std::string> paths;
+    for (const auto& folder : manifest_.folders)
+        paths.push_back(gps::joinPath(device, folder));
+    return paths;
+}
+
 bool Restore::matches(const std::string& device) const
 {
     return std::all_of(manifest_.files.begin(), manifest_.files.end(),

@@ -25,6 +25,10 @@ public:
     /// @param device  the folder where the device is mounted
     [[nodiscard]] bool isOf(const std::string& identifier, const std::string& device) const;
 
+    /// The folders of the backup, as absolute paths.
+    /// @param device  the folder where the device is mounted now
+    [[nodiscard]] std::vector<std::string> folders(const std::string& device) const;
+
     /// Whether the device holds every file of the backup, unchanged.
     [[nodiscard]] bool matches(const std::string& device) const;
 

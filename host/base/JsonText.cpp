@@ -77,11 +77,15 @@ public:
     bool end_object() override { return close(); }
     bool start_array(std::size_t /*size*/) override { return open(gps::Array{}); }
     bool end_array() override { return close(); }
-    bool parse_error(std::size_t /*offset*/, const std::string& /*token*/,
+    bool parse_error(std::size_t offset, const std::string& /*token*/,
                      const nlohmann::detail::exception& /*failure*/) override
     {
+        errorAt_ = offset;
         return false;
     }
+
+    /// How many bytes had been read when the parser met an error; nullopt if it met none.
+    [[nodiscard]] std::optional<std::size_t> errorAt() const noexcept { return errorAt_; }
 
 private:
     // An object or array that has not ended.
@@ -119,6 +123,7 @@ private:
 
     std::vector<Level> levels_;
     gps::Value root_;
+    std::optional<std::size_t> errorAt_;
 };
 
 } // namespace
@@ -212,15 +217,10 @@ void appendJsonOrNull(std::string& out, const std::optional<std::string>& text)
 
 std::optional<std::size_t> jsonErrorOffset(std::string_view text)
 {
-    const auto keepNothing = [](int, Json::parse_event_t, const Json&) { return false; };
-    try {
-        [[maybe_unused]] const auto nothing = Json::parse(text.begin(), text.end(), keepNothing);
-    } catch (const Json::parse_error& error) {
-        return std::clamp<std::size_t>(error.byte, 1, text.size() + 1) -
-               1; // the library counts from 1
-    } catch (const Json::exception&) {
-        return std::nullopt; // valid JSON, but a number is out of range
-    }
+    DictionaryBuilder builder;
+    (void)Json::sax_parse(text.begin(), text.end(), &builder);
+    if (const auto at = builder.errorAt())
+        return std::clamp<std::size_t>(*at, 1, text.size() + 1) - 1; // the library counts from 1
     return std::nullopt;
 }
 

@@ -37,8 +37,8 @@ void appendJson(std::string& out, const gps::Error& error);
 /// Appends a string, or null for nullopt.
 void appendJsonOrNull(std::string& out, const std::optional<std::string>& text);
 
-/// The offset of the first syntax error, at most the text's size; nullopt if the text is valid
-/// JSON.
+/// The offset of the first syntax error, or of a number that no double can hold, at most the
+/// text's size; nullopt if there is neither.
 [[nodiscard]] std::optional<std::size_t> jsonErrorOffset(std::string_view text);
 
 /// Reads a JSON object into a dictionary. Keeps the order of the keys; an integer becomes a 64-bit

@@ -86,7 +86,8 @@ Answers backupAnswers(const TypedValues& typed)
     const auto given = lastOf(typed, "--backup");
     if (const auto folder = given ? given : defaultBackupFolder(); device && folder) {
         for (const auto& backup : listBackups(*folder, device->identifier))
-            answers.push_back(fmt::format("{}\t{} files", backup.name, backup.files));
+            answers.push_back(fmt::format("{}\t{} file{}", backup.name, backup.files,
+                                          backup.files == 1 ? "" : "s"));
     }
     answers.emplace_back(":folders"); // a backup can be named by its folder
     return answers;

@@ -71,7 +71,7 @@ ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest 
     if (failure)
         console_.error(*failure);
     if (const auto advice = dateAdvice(report.dates);
-        !advice.empty() && (options_.output || options_.json))
+        !advice.empty() && !isSummaryShown_ && (options_.output || options_.json))
         print({{false, advice}});
     print(outputMessages(report.output));
     auto status = failure ? ExitStatus::kFailed : statusOf(report);

@@ -3,6 +3,7 @@
 
 #include "host/files/FolderLock.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -17,6 +18,12 @@ FolderLock::FolderLock(const std::string& folder, gps::FileSystem& files)
       isHeldByAnother_(folder_ && files.flock(folder_.get(), LOCK_EX | LOCK_NB) != 0 &&
                        errno == EWOULDBLOCK)
 {}
+
+bool FolderLock::isOfAny(const std::vector<std::string>& paths) const
+{
+    return std::any_of(paths.begin(), paths.end(),
+                       [this](const std::string& path) { return isOf(path); });
+}
 
 bool FolderLock::isOf(const std::string& path) const
 {

@@ -8,6 +8,7 @@
 #include <platform/System/OpenFile.h>
 
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -21,10 +22,13 @@ public:
     /// Whether another lock of this folder exists, in this process or another one.
     [[nodiscard]] bool isHeldByAnother() const noexcept { return isHeldByAnother_; }
 
-    /// Whether a path leads to the locked folder.
-    [[nodiscard]] bool isOf(const std::string& path) const;
+    /// Whether one of these paths leads to the locked folder. A file of that folder cannot be
+    /// written while the lock exists, since an atomic write locks the folder, too.
+    [[nodiscard]] bool isOfAny(const std::vector<std::string>& paths) const;
 
 private:
+    [[nodiscard]] bool isOf(const std::string& path) const;
+
     gps::FileSystem* files_;
     gps::OpenFile folder_;
     bool isHeldByAnother_;

@@ -4,9 +4,11 @@
 #include "host/files/Output.h"
 
 #include "host/base/HostError.h"
+#include "host/files/TemporaryName.h"
 
 #include <gps/NumberText.h>
 #include <platform/System/FullTransfer.h>
+#include <platform/System/Paths.h>
 
 #include <array>
 #include <cerrno>
@@ -28,7 +30,7 @@ int openUnnamed(gps::FileSystem& files, const std::string& folder)
     if (file >= 0)
         return file;
     // The file system has no unnamed files: create one, and remove its name at once.
-    auto prefix = folder + "/.magellangps-spool-";
+    auto prefix = gps::joinPath(folder, kHiddenPrefix);
     gps::appendInteger(prefix, ::getpid());
     for (int attempt = 0;; ++attempt) {
         const auto path = prefix + '-' + std::to_string(attempt);
@@ -45,8 +47,13 @@ int openSpool(gps::FileSystem& files, const std::string& folder)
 {
     if (const int file = openUnnamed(files, folder); file >= 0)
         return file;
-    std::error_code ignored;
-    return openUnnamed(files, std::filesystem::temp_directory_path(ignored).string());
+    const int failure = errno;
+    std::error_code code;
+    const auto temporary = std::filesystem::temp_directory_path(code);
+    if (!code)
+        return openUnnamed(files, temporary.string());
+    errno = failure;
+    return -1;
 }
 
 } // namespace
@@ -109,7 +116,12 @@ void Output::fail(const gps::Error& failure)
 
 Spool::Spool(const std::string& folder, gps::FileSystem& files)
     : Output(openSpool(files, folder), folder, files)
-{}
+{
+    if (file() < 0)
+        fail(systemError("Temporary data cannot be stored",
+                         "Free some space, or write to another disk, and try again", folder,
+                         errno));
+}
 
 Spool::~Spool()
 {

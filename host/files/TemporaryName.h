@@ -8,8 +8,8 @@
 
 namespace host {
 
-/// The names of the host's own unfinished files begin with this, followed by the number of the
-/// process, "-" and a counter.
+/// The names of the host's own unfinished and temporary files begin with this, followed by the
+/// number of the process, "-" and a counter.
 inline constexpr std::string_view kHiddenPrefix = ".magellangps-";
 
 /// Whether a file of this name is one that the host or the plug-in had not finished writing.

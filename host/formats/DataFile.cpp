@@ -83,11 +83,12 @@ std::optional<gps::Error> readDataFile(const std::string& path,
         return std::nullopt;
     }
     auto read = readJsonObject(text);
-    // readJsonObject() does not report why it failed. A second parse finds the line of a syntax
-    // error; for valid JSON of another kind it finds none.
+    // readJsonObject() does not report why it failed. A second parse finds the line of an error;
+    // for valid JSON of another kind it finds none.
     if (const auto offset = read ? std::nullopt : jsonErrorOffset(text))
         return hostError(
-            fmt::format("The data file is damaged or cut short: line {} is not valid JSON",
+            fmt::format("The data file is damaged or cut short: line {} is not valid JSON, or has "
+                        "a number out of range",
                         lineAt(text, *offset)),
             "Check that line", path);
     if (!read)

@@ -89,8 +89,10 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 std::string textOf(const pugi::xml_node& element)
 {
     std::string text = element.value(); // the first piece, unless it is a CDATA section
-    for (const auto& piece : element.children())
-        text += piece.value();
+    for (const auto& piece : element.children()) {
+        if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
+            text += piece.value();
+    }
     if (text.find('\n') == std::string::npos)
         return text;
     return std::string{gps::trimmed(text)};

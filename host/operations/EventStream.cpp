@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
 

@@ -147,6 +147,8 @@ std::optional<gps::Error> resultOf(const OperationStart& start,
     } catch (const std::exception& failure) {
         return hostError(fmt::format("The plug-in failed unexpectedly: {}", failure.what()),
                          "Please try again");
+    } catch (...) {
+        return hostError("The plug-in failed unexpectedly", "Please try again");
     }
 }
 
@@ -183,12 +185,12 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
     if (error)
         stream->close();
     consumer.join();
+    isAnyAbandoned = isAnyAbandoned || outcome.isAbandoned;
     if (failure)
         std::rethrow_exception(failure);
     if (stream->isIncomplete())
         throw std::bad_alloc{};
     outcome.error = std::move(error);
-    isAnyAbandoned = isAnyAbandoned || outcome.isAbandoned;
     log.moveTo(outcome);
     return outcome;
 }

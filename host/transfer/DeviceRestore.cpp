@@ -12,6 +12,7 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <optional>
 #include <utility>
 
 namespace host {
@@ -33,8 +34,8 @@ std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& d
 RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
 {
     RestoreReport report;
-    const FolderLock lock{device.device};
-    if (lock.isHeldByAnother()) {
+    std::optional<FolderLock> lock{device.device};
+    if (lock->isHeldByAnother()) {
         report.error = deviceInUse(device.device);
         return report;
     }
@@ -48,6 +49,8 @@ RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
         report.error = restore.checkFolders(device.device);
     if (report.error)
         return report;
+    if (lock->isOfAny(device.folders) || lock->isOfAny(restore.folders(device.device)))
+        lock.reset();
     report.wasUpToDate = restore.matches(device.device);
     if (!report.wasUpToDate)
         report.error = writeBack(restore, device, request, report);

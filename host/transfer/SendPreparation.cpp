@@ -62,16 +62,6 @@ void lock(PreparedSend& send)
         send.obstacle = deviceInUse(send.device.location);
 }
 
-// A write locks the folder that it writes into. If that is the device itself, it would fail.
-void unlockDataFolder(PreparedSend& send)
-{
-    const auto folders = send.snapshot->dataFolders();
-    if (send.lock && std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
-            return send.lock->isOf(folder);
-        }))
-        send.lock.reset();
-}
-
 } // namespace
 
 gps::Error deviceInUse(const std::string& device)
@@ -97,7 +87,8 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
     lock(send);
     send.snapshot = send.files->takeSnapshot();
     if (send.snapshot) {
-        unlockDataFolder(send);
+        if (send.lock && send.lock->isOfAny(send.snapshot->dataFolders()))
+            send.lock.reset();
         if (!send.obstacle)
             send.obstacle = obstacleIn(*send.snapshot);
         if (isFitted)

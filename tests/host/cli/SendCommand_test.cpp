@@ -4,6 +4,7 @@
 #include "host/FakeDriver.h"
 #include "host/cli/Commands.h"
 #include "support/TemporaryFolder.h"
+#include "support/Variable.h"
 
 #include <platform/System/DetachedThread.h>
 #include <platform/System/FileManager.h>
@@ -29,28 +30,6 @@ using testing::Not;
 using Status = gps::GPSPlugInProtocol::Status;
 
 constexpr char kData[] = R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"longitude":7}}]})";
-
-// Removes a variable from the environment while this exists.
-class WithoutVariable {
-public:
-    explicit WithoutVariable(const char* name) : name_(name)
-    {
-        if (const char* const value = ::getenv(name))
-            before_ = value;
-        ::unsetenv(name);
-    }
-    ~WithoutVariable()
-    {
-        if (before_)
-            ::setenv(name_, before_->c_str(), 1);
-    }
-    WithoutVariable(const WithoutVariable&) = delete;
-    WithoutVariable& operator=(const WithoutVariable&) = delete;
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
-};
 
 class SendCommand : public testing::Test {
 protected:
@@ -423,8 +402,8 @@ TEST_F(SendCommand, DamagedInputIsFoundBeforeTheDriverIsUsed)
 TEST_F(SendCommand, WithoutAHomeFolderTheSendNeedsABackupFolder)
 {
     options_.backupFolder.reset();
-    const WithoutVariable state{"XDG_STATE_HOME"};
-    const WithoutVariable home{"HOME"};
+    const support::Variable state{"XDG_STATE_HOME", nullptr};
+    const support::Variable home{"HOME", nullptr};
     EXPECT_EQ(send([] {}), ExitStatus::kFailed);
     EXPECT_EQ(sends_, 0);
     EXPECT_THAT(err_, HasSubstr("There is no folder for backups"));

@@ -39,10 +39,12 @@ TEST(FolderLock, KnowsItsFolderByAnyPath)
     const support::TemporaryFolder folder;
     folder.makeFolder("a");
     const host::FolderLock lock{folder.path()};
-    EXPECT_TRUE(lock.isOf(folder.path("a/..")));
-    EXPECT_FALSE(lock.isOf(folder.path("a")));
-    EXPECT_FALSE(lock.isOf(folder.path("missing")));
-    EXPECT_FALSE(host::FolderLock{folder.path("missing")}.isOf(folder.path()));
+    EXPECT_TRUE(lock.isOfAny({folder.path("a/..")}));
+    EXPECT_TRUE(lock.isOfAny({folder.path("a"), folder.path()}));
+    EXPECT_FALSE(lock.isOfAny({folder.path("a")}));
+    EXPECT_FALSE(lock.isOfAny({folder.path("missing")}));
+    EXPECT_FALSE(lock.isOfAny({}));
+    EXPECT_FALSE(host::FolderLock{folder.path("missing")}.isOfAny({folder.path()}));
 }
 
 } // namespace

@@ -81,6 +81,19 @@ TEST(Spool, SystemsFolderIsUsedIfItsOwnIsMissing)
     EXPECT_EQ(written.text(), "text");
 }
 
+TEST(Spool, ThatCannotBeCreatedSaysWhy)
+{
+    const support::Variable none{"TMPDIR", "/nowhere else"};
+    support::Written written;
+    host::Spool spool{"/nowhere"};
+    spool.write("text");
+    spool.moveTo(written.output());
+    const auto failure = written.output().flush();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description(), "Temporary data cannot be stored: No such file or directory");
+    EXPECT_EQ(failure->path(), "/nowhere");
+}
+
 TEST(Spool, FileHasNoName)
 {
     const support::TemporaryFolder folder;

@@ -2,55 +2,34 @@
 
 #include "host/files/StateFolder.h"
 
+#include "support/Variable.h"
+
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <optional>
 #include <string>
 
 namespace {
 
-/// Sets an environment variable for its lifetime.
-class ScopedVariable {
-public:
-    ScopedVariable(const char* name, const char* value) : name_(name)
-    {
-        if (const char* const before = std::getenv(name))
-            before_ = before;
-        set(value);
-    }
-    ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    void set(const char* value) const
-    {
-        value != nullptr ? ::setenv(name_, value, 1) : ::unsetenv(name_);
-    }
-
-    const char* name_;
-    std::optional<std::string> before_;
-};
+using support::Variable;
 
 TEST(StateFolder, IsBelowTheUsersOwnFolders)
 {
-    const ScopedVariable home{"HOME", "/home/me"};
+    const Variable home{"HOME", "/home/me"};
     {
-        const ScopedVariable state{"XDG_STATE_HOME", "/var/me"};
+        const Variable state{"XDG_STATE_HOME", "/var/me"};
         EXPECT_EQ(host::stateFolder(), "/var/me/magellangps");
     }
     for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative"}) {
-        const ScopedVariable state{"XDG_STATE_HOME", unusable};
+        const Variable state{"XDG_STATE_HOME", unusable};
         EXPECT_EQ(host::stateFolder(), "/home/me/.local/state/magellangps");
     }
 }
 
 TEST(StateFolder, IsMissingWithoutAHome)
 {
-    const ScopedVariable state{"XDG_STATE_HOME", nullptr};
+    const Variable state{"XDG_STATE_HOME", nullptr};
     for (const char* missing : {static_cast<const char*>(nullptr), ""}) {
-        const ScopedVariable home{"HOME", missing};
+        const Variable home{"HOME", missing};
         EXPECT_EQ(host::stateFolder(), std::nullopt);
     }
 }

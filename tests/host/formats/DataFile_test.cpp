@@ -86,6 +86,7 @@ TEST_F(DataFile, InvalidJsonIsRejectedWithItsLine)
     for (const auto& [json, line] : std::vector<Row>{{"", "line 1 "},
                                                      {"{\"a\":\n", "line 2 "},
                                                      {"{\n\n\"a\":1,}\n", "line 3 "},
+                                                     {"{\n\"a\":1e999}", "line 2 "},
                                                      {"{}\nx", "line 2 "}}) {
         const auto failure = read(json);
         ASSERT_TRUE(failure) << json;

@@ -337,6 +337,8 @@ TEST(GpxReader, TextsMayHaveEntitiesAndCdata)
     EXPECT_EQ(nameOf("caf&#233; &#x1F3D5;"), "caf\xC3\xA9 \xF0\x9F\x8F\x95");
     EXPECT_EQ(nameOf("<![CDATA[R&B <i>]]>"), "R&B <i>");
     EXPECT_EQ(nameOf("a<![CDATA[b]]><!-- x -->c"), "abc");
+    EXPECT_EQ(nameOf("a<b>no text of the name</b>"), "a");
+    EXPECT_EQ(nameOf("<b>no text of the name</b>a"), "a");
     EXPECT_EQ(nameOf("&unknown;"), "&unknown;");
     EXPECT_EQ(nameOf(" "), " ");
     EXPECT_EQ(nameOf(" Camp "), " Camp ") << "a space may be part of a name";

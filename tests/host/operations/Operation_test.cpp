@@ -123,6 +123,9 @@ TEST(Operation, AnyOtherExceptionBecomesAnErrorOfTheHost)
         run([](const Status&) -> std::optional<gps::Error> { throw std::runtime_error{"broken"}; });
     ASSERT_TRUE(result.outcome.error);
     EXPECT_EQ(result.outcome.error->domain(), host::kHostErrorDomain);
+    const auto unusual = run([](const Status&) -> std::optional<gps::Error> { throw 7; });
+    ASSERT_TRUE(unusual.outcome.error);
+    EXPECT_EQ(unusual.outcome.error->domain(), host::kHostErrorDomain);
 }
 
 TEST(Operation, KindsWhoseSendingEndedAreCollected)

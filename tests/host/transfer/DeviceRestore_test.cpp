@@ -62,6 +62,19 @@ TEST_F(DeviceRestore, ChangedFilesAreWrittenAfterABackup)
     EXPECT_EQ(folder_.read("kept/42/" + report.previous->name + "/files/Points/a"), "changed");
 }
 
+TEST_F(DeviceRestore, DataFolderMayBeTheDeviceItself)
+{
+    folder_.put("device/c", "3");
+    device_.folders = {device_.device};
+    ASSERT_TRUE(std::filesystem::remove(folder_.path("device/Points/b")));
+    host::MadeBackup made;
+    ASSERT_FALSE(host::makeBackup({.folder = folder_.path("kept")}, device_, made));
+    backup_ = made.backup;
+    folder_.put("device/c", "changed");
+    EXPECT_FALSE(restore().error);
+    EXPECT_EQ(folder_.read("device/c"), "3");
+}
+
 TEST_F(DeviceRestore, DeviceThatIsUpToDateIsNotBackedUp)
 {
     folder_.put("device/Points/c", "new");
