@@ -35,7 +35,7 @@ public:
     [[nodiscard]] static std::size_t openAccessCount() noexcept;
 };
 
-/// Accesses a path during its lifetime, if the user has authorized that. [any]
+/// Accesses a path during its lifetime, if the user has authorized that. [host thread]
 class AuthorizedPath {
 public:
     explicit AuthorizedPath(const std::string& path)

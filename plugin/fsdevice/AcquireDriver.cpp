@@ -11,9 +11,11 @@
 
 #include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
-#include <platform/System/FileManager.h>
+#include <platform/System/FileError.h>
+#include <platform/System/FileSystem.h>
 
 #include <array>
+#include <cerrno>
 #include <optional>
 #include <string>
 #include <utility>
@@ -84,14 +86,14 @@ bool acquireKind(const Kind& kind, const gps::Dictionary& work, gps::GPSOutputRe
 }
 
 /// Folders that are missing give no records, and no errors. That is all that remains to be seen of
-/// a volume that has been pulled out, so this looks whether it is still a receiver.
+/// a volume that has been pulled out, so this looks whether it is still a receiver. It only looks:
+/// a worker has no access of its own to open the unit file.
 void checkPresence(const std::string& volume, OperationAccount& account)
 {
-    const gps::AuthorizedPath access{volume};
     const auto path = unitFilePath(volume);
-    std::string front;
-    if (const auto error = gps::FileManager{}.readFront(path, front, 1))
-        account.addUnseen("device", path, *error);
+    struct stat ignored;
+    if (gps::FileSystem::system().stat(path.c_str(), &ignored) != 0)
+        account.addUnseen("device", path, gps::makeReadError(path, errno));
 }
 
 } // namespace

@@ -168,6 +168,10 @@ TEST_F(DownloadCommand, AdviceOnDatesFollowsTheSummaryOrIsANoteWithTheFile)
     EXPECT_EQ(run(oldTrack), ExitStatus::kSuccess);
     EXPECT_THAT(err_, StartsWith("note: The dates look 1024 weeks too old"));
     EXPECT_THAT(out_, IsEmpty());
+    options_.summary = true;
+    EXPECT_EQ(run(oldTrack), ExitStatus::kSuccess);
+    EXPECT_THAT(err_, Not(HasSubstr("1024"))) << "it is below the summary";
+    EXPECT_THAT(out_, HasSubstr("\n\nThe dates look 1024 weeks too old"));
 }
 
 TEST_F(DownloadCommand, JsonIsOneDocumentInsteadOfTheSummary)
