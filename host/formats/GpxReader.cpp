@@ -58,8 +58,8 @@ private:
 struct DepthLimit final : pugi::xml_tree_walker {
     bool for_each(pugi::xml_node& /*node*/) override
     {
-        constexpr int kDeepest = 100;
-        return depth() < kDeepest;
+        constexpr int kDeepestRemoval = 100;
+        return depth() < kDeepestRemoval;
     }
 };
 

@@ -29,7 +29,7 @@ void appendDescription(std::string& out, const gps::Dictionary& record)
     out += "</description>";
 }
 
-std::string textOf(const gps::Value& value)
+std::string plainTextOf(const gps::Value& value)
 {
     if (const auto* text = value.as<std::string>())
         return *text;
@@ -46,7 +46,7 @@ void appendData(std::string& out, const gps::Dictionary& record)
     for (const auto& [key, value] : record) {
         if (key == "name" || value.as<gps::GPSPoint>() != nullptr)
             continue;
-        const auto text = textOf(value);
+        const auto text = plainTextOf(value);
         if (text.empty())
             continue;
         out += out.size() == start ? "<ExtendedData><Data name=\"" : "<Data name=\"";

@@ -10,7 +10,7 @@
 namespace host {
 namespace {
 
-bool isSame(const Event& a, const Event& b)
+bool areEqual(const Event& a, const Event& b)
 {
     if (a.kind != b.kind || !(a.record == b.record))
         return false;
@@ -52,7 +52,7 @@ void RepeatFilter::finish(const Sink& sink)
 
 void RepeatFilter::point(const Event& event, std::uint64_t& dropped, const Sink& sink)
 {
-    if (hasLast_ && isSame(event, last_)) {
+    if (hasLast_ && areEqual(event, last_)) {
         ++dropped;
         return;
     }
@@ -66,7 +66,7 @@ void RepeatFilter::endRoute(const Sink& sink)
     if (route_.empty())
         return;
     const bool isRepeat =
-        std::equal(route_.begin(), route_.end(), lastRoute_.begin(), lastRoute_.end(), isSame);
+        std::equal(route_.begin(), route_.end(), lastRoute_.begin(), lastRoute_.end(), areEqual);
     if (isRepeat)
         ++dropped_.routes;
     else

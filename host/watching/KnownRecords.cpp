@@ -21,18 +21,18 @@ namespace {
 
 constexpr std::string_view kTitle = "magellangps saved records 1\n";
 constexpr std::string_view kSum = "sum ";
-constexpr std::string_view kTrack = "track ";
+constexpr std::string_view kTrackKey = "track ";
 
 // Ends in a space, so that one time does not match a longer one that begins with the same digits.
 std::string trackPrefix(std::int64_t firstTime)
 {
-    return fmt::format("{}{} ", kTrack, firstTime);
+    return fmt::format("{}{} ", kTrackKey, firstTime);
 }
 
 // The key of a track without its last part; empty for any other key.
 std::string_view withoutContent(std::string_view key)
 {
-    return key.starts_with(kTrack) ? key.substr(0, key.rfind(' ')) : std::string_view{};
+    return key.starts_with(kTrackKey) ? key.substr(0, key.rfind(' ')) : std::string_view{};
 }
 
 bool readKeys(std::string_view text, RecordKeys& keys)

@@ -8,14 +8,14 @@
 
 namespace {
 
-std::string json(std::string_view text)
+std::string jsonOf(std::string_view text)
 {
     std::string out;
     host::appendJson(out, text);
     return out;
 }
 
-std::string json(const gps::Dictionary& record)
+std::string jsonOf(const gps::Dictionary& record)
 {
     std::string out;
     host::appendJson(out, record);
@@ -24,28 +24,28 @@ std::string json(const gps::Dictionary& record)
 
 TEST(JsonText, StringsAreEscaped)
 {
-    EXPECT_EQ(json("plain"), R"("plain")");
-    EXPECT_EQ(json("a\"b\\c"), R"("a\"b\\c")");
-    EXPECT_EQ(json(std::string_view{"\0\n\x1f", 3}), R"("\u0000\n\u001f")");
-    EXPECT_EQ(json("Zürich"), "\"Zürich\"");
+    EXPECT_EQ(jsonOf("plain"), R"("plain")");
+    EXPECT_EQ(jsonOf("a\"b\\c"), R"("a\"b\\c")");
+    EXPECT_EQ(jsonOf(std::string_view{"\0\n\x1f", 3}), R"("\u0000\n\u001f")");
+    EXPECT_EQ(jsonOf("Zürich"), "\"Zürich\"");
 }
 
 TEST(JsonText, InvalidUtf8IsReplaced)
 {
-    EXPECT_EQ(json("a\xff"), "\"a\xEF\xBF\xBD\"");
+    EXPECT_EQ(jsonOf("a\xff"), "\"a\xEF\xBF\xBD\"");
 }
 
 TEST(JsonText, NumbersKeepTheirType)
 {
-    EXPECT_EQ(json(gps::Dictionary{
+    EXPECT_EQ(jsonOf(gps::Dictionary{
                   {"b", true}, {"i", std::int64_t{-5}}, {"d", 46.0}, {"e", 0.1}, {"f", 1.5F}}),
               R"({"b":true,"i":-5,"d":46,"e":0.1,"f":1.5})");
 }
 
 TEST(JsonText, NumbersThatAreNotFiniteAreNull)
 {
-    EXPECT_EQ(json(gps::Dictionary{{"n", std::numeric_limits<double>::quiet_NaN()},
-                                   {"i", std::numeric_limits<float>::infinity()}}),
+    EXPECT_EQ(jsonOf(gps::Dictionary{{"n", std::numeric_limits<double>::quiet_NaN()},
+                                     {"i", std::numeric_limits<float>::infinity()}}),
               R"({"n":null,"i":null})");
     std::string out;
     host::appendJson(out, gps::GPSPoint{std::numeric_limits<double>::infinity(), 0, 0, 0, 0});
@@ -58,7 +58,7 @@ TEST(JsonText, RecordsNest)
         {"name", "R"},
         {"points", gps::Array{gps::Dictionary{{"point", gps::GPSPoint{1, 2, 3, 4, 5}}}, 7}},
         {"empty", gps::Array{}}};
-    EXPECT_EQ(json(record),
+    EXPECT_EQ(jsonOf(record),
               R"({"name":"R","points":[{"point":{"latitude":1,"longitude":2,"altitude":3,"time":4,)"
               R"("reserved":5}},7],)"
               R"("empty":[]})");
@@ -69,13 +69,13 @@ TEST(JsonText, ObjectIsReadWithItsKeysInOrder)
     const auto read = host::readJsonObject(
         R"({"z":true,"a":1,"n":-2,"d":1.5,"s":"x","l":[1,"y"],"o":{"k":0},"none":null})");
     ASSERT_TRUE(read);
-    EXPECT_EQ(json(*read), R"({"z":true,"a":1,"n":-2,"d":1.5,"s":"x","l":[1,"y"],"o":{"k":0}})");
+    EXPECT_EQ(jsonOf(*read), R"({"z":true,"a":1,"n":-2,"d":1.5,"s":"x","l":[1,"y"],"o":{"k":0}})");
     EXPECT_EQ(host::readJsonObject("{}"), gps::Dictionary{});
 }
 
 TEST(JsonText, IntegerBeyond64BitsSaturates)
 {
-    EXPECT_EQ(json(*host::readJsonObject(R"({"n":18446744073709551615})")),
+    EXPECT_EQ(jsonOf(*host::readJsonObject(R"({"n":18446744073709551615})")),
               R"({"n":9223372036854775807})");
 }
 

@@ -108,10 +108,10 @@ TEST(DownloadMessages, InterruptedDownloadIsAnErrorWithoutItsConsequences)
 
 TEST(DownloadMessages, PhasesThatWereNotReachedAreOneMessage)
 {
-    using Cause = host::SessionGap::Cause;
-    const OperationReport report{.gaps = {{.cause = Cause::kFailed, .subject = "waypoints"},
-                                          {.cause = Cause::kNotReached, .subject = "tracks"},
-                                          {.cause = Cause::kNotReached, .subject = "routes"}}};
+    using GapCause = host::SessionGap::Cause;
+    const OperationReport report{.gaps = {{.cause = GapCause::kFailed, .subject = "waypoints"},
+                                          {.cause = GapCause::kNotReached, .subject = "tracks"},
+                                          {.cause = GapCause::kNotReached, .subject = "routes"}}};
     const auto messages = operationMessages(report);
     ASSERT_THAT(messages, SizeIs(2));
     EXPECT_EQ(messages[1], error("The session ended before these were read: tracks, routes."));

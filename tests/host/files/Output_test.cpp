@@ -5,6 +5,7 @@
 #include "host/base/HostError.h"
 #include "host/formats/Written.h"
 #include "platform/System/OneFault.h"
+#include "support/Variable.h"
 
 #include <gtest/gtest.h>
 

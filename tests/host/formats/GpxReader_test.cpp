@@ -86,8 +86,8 @@ Dictionary firstUnder(const Dictionary& data, std::string_view key)
     return list.empty() ? Dictionary{} : *list.front().as<Dictionary>();
 }
 
-Dictionary waypoint(std::string_view content,
-                    std::string_view attributes = R"(lat="46.5" lon="-7.25")")
+Dictionary waypointFrom(std::string_view content,
+                        std::string_view attributes = R"(lat="46.5" lon="-7.25")")
 {
     return firstUnder(
         readContent("<wpt " + std::string{attributes} + ">" + std::string{content} + "</wpt>"),
@@ -122,21 +122,21 @@ TEST(GpxReader, WaypointHasItsNameCommentSymbolAndPoint)
 
 TEST(GpxReader, BareWaypointHasAnEmptyCommentAndItsPoint)
 {
-    EXPECT_EQ(waypoint(""),
+    EXPECT_EQ(waypointFrom(""),
               (Dictionary{{"comment", ""}, {"point", GPSPoint{46.5, -7.25, kUnknown, 0, 0}}}));
 }
 
 TEST(GpxReader, DescriptionReplacesAMissingComment)
 {
-    EXPECT_EQ(textUnder(waypoint("<desc>d</desc>"), "comment"), "d");
-    EXPECT_EQ(textUnder(waypoint("<cmt/><desc>d</desc>"), "comment"), "d");
-    EXPECT_EQ(textUnder(waypoint("<desc>d</desc><cmt>c</cmt>"), "comment"), "c");
+    EXPECT_EQ(textUnder(waypointFrom("<desc>d</desc>"), "comment"), "d");
+    EXPECT_EQ(textUnder(waypointFrom("<cmt/><desc>d</desc>"), "comment"), "d");
+    EXPECT_EQ(textUnder(waypointFrom("<desc>d</desc><cmt>c</cmt>"), "comment"), "c");
 }
 
 TEST(GpxReader, MalformedElevationIsUnknownAndSuchATimeIsZero)
 {
     const auto pointOf = [](std::string_view content) {
-        return *gps::findPoint(waypoint(content));
+        return *gps::findPoint(waypointFrom(content));
     };
     EXPECT_EQ(pointOf("<ele>high</ele><time>noon</time>"), (GPSPoint{46.5, -7.25, kUnknown, 0, 0}));
     for (const std::string_view text : {"", "<ele/>", "<ele>nan</ele>", "<ele>inf</ele>"})
@@ -236,7 +236,7 @@ TEST(GpxReader, RoutePointIsAPlainWaypointWhateverItsSymbol)
                                                        {"point", GPSPoint{1, 2, kUnknown, 0, 0}}}));
 }
 
-Dictionary trackPoint(double latitude, double altitude = kUnknown, std::int64_t time = 0)
+Dictionary trackPointRecord(double latitude, double altitude = kUnknown, std::int64_t time = 0)
 {
     return {{"point", GPSPoint{latitude, 2, altitude, time, 0}}};
 }
@@ -246,16 +246,16 @@ TEST(GpxReader, TrackHasItsPointsInOrder)
     EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'><ele>3</ele>"
                           "<time>1970-01-01T00:00:04Z</time></trkpt><trkpt lat='5' lon='2'/>"
                           "</trkseg><trkseg/></trk>"),
-              (Dictionary{{"track", Array{Dictionary{
-                                        {"name", "Day"},
-                                        {"points", Array{trackPoint(1, 3, 4), trackPoint(5)}}}}}}));
+              (Dictionary{{"track", Array{Dictionary{{"name", "Day"},
+                                                     {"points", Array{trackPointRecord(1, 3, 4),
+                                                                      trackPointRecord(5)}}}}}}));
 }
 
 TEST(GpxReader, EachSegmentWithPointsIsARecordWithItsNumber)
 {
     const auto segment = [](int number, double latitude) {
         return Dictionary{
-            {"name", "Day"}, {"segment", number}, {"points", Array{trackPoint(latitude)}}};
+            {"name", "Day"}, {"segment", number}, {"points", Array{trackPointRecord(latitude)}}};
     };
     EXPECT_EQ(readContent("<trk><name>Day</name><trkseg><trkpt lat='1' lon='2'/></trkseg><trkseg/>"
                           "<trkseg><trkpt lat='3' lon='2'/></trkseg></trk>"),
@@ -276,8 +276,8 @@ TEST(GpxReader, UnknownElementsAreIgnored)
                           "minlat='x'/></metadata><extensions><wpt/></extensions><waypoint/>"
                           "<WPT/><?pi x?><!-- <wpt/> -->"),
               Dictionary{});
-    EXPECT_EQ(textUnder(waypoint("<extensions><x:name>no</x:name></extensions><link><text>no</"
-                                 "text></link><name>A</name>"),
+    EXPECT_EQ(textUnder(waypointFrom("<extensions><x:name>no</x:name></extensions><link><text>no</"
+                                     "text></link><name>A</name>"),
                         "name"),
               "A");
 }
@@ -324,14 +324,15 @@ TEST(GpxReader, OneNamespaceMayHaveTwoPrefixes)
 
 TEST(GpxReader, ForeignElementDoesNotHideAnOwnOne)
 {
-    EXPECT_EQ(textUnder(waypoint("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"),
-              "yes");
+    EXPECT_EQ(
+        textUnder(waypointFrom("<x:name>no</x:name><name>yes</name><y:name>no</y:name>"), "name"),
+        "yes");
 }
 
 TEST(GpxReader, TextsMayHaveEntitiesAndCdata)
 {
     const auto nameOf = [](std::string_view inside) {
-        return textUnder(waypoint("<name>" + std::string{inside} + "</name>"), "name");
+        return textUnder(waypointFrom("<name>" + std::string{inside} + "</name>"), "name");
     };
     EXPECT_EQ(nameOf("R&amp;B &lt;&gt; &quot;&apos;"), "R&B <> \"'");
     EXPECT_EQ(nameOf("caf&#233; &#x1F3D5;"), "caf\xC3\xA9 \xF0\x9F\x8F\x95");
@@ -401,8 +402,8 @@ TEST(GpxReader, CacheExtensionMayBeAChildOrInExtensions)
                               {"dateFound", "040310"},
                               {"difficulty", "1.5"},
                               {"terrain", "2"}};
-    EXPECT_EQ(waypoint(head + kCache), expected);
-    EXPECT_EQ(waypoint(head + "<extensions><x:other/>" + kCache + "</extensions>"), expected);
+    EXPECT_EQ(waypointFrom(head + kCache), expected);
+    EXPECT_EQ(waypointFrom(head + "<extensions><x:other/>" + kCache + "</extensions>"), expected);
 }
 
 TEST(GpxReader, GeocacheIsKnownByTypeSymbolOrExtension)
@@ -411,29 +412,30 @@ TEST(GpxReader, GeocacheIsKnownByTypeSymbolOrExtension)
          {"<type>Geocache</type>", "<type>Geocache|Unknown Cache</type>", "<sym>Geocache</sym>",
           "<sym>Geocache Found</sym>", "<sym>Geocache-Regular</sym>", "<g:cache/>",
           "<extensions><cache/></extensions>"})
-        EXPECT_THAT(textUnder(waypoint(content), "symbol"), StartsWith("Geocache")) << content;
+        EXPECT_THAT(textUnder(waypointFrom(content), "symbol"), StartsWith("Geocache")) << content;
     for (const std::string_view content :
          {"<type>geocache</type>", "<type>Waypoint|Geocache</type>", "<sym>A Geocache</sym>"})
-        EXPECT_FALSE(waypoint(content).contains("geocacheType")) << content;
+        EXPECT_FALSE(waypointFrom(content).contains("geocacheType")) << content;
 }
 
 TEST(GpxReader, GeocacheSymbolIsOneOfTwo)
 {
-    EXPECT_EQ(textUnder(waypoint("<sym>Geocache Found</sym>"), "symbol"), "Geocache Found");
-    EXPECT_EQ(textUnder(waypoint("<sym>Geocache</sym>"), "symbol"), "Geocache");
-    EXPECT_EQ(textUnder(waypoint("<sym>Parking</sym><type>Geocache</type>"), "symbol"), "Geocache");
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "symbol"), "Geocache");
+    EXPECT_EQ(textUnder(waypointFrom("<sym>Geocache Found</sym>"), "symbol"), "Geocache Found");
+    EXPECT_EQ(textUnder(waypointFrom("<sym>Geocache</sym>"), "symbol"), "Geocache");
+    EXPECT_EQ(textUnder(waypointFrom("<sym>Parking</sym><type>Geocache</type>"), "symbol"),
+              "Geocache");
+    EXPECT_EQ(textUnder(waypointFrom("<type>Geocache</type>"), "symbol"), "Geocache");
 }
 
 TEST(GpxReader, GeocacheIsNotFoundBySomebodyElsesLog)
 {
     for (const std::string_view symbol :
          {"<sym>Geocache</sym>", "", "<sym>geocache found</sym>", "<sym>Geocache Found </sym>"}) {
-        const auto record = waypoint(std::string{symbol} + "<type>Geocache</type>" + kCache);
+        const auto record = waypointFrom(std::string{symbol} + "<type>Geocache</type>" + kCache);
         EXPECT_EQ(textUnder(record, "symbol"), "Geocache") << symbol;
         EXPECT_EQ(textUnder(record, "dateFound"), "") << symbol;
     }
-    const auto found = waypoint(std::string{"<sym>Geocache Found</sym>"} + kCache);
+    const auto found = waypointFrom(std::string{"<sym>Geocache Found</sym>"} + kCache);
     EXPECT_EQ(textUnder(found, "symbol"), "Geocache Found");
     EXPECT_EQ(textUnder(found, "dateFound"), "040310");
 }
@@ -446,7 +448,7 @@ TEST(GpxReader, FoundDateIsNotThatOfSomebodyElsesLog)
     };
     const auto dateWith = [](const std::string& logs) {
         const auto record =
-            waypoint("<sym>Geocache Found</sym><cache><logs>" + logs + "</logs></cache>");
+            waypointFrom("<sym>Geocache Found</sym><cache><logs>" + logs + "</logs></cache>");
         return std::string{textUnder(record, "dateFound")};
     };
     EXPECT_EQ(dateWith(log("Found it", "")), "040310") << "written by this program";
@@ -461,30 +463,32 @@ TEST(GpxReader, FoundDateIsNotThatOfSomebodyElsesLog)
 
 TEST(GpxReader, CachesOwnNameIsTheNameOrTheCommentIfThereIsNoOther)
 {
-    EXPECT_EQ(textUnder(waypoint(std::string{"<name>GC1</name>"} + kCache), "comment"),
+    EXPECT_EQ(textUnder(waypointFrom(std::string{"<name>GC1</name>"} + kCache), "comment"),
               "The title");
-    EXPECT_EQ(textUnder(waypoint(std::string{"<name>GC1</name>"} + kCache), "name"), "GC1");
-    EXPECT_EQ(textUnder(waypoint(kCache), "name"), "The title");
-    EXPECT_EQ(textUnder(waypoint(kCache), "comment"), "");
+    EXPECT_EQ(textUnder(waypointFrom(std::string{"<name>GC1</name>"} + kCache), "name"), "GC1");
+    EXPECT_EQ(textUnder(waypointFrom(kCache), "name"), "The title");
+    EXPECT_EQ(textUnder(waypointFrom(kCache), "comment"), "");
     EXPECT_EQ(
-        textUnder(waypoint(std::string{"<name>GC1</name><cmt>c</cmt><desc>d</desc>"} + kCache),
+        textUnder(waypointFrom(std::string{"<name>GC1</name><cmt>c</cmt><desc>d</desc>"} + kCache),
                   "comment"),
         "c");
     EXPECT_EQ(
-        textUnder(waypoint(std::string{"<name>GC1</name><desc>d</desc>"} + kCache), "comment"),
+        textUnder(waypointFrom(std::string{"<name>GC1</name><desc>d</desc>"} + kCache), "comment"),
         "d");
-    EXPECT_EQ(textUnder(waypoint(std::string{"<name>The title</name>"} + kCache), "comment"), "");
-    EXPECT_EQ(textUnder(waypoint("<name>GC1</name><type>Geocache</type>"), "comment"), "");
+    EXPECT_EQ(textUnder(waypointFrom(std::string{"<name>The title</name>"} + kCache), "comment"),
+              "");
+    EXPECT_EQ(textUnder(waypointFrom("<name>GC1</name><type>Geocache</type>"), "comment"), "");
 }
 
 TEST(GpxReader, GeocacheTypeOfTheExtensionComesBeforeTheWaypoints)
 {
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache|Virtual Cache</type>"), "geocacheType"),
+    EXPECT_EQ(textUnder(waypointFrom("<type>Geocache|Virtual Cache</type>"), "geocacheType"),
               "Virtual Cache");
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache</type>"), "geocacheType"), "");
-    EXPECT_EQ(textUnder(waypoint("<type>Geocache|A</type><g:cache><g:type>B</g:type></g:cache>"),
-                        "geocacheType"),
-              "B");
+    EXPECT_EQ(textUnder(waypointFrom("<type>Geocache</type>"), "geocacheType"), "");
+    EXPECT_EQ(
+        textUnder(waypointFrom("<type>Geocache|A</type><g:cache><g:type>B</g:type></g:cache>"),
+                  "geocacheType"),
+        "B");
 }
 
 TEST(GpxReader, GeocacheDatesAreDayMonthAndYear)
@@ -494,7 +498,7 @@ TEST(GpxReader, GeocacheDatesAreDayMonthAndYear)
         if (!published.empty())
             content += "<cache><logs><log><date>" + std::string{published} +
                        "</date><type>Publish Listing</type></log></logs></cache>";
-        return textUnder(waypoint(content), "datePlaced");
+        return textUnder(waypointFrom(content), "datePlaced");
     };
     EXPECT_EQ(placed("2004-03-02T08:00:00Z", ""), "020304");
     EXPECT_EQ(placed("2004-03-02T08:00:00Z", "2005-06-07T00:00:00Z"), "070605");

@@ -16,35 +16,38 @@ std::string line(const std::string& body)
     return gps::NMEAUtils::addChecksumToNMEASentence(body) + "\r\n";
 }
 
-std::string wayPointLine(const std::string& name)
+std::string namedWayPointLine(const std::string& name)
 {
     return line("PMGNWPL,4605.979,N,00713.315,E,0001,M," + name + ",,a");
 }
 
-const std::string kEnd = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+const std::string kClosingLine = gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
 
 TEST(DroppedLines, WholeFileLosesNothing)
 {
     EXPECT_EQ(droppedLines(RecordKind::kWaypoints, ""), 0U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("A") + wayPointLine("B") + kEnd),
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints,
+                           namedWayPointLine("A") + namedWayPointLine("B") + kClosingLine),
               0U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("A") + "\r\n" + kEnd + "\r\n"), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints,
+                           namedWayPointLine("A") + "\r\n" + kClosingLine + "\r\n"),
+              0U);
 }
 
 TEST(DroppedLines, DamagedLinesAndThoseOfAnotherKindAreLost)
 {
-    auto damaged = wayPointLine("A");
+    auto damaged = namedWayPointLine("A");
     damaged[12] ^= 1;
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("B") + damaged), 1U);
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, wayPointLine("B") + "a note\r\n"), 1U);
-    EXPECT_EQ(droppedLines(RecordKind::kGeocaches, wayPointLine("B")), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, namedWayPointLine("B") + damaged), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, namedWayPointLine("B") + "a note\r\n"), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kGeocaches, namedWayPointLine("B")), 1U);
     EXPECT_EQ(droppedLines(RecordKind::kWaypoints, line("PMGNRTE,1,1,c,1,R,A,a")), 1U);
 }
 
 TEST(DroppedLines, OnlyTheLastRecordOfANameIsKept)
 {
-    EXPECT_EQ(droppedLines(RecordKind::kWaypoints,
-                           wayPointLine("A") + wayPointLine("B") + wayPointLine("A")),
+    EXPECT_EQ(droppedLines(RecordKind::kWaypoints, namedWayPointLine("A") + namedWayPointLine("B") +
+                                                       namedWayPointLine("A")),
               1U);
 }
 
@@ -56,18 +59,18 @@ TEST(DroppedLines, RecordWithoutANameIsLost)
 
 TEST(DroppedLines, OnlyCompleteRoutesAreKept)
 {
-    const auto points = wayPointLine("A") + wayPointLine("B");
+    const auto points = namedWayPointLine("A") + namedWayPointLine("B");
     const auto first = line("PMGNRTE,2,1,c,1,R,A,a,B,a");
     const auto second = line("PMGNRTE,2,2,m,1,R,text");
-    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + second + kEnd), 0U);
-    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + kEnd), 1U);
+    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + second + kClosingLine), 0U);
+    EXPECT_EQ(droppedLines(RecordKind::kRoutes, points + first + kClosingLine), 1U);
 }
 
 TEST(DroppedLines, OnlyTheLastRouteOfANameIsKept)
 {
     const auto twoLines = line("PMGNRTE,2,1,c,1,R,A,a,B,a") + line("PMGNRTE,2,2,m,1,R,text");
     EXPECT_EQ(droppedLines(RecordKind::kRoutes,
-                           wayPointLine("A") + twoLines + line("PMGNRTE,1,1,c,1,R,A,a")),
+                           namedWayPointLine("A") + twoLines + line("PMGNRTE,1,1,c,1,R,A,a")),
               2U);
 }
 

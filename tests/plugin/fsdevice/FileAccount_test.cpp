@@ -35,7 +35,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-const std::string kRoute = sentence("PMGNRTE,1,1,c,1,R,A,a");
+const std::string kRouteLine = sentence("PMGNRTE,1,1,c,1,R,A,a");
 
 std::string waypointSentence(std::string_view name)
 {
@@ -123,7 +123,7 @@ TEST_F(FileAccountTest, OfACleanDownloadHasEachFileInReadingOrder)
 {
     receiver_.put("My POIs/a.upt", {kWayPoint, kClosing});
     receiver_.put("Geocaches/g.gs", {kGeoCache, kClosing});
-    receiver_.put("Routes/r.rte", {kWayPoint, kRoute, kClosing});
+    receiver_.put("Routes/r.rte", {kWayPoint, kRouteLine, kClosing});
     receiver_.put("Track Logs/t.log", {kTrackPoint, "", kTrackPoint, kClosing});
     acquire();
     EXPECT_THAT(files(), ElementsAre("waypoints 1/1", "geocaches 1/1", "routes 2/2", "tracks 2/2"));
@@ -199,7 +199,7 @@ TEST_F(FileAccountTest, AnErrorThatEndsTheDownloadIsThatOfItsLastFile)
 TEST_F(FileAccountTest, AFolderAmongTheFilesIsAnErrorOnlyIfItEndsTheWalk)
 {
     receiver_.put("Track Logs/sub/t.log", {kTrackPoint});
-    receiver_.put("Routes/sub/r.rte", {kRoute});
+    receiver_.put("Routes/sub/r.rte", {kRouteLine});
     acquire();
     EXPECT_THAT(files(), ElementsAre(StartsWith("routes"), "tracks 1/1"));
     receiver_.put("My POIs/sub/a.upt", {kWayPoint});

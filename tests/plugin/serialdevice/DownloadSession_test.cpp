@@ -524,7 +524,7 @@ TEST_F(Session, MoreWaypointsThanAnyReceiverHoldsAreRejected)
 }
 
 /// Counts route points instead of storing them.
-class CountingReceiver : public support::RecordingReceiver {
+class RecordCounter : public support::RecordingReceiver {
 public:
     void wayPoint(const gps::GPSPoint& /*point*/, const gps::Dictionary& /*extra*/) override
     {
@@ -545,7 +545,7 @@ TEST_F(Session, RoutePointsShareTheRecordsOfTheirWaypoints)
         route += ",A,a";
     receiverHas({"PMGNWPL,4600.0,N,00700.0,E,0,M,A," + std::string(kComment, 'x') + ",a"}, {},
                 {route, route});
-    CountingReceiver counting;
+    RecordCounter counting;
     work = {{"location", "/dev/x"}, {"routes", true}};
     OperationAccount keeper{monitor};
     EXPECT_EQ((DownloadSession{line, counting, work, monitor, keeper}.run()), std::nullopt);
