@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -64,7 +65,7 @@ bool areSameTracks(const StoredTrack& a, const StoredTrack& b)
         [](const StoredPoint& one, const StoredPoint& other) { return one.isSame(other); });
 }
 
-// Collects the device's tracks from the events of a download.
+// Collects the device's tracks from the events that report them.
 class TrackCollector {
 public:
     // @param sizes  the numbers of points of the tracks that are of interest
@@ -99,13 +100,14 @@ private:
     std::vector<StoredTrack> tracks_;
 };
 
-std::vector<StoredTrack> tracksOn(const ChosenDevice& device, std::set<std::size_t> sizes)
+std::vector<StoredTrack> tracksOn(const gps::DeviceSnapshot& device, std::set<std::size_t> sizes)
 {
-    const gps::Dictionary options{{"waypoints", false}, {"routes", false}, {"tracks", true}};
     TrackCollector collector{std::move(sizes)};
     (void)runOperation(
-        [&](const gps::GPSPlugInProtocol::Status& status) {
-            return device.driver->gpsRunAcquire(status, options);
+        [&](const gps::GPSPlugInProtocol::Status& status) -> std::optional<gps::Error> {
+            device.reportTracks(*status);
+            status->gpsStateChange(0);
+            return std::nullopt;
         },
         [&](const EventBatch& batch) { collector.consume(batch); });
     return collector.takeTracks();
@@ -113,7 +115,7 @@ std::vector<StoredTrack> tracksOn(const ChosenDevice& device, std::set<std::size
 
 } // namespace
 
-RecordCounts removePresentTracks(gps::Dictionary& data, const ChosenDevice& device)
+RecordCounts removePresentTracks(gps::Dictionary& data, const gps::DeviceSnapshot& device)
 {
     std::set<std::size_t> sizes;
     forEachRecord(std::as_const(data), "track",

@@ -32,7 +32,7 @@ void fitToDevice(PreparedSend& send)
     useDeviceRoutePoints(data, onDevice, *send.files);
     if (send.request.sendsPresent || send.obstacle)
         return;
-    const auto tracks = removePresentTracks(data, send.device);
+    const auto tracks = removePresentTracks(data, *send.snapshot);
     send.present.tracks = tracks.tracks;
     send.present.trackPoints = tracks.trackPoints;
 }

@@ -15,6 +15,7 @@
 
 #include <platform/System/Ascii.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/Log.h>
 #include <platform/System/Paths.h>
 
 #include <algorithm>
@@ -182,6 +183,23 @@ gps::Dictionary MagellanSnapshot::records() const
         }
     }
     return {{"waypoint", std::move(waypoints)}, {"route", std::move(routes)}};
+}
+
+void MagellanSnapshot::reportTracks(gps::GPSOutputReceiver& status) const
+{
+    const auto folder = dataFolderPath(folderNames_, RecordKind::kTracks, volume_);
+    if (!folder)
+        return;
+    (void)walkFolder(*folder, [&](const gps::FolderEntry& entry, const std::string& path) {
+        if (entry.isFolder)
+            return true;
+        try {
+            acquireTracks(status, path);
+        } catch (const gps::RangeError& damage) {
+            gps::logLine(std::string{"Skipped the rest of "}.append(path) + ": " + damage.what());
+        }
+        return true;
+    });
 }
 
 gps::SendPlan MagellanSnapshot::planSend(const gps::Dictionary& data) const

@@ -36,6 +36,7 @@ public:
     }
     [[nodiscard]] std::vector<std::string> dataFolders() const override { return dataFolders_; }
     [[nodiscard]] gps::Dictionary records() const override;
+    void reportTracks(gps::GPSOutputReceiver& status) const override;
     [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
 
 private:

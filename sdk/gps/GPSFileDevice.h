@@ -18,6 +18,8 @@
 
 namespace gps {
 
+class GPSOutputReceiver;
+
 /// What a send would do with one file of the device.
 struct PlannedFile {
     enum class Action {
@@ -98,6 +100,10 @@ public:
     /// included) and "route", with the point of each record under "point". A file with an error, or
     /// with a damaged sentence, contributes nothing.
     [[nodiscard]] virtual Dictionary records() const = 0;
+
+    /// Reads the files of tracks, which the snapshot does not hold, and reports each track as a
+    /// download does. What cannot be read is skipped.
+    virtual void reportTracks(GPSOutputReceiver& status) const = 0;
 
     /// Returns what `gpsRunSend:withStatus:andOptions:` would do with this data if the device's
     /// files still were as they are in the snapshot.

@@ -121,6 +121,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         const std::optional<std::string>& identifier() const override { return driver.identifier; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
         gps::Dictionary records() const override { return driver.records; }
+        void reportTracks(gps::GPSOutputReceiver& status) const override { driver.tracks(status); }
         gps::SendPlan planSend(const gps::Dictionary& data) const override
         {
             return driver.plan(data);
@@ -158,6 +159,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::vector<gps::DeviceFile> files;
     std::vector<gps::Error> failures;
     gps::Dictionary records{{"waypoint", gps::Array{}}, {"route", gps::Array{}}};
+    std::function<void(gps::GPSOutputReceiver& status)> tracks = [](gps::GPSOutputReceiver&) {};
     std::function<std::string(std::string symbol)> storedSymbol = [](std::string symbol) {
         return symbol;
     };

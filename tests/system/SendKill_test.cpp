@@ -217,6 +217,12 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
     EXPECT_EQ(visibleFiles(receiver_.path()), fresh);
     for (const auto& entry : fs::recursive_directory_iterator{receiver_.path()})
         EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+
+    // At least two backups, wherever the kills happened.
+    reset(old);
+    receiver_.put("Points/other.upt", support::sentences({support::kHut}));
+    states.insert(visibleFiles(receiver_.path()));
+    EXPECT_EQ(waitFor(start()), 0);
     EXPECT_GT(restoreAll(states), 1U);
 }
 

@@ -196,8 +196,7 @@ TEST_F(Send, EachSegmentOfATrackBecomesATrack)
 TEST_F(Send, SegmentsAreJoinedOnRequest)
 {
     const Receiver receiver;
-    const auto ran =
-        send(receiver.path(), {here_.put("t.gpx", kBrokenTrack), "--join-segments"});
+    const auto ran = send(receiver.path(), {here_.put("t.gpx", kBrokenTrack), "--join-segments"});
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_THAT(ran.out, HasSubstr("sent: 1 track (2 points)"));
     EXPECT_THAT(receiver.read("Tracks/TKLG000.log"),

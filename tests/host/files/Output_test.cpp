@@ -84,8 +84,8 @@ TEST(Spool, SystemsFolderIsUsedIfItsOwnIsMissing)
 
 TEST(Spool, ThatCannotBeCreatedSaysWhy)
 {
+    support::Written written; // in the folder for temporary files
     const support::Variable none{"TMPDIR", "/nowhere else"};
-    support::Written written;
     host::Spool spool{"/nowhere"};
     spool.write("text");
     spool.moveTo(written.output());

@@ -16,7 +16,6 @@ using gps::Dictionary;
 using gps::GPSPoint;
 using host::RecordCounts;
 using Points = std::vector<GPSPoint>;
-using Status = gps::GPSPlugInProtocol::Status;
 
 constexpr std::int64_t kNoon = 1'200'000'000;
 
@@ -32,17 +31,13 @@ class PresentTracks : public testing::Test {
 protected:
     PresentTracks()
     {
-        driver_->acquire = [this](const Status& status,
-                                  const Dictionary& options) -> std::optional<gps::Error> {
-            options_ = options;
-            status->gpsStateChange(1);
+        driver_.tracks = [this](gps::GPSOutputReceiver& status) {
+            ++readings_;
             for (const auto& points : onDevice_) {
-                status->newTrack({{"name", "Log"}});
+                status.newTrack({{"name", "Log"}});
                 for (const auto& point : points)
-                    status->trackPoint(point, {});
+                    status.trackPoint(point, {});
             }
-            status->gpsStateChange(0);
-            return std::nullopt;
         };
     }
 
@@ -50,24 +45,24 @@ protected:
     [[nodiscard]] bool isPresent(const Points& points)
     {
         Dictionary data{{"track", Array{track(points)}}};
-        const auto removed = host::removePresentTracks(data, {driver_, "/device"});
+        const auto removed = host::removePresentTracks(data, *driver_.takeSnapshot());
         EXPECT_EQ(removed.tracks, data.contains("track") ? 0U : 1U);
         EXPECT_EQ(removed.trackPoints, removed.tracks * points.size());
         return removed.tracks > 0;
     }
 
-    std::shared_ptr<support::FakeDriver> driver_ = std::make_shared<support::FakeDriver>();
+    support::FakeFileDriver driver_;
     GPSPoint first_{46, 7, 500, kNoon, 0};
     GPSPoint second_{46.1, 7.1, 510, kNoon + 5, 0};
     std::vector<Points> onDevice_{{second_}, {first_, second_}};
-    Dictionary options_;
+    int readings_ = 0;
 };
 
 TEST_F(PresentTracks, TrackWithTheSamePointsIsRecognised)
 {
     EXPECT_TRUE(isPresent({first_, second_}));
     EXPECT_TRUE(isPresent({second_}));
-    EXPECT_EQ(options_, (Dictionary{{"waypoints", false}, {"routes", false}, {"tracks", true}}));
+    EXPECT_EQ(readings_, 2) << "once for each send";
 }
 
 TEST_F(PresentTracks, TrackWithOtherPointsIsNot)
@@ -104,7 +99,7 @@ TEST_F(PresentTracks, UnknownTimesAndAltitudesAreTheSame)
 TEST_F(PresentTracks, PointsThatNobodyCanStoreDoNotCount)
 {
     Dictionary data{{"track", Array{track({first_, {97, 7, 0, kNoon, 0}, second_})}}};
-    const auto removed = host::removePresentTracks(data, {driver_, "/device"});
+    const auto removed = host::removePresentTracks(data, *driver_.takeSnapshot());
     EXPECT_EQ(removed, (RecordCounts{.tracks = 1, .trackPoints = 2}));
 }
 
@@ -113,7 +108,7 @@ TEST_F(PresentTracks, OnlyPresentTracksAreRemoved)
     auto other = first_;
     other.latitude = 45;
     Dictionary data{{"track", Array{track({other}), track({second_}), 1}}, {"route", Array{}}};
-    EXPECT_EQ(host::removePresentTracks(data, {driver_, "/device"}),
+    EXPECT_EQ(host::removePresentTracks(data, *driver_.takeSnapshot()),
               (RecordCounts{.tracks = 1, .trackPoints = 1}));
     EXPECT_EQ(data, (Dictionary{{"track", Array{track({other}), 1}}, {"route", Array{}}}));
 }
@@ -121,8 +116,8 @@ TEST_F(PresentTracks, OnlyPresentTracksAreRemoved)
 TEST_F(PresentTracks, DeviceIsNotReadForDataWithoutTracks)
 {
     Dictionary data{{"waypoint", Array{}}};
-    EXPECT_TRUE(host::removePresentTracks(data, {driver_, "/device"}).isEmpty());
-    EXPECT_EQ(options_, Dictionary{});
+    EXPECT_TRUE(host::removePresentTracks(data, *driver_.takeSnapshot()).isEmpty());
+    EXPECT_EQ(readings_, 0);
 }
 
 TEST_F(PresentTracks, EmptyTrackIsNeverPresent)

@@ -9,12 +9,10 @@
 
 #include <gtest/gtest.h>
 
-
 namespace {
 
 using gps::Array;
 using gps::Dictionary;
-
 
 Dictionary hut()
 {
@@ -41,7 +39,8 @@ TEST_F(RecordComparison, WaypointsThatTheDeviceStoresAlikeAreTheSame)
 {
     device_.storedSymbol = [](const std::string&) { return "b"; };
     for (const auto& same :
-         {hut(), hutWith("point", gps::GPSPoint{46 + support::kUnit, 7 - support::kUnit, 1200.1, 0, 0}),
+         {hut(),
+          hutWith("point", gps::GPSPoint{46 + support::kUnit, 7 - support::kUnit, 1200.1, 0, 0}),
           hutWith("symbol", "Farm"), hutWith("geocacheOwner", "Ann")})
         EXPECT_TRUE(comparison_.areSameWaypoints(hut(), same));
 }

@@ -148,17 +148,14 @@ protected:
     PresentData()
     {
         driver_->records = {{"waypoint", gps::Array{camp(46)}}};
-        driver_->acquire = [this](const gps::GPSPlugInProtocol::Status& status,
-                                  const gps::Dictionary&) -> std::optional<gps::Error> {
-            ++acquires_;
-            status->newTrack({});
-            status->trackPoint({.latitude = 49, .longitude = 7}, {});
-            status->gpsStateChange(0);
-            return std::nullopt;
+        driver_->tracks = [this](gps::GPSOutputReceiver& status) {
+            ++readings_;
+            status.newTrack({});
+            status.trackPoint({.latitude = 49, .longitude = 7}, {});
         };
     }
 
-    int acquires_ = 0;
+    int readings_ = 0;
 };
 
 TEST_F(PresentData, IsNotSentAgain)
@@ -170,7 +167,7 @@ TEST_F(PresentData, IsNotSentAgain)
         EXPECT_EQ(send.request.data->findArray("waypoint")->size(), 1U);
         EXPECT_EQ(send.request.data->findArray("track")->size(), 2U);
     }
-    EXPECT_EQ(acquires_, 2);
+    EXPECT_EQ(readings_, 2);
 }
 
 TEST_F(PresentData, IsSentAgainOnRequest)
@@ -180,7 +177,7 @@ TEST_F(PresentData, IsSentAgainOnRequest)
     EXPECT_TRUE(send.present.isEmpty());
     EXPECT_EQ(send.request.data->findArray("waypoint")->size(), 2U);
     EXPECT_EQ(send.request.data->findArray("track")->size(), 3U);
-    EXPECT_EQ(acquires_, 0);
+    EXPECT_EQ(readings_, 0);
 }
 
 TEST_F(PresentData, IsNotLookedForIfNothingIsFitted)
@@ -189,14 +186,14 @@ TEST_F(PresentData, IsNotLookedForIfNothingIsFitted)
     EXPECT_EQ(send.request.data, mixedData());
     EXPECT_TRUE(send.present.isEmpty());
     EXPECT_THAT(send.segmentedTracks, IsEmpty());
-    EXPECT_EQ(acquires_, 0);
+    EXPECT_EQ(readings_, 0);
 }
 
 TEST_F(PresentData, TracksAreNotReadFromADeviceToWhichNothingMayBeSent)
 {
     driver_->failures = {gps::makeFileError(gps::FileErrorCode::kReadUnknown, "/device/unit")};
     EXPECT_TRUE(prepare(mixedData()).obstacle);
-    EXPECT_EQ(acquires_, 0);
+    EXPECT_EQ(readings_, 0);
 }
 
 TEST_F(SendPreparation, SegmentsBecomeTracksUnlessTheyAreJoined)

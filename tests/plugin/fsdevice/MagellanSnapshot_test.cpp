@@ -56,6 +56,22 @@ protected:
     support::ReceiverFolder receiver;
 };
 
+TEST_F(Snapshot, ReportsTracksAndSkipsWhatCannotBeRead)
+{
+    const auto point = support::sentence("PMGNTRK,4600.000,N,00730.000,E,00500,M,120000,A,,290208");
+    receiver.put("Track Logs/cut.log", {support::sentence("PMGNTRK,1"), point});
+    receiver.put("Track Logs/good.log", {point});
+    receiver.folder().makeFolder("Track Logs/folder.log");
+    const auto snapshot = driver()->takeSnapshot();
+    support::RecordingReceiver status;
+    snapshot->reportTracks(status);
+    EXPECT_THAT(status.calls(),
+                ElementsAre(testing::StartsWith("newTrack "), testing::StartsWith("trackPoint ")));
+    std::filesystem::remove_all(receiver.path("Track Logs"));
+    snapshot->reportTracks(status);
+    EXPECT_THAT(status.calls(), SizeIs(2));
+}
+
 TEST_F(Snapshot, PlansWhatASendWritesByteForByte)
 {
     receiver.put("My POIs/Default POI File.upt",
