@@ -350,7 +350,7 @@ std::string dataSummary(const gps::Dictionary& data)
 
 std::string sentSummary(const PreparedSend& send)
 {
-    const auto text = "sent: " + dataSummary(*send.request.data);
+    auto text = "sent: " + dataSummary(*send.request.data);
     if (!send.isPlanned())
         return text;
     const auto files = plannedWrites(send.plan);
