@@ -80,7 +80,8 @@ void CommandTable::addGlobalOptions()
     app_.add_option("--test-folder", options.testFolders,
                     "Treat this folder like a mounted volume; may be repeated")
         ->type_name("DIR")
-        // Without this, the words after DIR would be further folders, the command among them.
+        // Without this, the words after DIR would be further folders, the files of an import among
+        // them.
         ->allow_extra_args(false);
     app_.add_option_function<std::string>(
             "--debug",

@@ -52,6 +52,9 @@ TEST(CommandLine, GlobalOptionsCanPrecedeOrFollowTheCommand)
 TEST(CommandLine, TestFolderAcceptsOneValue)
 {
     EXPECT_TRUE(optionsOf<DevicesOptions>({"--test-folder", "A", "devices", "--watch"}).watch);
+    const auto options = optionsOf<ImportOptions>({"import", "--test-folder", "A", "a.log"});
+    EXPECT_THAT(options.testFolders, ElementsAre("A"));
+    EXPECT_THAT(options.files, ElementsAre("a.log"));
 }
 
 TEST(CommandLine, ImportTakesFiles)
