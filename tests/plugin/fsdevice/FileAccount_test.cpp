@@ -166,6 +166,13 @@ TEST_F(FileAccountTest, OfRoutesHasUnknownPointsAndIncompleteAndReplacedRoutes)
     EXPECT_THAT(files(), ElementsAre("routes 5/5, 2 unknown point, 4 incomplete, 2 replaced"));
 }
 
+TEST_F(FileAccountTest, OfRoutesHasTheOneThatTheFileEndsIn)
+{
+    receiver_.put("Routes/r.rte", {kWayPoint, sentence("PMGNRTE,2,1,c,1,R,A,a")});
+    acquire({{"tracks", false}, {"waypoints", false}});
+    EXPECT_THAT(files(), ElementsAre("routes 2/2, 2 incomplete"));
+}
+
 TEST_F(FileAccountTest, ATruncatedSentenceEndsTheReadingOfItsFileWithAnError)
 {
     receiver_.put("Track Logs/t.log", {kTrackPoint, sentence("PMGNTRK,4600.000,N"), kTrackPoint});
