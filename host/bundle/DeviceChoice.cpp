@@ -34,7 +34,7 @@ std::string withoutTrailingSlashes(std::string path)
 }
 
 // Links are resolved because serial ports have stable names that are links, such as by-id. Two
-// paths that do not exist resolve to the same nothing, which is no match.
+// paths that do not exist are never the same location.
 bool isSameLocation(const std::string& a, const std::string& b)
 {
     std::error_code failed;

@@ -145,7 +145,7 @@ std::string tallyText(const KindTally& tally)
     add(SkipReason::kIncomplete, "of routes whose last line is missing");
     if (losses.empty())
         return {};
-    // One file can hold several kinds, so lines of another kind are no loss.
+    // One file can hold several kinds, so lines of another kind are not lost.
     const auto expected =
         lines.seen - std::min(lines.seen, lines.skippedFor(SkipReason::kOtherKind));
     auto text =

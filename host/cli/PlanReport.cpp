@@ -78,9 +78,7 @@ std::string lineFor(const TextChange& change)
 std::string listOf(const std::vector<std::string>& names, std::size_t count)
 {
     const auto shown = std::min(names.size(), kMostRecords);
-    std::string text;
-    for (std::size_t i = 0; i < shown; ++i)
-        text += (i > 0 ? ", " : "") + names[i];
+    auto text = joined({names.begin(), names.begin() + static_cast<std::ptrdiff_t>(shown)}, ", ");
     if (count > shown)
         text += fmt::format("{}{} more", shown > 0 ? " and " : "", groupedText(count - shown));
     return text;

@@ -5,6 +5,7 @@
 
 #include "host/fitting/NameFitting.h"
 
+#include "host/base/RecordText.h"
 #include "host/base/XmlText.h"
 #include "host/fitting/FreeNames.h"
 #include "host/fitting/PlainTextConverter.h"
@@ -43,8 +44,7 @@ struct NamedRecord {
 
 std::string nameIn(const gps::Dictionary& record)
 {
-    const auto* const name = record.findString("name");
-    return name != nullptr ? *name : std::string{};
+    return std::string{textIn(record, "name")};
 }
 
 // A record's own point; for a route, its first one.

@@ -3,6 +3,8 @@
 
 #include "host/fitting/TrackSegments.h"
 
+#include "host/base/RecordText.h"
+
 #include <cstdint>
 #include <iterator>
 #include <utility>
@@ -17,12 +19,6 @@ std::int32_t takeNumber(gps::Dictionary& track)
     const auto read = number != nullptr ? number->int32Reading() : 0;
     track.remove(kSegmentKey);
     return read;
-}
-
-std::string nameOf(const gps::Dictionary& track)
-{
-    const auto* const name = track.findString("name");
-    return name != nullptr ? *name : std::string{};
 }
 
 void appendPoints(gps::Dictionary& track, gps::Dictionary& segment)
@@ -50,7 +46,7 @@ std::vector<SegmentedTrack> fitSegments(gps::Dictionary& data, SegmentRule rule)
         const bool isLater = number > 1 && isOpen;
         isOpen = number == 1 || isLater;
         if (number == 1)
-            segmented.push_back({nameOf(*track), 1});
+            segmented.push_back({std::string{textIn(*track, "name")}, 1});
         if (isLater)
             ++segmented.back().segments;
         if (isLater && rule == SegmentRule::kJoin)

@@ -4,6 +4,7 @@
 
 #include "host/formats/GeocacheXml.h"
 
+#include "host/base/RecordText.h"
 #include "host/base/XmlText.h"
 #include "host/points/Points.h"
 
@@ -27,17 +28,11 @@ void appendElement(std::string& out, std::string_view element, std::string_view 
     out.append("</groundspeak:").append(element).append(1, '>');
 }
 
-std::string_view textUnder(const gps::Dictionary& record, std::string_view key)
-{
-    const auto* text = record.findString(key);
-    return text != nullptr ? std::string_view{*text} : std::string_view{};
-}
-
 void appendChildren(std::string& out, const gps::Dictionary& record,
                     std::initializer_list<Child> children)
 {
     for (const auto& [element, key] : children) {
-        if (const auto text = textUnder(record, key); !text.empty())
+        if (const auto text = textIn(record, key); !text.empty())
             appendElement(out, element, text);
     }
 }
@@ -66,8 +61,8 @@ void appendGeocache(std::string& out, const gps::Dictionary& record)
                     {"terrain", "terrain"},
                     {"encoded_hints", "geocacheHint"}});
     std::string logs;
-    appendLog(logs, "Publish Listing", textUnder(record, "datePlaced"));
-    appendLog(logs, "Found it", textUnder(record, "dateFound"));
+    appendLog(logs, "Publish Listing", textIn(record, "datePlaced"));
+    appendLog(logs, "Found it", textIn(record, "dateFound"));
     if (!logs.empty())
         out.append("<groundspeak:logs>").append(logs).append("</groundspeak:logs>");
     out += "</groundspeak:cache>";

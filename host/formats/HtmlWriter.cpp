@@ -5,6 +5,7 @@
 #include "host/formats/HtmlWriter.h"
 
 #include "host/base/JsonText.h"
+#include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/formats/GeocacheXml.h"
 #include "host/page/HtmlPage.h"
@@ -36,12 +37,6 @@ void appendText(std::string& out, std::string_view text)
         else
             out += c;
     }
-}
-
-std::string_view textOf(const gps::Dictionary& record, std::string_view key)
-{
-    const auto* text = record.findString(key);
-    return text != nullptr ? std::string_view{*text} : std::string_view{};
 }
 
 void appendMember(std::string& out, std::string_view key, std::string_view text)
@@ -118,20 +113,20 @@ std::optional<std::int64_t> difference(const std::optional<std::int64_t>& number
 
 void appendGeocacheMembers(std::string& out, const gps::Dictionary& record)
 {
-    appendMember(out, "type", textOf(record, "geocacheType"));
-    appendMember(out, "owner", textOf(record, "geocacheOwner"));
-    appendMember(out, "hint", textOf(record, "geocacheHint"));
-    appendMember(out, "difficulty", textOf(record, "difficulty"));
-    appendMember(out, "terrain", textOf(record, "terrain"));
-    appendMember(out, "placed", dayOf(textOf(record, "datePlaced")));
-    appendMember(out, "found", dayOf(textOf(record, "dateFound")));
+    appendMember(out, "type", textIn(record, "geocacheType"));
+    appendMember(out, "owner", textIn(record, "geocacheOwner"));
+    appendMember(out, "hint", textIn(record, "geocacheHint"));
+    appendMember(out, "difficulty", textIn(record, "difficulty"));
+    appendMember(out, "terrain", textIn(record, "terrain"));
+    appendMember(out, "placed", dayOf(textIn(record, "datePlaced")));
+    appendMember(out, "found", dayOf(textIn(record, "dateFound")));
 }
 
 void appendPoint(std::string& out, const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     out += '{';
     for (const char* const key : {"name", "comment", "symbol"})
-        appendMember(out, key, textOf(record, key));
+        appendMember(out, key, textIn(record, key));
     if (gps::isGeocache(record))
         appendGeocacheMembers(out, record);
     const PointNumbers numbers{point};
@@ -168,8 +163,8 @@ void HtmlWriter::beginRoute(const gps::Dictionary& route)
 {
     startElement(routes_.isEmpty);
     text_ += '{';
-    appendMember(text_, "name", textOf(route, "name"));
-    appendMember(text_, "comment", textOf(route, "comment"));
+    appendMember(text_, "name", textIn(route, "name"));
+    appendMember(text_, "comment", textIn(route, "comment"));
     text_ += R"(,"points":[)";
     routes_.spool.write(text_);
     isFirstPoint_ = true;
@@ -198,7 +193,7 @@ void HtmlWriter::beginTrack(const gps::Dictionary& track)
 {
     startElement(tracks_.isEmpty);
     text_ += '{';
-    appendMember(text_, "name", textOf(track, "name"));
+    appendMember(text_, "name", textIn(track, "name"));
     text_ += R"(,"points":[)";
     tracks_.spool.write(text_);
     isFirstPoint_ = true;

@@ -35,14 +35,6 @@ KindTally& tallyFor(std::vector<KindTally>& tallies, const std::string& kind, bo
                : tallies.emplace_back(KindTally{.kind = kind, .isSerial = isSerial});
 }
 
-void addCounts(gps::LineAccount& sum, const gps::LineAccount& lines)
-{
-    sum.seen += lines.seen;
-    sum.accepted += lines.accepted;
-    for (std::size_t i = 0; i < gps::kSkipReasonCount; ++i)
-        sum.skipped[i] += lines.skipped[i];
-}
-
 void addDamage(KindTally& tally, const std::string& path, const gps::LineAccount& lines)
 {
     DamagedLines damaged{.path = path};
@@ -132,12 +124,12 @@ std::vector<KindTally> talliesOf(const gps::TransferAccount& account)
     std::vector<KindTally> tallies;
     // Counts come from the totals, which include files that the account had no room for.
     for (const auto& total : account.totals)
-        addCounts(tallyFor(tallies, total.kind, false).lines, total.lines);
+        tallyFor(tallies, total.kind, false).lines.addCounts(total.lines);
     for (const auto& file : account.files)
         addDamage(tallyFor(tallies, file.kind, false), file.path, file.lines);
     for (const auto& phase : account.phases) {
         auto& tally = tallyFor(tallies, phase.kind, true);
-        addCounts(tally.lines, phase.lines);
+        tally.lines.addCounts(phase.lines);
         addDamage(tally, {}, phase.lines);
     }
     return tallies;

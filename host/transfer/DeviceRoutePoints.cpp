@@ -3,6 +3,7 @@
 
 #include "host/transfer/DeviceRoutePoints.h"
 
+#include "host/base/RecordText.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordComparison.h"
 

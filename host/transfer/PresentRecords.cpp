@@ -3,6 +3,7 @@
 
 #include "host/transfer/PresentRecords.h"
 
+#include "host/base/RecordText.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordComparison.h"
 

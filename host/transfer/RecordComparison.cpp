@@ -3,6 +3,7 @@
 
 #include "host/transfer/RecordComparison.h"
 
+#include "host/base/RecordText.h"
 #include "host/points/DevicePosition.h"
 
 #include <gps/Geocache.h>
@@ -66,12 +67,6 @@ const std::string& RecordComparison::codeOf(std::string_view symbol)
     if (known == codes_.end())
         known = codes_.emplace(symbol, device_.deviceSymbol(symbol)).first;
     return known->second;
-}
-
-std::string_view textIn(const gps::Dictionary& record, std::string_view key)
-{
-    const auto* const text = record.findString(key);
-    return text != nullptr ? std::string_view{*text} : std::string_view{};
 }
 
 } // namespace host

@@ -38,7 +38,4 @@ private:
     std::map<std::string, std::string, std::less<>> codes_; // each asked for once
 };
 
-/// The text under a key; empty if it is missing or not a text.
-[[nodiscard]] std::string_view textIn(const gps::Dictionary& record, std::string_view key);
-
 } // namespace host

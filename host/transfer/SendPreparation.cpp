@@ -40,8 +40,8 @@ void fitToDevice(PreparedSend& send)
 // A file that is not text has its content in the snapshot, so the backup can keep it.
 bool isUnread(const gps::DeviceFile& file)
 {
-    return file.error && !(gps::FileErrorCode::kReadNotAscii == file.error->code()) &&
-           !(gps::FileErrorCode::kReadNoSuchFile == file.error->code());
+    return file.error && file.error->code() != gps::FileErrorCode::kReadNotAscii &&
+           file.error->code() != gps::FileErrorCode::kReadNoSuchFile;
 }
 
 std::optional<gps::Error> obstacleIn(const gps::DeviceSnapshot& snapshot)

@@ -30,15 +30,14 @@ constexpr unsigned hexadecimalDigit(char c) noexcept
     return 16;
 }
 
-std::string_view withoutLineEnd(std::string_view line) noexcept
+constexpr std::size_t kTail = 3; // "*hh"
+
+/// @param line  without its line end
+constexpr bool isFramed(std::string_view line) noexcept
 {
-    if (!line.empty() && line.back() == '\n')
-        line.remove_suffix(1);
-    else if (line.empty() || line.back() != '\r')
-        return line;
-    if (!line.empty() && line.back() == '\r')
-        line.remove_suffix(1);
-    return line;
+    return line.size() > 1 + kTail && line.front() == '$' && line[line.size() - kTail] == '*' &&
+           hexadecimalDigit(line[line.size() - 2]) < 16 &&
+           hexadecimalDigit(line[line.size() - 1]) < 16;
 }
 
 /// The checksum of a body, and whether all its bytes are allowed. No branch leaves the loop, so
@@ -123,17 +122,18 @@ constexpr std::int64_t secondsSinceMidnight(std::int64_t time) noexcept
 
 } // namespace
 
+bool isFramedNMEASentence(std::string_view line) noexcept
+{
+    return isFramed(withoutLineEnd(line));
+}
+
 std::optional<std::string_view> checkAndTrimNMEASentence(std::string_view line) noexcept
 {
-    constexpr std::size_t kTail = 3; // "*hh"
     line = withoutLineEnd(line);
-    if (line.size() < 1 + 1 + kTail || line.front() != '$' || line[line.size() - kTail] != '*')
+    if (!isFramed(line))
         return std::nullopt;
     const unsigned high = hexadecimalDigit(line[line.size() - 2]);
     const unsigned low = hexadecimalDigit(line[line.size() - 1]);
-    if (high > 15 || low > 15)
-        return std::nullopt;
-
     const std::string_view body = line.substr(1, line.size() - 1 - kTail);
     const BodyCheck check = checkBody(body);
     if (!check.valid || check.checksum != high * 16 + low)

@@ -25,6 +25,20 @@ struct DateTimeText {
     std::string time; ///< "HHMMSS.00", or empty
 };
 
+/// A line without its line end: CR LF, CR or LF. [any]
+[[nodiscard]] constexpr std::string_view withoutLineEnd(std::string_view line) noexcept
+{
+    if (line.ends_with('\n'))
+        line.remove_suffix(1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+/// Whether a line has the frame of a sentence, whatever its checksum and its characters: "$", at
+/// least one character, "*", two hexadecimal digits and an optional line end. [any]
+[[nodiscard]] bool isFramedNMEASentence(std::string_view line) noexcept;
+
 /// `checkAndTrimNMEASentence:`: checks a sentence and returns its body. A valid sentence is "$", a
 /// body of one or more printable ASCII characters other than "$" and "*", "*", the checksum as two
 /// hexadecimal digits of either case, and an optional line end (CR LF, CR or LF). [any]

@@ -38,9 +38,6 @@ void addOther(gps::LineAccount& lines, std::uint64_t number, std::string_view li
 /// Whether a body is END or an acknowledgement, which do not count as lines.
 [[nodiscard]] bool isProtocolSentence(std::string_view body) noexcept;
 
-/// Adds the counts of one account to another, without the details.
-void addCounts(gps::LineAccount& total, const gps::LineAccount& lines) noexcept;
-
 /// How many details there would be if there were room for all.
 [[nodiscard]] std::uint64_t detailCount(const gps::LineAccount& lines) noexcept;
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How a receiver's files are split into lines: at every CR LF, and only there. Stateless. [any]
+// How a receiver's files are split into lines: at every CR LF, and only there; and how they end.
+// Stateless. [any]
 
 #pragma once
 
@@ -7,6 +8,9 @@
 #include <string_view>
 
 namespace magellan {
+
+/// The body of the sentence that ends a file, or a phase of a serial session.
+inline constexpr std::string_view kEndSentence = "PMGNCMD,END";
 
 /// Calls `visit` with each line in order, as a view into the text without its CR LF. A text that
 /// ends in CR LF has an empty last line; an empty text has one empty line.

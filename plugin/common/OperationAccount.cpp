@@ -64,7 +64,7 @@ void OperationAccount::addToTotal(const gps::FileAccount& file) noexcept
 {
     const bool added = hadMemoryFor([&] {
         auto& total = totalOf(file.kind);
-        addCounts(total.lines, file.lines);
+        total.lines.addCounts(file.lines);
         if (!total.error)
             total.error = file.error;
     });

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // OperationAccount: the account of one operation while it is being kept. An operation creates one
 // on its worker, and the parts of the operation add to it. Recording never throws and never changes
-// what the operation does: what there is no memory for is counted as omitted. [worker], or
+// what the operation does: details that do not fit into memory are counted as omitted. [worker], or
 // [host thread] in an import.
 
 #pragma once
@@ -50,7 +50,7 @@ private:
     OperationMonitor& monitor_;
     gps::TransferAccount account_;
     std::size_t details_ = 0;          // that the account has
-    gps::CommandAccount spareCommand_; // for what there is no memory for
+    gps::CommandAccount spareCommand_; // filled, and dropped, if there is no memory for another
     gps::PhaseAccount sparePhase_;
 };
 

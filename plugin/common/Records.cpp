@@ -19,4 +19,11 @@ void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point, gps::
     records.set(*name, std::move(record));
 }
 
+const gps::Array& pointsOf(const gps::Dictionary& record)
+{
+    static const auto& empty = *new gps::Array;
+    const auto* points = record.findArray("points");
+    return points != nullptr ? *points : empty;
+}
+
 } // namespace magellan

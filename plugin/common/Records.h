@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Records: how waypoint records are kept by name. Used by the readers of files. Stateless. [any]
+// Records: how waypoint records are kept by name, and the points of tracks and routes. Used by the
+// readers and writers of files. Stateless. [any]
 
 #pragma once
 
@@ -11,5 +12,8 @@ namespace magellan {
 /// Replaces an earlier record of that name. A waypoint without a name is not stored.
 void keepByName(const gps::Dictionary& extras, const gps::GPSPoint& point,
                 gps::Dictionary& records);
+
+/// The array under a record's "points"; empty if it is missing or not an array.
+[[nodiscard]] const gps::Array& pointsOf(const gps::Dictionary& record);
 
 } // namespace magellan

@@ -5,6 +5,8 @@
 #include "DeviceFileReaders.h"
 
 #include "../codec/GeoCacheSentence.h"
+#include "../codec/RouteAssembler.h"
+#include "../codec/RouteGaps.h"
 #include "../codec/RouteSentence.h"
 #include "../codec/SentenceFields.h"
 #include "../codec/TrackPointSentence.h"
@@ -14,8 +16,6 @@
 #include "../common/Lines.h"
 #include "../common/NameTable.h"
 #include "../common/Records.h"
-#include "../common/RouteAssembler.h"
-#include "../common/RouteGaps.h"
 #include "../common/TrackAnnouncer.h"
 
 #include <gps/GPSOutputReceiver.h>

@@ -9,6 +9,8 @@
 #include "../codec/RouteSentence.h"
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
+#include "../common/Lines.h"
+#include "../common/Records.h"
 #include "DeviceFileReaders.h"
 
 #include <gps/NumberText.h>
@@ -43,21 +45,13 @@ public:
     /// Appends the closing sentence and returns the complete text.
     [[nodiscard]] std::string finish() &&
     {
-        text_ += gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END");
+        text_ += gps::NMEAUtils::addChecksumToNMEASentence(kEndSentence);
         return std::move(text_);
     }
 
 private:
     std::string text_;
 };
-
-/// The array under "points"; empty if it is missing or not an array.
-const gps::Array& pointsOf(const gps::Dictionary& record)
-{
-    static const auto& empty = *new gps::Array;
-    const auto* points = record.findArray("points");
-    return points != nullptr ? *points : empty;
-}
 
 /// Sorts (name, index) pairs instead of records, to keep comparisons in cache.
 gps::Array sortedByName(gps::Array records)
@@ -114,7 +108,7 @@ std::optional<gps::Error> saveNewTrack(const gps::Dictionary& track, const std::
         if (!path)
             break;
         auto error = gps::FileManager{}.writeNewAsciiFile(*path, text);
-        if (!error || !(gps::FileErrorCode::kWriteFileExists == error->code()))
+        if (!error || error->code() != gps::FileErrorCode::kWriteFileExists)
             return error;
     }
     return gps::makeFileError(gps::FileErrorCode::kWriteFileExists,

@@ -9,7 +9,6 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/Lines.h"
 
-#include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <cstddef>
@@ -56,13 +55,11 @@ private:
     // As readRoute() does: a route ends with the sentence that has the number of the last one.
     void addRouteLine(const SentenceFields& fields)
     {
-        constexpr std::size_t kTotal = 1;
-        constexpr std::size_t kNumber = 2;
-        constexpr std::size_t kName = 5;
+        const auto position = routePosition(fields);
         ++linesOfRoute_;
-        if (gps::leadingInt32(fields.at(kTotal)) != gps::leadingInt32(fields.at(kNumber)))
+        if (position.number != position.total)
             return;
-        routes_[fields.at(kName)] = linesOfRoute_;
+        routes_[position.name] = linesOfRoute_;
         linesOfRoute_ = 0;
     }
 
@@ -80,7 +77,7 @@ std::size_t droppedLines(RecordKind kind, std::string_view present)
     std::size_t lines = 0;
     forEachLine(present, [&](std::string_view line) {
         const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-        if (line.empty() || (body && *body == "PMGNCMD,END"))
+        if (line.empty() || (body && *body == kEndSentence))
             return;
         ++lines;
         if (body)

@@ -31,8 +31,8 @@ void parseLine(std::string_view line, gps::Dictionary& dictionary)
 
 bool mayBeReadLater(const gps::Error& error)
 {
-    return !(gps::FileErrorCode::kReadNoSuchFile == error.code()) &&
-           !(gps::FileErrorCode::kReadNotAscii == error.code());
+    return error.code() != gps::FileErrorCode::kReadNoSuchFile &&
+           error.code() != gps::FileErrorCode::kReadNotAscii;
 }
 
 gps::Dictionary parseKeyValueText(std::string_view text)

@@ -4,6 +4,8 @@
 
 #include "LostFields.h"
 
+#include "../common/Records.h"
+
 #include <cmath>
 #include <cstddef>
 #include <string_view>
@@ -28,10 +30,7 @@ void countPoint(const gps::Dictionary& record, LossCounts& counts)
 
 void countPoints(const gps::Dictionary& record, LossCounts& counts)
 {
-    const auto* const points = record.findArray("points");
-    if (points == nullptr)
-        return;
-    for (const auto& element : *points) {
+    for (const auto& element : pointsOf(record)) {
         if (const auto* const point = element.as<gps::Dictionary>())
             countPoint(*point, counts);
     }

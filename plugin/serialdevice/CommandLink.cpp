@@ -4,6 +4,7 @@
 #include "CommandLink.h"
 
 #include "../common/LineAccounts.h"
+#include "../common/Lines.h"
 #include "../common/OperationAccount.h"
 #include "../common/OperationMonitor.h"
 
@@ -133,7 +134,7 @@ bool CommandLink::sendLastCommand(std::string_view body)
 gps::LineVoice voiceOf(std::string_view body) noexcept
 {
     constexpr std::array<std::string_view, 7> kReceiverSentences{
-        "PMGNCSM,", "PMGNVER,", "PMGNWPL,", "PMGNTRK,", "PMGNRTE,", "PMGNGEO,", "PMGNCMD,END"};
+        "PMGNCSM,", "PMGNVER,", "PMGNWPL,", "PMGNTRK,", "PMGNRTE,", "PMGNGEO,", kEndSentence};
     if (std::any_of(kReceiverSentences.begin(), kReceiverSentences.end(),
                     [body](std::string_view each) { return body.starts_with(each); }))
         return gps::LineVoice::kReceiver;

@@ -11,6 +11,7 @@
 #include "../common/Errors.h"
 #include "../common/GuardedStatus.h"
 #include "../common/LineAccounts.h"
+#include "../common/Lines.h"
 #include "../common/OperationAccount.h"
 #include "../common/OperationMonitor.h"
 #include "../common/TrackAnnouncer.h"
@@ -38,7 +39,6 @@ constexpr int kProbeAttempts = 5; ///< at each speed
 constexpr int kReplyBudget = 5;
 
 constexpr char kVersionAcknowledged[] = "PMGNCSM,28";
-constexpr char kEnd[] = "PMGNCMD,END";
 
 std::string speedCommand(int bitsPerSecond)
 {
@@ -307,7 +307,7 @@ gps::PhaseEnd DownloadSession::readPhase(const Phase& phase, gps::LineAccount& l
         if (phase.logsReplies)
             gps::logLine(reply.value_or("(null)"));
         if (reply) {
-            if (reply == kEnd)
+            if (reply == kEndSentence)
                 return gps::PhaseEnd::kEnd;
             takeReply(phase, *reply, lines, visit);
             continue;

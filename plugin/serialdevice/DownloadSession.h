@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "../common/RouteAssembler.h"
+#include "../codec/RouteAssembler.h"
 #include "CommandLink.h"
 
 #include <gps/Error.h>

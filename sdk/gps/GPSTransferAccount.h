@@ -51,6 +51,15 @@ struct LineAccount {
     {
         return skipped[static_cast<std::size_t>(reason)];
     }
+
+    /// Adds the counts of another account, without its details. [any]
+    void addCounts(const LineAccount& other) noexcept
+    {
+        seen += other.seen;
+        accepted += other.accepted;
+        for (std::size_t i = 0; i < kSkipReasonCount; ++i)
+            skipped[i] += other.skipped[i];
+    }
 };
 
 /// One file that an operation read: to report it, or to merge records into it.

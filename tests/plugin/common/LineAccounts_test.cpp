@@ -94,8 +94,8 @@ TEST(LineAccounts, CountsAreAddedWithoutDetails)
     gps::LineAccount lines;
     addAccepted(lines);
     addSkipped(lines, 2, SkipReason::kNoName);
-    addCounts(total, lines);
-    addCounts(total, lines);
+    total.addCounts(lines);
+    total.addCounts(lines);
     EXPECT_EQ(total.seen, 4U);
     EXPECT_EQ(total.accepted, 2U);
     EXPECT_EQ(total.skippedFor(SkipReason::kNoName), 2U);

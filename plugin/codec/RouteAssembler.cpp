@@ -4,9 +4,9 @@
 
 #include "RouteAssembler.h"
 
-#include "../codec/RouteSentence.h"
-#include "../codec/SentenceFields.h"
-#include "LineAccounts.h"
+#include "../common/LineAccounts.h"
+#include "RouteSentence.h"
+#include "SentenceFields.h"
 
 #include <gps/GPSOutputReceiver.h>
 

@@ -2,8 +2,8 @@
 // Routes from waypoint and route sentences, and what is missing from them.
 
 #include <gps/Error.h>
+#include <plugin/codec/RouteAssembler.h>
 #include <plugin/codec/SentenceFields.h>
-#include <plugin/common/RouteAssembler.h>
 #include <support/RecordingReceiver.h>
 
 #include <gmock/gmock.h>

@@ -3,8 +3,8 @@
 
 #include "RouteGaps.h"
 
-#include "../codec/RouteSentence.h"
-#include "LineAccounts.h"
+#include "../common/LineAccounts.h"
+#include "RouteSentence.h"
 
 namespace magellan {
 
