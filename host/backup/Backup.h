@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,6 +42,9 @@ struct DataFolders {
 
     /// Why the identifier or the folders may be wrong; no backup is made then.
     std::optional<gps::Error> failure{};
+
+    /// Asked before each file. Once it returns true, no backup is made. May be empty.
+    std::function<bool()> stopRequested{};
 };
 
 struct Backup {

@@ -54,11 +54,18 @@ std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
         return failure;
     auto entries = gps::FileManager{&files_}.enumerator(folder);
     while (const auto entry = entries.next()) {
+        if (source_.stopRequested && source_.stopRequested())
+            return hostError("The backup was stopped", "Try again", folder);
         if (auto failure = copyEntry(*entry, folder, relative))
             return failure;
     }
-    // Files that were not listed would be missing in the backup, and nobody would know.
-    if (const int failure = entries.failure())
+    // Files that were not listed would be missing in the backup, and nobody would know. A folder
+    // that does not exist lists as empty, but this one was there before.
+    struct stat status;
+    int failure = entries.failure();
+    if (failure == 0 && files_.stat(folder.c_str(), &status) != 0)
+        failure = errno;
+    if (failure != 0)
         return systemError("A data folder cannot be read", "Check the receiver, and try again",
                            folder, failure);
     return std::nullopt;
@@ -77,7 +84,10 @@ std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
     const auto from = gps::joinPath(folder, entry.relativePath);
     struct stat status;
     const int code = files_.stat(from.c_str(), &status) == 0 ? 0 : errno;
-    if (code != 0 && code != ENOENT && code != ELOOP) // those two: a link that leads nowhere
+    // A link that leads nowhere has nothing to copy. Any other entry that is not found was on a
+    // medium that has been pulled out since the folder was listed.
+    const bool leadsNowhere = (code == ENOENT || code == ELOOP) && isLink(from);
+    if (code != 0 && !leadsNowhere)
         return systemError("A file cannot be read", "Check the receiver, and try again", from,
                            code);
     if (code != 0 || !S_ISREG(status.st_mode)) {
@@ -88,6 +98,12 @@ std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
         return failure;
     manifest_.files.push_back(std::move(file));
     return std::nullopt;
+}
+
+bool BackupCopier::isLink(const std::string& path) const
+{
+    struct stat status;
+    return files_.lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const std::string& to,

@@ -43,6 +43,7 @@ private:
     [[nodiscard]] std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
                                                      BackedUpFile& file);
     [[nodiscard]] std::optional<gps::Error> read(const std::string& path, std::string& bytes) const;
+    [[nodiscard]] bool isLink(const std::string& path) const;
     [[nodiscard]] std::string target(const std::string& relative) const;
 
     const DataFolders& source_;

@@ -85,21 +85,38 @@ bool Restore::matches(const std::string& device, const BackedUpFile& file) const
            present.size() == file.size && hashOf(present) == file.hash;
 }
 
-// Reads each file again: keeping all of them since open() would take as much memory as the backup.
-std::optional<gps::Error> Restore::write(const std::string& device,
-                                         std::vector<std::string>& written) const
+std::optional<gps::Error> Restore::write(const std::string& device, WrittenFiles& result,
+                                         const std::function<bool()>& stopRequested) const
 {
+    result = {.asBefore = files()};
     for (const auto& file : manifest_.files) {
+        if (stopRequested && stopRequested())
+            return std::nullopt;
+        result.asBefore.erase(result.asBefore.begin());
         if (matches(device, file))
             continue;
-        std::string bytes;
-        if (auto failure = gps::FileManager{&files_}.readFile(pathOf(file), bytes))
+        if (auto failure = write(device, file))
             return failure;
-        if (auto failure = writeFile(gps::joinPath(device, file.path), bytes, files_))
-            return failure;
-        written.push_back(file.path);
+        result.written.push_back(file.path);
     }
     return std::nullopt;
+}
+
+// Reads the file again: keeping all of them since open() would take as much memory as the backup.
+std::optional<gps::Error> Restore::write(const std::string& device, const BackedUpFile& file) const
+{
+    std::string bytes;
+    if (auto failure = gps::FileManager{&files_}.readFile(pathOf(file), bytes))
+        return failure;
+    return writeFile(gps::joinPath(device, file.path), bytes, files_);
+}
+
+std::vector<std::string> Restore::files() const
+{
+    std::vector<std::string> paths;
+    for (const auto& file : manifest_.files)
+        paths.push_back(file.path);
+    return paths;
 }
 
 std::vector<std::string> Restore::extraFiles(const std::string& device) const

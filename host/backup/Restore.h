@@ -5,11 +5,18 @@
 
 #include "host/backup/Manifest.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace host {
+
+/// What a restore did with the files of a backup. All paths are relative to the device.
+struct WrittenFiles {
+    std::vector<std::string> written{};
+    std::vector<std::string> asBefore{}; ///< those that were not reached, because it ended early
+};
 
 /// A backup that was checked: every file exists and is undamaged.
 class Restore {
@@ -38,10 +45,15 @@ public:
 
     /// Writes each file that the device does not hold unchanged. Stops at the first one that cannot
     /// be written; every file is old or new then, never half of each.
-    /// @param device   the folder where the device is mounted now
-    /// @param written  the paths of the files that were written, relative to `device`, are added
-    [[nodiscard]] std::optional<gps::Error> write(const std::string& device,
-                                                  std::vector<std::string>& written) const;
+    /// @param device         the folder where the device is mounted now
+    /// @param result         out: which files were written
+    /// @param stopRequested  asked before each file; true ends the restore without an error
+    [[nodiscard]] std::optional<gps::Error>
+    write(const std::string& device, WrittenFiles& result,
+          const std::function<bool()>& stopRequested = {}) const;
+
+    /// The paths of the backup's files, relative to the device.
+    [[nodiscard]] std::vector<std::string> files() const;
 
     /// The files in the device's data folders that are not in the backup, apart from unfinished
     /// ones. Their paths are relative to `device`.
@@ -50,6 +62,8 @@ public:
 private:
     [[nodiscard]] std::string pathOf(const BackedUpFile& file) const;
     [[nodiscard]] bool matches(const std::string& device, const BackedUpFile& file) const;
+    [[nodiscard]] std::optional<gps::Error> write(const std::string& device,
+                                                  const BackedUpFile& file) const;
 
     gps::FileSystem& files_;
     std::string backup_;

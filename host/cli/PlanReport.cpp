@@ -8,6 +8,7 @@
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/AccountText.h"
+#include "host/cli/EarlyStop.h"
 #include "host/cli/RecordCountText.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
@@ -203,24 +204,37 @@ bool isWritten(const SentFile& file)
     return file.result == SentFile::Result::kWritten;
 }
 
-void addStop(const SendReport& report, std::vector<std::string>& sentences)
+bool isOld(const SentFile& file)
 {
-    const bool isAnyWritten = std::any_of(report.files.begin(), report.files.end(), isWritten);
-    sentences.emplace_back(isAnyWritten ? "The send was stopped. Send again to write the rest."
-                                        : "The send was stopped before anything was written.");
+    return file.isAsBefore;
+}
+
+// Nobody knows what a driver without a plan has written.
+void addStop(const SendReport& report, const PreparedSend& send,
+             std::vector<std::string>& sentences)
+{
+    const auto& files = report.files;
+    if (report.wasStoppedEarly ||
+        (send.isPlanned() && std::all_of(files.begin(), files.end(), isOld)))
+        sentences.push_back(stoppedEarlyText("send"));
+    else
+        sentences.emplace_back("The send was stopped. Send again to write the rest.");
 }
 
 // After anything that went wrong: what the planned files hold now.
 void addFileStates(const SendReport& report, const PreparedSend& send,
                    std::vector<std::string>& sentences)
 {
-    const auto isOld = [](const SentFile& file) { return file.isAsBefore; };
-    const auto isNeither = [](const SentFile& file) {
-        return !isWritten(file) && !file.isAsBefore;
+    const auto isUnknown = [](const SentFile& file) {
+        return file.result == SentFile::Result::kUnreadable;
+    };
+    const auto isNeither = [&](const SentFile& file) {
+        return !isWritten(file) && !file.isAsBefore && !isUnknown(file);
     };
     const auto& files = report.files;
     if (std::all_of(files.begin(), files.end(), isOld)) {
-        sentences.emplace_back("Nothing was written: every file of the device is as it was.");
+        if (!report.wasStopped) // addStop() has said so
+            sentences.emplace_back("Nothing was written: every file of the device is as it was.");
         return;
     }
     const auto add = [&](std::string_view what, const auto& belongs) {
@@ -235,6 +249,7 @@ void addFileStates(const SendReport& report, const PreparedSend& send,
     add("Written", isWritten);
     add("As before the send", isOld);
     add("Neither as before nor as planned", isNeither);
+    add("Not readable now, and either as before or as planned", isUnknown);
 }
 
 void addMissingKinds(const SendReport& report, const PreparedSend& send,
@@ -329,7 +344,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     addLosses(report, sentences);
     // What is missing after a stop is its consequence, and no error of its own.
     if (report.wasStopped) {
-        addStop(report, sentences);
+        addStop(report, send, sentences);
     } else {
         addMissingKinds(report, send, sentences);
         addFiles(report, sentences);

@@ -7,8 +7,10 @@
 #include "host/cli/CommandLine.h"
 #include "host/cli/Commands.h"
 #include "host/cli/CompleteCommand.h"
+#include "host/cli/EarlyStop.h"
 #include "host/commandline/Completion.h"
 #include "host/files/Output.h"
+#include "host/operations/StopSignals.h"
 
 #include <platform/System/Log.h>
 
@@ -19,6 +21,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include <unistd.h>
@@ -80,6 +83,27 @@ std::optional<std::string> deviceOf(const CommandOptions& command)
         command);
 }
 
+// Those commands that write to a device say at every end what they have written; at the others a
+// signal just ends the program.
+StopSignals::EndProgram earlyEndOf(const CommandOptions& command)
+{
+    if (const auto* const send = std::get_if<SendOptions>(&command))
+        return [send](int signal) { endEarly(signal, *send); };
+    const auto* const restore = std::get_if<RestoreOptions>(&command);
+    if (restore != nullptr && restore->backup)
+        return [restore](int signal) { endEarly(signal, *restore); };
+    return {};
+}
+
+std::optional<gps::Error> loadUntilStopped(const std::string& path, const CommandOptions& command,
+                                           PlugInBundle& plugIn)
+{
+    std::optional<StopSignals> stop; // until the command itself watches for signals
+    if (auto end = earlyEndOf(command))
+        stop.emplace(std::move(end));
+    return loadBundle(path, plugIn); // reads the devices that are mounted
+}
+
 ExitStatus run(const CommandOptions& command, const Console& console)
 {
     const auto& options = globalOptions(command);
@@ -94,7 +118,7 @@ ExitStatus run(const CommandOptions& command, const Console& console)
         return ExitStatus::kNothingToWorkOn;
     }
     PlugInBundle plugIn;
-    if (const auto failure = loadBundle(*path, plugIn)) {
+    if (const auto failure = loadUntilStopped(*path, command, plugIn)) {
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }

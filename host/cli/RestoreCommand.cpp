@@ -6,14 +6,18 @@
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/EarlyStop.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/RestoreJson.h"
+#include "host/operations/StopSignals.h"
 #include "host/transfer/DeviceRestore.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -56,23 +60,41 @@ std::string textOf(const RestoreReport& report)
     return text;
 }
 
-ExitStatus restore(const RestoreOptions& options, const DataFolders& device,
-                   const RestoreRequest& request, const Console& console)
+std::vector<Message> restoreMessages(const RestoreReport& report)
 {
-    const ProgressLine progress{canShowProgress(options, false)};
-    auto shown = request;
-    shown.progress = progress.callback();
-    const auto report = restoreBackup(device, shown);
-    const auto status = report.error ? ExitStatus::kFailed : ExitStatus::kSuccess;
     std::vector<Message> messages;
     if (report.error)
         messages.push_back({true, sentencesOf(*report.error)});
+    const bool isAnyWritten = !report.restored.empty();
+    if (report.wasStopped)
+        messages.push_back({true, isAnyWritten
+                                      ? "The restore was stopped. Restore again to write the rest."
+                                      : stoppedEarlyText("restore")});
+    if (isAnyWritten && !report.asBefore.empty())
+        messages.push_back(
+            {true, fmt::format("As before the restore: {}.", joined(report.asBefore, ", "))});
+    return messages;
+}
+
+ExitStatus restore(const RestoreOptions& options, const DataFolders& device, RestoreRequest request,
+                   StopSignals& stop, const Console& console)
+{
+    const ProgressLine progress{canShowProgress(options, false)};
+    request.progress = progress.callback();
+    request.beforeWriting = [&stop] { stop.requestOnly(); };
+    request.stopRequested = [&stop] { return stop.stopRequested(); };
+    const auto report = restoreBackup(device, request);
+    stop.requestOnly(); // the result is known, and would be printed twice
+    auto status = report.isComplete() ? ExitStatus::kSuccess : ExitStatus::kFailed;
+    if (report.wasStopped)
+        status = statusAfterSignal(stop.signal());
+    const auto messages = restoreMessages(report);
     const auto printed =
         print(options.json ? restoreJson(device.device, request.backup, report, messages, status)
                            : textOf(report),
               console);
     console.messages(messages);
-    return report.error ? status : printed;
+    return report.isComplete() ? printed : status;
 }
 
 } // namespace
@@ -80,6 +102,9 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device,
 ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                       const Console& console)
 {
+    std::optional<StopSignals> stop;
+    if (options.backup) // a list has nothing to say about the device's files
+        stop.emplace([&options](int signal) { endEarly(signal, options); });
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
             plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
@@ -107,7 +132,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                    {.backup = pathOf(*options.backup, backups),
                     .policy = {.folder = *folder, .count = options.mostBackups},
                     .isForced = options.force},
-                   console);
+                   *stop, console);
 }
 
 } // namespace host

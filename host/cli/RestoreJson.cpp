@@ -22,14 +22,16 @@ std::string documentOf(const std::string& device, ExitStatus status, const Json&
                        const std::vector<Message>& messages)
 {
     return jsonLine({{"status", static_cast<int>(status)},
-                     {"complete", !report.error},
-                     {"device", device},
+                     {"complete", report.isComplete()},
+                     {"interrupted", report.wasStopped},
+                     {"device", device.empty() ? Json() : Json(device)},
                      {"backups", backups},
                      {"backup", backup},
                      {"upToDate", report.wasUpToDate},
                      {"previous", report.previous ? backupJson(*report.previous) : Json()},
                      {"deleted", report.deletedBackups},
                      {"restored", report.restored},
+                     {"asBefore", report.asBefore},
                      {"extraFiles", report.extraFiles},
                      {"error", errorJson(report.error)},
                      {"messages", messagesJson(messages)}});

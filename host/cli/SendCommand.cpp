@@ -7,6 +7,7 @@
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/EarlyStop.h"
 #include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/SendJson.h"
@@ -64,8 +65,9 @@ std::optional<BackupPolicy> backupFor(const SendOptions& options)
 
 class SendCommand {
 public:
-    SendCommand(const SendOptions& options, const Console& console)
-        : options_(options), console_(console), progress_(canShowProgress(options, options.events))
+    SendCommand(const SendOptions& options, const Console& console, StopSignals& stop)
+        : options_(options), console_(console), stop_(stop),
+          progress_(canShowProgress(options, options.events))
     {}
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);
@@ -86,6 +88,7 @@ private:
 
     const SendOptions& options_;
     const Console& console_;
+    StopSignals& stop_; // ends the program until anything may be written
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
@@ -138,12 +141,11 @@ void SendCommand::showPlan(const PreparedSend& send)
 
 SendReport SendCommand::perform(PreparedSend& send)
 {
-    // Only now: before this, nothing has been changed, and a signal may end the program at once.
-    const StopSignals stop; // until the files are as they will stay
-    send.request.stopRequested = [&stop] { return stop.stopRequested(); };
+    stop_.requestOnly(); // from here on, files are being written
+    send.request.stopRequested = [this] { return stop_.stopRequested(); };
     auto report = performSend(send);
     if (report.wasStopped)
-        signal_ = stop.signal();
+        signal_ = stop_.signal();
     if (options_.events && report.wasRun())
         eventLines_.result(report.answer);
     showReport(send, report);
@@ -173,6 +175,7 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
 
 ExitStatus SendCommand::finish(const PreparedSend& send, const SendReport& report)
 {
+    stop_.requestOnly(); // the result is known, and would be printed twice
     if (options_.json)
         standardOutput_.write(sendJson(send, report, shown_, status()));
     if (const auto failure = standardOutput_.flush())
@@ -223,10 +226,11 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
                         .backup = backupFor(options)};
     if (options.debug)
         request.driverOptions = {{"debug", *options.debug}};
+    StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     // The files first, so that a mistake in one of them is found before a driver does anything.
     auto failure = readFiles(options, request.data);
     if (failure)
-        return SendCommand{options, console}.refuse(*failure);
+        return SendCommand{options, console, stop}.refuse(*failure);
     ChosenDevice device;
     failure =
         chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, device);
@@ -234,7 +238,7 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
         console.error(*failure);
         return ExitStatus::kNothingToWorkOn;
     }
-    return SendCommand{options, console}.run(std::move(device), std::move(request));
+    return SendCommand{options, console, stop}.run(std::move(device), std::move(request));
 }
 
 } // namespace host

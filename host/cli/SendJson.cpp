@@ -56,12 +56,13 @@ RecordCounts requestedCounts(const PreparedSend& send)
 
 Json fileJson(const gps::PlannedFile& planned, const SentFile* sent)
 {
+    const bool isKnown = sent != nullptr && sent->result != SentFile::Result::kUnreadable;
     const bool hasWriteError = sent != nullptr && sent->writeError;
     return {{"kind", planned.kind},
             {"path", planned.path},
             {"action", wordFor(planned.action, kActions)},
             {"result", sent != nullptr ? wordFor(sent->result, kResults) : Json()},
-            {"asBefore", sent != nullptr ? Json(sent->isAsBefore) : Json()},
+            {"asBefore", isKnown ? Json(sent->isAsBefore) : Json()},
             {"droppedLines", planned.droppedLines},
             {"lostRecords", sent != nullptr ? sent->lostRecords : 0},
             {"error", errorJson(hasWriteError ? sent->writeError : planned.error)}};

@@ -6,6 +6,8 @@
 
 #include "host/files/IgnoredSignal.h"
 
+#include <utility>
+
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -13,7 +15,8 @@ namespace host {
 
 // The mask is set before the thread starts: threads inherit it, and a signal goes to any thread
 // that does not block it.
-StopSignals::StopSignals() : file_(::eventfd(0, EFD_CLOEXEC))
+StopSignals::StopSignals(EndProgram endProgram)
+    : file_(::eventfd(0, EFD_CLOEXEC)), endProgram_(std::move(endProgram))
 {
     ::sigemptyset(&signals_);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
@@ -31,6 +34,12 @@ StopSignals::~StopSignals()
     ::close(file_);
 }
 
+void StopSignals::requestOnly()
+{
+    const std::lock_guard lock{ending_};
+    endProgram_ = nullptr;
+}
+
 void StopSignals::listen()
 {
     for (;;) {
@@ -40,13 +49,24 @@ void StopSignals::listen()
             return;
         if (isIgnored(signal)) // sigwait() returns blocked signals even if they are ignored
             continue;
-        if (stopRequested()) { // by default the second one ends the process and removes open files
-            ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
-            ::raise(signal);
-        }
-        signal_ = signal;
-        (void)!::eventfd_write(file_, 1);
+        handle(signal);
     }
+}
+
+void StopSignals::handle(int signal)
+{
+    const std::lock_guard lock{ending_};
+    if (endProgram_) {
+        // A second signal must end a program that waits for its terminal here.
+        ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
+        endProgram_(signal);
+    }
+    if (stopRequested()) { // by default the second one ends the process and removes open files
+        ::pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
+        ::raise(signal);
+    }
+    signal_ = signal;
+    (void)!::eventfd_write(file_, 1);
 }
 
 } // namespace host

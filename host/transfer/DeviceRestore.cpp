@@ -18,17 +18,44 @@
 namespace host {
 namespace {
 
-std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& device,
-                                    const RestoreRequest& request, RestoreReport& report)
+std::optional<gps::Error> backUpPresent(const DataFolders& device, const RestoreRequest& request,
+                                        RestoreReport& report)
 {
+    auto source = device;
+    source.stopRequested = request.stopRequested;
     auto policy = request.policy;
     policy.protectedPath = request.backup; // the new backup must not push this one out
     MadeBackup made;
-    if (auto failure = makeBackup(policy, device, made))
+    if (auto failure = makeBackup(policy, source, made))
         return failure;
     report.previous = std::move(made.backup);
     report.deletedBackups = std::move(made.deleted);
-    return restore.write(device.device, report.restored);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& device,
+                                    const RestoreRequest& request, RestoreReport& report)
+{
+    WrittenFiles files{.asBefore = restore.files()};
+    auto failure = backUpPresent(device, request, report);
+    if (!failure)
+        failure = restore.write(device.device, files, request.stopRequested);
+    report.restored = std::move(files.written);
+    report.asBefore = std::move(files.asBefore);
+    return failure;
+}
+
+// A backup that was stopped fails. Any other failure is reported, whether or not there is a request.
+void writeOrStop(const Restore& restore, const DataFolders& device, const RestoreRequest& request,
+                 RestoreReport& report)
+{
+    if (request.beforeWriting)
+        request.beforeWriting();
+    report.error = writeBack(restore, device, request, report);
+    const bool isStopRequested = request.stopRequested && request.stopRequested();
+    if (isStopRequested && !report.previous)
+        report.error.reset();
+    report.wasStopped = isStopRequested && !report.error && !report.asBefore.empty();
 }
 
 RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
@@ -53,8 +80,8 @@ RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
         lock.reset();
     report.wasUpToDate = restore.matches(device.device);
     if (!report.wasUpToDate)
-        report.error = writeBack(restore, device, request, report);
-    if (report.wasUpToDate || report.previous)
+        writeOrStop(restore, device, request, report);
+    if (report.wasUpToDate || (report.previous && !report.wasStopped))
         report.extraFiles = restore.extraFiles(device.device);
     return report;
 }

@@ -21,8 +21,11 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
     if (send.request.backup->folder.empty())
         return hostError("There is no folder for backups", "Name one");
     MadeBackup made;
-    const DataFolders source{send.device.location, send.snapshot->identifier().value_or(""),
-                             send.snapshot->dataFolders(), &send.snapshot->files()};
+    const DataFolders source{.device = send.device.location,
+                             .identifier = send.snapshot->identifier().value_or(""),
+                             .folders = send.snapshot->dataFolders(),
+                             .known = &send.snapshot->files(),
+                             .stopRequested = send.request.stopRequested};
     if (auto failure = makeBackup(*send.request.backup, source, made))
         return failure;
     report.backup = std::move(made.backup);
@@ -115,7 +118,7 @@ const gps::DeviceFile* findFile(const gps::DeviceSnapshot& snapshot, const std::
 void check(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
 {
     progress.begin(TransferPhase::kReadingBack);
-    report.files = checkFiles(send.plan);
+    report.files = checkFiles(send.plan, send.snapshot->dataFolders());
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         const auto& planned = send.plan.files[i];
         const auto* const before = findFile(*send.snapshot, planned.path);
@@ -166,8 +169,11 @@ SendReport performSend(const PreparedSend& send)
         progress.begin(TransferPhase::kBackingUp);
         report.backupError = backUp(send, report);
     }
-    report.wasStopped = report.wasRun() && isStopRequested(send);
-    if (report.wasRun() && !report.wasStopped)
+    if (!report.obstacle && isStopRequested(send)) {
+        report.wasStopped = report.wasStoppedEarly = true;
+        report.backupError.reset(); // a backup that was stopped
+    }
+    if (report.wasRun())
         runAndCheck(send, progress, report);
     progress.finish();
     return report;

@@ -24,9 +24,10 @@ struct SendReport {
 
     /// Why no backup could be made. Nothing was sent then, and the rest is empty.
     std::optional<gps::Error> backupError{};
-    /// Whether the user stopped the send. Each planned file was written, or is as it was before;
-    /// `files` is empty if the driver's operation was never run.
+    /// Whether the user stopped the send. Each planned file was written, or is as it was before.
     bool wasStopped = false;
+    bool wasStoppedEarly = false; ///< before anything was written; the rest is empty, but perhaps
+                                  ///< for the backup
 
     std::optional<Backup> backup{};            ///< holds the device's files before the send
     std::vector<std::string> notBackedUp{};    ///< paths of what is neither a file nor a folder
@@ -45,7 +46,10 @@ struct SendReport {
     std::size_t moreLogLines = 0; ///< further lines, of which only the number is known
 
     /// Whether the driver's operation was run.
-    [[nodiscard]] bool wasRun() const noexcept { return !obstacle && !backupError; }
+    [[nodiscard]] bool wasRun() const noexcept
+    {
+        return !obstacle && !backupError && !wasStoppedEarly;
+    }
 
     /// Whether everything that was to be sent is on the device.
     [[nodiscard]] bool isComplete() const noexcept;

@@ -13,7 +13,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -37,6 +39,15 @@ Result resultOf(const gps::PlannedFile& file)
         return failure->code() == gps::FileErrorCode::kReadNoSuchFile ? Result::kMissing
                                                                       : Result::kUnreadable;
     return present == file.content ? Result::kWritten : Result::kDifferent;
+}
+
+// @param folders  that existed before
+bool isInGoneFolder(const std::string& path, const std::vector<std::string>& folders)
+{
+    const auto parent = std::filesystem::path{path}.parent_path().string();
+    bool isFolder = false;
+    return std::find(folders.begin(), folders.end(), parent) != folders.end() &&
+           !(gps::FileManager{}.fileExists(parent, &isFolder) && isFolder);
 }
 
 // Visits the names under which a device stores the records of a file: waypoints, routes and route
@@ -158,11 +169,15 @@ std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
     return kinds;
 }
 
-std::vector<SentFile> checkFiles(const gps::SendPlan& plan)
+std::vector<SentFile> checkFiles(const gps::SendPlan& plan, const std::vector<std::string>& folders)
 {
     std::vector<SentFile> files;
-    for (const auto& file : plan.files)
-        files.push_back({file.path, resultOf(file)});
+    for (const auto& file : plan.files) {
+        auto result = resultOf(file);
+        if (result == Result::kMissing && isInGoneFolder(file.path, folders))
+            result = Result::kUnreadable;
+        files.push_back({file.path, result});
+    }
     return files;
 }
 

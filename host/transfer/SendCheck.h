@@ -20,7 +20,7 @@ struct SentFile {
     enum class Result {
         kWritten,        ///< holds exactly what was planned
         kMissing,        ///< does not exist
-        kUnreadable,     ///< exists but cannot be read
+        kUnreadable,     ///< cannot be read, so it may hold anything of these
         kDifferent,      ///< holds something else
         kPutBack,        ///< had lost records of the device, and holds what it held before the send
         kLost,           ///< has lost records of the device, and could not be put back
@@ -39,7 +39,10 @@ struct SentFile {
 [[nodiscard]] std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data);
 
 /// Reads each file that was to be written and compares it with the plan, byte for byte.
-[[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan);
+/// @param folders  those of the device before the send. Of a file in one that is gone, nothing is
+///                 known: the medium was pulled out
+[[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan,
+                                               const std::vector<std::string>& folders);
 
 /// Puts a file back as it was before the send if it has lost records that the plan kept. A driver
 /// that cannot read a file merges from nothing, and replaces it all the same.

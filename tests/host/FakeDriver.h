@@ -134,6 +134,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::vector<std::string> dataFolders() const override { return folders; }
     std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override
     {
+        onSnapshot();
         return std::make_unique<Snapshot>(*this);
     }
     std::string deviceCharacters() const override
@@ -154,6 +155,7 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         return storedSymbol(std::string{symbol});
     }
 
+    std::function<void()> onSnapshot = [] {}; ///< called while the device is read
     std::optional<std::string> identifier = "42";
     std::vector<std::string> folders;
     std::vector<gps::DeviceFile> files;

@@ -16,6 +16,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -86,10 +87,43 @@ TEST_F(Backup, MadeAfterAnInterruptedWriteCanBeRestored)
     device_.put("Points/a.upt", "two");
     host::Restore restore;
     ASSERT_FALSE(restore.open(made_.path));
-    std::vector<std::string> written;
-    EXPECT_FALSE(restore.write(device_.path(), written));
-    EXPECT_THAT(written, ElementsAre("Points/a.upt"));
+    host::WrittenFiles files;
+    EXPECT_FALSE(restore.write(device_.path(), files));
+    EXPECT_THAT(files.written, ElementsAre("Points/a.upt"));
     EXPECT_THAT(restore.extraFiles(device_.path()), IsEmpty());
+}
+
+TEST_F(Backup, OfAMediumThatIsPulledOutIsNotMade)
+{
+    auto from = source();
+    from.folders.push_back(device_.path("Gone"));
+    host::MadeBackup made;
+    EXPECT_TRUE(host::makeBackup(policy(), from, made)) << "a data folder is gone";
+    EXPECT_THAT(list(), IsEmpty());
+
+    struct : gps::FileSystem {
+        int stat(const char* path, struct stat* out) override
+        {
+            if (!std::string_view{path}.ends_with("/a.upt"))
+                return FileSystem::stat(path, out);
+            errno = ENOENT;
+            return -1;
+        }
+    } files;
+    EXPECT_TRUE(make(files)) << "a file that was listed is gone";
+    EXPECT_THAT(list(), IsEmpty());
+}
+
+TEST_F(Backup, ThatIsStoppedLeavesNothing)
+{
+    int asked = 0;
+    auto from = source();
+    from.stopRequested = [&asked] { return ++asked == 2; }; // after the first file
+    host::MadeBackup made;
+    EXPECT_TRUE(host::makeBackup(policy(), from, made));
+    EXPECT_EQ(asked, 2);
+    EXPECT_THAT(list(), IsEmpty());
+    EXPECT_TRUE(fs::is_empty(kept_.path("kept/42")));
 }
 
 // The names of backups, in the order of the list.

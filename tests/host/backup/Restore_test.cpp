@@ -26,8 +26,10 @@ protected:
         host::Restore restore{files};
         if (auto failure = restore.open(made_.path))
             return failure;
-        written_.clear();
-        auto failure = restore.write(device_.path(), written_);
+        host::WrittenFiles result;
+        auto failure = restore.write(device_.path(), result, stopRequested_);
+        written_ = std::move(result.written);
+        asBefore_ = std::move(result.asBefore);
         extra_ = restore.extraFiles(device_.path());
         return failure;
     }
@@ -39,7 +41,9 @@ protected:
         return restore.matches(device_.path());
     }
 
+    std::function<bool()> stopRequested_;
     std::vector<std::string> written_;
+    std::vector<std::string> asBefore_;
     std::vector<std::string> extra_;
 };
 
@@ -56,7 +60,30 @@ TEST_F(Restore, RestoresChangedAndMissingFilesAndReportsNewOnes)
     EXPECT_EQ(device_.read("Points/deep/b.bin"), (std::string{"\0\xFF", 2}));
     EXPECT_EQ(device_.read("Points/new"), "x");
     EXPECT_THAT(written_, ElementsAre("Points/a.upt", "Points/deep/b.bin"));
+    EXPECT_THAT(asBefore_, IsEmpty());
     EXPECT_THAT(extra_, ElementsAre("Points/new", "Ways/new"));
+}
+
+TEST_F(Restore, StopLeavesTheFilesThatWereNotReached)
+{
+    device_.put("Points/a.upt", "two");
+    fs::remove_all(device_.path("Points/deep"));
+    int asked = 0;
+    stopRequested_ = [&asked] { return ++asked == 2; };
+    EXPECT_FALSE(restore());
+    EXPECT_THAT(written_, ElementsAre("Points/a.upt"));
+    EXPECT_THAT(asBefore_, ElementsAre("Points/deep/b.bin"));
+    EXPECT_FALSE(fs::exists(device_.path("Points/deep")));
+}
+
+TEST_F(Restore, FailureLeavesTheFilesThatWereNotReached)
+{
+    fs::remove(device_.path("Points/a.upt"));
+    device_.makeFolder("Points/a.upt"); // a file cannot replace it
+    fs::remove_all(device_.path("Points/deep"));
+    EXPECT_TRUE(restore());
+    EXPECT_THAT(written_, IsEmpty());
+    EXPECT_THAT(asBefore_, ElementsAre("Points/deep/b.bin"));
 }
 
 TEST_F(Restore, FilesAreRestoredWhateverBytesTheirNamesHave)

@@ -180,13 +180,27 @@ TEST(PlanReport, StoppedSendNamesTheFilesThatAreNew)
 {
     host::SendReport report;
     report.wasStopped = true;
-    EXPECT_THAT(host::sendErrors(report, plannedSend()),
-                ElementsAre("The send was stopped before anything was written.",
-                            "Nothing was written: every file of the device is as it was."));
     report.files = {{"/dev/a", Result::kWritten}, asBefore("/dev/b", Result::kMissing)};
     EXPECT_THAT(host::sendErrors(report, plannedSend()),
                 ElementsAre("The send was stopped. Send again to write the rest.", "Written: a.",
                             "As before the send: b."));
+}
+
+TEST(PlanReport, SendThatWasStoppedBeforeItWroteSaysSoInOneLine)
+{
+    const char kText[] = "The send was stopped before anything was written: every file of the "
+                         "device is as it was.";
+    host::SendReport report;
+    report.wasStopped = true;
+    report.files = {asBefore("/dev/a", Result::kMissing)};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()), ElementsAre(kText));
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("The send was stopped. Send again to write the rest."))
+        << "without a plan nobody knows";
+    report.files.clear();
+    report.wasStoppedEarly = true;
+    EXPECT_THAT(host::sendErrors(report, plannedSend()), ElementsAre(kText));
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), ElementsAre(kText));
 }
 
 TEST(PlanReport, FailedSendNamesTheFilesThatAreNewAndThoseThatAreAsBefore)
@@ -196,11 +210,13 @@ TEST(PlanReport, FailedSendNamesTheFilesThatAreNewAndThoseThatAreAsBefore)
     report.files = {{"/dev/a", Result::kWritten},
                     asBefore("/dev/b", Result::kDifferent),
                     {"/dev/c", Result::kWritten},
-                    {"/dev/d", Result::kUnreadable}};
+                    {"/dev/d", Result::kUnreadable},
+                    {"/dev/e", Result::kDifferent}};
     EXPECT_THAT(host::sendErrors(report, plannedSend()),
                 ElementsAre("No space. Path: /dev/b", HasSubstr("cannot be read back"),
-                            "Written: a, c.", "As before the send: b.",
-                            "Neither as before nor as planned: d."));
+                            HasSubstr("does not hold what was sent"), "Written: a, c.",
+                            "As before the send: b.", "Neither as before nor as planned: e.",
+                            "Not readable now, and either as before or as planned: d."));
     report.files = {asBefore("/dev/b", Result::kDifferent)};
     EXPECT_THAT(host::sendErrors(report, plannedSend()),
                 ElementsAre("No space. Path: /dev/b",

@@ -3,13 +3,17 @@
 #include "host/FakeDriver.h"
 #include "host/backup/Backup.h"
 #include "host/cli/Commands.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <filesystem>
 #include <memory>
+
+#include <unistd.h>
 
 namespace {
 
@@ -132,6 +136,28 @@ TEST_F(RestoreCommand, WithJsonTheStandardOutputIsOneDocument)
     const auto document = nlohmann::json::parse(out_);
     EXPECT_EQ(document["status"], 1);
     EXPECT_THAT(err_, HasSubstr(document["messages"][0]["text"].get<std::string>()));
+}
+
+TEST_F(RestoreCommand, SignalWhileTheDeviceIsReadEndsTheProgramWithOneMessage)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const support::DefaultSignals defaults;
+    backUp();
+    options_.backup = backup_.name;
+    options_.json = true;
+    driver_->onSnapshot = [] {
+        ::kill(::getpid(), SIGTERM);
+        for (;;)
+            ::pause(); // a device that does not answer
+    };
+    const auto restore = [this] {
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        (void)host::runRestore({.drivers = {driver_}}, options_, host::Console{true});
+    };
+    EXPECT_EXIT(restore(), testing::ExitedWithCode(128 + SIGTERM),
+                "^magellangps: The restore was stopped before anything was written: every file of "
+                "the device is as it was.\n"
+                "\\{\"status\":143,\"complete\":false,\"interrupted\":true,\"device\":null,.*\n$");
 }
 
 TEST_F(RestoreCommand, UnknownBackupIsAFailure)

@@ -18,9 +18,9 @@ const json kBackupJson{{"name", "1"}, {"path", "/kept/42/1"}, {"files", 2}, {"by
 TEST(RestoreJson, ListHasEveryKey)
 {
     EXPECT_EQ(host::backupListJson("/dev", {}),
-              R"({"status":0,"complete":true,"device":"/dev","backups":[],"backup":null,)"
-              R"("upToDate":false,"previous":null,"deleted":[],"restored":[],"extraFiles":[],)"
-              R"("error":null,"messages":[]})"
+              R"({"status":0,"complete":true,"interrupted":false,"device":"/dev","backups":[],)"
+              R"("backup":null,"upToDate":false,"previous":null,"deleted":[],"restored":[],)"
+              R"("asBefore":[],"extraFiles":[],"error":null,"messages":[]})"
               "\n");
     EXPECT_EQ(json::parse(host::backupListJson("/dev", {kBackup}))["backups"],
               json::array({kBackupJson}));
@@ -57,6 +57,22 @@ TEST(RestoreJson, FailedRestoreHasItsError)
     EXPECT_EQ(document["restored"], json::array({"Points/a"})) << "written before the error";
     EXPECT_EQ(document["error"]["path"], "/dev/a");
     EXPECT_EQ(document["messages"][0]["text"], "why");
+}
+
+TEST(RestoreJson, StoppedRestoreHasTheFilesThatItDidNotReach)
+{
+    host::RestoreReport report;
+    report.wasStopped = true;
+    report.restored = {"Points/a"};
+    report.asBefore = {"Points/b"};
+    const auto document =
+        json::parse(host::restoreJson("", "/b", report, {}, host::statusAfterSignal(2)));
+    EXPECT_EQ(document["status"], 130);
+    EXPECT_EQ(document["complete"], false);
+    EXPECT_EQ(document["interrupted"], true);
+    EXPECT_EQ(document["device"], nullptr) << "not known yet";
+    EXPECT_EQ(document["restored"], json::array({"Points/a"}));
+    EXPECT_EQ(document["asBefore"], json::array({"Points/b"}));
 }
 
 TEST(RestoreJson, DeviceThatHoldsTheFilesIsUpToDate)

@@ -3,6 +3,7 @@
 #include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 #include "host/cli/Commands.h"
+#include "support/Signals.h"
 #include "support/TemporaryFolder.h"
 #include "support/Variable.h"
 
@@ -13,9 +14,13 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -137,6 +142,62 @@ TEST_F(SendCommand, WithJsonADryRunAndAFileThatCannotBeReadHaveADocument)
     EXPECT_EQ(document["status"], 1);
     EXPECT_EQ(document["device"], nullptr);
     EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(SendCommand, SignalWhileTheDeviceIsReadEndsTheProgramWithOneMessage)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const support::DefaultSignals defaults;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        driver_->onSnapshot = [signal] {
+            ::kill(::getpid(), signal);
+            for (;;)
+                ::pause(); // a device that does not answer
+        };
+        const auto send = [this] {
+            ::dup2(STDERR_FILENO, STDOUT_FILENO);
+            (void)host::runSend({.drivers = drivers_}, options_, host::Console{true});
+        };
+        EXPECT_EXIT(send(), testing::ExitedWithCode(128 + signal),
+                    "^magellangps: The send was stopped before anything was written: every file of "
+                    "the device is as it was.\n$");
+    }
+    EXPECT_FALSE(hasBackup());
+}
+
+TEST_F(SendCommand, DocumentOfASendThatASignalEndedSaysSo)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const support::DefaultSignals defaults;
+    options_.json = true;
+    driver_->onSnapshot = [] {
+        ::kill(::getpid(), SIGINT);
+        for (;;)
+            ::pause();
+    };
+    const auto send = [this] {
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        (void)host::runSend({.drivers = drivers_}, options_, host::Console{true});
+    };
+    EXPECT_EXIT(send(), testing::ExitedWithCode(128 + SIGINT),
+                "\n\\{\"status\":130,\"complete\":false,\"interrupted\":true,.*\n$");
+}
+
+// A signal that comes while the driver is writing.
+TEST_F(SendCommand, SignalDuringTheSendIsARequest)
+{
+    const support::DefaultSignals defaults;
+    EXPECT_EQ(send([] {
+                  ::kill(::getpid(), SIGTERM);
+                  sigset_t pending;
+                  do { // until the thread that waits for signals has it
+                      std::this_thread::yield();
+                      ::sigpending(&pending);
+                  } while (::sigismember(&pending, SIGTERM) == 1);
+              }),
+              host::statusAfterSignal(SIGTERM));
+    EXPECT_THAT(err_, HasSubstr("The send was stopped before anything was written"));
+    EXPECT_EQ(sends_, 1);
 }
 
 TEST_F(SendCommand, FileThatIsNotWrittenIsAFailure)

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <thread>
 
 #include <poll.h>
@@ -77,6 +78,43 @@ TEST_F(StopSignals, SignalMaskIsRestored)
     ::pthread_sigmask(SIG_BLOCK, nullptr, &after);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         EXPECT_EQ(::sigismember(&before, signal), ::sigismember(&after, signal));
+}
+
+[[noreturn]] void wait()
+{
+    for (;;)
+        ::pause();
+}
+
+TEST_F(StopSignals, SignalEndsTheProgramUntilItIsOnlyARequest)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto signalAtOnce = [] {
+        const host::StopSignals stop{[](int signal) { std::_Exit(signal); }};
+        ::kill(::getpid(), SIGTERM);
+        wait(); // as if for a device
+    };
+    EXPECT_EXIT(signalAtOnce(), testing::ExitedWithCode(SIGTERM), "");
+
+    host::StopSignals stop{[](int) { ADD_FAILURE() << "the program would have ended"; }};
+    stop.requestOnly();
+    ::kill(::getpid(), SIGTERM);
+    EXPECT_TRUE(isReadable(stop.file(), 30000));
+    EXPECT_EQ(stop.signal(), SIGTERM);
+}
+
+TEST_F(StopSignals, SecondSignalEndsAProgramThatDoesNotGetToItsEnd)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto signalTwice = [] {
+        const host::StopSignals stop{[](int) {
+            ::kill(::getpid(), SIGTERM);
+            wait(); // as if for a terminal that was stopped
+        }};
+        ::kill(::getpid(), SIGINT);
+        wait();
+    };
+    EXPECT_EXIT(signalTwice(), testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST_F(StopSignals, SecondSignalEndsTheProgramAtOnce)

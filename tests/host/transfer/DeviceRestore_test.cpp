@@ -10,7 +10,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -37,6 +39,13 @@ protected:
         return host::restoreBackup(
             device_,
             {.backup = backup_.path, .policy = {.folder = folder_.path("kept"), .count = most}});
+    }
+
+    [[nodiscard]] host::RestoreReport restoreUntil(std::function<bool()> stopRequested) const
+    {
+        return host::restoreBackup(device_, {.backup = backup_.path,
+                                             .policy = {.folder = folder_.path("kept")},
+                                             .stopRequested = std::move(stopRequested)});
     }
 
     [[nodiscard]] std::size_t backups() const
@@ -150,6 +159,56 @@ TEST_F(DeviceRestore, FilesWrittenBeforeAFailureAreReported)
     const auto report = restore();
     EXPECT_TRUE(report.error);
     EXPECT_THAT(report.restored, ElementsAre("Points/a"));
+}
+
+TEST_F(DeviceRestore, StopDuringTheBackupWritesNothing)
+{
+    folder_.put("device/Points/a", "changed");
+    const auto report = restoreUntil([] { return true; });
+    EXPECT_TRUE(report.wasStopped);
+    EXPECT_FALSE(report.error) << "the stop is the reason";
+    EXPECT_FALSE(report.previous);
+    EXPECT_THAT(report.asBefore, ElementsAre("Points/a", "Points/b"));
+    EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+    EXPECT_EQ(backups(), 1U);
+}
+
+TEST_F(DeviceRestore, StopBetweenTwoFilesKeepsTheFirst)
+{
+    folder_.put("device/Points/a", "changed");
+    folder_.put("device/Points/b", "changed");
+    const auto report = restoreUntil([this] { return folder_.read("device/Points/a") == "1"; });
+    EXPECT_TRUE(report.wasStopped);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_TRUE(report.previous);
+    EXPECT_THAT(report.restored, ElementsAre("Points/a"));
+    EXPECT_THAT(report.asBefore, ElementsAre("Points/b"));
+    EXPECT_EQ(folder_.read("device/Points/b"), "changed");
+}
+
+TEST_F(DeviceRestore, StopThatCameTooLateChangesNothing)
+{
+    folder_.put("device/Points/b", "changed");
+    const auto report = restoreUntil([this] { return folder_.read("device/Points/b") == "2"; });
+    EXPECT_FALSE(report.wasStopped);
+    EXPECT_TRUE(report.isComplete());
+}
+
+TEST_F(DeviceRestore, NothingIsWrittenBeforeItIsAnnounced)
+{
+    std::size_t announced = 0;
+    host::RestoreRequest request{.backup = backup_.path,
+                                 .policy = {.folder = folder_.path("kept")}};
+    request.beforeWriting = [&] {
+        ++announced;
+        EXPECT_EQ(backups(), 1U);
+        EXPECT_EQ(folder_.read("device/Points/a"), "changed");
+    };
+    EXPECT_TRUE(host::restoreBackup(device_, request).wasUpToDate);
+    EXPECT_EQ(announced, 0U) << "there is nothing to write";
+    folder_.put("device/Points/a", "changed");
+    EXPECT_FALSE(host::restoreBackup(device_, request).error);
+    EXPECT_EQ(announced, 1U);
 }
 
 TEST_F(DeviceRestore, ProgressEndsWithTheRestore)

@@ -45,7 +45,7 @@ TEST(SendCheck, EachFileIsComparedWithThePlan)
     plan.files.push_back({folder.makeFolder("folder"), Action::kCreate, "", {}});
     plan.files.push_back({folder.path("blocked"), Action::kSkip, "abc", why});
     plan.files.push_back({folder.path("skipped"), Action::kSkip, "abc", {}});
-    const auto files = host::checkFiles(plan);
+    const auto files = host::checkFiles(plan, {});
     ASSERT_EQ(files.size(), plan.files.size());
     EXPECT_EQ(files[0].path, folder.path("same"));
     EXPECT_EQ(files[0].result, Result::kWritten);
@@ -54,6 +54,18 @@ TEST(SendCheck, EachFileIsComparedWithThePlan)
     EXPECT_EQ(files[3].result, Result::kUnreadable);
     EXPECT_EQ(files[4].result, Result::kBlocked);
     EXPECT_EQ(files[5].result, Result::kNothingToWrite);
+}
+
+TEST(SendCheck, NothingIsKnownOfAFileWhoseFolderIsGone)
+{
+    const support::TemporaryFolder folder;
+    gps::SendPlan plan;
+    plan.files.push_back({folder.path("Points/p"), Action::kMerge, "abc", {}});
+    EXPECT_EQ(host::checkFiles(plan, {folder.path("Points")})[0].result, Result::kUnreadable);
+    EXPECT_EQ(host::checkFiles(plan, {folder.path("Routes")})[0].result, Result::kMissing)
+        << "the folder did not exist before";
+    folder.makeFolder("Points");
+    EXPECT_EQ(host::checkFiles(plan, {folder.path("Points")})[0].result, Result::kMissing);
 }
 
 TEST(SendCheck, OnlyAFileToBeCreatedIsExpectedToBeMissing)

@@ -188,9 +188,24 @@ TEST_F(Send, StopBeforeTheOperationSendsNothing)
     request_.stopRequested = [] { return true; };
     const auto report = perform([] {});
     EXPECT_TRUE(report.wasStopped);
+    EXPECT_TRUE(report.wasStoppedEarly);
+    EXPECT_FALSE(report.wasRun());
     EXPECT_FALSE(report.isComplete());
     EXPECT_THAT(report.files, IsEmpty());
     EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, StopDuringTheBackupSendsNothingAndLeavesNoBackup)
+{
+    folder_.put("device/Points/other", "old");
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    request_.stopRequested = [] { return true; };
+    const auto report = perform([] {});
+    EXPECT_TRUE(report.wasStoppedEarly);
+    EXPECT_FALSE(report.backupError) << "the stop is the reason";
+    EXPECT_FALSE(report.backup);
+    EXPECT_EQ(sends_, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path("kept/42")));
 }
 
 TEST_F(Send, StopDuringTheOperationTellsWhatWasWritten)
@@ -198,6 +213,7 @@ TEST_F(Send, StopDuringTheOperationTellsWhatWasWritten)
     request_.stopRequested = [this] { return sends_ > 0; };
     const auto report = perform([] {});
     EXPECT_TRUE(report.wasStopped);
+    EXPECT_FALSE(report.wasStoppedEarly);
     ASSERT_THAT(report.files, SizeIs(1));
     EXPECT_EQ(report.files[0].result, Result::kMissing);
 }

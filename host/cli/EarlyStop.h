@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// How `send` and `restore` end at a signal that comes before they have written anything: with one
+// message, and at once, because the host thread may be waiting for a slow device. [any]
+
+#pragma once
+
+#include "host/cli/Options.h"
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// What a stopped command says if nothing was written.
+/// @param command  "send" or "restore"
+[[nodiscard]] std::string stoppedEarlyText(std::string_view command);
+
+/// Ends the process with the status of the signal. Removes the progress line and prints the
+/// message; with --json, the document too.
+/// Precondition: nothing has been written, and no other thread writes to the standard output.
+[[noreturn]] void endEarly(int signal, const SendOptions& options);
+
+/// As above. Precondition: the options name a backup.
+[[noreturn]] void endEarly(int signal, const RestoreOptions& options);
+
+} // namespace host
