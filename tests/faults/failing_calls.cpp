@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A library to preload into a program: one of its calls on the files below a folder fails, or kills
-// it. Used by the sweep. Calls that the C library makes for itself cannot be seen from here. [any]
+// A library to preload into a program: one of its calls on the files below a folder fails, kills it
+// or interrupts it. Used by the sweep. Calls that the C library makes for itself cannot be seen
+// from here. [any]
 //
 // The environment says what happens:
 //
@@ -8,7 +9,8 @@
 //   FAULT_CALL   the number of the call, from 1; 0: none, the calls are only counted
 //   FAULT_KIND   "once": that call fails with FAULT_ERROR, an errno value; "gone": it fails and so
 //                do all later ones, as if the volume had been pulled out; "kill": the process is
-//                killed instead of the call, or half-way through it if it writes
+//                killed instead of the call, or half-way through it if it writes; "stop": the
+//                process gets a SIGINT, and the call is made
 //   FAULT_LOG    a file that gets a line for each counted call: its name and its path
 
 #include <gps/NumberText.h>
@@ -117,6 +119,10 @@ Fault faultOf(std::string_view name, const std::string& path, int whenGone)
         return {};
     if (now.kind == "kill")
         return {true, 0};
+    if (now.kind == "stop") {
+        ::kill(::getpid(), SIGINT);
+        return {};
+    }
     return {false, now.kind == "gone" ? whenGone : now.error};
 }
 
