@@ -24,7 +24,8 @@ public:
     ///                    thread may be waiting for a slow device. Empty: every signal is a request
     explicit StopSignals(EndProgram endProgram = {});
 
-    /// Restores this thread's signal mask.
+    /// Restores this thread's signal mask. A signal that has arrived by then is handled or dropped,
+    /// and does not end the program afterwards.
     ~StopSignals();
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;

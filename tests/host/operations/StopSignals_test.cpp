@@ -103,6 +103,33 @@ TEST_F(StopSignals, SignalEndsTheProgramUntilItIsOnlyARequest)
     EXPECT_EQ(stop.signal(), SIGTERM);
 }
 
+TEST_F(StopSignals, RequestThatComesAtTheVeryEndIsDropped)
+{
+    for (int round = 0; round < 200; ++round) { // whichever thread is faster
+        const host::StopSignals stop;
+        ::kill(::getpid(), round % 2 == 0 ? SIGTERM : SIGHUP);
+    }
+    sigset_t pending;
+    ::sigpending(&pending);
+    EXPECT_EQ(::sigismember(&pending, SIGTERM), 0);
+    EXPECT_EQ(::sigismember(&pending, SIGHUP), 0);
+}
+
+TEST_F(StopSignals, SignalAtTheVeryEndStillEndsTheProgram)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const int signal : {SIGINT, SIGHUP}) {
+        const auto signalAndClose = [signal] {
+            {
+                const host::StopSignals stop{[](int by) { std::_Exit(by); }};
+                ::kill(::getpid(), signal);
+            }
+            std::_Exit(0);
+        };
+        EXPECT_EXIT(signalAndClose(), testing::ExitedWithCode(signal), "") << signal;
+    }
+}
+
 TEST_F(StopSignals, SecondSignalEndsAProgramThatDoesNotGetToItsEnd)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
