@@ -9,7 +9,7 @@
 #include <gps/NumberText.h>
 
 #include <algorithm>
-#include <utility>
+#include <functional>
 
 namespace host {
 namespace {
@@ -38,16 +38,19 @@ std::string keyOf(std::string_view stem, std::size_t digits)
 
 } // namespace
 
+std::size_t FreeNames::StemHash::operator()(const Stem& stem) const noexcept
+{
+    constexpr std::size_t kSpread = 0x9E3779B97F4A7C15;
+    const auto mixed = static_cast<std::size_t>(stem.position) * kSpread + stem.digits;
+    return mixed * kSpread ^ std::hash<std::string_view>{}(stem.text);
+}
+
 void FreeNames::addOnDevice(const std::string& name, const gps::GPSPoint& point)
 {
-    const bool isNew = onDevice_.insert(name).second;
+    const auto [known, isNew] = isClaimed_.try_emplace(name, false);
     const auto position = DevicePosition::of(point);
-    if (!isNew || !position)
-        return;
-    auto& names = namesAt_[position->key()];
-    names[keyOf(name, 0)].push(name);
-    if (const auto digits = numberLength(name); digits > 0)
-        names[keyOf(std::string_view{name}.substr(0, name.size() - digits - 1), digits)].push(name);
+    if (isNew && position)
+        unindexed_.push_back({position->key(), &known->first});
 }
 
 std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& point)
@@ -58,38 +61,51 @@ std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& p
     name = stemOf(wanted, 0);
     if (!isFree(name))
         name = numbered(wanted);
-    claimed_.insert(name);
+    (void)claim(name);
     return name;
 }
 
-// Empty if the receiver holds no such name at the position, or all of them are claimed.
+// Returns "" if the receiver holds no such name at the position, or all of them are claimed.
 std::string FreeNames::claimSentBefore(std::string_view wanted, const gps::GPSPoint& point)
 {
+    indexPositions();
     const auto position = DevicePosition::of(point);
-    if (!position || namesAt_.empty())
+    if (!position)
         return {};
     for (const auto key : position->matchingKeys()) {
-        const auto names = namesAt_.find(key);
-        if (names == namesAt_.end())
-            continue;
-        if (auto name = claimOneOf(names->second, wanted); !name.empty())
+        auto name = positions_.contains(key) ? claimAt(key, wanted) : std::string{};
+        if (!name.empty())
             return name;
     }
     return {};
 }
 
-std::string FreeNames::claimOneOf(NamesByStem& names, std::string_view wanted)
+std::string FreeNames::claimAt(std::int64_t position, std::string_view wanted)
 {
     for (std::size_t digits = 0; digits <= kMostDigits && digits + 1 < longest_; ++digits) {
-        const auto found = names.find(keyOf(stemOf(wanted, digits), digits));
-        while (found != names.end() && !found->second.empty()) {
-            auto name = std::move(found->second.front());
+        const auto stem = stemOf(wanted, digits);
+        const auto found = namesAt_.find({position, stem, digits});
+        while (found != namesAt_.end() && !found->second.empty()) {
+            const auto& name = *found->second.front();
             found->second.pop();
             if (claim(name))
                 return name;
         }
     }
     return {};
+}
+
+// Indexes the names that were added since the last call.
+void FreeNames::indexPositions()
+{
+    for (const auto& [position, name] : std::exchange(unindexed_, {})) {
+        positions_.insert(position);
+        namesAt_[{position, *name, 0}].push(name);
+        if (const auto digits = numberLength(*name); digits > 0) {
+            const auto stem = std::string_view{*name}.substr(0, name->size() - digits - 1);
+            namesAt_[{position, stem, digits}].push(name);
+        }
+    }
 }
 
 std::string FreeNames::numbered(std::string_view wanted)

@@ -256,7 +256,7 @@ struct NameScopes {
         : waypointNames(rules.longestName), routeNames(rules.longestName)
     {}
 
-    void addOnDevice(const gps::Dictionary& data);
+    void addOnDevice(std::string_view key, const gps::Dictionary& record);
     void add(gps::Dictionary& data);
 
     std::vector<NamedRecord> waypoints; // and route points, which a receiver looks up by name
@@ -268,20 +268,17 @@ struct NameScopes {
     FreeNames routeNames;
 };
 
-void NameScopes::addOnDevice(const gps::Dictionary& data)
+void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record)
 {
-    const auto addTo = [](FreeNames& names, const gps::Dictionary& record) {
-        names.addOnDevice(nameIn(record), pointOf(record));
+    const auto addTo = [](FreeNames& names, const gps::Dictionary& named) {
+        names.addOnDevice(nameIn(named), pointOf(named));
     };
-    forEachRecord(data, "waypoint", [&](const gps::Dictionary& record) {
-        addTo(gps::isGeocache(record) ? geocacheNames : waypointNames, record);
-    });
-    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
-        addTo(routeNames, route);
-        forEachRecord(route, "points", [&](const gps::Dictionary& point) {
-            addTo(waypointNames, point);
-            pointNames.addOnDevice(nameIn(point), pointOf(point));
-        });
+    if (key == "waypoint")
+        return addTo(gps::isGeocache(record) ? geocacheNames : waypointNames, record);
+    addTo(routeNames, record);
+    forEachRecord(record, "points", [&](const gps::Dictionary& point) {
+        addTo(waypointNames, point);
+        pointNames.addOnDevice(nameIn(point), pointOf(point));
     });
 }
 
@@ -303,11 +300,13 @@ void NameScopes::add(gps::Dictionary& data)
 
 } // namespace
 
-std::vector<TextChange> fitNames(gps::Dictionary& data, const gps::Dictionary& onDevice,
+std::vector<TextChange> fitNames(gps::Dictionary& data, const RecordSource& onDevice,
                                  const TextRules& rules)
 {
     NameScopes scopes{rules};
-    scopes.addOnDevice(onDevice);
+    onDevice([&](std::string_view key, const gps::Dictionary& record) {
+        scopes.addOnDevice(key, record);
+    });
     scopes.add(data);
 
     NameFitter fitter{rules};

@@ -5,6 +5,8 @@
 
 #pragma once
 
+#include "host/fitting/RecordList.h"
+
 #include <gps/Value.h>
 #include <platform/GPSUtilities/CharacterFilter.h>
 
@@ -46,10 +48,10 @@ struct TextChange {
 ///   no receiver stores their names.
 ///
 /// @param data      the records to send; changed in place
-/// @param onDevice  the records that the receiver holds, under the same keys
+/// @param onDevice  visits the records that the receiver holds
 /// @return          the changes: first all other texts, then the names. A name that several points
 ///                  share is listed once
-[[nodiscard]] std::vector<TextChange>
-fitNames(gps::Dictionary& data, const gps::Dictionary& onDevice, const TextRules& rules);
+[[nodiscard]] std::vector<TextChange> fitNames(gps::Dictionary& data, const RecordSource& onDevice,
+                                               const TextRules& rules);
 
 } // namespace host

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// forEachRecord: visits the records in the lists of a data dictionary. Stateless. [any]
+// forEachRecord: visits the records in the lists of a data dictionary. RecordSource: the same for
+// records that are not in memory. Stateless. [any]
 
 #pragma once
 
+#include <gps/GPSFileDevice.h>
 #include <gps/Value.h>
 
+#include <functional>
 #include <string_view>
 
 namespace host {
@@ -23,5 +26,9 @@ void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& vi
             visit(*record);
     }
 }
+
+/// Calls its argument with each record that a device holds. There may be millions, so they are
+/// decoded one by one at each call. Never empty.
+using RecordSource = std::function<void(const gps::RecordVisitor& visit)>;
 
 } // namespace host

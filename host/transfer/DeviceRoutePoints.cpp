@@ -13,30 +13,53 @@
 namespace host {
 namespace {
 
-template <typename DictionaryType, typename Visitor>
-void forEachRoutePoint(DictionaryType& data, const Visitor& visit)
-{
-    forEachRecord(data, "route", [&](auto& route) { forEachRecord(route, "points", visit); });
-}
+// The route points to send that may be replaced, by name.
+class ReplaceablePoints {
+public:
+    ReplaceablePoints(gps::Dictionary& data, RecordComparison& comparison) : comparison_(comparison)
+    {
+        forEachRecord(data, "route", [this](gps::Dictionary& route) {
+            forEachRecord(route, "points", [this](gps::Dictionary& point) {
+                byName_.emplace(textIn(point, "name"), &point);
+            });
+        });
+    }
+
+    [[nodiscard]] bool empty() const noexcept { return byName_.empty(); }
+
+    // Each point is replaced once, by the first of the device's points that is the same.
+    void replaceWith(const gps::Dictionary& onDevice)
+    {
+        auto [at, end] = byName_.equal_range(textIn(onDevice, "name"));
+        while (at != end) {
+            auto& point = *at->second;
+            if (!comparison_.areSameWaypoints(point, onDevice)) {
+                ++at;
+                continue;
+            }
+            at = byName_.erase(at); // its key is a view into the point
+            point = onDevice;
+        }
+    }
+
+private:
+    RecordComparison& comparison_;
+    std::unordered_multimap<std::string_view, gps::Dictionary*> byName_;
+};
 
 } // namespace
 
-void useDeviceRoutePoints(gps::Dictionary& data, const gps::Dictionary& onDevice,
+void useDeviceRoutePoints(gps::Dictionary& data, const RecordSource& onDevice,
                           const gps::GPSFileDevice& device)
 {
-    // Views into `onDevice`, which does not change.
-    std::unordered_multimap<std::string_view, const gps::Dictionary*> byName;
-    forEachRoutePoint(onDevice, [&](const gps::Dictionary& point) {
-        byName.emplace(textIn(point, "name"), &point);
-    });
     RecordComparison comparison{device};
-    forEachRoutePoint(data, [&](gps::Dictionary& point) {
-        for (auto [at, end] = byName.equal_range(textIn(point, "name")); at != end; ++at) {
-            if (comparison.areSameWaypoints(point, *at->second)) {
-                point = *at->second;
-                return;
-            }
-        }
+    ReplaceablePoints points{data, comparison};
+    if (points.empty())
+        return;
+    onDevice([&](std::string_view key, const gps::Dictionary& record) {
+        if (key == "route")
+            forEachRecord(record, "points",
+                          [&](const gps::Dictionary& point) { points.replaceWith(point); });
     });
 }
 

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "host/fitting/RecordList.h"
+
 #include <gps/GPSFileDevice.h>
 
 namespace host {
@@ -14,9 +16,9 @@ namespace host {
 /// A device rounds a point and drops its time, so the point that was sent differs from what is read
 /// back. A second send would take the two for different points with the same name, and store both.
 /// @param data      the records to send; changed in place
-/// @param onDevice  the records of the device, under the same keys
+/// @param onDevice  visits the records of the device
 /// @param device    knows which symbols are the same to the device
-void useDeviceRoutePoints(gps::Dictionary& data, const gps::Dictionary& onDevice,
+void useDeviceRoutePoints(gps::Dictionary& data, const RecordSource& onDevice,
                           const gps::GPSFileDevice& device);
 
 } // namespace host

@@ -56,12 +56,13 @@ private:
                     positions.add(*point);
             };
         };
-        device.visitRecordsIn(file, [&](std::string_view key, const gps::Dictionary& record) {
+        const auto addRecord = [&](std::string_view key, const gps::Dictionary& record) {
             if (key == "waypoint")
                 addTo(waypoints)(record);
             else
                 forEachElement(record, "points", addTo(key == "route" ? routePoints : trackPoints));
-        });
+        };
+        device.visitRecordsIn(file.path, file.content, addRecord);
     }
 };
 

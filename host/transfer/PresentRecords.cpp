@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Works on the records of one scope at a time: those that share their names.
+// Indexes the records to send, which are in memory anyway, and visits the device's records once.
 
 #include "host/transfer/PresentRecords.h"
 
@@ -10,12 +10,10 @@
 #include <gps/Geocache.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -42,74 +40,108 @@ constexpr Scope kRoutes{"route", [](const gps::Dictionary&) { return true; },
                         [](RecordComparison& comparison, const gps::Dictionary& a,
                            const gps::Dictionary& b) { return comparison.areSameRoutes(a, b); }};
 
+// The records to send of one scope, by name, and what the device holds under each name.
 class PresentRecords {
 public:
-    PresentRecords(const Scope& scope, const gps::Dictionary& onDevice,
-                   RecordComparison& comparison)
+    PresentRecords(const Scope& scope, const gps::Dictionary& data, RecordComparison& comparison)
         : scope_(scope), comparison_(comparison)
     {
-        forEachRecord(onDevice, scope.key, [this](const gps::Dictionary& record) {
-            if (scope_.contains(record))
-                byName_.emplace(textIn(record, "name"), &record);
+        forEachRecord(data, scope.key, [this](const gps::Dictionary& record) {
+            if (!scope_.contains(record))
+                return;
+            const auto [at, isNew] =
+                byName_.try_emplace(textIn(record, "name"), Namesakes{.first = &record});
+            if (!isNew)
+                at->second.others.push_back(&record);
         });
     }
 
-    // Removes the records that the device holds. @return  how many
-    std::size_t removeFrom(gps::Dictionary& data)
+    void compare(std::string_view key, const gps::Dictionary& onDevice)
     {
-        auto* const records = data.findArray(scope_.key);
-        if (records == nullptr || byName_.empty())
-            return 0;
-        forEachRecord(std::as_const(data), scope_.key, [this](const gps::Dictionary& record) {
-            if (scope_.contains(record) && isChanged(record))
-                changed_.emplace(textIn(record, "name"));
-        });
-        const auto before = records->size();
-        std::erase_if(*records, [this](const gps::Value& element) {
-            const auto* const record = element.as<gps::Dictionary>();
-            return record != nullptr && scope_.contains(*record) && isPresent(*record);
-        });
-        const auto removed = before - records->size();
-        if (removed > 0 && records->empty())
-            data.remove(scope_.key);
-        return removed;
+        if (key != scope_.key || !scope_.contains(onDevice))
+            return;
+        const auto found = byName_.find(textIn(onDevice, "name"));
+        if (found == byName_.end())
+            return;
+        auto& records = found->second;
+        const auto isSame = [&](const gps::Dictionary* record) {
+            return scope_.areSame(comparison_, *record, onDevice);
+        };
+        records.areOnDevice = true;
+        records.haveChanged = records.haveChanged || !isSame(records.first) ||
+                              !std::all_of(records.others.begin(), records.others.end(), isSame);
+    }
+
+    // Whether the device holds a record to send, and all others of its name.
+    [[nodiscard]] bool isPresent(const gps::Dictionary& record) const
+    {
+        if (!scope_.contains(record))
+            return false;
+        const auto& records = byName_.find(textIn(record, "name"))->second;
+        return records.areOnDevice && !records.haveChanged;
     }
 
 private:
-    // Whether the device holds something else under the same name.
-    [[nodiscard]] bool isChanged(const gps::Dictionary& record)
-    {
-        const auto [begin, end] = byName_.equal_range(textIn(record, "name"));
-        return std::any_of(begin, end, [&](const auto& present) {
-            return !scope_.areSame(comparison_, record, *present.second);
-        });
-    }
-
-    [[nodiscard]] bool isPresent(const gps::Dictionary& record) const
-    {
-        const auto name = textIn(record, "name");
-        return byName_.contains(name) && !changed_.contains(std::string{name});
-    }
+    // Records of one name. Nearly always there is only one.
+    struct Namesakes {
+        const gps::Dictionary* first;
+        std::vector<const gps::Dictionary*> others{};
+        bool areOnDevice = false; // whether the device holds the name
+        bool haveChanged = false; // whether it holds something else under the name
+    };
 
     const Scope& scope_;
     RecordComparison& comparison_;
-    std::unordered_multimap<std::string_view, const gps::Dictionary*> byName_; // on the device
-    std::unordered_set<std::string> changed_; // names of which a record differs
+    std::unordered_map<std::string_view, Namesakes> byName_;
 };
+
+// Removes the records under a key for which `isRemoved` returns true, and the key with the last of
+// them. Calls it for every record before it removes the first.
+template <typename Predicate>
+void removeRecords(gps::Dictionary& data, std::string_view key, const Predicate& isRemoved)
+{
+    const auto* const records = std::as_const(data).findArray(key);
+    if (records == nullptr)
+        return;
+    std::vector<bool> removed;
+    removed.reserve(records->size());
+    for (const auto& value : *records) {
+        const auto* const record = value.as<gps::Dictionary>();
+        removed.push_back(record != nullptr && isRemoved(*record));
+    }
+    if (std::find(removed.begin(), removed.end(), true) == removed.end())
+        return;
+    auto& changed = *data.findArray(key);
+    auto isNextRemoved = removed.begin();
+    std::erase_if(changed, [&](const gps::Value&) { return *isNextRemoved++; });
+    if (changed.empty())
+        data.remove(key);
+}
 
 } // namespace
 
-RecordCounts removePresentRecords(gps::Dictionary& data, const gps::Dictionary& onDevice,
+RecordCounts removePresentRecords(gps::Dictionary& data, const RecordSource& onDevice,
                                   const gps::GPSFileDevice& device)
 {
     const auto before = countRecords(data);
     RecordComparison comparison{device};
-    RecordCounts removed;
-    removed.waypoints = PresentRecords{kWaypoints, onDevice, comparison}.removeFrom(data);
-    removed.geocaches = PresentRecords{kGeocaches, onDevice, comparison}.removeFrom(data);
-    removed.routes = PresentRecords{kRoutes, onDevice, comparison}.removeFrom(data);
-    removed.routePoints = before.routePoints - countRecords(data).routePoints;
-    return removed;
+    PresentRecords waypoints{kWaypoints, data, comparison};
+    PresentRecords geocaches{kGeocaches, data, comparison};
+    PresentRecords routes{kRoutes, data, comparison};
+    onDevice([&](std::string_view key, const gps::Dictionary& record) {
+        for (auto* const scope : {&waypoints, &geocaches, &routes})
+            scope->compare(key, record);
+    });
+    removeRecords(data, kWaypoints.key, [&](const gps::Dictionary& record) {
+        return waypoints.isPresent(record) || geocaches.isPresent(record);
+    });
+    removeRecords(data, kRoutes.key,
+                  [&](const gps::Dictionary& record) { return routes.isPresent(record); });
+    const auto rest = countRecords(data);
+    return {.waypoints = before.waypoints - rest.waypoints,
+            .geocaches = before.geocaches - rest.geocaches,
+            .routes = before.routes - rest.routes,
+            .routePoints = before.routePoints - rest.routePoints};
 }
 
 } // namespace host

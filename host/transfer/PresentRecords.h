@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 
 #include <gps/GPSFileDevice.h>
@@ -14,11 +15,10 @@ namespace host {
 /// name, each may replace another.
 /// @param data      the records to send; changed in place. A kind that is left without records
 ///                  loses its key
-/// @param onDevice  the records of the device, under the same keys
+/// @param onDevice  visits the records of the device
 /// @param device    knows which symbols are the same to the device
 /// @return          how many were removed
-[[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data,
-                                                const gps::Dictionary& onDevice,
+[[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data, const RecordSource& onDevice,
                                                 const gps::GPSFileDevice& device);
 
 } // namespace host

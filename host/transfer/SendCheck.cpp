@@ -50,44 +50,38 @@ bool isInGoneFolder(const std::string& path, const std::vector<std::string>& fol
            !(gps::FileManager{}.fileExists(parent, &isFolder) && isFolder);
 }
 
-// Visits the names under which a device stores the records of a file: waypoints, routes and route
-// points.
-template <typename Visitor> void forEachName(const gps::Dictionary& records, const Visitor& visit)
+using RecordName = std::pair<std::string_view, std::string>; // with the kind
+
+// Visits the names under which a file's content has records: waypoints, routes and route points.
+template <typename Visitor> void forEachName(const gps::PlannedFile& planned,
+                                             std::string_view content,
+                                             const gps::GPSFileDevice& device, const Visitor& visit)
 {
     const auto visitName = [&visit](std::string_view kind, const gps::Dictionary& record) {
         if (const auto* const name = record.findString("name"))
-            visit(std::pair{kind, *name});
+            visit(RecordName{kind, *name});
     };
-    forEachRecord(records, "waypoint",
-                  [&](const gps::Dictionary& record) { visitName("waypoint", record); });
-    forEachRecord(records, "route", [&](const gps::Dictionary& route) {
-        visitName("route", route);
-        forEachRecord(route, "points",
-                      [&](const gps::Dictionary& point) { visitName("point", point); });
-    });
-}
-
-using Names = std::set<std::pair<std::string_view, std::string>>;
-
-Names namesIn(const std::string& content, const gps::PlannedFile& planned,
-              const gps::GPSFileDevice& device)
-{
-    auto file = planned;
-    file.content = content;
-    Names names;
-    forEachName(device.recordsIn(file), [&names](auto name) { names.insert(std::move(name)); });
-    return names;
+    const auto visitNames = [&](std::string_view key, const gps::Dictionary& record) {
+        const bool isRoute = key == "route"; // the key is valid for the call only
+        visitName(isRoute ? "route" : "waypoint", record);
+        if (isRoute)
+            forEachRecord(record, "points",
+                          [&](const gps::Dictionary& point) { visitName("point", point); });
+    };
+    device.visitRecordsIn(planned.path, content, visitNames);
 }
 
 // How many records both an older and a planned content have, but the present one does not.
 std::size_t lostRecords(const std::string& before, const std::string& present,
                         const gps::PlannedFile& planned, const gps::GPSFileDevice& device)
 {
-    const auto kept = namesIn(planned.content, planned, device);
-    const auto found = namesIn(present, planned, device);
+    std::set<RecordName> missing;
+    forEachName(planned, planned.content, device,
+                [&](RecordName name) { missing.insert(std::move(name)); });
+    forEachName(planned, present, device, [&](const RecordName& name) { missing.erase(name); });
     std::size_t lost = 0;
-    for (const auto& name : namesIn(before, planned, device))
-        lost += kept.contains(name) && !found.contains(name) ? 1U : 0U;
+    forEachName(planned, before, device,
+                [&](const RecordName& name) { lost += missing.erase(name); });
     return lost;
 }
 

@@ -21,7 +21,9 @@ namespace {
 void fitToDevice(PreparedSend& send)
 {
     auto& data = *send.request.data;
-    const auto onDevice = send.snapshot->records();
+    const RecordSource onDevice = [&send](const gps::RecordVisitor& visit) {
+        send.snapshot->visitRecords(visit);
+    };
     if (send.request.fitting == SendFitting::kAll)
         send.textChanges = fitNames(
             data, onDevice,

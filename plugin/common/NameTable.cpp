@@ -14,13 +14,20 @@ constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
 } // namespace
 
+bool NameTable::Name::operator==(const Name& other) const noexcept
+{
+    return hash == other.hash &&
+           std::string_view{text, length} == std::string_view{other.text, other.length};
+}
+
 NameTable::NameTable() : slots_(kInitialSlots, kFree) {}
 
 std::size_t NameTable::indexOf(std::string_view name)
 {
     if (2 * (names_.size() + 1) > slots_.size())
         grow();
-    const Name sought{name, static_cast<std::uint32_t>(std::hash<std::string_view>{}(name))};
+    const Name sought{name.data(), static_cast<std::uint32_t>(name.size()),
+                      static_cast<std::uint32_t>(std::hash<std::string_view>{}(name))};
     auto& slot = slotFor(sought);
     if (slot == kFree) {
         slot = static_cast<std::uint32_t>(names_.size());
@@ -34,8 +41,7 @@ std::uint32_t& NameTable::slotFor(const Name& name)
 {
     const std::size_t mask = slots_.size() - 1;
     std::size_t i = name.hash & mask;
-    while (slots_[i] != kFree &&
-           !(names_[slots_[i]].hash == name.hash && names_[slots_[i]].text == name.text))
+    while (slots_[i] != kFree && names_[slots_[i]] != name)
         i = (i + 1) & mask;
     return slots_[i];
 }

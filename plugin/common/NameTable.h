@@ -19,13 +19,18 @@ public:
 
     /// Returns the index of a name. The first name gets 0, each new one the next index.
     /// Precondition: the text behind the view outlives the table, and there are fewer than 2^32
-    /// names.
+    /// names of less than 4 GiB each.
     [[nodiscard]] std::size_t indexOf(std::string_view name);
+
+    [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
 
 private:
     struct Name {
-        std::string_view text;
+        const char* text;
+        std::uint32_t length;
         std::uint32_t hash;
+
+        bool operator==(const Name& other) const noexcept;
     };
 
     [[nodiscard]] std::uint32_t& slotFor(const Name& name);

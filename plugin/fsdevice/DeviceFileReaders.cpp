@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Each line is checked and split once; the sentence kinds work on its fields. One point and one
-// extras dictionary serve a whole file, so a warm reader allocates nothing per line.
+// One point and one extras dictionary serve a whole file, so a warm reader allocates nothing per
+// line.
 
 #include "DeviceFileReaders.h"
 
-#include "../codec/GeoCacheSentence.h"
 #include "../codec/RouteAssembler.h"
 #include "../codec/RouteGaps.h"
 #include "../codec/RouteSentence.h"
@@ -13,13 +12,13 @@
 #include "../codec/WayPointSentence.h"
 #include "../common/Errors.h"
 #include "../common/LineAccounts.h"
-#include "../common/Lines.h"
 #include "../common/NameTable.h"
 #include "../common/Records.h"
 #include "../common/TrackAnnouncer.h"
+#include "FileSentences.h"
+#include "NamedLines.h"
 
 #include <gps/GPSOutputReceiver.h>
-#include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/System/FileManager.h>
 #include <platform/System/Log.h>
 
@@ -32,30 +31,9 @@
 namespace magellan {
 namespace {
 
-/// A kind whose files hold one record per line, identified by name.
-struct NamedKind {
-    RecordKind kind;
-    std::string_view sentence;
-    void (*read)(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record);
-    std::optional<std::string_view> (*nameIn)(const SentenceFields& fields);
-};
-
-constexpr NamedKind kWayPoints{RecordKind::kWaypoints, kWayPointSentence, readWayPoint,
-                               wayPointName};
-constexpr NamedKind kGeoCaches{RecordKind::kGeocaches, kGeoCacheSentence, readGeoCache,
-                               geoCacheName};
-
 constexpr std::size_t kUsualKeys = 5; ///< in a record
 
-/// Why a line gave no record; nullopt if it gave one.
-using Skipped = std::optional<gps::SkipReason>;
-
 using gps::SkipReason;
-
-struct NumberedSentence {
-    SentenceFields fields;
-    std::uint64_t number; ///< of its line
-};
 
 std::string_view readErrorMessage(RecordKind kind)
 {
@@ -70,36 +48,6 @@ std::string_view readErrorMessage(RecordKind kind)
         break;
     }
     return "Couldn't read route data from device";
-}
-
-/// Calls `visit` and records what becomes of the line.
-template <typename Visit> void visitSentence(const SentenceFields& fields, std::uint64_t number,
-                                             gps::LineAccount& lines, Visit& visit)
-{
-    try {
-        if (const Skipped reason = visit(fields, number))
-            addSkipped(lines, number, *reason);
-        else
-            addAccepted(lines);
-    } catch (const gps::RangeError&) {
-        addSkipped(lines, number, SkipReason::kTooFewFields);
-        throw;
-    }
-}
-
-/// Calls `visit` with the fields and the number of each line that is a sentence of the given name.
-/// @param visit  returns why the line gave no record; nullopt if it gave one
-template <typename Visit> void forEachSentence(std::string_view text, std::string_view name,
-                                               gps::LineAccount& lines, Visit visit)
-{
-    std::uint64_t number = 0;
-    forEachLine(text, [&](std::string_view line) {
-        ++number;
-        if (const auto fields = SentenceFields::ofSentence(line, name))
-            visitSentence(*fields, number, lines, visit);
-        else
-            addOther(lines, number, line);
-    });
 }
 
 /// Remembers the line of the last record of each name, and records those that were replaced.
@@ -126,22 +74,16 @@ private:
     std::vector<std::uint64_t> numbers_; // by index in `names_`
 };
 
-void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& records,
-             gps::LineAccount* account)
+void collect(const NamedKind& kind, std::string_view text, gps::Dictionary& records)
 {
     gps::LineAccount unused;
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
-    LinesByName lineOf{account};
-    forEachSentence(text, kind.sentence, account != nullptr ? *account : unused,
-                    [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+    forEachSentence(text, kind.sentence, unused,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
                         extras.clear();
                         kind.read(fields, point, &extras);
-                        const auto name = kind.nameIn(fields);
-                        if (!name)
-                            return SkipReason::kNoName;
-                        lineOf.add(*name, number);
                         keepByName(extras, point, records);
                         return std::nullopt;
                     });
@@ -165,66 +107,47 @@ void visitEach(const NamedKind& kind, std::string_view text,
                     });
 }
 
-/// Like collect(), but streams: it remembers only the fields of the last sentence of each name, as
-/// views into the text, instead of building a record for every line.
-std::optional<gps::Error> report(const NamedKind& kind, gps::GPSOutputReceiver& status,
-                                 const std::string& path, gps::FileAccount* account)
+void report(const NamedKind& kind, gps::GPSOutputReceiver& status, std::string_view text,
+            gps::LineAccount& account)
 {
-    gps::FileAccount unused;
-    auto& lines = (account != nullptr ? *account : unused).lines;
-    std::string text;
-    if (auto error = readDeviceFile(kind.kind, path, text, account))
-        return error;
-    NameTable names;
-    std::vector<NumberedSentence> lastOfName; // by index in `names`
-    forEachSentence(text, kind.sentence, lines,
-                    [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
-                        const auto name = kind.nameIn(fields);
-                        if (!name)
-                            return SkipReason::kNoName;
-                        const auto index = names.indexOf(*name);
-                        if (index == lastOfName.size()) {
-                            lastOfName.push_back({fields, number});
-                        } else {
-                            addReplaced(lines, lastOfName[index].number);
-                            lastOfName[index] = {fields, number};
-                        }
-                        return std::nullopt;
-                    });
-
+    const NamedLines lines{kind, text, account};
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
-    for (const auto& [fields, number] : lastOfName) {
+    for (std::size_t index = 0; index < lines.count(); ++index) {
         extras.clear();
-        kind.read(fields, point, &extras);
+        lines.read(index, point, extras);
         status.wayPoint(point, extras);
     }
-    return std::nullopt;
 }
 
-/// Calls `onWayPoint` and `onRoute` with the fields and the number of each waypoint and route
-/// sentence of a route file. Both return why the line gave no record.
-template <typename OnWayPoint, typename OnRoute>
-void forEachRouteFileSentence(std::string_view text, gps::LineAccount& lines, OnWayPoint onWayPoint,
-                              OnRoute onRoute)
+void reportTracks(gps::GPSOutputReceiver& status, std::string_view text, gps::LineAccount& lines)
 {
-    std::uint64_t number = 0;
-    const auto visitBody = [&](std::string_view body) {
-        if (const auto wayPoint = SentenceFields::ofBody(body, kWayPointSentence))
-            visitSentence(*wayPoint, number, lines, onWayPoint);
-        else if (const auto route = SentenceFields::ofBody(body, kRouteSentence))
-            visitSentence(*route, number, lines, onRoute);
-        else
-            return false;
-        return true;
-    };
-    forEachLine(text, [&](std::string_view line) {
-        ++number;
-        const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-        if (!body || !visitBody(*body))
-            addOther(lines, number, line);
-    });
+    gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
+    gps::Dictionary extras;
+    extras.reserve(3);
+    TrackAnnouncer announcer{status};
+    forEachSentence(text, kTrackPointSentence, lines,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+                        extras.clear();
+                        readTrackPoint(fields, point, &extras);
+                        announcer.beforePoint(extras);
+                        status.trackPoint(point, extras);
+                        return std::nullopt;
+                    });
+}
+
+/// Reads a file and reports its text.
+/// @return  the system's read error
+std::optional<gps::Error> acquire(RecordKind kind, gps::GPSOutputReceiver& status,
+                                  const std::string& path, gps::FileAccount* account)
+{
+    gps::FileAccount unused;
+    std::string text;
+    if (auto error = readDeviceFile(kind, path, text, account))
+        return error;
+    reportRecords(kind, status, text, (account != nullptr ? *account : unused).lines);
+    return std::nullopt;
 }
 
 /// The complete routes of a file by name, in the order in which the names first appear; of several
@@ -270,50 +193,8 @@ bool storeRoute(gps::Dictionary& info, gps::Array& points, gps::Dictionary& rout
     return isKnown;
 }
 
-} // namespace
-
-std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path,
-                                        gps::FileAccount* account)
+void reportRoutes(gps::GPSOutputReceiver& status, std::string_view text, gps::LineAccount& lines)
 {
-    gps::FileAccount unused;
-    std::string text;
-    if (readDeviceFile(RecordKind::kTracks, path, text, account))
-        return std::nullopt;
-    gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
-    gps::Dictionary extras;
-    extras.reserve(3);
-    TrackAnnouncer announcer{status};
-    forEachSentence(text, kTrackPointSentence, (account != nullptr ? *account : unused).lines,
-                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
-                        extras.clear();
-                        readTrackPoint(fields, point, &extras);
-                        announcer.beforePoint(extras);
-                        status.trackPoint(point, extras);
-                        return std::nullopt;
-                    });
-    return std::nullopt;
-}
-
-std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status, const std::string& path,
-                                           gps::FileAccount* account)
-{
-    return report(kWayPoints, status, path, account);
-}
-
-std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const std::string& path,
-                                           gps::FileAccount* account)
-{
-    return report(kGeoCaches, status, path, account);
-}
-
-std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path,
-                                        gps::FileAccount* account)
-{
-    gps::FileAccount unused;
-    auto& lines = (account != nullptr ? *account : unused).lines;
-    std::string text;
-    if (readDeviceFile(RecordKind::kRoutes, path, text, account))
-        return std::nullopt;
     gps::GPSPoint point;
     gps::Dictionary extras;
     extras.reserve(kUsualKeys);
@@ -334,7 +215,49 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
         });
     assembler.finish(lines);
     routes.report(status);
+}
+
+} // namespace
+
+std::optional<gps::Error> acquireTracks(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account)
+{
+    (void)acquire(RecordKind::kTracks, status, path, account);
     return std::nullopt;
+}
+
+std::optional<gps::Error> acquireWayPoints(gps::GPSOutputReceiver& status, const std::string& path,
+                                           gps::FileAccount* account)
+{
+    return acquire(RecordKind::kWaypoints, status, path, account);
+}
+
+std::optional<gps::Error> acquireGeoCaches(gps::GPSOutputReceiver& status, const std::string& path,
+                                           gps::FileAccount* account)
+{
+    return acquire(RecordKind::kGeocaches, status, path, account);
+}
+
+std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const std::string& path,
+                                        gps::FileAccount* account)
+{
+    (void)acquire(RecordKind::kRoutes, status, path, account);
+    return std::nullopt;
+}
+
+void reportRecords(RecordKind kind, gps::GPSOutputReceiver& status, std::string_view text,
+                   gps::LineAccount& lines)
+{
+    switch (kind) {
+    case RecordKind::kTracks:
+        return reportTracks(status, text, lines);
+    case RecordKind::kWaypoints:
+        return report(kWayPointLines, status, text, lines);
+    case RecordKind::kGeocaches:
+        return report(kGeoCacheLines, status, text, lines);
+    case RecordKind::kRoutes:
+        return reportRoutes(status, text, lines);
+    }
 }
 
 std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
@@ -343,7 +266,7 @@ std::optional<gps::Error> acquireWayPointsFromPath(const std::string& path,
     std::string text;
     if (auto error = readDeviceFile(RecordKind::kWaypoints, path, text))
         return error;
-    collectWayPoints(text, records);
+    collect(kWayPointLines, text, records);
     return std::nullopt;
 }
 
@@ -353,7 +276,7 @@ std::optional<gps::Error> acquireGeoCachesFromPath(const std::string& path,
     std::string text;
     if (auto error = readDeviceFile(RecordKind::kGeocaches, path, text))
         return error;
-    collectGeoCaches(text, records);
+    collect(kGeoCacheLines, text, records);
     return std::nullopt;
 }
 
@@ -366,26 +289,16 @@ std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Di
     return std::nullopt;
 }
 
-void collectWayPoints(std::string_view text, gps::Dictionary& records, gps::LineAccount* account)
-{
-    collect(kWayPoints, text, records, account);
-}
-
-void collectGeoCaches(std::string_view text, gps::Dictionary& records, gps::LineAccount* account)
-{
-    collect(kGeoCaches, text, records, account);
-}
-
 void visitWayPoints(std::string_view text,
                     const std::function<void(const gps::Dictionary& record)>& visit)
 {
-    visitEach(kWayPoints, text, visit);
+    visitEach(kWayPointLines, text, visit);
 }
 
 void visitGeoCaches(std::string_view text,
                     const std::function<void(const gps::Dictionary& record)>& visit)
 {
-    visitEach(kGeoCaches, text, visit);
+    visitEach(kGeoCacheLines, text, visit);
 }
 
 gps::Array collectTrackPoints(std::string_view text)

@@ -52,6 +52,11 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
                                                          const std::string& path,
                                                          gps::FileAccount* account = nullptr);
 
+/// Reports the records in the text of a file, as the four operations above do.
+/// @param lines  gets what becomes of each line
+void reportRecords(RecordKind kind, gps::GPSOutputReceiver& status, std::string_view text,
+                   gps::LineAccount& lines);
+
 /// `acquireWayPointsFromPath:intoDictionary:`, `acquireGeoCachesFromPath:intoDictionary:`.
 /// @param records  out: records (with "point") by name. A later record of a name replaces the
 ///                 earlier one and keeps its position; a record without a name is skipped
@@ -70,11 +75,7 @@ std::optional<gps::Error> acquireRoutes(gps::GPSOutputReceiver& status, const st
 std::optional<gps::Error> acquireRoutesFromPath(const std::string& path, gps::Dictionary& waypoints,
                                                 gps::Dictionary& routes);
 
-/// The same three for a text that was read already.
-void collectWayPoints(std::string_view text, gps::Dictionary& records,
-                      gps::LineAccount* account = nullptr);
-void collectGeoCaches(std::string_view text, gps::Dictionary& records,
-                      gps::LineAccount* account = nullptr);
+/// The same for a text that was read already.
 void collectRoutes(std::string_view text, gps::Dictionary& waypoints, gps::Dictionary& routes,
                    gps::LineAccount* account = nullptr);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Merging goes through dictionaries, which keep the order in which keys were first set: records
-// keep their positions in the file, and new ones follow.
+// Merging keeps the order in which names first appear: records keep their positions in the file,
+// and new ones follow.
 
 #include "DeviceFileWriters.h"
 
@@ -12,6 +12,7 @@
 #include "../common/Lines.h"
 #include "../common/Records.h"
 #include "DeviceFileReaders.h"
+#include "NamedLines.h"
 
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
@@ -68,6 +69,55 @@ gps::Array sortedByName(gps::Array records)
         sorted.push_back(std::move(records[index]));
     return sorted;
 }
+
+/// The records of a file and those that are merged into it, by name: the file's own first, each
+/// where it is or replaced, then the new ones. Decodes the file's records one by one.
+class NamedMerge {
+public:
+    /// @param lines  gets what becomes of the file's lines; may be null
+    NamedMerge(const NamedKind& kind, std::string_view present, gps::LineAccount* lines)
+        : present_(kind, present, lines != nullptr ? *lines : unused_)
+    {}
+
+    /// Adds a record, or replaces the one that has its name.
+    /// Precondition: both outlive this object.
+    void set(std::string_view name, const gps::Value& element)
+    {
+        const auto index = present_.indexOf(name);
+        if (index >= merged_.size())
+            merged_.resize(index + 1);
+        merged_[index] = &element;
+    }
+
+    [[nodiscard]] std::size_t size() const noexcept
+    {
+        return std::max(merged_.size(), present_.count());
+    }
+
+    /// Visits the records in order, until `visit` returns false.
+    /// @return  whether all were visited
+    template <typename Visit> bool forEach(Visit visit) const
+    {
+        gps::Value own{gps::Dictionary{}}; // one for all of the file's records
+        for (std::size_t index = 0; index < size(); ++index) {
+            const auto* element = index < merged_.size() ? merged_[index] : nullptr;
+            if (element == nullptr) {
+                auto& record = *own.as<gps::Dictionary>();
+                record.clear();
+                present_.read(index, record);
+                element = &own;
+            }
+            if (!visit(*element))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    gps::LineAccount unused_;
+    NamedLines present_;
+    std::vector<const gps::Value*> merged_; // by index in present_; null: the file's own
+};
 
 /// Numbers the points of one route that clash with a waypoint of their name.
 class Renames {
@@ -221,36 +271,37 @@ std::string trackText(const gps::Dictionary& track)
 std::string mergedWaypointText(const gps::Array& records, std::string_view present,
                                gps::LineAccount* lines)
 {
-    gps::Dictionary merged;
-    merged.reserve(records.size());
-    collectWayPoints(present, merged, lines);
+    NamedMerge merge{kWayPointLines, present, lines};
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
         if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
-            merged.set(*name, element);
+            merge.set(*name, element);
     }
-    FileText text{merged.size()};
-    for (const auto& [name, element] : merged)
-        visitWayPointSentence(element, [&](std::string_view sentence) { text.add(sentence); });
+    FileText text{merge.size()};
+    const auto add = [&](std::string_view sentence) { text.add(sentence); };
+    merge.forEach([&](const gps::Value& element) {
+        visitWayPointSentence(element, add);
+        return true;
+    });
     return std::move(text).finish();
 }
 
 std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present,
                                               gps::LineAccount* lines)
 {
-    gps::Dictionary merged;
-    collectGeoCaches(present, merged, lines);
+    std::vector<std::string> keys;
+    keys.reserve(records.size()); // the merge has views into them
+    NamedMerge merge{kGeoCacheLines, present, lines};
     for (const auto& element : records) {
         const auto* record = element.as<gps::Dictionary>();
-        if (const auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
-            merged.set(*key, element);
+        if (auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
+            merge.set(keys.emplace_back(*std::move(key)), element);
     }
-    FileText text{merged.size()};
-    for (const auto& [key, element] : merged) {
-        if (!visitGeoCacheSentence(element, [&](std::string_view sentence) { text.add(sentence); }))
-            return std::nullopt;
-    }
-    return std::move(text).finish();
+    FileText text{merge.size()};
+    const auto add = [&](std::string_view sentence) { text.add(sentence); };
+    const bool isComplete = merge.forEach(
+        [&](const gps::Value& element) { return visitGeoCacheSentence(element, add); });
+    return isComplete ? std::optional{std::move(text).finish()} : std::nullopt;
 }
 
 std::string mergedRouteText(const gps::Array& records, std::string_view present,

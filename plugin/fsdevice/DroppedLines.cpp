@@ -8,6 +8,7 @@
 #include "../codec/SentenceFields.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Lines.h"
+#include "../common/NameTable.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
 
@@ -15,7 +16,6 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace magellan {
 namespace {
@@ -49,7 +49,7 @@ private:
     void addName(const std::optional<std::string_view>& name)
     {
         if (name)
-            names_.insert(*name);
+            (void)names_.indexOf(*name);
     }
 
     // As readRoute() does: a route ends with the sentence that has the number of the last one.
@@ -64,7 +64,7 @@ private:
     }
 
     RecordKind kind_;
-    std::unordered_set<std::string_view> names_;
+    NameTable names_;
     std::unordered_map<std::string_view, std::size_t> routes_; // lines of the last one by name
     std::size_t linesOfRoute_ = 0;                             // of the route that is not complete
 };

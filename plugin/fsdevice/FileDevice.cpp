@@ -79,14 +79,10 @@ std::size_t FileDevice::longestName() const
     return kLongestName;
 }
 
-gps::Dictionary FileDevice::recordsIn(const gps::PlannedFile& file) const
+void FileDevice::visitRecordsIn(std::string_view path, std::string_view content,
+                                const gps::RecordVisitor& visit) const
 {
-    return recordsInFile(file.path, file.content);
-}
-
-void FileDevice::visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const
-{
-    visitRecordsInFile(file.path, file.content, visit);
+    visitRecordsInFile(path, content, visit);
 }
 
 std::string FileDevice::deviceSymbol(std::string_view symbol) const

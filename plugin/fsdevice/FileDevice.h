@@ -23,8 +23,8 @@ public:
     [[nodiscard]] std::vector<std::string> dataFolders() const override;
     [[nodiscard]] std::string deviceCharacters() const override;
     [[nodiscard]] std::size_t longestName() const override;
-    [[nodiscard]] gps::Dictionary recordsIn(const gps::PlannedFile& file) const override;
-    void visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const override;
+    void visitRecordsIn(std::string_view path, std::string_view content,
+                        const gps::RecordVisitor& visit) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 };

@@ -11,6 +11,7 @@
 #include "DeviceFileWriters.h"
 #include "DroppedLines.h"
 #include "LostFields.h"
+#include "NamedLines.h"
 #include "SendRemarks.h"
 
 #include <platform/System/Ascii.h>
@@ -96,25 +97,48 @@ std::optional<std::string> mergedText(const SendJob& job, std::string_view prese
     return mergedRouteText(job.records(), present);
 }
 
-gps::Array recordsIn(RecordKind kind, std::string_view text)
+/// Nullopt if a sentence is truncated.
+std::optional<NamedLines> namedLinesOf(const NamedKind& kind, std::string_view text)
+try {
+    gps::LineAccount unused;
+    return std::optional<NamedLines>{std::in_place, kind, text, unused};
+} catch (const gps::RangeError&) {
+    return std::nullopt;
+}
+
+void visitNamedLines(const NamedKind& kind, std::string_view text, const gps::RecordVisitor& visit)
 {
+    const auto lines = namedLinesOf(kind, text);
+    gps::Dictionary record;
+    for (std::size_t index = 0; lines && index < lines->count(); ++index) {
+        record.clear();
+        lines->read(index, record);
+        visit("waypoint", record);
+    }
+}
+
+/// Empty if a sentence is truncated.
+gps::Array routesIn(std::string_view text)
+try {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
-    try {
-        if (kind == RecordKind::kTracks)
-            return collectTrackPoints(text);
-        if (kind == RecordKind::kRoutes) {
-            collectRoutes(text, waypoints, routes);
-            return routes.takeValues();
-        }
-        if (kind == RecordKind::kGeocaches)
-            collectGeoCaches(text, waypoints);
-        else
-            collectWayPoints(text, waypoints);
-        return waypoints.takeValues();
-    } catch (const std::exception&) { // the send will report it, for the file that it writes
-        return {};
-    }
+    collectRoutes(text, waypoints, routes);
+    return routes.takeValues();
+} catch (const gps::RangeError&) {
+    return {};
+}
+
+void visitRoutes(std::string_view text, const gps::RecordVisitor& visit)
+{
+    for (const auto& route : routesIn(text))
+        visit("route", *route.as<gps::Dictionary>());
+}
+
+gps::Dictionary trackIn(std::string_view text)
+try {
+    return {{"points", collectTrackPoints(text)}};
+} catch (const gps::RangeError&) {
+    return {{"points", gps::Array{}}};
 }
 
 } // namespace
@@ -169,20 +193,21 @@ const gps::DeviceFile* MagellanSnapshot::findPresent(const std::string& path) co
                                                                           : nullptr;
 }
 
-gps::Dictionary MagellanSnapshot::records() const
+void MagellanSnapshot::visitRecords(const gps::RecordVisitor& visit) const
 {
-    gps::Array waypoints;
-    gps::Array routes;
     for (const auto& folder : folders_) {
-        auto& records = folder.kind == RecordKind::kRoutes ? routes : waypoints;
         for (const auto index : folder.files) {
-            if (files_[index].error)
+            const auto& file = files_[index];
+            if (file.error)
                 continue;
-            for (auto& record : recordsIn(folder.kind, files_[index].content))
-                records.push_back(std::move(record));
+            if (folder.kind == RecordKind::kRoutes)
+                visitRoutes(file.content, visit);
+            else
+                visitNamedLines(folder.kind == RecordKind::kGeocaches ? kGeoCacheLines
+                                                                      : kWayPointLines,
+                                file.content, visit);
         }
     }
-    return {{"waypoint", std::move(waypoints)}, {"route", std::move(routes)}};
 }
 
 void MagellanSnapshot::reportTracks(gps::GPSOutputReceiver& status) const
@@ -247,39 +272,24 @@ void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
     }
 }
 
-gps::Dictionary recordsInFile(std::string_view path, std::string_view text)
-{
-    const auto extension = gps::pathExtension(path);
-    if (extension == "upt")
-        return {{"waypoint", recordsIn(RecordKind::kWaypoints, text)}};
-    if (extension == "gs")
-        return {{"waypoint", recordsIn(RecordKind::kGeocaches, text)}};
-    if (extension == "rte")
-        return {{"route", recordsIn(RecordKind::kRoutes, text)}};
-    if (extension != "log")
-        return {};
-    return {
-        {"track", gps::Array{gps::Dictionary{{"points", recordsIn(RecordKind::kTracks, text)}}}}};
-}
-
 void visitRecordsInFile(std::string_view path, std::string_view text,
-                        const gps::GPSFileDevice::RecordVisitor& visit)
+                        const gps::RecordVisitor& visit)
 {
     const auto extension = gps::pathExtension(path);
     const auto visitWaypoint = [&visit](const gps::Dictionary& record) {
         visit("waypoint", record);
     };
+    if (extension == "log")
+        return visit("track", trackIn(text));
+    if (extension == "rte")
+        return visitRoutes(text, visit);
     try {
         if (extension == "upt")
-            return visitWayPoints(text, visitWaypoint);
-        if (extension == "gs")
-            return visitGeoCaches(text, visitWaypoint);
+            visitWayPoints(text, visitWaypoint);
+        else if (extension == "gs")
+            visitGeoCaches(text, visitWaypoint);
     } catch (const gps::RangeError&) {
         return;
-    }
-    for (const auto& [key, value] : recordsInFile(path, text)) {
-        for (const auto& record : *value.as<gps::Array>())
-            visit(key, *record.as<gps::Dictionary>());
     }
 }
 

@@ -35,7 +35,7 @@ public:
         return identifier_;
     }
     [[nodiscard]] std::vector<std::string> dataFolders() const override { return dataFolders_; }
-    [[nodiscard]] gps::Dictionary records() const override;
+    void visitRecords(const gps::RecordVisitor& visit) const override;
     void reportTracks(gps::GPSOutputReceiver& status) const override;
     [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
 
@@ -63,13 +63,9 @@ private:
     std::vector<Folder> folders_;
 };
 
-/// Decodes the text of a data file, whose kind its extension determines, as
-/// gps::GPSFileDevice::recordsIn() does.
-[[nodiscard]] gps::Dictionary recordsInFile(std::string_view path, std::string_view text);
-
-/// Visits them one by one, as gps::GPSFileDevice::visitRecordsIn() does.
+/// Visits the records in the text of a data file, as gps::GPSFileDevice::visitRecordsIn() does.
 void visitRecordsInFile(std::string_view path, std::string_view text,
-                        const gps::GPSFileDevice::RecordVisitor& visit);
+                        const gps::RecordVisitor& visit);
 
 /// The data folders of a volume that exist, as absolute paths, each once.
 /// @param folders   the folder dictionary of the volume

@@ -65,6 +65,10 @@ struct SendPlan {
     std::vector<std::string> remarks{};
 };
 
+/// Gets one record at a time: the key of its kind, "waypoint" (geocaches included), "route" or
+/// "track", and the record with its point under "point", which is valid during the call.
+using RecordVisitor = std::function<void(std::string_view key, const Dictionary& record)>;
+
 /// A file of a device, as it was read.
 struct DeviceFile {
     std::string path;    ///< absolute
@@ -96,10 +100,10 @@ public:
     /// `GPSFileDevice::dataFolders`.
     [[nodiscard]] virtual std::vector<std::string> dataFolders() const = 0;
 
-    /// The records in the files, as a download reports them: arrays under "waypoint" (geocaches
-    /// included) and "route", with the point of each record under "point". A file with an error, or
-    /// with a damaged sentence, contributes nothing.
-    [[nodiscard]] virtual Dictionary records() const = 0;
+    /// Visits the waypoints, geocaches and routes in the files, as a download reports them. Decodes
+    /// them at each call, so that memory does not grow with the number of waypoints. A file with an
+    /// error, or with a damaged sentence, contributes nothing.
+    virtual void visitRecords(const RecordVisitor& visit) const = 0;
 
     /// Reads the files of tracks, which the snapshot does not hold, and reports each track as a
     /// download does. What cannot be read is skipped.
@@ -136,16 +140,11 @@ public:
     /// The length, in characters, to which the name of a waypoint or route is cut.
     [[nodiscard]] virtual std::size_t longestName() const = 0;
 
-    /// Decodes a file that a send would write, as a download would read it: arrays of records under
-    /// "waypoint" (geocaches included), "route" or "track", with the point of each record under
-    /// "point". Empty if the file has a damaged sentence. Does not read the device.
-    [[nodiscard]] virtual Dictionary recordsIn(const PlannedFile& file) const = 0;
-
-    /// Visits the same records one by one, so that memory does not grow with the file's waypoints.
-    /// Of several waypoints with one name, visits all. A damaged sentence ends the visit.
-    /// @param visit  gets "waypoint", "route" or "track", and a record that is valid for the call
-    using RecordVisitor = std::function<void(std::string_view key, const Dictionary& record)>;
-    virtual void visitRecordsIn(const PlannedFile& file, const RecordVisitor& visit) const = 0;
+    /// Decodes the content of a file and visits its records. Of several waypoints with one name,
+    /// visits all. A damaged sentence ends the visit. Does not read the device.
+    /// @param path  decides the kind of the records, by its extension
+    virtual void visitRecordsIn(std::string_view path, std::string_view content,
+                                const RecordVisitor& visit) const = 0;
 
     /// The code that a device stores for a symbol. Two symbols with the same code are one symbol to
     /// the device.

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "host/RecordSources.h"
+
 #include <gps/GPSFileDevice.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/GPSPlugInProtocol.h>
@@ -120,7 +122,10 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         const std::vector<gps::Error>& failures() const override { return driver.failures; }
         const std::optional<std::string>& identifier() const override { return driver.identifier; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
-        gps::Dictionary records() const override { return driver.records; }
+        void visitRecords(const gps::RecordVisitor& visit) const override
+        {
+            support::visitRecords(driver.records, visit);
+        }
         void reportTracks(gps::GPSOutputReceiver& status) const override { driver.tracks(status); }
         gps::SendPlan planSend(const gps::Dictionary& data) const override
         {
@@ -142,13 +147,10 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         return " ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
     }
     std::size_t longestName() const override { return 10; }
-    gps::Dictionary recordsIn(const gps::PlannedFile& file) const override { return decode(file); }
-    void visitRecordsIn(const gps::PlannedFile& file, const RecordVisitor& visit) const override
+    void visitRecordsIn(std::string_view path, std::string_view content,
+                        const gps::RecordVisitor& visit) const override
     {
-        for (const auto& [key, list] : decode(file)) {
-            for (const auto& record : *list.as<gps::Array>())
-                visit(key, *record.as<gps::Dictionary>());
-        }
+        support::visitRecords(decode(path, content), visit);
     }
     std::string deviceSymbol(std::string_view symbol) const override
     {
@@ -165,8 +167,8 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
     std::function<std::string(std::string symbol)> storedSymbol = [](std::string symbol) {
         return symbol;
     };
-    std::function<gps::Dictionary(const gps::PlannedFile& file)> decode =
-        [](const gps::PlannedFile&) { return gps::Dictionary{}; };
+    std::function<gps::Dictionary(std::string_view path, std::string_view content)> decode =
+        [](std::string_view, std::string_view) { return gps::Dictionary{}; };
     std::function<gps::SendPlan(const gps::Dictionary& data)> plan = [](const gps::Dictionary&) {
         return gps::SendPlan{};
     };

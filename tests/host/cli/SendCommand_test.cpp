@@ -45,7 +45,7 @@ protected:
         driver_->setLocations({folder_.makeFolder("device")});
         driver_->folders = {folder_.makeFolder("device/Points")};
         driver_->plan = [this](const gps::Dictionary&) { return plan_; };
-        driver_->decode = [](const gps::PlannedFile&) -> gps::Dictionary {
+        driver_->decode = [](std::string_view, std::string_view) -> gps::Dictionary {
             return {{"waypoint", gps::Array{waypointAt(46.5)}}};
         };
         planFile(Action::kCreate);
@@ -238,7 +238,7 @@ TEST_F(SendCommand, ReadErrorForAFileThatDidNotExistIsNotAFailure)
 
 TEST_F(SendCommand, RecordThatIsInNoFileIsAFailure)
 {
-    driver_->decode = [](const gps::PlannedFile&) -> gps::Dictionary {
+    driver_->decode = [](std::string_view, std::string_view) -> gps::Dictionary {
         return {{"waypoint", gps::Array{waypointAt(47)}}};
     };
     EXPECT_EQ(send([this] { write(); }), ExitStatus::kFailed);

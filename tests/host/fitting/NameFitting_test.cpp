@@ -2,6 +2,8 @@
 
 #include "host/fitting/NameFitting.h"
 
+#include "host/RecordSources.h"
+
 #include <gmock/gmock.h>
 
 #include <initializer_list>
@@ -20,6 +22,11 @@ const host::TextRules& rules()
         gps::CharacterSet{"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .0123456789-/'"},
         20};
     return rules;
+}
+
+std::vector<host::TextChange> fitNames(Dictionary& data, const Dictionary& onDevice = {})
+{
+    return host::fitNames(data, support::recordsOf(onDevice), rules());
 }
 
 Dictionary at(double latitude, std::string_view name, Dictionary record = {})
@@ -61,7 +68,7 @@ std::vector<std::string> namesIn(const Dictionary& data, std::string_view key)
 
 std::vector<std::string> waypointNames(Dictionary data, const Dictionary& onDevice = {})
 {
-    (void)host::fitNames(data, onDevice, rules());
+    (void)fitNames(data, onDevice);
     return namesIn(data, "waypoint");
 }
 
@@ -74,7 +81,7 @@ std::string textOf(const host::TextChange& change)
 std::vector<std::string> changesOf(Dictionary data, const Dictionary& onDevice = {})
 {
     std::vector<std::string> texts;
-    for (const auto& change : host::fitNames(data, onDevice, rules()))
+    for (const auto& change : fitNames(data, onDevice))
         texts.push_back(textOf(change));
     return texts;
 }
@@ -86,7 +93,7 @@ TEST(NameFitting, GoodDataIsUnchanged)
          at(2, "12345678901234567890"), at(3, "GC1", {{"symbol", "Geocache"}, {"terrain", "1.5"}})},
         {routeOf("Loop", {at(1, "Camp"), at(2, "12345678901234567890")})});
     auto data = good;
-    EXPECT_THAT(host::fitNames(data, {}, rules()), testing::IsEmpty());
+    EXPECT_THAT(fitNames(data), testing::IsEmpty());
     EXPECT_EQ(data, good);
 }
 
@@ -96,7 +103,7 @@ TEST(NameFitting, ListsOfOtherTypesAreIgnored)
                     {"route", Array{"no record", 7}},
                     {"track", Array{Dictionary{{"name", "\xC3\xA9"}}}}};
     const auto before = data;
-    EXPECT_THAT(host::fitNames(data, data, rules()), testing::IsEmpty());
+    EXPECT_THAT(fitNames(data, data), testing::IsEmpty());
     EXPECT_EQ(data, before) << "tracks are not changed";
 }
 
@@ -114,7 +121,7 @@ TEST(NameFitting, TextsAreMadePlainAndReported)
                     "geocache geocacheOwner: J\xC3\xBCrg > Jurg - ",
                     "geocache geocacheHint: * >  - *", "waypoint name: Caf\xC3\xA9 > Cafe - ",
                     "route name: Tour \xC3\xA0 v\xC3\xA9lo > Tour a velo - "));
-    (void)host::fitNames(data, {}, rules());
+    (void)fitNames(data);
     EXPECT_EQ(
         data,
         dataOf({at(1, "Cafe", {{"comment", "ab"}, {"symbol", "Caf\xC3\xA9"}}),
@@ -167,7 +174,7 @@ TEST(NameFitting, RecordWithoutANameGetsOne)
         {at(1, ""), at(2, "\xF0\x9F\x8F\x95"), at(3, "  "), at(4, "*", {{"symbol", "Geocache"}})},
         {{{"points", Array{Dictionary{{"point", GPSPoint{1, 7, 0, 0, 0}}}, at(9, "")}}}});
     const auto changes = changesOf(data);
-    (void)host::fitNames(data, {}, rules());
+    (void)fitNames(data);
     EXPECT_THAT(namesIn(data, "waypoint"),
                 ElementsAre("Waypoint", "Waypoint 2", "Waypoint 3", "Geocache"));
     EXPECT_THAT(namesIn(data, "route"), ElementsAre("Route"));
@@ -186,7 +193,7 @@ TEST(NameFitting, RoutePointsGetTheNamesOfTheirWaypoints)
                               at(1.5, "A campground by the lake, north"), at(4, "Camp"),
                               at(9, "Camp"), at(5, "A campground by the lake, east")}),
                 routeOf("S", {at(8, "A campground by the lake, east"), at(7, "Only here")})});
-    (void)host::fitNames(data, {}, rules());
+    (void)fitNames(data);
     const auto pointsOf = [&](std::size_t route) {
         return namesIn(*(*data.find("route")->as<Array>())[route].as<Dictionary>(), "points");
     };
@@ -198,7 +205,7 @@ TEST(NameFitting, RoutePointsGetTheNamesOfTheirWaypoints)
 // The names of all route points, in order.
 std::vector<std::string> pointNames(Dictionary data, const Dictionary& onDevice = {})
 {
-    (void)host::fitNames(data, onDevice, rules());
+    (void)fitNames(data, onDevice);
     std::vector<std::string> names;
     for (const auto& route : *data.find("route")->as<Array>()) {
         const auto more = namesIn(*route.as<Dictionary>(), "points");
@@ -246,9 +253,9 @@ TEST(NameFitting, RoutePointsOfASecondSendGetTheirNamesAgain)
     const auto original =
         dataOf({}, {routeOf("R", {at(1, "Stop"), at(2, "Stop")}), routeOf("S", {at(3, "Stop")})});
     auto sent = original;
-    (void)host::fitNames(sent, {}, rules());
+    (void)fitNames(sent);
     auto again = original;
-    (void)host::fitNames(again, sent, rules());
+    (void)fitNames(again, sent);
     EXPECT_EQ(again, sent);
 }
 
@@ -284,7 +291,7 @@ TEST(NameFitting, RoutesOfOneNameGetDifferentNamesUnlessTheyAreEqual)
         dataOf({}, {routeOf("R", {at(1, "A"), at(2, "B")}), routeOf("R", {at(1, "A"), at(3, "C")}),
                     routeOf("R", {at(1, "A"), at(2, "B")}),
                     routeOf("A route with a long name", {at(1, "A")})});
-    (void)host::fitNames(data, dataOf({}, {routeOf("A route with a long", {at(9, "Z")})}), rules());
+    (void)fitNames(data, dataOf({}, {routeOf("A route with a long", {at(9, "Z")})}));
     EXPECT_THAT(namesIn(data, "route"), ElementsAre("R", "R 2", "R", "A route with a lon 2"));
 }
 
@@ -312,14 +319,14 @@ TEST(NameFitting, SecondSendGivesTheSameNames)
                {routeOf("A route with a long name, 1", {at(1, "A")}),
                 routeOf("A route with a long name, 2", {at(2, "B")})});
     auto first = original;
-    (void)host::fitNames(first, {}, rules());
+    (void)fitNames(first);
     auto second = original;
-    (void)host::fitNames(second, heldAfter(first), rules());
+    (void)fitNames(second, heldAfter(first));
     EXPECT_EQ(second, first);
 
     // Only some of them, and in another order.
     auto part = dataOf({at(5, "C\xC3\xA1mp"), at(2, "A campground by the lake, south")});
-    (void)host::fitNames(part, heldAfter(first), rules());
+    (void)fitNames(part, heldAfter(first));
     const auto names = namesIn(first, "waypoint");
     EXPECT_THAT(namesIn(part, "waypoint"), ElementsAre(names[4], names[1]));
 }
@@ -331,12 +338,12 @@ TEST(NameFitting, ManyEqualNamesTakeNoQuadraticTime)
     for (int i = 0; i < kMany; ++i)
         list.emplace_back(at(i * 1e-4, "A name that is longer than the limit"));
     Dictionary data{{"waypoint", std::move(list)}};
-    EXPECT_EQ(host::fitNames(data, {}, rules()).size(), std::size_t{kMany});
+    EXPECT_EQ(fitNames(data).size(), std::size_t{kMany});
     const auto names = namesIn(data, "waypoint");
     EXPECT_EQ((std::unordered_set<std::string>{names.begin(), names.end()}).size(),
               std::size_t{kMany});
     const auto sent = data;
-    (void)host::fitNames(data, sent, rules());
+    (void)fitNames(data, sent);
     EXPECT_EQ(data, sent);
 }
 

@@ -32,7 +32,8 @@ gps::Dictionary used(gps::Dictionary wanted, gps::Dictionary present)
         return symbol.empty() || symbol.starts_with("Blue") ? "Dot" : symbol;
     };
     auto data = dataWithRouteOf(std::move(wanted));
-    host::useDeviceRoutePoints(data, dataWithRouteOf(std::move(present)), driver);
+    host::useDeviceRoutePoints(data, support::recordsOf(dataWithRouteOf(std::move(present))),
+                               driver);
     const auto& route = *data.find("route")->as<gps::Array>()->front().as<gps::Dictionary>();
     return *route.find("points")->as<gps::Array>()->front().as<gps::Dictionary>();
 }
@@ -91,7 +92,7 @@ TEST(DeviceRoutePoints, DeviceIsAskedOnceForEachSymbol)
     };
     const gps::Dictionary route{{"points", gps::Array(3, point(46.5, "A"))}};
     gps::Dictionary data{{"route", gps::Array(3, route)}};
-    host::useDeviceRoutePoints(data, dataWithRouteOf(point(46.5, "B")), driver);
+    host::useDeviceRoutePoints(data, support::recordsOf(dataWithRouteOf(point(46.5, "B"))), driver);
     EXPECT_EQ(questions, 2);
 }
 

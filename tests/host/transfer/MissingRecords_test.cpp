@@ -28,8 +28,8 @@ protected:
     {
         plan_.files.push_back({"/points", Action::kCreate, "", {}});
         plan_.files.push_back({"/lines", Action::kMerge, "", {}});
-        driver_.decode = [](const gps::PlannedFile& file) -> gps::Dictionary {
-            if (file.path == "/points")
+        driver_.decode = [](std::string_view path, std::string_view) -> gps::Dictionary {
+            if (path == "/points")
                 return {{"waypoint", gps::Array{waypointAt(46.5, -7.25)}}};
             return {{"route", withPoints({waypointAt(1, 2)})},
                     {"track", withPoints({waypointAt(3, 4)})}};

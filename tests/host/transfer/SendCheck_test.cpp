@@ -100,9 +100,9 @@ class LostRecords : public testing::Test {
 protected:
     LostRecords()
     {
-        driver_.decode = [](const gps::PlannedFile& file) {
+        driver_.decode = [](std::string_view, std::string_view content) {
             gps::Array records;
-            std::istringstream lines{file.content};
+            std::istringstream lines{std::string{content}};
             for (std::string name; std::getline(lines, name);)
                 records.emplace_back(gps::Dictionary{{"name", name}});
             return gps::Dictionary{{"waypoint", std::move(records)}};

@@ -33,7 +33,7 @@ protected:
     {
         driver_->folders = {folder_.makeFolder("device/Points")};
         driver_->plan = [this](const gps::Dictionary&) { return plan_; };
-        driver_->decode = [this](const gps::PlannedFile&) -> gps::Dictionary {
+        driver_->decode = [this](std::string_view, std::string_view) -> gps::Dictionary {
             return {{"waypoint", gps::Array{waypointAt(decodedLatitude_)}}};
         };
         plan_.files = {{path_, Action::kCreate, "new", {}}};
@@ -173,8 +173,8 @@ TEST_F(Send, FileThatLostRecordsIsPutBack)
 {
     driver_->files = {{path_, "old", {}}};
     plan_.files[0].action = Action::kMerge;
-    driver_->decode = [](const gps::PlannedFile& file) -> gps::Dictionary {
-        const bool hasOld = file.content != "merged from nothing";
+    driver_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+        const bool hasOld = content != "merged from nothing";
         return {{"waypoint", hasOld ? gps::Array{waypointAt(46)} : gps::Array{}}};
     };
     const auto report = perform([this] { folder_.put("device/Points/p", "merged from nothing"); });

@@ -195,6 +195,43 @@ std::vector<std::string> namesIn(const gps::Dictionary& records, std::string_vie
     return names;
 }
 
+/// The records that a visit yields, as arrays by key.
+class VisitedRecords {
+public:
+    [[nodiscard]] gps::RecordVisitor visitor()
+    {
+        return [this](std::string_view key, const gps::Dictionary& record) {
+            if (!records_.contains(key))
+                records_.set(key, gps::Array{});
+            records_.findArray(key)->emplace_back(record);
+        };
+    }
+    [[nodiscard]] const gps::Dictionary& get() const noexcept { return records_; }
+
+private:
+    gps::Dictionary records_;
+};
+
+gps::Dictionary recordsIn(const gps::GPSFileDevice& device, std::string_view path,
+                          std::string_view content)
+{
+    VisitedRecords records;
+    device.visitRecordsIn(path, content, records.visitor());
+    return records.get();
+}
+
+gps::Dictionary recordsIn(const gps::GPSFileDevice& device, const gps::PlannedFile& file)
+{
+    return recordsIn(device, file.path, file.content);
+}
+
+gps::Dictionary recordsIn(const gps::DeviceSnapshot& snapshot)
+{
+    VisitedRecords records;
+    snapshot.visitRecords(records.visitor());
+    return records.get();
+}
+
 TEST_F(Snapshot, PlannedFilesDecodeToTheRecordsOfTheSend)
 {
     const gps::Dictionary track{{"points", gps::Array{waypoint("")}}};
@@ -205,13 +242,13 @@ TEST_F(Snapshot, PlannedFilesDecodeToTheRecordsOfTheSend)
                gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("B")}}}}}});
     ASSERT_THAT(planned.files, SizeIs(4));
     const auto device = driver();
-    EXPECT_THAT(namesIn(device->recordsIn(planned.files[1]), "waypoint"), ElementsAre("A"));
-    EXPECT_THAT(namesIn(device->recordsIn(planned.files[2]), "waypoint"), ElementsAre("Oak"));
-    const auto routes = device->recordsIn(planned.files[3]);
+    EXPECT_THAT(namesIn(recordsIn(*device, planned.files[1]), "waypoint"), ElementsAre("A"));
+    EXPECT_THAT(namesIn(recordsIn(*device, planned.files[2]), "waypoint"), ElementsAre("Oak"));
+    const auto routes = recordsIn(*device, planned.files[3]);
     EXPECT_THAT(namesIn(routes, "route"), ElementsAre("R"));
     EXPECT_THAT(namesIn(*routes.findArray("route")->front().as<gps::Dictionary>(), "points"),
                 ElementsAre("B"));
-    const auto tracks = device->recordsIn(planned.files[0]);
+    const auto tracks = recordsIn(*device, planned.files[0]);
     const auto& points =
         *tracks.findArray("track")->front().as<gps::Dictionary>()->findArray("points");
     ASSERT_THAT(points, SizeIs(1));
@@ -219,37 +256,16 @@ TEST_F(Snapshot, PlannedFilesDecodeToTheRecordsOfTheSend)
               (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
 }
 
-TEST_F(Snapshot, PlannedFileWithADamagedSentenceOrOfAnotherKindDecodesToNothing)
+TEST_F(Snapshot, AFileOfAnotherKindHasNoRecords)
 {
-    const auto device = driver();
-    const auto text = support::sentence("PMGNWPL,4630.00000,N");
-    const auto damaged = device->recordsIn({"/a.upt", Action::kCreate, text, {}});
-    EXPECT_THAT(namesIn(damaged, "waypoint"), IsEmpty());
-    EXPECT_EQ(device->recordsIn({"/a.txt", Action::kCreate, text, {}}), gps::Dictionary{});
+    EXPECT_EQ(recordsIn(*driver(), "/a.txt", kPlain), gps::Dictionary{});
 }
 
-/// What a visit of a file's records yields, in the form of recordsIn().
-gps::Dictionary visited(const gps::GPSFileDevice& device, const gps::PlannedFile& file)
+TEST_F(Snapshot, AVisitOfAFileYieldsEachOfSeveralWaypointsWithOneName)
 {
-    gps::Dictionary records;
-    device.visitRecordsIn(file, [&](std::string_view key, const gps::Dictionary& record) {
-        if (!records.contains(key))
-            records.set(key, gps::Array{});
-        records.findArray(key)->emplace_back(record);
-    });
-    return records;
-}
-
-TEST_F(Snapshot, AVisitOfAPlannedFileYieldsTheSameRecords)
-{
-    const auto planned =
-        plan({{"track", gps::Array{gps::Dictionary{{"points", gps::Array{waypoint("")}}}}},
-              {"waypoint", gps::Array{waypoint("A"), waypoint("B"), waypoint("Oak", "Geocache")}},
-              {"route",
-               gps::Array{gps::Dictionary{{"name", "R"}, {"points", gps::Array{waypoint("B")}}}}}});
-    const auto device = driver();
-    for (const auto& file : planned.files)
-        EXPECT_EQ(visited(*device, file), device->recordsIn(file)) << file.path;
+    EXPECT_THAT(namesIn(recordsIn(*driver(), "/a.upt", kPlain + "\r\n" + kOld + "\r\n" + kPlain),
+                        "waypoint"),
+                ElementsAre("P", "Old", "P"));
 }
 
 TEST_F(Snapshot, AVisitEndsAtADamagedSentence)
@@ -257,8 +273,7 @@ TEST_F(Snapshot, AVisitEndsAtADamagedSentence)
     const auto text = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0,M,A,,a") + "\r\n" +
                       support::sentence("PMGNWPL,4630.00000,N") + "\r\n" +
                       support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0,M,B,,a");
-    EXPECT_THAT(namesIn(visited(*driver(), {"/a.upt", Action::kCreate, text, {}}), "waypoint"),
-                ElementsAre("A"));
+    EXPECT_THAT(namesIn(recordsIn(*driver(), "/a.upt", text), "waypoint"), ElementsAre("A"));
 }
 
 TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
@@ -267,12 +282,24 @@ TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
     receiver.put("My POIs/sub/a.upt", {kPlain});
     receiver.put("Geocaches/c.gs", {kOak});
     receiver.put("Routes/r.rte", {kPlain, kRoute});
-    const auto records = driver()->takeSnapshot()->records();
+    const auto records = recordsIn(*driver()->takeSnapshot());
     EXPECT_THAT(namesIn(records, "waypoint"), ElementsAre("Old", "P", "Oak"));
     EXPECT_THAT(namesIn(records, "route"), ElementsAre("R"));
     const auto& first = *records.findArray("waypoint")->front().as<gps::Dictionary>();
     EXPECT_EQ(*gps::findPoint(first), (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
     EXPECT_FALSE(records.contains("track"));
+}
+
+TEST_F(Snapshot, HasTheLastOfSeveralWaypointsWithOneNameAtThePositionOfTheFirst)
+{
+    receiver.put(
+        "My POIs/a.upt",
+        {kPlain, kOld, support::sentence("PMGNWPL,4700.00000,N,00715.00000,E,0000400,M,P,new,b")});
+    const auto records = recordsIn(*driver()->takeSnapshot());
+    EXPECT_THAT(namesIn(records, "waypoint"), ElementsAre("P", "Old"));
+    const auto& first = *records.findArray("waypoint")->front().as<gps::Dictionary>();
+    EXPECT_EQ(*first.findString("comment"), "new");
+    EXPECT_EQ(gps::findPoint(first)->latitude, 47);
 }
 
 TEST_F(Snapshot, HasEachFileByteForByteButNotTracksHiddenOnesAndFolders)
@@ -297,7 +324,7 @@ TEST_F(Snapshot, ADamagedFileContributesNoRecordsAndTheOthersAreComplete)
     receiver.put("My POIs/a.upt", {kOld, support::sentence("PMGNWPL,4630.00000,N")});
     receiver.folder().put("My POIs/b.upt", "caf\xE9");
     receiver.put("My POIs/c.upt", {kPlain});
-    EXPECT_THAT(namesIn(driver()->takeSnapshot()->records(), "waypoint"), ElementsAre("P"));
+    EXPECT_THAT(namesIn(recordsIn(*driver()->takeSnapshot()), "waypoint"), ElementsAre("P"));
 }
 
 TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndHasTheRecordsOfBoth)
@@ -306,8 +333,8 @@ TEST_F(Snapshot, AFolderOfTwoKindsIsReadOnceAndHasTheRecordsOfBoth)
     receiver.put("My POIs/all", {kPlain, kOak, kRoute});
     const auto snapshot = driver()->takeSnapshot();
     EXPECT_THAT(snapshot->files(), SizeIs(1));
-    EXPECT_THAT(namesIn(snapshot->records(), "waypoint"), ElementsAre("P", "Oak"));
-    EXPECT_THAT(namesIn(snapshot->records(), "route"), ElementsAre("R"));
+    EXPECT_THAT(namesIn(recordsIn(*snapshot), "waypoint"), ElementsAre("P", "Oak"));
+    EXPECT_THAT(namesIn(recordsIn(*snapshot), "route"), ElementsAre("R"));
 }
 
 TEST_F(Snapshot, IncludesTheDefaultFileOfAFolderThatCannotBeListed)
@@ -340,7 +367,7 @@ TEST_F(Snapshot, IgnoresLaterChangesOfTheDevice)
     const auto snapshot = driver()->takeSnapshot();
     receiver.put("My POIs/Default POI File.upt", {kPlain});
     std::filesystem::remove_all(receiver.path("USBTRANS"));
-    EXPECT_THAT(namesIn(snapshot->records(), "waypoint"), ElementsAre("Old"));
+    EXPECT_THAT(namesIn(recordsIn(*snapshot), "waypoint"), ElementsAre("Old"));
     const auto planned = snapshot->planSend({{"waypoint", gps::Array{waypoint("A")}}});
     EXPECT_THAT(planned.files.at(0).content, HasSubstr(",Old,"));
 }

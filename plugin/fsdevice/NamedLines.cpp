@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// Splitting a line again takes less time than keeping its fields: they are five times as large.
+
+#include "NamedLines.h"
+
+#include "../codec/GeoCacheSentence.h"
+#include "../codec/SentenceFields.h"
+#include "../codec/WayPointSentence.h"
+#include "FileSentences.h"
+
+#include <utility>
+
+namespace magellan {
+
+const NamedKind kWayPointLines{RecordKind::kWaypoints, kWayPointSentence, readWayPoint,
+                               wayPointName};
+const NamedKind kGeoCacheLines{RecordKind::kGeocaches, kGeoCacheSentence, readGeoCache,
+                               geoCacheName};
+
+NamedLines::NamedLines(const NamedKind& kind, std::string_view text, gps::LineAccount& account)
+    : kind_(kind)
+{
+    forEachSentence(text, kind.sentence, account,
+                    [&](const SentenceFields& fields, std::uint64_t number) -> Skipped {
+                        const auto name = kind.nameIn(fields);
+                        if (!name)
+                            return gps::SkipReason::kNoName;
+                        const auto body = fields.from(0);
+                        const Line line{body.data(), static_cast<std::uint32_t>(body.size()),
+                                        static_cast<std::uint32_t>(number)};
+                        const auto index = names_.indexOf(*name);
+                        if (index == lines_.size())
+                            lines_.push_back(line);
+                        else
+                            addReplaced(account, std::exchange(lines_[index], line).number);
+                        return std::nullopt;
+                    });
+}
+
+void NamedLines::read(std::size_t index, gps::GPSPoint& point, gps::Dictionary& record) const
+{
+    const auto& line = lines_[index];
+    kind_.read(SentenceFields{{line.body, line.length}}, point, &record);
+}
+
+void NamedLines::read(std::size_t index, gps::Dictionary& record) const
+{
+    gps::GPSPoint point;
+    read(index, point, record);
+    record.set(gps::kPointKey, point);
+}
+
+} // namespace magellan

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// NamedLines: the record lines of a waypoint or geocache file by name. Downloads, snapshots and
+// merges keep one record per name of files that may have millions of lines. So this keeps where
+// the lines are, and decodes a line when its record is needed. Not thread-safe. [any]
+
+#pragma once
+
+#include "../common/NameTable.h"
+#include "../common/RecordKind.h"
+
+#include <gps/GPSTransferAccount.h>
+#include <gps/Value.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace magellan {
+
+class SentenceFields;
+
+/// A kind whose files hold one record per line, identified by name.
+struct NamedKind {
+    RecordKind kind;
+    std::string_view sentence; ///< the first field of its lines
+    void (*read)(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record);
+    std::optional<std::string_view> (*nameIn)(const SentenceFields& fields);
+};
+
+extern const NamedKind kWayPointLines;
+extern const NamedKind kGeoCacheLines;
+
+class NamedLines {
+public:
+    /// Finds the last line of each name, and records what becomes of each line.
+    /// Precondition: the text outlives this object.
+    /// @throws gps::RangeError  a sentence is truncated
+    NamedLines(const NamedKind& kind, std::string_view text, gps::LineAccount& account);
+
+    /// How many names the lines have. Their indices are below it, in order of first appearance.
+    [[nodiscard]] std::size_t count() const noexcept { return lines_.size(); }
+
+    /// Returns the index of a name. One that no line has gets an index from count() on.
+    /// Precondition: the text behind the name outlives this object.
+    [[nodiscard]] std::size_t indexOf(std::string_view name) { return names_.indexOf(name); }
+
+    /// Decodes the last line of a name.
+    /// Precondition: `index` is below count().
+    /// @param record  gets the line's keys, without "point"
+    void read(std::size_t index, gps::GPSPoint& point, gps::Dictionary& record) const;
+
+    /// The same, with "point".
+    void read(std::size_t index, gps::Dictionary& record) const;
+
+private:
+    /// Files have at most 2 GiB, and a line has at least two bytes.
+    struct Line {
+        const char* body;
+        std::uint32_t length;
+        std::uint32_t number;
+    };
+
+    const NamedKind& kind_;
+    NameTable names_;
+    std::vector<Line> lines_; // by index in names_
+};
+
+} // namespace magellan
