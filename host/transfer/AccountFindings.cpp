@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -15,9 +14,6 @@ namespace {
 
 using gps::SkipReason;
 using Cause = SessionGap::Cause;
-
-constexpr std::string_view kBaudCommand = "PMGNCMD,BAUD,";
-constexpr std::string_view kTransferOffCommand = "PMGNCMD,TOFF";
 
 bool isDamage(SkipReason reason) noexcept
 {
@@ -64,19 +60,17 @@ Cause causeOfEnd(gps::PhaseEnd end) noexcept
     return Cause::kNotReached;
 }
 
-// From TOFF on, commands restore the receiver's state, the speed among it.
 void addUnacknowledged(std::vector<SessionGap>& gaps,
                        const std::vector<gps::CommandAccount>& commands)
 {
-    bool isClosingDown = false;
+    using Purpose = gps::CommandPurpose;
     for (const auto& command : commands) {
-        isClosingDown = isClosingDown || command.command == kTransferOffCommand;
         if (command.acknowledged)
             continue;
-        const bool isSpeed = command.command.starts_with(kBaudCommand) && !isClosingDown;
-        gaps.push_back({.cause = isSpeed ? Cause::kSpeedRefused : Cause::kNotAcknowledged,
+        const bool isSpeedUp = command.purpose == Purpose::kSpeedUp;
+        gaps.push_back({.cause = isSpeedUp ? Cause::kSpeedRefused : Cause::kNotAcknowledged,
                         .subject = command.command,
-                        .isClosingDown = isClosingDown});
+                        .isClosingDown = command.purpose == Purpose::kRestore});
     }
 }
 

@@ -88,9 +88,12 @@ void OperationAccount::addUnseen(std::string_view kind, const std::string& path,
         ++account_.omitted;
 }
 
-gps::CommandAccount& OperationAccount::addCommand(std::string_view command) noexcept
+gps::CommandAccount& OperationAccount::addCommand(std::string_view command,
+                                                  gps::CommandPurpose purpose) noexcept
 {
-    if (append(account_.commands, [&] { return gps::CommandAccount{std::string{command}}; }))
+    if (append(account_.commands, [&] {
+            return gps::CommandAccount{.command = std::string{command}, .purpose = purpose};
+        }))
         return account_.commands.back();
     ++account_.omitted;
     spareCommand_ = {};

@@ -34,7 +34,8 @@ public:
                    const gps::Error& error) noexcept;
 
     /// Adds a command. The reference is valid until the next call.
-    [[nodiscard]] gps::CommandAccount& addCommand(std::string_view command) noexcept;
+    [[nodiscard]] gps::CommandAccount& addCommand(std::string_view command,
+                                                  gps::CommandPurpose purpose) noexcept;
 
     /// Returns the phase of a kind, which is added if it is missing. The reference is valid until
     /// the next phase is added.

@@ -100,10 +100,15 @@ std::optional<std::string> CommandLink::readResponseWithChecksum()
     return std::string{*reply};
 }
 
-bool CommandLink::sendCommandWithChecksum(std::string_view body)
+gps::CommandAccount& CommandLink::addCommand(std::string_view body, gps::CommandPurpose purpose)
+{
+    return account_.addCommand(body, isClosing_ ? gps::CommandPurpose::kRestore : purpose);
+}
+
+bool CommandLink::sendCommandWithChecksum(std::string_view body, gps::CommandPurpose purpose)
 {
     const auto expected = acknowledgementOf(body);
-    auto& command = account_.addCommand(body);
+    auto& command = addCommand(body, purpose);
     while (!command.acknowledged && command.attempts < kAttempts) {
         ++command.attempts;
         command.acknowledged = sendCommandAwaitResponse(body) == expected;
@@ -114,7 +119,7 @@ bool CommandLink::sendCommandWithChecksum(std::string_view body)
 bool CommandLink::sendLastCommand(std::string_view body)
 {
     const auto expected = acknowledgementOf(body);
-    auto& command = account_.addCommand(body);
+    auto& command = addCommand(body, gps::CommandPurpose::kRestore);
     while (!command.acknowledged && command.attempts < kLastAttempts) {
         ++command.attempts;
         sendCommand(body);

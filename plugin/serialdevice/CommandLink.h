@@ -54,8 +54,10 @@ public:
 
     /// `sendCommandWithChecksum:`: sends a body until the receiver acknowledges it, at most
     /// kAttempts times. Any other reply is dropped and counts as a failed attempt.
-    /// @return  whether it was acknowledged
-    bool sendCommandWithChecksum(std::string_view body);
+    /// @param purpose  for the account; after beginClosing() it is always kRestore
+    /// @return         whether it was acknowledged
+    bool sendCommandWithChecksum(std::string_view body,
+                                 gps::CommandPurpose purpose = gps::CommandPurpose::kTransfer);
 
     /// The same for a session that closes down because of a request to stop: sends the command
     /// twice at most, and reads past what the receiver was sending.
@@ -79,6 +81,8 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::string> readReply();
+    [[nodiscard]] gps::CommandAccount& addCommand(std::string_view body,
+                                                  gps::CommandPurpose purpose);
 
     gps::OrvSerial& serial_;
     OperationMonitor& monitor_;

@@ -123,7 +123,7 @@ std::optional<gps::Error> DownloadSession::open()
 std::optional<std::string> DownloadSession::probe()
 {
     constexpr std::string_view kQuestion = "PMGNCMD,VERSION";
-    auto& command = account_.addCommand(kQuestion);
+    auto& command = account_.addCommand(kQuestion, gps::CommandPurpose::kTransfer);
     for (const int speed : kProbeSpeeds) {
         serial_.setBaudRate(speed);
         for (int attempt = 0; attempt < kProbeAttempts; ++attempt) {
@@ -262,7 +262,7 @@ void DownloadSession::changeSpeed(int bitsPerSecond)
 {
     link_.stopIfRequested();
     try {
-        link_.sendCommandWithChecksum(speedCommand(bitsPerSecond));
+        link_.sendCommandWithChecksum(speedCommand(bitsPerSecond), gps::CommandPurpose::kSpeedUp);
     } catch (const StopRequest&) { // the receiver may have changed its speed already
         serial_.setBaudRate(bitsPerSecond);
         throw;

@@ -93,11 +93,21 @@ struct PhaseAccount {
     LineAccount lines{};
 };
 
+/// What a session sends a command for.
+enum class CommandPurpose : std::uint8_t {
+    kTransfer, ///< finds the receiver, prepares it for the transfer, or requests data
+    kSpeedUp,  ///< changes to the speed of the transfer
+    kRestore,  ///< restores the receiver's state after the transfer, the speed included
+};
+
 /// A command of a serial session that is repeated until it is answered, with all its attempts.
 struct CommandAccount {
     std::string command{}; ///< its body, such as "PMGNCMD,TON"
     int attempts = 0;
-    bool acknowledged = false; ///< of "PMGNCMD,VERSION": whether a receiver answered at all
+    /// Whether the receiver acknowledged it. For the question that finds a receiver: whether one
+    /// answered.
+    bool acknowledged = false;
+    CommandPurpose purpose = CommandPurpose::kTransfer;
 };
 
 /// What answered on a serial line.

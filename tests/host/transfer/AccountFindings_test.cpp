@@ -35,9 +35,12 @@ gps::TransferAccount cleanSession()
     gps::TransferAccount account;
     for (const char* kind : {"waypoints", "tracks", "routes"})
         account.phases.push_back({kind, PhaseEnd::kEnd, lines(3, 3)});
-    for (const char* command : {"PMGNCMD,TON", "PMGNCMD,BAUD,115200", "PMGNCMD,TOFF",
-                                "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"})
-        account.commands.push_back({command, 1, true});
+    using enum gps::CommandPurpose;
+    account.commands = {{"on", 1, true, kTransfer},
+                        {"fast", 1, true, kSpeedUp},
+                        {"off", 1, true, kRestore},
+                        {"silent", 1, true, kRestore},
+                        {"slow", 1, true, kRestore}};
     return account;
 }
 

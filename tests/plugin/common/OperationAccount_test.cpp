@@ -48,7 +48,7 @@ TEST(OperationAccount, HasAThousandElementsOfEachSortAndCountsTheRest)
             OperationAccount account{monitor};
             for (std::size_t i = 0; i < elements; ++i) {
                 account.addUnseen("tracks", "/x", gps::Error{"domain", 1});
-                account.addCommand("PMGNCMD,TON").attempts = 1;
+                account.addCommand("PMGNCMD,TON", gps::CommandPurpose::kTransfer).attempts = 1;
             }
         }
         EXPECT_EQ(monitor.account().unseen.size(), kMost);

@@ -82,8 +82,20 @@ std::vector<std::string> phasesOf(const gps::TransferAccount& account)
 std::vector<std::string> commandsOf(const gps::TransferAccount& account)
 {
     std::vector<std::string> texts;
-    for (const auto& [command, attempts, acknowledged] : account.commands)
-        texts.push_back(command + " " + std::to_string(attempts) + (acknowledged ? " yes" : " no"));
+    for (const auto& command : account.commands)
+        texts.push_back(command.command + " " + std::to_string(command.attempts) +
+                        (command.acknowledged ? " yes" : " no"));
+    return texts;
+}
+
+std::vector<std::string> commandsFor(const gps::TransferAccount& account,
+                                     gps::CommandPurpose purpose)
+{
+    std::vector<std::string> texts;
+    for (const auto& command : account.commands) {
+        if (command.purpose == purpose)
+            texts.push_back(command.command);
+    }
     return texts;
 }
 
@@ -112,6 +124,16 @@ TEST(SessionAccount, OfACleanSessionIsAllEndAndAcknowledged)
     EXPECT_EQ(session.account().omitted, 0U);
     EXPECT_THAT(session.account().files, IsEmpty());
     EXPECT_THAT(session.account().unseen, IsEmpty());
+}
+
+TEST(SessionAccount, SaysWhatEachCommandIsFor)
+{
+    using enum gps::CommandPurpose;
+    const auto account = SimulatedSession{{.sentences = someSentences()}}.account();
+    EXPECT_THAT(commandsFor(account, kSpeedUp), ElementsAre("PMGNCMD,BAUD,115200"));
+    EXPECT_THAT(commandsFor(account, kRestore),
+                ElementsAre("PMGNCMD,TOFF", "PMGNCMD,HANDOFF", "PMGNCMD,BAUD,4800"));
+    EXPECT_THAT(commandsFor(account, kTransfer), SizeIs(account.commands.size() - 4));
 }
 
 TEST(SessionAccount, OfACleanSessionWithHandshakingOnIsTheSame)
