@@ -16,10 +16,10 @@ namespace support {
 
 class TemporaryFolder {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path())
     {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "magellan-test-XXXXXX").string();
+        std::string name = (parent / "magellan-test-XXXXXX").string();
         path_ = ::mkdtemp(name.data());
         // Child processes without privileges must be able to read it.
         std::filesystem::permissions(path_, std::filesystem::perms{0755});

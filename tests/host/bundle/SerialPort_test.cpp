@@ -31,7 +31,8 @@ std::string textOf(const gps::Error& error)
 
 TEST(SerialPort, LocationIsACharacterDeviceALinkToOneOrOneThatIsGone)
 {
-    const support::TemporaryFolder folder;
+    // Not where temporary files are, which may be below /dev.
+    const support::TemporaryFolder folder{MAGELLAN_BIN_DIR};
     const support::PseudoTerminal port;
     std::filesystem::create_symlink(port.path(), folder.path("link"));
     std::filesystem::create_symlink("nowhere", folder.path("dangling"));
