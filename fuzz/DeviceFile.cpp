@@ -3,6 +3,9 @@
 
 #include "DeviceFile.h"
 
+#include <gps/GPSTransferAccount.h>
+#include <plugin/fsdevice/DeviceFileReaders.h>
+
 #include <utility>
 
 namespace fuzz {
@@ -62,6 +65,14 @@ std::string joinedLines(const std::vector<std::string>& lines)
     for (const auto& line : lines)
         text += line + "\r\n";
     return text;
+}
+
+Records recordsIn(magellan::RecordKind kind, std::string_view text)
+{
+    Records records;
+    gps::LineAccount lines;
+    magellan::reportRecords(kind, records, text, lines);
+    return records;
 }
 
 } // namespace fuzz

@@ -5,7 +5,6 @@
 
 #include <plugin/codec/RouteSentence.h>
 #include <plugin/codec/WayPointSentence.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <cstdint>
 #include <string>
@@ -30,11 +29,6 @@ std::string written(const fuzz::Records& records)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    fuzz::checkFile(
-        fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) {
-            return magellan::acquireRoutes(records, path);
-        },
-        written);
+    fuzz::checkFile(fuzz::textOf(data, size), magellan::RecordKind::kRoutes, written);
     return 0;
 }

@@ -9,16 +9,17 @@
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>
 #include <gps/Value.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/OrvUtils/OrvSerial.h>
 #include <plugin/common/OperationAccount.h>
 #include <plugin/common/OperationMonitor.h>
 #include <plugin/serialdevice/DownloadSession.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <tests/support/MemoryLine.h>
 
 namespace {
 
@@ -71,32 +72,60 @@ private:
     bool hasRoute_ = false;
 };
 
-/// Queues each line of the text as one answer of the receiver. @return  the number of valid
-/// sentences
-std::size_t queueLines(std::string_view text, bool framed, support::MemoryLine& line)
-{
-    std::size_t valid = 0;
-    for (;;) {
-        const auto end = text.find('\n');
-        const auto answer = text.substr(0, end);
-        if (answer == "~") {
-            line.keepsSilent();
-        } else {
-            const auto sentence = framed ? fuzz::withChecksum(answer) : std::string{answer};
-            valid += gps::NMEAUtils::checkAndTrimNMEASentence(sentence) ? 1U : 0U;
-            line.says(sentence);
-        }
-        if (end == text.npos)
-            return valid;
-        text.remove_prefix(end + 1);
+/// A line whose receiver answers each read with the next line of a text. It keeps no record of the
+/// session, as test lines do, because that would take longer than the session.
+class TextLine final : public gps::OrvSerial {
+public:
+    /// @param framed  whether to make a sentence of each line
+    TextLine(std::string_view text, bool framed) : rest_(text), framed_(framed) {}
+
+    void setBaudRate(int /*bitsPerSecond*/) override {}
+    [[nodiscard]] int openWithDevicePath(const char* /*path*/) override { return 0; }
+    void close() override {}
+    void sendString(std::string_view text, gps::StringEncoding /*encoding*/) override
+    {
+        if (!text.starts_with("$PMGNCSM,"))
+            return;
+        ++acknowledged_;
+        fuzz::require(acknowledged_ <= valid_, "only valid sentences are acknowledged");
     }
-}
+    [[nodiscard]] std::optional<std::string> readStringTo(std::string_view terminator,
+                                                          float /*timeoutSeconds*/) override
+    {
+        const auto answer = nextLine();
+        if (!answer || answer == "~")
+            return std::nullopt;
+        auto line = framed_ ? fuzz::withChecksum(*answer) : std::string{*answer};
+        valid_ += gps::NMEAUtils::checkAndTrimNMEASentence(line) ? 1U : 0U;
+        bytesReceived_ += line.size() + terminator.size();
+        return line;
+    }
+    [[nodiscard]] std::uint64_t bytesReceived() const noexcept override { return bytesReceived_; }
+
+private:
+    /// Nullopt after the last line.
+    std::optional<std::string_view> nextLine()
+    {
+        if (!rest_)
+            return std::nullopt;
+        const auto line = rest_->substr(0, rest_->find('\n'));
+        if (line.size() < rest_->size())
+            rest_->remove_prefix(line.size() + 1);
+        else
+            rest_.reset();
+        return line;
+    }
+
+    std::optional<std::string_view> rest_; // nullopt once all lines were read
+    bool framed_;
+    std::size_t valid_ = 0; // sentences read
+    std::size_t acknowledged_ = 0;
+    std::uint64_t bytesReceived_ = 0;
+};
 
 void checkSession(std::string_view text, bool framed)
 {
-    support::MemoryLineLog done;
-    support::MemoryLine line{done};
-    const auto valid = queueLines(text, framed, line);
+    TextLine line{text, framed};
     const gps::Dictionary work{
         {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
     Transfers status;
@@ -108,10 +137,6 @@ void checkSession(std::string_view text, bool framed)
                       "a session that ends without an error has ended its transfers");
     } catch (const gps::RangeError&) { // a sentence is too short
     }
-    std::size_t acknowledged = 0;
-    for (const auto& body : done.sent())
-        acknowledged += body.starts_with("PMGNCSM,") ? 1U : 0U;
-    fuzz::require(acknowledged <= valid, "only valid sentences are acknowledged");
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "DeviceFile.h"
 
 #include <plugin/codec/TrackPointSentence.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <cstdint>
 #include <string>
@@ -29,11 +28,6 @@ std::string written(const fuzz::Records& records)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    fuzz::checkFile(
-        fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) {
-            return magellan::acquireTracks(records, path);
-        },
-        written);
+    fuzz::checkFile(fuzz::textOf(data, size), magellan::RecordKind::kTracks, written);
     return 0;
 }

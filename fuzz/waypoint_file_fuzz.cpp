@@ -4,21 +4,16 @@
 #include "DeviceFile.h"
 
 #include <plugin/codec/WayPointSentence.h>
-#include <plugin/fsdevice/DeviceFileReaders.h>
 
 #include <cstdint>
 #include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    fuzz::checkFile(
-        fuzz::textOf(data, size),
-        [](fuzz::Records& records, const std::string& path) {
-            return magellan::acquireWayPoints(records, path);
-        },
-        [](const fuzz::Records& records) {
-            return fuzz::joinedLines(
-                magellan::makeWayPointSentencesFromWaypointList(records.waypoints));
-        });
+    fuzz::checkFile(fuzz::textOf(data, size), magellan::RecordKind::kWaypoints,
+                    [](const fuzz::Records& records) {
+                        return fuzz::joinedLines(
+                            magellan::makeWayPointSentencesFromWaypointList(records.waypoints));
+                    });
     return 0;
 }
