@@ -28,6 +28,18 @@ void openClosedStandardStreams()
         ::close(file);
 }
 
+// Whether an allocation of this thread has failed. A function that must not throw may end the
+// program without catching the exception first, as some of the standard library do; then nobody can
+// ask for the exception's type.
+thread_local bool hasMemoryRunOut = false;
+
+/// Called by operator new when there is no memory.
+[[noreturn]] void reportLackOfMemory()
+{
+    hasMemoryRunOut = true;
+    throw std::bad_alloc{};
+}
+
 /// Ends the program with a message if memory has run out where no handler is: on a driver's thread,
 /// or in a function that must not throw. Files get their names only when they are complete, so
 /// there is nothing to undo. Any other exception is a defect, and leaves a core.
@@ -38,6 +50,8 @@ void openClosedStandardStreams()
     try {
         if (const auto current = std::current_exception())
             std::rethrow_exception(current);
+        if (hasMemoryRunOut && std::uncaught_exceptions() > 0)
+            throw std::bad_alloc{};
     } catch (const std::bad_alloc&) {
         (void)!::write(STDERR_FILENO, kText.data(), kText.size());
         std::_Exit(static_cast<int>(host::ExitStatus::kFailed));
@@ -52,6 +66,7 @@ void openClosedStandardStreams()
 int main(int argc, char** argv)
 {
     openClosedStandardStreams();
+    std::set_new_handler(reportLackOfMemory);
     std::set_terminate(leaveForLackOfMemory);
     const auto status = static_cast<int>(host::runProgram(argc, argv));
     if (host::hasAbandonedOperation()) { // its thread must not meet destroyed objects
