@@ -45,7 +45,8 @@ std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& d
     return failure;
 }
 
-// A backup that was stopped fails. Any other failure is reported, whether or not there is a request.
+// A backup that was stopped fails. Any other failure is reported, whether or not there is a
+// request.
 void writeOrStop(const Restore& restore, const DataFolders& device, const RestoreRequest& request,
                  RestoreReport& report)
 {

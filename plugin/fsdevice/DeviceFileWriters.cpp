@@ -96,7 +96,7 @@ public:
 
     /// Visits the records in order, until `visit` returns false.
     /// @return  whether all were visited
-    template <typename Visit> bool forEach(Visit visit) const
+    template <typename Visit> [[nodiscard]] bool forEach(Visit visit) const
     {
         gps::Value own{gps::Dictionary{}}; // one for all of the file's records
         for (std::size_t index = 0; index < size(); ++index) {
@@ -279,7 +279,7 @@ std::string mergedWaypointText(const gps::Array& records, std::string_view prese
     }
     FileText text{merge.size()};
     const auto add = [&](std::string_view sentence) { text.add(sentence); };
-    merge.forEach([&](const gps::Value& element) {
+    (void)merge.forEach([&](const gps::Value& element) {
         visitWayPointSentence(element, add);
         return true;
     });
