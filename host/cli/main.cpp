@@ -33,7 +33,7 @@ void openClosedStandardStreams()
 // ask for the exception's type.
 thread_local bool hasMemoryRunOut = false;
 
-/// Called by operator new when there is no memory.
+/// The program's new-handler: operator new calls it when an allocation fails.
 [[noreturn]] void reportLackOfMemory()
 {
     hasMemoryRunOut = true;

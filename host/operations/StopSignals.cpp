@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Waits for the signals with sigwait() on a thread of its own, because a signal handler may
-// call hardly any function.
+// Waits for the signals with sigwait() on a thread of its own, because a signal handler may call
+// hardly any function.
 
 #include "host/operations/StopSignals.h"
 

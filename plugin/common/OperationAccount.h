@@ -50,8 +50,9 @@ private:
 
     OperationMonitor& monitor_;
     gps::TransferAccount account_;
-    std::size_t details_ = 0;          // that the account has
-    gps::CommandAccount spareCommand_; // filled, and dropped, if there is no memory for another
+    std::size_t details_ = 0; // that the account has
+    // Returned by addCommand() and phase() if memory has run out. They are not in the account.
+    gps::CommandAccount spareCommand_;
     gps::PhaseAccount sparePhase_;
 };
 

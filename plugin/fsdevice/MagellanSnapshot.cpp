@@ -276,20 +276,19 @@ void visitRecordsInFile(std::string_view path, std::string_view text,
                         const gps::RecordVisitor& visit)
 {
     const auto extension = gps::pathExtension(path);
-    const auto visitWaypoint = [&visit](const gps::Dictionary& record) {
-        visit("waypoint", record);
-    };
     if (extension == "log")
         return visit("track", trackIn(text));
     if (extension == "rte")
         return visitRoutes(text, visit);
+    const auto visitWaypoint = [&visit](const gps::Dictionary& record) {
+        visit("waypoint", record);
+    };
     try {
         if (extension == "upt")
             visitWayPoints(text, visitWaypoint);
         else if (extension == "gs")
             visitGeoCaches(text, visitWaypoint);
-    } catch (const gps::RangeError&) {
-        return;
+    } catch (const gps::RangeError&) { // the records before a truncated sentence were visited
     }
 }
 
