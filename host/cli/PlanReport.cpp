@@ -152,6 +152,7 @@ std::string_view problemOf(SentFile::Result result)
     case SentFile::Result::kPutBack:
     case SentFile::Result::kLost: // these two have messages of their own
     case SentFile::Result::kWritten:
+    case SentFile::Result::kRenamed:
     case SentFile::Result::kBlocked:
     case SentFile::Result::kNothingToWrite:
         break;
@@ -201,7 +202,7 @@ void addLosses(const SendReport& report, std::vector<std::string>& sentences)
 
 bool isWritten(const SentFile& file)
 {
-    return file.result == SentFile::Result::kWritten;
+    return file.result == SentFile::Result::kWritten || file.result == SentFile::Result::kRenamed;
 }
 
 bool isOld(const SentFile& file)
@@ -241,7 +242,8 @@ void addFileStates(const SendReport& report, const PreparedSend& send,
         std::vector<std::string> paths;
         for (const auto& file : files) {
             if (belongs(file))
-                paths.emplace_back(relativeTo(send.device.location, file.path));
+                paths.emplace_back(relativeTo(
+                    send.device.location, file.writtenPath.empty() ? file.path : file.writtenPath));
         }
         if (!paths.empty())
             sentences.push_back(fmt::format("{}: {}.", what, listOf(paths, paths.size())));
@@ -352,6 +354,23 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     }
     if (report.wasRun() && send.isPlanned() && !report.isComplete())
         addFileStates(report, send, sentences);
+    return sentences;
+}
+
+std::vector<std::string> renamingNotes(const SendReport& report, const PreparedSend& send)
+{
+    std::vector<std::string> sentences;
+    std::size_t renamed = 0;
+    for (const auto& file : report.files) {
+        if (file.result != SentFile::Result::kRenamed || ++renamed > kMostRecords)
+            continue;
+        sentences.push_back(fmt::format("A track was written to {}, not to {} as planned.",
+                                        relativeTo(send.device.location, file.writtenPath),
+                                        relativeTo(send.device.location, file.path)));
+    }
+    if (renamed > kMostRecords)
+        sentences.push_back(fmt::format("Written under other names than planned: {} more.",
+                                        groupedText(renamed - kMostRecords)));
     return sentences;
 }
 

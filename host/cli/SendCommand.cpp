@@ -160,6 +160,8 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
         note("The device's files are kept in the backup " + report.backup->path);
     for (const auto& name : report.deletedBackups)
         note("An older backup was deleted, because enough newer ones are kept: " + name);
+    for (const auto& sentence : renamingNotes(report, send))
+        note(sentence);
     showErrors(sendErrors(report, send));
     const bool isComplete = report.isComplete();
     if (!options_.verbose) { // otherwise each line was printed when it was logged

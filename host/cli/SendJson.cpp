@@ -19,9 +19,9 @@ namespace {
 constexpr std::size_t kMostEntries = 1000;
 
 constexpr std::array<std::string_view, 3> kActions{"create", "merge", "skip"};
-constexpr std::array<std::string_view, 8> kResults{"written",   "missing",         "unreadable",
-                                                   "different", "put back",        "lost",
-                                                   "blocked",   "nothing to write"};
+constexpr std::array<std::string_view, 9> kResults{"written",    "renamed",   "missing",
+                                                   "unreadable", "different", "put back",
+                                                   "lost",       "blocked",   "nothing to write"};
 
 // A list of JSON objects. What does not fit is counted.
 template <typename List, typename Convert>
@@ -62,6 +62,7 @@ Json fileJson(const gps::PlannedFile& planned, const SentFile* sent)
             {"path", planned.path},
             {"action", wordFor(planned.action, kActions)},
             {"result", sent != nullptr ? wordFor(sent->result, kResults) : Json()},
+            {"writtenAs", sent != nullptr ? nameJson(sent->writtenPath) : Json()},
             {"asBefore", isKnown ? Json(sent->isAsBefore) : Json()},
             {"droppedLines", planned.droppedLines},
             {"lostRecords", sent != nullptr ? sent->lostRecords : 0},

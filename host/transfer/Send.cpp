@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/RenamedTracks.h"
 
 #include <gps/GPSSessionControl.h>
 
@@ -115,10 +116,12 @@ const gps::DeviceFile* findFile(const gps::DeviceSnapshot& snapshot, const std::
     return found != files.end() ? &*found : nullptr;
 }
 
-void check(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
+void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTracker& progress,
+           SendReport& report)
 {
     progress.begin(TransferPhase::kReadingBack);
     report.files = checkFiles(send.plan, send.snapshot->dataFolders());
+    renamed.find(send.plan, report.files);
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         const auto& planned = send.plan.files[i];
         const auto* const before = findFile(*send.snapshot, planned.path);
@@ -132,6 +135,7 @@ void check(const PreparedSend& send, ProgressTracker& progress, SendReport& repo
 
 void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
 {
+    const RenamedTracks renamed{send.plan};
     progress.begin(TransferPhase::kSending);
     const DataToSend data{send};
     auto outcome = run(send, data.get(), progress);
@@ -143,7 +147,7 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
     report.moreLogLines = outcome.moreLines;
     addErrors(send, data.get(), outcome, report);
     if (send.isPlanned() && !report.answer)
-        check(send, progress, report);
+        check(send, renamed, progress, report);
     // A request that came after the last write has stopped nothing.
     report.wasStopped = isStopRequested(send) && !report.isComplete();
 }
@@ -154,6 +158,7 @@ bool SendReport::isComplete() const noexcept
 {
     const auto isGood = [](const SentFile& file) {
         return file.result == SentFile::Result::kWritten ||
+               file.result == SentFile::Result::kRenamed ||
                file.result == SentFile::Result::kNothingToWrite;
     };
     return wasRun() && !wasStopped && errors.empty() && moreErrors == 0 && missingKinds.empty() &&

@@ -117,6 +117,7 @@ bool isAsBefore(const SentFile& file, const gps::DeviceFile* before)
         return before != nullptr && !gps::FileManager{}.readFile(file.path, present) &&
                present == before->content;
     case Result::kWritten:
+    case Result::kRenamed:
     case Result::kUnreadable:
     case Result::kLost:
         break;

@@ -19,6 +19,7 @@ namespace host {
 struct SentFile {
     enum class Result {
         kWritten,        ///< holds exactly what was planned
+        kRenamed,        ///< what was planned is in another new file: see RenamedTracks
         kMissing,        ///< does not exist
         kUnreadable,     ///< cannot be read, so it may hold anything of these
         kDifferent,      ///< holds something else
@@ -28,10 +29,11 @@ struct SentFile {
         kNothingToWrite, ///< was not to be written, as the plan said
     };
 
-    std::string path;
+    std::string path; ///< as planned
     Result result;
     std::size_t lostRecords = 0;            ///< kPutBack, kLost: how many were lost
     std::optional<gps::Error> writeError{}; ///< kLost: why the file could not be put back
+    std::string writtenPath{};              ///< kRenamed: the file that holds what was planned
     bool isAsBefore = false; ///< whether it is as it was before the send, and not as planned
 };
 

@@ -223,6 +223,35 @@ TEST(PlanReport, FailedSendNamesTheFilesThatAreNewAndThoseThatAreAsBefore)
                             "Nothing was written: every file of the device is as it was."));
 }
 
+host::SentFile renamedTrack(const char* path, const char* writtenPath)
+{
+    return {.path = path, .result = Result::kRenamed, .writtenPath = writtenPath};
+}
+
+TEST(PlanReport, TrackUnderAnotherNameIsNamedAndIsNotAnError)
+{
+    host::SendReport report;
+    report.files = {{"/dev/T/a", Result::kWritten}, renamedTrack("/dev/T/b", "/dev/T/c")};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()), IsEmpty());
+    EXPECT_THAT(host::renamingNotes(report, plannedSend()),
+                ElementsAre("A track was written to T/c, not to T/b as planned."));
+    report.wasStopped = true;
+    EXPECT_THAT(
+        host::sendErrors(report, plannedSend()),
+        ElementsAre("The send was stopped. Send again to write the rest.", "Written: T/a, T/c."));
+}
+
+TEST(PlanReport, OnlyTenRenamedTracksAreNamed)
+{
+    host::SendReport report;
+    report.files.assign(10, renamedTrack("/dev/a", "/dev/b"));
+    EXPECT_THAT(host::renamingNotes(report, plannedSend()), testing::SizeIs(10));
+    report.files.push_back(renamedTrack("/dev/a", "/dev/b"));
+    const auto notes = host::renamingNotes(report, plannedSend());
+    EXPECT_THAT(notes, testing::SizeIs(11));
+    EXPECT_EQ(notes.back(), "Written under other names than planned: 1 more.");
+}
+
 TEST(PlanReport, OnlyTheFirstTenFilesAreNamed)
 {
     host::SendReport report;

@@ -74,7 +74,8 @@ TEST_F(SendJson, FilesHaveTheirPlanAndTheirResult)
                         {"/dev/c", Action::kSkip, "", support::errorAbout("/dev/c"), "routes"}};
     auto files = document()["files"];
     EXPECT_EQ(files[0], json::parse(R"({"kind":"tracks","path":"/dev/a","action":"create",
-        "result":null,"asBefore":null,"droppedLines":0,"lostRecords":0,"error":null})"));
+        "result":null,"writtenAs":null,"asBefore":null,"droppedLines":0,"lostRecords":0,
+        "error":null})"));
     report_.files = {{"/dev/a", Result::kWritten},
                      {"/dev/b", Result::kLost, 3, support::errorAbout("/dev/b")},
                      {.path = "/dev/c", .result = Result::kBlocked, .isAsBefore = true}};
@@ -96,14 +97,31 @@ TEST_F(SendJson, EveryResultHasItsWord)
 {
     send_.plan.files = {{"/dev/a", Action::kMerge, "x", {}, "tracks"}};
     const std::vector<std::pair<Result, const char*>> words{
-        {Result::kWritten, "written"},       {Result::kMissing, "missing"},
-        {Result::kUnreadable, "unreadable"}, {Result::kDifferent, "different"},
-        {Result::kPutBack, "put back"},      {Result::kLost, "lost"},
-        {Result::kBlocked, "blocked"},       {Result::kNothingToWrite, "nothing to write"}};
+        {Result::kWritten, "written"},
+        {Result::kRenamed, "renamed"},
+        {Result::kMissing, "missing"},
+        {Result::kUnreadable, "unreadable"},
+        {Result::kDifferent, "different"},
+        {Result::kPutBack, "put back"},
+        {Result::kLost, "lost"},
+        {Result::kBlocked, "blocked"},
+        {Result::kNothingToWrite, "nothing to write"}};
     for (const auto& [result, word] : words) {
         report_.files = {{"/dev/a", result}};
         EXPECT_EQ(document()["files"][0]["result"], word);
     }
+}
+
+TEST_F(SendJson, RenamedTrackHasItsFile)
+{
+    send_.plan.files = {{"/dev/a", Action::kCreate, "x", {}, "tracks"}};
+    report_.files = {{"/dev/a", Result::kRenamed}};
+    report_.files[0].writtenPath = "/dev/b";
+    const auto renamed = document();
+    EXPECT_EQ(renamed["complete"], true);
+    EXPECT_EQ(renamed["files"][0]["path"], "/dev/a");
+    EXPECT_EQ(renamed["files"][0]["writtenAs"], "/dev/b");
+    EXPECT_EQ(renamed["files"][0]["asBefore"], false);
 }
 
 TEST_F(SendJson, LossesAndChangesAreListed)

@@ -183,6 +183,25 @@ TEST_F(Send, FileThatLostRecordsIsPutBack)
     EXPECT_EQ(folder_.read("device/Points/p"), "old");
 }
 
+TEST_F(Send, SendIsCompleteIfATrackHasAnotherName)
+{
+    plan_.files[0].kind = "tracks";
+    const auto report = perform([this] { folder_.put("device/Points/q", "new"); });
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kRenamed);
+    EXPECT_EQ(report.files[0].writtenPath, folder_.path("device/Points/q"));
+    EXPECT_FALSE(report.files[0].isAsBefore);
+}
+
+TEST_F(Send, TrackThatTheDeviceHeldBeforeIsNotTakenForTheSentOne)
+{
+    plan_.files[0].kind = "tracks";
+    folder_.put("device/Points/q", "new");
+    const auto report = perform([] {});
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kMissing);
+}
+
 TEST_F(Send, StopBeforeTheOperationSendsNothing)
 {
     request_.stopRequested = [] { return true; };
