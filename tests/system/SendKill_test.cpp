@@ -2,6 +2,9 @@
 // Sends that are killed at random times. Whatever the time, each file on the device is the complete
 // old one or the complete new one, and each backup that is listed brings back a state that the
 // device was in before a send.
+//
+// A time is chosen as a number of file events, not as a duration: how long a send takes depends on
+// what else the machine does.
 
 #include "system/Program.h"
 #include "system/Receiver.h"
@@ -9,13 +12,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <limits>
 #include <map>
 #include <random>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
+
+#include <poll.h>
+#include <sys/inotify.h>
+#include <sys/syscall.h>
 
 namespace {
 
@@ -24,8 +35,58 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kKills = 200;
 constexpr int kMostRounds = 4 * kKills; // a send that ended before its kill does not count
+constexpr int kMostEvents = 1'000'000;  // more than a send causes
 constexpr int kWaypoints = 300;
 constexpr unsigned kSeed = 20260830;
+
+// Counts what happens in some folders: each time that a file is opened, read, written, closed,
+// created, renamed or removed.
+class FileEvents {
+public:
+    explicit FileEvents(const std::vector<std::string>& folders)
+        : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        for (const auto& folder : folders) {
+            if (::inotify_add_watch(queue_, folder.c_str(), IN_ALL_EVENTS) < 0)
+                throw std::runtime_error{"cannot watch " + folder};
+        }
+    }
+    ~FileEvents() { ::close(queue_); }
+    FileEvents(const FileEvents&) = delete;
+    FileEvents& operator=(const FileEvents&) = delete;
+
+    // How many there were since the last call.
+    [[nodiscard]] int take() const
+    {
+        int count = 0;
+        alignas(inotify_event) std::array<char, 65536> events{};
+        for (ssize_t size = 0; (size = ::read(queue_, events.data(), events.size())) > 0;) {
+            for (ssize_t at = 0; at < size; ++count)
+                at += static_cast<ssize_t>(
+                    sizeof(inotify_event) +
+                    reinterpret_cast<const inotify_event*>(&events.at(static_cast<std::size_t>(at)))
+                        ->len);
+        }
+        return count;
+    }
+
+    // Waits for a number of events, or for the end of the process. @return  how many there were
+    [[nodiscard]] int waitFor(int count, pid_t child) const
+    {
+        const auto process = static_cast<int>(::syscall(SYS_pidfd_open, child, 0));
+        std::array<pollfd, 2> ready{{{queue_, POLLIN, 0}, {process, POLLIN, 0}}};
+        int seen = 0;
+        while (seen < count && ready[1].revents == 0) {
+            ::poll(ready.data(), ready.size(), -1);
+            seen += take();
+        }
+        ::close(process);
+        return seen;
+    }
+
+private:
+    int queue_;
+};
 
 using Files = std::map<std::string, std::string>;
 
@@ -176,17 +237,21 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
     receiver_.put("Ways/Default Route File.rte",
                   support::sentences({support::kCamp, support::kHut, support::kLoop}));
     const auto old = visibleFiles(receiver_.path());
-    const auto begin = Clock::now();
-    ASSERT_EQ(waitFor(start()), 0);
-    const auto duration =
-        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+    const FileEvents events{{receiver_.path("USBTRANS"), receiver_.path("Points"),
+                             receiver_.path("Caches"), receiver_.path("Ways"),
+                             receiver_.path("Tracks"), data_.makeFolder("kept/42")}};
+    const auto first = start();
+    const int eventsOfASend = events.waitFor(std::numeric_limits<int>::max(), first);
+    ASSERT_EQ(waitFor(first), 0);
+    ASSERT_GT(eventsOfASend, 50);
     const auto fresh = visibleFiles(receiver_.path());
     // The driver gives the points of a route new names if they are sent exactly as before.
     ASSERT_EQ(waitFor(start()), 0);
     const auto twice = visibleFiles(receiver_.path());
 
     std::mt19937 random{kSeed};
-    std::uniform_int_distribution<long> killTime{0, static_cast<long>(duration.count())};
+    std::uniform_int_distribution<int> killTime{0, eventsOfASend};
+    std::uniform_real_distribution<> part{0, 1};
     std::set<Files> states{old, fresh};
     int killed = 0;
     int between = 0;
@@ -195,24 +260,28 @@ TEST_F(SendKill, EachFileIsOldOrNewAndNothingStrayIsSeen)
         if (round % 4 != 3)
             reset(old);
         states.insert(visibleFiles(receiver_.path()));
-        const std::chrono::microseconds pause{killTime(random)};
+        const int time = killTime(random);
+        (void)events.take(); // those of this test
+        const auto begin = Clock::now();
         const auto child = start();
-        std::this_thread::sleep_for(pause); // the time of the kill is what the test varies
+        const int seen = events.waitFor(time, child);
+        // Not always at an event: up to the mean time between two of them later.
+        std::this_thread::sleep_for((Clock::now() - begin) / (seen + 1) * part(random));
         ::kill(child, SIGKILL);
         killed += WIFSIGNALED(waitFor(child)) ? 1 : 0;
-        const auto seen = visibleFiles(receiver_.path());
-        for (const auto& [name, content] : seen) {
+        const auto present = visibleFiles(receiver_.path());
+        for (const auto& [name, content] : present) {
             const bool isOld = old.contains(name) && old.at(name) == content;
             EXPECT_TRUE(isOld || isNew(name, content, old, fresh) ||
                         (round % 4 == 3 && isNew(name, content, old, twice)))
-                << name << " after " << pause.count() << " us, round " << round << ", seed "
-                << kSeed;
+                << name << " after " << time << " events, round " << round << ", seed " << kSeed;
         }
         for (const auto& [name, content] : old)
-            EXPECT_TRUE(seen.contains(name)) << name;
-        between += seen != old && seen != fresh ? 1 : 0;
+            EXPECT_TRUE(present.contains(name)) << name;
+        between += present != old && present != fresh ? 1 : 0;
     }
     EXPECT_EQ(killed, kKills);
+    EXPECT_GT(between, kKills / 10) << "too few kills hit a send while it wrote";
     RecordProperty("between", between);
 
     // Leftovers do not prevent the next send.
