@@ -5,6 +5,7 @@
 #include "DeviceFileWriters.h"
 
 #include "../codec/CodecLog.h"
+#include "../codec/FieldText.h"
 #include "../codec/GeoCacheSentence.h"
 #include "../codec/RouteSentence.h"
 #include "../codec/TrackPointSentence.h"
@@ -305,14 +306,14 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::st
 }
 
 std::string mergedRouteText(const gps::Array& records, std::string_view present,
-                            gps::LineAccount* lines)
+                            gps::LineAccount* lines, std::vector<RenamedPoint>* renamed)
 {
     gps::Dictionary waypoints;
     gps::Dictionary routes;
     collectRoutes(present, waypoints, routes, lines);
     for (const auto& element : records) {
         if (const auto* route = element.as<gps::Dictionary>())
-            mergeRoute(*route, waypoints, routes);
+            mergeRoute(*route, waypoints, routes, renamed);
     }
 
     const auto list = sortedByName(waypoints.takeValues());
@@ -329,8 +330,10 @@ std::string mergedRouteText(const gps::Array& records, std::string_view present,
     return std::move(text).finish();
 }
 
-void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes)
+void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes,
+                std::vector<RenamedPoint>* renamed)
 {
+    const auto* routeName = route.findString("name");
     gps::Array points;
     Renames renames;
     for (const auto& element : pointsOf(route)) {
@@ -348,16 +351,19 @@ void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::D
         if (present != nullptr) {
             newName = renames.next(*name);
             point.as<gps::Dictionary>()->set("name", newName);
+            if (renamed != nullptr)
+                renamed->push_back({routeName != nullptr ? *routeName : "", *name,
+                                    magellanStringFromDictionary(*point.as<gps::Dictionary>(),
+                                                                 "name", kLongestName)});
         }
         waypoints.set(newName, point);
         points.push_back(std::move(point));
     }
-    const auto* name = route.findString("name");
-    if (name == nullptr)
+    if (routeName == nullptr)
         return;
     gps::Dictionary merged = route;
     merged.set("points", std::move(points));
-    routes.set(*name, std::move(merged));
+    routes.set(*routeName, std::move(merged));
 }
 
 void deleteFilesFromDir(const std::string& folder, std::string_view extension)

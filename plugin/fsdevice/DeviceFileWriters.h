@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace magellan {
 
@@ -66,25 +67,36 @@ namespace magellan {
                                                     const std::string& path,
                                                     gps::FileAccount* present = nullptr);
 
+/// A point of a route that is stored under another name.
+struct RenamedPoint {
+    std::string route;  ///< the route's name; empty without one
+    std::string before; ///< its name in the route
+    std::string after;  ///< as the receiver stores it
+};
+
 /// `mergeRoute:intoWaypoints:andRoutes:`: a point that differs from the present waypoint of its
 /// name is renamed to "NAME 1", "NAME 2" and so on, counting the clashes of that name within the
 /// route. Points without a name are dropped. A route without a name is not stored, but its points
 /// are.
-void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes);
+/// @param renamed  gets the points that were renamed; may be null
+void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes,
+                std::vector<RenamedPoint>* renamed = nullptr);
 
 /// The complete text of a track file.
 [[nodiscard]] std::string trackText(const gps::Dictionary& track);
 
 /// The complete text of a default file after the records were merged into `present`, its text so
 /// far. The geocache text is nullopt if any record has no point.
-/// @param lines  gets what becomes of the lines of `present`; may be null
+/// @param lines    gets what becomes of the lines of `present`; may be null
+/// @param renamed  gets the points that were renamed; may be null
 [[nodiscard]] std::string mergedWaypointText(const gps::Array& records, std::string_view present,
                                              gps::LineAccount* lines = nullptr);
 [[nodiscard]] std::optional<std::string> mergedGeocacheText(const gps::Array& records,
                                                             std::string_view present,
                                                             gps::LineAccount* lines = nullptr);
 [[nodiscard]] std::string mergedRouteText(const gps::Array& records, std::string_view present,
-                                          gps::LineAccount* lines = nullptr);
+                                          gps::LineAccount* lines = nullptr,
+                                          std::vector<RenamedPoint>* renamed = nullptr);
 
 /// The default files, by name within the kind's data folder.
 inline constexpr char kDefaultWaypointFile[] = "Default POI File.upt";

@@ -25,6 +25,7 @@
 #include <exception>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace magellan {
 namespace {
@@ -88,13 +89,14 @@ void planTracks(const SendJob& job, gps::SendPlan& plan)
     }
 }
 
-std::optional<std::string> mergedText(const SendJob& job, std::string_view present)
+std::optional<std::string> mergedText(const SendJob& job, std::string_view present,
+                                      std::vector<RenamedPoint>& renamed)
 {
     if (job.kind == RecordKind::kWaypoints)
         return mergedWaypointText(job.records(), present);
     if (job.kind == RecordKind::kGeocaches)
         return mergedGeocacheText(job.records(), present);
-    return mergedRouteText(job.records(), present);
+    return mergedRouteText(job.records(), present, nullptr, &renamed);
 }
 
 /// Nullopt if a sentence is truncated.
@@ -257,13 +259,15 @@ void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
     const auto path = targetOf(job);
     const auto* present = findPresent(path);
     try {
+        std::vector<RenamedPoint> renamed;
         auto content =
-            mergedText(job, present != nullptr && !present->error ? present->content : "");
+            mergedText(job, present != nullptr && !present->error ? present->content : "", renamed);
         if (!content) {
             plan.files.push_back({path, Action::kSkip, {}, std::nullopt, nameOf(job.kind)});
             plan.remarks.emplace_back("No geocache is written, since one of them has no position.");
             return;
         }
+        remarkOnRenamedPoints(renamed, plan.remarks);
         remarkOnFile(job.kind, path, *content, plan.remarks);
         plan.files.push_back(planFile(job.kind, path, std::move(*content), present));
     } catch (const std::exception& failure) {

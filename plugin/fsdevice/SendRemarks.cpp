@@ -8,11 +8,11 @@
 #include "../codec/SentenceFields.h"
 #include "../codec/SymbolMap.h"
 #include "../common/Lines.h"
-#include "DeviceFileWriters.h"
 
 #include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -150,6 +150,22 @@ void remarkOnTrack(const gps::Dictionary& record, Remarks& remarks)
                     " points without a position that can be written.");
 }
 
+/// A remark on the points of one route.
+std::string renamingRemark(const RenamedPoint* first, std::size_t count)
+{
+    constexpr std::size_t kMostNamed = 3;
+    auto remark = count == 1 ? "1 point of the route \"" + first->route +
+                                   "\" gets another name, because a different point has it"
+                             : std::to_string(count) + " points of the route \"" + first->route +
+                                   "\" get other names, because different points have theirs";
+    for (std::size_t i = 0; i < std::min(count, kMostNamed); ++i)
+        remark +=
+            (i == 0 ? ": \"" : ", \"") + first[i].before + "\" becomes \"" + first[i].after + "\"";
+    if (count > kMostNamed)
+        remark += " and " + std::to_string(count - kMostNamed) + " more";
+    return remark + ".";
+}
+
 std::size_t linesWithComments(std::string_view content)
 {
     constexpr std::size_t kComment = 8;
@@ -193,6 +209,16 @@ void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks)
             remarkOnRoute(*record, gathered);
             break;
         }
+    }
+}
+
+void remarkOnRenamedPoints(const std::vector<RenamedPoint>& renamed,
+                           std::vector<std::string>& remarks)
+{
+    for (std::size_t begin = 0, end = 0; begin < renamed.size(); begin = end) {
+        while (end < renamed.size() && renamed[end].route == renamed[begin].route)
+            ++end;
+        remarks.push_back(renamingRemark(&renamed[begin], end - begin));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "DeviceFileWriters.h"
 #include "SendOrder.h"
 
 #include <string>
@@ -15,6 +16,11 @@ namespace magellan {
 /// Appends a remark for each text that loses characters or is cut, each symbol without an icon, and
 /// each record that will not be written. Equal remarks are appended once.
 void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks);
+
+/// Appends a remark for each route whose points are stored under other names.
+/// @param renamed  in the order of the routes
+void remarkOnRenamedPoints(const std::vector<RenamedPoint>& renamed,
+                           std::vector<std::string>& remarks);
 
 /// Appends a remark if a file has more records than receivers read from it.
 /// @param content  the complete text of the file

@@ -165,6 +165,23 @@ TEST_F(Send, SendOfWhatTheDeviceHoldsWritesNothing)
     EXPECT_EQ(filesOf(device), before);
 }
 
+TEST_F(Send, DataIsSentAsItIsAndThePlanNamesThePointsThatGetANumber)
+{
+    const support::Receiver receiver;
+    const auto file = data(R"({"route":[{"name":"Way","points":[)"
+                           R"({"name":"P","point":{"latitude":46.123456789,"longitude":7}},)"
+                           R"({"name":"Q","point":{"latitude":46.987654321,"longitude":7}}]}]})");
+    const auto once = send(receiver.path(), {"--data", file});
+    EXPECT_EQ(once.status, 0) << once.err;
+    EXPECT_THAT(once.out, Not(HasSubstr("becomes")));
+    const auto twice = send(receiver.path(), {"--data", file});
+    EXPECT_EQ(twice.status, 0) << twice.err;
+    EXPECT_THAT(twice.out, HasSubstr("2 points of the route \"Way\" get other names, because "
+                                     "different points have theirs: \"P\" becomes \"P 1\", \"Q\" "
+                                     "becomes \"Q 1\".\n"));
+    EXPECT_THAT(receiver.read("Ways/Default Route File.rte"), HasSubstr(",Way,P 1,a,Q 1,a*"));
+}
+
 TEST_F(Send, AgainSendsWhatTheDeviceHolds)
 {
     const Receiver receiver;

@@ -350,9 +350,14 @@ TEST_F(DeviceFileWriters, EachFurtherClashInARouteGetsTheNextNumber)
 {
     gps::Dictionary waypoints{{"Stop", storedWaypoint("Stop", 1)}};
     gps::Dictionary routes;
+    std::vector<magellan::RenamedPoint> renamed;
     magellan::mergeRoute(route("R", {storedWaypoint("Stop", 2), storedWaypoint("Stop", 3),
                                      storedWaypoint("Stop", 1)}),
-                         waypoints, routes);
+                         waypoints, routes, &renamed);
+    ASSERT_EQ(renamed.size(), 2U);
+    EXPECT_EQ(renamed[1].route, "R");
+    EXPECT_EQ(renamed[1].before, "Stop");
+    EXPECT_EQ(renamed[1].after, "Stop 2");
     EXPECT_EQ(waypoints, (gps::Dictionary{{"Stop", storedWaypoint("Stop", 1)},
                                           {"Stop 1", storedWaypoint("Stop 1", 2)},
                                           {"Stop 2", storedWaypoint("Stop 2", 3)}}));
@@ -486,14 +491,14 @@ TEST_F(DeviceFileWriters, GeneratedRecordsWrittenReadAndWrittenAgainAreTheSameBy
     for (unsigned seed = 0; seed < 200; ++seed) {
         SCOPED_TRACE(seed);
         Generated generated{seed};
-        const auto twice = [](auto mergedText, const gps::Array& records) {
-            const auto once = std::optional<std::string>{mergedText(records, "", nullptr)};
+        const auto twice = [](auto mergedText, const gps::Array& records, auto... more) {
+            const auto once = std::optional<std::string>{mergedText(records, "", nullptr, more...)};
             ASSERT_TRUE(once);
-            EXPECT_EQ(mergedText({}, *once, nullptr), once);
+            EXPECT_EQ(mergedText({}, *once, nullptr, more...), once);
         };
         twice(magellan::mergedWaypointText, generated.records(8, false));
         twice(magellan::mergedGeocacheText, generated.records(8, true));
-        twice(magellan::mergedRouteText, generated.routes(4));
+        twice(magellan::mergedRouteText, generated.routes(4), nullptr);
     }
 }
 

@@ -15,8 +15,10 @@
 using magellan::RecordKind;
 using support::waypoint;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -44,6 +46,32 @@ TEST(SendRemarks, NameOf20CharactersArrivesAndOneOf21IsCut)
                 ElementsAre(HasSubstr("\"ABCDEFGHIJKLMNOPQRST\"")));
     EXPECT_THAT(remarksOn(RecordKind::kGeocaches, {waypoint("ABCDEFGHIJKLMNOPQRSTU", "Geocache")}),
                 IsEmpty());
+}
+
+std::vector<std::string> remarksOnPoints(const std::vector<magellan::RenamedPoint>& renamed)
+{
+    std::vector<std::string> remarks;
+    magellan::remarkOnRenamedPoints(renamed, remarks);
+    return remarks;
+}
+
+TEST(SendRemarks, RenamedPointsAreNamedForEachRoute)
+{
+    EXPECT_THAT(remarksOnPoints({}), IsEmpty());
+    EXPECT_THAT(remarksOnPoints({{"R", "A", "A 1"}, {"S", "A", "A 1"}, {"S", "B", "B 1"}}),
+                ElementsAre("1 point of the route \"R\" gets another name, because a different "
+                            "point has it: \"A\" becomes \"A 1\".",
+                            "2 points of the route \"S\" get other names, because different points "
+                            "have theirs: \"A\" becomes \"A 1\", \"B\" becomes \"B 1\"."));
+}
+
+TEST(SendRemarks, OnlyThreeRenamedPointsOfARouteAreNamed)
+{
+    std::vector<magellan::RenamedPoint> renamed(3, {"R", "A", "A 1"});
+    EXPECT_THAT(remarksOnPoints(renamed), ElementsAre(Not(HasSubstr("more"))));
+    renamed.push_back({"R", "B", "B 1"});
+    EXPECT_THAT(remarksOnPoints(renamed),
+                ElementsAre(EndsWith("\"A\" becomes \"A 1\" and 1 more.")));
 }
 
 TEST(SendRemarks, DroppedCharactersAreRemarkedOnOnceForEachText)
