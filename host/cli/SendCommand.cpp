@@ -107,6 +107,8 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
             standardOutput_.flush(); // a reader sees each line when it happens
         };
     auto send = prepareSend(std::move(device), std::move(request));
+    // What is printed from here on is whole, and files may be written: perform() sees a request.
+    stop_.requestOnly();
     if (send.request.data)
         showPlan(send);
     SendReport report;
@@ -141,7 +143,6 @@ void SendCommand::showPlan(const PreparedSend& send)
 
 SendReport SendCommand::perform(PreparedSend& send)
 {
-    stop_.requestOnly(); // from here on, files are being written
     send.request.stopRequested = [this] { return stop_.stopRequested(); };
     auto report = performSend(send);
     if (report.wasStopped)

@@ -6,12 +6,14 @@
 #include "system/OpenCounter.h"
 #include "system/Program.h"
 #include "system/Receiver.h"
+#include "system/Running.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <map>
 #include <sstream>
 
@@ -25,6 +27,7 @@ using support::kSampleReceiver;
 using support::magellangps;
 using support::Ran;
 using support::Receiver;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -326,6 +329,26 @@ TEST_F(Send, DryRunLeavesTheDeviceUnchanged)
     EXPECT_EQ(filesOf(device), before);
     EXPECT_EQ(times(), timesBefore);
     EXPECT_FALSE(fs::exists(here_.path("kept")));
+}
+
+// The plan does not fit into the pipe, so the program is still printing it when the signal comes.
+TEST_F(Send, PlanOfADryRunIsWholeAlthoughASignalComes)
+{
+    const support::Receiver receiver;
+    std::string gpx = "<gpx version=\"1.1\">";
+    for (int i = 0; i < 2000; ++i)
+        gpx += "<wpt lat=\"46.5\" lon=\"7\"><name>W" + std::to_string(i) + "</name><cmt>\u2603" +
+               std::to_string(i) + std::string(100, 'x') + " W" + std::to_string(i) +
+               "</cmt></wpt>";
+    support::Running dryRun{{MAGELLAN_BIN_DIR "/magellangps", "send",
+                             here_.put("many.gpx", gpx + "</gpx>"), "--device", receiver.path(),
+                             "--no-backup", "--dry-run"}};
+    EXPECT_THAT(dryRun.readUntil("becomes"), Not(HasSubstr("W1999")));
+    dryRun.send(SIGINT);
+    const auto printed = dryRun.readUntil("Dry run: nothing was sent.\n");
+    EXPECT_THAT(printed, HasSubstr("W1999"));
+    EXPECT_THAT(printed, EndsWith("Dry run: nothing was sent.\n"));
+    EXPECT_EQ(dryRun.end(0), 0);
 }
 
 TEST_F(Send, NullDataSendsNothing)
