@@ -48,6 +48,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+using testing::SizeIs;
 
 const char* nameOf(PhaseEnd end)
 {
