@@ -4,6 +4,9 @@
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/DownloadCommand.h"
+#include "host/cli/EarlyDocument.h"
+#include "host/cli/EarlyStop.h"
+#include "host/operations/StopSignals.h"
 
 #include <utility>
 
@@ -12,15 +15,14 @@ namespace host {
 ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
                       const Console& console)
 {
+    StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
-        console.error(*failure);
-        return ExitStatus::kNothingToWorkOn;
-    }
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen))
+        return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     auto request = downloadRequest(options);
     request.location = chosen.location;
-    return runDownload(*chosen.driver, std::move(request), options, console);
+    return runDownload(*chosen.driver, std::move(request), options, stop, console);
 }
 
 } // namespace host

@@ -9,7 +9,6 @@
 #include "host/cli/ProgressLine.h"
 #include "host/cli/Summary.h"
 #include "host/formats/EventLines.h"
-#include "host/operations/StopSignals.h"
 #include "host/transfer/Download.h"
 
 #include <algorithm>
@@ -36,8 +35,8 @@ std::vector<Message> messagesOf(const DownloadReport& report, const DownloadOpti
 
 class DownloadCommand {
 public:
-    DownloadCommand(const DownloadOptions& options, const Console& console)
-        : options_(options), console_(console),
+    DownloadCommand(const DownloadOptions& options, StopSignals& stop, const Console& console)
+        : options_(options), stop_(stop), console_(console),
           isSummaryShown_(!options.events && !options.json && (!options.output || options.summary)),
           progress_(canShowProgress(options, options.events || options.output == "-"))
     {}
@@ -53,6 +52,7 @@ private:
                                                       ExitStatus status);
 
     const DownloadOptions& options_;
+    StopSignals& stop_;
     const Console& console_;
     bool isSummaryShown_;
     ProgressLine progress_;
@@ -60,7 +60,6 @@ private:
     EventLines eventLines_{standardOutput_};
     Summary summary_{standardOutput_};
     std::vector<Message> printed_;
-    int signal_ = 0; // the one that stopped the download
 };
 
 ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
@@ -92,12 +91,9 @@ DownloadReport DownloadCommand::download(gps::GPSPlugInProtocol& driver, Downloa
         request.consumers.push_back(&summary_);
     request.readsMissingKinds = !options_.events; // event lines are those of one operation
     request.progress = progress_.callback();
-    // Before the operation's threads start: they inherit its signal mask.
-    const StopSignals stop;
-    request.stopRequested = [&stop] { return stop.stopRequested(); };
-    auto report = host::download(driver, request);
-    signal_ = stop.signal();
-    return report;
+    stop_.requestOnly();
+    request.stopRequested = [this] { return stop_.stopRequested(); };
+    return host::download(driver, request);
 }
 
 void DownloadCommand::print(std::vector<Message> messages)
@@ -110,7 +106,7 @@ void DownloadCommand::print(std::vector<Message> messages)
 ExitStatus DownloadCommand::statusOf(const DownloadReport& report) const
 {
     if (report.isInterrupted())
-        return statusAfterSignal(signal_);
+        return statusAfterSignal(stop_.signal());
     const bool isTooDamaged = options_.strict && report.hasDamagedLines();
     return report.succeeded() && !isTooDamaged ? ExitStatus::kSuccess : ExitStatus::kFailed;
 }
@@ -152,9 +148,9 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
 }
 
 ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
-                       const DownloadOptions& options, const Console& console)
+                       const DownloadOptions& options, StopSignals& stop, const Console& console)
 {
-    return DownloadCommand{options, console}.run(driver, std::move(request));
+    return DownloadCommand{options, stop, console}.run(driver, std::move(request));
 }
 
 } // namespace host

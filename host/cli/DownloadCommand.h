@@ -7,6 +7,7 @@
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Options.h"
+#include "host/operations/StopSignals.h"
 #include "host/transfer/DownloadRequest.h"
 
 #include <gps/GPSPlugInProtocol.h>
@@ -18,7 +19,9 @@ namespace host {
 
 /// Runs a download. Event lines or the summary go to the standard output, messages to standard
 /// error.
+/// @param stop  only requests a stop from now on, so that what has arrived is kept
 [[nodiscard]] ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
-                                     const DownloadOptions& options, const Console& console);
+                                     const DownloadOptions& options, StopSignals& stop,
+                                     const Console& console);
 
 } // namespace host

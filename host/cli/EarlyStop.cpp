@@ -4,32 +4,26 @@
 #include "host/cli/EarlyStop.h"
 
 #include "host/cli/Console.h"
-#include "host/cli/ExitStatus.h"
+#include "host/cli/EarlyDocument.h"
 #include "host/cli/ProgressLine.h"
-#include "host/cli/RestoreJson.h"
-#include "host/cli/SendJson.h"
-#include "host/files/Output.h"
 
 #include <fmt/format.h>
 
 #include <cstdlib>
-
-#include <unistd.h>
+#include <utility>
 
 namespace host {
 namespace {
 
-// @param document  empty without --json
-[[noreturn]] void printAndLeave(const GlobalOptions& options, const Message& message,
-                                std::string_view document, ExitStatus status)
+template <typename Options>
+[[noreturn]] void printAndLeave(int signal, const Options& options, std::string text)
 {
+    const EarlyEnd end{statusAfterSignal(signal), {true, std::move(text)}};
     ProgressLine{canShowProgress(options, false)}.show({}); // removes the line
-    Console{options.quiet}.messages({message});
-    Output output{STDOUT_FILENO, "the standard output"};
-    output.write(document);
-    (void)output.flush(); // the exit status shows already that the command failed
+    // The exit status shows already that the command failed.
+    (void)printEarlyEnd(end, earlyDocument(options, end), Console{options.quiet});
     // Without destructors: the host thread is still using its objects.
-    std::_Exit(static_cast<int>(status));
+    std::_Exit(static_cast<int>(end.status));
 }
 
 } // namespace
@@ -41,27 +35,21 @@ std::string stoppedEarlyText(std::string_view command)
         command);
 }
 
+void endEarly(int signal, const DownloadOptions& options)
+{
+    printAndLeave(signal, options, "The download was stopped before it began.");
+}
+
 void endEarly(int signal, const SendOptions& options)
 {
-    const auto status = statusAfterSignal(signal);
-    const Message message{true, stoppedEarlyText("send")};
-    PreparedSend nothing;
-    nothing.request.isDryRun = options.dryRun;
-    SendReport report;
-    report.wasStopped = report.wasStoppedEarly = true;
-    printAndLeave(options, message,
-                  options.json ? sendJson(nothing, report, {message}, status) : "", status);
+    printAndLeave(signal, options, stoppedEarlyText("send"));
 }
 
 void endEarly(int signal, const RestoreOptions& options)
 {
-    const auto status = statusAfterSignal(signal);
-    const Message message{true, stoppedEarlyText("restore")};
-    RestoreReport report;
-    report.wasStopped = true;
-    printAndLeave(options, message,
-                  options.json ? restoreJson({}, *options.backup, report, {message}, status) : "",
-                  status);
+    printAndLeave(signal, options,
+                  options.backup ? stoppedEarlyText("restore")
+                                 : "The command was stopped: the backups are not listed.");
 }
 
 } // namespace host

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How `send` and `restore` end at a signal that comes before they have written anything: with one
+// How commands end at a signal that comes before they have read or written anything: with one
 // message, and at once, because the host thread may be waiting for a slow device. [any]
 
 #pragma once
@@ -18,9 +18,8 @@ namespace host {
 /// Ends the process with the status of the signal. Removes the progress line and prints the
 /// message; with --json, the document too.
 /// Precondition: nothing has been written, and no other thread writes to the standard output.
+[[noreturn]] void endEarly(int signal, const DownloadOptions& options);
 [[noreturn]] void endEarly(int signal, const SendOptions& options);
-
-/// As above. Precondition: the options name a backup.
 [[noreturn]] void endEarly(int signal, const RestoreOptions& options);
 
 } // namespace host

@@ -4,6 +4,9 @@
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/DownloadCommand.h"
+#include "host/cli/EarlyDocument.h"
+#include "host/cli/EarlyStop.h"
+#include "host/operations/StopSignals.h"
 
 #include <utility>
 
@@ -12,14 +15,13 @@ namespace host {
 ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
                      const Console& console)
 {
+    StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     Driver driver;
-    if (const auto failure = chooseImporter(plugIn.drivers, options.driver, driver)) {
-        console.error(*failure);
-        return ExitStatus::kNothingToWorkOn;
-    }
+    if (const auto failure = chooseImporter(plugIn.drivers, options.driver, driver))
+        return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     auto request = downloadRequest(options);
     request.sourceFiles = options.files;
-    return runDownload(*driver, std::move(request), options, console);
+    return runDownload(*driver, std::move(request), options, stop, console);
 }
 
 } // namespace host

@@ -2,11 +2,13 @@
 // From the command line to the exit status. Exceptions end here: expected failures are values, so
 // one that gets this far is a defect and is reported as unexpected.
 
+#include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/CommandLine.h"
 #include "host/cli/Commands.h"
 #include "host/cli/CompleteCommand.h"
+#include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/commandline/Completion.h"
 #include "host/files/Output.h"
@@ -83,16 +85,31 @@ std::optional<std::string> deviceOf(const CommandOptions& command)
         command);
 }
 
-// Those commands that write to a device say at every end what they have written; at the others a
-// signal just ends the program.
+// Those commands that have an account of what they did say at every end what that is; at the others
+// a signal just ends the program.
 StopSignals::EndProgram earlyEndOf(const CommandOptions& command)
 {
-    if (const auto* const send = std::get_if<SendOptions>(&command))
-        return [send](int signal) { endEarly(signal, *send); };
-    const auto* const restore = std::get_if<RestoreOptions>(&command);
-    if (restore != nullptr && restore->backup)
-        return [restore](int signal) { endEarly(signal, *restore); };
-    return {};
+    return std::visit(
+        [](const auto& options) -> StopSignals::EndProgram {
+            if constexpr (requires { endEarly(0, options); })
+                return [&options](int signal) { endEarly(signal, options); };
+            else
+                return {};
+        },
+        command);
+}
+
+ExitStatus endWith(const CommandOptions& command, const EarlyEnd& end, const Console& console)
+{
+    const auto document =
+        std::visit([&](const auto& options) { return earlyDocument(options, end); }, command);
+    return printEarlyEnd(end, document, console);
+}
+
+ExitStatus refuse(const CommandOptions& command, const gps::Error& error, const Console& console)
+{
+    const EarlyEnd end{ExitStatus::kNothingToWorkOn, {true, sentencesOf(error)}, error};
+    return endWith(command, end, console);
 }
 
 std::optional<gps::Error> loadUntilStopped(const std::string& path, const CommandOptions& command,
@@ -112,17 +129,39 @@ ExitStatus run(const CommandOptions& command, const Console& console)
                                [](std::string_view line) { return displayText(line); });
     prepareDrivers({{}, deviceOf(command), options.testFolders});
     const auto path = findBundle(options.plugin);
-    if (!path) {
-        console.error("No plug-in bundle was found beside the program or where it is installed. "
-                      "Name one with --plugin.");
-        return ExitStatus::kNothingToWorkOn;
-    }
+    if (!path)
+        return refuse(command,
+                      hostError("No plug-in bundle was found beside the program or where it is "
+                                "installed",
+                                "Name one with --plugin"),
+                      console);
     PlugInBundle plugIn;
-    if (const auto failure = loadUntilStopped(*path, command, plugIn)) {
-        console.error(*failure);
-        return ExitStatus::kNothingToWorkOn;
-    }
+    if (const auto failure = loadUntilStopped(*path, command, plugIn))
+        return refuse(command, *failure, console);
     return std::visit(Runner{plugIn, console}, command);
+}
+
+gps::Error lackOfMemory()
+{
+    return hostError("There is not enough memory", "Close other programs, and try again");
+}
+
+ExitStatus runOrFail(const CommandOptions& command, const Console& console)
+{
+    std::optional<gps::Error> failure;
+    try {
+        return run(command, console);
+    } catch (const std::bad_alloc&) { // by now its objects have been destroyed
+        failure = lackOfMemory();
+    } catch (const std::exception& unexpected) {
+        failure =
+            hostError(fmt::format("Something unexpected happened: {}", unexpected.what()), "");
+    }
+    const EarlyEnd end{.status = ExitStatus::kFailed,
+                       .message = {true, sentencesOf(*failure)},
+                       .error = failure,
+                       .mayHaveBegun = true};
+    return endWith(command, end, console);
 }
 
 ExitStatus runAny(int argc, const char* const* argv)
@@ -139,7 +178,7 @@ ExitStatus runAny(int argc, const char* const* argv)
         (void)output.flush(); // if stderr is closed, the exit status is all there is
         return parsed.status;
     }
-    return run(*parsed.options, Console{globalOptions(*parsed.options).quiet});
+    return runOrFail(*parsed.options, Console{globalOptions(*parsed.options).quiet});
 }
 
 } // namespace
@@ -148,8 +187,8 @@ ExitStatus runProgram(int argc, const char* const* argv)
 {
     try {
         return runAny(argc, argv);
-    } catch (const std::bad_alloc&) { // by now its objects have been destroyed
-        Console{false}.error("There is not enough memory. Close other programs, and try again.");
+    } catch (const std::bad_alloc&) {
+        Console{false}.error(lackOfMemory());
     } catch (const std::exception& failure) {
         Console{false}.error(fmt::format("Something unexpected happened: {}", failure.what()));
     }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // `restore`: without an argument a list of backups, with one a restore.
 
+#include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/base/Table.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/RestoreJson.h"
@@ -76,6 +78,14 @@ std::vector<Message> restoreMessages(const RestoreReport& report)
     return messages;
 }
 
+gps::Error noDeviceWithFiles(const ChosenDevice& chosen)
+{
+    return hostError(fmt::format("The driver {} has no device that can be backed up",
+                                 driverName(*chosen.driver)),
+                     "Connect a receiver that mounts as a disk, or name its location with "
+                     "--device");
+}
+
 ExitStatus restore(const RestoreOptions& options, const DataFolders& device, RestoreRequest request,
                    StopSignals& stop, const Console& console)
 {
@@ -89,11 +99,14 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device, Res
     if (report.wasStopped)
         status = statusAfterSignal(stop.signal());
     const auto messages = restoreMessages(report);
-    const auto printed =
-        print(options.json ? restoreJson(device.device, request.backup, report, messages, status)
-                           : textOf(report),
-              console);
-    console.messages(messages);
+    const auto text = options.json
+                          ? restoreJson(device.device, request.backup, report, messages, status)
+                          : textOf(report);
+    if (options.json) // nothing can fail after the document, and make a second one
+        console.messages(messages);
+    const auto printed = print(text, console);
+    if (!options.json)
+        console.messages(messages);
     return report.isComplete() ? printed : status;
 }
 
@@ -102,37 +115,30 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device, Res
 ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                       const Console& console)
 {
-    std::optional<StopSignals> stop;
-    if (options.backup) // a list has nothing to say about the device's files
-        stop.emplace([&options](int signal) { endEarly(signal, options); });
+    StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen)) {
-        console.error(*failure);
-        return ExitStatus::kNothingToWorkOn;
-    }
+            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen))
+        return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     const auto device = dataFoldersOf(chosen);
-    if (!device) {
-        console.error(fmt::format("The driver {} has no device that can be backed up. Connect a "
-                                  "receiver that mounts as a disk, or name its location with "
-                                  "--device.",
-                                  driverName(*chosen.driver)));
-        return ExitStatus::kNothingToWorkOn;
-    }
+    if (!device)
+        return refuse(options, noDeviceWithFiles(chosen), ExitStatus::kNothingToWorkOn, stop,
+                      console);
     const auto folder = options.backupFolder ? options.backupFolder : defaultBackupFolder();
-    if (!folder) {
-        console.error("There is no home folder for backups. Name a folder with --backup.");
-        return ExitStatus::kFailed;
-    }
+    if (!folder)
+        return refuse(
+            options,
+            hostError("There is no home folder for backups", "Name a folder with --backup"),
+            ExitStatus::kFailed, stop, console);
     const auto backups = listBackups(*folder, device->identifier);
-    if (!options.backup)
-        return print(options.json ? backupListJson(device->device, backups) : listOf(backups),
-                     console);
-    return restore(options, *device,
-                   {.backup = pathOf(*options.backup, backups),
-                    .policy = {.folder = *folder, .count = options.mostBackups},
-                    .isForced = options.force},
-                   *stop, console);
+    if (options.backup)
+        return restore(options, *device,
+                       {.backup = pathOf(*options.backup, backups),
+                        .policy = {.folder = *folder, .count = options.mostBackups},
+                        .isForced = options.force},
+                       stop, console);
+    stop.requestOnly(); // the list is known, and would be printed twice
+    return print(options.json ? backupListJson(device->device, backups) : listOf(backups), console);
 }
 
 } // namespace host

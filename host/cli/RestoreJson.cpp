@@ -51,7 +51,7 @@ std::string restoreJson(const std::string& device, const std::string& backup,
                         const RestoreReport& report, const std::vector<Message>& messages,
                         ExitStatus status)
 {
-    return documentOf(device, status, {}, backup, report, messages);
+    return documentOf(device, status, {}, backup.empty() ? Json() : Json(backup), report, messages);
 }
 
 } // namespace host

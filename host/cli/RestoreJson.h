@@ -18,7 +18,7 @@ namespace host {
                                          const std::vector<Backup>& backups);
 
 /// The document of a restore, on one line, with its line end.
-/// @param backup    the path of the backup's folder
+/// @param backup    the path of the backup's folder; empty: a list was wanted, and failed
 /// @param messages  what is printed on standard error
 [[nodiscard]] std::string restoreJson(const std::string& device, const std::string& backup,
                                       const RestoreReport& report,

@@ -7,6 +7,7 @@
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
@@ -72,9 +73,6 @@ public:
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);
 
-    // Ends a send that could not be prepared.
-    [[nodiscard]] ExitStatus refuse(const gps::Error& error);
-
 private:
     void showPlan(const PreparedSend& send);
     [[nodiscard]] SendReport perform(PreparedSend& send);
@@ -117,14 +115,6 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
     else
         report = perform(send);
     return finish(send, report);
-}
-
-ExitStatus SendCommand::refuse(const gps::Error& error)
-{
-    showErrors({sentencesOf(error)});
-    PreparedSend nothing;
-    nothing.request.isDryRun = options_.dryRun;
-    return finish(nothing, {});
 }
 
 void SendCommand::showPlan(const PreparedSend& send)
@@ -233,14 +223,12 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
     // The files first, so that a mistake in one of them is found before a driver does anything.
     auto failure = readFiles(options, request.data);
     if (failure)
-        return SendCommand{options, console, stop}.refuse(*failure);
+        return refuse(options, *failure, ExitStatus::kFailed, stop, console);
     ChosenDevice device;
     failure =
         chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, device);
-    if (failure) {
-        console.error(*failure);
-        return ExitStatus::kNothingToWorkOn;
-    }
+    if (failure)
+        return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     return SendCommand{options, console, stop}.run(std::move(device), std::move(request));
 }
 

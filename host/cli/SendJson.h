@@ -14,7 +14,7 @@
 namespace host {
 
 /// The document on one line, with its line end.
-/// @param send      of a send that failed before it was prepared: without a device
+/// @param send      of a send that ended before it was prepared: without a device
 /// @param report    of a dry run: of a send that was not run
 /// @param messages  what is printed on standard error
 [[nodiscard]] std::string sendJson(const PreparedSend& send, const SendReport& report,

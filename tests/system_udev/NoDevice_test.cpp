@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include <platform_udev/Testbed.h>
 #include <system/Program.h>
@@ -16,6 +18,7 @@ using support::magellangps;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 
 class NoDevice : public testing::Test {
 protected:
@@ -41,6 +44,18 @@ TEST_F(NoDevice, SendAndRestoreAreStatus3)
         "<gpx version=\"1.1\"><wpt lat=\"46.5\" lon=\"7.25\"><name>A</name></wpt></gpx>");
     EXPECT_EQ(magellangps({"send", trip}).status, 3);
     EXPECT_EQ(magellangps({"restore"}).status, 3);
+}
+
+TEST_F(NoDevice, JsonIsOneDocumentWithTheStatus)
+{
+    const auto trip = folder_.put("trip.gpx", "<gpx version=\"1.1\"/>");
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"acquire", "--json"}, {"send", trip, "--json"}, {"restore", "--json"}}) {
+        const auto ran = magellangps(words);
+        EXPECT_EQ(ran.status, 3);
+        EXPECT_THAT(ran.out, MatchesRegex("\\{\"status\":3,[^\n]*No device is ready[^\n]*\\}\n"));
+        EXPECT_THAT(ran.err, HasSubstr("No device is ready"));
+    }
 }
 
 TEST_F(NoDevice, SerialDriverIsOfferedOnlyForANamedPort)

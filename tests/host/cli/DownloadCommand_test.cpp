@@ -45,8 +45,9 @@ protected:
         testing::internal::CaptureStderr();
         testing::internal::CaptureStdout();
         const host::Console console{options_.quiet};
+        host::StopSignals stop;
         const auto status =
-            host::runDownload(driver_, host::downloadRequest(options_), options_, console);
+            host::runDownload(driver_, host::downloadRequest(options_), options_, stop, console);
         out_ = testing::internal::GetCapturedStdout();
         err_ = testing::internal::GetCapturedStderr();
         return status;

@@ -26,6 +26,7 @@ TEST(EarlyStop, EndsTheProgramWithTheStatusOfTheSignalAndOneLine)
     send.quiet = true; // an error is shown all the same
     host::RestoreOptions restore;
     restore.backup = "20261122T120000Z";
+    const host::AcquireOptions acquire;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         EXPECT_EXIT(end(signal, send), ExitedWithCode(128 + signal),
                     "^magellangps: The send was stopped before anything was written: every file of "
@@ -33,6 +34,10 @@ TEST(EarlyStop, EndsTheProgramWithTheStatusOfTheSignalAndOneLine)
         EXPECT_EXIT(end(signal, restore), ExitedWithCode(128 + signal),
                     "^magellangps: The restore was stopped before anything was written: every file "
                     "of the device is as it was.\n$");
+        EXPECT_EXIT(end(signal, host::RestoreOptions{}), ExitedWithCode(128 + signal),
+                    "^magellangps: The command was stopped: the backups are not listed.\n$");
+        EXPECT_EXIT(end(signal, acquire), ExitedWithCode(128 + signal),
+                    "^magellangps: The download was stopped before it began.\n$");
     }
 }
 
@@ -50,6 +55,11 @@ TEST(EarlyStop, WithJsonADocumentFollows)
     EXPECT_EXIT(end(SIGHUP, restore), ExitedWithCode(129),
                 "was.\n\\{\"status\":129,\"complete\":false,\"interrupted\":true,\"device\":null,"
                 "\"backups\":null,\"backup\":\"20261122T120000Z\",.*\\}\n$");
+    host::ImportOptions import;
+    import.json = true;
+    EXPECT_EXIT(end(SIGTERM, import), ExitedWithCode(143),
+                "began.\n\\{\"status\":143,\"complete\":false,\"interrupted\":true,\"device\":null,"
+                ".*\\}\n$");
 }
 
 } // namespace
