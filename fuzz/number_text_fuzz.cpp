@@ -90,6 +90,14 @@ void checkWriting(double value)
     std::snprintf(expected, sizeof expected, "%.6f", value);
     fuzz::require(fixed == expected, "a fixed number is what printf writes");
 
+    if (std::abs(value) <= 999'999'999) {
+        std::string rounded;
+        gps::appendRounded(rounded, value);
+        const auto readBack = gps::wholeNumber(rounded);
+        fuzz::require(readBack && std::abs(*readBack - value) <= 6e-10 + std::abs(value) * 1e-15,
+                      "a rounded number is the nearest with nine decimals");
+    }
+
     const auto whole = gps::saturatedInt32(value);
     std::string padded;
     gps::appendPadded(padded, whole, 7);

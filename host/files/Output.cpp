@@ -10,8 +10,9 @@
 #include <platform/System/FullTransfer.h>
 #include <platform/System/Paths.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -58,8 +59,9 @@ int openSpool(gps::FileSystem& files, const std::string& folder)
 
 } // namespace
 
-Output::Output(int file, std::string name, gps::FileSystem& files)
-    : files_(files), file_(file), name_(std::move(name)), buffer_(new char[kBufferSize])
+Output::Output(int file, std::string name, gps::FileSystem& files, Kind kind)
+    : files_(files), file_(file), name_(std::move(name)), kind_(kind),
+      buffer_(new char[kBufferSize])
 {}
 
 void Output::writePast(std::string_view text)
@@ -82,22 +84,60 @@ std::optional<gps::Error> Output::flush()
 void Output::writeFrom(int file)
 {
     flush();
-    std::array<char, kBufferSize> piece;
-    std::size_t count = 0;
-    for (off_t offset = 0; !failure_; offset += static_cast<off_t>(count)) {
-        if (const int code = gps::readAt(files_, file, offset, piece.data(), piece.size(), count))
-            fail("Temporary data cannot be read back", code);
-        else if (count == 0)
-            return;
-        else
-            writeOut({piece.data(), count});
+    for (off_t offset = 0; const auto count = readPiece(file, offset, kBufferSize);) {
+        writeOut({buffer_.get(), count});
+        offset += static_cast<off_t>(count);
     }
+}
+
+void Output::insertFrom(int file, off_t count, off_t offset)
+{
+    flush();
+    moveTail(offset, count);
+    for (off_t from = 0; const auto piece = readPiece(file, from, kBufferSize);) {
+        writePiece(piece, offset + from);
+        from += static_cast<off_t>(piece);
+    }
+    written_ += count;
+    if (!failure_ && files_.lseek(file_, written_, SEEK_SET) < 0)
+        fail("The output cannot be continued", errno);
+}
+
+// Starts at the end, so that no byte is overwritten before it was moved.
+void Output::moveTail(off_t offset, off_t distance)
+{
+    for (off_t end = written_; end > offset && !failure_;) {
+        const auto piece = std::min<off_t>(end - offset, kBufferSize);
+        end -= piece;
+        const auto count = readPiece(file_, end, static_cast<std::size_t>(piece));
+        writePiece(count, end + distance);
+    }
+}
+
+// Returns 0 at the end of the file and after a failure.
+std::size_t Output::readPiece(int file, off_t offset, std::size_t most)
+{
+    std::size_t count = 0;
+    if (failure_)
+        return 0;
+    if (const int code = gps::readAt(files_, file, offset, buffer_.get(), most, count)) {
+        fail("Temporary data cannot be read back", code);
+        return 0;
+    }
+    return count;
+}
+
+void Output::writePiece(std::size_t count, off_t offset)
+{
+    if (const int code = gps::writeAt(files_, file_, offset, {buffer_.get(), count}))
+        fail("The output cannot be written", code);
 }
 
 void Output::writeOut(std::string_view text)
 {
     if (text.empty() || failure_)
         return;
+    written_ += static_cast<off_t>(text.size());
     if (const int code = gps::writeAll(files_, file_, text))
         fail("The output cannot be written", code);
 }
@@ -131,14 +171,34 @@ Spool::~Spool()
 
 void Spool::moveTo(Output& output)
 {
-    if (const auto failure = flush()) {
-        output.fail(*failure);
+    if (!isReadable(output))
         return;
-    }
     output.writeFrom(file());
-    // Without the seek, the next text would be written behind a hole of zeros.
+    clear(output);
+}
+
+void Spool::insertInto(Output& output, off_t offset)
+{
+    if (!isReadable(output))
+        return;
+    output.insertFrom(file(), size(), offset);
+    clear(output);
+}
+
+bool Spool::isReadable(Output& output)
+{
+    const auto failure = flush();
+    if (failure)
+        output.fail(*failure);
+    return !failure;
+}
+
+// Without the seek, the next text would be written behind a hole of zeros.
+void Spool::clear(Output& output)
+{
     if (files().ftruncate(file(), 0) != 0 || files().lseek(file(), 0, SEEK_SET) != 0)
         output.fail(systemError("Temporary data cannot be cleared", "Try again", name(), errno));
+    countFromZero();
 }
 
 } // namespace host

@@ -13,16 +13,24 @@
 #include <string>
 #include <string_view>
 
+#include <sys/types.h>
+
 namespace host {
 
 /// Keeps the first failure and writes nothing more after it, so that writers need to check only
 /// once, at the end.
 class Output {
 public:
+    enum class Kind {
+        kStream, ///< whatever can be written to, from wherever it stands
+        kFile,   ///< an empty regular file, open for reading and writing, that nobody else writes
+    };
+
     /// @param file   an open file descriptor; not owned
     /// @param name   for messages: a path, or "the standard output"
     /// @param files  the system to work on; must outlive this object
-    Output(int file, std::string name, gps::FileSystem& files = gps::FileSystem::system());
+    Output(int file, std::string name, gps::FileSystem& files = gps::FileSystem::system(),
+           Kind kind = Kind::kStream);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -40,6 +48,16 @@ public:
     /// Appends the whole content of another open file.
     void writeFrom(int file);
 
+    /// Whether text can be inserted before what was written: into a kFile only.
+    [[nodiscard]] bool canInsert() const noexcept { return kind_ == Kind::kFile; }
+
+    /// How many bytes were written, buffered ones included.
+    [[nodiscard]] off_t size() const noexcept { return written_ + static_cast<off_t>(used_); }
+
+    /// Inserts the first bytes of another open file at an offset of this one.
+    /// Precondition: canInsert(), and the offset is at most size().
+    void insertFrom(int file, off_t count, off_t offset);
+
     /// Records a failure, unless there is one already.
     void fail(const gps::Error& failure);
 
@@ -48,10 +66,14 @@ public:
 protected:
     [[nodiscard]] int file() const noexcept { return file_; }
     [[nodiscard]] gps::FileSystem& files() const noexcept { return files_; }
+    void countFromZero() noexcept { written_ = 0; } ///< after the file was emptied
 
 private:
     void writePast(std::string_view text);
     void writeOut(std::string_view text);
+    void moveTail(off_t offset, off_t distance);
+    [[nodiscard]] std::size_t readPiece(int file, off_t offset, std::size_t most);
+    void writePiece(std::size_t count, off_t offset);
     void fail(std::string_view what, int code);
 
     static constexpr std::size_t kBufferSize = std::size_t{64} << 10;
@@ -59,7 +81,9 @@ private:
     gps::FileSystem& files_;
     int file_;
     std::string name_;
-    std::unique_ptr<char[]> buffer_;
+    Kind kind_;
+    off_t written_ = 0;              // without what is in the buffer
+    std::unique_ptr<char[]> buffer_; // empty whenever other files are read into it
     std::size_t used_ = 0;
     std::optional<gps::Error> failure_;
 };
@@ -69,14 +93,20 @@ private:
 class Spool : public Output {
 public:
     /// @param folder  where the file uses space; if no file can be created there, the system's
-    /// folder
-    ///                for temporary files
+    ///                folder for temporary files
     explicit Spool(const std::string& folder, gps::FileSystem& files = gps::FileSystem::system());
     ~Spool();
 
     /// Appends everything written so far to an output, and empties this one. A failure of the spool
     /// becomes a failure of that output.
     void moveTo(Output& output);
+
+    /// The same, but inserts it. Precondition: output.canInsert().
+    void insertInto(Output& output, off_t offset);
+
+private:
+    [[nodiscard]] bool isReadable(Output& output);
+    void clear(Output& output);
 };
 
 } // namespace host

@@ -141,7 +141,7 @@ std::optional<gps::Error> OutputFile::open()
     if (const int code = file_.openUnlocked(path_, hiddenPrefix()))
         return errorFor("The output file cannot be created", code);
     removeOnSignal(file_.temporaryPath());
-    output_.emplace(file_.descriptor(), path_, files_);
+    output_.emplace(file_.descriptor(), path_, files_, Output::Kind::kFile);
     return std::nullopt;
 }
 

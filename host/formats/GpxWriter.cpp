@@ -11,6 +11,7 @@
 #include <gps/NumberText.h>
 
 #include <cmath>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -21,6 +22,8 @@ constexpr std::string_view kGpxHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
 constexpr std::string_view kGpxFoot = "</gpx>\n";
+
+enum Section : std::size_t { kWayPointSection, kRouteSection, kTrackSection, kSections };
 
 // Writes a child element for a text field, unless it is missing or empty.
 void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record,
@@ -63,7 +66,7 @@ void appendElevationAndTime(std::string& out, const gps::GPSPoint& point)
 } // namespace
 
 GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), routes_(spoolFolder), tracks_(spoolFolder)
+    : output_(output), sections_(output, kSections, spoolFolder)
 {
     output_.write(kGpxHead);
 }
@@ -71,7 +74,7 @@ GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
 void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     if (makePoint("wpt", point, record))
-        output_.write(text_);
+        sections_.write(kWayPointSection, text_);
 }
 
 void GpxWriter::beginRoute(const gps::Dictionary& route)
@@ -80,18 +83,18 @@ void GpxWriter::beginRoute(const gps::Dictionary& route)
     appendChild(text_, "name", route, "name");
     appendChild(text_, "cmt", route, "comment");
     text_ += '\n';
-    routes_.write(text_);
+    sections_.write(kRouteSection, text_);
 }
 
 void GpxWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     if (makePoint("rtept", point, record))
-        routes_.write(text_);
+        sections_.write(kRouteSection, text_);
 }
 
 void GpxWriter::endRoute()
 {
-    routes_.write("</rte>\n");
+    sections_.write(kRouteSection, "</rte>\n");
 }
 
 void GpxWriter::beginTrack(const gps::Dictionary& track)
@@ -100,24 +103,23 @@ void GpxWriter::beginTrack(const gps::Dictionary& track)
     appendChild(text_, "name", track, "name");
     // Drivers report no breaks within a track, so it always has one segment.
     text_ += "<trkseg>\n";
-    tracks_.write(text_);
+    sections_.write(kTrackSection, text_);
 }
 
 void GpxWriter::trackPoint(const gps::GPSPoint& point)
 {
     if (makePoint("trkpt", point, noFields_))
-        tracks_.write(text_);
+        sections_.write(kTrackSection, text_);
 }
 
 void GpxWriter::endTrack()
 {
-    tracks_.write("</trkseg></trk>\n");
+    sections_.write(kTrackSection, "</trkseg></trk>\n");
 }
 
 std::optional<gps::Error> GpxWriter::finish()
 {
-    routes_.moveTo(output_);
-    tracks_.moveTo(output_);
+    sections_.finish();
     output_.write(kGpxFoot);
     return output_.flush();
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "host/files/Output.h"
+#include "host/files/SectionedOutput.h"
 #include "host/formats/CollectionWriter.h"
 #include "host/points/GlobeFilter.h"
 
@@ -15,12 +16,11 @@
 
 namespace host {
 
-/// GPX requires waypoints first, then routes, then tracks. Several imported files and serial
-/// sessions deliver them in another order, so routes and tracks are kept in temporary files until
-/// the end.
+/// GPX requires waypoints first, then routes, then tracks. A mounted receiver delivers them in that
+/// order, but serial sessions and several imported files do not.
 class GpxWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where the temporary files for routes and tracks are made
+    /// @param spoolFolder  where temporary files are made
     GpxWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
@@ -40,8 +40,7 @@ private:
                                  const gps::Dictionary& record);
 
     Output& output_;
-    Spool routes_;
-    Spool tracks_;
+    SectionedOutput sections_;
     std::string text_; // the last element made
     GlobeFilter globe_;
     const gps::Dictionary

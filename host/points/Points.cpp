@@ -30,8 +30,7 @@ bool hasTimestamp(const gps::GPSPoint& point) noexcept
 
 void appendDegrees(std::string& out, double degrees)
 {
-    constexpr int kDecimals = 9;
-    gps::appendRounded(out, degrees, kDecimals);
+    gps::appendRounded(out, degrees);
 }
 
 void appendTimestamp(std::string& out, std::int64_t time, char separator)

@@ -96,7 +96,7 @@ int AtomicFile::openFolder(const std::string& path)
 int AtomicFile::create(std::string name)
 {
     file_ = OpenFile{files_, files_.openat(folder_.get(), name.c_str(),
-                                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
+                                           O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
     if (!file_)
         return errno;
     temporaryPath_ = folderPath_ + name;

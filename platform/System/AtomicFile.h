@@ -43,7 +43,7 @@ public:
     /// @param prefix  begins with "." so that the file is hidden
     [[nodiscard]] int openUnlocked(const std::string& path, std::string_view prefix);
 
-    /// The temporary file, open for writing; owned by this object.
+    /// The temporary file, open for reading and writing; owned by this object.
     [[nodiscard]] int descriptor() const noexcept { return file_.get(); }
 
     /// The temporary file's path, for a signal handler that removes it; empty when there is none.

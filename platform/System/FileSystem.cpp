@@ -53,6 +53,11 @@ ssize_t FileSystem::write(int file, const void* data, std::size_t size)
     return ::write(file, data, size);
 }
 
+ssize_t FileSystem::pwrite(int file, const void* data, std::size_t size, off_t offset)
+{
+    return ::pwrite(file, data, size, offset);
+}
+
 off_t FileSystem::lseek(int file, off_t offset, int whence)
 {
     return ::lseek(file, offset, whence);

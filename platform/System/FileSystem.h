@@ -32,6 +32,7 @@ public:
     virtual ssize_t read(int file, void* buffer, std::size_t size);
     virtual ssize_t pread(int file, void* buffer, std::size_t size, off_t offset);
     virtual ssize_t write(int file, const void* data, std::size_t size);
+    virtual ssize_t pwrite(int file, const void* data, std::size_t size, off_t offset);
     virtual off_t lseek(int file, off_t offset, int whence);
     virtual int ftruncate(int file, off_t size);
     virtual int fsync(int file);

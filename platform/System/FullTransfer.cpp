@@ -15,12 +15,11 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{256}
                                << 10; // bytes for one read, so that they stay in cache
 
-} // namespace
-
-int writeAll(FileSystem& files, int file, std::string_view data)
+/// Calls `write` with the part of the data that is left, until none is.
+template <typename Write> int writeWhole(std::string_view data, Write write)
 {
     while (!data.empty()) {
-        const ssize_t written = files.write(file, data.data(), data.size());
+        const ssize_t written = write(data);
         if (written > 0)
             data.remove_prefix(static_cast<std::size_t>(written));
         else if (written == 0)
@@ -29,6 +28,22 @@ int writeAll(FileSystem& files, int file, std::string_view data)
             return errno;
     }
     return 0;
+}
+
+} // namespace
+
+int writeAll(FileSystem& files, int file, std::string_view data)
+{
+    return writeWhole(
+        data, [&](std::string_view rest) { return files.write(file, rest.data(), rest.size()); });
+}
+
+int writeAt(FileSystem& files, int file, off_t offset, std::string_view data)
+{
+    const char* const start = data.data();
+    return writeWhole(data, [&](std::string_view rest) {
+        return files.pwrite(file, rest.data(), rest.size(), offset + (rest.data() - start));
+    });
 }
 
 int readAll(FileSystem& files, int file, std::size_t expected, std::size_t limit,

@@ -31,4 +31,8 @@ class FileSystem;
 [[nodiscard]] int readAt(FileSystem& files, int file, off_t offset, char* buffer, std::size_t size,
                          std::size_t& count);
 
+/// Writes all of `data` at an offset. [any]
+/// @return  0 or errno; after a failure, some of the data may have been written
+[[nodiscard]] int writeAt(FileSystem& files, int file, off_t offset, std::string_view data);
+
 } // namespace gps

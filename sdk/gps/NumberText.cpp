@@ -9,6 +9,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -59,6 +60,36 @@ bool appendWhole(std::string& out, double value)
         return false;
     appendInteger(out, static_cast<std::int64_t>(value));
     return true;
+}
+
+/// What llround() returns, without a call into the C library. Precondition: not negative, and below
+/// 2^63.
+std::int64_t roundedHalfAway(double value) noexcept
+{
+    const auto whole = static_cast<std::int64_t>(value);
+    return whole + (value - static_cast<double>(whole) >= 0.5 ? 1 : 0);
+}
+
+/// "00", "01" to "99" in a row: two digits for one division.
+constexpr auto kTwoDigits = [] {
+    std::array<char, 200> text{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        text[2 * i] = static_cast<char>('0' + i / 10);
+        text[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return text;
+}();
+
+/// Writes a number below 1,000,000,000 with leading zeros. @return  behind its last digit
+char* putNineDigits(char* at, std::uint32_t number) noexcept
+{
+    at[8] = static_cast<char>('0' + number % 10);
+    number /= 10;
+    for (std::size_t pair = 8; pair > 0; pair -= 2) {
+        std::memcpy(at + pair - 2, &kTwoDigits[std::size_t{number % 100} * 2], 2);
+        number /= 100;
+    }
+    return at + 9;
 }
 
 /// Whether a number that from_chars reports as out of range is too large; otherwise it is too
@@ -211,23 +242,22 @@ void appendDecimal(std::string& out, double value)
     out.append(text.data(), end);
 }
 
-void appendRounded(std::string& out, double value, int decimals)
+void appendRounded(std::string& out, double value)
 {
-    const auto power = static_cast<std::int64_t>(kPowersOfTen[static_cast<std::size_t>(decimals)]);
-    const std::int64_t digits = std::llround(std::abs(value) * static_cast<double>(power));
+    constexpr std::int64_t kUnits = 1'000'000'000;
+    const std::int64_t digits = roundedHalfAway(std::abs(value) * static_cast<double>(kUnits));
+    std::array<char, 24> text; // a sign, 10 digits, a point and 9 digits
+    char* end = text.data();
     if (value < 0 && digits != 0)
-        out += '-';
-    appendInteger(out, digits / power);
-    std::int64_t rest = digits % power;
-    if (rest == 0)
-        return;
-    std::array<char, 10> text{'.'};
-    for (auto at = static_cast<std::size_t>(decimals); at > 0; --at) {
-        text[at] = static_cast<char>('0' + rest % 10);
-        rest /= 10;
+        *end++ = '-';
+    end = std::to_chars(end, text.data() + text.size(), digits / kUnits).ptr;
+    if (const auto fraction = static_cast<std::uint32_t>(digits % kUnits)) {
+        *end++ = '.';
+        end = putNineDigits(end, fraction);
+        while (end[-1] == '0')
+            --end;
     }
-    const std::string_view fraction{text.data(), static_cast<std::size_t>(decimals) + 1};
-    out += fraction.substr(0, fraction.find_last_not_of('0') + 1);
+    out.append(text.data(), end);
 }
 
 void appendFixed(std::string& out, double value, int decimals)

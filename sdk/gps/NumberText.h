@@ -69,11 +69,11 @@ void appendShortest(std::string& out, double value);
 /// Precondition: the value is finite.
 void appendDecimal(std::string& out, double value);
 
-/// Appends a number rounded to a number of decimals, without trailing zeros ("46.5"); a value that
-/// rounds to zero is "0". [any]
+/// Appends a number rounded to nine decimals, half away from zero, without trailing zeros ("46.5");
+/// a value that rounds to zero is "0". [any]
 ///
-/// Precondition: the rounded number has at most 18 digits, at most 9 of them decimals.
-void appendRounded(std::string& out, double value, int decimals);
+/// Precondition: the value is between -999,999,999 and 999,999,999.
+void appendRounded(std::string& out, double value);
 
 /// Appends a number with exactly so many decimals ("46.50"; printf's "%.*f"). [any]
 ///

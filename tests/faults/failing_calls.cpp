@@ -205,6 +205,15 @@ ssize_t write(int file, const void* data, std::size_t size)
     return guarded(fault, ssize_t{-1}, [&] { return call(file, data, size); });
 }
 
+ssize_t pwrite(int file, const void* data, std::size_t size, off_t offset)
+{
+    static auto* const call = original<ssize_t(int, const void*, std::size_t, off_t)>("pwrite");
+    const auto fault = faultOf("pwrite", pathOf(file), EIO);
+    if (fault.kills)
+        (void)call(file, data, size / 2, offset);
+    return guarded(fault, ssize_t{-1}, [&] { return call(file, data, size, offset); });
+}
+
 int fsync(int file)
 {
     static auto* const call = original<int(int)>("fsync");

@@ -297,22 +297,40 @@ TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
 
 TEST(NumberText, ARoundedNumberHasNoTrailingZeros)
 {
-    const auto rounded = [](double value, int decimals) {
-        std::string text;
-        appendRounded(text, value, decimals);
-        return text;
-    };
-    EXPECT_EQ(rounded(46.5, 9), "46.5");
-    EXPECT_EQ(rounded(-179.123456789, 9), "-179.123456789");
-    EXPECT_EQ(rounded(179.9999999994, 9), "179.999999999");
-    EXPECT_EQ(rounded(179.9999999996, 9), "180");
-    EXPECT_EQ(rounded(-0.0000000006, 9), "-0.000000001");
-    EXPECT_EQ(rounded(-0.0000000004, 9), "0");
-    EXPECT_EQ(rounded(0.000000010, 9), "0.00000001");
-    EXPECT_EQ(rounded(1.5, 0), "2");
-    EXPECT_EQ(rounded(10, 0), "10");
-    EXPECT_EQ(rounded(999999999.999999999, 9), "1000000000");
-    EXPECT_EQ(rounded(-0.0, 3), "0");
+    EXPECT_EQ(appended(appendRounded, 46.5), "46.5");
+    EXPECT_EQ(appended(appendRounded, 10.0), "10");
+    EXPECT_EQ(appended(appendRounded, 0.000000010), "0.00000001");
+    EXPECT_EQ(appended(appendRounded, -179.123456789), "-179.123456789");
+    EXPECT_EQ(appended(appendRounded, 0.0), "0");
+    EXPECT_EQ(appended(appendRounded, -0.0), "0");
+}
+
+TEST(NumberText, ARoundedNumberIsRoundedHalfAwayFromZero)
+{
+    EXPECT_EQ(appended(appendRounded, 179.9999999994), "179.999999999");
+    EXPECT_EQ(appended(appendRounded, 179.9999999996), "180");
+    EXPECT_EQ(appended(appendRounded, 999999999.999999999), "1000000000");
+    EXPECT_EQ(appended(appendRounded, 5e-10), "0.000000001");
+    EXPECT_EQ(appended(appendRounded, -5e-10), "-0.000000001");
+    EXPECT_EQ(appended(appendRounded, 4.999e-10), "0");
+    EXPECT_EQ(appended(appendRounded, -4.999e-10), "0");
+    // Adding 0.5 to this many units would round up to 1.
+    EXPECT_EQ(appended(appendRounded, 0.49999999999999994e-9), "0");
+}
+
+TEST(NumberText, ARoundedNumberIsWhatTheCLibraryRounds)
+{
+    for (int i = 0; i < 20000; ++i) {
+        const double value = std::sin(i) * std::pow(10, i % 19 - 10);
+        const auto digits = std::llround(std::abs(value) * 1e9);
+        char expected[40];
+        std::snprintf(expected, sizeof expected, "%s%lld.%09lld", value < 0 && digits ? "-" : "",
+                      digits / 1000000000, digits % 1000000000);
+        std::string text{expected};
+        text.resize(text.find_last_not_of('0') + 1);
+        text.resize(text.back() == '.' ? text.size() - 1 : text.size());
+        EXPECT_EQ(appended(appendRounded, value), text) << value;
+    }
 }
 
 TEST(NumberText, AFixedNumberHasExactlyTheGivenNumberOfDecimals)

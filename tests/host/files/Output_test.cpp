@@ -61,6 +61,23 @@ TEST(Output, InterruptedWriteIsContinued)
     ::close(file);
 }
 
+TEST(Output, SizeCountsWhatIsBufferedAndWhatIsWritten)
+{
+    support::Written written;
+    EXPECT_EQ(written.output().size(), 0);
+    written.output().write("text");
+    EXPECT_EQ(written.output().size(), 4);
+    written.output().flush();
+    written.output().write(std::string(100000, 'x'));
+    EXPECT_EQ(written.output().size(), 100004);
+}
+
+TEST(Output, OnlyAFileTakesInsertions)
+{
+    EXPECT_FALSE(support::Written{host::Output::Kind::kStream}.output().canInsert());
+    EXPECT_TRUE(support::Written{host::Output::Kind::kFile}.output().canInsert());
+}
+
 TEST(Spool, TextIsMovedToTheOutput)
 {
     support::Written written;
@@ -71,6 +88,65 @@ TEST(Spool, TextIsMovedToTheOutput)
     spool.moveTo(written.output());
     written.output().write(",after");
     EXPECT_EQ(written.text(), "before," + large + ",after");
+}
+
+TEST(Spool, TextIsInsertedIntoTheOutput)
+{
+    // As long as the buffer, one byte less and one more.
+    for (const std::size_t tail : {0U, 1U, 65535U, 65536U, 65537U, 200000U}) {
+        for (const std::size_t size : {1U, 65535U, 65536U, 65537U, 200000U}) {
+            support::Written written{host::Output::Kind::kFile};
+            host::Spool spool{written.folder()};
+            const std::string inserted(size, 'x');
+            const std::string moved =
+                std::string(tail / 2, 'a') + std::string(tail - tail / 2, 'b');
+            written.output().write("before," + moved);
+            spool.write(inserted);
+            spool.insertInto(written.output(), 7);
+            written.output().write(",after");
+            EXPECT_EQ(written.text(), "before," + inserted + moved + ",after");
+            EXPECT_EQ(written.output().size(), static_cast<off_t>(written.text().size()));
+        }
+    }
+}
+
+TEST(Spool, CanBeUsedAgainAfterItWasInserted)
+{
+    support::Written written{host::Output::Kind::kFile};
+    host::Spool spool{written.folder()};
+    written.output().write("end");
+    for (const char* const text : {"second,", "first,"}) {
+        spool.write(text);
+        spool.insertInto(written.output(), 0);
+    }
+    EXPECT_EQ(written.text(), "first,second,end");
+}
+
+TEST(Spool, FailedInsertionIsAFailureOfTheOutput)
+{
+    struct Fault {
+        const char* call;
+        int which;
+    };
+    // Two pieces are moved, and one is inserted.
+    for (const auto [call, which] : {Fault{"pread", 1},
+                                     {"pread", 2},
+                                     {"pread", 3},
+                                     {"pwrite", 1},
+                                     {"pwrite", 2},
+                                     {"pwrite", 3},
+                                     {"lseek", 1}}) {
+        support::OneFault files{call, EIO, which};
+        support::Written written{host::Output::Kind::kFile, files};
+        host::Spool spool{written.folder()};
+        written.output().write(std::string(100000, 'x'));
+        spool.write("text");
+        spool.insertInto(written.output(), 0);
+        EXPECT_TRUE(files.happened()) << call << which;
+        const auto failure = written.output().flush();
+        ASSERT_TRUE(failure) << call << which;
+        EXPECT_EQ(failure->code(), EIO) << call << which;
+    }
 }
 
 TEST(Spool, SystemsFolderIsUsedIfItsOwnIsMissing)

@@ -28,14 +28,22 @@ struct Gpx {
     std::string remark;
 };
 
-Gpx gpxOf(const std::vector<Event>& events)
+Gpx gpxOf(const std::vector<Event>& events, host::Output::Kind kind)
 {
-    support::Written written;
+    support::Written written{kind};
     host::GpxWriter writer{written.output(), written.folder()};
     for (const auto& event : events)
         writer.event(event);
     EXPECT_FALSE(writer.close());
     return {written.text(), writer.remark()};
+}
+
+// A file and a stream get the same text.
+Gpx gpxOf(const std::vector<Event>& events)
+{
+    auto gpx = gpxOf(events, host::Output::Kind::kFile);
+    EXPECT_EQ(gpx.text, gpxOf(events, host::Output::Kind::kStream).text);
+    return gpx;
 }
 
 std::string gpxBodyOf(const std::vector<Event>& events)

@@ -18,9 +18,10 @@ namespace support {
 
 class Written {
 public:
-    Written()
-        : file_(::open(folder_.path("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666)),
-          output_(file_, "out")
+    explicit Written(host::Output::Kind kind = host::Output::Kind::kStream,
+                     gps::FileSystem& files = gps::FileSystem::system())
+        : file_(::open(folder_.path("out").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)),
+          output_(file_, "out", files, kind)
     {}
     ~Written() { ::close(file_); }
     Written(const Written&) = delete;

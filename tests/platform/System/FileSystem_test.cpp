@@ -43,7 +43,7 @@ TEST(FileSystem, ACreatedFileHasItsMode)
     EXPECT_EQ(files().close(file), 0);
 }
 
-TEST(FileSystem, AnOpenFileIsCutAndReadFromAnyOffset)
+TEST(FileSystem, AnOpenFileIsCutAndIsReadAndWrittenAtAnyOffset)
 {
     const TemporaryFolder folder;
     const int file = files().open(folder.path("a").c_str(), O_RDWR | O_CREAT, 0600);
@@ -51,10 +51,11 @@ TEST(FileSystem, AnOpenFileIsCutAndReadFromAnyOffset)
     char buffer[3] = {};
     EXPECT_EQ(files().pread(file, buffer, 2, 3), 2);
     EXPECT_STREQ(buffer, "45");
+    EXPECT_EQ(files().pwrite(file, "cd", 2, 2), 2);
     EXPECT_EQ(files().lseek(file, 1, SEEK_SET), 1);
     EXPECT_EQ(files().ftruncate(file, 4), 0);
     EXPECT_EQ(files().close(file), 0);
-    EXPECT_EQ(folder.read("a"), "1234");
+    EXPECT_EQ(folder.read("a"), "12cd");
 }
 
 TEST(FileSystem, NamesAreMadeMovedAndRemoved)

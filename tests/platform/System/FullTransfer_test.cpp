@@ -64,6 +64,20 @@ TEST_F(FullTransfer, AnEmptyTextNeedsNoCall)
     EXPECT_TRUE(files.calls().empty());
 }
 
+TEST_F(FullTransfer, ShortAndInterruptedWritesAtAnOffsetWriteTheWholeText)
+{
+    write("12345678");
+    SlowFiles files;
+    EXPECT_EQ(writeAt(files, file(), 3, kText), 0);
+    EXPECT_EQ(folder_.read("a"), "123" + std::string{kText});
+}
+
+TEST_F(FullTransfer, AFailedWriteAtAnOffsetIsReportedWithItsErrno)
+{
+    OneFault files{"pwrite", ENOSPC};
+    EXPECT_EQ(writeAt(files, file(), 3, kText), ENOSPC);
+}
+
 TEST_F(FullTransfer, ShortAndInterruptedReadsReadTheWholeFile)
 {
     write(kText);

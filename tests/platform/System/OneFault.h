@@ -55,6 +55,10 @@ public:
     {
         return fails("write") ? -1 : FileSystem::write(file, data, size);
     }
+    ssize_t pwrite(int file, const void* data, std::size_t size, off_t offset) override
+    {
+        return fails("pwrite") ? -1 : FileSystem::pwrite(file, data, size, offset);
+    }
     off_t lseek(int file, off_t offset, int whence) override
     {
         return fails("lseek") ? -1 : FileSystem::lseek(file, offset, whence);

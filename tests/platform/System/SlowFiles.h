@@ -25,6 +25,10 @@ public:
     {
         return isInterrupted() ? -1 : FileSystem::write(file, data, few(size));
     }
+    ssize_t pwrite(int file, const void* data, std::size_t size, off_t offset) override
+    {
+        return isInterrupted() ? -1 : FileSystem::pwrite(file, data, few(size), offset);
+    }
 
 private:
     static std::size_t few(std::size_t size) { return std::min<std::size_t>(size, 7); }
