@@ -49,13 +49,13 @@ TEST(SectionedOutput, WithoutTextsIsEmpty)
     EXPECT_EQ(sectionsIn(OutputKind::kStream, {}), "head,foot");
 }
 
-// All orders of five texts in three sections, some longer than a buffer.
+// All orders of four texts in three sections, some longer than a buffer.
 TEST(SectionedOutput, HasItsSectionsInOrderWhateverComesFirst)
 {
-    for (std::size_t order = 0; order < 3 * 3 * 3 * 3 * 3; ++order) {
+    for (std::size_t order = 0; order < 3 * 3 * 3 * 3; ++order) {
         std::vector<SectionText> texts;
         auto rest = order;
-        for (const std::size_t size : {3U, 70000U, 1U, 65536U, 9U}) {
+        for (const std::size_t size : {3U, 70000U, 65536U, 9U}) {
             const auto letter = static_cast<char>('a' + texts.size());
             texts.push_back({rest % 3, std::string(size, letter) + ','});
             rest /= 3;
