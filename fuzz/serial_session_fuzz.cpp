@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Runs a serial session against any bytes: each line of the input is the receiver's answer to one
-// read, and "~" is a time-out. The session must end, report each record within the transfer of its
-// kind, and acknowledge valid sentences only.
+// Runs a serial session against any bytes. Each line of the input is what happens at one read:
+// "~" is a time-out, "^" the failure of the line, "%" a request to stop, and a receiver answers
+// anything else: what follows a "!" as it is, other lines with the right checksum. The session must
+// end, report each record within the transfer of its kind, and acknowledge valid sentences only.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
@@ -76,8 +77,9 @@ private:
 /// session, as test lines do, because that would take longer than the session.
 class TextLine final : public gps::OrvSerial {
 public:
-    /// @param framed  whether to make a sentence of each line
-    TextLine(std::string_view text, bool framed) : rest_(text), framed_(framed) {}
+    TextLine(std::string_view text, magellan::OperationMonitor& monitor)
+        : rest_(text), monitor_(monitor)
+    {}
 
     void setBaudRate(int /*bitsPerSecond*/) override {}
     [[nodiscard]] int openWithDevicePath(const char* /*path*/) override { return 0; }
@@ -93,9 +95,14 @@ public:
                                                           float /*timeoutSeconds*/) override
     {
         const auto answer = nextLine();
-        if (!answer || answer == "~")
+        if (answer == "^")
+            throw gps::SerialFailure{"the line failed"};
+        if (answer == "%")
+            monitor_.requestStop();
+        if (!answer || answer == "~" || answer == "%")
             return std::nullopt;
-        auto line = framed_ ? fuzz::withChecksum(*answer) : std::string{*answer};
+        auto line =
+            answer->starts_with('!') ? std::string{answer->substr(1)} : fuzz::withChecksum(*answer);
         valid_ += gps::NMEAUtils::checkAndTrimNMEASentence(line) ? 1U : 0U;
         bytesReceived_ += line.size() + terminator.size();
         return line;
@@ -117,33 +124,29 @@ private:
     }
 
     std::optional<std::string_view> rest_; // nullopt once all lines were read
-    bool framed_;
+    magellan::OperationMonitor& monitor_;
     std::size_t valid_ = 0; // sentences read
     std::size_t acknowledged_ = 0;
     std::uint64_t bytesReceived_ = 0;
 };
 
-void checkSession(std::string_view text, bool framed)
-{
-    TextLine line{text, framed};
-    const gps::Dictionary work{
-        {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
-    Transfers status;
-    magellan::OperationMonitor monitor;
-    magellan::OperationAccount account{monitor};
-    try {
-        const bool opened = !magellan::DownloadSession{line, status, work, monitor, account}.run();
-        fuzz::require(opened && !status.isOpen(),
-                      "a session that ends without an error has ended its transfers");
-    } catch (const gps::RangeError&) { // a sentence is too short
-    }
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    checkSession(fuzz::textOf(data, size), false);
-    checkSession(fuzz::textOf(data, size), true);
+    static const auto& work = *new gps::Dictionary{
+        {"location", "/dev/receiver"}, {"waypoints", true}, {"tracks", true}, {"routes", true}};
+    Transfers status;
+    magellan::OperationMonitor monitor;
+    TextLine line{fuzz::textOf(data, size), monitor};
+    magellan::OperationAccount account{monitor};
+    try {
+        const auto error = magellan::DownloadSession{line, status, work, monitor, account}.run();
+        fuzz::require(!error || monitor.stopRequested(), "only a stopped session has an error");
+        fuzz::require(error || !status.isOpen(),
+                      "a session that ends without an error has ended its transfers");
+    } catch (const gps::RangeError&) {    // a sentence is too short
+    } catch (const gps::SerialFailure&) { // the line failed
+    }
     return 0;
 }
