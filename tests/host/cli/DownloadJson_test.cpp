@@ -13,12 +13,12 @@ using gps::TransferKind;
 using host::DownloadReport;
 using host::ExitStatus;
 using host::OperationReport;
-using nlohmann::json;
+using Json = nlohmann::json;
 
-json documentOf(const DownloadReport& report, const std::vector<host::Message>& messages = {},
+Json documentOf(const DownloadReport& report, const std::vector<host::Message>& messages = {},
                 ExitStatus status = ExitStatus::kSuccess)
 {
-    return json::parse(host::downloadJson(report, messages, status));
+    return Json::parse(host::downloadJson(report, messages, status));
 }
 
 TEST(DownloadJson, EmptyReportHasEveryKey)
@@ -49,16 +49,16 @@ TEST(DownloadJson, MountedDeviceHasItsKindsFilesAndUnseenPaths)
                              .totals = {{"tracks", {}, lines, {}}}};
     const auto document = documentOf({.operations = {operation}});
     EXPECT_EQ(document["device"], "/media/A");
-    EXPECT_EQ(document["kinds"], json::parse(R"([{"kind":"tracks","seen":2,"accepted":1,
+    EXPECT_EQ(document["kinds"], Json::parse(R"([{"kind":"tracks","seen":2,"accepted":1,
         "skipped":{"wrong checksum":1}}])"));
-    const json error{{"domain", "some"},
+    const Json error{{"domain", "some"},
                      {"code", -3},
                      {"description", "Unreadable"},
                      {"suggestion", nullptr},
                      {"path", "/a.log"}};
     EXPECT_EQ(document["files"][0]["error"], error);
     EXPECT_EQ(document["files"][0]["lines"],
-              json::parse(R"([{"number":2,"reason":"wrong checksum"}])"));
+              Json::parse(R"([{"number":2,"reason":"wrong checksum"}])"));
     EXPECT_EQ(document["unseen"][0]["path"], "/b");
     EXPECT_EQ(document["omitted"], 3);
 }
@@ -72,7 +72,7 @@ TEST(DownloadJson, SerialSessionHasItsVoicePhasesAndCommands)
     const auto document = documentOf({.operations = {operation}});
     EXPECT_EQ(document["voice"], "receiver");
     EXPECT_EQ(document["phases"][0]["end"], "silence");
-    EXPECT_EQ(document["commands"], json::parse(R"([{"command":"PMGNCMD,TON","attempts":5,
+    EXPECT_EQ(document["commands"], Json::parse(R"([{"command":"PMGNCMD,TON","attempts":5,
         "acknowledged":false}])"));
 }
 
@@ -82,7 +82,7 @@ TEST(DownloadJson, KindThatALaterOperationReadIsNotMissing)
                                 .recovered = {TransferKind::kRoutes}};
     const OperationReport second{.missing = {TransferKind::kTracks}};
     const auto document = documentOf({.operations = {first, second}});
-    EXPECT_EQ(document["missing"], json::parse(R"(["tracks"])"));
+    EXPECT_EQ(document["missing"], Json::parse(R"(["tracks"])"));
     EXPECT_EQ(document["complete"], false);
 }
 
@@ -101,7 +101,7 @@ TEST(DownloadJson, MessagesAreThoseOfStandardError)
         documentOf({}, {{true, "bad"}, {false, "note"}}, host::statusAfterSignal(2));
     EXPECT_EQ(document["status"], 130);
     EXPECT_EQ(document["messages"],
-              json::parse(R"([{"error":true,"text":"bad"},{"error":false,"text":"note"}])"));
+              Json::parse(R"([{"error":true,"text":"bad"},{"error":false,"text":"note"}])"));
 }
 
 TEST(DownloadJson, PathsThatAreNotUtf8AreReplaced)

@@ -10,7 +10,7 @@
 namespace {
 
 using host::ExitStatus;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 template <typename Options> Options withJson()
 {
@@ -23,16 +23,16 @@ const host::EarlyEnd kNoDevice{
     ExitStatus::kNothingToWorkOn, {true, "why"}, support::errorAbout("/dev")};
 const host::EarlyEnd kSignal{host::statusAfterSignal(15), {true, "why"}};
 
-template <typename Options> json earlyDocumentOf(const Options& options, const host::EarlyEnd& end)
+template <typename Options> Json earlyDocumentOf(const Options& options, const host::EarlyEnd& end)
 {
     const auto text = host::earlyDocument(options, end);
     EXPECT_EQ(text.find('\n'), text.size() - 1) << text;
-    auto document = json::parse(text);
+    auto document = Json::parse(text);
     EXPECT_EQ(document["status"], static_cast<int>(end.status));
     EXPECT_EQ(document["complete"], false);
     EXPECT_EQ(document["interrupted"], !end.error);
     EXPECT_EQ(document["device"], nullptr);
-    EXPECT_EQ(document["messages"], json::parse(R"([{"error":true,"text":"why"}])"));
+    EXPECT_EQ(document["messages"], Json::parse(R"([{"error":true,"text":"why"}])"));
     return document;
 }
 

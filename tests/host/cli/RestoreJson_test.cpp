@@ -10,10 +10,10 @@
 namespace {
 
 using host::ExitStatus;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 const host::Backup kBackup{.path = "/kept/42/1", .name = "1", .files = 2, .bytes = 30};
-const json kBackupJson{{"name", "1"}, {"path", "/kept/42/1"}, {"files", 2}, {"bytes", 30}};
+const Json kBackupJson{{"name", "1"}, {"path", "/kept/42/1"}, {"files", 2}, {"bytes", 30}};
 
 TEST(RestoreJson, ListHasEveryKey)
 {
@@ -22,8 +22,8 @@ TEST(RestoreJson, ListHasEveryKey)
               R"("backup":null,"upToDate":false,"previous":null,"deleted":[],"restored":[],)"
               R"("asBefore":[],"extraFiles":[],"error":null,"messages":[]})"
               "\n");
-    EXPECT_EQ(json::parse(host::backupListJson("/dev", {kBackup}))["backups"],
-              json::array({kBackupJson}));
+    EXPECT_EQ(Json::parse(host::backupListJson("/dev", {kBackup}))["backups"],
+              Json::array({kBackupJson}));
 }
 
 TEST(RestoreJson, RestoreHasWhatItWroteAndLeft)
@@ -34,14 +34,14 @@ TEST(RestoreJson, RestoreHasWhatItWroteAndLeft)
     report.restored = {"Points/a"};
     report.extraFiles = {"Points/b"};
     const auto document =
-        json::parse(host::restoreJson("/dev", "/kept/42/0", report, {}, ExitStatus::kSuccess));
+        Json::parse(host::restoreJson("/dev", "/kept/42/0", report, {}, ExitStatus::kSuccess));
     EXPECT_EQ(document["complete"], true);
     EXPECT_EQ(document["backups"], nullptr);
     EXPECT_EQ(document["backup"], "/kept/42/0");
     EXPECT_EQ(document["previous"], kBackupJson);
-    EXPECT_EQ(document["deleted"], json::array({"0"}));
-    EXPECT_EQ(document["restored"], json::array({"Points/a"}));
-    EXPECT_EQ(document["extraFiles"], json::array({"Points/b"}));
+    EXPECT_EQ(document["deleted"], Json::array({"0"}));
+    EXPECT_EQ(document["restored"], Json::array({"Points/a"}));
+    EXPECT_EQ(document["extraFiles"], Json::array({"Points/b"}));
     EXPECT_EQ(document["error"], nullptr);
 }
 
@@ -51,10 +51,10 @@ TEST(RestoreJson, FailedRestoreHasItsError)
     report.error = support::errorAbout("/dev/a");
     report.restored = {"Points/a"};
     const auto document =
-        json::parse(host::restoreJson("/dev", "/b", report, {{true, "why"}}, ExitStatus::kFailed));
+        Json::parse(host::restoreJson("/dev", "/b", report, {{true, "why"}}, ExitStatus::kFailed));
     EXPECT_EQ(document["status"], 1);
     EXPECT_EQ(document["complete"], false);
-    EXPECT_EQ(document["restored"], json::array({"Points/a"})) << "written before the error";
+    EXPECT_EQ(document["restored"], Json::array({"Points/a"})) << "written before the error";
     EXPECT_EQ(document["error"]["path"], "/dev/a");
     EXPECT_EQ(document["messages"][0]["text"], "why");
 }
@@ -66,13 +66,13 @@ TEST(RestoreJson, StoppedRestoreHasTheFilesThatItDidNotReach)
     report.restored = {"Points/a"};
     report.asBefore = {"Points/b"};
     const auto document =
-        json::parse(host::restoreJson("", "/b", report, {}, host::statusAfterSignal(2)));
+        Json::parse(host::restoreJson("", "/b", report, {}, host::statusAfterSignal(2)));
     EXPECT_EQ(document["status"], 130);
     EXPECT_EQ(document["complete"], false);
     EXPECT_EQ(document["interrupted"], true);
     EXPECT_EQ(document["device"], nullptr) << "not known yet";
-    EXPECT_EQ(document["restored"], json::array({"Points/a"}));
-    EXPECT_EQ(document["asBefore"], json::array({"Points/b"}));
+    EXPECT_EQ(document["restored"], Json::array({"Points/a"}));
+    EXPECT_EQ(document["asBefore"], Json::array({"Points/b"}));
 }
 
 TEST(RestoreJson, DeviceThatHoldsTheFilesIsUpToDate)
@@ -80,7 +80,7 @@ TEST(RestoreJson, DeviceThatHoldsTheFilesIsUpToDate)
     host::RestoreReport report;
     report.wasUpToDate = true;
     const auto document =
-        json::parse(host::restoreJson("/dev", "/b", report, {}, ExitStatus::kSuccess));
+        Json::parse(host::restoreJson("/dev", "/b", report, {}, ExitStatus::kSuccess));
     EXPECT_EQ(document["upToDate"], true);
     EXPECT_EQ(document["complete"], true);
 }

@@ -14,14 +14,14 @@ using Action = gps::PlannedFile::Action;
 using host::ExitStatus;
 using host::PreparedSend;
 using host::SendReport;
-using nlohmann::json;
+using Json = nlohmann::json;
 using Result = host::SentFile::Result;
 
 class SendJson : public testing::Test {
 protected:
-    [[nodiscard]] json document(ExitStatus status = ExitStatus::kSuccess) const
+    [[nodiscard]] Json document(ExitStatus status = ExitStatus::kSuccess) const
     {
-        return json::parse(host::sendJson(send_, report_, messages_, status));
+        return Json::parse(host::sendJson(send_, report_, messages_, status));
     }
 
     PreparedSend send_{
@@ -73,7 +73,7 @@ TEST_F(SendJson, FilesHaveTheirPlanAndTheirResult)
                         {"/dev/b", Action::kMerge, "x", {}, "waypoints", 12},
                         {"/dev/c", Action::kSkip, "", support::errorAbout("/dev/c"), "routes"}};
     auto files = document()["files"];
-    EXPECT_EQ(files[0], json::parse(R"({"kind":"tracks","path":"/dev/a","action":"create",
+    EXPECT_EQ(files[0], Json::parse(R"({"kind":"tracks","path":"/dev/a","action":"create",
         "result":null,"writtenAs":null,"asBefore":null,"droppedLines":0,"lostRecords":0,
         "error":null})"));
     report_.files = {{"/dev/a", Result::kWritten},
@@ -132,13 +132,13 @@ TEST_F(SendJson, LossesAndChangesAreListed)
     send_.textChanges = {{"route", "comment", "é☃", "e", "☃"}};
     const auto losses = document();
     EXPECT_EQ(losses["lostFields"],
-              json::parse(R"([{"kind":"tracks","field":"name","records":2}])"));
-    EXPECT_EQ(losses["segments"], json::parse(R"([{"track":"Walk","segments":3,"joined":false},
+              Json::parse(R"([{"kind":"tracks","field":"name","records":2}])"));
+    EXPECT_EQ(losses["segments"], Json::parse(R"([{"track":"Walk","segments":3,"joined":false},
                               {"track":null,"segments":2,"joined":false}])"));
     EXPECT_EQ(losses["textChanges"],
-              json::parse(R"([{"kind":"route","key":"comment","before":"é☃","after":"e",
+              Json::parse(R"([{"kind":"route","key":"comment","before":"é☃","after":"e",
                                "dropped":"☃"}])"));
-    EXPECT_EQ(losses["remarks"], json::parse(R"(["A remark."])"));
+    EXPECT_EQ(losses["remarks"], Json::parse(R"(["A remark."])"));
     send_.request.segmentRule = host::SegmentRule::kJoin;
     EXPECT_EQ(document()["segments"][0]["joined"], true);
 }
@@ -155,10 +155,10 @@ TEST_F(SendJson, FailuresHaveTheirErrors)
     EXPECT_EQ(failed["interrupted"], true);
     EXPECT_EQ(failed["errors"][0]["path"], "/dev/a");
     EXPECT_EQ(failed["omitted"], 4);
-    EXPECT_EQ(failed["missingKinds"], json::parse(R"(["routes"])"));
+    EXPECT_EQ(failed["missingKinds"], Json::parse(R"(["routes"])"));
     EXPECT_EQ(
         failed["missingRecords"],
-        json::parse(R"([{"kind":"waypoint","name":"A"},{"kind":"track point","name":null}])"));
+        Json::parse(R"([{"kind":"waypoint","name":"A"},{"kind":"track point","name":null}])"));
     report_.backupError = support::errorAbout("/kept");
     EXPECT_EQ(document()["obstacle"]["path"], "/kept");
     report_.obstacle = support::errorAbout("/dev/b");
@@ -173,10 +173,10 @@ TEST_F(SendJson, BackupAndAccountAreThereIfTheyWereMade)
     report_.account =
         gps::TransferAccount{.files = {{"waypoints", "/dev/b", {.seen = 2, .accepted = 1}, {}}}};
     const auto made = document();
-    EXPECT_EQ(made["backup"], json::parse(R"({"path":"/kept/1","name":"1",
+    EXPECT_EQ(made["backup"], Json::parse(R"({"path":"/kept/1","name":"1",
         "notCopied":["/dev/fifo"],"deleted":["0"]})"));
     EXPECT_EQ(made["account"]["files"][0]["seen"], 2);
-    EXPECT_EQ(made["account"]["unseen"], json::array());
+    EXPECT_EQ(made["account"]["unseen"], Json::array());
 }
 
 TEST_F(SendJson, ListsEndAfterAThousandEntriesAndTheRestIsCounted)
