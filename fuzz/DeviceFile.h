@@ -71,7 +71,8 @@ template <typename Write>
 void checkFile(std::string_view input, magellan::RecordKind kind, Write write)
 {
     checkText(input, kind, write);
-    checkText(linesWithChecksums(input), kind, write);
+    if (const auto corrected = linesWithChecksums(input); corrected != input)
+        checkText(corrected, kind, write);
 }
 
 } // namespace fuzz
