@@ -95,11 +95,12 @@ int AtomicFile::openFolder(const std::string& path)
 
 int AtomicFile::create(std::string name)
 {
+    auto path = folderPath_ + name; // nothing may throw between the file and its name
     file_ = OpenFile{files_, files_.openat(folder_.get(), name.c_str(),
                                            O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0666)};
     if (!file_)
         return errno;
-    temporaryPath_ = folderPath_ + name;
+    temporaryPath_ = std::move(path);
     temporaryName_ = std::move(name);
     keepMode();
     return 0;
