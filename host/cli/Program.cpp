@@ -106,19 +106,18 @@ ExitStatus endWith(const CommandOptions& command, const EarlyEnd& end, const Con
     return printEarlyEnd(end, document, console);
 }
 
-ExitStatus refuse(const CommandOptions& command, const gps::Error& error, const Console& console)
-{
-    const EarlyEnd end{ExitStatus::kNothingToWorkOn, {true, sentencesOf(error)}, error};
-    return endWith(command, end, console);
-}
-
-std::optional<gps::Error> loadUntilStopped(const std::string& path, const CommandOptions& command,
-                                           PlugInBundle& plugIn)
+std::optional<gps::Error> loadUntilStopped(const CommandOptions& command, PlugInBundle& plugIn)
 {
     std::optional<StopSignals> stop; // until the command itself watches for signals
     if (auto end = earlyEndOf(command))
         stop.emplace(std::move(end));
-    return loadBundle(path, plugIn); // reads the devices that are mounted
+    const auto& options = globalOptions(command);
+    prepareDrivers({{}, deviceOf(command), options.testFolders});
+    const auto path = findBundle(options.plugin);
+    if (!path)
+        return hostError("No plug-in bundle was found beside the program or where it is installed",
+                         "Name one with --plugin");
+    return loadBundle(*path, plugIn); // reads the devices that are mounted
 }
 
 ExitStatus run(const CommandOptions& command, const Console& console)
@@ -127,17 +126,11 @@ ExitStatus run(const CommandOptions& command, const Console& console)
     // Log lines can hold texts of a device, which must not command the terminal.
     gps::setLogToStandardError(options.verbose,
                                [](std::string_view line) { return displayText(line); });
-    prepareDrivers({{}, deviceOf(command), options.testFolders});
-    const auto path = findBundle(options.plugin);
-    if (!path)
-        return refuse(command,
-                      hostError("No plug-in bundle was found beside the program or where it is "
-                                "installed",
-                                "Name one with --plugin"),
-                      console);
     PlugInBundle plugIn;
-    if (const auto failure = loadUntilStopped(*path, command, plugIn))
-        return refuse(command, *failure, console);
+    if (const auto failure = loadUntilStopped(command, plugIn)) {
+        const EarlyEnd end{ExitStatus::kNothingToWorkOn, {true, sentencesOf(*failure)}, failure};
+        return endWith(command, end, console);
+    }
     return std::visit(Runner{plugIn, console}, command);
 }
 
