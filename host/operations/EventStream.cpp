@@ -1,80 +1,89 @@
 // SPDX-License-Identifier: MIT
-// Three kinds of batches are under the mutex: the one being filled, the full ones in order, and
-// spares whose storage is reused. The consumer holds one more.
+// A ring that one thread fills and one empties. Locks are only for waiting: with one lock per call,
+// the driver's processor would have to wait for each slot to come out of the consumer's cache.
 
 #include "host/operations/EventStream.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <new>
 #include <string>
-#include <string_view>
-#include <utility>
 
 namespace host {
 
-// How long next() waits before it takes a batch that is not full, or returns an empty one.
+// How long next() waits before it returns what there is.
 static constexpr std::chrono::milliseconds kLongestWait{50};
 
-// How many batches there can be: those that wait, the one being filled, and the consumer's.
-static constexpr std::size_t kAllBatches = EventStream::kMostBatches + 2;
-
-void EventBatch::noteTextsOf(const gps::Dictionary& record) noexcept
-{
-    constexpr std::size_t kUsualText = 1024; // bytes
-    for (const auto& [key, value] : record) {
-        const auto* const text = value.as<std::string>();
-        if (text != nullptr && text->size() > kUsualText)
-            longTexts_ += text->size();
-    }
-}
-
-EventStream::EventStream()
-{
-    full_.reserve(kAllBatches);
-    spares_.reserve(kAllBatches);
-}
-
-// Blocks the driver while the queue is full. After the end it never blocks: a worker that the host
+// Blocks the driver while the ring is full. After the end it never blocks: a worker that the host
 // has abandoned must be able to finish.
 template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
 {
-    std::unique_lock lock{mutex_};
-    hasRoom_.wait(lock, [this] { return ended_ || full_.size() < kMostBatches; });
-    if (ended_)
+    const auto index = written_.load(std::memory_order_relaxed);
+    if (ended_.load(std::memory_order_acquire))
         return;
-    try {
-        fillNext(kind, fill);
-    } catch (const std::bad_alloc&) {
-        isIncomplete_ = true;
-    }
+    const bool isFull = index == roomUntil_ || longTexts_ > kMostLongTexts;
+    if (isFull && !waitForRoom(index))
+        return;
     if (kind == EventKind::kStartTransfer)
         ++transfersBegun_;
-    if (filling_.size() == kBatchSize || filling_.isLarge())
-        handOver();
-}
-
-template <typename Fill> void EventStream::fillNext(EventKind kind, Fill fill)
-{
-    Event& event = filling_.add();
+    Event& event = ring_[index % kMostEvents];
     event.kind = kind;
-    try {
-        fill(event);
-        filling_.noteTextsOf(event.record);
-    } catch (const std::bad_alloc&) {
-        filling_.removeLast(); // an event with half of its record would be a wrong one
-        throw;
-    }
+    if (!fillSlot(event, index, fill))
+        return;
+    written_.store(index + 1, std::memory_order_release);
+    if ((index + 1) % kMostInBatch == 0)
+        wakeConsumer();
 }
 
-// Allocates nothing: the constructor has reserved room for every batch that can exist.
-void EventStream::handOver() noexcept
+// An event with half of its record would be a wrong one, so it is dropped.
+template <typename Fill> bool EventStream::fillSlot(Event& event, std::size_t index, Fill fill)
+try {
+    fill(event);
+    if (!event.record.empty())
+        noteLongTexts(event.record, index);
+    return true;
+} catch (const std::bad_alloc&) {
+    isIncomplete_ = true;
+    return false;
+}
+
+void EventStream::noteLongTexts(const gps::Dictionary& record, std::size_t index)
 {
-    full_.push_back(std::exchange(filling_, {}));
-    if (!spares_.empty()) {
-        filling_ = std::move(spares_.back());
-        spares_.pop_back();
+    std::size_t bytes = 0;
+    for (const auto& [key, value] : record) {
+        const auto* const text = value.as<std::string>();
+        if (text != nullptr && text->size() > kLongText)
+            bytes += text->size();
     }
+    if (bytes == 0)
+        return;
+    const std::lock_guard lock{mutex_};
+    longEvents_.push_back({index, bytes});
+    longTexts_ += bytes;
+}
+
+bool EventStream::hasRoomFor(std::size_t index) const noexcept
+{
+    return index < released_.load(std::memory_order_acquire) + kMostEvents &&
+           longTexts_ <= kMostLongTexts;
+}
+
+// Returns false at the end of the stream. A driver that has to wait waits until half of the ring is
+// free, so that the two threads do not wake each other for each batch.
+bool EventStream::waitForRoom(std::size_t index)
+{
+    if (!hasRoomFor(index)) {
+        std::unique_lock lock{mutex_};
+        arrived_.notify_one();
+        hasRoom_.wait(lock, [&] { return ended_ || hasRoomFor(index + kMostEvents / 2); });
+    }
+    roomUntil_ = released_ + kMostEvents;
+    return !ended_;
+}
+
+void EventStream::wakeConsumer()
+{
+    const std::lock_guard lock{mutex_};
     arrived_.notify_one();
 }
 
@@ -86,40 +95,36 @@ void EventStream::close()
     hasRoom_.notify_all();
 }
 
-bool EventStream::next(EventBatch& batch)
+std::optional<EventBatch> EventStream::next()
 {
     std::unique_lock lock{mutex_};
-    batch.clear();
-    if (batch.isLarge())
-        batch = {};
-    spares_.push_back(std::exchange(batch, {}));
-    if (full_.empty() && !ended_)
-        arrived_.wait_for(lock, kLongestWait);
-    // Taken although it is not full, so that the events of a slow serial line are seen while they
-    // arrive.
-    if (full_.empty() && filling_.size() > 0)
-        handOver();
-    if (full_.empty()) {
-        batch = std::move(spares_.back()); // the one that the caller gave back
-        spares_.pop_back();
-        return !ended_;
+    releaseBatch();
+    // What there is then is taken although it is no full batch, so that the events of a slow serial
+    // line are seen while they arrive.
+    arrived_.wait_for(lock, kLongestWait, [this] {
+        return ended_ || written_ - delivered_ >= kMostInBatch || longTexts_ > kMostLongTexts;
+    });
+    const bool hasEnded = ended_; // before written_ is read: nothing is written after the end
+    const auto first = delivered_ % kMostEvents;
+    const auto count = std::min(
+        {written_.load(std::memory_order_acquire) - delivered_, kMostEvents - first, kMostInBatch});
+    if (count == 0 && hasEnded)
+        return std::nullopt;
+    delivered_ += count;
+    return EventBatch{&ring_[first], count};
+}
+
+// The storage of a record is used again, but not that of a long text.
+void EventStream::releaseBatch()
+{
+    while (!longEvents_.empty() && longEvents_.front().index < delivered_) {
+        const auto [index, bytes] = longEvents_.front();
+        ring_[index % kMostEvents].record = gps::Dictionary{};
+        longTexts_ -= bytes;
+        longEvents_.pop_front();
     }
-    batch = std::move(full_.front());
-    full_.erase(full_.begin());
+    released_.store(delivered_, std::memory_order_release);
     hasRoom_.notify_one();
-    return true;
-}
-
-std::size_t EventStream::transfersBegun() const
-{
-    const std::lock_guard lock{mutex_};
-    return transfersBegun_;
-}
-
-bool EventStream::isIncomplete() const
-{
-    const std::lock_guard lock{mutex_};
-    return isIncomplete_;
 }
 
 void EventStream::gpsStateChange(std::int32_t state)

@@ -7,56 +7,34 @@
 
 #include "host/operations/Event.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <mutex>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
 namespace host {
 
-/// Consecutive events. Batches travel between the threads as a whole and are reused, so that each
-/// record is copied once and its storage is allocated seldom.
-class EventBatch {
-public:
-    [[nodiscard]] const Event* begin() const noexcept { return events_.data(); }
-    [[nodiscard]] const Event* end() const noexcept { return events_.data() + used_; }
-    [[nodiscard]] std::size_t size() const noexcept { return used_; }
+/// Consecutive events, in the stream's own storage.
+using EventBatch = std::span<const Event>;
 
-    /// Whether long texts have made it so large that it must neither grow nor be reused.
-    [[nodiscard]] bool isLarge() const noexcept { return longTexts_ >= kMostLongTexts; }
-
-    /// Counts the long texts in a record that was stored here. Those of real receivers are short.
-    void noteTextsOf(const gps::Dictionary& record) noexcept;
-
-    Event& add()
-    {
-        if (used_ == events_.size())
-            events_.emplace_back();
-        return events_[used_++];
-    }
-    void removeLast() noexcept { --used_; }
-    void clear() noexcept { used_ = 0; } ///< keeps the storage
-
-private:
-    static constexpr std::size_t kMostLongTexts = std::size_t{1} << 20; // bytes
-
-    std::vector<Event> events_;
-    std::size_t used_ = 0;
-    std::size_t longTexts_ = 0; // bytes since it was created: cleared events keep their storage
-};
-
-/// A bounded queue: a driver that is faster than the consumer waits for it, so memory does not grow
-/// with the number of records, nor with the length of their texts. The stream ends with the idle
-/// report or when it is closed; later calls of the driver are dropped. A call that there is no
+/// A ring of events: a driver that is faster than the consumer waits for it, so memory does not
+/// grow with the number of records, nor with the length of their texts. The stream ends with the
+/// idle report or when it is closed; later calls of the driver are dropped. A call that there is no
 /// memory for is dropped, too: a status object must not throw.
 class EventStream final : public gps::GPSOutputReceiver {
 public:
-    static constexpr std::size_t kBatchSize = 256;
-    static constexpr std::size_t kMostBatches = 16; ///< full batches that wait for the consumer
+    static constexpr std::size_t kMostEvents = 4096; ///< that wait for the consumer
+    static constexpr std::size_t kMostInBatch = 512; ///< also wakes the consumer
+    static constexpr std::size_t kLongText = 1024;   ///< bytes; those of real receivers are short
+    static constexpr std::size_t kMostLongTexts = std::size_t{16} << 20; ///< bytes that wait
 
-    EventStream();
+    EventStream() : ring_(kMostEvents) {}
 
     // The driver's side.
     void gpsStateChange(std::int32_t state) override;
@@ -77,30 +55,47 @@ public:
     /// batch is full, and if there is none, the batch is empty, so that the consumer can show that
     /// time passes. One consuming thread.
     ///
-    /// @param batch  in: the previous batch, to be reused. out: the next one
-    /// @return       false at the end of the stream; the batch is then empty
-    [[nodiscard]] bool next(EventBatch& batch);
+    /// @return  valid until the next call; nullopt at the end of the stream
+    [[nodiscard]] std::optional<EventBatch> next();
 
     /// How many transfers have begun so far. [any]
-    [[nodiscard]] std::size_t transfersBegun() const;
+    [[nodiscard]] std::size_t transfersBegun() const { return transfersBegun_; }
 
     /// Whether a call was dropped because there was no memory for it. [any]
-    [[nodiscard]] bool isIncomplete() const;
+    [[nodiscard]] bool isIncomplete() const { return isIncomplete_; }
 
 private:
-    template <typename Fill> void append(EventKind kind, Fill fill);
-    template <typename Fill> void fillNext(EventKind kind, Fill fill);
-    void handOver() noexcept;
+    struct LongEvent {
+        std::size_t index; // counted from the first event
+        std::size_t bytes; // of its long texts
+    };
 
-    mutable std::mutex mutex_;
+    template <typename Fill> void append(EventKind kind, Fill fill);
+    template <typename Fill>
+    [[nodiscard]] bool fillSlot(Event& event, std::size_t index, Fill fill);
+    void noteLongTexts(const gps::Dictionary& record, std::size_t index);
+    [[nodiscard]] bool hasRoomFor(std::size_t index) const noexcept;
+    [[nodiscard]] bool waitForRoom(std::size_t index);
+    void wakeConsumer();
+    void releaseBatch();
+
+    std::vector<Event> ring_; // event number i is in slot i % kMostEvents
+
+    // Written by one side and read by the other, each on a cache line of its own: a driver's call
+    // takes no lock. An event is handed over by raising written_, a slot by raising released_.
+    alignas(64) std::atomic<std::size_t> written_{0};
+    std::size_t roomUntil_ = kMostEvents; // the driver's last look at released_, plus kMostEvents
+    alignas(64) std::atomic<std::size_t> released_{0};
+    std::size_t delivered_ = 0; // the consumer's: the end of the batch that it has
+    alignas(64) std::atomic<std::size_t> longTexts_{0}; // bytes that wait
+    std::atomic<std::size_t> transfersBegun_{0};
+    std::atomic<bool> ended_{false};
+    std::atomic<bool> isIncomplete_{false};
+
+    std::mutex mutex_; // for waiting, and for longEvents_
     std::condition_variable arrived_;
     std::condition_variable hasRoom_;
-    EventBatch filling_;
-    std::vector<EventBatch> full_; // in order; has room for all batches, and so have the spares
-    std::vector<EventBatch> spares_;
-    std::size_t transfersBegun_ = 0;
-    bool ended_ = false;
-    bool isIncomplete_ = false;
+    std::deque<LongEvent> longEvents_; // that wait, in order
 };
 
 } // namespace host

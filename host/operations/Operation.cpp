@@ -130,10 +130,8 @@ void addEvents(Outcome& outcome, const EventBatch& batch)
 // Nothing follows the idle report, so it can only be a batch's last event.
 bool endsOperation(const EventBatch& batch)
 {
-    if (batch.size() == 0)
-        return false;
-    const auto& last = *(batch.end() - 1);
-    return last.kind == EventKind::kStateChange && last.state == 0;
+    return !batch.empty() && batch.back().kind == EventKind::kStateChange &&
+           batch.back().state == 0;
 }
 
 // An exception that left this function would end the program: the consumer thread is running.
@@ -164,17 +162,16 @@ Outcome runOperation(const OperationStart& start, const BatchConsumer& consume,
     // Started before the operation: an import reports on the calling thread until it has ended, and
     // would wait for ever once the queue is full.
     std::thread consumer{[&] {
-        EventBatch batch;
-        while (stream->next(batch)) {
+        while (const auto batch = stream->next()) {
             if (failure)
                 continue; // the driver must not wait for room in the queue
             try {
-                addEvents(outcome, batch);
-                consume(batch);
+                addEvents(outcome, *batch);
+                consume(*batch);
             } catch (...) {
                 failure = std::current_exception();
             }
-            if (waits && !endsOperation(batch) && !waits()) {
+            if (waits && !endsOperation(*batch) && !waits()) {
                 outcome.isAbandoned = true;
                 stream->close(); // nobody makes room in the queue any more
                 break;

@@ -13,6 +13,14 @@ using gps::TransferKind;
 using host::EventKind;
 using host::EventStream;
 
+// The next events; the stream has not ended.
+host::EventBatch nextOf(EventStream& stream)
+{
+    const auto batch = stream.next();
+    EXPECT_TRUE(batch);
+    return batch.value_or(host::EventBatch{});
+}
+
 TEST(EventStream, EveryCallIsDeliveredInOrderWithItsArguments)
 {
     EventStream stream;
@@ -29,10 +37,8 @@ TEST(EventStream, EveryCallIsDeliveredInOrderWithItsArguments)
     stream.error({"some", -4});
     stream.gpsStateChange(0);
 
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch));
-    ASSERT_EQ(batch.size(), 11U);
-    const auto* event = batch.begin();
+    const auto event = nextOf(stream);
+    ASSERT_EQ(event.size(), 11U);
     EXPECT_EQ(event[0].kind, EventKind::kStateChange);
     EXPECT_EQ(event[0].state, 1);
     EXPECT_EQ(event[1].kind, EventKind::kStartTransfer);
@@ -57,8 +63,7 @@ TEST(EventStream, EveryCallIsDeliveredInOrderWithItsArguments)
     EXPECT_EQ(event[9].kind, EventKind::kError);
     EXPECT_EQ(event[9].error->code(), -4);
     EXPECT_EQ(event[10].state, 0);
-    EXPECT_FALSE(stream.next(batch));
-    EXPECT_EQ(batch.size(), 0U);
+    EXPECT_FALSE(stream.next());
 }
 
 TEST(EventStream, RecordIsCopiedSoTheDriverMayUseItsOwnAgain)
@@ -69,38 +74,66 @@ TEST(EventStream, RecordIsCopiedSoTheDriverMayUseItsOwnAgain)
     extras.set("name", "second");
     stream.wayPoint({}, extras);
     stream.gpsStateChange(0);
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_EQ(*batch.begin()[0].record.findString("name"), "first");
-    EXPECT_EQ(*batch.begin()[1].record.findString("name"), "second");
+    const auto batch = nextOf(stream);
+    ASSERT_EQ(batch.size(), 3U);
+    EXPECT_EQ(*batch[0].record.findString("name"), "first");
+    EXPECT_EQ(*batch[1].record.findString("name"), "second");
 }
 
-TEST(EventStream, LongTextsEndABatchEarlyAndItIsNotReused)
-{
-    constexpr std::size_t kLong = 1 << 20;
-    EventStream stream;
-    host::EventBatch batch;
-    for (int i = 0; i < 3; ++i) {
-        stream.wayPoint({}, {{"comment", std::string(kLong, 'x')}});
-        ASSERT_TRUE(stream.next(batch));
-        EXPECT_EQ(batch.size(), 1U);
-        EXPECT_TRUE(batch.isLarge());
+// A driver that reports records with a text of the given length until it is told to stop.
+class WordyDriver {
+public:
+    WordyDriver(EventStream& stream, std::size_t length)
+        : thread_{[this, &stream, text = std::string(length, 'x')] {
+              for (; !isStopped_; ++sent_)
+                  stream.wayPoint({}, {{"comment", text}});
+          }}
+    {}
+    ~WordyDriver()
+    {
+        isStopped_ = true;
+        thread_.join();
     }
-    stream.wayPoint({}, {{"comment", "short"}});
-    stream.gpsStateChange(0);
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_FALSE(batch.isLarge());
+
+    [[nodiscard]] std::size_t sent() const { return sent_; }
+
+private:
+    std::atomic<bool> isStopped_{false};
+    std::atomic<std::size_t> sent_{0};
+    std::thread thread_;
+};
+
+TEST(EventStream, DriverWaitsWhenLongTextsFillTheirShareOfMemory)
+{
+    constexpr std::size_t kLong = std::size_t{1} << 20;
+    constexpr std::size_t kMost = EventStream::kMostLongTexts / kLong + 1; // the last one is more
+    EventStream stream;
+    const WordyDriver driver{stream, kLong};
+    while (driver.sent() < kMost)
+        std::this_thread::yield();
+    for (std::size_t taken = 0; taken < 3 * kMost; taken += nextOf(stream).size())
+        EXPECT_LE(driver.sent(), taken + kMost);
+    stream.close();
 }
 
-TEST(EventStream, AlmostLongTextsDoNotEndABatch)
+TEST(EventStream, ShortTextsFillTheWholeRing)
 {
     EventStream stream;
-    for (int i = 0; i < 3; ++i)
-        stream.wayPoint({}, {{"comment", std::string(300'000, 'x')}});
-    stream.gpsStateChange(0);
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_EQ(batch.size(), 4U);
+    const WordyDriver driver{stream, EventStream::kLongText};
+    while (driver.sent() < EventStream::kMostEvents) // would hang if they counted as long
+        std::this_thread::yield();
+    stream.close();
+}
+
+TEST(EventStream, StorageOfALongTextIsNotKept)
+{
+    EventStream stream;
+    stream.wayPoint({}, {{"comment", std::string(EventStream::kLongText + 1, 'x')}});
+    const auto batch = nextOf(stream);
+    ASSERT_EQ(batch.size(), 1U);
+    EXPECT_FALSE(batch[0].record.empty());
+    EXPECT_TRUE(nextOf(stream).empty());
+    EXPECT_TRUE(batch[0].record.empty());
 }
 
 TEST(EventStream, CallsAfterTheIdleReportAreDropped)
@@ -108,10 +141,8 @@ TEST(EventStream, CallsAfterTheIdleReportAreDropped)
     EventStream stream;
     stream.gpsStateChange(0);
     stream.gpsStateChange(1);
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_EQ(batch.size(), 1U);
-    EXPECT_FALSE(stream.next(batch));
+    EXPECT_EQ(nextOf(stream).size(), 1U);
+    EXPECT_FALSE(stream.next());
 }
 
 TEST(EventStream, ClosingEndsTheStreamAfterItsLastEvent)
@@ -120,16 +151,13 @@ TEST(EventStream, ClosingEndsTheStreamAfterItsLastEvent)
     stream.startTransfer(TransferKind::kTracks);
     stream.close();
     stream.endTransfer(TransferKind::kTracks);
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_EQ(batch.size(), 1U);
-    while (stream.next(batch))
-        EXPECT_EQ(batch.size(), 0U);
+    EXPECT_EQ(nextOf(stream).size(), 1U);
+    EXPECT_FALSE(stream.next());
 }
 
 TEST(EventStream, ClosingReleasesADriverThatWaitsForTheConsumer)
 {
-    constexpr std::size_t kMost = EventStream::kBatchSize * EventStream::kMostBatches;
+    constexpr std::size_t kMost = EventStream::kMostEvents;
     EventStream stream;
     std::atomic<std::size_t> sent{0};
     std::thread driver{[&] {
@@ -141,8 +169,8 @@ TEST(EventStream, ClosingReleasesADriverThatWaitsForTheConsumer)
     stream.close();
     driver.join(); // would hang
     std::size_t received = 0;
-    for (host::EventBatch batch; stream.next(batch);)
-        received += batch.size();
+    while (const auto batch = stream.next())
+        received += batch->size();
     EXPECT_EQ(received, kMost) << "the call that waited is dropped";
 }
 
@@ -158,45 +186,40 @@ TEST(EventStream, EventOfASlowDriverIsDeliveredBeforeItsBatchIsFull)
 {
     EventStream stream;
     stream.gpsStateChange(1);
-    host::EventBatch batch;
-    ASSERT_TRUE(stream.next(batch)); // would hang if the stream waited for more events
-    EXPECT_EQ(batch.size(), 1U);
+    EXPECT_EQ(nextOf(stream).size(), 1U); // would hang if the stream waited for more events
 }
 
 TEST(EventStream, EmptyBatchesArriveWhileThereAreNoEvents)
 {
     EventStream stream;
-    host::EventBatch batch;
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(stream.next(batch));
-        EXPECT_EQ(batch.size(), 0U);
-    }
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(nextOf(stream).empty());
     stream.gpsStateChange(0);
-    ASSERT_TRUE(stream.next(batch));
-    EXPECT_EQ(batch.size(), 1U);
-    EXPECT_FALSE(stream.next(batch));
+    EXPECT_EQ(nextOf(stream).size(), 1U);
+    EXPECT_FALSE(stream.next());
 }
 
 TEST(EventStream, FastDriverWaitsForTheConsumer)
 {
-    constexpr std::size_t kMost = EventStream::kBatchSize * (EventStream::kMostBatches + 1);
+    constexpr std::size_t kMost = EventStream::kMostEvents;
     EventStream stream;
     std::atomic<std::size_t> sent{0};
     std::thread driver{[&] {
-        for (std::size_t i = 0; i < 2 * kMost; ++i, ++sent)
+        for (std::size_t i = 0; i < 4 * kMost; ++i, ++sent)
             stream.trackPoint({}, {});
         stream.gpsStateChange(0);
     }};
-    while (sent < EventStream::kBatchSize * EventStream::kMostBatches)
+    while (sent < kMost)
         std::this_thread::yield();
     EXPECT_LE(sent, kMost);
     std::size_t taken = 0;
-    for (host::EventBatch batch; stream.next(batch);) {
-        taken += batch.size();
-        EXPECT_LE(sent, taken + kMost + EventStream::kBatchSize);
+    while (const auto batch = stream.next()) {
+        EXPECT_LE(sent, taken + kMost) << "the batch itself still occupies its slots";
+        EXPECT_LE(batch->size(), EventStream::kMostInBatch);
+        taken += batch->size();
     }
     driver.join();
-    EXPECT_EQ(taken, 2 * kMost + 1);
+    EXPECT_EQ(taken, 4 * kMost + 1);
 }
 
 TEST(EventStream, HundredThousandPointsArriveInOrder)
@@ -209,8 +232,8 @@ TEST(EventStream, HundredThousandPointsArriveInOrder)
         stream.gpsStateChange(0);
     }};
     std::int64_t expected = 0;
-    for (host::EventBatch batch; stream.next(batch);) {
-        for (const auto& event : batch) {
+    while (const auto batch = stream.next()) {
+        for (const auto& event : *batch) {
             if (event.kind != EventKind::kTrackPoint)
                 continue;
             ASSERT_EQ(event.point.time, expected);

@@ -9,7 +9,6 @@
 namespace {
 
 using gps::TransferKind;
-using host::EventBatch;
 using host::EventKind;
 using host::ProgressTracker;
 using host::TransferPhase;
@@ -26,11 +25,11 @@ protected:
         return reports_.back();
     }
 
-    static EventBatch batchOf(const std::vector<EventKind>& kinds)
+    static std::vector<host::Event> batchOf(const std::vector<EventKind>& kinds)
     {
-        EventBatch batch;
+        std::vector<host::Event> batch;
         for (const auto kind : kinds) {
-            auto& event = batch.add();
+            auto& event = batch.emplace_back();
             event.kind = kind;
             event.transfer = TransferKind::kRoutes;
         }
