@@ -5,11 +5,13 @@
 #include "host/base/JsonText.h"
 
 #include "host/base/JsonDocument.h"
+#include "host/base/Text.h"
 
 #include <gps/NumberText.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <utility>
@@ -20,12 +22,9 @@ namespace {
 
 constexpr std::size_t kDeepest = 64; // bounds the recursion of whoever walks the result
 
-void appendReal(std::string& out, double value)
+char* putReal(char* at, double value)
 {
-    if (std::isfinite(value))
-        gps::appendShortest(out, value);
-    else
-        out += "null";
+    return std::isfinite(value) ? gps::putShortest(at, value) : put(at, "null");
 }
 
 void appendNumber(std::string& out, const gps::Number& number)
@@ -138,17 +137,15 @@ void appendJson(std::string& out, std::string_view text)
 
 void appendJson(std::string& out, const gps::GPSPoint& point)
 {
-    out += R"({"latitude":)";
-    appendReal(out, point.latitude);
-    out += R"(,"longitude":)";
-    appendReal(out, point.longitude);
-    out += R"(,"altitude":)";
-    appendReal(out, point.altitude);
-    out += R"(,"time":)";
-    gps::appendInteger(out, point.time);
-    out += R"(,"reserved":)";
-    gps::appendInteger(out, point.reserved);
-    out += '}';
+    constexpr std::size_t kMost = 100 + 3 * gps::kMostOfShortest + 2 * gps::kMostOfInteger;
+    appendPut<kMost>(out, [&](char* at) {
+        at = putReal(put(at, R"({"latitude":)"), point.latitude);
+        at = putReal(put(at, R"(,"longitude":)"), point.longitude);
+        at = putReal(put(at, R"(,"altitude":)"), point.altitude);
+        at = gps::putInteger(put(at, R"(,"time":)"), point.time);
+        at = gps::putInteger(put(at, R"(,"reserved":)"), point.reserved);
+        return put(at, "}");
+    });
 }
 
 void appendJsonKey(std::string& out, std::string_view key)

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // UTF-8 text: reads and writes single characters, and makes texts safe to show. The only UTF-8 code
-// of the host. Stateless. [any]
+// of the host. And the copying of short texts in the writers' inner loops. Stateless. [any]
 
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +14,21 @@
 namespace host {
 
 inline constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+/// Copies a text to memory that has room for it. @return  the end of the copy
+[[nodiscard]] inline char* put(char* at, std::string_view text) noexcept
+{
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+}
+
+/// Appends what a function writes.
+/// @param put  writes at most kMost characters at the place that it gets, and returns their end
+template <std::size_t kMost, typename Put> void appendPut(std::string& out, Put put)
+{
+    std::array<char, kMost> text;
+    out.append(text.data(), put(text.data()));
+}
 
 /// Removes the first character from a text.
 /// Precondition: the text is not empty.

@@ -42,6 +42,20 @@ public:
             used_ += text.copy(buffer_.get() + used_, text.size());
     }
 
+    /// Where up to `size` characters, at most kMostRoom, can be written directly. Call setEnd()
+    /// afterwards, and nothing else before.
+    [[nodiscard]] char* room(std::size_t size)
+    {
+        if (size > kBufferSize - used_)
+            flush();
+        return buffer_.get() + used_;
+    }
+
+    /// @param end  behind the last character that was written at room()
+    void setEnd(const char* end) noexcept { used_ = static_cast<std::size_t>(end - buffer_.get()); }
+
+    static constexpr std::size_t kMostRoom = std::size_t{16} << 10;
+
     /// Writes the buffered text to the file. @return  the first failure since the start
     std::optional<gps::Error> flush();
 

@@ -27,6 +27,12 @@ public:
     /// Appends text to a section. Precondition: `section` is below the count.
     void write(std::size_t section, std::string_view text) { outputFor(section).write(text); }
 
+    /// Where the text of a section goes. Valid until another section is written.
+    [[nodiscard]] Output& outputFor(std::size_t section)
+    {
+        return section == current_ ? output_ : outputForOther(section);
+    }
+
     /// Puts all waiting text in its place; the output then ends with the last section.
     void finish();
 
@@ -36,10 +42,6 @@ private:
         std::optional<Spool> waiting;
     };
 
-    [[nodiscard]] Output& outputFor(std::size_t section)
-    {
-        return section == current_ ? output_ : outputForOther(section);
-    }
     [[nodiscard]] Output& outputForOther(std::size_t section);
     void insertWaiting();
     [[nodiscard]] off_t endOf(std::size_t section) const;

@@ -5,13 +5,16 @@
 #include "host/formats/GeoJsonWriter.h"
 
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace host {
 namespace {
@@ -19,25 +22,29 @@ namespace {
 constexpr std::string_view kGeoJsonHead = R"({"type":"FeatureCollection","features":[)";
 constexpr std::string_view kGeoJsonFoot = "\n]}\n";
 
+constexpr std::size_t kMostOfPosition = 2 * kMostOfDegrees + gps::kMostOfShortest + 4;
+constexpr std::size_t kMostOfTime = TimestampText::kSize + 3;
+
 // Longitude comes first. A position without an altitude has two numbers.
-void appendPosition(std::string& out, const gps::GPSPoint& point)
+char* putPosition(char* at, const gps::GPSPoint& point)
 {
-    out += '[';
-    appendDegrees(out, point.longitude);
-    out += ',';
-    appendDegrees(out, point.latitude);
+    *at++ = '[';
+    at = putDegrees(at, point.longitude);
+    *at++ = ',';
+    at = putDegrees(at, point.latitude);
     if (std::isfinite(point.altitude)) {
-        out += ',';
-        gps::appendShortest(out, point.altitude);
+        *at++ = ',';
+        at = gps::putShortest(at, point.altitude);
     }
-    out += ']';
+    *at++ = ']';
+    return at;
 }
 
-void appendTime(std::string& out, const gps::GPSPoint& point)
+char* putTime(char* at, const gps::GPSPoint& point, TimestampText& times)
 {
-    out += '"';
-    appendTimestamp(out, point.time, 'T');
-    out += "Z\"";
+    *at++ = '"';
+    at = times.put(at, point.time, 'T');
+    return put(at, "Z\"");
 }
 
 // The record's fields as members. Leaves out boxed points, which become the geometry, and keys that
@@ -58,7 +65,8 @@ void appendTimeMember(std::string& out, const gps::GPSPoint& point)
     if (!hasTimestamp(point))
         return;
     appendJsonKey(out, "time");
-    appendTime(out, point);
+    TimestampText times;
+    appendPut<kMostOfTime>(out, [&](char* at) { return putTime(at, point, times); });
 }
 
 } // namespace
@@ -80,7 +88,7 @@ void GeoJsonWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& 
     appendTimeMember(text_, point);
     appendFields(text_, record);
     text_ += R"(},"geometry":{"type":"Point","coordinates":)";
-    appendPosition(text_, point);
+    appendPut<kMostOfPosition>(text_, [&](char* at) { return putPosition(at, point); });
     text_ += "}}";
     output_.write(text_);
 }
@@ -121,9 +129,8 @@ void GeoJsonWriter::trackPoint(const gps::GPSPoint& point)
         addNoDetail();
         return;
     }
-    text_.clear();
-    appendTime(text_, point);
-    addDetail(text_);
+    std::array<char, kMostOfTime> time;
+    addDetail({time.data(), putTime(time.data(), point, times_)});
 }
 
 void GeoJsonWriter::endTrack()
@@ -176,9 +183,8 @@ void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
 
 void GeoJsonWriter::addPosition(std::string_view separator, const gps::GPSPoint& point)
 {
-    text_ = separator;
-    appendPosition(text_, point);
-    coordinates_.write(text_);
+    char* const at = coordinates_.room(separator.size() + kMostOfPosition);
+    coordinates_.setEnd(putPosition(put(at, separator), point));
     ++positions_;
 }
 

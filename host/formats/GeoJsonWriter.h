@@ -7,6 +7,7 @@
 #include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
 #include "host/points/GlobeFilter.h"
+#include "host/points/Points.h"
 
 #include <cstddef>
 #include <optional>
@@ -57,6 +58,7 @@ private:
     Output& output_;
     bool hasFeatures_ = false;
     std::string text_; // reused for each piece of output
+    TimestampText times_;
     GlobeFilter globe_;
 
     // The open line. Its details ("times" or "points") go straight to the output, starting at the

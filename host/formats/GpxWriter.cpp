@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Each element is built in one buffer and written at once: this is the inner loop of a download.
+// Track points are written into the output's own buffer: this is the inner loop of a download.
 
 #include "host/formats/GpxWriter.h"
 
+#include "host/base/Text.h"
 #include "host/base/XmlText.h"
 #include "host/formats/GeocacheXml.h"
 #include "host/points/Points.h"
@@ -37,30 +38,34 @@ void appendChild(std::string& out, std::string_view element, const gps::Dictiona
     out.append("</").append(element).append(1, '>');
 }
 
-void appendAttributes(std::string& out, const gps::GPSPoint& point)
+constexpr std::size_t kMostOfPoint = // the longest element name, "rtept", included
+    std::string_view{R"(<rtept lat="" lon=""><ele></ele><time>Z</time>)"}.size() +
+    2 * kMostOfDegrees + gps::kMostOfDecimal + TimestampText::kSize;
+
+// Writes the start tag of a point, its elevation and its time.
+char* putPoint(char* at, std::string_view element, const gps::GPSPoint& point, TimestampText& times)
 {
-    out += R"( lat=")";
-    appendDegrees(out, point.latitude);
-    out += R"(" lon=")";
+    at = put(at, "<");
+    at = put(at, element);
+    at = put(at, R"( lat=")");
+    at = putDegrees(at, point.latitude);
+    at = put(at, R"(" lon=")");
     // The schema allows longitudes from -180 to below 180. A longitude just below 180 would be
     // rounded up to it.
     constexpr double kAlmost180 = 180 - 1e-9;
-    appendDegrees(out, point.longitude > kAlmost180 ? -180 : point.longitude);
-    out += R"(">)";
-}
-
-void appendElevationAndTime(std::string& out, const gps::GPSPoint& point)
-{
+    at = putDegrees(at, point.longitude > kAlmost180 ? -180 : point.longitude);
+    at = put(at, R"(">)");
     if (std::isfinite(point.altitude)) {
-        out += "<ele>";
-        gps::appendDecimal(out, point.altitude);
-        out += "</ele>";
+        at = put(at, "<ele>");
+        at = gps::putDecimal(at, point.altitude);
+        at = put(at, "</ele>");
     }
     if (hasTimestamp(point)) {
-        out += "<time>";
-        appendTimestamp(out, point.time, 'T');
-        out += "Z</time>";
+        at = put(at, "<time>");
+        at = times.put(at, point.time, 'T');
+        at = put(at, "Z</time>");
     }
+    return at;
 }
 
 } // namespace
@@ -108,8 +113,13 @@ void GpxWriter::beginTrack(const gps::Dictionary& track)
 
 void GpxWriter::trackPoint(const gps::GPSPoint& point)
 {
-    if (makePoint("trkpt", point, noFields_))
-        sections_.write(kTrackSection, text_);
+    if (!globe_.passes(point))
+        return;
+    constexpr std::string_view kEnd = "</trkpt>\n";
+    auto& out = sections_.outputFor(kTrackSection);
+    char* at = out.room(kMostOfPoint + kEnd.size());
+    at = putPoint(at, "trkpt", point, times_);
+    out.setEnd(put(at, kEnd));
 }
 
 void GpxWriter::endTrack()
@@ -129,10 +139,9 @@ bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point,
 {
     if (!globe_.passes(point))
         return false;
-    text_.assign(1, '<').append(element);
-    appendAttributes(text_, point);
+    text_.clear();
+    appendPut<kMostOfPoint>(text_, [&](char* at) { return putPoint(at, element, point, times_); });
     // The schema fixes the order: ele and time before name, cmt and sym, and extensions last.
-    appendElevationAndTime(text_, point);
     appendChild(text_, "name", record, "name");
     appendChild(text_, "cmt", record, "comment");
     appendChild(text_, "sym", record, "symbol");

@@ -9,6 +9,7 @@
 #include "host/files/SectionedOutput.h"
 #include "host/formats/CollectionWriter.h"
 #include "host/points/GlobeFilter.h"
+#include "host/points/Points.h"
 
 #include <optional>
 #include <string>
@@ -42,9 +43,8 @@ private:
     Output& output_;
     SectionedOutput sections_;
     std::string text_; // the last element made
+    TimestampText times_;
     GlobeFilter globe_;
-    const gps::Dictionary
-        noFields_; // a track point has nothing but its coordinates, elevation and time
 };
 
 } // namespace host

@@ -5,6 +5,7 @@
 
 #include "host/formats/KmlLine.h"
 
+#include "host/base/Text.h"
 #include "host/formats/KmlText.h"
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
@@ -14,7 +15,7 @@ namespace host {
 void KmlLine::begin(std::string_view head, Times times)
 {
     head_ = head;
-    times_ = times;
+    rule_ = times;
     last_.reset();
 }
 
@@ -26,11 +27,11 @@ void KmlLine::add(Output& out, const gps::GPSPoint& point)
     if (!continuesRun)
         endRun(out);
     if (const auto crossing = continuesRun ? dateLineCrossing(*last_, point) : std::nullopt) {
-        put(out, crossing->before);
+        addToRun(out, crossing->before);
         endRun(out);
-        put(out, crossing->after);
+        addToRun(out, crossing->after);
     }
-    put(out, point);
+    addToRun(out, point);
     last_ = point;
 }
 
@@ -45,29 +46,26 @@ void KmlLine::end(Output& out)
 
 bool KmlLine::isTimed(const gps::GPSPoint& point) const noexcept
 {
-    return times_ == Times::kKept && hasTimestamp(point);
+    return rule_ == Times::kKept && hasTimestamp(point);
 }
 
-void KmlLine::put(Output& out, const gps::GPSPoint& point)
+void KmlLine::addToRun(Output& out, const gps::GPSPoint& point)
 {
     inTrack_ = isTimed(point);
-    text_.clear();
     if (inRun_++ == 0 && inTrack_) {
         out.write(head_);
         out.write("<gx:Track>\n");
     }
-    if (inTrack_) {
-        appendKmlWhen(text_, point);
-        text_ += '\n';
-        out.write(text_);
-        text_ = "<gx:coord>";
-        appendKmlPosition(text_, point, ' ');
-        text_ += "</gx:coord>";
-    } else {
-        appendKmlPosition(text_, point, ',');
-    }
-    text_ += '\n';
-    coordinates_.write(text_);
+    if (inTrack_)
+        out.setEnd(put(putKmlWhen(out.room(kMostOfKmlWhen + 1), point, times_), "\n"));
+    constexpr std::string_view kTag = "<gx:coord>";
+    constexpr std::string_view kEndTag = "</gx:coord>";
+    char* at = coordinates_.room(kTag.size() + kMostOfKmlPosition + kEndTag.size() + 1);
+    if (inTrack_)
+        at = put(putKmlPosition(put(at, kTag), point, ' '), kEndTag);
+    else
+        at = putKmlPosition(at, point, ',');
+    coordinates_.setEnd(put(at, "\n"));
 }
 
 void KmlLine::endRun(Output& out)

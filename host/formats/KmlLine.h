@@ -6,6 +6,7 @@
 #pragma once
 
 #include "host/files/Output.h"
+#include "host/points/Points.h"
 
 #include <gps/GPSPoint.h>
 
@@ -39,16 +40,16 @@ public:
 
 private:
     [[nodiscard]] bool isTimed(const gps::GPSPoint& point) const noexcept;
-    void put(Output& out, const gps::GPSPoint& point);
+    void addToRun(Output& out, const gps::GPSPoint& point);
     void endRun(Output& out);
 
     std::string head_;
-    Times times_ = Times::kKept;
+    Times rule_ = Times::kKept;
+    TimestampText times_;
     std::optional<gps::GPSPoint> last_; // nullopt until the line has a point
     bool inTrack_ = false;              // whether the open run is a gx:Track
     std::size_t inRun_ = 0;             // points in the open run; 0 if no run is open
     Spool coordinates_;
-    std::string text_;
 };
 
 } // namespace host

@@ -5,8 +5,8 @@
 #include "host/formats/KmlText.h"
 
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 #include "host/base/XmlText.h"
-#include "host/points/Points.h"
 
 #include <gps/NumberText.h>
 #include <gps/Value.h>
@@ -62,22 +62,22 @@ void appendData(std::string& out, const gps::Dictionary& record)
 } // namespace
 
 // No altitudeMode is written, so viewers clamp everything to the ground; the altitude is only data.
-void appendKmlPosition(std::string& out, const gps::GPSPoint& point, char separator)
+char* putKmlPosition(char* at, const gps::GPSPoint& point, char separator) noexcept
 {
-    appendDegrees(out, point.longitude);
-    out += separator;
-    appendDegrees(out, point.latitude);
+    at = putDegrees(at, point.longitude);
+    *at++ = separator;
+    at = putDegrees(at, point.latitude);
     if (!std::isfinite(point.altitude))
-        return;
-    out += separator;
-    gps::appendDecimal(out, point.altitude);
+        return at;
+    *at++ = separator;
+    return gps::putDecimal(at, point.altitude);
 }
 
-void appendKmlWhen(std::string& out, const gps::GPSPoint& point)
+char* putKmlWhen(char* at, const gps::GPSPoint& point, TimestampText& times) noexcept
 {
-    out += "<when>";
-    appendTimestamp(out, point.time, 'T');
-    out += "Z</when>";
+    at = put(at, "<when>");
+    at = times.put(at, point.time, 'T');
+    return put(at, "Z</when>");
 }
 
 void appendKmlName(std::string& out, const gps::Dictionary& record)
@@ -98,7 +98,8 @@ void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_
     appendDescription(out, record);
     if (timed != nullptr && hasTimestamp(*timed)) {
         out += "<TimeStamp>";
-        appendKmlWhen(out, *timed);
+        TimestampText times;
+        appendPut<kMostOfKmlWhen>(out, [&](char* at) { return putKmlWhen(at, *timed, times); });
         out += "</TimeStamp>";
     }
     out.append("<styleUrl>#").append(style).append("</styleUrl>");

@@ -3,8 +3,12 @@
 
 #pragma once
 
-#include <gps/GPSPoint.h>
+#include "host/points/Points.h"
 
+#include <gps/GPSPoint.h>
+#include <gps/NumberText.h>
+
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,12 +18,19 @@ class Dictionary;
 
 namespace host {
 
-/// Appends longitude and latitude in degrees and, if it is finite, altitude in metres, in the order
-/// that KML requires.
-void appendKmlPosition(std::string& out, const gps::GPSPoint& point, char separator);
+inline constexpr std::size_t kMostOfKmlPosition = 2 * kMostOfDegrees + 2 + gps::kMostOfDecimal;
+inline constexpr std::size_t kMostOfKmlWhen = TimestampText::kSize + 14;
 
-/// Appends the point's timestamp as a `when` element. Precondition: it has one.
-void appendKmlWhen(std::string& out, const gps::GPSPoint& point);
+/// Writes longitude and latitude in degrees and, if it is finite, altitude in metres, in the order
+/// that KML requires.
+/// @param at  has room for kMostOfKmlPosition characters
+/// @return    the end of what was written
+[[nodiscard]] char* putKmlPosition(char* at, const gps::GPSPoint& point, char separator) noexcept;
+
+/// Writes the point's timestamp as a `when` element. Precondition: it has one.
+/// @param at  has room for kMostOfKmlWhen characters
+/// @return    the end of what was written
+[[nodiscard]] char* putKmlWhen(char* at, const gps::GPSPoint& point, TimestampText& times) noexcept;
 
 /// Appends a `name` element if the record has a name.
 void appendKmlName(std::string& out, const gps::Dictionary& record);

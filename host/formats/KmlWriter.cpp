@@ -3,6 +3,7 @@
 
 #include "host/formats/KmlWriter.h"
 
+#include "host/base/Text.h"
 #include "host/formats/KmlText.h"
 
 #include <gps/Geocache.h>
@@ -127,7 +128,7 @@ void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary&
     text_.clear();
     appendKmlHead(text_, record, style, &point);
     text_ += "<Point><coordinates>";
-    appendKmlPosition(text_, point, ',');
+    appendPut<kMostOfKmlPosition>(text_, [&](char* at) { return putKmlPosition(at, point, ','); });
     text_ += "</coordinates></Point></Placemark>\n";
 }
 

@@ -3,15 +3,14 @@
 
 #include "host/points/Points.h"
 
-#include <gps/NumberText.h>
-
-#include <array>
 #include <chrono>
 #include <cmath>
+#include <cstring>
 
 namespace host {
 namespace {
 
+constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kFirstTimestamp = 315532800;     // 1980-01-01 00:00 UTC
 constexpr std::int64_t kEndOfTimestamps = 253402300800; // 10000-01-01 00:00 UTC
 
@@ -21,6 +20,19 @@ void putTwoDigits(char* at, unsigned number) noexcept
     at[1] = static_cast<char>('0' + number % 10);
 }
 
+// Writes "YYYY-MM-DD". @param day  since 1970-01-01
+void putDate(char* at, std::int64_t day) noexcept
+{
+    const std::chrono::year_month_day date{std::chrono::sys_days{std::chrono::days{day}}};
+    const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
+    putTwoDigits(at, year / 100);
+    putTwoDigits(&at[2], year % 100);
+    at[4] = '-';
+    putTwoDigits(&at[5], static_cast<unsigned>(date.month()));
+    at[7] = '-';
+    putTwoDigits(&at[8], static_cast<unsigned>(date.day()));
+}
+
 } // namespace
 
 bool hasTimestamp(const gps::GPSPoint& point) noexcept
@@ -28,29 +40,33 @@ bool hasTimestamp(const gps::GPSPoint& point) noexcept
     return point.time >= kFirstTimestamp && point.time < kEndOfTimestamps;
 }
 
-void appendDegrees(std::string& out, double degrees)
+char* putDegrees(char* at, double degrees) noexcept
 {
-    gps::appendRounded(out, degrees);
+    return gps::putRounded(at, degrees);
+}
+
+char* TimestampText::put(char* at, std::int64_t time, char separator) noexcept
+{
+    const auto day = time / kSecondsPerDay;
+    if (day != day_) {
+        day_ = day;
+        putDate(date_.data(), day);
+    }
+    const auto inDay = static_cast<unsigned>(time % kSecondsPerDay);
+    std::memcpy(at, date_.data(), date_.size());
+    at[10] = separator;
+    putTwoDigits(&at[11], inDay / 3600);
+    at[13] = ':';
+    putTwoDigits(&at[14], inDay / 60 % 60);
+    at[16] = ':';
+    putTwoDigits(&at[17], inDay % 60);
+    return at + kSize;
 }
 
 void appendTimestamp(std::string& out, std::int64_t time, char separator)
 {
-    using namespace std::chrono;
-    const sys_seconds timestamp{seconds{time}};
-    const auto day = floor<days>(timestamp);
-    const year_month_day date{day};
-    const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-    const auto inDay = static_cast<unsigned>((timestamp - day).count());
-    std::array<char, 19> text{'0',       '0', '0', '0', '-', '0', '0', '-', '0', '0',
-                              separator, '0', '0', ':', '0', '0', ':', '0', '0'};
-    putTwoDigits(text.data(), year / 100);
-    putTwoDigits(&text[2], year % 100);
-    putTwoDigits(&text[5], static_cast<unsigned>(date.month()));
-    putTwoDigits(&text[8], static_cast<unsigned>(date.day()));
-    putTwoDigits(&text[11], inDay / 3600);
-    putTwoDigits(&text[14], inDay / 60 % 60);
-    putTwoDigits(&text[17], inDay % 60);
-    out.append(text.data(), text.size());
+    std::array<char, TimestampText::kSize> text;
+    out.append(text.data(), TimestampText{}.put(text.data(), time, separator));
 }
 
 bool isOnGlobe(const gps::GPSPoint& point) noexcept

@@ -5,7 +5,10 @@
 #pragma once
 
 #include <gps/GPSPoint.h>
+#include <gps/NumberText.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -17,15 +20,34 @@ namespace host {
 /// older than 1980, so anything before that has no date.
 [[nodiscard]] bool hasTimestamp(const gps::GPSPoint& point) noexcept;
 
-/// Appends "YYYY-MM-DD", `separator` and "HH:MM:SS", in UTC.
-/// @param time  seconds since 1970-01-01 00:00 UTC
-/// Precondition: `hasTimestamp` holds for a point with this time.
+/// Writes timestamps as "YYYY-MM-DD", a separator and "HH:MM:SS", in UTC. Remembers the date: most
+/// points are of the same day as the point before.
+class TimestampText {
+public:
+    static constexpr std::size_t kSize = 19;
+
+    /// @param at    has room for kSize characters
+    /// @param time  seconds since 1970-01-01 00:00 UTC
+    /// Precondition: `hasTimestamp` holds for a point with this time.
+    /// @return      the end of what was written
+    [[nodiscard]] char* put(char* at, std::int64_t time, char separator) noexcept;
+
+private:
+    std::int64_t day_ = -1; // since 1970-01-01; -1 is before all days that are written
+    std::array<char, 10> date_{};
+};
+
+/// Appends one timestamp.
 void appendTimestamp(std::string& out, std::int64_t time, char separator);
 
-/// Appends a latitude or a longitude in degrees with nine decimals, which is 0.1 mm. Receivers
-/// store a hundredth of that precision, so the text reads back as the same sentence.
+inline constexpr std::size_t kMostOfDegrees = gps::kMostOfRounded;
+
+/// Writes a latitude or a longitude in degrees with nine decimals, which is 0.1 mm. Receivers store
+/// a hundredth of that precision, so the text reads back as the same sentence.
+/// @param at  has room for kMostOfDegrees characters
 /// Precondition: the value is a valid coordinate.
-void appendDegrees(std::string& out, double degrees);
+/// @return    the end of what was written
+[[nodiscard]] char* putDegrees(char* at, double degrees) noexcept;
 
 /// Whether both coordinates are valid: finite, latitude within 90 and longitude within 180 degrees.
 [[nodiscard]] bool isOnGlobe(const gps::GPSPoint& point) noexcept;

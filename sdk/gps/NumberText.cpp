@@ -51,15 +51,13 @@ std::optional<double> shortNumber(std::string_view text) noexcept
     return static_cast<double>(digits) / kPowersOfTen[decimals];
 }
 
-/// Appends an integer of up to five digits, such as an altitude in metres: its shortest text and
-/// its decimal text are the same.
-/// @return  false, with nothing appended, for any other number
-bool appendWhole(std::string& out, double value)
+/// Whether a number is an integer of up to five digits, such as an altitude in metres: its shortest
+/// text and its decimal text are the same.
+bool isShortInteger(double value) noexcept
 {
-    if (std::abs(value) >= 1e5 || value == 0 || value != std::trunc(value))
-        return false;
-    appendInteger(out, static_cast<std::int64_t>(value));
-    return true;
+    return std::abs(value) < 1e5 &&
+           value == static_cast<double>(static_cast<std::int32_t>(value)) &&
+           value != 0; // which may have a minus
 }
 
 /// What llround() returns, without a call into the C library. Precondition: not negative, and below
@@ -223,41 +221,58 @@ std::int32_t saturatedInt32(std::int64_t value) noexcept
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, kMinInt32, kMaxInt32));
 }
 
+char* putInteger(char* at, std::int64_t value) noexcept
+{
+    return std::to_chars(at, at + kMostOfInteger, value).ptr;
+}
+
+char* putShortest(char* at, double value) noexcept
+{
+    if (isShortInteger(value))
+        return putInteger(at, static_cast<std::int64_t>(value));
+    return std::to_chars(at, at + kMostOfShortest, value).ptr;
+}
+
+char* putDecimal(char* at, double value) noexcept
+{
+    if (isShortInteger(value))
+        return putInteger(at, static_cast<std::int64_t>(value));
+    return std::to_chars(at, at + kMostOfDecimal, value, std::chars_format::fixed).ptr;
+}
+
+char* putRounded(char* at, double value) noexcept
+{
+    constexpr std::int64_t kUnits = 1'000'000'000;
+    const std::int64_t digits = roundedHalfAway(std::abs(value) * static_cast<double>(kUnits));
+    if (value < 0 && digits != 0)
+        *at++ = '-';
+    at = putInteger(at, digits / kUnits);
+    const auto fraction = static_cast<std::uint32_t>(digits % kUnits);
+    if (fraction == 0)
+        return at;
+    *at++ = '.';
+    at = putNineDigits(at, fraction);
+    while (at[-1] == '0')
+        --at;
+    return at;
+}
+
 void appendShortest(std::string& out, double value)
 {
-    if (appendWhole(out, value))
-        return;
-    std::array<char, 32> text; // the longest, "-2.2250738585072014e-308", has 24
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
-    out.append(text.data(), end);
+    std::array<char, kMostOfShortest> text;
+    out.append(text.data(), putShortest(text.data(), value));
 }
 
 void appendDecimal(std::string& out, double value)
 {
-    if (appendWhole(out, value))
-        return;
-    std::array<char, 1200> text; // a double has 1,074 decimals at most
-    const auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    out.append(text.data(), end);
+    std::array<char, kMostOfDecimal> text;
+    out.append(text.data(), putDecimal(text.data(), value));
 }
 
 void appendRounded(std::string& out, double value)
 {
-    constexpr std::int64_t kUnits = 1'000'000'000;
-    const std::int64_t digits = roundedHalfAway(std::abs(value) * static_cast<double>(kUnits));
-    std::array<char, 24> text; // a sign, 10 digits, a point and 9 digits
-    char* end = text.data();
-    if (value < 0 && digits != 0)
-        *end++ = '-';
-    end = std::to_chars(end, text.data() + text.size(), digits / kUnits).ptr;
-    if (const auto fraction = static_cast<std::uint32_t>(digits % kUnits)) {
-        *end++ = '.';
-        end = putNineDigits(end, fraction);
-        while (end[-1] == '0')
-            --end;
-    }
-    out.append(text.data(), end);
+    std::array<char, kMostOfRounded> text;
+    out.append(text.data(), putRounded(text.data(), value));
 }
 
 void appendFixed(std::string& out, double value, int decimals)
@@ -270,9 +285,8 @@ void appendFixed(std::string& out, double value, int decimals)
 
 void appendInteger(std::string& out, std::int64_t value)
 {
-    std::array<char, 24> text;
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
-    out.append(text.data(), end);
+    std::array<char, kMostOfInteger> text;
+    out.append(text.data(), putInteger(text.data(), value));
 }
 
 void appendPadded(std::string& out, std::int64_t value, int width)

@@ -8,6 +8,7 @@
 
 #include <gps/Characters.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -86,5 +87,21 @@ void appendInteger(std::string& out, std::int64_t value);
 /// Appends an integer in at least `width` characters, padded with zeros after the sign; the sign
 /// counts (printf's "%0*d"). [any]
 void appendPadded(std::string& out, std::int64_t value, int width);
+
+// The put functions write what the append function of the same name appends. They are for inner
+// loops that build a text in memory of their own.
+//
+// @param at  has room for as many characters as the constant says
+// @return    the end of what was written
+
+inline constexpr std::size_t kMostOfShortest = 24;  ///< "-2.2250738585072014e-308"
+inline constexpr std::size_t kMostOfDecimal = 327;  ///< 324 decimals after "-0."
+inline constexpr std::size_t kMostOfRounded = 21;   ///< "-1000000000.000000001"
+inline constexpr std::size_t kMostOfInteger = 20;   ///< "-9223372036854775808"
+
+[[nodiscard]] char* putShortest(char* at, double value) noexcept;      ///< [any]
+[[nodiscard]] char* putDecimal(char* at, double value) noexcept;       ///< [any]
+[[nodiscard]] char* putRounded(char* at, double value) noexcept;       ///< [any]
+[[nodiscard]] char* putInteger(char* at, std::int64_t value) noexcept; ///< [any]
 
 } // namespace gps

@@ -333,6 +333,16 @@ TEST(NumberText, ARoundedNumberIsWhatTheCLibraryRounds)
     }
 }
 
+TEST(NumberText, TheLongestNumbersFitTheirRoom)
+{
+    const double smallest = -std::numeric_limits<double>::denorm_min();
+    EXPECT_EQ(appended(appendDecimal, smallest).size(), kMostOfDecimal);
+    EXPECT_EQ(appended(appendShortest, -2.2250738585072014e-308).size(), kMostOfShortest);
+    EXPECT_EQ(appended(appendRounded, -999999999.999999999).size(), 11U);
+    EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()).size(),
+              kMostOfInteger);
+}
+
 TEST(NumberText, AFixedNumberHasExactlyTheGivenNumberOfDecimals)
 {
     const auto fixed = [](double value, int decimals) {

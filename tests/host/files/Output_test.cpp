@@ -26,6 +26,32 @@ TEST(Output, TextsOfAnySizeArriveInOrder)
     EXPECT_EQ(written.text(), expected);
 }
 
+TEST(Output, TextIsWrittenDirectlyWhereThereIsRoom)
+{
+    support::Written written;
+    std::string expected;
+    for (const std::size_t size : {1U, 65535U, 16384U, 65520U, 16384U, 65521U, 16384U, 16U}) {
+        const std::string text(size, static_cast<char>('a' + expected.size() % 26));
+        if (size > host::Output::kMostRoom) {
+            written.output().write(text);
+        } else {
+            char* const at = written.output().room(size);
+            written.output().setEnd(at + text.copy(at, size));
+        }
+        expected += text;
+    }
+    EXPECT_EQ(written.text(), expected);
+}
+
+TEST(Output, RoomNeedNotBeUsed)
+{
+    support::Written written;
+    written.output().write("a");
+    written.output().setEnd(written.output().room(100));
+    written.output().write("b");
+    EXPECT_EQ(written.text(), "ab");
+}
+
 TEST(Output, FirstFailureIsKept)
 {
     const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);

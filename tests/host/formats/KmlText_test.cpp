@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
+#include <string>
 
 namespace {
 
@@ -17,21 +19,33 @@ std::string headOf(const gps::Dictionary& record, const gps::GPSPoint* timed = n
     return out;
 }
 
+std::string positionOf(const gps::GPSPoint& point, char separator)
+{
+    std::array<char, host::kMostOfKmlPosition> text;
+    return {text.data(), host::putKmlPosition(text.data(), point, separator)};
+}
+
 TEST(KmlText, PositionIsLongitudeLatitudeAndAltitude)
 {
-    std::string out;
-    host::appendKmlPosition(out, {1.5, -2.25, 1e22, 0, 0}, ' ');
-    EXPECT_EQ(out, "-2.25 1.5 10000000000000000000000");
+    EXPECT_EQ(positionOf({1.5, -2.25, 1e22, 0, 0}, ' '), "-2.25 1.5 10000000000000000000000");
 }
 
 TEST(KmlText, AltitudeThatIsNotFiniteIsLeftOut)
 {
     for (const double altitude :
          {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
-        std::string out;
-        host::appendKmlPosition(out, {1, 2, altitude, 0, 0}, ',');
-        EXPECT_EQ(out, "2,1");
+        EXPECT_EQ(positionOf({1, 2, altitude, 0, 0}, ','), "2,1");
     }
+}
+
+TEST(KmlText, LongestPositionFitsItsRoom)
+{
+    const double smallest = -std::numeric_limits<double>::denorm_min();
+    EXPECT_LE(positionOf({-89.123456789, -179.123456789, smallest, 0, 0}, ',').size(),
+              host::kMostOfKmlPosition);
+    const double largest = std::numeric_limits<double>::lowest();
+    EXPECT_LE(positionOf({-89.123456789, -179.123456789, largest, 0, 0}, ',').size(),
+              host::kMostOfKmlPosition);
 }
 
 TEST(KmlText, NameIsLeftOutWhenMissingOrEmpty)

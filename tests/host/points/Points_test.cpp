@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+#include <string>
+
 namespace {
 
 using support::kNaN;
@@ -32,6 +36,30 @@ TEST(Points, TimestampsAreWrittenInUtc)
     EXPECT_EQ(timestamp(951782399), "2000-02-28T23:59:59");
     EXPECT_EQ(timestamp(951782400), "2000-02-29T00:00:00");
     EXPECT_EQ(timestamp(253402300799), "9999-12-31T23:59:59");
+}
+
+TEST(Points, TimestampsOfOneObjectChangeTheirDateAtMidnight)
+{
+    host::TimestampText times;
+    std::array<char, host::TimestampText::kSize> text;
+    const auto put = [&](std::int64_t time) {
+        return std::string{text.data(), times.put(text.data(), time, ' ')};
+    };
+    EXPECT_EQ(put(951782399), "2000-02-28 23:59:59");
+    EXPECT_EQ(put(951782400), "2000-02-29 00:00:00");
+    EXPECT_EQ(put(951782401), "2000-02-29 00:00:01");
+    EXPECT_EQ(put(951782399), "2000-02-28 23:59:59") << "time may run backward";
+}
+
+TEST(Points, DegreesHaveNineDecimals)
+{
+    std::array<char, host::kMostOfDegrees> text;
+    const auto put = [&](double degrees) {
+        return std::string{text.data(), host::putDegrees(text.data(), degrees)};
+    };
+    EXPECT_EQ(put(46.5), "46.5");
+    EXPECT_EQ(put(-179.123456789), "-179.123456789");
+    EXPECT_EQ(put(0.0000000004), "0");
 }
 
 TEST(Points, CoordinatesAreValidUpTo90And180Degrees)
