@@ -8,6 +8,7 @@
 #include <platform/System/UserDefaults.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -17,6 +18,10 @@
 
 namespace gps {
 namespace {
+
+/// All names but "tty0" to "tty63": these consoles are in every system, and udev would look at each
+/// for as long as the rest of the program takes to start.
+constexpr std::array kNoConsoles{"[!t]*", "t[!t]*", "tt[!y]*", "tty[!0-9]*"};
 
 struct Port {
     bool onUsb = false;
@@ -74,6 +79,8 @@ std::vector<Port> hardwarePorts()
     if (!terminals)
         return ports;
     udev_enumerate_add_match_subsystem(terminals.get(), "tty");
+    for (const char* const pattern : kNoConsoles)
+        udev_enumerate_add_match_sysname(terminals.get(), pattern);
     udev_enumerate_scan_devices(terminals.get());
     for (auto* entry = udev_enumerate_get_list_entry(terminals.get()); entry != nullptr;
          entry = udev_list_entry_get_next(entry)) {

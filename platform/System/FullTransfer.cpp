@@ -8,12 +8,28 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+
+#include <sys/mman.h>
 
 namespace gps {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{256}
                                << 10; // bytes for one read, so that they stay in cache
+
+/// Asks for large pages, which spare the kernel most of its work when the memory is first touched.
+/// Without them, it takes a tenth of the time of reading and writing a track.
+void useLargePages(const std::string& bytes)
+{
+    constexpr std::uintptr_t kPage = 4096;
+    constexpr std::size_t kWorthIt = std::size_t{4} << 20;
+    if (bytes.capacity() < kWorthIt)
+        return;
+    const auto begin = (reinterpret_cast<std::uintptr_t>(bytes.data()) + kPage - 1) & ~(kPage - 1);
+    const auto size = bytes.capacity() - kPage;
+    (void)::madvise(reinterpret_cast<void*>(begin), size & ~(kPage - 1), MADV_HUGEPAGE);
+}
 
 /// Calls `write` with the part of the data that is left, until none is.
 template <typename Write> int writeWhole(std::string_view data, Write write)
@@ -53,6 +69,7 @@ int readAll(FileSystem& files, int file, std::size_t expected, std::size_t limit
     const std::size_t room = expected + 1;
     bytes.clear();
     bytes.reserve(std::min(room, limit));
+    useLargePages(bytes);
     while (bytes.size() < limit) {
         const std::size_t used = bytes.size();
         const std::size_t wanted =

@@ -36,19 +36,24 @@ constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  
 /// exact doubles, so one division rounds correctly.
 std::optional<double> shortNumber(std::string_view text) noexcept
 {
-    std::int64_t digits = 0;
-    std::size_t count = 0;
-    std::size_t i = 0;
-    for (; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count)
-        digits = digits * 10 + (text[i] - '0');
-    std::size_t decimals = 0;
-    if (i < text.size() && text[i] == '.') {
-        for (++i; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count, ++decimals)
-            digits = digits * 10 + (text[i] - '0');
-    }
-    if (count == 0 || count > 15 || i != text.size())
+    constexpr std::size_t kMostDigits = kPowersOfTen.size() - 1;
+    const auto size = text.size();
+    if (size > kMostDigits + 1)
         return std::nullopt;
-    return static_cast<double>(digits) / kPowersOfTen[decimals];
+    std::int64_t digits = 0;
+    std::size_t decimals = 0; // and the point
+    for (std::size_t i = 0; i < size; ++i) {
+        if (isDigit(text[i]))
+            digits = digits * 10 + (text[i] - '0');
+        else if (text[i] == '.' && decimals == 0)
+            decimals = size - i;
+        else
+            return std::nullopt;
+    }
+    const std::size_t count = size - (decimals == 0 ? 0 : 1);
+    if (count == 0 || count > kMostDigits)
+        return std::nullopt;
+    return static_cast<double>(digits) / kPowersOfTen[decimals == 0 ? 0 : decimals - 1];
 }
 
 /// Whether a number is an integer of up to five digits, such as an altitude in metres: its shortest
@@ -78,15 +83,22 @@ constexpr auto kTwoDigits = [] {
     return text;
 }();
 
+/// Writes a number below 100 with leading zeros.
+void putTwoDigits(char* at, std::uint32_t number) noexcept
+{
+    std::memcpy(at, &kTwoDigits[std::size_t{number} * 2], 2);
+}
+
 /// Writes a number below 1,000,000,000 with leading zeros. @return  behind its last digit
 char* putNineDigits(char* at, std::uint32_t number) noexcept
 {
-    at[8] = static_cast<char>('0' + number % 10);
-    number /= 10;
-    for (std::size_t pair = 8; pair > 0; pair -= 2) {
-        std::memcpy(at + pair - 2, &kTwoDigits[std::size_t{number % 100} * 2], 2);
-        number /= 100;
-    }
+    const std::uint32_t front = number / 100000; // four digits
+    const std::uint32_t back = number % 100000;  // five digits
+    putTwoDigits(at, front / 100);
+    putTwoDigits(at + 2, front % 100);
+    putTwoDigits(at + 4, back / 1000);
+    putTwoDigits(at + 6, back / 10 % 100);
+    at[8] = static_cast<char>('0' + back % 10);
     return at + 9;
 }
 
@@ -152,6 +164,8 @@ std::optional<Integer> wholeDigits(std::string_view text, int base) noexcept
 
 std::optional<double> leadingNumber(std::string_view text) noexcept
 {
+    if (const auto quick = shortNumber(text))
+        return quick;
     text = withoutLeadingSpace(text);
     const bool minus = takeSign(text);
     const auto number = readMagnitude(text);

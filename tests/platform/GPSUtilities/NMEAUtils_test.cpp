@@ -90,6 +90,22 @@ TEST(NMEAUtilsCheck, RejectsASentenceCutOffAnywhere)
         EXPECT_EQ(checkAndTrimNMEASentence(whole.substr(0, length)), std::nullopt) << length;
 }
 
+TEST(NMEAUtilsCheck, RejectsEachForbiddenByteWhereverItIs)
+{
+    for (std::size_t size = 1; size <= 18; ++size) {
+        for (std::size_t at = 0; at < size; ++at) {
+            for (int byte = 0; byte < 256; ++byte) {
+                std::string body(size, 'x');
+                body[at] = static_cast<char>(byte);
+                const bool isAllowed = byte >= 0x20 && byte <= 0x7E && byte != '$' && byte != '*';
+                const auto sentence = addChecksumToNMEASentence(body);
+                ASSERT_EQ(checkAndTrimNMEASentence(sentence).has_value(), isAllowed)
+                    << byte << " at " << at << " of " << size;
+            }
+        }
+    }
+}
+
 TEST(NMEAUtilsCheck, ADamagedCharacterNeverGivesAnotherBody)
 {
     const std::string body = "PMGNWPL,4600.000,N,00730.000,E,0000500,M,HOME,,a";

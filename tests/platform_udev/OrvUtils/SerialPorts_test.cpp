@@ -113,6 +113,16 @@ TEST_F(SerialPortsTest, APortWithoutHardwareIsNotListed)
     EXPECT_THAT(namesOfPorts(), IsEmpty());
 }
 
+TEST_F(SerialPortsTest, APortMayHaveAnyNameButAConsoles)
+{
+    for (const char* const name : {"rfcomm0", "tnt0", "ttA0", "ttyACM0", "ttyS63"})
+        testbed_.add(terminal(kBoard, name));
+    for (const char* const name : {"tty0", "tty9", "tty63"})
+        testbed_.add(terminal(kBoard, name));
+    EXPECT_THAT(namesOfPorts(), ElementsAre("/dev/rfcomm0", "/dev/tnt0", "/dev/ttA0",
+                                            "/dev/ttyACM0", "/dev/ttyS63"));
+}
+
 TEST_F(SerialPortsTest, TheDriverMayBelongToAnyParentOfThePort)
 {
     testbed_.add("P: /devices/pnp0/00:04/00:04:0\nE: SUBSYSTEM=serial-base\n\n"
