@@ -115,11 +115,11 @@ void GpxWriter::trackPoint(const gps::GPSPoint& point)
 {
     if (!globe_.passes(point))
         return;
-    constexpr std::string_view kEnd = "</trkpt>\n";
+    constexpr std::string_view kTrackPointEnd = "</trkpt>\n";
     auto& out = sections_.outputFor(kTrackSection);
-    char* at = out.room(kMostOfPoint + kEnd.size());
+    char* at = out.room(kMostOfPoint + kTrackPointEnd.size());
     at = putPoint(at, "trkpt", point, times_);
-    out.setEnd(put(at, kEnd));
+    out.setEnd(put(at, kTrackPointEnd));
 }
 
 void GpxWriter::endTrack()

@@ -94,10 +94,10 @@ void appendPadded(std::string& out, std::int64_t value, int width);
 // @param at  has room for as many characters as the constant says
 // @return    the end of what was written
 
-inline constexpr std::size_t kMostOfShortest = 24;  ///< "-2.2250738585072014e-308"
-inline constexpr std::size_t kMostOfDecimal = 327;  ///< 324 decimals after "-0."
-inline constexpr std::size_t kMostOfRounded = 21;   ///< "-1000000000.000000001"
-inline constexpr std::size_t kMostOfInteger = 20;   ///< "-9223372036854775808"
+inline constexpr std::size_t kMostOfShortest = 24; ///< "-2.2250738585072014e-308"
+inline constexpr std::size_t kMostOfDecimal = 327; ///< 324 decimals after "-0."
+inline constexpr std::size_t kMostOfRounded = 21;  ///< "-1000000000.000000001"
+inline constexpr std::size_t kMostOfInteger = 20;  ///< "-9223372036854775808"
 
 [[nodiscard]] char* putShortest(char* at, double value) noexcept;      ///< [any]
 [[nodiscard]] char* putDecimal(char* at, double value) noexcept;       ///< [any]
