@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 namespace gps {
@@ -186,6 +187,8 @@ std::optional<Error> parsePropertyList(std::string_view xml, Value& value)
     const auto result = document.load_buffer(
         xml.data(), xml.size(), pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_fragment,
         pugi::encoding_utf8);
+    if (result.status == pugi::status_out_of_memory)
+        throw std::bad_alloc{};
     if (!result)
         return problemAt(result.offset,
                          "is not well-formed XML (" + std::string{result.description()} + ")");
@@ -199,6 +202,7 @@ std::optional<Error> parsePropertyList(std::string_view xml, Value& value)
 std::optional<Error> readPropertyList(const std::string& path, Value& value)
 {
     std::string xml;
+    xml.reserve(kLargestPropertyList + 1); // here, where a lack of memory is no fault of the file
     if (auto error = FileManager{}.readFile(path, xml, kLargestPropertyList))
         return error;
     return parsePropertyList(xml, value);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Property lists in XML form, read into values. Bundles and user defaults are stored in them. [any]
+// Property lists in XML form, read into values. Bundles and user defaults are stored in them. A
+// lack of memory is an exception, since a resource that seems to be unreadable is left out. [any]
 // Source of the form: the published "PropertyList-1.0" document type.
 
 #pragma once

@@ -7,8 +7,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pugixml.hpp>
 
+#include <cstddef>
 #include <limits>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -222,6 +225,17 @@ TEST(PropertyList, ADictionaryIsReadOnlyFromAFileThatHoldsOne)
     EXPECT_EQ(readPropertyListDictionary(folder.put("b", plist("<array/>"))), std::nullopt);
     EXPECT_EQ(readPropertyListDictionary(folder.put("c", "<dict/>")), std::nullopt);
     EXPECT_EQ(readPropertyListDictionary(folder.path("none")), std::nullopt);
+}
+
+TEST(PropertyList, ALackOfMemoryIsAnException)
+{
+    const auto allocate = pugi::get_memory_allocation_function();
+    const auto release = pugi::get_memory_deallocation_function();
+    pugi::set_memory_management_functions([](std::size_t) -> void* { return nullptr; }, release);
+    Value value;
+    EXPECT_THROW((void)parsePropertyList("<plist><string>a</string></plist>", value),
+                 std::bad_alloc);
+    pugi::set_memory_management_functions(allocate, release);
 }
 
 } // namespace
