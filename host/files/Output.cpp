@@ -80,24 +80,30 @@ std::optional<gps::Error> Output::flush()
     return failure_;
 }
 
-// Reads by offset, so the other file's own position does not matter.
+// Calls `write` with the offset and the length of each piece that is in the buffer. Reads by
+// offset, so the other file's own position does not matter.
+template <typename Write> void Output::forEachPiece(int file, Write write)
+{
+    off_t offset = 0;
+    auto count = readPiece(file, offset, kBufferSize);
+    while (count > 0) {
+        write(offset, count);
+        offset += static_cast<off_t>(count);
+        count = readPiece(file, offset, kBufferSize);
+    }
+}
+
 void Output::writeFrom(int file)
 {
     flush();
-    for (off_t offset = 0; const auto count = readPiece(file, offset, kBufferSize);) {
-        writeOut({buffer_.get(), count});
-        offset += static_cast<off_t>(count);
-    }
+    forEachPiece(file, [this](off_t, std::size_t count) { writeOut({buffer_.get(), count}); });
 }
 
 void Output::insertFrom(int file, off_t count, off_t offset)
 {
     flush();
     moveTail(offset, count);
-    for (off_t from = 0; const auto piece = readPiece(file, from, kBufferSize);) {
-        writePiece(piece, offset + from);
-        from += static_cast<off_t>(piece);
-    }
+    forEachPiece(file, [&](off_t from, std::size_t piece) { writePiece(piece, offset + from); });
     written_ += count;
     if (!failure_ && files_.lseek(file_, written_, SEEK_SET) < 0)
         fail("The output cannot be continued", errno);

@@ -85,6 +85,7 @@ protected:
 private:
     void writePast(std::string_view text);
     void writeOut(std::string_view text);
+    template <typename Write> void forEachPiece(int file, Write write);
     void moveTail(off_t offset, off_t distance);
     [[nodiscard]] std::size_t readPiece(int file, off_t offset, std::size_t most);
     void writePiece(std::size_t count, off_t offset);

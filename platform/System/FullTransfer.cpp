@@ -20,15 +20,14 @@ constexpr std::size_t kPiece = std::size_t{256}
 
 /// Asks for large pages, which spare the kernel most of its work when the memory is first touched.
 /// Without them, it takes a tenth of the time of reading and writing a track.
-void useLargePages(const std::string& bytes)
+void useLargePages(std::string& bytes)
 {
-    constexpr std::uintptr_t kPage = 4096;
+    constexpr std::size_t kPage = 4096;
     constexpr std::size_t kWorthIt = std::size_t{4} << 20;
     if (bytes.capacity() < kWorthIt)
         return;
-    const auto begin = (reinterpret_cast<std::uintptr_t>(bytes.data()) + kPage - 1) & ~(kPage - 1);
-    const auto size = bytes.capacity() - kPage;
-    (void)::madvise(reinterpret_cast<void*>(begin), size & ~(kPage - 1), MADV_HUGEPAGE);
+    const auto beforePage = kPage - reinterpret_cast<std::uintptr_t>(bytes.data()) % kPage;
+    (void)::madvise(bytes.data() + beforePage, bytes.capacity() - beforePage, MADV_HUGEPAGE);
 }
 
 /// Calls `write` with the part of the data that is left, until none is.
