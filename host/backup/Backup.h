@@ -8,13 +8,14 @@
 
 #pragma once
 
+#include "host/backup/DataFolders.h"
+
 #include <gps/Error.h>
 #include <gps/GPSFileDevice.h>
 #include <platform/System/FileSystem.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,22 +30,6 @@ struct BackupPolicy {
     std::string folder;                ///< of the backups of all devices; created if missing
     std::size_t count = kDefaultCount; ///< of each device
     std::string protectedPath{};       ///< a backup that is never deleted; may be empty
-};
-
-/// What is copied.
-struct DataFolders {
-    std::string device;               ///< the folder where the device is mounted
-    std::string identifier;           ///< the device's own; may be empty
-    std::vector<std::string> folders; ///< absolute paths, inside the device's folder
-
-    /// Files that were read before and are not opened again; null if there are none.
-    const std::vector<gps::DeviceFile>* known = nullptr;
-
-    /// Why the identifier or the folders may be wrong; no backup is made then.
-    std::optional<gps::Error> failure{};
-
-    /// Asked before each file. Once it returns true, no backup is made. May be empty.
-    std::function<bool()> stopRequested{};
 };
 
 struct Backup {

@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "host/backup/Backup.h"
+#include "host/backup/DataFolders.h"
 #include "host/backup/Manifest.h"
 
 #include <gps/Error.h>

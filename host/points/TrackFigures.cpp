@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace host {
 namespace {
@@ -47,13 +48,14 @@ bool hasElevation(const gps::GPSPoint& point) noexcept
     return std::abs(point.altitude) <= kHighest_m; // false for NaN
 }
 
-void PathLength::add(const gps::GPSPoint& point) noexcept
+double PathLength::add(const gps::GPSPoint& point) noexcept
 {
     if (!isOnGlobe(point))
-        return;
-    if (last_)
-        kilometres_ += distance_km(*last_, point);
+        return 0;
+    const double step = last_ ? distance_km(*last_, point) : 0;
+    kilometres_ += step;
     last_ = point;
+    return step;
 }
 
 // Until the first turn there is no heading, and both ends of the range follow the elevation.
@@ -91,9 +93,14 @@ void Climb::turnDown(double elevation) noexcept
 
 void MovingTime::add(const gps::GPSPoint& point) noexcept
 {
+    add(point, last_ ? distance_km(*last_, point) : 0);
+}
+
+void MovingTime::add(const gps::GPSPoint& point, double kilometres) noexcept
+{
     if (last_) {
         const auto step = point.time - last_->time;
-        const double metres = distance_km(*last_, point) * 1000;
+        const double metres = kilometres * 1000;
         if (step > 0 && step <= kLongestStep_s &&
             metres >= kSlowest_m_per_s * static_cast<double>(step))
             seconds_ += step;
@@ -105,14 +112,20 @@ void TrackFigures::add(const gps::GPSPoint& point) noexcept
 {
     if (!isOnGlobe(point))
         return;
-    length_.add(point);
+    const double step = length_.add(point);
     if (hasElevation(point)) {
         climb_.add(point.altitude);
         // A single altitude of 0 is sea level; only a track of nothing but zeros has none.
         hasElevations_ = hasElevations_ || point.altitude != 0;
     }
-    if (hasTimestamp(point)) {
-        moving_.add(point);
+    // Distances take most of the time of writing a page, so each is computed once.
+    const bool isTimed = hasTimestamp(point);
+    const bool isStepOfBoth = std::exchange(isLastTimed_, isTimed);
+    if (isTimed) {
+        if (isStepOfBoth)
+            moving_.add(point, step);
+        else
+            moving_.add(point);
         // Times can run backward within a track, so the first point need not be the earliest.
         first_ = std::min(first_.value_or(point.time), point.time);
         last_ = std::max(last_.value_or(point.time), point.time);

@@ -22,7 +22,8 @@ namespace host {
 class PathLength {
 public:
     /// A point without valid coordinates is ignored.
-    void add(const gps::GPSPoint& point) noexcept;
+    /// @return  the distance from the point before, in kilometres; 0 if there is none
+    double add(const gps::GPSPoint& point) noexcept;
 
     [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
 
@@ -70,6 +71,9 @@ public:
     /// Precondition: the point has valid coordinates and a timestamp.
     void add(const gps::GPSPoint& point) noexcept;
 
+    /// The same, if the distance from the point before is known.
+    void add(const gps::GPSPoint& point, double kilometres) noexcept;
+
     [[nodiscard]] std::int64_t seconds() const noexcept { return seconds_; }
 
 private:
@@ -101,6 +105,7 @@ private:
     PathLength length_;
     Climb climb_;
     MovingTime moving_;
+    bool isLastTimed_ = false;
     bool hasElevations_ = false;
     std::optional<std::int64_t> first_;
     std::optional<std::int64_t> last_;

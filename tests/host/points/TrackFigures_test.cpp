@@ -168,4 +168,27 @@ TEST(TrackFigures, ZeroInEveryPointMeansNoElevations)
     EXPECT_EQ(figures.descentMetres(), 0);
 }
 
+TEST(PathLength, ReturnsTheDistanceFromThePointBefore)
+{
+    host::PathLength length;
+    EXPECT_EQ(length.add({0, 0, 0, 0, 0}), 0);
+    EXPECT_NEAR(length.add({1, 0, 0, 0, 0}), 111.195, 0.001);
+    EXPECT_EQ(length.add({91, 0, 0, 0, 0}), 0);
+    EXPECT_NEAR(length.add({2, 0, 0, 0, 0}), 111.195, 0.001);
+}
+
+TEST(TrackFigures, MovingTimeCountsFromTheLastPointWithATimestamp)
+{
+    // 10 m in 10 s, with a point far away between them that has no time.
+    host::TrackFigures figures;
+    figures.add({0, 0, 0, kStart, 0});
+    figures.add({1, 0, 0, 0, 0});
+    figures.add({10 * kDegreesPerMetre, 0, 0, kStart + 10, 0});
+    EXPECT_EQ(figures.movingSeconds(), 10);
+    figures.add({10 * kDegreesPerMetre, 0, 0, kStart + 20, 0});
+    EXPECT_EQ(figures.movingSeconds(), 10) << "no movement";
+    figures.add({20 * kDegreesPerMetre, 0, 0, kStart + 30, 0});
+    EXPECT_EQ(figures.movingSeconds(), 20);
+}
+
 } // namespace
