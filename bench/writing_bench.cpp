@@ -58,7 +58,7 @@ std::vector<gps::GPSPoint> makePoints()
 class Target {
 public:
     explicit Target(const std::string& path)
-        : file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
+        : file_(::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
     {}
     ~Target() { ::close(file_); }
     Target(const Target&) = delete;
@@ -74,7 +74,7 @@ void writeTrack(const host::Format& format, const std::vector<gps::GPSPoint>& po
                 const std::string& path, const std::string& folder)
 {
     const Target target{path};
-    host::Output output{target.file(), path};
+    host::Output output{target.file(), path, gps::FileSystem::system(), host::Output::Kind::kFile};
     const auto writer = format.make(output, folder);
     host::Event event;
     event.kind = host::EventKind::kNewTrack;

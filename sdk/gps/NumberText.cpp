@@ -36,24 +36,19 @@ constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  
 /// exact doubles, so one division rounds correctly.
 std::optional<double> shortNumber(std::string_view text) noexcept
 {
-    constexpr std::size_t kMostDigits = kPowersOfTen.size() - 1;
-    const auto size = text.size();
-    if (size > kMostDigits + 1)
-        return std::nullopt;
     std::int64_t digits = 0;
-    std::size_t decimals = 0; // and the point
-    for (std::size_t i = 0; i < size; ++i) {
-        if (isDigit(text[i]))
+    std::size_t count = 0;
+    std::size_t i = 0;
+    for (; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count)
+        digits = digits * 10 + (text[i] - '0');
+    std::size_t decimals = 0;
+    if (i < text.size() && text[i] == '.') {
+        for (++i; i < text.size() && isDigit(text[i]) && count <= 15; ++i, ++count, ++decimals)
             digits = digits * 10 + (text[i] - '0');
-        else if (text[i] == '.' && decimals == 0)
-            decimals = size - i;
-        else
-            return std::nullopt;
     }
-    const std::size_t count = size - (decimals == 0 ? 0 : 1);
-    if (count == 0 || count > kMostDigits)
+    if (count == 0 || count > 15 || i != text.size())
         return std::nullopt;
-    return static_cast<double>(digits) / kPowersOfTen[decimals == 0 ? 0 : decimals - 1];
+    return static_cast<double>(digits) / kPowersOfTen[decimals];
 }
 
 /// Whether a number is an integer of up to five digits, such as an altitude in metres: its shortest
@@ -164,8 +159,6 @@ std::optional<Integer> wholeDigits(std::string_view text, int base) noexcept
 
 std::optional<double> leadingNumber(std::string_view text) noexcept
 {
-    if (const auto quick = shortNumber(text))
-        return quick;
     text = withoutLeadingSpace(text);
     const bool minus = takeSign(text);
     const auto number = readMagnitude(text);

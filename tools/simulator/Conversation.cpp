@@ -66,6 +66,7 @@ Conversation::Conversation(const Settings& settings, SessionLog& log)
     restart();
 }
 
+// Speed and handshaking stay, as in a device whose cable is pulled out and plugged in again.
 void Conversation::restart()
 {
     understood_ = false;
@@ -88,6 +89,7 @@ void Conversation::take(const ArrivedLine& line)
 {
     const std::string_view text{line.text};
     const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(text);
+    // On a real line, bytes of another speed are noise. A pseudo-terminal passes them on unchanged.
     if (!body || line.speed != speed_) {
         log_.add(LogKind::kUnreadable, text.substr(0, text.find_last_not_of('\r') + 1), line.speed,
                  line.when);
@@ -95,7 +97,7 @@ void Conversation::take(const ArrivedLine& line)
     }
     log_.add(LogKind::kReceived, *body, line.speed, line.when);
     understood_ = true;
-    if (stream_)
+    if (stream_) // a device that sends without end no longer listens
         return;
     if (!startsWith(*body, kAcknowledgementPrefix))
         command(*body, line.when);
@@ -135,6 +137,7 @@ void Conversation::command(std::string_view body, Clock::time_point when)
     execute(*step, body, fault, delayed ? when + delayOf(*fault) : when);
 }
 
+// A fault's number says how often it happens, except for a delay, whose number is its length.
 const Fault* Conversation::nextFault(Step step)
 {
     for (std::size_t i = 0; i < settings_.faults.size(); ++i) {
@@ -191,7 +194,7 @@ void Conversation::execute(Step step, std::string_view body, const Fault* fault,
         break;
     case Step::kHandOff:
         handshake_ = false;
-        closing_ = true;
+        closing_ = true; // a BAUD after this one takes the speed back, which is a step of its own
         break;
     case Step::kTransferOff:
         closing_ = true;
@@ -261,7 +264,7 @@ std::optional<Outgoing> Conversation::next(Clock::time_point now)
 std::optional<Outgoing> Conversation::nextSentence(Clock::time_point now)
 {
     const std::string body{phase_->sentence()};
-    if (phase_->isExhausted()) {
+    if (phase_->isExhausted()) { // nobody has acknowledged it
         log_.add(LogKind::kGaveUp, body, speed_, now);
         phase_.reset();
         return std::nullopt;

@@ -136,13 +136,14 @@ void Receiver::Service::lineChanged(bool open)
     wasOpen_ = open;
     done_ = !open && settings_.once && conversation_.hasUnderstood();
     conversation_.restart();
-    sending_.reset();
+    sending_.reset(); // whoever opens the line next must not get the rest of a sentence
     if (!open)
         wire_->clear();
     // Last, because tests wait for this entry and then go on.
     log_.add(open ? LogKind::kOpened : LogKind::kClosed, {}, wire_->otherSpeed());
 }
 
+// One sentence at a time: it is only known after a sentence what comes next.
 void Receiver::Service::send()
 {
     if (!sending_) {

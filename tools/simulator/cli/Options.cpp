@@ -93,6 +93,7 @@ private:
     void addFaultOption();
 };
 
+// All that --fault accepts without a number, for the completion of a word.
 std::vector<std::string> faultNames()
 {
     std::vector<std::string> names;
