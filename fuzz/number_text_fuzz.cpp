@@ -7,6 +7,7 @@
 #include <gps/NumberText.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
@@ -73,12 +74,17 @@ void checkWhole(const std::string& text)
                       "the hexadecimal integer is the C library's");
 }
 
+std::string written(char* (*put)(char*, double), double value)
+{
+    std::array<char, gps::kMostOfDecimal> text;
+    return {text.data(), put(text.data(), value)};
+}
+
 void checkWriting(double value)
 {
     std::string shortest;
     gps::appendShortest(shortest, value);
-    std::string decimal;
-    gps::appendDecimal(decimal, value);
+    const auto decimal = written(gps::putDecimal, value);
     fuzz::require(gps::leadingNumber(shortest) == value, "the shortest text reads back");
     fuzz::require(gps::leadingNumber(decimal) == value, "the decimal text reads back");
     fuzz::require(decimal.find_first_not_of("-0123456789.") == decimal.npos,
@@ -91,9 +97,7 @@ void checkWriting(double value)
     fuzz::require(fixed == expected, "a fixed number is what printf writes");
 
     if (std::abs(value) <= 999'999'999) {
-        std::string rounded;
-        gps::appendRounded(rounded, value);
-        const auto readBack = gps::wholeNumber(rounded);
+        const auto readBack = gps::wholeNumber(written(gps::putRounded, value));
         fuzz::require(readBack && std::abs(*readBack - value) <= 6e-10 + std::abs(value) * 1e-15,
                       "a rounded number is the nearest with nine decimals");
     }

@@ -99,8 +99,8 @@ std::optional<EventBatch> EventStream::next()
 {
     std::unique_lock lock{mutex_};
     releaseBatch();
-    // What there is then is taken although it is no full batch, so that the events of a slow serial
-    // line are seen while they arrive.
+    // After the wait, even a batch that is not full is delivered, so that the events of a slow
+    // serial line are seen while they arrive.
     arrived_.wait_for(lock, kLongestWait, [this] {
         return ended_ || written_ - delivered_ >= kMostInBatch || longTexts_ > kMostLongTexts;
     });

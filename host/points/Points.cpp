@@ -14,23 +14,17 @@ constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kFirstTimestamp = 315532800;     // 1980-01-01 00:00 UTC
 constexpr std::int64_t kEndOfTimestamps = 253402300800; // 10000-01-01 00:00 UTC
 
-void putTwoDigits(char* at, unsigned number) noexcept
-{
-    at[0] = static_cast<char>('0' + number / 10);
-    at[1] = static_cast<char>('0' + number % 10);
-}
-
 // Writes "YYYY-MM-DD". @param day  since 1970-01-01
 void putDate(char* at, std::int64_t day) noexcept
 {
     const std::chrono::year_month_day date{std::chrono::sys_days{std::chrono::days{day}}};
     const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-    putTwoDigits(at, year / 100);
-    putTwoDigits(&at[2], year % 100);
+    gps::putTwoDigits(at, year / 100);
+    gps::putTwoDigits(&at[2], year % 100);
     at[4] = '-';
-    putTwoDigits(&at[5], static_cast<unsigned>(date.month()));
+    gps::putTwoDigits(&at[5], static_cast<unsigned>(date.month()));
     at[7] = '-';
-    putTwoDigits(&at[8], static_cast<unsigned>(date.day()));
+    gps::putTwoDigits(&at[8], static_cast<unsigned>(date.day()));
 }
 
 } // namespace
@@ -55,11 +49,11 @@ char* TimestampText::put(char* at, std::int64_t time, char separator) noexcept
     const auto inDay = static_cast<unsigned>(time % kSecondsPerDay);
     std::memcpy(at, date_.data(), date_.size());
     at[10] = separator;
-    putTwoDigits(&at[11], inDay / 3600);
+    gps::putTwoDigits(&at[11], inDay / 3600);
     at[13] = ':';
-    putTwoDigits(&at[14], inDay / 60 % 60);
+    gps::putTwoDigits(&at[14], inDay / 60 % 60);
     at[16] = ':';
-    putTwoDigits(&at[17], inDay % 60);
+    gps::putTwoDigits(&at[17], inDay % 60);
     return at + kSize;
 }
 

@@ -202,7 +202,8 @@ std::optional<Error> parsePropertyList(std::string_view xml, Value& value)
 std::optional<Error> readPropertyList(const std::string& path, Value& value)
 {
     std::string xml;
-    xml.reserve(kLargestPropertyList + 1); // here, where a lack of memory is no fault of the file
+    // FileManager would report a lack of memory as an unreadable file. Here it is an exception.
+    xml.reserve(kLargestPropertyList + 1);
     if (auto error = FileManager{}.readFile(path, xml, kLargestPropertyList))
         return error;
     return parsePropertyList(xml, value);

@@ -9,7 +9,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -66,22 +65,6 @@ std::int64_t roundedHalfAway(double value) noexcept
 {
     const auto whole = static_cast<std::int64_t>(value);
     return whole + (value - static_cast<double>(whole) >= 0.5 ? 1 : 0);
-}
-
-/// "00", "01" to "99" in a row: two digits for one division.
-constexpr auto kTwoDigits = [] {
-    std::array<char, 200> text{};
-    for (std::size_t i = 0; i < 100; ++i) {
-        text[2 * i] = static_cast<char>('0' + i / 10);
-        text[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return text;
-}();
-
-/// Writes a number below 100 with leading zeros.
-void putTwoDigits(char* at, std::uint32_t number) noexcept
-{
-    std::memcpy(at, &kTwoDigits[std::size_t{number} * 2], 2);
 }
 
 /// Writes a number below 1,000,000,000 with leading zeros. @return  behind its last digit
@@ -268,18 +251,6 @@ void appendShortest(std::string& out, double value)
 {
     std::array<char, kMostOfShortest> text;
     out.append(text.data(), putShortest(text.data(), value));
-}
-
-void appendDecimal(std::string& out, double value)
-{
-    std::array<char, kMostOfDecimal> text;
-    out.append(text.data(), putDecimal(text.data(), value));
-}
-
-void appendRounded(std::string& out, double value)
-{
-    std::array<char, kMostOfRounded> text;
-    out.append(text.data(), putRounded(text.data(), value));
 }
 
 void appendFixed(std::string& out, double value, int decimals)

@@ -64,18 +64,6 @@ namespace gps {
 /// not finite become "inf", "-inf" and "nan". [any]
 void appendShortest(std::string& out, double value);
 
-/// Appends the shortest text without an exponent that reads back to the same double, as XML
-/// Schema's decimal type requires. [any]
-///
-/// Precondition: the value is finite.
-void appendDecimal(std::string& out, double value);
-
-/// Appends a number rounded to nine decimals, half away from zero, without trailing zeros ("46.5");
-/// a value that rounds to zero is "0". [any]
-///
-/// Precondition: the value is between -999,999,999 and 999,999,999.
-void appendRounded(std::string& out, double value);
-
 /// Appends a number with exactly so many decimals ("46.50"; printf's "%.*f"). [any]
 ///
 /// Precondition: the value is finite, and 0 <= decimals <= 100.
@@ -88,8 +76,7 @@ void appendInteger(std::string& out, std::int64_t value);
 /// counts (printf's "%0*d"). [any]
 void appendPadded(std::string& out, std::int64_t value, int width);
 
-// The put functions write what the append function of the same name appends. They are for inner
-// loops that build a text in memory of their own.
+// The put functions are for inner loops that build a text in memory of their own.
 //
 // @param at  has room for as many characters as the constant says
 // @return    the end of what was written
@@ -99,9 +86,29 @@ inline constexpr std::size_t kMostOfDecimal = 327; ///< 324 decimals after "-0."
 inline constexpr std::size_t kMostOfRounded = 21;  ///< "-1000000000.000000001"
 inline constexpr std::size_t kMostOfInteger = 20;  ///< "-9223372036854775808"
 
-[[nodiscard]] char* putShortest(char* at, double value) noexcept;      ///< [any]
-[[nodiscard]] char* putDecimal(char* at, double value) noexcept;       ///< [any]
-[[nodiscard]] char* putRounded(char* at, double value) noexcept;       ///< [any]
-[[nodiscard]] char* putInteger(char* at, std::int64_t value) noexcept; ///< [any]
+/// Writes what appendShortest() appends. [any]
+[[nodiscard]] char* putShortest(char* at, double value) noexcept;
+
+/// Writes the shortest text without an exponent that reads back to the same double, as XML Schema's
+/// decimal type requires. [any]
+///
+/// Precondition: the value is finite.
+[[nodiscard]] char* putDecimal(char* at, double value) noexcept;
+
+/// Writes a number rounded to nine decimals, half away from zero, without trailing zeros ("46.5");
+/// a value that rounds to zero is "0". [any]
+///
+/// Precondition: the value is between -999,999,999 and 999,999,999.
+[[nodiscard]] char* putRounded(char* at, double value) noexcept;
+
+/// Writes what appendInteger() appends. [any]
+[[nodiscard]] char* putInteger(char* at, std::int64_t value) noexcept;
+
+/// Writes a number below 100 in two digits. [any]
+inline void putTwoDigits(char* at, unsigned number) noexcept
+{
+    at[0] = static_cast<char>('0' + number / 10);
+    at[1] = static_cast<char>('0' + number % 10);
+}
 
 } // namespace gps

@@ -26,6 +26,12 @@ std::string appended(void (*append)(std::string&, Arguments...), Arguments... ar
     return text.substr(1);
 }
 
+std::string written(char* (*put)(char*, double), double value)
+{
+    std::array<char, kMostOfDecimal> text;
+    return {text.data(), put(text.data(), value)};
+}
+
 TEST(NumberText, LeadingNumberReadsTheNumberAtTheStartOfAText)
 {
     const std::pair<std::string, double> rows[] = {
@@ -249,7 +255,7 @@ TEST(NumberText, TheShortestTextReadsBack)
     for (int i = 0; i < 20'000; ++i) {
         const double value = degrees(random);
         ASSERT_EQ(leadingNumber(appended(appendShortest, value)), value);
-        ASSERT_EQ(leadingNumber(appended(appendDecimal, value)), value);
+        ASSERT_EQ(leadingNumber(written(putDecimal, value)), value);
     }
     EXPECT_EQ(appended(appendShortest, 46.5), "46.5");
     EXPECT_EQ(appended(appendShortest, -2.2250738585072014e-308), "-2.2250738585072014e-308");
@@ -258,13 +264,13 @@ TEST(NumberText, TheShortestTextReadsBack)
 
 TEST(NumberText, ADecimalHasNoExponentHoweverLargeOrSmall)
 {
-    EXPECT_EQ(appended(appendDecimal, 0.0), "0");
-    EXPECT_EQ(appended(appendDecimal, -0.5), "-0.5");
-    EXPECT_EQ(appended(appendDecimal, 1e22), "10000000000000000000000");
-    EXPECT_EQ(appended(appendDecimal, 1e-7), "0.0000001");
+    EXPECT_EQ(written(putDecimal, 0.0), "0");
+    EXPECT_EQ(written(putDecimal, -0.5), "-0.5");
+    EXPECT_EQ(written(putDecimal, 1e22), "10000000000000000000000");
+    EXPECT_EQ(written(putDecimal, 1e-7), "0.0000001");
     for (const double value : {kLargest, -kLargest, std::numeric_limits<double>::min(),
                                std::numeric_limits<double>::denorm_min()}) {
-        const auto text = appended(appendDecimal, value);
+        const auto text = written(putDecimal, value);
         EXPECT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos);
         EXPECT_EQ(std::strtod(text.c_str(), nullptr), value);
     }
@@ -282,7 +288,7 @@ std::string generalText(double value, bool isFixed)
 
 void expectTheGeneralText(double value)
 {
-    EXPECT_EQ(appended(appendDecimal, value), generalText(value, true)) << value;
+    EXPECT_EQ(written(putDecimal, value), generalText(value, true)) << value;
     EXPECT_EQ(appended(appendShortest, value), generalText(value, false)) << value;
 }
 
@@ -297,25 +303,25 @@ TEST(NumberText, WholeNumbersAreWrittenAsTheStandardLibraryWritesThem)
 
 TEST(NumberText, ARoundedNumberHasNoTrailingZeros)
 {
-    EXPECT_EQ(appended(appendRounded, 46.5), "46.5");
-    EXPECT_EQ(appended(appendRounded, 10.0), "10");
-    EXPECT_EQ(appended(appendRounded, 0.000000010), "0.00000001");
-    EXPECT_EQ(appended(appendRounded, -179.123456789), "-179.123456789");
-    EXPECT_EQ(appended(appendRounded, 0.0), "0");
-    EXPECT_EQ(appended(appendRounded, -0.0), "0");
+    EXPECT_EQ(written(putRounded, 46.5), "46.5");
+    EXPECT_EQ(written(putRounded, 10.0), "10");
+    EXPECT_EQ(written(putRounded, 0.000000010), "0.00000001");
+    EXPECT_EQ(written(putRounded, -179.123456789), "-179.123456789");
+    EXPECT_EQ(written(putRounded, 0.0), "0");
+    EXPECT_EQ(written(putRounded, -0.0), "0");
 }
 
 TEST(NumberText, ARoundedNumberIsRoundedHalfAwayFromZero)
 {
-    EXPECT_EQ(appended(appendRounded, 179.9999999994), "179.999999999");
-    EXPECT_EQ(appended(appendRounded, 179.9999999996), "180");
-    EXPECT_EQ(appended(appendRounded, 999999999.999999999), "1000000000");
-    EXPECT_EQ(appended(appendRounded, 5e-10), "0.000000001");
-    EXPECT_EQ(appended(appendRounded, -5e-10), "-0.000000001");
-    EXPECT_EQ(appended(appendRounded, 4.999e-10), "0");
-    EXPECT_EQ(appended(appendRounded, -4.999e-10), "0");
+    EXPECT_EQ(written(putRounded, 179.9999999994), "179.999999999");
+    EXPECT_EQ(written(putRounded, 179.9999999996), "180");
+    EXPECT_EQ(written(putRounded, 999999999.999999999), "1000000000");
+    EXPECT_EQ(written(putRounded, 5e-10), "0.000000001");
+    EXPECT_EQ(written(putRounded, -5e-10), "-0.000000001");
+    EXPECT_EQ(written(putRounded, 4.999e-10), "0");
+    EXPECT_EQ(written(putRounded, -4.999e-10), "0");
     // Adding 0.5 to this many units would round up to 1.
-    EXPECT_EQ(appended(appendRounded, 0.49999999999999994e-9), "0");
+    EXPECT_EQ(written(putRounded, 0.49999999999999994e-9), "0");
 }
 
 TEST(NumberText, ARoundedNumberIsWhatTheCLibraryRounds)
@@ -329,16 +335,16 @@ TEST(NumberText, ARoundedNumberIsWhatTheCLibraryRounds)
         std::string text{expected};
         text.resize(text.find_last_not_of('0') + 1);
         text.resize(text.back() == '.' ? text.size() - 1 : text.size());
-        EXPECT_EQ(appended(appendRounded, value), text) << value;
+        EXPECT_EQ(written(putRounded, value), text) << value;
     }
 }
 
 TEST(NumberText, TheLongestNumbersFitTheirRoom)
 {
     const double smallest = -std::numeric_limits<double>::denorm_min();
-    EXPECT_EQ(appended(appendDecimal, smallest).size(), kMostOfDecimal);
+    EXPECT_EQ(written(putDecimal, smallest).size(), kMostOfDecimal);
     EXPECT_EQ(appended(appendShortest, -2.2250738585072014e-308).size(), kMostOfShortest);
-    EXPECT_EQ(appended(appendRounded, -999999999.999999999).size(), 11U);
+    EXPECT_EQ(written(putRounded, -999999999.999999999).size(), 11U);
     EXPECT_EQ(appended(appendInteger, std::numeric_limits<std::int64_t>::min()).size(),
               kMostOfInteger);
 }
