@@ -31,7 +31,7 @@ template <typename Fill> void EventStream::append(EventKind kind, Fill fill)
     if (!fillSlot(event, index, fill))
         return;
     written_.store(index + 1, std::memory_order_release);
-    if ((index + 1) % kMostInBatch == 0)
+    if ((index + 1) % kWakeAfter == 0)
         wakeConsumer();
 }
 

@@ -76,8 +76,8 @@ Dictionary::Dictionary(const Dictionary& other)
 }
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
-    : entries_(std::move(other.entries_)), index_(std::move(other.index_)),
-      used_(std::exchange(other.used_, 0))
+    : used_(std::exchange(other.used_, 0)), index_(std::move(other.index_)),
+      entries_(std::move(other.entries_))
 {
     other.entries_.clear();
 }
@@ -87,6 +87,8 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
     if (this == &other)
         return *this;
     clear();
+    if (other.used_ == 0)
+        return *this;
     reserve(other.size());
     for (const auto& [key, value] : other) {
         if (used_ == entries_.size()) {
