@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Compares gps/NumberText.h with the C library. Inputs are mapped to an alphabet in which both
-// accept the same forms.
+// Compares gps/NumberText.h with the C library, and the two ways to read a coordinate. Inputs are
+// mapped to an alphabet in which both accept the same forms.
 
 #include "FuzzTarget.h"
 
 #include <gps/NumberText.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <algorithm>
 #include <array>
@@ -74,6 +75,14 @@ void checkWhole(const std::string& text)
                       "the hexadecimal integer is the C library's");
 }
 
+/// A coordinate has a faster way for the texts of receivers, which do not end with a letter.
+void checkCoordinate(const std::string& text)
+{
+    const double degrees = gps::NMEAUtils::convertNMEADegreesMinutes(text, "E");
+    fuzz::require(degrees == gps::NMEAUtils::convertNMEADegreesMinutes(text + "x", "E"),
+                  "a coordinate does not depend on what follows the number");
+}
+
 std::string written(char* (*put)(char*, double), double value)
 {
     std::array<char, gps::kMostOfDecimal> text;
@@ -116,6 +125,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto text = inAlphabet(fuzz::textOf(data, size));
     checkReading(text);
     checkWhole(text);
+    checkCoordinate(text);
     if (const auto number = gps::leadingNumber(text))
         checkWriting(*number);
     return 0;

@@ -4,8 +4,11 @@
 
 #include "NMEAUtils.h"
 
+#include <gps/EightBytes.h>
 #include <gps/NumberText.h>
 
+#include <array>
+#include <bit>
 #include <chrono>
 #include <cmath>
 
@@ -40,24 +43,103 @@ constexpr bool isFramed(std::string_view line) noexcept
            hexadecimalDigit(line[line.size() - 1]) < 16;
 }
 
-/// The checksum of a body, and whether all its bytes are allowed. No branch leaves the loop, so
-/// that compilers can vectorize it.
+/// The checksum of a body, and whether all its bytes are allowed.
 struct BodyCheck {
     std::uint8_t checksum = 0;
     bool valid = true;
 };
 
+/// Not zero if a byte is below 0x20, above 0x7E, "$" or "*". Only the lowest bit that is set means
+/// something: borrows and carries of a bad byte reach those above it.
+constexpr std::uint64_t forbiddenIn(std::uint64_t word) noexcept
+{
+    const auto matches = [word](char c) {
+        const std::uint64_t other = word ^ repeated(static_cast<std::uint8_t>(c));
+        return (other - repeated(1)) & ~other;
+    };
+    return ((word - repeated(0x20)) | (word + repeated(1)) | word | matches('$') | matches('*')) &
+           repeated(0x80);
+}
+
+/// The "exclusive or" of the eight bytes of a word.
+constexpr std::uint8_t folded(std::uint64_t word) noexcept
+{
+    word ^= word >> 32;
+    word ^= word >> 16;
+    return static_cast<std::uint8_t>(word ^ word >> 8);
+}
+
+BodyCheck checkShortBody(std::string_view body) noexcept
+{
+    // Spaces are allowed, and an even number of them does not change the checksum.
+    std::array<char, 8> text;
+    text.fill(' ');
+    body.copy(text.data(), text.size());
+    const std::uint64_t word = readEight(text.data());
+    const auto padding = static_cast<std::uint8_t>(body.size() % 2 == 0 ? 0 : ' ');
+    return {static_cast<std::uint8_t>(folded(word) ^ padding), forbiddenIn(word) == 0};
+}
+
 BodyCheck checkBody(std::string_view body) noexcept
 {
-    std::uint8_t checksum = 0;
-    std::uint8_t bad = 0;
-    for (const char c : body) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        checksum ^= byte;
-        bad |= static_cast<std::uint8_t>((byte < 0x20) | (byte > 0x7E) | (byte == '$') |
-                                         (byte == '*'));
+    if (body.size() < 8)
+        return checkShortBody(body);
+    std::uint64_t checksum = 0;
+    std::uint64_t forbidden = 0;
+    std::size_t i = 0;
+    for (; i + 8 <= body.size(); i += 8) {
+        const std::uint64_t word = readEight(body.data() + i);
+        checksum ^= word;
+        forbidden |= forbiddenIn(word);
     }
-    return {checksum, bad == 0};
+    if (i < body.size()) {
+        // The last eight bytes, of which the first ones are counted already.
+        const std::uint64_t word = readEight(body.data() + body.size() - 8);
+        checksum ^= word >> (8 * (8 - (body.size() - i)));
+        forbidden |= forbiddenIn(word);
+    }
+    return {folded(checksum), forbidden == 0};
+}
+
+/// @param number  degrees * 100 + minutes
+double degreesOf(double number) noexcept
+{
+    const double whole = std::trunc(number / 100);
+    return whole + (number - whole * 100) / 60;
+}
+
+/// What degreesOf() returns for the number in a text as receivers write it: up to seven digits, a
+/// point and up to seven decimals, eight characters at least. nullopt for any other text.
+///
+/// So few digits make exact doubles, and number / 100 is never rounded up to an integer: the whole
+/// degrees are those of the integer part.
+std::optional<double> quickDegrees(std::string_view text) noexcept
+{
+    static constexpr std::array<double, 8> kPowersOfTen{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+    if (text.size() < 8)
+        return std::nullopt;
+    const std::uint64_t first = readEight(text.data());
+    const auto point = static_cast<std::size_t>(std::countr_zero(matchesIn(first, '.'))) / 8;
+    const std::size_t decimals = text.size() - point - 1;
+    if (point == 0 || point == 8 || decimals == 0 || decimals > 7)
+        return std::nullopt;
+    // Digits at the high end of their words, zeros below them.
+    const std::uint64_t last = readEight(text.data() + text.size() - 8);
+    const std::uint64_t before = (first ^ repeated('0')) << (8 * (8 - point));
+    const std::uint64_t behind =
+        (last ^ repeated('0')) & (~std::uint64_t{0} << (8 * (8 - decimals)));
+    if (!areDigitValues(before) || !areDigitValues(behind))
+        return std::nullopt;
+    const double power = kPowersOfTen[decimals];
+    const std::uint32_t integer = numberFromDigitValues(before);
+    const double number = (integer * power + numberFromDigitValues(behind)) / power;
+    const std::uint32_t whole = integer / 100;
+    return whole + (number - whole * 100) / 60;
+}
+
+bool isLetter(std::string_view text, char letter) noexcept
+{
+    return text.size() == 1 && text.front() == letter;
 }
 
 /// The two digits at an index. Precondition: both are digits.
@@ -161,11 +243,10 @@ std::string addChecksumToNMEASentence(std::string_view body)
 double convertNMEADegreesMinutes(std::string_view degreesMinutes,
                                  std::string_view direction) noexcept
 {
-    const double number = leadingNumber(degreesMinutes).value_or(0);
-    const double whole = std::trunc(number / 100);
-    const double degrees = whole + (number - whole * 100) / 60;
+    const auto size = quickDegrees(degreesMinutes);
+    const double degrees = size ? *size : degreesOf(leadingNumber(degreesMinutes).value_or(0));
     // Subtracted instead of negated, so that zero never has a minus.
-    return direction == "S" || direction == "W" ? 0 - degrees : degrees;
+    return isLetter(direction, 'S') || isLetter(direction, 'W') ? 0 - degrees : degrees;
 }
 
 std::optional<CoordinateText> convertDegreesToNMEADegreesMinutes(double degrees, bool asLatitude)

@@ -3,41 +3,22 @@
 
 #include "SentenceFields.h"
 
+#include <gps/EightBytes.h>
 #include <gps/Error.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <bit>
-#include <cstring>
 #include <utility>
 
 namespace magellan {
-namespace {
-
-static_assert(std::endian::native == std::endian::little,
-              "separatorsIn() takes the lowest byte of a word for the first one");
-
-constexpr std::uint64_t repeated(std::uint8_t byte) noexcept
-{
-    return 0x0101010101010101 * std::uint64_t{byte};
-}
-
-/// Sets the high bit of each byte that is a "," and clears all other bits.
-std::uint64_t separatorsIn(const char* eightBytes) noexcept
-{
-    std::uint64_t word = 0;
-    std::memcpy(&word, eightBytes, sizeof word);
-    word ^= repeated(','); // a separator is now a zero byte
-    return ~(((word & repeated(0x7F)) + repeated(0x7F)) | word) & repeated(0x80);
-}
-
-} // namespace
 
 SentenceFields::SentenceFields(std::string_view body) noexcept : body_(body)
 {
     starts_[0] = 0;
     std::size_t i = 0;
     for (; i + sizeof(std::uint64_t) <= body.size(); i += sizeof(std::uint64_t)) {
-        for (auto found = separatorsIn(body.data() + i); found != 0; found &= found - 1)
+        auto found = gps::matchesIn(gps::readEight(body.data() + i), ',');
+        for (; found != 0; found &= found - 1)
             addSeparator(i + static_cast<std::size_t>(std::countr_zero(found)) / 8);
     }
     for (; i < body.size(); ++i) {

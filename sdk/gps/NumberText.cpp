@@ -3,12 +3,15 @@
 // source calls them. Short numbers, which are nearly all that a receiver writes, take a faster path
 // with the same results.
 
+#include <gps/EightBytes.h>
 #include <gps/NumberText.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -67,17 +70,19 @@ std::int64_t roundedHalfAway(double value) noexcept
     return whole + (value - static_cast<double>(whole) >= 0.5 ? 1 : 0);
 }
 
-/// Writes a number below 1,000,000,000 with leading zeros. @return  behind its last digit
-char* putNineDigits(char* at, std::uint32_t number) noexcept
+/// Writes the decimals of a number: nine digits without their trailing zeros.
+/// @param digits  from 1 to 999,999,999
+/// @return        behind the last digit
+char* putNineDecimals(char* at, std::uint32_t digits) noexcept
 {
-    const std::uint32_t front = number / 100000; // four digits
-    const std::uint32_t back = number % 100000;  // five digits
-    putTwoDigits(at, front / 100);
-    putTwoDigits(at + 2, front % 100);
-    putTwoDigits(at + 4, back / 1000);
-    putTwoDigits(at + 6, back / 10 % 100);
-    at[8] = static_cast<char>('0' + back % 10);
-    return at + 9;
+    const std::uint64_t front = digitValues(digits / 10);
+    const std::uint64_t text = front | repeated('0');
+    std::memcpy(at, &text, sizeof text);
+    if (digits % 10 != 0) {
+        at[8] = static_cast<char>('0' + digits % 10);
+        return at + 9;
+    }
+    return at + 8 - std::countl_zero(front) / 8;
 }
 
 /// Whether a number that from_chars reports as out of range is too large; otherwise it is too
@@ -241,10 +246,7 @@ char* putRounded(char* at, double value) noexcept
     if (fraction == 0)
         return at;
     *at++ = '.';
-    at = putNineDigits(at, fraction);
-    while (at[-1] == '0')
-        --at;
-    return at;
+    return putNineDecimals(at, fraction);
 }
 
 void appendShortest(std::string& out, double value)

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -102,6 +103,22 @@ TEST(NMEAUtilsCheck, RejectsEachForbiddenByteWhereverItIs)
                 ASSERT_EQ(checkAndTrimNMEASentence(sentence).has_value(), isAllowed)
                     << byte << " at " << at << " of " << size;
             }
+        }
+    }
+}
+
+TEST(NMEAUtilsCheck, AcceptsOnlyTheRightOneOfAllChecksumsOfABodyOfAnyLength)
+{
+    std::uint8_t expected = 0;
+    std::string body;
+    for (int size = 1; size <= 40; ++size) {
+        body += static_cast<char>('A' + size);
+        expected ^= static_cast<std::uint8_t>(body.back());
+        for (int checksum = 0; checksum < 256; ++checksum) {
+            char tail[4];
+            std::snprintf(tail, sizeof tail, "*%02X", checksum);
+            ASSERT_EQ(checkAndTrimNMEASentence("$" + body + tail).has_value(), checksum == expected)
+                << body << tail;
         }
     }
 }
@@ -204,6 +221,45 @@ TEST(NMEAUtilsReadCoordinate, ANumberBeyondAllBoundsStaysFinite)
     EXPECT_TRUE(std::isfinite(convertNMEADegreesMinutes("1e999", "N")));
     EXPECT_TRUE(std::isfinite(convertNMEADegreesMinutes("-1e999", "S")));
     EXPECT_TRUE(std::isfinite(convertNMEADegreesMinutes(std::string(400, '9'), "W")));
+}
+
+// Texts of eight characters and more are read in another way if they are digits with a point.
+TEST(NMEAUtilsReadCoordinate, EachNumberOfDigitsReadsTheSameWhateverFollows)
+{
+    const std::string digits = "98765432198765432198";
+    for (std::size_t whole = 0; whole <= 9; ++whole) {
+        for (std::size_t decimals = 0; decimals <= 9; ++decimals) {
+            for (std::size_t from = 0; from < 2; ++from) {
+                const auto text = digits.substr(from, whole) + "." + digits.substr(whole, decimals);
+                EXPECT_EQ(convertNMEADegreesMinutes(text, "N"),
+                          convertNMEADegreesMinutes(text + "x", "N"))
+                    << text;
+            }
+        }
+    }
+}
+
+TEST(NMEAUtilsReadCoordinate, MinutesUpTo99AreOfTheSameDegree)
+{
+    for (const std::string_view text :
+         {"0099.9999999", "0199.9999999", "17999.9999999", "9999999.9999999", "9999899.9999999"}) {
+        const double degrees = convertNMEADegreesMinutes(text, "E");
+        EXPECT_EQ(degrees, convertNMEADegreesMinutes(std::string{text} + "x", "E")) << text;
+    }
+}
+
+TEST(NMEAUtilsReadCoordinate, AnythingButDigitsEndsTheNumberWhereverItIs)
+{
+    const std::string text = "04630.12345";
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        for (const char c : {'/', ':', ' ', '.', 'x', '\0', '\x80', '\xB0', '\xFF'}) {
+            std::string changed = text;
+            changed[at] = c;
+            EXPECT_EQ(convertNMEADegreesMinutes(changed, "N"),
+                      convertNMEADegreesMinutes(changed + "x", "N"))
+                << changed;
+        }
+    }
 }
 
 struct WrittenCoordinate {
