@@ -19,6 +19,17 @@ constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 /// Up to this size, a linear search is faster than hashing.
 constexpr std::size_t kLargestWithoutIndex = 12;
 
+/// Assigns a value; a string goes into the storage of the present one.
+void assign(Value& to, const Value& from)
+{
+    auto* const present = to.as<std::string>();
+    const auto* const text = from.as<std::string>();
+    if (present != nullptr && text != nullptr)
+        present->assign(*text);
+    else
+        to = from;
+}
+
 } // namespace
 
 /// Open addressing with linear probing, at most half full. The slot of a removed entry is kept
@@ -76,8 +87,8 @@ Dictionary::Dictionary(const Dictionary& other)
 }
 
 Dictionary::Dictionary(Dictionary&& other) noexcept
-    : used_(std::exchange(other.used_, 0)), index_(std::move(other.index_)),
-      entries_(std::move(other.entries_))
+    : used_(std::exchange(other.used_, 0)), refillable_(std::exchange(other.refillable_, 0)),
+      index_(std::move(other.index_)), entries_(std::move(other.entries_))
 {
     other.entries_.clear();
 }
@@ -94,11 +105,14 @@ Dictionary& Dictionary::operator=(const Dictionary& other)
         if (used_ == entries_.size()) {
             entries_.push_back({key, value});
         } else {
-            entries_[used_].key = key;
-            entries_[used_].value = value;
+            auto& entry = entries_[used_];
+            if (entry.key != key)
+                entry.key = key;
+            assign(entry.value, value);
         }
         ++used_;
     }
+    refillable_ = 0;
     if (used_ > kLargestWithoutIndex)
         buildIndex();
     return *this;
@@ -110,6 +124,7 @@ Dictionary& Dictionary::operator=(Dictionary&& other) noexcept
     Dictionary taken{std::move(other)};
     std::swap(entries_, taken.entries_);
     std::swap(used_, taken.used_);
+    std::swap(refillable_, taken.refillable_);
     std::swap(index_, taken.index_);
     return *this;
 }
@@ -189,6 +204,7 @@ void Dictionary::remove(std::string_view key)
 
 void Dictionary::clear() noexcept
 {
+    refillable_ = index_ ? 0 : used_;
     used_ = 0;
     index_.reset();
 }
@@ -235,6 +251,9 @@ bool operator==(const Dictionary& a, const Dictionary& b) noexcept
 /// entry held before clear().
 Value& Dictionary::slotFor(std::string_view key)
 {
+    // Filled in the same order as before clear(): no other entry can have this key.
+    if (used_ < refillable_ && entries_[used_].key == key)
+        return entries_[used_++].value;
     const std::uint32_t hash = hashOf(key);
     const std::size_t position = positionOf(key, hash);
     return position == kNotFound ? append(key, hash) : entries_[position].value;
@@ -272,6 +291,7 @@ Value& Dictionary::append(std::string_view key, std::uint32_t hash)
     if (used_ == entries_.size())
         entries_.emplace_back();
     entries_[used_].key.assign(key);
+    refillable_ = 0;
     Value& value = entries_[used_].value;
     if (value.isNone())
         value = std::string{}; // an empty value would mark the entry as removed

@@ -93,6 +93,7 @@ private:
     // [0, used_) are in use, where a removed entry has an empty value; the rest is storage for
     // reuse. What an empty dictionary needs comes first, so that it is in one cache line.
     std::uint32_t used_ = 0;
+    std::uint32_t refillable_ = 0; // how many of the first entries still have their own keys
     std::unique_ptr<Index> index_; // only in a large dictionary
     std::vector<DictionaryEntry> entries_;
 };

@@ -363,6 +363,16 @@ TEST(Dictionary, AClearedOneFilledInAnotherOrderHasEachKeyOnce)
     EXPECT_EQ(*dictionary.find("b"), Value{5});
 }
 
+TEST(Dictionary, OneThatGotAShorterCopyAndIsFilledAgainHasEachKeyOnce)
+{
+    Dictionary dictionary{{"a", 1}, {"b", 2}, {"c", 3}};
+    const Dictionary shorter{{"c", 4}};
+    dictionary = shorter;
+    for (const auto* key : {"b", "c"})
+        dictionary.setText(key, "again");
+    EXPECT_EQ(dictionary, (Dictionary{{"c", "again"}, {"b", "again"}}));
+}
+
 TEST(Dictionary, HoldsAMillionKeys)
 {
     constexpr int kCount = 1'000'000;
