@@ -82,12 +82,23 @@ std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
     return converted;
 }
 
+// Which characters are written as they are. A table, because this is asked for each character of
+// each text.
+constexpr auto kIsPlain = [] {
+    std::array<bool, 256> isPlain{};
+    for (std::size_t c = ' '; c <= '~'; ++c)
+        isPlain[c] = c != '&' && c != '<' && c != '>' && c != '"';
+    return isPlain;
+}();
+
+bool needsCare(char c) noexcept
+{
+    return !kIsPlain[static_cast<unsigned char>(c)];
+}
+
 // Most texts are plain ASCII. Copying that in runs is several times as fast as decoding it.
 std::string_view plainPrefix(std::string_view text) noexcept
 {
-    const auto needsCare = [](char c) {
-        return c < ' ' || c > '~' || c == '&' || c == '<' || c == '>' || c == '"';
-    };
     const auto* const end = std::find_if(text.begin(), text.end(), needsCare);
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
@@ -118,6 +129,11 @@ std::size_t lineAt(std::string_view text, std::size_t offset) noexcept
 {
     const auto before = text.substr(0, offset);
     return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
+bool isPlainXml(std::string_view text) noexcept
+{
+    return std::none_of(text.begin(), text.end(), needsCare);
 }
 
 void appendXml(std::string& out, std::string_view text)

@@ -24,4 +24,7 @@ namespace host {
 /// that XML forbids, and replaces invalid UTF-8 by U+FFFD.
 void appendXml(std::string& out, std::string_view text);
 
+/// Whether a text is printable ASCII that appendXml() appends unchanged.
+[[nodiscard]] bool isPlainXml(std::string_view text) noexcept;
+
 } // namespace host

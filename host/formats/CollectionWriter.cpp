@@ -31,9 +31,9 @@ void CollectionWriter::event(const Event& event)
         break;
     case EventKind::kWayPoint:
         if (const auto symbol = correctedSymbol(event.record)) {
-            auto record = event.record;
-            record.set("symbol", std::string{*symbol});
-            wayPointOrRoutePoint(event.point, record);
+            corrected_ = event.record;
+            corrected_.setText("symbol", *symbol);
+            wayPointOrRoutePoint(event.point, corrected_);
         } else {
             wayPointOrRoutePoint(event.point, event.record);
         }

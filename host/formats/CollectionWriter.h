@@ -39,6 +39,7 @@ private:
     void wayPointOrRoutePoint(const gps::GPSPoint& point, const gps::Dictionary& record);
 
     Open open_ = Open::kNothing;
+    gps::Dictionary corrected_; // the last record that got another symbol
 };
 
 } // namespace host

@@ -5,67 +5,54 @@
 #include "host/formats/GeocacheXml.h"
 
 #include "host/base/RecordText.h"
-#include "host/base/XmlText.h"
+#include "host/files/Output.h"
+#include "host/formats/XmlElements.h"
 #include "host/points/Points.h"
 
 #include <gps/Value.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
-#include <initializer_list>
+#include <array>
 
 namespace host {
 namespace {
 
-struct Child {
-    std::string_view element;
-    std::string_view key;
+// In the order of the schema, as any new one must be.
+constexpr std::array kTexts{
+    TextElement{"name", "<groundspeak:name>", "</groundspeak:name>"},
+    TextElement{"geocacheOwner", "<groundspeak:owner>", "</groundspeak:owner>"},
+    TextElement{"geocacheType", "<groundspeak:type>", "</groundspeak:type>"},
+    TextElement{"difficulty", "<groundspeak:difficulty>", "</groundspeak:difficulty>"},
+    TextElement{"terrain", "<groundspeak:terrain>", "</groundspeak:terrain>"},
+    TextElement{"geocacheHint", "<groundspeak:encoded_hints>", "</groundspeak:encoded_hints>"},
 };
 
-void appendElement(std::string& out, std::string_view element, std::string_view text)
-{
-    out.append("<groundspeak:").append(element).append(1, '>');
-    appendXml(out, text);
-    out.append("</groundspeak:").append(element).append(1, '>');
-}
-
-void appendChildren(std::string& out, const gps::Dictionary& record,
-                    std::initializer_list<Child> children)
-{
-    for (const auto& [element, key] : children) {
-        if (const auto text = textIn(record, key); !text.empty())
-            appendElement(out, element, text);
-    }
-}
-
-void appendLog(std::string& logs, std::string_view type, std::string_view date)
+void writeLog(Output& out, std::string_view type, std::string_view date)
 {
     if (date.empty())
         return;
-    logs += "<groundspeak:log>";
-    appendElement(logs, "date", dateTimeOf(date));
-    appendElement(logs, "type", type);
-    logs += "</groundspeak:log>";
+    out.write("<groundspeak:log><groundspeak:date>");
+    writeXml(out, dateTimeOf(date));
+    out.write("</groundspeak:date><groundspeak:type>");
+    out.write(type);
+    out.write("</groundspeak:type></groundspeak:log>");
 }
 
 } // namespace
 
-void appendGeocache(std::string& out, const gps::Dictionary& record)
+void writeGeocache(Output& out, const gps::Dictionary& record)
 {
-    out += R"(<groundspeak:cache xmlns:groundspeak="http://www.groundspeak.com/cache/1/0">)";
-    // Elements follow the order of the schema, and so must any new one.
-    appendChildren(out, record,
-                   {{"name", "name"},
-                    {"owner", "geocacheOwner"},
-                    {"type", "geocacheType"},
-                    {"difficulty", "difficulty"},
-                    {"terrain", "terrain"},
-                    {"encoded_hints", "geocacheHint"}});
-    std::string logs;
-    appendLog(logs, "Publish Listing", textIn(record, "datePlaced"));
-    appendLog(logs, "Found it", textIn(record, "dateFound"));
-    if (!logs.empty())
-        out.append("<groundspeak:logs>").append(logs).append("</groundspeak:logs>");
-    out += "</groundspeak:cache>";
+    out.write(R"(<groundspeak:cache xmlns:groundspeak="http://www.groundspeak.com/cache/1/0">)");
+    writeElements(out, record, kTexts);
+    const auto placed = textIn(record, "datePlaced");
+    const auto found = textIn(record, "dateFound");
+    if (!placed.empty() || !found.empty()) {
+        out.write("<groundspeak:logs>");
+        writeLog(out, "Publish Listing", placed);
+        writeLog(out, "Found it", found);
+        out.write("</groundspeak:logs>");
+    }
+    out.write("</groundspeak:cache>");
 }
 
 std::string dateTimeOf(std::string_view dayMonthYear)

@@ -13,9 +13,10 @@ class Dictionary;
 
 namespace host {
 
-/// Appends one `groundspeak:cache` element with the record's cache fields. Empty fields are
-/// omitted.
-void appendGeocache(std::string& out, const gps::Dictionary& record);
+class Output;
+
+/// Writes one `groundspeak:cache` element with the record's cache fields. Empty fields are omitted.
+void writeGeocache(Output& out, const gps::Dictionary& record);
 
 /// Converts a receiver's date "DDMMYY" to "YYYY-MM-DDT00:00:00Z" (years 80-99 are 1980-1999, 00-79
 /// are 2000-2079). Returns any other text unchanged.

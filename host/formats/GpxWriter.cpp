@@ -4,16 +4,18 @@
 #include "host/formats/GpxWriter.h"
 
 #include "host/base/Text.h"
-#include "host/base/XmlText.h"
 #include "host/formats/GeocacheXml.h"
+#include "host/formats/XmlElements.h"
 #include "host/points/Points.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace host {
@@ -26,17 +28,13 @@ constexpr std::string_view kGpxFoot = "</gpx>\n";
 
 enum Section : std::size_t { kWayPointSection, kRouteSection, kTrackSection, kSections };
 
-// Writes a child element for a text field, unless it is missing or empty.
-void appendChild(std::string& out, std::string_view element, const gps::Dictionary& record,
-                 std::string_view key)
-{
-    const auto* text = record.findString(key);
-    if (text == nullptr || text->empty())
-        return;
-    out.append(1, '<').append(element).append(1, '>');
-    appendXml(out, *text);
-    out.append("</").append(element).append(1, '>');
-}
+constexpr std::array kCollectionTexts{TextElement{"name", "<name>", "</name>"},
+                                      TextElement{"comment", "<cmt>", "</cmt>"}};
+
+// The schema fixes the order: elevation and time before these, and extensions last.
+constexpr std::array kPointTexts{TextElement{"name", "<name>", "</name>"},
+                                 TextElement{"comment", "<cmt>", "</cmt>"},
+                                 TextElement{"symbol", "<sym>", "</sym>"}};
 
 constexpr std::size_t kMostOfPoint = // the longest element name, "rtept", included
     std::string_view{R"(<rtept lat="" lon=""><ele></ele><time>Z</time>)"}.size() +
@@ -78,23 +76,22 @@ GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
 
 void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
-    if (makePoint("wpt", point, record))
-        sections_.write(kWayPointSection, text_);
+    if (globe_.passes(point))
+        writePoint(sections_.outputFor(kWayPointSection), "wpt", point, record);
 }
 
 void GpxWriter::beginRoute(const gps::Dictionary& route)
 {
-    text_ = "<rte>";
-    appendChild(text_, "name", route, "name");
-    appendChild(text_, "cmt", route, "comment");
-    text_ += '\n';
-    sections_.write(kRouteSection, text_);
+    auto& out = sections_.outputFor(kRouteSection);
+    out.write("<rte>");
+    writeElements(out, route, kCollectionTexts);
+    out.write("\n");
 }
 
 void GpxWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
-    if (makePoint("rtept", point, record))
-        sections_.write(kRouteSection, text_);
+    if (globe_.passes(point))
+        writePoint(sections_.outputFor(kRouteSection), "rtept", point, record);
 }
 
 void GpxWriter::endRoute()
@@ -104,11 +101,11 @@ void GpxWriter::endRoute()
 
 void GpxWriter::beginTrack(const gps::Dictionary& track)
 {
-    text_ = "<trk>";
-    appendChild(text_, "name", track, "name");
+    auto& out = sections_.outputFor(kTrackSection);
+    out.write("<trk>");
+    writeElements(out, track, std::span{kCollectionTexts}.first(1));
     // Drivers report no breaks within a track, so it always has one segment.
-    text_ += "<trkseg>\n";
-    sections_.write(kTrackSection, text_);
+    out.write("<trkseg>\n");
 }
 
 void GpxWriter::trackPoint(const gps::GPSPoint& point)
@@ -134,24 +131,19 @@ std::optional<gps::Error> GpxWriter::finish()
     return output_.flush();
 }
 
-bool GpxWriter::makePoint(std::string_view element, const gps::GPSPoint& point,
-                          const gps::Dictionary& record)
+void GpxWriter::writePoint(Output& out, std::string_view element, const gps::GPSPoint& point,
+                           const gps::Dictionary& record)
 {
-    if (!globe_.passes(point))
-        return false;
-    text_.clear();
-    appendPut<kMostOfPoint>(text_, [&](char* at) { return putPoint(at, element, point, times_); });
-    // The schema fixes the order: ele and time before name, cmt and sym, and extensions last.
-    appendChild(text_, "name", record, "name");
-    appendChild(text_, "cmt", record, "comment");
-    appendChild(text_, "sym", record, "symbol");
+    out.setEnd(putPoint(out.room(kMostOfPoint), element, point, times_));
+    writeElements(out, record, kPointTexts);
     if (gps::isGeocache(record)) {
-        text_ += "<extensions>";
-        appendGeocache(text_, record);
-        text_ += "</extensions>";
+        out.write("<extensions>");
+        writeGeocache(out, record);
+        out.write("</extensions>");
     }
-    text_.append("</").append(element).append(">\n");
-    return true;
+    out.write("</");
+    out.write(element);
+    out.write(">\n");
 }
 
 } // namespace host

@@ -36,13 +36,12 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
-    // Makes `text_` from a point. @return  false, with `text_` unchanged, for a point off the globe
-    [[nodiscard]] bool makePoint(std::string_view element, const gps::GPSPoint& point,
-                                 const gps::Dictionary& record);
+    // Writes a waypoint or a route point with its texts.
+    void writePoint(Output& out, std::string_view element, const gps::GPSPoint& point,
+                    const gps::Dictionary& record);
 
     Output& output_;
     SectionedOutput sections_;
-    std::string text_; // the last element made
     TimestampText times_;
     GlobeFilter globe_;
 };

@@ -2,6 +2,7 @@
 
 #include "host/formats/GeocacheXml.h"
 
+#include "Written.h"
 #include "host/formats/CollectionWriter.h"
 
 #include <gps/Value.h>
@@ -12,8 +13,9 @@ namespace {
 
 std::string cacheOf(const gps::Dictionary& record)
 {
-    std::string out;
-    host::appendGeocache(out, record);
+    support::Written written;
+    host::writeGeocache(written.output(), record);
+    const auto out = written.text();
     constexpr std::string_view kStart =
         "<groundspeak:cache xmlns:groundspeak=\"http://www.groundspeak.com/cache/1/0\">";
     constexpr std::string_view kEnd = "</groundspeak:cache>";
