@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The order of the steps matters: content, flush, rename, flush, flush of the folder. On vfat, the
-// file system of memory cards, a renamed file has neither size nor first cluster in its folder
-// entry until it is flushed once more.
+// The order of the steps matters: content, flush, rename, flush of the folder. On vfat, the file
+// system of memory cards, a renamed file has neither size nor first cluster in its folder entry
+// until it is flushed once more.
 
 #include "AtomicFile.h"
 
@@ -10,10 +10,13 @@
 
 #include <gps/NumberText.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -21,6 +24,11 @@ namespace gps {
 namespace {
 
 constexpr mode_t kModeBits = 0777;
+
+/// File systems that keep a file's size and place apart from its names: once the file is flushed, a
+/// new name refers to all of it. ext2, ext3 and ext4 have one number.
+constexpr std::array<long, 5> kTypesWithInodes{EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,
+                                               F2FS_SUPER_MAGIC, TMPFS_MAGIC};
 constexpr int kNothingOpen = -1;
 
 struct SplitPath {
@@ -34,6 +42,15 @@ SplitPath split(const std::string& path)
     if (slash == std::string::npos)
         return {"./", path};
     return {path.substr(0, slash + 1), path.substr(slash + 1)};
+}
+
+/// Whether a renamed file may have to be flushed again. True for a file system that is not known.
+bool mayKeepSizesInFolders(FileSystem& files, int file)
+{
+    struct statfs status;
+    return files.fstatfs(file, &status) != 0 ||
+           std::find(kTypesWithInodes.begin(), kTypesWithInodes.end(), status.f_type) ==
+               kTypesWithInodes.end();
 }
 
 int writeTemporary(FileSystem& files, AtomicFile& file, const std::string& path,
@@ -173,7 +190,7 @@ int AtomicFile::finish(int failure)
 
 int AtomicFile::flushAfterRename()
 {
-    if (files_.fsync(file_.get()) != 0)
+    if (mayKeepSizesInFolders(files_, file_.get()) && files_.fsync(file_.get()) != 0)
         return errno;
     // EINVAL: the volume cannot flush folders.
     if (files_.fsync(folder_.get()) != 0 && errno != EINVAL)

@@ -88,6 +88,11 @@ int FileSystem::fstat(int file, struct stat* out)
     return ::fstat(file, out);
 }
 
+int FileSystem::fstatfs(int file, struct statfs* out)
+{
+    return ::fstatfs(file, out);
+}
+
 int FileSystem::mkdir(const char* path, mode_t mode)
 {
     return ::mkdir(path, mode);

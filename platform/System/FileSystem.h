@@ -11,6 +11,7 @@
 
 #include <dirent.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/types.h>
 
 namespace gps {
@@ -39,6 +40,7 @@ public:
     virtual int fchmod(int file, mode_t mode);
     virtual int flock(int file, int operation);
     virtual int fstat(int file, struct stat* out);
+    virtual int fstatfs(int file, struct statfs* out);
 
     // Names.
     virtual int mkdir(const char* path, mode_t mode);

@@ -28,8 +28,10 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <unistd.h>
 
 namespace {
@@ -218,6 +220,15 @@ int fsync(int file)
 {
     static auto* const call = original<int(int)>("fsync");
     return onFile("fsync", file, [&] { return call(file); });
+}
+
+// Everything is on vfat, as on a receiver, so that all calls that it needs are made.
+int fstatfs(int file, struct statfs* out) noexcept
+{
+    static auto* const call = original<int(int, struct statfs*)>("fstatfs");
+    const int result = call(file, out);
+    out->f_type = MSDOS_SUPER_MAGIC;
+    return result;
 }
 
 int ftruncate(int file, off_t size) noexcept

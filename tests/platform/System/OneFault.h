@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// OneFault: the real file system, except that one call fails. Records the order of the calls that
-// open, change, flush or close something.
+// OneFault: the real file system, except that one call fails, and that it passes for vfat. Records
+// the order of the calls that open, change, flush or close something.
 
 #pragma once
 
@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <linux/magic.h>
 
 namespace support {
 
@@ -23,6 +25,9 @@ public:
     OneFault(std::string_view call, int error, int which = 1)
         : call_(call), error_(error), left_(which)
     {}
+
+    /// Which file system it is to its callers, by its number in linux/magic.h.
+    void setType(long type) { type_ = type; }
 
     [[nodiscard]] bool happened() const { return !call_.empty() && left_ <= 0; }
     [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
@@ -79,6 +84,12 @@ public:
     int fstat(int file, struct stat* out) override
     {
         return fails("fstat") ? -1 : FileSystem::fstat(file, out);
+    }
+    int fstatfs(int file, struct statfs* out) override
+    {
+        const int result = FileSystem::fstatfs(file, out);
+        out->f_type = type_;
+        return result;
     }
     int stat(const char* path, struct stat* out) override
     {
@@ -146,6 +157,7 @@ private:
     std::string call_;
     int error_ = 0;
     int left_ = 0;
+    long type_ = MSDOS_SUPER_MAGIC;
     std::vector<std::string> calls_;
 };
 
