@@ -7,8 +7,6 @@
 #include "host/base/JsonDocument.h"
 #include "host/base/Text.h"
 
-#include <gps/NumberText.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -135,17 +133,19 @@ void appendJson(std::string& out, std::string_view text)
         out += Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+char* putJson(char* at, const gps::GPSPoint& point)
+{
+    at = putReal(put(at, R"({"latitude":)"), point.latitude);
+    at = putReal(put(at, R"(,"longitude":)"), point.longitude);
+    at = putReal(put(at, R"(,"altitude":)"), point.altitude);
+    at = gps::putInteger(put(at, R"(,"time":)"), point.time);
+    at = gps::putInteger(put(at, R"(,"reserved":)"), point.reserved);
+    return put(at, "}");
+}
+
 void appendJson(std::string& out, const gps::GPSPoint& point)
 {
-    constexpr std::size_t kMost = 100 + 3 * gps::kMostOfShortest + 2 * gps::kMostOfInteger;
-    appendPut<kMost>(out, [&](char* at) {
-        at = putReal(put(at, R"({"latitude":)"), point.latitude);
-        at = putReal(put(at, R"(,"longitude":)"), point.longitude);
-        at = putReal(put(at, R"(,"altitude":)"), point.altitude);
-        at = gps::putInteger(put(at, R"(,"time":)"), point.time);
-        at = gps::putInteger(put(at, R"(,"reserved":)"), point.reserved);
-        return put(at, "}");
-    });
+    appendPut<kMostOfJsonPoint>(out, [&](char* at) { return putJson(at, point); });
 }
 
 void appendJsonKey(std::string& out, std::string_view key)

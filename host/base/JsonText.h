@@ -5,6 +5,7 @@
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/NumberText.h>
 #include <gps/Value.h>
 
 #include <cstddef>
@@ -24,6 +25,13 @@ void appendJsonKey(std::string& out, std::string_view key);
 /// Appends a point as an object with its five fields. Each number has the shortest form that reads
 /// back to the same value; one that is not finite becomes null.
 void appendJson(std::string& out, const gps::GPSPoint& point);
+
+/// Writes what appendJson() appends for a point.
+/// @param at  has room for kMostOfJsonPoint characters
+/// @return    the end of what was written
+[[nodiscard]] char* putJson(char* at, const gps::GPSPoint& point);
+inline constexpr std::size_t kMostOfJsonPoint =
+    100 + 3 * gps::kMostOfShortest + 2 * gps::kMostOfInteger;
 
 /// Appends a record as an object with every key, in the record's order.
 void appendJson(std::string& out, const gps::Dictionary& record);

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Builds each line in a buffer that is used again: a track of a million points must not allocate
-// per line.
+// Builds each line in a buffer that is used again, and lines of track points, which are nearly all,
+// in that of the output.
 
 #include "host/formats/EventLines.h"
 
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 
 #include <gps/NumberText.h>
 
@@ -103,10 +104,25 @@ void appendArguments(std::string& line, const Event& event)
 
 void EventLines::event(const Event& event)
 {
+    if (event.kind == EventKind::kTrackPoint && event.record.empty()) {
+        trackPoint(event.point);
+        return;
+    }
     line_ = R"({"event":)";
     appendJson(line_, nameOf(event.kind));
     appendArguments(line_, event);
     write();
+}
+
+// Goes straight to the output.
+void EventLines::trackPoint(const gps::GPSPoint& point)
+{
+    constexpr std::string_view kTrackPointStart = R"({"event":"trackPoint","point":)";
+    constexpr std::string_view kTrackPointEnd = R"(,"extra":{}})"
+                                                "\n";
+    char* at = output_.room(kTrackPointStart.size() + kMostOfJsonPoint + kTrackPointEnd.size());
+    at = putJson(put(at, kTrackPointStart), point);
+    output_.setEnd(put(at, kTrackPointEnd));
 }
 
 // Written after the last event, even if the operation failed to start, so that scripts can rely on

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] std::optional<gps::Error> close() override { return output_.flush(); }
 
 private:
+    void trackPoint(const gps::GPSPoint& point);
     void write();
 
     Output& output_;

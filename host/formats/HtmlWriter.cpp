@@ -16,8 +16,11 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -45,18 +48,15 @@ void appendMember(std::string& out, std::string_view key, std::string_view text)
     appendText(out, text);
 }
 
-void appendNumber(std::string& out, const std::optional<std::int64_t>& number)
+char* putNumber(char* at, const std::optional<std::int64_t>& number)
 {
-    if (number)
-        gps::appendInteger(out, *number);
-    else
-        out += "null";
+    return number ? gps::putInteger(at, *number) : put(at, "null");
 }
 
 void appendMember(std::string& out, std::string_view key, const std::optional<std::int64_t>& number)
 {
     appendJsonKey(out, key);
-    appendNumber(out, number);
+    appendPut<gps::kMostOfInteger>(out, [&](char* at) { return putNumber(at, number); });
 }
 
 // Rounds to three decimals: metres in a number of kilometres.
@@ -67,6 +67,14 @@ void appendMember(std::string& out, std::string_view key, const std::optional<do
         gps::appendShortest(out, std::round(*number * 1000) / 1000);
     else
         out += "null";
+}
+
+constexpr std::size_t kMostOfElementStart = 2;
+
+// Writes what separates an element of an array from the one before it.
+char* putElementStart(char* at, bool& isFirst)
+{
+    return std::exchange(isFirst, false) ? at : put(at, ",\n");
 }
 
 // A receiver's date text as "YYYY-MM-DD". A text that is not a date is returned unchanged.
@@ -98,6 +106,16 @@ struct PointNumbers {
     std::optional<std::int64_t> elevation{};
     std::optional<std::int64_t> time{};
 };
+
+constexpr std::size_t kMostOfNumbers = 4 * (gps::kMostOfInteger + 1);
+
+// Writes latitude, longitude, elevation and time, with commas between them.
+char* putNumbers(char* at, const std::array<std::optional<std::int64_t>, 4>& numbers)
+{
+    for (const auto& number : numbers)
+        at = put(putNumber(at, number), ",");
+    return at - 1;
+}
 
 // The difference from a column's last number, which this one replaces. An unknown number has no
 // difference and replaces nothing.
@@ -132,13 +150,10 @@ void appendPoint(std::string& out, const gps::GPSPoint& point, const gps::Dictio
     const PointNumbers numbers{point};
     appendJsonKey(out, "at");
     out += '[';
-    gps::appendInteger(out, numbers.latitude);
-    out += ',';
-    gps::appendInteger(out, numbers.longitude);
-    out += ',';
-    appendNumber(out, numbers.elevation);
-    out += ',';
-    appendNumber(out, numbers.time);
+    appendPut<kMostOfNumbers>(out, [&](char* at) {
+        return putNumbers(at,
+                          {numbers.latitude, numbers.longitude, numbers.elevation, numbers.time});
+    });
     out += "]}";
 }
 
@@ -206,15 +221,12 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
     if (!globe_.passes(point))
         return;
     const PointNumbers numbers{point};
-    startElement(isFirstPoint_);
-    appendNumber(text_, difference(numbers.latitude, columns_.latitude));
-    text_ += ',';
-    appendNumber(text_, difference(numbers.longitude, columns_.longitude));
-    text_ += ',';
-    appendNumber(text_, difference(numbers.elevation, columns_.elevation));
-    text_ += ',';
-    appendNumber(text_, difference(numbers.time, columns_.time));
-    tracks_.spool.write(text_);
+    char* const at = tracks_.spool.room(kMostOfElementStart + kMostOfNumbers);
+    tracks_.spool.setEnd(putNumbers(putElementStart(at, isFirstPoint_),
+                                    {difference(numbers.latitude, columns_.latitude),
+                                     difference(numbers.longitude, columns_.longitude),
+                                     difference(numbers.elevation, columns_.elevation),
+                                     difference(numbers.time, columns_.time)}));
     figures_.add(point);
 }
 
@@ -249,8 +261,8 @@ std::optional<gps::Error> HtmlWriter::finish()
 // Clears the buffer for the next element of an array.
 void HtmlWriter::startElement(bool& isFirst)
 {
-    text_ = isFirst ? "" : ",\n";
-    isFirst = false;
+    text_.clear();
+    appendPut<kMostOfElementStart>(text_, [&](char* at) { return putElementStart(at, isFirst); });
 }
 
 void HtmlWriter::writeList(std::string_view key, List& list)

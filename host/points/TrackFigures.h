@@ -15,6 +15,15 @@ namespace host {
 /// [any]
 [[nodiscard]] bool hasElevation(const gps::GPSPoint& point) noexcept;
 
+/// A point as distances need it: each cosine is needed for two of them.
+struct PlaceOnSphere {
+    explicit PlaceOnSphere(const gps::GPSPoint& point) noexcept;
+
+    double latitude;  ///< radians
+    double cosine;    ///< of the latitude
+    double longitude; ///< degrees
+};
+
 /// The length of a path: the sum of the great-circle distances between its points, on a sphere of
 /// the Earth's mean radius, 6371.0088 km.
 /// Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68,
@@ -28,7 +37,7 @@ public:
     [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
 
 private:
-    std::optional<gps::GPSPoint> last_;
+    std::optional<PlaceOnSphere> last_;
     double kilometres_ = 0;
 };
 
