@@ -6,8 +6,11 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
+#include "host/bundle/DeviceSearch.h"
+#include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
 
+#include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
 #include <fmt/format.h>
@@ -33,13 +36,12 @@ std::string withoutTrailingSlashes(std::string path)
     return path;
 }
 
-// Links are resolved because serial ports have stable names that are links, such as by-id. Two
+// Links are followed because serial ports have stable names that are links, such as by-id. Two
 // paths that do not exist are never the same location.
 bool isSameLocation(const std::string& a, const std::string& b)
 {
     std::error_code failed;
-    return withoutTrailingSlashes(a) == withoutTrailingSlashes(b) ||
-           (fs::canonical(a, failed) == fs::canonical(b, failed) && !failed);
+    return withoutTrailingSlashes(a) == withoutTrailingSlashes(b) || fs::equivalent(a, b, failed);
 }
 
 std::string allLocations(const std::vector<Driver>& drivers)
@@ -113,14 +115,19 @@ gps::Error noSuchDevice(const std::vector<Driver>& drivers, const DeviceRequest&
     return hostError("There is no device at this location", std::move(advice), *request.device);
 }
 
-gps::Error nothingReady()
+// @param drivers  only those that the request allows
+gps::Error whyNotADevice(const std::vector<Driver>& drivers, const DeviceRequest& request)
 {
-    return hostError(
-        "No device is ready",
-        fmt::format("Connect a receiver and wait until it is mounted, or connect it to "
-                    "a serial port; name a folder that holds a receiver's files with "
-                    "--test-folder; or {}",
-                    kExplain));
+    const auto& location = *request.device;
+    std::error_code ignored;
+    if (isDisk(location))
+        return explainDisk(location);
+    if (fs::is_regular_file(location, ignored))
+        return hostError("This is a file, and a device is a folder or a serial port",
+                         "Read a receiver's file with \"magellangps import FILE\"", location);
+    if (auto reason = explainFolder(drivers, withoutTrailingSlashes(location)))
+        return *reason;
+    return noSuchDevice(drivers, request);
 }
 
 std::optional<gps::Error> chooseRequestedDevice(const std::vector<Driver>& drivers,
@@ -133,16 +140,17 @@ std::optional<gps::Error> chooseRequestedDevice(const std::vector<Driver>& drive
         found = findDevice(drivers, *request.device);
     }
     if (!found)
-        return noSuchDevice(drivers, request);
+        return whyNotADevice(drivers, request);
     const auto& driver = *found->device.driver;
     // Picking an item runs the driver's action, which selects the device for its operations.
     if (auto* const menu = deviceMenu(driver))
         menu->pick(found->index);
     if (!request.driver && !driver.isReady())
-        return hostError(
-            "The device is not ready: its files cannot be read",
-            "Check their permissions, or name the driver with --driver to see its own error",
-            *request.device);
+        return explainFolder(drivers, found->device.location)
+            .value_or(hostError(
+                "The device is not ready: its files cannot be read",
+                "Check their permissions, or name the driver with --driver to see its own error",
+                *request.device));
     chosen = std::move(found->device);
     return std::nullopt;
 }
@@ -155,6 +163,30 @@ std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
             return device.location;
     }
     return {};
+}
+
+// Whether a driver may choose a port by itself. A receiver may be connected to any port, but
+// finding out that none is takes a minute and a half.
+bool isPortToTry(const Device& port)
+{
+    const auto named = gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey);
+    return port.isOnUsb ||
+           (named && std::find(named->begin(), named->end(), port.location) != named->end());
+}
+
+// Selects a device in a driver for a user who named neither. Returns whether there is one.
+bool selectByItself(const gps::GPSPlugInProtocol& driver)
+{
+    if (!driver.isReady() || !driver.needsSerialRefresh())
+        return driver.isReady();
+    const auto ports = devicesOf(driver);
+    const auto port = std::find_if(ports.begin(), ports.end(), isPortToTry);
+    auto* const menu = deviceMenu(driver);
+    if (port == ports.end() || menu == nullptr)
+        return false;
+    if (!port->isSelected)
+        menu->pick(static_cast<std::size_t>(port - ports.begin()));
+    return true;
 }
 
 } // namespace
@@ -198,6 +230,7 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
             device.name = *name;
         if (const auto* authorized = record->find("authorized"))
             device.authorized = authorized->boolReading();
+        device.isOnUsb = record->contains("vendorID");
     }
     return devices;
 }
@@ -234,11 +267,15 @@ std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,
     }
     if (request.device)
         return chooseRequestedDevice(candidates, request, chosen);
+    if (request.needsFiles && !request.driver)
+        std::erase_if(candidates,
+                      [](const Driver& driver) { return driver->needsSerialRefresh(); });
     const auto found =
-        std::find_if(candidates.begin(), candidates.end(),
-                     [&](const Driver& driver) { return request.driver || driver->isReady(); });
+        std::find_if(candidates.begin(), candidates.end(), [&](const Driver& driver) {
+            return request.driver || selectByItself(*driver);
+        });
     if (found == candidates.end())
-        return nothingReady();
+        return noReceiverError(candidates);
     chosen = {*found, selectedLocation(**found)};
     return std::nullopt;
 }

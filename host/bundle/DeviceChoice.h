@@ -23,6 +23,7 @@ struct DeviceRequest {
     std::optional<std::string> driver;      ///< a name as returned by driverName()
     std::optional<std::string> device;      ///< a location: a folder or a serial port
     std::vector<std::string> testFolders{}; ///< folders to treat like mounted volumes
+    bool needsFiles = false; ///< only devices that mount as a disk, unless one was asked for
 };
 
 /// One device in a driver's list.
@@ -30,6 +31,7 @@ struct Device {
     std::string location;
     std::optional<std::string> name;
     std::optional<bool> authorized;
+    bool isOnUsb = false; ///< a serial port that is a USB adapter
     bool isSelected = false;
 };
 
@@ -62,9 +64,10 @@ void prepareDrivers(const DeviceRequest& request);
 
 /// Chooses a driver and selects the requested device in it.
 ///
-/// Without a request this is the first driver that is ready. A requested folder that no driver
-/// lists is added to the test folders once. A driver requested by name is chosen even if it is not
-/// ready, so that the operation reports the driver's own error.
+/// Without a request this is the first driver that is ready; one for serial ports only if a port is
+/// a USB adapter or is in the user's stored list of ports. A requested folder that no driver lists
+/// is added to the test folders once. A driver requested by name is chosen even if it is not ready,
+/// so that the operation reports the driver's own error.
 /// @param chosen  out: unchanged after a failure
 /// @return        why there is nothing to work on, with the alternatives
 [[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,

@@ -89,7 +89,7 @@ gps::Error explainPortFailure(const std::string& port, int errorNumber)
 {
     switch (errorNumber) {
     case 0:
-        return hostError("The port can be opened now", "Try again", port);
+        return hostError(kPortIsFree, "Try again", port);
     case EBUSY:
         return hostError("Another program has the port open",
                          fmt::format("Close that program, and try again; run \"fuser -v {}\" to "

@@ -21,6 +21,9 @@ namespace host {
 /// on refreshDeviceList(). A driver for serial ports may be offered only because of this port.
 void addSerialPort(const std::string& port);
 
+/// The description of a failure whose port can be opened now, so that it explains nothing.
+inline constexpr char kPortIsFree[] = "The port can be opened now";
+
 /// Tries to open a port, and reports why it cannot be opened and what the user can do about it.
 [[nodiscard]] gps::Error explainPortFailure(const std::string& port);
 

@@ -7,11 +7,16 @@
 #include "host/cli/CommandTable.h"
 #include "host/cli/RawOptions.h"
 #include "host/commandline/Arguments.h"
+#include "host/commandline/HelpFormatter.h"
+#include "host/commandline/NearestName.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 namespace {
@@ -19,6 +24,25 @@ namespace {
 ParsedCommandLine mistake(std::string_view text)
 {
     return {std::nullopt, fmt::format("magellangps: {}\n", displayText(text)), ExitStatus::kUsage};
+}
+
+ParsedCommandLine helpOn(const CLI::App& app, const std::optional<std::string>& topic)
+{
+    // Not help(), which prints that of the command that was typed: "help".
+    if (!topic)
+        return {std::nullopt,
+                app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal),
+                ExitStatus::kSuccess};
+    std::vector<std::string> names;
+    for (const auto* command : visibleCommands(app)) {
+        if (command->get_name() == *topic)
+            return {std::nullopt, command->help(app.get_name()), ExitStatus::kSuccess};
+        names.push_back(command->get_name());
+    }
+    const auto guess = nearestName(*topic, names);
+    return mistake(fmt::format("unknown command \"{}\"; {}", *topic,
+                               guess.empty() ? "the commands are: " + joined(names, ", ")
+                                             : fmt::format("did you mean \"{}\"?", guess)));
 }
 
 } // namespace
@@ -37,6 +61,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
         // done.
         return argc > 1 ? mistake("no COMMAND is given; " + helpHint(app))
                         : ParsedCommandLine{std::nullopt, app.help(), ExitStatus::kUsage};
+    if (table.raw().command == Command::kHelp)
+        return helpOn(app, table.raw().helpTopic);
     ParsedCommandLine parsed;
     if (const auto wrong = finish(table.raw(), parsed.options); !wrong.empty())
         return mistake(wrong);

@@ -23,7 +23,7 @@ constexpr char kExamples[] = R"(Examples:
   magellangps import TKLG001.log -o track.gpx      convert a receiver's file
   magellangps send trip.gpx --dry-run              show what a send would change
 
-"magellangps COMMAND --help" lists a command's own options.
+"magellangps help COMMAND" lists a command's own options.
 )";
 
 constexpr char kGlobalHint[] =
@@ -46,7 +46,7 @@ CommandTable::CommandTable()
 {
     app_.formatter(std::make_shared<HelpFormatter>());
     app_.set_help_flag("-h,--help", "Print this help");
-    app_.set_version_flag("--version", "magellangps " HOST_VERSION, "Print the version");
+    app_.set_version_flag("-V,--version", "magellangps " HOST_VERSION, "Print the version");
     // A missing command is not left to CLI11: parseCommandLine() answers it.
     app_.require_subcommand(0, 1);
     app_.footer(kExamples);
@@ -59,6 +59,7 @@ CommandTable::CommandTable()
     addSend();
     addRestore();
     addWatch();
+    addHelp();
 }
 
 CLI::App& CommandTable::addCommand(const char* name, const char* description, Command command,
@@ -96,9 +97,9 @@ void CommandTable::addGlobalOptions()
         "document");
     app_.add_flag("--events", options.events,
                   "Print each call of the plug-in as one JSON line, then a result line");
-    const auto* const quiet =
-        app_.add_flag("-q", options.quiet, "Print nothing but errors on stderr; not with -v");
-    exclude(quiet, app_.add_flag("-v", options.verbose,
+    const auto* const quiet = app_.add_flag("-q,--quiet", options.quiet,
+                                            "Print nothing but errors on stderr; not with -v");
+    exclude(quiet, app_.add_flag("-v,--verbose", options.verbose,
                                  "Print the system log's lines on stderr; not with -q"));
 }
 
@@ -311,6 +312,14 @@ void CommandTable::addWatch()
         "and a half");
     exclude(serial, addDriverOption(command, options.driver, "Watch only this driver's devices"));
     addFixDatesOption(command, options.fixDates);
+}
+
+void CommandTable::addHelp()
+{
+    addCommand("help", "Print the help of the program or of a command", Command::kHelp,
+               "  magellangps help acquire\n")
+        .add_option("command", raw_.helpTopic, "The command")
+        ->type_name("COMMAND");
 }
 
 void CommandTable::exclude(const CLI::Option* first, const CLI::Option* second)

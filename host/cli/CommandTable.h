@@ -38,6 +38,7 @@ private:
     void addSend();
     void addRestore();
     void addWatch();
+    void addHelp();
 
     CLI::Option* addDriverOption(CLI::App& command, std::optional<std::string>& driver,
                                  const char* description);

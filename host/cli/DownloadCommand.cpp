@@ -116,7 +116,7 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
     if (options_.events)
         return eventLines_.close();
     // A table of zeros would look like an empty receiver after a download that failed.
-    if (!isSummaryShown_ || (!report.hasReceived() && !report.isComplete()))
+    if (!isSummaryShown_ || (report.received.isEmpty() && !report.isComplete()))
         return std::nullopt;
     auto failure = summary_.close();
     if (const auto advice = dateAdvice(report.dates); !advice.empty() && !failure) {

@@ -5,6 +5,7 @@
 #include "host/cli/DownloadMessages.h"
 
 #include "host/base/Sentences.h"
+#include "host/bundle/SerialPort.h"
 #include "host/cli/AccountText.h"
 #include "host/points/Points.h"
 
@@ -19,6 +20,13 @@ namespace host {
 namespace {
 
 constexpr std::size_t kMostUnreadable = 10; // files and folders named one by one
+
+// Whether the host knows why the port of a download could not be used.
+bool isPortTheReason(const OperationReport& report)
+{
+    return report.portFailure && report.received.empty() &&
+           report.portFailure->description() != kPortIsFree;
+}
 
 void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& errors)
 {
@@ -75,6 +83,15 @@ void addUnreadable(std::vector<Message>& messages, const OperationReport& report
         messages.push_back({true, fmt::format("And {} more that could not be read.", unshown)});
 }
 
+// Whether a line names a file or folder that has a message of its own.
+bool isAboutUnreadable(const std::string& line, const OperationReport& report)
+{
+    const auto& unreadable = report.unreadable;
+    return std::any_of(unreadable.begin(), unreadable.end(), [&](const gps::Error& error) {
+        return error.path() && line.find(fmt::format("\"{}\"", *error.path())) != line.npos;
+    });
+}
+
 // If something is missing, the log may say why, so its lines are errors. A serial session logs each
 // of its sentences, which nobody wants to see: its account has what is worth knowing.
 void addLog(std::vector<Message>& messages, const OperationReport& report)
@@ -83,8 +100,10 @@ void addLog(std::vector<Message>& messages, const OperationReport& report)
     if (report.isSerial && (!isNeeded || report.account))
         return;
     const std::string_view prefix = isNeeded ? "log: " : "";
-    for (const auto& line : report.logLines)
-        messages.push_back({isNeeded, fmt::format("{}{}", prefix, line)});
+    for (const auto& line : report.logLines) {
+        if (!isAboutUnreadable(line, report))
+            messages.push_back({isNeeded, fmt::format("{}{}", prefix, line)});
+    }
     if (report.moreLogLines > 0)
         messages.push_back({isNeeded, fmt::format("{}and {} more", prefix, report.moreLogLines)});
 }
@@ -121,7 +140,8 @@ void addTallies(std::vector<Message>& messages, const OperationReport& report, b
 std::vector<Message> operationMessages(const OperationReport& report, const MessageOptions& options)
 {
     std::vector<Message> messages;
-    addErrors(messages, report.errors);
+    if (!isPortTheReason(report)) // the driver can only guess it
+        addErrors(messages, report.errors);
     if (report.isAnswered() || report.isInterrupted)
         addMissing(messages, report);
     addUnreadable(messages, report);

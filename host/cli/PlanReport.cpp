@@ -13,6 +13,7 @@
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 
+#include <platform/System/FileError.h>
 #include <platform/System/Paths.h>
 
 #include <fmt/format.h>
@@ -49,10 +50,37 @@ std::string_view relativeTo(std::string_view device, std::string_view path)
     return path.substr(path.starts_with('/') ? 1 : 0);
 }
 
-std::string lineFor(const gps::PlannedFile& file, std::string_view device)
+bool isUnwritable(const gps::PlannedFile& file)
+{
+    using gps::FileErrorCode;
+    return file.action == Action::kSkip && file.error &&
+           (file.error->code() == FileErrorCode::kWriteNoPermission ||
+            file.error->code() == FileErrorCode::kWriteReadOnlyVolume);
+}
+
+// Whether nothing can be written to the device, which is reported once instead of for each file.
+bool isWholeDeviceUnwritable(const PreparedSend& send)
+{
+    const auto& files = send.plan.files;
+    return !send.obstacle && !files.empty() &&
+           std::all_of(files.begin(), files.end(), isUnwritable);
+}
+
+std::string unwritableDeviceText(const PreparedSend& send)
+{
+    const bool isReadOnly =
+        send.plan.files.front().error->code() == gps::FileErrorCode::kWriteReadOnlyVolume;
+    return fmt::format("The device cannot be written, because {}: nothing can be sent. {} Path: {}",
+                       isReadOnly ? "its volume is read-only" : "permission was refused",
+                       isReadOnly ? "Mount it so that it can be written, and send again."
+                                  : "Let your user write to its folders, and send again.",
+                       send.device.location);
+}
+
+std::string lineFor(const gps::PlannedFile& file, std::string_view device, bool isReasonShown)
 {
     auto line = fmt::format("{}: {}", verbFor(file.action), relativeTo(device, file.path));
-    if (file.action == Action::kSkip)
+    if (file.action == Action::kSkip && isReasonShown)
         line += fmt::format(" ({})", file.error ? sentencesOf(*file.error) : "nothing to write");
     return line;
 }
@@ -234,7 +262,8 @@ void addFileStates(const SendReport& report, const PreparedSend& send,
     };
     const auto& files = report.files;
     if (std::all_of(files.begin(), files.end(), isOld)) {
-        if (!report.wasStopped) // addStop() has said so
+        // After a stop addStop() has said so, and planErrors() if nothing could be written.
+        if (!report.wasStopped && !isWholeDeviceUnwritable(send))
             sentences.emplace_back("Nothing was written: every file of the device is as it was.");
         return;
     }
@@ -290,7 +319,7 @@ std::string planReport(const PreparedSend& send)
     std::string text;
     const auto append = [&text](std::string_view line) { text += displayText(line) + '\n'; };
     for (const auto& file : send.plan.files) {
-        append(lineFor(file, send.device.location));
+        append(lineFor(file, send.device.location, !isWholeDeviceUnwritable(send)));
         if (file.droppedLines > 0)
             append(droppedLinesOf(file, send));
     }
@@ -314,6 +343,8 @@ std::vector<std::string> planErrors(const PreparedSend& send)
     // A real send reports it in sendErrors().
     if (send.obstacle && send.request.isDryRun)
         sentences.push_back(sentencesOf(*send.obstacle));
+    if (isWholeDeviceUnwritable(send))
+        return {unwritableDeviceText(send)};
     for (const auto& file : send.plan.files) {
         if (!file.error || isObstacle(send, file))
             continue;
@@ -385,6 +416,8 @@ std::string sentSummary(const PreparedSend& send)
     auto text = "sent: " + dataSummary(*send.request.data);
     if (!send.isPlanned())
         return text;
+    if (send.request.data->empty() && send.present.isEmpty())
+        return "Nothing was sent: there are no waypoints, geocaches, routes or tracks to send.";
     const auto files = plannedWrites(send.plan);
     if (files == 0 && !send.present.isEmpty())
         return "Nothing is new: the device holds everything already. --again sends it.";

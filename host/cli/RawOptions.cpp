@@ -7,20 +7,32 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 
 namespace host {
 namespace {
 
 constexpr char kJsonOrEvents[] = "--json and --events both need stdout: leave one of them out";
 
+std::string noEvents(std::string_view command)
+{
+    return fmt::format("--events is for acquire, import and send, not for {}", command);
+}
+
 std::string extensionOf(const std::string& path)
 {
     auto extension = std::filesystem::path{path}.extension().string();
     extension.erase(0, 1);
-    std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+    return extension;
+}
+
+// The format of a name or of an extension, in either case.
+const Format* formatNamed(std::string name)
+{
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
-    return extension;
+    return findFormat(name);
 }
 
 std::string unknownFormat(const std::string& name)
@@ -39,12 +51,14 @@ std::string checkOutput(const RawOptions& raw, DownloadOptions& options)
         return "--events and -o - both need stdout: leave one of them out";
     if (options.output == "-" && options.summary)
         return "--summary and -o - both need stdout: leave one of them out";
+    if (options.output->empty())
+        return "the name of the output file is empty";
     const auto name = raw.format.value_or(extensionOf(*options.output));
     if (name.empty() && !raw.format)
         return fmt::format(
             "the output file \"{}\" has no extension: name its format with --format ({})",
             *options.output, formatNames());
-    options.format = findFormat(name);
+    options.format = formatNamed(name);
     return options.format == nullptr ? unknownFormat(name) : "";
 }
 
@@ -68,41 +82,55 @@ std::string check(const RawOptions& raw, DownloadOptions& options)
     return checkJson(raw, options);
 }
 
+std::string check(const RawOptions& raw, ImportOptions& options)
+{
+    const auto& files = options.files;
+    if (std::find(files.begin(), files.end(), "-") != files.end())
+        return "import reads files, not stdin, because a file's extension names its kind: save the "
+               "input as a file such as trip.log";
+    return check(raw, static_cast<DownloadOptions&>(options));
+}
+
 std::string check(const RawOptions& raw, const SendOptions& options)
 {
     if (raw.global.json && raw.global.events)
         return kJsonOrEvents;
-    return options.files.empty() && !options.data ? "no FILE to send is given, and no --data" : "";
+    const auto& files = options.files;
+    if (std::find(files.begin(), files.end(), "-") != files.end() || options.data == "-")
+        return "send reads files, not stdin: save the input as a file";
+    return files.empty() && !options.data ? "no FILE to send is given, and no --data" : "";
 }
 
 std::string check(const RawOptions& raw, const RestoreOptions& /*options*/)
 {
-    return raw.global.json && raw.global.events ? kJsonOrEvents : "";
+    return raw.global.events ? noEvents("restore") : "";
+}
+
+std::string check(const RawOptions& raw, const InfoOptions& /*options*/)
+{
+    return raw.global.events ? noEvents("info") : "";
+}
+
+std::string check(const RawOptions& raw, const DevicesOptions& /*options*/)
+{
+    return raw.global.events ? noEvents("devices") : "";
 }
 
 std::string check(const RawOptions& raw, WatchOptions& options)
 {
     if (raw.global.events)
-        return "--events is for acquire, import and send; watch prints its own lines";
+        return noEvents("watch");
     if (raw.global.json)
         return "--json is not for watch, which prints its own lines";
-    options.format = findFormat(raw.format.value_or("gpx"));
+    options.format = formatNamed(raw.format.value_or("gpx"));
     return options.format == nullptr ? unknownFormat(*raw.format) : "";
-}
-
-// The other commands have nothing to check.
-std::string check(const RawOptions& /*raw*/, const GlobalOptions& /*options*/)
-{
-    return {};
 }
 
 template <typename Options>
 std::string finish(const RawOptions& raw, Options options, std::optional<CommandOptions>& finished)
 {
     static_cast<GlobalOptions&>(options) = raw.global;
-    // The overload of check() is that of the nearest base class: DownloadOptions for acquire and
-    // import.
-    auto mistake = check(raw, options);
+    auto mistake = check(raw, options); // for acquire the overload of its base class
     if (mistake.empty())
         finished = options;
     return mistake;
@@ -127,6 +155,8 @@ std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options
         return finish(raw, raw.restore, options);
     case Command::kWatch:
         return finish(raw, raw.watch, options);
+    case Command::kHelp: // has no options
+        break;
     }
     return {};
 }

@@ -11,7 +11,7 @@
 
 namespace host {
 
-enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch };
+enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch, kHelp };
 
 struct RawOptions {
     Command command = Command::kInfo;
@@ -25,10 +25,11 @@ struct RawOptions {
     RestoreOptions restore;
     WatchOptions watch;
 
-    std::optional<std::string> format; ///< of acquire, import or watch; not looked up yet
+    std::optional<std::string> helpTopic; ///< of help: the name of a command
+    std::optional<std::string> format;    ///< of acquire, import or watch; not looked up yet
 };
 
-/// Checks what was typed and completes the command's options.
+/// Checks what was typed and completes the command's options. Precondition: it is not kHelp.
 /// @param options  out: the command's options; unchanged after a mistake
 /// @return         what is wrong, for the user to read; empty if nothing is
 [[nodiscard]] std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options);

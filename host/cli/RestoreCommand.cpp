@@ -17,8 +17,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -37,11 +40,39 @@ std::string listOf(const std::vector<Backup>& backups)
 
 // A name in the list is found before a folder of that name in the current folder.
 // @param requested  the name of a listed backup, or the path of any backup
-std::string pathOf(const std::string& requested, const std::vector<Backup>& backups)
+// @return           nullopt if there is neither
+std::optional<std::string> pathOf(const std::string& requested, const std::vector<Backup>& backups)
 {
     const auto found = std::find_if(backups.begin(), backups.end(),
                                     [&](const Backup& backup) { return backup.name == requested; });
-    return found != backups.end() ? found->path : requested;
+    if (found != backups.end())
+        return found->path;
+    std::error_code ignored;
+    return std::filesystem::exists(requested, ignored) ? std::optional{requested} : std::nullopt;
+}
+
+std::size_t commonLength(const std::string& a, const std::string& b)
+{
+    const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
+    return static_cast<std::size_t>(end - a.begin());
+}
+
+gps::Error noSuchBackup(const std::string& requested, std::vector<Backup> backups)
+{
+    constexpr std::size_t kMostNamed = 3;
+    // Stable: among equally near ones, the newest come first, as in the list.
+    std::stable_sort(backups.begin(), backups.end(), [&](const Backup& a, const Backup& b) {
+        return commonLength(a.name, requested) > commonLength(b.name, requested);
+    });
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < std::min(backups.size(), kMostNamed); ++i)
+        names.push_back(backups[i].name);
+    return hostError(fmt::format("There is no backup \"{}\" of this device", requested),
+                     names.empty()
+                         ? "The device has no backups: a send makes one before it writes"
+                         : fmt::format("{}: {}; \"magellangps restore\" lists all of them",
+                                       names.size() == 1 ? "The nearest is" : "The nearest are",
+                                       joined(names, ", ")));
 }
 
 std::string textOf(const RestoreReport& report)
@@ -118,7 +149,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
     StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
-            plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen))
+            plugIn.drivers, {options.driver, options.device, options.testFolders, true}, chosen))
         return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     const auto device = dataFoldersOf(chosen);
     if (!device)
@@ -131,9 +162,13 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
             hostError("There is no home folder for backups", "Name a folder with --backup"),
             ExitStatus::kFailed, stop, console);
     const auto backups = listBackups(*folder, device->identifier);
-    if (options.backup)
+    const auto path = options.backup ? pathOf(*options.backup, backups) : std::nullopt;
+    if (options.backup && !path)
+        return refuse(options, noSuchBackup(*options.backup, backups), ExitStatus::kFailed, stop,
+                      console);
+    if (path)
         return restore(options, *device,
-                       {.backup = pathOf(*options.backup, backups),
+                       {.backup = *path,
                         .policy = {.folder = *folder, .count = options.mostBackups},
                         .isForced = options.force},
                        stop, console);

@@ -3,12 +3,12 @@
 // lines alone, and the plan and the result go to standard error. With --json it belongs to the
 // document, which has everything that is shown otherwise.
 
-#include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
+#include "host/cli/InputFiles.h"
 #include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/SendJson.h"
@@ -18,10 +18,10 @@
 #include "host/formats/GpxReader.h"
 #include "host/operations/StopSignals.h"
 
-#include <filesystem>
+#include <fmt/format.h>
+
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -30,20 +30,42 @@
 namespace host {
 namespace {
 
-std::optional<gps::Error> readFiles(const SendOptions& options,
-                                    std::optional<gps::Dictionary>& data)
+// The extensions of the receivers' own files.
+std::vector<std::string> fileTypesOf(const std::vector<Driver>& drivers)
 {
+    std::vector<std::string> types;
+    for (const auto& driver : drivers) {
+        for (auto& type : driver->fileTypes().value_or(std::vector<std::string>{}))
+            types.push_back(std::move(type));
+    }
+    return types;
+}
+
+std::optional<gps::Error> readFiles(const SendOptions& options, const std::vector<Driver>& drivers,
+                                    std::optional<gps::Dictionary>& data, SkippedWaypoints& skipped)
+{
+    if (auto failure = options.data ? checkInput(*options.data)
+                                    : checkSend(options.files, fileTypesOf(drivers)))
+        return failure;
     if (options.data)
         return readDataFile(*options.data, data);
     data.emplace();
     for (const auto& file : options.files) {
-        std::error_code ignored;
-        if (std::filesystem::is_directory(file, ignored))
-            return hostError("This is a folder", "Name the GPX files in it", file);
-        if (auto failure = readGpx(file, *data))
+        if (auto failure = readGpx(file, *data, &skipped))
             return failure;
     }
     return std::nullopt;
+}
+
+std::vector<std::string> sentencesFor(const SkippedWaypoints& skipped)
+{
+    std::vector<std::string> sentences;
+    for (const auto& error : skipped.first)
+        sentences.push_back(sentencesOf(error));
+    if (const auto more = skipped.count - skipped.first.size(); more > 0)
+        sentences.push_back(
+            fmt::format("And {} more waypoint{} skipped.", more, more == 1 ? " was" : "s were"));
+    return sentences;
 }
 
 // A data file is sent exactly as it is.
@@ -71,7 +93,8 @@ public:
           progress_(canShowProgress(options, options.events))
     {}
 
-    [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request);
+    [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request,
+                                 const SkippedWaypoints& skipped);
 
 private:
     void showPlan(const PreparedSend& send);
@@ -95,7 +118,8 @@ private:
     int signal_ = 0; // that stopped the send
 };
 
-ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
+ExitStatus SendCommand::run(ChosenDevice device, SendRequest request,
+                            const SkippedWaypoints& skipped)
 {
     request.progress = progress_.callback();
     if (options_.events)
@@ -107,6 +131,7 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request)
     auto send = prepareSend(std::move(device), std::move(request));
     // What is printed from here on is whole, and files may be written: perform() sees a request.
     stop_.requestOnly();
+    showErrors(sentencesFor(skipped));
     if (send.request.data)
         showPlan(send);
     SendReport report;
@@ -221,15 +246,16 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
         request.driverOptions = {{"debug", *options.debug}};
     StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     // The files first, so that a mistake in one of them is found before a driver does anything.
-    auto failure = readFiles(options, request.data);
+    SkippedWaypoints skipped;
+    auto failure = readFiles(options, plugIn.drivers, request.data, skipped);
     if (failure)
         return refuse(options, *failure, ExitStatus::kFailed, stop, console);
     ChosenDevice device;
-    failure =
-        chooseDevice(plugIn.drivers, {options.driver, options.device, options.testFolders}, device);
+    failure = chooseDevice(plugIn.drivers,
+                           {options.driver, options.device, options.testFolders, true}, device);
     if (failure)
         return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
-    return SendCommand{options, console, stop}.run(std::move(device), std::move(request));
+    return SendCommand{options, console, stop}.run(std::move(device), std::move(request), skipped);
 }
 
 } // namespace host

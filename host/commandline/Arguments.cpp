@@ -6,7 +6,7 @@
 #include "host/commandline/Arguments.h"
 
 #include "host/commandline/HelpFormatter.h"
-#include "host/commandline/NearestName.h"
+#include "host/commandline/UnexpectedWord.h"
 
 #include <gps/NumberText.h>
 
@@ -57,41 +57,6 @@ const CLI::Option* findIf(const CLI::App& app, const Predicate& predicate)
     return nullptr;
 }
 
-// "--output", or the type of a positional argument: "FILE".
-std::string titleOf(const CLI::Option& option)
-{
-    return option.get_positional() ? option.get_type_name() : namesOf(option).back();
-}
-
-std::string guessFor(std::string_view word, const CLI::App& app)
-{
-    std::vector<std::string> names;
-    for (const auto* table : tablesOf(app)) {
-        for (const auto* option : visibleOptions(*table)) {
-            for (const auto& name : namesOf(*option))
-                names.push_back(name);
-        }
-    }
-    if (app.get_subcommands().empty()) {
-        for (const auto* command : visibleCommands(app))
-            names.push_back(command->get_name());
-    }
-    return nearestName(word.substr(0, word.find('=')), names);
-}
-
-std::string unexpectedWord(const CLI::App& app, const std::string& word)
-{
-    const bool isOption = word.size() > 1 && word.front() == '-';
-    const bool isCommand =
-        !isOption && app.get_subcommands().empty() && !visibleCommands(app).empty();
-    const auto* const what = isOption    ? "unknown option"
-                             : isCommand ? "unknown command"
-                                         : "unexpected argument";
-    const auto guess = guessFor(word, app);
-    const auto hint = guess.empty() ? helpHint(app) : fmt::format("did you mean \"{}\"?", guess);
-    return fmt::format("{} \"{}\"; {}", what, word, hint);
-}
-
 // A wrong number of values: an option that was repeated, or one at the end without its value. The
 // exception does not name the option, so it is derived from the counts and the last word.
 std::string wrongCount(const CLI::App& app, const std::string& lastWord)
@@ -127,28 +92,52 @@ std::string describe(const CLI::App& app, const CLI::ParseError& error, const st
     return fmt::format("this command line cannot be understood; {}", helpHint(app));
 }
 
-// What is wrong with the first word of the form "--option=" or "--flag=value"; empty if nothing is.
-// CLI11 would take the option's value from the next word, and read "--flag=false" as no flag.
-std::string wrongAssignment(const CLI::App& app, int argc, const char* const* argv)
+const CLI::Option* findAnywhere(const CLI::App& app, const std::string& name)
 {
-    const auto isFlag = [](const CLI::App& table, const std::string& name) {
+    const auto* found = app.get_option_no_throw(name);
+    for (const auto* command : app.get_subcommands({})) {
+        if (found == nullptr)
+            found = command->get_option_no_throw(name);
+    }
+    return found;
+}
+
+bool isFlagAnywhere(const CLI::App& app, const std::string& name)
+{
+    const auto isFlag = [&](const CLI::App& table) {
         const auto* const option = table.get_option_no_throw(name);
         return option != nullptr && option->get_expected_max() == 0;
     };
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view word{argv[i]};
-        const auto equals = word.find('=');
-        if (word == "--")
-            break;
-        if (equals == word.npos || equals < 3 || !word.starts_with("--"))
-            continue;
-        const std::string name{word.substr(0, equals)};
-        const auto commands = app.get_subcommands({});
-        if (isFlag(app, name) || std::any_of(commands.begin(), commands.end(),
-                                             [&](auto* command) { return isFlag(*command, name); }))
-            return name + " takes no value";
-        if (equals + 1 == word.size())
-            return name + " has no value after its \"=\"";
+    const auto commands = app.get_subcommands({});
+    return isFlag(app) || std::any_of(commands.begin(), commands.end(),
+                                      [&](const auto* command) { return isFlag(*command); });
+}
+
+// What is wrong with a word that CLI11 would misunderstand; empty if nothing is. It would take the
+// value of "--option=" from the next word, read "--flag=false" as no flag, and "-output" as the
+// option "-o" with a value.
+std::string wrongOptionWord(const CLI::App& app, std::string_view word)
+{
+    const auto equals = word.find('=');
+    const std::string name{word.substr(0, equals)};
+    if (!word.starts_with("--")) {
+        const bool hasOneHyphen = name.size() > 2 && name.front() == '-';
+        return hasOneHyphen && findAnywhere(app, '-' + name) != nullptr
+                   ? fmt::format("unknown option \"{0}\"; did you mean \"-{0}\"?", name)
+                   : "";
+    }
+    if (equals == word.npos || equals < 3)
+        return {};
+    if (isFlagAnywhere(app, name))
+        return name + " takes no value";
+    return equals + 1 == word.size() ? name + " has no value after its \"=\"" : "";
+}
+
+std::string wrongOptionWord(const CLI::App& app, int argc, const char* const* argv)
+{
+    for (int i = 1; i < argc && std::string_view{argv[i]} != "--"; ++i) {
+        if (auto wrong = wrongOptionWord(app, argv[i]); !wrong.empty())
+            return wrong;
     }
     return {};
 }
@@ -170,7 +159,7 @@ std::string wrongCombination(const std::vector<Exclusion>& exclusions)
 ParseResult parseArguments(CLI::App& app, const std::vector<Exclusion>& exclusions, int argc,
                            const char* const* argv)
 {
-    if (auto wrong = wrongAssignment(app, argc, argv); !wrong.empty())
+    if (auto wrong = wrongOptionWord(app, argc, argv); !wrong.empty())
         return mistake(std::move(wrong));
     try {
         app.parse(argc, argv);

@@ -106,6 +106,11 @@ std::vector<std::string> namesOf(const CLI::Option& option)
     return names;
 }
 
+std::string titleOf(const CLI::Option& option)
+{
+    return option.get_positional() ? option.get_type_name() : namesOf(option).back();
+}
+
 std::vector<const CLI::Option*> visibleOptions(const CLI::App& app)
 {
     return app.get_options([](const CLI::Option* option) {

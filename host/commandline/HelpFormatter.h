@@ -21,6 +21,9 @@ public:
 /// An option's names as typed: "-o", "--output".
 [[nodiscard]] std::vector<std::string> namesOf(const CLI::Option& option);
 
+/// What messages call an option: "--output", or the type of a positional argument: "FILE".
+[[nodiscard]] std::string titleOf(const CLI::Option& option);
+
 /// The options of a program or a command that are not hidden, in the order of their definition.
 [[nodiscard]] std::vector<const CLI::Option*> visibleOptions(const CLI::App& app);
 

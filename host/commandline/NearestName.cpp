@@ -14,10 +14,14 @@ namespace {
 constexpr std::size_t kMostChanges = 3;
 constexpr std::size_t kShortestBeginning = 3;
 
-// A name without its hyphens: with them, "--keep" would share most of its characters with "--help".
-std::string_view lettersOf(std::string_view name)
+// A name in lower case and without its hyphens: with them, "--keep" would share most of its
+// characters with "--help".
+std::string lettersOf(std::string_view name)
 {
-    return name.substr(std::min(name.find_first_not_of('-'), name.size()));
+    std::string letters{name.substr(std::min(name.find_first_not_of('-'), name.size()))};
+    for (char& c : letters)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return letters;
 }
 
 std::size_t editDistance(std::string_view a, std::string_view b)
@@ -50,9 +54,10 @@ std::string nearestName(std::string_view word, const std::vector<std::string>& n
 {
     std::string nearest;
     std::size_t fewest = kMostChanges + 1;
+    const auto typed = lettersOf(word);
     for (const auto& name : names) {
         const auto letters = lettersOf(name);
-        const auto changes = changesBetween(lettersOf(word), letters);
+        const auto changes = changesBetween(typed, letters);
         // Changing half of a short name's letters makes it nearly any other name.
         if (changes < fewest && changes * 2 < letters.size()) {
             fewest = changes;

@@ -10,7 +10,7 @@
 namespace host {
 
 /// The name that is most like a word. Hyphens at the beginning are ignored, so "--export" may be
-/// answered with a command.
+/// answered with a command, and so is case.
 ///
 /// A name is like a word if the word has at least three letters and begins the name, or if at most
 /// three letters, and fewer than half of the name's, were added, left out or changed.

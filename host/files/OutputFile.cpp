@@ -109,6 +109,18 @@ std::string withoutLinks(const std::string& path)
     return error ? path : real.string(); // the file does not exist yet
 }
 
+const char* adviceFor(int code)
+{
+    switch (code) {
+    case EISDIR:
+        return "Name a file in this folder";
+    case ENOENT:
+        return "Create the folder first, or choose another one";
+    default:
+        return "Choose another folder or disk, and try again";
+    }
+}
+
 std::string folderOf(const std::string& path)
 {
     const auto folder = fs::path{path}.parent_path().string();
@@ -196,7 +208,7 @@ std::optional<gps::Error> OutputFile::finishAs(const std::string& path)
 
 gps::Error OutputFile::errorFor(std::string_view what, int code) const
 {
-    return systemError(what, "Choose another folder or disk, and try again", path_, code);
+    return systemError(what, adviceFor(code), path_, code);
 }
 
 } // namespace host

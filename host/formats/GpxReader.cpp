@@ -27,15 +27,37 @@
 namespace host {
 namespace {
 
+// A point without valid coordinates.
+struct InvalidPoint {
+    std::ptrdiff_t offset; // in the document
+    std::string text;
+};
+
+std::string invalidPointText(const pugi::xml_node& element)
+{
+    constexpr std::size_t kMaxShown = 40; // characters of attributes that may hold anything
+    return fmt::format(
+        R"(a <{}> has invalid coordinates: its latitude is "{}", its longitude "{}")",
+        localName(element), displayText(element.attribute("lat").value(), kMaxShown),
+        displayText(element.attribute("lon").value(), kMaxShown));
+}
+
 // The records of a document.
 class Collection {
 public:
-    // Moves the records out of the document. Stops at the first point without valid coordinates.
+    // @param skipsWaypoints  whether waypoints without valid coordinates are left out
+    explicit Collection(bool skipsWaypoints) : skipsWaypoints_(skipsWaypoints) {}
+
+    // Moves the records out of the document. Stops at the first point without valid coordinates
+    // that is not skipped.
     // @return  whether there was none
     bool read(pugi::xml_node gpx);
 
     // The element at which `read` stopped.
     [[nodiscard]] const pugi::xml_node& invalidPoint() const { return invalidPoint_; }
+
+    [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
+    [[nodiscard]] const std::vector<InvalidPoint>& skipped() const { return skipped_; }
 
     void moveInto(gps::Dictionary& data);
 
@@ -48,6 +70,9 @@ private:
     void addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments);
     bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
 
+    bool skipsWaypoints_;
+    std::size_t skippedCount_ = 0;
+    std::vector<InvalidPoint> skipped_; // the first ones
     gps::Array waypoints_;
     gps::Array routes_;
     gps::Array tracks_;
@@ -95,10 +120,13 @@ bool Collection::readElement(const pugi::xml_node& element)
 bool Collection::readWaypoint(const pugi::xml_node& element)
 {
     gps::GPSPoint point;
-    if (!readPointOf(element, point))
-        return false;
-    waypoints_.emplace_back(waypointRecord(element, point));
-    return true;
+    if (readPointOf(element, point)) {
+        waypoints_.emplace_back(waypointRecord(element, point));
+        return true;
+    }
+    if (skipsWaypoints_ && ++skippedCount_ <= SkippedWaypoints::kMostNamed)
+        skipped_.push_back({element.offset_debug(), invalidPointText(element)});
+    return skipsWaypoints_;
 }
 
 bool Collection::readRoute(const pugi::xml_node& element)
@@ -194,11 +222,11 @@ class FileErrors {
 public:
     explicit FileErrors(const std::string& path) : path_(path) {}
 
-    [[nodiscard]] gps::Error at(std::ptrdiff_t offset, const std::string& what) const
+    [[nodiscard]] gps::Error at(std::ptrdiff_t offset, const std::string& what,
+                                const char* advice = "Check the file, or export it once more") const
     {
         const auto file = path_.substr(path_.find_last_of('/') + 1);
-        return hostError(fmt::format("{}{}: {}", file, lineText(offset), what),
-                         "Check the file, or export it once more", path_);
+        return hostError(fmt::format("{}{}: {}", file, lineText(offset), what), advice, path_);
     }
 
 private:
@@ -216,14 +244,7 @@ private:
     const std::string& path_;
 };
 
-std::string invalidPointText(const pugi::xml_node& element)
-{
-    constexpr std::size_t kMaxShown = 40; // characters of attributes that may hold anything
-    return fmt::format(
-        R"(a <{}> has invalid coordinates: its latitude is "{}", its longitude "{}")",
-        localName(element), displayText(element.attribute("lat").value(), kMaxShown),
-        displayText(element.attribute("lon").value(), kMaxShown));
-}
+constexpr char kExportAsGpx[] = "Export it as GPX from the program that made it";
 
 // @param xml  in: the text. out: what the document consists of, as long as it is used
 std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
@@ -237,12 +258,12 @@ std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
     const auto result =
         document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_no_document_element)
-        return errors.at(0, "this is not a GPX file");
+        return errors.at(0, "this is not a GPX file", kExportAsGpx);
     if (!result)
         return errors.at(result.offset, fmt::format("the file is damaged or cut short ({})",
                                                     result.description()));
     if (localName(document.document_element()) != "gpx")
-        return errors.at(0, "this is not a GPX file");
+        return errors.at(0, "this is not a GPX file", kExportAsGpx);
     // The parser accepts several root elements; all but the first would be lost silently.
     if (const auto more = document.document_element().next_sibling())
         return errors.at(more.offset_debug(), "there is more text after the end of the document");
@@ -251,7 +272,8 @@ std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
 
 } // namespace
 
-std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data)
+std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
+                                  SkippedWaypoints* skipped)
 {
     std::string xml;
     if (auto failure = gps::FileManager{}.readFile(path, xml, kLargestGpx))
@@ -262,11 +284,17 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
     pugi::xml_document document;
     if (auto failure = parse(xml, errors, document))
         return failure;
-    Collection collection;
+    Collection collection{skipped != nullptr};
     if (!collection.read(document.document_element()))
         return errors.at(collection.invalidPoint().offset_debug(),
                          invalidPointText(collection.invalidPoint()));
     collection.moveInto(data);
+    if (skipped == nullptr)
+        return std::nullopt;
+    skipped->count += collection.skippedCount();
+    for (const auto& [offset, text] : collection.skipped())
+        skipped->first.push_back(
+            errors.at(offset, text + ", so it was skipped", "Correct it, and send the file again"));
     return std::nullopt;
 }
 

@@ -10,11 +10,20 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace host {
 
 /// The largest file that is read, in bytes.
 inline constexpr std::size_t kLargestGpx = std::size_t{1} << 30;
+
+/// Waypoints of files that were left out.
+struct SkippedWaypoints {
+    static constexpr std::size_t kMostNamed = 10;
+
+    std::size_t count = 0;
+    std::vector<gps::Error> first{}; ///< of each file at most kMostNamed, each with its line
+};
 
 /// Adds the file's records, in its order, to the arrays under "waypoint", "route" and "track" of
 /// `data`. Adds no key for a kind that the file lacks. Ignores unknown elements and those that
@@ -31,8 +40,11 @@ inline constexpr std::size_t kLargestGpx = std::size_t{1} << 30;
 /// A missing name, symbol, route comment or number adds no key. A missing or malformed elevation is
 /// a NaN, and such a time is 0.
 ///
-/// @return  an error with the line number if the file cannot be read, is not GPX, is damaged or cut
-///          short, or has a point without valid coordinates. `data` is then unchanged
-[[nodiscard]] std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data);
+/// @param skipped  gets the waypoints without valid coordinates, which are left out then; null: a
+///                 file with one is rejected, as it always is for a point of a route or track
+/// @return         an error with the line number if the file cannot be read, is not GPX, is damaged
+///                 or cut short, or has a point without valid coordinates. `data` is then unchanged
+[[nodiscard]] std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
+                                                SkippedWaypoints* skipped = nullptr);
 
 } // namespace host

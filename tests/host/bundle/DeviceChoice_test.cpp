@@ -3,12 +3,15 @@
 #include "host/bundle/DeviceChoice.h"
 
 #include "host/FakeDriver.h"
+#include "host/bundle/SerialPort.h"
 #include "support/TemporaryFolder.h"
 
+#include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <filesystem>
 
 namespace {
@@ -64,7 +67,74 @@ TEST_F(DeviceChoice, LocationIsThatOfTheSelectedDeviceByDefault)
 TEST_F(DeviceChoice, WithoutAReadyDriverTheErrorSaysWhatToTry)
 {
     disk_->ready = serial_->ready = false;
-    EXPECT_THAT(refusalOf({}), HasSubstr("--test-folder"));
+    EXPECT_THAT(refusalOf({}), HasSubstr("No receiver is mounted|Connect a receiver"));
+}
+
+// Ports of a driver that is always ready, as that for serial ports is.
+class SerialChoice : public DeviceChoice {
+protected:
+    SerialChoice()
+    {
+        disk_->ready = false;
+        serial_->serial = true;
+        serial_->setLocations({"/dev/ttyS0", "/dev/ttyS1"});
+    }
+    ~SerialChoice() override
+    {
+        gps::UserDefaults::standard().setForThisRun(gps::kTestPortsKey, {});
+    }
+};
+
+TEST_F(SerialChoice, PortThatNobodyNamedIsNotTried)
+{
+    EXPECT_THAT(refusalOf({}), HasSubstr("No receiver is mounted"));
+    EXPECT_EQ(serial_->picked, std::nullopt);
+}
+
+TEST_F(SerialChoice, UsbAdapterIsTried)
+{
+    serial_->devices[1].as<gps::Dictionary>()->set("vendorID", std::int32_t{0x067b});
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_.driver, serial_);
+    EXPECT_EQ(serial_->picked, 1U);
+}
+
+TEST_F(SerialChoice, SelectedUsbAdapterStaysSelected)
+{
+    serial_->devices[0].as<gps::Dictionary>()->set("vendorID", std::int32_t{0x067b});
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_.location, "/dev/ttyS0");
+    EXPECT_EQ(serial_->picked, std::nullopt);
+}
+
+TEST_F(SerialChoice, StoredPortIsTried)
+{
+    host::addSerialPort("/dev/ttyS1");
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(serial_->picked, 1U);
+}
+
+TEST_F(SerialChoice, NamedPortOrDriverIsTried)
+{
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = {}, .device = "/dev/ttyS0"}, chosen_));
+    EXPECT_FALSE(chooseDevice(drivers_, {.driver = "some-serial", .device = {}}, chosen_));
+    EXPECT_EQ(chosen_.driver, serial_);
+}
+
+TEST_F(SerialChoice, CommandThatNeedsFilesTriesNoPort)
+{
+    host::addSerialPort("/dev/ttyS1");
+    host::DeviceRequest request{.driver = {}, .device = {}, .testFolders = {}, .needsFiles = true};
+    EXPECT_THAT(refusalOf(request), HasSubstr("No receiver is mounted"));
+    request.driver = "some-serial";
+    EXPECT_FALSE(chooseDevice(drivers_, request, chosen_));
+}
+
+TEST_F(DeviceChoice, FileIsNotADevice)
+{
+    const support::TemporaryFolder folder;
+    EXPECT_THAT(refusalOf({.driver = {}, .device = folder.put("a.log", "")}),
+                HasSubstr("This is a file"));
 }
 
 TEST_F(DeviceChoice, WithoutADriverThereIsNothingToChoose)

@@ -71,6 +71,8 @@ TEST(CommandLine, FormatIsTheExtensionsUnlessItIsNamed)
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "a.txt", "--format", "gpx"}).format->name,
               "gpx");
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "-", "--format", "jsonl"}).output, "-");
+    EXPECT_EQ(optionsOf<AcquireOptions>({"acquire", "-o", "a.txt", "--format", "GPX"}).format->name,
+              "gpx");
     EXPECT_EQ(optionsOf<AcquireOptions>({"acquire"}).format, nullptr);
 }
 
@@ -176,13 +178,29 @@ TEST(CommandLine, HelpAndVersionAreAnswers)
                                                                    {"import", "--help"},
                                                                    {"send", "--help"},
                                                                    {"restore", "--help"},
-                                                                   {"watch", "--help"}}) {
+                                                                   {"watch", "--help"},
+                                                                   {"help"},
+                                                                   {"help", "help"},
+                                                                   {"help", "acquire"}}) {
         const auto parsed = parse(words);
         EXPECT_EQ(parsed.status, ExitStatus::kSuccess);
         EXPECT_THAT(parsed.text, HasSubstr("usage: magellangps"));
         EXPECT_THAT(parsed.text, HasSubstr("Examples:"));
     }
-    EXPECT_THAT(parse({"--version"}).text, testing::MatchesRegex("magellangps [0-9.]+\n"));
+    for (const auto* const option : {"--version", "-V"})
+        EXPECT_THAT(parse({option}).text, testing::MatchesRegex("magellangps [0-9.]+\n"));
+}
+
+TEST(CommandLine, HelpOfACommandIsThatOfItsOption)
+{
+    EXPECT_EQ(parse({"help"}).text, parse({"--help"}).text);
+    EXPECT_EQ(parse({"help", "send"}).text, parse({"send", "--help"}).text);
+}
+
+TEST(CommandLine, QuietAndVerboseHaveLongNames)
+{
+    EXPECT_TRUE(optionsOf<AcquireOptions>({"acquire", "--quiet"}).quiet);
+    EXPECT_TRUE(optionsOf<AcquireOptions>({"--verbose", "acquire"}).verbose);
 }
 
 TEST(CommandLine, WordAfterTwoHyphensIsAnArgument)
@@ -205,19 +223,24 @@ TEST(CommandLine, MistakesAreOneLineEach)
     };
     const std::vector<Row> rows{
         {{"aquire"}, "did you mean \"acquire\"?"},
-        {{"nonsense"}, "unknown command \"nonsense\"; see \"magellangps --help\""},
+        {{"nonsense"},
+         "unknown command \"nonsense\"; the commands are: info, devices, acquire, import, "
+         "send, restore, watch, help"},
         {{"info", "--jsn"}, "did you mean \"--json\"?"},
         {{"acquire", "--outptu=x.gpx"}, "did you mean \"--output\"?"},
         {{"info", "extra"}, "unexpected argument \"extra\""},
-        {{"info", "--watch"}, "unknown option \"--watch\"; see \"magellangps info --help\""},
+        {{"info", "--watch"}, "--watch is an option of devices, not of info"},
+        {{"--watch", "devices"}, "follows it: \"magellangps devices --watch\""},
+        {{"help", "aquire"}, "unknown command \"aquire\"; did you mean \"acquire\"?"},
+        {{"help", "xyz"}, "unknown command \"xyz\"; the commands are: info, devices"},
+        {{"help", "send", "info"}, "unexpected argument \"info\""},
         {{"acquire", "-o", "a.kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
         {{"acquire", "-o", "a"},
          "the output file \"a\" has no extension: name its format with --format (gpx, kml"},
         {{"acquire", "-o", ".gpx"}, "the output file \".gpx\" has no extension"},
-        {{"acquire", "-o", ""}, "has no extension: name its format with --format (gpx, kml"},
+        {{"acquire", "-o", ""}, "the name of the output file is empty"},
         {{"acquire", "-o", "a", "--format", ""},
          "unknown output format \"\"; the formats are: gpx, kml"},
-        {{"acquire", "-o", "a.gpx", "--format", "GPX"}, "the formats are: gpx, kml"},
         {{"acquire", "-o", "-"}, "--format"},
         {{"acquire", "--format", "gpx"}, "-o"},
         {{"acquire", "-o", "-", "--format", "gpx", "--events"}, "need stdout"},
@@ -228,7 +251,8 @@ TEST(CommandLine, MistakesAreOneLineEach)
         {{"acquire", "--fix-dates", "soon"}, "--fix-dates: \"soon\" is not auto"},
         {{"import", "a.log", "--fix-dates", ""}, "--fix-dates"},
         {{"acquire", "--fix-dates"}, "--fix-dates"},
-        {{"send", "a.gpx", "--fix-dates", "auto"}, "unknown option \"--fix-dates\""},
+        {{"send", "a.gpx", "--fix-dates", "auto"},
+         "--fix-dates is an option of acquire, import and watch, not of send"},
         {{"acquire", "--options", "[]"}, "JSON object"},
         {{"acquire", "--options", "{"}, "JSON object"},
         {{"acquire", "--options", "null"}, "JSON object"},
@@ -244,16 +268,22 @@ TEST(CommandLine, MistakesAreOneLineEach)
         {{"--test-folder=", "devices"}, "--test-folder has no value after its \"=\""},
         {{"acquire", "--device=", "-v"}, "--device has no value after its \"=\""},
         {{"-v"}, "no COMMAND is given; see \"magellangps --help\""},
-        {{"-q", "-v", "info"}, "-q and -v cannot be used together"},
+        {{"-q", "-v", "info"}, "--quiet and --verbose cannot be used together"},
         {{"import"}, "no FILE is given; see \"magellangps import --help\""},
-        {{"import", "a.log", "--device", "/x"}, "unknown option \"--device\""},
+        {{"import", "a.log", "--device", "/x"},
+         "--device is an option of acquire, send and restore, not of import"},
+        {{"import", "-"}, "import reads files, not stdin"},
+        {{"send", "a.gpx", "-"}, "send reads files, not stdin"},
+        {{"send", "--data", "-"}, "send reads files, not stdin"},
+        {{"info", "--events"}, "--events is for acquire, import and send, not for info"},
+        {{"devices", "--events"}, "not for devices"},
         {{"send"}, "no FILE to send"},
         {{"send", "a.gpx", "--data", "d.json"}, "FILE and --data cannot be used together"},
         {{"send", "--data", "d.json", "--exact-names"}, "cannot be used together"},
         {{"send", "--data", "d.json", "--again"}, "cannot be used together"},
         {{"send", "--data", "d.json", "--join-segments"}, "cannot be used together"},
         {{"send", "a.gpx", "--json", "--events"}, "--json and --events both need stdout"},
-        {{"restore", "--json", "--events"}, "--json and --events both need stdout"},
+        {{"restore", "--json", "--events"}, "not for restore"},
         {{"send", "a.gpx", "--backup", "K", "--no-backup"}, "cannot be used together"},
         {{"send", "a.gpx", "--keep-backups", "0"},
          "--keep-backups: \"0\" is not a whole number from 1 to 2147483647"},
@@ -262,16 +292,19 @@ TEST(CommandLine, MistakesAreOneLineEach)
         {{"restore", "a", "b"}, "unexpected argument \"b\""},
         {{"completions", "bash"}, "unknown command \"completions\""},
         {{"acquire", "--keep"}, "unknown option \"--keep\"; see \"magellangps acquire --help\""},
+        {{"acquire", "receiver"},
+         "unexpected argument \"receiver\"; did you mean \"--output receiver\" or \"--device "
+         "receiver\"?"},
         {{"send", "--keep", "3"}, "did you mean \"--keep-backups\"?"},
         {{"info", "--json=false"}, "--json takes no value"},
         {{"devices", "--explian"}, "did you mean \"--explain\"?"},
         {{"wach"}, "did you mean \"watch\"?"},
         {{"watch", "--format", "kmz"}, "unknown output format \"kmz\"; the formats are: gpx, kml"},
-        {{"watch", "--events"}, "--events is for"},
+        {{"watch", "--events"}, "--events is for acquire, import and send, not for watch"},
         {{"watch", "--json"}, "--json is not for watch"},
         {{"watch", "--serial", "--driver", "magellan"}, "cannot be used together"},
         {{"watch", "--newonly"}, "did you mean \"--new-only\"?"},
-        {{"watch", "-o", "a.gpx"}, "unknown option \"-o\""},
+        {{"watch", "-o", "a.gpx"}, "-o is an option of acquire and import, not of watch"},
         {{"info", "two\nlines\x1b[2J"}, "unexpected argument"},
     };
     for (const auto& [words, says] : rows) {

@@ -3,8 +3,11 @@
 #include "host/cli/DownloadMessages.h"
 
 #include "host/DriverReports.h"
+#include "host/bundle/SerialPort.h"
 
 #include <gmock/gmock.h>
+
+#include <cerrno>
 
 namespace {
 
@@ -40,12 +43,36 @@ TEST(DownloadMessages, SuccessIsSilent)
 TEST(DownloadMessages, ErrorsComeFirstAndThePortLast)
 {
     const OperationReport report{.isSerial = true,
+                                 .received = {TransferKind::kWaypoints},
                                  .errors = {{"some", -4}},
                                  .portFailure = errorAbout("/some/file"),
                                  .unreadable = {errorAbout("/some/file")}};
     EXPECT_THAT(operationMessages(report), ElementsAre(error("Error -4 of the domain some."),
                                                        error("Unreadable. Path: /some/file"),
                                                        error("Unreadable. Path: /some/file")));
+}
+
+TEST(DownloadMessages, ReasonWhyAPortCannotBeOpenedIsTheOnlyMessage)
+{
+    OperationReport report{.isSerial = true,
+                           .errors = {{"some", -4}},
+                           .portFailure = host::explainPortFailure("/dev/x", EACCES)};
+    EXPECT_THAT(operationMessages(report), SizeIs(1));
+    EXPECT_THAT(operationMessages(report)[0].text, testing::HasSubstr("permission"));
+    report.portFailure = host::explainPortFailure("/dev/x", 0);
+    EXPECT_THAT(operationMessages(report),
+                ElementsAre(error("Error -4 of the domain some."),
+                            error("The port can be opened now. Try again. Path: /dev/x")));
+}
+
+TEST(DownloadMessages, LogLineAboutAnUnreadableFileIsNotASecondMessage)
+{
+    const OperationReport report{.unreadable = {errorAbout("/some/file")},
+                                 .logLines = {"The folder \"/some/file\" cannot be listed",
+                                              "The folder \"/some/file2\" cannot be listed"}};
+    EXPECT_THAT(operationMessages(report),
+                ElementsAre(error("Unreadable. Path: /some/file"),
+                            note("The folder \"/some/file2\" cannot be listed")));
 }
 
 TEST(DownloadMessages, MissingKindsAreNamed)

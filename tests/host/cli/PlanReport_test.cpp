@@ -4,6 +4,8 @@
 
 #include "host/FakeDriver.h"
 
+#include <platform/System/FileError.h>
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -101,6 +103,26 @@ TEST(PlanReport, BlockedFilesAndLostContentsAreErrors)
     send.request.backup.emplace();
     EXPECT_THAT(host::planErrors(send).back(),
                 HasSubstr("a send replaces it. The backup keeps a copy. Path: /dev/b"));
+}
+
+TEST(PlanReport, DeviceThatCannotBeWrittenIsOneError)
+{
+    auto send = sendTo("/dev");
+    const auto forbidden = [](const char* path) {
+        return gps::makeFileError(gps::FileErrorCode::kWriteNoPermission, path);
+    };
+    send.plan.files.push_back({"/dev/a", Action::kSkip, "x", forbidden("/dev/a")});
+    send.plan.files.push_back({"/dev/b", Action::kSkip, "x", forbidden("/dev/b")});
+    EXPECT_EQ(host::planReport(send), "skip: a\nskip: b\n");
+    EXPECT_THAT(host::planErrors(send),
+                ElementsAre("The device cannot be written, because permission was refused: nothing "
+                            "can be sent. Let your user write to its folders, and send again. "
+                            "Path: /dev"));
+    send.plan.files[0].error =
+        gps::makeFileError(gps::FileErrorCode::kWriteReadOnlyVolume, "/dev/a");
+    EXPECT_THAT(host::planErrors(send), ElementsAre(HasSubstr("its volume is read-only")));
+    send.plan.files.push_back({"/dev/c", Action::kCreate, "x", {}});
+    EXPECT_THAT(host::planErrors(send), SizeIs(2)) << "the device has a file that can be written";
 }
 
 TEST(PlanReport, LinesThatWillNotBeKeptAreCounted)
@@ -272,7 +294,8 @@ TEST(PlanReport, SummaryOfASendWithNothingNewNamesTheOption)
 {
     auto send = plannedSend();
     send.request.data = gps::Dictionary{};
-    EXPECT_EQ(host::sentSummary(send), "sent: no records; 0 files written and read back");
+    EXPECT_EQ(host::sentSummary(send),
+              "Nothing was sent: there are no waypoints, geocaches, routes or tracks to send.");
     send.present.waypoints = 1;
     EXPECT_EQ(host::sentSummary(send),
               "Nothing is new: the device holds everything already. --again sends it.");

@@ -164,7 +164,34 @@ TEST_F(RestoreCommand, UnknownBackupIsAFailure)
 {
     options_.backup = "20000101T000000Z";
     EXPECT_EQ(run(), ExitStatus::kFailed);
-    EXPECT_THAT(err_, HasSubstr("magellangps restore"));
+    EXPECT_EQ(err_,
+              "magellangps: There is no backup \"20000101T000000Z\" of this device. The device "
+              "has no backups: a send makes one before it writes.\n");
+}
+
+TEST_F(RestoreCommand, UnknownBackupGetsTheNamesThatAreMostLikeIt)
+{
+    backUp();
+    const auto first = backup_.name;
+    options_.backup = first.substr(0, 6);
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_EQ(err_, "magellangps: There is no backup \"" + first.substr(0, 6) +
+                        "\" of this device. The nearest is: " + first +
+                        "; \"magellangps restore\" lists all of them.\n");
+    // Backups have the same time or one a little later, and are listed from the newest on.
+    std::vector<std::string> names{first};
+    for (const auto* const content : {"second", "third", "fourth"}) {
+        folder_.put("device/Points/a", content);
+        backUp();
+        names.insert(names.begin(), backup_.name);
+    }
+    options_.backup = "x";
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_THAT(
+        err_, HasSubstr("The nearest are: " + names[0] + ", " + names[1] + ", " + names[2] + "; "));
+    options_.backup = first + "x";
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("The nearest are: "));
 }
 
 TEST_F(RestoreCommand, DeviceWithoutFilesIsNothingToWorkOn)

@@ -84,12 +84,12 @@ TEST_F(Arguments, HelpAndVersionAreAnswers)
 TEST_F(Arguments, UnknownWordIsNamedWithTheNearestName)
 {
     EXPECT_EQ(mistakeIn({"gat"}), R"(unknown command "gat"; did you mean "get"?)");
-    EXPECT_EQ(mistakeIn({"fetch"}), R"(unknown command "fetch"; see "program --help")");
+    EXPECT_EQ(mistakeIn({"fetch"}), R"(unknown command "fetch"; the commands are: get, put)");
     EXPECT_EQ(mistakeIn({"get", "--outptu=x"}),
               R"(unknown option "--outptu=x"; did you mean "--output"?)");
-    EXPECT_EQ(mistakeIn({"put", "--output"}),
-              R"(unknown option "--output"; see "program put --help")");
-    EXPECT_EQ(mistakeIn({"ghots"}), R"(unknown command "ghots"; see "program --help")");
+    EXPECT_EQ(mistakeIn({"put", "--outside"}),
+              R"(unknown option "--outside"; see "program put --help")");
+    EXPECT_EQ(mistakeIn({"ghots"}), R"(unknown command "ghots"; the commands are: get, put)");
 }
 
 TEST_F(Arguments, OptionAtTheEndNeedsItsValue)

@@ -37,6 +37,12 @@ TEST(NearestName, HyphensAreNotLetters)
     EXPECT_EQ(nearestName("--", {"--help", "-o"}), "");
 }
 
+TEST(NearestName, CaseMakesNoDifference)
+{
+    EXPECT_EQ(nearestName("IMPORT", kNames), "import");
+    EXPECT_EQ(nearestName("acquire", {"ACQUIRE"}), "ACQUIRE");
+}
+
 TEST(NearestName, CommandTypedAsAnOptionIsFoundAndTheOtherWayRound)
 {
     EXPECT_EQ(nearestName("--import", kNames), "import");

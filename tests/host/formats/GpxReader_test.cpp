@@ -529,6 +529,42 @@ TEST(GpxReader, SeveralFilesAppend)
     EXPECT_EQ(data, before) << "a bad file adds nothing";
 }
 
+TEST(GpxReader, InvalidWaypointsAreSkippedOnRequest)
+{
+    const support::TemporaryFolder folder;
+    std::string content = "<wpt lat='1' lon='2'><name>A</name></wpt>";
+    for (int i = 0; i < 12; ++i)
+        content += "\n<wpt lat='91' lon='2'/>";
+    const auto file = folder.put("a.gpx", gpx(content + "<wpt lat='3' lon='4'/>"));
+    Dictionary data;
+    host::SkippedWaypoints skipped;
+    EXPECT_FALSE(host::readGpx(file, data, &skipped));
+    EXPECT_EQ(listUnder(data, "waypoint").size(), 2U);
+    EXPECT_EQ(skipped.count, 12U);
+    ASSERT_EQ(skipped.first.size(), 10U);
+    EXPECT_EQ(skipped.first[1].description(),
+              "a.gpx, line 4: a <wpt> has invalid coordinates: its latitude is \"91\", its "
+              "longitude \"2\", so it was skipped");
+    EXPECT_EQ(skipped.first[1].suggestion(), "Correct it, and send the file again");
+    EXPECT_FALSE(host::readGpx(file, data, &skipped));
+    EXPECT_EQ(skipped.count, 24U);
+}
+
+TEST(GpxReader, InvalidPointsOfRoutesAndTracksAreNeverSkipped)
+{
+    const support::TemporaryFolder folder;
+    for (const auto* const content : {"<rte><rtept lat='91' lon='2'/></rte>",
+                                      "<trk><trkseg><trkpt lat='91' lon='2'/></trkseg></trk>"}) {
+        Dictionary data;
+        host::SkippedWaypoints skipped;
+        EXPECT_TRUE(host::readGpx(
+            folder.put("a.gpx", gpx(std::string{"<wpt lat='91' lon='2'/>"} + content)), data,
+            &skipped));
+        EXPECT_TRUE(data.empty());
+        EXPECT_EQ(skipped.count, 0U);
+    }
+}
+
 TEST(GpxReader, AnythingButGpxIsRejected)
 {
     for (const std::string_view bytes :

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// A driver for serial ports accepts every port, since only a download shows what is connected. So
+// its ports are offered to the user, and the other drivers' locations are explained.
+
+#include "host/bundle/DeviceSearch.h"
+
+#include "host/base/HostError.h"
+#include "host/base/Text.h"
+
+#include <gps/GPSDeviceSearch.h>
+
+#include <fmt/format.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
+
+namespace host {
+namespace {
+
+using Verdict = gps::SearchedLocation::Verdict;
+
+struct Search {
+    std::vector<gps::SearchedLocation> examined;
+    std::size_t skipped = 0;
+    std::vector<std::string> ports;
+};
+
+Search searchOf(const std::vector<Driver>& drivers)
+{
+    Search search;
+    for (const auto& driver : drivers) {
+        const auto* const searcher = dynamic_cast<const gps::GPSDeviceSearch*>(driver.get());
+        if (searcher == nullptr)
+            continue;
+        for (auto& searched : searcher->searchedLocations()) {
+            if (driver->needsSerialRefresh())
+                search.ports.push_back(searched.location);
+            else if (searched.verdict == Verdict::kSkipped)
+                ++search.skipped;
+            else
+                search.examined.push_back(searched);
+        }
+    }
+    return search;
+}
+
+// A driver's sentence after a colon or in brackets: "It has no file" becomes "it has no file".
+std::string clause(std::string sentence)
+{
+    if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z')
+        sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+    return sentence;
+}
+
+std::string lookedAt(const Search& search)
+{
+    std::vector<std::string> parts;
+    std::error_code ignored;
+    for (const auto& searched : search.examined)
+        parts.push_back(fmt::format("{} ({})", searched.location,
+                                    std::filesystem::exists(searched.location, ignored)
+                                        ? clause(searched.reason)
+                                        : "there is no such folder"));
+    if (search.skipped > 0)
+        parts.push_back(fmt::format("{} {} that cannot be a receiver", search.skipped,
+                                    search.skipped == 1 ? "volume" : "volumes"));
+    if (!search.ports.empty())
+        parts.push_back(fmt::format("{} (serial {}, asked only on request)",
+                                    joined(search.ports, ", "),
+                                    search.ports.size() == 1 ? "port" : "ports"));
+    return joined(parts, "; ");
+}
+
+} // namespace
+
+gps::Error noReceiverError(const std::vector<Driver>& drivers)
+{
+    const auto search = searchOf(drivers);
+    for (const auto& searched : search.examined) {
+        if (!searched.advice.empty())
+            return hostError(searched.reason, searched.advice, searched.location);
+    }
+    const auto places = lookedAt(search);
+    const auto port = search.ports.empty() ? std::string{}
+                                           : fmt::format(", or name a serial port with --device {}",
+                                                         search.ports.front());
+    return hostError(
+        places.empty() ? "No receiver is mounted" : "No receiver is mounted. Looked at: " + places,
+        fmt::format("Connect a receiver and wait until it is mounted{}; \"magellangps devices "
+                    "--explain\" shows more",
+                    port));
+}
+
+std::optional<gps::Error> explainFolder(const std::vector<Driver>& drivers,
+                                        const std::string& folder)
+{
+    for (const auto& searched : searchOf(drivers).examined) {
+        if (searched.location != folder)
+            continue;
+        return hostError(searched.reason,
+                         searched.verdict == Verdict::kAccepted || !searched.advice.empty()
+                             ? searched.advice
+                             : "Read single files in it with \"magellangps import FILE\"",
+                         folder);
+    }
+    return std::nullopt;
+}
+
+} // namespace host

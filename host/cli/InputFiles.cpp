@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+// What cannot be looked at, such as a file in a folder without permission, is no mistake here: the
+// reader of the file reports it.
+
+#include "host/cli/InputFiles.h"
+
+#include "host/base/HostError.h"
+#include "host/base/Text.h"
+#include "host/commandline/NearestName.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string extensionOf(const std::string& file)
+{
+    auto extension = fs::path{file}.extension().string();
+    extension.erase(0, 1);
+    for (char& c : extension)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return extension;
+}
+
+bool isOneOf(const std::string& extension, const std::vector<std::string>& types)
+{
+    return std::find(types.begin(), types.end(), extension) != types.end();
+}
+
+// The file that may be meant, in the same folder; empty if none is like it.
+std::string similarFile(const fs::path& file)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    const auto folder = file.has_parent_path() ? file.parent_path() : fs::path{"."};
+    for (fs::directory_iterator entry{folder, error}; !error && entry != fs::directory_iterator{};
+         entry.increment(error)) {
+        if (entry->path().extension() == file.extension())
+            names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    const auto name = nearestName(file.filename().string(), names);
+    return name.empty() ? "" : file.parent_path() / name;
+}
+
+gps::Error noSuchFile(const std::string& file)
+{
+    if (file.find_first_of("*?[") != std::string::npos)
+        return hostError("No file matches this pattern", "Check the pattern and the folder", file);
+    const auto similar = similarFile(file);
+    return hostError("There is no such file",
+                     similar.empty() ? "Check the name and the folder"
+                                     : fmt::format("Did you mean \"{}\"?", similar),
+                     file);
+}
+
+// @param folderAdvice  what to do instead of naming a folder
+std::optional<gps::Error> check(const std::string& file, const char* folderAdvice)
+{
+    std::error_code error;
+    const auto status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found)
+        return noSuchFile(file);
+    if (fs::is_directory(status))
+        return hostError("This is a folder", folderAdvice, file);
+    if (fs::is_other(status))
+        return hostError("This is a pipe or a device, not a file",
+                         "Save what comes from it as a file, and name that", file);
+    return std::nullopt;
+}
+
+bool isEmptyFile(const std::string& file)
+{
+    std::error_code error;
+    return fs::is_regular_file(file, error) && fs::file_size(file, error) == 0 && !error;
+}
+
+} // namespace
+
+std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
+                                      const std::vector<std::string>& types)
+{
+    for (const auto& file : files) {
+        if (auto failure = check(file, "Name the files in it"))
+            return failure;
+        if (!isOneOf(extensionOf(file), types))
+            return hostError("The name of this file is not that of a receiver's file",
+                             "The extensions of such files are: " + joined(types, ", "), file);
+    }
+    // Among others an empty file is nothing unusual, and the driver reports it.
+    if (files.size() == 1 && isEmptyFile(files.front()))
+        return hostError("The file is empty", "Copy it from the receiver again", files.front());
+    return std::nullopt;
+}
+
+std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
+                                    const std::vector<std::string>& types)
+{
+    for (const auto& file : files) {
+        if (auto failure = check(file, "Name the GPX files in it; a device is named with --device"))
+            return failure;
+        if (isOneOf(extensionOf(file), types))
+            return hostError(
+                "This is a receiver's own file, and send reads GPX files",
+                fmt::format("Convert it with \"magellangps import {} -o {}\", and send "
+                            "the result",
+                            file, fs::path{file}.replace_extension("gpx").string()),
+                file);
+        if (isEmptyFile(file))
+            return hostError("The file is empty", "Export it once more", file);
+    }
+    return std::nullopt;
+}
+
+std::optional<gps::Error> checkInput(const std::string& file)
+{
+    return check(file, "Name a file in it");
+}
+
+} // namespace host

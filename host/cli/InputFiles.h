@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Looks at the files that a user names for `import` and `send` before a driver does, to explain the
+// usual mistakes: a misspelt name, a folder, a pipe, a file of another kind. [host thread]
+
+#pragma once
+
+#include <gps/Error.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// The first file that cannot be imported, and why. Anything unusual is left to the driver.
+/// @param types  the extensions that the driver imports
+[[nodiscard]] std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
+                                                    const std::vector<std::string>& types);
+
+/// The first file that cannot be sent, and why.
+/// @param types  the extensions of the receivers' own files
+[[nodiscard]] std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
+                                                  const std::vector<std::string>& types);
+
+/// What is wrong with a file that is read whatever its name is.
+[[nodiscard]] std::optional<gps::Error> checkInput(const std::string& file);
+
+} // namespace host

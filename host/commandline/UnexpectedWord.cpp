@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// Looks in the tables of all commands: most words of this kind are right, but in the wrong place.
+
+#include "host/commandline/UnexpectedWord.h"
+
+#include "host/commandline/Arguments.h"
+#include "host/commandline/HelpFormatter.h"
+#include "host/commandline/NearestName.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace host {
+namespace {
+
+// The program's name, option or command that is most like the word.
+std::string guessFor(std::string_view word, const CLI::App& app)
+{
+    std::vector<std::string> names;
+    std::vector<const CLI::App*> tables{&app};
+    for (const auto* command : app.get_subcommands())
+        tables.push_back(command);
+    for (const auto* table : tables) {
+        for (const auto* option : visibleOptions(*table)) {
+            for (const auto& name : namesOf(*option))
+                names.push_back(name);
+        }
+    }
+    if (app.get_subcommands().empty()) {
+        for (const auto* command : visibleCommands(app))
+            names.push_back(command->get_name());
+    }
+    return nearestName(word.substr(0, word.find('=')), names);
+}
+
+// "acquire, import and send".
+std::string listOf(const std::vector<std::string>& names)
+{
+    std::string list;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        list += (i == 0 ? "" : i + 1 < names.size() ? ", " : " and ") + names[i];
+    return list;
+}
+
+std::vector<std::string> commandsWith(const CLI::App& app, const std::string& option)
+{
+    std::vector<std::string> names;
+    for (const auto* command : visibleCommands(app)) {
+        if (command->get_option_no_throw(option) != nullptr)
+            names.push_back(command->get_name());
+    }
+    return names;
+}
+
+// An option as typed: "--device LOCATION", "--dry-run".
+std::string usageOf(const std::string& name, const CLI::Option& option)
+{
+    return option.get_expected_min() > 0 ? name + ' ' + option.get_type_name() : name;
+}
+
+// An option of another command, or one that was typed before its command. Empty if no command has
+// it.
+std::string misplacedOption(const CLI::App& app, const std::string& name)
+{
+    const auto owners = commandsWith(app, name);
+    if (owners.empty())
+        return {};
+    const auto typed = app.get_subcommands();
+    if (typed.empty())
+        return fmt::format("{} is an option of {}, and follows the command; {}", name,
+                           listOf(owners), helpHint(app));
+    const auto& command = *typed.front();
+    if (const auto* const own = command.get_option_no_throw(name))
+        return fmt::format("{0} is an option of {1}, and follows it: \"{2} {1} {3}\"", name,
+                           command.get_name(), app.get_name(), usageOf(name, *own));
+    return fmt::format("{} is an option of {}, not of {}; {}", name, listOf(owners),
+                       command.get_name(), helpHint(app));
+}
+
+// What may be meant by a word where a command is expected.
+std::string commandHint(const CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> names;
+    std::vector<std::string> examples;
+    for (const auto* command : visibleCommands(app)) {
+        names.push_back(command->get_name());
+        for (const auto* argument : argumentsOf(*command)) {
+            if (argument->get_type_name() == "FILE")
+                examples.push_back(
+                    fmt::format("\"{} {} {}\"", app.get_name(), command->get_name(), word));
+        }
+    }
+    const bool isPath = word.find_first_of("./") != word.npos;
+    return isPath && !examples.empty()
+               ? fmt::format("a file follows its command: {}", fmt::join(examples, " or "))
+               : fmt::format("the commands are: {}", fmt::join(names, ", "));
+}
+
+// What may be meant by a word where no further argument is expected.
+std::string argumentHint(const CLI::App& app, const std::string& word)
+{
+    const auto typed = app.get_subcommands();
+    if (typed.empty())
+        return helpHint(app);
+    const auto& command = *typed.front();
+    const auto arguments = argumentsOf(command);
+    if (!arguments.empty() && arguments.back()->get_items_expected_max() > 1) // takes all after it
+        return fmt::format("it follows the command: \"{} {} {}\"", app.get_name(),
+                           command.get_name(), word);
+    std::vector<std::string> options;
+    for (const auto* option : visibleOptions(command)) {
+        const auto type = option->get_type_name();
+        if (arguments.empty() && (type == "LOCATION" || type == "FILE"))
+            options.push_back(fmt::format("\"{} {}\"", titleOf(*option), word));
+    }
+    return options.empty() ? helpHint(app)
+                           : fmt::format("did you mean {}?", fmt::join(options, " or "));
+}
+
+} // namespace
+
+std::string unexpectedWord(const CLI::App& app, const std::string& word)
+{
+    const bool isOption = word.size() > 1 && word.front() == '-';
+    if (isOption) {
+        if (auto misplaced = misplacedOption(app, word.substr(0, word.find('=')));
+            !misplaced.empty())
+            return misplaced;
+    }
+    const bool isCommand =
+        !isOption && app.get_subcommands().empty() && !visibleCommands(app).empty();
+    const auto* const what = isOption    ? "unknown option"
+                             : isCommand ? "unknown command"
+                                         : "unexpected argument";
+    const auto guess = guessFor(word, app);
+    const auto hint = !guess.empty() ? fmt::format("did you mean \"{}\"?", guess)
+                      : isOption     ? helpHint(app)
+                      : isCommand    ? commandHint(app, word)
+                                     : argumentHint(app, word);
+    return fmt::format("{} \"{}\"; {}", what, word, hint);
+}
+
+} // namespace host

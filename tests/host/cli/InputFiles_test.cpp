@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// The usual mistakes in the files of `import` and `send`.
+
+#include "host/cli/InputFiles.h"
+
+#include "host/base/Sentences.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+using host::sentencesOf;
+
+class InputFiles : public testing::Test {
+protected:
+    std::string importing(const std::vector<std::string>& files) const
+    {
+        const auto error = host::checkImport(files, {"log", "upt"});
+        return error ? sentencesOf(*error) : "";
+    }
+
+    std::string sending(const std::vector<std::string>& files) const
+    {
+        const auto error = host::checkSend(files, {"log", "upt"});
+        return error ? sentencesOf(*error) : "";
+    }
+
+    const support::TemporaryFolder folder_;
+    const std::string track_ = folder_.put("day.log", "$");
+    const std::string gpx_ = folder_.put("day.gpx", "<gpx/>");
+};
+
+TEST_F(InputFiles, ReceiversFilesCanBeImportedAndGpxFilesSent)
+{
+    EXPECT_EQ(importing({track_, folder_.put("a.UPT", "$")}), "");
+    EXPECT_EQ(sending({gpx_, folder_.put("a.xml", "<gpx/>")}), "");
+}
+
+TEST_F(InputFiles, MissingFileGetsASimilarNameOfItsKind)
+{
+    folder_.put("days.txt", "");
+    EXPECT_EQ(importing({track_, folder_.path("dya.log")}),
+              "There is no such file. Did you mean \"" + track_ +
+                  "\"? Path: " + folder_.path("dya.log"));
+    EXPECT_EQ(importing({folder_.path("other.log")}),
+              "There is no such file. Check the name and the folder. Path: " +
+                  folder_.path("other.log"));
+    EXPECT_EQ(sending({"/nowhere/day.gpx"}),
+              "There is no such file. Check the name and the folder. Path: /nowhere/day.gpx");
+}
+
+TEST_F(InputFiles, PatternThatMatchesNothingIsCalledAPattern)
+{
+    for (const auto* const pattern : {"*.log", "day?.log", "[a-c].log"})
+        EXPECT_EQ(importing({pattern}),
+                  std::string{"No file matches this pattern. Check the pattern and the folder. "
+                              "Path: "} +
+                      pattern);
+    EXPECT_EQ(importing({folder_.put("what?.log", "$")}), "");
+}
+
+TEST_F(InputFiles, FolderIsNotAFile)
+{
+    EXPECT_EQ(importing({folder_.path()}),
+              "This is a folder. Name the files in it. Path: " + folder_.path());
+    EXPECT_EQ(sending({folder_.path()}), "This is a folder. Name the GPX files in it; a device is "
+                                         "named with --device. Path: " +
+                                             folder_.path());
+}
+
+TEST_F(InputFiles, PipeIsNotAFile)
+{
+    const auto pipe = folder_.path("pipe.log");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const auto text = "This is a pipe or a device, not a file. Save what comes from it as a file, "
+                      "and name that. Path: " +
+                      pipe;
+    EXPECT_EQ(importing({pipe}), text);
+    EXPECT_EQ(sending({pipe}), text);
+    EXPECT_EQ(sentencesOf(*host::checkInput(pipe)), text);
+}
+
+TEST_F(InputFiles, FileOfAnotherKindIsNotImported)
+{
+    EXPECT_EQ(importing({track_, gpx_}), "The name of this file is not that of a receiver's file. "
+                                         "The extensions of such files are: log, upt. Path: " +
+                                             gpx_);
+}
+
+TEST_F(InputFiles, EmptyFileIsAMistakeUnlessItIsOneOfSeveral)
+{
+    const auto empty = folder_.put("empty.log", "");
+    EXPECT_EQ(importing({empty}),
+              "The file is empty. Copy it from the receiver again. Path: " + empty);
+    EXPECT_EQ(importing({empty, track_}), "");
+    const auto emptyGpx = folder_.put("empty.gpx", "");
+    EXPECT_EQ(sending({gpx_, emptyGpx}),
+              "The file is empty. Export it once more. Path: " + emptyGpx);
+}
+
+TEST_F(InputFiles, ReceiversFileHasToBeConvertedBeforeItIsSent)
+{
+    EXPECT_EQ(sending({track_}), "This is a receiver's own file, and send reads GPX files. Convert "
+                                 "it with \"magellangps import " +
+                                     track_ + " -o " + gpx_ +
+                                     "\", and send the result. Path: " + track_);
+}
+
+TEST_F(InputFiles, DataFileMayHaveAnyName)
+{
+    EXPECT_FALSE(host::checkInput(track_));
+    EXPECT_EQ(sentencesOf(*host::checkInput(folder_.path())),
+              "This is a folder. Name a file in it. Path: " + folder_.path());
+}
+
+} // namespace
