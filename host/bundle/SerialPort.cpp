@@ -5,6 +5,7 @@
 #include "host/bundle/SerialPort.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Text.h"
 
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialPorts.h>
@@ -14,14 +15,20 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <fstream>
+#include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <grp.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -39,6 +46,60 @@ std::string userName()
     passwd* found = nullptr;
     ::getpwuid_r(::geteuid(), &record, texts.data(), texts.size(), &found);
     return found != nullptr ? found->pw_name : "USER";
+}
+
+std::string processName(const fs::path& process)
+{
+    std::ifstream file{process / "comm"};
+    std::string name;
+    std::getline(file, name);
+    return displayText(name);
+}
+
+// The program that has a port open, as "NAME (process NUMBER)"; empty if the user may not know it.
+// Source: proc(5).
+std::string programUsing(const std::string& port)
+{
+    std::error_code error;
+    const auto target = fs::exists(port, error) ? fs::canonical(port, error) : fs::path{};
+    for (fs::directory_iterator process{"/proc", error};
+         !error && process != fs::directory_iterator{}; process.increment(error)) {
+        const auto number = process->path().filename().string();
+        if (number.find_first_not_of("0123456789") != std::string::npos ||
+            number == std::to_string(::getpid()))
+            continue;
+        std::error_code ignored; // of a process of another user, or one that has ended
+        for (fs::directory_iterator file{process->path() / "fd", ignored};
+             !ignored && file != fs::directory_iterator{}; file.increment(ignored)) {
+            if (fs::read_symlink(file->path(), ignored) == target && !ignored)
+                return fmt::format("{} (process {})", processName(process->path()), number);
+        }
+    }
+    return {};
+}
+
+gps::Error busyPort(const std::string& port)
+{
+    const auto program = programUsing(port);
+    if (!program.empty())
+        return hostError("Another program has the port open: " + program,
+                         "Close that program, and try again", port);
+    return hostError("Another program has the port open",
+                     fmt::format("Close that program, and try again; run \"sudo fuser -v {}\" to "
+                                 "find it",
+                                 port),
+                     port);
+}
+
+// Whether another program has locked a port, or has it to itself.
+bool isBusy(const std::string& port)
+{
+    const int line = ::open(port.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (line < 0)
+        return errno == EBUSY;
+    const bool isLocked = ::flock(line, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    ::close(line);
+    return isLocked;
 }
 
 // Joining the group helps only if the group may both read and write.
@@ -75,6 +136,14 @@ void addSerialPort(const std::string& port)
     defaults.setForThisRun(gps::kTestPortsKey, std::move(ports));
 }
 
+void waitWhileBusy(const std::string& port, const std::function<bool()>& goOn)
+{
+    constexpr std::chrono::milliseconds kStep{200};
+    const auto end = std::chrono::steady_clock::now() + kPortPatience;
+    while (isBusy(port) && std::chrono::steady_clock::now() < end && goOn())
+        std::this_thread::sleep_for(kStep);
+}
+
 // Only an attempt shows every reason: permissions alone say nothing about a port that is in use.
 gps::Error explainPortFailure(const std::string& port)
 {
@@ -91,11 +160,7 @@ gps::Error explainPortFailure(const std::string& port, int errorNumber)
     case 0:
         return hostError(kPortIsFree, "Try again", port);
     case EBUSY:
-        return hostError("Another program has the port open",
-                         fmt::format("Close that program, and try again; run \"fuser -v {}\" to "
-                                     "find it",
-                                     port),
-                         port);
+        return busyPort(port);
     case EACCES:
     case EPERM:
         return hostError("You do not have permission to use the port", adviceFor(port), port);

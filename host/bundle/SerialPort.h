@@ -6,6 +6,8 @@
 
 #include <gps/Error.h>
 
+#include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +23,13 @@ namespace host {
 /// on refreshDeviceList(). A driver for serial ports may be offered only because of this port.
 void addSerialPort(const std::string& port);
 
+/// How long a port may be busy: modem managers try each new port for some seconds.
+inline constexpr std::chrono::seconds kPortPatience{15};
+
+/// Waits while another program has a port open, for kPortPatience at most.
+/// @param goOn  called several times a second while the port is busy; false ends the waiting
+void waitWhileBusy(const std::string& port, const std::function<bool()>& goOn);
+
 /// The description of a failure whose port can be opened now, so that it explains nothing.
 inline constexpr char kPortIsFree[] = "The port can be opened now";
 
@@ -28,6 +37,7 @@ inline constexpr char kPortIsFree[] = "The port can be opened now";
 [[nodiscard]] gps::Error explainPortFailure(const std::string& port);
 
 /// The same for an attempt that failed with this errno; 0 means that the port could be opened.
+/// Names the program that has a busy port open, if this user may know.
 [[nodiscard]] gps::Error explainPortFailure(const std::string& port, int errorNumber);
 
 /// How a user gets the permission to open a port.

@@ -3,6 +3,7 @@
 
 #include "host/cli/ProgressLine.h"
 
+#include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
 
 #include <fmt/format.h>
@@ -44,6 +45,9 @@ std::string phaseText(const TransferProgress& progress)
     switch (progress.phase) {
     case TransferPhase::kReading:
         return "reading";
+    case TransferPhase::kWaitingForPort:
+        return fmt::format("another program uses {}: trying again for {} s", progress.location,
+                           kPortPatience.count());
     case TransferPhase::kLookingForReceiver:
         return "looking for a receiver at " + progress.location;
     case TransferPhase::kTransferring:

@@ -4,14 +4,17 @@
 
 #include "host/transfer/Download.h"
 
+#include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RepeatFilter.h"
 
+#include <gps/GPSTransferAccount.h>
 #include <platform/OrvUtils/SerialTraffic.h>
 
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,6 +45,8 @@ private:
     void readMissingKinds();
     [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile,
                                                  const gps::Dictionary& options);
+    [[nodiscard]] std::function<bool()> answerQuery() const;
+    void waitForPort();
     [[nodiscard]] OperationWatch::Listening listening(bool isSerial) const;
     void consume(const EventBatch& batch);
     void handOut(const Event& event);
@@ -139,7 +144,9 @@ OperationReport Download::runOperationOn(const std::string& sourceFile,
     if (isSerial)
         repeats_.emplace();
     if (isSerial)
-        progress_.begin(TransferPhase::kLookingForReceiver, request_.location);
+        waitForPort();
+    if (isSerial)
+        progress_.begin(TransferPhase::kLookingForReceiver, request_.location, answerQuery());
     else
         progress_.begin(TransferPhase::kReading);
     const auto outcome = runOperation(
@@ -158,6 +165,26 @@ OperationReport Download::runOperationOn(const std::string& sourceFile,
                      .isStopAsked = watch.isStopAsked(),
                      .isStoppedByUser = watch.isStoppedByUser(),
                      .repeats = repeats_ ? repeats_->dropped() : RepeatCounts{}});
+}
+
+std::function<bool()> Download::answerQuery() const
+{
+    const auto* const account = dynamic_cast<const gps::GPSTransferAccount*>(&driver_);
+    if (account == nullptr)
+        return {};
+    return [account] { return account->lineVoice() == gps::LineVoice::kReceiver; };
+}
+
+// A port that is still busy after that is left to the driver, whose error is part of the events.
+void Download::waitForPort()
+{
+    bool isShown = false;
+    waitWhileBusy(request_.location, [&] {
+        if (!std::exchange(isShown, true))
+            progress_.begin(TransferPhase::kWaitingForPort, request_.location);
+        progress_.consume({});
+        return !request_.stopRequested || !request_.stopRequested();
+    });
 }
 
 OperationWatch::Listening Download::listening(bool isSerial) const

@@ -10,10 +10,12 @@ namespace host {
 
 ProgressTracker::ProgressTracker(ProgressCallback callback) : callback_(std::move(callback)) {}
 
-void ProgressTracker::begin(TransferPhase phase, std::string location)
+void ProgressTracker::begin(TransferPhase phase, std::string location,
+                            std::function<bool()> isAnswered)
 {
     if (!callback_)
         return;
+    isAnswered_ = std::move(isAnswered);
     isSerial_ = false;
     progress_.location = std::move(location);
     progress_.kind.reset();
@@ -44,12 +46,14 @@ void ProgressTracker::count(const Event& event)
     switch (event.kind) {
     case EventKind::kStartTransfer:
     case EventKind::kStartSending:
+        if (isAnswered_ && !isAnswered_())
+            break;
         progress_.kind = event.transfer;
         enter(TransferPhase::kTransferring);
         break;
     case EventKind::kEndTransfer:
         measure(); // a short transfer may end before any report
-        if (isSerial_)
+        if (isSerial_ && progress_.phase == TransferPhase::kTransferring)
             enter(TransferPhase::kWaitingForReceiver);
         break;
     case EventKind::kTrackPoint:

@@ -8,6 +8,7 @@
 #include "host/transfer/TransferProgress.h"
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace host {
@@ -21,8 +22,11 @@ public:
     explicit ProgressTracker(ProgressCallback callback);
 
     /// Starts an operation, or a step that the host does around one, and reports it at once.
-    /// @param location  the port, for kLookingForReceiver
-    void begin(TransferPhase phase, std::string location = {});
+    /// @param location    the port, for kLookingForReceiver
+    /// @param isAnswered  whether a receiver has answered there. Until then no transfer is shown: a
+    ///                    driver may begin all of them although nothing can arrive. May be empty
+    void begin(TransferPhase phase, std::string location = {},
+               std::function<bool()> isAnswered = {});
 
     /// Counts a batch of events. An empty batch only reports that time passes, which matters on a
     /// serial line that is silent for long.
@@ -40,6 +44,7 @@ private:
     void report();
 
     ProgressCallback callback_;
+    std::function<bool()> isAnswered_;
     TransferProgress progress_;
     gps::SerialTraffic atStart_{}; // totals of the process when the phase began
     bool isSerial_ = false;        // whether anything went over a serial line since begin()

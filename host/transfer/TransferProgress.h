@@ -17,6 +17,7 @@ namespace host {
 
 enum class TransferPhase {
     kReading,            ///< a device's files or a source file, before the first record
+    kWaitingForPort,     ///< another program has the serial port open
     kLookingForReceiver, ///< on a serial port
     kTransferring,       ///< records of one kind, in either direction
     kWaitingForReceiver, ///< on a serial port, between two kinds
@@ -31,7 +32,7 @@ enum class TransferPhase {
 /// All counts start at zero with each phase.
 struct TransferProgress {
     TransferPhase phase = TransferPhase::kFinished;
-    std::string location{};                  ///< kLookingForReceiver: the port
+    std::string location{};                  ///< kWaitingForPort and kLookingForReceiver: the port
     std::optional<gps::TransferKind> kind{}; ///< kTransferring: the kind of the records
     std::size_t records = 0;                 ///< waypoints, route points and track points
     gps::SerialTraffic traffic{};            ///< bitsPerSecond is 0 if no serial line is in use

@@ -288,7 +288,7 @@ TEST(Serial, ReasonForAFailedOpenIsTheOnlyMessage)
     const PseudoTerminal busy;
     ASSERT_EQ(::flock(busy.otherProgram(), LOCK_EX), 0);
     for (const auto& [what, port, why] :
-         std::vector<Refusal>{{"busy", busy.path(), "Another program has the port open."},
+         std::vector<Refusal>{{"busy", busy.path(), "Another program has the port open: "},
                               {"gone", "/dev/tty-of-magellan-tests", "The port is gone."},
                               {"no port", "/dev/null", "This is not a serial port."}}) {
         const auto ran = magellangps({"acquire", "--device", port, "--events"});

@@ -11,11 +11,15 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
+#include <string>
 
+#include <fcntl.h>
 #include <grp.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -59,7 +63,65 @@ TEST(SerialPort, BusyPortIsForTheOtherProgramToClose)
     ASSERT_EQ(::flock(port.otherProgram(), LOCK_EX), 0);
     EXPECT_THAT(textOf(host::explainPortFailure(port.path())),
                 AllOf(HasSubstr("Another program has the port open | Close that program"),
-                      HasSubstr("fuser -v " + port.path())));
+                      HasSubstr("sudo fuser -v " + port.path())))
+        << "this process does not count";
+}
+
+TEST(SerialPort, ProgramThatHasABusyPortOpenIsNamed)
+{
+    const support::PseudoTerminal port;
+    std::array<int, 2> ready{};
+    ASSERT_EQ(::pipe(ready.data()), 0);
+    const auto child = ::fork();
+    if (child == 0) {
+        const int line = ::open(port.path().c_str(), O_RDWR | O_NOCTTY);
+        (void)::flock(line, LOCK_EX);
+        (void)!::write(ready[1], "x", 1);
+        for (;;)
+            ::pause();
+    }
+    char byte = 0;
+    EXPECT_EQ(::read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(textOf(host::explainPortFailure(port.path())),
+              "Another program has the port open: host_tests (process " + std::to_string(child) +
+                  ") | Close that program, and try again | " + port.path());
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(ready[0]);
+    ::close(ready[1]);
+}
+
+TEST(SerialPort, BusyPortIsWaitedForUntilItIsFree)
+{
+    const support::PseudoTerminal port;
+    ASSERT_EQ(::flock(port.otherProgram(), LOCK_EX), 0);
+    int calls = 0;
+    host::waitWhileBusy(port.path(), [&] {
+        if (++calls == 2)
+            ::flock(port.otherProgram(), LOCK_UN);
+        return true;
+    });
+    EXPECT_EQ(calls, 2);
+}
+
+TEST(SerialPort, WaitingForABusyPortCanBeStopped)
+{
+    const support::PseudoTerminal port;
+    ASSERT_EQ(::flock(port.otherProgram(), LOCK_EX), 0);
+    int calls = 0;
+    host::waitWhileBusy(port.path(), [&] { return ++calls < 3; });
+    EXPECT_EQ(calls, 3);
+}
+
+TEST(SerialPort, FreeOrMissingPortIsNotWaitedFor)
+{
+    const support::PseudoTerminal port;
+    for (const auto& location : {port.path(), std::string{"/dev/no such port"}, std::string{}})
+        host::waitWhileBusy(location, [] {
+            ADD_FAILURE();
+            return false;
+        });
+    EXPECT_EQ(::flock(port.otherProgram(), LOCK_EX | LOCK_NB), 0) << "not locked";
 }
 
 TEST(SerialPort, PortThatOpensCanBeTriedAgain)

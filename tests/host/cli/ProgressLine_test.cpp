@@ -42,6 +42,7 @@ TEST(ProgressLine, TextNamesThePhase)
     };
     for (const auto& [phase, text] :
          {Row{TransferPhase::kReading, "reading"},
+          {TransferPhase::kWaitingForPort, "another program uses /dev/x: trying again for 15 s"},
           {TransferPhase::kLookingForReceiver, "looking for a receiver at /dev/x"},
           {TransferPhase::kTransferring, "routes"},
           {TransferPhase::kWaitingForReceiver, "waiting for the receiver"},

@@ -78,6 +78,17 @@ TEST_F(ProgressTrackerTest, WithoutASerialLineThePhaseLastsPastTheEndOfATransfer
     EXPECT_EQ(progress.traffic.bitsPerSecond, 0);
 }
 
+TEST_F(ProgressTrackerTest, NoTransferIsShownBeforeAReceiverHasAnswered)
+{
+    bool isAnswered = false;
+    tracker_.begin(TransferPhase::kLookingForReceiver, "/dev/some", [&] { return isAnswered; });
+    tracker_.consume(batchOf({EventKind::kStartTransfer, EventKind::kEndTransfer}));
+    EXPECT_EQ(afterInterval().phase, TransferPhase::kLookingForReceiver);
+    isAnswered = true;
+    tracker_.consume(batchOf({EventKind::kStartTransfer}));
+    EXPECT_EQ(afterInterval().phase, TransferPhase::kTransferring);
+}
+
 TEST_F(ProgressTrackerTest, BatchesWithinTheIntervalAreNotReported)
 {
     tracker_.begin(TransferPhase::kReading);
