@@ -101,7 +101,9 @@ std::optional<gps::Error> explainFolder(const std::vector<Driver>& drivers,
         return hostError(searched.reason,
                          searched.verdict == Verdict::kAccepted || !searched.advice.empty()
                              ? searched.advice
-                             : "Read single files in it with \"magellangps import FILE\"",
+                             : fmt::format("If it is a memory card or a copy of one, read it with "
+                                           "\"magellangps acquire --card '{}'\"",
+                                           folder),
                          folder);
     }
     return std::nullopt;

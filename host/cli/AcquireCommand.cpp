@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// `acquire`: one download from the selected device.
+// `acquire`: one download from the selected device, or from the files on a memory card.
 
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
@@ -16,6 +16,8 @@ ExitStatus runAcquire(const PlugInBundle& plugIn, const AcquireOptions& options,
                       const Console& console)
 {
     StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
+    if (options.card)
+        return runImportOf(plugIn, {*options.card}, options, stop, console);
     ChosenDevice chosen;
     if (const auto failure = chooseDevice(
             plugIn.drivers, {options.driver, options.device, options.testFolders}, chosen))

@@ -197,13 +197,24 @@ void CommandTable::addAcquire()
     auto& options = raw_.acquire;
     auto& command = addCommand("acquire", "Download from a device", Command::kAcquire,
                                "  magellangps acquire -o trip.gpx\n"
-                               "  magellangps acquire --device /media/RECEIVER --no-tracks\n");
+                               "  magellangps acquire --device /media/RECEIVER --no-tracks\n"
+                               "  magellangps acquire --card /media/CARD -o trip.gpx\n");
     addDownloadOptions(command, options);
-    command
-        .add_option("--device", options.device,
-                    "Use the device at this location: a volume, a serial port, or a folder that "
-                    "holds a receiver's files")
-        ->type_name("LOCATION");
+    const auto* const device =
+        command
+            .add_option("--device", options.device,
+                        "Use the device at this location: a volume, a serial port, or a folder "
+                        "that holds a receiver's files")
+            ->type_name("LOCATION");
+    const auto* const card =
+        command
+            .add_option("--card", options.card,
+                        "Import all files of receivers in and below this folder, such as a memory "
+                        "card or a copy of it; not with --no-...")
+            ->type_name("DIR");
+    exclude(device, card);
+    for (const auto* const kind : {"--no-waypoints", "--no-routes", "--no-tracks"})
+        exclude(card, command.get_option(kind));
 }
 
 void CommandTable::addImport()
@@ -211,9 +222,13 @@ void CommandTable::addImport()
     auto& options = raw_.import;
     auto& command =
         addCommand("import", "Import files that were copied from a receiver", Command::kImport,
-                   "  magellangps import TKLG001.log Home.upt -o trip.gpx\n");
+                   "  magellangps import TKLG001.log Home.upt -o trip.gpx\n"
+                   "  magellangps import folder -o trip.gpx\n");
     addDownloadOptions(command, options);
-    command.add_option("files", options.files, "The files to import, one operation each")
+    command
+        .add_option("files", options.files,
+                    "The files to import, one operation each; a folder means all files of "
+                    "receivers in and below it")
         ->type_name("FILE")
         ->required();
 }

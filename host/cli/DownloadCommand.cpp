@@ -4,8 +4,11 @@
 
 #include "host/cli/DownloadCommand.h"
 
+#include "host/bundle/DeviceChoice.h"
 #include "host/cli/DownloadJson.h"
 #include "host/cli/DownloadMessages.h"
+#include "host/cli/EarlyDocument.h"
+#include "host/cli/InputFiles.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/Summary.h"
 #include "host/formats/EventLines.h"
@@ -14,6 +17,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -145,6 +149,23 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
     if (options.output)
         request.output = OutputRequest{.path = *options.output, .format = options.format};
     return request;
+}
+
+ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> files,
+                       const DownloadOptions& options, StopSignals& stop, const Console& console)
+{
+    Driver driver;
+    if (const auto failure = chooseImporter(plugIn.drivers, options.driver, driver))
+        return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
+    const auto types = driver->fileTypes().value_or(std::vector<std::string>{});
+    auto failure = expandFolders(files, types);
+    if (!failure && !options.events) // event lines show what the driver does with any file
+        failure = checkImport(files, types);
+    if (failure)
+        return refuse(options, *failure, ExitStatus::kFailed, stop, console);
+    auto request = downloadRequest(options);
+    request.sourceFiles = std::move(files);
+    return runDownload(*driver, std::move(request), options, stop, console);
 }
 
 ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/bundle/PlugInBundle.h"
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Options.h"
@@ -12,10 +13,19 @@
 
 #include <gps/GPSPlugInProtocol.h>
 
+#include <string>
+#include <vector>
+
 namespace host {
 
 /// The part of a request that the options determine, without consumers and progress.
 [[nodiscard]] DownloadRequest downloadRequest(const DownloadOptions& options);
+
+/// Imports files, and the receivers' files in folders, with one operation each, into one output.
+/// @param stop  ends the program until the files are known
+[[nodiscard]] ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> files,
+                                     const DownloadOptions& options, StopSignals& stop,
+                                     const Console& console);
 
 /// Runs a download. Event lines or the summary go to the standard output, messages to standard
 /// error.

@@ -13,13 +13,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string extensionOf(const std::string& file)
+std::string typeOf(const std::string& file)
 {
     auto extension = fs::path{file}.extension().string();
     extension.erase(0, 1);
@@ -61,7 +62,7 @@ gps::Error noSuchFile(const std::string& file)
 }
 
 // @param folderAdvice  what to do instead of naming a folder
-std::optional<gps::Error> check(const std::string& file, const char* folderAdvice)
+std::optional<gps::Error> checkFile(const std::string& file, const char* folderAdvice)
 {
     std::error_code error;
     const auto status = fs::status(file, error);
@@ -81,15 +82,63 @@ bool isEmptyFile(const std::string& file)
     return fs::is_regular_file(file, error) && fs::file_size(file, error) == 0 && !error;
 }
 
+// @param files  gets the files of receivers in a folder and below it
+std::optional<gps::Error> listFolder(const std::string& folder,
+                                     const std::vector<std::string>& types,
+                                     std::vector<std::string>& files)
+{
+    std::error_code error;
+    fs::recursive_directory_iterator entry{folder, error};
+    for (; !error && entry != fs::recursive_directory_iterator{}; entry.increment(error)) {
+        const auto path = entry->path().string();
+        std::error_code ignored;
+        if (isOneOf(typeOf(path), types) && entry->is_regular_file(ignored) && !isEmptyFile(path))
+            files.push_back(path);
+    }
+    if (error)
+        return systemError("A folder cannot be listed to its end",
+                           "Check its permissions and the medium", folder, error.value());
+    return std::nullopt;
+}
+
 } // namespace
+
+std::optional<gps::Error> expandFolders(std::vector<std::string>& files,
+                                        const std::vector<std::string>& types)
+{
+    std::vector<std::string> expanded;
+    for (const auto& file : files) {
+        std::error_code ignored;
+        if (!fs::is_directory(file, ignored) || isOneOf(typeOf(file), types)) {
+            expanded.push_back(file);
+            continue;
+        }
+        std::vector<std::string> found;
+        if (auto failure = listFolder(file, types, found))
+            return failure;
+        if (found.empty())
+            return hostError("No receiver's file is in this folder or below it",
+                             "The extensions of such files are: " + joined(types, ", "), file);
+        std::sort(found.begin(), found.end());
+        expanded.insert(expanded.end(), found.begin(), found.end());
+    }
+    files = std::move(expanded);
+    return std::nullopt;
+}
 
 std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
                                       const std::vector<std::string>& types)
 {
     for (const auto& file : files) {
-        if (auto failure = check(file, "Name the files in it"))
+        if (auto failure = checkFile(file, "Name the files in it"))
             return failure;
-        if (!isOneOf(extensionOf(file), types))
+        if (typeOf(file) == "gpx")
+            return hostError("This is a GPX file, and import reads the files of receivers",
+                             fmt::format("It is in the most common format already; \"magellangps "
+                                         "send {}\" sends it to a receiver",
+                                         file),
+                             file);
+        if (!isOneOf(typeOf(file), types))
             return hostError("The name of this file is not that of a receiver's file",
                              "The extensions of such files are: " + joined(types, ", "), file);
     }
@@ -103,9 +152,10 @@ std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
                                     const std::vector<std::string>& types)
 {
     for (const auto& file : files) {
-        if (auto failure = check(file, "Name the GPX files in it; a device is named with --device"))
+        if (auto failure =
+                checkFile(file, "Name the GPX files in it; a device is named with --device"))
             return failure;
-        if (isOneOf(extensionOf(file), types))
+        if (isOneOf(typeOf(file), types))
             return hostError(
                 "This is a receiver's own file, and send reads GPX files",
                 fmt::format("Convert it with \"magellangps import {} -o {}\", and send "
@@ -120,7 +170,7 @@ std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
 
 std::optional<gps::Error> checkInput(const std::string& file)
 {
-    return check(file, "Name a file in it");
+    return checkFile(file, "Name a file in it");
 }
 
 } // namespace host

@@ -54,11 +54,12 @@ struct DownloadOptions : GlobalOptions {
 /// `acquire`
 struct AcquireOptions : DownloadOptions {
     std::optional<std::string> device; ///< a location
+    std::optional<std::string> card;   ///< a folder to import, instead of a device
 };
 
 /// `import`
 struct ImportOptions : DownloadOptions {
-    std::vector<std::string> files; ///< at least one
+    std::vector<std::string> files; ///< and folders; at least one
 };
 
 /// `send`

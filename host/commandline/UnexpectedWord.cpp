@@ -39,7 +39,7 @@ std::string guessFor(std::string_view word, const CLI::App& app)
 }
 
 // "acquire, import and send".
-std::string listOf(const std::vector<std::string>& names)
+std::string enumerationOf(const std::vector<std::string>& names)
 {
     std::string list;
     for (std::size_t i = 0; i < names.size(); ++i)
@@ -58,7 +58,7 @@ std::vector<std::string> commandsWith(const CLI::App& app, const std::string& op
 }
 
 // An option as typed: "--device LOCATION", "--dry-run".
-std::string usageOf(const std::string& name, const CLI::Option& option)
+std::string typedForm(const std::string& name, const CLI::Option& option)
 {
     return option.get_expected_min() > 0 ? name + ' ' + option.get_type_name() : name;
 }
@@ -73,12 +73,12 @@ std::string misplacedOption(const CLI::App& app, const std::string& name)
     const auto typed = app.get_subcommands();
     if (typed.empty())
         return fmt::format("{} is an option of {}, and follows the command; {}", name,
-                           listOf(owners), helpHint(app));
+                           enumerationOf(owners), helpHint(app));
     const auto& command = *typed.front();
     if (const auto* const own = command.get_option_no_throw(name))
         return fmt::format("{0} is an option of {1}, and follows it: \"{2} {1} {3}\"", name,
-                           command.get_name(), app.get_name(), usageOf(name, *own));
-    return fmt::format("{} is an option of {}, not of {}; {}", name, listOf(owners),
+                           command.get_name(), app.get_name(), typedForm(name, *own));
+    return fmt::format("{} is an option of {}, not of {}; {}", name, enumerationOf(owners),
                        command.get_name(), helpHint(app));
 }
 

@@ -109,7 +109,7 @@ std::string withoutLinks(const std::string& path)
     return error ? path : real.string(); // the file does not exist yet
 }
 
-const char* adviceFor(int code)
+const char* writingAdvice(int code)
 {
     switch (code) {
     case EISDIR:
@@ -208,7 +208,7 @@ std::optional<gps::Error> OutputFile::finishAs(const std::string& path)
 
 gps::Error OutputFile::errorFor(std::string_view what, int code) const
 {
-    return systemError(what, adviceFor(code), path_, code);
+    return systemError(what, writingAdvice(code), path_, code);
 }
 
 } // namespace host

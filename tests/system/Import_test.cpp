@@ -58,6 +58,33 @@ TEST(Import, AllSampleFilesGoIntoOneValidGpx)
     EXPECT_EQ(checked.status, 0) << checked.err;
 }
 
+TEST(Import, FolderIsOneDownloadOfAllItsFiles)
+{
+    const support::TemporaryFolder card;
+    std::filesystem::copy(kFiles, card.makeFolder("deep"));
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"import", card.path()}, {"acquire", "--card", card.path()}}) {
+        auto all = words;
+        all.insert(all.end(), {"-o", card.path("out.gpx"), "--summary"});
+        const auto ran = magellangps(all);
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(ran.err, IsEmpty());
+        EXPECT_THAT(ran.out, HasSubstr("\nWaypoints                    6\n"
+                                       "Geocaches                    5\n"
+                                       "Route      Lake Loop         8 "));
+        EXPECT_THAT(ran.out, HasSubstr("\nTrack      Autumn walk     277 "));
+        EXPECT_THAT(card.read("out.gpx"), HasSubstr("<trkpt "));
+    }
+}
+
+TEST(Import, FolderWithoutAReceiversFileIsStatus1)
+{
+    const support::TemporaryFolder folder;
+    folder.put("notes.txt", "x");
+    EXPECT_EQ(magellangps({"import", folder.path()}).status, 1);
+    EXPECT_EQ(magellangps({"acquire", "--card", folder.path(), "--events"}).status, 1);
+}
+
 TEST(Import, OneBadFileLeavesAPartialFileWithTheOthers)
 {
     const support::TemporaryFolder folder;

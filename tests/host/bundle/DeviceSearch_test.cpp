@@ -18,7 +18,7 @@ namespace {
 using host::sentencesOf;
 using Verdict = gps::SearchedLocation::Verdict;
 
-struct Searching final : support::FakeDriver, gps::GPSDeviceSearch {
+struct SearchDriver final : support::FakeDriver, gps::GPSDeviceSearch {
     std::vector<gps::SearchedLocation> searchedLocations() const override { return locations; }
 
     std::vector<gps::SearchedLocation> locations;
@@ -31,8 +31,8 @@ protected:
     std::string noReceiver() const { return sentencesOf(host::noReceiverError(drivers_)); }
 
     const support::TemporaryFolder stick_;
-    std::shared_ptr<Searching> disk_ = std::make_shared<Searching>();
-    std::shared_ptr<Searching> serial_ = std::make_shared<Searching>();
+    std::shared_ptr<SearchDriver> disk_ = std::make_shared<SearchDriver>();
+    std::shared_ptr<SearchDriver> serial_ = std::make_shared<SearchDriver>();
     std::vector<host::Driver> drivers_{disk_, serial_, std::make_shared<support::FakeDriver>()};
 };
 
@@ -80,7 +80,8 @@ TEST_F(DeviceSearch, NamedFolderGetsItsReason)
     disk_->locations = {{"/a", "stick", Verdict::kRejected, "It is empty", ""},
                         {"/b", "stick", Verdict::kRejected, "It is locked", "Unlock it"}};
     EXPECT_EQ(sentencesOf(*host::explainFolder(drivers_, "/a")),
-              "It is empty. Read single files in it with \"magellangps import FILE\". Path: /a");
+              "It is empty. If it is a memory card or a copy of one, read it with \"magellangps "
+              "acquire --card '/a'\". Path: /a");
     EXPECT_EQ(sentencesOf(*host::explainFolder(drivers_, "/b")),
               "It is locked. Unlock it. Path: /b");
     EXPECT_FALSE(host::explainFolder(drivers_, "/c"));

@@ -4,9 +4,12 @@
 #include "host/cli/InputFiles.h"
 
 #include "host/base/Sentences.h"
+#include "support/AsNobody.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include <sys/stat.h>
 
@@ -83,11 +86,69 @@ TEST_F(InputFiles, PipeIsNotAFile)
     EXPECT_EQ(sentencesOf(*host::checkInput(pipe)), text);
 }
 
+TEST_F(InputFiles, FolderIsReplacedByItsFilesInOrder)
+{
+    const support::TemporaryFolder card;
+    card.put("b/deep/2.log", "$");
+    card.put("a/1.UPT", "$");
+    card.put("0.log", "$");
+    card.put("empty.log", "");
+    card.put("notes.txt", "x");
+    card.makeFolder("folder.log");
+    std::filesystem::create_directory_symlink(folder_.path(), card.path("link"));
+    std::vector<std::string> files{gpx_, card.path(), track_};
+    EXPECT_FALSE(host::expandFolders(files, {"log", "upt"}));
+    EXPECT_EQ(files, (std::vector<std::string>{gpx_, card.path("0.log"), card.path("a/1.UPT"),
+                                               card.path("b/deep/2.log"), track_}));
+}
+
+TEST_F(InputFiles, FolderThatIsNamedLikeAFileIsAMistake)
+{
+    std::vector<std::string> files{folder_.makeFolder("a.log")};
+    EXPECT_FALSE(host::expandFolders(files, {"log", "upt"}));
+    EXPECT_EQ(importing(files),
+              "This is a folder. Name the files in it. Path: " + folder_.path("a.log"));
+}
+
+TEST_F(InputFiles, FolderWithoutAReceiversFileIsAMistake)
+{
+    const support::TemporaryFolder card;
+    card.put("notes.txt", "x");
+    std::vector<std::string> files{track_, card.path()};
+    EXPECT_EQ(sentencesOf(*host::expandFolders(files, {"log", "upt"})),
+              "No receiver's file is in this folder or below it. The extensions of such files are: "
+              "log, upt. Path: " +
+                  card.path());
+    EXPECT_EQ(files.size(), 2U);
+}
+
+TEST_F(InputFiles, FolderThatCannotBeListedIsAnError)
+{
+    const support::TemporaryFolder card;
+    card.put("0.log", "$");
+    std::filesystem::permissions(card.makeFolder("locked"), std::filesystem::perms::none);
+    std::vector<std::string> files{card.path()};
+    const support::AsNobody nobody;
+    EXPECT_EQ(sentencesOf(*host::expandFolders(files, {"log"})),
+              "A folder cannot be listed to its end: Permission denied. Check its permissions and "
+              "the medium. Path: " +
+                  card.path());
+}
+
+TEST_F(InputFiles, GpxFileIsNotImported)
+{
+    EXPECT_EQ(importing({track_, gpx_}),
+              "This is a GPX file, and import reads the files of receivers. It is in the most "
+              "common format already; \"magellangps send " +
+                  gpx_ + "\" sends it to a receiver. Path: " + gpx_);
+}
+
 TEST_F(InputFiles, FileOfAnotherKindIsNotImported)
 {
-    EXPECT_EQ(importing({track_, gpx_}), "The name of this file is not that of a receiver's file. "
-                                         "The extensions of such files are: log, upt. Path: " +
-                                             gpx_);
+    const auto notes = folder_.put("notes.txt", "x");
+    EXPECT_EQ(importing({track_, notes}), "The name of this file is not that of a receiver's file. "
+                                          "The extensions of such files are: log, upt. Path: " +
+                                              notes);
 }
 
 TEST_F(InputFiles, EmptyFileIsAMistakeUnlessItIsOneOfSeveral)
