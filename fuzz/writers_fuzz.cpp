@@ -187,6 +187,31 @@ void requirePage(const host::Format& format, std::string_view text)
                       "data cannot end the script element that holds them");
 }
 
+// Two quotes within a quoted cell end it and begin it again.
+void requireTables(std::string_view text)
+{
+    std::size_t columns = 0;
+    std::size_t cells = 1;
+    std::size_t row = 0; // where it begins
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        isQuoted = isQuoted != (text[i] == '"');
+        if (isQuoted || (text[i] != ',' && text[i] != '\n'))
+            continue;
+        if (text[i] == ',') {
+            ++cells;
+            continue;
+        }
+        fuzz::require(text[i - 1] == '\r', "each row ends as the format demands");
+        if (text.substr(row).starts_with("kind,"))
+            columns = cells;
+        fuzz::require(cells == columns, "each row has as many cells as its header");
+        row = i + 1;
+        cells = 1;
+    }
+    fuzz::require(row == text.size() && !isQuoted, "the last row is complete");
+}
+
 void checkOutput(const host::Format& format, const std::string& text)
 {
     if (format.name == "gpx") {
@@ -199,6 +224,8 @@ void checkOutput(const host::Format& format, const std::string& text)
         requireJson(text);
     } else if (format.name == "html") {
         requirePage(format, text);
+    } else if (format.name == "csv") {
+        requireTables(text);
     } else {
         for (std::string_view lines = text; !lines.empty();) {
             const auto end = lines.find('\n');

@@ -3,6 +3,7 @@
 
 #include "host/formats/Formats.h"
 
+#include "host/formats/CsvWriter.h"
 #include "host/formats/EventLines.h"
 #include "host/formats/GeoJsonWriter.h"
 #include "host/formats/GpxWriter.h"
@@ -35,15 +36,20 @@ std::unique_ptr<Writer> makeHtml(Output& output, const std::string& spoolFolder)
     return std::make_unique<HtmlWriter>(output, spoolFolder);
 }
 
+std::unique_ptr<Writer> makeCsv(Output& output, const std::string& spoolFolder)
+{
+    return std::make_unique<CsvWriter>(output, spoolFolder);
+}
+
 std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
 {
     return std::make_unique<EventLines>(output);
 }
 
 // In the order in which help texts and error messages list them.
-constexpr std::array kFormats{Format{"gpx", makeGpx}, Format{"kml", makeKml},
+constexpr std::array kFormats{Format{"gpx", makeGpx},         Format{"kml", makeKml},
                               Format{"geojson", makeGeoJson}, Format{"html", makeHtml},
-                              Format{"jsonl", makeEventLines}};
+                              Format{"csv", makeCsv},         Format{"jsonl", makeEventLines}};
 
 } // namespace
 

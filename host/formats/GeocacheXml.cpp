@@ -65,4 +65,12 @@ std::string dateTimeOf(std::string_view dayMonthYear)
     return dateTime + 'Z';
 }
 
+std::string dayOf(std::string_view dayMonthYear)
+{
+    auto day = dateTimeOf(dayMonthYear);
+    if (day != dayMonthYear)
+        day.resize(std::string_view{"2008-05-14"}.size());
+    return day;
+}
+
 } // namespace host

@@ -22,4 +22,7 @@ void writeGeocache(Output& out, const gps::Dictionary& record);
 /// are 2000-2079). Returns any other text unchanged.
 [[nodiscard]] std::string dateTimeOf(std::string_view dayMonthYear);
 
+/// The same without the time: "YYYY-MM-DD".
+[[nodiscard]] std::string dayOf(std::string_view dayMonthYear);
+
 } // namespace host

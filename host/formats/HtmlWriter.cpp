@@ -77,15 +77,6 @@ char* putElementStart(char* at, bool& isFirst)
     return std::exchange(isFirst, false) ? at : put(at, ",\n");
 }
 
-// A receiver's date text as "YYYY-MM-DD". A text that is not a date is returned unchanged.
-std::string dayOf(std::string_view text)
-{
-    auto day = dateTimeOf(text);
-    if (day != text)
-        day.resize(std::string_view{"2008-05-14"}.size());
-    return day;
-}
-
 // A point's numbers in the page's units. Precondition: the point has valid coordinates. Whole
 // numbers keep the page small: a millionth of a degree is 0.11 m. They are rounded before
 // differences are made of them, because the page adds the differences up, and rounded differences

@@ -167,7 +167,7 @@ TEST(CommandLine, StoredTestFoldersAreSeenAndReplacedForARun)
 
 TEST(CommandLine, OutputDoesNotGoIntoAFileIfStdoutIsClosed)
 {
-    for (const char* const format : {"gpx", "kml", "geojson", "html", "jsonl"}) {
+    for (const char* const format : {"gpx", "kml", "geojson", "html", "csv", "jsonl"}) {
         const auto ran =
             support::run({"/bin/sh", "-c", R"(exec "$0" import "$1" -o - --format "$2" >&-)",
                           MAGELLAN_BIN_DIR "/magellangps",

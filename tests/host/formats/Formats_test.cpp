@@ -10,7 +10,7 @@ namespace {
 
 TEST(Formats, EveryListedNameIsFoundAndMakesAWriter)
 {
-    EXPECT_EQ(host::formatNames(), "gpx, kml, geojson, html, jsonl");
+    EXPECT_EQ(host::formatNames(), "gpx, kml, geojson, html, csv, jsonl");
     for (const char* name : {"gpx", "kml", "geojson", "html", "jsonl"}) {
         const auto* const format = host::findFormat(name);
         ASSERT_NE(format, nullptr) << name;
