@@ -11,8 +11,11 @@
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
