@@ -79,7 +79,7 @@ void CsvWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& reco
     if (!globe_.passes(point))
         return;
     const bool isGeocache = gps::isGeocache(record);
-    auto& out = beginRow(isGeocache ? kGeocaches : kWaypoints);
+    auto& out = beginRow(isGeocache ? kGeocacheTable : kWaypointTable);
     std::string name;
     appendCell(name, textIn(record, "name"));
     out.write(name);
@@ -110,7 +110,7 @@ void CsvWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& re
 {
     if (!globe_.passes(point))
         return;
-    auto& out = beginRow(kRoutePoints);
+    auto& out = beginRow(kRouteTable);
     std::string cells = collection_;
     appendCell(cells, textIn(record, "name"));
     out.write(cells);
@@ -130,7 +130,7 @@ void CsvWriter::trackPoint(const gps::GPSPoint& point)
 {
     if (!globe_.passes(point))
         return;
-    auto& out = beginRow(kTrackPoints);
+    auto& out = beginRow(kTrackTable);
     out.write(collection_);
     writePosition(out, point);
     out.write(kCsvRowEnd);

@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
 private:
-    enum Table : std::size_t { kWaypoints, kGeocaches, kRoutePoints, kTrackPoints, kTables };
+    enum Table : std::size_t { kWaypointTable, kGeocacheTable, kRouteTable, kTrackTable, kTables };
 
     void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
     void beginRoute(const gps::Dictionary& route) override;
