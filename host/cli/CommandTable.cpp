@@ -220,10 +220,10 @@ void CommandTable::addAcquire()
 void CommandTable::addImport()
 {
     auto& options = raw_.import;
-    auto& command =
-        addCommand("import", "Import files that were copied from a receiver", Command::kImport,
-                   "  magellangps import TKLG001.log Home.upt -o trip.gpx\n"
-                   "  magellangps import folder -o trip.gpx\n");
+    auto& command = addCommand(
+        "import", "Import files that were copied from a receiver, or GPX files", Command::kImport,
+        "  magellangps import TKLG001.log Home.upt -o trip.gpx\n"
+        "  magellangps import folder -o trip.gpx\n");
     addDownloadOptions(command, options);
     command
         .add_option("files", options.files,

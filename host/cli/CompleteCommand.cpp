@@ -96,7 +96,8 @@ Answers backupAnswers(const TypedValues& typed)
 // The files that an import reads, by the extensions that the drivers name.
 Answers importAnswers(const TypedValues& typed)
 {
-    std::string directive = ":files";
+    const std::string all = ":files";
+    auto directive = all;
     for (const auto& driver : loadDrivers(typed)) {
         for (const auto& type : driver->fileTypes().value_or(Answers{})) {
             // Whole words are compared: one extension can begin with another.
@@ -104,7 +105,7 @@ Answers importAnswers(const TypedValues& typed)
                 directive += ' ' + type;
         }
     }
-    return {directive};
+    return {directive == all ? all : directive + " gpx"};
 }
 
 Answers formatAnswers(const TypedValues& /*typed*/)

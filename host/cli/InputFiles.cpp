@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/commandline/NearestName.h"
+#include "host/transfer/GpxImport.h"
 
 #include <fmt/format.h>
 
@@ -132,19 +133,14 @@ std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
     for (const auto& file : files) {
         if (auto failure = checkFile(file, "Name the files in it"))
             return failure;
-        if (typeOf(file) == "gpx")
-            return hostError("This is a GPX file, and import reads the files of receivers",
-                             fmt::format("It is in the most common format already; \"magellangps "
-                                         "send {}\" sends it to a receiver",
-                                         file),
-                             file);
-        if (!isOneOf(typeOf(file), types))
-            return hostError("The name of this file is not that of a receiver's file",
-                             "The extensions of such files are: " + joined(types, ", "), file);
+        if (!isOneOf(typeOf(file), types) && !isGpxFile(file))
+            return hostError(
+                "This file cannot be imported",
+                "The extensions of files that can are: " + joined(types, ", ") + ", gpx", file);
     }
     // Among others an empty file is nothing unusual, and the driver reports it.
     if (files.size() == 1 && isEmptyFile(files.front()))
-        return hostError("The file is empty", "Copy it from the receiver again", files.front());
+        return hostError("The file is empty", "Copy it again", files.front());
     return std::nullopt;
 }
 

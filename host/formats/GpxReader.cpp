@@ -294,7 +294,7 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
     skipped->count += collection.skippedCount();
     for (const auto& [offset, text] : collection.skipped())
         skipped->first.push_back(
-            errors.at(offset, text + ", so it was skipped", "Correct it, and send the file again"));
+            errors.at(offset, text + ", so it was skipped", "Correct it, and try again"));
     return std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
+#include "host/transfer/GpxImport.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RepeatFilter.h"
@@ -19,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -45,6 +47,8 @@ private:
     void readMissingKinds();
     [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile,
                                                  const gps::Dictionary& options);
+    [[nodiscard]] OperationReport readGpxFile(const std::string& file,
+                                              const gps::Dictionary& options);
     [[nodiscard]] std::function<bool()> answerQuery() const;
     void waitForPort();
     [[nodiscard]] OperationWatch::Listening listening(bool isSerial) const;
@@ -108,9 +112,36 @@ void Download::runOperations()
     for (const auto& sourceFile : request_.sourceFiles) {
         if (report_.isInterrupted())
             return;
-        report_.operations.push_back(
-            runOperationOn(sourceFile, operationOptions(request_, sourceFile)));
+        const auto options = operationOptions(request_, sourceFile);
+        report_.operations.push_back(isGpxFile(sourceFile) ? readGpxFile(sourceFile, options)
+                                                           : runOperationOn(sourceFile, options));
     }
+}
+
+// No driver reads GPX files.
+OperationReport Download::readGpxFile(const std::string& file, const gps::Dictionary& options)
+{
+    const auto stopRequested = [&] { return request_.stopRequested && request_.stopRequested(); };
+    if (stopRequested())
+        return {.sourceFile = file, .isInterrupted = true};
+    bool isStopped = false;
+    std::vector<gps::Error> skipped;
+    progress_.begin(TransferPhase::kReading);
+    const auto outcome = runOperation(
+        [&](const gps::GPSPlugInProtocol::Status& status) {
+            return importGpx(file, *status, skipped);
+        },
+        [this](const EventBatch& batch) { consume(batch); },
+        [&] {
+            isStopped = isStopped || stopRequested();
+            return !isStopped;
+        });
+    handOutResult(outcome.error);
+    progress_.finish();
+    auto report = reportOn(outcome, driver_,
+                           {.options = options, .isStoppedByUser = isStopped, .isOfDriver = false});
+    report.unreadable.insert(report.unreadable.end(), skipped.begin(), skipped.end());
+    return report;
 }
 
 // A driver for files stops at the first waypoint file that it cannot read. The kinds after it are

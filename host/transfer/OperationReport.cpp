@@ -150,7 +150,8 @@ OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& d
     report.repeats = facts.repeats;
     report.isInterrupted = facts.isStoppedByUser;
     report.isAbandoned = outcome.isAbandoned;
-    report.account = accountOf(driver, outcome);
+    if (facts.isOfDriver)
+        report.account = accountOf(driver, outcome);
     // The order matters: each of these steps uses what those before it have found.
     addErrors(report, outcome, facts);
     if (report.errors.empty())

@@ -81,6 +81,8 @@ struct OperationFacts {
     bool isStopAsked = false;     ///< the host asked the driver to stop
     bool isStoppedByUser = false; ///< because of the user
     RepeatCounts repeats{};
+    bool isOfDriver =
+        true; ///< false: the host read the file, and the driver's account is another's
 };
 
 /// Concludes the report from an operation's outcome and, if the driver keeps one, its account.

@@ -77,6 +77,18 @@ TEST(Import, FolderIsOneDownloadOfAllItsFiles)
     }
 }
 
+TEST(Import, GpxFileIsWrittenAsItWas)
+{
+    const support::TemporaryFolder folder;
+    EXPECT_EQ(magellangps({"import", std::string{kFiles} + "trip.log",
+                           std::string{kFiles} + "points.upt", "-o", folder.path("first.gpx")})
+                  .status,
+              0);
+    const auto ran = magellangps({"import", folder.path("first.gpx"), "-o", folder.path("b.gpx")});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(folder.read("b.gpx"), folder.read("first.gpx"));
+}
+
 TEST(Import, FolderWithoutAReceiversFileIsStatus1)
 {
     const support::TemporaryFolder folder;

@@ -38,7 +38,7 @@ protected:
 
 TEST_F(InputFiles, ReceiversFilesCanBeImportedAndGpxFilesSent)
 {
-    EXPECT_EQ(importing({track_, folder_.put("a.UPT", "$")}), "");
+    EXPECT_EQ(importing({track_, folder_.put("a.UPT", "$"), gpx_}), "");
     EXPECT_EQ(sending({gpx_, folder_.put("a.xml", "<gpx/>")}), "");
 }
 
@@ -135,27 +135,19 @@ TEST_F(InputFiles, FolderThatCannotBeListedIsAnError)
                   card.path());
 }
 
-TEST_F(InputFiles, GpxFileIsNotImported)
-{
-    EXPECT_EQ(importing({track_, gpx_}),
-              "This is a GPX file, and import reads the files of receivers. It is in the most "
-              "common format already; \"magellangps send " +
-                  gpx_ + "\" sends it to a receiver. Path: " + gpx_);
-}
-
 TEST_F(InputFiles, FileOfAnotherKindIsNotImported)
 {
     const auto notes = folder_.put("notes.txt", "x");
-    EXPECT_EQ(importing({track_, notes}), "The name of this file is not that of a receiver's file. "
-                                          "The extensions of such files are: log, upt. Path: " +
-                                              notes);
+    EXPECT_EQ(importing({track_, notes}),
+              "This file cannot be imported. The extensions of files that can are: log, upt, gpx. "
+              "Path: " +
+                  notes);
 }
 
 TEST_F(InputFiles, EmptyFileIsAMistakeUnlessItIsOneOfSeveral)
 {
     const auto empty = folder_.put("empty.log", "");
-    EXPECT_EQ(importing({empty}),
-              "The file is empty. Copy it from the receiver again. Path: " + empty);
+    EXPECT_EQ(importing({empty}), "The file is empty. Copy it again. Path: " + empty);
     EXPECT_EQ(importing({empty, track_}), "");
     const auto emptyGpx = folder_.put("empty.gpx", "");
     EXPECT_EQ(sending({gpx_, emptyGpx}),

@@ -545,7 +545,7 @@ TEST(GpxReader, InvalidWaypointsAreSkippedOnRequest)
     EXPECT_EQ(skipped.first[1].description(),
               "a.gpx, line 4: a <wpt> has invalid coordinates: its latitude is \"91\", its "
               "longitude \"2\", so it was skipped");
-    EXPECT_EQ(skipped.first[1].suggestion(), "Correct it, and send the file again");
+    EXPECT_EQ(skipped.first[1].suggestion(), "Correct it, and try again");
     EXPECT_FALSE(host::readGpx(file, data, &skipped));
     EXPECT_EQ(skipped.count, 24U);
 }

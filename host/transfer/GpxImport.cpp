@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+// Hands over the records as they are read for a send, without the keys that only a send uses.
+
+#include "host/transfer/GpxImport.h"
+
+#include "host/base/HostError.h"
+#include "host/fitting/RecordList.h"
+#include "host/fitting/TrackSegments.h"
+#include "host/formats/GpxReader.h"
+
+#include <gps/Value.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+
+namespace host {
+namespace {
+
+using gps::TransferKind;
+
+constexpr char kPoints[] = "points";
+
+gps::Dictionary without(std::initializer_list<std::string_view> keys, const gps::Dictionary& record)
+{
+    gps::Dictionary rest;
+    for (const auto& [key, value] : record) {
+        if (std::find(keys.begin(), keys.end(), key) == keys.end())
+            rest.set(key, value);
+    }
+    return rest;
+}
+
+gps::GPSPoint pointIn(const gps::Dictionary& record)
+{
+    const auto* const point = gps::findPoint(record);
+    return point != nullptr ? *point : gps::GPSPoint{};
+}
+
+void reportWaypoint(const gps::Dictionary& record, gps::GPSOutputReceiver& status)
+{
+    status.wayPoint(pointIn(record), without({gps::kPointKey}, record));
+}
+
+void reportRoute(const gps::Dictionary& record, gps::GPSOutputReceiver& status)
+{
+    status.newRoute(without({kPoints, "number"}, record));
+    forEachRecord(record, kPoints,
+                  [&](const gps::Dictionary& point) { reportWaypoint(point, status); });
+}
+
+void reportTrack(const gps::Dictionary& record, gps::GPSOutputReceiver& status)
+{
+    status.newTrack(without({kPoints, kSegmentKey}, record));
+    forEachRecord(record, kPoints,
+                  [&](const gps::Dictionary& point) { status.trackPoint(pointIn(point), {}); });
+}
+
+template <typename Report> void reportKind(TransferKind kind, const gps::Dictionary& data,
+                                           const char* key, gps::GPSOutputReceiver& status,
+                                           Report report)
+{
+    if (!data.contains(key))
+        return;
+    status.startTransfer(kind);
+    forEachRecord(data, key, [&](const gps::Dictionary& record) { report(record, status); });
+    status.endTransfer(kind);
+}
+
+} // namespace
+
+bool isGpxFile(const std::string& file)
+{
+    constexpr std::string_view kExtension = ".gpx";
+    if (file.size() < kExtension.size())
+        return false;
+    return std::equal(
+        kExtension.begin(), kExtension.end(), file.end() - kExtension.size(),
+        [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); });
+}
+
+std::optional<gps::Error> importGpx(const std::string& file, gps::GPSOutputReceiver& status,
+                                    std::vector<gps::Error>& skipped)
+{
+    gps::Dictionary data;
+    SkippedWaypoints left;
+    if (auto failure = readGpx(file, data, &left))
+        return failure;
+    reportKind(TransferKind::kWaypoints, data, "waypoint", status, reportWaypoint);
+    reportKind(TransferKind::kRoutes, data, "route", status, reportRoute);
+    reportKind(TransferKind::kTracks, data, "track", status, reportTrack);
+    skipped = left.first;
+    if (left.count > left.first.size())
+        skipped.push_back(
+            hostError(fmt::format("{} more waypoints were skipped", left.count - left.first.size()),
+                      "Correct them, and try again", file));
+    status.gpsStateChange(0);
+    return std::nullopt;
+}
+
+} // namespace host

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// GPX files as the calls of an import.
+
+#include "host/transfer/GpxImport.h"
+
+#include "host/FakeDriver.h"
+#include "host/transfer/Download.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr char kGpx[] =
+    "<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'>"
+    "<wpt lat='1' lon='2'><ele>3</ele><name>A</name><sym>Flag</sym></wpt>\n"
+    "<wpt lat='91' lon='2'><name>B</name></wpt>"
+    "<rte><name>R</name><rtept lat='4' lon='5'><name>P</name></rtept></rte>"
+    "<trk><name>T</name><trkseg><trkpt lat='6' lon='7'><ele>8</ele></trkpt></trkseg>"
+    "<trkseg><trkpt lat='6' lon='8'/></trkseg></trk></gpx>";
+
+class GpxImport : public testing::Test {
+protected:
+    host::DownloadReport import(const std::string& file)
+    {
+        host::DownloadRequest request;
+        request.sourceFiles = {file};
+        request.output = {.path = folder_.path("out.jsonl"), .format = host::findFormat("jsonl")};
+        return host::download(driver_, request);
+    }
+
+    const support::TemporaryFolder folder_;
+    support::FakeDriver driver_;
+};
+
+TEST(GpxFile, HasItsExtensionInEitherCase)
+{
+    for (const auto* const file : {"a.gpx", "a.GPX", "/b.c/a.b.Gpx", ".gpx"})
+        EXPECT_TRUE(host::isGpxFile(file)) << file;
+    for (const auto* const file : {"", "gpx", "a.gp", "a.gpx1", "a.gpx/b"})
+        EXPECT_FALSE(host::isGpxFile(file)) << file;
+}
+
+TEST_F(GpxImport, RecordsAreReportedAsADriverDoes)
+{
+    const auto report = import(folder_.put("a.gpx", kGpx));
+    EXPECT_EQ(report.received.waypoints, 1U);
+    EXPECT_EQ(report.received.routes, 1U);
+    EXPECT_EQ(report.received.tracks, 2U);
+    EXPECT_EQ(report.received.trackPoints, 2U);
+    const auto lines = folder_.read("out.partial.jsonl");
+    EXPECT_THAT(lines, HasSubstr(
+                           R"({"event":"startTransfer","kind":3}
+{"event":"wayPoint","point":{"latitude":1,"longitude":2,"altitude":3,"time":0,"reserved":0},"extra":{"name":"A","comment":"","symbol":"Flag"}}
+{"event":"endTransfer","kind":3}
+{"event":"startTransfer","kind":2}
+{"event":"newRoute","route":{"name":"R"}})"));
+    EXPECT_THAT(lines, HasSubstr(R"({"event":"newTrack","track":{"name":"T"}}
+{"event":"trackPoint","point":{"latitude":6,"longitude":7,"altitude":8,)"));
+    EXPECT_THAT(lines, testing::EndsWith("{\"event\":\"gpsStateChange\",\"state\":0}\n"
+                                         "{\"event\":\"result\",\"error\":null}\n"));
+}
+
+TEST_F(GpxImport, SkippedWaypointMakesTheImportIncomplete)
+{
+    const auto report = import(folder_.put("a.gpx", kGpx));
+    EXPECT_FALSE(report.isComplete());
+    ASSERT_EQ(report.operations.size(), 1U);
+    ASSERT_EQ(report.operations[0].unreadable.size(), 1U);
+    EXPECT_THAT(*report.operations[0].unreadable[0].description(),
+                HasSubstr("a.gpx, line 2: a <wpt> has invalid coordinates"));
+}
+
+TEST_F(GpxImport, FileThatIsNotGpxIsAnErrorWithoutRecords)
+{
+    const auto report = import(folder_.put("a.gpx", "hello"));
+    ASSERT_EQ(report.operations.size(), 1U);
+    ASSERT_EQ(report.operations[0].errors.size(), 1U);
+    EXPECT_THAT(*report.operations[0].errors[0].description(), HasSubstr("not a GPX file"));
+    EXPECT_THAT(report.operations[0].received, IsEmpty());
+}
+
+TEST_F(GpxImport, StopIsAnInterruption)
+{
+    host::DownloadRequest request;
+    request.sourceFiles = {folder_.put("a.gpx", kGpx), folder_.path("b.gpx")};
+    request.stopRequested = [] { return true; };
+    const auto report = host::download(driver_, request);
+    EXPECT_EQ(report.operations.size(), 1U);
+    EXPECT_TRUE(report.isInterrupted());
+}
+
+} // namespace
