@@ -4,7 +4,7 @@
 #include "CharacterFilter.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
 
 namespace gps {
 
@@ -17,10 +17,17 @@ CharacterSet::CharacterSet(std::string_view characters)
 std::string stringByRemovingCharactersNotInSet(std::string_view text, const CharacterSet& set)
 {
     std::string kept;
-    kept.reserve(text.size());
-    std::copy_if(text.begin(), text.end(), std::back_inserter(kept),
-                 [&set](char c) { return set.contains(c); });
+    appendCharactersInSet(kept, text, set);
     return kept;
+}
+
+void appendCharactersInSet(std::string& out, std::string_view text, const CharacterSet& set)
+{
+    const auto begin = static_cast<std::ptrdiff_t>(out.size());
+    out += text;
+    out.erase(
+        std::remove_if(out.begin() + begin, out.end(), [&set](char c) { return !set.contains(c); }),
+        out.end());
 }
 
 } // namespace gps

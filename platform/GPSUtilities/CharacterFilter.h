@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <bitset>
 #include <cstddef>
 #include <string>
@@ -20,6 +21,10 @@ public:
     {
         return members_[static_cast<unsigned char>(c)];
     }
+    [[nodiscard]] bool containsAll(std::string_view text) const noexcept
+    {
+        return std::all_of(text.begin(), text.end(), [this](char c) { return contains(c); });
+    }
     [[nodiscard]] std::size_t size() const noexcept { return members_.count(); }
 
 private:
@@ -30,5 +35,8 @@ private:
 /// bytes of a character outside ASCII are removed. [any]
 [[nodiscard]] std::string stringByRemovingCharactersNotInSet(std::string_view text,
                                                              const CharacterSet& set);
+
+/// Appends that to another text. [any]
+void appendCharactersInSet(std::string& out, std::string_view text, const CharacterSet& set);
 
 } // namespace gps

@@ -18,8 +18,8 @@ namespace {
 constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kFirstWritableTime = 315532800; // 1980-01-01 00:00:00
 constexpr std::int64_t kLastWritableTime = 3471292799; // 2079-12-31 23:59:59
-constexpr std::int64_t kUnitsPerMinute = 100000;       // of a written coordinate's last decimal
-constexpr std::int64_t kUnitsPerDegree = 60 * kUnitsPerMinute;
+constexpr std::uint32_t kUnitsPerMinute = 100000;      // of a written coordinate's last decimal
+constexpr std::uint32_t kUnitsPerDegree = 60 * kUnitsPerMinute;
 
 /// The value of a hexadecimal digit; 16 for any other character.
 constexpr unsigned hexadecimalDigit(char c) noexcept
@@ -142,6 +142,14 @@ bool isLetter(std::string_view text, char letter) noexcept
     return text.size() == 1 && text.front() == letter;
 }
 
+/// Rounds to whole units, halves up. Precondition: the value is between 0 and 180.
+std::uint32_t nearestUnits(double degrees) noexcept
+{
+    const double units = degrees * kUnitsPerDegree;
+    const auto whole = static_cast<std::uint32_t>(units);
+    return whole + (units - whole >= 0.5 ? 1 : 0);
+}
+
 /// The two digits at an index. Precondition: both are digits.
 constexpr int twoDigits(std::string_view text, std::size_t at) noexcept
 {
@@ -230,14 +238,20 @@ std::uint8_t checksumFromSentence(std::string_view body) noexcept
 
 std::string addChecksumToNMEASentence(std::string_view body)
 {
-    static constexpr std::string_view kDigits = "0123456789ABCDEF";
-    const std::uint8_t checksum = checksumFromSentence(body);
     std::string sentence;
-    sentence.reserve(body.size() + 4);
-    sentence.append(1, '$').append(body).append(1, '*');
-    sentence += kDigits[checksum >> 4];
-    sentence += kDigits[checksum & 15];
+    sentence.reserve(1 + body.size() + kTail);
+    sentence.append(1, '$').append(body);
+    appendNMEAChecksum(sentence, 1);
     return sentence;
+}
+
+void appendNMEAChecksum(std::string& text, std::size_t body)
+{
+    static constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const std::uint8_t checksum = checksumFromSentence(std::string_view{text}.substr(body));
+    const std::array tail{'*', kDigits[checksum >> 4], kDigits[checksum & 15]};
+    static_assert(tail.size() == kTail);
+    text.append(tail.data(), tail.size());
 }
 
 double convertNMEADegreesMinutes(std::string_view degreesMinutes,
@@ -251,19 +265,32 @@ double convertNMEADegreesMinutes(std::string_view degreesMinutes,
 
 std::optional<CoordinateText> convertDegreesToNMEADegreesMinutes(double degrees, bool asLatitude)
 {
-    const double size = std::fabs(degrees);
-    if (!(size <= (asLatitude ? 90.0 : 180.0))) // also refuses a NaN
+    if (!hasNMEACoordinate(degrees, asLatitude))
         return std::nullopt;
-    const std::int64_t units = std::llround(size * static_cast<double>(kUnitsPerDegree));
+    std::array<char, kLongestNMEACoordinate> text;
+    char* const end = putNMEACoordinate(text.data(), degrees, asLatitude);
+    return CoordinateText{{text.data(), end - 2}, end[-1]};
+}
+
+char* putNMEACoordinate(char* at, double degrees, bool asLatitude) noexcept
+{
+    const std::uint32_t units = nearestUnits(std::fabs(degrees));
+    const std::uint32_t whole = units / kUnitsPerDegree;
+    const std::uint32_t rest = units % kUnitsPerDegree;
+    const std::uint32_t fraction = rest % kUnitsPerMinute;
     const bool negative = degrees < 0 && units != 0;
 
-    CoordinateText text;
-    appendPadded(text.degreesMinutes, units / kUnitsPerDegree, asLatitude ? 2 : 3);
-    appendPadded(text.degreesMinutes, units % kUnitsPerDegree / kUnitsPerMinute, 2);
-    text.degreesMinutes += '.';
-    appendPadded(text.degreesMinutes, units % kUnitsPerMinute, 5);
-    text.direction = asLatitude ? (negative ? 'S' : 'N') : (negative ? 'W' : 'E');
-    return text;
+    if (!asLatitude)
+        *at++ = static_cast<char>('0' + whole / 100);
+    putTwoDigits(at, whole % 100);
+    putTwoDigits(at + 2, rest / kUnitsPerMinute);
+    at[4] = '.';
+    at[5] = static_cast<char>('0' + fraction / 10000);
+    putTwoDigits(at + 6, fraction / 100 % 100);
+    putTwoDigits(at + 8, fraction % 100);
+    at[10] = ',';
+    at[11] = asLatitude ? (negative ? 'S' : 'N') : (negative ? 'W' : 'E');
+    return at + 12;
 }
 
 std::int64_t convertNMEADate(std::string_view date, std::string_view time) noexcept
@@ -291,16 +318,15 @@ DateTimeText makeNMEADateFrom(std::int64_t time)
         return {};
     const std::chrono::year_month_day day{
         std::chrono::sys_days{std::chrono::days{time / kSecondsPerDay}}};
-    const std::int64_t second = secondsSinceMidnight(time);
+    const auto second = static_cast<unsigned>(time % kSecondsPerDay);
 
-    DateTimeText text;
-    appendPadded(text.date, static_cast<unsigned>(day.day()), 2);
-    appendPadded(text.date, static_cast<unsigned>(day.month()), 2);
-    appendPadded(text.date, static_cast<int>(day.year()) % 100, 2);
-    appendPadded(text.time, second / 3600, 2);
-    appendPadded(text.time, second / 60 % 60, 2);
-    appendPadded(text.time, second % 60, 2);
-    text.time += ".00";
+    DateTimeText text{"DDMMYY", "HHMMSS.00"};
+    putTwoDigits(&text.date[0], static_cast<unsigned>(day.day()));
+    putTwoDigits(&text.date[2], static_cast<unsigned>(day.month()));
+    putTwoDigits(&text.date[4], static_cast<unsigned>(static_cast<int>(day.year()) % 100));
+    putTwoDigits(&text.time[0], second / 3600);
+    putTwoDigits(&text.time[2], second / 60 % 60);
+    putTwoDigits(&text.time[4], second % 60);
     return text;
 }
 

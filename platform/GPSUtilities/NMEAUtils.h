@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -54,6 +55,11 @@ checkAndTrimNMEASentence(std::string_view line) noexcept;
 /// digits, without a line end. [any]
 [[nodiscard]] std::string addChecksumToNMEASentence(std::string_view body);
 
+/// Appends "*" and the checksum of a body that is the end of a text, as
+/// addChecksumToNMEASentence() does. [any]
+/// @param body  the index of the body's first character, which follows the "$"
+void appendNMEAChecksum(std::string& text, std::size_t body);
+
 /// `convertNMEADegreesMinutes:direction:`: reads "DDMM.mmm" as degrees, negative if the direction
 /// is exactly "S" or "W". A field that does not begin with a number is 0. [any]
 [[nodiscard]] double convertNMEADegreesMinutes(std::string_view degreesMinutes,
@@ -64,6 +70,22 @@ checkAndTrimNMEASentence(std::string_view line) noexcept;
 /// @return  nullopt if the value is not finite or exceeds 90 (latitude) or 180 degrees
 [[nodiscard]] std::optional<CoordinateText> convertDegreesToNMEADegreesMinutes(double degrees,
                                                                                bool asLatitude);
+
+/// Whether convertDegreesToNMEADegreesMinutes() has a text for a value. [any]
+[[nodiscard]] constexpr bool hasNMEACoordinate(double degrees, bool asLatitude) noexcept
+{
+    const double most = asLatitude ? 90 : 180;
+    return degrees >= -most && degrees <= most; // false for a NaN
+}
+
+inline constexpr std::size_t kLongestNMEACoordinate = 13; ///< "18000.00000,W"
+
+/// Writes what convertDegreesToNMEADegreesMinutes() returns, with "," before the direction. [any]
+///
+/// Precondition: hasNMEACoordinate() returns true, and `at` has room for kLongestNMEACoordinate
+/// characters.
+/// @return  the end of what was written
+[[nodiscard]] char* putNMEACoordinate(char* at, double degrees, bool asLatitude) noexcept;
 
 /// `convertNMEADate:andTime:`: reads "DDMMYY" and "HHMMSS" as seconds since 1970-01-01 00:00 UTC,
 /// without fractions. The years 80-99 are 1980-1999, and 00-79 are 2000-2079. [any]

@@ -19,17 +19,28 @@ const gps::CharacterSet& deviceCharacterSet()
 std::string magellanStringFromDictionary(const gps::Dictionary& record, std::string_view key,
                                          int /*length*/)
 {
-    std::string text = magellanStringFromDictionary(record, key);
-    if (text.size() > kLongestName)
-        text.resize(kLongestName); // all ASCII by now, so a byte is a character
+    std::string text;
+    appendDeviceText(text, record, key, kLongestName);
     return text;
 }
 
 std::string magellanStringFromDictionary(const gps::Dictionary& record, std::string_view key)
 {
+    std::string text;
+    appendDeviceText(text, record, key);
+    return text;
+}
+
+void appendDeviceText(std::string& sentence, const gps::Dictionary& record, std::string_view key,
+                      std::size_t longest)
+{
     const auto* text = record.findString(key);
-    return text != nullptr ? gps::stringByRemovingCharactersNotInSet(*text, deviceCharacterSet())
-                           : std::string{};
+    if (text == nullptr)
+        return;
+    const auto begin = sentence.size();
+    gps::appendCharactersInSet(sentence, *text, deviceCharacterSet());
+    if (sentence.size() - begin > longest)
+        sentence.resize(begin + longest); // all ASCII by now, so a byte is a character
 }
 
 void setInDictionary(gps::Dictionary& record, std::string_view key, std::size_t index,

@@ -40,6 +40,10 @@ inline constexpr std::size_t kLongestName = 20;
 [[nodiscard]] std::string magellanStringFromDictionary(const gps::Dictionary& record,
                                                        std::string_view key);
 
+/// Appends such a text to a sentence, cut to so many characters.
+void appendDeviceText(std::string& sentence, const gps::Dictionary& record, std::string_view key,
+                      std::size_t longest = std::string::npos);
+
 /// `setInDictionary:forKey:fromIndex:ofArray:`: copies a field into a record if there are at least
 /// `index` fields; otherwise does nothing.
 /// @throws gps::RangeError  there are exactly `index` fields. Receivers write either all optional

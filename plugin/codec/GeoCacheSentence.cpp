@@ -3,6 +3,7 @@
 
 #include "GeoCacheSentence.h"
 
+#include "../common/Lines.h"
 #include "FieldText.h"
 #include "PositionFields.h"
 #include "SentenceFields.h"
@@ -10,6 +11,8 @@
 
 #include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <utility>
 
 namespace magellan {
 namespace {
@@ -37,7 +40,27 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeWidth = 7;
 
-constexpr SentenceListKind kGeoCacheList{"geocache", makeGeoCacheSentenceWithPoint,
+bool appendGeoCacheSentence(std::string& text, const gps::GPSPoint& point,
+                            const gps::Dictionary& record)
+{
+    text += '$';
+    const auto body = text.size();
+    if (!appendPosition(text, kGeoCacheSentence, point, kAltitudeWidth)) {
+        text.pop_back();
+        return false;
+    }
+    // A type given as "Geocache|Multi" is written as "GeocacheMulti": the filter removes the "|",
+    // so the prefix is kept.
+    for (const auto key : gps::kGeocacheKeys) {
+        appendDeviceText(text, record, key);
+        text += ',';
+    }
+    text.pop_back();
+    NMEAUtils::appendNMEAChecksum(text, body);
+    return true;
+}
+
+constexpr SentenceListKind kGeoCacheList{"geocache", appendGeoCacheSentence,
                                          MissingPoint::kRejectList};
 
 // The keys are those of the text fields, from kName to kTerrain.
@@ -87,27 +110,20 @@ std::optional<std::string_view> geoCacheName(const SentenceFields& fields)
 std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
-    std::string body;
-    if (!appendPosition(body, kGeoCacheSentence, point, kAltitudeWidth))
-        return std::nullopt;
-    // A type given as "Geocache|Multi" is written as "GeocacheMulti": the filter removes the "|",
-    // so the prefix is kept.
-    for (const auto key : gps::kGeocacheKeys)
-        body.append(magellanStringFromDictionary(record, key)).append(1, ',');
-    body.pop_back();
-    return NMEAUtils::addChecksumToNMEASentence(body);
-}
-
-bool visitGeoCacheSentence(const gps::Value& element,
-                           const std::function<void(std::string_view sentence)>& visit)
-{
-    return visitSentenceOf(element, kGeoCacheList, visit);
+    std::string sentence;
+    return appendGeoCacheSentence(sentence, point, record) ? std::optional{std::move(sentence)}
+                                                           : std::nullopt;
 }
 
 std::optional<std::vector<std::string>>
 makeGeocacheSentencesFromGeocacheList(const gps::Array& list)
 {
     return makeSentences(list, kGeoCacheList);
+}
+
+bool appendGeoCacheLine(const gps::Value& element, std::string& text)
+{
+    return appendSentenceOf(element, kGeoCacheList, kFileLineEnd, text);
 }
 
 } // namespace magellan

@@ -6,7 +6,6 @@
 
 #include <gps/Value.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,10 +56,8 @@ makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary&
 [[nodiscard]] std::optional<std::vector<std::string>>
 makeGeocacheSentencesFromGeocacheList(const gps::Array& list);
 
-/// Makes the sentence of one element of such a list and visits it.
+/// Appends the sentence of one element of such a list to a text, with its line end.
 /// @return  false, after a log line, if the record has no point
-[[nodiscard]] bool
-visitGeoCacheSentence(const gps::Value& element,
-                      const std::function<void(std::string_view sentence)>& visit);
+[[nodiscard]] bool appendGeoCacheLine(const gps::Value& element, std::string& text);
 
 } // namespace magellan

@@ -9,8 +9,12 @@
 #include <gps/Value.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
+#include <array>
+
 namespace magellan {
 namespace {
+
+namespace NMEAUtils = gps::NMEAUtils;
 
 // Field indices:
 //   0    1        2 3         4 5       6
@@ -31,25 +35,26 @@ void readPosition(const SentenceFields& fields, gps::GPSPoint& point)
 {
     fields.require(kPositionFields);
     point.latitude =
-        gps::NMEAUtils::convertNMEADegreesMinutes(fields.at(kLatitude), fields.at(kLatitudeLetter));
-    point.longitude = gps::NMEAUtils::convertNMEADegreesMinutes(fields.at(kLongitude),
-                                                                fields.at(kLongitudeLetter));
+        NMEAUtils::convertNMEADegreesMinutes(fields.at(kLatitude), fields.at(kLatitudeLetter));
+    point.longitude =
+        NMEAUtils::convertNMEADegreesMinutes(fields.at(kLongitude), fields.at(kLongitudeLetter));
     point.altitude = gps::leadingNumber(fields.at(kAltitude)).value_or(0);
 }
 
 bool appendPosition(std::string& body, std::string_view name, const gps::GPSPoint& point,
                     int altitudeWidth)
 {
-    const auto latitude = gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point.latitude, true);
-    const auto longitude =
-        gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point.longitude, false);
-    if (!latitude || !longitude)
+    if (!NMEAUtils::hasNMEACoordinate(point.latitude, true) ||
+        !NMEAUtils::hasNMEACoordinate(point.longitude, false))
         return false;
-    body.append(name).append(1, ',');
-    body.append(latitude->degreesMinutes).append(1, ',').append(1, latitude->direction);
-    body.append(1, ',');
-    body.append(longitude->degreesMinutes).append(1, ',').append(1, longitude->direction);
-    body.append(1, ',');
+    std::array<char, 2 * NMEAUtils::kLongestNMEACoordinate + 3> text;
+    char* at = text.data();
+    *at++ = ',';
+    at = NMEAUtils::putNMEACoordinate(at, point.latitude, true);
+    *at++ = ',';
+    at = NMEAUtils::putNMEACoordinate(at, point.longitude, false);
+    *at++ = ',';
+    body.append(name).append(text.data(), at);
     gps::appendPadded(body, gps::saturatedInt32(point.altitude), altitudeWidth);
     body += ",M,";
     return true;

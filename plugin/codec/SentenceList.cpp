@@ -7,8 +7,8 @@
 
 namespace magellan {
 
-bool visitSentenceOf(const gps::Value& element, const SentenceListKind& kind,
-                     const std::function<void(std::string_view sentence)>& visit)
+bool appendSentenceOf(const gps::Value& element, const SentenceListKind& kind,
+                      std::string_view lineEnd, std::string& text)
 {
     const auto* record = element.as<gps::Dictionary>();
     const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
@@ -16,8 +16,8 @@ bool visitSentenceOf(const gps::Value& element, const SentenceListKind& kind,
         logMissingPoint(kind.name, element);
         return kind.missingPoint == MissingPoint::kSkipRecord;
     }
-    if (const auto sentence = kind.make(*point, *record))
-        visit(*sentence);
+    if (kind.append(text, *point, *record))
+        text += lineEnd;
     else
         logFailedSentence(element);
     return true;
@@ -28,10 +28,13 @@ std::optional<std::vector<std::string>> makeSentences(const gps::Array& list,
 {
     std::vector<std::string> sentences;
     sentences.reserve(list.size());
-    const auto add = [&](std::string_view sentence) { sentences.emplace_back(sentence); };
+    std::string sentence;
     for (const auto& element : list) {
-        if (!visitSentenceOf(element, kind, add))
+        sentence.clear();
+        if (!appendSentenceOf(element, kind, {}, sentence))
             return std::nullopt;
+        if (!sentence.empty())
+            sentences.push_back(sentence);
     }
     return sentences;
 }

@@ -6,7 +6,6 @@
 
 #include <gps/Value.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,8 +13,10 @@
 
 namespace magellan {
 
-using SentenceMaker = std::optional<std::string> (*)(const gps::GPSPoint& point,
-                                                     const gps::Dictionary& record);
+/// Appends the sentence of one record to a text.
+/// @return  whether it has one. If not, the text is unchanged
+using SentenceAppender = bool (*)(std::string& text, const gps::GPSPoint& point,
+                                  const gps::Dictionary& record);
 
 /// What to do about a record without a point.
 enum class MissingPoint { kSkipRecord, kRejectList };
@@ -23,15 +24,15 @@ enum class MissingPoint { kSkipRecord, kRejectList };
 /// How one kind makes its sentences.
 struct SentenceListKind {
     std::string_view name; ///< what the log calls a record
-    SentenceMaker make;
+    SentenceAppender append;
     MissingPoint missingPoint;
 };
 
-/// Makes the sentence of one element of a list and visits it. A record without a point, or for
-/// which `make` returns nullopt, is logged and skipped.
+/// Appends the sentence of one element of a list and `lineEnd` to a text. A record without a point,
+/// or without a sentence, is logged and skipped.
 /// @return  false if the record has no point and the list is therefore rejected
-[[nodiscard]] bool visitSentenceOf(const gps::Value& element, const SentenceListKind& kind,
-                                   const std::function<void(std::string_view sentence)>& visit);
+[[nodiscard]] bool appendSentenceOf(const gps::Value& element, const SentenceListKind& kind,
+                                    std::string_view lineEnd, std::string& text);
 
 /// The sentences of all elements, in the list's order; nullopt if the list is rejected.
 [[nodiscard]] std::optional<std::vector<std::string>> makeSentences(const gps::Array& list,

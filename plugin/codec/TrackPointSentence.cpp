@@ -9,6 +9,8 @@
 #include <gps/Value.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
+#include <utility>
+
 namespace magellan {
 namespace {
 
@@ -54,12 +56,23 @@ void readTrackPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dic
 
 std::optional<std::string> makeTrackPointSentenceWithPoint(const gps::GPSPoint& point)
 {
-    std::string body;
-    if (!appendPosition(body, kTrackPointSentence, point, kAltitudeWidth))
-        return std::nullopt;
+    std::string sentence;
+    return appendTrackPointSentence(sentence, point) ? std::optional{std::move(sentence)}
+                                                     : std::nullopt;
+}
+
+bool appendTrackPointSentence(std::string& text, const gps::GPSPoint& point)
+{
+    text += '$';
+    const auto body = text.size();
+    if (!appendPosition(text, kTrackPointSentence, point, kAltitudeWidth)) {
+        text.pop_back();
+        return false;
+    }
     const auto [date, time] = NMEAUtils::makeNMEADateFrom(point.time);
-    body.append(time).append(",A,,").append(date);
-    return NMEAUtils::addChecksumToNMEASentence(body);
+    text.append(time).append(",A,,").append(date);
+    NMEAUtils::appendNMEAChecksum(text, body);
+    return true;
 }
 
 } // namespace magellan

@@ -47,4 +47,8 @@ void readTrackPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dic
 [[nodiscard]] std::optional<std::string>
 makeTrackPointSentenceWithPoint(const gps::GPSPoint& point);
 
+/// Appends that sentence to a text.
+/// @return  whether there is one. If not, the text is unchanged
+[[nodiscard]] bool appendTrackPointSentence(std::string& text, const gps::GPSPoint& point);
+
 } // namespace magellan

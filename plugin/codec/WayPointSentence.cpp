@@ -3,6 +3,7 @@
 
 #include "WayPointSentence.h"
 
+#include "../common/Lines.h"
 #include "FieldText.h"
 #include "PositionFields.h"
 #include "SentenceFields.h"
@@ -10,6 +11,8 @@
 #include "SymbolMap.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
+
+#include <utility>
 
 namespace magellan {
 namespace {
@@ -28,7 +31,25 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeWidth = 7;
 
-constexpr SentenceListKind kWayPointList{"waypoint", makeWayPointSentenceWithPoint,
+bool appendWayPointSentence(std::string& text, const gps::GPSPoint& point,
+                            const gps::Dictionary& record)
+{
+    text += '$';
+    const auto body = text.size();
+    if (!appendPosition(text, kWayPointSentence, point, kAltitudeWidth)) {
+        text.pop_back();
+        return false;
+    }
+    appendDeviceText(text, record, "name", kLongestName);
+    text += ',';
+    appendDeviceText(text, record, "comment");
+    text += ',';
+    text += SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol"));
+    NMEAUtils::appendNMEAChecksum(text, body);
+    return true;
+}
+
+constexpr SentenceListKind kWayPointList{"waypoint", appendWayPointSentence,
                                          MissingPoint::kSkipRecord};
 
 /// Validates the field count up front, so that a truncated sentence leaves the caller's point and
@@ -76,24 +97,19 @@ std::optional<std::string_view> wayPointName(const SentenceFields& fields)
 std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
-    std::string body;
-    if (!appendPosition(body, kWayPointSentence, point, kAltitudeWidth))
-        return std::nullopt;
-    body.append(magellanStringFromDictionary(record, "name", kLongestName)).append(1, ',');
-    body.append(magellanStringFromDictionary(record, "comment")).append(1, ',');
-    body.append(SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol")));
-    return NMEAUtils::addChecksumToNMEASentence(body);
-}
-
-void visitWayPointSentence(const gps::Value& element,
-                           const std::function<void(std::string_view sentence)>& visit)
-{
-    (void)visitSentenceOf(element, kWayPointList, visit); // no list is rejected
+    std::string sentence;
+    return appendWayPointSentence(sentence, point, record) ? std::optional{std::move(sentence)}
+                                                           : std::nullopt;
 }
 
 std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)
 {
-    return *makeSentences(list, kWayPointList);
+    return *makeSentences(list, kWayPointList); // no list is rejected
+}
+
+void appendWayPointLine(const gps::Value& element, std::string& text)
+{
+    (void)appendSentenceOf(element, kWayPointList, kFileLineEnd, text);
 }
 
 } // namespace magellan

@@ -6,7 +6,6 @@
 
 #include <gps/Value.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,8 +53,7 @@ makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary&
 [[nodiscard]] std::vector<std::string>
 makeWayPointSentencesFromWaypointList(const gps::Array& list);
 
-/// Makes the sentence of one element of such a list and visits it.
-void visitWayPointSentence(const gps::Value& element,
-                           const std::function<void(std::string_view sentence)>& visit);
+/// Appends the sentence of one element of such a list to a text, with its line end.
+void appendWayPointLine(const gps::Value& element, std::string& text);
 
 } // namespace magellan

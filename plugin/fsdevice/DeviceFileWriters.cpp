@@ -32,7 +32,7 @@ std::optional<gps::Error> write(std::string_view text, const std::string& path)
     return gps::FileManager{}.writeAsciiFileAtomically(path, text);
 }
 
-/// Joins the sentences of a file, which may be millions, as they are made.
+/// Joins the lines of a file, which may be millions, as they are made.
 class FileText {
 public:
     /// @param records  how many sentences to expect
@@ -42,7 +42,8 @@ public:
         text_.reserve(records * kUsualLine);
     }
 
-    void add(std::string_view sentence) { text_.append(sentence).append("\r\n"); }
+    /// The lines so far, to which lines are added.
+    [[nodiscard]] std::string& lines() noexcept { return text_; }
 
     /// Appends the closing sentence and returns the complete text.
     [[nodiscard]] std::string finish() &&
@@ -261,8 +262,8 @@ std::string trackText(const gps::Dictionary& track)
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr)
             continue;
-        if (const auto sentence = makeTrackPointSentenceWithPoint(*point))
-            text.add(*sentence);
+        if (appendTrackPointSentence(text.lines(), *point))
+            text.lines() += kFileLineEnd;
         else
             logFailedSentence(element);
     }
@@ -279,9 +280,8 @@ std::string mergedWaypointText(const gps::Array& records, std::string_view prese
             merge.set(*name, element);
     }
     FileText text{merge.size()};
-    const auto add = [&](std::string_view sentence) { text.add(sentence); };
     (void)merge.forEach([&](const gps::Value& element) {
-        visitWayPointSentence(element, add);
+        appendWayPointLine(element, text.lines());
         return true;
     });
     return std::move(text).finish();
@@ -299,9 +299,8 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::st
             merge.set(keys.emplace_back(*std::move(key)), element);
     }
     FileText text{merge.size()};
-    const auto add = [&](std::string_view sentence) { text.add(sentence); };
     const bool isComplete = merge.forEach(
-        [&](const gps::Value& element) { return visitGeoCacheSentence(element, add); });
+        [&](const gps::Value& element) { return appendGeoCacheLine(element, text.lines()); });
     return isComplete ? std::optional{std::move(text).finish()} : std::nullopt;
 }
 
@@ -319,13 +318,13 @@ std::string mergedRouteText(const gps::Array& records, std::string_view present,
     const auto list = sortedByName(waypoints.takeValues());
     FileText text{2 * list.size()};
     for (const auto& element : list)
-        visitWayPointSentence(element, [&](std::string_view sentence) { text.add(sentence); });
+        appendWayPointLine(element, text.lines());
     std::int32_t number = 0;
     for (const auto& element : routes.takeValues()) {
         auto route = *element.as<gps::Dictionary>();
         route.set("number", ++number);
         for (const auto& sentence : makeRouteSentencesFromWaypointList(pointsOf(route), route))
-            text.add(sentence);
+            text.lines().append(sentence).append(kFileLineEnd);
     }
     return std::move(text).finish();
 }

@@ -37,9 +37,8 @@ public:
     void addChange(std::string_view kind, std::string_view key, const std::string& before,
                    const std::string& after)
     {
-        if (before != after)
-            add("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} +
-                " becomes \"" + after + "\".");
+        add("The " + std::string{key} + " \"" + before + "\" of a " + std::string{kind} +
+            " becomes \"" + after + "\".");
     }
 
 private:
@@ -51,15 +50,12 @@ void remarkOnText(std::string_view kind, const gps::Dictionary& record, std::str
                   bool cut, Remarks& remarks)
 {
     const auto* text = record.findString(key);
-    if (text != nullptr)
+    const bool isKept = text == nullptr || (deviceCharacterSet().containsAll(*text) &&
+                                            !(cut && text->size() > kLongestName));
+    if (!isKept)
         remarks.addChange(kind, key, *text,
                           cut ? magellanStringFromDictionary(record, key, kLongestName)
                               : magellanStringFromDictionary(record, key));
-}
-
-bool hasOnlyDeviceCharacters(std::string_view text)
-{
-    return gps::stringByRemovingCharactersNotInSet(text, deviceCharacterSet()) == text;
 }
 
 /// A symbol without an icon is written as the crossed box. A short unknown symbol is written
@@ -75,7 +71,7 @@ void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
         *symbol != kMagellanSymbol_crossed_box)
         remarks.add("The symbol \"" + *symbol + "\" has no icon and becomes \"" +
                     std::string{map.symbolStringFromMagellanIcon(icon)} + "\".");
-    if (icon == *symbol && !hasOnlyDeviceCharacters(icon))
+    if (icon == *symbol && !deviceCharacterSet().containsAll(icon))
         remarks.add("The symbol \"" + *symbol +
                     "\" is written as it is and would damage its line: choose another one.");
 }
@@ -83,9 +79,8 @@ void remarkOnSymbol(const gps::Dictionary& record, Remarks& remarks)
 bool canBeWritten(const gps::Dictionary& record)
 {
     const auto* point = gps::findPoint(record);
-    return point != nullptr &&
-           gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->latitude, true) &&
-           gps::NMEAUtils::convertDegreesToNMEADegreesMinutes(point->longitude, false);
+    return point != nullptr && gps::NMEAUtils::hasNMEACoordinate(point->latitude, true) &&
+           gps::NMEAUtils::hasNMEACoordinate(point->longitude, false);
 }
 
 void remarkOnPosition(std::string_view kind, const gps::Dictionary& record, Remarks& remarks)

@@ -271,14 +271,13 @@ void appendInteger(std::string& out, std::int64_t value)
 
 void appendPadded(std::string& out, std::int64_t value, int width)
 {
-    std::array<char, 24> text;
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
-    const char* const digits = text.data() + (value < 0 ? 1 : 0);
-    if (value < 0)
-        out.push_back('-');
-    for (auto length = end - text.data(); length < width; ++length)
-        out.push_back('0');
-    out.append(digits, static_cast<std::size_t>(end - digits));
+    std::array<char, kMostOfInteger> text;
+    char* const end = putInteger(text.data(), value);
+    char* const digits = text.data() + (value < 0 ? 1 : 0);
+    out.append(text.data(), digits);
+    if (const auto length = end - text.data(); length < width)
+        out.append(static_cast<std::size_t>(width - length), '0');
+    out.append(digits, end);
 }
 
 } // namespace gps

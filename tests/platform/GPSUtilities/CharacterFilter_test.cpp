@@ -38,6 +38,21 @@ TEST(CharacterFilter, AnEmptySetKeepsNothing)
     EXPECT_EQ(stringByRemovingCharactersNotInSet("aeiou", CharacterSet{""}), "");
 }
 
+TEST(CharacterFilter, TextThatIsThereAlreadyIsNotFiltered)
+{
+    std::string text = "xyz";
+    appendCharactersInSet(text, "alien", vowels());
+    EXPECT_EQ(text, "xyzaie");
+}
+
+TEST(CharacterFilter, ASetContainsATextIfItContainsEachCharacter)
+{
+    EXPECT_TRUE(vowels().containsAll("aeiou"));
+    EXPECT_TRUE(vowels().containsAll(""));
+    EXPECT_FALSE(vowels().containsAll("aeioux"));
+    EXPECT_FALSE(vowels().containsAll("\xE1"));
+}
+
 TEST(CharacterFilter, ASetCountsEachCharacterOnce)
 {
     EXPECT_EQ(CharacterSet{"aabbc"}.size(), 3U);

@@ -162,6 +162,13 @@ TEST(NMEAUtilsChecksum, IsAcceptedAfterItWasAppended)
         EXPECT_EQ(checkAndTrimNMEASentence(addChecksumToNMEASentence(body)), body);
 }
 
+TEST(NMEAUtilsChecksum, OfABodyInPlaceCoversOnlyThatBody)
+{
+    std::string text = "$AB*03\r\n$PMGNCMD,END";
+    appendNMEAChecksum(text, 9);
+    EXPECT_EQ(text, "$AB*03\r\n$PMGNCMD,END*3D");
+}
+
 struct ReadCoordinate {
     std::string_view text;
     std::string_view direction;
@@ -271,6 +278,7 @@ struct WrittenCoordinate {
 std::string written(double degrees, bool asLatitude)
 {
     const auto text = convertDegreesToNMEADegreesMinutes(degrees, asLatitude);
+    EXPECT_EQ(text.has_value(), hasNMEACoordinate(degrees, asLatitude));
     return text ? text->degreesMinutes + "," + text->direction : "";
 }
 

@@ -95,6 +95,15 @@ TEST(FieldText, AMissingKeyOrAValueThatIsNotATextIsAnEmptyField)
 
 constexpr char kEight[] = "f0,f1,f2,f3,f4,f5,f6,f7";
 
+TEST(FieldText, TextBeforeAnAppendedOneCountsNeitherForTheFilterNorForTheCut)
+{
+    std::string sentence = "$PMGNWPL,*,";
+    appendDeviceText(sentence, {{"key", "a*bcd"}}, "key", 3);
+    EXPECT_EQ(sentence, "$PMGNWPL,*,abc");
+    appendDeviceText(sentence, {}, "key", 3);
+    EXPECT_EQ(sentence, "$PMGNWPL,*,abc");
+}
+
 TEST(SetInDictionary, AnIndexEqualToTheCountThrowsAndOneBelowIsStored)
 {
     gps::Dictionary record;

@@ -17,11 +17,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-/// Makes a text of its arguments; makes none for a record without a name.
-std::optional<std::string> described(const gps::GPSPoint& point, const gps::Dictionary& record)
+/// Appends a text of its arguments; nothing for a record without a name.
+bool appendDescription(std::string& text, const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     const auto* name = record.findString("name");
-    return name != nullptr ? std::optional{*name + " " + gps::describe(point)} : std::nullopt;
+    if (name != nullptr)
+        text += *name + " " + gps::describe(point);
+    return name != nullptr;
 }
 
 gps::Dictionary record(const char* name, double latitude)
@@ -34,16 +36,27 @@ TEST(SentenceList, HasOneSentencePerRecordInTheListsOrder)
     const support::LogCapture log;
     EXPECT_THAT(
         makeSentences({record("B", 1), record("A", 2), record("B", 1)},
-                      {"thing", described, MissingPoint::kSkipRecord}),
+                      {"thing", appendDescription, MissingPoint::kSkipRecord}),
         Optional(ElementsAre("B (1, 0, 0, 0, 0)", "A (2, 0, 0, 0, 0)", "B (1, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
+TEST(SentenceList, ASentenceIsAppendedWithItsLineEndAndAnythingElseLeavesTheTextUnchanged)
+{
+    const support::LogCapture log;
+    std::string text = "before\n";
+    const SentenceListKind kind{"thing", appendDescription, MissingPoint::kRejectList};
+    EXPECT_TRUE(appendSentenceOf(record("A", 1), kind, "\n", text));
+    EXPECT_TRUE(appendSentenceOf(gps::Dictionary{{"point", gps::GPSPoint{}}}, kind, "\n", text));
+    EXPECT_FALSE(appendSentenceOf(gps::Dictionary{{"name", "B"}}, kind, "\n", text));
+    EXPECT_EQ(text, "before\nA (1, 0, 0, 0, 0)\n");
+}
+
 TEST(SentenceList, AnEmptyListYieldsAnEmptyList)
 {
-    EXPECT_THAT(makeSentences({}, {"thing", described, MissingPoint::kSkipRecord}),
+    EXPECT_THAT(makeSentences({}, {"thing", appendDescription, MissingPoint::kSkipRecord}),
                 Optional(IsEmpty()));
-    EXPECT_THAT(makeSentences({}, {"thing", described, MissingPoint::kRejectList}),
+    EXPECT_THAT(makeSentences({}, {"thing", appendDescription, MissingPoint::kRejectList}),
                 Optional(IsEmpty()));
 }
 
@@ -51,7 +64,7 @@ TEST(SentenceList, ARecordWithoutItsPointIsSkippedWithOneLogLine)
 {
     const support::LogCapture log;
     EXPECT_THAT(makeSentences({record("A", 1), gps::Dictionary{{"name", "B"}}, record("C", 3)},
-                              {"thing", described, MissingPoint::kSkipRecord}),
+                              {"thing", appendDescription, MissingPoint::kSkipRecord}),
                 Optional(ElementsAre("A (1, 0, 0, 0, 0)", "C (3, 0, 0, 0, 0)")));
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -61,7 +74,7 @@ TEST(SentenceList, ARecordWithoutItsPointRejectsTheListIfRequested)
     const support::LogCapture log;
     EXPECT_EQ(makeSentences(
                   {record("A", 1), gps::Dictionary{{"name", "B"}}, gps::Dictionary{{"name", "C"}}},
-                  {"thing", described, MissingPoint::kRejectList}),
+                  {"thing", appendDescription, MissingPoint::kRejectList}),
               std::nullopt);
     EXPECT_THAT(log.lines(), ElementsAre("thing B contains no point --\n{name = \"B\"}"));
 }
@@ -71,7 +84,7 @@ TEST(SentenceList, ARecordThatCannotBeWrittenIsSkippedWithOneLogLineInEitherCase
     for (const auto missingPoint : {MissingPoint::kSkipRecord, MissingPoint::kRejectList}) {
         const support::LogCapture log;
         EXPECT_THAT(makeSentences({gps::Dictionary{{"point", gps::GPSPoint{}}}, record("B", 2)},
-                                  {"thing", described, missingPoint}),
+                                  {"thing", appendDescription, missingPoint}),
                     Optional(ElementsAre("B (2, 0, 0, 0, 0)")));
         EXPECT_THAT(
             log.lines(),

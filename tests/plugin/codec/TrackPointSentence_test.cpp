@@ -284,6 +284,15 @@ TEST(WriteTrackPoint, ACoordinateWithoutATextMakesNoSentence)
     EXPECT_TRUE(makeTrackPointSentenceWithPoint({-90, -180, 0, 0, 0}));
 }
 
+TEST(WriteTrackPoint, ASentenceIsAppendedAndWithoutOneTheTextIsUnchanged)
+{
+    std::string text = "before\r\n";
+    EXPECT_FALSE(appendTrackPointSentence(text, {91, 0, 0, 0, 0}));
+    EXPECT_EQ(text, "before\r\n");
+    EXPECT_TRUE(appendTrackPointSentence(text, {46.5, 7.5, 0, 0, 0}));
+    EXPECT_EQ(text, "before\r\n" + sentence("PMGNTRK,4630.00000,N,00730.00000,E,00000,M,,A,,"));
+}
+
 TEST(WriteTrackPoint, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
 {
     for (const auto* latitude : {"N", "S"}) {
