@@ -113,6 +113,19 @@ void checkRouteSentence(std::string_view line)
                       "a written sentence, read and written again, is unchanged");
 }
 
+template <typename Predicate, typename Rewrite> void
+checkAsWritten(std::string_view line, std::string_view name, Predicate isAsWritten, Rewrite rewrite)
+{
+    const auto fields = magellan::SentenceFields::ofSentence(line, name);
+    if (!fields || !isAsWritten(*fields))
+        return;
+    const auto written = rewrite(*fields);
+    fuzz::require(written.has_value() &&
+                      magellan::SentenceFields::ofSentence(*written, name)->from(0) ==
+                          fields->from(0),
+                  "a sentence that is as it would be written is written like that");
+}
+
 void checkLine(std::string_view line)
 {
     checkPointSentence(line, magellan::interpretTrackPointSentence, [](const PointRecord& r) {
@@ -128,6 +141,18 @@ void checkLine(std::string_view line)
               magellan::wayPointName);
     checkName(line, magellan::kGeoCacheSentence, magellan::interpretGeoCacheSentence,
               magellan::geoCacheName);
+    checkAsWritten(line, magellan::kWayPointSentence, magellan::isWayPointAsWritten,
+                   [](const magellan::SentenceFields& fields) {
+                       PointRecord r;
+                       magellan::readWayPoint(fields, r.point, &r.record);
+                       return magellan::makeWayPointSentenceWithPoint(r.point, r.record);
+                   });
+    checkAsWritten(line, magellan::kGeoCacheSentence, magellan::isGeoCacheAsWritten,
+                   [](const magellan::SentenceFields& fields) {
+                       PointRecord r;
+                       magellan::readGeoCache(fields, r.point, &r.record);
+                       return magellan::makeGeoCacheSentenceWithPoint(r.point, r.record);
+                   });
     checkRouteSentence(line);
 }
 

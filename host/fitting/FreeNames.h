@@ -28,7 +28,7 @@ public:
     explicit FreeNames(std::size_t longest) : longest_(longest) {}
     FreeNames(FreeNames&&) noexcept = default; // a copy would point into the original
 
-    /// Adds a name that the receiver holds, and where.
+    /// Adds a name that the receiver holds, and where. Has no effect on a name that was claimed.
     void addOnDevice(const std::string& name, const gps::GPSPoint& point);
 
     /// Claims exactly this name, whether or not the receiver holds it.

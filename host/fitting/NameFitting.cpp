@@ -15,6 +15,8 @@
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <span>
 #include <unordered_map>
@@ -40,6 +42,20 @@ constexpr Kind kRoutePoint{"route point", "Waypoint"};
 struct NamedRecord {
     gps::Dictionary* record;
     const Kind* kind;
+};
+
+// Records among which names must be unique.
+struct NameScope {
+    explicit NameScope(std::size_t longestName) : names(longestName) {}
+
+    // Adds a record to send.
+    void add(const NamedRecord& named) { all.push_back(named); }
+
+    std::vector<NamedRecord> all;
+    std::vector<NamedRecord> good; // those that keep their names
+    std::vector<NamedRecord> rest;
+    FreeNames names;       // knows the names on the receiver
+    PointNames pointNames; // knows the positions of the route points on the receiver
 };
 
 std::string nameIn(const gps::Dictionary& record)
@@ -90,11 +106,12 @@ public:
 
     void fitTexts(const NamedRecord& named);
 
-    // Gives all records of one scope their names.
-    // @param names       knows the names on the receiver
-    // @param pointNames  knows the positions of the route points on the receiver
-    void fitNames(const std::vector<NamedRecord>& records, FreeNames names,
-                  PointNames pointNames = {});
+    // Gives the records of a scope that can keep their names those names. Depends on the receiver
+    // only for route points.
+    void claimGoodNames(NameScope& scope) const;
+
+    // Gives the other records their names.
+    void assignNames(NameScope& scope);
 
     [[nodiscard]] std::vector<TextChange> takeChanges() { return std::move(changes_); }
 
@@ -105,15 +122,7 @@ private:
         std::unordered_map<std::string, std::string> byOldName; // of the first record that had it
     };
 
-    // Records by whether they keep their names.
-    struct Sorted {
-        std::vector<NamedRecord> good;
-        std::vector<NamedRecord> rest;
-    };
-
-    [[nodiscard]] Sorted claimGoodNames(const std::vector<NamedRecord>& records, FreeNames& names,
-                                        PointNames& pointNames) const;
-    [[nodiscard]] static Assigned namesOf(const Sorted& records);
+    [[nodiscard]] static Assigned namesOf(const NameScope& scope);
     [[nodiscard]] std::string nameOf(const NamedRecord& named, FreeNames& names,
                                      Assigned& assigned);
     [[nodiscard]] std::string pointNameOf(const NamedRecord& named, FreeNames& names,
@@ -139,53 +148,47 @@ void NameFitter::fitTexts(const NamedRecord& named)
     }
 }
 
-void NameFitter::fitNames(const std::vector<NamedRecord>& records, FreeNames names,
-                          PointNames pointNames)
+void NameFitter::claimGoodNames(NameScope& scope) const
 {
-    const auto sorted = claimGoodNames(records, names, pointNames);
-    const auto& rest = sorted.rest;
-    auto assigned = namesOf(sorted);
-    for (const auto& named : rest) {
-        if (named.kind != &kRoutePoint)
-            rename(named, nameOf(named, names, assigned));
-    }
-    // A route point at its waypoint's position must get the waypoint's name, even if another route
-    // point of that name comes first. So these positions claim their names before any is assigned.
-    for (const auto& named : rest) {
-        const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
-                                                   : assigned.byIdentity.end();
-        if (at != assigned.byIdentity.end())
-            (void)pointNames.claim(at->second, pointOf(*named.record));
-    }
-    for (const auto& named : rest) {
-        if (named.kind == &kRoutePoint)
-            rename(named, pointNameOf(named, names, pointNames, assigned));
+    for (const auto& named : scope.all) {
+        const auto name = nameIn(*named.record);
+        const bool isKept =
+            isGood(named, name) && scope.names.claim(name) &&
+            (named.kind != &kRoutePoint || scope.pointNames.claim(name, pointOf(*named.record)));
+        (isKept ? scope.good : scope.rest).push_back(named);
     }
 }
 
-NameFitter::Sorted NameFitter::claimGoodNames(const std::vector<NamedRecord>& records,
-                                              FreeNames& names, PointNames& pointNames) const
+void NameFitter::assignNames(NameScope& scope)
 {
-    Sorted sorted;
-    for (const auto& named : records) {
-        const auto name = nameIn(*named.record);
-        const bool isKept =
-            isGood(named, name) && names.claim(name) &&
-            (named.kind != &kRoutePoint || pointNames.claim(name, pointOf(*named.record)));
-        (isKept ? sorted.good : sorted.rest).push_back(named);
+    auto assigned = namesOf(scope);
+    for (const auto& named : scope.rest) {
+        if (named.kind != &kRoutePoint)
+            rename(named, nameOf(named, scope.names, assigned));
     }
-    return sorted;
+    // A route point at its waypoint's position must get the waypoint's name, even if another route
+    // point of that name comes first. So these positions claim their names before any is assigned.
+    for (const auto& named : scope.rest) {
+        const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
+                                                   : assigned.byIdentity.end();
+        if (at != assigned.byIdentity.end())
+            (void)scope.pointNames.claim(at->second, pointOf(*named.record));
+    }
+    for (const auto& named : scope.rest) {
+        if (named.kind == &kRoutePoint)
+            rename(named, pointNameOf(named, scope.names, scope.pointNames, assigned));
+    }
 }
 
 // The names of the good records that the rest may share. Usually there are few: the texts of all
 // records would take as much memory as the records.
-NameFitter::Assigned NameFitter::namesOf(const Sorted& records)
+NameFitter::Assigned NameFitter::namesOf(const NameScope& scope)
 {
     std::unordered_set<std::string> needed;
-    for (const auto& named : records.rest)
+    for (const auto& named : scope.rest)
         needed.insert(nameIn(*named.record));
     Assigned assigned;
-    for (const auto& named : records.good) {
+    for (const auto& named : scope.good) {
         const auto name = nameIn(*named.record);
         if (!needed.contains(name))
             continue;
@@ -249,36 +252,34 @@ std::string NameFitter::newName(const NamedRecord& named, FreeNames& names)
     return after;
 }
 
-// The three scopes within which names must be unique: waypoints with route points, geocaches, and
-// routes. Each has the records to send and the names on the receiver.
+// The three scopes: waypoints with route points, which a receiver looks up by name, geocaches, and
+// routes.
 struct NameScopes {
     explicit NameScopes(const TextRules& rules)
-        : waypointNames(rules.longestName), routeNames(rules.longestName)
+        : waypoints(rules.longestName), routes(rules.longestName)
     {}
 
     void addOnDevice(std::string_view key, const gps::Dictionary& record);
     void add(gps::Dictionary& data);
+    [[nodiscard]] std::array<NameScope*, 3> all() { return {&waypoints, &geocaches, &routes}; }
 
-    std::vector<NamedRecord> waypoints; // and route points, which a receiver looks up by name
-    std::vector<NamedRecord> geocaches;
-    std::vector<NamedRecord> routes;
-    FreeNames waypointNames;
-    PointNames pointNames;
-    FreeNames geocacheNames{std::numeric_limits<std::size_t>::max()};
-    FreeNames routeNames;
+    NameScope waypoints;
+    NameScope geocaches{std::numeric_limits<std::size_t>::max()};
+    NameScope routes;
+    bool haveRoutePoints = false;
 };
 
 void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record)
 {
-    const auto addTo = [](FreeNames& names, const gps::Dictionary& named) {
-        names.addOnDevice(nameIn(named), pointOf(named));
+    const auto addTo = [](NameScope& scope, const gps::Dictionary& named) {
+        scope.names.addOnDevice(nameIn(named), pointOf(named));
     };
     if (key == "waypoint")
-        return addTo(gps::isGeocache(record) ? geocacheNames : waypointNames, record);
-    addTo(routeNames, record);
+        return addTo(gps::isGeocache(record) ? geocaches : waypoints, record);
+    addTo(routes, record);
     forEachRecord(record, "points", [&](const gps::Dictionary& point) {
-        addTo(waypointNames, point);
-        pointNames.addOnDevice(nameIn(point), pointOf(point));
+        addTo(waypoints, point);
+        waypoints.pointNames.addOnDevice(nameIn(point), pointOf(point));
     });
 }
 
@@ -286,14 +287,15 @@ void NameScopes::add(gps::Dictionary& data)
 {
     forEachRecord(data, "waypoint", [&](gps::Dictionary& record) {
         if (gps::isGeocache(record))
-            geocaches.push_back({&record, &kGeocache});
+            geocaches.add({&record, &kGeocache});
         else
-            waypoints.push_back({&record, &kWaypoint});
+            waypoints.add({&record, &kWaypoint});
     });
     forEachRecord(data, "route", [&](gps::Dictionary& route) {
-        routes.push_back({&route, &kRoute});
+        routes.add({&route, &kRoute});
         forEachRecord(route, "points", [&](gps::Dictionary& point) {
-            waypoints.push_back({&point, &kRoutePoint});
+            waypoints.add({&point, &kRoutePoint});
+            haveRoutePoints = true;
         });
     });
 }
@@ -304,20 +306,31 @@ std::vector<TextChange> fitNames(gps::Dictionary& data, const RecordSource& onDe
                                  const TextRules& rules)
 {
     NameScopes scopes{rules};
-    onDevice([&](std::string_view key, const gps::Dictionary& record) {
-        scopes.addOnDevice(key, record);
-    });
     scopes.add(data);
+    const auto all = scopes.all();
+    const auto readDevice = [&] {
+        onDevice([&](std::string_view key, const gps::Dictionary& record) {
+            scopes.addOnDevice(key, record);
+        });
+    };
 
     NameFitter fitter{rules};
-    for (const auto* const records : {&scopes.waypoints, &scopes.geocaches, &scopes.routes}) {
-        for (const auto& named : *records)
+    for (const auto* const scope : all) {
+        for (const auto& named : scope->all)
             fitter.fitTexts(named);
     }
-    fitter.fitNames(scopes.waypoints, std::move(scopes.waypointNames),
-                    std::move(scopes.pointNames));
-    fitter.fitNames(scopes.geocaches, std::move(scopes.geocacheNames));
-    fitter.fitNames(scopes.routes, std::move(scopes.routeNames));
+    // Most sends are of records that keep their names. What the receiver holds, which may be a
+    // hundred times as much, matters only to others and to route points.
+    if (scopes.haveRoutePoints)
+        readDevice();
+    for (auto* const scope : all)
+        fitter.claimGoodNames(*scope);
+    if (!scopes.haveRoutePoints && std::any_of(all.begin(), all.end(), [](const NameScope* scope) {
+            return !scope->rest.empty();
+        }))
+        readDevice();
+    for (auto* const scope : all)
+        fitter.assignNames(*scope);
     return fitter.takeChanges();
 }
 

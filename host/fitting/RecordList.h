@@ -31,4 +31,8 @@ void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& vi
 /// decoded one by one at each call. Never empty.
 using RecordSource = std::function<void(const gps::RecordVisitor& visit)>;
 
+/// The same for the records that a filter chooses.
+using ChosenRecordSource =
+    std::function<void(const gps::RecordFilter& isChosen, const gps::RecordVisitor& visit)>;
+
 } // namespace host

@@ -16,9 +16,18 @@ constexpr double kUnitsPerDegree = 60 * 1e5;
 
 // Rounds halves away from zero, on either side of the equator alike; matches() allows for receivers
 // that round them otherwise.
-std::int64_t unitsOf(double degrees) noexcept
+// Precondition: the value is a valid coordinate.
+std::int32_t unitsOf(double degrees) noexcept
 {
-    return std::llround(degrees * kUnitsPerDegree);
+    const double units = std::abs(degrees) * kUnitsPerDegree;
+    const auto whole = static_cast<std::int32_t>(units);
+    const auto nearest = whole + (units - whole >= 0.5 ? 1 : 0);
+    return degrees < 0 ? -nearest : nearest;
+}
+
+std::int64_t unitsBetween(std::int32_t a, std::int32_t b) noexcept
+{
+    return std::abs(std::int64_t{a} - b);
 }
 
 } // namespace
@@ -32,8 +41,8 @@ std::optional<DevicePosition> DevicePosition::of(const gps::GPSPoint& point) noe
 
 bool DevicePosition::matches(const DevicePosition& other) const noexcept
 {
-    return std::abs(latitude_ - other.latitude_) <= 1 &&
-           std::abs(longitude_ - other.longitude_) <= 1;
+    return unitsBetween(latitude_, other.latitude_) <= 1 &&
+           unitsBetween(longitude_, other.longitude_) <= 1;
 }
 
 std::int64_t DevicePosition::key() const noexcept

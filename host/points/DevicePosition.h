@@ -36,12 +36,12 @@ public:
     [[nodiscard]] std::array<std::int64_t, 9> matchingKeys() const noexcept;
 
 private:
-    DevicePosition(std::int64_t latitude, std::int64_t longitude) noexcept
+    DevicePosition(std::int32_t latitude, std::int32_t longitude) noexcept
         : latitude_(latitude), longitude_(longitude)
     {}
 
-    std::int64_t latitude_;
-    std::int64_t longitude_;
+    std::int32_t latitude_;
+    std::int32_t longitude_;
 };
 
 /// The altitude that a receiver stores: whole metres, without rounding, and 0 if it is unknown.

@@ -7,21 +7,30 @@
 
 #include "host/points/DevicePosition.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <unordered_set>
+#include <vector>
 
 namespace host {
 
 class DevicePositionSet {
 public:
-    /// A point without valid coordinates is ignored.
+    /// Adds a point. One without valid coordinates is ignored.
+    /// Precondition: contains() was not called yet.
     void add(const gps::GPSPoint& point);
 
-    /// Whether a point that was added matches this one. Takes constant time.
-    [[nodiscard]] bool contains(const gps::GPSPoint& point) const;
+    /// Whether a point that was added matches this one. Takes the least time for points in the
+    /// order in which they were added, which is how devices store what is sent; others may be
+    /// between them. Otherwise takes logarithmic time.
+    [[nodiscard]] bool contains(const gps::GPSPoint& point);
 
 private:
-    std::unordered_set<std::int64_t> keys_;
+    [[nodiscard]] bool follows(const DevicePosition& position) noexcept;
+    [[nodiscard]] bool isAnywhere(const DevicePosition& position);
+
+    std::vector<DevicePosition> positions_; // in the order of the calls
+    std::size_t next_ = 0;                  // those before it are no longer looked at in order
+    std::vector<std::int64_t> sortedKeys_;  // empty until a point is not in order
 };
 
 } // namespace host

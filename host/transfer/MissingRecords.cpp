@@ -39,7 +39,10 @@ public:
     {
         for (const auto& file : plan.files) {
             if (file.action != gps::PlannedFile::Action::kSkip)
-                add(file, device);
+                device.visitPointsIn(file.path, file.content,
+                                     [this](std::string_view key, const gps::GPSPoint& point) {
+                                         positionsOf(key).add(point);
+                                     });
         }
     }
 
@@ -48,21 +51,11 @@ public:
     DevicePositionSet trackPoints;
 
 private:
-    void add(const gps::PlannedFile& file, const gps::GPSFileDevice& device)
+    DevicePositionSet& positionsOf(std::string_view key)
     {
-        const auto addTo = [](DevicePositionSet& positions) {
-            return [&positions](const gps::Dictionary& record) {
-                if (const auto* const point = gps::findPoint(record))
-                    positions.add(*point);
-            };
-        };
-        const auto addRecord = [&](std::string_view key, const gps::Dictionary& record) {
-            if (key == "waypoint")
-                addTo(waypoints)(record);
-            else
-                forEachElement(record, "points", addTo(key == "route" ? routePoints : trackPoints));
-        };
-        device.visitRecordsIn(file.path, file.content, addRecord);
+        if (key == "track")
+            return trackPoints;
+        return key == "route" ? routePoints : waypoints;
     }
 };
 
@@ -71,9 +64,9 @@ private:
 std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
                                           const gps::GPSFileDevice& device)
 {
-    const PlannedPositions planned{plan, device};
+    PlannedPositions planned{plan, device};
     std::vector<MissingRecord> missing;
-    const auto check = [&missing](std::string_view kind, const DevicePositionSet& positions) {
+    const auto check = [&missing](std::string_view kind, DevicePositionSet& positions) {
         return [&missing, &positions, kind](const gps::Dictionary& record) {
             const auto* const point = gps::findPoint(record);
             if (point != nullptr && positions.contains(*point))

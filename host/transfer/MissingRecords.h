@@ -19,7 +19,7 @@ struct MissingRecord {
     std::optional<std::string> name;
 };
 
-/// Decodes the planned files and looks for each record by its kind and its position.
+/// Decodes the points of the planned files and looks for each record by its kind and its position.
 /// @param data    the records to send
 /// @param device  decodes the files
 /// @return        the records that are in none of them, in the order of the data

@@ -10,6 +10,7 @@
 #include <gps/Geocache.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -54,6 +55,12 @@ public:
             if (!isNew)
                 at->second.others.push_back(&record);
         });
+    }
+
+    // Whether there is a record to send of this name.
+    [[nodiscard]] bool hasName(std::string_view key, std::string_view name) const
+    {
+        return key == scope_.key && byName_.contains(name);
     }
 
     void compare(std::string_view key, const gps::Dictionary& onDevice)
@@ -120,7 +127,7 @@ void removeRecords(gps::Dictionary& data, std::string_view key, const Predicate&
 
 } // namespace
 
-RecordCounts removePresentRecords(gps::Dictionary& data, const RecordSource& onDevice,
+RecordCounts removePresentRecords(gps::Dictionary& data, const ChosenRecordSource& onDevice,
                                   const gps::GPSFileDevice& device)
 {
     const auto before = countRecords(data);
@@ -128,10 +135,17 @@ RecordCounts removePresentRecords(gps::Dictionary& data, const RecordSource& onD
     PresentRecords waypoints{kWaypoints, data, comparison};
     PresentRecords geocaches{kGeocaches, data, comparison};
     PresentRecords routes{kRoutes, data, comparison};
-    onDevice([&](std::string_view key, const gps::Dictionary& record) {
-        for (auto* const scope : {&waypoints, &geocaches, &routes})
-            scope->compare(key, record);
-    });
+    const std::array scopes{&waypoints, &geocaches, &routes};
+    onDevice(
+        [&](std::string_view key, std::string_view name) {
+            return std::any_of(scopes.begin(), scopes.end(), [&](const PresentRecords* scope) {
+                return scope->hasName(key, name);
+            });
+        },
+        [&](std::string_view key, const gps::Dictionary& record) {
+            for (auto* const scope : scopes)
+                scope->compare(key, record);
+        });
     removeRecords(data, kWaypoints.key, [&](const gps::Dictionary& record) {
         return waypoints.isPresent(record) || geocaches.isPresent(record);
     });

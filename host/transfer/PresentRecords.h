@@ -15,10 +15,11 @@ namespace host {
 /// name, each may replace another.
 /// @param data      the records to send; changed in place. A kind that is left without records
 ///                  loses its key
-/// @param onDevice  visits the records of the device
+/// @param onDevice  visits records of the device
 /// @param device    knows which symbols are the same to the device
 /// @return          how many were removed
-[[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data, const RecordSource& onDevice,
+[[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data,
+                                                const ChosenRecordSource& onDevice,
                                                 const gps::GPSFileDevice& device);
 
 } // namespace host

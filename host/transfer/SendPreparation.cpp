@@ -30,7 +30,12 @@ void fitToDevice(PreparedSend& send)
             {gps::CharacterSet{send.files->deviceCharacters()}, send.files->longestName()});
     // After the names: points are compared by the names that the device will store.
     if (!send.request.sendsPresent)
-        send.present = removePresentRecords(data, onDevice, *send.files);
+        send.present = removePresentRecords(
+            data,
+            [&send](const gps::RecordFilter& isChosen, const gps::RecordVisitor& visit) {
+                send.snapshot->visitChosenRecords(isChosen, visit);
+            },
+            *send.files);
     useDeviceRoutePoints(data, onDevice, *send.files);
     if (send.request.sendsPresent || send.obstacle)
         return;

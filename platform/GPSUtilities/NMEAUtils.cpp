@@ -11,6 +11,7 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
+#include <cstring>
 
 namespace gps::NMEAUtils {
 namespace {
@@ -312,22 +313,30 @@ std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexce
                : updated;
 }
 
+bool putNMEADate(char* date, char* time, std::int64_t timestamp) noexcept
+{
+    if (timestamp < kFirstWritableTime || timestamp > kLastWritableTime)
+        return false;
+    const std::chrono::year_month_day day{
+        std::chrono::sys_days{std::chrono::days{timestamp / kSecondsPerDay}}};
+    const auto second = static_cast<unsigned>(timestamp % kSecondsPerDay);
+    putTwoDigits(date, static_cast<unsigned>(day.day()));
+    putTwoDigits(date + 2, static_cast<unsigned>(day.month()));
+    putTwoDigits(date + 4, static_cast<unsigned>(static_cast<int>(day.year()) % 100));
+    putTwoDigits(time, second / 3600);
+    putTwoDigits(time + 2, second / 60 % 60);
+    putTwoDigits(time + 4, second % 60);
+    std::memcpy(time + 6, ".00", 3);
+    return true;
+}
+
 DateTimeText makeNMEADateFrom(std::int64_t time)
 {
-    if (time < kFirstWritableTime || time > kLastWritableTime)
+    std::array<char, kNMEADateSize> date;
+    std::array<char, kNMEATimeSize> timeOfDay;
+    if (!putNMEADate(date.data(), timeOfDay.data(), time))
         return {};
-    const std::chrono::year_month_day day{
-        std::chrono::sys_days{std::chrono::days{time / kSecondsPerDay}}};
-    const auto second = static_cast<unsigned>(time % kSecondsPerDay);
-
-    DateTimeText text{"DDMMYY", "HHMMSS.00"};
-    putTwoDigits(&text.date[0], static_cast<unsigned>(day.day()));
-    putTwoDigits(&text.date[2], static_cast<unsigned>(day.month()));
-    putTwoDigits(&text.date[4], static_cast<unsigned>(static_cast<int>(day.year()) % 100));
-    putTwoDigits(&text.time[0], second / 3600);
-    putTwoDigits(&text.time[2], second / 60 % 60);
-    putTwoDigits(&text.time[4], second % 60);
-    return text;
+    return {{date.data(), date.size()}, {timeOfDay.data(), timeOfDay.size()}};
 }
 
 } // namespace gps::NMEAUtils

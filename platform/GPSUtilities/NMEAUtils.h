@@ -97,6 +97,15 @@ inline constexpr std::size_t kLongestNMEACoordinate = 13; ///< "18000.00000,W"
 /// @return  the previous value if the time is not valid or the result exceeds 64 bits
 [[nodiscard]] std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexcept;
 
+inline constexpr std::size_t kNMEADateSize = 6; ///< "110808"
+inline constexpr std::size_t kNMEATimeSize = 9; ///< "071548.00"
+
+/// Writes what makeNMEADateFrom() returns. [any]
+///
+/// Precondition: `date` and `time` have room for kNMEADateSize and kNMEATimeSize characters.
+/// @return  whether that is not empty. If not, nothing was written
+[[nodiscard]] bool putNMEADate(char* date, char* time, std::int64_t timestamp) noexcept;
+
 /// `makeNMEADateFrom:withTime:`: such as "110808" and "071548.00". [any]
 /// @return  two empty texts for 0 and any other time before 1980 or after 2079, which a year of two
 ///          digits cannot express

@@ -107,6 +107,17 @@ std::optional<std::string_view> geoCacheName(const SentenceFields& fields)
     return fields.at(kName);
 }
 
+bool isGeoCacheAsWritten(const SentenceFields& fields)
+{
+    if (fields.count() != kFieldCount || !isPositionAsWritten(fields, kAltitudeWidth))
+        return false;
+    for (std::size_t text = kName; text < kFieldCount; ++text) {
+        if (!deviceCharacterSet().containsAll(fields.at(text)))
+            return false;
+    }
+    return true;
+}
+
 std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {

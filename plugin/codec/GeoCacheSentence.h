@@ -42,6 +42,11 @@ void readGeoCache(const SentenceFields& fields, gps::GPSPoint& point, gps::Dicti
 /// @throws gps::RangeError  `readGeoCache` would throw it, given a record
 [[nodiscard]] std::optional<std::string_view> geoCacheName(const SentenceFields& fields);
 
+/// Whether a sentence is as it would be written after it was read. Returns false for some rare
+/// sentences that are.
+/// Precondition: field 0 is kGeoCacheSentence.
+[[nodiscard]] bool isGeoCacheAsWritten(const SentenceFields& fields);
+
 /// Writes one geocache: `makeGeoCacheSentenceWithPoint:andExtras:`. All nine texts are filtered;
 /// none is cut, not even the name.
 /// @return  the sentence with its checksum, without a line end; nullopt if a coordinate is not

@@ -24,6 +24,11 @@ inline constexpr std::size_t kPositionFields = 6;
 /// @throws gps::RangeError  there are fewer than kPositionFields fields. `point` is unchanged
 void readPosition(const SentenceFields& fields, gps::GPSPoint& point);
 
+/// Whether these fields and the altitude's unit are as appendPosition() would write what
+/// readPosition() reads. For rare forms, such as a coordinate of 0, it does not say so.
+/// Precondition: there are more than kPositionFields fields.
+[[nodiscard]] bool isPositionAsWritten(const SentenceFields& fields, std::size_t altitudeWidth);
+
 /// Appends "NAME,latitude,letter,longitude,letter,altitude,M," to a body. The altitude is truncated
 /// toward zero, saturated at 32 bits and padded with zeros to `altitudeWidth` characters, its sign
 /// included.

@@ -38,6 +38,13 @@ public:
     [[nodiscard]] std::string_view
     symbolStringFromMagellanIcon(std::string_view icon) const noexcept;
 
+    /// Whether the map has a symbol for an icon. That symbol has this icon, so a waypoint keeps it
+    /// when it is read and written again.
+    [[nodiscard]] bool containsIcon(std::string_view icon) const noexcept
+    {
+        return symbols_.contains(icon);
+    }
+
     /// The map that all drivers use. Loaded from the plug-in's bundle at the first call and never
     /// destroyed. Empty if the resource is missing.
     [[nodiscard]] static const SymbolMap& shared();

@@ -9,6 +9,9 @@
 #include <gps/Value.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <utility>
 
 namespace magellan {
@@ -29,6 +32,19 @@ enum Field : std::size_t {
 
 constexpr int kAltitudeWidth = 5;
 constexpr double kFeetPerMetre = 3.2808399;
+
+/// Appends the fields from the time of day on: "071548.00,A,,110808".
+void appendTimeAndDate(std::string& body, std::int64_t timestamp)
+{
+    constexpr std::string_view kBetween = ",A,,";
+    std::array<char, NMEAUtils::kNMEATimeSize + kBetween.size() + NMEAUtils::kNMEADateSize> text;
+    char* const between = text.data() + NMEAUtils::kNMEATimeSize;
+    char* const date = std::copy(kBetween.begin(), kBetween.end(), between);
+    if (NMEAUtils::putNMEADate(date, text.data(), timestamp))
+        body.append(text.data(), text.size());
+    else
+        body += kBetween;
+}
 
 } // namespace
 
@@ -69,8 +85,7 @@ bool appendTrackPointSentence(std::string& text, const gps::GPSPoint& point)
         text.pop_back();
         return false;
     }
-    const auto [date, time] = NMEAUtils::makeNMEADateFrom(point.time);
-    text.append(time).append(",A,,").append(date);
+    appendTimeAndDate(text, point.time);
     NMEAUtils::appendNMEAChecksum(text, body);
     return true;
 }

@@ -27,6 +27,7 @@ enum Field : std::size_t {
     kName,
     kComment,
     kIcon,
+    kFieldCount,
 };
 
 constexpr int kAltitudeWidth = 7;
@@ -94,6 +95,15 @@ std::optional<std::string_view> wayPointName(const SentenceFields& fields)
     return fields.count() > kName ? std::optional{fields.at(kName)} : std::nullopt;
 }
 
+bool isWayPointAsWritten(const SentenceFields& fields)
+{
+    return fields.count() == kFieldCount && isPositionAsWritten(fields, kAltitudeWidth) &&
+           fields.at(kName).size() <= kLongestName &&
+           deviceCharacterSet().containsAll(fields.at(kName)) &&
+           deviceCharacterSet().containsAll(fields.at(kComment)) &&
+           SymbolMap::shared().containsIcon(fields.at(kIcon));
+}
+
 std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
@@ -107,9 +117,9 @@ std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array&
     return *makeSentences(list, kWayPointList); // no list is rejected
 }
 
-void appendWayPointLine(const gps::Value& element, std::string& text)
+bool appendWayPointLine(const gps::Value& element, std::string& text)
 {
-    (void)appendSentenceOf(element, kWayPointList, kFileLineEnd, text);
+    return appendSentenceOf(element, kWayPointList, kFileLineEnd, text);
 }
 
 } // namespace magellan

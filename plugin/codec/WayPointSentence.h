@@ -41,6 +41,11 @@ void readWayPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dicti
 /// @throws gps::RangeError  `readWayPoint` would throw it, given a record
 [[nodiscard]] std::optional<std::string_view> wayPointName(const SentenceFields& fields);
 
+/// Whether a sentence is as it would be written after it was read. Returns false for some rare
+/// sentences that are.
+/// Precondition: field 0 is kWayPointSentence.
+[[nodiscard]] bool isWayPointAsWritten(const SentenceFields& fields);
+
 /// Writes one waypoint: `makeWayPointSentenceWithPoint:andExtras:`.
 /// @param record  "name" (filtered, cut to 20 characters), "comment" (filtered), "symbol"
 /// @return        the sentence with its checksum, without a line end; nullopt if a coordinate is
@@ -53,7 +58,8 @@ makeWayPointSentenceWithPoint(const gps::GPSPoint& point, const gps::Dictionary&
 [[nodiscard]] std::vector<std::string>
 makeWayPointSentencesFromWaypointList(const gps::Array& list);
 
-/// Appends the sentence of one element of such a list to a text, with its line end.
-void appendWayPointLine(const gps::Value& element, std::string& text);
+/// Appends the sentence of one element of such a list to a text, with its line end. Always returns
+/// true; it does so to match `appendGeoCacheLine`.
+bool appendWayPointLine(const gps::Value& element, std::string& text);
 
 } // namespace magellan

@@ -22,6 +22,12 @@ public:
     /// names of less than 4 GiB each.
     [[nodiscard]] std::size_t indexOf(std::string_view name);
 
+    /// Returns the name of an index. Precondition: `index` is below size().
+    [[nodiscard]] std::string_view at(std::size_t index) const
+    {
+        return {names_[index].text, names_[index].length};
+    }
+
     [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
 
 private:

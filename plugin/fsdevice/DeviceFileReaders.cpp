@@ -301,17 +301,40 @@ void visitGeoCaches(std::string_view text,
     visitEach(kGeoCacheLines, text, visit);
 }
 
-gps::Array collectTrackPoints(std::string_view text)
+void visitPointsOf(const NamedKind& kind, std::string_view text,
+                   const std::function<void(const gps::GPSPoint& point)>& visit)
 {
     gps::LineAccount unused;
-    gps::Array points;
+    gps::GPSPoint point;
+    forEachSentence(text, kind.sentence, unused,
+                    [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
+                        const bool isRecord = kind.nameIn(fields).has_value();
+                        kind.read(fields, point, nullptr);
+                        if (isRecord)
+                            visit(point);
+                        return std::nullopt;
+                    });
+}
+
+void visitTrackPoints(std::string_view text,
+                      const std::function<void(const gps::GPSPoint& point)>& visit)
+{
+    gps::LineAccount unused;
     gps::GPSPoint point; // kept from line to line: a line without a date uses the previous day
     forEachSentence(text, kTrackPointSentence, unused,
                     [&](const SentenceFields& fields, std::uint64_t /*number*/) -> Skipped {
                         readTrackPoint(fields, point, nullptr);
-                        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+                        visit(point);
                         return std::nullopt;
                     });
+}
+
+gps::Array collectTrackPoints(std::string_view text)
+{
+    gps::Array points;
+    visitTrackPoints(text, [&points](const gps::GPSPoint& point) {
+        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+    });
     return points;
 }
 

@@ -27,6 +27,8 @@ class GPSOutputReceiver;
 
 namespace magellan {
 
+struct NamedKind;
+
 /// `acquireTracks:fromPath:`: reports `newTrack:` before the first point of each track, whose name
 /// is "Current Track" if its points have none, and `trackPoint:extra:` for each point.
 /// @return  always nullopt
@@ -87,6 +89,13 @@ void visitWayPoints(std::string_view text,
                     const std::function<void(const gps::Dictionary& record)>& visit);
 void visitGeoCaches(std::string_view text,
                     const std::function<void(const gps::Dictionary& record)>& visit);
+
+/// Visits only the points, in the order of the text, of the lines that have a name or of a track.
+/// @throws gps::RangeError  a sentence is truncated; the points before it have been visited
+void visitPointsOf(const NamedKind& kind, std::string_view text,
+                   const std::function<void(const gps::GPSPoint& point)>& visit);
+void visitTrackPoints(std::string_view text,
+                      const std::function<void(const gps::GPSPoint& point)>& visit);
 
 /// The points in the text of a track file, as records that hold only "point".
 [[nodiscard]] gps::Array collectTrackPoints(std::string_view text);

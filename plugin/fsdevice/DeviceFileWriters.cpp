@@ -73,7 +73,7 @@ gps::Array sortedByName(gps::Array records)
 }
 
 /// The records of a file and those that are merged into it, by name: the file's own first, each
-/// where it is or replaced, then the new ones. Decodes the file's records one by one.
+/// where it is or replaced, then the new ones. Decodes the file's records one by one, if at all.
 class NamedMerge {
 public:
     /// @param lines  gets what becomes of the file's lines; may be null
@@ -96,20 +96,25 @@ public:
         return std::max(merged_.size(), present_.count());
     }
 
-    /// Visits the records in order, until `visit` returns false.
-    /// @return  whether all were visited
-    template <typename Visit> [[nodiscard]] bool forEach(Visit visit) const
+    /// Appends the lines of the records in order. Most of the file's own do not change, so they are
+    /// copied without being decoded.
+    /// @param appendLine  appends the line of a record; false if there must be no file
+    /// @return            false as soon as appendLine() returns that
+    [[nodiscard]] bool appendTo(std::string& text, bool (*appendLine)(const gps::Value& element,
+                                                                      std::string& text)) const
     {
         gps::Value own{gps::Dictionary{}}; // one for all of the file's records
         for (std::size_t index = 0; index < size(); ++index) {
             const auto* element = index < merged_.size() ? merged_[index] : nullptr;
             if (element == nullptr) {
+                if (present_.appendAsWritten(index, text))
+                    continue;
                 auto& record = *own.as<gps::Dictionary>();
                 record.clear();
                 present_.read(index, record);
                 element = &own;
             }
-            if (!visit(*element))
+            if (!appendLine(*element, text))
                 return false;
         }
         return true;
@@ -280,10 +285,7 @@ std::string mergedWaypointText(const gps::Array& records, std::string_view prese
             merge.set(*name, element);
     }
     FileText text{merge.size()};
-    (void)merge.forEach([&](const gps::Value& element) {
-        appendWayPointLine(element, text.lines());
-        return true;
-    });
+    (void)merge.appendTo(text.lines(), appendWayPointLine);
     return std::move(text).finish();
 }
 
@@ -299,8 +301,7 @@ std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::st
             merge.set(keys.emplace_back(*std::move(key)), element);
     }
     FileText text{merge.size()};
-    const bool isComplete = merge.forEach(
-        [&](const gps::Value& element) { return appendGeoCacheLine(element, text.lines()); });
+    const bool isComplete = merge.appendTo(text.lines(), appendGeoCacheLine);
     return isComplete ? std::optional{std::move(text).finish()} : std::nullopt;
 }
 
@@ -318,7 +319,7 @@ std::string mergedRouteText(const gps::Array& records, std::string_view present,
     const auto list = sortedByName(waypoints.takeValues());
     FileText text{2 * list.size()};
     for (const auto& element : list)
-        appendWayPointLine(element, text.lines());
+        (void)appendWayPointLine(element, text.lines());
     std::int32_t number = 0;
     for (const auto& element : routes.takeValues()) {
         auto route = *element.as<gps::Dictionary>();

@@ -85,6 +85,12 @@ void FileDevice::visitRecordsIn(std::string_view path, std::string_view content,
     visitRecordsInFile(path, content, visit);
 }
 
+void FileDevice::visitPointsIn(std::string_view path, std::string_view content,
+                               const gps::PointVisitor& visit) const
+{
+    visitPointsInFile(path, content, visit);
+}
+
 std::string FileDevice::deviceSymbol(std::string_view symbol) const
 {
     const std::string name{symbol};

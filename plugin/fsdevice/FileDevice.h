@@ -25,6 +25,8 @@ public:
     [[nodiscard]] std::size_t longestName() const override;
     void visitRecordsIn(std::string_view path, std::string_view content,
                         const gps::RecordVisitor& visit) const override;
+    void visitPointsIn(std::string_view path, std::string_view content,
+                       const gps::PointVisitor& visit) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 };

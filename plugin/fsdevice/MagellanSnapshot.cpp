@@ -7,6 +7,7 @@
 #include "../common/DataFolders.h"
 #include "../common/Errors.h"
 #include "../common/FolderWalk.h"
+#include "../common/Records.h"
 #include "DeviceFileReaders.h"
 #include "DeviceFileWriters.h"
 #include "DroppedLines.h"
@@ -23,6 +24,7 @@
 #include <array>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -108,11 +110,19 @@ try {
     return std::nullopt;
 }
 
-void visitNamedLines(const NamedKind& kind, std::string_view text, const gps::RecordVisitor& visit)
+bool isAnyRecord(std::string_view /*key*/, std::string_view /*name*/) noexcept
+{
+    return true;
+}
+
+void visitNamedLines(const NamedKind& kind, std::string_view text,
+                     const gps::RecordFilter& isChosen, const gps::RecordVisitor& visit)
 {
     const auto lines = namedLinesOf(kind, text);
     gps::Dictionary record;
     for (std::size_t index = 0; lines && index < lines->count(); ++index) {
+        if (!isChosen("waypoint", lines->nameOf(index)))
+            continue;
         record.clear();
         lines->read(index, record);
         visit("waypoint", record);
@@ -130,10 +140,27 @@ try {
     return {};
 }
 
-void visitRoutes(std::string_view text, const gps::RecordVisitor& visit)
+void visitRoutes(std::string_view text, const gps::RecordFilter& isChosen,
+                 const gps::RecordVisitor& visit)
 {
-    for (const auto& route : routesIn(text))
-        visit("route", *route.as<gps::Dictionary>());
+    for (const auto& element : routesIn(text)) {
+        const auto& route = *element.as<gps::Dictionary>();
+        const auto* const name = route.findString("name");
+        if (isChosen("route", name != nullptr ? *name : std::string_view{}))
+            visit("route", route);
+    }
+}
+
+void visitRoutePoints(std::string_view text,
+                      const std::function<void(const gps::GPSPoint& point)>& visit)
+{
+    for (const auto& route : routesIn(text)) {
+        for (const auto& element : pointsOf(*route.as<gps::Dictionary>())) {
+            const auto* const record = element.as<gps::Dictionary>();
+            if (const auto* const point = record != nullptr ? gps::findPoint(*record) : nullptr)
+                visit(*point);
+        }
+    }
 }
 
 gps::Dictionary trackIn(std::string_view text)
@@ -197,17 +224,23 @@ const gps::DeviceFile* MagellanSnapshot::findPresent(const std::string& path) co
 
 void MagellanSnapshot::visitRecords(const gps::RecordVisitor& visit) const
 {
+    visitChosenRecords(isAnyRecord, visit);
+}
+
+void MagellanSnapshot::visitChosenRecords(const gps::RecordFilter& isChosen,
+                                          const gps::RecordVisitor& visit) const
+{
     for (const auto& folder : folders_) {
         for (const auto index : folder.files) {
             const auto& file = files_[index];
             if (file.error)
                 continue;
             if (folder.kind == RecordKind::kRoutes)
-                visitRoutes(file.content, visit);
+                visitRoutes(file.content, isChosen, visit);
             else
                 visitNamedLines(folder.kind == RecordKind::kGeocaches ? kGeoCacheLines
                                                                       : kWayPointLines,
-                                file.content, visit);
+                                file.content, isChosen, visit);
         }
     }
 }
@@ -283,7 +316,7 @@ void visitRecordsInFile(std::string_view path, std::string_view text,
     if (extension == "log")
         return visit("track", trackIn(text));
     if (extension == "rte")
-        return visitRoutes(text, visit);
+        return visitRoutes(text, isAnyRecord, visit);
     const auto visitWaypoint = [&visit](const gps::Dictionary& record) {
         visit("waypoint", record);
     };
@@ -293,6 +326,25 @@ void visitRecordsInFile(std::string_view path, std::string_view text,
         else if (extension == "gs")
             visitGeoCaches(text, visitWaypoint);
     } catch (const gps::RangeError&) { // the records before a truncated sentence were visited
+    }
+}
+
+void visitPointsInFile(std::string_view path, std::string_view text, const gps::PointVisitor& visit)
+{
+    const auto visitAs = [&visit](std::string_view key) {
+        return [&visit, key](const gps::GPSPoint& point) { visit(key, point); };
+    };
+    const auto extension = gps::pathExtension(path);
+    if (extension == "rte")
+        return visitRoutePoints(text, visitAs("route"));
+    try {
+        if (extension == "log")
+            visitTrackPoints(text, visitAs("track"));
+        else if (extension == "upt")
+            visitPointsOf(kWayPointLines, text, visitAs("waypoint"));
+        else if (extension == "gs")
+            visitPointsOf(kGeoCacheLines, text, visitAs("waypoint"));
+    } catch (const gps::RangeError&) { // the points before a truncated sentence were visited
     }
 }
 

@@ -36,6 +36,8 @@ public:
     }
     [[nodiscard]] std::vector<std::string> dataFolders() const override { return dataFolders_; }
     void visitRecords(const gps::RecordVisitor& visit) const override;
+    void visitChosenRecords(const gps::RecordFilter& isChosen,
+                            const gps::RecordVisitor& visit) const override;
     void reportTracks(gps::GPSOutputReceiver& status) const override;
     [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
 
@@ -66,6 +68,10 @@ private:
 /// Visits the records in the text of a data file, as gps::GPSFileDevice::visitRecordsIn() does.
 void visitRecordsInFile(std::string_view path, std::string_view text,
                         const gps::RecordVisitor& visit);
+
+/// Visits only their points, as gps::GPSFileDevice::visitPointsIn() does.
+void visitPointsInFile(std::string_view path, std::string_view text,
+                       const gps::PointVisitor& visit);
 
 /// The data folders of a volume that exist, as absolute paths, each once.
 /// @param folders   the folder dictionary of the volume

@@ -6,16 +6,19 @@
 #include "../codec/GeoCacheSentence.h"
 #include "../codec/SentenceFields.h"
 #include "../codec/WayPointSentence.h"
+#include "../common/Lines.h"
 #include "FileSentences.h"
+
+#include <platform/GPSUtilities/NMEAUtils.h>
 
 #include <utility>
 
 namespace magellan {
 
 const NamedKind kWayPointLines{RecordKind::kWaypoints, kWayPointSentence, readWayPoint,
-                               wayPointName};
+                               wayPointName, isWayPointAsWritten};
 const NamedKind kGeoCacheLines{RecordKind::kGeocaches, kGeoCacheSentence, readGeoCache,
-                               geoCacheName};
+                               geoCacheName, isGeoCacheAsWritten};
 
 NamedLines::NamedLines(const NamedKind& kind, std::string_view text, gps::LineAccount& account)
     : kind_(kind)
@@ -35,6 +38,20 @@ NamedLines::NamedLines(const NamedKind& kind, std::string_view text, gps::LineAc
                             addReplaced(account, std::exchange(lines_[index], line).number);
                         return std::nullopt;
                     });
+}
+
+bool NamedLines::appendAsWritten(std::size_t index, std::string& text) const
+{
+    const auto& line = lines_[index];
+    const std::string_view body{line.body, line.length};
+    if (!kind_.isAsWritten(SentenceFields{body}))
+        return false;
+    text += '$';
+    const auto start = text.size();
+    text += body;
+    gps::NMEAUtils::appendNMEAChecksum(text, start); // its own may have lower-case digits
+    text += kFileLineEnd;
+    return true;
 }
 
 void NamedLines::read(std::size_t index, gps::GPSPoint& point, gps::Dictionary& record) const

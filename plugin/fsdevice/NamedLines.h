@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +28,9 @@ struct NamedKind {
     std::string_view sentence; ///< the first field of its lines
     void (*read)(const SentenceFields& fields, gps::GPSPoint& point, gps::Dictionary* record);
     std::optional<std::string_view> (*nameIn)(const SentenceFields& fields);
+
+    /// Whether a line is as it would be written after it was read.
+    bool (*isAsWritten)(const SentenceFields& fields);
 };
 
 extern const NamedKind kWayPointLines;
@@ -45,6 +49,14 @@ public:
     /// Returns the index of a name. One that no line has gets an index from count() on.
     /// Precondition: the text behind the name outlives this object.
     [[nodiscard]] std::size_t indexOf(std::string_view name) { return names_.indexOf(name); }
+
+    /// Returns the name of an index. Precondition: `index` is below count().
+    [[nodiscard]] std::string_view nameOf(std::size_t index) const { return names_.at(index); }
+
+    /// Appends the last line of a name to a text, with its line end, if it is as it would be
+    /// written after it was read. Precondition: `index` is below count().
+    /// @return  whether it is. If not, the text is unchanged
+    [[nodiscard]] bool appendAsWritten(std::size_t index, std::string& text) const;
 
     /// Decodes the last line of a name.
     /// Precondition: `index` is below count().

@@ -69,6 +69,13 @@ struct SendPlan {
 /// "track", and the record with its point under "point", which is valid during the call.
 using RecordVisitor = std::function<void(std::string_view key, const Dictionary& record)>;
 
+/// Chooses records by the key of their kind, as for a RecordVisitor, and their name.
+using RecordFilter = std::function<bool(std::string_view key, std::string_view name)>;
+
+/// Gets one position at a time: "waypoint" (geocaches included), "route" for a route's point, or
+/// "track" for a track point, and the point.
+using PointVisitor = std::function<void(std::string_view key, const GPSPoint& point)>;
+
 /// A file of a device, as it was read.
 struct DeviceFile {
     std::string path;    ///< absolute
@@ -104,6 +111,11 @@ public:
     /// them at each call, so that memory does not grow with the number of waypoints. A file with an
     /// error, or with a damaged sentence, contributes nothing.
     virtual void visitRecords(const RecordVisitor& visit) const = 0;
+
+    /// Visits only those that a filter chooses, and decodes no other waypoint or geocache: a host
+    /// that looks for a few names in a large file is done with it sooner.
+    virtual void visitChosenRecords(const RecordFilter& isChosen,
+                                    const RecordVisitor& visit) const = 0;
 
     /// Reads the files of tracks, which the snapshot does not hold, and reports each track as a
     /// download does. What cannot be read is skipped.
@@ -145,6 +157,11 @@ public:
     /// @param path  decides the kind of the records, by its extension
     virtual void visitRecordsIn(std::string_view path, std::string_view content,
                                 const RecordVisitor& visit) const = 0;
+
+    /// Does the same for only the points of the records, in the order of the file. A host that
+    /// looks for a million track points then needs no record for each.
+    virtual void visitPointsIn(std::string_view path, std::string_view content,
+                               const PointVisitor& visit) const = 0;
 
     /// The code that a device stores for a symbol. Two symbols with the same code are one symbol to
     /// the device.

@@ -269,15 +269,27 @@ void appendInteger(std::string& out, std::int64_t value)
     out.append(text.data(), putInteger(text.data(), value));
 }
 
-void appendPadded(std::string& out, std::int64_t value, int width)
+char* putPadded(char* at, std::int64_t value, int width) noexcept
 {
     std::array<char, kMostOfInteger> text;
     char* const end = putInteger(text.data(), value);
     char* const digits = text.data() + (value < 0 ? 1 : 0);
-    out.append(text.data(), digits);
-    if (const auto length = end - text.data(); length < width)
+    if (value < 0)
+        *at++ = '-';
+    for (auto length = end - text.data(); length < width; ++length)
+        *at++ = '0';
+    return std::copy(digits, end, at);
+}
+
+void appendPadded(std::string& out, std::int64_t value, int width)
+{
+    std::array<char, kMostOfInteger> text;
+    const auto length = putInteger(text.data(), value) - text.data();
+    const auto sign = value < 0 ? std::size_t{1} : 0;
+    out.append(text.data(), sign);
+    if (length < width)
         out.append(static_cast<std::size_t>(width - length), '0');
-    out.append(digits, end);
+    out.append(text.data() + sign, static_cast<std::size_t>(length) - sign);
 }
 
 } // namespace gps

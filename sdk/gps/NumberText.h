@@ -104,6 +104,11 @@ inline constexpr std::size_t kMostOfInteger = 20;  ///< "-9223372036854775808"
 /// Writes what appendInteger() appends. [any]
 [[nodiscard]] char* putInteger(char* at, std::int64_t value) noexcept;
 
+/// Writes what appendPadded() appends. [any]
+///
+/// Precondition: the width is at most kMostOfInteger.
+[[nodiscard]] char* putPadded(char* at, std::int64_t value, int width) noexcept;
+
 /// Writes a number below 100 in two digits. [any]
 inline void putTwoDigits(char* at, unsigned number) noexcept
 {

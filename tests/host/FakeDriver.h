@@ -122,6 +122,11 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
         const std::vector<gps::Error>& failures() const override { return driver.failures; }
         const std::optional<std::string>& identifier() const override { return driver.identifier; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
+        void visitChosenRecords(const gps::RecordFilter& isChosen,
+                                const gps::RecordVisitor& visit) const override
+        {
+            support::visitChosenRecords(driver.records, isChosen, visit);
+        }
         void visitRecords(const gps::RecordVisitor& visit) const override
         {
             support::visitRecords(driver.records, visit);
@@ -151,6 +156,11 @@ struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
                         const gps::RecordVisitor& visit) const override
     {
         support::visitRecords(decode(path, content), visit);
+    }
+    void visitPointsIn(std::string_view path, std::string_view content,
+                       const gps::PointVisitor& visit) const override
+    {
+        support::visitPoints(decode(path, content), visit);
     }
     std::string deviceSymbol(std::string_view symbol) const override
     {

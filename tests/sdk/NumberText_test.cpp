@@ -377,6 +377,11 @@ TEST(NumberText, IntegersArePaddedAsPrintfDoes)
             std::snprintf(expected, sizeof expected, "%0*lld", width,
                           static_cast<long long>(value));
             EXPECT_EQ(appended(appendPadded, value, width), expected);
+            if (static_cast<std::size_t>(width) > kMostOfInteger)
+                continue;
+            std::array<char, kMostOfInteger> text;
+            const std::string put(text.data(), putPadded(text.data(), value, width));
+            EXPECT_EQ(put, expected);
         }
     }
 }

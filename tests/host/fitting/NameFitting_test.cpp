@@ -347,4 +347,23 @@ TEST(NameFitting, ManyEqualNamesTakeNoQuadraticTime)
     EXPECT_EQ(data, sent);
 }
 
+// How often the device is read to fit the names of some records.
+int readingsFor(Dictionary data)
+{
+    int readings = 0;
+    (void)host::fitNames(
+        data, [&readings](const gps::RecordVisitor& /*visit*/) { ++readings; }, rules());
+    return readings;
+}
+
+TEST(NameFitting, ReadsTheDeviceOnceAndOnlyForNamesThatChangeAndForRoutePoints)
+{
+    EXPECT_EQ(readingsFor({{"waypoint", Array{at(1, "A"), at(2, "B")}}}), 0);
+    EXPECT_EQ(readingsFor({{"waypoint", Array{at(1, "A"), at(2, "A")}}}), 1);
+    EXPECT_EQ(readingsFor({{"waypoint", Array{at(1, "A_B"), at(2, "C_D")}}}), 1);
+    EXPECT_EQ(readingsFor({{"route", Array{routeOf("R", {})}}}), 0);
+    EXPECT_EQ(readingsFor({{"route", Array{routeOf("R", {at(1, "A")})}}}), 1);
+    EXPECT_EQ(readingsFor({{"route", Array{routeOf("R_", {at(1, "A_")})}}}), 1);
+}
+
 } // namespace

@@ -24,6 +24,33 @@ TEST(DevicePositionSet, ContainsWhatMatchesOneOfItsPoints)
     EXPECT_FALSE(set.contains({46.5, -20, 0, 0, 0}));
 }
 
+TEST(DevicePositionSet, ContainsItsPointsInAnyOrderAndAnyNumberOfTimes)
+{
+    host::DevicePositionSet set;
+    for (const double latitude : {3, 1, 4, 1, 5, 9})
+        set.add({latitude, 7, 0, 0, 0});
+    for (const double latitude : {3, 4, 5, 9, 1, 9, 3, 3, 4, 5})
+        EXPECT_TRUE(set.contains({latitude, 7, 0, 0, 0})) << latitude;
+    EXPECT_FALSE(set.contains({2, 7, 0, 0, 0}));
+    EXPECT_TRUE(set.contains({1, 7, 0, 0, 0}));
+}
+
+TEST(DevicePositionSet, APointThatItLacksHidesNoneOfTheOthers)
+{
+    host::DevicePositionSet set;
+    set.add({1, 7, 0, 0, 0});
+    set.add({2, 7, 0, 0, 0});
+    EXPECT_FALSE(set.contains({5, 7, 0, 0, 0}));
+    EXPECT_TRUE(set.contains({1, 7, 0, 0, 0}));
+    EXPECT_TRUE(set.contains({2, 7, 0, 0, 0}));
+}
+
+TEST(DevicePositionSet, IsEmptyAtFirst)
+{
+    host::DevicePositionSet set;
+    EXPECT_FALSE(set.contains({}));
+}
+
 TEST(DevicePositionSet, NeverContainsAPointWithoutValidCoordinates)
 {
     host::DevicePositionSet set;

@@ -34,7 +34,7 @@ protected:
     // What is left of these records.
     [[nodiscard]] Dictionary rest(Dictionary data)
     {
-        removed_ = host::removePresentRecords(data, support::recordsOf(onDevice_), device_);
+        removed_ = host::removePresentRecords(data, support::chosenRecordsOf(onDevice_), device_);
         return data;
     }
 

@@ -289,6 +289,21 @@ TEST(WriteGeoCache, AReadSentenceIsWrittenAsTheSameOneInEachHemisphere)
     }
 }
 
+TEST(GeoCacheAsWritten, IsReadAndWrittenAgainUnchanged)
+{
+    const std::string body = "PMGNGEO,4630.00000,S,00730.00000,W,0001529,M,a name of more than 20 "
+                             "characters,c,o,h,t,p,f,"
+                             "1,2";
+    ASSERT_TRUE(isGeoCacheAsWritten(SentenceFields{body}));
+    gps::GPSPoint point;
+    gps::Dictionary record;
+    readGeoCache(SentenceFields{body}, point, &record);
+    EXPECT_EQ(makeGeoCacheSentenceWithPoint(point, record), sentence(body));
+    for (const auto& other : {body + ",", body + "_", body.substr(0, body.size() - 2),
+                              std::string{kGeoCacheBody}}) // the last has three decimals
+        EXPECT_FALSE(isGeoCacheAsWritten(SentenceFields{other})) << other;
+}
+
 gps::Dictionary geocache(const char* name, double latitude = 0)
 {
     return {{"name", name}, {"point", gps::GPSPoint{latitude, 0, 0, 0, 0}}};

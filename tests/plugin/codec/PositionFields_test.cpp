@@ -43,6 +43,43 @@ TEST(ReadPosition, AnAltitudeThatIsNotANumberIsZero)
     EXPECT_EQ(gps::describe(point), "(46.5, 7.5, 0, 4, 5)");
 }
 
+bool isPositionFieldAsWritten(const std::string& position)
+{
+    const auto body = "X," + position + ",";
+    return isPositionAsWritten(SentenceFields{body}, 7);
+}
+
+TEST(PositionAsWritten, IsReadAndWrittenAgainUnchanged)
+{
+    for (const std::string position :
+         {"4630.00001,N,00730.00000,E,0000400,M", "8959.99999,S,17959.99999,W,9999999,M",
+          "0000.00001,S,00000.00001,W,0000000,M", "4659.99999,N,00700.00001,E,0000001,M"}) {
+        EXPECT_TRUE(isPositionFieldAsWritten(position)) << position;
+        const auto body = "X," + position + ",";
+        gps::GPSPoint point;
+        readPosition(SentenceFields{body}, point);
+        std::string written;
+        EXPECT_TRUE(appendPosition(written, "X", point, 7));
+        EXPECT_EQ(written, body);
+    }
+}
+
+TEST(PositionAsWritten, AnyOtherFormOfAFieldIsNot)
+{
+    for (const auto* position :
+         {"463.00001,N,00730.00000,E,0000400,M", "4630.0001,N,00730.00000,E,0000400,M",
+          "4630,00001,N,00730.00000,E,0000400,M", "463a.00001,N,00730.00000,E,0000400,M",
+          "4660.00000,N,00730.00000,E,0000400,M", "9000.00000,N,00730.00000,E,0000400,M",
+          "0000.00000,S,00730.00000,E,0000400,M", "4630.00001,n,00730.00000,E,0000400,M",
+          "4630.00001,,00730.00000,E,0000400,M", "4630.00001,NS,00730.00000,E,0000400,M",
+          "4630.00001,N,0730.00000,E,0000400,M", "4630.00001,N,00760.00000,E,0000400,M",
+          "4630.00001,N,18000.00000,E,0000400,M", "4630.00001,N,00730.00000,N,0000400,M",
+          "4630.00001,N,00730.00000,E,000400,M", "4630.00001,N,00730.00000,E,00000400,M",
+          "4630.00001,N,00730.00000,E,-000400,M", "4630.00001,N,00730.00000,E,000400.,M",
+          "4630.00001,N,00730.00000,E,0000400,F"})
+        EXPECT_FALSE(isPositionFieldAsWritten(position)) << position;
+}
+
 TEST(AppendPosition, PadsTheAltitudeToTheWidthSignIncluded)
 {
     std::string body = "before ";

@@ -63,6 +63,18 @@ TEST(SymbolMap, AnUnknownIconIsItsOwnSymbol)
     EXPECT_EQ(example().symbolStringFromMagellanIcon(""), "");
 }
 
+TEST(SymbolMap, AnIconInTheMapIsThatOfItsSymbol)
+{
+    const SymbolMap map{
+        {{"House", "c"}, {"Home", "c"}, {"b", "Camp"}, {"Camp", "ab"}, {"x", "b"}, {"Odd", 7}}};
+    for (const std::string icon : {"c", "Camp", "ab", "b"}) {
+        EXPECT_TRUE(map.containsIcon(icon)) << icon;
+        EXPECT_EQ(iconOf(map, std::string{map.symbolStringFromMagellanIcon(icon)}), icon);
+    }
+    for (const auto* icon : {"", "7", "x", "Home", "zz"})
+        EXPECT_FALSE(map.containsIcon(icon)) << icon;
+}
+
 TEST(SymbolMap, AnIconThatIsNotATextCountsAsMissing)
 {
     EXPECT_EQ(iconOf(example(), "Odd"), "a");

@@ -311,6 +311,29 @@ std::string wayPointLine(const std::string& name)
     return sentence("PMGNWPL,0000.00000,N,00000.00000,E,0000000,M," + name + ",,a");
 }
 
+bool isWayPointBodyAsWritten(std::string_view body)
+{
+    return isWayPointAsWritten(SentenceFields{body});
+}
+
+TEST(WayPointAsWritten, IsReadAndWrittenAgainUnchanged)
+{
+    constexpr std::string_view kPosition = "PMGNWPL,4630.00000,N,00730.00000,E,0001529,M,";
+    for (const std::string_view texts : {"HOME,our house,c", ",,c", "abcdefghijklmnopqrst,,c"}) {
+        const auto body = std::string{kPosition} + std::string{texts};
+        EXPECT_TRUE(isWayPointBodyAsWritten(body)) << body;
+        gps::GPSPoint point;
+        gps::Dictionary record;
+        readWayPoint(SentenceFields{body}, point, &record);
+        EXPECT_EQ(makeWayPointSentenceWithPoint(point, record), sentence(body));
+    }
+    for (const std::string_view texts :
+         {"HOME,our house,??", "HOME,our house,c,", "HOME,our house", "HO_ME,our house,c",
+          "HOME,our_house,c", "abcdefghijklmnopqrstu,,c"})
+        EXPECT_FALSE(isWayPointBodyAsWritten(std::string{kPosition} + std::string{texts})) << texts;
+    EXPECT_FALSE(isWayPointBodyAsWritten(kWayPointBody)); // three decimals
+}
+
 TEST(WriteWayPoints, AreInTheListsOrderWithTheirDuplicates)
 {
     EXPECT_THAT(

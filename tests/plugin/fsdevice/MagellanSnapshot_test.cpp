@@ -8,6 +8,7 @@
 #include "Waypoint.h"
 
 #include <gps/GPSFileDevice.h>
+#include <gps/NumberText.h>
 #include <plugin/fsdevice/MagellanGPSPlugin.h>
 
 #include <gmock/gmock.h>
@@ -256,6 +257,55 @@ TEST_F(Snapshot, PlannedFilesDecodeToTheRecordsOfTheSend)
               (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
 }
 
+/// The latitudes of the points in a file, after the key of each.
+std::string pointsIn(const gps::GPSFileDevice& device, std::string_view path,
+                     std::string_view content)
+{
+    std::string text;
+    device.visitPointsIn(path, content, [&text](std::string_view key, const gps::GPSPoint& point) {
+        text.append(key).append(1, ' ');
+        gps::appendShortest(text, point.latitude);
+        text += ' ';
+    });
+    return text;
+}
+
+std::string threeLinesOf(std::string_view start, std::string_view end)
+{
+    std::string lines;
+    for (const auto* latitude : {"4600.00000", "4700.00000", "4800.00000"})
+        lines += support::sentence(std::string{start} + latitude + ",N,00715.00000,E,0,M" +
+                                   std::string{end}) +
+                 "\r\n";
+    return lines;
+}
+
+TEST_F(Snapshot, AVisitOfPointsYieldsThoseOfEachKindInTheOrderOfTheFile)
+{
+    const auto device = driver();
+    EXPECT_EQ(pointsIn(*device, "/a.log", threeLinesOf("PMGNTRK,", ",061548.00,A,,110808")),
+              "track 46 track 47 track 48 ");
+    EXPECT_EQ(pointsIn(*device, "/a.upt", threeLinesOf("PMGNWPL,", ",A,,a")),
+              "waypoint 46 waypoint 47 waypoint 48 ");
+    EXPECT_EQ(pointsIn(*device, "/a.gs", threeLinesOf("PMGNGEO,", ",A,,,,,,,,")),
+              "waypoint 46 waypoint 47 waypoint 48 ");
+    const auto route = support::sentence("PMGNWPL,4600.00000,N,00715.00000,E,0,M,A,,a") + "\r\n" +
+                       support::sentence("PMGNWPL,4700.00000,N,00715.00000,E,0,M,B,,a") + "\r\n" +
+                       support::sentence("PMGNRTE,1,1,c,1,R,B,a,A,a,B,a");
+    EXPECT_EQ(pointsIn(*device, "/a.rte", route), "route 47 route 46 route 47 ");
+    EXPECT_EQ(pointsIn(*device, "/a.txt", threeLinesOf("PMGNWPL,", ",A,,a")), "");
+}
+
+TEST_F(Snapshot, AVisitOfPointsSkipsAWaypointWithoutANameAndEndsAtADamagedSentence)
+{
+    const auto device = driver();
+    const auto nameless = support::sentence("PMGNWPL,4700.00000,N,00715.00000,E,0");
+    EXPECT_EQ(pointsIn(*device, "/a.upt", nameless + "\r\n" + kPlain), "waypoint 46.5 ");
+    const auto damaged = support::sentence("PMGNWPL,4630.00000,N");
+    EXPECT_EQ(pointsIn(*device, "/a.upt", kPlain + "\r\n" + damaged + "\r\n" + kPlain),
+              "waypoint 46.5 ");
+}
+
 TEST_F(Snapshot, AFileOfAnotherKindHasNoRecords)
 {
     EXPECT_EQ(recordsIn(*driver(), "/a.txt", kPlain), gps::Dictionary{});
@@ -288,6 +338,24 @@ TEST_F(Snapshot, HasTheRecordsOfADownloadWithTheirPoints)
     const auto& first = *records.findArray("waypoint")->front().as<gps::Dictionary>();
     EXPECT_EQ(*gps::findPoint(first), (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
     EXPECT_FALSE(records.contains("track"));
+}
+
+TEST_F(Snapshot, AVisitOfChosenRecordsYieldsThemAloneAndAsksByKindAndName)
+{
+    receiver.put("My POIs/b.upt", {kOld, kPlain});
+    receiver.put("Geocaches/c.gs", {kOak});
+    receiver.put("Routes/r.rte", {kPlain, kRoute});
+    std::string asked;
+    VisitedRecords records;
+    driver()->takeSnapshot()->visitChosenRecords(
+        [&asked](std::string_view key, std::string_view name) {
+            asked.append(key).append(1, ' ').append(name).append(1, '\n');
+            return name == "P" || name == "R";
+        },
+        records.visitor());
+    EXPECT_EQ(asked, "waypoint Old\nwaypoint P\nwaypoint Oak\nroute R\n");
+    EXPECT_THAT(namesIn(records.get(), "waypoint"), ElementsAre("P"));
+    EXPECT_THAT(namesIn(records.get(), "route"), ElementsAre("R"));
 }
 
 TEST_F(Snapshot, HasTheLastOfSeveralWaypointsWithOneNameAtThePositionOfTheFirst)

@@ -91,6 +91,25 @@ TEST(NamedLines, ARecordHasItsPoint)
     EXPECT_EQ(*gps::findPoint(record), (gps::GPSPoint{46.5, 7.25, 400, 0, 0}));
 }
 
+TEST(NamedLines, AppendsTheLastLineOfANameIfItIsAsWritten)
+{
+    gps::LineAccount account;
+    const auto last = pointLine("A", "j");
+    ASSERT_THAT(last, testing::EndsWith("A"));
+    auto lowerCase = last;
+    lowerCase.back() = 'a';
+    const auto text = linesOf({pointLine("A", "1"), pointLine("B", "_"), lowerCase});
+    const NamedLines lines{magellan::kWayPointLines, text, account};
+    ASSERT_EQ(lines.count(), 2U);
+    EXPECT_EQ(lines.nameOf(0), "A");
+    EXPECT_EQ(lines.nameOf(1), "B");
+    std::string out = "before ";
+    EXPECT_FALSE(lines.appendAsWritten(1, out));
+    EXPECT_EQ(out, "before ");
+    EXPECT_TRUE(lines.appendAsWritten(0, out));
+    EXPECT_EQ(out, "before " + last + "\r\n");
+}
+
 TEST(NamedLines, ANewNameGetsAnIndexBehindThoseOfTheLines)
 {
     gps::LineAccount account;
