@@ -10,6 +10,7 @@
 #include "host/base/XmlText.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
+#include "host/formats/PlainTrackPoints.h"
 
 #include <gps/Value.h>
 #include <platform/System/FileManager.h>
@@ -45,8 +46,11 @@ std::string invalidPointText(const pugi::xml_node& element)
 // The records of a document.
 class Collection {
 public:
+    // @param plain           the track points that were taken out of the document
     // @param skipsWaypoints  whether waypoints without valid coordinates are left out
-    explicit Collection(bool skipsWaypoints) : skipsWaypoints_(skipsWaypoints) {}
+    Collection(std::vector<PlainTrackPoints> plain, bool skipsWaypoints)
+        : plain_(std::move(plain)), skipsWaypoints_(skipsWaypoints)
+    {}
 
     // Moves the records out of the document. Stops at the first point without valid coordinates
     // that is not skipped.
@@ -55,6 +59,9 @@ public:
 
     // The element at which `read` stopped.
     [[nodiscard]] const pugi::xml_node& invalidPoint() const { return invalidPoint_; }
+
+    // Whether all track points that were taken out had their places in the document.
+    [[nodiscard]] bool isWhole() const noexcept { return usedPlain_ == plain_.size(); }
 
     [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
     [[nodiscard]] const std::vector<InvalidPoint>& skipped() const { return skipped_; }
@@ -69,7 +76,10 @@ private:
     bool readSegment(const pugi::xml_node& segment, gps::Array& points);
     void addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments);
     bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
+    [[nodiscard]] gps::Array takePlainPoints(const pugi::xml_node& segment);
 
+    std::vector<PlainTrackPoints> plain_;
+    std::size_t usedPlain_ = 0;
     bool skipsWaypoints_;
     std::size_t skippedCount_ = 0;
     std::vector<InvalidPoint> skipped_; // the first ones
@@ -166,15 +176,24 @@ bool Collection::readTrack(const pugi::xml_node& element)
 
 bool Collection::readSegment(const pugi::xml_node& segment, gps::Array& points)
 {
+    points = takePlainPoints(segment);
     return consumeChildren(segment, [&](const pugi::xml_node& node) {
         gps::GPSPoint point;
         if (!isOwn(node, "trkpt"))
             return true;
         if (!readPointOf(node, point))
             return false;
-        points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
+        points.emplace_back(trackPointRecord(point));
         return true;
     });
+}
+
+// Those of a segment that is not read, such as one in another namespace, stay and are never used.
+gps::Array Collection::takePlainPoints(const pugi::xml_node& segment)
+{
+    if (isWhole() || plain_[usedPlain_].segment != segment.offset_debug())
+        return {};
+    return std::move(plain_[usedPlain_++].points);
 }
 
 void Collection::addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments)
@@ -270,24 +289,32 @@ std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
     return std::nullopt;
 }
 
-} // namespace
-
-std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
-                                  SkippedWaypoints* skipped)
+std::optional<gps::Error> readText(const std::string& path, std::string& xml)
 {
-    std::string xml;
     if (auto failure = gps::FileManager{}.readFile(path, xml, kLargestGpx))
         return failure;
-    const FileErrors errors{path};
     if (!convertXmlToUtf8(xml))
-        return errors.at(0, "the text encoding of this file is not supported");
+        return FileErrors{path}.at(0, "the text encoding of this file is not supported");
+    return std::nullopt;
+}
+
+// @param xml    in: the text. out: unspecified
+// @param plain  the points that were taken out of the text
+std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPoints> plain,
+                                      const FileErrors& errors, gps::Dictionary& data,
+                                      SkippedWaypoints* skipped)
+{
     pugi::xml_document document;
     if (auto failure = parse(xml, errors, document))
         return failure;
-    Collection collection{skipped != nullptr};
+    const bool isTextWhole = plain.empty();
+    Collection collection{std::move(plain), skipped != nullptr};
     if (!collection.read(document.document_element()))
         return errors.at(collection.invalidPoint().offset_debug(),
                          invalidPointText(collection.invalidPoint()));
+    // Messages about skipped waypoints have line numbers, too.
+    if (!collection.isWhole() || (!isTextWhole && collection.skippedCount() > 0))
+        return errors.at(0, "this file needs to be parsed as a whole");
     collection.moveInto(data);
     if (skipped == nullptr)
         return std::nullopt;
@@ -296,6 +323,26 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
         skipped->first.push_back(
             errors.at(offset, text + ", so it was skipped", "Correct it, and try again"));
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
+                                  SkippedWaypoints* skipped)
+{
+    std::string xml;
+    if (auto failure = readText(path, xml))
+        return failure;
+    auto plain = takePlainTrackPoints(xml);
+    const bool isChanged = !plain.empty();
+    const FileErrors errors{path};
+    auto failure = readRecords(xml, std::move(plain), errors, data, skipped);
+    if (!failure || !isChanged)
+        return failure;
+    // There is a message, and only the whole text has the right line numbers, or something looks
+    // like track points where there are none.
+    failure = readText(path, xml);
+    return failure ? failure : readRecords(xml, {}, errors, data, skipped);
 }
 
 } // namespace host

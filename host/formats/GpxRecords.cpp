@@ -14,6 +14,8 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -85,17 +87,26 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
     return found;
 }
 
-// An element's own text. White space around a text of several lines is layout and is dropped.
+// An element's own text: a view into the document if it is in one piece, otherwise into `joined`.
+// White space around a text of several lines is layout and is dropped.
+std::string_view textOf(const pugi::xml_node& element, std::string& joined)
+{
+    std::string_view text = element.value(); // the first piece, unless it is a CDATA section
+    if (element.first_child()) {
+        joined = text;
+        for (const auto& piece : element.children()) {
+            if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
+                joined += piece.value();
+        }
+        text = joined;
+    }
+    return text.find('\n') == std::string_view::npos ? text : gps::trimmed(text);
+}
+
 std::string textOf(const pugi::xml_node& element)
 {
-    std::string text = element.value(); // the first piece, unless it is a CDATA section
-    for (const auto& piece : element.children()) {
-        if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
-            text += piece.value();
-    }
-    if (text.find('\n') == std::string::npos)
-        return text;
-    return std::string{gps::trimmed(text)};
+    std::string joined;
+    return std::string{textOf(element, joined)};
 }
 
 std::string childText(const pugi::xml_node& parent, std::string_view local)
@@ -103,10 +114,54 @@ std::string childText(const pugi::xml_node& parent, std::string_view local)
     return textOf(childOf(parent, local));
 }
 
-std::string commentOf(const pugi::xml_node& element)
+enum Field : std::size_t {
+    kElevation,
+    kTime,
+    kName,
+    kComment,
+    kDescription,
+    kSymbol,
+    kType,
+    kCache,
+    kExtensions,
+    kFieldCount
+};
+
+constexpr std::array<std::string_view, kFieldCount> kFieldNames{
+    "ele", "time", "name", "cmt", "desc", "sym", "type", "cache", "extensions"};
+
+// The fields of a point, found in one walk over its children. Each is what childOf() returns.
+class Fields {
+public:
+    explicit Fields(const pugi::xml_node& parent)
+    {
+        const auto own = nameOf(parent).prefix;
+        for (auto node = parent.first_child(); node; node = node.next_sibling())
+            add(node, own);
+    }
+
+    [[nodiscard]] const pugi::xml_node& operator[](Field field) const { return found_[field]; }
+    [[nodiscard]] std::string text(Field field) const { return textOf(found_[field]); }
+
+private:
+    void add(const pugi::xml_node& node, std::string_view own)
+    {
+        const auto name = nameOf(node);
+        const auto* const known = std::find(kFieldNames.begin(), kFieldNames.end(), name.local);
+        if (known == kFieldNames.end())
+            return;
+        auto& found = found_[static_cast<std::size_t>(known - kFieldNames.begin())];
+        if (!found || (name.prefix == own && nameOf(found).prefix != own))
+            found = node;
+    }
+
+    std::array<pugi::xml_node, kFieldCount> found_;
+};
+
+std::string commentOf(const Fields& fields)
 {
-    auto comment = childText(element, "cmt");
-    return comment.empty() ? childText(element, "desc") : comment;
+    auto comment = fields.text(kComment);
+    return comment.empty() ? fields.text(kDescription) : comment;
 }
 
 void setUnlessEmpty(gps::Dictionary& record, std::string_view key, std::string text)
@@ -122,24 +177,23 @@ std::optional<double> coordinateOf(std::string_view text)
 }
 
 // The cache extension is a child of the element in GPX 1.0, and of its <extensions> in GPX 1.1.
-pugi::xml_node cacheOf(const pugi::xml_node& waypoint)
+pugi::xml_node cacheOf(const Fields& waypoint)
 {
-    const auto cache = childOf(waypoint, "cache");
-    return cache ? cache : childOf(childOf(waypoint, "extensions"), "cache");
+    return waypoint[kCache] ? waypoint[kCache] : childOf(waypoint[kExtensions], "cache");
 }
 
-bool isGeocache(const pugi::xml_node& waypoint)
+bool isGeocache(const Fields& waypoint)
 {
-    return cacheOf(waypoint) || childText(waypoint, "type").starts_with(gps::kGeocacheSymbol) ||
-           childText(waypoint, "sym").starts_with(gps::kGeocacheSymbol);
+    return cacheOf(waypoint) || waypoint.text(kType).starts_with(gps::kGeocacheSymbol) ||
+           waypoint.text(kSymbol).starts_with(gps::kGeocacheSymbol);
 }
 
-std::string cacheTypeOf(const pugi::xml_node& waypoint)
+std::string cacheTypeOf(const Fields& waypoint)
 {
     auto type = childText(cacheOf(waypoint), "type");
     if (!type.empty())
         return type;
-    type = childText(waypoint, "type");
+    type = waypoint.text(kType);
     return type.starts_with(kCacheTypePrefix) ? type.substr(kCacheTypePrefix.size())
                                               : std::string{};
 }
@@ -183,19 +237,19 @@ std::string foundDateOf(const pugi::xml_node& cache)
 }
 
 // Listing sites write the day on which a cache was placed as its waypoint's time.
-std::string datePlacedOf(const pugi::xml_node& waypoint, const gps::GPSPoint& point)
+std::string datePlacedOf(const Fields& waypoint, const gps::GPSPoint& point)
 {
     auto published = loggedDate(cacheOf(waypoint), "Publish Listing");
     return published.empty() ? gps::NMEAUtils::makeNMEADateFrom(point.time).date : published;
 }
 
-gps::Dictionary plainRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+gps::Dictionary plainRecord(const Fields& fields, const gps::GPSPoint& point)
 {
     gps::Dictionary record;
     record.reserve(kUsualKeys);
-    setUnlessEmpty(record, "name", childText(element, "name"));
-    record.set("comment", commentOf(element));
-    setUnlessEmpty(record, "symbol", childText(element, "sym"));
+    setUnlessEmpty(record, "name", fields.text(kName));
+    record.set("comment", commentOf(fields));
+    setUnlessEmpty(record, "symbol", fields.text(kSymbol));
     record.set(gps::kPointKey, point);
     return record;
 }
@@ -211,17 +265,17 @@ void keepTitle(gps::Dictionary& record, const std::string& title)
         record.set("comment", title);
 }
 
-gps::Dictionary geocacheRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
+gps::Dictionary geocacheRecord(const Fields& fields, const gps::GPSPoint& point)
 {
-    const auto cache = cacheOf(element);
+    const auto cache = cacheOf(fields);
     // Not by its logs: they are everybody's.
-    const bool isFound = childText(element, "sym") == gps::kFoundGeocacheSymbol;
-    auto record = plainRecord(element, point);
+    const bool isFound = fields.text(kSymbol) == gps::kFoundGeocacheSymbol;
+    auto record = plainRecord(fields, point);
     keepTitle(record, childText(cache, "name"));
     record.set("geocacheOwner", childText(cache, "owner"));
     record.set("geocacheHint", childText(cache, "encoded_hints"));
-    record.set("geocacheType", cacheTypeOf(element));
-    record.set("datePlaced", datePlacedOf(element, point));
+    record.set("geocacheType", cacheTypeOf(fields));
+    record.set("datePlaced", datePlacedOf(fields, point));
     record.set("dateFound", isFound ? foundDateOf(cache) : std::string{});
     record.set("difficulty", childText(cache, "difficulty"));
     record.set("terrain", childText(cache, "terrain"));
@@ -249,33 +303,55 @@ bool isOwn(const pugi::xml_node& element, std::string_view local)
 
 bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)
 {
-    const auto latitude = coordinateOf(element.attribute("lat").value());
-    const auto longitude = coordinateOf(element.attribute("lon").value());
+    const Fields fields{element};
+    std::string elevation;
+    std::string time;
+    return makePoint({.latitude = element.attribute("lat").value(),
+                      .longitude = element.attribute("lon").value(),
+                      .elevation = textOf(fields[kElevation], elevation),
+                      .time = textOf(fields[kTime], time)},
+                     point);
+}
+
+bool makePoint(const PointTexts& texts, gps::GPSPoint& point)
+{
+    const auto latitude = coordinateOf(texts.latitude);
+    const auto longitude = coordinateOf(texts.longitude);
     if (!latitude || !longitude)
         return false;
     point.latitude = *latitude;
     point.longitude = *longitude;
-    point.altitude = gps::leadingNumber(childText(element, "ele"))
-                         .value_or(std::numeric_limits<double>::quiet_NaN());
-    point.time = readGpxTime(childText(element, "time")).value_or(0);
+    point.altitude =
+        gps::leadingNumber(texts.elevation).value_or(std::numeric_limits<double>::quiet_NaN());
+    point.time = readGpxTime(texts.time).value_or(0);
     return isOnGlobe(point);
+}
+
+gps::Dictionary trackPointRecord(const gps::GPSPoint& point)
+{
+    gps::Dictionary record;
+    record.reserve(1);
+    record.set(gps::kPointKey, point);
+    return record;
 }
 
 gps::Dictionary waypointRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
 {
-    return isGeocache(element) ? geocacheRecord(element, point) : plainRecord(element, point);
+    const Fields fields{element};
+    return isGeocache(fields) ? geocacheRecord(fields, point) : plainRecord(fields, point);
 }
 
 gps::Dictionary routePointRecord(const pugi::xml_node& element, const gps::GPSPoint& point)
 {
-    return plainRecord(element, point);
+    return plainRecord(Fields{element}, point);
 }
 
 gps::Dictionary routeRecord(const pugi::xml_node& element)
 {
+    const Fields fields{element};
     gps::Dictionary route;
-    setUnlessEmpty(route, "name", childText(element, "name"));
-    setUnlessEmpty(route, "comment", commentOf(element));
+    setUnlessEmpty(route, "name", fields.text(kName));
+    setUnlessEmpty(route, "comment", commentOf(fields));
     // leadingInt32() returns 0 for a text without a number, which would become route 0.
     if (const auto number = childText(element, "number"); gps::leadingNumber(number))
         route.set("number", gps::leadingInt32(number));

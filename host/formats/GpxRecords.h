@@ -21,10 +21,24 @@ namespace host {
 /// own, with the same local names, between those of GPX.
 [[nodiscard]] bool isOwn(const pugi::xml_node& element, std::string_view local);
 
-/// Reads a point's coordinates, elevation and time. An elevation that is missing or malformed is a
-/// NaN, and such a time is 0.
+/// The texts of a point's coordinates, elevation and time. A missing one is empty.
+struct PointTexts {
+    std::string_view latitude;
+    std::string_view longitude;
+    std::string_view elevation;
+    std::string_view time;
+};
+
+/// Makes a point of its texts. An elevation that is missing or malformed is a NaN, and such a time
+/// is 0.
 /// @return  whether both coordinates are valid
+[[nodiscard]] bool makePoint(const PointTexts& texts, gps::GPSPoint& point);
+
+/// The same for an element.
 [[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);
+
+/// The record of a <trkpt>.
+[[nodiscard]] gps::Dictionary trackPointRecord(const gps::GPSPoint& point);
 
 /// The record of a <wpt>: a geocache if its type, symbol or cache extension says so. A geocache is
 /// found, and has a found date, only if its symbol is the found one.
