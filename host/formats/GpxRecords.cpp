@@ -146,8 +146,15 @@ public:
 private:
     void add(const pugi::xml_node& node, std::string_view own)
     {
-        const auto name = nameOf(node);
-        const auto* const known = std::find(kFieldNames.begin(), kFieldNames.end(), name.local);
+        ElementName name{{}, node.name()};
+        const auto find = [&name] {
+            return std::find(kFieldNames.begin(), kFieldNames.end(), name.local);
+        };
+        const auto* known = find();
+        if (known == kFieldNames.end()) {
+            name = nameOf(node);
+            known = find();
+        }
         if (known == kFieldNames.end())
             return;
         auto& found = found_[static_cast<std::size_t>(known - kFieldNames.begin())];

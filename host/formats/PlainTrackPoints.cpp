@@ -6,7 +6,7 @@
 
 #include "host/formats/GpxRecords.h"
 
-#include <gps/NumberText.h>
+#include <platform/System/LargePages.h>
 
 #include <algorithm>
 #include <array>
@@ -96,8 +96,11 @@ gps::Array takePoints(std::string_view& text)
     gps::Array points;
     gps::GPSPoint point;
     for (auto before = text.size(); takePoint(text, point); before = text.size()) {
-        if (points.empty()) // if the rest is points of this length, there is room for all of them
+        if (points.empty()) {
+            // If the rest is points of this length, there is room for all of them.
             points.reserve(before / (before - text.size()) + 1);
+            gps::useLargePages(points.data(), points.capacity() * sizeof points[0]);
+        }
         points.emplace_back(trackPointRecord(point));
     }
     if (points.size() < points.capacity() / 2)

@@ -47,6 +47,8 @@ public:
     PresentRecords(const Scope& scope, const gps::Dictionary& data, RecordComparison& comparison)
         : scope_(scope), comparison_(comparison)
     {
+        if (const auto* const records = data.findArray(scope.key))
+            byName_.reserve(records->size());
         forEachRecord(data, scope.key, [this](const gps::Dictionary& record) {
             if (!scope_.contains(record))
                 return;
@@ -74,10 +76,13 @@ public:
         const auto isSame = [&](const gps::Dictionary* record) {
             return scope_.areSame(comparison_, *record, onDevice);
         };
-        records.areOnDevice = true;
+        records.areOnDevice = isAnyOnDevice_ = true;
         records.haveChanged = records.haveChanged || !isSame(records.first) ||
                               !std::all_of(records.others.begin(), records.others.end(), isSame);
     }
+
+    // Whether the device holds any name of the records to send.
+    [[nodiscard]] bool isAnyOnDevice() const noexcept { return isAnyOnDevice_; }
 
     // Whether the device holds a record to send, and all others of its name.
     [[nodiscard]] bool isPresent(const gps::Dictionary& record) const
@@ -100,6 +105,7 @@ private:
     const Scope& scope_;
     RecordComparison& comparison_;
     std::unordered_map<std::string_view, Namesakes> byName_;
+    bool isAnyOnDevice_ = false;
 };
 
 // Removes the records under a key for which `isRemoved` returns true, and the key with the last of
@@ -146,6 +152,9 @@ RecordCounts removePresentRecords(gps::Dictionary& data, const ChosenRecordSourc
             for (auto* const scope : scopes)
                 scope->compare(key, record);
         });
+    if (std::none_of(scopes.begin(), scopes.end(),
+                     [](const PresentRecords* scope) { return scope->isAnyOnDevice(); }))
+        return {};
     removeRecords(data, kWaypoints.key, [&](const gps::Dictionary& record) {
         return waypoints.isPresent(record) || geocaches.isPresent(record);
     });

@@ -5,30 +5,16 @@
 #include "FullTransfer.h"
 
 #include "FileSystem.h"
+#include "LargePages.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
-
-#include <sys/mman.h>
 
 namespace gps {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{256}
                                << 10; // bytes for one read, so that they stay in cache
-
-/// Asks for large pages, which spare the kernel most of its work when the memory is first touched.
-/// Without them, it takes a tenth of the time of reading and writing a track.
-void useLargePages(std::string& bytes)
-{
-    constexpr std::size_t kPage = 4096;
-    constexpr std::size_t kWorthIt = std::size_t{4} << 20;
-    if (bytes.capacity() < kWorthIt)
-        return;
-    const auto beforePage = kPage - reinterpret_cast<std::uintptr_t>(bytes.data()) % kPage;
-    (void)::madvise(bytes.data() + beforePage, bytes.capacity() - beforePage, MADV_HUGEPAGE);
-}
 
 /// Calls `write` with the part of the data that is left, until none is.
 template <typename Write> int writeWhole(std::string_view data, Write write)
@@ -68,7 +54,7 @@ int readAll(FileSystem& files, int file, std::size_t expected, std::size_t limit
     const std::size_t room = expected + 1;
     bytes.clear();
     bytes.reserve(std::min(room, limit));
-    useLargePages(bytes);
+    useLargePages(bytes.data(), bytes.capacity());
     while (bytes.size() < limit) {
         const std::size_t used = bytes.size();
         const std::size_t wanted =

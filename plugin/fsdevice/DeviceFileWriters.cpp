@@ -18,6 +18,7 @@
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
 #include <platform/System/FileManager.h>
+#include <platform/System/LargePages.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -40,6 +41,7 @@ public:
     {
         constexpr std::size_t kUsualLine = 80; // bytes
         text_.reserve(records * kUsualLine);
+        gps::useLargePages(text_.data(), text_.capacity());
     }
 
     /// The lines so far, to which lines are added.
