@@ -31,8 +31,8 @@ class EventStream final : public gps::GPSOutputReceiver {
 public:
     static constexpr std::size_t kMostEvents = 4096; ///< that wait for the consumer
     static constexpr std::size_t kMostInBatch = 512;
-    static constexpr std::size_t kWakeAfter = 2048;  ///< events, so that waking is rare
-    static constexpr std::size_t kLongText = 1024;   ///< bytes; those of real receivers are short
+    static constexpr std::size_t kWakeAfter = 2048; ///< events, so that waking is rare
+    static constexpr std::size_t kLongText = 1024;  ///< bytes; those of real receivers are short
     static constexpr std::size_t kMostLongTexts = std::size_t{16} << 20; ///< bytes that wait
 
     EventStream() : ring_(kMostEvents) {}
