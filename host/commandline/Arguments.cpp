@@ -123,7 +123,7 @@ std::string wrongOptionWord(const CLI::App& app, std::string_view word)
     if (!word.starts_with("--")) {
         const bool hasOneHyphen = name.size() > 2 && name.front() == '-';
         return hasOneHyphen && findAnywhere(app, '-' + name) != nullptr
-                   ? fmt::format("unknown option \"{0}\"; did you mean \"-{0}\"?", name)
+                   ? fmt::format(R"(unknown option "{0}"; did you mean "-{0}"?)", name)
                    : "";
     }
     if (equals == word.npos || equals < 3)

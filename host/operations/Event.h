@@ -29,8 +29,8 @@ enum class EventKind {
 
 /// The kind determines which fields are meaningful. The others hold leftovers: events are reused,
 /// to save the allocations of their records. Two threads pass millions of track points to each
-/// other: all that one of those needs is in one cache line.
-struct alignas(64) Event {
+/// other, so what one of those needs comes first: little of the processor's cache moves.
+struct Event {
     EventKind kind = EventKind::kStateChange;
     gps::GPSPoint point;    ///< kTrackPoint, kWayPoint
     gps::Dictionary record; ///< the point's other fields, the track or the route

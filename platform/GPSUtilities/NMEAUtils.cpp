@@ -11,7 +11,6 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
-#include <cstring>
 
 namespace gps::NMEAUtils {
 namespace {
@@ -326,7 +325,8 @@ bool putNMEADate(char* date, char* time, std::int64_t timestamp) noexcept
     putTwoDigits(time, second / 3600);
     putTwoDigits(time + 2, second / 60 % 60);
     putTwoDigits(time + 4, second % 60);
-    std::memcpy(time + 6, ".00", 3);
+    constexpr std::string_view kHundredths = ".00";
+    kHundredths.copy(time + 6, kHundredths.size());
     return true;
 }
 
