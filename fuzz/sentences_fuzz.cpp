@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Passes one line to each sentence interpreter. A line that is too short changes nothing; the
 // record of an accepted line can be written, read and written again as the same text. Each input is
-// tried unchanged and with its checksum corrected.
+// tried unchanged and with its checksum corrected, and as the body of a sentence.
 
 #include "Framing.h"
 #include "FuzzTarget.h"
 
 #include <gps/Error.h>
 #include <gps/Value.h>
+#include <platform/GPSUtilities/NMEAUtils.h>
 #include <plugin/codec/GeoCacheSentence.h>
 #include <plugin/codec/RouteSentence.h>
 #include <plugin/codec/SentenceFields.h>
@@ -156,6 +157,22 @@ void checkLine(std::string_view line)
     checkRouteSentence(line);
 }
 
+/// The check looks at eight bytes at a time; here it is done byte by byte.
+void checkChecksum(std::string_view body)
+{
+    std::uint8_t checksum = 0;
+    bool isAllowed = !body.empty();
+    for (const char c : body) {
+        checksum ^= static_cast<std::uint8_t>(c);
+        isAllowed = isAllowed && c >= ' ' && c <= '~' && c != '$' && c != '*';
+    }
+    fuzz::require(gps::NMEAUtils::checksumFromSentence(body) == checksum,
+                  "the checksum is the exclusive or of all bytes");
+    const auto sentence = gps::NMEAUtils::addChecksumToNMEASentence(body);
+    fuzz::require(gps::NMEAUtils::checkAndTrimNMEASentence(sentence).has_value() == isAllowed,
+                  "a sentence is accepted if all its bytes are allowed");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -163,5 +180,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto line = fuzz::textOf(data, size);
     checkLine(line);
     checkLine(fuzz::withChecksum(line));
+    checkChecksum(line);
     return 0;
 }
