@@ -10,6 +10,7 @@
 #include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
 
+#include <gps/Characters.h>
 #include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
@@ -195,12 +196,8 @@ bool selectByItself(const gps::GPSPlugInProtocol& driver)
 std::string driverName(const gps::GPSPlugInProtocol& driver)
 {
     std::string name = driver.gpsName();
-    for (char& c : name) {
-        if (c == ' ')
-            c = '-';
-        else if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
+    for (char& c : name)
+        c = c == ' ' ? '-' : gps::lowerCase(c);
     return name;
 }
 

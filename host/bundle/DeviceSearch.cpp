@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 
+#include <gps/Characters.h>
 #include <gps/GPSDeviceSearch.h>
 
 #include <fmt/format.h>
@@ -48,8 +49,8 @@ Search searchOf(const std::vector<Driver>& drivers)
 // A driver's sentence after a colon or in brackets: "It has no file" becomes "it has no file".
 std::string clause(std::string sentence)
 {
-    if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z')
-        sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+    if (!sentence.empty())
+        sentence[0] = gps::lowerCase(sentence[0]);
     return sentence;
 }
 

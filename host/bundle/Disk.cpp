@@ -6,7 +6,6 @@
 
 #include "host/base/HostError.h"
 
-#include <platform/System/FileManager.h>
 #include <platform/System/MountTable.h>
 
 #include <fmt/format.h>
@@ -24,8 +23,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; // bytes
 
 // The device nodes of a disk's partitions in order, or its own if it has none.
 std::vector<std::string> nodesOf(const std::string& disk)
@@ -48,12 +45,10 @@ std::vector<std::string> nodesOf(const std::string& disk)
 
 std::optional<std::string> mountPointOf(const std::string& node)
 {
-    std::string table;
     struct stat status {};
-    if (::stat(node.c_str(), &status) != 0 ||
-        gps::FileManager{}.readFile("/proc/self/mountinfo", table, kLargestMountTable))
+    if (::stat(node.c_str(), &status) != 0)
         return std::nullopt;
-    for (const auto& entry : gps::parseMountTable(table)) {
+    for (const auto& entry : gps::readMountTable()) {
         if (makedev(entry.major, entry.minor) == status.st_rdev)
             return entry.path;
     }

@@ -33,12 +33,11 @@ ParsedCommandLine helpOn(const CLI::App& app, const std::optional<std::string>& 
         return {std::nullopt,
                 app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal),
                 ExitStatus::kSuccess};
-    std::vector<std::string> names;
     for (const auto* command : visibleCommands(app)) {
         if (command->get_name() == *topic)
             return {std::nullopt, command->help(app.get_name()), ExitStatus::kSuccess};
-        names.push_back(command->get_name());
     }
+    const auto names = commandNames(app);
     const auto guess = nearestName(*topic, names);
     return mistake(fmt::format("unknown command \"{}\"; {}", *topic,
                                guess.empty() ? "the commands are: " + joined(names, ", ")

@@ -116,14 +116,6 @@ Answers formatAnswers(const TypedValues& /*typed*/)
     return names;
 }
 
-Answers commandAnswers(const CLI::App& app)
-{
-    Answers names;
-    for (const auto* command : visibleCommands(app))
-        names.push_back(command->get_name());
-    return names;
-}
-
 ValueSource sourceFor(const CLI::App& command, const CLI::Option& option)
 {
     const auto type = option.get_type_name();
@@ -136,7 +128,7 @@ ValueSource sourceFor(const CLI::App& command, const CLI::Option& option)
     if (type == "FORMAT")
         return formatAnswers;
     if (type == "COMMAND")
-        return wordSource(commandAnswers(*command.get_parent()));
+        return wordSource(commandNames(*command.get_parent()));
     if (type == "BUNDLE")
         return wordSource({":folders"});
     if (type == "auto|off|WEEKS")

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What cannot be looked at, such as a file in a folder without permission, is no mistake here: the
-// reader of the file reports it.
+// A file that cannot be looked at, such as one in a folder without permission, passes all checks:
+// its reader reports why.
 
 #include "host/cli/InputFiles.h"
 
@@ -8,6 +8,8 @@
 #include "host/base/Text.h"
 #include "host/commandline/NearestName.h"
 #include "host/transfer/GpxImport.h"
+
+#include <gps/Characters.h>
 
 #include <fmt/format.h>
 
@@ -26,7 +28,7 @@ std::string typeOf(const std::string& file)
     auto extension = fs::path{file}.extension().string();
     extension.erase(0, 1);
     for (char& c : extension)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        c = gps::lowerCase(c);
     return extension;
 }
 

@@ -3,6 +3,8 @@
 
 #include "host/cli/RawOptions.h"
 
+#include <gps/Characters.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -29,9 +31,7 @@ std::string extensionOf(const std::string& path)
 // The format of a name or of an extension, in either case.
 const Format* formatNamed(std::string name)
 {
-    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::transform(name.begin(), name.end(), name.begin(), gps::lowerCase);
     return findFormat(name);
 }
 

@@ -129,4 +129,12 @@ std::vector<const CLI::App*> visibleCommands(const CLI::App& app)
         [](const CLI::App* command) { return !command->get_group().empty(); });
 }
 
+std::vector<std::string> commandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const auto* command : visibleCommands(app))
+        names.push_back(command->get_name());
+    return names;
+}
+
 } // namespace host

@@ -33,4 +33,7 @@ public:
 /// The commands that are not hidden.
 [[nodiscard]] std::vector<const CLI::App*> visibleCommands(const CLI::App& app);
 
+/// Their names.
+[[nodiscard]] std::vector<std::string> commandNames(const CLI::App& app);
+
 } // namespace host

@@ -3,6 +3,8 @@
 
 #include "host/commandline/NearestName.h"
 
+#include <gps/Characters.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
@@ -20,7 +22,7 @@ std::string lettersOf(std::string_view name)
 {
     std::string letters{name.substr(std::min(name.find_first_not_of('-'), name.size()))};
     for (char& c : letters)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        c = gps::lowerCase(c);
     return letters;
 }
 

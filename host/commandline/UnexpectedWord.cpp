@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -32,8 +33,8 @@ std::string guessFor(std::string_view word, const CLI::App& app)
         }
     }
     if (app.get_subcommands().empty()) {
-        for (const auto* command : visibleCommands(app))
-            names.push_back(command->get_name());
+        for (auto& name : commandNames(app))
+            names.push_back(std::move(name));
     }
     return nearestName(word.substr(0, word.find('=')), names);
 }
@@ -85,10 +86,8 @@ std::string misplacedOption(const CLI::App& app, const std::string& name)
 // What may be meant by a word where a command is expected.
 std::string commandHint(const CLI::App& app, const std::string& word)
 {
-    std::vector<std::string> names;
     std::vector<std::string> examples;
     for (const auto* command : visibleCommands(app)) {
-        names.push_back(command->get_name());
         for (const auto* argument : argumentsOf(*command)) {
             if (argument->get_type_name() == "FILE")
                 examples.push_back(
@@ -98,7 +97,7 @@ std::string commandHint(const CLI::App& app, const std::string& word)
     const bool isPath = word.find_first_of("./") != word.npos;
     return isPath && !examples.empty()
                ? fmt::format("a file follows its command: {}", fmt::join(examples, " or "))
-               : fmt::format("the commands are: {}", fmt::join(names, ", "));
+               : fmt::format("the commands are: {}", fmt::join(commandNames(app), ", "));
 }
 
 // What may be meant by a word where no further argument is expected.

@@ -29,7 +29,7 @@ private:
     [[nodiscard]] bool isAnywhere(const DevicePosition& position);
 
     std::vector<DevicePosition> positions_; // in the order of the calls
-    std::size_t next_ = 0;                  // those before it are no longer looked at in order
+    std::size_t next_ = 0;                  // all before it were passed by look-ups in order
     std::vector<std::int64_t> sortedKeys_;  // empty until a point is not in order
 };
 

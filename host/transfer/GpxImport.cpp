@@ -8,6 +8,7 @@
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxReader.h"
 
+#include <gps/Characters.h>
 #include <gps/Value.h>
 
 #include <fmt/format.h>
@@ -76,9 +77,8 @@ bool isGpxFile(const std::string& file)
     constexpr std::string_view kExtension = ".gpx";
     if (file.size() < kExtension.size())
         return false;
-    return std::equal(
-        kExtension.begin(), kExtension.end(), file.end() - kExtension.size(),
-        [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b); });
+    return std::equal(kExtension.begin(), kExtension.end(), file.end() - kExtension.size(),
+                      [](char a, char b) { return a == gps::lowerCase(b); });
 }
 
 std::optional<gps::Error> importGpx(const std::string& file, gps::GPSOutputReceiver& status,

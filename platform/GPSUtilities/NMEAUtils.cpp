@@ -115,7 +115,6 @@ double degreesOf(double number) noexcept
 /// degrees are those of the integer part.
 std::optional<double> quickDegrees(std::string_view text) noexcept
 {
-    static constexpr std::array<double, 8> kPowersOfTen{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
     if (text.size() < 8)
         return std::nullopt;
     const std::uint64_t first = readEight(text.data());

@@ -4,9 +4,12 @@
 
 #include "MountTable.h"
 
+#include "FileManager.h"
+
 #include <gps/NumberText.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -77,6 +80,15 @@ std::vector<MountTableEntry> parseMountTable(std::string_view text)
             entries.push_back(*std::move(entry));
     }
     return entries;
+}
+
+std::vector<MountTableEntry> readMountTable(const std::string& path)
+{
+    constexpr std::size_t kLargest = std::size_t{16} << 20; // bytes
+    std::string text;
+    if (FileManager{}.readFile(path, text, kLargest))
+        return {};
+    return parseMountTable(text);
 }
 
 } // namespace gps

@@ -23,4 +23,9 @@ struct MountTableEntry {
 /// [any]
 [[nodiscard]] std::vector<MountTableEntry> parseMountTable(std::string_view text);
 
+/// Reads and parses a mount table, by default that of this process. [any]
+/// @return  no entries if it cannot be read
+[[nodiscard]] std::vector<MountTableEntry>
+readMountTable(const std::string& path = "/proc/self/mountinfo");
+
 } // namespace gps

@@ -3,7 +3,6 @@
 
 #include "MountedVolumes.h"
 
-#include "FileManager.h"
 #include "FileSystem.h"
 #include "MountTable.h"
 #include "Udev.h"
@@ -14,8 +13,6 @@
 
 namespace gps {
 namespace {
-
-constexpr std::size_t kLargestMountTable = std::size_t{16} << 20; ///< bytes
 
 /// The block device of a mounted volume. A volume that spans several devices has a device number of
 /// its own, with major number 0, and names one of the devices as its source.
@@ -60,12 +57,11 @@ std::optional<bool> removability(udev* database, const MountTableEntry& entry)
 
 std::vector<MountedVolume> mountedVolumes(const std::string& mountTable)
 {
-    std::string text;
     const Udev database{udev_new()};
-    if (!database || FileManager{}.readFile(mountTable, text, kLargestMountTable))
+    if (!database)
         return {};
     std::vector<MountedVolume> volumes;
-    for (auto& entry : parseMountTable(text)) {
+    for (auto& entry : readMountTable(mountTable)) {
         const auto removable = removability(database.get(), entry);
         volumes.push_back({std::move(entry.path), removable});
     }

@@ -8,11 +8,10 @@
 #include "PositionFields.h"
 #include "SentenceFields.h"
 #include "SentenceList.h"
+#include "SentenceText.h"
 
 #include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
-
-#include <utility>
 
 namespace magellan {
 namespace {
@@ -43,21 +42,18 @@ constexpr int kAltitudeWidth = 7;
 bool appendGeoCacheSentence(std::string& text, const gps::GPSPoint& point,
                             const gps::Dictionary& record)
 {
-    text += '$';
-    const auto body = text.size();
-    if (!appendPosition(text, kGeoCacheSentence, point, kAltitudeWidth)) {
+    return appendSentence(text, [&] {
+        if (!appendPosition(text, kGeoCacheSentence, point, kAltitudeWidth))
+            return false;
+        // A type given as "Geocache|Multi" is written as "GeocacheMulti": the filter removes the
+        // "|", so the prefix is kept.
+        for (const auto key : gps::kGeocacheKeys) {
+            appendDeviceText(text, record, key);
+            text += ',';
+        }
         text.pop_back();
-        return false;
-    }
-    // A type given as "Geocache|Multi" is written as "GeocacheMulti": the filter removes the "|",
-    // so the prefix is kept.
-    for (const auto key : gps::kGeocacheKeys) {
-        appendDeviceText(text, record, key);
-        text += ',';
-    }
-    text.pop_back();
-    NMEAUtils::appendNMEAChecksum(text, body);
-    return true;
+        return true;
+    });
 }
 
 constexpr SentenceListKind kGeoCacheList{"geocache", appendGeoCacheSentence,
@@ -121,9 +117,7 @@ bool isGeoCacheAsWritten(const SentenceFields& fields)
 std::optional<std::string> makeGeoCacheSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
-    std::string sentence;
-    return appendGeoCacheSentence(sentence, point, record) ? std::optional{std::move(sentence)}
-                                                           : std::nullopt;
+    return appended([&](std::string& text) { return appendGeoCacheSentence(text, point, record); });
 }
 
 std::optional<std::vector<std::string>>

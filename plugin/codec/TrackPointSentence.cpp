@@ -5,6 +5,7 @@
 
 #include "PositionFields.h"
 #include "SentenceFields.h"
+#include "SentenceText.h"
 
 #include <gps/Value.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <utility>
 
 namespace magellan {
 namespace {
@@ -72,22 +72,17 @@ void readTrackPoint(const SentenceFields& fields, gps::GPSPoint& point, gps::Dic
 
 std::optional<std::string> makeTrackPointSentenceWithPoint(const gps::GPSPoint& point)
 {
-    std::string sentence;
-    return appendTrackPointSentence(sentence, point) ? std::optional{std::move(sentence)}
-                                                     : std::nullopt;
+    return appended([&](std::string& text) { return appendTrackPointSentence(text, point); });
 }
 
 bool appendTrackPointSentence(std::string& text, const gps::GPSPoint& point)
 {
-    text += '$';
-    const auto body = text.size();
-    if (!appendPosition(text, kTrackPointSentence, point, kAltitudeWidth)) {
-        text.pop_back();
-        return false;
-    }
-    appendTimeAndDate(text, point.time);
-    NMEAUtils::appendNMEAChecksum(text, body);
-    return true;
+    return appendSentence(text, [&] {
+        if (!appendPosition(text, kTrackPointSentence, point, kAltitudeWidth))
+            return false;
+        appendTimeAndDate(text, point.time);
+        return true;
+    });
 }
 
 } // namespace magellan

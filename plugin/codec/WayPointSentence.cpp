@@ -8,11 +8,10 @@
 #include "PositionFields.h"
 #include "SentenceFields.h"
 #include "SentenceList.h"
+#include "SentenceText.h"
 #include "SymbolMap.h"
 
 #include <platform/GPSUtilities/NMEAUtils.h>
-
-#include <utility>
 
 namespace magellan {
 namespace {
@@ -35,19 +34,16 @@ constexpr int kAltitudeWidth = 7;
 bool appendWayPointSentence(std::string& text, const gps::GPSPoint& point,
                             const gps::Dictionary& record)
 {
-    text += '$';
-    const auto body = text.size();
-    if (!appendPosition(text, kWayPointSentence, point, kAltitudeWidth)) {
-        text.pop_back();
-        return false;
-    }
-    appendDeviceText(text, record, "name", kLongestName);
-    text += ',';
-    appendDeviceText(text, record, "comment");
-    text += ',';
-    text += SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol"));
-    NMEAUtils::appendNMEAChecksum(text, body);
-    return true;
+    return appendSentence(text, [&] {
+        if (!appendPosition(text, kWayPointSentence, point, kAltitudeWidth))
+            return false;
+        appendDeviceText(text, record, "name", kLongestName);
+        text += ',';
+        appendDeviceText(text, record, "comment");
+        text += ',';
+        text += SymbolMap::shared().magellanIconFromSymbolString(record.findString("symbol"));
+        return true;
+    });
 }
 
 constexpr SentenceListKind kWayPointList{"waypoint", appendWayPointSentence,
@@ -107,9 +103,7 @@ bool isWayPointAsWritten(const SentenceFields& fields)
 std::optional<std::string> makeWayPointSentenceWithPoint(const gps::GPSPoint& point,
                                                          const gps::Dictionary& record)
 {
-    std::string sentence;
-    return appendWayPointSentence(sentence, point, record) ? std::optional{std::move(sentence)}
-                                                           : std::nullopt;
+    return appended([&](std::string& text) { return appendWayPointSentence(text, point, record); });
 }
 
 std::vector<std::string> makeWayPointSentencesFromWaypointList(const gps::Array& list)

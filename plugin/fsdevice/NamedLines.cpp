@@ -5,6 +5,7 @@
 
 #include "../codec/GeoCacheSentence.h"
 #include "../codec/SentenceFields.h"
+#include "../codec/SentenceText.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Lines.h"
 #include "FileSentences.h"
@@ -46,10 +47,11 @@ bool NamedLines::appendAsWritten(std::size_t index, std::string& text) const
     const std::string_view body{line.body, line.length};
     if (!kind_.isAsWritten(SentenceFields{body}))
         return false;
-    text += '$';
-    const auto start = text.size();
-    text += body;
-    gps::NMEAUtils::appendNMEAChecksum(text, start); // its own may have lower-case digits
+    // With a new checksum: the line's own may have lower-case digits.
+    (void)appendSentence(text, [&] {
+        text += body;
+        return true;
+    });
     text += kFileLineEnd;
     return true;
 }

@@ -20,6 +20,12 @@ namespace gps {
     return c >= '0' && c <= '9';
 }
 
+/// A character with an ASCII capital made a small letter. [any]
+[[nodiscard]] constexpr char lowerCase(char c) noexcept
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// The text without the white space at its start. [any]
 /// @return  a view into the text
 [[nodiscard]] constexpr std::string_view withoutLeadingSpace(std::string_view text) noexcept

@@ -31,9 +31,6 @@ bool takeSign(std::string_view& text) noexcept
     return minus;
 }
 
-constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
 /// Reads up to 15 digits with a point anywhere among them: the digits and the power of ten are both
 /// exact doubles, so one division rounds correctly.
 std::optional<double> shortNumber(std::string_view text) noexcept

@@ -8,6 +8,7 @@
 
 #include <gps/Characters.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -108,6 +109,11 @@ inline constexpr std::size_t kMostOfInteger = 20;  ///< "-9223372036854775808"
 ///
 /// Precondition: the width is at most kMostOfInteger.
 [[nodiscard]] char* putPadded(char* at, std::int64_t value, int width) noexcept;
+
+/// Powers of ten that are exact doubles: a number of up to 15 digits divided by one of them is
+/// rounded correctly.
+inline constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 /// Writes a number below 100 in two digits. [any]
 inline void putTwoDigits(char* at, unsigned number) noexcept

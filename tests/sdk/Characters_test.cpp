@@ -29,6 +29,16 @@ TEST(Characters, TenCharactersAreDigits)
     EXPECT_EQ(found, "0123456789");
 }
 
+TEST(Characters, OnlyTheCapitalsOfAsciiHaveSmallLetters)
+{
+    std::string changed;
+    for (int c = -128; c < 128; ++c) {
+        if (lowerCase(static_cast<char>(c)) != static_cast<char>(c))
+            changed += {static_cast<char>(c), lowerCase(static_cast<char>(c))};
+    }
+    EXPECT_EQ(changed, "AaBbCcDdEeFfGgHhIiJjKkLlMmNnOoPpQqRrSsTtUuVvWwXxYyZz");
+}
+
 TEST(Characters, TrimmingKeepsTheSpaceInside)
 {
     EXPECT_EQ(trimmed(" \t\r\na b\v\f "), "a b");

@@ -61,37 +61,35 @@ TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
     EXPECT_THAT(folder.names(), ElementsAre("a.log"));
 }
 
+std::vector<std::string> callsOfAWriteOn(long fileSystemType)
+{
+    const TemporaryFolder folder;
+    folder.put("a", "old");
+    OneFault files;
+    files.setType(fileSystemType);
+    EXPECT_EQ(writeAtomically(files, folder.path("a"), "new"), 0);
+    return files.calls();
+}
+
 // The last flush is that of the folder. The numbers are those of vfat, exFAT, a file system in user
 // space, one on the network and one that nobody knows.
 TEST(AtomicFile, FlushesTheFileBeforeAndAfterTheRenameAndThenTheFolder)
 {
-    for (const long type : {0x4d44L, 0x2011BAB0L, 0x65735546L, 0x6969L, 0L}) {
-        const TemporaryFolder folder;
-        folder.put("a", "old");
-        OneFault files;
-        files.setType(type);
-        EXPECT_EQ(writeAtomically(files, folder.path("a"), "new"), 0);
-        EXPECT_THAT(files.calls(),
+    for (const long type : {0x4d44L, 0x2011BAB0L, 0x65735546L, 0x6969L, 0L})
+        EXPECT_THAT(callsOfAWriteOn(type),
                     ElementsAre("open", "flock", "unlinkat", "openat", "fchmod", "write", "fsync",
                                 "renameat", "fsync", "fsync", "close", "close"))
             << type;
-    }
 }
 
 // ext4, XFS, Btrfs, F2FS and tmpfs.
 TEST(AtomicFile, FlushesTheFileOnlyBeforeTheRenameWhereNamesAndSizesAreApart)
 {
-    for (const long type : {0xEF53L, 0x58465342L, 0x9123683EL, 0xF2F52010L, 0x01021994L}) {
-        const TemporaryFolder folder;
-        folder.put("a", "old");
-        OneFault files;
-        files.setType(type);
-        EXPECT_EQ(writeAtomically(files, folder.path("a"), "new"), 0);
-        EXPECT_THAT(files.calls(),
+    for (const long type : {0xEF53L, 0x58465342L, 0x9123683EL, 0xF2F52010L, 0x01021994L})
+        EXPECT_THAT(callsOfAWriteOn(type),
                     ElementsAre("open", "flock", "unlinkat", "openat", "fchmod", "write", "fsync",
                                 "renameat", "fsync", "close", "close"))
             << type;
-    }
 }
 
 TEST(AtomicFile, FlushesTheFileAgainIfItsFileSystemCannotBeLookedUp)
