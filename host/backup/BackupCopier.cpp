@@ -110,9 +110,10 @@ std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const 
                                                  BackedUpFile& file)
 {
     const gps::FileManager manager{&files_};
-    std::string bytes;
-    if (auto failure = read(from, bytes))
+    gps::SharedText content;
+    if (auto failure = read(from, content))
         return failure;
+    const std::string_view bytes = content;
     if (auto failure = writeFile(to, bytes, files_))
         return failure;
     std::string copy;
@@ -131,14 +132,19 @@ std::string BackupCopier::target(const std::string& relative) const
     return gps::joinPath(gps::joinPath(folder_, kFilesName), relative);
 }
 
-std::optional<gps::Error> BackupCopier::read(const std::string& path, std::string& bytes) const
+std::optional<gps::Error> BackupCopier::read(const std::string& path,
+                                             gps::SharedText& content) const
 {
     const auto found = known_.find(path);
     // A file that is not text has an error, too, but also its content.
-    if (found == known_.end() || (found->second->error && found->second->content.empty()))
-        return gps::FileManager{&files_}.readFile(path, bytes);
-    bytes = found->second->content;
-    return std::nullopt;
+    if (found != known_.end() && (!found->second->error || found->second->content != "")) {
+        content = found->second->content;
+        return std::nullopt;
+    }
+    std::string bytes;
+    auto failure = gps::FileManager{&files_}.readFile(path, bytes);
+    content = std::move(bytes);
+    return failure;
 }
 
 } // namespace host

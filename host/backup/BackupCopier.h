@@ -42,7 +42,8 @@ private:
                                                       const std::string& relative);
     [[nodiscard]] std::optional<gps::Error> copyFile(const std::string& from, const std::string& to,
                                                      BackedUpFile& file);
-    [[nodiscard]] std::optional<gps::Error> read(const std::string& path, std::string& bytes) const;
+    [[nodiscard]] std::optional<gps::Error> read(const std::string& path,
+                                                 gps::SharedText& content) const;
     [[nodiscard]] bool isLink(const std::string& path) const;
     [[nodiscard]] std::string target(const std::string& relative) const;
 

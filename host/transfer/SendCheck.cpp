@@ -72,7 +72,7 @@ template <typename Visitor> void forEachName(const gps::PlannedFile& planned,
 }
 
 // How many records both an older and a planned content have, but the present one does not.
-std::size_t lostRecords(const std::string& before, const std::string& present,
+std::size_t lostRecords(std::string_view before, std::string_view present,
                         const gps::PlannedFile& planned, const gps::GPSFileDevice& device)
 {
     std::set<RecordName> missing;

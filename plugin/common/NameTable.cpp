@@ -14,6 +14,11 @@ constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
 } // namespace
 
+NameTable::Name::Name(std::string_view name) noexcept
+    : text(name.data()), length(static_cast<std::uint32_t>(name.size())),
+      hash(static_cast<std::uint32_t>(std::hash<std::string_view>{}(name)))
+{}
+
 bool NameTable::Name::operator==(const Name& other) const noexcept
 {
     return hash == other.hash &&
@@ -26,9 +31,8 @@ std::size_t NameTable::indexOf(std::string_view name)
 {
     if (2 * (names_.size() + 1) > slots_.size())
         grow();
-    const Name sought{name.data(), static_cast<std::uint32_t>(name.size()),
-                      static_cast<std::uint32_t>(std::hash<std::string_view>{}(name))};
-    auto& slot = slotFor(sought);
+    const Name sought{name};
+    auto& slot = slots_[slotFor(sought)];
     if (slot == kFree) {
         slot = static_cast<std::uint32_t>(names_.size());
         names_.push_back(sought);
@@ -36,21 +40,27 @@ std::size_t NameTable::indexOf(std::string_view name)
     return slot;
 }
 
+std::optional<std::size_t> NameTable::find(std::string_view name) const
+{
+    const auto index = slots_[slotFor(Name{name})];
+    return index != kFree ? std::optional<std::size_t>{index} : std::nullopt;
+}
+
 /// Returns the slot that holds the name's index, or the free slot where it belongs.
-std::uint32_t& NameTable::slotFor(const Name& name)
+std::size_t NameTable::slotFor(const Name& name) const
 {
     const std::size_t mask = slots_.size() - 1;
     std::size_t i = name.hash & mask;
     while (slots_[i] != kFree && names_[slots_[i]] != name)
         i = (i + 1) & mask;
-    return slots_[i];
+    return i;
 }
 
 void NameTable::grow()
 {
     slots_.assign(slots_.size() * kGrowth, kFree);
     for (std::size_t index = 0; index < names_.size(); ++index)
-        slotFor(names_[index]) = static_cast<std::uint32_t>(index);
+        slots_[slotFor(names_[index])] = static_cast<std::uint32_t>(index);
 }
 
 } // namespace magellan

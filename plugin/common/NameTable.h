@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,9 @@ public:
     /// Precondition: the text behind the view outlives the table, and there are fewer than 2^32
     /// names of less than 4 GiB each.
     [[nodiscard]] std::size_t indexOf(std::string_view name);
+
+    /// Returns the index of a name; nullopt if indexOf() never got it.
+    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
     /// Returns the name of an index. Precondition: `index` is below size().
     [[nodiscard]] std::string_view at(std::size_t index) const
@@ -36,10 +40,11 @@ private:
         std::uint32_t length;
         std::uint32_t hash;
 
+        explicit Name(std::string_view name) noexcept;
         bool operator==(const Name& other) const noexcept;
     };
 
-    [[nodiscard]] std::uint32_t& slotFor(const Name& name);
+    [[nodiscard]] std::size_t slotFor(const Name& name) const;
     void grow();
 
     std::vector<Name> names_;

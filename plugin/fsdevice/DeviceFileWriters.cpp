@@ -11,9 +11,9 @@
 #include "../codec/TrackPointSentence.h"
 #include "../codec/WayPointSentence.h"
 #include "../common/Lines.h"
+#include "../common/NameTable.h"
 #include "../common/Records.h"
 #include "DeviceFileReaders.h"
-#include "NamedLines.h"
 
 #include <gps/NumberText.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
@@ -78,16 +78,15 @@ gps::Array sortedByName(gps::Array records)
 /// where it is or replaced, then the new ones. Decodes the file's records one by one, if at all.
 class NamedMerge {
 public:
-    /// @param lines  gets what becomes of the file's lines; may be null
-    NamedMerge(const NamedKind& kind, std::string_view present, gps::LineAccount* lines)
-        : present_(kind, present, lines != nullptr ? *lines : unused_)
-    {}
+    /// Precondition: `present` outlives this object.
+    explicit NamedMerge(const NamedLines& present) : present_(present) {}
 
     /// Adds a record, or replaces the one that has its name.
     /// Precondition: both outlive this object.
     void set(std::string_view name, const gps::Value& element)
     {
-        const auto index = present_.indexOf(name);
+        const auto own = present_.find(name);
+        const auto index = own ? *own : present_.count() + added_.indexOf(name);
         if (index >= merged_.size())
             merged_.resize(index + 1);
         merged_[index] = &element;
@@ -100,10 +99,9 @@ public:
 
     /// Appends the lines of the records in order. Most of the file's own do not change, so they are
     /// copied without being decoded.
-    /// @param appendLine  appends the line of a record; false if there must be no file
-    /// @return            false as soon as appendLine() returns that
-    [[nodiscard]] bool appendTo(std::string& text, bool (*appendLine)(const gps::Value& element,
-                                                                      std::string& text)) const
+    /// @param isWhole  out: false if a record has no line
+    /// @return         false if there must be no file
+    [[nodiscard]] bool appendTo(std::string& text, bool& isWhole) const
     {
         gps::Value own{gps::Dictionary{}}; // one for all of the file's records
         for (std::size_t index = 0; index < size(); ++index) {
@@ -116,16 +114,18 @@ public:
                 present_.read(index, record);
                 element = &own;
             }
-            if (!appendLine(*element, text))
+            const auto before = text.size();
+            if (!present_.kind().appendLine(*element, text))
                 return false;
+            isWhole = isWhole && text.size() > before;
         }
         return true;
     }
 
 private:
-    gps::LineAccount unused_;
-    NamedLines present_;
-    std::vector<const gps::Value*> merged_; // by index in present_; null: the file's own
+    const NamedLines& present_;
+    NameTable added_; // names that no line has; indices after those of present_
+    std::vector<const gps::Value*> merged_; // by index; null: the file's own
 };
 
 /// Numbers the points of one route that clash with a waypoint of their name.
@@ -158,10 +158,32 @@ gps::LineAccount* linesOf(gps::FileAccount* account) noexcept
     return account != nullptr ? &account->lines : nullptr;
 }
 
-/// Saves a track under a free name. Another program may take the name before it is used here.
-std::optional<gps::Error> saveNewTrack(const gps::Dictionary& track, const std::string& folder)
+/// Merges waypoints or geocaches into a file. A text that was planned from the same records and the
+/// same file is written as it is.
+std::optional<gps::Error> mergeNamed(const NamedKind& kind, const gps::Array& records,
+                                     const std::string& path, gps::FileAccount* account,
+                                     const PlannedTexts* planned)
 {
-    const auto text = trackText(track);
+    const auto present = presentText(kind.kind, path, account);
+    if (auto merged =
+            planned != nullptr ? planned->find(kind.kind, records, present) : std::nullopt) {
+        if (account != nullptr)
+            account->lines = std::move(merged->present);
+        return write(merged->text, path);
+    }
+    gps::LineAccount unused;
+    const NamedLines lines{kind, present, account != nullptr ? account->lines : unused};
+    const auto made = mergedNamedText(records, lines);
+    return made ? write(made->text, path) : std::nullopt;
+}
+
+/// Saves a track under a free name. Another program may take the name before it is used here.
+std::optional<gps::Error> saveNewTrack(const gps::Value& track, const std::string& folder,
+                                       const PlannedTexts* planned)
+{
+    const auto known = planned != nullptr ? planned->findTrack(track) : std::nullopt;
+    const auto text =
+        known ? *known : gps::SharedText{trackText(*track.as<gps::Dictionary>()).text};
     for (int attempt = 0; attempt < kTrackNumbers; ++attempt) {
         const auto path = getNextFileNameFromPath(folder, trackFileName);
         if (!path)
@@ -174,71 +196,67 @@ std::optional<gps::Error> saveNewTrack(const gps::Dictionary& track, const std::
                               gps::joinPath(folder, trackFileName(kTrackNumbers - 1)));
 }
 
-std::optional<gps::Error> mergeIntoDefaultFile(
-    const gps::Array& records, const std::string& folder, bool deleting, std::string_view file,
-    std::optional<gps::Error> (*merge)(const gps::Array&, const std::string&, gps::FileAccount*),
-    gps::FileAccount* present)
+/// The path of a default file.
+std::string defaultFile(const std::string& folder, bool deleting, std::string_view file)
 {
     if (deleting)
         deleteFilesFromDir(folder, gps::pathExtension(file));
-    return merge(records, gps::joinPath(folder, file), present);
+    return gps::joinPath(folder, file);
 }
 
 } // namespace
 
 std::optional<gps::Error> saveTracks(const gps::Array& records, const std::string& folder,
-                                     bool deleting)
+                                     bool deleting, const PlannedTexts* planned)
 {
     if (deleting)
         deleteFilesFromDir(folder, "log");
     for (const auto& element : records) {
-        const auto* track = element.as<gps::Dictionary>();
-        if (track == nullptr)
+        if (element.as<gps::Dictionary>() == nullptr)
             continue;
-        if (auto error = saveNewTrack(*track, folder))
+        if (auto error = saveNewTrack(element, folder, planned))
             return error;
     }
     return std::nullopt;
 }
 
 std::optional<gps::Error> saveWaypoints(const gps::Array& records, const std::string& folder,
-                                        bool deleting, gps::FileAccount* present)
+                                        bool deleting, gps::FileAccount* present,
+                                        const PlannedTexts* planned)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultWaypointFile, mergeWaypoints,
-                                present);
+    return mergeWaypoints(records, defaultFile(folder, deleting, kDefaultWaypointFile), present,
+                          planned);
 }
 
 std::optional<gps::Error> saveRoutes(const gps::Array& records, const std::string& folder,
                                      bool deleting, gps::FileAccount* present)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultRouteFile, mergeRoutes, present);
+    return mergeRoutes(records, defaultFile(folder, deleting, kDefaultRouteFile), present);
 }
 
 std::optional<gps::Error> saveGeocaches(const gps::Array& records, const std::string& folder,
-                                        bool deleting, gps::FileAccount* present)
+                                        bool deleting, gps::FileAccount* present,
+                                        const PlannedTexts* planned)
 {
-    return mergeIntoDefaultFile(records, folder, deleting, kDefaultGeocacheFile, mergeGeocaches,
-                                present);
+    return mergeGeocaches(records, defaultFile(folder, deleting, kDefaultGeocacheFile), present,
+                          planned);
 }
 
 std::optional<gps::Error> saveTrack(const gps::Dictionary& track, const std::string& path)
 {
-    return write(trackText(track), path);
+    return write(trackText(track).text, path);
 }
 
 std::optional<gps::Error> mergeWaypoints(const gps::Array& records, const std::string& path,
-                                         gps::FileAccount* present)
+                                         gps::FileAccount* present, const PlannedTexts* planned)
 {
-    const auto text = presentText(RecordKind::kWaypoints, path, present);
-    return write(mergedWaypointText(records, text, linesOf(present)), path);
+    return mergeNamed(kWayPointLines, records, path, present, planned);
 }
 
 std::optional<gps::Error> mergeGeocaches(const gps::Array& records, const std::string& path,
-                                         gps::FileAccount* present)
+                                         gps::FileAccount* present, const PlannedTexts* planned)
 {
-    const auto before = presentText(RecordKind::kGeocaches, path, present);
-    const auto text = mergedGeocacheText(records, before, linesOf(present));
-    return text ? write(*text, path) : std::nullopt;
+    return mergeNamed(kGeoCacheLines, records, path, present, planned);
 }
 
 std::optional<std::string> geocacheKey(const gps::Dictionary& record)
@@ -260,51 +278,65 @@ std::optional<gps::Error> mergeRoutes(const gps::Array& records, const std::stri
     return write(mergedRouteText(records, text, linesOf(present)), path);
 }
 
-std::string trackText(const gps::Dictionary& track)
+MadeText trackText(const gps::Dictionary& track)
 {
     const auto& points = pointsOf(track);
     FileText text{points.size()};
+    bool isWhole = true;
     for (const auto& element : points) {
         const auto* record = element.as<gps::Dictionary>();
         const auto* point = record != nullptr ? gps::findPoint(*record) : nullptr;
         if (point == nullptr)
             continue;
-        if (appendTrackPointSentence(text.lines(), *point))
+        if (appendTrackPointSentence(text.lines(), *point)) {
             text.lines() += kFileLineEnd;
-        else
+        } else {
             logFailedSentence(element);
+            isWhole = false;
+        }
     }
-    return std::move(text).finish();
+    return {std::move(text).finish(), isWhole};
+}
+
+std::optional<MadeText> mergedNamedText(const gps::Array& records, const NamedLines& present)
+{
+    const bool isOfGeocaches = present.kind().kind == RecordKind::kGeocaches;
+    std::vector<std::string> keys;
+    keys.reserve(isOfGeocaches ? records.size() : 0); // the merge has views into them
+    NamedMerge merge{present};
+    for (const auto& element : records) {
+        const auto* record = element.as<gps::Dictionary>();
+        if (record == nullptr)
+            continue;
+        if (!isOfGeocaches) {
+            if (const auto* name = record->findString("name"))
+                merge.set(*name, element);
+        } else if (auto key = geocacheKey(*record)) {
+            merge.set(keys.emplace_back(*std::move(key)), element);
+        }
+    }
+    FileText text{merge.size()};
+    bool isWhole = true;
+    if (!merge.appendTo(text.lines(), isWhole))
+        return std::nullopt;
+    return MadeText{std::move(text).finish(), isWhole};
 }
 
 std::string mergedWaypointText(const gps::Array& records, std::string_view present,
                                gps::LineAccount* lines)
 {
-    NamedMerge merge{kWayPointLines, present, lines};
-    for (const auto& element : records) {
-        const auto* record = element.as<gps::Dictionary>();
-        if (const auto* name = record != nullptr ? record->findString("name") : nullptr)
-            merge.set(*name, element);
-    }
-    FileText text{merge.size()};
-    (void)merge.appendTo(text.lines(), appendWayPointLine);
-    return std::move(text).finish();
+    gps::LineAccount unused;
+    const NamedLines own{kWayPointLines, present, lines != nullptr ? *lines : unused};
+    return mergedNamedText(records, own)->text;
 }
 
 std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present,
                                               gps::LineAccount* lines)
 {
-    std::vector<std::string> keys;
-    keys.reserve(records.size()); // the merge has views into them
-    NamedMerge merge{kGeoCacheLines, present, lines};
-    for (const auto& element : records) {
-        const auto* record = element.as<gps::Dictionary>();
-        if (auto key = record != nullptr ? geocacheKey(*record) : std::nullopt)
-            merge.set(keys.emplace_back(*std::move(key)), element);
-    }
-    FileText text{merge.size()};
-    const bool isComplete = merge.appendTo(text.lines(), appendGeoCacheLine);
-    return isComplete ? std::optional{std::move(text).finish()} : std::nullopt;
+    gps::LineAccount unused;
+    const NamedLines own{kGeoCacheLines, present, lines != nullptr ? *lines : unused};
+    auto made = mergedNamedText(records, own);
+    return made ? std::optional{std::move(made->text)} : std::nullopt;
 }
 
 std::string mergedRouteText(const gps::Array& records, std::string_view present,

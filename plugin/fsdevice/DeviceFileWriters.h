@@ -10,6 +10,9 @@
 
 #pragma once
 
+#include "NamedLines.h"
+#include "PlannedTexts.h"
+
 #include <gps/Error.h>
 #include <gps/GPSTransferAccount.h>
 #include <gps/Value.h>
@@ -25,19 +28,23 @@ namespace magellan {
 /// @param folder    the kind's data folder, an absolute path
 /// @param deleting  whether to call deleteFilesFromDir() first
 /// @param present   gets what becomes of the lines of the file that is merged into; may be null
+/// @param planned   texts that need not be made again; may be null
 /// @return          the system's write error. Tracks are written up to the first failure, and
 ///                  never replace a file
 [[nodiscard]] std::optional<gps::Error> saveTracks(const gps::Array& records,
-                                                   const std::string& folder, bool deleting);
+                                                   const std::string& folder, bool deleting,
+                                                   const PlannedTexts* planned = nullptr);
 [[nodiscard]] std::optional<gps::Error> saveWaypoints(const gps::Array& records,
                                                       const std::string& folder, bool deleting,
-                                                      gps::FileAccount* present = nullptr);
+                                                      gps::FileAccount* present = nullptr,
+                                                      const PlannedTexts* planned = nullptr);
 [[nodiscard]] std::optional<gps::Error> saveRoutes(const gps::Array& records,
                                                    const std::string& folder, bool deleting,
                                                    gps::FileAccount* present = nullptr);
 [[nodiscard]] std::optional<gps::Error> saveGeocaches(const gps::Array& records,
                                                       const std::string& folder, bool deleting,
-                                                      gps::FileAccount* present = nullptr);
+                                                      gps::FileAccount* present = nullptr,
+                                                      const PlannedTexts* planned = nullptr);
 
 /// `saveTrack:toPath:`: writes one line per point of the track's "points". An element without a
 /// point is skipped.
@@ -48,14 +55,16 @@ namespace magellan {
 /// without a name is skipped. A missing or unreadable file counts as empty.
 [[nodiscard]] std::optional<gps::Error> mergeWaypoints(const gps::Array& records,
                                                        const std::string& path,
-                                                       gps::FileAccount* present = nullptr);
+                                                       gps::FileAccount* present = nullptr,
+                                                       const PlannedTexts* planned = nullptr);
 
 /// `mergeGeocaches:intoPath:`: a geocache replaces the file's own whose "name" equals its
 /// geocacheKey(). One without a key is skipped. If any record has no point, nothing is written and
 /// no error is returned.
 [[nodiscard]] std::optional<gps::Error> mergeGeocaches(const gps::Array& records,
                                                        const std::string& path,
-                                                       gps::FileAccount* present = nullptr);
+                                                       gps::FileAccount* present = nullptr,
+                                                       const PlannedTexts* planned = nullptr);
 
 /// The key under which a geocache is merged: its "cacheID" (of a number, the decimal text) or,
 /// without one, its "name". Returns nullopt if it has neither.
@@ -82,8 +91,19 @@ struct RenamedPoint {
 void mergeRoute(const gps::Dictionary& route, gps::Dictionary& waypoints, gps::Dictionary& routes,
                 std::vector<RenamedPoint>* renamed = nullptr);
 
-/// The complete text of a track file.
-[[nodiscard]] std::string trackText(const gps::Dictionary& track);
+/// The complete text of a file.
+struct MadeText {
+    std::string text;
+    bool isWhole = true; ///< false if a record has no sentence, which is logged
+};
+
+/// The text of a track file.
+[[nodiscard]] MadeText trackText(const gps::Dictionary& track);
+
+/// The text of a default file after waypoints or geocaches were merged into the lines that it has.
+/// Nullopt if any of the records is a geocache without a point.
+[[nodiscard]] std::optional<MadeText> mergedNamedText(const gps::Array& records,
+                                                      const NamedLines& present);
 
 /// The complete text of a default file after the records were merged into `present`, its text so
 /// far. The geocache text is nullopt if any record has no point.

@@ -3,10 +3,10 @@
 
 #include "DroppedLines.h"
 
-#include "../codec/GeoCacheSentence.h"
 #include "../codec/RouteSentence.h"
 #include "../codec/SentenceFields.h"
 #include "../codec/WayPointSentence.h"
+#include "../common/LineAccounts.h"
 #include "../common/Lines.h"
 #include "../common/NameTable.h"
 
@@ -22,19 +22,12 @@ namespace {
 
 class KeptLines {
 public:
-    explicit KeptLines(RecordKind kind) : kind_(kind) {}
-
     void add(std::string_view body)
     {
-        if (kind_ == RecordKind::kGeocaches) {
-            if (const auto cache = SentenceFields::ofBody(body, kGeoCacheSentence))
-                addName(geoCacheName(*cache));
-        } else if (const auto point = SentenceFields::ofBody(body, kWayPointSentence)) {
+        if (const auto point = SentenceFields::ofBody(body, kWayPointSentence))
             addName(wayPointName(*point));
-        } else if (const auto route = SentenceFields::ofBody(body, kRouteSentence)) {
-            if (kind_ == RecordKind::kRoutes)
-                addRouteLine(*route);
-        }
+        else if (const auto route = SentenceFields::ofBody(body, kRouteSentence))
+            addRouteLine(*route);
     }
 
     [[nodiscard]] std::size_t count() const
@@ -63,7 +56,6 @@ private:
         linesOfRoute_ = 0;
     }
 
-    RecordKind kind_;
     NameTable names_;
     std::unordered_map<std::string_view, std::size_t> routes_; // lines of the last one by name
     std::size_t linesOfRoute_ = 0;                             // of the route that is not complete
@@ -71,13 +63,18 @@ private:
 
 } // namespace
 
-std::size_t droppedLines(RecordKind kind, std::string_view present)
+std::size_t droppedLines(const gps::LineAccount& account) noexcept
 {
-    KeptLines kept{kind};
+    return account.seen - account.accepted;
+}
+
+std::size_t droppedRouteLines(std::string_view present)
+{
+    KeptLines kept;
     std::size_t lines = 0;
     forEachLine(present, [&](std::string_view line) {
         const auto body = gps::NMEAUtils::checkAndTrimNMEASentence(line);
-        if (line.empty() || (body && *body == kEndSentence))
+        if (line.empty() || (body && isProtocolSentence(*body)))
             return;
         ++lines;
         if (body)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Nothing is cached: each call reads the device anew.
+// Nothing is cached: each call reads the device anew. Only what a plan has made is kept, while its
+// snapshot exists.
 
 #include "FileDevice.h"
 
@@ -65,8 +66,10 @@ std::unique_ptr<gps::DeviceSnapshot> FileDevice::takeSnapshot() const
     if (failure && mayBeReadLater(*failure)) // otherwise a download uses the same folders
         failures.push_back(std::move(*failure));
     auto identifier = identifierOf(*volume, failures);
-    return std::make_unique<MagellanSnapshot>(*volume, *std::move(folders), std::move(identifier),
-                                              std::move(failures));
+    auto snapshot = std::make_unique<MagellanSnapshot>(*volume, *std::move(folders),
+                                                       std::move(identifier), std::move(failures));
+    planned_ = snapshot->plannedTexts();
+    return snapshot;
 }
 
 std::string FileDevice::deviceCharacters() const

@@ -29,6 +29,15 @@ public:
                        const gps::PointVisitor& visit) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
+
+protected:
+    [[nodiscard]] std::shared_ptr<const PlannedTexts> plannedTexts() const override
+    {
+        return planned_.lock();
+    }
+
+private:
+    mutable std::weak_ptr<const PlannedTexts> planned_; // those of the last snapshot
 };
 
 } // namespace magellan

@@ -59,7 +59,8 @@ void MagellanGPSPlugin::setDebugLevelFromOptions(const gps::Dictionary& options)
 std::optional<gps::Error> MagellanGPSPlugin::startAcquire(const Status& status,
                                                           const gps::Dictionary& options)
 {
-    return startWorker(status, "output", options, {}, &MagellanGPSPlugin::runAcquire);
+    return startWorker(status, "output", options, {},
+                       [this](const gps::Dictionary& work) { runAcquire(work); });
 }
 
 std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
@@ -77,14 +78,14 @@ std::optional<gps::Error> MagellanGPSPlugin::startWorker(const Status& status,
         const auto guarded = std::make_shared<GuardedStatus>(*status);
         work.set(statusKey, Status{guarded});
         // Nobody joins the worker, so it owns a reference to everything that it uses.
-        error = gps::detachNewThread(
-            [self = shared_from_this(), status, guarded, work = std::move(work), body] {
-                try {
-                    (self.get()->*body)(work);
-                } catch (const StatusFailure&) {
-                    guarded->endAfterFailure();
-                }
-            });
+        error = gps::detachNewThread([self = shared_from_this(), status, guarded,
+                                      work = std::move(work), body = std::move(body)] {
+            try {
+                body(work);
+            } catch (const StatusFailure&) {
+                guarded->endAfterFailure();
+            }
+        });
     }
     if (error)
         status->gpsStateChange(0);

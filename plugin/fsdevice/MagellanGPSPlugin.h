@@ -18,6 +18,7 @@
 #include <platform/GPSUtilities/GPSStorageAuthorization.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,8 @@
 #include <vector>
 
 namespace magellan {
+
+class PlannedTexts;
 
 /// The class of plug-ins that this one offers.
 inline constexpr char kPlugInClass[] = "GPSPlugIn";
@@ -152,8 +155,15 @@ protected:
 
     /// `runAcquire:`, `runSend:`: the bodies of the workers. They always end with `gpsStateChange:`
     /// 0. [worker]
+    /// @param planned  texts that need not be made again; may be null
     virtual void runAcquire(const gps::Dictionary& work);
-    virtual void runSend(const gps::Dictionary& work);
+    virtual void runSend(const gps::Dictionary& work, const PlannedTexts* planned);
+
+    /// The texts of the last plan, for a send; null if there is none. [host thread]
+    [[nodiscard]] virtual std::shared_ptr<const PlannedTexts> plannedTexts() const
+    {
+        return nullptr;
+    }
 
     /// The selected device's volume path; null if no device is selected.
     [[nodiscard]] const std::string* location() const;
@@ -173,7 +183,7 @@ protected:
     virtual void userPicked(std::size_t item);
 
 private:
-    using WorkerBody = void (MagellanGPSPlugin::*)(const gps::Dictionary& work);
+    using WorkerBody = std::function<void(const gps::Dictionary& work)>;
 
     /// Starts an operation: builds the work dictionary, adds entries to it and starts the body on a
     /// detached worker.

@@ -12,7 +12,6 @@
 #include "DeviceFileWriters.h"
 #include "DroppedLines.h"
 #include "LostFields.h"
-#include "NamedLines.h"
 #include "SendRemarks.h"
 
 #include <platform/System/Ascii.h>
@@ -43,8 +42,9 @@ bool isMissing(const gps::DeviceFile& file)
 }
 
 /// @param present  the file as it is; null if it does not exist
-gps::PlannedFile planFile(RecordKind kind, const std::string& path, std::string content,
-                          const gps::DeviceFile* present)
+/// @param dropped  how many of its lines are not in the content
+gps::PlannedFile planFile(RecordKind kind, const std::string& path, gps::SharedText content,
+                          const gps::DeviceFile* present, std::size_t dropped)
 {
     gps::PlannedFile file{path, Action::kCreate, std::move(content), std::nullopt, nameOf(kind)};
     file.error = gps::FileManager{}.writeObstacle(path);
@@ -55,9 +55,15 @@ gps::PlannedFile planFile(RecordKind kind, const std::string& path, std::string 
     } else if (present != nullptr) {
         file.action = Action::kMerge;
         file.error = present->error;
-        file.droppedLines = present->error ? 0 : droppedLines(kind, present->content);
+        file.droppedLines = dropped;
     }
     return file;
+}
+
+/// What records are merged into: nothing if the file is missing or cannot be read.
+gps::SharedText textToMergeInto(const gps::DeviceFile* present)
+{
+    return present != nullptr && !present->error ? present->content : gps::SharedText{};
 }
 
 /// Returns the first free path at or after `number`, and advances `number` past it.
@@ -71,43 +77,9 @@ std::optional<std::string> nextTrackPath(const std::string& folder, int& number)
     return std::nullopt;
 }
 
-void planTracks(const SendJob& job, gps::SendPlan& plan)
+const NamedKind& linesOf(RecordKind kind) noexcept
 {
-    int number = 0; // lower numbers are taken, by the device or by tracks planned already
-    std::size_t planned = 0;
-    for (const auto& element : job.records()) {
-        const auto* track = element.as<gps::Dictionary>();
-        if (track == nullptr)
-            continue;
-        const auto path = nextTrackPath(*job.folder, number);
-        if (!path) {
-            const auto left = job.records().size() - planned;
-            plan.remarks.push_back("There is no free name for " + std::to_string(left) +
-                                   (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
-            return;
-        }
-        plan.files.push_back(planFile(job.kind, *path, trackText(*track), nullptr));
-        ++planned;
-    }
-}
-
-std::optional<std::string> mergedText(const SendJob& job, std::string_view present,
-                                      std::vector<RenamedPoint>& renamed)
-{
-    if (job.kind == RecordKind::kWaypoints)
-        return mergedWaypointText(job.records(), present);
-    if (job.kind == RecordKind::kGeocaches)
-        return mergedGeocacheText(job.records(), present);
-    return mergedRouteText(job.records(), present, nullptr, &renamed);
-}
-
-/// Nullopt if a sentence is truncated.
-std::optional<NamedLines> namedLinesOf(const NamedKind& kind, std::string_view text)
-try {
-    gps::LineAccount unused;
-    return std::optional<NamedLines>{std::in_place, kind, text, unused};
-} catch (const gps::RangeError&) {
-    return std::nullopt;
+    return kind == RecordKind::kGeocaches ? kGeoCacheLines : kWayPointLines;
 }
 
 bool isAnyRecord(std::string_view /*key*/, std::string_view /*name*/) noexcept
@@ -115,16 +87,15 @@ bool isAnyRecord(std::string_view /*key*/, std::string_view /*name*/) noexcept
     return true;
 }
 
-void visitNamedLines(const NamedKind& kind, std::string_view text,
-                     const gps::RecordFilter& isChosen, const gps::RecordVisitor& visit)
+void visitNamedLines(const NamedLines& lines, const gps::RecordFilter& isChosen,
+                     const gps::RecordVisitor& visit)
 {
-    const auto lines = namedLinesOf(kind, text);
     gps::Dictionary record;
-    for (std::size_t index = 0; lines && index < lines->count(); ++index) {
-        if (!isChosen("waypoint", lines->nameOf(index)))
+    for (std::size_t index = 0; index < lines.count(); ++index) {
+        if (!isChosen("waypoint", lines.nameOf(index)))
             continue;
         record.clear();
-        lines->read(index, record);
+        lines.read(index, record);
         visit("waypoint", record);
     }
 }
@@ -190,14 +161,27 @@ void MagellanSnapshot::readFolder(RecordKind kind, const std::string& path)
     auto& folder = folders_.emplace_back(Folder{kind, {}});
     walkFolder(path, [&](const gps::FolderEntry& entry, const std::string& entryPath) {
         if (!entry.isFolder)
-            folder.files.push_back(readFile(entryPath));
+            folder.files.push_back(readKindFile(kind, entryPath));
         return true;
     });
     // A folder that cannot be listed may still have a default file, which a send would replace.
     const auto defaultFile = targetOf({kind, {}, path});
     // If it is not known whether that file exists, the attempt to read it shows it.
     if (!fileIndex_.contains(defaultFile) && !gps::FileManager{}.isFree(defaultFile))
-        folder.files.push_back(readFile(defaultFile));
+        folder.files.push_back(readKindFile(kind, defaultFile));
+}
+
+/// Finds the lines of a file, too, since all that follows looks for records by name.
+MagellanSnapshot::KindFile MagellanSnapshot::readKindFile(RecordKind kind, const std::string& path)
+{
+    KindFile file{readFile(path), {}, std::nullopt};
+    if (kind == RecordKind::kRoutes || files_[file.index].error)
+        return file;
+    try {
+        file.lines.emplace(linesOf(kind), files_[file.index].content, file.account);
+    } catch (const gps::RangeError&) { // then a send merges nothing into the file
+    }
+    return file;
 }
 
 /// Reads a file, unless that was done for another kind. Returns its index in files_.
@@ -207,7 +191,9 @@ std::size_t MagellanSnapshot::readFile(const std::string& path)
     if (!isNew)
         return known->second;
     gps::DeviceFile file{path, {}, std::nullopt};
-    file.error = gps::FileManager{}.readFile(path, file.content);
+    std::string content;
+    file.error = gps::FileManager{}.readFile(path, content);
+    file.content = std::move(content);
     if (!file.error && !gps::isAscii(file.content))
         file.error = gps::makeFileError(gps::FileErrorCode::kReadNotAscii, path);
     files_.push_back(std::move(file));
@@ -222,6 +208,19 @@ const gps::DeviceFile* MagellanSnapshot::findPresent(const std::string& path) co
                                                                           : nullptr;
 }
 
+/// Returns a file of a kind whose lines are known.
+const MagellanSnapshot::KindFile* MagellanSnapshot::findLines(RecordKind kind,
+                                                              const std::string& path) const
+{
+    for (const auto& folder : folders_) {
+        for (const auto& file : folder.files) {
+            if (folder.kind == kind && file.lines && files_[file.index].path == path)
+                return &file;
+        }
+    }
+    return nullptr;
+}
+
 void MagellanSnapshot::visitRecords(const gps::RecordVisitor& visit) const
 {
     visitChosenRecords(isAnyRecord, visit);
@@ -231,16 +230,11 @@ void MagellanSnapshot::visitChosenRecords(const gps::RecordFilter& isChosen,
                                           const gps::RecordVisitor& visit) const
 {
     for (const auto& folder : folders_) {
-        for (const auto index : folder.files) {
-            const auto& file = files_[index];
-            if (file.error)
-                continue;
-            if (folder.kind == RecordKind::kRoutes)
-                visitRoutes(file.content, isChosen, visit);
-            else
-                visitNamedLines(folder.kind == RecordKind::kGeocaches ? kGeoCacheLines
-                                                                      : kWayPointLines,
-                                file.content, isChosen, visit);
+        for (const auto& file : folder.files) {
+            if (file.lines)
+                visitNamedLines(*file.lines, isChosen, visit);
+            else if (folder.kind == RecordKind::kRoutes && !files_[file.index].error)
+                visitRoutes(files_[file.index].content, isChosen, visit);
         }
     }
 }
@@ -265,6 +259,7 @@ void MagellanSnapshot::reportTracks(gps::GPSOutputReceiver& status) const
 gps::SendPlan MagellanSnapshot::planSend(const gps::Dictionary& data) const
 {
     gps::SendPlan plan;
+    planned_->clear();
     for (const auto& bracket : sendOrder(data, folderNames_, volume_)) {
         for (const auto& job : bracket.jobs)
             planJob(job, plan);
@@ -287,26 +282,78 @@ void MagellanSnapshot::planJob(const SendJob& job, gps::SendPlan& plan) const
         planMerge(job, plan);
 }
 
+void MagellanSnapshot::planTracks(const SendJob& job, gps::SendPlan& plan) const
+{
+    int number = 0; // lower numbers are taken, by the device or by tracks planned already
+    std::size_t planned = 0;
+    for (const auto& element : job.records()) {
+        const auto* track = element.as<gps::Dictionary>();
+        if (track == nullptr)
+            continue;
+        const auto path = nextTrackPath(*job.folder, number);
+        if (!path) {
+            const auto left = job.records().size() - planned;
+            plan.remarks.push_back("There is no free name for " + std::to_string(left) +
+                                   (left == 1 ? " track in " : " tracks in ") + *job.folder + ".");
+            return;
+        }
+        auto made = trackText(*track);
+        const gps::SharedText content{std::move(made.text)};
+        if (made.isWhole)
+            planned_->addTrack(element, content);
+        plan.files.push_back(planFile(job.kind, *path, content, nullptr, 0));
+        ++planned;
+    }
+}
+
 void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
 {
     const auto path = targetOf(job);
-    const auto* present = findPresent(path);
     try {
-        std::vector<RenamedPoint> renamed;
-        auto content =
-            mergedText(job, present != nullptr && !present->error ? present->content : "", renamed);
-        if (!content) {
-            plan.files.push_back({path, Action::kSkip, {}, std::nullopt, nameOf(job.kind)});
-            plan.remarks.emplace_back("No geocache is written, since one of them has no position.");
-            return;
-        }
-        remarkOnRenamedPoints(renamed, plan.remarks);
-        remarkOnFile(job.kind, path, *content, plan.remarks);
-        plan.files.push_back(planFile(job.kind, path, std::move(*content), present));
+        if (job.kind == RecordKind::kRoutes)
+            planRoutes(job, path, plan);
+        else
+            planNamed(job, path, plan);
     } catch (const std::exception& failure) {
         plan.files.push_back(
             {path, Action::kSkip, {}, makeThrownError(failure, path), nameOf(job.kind)});
     }
+}
+
+void MagellanSnapshot::planNamed(const SendJob& job, const std::string& path,
+                                 gps::SendPlan& plan) const
+{
+    const auto* const present = findPresent(path);
+    const auto text = textToMergeInto(present);
+    const auto* known = findLines(job.kind, path);
+    KindFile other{};
+    if (known == nullptr) {
+        other.lines.emplace(linesOf(job.kind), text, other.account);
+        known = &other;
+    }
+    auto made = mergedNamedText(job.records(), *known->lines);
+    if (!made) {
+        plan.files.push_back({path, Action::kSkip, {}, std::nullopt, nameOf(job.kind)});
+        plan.remarks.emplace_back("No geocache is written, since one of them has no position.");
+        return;
+    }
+    const gps::SharedText content{std::move(made->text)};
+    if (made->isWhole) // what is not is made again, because that logs the records that are missing
+        planned_->add(job.kind, job.list, text, {content, known->account});
+    remarkOnFile(job.kind, path, content, plan.remarks);
+    plan.files.push_back(planFile(job.kind, path, content, present, droppedLines(known->account)));
+}
+
+void MagellanSnapshot::planRoutes(const SendJob& job, const std::string& path,
+                                  gps::SendPlan& plan) const
+{
+    const auto* const present = findPresent(path);
+    const auto text = textToMergeInto(present);
+    std::vector<RenamedPoint> renamed;
+    auto content = mergedRouteText(job.records(), text, nullptr, &renamed);
+    remarkOnRenamedPoints(renamed, plan.remarks);
+    plan.files.push_back(
+        planFile(job.kind, path, std::move(content), present, droppedRouteLines(text)));
 }
 
 void visitRecordsInFile(std::string_view path, std::string_view text,

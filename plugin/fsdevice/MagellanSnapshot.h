@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 // MagellanSnapshot: what a mounted receiver holds, read once before a send, and the plan of that
-// send. The driver creates one for its host. Immutable once constructed. [host thread]
+// send. The driver creates one for its host. Immutable once constructed, but for the texts of the
+// last plan. [host thread]
 
 #pragma once
 
 #include "../common/RecordKind.h"
+#include "NamedLines.h"
+#include "PlannedTexts.h"
 #include "SendOrder.h"
 
 #include <gps/GPSFileDevice.h>
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,19 +45,34 @@ public:
     void reportTracks(gps::GPSOutputReceiver& status) const override;
     [[nodiscard]] gps::SendPlan planSend(const gps::Dictionary& data) const override;
 
+    /// The texts of the last plan; empty before the first.
+    [[nodiscard]] std::shared_ptr<const PlannedTexts> plannedTexts() const { return planned_; }
+
 private:
+    /// A file in a kind's data folder.
+    struct KindFile {
+        std::size_t index;               // in files_
+        gps::LineAccount account;        // of its lines
+        std::optional<NamedLines> lines; // nullopt for routes, and if a sentence is truncated
+    };
+
     /// A kind's data folder.
     struct Folder {
         RecordKind kind;
-        std::vector<std::size_t> files; // indices into files_
+        std::vector<KindFile> files;
     };
 
     void readFolder(RecordKind kind, const std::string& path);
+    [[nodiscard]] KindFile readKindFile(RecordKind kind, const std::string& path);
     std::size_t readFile(const std::string& path);
     [[nodiscard]] const gps::DeviceFile* findPresent(const std::string& path) const;
+    [[nodiscard]] const KindFile* findLines(RecordKind kind, const std::string& path) const;
 
     void planJob(const SendJob& job, gps::SendPlan& plan) const;
+    void planTracks(const SendJob& job, gps::SendPlan& plan) const;
     void planMerge(const SendJob& job, gps::SendPlan& plan) const;
+    void planNamed(const SendJob& job, const std::string& path, gps::SendPlan& plan) const;
+    void planRoutes(const SendJob& job, const std::string& path, gps::SendPlan& plan) const;
 
     std::string volume_;
     gps::Dictionary folderNames_; // by folder key
@@ -63,6 +82,7 @@ private:
     std::vector<gps::DeviceFile> files_;
     std::unordered_map<std::string, std::size_t> fileIndex_; // by path
     std::vector<Folder> folders_;
+    std::shared_ptr<PlannedTexts> planned_ = std::make_shared<PlannedTexts>();
 };
 
 /// Visits the records in the text of a data file, as gps::GPSFileDevice::visitRecordsIn() does.

@@ -16,10 +16,10 @@
 
 namespace magellan {
 
-const NamedKind kWayPointLines{RecordKind::kWaypoints, kWayPointSentence, readWayPoint,
-                               wayPointName, isWayPointAsWritten};
-const NamedKind kGeoCacheLines{RecordKind::kGeocaches, kGeoCacheSentence, readGeoCache,
-                               geoCacheName, isGeoCacheAsWritten};
+const NamedKind kWayPointLines{RecordKind::kWaypoints, kWayPointSentence,   readWayPoint,
+                               wayPointName,           isWayPointAsWritten, appendWayPointLine};
+const NamedKind kGeoCacheLines{RecordKind::kGeocaches, kGeoCacheSentence,   readGeoCache,
+                               geoCacheName,           isGeoCacheAsWritten, appendGeoCacheLine};
 
 NamedLines::NamedLines(const NamedKind& kind, std::string_view text, gps::LineAccount& account)
     : kind_(kind)

@@ -31,6 +31,9 @@ struct NamedKind {
 
     /// Whether a line is as it would be written after it was read.
     bool (*isAsWritten)(const SentenceFields& fields);
+
+    /// Appends the line of a record to a text; false if there must be no file.
+    bool (*appendLine)(const gps::Value& element, std::string& text);
 };
 
 extern const NamedKind kWayPointLines;
@@ -46,9 +49,13 @@ public:
     /// How many names the lines have. Their indices are below it, in order of first appearance.
     [[nodiscard]] std::size_t count() const noexcept { return lines_.size(); }
 
-    /// Returns the index of a name. One that no line has gets an index from count() on.
-    /// Precondition: the text behind the name outlives this object.
-    [[nodiscard]] std::size_t indexOf(std::string_view name) { return names_.indexOf(name); }
+    [[nodiscard]] const NamedKind& kind() const noexcept { return kind_; }
+
+    /// Returns the index of a name; nullopt if no line has it.
+    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const
+    {
+        return names_.find(name);
+    }
 
     /// Returns the name of an index. Precondition: `index` is below count().
     [[nodiscard]] std::string_view nameOf(std::size_t index) const { return names_.at(index); }

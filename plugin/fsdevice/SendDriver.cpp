@@ -6,6 +6,7 @@
 #include "../common/OperationAccount.h"
 #include "DeviceFileWriters.h"
 #include "MagellanGPSPlugin.h"
+#include "PlannedTexts.h"
 #include "SendOrder.h"
 
 #include <gps/GPSOutputReceiver.h>
@@ -19,15 +20,16 @@
 namespace magellan {
 namespace {
 
-std::optional<gps::Error> write(const SendJob& job, gps::FileAccount& present)
+std::optional<gps::Error> write(const SendJob& job, const PlannedTexts* planned,
+                                gps::FileAccount& present)
 {
     switch (job.kind) {
     case RecordKind::kTracks:
-        return saveTracks(job.records(), *job.folder, false);
+        return saveTracks(job.records(), *job.folder, false, planned);
     case RecordKind::kWaypoints:
-        return saveWaypoints(job.records(), *job.folder, false, &present);
+        return saveWaypoints(job.records(), *job.folder, false, &present, planned);
     case RecordKind::kGeocaches:
-        return saveGeocaches(job.records(), *job.folder, false, &present);
+        return saveGeocaches(job.records(), *job.folder, false, &present, planned);
     case RecordKind::kRoutes:
         break;
     }
@@ -45,13 +47,13 @@ bool isStopped(const OperationMonitor& monitor, OperationAccount& account)
 
 /// Writes the records of one kind. Failures, exceptions included, are logged only: the other kinds
 /// are written all the same.
-void save(const SendJob& job, OperationAccount& account)
+void save(const SendJob& job, const PlannedTexts* planned, OperationAccount& account)
 {
     if (!job.folder)
         return;
     gps::FileAccount present{.kind = nameOf(job.kind), .path = targetOf(job)};
     try {
-        if (const auto error = write(job, present))
+        if (const auto error = write(job, planned, present))
             gps::logError(kFilesLogSource, *error);
     } catch (const std::exception& failure) {
         present.error = makeThrownError(failure, present.path);
@@ -75,10 +77,12 @@ std::optional<gps::Error> MagellanGPSPlugin::gpsRunSend(const gps::Dictionary* d
         status->gpsStateChange(0);
         return std::nullopt;
     }
-    return startWorker(status, "status", options, {{"data", *data}}, &MagellanGPSPlugin::runSend);
+    return startWorker(
+        status, "status", options, {{"data", *data}},
+        [this, planned = plannedTexts()](const auto& work) { runSend(work, planned.get()); });
 }
 
-void MagellanGPSPlugin::runSend(const gps::Dictionary& work)
+void MagellanGPSPlugin::runSend(const gps::Dictionary& work, const PlannedTexts* planned)
 {
     gps::GPSOutputReceiver& status = **work.find("status")->as<Status>();
     {
@@ -91,7 +95,7 @@ void MagellanGPSPlugin::runSend(const gps::Dictionary& work)
             status.startSending(bracket.label, bracket.kind);
             for (const auto& job : bracket.jobs) {
                 if (!isStopped(monitor(), account))
-                    save(job, account);
+                    save(job, planned, account);
             }
             status.endSending(bracket.kind);
         }

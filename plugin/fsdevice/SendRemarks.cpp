@@ -166,19 +166,16 @@ std::size_t linesWithComments(std::string_view content)
     constexpr std::size_t kComment = 8;
     std::size_t count = 0;
     forEachLine(content, [&count](std::string_view line) {
-        const auto fields = SentenceFields::ofSentence(line, "PMGNWPL");
-        count += fields && fields->count() > kComment && !fields->at(kComment).empty() ? 1U : 0U;
+        const SentenceFields fields{line};
+        count += fields.count() > kComment && !fields.at(kComment).empty() ? 1U : 0U;
     });
     return count;
 }
 
-std::size_t geocachesIn(std::string_view content)
+/// The closing sentence has no line end.
+std::size_t recordsIn(std::string_view content)
 {
-    std::size_t count = 0;
-    forEachLine(content, [&count](std::string_view line) {
-        count += SentenceFields::ofSentence(line, "PMGNGEO") ? 1U : 0U;
-    });
-    return count;
+    return static_cast<std::size_t>(std::count(content.begin(), content.end(), '\n'));
 }
 
 } // namespace
@@ -222,7 +219,7 @@ void remarkOnFile(RecordKind kind, std::string_view path, std::string_view conte
 {
     const std::string file{path};
     if (kind == RecordKind::kGeocaches) {
-        if (const auto count = geocachesIn(content); count > kMostGeocaches)
+        if (const auto count = recordsIn(content); count > kMostGeocaches)
             remarks.push_back(file + " would hold " + std::to_string(count) +
                               " geocaches; receivers read the first 200.");
     }

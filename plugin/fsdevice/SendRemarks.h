@@ -23,7 +23,7 @@ void remarkOnRenamedPoints(const std::vector<RenamedPoint>& renamed,
                            std::vector<std::string>& remarks);
 
 /// Appends a remark if a file has more records than receivers read from it.
-/// @param content  the complete text of the file
+/// @param content  the complete text of the file, as the merge has made it
 void remarkOnFile(RecordKind kind, std::string_view path, std::string_view content,
                   std::vector<std::string>& remarks);
 

@@ -142,7 +142,7 @@ std::unique_ptr<gps::OrvSerial> MagellanSerialGPSPlugin::makeSerial() const
 }
 
 /// Nothing can be sent to these receivers, so the operation ends at once.
-void MagellanSerialGPSPlugin::runSend(const gps::Dictionary& work)
+void MagellanSerialGPSPlugin::runSend(const gps::Dictionary& work, const PlannedTexts* /*planned*/)
 {
     (*work.find("status")->as<Status>())->gpsStateChange(0);
 }

@@ -77,7 +77,7 @@ protected:
     setUpDictionaryForThreadingFromOptions(const gps::Dictionary& options,
                                            gps::Dictionary& work) const override;
     void runAcquire(const gps::Dictionary& work) override;
-    void runSend(const gps::Dictionary& work) override;
+    void runSend(const gps::Dictionary& work, const PlannedTexts* planned) override;
     void userPicked(std::size_t item) override;
 
     /// Creates the closed port of a session; null if the system cannot. Tests override this.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/SharedText.h>
 #include <gps/Value.h>
 
 #include <cstddef>
@@ -31,7 +32,7 @@ struct PlannedFile {
 
     std::string path; ///< absolute
     Action action = Action::kSkip;
-    std::string content; ///< the complete file, byte for byte; meaningless for kSkip
+    SharedText content; ///< the complete file, byte for byte; meaningless for kSkip
 
     /// kSkip: why the file cannot be written. kMerge: why its present content cannot be read; the
     /// send would replace that content. Empty otherwise.
@@ -78,8 +79,8 @@ using PointVisitor = std::function<void(std::string_view key, const GPSPoint& po
 
 /// A file of a device, as it was read.
 struct DeviceFile {
-    std::string path;    ///< absolute
-    std::string content; ///< byte for byte; empty if the file could not be read
+    std::string path;   ///< absolute
+    SharedText content; ///< byte for byte; empty if the file could not be read
 
     /// Why the file's records are missing from a snapshot: it could not be read, or it is not text.
     std::optional<Error> error;
@@ -122,7 +123,8 @@ public:
     virtual void reportTracks(GPSOutputReceiver& status) const = 0;
 
     /// Returns what `gpsRunSend:withStatus:andOptions:` would do with this data if the device's
-    /// files still were as they are in the snapshot.
+    /// files still were as they are in the snapshot. If they are, that operation with the same data
+    /// takes the contents from the last plan while the snapshot exists, and is sooner done.
     /// @param data  as for the send: arrays of records under "track", "waypoint" and "route"
     [[nodiscard]] virtual SendPlan planSend(const Dictionary& data) const = 0;
 };

@@ -110,16 +110,15 @@ TEST(NamedLines, AppendsTheLastLineOfANameIfItIsAsWritten)
     EXPECT_EQ(out, "before " + last + "\r\n");
 }
 
-TEST(NamedLines, ANewNameGetsAnIndexBehindThoseOfTheLines)
+TEST(NamedLines, FindsTheIndexOfANameThatALineHasAndOfNoOther)
 {
     gps::LineAccount account;
     const auto text = linesOf({pointLine("A"), pointLine("B")});
-    NamedLines lines{magellan::kWayPointLines, text, account};
-    EXPECT_EQ(lines.indexOf("B"), 1U);
-    EXPECT_EQ(lines.indexOf("C"), 2U);
-    EXPECT_EQ(lines.indexOf("D"), 3U);
-    EXPECT_EQ(lines.indexOf("C"), 2U);
-    EXPECT_EQ(lines.count(), 2U);
+    const NamedLines lines{magellan::kWayPointLines, text, account};
+    EXPECT_EQ(lines.find("A"), 0U);
+    EXPECT_EQ(lines.find("B"), 1U);
+    EXPECT_EQ(lines.find("C"), std::nullopt);
+    EXPECT_EQ(lines.find(""), std::nullopt);
 }
 
 } // namespace
