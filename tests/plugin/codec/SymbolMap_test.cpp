@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 
 namespace magellan {
@@ -87,6 +88,73 @@ TEST(SymbolMap, AnEmptyMapFindsNothing)
     EXPECT_EQ(iconOf(empty, "Campground"), "a");
     EXPECT_EQ(iconOf(empty, "j"), "j");
     EXPECT_EQ(empty.symbolStringFromMagellanIcon("j"), "j");
+}
+
+struct DeviceIcon {
+    const char* icon;
+    const char* meaning; ///< to the device
+    const char* symbol;  ///< that the icon is read as
+};
+
+constexpr DeviceIcon kDeviceIcons[] = {{"a", "crossed square", "Waypoint"},
+                                       {"b", "box", "Box"},
+                                       {"c", "house", "Residence"},
+                                       {"d", "aerial", "Radio Beacon"},
+                                       {"e", "airport", "Airport"},
+                                       {"f", "amusement park", "Amusement Park"},
+                                       {"g", "ATM", "Bank"},
+                                       {"h", "auto repair", "Car Repair"},
+                                       {"i", "boating", "Boat Ramp"},
+                                       {"j", "camping", "Campground"},
+                                       {"k", "exit ramp", "Exit"},
+                                       {"l", "first aid", "Medical Facility"},
+                                       {"m", "nav aid", "Navaid"},
+                                       {"n", "buoy", "Buoy"},
+                                       {"o", "fuel", "Gas Station"},
+                                       {"p", "garden", "Garden"},
+                                       {"q", "golf", "Golf Course"},
+                                       {"r", "hotel", "Lodging"},
+                                       {"s", "hunting and fishing", "Fishing Area"},
+                                       {"t", "large city", "City (Large)"},
+                                       {"u", "lighthouse", "Lighthouse"},
+                                       {"v", "major city", "City (Capitol)"},
+                                       {"w", "marina", "Marina"},
+                                       {"x", "medium city", "City (Medium)"},
+                                       {"y", "museum", "Museum"},
+                                       {"z", "obstruction", "Obstruction"},
+                                       {"aa", "park", "Park"},
+                                       {"ab", "resort", "Resort"},
+                                       {"ac", "restaurant", "Restaurant"},
+                                       {"ad", "rock", "Rock"},
+                                       {"ae", "scuba", "Scuba Diving Area"},
+                                       {"af", "RV service", "RV Park"},
+                                       {"ag", "shooting", "Shooting Range"},
+                                       {"ah", "sight seeing", "Scenic Area"},
+                                       {"ai", "small city", "City (Small)"},
+                                       {"aj", "sounding", "Sounding"},
+                                       {"ak", "sports arena", "Stadium"},
+                                       {"al", "tourist information", "Information"},
+                                       {"am", "truck service", "Truck Stop"},
+                                       {"an", "winery", "Winery"},
+                                       {"ao", "wreck", "Shipwreck"},
+                                       {"ap", "zoo", "Zoo"}};
+
+TEST(SymbolMap, TheMeaningOfEachIconIsASymbolWithThatIconInSmallLettersAndAsATitle)
+{
+    const auto& shared = SymbolMap::shared();
+    for (const auto& [icon, meaning, symbol] : kDeviceIcons) {
+        EXPECT_EQ(iconOf(shared, meaning), icon);
+        std::string title = meaning;
+        title[0] = static_cast<char>(std::toupper(title[0]));
+        if (title.find(' ') == std::string::npos) {
+            EXPECT_EQ(iconOf(shared, title), icon);
+        }
+        EXPECT_EQ(iconOf(shared, symbol), icon);
+        EXPECT_EQ(shared.symbolStringFromMagellanIcon(icon), symbol);
+    }
+    EXPECT_EQ(iconOf(shared, "Large City"), "t");
+    EXPECT_EQ(iconOf(shared, "Hunting and Fishing"), "s");
+    EXPECT_EQ(iconOf(shared, "large cities"), "a");
 }
 
 TEST(SymbolMap, TheSharedMapIsLoadedFromTheBundleOnce)
