@@ -41,7 +41,7 @@ Times download(const std::string& from, const host::Format& format, const std::s
 {
     const int file = ::open(to.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     host::Output output{file, to, gps::FileSystem::system(), host::Output::Kind::kFile};
-    const auto writer = format.make(output, folder);
+    const auto writer = format.make(output, folder, {});
     Times times;
     const auto start = std::chrono::steady_clock::now();
     const double readerStart = bench::threadSeconds();

@@ -75,7 +75,7 @@ void writeTrack(const host::Format& format, const std::vector<gps::GPSPoint>& po
 {
     const Target target{path};
     host::Output output{target.file(), path, gps::FileSystem::system(), host::Output::Kind::kFile};
-    const auto writer = format.make(output, folder);
+    const auto writer = format.make(output, folder, {});
     host::Event event;
     event.kind = host::EventKind::kNewTrack;
     writer->event(event);

@@ -151,7 +151,7 @@ private:
 std::string written(const host::Format& format, std::string_view input)
 {
     MemoryOutput memory;
-    const auto writer = format.make(memory.output(), kSpoolFolder);
+    const auto writer = format.make(memory.output(), kSpoolFolder, {});
     fuzz::Bytes bytes{input};
     Download{bytes, *writer}.run();
     writer->result(std::nullopt);

@@ -4,6 +4,8 @@
 
 #include "host/base/Text.h"
 
+#include <gps/Characters.h>
+
 #include <unicode/utf8.h>
 
 #include <algorithm>
@@ -88,6 +90,18 @@ std::string_view takePiece(std::string_view& text, std::size_t most) noexcept
 }
 
 #pragma GCC diagnostic pop
+
+std::string fileTypeOf(std::string_view path)
+{
+    const auto name = path.substr(path.find_last_of('/') + 1);
+    const auto dot = name.find_last_of('.');
+    if (dot == std::string_view::npos)
+        return {};
+    std::string extension{name.substr(dot + 1)};
+    for (char& c : extension)
+        c = gps::lowerCase(c);
+    return extension;
+}
 
 std::string displayText(std::string_view text, std::size_t most)
 {

@@ -15,6 +15,9 @@ namespace host {
 
 inline constexpr std::string_view kHexDigits = "0123456789abcdef";
 
+/// The extension of a file's name, in small letters and without its "."; empty if it has none.
+[[nodiscard]] std::string fileTypeOf(std::string_view path);
+
 /// Copies a text to memory that has room for it. @return  the end of the copy
 [[nodiscard]] inline char* put(char* at, std::string_view text) noexcept
 {

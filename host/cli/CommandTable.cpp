@@ -221,7 +221,7 @@ void CommandTable::addImport()
 {
     auto& options = raw_.import;
     auto& command = addCommand(
-        "import", "Import files that were copied from a receiver, or GPX files", Command::kImport,
+        "import", "Import files that were copied from a receiver, or GPX, KML and KMZ files", Command::kImport,
         "  magellangps import TKLG001.log Home.upt -o trip.gpx\n"
         "  magellangps import folder -o trip.gpx\n");
     addDownloadOptions(command, options);

@@ -105,7 +105,7 @@ Answers importAnswers(const TypedValues& typed)
                 directive += ' ' + type;
         }
     }
-    return {directive == all ? all : directive + " gpx"};
+    return {directive == all ? all : directive + " gpx kml kmz"};
 }
 
 Answers formatAnswers(const TypedValues& /*typed*/)

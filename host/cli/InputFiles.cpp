@@ -7,9 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/commandline/NearestName.h"
-#include "host/transfer/GpxImport.h"
-
-#include <gps/Characters.h>
+#include "host/transfer/MapFileImport.h"
 
 #include <fmt/format.h>
 
@@ -22,15 +20,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string typeOf(const std::string& file)
-{
-    auto extension = fs::path{file}.extension().string();
-    extension.erase(0, 1);
-    for (char& c : extension)
-        c = gps::lowerCase(c);
-    return extension;
-}
 
 bool isOneOf(const std::string& extension, const std::vector<std::string>& types)
 {
@@ -95,7 +84,8 @@ std::optional<gps::Error> listFolder(const std::string& folder,
     for (; !error && entry != fs::recursive_directory_iterator{}; entry.increment(error)) {
         const auto path = entry->path().string();
         std::error_code ignored;
-        if (isOneOf(typeOf(path), types) && entry->is_regular_file(ignored) && !isEmptyFile(path))
+        if (isOneOf(fileTypeOf(path), types) && entry->is_regular_file(ignored) &&
+            !isEmptyFile(path))
             files.push_back(path);
     }
     if (error)
@@ -112,7 +102,7 @@ std::optional<gps::Error> expandFolders(std::vector<std::string>& files,
     std::vector<std::string> expanded;
     for (const auto& file : files) {
         std::error_code ignored;
-        if (!fs::is_directory(file, ignored) || isOneOf(typeOf(file), types)) {
+        if (!fs::is_directory(file, ignored) || isOneOf(fileTypeOf(file), types)) {
             expanded.push_back(file);
             continue;
         }
@@ -135,10 +125,11 @@ std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
     for (const auto& file : files) {
         if (auto failure = checkFile(file, "Name the files in it"))
             return failure;
-        if (!isOneOf(typeOf(file), types) && !isGpxFile(file))
-            return hostError(
-                "This file cannot be imported",
-                "The extensions of files that can are: " + joined(types, ", ") + ", gpx", file);
+        if (!isOneOf(fileTypeOf(file), types) && !isMapFile(file))
+            return hostError("This file cannot be imported",
+                             "The extensions of files that can are: " + joined(types, ", ") +
+                                 ", gpx, kml, kmz",
+                             file);
     }
     // Among others an empty file is nothing unusual, and the driver reports it.
     if (files.size() == 1 && isEmptyFile(files.front()))
@@ -153,9 +144,12 @@ std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
         if (auto failure =
                 checkFile(file, "Name the GPX files in it; a device is named with --device"))
             return failure;
-        if (isOneOf(typeOf(file), types))
+        const auto type = fileTypeOf(file);
+        const bool isReceivers = isOneOf(type, types);
+        if (isReceivers || (isMapFile(file) && type != "gpx"))
             return hostError(
-                "This is a receiver's own file, and send reads GPX files",
+                isReceivers ? "This is a receiver's own file, and send reads GPX files"
+                            : "This is a KML file, and send reads GPX files",
                 fmt::format("Convert it with \"magellangps import {} -o {}\", and send "
                             "the result",
                             file, fs::path{file}.replace_extension("gpx").string()),

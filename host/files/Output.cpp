@@ -80,14 +80,13 @@ std::optional<gps::Error> Output::flush()
     return failure_;
 }
 
-// Calls `write` with the offset and the length of each piece that is in the buffer. Reads by
-// offset, so the other file's own position does not matter.
-template <typename Write> void Output::forEachPiece(int file, Write write)
+// Reads by offset, so the other file's own position does not matter.
+void Output::forEachPiece(int file, const std::function<void(std::string_view)>& use)
 {
     off_t offset = 0;
     auto count = readPiece(file, offset, kBufferSize);
     while (count > 0) {
-        write(offset, count);
+        use({buffer_.get(), count});
         offset += static_cast<off_t>(count);
         count = readPiece(file, offset, kBufferSize);
     }
@@ -96,17 +95,29 @@ template <typename Write> void Output::forEachPiece(int file, Write write)
 void Output::writeFrom(int file)
 {
     flush();
-    forEachPiece(file, [this](off_t, std::size_t count) { writeOut({buffer_.get(), count}); });
+    forEachPiece(file, [this](std::string_view piece) { writeOut(piece); });
 }
 
 void Output::insertFrom(int file, off_t count, off_t offset)
 {
     flush();
     moveTail(offset, count);
-    forEachPiece(file, [&](off_t from, std::size_t piece) { writePiece(piece, offset + from); });
+    forEachPiece(file, [&](std::string_view piece) {
+        writePiece(piece.size(), offset);
+        offset += static_cast<off_t>(piece.size());
+    });
     written_ += count;
     if (!failure_ && files_.lseek(file_, written_, SEEK_SET) < 0)
         fail("The output cannot be continued", errno);
+}
+
+void Output::overwrite(off_t offset, std::string_view text)
+{
+    flush(); // some of what is replaced may be in the buffer
+    if (failure_)
+        return;
+    if (const int code = gps::writeAt(files_, file_, offset, text))
+        fail("The output cannot be written", code);
 }
 
 // Starts at the end, so that no byte is overwritten before it was moved.
@@ -161,7 +172,7 @@ void Output::fail(const gps::Error& failure)
 }
 
 Spool::Spool(const std::string& folder, gps::FileSystem& files)
-    : Output(openSpool(files, folder), folder, files)
+    : Output(openSpool(files, folder), folder, files, Kind::kFile)
 {
     if (file() < 0)
         fail(systemError("Temporary data cannot be stored",
@@ -189,6 +200,14 @@ void Spool::insertInto(Output& output, off_t offset)
         return;
     output.insertFrom(file(), size(), offset);
     clear(output);
+}
+
+void Spool::readBack(Output& output, const std::function<void(std::string_view)>& use)
+{
+    if (!isReadable(output))
+        return;
+    forEachPiece(file(), use);
+    (void)isReadable(output);
 }
 
 bool Spool::isReadable(Output& output)

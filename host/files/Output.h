@@ -8,6 +8,7 @@
 #include <platform/System/FileSystem.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,7 +63,7 @@ public:
     /// Appends the whole content of another open file.
     void writeFrom(int file);
 
-    /// Whether text can be inserted before what was written: into a kFile only.
+    /// Whether text can be inserted into what was written, and replace it: in a kFile only.
     [[nodiscard]] bool canInsert() const noexcept { return kind_ == Kind::kFile; }
 
     /// How many bytes were written, buffered ones included.
@@ -71,6 +72,10 @@ public:
     /// Inserts the first bytes of another open file at an offset of this one.
     /// Precondition: canInsert(), and the offset is at most size().
     void insertFrom(int file, off_t count, off_t offset);
+
+    /// Replaces what was written at an offset by a text of the same length.
+    /// Precondition: canInsert(), and the text ends at size() or before.
+    void overwrite(off_t offset, std::string_view text);
 
     /// Records a failure, unless there is one already.
     void fail(const gps::Error& failure);
@@ -82,10 +87,12 @@ protected:
     [[nodiscard]] gps::FileSystem& files() const noexcept { return files_; }
     void countFromZero() noexcept { written_ = 0; } ///< after the file was emptied
 
+    /// Calls a function with each piece of another open file, or of this one after a flush.
+    void forEachPiece(int file, const std::function<void(std::string_view)>& use);
+
 private:
     void writePast(std::string_view text);
     void writeOut(std::string_view text);
-    template <typename Write> void forEachPiece(int file, Write write);
     void moveTail(off_t offset, off_t distance);
     [[nodiscard]] std::size_t readPiece(int file, off_t offset, std::size_t most);
     void writePiece(std::size_t count, off_t offset);
@@ -118,6 +125,10 @@ public:
 
     /// The same, but inserts it. Precondition: output.canInsert().
     void insertInto(Output& output, off_t offset);
+
+    /// Calls a function with each piece of what was written so far.
+    /// @param output  a failure of the spool becomes a failure of this one
+    void readBack(Output& output, const std::function<void(std::string_view)>& use);
 
 private:
     [[nodiscard]] bool isReadable(Output& output);

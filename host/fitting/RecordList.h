@@ -8,7 +8,9 @@
 #include <gps/Value.h>
 
 #include <functional>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace host {
 
@@ -25,6 +27,18 @@ void forEachRecord(DictionaryType& data, std::string_view key, const Visitor& vi
         if (auto* const record = value.template as<gps::Dictionary>())
             visit(*record);
     }
+}
+
+/// Moves records to the end of the array under a key. Adds no key for no records.
+inline void appendRecords(gps::Dictionary& data, std::string_view key, gps::Array& records)
+{
+    if (records.empty())
+        return;
+    if (auto* const list = data.findArray(key))
+        list->insert(list->end(), std::make_move_iterator(records.begin()),
+                     std::make_move_iterator(records.end()));
+    else
+        data.set(key, std::move(records));
 }
 
 /// Calls its argument with each record that a device holds. There may be millions, so they are

@@ -9,6 +9,7 @@
 #include "host/formats/GpxWriter.h"
 #include "host/formats/HtmlWriter.h"
 #include "host/formats/KmlWriter.h"
+#include "host/formats/KmzWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -16,40 +17,49 @@
 namespace host {
 namespace {
 
-std::unique_ptr<Writer> makeGpx(Output& output, const std::string& spoolFolder)
+std::unique_ptr<Writer> makeGpx(Output& output, const std::string& spoolFolder,
+                                const RecordOrigin& origin)
 {
-    return std::make_unique<GpxWriter>(output, spoolFolder);
+    return std::make_unique<GpxWriter>(output, spoolFolder, origin);
 }
 
-std::unique_ptr<Writer> makeKml(Output& output, const std::string& spoolFolder)
+std::unique_ptr<Writer> makeKml(Output& output, const std::string& spoolFolder, const RecordOrigin&)
 {
     return std::make_unique<KmlWriter>(output, spoolFolder);
 }
 
-std::unique_ptr<Writer> makeGeoJson(Output& output, const std::string& spoolFolder)
+std::unique_ptr<Writer> makeKmz(Output& output, const std::string& spoolFolder, const RecordOrigin&)
+{
+    return std::make_unique<KmzWriter>(output, spoolFolder);
+}
+
+std::unique_ptr<Writer> makeGeoJson(Output& output, const std::string& spoolFolder,
+                                    const RecordOrigin&)
 {
     return std::make_unique<GeoJsonWriter>(output, spoolFolder);
 }
 
-std::unique_ptr<Writer> makeHtml(Output& output, const std::string& spoolFolder)
+std::unique_ptr<Writer> makeHtml(Output& output, const std::string& spoolFolder,
+                                 const RecordOrigin&)
 {
     return std::make_unique<HtmlWriter>(output, spoolFolder);
 }
 
-std::unique_ptr<Writer> makeCsv(Output& output, const std::string& spoolFolder)
+std::unique_ptr<Writer> makeCsv(Output& output, const std::string& spoolFolder, const RecordOrigin&)
 {
     return std::make_unique<CsvWriter>(output, spoolFolder);
 }
 
-std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&)
+std::unique_ptr<Writer> makeEventLines(Output& output, const std::string&, const RecordOrigin&)
 {
     return std::make_unique<EventLines>(output);
 }
 
 // In the order in which help texts and error messages list them.
 constexpr std::array kFormats{Format{"gpx", makeGpx},         Format{"kml", makeKml},
-                              Format{"geojson", makeGeoJson}, Format{"html", makeHtml},
-                              Format{"csv", makeCsv},         Format{"jsonl", makeEventLines}};
+                              Format{"kmz", makeKmz},         Format{"geojson", makeGeoJson},
+                              Format{"html", makeHtml},       Format{"csv", makeCsv},
+                              Format{"jsonl", makeEventLines}};
 
 } // namespace
 

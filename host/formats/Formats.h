@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/files/Output.h"
+#include "host/formats/RecordOrigin.h"
 #include "host/formats/Writer.h"
 
 #include <memory>
@@ -17,7 +18,8 @@ struct Format {
     std::string_view name; ///< what `--format` takes, and the file extension without its "."
 
     /// @param spoolFolder  where the writer may keep temporary files
-    std::unique_ptr<Writer> (*make)(Output& output, const std::string& spoolFolder);
+    std::unique_ptr<Writer> (*make)(Output& output, const std::string& spoolFolder,
+                                    const RecordOrigin& origin);
 };
 
 /// All formats. They live as long as the program.

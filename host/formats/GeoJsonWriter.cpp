@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A feature has its properties first, so that a line's details can be written while its points
-// arrive and only the coordinates need a spool.
+// A feature has its properties first, so that in a file a line's details can be written while its
+// points arrive and only the coordinates need a spool.
 
 #include "host/formats/GeoJsonWriter.h"
 
@@ -12,9 +12,11 @@
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
 
 namespace host {
 namespace {
@@ -25,6 +27,14 @@ constexpr std::string_view kGeoJsonFoot = "\n]}\n";
 constexpr std::size_t kMostOfPosition = 2 * kMostOfDegrees + gps::kMostOfShortest + 4;
 constexpr std::size_t kMostOfTime = TimestampText::kSize + 3;
 
+// Rounded to millimetres, never to -0. A number too large for that is no altitude, and stays as it
+// is.
+double inMillimetres(double metres)
+{
+    constexpr double kMostRounded = 1e9;
+    return std::abs(metres) < kMostRounded ? std::round(metres * 1000) / 1000 + 0.0 : metres;
+}
+
 // Longitude comes first. A position without an altitude has two numbers.
 char* putPosition(char* at, const gps::GPSPoint& point)
 {
@@ -34,7 +44,7 @@ char* putPosition(char* at, const gps::GPSPoint& point)
     at = putDegrees(at, point.latitude);
     if (std::isfinite(point.altitude)) {
         *at++ = ',';
-        at = gps::putShortest(at, point.altitude);
+        at = gps::putShortest(at, inMillimetres(point.altitude));
     }
     *at++ = ']';
     return at;
@@ -47,13 +57,20 @@ char* putTime(char* at, const gps::GPSPoint& point, TimestampText& times)
     return put(at, "Z\"");
 }
 
-// The record's fields as members. Leaves out boxed points, which become the geometry, and keys that
-// have a meaning of their own in these features.
+// Keys that have a meaning of their own in these features, and those by which a driver joins
+// sentences, which mean nothing to anybody else.
+bool isReserved(std::string_view key)
+{
+    constexpr std::array<std::string_view, 6> kReserved{"kind",   "time",      "coordTimes",
+                                                        "points", "lastIndex", "trackName"};
+    return std::find(kReserved.begin(), kReserved.end(), key) != kReserved.end();
+}
+
+// The record's fields as members. Leaves out boxed points, which become the geometry.
 void appendFields(std::string& out, const gps::Dictionary& record)
 {
     for (const auto& [key, value] : record) {
-        const bool isReserved = key == "kind" || key == "time" || key == "times" || key == "points";
-        if (isReserved || value.as<gps::GPSPoint>() != nullptr)
+        if (isReserved(key) || value.as<gps::GPSPoint>() != nullptr)
             continue;
         appendJsonKey(out, key);
         appendJsonValue(out, value);
@@ -72,7 +89,7 @@ void appendTimeMember(std::string& out, const gps::GPSPoint& point)
 } // namespace
 
 GeoJsonWriter::GeoJsonWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), coordinates_(spoolFolder)
+    : output_(output), details_(spoolFolder), coordinates_(spoolFolder)
 {
     output_.write(kGeoJsonHead);
 }
@@ -117,7 +134,7 @@ void GeoJsonWriter::endRoute()
 
 void GeoJsonWriter::beginTrack(const gps::Dictionary& track)
 {
-    beginLine("track", "times", track);
+    beginLine("track", "coordTimes", track);
 }
 
 void GeoJsonWriter::trackPoint(const gps::GPSPoint& point)
@@ -161,7 +178,7 @@ void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsNam
     output_.write(text_);
     detailsName_ = detailsName;
     positions_ = 0;
-    parts_ = 1;
+    cuts_.clear();
     hasDetails_ = false;
     last_.reset();
 }
@@ -171,56 +188,84 @@ void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
     // A cut adds a position on each side, so no part has fewer than the two positions that RFC 7946
     // requires of a line.
     if (const auto crossing = last_ ? dateLineCrossing(*last_, point) : std::nullopt) {
-        addPosition(",", crossing->before);
+        addPosition(crossing->before);
         addNoDetail();
-        addPosition("],[", crossing->after);
+        cuts_.push_back(positions_);
+        addPosition(crossing->after);
         addNoDetail();
-        ++parts_;
     }
-    addPosition(last_ ? "," : "", point);
+    addPosition(point);
     last_ = point;
 }
 
-void GeoJsonWriter::addPosition(std::string_view separator, const gps::GPSPoint& point)
+void GeoJsonWriter::addPosition(const gps::GPSPoint& point)
 {
+    const auto separator = separatorBefore(positions_++);
     char* const at = coordinates_.room(separator.size() + kMostOfPosition);
     coordinates_.setEnd(putPosition(put(at, separator), point));
-    ++positions_;
 }
 
+// What is between a position and the one before it, and between their details.
+std::string_view GeoJsonWriter::separatorBefore(std::size_t position) const
+{
+    if (position == 0)
+        return "";
+    return std::binary_search(cuts_.begin(), cuts_.end(), position) ? "],[" : ",";
+}
+
+// Of the last position.
 void GeoJsonWriter::addDetail(std::string_view json)
 {
-    if (hasDetails_) {
-        output_.write(",");
-    } else {
-        output_.write(",\"");
-        output_.write(detailsName_);
-        output_.write("\":[");
-        // The earlier positions had no detail. Their nulls could not be written at once, because a
-        // line without any details lacks this member.
-        for (std::size_t i = 1; i < positions_; ++i)
-            output_.write("null,");
-    }
-    output_.write(json);
+    auto& out = detailsOutput();
+    if (!hasDetails_)
+        beginDetails(out);
+    out.write(separatorBefore(positions_ - 1));
+    out.write(json);
     hasDetails_ = true;
+}
+
+// The earlier positions had no detail. Their nulls could not be written at once, because a line
+// without any details lacks this member. The space becomes a bracket if the line is cut.
+void GeoJsonWriter::beginDetails(Output& out)
+{
+    out.write(",\"");
+    out.write(detailsName_);
+    out.write("\":[ ");
+    bracketAt_ = out.size() - 1;
+    for (std::size_t i = 0; i + 1 < positions_; ++i) {
+        out.write(separatorBefore(i));
+        out.write("null");
+    }
+}
+
+void GeoJsonWriter::endDetails(bool isCut)
+{
+    auto& out = detailsOutput();
+    if (isCut)
+        out.overwrite(bracketAt_, "[");
+    out.write(isCut ? "]]" : "]");
+    if (&out == &details_)
+        details_.moveTo(output_);
 }
 
 void GeoJsonWriter::addNoDetail()
 {
     if (hasDetails_)
-        output_.write(",null");
+        addDetail("null");
 }
 
 void GeoJsonWriter::endLine()
 {
-    output_.write(hasDetails_ ? R"(]},"geometry":)" : R"(},"geometry":)");
+    const bool isCut = !cuts_.empty();
+    if (hasDetails_)
+        endDetails(isCut);
+    output_.write(R"(},"geometry":)");
     if (positions_ == 0) {
         output_.write("null}");
         return;
     }
     // A cut line has at least four positions, so isCut implies isLine.
     const bool isLine = positions_ > 1;
-    const bool isCut = parts_ > 1;
     output_.write(isCut    ? R"({"type":"MultiLineString","coordinates":[[)"
                   : isLine ? R"({"type":"LineString","coordinates":[)"
                            : R"({"type":"Point","coordinates":)");

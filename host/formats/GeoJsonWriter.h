@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -21,17 +22,20 @@ namespace host {
 ///
 /// - "kind": "waypoint", "geocache", "route" or "track";
 /// - "time": the timestamp of a point that has one;
-/// - "times" of a track with at least one timestamp: an array with a timestamp or null per
+/// - "coordTimes" of a track with at least one timestamp: an array with a timestamp or null per
 /// position;
 /// - "points" of a route: an array with the fields of each point's record, or null, per position.
 ///
-/// A line that crosses the 180 degree meridian is cut there into a MultiLineString; the two
-/// positions at the cut have null in "times" and "points". A line of one point becomes a Point, a
-/// line without points has a null geometry.
+/// A line that crosses the 180 degree meridian is cut there into a MultiLineString. "coordTimes"
+/// and "points" then are arrays of such arrays, with null for the two positions at the cut. A line
+/// of one point becomes a Point, a line without points has a null geometry.
+///
+/// Altitudes are rounded to millimetres: those that a receiver has in feet are no short numbers of
+/// metres.
 class GeoJsonWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  where a line's positions are kept until its end, which decides the type
-    ///                     of its geometry
+    /// @param spoolFolder  where a line is kept until its end, which decides the type of its
+    ///                     geometry
     GeoJsonWriter(Output& output, const std::string& spoolFolder);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
@@ -50,8 +54,12 @@ private:
     void beginLine(std::string_view kind, std::string_view detailsName,
                    const gps::Dictionary& record);
     void addToLine(const gps::GPSPoint& point);
-    void addPosition(std::string_view separator, const gps::GPSPoint& point);
+    void addPosition(const gps::GPSPoint& point);
+    [[nodiscard]] std::string_view separatorBefore(std::size_t position) const;
+    [[nodiscard]] Output& detailsOutput() { return output_.canInsert() ? output_ : details_; }
     void addDetail(std::string_view json);
+    void beginDetails(Output& out);
+    void endDetails(bool isCut);
     void addNoDetail();
     void endLine();
 
@@ -61,12 +69,15 @@ private:
     TimestampText times_;
     GlobeFilter globe_;
 
-    // The open line. Its details ("times" or "points") go straight to the output, starting at the
-    // first position that has one; its coordinates wait in the spool.
+    // The open line. Its details ("coordTimes" or "points") start at the first position that has
+    // one. Only the end of the line shows whether it is cut, so its coordinates wait in a spool,
+    // and so do the details if nothing can be changed in the output any more.
     std::string_view detailsName_;
+    Spool details_;
+    off_t bracketAt_ = 0; // in the output of the details
     Spool coordinates_;
     std::size_t positions_ = 0;
-    std::size_t parts_ = 1;
+    std::vector<std::size_t> cuts_; // the first position of each part but the first
     bool hasDetails_ = false;
     std::optional<gps::GPSPoint> last_;
 };

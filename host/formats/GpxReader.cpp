@@ -5,15 +5,15 @@
 
 #include "host/formats/GpxReader.h"
 
-#include "host/base/HostError.h"
 #include "host/base/Text.h"
-#include "host/base/XmlText.h"
+#include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
 #include "host/formats/PlainTrackPoints.h"
+#include "host/formats/XmlFile.h"
+#include "host/formats/XmlNodes.h"
 
 #include <gps/Value.h>
-#include <platform/System/FileManager.h>
 
 #include <fmt/format.h>
 #include <pugixml.hpp>
@@ -218,110 +218,37 @@ bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point
     return false;
 }
 
-void append(gps::Dictionary& data, std::string_view key, gps::Array& records)
-{
-    if (records.empty())
-        return;
-    if (auto* const list = data.findArray(key))
-        list->insert(list->end(), std::make_move_iterator(records.begin()),
-                     std::make_move_iterator(records.end()));
-    else
-        data.set(key, std::move(records));
-}
-
 void Collection::moveInto(gps::Dictionary& data)
 {
-    append(data, "waypoint", waypoints_);
-    append(data, "route", routes_);
-    append(data, "track", tracks_);
-}
-
-// Makes errors that name the file and the line of a byte in it.
-class FileErrors {
-public:
-    explicit FileErrors(const std::string& path) : path_(path) {}
-
-    [[nodiscard]] gps::Error at(std::ptrdiff_t offset, const std::string& what,
-                                const char* advice = "Check the file, or export it once more") const
-    {
-        const auto file = path_.substr(path_.find_last_of('/') + 1);
-        return hostError(fmt::format("{}{}: {}", file, lineText(offset), what), advice, path_);
-    }
-
-private:
-    // Reads the file again: the parser has changed the text in memory.
-    [[nodiscard]] std::string lineText(std::ptrdiff_t offset) const
-    {
-        std::string xml;
-        if (gps::FileManager{}.readFile(path_, xml, kLargestGpx))
-            return {};
-        // The offset counts bytes of the converted text.
-        (void)convertXmlToUtf8(xml);
-        return fmt::format(", line {}", lineAt(xml, static_cast<std::size_t>(offset)));
-    }
-
-    const std::string& path_;
-};
-
-constexpr char kExportAsGpx[] = "Export it as GPX from the program that made it";
-
-// @param xml  in: the text. out: what the document consists of, as long as it is used
-std::optional<gps::Error> parse(std::string& xml, const FileErrors& errors,
-                                pugi::xml_document& document)
-{
-    // The parser would stop at a zero byte and call what it has read a whole document.
-    if (const auto zero = xml.find('\0'); zero != std::string::npos)
-        return errors.at(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
-    constexpr auto kOptions = pugi::parse_default | pugi::parse_embed_pcdata |
-                              pugi::parse_ws_pcdata_single; // a name may be a single space
-    const auto result =
-        document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
-    if (result.status == pugi::status_no_document_element)
-        return errors.at(0, "this is not a GPX file", kExportAsGpx);
-    if (!result)
-        return errors.at(result.offset, fmt::format("the file is damaged or cut short ({})",
-                                                    result.description()));
-    if (localName(document.document_element()) != "gpx")
-        return errors.at(0, "this is not a GPX file", kExportAsGpx);
-    // The parser accepts several root elements; all but the first would be lost silently.
-    if (const auto more = document.document_element().next_sibling())
-        return errors.at(more.offset_debug(), "there is more text after the end of the document");
-    return std::nullopt;
-}
-
-std::optional<gps::Error> readText(const std::string& path, std::string& xml)
-{
-    if (auto failure = gps::FileManager{}.readFile(path, xml, kLargestGpx))
-        return failure;
-    if (!convertXmlToUtf8(xml))
-        return FileErrors{path}.at(0, "the text encoding of this file is not supported");
-    return std::nullopt;
+    appendRecords(data, "waypoint", waypoints_);
+    appendRecords(data, "route", routes_);
+    appendRecords(data, "track", tracks_);
 }
 
 // @param xml    in: the text. out: unspecified
 // @param plain  the points that were taken out of the text
 std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPoints> plain,
-                                      const FileErrors& errors, gps::Dictionary& data,
+                                      const XmlFile& file, gps::Dictionary& data,
                                       SkippedWaypoints* skipped)
 {
     pugi::xml_document document;
-    if (auto failure = parse(xml, errors, document))
+    if (auto failure = file.parse(xml, document))
         return failure;
     const bool isTextWhole = plain.empty();
     Collection collection{std::move(plain), skipped != nullptr};
     if (!collection.read(document.document_element()))
-        return errors.at(collection.invalidPoint().offset_debug(),
-                         invalidPointText(collection.invalidPoint()));
+        return file.errorAt(collection.invalidPoint().offset_debug(),
+                            invalidPointText(collection.invalidPoint()));
     // Messages about skipped waypoints have line numbers, too.
     if (!collection.isWhole() || (!isTextWhole && collection.skippedCount() > 0))
-        return errors.at(0, "this file needs to be parsed as a whole");
+        return file.errorAt(0, "this file needs to be parsed as a whole");
     collection.moveInto(data);
     if (skipped == nullptr)
         return std::nullopt;
     skipped->count += collection.skippedCount();
     for (const auto& [offset, text] : collection.skipped())
         skipped->first.push_back(
-            errors.at(offset, text + ", so it was skipped", "Correct it, and try again"));
+            file.errorAt(offset, text + ", so it was skipped", "Correct it, and try again"));
     return std::nullopt;
 }
 
@@ -330,19 +257,19 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
 std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
                                   SkippedWaypoints* skipped)
 {
+    const XmlFile file{path, "GPX"};
     std::string xml;
-    if (auto failure = readText(path, xml))
+    if (auto failure = file.read(xml))
         return failure;
     auto plain = takePlainTrackPoints(xml);
     const bool isChanged = !plain.empty();
-    const FileErrors errors{path};
-    auto failure = readRecords(xml, std::move(plain), errors, data, skipped);
+    auto failure = readRecords(xml, std::move(plain), file, data, skipped);
     if (!failure || !isChanged)
         return failure;
     // There is a message, and only the whole text has the right line numbers, or something looks
     // like track points where there are none.
-    failure = readText(path, xml);
-    return failure ? failure : readRecords(xml, {}, errors, data, skipped);
+    failure = file.read(xml);
+    return failure ? failure : readRecords(xml, {}, file, data, skipped);
 }
 
 } // namespace host

@@ -14,9 +14,6 @@
 
 namespace host {
 
-/// The largest file that is read, in bytes.
-inline constexpr std::size_t kLargestGpx = std::size_t{1} << 30;
-
 /// Waypoints of files that were left out.
 struct SkippedWaypoints {
     static constexpr std::size_t kMostNamed = 10;

@@ -6,6 +6,7 @@
 
 #include "host/base/XmlText.h"
 #include "host/formats/GpxTime.h"
+#include "host/formats/XmlNodes.h"
 #include "host/points/Points.h"
 
 #include <gps/Geocache.h>
@@ -28,20 +29,6 @@ namespace {
 constexpr std::string_view kCacheTypePrefix = "Geocache|";
 constexpr std::size_t kUsualKeys = 4;  // in a record
 constexpr int kMostDeclarations = 256; // of namespaces; files have about ten
-
-struct ElementName {
-    std::string_view prefix; // without its colon; empty for the default namespace
-    std::string_view local;
-};
-
-ElementName nameOf(const pugi::xml_node& node)
-{
-    const std::string_view name = node.name();
-    const auto colon = name.find(':');
-    if (colon == std::string_view::npos)
-        return {{}, name};
-    return {name.substr(0, colon), name.substr(colon + 1)};
-}
 
 // Looks at the first kMostDeclarations attributes only. An element with very many would be searched
 // again for each element below it, in a time that grows with the square of the file.
@@ -67,51 +54,6 @@ std::string_view namespaceOf(const pugi::xml_node& element)
             return declared.value();
     }
     return {};
-}
-
-// The first child of that local name, preferably one in the parent's own namespace. Compares
-// prefixes, not namespaces: this runs for each field of each point, and finding a namespace means
-// walking up to the root.
-pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
-{
-    pugi::xml_node found;
-    for (const auto& node : parent.children()) {
-        const auto name = nameOf(node);
-        if (name.local != local)
-            continue;
-        if (name.prefix == nameOf(parent).prefix)
-            return node;
-        if (!found)
-            found = node;
-    }
-    return found;
-}
-
-// An element's own text: a view into the document if it is in one piece, otherwise into `joined`.
-// White space around a text of several lines is layout and is dropped.
-std::string_view textOf(const pugi::xml_node& element, std::string& joined)
-{
-    std::string_view text = element.value(); // the first piece, unless it is a CDATA section
-    if (element.first_child()) {
-        joined = text;
-        for (const auto& piece : element.children()) {
-            if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
-                joined += piece.value();
-        }
-        text = joined;
-    }
-    return text.find('\n') == std::string_view::npos ? text : gps::trimmed(text);
-}
-
-std::string textOf(const pugi::xml_node& element)
-{
-    std::string joined;
-    return std::string{textOf(element, joined)};
-}
-
-std::string childText(const pugi::xml_node& parent, std::string_view local)
-{
-    return textOf(childOf(parent, local));
 }
 
 enum Field : std::size_t {
@@ -291,11 +233,6 @@ gps::Dictionary geocacheRecord(const Fields& fields, const gps::GPSPoint& point)
 }
 
 } // namespace
-
-std::string_view localName(const pugi::xml_node& element)
-{
-    return nameOf(element).local;
-}
 
 bool isOwn(const pugi::xml_node& element, std::string_view local)
 {

@@ -14,9 +14,6 @@ class xml_node;
 
 namespace host {
 
-/// An element's name without its namespace prefix: a view into the document.
-[[nodiscard]] std::string_view localName(const pugi::xml_node& element);
-
 /// Whether an element has this local name and its parent's namespace. Makers put elements of their
 /// own, with the same local names, between those of GPX.
 [[nodiscard]] bool isOwn(const pugi::xml_node& element, std::string_view local);

@@ -4,9 +4,8 @@
 #include "host/formats/GpxWriter.h"
 
 #include "host/base/Text.h"
+#include "host/base/XmlText.h"
 #include "host/formats/GeocacheXml.h"
-#include "host/formats/XmlElements.h"
-#include "host/points/Points.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
@@ -40,38 +39,73 @@ constexpr std::size_t kMostOfPoint = // the longest element name, "rtept", inclu
     std::string_view{R"(<rtept lat="" lon=""><ele></ele><time>Z</time>)"}.size() +
     2 * kMostOfDegrees + gps::kMostOfDecimal + TimestampText::kSize;
 
-// Writes the start tag of a point, its elevation and its time.
-char* putPoint(char* at, std::string_view element, const gps::GPSPoint& point, TimestampText& times)
+constexpr std::string_view kMetadataEnd = "</metadata>";
+constexpr std::size_t kMostOfBounds =
+    std::string_view{
+        R"(<bounds minlat="-12.123456789" minlon="-123.123456789" maxlat="-12.123456789" maxlon="-123.123456789"/>)"}
+        .size();
+constexpr std::size_t kBoundsRoom = kMostOfBounds + kMetadataEnd.size();
+
+// The schema allows longitudes from -180 to below 180. A longitude just below 180 would be rounded
+// up to it.
+double schemaLongitude(double longitude)
 {
-    at = put(at, "<");
-    at = put(at, element);
-    at = put(at, R"( lat=")");
-    at = putDegrees(at, point.latitude);
-    at = put(at, R"(" lon=")");
-    // The schema allows longitudes from -180 to below 180. A longitude just below 180 would be
-    // rounded up to it.
     constexpr double kAlmost180 = 180 - 1e-9;
-    at = putDegrees(at, point.longitude > kAlmost180 ? -180 : point.longitude);
-    at = put(at, R"(">)");
-    if (std::isfinite(point.altitude)) {
-        at = put(at, "<ele>");
-        at = gps::putDecimal(at, point.altitude);
-        at = put(at, "</ele>");
-    }
-    if (hasTimestamp(point)) {
-        at = put(at, "<time>");
-        at = times.put(at, point.time, 'T');
-        at = put(at, "Z</time>");
-    }
-    return at;
+    return longitude > kAlmost180 ? -180 : longitude;
+}
+
+char* putBounds(char* at, const PositionBounds& bounds)
+{
+    at = put(at, R"(<bounds minlat=")");
+    at = putDegrees(at, bounds.south);
+    at = put(at, R"(" minlon=")");
+    at = putDegrees(at, bounds.west);
+    at = put(at, R"(" maxlat=")");
+    at = putDegrees(at, bounds.north);
+    at = put(at, R"(" maxlon=")");
+    at = putDegrees(at, bounds.east);
+    return put(at, R"("/>)");
 }
 
 } // namespace
 
-GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), sections_(output, kSections, spoolFolder)
+GpxWriter::GpxWriter(Output& output, const std::string& spoolFolder, const RecordOrigin& origin)
+    : output_(output), sections_(output, kSections, spoolFolder), source_(origin.receiver)
 {
     output_.write(kGpxHead);
+    writeMetadata(origin);
+}
+
+// The schema demands the bounds behind the other metadata. White space behind the element fills the
+// rest of their place.
+void GpxWriter::writeMetadata(const RecordOrigin& origin)
+{
+    std::string text = "<metadata>";
+    if (!origin.receiver.empty()) {
+        text += "<desc>From ";
+        appendXml(text, origin.receiver);
+        text += "</desc>";
+    }
+    if (hasTimestamp({.time = origin.time})) {
+        text += "<time>";
+        appendTimestamp(text, origin.time, 'T');
+        text += "Z</time>";
+    }
+    output_.write(text);
+    boundsAt_ = output_.size();
+    output_.write(kMetadataEnd);
+    if (output_.canInsert())
+        output_.write(std::string(kMostOfBounds, ' '));
+    output_.write("\n");
+}
+
+void GpxWriter::writeBounds()
+{
+    if (bounds_.isEmpty() || !output_.canInsert())
+        return;
+    std::array<char, kBoundsRoom> text;
+    char* const end = put(putBounds(text.data(), bounds_), kMetadataEnd);
+    output_.overwrite(boundsAt_, {text.data(), end});
 }
 
 void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -83,8 +117,7 @@ void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& reco
 void GpxWriter::beginRoute(const gps::Dictionary& route)
 {
     auto& out = sections_.outputFor(kRouteSection);
-    out.write("<rte>");
-    writeElements(out, route, kCollectionTexts);
+    beginCollection(out, "<rte>", route, kCollectionTexts);
     out.write("\n");
 }
 
@@ -102,8 +135,7 @@ void GpxWriter::endRoute()
 void GpxWriter::beginTrack(const gps::Dictionary& track)
 {
     auto& out = sections_.outputFor(kTrackSection);
-    out.write("<trk>");
-    writeElements(out, track, std::span{kCollectionTexts}.first(1));
+    beginCollection(out, "<trk>", track, std::span{kCollectionTexts}.first(1));
     // Drivers report no breaks within a track, so it always has one segment.
     out.write("<trkseg>\n");
 }
@@ -115,7 +147,7 @@ void GpxWriter::trackPoint(const gps::GPSPoint& point)
     constexpr std::string_view kTrackPointEnd = "</trkpt>\n";
     auto& out = sections_.outputFor(kTrackSection);
     char* at = out.room(kMostOfPoint + kTrackPointEnd.size());
-    at = putPoint(at, "trkpt", point, times_);
+    at = putPoint(at, "trkpt", point);
     out.setEnd(put(at, kTrackPointEnd));
 }
 
@@ -128,13 +160,51 @@ std::optional<gps::Error> GpxWriter::finish()
 {
     sections_.finish();
     output_.write(kGpxFoot);
+    writeBounds();
     return output_.flush();
+}
+
+// The schema demands the source behind the texts.
+void GpxWriter::beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record,
+                                std::span<const TextElement> texts)
+{
+    out.write(tag);
+    writeElements(out, record, texts);
+    if (source_.empty())
+        return;
+    out.write("<src>");
+    writeXml(out, source_);
+    out.write("</src>");
+}
+
+char* GpxWriter::putPoint(char* at, std::string_view element, const gps::GPSPoint& point)
+{
+    const auto longitude = schemaLongitude(point.longitude);
+    bounds_.add(point.latitude, longitude);
+    at = put(at, "<");
+    at = put(at, element);
+    at = put(at, R"( lat=")");
+    at = putDegrees(at, point.latitude);
+    at = put(at, R"(" lon=")");
+    at = putDegrees(at, longitude);
+    at = put(at, R"(">)");
+    if (std::isfinite(point.altitude)) {
+        at = put(at, "<ele>");
+        at = gps::putDecimal(at, point.altitude);
+        at = put(at, "</ele>");
+    }
+    if (hasTimestamp(point)) {
+        at = put(at, "<time>");
+        at = times_.put(at, point.time, 'T');
+        at = put(at, "Z</time>");
+    }
+    return at;
 }
 
 void GpxWriter::writePoint(Output& out, std::string_view element, const gps::GPSPoint& point,
                            const gps::Dictionary& record)
 {
-    out.setEnd(putPoint(out.room(kMostOfPoint), element, point, times_));
+    out.setEnd(putPoint(out.room(kMostOfPoint), element, point));
     writeElements(out, record, kPointTexts);
     if (gps::isGeocache(record)) {
         out.write("<extensions>");

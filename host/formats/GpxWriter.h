@@ -8,10 +8,14 @@
 #include "host/files/Output.h"
 #include "host/files/SectionedOutput.h"
 #include "host/formats/CollectionWriter.h"
+#include "host/formats/RecordOrigin.h"
+#include "host/formats/XmlElements.h"
 #include "host/points/GlobeFilter.h"
 #include "host/points/Points.h"
+#include "host/points/PositionBounds.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,11 +23,16 @@ namespace host {
 
 /// GPX requires waypoints first, then routes, then tracks. A mounted receiver delivers them in that
 /// order, but serial sessions and several imported files do not.
+///
+/// The metadata are the receiver, the time of the download, and the bounds of all points. The
+/// bounds are known at the end, so they get a fixed place in a file; a stream lacks them. Routes
+/// and tracks have the receiver or the file that they are from as their source.
 class GpxWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where temporary files are made
-    GpxWriter(Output& output, const std::string& spoolFolder);
+    GpxWriter(Output& output, const std::string& spoolFolder, const RecordOrigin& origin = {});
 
+    void sourceFile(std::string_view name) override { source_ = name; }
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
 private:
@@ -36,6 +45,14 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
+    void writeMetadata(const RecordOrigin& origin);
+    void writeBounds();
+    void beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record,
+                         std::span<const TextElement> texts);
+
+    // Writes the start tag of a point, its elevation and its time.
+    char* putPoint(char* at, std::string_view element, const gps::GPSPoint& point);
+
     // Writes a waypoint or a route point with its texts.
     void writePoint(Output& out, std::string_view element, const gps::GPSPoint& point,
                     const gps::Dictionary& record);
@@ -44,6 +61,9 @@ private:
     SectionedOutput sections_;
     TimestampText times_;
     GlobeFilter globe_;
+    PositionBounds bounds_;
+    off_t boundsAt_ = 0; // the offset of their place in a file
+    std::string source_; // of the routes and tracks that follow
 };
 
 } // namespace host

@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace host {
 
@@ -19,6 +20,10 @@ public:
     virtual ~Writer() = default;
 
     virtual void event(const Event& event) = 0;
+
+    /// The name of the file that the records of the following events are from. Not called for a
+    /// receiver's records.
+    virtual void sourceFile(std::string_view name) { (void)name; }
 
     /// What an operation returned: an error, or nullopt for success.
     virtual void result(const std::optional<gps::Error>& error) { (void)error; }

@@ -6,14 +6,17 @@
 
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
-#include "host/transfer/GpxImport.h"
+#include "host/transfer/MapFileImport.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RepeatFilter.h"
 
 #include <gps/GPSTransferAccount.h>
+#include <gps/NumberText.h>
 #include <platform/OrvUtils/SerialTraffic.h>
 
+#include <cstdint>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <memory>
@@ -32,6 +35,15 @@ RequestedKinds onlyKind(gps::TransferKind kind)
             .tracks = kind == gps::TransferKind::kTracks};
 }
 
+// Seconds since 1970. A fixed time makes outputs of the same records equal; the variable is that of
+// https://reproducible-builds.org/specs/source-date-epoch/.
+std::int64_t timeOfOutput()
+{
+    const char* const fixed = std::getenv("SOURCE_DATE_EPOCH");
+    const auto time = fixed != nullptr ? gps::wholeInteger(fixed) : std::nullopt;
+    return time.value_or(std::time(nullptr));
+}
+
 class Download {
 public:
     Download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
@@ -43,11 +55,12 @@ public:
 
 private:
     [[nodiscard]] std::optional<gps::Error> openOutput();
+    [[nodiscard]] RecordOrigin origin() const;
     void runOperations();
     void readMissingKinds();
     [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile,
                                                  const gps::Dictionary& options);
-    [[nodiscard]] OperationReport readGpxFile(const std::string& file,
+    [[nodiscard]] OperationReport readMapFile(const std::string& file,
                                               const gps::Dictionary& options);
     [[nodiscard]] std::function<bool()> answerQuery() const;
     void waitForPort();
@@ -99,8 +112,14 @@ std::optional<gps::Error> Download::openOutput()
     file_.emplace(request_.output->path);
     if (auto failure = file_->open())
         return failure;
-    fileWriter_ = request_.output->format->make(file_->output(), file_->folder());
+    fileWriter_ = request_.output->format->make(file_->output(), file_->folder(), origin());
     return std::nullopt;
+}
+
+RecordOrigin Download::origin() const
+{
+    const bool isReceiver = request_.sourceFiles.empty();
+    return {.receiver = isReceiver ? driver_.gpsName() : "", .time = timeOfOutput()};
 }
 
 void Download::runOperations()
@@ -112,14 +131,16 @@ void Download::runOperations()
     for (const auto& sourceFile : request_.sourceFiles) {
         if (report_.isInterrupted())
             return;
+        if (fileWriter_)
+            fileWriter_->sourceFile(sourceFile.substr(sourceFile.find_last_of('/') + 1));
         const auto options = operationOptions(request_, sourceFile);
-        report_.operations.push_back(isGpxFile(sourceFile) ? readGpxFile(sourceFile, options)
+        report_.operations.push_back(isMapFile(sourceFile) ? readMapFile(sourceFile, options)
                                                            : runOperationOn(sourceFile, options));
     }
 }
 
-// No driver reads GPX files.
-OperationReport Download::readGpxFile(const std::string& file, const gps::Dictionary& options)
+// No driver reads these.
+OperationReport Download::readMapFile(const std::string& file, const gps::Dictionary& options)
 {
     const auto stopRequested = [&] { return request_.stopRequested && request_.stopRequested(); };
     if (stopRequested())
@@ -129,7 +150,7 @@ OperationReport Download::readGpxFile(const std::string& file, const gps::Dictio
     progress_.begin(TransferPhase::kReading);
     const auto outcome = runOperation(
         [&](const gps::GPSPlugInProtocol::Status& status) {
-            return importGpx(file, *status, skipped);
+            return importMapFile(file, *status, skipped);
         },
         [this](const EventBatch& batch) { consume(batch); },
         [&] {

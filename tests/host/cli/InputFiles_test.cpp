@@ -138,10 +138,10 @@ TEST_F(InputFiles, FolderThatCannotBeListedIsAnError)
 TEST_F(InputFiles, FileOfAnotherKindIsNotImported)
 {
     const auto notes = folder_.put("notes.txt", "x");
-    EXPECT_EQ(importing({track_, notes}),
-              "This file cannot be imported. The extensions of files that can are: log, upt, gpx. "
-              "Path: " +
-                  notes);
+    EXPECT_EQ(importing({track_, notes}), "This file cannot be imported. The extensions of files "
+                                          "that can are: log, upt, gpx, kml, kmz. "
+                                          "Path: " +
+                                              notes);
 }
 
 TEST_F(InputFiles, EmptyFileIsAMistakeUnlessItIsOneOfSeveral)
@@ -156,6 +156,11 @@ TEST_F(InputFiles, EmptyFileIsAMistakeUnlessItIsOneOfSeveral)
 
 TEST_F(InputFiles, ReceiversFileHasToBeConvertedBeforeItIsSent)
 {
+    const auto kmz = folder_.put("day.KMZ", "x");
+    EXPECT_EQ(
+        sending({gpx_, kmz}),
+        "This is a KML file, and send reads GPX files. Convert it with \"magellangps import " +
+            kmz + " -o " + folder_.path("day.gpx") + "\", and send the result. Path: " + kmz);
     EXPECT_EQ(sending({track_}), "This is a receiver's own file, and send reads GPX files. Convert "
                                  "it with \"magellangps import " +
                                      track_ + " -o " + gpx_ +

@@ -102,6 +102,20 @@ TEST(Output, OnlyAFileTakesInsertions)
 {
     EXPECT_FALSE(support::Written{host::Output::Kind::kStream}.output().canInsert());
     EXPECT_TRUE(support::Written{host::Output::Kind::kFile}.output().canInsert());
+    EXPECT_TRUE(host::Spool{"/tmp"}.canInsert());
+}
+
+TEST(Output, TextIsReplacedInTheFileAndInTheBuffer)
+{
+    support::Written written{host::Output::Kind::kFile};
+    auto& output = written.output();
+    const std::string large(100000, 'x');
+    output.write("head" + large);
+    output.write("tail");
+    output.overwrite(1, "EA");
+    output.overwrite(output.size() - 1, "L");
+    output.write(",after");
+    EXPECT_EQ(written.text(), "hEAd" + large + "taiL,after");
 }
 
 TEST(Spool, TextIsMovedToTheOutput)

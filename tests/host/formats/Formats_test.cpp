@@ -10,13 +10,13 @@ namespace {
 
 TEST(Formats, EveryListedNameIsFoundAndMakesAWriter)
 {
-    EXPECT_EQ(host::formatNames(), "gpx, kml, geojson, html, csv, jsonl");
-    for (const char* name : {"gpx", "kml", "geojson", "html", "jsonl"}) {
+    EXPECT_EQ(host::formatNames(), "gpx, kml, kmz, geojson, html, csv, jsonl");
+    for (const char* name : {"gpx", "kml", "kmz", "geojson", "html", "csv", "jsonl"}) {
         const auto* const format = host::findFormat(name);
         ASSERT_NE(format, nullptr) << name;
         EXPECT_EQ(format->name, name);
         support::Written written;
-        EXPECT_FALSE(format->make(written.output(), written.folder())->close()) << name;
+        EXPECT_FALSE(format->make(written.output(), written.folder(), {})->close()) << name;
     }
 }
 
@@ -33,10 +33,11 @@ TEST(Formats, EachNameMakesItsOwnFormat)
         const char* mark;
     };
     for (const auto& [name, mark] :
-         {Row{"gpx", "<gpx "}, Row{"kml", "<kml "}, Row{"geojson", "FeatureCollection"},
-          Row{"html", "<html"}, Row{"jsonl", R"({"event":"gpsStateChange","state":1})"}}) {
+         {Row{"gpx", "<gpx "}, Row{"kml", "<kml "}, Row{"kmz", "doc.kml"},
+          Row{"geojson", "FeatureCollection"}, Row{"html", "<html"},
+          Row{"jsonl", R"({"event":"gpsStateChange","state":1})"}}) {
         support::Written written;
-        const auto writer = host::findFormat(name)->make(written.output(), written.folder());
+        const auto writer = host::findFormat(name)->make(written.output(), written.folder(), {});
         writer->event(support::stateChange(1));
         EXPECT_FALSE(writer->close()) << name;
         EXPECT_THAT(written.text(), testing::HasSubstr(mark)) << name;

@@ -25,14 +25,22 @@ struct GeoJson {
     std::string remark;
 };
 
-GeoJson geoJsonOf(const std::vector<Event>& events)
+GeoJson geoJsonOf(const std::vector<Event>& events, host::Output::Kind kind)
 {
-    support::Written written;
+    support::Written written{kind};
     host::GeoJsonWriter writer{written.output(), written.folder()};
     for (const auto& event : events)
         writer.event(event);
     EXPECT_FALSE(writer.close());
     return {written.text(), writer.remark()};
+}
+
+// A file and a stream get the same text.
+GeoJson geoJsonOf(const std::vector<Event>& events)
+{
+    auto geoJson = geoJsonOf(events, host::Output::Kind::kFile);
+    EXPECT_EQ(geoJson.text, geoJsonOf(events, host::Output::Kind::kStream).text);
+    return geoJson;
 }
 
 Json featuresOf(const std::vector<Event>& events)
@@ -103,8 +111,9 @@ TEST(GeoJsonWriter, ReservedPropertyIsWrittenOnce)
 {
     const auto text =
         geoJsonOf(
-            {wayPoint({0, 0, 0, kTen, 0},
-                      {{"kind", "mine"}, {"time", 1}, {"times", 2}, {"points", 3}, {"name", "A"}})})
+            {wayPoint(
+                {0, 0, 0, kTen, 0},
+                {{"kind", "mine"}, {"time", 1}, {"coordTimes", 2}, {"points", 3}, {"name", "A"}})})
             .text;
     EXPECT_THAT(
         text, testing::HasSubstr(
@@ -116,14 +125,14 @@ TEST(GeoJsonWriter, TrackIsALineWithItsTimes)
     const auto features = featuresOf({newTrack({{"name", "Day 1"}}), trackPoint({1, 2, 3, kTen, 0}),
                                       trackPoint({4, 5, 6, kTen + 1, 0})});
     EXPECT_EQ(features, Json::parse(R"([{"type":"Feature",
-        "properties":{"kind":"track","name":"Day 1","times":["2024-06-01T10:00:00Z","2024-06-01T10:00:01Z"]},
+        "properties":{"kind":"track","name":"Day 1","coordTimes":["2024-06-01T10:00:00Z","2024-06-01T10:00:01Z"]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
 }
 
 TEST(GeoJsonWriter, PointWithoutATimestampHasNullAmongTheTimes)
 {
     const auto times = [](const std::vector<Event>& events) {
-        return featuresOf(events)[0]["properties"].value("times", Json{});
+        return featuresOf(events)[0]["properties"].value("coordTimes", Json{});
     };
     const auto at = [](std::int64_t time) { return trackPoint({0, 0, 0, time, 0}); };
     EXPECT_EQ(times({at(0), at(0), at(kTen), at(0)}),
@@ -145,14 +154,13 @@ TEST(GeoJsonWriter, LineOfOnePointIsAPointAndAnEmptyLineHasNoGeometry)
 TEST(GeoJsonWriter, RouteHasTheRecordsOfItsPoints)
 {
     const auto features =
-        featuresOf({newRoute({{"name", "Loop"}, {"comment", "nice"}, {"lastIndex", 2}}),
+        featuresOf({newRoute({{"name", "Loop"}, {"lastIndex", 2}, {"comment", "nice"}}),
                     wayPoint({1, 2, 3, kTen, 0},
                              {{"name", "A"}, {"symbol", "Camp"}, {"point", gps::GPSPoint{}}}),
                     wayPoint({4, 5, 6, 0, 0})});
-    EXPECT_EQ(
-        features,
-        Json::parse(
-            R"([{"type":"Feature","properties":{"kind":"route","name":"Loop","comment":"nice","lastIndex":2,
+    EXPECT_EQ(features,
+              Json::parse(
+                  R"([{"type":"Feature","properties":{"kind":"route","name":"Loop","comment":"nice",
         "points":[{"time":"2024-06-01T10:00:00Z","name":"A","symbol":"Camp"},{}]},
         "geometry":{"type":"LineString","coordinates":[[2,1,3],[5,4,6]]}}])"));
 }
@@ -165,12 +173,12 @@ TEST(GeoJsonWriter, LineAcrossTheDateLineIsCutThere)
     EXPECT_EQ(features[0]["geometry"], Json::parse(R"({"type":"MultiLineString","coordinates":[
         [[178,0,0],[179,0,0],[180,1,2]],[[-180,1,2],[-179,2,4],[-180,3,4]],[[180,3,4],[179,4,4]]]})"));
     const std::string at = "2024-06-01T10:00:00Z";
-    EXPECT_EQ(features[0]["properties"]["times"],
-              Json({at, at, nullptr, nullptr, at, nullptr, nullptr, at}));
+    EXPECT_EQ(features[0]["properties"]["coordTimes"],
+              Json({{at, at, nullptr}, {nullptr, at, nullptr}, {nullptr, at}}));
     const auto route = featuresOf(
         {newRoute({}), wayPoint({0, 179, 0, 0, 0}, {{"name", "A"}}), wayPoint({0, -179, 0, 0, 0})});
     EXPECT_EQ(route[0]["geometry"]["type"], "MultiLineString");
-    EXPECT_EQ(route[0]["properties"]["points"], Json::parse(R"([{"name":"A"},null,null,{}])"));
+    EXPECT_EQ(route[0]["properties"]["points"], Json::parse(R"([[{"name":"A"},null],[null,{}]])"));
 }
 
 TEST(GeoJsonWriter, StateOfOneLineDoesNotReachTheNext)
@@ -181,7 +189,7 @@ TEST(GeoJsonWriter, StateOfOneLineDoesNotReachTheNext)
     ASSERT_EQ(features.size(), 2U);
     EXPECT_EQ(features[1]["geometry"],
               Json::parse(R"({"type":"LineString","coordinates":[[179,0,0],[178,0,0]]})"));
-    EXPECT_FALSE(features[1]["properties"].contains("times"));
+    EXPECT_FALSE(features[1]["properties"].contains("coordTimes"));
 }
 
 TEST(GeoJsonWriter, PointOffTheGlobeIsLeftOutAndCounted)
@@ -195,7 +203,7 @@ TEST(GeoJsonWriter, PointOffTheGlobeIsLeftOutAndCounted)
     const auto features = Json::parse(poles.text)["features"];
     EXPECT_EQ(features[0]["geometry"], Json{});
     EXPECT_EQ(features[1]["geometry"]["coordinates"], Json::parse("[[180,90,0],[180,-90,0]]"));
-    EXPECT_EQ(features[1]["properties"]["times"].size(), 2U);
+    EXPECT_EQ(features[1]["properties"]["coordTimes"].size(), 2U);
     EXPECT_EQ(geoJsonOf({wayPoint({})}).remark, "");
 }
 
@@ -206,9 +214,40 @@ TEST(GeoJsonWriter, AltitudeThatIsNotFiniteIsLeftOut)
               Json({2, 1}));
 }
 
-TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegreeAndAltitudesNot)
+TEST(GeoJsonWriter, CutBeforeTheFirstTimestampHasItsNullsInEachPart)
 {
-    const gps::GPSPoint point{-46.08298333333333, 179.9999999996, 1e-7, 0, 0};
+    const auto features =
+        featuresOf({trackPoint({0, 179, 0, 0, 0}), trackPoint({0, -179, 0, 0, 0}),
+                    trackPoint({0, 179, 0, 0, 0}), trackPoint({0, 178, 0, kTen, 0})});
+    EXPECT_EQ(features[0]["properties"]["coordTimes"],
+              Json::parse(R"([[null,null],[null,null,null],[null,null,"2024-06-01T10:00:00Z"]])"));
+    EXPECT_EQ(features[0]["geometry"]["coordinates"][2].size(), 3U);
+}
+
+TEST(GeoJsonWriter, KeysThatOnlyADriverUsesAreNoProperties)
+{
+    const auto features = featuresOf({newTrack({{"name", "T"}, {"trackName", "x"}}),
+                                      newRoute({{"name", "R"}, {"lastIndex", 2}})});
+    EXPECT_EQ(features[0]["properties"], Json::parse(R"({"kind":"track","name":"T"})"));
+    EXPECT_EQ(features[1]["properties"], Json::parse(R"({"kind":"route","name":"R"})"));
+}
+
+TEST(GeoJsonWriter, AltitudeIsRoundedToMillimetres)
+{
+    for (const auto& [altitude, text] :
+         std::vector<std::pair<double, std::string>>{{466 / 3.2808399, "142.037"},
+                                                     {-0.0004, "0"},
+                                                     {-0.0006, "-0.001"},
+                                                     {999999999.4999, "999999999.5"},
+                                                     {1000000000.4999, "1000000000.4999"},
+                                                     {-1e22, "-1e+22"}})
+        EXPECT_THAT(geoJsonOf({wayPoint({0, 0, altitude, 0, 0})}).text,
+                    testing::HasSubstr("[0,0," + text + "]"));
+}
+
+TEST(GeoJsonWriter, CoordinatesAreRoundedToABillionthOfADegree)
+{
+    const gps::GPSPoint point{-46.08298333333333, 179.9999999996, 0.001, 0, 0};
     const auto coordinates = geometryOf({wayPoint(point)})["coordinates"];
     EXPECT_EQ(coordinates[0].get<double>(), 180);
     EXPECT_EQ(coordinates[1].get<double>(), -46.082983333);

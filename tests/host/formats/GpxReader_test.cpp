@@ -4,6 +4,7 @@
 
 #include "host/formats/GpxWriter.h"
 #include "host/formats/Written.h"
+#include "host/formats/XmlFile.h"
 #include "support/AsNobody.h"
 #include "support/TemporaryFolder.h"
 
@@ -650,7 +651,7 @@ TEST(GpxReader, FileBeyondTheLargestSizeIsRejected)
 {
     const support::TemporaryFolder folder;
     const auto path = folder.put("huge.gpx", "<gpx/>");
-    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestGpx) + 1),
+    ASSERT_EQ(::truncate(path.c_str(), static_cast<off_t>(host::kLargestXml) + 1),
               0); // a sparse file
     Dictionary data;
     EXPECT_TRUE(host::readGpx(path, data));

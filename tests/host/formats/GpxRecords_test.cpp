@@ -3,6 +3,8 @@
 
 #include "host/formats/GpxRecords.h"
 
+#include "host/formats/XmlNodes.h"
+
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 

@@ -21,42 +21,129 @@ using testing::Not;
 
 constexpr char kHead[] =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
+    "<gpx version=\"1.1\" creator=\"magellangps\" xmlns=\"http://www.topografix.com/GPX/1/1\">\n"
+    "<metadata>";
+constexpr std::int64_t kTime = 1717236000;
 
 struct Gpx {
     std::string text;
     std::string remark;
 };
 
-Gpx gpxOf(const std::vector<Event>& events, host::Output::Kind kind)
+Gpx gpxOf(const std::vector<Event>& events, host::Output::Kind kind,
+          const host::RecordOrigin& origin = {}, const char* sourceFile = nullptr)
 {
     support::Written written{kind};
-    host::GpxWriter writer{written.output(), written.folder()};
+    host::GpxWriter writer{written.output(), written.folder(), origin};
+    if (sourceFile != nullptr)
+        writer.sourceFile(sourceFile);
     for (const auto& event : events)
         writer.event(event);
     EXPECT_FALSE(writer.close());
     return {written.text(), writer.remark()};
 }
 
-// A file and a stream get the same text.
+std::string metadataOf(const Gpx& gpx)
+{
+    EXPECT_THAT(gpx.text, testing::StartsWith(kHead));
+    const auto start = sizeof kHead - 1;
+    return gpx.text.substr(start, gpx.text.find('\n', start) - start);
+}
+
+std::string metadataOf(const std::vector<Event>& events, const host::RecordOrigin& origin = {},
+                       host::Output::Kind kind = host::Output::Kind::kFile)
+{
+    return metadataOf(gpxOf(events, kind, origin));
+}
+
+// A file and a stream get the same records.
 Gpx gpxOf(const std::vector<Event>& events)
 {
     auto gpx = gpxOf(events, host::Output::Kind::kFile);
-    EXPECT_EQ(gpx.text, gpxOf(events, host::Output::Kind::kStream).text);
+    const auto stream = gpxOf(events, host::Output::Kind::kStream);
+    EXPECT_EQ(gpx.text.substr(sizeof kHead - 1 + metadataOf(gpx).size()),
+              stream.text.substr(sizeof kHead - 1 + metadataOf(stream).size()));
     return gpx;
 }
 
 std::string gpxBodyOf(const std::vector<Event>& events)
 {
-    auto text = gpxOf(events).text;
-    EXPECT_THAT(text, testing::StartsWith(kHead));
-    EXPECT_THAT(text, testing::EndsWith("</gpx>\n"));
-    return text.substr(sizeof kHead - 1, text.size() - (sizeof kHead - 1) - 7);
+    const auto gpx = gpxOf(events);
+    EXPECT_THAT(gpx.text, testing::EndsWith("</gpx>\n"));
+    const auto start = sizeof kHead - 1 + metadataOf(gpx).size() + 1;
+    return gpx.text.substr(start, gpx.text.size() - start - 7);
 }
 
 TEST(GpxWriter, WithoutEventsItIsAnEmptyDocument)
 {
     EXPECT_EQ(gpxBodyOf({}), "");
+}
+
+TEST(GpxWriter, MetadataHaveTheReceiverTheTimeAndTheBoundsOfAllPointsInTheOrderOfTheSchema)
+{
+    const std::vector<Event> events{newTrack({}),
+                                    trackPoint({46.5, -7.25, 0, 0, 0}),
+                                    trackPoint({46, -7, 0, 0, 0}),
+                                    newRoute({}),
+                                    wayPoint({47.25, -7.5, 0, 0, 0}),
+                                    support::stateChange(0),
+                                    wayPoint({45, -7.125, 0, 0, 0}),
+                                    wayPoint({91, 0, 0, 0, 0})};
+    const std::string start = "<desc>From A &amp; B</desc><time>2024-06-01T10:00:00Z</time>";
+    const std::string bounds =
+        R"(<bounds minlat="45" minlon="-7.5" maxlat="47.25" maxlon="-7"/></metadata>)";
+    const auto metadata = metadataOf(events, {.receiver = "A & B", .time = kTime});
+    EXPECT_THAT(metadata, testing::StartsWith(start + bounds));
+    EXPECT_EQ(metadata.find_last_not_of(' '), start.size() + bounds.size() - 1);
+}
+
+TEST(GpxWriter, MetadataAreAsLongWithTheLongestBoundsAsWithNone)
+{
+    const auto longest = metadataOf({wayPoint({-80.123456789, -170.123456789, 0, 0, 0}),
+                                     wayPoint({-79.123456789, -169.123456789, 0, 0, 0})});
+    EXPECT_EQ(longest, R"(<bounds minlat="-80.123456789" minlon="-170.123456789" )"
+                       R"(maxlat="-79.123456789" maxlon="-169.123456789"/></metadata>)");
+    const auto none = metadataOf(std::vector<Event>{});
+    EXPECT_EQ(none.size(), longest.size());
+    EXPECT_EQ(none.substr(0, none.find(' ')), "</metadata>");
+}
+
+TEST(GpxWriter, BoundsOfOnePointAreThatPointAsItIsWritten)
+{
+    EXPECT_THAT(metadataOf({wayPoint({90, 180, 0, 0, 0})}),
+                HasSubstr(R"(minlat="90" minlon="-180" maxlat="90" maxlon="-180")"));
+}
+
+TEST(GpxWriter, StreamHasNoBoundsAndNoRoomForThem)
+{
+    EXPECT_EQ(metadataOf({wayPoint({1, 2, 3, 0, 0})}, {.time = kTime}, host::Output::Kind::kStream),
+              "<time>2024-06-01T10:00:00Z</time></metadata>");
+}
+
+TEST(GpxWriter, RoutesAndTracksHaveTheReceiverOrTheirFileAsTheirSource)
+{
+    const std::vector<Event> events{newRoute({{"name", "R"}, {"comment", "c"}}),
+                                    newTrack({{"name", "T"}})};
+    const auto kind = host::Output::Kind::kFile;
+    const auto received = gpxOf(events, kind, {.receiver = "A & B"}).text;
+    EXPECT_THAT(received, HasSubstr("<rte><name>R</name><cmt>c</cmt><src>A &amp; B</src>\n"));
+    EXPECT_THAT(received, HasSubstr("<trk><name>T</name><src>A &amp; B</src><trkseg>\n"));
+    const auto imported = gpxOf(events, kind, {}, "a<b.log").text;
+    EXPECT_THAT(imported, HasSubstr("<src>a&lt;b.log</src><trkseg>\n"));
+    EXPECT_THAT(gpxOf(events, kind).text, Not(HasSubstr("<src>")));
+}
+
+TEST(GpxWriter, BoundsReachTheHeadOfAFileThatIsLargerThanTheBuffer)
+{
+    std::vector<Event> events{newTrack({})};
+    for (int i = 0; i < 2000; ++i)
+        events.push_back(trackPoint({i / 100.0, 1, 0, 0, 0}));
+    events.push_back(support::stateChange(0));
+    events.push_back(wayPoint({-1, 2, 0, 0, 0})); // inserted before the track
+    const auto gpx = gpxOf(events);
+    EXPECT_GT(gpx.text.size(), 65536U);
+    EXPECT_THAT(metadataOf(gpx),
+                HasSubstr(R"(minlat="-1" minlon="1" maxlat="19.99" maxlon="2"/></metadata>)"));
 }
 
 TEST(GpxWriter, WayPointHasItsChildrenInTheOrderOfTheSchema)

@@ -528,6 +528,51 @@ TEST_F(Download, ProgressOfASerialDriverNamesThePort)
     EXPECT_EQ(all.front().location, "/dev/some");
 }
 
+TEST_F(Download, OutputHasItsTimeAndItsReceiver)
+{
+    const auto before = std::time(nullptr);
+    driver_.name = "Some Receiver";
+    (void)download([](const Status& status) {
+        status->newTrack({{"name", "T"}});
+        allTransfers(status);
+    });
+    const auto gpx = folder_.read("trip.gpx");
+    EXPECT_THAT(gpx, HasSubstr("<desc>From Some Receiver</desc><time>"));
+    EXPECT_THAT(gpx, HasSubstr("<trk><name>T</name><src>Some Receiver</src>"));
+    const auto time = gpx.substr(gpx.find("<time>") + 6, 20);
+    std::tm read{};
+    ASSERT_NE(::strptime(time.c_str(), "%Y-%m-%dT%H:%M:%SZ", &read), nullptr) << time;
+    EXPECT_GE(::timegm(&read), before);
+    EXPECT_LE(::timegm(&read), std::time(nullptr));
+}
+
+TEST_F(Download, OutputHasAFixedTimeIfTheEnvironmentHasOne)
+{
+    const auto written = [this](const char* time) {
+        ::setenv("SOURCE_DATE_EPOCH", time, 1);
+        (void)download(allTransfers);
+        ::unsetenv("SOURCE_DATE_EPOCH");
+        return folder_.read("trip.gpx");
+    };
+    EXPECT_THAT(written("1717236000"), HasSubstr("<time>2024-06-01T10:00:00Z</time>"));
+    EXPECT_THAT(written("soon"), HasSubstr("<time>2"));
+    EXPECT_THAT(written("soon"), testing::Not(HasSubstr("<time>2024-06-01T10:00:00Z</time>")));
+}
+
+TEST_F(Download, OutputOfFilesNamesTheFileOfEachTrackAndNoReceiver)
+{
+    request_.sourceFiles = {"folder/a.log", "b.log"};
+    driver_.name = "Some Receiver";
+    (void)download([](const Status& status) {
+        status->newTrack({{"name", "T"}});
+        allTransfers(status);
+    });
+    const auto gpx = folder_.read("trip.gpx");
+    EXPECT_THAT(gpx, HasSubstr("<trk><name>T</name><src>a.log</src><trkseg>\n</trkseg></trk>\n"
+                               "<trk><name>T</name><src>b.log</src>"));
+    EXPECT_THAT(gpx, testing::Not(HasSubstr("Some Receiver")));
+}
+
 TEST_F(Download, HundredThousandPointsPassThroughTheQueue)
 {
     const auto report = download([](const Status& status) {
@@ -539,7 +584,7 @@ TEST_F(Download, HundredThousandPointsPassThroughTheQueue)
     });
     EXPECT_EQ(report.written.trackPoints, 100000U);
     const auto gpx = folder_.read("trip.gpx");
-    EXPECT_EQ(std::count(gpx.begin(), gpx.end(), '\n'), 2 + 1 + 100000 + 1 + 1);
+    EXPECT_EQ(std::count(gpx.begin(), gpx.end(), '\n'), 3 + 1 + 100000 + 1 + 1);
 }
 
 } // namespace

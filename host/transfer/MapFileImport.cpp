@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Hands over the records as they are read for a send, without the keys that only a send uses.
 
-#include "host/transfer/GpxImport.h"
+#include "host/transfer/MapFileImport.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Text.h"
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxReader.h"
+#include "host/formats/KmlReader.h"
 
-#include <gps/Characters.h>
 #include <gps/Value.h>
 
 #include <fmt/format.h>
@@ -72,21 +73,19 @@ template <typename Report> void reportKind(TransferKind kind, const gps::Diction
 
 } // namespace
 
-bool isGpxFile(const std::string& file)
+bool isMapFile(const std::string& file)
 {
-    constexpr std::string_view kExtension = ".gpx";
-    if (file.size() < kExtension.size())
-        return false;
-    return std::equal(kExtension.begin(), kExtension.end(), file.end() - kExtension.size(),
-                      [](char a, char b) { return a == gps::lowerCase(b); });
+    const auto type = fileTypeOf(file);
+    return std::find(kMapFileTypes.begin(), kMapFileTypes.end(), type) != kMapFileTypes.end();
 }
 
-std::optional<gps::Error> importGpx(const std::string& file, gps::GPSOutputReceiver& status,
-                                    std::vector<gps::Error>& skipped)
+std::optional<gps::Error> importMapFile(const std::string& file, gps::GPSOutputReceiver& status,
+                                        std::vector<gps::Error>& skipped)
 {
     gps::Dictionary data;
     SkippedWaypoints left;
-    if (auto failure = readGpx(file, data, &left))
+    if (auto failure =
+            fileTypeOf(file) == "gpx" ? readGpx(file, data, &left) : readKml(file, data, left))
         return failure;
     reportKind(TransferKind::kWaypoints, data, "waypoint", status, reportWaypoint);
     reportKind(TransferKind::kRoutes, data, "route", status, reportRoute);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// GPX files as the calls of an import.
+// GPX, KML and KMZ files as the calls of an import.
 
-#include "host/transfer/GpxImport.h"
+#include "host/transfer/MapFileImport.h"
 
 #include "host/FakeDriver.h"
 #include "host/transfer/Download.h"
@@ -22,7 +22,7 @@ constexpr char kGpx[] =
     "<trk><name>T</name><trkseg><trkpt lat='6' lon='7'><ele>8</ele></trkpt></trkseg>"
     "<trkseg><trkpt lat='6' lon='8'/></trkseg></trk></gpx>";
 
-class GpxImport : public testing::Test {
+class MapFileImport : public testing::Test {
 protected:
     host::DownloadReport import(const std::string& file)
     {
@@ -36,15 +36,15 @@ protected:
     support::FakeDriver driver_;
 };
 
-TEST(GpxFile, HasItsExtensionInEitherCase)
+TEST(MapFile, HasOneOfTheExtensionsInEitherCase)
 {
-    for (const auto* const file : {"a.gpx", "a.GPX", "/b.c/a.b.Gpx", ".gpx"})
-        EXPECT_TRUE(host::isGpxFile(file)) << file;
-    for (const auto* const file : {"", "gpx", "a.gp", "a.gpx1", "a.gpx/b"})
-        EXPECT_FALSE(host::isGpxFile(file)) << file;
+    for (const auto* const file : {"a.gpx", "a.GPX", "/b.c/a.b.Gpx", ".gpx", "a.kml", "a.KMZ"})
+        EXPECT_TRUE(host::isMapFile(file)) << file;
+    for (const auto* const file : {"", "gpx", "a.gp", "a.gpx1", "a.gpx/b", "a.km", "a.kml.zip"})
+        EXPECT_FALSE(host::isMapFile(file)) << file;
 }
 
-TEST_F(GpxImport, RecordsAreReportedAsADriverDoes)
+TEST_F(MapFileImport, RecordsAreReportedAsADriverDoes)
 {
     const auto report = import(folder_.put("a.gpx", kGpx));
     EXPECT_EQ(report.received.waypoints, 1U);
@@ -64,7 +64,7 @@ TEST_F(GpxImport, RecordsAreReportedAsADriverDoes)
                                          "{\"event\":\"result\",\"error\":null}\n"));
 }
 
-TEST_F(GpxImport, SkippedWaypointMakesTheImportIncomplete)
+TEST_F(MapFileImport, SkippedWaypointMakesTheImportIncomplete)
 {
     const auto report = import(folder_.put("a.gpx", kGpx));
     EXPECT_FALSE(report.isComplete());
@@ -74,7 +74,7 @@ TEST_F(GpxImport, SkippedWaypointMakesTheImportIncomplete)
                 HasSubstr("a.gpx, line 2: a <wpt> has invalid coordinates"));
 }
 
-TEST_F(GpxImport, FileThatIsNotGpxIsAnErrorWithoutRecords)
+TEST_F(MapFileImport, FileThatIsNotGpxIsAnErrorWithoutRecords)
 {
     const auto report = import(folder_.put("a.gpx", "hello"));
     ASSERT_EQ(report.operations.size(), 1U);
@@ -83,7 +83,33 @@ TEST_F(GpxImport, FileThatIsNotGpxIsAnErrorWithoutRecords)
     EXPECT_THAT(report.operations[0].received, IsEmpty());
 }
 
-TEST_F(GpxImport, StopIsAnInterruption)
+TEST_F(MapFileImport, KmlFileIsReportedAsADriverDoes)
+{
+    const auto report = import(folder_.put(
+        "a.KML", "<kml><Placemark><name>A</name><Point><coordinates>2,1,3</coordinates>"
+                 "</Point></Placemark>\n<Placemark><name>T</name><LineString>"
+                 "<coordinates>7,6,8 9,10</coordinates></LineString></Placemark></kml>"));
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(report.received.waypoints, 1U);
+    EXPECT_EQ(report.received.tracks, 1U);
+    const auto lines = folder_.read("out.jsonl");
+    EXPECT_THAT(lines, HasSubstr(R"("extra":{"name":"A","comment":""}})"));
+    EXPECT_THAT(lines, HasSubstr(R"({"event":"newTrack","track":{"name":"T"}}
+{"event":"trackPoint","point":{"latitude":6,"longitude":7,"altitude":8,)"));
+}
+
+TEST_F(MapFileImport, SkippedPointOfAKmlFileMakesTheImportIncomplete)
+{
+    const auto report = import(folder_.put(
+        "a.kml",
+        "<kml><Placemark><Point><coordinates>2,91</coordinates></Point></Placemark></kml>"));
+    ASSERT_EQ(report.operations.size(), 1U);
+    ASSERT_EQ(report.operations[0].unreadable.size(), 1U);
+    EXPECT_THAT(*report.operations[0].unreadable[0].description(),
+                HasSubstr("a.kml, line 1: the position \"2,91\" is not valid"));
+}
+
+TEST_F(MapFileImport, StopIsAnInterruption)
 {
     host::DownloadRequest request;
     request.sourceFiles = {folder_.put("a.gpx", kGpx), folder_.path("b.gpx")};

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// RecordOrigin: where and when the records of an output were obtained, for the formats that have a
+// place for it. A plain value.
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace host {
+
+struct RecordOrigin {
+    std::string receiver{}; ///< for the user; empty if the records are not from a receiver
+    std::int64_t time = 0;  ///< seconds since 1970-01-01 00:00 UTC; 0: unknown
+};
+
+} // namespace host

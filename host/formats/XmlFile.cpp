@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// The parser changes the text in memory, so an error reads the file again to count its lines.
+
+#include "host/formats/XmlFile.h"
+
+#include "host/base/HostError.h"
+#include "host/base/XmlText.h"
+#include "host/formats/XmlNodes.h"
+
+#include <gps/Characters.h>
+#include <platform/System/FileManager.h>
+
+#include <fmt/format.h>
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+namespace {
+
+constexpr char kCheckFile[] = "Check the file, or export it once more";
+
+} // namespace
+
+XmlFile::XmlFile(std::string path, std::string_view format, Unpack unpack)
+    : path_(std::move(path)), format_(format), unpack_(unpack)
+{}
+
+std::optional<gps::Error> XmlFile::load(std::string& xml) const
+{
+    if (auto failure = gps::FileManager{}.readFile(path_, xml, kLargestXml))
+        return failure;
+    if (unpack_ == nullptr)
+        return std::nullopt;
+    if (const auto problem = unpack_(xml); !problem.empty())
+        return errorIn({}, problem, kCheckFile);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> XmlFile::read(std::string& xml) const
+{
+    if (auto failure = load(xml))
+        return failure;
+    if (!convertXmlToUtf8(xml))
+        return errorAt(0, "the text encoding of this file is not supported");
+    return std::nullopt;
+}
+
+std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& document) const
+{
+    // The parser would stop at a zero byte and call what it has read a whole document.
+    if (const auto zero = xml.find('\0'); zero != std::string::npos)
+        return errorAt(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
+    constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |
+                              pugi::parse_ws_pcdata_single; // a name may be a single space
+    const auto result =
+        document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
+    if (result.status == pugi::status_no_document_element)
+        return notThisFormat();
+    if (!result)
+        return errorAt(result.offset,
+                       fmt::format("the file is damaged or cut short ({})", result.description()));
+    const auto root = document.document_element();
+    const auto name = localName(root);
+    if (!std::equal(name.begin(), name.end(), format_.begin(), format_.end(),
+                    [](char a, char b) { return a == gps::lowerCase(b); }))
+        return notThisFormat();
+    // The parser accepts several root elements; all but the first would be lost silently.
+    if (const auto more = root.next_sibling())
+        return errorAt(more.offset_debug(), "there is more text after the end of the document");
+    return std::nullopt;
+}
+
+gps::Error XmlFile::errorAt(std::ptrdiff_t offset, const std::string& what, const char* advice,
+                            std::size_t moreLines) const
+{
+    std::string xml;
+    if (load(xml))
+        return errorIn({}, what, advice);
+    (void)convertXmlToUtf8(xml); // the offset counts bytes of the converted text
+    const auto line = lineAt(xml, static_cast<std::size_t>(offset)) + moreLines;
+    return errorIn(fmt::format(", line {}", line), what, advice);
+}
+
+gps::Error XmlFile::errorIn(const std::string& lineText, const std::string& what,
+                            const char* advice) const
+{
+    const auto file = path_.substr(path_.find_last_of('/') + 1);
+    return hostError(fmt::format("{}{}: {}", file, lineText, what), advice, path_);
+}
+
+gps::Error XmlFile::notThisFormat() const
+{
+    return errorAt(0, fmt::format("this is not a {} file", format_),
+                   fmt::format("Export it as {} from the program that made it", format_).c_str());
+}
+
+} // namespace host

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// MapFileImport: reads a GPX, KML or KMZ file as an operation of its own, with the calls that a
+// driver makes when it imports one of its files. So every output is made of such files, too. [host
+// thread]
+
+#pragma once
+
+#include <gps/Error.h>
+#include <gps/GPSOutputReceiver.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+/// The extensions of the files that importMapFile() reads.
+inline constexpr std::array<std::string_view, 3> kMapFileTypes{"gpx", "kml", "kmz"};
+
+/// Whether a file has one of these extensions, in either case.
+[[nodiscard]] bool isMapFile(const std::string& file);
+
+/// Reports the records of a file: waypoints, routes, then tracks, each segment as a track. An
+/// unknown elevation is a NaN. The last call is gpsStateChange() with 0.
+/// @param skipped  gets an error for each waypoint that was left out, or for some and their number
+/// @return         why the file cannot be read. Nothing was reported then
+[[nodiscard]] std::optional<gps::Error> importMapFile(const std::string& file,
+                                                      gps::GPSOutputReceiver& status,
+                                                      std::vector<gps::Error>& skipped);
+
+} // namespace host

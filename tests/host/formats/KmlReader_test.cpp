@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: MIT
+// KML and KMZ files of this program and of others, and some that are made to do harm.
+
+#include "host/formats/KmlReader.h"
+
+#include "host/files/ZipWriter.h"
+#include "host/formats/KmlWriter.h"
+#include "host/formats/KmzWriter.h"
+#include "host/formats/Written.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace {
+
+using gps::Dictionary;
+using gps::GPSPoint;
+using testing::HasSubstr;
+
+struct Read {
+    Dictionary data;
+    host::SkippedWaypoints skipped;
+    std::string failure; // its description; empty if there is none
+};
+
+Read readFile(const std::string& content, const char* name = "a.kml")
+{
+    const support::TemporaryFolder folder;
+    Read read;
+    if (const auto failure = host::readKml(folder.put(name, content), read.data, read.skipped))
+        read.failure = failure->description().value_or("?");
+    if (!read.failure.empty()) {
+        EXPECT_TRUE(read.data.empty()) << read.failure;
+    }
+    return read;
+}
+
+std::string document(const std::string& content)
+{
+    return "<?xml version='1.0'?>\n<kml xmlns='http://www.opengis.net/kml/2.2' "
+           "xmlns:gx='http://www.google.com/kml/ext/2.2'><Document>\n" +
+           content + "</Document></kml>\n";
+}
+
+Dictionary dataOf(const std::string& content)
+{
+    const auto read = readFile(document(content));
+    EXPECT_EQ(read.failure, "");
+    EXPECT_EQ(read.skipped.count, 0U);
+    return read.data;
+}
+
+std::string failureOf(const std::string& content)
+{
+    return readFile(document(content)).failure;
+}
+
+const Dictionary& recordAt(const Dictionary& data, const char* key, std::size_t index)
+{
+    return *(*data.findArray(key))[index].as<Dictionary>();
+}
+
+std::size_t countOf(const Dictionary& data, const char* key)
+{
+    const auto* const records = data.findArray(key);
+    return records != nullptr ? records->size() : 0;
+}
+
+std::vector<GPSPoint> pointsOf(const Dictionary& track)
+{
+    std::vector<GPSPoint> points;
+    for (const auto& record : *track.findArray("points"))
+        points.push_back(*gps::findPoint(*record.as<Dictionary>()));
+    return points;
+}
+
+constexpr char kPoint[] = "<Placemark><name>A</name><Point><coordinates>7.25,46.5,3"
+                          "</coordinates></Point></Placemark>\n";
+
+TEST(KmlReader, PointIsAWaypointInAnyFolder)
+{
+    const auto data =
+        dataOf(std::string{"<Folder><Folder>"} + kPoint + "</Folder></Folder>" + kPoint);
+    EXPECT_EQ(countOf(data, "waypoint"), 2U);
+    EXPECT_EQ(
+        recordAt(data, "waypoint", 0),
+        (Dictionary{{"name", "A"}, {"comment", ""}, {"point", GPSPoint{46.5, 7.25, 3, 0, 0}}}));
+    EXPECT_FALSE(data.contains("track"));
+}
+
+TEST(KmlReader, LineStringIsATrack)
+{
+    const auto data = dataOf("<Placemark><name>L</name><LineString><coordinates>\n"
+                             "  7,46,1 7.5,46.5,2\n\t8,47,3\n</coordinates></LineString>"
+                             "</Placemark>");
+    ASSERT_EQ(countOf(data, "track"), 1U);
+    const auto& track = recordAt(data, "track", 0);
+    EXPECT_EQ(*track.findString("name"), "L");
+    EXPECT_EQ(pointsOf(track),
+              (std::vector<GPSPoint>{{46, 7, 1, 0, 0}, {46.5, 7.5, 2, 0, 0}, {47, 8, 3, 0, 0}}));
+    EXPECT_FALSE(data.contains("waypoint"));
+}
+
+TEST(KmlReader, TrackHasItsTimesInTheOrderOfItsPositions)
+{
+    const auto data = dataOf(
+        "<Placemark><name>T</name><gx:Track><when>2024-06-01T10:00:00Z</when>"
+        "<when>2024-06-01T10:00:01Z</when><when>never</when><when>2024-06-01T10:00:03Z</when>"
+        "<gx:coord>7 46 1</gx:coord><gx:coord/><gx:coord>8 47</gx:coord>"
+        "<gx:coord>9 48 2</gx:coord><gx:coord>10 49 3</gx:coord></gx:Track></Placemark>");
+    const auto points = pointsOf(recordAt(data, "track", 0));
+    ASSERT_EQ(points.size(), 4U);
+    EXPECT_EQ(points[0], (GPSPoint{46, 7, 1, 1717236000, 0}));
+    EXPECT_EQ(points[1].time, 0);
+    EXPECT_TRUE(std::isnan(points[1].altitude));
+    EXPECT_EQ(points[2], (GPSPoint{48, 9, 2, 1717236003, 0}));
+    EXPECT_EQ(points[3], (GPSPoint{49, 10, 3, 0, 0}));
+}
+
+TEST(KmlReader, EachGeometryOfSeveralIsARecordOfThatName)
+{
+    const auto line = [](const char* positions) {
+        return std::string{"<LineString><coordinates>"} + positions + "</coordinates></LineString>";
+    };
+    const auto data =
+        dataOf("<Placemark><name>M</name><MultiGeometry>" + line("1,2 3,4") +
+               "<MultiGeometry><Point><coordinates>5,6</coordinates></Point></MultiGeometry>" +
+               line("7,8 9,10") +
+               "</MultiGeometry></Placemark><Placemark><gx:MultiTrack><gx:Track>"
+               "<gx:coord>1 2</gx:coord></gx:Track><gx:Track/></gx:MultiTrack></Placemark>");
+    ASSERT_EQ(countOf(data, "track"), 4U);
+    EXPECT_EQ(*recordAt(data, "track", 1).findString("name"), "M");
+    EXPECT_EQ(*recordAt(data, "waypoint", 0).findString("name"), "M");
+    EXPECT_FALSE(recordAt(data, "track", 2).contains("name"));
+    EXPECT_TRUE(pointsOf(recordAt(data, "track", 3)).empty());
+}
+
+TEST(KmlReader, WhatIsNeitherAPointNorALineIsIgnored)
+{
+    const auto data =
+        dataOf("<Placemark><Polygon><outerBoundaryIs><LinearRing><coordinates>1,2 3,4 5,6 1,2"
+               "</coordinates></LinearRing></outerBoundaryIs></Polygon></Placemark><Placemark/>"
+               "<NetworkLink><Link><href>file:///etc/passwd</href></Link></NetworkLink>"
+               "<GroundOverlay/><LookAt><longitude>1</longitude></LookAt>");
+    EXPECT_TRUE(data.empty());
+}
+
+TEST(KmlReader, PrefixOfTheNamespaceDoesNotMatter)
+{
+    const auto read = readFile("<k:kml xmlns:k='http://www.opengis.net/kml/2.2'><k:Placemark>"
+                               "<k:name>A</k:name><k:Point><k:coordinates>1,2</k:coordinates>"
+                               "</k:Point></k:Placemark></k:kml>");
+    EXPECT_EQ(*recordAt(read.data, "waypoint", 0).findString("name"), "A");
+}
+
+// Events, written by a writer and read back.
+template <typename Writer> Dictionary roundTrip(const std::vector<host::Event>& events)
+{
+    support::Written written;
+    Writer writer{written.output(), written.folder()};
+    for (const auto& event : events)
+        writer.event(event);
+    EXPECT_FALSE(writer.close());
+    const auto read = readFile(written.text());
+    EXPECT_EQ(read.failure, "");
+    return read.data;
+}
+
+TEST(KmlReader, OurOwnFilesAreReadBack)
+{
+    const GPSPoint point{-46.123456789, -179.5, -5.5, 1717236000, 0};
+    const Dictionary cache{{"name", "GC1"},          {"comment", "<b> & \"c\""},
+                           {"symbol", "Geocache"},   {"geocacheOwner", "Ann"},
+                           {"datePlaced", "311299"}, {"terrain", "2"}};
+    const std::vector<host::Event> events{
+        support::wayPoint(point, cache), support::newTrack({{"name", "Day 1"}}),
+        support::trackPoint(point), support::trackPoint({1, -179, 2, 1717236001, 0})};
+    for (const auto& data :
+         {roundTrip<host::KmlWriter>(events), roundTrip<host::KmzWriter>(events)}) {
+        auto expected = cache;
+        expected.set("point", point);
+        const auto& read = recordAt(data, "waypoint", 0);
+        EXPECT_EQ(read, expected) << gps::describe(read);
+        EXPECT_EQ(pointsOf(recordAt(data, "track", 0)),
+                  (std::vector<GPSPoint>{point, {1, -179, 2, 1717236001, 0}}));
+    }
+}
+
+TEST(KmlReader, InvalidPointIsSkippedWithItsLineAndCounted)
+{
+    std::string content = kPoint;
+    for (int i = 0; i < 12; ++i)
+        content += "<Placemark><Point><coordinates>200,1</coordinates></Point></Placemark>\n";
+    const auto read = readFile(document(content + kPoint));
+    EXPECT_EQ(countOf(read.data, "waypoint"), 2U);
+    EXPECT_EQ(read.skipped.count, 12U);
+    ASSERT_EQ(read.skipped.first.size(), 10U);
+    EXPECT_EQ(*read.skipped.first[0].description(),
+              "a.kml, line 4: the position \"200,1\" is not valid: longitude, latitude and "
+              "altitude are expected, so it was skipped");
+}
+
+TEST(KmlReader, InvalidPositionOfALineRejectsTheFileWithItsLine)
+{
+    EXPECT_EQ(failureOf("<Placemark><LineString><coordinates>\n1,2\n3,4 5,91\n</coordinates>"
+                        "</LineString></Placemark>"),
+              "a.kml, line 5: the position \"5,91\" is not valid: longitude, latitude and altitude "
+              "are expected");
+    EXPECT_THAT(failureOf("<Placemark><gx:Track>\n<gx:coord>1 2</gx:coord>\n"
+                          "<gx:coord>1 x</gx:coord></gx:Track></Placemark>"),
+                HasSubstr("a.kml, line 5: the position \"1 x\""));
+}
+
+TEST(KmlReader, DamagedFileIsRejectedWithItsLine)
+{
+    EXPECT_THAT(readFile("<kml>\n<Document>\n").failure, HasSubstr("damaged or cut short"));
+    EXPECT_THAT(readFile("<kml/>\n<kml/>").failure, HasSubstr("line 2: there is more text"));
+    for (const auto* const text : {"", "hello", "<gpx/>"})
+        EXPECT_THAT(readFile(text).failure, HasSubstr("this is not a KML file")) << text;
+}
+
+TEST(KmlReader, DeclarationOfEntitiesIsRefused)
+{
+    EXPECT_THAT(
+        readFile("<!DOCTYPE kml [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><kml/>").failure,
+        HasSubstr("the file declares entities"));
+    EXPECT_EQ(readFile("<!DOCTYPE kml><kml/>").failure, "");
+}
+
+TEST(KmlReader, DepthUpToTheBoundIsReadAndMoreIsRefusedWithItsLine)
+{
+    const auto nested = [](int folders) {
+        std::string text;
+        for (int i = 0; i < folders; ++i)
+            text += "<Folder>\n";
+        text += kPoint;
+        for (int i = 0; i < folders; ++i)
+            text += "</Folder>";
+        return document(text);
+    };
+    // Above a folder are the root and its document; below, a placemark, its point, coordinates.
+    EXPECT_EQ(countOf(readFile(nested(95)).data, "waypoint"), 1U);
+    EXPECT_EQ(readFile(nested(96)).failure,
+              "a.kml, line 99: elements are nested more than 100 levels deep");
+    EXPECT_THAT(readFile(nested(200000)).failure, HasSubstr("nested more than 100 levels"));
+}
+
+TEST(KmlReader, DamagedArchiveIsRejectedAndOneThatHoldsNoDocument)
+{
+    support::Written written;
+    host::ZipWriter archive{written.output(), "doc.txt"};
+    archive.write("x");
+    archive.finish();
+    const auto zip = written.text();
+    EXPECT_EQ(readFile(zip, "a.kmz").failure, "a.kmz: the archive holds no .kml file");
+    EXPECT_EQ(readFile(zip.substr(0, 20), "a.kmz").failure,
+              "a.kmz: the archive is damaged or cut short");
+}
+
+TEST(KmlReader, LinesOfAnArchiveAreThoseOfItsDocument)
+{
+    support::Written written;
+    host::ZipWriter archive{written.output(), "doc.kml"};
+    archive.write(document("\n\n<Placemark><LineString><coordinates>1</coordinates></LineString>"
+                           "</Placemark>"));
+    archive.finish();
+    EXPECT_THAT(readFile(written.text(), "a.kmz").failure, HasSubstr("a.kmz, line 5: "));
+}
+
+} // namespace
