@@ -42,6 +42,7 @@ function goTo(bounds) {
 }
 
 function showItems(items) {
+  byId("overview").classList.toggle("alone", collection.tracks.length === 0);
   map = new TrackMap(collection);
   showMarkOnMap(map, mark);
   listenToMap(map, mark);
@@ -57,11 +58,11 @@ function showItems(items) {
   });
   map.measure();
   const areas = findAreas(items);
-  showAreaButtons(areas, boundsOf(items), goTo);
+  const shownAreas = showAreaButtons(areas, boundsOf(items), goTo);
   goTo(areas.length > 0 ? areas[0].bounds : kWorld); // items can be without any point
   new ResizeObserver(() => map.measure()).observe(map.box);
   const theme = new Theme(() => map.drawSoon());
-  listenToPrinting({ map, cards, mark, theme });
+  listenToPrinting({ map, cards, mark, theme, areas: shownAreas });
 }
 
 function showNothing() {

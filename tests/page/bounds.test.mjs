@@ -3,8 +3,11 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import { boundsOf, contains, emptyBounds, isEmpty } from "../../host/page/model/bounds.js";
+import {
+  boundsOf, contains, emptyBounds, isEmpty, isShownWell,
+} from "../../host/page/model/bounds.js";
 import { allItems } from "../../host/page/model/collection.js";
+import { MapView } from "../../host/page/model/MapView.js";
 import { collectionOf, rawPoint, rawRoute, rawTrack } from "./fixtures.mjs";
 
 test("bounds of nothing are empty, those of a point are not", () => {
@@ -28,4 +31,14 @@ test("the edges belong to the bounds", () => {
   for (const [x, latitude, isIn] of [[1, 10, true], [3, 20, true], [0.9, 15, false],
     [3.1, 15, false], [2, 9.9, false], [2, 20.1, false]])
     assert.equal(contains(bounds, x, latitude), isIn, `${x}, ${latitude}`);
+});
+
+test("bounds are shown well if they are all in the view and take up a quarter of a side", () => {
+  const view = new MapView(400, 400); // a pixel per degree
+  const around = (x, dx, dy) => ({ west: x - dx, east: x + dx, south: -dy, north: dy });
+  assert.ok(isShownWell(around(0, 51, 1), view));
+  assert.ok(isShownWell(around(0, 1, 51), view));
+  assert.ok(!isShownWell(around(0, 50, 50), view));
+  assert.ok(isShownWell(around(140, 60, 1), view));
+  assert.ok(!isShownWell(around(141, 60, 1), view));
 });

@@ -15,6 +15,8 @@ import sys
 import tempfile
 import unittest
 
+import states
+
 try:
     from browser import Browser
 except ImportError:
@@ -81,6 +83,11 @@ def raw_track(name, points):
 
 def raw_route(name, points=()):
     return {"name": name, "comment": name, "kilometres": 0, "points": list(points)}
+
+
+# Keys as Selenium sends them.
+PAGE_UP, PAGE_DOWN, END, HOME = "\ue00e", "\ue00f", "\ue010", "\ue011"
+LEFT, RIGHT, SHIFT, ENTER, ESCAPE = "\ue012", "\ue014", "\ue008", "\ue007", "\ue00c"
 
 
 class PageTest(unittest.TestCase):
@@ -163,7 +170,7 @@ class PageTest(unittest.TestCase):
         """The mark is on the map and in the track's profile, at the same point."""
         self.assertTrue(self.is_shown("#dot"))
         self.assertTrue(self.is_shown("#tip"))
-        card = f".track:nth-child({track + 1})"
+        card = f"#track-{track}"
         for part in "cursor", "elevation .spot", "speed .spot":
             self.assertTrue(self.is_shown(f"{card} .{part}"), part)
         tip, reading = self.text("#tip"), self.text(f"{card} .reading")
@@ -192,7 +199,7 @@ class PageTest(unittest.TestCase):
     def test_pointing_at_a_profile_marks_the_map(self):
         self.browser.open(self.sample)
         self.show(0)
-        self.browser.move(*self.middle(".track .chart"))
+        self.browser.move(*self.middle("#track-0 .chart"))
         self.assert_marked(0)
         dot = self.middle("#dot")
         index = self.browser.ask("page.mark.index")
@@ -205,7 +212,7 @@ class PageTest(unittest.TestCase):
     def test_keys_move_the_mark_along_a_profile(self):
         self.browser.open(self.sample)
         self.show(0)
-        chart = self.browser.find(".track .chart")
+        chart = self.browser.find("#track-0 .chart")
         for _ in range(3):
             chart.send_keys("\ue014")  # right
         self.browser.settle()
@@ -213,14 +220,24 @@ class PageTest(unittest.TestCase):
         self.assertGreater(int(chart.get_attribute("aria-valuenow")), 0)
         self.assertIn("UTC", chart.get_attribute("aria-valuetext"))
 
+    def test_page_keys_and_ends_move_the_mark_along_a_profile(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        chart = self.browser.find("#track-0 .chart")
+        last = self.browser.ask("page.collection.tracks[0].count") - 1
+        for key, index in (END, last), (RIGHT, last), (HOME, 0), (LEFT, 0), (PAGE_UP, last / 10), (
+                PAGE_DOWN, 0), (PAGE_DOWN, 0):
+            chart.send_keys(key)
+            self.assertAlmostEqual(self.browser.ask("page.mark.index"), index, delta=1)
+
     def test_touching_marks_too(self):
         self.browser.resize(390, 844)
         self.browser.open(self.sample)
         self.show(0)
         self.browser.touch(*self.point(0, 100))
         self.assert_marked(0)
-        self.browser.run("document.querySelector('.track .chart').scrollIntoView(false)")
-        self.browser.touch(*self.middle(".track .chart"))
+        self.browser.run("document.querySelector('#track-0 .chart').scrollIntoView(false)")
+        self.browser.touch(*self.middle("#track-0 .chart"))
         self.assert_marked(0)
 
     def test_map_can_be_moved_and_zoomed(self):
@@ -268,7 +285,7 @@ class PageTest(unittest.TestCase):
     def test_track_can_be_hidden_and_shown(self):
         self.browser.open(self.sample)
         self.show(4)
-        box = self.browser.find(".track:nth-child(5) input")
+        box = self.browser.find("#track-4 input")
         box.click()
         self.browser.settle()
         self.browser.move(*self.point(4, 300))
@@ -300,6 +317,60 @@ class PageTest(unittest.TestCase):
         for _ in range(2):
             button.click()
             self.assertEqual(self.column("tracks", 2)[-1], "–")
+
+    def test_contrast_is_sufficient_in_every_state_and_theme(self):
+        for theme in "light", "dark":
+            self.browser.use_theme(theme)
+            self.browser.open(self.sample)
+            self.browser.find("#table-tracks th:nth-child(2) button").click()
+            self.browser.find("#track-1 input").click()
+            self.browser.run("page.mark.set(page.collection.tracks[0], 100)")
+            self.assertEqual(states.low_contrasts(self.browser), [], theme)
+
+    def test_contrast_test_finds_a_pale_text_under_the_pointer(self):
+        self.browser.open(self.sample)
+        self.browser.run("""const style = new CSSStyleSheet();
+            style.replaceSync("#theme:hover { color: rgb(0 0 0 / 40%) !important; }");
+            document.adoptedStyleSheets = [style];""")
+        found = states.low_contrasts(self.browser)
+        self.assertEqual([text.split(":")[0] for text in found], ["hover", "hover+active+focus"])
+
+    def test_names_on_the_map_have_sufficient_contrast(self):
+        for theme in "light", "dark":
+            self.browser.use_theme(theme)
+            self.browser.open(self.sample)
+            self.browser.run("""const list = document.createElement("div");
+                list.id = "colours";
+                list.style.background = "var(--paper)";
+                for (const name of [...Array.from({ length: 8 }, (_, i) => `track-${i}`), "soft",
+                    "ink"]) {
+                  const one = document.createElement("b");
+                  one.textContent = name;
+                  one.style.color = `var(--${name})`;
+                  list.append(one);
+                }
+                document.body.append(list);""")
+            found = self.browser.ask(states.LOW_CONTRASTS % "document.getElementById('colours')")
+            self.assertEqual(found, [], theme)
+
+    def test_targets_are_at_least_24_pixels(self):
+        for width in 1280, 390:
+            self.browser.resize(width, 844)
+            self.browser.open(self.sample)
+            self.assertEqual(states.small_targets(self.browser), [])
+
+    def test_every_card_has_a_heading(self):
+        self.browser.open(self.sample)
+        self.assertEqual(self.count(".track h3"), 6)
+        levels = self.browser.ask("""Array.from(document.querySelectorAll("h1, h2, h3"),
+            (one) => Number(one.tagName[1]))""")
+        self.assertTrue(all(b - a <= 1 for a, b in zip(levels, levels[1:])), levels)
+
+    def test_map_has_the_whole_width_without_tracks(self):
+        page = self.filled({"waypoints": [
+            {"name": "Beach", "comment": "", "symbol": "", "at": [0, 0, -3, None]}]})
+        self.browser.open(page)
+        self.assertGreater(self.browser.ask("page.map.box.offsetWidth"), 1200)
 
     def test_theme_follows_the_system_and_the_switch(self):
         background = "getComputedStyle(document.body).backgroundColor"
@@ -351,7 +422,7 @@ class PageTest(unittest.TestCase):
         self.browser.open(self.sample)
         self.show(5)
         self.browser.run("page.mark.set(page.collection.tracks[5], 100)")
-        card = self.browser.find(".track:nth-child(6)")
+        card = self.browser.find("#track-5")
         self.assertEqual(len(card.find_elements("css selector", ".elevation")), 1)
         self.assertEqual(card.find_elements("css selector", ".speed"), [])
         self.assertIn("no time", self.text("#tip"))
@@ -430,7 +501,7 @@ class PageTest(unittest.TestCase):
         self.browser.command("Page.printToPDF")
         drawn = self.browser.ask("page.cards.cards.filter((card) => card.chart.isDrawn).length")
         self.assertEqual(drawn, 6)
-        self.assertEqual(self.browser.ask("document.documentElement.style.colorScheme"), "")
+        self.assertEqual(self.browser.ask("document.documentElement.dataset.theme ?? null"), None)
 
     def test_printed_map_is_sharp_and_not_stretched(self):
         self.browser.open(self.sample)
@@ -448,6 +519,18 @@ class PageTest(unittest.TestCase):
         self.assertLess(paper["width"], 700)  # of A4 and of Letter, within their margins
         self.browser.settle()
         self.assertEqual(self.browser.ask("({ ...page.map.view })"), before)
+
+    def test_every_area_is_printed(self):
+        self.browser.open(self.sample)
+        self.browser.run("""addEventListener("beforeprint", () => {
+                window.onPaper = Array.from(document.querySelectorAll("#paper h2"),
+                    (one) => one.textContent);
+            });""")
+        self.browser.command("Page.printToPDF")
+        shown = self.browser.ask("""Array.from(document.querySelectorAll(
+            "#areas [aria-pressed=false]"), (one) => one.textContent)""")
+        self.assertEqual(self.browser.ask("onPaper"), shown[1:])
+        self.assertEqual(self.count("#paper *"), 0)
 
     def test_policy_blocks_loading_from_elsewhere(self):
         self.browser.open(self.sample)

@@ -26,6 +26,15 @@ export function contains(bounds, x, latitude) {
     latitude >= bounds.south && latitude <= bounds.north;
 }
 
+// Whether all of `bounds` is in a view, and large enough to be made out: a quarter of it each way
+// would do, if the bounds were not a line or a point.
+export function isShownWell(bounds, view) {
+  const west = view.toPixelX(bounds.west), east = view.toPixelX(bounds.east);
+  const north = view.toPixelY(bounds.north), south = view.toPixelY(bounds.south);
+  return view.contains(west, north) && view.contains(east, south) &&
+    (east - west > view.width / 4 || south - north > view.height / 4);
+}
+
 // The bounds of all points of the items.
 export function boundsOf(items) {
   const bounds = emptyBounds();

@@ -75,21 +75,31 @@ export class ProfileChart {
     });
   }
 
-  // The arrows move the mark by a hundredth of the track, with shift by a point.
   listenToKeys_() {
-    const { count } = this.track_;
     this.element.addEventListener("keydown", (event) => {
       if (event.key === "Escape")
         this.mark_.clear();
-      const direction = { ArrowLeft: -1, ArrowRight: 1 }[event.key];
-      if (!direction)
+      const next = this.indexAfterKey_(event);
+      if (next === null)
         return;
       event.preventDefault();
-      const index = this.mark_.item === this.track_ ? this.mark_.index : 0;
-      const stride = event.shiftKey ? 1 : Math.max(1, Math.round(count / 100));
-      const next = Math.min(Math.max(index + direction * stride, 0), count - 1);
       this.mark_.set(this.track_, next);
     });
+  }
+
+  // The arrows move the mark by a hundredth of the track's points, with shift by one point. The
+  // page keys move it by a tenth. Returns null for other keys.
+  indexAfterKey_({ key, shiftKey }) {
+    const last = this.track_.count - 1;
+    const index = this.mark_.item === this.track_ ? this.mark_.index : 0;
+    const share = { ArrowLeft: -0.01, ArrowRight: 0.01, PageDown: -0.1, PageUp: 0.1 }[key];
+    if (key === "Home" || key === "End")
+      return key === "Home" ? 0 : last;
+    if (!share)
+      return null;
+    const isPage = Math.abs(share) > 0.05;
+    const stride = shiftKey && !isPage ? 1 : Math.max(1, Math.round(last * Math.abs(share)));
+    return Math.min(Math.max(index + Math.sign(share) * stride, 0), last);
   }
 }
 

@@ -20,7 +20,11 @@ export class Theme {
 
   // Applies `theme` instead of the reader's choice until the next call.
   apply(theme = this.chosen_) {
-    document.documentElement.style.colorScheme = theme ?? "";
+    const { dataset } = document.documentElement;
+    if (theme)
+      dataset.theme = theme;
+    else
+      delete dataset.theme;
     this.button_.textContent = this.resolve_(theme) === "dark" ? "Light" : "Dark";
     this.onChange_();
   }

@@ -21,7 +21,7 @@ export class TrackCard {
       onSwitch();
     });
     this.reading_ = element("p", { className: "reading", textContent: timeSpanText(track) });
-    this.element = element("article", { className: "track" },
+    this.element = element("article", { className: "track", id: `track-${track.index}` },
       this.makeHeader_(onShow), figuresElement(track), this.chart.element, this.reading_);
     this.element.style.setProperty("--line", `var(${trackColour(track)})`);
   }
@@ -56,7 +56,8 @@ export class TrackCard {
     });
     button.addEventListener("click", () => onShow(track));
     return element("header", {},
-      element("label", {}, this.checkbox_, swatch(track), nameElement(track.name)), button);
+      element("h3", {},
+        element("label", {}, this.checkbox_, swatch(track), nameElement(track.name))), button);
   }
 }
 

@@ -8,10 +8,12 @@ import { byId, element } from "./dom.js";
 const kMaxAreas = 7;
 
 // Shows a button for everything and one for each of the largest areas, unless there is just one.
-// Calls `onGo(bounds)`.
+// Calls `onGo(bounds)`. Returns the areas that have a button, as `{ title, bounds }`.
 export function showAreaButtons(areas, wholeBounds, onGo) {
+  const shown = areas.slice(0, kMaxAreas)
+    .map(({ bounds }) => ({ title: middleText(bounds), bounds }));
   if (areas.length < 2)
-    return;
+    return shown;
   const list = byId("areas");
   const add = (text, bounds, isPressed) => {
     const button = element("button",
@@ -24,7 +26,8 @@ export function showAreaButtons(areas, wholeBounds, onGo) {
     list.append(button);
   };
   add("Everything", wholeBounds, false);
-  areas.slice(0, kMaxAreas).forEach(({ bounds }, i) => add(middleText(bounds), bounds, i === 0));
+  shown.forEach(({ title, bounds }, i) => add(title, bounds, i === 0));
+  return shown;
 }
 
 function middleText({ west, east, south, north }) {

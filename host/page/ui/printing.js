@@ -1,40 +1,74 @@
 // SPDX-License-Identifier: MIT
-// The page on paper: light, with every profile, and with a map of a fixed size.
+// The page on paper: light, with every profile, and with a map of every area in a fixed size.
+
+import { isShownWell } from "../model/bounds.js";
+import { byId, element } from "./dom.js";
 
 // The browser does not redraw a canvas for the paper's layout; it would stretch the map drawn for
 // the screen. So the map is drawn in the size that it has on paper: within the margins of A4 and of
-// Letter.
-const kPaperMap = { width: 680, height: 416 }; // pixels
+// Letter, of which two fit on a page.
+const kPaperMap = { width: 680, height: 370 }; // pixels
 const kPaperRatio = 3;                         // sharp enough for a printer
 
-export function listenToPrinting({ map, cards, mark, theme }) {
+// `areas`: `{ title, bounds }` of each area that has a button.
+export function listenToPrinting({ map, cards, mark, theme, areas }) {
   let screenView = null; // the view to return to
   addEventListener("beforeprint", () => {
     mark.clear();
     cards.drawAllCharts();
     theme.apply("light");
-    if (!screenView) // two events can come in a row
-      screenView = layOutForPaper(map);
+    if (screenView) // two events can come in a row
+      return;
+    screenView = { ...map.view };
+    layOutForPaper(map, screenView);
+    drawOtherAreas(map, areas);
   });
   addEventListener("afterprint", () => {
     theme.apply();
+    byId("paper").replaceChildren();
     if (screenView)
       layOutForScreen(map, screenView);
     screenView = null;
   });
 }
 
-// Returns the view that was on the screen.
-function layOutForPaper(map) {
+function layOutForPaper(map, screenView) {
   const { view } = map;
-  const screenView = { ...view };
   Object.assign(map.box.style,
     { flex: "none", width: `${kPaperMap.width}px`, height: `${kPaperMap.height}px` });
   map.measure();
   view.setScale(screenView.scale *
     Math.min(view.width / screenView.width, view.height / screenView.height));
   map.draw(kPaperRatio);
-  return screenView;
+}
+
+// Adds a map for each area that the reader does not see anyway.
+function drawOtherAreas(map, areas) {
+  const chosenView = { ...map.view };
+  const others = areas.filter(({ bounds }) => !isShownWell(bounds, map.view));
+  for (const { title, bounds } of others) {
+    map.view.fit(bounds);
+    map.draw(kPaperRatio);
+    byId("paper").append(element("section", {}, element("h2", { textContent: title }),
+      copyOfMap(map)));
+  }
+  Object.assign(map.view, chosenView);
+  map.draw(kPaperRatio);
+}
+
+// A copy of what the map shows. A canvas is copied without its picture.
+function copyOfMap({ box, canvas }) {
+  const copy = element("div", { className: "map" });
+  Object.assign(copy.style, { width: box.style.width, height: box.style.height });
+  const picture = element("canvas", { width: canvas.width, height: canvas.height });
+  picture.getContext("2d").drawImage(canvas, 0, 0);
+  copy.append(picture);
+  for (const part of box.querySelectorAll(".north, .scale")) {
+    const twin = part.cloneNode(true);
+    twin.removeAttribute("id");
+    copy.append(twin);
+  }
+  return copy;
 }
 
 function layOutForScreen(map, screenView) {

@@ -5,6 +5,9 @@ import { kDash } from "../model/format.js";
 import { compareValues } from "../model/sorting.js";
 import { byId, element, nameElement } from "./dom.js";
 
+const kShort = 12;           // characters
+const kLongWord = /\S{24}/; // only such a word is broken on paper
+
 // `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`.
 export function showTables(tables, onShow) {
   for (const { title, columns, items } of tables)
@@ -37,6 +40,7 @@ function makeHeading(column, sort) {
   const button = element("button", { type: "button", textContent: column.title });
   const heading = element("th", {
     scope: "col", className: column.isNumber ? "number" : "", "aria-sort": "none",
+    "data-title": column.title,
   }, button);
   button.addEventListener("click", () => {
     const isAscending = heading.getAttribute("aria-sort") !== "ascending";
@@ -48,16 +52,24 @@ function makeHeading(column, sort) {
   return heading;
 }
 
+// How a text is broken into lines on paper: a short one, for example a date, stays in one piece.
+function breakClass(text) {
+  if (text.length <= kShort)
+    return " short";
+  return kLongWord.test(text) ? " breaks" : "";
+}
+
 function makeCell(column, item, onShow) {
   const text = column.text ? column.text(item) : column.value(item) || kDash;
+  const breaks = breakClass(text);
   if (column.isName) {
     const button = element("button", { type: "button", className: "link" }, nameElement(text));
     button.addEventListener("click", () => onShow(item));
-    return element("td", {}, button);
+    return element("td", { className: breaks.trim() }, button);
   }
   if (column.isNumber)
-    return element("td", { className: "number" }, text);
+    return element("td", { className: `number${breaks}` }, text);
   const title = column.isLong && text !== kDash ? text : "";
-  return element("td", { className: column.isLong ? "long" : "" },
+  return element("td", { className: `${column.isLong ? "long" : ""}${breaks}` },
     element("bdi", { textContent: text, title }));
 }
