@@ -56,6 +56,7 @@ CommandTable::CommandTable()
     addDevices();
     addAcquire();
     addImport();
+    addOpen();
     addSend();
     addRestore();
     addWatch();
@@ -121,6 +122,15 @@ void CommandTable::addDiskDeviceOptions(CLI::App& command, std::optional<std::st
         ->type_name("LOCATION");
 }
 
+CLI::Option* CommandTable::addDeviceOption(CLI::App& command, std::optional<std::string>& device)
+{
+    return command
+        .add_option("--device", device,
+                    "Use the device at this location: a volume, a serial port, or a folder that "
+                    "holds a receiver's files")
+        ->type_name("LOCATION");
+}
+
 void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
 {
     command
@@ -141,10 +151,16 @@ void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
         ->type_name("auto|off|WEEKS");
 }
 
-// The format's name is looked up in finish(), because it may also come from the output's extension.
 void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& options)
 {
     addDriverOption(command, options.driver, kAnyDriver);
+    addOutputOptions(command, options);
+    addRecordOptions(command, options);
+}
+
+// The format's name is looked up in finish(), because it may also come from the output's extension.
+void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
+{
     command
         .add_option("-o,--output", options.output,
                     "Write the records to this file; \"-\" is stdout")
@@ -156,6 +172,10 @@ void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& option
         ->type_name("FORMAT");
     command.add_flag("--summary", options.summary,
                      "Print the summary table even though there is an output file");
+}
+
+void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)
+{
     command.add_flag("--strict", options.strict,
                      "Exit with status 1 if lines of a device's file are damaged");
     addFixDatesOption(command, options.fixDates);
@@ -200,12 +220,7 @@ void CommandTable::addAcquire()
                                "  magellangps acquire --device /media/RECEIVER --no-tracks\n"
                                "  magellangps acquire --card /media/CARD -o trip.gpx\n");
     addDownloadOptions(command, options);
-    const auto* const device =
-        command
-            .add_option("--device", options.device,
-                        "Use the device at this location: a volume, a serial port, or a folder "
-                        "that holds a receiver's files")
-            ->type_name("LOCATION");
+    const auto* const device = addDeviceOption(command, options.device);
     const auto* const card =
         command
             .add_option("--card", options.card,
@@ -221,7 +236,8 @@ void CommandTable::addImport()
 {
     auto& options = raw_.import;
     auto& command = addCommand(
-        "import", "Import files that were copied from a receiver, or GPX, KML and KMZ files", Command::kImport,
+        "import", "Import files that were copied from a receiver, or GPX, KML and KMZ files",
+        Command::kImport,
         "  magellangps import TKLG001.log Home.upt -o trip.gpx\n"
         "  magellangps import folder -o trip.gpx\n");
     addDownloadOptions(command, options);
@@ -231,6 +247,25 @@ void CommandTable::addImport()
                     "receivers in and below it")
         ->type_name("FILE")
         ->required();
+}
+
+void CommandTable::addOpen()
+{
+    auto& options = raw_.open;
+    auto& command = addCommand(
+        "open", "Show what is on a device, or in files, as a page in the browser", Command::kOpen,
+        "  magellangps open\n"
+        "  magellangps open trip.gpx TKLG001.log\n");
+    addDriverOption(command, options.driver, kAnyDriver);
+    addRecordOptions(command, options);
+    const auto* const device = addDeviceOption(command, options.device);
+    const auto* const files =
+        command
+            .add_option("files", options.files,
+                        "Files to import instead of reading a device; a folder means all files of "
+                        "receivers in and below it")
+            ->type_name("FILE");
+    exclude(device, files);
 }
 
 CLI::Option* CommandTable::addBackupOptions(CLI::App& command, std::optional<std::string>& folder,

@@ -35,6 +35,7 @@ private:
     void addDevices();
     void addAcquire();
     void addImport();
+    void addOpen();
     void addSend();
     void addRestore();
     void addWatch();
@@ -45,6 +46,9 @@ private:
     void addDiskDeviceOptions(CLI::App& command, std::optional<std::string>& driver,
                               std::optional<std::string>& device);
     void addDownloadOptions(CLI::App& command, DownloadOptions& options);
+    void addOutputOptions(CLI::App& command, DownloadOptions& options);
+    void addRecordOptions(CLI::App& command, DownloadOptions& options);
+    CLI::Option* addDeviceOption(CLI::App& command, std::optional<std::string>& device);
     void addFixDatesOption(CLI::App& command, DateRule& rule);
     CLI::Option* addBackupOptions(CLI::App& command, std::optional<std::string>& folder,
                                   std::uint32_t& mostBackups);

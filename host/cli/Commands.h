@@ -30,6 +30,10 @@ namespace host {
 [[nodiscard]] ExitStatus runImport(const PlugInBundle& plugIn, const ImportOptions& options,
                                    const Console& console);
 
+/// `open`: downloads into a page and opens it in a browser.
+[[nodiscard]] ExitStatus runOpen(const PlugInBundle& plugIn, const OpenOptions& options,
+                                 const Console& console);
+
 /// `send`: backs a device up and sends files to it.
 [[nodiscard]] ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options,
                                  const Console& console);

@@ -133,7 +133,7 @@ ValueSource sourceFor(const CLI::App& command, const CLI::Option& option)
         return wordSource({":folders"});
     if (type == "auto|off|WEEKS")
         return wordSource({"auto", "off"});
-    if (option.get_positional() && command.get_name() == "import")
+    if (option.get_positional() && (command.get_name() == "import" || command.get_name() == "open"))
         return importAnswers;
     if (option.get_positional() && command.get_name() == "send")
         return wordSource({":files gpx"});

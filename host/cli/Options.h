@@ -62,6 +62,11 @@ struct ImportOptions : DownloadOptions {
     std::vector<std::string> files; ///< and folders; at least one
 };
 
+/// `open`
+struct OpenOptions : AcquireOptions {
+    std::vector<std::string> files; ///< and folders to import, instead of a device; may be empty
+};
+
 /// `send`
 struct SendOptions : GlobalOptions {
     std::optional<std::string> driver;
@@ -99,6 +104,6 @@ struct WatchOptions : GlobalOptions {
 
 /// One command with its options.
 using CommandOptions = std::variant<InfoOptions, DevicesOptions, AcquireOptions, ImportOptions,
-                                    SendOptions, RestoreOptions, WatchOptions>;
+                                    OpenOptions, SendOptions, RestoreOptions, WatchOptions>;
 
 } // namespace host

@@ -52,6 +52,10 @@ struct Runner {
     {
         return runImport(plugIn, options, console);
     }
+    ExitStatus operator()(const OpenOptions& options) const
+    {
+        return runOpen(plugIn, options, console);
+    }
     ExitStatus operator()(const SendOptions& options) const
     {
         return runSend(plugIn, options, console);

@@ -91,6 +91,18 @@ std::string check(const RawOptions& raw, ImportOptions& options)
     return check(raw, static_cast<DownloadOptions&>(options));
 }
 
+std::string check(const RawOptions& raw, const OpenOptions& options)
+{
+    if (raw.global.events)
+        return noEvents("open");
+    if (raw.global.json)
+        return "--json is not for open, which makes a page";
+    const auto& files = options.files;
+    if (std::find(files.begin(), files.end(), "-") != files.end())
+        return "open reads files, not stdin: save the input as a file such as trip.log";
+    return {};
+}
+
 std::string check(const RawOptions& raw, const SendOptions& options)
 {
     if (raw.global.json && raw.global.events)
@@ -149,6 +161,8 @@ std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options
         return finish(raw, raw.acquire, options);
     case Command::kImport:
         return finish(raw, raw.import, options);
+    case Command::kOpen:
+        return finish(raw, raw.open, options);
     case Command::kSend:
         return finish(raw, raw.send, options);
     case Command::kRestore:

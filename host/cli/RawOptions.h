@@ -11,7 +11,7 @@
 
 namespace host {
 
-enum class Command { kInfo, kDevices, kAcquire, kImport, kSend, kRestore, kWatch, kHelp };
+enum class Command { kInfo, kDevices, kAcquire, kImport, kOpen, kSend, kRestore, kWatch, kHelp };
 
 struct RawOptions {
     Command command = Command::kInfo;
@@ -21,6 +21,7 @@ struct RawOptions {
     DevicesOptions devices;
     AcquireOptions acquire;
     ImportOptions import;
+    OpenOptions open;
     SendOptions send;
     RestoreOptions restore;
     WatchOptions watch;

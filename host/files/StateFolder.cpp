@@ -20,15 +20,28 @@ std::string variable(const char* name)
     return value != nullptr ? value : "";
 }
 
+// @param name      the variable that names the user's folder
+// @param standard  where that is below the home folder otherwise
+std::optional<std::string> folderIn(const char* name, std::string_view standard)
+{
+    constexpr std::string_view kOwn = "/magellangps";
+    // A relative path is invalid and must be ignored (XDG Base Directory Specification).
+    if (auto folder = variable(name); folder.starts_with('/'))
+        return folder.append(kOwn);
+    auto home = variable("HOME");
+    return home.empty() ? std::nullopt : std::optional{home.append(standard).append(kOwn)};
+}
+
 } // namespace
 
 std::optional<std::string> stateFolder()
 {
-    // A relative path is invalid and must be ignored (XDG Base Directory Specification).
-    if (const auto state = variable("XDG_STATE_HOME"); state.starts_with('/'))
-        return state + "/magellangps";
-    const auto home = variable("HOME");
-    return home.empty() ? std::nullopt : std::optional{home + "/.local/state/magellangps"};
+    return folderIn("XDG_STATE_HOME", "/.local/state");
+}
+
+std::optional<std::string> cacheFolder()
+{
+    return folderIn("XDG_CACHE_HOME", "/.cache");
 }
 
 // Different identifiers can become the same name.

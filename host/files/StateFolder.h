@@ -16,6 +16,10 @@ namespace host {
 /// @return  nullopt if the user has no home folder either
 [[nodiscard]] std::optional<std::string> stateFolder();
 
+/// The program's folder for files that can be made again: below $XDG_CACHE_HOME or ~/.cache,
+/// likewise.
+[[nodiscard]] std::optional<std::string> cacheFolder();
+
 /// A device's identifier as a file name: at most 64 letters, digits and "-"; any other byte becomes
 /// "_". An empty identifier becomes "device".
 [[nodiscard]] std::string nameOfDevice(std::string_view identifier);

@@ -47,7 +47,7 @@ pugi::xml_attribute declarationIn(const pugi::xml_node& element, const std::stri
 // The namespace of an element; empty if its prefix is not declared.
 std::string_view namespaceOf(const pugi::xml_node& element)
 {
-    const auto prefix = nameOf(element).prefix;
+    const auto prefix = elementName(element).prefix;
     const auto key = prefix.empty() ? std::string{"xmlns"} : "xmlns:" + std::string{prefix};
     for (auto node = element; node; node = node.parent()) {
         if (const auto declared = declarationIn(node, key))
@@ -77,7 +77,7 @@ class Fields {
 public:
     explicit Fields(const pugi::xml_node& parent)
     {
-        const auto own = nameOf(parent).prefix;
+        const auto own = elementName(parent).prefix;
         for (auto node = parent.first_child(); node; node = node.next_sibling())
             add(node, own);
     }
@@ -94,13 +94,13 @@ private:
         };
         const auto* known = find();
         if (known == kFieldNames.end()) {
-            name = nameOf(node);
+            name = elementName(node);
             known = find();
         }
         if (known == kFieldNames.end())
             return;
         auto& found = found_[static_cast<std::size_t>(known - kFieldNames.begin())];
-        if (!found || (name.prefix == own && nameOf(found).prefix != own))
+        if (!found || (name.prefix == own && elementName(found).prefix != own))
             found = node;
     }
 
@@ -236,10 +236,10 @@ gps::Dictionary geocacheRecord(const Fields& fields, const gps::GPSPoint& point)
 
 bool isOwn(const pugi::xml_node& element, std::string_view local)
 {
-    const auto name = nameOf(element);
+    const auto name = elementName(element);
     if (name.local != local)
         return false;
-    if (name.prefix == nameOf(element.parent()).prefix)
+    if (name.prefix == elementName(element.parent()).prefix)
         return true;
     const auto space = namespaceOf(element); // empty if its maker forgot to declare it
     return space.empty() || space == namespaceOf(element.parent());

@@ -11,10 +11,10 @@ pugi::xml_node childOf(const pugi::xml_node& parent, std::string_view local)
 {
     pugi::xml_node found;
     for (const auto& node : parent.children()) {
-        const auto name = nameOf(node);
+        const auto name = elementName(node);
         if (name.local != local)
             continue;
-        if (name.prefix == nameOf(parent).prefix)
+        if (name.prefix == elementName(parent).prefix)
             return node;
         if (!found)
             found = node;

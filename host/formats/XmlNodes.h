@@ -17,7 +17,7 @@ struct ElementName {
 };
 
 /// @return  views into the document
-[[nodiscard]] inline ElementName nameOf(const pugi::xml_node& node)
+[[nodiscard]] inline ElementName elementName(const pugi::xml_node& node)
 {
     const std::string_view name = node.name();
     const auto colon = name.find(':');
@@ -29,7 +29,7 @@ struct ElementName {
 /// An element's name without its namespace prefix: a view into the document.
 [[nodiscard]] inline std::string_view localName(const pugi::xml_node& element)
 {
-    return nameOf(element).local;
+    return elementName(element).local;
 }
 
 /// The first child of that local name, preferably one with the parent's own prefix. Compares

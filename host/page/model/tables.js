@@ -5,9 +5,8 @@
 // value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), and
 // a name shows its item on the map (`isName`).
 
-import { dateTimeText, zoneText } from "./clock.js";
 import {
-  durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
+  dateTimeText, durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
   metresText,
 } from "./format.js";
 
@@ -30,7 +29,7 @@ function numberColumn(title, value, text) {
 }
 
 function timeColumn(title, value) {
-  return { title, value, text: (item) => dateTimeText(value(item), item.zone) };
+  return { title, value, text: (item) => dateTimeText(value(item)) };
 }
 
 const nameColumn = textColumn("Name", "name", { isName: true });
@@ -46,10 +45,8 @@ const positionColumns = [
 
 const trackColumns = [
   nameColumn,
-  textColumn("Where", "place"),
-  timeColumn("From", (track) => track.first),
-  { title: "To", value: (track) => track.last, text: endText },
-  { title: "Time zone", value: (track) => isKnown(track.first) ? zoneText(track.zone) : "" },
+  timeColumn("From (UTC)", (track) => track.first),
+  timeColumn("To (UTC)", (track) => track.last),
   numberColumn("Time span", timeSpan, durationText),
   numberColumn("Moving", (track) => track.moving, durationText),
   lengthColumn,
@@ -76,13 +73,6 @@ const geocacheColumns = [
   textColumn("Hint", "hint", { isLong: true }),
   commentColumn,
 ];
-
-// Without the day, unless it is another one than that of the start.
-function endText({ first, last, zone }) {
-  const text = dateTimeText(last, zone);
-  return text.slice(0, 10) === dateTimeText(first, zone).slice(0, 10) ? text.slice(11) || text :
-    text;
-}
 
 function timeSpan(track) {
   return isKnown(track.first) ? track.last - track.first : null;

@@ -19,7 +19,7 @@ TEST(CommandTable, EachCommandHasADescriptionAndExamples)
 {
     host::CommandTable table;
     const auto commands = host::visibleCommands(table.app());
-    EXPECT_EQ(commands.size(), 8U);
+    EXPECT_EQ(commands.size(), 9U);
     for (const auto* command : commands) {
         EXPECT_FALSE(command->get_description().empty()) << command->get_name();
         EXPECT_THAT(command->get_footer(), HasSubstr("magellangps " + command->get_name()));

@@ -34,6 +34,19 @@ TEST(StateFolder, IsMissingWithoutAHome)
     }
 }
 
+TEST(CacheFolder, IsBelowTheUsersOwnFolders)
+{
+    const Variable home{"HOME", "/home/me"};
+    {
+        const Variable cache{"XDG_CACHE_HOME", "/var/me"};
+        EXPECT_EQ(host::cacheFolder(), "/var/me/magellangps");
+    }
+    const Variable cache{"XDG_CACHE_HOME", "relative"};
+    EXPECT_EQ(host::cacheFolder(), "/home/me/.cache/magellangps");
+    const Variable noHome{"HOME", nullptr};
+    EXPECT_EQ(host::cacheFolder(), std::nullopt);
+}
+
 TEST(StateFolder, IdentifierBecomesAFileNameWithoutFolders)
 {
     EXPECT_EQ(host::nameOfDevice("0417-AbZ9"), "0417-AbZ9");

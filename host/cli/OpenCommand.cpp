@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+// `open`: a download into a page in the user's cache folder, which the desktop's browser then
+// shows. Nobody knows when the browser has read it, so the page stays until the next one.
+
+#include "host/base/HostError.h"
+#include "host/cli/Browser.h"
+#include "host/cli/Commands.h"
+#include "host/files/StateFolder.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Creates the folder of the page, which shows where its user has been: nobody else may read it.
+std::optional<gps::Error> prepareFolder(std::string& folder)
+{
+    const auto cache = cacheFolder();
+    if (!cache)
+        return hostError("There is no folder for the page: the user has no home folder",
+                         "Name a file with \"acquire -o page.html\"");
+    folder = *cache;
+    std::error_code error;
+    if (!fs::create_directories(folder, error) && error)
+        return systemError("The folder for the page cannot be created",
+                           "Name a file with \"acquire -o page.html\"", folder, error.value());
+    fs::permissions(folder, fs::perms::owner_all, error);
+    return std::nullopt;
+}
+
+// The page of a complete download, or of one that was cut short.
+struct Pages {
+    fs::path complete;
+    fs::path partial;
+
+    // Otherwise the page of an earlier download would be shown after one that failed.
+    void remove() const
+    {
+        std::error_code ignored;
+        fs::remove(complete, ignored);
+        fs::remove(partial, ignored);
+    }
+
+    [[nodiscard]] std::optional<std::string> present() const
+    {
+        std::error_code ignored;
+        for (const auto& page : {complete, partial}) {
+            if (fs::exists(page, ignored))
+                return page.string();
+        }
+        return std::nullopt;
+    }
+};
+
+ExitStatus download(const PlugInBundle& plugIn, const OpenOptions& options, const std::string& page,
+                    const Console& console)
+{
+    AcquireOptions acquire = options;
+    acquire.output = page;
+    acquire.format = findFormat("html");
+    if (options.files.empty())
+        return runAcquire(plugIn, acquire, console);
+    return runImport(plugIn, {static_cast<const DownloadOptions&>(acquire), options.files},
+                     console);
+}
+
+// @param status  of the download
+ExitStatus show(const std::string& page, ExitStatus status, const Console& console)
+{
+    if (!hasDesktop()) {
+        console.note("There is no desktop here. Copy the page to where there is a browser.");
+        const auto printed = print(page + "\n", console);
+        return status == ExitStatus::kSuccess ? printed : status;
+    }
+    if (const auto failure = openInBrowser(page)) {
+        console.error(*failure);
+        return status == ExitStatus::kSuccess ? ExitStatus::kFailed : status;
+    }
+    console.note(
+        fmt::format("The browser shows the page {}, which is kept until the next one.", page));
+    return status;
+}
+
+} // namespace
+
+ExitStatus runOpen(const PlugInBundle& plugIn, const OpenOptions& options, const Console& console)
+{
+    std::string folder;
+    if (const auto failure = prepareFolder(folder)) {
+        console.error(*failure);
+        return ExitStatus::kFailed;
+    }
+    const Pages pages{fs::path{folder} / "page.html", fs::path{folder} / "page.partial.html"};
+    pages.remove();
+    const auto status = download(plugIn, options, pages.complete.string(), console);
+    const auto page = pages.present();
+    const bool isStopped = status >= statusAfterSignal(0);
+    return page && !isStopped ? show(*page, status, console) : status;
+}
+
+} // namespace host
