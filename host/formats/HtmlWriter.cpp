@@ -8,7 +8,10 @@
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/formats/GeocacheXml.h"
+#include "host/formats/HtmlData.h"
+#include "host/formats/HtmlSurroundings.h"
 #include "host/page/HtmlPage.h"
+#include "host/places/Places.h"
 #include "host/points/Points.h"
 
 #include <gps/Geocache.h>
@@ -24,50 +27,6 @@
 
 namespace host {
 namespace {
-
-// Appends a JSON string that cannot end the script element around it, whatever the text contains.
-void appendText(std::string& out, std::string_view text)
-{
-    std::string json;
-    appendJson(json, displayText(text));
-    for (const char c : json) {
-        if (c == '<')
-            out += "\\u003c";
-        else if (c == '>')
-            out += "\\u003e";
-        else if (c == '&')
-            out += "\\u0026";
-        else
-            out += c;
-    }
-}
-
-void appendMember(std::string& out, std::string_view key, std::string_view text)
-{
-    appendJsonKey(out, key);
-    appendText(out, text);
-}
-
-char* putNumber(char* at, const std::optional<std::int64_t>& number)
-{
-    return number ? gps::putInteger(at, *number) : put(at, "null");
-}
-
-void appendMember(std::string& out, std::string_view key, const std::optional<std::int64_t>& number)
-{
-    appendJsonKey(out, key);
-    appendPut<gps::kMostOfInteger>(out, [&](char* at) { return putNumber(at, number); });
-}
-
-// Rounds to three decimals: metres in a number of kilometres.
-void appendMember(std::string& out, std::string_view key, const std::optional<double>& number)
-{
-    appendJsonKey(out, key);
-    if (number)
-        gps::appendShortest(out, std::round(*number * 1000) / 1000);
-    else
-        out += "null";
-}
 
 constexpr std::size_t kMostOfElementStart = 2;
 
@@ -159,6 +118,7 @@ void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& rec
 {
     if (!globe_.passes(point))
         return;
+    areas_.add(point);
     auto& list = gps::isGeocache(record) ? geocaches_ : wayPoints_;
     startElement(list.isEmpty);
     appendPoint(text_, point, record);
@@ -185,6 +145,7 @@ void HtmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& r
     appendPoint(text_, point, record);
     routes_.spool.write(text_);
     routeLength_.add(point);
+    areas_.add(point);
 }
 
 void HtmlWriter::endRoute()
@@ -205,6 +166,7 @@ void HtmlWriter::beginTrack(const gps::Dictionary& track)
     isFirstPoint_ = true;
     figures_ = {};
     columns_ = {};
+    start_.reset();
 }
 
 void HtmlWriter::trackPoint(const gps::GPSPoint& point)
@@ -219,6 +181,9 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
                                      difference(numbers.elevation, columns_.elevation),
                                      difference(numbers.time, columns_.time)}));
     figures_.add(point);
+    areas_.add(point, Areas::kTrackPointWeight);
+    if (!start_)
+        start_ = point;
 }
 
 void HtmlWriter::endTrack()
@@ -230,6 +195,8 @@ void HtmlWriter::endTrack()
     appendMember(text_, "ascent", figures_.ascentMetres());
     appendMember(text_, "descent", figures_.descentMetres());
     appendMember(text_, "moving", figures_.movingSeconds());
+    appendMember(text_, "place", start_ ? whereabouts(*start_) : "");
+    appendMember(text_, "zone", start_ ? timeZoneAt(*start_) : "");
     text_ += '}';
     tracks_.spool.write(text_);
 }
@@ -239,6 +206,7 @@ std::optional<gps::Error> HtmlWriter::finish()
     output_.write(pageHead());
     text_ = "{";
     appendMember(text_, "note", globe_.remark());
+    appendSurroundings(text_, areas_.find());
     output_.write(text_);
     writeList("waypoints", wayPoints_);
     writeList("geocaches", geocaches_);

@@ -6,6 +6,7 @@
 
 #include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
+#include "host/points/Areas.h"
 #include "host/points/GlobeFilter.h"
 #include "host/points/TrackFigures.h"
 
@@ -20,11 +21,18 @@ namespace host {
 /// decimal numbers D:
 ///
 ///     {"note":S,
+///      "areas":[{"place":S,"zone":S,"bounds":[I,I,I,I]},...],
+///      "places":[{"name":S,"at":[I,I]},...],
 ///      "waypoints":[POINT,...],
 ///      "geocaches":[POINT,...],
 ///      "routes":[{"name":S,"comment":S,"points":[POINT,...],"kilometres":D},...],
 ///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,
-///                 "ascent":D,"descent":D,"moving":I},...]}
+///                 "ascent":D,"descent":D,"moving":I,"place":S,"zone":S},...]}
+///
+/// An area is a part of the world with points; those with most come first. Its "place" is where it
+/// is in words, its "zone" the time zone, and its bounds are the western, southern, eastern and
+/// northern one. An area across the 180th meridian has an eastern bound above it. "places" are the
+/// towns around the areas.
 ///
 /// POINT is {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]}. A geocache also has "type", "owner",
 /// "hint", "difficulty", "terrain", "placed" and "found", all strings.
@@ -80,6 +88,7 @@ private:
     List routes_;
     List tracks_;
     GlobeFilter globe_;
+    Areas areas_;
     std::string text_; // a buffer, to be used again for each element
 
     // The route or track being written.
@@ -87,6 +96,7 @@ private:
     PathLength routeLength_;
     TrackFigures figures_;
     Columns columns_;
+    std::optional<gps::GPSPoint> start_; // of the track
 };
 
 } // namespace host

@@ -6,13 +6,13 @@
 // What this module exports is the page's one global, `page`, for its tests and for
 // scripts/page-pictures.
 
-import { findAreas } from "./model/areas.js";
 import { boundsOf, kWorld } from "./model/bounds.js";
-import { allItems, unpackCollection } from "./model/collection.js";
+import { unpackCollection } from "./model/collection.js";
+import { allItems } from "./model/items.js";
 import { summaryText, titleText } from "./model/itemTexts.js";
 import { Mark } from "./model/Mark.js";
 import { tablesOf } from "./model/tables.js";
-import { showAreaButtons, showLayerSwitches } from "./ui/controls.js";
+import { showAreaButtons, showClockButton, showLayerSwitches } from "./ui/controls.js";
 import { byId, scrollBehavior } from "./ui/dom.js";
 import { listenToMap } from "./ui/mapInput.js";
 import { showMarkOnMap } from "./ui/mapMark.js";
@@ -52,17 +52,28 @@ function showItems(items) {
   };
   cards = new TrackCards(collection.tracks, mark, { onSwitch: redraw, onShow: showOnMap });
   showTables(tablesOf(collection), showOnMap);
+  showClockButton(() => {
+    showHead();
+    mark.clear();
+    cards.showTimes();
+    showTables(tablesOf(collection), showOnMap);
+  });
   showLayerSwitches(collection, (layer, isShown) => {
     map.layers[layer] = isShown;
     redraw();
   });
   map.measure();
-  const areas = findAreas(items);
+  const { areas } = collection;
   const shownAreas = showAreaButtons(areas, boundsOf(items), goTo);
   goTo(areas.length > 0 ? areas[0].bounds : kWorld); // items can be without any point
   new ResizeObserver(() => map.measure()).observe(map.box);
   const theme = new Theme(() => map.drawSoon());
   listenToPrinting({ map, cards, mark, theme, areas: shownAreas });
+}
+
+function showHead() {
+  document.title = titleText(collection);
+  byId("summary").textContent = summaryText(collection);
 }
 
 function showNothing() {
@@ -72,8 +83,7 @@ function showNothing() {
 }
 
 byId("note").textContent = collection.note ? `${collection.note}.` : "";
-document.title = titleText(collection);
-byId("summary").textContent = summaryText(collection);
+showHead();
 const items = allItems(collection);
 if (items.length > 0)
   showItems(items);

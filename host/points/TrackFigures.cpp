@@ -30,14 +30,6 @@ double haversine(double angle)
     return std::pow(std::sin(angle / 2), 2);
 }
 
-double distance_km(const PlaceOnSphere& a, const PlaceOnSphere& b)
-{
-    const double h = haversine(b.latitude - a.latitude) +
-                     a.cosine * b.cosine * haversine(radians(b.longitude - a.longitude));
-    // Rounding can take h past 1 for antipodes.
-    return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
-}
-
 } // namespace
 
 bool hasElevation(const gps::GPSPoint& point) noexcept
@@ -49,12 +41,20 @@ PlaceOnSphere::PlaceOnSphere(const gps::GPSPoint& point) noexcept
     : latitude(radians(point.latitude)), cosine(std::cos(latitude)), longitude(point.longitude)
 {}
 
+double kilometresBetween(const PlaceOnSphere& a, const PlaceOnSphere& b) noexcept
+{
+    const double h = haversine(b.latitude - a.latitude) +
+                     a.cosine * b.cosine * haversine(radians(b.longitude - a.longitude));
+    // Rounding can take h past 1 for antipodes.
+    return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
+}
+
 double PathLength::add(const gps::GPSPoint& point) noexcept
 {
     if (!isOnGlobe(point))
         return 0;
     const PlaceOnSphere place{point};
-    const double step = last_ ? distance_km(*last_, place) : 0;
+    const double step = last_ ? kilometresBetween(*last_, place) : 0;
     kilometres_ += step;
     last_ = place;
     return step;
@@ -95,7 +95,7 @@ void Climb::turnDown(double elevation) noexcept
 
 void MovingTime::add(const gps::GPSPoint& point) noexcept
 {
-    add(point, last_ ? distance_km(PlaceOnSphere{*last_}, PlaceOnSphere{point}) : 0);
+    add(point, last_ ? kilometresBetween(PlaceOnSphere{*last_}, PlaceOnSphere{point}) : 0);
 }
 
 void MovingTime::add(const gps::GPSPoint& point, double kilometres) noexcept

@@ -24,10 +24,12 @@ struct PlaceOnSphere {
     double longitude; ///< degrees
 };
 
-/// The length of a path: the sum of the great-circle distances between its points, on a sphere of
-/// the Earth's mean radius, 6371.0088 km.
+/// The great-circle distance on a sphere of the Earth's mean radius, 6371.0088 km. [any]
 /// Source: the haversine formula (R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68,
 /// 1984); the radius R1 of IUGG, Moritz, "Geodetic Reference System 1980".
+[[nodiscard]] double kilometresBetween(const PlaceOnSphere& a, const PlaceOnSphere& b) noexcept;
+
+/// The length of a path: the sum of the great-circle distances between its points.
 class PathLength {
 public:
     /// A point without valid coordinates is ignored.

@@ -6,7 +6,7 @@ import test from "node:test";
 import {
   boundsOf, contains, emptyBounds, isEmpty, isShownWell,
 } from "../../host/page/model/bounds.js";
-import { allItems } from "../../host/page/model/collection.js";
+import { allItems } from "../../host/page/model/items.js";
 import { MapView } from "../../host/page/model/MapView.js";
 import { collectionOf, rawPoint, rawRoute, rawTrack } from "./fixtures.mjs";
 

@@ -3,7 +3,6 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import { allItems, isLine } from "../../host/page/model/collection.js";
 import { collectionOf, rawPoint, rawRoute, rawTrack, trackOf } from "./fixtures.mjs";
 
 test("a track's numbers are differences within their columns", () => {
@@ -73,13 +72,4 @@ test("the westernmost point stays in the west, wherever it is", () => {
     }).waypoints;
     assert.ok(Math.abs(east.x - west.x - 0.05) < 1e-6, `${tenth} tenths of a degree`);
   }
-});
-
-test("tracks and routes are lines, points are not", () => {
-  const items = allItems(collectionOf({
-    tracks: [rawTrack([])], routes: [rawRoute([[0, 0]])], waypoints: [rawPoint(0, 0)],
-    geocaches: [rawPoint(0, 0)],
-  }));
-  assert.deepEqual(items.map(isLine), [true, true, false, false]);
-  assert.ok(!isLine(items[1].points[0]));
 });

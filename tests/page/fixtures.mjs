@@ -5,7 +5,9 @@ import { unpackCollection } from "../../host/page/model/collection.js";
 
 // The data of a page, of which a test gives the lists that matter to it.
 export function collectionOf(lists) {
-  const empty = { note: "", tracks: [], routes: [], waypoints: [], geocaches: [] };
+  const empty = {
+    note: "", areas: [], places: [], tracks: [], routes: [], waypoints: [], geocaches: [],
+  };
   return unpackCollection({ ...empty, ...lists });
 }
 
@@ -23,7 +25,7 @@ export function rawTrack(points, values = {}) {
   }));
   return {
     name: "Track", points: numbers, kilometres: 0, first: null, last: null, ascent: 0, descent: 0,
-    moving: null, ...values,
+    moving: null, place: "", zone: "", ...values,
   };
 }
 

@@ -4,11 +4,11 @@ import assert from "node:assert/strict";
 import test from "node:test";
 
 import {
-  dateText, dateTimeText, durationText, formatNumber, isKnown, kilometresText, latitudeText,
+  durationText, formatNumber, isKnown, kilometresText, latitudeText,
   longitudeText, metresText, positionText, speedText,
 } from "../../host/page/model/format.js";
 
-const kTexts = [kilometresText, metresText, speedText, dateTimeText, dateText, durationText];
+const kTexts = [kilometresText, metresText, speedText, durationText];
 
 function assertTexts(text, expected) {
   for (const [value, wanted] of expected)
@@ -42,11 +42,6 @@ test("an elevation just below the sea is 0", () => {
 test("kilometres have two decimals, speeds one", () => {
   assertTexts(kilometresText, [[0, "0.00 km"], [1234.567, "1,234.57 km"]]);
   assertTexts(speedText, [[1, "3.6 km/h"], [0.01, "0.0 km/h"]]);
-});
-
-test("times are UTC", () => {
-  assertTexts(dateTimeText, [[0, "1970-01-01 00:00:00"], [1717236061, "2024-06-01 10:01:01"]]);
-  assertTexts(dateText, [[1717199999, "2024-05-31"], [1717200000, "2024-06-01"]]);
 });
 
 test("durations use larger units from a minute, an hour and two days on", () => {

@@ -126,7 +126,8 @@ class PageTest(unittest.TestCase):
     @classmethod
     def filled(cls, data):
         """Writes a page with the test's data and returns its path."""
-        whole = {"note": "", "waypoints": [], "geocaches": [], "routes": [], "tracks": [], **data}
+        lists = ("areas", "places", "waypoints", "geocaches", "routes", "tracks")
+        whole = {"note": "", **{name: [] for name in lists}, **data}
         text = re.sub("[<>&]", lambda found: f"\\u{ord(found[0]):04x}", json.dumps(whole))
         head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)
         page = f"{cls.folder}/filled.html"
@@ -143,7 +144,7 @@ class PageTest(unittest.TestCase):
 
     def lengths(self):
         """The lengths in the table of tracks, in kilometres."""
-        return [float(text.removesuffix(" km")) for text in self.column("tracks", 6)]
+        return [float(text.removesuffix(" km")) for text in self.column("tracks", 8)]
 
     def count(self, selector):
         return self.browser.ask("document.querySelectorAll(arguments[0]).length", selector)
@@ -175,7 +176,7 @@ class PageTest(unittest.TestCase):
             self.assertTrue(self.is_shown(f"{card} .{part}"), part)
         tip, reading = self.text("#tip"), self.text(f"{card} .reading")
         self.assertRegex(tip, r"\d\.\d{5}° [NS], \d+\.\d{5}° [EW]")
-        timestamp = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d UTC", tip).group()
+        timestamp = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d (UTC|[A-Z].* time)", tip).group()
         elevation = re.search(r"[\d,]+ m\b", tip).group()
         self.assertIn(timestamp, reading)
         self.assertIn(elevation, reading)
@@ -218,7 +219,7 @@ class PageTest(unittest.TestCase):
         self.browser.settle()
         self.assert_marked(0)
         self.assertGreater(int(chart.get_attribute("aria-valuenow")), 0)
-        self.assertIn("UTC", chart.get_attribute("aria-valuetext"))
+        self.assertIn("Punta Arenas time", chart.get_attribute("aria-valuetext"))
 
     def test_page_keys_and_ends_move_the_mark_along_a_profile(self):
         self.browser.open(self.sample)
@@ -297,7 +298,7 @@ class PageTest(unittest.TestCase):
 
     def test_heading_sorts_in_both_directions_and_by_keyboard(self):
         self.browser.open(self.sample)
-        heading = self.browser.find("#table-tracks th:nth-child(6)")
+        heading = self.browser.find("#table-tracks th:nth-child(8)")
         heading.find_element("css selector", "button").click()
         lengths = self.lengths()
         self.assertEqual(lengths, sorted(lengths))
@@ -313,10 +314,29 @@ class PageTest(unittest.TestCase):
 
     def test_unknown_values_are_last_in_both_directions(self):
         self.browser.open(self.sample)
-        button = self.browser.find("#table-tracks th:nth-child(2) button")
+        button = self.browser.find("#table-tracks th:nth-child(3) button")
         for _ in range(2):
             button.click()
-            self.assertEqual(self.column("tracks", 2)[-1], "–")
+            self.assertEqual(self.column("tracks", 3)[-1], "–")
+
+    def test_times_are_those_of_the_place_until_the_reader_wants_utc(self):
+        self.browser.open(self.sample)
+        starts = {"Auckland time": "2010-01-17 09:40:07", "UTC": "2010-01-16 20:40:07"}
+        for zone in "Auckland time", "UTC", "Auckland time":
+            self.assertEqual(self.column("tracks", 3)[1], starts[zone])
+            self.assertEqual(self.column("tracks", 5)[1], zone)
+            self.assertIn(zone, self.text(".track:nth-child(2) .reading"))
+            self.browser.find("#clock").click()
+
+    def test_areas_have_the_names_of_places_and_the_map_has_towns(self):
+        self.browser.open(self.sample)
+        buttons = self.browser.ask("""Array.from(document.querySelectorAll("#areas button"),
+            (button) => button.textContent)""")
+        self.assertEqual(buttons[:3], ["Everything", "near Wanaka", "near Naters"])
+        self.assertIn("near Wanaka and 3 other areas", self.text("#summary"))
+        self.assertIn("near Wanaka", self.text(".track:nth-child(2) .reading"))
+        names = self.browser.ask("page.collection.places.map((place) => place.name)")
+        self.assertIn("Wanaka", names)
 
     def test_contrast_is_sufficient_in_every_state_and_theme(self):
         for theme in "light", "dark":
@@ -397,7 +417,7 @@ class PageTest(unittest.TestCase):
     def test_empty_items_and_single_points_are_shown(self):
         tracks = [raw_track("none", []), raw_track("one", [0, 0, 0, None])]
         self.browser.open(self.filled({"tracks": tracks, "routes": [raw_route("")]}))
-        self.assertEqual(self.column("tracks", 7), ["–", "–"])
+        self.assertEqual(self.column("tracks", 9), ["–", "–"])
         self.assertEqual(self.column("routes", 1), ["Unnamed route"])
         self.assertEqual(self.count(".track .no-profile"), 2)
 
@@ -484,7 +504,7 @@ class PageTest(unittest.TestCase):
 
     def test_a_hundred_thousand_points_are_drawn_with_few_lines(self):
         self.browser.open(self.imported(long_track()))
-        self.assertEqual(self.column("tracks", 9), ["100,000"])
+        self.assertEqual(self.column("tracks", 11), ["100,000"])
         self.assertLess(self.browser.ask("drawn.segments"), 60000)
         self.browser.move(*self.point(0, 50000))
         self.assert_marked(0)

@@ -22,19 +22,26 @@ test("only kinds that have items have tables", () => {
 test("a track's row has its figures", () => {
   const values = {
     name: "Day 1", first: 1717243200, last: 1717250400, moving: 3600, kilometres: 7.5, ascent: 310,
-    descent: 1205.4,
+    descent: 1205.4, place: "near Wanaka", zone: "Pacific/Auckland",
   };
   assert.deepEqual(firstRow({ tracks: [rawTrack([[0, 0], [0, 0]], values)] }), {
-    "Name": "Day 1", "From (UTC)": "2024-06-01 12:00:00", "To (UTC)": "2024-06-01 14:00:00",
+    "Name": "Day 1", "Where": "near Wanaka", "From": "2024-06-02 00:00:00", "To": "02:00:00",
+    "Time zone": "Auckland time",
     "Time span": "2 h 00 min", "Moving": "1 h 00 min", "Length": "7.50 km", "Ascent": "310 m",
     "Descent": "1,205 m", "Points": "2",
   });
 });
 
 test("a track without times and elevations has dashes", () => {
-  const { "From (UTC)": from, "Time span": span, Moving: moving, Ascent: ascent } =
+  const { "From": from, "To": to, "Time span": span, Moving: moving, Ascent: ascent } =
     firstRow({ tracks: [rawTrack([], { ascent: null })] });
-  assert.deepEqual([from, span, moving, ascent], ["–", "–", "–", "–"]);
+  assert.deepEqual([from, to, span, moving, ascent], ["–", "–", "–", "–", "–"]);
+});
+
+test("the end of a track has its day if it is not that of the start", () => {
+  const values = { first: 1717286399, last: 1717286400 }; // the last second of a day, and the next
+  const { "To": to } = firstRow({ tracks: [rawTrack([[0, 0]], values)] });
+  assert.equal(to, "2024-06-02 00:00:00");
 });
 
 test("a waypoint's row has its position and its texts", () => {

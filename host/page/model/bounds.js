@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Rectangles of the map, in degrees.
 
-import { isLine } from "./collection.js";
+import { isLine } from "./items.js";
 
 export const kWorld = { west: -180, east: 180, south: -90, north: 90 };
 

@@ -7,6 +7,7 @@
 // the kind "route point". Numbers that are not known are NaN, or null where they come from the data
 // unchanged.
 
+import { contains } from "./bounds.js";
 import { eastOfEdge, layOutLine, westernEdge } from "./dateLine.js";
 import { metresBetween } from "./geodesy.js";
 import { speedsOf } from "./speed.js";
@@ -19,16 +20,13 @@ export function unpackCollection(raw) {
     waypoints: raw.waypoints.map((point) => unpackPoint(point, "waypoint")),
     geocaches: raw.geocaches.map((point) => unpackPoint(point, "geocache")),
   };
-  layOut(collection);
+  const edge = layOut(collection);
+  collection.areas = raw.areas.map((area) => unpackArea(area, edge));
+  collection.places = raw.places.map((place) => unpackPlace(place, edge));
+  for (const item of [...collection.waypoints, ...collection.geocaches,
+    ...collection.routes.flatMap((route) => route.points)])
+    item.zone = zoneAt(collection.areas, item);
   return collection;
-}
-
-export function allItems({ tracks, routes, waypoints, geocaches }) {
-  return [...tracks, ...routes, ...waypoints, ...geocaches];
-}
-
-export function isLine(item) {
-  return item.kind === "track" || item.kind === "route";
 }
 
 function emptyLine(count) {
@@ -42,10 +40,10 @@ function emptyLine(count) {
 }
 
 function unpackTrack(raw, index) {
-  const { kilometres, first, last, ascent, descent, moving } = raw;
+  const { kilometres, first, last, ascent, descent, moving, place, zone } = raw;
   const track = {
     kind: "track", index, name: raw.name || "Unnamed track", isShown: true,
-    kilometres, first, last, ascent, descent, moving,
+    kilometres, first, last, ascent, descent, moving, place, zone,
     ...emptyLine(raw.points.length / 4),
   };
   track.elevation = new Float64Array(track.count); // metres
@@ -96,7 +94,23 @@ function unpackRoute(raw, index) {
   return route;
 }
 
-// Gives every point its `x` on the map.
+// A part of the world with points: where it is in words, its time zone and its bounds on the map.
+function unpackArea({ place, zone, bounds }, edge) {
+  const [west, south, east, north] = bounds.map((millionths) => millionths / 1e6);
+  const x = eastOfEdge(edge, west);
+  return { place, zone, bounds: { west: x, east: x + east - west, south, north } };
+}
+
+function unpackPlace({ name, at: [latitude, longitude] }, edge) {
+  return { name, latitude: latitude / 1e6, x: eastOfEdge(edge, longitude / 1e6) };
+}
+
+// The time zone of a point; empty, which stands for UTC, if it is not in an area that is known.
+function zoneAt(areas, { x, latitude }) {
+  return areas.find(({ bounds }) => contains(bounds, x, latitude))?.zone ?? "";
+}
+
+// Gives every point its `x` on the map, and returns the longitude at which the map starts.
 function layOut({ tracks, routes, waypoints, geocaches }) {
   const lines = [...tracks, ...routes];
   const points = [...waypoints, ...geocaches];
@@ -108,4 +122,5 @@ function layOut({ tracks, routes, waypoints, geocaches }) {
     point.x = eastOfEdge(edge, point.longitude);
   for (const route of routes)
     route.points.forEach((point, i) => { point.x = route.x[i]; });
+  return edge;
 }

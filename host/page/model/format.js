@@ -29,17 +29,6 @@ export function speedText(metresPerSecond) {
   return isKnown(metresPerSecond) ? `${formatNumber(metresPerSecond * 3.6, 1)} km/h` : kDash;
 }
 
-// Seconds since 1970 as date and time of day, both UTC.
-export function dateTimeText(seconds) {
-  if (!isKnown(seconds))
-    return kDash;
-  return new Date(seconds * 1000).toISOString().slice(0, 19).replace("T", " ");
-}
-
-export function dateText(seconds) {
-  return isKnown(seconds) ? dateTimeText(seconds).slice(0, 10) : kDash;
-}
-
 export function durationText(seconds) {
   if (!isKnown(seconds))
     return kDash;

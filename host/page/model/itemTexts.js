@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What the page says about an item or the whole collection.
 
+import { dateText, dateTimeText, zoneText } from "./clock.js";
 import {
-  dateText, dateTimeText, formatNumber, isKnown, kilometresText, metresText, positionText,
+  formatNumber, isKnown, kilometresText, metresText, positionText,
   speedText,
 } from "./format.js";
 
@@ -11,31 +12,35 @@ const kTitle = "Tracks and places";
 // The lines under the name of what is marked on the map.
 export function tipLines(item, index) {
   if (item.kind !== "track") {
-    return [positionText(item.latitude, item.longitude), ...textIfKnown(item.time, utcText),
+    return [positionText(item.latitude, item.longitude), ...timeIfKnown(item.time, item.zone),
       ...textIfKnown(item.elevation, metresText), item.comment].filter(Boolean);
   }
   const elevation = item.elevation[index];
   return [positionText(item.latitude[index], item.longitude[index]),
-    isKnown(item.time[index]) ? utcText(item.time[index]) : "no time",
+    timeIfKnown(item.time[index], item.zone)[0] ?? "no time",
     [isKnown(elevation) ? metresText(elevation) : "no elevation",
       ...textIfKnown(item.speed[index], speedText)].join(" · ")];
 }
 
 // The line under a track's profile for one of its points.
 export function readingText(track, index) {
-  return [...textIfKnown(track.time[index], utcText), kilometresText(track.distance[index] / 1000),
+  return [...timeIfKnown(track.time[index], track.zone),
+    kilometresText(track.distance[index] / 1000),
     ...textIfKnown(track.elevation[index], metresText),
     ...textIfKnown(track.speed[index], speedText)].join(" · ");
 }
 
-// The line under a track's profile when no point is marked: from when to when. The day is not
-// repeated.
-export function timeSpanText(track) {
-  if (!isKnown(track.first))
-    return track.count === 0 ? "no points" : "no times";
-  const from = dateTimeText(track.first), to = dateTimeText(track.last);
-  const isSameDay = dateText(track.first) === dateText(track.last);
-  return `${from} – ${isSameDay ? to.slice(11) : to} UTC`;
+// The line under a track's profile when no point is marked: where it is, and from when to when. The
+// day is not repeated.
+export function timeSpanText({ first, last, zone, count, place }) {
+  return [place, isKnown(first) ? spanText(first, last, zone) : count === 0 ? "no points" :
+    "no times"].filter(Boolean).join(" · ");
+}
+
+function spanText(first, last, zone) {
+  const from = dateTimeText(first, zone), to = dateTimeText(last, zone);
+  const isSameDay = from.slice(0, 10) === to.slice(0, 10);
+  return `${from} – ${isSameDay ? to.slice(11) : to} ${zoneText(zone)}`;
 }
 
 // The page's title: with the first and the last day of all tracks.
@@ -44,16 +49,24 @@ export function titleText({ tracks }) {
 }
 
 // The line under the heading.
-export function summaryText({ tracks, routes, waypoints, geocaches }) {
+export function summaryText({ tracks, routes, waypoints, geocaches, areas }) {
   const length = tracks.reduce((sum, track) => sum + track.kilometres, 0);
   return [countText(tracks.length, "track"), tracks.length > 0 ? kilometresText(length) : "",
     countText(routes.length, "route"), countText(waypoints.length, "waypoint"),
-    countText(geocaches.length, "geocache"), daysOf(tracks).join(" to ")]
+    countText(geocaches.length, "geocache"), placesText(areas), daysOf(tracks).join(" to ")]
     .filter(Boolean).join(" · ");
 }
 
-function utcText(seconds) {
-  return `${dateTimeText(seconds)} UTC`;
+// Where the first area is, and how many others there are.
+function placesText(areas) {
+  if (!areas[0]?.place)
+    return "";
+  const others = countText(areas.length - 1, "other area");
+  return others ? `${areas[0].place} and ${others}` : areas[0].place;
+}
+
+function timeIfKnown(seconds, zone) {
+  return isKnown(seconds) ? [`${dateTimeText(seconds, zone)} ${zoneText(zone)}`] : [];
 }
 
 function textIfKnown(value, text) {
@@ -69,7 +82,7 @@ function daysOf(tracks) {
   const timed = tracks.filter((track) => isKnown(track.first));
   if (timed.length === 0)
     return [];
-  const first = timed.reduce((time, track) => Math.min(time, track.first), Infinity);
-  const last = timed.reduce((time, track) => Math.max(time, track.last), -Infinity);
-  return [...new Set([dateText(first), dateText(last)])];
+  const first = timed.reduce((a, b) => b.first < a.first ? b : a);
+  const last = timed.reduce((a, b) => b.last > a.last ? b : a);
+  return [...new Set([dateText(first.first, first.zone), dateText(last.last, last.zone)])];
 }

@@ -5,8 +5,9 @@
 // value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), and
 // a name shows its item on the map (`isName`).
 
+import { dateTimeText, zoneText } from "./clock.js";
 import {
-  dateTimeText, durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
+  durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
   metresText,
 } from "./format.js";
 
@@ -29,7 +30,7 @@ function numberColumn(title, value, text) {
 }
 
 function timeColumn(title, value) {
-  return { title, value, text: (item) => dateTimeText(value(item)) };
+  return { title, value, text: (item) => dateTimeText(value(item), item.zone) };
 }
 
 const nameColumn = textColumn("Name", "name", { isName: true });
@@ -45,8 +46,10 @@ const positionColumns = [
 
 const trackColumns = [
   nameColumn,
-  timeColumn("From (UTC)", (track) => track.first),
-  timeColumn("To (UTC)", (track) => track.last),
+  textColumn("Where", "place"),
+  timeColumn("From", (track) => track.first),
+  { title: "To", value: (track) => track.last, text: endText },
+  { title: "Time zone", value: (track) => isKnown(track.first) ? zoneText(track.zone) : "" },
   numberColumn("Time span", timeSpan, durationText),
   numberColumn("Moving", (track) => track.moving, durationText),
   lengthColumn,
@@ -73,6 +76,13 @@ const geocacheColumns = [
   textColumn("Hint", "hint", { isLong: true }),
   commentColumn,
 ];
+
+// Without the day, unless it is another one than that of the start.
+function endText({ first, last, zone }) {
+  const text = dateTimeText(last, zone);
+  return text.slice(0, 10) === dateTimeText(first, zone).slice(0, 10) ? text.slice(11) || text :
+    text;
+}
 
 function timeSpan(track) {
   return isKnown(track.first) ? track.last - track.first : null;

@@ -22,6 +22,12 @@ export class TrackCards {
     return this.cards[track.index];
   }
 
+  // After the reader has chosen another clock.
+  showTimes() {
+    for (const card of this.cards)
+      card.hideReading();
+  }
+
   // For paper, on which nothing comes into view.
   drawAllCharts() {
     for (const card of this.cards)

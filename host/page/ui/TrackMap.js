@@ -10,6 +10,7 @@ import { traceLine, VisiblePoints } from "../model/visibleLines.js";
 import { byId, themeColour } from "./dom.js";
 
 const kFonts = {
+  place: "11px system-ui, sans-serif",
   graticule: "11px system-ui, sans-serif",
   point: "12px system-ui, sans-serif",
   route: "italic 12px system-ui, sans-serif",
@@ -93,11 +94,12 @@ export class TrackMap {
     context.fillRect(0, 0, view.width, view.height);
     context.lineJoin = context.lineCap = "round";
     this.drawGraticule_();
+    const townLabels = this.drawTowns_();
     const { routes, waypoints, geocaches } = this.shownItems_();
     const routeLabels = this.drawRoutes_(routes);
     const trackLabels = this.drawTracks_();
     const pointLabels = this.drawPoints_(waypoints, geocaches);
-    this.drawLabels_([...trackLabels, ...pointLabels, ...routeLabels]);
+    this.drawLabels_([...trackLabels, ...pointLabels, ...routeLabels, ...townLabels]);
     this.showScaleBar_();
     this.onDraw();
   }
@@ -129,6 +131,14 @@ export class TrackMap {
     context.textAlign = "left";
     for (const { text, px, py } of labels)
       context.fillText(text, px, py);
+  }
+
+  // Towns, for orientation. Their names come last, where there is room.
+  drawTowns_() {
+    const { places } = this.collection_;
+    for (const { x, latitude } of places)
+      this.drawDot_(x, latitude, 2.5, this.colours_.soft);
+    return places.map((place) => ({ ...place, colour: this.colours_.soft, font: kFonts.place }));
   }
 
   drawRoutes_(routes) {

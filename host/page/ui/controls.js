@@ -2,16 +2,14 @@
 // The controls above and below the map: buttons that go to a part of the world, and switches for
 // routes, waypoints and geocaches.
 
+import { clock } from "../model/clock.js";
 import { formatNumber, positionText } from "../model/format.js";
 import { byId, element } from "./dom.js";
-
-const kMaxAreas = 7;
 
 // Shows a button for everything and one for each of the largest areas, unless there is just one.
 // Calls `onGo(bounds)`. Returns the areas that have a button, as `{ title, bounds }`.
 export function showAreaButtons(areas, wholeBounds, onGo) {
-  const shown = areas.slice(0, kMaxAreas)
-    .map(({ bounds }) => ({ title: middleText(bounds), bounds }));
+  const shown = areas.map(({ place, bounds }) => ({ title: place || middleText(bounds), bounds }));
   if (areas.length < 2)
     return shown;
   const list = byId("areas");
@@ -28,6 +26,17 @@ export function showAreaButtons(areas, wholeBounds, onGo) {
   add("Everything", wholeBounds, false);
   shown.forEach(({ title, bounds }, i) => add(title, bounds, i === 0));
   return shown;
+}
+
+// Calls `onSwitch()` when the reader has switched between the time of the place and UTC.
+export function showClockButton(onSwitch) {
+  const button = byId("clock");
+  button.hidden = false;
+  button.addEventListener("click", () => {
+    clock.isUtc = !clock.isUtc;
+    button.setAttribute("aria-pressed", clock.isUtc);
+    onSwitch();
+  });
 }
 
 function middleText({ west, east, south, north }) {

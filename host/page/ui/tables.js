@@ -10,8 +10,8 @@ const kLongWord = /\S{24}/; // only such a word is broken on paper
 
 // `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`.
 export function showTables(tables, onShow) {
-  for (const { title, columns, items } of tables)
-    byId("tables").append(makeSection(title, items.length, makeTable(columns, items, onShow)));
+  byId("tables").replaceChildren(...tables.map(({ title, columns, items }) =>
+    makeSection(title, items.length, makeTable(columns, items, onShow))));
 }
 
 function makeSection(title, count, table) {

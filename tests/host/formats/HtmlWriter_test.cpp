@@ -58,8 +58,10 @@ std::size_t count(std::string_view text, std::string_view part)
 
 TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
 {
-    EXPECT_EQ(pageDataOf({}),
-              Json::parse(R"({"note":"","waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+    EXPECT_EQ(
+        pageDataOf({}),
+        Json::parse(
+            R"({"note":"","areas":[],"places":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
@@ -68,7 +70,7 @@ TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
     EXPECT_THAT(page, testing::StartsWith("<!DOCTYPE html>"));
     EXPECT_THAT(page, testing::EndsWith("</html>\n"));
     EXPECT_THAT(page, HasSubstr("default-src 'none'; script-src 'sha256-"));
-    for (const char* elsewhere : {"unsafe-", "{{", "}}\"", "src=", "href=", "url(", "@import"})
+    for (const char* elsewhere : {"unsafe-", "{{", "}}\"", "src=", "<link", "url(", "@import"})
         EXPECT_THAT(page, Not(HasSubstr(elsewhere))) << elsewhere;
     // A hash has 32 bytes: 43 digits of Base64 and a padding.
     EXPECT_THAT(
@@ -85,7 +87,7 @@ TEST(HtmlWriter, TrackHasDifferencesOfPointsAndFigures)
                     trackPoint({46.5, -7.25, 490, 1717236120, 0})})["tracks"],
         Json::parse(
             R"([{"name":"Day 1","points":[46500000,-7250000,5000,1717236000, 1000,0,50,60, -1000,0,-150,60],
-                               "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120}])"));
+                               "kilometres":0.222,"first":1717236000,"last":1717236120,"ascent":5.04,"descent":15.04,"moving":120,"place":"259 km south-west of Plogoff","zone":"Europe/Paris"}])"));
 }
 
 TEST(HtmlWriter, UnknownValueIsNullAndDoesNotChangeItsColumn)
