@@ -45,6 +45,19 @@ void OperationMonitor::addUnseen(gps::UnseenPath unseen)
     account_.unseen.push_back(std::move(unseen));
 }
 
+void OperationMonitor::describe(const std::string& location, gps::DeviceDescription description)
+{
+    const std::lock_guard lock{mutex_};
+    describedLocation_ = location;
+    description_ = std::move(description);
+}
+
+gps::DeviceDescription OperationMonitor::descriptionOf(const std::string& location) const
+{
+    const std::lock_guard lock{mutex_};
+    return location == describedLocation_ ? description_ : gps::DeviceDescription{};
+}
+
 void OperationMonitor::publish(gps::TransferAccount account) noexcept
 {
     const std::lock_guard lock{mutex_};

@@ -5,10 +5,12 @@
 
 #pragma once
 
+#include <gps/GPSDeviceDescription.h>
 #include <gps/GPSTransferAccount.h>
 
 #include <atomic>
 #include <mutex>
+#include <string>
 
 namespace magellan {
 
@@ -34,6 +36,10 @@ public:
     /// Records what could not be seen before the operation's worker runs. [host thread]
     void addUnseen(gps::UnseenPath unseen);
 
+    /// Records what a device has said about itself. It is kept until the next device does. [worker]
+    void describe(const std::string& location, gps::DeviceDescription description);
+    [[nodiscard]] gps::DeviceDescription descriptionOf(const std::string& location) const;
+
     void publish(gps::TransferAccount account) noexcept;
     [[nodiscard]] gps::TransferAccount account() const;
 
@@ -43,7 +49,9 @@ private:
     std::atomic<bool> stop_ = false;
     std::atomic<gps::LineVoice> voice_ = gps::LineVoice::kNothing;
     mutable std::mutex mutex_;
-    gps::TransferAccount account_; // guarded by mutex_
+    gps::TransferAccount account_;       // guarded by mutex_
+    std::string describedLocation_;      // guarded by mutex_
+    gps::DeviceDescription description_; // guarded by mutex_
 };
 
 } // namespace magellan

@@ -123,6 +123,12 @@ std::vector<Candidate> searchForReceivers()
     return candidates;
 }
 
+std::optional<std::string> textUnder(const gps::Dictionary& unit, const char* key)
+{
+    const auto* const text = unit.findString(key);
+    return text != nullptr && !text->empty() ? std::optional{*text} : std::nullopt;
+}
+
 bool isAuthorized(const gps::Dictionary& record)
 {
     const auto* authorized = record.find("authorized");
@@ -151,6 +157,15 @@ std::vector<gps::SearchedLocation> MagellanGPSPlugin::searchedLocations() const
     for (auto& candidate : searchForReceivers())
         locations.push_back(std::move(candidate.searched));
     return locations;
+}
+
+gps::DeviceDescription MagellanGPSPlugin::deviceDescription(const std::string& location) const
+{
+    const gps::AuthorizedPath access{location};
+    gps::Dictionary unit;
+    if (readMagellanUnitIDFromPath(location, unit))
+        return {};
+    return {textUnder(unit, "Unit Type"), textUnder(unit, "Software Version")};
 }
 
 /// Fills the pop-up, which is visible only if there are two devices to choose from.

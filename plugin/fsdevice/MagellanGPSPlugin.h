@@ -10,6 +10,7 @@
 #include "../common/OperationMonitor.h"
 
 #include <gps/Error.h>
+#include <gps/GPSDeviceDescription.h>
 #include <gps/GPSDeviceSearch.h>
 #include <gps/GPSPlugInProtocol.h>
 #include <gps/GPSSessionControl.h>
@@ -34,6 +35,7 @@ class PlannedTexts;
 inline constexpr char kPlugInClass[] = "GPSPlugIn";
 
 class MagellanGPSPlugin : public gps::GPSPlugInProtocol,
+                          public gps::GPSDeviceDescription,
                           public gps::GPSDeviceSearch,
                           public gps::GPSTransferAccount,
                           public gps::GPSSessionControl,
@@ -89,6 +91,10 @@ public:
 
     /// Returns every mounted volume and test folder and why it is a device or not.
     [[nodiscard]] std::vector<gps::SearchedLocation> searchedLocations() const override;
+
+    /// Reads the unit file of a volume.
+    [[nodiscard]] gps::DeviceDescription
+    deviceDescription(const std::string& location) const override;
 
     [[nodiscard]] const gps::Array& fsDeviceList() const noexcept { return fsDeviceList_; }
     void setFsDeviceList(gps::Array records) { fsDeviceList_ = std::move(records); }

@@ -97,6 +97,8 @@ std::optional<gps::Error> DownloadSession::run()
 void DownloadSession::downloadFromReceiver()
 {
     const auto reply = probe();
+    if (reply)
+        keepVersion(*reply);
     handshake(reply);
     switchTransferOn();
     speedUp();
@@ -136,6 +138,23 @@ std::optional<std::string> DownloadSession::probe()
         }
     }
     return std::nullopt;
+}
+
+/// Keeps what the receiver's version sentence says: "PMGNVER", a number of its type, its firmware,
+/// and its name.
+void DownloadSession::keepVersion(const std::string& reply)
+{
+    constexpr std::size_t kFirmware = 2;
+    constexpr std::size_t kModel = 3;
+    const auto fields = SentenceFields::ofBody(reply, "PMGNVER");
+    if (!fields)
+        return;
+    const auto field = [&fields](std::size_t index) {
+        return index < fields->count() && !fields->at(index).empty()
+                   ? std::optional{std::string{fields->at(index)}}
+                   : std::nullopt;
+    };
+    monitor_.describe(*work_.findString("location"), {field(kModel), field(kFirmware)});
 }
 
 /// A receiver that acknowledges the question has its handshaking on, and its version is still to

@@ -58,6 +58,11 @@ std::vector<gps::SearchedLocation> MagellanSerialGPSPlugin::searchedLocations() 
     return locations;
 }
 
+gps::DeviceDescription MagellanSerialGPSPlugin::deviceDescription(const std::string& location) const
+{
+    return monitor().descriptionOf(location);
+}
+
 void MagellanSerialGPSPlugin::setSerialPort(std::optional<gps::Dictionary> record)
 {
     serialPort_ = std::move(record);

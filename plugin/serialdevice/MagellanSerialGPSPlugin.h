@@ -61,6 +61,10 @@ public:
     /// connected.
     [[nodiscard]] std::vector<gps::SearchedLocation> searchedLocations() const override;
 
+    /// Returns what the receiver on that port has answered to the last download.
+    [[nodiscard]] gps::DeviceDescription
+    deviceDescription(const std::string& location) const override;
+
     [[nodiscard]] const gps::Array& serialPortList() const noexcept { return serialPortList_; }
     void setSerialPortList(gps::Array records) { serialPortList_ = std::move(records); }
 

@@ -91,6 +91,23 @@ TEST_F(DeviceSearchTest, UnitFileThatIsNotTextIsAcceptedWithTheReason)
     EXPECT_THAT(searched.reason, HasSubstr("cannot be read as text"));
 }
 
+TEST_F(DeviceSearchTest, ModelAndFirmwareAreThoseOfTheUnitFile)
+{
+    receiver_.put("USBTRANS/UNIT_ID.DAT",
+                  {"Serial Number=1", "Unit Type=Handheld", "Software Version=2.35"});
+    const auto description = driver_->deviceDescription(receiver_.path());
+    EXPECT_EQ(description.model, "Handheld");
+    EXPECT_EQ(description.firmware, "2.35");
+}
+
+TEST_F(DeviceSearchTest, ModelAndFirmwareThatAReceiverDoesNotNameAreMissing)
+{
+    receiver_.put("USBTRANS/UNIT_ID.DAT", {"Serial Number=1", "Unit Type="});
+    EXPECT_EQ(driver_->deviceDescription(receiver_.path()).model, std::nullopt);
+    EXPECT_EQ(driver_->deviceDescription(receiver_.path()).firmware, std::nullopt);
+    EXPECT_EQ(driver_->deviceDescription("/nowhere").model, std::nullopt);
+}
+
 TEST_F(DeviceSearchTest, SearchChangesNeitherTheListNorTheSelection)
 {
     receiver_.unitFile("1");

@@ -144,6 +144,30 @@ TEST_F(Session, WithoutOptionsHasNoTransfers)
                                         "PMGNCMD,BAUD,4800"));
 }
 
+TEST_F(Session, RemembersTheModelAndFirmwareOfTheReceiverOnThatPort)
+{
+    receiverHas({});
+    run({});
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, "Sport");
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").firmware, "4.05");
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB1").model, std::nullopt);
+}
+
+TEST_F(Session, VersionWithoutModelAndFirmwareOrAnotherAnswerDescribesNothing)
+{
+    for (const std::string answer : {"PMGNVER,017,,", "PMGNVER,017", "PMGNVER", "PMGNCSM,28"}) {
+        support::MemoryLine other{done};
+        receiverHas({}, {}, {}, other);
+        other.answers("PMGNCMD,VERSION", {answer});
+        OperationAccount keeper{monitor};
+        work = {{"location", "/dev/ttyUSB0"}};
+        error = DownloadSession{other, status, work, monitor, keeper}.run();
+        EXPECT_EQ(error, std::nullopt) << answer;
+        EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, std::nullopt) << answer;
+        EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").firmware, std::nullopt) << answer;
+    }
+}
+
 TEST_F(Session, ReadsAndDropsALineIfHandshakingIsAlreadyOn)
 {
     receiverHas({});
