@@ -181,7 +181,10 @@ bool selectByItself(const gps::GPSPlugInProtocol& driver)
     if (!driver.isReady() || !driver.needsSerialRefresh())
         return driver.isReady();
     const auto ports = devicesOf(driver);
-    const auto port = std::find_if(ports.begin(), ports.end(), isPortToTry);
+    auto port = std::find_if(ports.begin(), ports.end(),
+                             [](const Device& listed) { return listed.isKnownReceiver; });
+    if (port == ports.end())
+        port = std::find_if(ports.begin(), ports.end(), isPortToTry);
     auto* const menu = deviceMenu(driver);
     if (port == ports.end() || menu == nullptr)
         return false;
@@ -228,6 +231,8 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
         if (const auto* authorized = record->find("authorized"))
             device.authorized = authorized->boolReading();
         device.isOnUsb = record->contains("vendorID");
+        const auto* receiver = record->find("receiver");
+        device.isKnownReceiver = receiver != nullptr && receiver->boolReading();
     }
     return devices;
 }

@@ -31,7 +31,8 @@ struct Device {
     std::string location;
     std::optional<std::string> name;
     std::optional<bool> authorized;
-    bool isOnUsb = false; ///< a serial port that is a USB adapter
+    bool isOnUsb = false;         ///< a serial port that is a USB adapter
+    bool isKnownReceiver = false; ///< a serial port that a rule of udev ties to a receiver
     bool isSelected = false;
 };
 
@@ -64,10 +65,10 @@ void prepareDrivers(const DeviceRequest& request);
 
 /// Chooses a driver and selects the requested device in it.
 ///
-/// Without a request this is the first driver that is ready; one for serial ports only if a port is
-/// a USB adapter or is in the user's stored list of ports. A requested folder that no driver lists
-/// is added to the test folders once. A driver requested by name is chosen even if it is not ready,
-/// so that the operation reports the driver's own error.
+/// Without a request this is the first driver that is ready; one for serial ports only if a rule of
+/// udev ties a port to a receiver, a port is a USB adapter, or it is in the user's stored list. A
+/// requested folder that no driver lists is added to the test folders once. A driver requested by
+/// name is chosen even if it is not ready, so that the operation reports the driver's own error.
 /// @param chosen  out: unchanged after a failure
 /// @return        why there is nothing to work on, with the alternatives
 [[nodiscard]] std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,

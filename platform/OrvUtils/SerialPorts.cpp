@@ -33,6 +33,15 @@ Dictionary recordOf(const std::string& path, std::string name)
     return {{"location", path}, {"name", std::move(name)}};
 }
 
+/// A rule of udev can tie a port to the receiver that is always connected to it.
+Dictionary recordOf(udev_device* terminal, const std::string& path, std::string name)
+{
+    auto record = recordOf(path, std::move(name));
+    if (textOf(udev_device_get_property_value(terminal, kReceiverProperty)) == "1")
+        record.set("receiver", true);
+    return record;
+}
+
 /// The kernel also creates terminals for consoles, which have no device, and for ports that a board
 /// might have: a port of type 0 has no chip, and a port without a driver above it is not in use.
 bool hasHardware(udev_device* terminal)
@@ -58,12 +67,12 @@ Port portOf(udev_device* terminal)
     udev_device* const usb =
         udev_device_get_parent_with_subsystem_devtype(terminal, "usb", "usb_device");
     if (usb == nullptr)
-        return {false, recordOf(path, path)};
+        return {false, recordOf(terminal, path, path)};
     const auto attribute = [usb](const char* name) {
         return textOf(udev_device_get_sysattr_value(usb, name));
     };
     const std::string product{attribute("product")};
-    auto record = recordOf(path, product.empty() ? path : product + " (" + path + ")");
+    auto record = recordOf(terminal, path, product.empty() ? path : product + " (" + path + ")");
     setHexadecimal(record, "vendorID", attribute("idVendor"));
     setHexadecimal(record, "productID", attribute("idProduct"));
     if (const auto serial = attribute("serial"); !serial.empty())

@@ -107,6 +107,21 @@ TEST_F(SerialChoice, SelectedUsbAdapterStaysSelected)
     EXPECT_EQ(serial_->picked, std::nullopt);
 }
 
+TEST_F(SerialChoice, PortThatIsTiedToAReceiverIsTriedBeforeAUsbAdapter)
+{
+    serial_->devices[0].as<gps::Dictionary>()->set("vendorID", std::int32_t{0x067b});
+    serial_->devices[1].as<gps::Dictionary>()->set("receiver", true);
+    EXPECT_FALSE(chooseDevice(drivers_, {}, chosen_));
+    EXPECT_EQ(chosen_.driver, serial_);
+    EXPECT_EQ(serial_->picked, 1U);
+}
+
+TEST_F(SerialChoice, PortThatIsTiedToNoReceiverIsNotTried)
+{
+    serial_->devices[1].as<gps::Dictionary>()->set("receiver", false);
+    EXPECT_THAT(refusalOf({}), HasSubstr("No receiver is mounted"));
+}
+
 TEST_F(SerialChoice, StoredPortIsTried)
 {
     host::addSerialPort("/dev/ttyS1");

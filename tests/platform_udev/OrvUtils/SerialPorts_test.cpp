@@ -103,6 +103,16 @@ TEST_F(SerialPortsTest, APortOfTheBoardIsNamedByItsPath)
     EXPECT_TRUE(getSerialPorts() == expected);
 }
 
+TEST_F(SerialPortsTest, APortThatARuleTiesToAReceiverIsMarked)
+{
+    testbed_.add(terminal(kBoard, "ttyS0", "A: type=4\\n\nE: ID_GPS_RECEIVER=1\n"));
+    testbed_.add(terminal(kBoard, "ttyS1", "A: type=4\\n\nE: ID_GPS_RECEIVER=0\n"));
+    const Array expected{
+        Dictionary{{"location", "/dev/ttyS0"}, {"name", "/dev/ttyS0"}, {"receiver", true}},
+        Dictionary{{"location", "/dev/ttyS1"}, {"name", "/dev/ttyS1"}}};
+    EXPECT_TRUE(getSerialPorts() == expected);
+}
+
 TEST_F(SerialPortsTest, APortWithoutHardwareIsNotListed)
 {
     testbed_.add("P: /devices/platform/idle\nE: SUBSYSTEM=platform\n");
