@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
+#include "host/bundle/Disk.h"
 
 #include <gps/Characters.h>
 #include <gps/GPSDeviceSearch.h>
@@ -15,6 +16,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace host {
 namespace {
@@ -25,6 +27,7 @@ struct Search {
     std::vector<gps::SearchedLocation> examined;
     std::size_t skipped = 0;
     std::vector<std::string> ports;
+    std::vector<std::string> unmounted; // disks
 };
 
 Search searchOf(const std::vector<Driver>& drivers)
@@ -66,6 +69,8 @@ std::string lookedAt(const Search& search)
     if (search.skipped > 0)
         parts.push_back(fmt::format("{} {} that cannot be a receiver", search.skipped,
                                     search.skipped == 1 ? "volume" : "volumes"));
+    for (const auto& disk : search.unmounted)
+        parts.push_back(fmt::format("{} (a disk that is not mounted)", disk));
     if (!search.ports.empty())
         parts.push_back(fmt::format("{} (serial {}, asked only on request)",
                                     joined(search.ports, ", "),
@@ -77,20 +82,25 @@ std::string lookedAt(const Search& search)
 
 gps::Error noReceiverError(const std::vector<Driver>& drivers)
 {
-    const auto search = searchOf(drivers);
+    auto search = searchOf(drivers);
+    for (auto& disk : unmountedDisks())
+        search.unmounted.push_back(std::move(disk.node));
     for (const auto& searched : search.examined) {
         if (!searched.advice.empty())
             return hostError(searched.reason, searched.advice, searched.location);
     }
     const auto places = lookedAt(search);
+    const auto disk = search.unmounted.empty() ? std::string{}
+                                               : fmt::format(", {}mount the disk with --mount",
+                                                             search.ports.empty() ? "or " : "");
     const auto port = search.ports.empty() ? std::string{}
                                            : fmt::format(", or name a serial port with --device {}",
                                                          search.ports.front());
     return hostError(
         places.empty() ? "No receiver is mounted" : "No receiver is mounted. Looked at: " + places,
-        fmt::format("Connect a receiver and wait until it is mounted{}; \"magellangps devices "
+        fmt::format("Connect a receiver and wait until it is mounted{}{}; \"magellangps devices "
                     "--explain\" shows more",
-                    port));
+                    disk, port));
 }
 
 std::optional<gps::Error> explainFolder(const std::vector<Driver>& drivers,

@@ -63,19 +63,50 @@ bool isDisk(const std::string& location)
     return fs::is_block_file(location, ignored);
 }
 
+std::string nodeToMount(const std::string& disk)
+{
+    return nodesOf(disk).front();
+}
+
+std::optional<std::string> mountedFolderOf(const std::string& disk)
+{
+    for (const auto& node : nodesOf(disk)) {
+        if (auto folder = mountPointOf(node))
+            return folder;
+    }
+    return std::nullopt;
+}
+
 gps::Error explainDisk(const std::string& disk)
 {
-    const auto nodes = nodesOf(disk);
-    for (const auto& node : nodes) {
-        if (const auto folder = mountPointOf(node))
-            return hostError("This is a disk, and a device is the folder where it is mounted",
-                             fmt::format("Name it with --device '{}'", *folder), disk);
-    }
+    if (const auto folder = mountedFolderOf(disk))
+        return hostError("This is a disk, and a device is the folder where it is mounted",
+                         fmt::format("Name it with --device '{}'", *folder), disk);
     return hostError("This is a disk that is not mounted",
-                     fmt::format("Mount it with \"udisksctl mount -b {}\", and run the command "
-                                 "again without --device",
-                                 nodes.front()),
+                     fmt::format("Mount it with --mount, or with \"{}\" and run the command again "
+                                 "without --device",
+                                 mountCommand(nodeToMount(disk))),
                      disk);
+}
+
+// Receivers mount as the disks of cameras do.
+bool mayBeReceiver(const gps::RemovableDisk& disk)
+{
+    return disk.fileSystem == "vfat" || disk.fileSystem == "exfat" || disk.fileSystem == "msdos";
+}
+
+std::vector<gps::RemovableDisk> unmountedDisks()
+{
+    auto disks = gps::removableDisks();
+    std::erase_if(disks, [](const gps::RemovableDisk& disk) {
+        return !disk.folders.empty() || !mayBeReceiver(disk);
+    });
+    return disks;
+}
+
+std::string mountCommand(const std::string& node)
+{
+    return "udisksctl mount -b " + node;
 }
 
 } // namespace host

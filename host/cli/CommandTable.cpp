@@ -131,6 +131,17 @@ CLI::Option* CommandTable::addDeviceOption(CLI::App& command, std::optional<std:
         ->type_name("LOCATION");
 }
 
+// Returns --mount and --eject.
+std::vector<const CLI::Option*> CommandTable::addDiskOptions(CLI::App& command, DiskOptions& disk)
+{
+    return {command.add_flag("--mount", disk.mount,
+                             "If the receiver's disk is not mounted, mount it, and unmount it "
+                             "afterwards"),
+            command.add_flag("--eject", disk.eject,
+                             "When everything is done, unmount the receiver's disk and switch the "
+                             "receiver off, so that it can be unplugged")};
+}
+
 void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
 {
     command
@@ -228,6 +239,8 @@ void CommandTable::addAcquire()
                         "card or a copy of it; not with --no-...")
             ->type_name("DIR");
     exclude(device, card);
+    for (const auto* const option : addDiskOptions(command, options.disk))
+        exclude(card, option);
     for (const auto* const kind : {"--no-waypoints", "--no-routes", "--no-tracks"})
         exclude(card, command.get_option(kind));
 }
@@ -266,6 +279,8 @@ void CommandTable::addOpen()
                         "receivers in and below it")
             ->type_name("FILE");
     exclude(device, files);
+    for (const auto* const option : addDiskOptions(command, options.disk))
+        exclude(files, option);
 }
 
 CLI::Option* CommandTable::addBackupOptions(CLI::App& command, std::optional<std::string>& folder,
@@ -306,7 +321,9 @@ void CommandTable::addSend()
     const auto* const noBackup = command.add_flag_callback(
         "--no-backup", [&options] { options.backup = false; },
         "Do not back up the device's data folders before sending");
-    command.add_flag("--dry-run", options.dryRun, "Show what would be sent, and change nothing");
+    const auto* const dryRun = command.add_flag("--dry-run", options.dryRun,
+                                                "Show what would be sent, and change nothing");
+    exclude(dryRun, addDiskOptions(command, options.disk).back());
     const auto* const exactNames = command.add_flag(
         "--exact-names", options.exactNames,
         "Send names and texts as they are in the files, without fitting them to the device");
@@ -331,6 +348,7 @@ void CommandTable::addRestore()
                    "  magellangps restore 20260830T101500Z\n");
     addDiskDeviceOptions(command, options.driver, options.device);
     addBackupOptions(command, options.backupFolder, options.mostBackups);
+    (void)addDiskOptions(command, options.disk);
     command.add_flag("--force", options.force, "Restore a backup although it is of another device");
     command
         .add_option("backup", options.backup,
@@ -356,6 +374,12 @@ void CommandTable::addWatch()
         ->type_name("FORMAT");
     command.add_flag("--new-only", options.newOnly,
                      "Save only what has not been saved from that receiver before");
+    command.add_flag(
+        "--mount", options.mount,
+        "Mount each disk that appears and that nobody else mounts, and unmount it when "
+        "its receiver has been downloaded from");
+    command.add_flag("--notify", options.notify,
+                     "Show a notification of each download on the desktop");
     const auto* const serial = command.add_flag(
         "--serial", options.serial,
         "Watch serial ports, too. Finding out that no receiver answers on a port takes a minute "

@@ -45,6 +45,7 @@ private:
                                  const char* description);
     void addDiskDeviceOptions(CLI::App& command, std::optional<std::string>& driver,
                               std::optional<std::string>& device);
+    std::vector<const CLI::Option*> addDiskOptions(CLI::App& command, DiskOptions& disk);
     void addDownloadOptions(CLI::App& command, DownloadOptions& options);
     void addOutputOptions(CLI::App& command, DownloadOptions& options);
     void addRecordOptions(CLI::App& command, DownloadOptions& options);

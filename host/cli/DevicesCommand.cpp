@@ -8,14 +8,22 @@
 #include "host/cli/Commands.h"
 #include "host/cli/Explanation.h"
 
+#include <gps/GPSDeviceDescription.h>
 #include <platform/System/DeviceMonitor.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 namespace host {
 namespace {
+
+constexpr std::size_t kModelColumn = 3;
+constexpr std::size_t kFirmwareColumn = 4;
 
 // A missing element counts as hidden: either way the user does not see it.
 bool isHidden(const gps::View* element)
@@ -36,14 +44,24 @@ Json viewJson(const gps::GPSPlugInProtocol& driver)
             {"deviceButton", {{"hidden", isHidden(button)}}}};
 }
 
+gps::DeviceDescription descriptionOf(const gps::GPSPlugInProtocol& driver, const Device& device)
+{
+    const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver);
+    return describer != nullptr ? describer->deviceDescription(device.location)
+                                : gps::DeviceDescription{};
+}
+
 Json driverJson(const gps::GPSPlugInProtocol& driver, bool explain)
 {
     Json devices = Json::array();
     for (const auto& device : devicesOf(driver)) {
+        const auto description = descriptionOf(driver, device);
         devices.push_back({{"location", device.location},
                            {"name", orNull(device.name)},
                            {"authorized", orNull(device.authorized)},
-                           {"selected", device.isSelected}});
+                           {"selected", device.isSelected},
+                           {"model", orNull(description.model)},
+                           {"firmware", orNull(description.firmware)}});
     }
     Json json{{"class", driver.className()},
               {"name", driver.gpsName()},
@@ -60,7 +78,9 @@ std::string documentOf(const PlugInBundle& plugIn, bool explain)
     Json drivers = Json::array();
     for (const auto& driver : plugIn.drivers)
         drivers.push_back(driverJson(*driver, explain));
-    const Json document{{"drivers", drivers}};
+    Json document{{"drivers", drivers}};
+    if (explain)
+        document["unmounted"] = unmountedDisksJson();
     return document.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
@@ -71,23 +91,50 @@ std::string authorizedText(const std::optional<bool>& authorized)
     return *authorized ? "yes" : "no";
 }
 
-std::string tableOf(const PlugInBundle& plugIn, bool explain)
+// One row per device. Columns that are empty in every row are left out.
+std::string tableOf(const std::vector<std::vector<std::string>>& rows)
 {
     // Locations are not shortened: users copy them into --device.
-    Table table{{{""},
-                 {"Driver"},
-                 {"Device"},
-                 {"Authorized"},
-                 {"Location", Table::Align::kLeft, std::string::npos}}};
-    bool isEmpty = true;
+    const std::vector<Table::Column> columns{{""},
+                                             {"Driver"},
+                                             {"Device"},
+                                             {"Model"},
+                                             {"Firmware"},
+                                             {"Authorized"},
+                                             {"Location", Table::Align::kLeft, std::string::npos}};
+    std::vector<std::size_t> shown;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+        const bool isOptional = column == kModelColumn || column == kFirmwareColumn;
+        if (!isOptional || std::any_of(rows.begin(), rows.end(),
+                                       [&](const auto& row) { return !row[column].empty(); }))
+            shown.push_back(column);
+    }
+    const auto chosen = [&shown](const auto& all) {
+        std::decay_t<decltype(all)> some;
+        for (const auto column : shown)
+            some.push_back(all[column]);
+        return some;
+    };
+    Table table{chosen(columns)};
+    for (const auto& row : rows)
+        table.add(chosen(row));
+    return table.text();
+}
+
+std::string deviceListOf(const PlugInBundle& plugIn, bool explain)
+{
+    std::vector<std::vector<std::string>> rows;
     for (const auto& driver : plugIn.drivers) {
         for (const auto& device : devicesOf(*driver)) {
-            table.add({device.isSelected ? "*" : "", driverName(*driver), device.name.value_or(""),
-                       authorizedText(device.authorized), device.location});
-            isEmpty = false;
+            const auto description = descriptionOf(*driver, device);
+            rows.push_back({device.isSelected ? "*" : "", driverName(*driver),
+                            device.name.value_or(""), description.model.value_or(""),
+                            description.firmware.value_or(""), authorizedText(device.authorized),
+                            device.location});
         }
     }
-    auto text = isEmpty ? "No mounted receiver and no serial port was found.\n" : table.text();
+    auto text =
+        rows.empty() ? "No mounted receiver and no serial port was found.\n" : tableOf(rows);
     return explain ? text + '\n' + explanationOf(plugIn) : text;
 }
 
@@ -114,7 +161,7 @@ ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
     auto current = plugIn; // a copy: it gets new drivers while watching
     const auto text = [&] {
         return options.json ? documentOf(current, options.explain)
-                            : tableOf(current, options.explain);
+                            : deviceListOf(current, options.explain);
     };
     if (!options.watch)
         return print(text(), console);

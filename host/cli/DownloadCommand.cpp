@@ -45,11 +45,13 @@ public:
           progress_(canShowProgress(options, options.events || options.output == "-"))
     {}
 
-    [[nodiscard]] ExitStatus run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    [[nodiscard]] ExitStatus run(gps::GPSPlugInProtocol& driver, DownloadRequest request,
+                                 const AfterDownload& afterwards);
 
 private:
     [[nodiscard]] DownloadReport download(gps::GPSPlugInProtocol& driver, DownloadRequest request);
     void print(std::vector<Message> messages);
+    [[nodiscard]] bool finish(std::vector<Message> messages);
     [[nodiscard]] ExitStatus statusOf(const DownloadReport& report) const;
     [[nodiscard]] std::optional<gps::Error> finishStandardOutput(const DownloadReport& report);
     [[nodiscard]] std::optional<gps::Error> printJson(const DownloadReport& report,
@@ -66,7 +68,8 @@ private:
     std::vector<Message> printed_;
 };
 
-ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
+ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest request,
+                                const AfterDownload& afterwards)
 {
     const auto report = download(driver, std::move(request));
     print(messagesOf(report, options_));
@@ -78,6 +81,9 @@ ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest 
         print({{false, advice}});
     print(outputMessages(report.output));
     auto status = failure ? ExitStatus::kFailed : statusOf(report);
+    if (afterwards && !finish(afterwards(status == ExitStatus::kSuccess)) &&
+        status == ExitStatus::kSuccess)
+        status = ExitStatus::kFailed;
     // The document is last, because it holds all messages and the status.
     if (!options_.json)
         return status;
@@ -104,6 +110,15 @@ void DownloadCommand::print(std::vector<Message> messages)
 {
     console_.messages(messages);
     std::move(messages.begin(), messages.end(), std::back_inserter(printed_));
+}
+
+// Returns whether there is no error among the messages.
+bool DownloadCommand::finish(std::vector<Message> messages)
+{
+    const bool isGood = std::none_of(messages.begin(), messages.end(),
+                                     [](const Message& message) { return message.isError; });
+    print(std::move(messages));
+    return isGood;
 }
 
 // A stop comes first: what is missing after it is its consequence.
@@ -169,9 +184,10 @@ ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> file
 }
 
 ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
-                       const DownloadOptions& options, StopSignals& stop, const Console& console)
+                       const DownloadOptions& options, StopSignals& stop, const Console& console,
+                       const AfterDownload& afterwards)
 {
-    return DownloadCommand{options, stop, console}.run(driver, std::move(request));
+    return DownloadCommand{options, stop, console}.run(driver, std::move(request), afterwards);
 }
 
 } // namespace host

@@ -7,12 +7,14 @@
 #include "host/bundle/PlugInBundle.h"
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
+#include "host/cli/Message.h"
 #include "host/cli/Options.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DownloadRequest.h"
 
 #include <gps/GPSPlugInProtocol.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,11 +29,16 @@ namespace host {
                                      const DownloadOptions& options, StopSignals& stop,
                                      const Console& console);
 
+/// What is done when a download has ended, and what to tell the user about it.
+/// @param succeeded  whether the download did
+using AfterDownload = std::function<std::vector<Message>(bool succeeded)>;
+
 /// Runs a download. Event lines or the summary go to the standard output, messages to standard
 /// error.
-/// @param stop  only requests a stop from now on, so that what has arrived is kept
+/// @param stop       only requests a stop from now on, so that what has arrived is kept
+/// @param afterwards called before the last output; an error that it returns is one of the command
 [[nodiscard]] ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
                                      const DownloadOptions& options, StopSignals& stop,
-                                     const Console& console);
+                                     const Console& console, const AfterDownload& afterwards = {});
 
 } // namespace host

@@ -8,6 +8,7 @@
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
+#include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
 #include "host/cli/Console.h"
 
@@ -120,6 +121,27 @@ std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
     return locations.empty() ? text + "  Nothing to examine was found.\n" : text;
 }
 
+std::string describeFileSystem(const gps::RemovableDisk& disk)
+{
+    return disk.label.empty() ? disk.fileSystem
+                              : fmt::format("{} \"{}\"", disk.fileSystem, disk.label);
+}
+
+// Drivers see only what is mounted.
+std::string unmountedParagraph()
+{
+    std::string text;
+    for (const auto& disk : unmountedDisks())
+        text += fmt::format(
+            "  {}\n", displayText(fmt::format("{} ({}). Mount it with \"{}\".", disk.node,
+                                              describeFileSystem(disk), mountCommand(disk.node))));
+    return text.empty()
+               ? text
+               : "not mounted:\n" + text +
+                     "With --mount, the commands acquire, open, send, restore and watch mount "
+                     "these disks and unmount them afterwards.\n";
+}
+
 } // namespace
 
 std::string explanationOf(const PlugInBundle& plugIn)
@@ -133,7 +155,18 @@ std::string explanationOf(const PlugInBundle& plugIn)
     if (!hasSerialDriver)
         text += "No serial port was found. A USB cable creates one when it is plugged in. A port "
                 "that is not listed can be named with --device.\n";
-    return text.append(kTestFolderAdvice);
+    return text.append(unmountedParagraph()).append(kTestFolderAdvice);
+}
+
+Json unmountedDisksJson()
+{
+    auto list = Json::array();
+    for (const auto& disk : unmountedDisks())
+        list.push_back({{"location", disk.node},
+                        {"fileSystem", disk.fileSystem},
+                        {"label", disk.label.empty() ? Json() : Json(disk.label)},
+                        {"command", mountCommand(disk.node)}});
+    return list;
 }
 
 Json searchedLocationsJson(const gps::GPSPlugInProtocol& driver)

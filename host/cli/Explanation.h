@@ -13,10 +13,13 @@
 namespace host {
 
 /// For a terminal: one paragraph per driver. Devices come first, then the locations that a driver
-/// examined and rejected, then those that it skipped.
+/// examined and rejected, then those that it skipped. In the end, the disks that are not mounted.
 [[nodiscard]] std::string explanationOf(const PlugInBundle& plugIn);
 
 /// For scripts: a driver's locations in the order of its search; null if it does not report them.
 [[nodiscard]] nlohmann::ordered_json searchedLocationsJson(const gps::GPSPlugInProtocol& driver);
+
+/// For scripts: the disks that may be receivers but are not mounted.
+[[nodiscard]] nlohmann::ordered_json unmountedDisksJson();
 
 } // namespace host

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/backup/Backup.h"
+#include "host/desktop/DeviceDisk.h"
 #include "host/formats/Formats.h"
 #include "host/operations/DateFix.h"
 
@@ -55,6 +56,7 @@ struct DownloadOptions : GlobalOptions {
 struct AcquireOptions : DownloadOptions {
     std::optional<std::string> device; ///< a location
     std::optional<std::string> card;   ///< a folder to import, instead of a device
+    DiskOptions disk;
 };
 
 /// `import`
@@ -71,6 +73,7 @@ struct OpenOptions : AcquireOptions {
 struct SendOptions : GlobalOptions {
     std::optional<std::string> driver;
     std::optional<std::string> device;
+    DiskOptions disk;
     std::vector<std::string> files;          ///< GPX files; empty if and only if `data` is set
     std::optional<std::string> data;         ///< a JSON file holding the data dictionary
     std::optional<std::string> backupFolder; ///< by default in the user's state folder
@@ -86,6 +89,7 @@ struct SendOptions : GlobalOptions {
 struct RestoreOptions : GlobalOptions {
     std::optional<std::string> driver;
     std::optional<std::string> device;
+    DiskOptions disk;
     std::optional<std::string> backupFolder; ///< by default in the user's state folder
     std::uint32_t mostBackups = BackupPolicy::kDefaultCount; ///< kept per device, at least one
     std::optional<std::string> backup; ///< a listed name or a path; nullopt lists the backups
@@ -99,6 +103,8 @@ struct WatchOptions : GlobalOptions {
     const Format* format = nullptr;    ///< never null after parsing
     bool newOnly = false;
     bool serial = false;
+    bool mount = false;  ///< mount disks that appear and are not mounted
+    bool notify = false; ///< show a notification of each download on the desktop
     DateRule fixDates;
 };
 

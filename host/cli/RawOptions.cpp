@@ -113,8 +113,10 @@ std::string check(const RawOptions& raw, const SendOptions& options)
     return files.empty() && !options.data ? "no FILE to send is given, and no --data" : "";
 }
 
-std::string check(const RawOptions& raw, const RestoreOptions& /*options*/)
+std::string check(const RawOptions& raw, const RestoreOptions& options)
 {
+    if (options.disk.eject && !options.backup)
+        return "--eject needs a BACKUP to restore";
     return raw.global.events ? noEvents("restore") : "";
 }
 

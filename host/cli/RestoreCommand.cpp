@@ -7,10 +7,13 @@
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/DiskRelease.h"
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/RestoreJson.h"
+#include "host/desktop/DeviceDisk.h"
+#include "host/desktop/UDisks.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DeviceRestore.h"
 
@@ -118,7 +121,7 @@ gps::Error noDeviceWithFiles(const ChosenDevice& chosen)
 }
 
 ExitStatus restore(const RestoreOptions& options, const DataFolders& device, RestoreRequest request,
-                   StopSignals& stop, const Console& console)
+                   DeviceDisk& disk, StopSignals& stop, const Console& console)
 {
     const ProgressLine progress{canShowProgress(options, false)};
     request.progress = progress.callback();
@@ -129,7 +132,12 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device, Res
     auto status = report.isComplete() ? ExitStatus::kSuccess : ExitStatus::kFailed;
     if (report.wasStopped)
         status = statusAfterSignal(stop.signal());
-    const auto messages = restoreMessages(report);
+    auto messages = restoreMessages(report);
+    for (auto& message : releaseDisk(disk, status == ExitStatus::kSuccess)) {
+        if (message.isError && status == ExitStatus::kSuccess)
+            status = ExitStatus::kFailed;
+        messages.push_back(std::move(message));
+    }
     const auto text = options.json
                           ? restoreJson(device.device, request.backup, report, messages, status)
                           : textOf(report);
@@ -138,7 +146,7 @@ ExitStatus restore(const RestoreOptions& options, const DataFolders& device, Res
     const auto printed = print(text, console);
     if (!options.json)
         console.messages(messages);
-    return report.isComplete() ? printed : status;
+    return status == ExitStatus::kSuccess ? printed : status;
 }
 
 } // namespace
@@ -147,10 +155,14 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                       const Console& console)
 {
     StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
+    UDisks disks;
+    DeviceDisk disk{options.disk, disks};
     ChosenDevice chosen;
-    if (const auto failure = chooseDevice(
+    if (const auto failure = disk.choose(
             plugIn.drivers, {options.driver, options.device, options.testFolders, true}, chosen))
         return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
+    if (disk.hasMounted())
+        stop.requestOnly(); // it must be unmounted at every end
     const auto device = dataFoldersOf(chosen);
     if (!device)
         return refuse(options, noDeviceWithFiles(chosen), ExitStatus::kNothingToWorkOn, stop,
@@ -171,7 +183,7 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                        {.backup = *path,
                         .policy = {.folder = *folder, .count = options.mostBackups},
                         .isForced = options.force},
-                       stop, console);
+                       disk, stop, console);
     stop.requestOnly(); // the list is known, and would be printed twice
     return print(options.json ? backupListJson(device->device, backups) : listOf(backups), console);
 }

@@ -6,12 +6,15 @@
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/DiskRelease.h"
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/cli/InputFiles.h"
 #include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/SendJson.h"
+#include "host/desktop/DeviceDisk.h"
+#include "host/desktop/UDisks.h"
 #include "host/files/Output.h"
 #include "host/formats/DataFile.h"
 #include "host/formats/EventLines.h"
@@ -88,8 +91,9 @@ std::optional<BackupPolicy> backupFor(const SendOptions& options)
 
 class SendCommand {
 public:
-    SendCommand(const SendOptions& options, const Console& console, StopSignals& stop)
-        : options_(options), console_(console), stop_(stop),
+    SendCommand(const SendOptions& options, const Console& console, StopSignals& stop,
+                DeviceDisk& disk)
+        : options_(options), console_(console), stop_(stop), disk_(disk),
           progress_(canShowProgress(options, options.events))
     {}
 
@@ -110,6 +114,7 @@ private:
     const SendOptions& options_;
     const Console& console_;
     StopSignals& stop_; // ends the program until anything may be written
+    DeviceDisk& disk_;
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
@@ -139,6 +144,7 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request,
         print("Dry run: nothing was sent.\n");
     else
         report = perform(send);
+    send.lock.reset(); // it keeps the device's folder open, so that it could not be unmounted
     return finish(send, report);
 }
 
@@ -194,6 +200,11 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
 ExitStatus SendCommand::finish(const PreparedSend& send, const SendReport& report)
 {
     stop_.requestOnly(); // the result is known, and would be printed twice
+    standardOutput_.flush();
+    for (auto& message : releaseDisk(disk_, status() == ExitStatus::kSuccess)) {
+        hasFailed_ = hasFailed_ || message.isError;
+        show(std::move(message));
+    }
     if (options_.json)
         standardOutput_.write(sendJson(send, report, shown_, status()));
     if (const auto failure = standardOutput_.flush())
@@ -250,12 +261,17 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
     auto failure = readFiles(options, plugIn.drivers, request.data, skipped);
     if (failure)
         return refuse(options, *failure, ExitStatus::kFailed, stop, console);
+    UDisks disks;
+    DeviceDisk disk{options.disk, disks};
     ChosenDevice device;
-    failure = chooseDevice(plugIn.drivers,
-                           {options.driver, options.device, options.testFolders, true}, device);
+    failure = disk.choose(plugIn.drivers,
+                          {options.driver, options.device, options.testFolders, true}, device);
     if (failure)
         return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
-    return SendCommand{options, console, stop}.run(std::move(device), std::move(request), skipped);
+    if (disk.hasMounted())
+        stop.requestOnly(); // it must be unmounted at every end
+    return SendCommand{options, console, stop, disk}.run(std::move(device), std::move(request),
+                                                         skipped);
 }
 
 } // namespace host

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 // `watch`: prints one line for each thing that happens, to the standard output.
 
+#include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/WatchText.h"
+#include "host/desktop/Notifier.h"
+#include "host/desktop/UDisks.h"
 #include "host/files/StateFolder.h"
 #include "host/operations/StopSignals.h"
 #include "host/watching/Watcher.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -44,6 +48,7 @@ public:
 private:
     [[nodiscard]] bool printEvent(const WatchEvent& event);
     [[nodiscard]] bool printLine(const std::string& text);
+    void notify(const WatchEvent& event);
 
     const PlugInBundle& plugIn_;
     const WatchOptions& options_;
@@ -51,12 +56,16 @@ private:
     ProgressLine progress_;
     ExitStatus status_ = ExitStatus::kSuccess;
     bool isInterrupted_ = false; // in the middle of a download
+    UDisks disks_;
+    Notifier notifier_;
+    bool canNotify_ = true; // no notification has failed so far
 };
 
 ExitStatus WatchCommand::run()
 {
     auto request = watchRequest(options_);
     request.download.progress = progress_.callback();
+    request.disks = options_.mount ? &disks_ : nullptr;
     const StopSignals stop;
     Watcher watcher{plugIn_, std::move(request),
                     [this](const WatchEvent& event) { return printEvent(event); }};
@@ -80,8 +89,21 @@ bool WatchCommand::printEvent(const WatchEvent& event)
     isInterrupted_ = isInterrupted_ || event.report.isInterrupted();
     const auto text = watchText(event, options_.newOnly, !options_.verbose);
     console_.messages(text.notes);
+    notify(event);
     return std::all_of(text.lines.begin(), text.lines.end(),
                        [this](const std::string& line) { return printLine(line); });
+}
+
+// Without a desktop there may be a failure for each download, of which one is enough.
+void WatchCommand::notify(const WatchEvent& event)
+{
+    const auto notification =
+        options_.notify ? watchNotification(event, options_.newOnly) : std::nullopt;
+    const auto failure =
+        notification ? notifier_.show(notification->title, notification->text) : std::nullopt;
+    if (failure && canNotify_)
+        console_.note(sentencesOf(*failure));
+    canNotify_ = canNotify_ && !failure;
 }
 
 // A line that cannot be written, such as to a full disk, ends the watching.

@@ -63,7 +63,25 @@ WatchText downloadText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
     return text;
 }
 
+// A failure that is followed by another try may be that of a disk that is not ready yet.
+bool isWorthANotification(const WatchEvent& event)
+{
+    if (event.kind == WatchEvent::Kind::kUnmounted)
+        return event.error.has_value();
+    return event.kind == WatchEvent::Kind::kNotMounted ||
+           (event.kind == WatchEvent::Kind::kDownloaded && !event.isRetried);
+}
+
 } // namespace
+
+std::optional<WatchNotification> watchNotification(const WatchEvent& event, bool isNewOnly)
+{
+    if (!isWorthANotification(event))
+        return std::nullopt;
+    const auto& name = event.device.name;
+    return WatchNotification{name.empty() ? "GPS receiver" : name,
+                             joined(watchText(event, isNewOnly, false).lines, "\n")};
+}
 
 WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
 {
@@ -76,7 +94,12 @@ WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
     case WatchEvent::Kind::kGone:
         return {{"gone: " + device}};
     case WatchEvent::Kind::kListUnusable:
+    case WatchEvent::Kind::kNotMounted:
         return {{"note: " + (event.error ? sentencesOf(*event.error) : std::string{})}};
+    case WatchEvent::Kind::kUnmounted:
+        if (event.error)
+            return {{fmt::format("failed: {}: {}", device, sentencesOf(*event.error))}};
+        return {{fmt::format("unmounted: {}: it can be unplugged", device)}};
     case WatchEvent::Kind::kDownloaded:
         return downloadText(event, isNewOnly, isLogShown);
     case WatchEvent::Kind::kStarted:

@@ -6,6 +6,7 @@
 #include "host/cli/Message.h"
 #include "host/watching/WatchEvent.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,18 @@ struct WatchText {
 
 /// @param isNewOnly   whether only records are saved that were not saved before
 /// @param isLogShown  whether the plug-in's log lines are among the notes
-/// Precondition: the event is about a device.
+/// Precondition: the event is about a device or a disk.
 [[nodiscard]] WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown);
+
+/// What the desktop shows about an event.
+struct WatchNotification {
+    std::string title;
+    std::string text;
+};
+
+/// @return  nullopt if the event is not worth a notification: the end of each download is, but for
+///          a failure that is followed by another try
+[[nodiscard]] std::optional<WatchNotification> watchNotification(const WatchEvent& event,
+                                                                 bool isNewOnly);
 
 } // namespace host

@@ -17,7 +17,7 @@ namespace host {
 namespace {
 
 // Scripts match these names: renaming an enumerator must not change them.
-std::string_view nameOf(EventKind kind)
+std::string_view eventName(EventKind kind)
 {
     switch (kind) {
     case EventKind::kStateChange:
@@ -109,7 +109,7 @@ void EventLines::event(const Event& event)
         return;
     }
     line_ = R"({"event":)";
-    appendJson(line_, nameOf(event.kind));
+    appendJson(line_, eventName(event.kind));
     appendArguments(line_, event);
     write();
 }

@@ -23,10 +23,12 @@ struct WatchEvent {
         kListUnusable, ///< `error`: why the device's list of saved records is damaged or cannot be
                        ///< read; everything counts as new
         kDownloaded,   ///< a download has ended, with or without success
+        kNotMounted,   ///< `error`: why a disk cannot be mounted
+        kUnmounted,    ///< the device's disk, which was mounted for it; or why not: `error`
     };
 
     Kind kind = Kind::kStarted;
-    WatchedDevice device{}; ///< kAppeared, kGone, kListUnusable, kDownloaded
+    WatchedDevice device{}; ///< of all but kStarted, kDriverMissing, kNotMounted
 
     DownloadReport report{};           ///< kDownloaded
     std::optional<gps::Error> error{}; ///< what went wrong outside of the download

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/desktop/DiskService.h"
 #include "host/formats/Formats.h"
 #include "host/transfer/DownloadRequest.h"
 
@@ -22,6 +23,9 @@ struct WatchRequest {
     /// Where to keep the list of each device's saved records, so that only new ones are saved.
     /// nullopt: every record is saved each time.
     std::optional<std::string> knownRecordsFolder{};
+
+    /// Mounts the disks that appear; null: only what is mounted by somebody else is watched.
+    DiskService* disks = nullptr;
 
     /// What all downloads share. The device and the output are set for each.
     DownloadRequest download{};

@@ -43,7 +43,10 @@ std::size_t mostTriesWith(const gps::GPSPlugInProtocol& driver)
 
 Watcher::Watcher(PlugInBundle plugIn, WatchRequest request, WatchCallback callback)
     : plugIn_(std::move(plugIn)), request_(std::move(request)), callback_(std::move(callback))
-{}
+{
+    if (request_.disks != nullptr)
+        disks_.emplace(*request_.disks);
+}
 
 std::optional<gps::Error> Watcher::run(const StopSignals& stop)
 {
@@ -63,12 +66,14 @@ std::optional<gps::Error> Watcher::run(const StopSignals& stop)
         looks = changes.volumes || changes.serialPorts ? 0 : looks + 1;
         refresh(changes);
     }
+    unmountDisks(true);
     stop_ = nullptr;
     return std::nullopt;
 }
 
 bool Watcher::look()
 {
+    mountDisks();
     const auto changes = devices_.update(connectedDevices());
     for (const auto& device : changes.gone)
         report({.kind = WatchEvent::Kind::kGone, .device = device});
@@ -79,7 +84,43 @@ bool Watcher::look()
             break;
         saveFrom(device);
     }
+    unmountDisks(false);
     return !changes.appeared.empty();
+}
+
+void Watcher::mountDisks()
+{
+    if (!disks_)
+        return;
+    const auto look = disks_->look();
+    for (const auto& error : look.errors)
+        report({.kind = WatchEvent::Kind::kNotMounted, .error = error});
+    if (look.hasMounted)
+        refresh({.volumes = true});
+}
+
+// Unmounts the disks that nothing is to be downloaded from any more.
+void Watcher::unmountDisks(bool isAtEnd)
+{
+    if (!disks_)
+        return;
+    const auto connected = connectedDevices();
+    const auto isAt = [](const std::string& folder) {
+        return [&folder](const WatchedDevice& device) { return device.location == folder; };
+    };
+    const auto due = devices_.due();
+    for (const auto& disk : std::vector<MountedDisks::Disk>{disks_->mounted()}) {
+        if (!isAtEnd && std::any_of(due.begin(), due.end(), isAt(disk.folder)))
+            continue;
+        WatchEvent event{.kind = WatchEvent::Kind::kUnmounted};
+        event.error = disks_->unmount(disk.node);
+        const auto device = std::find_if(connected.begin(), connected.end(), isAt(disk.folder));
+        if (device == connected.end()) // no receiver
+            continue;
+        event.device = *device;
+        report(event);
+        refresh({.volumes = true});
+    }
 }
 
 // Serial ports only on request: finding out whether a receiver is there means writing to the port,

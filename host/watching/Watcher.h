@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/bundle/PlugInBundle.h"
+#include "host/desktop/AutoMount.h"
 #include "host/operations/StopSignals.h"
 #include "host/watching/WatchEvent.h"
 #include "host/watching/WatchRequest.h"
@@ -48,6 +49,8 @@ private:
     [[nodiscard]] std::string newPath(const std::string& identifier) const;
     void reportMissingDriver();
     void refresh(const gps::DeviceChanges& changes);
+    void mountDisks();
+    void unmountDisks(bool isAtEnd);
     void saveFrom(const WatchedDevice& device);
     void download(gps::GPSPlugInProtocol& driver, WatchEvent& event);
     void report(const WatchEvent& event);
@@ -56,6 +59,7 @@ private:
     WatchRequest request_;
     WatchCallback callback_;
     WatchedDevices devices_;
+    std::optional<AutoMount> disks_;    // if disks are to be mounted
     const StopSignals* stop_ = nullptr; // only while run() is running
     bool isCallbackDone_ = false;       // the callback returned false
 };

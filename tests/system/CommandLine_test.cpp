@@ -134,9 +134,9 @@ TEST(CommandLine, DevicesDocumentHasTheViewAndTheDevices)
         R"("items":["Magellan device 42","Unauthorized Magellan device"],"selected":0},"deviceButton":{"hidden":true}},)"
         R"("devices":[{"location":")" +
             one.path() +
-            R"(","name":"Magellan device 42","authorized":true,"selected":true},{"location":")" +
+            R"(","name":"Magellan device 42","authorized":true,"selected":true,"model":null,"firmware":null},{"location":")" +
             two.path() +
-            R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false}]})");
+            R"(","name":"Unauthorized Magellan device","authorized":true,"selected":false,"model":null,"firmware":null}]})");
 }
 
 TEST(CommandLine, DevicesDocumentWithoutADeviceHasNoSelection)

@@ -4,6 +4,8 @@
 #include "host/FakeDriver.h"
 #include "host/cli/Commands.h"
 
+#include <gps/GPSDeviceDescription.h>
+
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -11,6 +13,7 @@
 namespace {
 
 using host::ExitStatus;
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -39,6 +42,29 @@ TEST_F(DevicesCommand, TableMarksTheSelectedDevice)
     EXPECT_EQ(run(), "   Driver     Device        Authorized  Location\n"
                      "   my-driver  Device at /a  yes         /a\n"
                      "*  my-driver  Device at /b  yes         /b\n");
+}
+
+/// A driver whose first device says which one it is.
+struct DescribingDriver : support::FakeDriver, gps::GPSDeviceDescription {
+    gps::DeviceDescription deviceDescription(const std::string& location) const override
+    {
+        return location == "/a" ? gps::DeviceDescription{{"Model \x1b"}, {"1.2"}}
+                                : gps::DeviceDescription{};
+    }
+};
+
+TEST_F(DevicesCommand, ModelAndFirmwareAreShownIfADeviceHasThem)
+{
+    const auto driver = std::make_shared<DescribingDriver>();
+    driver->setLocations({"/a", "/b"});
+    plugIn_.drivers = {driver};
+    EXPECT_EQ(run(), "   Driver  Device        Model    Firmware  Authorized  Location\n"
+                     "*  fake    Device at /a  Model \uFFFD  1.2       yes         /a\n"
+                     "   fake    Device at /b                     yes         /b\n");
+    options_.json = true;
+    EXPECT_THAT(run(),
+                AllOf(HasSubstr(R"("selected":true,"model":"Model \u001b","firmware":"1.2"})"),
+                      HasSubstr(R"("selected":false,"model":null,"firmware":null})")));
 }
 
 TEST_F(DevicesCommand, LocationIsNotShortenedSinceUsersCopyIt)
@@ -71,7 +97,8 @@ TEST_F(DevicesCommand, DocumentHasTheViewBesideTheDevices)
     EXPECT_EQ(run(), R"({"drivers":[{"class":"Fake:My Driver","name":"My Driver","ready":true,)"
                      R"("view":{"deviceListMenu":{"hidden":false,"items":["/a"],"selected":0},)"
                      R"("deviceButton":{"hidden":true}},"devices":[{"location":"/a",)"
-                     R"("name":"Device at /a","authorized":true,"selected":true}]}]})"
+                     R"("name":"Device at /a","authorized":true,"selected":true,"model":null,)"
+                     R"("firmware":null}]}]})"
                      "\n");
 }
 

@@ -102,4 +102,48 @@ TEST(WatchText, ListThatCannotBeUsedIsANote)
         ElementsAre("note: Error 1 of the domain some."));
 }
 
+TEST(WatchText, DiskThatIsUnmountedCanBeUnplugged)
+{
+    WatchEvent event{.kind = Kind::kUnmounted, .device = kDevice};
+    EXPECT_THAT(linesOf(event), ElementsAre("unmounted: Device 1, /media/A: it can be unplugged"));
+    EXPECT_FALSE(host::watchNotification(event, false));
+    event.error = gps::Error{"D", 1, {{gps::kErrorDescriptionKey, "It is busy"}}};
+    EXPECT_THAT(linesOf(event), ElementsAre("failed: Device 1, /media/A: It is busy."));
+    EXPECT_TRUE(host::watchNotification(event, false));
+}
+
+TEST(WatchText, DiskThatCannotBeMountedIsANote)
+{
+    const WatchEvent event{.kind = Kind::kNotMounted,
+                           .error = gps::Error{"D", 1, {{gps::kErrorDescriptionKey, "No"}}}};
+    EXPECT_THAT(linesOf(event), ElementsAre("note: No."));
+    const auto shown = host::watchNotification(event, false);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->title, "GPS receiver");
+}
+
+TEST(WatchText, NotificationIsOfTheEndOfADownload)
+{
+    const auto shown = host::watchNotification(saved(), false);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->title, "Device 1");
+    EXPECT_EQ(shown->text, "saved: gps/42.gpx: 2 waypoints");
+    for (const auto kind :
+         {Kind::kStarted, Kind::kDriverMissing, Kind::kAppeared, Kind::kGone, Kind::kListUnusable})
+        EXPECT_FALSE(host::watchNotification({.kind = kind, .device = kDevice}, false));
+}
+
+TEST(WatchText, FailureIsNotifiedOnlyIfNoOtherTryFollows)
+{
+    WatchEvent event{.kind = Kind::kDownloaded,
+                     .device = kDevice,
+                     .error = gps::Error{"D", 1, {{gps::kErrorDescriptionKey, "No"}}},
+                     .isRetried = true};
+    EXPECT_FALSE(host::watchNotification(event, false));
+    event.isRetried = false;
+    const auto shown = host::watchNotification(event, false);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->text, "failed: Device 1, /media/A: No.");
+}
+
 } // namespace

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+// A disk that was mounted by somebody else is left mounted, unless it is ejected.
+
+#include "host/desktop/DeviceDisk.h"
+
+#include "host/base/HostError.h"
+#include "host/bundle/Disk.h"
+
+#include <platform/System/RemovableDisks.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+void refreshVolumes(const std::vector<Driver>& drivers)
+{
+    for (const auto& driver : drivers) {
+        if (driver->needsFileSystemRefresh())
+            driver->refreshDeviceList();
+    }
+}
+
+bool isReceiverMounted(const std::vector<Driver>& drivers)
+{
+    return std::any_of(drivers.begin(), drivers.end(), [](const Driver& driver) {
+        return driver->needsFileSystemRefresh() && driver->isReady();
+    });
+}
+
+// The removable disk that is mounted at a folder; empty if there is none.
+std::string diskAt(const std::string& folder)
+{
+    std::error_code failed;
+    const auto path = fs::canonical(folder, failed).string();
+    for (auto& disk : gps::removableDisks()) {
+        if (std::find(disk.folders.begin(), disk.folders.end(), path) != disk.folders.end())
+            return std::move(disk.node);
+    }
+    return {};
+}
+
+// Unmounting writes everything, too, but does not say whether that has worked.
+std::optional<gps::Error> flush(const std::string& folder)
+{
+    const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool isWritten = file >= 0 && ::syncfs(file) == 0;
+    const int code = errno;
+    if (file >= 0)
+        ::close(file);
+    return isWritten ? std::nullopt
+                     : std::optional{systemError("The disk could not write everything",
+                                                 "Leave it connected, and check its files", folder,
+                                                 code)};
+}
+
+} // namespace
+
+std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
+                                             DeviceRequest request, ChosenDevice& chosen)
+{
+    if (options_.mount) {
+        if (auto failure = mountFor(drivers, request))
+            return failure;
+    }
+    ChosenDevice found;
+    if (auto failure = chooseDevice(drivers, request, found)) {
+        (void)unmount();
+        return failure;
+    }
+    if (options_.eject) {
+        ejected_ = hasMounted() ? mounted_.all().front().node : diskAt(found.location);
+        folder_ = found.location;
+        if (ejected_.empty())
+            return hostError("This device cannot be ejected, because it is not a removable disk",
+                             "Leave out --eject", found.location);
+    }
+    chosen = std::move(found);
+    return std::nullopt;
+}
+
+std::optional<gps::Error> DeviceDisk::mountFor(const std::vector<Driver>& drivers,
+                                               DeviceRequest& request)
+{
+    if (!request.device)
+        return isReceiverMounted(drivers) ? std::nullopt : findReceiver(drivers);
+    if (!isDisk(*request.device))
+        return std::nullopt;
+    request.device = mountedFolderOf(*request.device).value_or(*request.device);
+    if (!isDisk(*request.device))
+        return std::nullopt;
+    if (auto failure = mounted_.mount(nodeToMount(*request.device)))
+        return failure;
+    request.device = mounted_.all().front().folder;
+    refreshVolumes(drivers);
+    return std::nullopt;
+}
+
+// A disk that cannot be mounted may be just another one, or somebody else has mounted it meanwhile.
+std::optional<gps::Error> DeviceDisk::findReceiver(const std::vector<Driver>& drivers)
+{
+    std::optional<gps::Error> failure;
+    for (const auto& disk : unmountedDisks()) {
+        auto refusal = mounted_.mount(disk.node);
+        refreshVolumes(drivers);
+        if (isReceiverMounted(drivers))
+            return std::nullopt;
+        if (!refusal)
+            refusal = mounted_.unmount(disk.node);
+        if (!failure)
+            failure = std::move(refusal);
+    }
+    refreshVolumes(drivers);
+    return failure;
+}
+
+DeviceDisk::Release DeviceDisk::release(bool succeeded)
+{
+    if (options_.eject && succeeded)
+        return eject();
+    auto released = unmount();
+    if (options_.eject && released.note.empty())
+        released.note = "The device was not ejected, because not everything was successful.";
+    return released;
+}
+
+DeviceDisk::Release DeviceDisk::unmount()
+{
+    if (!hasMounted())
+        return {};
+    const auto node = mounted_.all().front().node;
+    if (auto failure = mounted_.unmount(node))
+        return {std::move(failure)};
+    return {{}, fmt::format("The disk {} is unmounted again and can be unplugged.", node)};
+}
+
+DeviceDisk::Release DeviceDisk::eject()
+{
+    if (auto failure = flush(folder_))
+        return {std::move(failure)};
+    if (auto failure = hasMounted() ? mounted_.unmount(ejected_) : service_.unmount(ejected_))
+        return {std::move(failure)};
+    bool isOff = false;
+    if (auto failure = service_.powerOff(ejected_, isOff))
+        return {std::move(failure)};
+    return {{},
+            fmt::format("The device {} is {} and can be unplugged.", ejected_,
+                        isOff ? "switched off" : "unmounted")};
+}
+
+} // namespace host
