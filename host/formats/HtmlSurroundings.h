@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the HTML page knows about the world around the records: where their areas are, and the
-// places in and around them. Stateless. [any]
+// What the HTML page knows about the world around the records: where their areas are, the places in
+// and around them, and the coasts. Stateless. [any]
 
 #pragma once
 
@@ -15,7 +15,7 @@ namespace host {
 inline constexpr std::size_t kMostPageAreas = 7;   ///< more buttons would not fit
 inline constexpr std::size_t kMostAreaPlaces = 10; ///< of each area
 
-/// Appends the members "areas" and "places" of the page's data.
+/// Appends the members "areas", "places" and "land" of the page's data.
 void appendSurroundings(std::string& out, const std::vector<Area>& areas);
 
 } // namespace host

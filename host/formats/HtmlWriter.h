@@ -23,6 +23,7 @@ namespace host {
 ///     {"note":S,
 ///      "areas":[{"place":S,"zone":S,"bounds":[I,I,I,I]},...],
 ///      "places":[{"name":S,"at":[I,I]},...],
+///      "land":[{"bounds":[I,I,I,I],"unit":I,"outlines":[[I,I,...],...]},...],
 ///      "waypoints":[POINT,...],
 ///      "geocaches":[POINT,...],
 ///      "routes":[{"name":S,"comment":S,"points":[POINT,...],"kilometres":D},...],
@@ -32,7 +33,10 @@ namespace host {
 /// An area is a part of the world with points; those with most come first. Its "place" is where it
 /// is in words, its "zone" the time zone, and its bounds are the western, southern, eastern and
 /// northern one. An area across the 180th meridian has an eastern bound above it. "places" are the
-/// towns around the areas.
+/// towns around the areas. "land" has the outlines of the land within bounds, for the whole world
+/// first and then for smaller parts in more detail: the longitude and the latitude of a point in
+/// turn, in units of so many millionths of a degree from the south-western corner, then the
+/// differences from point to point. Land and water alternate where outlines lie within each other.
 ///
 /// POINT is {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]}. A geocache also has "type", "owner",
 /// "hint", "difficulty", "terrain", "placed" and "found", all strings.

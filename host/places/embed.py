@@ -1,15 +1,18 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Turns the table of places into the binary form that is built into the program.
+"""Turns the tables of places and coasts into the binary forms that are built into the program.
 
-Usage: embed.py places.bin
+Usage: embed.py places.bin land.bin
 
 places.tsv has a line for each place: latitude and longitude in thousandths of a degree, population,
-country, the index of its time zone in zones.txt, and name; scripts/make-places.mjs made it. The
-binary form is described in PlaceTable.h.
+country, the index of its time zone in zones.txt, and name. land.txt has a line for each coast:
+longitude and latitude of its first point in 150ths of a degree, then the differences from point to
+point. scripts/make-places.mjs made them. The binary forms are described in PlaceTable.h and
+LandTable.h.
 """
 
 import bisect
+import itertools
 import pathlib
 import struct
 import sys
@@ -41,7 +44,7 @@ def read_places():
     return sorted(places)
 
 
-def main(output):
+def place_table():
     places, texts = read_places(), Texts()
     zones = (FOLDER / "zones.txt").read_text(encoding="utf-8").splitlines()
     zone_texts = [texts.add(zone) for zone in zones]
@@ -51,7 +54,29 @@ def main(output):
     starts = [bisect.bisect_left(places, (band,)) for band in range(BANDS + 1)]
     table = struct.pack(f"<{1 + len(starts) + len(zone_texts)}I",
                         len(zone_texts), *starts, *zone_texts)
-    pathlib.Path(output).write_bytes(table + b"".join(records) + texts.bytes)
+    return table + b"".join(records) + texts.bytes
+
+
+def read_coasts():
+    """Returns each coast as longitudes and latitudes in turn."""
+    for line in (FOLDER / "land.txt").read_text(encoding="utf-8").splitlines():
+        steps = [int(word) for word in line.split()]
+        coast = [0] * len(steps)
+        coast[0::2] = itertools.accumulate(steps[0::2])
+        coast[1::2] = itertools.accumulate(steps[1::2])
+        yield coast
+
+
+def land_table():
+    coasts = list(read_coasts())
+    starts = [0, *itertools.accumulate(len(coast) // 2 for coast in coasts)]
+    numbers = list(itertools.chain.from_iterable(coasts))
+    return struct.pack(f"<{1 + len(starts)}I{len(numbers)}h", len(coasts), *starts, *numbers)
+
+
+def main(places, land):
+    pathlib.Path(places).write_bytes(place_table())
+    pathlib.Path(land).write_bytes(land_table())
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The table of places, as constants of the program. PlaceTable.h describes it.
+// The tables of places and coasts, as constants of the program. PlaceTable.h and LandTable.h
+// describe them.
 
     .section .rodata
     .balign 16
@@ -7,5 +8,11 @@
     .hidden hostPlaces
 hostPlaces:
     .incbin PLACES
+
+    .balign 16
+    .globl hostLand
+    .hidden hostLand
+hostLand:
+    .incbin LAND
 
     .section .note.GNU-stack, "", %progbits

@@ -126,7 +126,7 @@ class PageTest(unittest.TestCase):
     @classmethod
     def filled(cls, data):
         """Writes a page with the test's data and returns its path."""
-        lists = ("areas", "places", "waypoints", "geocaches", "routes", "tracks")
+        lists = ("areas", "places", "land", "waypoints", "geocaches", "routes", "tracks")
         whole = {"note": "", **{name: [] for name in lists}, **data}
         text = re.sub("[<>&]", lambda found: f"\\u{ord(found[0]):04x}", json.dumps(whole))
         head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)

@@ -23,6 +23,7 @@ export function unpackCollection(raw) {
   const edge = layOut(collection);
   collection.areas = raw.areas.map((area) => unpackArea(area, edge));
   collection.places = raw.places.map((place) => unpackPlace(place, edge));
+  collection.land = raw.land.map(unpackLand);
   for (const item of [...collection.waypoints, ...collection.geocaches,
     ...collection.routes.flatMap((route) => route.points)])
     item.zone = zoneAt(collection.areas, item);
@@ -103,6 +104,20 @@ function unpackArea({ place, zone, bounds }, edge) {
 
 function unpackPlace({ name, at: [latitude, longitude] }, edge) {
   return { name, latitude: latitude / 1e6, x: eastOfEdge(edge, longitude / 1e6) };
+}
+
+// The outlines of the land within `bounds`, as arrays of longitudes and latitudes in turn.
+function unpackLand({ bounds, unit, outlines }) {
+  const [west, south, east, north] = bounds.map((millionths) => millionths / 1e6);
+  const unpackOutline = (steps) => {
+    const outline = new Float64Array(steps.length), last = [0, 0];
+    steps.forEach((step, i) => {
+      last[i % 2] += step;
+      outline[i] = (i % 2 === 0 ? west : south) + last[i % 2] * unit / 1e6;
+    });
+    return outline;
+  };
+  return { bounds: { west, east, south, north }, outlines: outlines.map(unpackOutline) };
 }
 
 // The time zone of a point; empty, which stands for UTC, if it is not in an area that is known.

@@ -7,7 +7,10 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -25,7 +28,7 @@ Json surroundingsOf(const std::vector<gps::GPSPoint>& points)
 
 TEST(HtmlSurroundings, AreEmptyWithoutPoints)
 {
-    EXPECT_EQ(surroundingsOf({}), Json::parse(R"({"areas":[],"places":[]})"));
+    EXPECT_EQ(surroundingsOf({}), Json::parse(R"({"areas":[],"places":[],"land":[]})"));
 }
 
 TEST(HtmlSurroundings, AnAreaHasItsPlaceItsZoneAndItsBounds)
@@ -71,6 +74,67 @@ TEST(HtmlSurroundings, TheTenLargestPlacesOfAnAreaAreThereOnce)
     auto two = names({{.latitude = 46.2, .longitude = 7.2}, {.latitude = 46.2, .longitude = 9.1}});
     std::sort(two.begin(), two.end());
     EXPECT_EQ(std::adjacent_find(two.begin(), two.end()), two.end());
+}
+
+// The parts of the world that come with land, as western, southern, eastern and northern bound.
+std::vector<std::vector<int>> levelsOf(const std::vector<gps::GPSPoint>& points)
+{
+    std::vector<std::vector<int>> levels;
+    const auto land = surroundingsOf(points)["land"];
+    for (const auto& level : land) {
+        auto& degrees = levels.emplace_back();
+        for (const double bound : level["bounds"])
+            degrees.push_back(static_cast<int>(std::floor(bound / 1e6)));
+    }
+    return levels;
+}
+
+TEST(HtmlSurroundings, LandIsThatOfTheWorldAndThenOfTheAreaWithAMargin)
+{
+    EXPECT_THAT(levelsOf({{.latitude = -43.5, .longitude = 172.5}}),
+                testing::ElementsAre(testing::ElementsAre(-180, -90, 180, 90),
+                                     testing::ElementsAre(171, -45, 174, -42)));
+}
+
+TEST(HtmlSurroundings, InlandThereIsOnlyTheWorld)
+{
+    EXPECT_THAT(levelsOf({{.latitude = 46.5, .longitude = 7.5}}), testing::SizeIs(1));
+}
+
+TEST(HtmlSurroundings, SeveralAreasHaveTheLandAroundAllOfThemAcrossTheDateLineToo)
+{
+    const gps::GPSPoint fiji{.latitude = -17.5, .longitude = 178};
+    const gps::GPSPoint samoa{.latitude = -13.5, .longitude = -172};
+    EXPECT_THAT(levelsOf({fiji, samoa})[1], testing::ElementsAre(168, -28, 198, -4));
+    EXPECT_THAT(levelsOf({samoa, fiji})[1], testing::ElementsAre(168, -28, 198, -4));
+}
+
+TEST(HtmlSurroundings, AreasAllOverTheWorldHaveNoLandOfAllThatTheWorldLacks)
+{
+    const auto levels =
+        levelsOf({{.latitude = -43.5, .longitude = 172.5}, {.latitude = 59.5, .longitude = 5.5}});
+    EXPECT_THAT(levels, testing::SizeIs(3)); // the world and each area
+}
+
+TEST(HtmlSurroundings, OutlinesAreStepsFromTheCornerInTheirUnit)
+{
+    const auto level = surroundingsOf({{.latitude = -43.5, .longitude = 172.5}})["land"][1];
+    const double unit = level["unit"];
+    const std::vector<double> bounds = level["bounds"];
+    double x = 0;
+    double y = 0;
+    for (const auto& outline : level["outlines"]) {
+        ASSERT_EQ(outline.size() % 2, 0U);
+        x = y = 0;
+        for (std::size_t i = 0; i < outline.size(); i += 2) {
+            x += outline[i].get<double>() * unit;
+            y += outline[i + 1].get<double>() * unit;
+            EXPECT_GE(x, -unit);
+            EXPECT_LE(x, bounds[2] - bounds[0] + unit);
+            EXPECT_GE(y, -unit);
+            EXPECT_LE(y, bounds[3] - bounds[1] + unit);
+        }
+    }
 }
 
 } // namespace

@@ -61,7 +61,7 @@ TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
     EXPECT_EQ(
         pageDataOf({}),
         Json::parse(
-            R"({"note":"","areas":[],"places":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+            R"({"note":"","areas":[],"places":[],"land":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
