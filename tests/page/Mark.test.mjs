@@ -14,6 +14,27 @@ test("every listener is told what is marked, in the order of registration", () =
   assert.deepEqual([mark.item, mark.index], [item, 5]);
 });
 
+test("a pinned mark stays while the reader points elsewhere, until it is cleared", () => {
+  const mark = new Mark(), pinned = {}, other = {};
+  mark.pin(pinned, 3);
+  mark.point(other, 1);
+  mark.leave();
+  assert.deepEqual([mark.item, mark.index, mark.isPinned], [pinned, 3, true]);
+  mark.clear();
+  assert.deepEqual([mark.item, mark.isPinned], [null, false]);
+  mark.point(other, 1);
+  assert.equal(mark.item, other);
+  mark.leave();
+  assert.equal(mark.item, null);
+});
+
+test("pinning nothing releases the mark", () => {
+  const mark = new Mark();
+  mark.pin({}, 1);
+  mark.pin(null);
+  assert.equal(mark.isPinned, false);
+});
+
 test("a cleared mark has no item", () => {
   const mark = new Mark(), items = [];
   mark.onChange((item) => items.push(item));

@@ -110,6 +110,7 @@ class PageTest(unittest.TestCase):
         self.browser.use_theme("light")
 
     def tearDown(self):
+        self.browser.run("localStorage.clear()")
         self.assertEqual(self.browser.complaints(), [])
 
     @staticmethod
@@ -230,6 +231,115 @@ class PageTest(unittest.TestCase):
                 PAGE_DOWN, 0), (PAGE_DOWN, 0):
             chart.send_keys(key)
             self.assertAlmostEqual(self.browser.ask("page.mark.index"), index, delta=1)
+
+    def drag_on_profile(self, track, start, end):
+        """Drags from one share of a profile's width to another."""
+        left, top, width = self.browser.ask("""((box) => [box.left, box.top, box.width])(
+            document.querySelector(arguments[0]).getBoundingClientRect())""",
+                                            f"#track-{track} .chart")
+        self.browser.move(left + start * width, top + 60)
+        self.browser.move(left + start * width, top + 60, "mousePressed", buttons=1)
+        self.browser.move(left + end * width, top + 60, buttons=1)
+        self.browser.move(left + end * width, top + 60, "mouseReleased")
+
+    def test_dragging_on_a_profile_marks_a_stretch_and_a_click_clears_it(self):
+        self.browser.open(self.sample)
+        self.show(1)
+        before = self.browser.ask("page.map.canvas.toDataURL()")
+        self.drag_on_profile(1, 0.75, 0.25)
+        text = self.text("#track-1 .stretch")
+        self.assertRegex(text, r"^Stretch: 1\.4\d km · .* min · \d\.\d km/h · \d+ m up, 0 m down · "
+                               r"mean slope \+\d+\.\d %$")
+        self.assertTrue(self.is_shown("#track-1 .band"))
+        self.assertFalse(self.is_shown("#track-0 .stretch"))
+        self.browser.move(5, 5)
+        self.assertTrue(self.is_shown("#track-1 .band"))
+        self.assertNotEqual(self.browser.ask("page.map.canvas.toDataURL()"), before)
+        self.drag_on_profile(1, 0.5, 0.5)
+        self.assertFalse(self.is_shown("#track-1 .stretch"))
+        self.assertIsNone(self.browser.ask("page.stretch.track"))
+
+    def test_shift_and_arrows_mark_a_stretch_and_escape_clears_it(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        chart = self.browser.find("#track-0 .chart")
+        chart.send_keys(RIGHT * 3 + SHIFT + RIGHT + RIGHT)
+        self.browser.settle()
+        steps = self.browser.ask("[page.stretch.from, page.stretch.to, page.mark.index]")
+        self.assertEqual(steps, [9, 15, 15])  # of 284 points, a hundredth is 3
+        chart.send_keys(SHIFT + END)
+        self.assertEqual(self.browser.ask("[page.stretch.from, page.stretch.to]"), [9, 283])
+        chart.send_keys(ESCAPE)
+        self.assertIsNone(self.browser.ask("page.stretch.track"))
+        self.assertFalse(self.is_shown("#track-0 .stretch"))
+
+    def test_click_pins_the_mark_and_escape_releases_it(self):
+        self.browser.open(self.sample)
+        self.show(4)
+        x, y = self.point(4, 300)
+        for kind, buttons in ("mousePressed", 1), ("mouseReleased", 0):
+            self.browser.move(x, y, kind, buttons)
+        self.browser.move(5, 5)
+        self.assert_marked(4)
+        self.assertTrue(self.browser.ask("page.mark.isPinned"))
+        self.browser.find("#map canvas").send_keys(ESCAPE)
+        self.assertFalse(self.is_shown("#tip"))
+        self.browser.find("#track-4 .chart").send_keys(RIGHT + ENTER)
+        self.browser.move(5, 5)
+        self.assert_marked(4)
+
+    def test_figures_of_all_tracks_are_those_of_the_program(self):
+        self.browser.open(self.sample)
+        self.browser.run("page.cards.drawAllCharts()")
+        for card in self.browser.ask("""page.cards.cards.map(({ track, figures_: own }) => [
+                track.kilometres * 1000, own.metres, track.ascent ?? 0, own.ascent || 0,
+                track.descent ?? 0, own.descent || 0, track.moving ?? 0, own.moving || 0])"""):
+            # The page's coordinates are rounded: a step at the lowest speed counts or does not.
+            for theirs, ours in zip(card[::2], card[1::2]):
+                self.assertAlmostEqual(theirs, ours, delta=1 + theirs / 100)
+
+    def test_units_are_chosen_for_the_whole_page_and_remembered(self):
+        self.browser.open(self.sample)
+        metric = self.lengths()
+        self.browser.find("#units").send_keys("miles, ft")
+        self.browser.settle()
+        self.assertEqual(self.browser.ask("document.getElementById('units').value"), "mi-ft")
+        for reopened in False, True:
+            if reopened:
+                self.browser.open(self.sample)
+            miles = [float(text.removesuffix(" mi")) for text in self.column("tracks", 8)]
+            for length, text in zip(metric, miles):
+                self.assertAlmostEqual(length / 1.609344, text, delta=0.01)
+            self.assertIn(" mi ", self.text("#summary"))
+            self.assertIn(" mph", self.text("#track-1 dl"))
+            self.assertIn("(ft)", self.text("#track-1 .elevation"))
+            self.assertRegex(self.text("#scale"), " (ft|mi)$")
+
+    def test_units_can_be_chosen_where_nothing_can_be_remembered(self):
+        self.browser.open(self.sample)
+        refused = self.browser.command("Page.addScriptToEvaluateOnNewDocument", source="""
+            Object.defineProperty(window, "localStorage",
+                { get() { throw new DOMException("no", "SecurityError"); } });""")
+        self.browser.open(self.sample)
+        self.browser.find("#units").send_keys("miles, m")
+        self.assertRegex(self.column("tracks", 8)[0], " mi$")
+        self.browser.command("Page.removeScriptToEvaluateOnNewDocument", **refused)
+        self.browser.open(self.sample)
+
+    def test_profile_can_be_drawn_over_time(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        self.assertIn("0 km", self.text("#track-0 .distances"))
+        self.browser.find("#axis").send_keys("time")
+        self.browser.settle()
+        self.assertIn("0:00 h", self.text("#track-0 .distances"))
+        self.browser.run("page.cards.drawAllCharts()")
+        self.assertIn("0 km", self.text("#track-5 .distances"))  # it has no times
+        self.browser.move(*self.middle("#track-0 .chart"))
+        self.assert_marked(0)
+        half = self.browser.ask("""((track) => (page.collection.tracks[0].time[page.mark.index] -
+            track.first) / (track.last - track.first))(page.collection.tracks[0])""")
+        self.assertAlmostEqual(half, 0.5, delta=0.02)
 
     def test_touching_marks_too(self):
         self.browser.resize(390, 844)

@@ -3,9 +3,7 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import {
-  distanceTicks, indexAtDistance, kPlotKinds, kPlotWidth, plotOf, trackLength,
-} from "../../host/page/model/profile.js";
+import { kPlotKinds, kPlotWidth, plotOf, trackLength } from "../../host/page/model/profile.js";
 
 const [kElevation, kSpeed] = kPlotKinds;
 
@@ -130,32 +128,4 @@ test("ticks match the plot's height", () => {
       assert.ok(Math.abs(value * factor - Number(text)) < 1e-9, text);
     }
   }
-});
-
-test("distance ticks are in kilometres, the unit is at the first", () => {
-  assert.deepEqual(textsOf(distanceTicks(20000)), ["0 km", "5", "10", "15"]);
-  assert.deepEqual(textsOf(distanceTicks(2500)), ["0 km", "0.5", "1.0", "1.5", "2.0"]);
-  assert.deepEqual(textsOf(distanceTicks(500)), ["0 km", "0.1", "0.2", "0.3", "0.4"]);
-  assert.deepEqual(textsOf(distanceTicks(250)), ["0 km", "0.05", "0.10", "0.15", "0.20"]);
-  assert.deepEqual(textsOf(distanceTicks(90)), ["0 km", "0.02", "0.04", "0.06", "0.08"]);
-});
-
-test("a distance tick within 6 % of the end is omitted", () => {
-  assert.equal(textsOf(distanceTicks(10640)).at(-1), "10");
-  assert.equal(textsOf(distanceTicks(10630)).at(-1), "5");
-});
-
-test("a distance tick's fraction is its share of the length", () => {
-  assert.deepEqual(distanceTicks(20000).map(({ fraction }) => fraction), [0, 0.25, 0.5, 0.75]);
-});
-
-test("the point nearest to a distance is found, beyond the ends too", () => {
-  const track = { count: 4, distance: [0, 10, 30, 60] };
-  for (const [metres, index] of [[-5, 0], [0, 0], [4.9, 0], [5, 1], [5.1, 1], [19, 1], [21, 2],
-    [44, 2], [46, 3], [60, 3], [99, 3]])
-    assert.equal(indexAtDistance(track, metres), index, `${metres}`);
-});
-
-test("a track of one point has just that", () => {
-  assert.equal(indexAtDistance({ count: 1, distance: [0] }, 5), 0);
 });

@@ -5,6 +5,7 @@ export class Mark {
   constructor() {
     this.item = null; // a track, a waypoint, a geocache or a point of a route
     this.index = 0;   // of the track's point
+    this.isPinned = false; // stays while the reader points elsewhere
     this.listeners_ = [];
   }
 
@@ -20,7 +21,23 @@ export class Mark {
       listener(item, index);
   }
 
+  // Marks and pins an item; null releases the mark.
+  pin(item, index = 0) {
+    this.isPinned = item !== null;
+    this.set(item, index);
+  }
+
   clear() {
-    this.set(null);
+    this.pin(null);
+  }
+
+  // What the pointer refers to, and that it refers to nothing any more. A pinned mark stays.
+  point(item, index = 0) {
+    if (!this.isPinned)
+      this.set(item, index);
+  }
+
+  leave() {
+    this.point(null);
   }
 }

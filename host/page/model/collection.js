@@ -10,7 +10,7 @@
 import { contains } from "./bounds.js";
 import { eastOfEdge, layOutLine, westernEdge } from "./dateLine.js";
 import { metresBetween } from "./geodesy.js";
-import { speedsOf } from "./speed.js";
+import { speedsOf } from "./rates.js";
 
 export function unpackCollection(raw) {
   const collection = {

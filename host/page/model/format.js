@@ -2,6 +2,7 @@
 // Numbers, times and coordinates as texts. Values that are not known (null or NaN) become a dash.
 
 import { normalLongitude } from "./geodesy.js";
+import { units } from "./units.js";
 
 export const kDash = "–";
 
@@ -17,16 +18,29 @@ export function isKnown(number) {
   return number !== null && !Number.isNaN(number);
 }
 
+// These take metres, kilometres and metres per second, and show the units that the reader chose.
 export function metresText(metres) {
-  return isKnown(metres) ? `${formatNumber(Math.round(metres))} m` : kDash;
+  const { name, metres: unit } = units.height;
+  return isKnown(metres) ? `${formatNumber(Math.round(metres / unit))} ${name}` : kDash;
 }
 
 export function kilometresText(kilometres) {
-  return isKnown(kilometres) ? `${formatNumber(kilometres, 2)} km` : kDash;
+  const { name, metres } = units.length;
+  return isKnown(kilometres) ? `${formatNumber(kilometres * 1000 / metres, 2)} ${name}` : kDash;
 }
 
 export function speedText(metresPerSecond) {
-  return isKnown(metresPerSecond) ? `${formatNumber(metresPerSecond * 3.6, 1)} km/h` : kDash;
+  const { speed, metres } = units.length;
+  return isKnown(metresPerSecond) ?
+    `${formatNumber(metresPerSecond * 3600 / metres, 1)} ${speed}` : kDash;
+}
+
+// A slope in percent, with its sign.
+export function slopeText(slope) {
+  if (!isKnown(slope))
+    return kDash;
+  const text = formatNumber(Math.abs(slope) * 100, 1);
+  return `${text === "0.0" ? "" : slope > 0 ? "+" : "−"}${text} %`;
 }
 
 export function durationText(seconds) {

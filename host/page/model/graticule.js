@@ -4,6 +4,7 @@
 import { formatNumber, latitudeText, longitudeText } from "./format.js";
 import { kEarthRadius, radians } from "./geodesy.js";
 import { roundStep } from "./roundStep.js";
+import { units } from "./units.js";
 
 const kMinSpacing = 110; // pixels between meridians
 const kMaxStep = 30;     // degrees
@@ -39,12 +40,15 @@ function hasRoom({ px, py }, view) {
     (py < view.height - 20 || px > 60) && py > 12;
 }
 
-// A round number of metres and its length in pixels, of at least 60.
+// A round length and its pixels, of at least 60.
 export function scaleBar(view) {
   const metresPerPixel = kEarthRadius * radians(1) / view.scale;
-  const metres = roundStep(metresPerPixel * kMinBar);
+  const least = metresPerPixel * kMinBar, { small } = units.length;
+  const unit = roundStep(least / small.metres) * small.metres < units.length.metres ?
+    small : units.length;
+  const count = roundStep(least / unit.metres);
   return {
-    pixels: metres / metresPerPixel,
-    text: metres >= 1000 ? `${formatNumber(metres / 1000)} km` : `${metres} m`,
+    pixels: count * unit.metres / metresPerPixel,
+    text: `${formatNumber(count, count < 1 ? 1 : 0)} ${unit.name}`,
   };
 }

@@ -1,40 +1,41 @@
 // SPDX-License-Identifier: MIT
-// Elevation and speed along a track, as paths and ticks for a drawing of kPlotWidth units.
+// Elevation and speed along a track's axis, as paths and ticks for a drawing of kPlotWidth units.
 
+import { axisOf } from "./axis.js";
 import { formatNumber } from "./format.js";
 import { roundStep } from "./roundStep.js";
 import { simplify } from "./simplify.js";
+import { units } from "./units.js";
 
 export const kPlotWidth = 720; // no card is wider in pixels, so half a unit is at most half a pixel
 
 const kTolerance = 0.5; // units
 const kHeadroom = 1.22; // the plot's height, relative to the range of its values
 
-// `key`: the track's array of values. `factor`: from the track's unit to the one shown. `minRange`:
-// a walk on level ground should look level; it also keeps ticks without decimals. `hasGaps`: the
-// line is interrupted where values are missing; a speed is known at timed points only, and the line
-// connects those.
+// `key`: the track's array of values. `unit()` and `factor()`: the unit shown, and the factor to it
+// from metres, or metres per second. `minRange`: a walk on level ground should look level; it also
+// keeps ticks without decimals. `hasGaps`: the line is interrupted where values are missing; a
+// speed is known at timed points only, and the line connects those.
 export const kPlotKinds = [
-  { key: "elevation", unit: "m", factor: 1, height: 110, minRange: 20, tickCount: 4,
-    hasGaps: true, range: elevationRange },
-  { key: "speed", unit: "km/h", factor: 3.6, height: 70, minRange: 1, tickCount: 3,
-    hasGaps: false, range: speedRange },
+  { key: "elevation", unit: () => units.height.name, factor: () => 1 / units.height.metres,
+    height: 110, minRange: 20, tickCount: 4, hasGaps: true, range: elevationRange },
+  { key: "speed", unit: () => units.length.speed, factor: () => 3600 / units.length.metres,
+    height: 70, minRange: 1, tickCount: 3, hasGaps: false, range: speedRange },
 ];
 
 export function trackLength(track) {
   return track.count > 0 ? track.distance[track.count - 1] : 0;
 }
 
-// Returns the plot of one kind: the range of values `low` to `high`, the SVG paths `stroke` and
-// `fill`, and the `ticks` as `{ y, text }`. Null if fewer than two points have a value or the track
-// has no length.
-export function plotOf(track, kind) {
-  const line = lineOf(track, track[kind.key], kind.hasGaps);
-  const length = trackLength(track);
-  if (line.count < 2 || !(length > 0))
+// Returns the plot of one kind along an axis: the range of values `low` to `high`, the SVG paths
+// `stroke` and `fill`, and the `ticks` as `{ y, text }`. Null if fewer than two points have a value
+// or the axis has no length.
+export function plotOf(track, kind, axis = axisOf(track)) {
+  const line = lineOf(track.count, axis.values, track[kind.key], kind.hasGaps);
+  if (line.count < 2 || !(axis.length > 0))
     return null;
   const { low, high } = kind.range(line.lowest, line.highest, kind.minRange);
-  const frame = { low, high, height: kind.height, xScale: kPlotWidth / length };
+  const frame = { low, high, height: kind.height, xScale: kPlotWidth / axis.length };
   return { low, high, ...pathsOf(line, frame), ticks: ticksOf(frame, kind) };
 }
 
@@ -48,15 +49,15 @@ function speedRange(lowest, highest, minRange) {
   return { low: 0, high: Math.max(highest, minRange) * kHeadroom };
 }
 
-// The points that have a value, by distance.
-function lineOf(track, values, hasGaps) {
+// The points that have a value, by their positions on the axis.
+function lineOf(count, positions, values, hasGaps) {
   const line = { x: [], y: [], count: 0, breaks: new Set(), lowest: Infinity, highest: -Infinity };
-  for (let i = 0; i < track.count; ++i) {
+  for (let i = 0; i < count; ++i) {
     if (Number.isNaN(values[i]))
       continue;
     if (hasGaps && i > 0 && Number.isNaN(values[i - 1]))
       line.breaks.add(line.count);
-    line.x.push(track.distance[i]);
+    line.x.push(positions[i]);
     line.y.push(values[i]);
     ++line.count;
     line.lowest = Math.min(line.lowest, values[i]);
@@ -84,39 +85,12 @@ function pathsOf(line, { low, high, height, xScale }) {
   return { stroke, fill };
 }
 
-function ticksOf({ low, high, height }, { factor, tickCount }) {
-  const ticks = [];
+function ticksOf({ low, high, height }, { factor: factorOf, tickCount }) {
+  const ticks = [], factor = factorOf();
   const step = roundStep((high - low) * factor / tickCount);
   for (let i = Math.ceil(low * factor / step); i * step < high * factor * 0.97; ++i) {
     const y = height - (i * step / factor - low) * height / (high - low);
     ticks.push({ y, text: formatNumber(i * step) });
   }
   return ticks;
-}
-
-// The ticks of the axis below the plots: `{ fraction, text }`, in kilometres. Leaves out what would
-// reach over the end.
-export function distanceTicks(length) {
-  const step = roundStep(length / 5);
-  const digits = step >= 100 ? 1 : 2;
-  const ticks = [];
-  for (let i = 0; i * step <= length * 0.94; ++i) {
-    const kilometres = i * step / 1000;
-    const text = step >= 1000 ? `${kilometres}` : formatNumber(kilometres, digits);
-    ticks.push({ fraction: i * step / length, text: i === 0 ? "0 km" : text });
-  }
-  return ticks;
-}
-
-// The index of the point nearest to a distance along the track, which must have points.
-export function indexAtDistance({ count, distance }, metres) {
-  let low = 0, high = count - 1;
-  while (low < high) {
-    const middle = (low + high) >> 1;
-    if (distance[middle] < metres)
-      low = middle + 1;
-    else
-      high = middle;
-  }
-  return low > 0 && metres - distance[low - 1] < distance[low] - metres ? low - 1 : low;
 }

@@ -34,13 +34,18 @@ export class VisiblePoints {
   }
 }
 
+// Those of `indices` between two points, and these points.
+export function indicesBetween(indices, from, to) {
+  return [from, ...indices.filter((i) => i > from && i < to), to];
+}
+
 // Traces the line through the points in `indices` with a pen that has `moveTo` and `lineTo`, for
 // example a canvas context. Omits segments that are entirely on one side of the map.
 export function traceLine(line, indices, view, pen) {
-  let previousX = 0, previousY = 0, isPenDown = false;
+  let previousX = NaN, previousY = NaN, isPenDown = false; // NaN: the first point ends no segment
   for (const i of indices) {
     const px = view.toPixelX(line.x[i]), py = view.toPixelY(line.latitude[i]);
-    const isVisible = i > 0 && !line.breaks.has(i) &&
+    const isVisible = !Number.isNaN(previousX) && !line.breaks.has(i) &&
       !areBeyondEdge(previousX, px, view.width) && !areBeyondEdge(previousY, py, view.height);
     if (isVisible && !isPenDown)
       pen.moveTo(previousX, previousY);

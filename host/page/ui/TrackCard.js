@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The card of one track: its switch, its figures and its profile.
 
-import { durationText, kilometresText, metresText } from "../model/format.js";
+import { stretchFigures, trackFigures } from "../model/figures.js";
+import {
+  durationText, isKnown, kilometresText, metresText, slopeText, speedText,
+} from "../model/format.js";
 import { readingText, timeSpanText } from "../model/itemTexts.js";
 import { shortName } from "../model/labels.js";
 import { trackColour, trackDash } from "../model/trackStyle.js";
@@ -11,9 +14,12 @@ import { ProfileChart } from "./ProfileChart.js";
 export class TrackCard {
   // `onSwitch()` is called after the track was shown or hidden, `onShow(track)` when the reader
   // wants to see it on the map.
-  constructor(track, mark, { onSwitch, onShow }) {
+  constructor(track, { mark, stretch }, { onSwitch, onShow }) {
     this.track = track;
-    this.chart = new ProfileChart(track, mark);
+    this.chart = new ProfileChart(track, mark, stretch);
+    this.figures_ = null; // computed when the card comes into view
+    this.list_ = element("dl");
+    this.stretch_ = element("p", { className: "stretch", role: "status", hidden: true });
     this.checkbox_ = element("input", { type: "checkbox", checked: true });
     this.checkbox_.addEventListener("change", () => {
       track.isShown = this.checkbox_.checked;
@@ -22,8 +28,50 @@ export class TrackCard {
     });
     this.reading_ = element("p", { className: "reading", textContent: timeSpanText(track) });
     this.element = element("article", { className: "track", id: `track-${track.index}` },
-      this.makeHeader_(onShow), figuresElement(track), this.chart.element, this.reading_);
+      this.makeHeader_(onShow), this.list_, this.chart.element, this.reading_, this.stretch_);
     this.element.style.setProperty("--line", `var(${trackColour(track)})`);
+    this.showFigures_();
+  }
+
+  // Completes a card that comes into view.
+  draw() {
+    this.figures_ = this.figures_ ?? trackFigures(this.track);
+    this.showFigures_();
+    this.chart.draw();
+  }
+
+  // Shows everything again, in other units or along another axis.
+  redraw(axisName) {
+    this.chart.reset(axisName);
+    if (this.figures_)
+      this.draw();
+    else
+      this.showFigures_();
+  }
+
+  // Shows the figures of the marked stretch, if it is one of this track.
+  showStretch({ track, from, to }) {
+    const isOurs = track === this.track;
+    this.stretch_.hidden = !isOurs;
+    this.stretch_.replaceChildren(...(isOurs ? stretchTexts(stretchFigures(track, from, to)) : []));
+    this.chart.showBand(isOurs ? from : 0, isOurs ? to : 0);
+  }
+
+  showFigures_() {
+    const { track, figures_: known } = this;
+    const figures = [
+      ["Length", kilometresText(track.kilometres)],
+      ["Ascent", metresText(track.ascent)],
+      ["Descent", metresText(track.descent)],
+      ["Moving", durationText(track.moving)],
+      ["Average moving", speedText(known?.movingAverage ?? NaN)],
+      ["Average", speedText(known?.average ?? NaN)],
+      ["Top speed", speedText(known?.top ?? NaN)],
+      ["Highest", metresText(known?.highest ?? NaN)],
+      ["Lowest", metresText(known?.lowest ?? NaN)],
+    ];
+    this.list_.replaceChildren(...figures.map(([name, text]) => element("div", {},
+      element("dt", { textContent: name }), element("dd", { textContent: text }))));
   }
 
   // Shows the track if it is hidden.
@@ -68,13 +116,12 @@ function swatch(track) {
     svgElement("line", { x1: 2, x2: 26, y1: 5, y2: 5, "stroke-dasharray": dash }));
 }
 
-function figuresElement(track) {
-  const figures = [
-    ["Length", kilometresText(track.kilometres)],
-    ["Ascent", metresText(track.ascent)],
-    ["Descent", metresText(track.descent)],
-    ["Moving", durationText(track.moving)],
-  ];
-  return element("dl", {}, ...figures.map(([name, text]) => element("div", {},
-    element("dt", { textContent: name }), element("dd", { textContent: text }))));
+function stretchTexts({ metres, seconds, ascent, descent, slope, average }) {
+  const texts = [kilometresText(metres / 1000)];
+  if (isKnown(seconds))
+    texts.push(durationText(seconds), speedText(average));
+  if (isKnown(ascent))
+    texts.push(`${metresText(ascent)} up, ${metresText(descent)} down`,
+      `mean slope ${slopeText(slope)}`);
+  return [element("b", { textContent: "Stretch: " }), texts.join(" · ")];
 }

@@ -10,12 +10,16 @@ const kPreload = "400px"; // the distance from the visible area at which a chart
 
 export class TrackCards {
   // For `actions`, see TrackCard.
-  constructor(tracks, mark, actions) {
-    this.cards = tracks.map((track) => new TrackCard(track, mark, actions));
+  constructor(tracks, { mark, stretch }, actions) {
+    this.cards = tracks.map((track) => new TrackCard(track, { mark, stretch }, actions));
     this.marked_ = null;
     byId("cards").append(...this.cards.map((card) => card.element));
     this.drawChartsInView_();
     mark.onChange((item, index) => this.followMark_(item, index));
+    stretch.onChange(() => {
+      for (const card of this.cards)
+        card.showStretch(stretch);
+    });
   }
 
   of(track) {
@@ -28,10 +32,24 @@ export class TrackCards {
       card.hideReading();
   }
 
+  // Goes to the card of a track, which is shown from now on.
+  show(track) {
+    const card = this.of(track);
+    card.switchOn();
+    card.draw();
+    scrollIntoView(card.element);
+  }
+
   // For paper, on which nothing comes into view.
   drawAllCharts() {
     for (const card of this.cards)
-      card.chart.draw();
+      card.draw();
+  }
+
+  // Shows everything again, in other units or along another axis: "distance" or "time".
+  redraw(axisName) {
+    for (const card of this.cards)
+      card.redraw(axisName);
   }
 
   // Scrolls to the first track that starts within `bounds`.
@@ -48,7 +66,7 @@ export class TrackCards {
       this.marked_?.hideReading();
       this.marked_ = card;
       if (card) {
-        card.chart.draw();
+        card.draw();
         scrollIntoView(card.element);
       }
     }
@@ -60,7 +78,7 @@ export class TrackCards {
     const observer = new IntersectionObserver((entries) => {
       for (const { isIntersecting, target } of entries)
         if (isIntersecting)
-          cardOf.get(target).chart.draw();
+          cardOf.get(target).draw();
     }, { rootMargin: kPreload });
     for (const { element } of this.cards)
       observer.observe(element);

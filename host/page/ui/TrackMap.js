@@ -8,7 +8,7 @@ import { placeLabels } from "../model/labels.js";
 import { mapLink } from "../model/mapLink.js";
 import { MapView } from "../model/MapView.js";
 import { trackColour, trackDash } from "../model/trackStyle.js";
-import { traceLine, VisiblePoints } from "../model/visibleLines.js";
+import { indicesBetween, traceLine, VisiblePoints } from "../model/visibleLines.js";
 import { byId, themeColour } from "./dom.js";
 
 const kFonts = {
@@ -30,6 +30,7 @@ export class TrackMap {
     this.context_ = this.canvas.getContext("2d");
     this.visiblePoints_ = new VisiblePoints();
     this.highlighted_ = null;
+    this.stretch_ = null;
     this.isDrawingSoon_ = false;
   }
 
@@ -60,6 +61,12 @@ export class TrackMap {
     if (track === this.highlighted_)
       return;
     this.highlighted_ = track;
+    this.drawSoon();
+  }
+
+  // Draws a band along `stretch`, if it has a track.
+  showStretch(stretch) {
+    this.stretch_ = stretch;
     this.drawSoon();
   }
 
@@ -188,6 +195,7 @@ export class TrackMap {
   drawTracks_() {
     const { highlighted_: highlighted } = this;
     const tracks = this.collection_.tracks.filter((track) => track.isShown && track.count > 0);
+    this.drawStretch_();
     tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
     return tracks.map((track) => {
       const colour = themeColour(trackColour(track));
@@ -198,6 +206,18 @@ export class TrackMap {
       this.drawDot_(track.x[0], track.latitude[0], 4, colour);
       return labelAtStart(track, colour, kFonts.track);
     });
+  }
+
+  // Below the lines, and wider, so that the line's colour stays to be seen.
+  drawStretch_() {
+    const { track, from, to } = this.stretch_ ?? {};
+    if (!track?.isShown)
+      return;
+    this.context_.beginPath();
+    traceLine(track, indicesBetween(this.visiblePoints_.of(track, this.view), from, to),
+      this.view, this.context_);
+    this.stroke_(this.colours_.soft, 13);
+    this.stroke_(this.colours_.paper, 9);
   }
 
   drawPoints_(waypoints, geocaches) {

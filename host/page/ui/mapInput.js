@@ -3,6 +3,7 @@
 
 import { byId } from "./dom.js";
 
+const kDragStart = 4; // pixels
 const kKeyStep = 60; // pixels
 const kKeyZoom = 1.5;
 const kWheelPixels = 250; // for a factor of two
@@ -30,21 +31,32 @@ function pixelOf(map, event) {
 
 function markAt(map, mark, event) {
   const { item, index } = map.itemAt(...pixelOf(map, event));
-  mark.set(item, index);
+  mark.point(item, index);
+}
+
+// A click on nothing releases what was pinned.
+function pinAt(map, mark, px, py) {
+  const { item, index } = map.itemAt(px, py);
+  mark.pin(item, index);
 }
 
 function listenToPointers(map, mark) {
   const { canvas } = map;
   const pressed = new Map(); // the pixel of each pressed pointer, by id: at most two
-  let isMarkingSoon = false;
+  let isMarkingSoon = false, isDrag = false, start = [0, 0];
   canvas.addEventListener("pointerdown", (event) => {
     canvas.setPointerCapture(event.pointerId);
+    if (pressed.size === 0)
+      start = pixelOf(map, event);
+    isDrag = pressed.size > 0;
     if (pressed.size < 2)
       pressed.set(event.pointerId, pixelOf(map, event));
     markAt(map, mark, event);
   });
   canvas.addEventListener("pointermove", (event) => {
     if (pressed.has(event.pointerId)) {
+      const [px, py] = pixelOf(map, event);
+      isDrag = isDrag || Math.hypot(px - start[0], py - start[1]) >= kDragStart;
       drag(map, pressed, event);
     } else if (!isMarkingSoon) { // once a frame is enough
       isMarkingSoon = true;
@@ -55,11 +67,15 @@ function listenToPointers(map, mark) {
       });
     }
   });
+  canvas.addEventListener("pointerup", (event) => {
+    if (pressed.has(event.pointerId) && !isDrag)
+      pinAt(map, mark, ...pixelOf(map, event));
+  });
   for (const end of ["pointerup", "pointercancel"])
     canvas.addEventListener(end, (event) => pressed.delete(event.pointerId));
   canvas.addEventListener("pointerleave", (event) => {
     if (event.pointerType === "mouse")
-      mark.clear();
+      mark.leave();
   });
 }
 
@@ -101,6 +117,12 @@ function listenToKeys(map, mark) {
     "+": () => zoomInMiddle(map, kKeyZoom),
     "=": () => zoomInMiddle(map, kKeyZoom), // the plus key without shift
     "-": () => zoomInMiddle(map, 1 / kKeyZoom),
+    "Enter": () => {
+      if (mark.item)
+        mark.pin(mark.item, mark.index);
+      else
+        pinAt(map, mark, map.view.width / 2, map.view.height / 2);
+    },
     "Escape": () => mark.clear(),
   };
   map.canvas.addEventListener("keydown", (event) => {

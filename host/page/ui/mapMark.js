@@ -12,6 +12,7 @@ export function showMarkOnMap(map, mark) {
   mark.onChange((item, index) => {
     if (item)
       fillTip(item, index);
+    byId("tip").classList.toggle("pinned", mark.isPinned);
     map.highlight(item?.kind === "track" ? item : null);
     moveMark(map.view, mark);
   });

@@ -6,7 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <limits>
+#include <optional>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace {
@@ -189,6 +194,58 @@ TEST(TrackFigures, MovingTimeCountsFromTheLastPointWithATimestamp)
     EXPECT_EQ(figures.movingSeconds(), 10) << "no movement";
     figures.add({20 * kDegreesPerMetre, 0, 0, kStart + 30, 0});
     EXPECT_EQ(figures.movingSeconds(), 20);
+}
+
+std::optional<double> numberOf(const std::string& word)
+{
+    return word == "-" ? std::nullopt : std::optional{std::strtod(word.c_str(), nullptr)};
+}
+
+void expectNear(const std::optional<double>& actual, const std::optional<double>& expected)
+{
+    ASSERT_EQ(actual.has_value(), expected.has_value());
+    if (actual)
+        EXPECT_NEAR(*actual, *expected, 0.001);
+}
+
+// The page computes the same figures of a stretch; its test reads the same file.
+TEST(TrackFigures, AreThoseThatThePageIsHeldTo)
+{
+    std::ifstream file{MAGELLAN_SOURCE_DIR "/tests/host/points/figures.txt"};
+    ASSERT_TRUE(file);
+    host::TrackFigures figures;
+    std::string track;
+    int checked = 0;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words{line};
+        std::string first;
+        std::string second;
+        std::string third;
+        std::string fourth;
+        words >> first >> second >> third >> fourth;
+        if (first.empty() || first == "#")
+            continue;
+        SCOPED_TRACE(track);
+        if (first == "track") {
+            track = line;
+            figures = {};
+        } else if (first == "=") {
+            std::string moving;
+            words >> moving;
+            expectNear(figures.kilometres(), numberOf(second));
+            expectNear(figures.ascentMetres(), numberOf(third));
+            expectNear(figures.descentMetres(), numberOf(fourth));
+            const auto seconds = figures.movingSeconds();
+            expectNear(seconds ? std::optional{static_cast<double>(*seconds)} : std::nullopt,
+                       numberOf(moving));
+            ++checked;
+        } else {
+            const auto time = static_cast<std::int64_t>(numberOf(fourth).value_or(0));
+            figures.add(
+                {*numberOf(first), *numberOf(second), numberOf(third).value_or(kNaN), time, 0});
+        }
+    }
+    EXPECT_EQ(checked, 7);
 }
 
 } // namespace

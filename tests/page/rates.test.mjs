@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import { speedsOf } from "../../host/page/model/speed.js";
+import { slopesOf, speedsOf, topSpeedOf } from "../../host/page/model/rates.js";
 
 // Speeds of points given as [seconds, metres].
 function speeds(points) {
@@ -46,4 +46,33 @@ test("time that stands still or runs backward has no speed", () => {
 test("a single timed point has no speed", () => {
   assert.deepEqual(speeds([[0, 0]]), [NaN]);
   assert.deepEqual(speeds([]), []);
+});
+
+test("the top speed is a 99th percentile over 10 seconds", () => {
+  const time = Array.from({ length: 400 }, (_, i) => i);
+  const walk = { count: 400, time, distance: Float64Array.from(time) };
+  assert.ok(Math.abs(topSpeedOf(walk) - 1) < 1e-9);
+  const glitch = { ...walk, distance: walk.distance.map((m, i) => m + (i === 200) * 900) };
+  assert.ok(topSpeedOf(glitch) < 100); // 900 m/s at the bad fix
+  const sprint = { ...walk, distance: walk.distance.map((metres, i) => i > 390 ?
+    390 + (i - 390) * 6 : metres) };
+  assert.ok(topSpeedOf(sprint) > 4.5);
+});
+
+test("a track without times has no top speed", () => {
+  assert.ok(Number.isNaN(topSpeedOf({ count: 2, time: [NaN, NaN], distance: [0, 5] })));
+  assert.ok(Number.isNaN(topSpeedOf({ count: 0, time: [], distance: [] })));
+});
+
+test("a slope is averaged over 50 metres to either side", () => {
+  const distance = Array.from({ length: 41 }, (_, i) => 10 * i);
+  const steady = slopesOf({ count: 41, distance, elevation: distance.map((x) => x / 10) });
+  assert.ok(steady.every((slope) => Math.abs(slope - 0.1) < 1e-9));
+  const step = slopesOf({ count: 41, distance, elevation: distance.map((x) => x < 200 ? 0 : 10) });
+  assert.deepEqual([step[14], step[20], step[26]], [0, 0.1, 0]);
+});
+
+test("a slope leaves out points without an elevation", () => {
+  assert.deepEqual([...slopesOf({ count: 3, distance: [0, 50, 100], elevation: [0, NaN, 10] })],
+    [0.1, NaN, 0.1]);
 });

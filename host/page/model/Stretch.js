@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The marked stretch of a track, from one of its points to another.
+
+export class Stretch {
+  constructor() {
+    this.track = null;
+    this.anchor = 0; // the index at which the reader began
+    this.end = 0;    // the index at which they are; before or after the anchor
+    this.listeners_ = [];
+  }
+
+  get from() {
+    return Math.min(this.anchor, this.end);
+  }
+
+  get to() {
+    return Math.max(this.anchor, this.end);
+  }
+
+  // Calls `listener(stretch)` whenever the stretch changes.
+  onChange(listener) {
+    this.listeners_.push(listener);
+  }
+
+  // A stretch between a point and itself is none.
+  set(track, anchor, end) {
+    Object.assign(this, { track: anchor === end ? null : track, anchor, end });
+    for (const listener of this.listeners_)
+      listener(this);
+  }
+
+  clear() {
+    if (this.track)
+      this.set(null, 0, 0);
+  }
+}
