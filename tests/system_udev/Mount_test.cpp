@@ -56,9 +56,11 @@ protected:
         return support::magellangps(words, {.environment = environment});
     }
 
-    [[nodiscard]] support::Running watch(const std::vector<std::string>& options) const
+    /// @param redirection  of its output, for the shell
+    [[nodiscard]] support::Running watch(const std::vector<std::string>& options,
+                                         const std::string& redirection = {}) const
     {
-        std::vector<std::string> words{"/usr/bin/env"};
+        std::vector<std::string> words{"/bin/sh", "-c", "exec env \"$@\"" + redirection, "sh"};
         for (const auto& setting : bus_.environment())
             words.push_back(setting);
         words.insert(words.end(),
@@ -296,6 +298,22 @@ TEST_F(Mount, WatchMountsEachDiskOnceAndUnmountsItAfterTheDownload)
     EXPECT_EQ(callsUntil("Unmount"), "Mount Unmount ");
 }
 
+TEST_F(Mount, WatchMountsADiskAgainThatWasUnpluggedMeanwhile)
+{
+    startService();
+    auto watching = watch({"--mount"});
+    watching.readUntil("gone: ");
+    testbed_.remove(std::string{kStickNode}.substr(std::string{"/sys"}.size()));
+    for (int reads = 0; reads < 10; ++reads) // until it has seen that the disk is gone
+        watching.read();
+    testbed_.add("P: " + std::string{kStickNode}.substr(std::string{"/sys"}.size()) +
+                 "\nN: sdb1\nE: SUBSYSTEM=block\nE: DEVTYPE=partition\nE: DEVNAME=/dev/sdb1\n"
+                 "E: MAJOR=8\nE: MINOR=17\nE: ID_FS_TYPE=vfat\nA: dev=8:17\\n\n");
+    testbed_.announceStick("add");
+    watching.readUntil("gone: ");
+    EXPECT_EQ(callsUntil("Unmount Unmount"), "Mount Mount Unmount Unmount ");
+}
+
 TEST_F(Mount, WatchLeavesADiskAloneThatTheUserHasUnmounted)
 {
     startService();
@@ -345,9 +363,17 @@ TEST_F(Mount, WatchNotifiesTheDesktopOfTheLastFailureOnly)
 
 TEST_F(Mount, WithoutADesktopWatchSaysSoOnceAndGoesOn)
 {
-    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
-    auto watching = watch({"--notify"});
-    EXPECT_THAT(watching.readUntil("\nsaved: "), HasSubstr("\nsaved: "));
+    const support::Receiver other;
+    other.put("USBTRANS/UNIT_ID.DAT", "Serial Number=43\r\n");
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()) +
+                   testbed_.mountLine("8:17", other.path()));
+    auto watching = watch({"--notify"}, " 2>&1");
+    watching.readUntil("gps/42-");
+    const auto printed = watching.readUntil("gps/43-");
+    EXPECT_THAT(printed, HasSubstr("gps/43-"));
+    constexpr char kNote[] = "note: The desktop cannot be notified: ";
+    EXPECT_THAT(printed, HasSubstr(kNote));
+    EXPECT_EQ(printed.find(kNote), printed.rfind(kNote));
 }
 
 } // namespace
