@@ -162,6 +162,27 @@ void CommandTable::addFixDatesOption(CLI::App& command, DateRule& rule)
         ->type_name("auto|off|WEEKS");
 }
 
+void CommandTable::addSplitGapOption(CLI::App& command, GapRule& rule)
+{
+    command
+        .add_option_function<std::string>(
+            "--split-gap",
+            [&rule](const std::string& text) {
+                const auto read = readGapRule(text);
+                if (!read)
+                    throw CLI::ValidationError{
+                        "--split-gap",
+                        fmt::format("\"{}\" is not off, a time such as 30s, 10min or 2h, or a "
+                                    "distance such as 500m or 2km",
+                                    text)};
+                rule = *read;
+            },
+            "Begin a new segment of a track also where more than this time (10min) or distance "
+            "(500m) is between two points. The default is only at jumps that no receiver can "
+            "make; \"off\" keeps tracks whole")
+        ->type_name("off|TIME|DISTANCE");
+}
+
 void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& options)
 {
     addDriverOption(command, options.driver, kAnyDriver);
@@ -183,6 +204,11 @@ void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
         ->type_name("FORMAT");
     command.add_flag("--summary", options.summary,
                      "Print the summary table even though there is an output file");
+    const auto* const list = command.add_flag(
+        "--list", options.list, "List what is there, with names, dates and lengths; write no file");
+    for (const auto* const other : {"--output", "--summary"})
+        exclude(list, command.get_option(other));
+    exclude(list, app_.get_option("--events"));
 }
 
 void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)
@@ -190,6 +216,8 @@ void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)
     command.add_flag("--strict", options.strict,
                      "Exit with status 1 if lines of a device's file are damaged");
     addFixDatesOption(command, options.fixDates);
+    addSplitGapOption(command, options.splitGap);
+    addChoiceOptions(command, options.choice);
     const auto* const json =
         command
             .add_option_function<std::string>(
@@ -209,6 +237,47 @@ void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)
     addKind("--no-waypoints", options.waypoints, "Skip waypoints and geocaches");
     addKind("--no-routes", options.routes, "Skip routes");
     addKind("--no-tracks", options.tracks, "Skip tracks");
+    exclude(command.get_option("--track"), command.get_option("--no-tracks"));
+}
+
+// Both ends of the range are set by options of their own.
+void CommandTable::addTimeOption(CLI::App& command, const char* name, RecordChoice& choice,
+                                 std::int64_t TimeRange::*end, const char* description)
+{
+    command
+        .add_option_function<std::string>(
+            name,
+            [name, end, &choice](const std::string& text) {
+                const auto range = readTimeRange(text);
+                if (!range)
+                    throw CLI::ValidationError{
+                        name, fmt::format("\"{}\" is not a date such as 2026-08-30, or a time such "
+                                          "as 2026-08-30T10:15",
+                                          text)};
+                if (!choice.times)
+                    choice.times.emplace();
+                (*choice.times).*end = (*range).*end;
+            },
+            description)
+        ->type_name("DATE");
+}
+
+void CommandTable::addChoiceOptions(CLI::App& command, RecordChoice& choice)
+{
+    addTimeOption(command, "--since", choice, &TimeRange::first,
+                  "Keep only what was recorded from this date on: 2026-08-30, or "
+                  "2026-08-30T10:15 with an optional Z for UTC; by this computer's clock "
+                  "otherwise. What has no time is kept");
+    addTimeOption(command, "--until", choice, &TimeRange::last,
+                  "Keep only what was recorded up to the end of this date, minute or second");
+    command
+        .add_option("--track", choice.trackNames,
+                    "Of the tracks, keep only those with this name; may be repeated, and may be "
+                    "a pattern such as \"Day *\"")
+        ->type_name("PATTERN")
+        ->allow_extra_args(false);
+    command.add_flag_callback(
+        "--no-geocaches", [&choice] { choice.geocaches = false; }, "Leave out geocaches");
 }
 
 void CommandTable::addDevices()
@@ -241,6 +310,9 @@ void CommandTable::addAcquire()
     exclude(device, card);
     for (const auto* const option : addDiskOptions(command, options.disk))
         exclude(card, option);
+    exclude(card, command.add_flag("--new-only", options.newOnly,
+                                   "Keep only what has not been saved from that receiver before; "
+                                   "watch has the same memory"));
     for (const auto* const kind : {"--no-waypoints", "--no-routes", "--no-tracks"})
         exclude(card, command.get_option(kind));
 }
@@ -386,6 +458,7 @@ void CommandTable::addWatch()
         "and a half");
     exclude(serial, addDriverOption(command, options.driver, "Watch only this driver's devices"));
     addFixDatesOption(command, options.fixDates);
+    addSplitGapOption(command, options.splitGap);
 }
 
 void CommandTable::addHelp()

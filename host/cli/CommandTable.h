@@ -51,6 +51,10 @@ private:
     void addRecordOptions(CLI::App& command, DownloadOptions& options);
     CLI::Option* addDeviceOption(CLI::App& command, std::optional<std::string>& device);
     void addFixDatesOption(CLI::App& command, DateRule& rule);
+    static void addSplitGapOption(CLI::App& command, GapRule& rule);
+    static void addTimeOption(CLI::App& command, const char* name, RecordChoice& choice,
+                              std::int64_t TimeRange::*end, const char* description);
+    static void addChoiceOptions(CLI::App& command, RecordChoice& choice);
     CLI::Option* addBackupOptions(CLI::App& command, std::optional<std::string>& folder,
                                   std::uint32_t& mostBackups);
     void exclude(const CLI::Option* first, const CLI::Option* second);

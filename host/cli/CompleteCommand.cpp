@@ -133,6 +133,8 @@ ValueSource sourceFor(const CLI::App& command, const CLI::Option& option)
         return wordSource({":folders"});
     if (type == "auto|off|WEEKS")
         return wordSource({"auto", "off"});
+    if (type == "off|TIME|DISTANCE")
+        return wordSource({"off"});
     if (option.get_positional() && (command.get_name() == "import" || command.get_name() == "open"))
         return importAnswers;
     if (option.get_positional() && command.get_name() == "send")

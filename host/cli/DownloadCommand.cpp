@@ -12,7 +12,9 @@
 #include "host/cli/ProgressLine.h"
 #include "host/cli/Summary.h"
 #include "host/formats/EventLines.h"
+#include "host/transfer/ChoiceFilter.h"
 #include "host/transfer/Download.h"
+#include "host/watching/NewRecordFilter.h"
 
 #include <algorithm>
 #include <iterator>
@@ -39,17 +41,28 @@ std::vector<Message> messagesOf(const DownloadReport& report, const DownloadOpti
 
 class DownloadCommand {
 public:
-    DownloadCommand(const DownloadOptions& options, StopSignals& stop, const Console& console)
-        : options_(options), stop_(stop), console_(console),
+    DownloadCommand(const DownloadOptions& options, StopSignals& stop, const Console& console,
+                    KnownRecords* known)
+        : options_(options), stop_(stop), console_(console), known_(known), choice_(options.choice),
           isSummaryShown_(!options.events && !options.json && (!options.output || options.summary)),
-          progress_(canShowProgress(options, options.events || options.output == "-"))
-    {}
+          progress_(canShowProgress(options, options.events || options.output == "-")),
+          summary_(standardOutput_,
+                   options.list ? Summary::Rows::kAll : Summary::Rows::kCollections)
+    {
+        if (known != nullptr)
+            newOnly_.emplace(*known);
+    }
 
     [[nodiscard]] ExitStatus run(gps::GPSPlugInProtocol& driver, DownloadRequest request,
                                  const AfterDownload& afterwards);
 
 private:
     [[nodiscard]] DownloadReport download(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    void loadKnown();
+    void addFilters(DownloadRequest& request);
+    [[nodiscard]] bool isChoosing() const;
+    [[nodiscard]] std::optional<gps::Error> rememberSaved(const DownloadReport& report);
+    void printChoice(const DownloadReport& report);
     void print(std::vector<Message> messages);
     [[nodiscard]] bool finish(std::vector<Message> messages);
     [[nodiscard]] ExitStatus statusOf(const DownloadReport& report) const;
@@ -60,19 +73,24 @@ private:
     const DownloadOptions& options_;
     StopSignals& stop_;
     const Console& console_;
+    KnownRecords* known_; // null without --new-only
+    ChoiceFilter choice_;
+    std::optional<NewRecordFilter> newOnly_;
     bool isSummaryShown_;
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
-    Summary summary_{standardOutput_};
+    Summary summary_;
     std::vector<Message> printed_;
 };
 
 ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest request,
                                 const AfterDownload& afterwards)
 {
+    loadKnown();
     const auto report = download(driver, std::move(request));
     print(messagesOf(report, options_));
+    printChoice(report);
     auto failure = finishStandardOutput(report);
     if (failure)
         console_.error(*failure);
@@ -81,6 +99,10 @@ ExitStatus DownloadCommand::run(gps::GPSPlugInProtocol& driver, DownloadRequest 
         print({{false, advice}});
     print(outputMessages(report.output));
     auto status = failure ? ExitStatus::kFailed : statusOf(report);
+    if (const auto unsaved = rememberSaved(report)) {
+        print({{true, sentencesOf(*unsaved)}});
+        status = ExitStatus::kFailed;
+    }
     if (afterwards && !finish(afterwards(status == ExitStatus::kSuccess)) &&
         status == ExitStatus::kSuccess)
         status = ExitStatus::kFailed;
@@ -97,13 +119,62 @@ DownloadReport DownloadCommand::download(gps::GPSPlugInProtocol& driver, Downloa
 {
     if (options_.events)
         request.verbatimConsumers.push_back(&eventLines_);
-    if (isSummaryShown_)
+    if (isSummaryShown_ || options_.list)
         request.consumers.push_back(&summary_);
+    addFilters(request);
     request.readsMissingKinds = !options_.events; // event lines are those of one operation
     request.progress = progress_.callback();
     stop_.requestOnly();
     request.stopRequested = [this] { return stop_.stopRequested(); };
-    return host::download(driver, request);
+    auto report = host::download(driver, request);
+    report.leftOut.choice = choice_.leftOut();
+    if (newOnly_)
+        report.leftOut.savedBefore = newOnly_->leftOut();
+    return report;
+}
+
+void DownloadCommand::loadKnown()
+{
+    if (known_ == nullptr)
+        return;
+    if (const auto failure = known_->load())
+        print({{false, sentencesOf(*failure)}});
+}
+
+// The choice comes first: what it leaves out is not saved, so it is not remembered.
+void DownloadCommand::addFilters(DownloadRequest& request)
+{
+    if (!options_.choice.isEverything())
+        request.filters.push_back(&choice_);
+    if (newOnly_)
+        request.filters.push_back(&*newOnly_);
+    // Whoever reads a pipe expects a document.
+    if (request.output && isChoosing())
+        request.output->isKeptEmpty = request.output->path == "-";
+}
+
+bool DownloadCommand::isChoosing() const
+{
+    return newOnly_ || !options_.choice.isEverything();
+}
+
+void DownloadCommand::printChoice(const DownloadReport& report)
+{
+    auto messages = choiceMessages(report);
+    const bool isFileMissing = options_.output && options_.output != "-" && isChoosing() &&
+                               report.chosen.isEmpty() && report.isComplete();
+    if (isFileMissing)
+        messages.push_back(
+            {false, "No record is left, so no file was written. Path: " + *options_.output});
+    print(std::move(messages));
+}
+
+// A record counts as saved only once the file with it has its final name.
+std::optional<gps::Error> DownloadCommand::rememberSaved(const DownloadReport& report)
+{
+    if (known_ == nullptr || report.output.state != OutputReport::State::kComplete)
+        return std::nullopt;
+    return known_->add(newOnly_->seen());
 }
 
 void DownloadCommand::print(std::vector<Message> messages)
@@ -148,7 +219,8 @@ std::optional<gps::Error> DownloadCommand::finishStandardOutput(const DownloadRe
 std::optional<gps::Error> DownloadCommand::printJson(const DownloadReport& report,
                                                      ExitStatus status)
 {
-    standardOutput_.write(downloadJson(report, printed_, status));
+    standardOutput_.write(
+        downloadJson(report, printed_, status, options_.list ? &summary_.records() : nullptr));
     return standardOutput_.flush();
 }
 
@@ -161,6 +233,7 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
     request.driverOptions = options.driverOptions;
     request.debugLevel = options.debug;
     request.dateRule = options.fixDates;
+    request.gapRule = options.splitGap;
     if (options.output)
         request.output = OutputRequest{.path = *options.output, .format = options.format};
     return request;
@@ -185,9 +258,10 @@ ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> file
 
 ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
                        const DownloadOptions& options, StopSignals& stop, const Console& console,
-                       const AfterDownload& afterwards)
+                       const DownloadEnvironment& environment)
 {
-    return DownloadCommand{options, stop, console}.run(driver, std::move(request), afterwards);
+    return DownloadCommand{options, stop, console, environment.known}.run(
+        driver, std::move(request), environment.afterwards);
 }
 
 } // namespace host

@@ -11,6 +11,7 @@
 #include "host/cli/Options.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DownloadRequest.h"
+#include "host/watching/KnownRecords.h"
 
 #include <gps/GPSPlugInProtocol.h>
 
@@ -33,12 +34,21 @@ namespace host {
 /// @param succeeded  whether the download did
 using AfterDownload = std::function<std::vector<Message>(bool succeeded)>;
 
+/// What only a download from a device has.
+struct DownloadEnvironment {
+    /// What was saved before, to be left out; gets what is saved now. Null: nothing is left out.
+    KnownRecords* known = nullptr;
+
+    /// Called before the last output; an error that it returns is one of the command. May be empty.
+    AfterDownload afterwards{};
+};
+
 /// Runs a download. Event lines or the summary go to the standard output, messages to standard
 /// error.
-/// @param stop       only requests a stop from now on, so that what has arrived is kept
-/// @param afterwards called before the last output; an error that it returns is one of the command
+/// @param stop  only requests a stop from now on, so that what has arrived is kept
 [[nodiscard]] ExitStatus runDownload(gps::GPSPlugInProtocol& driver, DownloadRequest request,
                                      const DownloadOptions& options, StopSignals& stop,
-                                     const Console& console, const AfterDownload& afterwards = {});
+                                     const Console& console,
+                                     const DownloadEnvironment& environment = {});
 
 } // namespace host

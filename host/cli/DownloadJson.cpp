@@ -5,9 +5,11 @@
 #include "host/cli/DownloadJson.h"
 
 #include "host/cli/ReportJson.h"
+#include "host/points/Points.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string_view>
 
 namespace host {
@@ -42,6 +44,38 @@ Json repeatsJson(const DownloadReport& report)
     return {{"waypoints", sum.waypoints}, {"routes", sum.routes}, {"trackPoints", sum.trackPoints}};
 }
 
+Json leftOutJson(const FilterReport& report)
+{
+    return {{"times", countsJson(report.choice.byTime)},
+            {"names", countsJson(report.choice.byName)},
+            {"geocaches", countsJson(report.choice.geocaches)},
+            {"savedBefore", countsJson(report.savedBefore)}};
+}
+
+Json timeJson(const std::optional<std::int64_t>& time)
+{
+    if (!time)
+        return {};
+    std::string text;
+    appendTimestamp(text, *time, 'T');
+    return text + 'Z';
+}
+
+Json listJson(const std::vector<SummaryRow>& rows)
+{
+    Json list = Json::array();
+    for (const auto& row : rows)
+        list.push_back(
+            {{"kind", row.kind},
+             {"name", row.name},
+             {"points", row.points},
+             {"first", timeJson(row.first)},
+             {"last", timeJson(row.last)},
+             {"kilometres",
+              row.kilometres ? Json(std::round(*row.kilometres * 1000) / 1000) : Json()}});
+    return list;
+}
+
 Json outputJson(const OutputReport& output)
 {
     return {{"state", wordFor(output.state, kOutputStates)},
@@ -53,7 +87,7 @@ Json outputJson(const OutputReport& output)
 } // namespace
 
 std::string downloadJson(const DownloadReport& report, const std::vector<Message>& messages,
-                         ExitStatus status)
+                         ExitStatus status, const std::vector<SummaryRow>* list)
 {
     // Later operations read single kinds of the same device again, or import files, which have no
     // device.
@@ -69,7 +103,13 @@ std::string downloadJson(const DownloadReport& report, const std::vector<Message
         {"missing", missingJson(report)},
         {"output", outputJson(report.output)},
         {"received", countsJson(report.received)},
+        {"chosen", countsJson(report.chosen)},
+        {"leftOut", leftOutJson(report.leftOut)},
+        {"untimed", countsJson(report.leftOut.choice.untimed)},
+        {"unmatched", report.leftOut.choice.unmatchedNames},
         {"written", countsJson(report.written)},
+        {"segments", {{"tracks", report.splits.tracks}, {"gaps", report.splits.gaps}}},
+        {"list", list != nullptr ? listJson(*list) : Json()},
         {"repeats", repeatsJson(report)}};
     addAccountLists(document);
     for (const auto& operation : report.operations) {

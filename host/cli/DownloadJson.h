@@ -6,6 +6,7 @@
 
 #include "host/cli/ExitStatus.h"
 #include "host/cli/Message.h"
+#include "host/cli/Summary.h"
 #include "host/transfer/DownloadReport.h"
 
 #include <string>
@@ -15,7 +16,9 @@ namespace host {
 
 /// The document on one line, with its line end.
 /// @param messages  what is printed on standard error
+/// @param list      the records, for --list; otherwise null
 [[nodiscard]] std::string downloadJson(const DownloadReport& report,
-                                       const std::vector<Message>& messages, ExitStatus status);
+                                       const std::vector<Message>& messages, ExitStatus status,
+                                       const std::vector<SummaryRow>* list = nullptr);
 
 } // namespace host

@@ -7,6 +7,7 @@
 #include "host/base/Sentences.h"
 #include "host/bundle/SerialPort.h"
 #include "host/cli/AccountText.h"
+#include "host/cli/RecordCountText.h"
 #include "host/points/Points.h"
 
 #include <fmt/format.h>
@@ -135,6 +136,28 @@ void addTallies(std::vector<Message>& messages, const OperationReport& report, b
     }
 }
 
+void addCounted(std::vector<Message>& messages, std::string_view what, const RecordCounts& counts)
+{
+    if (const auto text = recordCountText(counts); !text.empty())
+        messages.push_back({false, fmt::format("{}: {}.", what, text)});
+}
+
+void addSplits(std::vector<Message>& messages, const SplitReport& splits)
+{
+    if (splits.gaps == 0)
+        return;
+    const bool isOne = splits.tracks == 1;
+    const auto gaps = fmt::format("{} {}{}", splits.gaps, splits.areJumps ? "jump" : "gap",
+                                  splits.gaps == 1 ? "" : "s");
+    messages.push_back(
+        {false, fmt::format("{} {} divided into segments at {}{}.", splits.tracks,
+                            isOne ? "track was" : "tracks were", gaps,
+                            splits.areJumps ? fmt::format(" that no receiver can make; --split-gap "
+                                                          "off keeps {} whole",
+                                                          isOne ? "it" : "them")
+                                            : "")});
+}
+
 } // namespace
 
 std::vector<Message> operationMessages(const OperationReport& report, const MessageOptions& options)
@@ -170,6 +193,24 @@ std::vector<Message> outputMessages(const OutputReport& report)
         messages.push_back({true, "The output file was not written, because the download is not "
                                   "complete. What arrived is kept in another file. Path: " +
                                       report.path});
+    return messages;
+}
+
+std::vector<Message> choiceMessages(const DownloadReport& report)
+{
+    std::vector<Message> messages;
+    const auto& [choice, savedBefore] = report.leftOut;
+    addCounted(messages, "Left out because of --since or --until", choice.byTime);
+    addCounted(messages, "Kept although --since and --until cannot judge what has no time",
+               choice.untimed);
+    addCounted(messages, "Left out because of --track", choice.byName);
+    for (const auto& pattern : choice.unmatchedNames)
+        messages.push_back({false, fmt::format("No track that arrived has the name \"{}\". --list "
+                                               "shows the names.",
+                                               pattern)});
+    addCounted(messages, "Left out because of --no-geocaches", choice.geocaches);
+    addCounted(messages, "Left out because of --new-only, as it was saved before", savedBefore);
+    addSplits(messages, report.splits);
     return messages;
 }
 

@@ -25,6 +25,9 @@ struct MessageOptions {
 /// What became of the output file.
 [[nodiscard]] std::vector<Message> outputMessages(const OutputReport& report);
 
+/// What the user's choice left out of a download, and where tracks were divided into segments.
+[[nodiscard]] std::vector<Message> choiceMessages(const DownloadReport& report);
+
 /// Advice for dates that look 1024 weeks too old; empty if none do.
 [[nodiscard]] std::string dateAdvice(const DateReport& report);
 

@@ -7,6 +7,8 @@
 #include "host/desktop/DeviceDisk.h"
 #include "host/formats/Formats.h"
 #include "host/operations/DateFix.h"
+#include "host/points/TrackGap.h"
+#include "host/transfer/ChoiceFilter.h"
 
 #include <gps/Value.h>
 
@@ -49,6 +51,9 @@ struct DownloadOptions : GlobalOptions {
     bool routes = true;
     bool tracks = true;
     DateRule fixDates;
+    RecordChoice choice;                          ///< which records are listed and written
+    GapRule splitGap;                             ///< where a new segment of a track begins
+    bool list = false;                            ///< list each record instead of writing a file
     std::optional<gps::Dictionary> driverOptions; ///< replaces the options that the host makes
 };
 
@@ -57,6 +62,7 @@ struct AcquireOptions : DownloadOptions {
     std::optional<std::string> device; ///< a location
     std::optional<std::string> card;   ///< a folder to import, instead of a device
     DiskOptions disk;
+    bool newOnly = false; ///< leave out what was saved before
 };
 
 /// `import`
@@ -106,6 +112,7 @@ struct WatchOptions : GlobalOptions {
     bool mount = false;  ///< mount disks that appear and are not mounted
     bool notify = false; ///< show a notification of each download on the desktop
     DateRule fixDates;
+    GapRule splitGap;
 };
 
 /// One command with its options.

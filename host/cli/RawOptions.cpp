@@ -62,6 +62,20 @@ std::string checkOutput(const RawOptions& raw, DownloadOptions& options)
     return options.format == nullptr ? unknownFormat(name) : "";
 }
 
+// Event lines show every call of the plug-in.
+std::string checkChoice(const RawOptions& raw, const DownloadOptions& options)
+{
+    const auto& times = options.choice.times;
+    if (times && times->first > times->last)
+        return "--since is later than --until";
+    if (!raw.global.events || options.output)
+        return {};
+    return options.choice.isEverything() && options.splitGap.isDefault() && !raw.acquire.newOnly
+               ? ""
+               : "--events shows every record, whatever was chosen: leave --events out, or name an "
+                 "output file with -o";
+}
+
 std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
 {
     if (!raw.global.json)
@@ -76,6 +90,8 @@ std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
 std::string check(const RawOptions& raw, DownloadOptions& options)
 {
     if (auto mistake = checkOutput(raw, options); !mistake.empty())
+        return mistake;
+    if (auto mistake = checkChoice(raw, options); !mistake.empty())
         return mistake;
     if (raw.global.events && options.summary)
         return "--events and --summary both need stdout: leave one of them out";
@@ -100,7 +116,7 @@ std::string check(const RawOptions& raw, const OpenOptions& options)
     const auto& files = options.files;
     if (std::find(files.begin(), files.end(), "-") != files.end())
         return "open reads files, not stdin: save the input as a file such as trip.log";
-    return {};
+    return checkChoice(raw, options);
 }
 
 std::string check(const RawOptions& raw, const SendOptions& options)

@@ -32,6 +32,8 @@ std::string recordCountText(const RecordCounts& counts)
     append(text, counts.tracks, "track");
     if (counts.tracks > 0)
         text += fmt::format(" ({})", counted(counts.trackPoints, "point"));
+    else
+        append(text, counts.trackPoints, "track point");
     return text;
 }
 

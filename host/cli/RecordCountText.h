@@ -10,6 +10,7 @@
 namespace host {
 
 /// "2 waypoints, 1 track (30 points)": only kinds that have records; empty if none has.
+/// "30 track points" if their tracks do not count.
 [[nodiscard]] std::string recordCountText(const RecordCounts& counts);
 
 } // namespace host

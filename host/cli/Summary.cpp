@@ -3,9 +3,11 @@
 
 #include "host/cli/Summary.h"
 
+#include "host/base/RecordText.h"
 #include "host/base/Table.h"
 #include "host/base/Text.h"
 #include "host/points/Points.h"
+#include "host/points/TrackGap.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
@@ -20,8 +22,14 @@ namespace host {
 namespace {
 
 constexpr char kTrack[] = "Track";
+constexpr char kWaypointRow[] = "Waypoint";
+constexpr char kGeocacheRow[] = "Geocache";
 
-// 0 if a point has no valid coordinates, so that it makes no jump.
+bool isPoint(const SummaryRow& row)
+{
+    return row.kind == kWaypointRow || row.kind == kGeocacheRow;
+}
+
 double kilometresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b)
 {
     PathLength length;
@@ -48,9 +56,20 @@ std::string kilometreText(const std::optional<double>& kilometres)
 
 } // namespace
 
-void Summary::wayPoint(const gps::GPSPoint&, const gps::Dictionary& record)
+void Summary::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
 {
-    ++(gps::isGeocache(record) ? geocaches_ : wayPoints_).points;
+    const bool isGeocache = gps::isGeocache(record);
+    ++(isGeocache ? geocaches_ : wayPoints_).points;
+    if (rows_ == Rows::kAll)
+        addRecord(isGeocache ? kGeocacheRow : kWaypointRow, point, record);
+}
+
+void Summary::addRecord(std::string kind, const gps::GPSPoint& point, const gps::Dictionary& record)
+{
+    Row row{.kind = std::move(kind), .name = std::string{textIn(record, "name")}, .points = 1};
+    if (hasTimestamp(point))
+        row.first = row.last = point.time;
+    records_.push_back(std::move(row));
 }
 
 void Summary::beginRoute(const gps::Dictionary& route)
@@ -79,9 +98,14 @@ void Summary::trackPoint(const gps::GPSPoint& point)
     noteJump(point);
     if (!hasTimestamp(point))
         return;
-    auto& row = collections_.back();
+    auto& row = records_.back();
     row.first = std::min(row.first.value_or(point.time), point.time);
     row.last = std::max(row.last.value_or(point.time), point.time);
+}
+
+void Summary::newSegment()
+{
+    length_.breakHere();
 }
 
 void Summary::endTrack()
@@ -91,22 +115,20 @@ void Summary::endTrack()
 
 void Summary::begin(std::string kind, const gps::Dictionary& collection)
 {
-    const auto* name = collection.findString("name");
     length_ = {};
     lastFix_.reset();
-    collections_.push_back(
-        {.kind = std::move(kind), .name = name != nullptr ? *name : std::string{}});
+    records_.push_back({.kind = std::move(kind), .name = std::string{textIn(collection, "name")}});
 }
 
 void Summary::add(const gps::GPSPoint& point)
 {
-    ++collections_.back().points;
+    ++records_.back().points;
     length_.add(point);
 }
 
 void Summary::end()
 {
-    collections_.back().kilometres = length_.kilometres();
+    records_.back().kilometres = length_.kilometres();
 }
 
 std::optional<gps::Error> Summary::finish()
@@ -122,43 +144,38 @@ std::optional<gps::Error> Summary::finish()
         table.add({row.kind, row.name, std::to_string(row.points), timeText(row.first),
                    timeText(row.last), kilometreText(row.kilometres)});
     };
-    add(wayPoints_);
-    add(geocaches_);
-    std::for_each(collections_.begin(), collections_.end(), add);
+    if (rows_ == Rows::kCollections) {
+        add(wayPoints_);
+        add(geocaches_);
+    }
+    std::for_each(records_.begin(), records_.end(), add);
     add(total());
     output_.write(table.text());
     output_.write(jumpText());
     return output_.flush();
 }
 
-// Times are whole seconds, so two points of the same second may be almost a second apart.
 void Summary::noteJump(const gps::GPSPoint& point)
 {
-    // A point without a time ends the comparison, because nobody knows how long the way to it took.
-    const auto before = std::exchange(lastFix_, std::nullopt);
-    if (!hasTimestamp(point))
-        return;
-    lastFix_ = point;
-    if (!before)
+    const auto before = std::exchange(lastFix_, point);
+    if (!before || !isImpossibleJump(*before, point))
         return;
     const auto seconds = std::max<std::int64_t>(std::abs(point.time - before->time), 1);
-    const auto kilometres = kilometresBetween(*before, point);
-    if (kilometres * 1000 <= kMostMetresPerSecond * static_cast<double>(seconds))
-        return;
     if (jumps_.size() == kMostJumps)
         ++moreJumps_;
     else
         jumps_.push_back(fmt::format("Track \"{}\" jumps {} km in {} s, up to {}. No receiver can "
                                      "record that; one of the two points is wrong.",
-                                     displayText(collections_.back().name),
-                                     kilometreText(kilometres), seconds, timeText(point.time)));
+                                     displayText(records_.back().name),
+                                     kilometreText(kilometresBetween(*before, point)), seconds,
+                                     timeText(point.time)));
 }
 
 Summary::Row Summary::total() const
 {
     Row total{.kind = "Total", .points = wayPoints_.points + geocaches_.points, .kilometres = 0};
-    for (const auto& row : collections_) {
-        total.points += row.points;
+    for (const auto& row : records_) {
+        total.points += isPoint(row) ? 0 : row.points; // they are counted above
         // A route is only planned: its length was not travelled.
         if (row.kind == kTrack)
             *total.kilometres += *row.kilometres;

@@ -16,26 +16,36 @@
 
 namespace host {
 
+struct SummaryRow {
+    std::string kind{};
+    std::string name{};
+    std::size_t points = 0;
+    std::optional<std::int64_t> first{}; ///< earliest and latest timestamp
+    std::optional<std::int64_t> last{};
+    std::optional<double> kilometres{};
+};
+
 /// The table has a row for all waypoints, one for all geocaches, one for each route and each track,
-/// and one for the totals; the total length is that of the tracks, since routes are only planned.
-/// Jumps within tracks are named below it. All is printed by close().
+/// and one for the totals; a list has one for each waypoint and geocache, too. The total length is
+/// that of the tracks, since routes are only planned. Jumps within tracks are named below it. All
+/// is printed by close().
 class Summary final : public CollectionWriter {
 public:
-    /// Civil receivers stop working above 1000 knots, so no track can have a higher speed.
-    static constexpr double kMostMetresPerSecond = 515;
+    enum class Rows {
+        kCollections, ///< waypoints and geocaches are counted
+        kAll,         ///< each record has a row
+    };
+
     static constexpr std::size_t kMostJumps = 3; ///< named one by one
 
-    explicit Summary(Output& output) : output_(output) {}
+    explicit Summary(Output& output, Rows rows = Rows::kCollections) : output_(output), rows_(rows)
+    {}
+
+    /// The row of each record so far; without kAll, of each route and track.
+    [[nodiscard]] const std::vector<SummaryRow>& records() const noexcept { return records_; }
 
 private:
-    struct Row {
-        std::string kind{};
-        std::string name{};
-        std::size_t points = 0;
-        std::optional<std::int64_t> first{}; // earliest and latest timestamp
-        std::optional<std::int64_t> last{};
-        std::optional<double> kilometres{};
-    };
+    using Row = SummaryRow;
 
     void wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record) override;
     void beginRoute(const gps::Dictionary& route) override;
@@ -43,6 +53,7 @@ private:
     void endRoute() override;
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
+    void newSegment() override;
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
@@ -53,10 +64,13 @@ private:
     [[nodiscard]] Row total() const;
     [[nodiscard]] std::string jumpText() const;
 
+    void addRecord(std::string kind, const gps::GPSPoint& point, const gps::Dictionary& record);
+
     Output& output_;
+    Rows rows_;
     Row wayPoints_{.kind = "Waypoints"};
     Row geocaches_{.kind = "Geocaches"};
-    std::vector<Row> collections_; // the last one may still get points
+    std::vector<Row> records_; // the last one may still get points
     PathLength length_;
     std::optional<gps::GPSPoint> lastFix_; // of the open track, if it has a timestamp
     std::vector<std::string> jumps_;       // the first, in words

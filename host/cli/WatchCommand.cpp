@@ -9,12 +9,11 @@
 #include "host/cli/WatchText.h"
 #include "host/desktop/Notifier.h"
 #include "host/desktop/UDisks.h"
-#include "host/files/StateFolder.h"
 #include "host/operations/StopSignals.h"
+#include "host/watching/KnownRecords.h"
 #include "host/watching/Watcher.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,10 +28,11 @@ WatchRequest watchRequest(const WatchOptions& options)
     request.isSerialIncluded = options.serial;
     request.folder = options.into;
     request.format = options.format;
-    if (const auto state = stateFolder(); options.newOnly && state)
-        request.knownRecordsFolder = (std::filesystem::path{*state} / "watch").string();
+    if (options.newOnly)
+        request.knownRecordsFolder = knownRecordsFolder();
     request.download.debugLevel = options.debug;
     request.download.dateRule = options.fixDates;
+    request.download.gapRule = options.splitGap;
     return request;
 }
 
@@ -117,7 +117,7 @@ bool WatchCommand::printLine(const std::string& text)
 
 ExitStatus runWatch(const PlugInBundle& plugIn, const WatchOptions& options, const Console& console)
 {
-    if (options.newOnly && !stateFolder()) {
+    if (options.newOnly && !knownRecordsFolder()) {
         console.error("--new-only needs a folder to remember what was saved. Set HOME or "
                       "XDG_STATE_HOME.");
         return ExitStatus::kFailed;

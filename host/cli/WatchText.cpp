@@ -31,6 +31,7 @@ std::vector<Message> messagesOf(const WatchEvent& event, bool isLogShown)
     };
     for (const auto& operation : event.report.operations)
         add(operationMessages(operation, {.isLogShown = isLogShown}));
+    add(choiceMessages(event.report));
     if (const auto advice = dateAdvice(event.report.dates); !advice.empty())
         add({{false, advice}});
     add(outputMessages(event.report.output));

@@ -29,6 +29,10 @@ void CollectionWriter::event(const Event& event)
         }
         trackPoint(event.point);
         break;
+    case EventKind::kNewSegment:
+        if (open_ == Open::kTrack)
+            newSegment();
+        break;
     case EventKind::kWayPoint:
         if (const auto symbol = correctedSymbol(event.record)) {
             corrected_ = event.record;

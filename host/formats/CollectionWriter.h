@@ -27,6 +27,7 @@ protected:
 
     virtual void beginTrack(const gps::Dictionary& track) = 0;
     virtual void trackPoint(const gps::GPSPoint& point) = 0;
+    virtual void newSegment() = 0; ///< the next point begins a new segment of the track
     virtual void endTrack() = 0;
 
     /// Writes what comes after the last record. @return  the first failure since the start

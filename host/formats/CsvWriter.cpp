@@ -34,7 +34,7 @@ constexpr std::array kTableTexts{
     TableText{"geocache", "name,",
               ",comment,symbol,owner,hint,type,placed,found,difficulty,terrain"},
     TableText{"route point", "route,route comment,name,", ",comment,symbol"},
-    TableText{"track point", "track,", ""},
+    TableText{"track point", "track,segment,", ""},
 };
 
 bool needsQuotes(std::string_view text)
@@ -122,8 +122,10 @@ void CsvWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& re
 
 void CsvWriter::beginTrack(const gps::Dictionary& track)
 {
-    collection_.clear();
-    appendCell(collection_, textIn(track, "name"));
+    track_.clear();
+    appendCell(track_, textIn(track, "name"));
+    segment_ = 0;
+    newSegment();
 }
 
 void CsvWriter::trackPoint(const gps::GPSPoint& point)
@@ -134,6 +136,12 @@ void CsvWriter::trackPoint(const gps::GPSPoint& point)
     out.write(collection_);
     writePosition(out, point);
     out.write(kCsvRowEnd);
+}
+
+void CsvWriter::newSegment()
+{
+    collection_ = track_ + ',';
+    gps::appendInteger(collection_, ++segment_);
 }
 
 std::optional<gps::Error> CsvWriter::finish()

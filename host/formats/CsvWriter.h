@@ -11,6 +11,7 @@
 #include "host/points/Points.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -18,8 +19,8 @@ namespace host {
 
 /// A table for each kind of record that there is: waypoints, geocaches, route points and track
 /// points. Each begins with its own header, and the first column of each row names the kind.
-/// Coordinates are in degrees, elevations in metres, times in UTC and in the local time of this
-/// computer.
+/// A track's segments are numbered from 1. Coordinates are in degrees, elevations in metres, times
+/// in UTC and in the local time of this computer.
 class CsvWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where temporary files are made
@@ -36,6 +37,7 @@ private:
     void endRoute() override {}
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
+    void newSegment() override;
     void endTrack() override {}
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
@@ -45,7 +47,9 @@ private:
     Output& output_;
     SectionedOutput sections_;
     std::array<bool, kTables> hasHeader_{};
-    std::string collection_; // the cells of the open route or track, each with its comma
+    std::string collection_;   // the cells of the open route, or of the track's open segment
+    std::string track_;        // the name of the open track, as a cell
+    std::int32_t segment_ = 0; // of the open track, from 1
     TimestampText times_;
     GlobeFilter globe_;
 };

@@ -30,6 +30,8 @@ std::string_view eventName(EventKind kind)
         return "newTrack";
     case EventKind::kTrackPoint:
         return "trackPoint";
+    case EventKind::kNewSegment:
+        return "newSegment";
     case EventKind::kWayPoint:
         return "wayPoint";
     case EventKind::kNewRoute:
@@ -88,6 +90,8 @@ void appendArguments(std::string& line, const Event& event)
     case EventKind::kWayPoint:
         appendPoint(line, event);
         break;
+    case EventKind::kNewSegment:
+        break;
     case EventKind::kStartSending:
         line += R"(,"label":)";
         appendJson(line, event.label);
@@ -104,6 +108,8 @@ void appendArguments(std::string& line, const Event& event)
 
 void EventLines::event(const Event& event)
 {
+    if (event.kind == EventKind::kNewSegment)
+        return;
     if (event.kind == EventKind::kTrackPoint && event.record.empty()) {
         trackPoint(event.point);
         return;

@@ -19,6 +19,7 @@ public:
     void event(const Event& event) override;
     void result(const std::optional<gps::Error>& error) override;
     void flush() override { output_.flush(); }
+    [[nodiscard]] bool hasSegments() const override { return false; } // no call of a driver
     [[nodiscard]] std::optional<gps::Error> close() override { return output_.flush(); }
 
 private:

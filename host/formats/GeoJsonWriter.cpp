@@ -17,6 +17,7 @@
 #include <cmath>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -150,6 +151,11 @@ void GeoJsonWriter::trackPoint(const gps::GPSPoint& point)
     addDetail({time.data(), putTime(time.data(), point, times_)});
 }
 
+void GeoJsonWriter::newSegment()
+{
+    isBroken_ = true;
+}
+
 void GeoJsonWriter::endTrack()
 {
     endLine();
@@ -179,15 +185,18 @@ void GeoJsonWriter::beginLine(std::string_view kind, std::string_view detailsNam
     detailsName_ = detailsName;
     positions_ = 0;
     cuts_.clear();
+    isBroken_ = false;
     hasDetails_ = false;
     last_.reset();
 }
 
 void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
 {
+    if (std::exchange(isBroken_, false) && last_)
+        beginPart();
     // A cut adds a position on each side, so no part has fewer than the two positions that RFC 7946
     // requires of a line.
-    if (const auto crossing = last_ ? dateLineCrossing(*last_, point) : std::nullopt) {
+    else if (const auto crossing = last_ ? dateLineCrossing(*last_, point) : std::nullopt) {
         addPosition(crossing->before);
         addNoDetail();
         cuts_.push_back(positions_);
@@ -196,6 +205,22 @@ void GeoJsonWriter::addToLine(const gps::GPSPoint& point)
     }
     addPosition(point);
     last_ = point;
+}
+
+void GeoJsonWriter::beginPart()
+{
+    completePart();
+    cuts_.push_back(positions_);
+}
+
+// A part of one position is no line.
+void GeoJsonWriter::completePart()
+{
+    const auto begin = cuts_.empty() ? 0 : cuts_.back();
+    if (positions_ - begin > 1)
+        return;
+    addPosition(*last_);
+    addNoDetail();
 }
 
 void GeoJsonWriter::addPosition(const gps::GPSPoint& point)
@@ -257,6 +282,8 @@ void GeoJsonWriter::addNoDetail()
 void GeoJsonWriter::endLine()
 {
     const bool isCut = !cuts_.empty();
+    if (isCut)
+        completePart();
     if (hasDetails_)
         endDetails(isCut);
     output_.write(R"(},"geometry":)");
@@ -264,7 +291,7 @@ void GeoJsonWriter::endLine()
         output_.write("null}");
         return;
     }
-    // A cut line has at least four positions, so isCut implies isLine.
+    // Each part of a cut line has at least two positions, so isCut implies isLine.
     const bool isLine = positions_ > 1;
     output_.write(isCut    ? R"({"type":"MultiLineString","coordinates":[[)"
                   : isLine ? R"({"type":"LineString","coordinates":[)"

@@ -26,9 +26,11 @@ namespace host {
 /// position;
 /// - "points" of a route: an array with the fields of each point's record, or null, per position.
 ///
-/// A line that crosses the 180 degree meridian is cut there into a MultiLineString. "coordTimes"
-/// and "points" then are arrays of such arrays, with null for the two positions at the cut. A line
-/// of one point becomes a Point, a line without points has a null geometry.
+/// A line that crosses the 180 degree meridian is cut there into a MultiLineString, and so is a
+/// track of several segments. "coordTimes" and "points" then are arrays of such arrays, with null
+/// for the two positions at the cut. The position of a segment of one point is repeated, because a
+/// part has at least two, and the second one has null. A line of one point becomes a Point, a line
+/// without points has a null geometry.
 ///
 /// Altitudes are rounded to millimetres: those that a receiver has in feet are no short numbers of
 /// metres.
@@ -47,6 +49,7 @@ private:
     void endRoute() override;
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
+    void newSegment() override;
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
@@ -54,6 +57,8 @@ private:
     void beginLine(std::string_view kind, std::string_view detailsName,
                    const gps::Dictionary& record);
     void addToLine(const gps::GPSPoint& point);
+    void beginPart();
+    void completePart();
     void addPosition(const gps::GPSPoint& point);
     [[nodiscard]] std::string_view separatorBefore(std::size_t position) const;
     [[nodiscard]] Output& detailsOutput() { return output_.canInsert() ? output_ : details_; }
@@ -78,6 +83,7 @@ private:
     Spool coordinates_;
     std::size_t positions_ = 0;
     std::vector<std::size_t> cuts_; // the first position of each part but the first
+    bool isBroken_ = false;         // before the next point
     bool hasDetails_ = false;
     std::optional<gps::GPSPoint> last_;
 };

@@ -136,7 +136,6 @@ void GpxWriter::beginTrack(const gps::Dictionary& track)
 {
     auto& out = sections_.outputFor(kTrackSection);
     beginCollection(out, "<trk>", track, std::span{kCollectionTexts}.first(1));
-    // Drivers report no breaks within a track, so it always has one segment.
     out.write("<trkseg>\n");
 }
 
@@ -149,6 +148,11 @@ void GpxWriter::trackPoint(const gps::GPSPoint& point)
     char* at = out.room(kMostOfPoint + kTrackPointEnd.size());
     at = putPoint(at, "trkpt", point);
     out.setEnd(put(at, kTrackPointEnd));
+}
+
+void GpxWriter::newSegment()
+{
+    sections_.write(kTrackSection, "</trkseg><trkseg>\n");
 }
 
 void GpxWriter::endTrack()

@@ -42,6 +42,7 @@ private:
     void endRoute() override;
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
+    void newSegment() override;
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 

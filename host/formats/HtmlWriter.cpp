@@ -164,6 +164,8 @@ void HtmlWriter::beginTrack(const gps::Dictionary& track)
     text_ += R"(,"points":[)";
     tracks_.spool.write(text_);
     isFirstPoint_ = true;
+    trackPoints_ = 0;
+    breaks_.clear();
     figures_ = {};
     columns_ = {};
     start_.reset();
@@ -184,11 +186,24 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
     areas_.add(point, Areas::kTrackPointWeight);
     if (!start_)
         start_ = point;
+    ++trackPoints_;
+}
+
+// At a break before the first point nothing is interrupted.
+void HtmlWriter::newSegment()
+{
+    figures_.breakHere();
+    if (trackPoints_ > 0)
+        breaks_ += fmt::format("{},", trackPoints_);
 }
 
 void HtmlWriter::endTrack()
 {
     text_ = "]";
+    if (!breaks_.empty()) {
+        breaks_.back() = ']';
+        text_ += R"(,"breaks":[)" + breaks_;
+    }
     appendMember(text_, "kilometres", std::optional{figures_.kilometres()});
     appendMember(text_, "first", figures_.first());
     appendMember(text_, "last", figures_.last());

@@ -10,6 +10,7 @@
 #include "host/points/GlobeFilter.h"
 #include "host/points/TrackFigures.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,8 +28,8 @@ namespace host {
 ///      "waypoints":[POINT,...],
 ///      "geocaches":[POINT,...],
 ///      "routes":[{"name":S,"comment":S,"points":[POINT,...],"kilometres":D},...],
-///      "tracks":[{"name":S,"points":[I,I,I,I,...],"kilometres":D,"first":I,"last":I,
-///                 "ascent":D,"descent":D,"moving":I,"place":S,"zone":S},...]}
+///      "tracks":[{"name":S,"points":[I,I,I,I,...],"breaks":[I,...],"kilometres":D,"first":I,
+///                 "last":I,"ascent":D,"descent":D,"moving":I,"place":S,"zone":S},...]}
 ///
 /// An area is a part of the world with points; those with most come first. Its "place" is where it
 /// is in words, its "zone" the time zone, and its bounds are the western, southern, eastern and
@@ -44,8 +45,9 @@ namespace host {
 /// A point's four numbers are its latitude and longitude in millionths of a degree, its elevation
 /// in decimetres and its time in seconds since 1970-01-01 UTC. In a track, each is the difference
 /// from the last number in the same column that is not null. Values that are not known are null;
-/// texts are empty instead. Points without valid coordinates are left out, and the note counts
-/// them.
+/// texts are empty instead. The "breaks" are the indices of the points that begin a new segment, in
+/// ascending order; a track of one segment lacks this member. Points without valid coordinates are
+/// left out, and the note counts them.
 ///
 /// No text from a device can end the script element or start another one: "<", ">" and "&" are
 /// escaped, and control characters and those that change the direction of a line are replaced.
@@ -80,6 +82,7 @@ private:
     void endRoute() override;
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
+    void newSegment() override;
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
@@ -97,6 +100,8 @@ private:
 
     // The route or track being written.
     bool isFirstPoint_ = true;
+    std::size_t trackPoints_ = 0;
+    std::string breaks_; // of the track: their indices, each with a comma behind it
     PathLength routeLength_;
     TrackFigures figures_;
     Columns columns_;

@@ -10,6 +10,8 @@
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
 
+#include <utility>
+
 namespace host {
 
 void KmlLine::begin(std::string_view head, Times times)
@@ -17,13 +19,15 @@ void KmlLine::begin(std::string_view head, Times times)
     head_ = head;
     rule_ = times;
     last_.reset();
+    isBroken_ = false;
 }
 
 // A position at a crossing has a timestamp if both of its neighbours have one, so it never mixes
 // timed and untimed positions within a run.
 void KmlLine::add(Output& out, const gps::GPSPoint& point)
 {
-    const bool continuesRun = last_ && isTimed(*last_) == isTimed(point);
+    const bool isBroken = std::exchange(isBroken_, false);
+    const bool continuesRun = last_ && !isBroken && isTimed(*last_) == isTimed(point);
     if (!continuesRun)
         endRun(out);
     if (const auto crossing = continuesRun ? dateLineCrossing(*last_, point) : std::nullopt) {

@@ -35,6 +35,9 @@ public:
     /// Precondition: `begin` was called, and the point has valid coordinates.
     void add(Output& out, const gps::GPSPoint& point);
 
+    /// No line leads from the last point to the next one: a new placemark begins there.
+    void breakHere() noexcept { isBroken_ = true; }
+
     /// Ends the line. A line without points becomes a placemark without geometry.
     void end(Output& out);
 
@@ -47,6 +50,7 @@ private:
     Times rule_ = Times::kKept;
     TimestampText times_;
     std::optional<gps::GPSPoint> last_; // nullopt until the line has a point
+    bool isBroken_ = false;             // before the next point
     bool inTrack_ = false;              // whether the open run is a gx:Track
     std::size_t inRun_ = 0;             // points in the open run; 0 if no run is open
     Spool coordinates_;

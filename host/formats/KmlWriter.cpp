@@ -105,6 +105,11 @@ void KmlWriter::trackPoint(const gps::GPSPoint& point)
         line_.add(output_, point);
 }
 
+void KmlWriter::newSegment()
+{
+    line_.breakHere();
+}
+
 void KmlWriter::endTrack()
 {
     line_.end(output_);

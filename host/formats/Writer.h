@@ -34,6 +34,9 @@ public:
     /// Ends the output. @return  the first failure since the start
     [[nodiscard]] virtual std::optional<gps::Error> close() = 0;
 
+    /// Whether the output shows where a new segment of a track begins.
+    [[nodiscard]] virtual bool hasSegments() const { return true; }
+
     /// One sentence on records that the output lacks; empty if it has them all.
     [[nodiscard]] virtual std::string remark() const { return {}; }
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Event: one call that a driver made on the status object, with copies of the arguments. A plain
-// value: any thread may hold its own.
+// Event: one call that a driver made on the status object, with copies of the arguments, or what
+// the host found between two calls. A plain value: any thread may hold its own.
 
 #pragma once
 
@@ -20,6 +20,7 @@ enum class EventKind {
     kEndTransfer,
     kNewTrack,
     kTrackPoint,
+    kNewSegment, ///< the host's own: the track goes on behind a gap
     kWayPoint,
     kNewRoute,
     kStartSending,

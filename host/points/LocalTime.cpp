@@ -7,10 +7,34 @@
 
 #include <gps/NumberText.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 
 namespace host {
+namespace {
+
+std::int64_t offsetAt(std::int64_t time) noexcept
+{
+    const std::time_t seconds = time;
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return local.tm_gmtoff;
+}
+
+// Between two times of different offsets, the first with the later one's. Precondition: there is
+// one change between them.
+std::int64_t changeBetween(std::int64_t before, std::int64_t after) noexcept
+{
+    const auto offset = offsetAt(after);
+    while (after - before > 1) {
+        const auto middle = before + (after - before) / 2;
+        (offsetAt(middle) == offset ? after : before) = middle;
+    }
+    return after;
+}
+
+} // namespace
 
 char* putLocalTime(char* at, std::int64_t time) noexcept
 {
@@ -24,6 +48,24 @@ char* putLocalTime(char* at, std::int64_t time) noexcept
     at[3] = ':';
     gps::putTwoDigits(at + 4, minutes % 60);
     return at + 6;
+}
+
+// The offset is that of a day before or after: no zone changes twice within two days.
+ClockTimes whenClocksShow(std::int64_t shown) noexcept
+{
+    constexpr std::int64_t kDay = 86400;
+    const auto before = offsetAt(shown - kDay);
+    const auto after = offsetAt(shown + kDay);
+    const auto first = shown - before;
+    const auto second = shown - after;
+    const bool isFirst = offsetAt(first) == before;
+    const bool isSecond = offsetAt(second) == after;
+    if (isFirst && isSecond)
+        return {std::min(first, second), std::max(first, second)};
+    if (isFirst || isSecond)
+        return isFirst ? ClockTimes{first, first} : ClockTimes{second, second};
+    const auto change = changeBetween(shown - kDay, shown + kDay);
+    return {change, change};
 }
 
 } // namespace host

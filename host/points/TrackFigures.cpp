@@ -134,6 +134,12 @@ void TrackFigures::add(const gps::GPSPoint& point) noexcept
     }
 }
 
+void TrackFigures::breakHere() noexcept
+{
+    length_.breakHere();
+    moving_.breakHere();
+}
+
 std::optional<double> TrackFigures::ascentMetres() const noexcept
 {
     return hasElevations_ ? std::optional{climb_.ascentMetres()} : std::nullopt;

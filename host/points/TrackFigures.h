@@ -36,6 +36,9 @@ public:
     /// @return  the distance from the point before, in kilometres; 0 if there is none
     double add(const gps::GPSPoint& point) noexcept;
 
+    /// No way leads from the last point to the next one.
+    void breakHere() noexcept { last_.reset(); }
+
     [[nodiscard]] double kilometres() const noexcept { return kilometres_; }
 
 private:
@@ -85,6 +88,9 @@ public:
     /// The same, if the distance from the point before is known.
     void add(const gps::GPSPoint& point, double kilometres) noexcept;
 
+    /// The interval between the last point and the next one does not count.
+    void breakHere() noexcept { last_.reset(); }
+
     [[nodiscard]] std::int64_t seconds() const noexcept { return seconds_; }
 
 private:
@@ -96,6 +102,10 @@ private:
 class TrackFigures {
 public:
     void add(const gps::GPSPoint& point) noexcept;
+
+    /// A new segment begins: neither length nor time counts between the last point and the next
+    /// one. The climb does: a receiver that was carried on has climbed.
+    void breakHere() noexcept;
 
     [[nodiscard]] double kilometres() const noexcept { return length_.kilometres(); }
 

@@ -48,8 +48,11 @@ class Download {
 public:
     Download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
         : driver_(driver), request_(request), dates_(request.dateRule, std::time(nullptr)),
-          progress_(request.progress)
-    {}
+          gaps_(request.gapRule), progress_(request.progress)
+    {
+        for (std::size_t i = 0; i < request.filters.size(); ++i)
+            behindFilter_.emplace_back([this, i](const Event& event) { filter(event, i + 1); });
+    }
 
     [[nodiscard]] DownloadReport run();
 
@@ -68,27 +71,31 @@ private:
     void consume(const EventBatch& batch);
     void handOut(const Event& event);
     void deliver(const Event& event);
+    void filter(const Event& event, std::size_t index);
+    void finishFilters();
+    void passOn(const Event& event);
+    void reportGap();
+    void write(const Event& event) const;
     void handOutResult(const std::optional<gps::Error>& error) const;
     void finishOutput();
-    [[nodiscard]] RecordCounts written() const;
+    [[nodiscard]] RecordCounts chosen() const;
     [[nodiscard]] bool isOutputKept() const;
     void closeOutput();
 
     gps::GPSPlugInProtocol& driver_;
     const DownloadRequest& request_;
     DateFix dates_;
+    std::vector<EventFilter::Sink> behindFilter_; // what each of the request's filters passes on to
+    GapFinder gaps_;
+    bool hasTrackGap_ = false; // the open track
     ProgressTracker progress_;
     RecordCounter received_;
-    RecordCounter passed_;                // by the output's filter; not used without one
+    RecordCounter passed_;                // by the filters; not used without any
     std::optional<RepeatFilter> repeats_; // while a serial session runs
     const EventFilter::Sink toConsumers_ = [this](const Event& event) { deliver(event); };
     std::optional<OutputFile> file_;
     // Below the file, so that it is destroyed first: it writes to the file's output.
     std::unique_ptr<Writer> fileWriter_; // null without an output file
-    const EventFilter::Sink toFile_ = [this](const Event& event) {
-        passed_.add(event);
-        fileWriter_->event(event);
-    };
     DownloadReport report_;
 };
 
@@ -98,9 +105,11 @@ DownloadReport Download::run()
     if (report_.output.error)
         return std::move(report_);
     runOperations();
+    finishFilters();
     finishOutput();
     report_.received = received_.counts();
-    report_.written = written();
+    report_.chosen = chosen();
+    report_.written = fileWriter_ ? report_.chosen : RecordCounts{};
     report_.dates = {dates_.adjustedCount(), dates_.suspectNewest()};
     return std::move(report_);
 }
@@ -271,17 +280,61 @@ void Download::handOut(const Event& event)
 void Download::deliver(const Event& event)
 {
     received_.add(event);
-    // The output's filter gets adjusted times, too: with another date rule, `watch` takes records
-    // that it has saved for new ones.
+    // Filters get adjusted times, too: with another date rule, records that were saved before count
+    // as new ones.
     const auto& adjusted = dates_.adjusted(event);
-    for (auto* const consumer : request_.consumers)
-        consumer->event(adjusted);
-    if (!fileWriter_)
-        return;
-    if (auto* const filter = request_.output->filter)
-        filter->event(adjusted, toFile_);
+    if (request_.filters.empty())
+        passOn(adjusted);
     else
-        fileWriter_->event(adjusted);
+        filter(adjusted, 0);
+}
+
+// From the filter of that index on.
+void Download::filter(const Event& event, std::size_t index)
+{
+    if (index < request_.filters.size()) {
+        request_.filters[index]->event(event, behindFilter_[index]);
+        return;
+    }
+    passed_.add(event);
+    passOn(event);
+}
+
+void Download::finishFilters()
+{
+    for (std::size_t i = 0; i < request_.filters.size(); ++i)
+        request_.filters[i]->finish(behindFilter_[i]);
+}
+
+void Download::passOn(const Event& event)
+{
+    if (event.kind != EventKind::kTrackPoint) {
+        hasTrackGap_ = hasTrackGap_ && event.kind == EventKind::kNewSegment;
+        gaps_.restart();
+    } else if (gaps_.isGapBefore(event.point)) {
+        reportGap();
+    }
+    write(event);
+}
+
+void Download::reportGap()
+{
+    if (fileWriter_ && fileWriter_->hasSegments()) {
+        report_.splits.areJumps = request_.gapRule.isDefault();
+        report_.splits.tracks += std::exchange(hasTrackGap_, true) ? 0U : 1U;
+        ++report_.splits.gaps;
+    }
+    Event segment;
+    segment.kind = EventKind::kNewSegment;
+    write(segment);
+}
+
+void Download::write(const Event& event) const
+{
+    for (auto* const consumer : request_.consumers)
+        consumer->event(event);
+    if (fileWriter_)
+        fileWriter_->event(event);
 }
 
 void Download::handOutResult(const std::optional<gps::Error>& error) const
@@ -298,22 +351,18 @@ void Download::finishOutput()
 {
     if (!fileWriter_)
         return;
-    if (auto* const filter = request_.output->filter)
-        filter->finish(toFile_);
     if (isOutputKept())
         closeOutput();
 }
 
-RecordCounts Download::written() const
+RecordCounts Download::chosen() const
 {
-    if (!fileWriter_)
-        return {};
-    return request_.output->filter != nullptr ? passed_.counts() : received_.counts();
+    return request_.filters.empty() ? received_.counts() : passed_.counts();
 }
 
 bool Download::isOutputKept() const
 {
-    if (!request_.output->isKeptEmpty && written().isEmpty())
+    if (!request_.output->isKeptEmpty && chosen().isEmpty())
         return false;
     return request_.output->isKeptAfterFailure || report_.isComplete() ||
            report_.isInterrupted(); // it is not tried again

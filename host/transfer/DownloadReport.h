@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/transfer/ChoiceFilter.h"
 #include "host/transfer/OperationReport.h"
 #include "host/transfer/RecordCounts.h"
 
@@ -41,11 +42,27 @@ struct DateReport {
     std::optional<std::int64_t> suspectNewest{};
 };
 
+/// What the request's filters left out. Whoever made the filters fills it in.
+struct FilterReport {
+    LeftOutRecords choice{};
+    RecordCounts savedBefore{};
+};
+
+/// Where tracks were divided into segments in the output file.
+struct SplitReport {
+    std::size_t tracks = 0; ///< that have a gap
+    std::size_t gaps = 0;
+    bool areJumps = true; ///< all of them are impossible jumps
+};
+
 struct DownloadReport {
     /// One for each operation that was run, in order; empty if the output could not be opened.
     std::vector<OperationReport> operations{};
     RecordCounts received{}; ///< from the driver, without repeats
-    RecordCounts written{};  ///< to the output file
+    RecordCounts chosen{};   ///< those that passed the request's filters
+    FilterReport leftOut{};
+    RecordCounts written{}; ///< to the output file
+    SplitReport splits{};
     DateReport dates{};
     OutputReport output{};
 

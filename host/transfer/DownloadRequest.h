@@ -6,6 +6,7 @@
 
 #include "host/formats/Formats.h"
 #include "host/operations/DateFix.h"
+#include "host/points/TrackGap.h"
 #include "host/transfer/EventFilter.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/TransferProgress.h"
@@ -30,7 +31,6 @@ struct RequestedKinds {
 struct OutputRequest {
     std::string path{};             ///< "-" is the standard output
     const Format* format = nullptr; ///< required
-    EventFilter* filter = nullptr;  ///< null: every record is written
 
     /// What arrived is kept although something failed: under the final name if nothing is missing,
     /// otherwise as a partial file. If false, a download that fails makes no file.
@@ -50,11 +50,17 @@ struct DownloadRequest {
     std::optional<std::int32_t> debugLevel{};       ///< goes to the driver in either case
 
     DateRule dateRule{};
+
+    /// Get each event in turn, with the times that the date rule adjusted. What passes them all
+    /// goes to the consumers and to the output.
+    std::vector<EventFilter*> filters{};
+
+    GapRule gapRule{}; ///< where a new segment of a track begins, for consumers and output
     std::optional<OutputRequest> output{};
 
     /// Get each event, then each operation's result, and are flushed after each batch of events.
     /// Closing them is left to the caller. They are called on another thread than the download's.
-    std::vector<Writer*> consumers{};         ///< with the times that the date rule adjusted
+    std::vector<Writer*> consumers{};         ///< with what passes the filters
     std::vector<Writer*> verbatimConsumers{}; ///< with every event as the driver reported it
 
     ProgressCallback progress{};

@@ -12,6 +12,8 @@ namespace host {
 
 void RecordCounter::add(const Event& event)
 {
+    if (event.kind == EventKind::kNewSegment) // its track is still open
+        return;
     const auto before = open_;
     open_ = event.kind;
     switch (event.kind) {

@@ -8,12 +8,15 @@
 #include "host/base/JsonText.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
+#include "host/files/StateFolder.h"
 
+#include <gps/GPSFileDevice.h>
 #include <platform/System/FileManager.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
 namespace host {
@@ -59,6 +62,25 @@ gps::Error unreadableListError(const std::string& path, const gps::Error& failur
 }
 
 } // namespace
+
+std::string identifierOf(const gps::GPSPlugInProtocol& driver, const std::string& location)
+{
+    const auto* const files = dynamic_cast<const gps::GPSFileDevice*>(&driver);
+    const auto serialNumber = files != nullptr ? files->deviceIdentifier() : std::nullopt;
+    return serialNumber.value_or(std::filesystem::path{location}.filename().string());
+}
+
+// The folder's name is older than the other commands that use the lists.
+std::optional<std::string> knownRecordsFolder()
+{
+    const auto state = stateFolder();
+    return state ? std::optional{(std::filesystem::path{*state} / "watch").string()} : std::nullopt;
+}
+
+std::string knownRecordsFile(const std::string& folder, const std::string& identifier)
+{
+    return (std::filesystem::path{folder} / (nameOfDevice(identifier) + ".txt")).string();
+}
 
 std::string wayPointKey(const gps::GPSPoint& point, const gps::Dictionary& record)
 {

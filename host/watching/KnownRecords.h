@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // KnownRecords: which records of a device were saved before, kept in a file from one run to the
-// next. Used by `watch --new-only`. [host thread], but [any] thread may look records up while none
+// next. Used by --new-only. [host thread], but [any] thread may look records up while none
 // changes the list.
 
 #pragma once
 
 #include <gps/Error.h>
+#include <gps/GPSPlugInProtocol.h>
 #include <gps/Value.h>
 #include <platform/System/FileSystem.h>
 
@@ -18,6 +19,18 @@
 #include <string_view>
 
 namespace host {
+
+/// What identifies the selected device of a driver: its serial number, which is the same wherever
+/// it is mounted, or the last part of its location.
+[[nodiscard]] std::string identifierOf(const gps::GPSPlugInProtocol& driver,
+                                       const std::string& location);
+
+/// Where the lists of all devices are kept. @return  nullopt if the user has no folder for state
+[[nodiscard]] std::optional<std::string> knownRecordsFolder();
+
+/// The list of one device in a folder of lists.
+[[nodiscard]] std::string knownRecordsFile(const std::string& folder,
+                                           const std::string& identifier);
 
 /// Records with equal keys count as the same record.
 using RecordKeys = std::set<std::string, std::less<>>;

@@ -4,6 +4,8 @@
 
 #include "host/watching/NewRecordFilter.h"
 
+#include <gps/Geocache.h>
+
 #include <utility>
 
 namespace host {
@@ -24,6 +26,9 @@ void NewRecordFilter::event(const Event& event, const Sink& sink)
         break;
     case EventKind::kTrackPoint:
         trackPoint(event, sink);
+        break;
+    case EventKind::kNewSegment:
+        newSegment(event, sink);
         break;
     case EventKind::kWayPoint:
         wayPoint(event, sink);
@@ -50,6 +55,8 @@ void NewRecordFilter::wayPoint(const Event& event, const Sink& sink)
     end(sink);
     if (noteKey(wayPointKey(event.point, event.record)))
         sink(event);
+    else
+        ++(gps::isGeocache(event.record) ? leftOut_.geocaches : leftOut_.waypoints);
 }
 
 void NewRecordFilter::begin(Open kind)
@@ -62,6 +69,7 @@ void NewRecordFilter::begin(Open kind)
     isPassing_ = false;
     heldPoints_.clear();
     heldExtras_.clear();
+    heldSegments_.clear();
 }
 
 void NewRecordFilter::trackPoint(const Event& event, const Sink& sink)
@@ -83,6 +91,15 @@ void NewRecordFilter::trackPoint(const Event& event, const Sink& sink)
         holdPoint(event);
 }
 
+// Where the segments of a track begin does not make it another one.
+void NewRecordFilter::newSegment(const Event& event, const Sink& sink)
+{
+    if (isPassing_)
+        sink(event);
+    else
+        heldSegments_.insert(heldPoints_.size());
+}
+
 // Consecutive points mostly have equal extras, so these are kept once for each run of points.
 void NewRecordFilter::holdPoint(const Event& event)
 {
@@ -93,11 +110,21 @@ void NewRecordFilter::holdPoint(const Event& event)
 
 void NewRecordFilter::end(const Sink& sink)
 {
-    if (open_ == Open::kRoute && noteKey(routeKey(content_)))
-        passHeld(sink);
+    if (open_ == Open::kRoute)
+        endRoute(sink);
     if (open_ == Open::kTrack)
         endTrack(sink);
     begin(Open::kNothing);
+}
+
+void NewRecordFilter::endRoute(const Sink& sink)
+{
+    if (noteKey(routeKey(content_))) {
+        passHeld(sink);
+        return;
+    }
+    ++leftOut_.routes;
+    leftOut_.routePoints += held_.size() - 1;
 }
 
 void NewRecordFilter::endTrack(const Sink& sink)
@@ -106,8 +133,15 @@ void NewRecordFilter::endTrack(const Sink& sink)
     if (points_ == 0)
         content_.add(held_.front().record);
     const auto key = trackKey(firstTime_, points_, content_);
-    if (noteKey(key) && !isPassing_ && !isKnownToOlderVersion(key))
+    const bool isNew = noteKey(key) && (isPassing_ || !isKnownToOlderVersion(key));
+    if (isPassing_)
+        return;
+    if (isNew) {
         passHeld(sink);
+        return;
+    }
+    ++leftOut_.tracks;
+    leftOut_.trackPoints += points_;
 }
 
 // A list of an older version does not show which points a track had. So that no track is lost, only
@@ -122,12 +156,16 @@ void NewRecordFilter::passHeld(const Sink& sink)
 {
     for (const auto& event : held_)
         sink(event);
+    Event segment;
+    segment.kind = EventKind::kNewSegment;
     Event point;
     point.kind = EventKind::kTrackPoint;
     auto extra = heldExtras_.begin();
     for (std::size_t i = 0; i < heldPoints_.size(); ++i) {
         if (extra != heldExtras_.end() && extra->first == i)
             point.record = std::move((extra++)->second);
+        if (heldSegments_.contains(i))
+            sink(segment);
         point.point = heldPoints_[i];
         sink(point);
     }

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
-// NewRecordFilter: lets only records through that were not saved before. Used by `watch`. One
-// thread at a time.
+// NewRecordFilter: lets only records through that were not saved before. Used by --new-only.
+// One thread at a time.
 
 #pragma once
 
 #include "host/transfer/EventFilter.h"
+#include "host/transfer/RecordCounts.h"
 #include "host/watching/KnownRecords.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,14 +31,19 @@ public:
     /// The keys of all records so far that are complete, known or new.
     [[nodiscard]] const RecordKeys& seen() const noexcept { return seen_; }
 
+    /// What did not pass.
+    [[nodiscard]] const RecordCounts& leftOut() const noexcept { return leftOut_; }
+
 private:
     enum class Open { kNothing, kRoute, kTrack };
 
     void wayPoint(const Event& event, const Sink& sink);
     void begin(Open kind);
+    void newSegment(const Event& event, const Sink& sink);
     void trackPoint(const Event& event, const Sink& sink);
     void holdPoint(const Event& event);
     void end(const Sink& sink);
+    void endRoute(const Sink& sink);
     void endTrack(const Sink& sink);
     [[nodiscard]] bool isKnownToOlderVersion(const std::string& key);
     void passHeld(const Sink& sink);
@@ -44,6 +51,7 @@ private:
 
     const KnownRecords& known_;
     RecordKeys seen_;
+    RecordCounts leftOut_;
     std::map<std::string, std::string> olderKeys_; // the track that each of them counts for
 
     // The open route or track.
@@ -54,6 +62,7 @@ private:
     std::int64_t firstTime_ = 0;
     bool isPassing_ = false; // the track is known to be new: its points pass at once
     std::vector<gps::GPSPoint> heldPoints_;
+    std::set<std::size_t> heldSegments_;                              // before these held points
     std::vector<std::pair<std::size_t, gps::Dictionary>> heldExtras_; // from this held point on
 };
 

@@ -11,8 +11,6 @@
 #include "host/watching/KnownRecords.h"
 #include "host/watching/NewRecordFilter.h"
 
-#include <gps/GPSFileDevice.h>
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -24,14 +22,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A serial number is the same wherever the device is mounted.
-std::string identifierOf(const gps::GPSPlugInProtocol& driver, const WatchedDevice& device)
-{
-    const auto* const files = dynamic_cast<const gps::GPSFileDevice*>(&driver);
-    const auto serialNumber = files != nullptr ? files->deviceIdentifier() : std::nullopt;
-    return serialNumber.value_or(fs::path{device.location}.filename().string());
-}
 
 // Finding out whether a receiver is on a serial port takes long, so each port is asked only once.
 std::size_t mostTriesWith(const gps::GPSPlugInProtocol& driver)
@@ -228,10 +218,9 @@ void Watcher::saveFrom(const WatchedDevice& device)
 void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
 {
     const auto& device = event.device;
-    const auto identifier = identifierOf(driver, device);
+    const auto identifier = identifierOf(driver, device.location);
     const auto& listFolder = request_.knownRecordsFolder;
-    KnownRecords known{
-        (fs::path{listFolder.value_or("")} / (nameOfDevice(identifier) + ".txt")).string()};
+    KnownRecords known{knownRecordsFile(listFolder.value_or(""), identifier)};
     NewRecordFilter filter{known};
     if (listFolder) {
         if (auto failure = known.load())
@@ -243,10 +232,11 @@ void Watcher::download(gps::GPSPlugInProtocol& driver, WatchEvent& event)
     request.location = device.location;
     request.stopRequested = [this] { return isStopped(); };
     request.isDriverReused = true;
+    if (listFolder)
+        request.filters.push_back(&filter);
     request.output = OutputRequest{
         .path = newPath(identifier),
         .format = request_.format,
-        .filter = listFolder ? &filter : nullptr,
         .isKeptAfterFailure = devices_.isLastTry(device, mostTriesWith(driver)),
         .isKeptEmpty = false,
     };

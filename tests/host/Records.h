@@ -30,6 +30,10 @@ inline host::Event fix(std::int64_t time, double latitude = 46, const char* trac
     return eventOf(host::EventKind::kTrackPoint, {{"trackName", trackName}},
                    {latitude, 7, 0, time, 0});
 }
+inline host::Event segment()
+{
+    return eventOf(host::EventKind::kNewSegment, {});
+}
 inline host::Event route(const char* name)
 {
     return eventOf(host::EventKind::kNewRoute, {{"name", name}});
@@ -48,7 +52,8 @@ inline host::Event endOfTransfer()
     return eventOf(host::EventKind::kEndTransfer, {});
 }
 
-/// An event in short: "T:name", "f:time", "R:name", "w:name", and "-" for any other.
+/// An event in short: "T:name", "f:time", "R:name", "w:name", "|" for a new segment, and
+/// "-" for any other.
 inline std::string shortText(const host::Event& event)
 {
     const auto text = [&](const char* key) {
@@ -60,6 +65,8 @@ inline std::string shortText(const host::Event& event)
         return "T:" + text("name");
     case host::EventKind::kTrackPoint:
         return "f:" + std::to_string(event.point.time) + text("trackName");
+    case host::EventKind::kNewSegment:
+        return "|";
     case host::EventKind::kNewRoute:
         return "R:" + text("name");
     case host::EventKind::kWayPoint:

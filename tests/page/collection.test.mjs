@@ -34,6 +34,13 @@ test("distances add up from the start", () => {
   assert.ok(Math.abs(distance[2] - 2 * distance[1]) < 1e-6);
 });
 
+test("no way leads across a break between segments", () => {
+  const { distance, breaks } = trackOf([[0, 0], [1, 0], [5, 0], [6, 0]], { breaks: [2] });
+  assert.equal(distance[2], distance[1]);
+  assert.ok(Math.abs(distance[3] - 2 * distance[1]) < 1e-6);
+  assert.deepEqual([...breaks], [2]);
+});
+
 test("what has no name gets one for its kind", () => {
   const { tracks, routes, waypoints } = collectionOf({
     tracks: [rawTrack([], { name: "" })], routes: [rawRoute([], { name: "" })],

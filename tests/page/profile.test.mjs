@@ -10,7 +10,7 @@ const [kElevation, kSpeed] = kPlotKinds;
 // A track with a point every `step` metres.
 function trackWith(values, step = 100) {
   return {
-    count: values.length, distance: values.map((_, i) => step * i),
+    count: values.length, breaks: new Set(), distance: values.map((_, i) => step * i),
     elevation: values, speed: values,
   };
 }
@@ -71,6 +71,14 @@ test("missing elevations interrupt the line and the area below it", () => {
   const [first, second] = fill.split("Z");
   assert.match(first, /^M0\.0,[\d.]+L180\.0,[\d.]+L180\.0,110L0\.0,110$/);
   assert.match(second, /^M540\.0,[\d.]+L720\.0,[\d.]+L720\.0,110L540\.0,110$/);
+});
+
+test("the line and the area below it are interrupted between segments, in either plot", () => {
+  for (const kind of kPlotKinds) {
+    const track = { ...trackWith([5, 6, 7, 8]), breaks: new Set([2]) };
+    assert.deepEqual(pointsOf(plotOf(track, kind).stroke).map(({ isStart }) => isStart),
+      [true, false, true, false]);
+  }
 });
 
 test("missing speeds do not interrupt the line", () => {

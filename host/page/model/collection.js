@@ -47,6 +47,7 @@ function unpackTrack(raw, index) {
     kilometres, first, last, ascent, descent, moving, place, zone,
     ...emptyLine(raw.points.length / 4),
   };
+  track.breaks = new Set(raw.breaks);
   track.elevation = new Float64Array(track.count); // metres
   track.time = new Float64Array(track.count);      // seconds since 1970-01-01 UTC
   track.distance = new Float64Array(track.count);  // metres from the start
@@ -67,9 +68,14 @@ function unpackTrackPoints(track, numbers) {
     track.longitude[i] = sums[1] / 1e6;
     track.elevation[i] = hasElevations && numbers[4 * i + 2] !== null ? sums[2] / 10 : NaN;
     track.time[i] = numbers[4 * i + 3] === null ? NaN : sums[3];
-    track.distance[i] = i === 0 ? 0 : track.distance[i - 1] + metresBetween(
-      track.latitude[i - 1], track.longitude[i - 1], track.latitude[i], track.longitude[i]);
+    track.distance[i] = i === 0 ? 0 : track.distance[i - 1] + stepTo(track, i);
   }
+}
+
+// The metres from the point before. No way leads across a break.
+function stepTo({ latitude, longitude, breaks }, i) {
+  return breaks.has(i) ? 0 :
+    metresBetween(latitude[i - 1], longitude[i - 1], latitude[i], longitude[i]);
 }
 
 function unpackPoint(raw, kind) {

@@ -14,8 +14,8 @@ const kHeadroom = 1.22; // the plot's height, relative to the range of its value
 
 // `key`: the track's array of values. `unit()` and `factor()`: the unit shown, and the factor to it
 // from metres, or metres per second. `minRange`: a walk on level ground should look level; it also
-// keeps ticks without decimals. `hasGaps`: the line is interrupted where values are missing; a
-// speed is known at timed points only, and the line connects those.
+// keeps ticks without decimals. `hasGaps`: the line is interrupted where values are missing, and
+// not only between segments; a speed is known at timed points only, and the line connects those.
 export const kPlotKinds = [
   { key: "elevation", unit: () => units.height.name, factor: () => 1 / units.height.metres,
     height: 110, minRange: 20, tickCount: 4, hasGaps: true, range: elevationRange },
@@ -31,7 +31,7 @@ export function trackLength(track) {
 // `stroke` and `fill`, and the `ticks` as `{ y, text }`. Null if fewer than two points have a value
 // or the axis has no length.
 export function plotOf(track, kind, axis = axisOf(track)) {
-  const line = lineOf(track.count, axis.values, track[kind.key], kind.hasGaps);
+  const line = lineOf(track, axis.values, track[kind.key], kind.hasGaps);
   if (line.count < 2 || !(axis.length > 0))
     return null;
   const { low, high } = kind.range(line.lowest, line.highest, kind.minRange);
@@ -50,12 +50,12 @@ function speedRange(lowest, highest, minRange) {
 }
 
 // The points that have a value, by their positions on the axis.
-function lineOf(count, positions, values, hasGaps) {
+function lineOf({ count, breaks }, positions, values, hasGaps) {
   const line = { x: [], y: [], count: 0, breaks: new Set(), lowest: Infinity, highest: -Infinity };
   for (let i = 0; i < count; ++i) {
     if (Number.isNaN(values[i]))
       continue;
-    if (hasGaps && i > 0 && Number.isNaN(values[i - 1]))
+    if (i > 0 && (breaks.has(i) || (hasGaps && Number.isNaN(values[i - 1]))))
       line.breaks.add(line.count);
     line.x.push(positions[i]);
     line.y.push(values[i]);

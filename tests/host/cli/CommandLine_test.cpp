@@ -57,6 +57,43 @@ TEST(CommandLine, TestFolderAcceptsOneValue)
     EXPECT_THAT(options.files, ElementsAre("a.log"));
 }
 
+TEST(CommandLine, ChoiceOfRecords)
+{
+    const auto options = optionsOf<AcquireOptions>(
+        {"acquire", "--track", "Day 1", "--since", "2026-08-30T10:15Z", "--track", "N*",
+         "--until=2026-08-30T10:15Z", "--no-geocaches", "--new-only", "--split-gap", "10min"});
+    EXPECT_THAT(options.choice.trackNames, ElementsAre("Day 1", "N*"));
+    EXPECT_EQ(options.choice.times->first, 1788084900);
+    EXPECT_EQ(options.choice.times->last, 1788084959);
+    EXPECT_FALSE(options.choice.geocaches);
+    EXPECT_TRUE(options.newOnly);
+    EXPECT_EQ(options.splitGap.seconds, 600);
+    const auto import = optionsOf<ImportOptions>({"import", "--track", "A", "a.log", "--list"});
+    EXPECT_THAT(import.choice.trackNames, ElementsAre("A"));
+    EXPECT_THAT(import.files, ElementsAre("a.log"));
+    EXPECT_TRUE(import.list);
+    EXPECT_EQ(optionsOf<WatchOptions>({"watch", "--split-gap", "off"}).splitGap.isOff, true);
+}
+
+TEST(CommandLine, MistakesInAChoiceOfRecords)
+{
+    EXPECT_EQ(parse({"acquire", "--since", "yesterday"}).text,
+              "magellangps: --since: \"yesterday\" is not a date such as 2026-08-30, or a time "
+              "such as 2026-08-30T10:15\n");
+    EXPECT_EQ(parse({"import", "a.log", "--split-gap", "10"}).text,
+              "magellangps: --split-gap: \"10\" is not off, a time such as 30s, 10min or 2h, or a "
+              "distance such as 500m or 2km\n");
+    for (const auto& words :
+         std::vector<std::vector<const char*>>{{"acquire", "--list", "-o", "a.gpx"},
+                                               {"acquire", "--list", "--events"},
+                                               {"acquire", "--track", "A", "--no-tracks"},
+                                               {"acquire", "--list", "--summary"},
+                                               {"acquire", "--card", "D", "--new-only"}})
+        EXPECT_THAT(parse(words).text, HasSubstr("cannot be used together")) << words[1];
+    EXPECT_THAT(parse({"import", "a.log", "--new-only"}).text, HasSubstr("--new-only"));
+    EXPECT_THAT(parse({"acquire", "--list", "--format", "gpx"}).text, HasSubstr("-o"));
+}
+
 TEST(CommandLine, ImportTakesFiles)
 {
     const auto options = optionsOf<ImportOptions>({"import", "a.log", "-o", "x.gpx", "info", "-q"});

@@ -21,19 +21,25 @@ Json documentOf(const DownloadReport& report, const std::vector<host::Message>& 
     return Json::parse(host::downloadJson(report, messages, status));
 }
 
+constexpr char kNoRecords[] = R"({"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,)"
+                              R"("tracks":0,"trackPoints":0})";
+
 TEST(DownloadJson, EmptyReportHasEveryKey)
 {
+    const std::string none = kNoRecords;
     EXPECT_EQ(host::downloadJson({}, {}, ExitStatus::kFailed),
               R"({"status":1,"complete":false,"interrupted":false,"device":null,"voice":null,)"
               R"("requested":[],"missing":[],)"
               R"("output":{"state":"none","path":null,"remark":null,"error":null},)"
-              R"("received":{"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,"tracks":0,)"
-              R"("trackPoints":0},)"
-              R"("written":{"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,"tracks":0,)"
-              R"("trackPoints":0},"repeats":{"waypoints":0,"routes":0,"trackPoints":0},)"
-              R"("kinds":[],"files":[],"unseen":[],"phases":[],"commands":[],"omitted":0,)"
-              R"("messages":[]})"
-              "\n");
+              R"("received":)" +
+                  none + R"(,"chosen":)" + none + R"(,"leftOut":{"times":)" + none +
+                  R"(,"names":)" + none + R"(,"geocaches":)" + none + R"(,"savedBefore":)" + none +
+                  R"(},"untimed":)" + none + R"(,"unmatched":[],"written":)" + none +
+                  R"(,"segments":{"tracks":0,"gaps":0},"list":null,)"
+                  R"("repeats":{"waypoints":0,"routes":0,"trackPoints":0},)"
+                  R"("kinds":[],"files":[],"unseen":[],"phases":[],"commands":[],"omitted":0,)"
+                  R"("messages":[]})"
+                  "\n");
 }
 
 TEST(DownloadJson, MountedDeviceHasItsKindsFilesAndUnseenPaths)

@@ -33,6 +33,47 @@ Message note(std::string text)
     return {false, std::move(text)};
 }
 
+TEST(DownloadMessages, NothingLeftOutIsNotMentioned)
+{
+    EXPECT_THAT(host::choiceMessages({}), IsEmpty());
+}
+
+TEST(DownloadMessages, EachReasonForLeavingOutHasItsNote)
+{
+    host::DownloadReport report;
+    report.leftOut.choice.byTime = {.trackPoints = 1};
+    report.leftOut.choice.untimed = {.waypoints = 2};
+    report.leftOut.choice.byName = {.tracks = 1, .trackPoints = 5};
+    report.leftOut.choice.unmatchedNames = {"Day *"};
+    report.leftOut.choice.geocaches = {.geocaches = 3};
+    report.leftOut.savedBefore = {.routes = 1, .routePoints = 4};
+    EXPECT_THAT(
+        host::choiceMessages(report),
+        ElementsAre(
+            note("Left out because of --since or --until: 1 track point."),
+            note("Kept although --since and --until cannot judge what has no time: 2 waypoints."),
+            note("Left out because of --track: 1 track (5 points)."),
+            note("No track that arrived has the name \"Day *\". --list shows the names."),
+            note("Left out because of --no-geocaches: 3 geocaches."),
+            note("Left out because of --new-only, as it was saved before: 1 route.")));
+}
+
+TEST(DownloadMessages, DividedTracksAreMentioned)
+{
+    host::DownloadReport report;
+    report.splits = {.tracks = 1, .gaps = 1};
+    EXPECT_THAT(host::choiceMessages(report),
+                ElementsAre(note("1 track was divided into segments at 1 jump that no receiver can "
+                                 "make; --split-gap off keeps it whole.")));
+    report.splits = {.tracks = 2, .gaps = 3};
+    EXPECT_THAT(host::choiceMessages(report),
+                ElementsAre(note("2 tracks were divided into segments at 3 jumps that no receiver "
+                                 "can make; --split-gap off keeps them whole.")));
+    report.splits.areJumps = false;
+    EXPECT_THAT(host::choiceMessages(report),
+                ElementsAre(note("2 tracks were divided into segments at 3 gaps.")));
+}
+
 TEST(DownloadMessages, SuccessIsSilent)
 {
     EXPECT_THAT(operationMessages({}), IsEmpty());

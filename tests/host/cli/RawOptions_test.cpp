@@ -54,6 +54,41 @@ TEST_F(RawOptions, SendNeedsFilesOrData)
     EXPECT_THAT(finish(), IsEmpty());
 }
 
+TEST_F(RawOptions, SinceMustNotBeLaterThanUntil)
+{
+    raw_.command = Command::kAcquire;
+    raw_.acquire.choice.times = host::TimeRange{5, 5};
+    EXPECT_THAT(finish(), IsEmpty());
+    raw_.acquire.choice.times = host::TimeRange{6, 5};
+    EXPECT_EQ(finish(), "--since is later than --until");
+}
+
+TEST_F(RawOptions, ChoiceNeedsAnOutputFileBesideEventLines)
+{
+    raw_.command = Command::kImport;
+    raw_.import.files = {"a.log"};
+    raw_.global.events = true;
+    EXPECT_THAT(finish(), IsEmpty());
+    raw_.import.choice.geocaches = false;
+    EXPECT_THAT(finish(), HasSubstr("--events shows every record"));
+    raw_.import.output = "a.gpx";
+    EXPECT_THAT(finish(), IsEmpty());
+    raw_.import.output.reset();
+    raw_.import.choice = {};
+    raw_.import.splitGap.isOff = true;
+    EXPECT_THAT(finish(), HasSubstr("--events shows every record"));
+}
+
+TEST_F(RawOptions, NewOnlyNeedsAnOutputFileBesideEventLines)
+{
+    raw_.command = Command::kAcquire;
+    raw_.global.events = true;
+    raw_.acquire.newOnly = true;
+    EXPECT_THAT(finish(), HasSubstr("--events shows every record"));
+    raw_.acquire.output = "a.gpx";
+    EXPECT_THAT(finish(), IsEmpty());
+}
+
 TEST_F(RawOptions, ExtensionGivesTheFormatInEitherCase)
 {
     raw_.command = Command::kAcquire;

@@ -15,6 +15,7 @@ namespace {
 using host::Event;
 using host::EventKind;
 using support::newRoute;
+using support::newSegment;
 using support::newTrack;
 using support::trackPoint;
 using support::wayPoint;
@@ -31,6 +32,7 @@ private:
     void endRoute() override { calls_ += ")route "; }
     void beginTrack(const gps::Dictionary&) override { calls_ += "track( "; }
     void trackPoint(const gps::GPSPoint&) override { calls_ += "trackpt "; }
+    void newSegment() override { calls_ += "| "; }
     void endTrack() override { calls_ += ")track "; }
     [[nodiscard]] std::optional<gps::Error> finish() override
     {
@@ -72,6 +74,14 @@ TEST(CollectionWriter, TrackPointOutsideATrackOpensOne)
     EXPECT_EQ(callsFor({trackPoint({}), trackPoint({})}), "track( trackpt trackpt )track finish");
     EXPECT_EQ(callsFor({newRoute({}), trackPoint({})}),
               "route( )route track( trackpt )track finish");
+}
+
+TEST(CollectionWriter, SegmentBeginsOnlyWithinATrack)
+{
+    EXPECT_EQ(callsFor({newTrack({}), trackPoint({}), newSegment(), trackPoint({})}),
+              "track( trackpt | trackpt )track finish");
+    EXPECT_EQ(callsFor({newSegment(), newRoute({}), newSegment(), wayPoint({})}),
+              "route( routept )route finish");
 }
 
 TEST(CollectionWriter, WaypointClosesATrack)

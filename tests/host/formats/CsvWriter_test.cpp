@@ -42,6 +42,16 @@ std::string csvOf(const std::vector<Event>& events)
     return written.text();
 }
 
+TEST(CsvWriter, SegmentsOfEachTrackAreNumbered)
+{
+    const auto csv = csvOf({newTrack({{"name", "A"}}), trackPoint({1, 2, 3, 0, 0}),
+                            support::newSegment(), trackPoint({4, 5, 6, 0, 0}),
+                            newTrack({{"name", "B"}}), trackPoint({7, 8, 9, 0, 0})});
+    EXPECT_THAT(csv, testing::EndsWith("track point,A,1,1,2,3,,\r\n"
+                                       "track point,A,2,4,5,6,,\r\n"
+                                       "track point,B,1,7,8,9,,\r\n"));
+}
+
 TEST(CsvWriter, WithoutRecordsItIsEmpty)
 {
     EXPECT_EQ(csvOf({support::stateChange(1), support::stateChange(0)}), "");
@@ -77,16 +87,17 @@ TEST(CsvWriter, GeocachesHaveTheirOwnColumns)
 
 TEST(CsvWriter, RoutePointsAndTrackPointsNameTheirRouteAndTrack)
 {
-    EXPECT_EQ(csvOf({newRoute({{"name", "Loop"}, {"comment", "steep"}}),
-                     wayPoint(kHut, {{"name", "Hut"}}), newTrack({{"name", "Morning"}}),
-                     trackPoint(kHut), newTrack({}), trackPoint(kLake)}),
-              "kind,route,route comment,name,latitude,longitude,elevation,time (UTC),local time,"
-              "comment,symbol\r\n"
-              "route point,Loop,steep,Hut,46.5,7.25,1529,2008-08-11 06:15:48,"
-              "2008-08-11 08:15:48+02:00,,\r\n"
-              "kind,track,latitude,longitude,elevation,time (UTC),local time\r\n"
-              "track point,Morning,46.5,7.25,1529,2008-08-11 06:15:48,2008-08-11 08:15:48+02:00\r\n"
-              "track point,,-46.123456789,-7.5,0,,\r\n");
+    EXPECT_EQ(
+        csvOf({newRoute({{"name", "Loop"}, {"comment", "steep"}}),
+               wayPoint(kHut, {{"name", "Hut"}}), newTrack({{"name", "Morning"}}), trackPoint(kHut),
+               newTrack({}), trackPoint(kLake)}),
+        "kind,route,route comment,name,latitude,longitude,elevation,time (UTC),local time,"
+        "comment,symbol\r\n"
+        "route point,Loop,steep,Hut,46.5,7.25,1529,2008-08-11 06:15:48,"
+        "2008-08-11 08:15:48+02:00,,\r\n"
+        "kind,track,segment,latitude,longitude,elevation,time (UTC),local time\r\n"
+        "track point,Morning,1,46.5,7.25,1529,2008-08-11 06:15:48,2008-08-11 08:15:48+02:00\r\n"
+        "track point,,1,-46.123456789,-7.5,0,,\r\n");
 }
 
 TEST(CsvWriter, TablesAreInOneOrderAndEachHasOneHeader)
@@ -124,14 +135,14 @@ TEST(CsvWriter, NamesOfPlacesRoutesAndTracksAreQuotedToo)
                wayPoint(kLake, {{"name", "e,f"}}), newTrack({{"name", "g,h"}}), trackPoint(kLake)});
     EXPECT_THAT(csv, HasSubstr("\r\nwaypoint,\"a,b\",-46"));
     EXPECT_THAT(csv, HasSubstr("\r\nroute point,\"c,d\",,\"e,f\",-46"));
-    EXPECT_THAT(csv, HasSubstr("\r\ntrack point,\"g,h\",-46"));
+    EXPECT_THAT(csv, HasSubstr("\r\ntrack point,\"g,h\",1,-46"));
 }
 
 TEST(CsvWriter, AnUnknownElevationIsAnEmptyCell)
 {
     auto point = kHut;
     point.altitude = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_THAT(csvOf({trackPoint(point)}), HasSubstr("\r\ntrack point,,46.5,7.25,,2008-"));
+    EXPECT_THAT(csvOf({trackPoint(point)}), HasSubstr("\r\ntrack point,,1,46.5,7.25,,2008-"));
 }
 
 TEST(CsvWriter, PointsOffTheGlobeAreLeftOutAndReported)

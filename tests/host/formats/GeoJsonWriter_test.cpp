@@ -66,6 +66,49 @@ TEST(GeoJsonWriter, WithoutEventsItIsAnEmptyCollection)
     EXPECT_EQ(geoJsonOf({}).text, "{\"type\":\"FeatureCollection\",\"features\":[\n]}\n");
 }
 
+TEST(GeoJsonWriter, SegmentsAreThePartsOfAMultiLineString)
+{
+    const auto geometry = geometryOf({newTrack({}), trackPoint({1, 2, 3, 0, 0}),
+                                      trackPoint({2, 3, 4, 0, 0}), support::newSegment(),
+                                      trackPoint({4, 5, 6, 0, 0}), trackPoint({5, 6, 7, 0, 0})});
+    EXPECT_EQ(geometry["type"], "MultiLineString");
+    EXPECT_EQ(geometry["coordinates"], Json::parse("[[[2,1,3],[3,2,4]],[[5,4,6],[6,5,7]]]"));
+}
+
+TEST(GeoJsonWriter, SegmentOfOnePointIsALineOfTwoEqualPositions)
+{
+    const std::vector points{trackPoint({1, 2, 3, kTen, 0}), trackPoint({2, 3, 4, kTen, 0}),
+                             trackPoint({4, 5, 6, kTen, 0})};
+    const auto feature = featuresOf({newTrack({}), points[0], support::newSegment(), points[1],
+                                     support::newSegment(), points[2]})[0];
+    EXPECT_EQ(feature["geometry"]["coordinates"],
+              Json::parse("[[[2,1,3],[2,1,3]],[[3,2,4],[3,2,4]],[[5,4,6],[5,4,6]]]"));
+    const Json time = "2024-06-01T10:00:00Z";
+    const auto once = Json::array({time, nullptr});
+    EXPECT_EQ(feature["properties"]["coordTimes"], Json::array({once, once, once}));
+}
+
+TEST(GeoJsonWriter, BreakAtEitherEndOfATrackMakesNoPart)
+{
+    const std::vector points{trackPoint({1, 2, 3, 0, 0}), trackPoint({2, 3, 4, 0, 0})};
+    const auto whole = geometryOf({newTrack({}), points[0], points[1]});
+    EXPECT_EQ(geometryOf({newTrack({}), support::newSegment(), points[0], points[1],
+                          support::newSegment()}),
+              whole);
+    EXPECT_EQ(featuresOf({newTrack({}), support::newSegment(), newTrack({}), points[0],
+                          points[1]})[1]["geometry"],
+              whole);
+}
+
+TEST(GeoJsonWriter, SegmentThatBeginsBeyondTheDateLineIsNotCutTwice)
+{
+    EXPECT_EQ(
+        geometryOf({newTrack({}), trackPoint({0, 179, 0, 0, 0}), trackPoint({0, 179.5, 0, 0, 0}),
+                    support::newSegment(), trackPoint({0, -179.5, 0, 0, 0}),
+                    trackPoint({0, -179, 0, 0, 0})})["coordinates"],
+        Json::parse("[[[179,0,0],[179.5,0,0]],[[-179.5,0,0],[-179,0,0]]]"));
+}
+
 TEST(GeoJsonWriter, EachFeatureIsOneLineOfText)
 {
     EXPECT_EQ(geoJsonOf({wayPoint({46.5, -7.25, 1200.5, kTen, 0}, {{"name", "A"}}),

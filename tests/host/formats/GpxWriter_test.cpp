@@ -74,6 +74,17 @@ std::string gpxBodyOf(const std::vector<Event>& events)
     return gpx.text.substr(start, gpx.text.size() - start - 7);
 }
 
+TEST(GpxWriter, SegmentIsAnElementOfItsOwn)
+{
+    EXPECT_EQ(gpxBodyOf({newTrack({{"name", "A"}}), trackPoint({1, 2, 3, 0, 0}),
+                         support::newSegment(), trackPoint({4, 5, 6, 0, 0})}),
+              "<trk><name>A</name><trkseg>\n"
+              "<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n"
+              "</trkseg><trkseg>\n"
+              "<trkpt lat=\"4\" lon=\"5\"><ele>6</ele></trkpt>\n"
+              "</trkseg></trk>\n");
+}
+
 TEST(GpxWriter, WithoutEventsItIsAnEmptyDocument)
 {
     EXPECT_EQ(gpxBodyOf({}), "");

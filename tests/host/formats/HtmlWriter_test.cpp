@@ -56,6 +56,22 @@ std::size_t count(std::string_view text, std::string_view part)
     return found;
 }
 
+TEST(HtmlWriter, TrackNamesThePointsThatBeginASegment)
+{
+    const std::vector points{trackPoint({0, 0, 0, 1717236000, 0}),
+                             trackPoint({1, 0, 0, 1717236001, 0}),
+                             trackPoint({1.001, 0, 0, 1717236031, 0})};
+    const auto split = pageDataOf({newTrack({}), support::newSegment(), points[0],
+                                   support::newSegment(), points[1], points[2]})["tracks"][0];
+    EXPECT_EQ(split["breaks"], Json::array({1}));
+    EXPECT_EQ(split["points"].size(), 12U);
+    // Nobody has travelled the degree between the segments, nor the second.
+    EXPECT_EQ(split["kilometres"], 0.111);
+    EXPECT_EQ(split["moving"], 30);
+    const auto whole = pageDataOf({newTrack({}), points[1], points[2]})["tracks"][0];
+    EXPECT_FALSE(whole.contains("breaks"));
+}
+
 TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
 {
     EXPECT_EQ(

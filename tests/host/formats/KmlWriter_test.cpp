@@ -56,6 +56,25 @@ std::vector<std::string> namesOf(const pugi::xml_node& parent, const char* child
     return names;
 }
 
+TEST(KmlWriter, SegmentIsAPlacemarkOfItsOwn)
+{
+    EXPECT_THAT(kmlBodyOf({newTrack({{"name", "A"}}), trackPoint({1, 2, 3, 0, 0}),
+                           trackPoint({2, 3, 4, 0, 0}), support::newSegment(),
+                           trackPoint({4, 5, 6, 0, 0}), trackPoint({5, 6, 7, 0, 0})}),
+                testing::ContainsRegex(
+                    "<name>A</name>.*<LineString>.*2,1,3\n3,2,4\n</coordinates></LineString>"
+                    "</Placemark>\n<Placemark><name>A</name>.*5,4,6\n6,5,7\n"));
+}
+
+TEST(KmlWriter, BreakBeforeTheFirstPointOfATrackMakesNoPlacemark)
+{
+    const std::vector points{trackPoint({1, 2, 3, kTen, 0}), trackPoint({2, 3, 4, kTen + 60, 0})};
+    EXPECT_EQ(kmlBodyOf({newTrack({}), support::newSegment(), points[0], points[1]}),
+              kmlBodyOf({newTrack({}), points[0], points[1]}));
+    EXPECT_EQ(kmlBodyOf({newTrack({}), points[0], support::newSegment(), newTrack({}), points[1]}),
+              kmlBodyOf({newTrack({}), points[0], newTrack({}), points[1]}));
+}
+
 TEST(KmlWriter, WithoutEventsItIsADocumentOfStyles)
 {
     EXPECT_EQ(kmlBodyOf({}), "");

@@ -86,6 +86,11 @@ inline host::Event newTrack(gps::Dictionary track)
     return event;
 }
 
+inline host::Event newSegment()
+{
+    return ofKind(host::EventKind::kNewSegment);
+}
+
 inline host::Event newRoute(gps::Dictionary route)
 {
     auto event = ofKind(host::EventKind::kNewRoute);

@@ -489,20 +489,102 @@ public:
     void finish(const Sink& sink) override { sink(support::fix(1717236000)); }
 };
 
-TEST_F(Download, FilterDecidesWhatIsWrittenButNotWhatConsumersGet)
+TEST_F(Download, FilterDecidesWhatIsWrittenAndWhatConsumersGet)
 {
     WaypointFilter filter;
     NotingWriter consumer;
-    request_.output->filter = &filter;
+    request_.filters = {&filter};
     request_.consumers = {&consumer};
     const auto report = download([](const Status& status) {
         oneWaypoint(status);
         status->trackPoint({46, 7, 0, 5, 0}, {});
     });
     EXPECT_EQ(report.received, (RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
-    EXPECT_EQ(report.written, (RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
+    EXPECT_EQ(report.chosen, (RecordCounts{.waypoints = 1, .tracks = 1, .trackPoints = 1}));
+    EXPECT_EQ(report.written, report.chosen);
     EXPECT_THAT(folder_.read("trip.gpx"), HasSubstr("<time>2024-06-01T10:00:00Z</time>"));
-    EXPECT_THAT(consumer.times, ElementsAre(5));
+    EXPECT_THAT(consumer.times, ElementsAre(1717236000));
+}
+
+/// Adds one to the time of each track point, and holds nothing back.
+class AddingFilter final : public host::EventFilter {
+public:
+    explicit AddingFilter(std::int64_t seconds) : seconds_(seconds) {}
+
+    void event(const host::Event& event, const Sink& sink) override
+    {
+        auto changed = event;
+        changed.point.time = changed.point.time * 10 + seconds_;
+        sink(changed);
+    }
+    void finish(const Sink& sink) override { sink(support::fix(seconds_)); }
+
+private:
+    std::int64_t seconds_;
+};
+
+TEST_F(Download, FiltersPassOnToEachOtherInTheirOrder)
+{
+    AddingFilter first{1};
+    AddingFilter second{2};
+    NotingWriter consumer;
+    request_.filters = {&first, &second};
+    request_.consumers = {&consumer};
+    const auto report = download([](const Status& status) {
+        status->trackPoint({46, 7, 0, 5, 0}, {});
+        allTransfers(status);
+    });
+    EXPECT_THAT(consumer.times, ElementsAre(512, 12, 2));
+    EXPECT_EQ(report.received.trackPoints, 1U);
+    EXPECT_EQ(report.written.trackPoints, 3U);
+}
+
+void twoJumps(const Status& status)
+{
+    status->newTrack({{"name", "A"}});
+    status->trackPoint({46, 7, 0, 1717236000, 0}, {});
+    status->trackPoint({47, 7, 0, 1717236001, 0}, {});
+    status->trackPoint({46, 7, 0, 1717236002, 0}, {});
+    status->newTrack({{"name", "B"}});
+    status->trackPoint({50, 7, 0, 1717236003, 0}, {});
+    allTransfers(status);
+}
+
+std::size_t countOf(const std::string& text, std::string_view part)
+{
+    std::size_t found = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+TEST_F(Download, ImpossibleJumpWithinATrackBeginsASegment)
+{
+    const auto report = download(twoJumps);
+    EXPECT_EQ(report.splits.tracks, 1U);
+    EXPECT_EQ(report.splits.gaps, 2U);
+    EXPECT_TRUE(report.splits.areJumps);
+    const auto gpx = folder_.read("trip.gpx");
+    EXPECT_EQ(countOf(gpx, "<trkseg>"), 4U);
+    EXPECT_EQ(countOf(gpx, "<trkpt"), 4U);
+    EXPECT_EQ(report.written, (RecordCounts{.tracks = 2, .trackPoints = 4}));
+}
+
+TEST_F(Download, TracksAreKeptWholeOnRequest)
+{
+    request_.gapRule.isOff = true;
+    const auto report = download(twoJumps);
+    EXPECT_EQ(report.splits.gaps, 0U);
+    EXPECT_EQ(countOf(folder_.read("trip.gpx"), "<trkseg>"), 2U);
+}
+
+TEST_F(Download, JumpIsLookedForInWhatTheFiltersLeave)
+{
+    host::ChoiceFilter filter{{.times = host::TimeRange{1717236000, 1717236000}}};
+    request_.filters = {&filter};
+    const auto report = download(twoJumps);
+    EXPECT_EQ(report.splits.gaps, 0U);
+    EXPECT_EQ(report.written, (RecordCounts{.tracks = 1, .trackPoints = 1}));
 }
 
 TEST_F(Download, ProgressBeginsWithReadingAndEndsWithEachOperation)

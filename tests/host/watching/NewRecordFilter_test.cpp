@@ -13,6 +13,7 @@ using support::cache;
 using support::endOfTransfer;
 using support::fix;
 using support::route;
+using support::segment;
 using support::shortText;
 using support::track;
 using support::waypoint;
@@ -34,6 +35,7 @@ protected:
             filter.event(event, sink);
         filter.finish(sink);
         seen_ = filter.seen();
+        leftOut_ = filter.leftOut();
         return passed;
     }
 
@@ -47,7 +49,35 @@ protected:
     support::TemporaryFolder folder_;
     host::KnownRecords known_{folder_.path("known.txt")};
     host::RecordKeys seen_;
+    host::RecordCounts leftOut_;
 };
+
+TEST_F(NewRecordFilterTest, WhatIsLeftOutIsCounted)
+{
+    const std::vector events{waypoint("A"),  cache("B"), endOfTransfer(), route("R"),
+                             waypoint("A"),  track("T"), fix(kSomeDay),   fix(kSomeDay + 1, 47),
+                             endOfTransfer()};
+    know(events);
+    EXPECT_EQ(leftOut_, host::RecordCounts{});
+    (void)passed(events);
+    EXPECT_EQ(leftOut_, (host::RecordCounts{.waypoints = 1,
+                                            .geocaches = 1,
+                                            .routes = 1,
+                                            .routePoints = 1,
+                                            .tracks = 1,
+                                            .trackPoints = 2}));
+}
+
+TEST_F(NewRecordFilterTest, SegmentsStayWhereTheyAreAndDoNotMakeATrackNew)
+{
+    const std::vector events{track("T"), fix(kSomeDay), segment(), fix(kSomeDay + 1)};
+    EXPECT_THAT(passed(events), ElementsAre("T:T", "f:1717236000", "|", "f:1717236001"));
+    know({track("T"), fix(kSomeDay), fix(kSomeDay + 1)});
+    EXPECT_THAT(passed(events), IsEmpty());
+    // Another track from the same time is held back until its end.
+    EXPECT_THAT(passed({track("T"), fix(kSomeDay), segment(), fix(kSomeDay + 2)}),
+                ElementsAre("T:T", "f:1717236000", "|", "f:1717236002"));
+}
 
 TEST_F(NewRecordFilterTest, EverythingPassesInOrderIfNothingIsKnown)
 {
