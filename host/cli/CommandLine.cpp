@@ -7,15 +7,24 @@
 #include "host/cli/CommandTable.h"
 #include "host/cli/RawOptions.h"
 #include "host/commandline/Arguments.h"
+#include "host/commandline/Configuration.h"
 #include "host/commandline/HelpFormatter.h"
 #include "host/commandline/NearestName.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
+#include <variant>
 #include <vector>
 
 namespace host {
@@ -44,9 +53,117 @@ ParsedCommandLine helpOn(const CLI::App& app, const std::optional<std::string>& 
                                              : fmt::format("did you mean \"{}\"?", guess)));
 }
 
+// Pairs of options: one that was typed makes a default of the other meaningless.
+bool isOverruled(const CommandTable& table, const std::string& name)
+{
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kRules{
+        {{"--device", "driver"},
+         {"--card", "driver"},
+         {"--driver", "device"},
+         {"--test-folder", "device"}}};
+    const auto& app = table.app();
+    const auto isTyped = [&](std::string_view option) {
+        for (const CLI::App* const part :
+             std::initializer_list<const CLI::App*>{app.get_subcommands().front(), &app}) {
+            const auto* const found = part->get_option_no_throw(std::string{option});
+            if (found != nullptr && found->count() > 0)
+                return true;
+        }
+        return false;
+    };
+    if (name == "format")
+        return isFormatNamedByExtension(table.raw());
+    return std::any_of(kRules.begin(), kRules.end(), [&](const auto& rule) {
+        return rule.second == name && isTyped(rule.first);
+    });
+}
+
+using Defaults = std::vector<const ConfiguredOption*>;
+
+// Completes what was typed with these defaults.
+std::string finishWith(const Defaults& defaults, CommandTable& table, const RawOptions& typed,
+                       std::optional<CommandOptions>& options)
+{
+    table.restore(typed);
+    for (const auto* const option : defaults)
+        setDefault(table.app(), *option);
+    return finish(table.raw(), options);
+}
+
+// Leaves out defaults that do not fit to what was typed: as few as possible, the last ones first.
+std::string finishWithFitting(Defaults defaults, CommandTable& table,
+                              std::optional<CommandOptions>& options)
+{
+    const auto typed = table.raw();
+    for (;; defaults.pop_back()) {
+        auto wrong = finishWith(defaults, table, typed, options);
+        if (wrong.empty() || defaults.empty())
+            return wrong;
+        for (auto i = defaults.size(); i-- > 0;) {
+            auto fewer = defaults;
+            fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(i));
+            if (finishWith(fewer, table, typed, options).empty())
+                return {};
+        }
+    }
+}
+
+// The file that was named, or the user's own if there is one.
+std::optional<std::string> configurationPath(const GlobalOptions& typed,
+                                             const std::optional<std::string>& usersFile)
+{
+    if (typed.config)
+        return typed.config;
+    std::error_code failure; // then reading reports it
+    if (typed.noConfig || !usersFile || (!std::filesystem::exists(*usersFile, failure) && !failure))
+        return std::nullopt;
+    return usersFile;
+}
+
+// @param defaults  what they point to lives in `configuration`
+std::string readDefaults(Configuration& configuration, CommandTable& table, Defaults& defaults)
+{
+    if (auto wrong = readConfiguration(configuration); !wrong.empty())
+        return wrong;
+    CommandTable untyped;
+    const auto checkFormat = [](const ConfiguredOption& option) {
+        const auto* const values = std::get_if<std::vector<std::string>>(&option.value);
+        return option.name == "format" && values != nullptr && !values->empty()
+                   ? formatMistake(values->front())
+                   : "";
+    };
+    if (auto wrong =
+            checkConfiguration(configuration, untyped.app(), untyped.exclusions(), checkFormat);
+        !wrong.empty())
+        return wrong;
+    defaults = applicableDefaults(configuration, table.app(), table.exclusions());
+    std::erase_if(defaults,
+                  [&](const ConfiguredOption* option) { return isOverruled(table, option->name); });
+    return {};
+}
+
+ParsedCommandLine complete(CommandTable& table, const std::optional<std::string>& usersFile)
+{
+    Configuration configuration;
+    Defaults defaults;
+    if (const auto path = configurationPath(table.raw().global, usersFile)) {
+        configuration.path = *path;
+        configuration.escape =
+            table.raw().global.config ? "leave --config out" : "ignore it with --no-config";
+        if (const auto wrong = readDefaults(configuration, table, defaults); !wrong.empty())
+            return mistake(wrong);
+    }
+    ParsedCommandLine parsed;
+    if (const auto wrong = finishWithFitting(std::move(defaults), table, parsed.options);
+        !wrong.empty())
+        return mistake(wrong);
+    return parsed;
+}
+
 } // namespace
 
-ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv,
+                                   const std::optional<std::string>& configFile)
 {
     CommandTable table;
     auto& app = table.app();
@@ -62,10 +179,7 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv)
                         : ParsedCommandLine{std::nullopt, app.help(), ExitStatus::kUsage};
     if (table.raw().command == Command::kHelp)
         return helpOn(app, table.raw().helpTopic);
-    ParsedCommandLine parsed;
-    if (const auto wrong = finish(table.raw(), parsed.options); !wrong.empty())
-        return mistake(wrong);
-    return parsed;
+    return complete(table, configFile);
 }
 
 } // namespace host

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reads a command line into one command's options, without touching a file. [host thread]
+// Reads a command line into one command's options, with defaults from a configuration file. [host
+// thread]
 
 #pragma once
 
@@ -18,6 +19,10 @@ struct ParsedCommandLine {
     ExitStatus status = ExitStatus::kSuccess;
 };
 
-[[nodiscard]] ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
+/// @param configFile  the user's configuration file, which need not exist; nullopt: there is none.
+///                    Read only for a command line that is going to be run and does not ignore it
+[[nodiscard]] ParsedCommandLine
+parseCommandLine(int argc, const char* const* argv,
+                 const std::optional<std::string>& configFile = std::nullopt);
 
 } // namespace host

@@ -92,6 +92,12 @@ void CommandTable::addGlobalOptions()
             },
             "Set \"debug\" to this number in the driver's options")
         ->type_name("N");
+    const auto* const config = app_.add_option("--config", options.config,
+                                               "Read defaults of options from this file instead of "
+                                               "~/.config/magellangps/config.toml")
+                                   ->type_name("FILE");
+    exclude(config, app_.add_flag("--no-config", options.noConfig,
+                                  "Ignore the file with defaults of options"));
     app_.add_flag(
         "--json", options.json,
         "Print the output of info and devices, or what happened in another command, as one JSON "

@@ -23,10 +23,14 @@ public:
     CommandTable& operator=(const CommandTable&) = delete;
 
     [[nodiscard]] CLI::App& app() noexcept { return app_; }
+    [[nodiscard]] const CLI::App& app() const noexcept { return app_; }
     [[nodiscard]] const std::vector<Exclusion>& exclusions() const noexcept { return exclusions_; }
 
     /// What has been parsed so far.
     [[nodiscard]] const RawOptions& raw() const noexcept { return raw_; }
+
+    /// Takes back what was parsed since a copy of raw() was made.
+    void restore(const RawOptions& raw) { raw_ = raw; }
 
 private:
     CLI::App& addCommand(const char* name, const char* description, Command command,

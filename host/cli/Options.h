@@ -25,6 +25,8 @@ struct GlobalOptions {
     std::optional<std::string> plugin;    ///< the bundle's path; by default the installed one
     std::vector<std::string> testFolders; ///< treated like mounted volumes
     std::optional<std::int32_t> debug;    ///< "debug" in the driver's options
+    std::optional<std::string> config;    ///< the configuration file; by default the user's
+    bool noConfig = false;                ///< ignore the user's configuration file
     bool json = false;
     bool events = false;
     bool quiet = false;

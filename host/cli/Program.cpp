@@ -12,6 +12,7 @@
 #include "host/cli/EarlyStop.h"
 #include "host/commandline/Completion.h"
 #include "host/files/Output.h"
+#include "host/files/StateFolder.h"
 #include "host/operations/StopSignals.h"
 
 #include <platform/System/Log.h>
@@ -166,7 +167,7 @@ ExitStatus runAny(int argc, const char* const* argv)
     // Before the parser: a command line that is being typed is rarely valid.
     if (argc > 1 && std::string_view{argv[1]} == kCompleteCommand)
         return print(completionsFor(wordsToComplete(argc, argv)), Console{false});
-    const auto parsed = parseCommandLine(argc, argv);
+    const auto parsed = parseCommandLine(argc, argv, configurationFile());
     if (!parsed.options) {
         if (parsed.status == ExitStatus::kSuccess)
             return print(parsed.text, Console{false});

@@ -193,4 +193,17 @@ std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options
     return {};
 }
 
+bool isFormatNamedByExtension(const RawOptions& raw)
+{
+    const auto& options = raw.command == Command::kImport
+                              ? static_cast<const DownloadOptions&>(raw.import)
+                              : static_cast<const DownloadOptions&>(raw.acquire);
+    return options.output && formatNamed(extensionOf(*options.output)) != nullptr;
+}
+
+std::string formatMistake(const std::string& name)
+{
+    return formatNamed(name) == nullptr ? unknownFormat(name) : "";
+}
+
 } // namespace host

@@ -35,4 +35,10 @@ struct RawOptions {
 /// @return         what is wrong, for the user to read; empty if nothing is
 [[nodiscard]] std::string finish(const RawOptions& raw, std::optional<CommandOptions>& options);
 
+/// Whether the output file's extension names a format, which a default must not override.
+[[nodiscard]] bool isFormatNamedByExtension(const RawOptions& raw);
+
+/// What is wrong with the name of a format, for the user to read; empty if nothing is.
+[[nodiscard]] std::string formatMistake(const std::string& name);
+
 } // namespace host

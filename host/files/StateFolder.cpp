@@ -44,6 +44,12 @@ std::optional<std::string> cacheFolder()
     return folderIn("XDG_CACHE_HOME", "/.cache");
 }
 
+std::optional<std::string> configurationFile()
+{
+    const auto folder = folderIn("XDG_CONFIG_HOME", "/.config");
+    return folder ? std::optional{*folder + "/config.toml"} : std::nullopt;
+}
+
 // Different identifiers can become the same name.
 std::string nameOfDevice(std::string_view identifier)
 {

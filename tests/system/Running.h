@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -38,6 +39,7 @@ public:
         for (auto& word : words)
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
+        ::setenv("XDG_CONFIG_HOME", "/nonexistent", 1); // no test reads the user's configuration
         const int failure = ::posix_spawn(&child_, words.front().c_str(), &files,
                                           SpawnAttributes{}.get(), arguments.data(), environ);
         ::posix_spawn_file_actions_destroy(&files);
