@@ -204,8 +204,9 @@ std::optional<double> numberOf(const std::string& word)
 void expectNear(const std::optional<double>& actual, const std::optional<double>& expected)
 {
     ASSERT_EQ(actual.has_value(), expected.has_value());
-    if (actual)
+    if (actual) {
         EXPECT_NEAR(*actual, *expected, 0.001);
+    }
 }
 
 // The page computes the same figures of a stretch; its test reads the same file.
