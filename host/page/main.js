@@ -8,13 +8,14 @@
 
 import { boundsOf, kWorld } from "./model/bounds.js";
 import { unpackCollection } from "./model/collection.js";
+import { Colouring } from "./model/colouring.js";
 import { allItems } from "./model/items.js";
 import { summaryText, titleText } from "./model/itemTexts.js";
 import { Mark } from "./model/Mark.js";
 import { Stretch } from "./model/Stretch.js";
 import { tablesOf } from "./model/tables.js";
 import { chooseUnits, kUnitChoices } from "./model/units.js";
-import { showAreaButtons, showClockButton, showLayerSwitches } from "./ui/controls.js";
+import { showAreaButtons, showClockButton, showLayerSwitches, showLegend } from "./ui/controls.js";
 import { byId, element, scrollBehavior } from "./ui/dom.js";
 import { listenToMap } from "./ui/mapInput.js";
 import { showMarkOnMap } from "./ui/mapMark.js";
@@ -23,6 +24,7 @@ import { listenToChoice } from "./ui/remember.js";
 import { showTables } from "./ui/tables.js";
 import { Theme } from "./ui/Theme.js";
 import { TrackCards } from "./ui/TrackCards.js";
+import { TrackList } from "./ui/TrackList.js";
 import { TrackMap } from "./ui/TrackMap.js";
 
 export const collection = unpackCollection(JSON.parse(byId("data").textContent));
@@ -30,11 +32,14 @@ export const mark = new Mark();
 export const stretch = new Stretch();
 export let map = null; // null if there is nothing to show
 export let cards = null;
+let list = null; // null if there are not several tracks
 
 export function showOnMap(item) {
   map.fit(boundsOf([item]));
-  if (item.kind === "track")
+  if (item.kind === "track") {
     cards.show(item);
+    afterSwitch();
+  }
   if (item.kind === "waypoint" || item.kind === "geocache")
     mark.pin(item);
   map.box.scrollIntoView({ block: "nearest", behavior: scrollBehavior() });
@@ -51,13 +56,10 @@ function showItems(items) {
   showMarkOnMap(map, mark);
   stretch.onChange(() => map.showStretch(stretch));
   listenToMap(map, mark);
-  const redraw = () => {
-    mark.clear();
-    stretch.clear();
-    map.drawSoon();
-  };
   cards = new TrackCards(collection.tracks, { mark, stretch },
-    { onSwitch: redraw, onShow: showOnMap });
+    { onSwitch: afterSwitch, onShow: showOnMap });
+  if (collection.tracks.length > 1)
+    list = new TrackList(collection.tracks, { setShown, onShow: showOnMap });
   showClockButton(() => {
     mark.clear();
     cards.showTimes();
@@ -65,14 +67,16 @@ function showItems(items) {
   });
   showLayerSwitches(collection, (layer, isShown) => {
     map.layers[layer] = isShown;
-    redraw();
+    afterSwitch();
   });
   map.measure();
-  const profiles = showProfileChoice(redraw);
+  const refreshLegend = showColourChoice();
+  const profiles = showProfileChoice();
   listenToChoice(byId("units"), "units", kUnitChoices, (choice) => {
     chooseUnits(choice);
-    redraw();
+    afterSwitch();
     cards.redraw(profiles.axis);
+    refreshLegend();
     showTexts();
   });
   const { areas } = collection;
@@ -81,6 +85,20 @@ function showItems(items) {
   new ResizeObserver(() => map.measure()).observe(map.box);
   const theme = new Theme(() => map.drawSoon());
   listenToPrinting({ map, cards, mark, theme, areas: shownAreas });
+}
+
+// After something was shown or hidden: the marks could be on what is hidden now.
+function afterSwitch() {
+  mark.clear();
+  stretch.clear();
+  list?.refresh();
+  map.drawSoon();
+}
+
+function setShown(tracks, isShown) {
+  for (const track of tracks)
+    cards.of(track).setShown(isShown);
+  afterSwitch();
 }
 
 // What depends on the chosen clock and units.
@@ -94,16 +112,38 @@ function showHead() {
   byId("summary").textContent = summaryText(collection);
 }
 
+// Lets the reader choose what colours the lines. Returns a function that writes the legend again.
+function showColourChoice() {
+  const { tracks } = collection;
+  let colouring = null;
+  const refresh = () => showLegend(colouring);
+  if (tracks.every((track) => track.count < 2))
+    return refresh;
+  const choices = { track: "track" };
+  if (tracks.some((track) => track.first !== null))
+    choices.speed = "speed";
+  if (tracks.some((track) => track.ascent !== null))
+    Object.assign(choices, { height: "height", slope: "slope" });
+  const chooser = element("select", { id: "colours" });
+  byId("switches").append(element("label", {}, "Colour by", chooser));
+  listenToChoice(chooser, "colours", choices, (kind) => {
+    colouring = kind === "track" ? null : new Colouring(kind, tracks);
+    map.colourBy(colouring);
+    refresh();
+  });
+  return refresh;
+}
+
 // Lets the reader choose the axis of the profiles. Returns the choice.
-function showProfileChoice(onChange) {
+function showProfileChoice() {
   const chosen = { axis: "distance" };
   if (!collection.tracks.some((track) => track.first !== null))
     return chosen;
-  const list = element("select", { id: "axis" });
-  byId("tools").append(element("label", {}, "Profiles along", list));
-  listenToChoice(list, "axis", { distance: "distance", time: "time" }, (axis) => {
+  const chooser = element("select", { id: "axis" });
+  byId("tools").append(element("label", {}, "Profiles along", chooser));
+  listenToChoice(chooser, "axis", { distance: "distance", time: "time" }, (axis) => {
     chosen.axis = axis;
-    onChange();
+    afterSwitch();
     cards.redraw(axis);
   });
   return chosen;

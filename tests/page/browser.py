@@ -10,6 +10,7 @@ import tempfile
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.support.select import Select
 
 ARGUMENTS = [
     "--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
@@ -76,6 +77,11 @@ class Browser:
     def find(self, selector):
         """Returns the first element that a selector matches."""
         return self.driver.find_element("css selector", selector)
+
+    def choose(self, selector, value):
+        """Chooses from a list."""
+        Select(self.find(selector)).select_by_value(value)
+        self.settle()
 
     def complaints(self):
         """Returns what the page or the browser has logged since the last call."""

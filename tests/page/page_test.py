@@ -301,7 +301,7 @@ class PageTest(unittest.TestCase):
     def test_units_are_chosen_for_the_whole_page_and_remembered(self):
         self.browser.open(self.sample)
         metric = self.lengths()
-        self.browser.find("#units").send_keys("miles, ft")
+        self.browser.choose("#units", "mi-ft")
         self.browser.settle()
         self.assertEqual(self.browser.ask("document.getElementById('units').value"), "mi-ft")
         for reopened in False, True:
@@ -321,7 +321,7 @@ class PageTest(unittest.TestCase):
             Object.defineProperty(window, "localStorage",
                 { get() { throw new DOMException("no", "SecurityError"); } });""")
         self.browser.open(self.sample)
-        self.browser.find("#units").send_keys("miles, m")
+        self.browser.choose("#units", "mi-m")
         self.assertRegex(self.column("tracks", 8)[0], " mi$")
         self.browser.command("Page.removeScriptToEvaluateOnNewDocument", **refused)
         self.browser.open(self.sample)
@@ -330,7 +330,7 @@ class PageTest(unittest.TestCase):
         self.browser.open(self.sample)
         self.show(0)
         self.assertIn("0 km", self.text("#track-0 .distances"))
-        self.browser.find("#axis").send_keys("time")
+        self.browser.choose("#axis", "time")
         self.browser.settle()
         self.assertIn("0:00 h", self.text("#track-0 .distances"))
         self.browser.run("page.cards.drawAllCharts()")
@@ -340,6 +340,59 @@ class PageTest(unittest.TestCase):
         half = self.browser.ask("""((track) => (page.collection.tracks[0].time[page.mark.index] -
             track.first) / (track.last - track.first))(page.collection.tracks[0])""")
         self.assertAlmostEqual(half, 0.5, delta=0.02)
+
+    def shown(self):
+        return self.browser.ask("""page.collection.tracks.filter((track) => track.isShown)
+            .map((track) => track.index)""")
+
+    def test_list_finds_tracks_and_chooses_which_are_shown(self):
+        self.browser.open(self.sample)
+        self.browser.find("#list summary").click()
+        self.browser.settle()
+        self.assertEqual(self.count("#list li"), 6)
+        none, every = (self.browser.find(f"#list .row button:nth-of-type({i})") for i in (2, 1))
+        none.click()
+        self.assertEqual(self.shown(), [])
+        self.browser.find("#list input[type=search]").send_keys("SADDLE")
+        self.assertEqual(self.count("#list li:not([hidden])"), 2)
+        every.click()
+        self.assertEqual(self.shown(), [1, 3])
+        self.browser.find("#list li:not([hidden]) input").click()
+        self.assertEqual(self.shown(), [3])
+        self.assertFalse(self.browser.ask("document.querySelector('#track-1 input').checked"))
+        self.browser.find("#track-1 input").click()
+        self.assertTrue(self.browser.ask("""document.querySelector(
+            '#list li:not([hidden]) input').checked"""))
+        self.browser.find("#list li:not([hidden]) button").click()
+        self.assertEqual(self.shown(), [1])
+
+    def test_list_of_a_single_track_is_left_out(self):
+        self.browser.open(self.filled({"tracks": [raw_track("one", [0, 0, 0, None])]}))
+        self.assertEqual(self.count("#list"), 0)
+
+    def test_cards_follow_the_shown_area_and_the_date(self):
+        self.browser.open(self.sample)
+        order = """Array.from(document.getElementById("cards").children,
+            (one) => Number(one.id.slice(6) || -1))"""
+        self.assertEqual(self.browser.ask(order), [1, 2, 3, -1, 4, 0, 5])
+        self.browser.find("#areas button:nth-child(3)").click()
+        self.assertEqual(self.browser.ask(order), [4, -1, 0, 1, 2, 3, 5])
+        self.browser.find("#areas button:nth-child(1)").click()
+        self.assertEqual(self.browser.ask(order), [4, 0, 1, 2, 3, 5])
+
+    def test_lines_can_be_coloured_with_a_legend_in_the_chosen_units(self):
+        self.browser.open(self.sample)
+        pictures = {self.browser.ask("page.map.canvas.toDataURL()")}
+        for kind, unit in ("speed", "km/h"), ("height", "m"), ("slope", "%"):
+            self.browser.choose("#colours", kind)
+            self.assertRegex(self.text("#legend"), f"^< .* {unit}> .* {unit}$")
+            pictures.add(self.browser.ask("page.map.canvas.toDataURL()"))
+        self.assertEqual(len(pictures), 4)
+        self.browser.choose("#colours", "height")
+        self.browser.choose("#units", "mi-ft")
+        self.assertRegex(self.text("#legend"), " ft$")
+        self.browser.choose("#colours", "track")
+        self.assertEqual(self.count("#legend"), 0)
 
     def test_touching_marks_too(self):
         self.browser.resize(390, 844)

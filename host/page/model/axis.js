@@ -69,6 +69,12 @@ function ticks(length, step, textOf) {
 // The index of the point nearest to a position on the axis, which must have points. Of several at
 // one position, the first.
 export function indexAt({ values }, position) {
+  const at = indexAtLeast(values, position);
+  return at > 0 && position - values[at - 1] < values[at] - position ? at - 1 : at;
+}
+
+// The index of the first value that is at least `position`, or else the last index.
+export function indexAtLeast(values, position) {
   let low = 0, high = values.length - 1;
   while (low < high) {
     const middle = (low + high) >> 1;
@@ -77,5 +83,5 @@ export function indexAt({ values }, position) {
     else
       high = middle;
   }
-  return low > 0 && position - values[low - 1] < values[low] - position ? low - 1 : low;
+  return low;
 }

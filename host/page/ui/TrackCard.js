@@ -22,8 +22,7 @@ export class TrackCard {
     this.stretch_ = element("p", { className: "stretch", role: "status", hidden: true });
     this.checkbox_ = element("input", { type: "checkbox", checked: true });
     this.checkbox_.addEventListener("change", () => {
-      track.isShown = this.checkbox_.checked;
-      this.element.classList.toggle("off", !track.isShown);
+      this.setShown(this.checkbox_.checked);
       onSwitch();
     });
     this.reading_ = element("p", { className: "reading", textContent: timeSpanText(track) });
@@ -74,10 +73,10 @@ export class TrackCard {
       element("dt", { textContent: name }), element("dd", { textContent: text }))));
   }
 
-  // Shows the track if it is hidden.
-  switchOn() {
-    if (!this.track.isShown)
-      this.checkbox_.click();
+  // Shows or hides the track.
+  setShown(isShown) {
+    this.track.isShown = this.checkbox_.checked = isShown;
+    this.element.classList.toggle("off", !isShown);
   }
 
   // Shows the values of the marked point, if there is a profile to show it in.

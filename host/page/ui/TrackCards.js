@@ -2,8 +2,8 @@
 // The list of track cards. It follows the mark, and draws each card's chart when the card comes
 // into view.
 
-import { contains } from "../model/bounds.js";
-import { byId, scrollBehavior } from "./dom.js";
+import { orderTracks } from "../model/trackOrder.js";
+import { byId, element as makeElement, scrollBehavior } from "./dom.js";
 import { TrackCard } from "./TrackCard.js";
 
 const kPreload = "400px"; // the distance from the visible area at which a chart is drawn
@@ -13,7 +13,8 @@ export class TrackCards {
   constructor(tracks, { mark, stretch }, actions) {
     this.cards = tracks.map((track) => new TrackCard(track, { mark, stretch }, actions));
     this.marked_ = null;
-    byId("cards").append(...this.cards.map((card) => card.element));
+    this.list_ = byId("cards");
+    this.list_.append(...this.cards.map((card) => card.element));
     this.drawChartsInView_();
     mark.onChange((item, index) => this.followMark_(item, index));
     stretch.onChange(() => {
@@ -35,7 +36,7 @@ export class TrackCards {
   // Goes to the card of a track, which is shown from now on.
   show(track) {
     const card = this.of(track);
-    card.switchOn();
+    card.setShown(true);
     card.draw();
     scrollIntoView(card.element);
   }
@@ -52,12 +53,15 @@ export class TrackCards {
       card.redraw(axisName);
   }
 
-  // Scrolls to the first track that starts within `bounds`.
+  // Begins with the tracks that start within `bounds`.
   goTo(bounds) {
-    const first = this.cards.find(({ track }) =>
-      track.count > 0 && contains(bounds, track.x[0], track.latitude[0]));
-    if (first)
-      scrollIntoView(first.element);
+    const { here, elsewhere } = orderTracks(this.cards.map(({ track }) => track), bounds);
+    const elementsOf = (tracks) => tracks.map((track) => this.of(track).element);
+    const isDivided = here.length > 0 && elsewhere.length > 0;
+    this.list_.replaceChildren(...elementsOf(here),
+      ...(isDivided ? [makeElement("p", { className: "divider", textContent: "Elsewhere" })] : []),
+      ...elementsOf(elsewhere));
+    this.list_.scrollTop = 0;
   }
 
   followMark_(item, index) {

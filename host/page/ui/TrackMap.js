@@ -7,16 +7,14 @@ import { landFor } from "../model/land.js";
 import { placeLabels } from "../model/labels.js";
 import { mapLink } from "../model/mapLink.js";
 import { MapView } from "../model/MapView.js";
-import { trackColour, trackDash } from "../model/trackStyle.js";
-import { indicesBetween, traceLine, VisiblePoints } from "../model/visibleLines.js";
 import { byId, themeColour } from "./dom.js";
+import { TrackPainter } from "./TrackPainter.js";
 
 const kFonts = {
   place: "11px system-ui, sans-serif",
   graticule: "11px system-ui, sans-serif",
   point: "12px system-ui, sans-serif",
   route: "italic 12px system-ui, sans-serif",
-  track: "600 12px system-ui, sans-serif",
 };
 
 export class TrackMap {
@@ -28,9 +26,7 @@ export class TrackMap {
     this.onDraw = () => {};
     this.collection_ = collection;
     this.context_ = this.canvas.getContext("2d");
-    this.visiblePoints_ = new VisiblePoints();
-    this.highlighted_ = null;
-    this.stretch_ = null;
+    this.painter_ = new TrackPainter(this.context_, this.view);
     this.isDrawingSoon_ = false;
   }
 
@@ -58,15 +54,21 @@ export class TrackMap {
 
   // Draws `track`, or no track if null, wider than and above the others.
   highlight(track) {
-    if (track === this.highlighted_)
+    if (track === this.painter_.highlighted)
       return;
-    this.highlighted_ = track;
+    this.painter_.highlighted = track;
     this.drawSoon();
   }
 
   // Draws a band along `stretch`, if it has a track.
   showStretch(stretch) {
-    this.stretch_ = stretch;
+    this.painter_.stretch = stretch;
+    this.drawSoon();
+  }
+
+  // Colours the tracks by a value, or each in its own colour if `colouring` is null.
+  colourBy(colouring) {
+    this.painter_.colouring = colouring;
     this.drawSoon();
   }
 
@@ -107,9 +109,10 @@ export class TrackMap {
     const townLabels = this.drawTowns_();
     const { routes, waypoints, geocaches } = this.shownItems_();
     const routeLabels = this.drawRoutes_(routes);
-    const trackLabels = this.drawTracks_();
+    const tracks = this.painter_.draw(this.collection_.tracks.filter((track) => track.isShown));
     const pointLabels = this.drawPoints_(waypoints, geocaches);
-    this.drawLabels_([...trackLabels, ...pointLabels, ...routeLabels, ...townLabels]);
+    this.drawLabels_([...tracks.names, ...pointLabels, ...routeLabels, ...tracks.distances,
+      ...townLabels]);
     this.showScaleBar_();
     byId("elsewhere").firstElementChild.href = mapLink(this.view);
     this.onDraw();
@@ -141,6 +144,7 @@ export class TrackMap {
     context.fill("evenodd");
   }
 
+  // Filling closes an outline; closePath() takes the time of the whole path in Chromium.
   traceOutline_(outline, shift) {
     const { context_: context, view } = this;
     for (let i = 0; i < outline.length; i += 2) {
@@ -150,7 +154,6 @@ export class TrackMap {
       else
         context.lineTo(px, py);
     }
-    context.closePath();
   }
 
   drawGraticule_() {
@@ -184,40 +187,11 @@ export class TrackMap {
   drawRoutes_(routes) {
     const colour = this.colours_.soft;
     for (const route of routes) {
-      this.trace_(route);
+      this.painter_.trace(route);
       this.stroke_(colour, 1.5, [5, 4]);
     }
     return routes.filter((route) => route.count > 0)
       .map((route) => labelAtStart(route, colour, kFonts.route));
-  }
-
-  // Each track begins with a dot. On a small scale the dot is all there is to see of it.
-  drawTracks_() {
-    const { highlighted_: highlighted } = this;
-    const tracks = this.collection_.tracks.filter((track) => track.isShown && track.count > 0);
-    this.drawStretch_();
-    tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
-    return tracks.map((track) => {
-      const colour = themeColour(trackColour(track));
-      const width = track === highlighted ? 4.5 : 2.75;
-      this.trace_(track);
-      this.stroke_(this.colours_.paper, width + 3);
-      this.stroke_(colour, width, trackDash(track));
-      this.drawDot_(track.x[0], track.latitude[0], 4, colour);
-      return labelAtStart(track, colour, kFonts.track);
-    });
-  }
-
-  // Below the lines, and wider, so that the line's colour stays to be seen.
-  drawStretch_() {
-    const { track, from, to } = this.stretch_ ?? {};
-    if (!track?.isShown)
-      return;
-    this.context_.beginPath();
-    traceLine(track, indicesBetween(this.visiblePoints_.of(track, this.view), from, to),
-      this.view, this.context_);
-    this.stroke_(this.colours_.soft, 13);
-    this.stroke_(this.colours_.paper, 9);
   }
 
   drawPoints_(waypoints, geocaches) {
@@ -274,11 +248,6 @@ export class TrackMap {
     context.lineTo(px - radius, py);
     context.closePath();
     this.fillWithEdge_(fill);
-  }
-
-  trace_(line) {
-    this.context_.beginPath();
-    traceLine(line, this.visiblePoints_.of(line, this.view), this.view, this.context_);
   }
 
   fillWithEdge_(fill) {

@@ -3,6 +3,7 @@
 // routes, waypoints and geocaches.
 
 import { clock } from "../model/clock.js";
+import { kClassCount } from "../model/colouring.js";
 import { formatNumber, positionText } from "../model/format.js";
 import { byId, element } from "./dom.js";
 
@@ -56,4 +57,18 @@ export function showLayerSwitches({ routes, waypoints, geocaches }, onSwitch) {
   add("routes", "Routes", routes, "dashes");
   add("waypoints", "Waypoints", waypoints, "disc");
   add("geocaches", "Geocaches", geocaches, "diamond");
+}
+
+// Shows the colours of `colouring` with the values at both ends; nothing if it is null.
+export function showLegend(colouring) {
+  byId("legend")?.remove();
+  if (!colouring)
+    return;
+  const [low, high] = colouring.legendTexts();
+  const colours = Array.from({ length: kClassCount }, (_, i) => {
+    const colour = element("i");
+    colour.style.background = `var(--class-${i})`;
+    return colour;
+  });
+  byId("switches").append(element("span", { id: "legend" }, low, ...colours, high));
 }

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// Draws tracks on the map's canvas: lines in one colour or by a value, the marked stretch, start,
+// end, direction and distances.
+
+import { kClassCount, traceClasses } from "../model/colouring.js";
+import { lineMarks } from "../model/lineMarks.js";
+import { trackColour, trackDash } from "../model/trackStyle.js";
+import { indicesBetween, traceLine, VisiblePoints } from "../model/visibleLines.js";
+import { themeColour } from "./dom.js";
+
+const kMarkFont = "10px system-ui, sans-serif";
+const kNameFont = "600 12px system-ui, sans-serif";
+
+export class TrackPainter {
+  constructor(context, view) {
+    this.highlighted = null; // the track that is drawn wider than and above the others
+    this.stretch = null;
+    this.colouring = null;   // null: each track has its colour
+    this.context_ = context;
+    this.view_ = view;
+    this.visiblePoints_ = new VisiblePoints();
+  }
+
+  // Traces a line, also a route.
+  trace(line) {
+    this.context_.beginPath();
+    traceLine(line, this.visiblePoints_.of(line, this.view_), this.view_, this.context_);
+  }
+
+  // Returns the labels: first the names, then the distances.
+  draw(shownTracks) {
+    const { highlighted } = this;
+    this.paper_ = themeColour("--paper");
+    const tracks = shownTracks.filter(({ count }) => count > 0);
+    tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
+    this.drawStretch_();
+    const distances = [], names = [];
+    for (const track of tracks) {
+      const colour = themeColour(trackColour(track));
+      this.drawLine_(track, colour);
+      distances.push(...this.drawMarks_(track, colour));
+      const { name, x, latitude } = track;
+      names.push({ name, x: x[0], latitude: latitude[0], colour, font: kNameFont });
+    }
+    return { names, distances };
+  }
+
+  drawLine_(track, colour) {
+    const width = track === this.highlighted ? 4.5 : 2.75;
+    this.trace(track);
+    this.stroke_(this.paper_, width + 3);
+    if (!this.colouring) {
+      this.stroke_(colour, width, trackDash(track));
+      return;
+    }
+    const paths = Array.from({ length: kClassCount + 1 }, () => new Path2D());
+    traceClasses(track, {
+      indices: this.visiblePoints_.of(track, this.view_), view: this.view_,
+      classes: this.colouring.classesOf(track),
+      penOf: (index) => paths[Math.min(index, kClassCount)],
+    });
+    paths.forEach((path, i) =>
+      this.stroke_(themeColour(i < kClassCount ? `--class-${i}` : "--soft"), width, [], path));
+  }
+
+  // Below the lines, and wider, so that the line's colour stays to be seen.
+  drawStretch_() {
+    const { track, from, to } = this.stretch ?? {};
+    if (!track?.isShown)
+      return;
+    this.context_.beginPath();
+    traceLine(track, indicesBetween(this.visiblePoints_.of(track, this.view_), from, to),
+      this.view_, this.context_);
+    this.stroke_(themeColour("--soft"), 13);
+    this.stroke_(this.paper_, 9);
+  }
+
+  // A disc at the start, a square at the end, arrows and distances between. On a small scale the
+  // disc is all there is to see of a track.
+  drawMarks_(track, colour) {
+    const { context_: context, view_: view } = this;
+    const { distances, arrows } = lineMarks(track, view);
+    context.beginPath();
+    for (const { px, py, angle } of arrows)
+      this.traceArrow_(px, py, angle);
+    this.stroke_(this.paper_, 4);
+    this.stroke_(colour, 2);
+    for (const { x, latitude } of distances)
+      this.drawDisc_(x, latitude, 2.5, this.paper_, colour);
+    const last = track.count - 1;
+    context.beginPath();
+    context.rect(view.toPixelX(track.x[last]) - 4, view.toPixelY(track.latitude[last]) - 4, 8, 8);
+    this.fill_(colour, this.paper_);
+    this.drawDisc_(track.x[0], track.latitude[0], 4, colour, this.paper_);
+    return distances.map((mark) => ({ ...mark, colour, font: kMarkFont }));
+  }
+
+  traceArrow_(px, py, angle) {
+    const barb = (turn) => [px - 7 * Math.cos(angle + turn), py - 7 * Math.sin(angle + turn)];
+    this.context_.moveTo(...barb(0.6));
+    this.context_.lineTo(px, py);
+    this.context_.lineTo(...barb(-0.6));
+  }
+
+  drawDisc_(x, latitude, radius, fill, edge) {
+    const { context_: context, view_: view } = this;
+    context.beginPath();
+    context.arc(view.toPixelX(x), view.toPixelY(latitude), radius, 0, 2 * Math.PI);
+    this.fill_(fill, edge);
+  }
+
+  fill_(colour, edge) {
+    this.context_.fillStyle = colour;
+    this.context_.fill();
+    this.stroke_(edge, 1.5);
+  }
+
+  // Strokes what is traced, or `path`.
+  stroke_(colour, width, dash = [], path = undefined) {
+    const { context_: context } = this;
+    context.strokeStyle = colour;
+    context.lineWidth = width;
+    context.setLineDash(dash);
+    if (path)
+      context.stroke(path);
+    else
+      context.stroke();
+  }
+}
