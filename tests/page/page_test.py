@@ -5,6 +5,7 @@
 Usage: page_test.py PROGRAM SAMPLES [TEST...]. Exit status 77 if there is no browser.
 """
 
+import base64
 import json
 import math
 import pathlib
@@ -39,12 +40,12 @@ WATCH_LINES = """
             at = [x, y];
             lineTo.call(this, x, y);
         };
-        canvas.stroke = function () {
+        canvas.stroke = function (...path) {
             if (this.lineWidth > 1) { // without the graticule
                 drawn.segments += lengths.length;
                 drawn.longest = lengths.reduce((a, b) => Math.max(a, b), drawn.longest);
             }
-            stroke.call(this);
+            stroke.call(this, ...path);
         };
     }
 """
@@ -702,6 +703,12 @@ class PageTest(unittest.TestCase):
         self.assertLess(paper["width"], 700)  # of A4 and of Letter, within their margins
         self.browser.settle()
         self.assertEqual(self.browser.ask("({ ...page.map.view })"), before)
+
+    def test_paper_has_no_page_with_little_on_it(self):
+        self.browser.open(self.sample)
+        paper = self.browser.command("Page.printToPDF", paperWidth=8.27, paperHeight=11.69)
+        pages = re.findall(rb"/Type /Page\b", base64.b64decode(paper["data"]))
+        self.assertEqual(len(pages), 4)
 
     def test_every_area_is_printed(self):
         self.browser.open(self.sample)

@@ -6,6 +6,7 @@ import { compareValues } from "../model/sorting.js";
 import { byId, element, nameElement } from "./dom.js";
 
 const kShort = 12;           // characters
+const kTime = /^[\d :-]+$/; // as a date and time
 const kLongWord = /\S{24}/; // only such a word is broken on paper
 
 // `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`.
@@ -54,7 +55,7 @@ function makeHeading(column, sort) {
 
 // How a text is broken into lines on paper: a short one, for example a date, stays in one piece.
 function breakClass(text) {
-  if (text.length <= kShort)
+  if (text.length <= kShort || kTime.test(text))
     return " short";
   return kLongWord.test(text) ? " breaks" : "";
 }
