@@ -196,6 +196,14 @@ void CommandTable::addDownloadOptions(CLI::App& command, DownloadOptions& option
     addRecordOptions(command, options);
 }
 
+void CommandTable::addTitleOption(CLI::App& command, DownloadOptions& options)
+{
+    command
+        .add_option("--title", options.title,
+                    "The title of the page (--format html), instead of the file's name")
+        ->type_name("TITLE");
+}
+
 // The format's name is looked up in finish(), because it may also come from the output's extension.
 void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
 {
@@ -208,6 +216,7 @@ void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
                     "The output's format, if the file's extension does not name it: " +
                         formatNames())
         ->type_name("FORMAT");
+    addTitleOption(command, options);
     command.add_flag("--summary", options.summary,
                      "Print the summary table even though there is an output file");
     const auto* const list = command.add_flag(

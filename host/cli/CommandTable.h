@@ -51,6 +51,7 @@ private:
                               std::optional<std::string>& device);
     std::vector<const CLI::Option*> addDiskOptions(CLI::App& command, DiskOptions& disk);
     void addDownloadOptions(CLI::App& command, DownloadOptions& options);
+    static void addTitleOption(CLI::App& command, DownloadOptions& options);
     void addOutputOptions(CLI::App& command, DownloadOptions& options);
     void addRecordOptions(CLI::App& command, DownloadOptions& options);
     CLI::Option* addDeviceOption(CLI::App& command, std::optional<std::string>& device);

@@ -235,7 +235,8 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
     request.dateRule = options.fixDates;
     request.gapRule = options.splitGap;
     if (options.output)
-        request.output = OutputRequest{.path = *options.output, .format = options.format};
+        request.output = OutputRequest{
+            .path = *options.output, .format = options.format, .title = options.title.value_or("")};
     return request;
 }
 

@@ -47,6 +47,7 @@ struct DownloadOptions : GlobalOptions {
     std::optional<std::string> driver; ///< its name, as `driverName` gives it
     std::optional<std::string> output; ///< "-" is the standard output
     const Format* format = nullptr;    ///< of the output; null without one
+    std::optional<std::string> title;  ///< of the page
     bool summary = false;              ///< print the summary table as well as the output
     bool strict = false;               ///< damaged lines on the device make the status 1
     bool waypoints = true;

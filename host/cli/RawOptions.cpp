@@ -76,6 +76,12 @@ std::string checkChoice(const RawOptions& raw, const DownloadOptions& options)
                  "output file with -o";
 }
 
+std::string checkTitle(const DownloadOptions& options)
+{
+    const bool isPage = options.format != nullptr && options.format->name == "html";
+    return options.title && !isPage ? "--title is for the page: write one with -o FILE.html" : "";
+}
+
 std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
 {
     if (!raw.global.json)
@@ -95,6 +101,8 @@ std::string check(const RawOptions& raw, DownloadOptions& options)
         return mistake;
     if (raw.global.events && options.summary)
         return "--events and --summary both need stdout: leave one of them out";
+    if (auto mistake = checkTitle(options); !mistake.empty())
+        return mistake;
     return checkJson(raw, options);
 }
 

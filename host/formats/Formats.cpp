@@ -40,9 +40,9 @@ std::unique_ptr<Writer> makeGeoJson(Output& output, const std::string& spoolFold
 }
 
 std::unique_ptr<Writer> makeHtml(Output& output, const std::string& spoolFolder,
-                                 const RecordOrigin&)
+                                 const RecordOrigin& origin)
 {
-    return std::make_unique<HtmlWriter>(output, spoolFolder);
+    return std::make_unique<HtmlWriter>(output, spoolFolder, origin);
 }
 
 std::unique_ptr<Writer> makeCsv(Output& output, const std::string& spoolFolder, const RecordOrigin&)

@@ -54,7 +54,7 @@ double schemaLongitude(double longitude)
     return longitude > kAlmost180 ? -180 : longitude;
 }
 
-char* putBounds(char* at, const PositionBounds& bounds)
+char* putBounds(char* at, const Bounds& bounds)
 {
     at = put(at, R"(<bounds minlat=")");
     at = putDegrees(at, bounds.south);
@@ -184,7 +184,7 @@ void GpxWriter::beginCollection(Output& out, std::string_view tag, const gps::Di
 char* GpxWriter::putPoint(char* at, std::string_view element, const gps::GPSPoint& point)
 {
     const auto longitude = schemaLongitude(point.longitude);
-    bounds_.add(point.latitude, longitude);
+    bounds_.extend(longitude, point.latitude);
     at = put(at, "<");
     at = put(at, element);
     at = put(at, R"( lat=")");

@@ -10,9 +10,9 @@
 #include "host/formats/CollectionWriter.h"
 #include "host/formats/RecordOrigin.h"
 #include "host/formats/XmlElements.h"
+#include "host/points/Bounds.h"
 #include "host/points/GlobeFilter.h"
 #include "host/points/Points.h"
-#include "host/points/PositionBounds.h"
 
 #include <optional>
 #include <span>
@@ -62,7 +62,7 @@ private:
     SectionedOutput sections_;
     TimestampText times_;
     GlobeFilter globe_;
-    PositionBounds bounds_;
+    Bounds bounds_;
     off_t boundsAt_ = 0; // the offset of their place in a file
     std::string source_; // of the routes and tracks that follow
 };

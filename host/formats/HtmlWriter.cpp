@@ -109,9 +109,9 @@ void appendPoint(std::string& out, const gps::GPSPoint& point, const gps::Dictio
 
 } // namespace
 
-HtmlWriter::HtmlWriter(Output& output, const std::string& spoolFolder)
-    : output_(output), wayPoints_(spoolFolder), geocaches_(spoolFolder), routes_(spoolFolder),
-      tracks_(spoolFolder)
+HtmlWriter::HtmlWriter(Output& output, const std::string& spoolFolder, RecordOrigin origin)
+    : output_(output), origin_(std::move(origin)), wayPoints_(spoolFolder), geocaches_(spoolFolder),
+      routes_(spoolFolder), tracks_(spoolFolder)
 {}
 
 void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -220,6 +220,10 @@ std::optional<gps::Error> HtmlWriter::finish()
 {
     output_.write(pageHead());
     text_ = "{";
+    appendMember(text_, "title", origin_.title);
+    appendMember(text_, "receiver", origin_.receiver);
+    appendMember(text_, "identifier", origin_.identifier);
+    appendMember(text_, "made", origin_.time != 0 ? std::optional{origin_.time} : std::nullopt);
     appendMember(text_, "note", globe_.remark());
     appendSurroundings(text_, areas_.find());
     output_.write(text_);

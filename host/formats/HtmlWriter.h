@@ -6,6 +6,7 @@
 
 #include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
+#include "host/formats/RecordOrigin.h"
 #include "host/points/Areas.h"
 #include "host/points/GlobeFilter.h"
 #include "host/points/TrackFigures.h"
@@ -21,7 +22,7 @@ namespace host {
 /// The data is a JSON object in a script element of the page, with strings S, integers I and
 /// decimal numbers D:
 ///
-///     {"note":S,
+///     {"title":S,"receiver":S,"identifier":S,"made":I,"note":S,
 ///      "areas":[{"place":S,"zone":S,"bounds":[I,I,I,I]},...],
 ///      "places":[{"name":S,"at":[I,I]},...],
 ///      "land":[{"bounds":[I,I,I,I],"unit":I,"outlines":[[I,I,...],...]},...],
@@ -55,7 +56,7 @@ class HtmlWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  holds a temporary file per kind until the end: a device's files mix the
     /// kinds, but the page lists each on its own
-    HtmlWriter(Output& output, const std::string& spoolFolder);
+    HtmlWriter(Output& output, const std::string& spoolFolder, RecordOrigin origin);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
@@ -90,6 +91,7 @@ private:
     void writeList(std::string_view key, List& list);
 
     Output& output_;
+    RecordOrigin origin_;
     List wayPoints_;
     List geocaches_;
     List routes_;

@@ -10,8 +10,10 @@
 namespace host {
 
 struct RecordOrigin {
-    std::string receiver{}; ///< for the user; empty if the records are not from a receiver
-    std::int64_t time = 0;  ///< seconds since 1970-01-01 00:00 UTC; 0: unknown
+    std::string title{};      ///< of the output, for the user; empty without one
+    std::string receiver{};   ///< for the user; empty if the records are not from a receiver
+    std::string identifier{}; ///< of the receiver, such as a serial number; empty if not known
+    std::int64_t time = 0;    ///< seconds since 1970-01-01 00:00 UTC; 0: unknown
 };
 
 } // namespace host

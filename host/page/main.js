@@ -10,7 +10,7 @@ import { boundsOf, kWorld } from "./model/bounds.js";
 import { unpackCollection } from "./model/collection.js";
 import { Colouring } from "./model/colouring.js";
 import { allItems } from "./model/items.js";
-import { summaryText, titleText } from "./model/itemTexts.js";
+import { kTitle, originText, summaryText, titleText } from "./model/itemTexts.js";
 import { Mark } from "./model/Mark.js";
 import { Stretch } from "./model/Stretch.js";
 import { tablesOf } from "./model/tables.js";
@@ -109,7 +109,9 @@ function showTexts() {
 
 function showHead() {
   document.title = titleText(collection);
+  byId("title").textContent = collection.title || kTitle;
   byId("summary").textContent = summaryText(collection);
+  byId("origin").textContent = originText(collection);
 }
 
 // Lets the reader choose what colours the lines. Returns a function that writes the legend again.

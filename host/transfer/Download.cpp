@@ -11,6 +11,8 @@
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RepeatFilter.h"
 
+#include <gps/GPSDeviceDescription.h>
+#include <gps/GPSFileDevice.h>
 #include <gps/GPSTransferAccount.h>
 #include <gps/NumberText.h>
 #include <platform/OrvUtils/SerialTraffic.h>
@@ -18,6 +20,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -42,6 +45,14 @@ std::int64_t timeOfOutput()
     const char* const fixed = std::getenv("SOURCE_DATE_EPOCH");
     const auto time = fixed != nullptr ? gps::wholeInteger(fixed) : std::nullopt;
     return time.value_or(std::time(nullptr));
+}
+
+// A file is called after its name without the extension.
+std::string titleOf(const OutputRequest& output)
+{
+    if (!output.title.empty() || output.path == "-")
+        return output.title;
+    return std::filesystem::path{output.path}.stem().string();
 }
 
 class Download {
@@ -127,8 +138,17 @@ std::optional<gps::Error> Download::openOutput()
 
 RecordOrigin Download::origin() const
 {
-    const bool isReceiver = request_.sourceFiles.empty();
-    return {.receiver = isReceiver ? driver_.gpsName() : "", .time = timeOfOutput()};
+    RecordOrigin origin{.title = titleOf(*request_.output), .time = timeOfOutput()};
+    if (!request_.sourceFiles.empty())
+        return origin;
+    origin.receiver = driver_.gpsName();
+    if (const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver_)) {
+        if (const auto model = describer->deviceDescription(request_.location).model)
+            origin.receiver += " " + *model;
+    }
+    if (const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(&driver_))
+        origin.identifier = device->deviceIdentifier().value_or("");
+    return origin;
 }
 
 void Download::runOperations()

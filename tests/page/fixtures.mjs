@@ -6,7 +6,8 @@ import { unpackCollection } from "../../host/page/model/collection.js";
 // The data of a page, of which a test gives the lists that matter to it.
 export function collectionOf(lists) {
   const empty = {
-    note: "", areas: [], places: [], land: [], tracks: [], routes: [], waypoints: [], geocaches: [],
+    title: "", receiver: "", identifier: "", made: null, note: "",
+    areas: [], places: [], land: [], tracks: [], routes: [], waypoints: [], geocaches: [],
   };
   return unpackCollection({ ...empty, ...lists });
 }

@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import test from "node:test";
 
 import {
-  readingText, summaryText, timeSpanText, tipLines, titleText,
+  originText, readingText, summaryText, timeSpanText, tipLines, titleText,
 } from "../../host/page/model/itemTexts.js";
 import { collectionOf, rawPoint, rawRoute, rawTrack, trackOf } from "./fixtures.mjs";
 
@@ -42,6 +42,15 @@ test("a time span repeats the day only if it changes", () => {
     "2024-06-01 12:00:00 – 23:59:59 UTC");
   assert.equal(spanOf(kNoon, kNoon + kDay / 2),
     "2024-06-01 12:00:00 – 2024-06-02 00:00:00 UTC");
+});
+
+test("the origin has what is known of the receiver and of the download", () => {
+  const made = 1717243200; // noon, so the same day in most zones
+  assert.match(originText({ receiver: "Unit 400", identifier: "12345", made }),
+    /^Unit 400 · serial number 12345 · downloaded on 2024-06-0[12]$/);
+  assert.equal(originText({ receiver: "Unit 400", identifier: "", made: null }), "Unit 400");
+  assert.match(originText({ receiver: "", identifier: "", made }), /^Made on 2024-06-0[12]$/);
+  assert.equal(originText({ receiver: "", identifier: "", made: null }), "");
 });
 
 test("a track without times says so, or that it has no points", () => {

@@ -129,7 +129,8 @@ class PageTest(unittest.TestCase):
     def filled(cls, data):
         """Writes a page with the test's data and returns its path."""
         lists = ("areas", "places", "land", "waypoints", "geocaches", "routes", "tracks")
-        whole = {"note": "", **{name: [] for name in lists}, **data}
+        texts = {"title": "", "receiver": "", "identifier": "", "made": None, "note": ""}
+        whole = {**texts, **{name: [] for name in lists}, **data}
         text = re.sub("[<>&]", lambda found: f"\\u{ord(found[0]):04x}", json.dumps(whole))
         head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)
         page = f"{cls.folder}/filled.html"
@@ -555,6 +556,17 @@ class PageTest(unittest.TestCase):
             {"name": "Beach", "comment": "", "symbol": "", "at": [0, 0, -3, None]}]})
         self.browser.open(page)
         self.assertGreater(self.browser.ask("page.map.box.offsetWidth"), 1200)
+
+    def test_the_head_says_what_the_page_is_and_where_it_is_from(self):
+        self.browser.open(self.sample)
+        self.assertEqual(self.text("h1"), "sample")
+        self.assertRegex(self.text("#origin"), r"^Magellan\b.* · downloaded on \d{4}-\d\d-\d\d$")
+        self.browser.open(self.filled({"title": "<b>Our trip</b>"}))
+        self.assertEqual(self.text("h1"), "<b>Our trip</b>")
+        self.assertEqual(self.browser.driver.title, "<b>Our trip</b>")
+        self.assertEqual(self.text("#origin"), "")
+        self.browser.open(self.filled({}))
+        self.assertEqual(self.text("h1"), "Tracks and places")
 
     def test_theme_follows_the_system_and_the_switch(self):
         background = "getComputedStyle(document.body).backgroundColor"

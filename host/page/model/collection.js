@@ -14,7 +14,8 @@ import { speedsOf } from "./rates.js";
 
 export function unpackCollection(raw) {
   const collection = {
-    note: raw.note,
+    note: raw.note, title: raw.title, receiver: raw.receiver, identifier: raw.identifier,
+    made: raw.made,
     tracks: raw.tracks.map(unpackTrack),
     routes: raw.routes.map(unpackRoute),
     waypoints: raw.waypoints.map((point) => unpackPoint(point, "waypoint")),

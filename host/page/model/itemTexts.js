@@ -7,7 +7,7 @@ import {
   speedText,
 } from "./format.js";
 
-const kTitle = "Tracks and places";
+export const kTitle = "Tracks and places"; // of a page without one
 
 // The lines under the name of what is marked on the map.
 export function tipLines(item, index) {
@@ -44,8 +44,18 @@ function spanText(first, last, zone) {
 }
 
 // The page's title: with the first and the last day of all tracks.
-export function titleText({ tracks }) {
-  return [kTitle, daysOf(tracks).join(" – ")].filter(Boolean).join(", ");
+export function titleText({ title, tracks }) {
+  return [title || kTitle, daysOf(tracks).join(" – ")].filter(Boolean).join(", ");
+}
+
+// Which receiver the records are from, and when they were downloaded, by the reader's clock.
+export function originText({ receiver, identifier, made }) {
+  const here = new Intl.DateTimeFormat().resolvedOptions().timeZone;
+  const day = isKnown(made) ? dateText(made, here) : "";
+  if (!receiver)
+    return day && `Made on ${day}`;
+  return [receiver, identifier && `serial number ${identifier}`, day && `downloaded on ${day}`]
+    .filter(Boolean).join(" · ");
 }
 
 // The line under the heading.

@@ -23,10 +23,10 @@ using support::wayPoint;
 using testing::HasSubstr;
 using testing::Not;
 
-std::string pageOf(const std::vector<Event>& events)
+std::string pageOf(const std::vector<Event>& events, const host::RecordOrigin& origin = {})
 {
     support::Written written;
-    host::HtmlWriter writer{written.output(), written.folder()};
+    host::HtmlWriter writer{written.output(), written.folder(), origin};
     for (const auto& event : events)
         writer.event(event);
     EXPECT_FALSE(writer.close());
@@ -77,7 +77,7 @@ TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
     EXPECT_EQ(
         pageDataOf({}),
         Json::parse(
-            R"({"note":"","areas":[],"places":[],"land":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+            R"({"title":"","receiver":"","identifier":"","made":null,"note":"","areas":[],"places":[],"land":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
@@ -93,6 +93,15 @@ TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
         page, testing::ContainsRegex(
                   "script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
     EXPECT_EQ(count(page, "</script>"), 2U);
+}
+
+TEST(HtmlWriter, PageSaysWhereAndWhenItsRecordsWereObtained)
+{
+    const auto page =
+        pageOf({}, {.title = "A </title>", .receiver = "R", .identifier = "12", .time = 7});
+    EXPECT_THAT(
+        page,
+        HasSubstr(R"("title":"A \u003c/title\u003e","receiver":"R","identifier":"12","made":7,)"));
 }
 
 TEST(HtmlWriter, TrackHasDifferencesOfPointsAndFigures)
@@ -250,7 +259,7 @@ TEST(HtmlWriter, FailedWriteIsReportedAtTheEnd)
 {
     support::Written written;
     host::Output full{::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full"};
-    host::HtmlWriter writer{full, written.folder()};
+    host::HtmlWriter writer{full, written.folder(), {}};
     writer.event(trackPoint({}));
     const auto failure = writer.close();
     ASSERT_TRUE(failure);
