@@ -3,11 +3,11 @@
 
 import { graticule, scaleBar } from "../model/graticule.js";
 import { itemAt } from "../model/hitTest.js";
-import { landFor } from "../model/land.js";
 import { placeLabels } from "../model/labels.js";
 import { mapLink } from "../model/mapLink.js";
 import { MapView } from "../model/MapView.js";
 import { byId, themeColour } from "./dom.js";
+import { drawLand } from "./drawLand.js";
 import { TrackPainter } from "./TrackPainter.js";
 
 const kFonts = {
@@ -104,7 +104,7 @@ export class TrackMap {
     context.fillStyle = this.colours_.paper;
     context.fillRect(0, 0, view.width, view.height);
     context.lineJoin = context.lineCap = "round";
-    this.drawLand_();
+    drawLand(context, view, this.collection_.land, this.colours_.paper);
     this.drawGraticule_();
     const townLabels = this.drawTowns_();
     const { routes, waypoints, geocaches } = this.shownItems_();
@@ -125,35 +125,6 @@ export class TrackMap {
       waypoints: this.layers.waypoints ? waypoints : [],
       geocaches: this.layers.geocaches ? geocaches : [],
     };
-  }
-
-  // The sea and the land, if the coast can be told at this scale.
-  drawLand_() {
-    const { context_: context, view } = this;
-    const found = landFor(this.collection_.land, view);
-    if (!found)
-      return;
-    const north = view.toPixelY(90), south = view.toPixelY(-90);
-    context.fillStyle = themeColour("--sea");
-    context.fillRect(0, north, view.width, south - north);
-    context.beginPath();
-    for (const shift of found.shifts)
-      for (const outline of found.level.outlines)
-        this.traceOutline_(outline, shift);
-    context.fillStyle = this.colours_.paper;
-    context.fill("evenodd");
-  }
-
-  // Filling closes an outline; closePath() takes the time of the whole path in Chromium.
-  traceOutline_(outline, shift) {
-    const { context_: context, view } = this;
-    for (let i = 0; i < outline.length; i += 2) {
-      const px = view.toPixelX(outline[i] + shift), py = view.toPixelY(outline[i + 1]);
-      if (i === 0)
-        context.moveTo(px, py);
-      else
-        context.lineTo(px, py);
-    }
   }
 
   drawGraticule_() {
