@@ -18,7 +18,6 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -62,14 +61,12 @@ bool isOverruled(const CommandTable& table, const std::string& name)
          {"--driver", "device"},
          {"--test-folder", "device"}}};
     const auto& app = table.app();
+    const auto isTypedIn = [](const CLI::App& part, std::string_view option) {
+        const auto* const found = part.get_option_no_throw(std::string{option});
+        return found != nullptr && found->count() > 0;
+    };
     const auto isTyped = [&](std::string_view option) {
-        for (const CLI::App* const part :
-             std::initializer_list<const CLI::App*>{app.get_subcommands().front(), &app}) {
-            const auto* const found = part->get_option_no_throw(std::string{option});
-            if (found != nullptr && found->count() > 0)
-                return true;
-        }
-        return false;
+        return isTypedIn(app, option) || isTypedIn(*app.get_subcommands().front(), option);
     };
     if (name == "format")
         return isFormatNamedByExtension(table.raw());

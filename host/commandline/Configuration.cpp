@@ -288,9 +288,10 @@ std::string readConfiguration(Configuration& configuration)
     }
     const auto result = toml::parse(text);
     if (!result)
-        return mistakeAt(configuration, result.error().source().begin.line,
-                         fmt::format("this is not TOML, whose lines are like format = \"gpx\" ({})",
-                                     result.error().description()));
+        return mistakeAt(
+            configuration, result.error().source().begin.line,
+            fmt::format(R"(this is not TOML, whose lines are like format = "gpx" ({}))",
+                        result.error().description()));
     if (auto mistake = readTable(result.table(), {}, configuration); !mistake.empty())
         return mistake;
     // The library sorts keys by their names.
