@@ -3,6 +3,7 @@
 
 #include "host/cli/ProgressLine.h"
 
+#include "host/base/Text.h"
 #include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
 
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
@@ -24,6 +26,8 @@ namespace {
 constexpr char kBegin[] = "\r\033[?7l";   // no wrapping: a narrow terminal cuts the line instead
 constexpr char kEnd[] = "\033[K\033[?7h"; // erases what is left of a longer line
 constexpr char kErase[] = "\r\033[K";
+
+constexpr std::size_t kMostOfName = 30; // characters of a file's name
 
 std::uint64_t perSecond(std::uint64_t count, std::chrono::milliseconds time)
 {
@@ -40,9 +44,19 @@ std::string byteText(std::uint64_t count)
                        unit == 1000 ? "kB" : "MB");
 }
 
+// "1.2 MB of 5.4 MB, 22 %"
+std::string shareText(const TransferProgress& progress)
+{
+    const auto percent = progress.bytes * 100 / progress.totalBytes;
+    return fmt::format("{} of {}, {} %", byteText(progress.bytes), byteText(progress.totalBytes),
+                       percent);
+}
+
 std::string phaseText(const TransferProgress& progress)
 {
     switch (progress.phase) {
+    case TransferPhase::kReadingFile:
+        return "reading " + displayText(progress.location, kMostOfName);
     case TransferPhase::kReading:
         return "reading";
     case TransferPhase::kWaitingForPort:
@@ -75,6 +89,8 @@ std::string phaseText(const TransferProgress& progress)
 std::string progressText(const TransferProgress& progress)
 {
     const auto phase = phaseText(progress);
+    if (progress.totalBytes > 0)
+        return phase + ": " + shareText(progress);
     const auto count = progress.records;
     const auto records = fmt::format("{} {}", count, count == 1 ? "record" : "records");
     const auto& traffic = progress.traffic;

@@ -20,6 +20,7 @@
 #include "host/formats/EventLines.h"
 #include "host/formats/GpxReader.h"
 #include "host/operations/StopSignals.h"
+#include "host/transfer/ProgressTracker.h"
 
 #include <fmt/format.h>
 
@@ -44,6 +45,15 @@ std::vector<std::string> fileTypesOf(const std::vector<Driver>& drivers)
     return types;
 }
 
+std::optional<gps::Error> readMapFile(const std::string& file, gps::Dictionary& data,
+                                      SkippedWaypoints& skipped, ProgressTracker& progress)
+{
+    progress.begin(TransferPhase::kReadingFile, file.substr(file.find_last_of('/') + 1));
+    return readGpx(file, data, &skipped, [&progress](std::size_t done, std::size_t total) {
+        progress.read(done, total);
+    });
+}
+
 std::optional<gps::Error> readFiles(const SendOptions& options, const std::vector<Driver>& drivers,
                                     std::optional<gps::Dictionary>& data, SkippedWaypoints& skipped)
 {
@@ -53,11 +63,16 @@ std::optional<gps::Error> readFiles(const SendOptions& options, const std::vecto
     if (options.data)
         return readDataFile(*options.data, data);
     data.emplace();
+    const ProgressLine line{canShowProgress(options, options.events)};
+    ProgressTracker progress{line.callback()};
+    std::optional<gps::Error> failure;
     for (const auto& file : options.files) {
-        if (auto failure = readGpx(file, *data, &skipped))
-            return failure;
+        failure = readMapFile(file, *data, skipped, progress);
+        if (failure)
+            break;
     }
-    return std::nullopt;
+    progress.finish();
+    return failure;
 }
 
 std::vector<std::string> sentencesFor(const SkippedWaypoints& skipped)

@@ -43,13 +43,16 @@ std::string invalidPointText(const pugi::xml_node& element)
         displayText(element.attribute("lon").value(), kMaxShown));
 }
 
+// Gets how many bytes of the document are records, now and then. May be empty.
+using Now = std::function<void(std::size_t done)>;
+
 // The records of a document.
 class Collection {
 public:
     // @param plain           the track points that were taken out of the document
     // @param skipsWaypoints  whether waypoints without valid coordinates are left out
-    Collection(std::vector<PlainTrackPoints> plain, bool skipsWaypoints)
-        : plain_(std::move(plain)), skipsWaypoints_(skipsWaypoints)
+    Collection(std::vector<PlainTrackPoints> plain, bool skipsWaypoints, const Now& now)
+        : plain_(std::move(plain)), skipsWaypoints_(skipsWaypoints), now_(now)
     {}
 
     // Moves the records out of the document. Stops at the first point without valid coordinates
@@ -81,6 +84,8 @@ private:
     std::vector<PlainTrackPoints> plain_;
     std::size_t usedPlain_ = 0;
     bool skipsWaypoints_;
+    const Now& now_;
+    std::size_t points_ = 0;
     std::size_t skippedCount_ = 0;
     std::vector<InvalidPoint> skipped_; // the first ones
     gps::Array waypoints_;
@@ -212,6 +217,9 @@ void Collection::addTrack(const gps::Dictionary& head, std::vector<gps::Array>& 
 
 bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)
 {
+    constexpr std::size_t kOften = 4096; // points
+    if (++points_ % kOften == 0 && now_)
+        now_(static_cast<std::size_t>(element.offset_debug()));
     if (readPoint(element, point))
         return true;
     invalidPoint_ = element;
@@ -229,13 +237,13 @@ void Collection::moveInto(gps::Dictionary& data)
 // @param plain  the points that were taken out of the text
 std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPoints> plain,
                                       const XmlFile& file, gps::Dictionary& data,
-                                      SkippedWaypoints* skipped)
+                                      SkippedWaypoints* skipped, const Now& now)
 {
     pugi::xml_document document;
     if (auto failure = file.parse(xml, document))
         return failure;
     const bool isTextWhole = plain.empty();
-    Collection collection{std::move(plain), skipped != nullptr};
+    Collection collection{std::move(plain), skipped != nullptr, now};
     if (!collection.read(document.document_element()))
         return file.errorAt(collection.invalidPoint().offset_debug(),
                             invalidPointText(collection.invalidPoint()));
@@ -255,21 +263,30 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
 } // namespace
 
 std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
-                                  SkippedWaypoints* skipped)
+                                  SkippedWaypoints* skipped, const ReadProgress& progress)
 {
     const XmlFile file{path, "GPX"};
     std::string xml;
     if (auto failure = file.read(xml))
         return failure;
-    auto plain = takePlainTrackPoints(xml);
+    const auto size = xml.size();
+    std::size_t taken = 0; // out of the text
+    const Now now = [&](std::size_t done) {
+        if (progress)
+            progress(taken + done, size);
+    };
+    now(0);
+    auto plain = takePlainTrackPoints(xml, now);
+    taken = size - xml.size();
     const bool isChanged = !plain.empty();
-    auto failure = readRecords(xml, std::move(plain), file, data, skipped);
+    auto failure = readRecords(xml, std::move(plain), file, data, skipped, now);
     if (!failure || !isChanged)
         return failure;
     // There is a message, and only the whole text has the right line numbers, or something looks
     // like track points where there are none.
     failure = file.read(xml);
-    return failure ? failure : readRecords(xml, {}, file, data, skipped);
+    taken = 0;
+    return failure ? failure : readRecords(xml, {}, file, data, skipped, now);
 }
 
 } // namespace host

@@ -8,6 +8,7 @@
 #include <gps/Error.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ struct SkippedWaypoints {
     std::size_t count = 0;
     std::vector<gps::Error> first{}; ///< of each file at most kMostNamed, each with its line
 };
+
+/// Gets how many bytes of a file have been read, and how many there are. Called now and then.
+using ReadProgress = std::function<void(std::size_t done, std::size_t total)>;
 
 /// Adds the file's records, in its order, to the arrays under "waypoint", "route" and "track" of
 /// `data`. Adds no key for a kind that the file lacks. Ignores unknown elements and those that
@@ -42,6 +46,7 @@ struct SkippedWaypoints {
 /// @return         an error with the line number if the file cannot be read, is not GPX, is damaged
 ///                 or cut short, or has a point without valid coordinates. `data` is then unchanged
 [[nodiscard]] std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
-                                                SkippedWaypoints* skipped = nullptr);
+                                                SkippedWaypoints* skipped = nullptr,
+                                                const ReadProgress& progress = {});
 
 } // namespace host

@@ -91,8 +91,10 @@ bool takePoint(std::string_view& text, gps::GPSPoint& point)
     return true;
 }
 
-gps::Array takePoints(std::string_view& text)
+// @param now  called now and then with the text that is left
+template <typename Now> gps::Array takePoints(std::string_view& text, const Now& now)
 {
+    constexpr std::size_t kOften = 4096; // points
     gps::Array points;
     gps::GPSPoint point;
     for (auto before = text.size(); takePoint(text, point); before = text.size()) {
@@ -102,6 +104,8 @@ gps::Array takePoints(std::string_view& text)
             gps::useLargePages(points.data(), points.capacity() * sizeof points[0]);
         }
         points.emplace_back(trackPointRecord(point));
+        if (points.size() % kOften == 0)
+            now(text);
     }
     if (points.size() < points.capacity() / 2)
         points.shrink_to_fit();
@@ -110,8 +114,14 @@ gps::Array takePoints(std::string_view& text)
 
 } // namespace
 
-std::vector<PlainTrackPoints> takePlainTrackPoints(std::string& xml)
+std::vector<PlainTrackPoints>
+takePlainTrackPoints(std::string& xml, const std::function<void(std::size_t done)>& progress)
 {
+    const auto size = xml.size();
+    const auto report = [&](std::string_view rest) {
+        if (progress)
+            progress(size - rest.size());
+    };
     std::vector<PlainTrackPoints> taken;
     std::size_t kept = 0; // the text before this index is what remains
     for (std::string_view rest = xml; !rest.empty();) {
@@ -121,7 +131,7 @@ std::vector<PlainTrackPoints> takePlainTrackPoints(std::string& xml)
             std::memmove(&xml[kept], rest.data(), end);
         kept += end;
         rest.remove_prefix(end);
-        auto points = takePoints(rest);
+        auto points = takePoints(rest, report);
         if (!points.empty())
             taken.push_back(
                 {static_cast<std::ptrdiff_t>(kept - kSegmentTag.size() + 1), std::move(points)});

@@ -8,6 +8,7 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,10 @@ struct PlainTrackPoints {
 /// counts only if the remaining text has an element at each `segment`. Then the parser was, there
 /// and behind the points, in the content of that element, and the points were what they looked
 /// like.
-/// @param xml  in: a document in UTF-8. out: what remains of it
+/// @param xml       in: a document in UTF-8. out: what remains of it
+/// @param progress  called with the bytes done now and then; may be empty
 /// @return     the points by segment, in their order; empty if the text is unchanged
-[[nodiscard]] std::vector<PlainTrackPoints> takePlainTrackPoints(std::string& xml);
+[[nodiscard]] std::vector<PlainTrackPoints>
+takePlainTrackPoints(std::string& xml, const std::function<void(std::size_t done)>& progress = {});
 
 } // namespace host

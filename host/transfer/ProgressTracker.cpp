@@ -4,6 +4,9 @@
 
 #include "host/transfer/ProgressTracker.h"
 
+#include <platform/System/AtomicFile.h>
+
+#include <algorithm>
 #include <utility>
 
 namespace host {
@@ -17,10 +20,29 @@ void ProgressTracker::begin(TransferPhase phase, std::string location,
         return;
     isAnswered_ = std::move(isAnswered);
     isSerial_ = false;
+    isWriting_ = false;
+    progress_.bytes = progress_.totalBytes = 0;
     progress_.location = std::move(location);
     progress_.kind.reset();
     enter(phase);
     report();
+}
+
+void ProgressTracker::expectWrites(std::uint64_t bytes)
+{
+    isWriting_ = true;
+    writtenAtStart_ = gps::fileBytesWritten();
+    progress_.totalBytes = bytes;
+}
+
+void ProgressTracker::read(std::uint64_t bytes, std::uint64_t total)
+{
+    if (!callback_)
+        return;
+    progress_.bytes = bytes;
+    progress_.totalBytes = total;
+    if (Clock::now() >= nextReport_)
+        report();
 }
 
 void ProgressTracker::consume(const EventBatch& batch)
@@ -86,6 +108,8 @@ void ProgressTracker::measure()
 void ProgressTracker::report()
 {
     measure();
+    if (isWriting_)
+        progress_.bytes = std::min(gps::fileBytesWritten() - writtenAtStart_, progress_.totalBytes);
     const auto now = Clock::now();
     nextReport_ = now + kInterval;
     progress_.elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now - entered_);

@@ -8,6 +8,7 @@
 #include "host/transfer/TransferProgress.h"
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -28,6 +29,12 @@ public:
     void begin(TransferPhase phase, std::string location = {},
                std::function<bool()> isAnswered = {});
 
+    /// Announces that so many bytes will be written to the device's files. Call it after begin().
+    void expectWrites(std::uint64_t bytes);
+
+    /// Notes how much of a file has been read.
+    void read(std::uint64_t bytes, std::uint64_t total);
+
     /// Counts a batch of events. An empty batch only reports that time passes, which matters on a
     /// serial line that is silent for long.
     void consume(const EventBatch& batch);
@@ -46,9 +53,11 @@ private:
     ProgressCallback callback_;
     std::function<bool()> isAnswered_;
     TransferProgress progress_;
-    gps::SerialTraffic atStart_{}; // totals of the process when the phase began
-    bool isSerial_ = false;        // whether anything went over a serial line since begin()
-    Clock::time_point entered_{};  // when the phase began
+    gps::SerialTraffic atStart_{};     // totals of the process when the phase began
+    std::uint64_t writtenAtStart_ = 0; // likewise, when writes were announced
+    bool isWriting_ = false;           // whether they were
+    bool isSerial_ = false;            // whether anything went over a serial line since begin()
+    Clock::time_point entered_{};      // when the phase began
     Clock::time_point nextReport_{};
 };
 

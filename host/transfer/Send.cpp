@@ -137,6 +137,7 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
 {
     const RenamedTracks renamed{send.plan};
     progress.begin(TransferPhase::kSending);
+    progress.expectWrites(plannedBytes(send.plan));
     const DataToSend data{send};
     auto outcome = run(send, data.get(), progress);
     const auto* const account =

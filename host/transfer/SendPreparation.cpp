@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace host {
@@ -104,6 +105,16 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
     }
     progress.finish();
     return send;
+}
+
+std::uint64_t plannedBytes(const gps::SendPlan& plan) noexcept
+{
+    std::uint64_t bytes = 0;
+    for (const auto& file : plan.files) {
+        if (file.action != gps::PlannedFile::Action::kSkip)
+            bytes += std::string_view{file.content}.size();
+    }
+    return bytes;
 }
 
 std::size_t plannedWrites(const gps::SendPlan& plan) noexcept

@@ -17,6 +17,7 @@
 #include <gps/GPSFileDevice.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -94,6 +95,9 @@ struct PreparedSend {
 [[nodiscard]] gps::Error deviceInUse(const std::string& device);
 
 [[nodiscard]] PreparedSend prepareSend(ChosenDevice device, SendRequest request);
+
+/// How many bytes a plan would write.
+[[nodiscard]] std::uint64_t plannedBytes(const gps::SendPlan& plan) noexcept;
 
 /// How many files a plan would write.
 [[nodiscard]] std::size_t plannedWrites(const gps::SendPlan& plan) noexcept;

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -16,6 +17,7 @@
 namespace host {
 
 enum class TransferPhase {
+    kReadingFile,        ///< before a send: a map file
     kReading,            ///< a device's files or a source file, before the first record
     kWaitingForPort,     ///< another program has the serial port open
     kLookingForReceiver, ///< on a serial port
@@ -32,11 +34,17 @@ enum class TransferPhase {
 /// All counts start at zero with each phase.
 struct TransferProgress {
     TransferPhase phase = TransferPhase::kFinished;
-    std::string location{};                  ///< kWaitingForPort and kLookingForReceiver: the port
+    std::string location{};                  ///< kWaitingForPort and kLookingForReceiver: the port;
+                                             ///< kReadingFile: the file's name
     std::optional<gps::TransferKind> kind{}; ///< kTransferring: the kind of the records
     std::size_t records = 0;                 ///< waypoints, route points and track points
     gps::SerialTraffic traffic{};            ///< bitsPerSecond is 0 if no serial line is in use
     std::chrono::milliseconds elapsed{};
+
+    /// How much of a file was read, or of all files written, whatever phase it is; the total is 0
+    /// if it is not known.
+    std::uint64_t bytes = 0;
+    std::uint64_t totalBytes = 0;
 };
 
 /// Called on the host thread or on the thread that consumes an operation's events, never on both at

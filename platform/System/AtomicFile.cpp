@@ -12,7 +12,9 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <utility>
 
 #include <fcntl.h>
@@ -53,14 +55,35 @@ bool mayKeepSizesInFolders(FileSystem& files, int file)
                kTypesWithInodes.end();
 }
 
+std::atomic<std::uint64_t> bytesWritten{0};
+
+/// In pieces, so that the counter shows how far a large file is.
+int writeCounted(FileSystem& files, int file, std::string_view data)
+{
+    constexpr std::size_t kPiece = std::size_t{4} << 20;
+    int failure = 0;
+    while (failure == 0 && !data.empty()) {
+        const auto piece = data.substr(0, kPiece);
+        failure = writeAll(files, file, piece);
+        bytesWritten += piece.size();
+        data.remove_prefix(piece.size());
+    }
+    return failure;
+}
+
 int writeTemporary(FileSystem& files, AtomicFile& file, const std::string& path,
                    std::string_view data)
 {
     const int failure = file.open(path);
-    return failure != 0 ? failure : writeAll(files, file.descriptor(), data);
+    return failure != 0 ? failure : writeCounted(files, file.descriptor(), data);
 }
 
 } // namespace
+
+std::uint64_t fileBytesWritten() noexcept
+{
+    return bytesWritten;
+}
 
 AtomicFile::AtomicFile(FileSystem& files)
     : files_(files), folder_(files, kNothingOpen), file_(files, kNothingOpen)

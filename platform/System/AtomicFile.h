@@ -7,6 +7,7 @@
 
 #include "OpenFile.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ class FileSystem;
 /// what a killed process left, and that a host can tell such a file from data. Short, because the
 /// target's own name may be as long as names can be.
 inline constexpr char kTemporaryName[] = ".~write.tmp";
+
+/// How many bytes of whole files this process has handed to the system so far, for a host that
+/// shows progress. Only FileManager's writes count.
+[[nodiscard]] std::uint64_t fileBytesWritten() noexcept;
 
 /// One write. The content goes into a hidden temporary file in the target's folder, which commit()
 /// renames. A link at the target is replaced, not followed. The mode of a replaced file is kept if

@@ -39,7 +39,7 @@ TEST(Progress, SendShowsItsPhases)
     EXPECT_EQ(magellangps({"send", trip, "--device", receiver.path()}, terminal.forErrors()).status,
               0);
     for (const auto* const phase :
-         {"reading the device", "making a backup", "sending", "reading back"})
+         {"reading t.gpx", "reading the device", "making a backup", "sending", "reading back"})
         EXPECT_THAT(terminal.readTo(phase), EndsWith(phase));
     EXPECT_THAT(terminal.readTo(kWiped), EndsWith(kWiped));
 }

@@ -42,6 +42,7 @@ TEST(ProgressLine, TextNamesThePhase)
     };
     for (const auto& [phase, text] :
          {Row{TransferPhase::kReading, "reading"},
+          {TransferPhase::kReadingFile, "reading /dev/x"},
           {TransferPhase::kWaitingForPort, "another program uses /dev/x: trying again for 15 s"},
           {TransferPhase::kLookingForReceiver, "looking for a receiver at /dev/x"},
           {TransferPhase::kTransferring, "routes"},
@@ -78,8 +79,26 @@ TEST(ProgressLine, TextHasCountsAndRatesAsFarAsTheyAreKnown)
         EXPECT_EQ(host::progressText(progress), text);
 }
 
+TEST(ProgressLine, TextHasTheBytesAndTheShareOfAFileAndOfWrites)
+{
+    TransferProgress progress{
+        .phase = TransferPhase::kReadingFile, .location = "trip.gpx", .totalBytes = 64000000};
+    EXPECT_EQ(host::progressText(progress), "reading trip.gpx: 0 bytes of 64.0 MB, 0 %");
+    progress.bytes = 63999999;
+    EXPECT_EQ(host::progressText(progress), "reading trip.gpx: 63.9 MB of 64.0 MB, 99 %");
+    progress = transferring(gps::TransferKind::kTracks, 0, milliseconds{5});
+    progress.bytes = progress.totalBytes = 1;
+    EXPECT_EQ(host::progressText(progress), "tracks: 1 bytes of 1 bytes, 100 %");
+}
+
 TEST(ProgressLine, TextFitsIntoEightyColumns)
 {
+    EXPECT_LE(host::progressText({.phase = TransferPhase::kReadingFile,
+                                  .location = std::string(300, 'x'),
+                                  .bytes = 1073741823,
+                                  .totalBytes = 1073741824})
+                  .size(),
+              80U);
     EXPECT_LE(
         host::progressText(transferring(gps::TransferKind::kWaypoints, 99999, milliseconds{800000},
                                         traffic(8000000, 999999, 99999, 115200)))

@@ -657,6 +657,30 @@ TEST(GpxReader, FileBeyondTheLargestSizeIsRejected)
     EXPECT_TRUE(host::readGpx(path, data));
 }
 
+TEST(GpxReader, ProgressRisesThroughAFileOfAnyForm)
+{
+    const support::TemporaryFolder folder;
+    for (const std::string point :
+         {"<trkpt lat='1' lon='2'/>\n", "<trkpt lat=\"1\" lon=\"2\"></trkpt>\n"}) {
+        std::string xml = "<gpx><trk><trkseg>";
+        for (int i = 0; i < 10000; ++i)
+            xml += point;
+        xml += "</trkseg></trk></gpx>";
+        Dictionary data;
+        std::vector<std::size_t> reports;
+        EXPECT_FALSE(host::readGpx(folder.put("a.gpx", xml), data, nullptr,
+                                   [&](std::size_t done, std::size_t total) {
+                                       EXPECT_EQ(total, xml.size());
+                                       EXPECT_LE(done, total);
+                                       reports.push_back(done);
+                                   }));
+        ASSERT_EQ(reports.size(), 3U) << point; // at the start, and for 4096 points each
+        EXPECT_EQ(reports.front(), 0U);
+        EXPECT_GE(reports[1], 4095 * point.size());
+        EXPECT_GT(reports[2], reports[1]);
+    }
+}
+
 // Events, written by GpxWriter and read back.
 Dictionary roundTrip(const std::vector<host::Event>& events)
 {

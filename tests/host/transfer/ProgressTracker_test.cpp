@@ -2,6 +2,10 @@
 
 #include "host/transfer/ProgressTracker.h"
 
+#include "support/TemporaryFolder.h"
+
+#include <platform/System/FileManager.h>
+
 #include <gmock/gmock.h>
 
 #include <vector>
@@ -95,6 +99,38 @@ TEST_F(ProgressTrackerTest, BatchesWithinTheIntervalAreNotReported)
     const auto start = std::chrono::steady_clock::now();
     (void)afterInterval();
     EXPECT_GE(std::chrono::steady_clock::now() - start, ProgressTracker::kInterval / 2);
+}
+
+TEST_F(ProgressTrackerTest, WhatIsReadOfAFileIsReportedNowAndThen)
+{
+    tracker_.begin(TransferPhase::kReadingFile, "a.gpx");
+    EXPECT_EQ(reports_.back().totalBytes, 0U);
+    while (reports_.size() == 1)
+        tracker_.read(5, 10);
+    EXPECT_EQ(reports_.back().bytes, 5U);
+    EXPECT_EQ(reports_.back().totalBytes, 10U);
+    tracker_.begin(TransferPhase::kReadingDevice);
+    EXPECT_EQ(reports_.back().totalBytes, 0U);
+}
+
+TEST_F(ProgressTrackerTest, WritesOfFilesAreReportedUpToTheAnnouncedTotal)
+{
+    const support::TemporaryFolder folder;
+    const auto write = [&folder](std::size_t size) {
+        EXPECT_FALSE(
+            gps::FileManager{}.writeAsciiFileAtomically(folder.path("a"), std::string(size, 'x')));
+    };
+    write(7); // before the phase
+    tracker_.begin(TransferPhase::kSending);
+    tracker_.expectWrites(100);
+    EXPECT_EQ(afterInterval().bytes, 0U);
+    write(60);
+    tracker_.consume(batchOf({EventKind::kStartSending}));
+    const auto progress = afterInterval();
+    EXPECT_EQ(progress.bytes, 60U);
+    EXPECT_EQ(progress.totalBytes, 100U);
+    write(60);
+    EXPECT_EQ(afterInterval().bytes, 100U);
 }
 
 TEST_F(ProgressTrackerTest, FinishIsReportedAtOnceWithoutCounts)

@@ -61,6 +61,30 @@ TEST(AtomicFile, ReplacesAnOldFileAndLeavesNothingElse)
     EXPECT_THAT(folder.names(), ElementsAre("a.log"));
 }
 
+TEST(AtomicFile, BytesOfALargeFileAreCountedPieceByPiece)
+{
+    constexpr std::size_t kPiece = std::size_t{4} << 20;
+    const TemporaryFolder folder;
+    const auto text = std::string(kPiece, 'x') + std::string(kPiece, 'y') + 'z';
+    const auto before = fileBytesWritten();
+    OneFault files;
+    EXPECT_EQ(writeAtomically(files, folder.path("a"), text), 0);
+    EXPECT_EQ(std::count(files.calls().begin(), files.calls().end(), "write"), 3);
+    EXPECT_EQ(fileBytesWritten() - before, text.size());
+    EXPECT_EQ(folder.read("a"), text);
+}
+
+TEST(AtomicFile, FailureOfALaterPieceLeavesTheOldFile)
+{
+    const TemporaryFolder folder;
+    folder.put("a", "old");
+    OneFault files{"write", ENOSPC, 2};
+    EXPECT_EQ(writeAtomically(files, folder.path("a"), std::string(std::size_t{5} << 20, 'x')),
+              ENOSPC);
+    EXPECT_EQ(folder.read("a"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a"));
+}
+
 std::vector<std::string> callsOfAWriteOn(long fileSystemType)
 {
     const TemporaryFolder folder;
