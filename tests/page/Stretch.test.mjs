@@ -14,7 +14,7 @@ test("a stretch runs from its lower index to its higher one, whichever came firs
   assert.equal(stretch.track, track);
 });
 
-test("a stretch from a point to itself is none, and none is cleared once only", () => {
+test("equal indices clear the stretch, and only a stretch is cleared", () => {
   const stretch = new Stretch();
   stretch.set({}, 3, 3);
   assert.equal(stretch.track, null);

@@ -509,7 +509,10 @@ class PageTest(unittest.TestCase):
             self.browser.open(self.sample)
             self.browser.find("#table-tracks th:nth-child(2) button").click()
             self.browser.find("#track-1 input").click()
-            self.browser.run("page.mark.set(page.collection.tracks[0], 100)")
+            self.browser.find("#list summary").click()
+            self.browser.choose("#colours", "speed")
+            self.browser.run("""page.mark.pin(page.collection.tracks[0], 100);
+                page.stretch.set(page.collection.tracks[0], 100, 200);""")
             self.assertEqual(states.low_contrasts(self.browser), [], theme)
 
     def test_contrast_test_finds_a_pale_text_under_the_pointer(self):
@@ -542,6 +545,8 @@ class PageTest(unittest.TestCase):
         for width in 1280, 390:
             self.browser.resize(width, 844)
             self.browser.open(self.sample)
+            self.browser.find("#list summary").click()
+            self.browser.settle()
             self.assertEqual(states.small_targets(self.browser), [])
 
     def test_every_card_has_a_heading(self):

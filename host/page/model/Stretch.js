@@ -22,7 +22,7 @@ export class Stretch {
     this.listeners_.push(listener);
   }
 
-  // A stretch between a point and itself is none.
+  // Two equal indices clear the stretch.
   set(track, anchor, end) {
     Object.assign(this, { track: anchor === end ? null : track, anchor, end });
     for (const listener of this.listeners_)

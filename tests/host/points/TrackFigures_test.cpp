@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <cstdint>
 #include <fstream>
 #include <limits>
 #include <optional>
@@ -198,14 +198,18 @@ TEST(TrackFigures, MovingTimeCountsFromTheLastPointWithATimestamp)
 
 std::optional<double> numberOf(const std::string& word)
 {
-    return word == "-" ? std::nullopt : std::optional{std::strtod(word.c_str(), nullptr)};
+    if (word == "-")
+        return std::nullopt;
+    double number = kNaN;
+    std::istringstream{word} >> number;
+    return number;
 }
 
 void expectNear(const std::optional<double>& actual, const std::optional<double>& expected)
 {
     ASSERT_EQ(actual.has_value(), expected.has_value());
     if (actual) {
-        EXPECT_NEAR(*actual, *expected, 0.001);
+        EXPECT_NEAR(*actual, expected.value_or(kNaN), 0.001);
     }
 }
 
@@ -242,8 +246,8 @@ TEST(TrackFigures, AreThoseThatThePageIsHeldTo)
             ++checked;
         } else {
             const auto time = static_cast<std::int64_t>(numberOf(fourth).value_or(0));
-            figures.add(
-                {*numberOf(first), *numberOf(second), numberOf(third).value_or(kNaN), time, 0});
+            figures.add({numberOf(first).value(), numberOf(second).value(),
+                         numberOf(third).value_or(kNaN), time, 0});
         }
     }
     EXPECT_EQ(checked, 7);
