@@ -139,22 +139,26 @@ int main(int count, char** arguments)
     const auto twice = [](auto merge, const std::string& path) {
         return [merge, path](const gps::Array& list) {
             std::filesystem::remove(path);
-            (void)merge(list, path, nullptr);
-            (void)merge(list, path, nullptr);
+            (void)merge(list, path);
+            (void)merge(list, path);
         };
     };
     measure(
         wanted, "waypoints", [](std::size_t n) { return records(n, "Flag", false); },
-        twice(magellan::mergeWaypoints, folder.fresh("w.upt")));
+        twice([](const auto&... a) { return magellan::mergeWaypoints(a...); },
+              folder.fresh("w.upt")));
     measure(
         wanted, "geocaches, all different",
         [](std::size_t n) { return records(n, "Geocache", false); },
-        twice(magellan::mergeGeocaches, folder.fresh("g.gs")));
+        twice([](const auto&... a) { return magellan::mergeGeocaches(a...); },
+              folder.fresh("g.gs")));
     measure(
         wanted, "geocaches, all equal", [](std::size_t n) { return records(n, "Geocache", true); },
-        twice(magellan::mergeGeocaches, folder.fresh("e.gs")));
-    measure(wanted, "routes, points in all", routes,
-            twice(magellan::mergeRoutes, folder.fresh("r.rte")));
+        twice([](const auto&... a) { return magellan::mergeGeocaches(a...); },
+              folder.fresh("e.gs")));
+    measure(
+        wanted, "routes, points in all", routes,
+        twice([](const auto&... a) { return magellan::mergeRoutes(a...); }, folder.fresh("r.rte")));
     measure(
         wanted, "splitting, all different",
         [](std::size_t n) { return records(n, "Geocache", false); },
