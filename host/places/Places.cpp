@@ -19,8 +19,8 @@ namespace host {
 namespace {
 
 constexpr double kKilometresPerDegree = 111; // of latitude; no degree is shorter
-constexpr double kNear = 25;                 // kilometres: a place that one would name
-constexpr double kFar = 300;
+constexpr double kNearPlace = 25;            // kilometres: a place that one would name
+constexpr double kFarPlace = 300;
 constexpr double kFarthestZone = 500;
 
 double degrees(std::int32_t thousandths)
@@ -151,10 +151,10 @@ void visitPlaces(const Bounds& bounds, const std::function<void(const Place& pla
 
 std::string whereabouts(const gps::GPSPoint& point)
 {
-    const auto found = nearestPlace(point, kFar);
+    const auto found = nearestPlace(point, kFarPlace);
     if (!found)
         return {};
-    if (found->kilometres <= kNear)
+    if (found->kilometres <= kNearPlace)
         return fmt::format("near {}", found->place.name);
     return fmt::format("{:.0f} km {} of {}", found->kilometres, directionTo(point, found->place),
                        found->place.name);

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,7 @@ class FaultyDownload {
 public:
     explicit FaultyDownload(std::optional<Fault> fault)
     {
+        ::setenv("SOURCE_DATE_EPOCH", "1700000000", 1); // all files are of the same time
         simulator::Settings settings{.sentences = support::someSentences()};
         if (fault)
             settings.faults = {*fault};

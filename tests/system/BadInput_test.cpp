@@ -98,7 +98,7 @@ TEST_P(BadFile, AmongTheTracksCostsOnlyItselfAndKeepsTheOlderFile)
     const Receiver receiver;
     put(receiver, "Tracks/0.log");
     receiver.put("trip.gpx", "old");
-    const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx")});
+    const auto ran = acquire(receiver, {"-o", receiver.path("trip.gpx"), "--split-gap", "off"});
     const bool isFolder = std::string{GetParam()} == "folder";
     EXPECT_EQ(ran.status, isFolder ? 0 : 1) << ran.err;
     EXPECT_THAT(receiver.read(isFolder ? "trip.gpx" : "trip.partial.gpx"), HasSubstr("<trkpt "));

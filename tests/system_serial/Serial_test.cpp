@@ -12,6 +12,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -182,6 +183,7 @@ private:
 
 TEST(Serial, SuspendedDownloadHasNothingTwice)
 {
+    ::setenv("SOURCE_DATE_EPOCH", "1700000000", 1); // both files are of the same time
     SuspendedDownload download;
     download.waitForLog("\"text\":\"PMGNTRK", 3);
     EXPECT_EQ(download.finish(), 0);
