@@ -17,9 +17,11 @@
 #include "host/watching/NewRecordFilter.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -240,6 +242,24 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
     return request;
 }
 
+namespace {
+
+// An output that replaced its own source would lose what the format has no place for.
+std::optional<gps::Error> checkOutputOf(const std::vector<std::string>& files,
+                                        const DownloadOptions& options)
+{
+    const auto isOutput = [&options](const std::string& file) {
+        std::error_code ignored;
+        return std::filesystem::equivalent(file, *options.output, ignored);
+    };
+    if (!options.output || std::none_of(files.begin(), files.end(), isOutput))
+        return std::nullopt;
+    return hostError("The output file is one of the files to import",
+                     "Name another output file with -o", *options.output);
+}
+
+} // namespace
+
 ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> files,
                        const DownloadOptions& options, StopSignals& stop, const Console& console)
 {
@@ -250,6 +270,8 @@ ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> file
     auto failure = expandFolders(files, types);
     if (!failure && !options.events) // event lines show what the driver does with any file
         failure = checkImport(files, types);
+    if (!failure)
+        failure = checkOutputOf(files, options);
     if (failure)
         return refuse(options, *failure, ExitStatus::kFailed, stop, console);
     auto request = downloadRequest(options);

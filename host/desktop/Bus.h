@@ -69,7 +69,7 @@ public:
     {
         if (failure_)
             return failure_;
-        sd_bus_error error = SD_BUS_ERROR_NULL;
+        sd_bus_error error{};
         sd_bus_message* message = nullptr;
         const int result =
             functions().callMethod(bus_.get(), of.service, of.object.c_str(), of.name, method,

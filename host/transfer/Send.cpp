@@ -116,6 +116,17 @@ const gps::DeviceFile* findFile(const gps::DeviceSnapshot& snapshot, const std::
     return found != files.end() ? &*found : nullptr;
 }
 
+// Whether the driver could read a file before it merged into it. Then records that are missing now
+// had been taken out by another program, and an old version must not replace its work.
+bool wasRead(const SendReport& report, const std::string& path)
+{
+    if (!report.account)
+        return false;
+    const auto& files = report.account->files;
+    return std::any_of(files.begin(), files.end(),
+                       [&path](const auto& file) { return file.path == path && !file.error; });
+}
+
 void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTracker& progress,
            SendReport& report)
 {
@@ -125,7 +136,7 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTrack
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         const auto& planned = send.plan.files[i];
         const auto* const before = findFile(*send.snapshot, planned.path);
-        if (before != nullptr)
+        if (before != nullptr && !wasRead(report, planned.path))
             putBackIfLost(*before, planned, *send.files, report.files[i]);
         report.files[i].isAsBefore = isAsBefore(report.files[i], before);
     }

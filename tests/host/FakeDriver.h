@@ -115,7 +115,7 @@ struct AccountingDriver final : FakeDriver, gps::GPSTransferAccount, gps::GPSSes
 };
 
 /// A driver whose device stores its data as files.
-struct FakeFileDriver final : FakeDriver, gps::GPSFileDevice {
+struct FakeFileDriver : FakeDriver, gps::GPSFileDevice {
     struct Snapshot final : gps::DeviceSnapshot {
         explicit Snapshot(const FakeFileDriver& owner) : driver(owner) {}
         const std::vector<gps::DeviceFile>& files() const override { return driver.files; }

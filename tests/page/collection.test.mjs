@@ -80,3 +80,24 @@ test("the westernmost point stays in the west, wherever it is", () => {
     assert.ok(Math.abs(east.x - west.x - 0.05) < 1e-6, `${tenth} tenths of a degree`);
   }
 });
+
+const kArea = { place: "", zone: "Europe/Zurich", bounds: [7950000, 46680000, 8100000, 46700000] };
+
+test("a town just west of all points is beside its area, not behind the rest of the world", () => {
+  const places = [
+    { name: "West", at: [46690000, 7690000] }, { name: "East", at: [46690000, 8200000] },
+  ];
+  const collection = collectionOf({
+    areas: [kArea], places, tracks: [rawTrack([[46.68, 7.95], [46.7, 8.1]])],
+  });
+  const [west, east] = collection.places;
+  const [{ bounds }] = collection.areas;
+  assert.ok(Math.abs(bounds.west - west.x - 0.26) < 1e-5, `${west.x}`);
+  assert.ok(Math.abs(east.x - bounds.east - 0.1) < 1e-5, `${east.x}`);
+});
+
+test("the points that define an area are in it", () => {
+  const points = [rawPoint(46.68, 7.95), rawPoint(46.7, 8.1), rawPoint(46.7001, 8.1)];
+  const { waypoints } = collectionOf({ areas: [kArea], waypoints: points });
+  assert.deepEqual(waypoints.map(({ zone }) => zone), ["Europe/Zurich", "Europe/Zurich", ""]);
+});

@@ -98,6 +98,22 @@ TEST(Import, GpxFileIsWrittenAsItWasButForItsOrigin)
     EXPECT_THAT(folder.read("b.gpx"), HasSubstr("<src>first.gpx</src>"));
 }
 
+TEST(Import, AnOutputThatIsOneOfTheFilesIsRefused)
+{
+    const support::TemporaryFolder folder;
+    const auto track = folder.put("a.log", support::sentences({support::kFirstFix}));
+    const auto before = folder.read("a.log");
+    std::filesystem::create_symlink(track, folder.path("b.gpx"));
+    for (const auto& output : {track, folder.path("b.gpx")}) {
+        const auto ran = magellangps({"import", track, "-o", output, "--format", "gpx"});
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, HasSubstr("The output file is one of the files to import"));
+        EXPECT_EQ(folder.read("a.log"), before);
+    }
+    EXPECT_EQ(magellangps({"import", track, "-o", folder.path("c.gpx"), "--format", "gpx"}).status,
+              0);
+}
+
 TEST(Import, FolderWithoutAReceiversFileIsStatus1)
 {
     const support::TemporaryFolder folder;

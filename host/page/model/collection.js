@@ -12,6 +12,8 @@ import { eastOfEdge, layOutLine, westernEdge } from "./dateLine.js";
 import { metresBetween } from "./geodesy.js";
 import { speedsOf } from "./rates.js";
 
+const kHalfUnit = 0.5e-6; // degrees: the points at the bounds are within them, however they round
+
 export function unpackCollection(raw) {
   const collection = {
     note: raw.note, title: raw.title, receiver: raw.receiver, identifier: raw.identifier,
@@ -23,7 +25,7 @@ export function unpackCollection(raw) {
   };
   const edge = layOut(collection);
   collection.areas = raw.areas.map((area) => unpackArea(area, edge));
-  collection.places = raw.places.map((place) => unpackPlace(place, edge));
+  collection.places = raw.places.map((place) => unpackPlace(place, collection.areas));
   collection.land = raw.land.map(unpackLand);
   for (const item of [...collection.waypoints, ...collection.geocaches,
     ...collection.routes.flatMap((route) => route.points)])
@@ -106,11 +108,22 @@ function unpackRoute(raw, index) {
 function unpackArea({ place, zone, bounds }, edge) {
   const [west, south, east, north] = bounds.map((millionths) => millionths / 1e6);
   const x = eastOfEdge(edge, west);
-  return { place, zone, bounds: { west: x, east: x + east - west, south, north } };
+  return { place, zone, bounds: {
+    west: x - kHalfUnit, east: x + east - west + kHalfUnit,
+    south: south - kHalfUnit, north: north + kHalfUnit,
+  } };
 }
 
-function unpackPlace({ name, at: [latitude, longitude] }, edge) {
-  return { name, latitude: latitude / 1e6, x: eastOfEdge(edge, longitude / 1e6) };
+// Towns are around areas, so possibly west of where the map starts.
+function unpackPlace({ name, at: [latitude, longitude] }, areas) {
+  const turns = areas.map(({ bounds: { west, east } }) => {
+    const middle = (west + east) / 2, x = longitude / 1e6;
+    return x + 360 * Math.round((middle - x) / 360);
+  });
+  const distanceTo = (x) => Math.min(...areas.map(({ bounds: { west, east } }) =>
+    Math.max(west - x, x - east, 0)));
+  const x = turns.reduce((a, b) => distanceTo(b) < distanceTo(a) ? b : a);
+  return { name, latitude: latitude / 1e6, x };
 }
 
 // The outlines of the land within `bounds`, as arrays of longitudes and latitudes in turn.

@@ -183,6 +183,52 @@ TEST_F(Send, FileThatLostRecordsIsPutBack)
     EXPECT_EQ(folder_.read("device/Points/p"), "old");
 }
 
+// A driver that says of its sends which files it could read before it merged into them.
+struct AccountingFileDriver final : support::FakeFileDriver, gps::GPSTransferAccount {
+    gps::TransferAccount transferAccount() const override { return account; }
+    gps::LineVoice lineVoice() const noexcept override { return gps::LineVoice::kNothing; }
+
+    gps::TransferAccount account;
+};
+
+class ChangedByAnother : public Send {
+protected:
+    ChangedByAnother()
+    {
+        accounting_->folders = driver_->folders;
+        accounting_->plan = driver_->plan;
+        accounting_->files = {{path_, "old", {}}};
+        accounting_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+            const bool hasOld = content == "old" || content == "new";
+            return {{"waypoint", hasOld ? gps::Array{waypointAt(46)} : gps::Array{}}};
+        };
+        plan_.files[0].action = Action::kMerge;
+        driver_ = accounting_;
+    }
+
+    std::shared_ptr<AccountingFileDriver> accounting_ = std::make_shared<AccountingFileDriver>();
+};
+
+TEST_F(ChangedByAnother, FileThatTheDriverCouldReadIsNotReplacedByAnOldVersion)
+{
+    accounting_->account.files = {{.kind = "waypoints", .path = path_}};
+    const auto report = perform([this] { folder_.put("device/Points/p", "of another program"); });
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kDifferent);
+    EXPECT_EQ(folder_.read("device/Points/p"), "of another program");
+}
+
+TEST_F(ChangedByAnother, FileThatTheDriverCouldNotReadIsPutBack)
+{
+    accounting_->account.files = {
+        {.kind = "waypoints",
+         .path = path_,
+         .error = gps::makeFileError(gps::FileErrorCode::kReadUnknown, path_)}};
+    const auto report = perform([this] { folder_.put("device/Points/p", "merged from nothing"); });
+    EXPECT_EQ(report.files[0].result, Result::kPutBack);
+    EXPECT_EQ(folder_.read("device/Points/p"), "old");
+}
+
 TEST_F(Send, SendIsCompleteIfATrackHasAnotherName)
 {
     plan_.files[0].kind = "tracks";

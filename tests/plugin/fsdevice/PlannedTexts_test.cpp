@@ -99,7 +99,8 @@ TEST(PlannedTextsOfTracks, AreFoundForTheSameTrackOnly)
     PlannedTexts planned;
     EXPECT_FALSE(planned.findTrack(track));
     planned.addTrack(track, "text");
-    EXPECT_EQ(planned.findTrack(track), gps::SharedText{"text"});
+    ASSERT_TRUE(planned.findTrack(track));
+    EXPECT_EQ(*planned.findTrack(track), "text");
     EXPECT_FALSE(planned.findTrack(equal));
     auto changed = track;
     changed.as<gps::Dictionary>()->set("name", "Night");
