@@ -4,6 +4,7 @@
 
 #include "host/cli/DownloadCommand.h"
 
+#include "host/base/HostError.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/DownloadJson.h"
 #include "host/cli/DownloadMessages.h"
