@@ -66,7 +66,8 @@ TEST(CommandLine, CompletesDriversDevicesAndSentenceFiles)
                              "--device", ""})
                     .out,
                 HasSubstr(receiver.path() + "\tMagellan device 42\n"));
-    EXPECT_EQ(magellangps({"__complete", "--", "import", ""}).out, ":files log rte upt gs gpx kml kmz\n");
+    EXPECT_EQ(magellangps({"__complete", "--", "import", ""}).out,
+              ":files log rte upt gs gpx kml kmz\n");
 }
 
 TEST(CommandLine, CompletesTheBackupsOfTheDevice)

@@ -20,7 +20,8 @@ TEST(CompleteCommand, KnowsCommandsAndOptions)
 
 TEST(CompleteCommand, KnowsFormatsAndWords)
 {
-    EXPECT_EQ(completionsFor({"acquire", "--format", ""}), "gpx\nkml\nkmz\ngeojson\nhtml\ncsv\njsonl\n");
+    EXPECT_EQ(completionsFor({"acquire", "--format", ""}),
+              "gpx\nkml\nkmz\ngeojson\nhtml\ncsv\njsonl\n");
     EXPECT_EQ(completionsFor({"watch", "--format=g"}), "--format=gpx\n--format=geojson\n");
     EXPECT_EQ(completionsFor({"watch", "--fix-dates", ""}), "auto\noff\n");
 }
