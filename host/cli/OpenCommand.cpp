@@ -62,7 +62,7 @@ struct Pages {
 ExitStatus download(const PlugInBundle& plugIn, const OpenOptions& options, const std::string& page,
                     const Console& console)
 {
-    AcquireOptions acquire = options;
+    AcquireOptions acquire = static_cast<const AcquireOptions&>(options);
     acquire.output = page;
     acquire.format = findFormat("html");
     if (options.files.empty())

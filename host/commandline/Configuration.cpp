@@ -316,7 +316,7 @@ std::string checkConfiguration(const Configuration& configuration, CLI::App& app
         if (const auto rival = rivalOf(configured, configuration, app, exclusions); !rival.empty())
             return mistakeAt(
                 configuration, configured.line,
-                fmt::format("\"{}\" and \"{}\" cannot be used together", configured.name, rival));
+                fmt::format(R"("{}" and "{}" cannot be used together)", configured.name, rival));
     }
     return {};
 }

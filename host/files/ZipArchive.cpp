@@ -13,6 +13,7 @@
 #include <new>
 #include <optional>
 
+#define ZLIB_CONST // it does not change what it reads
 #include <zlib.h>
 
 namespace host {
@@ -136,8 +137,7 @@ bool inflateInto(std::string& text, std::string_view data)
     constexpr int kRawWindow = -MAX_WBITS; // without a header of zlib's own
     if (inflateInit2(&stream, kRawWindow) != Z_OK)
         throw std::bad_alloc{};
-    // zlib does not change what it reads; its type is older than const.
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data()));
+    stream.next_in = reinterpret_cast<const Bytef*>(data.data());
     stream.avail_in = static_cast<uInt>(data.size());
     stream.next_out = reinterpret_cast<Bytef*>(text.data());
     stream.avail_out = static_cast<uInt>(text.size());

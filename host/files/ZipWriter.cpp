@@ -11,6 +11,7 @@
 #include <new>
 #include <utility>
 
+#define ZLIB_CONST // it does not change what it reads
 #include <zlib.h>
 
 namespace host {
@@ -73,12 +74,16 @@ struct ZipWriter::Deflate {
 
 ZipWriter::ZipWriter(Output& output, std::string name)
     : output_(output), name_(std::move(name)), deflate_(std::make_unique<Deflate>()),
-      start_(output.size())
+      start_(output.size()), data_(writeHead())
+{}
+
+/// Writes what comes before the file's data. Returns where they begin.
+off_t ZipWriter::writeHead()
 {
     const auto length = static_cast<std::uint32_t>(name_.size());
     output_.write("PK\3\4" + commonFields() +
                   bytesOf({four(0), four(0), four(0), two(length), two(0)}) + name_);
-    data_ = output_.size();
+    return output_.size();
 }
 
 ZipWriter::~ZipWriter() = default;
@@ -117,8 +122,7 @@ void ZipWriter::finish()
 void ZipWriter::compress(std::string_view text, int flush)
 {
     auto& stream = deflate_->stream;
-    // zlib does not change what it reads; its type is older than const.
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.next_in = reinterpret_cast<const Bytef*>(text.data());
     stream.avail_in = static_cast<uInt>(text.size());
     int result = Z_OK;
     do {

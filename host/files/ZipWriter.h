@@ -34,6 +34,7 @@ public:
 private:
     struct Deflate;
 
+    [[nodiscard]] off_t writeHead();
     void compress(std::string_view text, int flush);
     [[nodiscard]] std::string sizes() const;
 
@@ -41,7 +42,7 @@ private:
     std::string name_;
     std::unique_ptr<Deflate> deflate_;
     off_t start_; // of the archive in the output
-    off_t data_ = 0;
+    off_t data_;  // in the output
     std::uint64_t size_ = 0;
     std::uint64_t compressedSize_ = 0;
     std::uint32_t checksum_ = 0;

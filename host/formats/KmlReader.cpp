@@ -102,21 +102,17 @@ private:
 
 bool Placemarks::read(const pugi::xml_node& parent)
 {
-    for (const auto& node : parent.children()) {
-        const bool isRead = isPlacemark(node) ? readGeometries(node, node) : read(node);
-        if (!isRead)
-            return false;
-    }
-    return true;
+    const auto nodes = parent.children();
+    return std::all_of(nodes.begin(), nodes.end(), [this](const pugi::xml_node& node) {
+        return isPlacemark(node) ? readGeometries(node, node) : read(node);
+    });
 }
 
 bool Placemarks::readGeometries(const pugi::xml_node& placemark, const pugi::xml_node& parent)
 {
-    for (const auto& node : parent.children()) {
-        if (!readGeometry(placemark, node))
-            return false;
-    }
-    return true;
+    const auto nodes = parent.children();
+    return std::all_of(nodes.begin(), nodes.end(),
+                       [&](const pugi::xml_node& node) { return readGeometry(placemark, node); });
 }
 
 bool Placemarks::readGeometry(const pugi::xml_node& placemark, const pugi::xml_node& geometry)

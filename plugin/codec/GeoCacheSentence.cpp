@@ -11,12 +11,9 @@
 #include "SentenceText.h"
 
 #include <gps/Geocache.h>
-#include <platform/GPSUtilities/NMEAUtils.h>
 
 namespace magellan {
 namespace {
-
-namespace NMEAUtils = gps::NMEAUtils;
 
 // Field indices:
 //   0       1        2 3         4 5       6 7    8       9     10   11   12     13    14

@@ -11,12 +11,8 @@
 #include "SentenceText.h"
 #include "SymbolMap.h"
 
-#include <platform/GPSUtilities/NMEAUtils.h>
-
 namespace magellan {
 namespace {
-
-namespace NMEAUtils = gps::NMEAUtils;
 
 // Field indices:
 //   0       1        2 3         4 5       6 7    8       9

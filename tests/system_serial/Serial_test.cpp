@@ -12,7 +12,6 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -183,7 +182,6 @@ private:
 
 TEST(Serial, SuspendedDownloadHasNothingTwice)
 {
-    ::setenv("SOURCE_DATE_EPOCH", "1700000000", 1); // both files are of the same time
     SuspendedDownload download;
     download.waitForLog("\"text\":\"PMGNTRK", 3);
     EXPECT_EQ(download.finish(), 0);
@@ -193,7 +191,8 @@ TEST(Serial, SuspendedDownloadHasNothingTwice)
     ASSERT_EQ(
         magellangps({"acquire", "--device", simulator.path(), "-o", folder.path("x.gpx")}).status,
         0);
-    EXPECT_EQ(download.folder().read("x.gpx"), folder.read("x.gpx"));
+    const auto withoutTime = [](const std::string& gpx) { return gpx.substr(gpx.find("<bounds")); };
+    EXPECT_EQ(withoutTime(download.folder().read("x.gpx")), withoutTime(folder.read("x.gpx")));
 }
 
 TEST(Serial, DownloadThatWasSuspendedForTooLongSaysWhatIsMissing)

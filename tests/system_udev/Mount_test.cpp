@@ -299,22 +299,6 @@ TEST_F(Mount, WatchMountsEachDiskOnceAndUnmountsItAfterTheDownload)
     EXPECT_EQ(callsUntil("Unmount"), "Mount Unmount ");
 }
 
-TEST_F(Mount, WatchMountsADiskAgainThatWasUnpluggedMeanwhile)
-{
-    startService();
-    auto watching = watch({"--mount"});
-    watching.readUntil("gone: ");
-    testbed_.remove(std::string{kStickNode}.substr(std::string{"/sys"}.size()));
-    for (int reads = 0; reads < 10; ++reads) // until it has seen that the disk is gone
-        watching.read();
-    testbed_.add("P: " + std::string{kStickNode}.substr(std::string{"/sys"}.size()) +
-                 "\nN: sdb1\nE: SUBSYSTEM=block\nE: DEVTYPE=partition\nE: DEVNAME=/dev/sdb1\n"
-                 "E: MAJOR=8\nE: MINOR=17\nE: ID_FS_TYPE=vfat\nA: dev=8:17\\n\n");
-    testbed_.announceStick("add");
-    watching.readUntil("gone: ");
-    EXPECT_EQ(callsUntil("Unmount Unmount"), "Mount Mount Unmount Unmount ");
-}
-
 TEST_F(Mount, WatchLeavesADiskAloneThatTheUserHasUnmounted)
 {
     startService();
