@@ -10,6 +10,7 @@
 #include <gps/Value.h>
 #include <host/base/JsonText.h>
 #include <host/files/Output.h>
+#include <host/files/ZipArchive.h>
 #include <host/formats/Formats.h>
 #include <host/formats/GpxReader.h>
 
@@ -220,6 +221,11 @@ void checkOutput(const host::Format& format, const std::string& text)
         fuzz::require(!host::readGpx(fuzz::asFile(text), records), "our own GPX can be sent");
     } else if (format.name == "kml") {
         requireXml(text);
+    } else if (format.name == "kmz") {
+        constexpr std::size_t kMost = std::size_t{64} << 20; // bytes
+        std::string kml;
+        fuzz::require(host::extractFromZip(text, ".kml", kMost, kml).empty(), "it is an archive");
+        requireXml(kml);
     } else if (format.name == "geojson") {
         requireJson(text);
     } else if (format.name == "html") {
