@@ -21,11 +21,9 @@ import tempfile
 
 PAGE = pathlib.Path(__file__).resolve().parent
 
-# Whitespace and comments are removed. Names stay, so that a message in a browser's console can be
-# understood. The style uses light-dark(), which needs browsers of 2024; those know es2020.
-OPTIONS = [
-    "--bundle", "--minify-whitespace", "--minify-syntax", "--charset=utf8", "--log-level=warning",
-]
+# Whitespace and comments are removed and local names shortened, which makes a page of the sample
+# 22 KB smaller. The names of properties stay, so the tests can use them.
+OPTIONS = ["--bundle", "--minify", "--charset=utf8", "--log-level=warning"]
 SCRIPT_OPTIONS = ["--format=iife", "--global-name=page", "--target=es2020"]
 
 SOURCE = """// Generated from host/page/ by embed.py.

@@ -15,7 +15,8 @@ import { Mark } from "./model/Mark.js";
 import { Stretch } from "./model/Stretch.js";
 import { tablesOf } from "./model/tables.js";
 import { chooseUnits, kUnitChoices } from "./model/units.js";
-import { showAreaButtons, showClockButton, showLayerSwitches, showLegend } from "./ui/controls.js";
+import { AreaButtons } from "./ui/AreaButtons.js";
+import { showClockButton, showLayerSwitches, showLegend } from "./ui/controls.js";
 import { byId, element, scrollBehavior } from "./ui/dom.js";
 import { listenToMap } from "./ui/mapInput.js";
 import { showMarkOnMap } from "./ui/mapMark.js";
@@ -33,12 +34,13 @@ export const stretch = new Stretch();
 export let map = null; // null if there is nothing to show
 export let cards = null;
 let list = null; // null if there are not several tracks
+let refreshTables = () => {};
 
 export function showOnMap(item) {
   map.fit(boundsOf([item]));
   if (item.kind === "track") {
     cards.show(item);
-    afterSwitch();
+    refresh();
   }
   if (item.kind === "waypoint" || item.kind === "geocache")
     mark.pin(item);
@@ -56,41 +58,65 @@ function showItems(items) {
   showMarkOnMap(map, mark);
   stretch.onChange(() => map.showStretch(stretch));
   listenToMap(map, mark);
+  addEventListener("keydown", ({ key }) => {
+    if (key === "Escape")
+      release();
+  });
   cards = new TrackCards(collection.tracks, { mark, stretch },
-    { onSwitch: afterSwitch, onShow: showOnMap });
+    { onSwitch: refresh, onShow: showOnMap });
   if (collection.tracks.length > 1)
     list = new TrackList(collection.tracks, { setShown, onShow: showOnMap });
+  refreshTables = showTables(tablesOf(collection), showOnMap);
   showClockButton(() => {
-    mark.clear();
     cards.showTimes();
     showTexts();
   });
   showLayerSwitches(collection, (layer, isShown) => {
     map.layers[layer] = isShown;
-    afterSwitch();
+    refresh();
   });
   map.measure();
   const refreshLegend = showColourChoice();
   const profiles = showProfileChoice();
   listenToChoice(byId("units"), "units", kUnitChoices, (choice) => {
     chooseUnits(choice);
-    afterSwitch();
     cards.redraw(profiles.axis);
     refreshLegend();
     showTexts();
   });
-  const { areas } = collection;
-  const shownAreas = showAreaButtons(areas, boundsOf(items), goTo);
-  goTo(areas.length > 0 ? areas[0].bounds : kWorld); // items can be without any point
+  const areas = showAreas(items);
   new ResizeObserver(() => map.measure()).observe(map.box);
   const theme = new Theme(() => map.drawSoon());
-  listenToPrinting({ map, cards, mark, theme, areas: shownAreas });
+  listenToPrinting({ map, cards, mark, theme, areas });
 }
 
-// After something was shown or hidden: the marks could be on what is hidden now.
-function afterSwitch() {
+// Begins in the area with most points. Returns all areas with their titles.
+function showAreas(items) {
+  const buttons = new AreaButtons(collection.areas, boundsOf(items), goTo);
+  map.onMove = () => buttons.release();
+  if (buttons.areas.length > 0)
+    buttons.goToFirst();
+  else
+    goTo(kWorld); // items can be without any point
+  return buttons.areas;
+}
+
+function release() {
   mark.clear();
   stretch.clear();
+}
+
+// After something was shown, hidden or formatted in another way. A mark on what is hidden now is
+// released.
+function refresh() {
+  if (mark.item && map.isShown(mark.item))
+    mark.refresh();
+  else
+    mark.clear();
+  if (stretch.track?.isShown)
+    stretch.refresh();
+  else
+    stretch.clear();
   list?.refresh();
   map.drawSoon();
 }
@@ -98,13 +124,14 @@ function afterSwitch() {
 function setShown(tracks, isShown) {
   for (const track of tracks)
     cards.of(track).setShown(isShown);
-  afterSwitch();
+  refresh();
 }
 
 // What depends on the chosen clock and units.
 function showTexts() {
+  refresh();
   showHead();
-  showTables(tablesOf(collection), showOnMap);
+  refreshTables();
 }
 
 function showHead() {
@@ -118,9 +145,9 @@ function showHead() {
 function showColourChoice() {
   const { tracks } = collection;
   let colouring = null;
-  const refresh = () => showLegend(colouring);
+  const refreshLegend = () => showLegend(colouring);
   if (tracks.every((track) => track.count < 2))
-    return refresh;
+    return refreshLegend;
   const choices = { track: "track" };
   if (tracks.some((track) => track.first !== null))
     choices.speed = "speed";
@@ -131,9 +158,9 @@ function showColourChoice() {
   listenToChoice(chooser, "colours", choices, (kind) => {
     colouring = kind === "track" ? null : new Colouring(kind, tracks);
     map.colourBy(colouring);
-    refresh();
+    refreshLegend();
   });
-  return refresh;
+  return refreshLegend;
 }
 
 // Lets the reader choose the axis of the profiles. Returns the choice.
@@ -145,8 +172,8 @@ function showProfileChoice() {
   byId("tools").append(element("label", {}, "Profiles along", chooser));
   listenToChoice(chooser, "axis", { distance: "distance", time: "time" }, (axis) => {
     chosen.axis = axis;
-    afterSwitch();
     cards.redraw(axis);
+    refresh();
   });
   return chosen;
 }

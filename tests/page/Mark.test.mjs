@@ -44,3 +44,13 @@ test("a cleared mark has no item", () => {
   assert.equal(mark.index, 0);
   assert.equal(items.at(-1), null);
 });
+
+test("a mark that is shown again keeps its place and its pin", () => {
+  const mark = new Mark(), item = {}, calls = [];
+  mark.onChange((...values) => calls.push(values));
+  mark.refresh();
+  mark.pin(item, 2);
+  mark.refresh();
+  assert.deepEqual(calls, [[item, 2], [item, 2]]);
+  assert.equal(mark.isPinned, true);
+});

@@ -26,3 +26,24 @@ test("equal indices clear the stretch, and only a stretch is cleared", () => {
   stretch.clear();
   assert.deepEqual([stretch.track, count], [null, 2]);
 });
+
+test("a stretch is extended from its anchor, or from the index if it ended elsewhere", () => {
+  const stretch = new Stretch(), track = {}, ends = () => [stretch.anchor, stretch.end];
+  stretch.extend(track, 5, 6);
+  assert.deepEqual(ends(), [5, 6]);
+  stretch.extend(track, 6, 7);
+  assert.deepEqual(ends(), [5, 7]);
+  stretch.extend(track, 20, 19);
+  assert.deepEqual(ends(), [20, 19]);
+  stretch.extend({}, 19, 18);
+  assert.deepEqual(ends(), [19, 18]);
+});
+
+test("only a stretch is shown again", () => {
+  const stretch = new Stretch(), seen = [];
+  stretch.onChange(({ from, to }) => seen.push([from, to]));
+  stretch.refresh();
+  stretch.set({}, 3, 4);
+  stretch.refresh();
+  assert.deepEqual(seen, [[3, 4], [3, 4]]);
+});

@@ -141,9 +141,12 @@ class PageTest(unittest.TestCase):
     def text(self, selector):
         return self.browser.ask("document.querySelector(arguments[0]).textContent", selector)
 
-    def column(self, table, number):
+    def texts(self, selector):
         return self.browser.ask("""Array.from(document.querySelectorAll(arguments[0]),
-            (cell) => cell.textContent)""", f"#table-{table} td:nth-child({number})")
+            (one) => one.textContent)""", selector)
+
+    def column(self, table, number):
+        return self.texts(f"#table-{table} td:nth-child({number})")
 
     def lengths(self):
         """The lengths in the table of tracks, in kilometres."""
@@ -180,7 +183,7 @@ class PageTest(unittest.TestCase):
         tip, reading = self.text("#tip"), self.text(f"{card} .reading")
         self.assertRegex(tip, r"\d\.\d{5}° [NS], \d+\.\d{5}° [EW]")
         timestamp = re.search(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d (UTC|[A-Z].* time)", tip).group()
-        elevation = re.search(r"[\d,]+ m\b", tip).group()
+        elevation = re.search(r"[\d,]+ (m|ft)\b", tip).group()
         self.assertIn(timestamp, reading)
         self.assertIn(elevation, reading)
 
@@ -290,6 +293,52 @@ class PageTest(unittest.TestCase):
         self.browser.move(5, 5)
         self.assert_marked(4)
 
+    def test_escape_releases_what_was_pinned_from_a_table(self):
+        self.browser.open(self.sample)
+        name = self.browser.find("#table-waypoints .link")
+        name.click()
+        self.assertTrue(self.browser.ask("page.mark.isPinned"))
+        name.send_keys(ESCAPE)
+        self.assertFalse(self.is_shown("#tip"))
+
+    def test_shift_and_arrows_after_a_jump_begin_at_the_mark(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        chart = self.browser.find("#track-0 .chart")
+        chart.send_keys(SHIFT + RIGHT)
+        chart.send_keys(END)
+        chart.send_keys(SHIFT + LEFT)
+        self.assertEqual(self.browser.ask("[page.stretch.from, page.stretch.to]"), [280, 283])
+
+    def test_choices_keep_the_mark_and_the_stretch_on_what_is_still_shown(self):
+        self.browser.open(self.sample)
+        self.show(0)
+        pinned = "[page.mark.item?.index, page.mark.index, page.mark.isPinned, page.stretch.to]"
+        self.browser.run("""page.mark.pin(page.collection.tracks[0], 50);
+            page.stretch.set(page.collection.tracks[0], 50, 100);""")
+        for choose in (lambda: self.browser.choose("#units", "mi-ft"),
+                       lambda: self.browser.choose("#axis", "time"),
+                       lambda: self.browser.find("#clock").click(),
+                       lambda: self.browser.find("#switches input").click(),
+                       lambda: self.browser.find("#track-4 input").click()):
+            choose()
+            self.assertEqual(self.browser.ask(pinned), [0, 50, True, 100])
+            self.assert_marked(0)
+            self.assertTrue(self.is_shown("#track-0 .band"))
+        self.assertIn(" mph", self.text("#track-0 .stretch"))
+        self.assertIn(" UTC", self.text("#track-0 .reading"))
+        self.browser.find("#track-0 input").click()
+        self.assertEqual(self.browser.ask(pinned), [None, 0, False, 0])
+
+    def test_hiding_a_layer_releases_the_mark_on_it(self):
+        self.browser.open(self.sample)
+        for kind, item in ("routes", "routes[0].points[0]"), ("waypoints", "waypoints[0]"), (
+                "geocaches", "geocaches[0]"):
+            self.browser.run(f"page.mark.pin(page.collection.{item})")
+            position = ("routes", "waypoints", "geocaches").index(kind) + 1
+            self.browser.find(f"#switches label:nth-child({position}) input").click()
+            self.assertIsNone(self.browser.ask("page.mark.item"), kind)
+
     def test_figures_of_all_tracks_are_those_of_the_program(self):
         self.browser.open(self.sample)
         self.browser.run("page.cards.drawAllCharts()")
@@ -368,6 +417,14 @@ class PageTest(unittest.TestCase):
         self.browser.find("#list li:not([hidden]) button").click()
         self.assertEqual(self.shown(), [1])
 
+    def test_list_says_that_nothing_was_found(self):
+        self.browser.open(self.sample)
+        self.browser.find("#list summary").click()
+        self.browser.settle()
+        self.assertFalse(self.is_shown("#list p"))
+        self.browser.find("#list input[type=search]").send_keys("no such name")
+        self.assertTrue(self.is_shown("#list p"))
+
     def test_list_of_a_single_track_is_left_out(self):
         self.browser.open(self.filled({"tracks": [raw_track("one", [0, 0, 0, None])]}))
         self.assertEqual(self.count("#list"), 0)
@@ -381,6 +438,37 @@ class PageTest(unittest.TestCase):
         self.assertEqual(self.browser.ask(order), [4, -1, 0, 1, 2, 3, 5])
         self.browser.find("#areas button:nth-child(1)").click()
         self.assertEqual(self.browser.ask(order), [4, 0, 1, 2, 3, 5])
+
+    def pressed_areas(self):
+        return self.browser.ask("""Array.from(document.querySelectorAll(
+            "#areas [aria-pressed=true]"), (one) => one.textContent)""")
+
+    def test_button_of_an_area_is_released_when_the_map_goes_elsewhere(self):
+        self.browser.open(self.sample)
+        leave = [lambda: self.browser.find("#zoom-in").click(), lambda: self.show(4),
+                 lambda: self.browser.find("#map canvas").send_keys(LEFT)]
+        for i, go in enumerate(leave, 1):
+            self.browser.find(f"#areas button:nth-child({i})").click()
+            self.assertEqual(len(self.pressed_areas()), 1)
+            go()
+            self.assertEqual(self.pressed_areas(), [])
+
+    def test_areas_after_the_seventh_are_in_a_list(self):
+        points = [{"name": f"P{i}", "comment": "", "symbol": "",
+                   "at": [0, i * 10000000, None, None]} for i in range(12)]
+        areas = [{"place": f"near P{i}", "zone": "",
+                  "bounds": [i * 10000000, 0, i * 10000000, 0]} for i in range(12)]
+        self.browser.open(self.filled({"waypoints": points, "areas": areas}))
+        self.assertEqual(self.count("#areas button"), 8)
+        self.assertEqual(self.texts("#areas option"),
+                         ["5 more", *[f"near P{i}" for i in range(7, 12)]])
+        self.browser.choose("#areas select", "2")
+        self.assertAlmostEqual(self.browser.ask("page.map.view.x"), 90)
+        self.assertEqual(self.browser.find("#areas select").get_attribute("value"), "2")
+        self.browser.find("#zoom-in").click()
+        self.assertEqual(self.browser.find("#areas select").get_attribute("value"), "")
+        self.browser.open(self.filled({"waypoints": points[:7], "areas": areas[:7]}))
+        self.assertEqual((self.count("#areas button"), self.count("#areas select")), (8, 0))
 
     def test_lines_can_be_coloured_with_a_legend_in_the_chosen_units(self):
         self.browser.open(self.sample)
@@ -492,6 +580,15 @@ class PageTest(unittest.TestCase):
             self.assertEqual(self.column("tracks", 5)[1], zone)
             self.assertIn(zone, self.text(".track:nth-child(2) .reading"))
             self.browser.find("#clock").click()
+
+    def test_utc_is_applied_to_the_open_list_and_keeps_the_order_of_a_table(self):
+        self.browser.open(self.sample)
+        self.browser.find("#list summary").click()
+        self.browser.find("#table-tracks th:nth-child(8) button").click()
+        order, days = self.column("tracks", 1), self.texts("#list .figures")
+        self.browser.find("#clock").click()
+        self.assertEqual(self.column("tracks", 1), order)
+        self.assertNotEqual(self.texts("#list .figures"), days)
 
     def test_areas_have_the_names_of_places_and_the_map_has_towns(self):
         self.browser.open(self.sample)

@@ -31,6 +31,12 @@ export class Mark {
     this.pin(null);
   }
 
+  // Has the mark shown again, after texts or the map have changed.
+  refresh() {
+    if (this.item)
+      this.set(this.item, this.index);
+  }
+
   // What the pointer refers to, and that it refers to nothing any more. A pinned mark stays.
   point(item, index = 0) {
     if (!this.isPinned)

@@ -29,8 +29,21 @@ export class Stretch {
       listener(this);
   }
 
+  // Marks up to `end`: from the last stretch's anchor if that one ended at `index`, or else from
+  // `index`.
+  extend(track, index, end) {
+    const goesOn = this.track === track && this.end === index;
+    this.set(track, goesOn ? this.anchor : index, end);
+  }
+
   clear() {
     if (this.track)
       this.set(null, 0, 0);
+  }
+
+  // Has the stretch shown again, after texts or the map have changed.
+  refresh() {
+    if (this.track)
+      this.set(this.track, this.anchor, this.end);
   }
 }

@@ -132,10 +132,6 @@ export class ProfileChart {
       if (!this.hasPlots)
         return;
       const index = mark.item === track ? mark.index : 0;
-      if (event.key === "Escape") {
-        mark.clear();
-        stretch.clear();
-      }
       if (event.key === "Enter")
         mark.pin(track, index);
       const next = this.indexAfterKey_(event, index);
@@ -143,7 +139,7 @@ export class ProfileChart {
         return;
       event.preventDefault();
       if (event.shiftKey)
-        stretch.set(track, stretch.track === track ? stretch.anchor : index, next);
+        stretch.extend(track, index, next);
       mark.set(track, next);
     });
   }

@@ -20,12 +20,14 @@ export class TrackList {
       { type: "search", placeholder: "Search", "aria-label": "Search for a track" });
     this.search_.addEventListener("input", () => this.filter_());
     this.body_ = element("ul");
+    this.nothing_ = element("p", { role: "status", hidden: true,
+      textContent: "No track has this in its name or date." });
     this.element = element("details", { id: "list" },
       element("summary", { textContent: `List of ${formatNumber(tracks.length)} tracks` }),
       element("div", { className: "row" }, this.search_,
         this.makeButton_("All", "Show all tracks in the list", () => this.switch_(true)),
         this.makeButton_("None", "Hide all tracks in the list", () => this.switch_(false))),
-      this.body_);
+      this.nothing_, this.body_);
     this.element.addEventListener("toggle", () => {
       if (this.rows_.length === 0)
         this.fill();
@@ -39,6 +41,7 @@ export class TrackList {
       checkbox.checked = track.isShown;
       figures.textContent = figuresText(track);
     }
+    this.filter_();
   }
 
   fill() {
@@ -72,6 +75,7 @@ export class TrackList {
     const wanted = this.search_.value.trim().toLocaleLowerCase();
     for (const { track, row } of this.rows_)
       row.hidden = !`${track.name} ${dayOf(track)}`.toLocaleLowerCase().includes(wanted);
+    this.nothing_.hidden = this.rows_.some(({ row }) => !row.hidden);
   }
 
   // All those that the search has found.

@@ -17,6 +17,11 @@ const kFonts = {
   route: "italic 12px system-ui, sans-serif",
 };
 
+// The layer of each kind of item.
+const kLayers = {
+  "route": "routes", "route point": "routes", "waypoint": "waypoints", "geocache": "geocaches",
+};
+
 export class TrackMap {
   constructor(collection) {
     this.box = byId("map");
@@ -24,6 +29,7 @@ export class TrackMap {
     this.view = new MapView();
     this.layers = { routes: true, waypoints: true, geocaches: true }; // whether each is shown
     this.onDraw = () => {};
+    this.onMove = () => {};
     this.collection_ = collection;
     this.context_ = this.canvas.getContext("2d");
     this.painter_ = new TrackPainter(this.context_, this.view);
@@ -39,17 +45,22 @@ export class TrackMap {
 
   fit(bounds) {
     this.view.fit(bounds);
-    this.drawSoon();
+    this.afterMove_();
   }
 
   zoomAt(factor, px, py) {
     this.view.zoomAt(factor, px, py);
-    this.drawSoon();
+    this.afterMove_();
   }
 
   panBy(dx, dy) {
     this.view.panBy(dx, dy);
-    this.drawSoon();
+    this.afterMove_();
+  }
+
+  // Whether an item is among those that the reader has chosen to see.
+  isShown({ kind, isShown }) {
+    return kind === "track" ? isShown : this.layers[kLayers[kind]];
   }
 
   // Draws `track`, or no track if null, wider than and above the others.
@@ -116,6 +127,11 @@ export class TrackMap {
     this.showScaleBar_();
     byId("elsewhere").firstElementChild.href = mapLink(this.view);
     this.onDraw();
+  }
+
+  afterMove_() {
+    this.onMove();
+    this.drawSoon();
   }
 
   shownItems_() {

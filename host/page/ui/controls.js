@@ -1,33 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The controls above and below the map: buttons that go to a part of the world, and switches for
-// routes, waypoints and geocaches.
+// The controls of the page: the clock's, those of the layers below the map, and their legend.
 
 import { clock } from "../model/clock.js";
 import { kClassCount } from "../model/colouring.js";
-import { formatNumber, positionText } from "../model/format.js";
+import { formatNumber } from "../model/format.js";
 import { byId, element } from "./dom.js";
-
-// Shows a button for everything and one for each of the largest areas, unless there is just one.
-// Calls `onGo(bounds)`. Returns the areas that have a button, as `{ title, bounds }`.
-export function showAreaButtons(areas, wholeBounds, onGo) {
-  const shown = areas.map(({ place, bounds }) => ({ title: place || middleText(bounds), bounds }));
-  if (areas.length < 2)
-    return shown;
-  const list = byId("areas");
-  const add = (text, bounds, isPressed) => {
-    const button = element("button",
-      { type: "button", textContent: text, "aria-pressed": isPressed });
-    button.addEventListener("click", () => {
-      for (const other of list.children)
-        other.setAttribute("aria-pressed", other === button);
-      onGo(bounds);
-    });
-    list.append(button);
-  };
-  add("Everything", wholeBounds, false);
-  shown.forEach(({ title, bounds }, i) => add(title, bounds, i === 0));
-  return shown;
-}
 
 // Calls `onSwitch()` when the reader has switched between the time of the place and UTC.
 export function showClockButton(onSwitch) {
@@ -38,10 +15,6 @@ export function showClockButton(onSwitch) {
     button.setAttribute("aria-pressed", clock.isUtc);
     onSwitch();
   });
-}
-
-function middleText({ west, east, south, north }) {
-  return positionText((south + north) / 2, (west + east) / 2, 1);
 }
 
 // Calls `onSwitch(layer, isShown)`.

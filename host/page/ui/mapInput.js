@@ -123,7 +123,6 @@ function listenToKeys(map, mark) {
       else
         pinAt(map, mark, map.view.width / 2, map.view.height / 2);
     },
-    "Escape": () => mark.clear(),
   };
   map.canvas.addEventListener("keydown", (event) => {
     const action = actions[event.key];

@@ -9,10 +9,15 @@ const kShort = 12;           // characters
 const kTime = /^[\d :-]+$/; // as a date and time
 const kLongWord = /\S{24}/; // only such a word is broken on paper
 
-// `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`.
+// `tables` as tablesOf() returns them. A click on a name calls `onShow(item)`. Returns a function
+// that fills all cells, and does so again for another clock or other units.
 export function showTables(tables, onShow) {
-  byId("tables").replaceChildren(...tables.map(({ title, columns, items }) =>
-    makeSection(title, items.length, makeTable(columns, items, onShow))));
+  const shown = tables.map(({ title, columns, items }) => {
+    const { table, refresh } = makeTable(columns, items, onShow);
+    return { section: makeSection(title, items.length, table), refresh };
+  });
+  byId("tables").replaceChildren(...shown.map(({ section }) => section));
+  return () => shown.forEach(({ refresh }) => refresh());
 }
 
 function makeSection(title, count, table) {
@@ -23,17 +28,16 @@ function makeSection(title, count, table) {
 }
 
 function makeTable(columns, items, onShow) {
-  const rows = items.map((item) => ({
-    item,
-    row: element("tr", {}, ...columns.map((column) => makeCell(column, item, onShow))),
-  }));
+  const rows = items.map((item) => ({ item, row: element("tr") }));
   const body = element("tbody", {}, ...rows.map(({ row }) => row));
+  const refresh = () => rows.forEach(({ item, row }) =>
+    row.replaceChildren(...columns.map((column) => makeCell(column, item, onShow))));
   const sort = (column, direction) => {
     rows.sort((a, b) => compareValues(column.value(a.item), column.value(b.item), direction));
     body.append(...rows.map(({ row }) => row));
   };
   const headings = element("tr", {}, ...columns.map((column) => makeHeading(column, sort)));
-  return element("table", {}, element("thead", {}, headings), body);
+  return { table: element("table", {}, element("thead", {}, headings), body), refresh };
 }
 
 // A click sorts by the column, a second one in the other direction.
