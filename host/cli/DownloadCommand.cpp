@@ -42,6 +42,20 @@ std::vector<Message> messagesOf(const DownloadReport& report, const DownloadOpti
     return messages;
 }
 
+// An output that replaced its own source would lose what the format has no place for.
+std::optional<gps::Error> checkOutputOf(const std::vector<std::string>& files,
+                                        const DownloadOptions& options)
+{
+    const auto isOutput = [&options](const std::string& file) {
+        std::error_code ignored;
+        return std::filesystem::equivalent(file, *options.output, ignored);
+    };
+    if (!options.output || std::none_of(files.begin(), files.end(), isOutput))
+        return std::nullopt;
+    return hostError("The output file is one of the files to import",
+                     "Name another output file with -o", *options.output);
+}
+
 class DownloadCommand {
 public:
     DownloadCommand(const DownloadOptions& options, StopSignals& stop, const Console& console,
@@ -186,7 +200,7 @@ void DownloadCommand::print(std::vector<Message> messages)
     std::move(messages.begin(), messages.end(), std::back_inserter(printed_));
 }
 
-// Returns whether there is no error among the messages.
+// Prints messages. Returns false if one of them is an error.
 bool DownloadCommand::finish(std::vector<Message> messages)
 {
     const bool isGood = std::none_of(messages.begin(), messages.end(),
@@ -242,24 +256,6 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
             .path = *options.output, .format = options.format, .title = options.title.value_or("")};
     return request;
 }
-
-namespace {
-
-// An output that replaced its own source would lose what the format has no place for.
-std::optional<gps::Error> checkOutputOf(const std::vector<std::string>& files,
-                                        const DownloadOptions& options)
-{
-    const auto isOutput = [&options](const std::string& file) {
-        std::error_code ignored;
-        return std::filesystem::equivalent(file, *options.output, ignored);
-    };
-    if (!options.output || std::none_of(files.begin(), files.end(), isOutput))
-        return std::nullopt;
-    return hostError("The output file is one of the files to import",
-                     "Name another output file with -o", *options.output);
-}
-
-} // namespace
 
 ExitStatus runImportOf(const PlugInBundle& plugIn, std::vector<std::string> files,
                        const DownloadOptions& options, StopSignals& stop, const Console& console)

@@ -30,14 +30,6 @@ bool isPoint(const SummaryRow& row)
     return row.kind == kWaypointRow || row.kind == kGeocacheRow;
 }
 
-double kilometresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b)
-{
-    PathLength length;
-    length.add(a);
-    length.add(b);
-    return length.kilometres();
-}
-
 std::string timeText(const std::optional<std::int64_t>& time)
 {
     std::string text;

@@ -4,11 +4,10 @@
 
 #include "host/files/ZipArchive.h"
 
-#include <gps/Characters.h>
+#include "host/base/Text.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <new>
 #include <optional>
@@ -91,14 +90,6 @@ std::optional<Entry> takeEntry(std::string_view& directory)
     return entry;
 }
 
-bool hasExtension(std::string_view name, std::string_view extension)
-{
-    return name.size() >= extension.size() &&
-           std::equal(extension.begin(), extension.end(),
-                      name.end() - static_cast<std::ptrdiff_t>(extension.size()),
-                      [](char a, char b) { return a == gps::lowerCase(b); });
-}
-
 std::optional<std::string_view> dataOf(std::string_view archive, const Entry& entry)
 {
     constexpr std::size_t kFixedSize = 30;
@@ -174,7 +165,7 @@ std::string extractFromZip(std::string_view archive, std::string_view extension,
     if (!directory)
         return kDamaged;
     while (const auto entry = takeEntry(*directory)) {
-        if (hasExtension(entry->name, extension))
+        if ('.' + fileTypeOf(entry->name) == extension)
             return extract(archive, *entry, most, text);
     }
     return directory->empty() ? fmt::format("the archive holds no {} file", extension) : kDamaged;

@@ -213,7 +213,7 @@ void GeoJsonWriter::beginPart()
     cuts_.push_back(positions_);
 }
 
-// A part of one position is no line.
+// A line needs two positions, so that of a single point is repeated.
 void GeoJsonWriter::completePart()
 {
     const auto begin = cuts_.empty() ? 0 : cuts_.back();

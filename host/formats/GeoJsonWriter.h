@@ -32,8 +32,8 @@ namespace host {
 /// part has at least two, and the second one has null. A line of one point becomes a Point, a line
 /// without points has a null geometry.
 ///
-/// Altitudes are rounded to millimetres: those that a receiver has in feet are no short numbers of
-/// metres.
+/// Altitudes are rounded to millimetres: those that a receiver has in feet would have long
+/// fractions in metres.
 class GeoJsonWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where a line is kept until its end, which decides the type of its

@@ -41,4 +41,12 @@ struct Event {
     std::optional<gps::Error> error;                         ///< kError
 };
 
+/// The event of a gap in a track.
+[[nodiscard]] inline Event newSegmentEvent()
+{
+    Event event;
+    event.kind = EventKind::kNewSegment;
+    return event;
+}
+
 } // namespace host

@@ -15,11 +15,25 @@
 namespace host {
 namespace {
 
-Bounds boundsOf(const Outline& outline)
+template <typename Points> Bounds boundsOf(const Points& points)
 {
     Bounds bounds;
-    for (const auto& point : outline)
+    for (const auto& point : points)
         bounds.extend(point.longitude, point.latitude);
+    return bounds;
+}
+
+Bounds inDegrees(Bounds bounds)
+{
+    for (double* side : {&bounds.west, &bounds.east, &bounds.south, &bounds.north})
+        *side /= LandPoint::kUnitsPerDegree;
+    return bounds;
+}
+
+Bounds shifted(Bounds bounds, double degreesEast)
+{
+    bounds.west += degreesEast;
+    bounds.east += degreesEast;
     return bounds;
 }
 
@@ -152,11 +166,12 @@ std::vector<Outline> landWithin(const Bounds& bounds, double tolerance)
     const auto& land = LandTable::shared();
     std::vector<Outline> outlines;
     for (std::size_t index = 0; index < land.size(); ++index) {
+        const auto coast = land.coast(index);
+        const auto extent = inDegrees(boundsOf(coast));
         for (const double shift : {-360, 0, 360}) {
-            auto outline = outlineOf(land.coast(index), shift);
-            if (!overlap(boundsOf(outline), bounds))
+            if (!overlap(shifted(extent, shift), bounds))
                 continue;
-            outline = clipped(std::move(outline), bounds);
+            auto outline = clipped(outlineOf(coast, shift), bounds);
             if (outline.size() < 3 || !isLargerThan(tolerance, outline, across))
                 continue;
             outline = simplified(outline, tolerance, across);

@@ -26,7 +26,7 @@ struct PlaceRecord {
     std::int32_t longitude;
     std::uint32_t text; ///< an offset: the two letters of the country, and the name
     std::uint16_t zone;
-    std::uint16_t hundreds; ///< of inhabitants; 65,535 stands for all larger numbers
+    std::uint16_t hundreds; ///< of inhabitants; 65,535: that many or more
 };
 
 class PlaceTable {

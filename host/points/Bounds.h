@@ -18,6 +18,8 @@ struct Bounds {
 
     [[nodiscard]] bool isEmpty() const noexcept { return west > east; }
 
+    /// Includes a point. Knows nothing of the 180th meridian: points on both sides of it get bounds
+    /// around the globe, unless their longitudes go on above 180.
     void extend(double longitude, double latitude) noexcept
     {
         west = std::min(west, longitude);

@@ -49,6 +49,11 @@ double kilometresBetween(const PlaceOnSphere& a, const PlaceOnSphere& b) noexcep
     return 2 * kEarthRadius_km * std::asin(std::sqrt(std::min(h, 1.0)));
 }
 
+double kilometresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept
+{
+    return isOnGlobe(a) && isOnGlobe(b) ? kilometresBetween(PlaceOnSphere{a}, PlaceOnSphere{b}) : 0;
+}
+
 double PathLength::add(const gps::GPSPoint& point) noexcept
 {
     if (!isOnGlobe(point))
@@ -95,7 +100,7 @@ void Climb::turnDown(double elevation) noexcept
 
 void MovingTime::add(const gps::GPSPoint& point) noexcept
 {
-    add(point, last_ ? kilometresBetween(PlaceOnSphere{*last_}, PlaceOnSphere{point}) : 0);
+    add(point, last_ ? kilometresBetween(*last_, point) : 0);
 }
 
 void MovingTime::add(const gps::GPSPoint& point, double kilometres) noexcept

@@ -29,6 +29,9 @@ struct PlaceOnSphere {
 /// 1984); the radius R1 of IUGG, Moritz, "Geodetic Reference System 1980".
 [[nodiscard]] double kilometresBetween(const PlaceOnSphere& a, const PlaceOnSphere& b) noexcept;
 
+/// The same for points; 0 if one of them has no valid coordinates. [any]
+[[nodiscard]] double kilometresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept;
+
 /// The length of a path: the sum of the great-circle distances between its points.
 class PathLength {
 public:

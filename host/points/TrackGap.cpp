@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Distances are those of PathLength, so that a gap and a length agree.
+// Distances are those of a track's length, so that a gap and a length agree.
 
 #include "host/points/TrackGap.h"
 
@@ -30,9 +30,7 @@ constexpr double kLongestWay = 40'075'017;     // metres: the Earth's circumfere
 
 double metresBetween(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept
 {
-    PathLength length;
-    length.add(a);
-    return length.add(b) * 1000;
+    return kilometresBetween(a, b) * 1000;
 }
 
 std::int64_t secondsBetween(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept

@@ -105,11 +105,8 @@ void ChoiceFilter::trackPoint(const Event& event, const Sink& sink)
         sink(*head_);
         head_.reset();
     }
-    if (std::exchange(isGapPending_, false)) {
-        Event segment;
-        segment.kind = EventKind::kNewSegment;
-        sink(segment);
-    }
+    if (std::exchange(isGapPending_, false))
+        sink(newSegmentEvent());
     ++passed_;
     sink(event);
 }

@@ -344,9 +344,7 @@ void Download::reportGap()
         report_.splits.tracks += std::exchange(hasTrackGap_, true) ? 0U : 1U;
         ++report_.splits.gaps;
     }
-    Event segment;
-    segment.kind = EventKind::kNewSegment;
-    write(segment);
+    write(newSegmentEvent());
 }
 
 void Download::write(const Event& event) const

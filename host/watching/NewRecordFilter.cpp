@@ -156,8 +156,7 @@ void NewRecordFilter::passHeld(const Sink& sink)
 {
     for (const auto& event : held_)
         sink(event);
-    Event segment;
-    segment.kind = EventKind::kNewSegment;
+    const auto segment = newSegmentEvent();
     Event point;
     point.kind = EventKind::kTrackPoint;
     auto extra = heldExtras_.begin();

@@ -158,6 +158,12 @@ gps::LineAccount* linesOf(gps::FileAccount* account) noexcept
     return account != nullptr ? &account->lines : nullptr;
 }
 
+NamedLines namedLines(const NamedKind& kind, std::string_view present, gps::LineAccount* account)
+{
+    gps::LineAccount unused;
+    return NamedLines{kind, present, account != nullptr ? *account : unused};
+}
+
 /// Merges waypoints or geocaches into a file. A text that was planned from the same records and the
 /// same file is written as it is.
 std::optional<gps::Error> mergeNamed(const NamedKind& kind, const gps::Array& records,
@@ -171,9 +177,7 @@ std::optional<gps::Error> mergeNamed(const NamedKind& kind, const gps::Array& re
             account->lines = std::move(merged->present);
         return write(merged->text, path);
     }
-    gps::LineAccount unused;
-    const NamedLines lines{kind, present, account != nullptr ? account->lines : unused};
-    const auto made = mergedNamedText(records, lines);
+    const auto made = mergedNamedText(records, namedLines(kind, present, linesOf(account)));
     return made ? write(made->text, path) : std::nullopt;
 }
 
@@ -325,17 +329,13 @@ std::optional<MadeText> mergedNamedText(const gps::Array& records, const NamedLi
 std::string mergedWaypointText(const gps::Array& records, std::string_view present,
                                gps::LineAccount* lines)
 {
-    gps::LineAccount unused;
-    const NamedLines own{kWayPointLines, present, lines != nullptr ? *lines : unused};
-    return mergedNamedText(records, own)->text;
+    return mergedNamedText(records, namedLines(kWayPointLines, present, lines))->text;
 }
 
 std::optional<std::string> mergedGeocacheText(const gps::Array& records, std::string_view present,
                                               gps::LineAccount* lines)
 {
-    gps::LineAccount unused;
-    const NamedLines own{kGeoCacheLines, present, lines != nullptr ? *lines : unused};
-    auto made = mergedNamedText(records, own);
+    auto made = mergedNamedText(records, namedLines(kGeoCacheLines, present, lines));
     return made ? std::optional{std::move(made->text)} : std::nullopt;
 }
 
