@@ -224,6 +224,10 @@ void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
     for (const auto* const other : {"--output", "--summary"})
         exclude(list, command.get_option(other));
     exclude(list, app_.get_option("--events"));
+    command.add_flag(
+        "--utc", options.utc,
+        "Show the times of the summary and the list in UTC, instead of by the clocks of "
+        "the nearest town");
 }
 
 void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)

@@ -64,7 +64,8 @@ public:
           isSummaryShown_(!options.events && !options.json && (!options.output || options.summary)),
           progress_(canShowProgress(options, options.events || options.output == "-")),
           summary_(standardOutput_,
-                   options.list ? Summary::Rows::kAll : Summary::Rows::kCollections)
+                   options.list ? Summary::Rows::kAll : Summary::Rows::kCollections,
+                   options.utc ? Summary::Clock::kUtc : Summary::Clock::kLocal)
     {
         if (known != nullptr)
             newOnly_.emplace(*known);

@@ -4,8 +4,9 @@
 #include "host/cli/Summary.h"
 
 #include "host/base/RecordText.h"
-#include "host/base/Table.h"
 #include "host/base/Text.h"
+#include "host/places/PlaceTime.h"
+#include "host/places/Places.h"
 #include "host/points/Points.h"
 #include "host/points/TrackGap.h"
 
@@ -30,12 +31,22 @@ bool isPoint(const SummaryRow& row)
     return row.kind == kWaypointRow || row.kind == kGeocacheRow;
 }
 
-std::string timeText(const std::optional<std::int64_t>& time)
+std::string timeText(const std::optional<std::int64_t>& time, std::string_view zone)
 {
     std::string text;
     if (time)
-        appendTimestamp(text, *time, ' ');
+        appendTimeInZone(text, *time, zone);
     return text;
+}
+
+// Two zones if a journey led from one into another.
+std::string zoneText(const SummaryRow& row)
+{
+    if (!row.first)
+        return {};
+    const auto first = zoneTitle(row.firstZone, *row.first);
+    const auto last = zoneTitle(row.lastZone, *row.last);
+    return first == last ? first : first + ", " + last;
 }
 
 std::string kilometreText(const std::optional<double>& kilometres)
@@ -61,6 +72,7 @@ void Summary::addRecord(std::string kind, const gps::GPSPoint& point, const gps:
     Row row{.kind = std::move(kind), .name = std::string{textIn(record, "name")}, .points = 1};
     if (hasTimestamp(point))
         row.first = row.last = point.time;
+    locate(row, point);
     records_.push_back(std::move(row));
 }
 
@@ -114,8 +126,20 @@ void Summary::begin(std::string kind, const gps::Dictionary& collection)
 
 void Summary::add(const gps::GPSPoint& point)
 {
-    ++records_.back().points;
+    auto& row = records_.back();
+    ++row.points;
+    locate(row, point);
     length_.add(point);
+}
+
+void Summary::locate(Row& row, const gps::GPSPoint& point) const
+{
+    if (row.isLocated || !isOnGlobe(point))
+        return;
+    row.isLocated = true;
+    row.where = whereabouts(point);
+    if (clock_ == Clock::kLocal)
+        row.firstZone = row.lastZone = timeZoneAt(point);
 }
 
 void Summary::end()
@@ -125,26 +149,40 @@ void Summary::end()
 
 std::optional<gps::Error> Summary::finish()
 {
-    using enum Table::Align;
-    Table table{{{"Kind"},
-                 {"Name"},
-                 {"Points", kRight},
-                 {"First (UTC)"},
-                 {"Last (UTC)"},
-                 {"Length km", kRight}}};
-    const auto add = [&](const Row& row) {
-        table.add({row.kind, row.name, std::to_string(row.points), timeText(row.first),
-                   timeText(row.last), kilometreText(row.kilometres)});
-    };
+    auto table = emptyTable();
     if (rows_ == Rows::kCollections) {
-        add(wayPoints_);
-        add(geocaches_);
+        table.add(textsOf(wayPoints_));
+        table.add(textsOf(geocaches_));
     }
-    std::for_each(records_.begin(), records_.end(), add);
-    add(total());
+    for (const auto& row : records_)
+        table.add(textsOf(row));
+    table.add(textsOf(total()));
     output_.write(table.text());
     output_.write(jumpText());
     return output_.flush();
+}
+
+Table Summary::emptyTable() const
+{
+    using enum Table::Align;
+    std::vector<Table::Column> columns{{"Kind"}, {"Name"}, {"Points", kRight}};
+    if (clock_ == Clock::kUtc)
+        columns.insert(columns.end(), {{"First (UTC)"}, {"Last (UTC)"}});
+    else
+        columns.insert(columns.end(), {{"First"}, {"Last"}, {"Time zone"}});
+    columns.insert(columns.end(), {{"Length km", kRight}, {"Where"}});
+    return Table{std::move(columns)};
+}
+
+std::vector<std::string> Summary::textsOf(const Row& row) const
+{
+    std::vector<std::string> texts{row.kind, row.name, std::to_string(row.points),
+                                   timeText(row.first, row.firstZone),
+                                   timeText(row.last, row.lastZone)};
+    if (clock_ == Clock::kLocal)
+        texts.push_back(zoneText(row));
+    texts.insert(texts.end(), {kilometreText(row.kilometres), row.where});
+    return texts;
 }
 
 void Summary::noteJump(const gps::GPSPoint& point)
@@ -160,7 +198,7 @@ void Summary::noteJump(const gps::GPSPoint& point)
                                      "record that; one of the two points is wrong.",
                                      displayText(records_.back().name),
                                      kilometreText(kilometresBetween(*before, point)), seconds,
-                                     timeText(point.time)));
+                                     timeText(point.time, records_.back().firstZone)));
 }
 
 Summary::Row Summary::total() const
@@ -171,10 +209,14 @@ Summary::Row Summary::total() const
         // A route is only planned: its length was not travelled.
         if (row.kind == kTrack)
             *total.kilometres += *row.kilometres;
-        if (row.first)
-            total.first = std::min(total.first.value_or(*row.first), *row.first);
-        if (row.last)
-            total.last = std::max(total.last.value_or(*row.last), *row.last);
+        if (row.first && (!total.first || *row.first < *total.first)) {
+            total.first = row.first;
+            total.firstZone = row.firstZone;
+        }
+        if (row.last && (!total.last || *row.last > *total.last)) {
+            total.last = row.last;
+            total.lastZone = row.lastZone;
+        }
     }
     return total;
 }

@@ -4,14 +4,18 @@
 
 #pragma once
 
+#include "host/base/Table.h"
 #include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
 #include "host/points/TrackFigures.h"
+
+#include <gps/GPSPoint.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -23,12 +27,17 @@ struct SummaryRow {
     std::optional<std::int64_t> first{}; ///< earliest and latest timestamp
     std::optional<std::int64_t> last{};
     std::optional<double> kilometres{};
+    std::string_view firstZone{}; ///< of the clocks that show `first`; empty for UTC
+    std::string_view lastZone{};
+    std::string where{}; ///< its first point with valid coordinates, in words
+    bool isLocated = false;
 };
 
 /// The table has a row for all waypoints, one for all geocaches, one for each route and each track,
 /// and one for the totals; a list has one for each waypoint and geocache, too. The total length is
-/// that of the tracks, since routes are only planned. Jumps within tracks are named below it. All
-/// is printed by close().
+/// that of the tracks, since routes are only planned. Times are those of the place where a record
+/// begins, unless UTC is requested. Jumps within tracks are named below the table. All is printed
+/// by close().
 class Summary final : public CollectionWriter {
 public:
     enum class Rows {
@@ -36,9 +45,12 @@ public:
         kAll,         ///< each record has a row
     };
 
+    enum class Clock { kLocal, kUtc };
+
     static constexpr std::size_t kMostJumps = 3; ///< named one by one
 
-    explicit Summary(Output& output, Rows rows = Rows::kCollections) : output_(output), rows_(rows)
+    explicit Summary(Output& output, Rows rows = Rows::kCollections, Clock clock = Clock::kLocal)
+        : output_(output), rows_(rows), clock_(clock)
     {}
 
     /// The row of each record so far; without kAll, of each route and track.
@@ -60,14 +72,18 @@ private:
     void begin(std::string kind, const gps::Dictionary& collection);
     void add(const gps::GPSPoint& point);
     void end();
+    void locate(Row& row, const gps::GPSPoint& point) const;
     void noteJump(const gps::GPSPoint& point);
     [[nodiscard]] Row total() const;
+    [[nodiscard]] Table emptyTable() const;
+    [[nodiscard]] std::vector<std::string> textsOf(const Row& row) const;
     [[nodiscard]] std::string jumpText() const;
 
     void addRecord(std::string kind, const gps::GPSPoint& point, const gps::Dictionary& record);
 
     Output& output_;
     Rows rows_;
+    Clock clock_;
     Row wayPoints_{.kind = "Waypoints"};
     Row geocaches_{.kind = "Geocaches"};
     std::vector<Row> records_; // the last one may still get points

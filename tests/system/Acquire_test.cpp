@@ -153,17 +153,30 @@ TEST(Acquire, SummaryIsATableOnStandardOutput)
 {
     const Receiver receiver;
     const auto expected =
-        "Kind       Name   Points  First (UTC)          Last (UTC)           Length km\n"
+        "Kind       Name   Points  First (UTC)          Last (UTC)           Length km  Where\n"
         "Waypoints              2\n"
         "Geocaches              1\n"
-        "Route      Loop        2                                             10468.17\n"
-        "Track      Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00\n"
+        "Route      Loop        2                                             10468.17  near "
+        "Saanen\n"
+        "Track      Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00  near "
+        "Saanen\n"
         "Total                  7  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00\n"
         "\nTrack \"Day 1\" jumps 33.72 km in 1 s, up to 2024-06-01 10:00:01. No receiver can "
         "record "
         "that; one of the two points is wrong.\n";
-    EXPECT_EQ(acquire(receiver, {}).out, expected);
-    EXPECT_EQ(acquire(receiver, {"-o", receiver.path("a.gpx"), "--summary"}).out, expected);
+    EXPECT_EQ(acquire(receiver, {"--utc"}).out, expected);
+    EXPECT_EQ(acquire(receiver, {"--utc", "-o", receiver.path("a.gpx"), "--summary"}).out,
+              expected);
+}
+
+TEST(Acquire, SummaryHasTheTimesOfThePlaceWhateverTheClockHere)
+{
+    const Receiver receiver;
+    for (const char* const zone : {"TZ=UTC", "TZ=Asia/Tokyo"}) {
+        const auto ran =
+            magellangps({"acquire", "--device", receiver.path()}, {.environment = {zone}});
+        EXPECT_THAT(ran.out, HasSubstr("2024-06-01 12:00:00  2024-06-01 12:00:01  Zurich  "));
+    }
 }
 
 TEST(Acquire, KindsCanBeLeftOut)

@@ -125,14 +125,18 @@ TEST(Choice, ListNamesEachRecordAndWritesNoFile)
 {
     const Receiver receiver;
     EXPECT_THAT(
-        acquire(receiver, {"--list"}).out,
+        acquire(receiver, {"--list", "--utc"}).out,
         StartsWith(
-            "Kind      Name   Points  First (UTC)          Last (UTC)           Length km\n"
-            "Waypoint  Camp        1\n"
+            "Kind      Name   Points  First (UTC)          Last (UTC)           Length km  Where\n"
+            "Waypoint  Camp        1                                                       "
+            "near Saanen\n"
             "Waypoint  Hut         1\n"
-            "Geocache  GC1         1\n"
-            "Route     Loop        2                                             10468.17\n"
-            "Track     Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00\n"
+            "Geocache  GC1         1                                                       "
+            "near Martigny-Combe\n"
+            "Route     Loop        2                                             10468.17  near "
+            "Saanen\n"
+            "Track     Day 1       2  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00  near "
+            "Saanen\n"
             "Total                 7  2024-06-01 10:00:00  2024-06-01 10:00:01       0.00\n"));
 }
 

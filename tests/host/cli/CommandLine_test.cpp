@@ -75,6 +75,13 @@ TEST(CommandLine, ChoiceOfRecords)
     EXPECT_EQ(optionsOf<WatchOptions>({"watch", "--split-gap", "off"}).splitGap.isOff, true);
 }
 
+TEST(CommandLine, TheSummaryCanBeInUtc)
+{
+    EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).utc);
+    EXPECT_TRUE(optionsOf<AcquireOptions>({"acquire", "--utc"}).utc);
+    EXPECT_TRUE(optionsOf<ImportOptions>({"import", "a.log", "--list", "--utc"}).utc);
+}
+
 TEST(CommandLine, MistakesInAChoiceOfRecords)
 {
     EXPECT_EQ(parse({"acquire", "--since", "yesterday"}).text,

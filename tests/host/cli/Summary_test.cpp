@@ -13,10 +13,14 @@ using support::newTrack;
 using support::trackPoint;
 using support::wayPoint;
 
-std::string summaryOf(const std::vector<host::Event>& events)
+using host::Summary;
+
+std::string summaryOf(const std::vector<host::Event>& events,
+                      Summary::Rows rows = Summary::Rows::kCollections,
+                      Summary::Clock clock = Summary::Clock::kLocal)
 {
     support::Written written;
-    host::Summary summary{written.output()};
+    Summary summary{written.output(), rows, clock};
     for (const auto& event : events)
         summary.event(event);
     EXPECT_FALSE(summary.close());
@@ -33,14 +37,74 @@ TEST(Summary, HasARowForEachCollectionAndTheTotals)
                          wayPoint(degree(0, 0)), wayPoint(degree(1, 0)),
                          newTrack({{"name", "Day"}}), trackPoint(degree(0, 1717236060)),
                          trackPoint(degree(1, 1717236000)), trackPoint(degree(2, 0))}),
-              "Kind       Name  Points  First (UTC)          Last (UTC)           Length km\n"
+              "Kind       Name  Points  First                Last                 Time zone  "
+              "Length km  Where\n"
               "Waypoints             2\n"
               "Geocaches             1\n"
-              "Route      Loop       2                                               111.20\n"
-              "Track      Day        3  2024-06-01 10:00:00  2024-06-01 10:01:00     222.39\n"
-              "Total                 8  2024-06-01 10:00:00  2024-06-01 10:01:00     222.39\n"
+              "Route      Loop       2                                                       "
+              "   111.20\n"
+              "Track      Day        3  2024-06-01 10:00:00  2024-06-01 10:01:00  UTC        "
+              "   222.39\n"
+              "Total                 8  2024-06-01 10:00:00  2024-06-01 10:01:00  UTC        "
+              "   222.39\n"
               "\nTrack \"Day\" jumps 111.20 km in 60 s, up to 2024-06-01 10:00:00. No receiver can "
               "record that; one of the two points is wrong.\n");
+}
+
+/// A track from Wanaka at a time, and one from Naters half a year later.
+std::vector<host::Event> journey()
+{
+    return {newTrack({{"name", "A"}}), trackPoint({-44.7, 169.13, 0, 1717236000, 0}),
+            newTrack({{"name", "B"}}), trackPoint({46.325, 7.988, 0, 1733047200, 0})};
+}
+
+TEST(Summary, TimesAreThoseOfThePlaceWhereARecordBegins)
+{
+    EXPECT_EQ(
+        summaryOf(journey()),
+        "Kind       Name  Points  First                Last                 Time zone         "
+        "Length km  Where\n"
+        "Waypoints             0\n"
+        "Geocaches             0\n"
+        "Track      A          1  2024-06-01 22:00:00  2024-06-01 22:00:00  Auckland          "
+        "     0.00  near Wanaka\n"
+        "Track      B          1  2024-12-01 11:00:00  2024-12-01 11:00:00  Zurich            "
+        "     0.00  near Naters\n"
+        "Total                 2  2024-06-01 22:00:00  2024-12-01 11:00:00  Auckland, Zurich  "
+        "     0.00\n");
+}
+
+TEST(Summary, TimesAreInUtcIfRequested)
+{
+    EXPECT_THAT(summaryOf(journey(), Summary::Rows::kCollections, Summary::Clock::kUtc),
+                testing::AllOf(
+                    testing::StartsWith("Kind       Name  Points  First (UTC)          Last (UTC)  "
+                                        "         Length km  Where\n"),
+                    testing::HasSubstr("Track      A          1  2024-06-01 10:00:00  2024-06-01 "
+                                       "10:00:00       0.00  near Wanaka\n")));
+}
+
+TEST(Summary, AListHasTheTimeAndThePlaceOfEachPoint)
+{
+    EXPECT_THAT(summaryOf({wayPoint({-44.7, 169.13, 0, 1717236000, 0}, {{"name", "Hut"}})},
+                          Summary::Rows::kAll),
+                testing::HasSubstr("Waypoint  Hut        1  2024-06-01 22:00:00  2024-06-01 "
+                                   "22:00:00  Auckland              near Wanaka\n"));
+}
+
+TEST(Summary, ARecordIsWhereItsFirstPointWithValidCoordinatesIs)
+{
+    EXPECT_THAT(summaryOf({newTrack({{"name", "A"}}), trackPoint({91, 0, 0, 1717236000, 0}),
+                           trackPoint({-44.7, 169.13, 0, 1717236001, 0}),
+                           trackPoint({46.325, 7.988, 0, 1717236002, 0})}),
+                testing::HasSubstr("2024-06-01 22:00:00  2024-06-01 22:00:02  Auckland"));
+}
+
+TEST(Summary, AJumpHasTheTimeOfItsTrack)
+{
+    EXPECT_THAT(summaryOf({newTrack({}), trackPoint({-44.7, 169.13, 0, 1717236000, 0}),
+                           trackPoint({-45.7, 169.13, 0, 1717236001, 0})}),
+                testing::HasSubstr("in 1 s, up to 2024-06-01 22:00:01."));
 }
 
 /// A track of two points, and the jumps that its summary names.

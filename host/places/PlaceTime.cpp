@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The system's time zone database knows the rules.
+
+#include "host/places/PlaceTime.h"
+
+#include "host/points/Points.h"
+
+#include <platform/System/TimeZone.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace host {
+namespace {
+
+std::optional<std::int32_t> offsetOf(std::string_view zone, std::int64_t time)
+{
+    return gps::secondsFromGMT(std::string{zone}, time);
+}
+
+} // namespace
+
+void appendTimeInZone(std::string& out, std::int64_t time, std::string_view zone)
+{
+    constexpr std::int64_t kLast = 253402300799; // 9999-12-31 23:59:59: years have four digits
+    appendTimestamp(out, std::min(time + offsetOf(zone, time).value_or(0), kLast), ' ');
+}
+
+std::string zoneTitle(std::string_view zone, std::int64_t time)
+{
+    if (!offsetOf(zone, time))
+        return "UTC";
+    std::string title{zone.substr(zone.rfind('/') + 1)};
+    std::replace(title.begin(), title.end(), '_', ' ');
+    return title;
+}
+
+} // namespace host
