@@ -145,7 +145,7 @@ function showHead() {
 function showColourChoice() {
   const { tracks } = collection;
   let colouring = null;
-  const refreshLegend = () => showLegend(colouring);
+  const refreshLegend = () => showLegend(colouring, tracks);
   if (tracks.every((track) => track.count < 2))
     return refreshLegend;
   const choices = { track: "track" };
@@ -154,7 +154,7 @@ function showColourChoice() {
   if (tracks.some((track) => track.ascent !== null))
     Object.assign(choices, { height: "height", slope: "slope" });
   const chooser = element("select", { id: "colours" });
-  byId("switches").append(element("label", {}, "Colour by", chooser));
+  byId("colouring").append(element("label", {}, "Colour by", chooser));
   listenToChoice(chooser, "colours", choices, (kind) => {
     colouring = kind === "track" ? null : new Colouring(kind, tracks);
     map.colourBy(colouring);

@@ -47,10 +47,19 @@ test("distance ticks are in the chosen unit", () => {
 
 test("distance ticks are in kilometres, the unit is at the first", () => {
   assert.deepEqual(textsOf(distanceTicks(20000)), ["0 km", "5", "10", "15"]);
-  assert.deepEqual(textsOf(distanceTicks(2500)), ["0 km", "0.5", "1.0", "1.5", "2.0"]);
-  assert.deepEqual(textsOf(distanceTicks(500)), ["0 km", "0.1", "0.2", "0.3", "0.4"]);
-  assert.deepEqual(textsOf(distanceTicks(250)), ["0 km", "0.05", "0.10", "0.15", "0.20"]);
-  assert.deepEqual(textsOf(distanceTicks(90)), ["0 km", "0.02", "0.04", "0.06", "0.08"]);
+  assert.deepEqual(textsOf(distanceTicks(2500)), ["0 km", "0.5", "1", "1.5", "2"]);
+  assert.deepEqual(textsOf(distanceTicks(1000)), ["0 km", "0.2", "0.4", "0.6", "0.8"]);
+  assert.deepEqual(textsOf(distanceTicks(5e6)), ["0 km", "1,000", "2,000", "3,000", "4,000"]);
+});
+
+test("distance ticks of a track below a kilometre or a mile are in metres or feet", () => {
+  assert.deepEqual(textsOf(distanceTicks(999)), ["0 m", "200", "400", "600", "800"]);
+  assert.deepEqual(textsOf(distanceTicks(1)), ["0 m", "0.2", "0.4", "0.6", "0.8"]);
+  assert.deepEqual(textsOf(distanceTicks(0.02)), ["0 m", "0.005", "0.01", "0.015"]);
+  chooseUnits("mi-ft");
+  assert.deepEqual(textsOf(distanceTicks(1609)), ["0 ft", "2,000", "4,000"]);
+  assert.deepEqual(textsOf(distanceTicks(1610)), ["0 mi", "0.5"]);
+  chooseUnits("km-m");
 });
 
 test("a distance tick within 6 % of the end is omitted", () => {

@@ -48,11 +48,13 @@ class Browser:
         self.command("Emulation.setDeviceMetricsOverride", width=width, height=height,
                      deviceScaleFactor=1, mobile=width < 600)
 
-    def use_theme(self, theme):
-        """Sets the theme of the user's system: "light" or "dark"."""
+    def use_theme(self, theme, forced_colours="none"):
+        """Sets the theme of the user's system: "light" or "dark". With forced colours "active",
+        pages have the system's few colours."""
         self.command("Emulation.setEmulatedMedia", features=[
             {"name": "prefers-color-scheme", "value": theme},
             {"name": "prefers-reduced-motion", "value": "reduce"},
+            {"name": "forced-colors", "value": forced_colours},
         ])
 
     def open(self, path):

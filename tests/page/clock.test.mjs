@@ -3,7 +3,9 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import { clock, dateText, dateTimeText, zoneText } from "../../host/page/model/clock.js";
+import {
+  clock, dateText, dateTimeText, endTimeText, zoneText,
+} from "../../host/page/model/clock.js";
 
 const kSummer = 1717236061; // 2024-06-01 10:01:01 UTC
 const kWinter = 1704103261; // 2024-01-01 10:01:01 UTC
@@ -54,4 +56,23 @@ test("a time that is not known is a dash", () => {
     assert.equal(dateTimeText(unknown, "Europe/Zurich"), "–");
     assert.equal(dateText(unknown, ""), "–");
   }
+});
+
+test("a year of five digits is shown whole", () => {
+  assert.equal(dateText(253402300799, ""), "9999-12-31");
+  assert.equal(dateText(253402300800, ""), "10000-01-01");
+  assert.equal(endTimeText(253402300800, 253402300801, ""), "00:00:01");
+});
+
+test("a time that a browser's dates cannot hold is a dash", () => {
+  assert.notEqual(dateTimeText(8.64e12, ""), "–");
+  assert.equal(dateTimeText(8.64e12 + 1, ""), "–");
+  assert.equal(dateText(8.64e12 + 1, ""), "–");
+});
+
+test("the end of a span has the day only if it is another one, by the clock of the place", () => {
+  assert.equal(endTimeText(kSummer, kSummer + 60, ""), "10:02:01");
+  assert.equal(endTimeText(kSummer, kSummer + 13 * 3600, ""), "23:01:01");
+  assert.equal(endTimeText(kSummer, kSummer + 13 * 3600, "Europe/Zurich"), "2024-06-02 01:01:01");
+  assert.equal(endTimeText(null, null, ""), "–");
 });

@@ -50,6 +50,23 @@ test("what has no name gets one for its kind", () => {
     ["Unnamed track", "Unnamed route", "Unnamed"]);
 });
 
+test("a name that cannot be seen counts as none", () => {
+  const nameOf = (name) => trackOf([], { name }).name;
+  for (const blank of [" ", "\u00a0\u3000", "\u200d\u200c"])
+    assert.equal(nameOf(blank), "Unnamed track");
+  assert.equal(nameOf(" . "), " . ");
+});
+
+test("an area around the world is the whole map, wherever that begins", () => {
+  const areaOf = (west, east) => collectionOf({
+    areas: [{ place: "", zone: "", bounds: [west * 1e6, 0, east * 1e6, 0] }],
+    waypoints: [rawPoint(0, 10), rawPoint(0, 100), rawPoint(0, 190)],
+  }).areas[0].bounds;
+  const { west, east } = areaOf(-180, 180);
+  assert.ok(west > 9.9 && west < 10 && Math.round(east - west) === 360, `${west}, ${east}`);
+  assert.equal(Math.round(areaOf(10, 20).west), 10);
+});
+
 test("a waypoint's values are converted, those that are not known become NaN", () => {
   const { waypoints, geocaches } = collectionOf({
     waypoints: [rawPoint(0, 0, { at: [46500000, -7250000, -3, 12] })],

@@ -42,6 +42,13 @@ test("points without a value have no class, and a page without any has a scale",
   }
 });
 
+test("gaps are found in any of the tracks", () => {
+  const whole = track([1, 2]), bare = track([1, NaN]);
+  const colouring = new Colouring("height", [whole, bare]);
+  assert.deepEqual([[whole], [whole, bare], []].map((one) => colouring.hasGaps(one)),
+    [false, true, false]);
+});
+
 // The pieces of a line with a point every `step` pixels: the class of each, then its pixels.
 function piecesOf(classes, step, indices) {
   const view = new MapView(100, 100);

@@ -72,3 +72,36 @@ test("one end near the pole is enough for a cut", () => {
   layOutLine(line, -180);
   assert.deepEqual([...line.breaks], [1]);
 });
+
+function roundTrip(step, start = 0) {
+  const count = Math.round(360 / Math.abs(step)) + 1;
+  return lineOf(Array.from({ length: count }, (_, i) => {
+    const turned = start + i * step;
+    return [0, turned - 360 * Math.round(turned / 360)];
+  }));
+}
+
+test("a line around the world, to the west or east, stays on the map and is cut once", () => {
+  for (const step of [-10, 10, -0.7, 0.7]) {
+    for (const edge of [-180, 5.03, 100]) {
+      const line = roundTrip(step);
+      layOutLine(line, edge);
+      assert.ok(line.x.every((x) => x >= edge && x < edge + 360), `${step}, ${edge}`);
+      assert.equal(line.breaks.size, 1, `${step}, ${edge}`);
+    }
+  }
+});
+
+test("a line of up to 350 degrees is in one piece on the map", () => {
+  for (const [end, breaks] of [[350, 0], [351, 1]]) {
+    const line = lineOf(Array.from({ length: 11 }, (_, i) => [0, 170 - end * i / 10]));
+    layOutLine(line, -170);
+    assert.equal(line.breaks.size, breaks, `${end}`);
+  }
+});
+
+test("a line of which most is beyond the map's edge is moved onto the map", () => {
+  const line = lineOf([[0, 101], [0, 0], [0, -100]]);
+  layOutLine(line, 100);
+  assert.deepEqual([...line.x], [461, 360, 260]);
+});

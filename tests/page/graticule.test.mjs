@@ -78,3 +78,10 @@ test("the scale bar counts in kilometres from 1000 m on", () => {
   assert.equal(barOf(999), "1 km");
   assert.equal(barOf(1001), "2 km");
 });
+
+test("labels of meridians do not overlap on a map of the whole world", () => {
+  const { labels, meridians } = graticule(viewOf({ width: 1200, scale: 1200 / 720 }));
+  const columns = labels.filter(({ py }) => py === 594).map(({ px }) => px);
+  assert.ok(columns.length > 3 && columns.length < meridians.length, `${columns}`);
+  assert.ok(columns.every((px, i) => i === 0 || px - columns[i - 1] >= 60), `${columns}`);
+});

@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import test from "node:test";
 
-import { placeLabels, shortName } from "../../host/page/model/labels.js";
+import { boxAround, placeLabels, shortName } from "../../host/page/model/labels.js";
 import { MapView } from "../../host/page/model/MapView.js";
 
 // A map of 1000 by 1000 pixels with a pixel per degree: a label's x and latitude are pixels from
@@ -124,4 +124,10 @@ test("640 points on the map are tried, those off the map do not count", () => {
   assert.ok(shows([...crowd(639), labelAt(200, 200, "last")]));
   assert.ok(!shows([...crowd(640), labelAt(200, 200, "last")]));
   assert.ok(shows([...far, labelAt(200, 200, "last")]));
+});
+
+test("labels avoid obstacles", () => {
+  const leftWith = (obstacles) => placeLabels([labelAt(0, 0)], kView, () => 40, obstacles)[0].left;
+  assert.equal(leftWith([boxAround(560, 500, 11, 5)]), 508);
+  assert.equal(leftWith([boxAround(560, 500, 12, 5)]), 452);
 });

@@ -65,3 +65,9 @@ test("a track of far more marks than a map can show has none", () => {
   const far = trackOf([[0, 0], [0, 90]]);
   assert.deepEqual(lineMarks(far, viewWith(1e5)), { distances: [], arrows: [] });
 });
+
+test("long distances have thousands separators, short ones no needless digits", () => {
+  const around = trackOf([[0, 0], [0, 90], [0, 180]]);
+  assert.deepEqual(namesOf(lineMarks(around, viewWith(0.01))), ["20,000 km"]);
+  assert.ok(namesOf(lineMarks(kThereAndBack, viewWith(1200))).includes("0.3 km"));
+});

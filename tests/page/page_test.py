@@ -475,12 +475,12 @@ class PageTest(unittest.TestCase):
         pictures = {self.browser.ask("page.map.canvas.toDataURL()")}
         for kind, unit in ("speed", "km/h"), ("height", "m"), ("slope", "%"):
             self.browser.choose("#colours", kind)
-            self.assertRegex(self.text("#legend"), f"^< .* {unit}> .* {unit}$")
+            self.assertRegex(self.text("#legend"), f"^< .* {unit}> .* {unit}(not known)?$")
             pictures.add(self.browser.ask("page.map.canvas.toDataURL()"))
         self.assertEqual(len(pictures), 4)
         self.browser.choose("#colours", "height")
         self.browser.choose("#units", "mi-ft")
-        self.assertRegex(self.text("#legend"), " ft$")
+        self.assertRegex(self.text("#legend"), " ft(not known)?$")
         self.browser.choose("#colours", "track")
         self.assertEqual(self.count("#legend"), 0)
 
@@ -638,6 +638,60 @@ class PageTest(unittest.TestCase):
             found = self.browser.ask(states.LOW_CONTRASTS % "document.getElementById('colours')")
             self.assertEqual(found, [], theme)
 
+    def test_land_can_be_told_from_the_sea_and_lines_of_unknown_values_from_others(self):
+        for theme in "light", "dark":
+            self.browser.use_theme(theme)
+            self.browser.open(self.sample)
+            self.assertGreaterEqual(states.contrast(self.browser, "--paper", "--sea"), 1.3)
+        self.browser.choose("#colours", "speed")
+        self.assertIn("not known", self.text("#legend"))  # a track without times
+        one = raw_track("one", [0, 0, 0, 0, 9000, 0, 0, 9000])
+        one.update(first=0, last=9000)
+        self.browser.open(self.filled({"tracks": [one]}))
+        self.browser.choose("#colours", "speed")
+        self.assertNotIn("not known", self.text("#legend"))
+
+    def test_map_is_drawn_in_forced_colours(self):
+        for theme in "light", "dark":
+            self.browser.use_theme(theme, "active")
+            self.browser.open(self.sample)
+            colours = self.browser.ask("""(({ canvas }) => {
+                const { data } = canvas.getContext("2d")
+                    .getImageData(0, 0, canvas.width, canvas.height);
+                const counts = new Map();
+                for (const pixel of new Uint32Array(data.buffer))
+                    counts.set(pixel, (counts.get(pixel) ?? 0) + 1);
+                return [...counts.values()].filter((count) => count > 50).length;
+            })(page.map)""")
+            self.assertGreater(colours, 4, theme)
+            self.assertNotEqual(*self.browser.ask("""["true", "false"].map((pressed) =>
+                getComputedStyle(document.querySelector(`#areas [aria-pressed=${pressed}]`))
+                    .backgroundColor)"""))
+
+    def test_map_keeps_its_size_when_a_legend_appears(self):
+        self.browser.open(self.sample)
+        before = self.browser.ask("page.map.box.clientHeight")
+        for kind in "speed", "height", "slope":
+            self.browser.choose("#colours", kind)
+            self.assertEqual(self.browser.ask("page.map.box.clientHeight"), before)
+
+    def test_the_controls_on_a_low_map_do_not_overlap(self):
+        self.browser.resize(320, 256)
+        self.browser.open(self.sample)
+        arrow, zoom = self.browser.ask("""["#north", ".zoom"].map((part) => {
+            const { top, bottom } = document.querySelector(part).getBoundingClientRect();
+            return { top, bottom };
+        })""")
+        self.assertLess(arrow["bottom"], zoom["top"])
+
+    def test_cards_out_of_view_have_their_figures(self):
+        self.browser.open(self.sample)
+        self.browser.driver.execute_async_script("""const done = arguments[0];
+            const wait = () => page.cards.cards.every((card) => card.figures_) ? done() :
+                setTimeout(wait, 10);
+            wait();""")
+        self.assertNotIn("…", "".join(self.texts(".track dd")))
+
     def test_targets_are_at_least_24_pixels(self):
         for width in 1280, 390:
             self.browser.resize(width, 844)
@@ -773,6 +827,15 @@ class PageTest(unittest.TestCase):
         width = self.browser.ask("((x) => x[59] - x[0])(page.collection.tracks[0].x)")
         self.assertLess(width, 1.3)
 
+    def test_track_westward_around_the_world_is_on_the_map(self):
+        points = [track_point(20, (-i + 180) % 360 - 180, 5, 60 * i, "Round") for i in range(361)]
+        self.browser.open(self.imported(points))
+        outside = self.browser.ask("""(({ view }, { x }) => x.filter((one) =>
+            view.toPixelX(one) < 0 || view.toPixelX(one) > view.width).length)(
+                page.map, page.collection.tracks[0])""")
+        self.assertEqual(outside, 0)
+        self.assertLess(self.browser.ask("drawn.longest / page.map.view.width"), 0.5)
+
     def test_track_over_a_pole_has_no_line_across_the_map(self):
         points = [track_point(90 - abs(2 - 0.1 * i), 20 if i < 20 else -160, 5, 60 * i, "North")
                   for i in range(41)]
@@ -792,6 +855,24 @@ class PageTest(unittest.TestCase):
         self.browser.open(self.sample)
         self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), 360)
         self.assertGreater(self.browser.ask("page.map.canvas.getBoundingClientRect().width"), 300)
+
+    def test_table_of_tracks_fits(self):
+        self.browser.open(self.sample)
+        hidden = """((one) => one.scrollWidth - one.clientWidth)(
+            document.querySelector("#table-tracks .scroll"))"""
+        self.assertEqual(self.browser.ask(hidden), 0)
+
+    def test_rows_of_the_list_have_their_buttons_beside_the_names_on_a_phone(self):
+        for width in 360, 320:
+            self.browser.resize(width, 740)
+            self.browser.open(self.sample)
+            self.browser.find("#list summary").click()
+            self.browser.settle()
+            for name, button in self.browser.ask("""Array.from(document.querySelectorAll(
+                    "#list li"), (row) => ["label", "button"].map((part) =>
+                        row.querySelector(part).getBoundingClientRect().top))"""):
+                self.assertAlmostEqual(name, button, delta=4)
+            self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), width)
 
     def test_every_profile_is_printed(self):
         self.browser.use_theme("dark")

@@ -19,6 +19,10 @@ SAMPLE = """(() => {
     return sample.length;
 })()"""
 
+LUMINANCE = """(rgb) => rgb.map((value) => value / 255)
+    .map((c) => c <= 0.04045 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4)
+    .reduce((sum, c, i) => sum + c * [0.2126, 0.7152, 0.0722][i], 0)"""
+
 # The texts below 4.5:1 in an element, as messages. Half-transparent colours are blended with what
 # is behind them; a text in an element of reduced opacity fades with it.
 LOW_CONTRASTS = """((root) => {
@@ -43,9 +47,7 @@ LOW_CONTRASTS = """((root) => {
         }
         return [ink, behind];
     };
-    const luminance = (rgb) => rgb.map((value) => value / 255)
-        .map((c) => c <= 0.04045 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4)
-        .reduce((sum, c, i) => sum + c * [0.2126, 0.7152, 0.0722][i], 0);
+    const luminance = %s;
     const hasText = (one) => [...one.childNodes]
         .some((node) => node.nodeType === 3 && node.data.trim() !== "");
     return [root, ...root.querySelectorAll("*")]
@@ -56,7 +58,23 @@ LOW_CONTRASTS = """((root) => {
             return ratio >= 4.5 ? [] :
                 [`${one.tagName} ${one.className} "${one.textContent}": ${ratio.toFixed(2)}`];
         });
-})(%s)"""
+})(%%s)""" % LUMINANCE
+
+CONTRAST = """((colours) => {
+    const probe = document.createElement("i");
+    document.body.append(probe);
+    const [dark, light] = colours.map((colour) => {
+        probe.style.color = `var(${colour})`;
+        return (%s)(getComputedStyle(probe).color.match(/[\\d.]+/g).map(Number));
+    }).sort((a, b) => a - b);
+    probe.remove();
+    return (light + 0.05) / (dark + 0.05);
+})(arguments[0])""" % LUMINANCE
+
+
+def contrast(browser, *variables):
+    """Returns the contrast of two colours of the style sheet."""
+    return browser.ask(CONTRAST, variables)
 
 
 def low_contrasts(browser):
@@ -86,7 +104,7 @@ def small_targets(browser):
     """Returns a message for each control that is less than 24 pixels wide or high. The target of a
     checkbox is its label."""
     return browser.ask("""Array.from(document.querySelectorAll(
-            "button, select, summary, label, input:not([type=checkbox]), [tabindex]"))
+            "button, select, summary, label, input:not([type=checkbox]), [tabindex], a:only-child"))
         .filter((one) => one.checkVisibility())
         .map((one) => [one, one.getBoundingClientRect()])
         .filter(([, { width, height }]) => width < 24 || height < 24)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a profile is drawn along: the distance from the start, or the time since the start.
 
-import { formatNumber, isKnown } from "./format.js";
+import { isKnown, scaleText } from "./format.js";
 import { roundStep } from "./roundStep.js";
 import { units } from "./units.js";
 
@@ -41,11 +41,9 @@ export function axisTicks({ name, length }) {
 }
 
 function distanceTicks(length) {
-  const { metres, name } = units.length;
+  const { metres, name } = length < units.length.metres ? units.length.small : units.length;
   const step = roundStep(length / metres / 5);
-  const digits = step >= 1 ? 0 : step >= 0.1 ? 1 : 2;
-  return ticks(length, step * metres, (i) =>
-    i === 0 ? `0 ${name}` : step >= 1 ? `${i * step}` : formatNumber(i * step, digits));
+  return ticks(length, step * metres, (i) => i === 0 ? `0 ${name}` : scaleText(i * step));
 }
 
 function timeTicks(length) {
@@ -54,7 +52,7 @@ function timeTicks(length) {
   return ticks(length, step, (i) => {
     const seconds = i * step, minutes = String(Math.round(seconds % kHour / kMinute));
     if (step >= kDay)
-      return i === 0 ? "0 days" : `${seconds / kDay}`;
+      return i === 0 ? "0 days" : scaleText(seconds / kDay);
     return i === 0 ? "0:00 h" : `${Math.floor(seconds / kHour)}:${minutes.padStart(2, "0")}`;
   });
 }

@@ -7,6 +7,8 @@ import { isKnown, kDash } from "./format.js";
 
 export const clock = { isUtc: false }; // what the reader has chosen
 
+const kMaxSeconds = 8.64e12; // of a JavaScript date
+
 const formatters = new Map(); // by zone: making one takes a while
 
 // A browser can be older than a zone's name.
@@ -31,11 +33,18 @@ function shownZone(zone) {
 
 // Seconds since 1970 as date and time of day: "2024-06-01 12:00:00".
 export function dateTimeText(seconds, zone) {
-  return isKnown(seconds) ? formatterOf(shownZone(zone)).format(seconds * 1000) : kDash;
+  return isKnown(seconds) && Math.abs(seconds) <= kMaxSeconds ?
+    formatterOf(shownZone(zone)).format(seconds * 1000) : kDash;
 }
 
 export function dateText(seconds, zone) {
-  return isKnown(seconds) ? dateTimeText(seconds, zone).slice(0, 10) : kDash;
+  return dateTimeText(seconds, zone).split(" ")[0];
+}
+
+// The end of a span of time: without the day, unless it is another one than that of the start.
+export function endTimeText(first, last, zone) {
+  const [day, time] = dateTimeText(last, zone).split(" ");
+  return time && day === dateText(first, zone) ? time : dateTimeText(last, zone);
 }
 
 // Whose time it is: "UTC", or "Auckland time".

@@ -8,7 +8,7 @@
 // unchanged.
 
 import { contains } from "./bounds.js";
-import { eastOfEdge, layOutLine, westernEdge } from "./dateLine.js";
+import { eastOfEdge, kAroundTheWorld, layOutLine, westernEdge } from "./dateLine.js";
 import { metresBetween } from "./geodesy.js";
 import { speedsOf } from "./rates.js";
 
@@ -33,6 +33,11 @@ export function unpackCollection(raw) {
   return collection;
 }
 
+// A name of nothing but spaces and joiners cannot be seen.
+function nameOr(name, substitute) {
+  return /[^\s\u200c\u200d]/.test(name) ? name : substitute;
+}
+
 function emptyLine(count) {
   return {
     count,
@@ -46,7 +51,7 @@ function emptyLine(count) {
 function unpackTrack(raw, index) {
   const { kilometres, first, last, ascent, descent, moving, place, zone } = raw;
   const track = {
-    kind: "track", index, name: raw.name || "Unnamed track", isShown: true,
+    kind: "track", index, name: nameOr(raw.name, "Unnamed track"), isShown: true,
     kilometres, first, last, ascent, descent, moving, place, zone,
     ...emptyLine(raw.points.length / 4),
   };
@@ -84,7 +89,7 @@ function stepTo({ latitude, longitude, breaks }, i) {
 function unpackPoint(raw, kind) {
   const [latitude, longitude, elevation, time] = raw.at;
   return {
-    ...raw, kind, name: raw.name || "Unnamed",
+    ...raw, kind, name: nameOr(raw.name, "Unnamed"),
     latitude: latitude / 1e6, longitude: longitude / 1e6,
     elevation: elevation === null ? NaN : elevation / 10, time: time ?? NaN,
   };
@@ -94,7 +99,7 @@ function unpackRoute(raw, index) {
   const { comment, kilometres } = raw;
   const points = raw.points.map((point) => unpackPoint(point, "route point"));
   const route = {
-    kind: "route", index, name: raw.name || "Unnamed route", comment, kilometres, points,
+    kind: "route", index, name: nameOr(raw.name, "Unnamed route"), comment, kilometres, points,
     ...emptyLine(points.length),
   };
   points.forEach((point, i) => {
@@ -107,7 +112,8 @@ function unpackRoute(raw, index) {
 // A part of the world with points: where it is in words, its time zone and its bounds on the map.
 function unpackArea({ place, zone, bounds }, edge) {
   const [west, south, east, north] = bounds.map((millionths) => millionths / 1e6);
-  const x = eastOfEdge(edge, west);
+  const isAroundTheWorld = east - west > kAroundTheWorld;
+  const x = isAroundTheWorld ? edge : eastOfEdge(edge, west);
   return { place, zone, bounds: {
     west: x - kHalfUnit, east: x + east - west + kHalfUnit,
     south: south - kHalfUnit, north: north + kHalfUnit,

@@ -38,6 +38,11 @@ export class Colouring {
     return classes;
   }
 
+  // Whether the value is not known anywhere along `tracks`.
+  hasGaps(tracks) {
+    return tracks.some((track) => this.classesOf(track).includes(kUnknown));
+  }
+
   // The texts at both ends of a legend: below which limit the first class is, and above which one
   // the last.
   legendTexts() {

@@ -9,9 +9,16 @@ export const kDash = "–";
 const formats = [0, 1, 2].map((digits) => new Intl.NumberFormat(
   "en", { minimumFractionDigits: digits, maximumFractionDigits: digits }));
 
+const scaleFormat = new Intl.NumberFormat("en", { maximumSignificantDigits: 6 });
+
 // With thousands separators and exactly `digits` decimals: 0, 1 or 2. Never "-0" for a zero.
 export function formatNumber(number, digits = 0) {
   return formats[digits].format(number + 0);
+}
+
+// With thousands separators, and no more digits than a number on a scale needs.
+export function scaleText(number) {
+  return scaleFormat.format(number);
 }
 
 export function isKnown(number) {

@@ -7,6 +7,7 @@ import { roundStep } from "./roundStep.js";
 import { units } from "./units.js";
 
 const kMinSpacing = 110; // pixels between meridians
+const kMinLabelSpacing = 60; // pixels, for "120° W" and a gap
 const kMaxStep = 30;     // degrees
 const kMinBar = 60;      // pixels
 
@@ -17,9 +18,13 @@ export function graticule(view) {
   const digits = Math.max(0, -Math.floor(Math.log10(step) + 1e-9));
   const meridians = [], parallels = [], labels = [];
   const west = view.fromPixelX(0), east = view.fromPixelX(view.width);
+  let lastLabel = -Infinity;
   for (let i = Math.ceil(west / step); i * step <= east; ++i) {
     const px = Math.round(view.toPixelX(i * step)) + 0.5;
     meridians.push(px);
+    if (px - lastLabel < kMinLabelSpacing)
+      continue;
+    lastLabel = px;
     labels.push({ text: longitudeText(i * step, digits), px: px + 4, py: view.height - 6 });
   }
   const south = Math.max(view.fromPixelY(view.height), -90);

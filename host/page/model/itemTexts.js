@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the page says about an item or the whole collection.
 
-import { dateText, dateTimeText, zoneText } from "./clock.js";
+import { dateText, dateTimeText, endTimeText, zoneText } from "./clock.js";
 import {
   formatNumber, isKnown, kilometresText, metresText, positionText,
   speedText,
@@ -38,9 +38,7 @@ export function timeSpanText({ first, last, zone, count, place }) {
 }
 
 function spanText(first, last, zone) {
-  const from = dateTimeText(first, zone), to = dateTimeText(last, zone);
-  const isSameDay = from.slice(0, 10) === to.slice(0, 10);
-  return `${from} – ${isSameDay ? to.slice(11) : to} ${zoneText(zone)}`;
+  return `${dateTimeText(first, zone)} – ${endTimeText(first, last, zone)} ${zoneText(zone)}`;
 }
 
 // The page's title: with the first and the last day of all tracks.

@@ -17,9 +17,10 @@ export function shortName(name) {
 
 // Chooses which labels to show, the first ones first, and where: to the right of their points, to
 // the left, above or below. `labels` have `name`, `x`, `latitude` and `font`; `measure(text, font)`
-// returns a text's width in pixels. Returns `{ label, text, left, middle }` for each label shown.
-export function placeLabels(labels, view, measure) {
-  const taken = [...cornersInUse(view),
+// returns a text's width in pixels; `obstacles` are boxes that labels avoid, as boxAround() makes
+// them. Returns `{ label, text, left, middle }` for each label shown.
+export function placeLabels(labels, view, measure, obstacles = []) {
+  const taken = [...cornersInUse(view), ...obstacles.slice(0, kMaxTries),
     ...labels.slice(0, kMaxTries).map((label) => dotBox(label, view))];
   const placed = [];
   let tries = 0;
@@ -40,7 +41,7 @@ export function placeLabels(labels, view, measure) {
   return placed;
 }
 
-function boxAround(px, py, dx, dy) {
+export function boxAround(px, py, dx, dy) {
   return { left: px - dx, right: px + dx, top: py - dy, bottom: py + dy };
 }
 

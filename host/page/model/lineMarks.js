@@ -2,6 +2,7 @@
 // Marks along a track on the map: distances from the start, and arrows for its direction.
 
 import { indexAtLeast } from "./axis.js";
+import { scaleText } from "./format.js";
 import { kEarthRadius, radians } from "./geodesy.js";
 import { roundStep } from "./roundStep.js";
 import { units } from "./units.js";
@@ -24,7 +25,7 @@ export function lineMarks(track, view) {
   for (let i = 1; i * step < length; ++i) {
     const distance = positionAt(track, i * step);
     if (isInView(distance, view))
-      marks.distances.push({ ...distance, i, name: `${roundOff(i * step / unit)} ${name}` });
+      marks.distances.push({ ...distance, i, name: `${scaleText(i * step / unit)} ${name}` });
   }
   marks.distances = thinOut(marks.distances);
   for (let metres = step / 2; metres < length; metres += step) {
@@ -41,11 +42,6 @@ function thinOut(distances) {
   const factor = distances.length > kMaxInView ? roundStep(distances.length / kMaxInView) : 1;
   return distances.filter(({ i }) => i % factor === 0)
     .map(({ x, latitude, name }) => ({ x, latitude, name }));
-}
-
-// Without the digits that a sum of tenths leaves.
-function roundOff(number) {
-  return Number(number.toPrecision(6));
 }
 
 function isInView({ x, latitude }, view) {

@@ -5,7 +5,7 @@
 // value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), and
 // a name shows its item on the map (`isName`).
 
-import { dateTimeText, zoneText } from "./clock.js";
+import { dateTimeText, endTimeText, zoneText } from "./clock.js";
 import {
   durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
   metresText,
@@ -48,7 +48,10 @@ const trackColumns = [
   nameColumn,
   textColumn("Where", "place"),
   timeColumn("From", (track) => track.first),
-  { title: "To", value: (track) => track.last, text: endText },
+  {
+    title: "To", value: (track) => track.last,
+    text: ({ first, last, zone }) => endTimeText(first, last, zone),
+  },
   { title: "Time zone", value: (track) => isKnown(track.first) ? zoneText(track.zone) : "" },
   numberColumn("Time span", timeSpan, durationText),
   numberColumn("Moving", (track) => track.moving, durationText),
@@ -76,13 +79,6 @@ const geocacheColumns = [
   textColumn("Hint", "hint", { isLong: true }),
   commentColumn,
 ];
-
-// Without the day, unless it is another one than that of the start.
-function endText({ first, last, zone }) {
-  const text = dateTimeText(last, zone);
-  return text.slice(0, 10) === dateTimeText(first, zone).slice(0, 10) ? text.slice(11) || text :
-    text;
-}
 
 function timeSpan(track) {
   return isKnown(track.first) ? track.last - track.first : null;

@@ -34,18 +34,26 @@ export class TrackCard {
 
   // Completes a card that comes into view.
   draw() {
-    this.figures_ = this.figures_ ?? trackFigures(this.track);
-    this.showFigures_();
+    this.prepare();
     this.chart.draw();
+  }
+
+  // Computes the figures. Also before the card comes into view, for those who search the page or
+  // listen to it.
+  prepare() {
+    if (this.figures_)
+      return;
+    this.figures_ = trackFigures(this.track);
+    this.showFigures_();
   }
 
   // Shows everything again, in other units or along another axis.
   redraw(axisName) {
+    const wasDrawn = this.chart.isDrawn;
     this.chart.reset(axisName);
-    if (this.figures_)
-      this.draw();
-    else
-      this.showFigures_();
+    this.showFigures_();
+    if (wasDrawn)
+      this.chart.draw();
   }
 
   // Shows the figures of the marked stretch, if it is one of this track.
@@ -58,16 +66,17 @@ export class TrackCard {
 
   showFigures_() {
     const { track, figures_: known } = this;
+    const laterText = (key, text) => known ? text(known[key]) : "…";
     const figures = [
       ["Length", kilometresText(track.kilometres)],
       ["Ascent", metresText(track.ascent)],
       ["Descent", metresText(track.descent)],
       ["Moving", durationText(track.moving)],
-      ["Average moving", speedText(known?.movingAverage ?? NaN)],
-      ["Average", speedText(known?.average ?? NaN)],
-      ["Top speed", speedText(known?.top ?? NaN)],
-      ["Highest", metresText(known?.highest ?? NaN)],
-      ["Lowest", metresText(known?.lowest ?? NaN)],
+      ["Average moving", laterText("movingAverage", speedText)],
+      ["Average", laterText("average", speedText)],
+      ["Top speed", laterText("top", speedText)],
+      ["Highest", laterText("highest", metresText)],
+      ["Lowest", laterText("lowest", metresText)],
     ];
     this.list_.replaceChildren(...figures.map(([name, text]) => element("div", {},
       element("dt", { textContent: name }), element("dd", { textContent: text }))));

@@ -16,6 +16,7 @@ export class TrackCards {
     this.list_ = byId("cards");
     this.list_.append(...this.cards.map((card) => card.element));
     this.drawChartsInView_();
+    this.prepareWhenIdle_(0);
     mark.onChange((item, index) => this.followMark_(item, index));
     stretch.onChange(() => {
       for (const card of this.cards)
@@ -77,6 +78,14 @@ export class TrackCards {
     card?.showReading(index);
   }
 
+  prepareWhenIdle_(next) {
+    if (next < this.cards.length)
+      whenIdle(() => {
+        this.cards[next].prepare();
+        this.prepareWhenIdle_(next + 1);
+      });
+  }
+
   drawChartsInView_() {
     const cardOf = new Map(this.cards.map((card) => [card.element, card]));
     const observer = new IntersectionObserver((entries) => {
@@ -87,6 +96,14 @@ export class TrackCards {
     for (const { element } of this.cards)
       observer.observe(element);
   }
+}
+
+// Not every browser knows when it is idle.
+function whenIdle(action) {
+  if (window.requestIdleCallback)
+    requestIdleCallback(action);
+  else
+    setTimeout(action, 50);
 }
 
 // Scrolls the list, but never the page.

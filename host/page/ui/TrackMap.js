@@ -3,7 +3,7 @@
 
 import { graticule, scaleBar } from "../model/graticule.js";
 import { itemAt } from "../model/hitTest.js";
-import { placeLabels } from "../model/labels.js";
+import { boxAround, placeLabels } from "../model/labels.js";
 import { mapLink } from "../model/mapLink.js";
 import { MapView } from "../model/MapView.js";
 import { byId, themeColour } from "./dom.js";
@@ -110,20 +110,20 @@ export class TrackMap {
     context.setTransform(ratio, 0, 0, ratio, 0, 0);
     this.colours_ = {
       paper: themeColour("--paper"), ink: themeColour("--ink"), soft: themeColour("--soft"),
-      grid: themeColour("--grid"), geocache: themeColour("--geocache"),
+      grid: themeColour("--graticule"), geocache: themeColour("--geocache"),
     };
     context.fillStyle = this.colours_.paper;
     context.fillRect(0, 0, view.width, view.height);
     context.lineJoin = context.lineCap = "round";
     drawLand(context, view, this.collection_.land, this.colours_.paper);
-    this.drawGraticule_();
+    const obstacles = this.drawGraticule_();
     const townLabels = this.drawTowns_();
     const { routes, waypoints, geocaches } = this.shownItems_();
     const routeLabels = this.drawRoutes_(routes);
     const tracks = this.painter_.draw(this.collection_.tracks.filter((track) => track.isShown));
     const pointLabels = this.drawPoints_(waypoints, geocaches);
     this.drawLabels_([...tracks.names, ...pointLabels, ...routeLabels, ...tracks.distances,
-      ...townLabels]);
+      ...townLabels], [...obstacles, ...tracks.ends]);
     this.showScaleBar_();
     byId("elsewhere").firstElementChild.href = mapLink(this.view);
     this.onDraw();
@@ -143,6 +143,7 @@ export class TrackMap {
     };
   }
 
+  // Returns the boxes of its labels.
   drawGraticule_() {
     const { context_: context, view } = this;
     const { meridians, parallels, labels } = graticule(view);
@@ -157,10 +158,23 @@ export class TrackMap {
     }
     this.stroke_(this.colours_.grid, 1);
     context.font = kFonts.graticule;
-    context.fillStyle = this.colours_.soft;
     context.textAlign = "left";
-    for (const { text, px, py } of labels)
-      context.fillText(text, px, py);
+    return labels.map(({ text, px, py }) => {
+      this.drawText_(text, px, py, this.colours_.soft);
+      const halfWidth = context.measureText(text).width / 2;
+      return boxAround(px + halfWidth, py - 4, halfWidth, 6);
+    });
+  }
+
+  // With an edge, so that it can be read on land, on the sea and on lines.
+  drawText_(text, left, base, colour) {
+    const { context_: context } = this;
+    context.setLineDash([]);
+    context.strokeStyle = this.colours_.paper;
+    context.lineWidth = 3.5;
+    context.strokeText(text, left, base);
+    context.fillStyle = colour;
+    context.fillText(text, left, base);
   }
 
   // Towns, for orientation. Their names come last, where there is room.
@@ -191,22 +205,17 @@ export class TrackMap {
       ({ name, x, latitude, colour: ink, font: kFonts.point }));
   }
 
-  drawLabels_(labels) {
+  drawLabels_(labels, obstacles) {
     const { context_: context } = this;
     const measure = (text, font) => {
       context.font = font;
       return context.measureText(text).width;
     };
-    const placed = placeLabels(labels, this.view, measure);
+    const placed = placeLabels(labels, this.view, measure, obstacles);
     context.textBaseline = "middle";
-    context.strokeStyle = this.colours_.paper;
-    context.lineWidth = 3.5;
-    context.setLineDash([]);
     for (const { label, text, left, middle } of placed) {
       context.font = label.font;
-      context.strokeText(text, left, middle);
-      context.fillStyle = label.colour;
-      context.fillText(text, left, middle);
+      this.drawText_(text, left, middle, label.colour);
     }
     context.textBaseline = "alphabetic";
   }

@@ -3,10 +3,14 @@
 // end, direction and distances.
 
 import { kClassCount, traceClasses } from "../model/colouring.js";
+import { boxAround } from "../model/labels.js";
 import { lineMarks } from "../model/lineMarks.js";
 import { trackColour, trackDash } from "../model/trackStyle.js";
 import { indicesBetween, traceLine, VisiblePoints } from "../model/visibleLines.js";
 import { themeColour } from "./dom.js";
+
+const kEndHalf = 4;          // pixels: half the side of the square
+const kUnknownDash = [1, 6]; // dots: no colour means that a value is not known
 
 const kMarkFont = "10px system-ui, sans-serif";
 const kNameFont = "600 12px system-ui, sans-serif";
@@ -27,22 +31,23 @@ export class TrackPainter {
     traceLine(line, this.visiblePoints_.of(line, this.view_), this.view_, this.context_);
   }
 
-  // Returns the labels: first the names, then the distances.
+  // Returns the labels, `names` and `distances`, and the boxes of the `ends`.
   draw(shownTracks) {
     const { highlighted } = this;
     this.paper_ = themeColour("--paper");
     const tracks = shownTracks.filter(({ count }) => count > 0);
     tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
     this.drawStretch_();
-    const distances = [], names = [];
+    const distances = [], names = [], ends = [];
     for (const track of tracks) {
       const colour = themeColour(trackColour(track));
       this.drawLine_(track, colour);
       distances.push(...this.drawMarks_(track, colour));
+      ends.push(this.drawEnds_(track, colour));
       const { name, x, latitude } = track;
       names.push({ name, x: x[0], latitude: latitude[0], colour, font: kNameFont });
     }
-    return { names, distances };
+    return { names, distances, ends };
   }
 
   drawLine_(track, colour) {
@@ -59,8 +64,9 @@ export class TrackPainter {
       classes: this.colouring.classesOf(track),
       penOf: (index) => paths[Math.min(index, kClassCount)],
     });
-    paths.forEach((path, i) =>
-      this.stroke_(themeColour(i < kClassCount ? `--class-${i}` : "--soft"), width, [], path));
+    paths.forEach((path, i) => i < kClassCount ?
+      this.stroke_(themeColour(`--class-${i}`), width, [], path) :
+      this.stroke_(themeColour("--soft"), width, kUnknownDash, path));
   }
 
   // Below the lines, and wider, so that the line's colour stays to be seen.
@@ -75,8 +81,7 @@ export class TrackPainter {
     this.stroke_(this.paper_, 9);
   }
 
-  // A disc at the start, a square at the end, arrows and distances between. On a small scale the
-  // disc is all there is to see of a track.
+  // Arrows and distances between the ends.
   drawMarks_(track, colour) {
     const { context_: context, view_: view } = this;
     const { distances, arrows } = lineMarks(track, view);
@@ -87,12 +92,19 @@ export class TrackPainter {
     this.stroke_(colour, 2);
     for (const { x, latitude } of distances)
       this.drawDisc_(x, latitude, 2.5, this.paper_, colour);
-    const last = track.count - 1;
-    context.beginPath();
-    context.rect(view.toPixelX(track.x[last]) - 4, view.toPixelY(track.latitude[last]) - 4, 8, 8);
-    this.fill_(colour, this.paper_);
-    this.drawDisc_(track.x[0], track.latitude[0], 4, colour, this.paper_);
     return distances.map((mark) => ({ ...mark, colour, font: kMarkFont }));
+  }
+
+  // A disc at the start, a square at the end. On a small scale the disc is all there is to see of a
+  // track. Returns the box of the end.
+  drawEnds_({ count, x, latitude }, colour) {
+    const { context_: context, view_: view } = this;
+    const last = count - 1, px = view.toPixelX(x[last]), py = view.toPixelY(latitude[last]);
+    context.beginPath();
+    context.rect(px - kEndHalf, py - kEndHalf, 2 * kEndHalf, 2 * kEndHalf);
+    this.fill_(colour, this.paper_);
+    this.drawDisc_(x[0], latitude[0], 4, colour, this.paper_);
+    return boxAround(px, py, kEndHalf, kEndHalf);
   }
 
   traceArrow_(px, py, angle) {

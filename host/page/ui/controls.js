@@ -32,8 +32,9 @@ export function showLayerSwitches({ routes, waypoints, geocaches }, onSwitch) {
   add("geocaches", "Geocaches", geocaches, "diamond");
 }
 
-// Shows the colours of `colouring` with the values at both ends; nothing if it is null.
-export function showLegend(colouring) {
+// Shows the colours of `colouring` with the values at both ends, and how a line without a value
+// looks if there is one in `tracks`. Shows nothing if `colouring` is null.
+export function showLegend(colouring, tracks) {
   byId("legend")?.remove();
   if (!colouring)
     return;
@@ -43,5 +44,8 @@ export function showLegend(colouring) {
     colour.style.background = `var(--class-${i})`;
     return colour;
   });
-  byId("switches").append(element("span", { id: "legend" }, low, ...colours, high));
+  const unknown = colouring.hasGaps(tracks) ?
+    [element("span", { className: "unknown", textContent: "not known" })] : [];
+  byId("colouring").append(
+    element("span", { id: "legend" }, low, ...colours, high, ...unknown));
 }
