@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/cli/Message.h"
+#include "host/words/Message.h"
 
 #include <gps/Error.h>
 

@@ -6,7 +6,7 @@
 #include "host/base/Table.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
-#include "host/cli/Explanation.h"
+#include "host/words/Explanation.h"
 
 #include <gps/GPSDeviceDescription.h>
 #include <platform/System/DeviceMonitor.h>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "host/cli/Message.h"
 #include "host/desktop/DeviceDisk.h"
+#include "host/words/Message.h"
 
 #include <vector>
 

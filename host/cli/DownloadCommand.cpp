@@ -7,7 +7,6 @@
 #include "host/base/HostError.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/DownloadJson.h"
-#include "host/cli/DownloadMessages.h"
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/InputFiles.h"
 #include "host/cli/ProgressLine.h"
@@ -16,6 +15,7 @@
 #include "host/transfer/ChoiceFilter.h"
 #include "host/transfer/Download.h"
 #include "host/watching/NewRecordFilter.h"
+#include "host/words/DownloadMessages.h"
 
 #include <algorithm>
 #include <filesystem>

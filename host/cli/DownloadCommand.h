@@ -7,11 +7,11 @@
 #include "host/bundle/PlugInBundle.h"
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Message.h"
 #include "host/cli/Options.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DownloadRequest.h"
 #include "host/watching/KnownRecords.h"
+#include "host/words/Message.h"
 
 #include <gps/GPSPlugInProtocol.h>
 

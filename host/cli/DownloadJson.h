@@ -5,9 +5,9 @@
 #pragma once
 
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Message.h"
 #include "host/cli/Summary.h"
 #include "host/transfer/DownloadReport.h"
+#include "host/words/Message.h"
 
 #include <string>
 #include <vector>

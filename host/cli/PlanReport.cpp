@@ -7,11 +7,11 @@
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
-#include "host/cli/AccountText.h"
 #include "host/cli/EarlyStop.h"
-#include "host/cli/RecordCountText.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
+#include "host/words/AccountText.h"
+#include "host/words/RecordCountText.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/Paths.h>

@@ -7,12 +7,7 @@
 #include "host/cli/Options.h"
 #include "host/transfer/TransferProgress.h"
 
-#include <string>
-
 namespace host {
-
-/// One line without a line end, short enough for 80 columns.
-[[nodiscard]] std::string progressText(const TransferProgress& progress);
 
 /// Whether to show a progress line: the user wants neither quiet nor the log, and standard error is
 /// a terminal that can print over a line.

@@ -5,8 +5,8 @@
 #pragma once
 
 #include "host/base/JsonDocument.h"
-#include "host/cli/Message.h"
 #include "host/transfer/RecordCounts.h"
+#include "host/words/Message.h"
 
 #include <gps/Error.h>
 #include <gps/GPSOutputReceiver.h>

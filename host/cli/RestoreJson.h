@@ -5,8 +5,8 @@
 #pragma once
 
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Message.h"
 #include "host/transfer/DeviceRestore.h"
+#include "host/words/Message.h"
 
 #include <string>
 #include <vector>

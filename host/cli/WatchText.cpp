@@ -6,8 +6,8 @@
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
-#include "host/cli/DownloadMessages.h"
-#include "host/cli/RecordCountText.h"
+#include "host/words/DownloadMessages.h"
+#include "host/words/RecordCountText.h"
 
 #include <fmt/format.h>
 

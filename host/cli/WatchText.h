@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "host/cli/Message.h"
 #include "host/watching/WatchEvent.h"
+#include "host/words/Message.h"
 
 #include <optional>
 #include <string>

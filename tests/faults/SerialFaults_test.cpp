@@ -3,8 +3,8 @@
 // session. A download either ends as a success with the whole file, or as a failure that keeps the
 // older file and says what is wrong.
 
-#include "host/cli/DownloadMessages.h"
 #include "host/transfer/Download.h"
+#include "host/words/DownloadMessages.h"
 #include "plugin/serialdevice/SimulatedSession.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/RecordCountText.h"
+#include "host/words/RecordCountText.h"
 
 #include <gtest/gtest.h>
 

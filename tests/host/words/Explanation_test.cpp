@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What `devices --explain` prints for searches of a fake driver.
 
-#include "host/cli/Explanation.h"
+#include "host/words/Explanation.h"
 
 #include "host/FakeDriver.h"
 #include "support/AsNobody.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/DownloadMessages.h"
+#include "host/words/DownloadMessages.h"
 
 #include "host/DriverReports.h"
 #include "host/bundle/SerialPort.h"

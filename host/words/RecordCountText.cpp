@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Kinds appear in the order in which a download delivers them.
 
-#include "host/cli/RecordCountText.h"
+#include "host/words/RecordCountText.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 // What a driver reports about its search, plus one thing that the host checks itself: whether the
 // user may open a port.
 
-#include "host/cli/Explanation.h"
+#include "host/words/Explanation.h"
 
 #include "host/base/JsonDocument.h"
 #include "host/base/Sentences.h"
@@ -10,7 +10,6 @@
 #include "host/bundle/DeviceChoice.h"
 #include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
-#include "host/cli/Console.h"
 
 #include <gps/GPSDeviceSearch.h>
 

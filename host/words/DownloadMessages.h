@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "host/cli/Message.h"
 #include "host/transfer/DownloadReport.h"
+#include "host/words/Message.h"
 
 #include <string>
 #include <vector>

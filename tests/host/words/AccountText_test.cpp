@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/AccountText.h"
+#include "host/words/AccountText.h"
 
 #include <gmock/gmock.h>
 

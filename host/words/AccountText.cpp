@@ -2,7 +2,7 @@
 // Kinds, commands and reasons are turned into words by small tables. Lists of line numbers are cut
 // after kMostNumbers, so that a message stays a line.
 
-#include "host/cli/AccountText.h"
+#include "host/words/AccountText.h"
 
 #include <fmt/format.h>
 

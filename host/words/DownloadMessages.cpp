@@ -2,13 +2,13 @@
 // The order of messages follows the order in which things happened: what the driver reported, what
 // did not arrive, which files could not be read, what was damaged, the log, the serial port.
 
-#include "host/cli/DownloadMessages.h"
+#include "host/words/DownloadMessages.h"
 
 #include "host/base/Sentences.h"
 #include "host/bundle/SerialPort.h"
-#include "host/cli/AccountText.h"
-#include "host/cli/RecordCountText.h"
 #include "host/points/Points.h"
+#include "host/words/AccountText.h"
+#include "host/words/RecordCountText.h"
 
 #include <fmt/format.h>
 

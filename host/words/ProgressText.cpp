@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// Rates are left out until something has been counted.
+
+#include "host/words/ProgressText.h"
+
+#include "host/base/Text.h"
+#include "host/bundle/SerialPort.h"
+#include "host/operations/Operation.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+namespace host {
+namespace {
+
+constexpr std::size_t kMostOfName = 30; // characters of a file's name
+
+std::uint64_t perSecond(std::uint64_t count, std::chrono::milliseconds time)
+{
+    constexpr std::chrono::milliseconds::rep kShortest = 1;
+    return count * 1000 / static_cast<std::uint64_t>(std::max(time.count(), kShortest));
+}
+
+std::string byteText(std::uint64_t count)
+{
+    if (count < 1000)
+        return fmt::format("{} bytes", count);
+    const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
+    return fmt::format("{}.{} {}", count / unit, count / (unit / 10) % 10,
+                       unit == 1000 ? "kB" : "MB");
+}
+
+// "1.2 MB of 5.4 MB, 22 %"
+std::string shareText(const TransferProgress& progress)
+{
+    const auto percent = progress.bytes * 100 / progress.totalBytes;
+    return fmt::format("{} of {}, {} %", byteText(progress.bytes), byteText(progress.totalBytes),
+                       percent);
+}
+
+std::string phaseText(const TransferProgress& progress)
+{
+    switch (progress.phase) {
+    case TransferPhase::kReadingFile:
+        return "reading " + displayText(progress.location, kMostOfName);
+    case TransferPhase::kReading:
+        return "reading";
+    case TransferPhase::kWaitingForPort:
+        return fmt::format("another program uses {}: trying again for {} s", progress.location,
+                           kPortPatience.count());
+    case TransferPhase::kLookingForReceiver:
+        return "looking for a receiver at " + progress.location;
+    case TransferPhase::kTransferring:
+        return progress.kind ? std::string{kindName(*progress.kind)} : "transferring";
+    case TransferPhase::kWaitingForReceiver:
+        return "waiting for the receiver";
+    case TransferPhase::kReadingDevice:
+        return "reading the device";
+    case TransferPhase::kBackingUp:
+        return "making a backup";
+    case TransferPhase::kSending:
+        return "sending";
+    case TransferPhase::kReadingBack:
+        return "reading back";
+    case TransferPhase::kRestoring:
+        return "restoring";
+    case TransferPhase::kFinished:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+std::string progressText(const TransferProgress& progress)
+{
+    const auto phase = phaseText(progress);
+    if (progress.totalBytes > 0)
+        return phase + ": " + shareText(progress);
+    const auto count = progress.records;
+    const auto records = fmt::format("{} {}", count, count == 1 ? "record" : "records");
+    const auto& traffic = progress.traffic;
+    const auto bytes = traffic.bytesRead + traffic.bytesWritten;
+    if (traffic.bitsPerSecond == 0)
+        return count == 0 ? phase
+                          : fmt::format("{}: {}, {} records/s", phase, records,
+                                        perSecond(count, progress.elapsed));
+    if (count == 0)
+        return fmt::format("{}: {} s, {} at {} bit/s", phase, progress.elapsed.count() / 1000,
+                           byteText(bytes), traffic.bitsPerSecond);
+    return fmt::format("{}: {}, {}; {} sentences/s, {} bytes/s at {} bit/s", phase, records,
+                       byteText(bytes), perSecond(traffic.linesRead, progress.elapsed),
+                       perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
+}
+
+} // namespace host
