@@ -181,6 +181,7 @@ std::string_view problemOf(SentFile::Result result)
     case SentFile::Result::kLost: // these two have messages of their own
     case SentFile::Result::kWritten:
     case SentFile::Result::kRenamed:
+    case SentFile::Result::kAlsoChanged:
     case SentFile::Result::kBlocked:
     case SentFile::Result::kNothingToWrite:
         break;
@@ -230,7 +231,8 @@ void addLosses(const SendReport& report, std::vector<std::string>& sentences)
 
 bool isWritten(const SentFile& file)
 {
-    return file.result == SentFile::Result::kWritten || file.result == SentFile::Result::kRenamed;
+    return file.result == SentFile::Result::kWritten || file.result == SentFile::Result::kRenamed ||
+           file.result == SentFile::Result::kAlsoChanged;
 }
 
 bool isOld(const SentFile& file)
@@ -388,11 +390,15 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     return sentences;
 }
 
-std::vector<std::string> renamingNotes(const SendReport& report, const PreparedSend& send)
+std::vector<std::string> writingNotes(const SendReport& report, const PreparedSend& send)
 {
     std::vector<std::string> sentences;
     std::size_t renamed = 0;
     for (const auto& file : report.files) {
+        if (file.result == SentFile::Result::kAlsoChanged)
+            sentences.push_back(fmt::format("Another program has changed {} during the send. It "
+                                            "holds what was sent, and what was there.",
+                                            relativeTo(send.device.location, file.path)));
         if (file.result != SentFile::Result::kRenamed || ++renamed > kMostRecords)
             continue;
         sentences.push_back(fmt::format("A track was written to {}, not to {} as planned.",

@@ -23,9 +23,10 @@ namespace host {
 [[nodiscard]] std::vector<std::string> sendErrors(const SendReport& report,
                                                   const PreparedSend& send);
 
-/// The tracks that the driver has written under other names than planned.
-[[nodiscard]] std::vector<std::string> renamingNotes(const SendReport& report,
-                                                     const PreparedSend& send);
+/// The files that are not as planned and yet hold what was sent: tracks under other names, and
+/// files that another program has changed, too.
+[[nodiscard]] std::vector<std::string> writingNotes(const SendReport& report,
+                                                    const PreparedSend& send);
 
 /// "2 waypoints, 1 geocache"; "no records" for none.
 [[nodiscard]] std::string dataSummary(const gps::Dictionary& data);

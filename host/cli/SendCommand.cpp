@@ -24,6 +24,7 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -104,12 +105,15 @@ std::optional<BackupPolicy> backupFor(const SendOptions& options)
     return BackupPolicy{.folder = folder.value_or(""), .count = options.mostBackups};
 }
 
+// Reads what is to be sent, as the files are now.
+using DataReader = std::function<std::optional<gps::Error>(std::optional<gps::Dictionary>& data)>;
+
 class SendCommand {
 public:
     SendCommand(const SendOptions& options, const Console& console, StopSignals& stop,
-                DeviceDisk& disk)
+                DeviceDisk& disk, DataReader readData)
         : options_(options), console_(console), stop_(stop), disk_(disk),
-          progress_(canShowProgress(options, options.events))
+          readData_(std::move(readData)), progress_(canShowProgress(options, options.events))
     {}
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request,
@@ -118,6 +122,8 @@ public:
 private:
     void showPlan(const PreparedSend& send);
     [[nodiscard]] SendReport perform(PreparedSend& send);
+    [[nodiscard]] bool planAgain(PreparedSend& send, SendReport& report);
+    void showBackup(const SendReport& report);
     void showReport(const PreparedSend& send, const SendReport& report);
     [[nodiscard]] ExitStatus finish(const PreparedSend& send, const SendReport& report);
     [[nodiscard]] ExitStatus status() const;
@@ -130,6 +136,7 @@ private:
     const Console& console_;
     StopSignals& stop_; // ends the program until anything may be written
     DeviceDisk& disk_;
+    DataReader readData_;
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
     EventLines eventLines_{standardOutput_};
@@ -180,7 +187,10 @@ void SendCommand::showPlan(const PreparedSend& send)
 SendReport SendCommand::perform(PreparedSend& send)
 {
     send.request.stopRequested = [this] { return stop_.stopRequested(); };
+    constexpr int kMostPlans = 3; // another program may not come to an end
     auto report = performSend(send);
+    for (int plans = 1; plans < kMostPlans && planAgain(send, report); ++plans)
+        report = performSend(send);
     if (report.wasStopped)
         signal_ = stop_.signal();
     if (options_.events && report.wasRun())
@@ -189,7 +199,26 @@ SendReport SendCommand::perform(PreparedSend& send)
     return report;
 }
 
-void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
+// The data of the first plan is fitted to what the device held then, so it is read again.
+bool SendCommand::planAgain(PreparedSend& send, SendReport& report)
+{
+    if (!report.isOutdated || stop_.stopRequested())
+        return false;
+    auto device = send.device;
+    auto request = send.request;
+    if (auto failure = readData_(request.data)) {
+        report.obstacle = std::move(failure);
+        return false;
+    }
+    showBackup(report);
+    note("Another program has changed the device since it was read. The send is planned again:");
+    send = {}; // a second lock of the device would find the first one
+    send = prepareSend(std::move(device), std::move(request));
+    showPlan(send);
+    return true;
+}
+
+void SendCommand::showBackup(const SendReport& report)
 {
     for (const auto& path : report.notBackedUp)
         note("Not in the backup, because it is neither a file nor a folder: " + path);
@@ -197,7 +226,12 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
         note("The device's files are kept in the backup " + report.backup->path);
     for (const auto& name : report.deletedBackups)
         note("An older backup was deleted, because enough newer ones are kept: " + name);
-    for (const auto& sentence : renamingNotes(report, send))
+}
+
+void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
+{
+    showBackup(report);
+    for (const auto& sentence : writingNotes(report, send))
         note(sentence);
     showErrors(sendErrors(report, send));
     const bool isComplete = report.isComplete();
@@ -285,8 +319,12 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
         return refuse(options, *failure, ExitStatus::kNothingToWorkOn, stop, console);
     if (disk.hasMounted())
         stop.requestOnly(); // it must be unmounted at every end
-    return SendCommand{options, console, stop, disk}.run(std::move(device), std::move(request),
-                                                         skipped);
+    const DataReader readAgain = [&](std::optional<gps::Dictionary>& data) {
+        SkippedWaypoints known;
+        return readFiles(options, plugIn.drivers, data, known);
+    };
+    return SendCommand{options, console, stop, disk, readAgain}.run(std::move(device),
+                                                                    std::move(request), skipped);
 }
 
 } // namespace host

@@ -19,9 +19,9 @@ namespace {
 constexpr std::size_t kMostEntries = 1000;
 
 constexpr std::array<std::string_view, 3> kActions{"create", "merge", "skip"};
-constexpr std::array<std::string_view, 9> kResults{"written",    "renamed",   "missing",
-                                                   "unreadable", "different", "put back",
-                                                   "lost",       "blocked",   "nothing to write"};
+constexpr std::array<std::string_view, 10> kResults{
+    "written",   "renamed",  "also changed", "missing", "unreadable",
+    "different", "put back", "lost",         "blocked", "nothing to write"};
 
 // A list of JSON objects. What does not fit is counted.
 template <typename List, typename Convert>

@@ -35,6 +35,32 @@ std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
     return std::nullopt;
 }
 
+// A device without an identifier is known by its volume.
+bool isSameDevice(const PreparedSend& send, const DeviceState& now)
+{
+    const auto& before = send.snapshot->identifier();
+    return send.files->deviceIdentifier() == before && (before || now.isOfSameVolume(send.state));
+}
+
+// Before anything is written, the device is compared with the one that the plan is for. What
+// another program changes later, the driver merges into, and check() recognises.
+void lookAgain(const PreparedSend& send, SendReport& report)
+{
+    if (!send.isPlanned() || report.obstacle || report.backupError)
+        return;
+    const auto& location = send.device.location;
+    const auto now = DeviceState::of(location, send.snapshot->dataFolders());
+    if (!isSameDevice(send, now)) {
+        report.obstacle = hostError("The receiver that was read is no longer here, or another one "
+                                    "has taken its place",
+                                    "Check which one is connected, and send again", location);
+    } else if (now != send.state) {
+        report.obstacle = hostError("Another program has changed the device since it was read",
+                                    "Let it finish, and send again", location);
+        report.isOutdated = true;
+    }
+}
+
 bool isStopRequested(const PreparedSend& send)
 {
     return send.request.stopRequested && send.request.stopRequested();
@@ -135,6 +161,9 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTrack
     renamed.find(send.plan, report.files);
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         const auto& planned = send.plan.files[i];
+        if (report.files[i].result == SentFile::Result::kDifferent &&
+            holdsPlannedRecords(planned, *send.files))
+            report.files[i].result = SentFile::Result::kAlsoChanged;
         const auto* const before = findFile(*send.snapshot, planned.path);
         if (before != nullptr && !wasRead(report, planned.path))
             putBackIfLost(*before, planned, *send.files, report.files[i]);
@@ -171,6 +200,7 @@ bool SendReport::isComplete() const noexcept
     const auto isGood = [](const SentFile& file) {
         return file.result == SentFile::Result::kWritten ||
                file.result == SentFile::Result::kRenamed ||
+               file.result == SentFile::Result::kAlsoChanged ||
                file.result == SentFile::Result::kNothingToWrite;
     };
     return wasRun() && !wasStopped && errors.empty() && moreErrors == 0 && missingKinds.empty() &&
@@ -183,9 +213,12 @@ SendReport performSend(const PreparedSend& send)
     ProgressTracker progress{send.request.progress};
     report.obstacle = send.obstacle;
     if (!report.obstacle && send.request.backup && plannedWrites(send.plan) > 0) {
+        lookAgain(send, report); // a plan can wait for its reader
         progress.begin(TransferPhase::kBackingUp);
-        report.backupError = backUp(send, report);
+        if (!report.obstacle)
+            report.backupError = backUp(send, report);
     }
+    lookAgain(send, report); // a backup can take minutes
     if (!report.obstacle && isStopRequested(send)) {
         report.wasStopped = report.wasStoppedEarly = true;
         report.backupError.reset(); // a backup that was stopped

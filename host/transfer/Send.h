@@ -19,8 +19,10 @@ namespace host {
 
 /// What a send did.
 struct SendReport {
-    /// Why nothing may be sent: see PreparedSend. Nothing was sent then, and the rest is empty.
+    /// Why nothing may be sent: see PreparedSend; or the device is another one, or has changed,
+    /// since it was read. Nothing was sent then, and the rest is empty, but perhaps for the backup.
     std::optional<gps::Error> obstacle{};
+    bool isOutdated = false; ///< the obstacle is such a change, so a new plan can be performed
 
     /// Why no backup could be made. Nothing was sent then, and the rest is empty.
     std::optional<gps::Error> backupError{};
@@ -55,7 +57,8 @@ struct SendReport {
     [[nodiscard]] bool isComplete() const noexcept;
 };
 
-/// Performs a send. If a backup was requested and cannot be made, nothing is sent.
+/// Performs a send. If a backup was requested and cannot be made, nothing is sent. Neither is
+/// anything sent to a device that another program has changed since the plan was made.
 [[nodiscard]] SendReport performSend(const PreparedSend& send);
 
 } // namespace host

@@ -4,6 +4,7 @@
 
 #include "host/transfer/SendCheck.h"
 
+#include "host/base/JsonText.h"
 #include "host/files/Files.h"
 #include "host/fitting/RecordList.h"
 
@@ -17,6 +18,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace host {
@@ -85,7 +87,35 @@ std::size_t lostRecords(std::string_view before, std::string_view present,
     return lost;
 }
 
+// A record as a text to compare. Routes are numbered anew by each merge.
+std::string textOf(std::string_view key, const gps::Dictionary& record)
+{
+    auto content = record;
+    if (key == "route")
+        content.remove("number");
+    std::string text{key};
+    appendJson(text, content);
+    return text;
+}
+
 } // namespace
+
+bool holdsPlannedRecords(const gps::PlannedFile& planned, const gps::GPSFileDevice& device)
+{
+    std::string present;
+    if (gps::FileManager{}.readFile(planned.path, present))
+        return false;
+    std::unordered_set<std::string> found;
+    device.visitRecordsIn(planned.path, present, [&](std::string_view key, const auto& record) {
+        found.insert(textOf(key, record));
+    });
+    bool isMissing = false;
+    device.visitRecordsIn(planned.path, planned.content,
+                          [&](std::string_view key, const auto& record) {
+                              isMissing = isMissing || !found.contains(textOf(key, record));
+                          });
+    return !isMissing;
+}
 
 void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planned,
                    const gps::GPSFileDevice& device, SentFile& file)
@@ -118,6 +148,7 @@ bool isAsBefore(const SentFile& file, const gps::DeviceFile* before)
                present == before->content;
     case Result::kWritten:
     case Result::kRenamed:
+    case Result::kAlsoChanged:
     case Result::kUnreadable:
     case Result::kLost:
         break;

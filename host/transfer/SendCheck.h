@@ -20,6 +20,7 @@ struct SentFile {
     enum class Result {
         kWritten,        ///< holds exactly what was planned
         kRenamed,        ///< what was planned is in another new file: see RenamedTracks
+        kAlsoChanged,    ///< holds all planned records, and what another program changed meanwhile
         kMissing,        ///< does not exist
         kUnreadable,     ///< cannot be read, so it may hold anything of these
         kDifferent,      ///< holds something else
@@ -45,6 +46,11 @@ struct SentFile {
 ///                 known: the medium was pulled out
 [[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan,
                                                const std::vector<std::string>& folders);
+
+/// Whether a file that differs from the plan holds all planned records, those of the device among
+/// them. Then another program has changed it during the send, and nothing is lost.
+[[nodiscard]] bool holdsPlannedRecords(const gps::PlannedFile& planned,
+                                       const gps::GPSFileDevice& device);
 
 /// Puts a file back as it was before the send if it has lost records that the plan kept. A driver
 /// that cannot read a file merges from nothing, and replaces it all the same.

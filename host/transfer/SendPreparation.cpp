@@ -93,6 +93,8 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
     progress.begin(TransferPhase::kReadingDevice);
     // Before the device is read, so that the plan is still true when it is carried out.
     lock(send);
+    if (!send.request.isDryRun)
+        send.state = DeviceState::of(send.device.location, send.files->dataFolders());
     send.snapshot = send.files->takeSnapshot();
     if (send.snapshot) {
         if (send.lock && send.lock->isOfAny(send.snapshot->dataFolders()))

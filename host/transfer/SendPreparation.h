@@ -11,6 +11,7 @@
 #include "host/fitting/NameFitting.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/operations/Operation.h"
+#include "host/transfer/DeviceState.h"
 #include "host/transfer/RecordCounts.h"
 #include "host/transfer/TransferProgress.h"
 
@@ -64,9 +65,9 @@ struct SendRequest {
 
 /// A send that is ready to be performed.
 struct PreparedSend {
-    ChosenDevice device;
-    SendRequest request;  ///< its data fitted to the device
-    bool canSend = false; ///< whether the driver is able to send anything
+    ChosenDevice device{};
+    SendRequest request{}; ///< its data fitted to the device
+    bool canSend = false;  ///< whether the driver is able to send anything
 
     /// The driver's view of the device's files; null if the driver has none. There is no plan, no
     /// backup and no check of the result then. Owned by the driver.
@@ -74,14 +75,15 @@ struct PreparedSend {
 
     /// The device before the send. Null if there is nothing to plan.
     std::unique_ptr<gps::DeviceSnapshot> snapshot{};
+    DeviceState state{}; ///< of the device just before the snapshot; not looked at for a dry run
     gps::SendPlan plan{};
 
     /// Why nothing may be sent: another program is writing to the device, or something on it could
     /// not be read, which the send would then replace.
     std::optional<gps::Error> obstacle{};
 
-    /// Held from before the device is read until this object ends, so that no other program can
-    /// change what the plan is based on. Empty for a dry run.
+    /// Held from before the device is read until this object ends, so that no other run of this
+    /// program can change what the plan is based on. Empty for a dry run.
     std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
     std::vector<SegmentedTrack> segmentedTracks{};

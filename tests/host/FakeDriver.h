@@ -120,7 +120,7 @@ struct FakeFileDriver : FakeDriver, gps::GPSFileDevice {
         explicit Snapshot(const FakeFileDriver& owner) : driver(owner) {}
         const std::vector<gps::DeviceFile>& files() const override { return driver.files; }
         const std::vector<gps::Error>& failures() const override { return driver.failures; }
-        const std::optional<std::string>& identifier() const override { return driver.identifier; }
+        const std::optional<std::string>& identifier() const override { return identifierThen; }
         std::vector<std::string> dataFolders() const override { return driver.folders; }
         void visitChosenRecords(const gps::RecordFilter& isChosen,
                                 const gps::RecordVisitor& visit) const override
@@ -138,6 +138,7 @@ struct FakeFileDriver : FakeDriver, gps::GPSFileDevice {
         }
 
         const FakeFileDriver& driver;
+        const std::optional<std::string> identifierThen = driver.identifier;
     };
 
     std::optional<std::string> deviceIdentifier() const override { return identifier; }

@@ -79,6 +79,15 @@ public:
         return printed_;
     }
 
+    /// Reads until it closes its output. @return  everything it has printed
+    const std::string& readToEnd()
+    {
+        std::array<char, 4096> piece{};
+        for (ssize_t count = 0; (count = ::read(out_, piece.data(), piece.size())) > 0;)
+            printed_.append(piece.data(), static_cast<std::size_t>(count));
+        return printed_;
+    }
+
     /// Whether it is still running.
     [[nodiscard]] bool runs()
     {

@@ -255,7 +255,7 @@ TEST(PlanReport, TrackUnderAnotherNameIsNamedAndIsNotAnError)
     host::SendReport report;
     report.files = {{"/dev/T/a", Result::kWritten}, renamedTrack("/dev/T/b", "/dev/T/c")};
     EXPECT_THAT(host::sendErrors(report, plannedSend()), IsEmpty());
-    EXPECT_THAT(host::renamingNotes(report, plannedSend()),
+    EXPECT_THAT(host::writingNotes(report, plannedSend()),
                 ElementsAre("A track was written to T/c, not to T/b as planned."));
     report.wasStopped = true;
     EXPECT_THAT(
@@ -263,13 +263,23 @@ TEST(PlanReport, TrackUnderAnotherNameIsNamedAndIsNotAnError)
         ElementsAre("The send was stopped. Send again to write the rest.", "Written: T/a, T/c."));
 }
 
+TEST(PlanReport, FileThatAnotherProgramHasChangedTooIsNamedAndIsNotAnError)
+{
+    host::SendReport report;
+    report.files = {{"/dev/W/a", Result::kAlsoChanged}};
+    EXPECT_THAT(host::sendErrors(report, plannedSend()), IsEmpty());
+    EXPECT_THAT(host::writingNotes(report, plannedSend()),
+                ElementsAre("Another program has changed W/a during the send. It holds what was "
+                            "sent, and what was there."));
+}
+
 TEST(PlanReport, OnlyTenRenamedTracksAreNamed)
 {
     host::SendReport report;
     report.files.assign(10, renamedTrack("/dev/a", "/dev/b"));
-    EXPECT_THAT(host::renamingNotes(report, plannedSend()), testing::SizeIs(10));
+    EXPECT_THAT(host::writingNotes(report, plannedSend()), testing::SizeIs(10));
     report.files.push_back(renamedTrack("/dev/a", "/dev/b"));
-    const auto notes = host::renamingNotes(report, plannedSend());
+    const auto notes = host::writingNotes(report, plannedSend());
     EXPECT_THAT(notes, testing::SizeIs(11));
     EXPECT_EQ(notes.back(), "Written under other names than planned: 1 more.");
 }

@@ -45,8 +45,8 @@ protected:
         driver_->setLocations({folder_.makeFolder("device")});
         driver_->folders = {folder_.makeFolder("device/Points")};
         driver_->plan = [this](const gps::Dictionary&) { return plan_; };
-        driver_->decode = [](std::string_view, std::string_view) -> gps::Dictionary {
-            return {{"waypoint", gps::Array{waypointAt(46.5)}}};
+        driver_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+            return {{"waypoint", gps::Array{waypointAt(content == "new" ? 46.5 : 1)}}};
         };
         planFile(Action::kCreate);
     }
@@ -212,6 +212,57 @@ TEST_F(SendCommand, FileWithAnotherContentIsAFailure)
 {
     EXPECT_EQ(send([this] { folder_.put("device/Points/p", "ne"); }), ExitStatus::kFailed);
     EXPECT_THAT(err_, HasSubstr("does not hold what was sent"));
+}
+
+TEST_F(SendCommand, ChangeByAnotherProgramIsPlannedAgain)
+{
+    int plans = 0;
+    driver_->plan = [&](const gps::Dictionary&) {
+        if (++plans == 1)
+            folder_.put("device/Points/other", "of another program");
+        return plan_;
+    };
+    EXPECT_EQ(send([this] { write(); }), ExitStatus::kSuccess);
+    EXPECT_EQ(plans, 2);
+    EXPECT_EQ(out_, "create: Points/p\ncreate: Points/p\nsent: 1 waypoint; 1 file written and read "
+                    "back\n");
+    EXPECT_THAT(err_, testing::StartsWith("note: Another program has changed the device since it "
+                                          "was read. The send is planned again:\n"));
+}
+
+TEST_F(SendCommand, NothingIsSentToADeviceThatChangesThreeTimes)
+{
+    for (const int changes : {2, 3}) {
+        int plans = 0;
+        driver_->plan = [&](const gps::Dictionary&) {
+            if (++plans <= changes)
+                folder_.put("device/Points/other" + std::to_string(plans), "new");
+            return plan_;
+        };
+        std::filesystem::remove(folder_.path("device/Points/other1"));
+        std::filesystem::remove(folder_.path("device/Points/other2"));
+        sends_ = 0;
+        EXPECT_EQ(send([this] { write(); }),
+                  changes == 2 ? ExitStatus::kSuccess : ExitStatus::kFailed);
+        EXPECT_EQ(plans, 3);
+        EXPECT_EQ(sends_, changes == 2 ? 1 : 0);
+    }
+    EXPECT_THAT(err_,
+                testing::EndsWith("Let it finish, and send again. Path: " + folder_.path("device") +
+                                  "\nmagellangps: Nothing was sent.\n"));
+}
+
+TEST_F(SendCommand, DataThatCannotBeReadAgainIsNotSent)
+{
+    driver_->plan = [this](const gps::Dictionary&) {
+        folder_.put("device/Points/other", "of another program");
+        std::filesystem::remove(folder_.path("d.json"));
+        return plan_;
+    };
+    EXPECT_EQ(send([] {}), ExitStatus::kFailed);
+    EXPECT_EQ(sends_, 0);
+    EXPECT_THAT(err_, HasSubstr("There is no such file"));
+    EXPECT_THAT(err_, testing::EndsWith("Nothing was sent.\n"));
 }
 
 TEST_F(SendCommand, LoggedErrorIsShownOnceAndAFailure)

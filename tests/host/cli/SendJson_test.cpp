@@ -97,15 +97,11 @@ TEST_F(SendJson, EveryResultHasItsWord)
 {
     send_.plan.files = {{"/dev/a", Action::kMerge, "x", {}, "tracks"}};
     const std::vector<std::pair<Result, const char*>> words{
-        {Result::kWritten, "written"},
-        {Result::kRenamed, "renamed"},
-        {Result::kMissing, "missing"},
-        {Result::kUnreadable, "unreadable"},
-        {Result::kDifferent, "different"},
-        {Result::kPutBack, "put back"},
-        {Result::kLost, "lost"},
-        {Result::kBlocked, "blocked"},
-        {Result::kNothingToWrite, "nothing to write"}};
+        {Result::kWritten, "written"},          {Result::kRenamed, "renamed"},
+        {Result::kAlsoChanged, "also changed"}, {Result::kMissing, "missing"},
+        {Result::kUnreadable, "unreadable"},    {Result::kDifferent, "different"},
+        {Result::kPutBack, "put back"},         {Result::kLost, "lost"},
+        {Result::kBlocked, "blocked"},          {Result::kNothingToWrite, "nothing to write"}};
     for (const auto& [result, word] : words) {
         report_.files = {{"/dev/a", result}};
         EXPECT_EQ(document()["files"][0]["result"], word);

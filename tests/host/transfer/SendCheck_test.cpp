@@ -125,6 +125,37 @@ protected:
     std::optional<gps::Error> beforeError_;
 };
 
+TEST_F(LostRecords, FileThatHoldsAllPlannedRecordsHasOnlyBeenChangedByAnother)
+{
+    const gps::PlannedFile planned{path_, Action::kMerge, "A\nB\nC\n", {}};
+    const auto holds = [&](const char* content) {
+        folder_.put("file", content);
+        return host::holdsPlannedRecords(planned, driver_);
+    };
+    EXPECT_TRUE(holds("A\nB\nC\n"));
+    EXPECT_TRUE(holds("other\nC\nB\nA\n"));
+    EXPECT_FALSE(holds("A\nB\nother\n")) << "without the one that was sent";
+    EXPECT_FALSE(holds("B\nC\nother\n")) << "without one of the device";
+    EXPECT_FALSE(holds(""));
+    std::filesystem::remove(path_);
+    EXPECT_FALSE(host::holdsPlannedRecords(planned, driver_));
+}
+
+TEST(HoldsPlannedRecords, NumbersOfRoutesDoNotCountAndTheirPointsDo)
+{
+    const support::TemporaryFolder folder;
+    support::FakeFileDriver driver;
+    driver.decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+        gps::Dictionary route{{"name", "R"}, {"number", content == "second" ? 2 : 1}};
+        route.set("points", gps::Array{gps::Dictionary{{"name", content == "other" ? "Q" : "P"}}});
+        return {{"route", gps::Array{route}}};
+    };
+    const gps::PlannedFile planned{folder.put("r.rte", "second"), Action::kMerge, "first", {}};
+    EXPECT_TRUE(host::holdsPlannedRecords(planned, driver));
+    folder.put("r.rte", "other");
+    EXPECT_FALSE(host::holdsPlannedRecords(planned, driver));
+}
+
 TEST_F(LostRecords, FileThatWasMergedFromNothingIsPutBack)
 {
     folder_.put("file", "C\n");

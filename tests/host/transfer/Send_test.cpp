@@ -43,6 +43,14 @@ protected:
         };
     }
 
+    // Performs the send of a device that changes after it was read.
+    [[nodiscard]] host::SendReport performAfter(const std::function<void()>& change)
+    {
+        const auto prepared = host::prepareSend({driver_, folder_.path("device")}, request_);
+        change();
+        return host::performSend(prepared);
+    }
+
     // Performs the send with a driver that calls `work` between the status calls.
     [[nodiscard]] host::SendReport perform(const std::function<void()>& work)
     {
@@ -150,6 +158,61 @@ TEST_F(Send, NothingIsSentIfTheDeviceCouldNotBeReadWhole)
     EXPECT_FALSE(report.isComplete());
     EXPECT_EQ(report.backup, std::nullopt);
     EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, DeviceThatHasChangedSinceItWasReadIsNotWritten)
+{
+    driver_->send = [this](const auto&...) -> std::optional<gps::Error> {
+        ++sends_;
+        return std::nullopt;
+    };
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    const auto report = performAfter([this] { folder_.put("device/Points/other", "new"); });
+    ASSERT_TRUE(report.obstacle);
+    EXPECT_EQ(report.obstacle->description(),
+              "Another program has changed the device since it was read");
+    EXPECT_TRUE(report.isOutdated);
+    EXPECT_FALSE(report.isComplete());
+    EXPECT_EQ(report.backup, std::nullopt);
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, DeviceThatChangesDuringTheBackupIsNotWritten)
+{
+    request_.backup = host::BackupPolicy{.folder = folder_.path("kept")};
+    request_.progress = [this](const host::TransferProgress& progress) {
+        if (progress.phase == Phase::kBackingUp)
+            folder_.put("device/Points/other", "new");
+    };
+    const auto report = perform([] {});
+    EXPECT_TRUE(report.isOutdated);
+    EXPECT_EQ(sends_, 0);
+}
+
+TEST_F(Send, AnotherReceiverInTheSamePlaceIsNotWritten)
+{
+    const auto expectRefused = [this](const host::SendReport& report) {
+        ASSERT_TRUE(report.obstacle);
+        EXPECT_EQ(report.obstacle->description(), "The receiver that was read is no longer here, "
+                                                  "or another one has taken its place");
+        EXPECT_FALSE(report.isOutdated) << "no new plan";
+        EXPECT_EQ(sends_, 0);
+    };
+    expectRefused(performAfter([this] { driver_->identifier = "43"; }));
+    expectRefused(performAfter([this] { driver_->identifier.reset(); }));
+    expectRefused(performAfter([this] { // neither has an identifier now
+        std::filesystem::rename(folder_.path("device"), folder_.path("first"));
+        folder_.makeFolder("device/Points");
+    }));
+}
+
+TEST_F(Send, PullingOutAndPluggingInAgainOnlyNeedsANewPlan)
+{
+    const auto report = performAfter([this] {
+        std::filesystem::rename(folder_.path("device"), folder_.path("first"));
+        folder_.makeFolder("device/Points");
+    });
+    EXPECT_TRUE(report.isOutdated);
 }
 
 TEST_F(Send, RecordsOfABlockedFileAreNotHandedToTheDriver)
@@ -304,10 +367,19 @@ TEST_F(Send, FileThatIsNotAsPlannedMakesTheSendIncomplete)
     auto report = perform([] {});
     EXPECT_FALSE(report.isComplete());
     EXPECT_EQ(report.files[0].result, Result::kMissing);
+    driver_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+        const bool hasRecord = content == "new" || content == "new and another program's";
+        return {{"waypoint", hasRecord ? gps::Array{waypointAt(46)} : gps::Array{}}};
+    };
     report = perform([this] { folder_.put("device/Points/p", "ne"); });
     EXPECT_FALSE(report.isComplete());
     EXPECT_EQ(report.files[0].result, Result::kDifferent);
     EXPECT_THAT(report.missingRecords, IsEmpty()) << "the file says enough";
+
+    report = perform([this] { folder_.put("device/Points/p", "new and another program's"); });
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_EQ(report.files[0].result, Result::kAlsoChanged);
+    EXPECT_FALSE(report.files[0].isAsBefore);
 }
 
 TEST_F(Send, BlockedFileMakesTheSendIncomplete)
