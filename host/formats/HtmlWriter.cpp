@@ -120,6 +120,7 @@ void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& rec
         return;
     areas_.add(point);
     auto& list = gps::isGeocache(record) ? geocaches_ : wayPoints_;
+    icons_.add(textIn(record, "symbol"));
     startElement(list.isEmpty);
     appendPoint(text_, point, record);
     list.spool.write(text_);
@@ -226,6 +227,7 @@ std::optional<gps::Error> HtmlWriter::finish()
     appendMember(text_, "made", origin_.time != 0 ? std::optional{origin_.time} : std::nullopt);
     appendMember(text_, "note", globe_.remark());
     appendSurroundings(text_, areas_.find());
+    icons_.append(text_);
     output_.write(text_);
     writeList("waypoints", wayPoints_);
     writeList("geocaches", geocaches_);

@@ -6,6 +6,7 @@
 
 #include "host/files/Output.h"
 #include "host/formats/CollectionWriter.h"
+#include "host/formats/PageIcons.h"
 #include "host/formats/RecordOrigin.h"
 #include "host/points/Areas.h"
 #include "host/points/GlobeFilter.h"
@@ -26,6 +27,7 @@ namespace host {
 ///      "areas":[{"place":S,"zone":S,"bounds":[I,I,I,I]},...],
 ///      "places":[{"name":S,"at":[I,I]},...],
 ///      "land":[{"bounds":[I,I,I,I],"unit":I,"outlines":[[I,I,...],...]},...],
+///      "icons":[{"symbols":[S,...],"path":S},...],
 ///      "waypoints":[POINT,...],
 ///      "geocaches":[POINT,...],
 ///      "routes":[{"name":S,"comment":S,"points":[POINT,...],"kilometres":D},...],
@@ -39,6 +41,7 @@ namespace host {
 /// first and then for smaller parts in more detail: the longitude and the latitude of a point in
 /// turn, in units of so many millionths of a degree from the south-western corner, then the
 /// differences from point to point. Land and water alternate where outlines lie within each other.
+/// "icons" are described in PageIcons.h.
 ///
 /// POINT is {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]}. A geocache also has "type", "owner",
 /// "hint", "difficulty", "terrain", "placed" and "found", all strings.
@@ -98,6 +101,7 @@ private:
     List tracks_;
     GlobeFilter globe_;
     Areas areas_;
+    PageIcons icons_;
     std::string text_; // a buffer, to be used again for each element
 
     // The route or track being written.

@@ -22,6 +22,7 @@ import { listenToMap } from "./ui/mapInput.js";
 import { showMarkOnMap } from "./ui/mapMark.js";
 import { listenToPrinting } from "./ui/printing.js";
 import { listenToChoice } from "./ui/remember.js";
+import { showSymbols } from "./ui/symbols.js";
 import { showTables } from "./ui/tables.js";
 import { Theme } from "./ui/Theme.js";
 import { TrackCards } from "./ui/TrackCards.js";
@@ -77,6 +78,7 @@ function showItems(items) {
   });
   map.measure();
   const refreshLegend = showColourChoice();
+  showSymbols(collection);
   const profiles = showProfileChoice();
   listenToChoice(byId("units"), "units", kUnitChoices, (choice) => {
     chooseUnits(choice);

@@ -7,7 +7,8 @@ import { unpackCollection } from "../../host/page/model/collection.js";
 export function collectionOf(lists) {
   const empty = {
     title: "", receiver: "", identifier: "", made: null, note: "",
-    areas: [], places: [], land: [], tracks: [], routes: [], waypoints: [], geocaches: [],
+    areas: [], places: [], land: [], icons: [],
+    tracks: [], routes: [], waypoints: [], geocaches: [],
   };
   return unpackCollection({ ...empty, ...lists });
 }

@@ -24,10 +24,22 @@ test("the tip of a track's point says what is not known", () => {
 
 test("the tip of a waypoint has only what is known", () => {
   const [bare, full] = collectionOf({ waypoints: [rawPoint(0, 0),
-    rawPoint(0, 0, { at: [0, 0, 50, kNoon], comment: "by the lake" })] }).waypoints;
+    rawPoint(0, 0, { at: [0, 0, 50, kNoon], symbol: "Camp" })] }).waypoints;
   assert.deepEqual(tipLines(bare, 0), ["0.00000°, 0.00000°"]);
   assert.deepEqual(tipLines(full, 0),
-    ["0.00000°, 0.00000°", "2024-06-01 12:00:00 UTC", "5 m", "by the lake"]);
+    ["Camp", "0.00000°, 0.00000°", "2024-06-01 12:00:00 UTC", "5 m"]);
+});
+
+test("the tip of a geocache has its type, how hard it is and whether it was found", () => {
+  const linesOf = (values) => tipLines(collectionOf({
+    geocaches: [rawPoint(0, 0, { type: "", difficulty: "", terrain: "", found: "", ...values })],
+  }).geocaches[0], 0);
+  assert.deepEqual(linesOf({ type: "Traditional", difficulty: "1.5", terrain: "4",
+    found: "2008-08-11", hint: "under the stone" }),
+  ["Traditional · difficulty 1.5 · terrain 4", "Found 2008-08-11", "0.00000°, 0.00000°"]);
+  assert.deepEqual(linesOf({ terrain: "2", symbol: "Geocache Found" }),
+    ["terrain 2", "Not found yet", "0.00000°, 0.00000°"]);
+  assert.deepEqual(linesOf({}), ["Not found yet", "0.00000°, 0.00000°"]);
 });
 
 test("a reading has the distance and what is known", () => {

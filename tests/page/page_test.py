@@ -128,7 +128,7 @@ class PageTest(unittest.TestCase):
     @classmethod
     def filled(cls, data):
         """Writes a page with the test's data and returns its path."""
-        lists = ("areas", "places", "land", "waypoints", "geocaches", "routes", "tracks")
+        lists = ("areas", "places", "land", "icons", "waypoints", "geocaches", "routes", "tracks")
         texts = {"title": "", "receiver": "", "identifier": "", "made": None, "note": ""}
         whole = {**texts, **{name: [] for name in lists}, **data}
         text = re.sub("[<>&]", lambda found: f"\\u{ord(found[0]):04x}", json.dumps(whole))
@@ -300,6 +300,61 @@ class PageTest(unittest.TestCase):
         self.assertTrue(self.browser.ask("page.mark.isPinned"))
         name.send_keys(ESCAPE)
         self.assertFalse(self.is_shown("#tip"))
+
+    def test_tip_of_a_geocache_says_what_it_is_and_hides_its_hint_until_asked(self):
+        self.browser.open(self.sample)
+        self.browser.find("#table-geocaches .link").click()
+        for text in "Traditional · difficulty 1.5 · terrain 4", "Found 2008-08-11", "Bring a pencil":
+            self.assertIn(text, self.text("#tip"))
+        self.assertNotIn("stone", self.text("#tip") + self.text("#table-geocaches"))
+        self.browser.find("#tip .ask").send_keys(ENTER)
+        self.assertIn("under the third stone", self.text("#tip"))
+        self.assertEqual(self.browser.ask("document.activeElement.className"), "hint")
+        self.browser.find("#tip .hint").send_keys(ESCAPE)
+        self.assertFalse(self.is_shown("#tip"))
+        self.assertEqual(self.browser.ask("document.activeElement.tagName"), "CANVAS")
+
+    def test_hint_that_the_reader_has_asked_for_stays_in_the_table(self):
+        self.browser.open(self.sample)
+        buttons = self.count("#table-geocaches .ask")
+        self.browser.find("#table-geocaches .ask").click()
+        self.browser.find("#clock").click()
+        self.assertEqual(self.count("#table-geocaches .ask"), buttons - 1)
+        self.assertIn("under the third stone", self.column("geocaches", 11))
+
+    def test_tip_under_the_pointer_offers_the_hint(self):
+        self.browser.open(self.sample)
+        self.browser.run("page.map.fit(page.collection.areas[1].bounds)")
+        self.browser.run("page.mark.set(page.collection.geocaches[0])")
+        self.assertIn("Click for the hint", self.text("#tip"))
+        self.assertEqual(self.count("#tip .ask"), 0)
+
+    def test_symbols_are_drawn_and_explained(self):
+        self.browser.open(self.sample)
+        self.assertEqual(self.count("#table-waypoints .icon"), self.browser.ask(
+            "page.collection.waypoints.filter(({ icon }) => icon).length"))
+        self.assertEqual(self.count("#table-waypoints tr:has(.icon)"),
+                         self.count("#table-waypoints .icon"))
+        self.browser.find("#symbols summary").click()
+        legend = self.texts("#symbols li")
+        self.assertIn("Campground", legend)
+        self.assertIn("Geocache that was found", legend)
+        drawn = self.browser.ask("""((fill, filled) => {
+                CanvasRenderingContext2D.prototype.fill = function (...path) {
+                    filled.push(path[0] instanceof Path2D);
+                    fill.apply(this, path);
+                };
+                page.map.fit(page.collection.areas[1].bounds);
+                page.map.draw();
+                CanvasRenderingContext2D.prototype.fill = fill;
+                return filled.filter(Boolean).length;
+            })(CanvasRenderingContext2D.prototype.fill, [])""")
+        self.assertGreaterEqual(drawn, 5)
+
+    def test_page_without_symbols_has_no_legend(self):
+        self.browser.open(self.filled({"waypoints": [{"name": "A", "comment": "", "symbol": "zz",
+                                                      "at": [46000000, 7000000, None, None]}]}))
+        self.assertEqual(self.count("#symbols, .icon"), 0)
 
     def test_shift_and_arrows_after_a_jump_begin_at_the_mark(self):
         self.browser.open(self.sample)
@@ -608,6 +663,8 @@ class PageTest(unittest.TestCase):
             self.browser.find("#track-1 input").click()
             self.browser.find("#list summary").click()
             self.browser.choose("#colours", "speed")
+            self.browser.find("#symbols summary").click()
+            self.browser.find("#table-geocaches .ask").click()
             self.browser.run("""page.mark.pin(page.collection.tracks[0], 100);
                 page.stretch.set(page.collection.tracks[0], 100, 200);""")
             self.assertEqual(states.low_contrasts(self.browser), [], theme)
@@ -697,6 +754,8 @@ class PageTest(unittest.TestCase):
             self.browser.resize(width, 844)
             self.browser.open(self.sample)
             self.browser.find("#list summary").click()
+            self.browser.find("#symbols summary").click()
+            self.browser.find("#table-geocaches .link").click()
             self.browser.settle()
             self.assertEqual(states.small_targets(self.browser), [])
 
@@ -809,7 +868,7 @@ class PageTest(unittest.TestCase):
     def assert_names_fit(self, name, width):
         ask = self.browser.ask
         self.assertEqual(self.text(".track bdi"), name)
-        self.assertEqual(self.column("geocaches", 10), [name])
+        self.assertEqual(self.column("geocaches", 10), [f"✓ {name}"])
         self.assertEqual(ask("document.querySelector('.track bdi').title"), name)
         self.assertLessEqual(ask("document.documentElement.scrollWidth"), width)
         self.assertLess(ask("document.querySelector('.track').offsetHeight"), 500)

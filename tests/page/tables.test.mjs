@@ -58,8 +58,9 @@ test("a geocache's row has all its fields", () => {
     found: "soon", hint: "under the stone", comment: "note",
   };
   const row = firstRow({ geocaches: [rawPoint(0, 0, values)] });
-  for (const [title, text] of Object.entries(values))
+  for (const [title, text] of Object.entries({ ...values, found: "✓ soon" }))
     assert.equal(row[title[0].toUpperCase() + title.slice(1)], text);
+  assert.equal(firstRow({ geocaches: [rawPoint(0, 0, { ...values, found: "" })] }).Found, "–");
 });
 
 test("a time span sorts by its seconds", () => {

@@ -10,6 +10,7 @@
 import { contains } from "./bounds.js";
 import { eastOfEdge, kAroundTheWorld, layOutLine, westernEdge } from "./dateLine.js";
 import { metresBetween } from "./geodesy.js";
+import { iconFinder } from "./icons.js";
 import { speedsOf } from "./rates.js";
 
 const kHalfUnit = 0.5e-6; // degrees: the points at the bounds are within them, however they round
@@ -27,6 +28,9 @@ export function unpackCollection(raw) {
   collection.areas = raw.areas.map((area) => unpackArea(area, edge));
   collection.places = raw.places.map((place) => unpackPlace(place, collection.areas));
   collection.land = raw.land.map(unpackLand);
+  const iconOf = iconFinder(raw.icons);
+  for (const waypoint of collection.waypoints)
+    waypoint.icon = iconOf(waypoint.symbol);
   for (const item of [...collection.waypoints, ...collection.geocaches,
     ...collection.routes.flatMap((route) => route.points)])
     item.zone = zoneAt(collection.areas, item);

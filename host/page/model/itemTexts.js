@@ -12,14 +12,23 @@ export const kTitle = "Tracks and places"; // of a page without one
 // The lines under the name of what is marked on the map.
 export function tipLines(item, index) {
   if (item.kind !== "track") {
-    return [positionText(item.latitude, item.longitude), ...timeIfKnown(item.time, item.zone),
-      ...textIfKnown(item.elevation, metresText), item.comment].filter(Boolean);
+    return [...meaningTexts(item), positionText(item.latitude, item.longitude),
+      ...timeIfKnown(item.time, item.zone), ...textIfKnown(item.elevation, metresText)]
+      .filter(Boolean);
   }
   const elevation = item.elevation[index];
   return [positionText(item.latitude[index], item.longitude[index]),
     timeIfKnown(item.time[index], item.zone)[0] ?? "no time",
     [isKnown(elevation) ? metresText(elevation) : "no elevation",
       ...textIfKnown(item.speed[index], speedText)].join(" · ")];
+}
+
+// What a waypoint's symbol, or a geocache's type, says.
+function meaningTexts({ kind, symbol, type, difficulty, terrain, found }) {
+  if (kind !== "geocache")
+    return [symbol];
+  return [[type, difficulty && `difficulty ${difficulty}`, terrain && `terrain ${terrain}`]
+    .filter(Boolean).join(" · "), found ? `Found ${found}` : "Not found yet"];
 }
 
 // The line under a track's profile for one of its points.

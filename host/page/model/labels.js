@@ -16,9 +16,10 @@ export function shortName(name) {
 }
 
 // Chooses which labels to show, the first ones first, and where: to the right of their points, to
-// the left, above or below. `labels` have `name`, `x`, `latitude` and `font`; `measure(text, font)`
-// returns a text's width in pixels; `obstacles` are boxes that labels avoid, as boxAround() makes
-// them. Returns `{ label, text, left, middle }` for each label shown.
+// the left, above or below. `labels` have `name`, `x`, `latitude` and `font`, and the `radius` of
+// their point in pixels unless it is a dot; `measure(text, font)` returns a text's width in pixels;
+// `obstacles` are boxes that labels avoid, as boxAround() makes them. Returns
+// `{ label, text, left, middle }` for each label shown.
 export function placeLabels(labels, view, measure, obstacles = []) {
   const taken = [...cornersInUse(view), ...obstacles.slice(0, kMaxTries),
     ...labels.slice(0, kMaxTries).map((label) => dotBox(label, view))];
@@ -32,7 +33,8 @@ export function placeLabels(labels, view, measure, obstacles = []) {
       break;
     const text = shortName(label.name);
     const isFree = (box) => isWithin(box, view) && !taken.some((other) => overlap(box, other));
-    const chosen = boxesBeside(px, py, measure(text, label.font)).find(isFree);
+    const chosen = boxesBeside(px, py, measure(text, label.font), label.radius)
+      .find(isFree);
     if (!chosen)
       continue;
     taken.push(chosen);
@@ -51,12 +53,14 @@ function cornersInUse(view) {
     boxAround(view.width - 27, 25, 27, 25)];
 }
 
-function dotBox({ x, latitude }, view) {
-  return boxAround(view.toPixelX(x), view.toPixelY(latitude), kDotRadius, kDotRadius);
+function dotBox({ x, latitude, radius = kDotRadius }, view) {
+  return boxAround(view.toPixelX(x), view.toPixelY(latitude), radius, radius);
 }
 
-function boxesBeside(px, py, width) {
-  return [[8, 0], [-8 - width, 0], [-width / 2, -14], [-width / 2, 14]].map(([dx, dy]) => ({
+function boxesBeside(px, py, width, radius = kDotRadius) {
+  const beside = radius + 4, above = radius + 10;
+  const steps = [[beside, 0], [-beside - width, 0], [-width / 2, -above], [-width / 2, above]];
+  return steps.map(([dx, dy]) => ({
     left: px + dx, right: px + dx + width,
     top: py + dy - kHalfHeight, bottom: py + dy + kHalfHeight,
   }));

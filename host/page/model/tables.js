@@ -2,12 +2,13 @@
 // The columns of the page's four tables.
 //
 // A column has a `title`, `value(item)` to sort by, and `text(item)` to show; without `text`, the
-// value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), and
-// a name shows its item on the map (`isName`).
+// value is shown. Numbers are aligned to the right (`isNumber`), long texts are cut (`isLong`), a
+// name shows its item on the map (`isName`), a hint is shown on request (`isHint`); `icon(item)`
+// is the picture before a text.
 
 import { dateTimeText, endTimeText, zoneText } from "./clock.js";
 import {
-  durationText, formatNumber, isKnown, kilometresText, latitudeText, longitudeText,
+  durationText, formatNumber, isKnown, kDash, kilometresText, latitudeText, longitudeText,
   metresText,
 } from "./format.js";
 
@@ -64,7 +65,10 @@ const trackColumns = [
 const routeColumns = [nameColumn, lengthColumn, pointsColumn, commentColumn];
 
 const waypointColumns = [
-  nameColumn, ...positionColumns, textColumn("Symbol", "symbol"), commentColumn,
+  nameColumn,
+  ...positionColumns,
+  textColumn("Symbol", "symbol", { icon: (waypoint) => waypoint.icon }),
+  commentColumn,
 ];
 
 const geocacheColumns = [
@@ -75,10 +79,14 @@ const geocacheColumns = [
   ...positionColumns,
   textColumn("Owner", "owner"),
   textColumn("Placed", "placed"),
-  textColumn("Found", "found"),
-  textColumn("Hint", "hint", { isLong: true }),
+  { title: "Found", value: (cache) => cache.found, text: foundText },
+  textColumn("Hint", "hint", { isLong: true, isHint: true }),
   commentColumn,
 ];
+
+function foundText({ found }) {
+  return found ? `✓ ${found}` : kDash;
+}
 
 function timeSpan(track) {
   return isKnown(track.first) ? track.last - track.first : null;

@@ -8,12 +8,12 @@ import { mapLink } from "../model/mapLink.js";
 import { MapView } from "../model/MapView.js";
 import { byId, themeColour } from "./dom.js";
 import { drawLand } from "./drawLand.js";
+import { PointPainter } from "./PointPainter.js";
 import { TrackPainter } from "./TrackPainter.js";
 
 const kFonts = {
   place: "11px system-ui, sans-serif",
   graticule: "11px system-ui, sans-serif",
-  point: "12px system-ui, sans-serif",
   route: "italic 12px system-ui, sans-serif",
 };
 
@@ -33,6 +33,7 @@ export class TrackMap {
     this.collection_ = collection;
     this.context_ = this.canvas.getContext("2d");
     this.painter_ = new TrackPainter(this.context_, this.view);
+    this.points_ = new PointPainter(this.context_, this.view);
     this.isDrawingSoon_ = false;
   }
 
@@ -110,8 +111,9 @@ export class TrackMap {
     context.setTransform(ratio, 0, 0, ratio, 0, 0);
     this.colours_ = {
       paper: themeColour("--paper"), ink: themeColour("--ink"), soft: themeColour("--soft"),
-      grid: themeColour("--graticule"), geocache: themeColour("--geocache"),
+      grid: themeColour("--graticule"),
     };
+    this.points_.startFrame();
     context.fillStyle = this.colours_.paper;
     context.fillRect(0, 0, view.width, view.height);
     context.lineJoin = context.lineCap = "round";
@@ -121,7 +123,7 @@ export class TrackMap {
     const { routes, waypoints, geocaches } = this.shownItems_();
     const routeLabels = this.drawRoutes_(routes);
     const tracks = this.painter_.draw(this.collection_.tracks.filter((track) => track.isShown));
-    const pointLabels = this.drawPoints_(waypoints, geocaches);
+    const pointLabels = this.points_.draw(waypoints, geocaches);
     this.drawLabels_([...tracks.names, ...pointLabels, ...routeLabels, ...tracks.distances,
       ...townLabels], [...obstacles, ...tracks.ends]);
     this.showScaleBar_();
@@ -180,8 +182,8 @@ export class TrackMap {
   // Towns, for orientation. Their names come last, where there is room.
   drawTowns_() {
     const { places } = this.collection_;
-    for (const { x, latitude } of places)
-      this.drawDot_(x, latitude, 2.5, this.colours_.soft);
+    for (const place of places)
+      this.points_.drawDot(place, 2.5, this.colours_.soft);
     return places.map((place) => ({ ...place, colour: this.colours_.soft, font: kFonts.place }));
   }
 
@@ -193,16 +195,6 @@ export class TrackMap {
     }
     return routes.filter((route) => route.count > 0)
       .map((route) => labelAtStart(route, colour, kFonts.route));
-  }
-
-  drawPoints_(waypoints, geocaches) {
-    const { ink, geocache } = this.colours_;
-    for (const { x, latitude } of waypoints)
-      this.drawDot_(x, latitude, 3.5, ink);
-    for (const { x, latitude } of geocaches)
-      this.drawDiamond_(x, latitude, 5.5, geocache);
-    return [...waypoints, ...geocaches].map(({ name, x, latitude }) =>
-      ({ name, x, latitude, colour: ink, font: kFonts.point }));
   }
 
   drawLabels_(labels, obstacles) {
@@ -225,31 +217,6 @@ export class TrackMap {
     const bar = byId("scale");
     bar.style.width = `${pixels}px`;
     bar.textContent = text;
-  }
-
-  drawDot_(x, latitude, radius, fill) {
-    const { context_: context, view } = this;
-    context.beginPath();
-    context.arc(view.toPixelX(x), view.toPixelY(latitude), radius, 0, 2 * Math.PI);
-    this.fillWithEdge_(fill);
-  }
-
-  drawDiamond_(x, latitude, radius, fill) {
-    const { context_: context, view } = this;
-    const px = view.toPixelX(x), py = view.toPixelY(latitude);
-    context.beginPath();
-    context.moveTo(px, py - radius);
-    context.lineTo(px + radius, py);
-    context.lineTo(px, py + radius);
-    context.lineTo(px - radius, py);
-    context.closePath();
-    this.fillWithEdge_(fill);
-  }
-
-  fillWithEdge_(fill) {
-    this.context_.fillStyle = fill;
-    this.context_.fill();
-    this.stroke_(this.colours_.paper, 1.5);
   }
 
   stroke_(colour, width, dash = []) {

@@ -4,14 +4,15 @@
 import { tipLines } from "../model/itemTexts.js";
 import { trackColour } from "../model/trackStyle.js";
 import { byId, element, nameElement } from "./dom.js";
+import { hintElement } from "./hint.js";
 
 const kGap = 14;   // pixels between the point and its tip
 const kMargin = 4; // pixels around the tip
 
 export function showMarkOnMap(map, mark) {
-  mark.onChange((item, index) => {
+  mark.onChange((item) => {
     if (item)
-      fillTip(item, index);
+      fillTip(mark, () => moveMark(map.view, mark));
     byId("tip").classList.toggle("pinned", mark.isPinned);
     map.highlight(item?.kind === "track" ? item : null);
     moveMark(map.view, mark);
@@ -19,20 +20,31 @@ export function showMarkOnMap(map, mark) {
   map.onDraw = () => moveMark(map.view, mark);
 }
 
-function fillTip(item, index) {
+// Calls `onResize()` when the tip has changed its size.
+function fillTip({ item, index, isPinned }, onResize) {
   const lines = tipLines(item, index);
-  byId("tip").replaceChildren(nameElement(item.name),
-    ...lines.map((line) => element("bdi", { className: "line", textContent: line })));
+  const parts = lines.map((line) => element("bdi", { className: "line", textContent: line }));
+  if (item.comment)
+    parts.push(element("bdi", { className: "long", textContent: item.comment }));
+  if (item.hint)
+    parts.push(isPinned ? hintElement(item, onResize) :
+      element("span", { className: "line", textContent: "Click for the hint" }));
+  byId("tip").replaceChildren(nameElement(item.name), ...parts);
 }
 
 function moveMark(view, { item, index }) {
   const dot = byId("dot"), tip = byId("tip");
+  const hadFocus = tip.contains(document.activeElement);
   const isTrack = item?.kind === "track";
   const px = item ? view.toPixelX(isTrack ? item.x[index] : item.x) : NaN;
   const py = item ? view.toPixelY(isTrack ? item.latitude[index] : item.latitude) : NaN;
   dot.hidden = tip.hidden = !view.contains(px, py); // false for NaN
-  if (dot.hidden)
+  if (dot.hidden) {
+    if (hadFocus)
+      tip.parentElement.querySelector("canvas").focus();
     return;
+  }
+  dot.classList.toggle("ring", !isTrack);
   dot.style.transform = `translate(${px}px, ${py}px)`;
   dot.style.setProperty("--line", isTrack ? `var(${trackColour(item)})` : "var(--ink)");
   // Above the point if there is room, otherwise below.

@@ -4,6 +4,8 @@
 import { kDash } from "../model/format.js";
 import { compareValues } from "../model/sorting.js";
 import { byId, element, nameElement } from "./dom.js";
+import { hintElement } from "./hint.js";
+import { iconElement } from "./symbols.js";
 
 const kShort = 12;           // characters
 const kTime = /^[\d :-]+$/; // as a date and time
@@ -74,7 +76,10 @@ function makeCell(column, item, onShow) {
   }
   if (column.isNumber)
     return element("td", { className: `number${breaks}` }, text);
+  if (column.isHint && text !== kDash)
+    return element("td", { className: `long${breaks}` }, hintElement(item));
+  const icon = column.icon?.(item);
   const title = column.isLong && text !== kDash ? text : "";
   return element("td", { className: `${column.isLong ? "long" : ""}${breaks}` },
-    element("bdi", { textContent: text, title }));
+    ...icon ? [iconElement(icon)] : [], element("bdi", { textContent: text, title }));
 }

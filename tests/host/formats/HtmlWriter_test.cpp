@@ -77,7 +77,7 @@ TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
     EXPECT_EQ(
         pageDataOf({}),
         Json::parse(
-            R"({"title":"","receiver":"","identifier":"","made":null,"note":"","areas":[],"places":[],"land":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+            R"({"title":"","receiver":"","identifier":"","made":null,"note":"","areas":[],"places":[],"land":[],"icons":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
