@@ -47,16 +47,16 @@ std::vector<std::string> fileTypesOf(const std::vector<Driver>& drivers)
 }
 
 std::optional<gps::Error> readMapFile(const std::string& file, gps::Dictionary& data,
-                                      SkippedWaypoints& skipped, ProgressTracker& progress)
+                                      UnreadParts& unread, ProgressTracker& progress)
 {
     progress.begin(TransferPhase::kReadingFile, file.substr(file.find_last_of('/') + 1));
-    return readGpx(file, data, &skipped, [&progress](std::size_t done, std::size_t total) {
+    return readGpx(file, data, &unread, [&progress](std::size_t done, std::size_t total) {
         progress.read(done, total);
     });
 }
 
 std::optional<gps::Error> readFiles(const SendOptions& options, const std::vector<Driver>& drivers,
-                                    std::optional<gps::Dictionary>& data, SkippedWaypoints& skipped)
+                                    std::optional<gps::Dictionary>& data, UnreadParts& unread)
 {
     if (auto failure = options.data ? checkInput(*options.data)
                                     : checkSend(options.files, fileTypesOf(drivers)))
@@ -68,7 +68,7 @@ std::optional<gps::Error> readFiles(const SendOptions& options, const std::vecto
     ProgressTracker progress{line.callback()};
     std::optional<gps::Error> failure;
     for (const auto& file : options.files) {
-        failure = readMapFile(file, *data, skipped, progress);
+        failure = readMapFile(file, *data, unread, progress);
         if (failure)
             break;
     }
@@ -76,12 +76,12 @@ std::optional<gps::Error> readFiles(const SendOptions& options, const std::vecto
     return failure;
 }
 
-std::vector<std::string> sentencesFor(const SkippedWaypoints& skipped)
+std::vector<std::string> sentencesFor(const UnreadParts& unread)
 {
     std::vector<std::string> sentences;
-    for (const auto& error : skipped.first)
+    for (const auto& error : unread.firstWaypoints)
         sentences.push_back(sentencesOf(error));
-    if (const auto more = skipped.count - skipped.first.size(); more > 0)
+    if (const auto more = unread.waypoints - unread.firstWaypoints.size(); more > 0)
         sentences.push_back(
             fmt::format("And {} more waypoint{} skipped.", more, more == 1 ? " was" : "s were"));
     return sentences;
@@ -117,7 +117,7 @@ public:
     {}
 
     [[nodiscard]] ExitStatus run(ChosenDevice device, SendRequest request,
-                                 const SkippedWaypoints& skipped);
+                                 const UnreadParts& unread);
 
 private:
     void showPlan(const PreparedSend& send);
@@ -145,8 +145,7 @@ private:
     int signal_ = 0; // that stopped the send
 };
 
-ExitStatus SendCommand::run(ChosenDevice device, SendRequest request,
-                            const SkippedWaypoints& skipped)
+ExitStatus SendCommand::run(ChosenDevice device, SendRequest request, const UnreadParts& unread)
 {
     request.progress = progress_.callback();
     if (options_.events)
@@ -158,7 +157,9 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request,
     auto send = prepareSend(std::move(device), std::move(request));
     // What is printed from here on is whole, and files may be written: perform() sees a request.
     stop_.requestOnly();
-    showErrors(sentencesFor(skipped));
+    showErrors(sentencesFor(unread));
+    for (const auto& sentence : unread.values)
+        note(sentence);
     if (send.request.data)
         showPlan(send);
     SendReport report;
@@ -306,8 +307,8 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
         request.driverOptions = {{"debug", *options.debug}};
     StopSignals stop{[&options](int signal) { endEarly(signal, options); }};
     // The files first, so that a mistake in one of them is found before a driver does anything.
-    SkippedWaypoints skipped;
-    auto failure = readFiles(options, plugIn.drivers, request.data, skipped);
+    UnreadParts unread;
+    auto failure = readFiles(options, plugIn.drivers, request.data, unread);
     if (failure)
         return refuse(options, *failure, ExitStatus::kFailed, stop, console);
     UDisks disks;
@@ -320,11 +321,11 @@ ExitStatus runSend(const PlugInBundle& plugIn, const SendOptions& options, const
     if (disk.hasMounted())
         stop.requestOnly(); // it must be unmounted at every end
     const DataReader readAgain = [&](std::optional<gps::Dictionary>& data) {
-        SkippedWaypoints known;
+        UnreadParts known;
         return readFiles(options, plugIn.drivers, data, known);
     };
     return SendCommand{options, console, stop, disk, readAgain}.run(std::move(device),
-                                                                    std::move(request), skipped);
+                                                                    std::move(request), unread);
 }
 
 } // namespace host

@@ -32,6 +32,21 @@ void appendPoints(gps::Dictionary& track, gps::Dictionary& segment)
 
 } // namespace
 
+void appendTrack(gps::Array& tracks, const gps::Dictionary& head, std::vector<gps::Array> segments)
+{
+    std::erase_if(segments, [](const gps::Array& points) { return points.empty(); });
+    if (segments.empty())
+        segments.emplace_back();
+    std::int32_t number = 0;
+    for (auto& points : segments) {
+        auto track = head;
+        if (segments.size() > 1)
+            track.set(kSegmentKey, ++number);
+        track.set("points", std::move(points));
+        tracks.emplace_back(std::move(track));
+    }
+}
+
 std::vector<SegmentedTrack> fitSegments(gps::Dictionary& data, SegmentRule rule)
 {
     std::vector<SegmentedTrack> segmented;

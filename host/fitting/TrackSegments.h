@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// TrackSegments: what becomes of tracks that consist of several segments. GpxReader numbers the
-// segments, and `send` fits them to devices, which store tracks without breaks. Stateless. [any]
+// TrackSegments: what becomes of tracks that consist of several segments. Readers of files number
+// the segments, and `send` fits them to devices, which store tracks without breaks. Stateless.
+// [any]
 
 #pragma once
 
@@ -27,6 +28,11 @@ struct SegmentedTrack {
 
     friend bool operator==(const SegmentedTrack& a, const SegmentedTrack& b) = default;
 };
+
+/// Appends a track to a list of records: one record for each segment that has points, numbered if
+/// there are several, or one without points.
+/// @param head  the record without its points
+void appendTrack(gps::Array& tracks, const gps::Dictionary& head, std::vector<gps::Array> segments);
 
 /// Applies a rule to the tracks of a data dictionary, and removes the numbers of their segments.
 /// @param data  in which the segments of each track follow each other; changed in place

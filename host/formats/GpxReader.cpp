@@ -10,6 +10,7 @@
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
 #include "host/formats/PlainTrackPoints.h"
+#include "host/formats/UnreadValues.h"
 #include "host/formats/XmlFile.h"
 #include "host/formats/XmlNodes.h"
 
@@ -18,6 +19,7 @@
 #include <fmt/format.h>
 #include <pugixml.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -66,8 +68,12 @@ public:
     // Whether all track points that were taken out had their places in the document.
     [[nodiscard]] bool isWhole() const noexcept { return usedPlain_ == plain_.size(); }
 
+    // Whether nothing was left out.
+    [[nodiscard]] bool isComplete() const { return skippedCount_ == 0 && unreadValues_.isEmpty(); }
+
     [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
     [[nodiscard]] const std::vector<InvalidPoint>& skipped() const { return skipped_; }
+    [[nodiscard]] const UnreadValues& unreadValues() const { return unreadValues_; }
 
     void moveInto(gps::Dictionary& data);
 
@@ -77,7 +83,6 @@ private:
     bool readRoute(const pugi::xml_node& element);
     bool readTrack(const pugi::xml_node& element);
     bool readSegment(const pugi::xml_node& segment, gps::Array& points);
-    void addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments);
     bool readPointOf(const pugi::xml_node& element, gps::GPSPoint& point);
     [[nodiscard]] gps::Array takePlainPoints(const pugi::xml_node& segment);
 
@@ -88,6 +93,7 @@ private:
     std::size_t points_ = 0;
     std::size_t skippedCount_ = 0;
     std::vector<InvalidPoint> skipped_; // the first ones
+    UnreadValues unreadValues_;
     gps::Array waypoints_;
     gps::Array routes_;
     gps::Array tracks_;
@@ -139,7 +145,7 @@ bool Collection::readWaypoint(const pugi::xml_node& element)
         waypoints_.emplace_back(waypointRecord(element, point));
         return true;
     }
-    if (skipsWaypoints_ && ++skippedCount_ <= SkippedWaypoints::kMostNamed)
+    if (skipsWaypoints_ && ++skippedCount_ <= UnreadParts::kMostNamed)
         skipped_.push_back({element.offset_debug(), invalidPointText(element)});
     return skipsWaypoints_;
 }
@@ -172,10 +178,8 @@ bool Collection::readTrack(const pugi::xml_node& element)
             continue;
         if (!readSegment(node, segments.emplace_back()))
             return false;
-        if (segments.back().empty())
-            segments.pop_back();
     }
-    addTrack(trackRecord(element), segments);
+    appendTrack(tracks_, trackRecord(element), std::move(segments));
     return true;
 }
 
@@ -201,29 +205,19 @@ gps::Array Collection::takePlainPoints(const pugi::xml_node& segment)
     return std::move(plain_[usedPlain_++].points);
 }
 
-void Collection::addTrack(const gps::Dictionary& head, std::vector<gps::Array>& segments)
-{
-    if (segments.empty())
-        segments.emplace_back();
-    std::int32_t number = 0;
-    for (auto& points : segments) {
-        auto track = head;
-        if (segments.size() > 1)
-            track.set(kSegmentKey, ++number);
-        track.set("points", std::move(points));
-        tracks_.emplace_back(std::move(track));
-    }
-}
-
 bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)
 {
     constexpr std::size_t kOften = 4096; // points
     if (++points_ % kOften == 0 && now_)
         now_(static_cast<std::size_t>(element.offset_debug()));
-    if (readPoint(element, point))
-        return true;
-    invalidPoint_ = element;
-    return false;
+    UnreadTexts unread;
+    if (!readPoint(element, point, unread)) {
+        invalidPoint_ = element;
+        return false;
+    }
+    if (!unread.isEmpty())
+        unreadValues_.add(unread, element.offset_debug());
+    return true;
 }
 
 void Collection::moveInto(gps::Dictionary& data)
@@ -237,33 +231,35 @@ void Collection::moveInto(gps::Dictionary& data)
 // @param plain  the points that were taken out of the text
 std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPoints> plain,
                                       const XmlFile& file, gps::Dictionary& data,
-                                      SkippedWaypoints* skipped, const Now& now)
+                                      UnreadParts* unread, const Now& now)
 {
     pugi::xml_document document;
     if (auto failure = file.parse(xml, document))
         return failure;
     const bool isTextWhole = plain.empty();
-    Collection collection{std::move(plain), skipped != nullptr, now};
+    Collection collection{std::move(plain), unread != nullptr, now};
     if (!collection.read(document.document_element()))
         return file.errorAt(collection.invalidPoint().offset_debug(),
                             invalidPointText(collection.invalidPoint()));
-    // Messages about skipped waypoints have line numbers, too.
-    if (!collection.isWhole() || (!isTextWhole && collection.skippedCount() > 0))
+    // Messages about what was left out have line numbers, too.
+    if (!collection.isWhole() || (!isTextWhole && !collection.isComplete()))
         return file.errorAt(0, "this file needs to be parsed as a whole");
     collection.moveInto(data);
-    if (skipped == nullptr)
+    if (unread == nullptr)
         return std::nullopt;
-    skipped->count += collection.skippedCount();
+    unread->waypoints += collection.skippedCount();
     for (const auto& [offset, text] : collection.skipped())
-        skipped->first.push_back(
+        unread->firstWaypoints.push_back(
             file.errorAt(offset, text + ", so it was skipped", "Correct it, and try again"));
+    auto sentences = collection.unreadValues().sentences(file);
+    std::move(sentences.begin(), sentences.end(), std::back_inserter(unread->values));
     return std::nullopt;
 }
 
 } // namespace
 
 std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
-                                  SkippedWaypoints* skipped, const ReadProgress& progress)
+                                  UnreadParts* unread, const ReadProgress& progress)
 {
     const XmlFile file{path, "GPX"};
     std::string xml;
@@ -279,14 +275,14 @@ std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data
     auto plain = takePlainTrackPoints(xml, now);
     taken = size - xml.size();
     const bool isChanged = !plain.empty();
-    auto failure = readRecords(xml, std::move(plain), file, data, skipped, now);
+    auto failure = readRecords(xml, std::move(plain), file, data, unread, now);
     if (!failure || !isChanged)
         return failure;
     // There is a message, and only the whole text has the right line numbers, or something looks
     // like track points where there are none.
     failure = file.read(xml);
     taken = 0;
-    return failure ? failure : readRecords(xml, {}, file, data, skipped, now);
+    return failure ? failure : readRecords(xml, {}, file, data, unread, now);
 }
 
 } // namespace host

@@ -5,23 +5,16 @@
 
 #pragma once
 
+#include "host/formats/UnreadParts.h"
+
 #include <gps/Error.h>
 
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace host {
-
-/// Waypoints of files that were left out.
-struct SkippedWaypoints {
-    static constexpr std::size_t kMostNamed = 10;
-
-    std::size_t count = 0;
-    std::vector<gps::Error> first{}; ///< of each file at most kMostNamed, each with its line
-};
 
 /// Gets how many bytes of a file have been read, and how many there are. Called now and then.
 using ReadProgress = std::function<void(std::size_t done, std::size_t total)>;
@@ -33,20 +26,21 @@ using ReadProgress = std::function<void(std::size_t done, std::size_t total)>;
 /// - Waypoint: "name", "comment", "symbol", "point".
 /// - Geocache: a waypoint with the nine fields of a cache and the symbol "Geocache" or "Geocache
 ///   Found". Dates are "DDMMYY".
-/// - Route: "name", "comment", "number", and its waypoints under "points".
-/// - Track: "name", and under "points" its points as dictionaries with a "point". A track of
-/// several
+/// - Route: "name", "comment", "number", "source", and its waypoints under "points".
+/// - Track: "name", "source", and under "points" its points as dictionaries with a "point". A track
+/// of several
 ///   segments with points gives a record for each, with its number under "segment".
 ///
-/// A missing name, symbol, route comment or number adds no key. A missing or malformed elevation is
-/// a NaN, and such a time is 0.
+/// A missing name, symbol, route comment, number or source adds no key. A missing or malformed
+/// elevation is a NaN, and such a time is 0.
 ///
-/// @param skipped  gets the waypoints without valid coordinates, which are left out then; null: a
-///                 file with one is rejected, as it always is for a point of a route or track
-/// @return         an error with the line number if the file cannot be read, is not GPX, is damaged
-///                 or cut short, or has a point without valid coordinates. `data` is then unchanged
+/// @param unread  gets what was left out, such as the waypoints without valid coordinates; null: a
+///                file with one of those is rejected, as it always is for a point of a route or
+///                track
+/// @return        an error with the line number if the file cannot be read, is not GPX, is damaged
+///                or cut short, or has a point without valid coordinates. `data` is then unchanged
 [[nodiscard]] std::optional<gps::Error> readGpx(const std::string& path, gps::Dictionary& data,
-                                                SkippedWaypoints* skipped = nullptr,
+                                                UnreadParts* unread = nullptr,
                                                 const ReadProgress& progress = {});
 
 } // namespace host

@@ -6,6 +6,7 @@
 
 #include "host/base/XmlText.h"
 #include "host/formats/GpxTime.h"
+#include "host/formats/RecordOrigin.h"
 #include "host/formats/XmlNodes.h"
 #include "host/points/Points.h"
 
@@ -18,7 +19,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -245,7 +245,7 @@ bool isOwn(const pugi::xml_node& element, std::string_view local)
     return space.empty() || space == namespaceOf(element.parent());
 }
 
-bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)
+bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point, UnreadTexts& unread)
 {
     const Fields fields{element};
     std::string elevation;
@@ -254,10 +254,10 @@ bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point)
                       .longitude = element.attribute("lon").value(),
                       .elevation = textOf(fields[kElevation], elevation),
                       .time = textOf(fields[kTime], time)},
-                     point);
+                     point, unread);
 }
 
-bool makePoint(const PointTexts& texts, gps::GPSPoint& point)
+bool makePoint(const PointTexts& texts, gps::GPSPoint& point, UnreadTexts& unread)
 {
     const auto latitude = coordinateOf(texts.latitude);
     const auto longitude = coordinateOf(texts.longitude);
@@ -265,9 +265,8 @@ bool makePoint(const PointTexts& texts, gps::GPSPoint& point)
         return false;
     point.latitude = *latitude;
     point.longitude = *longitude;
-    point.altitude =
-        gps::leadingNumber(texts.elevation).value_or(std::numeric_limits<double>::quiet_NaN());
-    point.time = readGpxTime(texts.time).value_or(0);
+    point.altitude = elevationIn(texts.elevation, unread);
+    point.time = timeIn(texts.time, unread);
     return isOnGlobe(point);
 }
 
@@ -299,6 +298,7 @@ gps::Dictionary routeRecord(const pugi::xml_node& element)
     // leadingInt32() returns 0 for a text without a number, which would become route 0.
     if (const auto number = childText(element, "number"); gps::leadingNumber(number))
         route.set("number", gps::leadingInt32(number));
+    setUnlessEmpty(route, kSourceKey, childText(element, "src"));
     return route;
 }
 
@@ -306,6 +306,7 @@ gps::Dictionary trackRecord(const pugi::xml_node& element)
 {
     gps::Dictionary track;
     setUnlessEmpty(track, "name", childText(element, "name"));
+    setUnlessEmpty(track, kSourceKey, childText(element, "src"));
     return track;
 }
 

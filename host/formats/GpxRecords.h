@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "host/formats/PointValues.h"
+
 #include <gps/Value.h>
 
 #include <string_view>
@@ -28,11 +30,13 @@ struct PointTexts {
 
 /// Makes a point of its texts. An elevation that is missing or malformed is a NaN, and such a time
 /// is 0.
-/// @return  whether both coordinates are valid
-[[nodiscard]] bool makePoint(const PointTexts& texts, gps::GPSPoint& point);
+/// @param unread  gets those that are malformed
+/// @return        whether both coordinates are valid
+[[nodiscard]] bool makePoint(const PointTexts& texts, gps::GPSPoint& point, UnreadTexts& unread);
 
 /// The same for an element.
-[[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point);
+[[nodiscard]] bool readPoint(const pugi::xml_node& element, gps::GPSPoint& point,
+                             UnreadTexts& unread);
 
 /// The record of a <trkpt>.
 [[nodiscard]] gps::Dictionary trackPointRecord(const gps::GPSPoint& point);

@@ -92,11 +92,13 @@ std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) noexce
     const bool hasSeconds = take(text, ':');
     const int seconds = takeDigits(text, 2);
     // Rejects the leap second 60, too: seconds since 1970 have no number for it.
-    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 ||
-        !hasMinutes || !hasSeconds)
+    if (hours < 0 || minutes < 0 || minutes > 59 || seconds < 0 || seconds > 59 || !hasMinutes ||
+        !hasSeconds)
         return std::nullopt;
-    return std::chrono::hours{hours} + std::chrono::minutes{minutes} +
-           std::chrono::seconds{seconds};
+    const std::chrono::seconds time =
+        std::chrono::hours{hours} + std::chrono::minutes{minutes} + std::chrono::seconds{seconds};
+    // The last moment of a day may be written as 24:00:00.
+    return time <= std::chrono::days{1} ? std::optional{time} : std::nullopt;
 }
 
 } // namespace

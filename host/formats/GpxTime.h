@@ -12,7 +12,7 @@ namespace host {
 /// Reads "YYYY-MM-DDThh:mm:ss" with an optional fraction of a second, followed by "Z", an offset
 /// ("+hh:mm", "+hhmm" or "+hh", up to 14 hours) or nothing, which means UTC. Accepts a space
 /// instead of the "T", white space around the text, and a date alone, which means its midnight in
-/// UTC.
+/// UTC. A day may end at 24:00:00.
 ///
 /// @return  seconds since 1970-01-01 00:00 UTC (negative before), without the fraction; nullopt for
 ///          any other text and for a date or time that does not exist

@@ -3,6 +3,7 @@
 
 #include "host/formats/GpxWriter.h"
 
+#include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/base/XmlText.h"
 #include "host/formats/GeocacheXml.h"
@@ -174,10 +175,12 @@ void GpxWriter::beginCollection(Output& out, std::string_view tag, const gps::Di
 {
     out.write(tag);
     writeElements(out, record, texts);
-    if (source_.empty())
+    const auto own = textIn(record, kSourceKey);
+    const auto source = own.empty() ? std::string_view{source_} : own;
+    if (source.empty())
         return;
     out.write("<src>");
-    writeXml(out, source_);
+    writeXml(out, source);
     out.write("</src>");
 }
 

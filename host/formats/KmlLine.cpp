@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A gx:Track lists all its times before all its coordinates, so times go to the output at once and
-// coordinates to the spool. Plain lines use the spool, too: only their end shows whether they are a
-// line or a point.
+// A gx:Track lists all its times before all its coordinates, and whether a line is one geometry
+// shows only at its end. So everything waits in spools.
 
 #include "host/formats/KmlLine.h"
 
@@ -20,31 +19,54 @@ void KmlLine::begin(std::string_view head, Times times)
     rule_ = times;
     last_.reset();
     isBroken_ = false;
+    finishedRuns_ = 0;
+    areAllTracks_ = true;
 }
 
-// A position at a crossing has a timestamp if both of its neighbours have one, so it never mixes
-// timed and untimed positions within a run.
-void KmlLine::add(Output& out, const gps::GPSPoint& point)
+void KmlLine::add(const gps::GPSPoint& point)
 {
-    const bool isBroken = std::exchange(isBroken_, false);
-    const bool continuesRun = last_ && !isBroken && isTimed(*last_) == isTimed(point);
-    if (!continuesRun)
-        endRun(out);
-    if (const auto crossing = continuesRun ? dateLineCrossing(*last_, point) : std::nullopt) {
-        addToRun(out, crossing->before);
-        endRun(out);
-        addToRun(out, crossing->after);
-    }
-    addToRun(out, point);
+    if (std::exchange(isBroken_, false) || !last_)
+        beginRun(isTimed(point));
+    else
+        continueTo(point);
+    addToRun(point);
     last_ = point;
+}
+
+// Between a point with a timestamp and one without, the line has none.
+void KmlLine::continueTo(const gps::GPSPoint& point)
+{
+    if (isTimed(*last_) && !isTimed(point)) {
+        beginRun(false);
+        addToRun(*last_);
+    }
+    if (const auto crossing = dateLineCrossing(*last_, point)) {
+        addToRun(crossing->before);
+        beginRun(inTrack_);
+        addToRun(crossing->after);
+    }
+    if (!isTimed(*last_) && isTimed(point)) {
+        addToRun(point);
+        beginRun(true);
+    }
 }
 
 void KmlLine::end(Output& out)
 {
-    endRun(out);
-    if (last_)
-        return;
     out.write(head_);
+    if (finishedRuns_ == 0) {
+        writeRun(out);
+    } else {
+        const std::string_view container =
+            areAllTracks_ && inTrack_ ? "gx:MultiTrack>" : "MultiGeometry>";
+        out.write("<");
+        out.write(container);
+        out.write("\n");
+        runs_.moveTo(out);
+        writeRun(out);
+        out.write("\n</");
+        out.write(container);
+    }
     out.write("</Placemark>\n");
 }
 
@@ -53,15 +75,23 @@ bool KmlLine::isTimed(const gps::GPSPoint& point) const noexcept
     return rule_ == Times::kKept && hasTimestamp(point);
 }
 
-void KmlLine::addToRun(Output& out, const gps::GPSPoint& point)
+// Ends the run before.
+void KmlLine::beginRun(bool isTrack)
 {
-    inTrack_ = isTimed(point);
-    if (inRun_++ == 0 && inTrack_) {
-        out.write(head_);
-        out.write("<gx:Track>\n");
+    if (inRun_ > 0) {
+        ++finishedRuns_;
+        areAllTracks_ = areAllTracks_ && inTrack_;
+        writeRun(runs_);
+        runs_.write("\n");
     }
+    inTrack_ = isTrack;
+}
+
+void KmlLine::addToRun(const gps::GPSPoint& point)
+{
+    ++inRun_;
     if (inTrack_)
-        out.setEnd(put(putKmlWhen(out.room(kMostOfKmlWhen + 1), point, times_), "\n"));
+        whens_.setEnd(put(putKmlWhen(whens_.room(kMostOfKmlWhen + 1), point, times_), "\n"));
     constexpr std::string_view kTag = "<gx:coord>";
     constexpr std::string_view kEndTag = "</gx:coord>";
     char* at = coordinates_.room(kTag.size() + kMostOfKmlPosition + kEndTag.size() + 1);
@@ -72,24 +102,28 @@ void KmlLine::addToRun(Output& out, const gps::GPSPoint& point)
     coordinates_.setEnd(put(at, "\n"));
 }
 
-void KmlLine::endRun(Output& out)
+// Does nothing if the run has no points.
+void KmlLine::writeRun(Output& out)
 {
     if (inRun_ == 0)
         return;
+    // A Point among lines would be another thing than a part of the line, and a line has two.
+    if (inRun_ == 1 && !inTrack_ && finishedRuns_ > 0)
+        addToRun(*last_);
     const bool isLine = inRun_ > 1;
-    if (!inTrack_) {
-        out.write(head_);
-        // Without tessellate, a line on the ground does not follow the terrain between its points.
-        out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n"
-                         : "<Point><coordinates>");
-    }
-    coordinates_.moveTo(out);
-    if (inTrack_)
-        out.write("</gx:Track>");
-    else
-        out.write(isLine ? "</coordinates></LineString>" : "</coordinates></Point>");
-    out.write("</Placemark>\n");
     inRun_ = 0;
+    if (inTrack_) {
+        out.write("<gx:Track>\n");
+        whens_.moveTo(out);
+        coordinates_.moveTo(out);
+        out.write("</gx:Track>");
+        return;
+    }
+    // Without tessellate, a line on the ground does not follow the terrain between its points.
+    out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n"
+                     : "<Point><coordinates>");
+    coordinates_.moveTo(out);
+    out.write(isLine ? "</coordinates></LineString>" : "</coordinates></Point>");
 }
 
 } // namespace host

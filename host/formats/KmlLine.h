@@ -18,33 +18,39 @@
 namespace host {
 
 /// Points with timestamps make a gx:Track, which viewers can play back; points without make a plain
-/// line. A line that has both is split into runs, each a placemark with the same name. A line that
-/// crosses the 180 degree meridian is split there too, since a flat map would draw it all the way
-/// around the globe.
+/// line. A gx:Track needs a time for each of its points, so a line that has both kinds is split
+/// into runs. Plain runs begin and end with the points of their neighbours, so that nothing is
+/// torn. A line that crosses the 180 degree meridian is split there too, since a flat map would
+/// draw it all the way around the globe. All runs and segments of a line are in one placemark: in a
+/// gx:MultiTrack or, if there are plain ones, in a MultiGeometry.
 class KmlLine {
 public:
     enum class Times { kKept, kDropped };
 
-    /// @param spoolFolder  where coordinates are kept: in a gx:Track all times precede them
-    explicit KmlLine(const std::string& spoolFolder) : coordinates_(spoolFolder) {}
+    /// @param spoolFolder  where the line is kept until its end
+    explicit KmlLine(const std::string& spoolFolder)
+        : whens_(spoolFolder), coordinates_(spoolFolder), runs_(spoolFolder)
+    {}
 
-    /// @param head   the start of each placemark, up to its geometry
+    /// @param head   the start of the placemark, up to its geometry
     /// @param times  kDropped makes plain lines even of points with timestamps
     void begin(std::string_view head, Times times);
 
     /// Precondition: `begin` was called, and the point has valid coordinates.
-    void add(Output& out, const gps::GPSPoint& point);
+    void add(const gps::GPSPoint& point);
 
-    /// No line leads from the last point to the next one: a new placemark begins there.
+    /// No line leads from the last point to the next one: a segment begins there.
     void breakHere() noexcept { isBroken_ = true; }
 
-    /// Ends the line. A line without points becomes a placemark without geometry.
+    /// Writes the line. A line without points becomes a placemark without geometry.
     void end(Output& out);
 
 private:
     [[nodiscard]] bool isTimed(const gps::GPSPoint& point) const noexcept;
-    void addToRun(Output& out, const gps::GPSPoint& point);
-    void endRun(Output& out);
+    void continueTo(const gps::GPSPoint& point);
+    void beginRun(bool isTrack);
+    void addToRun(const gps::GPSPoint& point);
+    void writeRun(Output& out);
 
     std::string head_;
     Times rule_ = Times::kKept;
@@ -53,7 +59,11 @@ private:
     bool isBroken_ = false;             // before the next point
     bool inTrack_ = false;              // whether the open run is a gx:Track
     std::size_t inRun_ = 0;             // points in the open run; 0 if no run is open
+    std::size_t finishedRuns_ = 0;      // before that
+    bool areAllTracks_ = true;          // the finished runs
+    Spool whens_;                       // times and coordinates of the open run
     Spool coordinates_;
+    Spool runs_; // the finished ones
 };
 
 } // namespace host

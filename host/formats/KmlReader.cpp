@@ -7,8 +7,9 @@
 #include "host/base/Text.h"
 #include "host/files/ZipArchive.h"
 #include "host/fitting/RecordList.h"
-#include "host/formats/GpxTime.h"
+#include "host/fitting/TrackSegments.h"
 #include "host/formats/KmlRecords.h"
+#include "host/formats/UnreadValues.h"
 #include "host/formats/XmlFile.h"
 #include "host/formats/XmlNodes.h"
 
@@ -18,7 +19,9 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -73,6 +76,127 @@ bool isPlacemark(const pugi::xml_node& node)
     return localName(node) == "Placemark";
 }
 
+// Elements that hold what a receiver has no records for.
+struct IgnoredKind {
+    std::string_view element;
+    std::string_view one;
+    std::string_view many;
+};
+
+constexpr std::array kIgnoredKinds{
+    IgnoredKind{"Polygon", "polygon", "polygons"},
+    IgnoredKind{"LinearRing", "ring", "rings"},
+    IgnoredKind{"Model", "model", "models"},
+    IgnoredKind{"GroundOverlay", "ground overlay", "ground overlays"},
+    IgnoredKind{"ScreenOverlay", "screen overlay", "screen overlays"},
+    IgnoredKind{"PhotoOverlay", "photo overlay", "photo overlays"},
+    IgnoredKind{"NetworkLink", "link to another file", "links to other files"},
+    IgnoredKind{"Tour", "tour", "tours"}};
+
+// How many there are of each, and a sentence about them.
+class IgnoredElements {
+public:
+    void add(std::string_view element)
+    {
+        for (std::size_t i = 0; i < kIgnoredKinds.size(); ++i)
+            counts_[i] += kIgnoredKinds[i].element == element ? 1U : 0U;
+    }
+
+    // Empty if there are none.
+    [[nodiscard]] std::string sentence(const std::string& path) const
+    {
+        std::vector<std::string> parts;
+        for (std::size_t i = 0; i < kIgnoredKinds.size(); ++i) {
+            const auto& kind = kIgnoredKinds[i];
+            if (counts_[i] > 0)
+                parts.push_back(
+                    fmt::format("{} {}", counts_[i], counts_[i] == 1 ? kind.one : kind.many));
+        }
+        if (parts.empty())
+            return {};
+        return fmt::format("{}: ignored {}; points, lines and tracks are read.",
+                           path.substr(path.find_last_of('/') + 1), joined(parts, ", "));
+    }
+
+private:
+    std::array<std::size_t, kIgnoredKinds.size()> counts_{};
+};
+
+// The positions of a line, which white space separates.
+class PositionTexts {
+public:
+    explicit PositionTexts(const pugi::xml_node& coordinates) : rest_(textOf(coordinates, joined_))
+    {
+        // The text of several lines lacks the white space around it.
+        const char* const start = joined_.empty() ? coordinates.value() : joined_.data();
+        lines_ = static_cast<std::size_t>(std::count(start, rest_.data(), '\n'));
+        skipSpace();
+    }
+
+    // Returns an empty text behind the last one.
+    std::string_view current() const
+    {
+        const auto* const end = std::find_if(rest_.begin(), rest_.end(), gps::isWhiteSpace);
+        return rest_.substr(0, static_cast<std::size_t>(end - rest_.begin()));
+    }
+
+    void advance()
+    {
+        rest_.remove_prefix(current().size());
+        skipSpace();
+    }
+
+    // Those between the element and the position.
+    [[nodiscard]] std::size_t lines() const noexcept { return lines_; }
+
+private:
+    void skipSpace()
+    {
+        const auto next = gps::withoutLeadingSpace(rest_);
+        lines_ += static_cast<std::size_t>(std::count(rest_.data(), next.data(), '\n'));
+        rest_ = next;
+    }
+
+    std::string joined_;
+    std::string_view rest_;
+    std::size_t lines_ = 0;
+};
+
+// One line of a placemark: a segment of its track.
+struct Line {
+    gps::Array points;
+    bool isTimed = false; // a gx:Track
+};
+
+const gps::GPSPoint& pointAt(const gps::Value& record)
+{
+    return *gps::findPoint(*record.as<gps::Dictionary>());
+}
+
+bool isSamePosition(const gps::GPSPoint& a, const gps::GPSPoint& b)
+{
+    return a.latitude == b.latitude && a.longitude == b.longitude;
+}
+
+// A gx:Track has a time for each of its points, so a track of which only some points have one is
+// written as several lines. The lines without times begin and end with the points of their
+// neighbours.
+// @return  whether the line was appended
+bool appendTo(Line& before, Line& line)
+{
+    if (before.isTimed == line.isTimed || before.points.empty() || line.points.empty() ||
+        !isSamePosition(pointAt(before.points.back()), pointAt(line.points.front())))
+        return false;
+    if (before.isTimed)
+        line.points.erase(line.points.begin());
+    else
+        before.points.pop_back();
+    before.points.insert(before.points.end(), std::make_move_iterator(line.points.begin()),
+                         std::make_move_iterator(line.points.end()));
+    before.isTimed = line.isTimed;
+    return true;
+}
+
 // The records of a document that is not nested deeply.
 class Placemarks {
 public:
@@ -83,29 +207,51 @@ public:
     [[nodiscard]] const Problem& problem() const { return problem_; }
     [[nodiscard]] const std::vector<Problem>& skipped() const { return skipped_; }
     [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
+    [[nodiscard]] const UnreadValues& unreadValues() const { return unreadValues_; }
+    [[nodiscard]] const IgnoredElements& ignored() const { return ignored_; }
     void moveInto(gps::Dictionary& data);
 
 private:
+    bool readPlacemark(const pugi::xml_node& placemark);
     bool readGeometries(const pugi::xml_node& placemark, const pugi::xml_node& parent);
     bool readGeometry(const pugi::xml_node& placemark, const pugi::xml_node& geometry);
     void readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point);
-    bool readLine(const pugi::xml_node& placemark, const pugi::xml_node& line);
-    bool readTrack(const pugi::xml_node& placemark, const pugi::xml_node& track);
-    void addTrack(const pugi::xml_node& placemark, gps::Array points);
+    bool readLine(const pugi::xml_node& line);
+    bool readTrack(const pugi::xml_node& track);
+    void addLine(Line line);
+    void note(const UnreadTexts& unread, const pugi::xml_node& element, std::size_t lines = 0);
 
     gps::Array waypoints_;
     gps::Array tracks_;
+    std::vector<Line> lines_; // of the placemark that is being read
     Problem problem_;
     std::vector<Problem> skipped_; // the first ones
     std::size_t skippedCount_ = 0;
+    UnreadValues unreadValues_;
+    IgnoredElements ignored_;
 };
 
 bool Placemarks::read(const pugi::xml_node& parent)
 {
     const auto nodes = parent.children();
     return std::all_of(nodes.begin(), nodes.end(), [this](const pugi::xml_node& node) {
-        return isPlacemark(node) ? readGeometries(node, node) : read(node);
+        ignored_.add(localName(node));
+        return isPlacemark(node) ? readPlacemark(node) : read(node);
     });
+}
+
+bool Placemarks::readPlacemark(const pugi::xml_node& placemark)
+{
+    lines_.clear();
+    if (!readGeometries(placemark, placemark))
+        return false;
+    if (lines_.empty())
+        return true;
+    std::vector<gps::Array> segments;
+    for (auto& line : lines_)
+        segments.push_back(std::move(line.points));
+    appendTrack(tracks_, kmlTrack(placemark), std::move(segments));
+    return true;
 }
 
 bool Placemarks::readGeometries(const pugi::xml_node& placemark, const pugi::xml_node& parent)
@@ -121,85 +267,95 @@ bool Placemarks::readGeometry(const pugi::xml_node& placemark, const pugi::xml_n
     if (name == "MultiGeometry" || name == "MultiTrack")
         return readGeometries(placemark, geometry);
     if (name == "LineString")
-        return readLine(placemark, geometry);
+        return readLine(geometry);
     if (name == "Track")
-        return readTrack(placemark, geometry);
+        return readTrack(geometry);
     if (name == "Point")
         readPoint(placemark, geometry);
+    ignored_.add(name);
     return true;
+}
+
+void Placemarks::note(const UnreadTexts& unread, const pugi::xml_node& element, std::size_t lines)
+{
+    if (!unread.isEmpty())
+        unreadValues_.add(unread, element.offset_debug(), lines);
 }
 
 void Placemarks::readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point)
 {
     const auto text = childText(point, "coordinates");
     gps::GPSPoint position;
-    if (readKmlPosition(gps::trimmed(text), ',', position))
-        waypoints_.emplace_back(kmlWaypoint(placemark, position));
-    else if (++skippedCount_ <= SkippedWaypoints::kMostNamed)
+    UnreadTexts unread;
+    if (readKmlPosition(gps::trimmed(text), ',', position, unread)) {
+        waypoints_.emplace_back(kmlWaypoint(placemark, position, unread));
+        note(unread, point);
+    } else if (++skippedCount_ <= UnreadParts::kMostNamed) {
         skipped_.push_back({point, invalidText(text)});
+    }
 }
 
-bool Placemarks::readLine(const pugi::xml_node& placemark, const pugi::xml_node& line)
+bool Placemarks::readLine(const pugi::xml_node& line)
 {
     const auto element = childOf(line, "coordinates");
-    std::string joined;
-    const auto text = textOf(element, joined);
     gps::Array points;
-    for (auto rest = gps::withoutLeadingSpace(text); !rest.empty();
-         rest = gps::withoutLeadingSpace(rest)) {
-        const auto* const end = std::find_if(rest.begin(), rest.end(), gps::isWhiteSpace);
-        const auto position = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+    PositionTexts positions{element};
+    for (; !positions.current().empty(); positions.advance()) {
         gps::GPSPoint point;
-        if (!readKmlPosition(position, ',', point)) {
-            // The text of several lines lacks the white space around it.
-            const char* const start = joined.empty() ? element.value() : joined.data();
-            const auto lines = std::count(start, position.data(), '\n');
-            problem_ = {element, invalidText(position), static_cast<std::size_t>(lines)};
+        UnreadTexts unread;
+        if (!readKmlPosition(positions.current(), ',', point, unread)) {
+            problem_ = {element, invalidText(positions.current()), positions.lines()};
             return false;
         }
+        note(unread, element, positions.lines());
         points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
-        rest.remove_prefix(position.size());
     }
-    addTrack(placemark, std::move(points));
+    addLine({std::move(points), false});
     return true;
 }
 
 // Lists all times, then all positions. An empty position is one that is not known.
-bool Placemarks::readTrack(const pugi::xml_node& placemark, const pugi::xml_node& track)
+bool Placemarks::readTrack(const pugi::xml_node& track)
 {
     gps::Array points;
     std::string joined;
     auto when = track.first_child();
-    const auto timeOf = [&joined, &when] {
+    const auto timeOf = [&] {
+        UnreadTexts unread;
         while (when && localName(when) != "when")
             when = when.next_sibling();
-        const auto time = when ? readGpxTime(textOf(when, joined)) : std::nullopt;
+        const auto time = when ? timeIn(textOf(when, joined), unread) : 0;
+        note(unread, when);
         if (when)
             when = when.next_sibling();
-        return time.value_or(0);
+        return time;
     };
     for (const auto& node : track.children()) {
         if (localName(node) != "coord")
             continue;
         gps::GPSPoint point{.time = timeOf()};
+        UnreadTexts unread;
         const auto text = gps::trimmed(textOf(node, joined));
         if (text.empty())
             continue;
-        if (!readKmlPosition(text, ' ', point)) {
+        if (!readKmlPosition(text, ' ', point, unread)) {
             problem_ = {node, invalidText(text)};
             return false;
         }
+        note(unread, node);
         points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
     }
-    addTrack(placemark, std::move(points));
+    addLine({std::move(points), true});
     return true;
 }
 
-void Placemarks::addTrack(const pugi::xml_node& placemark, gps::Array points)
+void Placemarks::addLine(Line line)
 {
-    auto track = kmlTrack(placemark);
-    track.set("points", std::move(points));
-    tracks_.emplace_back(std::move(track));
+    // A line has two positions even where there is only one point.
+    if (!line.isTimed && line.points.size() == 2 && line.points.front() == line.points.back())
+        line.points.pop_back();
+    if (lines_.empty() || !appendTo(lines_.back(), line))
+        lines_.push_back(std::move(line));
 }
 
 void Placemarks::moveInto(gps::Dictionary& data)
@@ -226,7 +382,7 @@ std::optional<gps::Error> refusalOf(pugi::xml_document& document, const XmlFile&
 } // namespace
 
 std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data,
-                                  SkippedWaypoints& skipped)
+                                  UnreadParts& unread)
 {
     const XmlFile file{path, "KML", unpackKmz};
     std::string xml;
@@ -244,10 +400,14 @@ std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data
                             "Check the file, or export it once more", problem.lines);
     }
     placemarks.moveInto(data);
-    skipped.count += placemarks.skippedCount();
+    unread.waypoints += placemarks.skippedCount();
     for (const auto& [element, text, lines] : placemarks.skipped())
-        skipped.first.push_back(file.errorAt(element.offset_debug(), text + ", so it was skipped",
-                                             "Correct it, and try again"));
+        unread.firstWaypoints.push_back(file.errorAt(
+            element.offset_debug(), text + ", so it was skipped", "Correct it, and try again"));
+    auto values = placemarks.unreadValues().sentences(file);
+    std::move(values.begin(), values.end(), std::back_inserter(unread.values));
+    if (auto sentence = placemarks.ignored().sentence(path); !sentence.empty())
+        unread.ignored.push_back(std::move(sentence));
     return std::nullopt;
 }
 

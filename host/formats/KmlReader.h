@@ -5,7 +5,7 @@
 
 #pragma once
 
-#include "host/formats/GpxReader.h"
+#include "host/formats/UnreadParts.h"
 
 #include <gps/Error.h>
 #include <gps/Value.h>
@@ -21,16 +21,17 @@ namespace host {
 ///
 /// - Point: a waypoint with "name", "comment", "symbol", "point"; a geocache also has its own
 ///   fields, if this program wrote the file.
-/// - LineString, gx:Track: a track with "name" and "points"; each line of a MultiGeometry or a
-///   gx:MultiTrack is a track.
+/// - LineString, gx:Track: a track with "name" and "points". The lines of a MultiGeometry or a
+///   gx:MultiTrack are segments of one track, as readGpx() makes them; a LineString and a gx:Track
+///   that share an end are one segment.
 ///
 /// A description of HTML becomes plain text. Areas, overlays and everything else are ignored.
 ///
-/// @param skipped  gets the Points without valid coordinates, which are left out
-/// @return         an error with the line number if the file cannot be read, is not KML, is damaged
-///                 or cut short, has a line with an invalid position, or is made to do harm.
-///                 `data` is then unchanged
+/// @param unread  gets what was left out, such as the Points without valid coordinates
+/// @return        an error with the line number if the file cannot be read, is not KML, is damaged
+///                or cut short, has a line with an invalid position, or is made to do harm.
+///                `data` is then unchanged
 [[nodiscard]] std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data,
-                                                SkippedWaypoints& skipped);
+                                                UnreadParts& unread);
 
 } // namespace host

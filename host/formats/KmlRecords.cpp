@@ -4,7 +4,7 @@
 
 #include "host/formats/KmlRecords.h"
 
-#include "host/formats/GpxTime.h"
+#include "host/formats/RecordOrigin.h"
 #include "host/formats/XmlNodes.h"
 #include "host/points/Points.h"
 
@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -44,6 +43,15 @@ bool isRecordKey(std::string_view key)
                gps::kGeocacheKeys.end();
 }
 
+std::string extendedText(const pugi::xml_node& placemark, std::string_view key)
+{
+    for (const auto& data : childOf(placemark, "ExtendedData").children()) {
+        if (data.attribute("name").value() == key)
+            return childText(data, "value");
+    }
+    return {};
+}
+
 // The fields of a record that this program has written.
 void addExtendedData(gps::Dictionary& record, const pugi::xml_node& placemark)
 {
@@ -52,6 +60,14 @@ void addExtendedData(gps::Dictionary& record, const pugi::xml_node& placemark)
         if (isRecordKey(key))
             record.set(key, childText(data, "value"));
     }
+}
+
+gps::Dictionary named(const pugi::xml_node& placemark)
+{
+    gps::Dictionary record;
+    if (auto name = childText(placemark, "name"); !name.empty())
+        record.set("name", std::move(name));
+    return record;
 }
 
 struct Reference {
@@ -81,7 +97,8 @@ std::string_view takeCharacterOf(std::string_view& html)
 
 } // namespace
 
-bool readKmlPosition(std::string_view text, char separator, gps::GPSPoint& point)
+bool readKmlPosition(std::string_view text, char separator, gps::GPSPoint& point,
+                     UnreadTexts& unread)
 {
     const auto longitude = takeNumber(text, separator);
     const auto latitude = takeNumber(text, separator);
@@ -89,25 +106,26 @@ bool readKmlPosition(std::string_view text, char separator, gps::GPSPoint& point
         return false;
     point.longitude = *longitude;
     point.latitude = *latitude;
-    point.altitude = gps::leadingNumber(text).value_or(std::numeric_limits<double>::quiet_NaN());
+    point.altitude = elevationIn(text, unread);
     return isOnGlobe(point);
 }
 
-gps::Dictionary kmlWaypoint(const pugi::xml_node& placemark, gps::GPSPoint point)
+gps::Dictionary kmlWaypoint(const pugi::xml_node& placemark, gps::GPSPoint point,
+                            UnreadTexts& unread)
 {
-    auto record = kmlTrack(placemark);
+    auto record = named(placemark);
     record.set("comment", plainDescription(childText(placemark, "description")));
     addExtendedData(record, placemark);
-    point.time = readGpxTime(childText(childOf(placemark, "TimeStamp"), "when")).value_or(0);
+    point.time = timeIn(childText(childOf(placemark, "TimeStamp"), "when"), unread);
     record.set(gps::kPointKey, point);
     return record;
 }
 
 gps::Dictionary kmlTrack(const pugi::xml_node& placemark)
 {
-    gps::Dictionary record;
-    if (auto name = childText(placemark, "name"); !name.empty())
-        record.set("name", std::move(name));
+    auto record = named(placemark);
+    if (auto source = extendedText(placemark, kSourceKey); !source.empty())
+        record.set(kSourceKey, std::move(source));
     return record;
 }
 

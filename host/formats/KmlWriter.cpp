@@ -79,8 +79,8 @@ void KmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& re
 {
     if (!globe_.passes(point))
         return;
-    // Coordinates wait in the line's own spool, so a route's points precede its line in the folder.
-    line_.add(routes_, point);
+    // The line waits in spools of its own, so a route's points precede it in the folder.
+    line_.add(point);
     makePlacemark(point, record, "waypoint");
     routes_.write(text_);
 }
@@ -102,7 +102,7 @@ void KmlWriter::beginTrack(const gps::Dictionary& track)
 void KmlWriter::trackPoint(const gps::GPSPoint& point)
 {
     if (globe_.passes(point))
-        line_.add(output_, point);
+        line_.add(point);
 }
 
 void KmlWriter::newSegment()

@@ -73,6 +73,7 @@ bool takePoint(std::string_view& text, gps::GPSPoint& point)
 {
     auto rest = text;
     PointTexts texts;
+    UnreadTexts unread;
     (void)takeAll(rest, kSpace);
     if (!take(rest, "<trkpt lat=\""))
         return false;
@@ -85,7 +86,7 @@ bool takePoint(std::string_view& text, gps::GPSPoint& point)
     (void)takeAll(rest, kSpace);
     if (!takeElement(rest, "<ele>", "</ele>", texts.elevation) ||
         !takeElement(rest, "<time>", "</time>", texts.time) || !take(rest, "</trkpt>") ||
-        !makePoint(texts, point))
+        !makePoint(texts, point, unread) || !unread.isEmpty())
         return false;
     text = rest;
     return true;

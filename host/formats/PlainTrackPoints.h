@@ -21,7 +21,7 @@ struct PlainTrackPoints {
 };
 
 /// Takes the points that follow a "<trkseg>" directly, up to the first that is not of this form,
-/// with any white space between the tags, "ele" and "time" optional, and valid coordinates:
+/// with any white space between the tags, "ele" and "time" optional, and valid values:
 ///
 ///     <trkpt lat="46.5" lon="7.25"><ele>1000</ele><time>2008-08-11T06:15:48Z</time></trkpt>
 ///

@@ -9,6 +9,9 @@
 
 namespace host {
 
+/// The key of what a route or a track of an imported file says about its own origin.
+inline constexpr char kSourceKey[] = "source";
+
 struct RecordOrigin {
     std::string title{};      ///< of the output, for the user; empty without one
     std::string receiver{};   ///< for the user; empty if the records are not from a receiver

@@ -19,6 +19,26 @@
 namespace host {
 namespace {
 
+bool isForbidden(char c) noexcept
+{
+    return static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' && c != '\r';
+}
+
+// Finds the first control character that XML forbids. Counts before it searches: compilers count
+// many bytes at once.
+std::size_t findForbidden(std::string_view xml) noexcept
+{
+    constexpr std::size_t kPiece = 4096; // bytes
+    for (std::size_t start = 0; start < xml.size(); start += kPiece) {
+        const auto piece = xml.substr(start, kPiece);
+        if (std::count_if(piece.begin(), piece.end(), isForbidden) == 0)
+            continue;
+        const auto* const first = std::find_if(piece.begin(), piece.end(), isForbidden);
+        return start + static_cast<std::size_t>(first - piece.begin());
+    }
+    return xml.size();
+}
+
 constexpr char kCheckFile[] = "Check the file, or export it once more";
 
 } // namespace
@@ -49,9 +69,12 @@ std::optional<gps::Error> XmlFile::read(std::string& xml) const
 
 std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& document) const
 {
-    // The parser would stop at a zero byte and call what it has read a whole document.
-    if (const auto zero = xml.find('\0'); zero != std::string::npos)
-        return errorAt(static_cast<std::ptrdiff_t>(zero), "the file is damaged (a zero byte)");
+    // The parser would stop at a zero byte and call what it has read a whole document. It accepts
+    // the other control characters, which are as sure a sign of damage.
+    if (const auto control = findForbidden(xml); control < xml.size())
+        return errorAt(static_cast<std::ptrdiff_t>(control),
+                       fmt::format("the file is damaged (a {})",
+                                   xml[control] == '\0' ? "zero byte" : "control character"));
     constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |
                               pugi::parse_ws_pcdata_single; // a name may be a single space
     const auto result =

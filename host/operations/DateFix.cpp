@@ -33,7 +33,7 @@ std::optional<DateRule> readDateRule(std::string_view text) noexcept
 
 const Event& DateFix::adjusted(const Event& event)
 {
-    if (event.kind != EventKind::kTrackPoint)
+    if (event.kind != EventKind::kTrackPoint && event.kind != EventKind::kNewSegment)
         trackWeeks_.reset();
     const bool hasPoint =
         event.kind == EventKind::kTrackPoint || event.kind == EventKind::kWayPoint;

@@ -149,6 +149,11 @@ void EventStream::newTrack(const gps::Dictionary& track)
     append(EventKind::kNewTrack, [&](Event& event) { event.record = track; });
 }
 
+void EventStream::newSegment()
+{
+    append(EventKind::kNewSegment, [](Event& event) { event.record.clear(); });
+}
+
 void EventStream::trackPoint(const gps::GPSPoint& point, const gps::Dictionary& extra)
 {
     append(EventKind::kTrackPoint, [&](Event& event) {

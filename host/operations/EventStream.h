@@ -49,6 +49,9 @@ public:
     void endSending(gps::TransferKind kind) override;
     void error(const gps::Error& error) override;
 
+    /// For what the host reads itself: the open track goes on behind a gap.
+    void newSegment();
+
     /// Ends the stream of an operation that failed to start. [host thread]
     void close();
 

@@ -136,7 +136,7 @@ bool endsOperation(const EventBatch& batch)
 
 // An exception that left this function would end the program: the consumer thread is running.
 std::optional<gps::Error> resultOf(const OperationStart& start,
-                                   const gps::GPSPlugInProtocol::Status& status)
+                                   const std::shared_ptr<EventStream>& status)
 {
     try {
         return start(status);

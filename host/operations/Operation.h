@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,8 +46,9 @@ struct Outcome {
     bool isAbandoned = false;
 };
 
+/// Gets the status object for the driver.
 using OperationStart =
-    std::function<std::optional<gps::Error>(const gps::GPSPlugInProtocol::Status& status)>;
+    std::function<std::optional<gps::Error>(const std::shared_ptr<EventStream>& status)>;
 using BatchConsumer = std::function<void(const EventBatch& batch)>;
 
 /// Returns whether to go on waiting for an operation's end.

@@ -175,11 +175,11 @@ OperationReport Download::readMapFile(const std::string& file, const gps::Dictio
     if (stopRequested())
         return {.sourceFile = file, .isInterrupted = true};
     bool isStopped = false;
-    std::vector<gps::Error> skipped;
+    UnreadParts unread;
     progress_.begin(TransferPhase::kReading);
     const auto outcome = runOperation(
-        [&](const gps::GPSPlugInProtocol::Status& status) {
-            return importMapFile(file, *status, skipped);
+        [&](const std::shared_ptr<EventStream>& status) {
+            return importMapFile(file, *status, unread);
         },
         [this](const EventBatch& batch) { consume(batch); },
         [&] {
@@ -190,7 +190,11 @@ OperationReport Download::readMapFile(const std::string& file, const gps::Dictio
     progress_.finish();
     auto report = reportOn(outcome, driver_,
                            {.options = options, .isStoppedByUser = isStopped, .isOfDriver = false});
-    report.unreadable.insert(report.unreadable.end(), skipped.begin(), skipped.end());
+    report.unreadable.insert(report.unreadable.end(), unread.firstWaypoints.begin(),
+                             unread.firstWaypoints.end());
+    report.moreUnreadable += unread.waypoints - unread.firstWaypoints.size();
+    report.unreadValues = std::move(unread.values);
+    report.ignored = std::move(unread.ignored);
     return report;
 }
 

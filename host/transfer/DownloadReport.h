@@ -76,7 +76,7 @@ struct DownloadReport {
     /// Whether the user stopped an operation.
     [[nodiscard]] bool isInterrupted() const;
 
-    /// Whether lines on the device are damaged, which nobody can get.
+    /// Whether lines on the device or values in map files are damaged, which nobody can get.
     [[nodiscard]] bool hasDamagedLines() const;
 
     [[nodiscard]] bool succeeded() const { return isComplete() && !output.error; }

@@ -3,7 +3,6 @@
 
 #include "host/transfer/MapFileImport.h"
 
-#include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
@@ -11,8 +10,6 @@
 #include "host/formats/KmlReader.h"
 
 #include <gps/Value.h>
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <initializer_list>
@@ -53,16 +50,19 @@ void reportRoute(const gps::Dictionary& record, gps::GPSOutputReceiver& status)
                   [&](const gps::Dictionary& point) { reportWaypoint(point, status); });
 }
 
-void reportTrack(const gps::Dictionary& record, gps::GPSOutputReceiver& status)
+void reportTrack(const gps::Dictionary& record, EventStream& status)
 {
-    status.newTrack(without({kPoints, kSegmentKey}, record));
+    const auto* const number = record.find(kSegmentKey);
+    if (number != nullptr && number->int32Reading() > 1)
+        status.newSegment();
+    else
+        status.newTrack(without({kPoints, kSegmentKey}, record));
     forEachRecord(record, kPoints,
                   [&](const gps::Dictionary& point) { status.trackPoint(pointIn(point), {}); });
 }
 
 template <typename Report> void reportKind(TransferKind kind, const gps::Dictionary& data,
-                                           const char* key, gps::GPSOutputReceiver& status,
-                                           Report report)
+                                           const char* key, EventStream& status, Report report)
 {
     if (!data.contains(key))
         return;
@@ -79,22 +79,16 @@ bool isMapFile(const std::string& file)
     return std::find(kMapFileTypes.begin(), kMapFileTypes.end(), type) != kMapFileTypes.end();
 }
 
-std::optional<gps::Error> importMapFile(const std::string& file, gps::GPSOutputReceiver& status,
-                                        std::vector<gps::Error>& skipped)
+std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,
+                                        UnreadParts& unread)
 {
     gps::Dictionary data;
-    SkippedWaypoints left;
     if (auto failure =
-            fileTypeOf(file) == "gpx" ? readGpx(file, data, &left) : readKml(file, data, left))
+            fileTypeOf(file) == "gpx" ? readGpx(file, data, &unread) : readKml(file, data, unread))
         return failure;
     reportKind(TransferKind::kWaypoints, data, "waypoint", status, reportWaypoint);
     reportKind(TransferKind::kRoutes, data, "route", status, reportRoute);
     reportKind(TransferKind::kTracks, data, "track", status, reportTrack);
-    skipped = left.first;
-    if (left.count > left.first.size())
-        skipped.push_back(
-            hostError(fmt::format("{} more waypoints were skipped", left.count - left.first.size()),
-                      "Correct them, and try again", file));
     status.gpsStateChange(0);
     return std::nullopt;
 }

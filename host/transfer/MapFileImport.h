@@ -5,14 +5,15 @@
 
 #pragma once
 
+#include "host/formats/UnreadParts.h"
+#include "host/operations/EventStream.h"
+
 #include <gps/Error.h>
-#include <gps/GPSOutputReceiver.h>
 
 #include <array>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace host {
 
@@ -22,12 +23,11 @@ inline constexpr std::array<std::string_view, 3> kMapFileTypes{"gpx", "kml", "km
 /// Whether a file has one of these extensions, in either case.
 [[nodiscard]] bool isMapFile(const std::string& file);
 
-/// Reports the records of a file: waypoints, routes, then tracks, each segment as a track. An
-/// unknown elevation is a NaN. The last call is gpsStateChange() with 0.
-/// @param skipped  gets an error for each waypoint that was left out, or for some and their number
-/// @return         why the file cannot be read. Nothing was reported then
-[[nodiscard]] std::optional<gps::Error> importMapFile(const std::string& file,
-                                                      gps::GPSOutputReceiver& status,
-                                                      std::vector<gps::Error>& skipped);
+/// Reports the records of a file: waypoints, routes, then tracks with their segments. An unknown
+/// elevation is a NaN. The last call is gpsStateChange() with 0.
+/// @param unread  gets what was left out
+/// @return        why the file cannot be read. Nothing was reported then
+[[nodiscard]] std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,
+                                                      UnreadParts& unread);
 
 } // namespace host

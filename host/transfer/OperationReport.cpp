@@ -126,6 +126,8 @@ std::optional<gps::TransferAccount> accountOf(const gps::GPSPlugInProtocol& driv
 // A serial session has no such lines: what arrives damaged is sent again.
 bool OperationReport::hasDamagedLines() const
 {
+    if (!unreadValues.empty())
+        return true;
     if (!account || isSerial)
         return false;
     const auto tallies = talliesOf(*account);

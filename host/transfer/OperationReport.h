@@ -44,6 +44,9 @@ struct OperationReport {
     std::vector<gps::Error> unreadable{};
     std::size_t moreUnreadable = 0; ///< further ones, of which nothing is known
 
+    std::vector<std::string> unreadValues{}; ///< of points of an imported map file, in sentences
+    std::vector<std::string> ignored{};      ///< parts of it that are no records, in sentences
+
     bool isInterrupted = false; ///< the user stopped it
     bool isAbandoned = false;   ///< the host left without waiting for its end
 
@@ -69,7 +72,7 @@ struct OperationReport {
                unreadable.empty() && moreUnreadable == 0 && !isInterrupted && !isAbandoned;
     }
 
-    /// Whether lines on the device are damaged, which nobody can get.
+    /// Whether lines on the device or values in a map file are damaged, which nobody can get.
     [[nodiscard]] bool hasDamagedLines() const;
 };
 

@@ -136,6 +136,15 @@ void addTallies(std::vector<Message>& messages, const OperationReport& report, b
     }
 }
 
+void addUnreadValues(std::vector<Message>& messages, const OperationReport& report,
+                     bool isDamageAnError)
+{
+    for (const auto& sentence : report.unreadValues)
+        messages.push_back({isDamageAnError, sentence});
+    for (const auto& sentence : report.ignored)
+        messages.push_back({false, sentence});
+}
+
 void addCounted(std::vector<Message>& messages, std::string_view what, const RecordCounts& counts)
 {
     if (const auto text = recordCountText(counts); !text.empty())
@@ -170,6 +179,7 @@ std::vector<Message> operationMessages(const OperationReport& report, const Mess
     addUnreadable(messages, report);
     addGaps(messages, report);
     addTallies(messages, report, options.isDamageAnError);
+    addUnreadValues(messages, report, options.isDamageAnError);
     if (const auto text = repeatText(report.repeats); !text.empty())
         messages.push_back({false, text});
     if (options.isLogShown)

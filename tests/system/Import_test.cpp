@@ -84,7 +84,7 @@ std::string withoutOrigin(const std::string& gpx)
     return std::regex_replace(gpx, std::regex{"<metadata>.*|<src>[^<]*</src>"}, "");
 }
 
-TEST(Import, GpxFileIsWrittenAsItWasButForItsOrigin)
+TEST(Import, GpxFileIsWrittenAsItWasButForItsTime)
 {
     const support::TemporaryFolder folder;
     EXPECT_EQ(magellangps({"import", std::string{kFiles} + "trip.log",
@@ -95,7 +95,7 @@ TEST(Import, GpxFileIsWrittenAsItWasButForItsOrigin)
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_EQ(withoutOrigin(folder.read("b.gpx")), withoutOrigin(folder.read("first.gpx")));
     EXPECT_THAT(folder.read("first.gpx"), HasSubstr("<src>trip.log</src>"));
-    EXPECT_THAT(folder.read("b.gpx"), HasSubstr("<src>first.gpx</src>"));
+    EXPECT_THAT(folder.read("b.gpx"), HasSubstr("<src>trip.log</src>"));
 }
 
 TEST(Import, AnOutputThatIsOneOfTheFilesIsRefused)

@@ -143,9 +143,65 @@ TEST(GpxReader, MalformedElevationIsUnknownAndSuchATimeIsZero)
     for (const std::string_view text : {"", "<ele/>", "<ele>nan</ele>", "<ele>inf</ele>"})
         EXPECT_TRUE(std::isnan(pointOf(text).altitude)) << text;
     EXPECT_EQ(pointOf("<ele>0</ele>").altitude, 0);
-    EXPECT_EQ(pointOf("<ele> -12.5 m</ele>").altitude, -12.5);
+    EXPECT_EQ(pointOf("<ele> -12.5\n</ele>").altitude, -12.5);
+    // What begins with a number is another number, or none.
+    for (const std::string_view text : {"12,5", "13 m", "1 200", "0x10", "1e", "1e400"})
+        EXPECT_TRUE(std::isnan(pointOf("<ele>" + std::string{text} + "</ele>").altitude)) << text;
     EXPECT_EQ(pointOf("<time>1969-12-31T23:59:59Z</time>").time, -1);
     EXPECT_EQ(pointOf("<time>2024-06-01T12:00:00.75+02:00</time>").time, 1717236000);
+}
+
+TEST(GpxReader, ElevationUpToTheBoundIsReadAndMoreIsUnknown)
+{
+    const auto elevationOf = [](const char* text) {
+        return gps::findPoint(waypointFrom("<ele>" + std::string{text} + "</ele>"))->altitude;
+    };
+    EXPECT_EQ(elevationOf("100000000"), 1e8);
+    EXPECT_EQ(elevationOf("-100000000"), -1e8);
+    EXPECT_TRUE(std::isnan(elevationOf("100000000.1")));
+    EXPECT_TRUE(std::isnan(elevationOf("-100000000.1")));
+    EXPECT_TRUE(std::isnan(elevationOf(std::string(309, '9').c_str())));
+}
+
+// The notes on a file that is read.
+std::vector<std::string> unreadValuesOf(const std::string& bytes)
+{
+    const support::TemporaryFolder folder;
+    Dictionary data;
+    host::UnreadParts unread;
+    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", bytes), data, &unread));
+    EXPECT_FALSE(data.empty());
+    return unread.values;
+}
+
+TEST(GpxReader, ValuesThatAreLeftOutAreCountedByKindWithTheFirstAndItsLine)
+{
+    EXPECT_THAT(
+        unreadValuesOf("<gpx>\n<wpt lat='1' lon='2'><ele>5</ele></wpt>\n"
+                       "<wpt lat='1' lon='2'><ele>12,5</ele><time>noon</time></wpt>\n"
+                       "<rte><rtept lat='1' lon='2'><ele>13 m</ele></rtept></rte>\n"
+                       "<trk><trkseg><trkpt lat='1' lon='2'><ele>x</ele></trkpt></trkseg></trk>"
+                       "</gpx>"),
+        testing::ElementsAre("a.gpx, line 3: 3 elevations are not numbers of metres, the first one "
+                             "\"12,5\", so they were left out.",
+                             "a.gpx, line 3: a time is not of the form 2024-06-01T12:00:00Z, "
+                             "\"noon\", so it was left out."));
+}
+
+TEST(GpxReader, ValueThatIsEmptyOrMissingIsNotMentioned)
+{
+    EXPECT_THAT(unreadValuesOf("<gpx><wpt lat='1' lon='2'/><wpt lat='1' lon='2'><ele/><time> "
+                               "</time></wpt></gpx>"),
+                testing::IsEmpty());
+}
+
+TEST(GpxReader, LeapSecondAndATimeWithoutSecondsAreLeftOutAndCounted)
+{
+    EXPECT_THAT(unreadValuesOf("<gpx><wpt lat='1' lon='2'><time>2016-12-31T23:59:60Z</time></wpt>\n"
+                               "<wpt lat='1' lon='2'><time>2024-06-01T12:00Z</time></wpt></gpx>"),
+                testing::ElementsAre("a.gpx, line 1: 2 times are not of the form "
+                                     "2024-06-01T12:00:00Z, the first one "
+                                     "\"2016-12-31T23:59:60Z\", so they were left out."));
 }
 
 TEST(GpxReader, CoordinatesMustBeNumbersOnTheGlobe)
@@ -538,17 +594,17 @@ TEST(GpxReader, InvalidWaypointsAreSkippedOnRequest)
         content += "\n<wpt lat='91' lon='2'/>";
     const auto file = folder.put("a.gpx", gpx(content + "<wpt lat='3' lon='4'/>"));
     Dictionary data;
-    host::SkippedWaypoints skipped;
-    EXPECT_FALSE(host::readGpx(file, data, &skipped));
+    host::UnreadParts unread;
+    EXPECT_FALSE(host::readGpx(file, data, &unread));
     EXPECT_EQ(listUnder(data, "waypoint").size(), 2U);
-    EXPECT_EQ(skipped.count, 12U);
-    ASSERT_EQ(skipped.first.size(), 10U);
-    EXPECT_EQ(skipped.first[1].description(),
+    EXPECT_EQ(unread.waypoints, 12U);
+    ASSERT_EQ(unread.firstWaypoints.size(), 10U);
+    EXPECT_EQ(unread.firstWaypoints[1].description(),
               "a.gpx, line 4: a <wpt> has invalid coordinates: its latitude is \"91\", its "
               "longitude \"2\", so it was skipped");
-    EXPECT_EQ(skipped.first[1].suggestion(), "Correct it, and try again");
-    EXPECT_FALSE(host::readGpx(file, data, &skipped));
-    EXPECT_EQ(skipped.count, 24U);
+    EXPECT_EQ(unread.firstWaypoints[1].suggestion(), "Correct it, and try again");
+    EXPECT_FALSE(host::readGpx(file, data, &unread));
+    EXPECT_EQ(unread.waypoints, 24U);
 }
 
 TEST(GpxReader, InvalidPointsOfRoutesAndTracksAreNeverSkipped)
@@ -557,12 +613,12 @@ TEST(GpxReader, InvalidPointsOfRoutesAndTracksAreNeverSkipped)
     for (const auto* const content : {"<rte><rtept lat='91' lon='2'/></rte>",
                                       "<trk><trkseg><trkpt lat='91' lon='2'/></trkseg></trk>"}) {
         Dictionary data;
-        host::SkippedWaypoints skipped;
+        host::UnreadParts unread;
         EXPECT_TRUE(host::readGpx(
             folder.put("a.gpx", gpx(std::string{"<wpt lat='91' lon='2'/>"} + content)), data,
-            &skipped));
+            &unread));
         EXPECT_TRUE(data.empty());
-        EXPECT_EQ(skipped.count, 0U);
+        EXPECT_EQ(unread.waypoints, 0U);
     }
 }
 
@@ -583,6 +639,12 @@ TEST(GpxReader, DamageIsReportedWithItsLine)
     EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"),
                 StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
     EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
+    for (const char c : "\x01\b\v\x1F"s)
+        EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'><name>A"s + c + "</name></wpt></gpx>"),
+                  "trip.gpx, line 2: the file is damaged (a control character)");
+    EXPECT_EQ(refusal("<gpx>\n" + std::string(4096, ' ') + "\x01</gpx>"),
+              "trip.gpx, line 2: the file is damaged (a control character)");
+    EXPECT_EQ(refusal("<gpx>\t\r\n <wpt lat='1' lon='2'/>\x7F</gpx>"), "read");
     EXPECT_EQ(refusal("<gpx/>\n<gpx/>"),
               "trip.gpx, line 2: there is more text after the end of the document");
 }

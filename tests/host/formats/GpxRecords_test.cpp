@@ -46,11 +46,15 @@ TEST_F(GpxRecords, ElementBelongsToTheFormatByItsNamespaceNotItsPrefix)
 TEST_F(GpxRecords, PointNeedsBothCoordinates)
 {
     gps::GPSPoint point;
-    EXPECT_FALSE(host::readPoint(parse("<wpt lat='1'/>"), point));
-    EXPECT_FALSE(host::readPoint(parse("<wpt lon='1'/>"), point));
-    EXPECT_FALSE(host::readPoint(parse("<wpt lat='1x' lon='2'/>"), point));
-    EXPECT_FALSE(host::readPoint(parse("<wpt lat='90.1' lon='2'/>"), point));
-    ASSERT_TRUE(host::readPoint(parse("<wpt lat='90' lon=' +2 '><ele>x</ele></wpt>"), point));
+    host::UnreadTexts unread;
+    EXPECT_FALSE(host::readPoint(parse("<wpt lat='1'/>"), point, unread));
+    EXPECT_FALSE(host::readPoint(parse("<wpt lon='1'/>"), point, unread));
+    EXPECT_FALSE(host::readPoint(parse("<wpt lat='1x' lon='2'/>"), point, unread));
+    EXPECT_FALSE(host::readPoint(parse("<wpt lat='90.1' lon='2'/>"), point, unread));
+    EXPECT_TRUE(unread.isEmpty());
+    ASSERT_TRUE(
+        host::readPoint(parse("<wpt lat='90' lon=' +2 '><ele>x</ele></wpt>"), point, unread));
+    EXPECT_EQ(unread.elevation, "x");
     EXPECT_EQ(point, (gps::GPSPoint{90, 2, std::numeric_limits<double>::quiet_NaN(), 0, 0}));
 }
 
@@ -70,10 +74,11 @@ TEST_F(GpxRecords, RouteNumberMustBeginWithANumber)
     EXPECT_EQ(host::routeRecord(parse("<rte><number>x</number></rte>")), gps::Dictionary{});
 }
 
-TEST_F(GpxRecords, TrackHasOnlyItsName)
+TEST_F(GpxRecords, TrackHasOnlyItsNameAndItsSource)
 {
-    EXPECT_EQ(host::trackRecord(parse("<trk><name>T</name><cmt>c</cmt><trkseg/></trk>")),
-              (gps::Dictionary{{"name", "T"}}));
+    EXPECT_EQ(host::trackRecord(
+                  parse("<trk><name>T</name><cmt>c</cmt><src>Old watch</src><trkseg/></trk>")),
+              (gps::Dictionary{{"name", "T"}, {"source", "Old watch"}}));
     EXPECT_EQ(host::trackRecord(parse("<trk/>")), gps::Dictionary{});
 }
 

@@ -20,7 +20,7 @@ std::string placemarkOf(const std::vector<gps::GPSPoint>& points, KmlTimes times
     host::KmlLine line{written.folder()};
     line.begin("<Placemark>", times);
     for (const auto& point : points)
-        line.add(written.output(), point);
+        line.add(point);
     line.end(written.output());
     return written.text();
 }
@@ -48,15 +48,72 @@ TEST(KmlLine, OneTimedPointIsATrackUnlessTimesAreDropped)
               "<Placemark><Point><coordinates>2,1,3\n</coordinates></Point></Placemark>\n");
 }
 
+TEST(KmlLine, TrackOfTimedSegmentsIsAMultiTrack)
+{
+    support::Written written;
+    host::KmlLine line{written.folder()};
+    line.begin("<Placemark>", KmlTimes::kKept);
+    line.breakHere(); // before the first point
+    line.add({1, 2, 3, kTen, 0});
+    line.breakHere();
+    line.add({4, 5, 6, kTen + 1, 0});
+    line.end(written.output());
+    EXPECT_EQ(written.text(), "<Placemark><gx:MultiTrack>\n"
+                              "<gx:Track>\n<when>2024-06-01T10:00:00Z</when>\n"
+                              "<gx:coord>2 1 3</gx:coord>\n</gx:Track>\n"
+                              "<gx:Track>\n<when>2024-06-01T10:00:01Z</when>\n"
+                              "<gx:coord>5 4 6</gx:coord>\n</gx:Track>\n"
+                              "</gx:MultiTrack></Placemark>\n");
+}
+
+TEST(KmlLine, PointWithoutATimeIsAPieceOfLineBetweenItsNeighbours)
+{
+    EXPECT_EQ(
+        placemarkOf({{1, 2, 3, kTen, 0}, {4, 5, 6, 0, 0}, {7, 8, 9, kTen + 1, 0}}, KmlTimes::kKept),
+        "<Placemark><MultiGeometry>\n"
+        "<gx:Track>\n<when>2024-06-01T10:00:00Z</when>\n"
+        "<gx:coord>2 1 3</gx:coord>\n</gx:Track>\n"
+        "<LineString><tessellate>1</tessellate><coordinates>\n"
+        "2,1,3\n5,4,6\n8,7,9\n</coordinates></LineString>\n"
+        "<gx:Track>\n<when>2024-06-01T10:00:01Z</when>\n"
+        "<gx:coord>8 7 9</gx:coord>\n</gx:Track>\n"
+        "</MultiGeometry></Placemark>\n");
+}
+
+TEST(KmlLine, UntimedSegmentOfOnePointIsALineOfTwoPositions)
+{
+    support::Written written;
+    host::KmlLine line{written.folder()};
+    line.begin("<Placemark>", KmlTimes::kKept);
+    for (const double latitude : {1, 4}) {
+        line.add({latitude, 2, 3, 0, 0});
+        line.breakHere();
+    }
+    line.end(written.output());
+    EXPECT_EQ(written.text(), "<Placemark><MultiGeometry>\n"
+                              "<LineString><tessellate>1</tessellate><coordinates>\n"
+                              "2,1,3\n2,1,3\n</coordinates></LineString>\n"
+                              "<LineString><tessellate>1</tessellate><coordinates>\n"
+                              "2,4,3\n2,4,3\n</coordinates></LineString>\n"
+                              "</MultiGeometry></Placemark>\n");
+}
+
+TEST(KmlLine, LineWithoutATimeOnOneSideOfTheDateLineIsCutThere)
+{
+    const auto text = placemarkOf({{0, 179, 0, kTen, 0}, {2, -179, 0, 0, 0}}, KmlTimes::kKept);
+    EXPECT_NE(text.find("<coordinates>\n179,0,0\n180,1,0\n</coordinates>"), text.npos) << text;
+    EXPECT_NE(text.find("<coordinates>\n-180,1,0\n-179,2,0\n</coordinates>"), text.npos) << text;
+}
+
 TEST(KmlLine, BeginForgetsTheLineBefore)
 {
     support::Written written;
     host::KmlLine line{written.folder()};
     line.begin("<Placemark>1", KmlTimes::kKept);
-    line.add(written.output(), {0, 179, 0, 0, 0});
+    line.add({0, 179, 0, 0, 0});
     line.end(written.output());
     line.begin("<Placemark>2", KmlTimes::kKept);
-    line.add(written.output(), {0, -179, 0, 0, 0}); // not across the meridian: another line
+    line.add({0, -179, 0, 0, 0}); // not across the meridian: another line
     line.end(written.output());
     EXPECT_EQ(written.text(),
               "<Placemark>1<Point><coordinates>179,0,0\n</coordinates></Point></Placemark>\n"

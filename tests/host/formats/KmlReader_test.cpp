@@ -3,6 +3,7 @@
 
 #include "host/formats/KmlReader.h"
 
+#include "host/Numbers.h"
 #include "host/files/ZipWriter.h"
 #include "host/formats/KmlWriter.h"
 #include "host/formats/KmzWriter.h"
@@ -19,11 +20,12 @@ namespace {
 
 using gps::Dictionary;
 using gps::GPSPoint;
+using support::kTen;
 using testing::HasSubstr;
 
 struct Read {
     Dictionary data;
-    host::SkippedWaypoints skipped;
+    host::UnreadParts unread;
     std::string failure; // its description; empty if there is none
 };
 
@@ -31,7 +33,7 @@ Read readFile(const std::string& content, const char* name = "a.kml")
 {
     const support::TemporaryFolder folder;
     Read read;
-    if (const auto failure = host::readKml(folder.put(name, content), read.data, read.skipped))
+    if (const auto failure = host::readKml(folder.put(name, content), read.data, read.unread))
         read.failure = failure->description().value_or("?");
     if (!read.failure.empty()) {
         EXPECT_TRUE(read.data.empty()) << read.failure;
@@ -50,7 +52,7 @@ Dictionary dataOf(const std::string& content)
 {
     const auto read = readFile(document(content));
     EXPECT_EQ(read.failure, "");
-    EXPECT_EQ(read.skipped.count, 0U);
+    EXPECT_EQ(read.unread.waypoints, 0U);
     return read.data;
 }
 
@@ -121,7 +123,7 @@ TEST(KmlReader, TrackHasItsTimesInTheOrderOfItsPositions)
     EXPECT_EQ(points[3], (GPSPoint{49, 10, 3, 0, 0}));
 }
 
-TEST(KmlReader, EachGeometryOfSeveralIsARecordOfThatName)
+TEST(KmlReader, GeometriesOfOnePlacemarkAreATrackWithSegmentsAndWaypoints)
 {
     const auto line = [](const char* positions) {
         return std::string{"<LineString><coordinates>"} + positions + "</coordinates></LineString>";
@@ -132,11 +134,43 @@ TEST(KmlReader, EachGeometryOfSeveralIsARecordOfThatName)
                line("7,8 9,10") +
                "</MultiGeometry></Placemark><Placemark><gx:MultiTrack><gx:Track>"
                "<gx:coord>1 2</gx:coord></gx:Track><gx:Track/></gx:MultiTrack></Placemark>");
-    ASSERT_EQ(countOf(data, "track"), 4U);
-    EXPECT_EQ(*recordAt(data, "track", 1).findString("name"), "M");
+    ASSERT_EQ(countOf(data, "track"), 3U);
+    for (const std::size_t i : {0U, 1U}) {
+        const auto& segment = recordAt(data, "track", i);
+        EXPECT_EQ(*segment.findString("name"), "M");
+        EXPECT_EQ(segment.find("segment")->int32Reading(), static_cast<int>(i) + 1);
+        EXPECT_EQ(pointsOf(segment).size(), 2U);
+    }
     EXPECT_EQ(*recordAt(data, "waypoint", 0).findString("name"), "M");
     EXPECT_FALSE(recordAt(data, "track", 2).contains("name"));
-    EXPECT_TRUE(pointsOf(recordAt(data, "track", 3)).empty());
+    EXPECT_FALSE(recordAt(data, "track", 2).contains("segment")); // the other one has no points
+    EXPECT_EQ(pointsOf(recordAt(data, "track", 2)).size(), 1U);
+}
+
+TEST(KmlReader, OnlyALineAndATrackThatShareAnEndAreOneSegment)
+{
+    const std::string track = "<gx:Track><when>2024-06-01T10:00:00Z</when><gx:coord>2 1</gx:coord>"
+                              "</gx:Track>";
+    const auto line = [](const char* positions) {
+        return std::string{"<LineString><coordinates>"} + positions + "</coordinates></LineString>";
+    };
+    const auto segmentsOf = [&](const std::string& lines) {
+        return countOf(
+            dataOf("<Placemark><MultiGeometry>" + lines + "</MultiGeometry></Placemark>"), "track");
+    };
+    EXPECT_EQ(segmentsOf(track + line("2,1 4,3")), 1U);
+    EXPECT_EQ(segmentsOf(line("4,3 2,1") + track), 1U);
+    EXPECT_EQ(segmentsOf(track + line("2,1 4,3 2,1") + track), 1U);
+    EXPECT_EQ(segmentsOf(track + line("2,1.1 4,3")), 2U);
+    EXPECT_EQ(segmentsOf(line("4,3 2.1,1") + track), 2U);
+    EXPECT_EQ(segmentsOf(line("4,3 2,1") + line("2,1 5,6")), 2U);
+    EXPECT_EQ(segmentsOf(track + track), 2U);
+    const auto data = dataOf("<Placemark><MultiGeometry>" + line("6,5 2,1") + track +
+                             line("2,1 4,3") + "</MultiGeometry></Placemark>");
+    const auto points = pointsOf(recordAt(data, "track", 0));
+    ASSERT_EQ(points.size(), 3U);
+    EXPECT_EQ(points[1].time, 1717236000);
+    EXPECT_EQ(points[2].time, 0);
 }
 
 TEST(KmlReader, WhatIsNeitherAPointNorALineIsIgnored)
@@ -147,6 +181,37 @@ TEST(KmlReader, WhatIsNeitherAPointNorALineIsIgnored)
                "<NetworkLink><Link><href>file:///etc/passwd</href></Link></NetworkLink>"
                "<GroundOverlay/><LookAt><longitude>1</longitude></LookAt>");
     EXPECT_TRUE(data.empty());
+}
+
+TEST(KmlReader, WhatIsIgnoredIsCounted)
+{
+    const auto read = readFile(document(
+        "<Placemark><MultiGeometry><Polygon/><Polygon/><LinearRing/><Model/></MultiGeometry>"
+        "</Placemark><Folder><NetworkLink/><GroundOverlay/><ScreenOverlay/><PhotoOverlay/>"
+        "<gx:Tour/><gx:Tour/></Folder><Style/><Placemark><name>Polygon</name></Placemark>"));
+    EXPECT_THAT(read.unread.ignored,
+                testing::ElementsAre(
+                    "a.kml: ignored 2 polygons, 1 ring, 1 model, 1 ground overlay, 1 screen "
+                    "overlay, 1 photo overlay, 1 link to another file, 2 tours; points, lines and "
+                    "tracks are read."));
+    EXPECT_THAT(readFile(document(kPoint)).unread.ignored, testing::IsEmpty());
+}
+
+TEST(KmlReader, ValuesThatAreLeftOutAreCountedByKindWithTheFirstAndItsLine)
+{
+    const auto read = readFile(
+        document("<Placemark><Point><coordinates>1,2,3</coordinates></Point></Placemark>\n"
+                 "<Placemark><LineString><coordinates>\n1,2,3\n1,3,4m 1,4,5m</coordinates>"
+                 "</LineString></Placemark>\n<Placemark><TimeStamp><when>noon</when></TimeStamp>"
+                 "<Point><coordinates>1,2,high</coordinates></Point></Placemark>\n"
+                 "<Placemark><gx:Track><when/><when>2024-06</when><gx:coord>1 2</gx:coord>"
+                 "<gx:coord>1 2 x</gx:coord></gx:Track></Placemark>"));
+    EXPECT_THAT(read.unread.values,
+                testing::ElementsAre("a.kml, line 6: 4 elevations are not numbers of metres, the "
+                                     "first one \"4m\", so they were left out.",
+                                     "a.kml, line 7: 2 times are not of the form "
+                                     "2024-06-01T12:00:00Z, the first one \"noon\", so they were "
+                                     "left out."));
 }
 
 TEST(KmlReader, PrefixOfTheNamespaceDoesNotMatter)
@@ -190,6 +255,36 @@ TEST(KmlReader, OurOwnFilesAreReadBack)
     }
 }
 
+TEST(KmlReader, SegmentsAndPointsWithoutTimesSurviveARoundTrip)
+{
+    const GPSPoint timed{46.5, 7, 1, kTen, 0};
+    const GPSPoint untimed{46.6, 7, 2, 0, 0};
+    const GPSPoint later{46.7, 7, 3, kTen + 9, 0};
+    const std::vector<std::vector<std::vector<GPSPoint>>> tracks{
+        {{timed}, {later}},
+        {{timed, later}, {later, timed}},
+        {{untimed, timed}},
+        {{timed, untimed}},
+        {{timed, untimed, later}, {untimed}, {untimed, later}},
+        {{untimed}, {timed}},
+        {{timed, untimed, untimed, later, untimed}}};
+    for (const auto& track : tracks) {
+        std::vector<host::Event> events{support::newTrack({{"name", "T"}, {"source", "S"}})};
+        for (const auto& points : track) {
+            if (events.size() > 1)
+                events.push_back(support::newSegment());
+            for (const auto& point : points)
+                events.push_back(support::trackPoint(point));
+        }
+        const auto data = roundTrip<host::KmlWriter>(events);
+        ASSERT_EQ(countOf(data, "track"), track.size());
+        for (std::size_t i = 0; i < track.size(); ++i) {
+            EXPECT_EQ(pointsOf(recordAt(data, "track", i)), track[i]);
+            EXPECT_EQ(*recordAt(data, "track", i).findString("source"), "S");
+        }
+    }
+}
+
 TEST(KmlReader, InvalidPointIsSkippedWithItsLineAndCounted)
 {
     std::string content = kPoint;
@@ -197,9 +292,9 @@ TEST(KmlReader, InvalidPointIsSkippedWithItsLineAndCounted)
         content += "<Placemark><Point><coordinates>200,1</coordinates></Point></Placemark>\n";
     const auto read = readFile(document(content + kPoint));
     EXPECT_EQ(countOf(read.data, "waypoint"), 2U);
-    EXPECT_EQ(read.skipped.count, 12U);
-    ASSERT_EQ(read.skipped.first.size(), 10U);
-    EXPECT_EQ(*read.skipped.first[0].description(),
+    EXPECT_EQ(read.unread.waypoints, 12U);
+    ASSERT_EQ(read.unread.firstWaypoints.size(), 10U);
+    EXPECT_EQ(*read.unread.firstWaypoints[0].description(),
               "a.kml, line 4: the position \"200,1\" is not valid: longitude, latitude and "
               "altitude are expected, so it was skipped");
 }

@@ -15,7 +15,8 @@ gps::Dictionary waypointOf(const std::string& children)
     const auto xml = "<Placemark>" + children + "</Placemark>";
     EXPECT_TRUE(document.load_buffer(xml.data(), xml.size(),
                                      pugi::parse_default | pugi::parse_embed_pcdata));
-    return host::kmlWaypoint(document.document_element(), {1, 2, 3, 0, 0});
+    host::UnreadTexts unread;
+    return host::kmlWaypoint(document.document_element(), {1, 2, 3, 0, 0}, unread);
 }
 
 std::string textIn(const gps::Dictionary& record, const char* key)
@@ -27,24 +28,38 @@ std::string textIn(const gps::Dictionary& record, const char* key)
 TEST(KmlPosition, HasLongitudeLatitudeAndMaybeAnAltitude)
 {
     gps::GPSPoint point;
-    EXPECT_TRUE(host::readKmlPosition("7.25,46.5,1200.5", ',', point));
+    host::UnreadTexts unread;
+    EXPECT_TRUE(host::readKmlPosition("7.25,46.5,1200.5", ',', point, unread));
     EXPECT_EQ(point, (gps::GPSPoint{46.5, 7.25, 1200.5, 0, 0}));
-    for (const auto* const text : {"7.25,46.5", "7.25,46.5,", "7.25,46.5,high"}) {
-        EXPECT_TRUE(host::readKmlPosition(text, ',', point)) << text;
+    for (const auto* const text : {"7.25,46.5", "7.25,46.5,", "7.25,46.5, "}) {
+        EXPECT_TRUE(host::readKmlPosition(text, ',', point, unread)) << text;
         EXPECT_TRUE(std::isnan(point.altitude)) << text;
     }
-    EXPECT_TRUE(host::readKmlPosition("-180 -90  5", ' ', point));
+    EXPECT_TRUE(host::readKmlPosition("-180 -90  5", ' ', point, unread));
     EXPECT_EQ(point, (gps::GPSPoint{-90, -180, 5, 0, 0}));
-    EXPECT_TRUE(host::readKmlPosition("180, 90, 5", ',', point));
+    EXPECT_TRUE(host::readKmlPosition("180, 90, 5", ',', point, unread));
+    EXPECT_TRUE(unread.isEmpty());
+}
+
+TEST(KmlPosition, MalformedAltitudeIsUnknownAndHandedBack)
+{
+    for (const std::string altitude : {"high", "12m", "1,2", "1 2"}) {
+        gps::GPSPoint point;
+        host::UnreadTexts unread;
+        EXPECT_TRUE(host::readKmlPosition("7.25,46.5," + altitude, ',', point, unread));
+        EXPECT_TRUE(std::isnan(point.altitude)) << altitude;
+        EXPECT_EQ(unread.elevation, altitude);
+    }
 }
 
 TEST(KmlPosition, IsInvalidWithoutTwoCoordinatesOnTheGlobe)
 {
     gps::GPSPoint point;
+    host::UnreadTexts unread;
     for (const auto* const text :
          {"", ",", "1", "1,", ",1", "1;2", "1,2x,3", "x1,2", "0x1,2", "nan,1", "1,inf", "1e400,2",
           "180.1,0", "-180.1,0", "0,90.1", "0,-90.1"})
-        EXPECT_FALSE(host::readKmlPosition(text, ',', point)) << text;
+        EXPECT_FALSE(host::readKmlPosition(text, ',', point, unread)) << text;
 }
 
 TEST(KmlWaypoint, HasNameDescriptionAndTime)

@@ -56,14 +56,14 @@ std::vector<std::string> namesOf(const pugi::xml_node& parent, const char* child
     return names;
 }
 
-TEST(KmlWriter, SegmentIsAPlacemarkOfItsOwn)
+TEST(KmlWriter, SegmentsAreLinesOfOnePlacemark)
 {
-    EXPECT_THAT(kmlBodyOf({newTrack({{"name", "A"}}), trackPoint({1, 2, 3, 0, 0}),
-                           trackPoint({2, 3, 4, 0, 0}), support::newSegment(),
-                           trackPoint({4, 5, 6, 0, 0}), trackPoint({5, 6, 7, 0, 0})}),
-                testing::ContainsRegex(
-                    "<name>A</name>.*<LineString>.*2,1,3\n3,2,4\n</coordinates></LineString>"
-                    "</Placemark>\n<Placemark><name>A</name>.*5,4,6\n6,5,7\n"));
+    EXPECT_THAT(
+        kmlBodyOf({newTrack({{"name", "A"}}), trackPoint({1, 2, 3, 0, 0}),
+                   trackPoint({2, 3, 4, 0, 0}), support::newSegment(), trackPoint({4, 5, 6, 0, 0}),
+                   trackPoint({5, 6, 7, 0, 0})}),
+        testing::ContainsRegex("<name>A</name>.*<MultiGeometry>\n<LineString>.*2,1,3\n3,2,4\n"
+                               "</coordinates></LineString>\n<LineString>.*5,4,6\n6,5,7\n"));
 }
 
 TEST(KmlWriter, BreakBeforeTheFirstPointOfATrackMakesNoPlacemark)
@@ -177,7 +177,7 @@ TEST(KmlWriter, OneUntimedPointIsAPointAndNoPointsAreNoGeometry)
                 HasSubstr("</when>\n<gx:coord>2 1 3</gx:coord>\n</gx:Track>"));
 }
 
-TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
+TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsOnePlacemarkWithARunOfEachInOrder)
 {
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(
@@ -186,11 +186,11 @@ TEST(KmlWriter, TrackOfTimedAndUntimedPointsIsARunOfEachInOrder)
                trackPoint({5, 0, 0, 0, 0})})
             .text.c_str()));
     const auto folder = document.child("kml").child("Document").child("Folder");
-    EXPECT_THAT(namesOf(folder, "Placemark"), ElementsAre("T", "T", "T"));
+    EXPECT_THAT(namesOf(folder, "Placemark"), ElementsAre("T"));
     std::vector<std::string> geometries;
-    for (const auto& placemark : folder.children("Placemark"))
-        geometries.emplace_back(placemark.last_child().name());
-    EXPECT_THAT(geometries, ElementsAre("LineString", "gx:Track", "Point"));
+    for (const auto& geometry : folder.child("Placemark").child("MultiGeometry").children())
+        geometries.emplace_back(geometry.name());
+    EXPECT_THAT(geometries, ElementsAre("LineString", "gx:Track", "LineString"));
 }
 
 TEST(KmlWriter, LineAcrossTheDateLineEndsAtIt)

@@ -190,6 +190,24 @@ TEST(ReadGpxWithPlainTrackPoints, AnErrorNamesTheLineOfTheWholeFile)
         expectTheSame(whole.substr(0, size));
 }
 
+TEST(ReadGpxWithPlainTrackPoints, AValueThatIsLeftOutIsNamedWithItsLineInTheWholeFile)
+{
+    const support::TemporaryFolder folder;
+    const auto points = std::string{"\n"} + kPlainPoint + "\n" + kPlainPoint;
+    const auto path = folder.put(
+        "a.gpx", "<gpx><trk>" +
+                     segmentOf(points + "\n<trkpt lat=\"1\" lon=\"2\"><ele>1-2</ele></trkpt>") +
+                     "</trk></gpx>");
+    gps::Dictionary data;
+    host::UnreadParts unread;
+    EXPECT_FALSE(host::readGpx(path, data, &unread));
+    EXPECT_THAT(unread.values,
+                testing::ElementsAre("a.gpx, line 4: an elevation is not a number of metres, "
+                                     "\"1-2\", so it was left out."));
+    const auto& track = *data.findArray("track")->front().as<gps::Dictionary>();
+    EXPECT_THAT(*track.findArray("points"), SizeIs(3));
+}
+
 TEST(ReadGpxWithPlainTrackPoints, ASkippedWaypointIsNamedWithItsLineInTheWholeFile)
 {
     const support::TemporaryFolder folder;
@@ -197,11 +215,11 @@ TEST(ReadGpxWithPlainTrackPoints, ASkippedWaypointIsNamedWithItsLineInTheWholeFi
     const auto path = folder.put("a.gpx", "<gpx><trk>" + segmentOf(points) +
                                               "</trk>\n<wpt lat=\"x\" lon=\"1\"/></gpx>");
     gps::Dictionary data;
-    host::SkippedWaypoints skipped;
-    EXPECT_FALSE(host::readGpx(path, data, &skipped));
-    EXPECT_EQ(skipped.count, 1U);
-    ASSERT_THAT(skipped.first, SizeIs(1));
-    EXPECT_THAT(skipped.first[0].text(), HasSubstr("line 4"));
+    host::UnreadParts unread;
+    EXPECT_FALSE(host::readGpx(path, data, &unread));
+    EXPECT_EQ(unread.waypoints, 1U);
+    ASSERT_THAT(unread.firstWaypoints, SizeIs(1));
+    EXPECT_THAT(unread.firstWaypoints[0].text(), HasSubstr("line 4"));
     ASSERT_THAT(*data.findArray("track"), SizeIs(1));
     const auto& track = *data.findArray("track")->front().as<gps::Dictionary>();
     EXPECT_THAT(*track.findArray("points"), SizeIs(2));

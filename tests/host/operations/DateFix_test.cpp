@@ -45,6 +45,14 @@ std::vector<std::int64_t> timesOf(DateRule rule, const std::vector<host::Event>&
 
 using Times = std::vector<std::int64_t>;
 
+// The second segment alone would not look old.
+TEST(DateFix, SegmentsOfATrackAreAdjustedAlike)
+{
+    const std::vector<host::Event> events{newTrack({}), trackPointAt(kYoungestOld),
+                                          support::newSegment(), trackPointAt(kYoungestOld + 1)};
+    EXPECT_EQ(timesOf(kAuto, events), (Times{kYoungestOld + kCount, kYoungestOld + 1 + kCount}));
+}
+
 TEST(DateFix, RuleIsAWordOrAWholeNumberOfWeeks)
 {
     struct Row {

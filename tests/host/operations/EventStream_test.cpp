@@ -21,6 +21,18 @@ host::EventBatch nextOf(EventStream& stream)
     return batch.value_or(host::EventBatch{});
 }
 
+TEST(EventStream, SegmentOfTheHostHasNoRecord)
+{
+    EventStream stream;
+    stream.newTrack({{"name", "T"}});
+    stream.newSegment();
+    stream.gpsStateChange(0);
+    const auto event = nextOf(stream);
+    ASSERT_EQ(event.size(), 3U);
+    EXPECT_EQ(event[1].kind, EventKind::kNewSegment);
+    EXPECT_TRUE(event[1].record.empty());
+}
+
 TEST(EventStream, EveryCallIsDeliveredInOrderWithItsArguments)
 {
     EventStream stream;

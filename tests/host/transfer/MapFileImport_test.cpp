@@ -49,7 +49,7 @@ TEST_F(MapFileImport, RecordsAreReportedAsADriverDoes)
     const auto report = import(folder_.put("a.gpx", kGpx));
     EXPECT_EQ(report.received.waypoints, 1U);
     EXPECT_EQ(report.received.routes, 1U);
-    EXPECT_EQ(report.received.tracks, 2U);
+    EXPECT_EQ(report.received.tracks, 1U);
     EXPECT_EQ(report.received.trackPoints, 2U);
     const auto lines = folder_.read("out.partial.jsonl");
     EXPECT_THAT(lines, HasSubstr(
@@ -107,6 +107,54 @@ TEST_F(MapFileImport, SkippedPointOfAKmlFileMakesTheImportIncomplete)
     ASSERT_EQ(report.operations[0].unreadable.size(), 1U);
     EXPECT_THAT(*report.operations[0].unreadable[0].description(),
                 HasSubstr("a.kml, line 1: the position \"2,91\" is not valid"));
+}
+
+TEST_F(MapFileImport, SegmentsOfAGpxFileAreThoseOfTheOutput)
+{
+    const std::string track =
+        "<trk><name>T</name><src>Old watch</src><trkseg>\n"
+        "<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>\n</trkseg><trkseg>\n"
+        "<trkpt lat=\"1\" lon=\"2.5\"><time>2024-06-01T10:00:00Z</time></trkpt>\n"
+        "</trkseg></trk>\n";
+    host::DownloadRequest request;
+    request.sourceFiles = {folder_.put("a.gpx", "<gpx>" + track + "</gpx>")};
+    request.output = {.path = folder_.path("out.gpx"), .format = host::findFormat("gpx")};
+    EXPECT_TRUE(host::download(driver_, request).succeeded());
+    EXPECT_THAT(folder_.read("out.gpx"), HasSubstr(track));
+    request.output = {.path = folder_.path("out.kml"), .format = host::findFormat("kml")};
+    EXPECT_TRUE(host::download(driver_, request).succeeded());
+    request.sourceFiles = {folder_.path("out.kml")};
+    request.output = {.path = folder_.path("again.gpx"), .format = host::findFormat("gpx")};
+    EXPECT_TRUE(host::download(driver_, request).succeeded());
+    EXPECT_THAT(folder_.read("again.gpx"), HasSubstr(track));
+}
+
+TEST_F(MapFileImport, ValueThatIsLeftOutIsDamageButTheImportIsComplete)
+{
+    const auto report =
+        import(folder_.put("a.gpx", "<gpx><wpt lat='1' lon='2'><ele>12,5</ele></wpt></gpx>"));
+    EXPECT_TRUE(report.succeeded());
+    EXPECT_TRUE(report.hasDamagedLines());
+    EXPECT_THAT(report.operations[0].unreadValues, testing::SizeIs(1));
+}
+
+TEST_F(MapFileImport, IgnoredPolygonIsNoDamage)
+{
+    const auto report =
+        import(folder_.put("a.kml", "<kml><Placemark><Polygon/></Placemark></kml>"));
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_FALSE(report.hasDamagedLines());
+    EXPECT_THAT(report.operations[0].ignored, testing::SizeIs(1));
+}
+
+TEST_F(MapFileImport, WaypointsBeyondTheNamedOnesAreCounted)
+{
+    std::string waypoints;
+    for (int i = 0; i < 12; ++i)
+        waypoints += "<wpt lat='91' lon='2'/>";
+    const auto report = import(folder_.put("a.gpx", "<gpx>" + waypoints + "</gpx>"));
+    EXPECT_EQ(report.operations[0].unreadable.size(), 10U);
+    EXPECT_EQ(report.operations[0].moreUnreadable, 2U);
 }
 
 TEST_F(MapFileImport, StopIsAnInterruption)

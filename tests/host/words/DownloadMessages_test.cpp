@@ -33,6 +33,14 @@ Message note(std::string text)
     return {false, std::move(text)};
 }
 
+TEST(DownloadMessages, UnreadValueIsANoteUnlessDamageIsAnError)
+{
+    const OperationReport report{.unreadValues = {"a value."}, .ignored = {"a polygon."}};
+    EXPECT_THAT(operationMessages(report, {}), ElementsAre(note("a value."), note("a polygon.")));
+    EXPECT_THAT(operationMessages(report, {.isDamageAnError = true}),
+                ElementsAre(error("a value."), note("a polygon.")));
+}
+
 TEST(DownloadMessages, NothingLeftOutIsNotMentioned)
 {
     EXPECT_THAT(host::choiceMessages({}), IsEmpty());

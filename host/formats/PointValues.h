@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The elevation and the time of a point, as map files write them. A point is worth having without
+// them, so a text that cannot be read is handed back for a message instead of an error. Stateless.
+// [any]
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// What a point has in its file that cannot be read; empty texts if there is nothing.
+struct UnreadTexts {
+    std::string elevation{};
+    std::string time{};
+
+    [[nodiscard]] bool isEmpty() const noexcept { return elevation.empty() && time.empty(); }
+};
+
+/// The farthest from sea level that an elevation can be, in metres: beyond all satellites, and
+/// short enough for every format and device.
+inline constexpr double kMostElevation = 1e8;
+
+/// Reads an elevation in metres. White space around it is ignored.
+/// @param unread  gets the text if it is not an elevation as a whole, such as "12,5" or "13 m"
+/// @return        a NaN for any such text, and for an empty one
+[[nodiscard]] double elevationIn(std::string_view text, UnreadTexts& unread);
+
+/// Reads a timestamp as readGpxTime() does.
+/// @param unread  gets the text if it is not a timestamp
+/// @return        0 for any such text, and for an empty one
+[[nodiscard]] std::int64_t timeIn(std::string_view text, UnreadTexts& unread);
+
+} // namespace host

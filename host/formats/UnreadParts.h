@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// UnreadParts: what map files have that a reader left out, for messages. A plain value: any thread
+// may hold its own.
+
+#pragma once
+
+#include <gps/Error.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace host {
+
+struct UnreadParts {
+    static constexpr std::size_t kMostNamed = 10;
+
+    std::size_t waypoints = 0; ///< without valid coordinates
+    /// Of each file at most kMostNamed of those, each with its line.
+    std::vector<gps::Error> firstWaypoints{};
+
+    /// Values of points that were read without them: a sentence for each kind of each file.
+    std::vector<std::string> values{};
+
+    /// What is as it should be, but has no place in a receiver: a sentence for each file.
+    std::vector<std::string> ignored{};
+};
+
+} // namespace host
