@@ -44,6 +44,17 @@ bool isUnsafe(char32_t c) noexcept
                        [c](const Range& range) { return c >= range.first && c <= range.last; });
 }
 
+// Writing systems such as Persian and those of India need them.
+bool isJoiner(char32_t c) noexcept
+{
+    return c == 0x200C || c == 0x200D;
+}
+
+bool isLineBreak(char32_t c) noexcept
+{
+    return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
 } // namespace
 
 // ICU's macros convert between char, its own byte type and int without casts.
@@ -118,6 +129,23 @@ std::string displayText(std::string_view text, std::size_t most)
         beforeLast = shown.size();
         appendCharacter(shown, isUnsafe(c) ? kReplacement : c);
         ++count;
+    }
+    return shown;
+}
+
+std::string pageText(std::string_view text)
+{
+    std::string shown;
+    char32_t last = 0;
+    while (!text.empty()) {
+        const char32_t c = takeCharacter(text);
+        if (c == '\n' && last == '\r') // a line break of two characters
+            ;
+        else if (isLineBreak(c) || c == '\t')
+            shown += ' ';
+        else
+            appendCharacter(shown, isUnsafe(c) && !isJoiner(c) ? kReplacement : c);
+        last = c;
     }
     return shown;
 }

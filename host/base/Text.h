@@ -51,6 +51,10 @@ void appendCharacter(std::string& out, char32_t character);
 /// @param most  characters; in a longer text, the last one shown is an ellipsis
 [[nodiscard]] std::string displayText(std::string_view text, std::size_t most = std::string::npos);
 
+/// The same for a page in a browser, which joins letters and wraps lines itself: zero-width joiners
+/// stay, and a line break or a tab becomes a space.
+[[nodiscard]] std::string pageText(std::string_view text);
+
 /// Concatenates texts, with a separator between them.
 [[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view separator);
 

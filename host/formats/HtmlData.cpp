@@ -15,7 +15,7 @@ namespace host {
 void appendPageText(std::string& out, std::string_view text)
 {
     std::string json;
-    appendJson(json, displayText(text));
+    appendJson(json, pageText(text));
     for (const char c : json) {
         if (c == '<')
             out += "\\u003c";

@@ -20,6 +20,7 @@
 #include <set>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace host {
@@ -148,10 +149,11 @@ Bounds boundsOfAll(std::span<const Area> areas)
 }
 
 // From the world to the areas, each in more detail.
-void appendLandLevels(std::string& out, std::span<const Area> areas)
+void appendLandLevels(std::string& out, std::span<const Area> areas,
+                      std::span<const Area> detailedAreas)
 {
     constexpr Bounds kWorld{.west = -180, .east = 180, .south = -90, .north = 90};
-    constexpr double kWorldDetail = 700;
+    constexpr double kWorldDetail = 500;
     constexpr double kDetail = 600;
     constexpr double kLeastMargin = 1.5; // degrees
     constexpr double kWide = 120;        // degrees, for which the world is detailed enough
@@ -166,11 +168,25 @@ void appendLandLevels(std::string& out, std::span<const Area> areas)
     };
     if (areas.size() > 1)
         around(boundsOfAll(areas));
-    for (const auto& area : areas)
+    for (const auto& area : detailedAreas)
         around(area.bounds);
 }
 
-// The largest places in an area and around it. The margin is widened until there are enough.
+// Adds a place, in the stead of the last one if there are enough.
+void includePlace(std::vector<Place>& places, const Place& place)
+{
+    const auto isSame = [&place](const Place& other) {
+        return other.name == place.name && other.latitude == place.latitude;
+    };
+    if (std::any_of(places.begin(), places.end(), isSame))
+        return;
+    if (places.size() == kMostAreaPlaces)
+        places.pop_back();
+    places.push_back(place);
+}
+
+// The place that an area is named after, and the largest ones in the area and around it. The margin
+// is widened until there are enough.
 std::vector<Place> placesAround(const Area& area)
 {
     std::vector<Place> places;
@@ -186,6 +202,8 @@ std::vector<Place> placesAround(const Area& area)
                       places.end(),
                       [](const Place& a, const Place& b) { return a.population > b.population; });
     places.resize(shown);
+    if (const auto named = nearestPlace(area.first, kFarPlace))
+        includePlace(places, named->place);
     return places;
 }
 
@@ -193,20 +211,21 @@ std::vector<Place> placesAround(const Area& area)
 
 void appendSurroundings(std::string& out, const std::vector<Area>& areas)
 {
-    const std::span shown{areas.data(), std::min(areas.size(), kMostPageAreas)};
+    const std::span detailed{areas.data(), std::min(areas.size(), kMostDetailedAreas)};
     appendJsonKey(out, "areas");
     out += '[';
-    for (const auto& area : shown) {
-        out += &area == shown.data() ? "" : ",\n";
+    for (const auto& area : areas) {
+        out += &area == areas.data() ? "" : ",\n";
         appendArea(out, area);
     }
     out += ']';
     appendJsonKey(out, "places");
     out += '[';
-    std::set<std::string_view> written; // areas that are near each other have the same places
-    for (const auto& area : shown) {
+    // Areas that are near each other have the same places; places elsewhere can have their names.
+    std::set<std::tuple<std::string_view, double, double>> written;
+    for (const auto& area : detailed) {
         for (const auto& place : placesAround(area)) {
-            if (!written.insert(place.name).second)
+            if (!written.insert({place.name, place.latitude, place.longitude}).second)
                 continue;
             out += written.size() == 1 ? "" : ",\n";
             appendPlace(out, place);
@@ -215,7 +234,7 @@ void appendSurroundings(std::string& out, const std::vector<Area>& areas)
     out += ']';
     appendJsonKey(out, "land");
     out += '[';
-    appendLandLevels(out, shown);
+    appendLandLevels(out, areas, detailed);
     out += ']';
 }
 

@@ -12,8 +12,8 @@
 
 namespace host {
 
-inline constexpr std::size_t kMostPageAreas = 7;   ///< more buttons would not fit
-inline constexpr std::size_t kMostAreaPlaces = 10; ///< of each area
+inline constexpr std::size_t kMostDetailedAreas = 7; ///< with places and coasts: their size counts
+inline constexpr std::size_t kMostAreaPlaces = 10;   ///< of each area
 
 /// Appends the members "areas", "places" and "land" of the page's data.
 void appendSurroundings(std::string& out, const std::vector<Area>& areas);

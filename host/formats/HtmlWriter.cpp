@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Each kind of record is collected in a list of its own as it arrives. finish() writes the page's
-// head, the lists and the page's foot.
+// Each kind of record is collected in a list of its own as it arrives, and its rows of the table in
+// another one. finish() writes the page around them.
 
 #include "host/formats/HtmlWriter.h"
 
@@ -10,6 +10,7 @@
 #include "host/formats/GeocacheXml.h"
 #include "host/formats/HtmlData.h"
 #include "host/formats/HtmlSurroundings.h"
+#include "host/formats/HtmlTables.h"
 #include "host/page/HtmlPage.h"
 #include "host/places/Places.h"
 #include "host/points/Points.h"
@@ -31,9 +32,9 @@ namespace {
 constexpr std::size_t kMostOfElementStart = 2;
 
 // Writes what separates an element of an array from the one before it.
-char* putElementStart(char* at, bool& isFirst)
+char* putElementStart(char* at, bool isFirst)
 {
-    return std::exchange(isFirst, false) ? at : put(at, ",\n");
+    return isFirst ? at : put(at, ",\n");
 }
 
 // A point's numbers in the page's units. Precondition: the point has valid coordinates. Whole
@@ -121,20 +122,25 @@ void HtmlWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& rec
     areas_.add(point);
     auto& list = gps::isGeocache(record) ? geocaches_ : wayPoints_;
     icons_.add(textIn(record, "symbol"));
-    startElement(list.isEmpty);
+    startElement(std::exchange(list.isEmpty, false));
     appendPoint(text_, point, record);
     list.spool.write(text_);
+    text_.clear();
+    appendTableRow(text_, point, record);
+    list.rows.write(text_);
 }
 
 void HtmlWriter::beginRoute(const gps::Dictionary& route)
 {
-    startElement(routes_.isEmpty);
+    startElement(std::exchange(routes_.isEmpty, false));
     text_ += '{';
     appendMember(text_, "name", textIn(route, "name"));
     appendMember(text_, "comment", textIn(route, "comment"));
     text_ += R"(,"points":[)";
     routes_.spool.write(text_);
-    isFirstPoint_ = true;
+    name_ = textIn(route, "name");
+    comment_ = textIn(route, "comment");
+    points_ = 0;
     routeLength_ = {};
 }
 
@@ -142,7 +148,7 @@ void HtmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& r
 {
     if (!globe_.passes(point))
         return;
-    startElement(isFirstPoint_);
+    startElement(points_++ == 0);
     appendPoint(text_, point, record);
     routes_.spool.write(text_);
     routeLength_.add(point);
@@ -155,17 +161,20 @@ void HtmlWriter::endRoute()
     appendMember(text_, "kilometres", std::optional{routeLength_.kilometres()});
     text_ += '}';
     routes_.spool.write(text_);
+    text_.clear();
+    appendTableRow(text_, RouteCells{name_, comment_, routeLength_.kilometres(), points_});
+    routes_.rows.write(text_);
 }
 
 void HtmlWriter::beginTrack(const gps::Dictionary& track)
 {
-    startElement(tracks_.isEmpty);
+    startElement(std::exchange(tracks_.isEmpty, false));
     text_ += '{';
     appendMember(text_, "name", textIn(track, "name"));
     text_ += R"(,"points":[)";
     tracks_.spool.write(text_);
-    isFirstPoint_ = true;
-    trackPoints_ = 0;
+    name_ = textIn(track, "name");
+    points_ = 0;
     breaks_.clear();
     figures_ = {};
     columns_ = {};
@@ -178,7 +187,7 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
         return;
     const PointNumbers numbers{point};
     char* const at = tracks_.spool.room(kMostOfElementStart + kMostOfNumbers);
-    tracks_.spool.setEnd(putNumbers(putElementStart(at, isFirstPoint_),
+    tracks_.spool.setEnd(putNumbers(putElementStart(at, points_ == 0),
                                     {difference(numbers.latitude, columns_.latitude),
                                      difference(numbers.longitude, columns_.longitude),
                                      difference(numbers.elevation, columns_.elevation),
@@ -187,15 +196,15 @@ void HtmlWriter::trackPoint(const gps::GPSPoint& point)
     areas_.add(point, Areas::kTrackPointWeight);
     if (!start_)
         start_ = point;
-    ++trackPoints_;
+    ++points_;
 }
 
 // At a break before the first point nothing is interrupted.
 void HtmlWriter::newSegment()
 {
     figures_.breakHere();
-    if (trackPoints_ > 0)
-        breaks_ += fmt::format("{},", trackPoints_);
+    if (points_ > 0)
+        breaks_ += fmt::format("{},", points_);
 }
 
 void HtmlWriter::endTrack()
@@ -211,15 +220,22 @@ void HtmlWriter::endTrack()
     appendMember(text_, "ascent", figures_.ascentMetres());
     appendMember(text_, "descent", figures_.descentMetres());
     appendMember(text_, "moving", figures_.movingSeconds());
-    appendMember(text_, "place", start_ ? whereabouts(*start_) : "");
-    appendMember(text_, "zone", start_ ? timeZoneAt(*start_) : "");
+    const auto place = start_ ? whereabouts(*start_) : "";
+    const auto zone = start_ ? timeZoneAt(*start_) : "";
+    appendMember(text_, "place", place);
+    appendMember(text_, "zone", zone);
     text_ += '}';
     tracks_.spool.write(text_);
+    text_.clear();
+    appendTableRow(text_, TrackCells{name_, place, zone, figures_, points_});
+    tracks_.rows.write(text_);
 }
 
 std::optional<gps::Error> HtmlWriter::finish()
 {
     output_.write(pageHead());
+    writeTables();
+    output_.write(pageMiddle());
     text_ = "{";
     appendMember(text_, "title", origin_.title);
     appendMember(text_, "receiver", origin_.receiver);
@@ -239,10 +255,31 @@ std::optional<gps::Error> HtmlWriter::finish()
 }
 
 // Clears the buffer for the next element of an array.
-void HtmlWriter::startElement(bool& isFirst)
+void HtmlWriter::startElement(bool isFirst)
 {
     text_.clear();
     appendPut<kMostOfElementStart>(text_, [&](char* at) { return putElementStart(at, isFirst); });
+}
+
+void HtmlWriter::writeTables()
+{
+    text_.clear();
+    for (const auto& line : {origin_.title, origin_.receiver, globe_.remark()})
+        appendHtmlParagraph(text_, line);
+    output_.write(text_);
+    writeTable(HtmlTable::kTracks, tracks_);
+    writeTable(HtmlTable::kRoutes, routes_);
+    writeTable(HtmlTable::kWayPoints, wayPoints_);
+    writeTable(HtmlTable::kGeocaches, geocaches_);
+}
+
+void HtmlWriter::writeTable(HtmlTable table, List& list)
+{
+    if (list.isEmpty)
+        return;
+    output_.write(htmlTableStart(table));
+    list.rows.moveTo(output_);
+    output_.write(kHtmlTableEnd);
 }
 
 void HtmlWriter::writeList(std::string_view key, List& list)

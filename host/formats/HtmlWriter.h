@@ -20,6 +20,10 @@
 
 namespace host {
 
+enum class HtmlTable;
+
+/// Writes tables for readers without scripts, and the data for the scripts, which show it instead.
+///
 /// The data is a JSON object in a script element of the page, with strings S, integers I and
 /// decimal numbers D:
 ///
@@ -57,18 +61,19 @@ namespace host {
 /// escaped, and control characters and those that change the direction of a line are replaced.
 class HtmlWriter final : public CollectionWriter {
 public:
-    /// @param spoolFolder  holds a temporary file per kind until the end: a device's files mix the
-    /// kinds, but the page lists each on its own
+    /// @param spoolFolder  holds temporary files for each kind until the end: a device's files mix
+    /// the kinds, but the page lists each on its own
     HtmlWriter(Output& output, const std::string& spoolFolder, RecordOrigin origin);
 
     [[nodiscard]] std::string remark() const override { return globe_.remark(); }
 
 private:
-    /// The elements of one JSON array.
+    /// The elements of one JSON array, and the rows of the table that shows them without scripts.
     struct List {
-        explicit List(const std::string& spoolFolder) : spool(spoolFolder) {}
+        explicit List(const std::string& spoolFolder) : spool(spoolFolder), rows(spoolFolder) {}
 
         Spool spool;
+        Spool rows;
         bool isEmpty = true;
     };
 
@@ -90,7 +95,9 @@ private:
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override;
 
-    void startElement(bool& isFirst);
+    void startElement(bool isFirst);
+    void writeTables();
+    void writeTable(HtmlTable table, List& list);
     void writeList(std::string_view key, List& list);
 
     Output& output_;
@@ -105,8 +112,9 @@ private:
     std::string text_; // a buffer, to be used again for each element
 
     // The route or track being written.
-    bool isFirstPoint_ = true;
-    std::size_t trackPoints_ = 0;
+    std::string name_;
+    std::string comment_; // of the route
+    std::size_t points_ = 0;
     std::string breaks_; // of the track: their indices, each with a comma behind it
     PathLength routeLength_;
     TrackFigures figures_;

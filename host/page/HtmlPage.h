@@ -8,8 +8,10 @@
 
 namespace host {
 
-/// The text before the JSON data, and the text after it. [any]
+/// The text before the tables, the text between them and the JSON data, and the text after it.
+/// [any]
 [[nodiscard]] std::string_view pageHead() noexcept;
+[[nodiscard]] std::string_view pageMiddle() noexcept;
 [[nodiscard]] std::string_view pageFoot() noexcept;
 
 } // namespace host

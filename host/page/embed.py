@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Builds the HTML page and writes it as C++ source, cut in two where the data goes.
+"""Builds the HTML page and writes it as C++ source, cut where the tables and the data go.
 
 Usage: embed.py ESBUILD HtmlPage.cpp HtmlPage.d
 
@@ -37,6 +37,11 @@ std::string_view pageHead() noexcept
     return R"PAGE({head})PAGE";
 }}
 
+std::string_view pageMiddle() noexcept
+{{
+    return R"PAGE({middle})PAGE";
+}}
+
 std::string_view pageFoot() noexcept
 {{
     return R"PAGE({foot})PAGE";
@@ -67,9 +72,11 @@ def main(esbuild, output, dependencies):
     values = {"style": style, "script": script,
               "style-hash": policy_hash(style), "script-hash": policy_hash(script)}
     template = PAGE / "page.html"
-    head, foot = (re.sub("{{([a-z-]+)}}", lambda found: values[found[1]], part)
-                  for part in template.read_text(encoding="utf-8").split("{{data}}"))
-    pathlib.Path(output).write_text(SOURCE.format(head=head, foot=foot), encoding="utf-8")
+    parts = re.split("{{tables}}|{{data}}", template.read_text(encoding="utf-8"))
+    head, middle, foot = (re.sub("{{([a-z-]+)}}", lambda found: values[found[1]], part)
+                          for part in parts)
+    source = SOURCE.format(head=head, middle=middle, foot=foot)
+    pathlib.Path(output).write_text(source, encoding="utf-8")
     write_dependencies(dependencies, output, [template, *style_files, *script_files])
 
 

@@ -54,6 +54,8 @@ function goTo(bounds) {
 }
 
 function showItems(items) {
+  for (const part of document.querySelectorAll("#overview, .advice"))
+    part.hidden = false;
   byId("overview").classList.toggle("alone", collection.tracks.length === 0);
   map = new TrackMap(collection);
   showMarkOnMap(map, mark);
@@ -187,6 +189,7 @@ function showNothing() {
   new Theme(() => {});
 }
 
+document.querySelector(".choices").hidden = false;
 byId("note").textContent = collection.note ? `${collection.note}.` : "";
 showHead();
 const items = allItems(collection);

@@ -20,7 +20,6 @@ namespace {
 
 constexpr double kKilometresPerDegree = 111; // of latitude; no degree is shorter
 constexpr double kNearPlace = 25;            // kilometres: a place that one would name
-constexpr double kFarPlace = 300;
 constexpr double kFarthestZone = 500;
 
 double degrees(std::int32_t thousandths)

@@ -42,8 +42,11 @@ struct NearbyPlace {
 /// Visits the places within bounds.
 void visitPlaces(const Bounds& bounds, const std::function<void(const Place& place)>& visit);
 
+/// The distance up to which whereabouts() names a place, in kilometres.
+inline constexpr double kFarPlace = 300;
+
 /// Where a point is, in words: "near Wanaka", or "140 km south-west of Wanaka". Empty if nobody
-/// lives within 300 km.
+/// lives within kFarPlace.
 [[nodiscard]] std::string whereabouts(const gps::GPSPoint& point);
 
 /// The time zone of a point: that of the nearest place. Empty, which stands for UTC, if nobody

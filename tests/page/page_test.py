@@ -111,6 +111,7 @@ class PageTest(unittest.TestCase):
         self.browser.use_theme("light")
 
     def tearDown(self):
+        self.browser.command("Emulation.setScriptExecutionDisabled", value=False)
         self.browser.run("localStorage.clear()")
         self.assertEqual(self.browser.complaints(), [])
 
@@ -825,9 +826,33 @@ class PageTest(unittest.TestCase):
         self.browser.open(self.filled({"waypoints": [beach]}))
         self.assertEqual(self.column("waypoints", 4), ["0 m"])
 
-    def test_without_scripts_the_page_does_not_claim_to_be_empty(self):
-        text = pathlib.Path(self.sample).read_text(encoding="utf-8")
-        self.assertTrue(re.search('<p id="nothing"[^>]* hidden>', text))
+    def without_scripts(self, page):
+        """Opens a page in a browser that runs no scripts until the end of the test."""
+        self.browser.command("Emulation.setScriptExecutionDisabled", value=True)
+        self.browser.driver.get(f"file://{page}")
+
+    def test_without_scripts_all_tables_are_there_on_paper_too(self):
+        self.without_scripts(self.sample)
+        self.assertEqual(self.texts("noscript h2"),
+                         ["Tracks", "Routes", "Waypoints", "Geocaches"])
+        self.assertEqual(self.count("noscript tbody tr"), 6 + 6 + 46 + 14)
+        for hidden in "#nothing", "#overview", ".choices", ".advice":
+            self.assertFalse(self.is_shown(hidden), hidden)
+        for text in "sample", "near Wanaka", "2010-01-17 09:40:07", "Auckland", "2.93 km":
+            self.assertIn(text, self.text("main"))
+        paper = self.browser.command("Page.printToPDF", paperWidth=8.27, paperHeight=11.69)
+        pages = re.findall(rb"/Type /Page\b", base64.b64decode(paper["data"]))
+        self.assertIn(len(pages), (2, 3))
+        self.assertEqual(states.low_contrasts(self.browser), [])
+
+    def test_without_scripts_hostile_names_stay_text(self):
+        self.without_scripts(self.imported([track_point(46, 7, 500, 0, HOSTILE)]))
+        self.assertEqual(self.text("noscript td"), HOSTILE)
+        self.assertEqual(self.count("script, img"), 2)
+
+    def test_with_scripts_nothing_of_the_tables_without_them_is_seen(self):
+        self.browser.open(self.sample)
+        self.assertEqual(self.count("noscript *"), 0)
 
     def test_track_without_times_has_no_speed(self):
         self.browser.open(self.sample)

@@ -2,6 +2,7 @@
 // The page on paper: light, with every profile, and with a map of every area in a fixed size.
 
 import { isShownWell } from "../model/bounds.js";
+import { formatNumber } from "../model/format.js";
 import { byId, element } from "./dom.js";
 
 // The browser does not redraw a canvas for the paper's layout; it would stretch the map drawn for
@@ -9,8 +10,9 @@ import { byId, element } from "./dom.js";
 // Letter, of which two fit on a page.
 const kPaperMap = { width: 680, height: 370 }; // pixels
 const kPaperRatio = 3;                         // sharp enough for a printer
+const kMostPaperMaps = 20;                     // of nine megabytes each
 
-// `areas`: `{ title, bounds }` of each area that has a button.
+// `areas`: `{ title, bounds }` of each area.
 export function listenToPrinting({ map, cards, mark, theme, areas }) {
   let screenView = null; // the view to return to
   addEventListener("beforeprint", () => {
@@ -46,12 +48,15 @@ function layOutForPaper(map, screenView) {
 function drawOtherAreas(map, areas) {
   const chosenView = { ...map.view };
   const others = areas.filter(({ bounds }) => !isShownWell(bounds, map.view));
-  for (const { title, bounds } of others) {
+  for (const { title, bounds } of others.slice(0, kMostPaperMaps)) {
     map.view.fit(bounds);
     map.draw(kPaperRatio);
     byId("paper").append(element("section", {}, element("h2", { textContent: title }),
       copyOfMap(map)));
   }
+  if (others.length > kMostPaperMaps)
+    byId("paper").append(element("p", { textContent:
+      `${formatNumber(others.length - kMostPaperMaps)} more areas have no map on paper.` }));
   Object.assign(map.view, chosenView);
   map.draw(kPaperRatio);
 }

@@ -106,6 +106,21 @@ TEST(Text, DisplayTextHasNoBytesOutsideOfCharacters)
               "a\uFFFD2J\uFFFD\uFFFD");
 }
 
+TEST(Text, PageTextKeepsJoinersAndHasNothingElseThatIsUnsafe)
+{
+    EXPECT_EQ(host::pageText("a\u200Cb\u200Dc"), "a\u200Cb\u200Dc");
+    EXPECT_EQ(host::pageText("\u200B|\u200E|\u202E|\x1b|\uFEFF"),
+              "\uFFFD|\uFFFD|\uFFFD|\uFFFD|\uFFFD");
+    EXPECT_EQ(host::pageText("a\xFF"), "a\uFFFD");
+}
+
+TEST(Text, PageTextHasASpaceForEachLineBreakAndTab)
+{
+    EXPECT_EQ(host::pageText("a\r\nb\nc\rd\te"), "a b c d e");
+    EXPECT_EQ(host::pageText("a\vb\fc\u0085d\u2028e\u2029f"), "a b c d e f");
+    EXPECT_EQ(host::pageText("a\n\rb"), "a  b");
+}
+
 TEST(Text, JoinedTextsHaveTheSeparatorBetweenThem)
 {
     EXPECT_EQ(host::joined({}, ", "), "");

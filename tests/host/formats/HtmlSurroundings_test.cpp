@@ -47,16 +47,32 @@ TEST(HtmlSurroundings, AnAreaWhereNobodyLivesHasNeitherPlaceNorZone)
     EXPECT_EQ(data["places"], Json::array());
 }
 
-TEST(HtmlSurroundings, OnlyTheFirstSevenAreasAreThere)
+TEST(HtmlSurroundings, EveryAreaIsThereAndTheFirstSevenHavePlaces)
 {
-    const auto areas = [](int count) {
-        std::vector<gps::GPSPoint> points;
-        for (int i = 0; i < count; ++i)
-            points.push_back({.latitude = 46.5, .longitude = 3.0 * i});
-        return surroundingsOf(points)["areas"].size();
-    };
-    EXPECT_EQ(areas(7), 7U);
-    EXPECT_EQ(areas(8), 7U);
+    const std::vector<double> longitudes{3, 7, 11, 15, 19, 23, 27, 31, 35};
+    std::vector<gps::GPSPoint> points;
+    for (const double longitude : longitudes)
+        points.push_back({.latitude = 48, .longitude = longitude});
+    const auto data = surroundingsOf(points);
+    EXPECT_EQ(data["areas"].size(), longitudes.size());
+    double easternmost = 0;
+    for (const auto& place : data["places"])
+        easternmost = std::max(easternmost, place["at"][1].get<double>() / 1e6);
+    EXPECT_NEAR(easternmost, longitudes[6], 2);
+}
+
+TEST(HtmlSurroundings, ThePlaceThatNamesAnAreaIsThereHoweverSmallItIs)
+{
+    // In a city of millions, whose suburbs are larger.
+    const auto data = surroundingsOf(
+        {{.latitude = 35.8, .longitude = 139.18}, {.latitude = 35.7, .longitude = 139.7}});
+    const auto named = data["areas"][0]["place"].get<std::string>();
+    ASSERT_THAT(named, testing::StartsWith("near "));
+    std::vector<std::string> names;
+    for (const auto& place : data["places"])
+        names.push_back(place["name"]);
+    EXPECT_THAT(names, testing::SizeIs(10));
+    EXPECT_THAT(names, testing::Contains(named.substr(5)));
 }
 
 TEST(HtmlSurroundings, TheTenLargestPlacesOfAnAreaAreThereOnce)

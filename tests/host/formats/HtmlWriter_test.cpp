@@ -38,8 +38,15 @@ std::string dataTextOf(const std::vector<Event>& events)
     const auto page = pageOf(events);
     EXPECT_THAT(page, testing::StartsWith(host::pageHead()));
     EXPECT_THAT(page, testing::EndsWith(host::pageFoot()));
-    const auto head = host::pageHead().size();
-    return page.substr(head, page.size() - head - host::pageFoot().size());
+    const auto start = page.find(host::pageMiddle()) + host::pageMiddle().size();
+    return page.substr(start, page.size() - start - host::pageFoot().size());
+}
+
+std::string tablesOf(const std::vector<Event>& events, const host::RecordOrigin& origin = {})
+{
+    const auto page = pageOf(events, origin);
+    const auto start = host::pageHead().size();
+    return page.substr(start, page.find(host::pageMiddle()) - start);
 }
 
 Json pageDataOf(const std::vector<Event>& events)
@@ -93,6 +100,39 @@ TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
         page, testing::ContainsRegex(
                   "script-src 'sha256-[A-Za-z0-9+/]{43}='; style-src 'sha256-[A-Za-z0-9+/]{43}='"));
     EXPECT_EQ(count(page, "</script>"), 2U);
+}
+
+TEST(HtmlWriter, PageHasTablesForReadersWithoutScripts)
+{
+    EXPECT_EQ(tablesOf({}), "");
+    const auto tables =
+        tablesOf({newTrack({{"name", "Day 1"}}), trackPoint({46, 7, 500, 1717236000, 0}),
+                  trackPoint({46.01, 7, 510, 1717236600, 0}), newTrack({{"name", "Day 2"}}),
+                  newRoute({{"name", "Loop"}, {"comment", "nice"}}),
+                  wayPoint({0, 0, 3, 0, 0}, {{"name", "Stop"}}),
+                  wayPoint({1, 0, 3, 0, 0}, {{"name", "End"}})},
+                 {.title = "Our <trip>", .receiver = "R"});
+    EXPECT_THAT(tables, testing::StartsWith("<p>Our &lt;trip&gt;</p>\n<p>R</p>\n"));
+    EXPECT_THAT(
+        tables,
+        HasSubstr("<tr><td>Day 1<td>near Martigny-Combe<td>2024-06-01 12:00:00<td>2024-06-01 "
+                  "12:10:00<td>Zurich<td>1.11 km<td>10 m<td>0 m<td>2\n"));
+    EXPECT_THAT(tables, HasSubstr("<tr><td>Day 2<td>–<td>–<td>–<td>–<td>0.00 km<td>–<td>–<td>0\n"));
+    EXPECT_THAT(tables, HasSubstr("<tr><td>Loop<td>111.20 km<td>2<td>nice\n"));
+    EXPECT_EQ(count(tables, "<table"), 2U);
+    EXPECT_EQ(count(tables, "</table>"), 2U);
+}
+
+TEST(HtmlWriter, TablesHaveARowForEachPoint)
+{
+    const auto tables =
+        tablesOf({wayPoint({46, 7, 500, 0, 0}, {{"name", "A"}}),
+                  wayPoint({46, 7, 500, 0, 0}, {{"name", "B"}}),
+                  wayPoint({46, 7, 500, 0, 0}, {{"symbol", "Geocache"}, {"name", "C"}})});
+    EXPECT_EQ(count(tables, "<tr>"), 5U); // with the headings
+    EXPECT_LT(tables.find("<h2>Waypoints"), tables.find("<td>A"));
+    EXPECT_LT(tables.find("<td>B"), tables.find("<h2>Geocaches"));
+    EXPECT_LT(tables.find("<h2>Geocaches"), tables.find("<td>C"));
 }
 
 TEST(HtmlWriter, PageSaysWhereAndWhenItsRecordsWereObtained)
@@ -235,7 +275,7 @@ TEST(HtmlWriter, NoTextBecomesMarkupOrScript)
     for (const char* part : {"<", ">", "&", "\xE2\x80\xA8"})
         EXPECT_THAT(text, Not(HasSubstr(part))) << part;
     EXPECT_EQ(Json::parse(text)["tracks"][0]["name"],
-              "</script><script>alert(1)</script><!--&amp;\"\\\xEF\xBF\xBD'");
+              "</script><script>alert(1)</script><!--&amp;\"\\ '");
 }
 
 TEST(HtmlWriter, ControlCharactersAndInvalidUtf8AreReplaced)
