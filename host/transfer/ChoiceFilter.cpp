@@ -155,13 +155,14 @@ void ChoiceFilter::route(const Event& event, const Sink& sink)
     sink(event);
 }
 
-// All patterns are tried, because each that matches nothing is reported.
+// All patterns are tried, because each that matches nothing is reported. A name with brackets in it
+// matches itself, although it is another pattern.
 bool ChoiceFilter::isTrackNamed(const gps::Dictionary& track)
 {
     const std::string name{textIn(track, "name")};
     bool isNamed = choice_.trackNames.empty();
     for (const auto& pattern : choice_.trackNames) {
-        if (::fnmatch(pattern.c_str(), name.c_str(), 0) != 0)
+        if (pattern != name && ::fnmatch(pattern.c_str(), name.c_str(), 0) != 0)
             continue;
         matched_.insert(pattern);
         isNamed = true;

@@ -20,7 +20,7 @@ namespace host {
 /// By default everything.
 struct RecordChoice {
     std::optional<TimeRange> times{};
-    std::vector<std::string> trackNames{}; ///< shell patterns; empty: all tracks
+    std::vector<std::string> trackNames{}; ///< names, or shell patterns; empty: all tracks
     bool geocaches = true;
 
     [[nodiscard]] bool isEverything() const noexcept

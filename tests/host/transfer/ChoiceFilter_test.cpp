@@ -160,6 +160,19 @@ TEST(ChoiceFilter, NamesAreShellPatternsForTracksOnly)
     EXPECT_EQ(passedBy({""}), with({"T:"}));
 }
 
+TEST(ChoiceFilter, EqualNameMatchesAlthoughItIsAPatternForOthers)
+{
+    const std::vector events{track("Day [1]"), at(0), track("Day 1"), at(1),
+                             track("Day \\1"), at(2)};
+    const auto tracksFor = [&](const char* name) {
+        return choose({.trackNames = {name}}, events).passed;
+    };
+    EXPECT_THAT(tracksFor("Day [1]"), ElementsAre("T:Day [1]", passed(0), "T:Day 1", passed(1)));
+    EXPECT_THAT(tracksFor("Day [[]1]"), ElementsAre("T:Day [1]", passed(0)));
+    EXPECT_THAT(tracksFor("Day \\1"), ElementsAre("T:Day 1", passed(1), "T:Day \\1", passed(2)));
+    EXPECT_THAT(tracksFor("Day [2]"), IsEmpty());
+}
+
 TEST(ChoiceFilter, PatternsWithoutAMatchAreReported)
 {
     const auto chosen =
