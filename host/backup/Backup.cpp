@@ -69,6 +69,15 @@ std::pair<std::string, std::int64_t> partsOf(const std::string& name)
             gps::wholeUnsigned(std::string_view{name}.substr(hyphen + 1)).value_or(0)};
 }
 
+// Whether newName() may have made this name.
+bool isBackupName(const std::string& name)
+{
+    const auto time = std::string_view{name}.substr(0, name.find('-'));
+    return time.size() == sizeof "YYYYMMDDTHHMMSSZ" - 1 && time[kDayLength] == 'T' &&
+           time.back() == 'Z' && gps::wholeUnsigned(time.substr(0, kDayLength)) &&
+           gps::wholeUnsigned(time.substr(kDayLength + 1, sizeof "HHMMSS" - 1));
+}
+
 // The clock can be wrong, and be set back. So the sequence counts, and names decide only between
 // backups of older versions, which have none.
 bool isNewer(const Backup& a, const Backup& b)
@@ -387,6 +396,24 @@ std::vector<Backup> listBackups(const std::string& folder, const std::string& id
     (void)readNames(parent, names, files); // those that can be read are offered
     (void)readBackups(parent, names, backups, files);
     return backups;
+}
+
+std::vector<DamagedBackup> listDamagedBackups(const std::string& folder,
+                                              const std::string& identifier, gps::FileSystem& files)
+{
+    const auto parent = deviceFolder(folder, identifier);
+    std::vector<std::string> names;
+    (void)readNames(parent, names, files);
+    std::vector<DamagedBackup> damaged;
+    for (const auto& name : names) {
+        auto path = gps::joinPath(parent, name);
+        Manifest ignored;
+        bool isFolder = false;
+        if (isBackupName(name) && gps::FileManager{&files}.fileExists(path, &isFolder) &&
+            isFolder && readManifest(path, ignored, files))
+            damaged.push_back({std::move(path), name});
+    }
+    return damaged;
 }
 
 } // namespace host

@@ -74,4 +74,15 @@ makeBackup(const BackupPolicy& policy, const DataFolders& source, MadeBackup& ma
                                               const std::string& identifier,
                                               gps::FileSystem& files = gps::FileSystem::system());
 
+/// A folder with a backup's name whose list of files is missing or damaged, or cannot be read now.
+struct DamagedBackup {
+    std::string path;
+    std::string name;
+};
+
+/// A device's damaged backups, by name. They are never deleted.
+[[nodiscard]] std::vector<DamagedBackup>
+listDamagedBackups(const std::string& folder, const std::string& identifier,
+                   gps::FileSystem& files = gps::FileSystem::system());
+
 } // namespace host

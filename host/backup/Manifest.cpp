@@ -35,8 +35,11 @@ constexpr int kDeepestMember = 3;          // a file's members; whatever is deep
 
 gps::Error notABackup(const std::string& folder)
 {
-    return hostError("This folder is not a complete backup",
-                     "Choose one of those that \"magellangps restore\" lists", folder);
+    return hostError("This folder is not a complete backup: its list of files, manifest.json, is "
+                     "missing or damaged",
+                     "Choose one of those that \"magellangps restore\" lists, or copy what you "
+                     "need from its folder \"files\"",
+                     folder);
 }
 
 // A failed look-up is not proof that the manifest is missing.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // `restore`: without an argument a list of backups, with one a restore.
 
+#include "host/backup/Manifest.h"
 #include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/base/Table.h"
@@ -17,6 +18,8 @@
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DeviceRestore.h"
 
+#include <platform/System/Paths.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -31,25 +34,45 @@
 namespace host {
 namespace {
 
-std::string listOf(const std::vector<Backup>& backups)
+// The backups of a device.
+struct BackupList {
+    std::vector<Backup> complete;
+    std::vector<DamagedBackup> damaged;
+};
+
+std::string tableOf(const std::vector<Backup>& backups)
 {
-    if (backups.empty())
-        return "There is no backup of this device.\n";
     Table table{{{"Backup"}, {"Files", Table::Align::kRight}, {"Bytes", Table::Align::kRight}}};
     for (const auto& backup : backups)
         table.add({backup.name, std::to_string(backup.files), std::to_string(backup.bytes)});
     return table.text();
 }
 
+std::string listOf(const BackupList& backups)
+{
+    auto text = backups.complete.empty() ? "There is no backup of this device.\n"
+                                         : tableOf(backups.complete);
+    for (const auto& damaged : backups.damaged)
+        text += fmt::format("{} is damaged: its list of files, manifest.json, cannot be read, so "
+                            "it cannot be restored. Copy what you need from {}\n",
+                            damaged.name, displayText(gps::joinPath(damaged.path, kFilesName)));
+    return text;
+}
+
 // A name in the list is found before a folder of that name in the current folder.
 // @param requested  the name of a listed backup, or the path of any backup
 // @return           nullopt if there is neither
-std::optional<std::string> pathOf(const std::string& requested, const std::vector<Backup>& backups)
+std::optional<std::string> pathOf(const std::string& requested, const BackupList& backups)
 {
-    const auto found = std::find_if(backups.begin(), backups.end(),
-                                    [&](const Backup& backup) { return backup.name == requested; });
-    if (found != backups.end())
+    const auto isRequested = [&](const auto& backup) { return backup.name == requested; };
+    const auto& complete = backups.complete;
+    const auto found = std::find_if(complete.begin(), complete.end(), isRequested);
+    if (found != complete.end())
         return found->path;
+    const auto& damaged = backups.damaged; // the restore says what is wrong with it
+    const auto other = std::find_if(damaged.begin(), damaged.end(), isRequested);
+    if (other != damaged.end())
+        return other->path;
     std::error_code ignored;
     return std::filesystem::exists(requested, ignored) ? std::optional{requested} : std::nullopt;
 }
@@ -173,11 +196,12 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
             options,
             hostError("There is no home folder for backups", "Name a folder with --backup"),
             ExitStatus::kFailed, stop, console);
-    const auto backups = listBackups(*folder, device->identifier);
+    const BackupList backups{listBackups(*folder, device->identifier),
+                             listDamagedBackups(*folder, device->identifier)};
     const auto path = options.backup ? pathOf(*options.backup, backups) : std::nullopt;
     if (options.backup && !path)
-        return refuse(options, noSuchBackup(*options.backup, backups), ExitStatus::kFailed, stop,
-                      console);
+        return refuse(options, noSuchBackup(*options.backup, backups.complete), ExitStatus::kFailed,
+                      stop, console);
     if (path)
         return restore(options, *device,
                        {.backup = *path,
@@ -185,7 +209,9 @@ ExitStatus runRestore(const PlugInBundle& plugIn, const RestoreOptions& options,
                         .isForced = options.force},
                        disk, stop, console);
     stop.requestOnly(); // the list is known, and would be printed twice
-    return print(options.json ? backupListJson(device->device, backups) : listOf(backups), console);
+    return print(options.json ? backupListJson(device->device, backups.complete, backups.damaged)
+                              : listOf(backups),
+                 console);
 }
 
 } // namespace host

@@ -18,7 +18,7 @@ Json backupJson(const Backup& backup)
 }
 
 std::string documentOf(const std::string& device, ExitStatus status, const Json& backups,
-                       const Json& backup, const RestoreReport& report,
+                       const Json& damaged, const Json& backup, const RestoreReport& report,
                        const std::vector<Message>& messages)
 {
     return jsonLine({{"status", static_cast<int>(status)},
@@ -26,6 +26,7 @@ std::string documentOf(const std::string& device, ExitStatus status, const Json&
                      {"interrupted", report.wasStopped},
                      {"device", device.empty() ? Json() : Json(device)},
                      {"backups", backups},
+                     {"damagedBackups", damaged},
                      {"backup", backup},
                      {"upToDate", report.wasUpToDate},
                      {"previous", report.previous ? backupJson(*report.previous) : Json()},
@@ -39,19 +40,24 @@ std::string documentOf(const std::string& device, ExitStatus status, const Json&
 
 } // namespace
 
-std::string backupListJson(const std::string& device, const std::vector<Backup>& backups)
+std::string backupListJson(const std::string& device, const std::vector<Backup>& backups,
+                           const std::vector<DamagedBackup>& damaged)
 {
     Json list = Json::array();
     for (const auto& backup : backups)
         list.push_back(backupJson(backup));
-    return documentOf(device, ExitStatus::kSuccess, list, {}, {}, {});
+    Json damagedList = Json::array();
+    for (const auto& backup : damaged)
+        damagedList.push_back({{"name", backup.name}, {"path", backup.path}});
+    return documentOf(device, ExitStatus::kSuccess, list, damagedList, {}, {}, {});
 }
 
 std::string restoreJson(const std::string& device, const std::string& backup,
                         const RestoreReport& report, const std::vector<Message>& messages,
                         ExitStatus status)
 {
-    return documentOf(device, status, {}, backup.empty() ? Json() : Json(backup), report, messages);
+    return documentOf(device, status, {}, {}, backup.empty() ? Json() : Json(backup), report,
+                      messages);
 }
 
 } // namespace host

@@ -15,7 +15,8 @@ namespace host {
 
 /// The document of a list of backups, on one line, with its line end.
 [[nodiscard]] std::string backupListJson(const std::string& device,
-                                         const std::vector<Backup>& backups);
+                                         const std::vector<Backup>& backups,
+                                         const std::vector<DamagedBackup>& damaged);
 
 /// The document of a restore, on one line, with its line end.
 /// @param backup    the path of the backup's folder; empty: a list was wanted, and failed

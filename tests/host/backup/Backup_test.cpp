@@ -351,6 +351,27 @@ TEST_F(Backup, EqualOneIsFoundAmongAllAndBecomesTheNewest)
     EXPECT_THAT(namesOf(list()), ElementsAre(made_.name, first.name));
 }
 
+TEST_F(Backup, FolderWithABackupsNameAndNoListOfFilesIsDamaged)
+{
+    ASSERT_FALSE(make());
+    const auto damaged = [this] {
+        std::vector<std::string> names;
+        for (const auto& backup : host::listDamagedBackups(kept_.path("kept"), "42"))
+            names.push_back(backup.name);
+        return names;
+    };
+    EXPECT_THAT(damaged(), IsEmpty());
+    for (const char* const name :
+         {"20240601T100000Z", "20240601T100000Z-1", "20240601T10000Z", "20240601-100000Z",
+          "2024O601T100000Z", "20240601T100000", "notes", ".unfinished"})
+        kept_.makeFolder(std::string{"kept/42/"} + name);
+    kept_.put("kept/42/20240602T100000Z", "not a folder");
+    kept_.put("kept/42/20240603T100000Z/manifest.json", "{}");
+    EXPECT_THAT(damaged(),
+                ElementsAre("20240601T100000Z", "20240601T100000Z-1", "20240603T100000Z"));
+    EXPECT_EQ(list().size(), 1U);
+}
+
 TEST_F(Backup, DamagedOneIsNotTakenForAnEqualOne)
 {
     ASSERT_FALSE(make());

@@ -68,6 +68,25 @@ TEST_F(RestoreCommand, WithoutABackupItListsThem)
     EXPECT_THAT(out_, AllOf(StartsWith("Backup "), HasSubstr('\n' + backup_.name + "      1 ")));
 }
 
+TEST_F(RestoreCommand, DamagedBackupIsListedWithWhatCanBeDoneAndCannotBeRestored)
+{
+    backUp();
+    folder_.put("kept/42/" + backup_.name + "/manifest.json", "{");
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(out_, "There is no backup of this device.\n" + backup_.name +
+                        " is damaged: its list of files, manifest.json, cannot be read, so it "
+                        "cannot be restored. Copy what you need from " +
+                        backup_.path + "/files\n");
+    options_.json = true;
+    EXPECT_EQ(run(), ExitStatus::kSuccess);
+    EXPECT_EQ(nlohmann::json::parse(out_)["damagedBackups"][0]["name"], backup_.name);
+    options_.json = false;
+    options_.backup = backup_.name;
+    EXPECT_EQ(run(), ExitStatus::kFailed);
+    EXPECT_THAT(err_, HasSubstr("This folder is not a complete backup: its list of files, "
+                                "manifest.json, is missing or damaged."));
+}
+
 TEST_F(RestoreCommand, BackupIsNamedByItsNameOrItsPath)
 {
     backUp();

@@ -17,13 +17,15 @@ const Json kBackupJson{{"name", "1"}, {"path", "/kept/42/1"}, {"files", 2}, {"by
 
 TEST(RestoreJson, ListHasEveryKey)
 {
-    EXPECT_EQ(host::backupListJson("/dev", {}),
-              R"({"status":0,"complete":true,"interrupted":false,"device":"/dev","backups":[],)"
-              R"("backup":null,"upToDate":false,"previous":null,"deleted":[],"restored":[],)"
-              R"("asBefore":[],"extraFiles":[],"error":null,"messages":[]})"
-              "\n");
-    EXPECT_EQ(Json::parse(host::backupListJson("/dev", {kBackup}))["backups"],
-              Json::array({kBackupJson}));
+    EXPECT_EQ(
+        host::backupListJson("/dev", {}, {}),
+        R"({"status":0,"complete":true,"interrupted":false,"device":"/dev","backups":[],)"
+        R"("damagedBackups":[],"backup":null,"upToDate":false,"previous":null,"deleted":[],"restored":[],)"
+        R"("asBefore":[],"extraFiles":[],"error":null,"messages":[]})"
+        "\n");
+    const auto list = Json::parse(host::backupListJson("/dev", {kBackup}, {{"/kept/42/2", "2"}}));
+    EXPECT_EQ(list["backups"], Json::array({kBackupJson}));
+    EXPECT_EQ(list["damagedBackups"], Json::array({{{"name", "2"}, {"path", "/kept/42/2"}}}));
 }
 
 TEST(RestoreJson, RestoreHasWhatItWroteAndLeft)
