@@ -339,6 +339,20 @@ std::string planReport(const PreparedSend& send)
     return text;
 }
 
+std::vector<std::string> emptyRecordErrors(const PreparedSend& send)
+{
+    std::vector<std::string> sentences;
+    const auto& records = send.emptyRecords;
+    const auto named = std::min(records.size(), kMostRecords);
+    for (std::size_t i = 0; i < named; ++i)
+        sentences.push_back(fmt::format("The {} {} has no points, so it was left out.",
+                                        records[i].kind, quotedName(records[i].name)));
+    if (records.size() > named)
+        sentences.push_back(fmt::format("Left out, because they have no points: {} more.",
+                                        groupedText(records.size() - named)));
+    return sentences;
+}
+
 std::vector<std::string> planErrors(const PreparedSend& send)
 {
     std::vector<std::string> sentences;

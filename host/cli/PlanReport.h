@@ -14,6 +14,9 @@ namespace host {
 /// Files below the device's location are shown relative to it.
 [[nodiscard]] std::string planReport(const PreparedSend& send);
 
+/// The routes and tracks that a send leaves out, because they have no points.
+[[nodiscard]] std::vector<std::string> emptyRecordErrors(const PreparedSend& send);
+
 /// What is wrong with a plan: files that cannot be written, and files whose present content would
 /// be lost.
 [[nodiscard]] std::vector<std::string> planErrors(const PreparedSend& send);

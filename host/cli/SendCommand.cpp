@@ -147,6 +147,7 @@ private:
 
 ExitStatus SendCommand::run(ChosenDevice device, SendRequest request, const UnreadParts& unread)
 {
+    request.skippedWaypoints = unread.waypoints;
     request.progress = progress_.callback();
     if (options_.events)
         request.onEvents = [this](const EventBatch& batch) {
@@ -160,6 +161,7 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request, const Unre
     showErrors(sentencesFor(unread));
     for (const auto& sentence : unread.values)
         note(sentence);
+    showErrors(emptyRecordErrors(send));
     if (send.request.data)
         showPlan(send);
     SendReport report;

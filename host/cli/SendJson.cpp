@@ -45,12 +45,8 @@ Json nameJson(const std::string& name)
 RecordCounts requestedCounts(const PreparedSend& send)
 {
     auto counts = send.request.data ? countRecords(*send.request.data) : RecordCounts{};
-    counts.waypoints += send.present.waypoints;
-    counts.geocaches += send.present.geocaches;
-    counts.routes += send.present.routes;
-    counts.routePoints += send.present.routePoints;
-    counts.tracks += send.present.tracks;
-    counts.trackPoints += send.present.trackPoints;
+    counts += send.present;
+    counts += send.leftOut();
     return counts;
 }
 
@@ -143,7 +139,8 @@ std::string sendJson(const PreparedSend& send, const SendReport& report,
                      const std::vector<Message>& messages, ExitStatus status)
 {
     const bool isDryRun = send.request.isDryRun;
-    const bool isComplete = !isDryRun && send.device.driver != nullptr && report.isComplete();
+    const bool isSent = !isDryRun && send.device.driver != nullptr && report.isComplete();
+    const bool isComplete = isSent && status == ExitStatus::kSuccess;
     const auto toSend = send.request.data ? countRecords(*send.request.data) : RecordCounts{};
     std::size_t omitted = 0;
     Json document{{"status", static_cast<int>(status)},
@@ -153,7 +150,8 @@ std::string sendJson(const PreparedSend& send, const SendReport& report,
                   {"device", nameJson(send.device.location)},
                   {"requested", countsJson(requestedCounts(send))},
                   {"present", countsJson(send.present)},
-                  {"sent", isComplete ? countsJson(toSend) : Json()}};
+                  {"leftOut", countsJson(send.leftOut())},
+                  {"sent", isSent ? countsJson(toSend) : Json()}};
     document["files"] = filesJson(send, report, omitted);
     addLosses(document, send, omitted);
     document["backup"] = backupJson(report);

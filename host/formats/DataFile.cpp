@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/base/XmlText.h"
+#include "host/formats/DataCheck.h"
 
 #include <gps/Characters.h>
 #include <platform/System/FileManager.h>
@@ -24,7 +25,6 @@ namespace {
 
 constexpr std::size_t kLargestDataFile = std::size_t{1} << 30; // bytes
 
-// A text is not converted: "latitude":"46.5" reads as 0, like a missing field.
 gps::Number numberIn(const gps::Dictionary& object, std::string_view key)
 {
     const auto* const value = object.find(key);
@@ -95,6 +95,8 @@ std::optional<gps::Error> readDataFile(const std::string& path,
         return hostError(
             "The data file is not a JSON object, or it is nested deeper than 64 levels",
             R"(Write an object with "waypoint", "route" and "track", or null)", path);
+    if (const auto fault = findDataFault(*read))
+        return hostError(fault->description, fault->advice, path);
     boxPoints(*read);
     data = std::move(read);
     return std::nullopt;

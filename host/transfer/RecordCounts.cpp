@@ -10,6 +10,17 @@
 
 namespace host {
 
+RecordCounts& RecordCounts::operator+=(const RecordCounts& other) noexcept
+{
+    waypoints += other.waypoints;
+    geocaches += other.geocaches;
+    routes += other.routes;
+    routePoints += other.routePoints;
+    tracks += other.tracks;
+    trackPoints += other.trackPoints;
+    return *this;
+}
+
 void RecordCounter::add(const Event& event)
 {
     if (event.kind == EventKind::kNewSegment) // its track is still open

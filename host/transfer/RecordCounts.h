@@ -21,6 +21,8 @@ struct RecordCounts {
 
     [[nodiscard]] bool isEmpty() const noexcept { return *this == RecordCounts{}; }
 
+    RecordCounts& operator+=(const RecordCounts& other) noexcept;
+
     friend bool operator==(const RecordCounts& a, const RecordCounts& b) noexcept = default;
 };
 

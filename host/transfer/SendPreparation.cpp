@@ -78,12 +78,22 @@ gps::Error deviceInUse(const std::string& device)
                      "Wait until it has finished, and try again", device);
 }
 
+RecordCounts PreparedSend::leftOut() const noexcept
+{
+    RecordCounts counts{.waypoints = request.skippedWaypoints};
+    for (const auto& record : emptyRecords)
+        ++(record.kind == "route" ? counts.routes : counts.tracks);
+    return counts;
+}
+
 PreparedSend prepareSend(ChosenDevice device, SendRequest request)
 {
     PreparedSend send{.device = std::move(device), .request = std::move(request)};
     const bool isFitted = send.request.data && send.request.fitting != SendFitting::kNone;
-    if (isFitted)
+    if (isFitted) {
+        send.emptyRecords = removeEmptyRecords(*send.request.data);
         send.segmentedTracks = fitSegments(*send.request.data, send.request.segmentRule);
+    }
     send.canSend = canSend(*send.device.driver);
     if (send.canSend)
         send.files = dynamic_cast<const gps::GPSFileDevice*>(send.device.driver.get());

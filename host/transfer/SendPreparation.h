@@ -8,6 +8,7 @@
 #include "host/backup/Backup.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/files/FolderLock.h"
+#include "host/fitting/EmptyRecords.h"
 #include "host/fitting/NameFitting.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/operations/Operation.h"
@@ -30,8 +31,8 @@ namespace host {
 /// What a send changes in the records before it plans.
 enum class SendFitting {
     kNone, ///< nothing
-    /// A route point that the device already has is replaced by the device's own, and tracks with
-    /// several segments are split or joined.
+    /// A route point that the device already has is replaced by the device's own, tracks with
+    /// several segments are split or joined, and routes and tracks without points are left out.
     kRoutePoints,
     kAll, ///< names and texts are fitted to the device as well
 };
@@ -39,6 +40,7 @@ enum class SendFitting {
 /// What to send, and how.
 struct SendRequest {
     std::optional<gps::Dictionary> data; ///< nullopt: the driver is called without data
+    std::size_t skippedWaypoints = 0; ///< of the files, which are not in the data; for the report
     gps::Dictionary driverOptions{};
     SendFitting fitting = SendFitting::kAll;
 
@@ -87,7 +89,11 @@ struct PreparedSend {
     std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
     std::vector<SegmentedTrack> segmentedTracks{};
+    std::vector<EmptyRecord> emptyRecords{}; ///< removed from the data, because no file holds them
     RecordCounts present{}; ///< removed from the data, because the device holds them already
+
+    /// The records of the files that are left out: skipped waypoints and empty records.
+    [[nodiscard]] RecordCounts leftOut() const noexcept;
 
     /// Whether there is a plan to check the result against.
     [[nodiscard]] bool isPlanned() const noexcept { return snapshot != nullptr; }

@@ -224,6 +224,36 @@ TEST_F(Send, SegmentsAreJoinedOnRequest)
     EXPECT_FALSE(fs::exists(receiver.path("Tracks/TKLG001.log")));
 }
 
+TEST_F(Send, RoutesAndTracksWithoutPointsAreLeftOutAndMakeNoFile)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    const auto file = here_.put("empty.gpx", R"(<gpx version="1.1"><rte><name>R</name></rte>
+<trk><name>T</name><trkseg/></trk><trk/></gpx>)");
+    const auto ran = send(receiver.path(), {file, "--json"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("The route \"R\" has no points, so it was left out.\n"));
+    EXPECT_THAT(ran.err, HasSubstr("The track \"T\" has no points, so it was left out.\n"));
+    EXPECT_EQ(filesOf(receiver.path()), before);
+    const auto document = ordered_json::parse(ran.out);
+    EXPECT_EQ(document["complete"], false);
+    EXPECT_EQ(document["leftOut"]["tracks"], 2);
+}
+
+TEST_F(Send, StatusAndDocumentAgreeIfAWaypointIsSkipped)
+{
+    const Receiver receiver;
+    const auto file = here_.put("w.gpx", R"(<gpx version="1.1"><wpt lat="97" lon="7"/>
+<wpt lat="46" lon="7"><name>A</name></wpt></gpx>)");
+    const auto ran = send(receiver.path(), {file, "--json"});
+    EXPECT_EQ(ran.status, 1);
+    const auto document = ordered_json::parse(ran.out);
+    EXPECT_EQ(document["status"], 1);
+    EXPECT_EQ(document["complete"], false);
+    EXPECT_EQ(document["leftOut"]["waypoints"], 1);
+    EXPECT_EQ(document["sent"]["waypoints"], 1);
+}
+
 TEST_F(Send, TripIsMergedIntoWhatIsThere)
 {
     const Receiver receiver;
@@ -449,6 +479,8 @@ TEST_F(Send, BadInputSendsNothing)
              {"--data", data("{\"waypoint\":")},
              {"--data", here_.put("list.json", "[]")},
              {"--data", here_.path("none.json")},
+             {"--data", here_.put("key.json", R"({"waypoints":[]})")},
+             {"--data", here_.put("type.json", R"({"track":{}})")},
              {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
              {trip(), here_.put("no.gpx", "text")},
              {here_.path()},

@@ -273,6 +273,21 @@ TEST(PlanReport, FileThatAnotherProgramHasChangedTooIsNamedAndIsNotAnError)
                             "sent, and what was there."));
 }
 
+TEST(PlanReport, FirstTenRecordsWithoutPointsAreNamed)
+{
+    host::PreparedSend send;
+    EXPECT_THAT(host::emptyRecordErrors(send), IsEmpty());
+    send.emptyRecords.assign(10, {"route", "R"});
+    EXPECT_THAT(host::emptyRecordErrors(send), testing::SizeIs(10));
+    send.emptyRecords.push_back({"track", ""});
+    send.emptyRecords.front() = {"track", ""};
+    const auto sentences = host::emptyRecordErrors(send);
+    ASSERT_THAT(sentences, testing::SizeIs(11));
+    EXPECT_EQ(sentences[0], "The track without a name has no points, so it was left out.");
+    EXPECT_EQ(sentences[1], "The route \"R\" has no points, so it was left out.");
+    EXPECT_EQ(sentences[10], "Left out, because they have no points: 1 more.");
+}
+
 TEST(PlanReport, OnlyTenRenamedTracksAreNamed)
 {
     host::SendReport report;

@@ -38,7 +38,7 @@ TEST_F(SendJson, SendThatWasNotPreparedHasEveryKey)
     EXPECT_EQ(host::sendJson({}, {}, {{true, "why"}}, ExitStatus::kFailed),
               R"({"status":1,"complete":false,"interrupted":false,"dryRun":false,"device":null,)"
               R"("requested":)" +
-                  none + R"(,"present":)" + none + R"(,"sent":null,)" +
+                  none + R"(,"present":)" + none + R"(,"leftOut":)" + none + R"(,"sent":null,)" +
                   R"("files":[],"lostFields":[],"segments":[],"textChanges":[],"remarks":[],)"
                   R"("backup":null,"obstacle":null,"errors":[],"missingKinds":[],)"
                   R"("missingRecords":[],"account":null,"omitted":0,)"
@@ -56,6 +56,20 @@ TEST_F(SendJson, CompleteSendHasTheCountsOfWhatWasSent)
     EXPECT_EQ(complete["present"]["tracks"], 1);
     EXPECT_EQ(complete["sent"]["waypoints"], 1);
     EXPECT_EQ(complete["sent"]["tracks"], 0);
+}
+
+TEST_F(SendJson, SendThatLeftSomethingOutIsNotComplete)
+{
+    send_.request.skippedWaypoints = 2;
+    send_.emptyRecords = {{"route", "R"}, {"track", "T"}, {"track", "U"}};
+    const auto rest = document(ExitStatus::kFailed);
+    EXPECT_EQ(rest["complete"], false) << "as the status";
+    EXPECT_EQ(rest["requested"]["waypoints"], 3);
+    EXPECT_EQ(rest["requested"]["tracks"], 2);
+    EXPECT_EQ(rest["leftOut"]["waypoints"], 2);
+    EXPECT_EQ(rest["leftOut"]["routes"], 1);
+    EXPECT_EQ(rest["leftOut"]["tracks"], 2);
+    EXPECT_EQ(rest["sent"]["waypoints"], 1);
 }
 
 TEST_F(SendJson, DryRunIsNotComplete)

@@ -22,7 +22,7 @@ protected:
 TEST_F(DataFile, ObjectUnderPointIsAPointWhoseMissingFieldsAre0)
 {
     EXPECT_FALSE(
-        read(R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"time":7,"other":"x"}}]})"));
+        read(R"({"waypoint":[{"name":"A","point":{"latitude":46.5,"time":7,"altitude":null}}]})"));
     const gps::GPSPoint point{.latitude = 46.5, .time = 7};
     EXPECT_EQ(data_,
               (gps::Dictionary{
@@ -40,15 +40,15 @@ TEST_F(DataFile, PointsAreBoxedAtEveryDepth)
 
 TEST_F(DataFile, EverythingElseIsUnchangedAndInOrder)
 {
-    EXPECT_FALSE(read(R"({"z":"Ä","a":true,"point":"text","m":{"point":[1]},"n":null})"));
-    EXPECT_EQ(data_, (gps::Dictionary{{"z", "Ä"},
-                                      {"a", true},
-                                      {"point", "text"},
-                                      {"m", gps::Dictionary{{"point", gps::Array{1}}}}}));
+    EXPECT_FALSE(
+        read(R"({"waypoint":[{"z":"Ä","a":true,"m":{"point":[1]},"cacheID":7,"n":null}]})"));
+    const gps::Dictionary record{
+        {"z", "Ä"}, {"a", true}, {"m", gps::Dictionary{{"point", gps::Array{1}}}}, {"cacheID", 7}};
+    EXPECT_EQ(data_, (gps::Dictionary{{"waypoint", gps::Array{record}}}));
     std::string keys;
-    for (const auto& entry : *data_)
+    for (const auto& entry : *data_->findArray("waypoint")->front().as<gps::Dictionary>())
         keys += entry.key + ' ';
-    EXPECT_EQ(keys, "z a point m ");
+    EXPECT_EQ(keys, "z a m cacheID ");
 }
 
 TEST_F(DataFile, NullMeansNoDictionary)
@@ -94,6 +94,18 @@ TEST_F(DataFile, InvalidJsonIsRejectedWithItsLine)
     }
     EXPECT_EQ(read("[]")->description()->find("line"), std::string::npos);
     EXPECT_TRUE(read(R"({"a":1e999})"));
+}
+
+TEST_F(DataFile, MistakeInTheDataIsRejectedWithItsPathAndWhatToDo)
+{
+    data_ = gps::Dictionary{{"old", 1}};
+    const auto failure = read(R"({"waypoints":[]})");
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description(), "The data file has the unknown key \"waypoints\"");
+    EXPECT_EQ(failure->suggestion(), "Did you mean \"waypoint\"? The keys are \"waypoint\", "
+                                     "\"route\", \"track\"");
+    EXPECT_EQ(failure->path(), folder_.path("d.json"));
+    EXPECT_EQ(data_, (gps::Dictionary{{"old", 1}}));
 }
 
 TEST_F(DataFile, MissingFileIsAnError)

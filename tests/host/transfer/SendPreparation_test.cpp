@@ -207,6 +207,17 @@ TEST_F(SendPreparation, SegmentsBecomeTracksUnlessTheyAreJoined)
     EXPECT_EQ(joined.request.data->findArray("track")->size(), 2U);
 }
 
+TEST_F(SendPreparation, RecordsWithoutPointsAreLeftOutUnlessNothingIsFitted)
+{
+    const gps::Dictionary data{{"track", gps::Array{gps::Dictionary{{"name", "T"}}}}};
+    const auto send = prepare(data, SendFitting::kRoutePoints);
+    EXPECT_EQ(send.request.data, gps::Dictionary{});
+    EXPECT_EQ(send.leftOut(), host::RecordCounts{.tracks = 1});
+    const auto exact = prepare(data, SendFitting::kNone);
+    EXPECT_EQ(exact.request.data, data);
+    EXPECT_EQ(exact.leftOut(), host::RecordCounts{});
+}
+
 TEST_F(SendPreparation, SegmentsAreFittedEvenWithoutAPlan)
 {
     const auto send = host::prepareSend({std::make_shared<support::FakeDriver>(), "/device"},

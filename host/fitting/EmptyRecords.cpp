@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// Looks before it changes anything: a list that is changed is copied first if somebody shares it.
+
+#include "host/fitting/EmptyRecords.h"
+
+#include "host/base/RecordText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+namespace {
+
+bool isEmpty(const gps::Value& element)
+{
+    const auto* const record = element.as<gps::Dictionary>();
+    if (record == nullptr)
+        return false;
+    const auto* const points = record->findArray("points");
+    return points == nullptr || points->empty();
+}
+
+void removeEmpty(gps::Dictionary& data, std::string_view kind, std::vector<EmptyRecord>& removed)
+{
+    const auto* const records = std::as_const(data).findArray(kind);
+    if (records == nullptr || std::none_of(records->begin(), records->end(), isEmpty))
+        return;
+    for (const auto& element : *records) {
+        if (isEmpty(element))
+            removed.push_back({kind, std::string{textIn(*element.as<gps::Dictionary>(), "name")}});
+    }
+    auto& rest = *data.findArray(kind);
+    std::erase_if(rest, isEmpty);
+    if (rest.empty())
+        data.remove(kind);
+}
+
+} // namespace
+
+std::vector<EmptyRecord> removeEmptyRecords(gps::Dictionary& data)
+{
+    std::vector<EmptyRecord> removed;
+    removeEmpty(data, "route", removed);
+    removeEmpty(data, "track", removed);
+    return removed;
+}
+
+} // namespace host

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// Records are named by their numbers from 1: "point 2 of route 1".
+
+#include "host/formats/DataCheck.h"
+
+#include "host/base/Text.h"
+#include "host/commandline/NearestName.h"
+
+#include <gps/Geocache.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace host {
+namespace {
+
+constexpr std::array<std::string_view, 3> kRecordLists{"waypoint", "route", "track"};
+constexpr std::array<std::string_view, 5> kPointFields{"latitude", "longitude", "altitude", "time",
+                                                       "reserved"};
+
+template <typename List> bool contains(const List& list, std::string_view word)
+{
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+// Which record of the file a value belongs to. Its text is made for a message only: there may be
+// millions of records.
+struct Location {
+    std::string_view noun;
+    std::size_t number = 0;
+    const Location* owner = nullptr; // the route or track of a point
+
+    [[nodiscard]] std::string text() const
+    {
+        const auto own = fmt::format("{} {}", noun, number);
+        return owner != nullptr ? own + " of " + owner->text() : own;
+    }
+};
+
+// @param known  the keys that there are
+DataFault unknownKey(const std::string& key, const std::string& where,
+                     const std::vector<std::string>& known)
+{
+    const auto nearest = nearestName(key, known);
+    auto advice = fmt::format("The keys are \"{}\"", joined(known, "\", \""));
+    if (!nearest.empty())
+        advice = fmt::format("Did you mean \"{}\"? {}", nearest, advice);
+    return {fmt::format("{} has the unknown key \"{}\"", where, displayText(key)),
+            std::move(advice)};
+}
+
+std::optional<DataFault> faultInPoint(const gps::Value& value, const Location& record)
+{
+    const auto* const point = value.as<gps::Dictionary>();
+    if (point == nullptr)
+        return DataFault{fmt::format("The \"point\" of {} is not an object", record.text()),
+                         R"(Write it as {"latitude":46.5,"longitude":7.25})"};
+    for (const auto& [key, field] : *point) {
+        if (!contains(kPointFields, key))
+            return unknownKey(key, fmt::format("The \"point\" of {}", record.text()),
+                              {kPointFields.begin(), kPointFields.end()});
+        if (field.as<gps::Number>() == nullptr)
+            return DataFault{fmt::format("The \"{}\" in the \"point\" of {} is not a number", key,
+                                         record.text()),
+                             "Write it as a number, without quotation marks"};
+    }
+    return std::nullopt;
+}
+
+bool isText(std::string_view key)
+{
+    return key == "symbol" || contains(gps::kGeocacheKeys, key);
+}
+
+std::optional<DataFault> faultInList(const gps::Value& value, std::string_view key,
+                                     Location location);
+
+std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& where)
+{
+    const auto* const record = value.as<gps::Dictionary>();
+    if (record == nullptr)
+        return DataFault{fmt::format("The entry for {} is not an object", where.text()),
+                         "Write each record as an object: {...}"};
+    const bool hasPoints = where.noun == "route" || where.noun == "track";
+    std::optional<DataFault> fault;
+    for (const auto& [key, field] : *record) {
+        if (isText(key) && field.as<std::string>() == nullptr)
+            return DataFault{fmt::format("The \"{}\" of {} is not a text", key, where.text()),
+                             "Write it in quotation marks"};
+        if (key == gps::kPointKey)
+            fault = faultInPoint(field, where);
+        else if (key == "points" && hasPoints)
+            fault = faultInList(field, key, {.noun = "point", .owner = &where});
+        if (fault)
+            break;
+    }
+    return fault;
+}
+
+// @param location  of the records in the list, without a number
+std::optional<DataFault> faultInList(const gps::Value& value, std::string_view key,
+                                     Location location)
+{
+    const auto* const list = value.as<gps::Array>();
+    if (list == nullptr)
+        return DataFault{fmt::format("The value of \"{}\"{} is not a list", key,
+                                     location.owner != nullptr ? " of " + location.owner->text()
+                                                               : std::string{}),
+                         "Write a list of records: [{...},{...}]"};
+    for (const auto& element : *list) {
+        ++location.number;
+        if (auto fault = faultInRecord(element, location))
+            return fault;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<DataFault> findDataFault(const gps::Dictionary& data)
+{
+    for (const auto& [key, value] : data) {
+        if (!contains(kRecordLists, key))
+            return unknownKey(key, "The data file", {kRecordLists.begin(), kRecordLists.end()});
+        if (auto fault = faultInList(value, key, {.noun = key}))
+            return fault;
+    }
+    return std::nullopt;
+}
+
+} // namespace host
