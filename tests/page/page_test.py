@@ -305,7 +305,8 @@ class PageTest(unittest.TestCase):
     def test_tip_of_a_geocache_says_what_it_is_and_hides_its_hint_until_asked(self):
         self.browser.open(self.sample)
         self.browser.find("#table-geocaches .link").click()
-        for text in "Traditional · difficulty 1.5 · terrain 4", "Found 2008-08-11", "Bring a pencil":
+        for text in ("Traditional · difficulty 1.5 · terrain 4", "Found 2008-08-11",
+                     "Bring a pencil"):
             self.assertIn(text, self.text("#tip"))
         self.assertNotIn("stone", self.text("#tip") + self.text("#table-geocaches"))
         self.browser.find("#tip .ask").send_keys(ENTER)
@@ -887,7 +888,8 @@ class PageTest(unittest.TestCase):
         cache = {**point, **dict.fromkeys(("type", "owner", "hint", "difficulty", "terrain",
                                            "placed", "found"), name)}
         track = raw_track(name, [46000000, 7000000, 0, None, 9000, 0, 0, None])
-        return self.filled({"note": name, "waypoints": [point], "geocaches": [cache],
+        return self.filled({"note": name, "title": name, "receiver": name,
+                            "identifier": name, "waypoints": [point], "geocaches": [cache],
                             "routes": [raw_route(name, [point, point])], "tracks": [track]})
 
     def assert_names_fit(self, name, width):
@@ -982,6 +984,20 @@ class PageTest(unittest.TestCase):
         self.assertLess(paper["width"], 700)  # of A4 and of Letter, within their margins
         self.browser.settle()
         self.assertEqual(self.browser.ask("({ ...page.map.view })"), before)
+
+    def test_long_names_stay_in_their_cells_on_paper(self):
+        self.browser.resize(703, 1032)  # A4 within its margins
+        for name in "x" * 600, "Words of a name that go on and on " * 15, "12.5" * 40:
+            self.browser.open(self.page_of_names(name))
+            self.browser.command("Emulation.setEmulatedMedia", media="print")
+            self.addCleanup(self.browser.command, "Emulation.setEmulatedMedia", media="")
+            self.browser.settle()
+            self.assertEqual(self.browser.ask("""Array.from(document.querySelectorAll(
+                    "td, th, h1, h2, h3, .scroll, p"))
+                .filter((one) => one.checkVisibility() && one.scrollWidth > one.clientWidth + 1 &&
+                    getComputedStyle(one).overflowX === "visible")
+                .map((one) => `${one.tagName}: ${one.textContent.slice(0, 30)}`)"""), [])
+            self.assertLessEqual(self.browser.ask("document.documentElement.scrollWidth"), 703)
 
     def test_paper_has_no_page_with_little_on_it(self):
         self.browser.open(self.sample)
