@@ -7,6 +7,7 @@
 
 #include "host/base/JsonText.h"
 #include "host/commandline/HelpFormatter.h"
+#include "host/formats/PageTiles.h"
 
 #include <fmt/format.h>
 
@@ -204,6 +205,26 @@ void CommandTable::addTitleOption(CLI::App& command, DownloadOptions& options)
         ->type_name("TITLE");
 }
 
+void CommandTable::addTilesOptions(CLI::App& command, DownloadOptions& options)
+{
+    command
+        .add_option_function<std::string>(
+            "--tiles",
+            [&options](const std::string& text) {
+                if (const auto mistake = tilesMistake(text); !mistake.empty())
+                    throw CLI::ValidationError{"--tiles", mistake};
+                options.tiles = text;
+            },
+            "The page's map tiles, as \"https://tile.example.org/{z}/{x}/{y}.png\". They are "
+            "loaded "
+            "only when the reader of the page presses \"Map\"")
+        ->type_name("URL");
+    command
+        .add_option("--tiles-attribution", options.tilesAttribution,
+                    "Whose map the tiles are, as the page says; the default is their server's name")
+        ->type_name("TEXT");
+}
+
 // The format's name is looked up in finish(), because it may also come from the output's extension.
 void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
 {
@@ -217,6 +238,7 @@ void CommandTable::addOutputOptions(CLI::App& command, DownloadOptions& options)
                         formatNames())
         ->type_name("FORMAT");
     addTitleOption(command, options);
+    addTilesOptions(command, options);
     command.add_flag("--summary", options.summary,
                      "Print the summary table even though there is an output file");
     const auto* const list = command.add_flag(
@@ -361,6 +383,7 @@ void CommandTable::addOpen()
         "  magellangps open\n"
         "  magellangps open trip.gpx TKLG001.log\n");
     addDriverOption(command, options.driver, kAnyDriver);
+    addTilesOptions(command, options);
     addRecordOptions(command, options);
     const auto* const device = addDeviceOption(command, options.device);
     const auto* const files =

@@ -52,6 +52,7 @@ private:
     std::vector<const CLI::Option*> addDiskOptions(CLI::App& command, DiskOptions& disk);
     void addDownloadOptions(CLI::App& command, DownloadOptions& options);
     static void addTitleOption(CLI::App& command, DownloadOptions& options);
+    static void addTilesOptions(CLI::App& command, DownloadOptions& options);
     void addOutputOptions(CLI::App& command, DownloadOptions& options);
     void addRecordOptions(CLI::App& command, DownloadOptions& options);
     CLI::Option* addDeviceOption(CLI::App& command, std::optional<std::string>& device);

@@ -56,6 +56,14 @@ std::optional<gps::Error> checkOutputOf(const std::vector<std::string>& files,
                      "Name another output file with -o", *options.output);
 }
 
+PageTiles tilesOf(const DownloadOptions& options)
+{
+    if (!options.tiles)
+        return {};
+    return {.url = *options.tiles,
+            .attribution = options.tilesAttribution.value_or(usualAttribution(*options.tiles))};
+}
+
 class DownloadCommand {
 public:
     DownloadCommand(const DownloadOptions& options, StopSignals& stop, const Console& console,
@@ -253,8 +261,10 @@ DownloadRequest downloadRequest(const DownloadOptions& options)
     request.dateRule = options.fixDates;
     request.gapRule = options.splitGap;
     if (options.output)
-        request.output = OutputRequest{
-            .path = *options.output, .format = options.format, .title = options.title.value_or("")};
+        request.output = OutputRequest{.path = *options.output,
+                                       .format = options.format,
+                                       .title = options.title.value_or(""),
+                                       .tiles = tilesOf(options)};
     return request;
 }
 

@@ -48,9 +48,11 @@ struct DownloadOptions : GlobalOptions {
     std::optional<std::string> output; ///< "-" is the standard output
     const Format* format = nullptr;    ///< of the output; null without one
     std::optional<std::string> title;  ///< of the page
-    bool summary = false;              ///< print the summary table as well as the output
-    bool utc = false;                  ///< times in the summary and the list are in UTC
-    bool strict = false;               ///< damaged lines on the device make the status 1
+    std::optional<std::string> tiles;  ///< the URL of the page's map tiles
+    std::optional<std::string> tilesAttribution;
+    bool summary = false; ///< print the summary table as well as the output
+    bool utc = false;     ///< times in the summary and the list are in UTC
+    bool strict = false;  ///< damaged lines on the device make the status 1
     bool waypoints = true;
     bool routes = true;
     bool tracks = true;

@@ -76,10 +76,24 @@ std::string checkChoice(const RawOptions& raw, const DownloadOptions& options)
                  "output file with -o";
 }
 
-std::string checkTitle(const DownloadOptions& options)
+constexpr char kForPage[] = "is for the page: write one with -o FILE.html";
+
+// An attribution without a page is ignored: it may be a default in the configuration file, whose
+// tiles do not fit then.
+std::string checkTiles(const DownloadOptions& options)
 {
-    const bool isPage = options.format != nullptr && options.format->name == "html";
-    return options.title && !isPage ? "--title is for the page: write one with -o FILE.html" : "";
+    return options.tilesAttribution && !options.tiles
+               ? "--tiles-attribution says whose map --tiles is: give both"
+               : "";
+}
+
+std::string checkPage(const DownloadOptions& options)
+{
+    if (options.format != nullptr && options.format->name == "html")
+        return checkTiles(options);
+    if (options.title)
+        return fmt::format("--title {}", kForPage);
+    return options.tiles ? fmt::format("--tiles {}", kForPage) : "";
 }
 
 std::string checkJson(const RawOptions& raw, const DownloadOptions& options)
@@ -101,7 +115,7 @@ std::string check(const RawOptions& raw, DownloadOptions& options)
         return mistake;
     if (raw.global.events && options.summary)
         return "--events and --summary both need stdout: leave one of them out";
-    if (auto mistake = checkTitle(options); !mistake.empty())
+    if (auto mistake = checkPage(options); !mistake.empty())
         return mistake;
     return checkJson(raw, options);
 }
@@ -124,6 +138,8 @@ std::string check(const RawOptions& raw, const OpenOptions& options)
     const auto& files = options.files;
     if (std::find(files.begin(), files.end(), "-") != files.end())
         return "open reads files, not stdin: save the input as a file such as trip.log";
+    if (auto mistake = checkTiles(options); !mistake.empty())
+        return mistake;
     return checkChoice(raw, options);
 }
 

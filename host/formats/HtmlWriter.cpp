@@ -91,6 +91,15 @@ void appendGeocacheMembers(std::string& out, const gps::Dictionary& record)
     appendMember(out, "found", dayOf(textIn(record, "dateFound")));
 }
 
+void appendTiles(std::string& out, const PageTiles& tiles)
+{
+    appendJsonKey(out, "tiles");
+    out += '{';
+    appendMember(out, "url", tiles.url);
+    appendMember(out, "attribution", tiles.attribution);
+    out += '}';
+}
+
 void appendPoint(std::string& out, const gps::GPSPoint& point, const gps::Dictionary& record)
 {
     out += '{';
@@ -233,6 +242,9 @@ void HtmlWriter::endTrack()
 
 std::optional<gps::Error> HtmlWriter::finish()
 {
+    output_.write(pageStart());
+    if (!origin_.tiles.url.empty())
+        output_.write("; img-src " + tileSources(origin_.tiles.url));
     output_.write(pageHead());
     writeTables();
     output_.write(pageMiddle());
@@ -242,6 +254,7 @@ std::optional<gps::Error> HtmlWriter::finish()
     appendMember(text_, "identifier", origin_.identifier);
     appendMember(text_, "made", origin_.time != 0 ? std::optional{origin_.time} : std::nullopt);
     appendMember(text_, "note", globe_.remark());
+    appendTiles(text_, origin_.tiles);
     appendSurroundings(text_, areas_.find());
     icons_.append(text_);
     output_.write(text_);

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "host/formats/PageTiles.h"
+
 #include <cstdint>
 #include <string>
 
@@ -17,6 +19,7 @@ struct RecordOrigin {
     std::string receiver{};   ///< for the user; empty if the records are not from a receiver
     std::string identifier{}; ///< of the receiver, such as a serial number; empty if not known
     std::int64_t time = 0;    ///< seconds since 1970-01-01 00:00 UTC; 0: unknown
+    PageTiles tiles{};        ///< not an origin of records, but of the page's map
 };
 
 } // namespace host

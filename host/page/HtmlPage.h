@@ -8,8 +8,9 @@
 
 namespace host {
 
-/// The text before the tables, the text between them and the JSON data, and the text after it.
-/// [any]
+/// The text up to the end of the security policy, where sources of pictures can be added; the text
+/// from there to the tables; the text between them and the JSON data; and the text after it. [any]
+[[nodiscard]] std::string_view pageStart() noexcept;
 [[nodiscard]] std::string_view pageHead() noexcept;
 [[nodiscard]] std::string_view pageMiddle() noexcept;
 [[nodiscard]] std::string_view pageFoot() noexcept;

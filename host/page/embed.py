@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Builds the HTML page and writes it as C++ source, cut where the tables and the data go.
+"""Builds the HTML page and writes it as C++ source, cut where the writer puts something in.
 
 Usage: embed.py ESBUILD HtmlPage.cpp HtmlPage.d
 
@@ -31,6 +31,11 @@ SOURCE = """// Generated from host/page/ by embed.py.
 #include "host/page/HtmlPage.h"
 
 namespace host {{
+
+std::string_view pageStart() noexcept
+{{
+    return R"PAGE({start})PAGE";
+}}
 
 std::string_view pageHead() noexcept
 {{
@@ -72,10 +77,10 @@ def main(esbuild, output, dependencies):
     values = {"style": style, "script": script,
               "style-hash": policy_hash(style), "script-hash": policy_hash(script)}
     template = PAGE / "page.html"
-    parts = re.split("{{tables}}|{{data}}", template.read_text(encoding="utf-8"))
-    head, middle, foot = (re.sub("{{([a-z-]+)}}", lambda found: values[found[1]], part)
-                          for part in parts)
-    source = SOURCE.format(head=head, middle=middle, foot=foot)
+    parts = re.split("{{pictures}}|{{tables}}|{{data}}", template.read_text(encoding="utf-8"))
+    start, head, middle, foot = (re.sub("{{([a-z-]+)}}", lambda found: values[found[1]], part)
+                                 for part in parts)
+    source = SOURCE.format(start=start, head=head, middle=middle, foot=foot)
     pathlib.Path(output).write_text(source, encoding="utf-8")
     write_dependencies(dependencies, output, [template, *style_files, *script_files])
 

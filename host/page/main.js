@@ -25,6 +25,7 @@ import { listenToChoice } from "./ui/remember.js";
 import { showSymbols } from "./ui/symbols.js";
 import { showTables } from "./ui/tables.js";
 import { Theme } from "./ui/Theme.js";
+import { showTiles } from "./ui/tiles.js";
 import { TrackCards } from "./ui/TrackCards.js";
 import { TrackList } from "./ui/TrackList.js";
 import { TrackMap } from "./ui/TrackMap.js";
@@ -79,8 +80,7 @@ function showItems(items) {
     refresh();
   });
   map.measure();
-  const refreshLegend = showColourChoice();
-  showSymbols(collection);
+  const refreshLegend = showBelowMap();
   const profiles = showProfileChoice();
   listenToChoice(byId("units"), "units", kUnitChoices, (choice) => {
     chooseUnits(choice);
@@ -143,6 +143,14 @@ function showHead() {
   byId("title").textContent = collection.title || kTitle;
   byId("summary").textContent = summaryText(collection);
   byId("origin").textContent = originText(collection);
+}
+
+// Returns a function that writes the colours' legend again.
+function showBelowMap() {
+  const refreshLegend = showColourChoice();
+  showSymbols(collection);
+  showTiles(map, collection.tiles);
+  return refreshLegend;
 }
 
 // Lets the reader choose what colours the lines. Returns a function that writes the legend again.

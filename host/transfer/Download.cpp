@@ -138,7 +138,9 @@ std::optional<gps::Error> Download::openOutput()
 
 RecordOrigin Download::origin() const
 {
-    RecordOrigin origin{.title = titleOf(*request_.output), .time = timeOfOutput()};
+    RecordOrigin origin{.title = titleOf(*request_.output),
+                        .time = timeOfOutput(),
+                        .tiles = request_.output->tiles};
     if (!request_.sourceFiles.empty())
         return origin;
     origin.receiver = driver_.gpsName();

@@ -32,6 +32,7 @@ struct OutputRequest {
     std::string path{};             ///< "-" is the standard output
     const Format* format = nullptr; ///< required
     std::string title{};            ///< empty: the file's name
+    PageTiles tiles{};              ///< of a page; none by default
 
     /// What arrived is kept although something failed: under the final name if nothing is missing,
     /// otherwise as a partial file. If false, a download that fails makes no file.

@@ -116,3 +116,67 @@ test("the middle never leaves the poles", () => {
   view.panBy(0, -5000);
   assert.equal(view.latitude, -90);
 });
+
+function mercatorAt(x, latitude, scale) {
+  return Object.assign(viewAt(x, latitude, scale), { isMercator: true });
+}
+
+test("in the middle, both projections have the same scale", () => {
+  const plain = viewAt(7, 60, 1000), mercator = mercatorAt(7, 60, 1000);
+  near(mercator.toPixelX(7.01), plain.toPixelX(7.01));
+  assert.ok(Math.abs(mercator.toPixelY(60.01) - plain.toPixelY(60.01)) < 0.01);
+  near(mercator.scaleAt(60), 1000);
+  near(plain.scaleAt(0), 1000);
+});
+
+test("Mercator's pixels convert back to degrees", () => {
+  const view = mercatorAt(190, -33, 12);
+  for (const latitude of [-80, -33.01, 0, 70])
+    near(view.fromPixelY(view.toPixelY(latitude)), latitude);
+});
+
+test("Mercator's scale grows towards the poles", () => {
+  const view = mercatorAt(0, 0, 100);
+  near(view.scaleAt(60), 200);
+  const step = 1e-4;
+  assert.ok(Math.abs((view.toPixelY(60) - view.toPixelY(60 + step)) / step - 200) < 0.01);
+});
+
+test("a Mercator map keeps its sizes when it is moved", () => {
+  const view = mercatorAt(0, 10, 100);
+  const width = view.toPixelX(1) - view.toPixelX(0);
+  view.panBy(0, 4000);
+  assert.ok(view.latitude > 40);
+  near(view.toPixelX(1) - view.toPixelX(0), width);
+});
+
+test("zooming a Mercator map keeps the point under the pointer", () => {
+  const view = mercatorAt(7, 70, 50);
+  const x = view.fromPixelX(100), latitude = view.fromPixelY(500);
+  view.zoomAt(3, 100, 500);
+  near(view.toPixelX(x), 100);
+  near(view.toPixelY(latitude), 500);
+});
+
+test("bounds fit a Mercator map, also far in the north", () => {
+  for (const bounds of [{ west: 7, east: 8, south: -1, north: 1 },
+    { west: 10, east: 30, south: 60, north: 80 }, { west: 0, east: 1, south: 83, north: 87 }]) {
+    const view = mercatorAt(0, 0, 100);
+    view.fit(bounds);
+    near(view.toPixelY(bounds.north), 600 - view.toPixelY(bounds.south));
+    near(Math.min(view.toPixelY(bounds.north), view.toPixelX(bounds.west)), 56);
+  }
+});
+
+test("a Mercator map can be seen as a whole, and stays away from the poles", () => {
+  const view = new MapView(800, 600);
+  view.useMercator(true);
+  view.fit({ west: -180, east: 180, south: -90, north: 90 });
+  near(view.toPixelX(180) - view.toPixelX(-180), 400);
+  assert.ok(Number.isFinite(view.toPixelY(90)));
+  view.setLatitude(90);
+  near(view.latitude, 88.5);
+  view.useMercator(false);
+  view.setLatitude(90);
+  assert.equal(view.latitude, 90);
+});

@@ -7,6 +7,7 @@ import { unpackCollection } from "../../host/page/model/collection.js";
 export function collectionOf(lists) {
   const empty = {
     title: "", receiver: "", identifier: "", made: null, note: "",
+    tiles: { url: "", attribution: "" },
     areas: [], places: [], land: [], icons: [],
     tracks: [], routes: [], waypoints: [], geocaches: [],
   };

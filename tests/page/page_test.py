@@ -130,7 +130,8 @@ class PageTest(unittest.TestCase):
     def filled(cls, data):
         """Writes a page with the test's data and returns its path."""
         lists = ("areas", "places", "land", "icons", "waypoints", "geocaches", "routes", "tracks")
-        texts = {"title": "", "receiver": "", "identifier": "", "made": None, "note": ""}
+        texts = {"title": "", "receiver": "", "identifier": "", "made": None, "note": "",
+                 "tiles": {"url": "", "attribution": ""}}
         whole = {**texts, **{name: [] for name in lists}, **data}
         text = re.sub("[<>&]", lambda found: f"\\u{ord(found[0]):04x}", json.dumps(whole))
         head, tail = pathlib.Path(cls.sample).read_text(encoding="utf-8").split(DATA_START)

@@ -18,7 +18,7 @@ const kHalfUnit = 0.5e-6; // degrees: the points at the bounds are within them, 
 export function unpackCollection(raw) {
   const collection = {
     note: raw.note, title: raw.title, receiver: raw.receiver, identifier: raw.identifier,
-    made: raw.made,
+    made: raw.made, tiles: raw.tiles,
     tracks: raw.tracks.map(unpackTrack),
     routes: raw.routes.map(unpackRoute),
     waypoints: raw.waypoints.map((point) => unpackPoint(point, "waypoint")),

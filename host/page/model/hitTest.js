@@ -27,9 +27,9 @@ export function itemAt(px, py, view, { tracks, points }) {
 // the pointer moves once a frame.
 function findNearestPoint(track, px, py, view, best) {
   const x = view.fromPixelX(px), latitude = view.fromPixelY(py);
-  const xScale = view.scale * view.parallelScale;
+  const xScale = view.scale * view.parallelScale, yScale = view.scaleAt(latitude);
   for (let i = 0; i < track.count; ++i) {
-    const dx = (track.x[i] - x) * xScale, dy = (track.latitude[i] - latitude) * view.scale;
+    const dx = (track.x[i] - x) * xScale, dy = (track.latitude[i] - latitude) * yScale;
     const square = dx * dx + dy * dy;
     if (square < best.square) {
       best.square = square;

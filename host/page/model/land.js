@@ -7,11 +7,11 @@ const kLeastWidth = 0.25; // degrees of latitude: coasts are known to about a ki
 // view. Returns `{ level, shifts }`: the level is to be drawn once for each of the shifts, which
 // are added to its longitudes. Null if the view is too small for the coasts' precision.
 export function landFor(levels, view) {
-  const { x, latitude, width, height, scale, parallelScale } = view;
+  const { x, width, height, scale, parallelScale } = view;
   if (width / scale < kLeastWidth)
     return null;
-  const halfWidth = width / scale / parallelScale / 2, halfHeight = height / scale / 2;
-  const south = Math.max(latitude - halfHeight, -90), north = Math.min(latitude + halfHeight, 90);
+  const halfWidth = width / scale / parallelScale / 2;
+  const south = Math.max(view.fromPixelY(height), -90), north = Math.min(view.fromPixelY(0), 90);
   for (const level of [...levels].reverse()) {
     const { bounds } = level;
     const isWorld = bounds.east - bounds.west >= 360;

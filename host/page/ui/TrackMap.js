@@ -30,6 +30,7 @@ export class TrackMap {
     this.layers = { routes: true, waypoints: true, geocaches: true }; // whether each is shown
     this.onDraw = () => {};
     this.onMove = () => {};
+    this.tiles = null; // a TileLayer, if the page has tiles
     this.collection_ = collection;
     this.context_ = this.canvas.getContext("2d");
     this.painter_ = new TrackPainter(this.context_, this.view);
@@ -118,6 +119,7 @@ export class TrackMap {
     context.fillRect(0, 0, view.width, view.height);
     context.lineJoin = context.lineCap = "round";
     drawLand(context, view, this.collection_.land, this.colours_.paper);
+    this.tiles?.draw(context, view);
     const obstacles = this.drawGraticule_();
     const townLabels = this.drawTowns_();
     const { routes, waypoints, geocaches } = this.shownItems_();
@@ -125,10 +127,19 @@ export class TrackMap {
     const tracks = this.painter_.draw(this.collection_.tracks.filter((track) => track.isShown));
     const pointLabels = this.points_.draw(waypoints, geocaches);
     this.drawLabels_([...tracks.names, ...pointLabels, ...routeLabels, ...tracks.distances,
-      ...townLabels], [...obstacles, ...tracks.ends]);
+      ...townLabels], [...obstacles, ...tracks.ends, ...this.attribution_()]);
     this.showScaleBar_();
     byId("elsewhere").firstElementChild.href = mapLink(this.view);
     this.onDraw();
+  }
+
+  // The box of what covers the canvas while tiles are shown.
+  attribution_() {
+    const source = this.box.querySelector(".attribution:not([hidden])");
+    if (!source)
+      return [];
+    const { offsetLeft: left, offsetTop: top, offsetWidth, offsetHeight } = source;
+    return [{ left, top, right: left + offsetWidth, bottom: top + offsetHeight }];
   }
 
   afterMove_() {

@@ -68,7 +68,7 @@ function copyOfMap({ box, canvas }) {
   const picture = element("canvas", { width: canvas.width, height: canvas.height });
   picture.getContext("2d").drawImage(canvas, 0, 0);
   copy.append(picture);
-  for (const part of box.querySelectorAll(".north, .scale")) {
+  for (const part of box.querySelectorAll(".north, .scale, .attribution")) {
     const twin = part.cloneNode(true);
     twin.removeAttribute("id");
     copy.append(twin);

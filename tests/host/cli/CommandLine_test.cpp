@@ -75,6 +75,19 @@ TEST(CommandLine, ChoiceOfRecords)
     EXPECT_EQ(optionsOf<WatchOptions>({"watch", "--split-gap", "off"}).splitGap.isOff, true);
 }
 
+TEST(CommandLine, TilesOfAPage)
+{
+    const std::string url = "https://a.org/{z}/{x}/{y}.png";
+    const auto options = optionsOf<AcquireOptions>(
+        {"acquire", "-o", "a.html", "--tiles", url.c_str(), "--tiles-attribution", "Me"});
+    EXPECT_EQ(options.tiles, url);
+    EXPECT_EQ(options.tilesAttribution, "Me");
+    EXPECT_EQ(optionsOf<host::OpenOptions>({"open", "--tiles", url.c_str()}).tiles, url);
+    EXPECT_EQ(parse({"acquire", "-o", "a.html", "--tiles", "https://a.org/{z}/{x}"}).text,
+              "magellangps: --tiles: \"https://a.org/{z}/{x}\" has no {y}; the URL of tiles is one "
+              "such as \"https://tile.example.org/{z}/{x}/{y}.png\"\n");
+}
+
 TEST(CommandLine, TheSummaryCanBeInUtc)
 {
     EXPECT_FALSE(optionsOf<AcquireOptions>({"acquire"}).utc);

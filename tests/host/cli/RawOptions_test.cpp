@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -101,6 +102,33 @@ TEST_F(RawOptions, ExtensionGivesTheFormatInEitherCase)
         raw_.acquire.output = path;
         EXPECT_THAT(finish(), HasSubstr("has no extension")) << path;
     }
+}
+
+TEST_F(RawOptions, TitleAndTilesAreForAPage)
+{
+    raw_.command = Command::kAcquire;
+    for (const char* const path : {"a.gpx", "a.html"}) {
+        const bool isPage = std::string_view{path} == "a.html";
+        raw_.acquire = {};
+        raw_.acquire.output = path;
+        raw_.acquire.title = "T";
+        EXPECT_THAT(finish(), isPage ? "" : "--title is for the page: write one with -o FILE.html");
+        raw_.acquire.title.reset();
+        raw_.acquire.tiles = "https://a.org/{z}/{x}/{y}";
+        EXPECT_THAT(finish(), isPage ? "" : "--tiles is for the page: write one with -o FILE.html");
+        raw_.acquire.tilesAttribution = "Me";
+        raw_.acquire.tiles.reset();
+        EXPECT_THAT(finish(),
+                    isPage ? "--tiles-attribution says whose map --tiles is: give both" : "");
+    }
+    raw_.acquire = {};
+    raw_.acquire.tiles = "https://a.org/{z}/{x}/{y}";
+    EXPECT_THAT(finish(), HasSubstr("--tiles is for the page"));
+    raw_.command = Command::kOpen;
+    raw_.open.tilesAttribution = "Me";
+    EXPECT_THAT(finish(), HasSubstr("give both"));
+    raw_.open.tiles = "https://a.org/{z}/{x}/{y}";
+    EXPECT_THAT(finish(), IsEmpty());
 }
 
 TEST_F(RawOptions, EventsCannotShareStdoutWithASummaryOrWatch)

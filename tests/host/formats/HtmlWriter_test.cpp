@@ -36,16 +36,17 @@ std::string pageOf(const std::vector<Event>& events, const host::RecordOrigin& o
 std::string dataTextOf(const std::vector<Event>& events)
 {
     const auto page = pageOf(events);
-    EXPECT_THAT(page, testing::StartsWith(host::pageHead()));
+    const auto start = std::string{host::pageStart()} + std::string{host::pageHead()};
+    EXPECT_THAT(page, testing::StartsWith(start));
     EXPECT_THAT(page, testing::EndsWith(host::pageFoot()));
-    const auto start = page.find(host::pageMiddle()) + host::pageMiddle().size();
-    return page.substr(start, page.size() - start - host::pageFoot().size());
+    const auto data = page.find(host::pageMiddle()) + host::pageMiddle().size();
+    return page.substr(data, page.size() - data - host::pageFoot().size());
 }
 
 std::string tablesOf(const std::vector<Event>& events, const host::RecordOrigin& origin = {})
 {
     const auto page = pageOf(events, origin);
-    const auto start = host::pageHead().size();
+    const auto start = host::pageStart().size() + host::pageHead().size();
     return page.substr(start, page.find(host::pageMiddle()) - start);
 }
 
@@ -61,6 +62,19 @@ std::size_t count(std::string_view text, std::string_view part)
          at = text.find(part, at + part.size()))
         ++found;
     return found;
+}
+
+TEST(HtmlWriter, PolicyAllowsPicturesOnlyOfTheTilesServer)
+{
+    const std::string start{host::pageStart()};
+    EXPECT_THAT(start, testing::EndsWith("form-action 'none'"));
+    EXPECT_THAT(start, Not(HasSubstr("img-src")));
+    EXPECT_THAT(pageOf({}), testing::StartsWith(start + "\">"));
+    const host::PageTiles tiles{.url = "https://a.org/{z}/{x}/{y}</script>", .attribution = "<me>"};
+    const auto page = pageOf({}, {.tiles = tiles});
+    EXPECT_THAT(page, testing::StartsWith(start + "; img-src https://a.org\">"));
+    EXPECT_THAT(page, HasSubstr(R"("tiles":{"url":"https://a.org/{z}/{x}/{y}\u003c/script\u003e",)"
+                                R"("attribution":"\u003cme\u003e"})"));
 }
 
 TEST(HtmlWriter, TrackNamesThePointsThatBeginASegment)
@@ -84,7 +98,7 @@ TEST(HtmlWriter, WithoutRecordsAllListsAreEmpty)
     EXPECT_EQ(
         pageDataOf({}),
         Json::parse(
-            R"({"title":"","receiver":"","identifier":"","made":null,"note":"","areas":[],"places":[],"land":[],"icons":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
+            R"({"title":"","receiver":"","identifier":"","made":null,"note":"","tiles":{"url":"","attribution":""},"areas":[],"places":[],"land":[],"icons":[],"waypoints":[],"geocaches":[],"routes":[],"tracks":[]})"));
 }
 
 TEST(HtmlWriter, PageIsCompleteAndLoadsNothingFromElsewhere)
