@@ -9,6 +9,7 @@ import { trackColour, trackDash } from "../model/trackStyle.js";
 import { indicesBetween, traceLine, VisiblePoints } from "../model/visibleLines.js";
 import { themeColour } from "./dom.js";
 
+const kPiece = 16;           // points
 const kEndHalf = 4;          // pixels: half the side of the square
 const kUnknownDash = [1, 6]; // dots: no colour means that a value is not known
 
@@ -37,6 +38,8 @@ export class TrackPainter {
     this.paper_ = themeColour("--paper");
     const tracks = shownTracks.filter(({ count }) => count > 0);
     tracks.sort((a, b) => (a === highlighted) - (b === highlighted));
+    this.classColours_ = Array.from({ length: this.colouring ? kClassCount : 0 },
+      (_, i) => themeColour(`--class-${i}`));
     this.drawStretch_();
     const distances = [], names = [], ends = [];
     for (const track of tracks) {
@@ -51,22 +54,49 @@ export class TrackPainter {
   }
 
   drawLine_(track, colour) {
-    const width = track === this.highlighted ? 4.5 : 2.75;
-    this.trace(track);
-    this.stroke_(this.paper_, width + 3);
-    if (!this.colouring) {
-      this.stroke_(colour, width, trackDash(track));
-      return;
+    const width = track === this.highlighted ? 4.5 : 2.75, dash = trackDash(track);
+    this.strokeInPieces_(track, this.paper_, width + 3);
+    if (this.colouring)
+      this.strokeClasses_(track, width);
+    else if (dash.length === 0)
+      this.strokeInPieces_(track, colour, width);
+    else {
+      this.trace(track);
+      this.stroke_(colour, width, dash);
     }
-    const paths = Array.from({ length: kClassCount + 1 }, () => new Path2D());
-    traceClasses(track, {
-      indices: this.visiblePoints_.of(track, this.view_), view: this.view_,
-      classes: this.colouring.classesOf(track),
-      penOf: (index) => paths[Math.min(index, kClassCount)],
-    });
-    paths.forEach((path, i) => i < kClassCount ?
-      this.stroke_(themeColour(`--class-${i}`), width, [], path) :
-      this.stroke_(themeColour("--soft"), width, kUnknownDash, path));
+  }
+
+  // The visible points in pieces, each of which begins with the last point of the one before. A
+  // browser takes far longer for a path that crosses itself than for its pieces.
+  pieces_(track) {
+    const indices = this.visiblePoints_.of(track, this.view_), pieces = [];
+    for (let k = 0; k < indices.length - 1; k += kPiece)
+      pieces.push(indices.slice(k, k + kPiece + 1));
+    return pieces;
+  }
+
+  strokeInPieces_(track, colour, width) {
+    for (const piece of this.pieces_(track)) {
+      this.context_.beginPath();
+      traceLine(track, piece, this.view_, this.context_);
+      this.stroke_(colour, width);
+    }
+  }
+
+  strokeClasses_(track, width) {
+    const classes = this.colouring.classesOf(track);
+    for (const indices of this.pieces_(track)) {
+      const paths = new Map();
+      const penOf = (index) => {
+        if (!paths.has(index))
+          paths.set(index, new Path2D());
+        return paths.get(index);
+      };
+      traceClasses(track, { indices, classes, view: this.view_, penOf });
+      for (const [index, path] of paths)
+        this.stroke_(this.classColours_[index] ?? themeColour("--soft"), width,
+          index < kClassCount ? [] : kUnknownDash, path);
+    }
   }
 
   // Below the lines, and wider, so that the line's colour stays to be seen.
