@@ -30,6 +30,16 @@ void appendHtmlCell(std::string& out, std::string_view text)
     appendXml(out, text.empty() ? std::string{kUnknown} : pageText(text));
 }
 
+// What readers see only if they ask for it.
+void appendHiddenCell(std::string& out, std::string_view text)
+{
+    if (text.empty())
+        return appendHtmlCell(out, text);
+    out += "<td><details><summary>Show</summary>";
+    appendXml(out, pageText(text));
+    out += "</details>";
+}
+
 void appendHtmlCells(std::string& out, std::initializer_list<std::string_view> texts)
 {
     for (const auto text : texts)
@@ -130,10 +140,11 @@ void appendTableRow(std::string& out, const gps::GPSPoint& point, const gps::Dic
     appendHtmlCell(out, textIn(record, "name"));
     appendPosition(out, point);
     if (gps::isGeocache(record)) {
-        appendHtmlCells(out, {textIn(record, "geocacheType"), textIn(record, "difficulty"),
-                              textIn(record, "terrain"), textIn(record, "geocacheOwner"),
-                              dayOf(textIn(record, "datePlaced")),
-                              dayOf(textIn(record, "dateFound")), textIn(record, "geocacheHint")});
+        appendHtmlCells(out,
+                        {textIn(record, "geocacheType"), textIn(record, "difficulty"),
+                         textIn(record, "terrain"), textIn(record, "geocacheOwner"),
+                         dayOf(textIn(record, "datePlaced")), dayOf(textIn(record, "dateFound"))});
+        appendHiddenCell(out, textIn(record, "geocacheHint"));
     } else {
         appendHtmlCell(out, textIn(record, "symbol"));
     }

@@ -73,6 +73,8 @@ class AxeTest(unittest.TestCase):
             self.browser.find("#list input[type=search]").send_keys("no such name")
             self.browser.choose("#colours", "speed")
             self.browser.find("#clock").click()
+            self.browser.find("#symbols summary").click()
+            self.browser.find("#table-geocaches .ask").click()
             self.browser.find("#table-tracks th:nth-child(2) button").click()
             self.browser.find("#track-1 input").click()
             self.browser.run("""page.mark.pin(page.collection.geocaches[0]);

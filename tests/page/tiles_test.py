@@ -18,6 +18,8 @@ import threading
 import unittest
 import zlib
 
+import states
+
 try:
     from browser import Browser
 except ImportError:
@@ -182,8 +184,9 @@ class TilesTest(unittest.TestCase):
         self.open()
         self.press()
         self.browser.run("page.map.fit({ west: -180, east: 180, south: -60, north: 75 })")
-        found = self.browser.ask("""((track, view) => page.map.itemAt(view.toPixelX(track.x[0]),
-            view.toPixelY(track.latitude[0])).item.kind)(page.collection.tracks[0], page.map.view)""")
+        found = self.browser.ask("""(([track], { map }) => map.itemAt(
+            map.view.toPixelX(track.x[0]), map.view.toPixelY(track.latitude[0])).item.kind)(
+            page.collection.tracks, page)""")
         self.assertIn(found, ("track", "waypoint", "geocache", "route point"))
 
     def test_a_second_press_takes_the_tiles_away(self):
@@ -248,6 +251,29 @@ class TilesTest(unittest.TestCase):
         self.browser.run("page.map.zoomAt(0.001, 100, 100)")
         self.wait("[...tiles.keys()].some((url) => url.endsWith('/1/1/0.png'))")
         self.browser.complaints()
+
+    def test_contrast_is_sufficient_while_tiles_are_shown_and_not(self):
+        for theme in "light", "dark":
+            self.browser.use_theme(theme)
+            self.open()
+            found = self.browser.ask(states.LOW_CONTRASTS % "document.querySelector('.tiles')")
+            self.assertEqual(found, [], theme)
+            self.press()
+            self.wait_for_tiles()
+            self.assertEqual(states.low_contrasts(self.browser), [], theme)
+        self.assertEqual(states.small_targets(self.browser), [])
+
+    def test_names_avoid_the_attribution(self):
+        self.open("--tiles-attribution", "© Somebody whose name is long")
+        self.press()
+        self.browser.settle()
+        left, top, right, bottom = self.browser.ask("""(({ left, top, right, bottom }) =>
+            [left, top, right, bottom])(page.map.attribution_()[0])""")
+        shown = self.browser.ask("document.querySelector('.attribution').getBoundingClientRect()")
+        frame = self.browser.ask("document.querySelector('#map canvas').getBoundingClientRect()")
+        self.assertAlmostEqual(left, shown["left"] - frame["left"], delta=1)
+        self.assertAlmostEqual(bottom - top, shown["height"], delta=1)
+        self.assertAlmostEqual(right - left, shown["width"], delta=1)
 
     def test_page_without_tiles_has_no_button(self):
         page = f"{self.folder}/plain.html"

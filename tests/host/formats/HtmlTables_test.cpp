@@ -61,7 +61,8 @@ TEST(HtmlTables, GeocacheHasAllThatIsKnownOfIt)
                                         {"difficulty", "1"},
                                         {"terrain", "2.5"},
                                         {"comment", "note"}}),
-                testing::EndsWith("<td>Traditional<td>1<td>2.5<td>owner<td>2008-02-01<td>–<td>hint"
+                testing::EndsWith("<td>Traditional<td>1<td>2.5<td>owner<td>2008-02-01<td>–<td><"
+                                  "details><summary>Show</summary>hint</details>"
                                   "<td>note\n"));
 }
 
