@@ -8,6 +8,7 @@
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/EarlyStop.h"
+#include "host/fitting/Altitudes.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 #include "host/words/AccountText.h"
@@ -147,9 +148,27 @@ std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
                            listOf(trackNamesIn(*send.request.data), lost.records));
     const auto points =
         fmt::format("{} {}{}", groupedText(lost.records), pointNoun(lost.kind), isOne ? "" : "s");
+    if (lost.field == "time" && lost.kind == "tracks")
+        return fmt::format("The device does not store the time{} of {}: not from 1980 to 2079.",
+                           isOne ? "" : "s", points);
     if (lost.field == "altitude")
         return fmt::format("The elevation of {} is unknown and will be stored as 0.", points);
     return fmt::format("The device does not store the time{} of {}.", isOne ? "" : "s", points);
+}
+
+std::string lineFor(const UnstoredText& text)
+{
+    const auto* const plural = text.records == 1 ? "" : "s";
+    return fmt::format("The device does not store the {}{} of {} {}{}.", text.field, plural,
+                       groupedText(text.records), text.noun, plural);
+}
+
+std::string impossibleAltitudesText(std::size_t count)
+{
+    return fmt::format("{} elevation{} not from {:.0f} m to {:.0f} m, which a device has room for, "
+                       "and count{} as unknown.",
+                       groupedText(count), count == 1 ? " is" : "s are", kLowestAltitude,
+                       kHighestAltitude, count == 1 ? "s" : "");
 }
 
 std::string lineFor(const SegmentedTrack& track, SegmentRule rule)
@@ -329,6 +348,10 @@ std::string planReport(const PreparedSend& send)
         append(lineFor(change));
     for (const auto& track : send.segmentedTracks)
         append(lineFor(track, send.request.segmentRule));
+    for (const auto& unstored : send.unstoredTexts())
+        append(lineFor(unstored));
+    if (send.impossibleAltitudes > 0)
+        append(impossibleAltitudesText(send.impossibleAltitudes));
     for (const auto& lost : send.plan.lostFields)
         append(lineFor(lost, send));
     if (!send.present.isEmpty())

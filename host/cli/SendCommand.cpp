@@ -148,6 +148,7 @@ private:
 ExitStatus SendCommand::run(ChosenDevice device, SendRequest request, const UnreadParts& unread)
 {
     request.skippedWaypoints = unread.waypoints;
+    request.unstoredTexts = unread.unstored;
     request.progress = progress_.callback();
     if (options_.events)
         request.onEvents = [this](const EventBatch& batch) {

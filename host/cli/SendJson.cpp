@@ -82,6 +82,10 @@ void addLosses(Json& document, const PreparedSend& send, std::size_t& omitted)
         listOf(send.plan.lostFields, omitted, [](const gps::LostField& lost) -> Json {
             return {{"kind", lost.kind}, {"field", lost.field}, {"records", lost.records}};
         });
+    for (const auto& text : send.unstoredTexts())
+        document["lostFields"].push_back({{"kind", std::string{text.noun} + 's'},
+                                          {"field", text.field},
+                                          {"records", text.records}});
     document["segments"] =
         listOf(send.segmentedTracks, omitted, [&](const SegmentedTrack& track) -> Json {
             return {{"track", nameJson(track.name)},

@@ -11,9 +11,11 @@
 #include "host/formats/GpxRecords.h"
 #include "host/formats/PlainTrackPoints.h"
 #include "host/formats/UnreadValues.h"
+#include "host/formats/UnstoredTexts.h"
 #include "host/formats/XmlFile.h"
 #include "host/formats/XmlNodes.h"
 
+#include <gps/Geocache.h>
 #include <gps/Value.h>
 
 #include <fmt/format.h>
@@ -74,6 +76,7 @@ public:
     [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
     [[nodiscard]] const std::vector<InvalidPoint>& skipped() const { return skipped_; }
     [[nodiscard]] const UnreadValues& unreadValues() const { return unreadValues_; }
+    [[nodiscard]] const UnstoredTexts& unstored() const { return unstored_; }
 
     void moveInto(gps::Dictionary& data);
 
@@ -94,6 +97,7 @@ private:
     std::size_t skippedCount_ = 0;
     std::vector<InvalidPoint> skipped_; // the first ones
     UnreadValues unreadValues_;
+    UnstoredTexts unstored_;
     gps::Array waypoints_;
     gps::Array routes_;
     gps::Array tracks_;
@@ -142,7 +146,9 @@ bool Collection::readWaypoint(const pugi::xml_node& element)
 {
     gps::GPSPoint point;
     if (readPointOf(element, point)) {
-        waypoints_.emplace_back(waypointRecord(element, point));
+        auto record = waypointRecord(element, point);
+        unstored_.addWaypoint(element, gps::isGeocache(record));
+        waypoints_.emplace_back(std::move(record));
         return true;
     }
     if (skipsWaypoints_ && ++skippedCount_ <= UnreadParts::kMostNamed)
@@ -153,6 +159,7 @@ bool Collection::readWaypoint(const pugi::xml_node& element)
 bool Collection::readRoute(const pugi::xml_node& element)
 {
     auto route = routeRecord(element);
+    unstored_.addRoute(element);
     gps::Array points;
     const bool isValid = consumeChildren(element, [&](const pugi::xml_node& node) {
         gps::GPSPoint point;
@@ -160,6 +167,7 @@ bool Collection::readRoute(const pugi::xml_node& element)
             return true;
         if (!readPointOf(node, point))
             return false;
+        unstored_.addRoutePoint(node);
         points.emplace_back(routePointRecord(node, point));
         return true;
     });
@@ -172,6 +180,7 @@ bool Collection::readRoute(const pugi::xml_node& element)
 
 bool Collection::readTrack(const pugi::xml_node& element)
 {
+    unstored_.addTrack(element);
     std::vector<gps::Array> segments;
     for (const auto& node : element.children()) {
         if (!isOwn(node, "trkseg"))
@@ -251,6 +260,7 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
     for (const auto& [offset, text] : collection.skipped())
         unread->firstWaypoints.push_back(
             file.errorAt(offset, text + ", so it was skipped", "Correct it, and try again"));
+    collection.unstored().addTo(unread->unstored);
     auto sentences = collection.unreadValues().sentences(file);
     std::move(sentences.begin(), sentences.end(), std::back_inserter(unread->values));
     return std::nullopt;

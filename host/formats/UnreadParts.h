@@ -8,9 +8,17 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
+
+/// Texts that records of GPX files have and receivers have no place for.
+struct UnstoredText {
+    std::string_view noun;  ///< "waypoint", "geocache", "route", "route point" or "track"
+    std::string_view field; ///< "comment", "description", "link" or "type"
+    std::size_t records;
+};
 
 struct UnreadParts {
     static constexpr std::size_t kMostNamed = 10;
@@ -21,6 +29,9 @@ struct UnreadParts {
 
     /// Values of points that were read without them: a sentence for each kind of each file.
     std::vector<std::string> values{};
+
+    /// Each noun and field once.
+    std::vector<UnstoredText> unstored{};
 
     /// What is as it should be, but has no place in a receiver: a sentence for each file.
     std::vector<std::string> ignored{};

@@ -5,6 +5,8 @@
 
 #include "host/points/Points.h"
 
+#include <platform/GPSUtilities/NMEAUtils.h>
+
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
@@ -66,6 +68,11 @@ std::array<std::int64_t, 9> DevicePosition::matchingKeys() const noexcept
 double deviceAltitude(const gps::GPSPoint& point) noexcept
 {
     return std::isnan(point.altitude) ? 0 : std::trunc(point.altitude);
+}
+
+std::int64_t deviceTime(const gps::GPSPoint& point) noexcept
+{
+    return gps::NMEAUtils::hasNMEADate(point.time) ? point.time : 0;
 }
 
 bool isSameOnDevice(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept

@@ -47,6 +47,10 @@ private:
 /// The altitude that a receiver stores: whole metres, without rounding, and 0 if it is unknown.
 [[nodiscard]] double deviceAltitude(const gps::GPSPoint& point) noexcept;
 
+/// The time that a receiver stores: one from 1980 to 2079, since its years have two digits; 0 for
+/// any other, which is no time.
+[[nodiscard]] std::int64_t deviceTime(const gps::GPSPoint& point) noexcept;
+
 /// Whether a receiver may store the same coordinates and altitude for both points.
 [[nodiscard]] bool isSameOnDevice(const gps::GPSPoint& a, const gps::GPSPoint& b) noexcept;
 

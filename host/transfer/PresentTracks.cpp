@@ -35,7 +35,7 @@ using StoredTrack = std::vector<StoredPoint>;
 void append(StoredTrack& track, const gps::GPSPoint& point)
 {
     if (isOnGlobe(point))
-        track.push_back({point, hasTimestamp(point) ? point.time : 0});
+        track.push_back({point, deviceTime(point)});
 }
 
 StoredTrack storedTrackOf(const gps::Dictionary& record)

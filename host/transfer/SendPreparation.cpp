@@ -4,14 +4,21 @@
 #include "host/transfer/SendPreparation.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Text.h"
+#include "host/fitting/Altitudes.h"
+#include "host/fitting/ExactNames.h"
 #include "host/transfer/DeviceRoutePoints.h"
+#include "host/transfer/MissingRecords.h"
 #include "host/transfer/PresentRecords.h"
 #include "host/transfer/PresentTracks.h"
 #include "host/transfer/ProgressTracker.h"
 
 #include <platform/System/FileError.h>
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,16 +26,28 @@
 namespace host {
 namespace {
 
+void fitTexts(PreparedSend& send, const RecordSource& onDevice)
+{
+    auto& data = *send.request.data;
+    const TextRules rules{gps::CharacterSet{send.files->deviceCharacters()},
+                          send.files->longestName()};
+    if (send.request.fitting == SendFitting::kAll) {
+        send.textChanges = fitNames(data, onDevice, rules);
+        return;
+    }
+    auto names = storeExactNames(data, onDevice, rules);
+    send.textChanges = std::move(names.changes);
+    if (!send.obstacle)
+        send.obstacle = std::move(names.conflict);
+}
+
 void fitToDevice(PreparedSend& send)
 {
     auto& data = *send.request.data;
     const RecordSource onDevice = [&send](const gps::RecordVisitor& visit) {
         send.snapshot->visitRecords(visit);
     };
-    if (send.request.fitting == SendFitting::kAll)
-        send.textChanges = fitNames(
-            data, onDevice,
-            {gps::CharacterSet{send.files->deviceCharacters()}, send.files->longestName()});
+    fitTexts(send, onDevice);
     // After the names: points are compared by the names that the device will store.
     if (!send.request.sendsPresent)
         send.present = removePresentRecords(
@@ -61,6 +80,29 @@ std::optional<gps::Error> obstacleIn(const gps::DeviceSnapshot& snapshot)
     return unread != files.end() ? unread->error : std::nullopt;
 }
 
+bool isBlocked(const gps::PlannedFile& file)
+{
+    return file.action == gps::PlannedFile::Action::kSkip;
+}
+
+// The points of two routes can get the same number from the driver: "Stop 1". Names that were
+// fitted never do.
+std::optional<gps::Error> lostName(const PreparedSend& send)
+{
+    const auto& files = send.plan.files;
+    if (send.request.fitting != SendFitting::kRoutePoints ||
+        std::any_of(files.begin(), files.end(), isBlocked))
+        return std::nullopt;
+    const auto missing = missingRecords(*send.request.data, send.plan, *send.files);
+    if (missing.empty())
+        return std::nullopt;
+    return hostError(fmt::format("The {} \"{}\" would not be on the device, because another one "
+                                 "would get its name",
+                                 missing.front().kind,
+                                 displayText(missing.front().name.value_or(""))),
+                     "Give it another name in the file, or send without --exact-names");
+}
+
 void lock(PreparedSend& send)
 {
     if (send.request.isDryRun || send.device.location.empty())
@@ -86,12 +128,27 @@ RecordCounts PreparedSend::leftOut() const noexcept
     return counts;
 }
 
+std::vector<UnstoredText> PreparedSend::unstoredTexts() const
+{
+    const auto isSent = [this](const UnstoredText& text) {
+        const char* const key = text.noun == "track"             ? "track"
+                                : text.noun.starts_with("route") ? "route"
+                                                                 : "waypoint";
+        return request.data && request.data->findArray(key) != nullptr;
+    };
+    std::vector<UnstoredText> sent;
+    std::copy_if(request.unstoredTexts.begin(), request.unstoredTexts.end(),
+                 std::back_inserter(sent), isSent);
+    return sent;
+}
+
 PreparedSend prepareSend(ChosenDevice device, SendRequest request)
 {
     PreparedSend send{.device = std::move(device), .request = std::move(request)};
     const bool isFitted = send.request.data && send.request.fitting != SendFitting::kNone;
     if (isFitted) {
         send.emptyRecords = removeEmptyRecords(*send.request.data);
+        send.impossibleAltitudes = clearImpossibleAltitudes(*send.request.data);
         send.segmentedTracks = fitSegments(*send.request.data, send.request.segmentRule);
     }
     send.canSend = canSend(*send.device.driver);
@@ -114,6 +171,8 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
         if (isFitted)
             fitToDevice(send);
         send.plan = send.snapshot->planSend(*send.request.data);
+        if (!send.obstacle)
+            send.obstacle = lostName(send);
     }
     progress.finish();
     return send;

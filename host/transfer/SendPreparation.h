@@ -11,6 +11,7 @@
 #include "host/fitting/EmptyRecords.h"
 #include "host/fitting/NameFitting.h"
 #include "host/fitting/TrackSegments.h"
+#include "host/formats/UnreadParts.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/DeviceState.h"
 #include "host/transfer/RecordCounts.h"
@@ -33,6 +34,7 @@ enum class SendFitting {
     kNone, ///< nothing
     /// A route point that the device already has is replaced by the device's own, tracks with
     /// several segments are split or joined, and routes and tracks without points are left out.
+    /// Names and texts become what the device stores of them, if no two names become one.
     kRoutePoints,
     kAll, ///< names and texts are fitted to the device as well
 };
@@ -41,6 +43,7 @@ enum class SendFitting {
 struct SendRequest {
     std::optional<gps::Dictionary> data; ///< nullopt: the driver is called without data
     std::size_t skippedWaypoints = 0; ///< of the files, which are not in the data; for the report
+    std::vector<UnstoredText> unstoredTexts{}; ///< of the files; likewise
     gps::Dictionary driverOptions{};
     SendFitting fitting = SendFitting::kAll;
 
@@ -80,8 +83,8 @@ struct PreparedSend {
     DeviceState state{}; ///< of the device just before the snapshot; not looked at for a dry run
     gps::SendPlan plan{};
 
-    /// Why nothing may be sent: another program is writing to the device, or something on it could
-    /// not be read, which the send would then replace.
+    /// Why nothing may be sent: another program is writing to the device; something on it could not
+    /// be read, which the send would then replace; or exact names would make two records one.
     std::optional<gps::Error> obstacle{};
 
     /// Held from before the device is read until this object ends, so that no other run of this
@@ -89,11 +92,15 @@ struct PreparedSend {
     std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
     std::vector<SegmentedTrack> segmentedTracks{};
+    std::size_t impossibleAltitudes = 0;     ///< elevations that no device has room for
     std::vector<EmptyRecord> emptyRecords{}; ///< removed from the data, because no file holds them
     RecordCounts present{}; ///< removed from the data, because the device holds them already
 
     /// The records of the files that are left out: skipped waypoints and empty records.
     [[nodiscard]] RecordCounts leftOut() const noexcept;
+
+    /// The texts of the files without a place on the device, for the kinds that are sent.
+    [[nodiscard]] std::vector<UnstoredText> unstoredTexts() const;
 
     /// Whether there is a plan to check the result against.
     [[nodiscard]] bool isPlanned() const noexcept { return snapshot != nullptr; }

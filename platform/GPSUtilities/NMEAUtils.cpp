@@ -16,9 +16,7 @@ namespace gps::NMEAUtils {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t kFirstWritableTime = 315532800; // 1980-01-01 00:00:00
-constexpr std::int64_t kLastWritableTime = 3471292799; // 2079-12-31 23:59:59
-constexpr std::uint32_t kUnitsPerMinute = 100000;      // of a written coordinate's last decimal
+constexpr std::uint32_t kUnitsPerMinute = 100000; // of a written coordinate's last decimal
 constexpr std::uint32_t kUnitsPerDegree = 60 * kUnitsPerMinute;
 
 /// The value of a hexadecimal digit; 16 for any other character.
@@ -313,7 +311,7 @@ std::int64_t updateNMEADate(std::int64_t previous, std::string_view time) noexce
 
 bool putNMEADate(char* date, char* time, std::int64_t timestamp) noexcept
 {
-    if (timestamp < kFirstWritableTime || timestamp > kLastWritableTime)
+    if (!hasNMEADate(timestamp))
         return false;
     const std::chrono::year_month_day day{
         std::chrono::sys_days{std::chrono::days{timestamp / kSecondsPerDay}}};

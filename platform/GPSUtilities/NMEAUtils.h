@@ -100,6 +100,16 @@ inline constexpr std::size_t kLongestNMEACoordinate = 13; ///< "18000.00000,W"
 inline constexpr std::size_t kNMEADateSize = 6; ///< "110808"
 inline constexpr std::size_t kNMEATimeSize = 9; ///< "071548.00"
 
+/// The times that a year of two digits can carry: 1980-01-01 00:00:00 to 2079-12-31 23:59:59.
+inline constexpr std::int64_t kFirstNMEATime = 315532800;
+inline constexpr std::int64_t kLastNMEATime = 3471292799;
+
+/// Whether makeNMEADateFrom() returns a date and a time. [any]
+[[nodiscard]] constexpr bool hasNMEADate(std::int64_t time) noexcept
+{
+    return time >= kFirstNMEATime && time <= kLastNMEATime;
+}
+
 /// Writes what makeNMEADateFrom() returns. [any]
 ///
 /// Precondition: `date` and `time` have room for kNMEADateSize and kNMEATimeSize characters.

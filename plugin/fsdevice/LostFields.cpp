@@ -6,6 +6,8 @@
 
 #include "../common/Records.h"
 
+#include <platform/GPSUtilities/NMEAUtils.h>
+
 #include <cmath>
 #include <cstddef>
 #include <string_view>
@@ -16,6 +18,7 @@ namespace {
 struct LossCounts {
     std::size_t names = 0;
     std::size_t times = 0;
+    std::size_t unwritableTimes = 0;
     std::size_t altitudes = 0;
 };
 
@@ -24,7 +27,10 @@ void countPoint(const gps::Dictionary& record, LossCounts& counts)
     const auto* const point = gps::findPoint(record);
     if (point == nullptr)
         return;
-    counts.times += point->time != 0 ? 1U : 0U;
+    if (point->time != 0) {
+        ++counts.times;
+        counts.unwritableTimes += gps::NMEAUtils::hasNMEADate(point->time) ? 0U : 1U;
+    }
     counts.altitudes += std::isnan(point->altitude) ? 1U : 0U;
 }
 
@@ -63,8 +69,10 @@ void countLostFields(const SendJob& job, std::vector<gps::LostField>& lost)
         if (records > 0)
             lost.push_back({nameOf(job.kind), field, records});
     };
-    if (job.kind == RecordKind::kTracks)
+    if (job.kind == RecordKind::kTracks) {
         add("name", counts.names);
+        add("time", counts.unwritableTimes);
+    }
     if (job.kind == RecordKind::kWaypoints || job.kind == RecordKind::kRoutes)
         add("time", counts.times);
     add("altitude", counts.altitudes);

@@ -254,6 +254,90 @@ TEST_F(Send, StatusAndDocumentAgreeIfAWaypointIsSkipped)
     EXPECT_EQ(document["sent"]["waypoints"], 1);
 }
 
+TEST_F(Send, ExactNamesThatBecomeOneOrNothingAreNotSent)
+{
+    const Receiver receiver;
+    const auto before = filesOf(receiver.path());
+    const auto expectRefused = [&](const std::string& waypoints, const char* why) {
+        const auto file = here_.put("t.gpx", "<gpx version=\"1.1\">" + waypoints + "</gpx>");
+        for (const char* const option : {"--dry-run", "--again"}) {
+            const auto ran = send(receiver.path(), {file, "--exact-names", option});
+            EXPECT_EQ(ran.status, 1);
+            EXPECT_THAT(ran.err, HasSubstr(why));
+        }
+        EXPECT_EQ(filesOf(receiver.path()), before);
+        EXPECT_FALSE(fs::exists(here_.path("kept")));
+    };
+    expectRefused("<wpt lat=\"46\" lon=\"7\"><name>Hütte</name></wpt>"
+                  "<wpt lat=\"47\" lon=\"7\"><name>Htte</name></wpt>",
+                  "The waypoints \"Hütte\" and \"Htte\" would both be stored as \"Htte\". Give "
+                  "them different names in the file, or send without --exact-names.");
+    expectRefused("<wpt lat=\"46\" lon=\"7\"><name>\u2603</name></wpt>",
+                  "The device can store no character of the name \"\u2603\" of a waypoint.");
+    expectRefused("<wpt lat=\"46\" lon=\"9\"><name>Camp\u2603</name></wpt>",
+                  "The waypoint \"Camp\u2603\" would be stored as \"Camp\", and the device holds "
+                  "another one of this name.");
+}
+
+TEST_F(Send, ExactNamesAreRecognisedWhenTheyAreSentAgain)
+{
+    const Receiver receiver;
+    const auto file = here_.put(
+        "t.gpx", R"(<gpx version="1.1"><wpt lat="46" lon="7"><name>Hütte</name></wpt></gpx>)");
+    const auto ran = send(receiver.path(), {file, "--exact-names"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("waypoint name: \"Hütte\" becomes \"Htte\", without \"ü\"\n"));
+    EXPECT_THAT(send(receiver.path(), {file, "--exact-names"}).out,
+                HasSubstr("Nothing is new: the device holds everything already."));
+}
+
+TEST_F(Send, TimesAndElevationsThatNoFileHoldsAreListedAndRecognised)
+{
+    const Receiver receiver;
+    const auto file = here_.put("t.gpx", R"(<gpx version="1.1"><trk><trkseg>
+<trkpt lat="46" lon="7"><ele>1</ele><time>2080-01-01T00:00:00Z</time></trkpt>
+<trkpt lat="46" lon="8"><ele>1000000</ele><time>1979-12-31T23:59:59Z</time></trkpt>
+</trkseg></trk></gpx>)");
+    const auto ran = send(receiver.path(), {file});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("\nThe device does not store the times of 2 track points: not "
+                                   "from 1980 to 2079.\n"));
+    EXPECT_THAT(ran.out, HasSubstr("\n1 elevation is not from -9999 m to 99999 m, which a device "
+                                   "has room for, and counts as unknown.\n"));
+    EXPECT_THAT(receiver.read("Tracks/TKLG000.log"),
+                testing::AllOf(HasSubstr(",E,00001,M,,A,,*"), HasSubstr(",E,00000,M,,A,,*")));
+    EXPECT_THAT(send(receiver.path(), {file}).out,
+                HasSubstr("Nothing is new: the device holds everything already."));
+}
+
+TEST_F(Send, TextsWithoutAPlaceOnTheDeviceAreListedOncePerKind)
+{
+    const Receiver receiver;
+    const auto file = here_.put("t.gpx", R"(<gpx version="1.1">
+<wpt lat="46" lon="7"><ele>1</ele><name>A</name><cmt>c</cmt><desc>d</desc>
+<link href="http://a.example"/><link href="http://b.example"/><type>hut</type></wpt>
+<wpt lat="46" lon="8"><ele>1</ele><name>B</name><desc>kept</desc><type>hut</type></wpt>
+<rte><name>R</name><desc>kept</desc><type>walk</type>
+<rtept lat="46" lon="7"><ele>1</ele><name>A</name><link href="http://c.example"/></rtept></rte>
+<trk><cmt>c</cmt><desc>d</desc><trkseg><trkpt lat="46" lon="7"><ele>1</ele></trkpt></trkseg></trk>
+</gpx>)");
+    const auto ran = send(receiver.path(), {file, "--json"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ordered_json::parse(ran.out)["lostFields"],
+              ordered_json::parse(R"([{"kind":"waypoints","field":"description","records":1},)"
+                                  R"({"kind":"waypoints","field":"link","records":1},)"
+                                  R"({"kind":"waypoints","field":"type","records":2},)"
+                                  R"({"kind":"routes","field":"type","records":1},)"
+                                  R"({"kind":"route points","field":"link","records":1},)"
+                                  R"({"kind":"tracks","field":"comment","records":1},)"
+                                  R"({"kind":"tracks","field":"description","records":1}])"));
+    EXPECT_THAT(
+        send(receiver.path(), {file, "--again"}).out,
+        testing::AllOf(HasSubstr("\nThe device does not store the types of 2 waypoints.\n"),
+                       HasSubstr("\nThe device does not store the link of 1 route point.\n")));
+    EXPECT_THAT(send(receiver.path(), {file}).out, Not(HasSubstr("does not store")));
+}
+
 TEST_F(Send, TripIsMergedIntoWhatIsThere)
 {
     const Receiver receiver;

@@ -101,4 +101,14 @@ TEST(DevicePosition, PointsAreTheSameIfPositionAndAltitudeAre)
     EXPECT_FALSE(host::isSameOnDevice({97, 7, 0, 0, 0}, {97, 7, 0, 0, 0})) << "not on the globe";
 }
 
+TEST(DevicePosition, TimesFrom1980To2079AreStored)
+{
+    const auto stored = [](std::int64_t time) { return host::deviceTime({.time = time}); };
+    EXPECT_EQ(stored(315532799), 0);
+    EXPECT_EQ(stored(315532800), 315532800);
+    EXPECT_EQ(stored(3471292799), 3471292799);
+    EXPECT_EQ(stored(3471292800), 0);
+    EXPECT_EQ(stored(-1), 0);
+}
+
 } // namespace

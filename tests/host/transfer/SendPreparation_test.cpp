@@ -102,7 +102,7 @@ TEST_F(SendPreparation, DriverWithoutFilesHasNoPlan)
 TEST_F(SendPreparation, NamesAreFittedOnlyIfEverythingIs)
 {
     EXPECT_EQ(fittedName(SendFitting::kNone), kLongName);
-    EXPECT_EQ(fittedName(SendFitting::kRoutePoints), kLongName);
+    EXPECT_EQ(fittedName(SendFitting::kRoutePoints), "Long name ") << "as the device cuts it";
     EXPECT_EQ(fittedName(SendFitting::kAll), "Long name");
 }
 
@@ -110,7 +110,8 @@ TEST_F(SendPreparation, TextChangesAreReported)
 {
     const gps::Dictionary data{{"waypoint", gps::Array{camp(46, kLongName)}}};
     EXPECT_THAT(prepare(data).textChanges, SizeIs(1));
-    EXPECT_THAT(prepare(data, SendFitting::kRoutePoints).textChanges, IsEmpty());
+    EXPECT_THAT(prepare(data, SendFitting::kRoutePoints).textChanges, SizeIs(1));
+    EXPECT_THAT(prepare(data, SendFitting::kNone).textChanges, IsEmpty());
 }
 
 TEST_F(SendPreparation, RoutePointsOfTheDeviceAreUsedUnlessNothingIsFitted)
@@ -205,6 +206,32 @@ TEST_F(SendPreparation, SegmentsBecomeTracksUnlessTheyAreJoined)
         {driver_, "/device"}, {.data = mixedData(), .segmentRule = host::SegmentRule::kJoin});
     EXPECT_THAT(joined.segmentedTracks, ElementsAre(host::SegmentedTrack{"Day", 2}));
     EXPECT_EQ(joined.request.data->findArray("track")->size(), 2U);
+}
+
+TEST_F(SendPreparation, ExactNamesThatBecomeOneAreAnObstacle)
+{
+    const gps::Dictionary data{
+        {"waypoint", gps::Array{camp(46, "Long name 1"), camp(47, "Long name 2")}}};
+    const auto send = prepare(data, SendFitting::kRoutePoints);
+    ASSERT_TRUE(send.obstacle);
+    EXPECT_EQ(send.obstacle->description(), "The waypoints \"Long name 1\" and \"Long name 2\" "
+                                            "would both be stored as \"Long name \"");
+    EXPECT_FALSE(prepare(data, SendFitting::kAll).obstacle);
+    EXPECT_FALSE(prepare(data, SendFitting::kNone).obstacle);
+}
+
+TEST_F(SendPreparation, RecordThatNoPlannedFileHoldsIsAnObstacleForExactNamesOnly)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{camp(46)}}};
+    const auto send = prepare(data, SendFitting::kRoutePoints);
+    ASSERT_TRUE(send.obstacle);
+    EXPECT_EQ(send.obstacle->description(), "The waypoint \"Camp\" would not be on the device, "
+                                            "because another one would get its name");
+    EXPECT_FALSE(prepare(data, SendFitting::kAll).obstacle);
+    driver_->plan = [](const gps::Dictionary&) {
+        return gps::SendPlan{{{"/a", Action::kSkip, "", {}}}};
+    };
+    EXPECT_FALSE(prepare(data, SendFitting::kRoutePoints).obstacle) << "it cannot be written";
 }
 
 TEST_F(SendPreparation, RecordsWithoutPointsAreLeftOutUnlessNothingIsFitted)

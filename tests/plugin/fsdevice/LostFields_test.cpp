@@ -20,6 +20,8 @@ namespace {
 
 constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
 
+constexpr std::int64_t kTime = 1'717'236'000; // in 2024
+
 gps::Dictionary at(double altitude, std::int64_t time)
 {
     return {{"name", "A"}, {"point", gps::GPSPoint{46, 7, altitude, time, 0}}};
@@ -43,17 +45,30 @@ std::vector<std::string> lostIn(RecordKind kind, gps::Array records)
 
 TEST(LostFields, TracksLoseTheirNamesAndUnknownAltitudes)
 {
-    EXPECT_THAT(lostIn(RecordKind::kTracks,
-                       {withPoints({at(kUnknown, 1), at(5, 1), at(kUnknown, 0)}), withPoints({})}),
-                ElementsAre("tracks name 2", "tracks altitude 2"));
+    EXPECT_THAT(
+        lostIn(RecordKind::kTracks,
+               {withPoints({at(kUnknown, kTime), at(5, kTime), at(kUnknown, 0)}), withPoints({})}),
+        ElementsAre("tracks name 2", "tracks altitude 2"));
 }
 
 TEST(LostFields, TracksKeepTheirTimesAndKnownAltitudes)
 {
-    EXPECT_THAT(
-        lostIn(RecordKind::kTracks, {gps::Dictionary{{"points", gps::Array{at(0, 1), at(5, 0)}}},
-                                     gps::Dictionary{{"name", ""}}}),
-        IsEmpty());
+    EXPECT_THAT(lostIn(RecordKind::kTracks,
+                       {gps::Dictionary{{"points", gps::Array{at(0, kTime), at(5, 0)}}},
+                        gps::Dictionary{{"name", ""}}}),
+                IsEmpty());
+}
+
+TEST(LostFields, TracksLoseTimesBefore1980AndAfter2079)
+{
+    const auto lost = [](std::int64_t time) {
+        return lostIn(RecordKind::kTracks, {gps::Dictionary{{"points", gps::Array{at(0, time)}}}});
+    };
+    EXPECT_THAT(lost(315532799), ElementsAre("tracks time 1"));
+    EXPECT_THAT(lost(315532800), IsEmpty());
+    EXPECT_THAT(lost(3471292799), IsEmpty());
+    EXPECT_THAT(lost(3471292800), ElementsAre("tracks time 1"));
+    EXPECT_THAT(lost(-1), ElementsAre("tracks time 1"));
 }
 
 TEST(LostFields, WaypointsLoseTheirTimesAndUnknownAltitudes)

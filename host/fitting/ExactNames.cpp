@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: MIT
+// The receiver is read only if a name could clash with one of its own: hardly any does.
+
+#include "host/fitting/ExactNames.h"
+
+#include "host/base/HostError.h"
+#include "host/base/RecordText.h"
+#include "host/base/Text.h"
+#include "host/fitting/PlainTextConverter.h"
+#include "host/points/DevicePosition.h"
+
+#include <gps/Geocache.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace host {
+namespace {
+
+bool haveSamePosition(const gps::GPSPoint& a, const gps::GPSPoint& b)
+{
+    const auto first = DevicePosition::of(a);
+    const auto second = DevicePosition::of(b);
+    return first && second && first->matches(*second);
+}
+
+// A record's own position, or those of its points.
+std::vector<gps::GPSPoint> positionsOf(const gps::Dictionary& record)
+{
+    std::vector<gps::GPSPoint> positions;
+    if (const auto* const point = gps::findPoint(record))
+        positions.push_back(*point);
+    forEachRecord(record, "points", [&positions](const gps::Dictionary& element) {
+        if (const auto* const point = gps::findPoint(element))
+            positions.push_back(*point);
+    });
+    return positions;
+}
+
+bool isAtSamePositions(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    const auto first = positionsOf(a);
+    const auto second = positionsOf(b);
+    return std::equal(first.begin(), first.end(), second.begin(), second.end(), haveSamePosition);
+}
+
+// What is left of a text on the receiver, and what is not.
+PlainText storedText(std::string_view text, const gps::CharacterSet& characters)
+{
+    PlainText stored;
+    while (!text.empty()) {
+        const char32_t c = takeCharacter(text);
+        const bool isStored = c < 0x80 && characters.contains(static_cast<char>(c));
+        appendCharacter(isStored ? stored.text : stored.dropped, c);
+    }
+    return stored;
+}
+
+// Records among which names must differ.
+class NameClaims {
+public:
+    NameClaims(std::string_view noun, std::size_t longest) : noun_(noun), longest_(longest) {}
+
+    // Gives a record its name on the receiver and claims that.
+    void store(gps::Dictionary& record, const TextRules& rules, ExactNames& result)
+    {
+        std::string before{textIn(record, "name")};
+        auto stored = storedText(before, rules.characters);
+        if (stored.text.size() > longest_)
+            stored.text.resize(longest_);
+        const bool isChanged = stored.text != before;
+        if (isChanged) {
+            result.changes.push_back(
+                {noun_, "name", before, stored.text, std::move(stored.dropped)});
+            record.set("name", stored.text);
+        }
+        if (stored.text.find_first_not_of(' ') == std::string::npos)
+            return note(result, nameless(before), "Give it a name");
+        const auto [claim, isNew] =
+            claims_.try_emplace(std::move(stored.text), Claim{before, &record, isChanged});
+        claim->second.isChanged = claim->second.isChanged || isChanged;
+        if (!isNew && isConflict(claim->first) && !isSame(claim->second, before, record))
+            note(result, bothStored(claim->second.before, before, claim->first),
+                 "Give them different names");
+    }
+
+    // Whether what the receiver holds matters.
+    [[nodiscard]] bool needsDevice() const
+    {
+        return std::any_of(claims_.begin(), claims_.end(),
+                           [this](const auto& claim) { return mustDiffer(claim); });
+    }
+
+    void compare(const gps::Dictionary& onDevice, ExactNames& result) const
+    {
+        const auto claim = claims_.find(std::string{textIn(onDevice, "name")});
+        if (claim == claims_.end() || !mustDiffer(*claim) ||
+            isAtSamePositions(*claim->second.record, onDevice))
+            return;
+        note(result,
+             fmt::format("The {} \"{}\" would be stored as \"{}\", and the device holds "
+                         "another one of this name",
+                         noun_, displayText(claim->second.before), claim->first),
+             "Give it another name");
+    }
+
+    // Of geocaches of one name, the receiver keeps one, as their sites do.
+    void compareNamesOnly() { comparesNamesOnly_ = true; }
+
+    // The driver gives points of routes a number: "Name 1".
+    void allowNumbers() { allowsNumbers_ = true; }
+
+private:
+    struct Claim {
+        std::string before;
+        const gps::Dictionary* record;
+        bool isChanged;
+    };
+
+    [[nodiscard]] bool isConflict(const std::string& name) const
+    {
+        constexpr std::size_t kNumber = sizeof " 1" - 1;
+        return !allowsNumbers_ || name.size() + kNumber > longest_;
+    }
+
+    [[nodiscard]] bool mustDiffer(const std::pair<const std::string, Claim>& claim) const
+    {
+        return allowsNumbers_ ? isConflict(claim.first) : claim.second.isChanged;
+    }
+
+    [[nodiscard]] bool isSame(const Claim& claim, const std::string& before,
+                              const gps::Dictionary& record) const
+    {
+        return claim.before == before &&
+               (comparesNamesOnly_ || isAtSamePositions(*claim.record, record));
+    }
+
+    [[nodiscard]] std::string nameless(const std::string& before) const
+    {
+        return before.empty()
+                   ? fmt::format("A {} has no name", noun_)
+                   : fmt::format("The device can store no character of the name \"{}\" of a {}",
+                                 displayText(before), noun_);
+    }
+
+    [[nodiscard]] std::string bothStored(const std::string& first, const std::string& second,
+                                         const std::string& stored) const
+    {
+        if (first == second)
+            return fmt::format("Two different {}s have the name \"{}\"", noun_, displayText(first));
+        return fmt::format("The {}s \"{}\" and \"{}\" would both be stored as \"{}\"", noun_,
+                           displayText(first), displayText(second), stored);
+    }
+
+    static void note(ExactNames& result, std::string what, std::string_view advice)
+    {
+        if (!result.conflict)
+            result.conflict =
+                hostError(std::move(what),
+                          fmt::format("{} in the file, or send without --exact-names", advice));
+    }
+
+    std::string_view noun_;
+    std::size_t longest_;
+    bool comparesNamesOnly_ = false;
+    bool allowsNumbers_ = false;
+    std::unordered_map<std::string, Claim> claims_; // by the name on the receiver
+};
+
+void storeTexts(gps::Dictionary& record, std::string_view noun, const TextRules& rules,
+                std::vector<TextChange>& changes)
+{
+    for (const auto key : gps::kGeocacheKeys) {
+        const auto* const text = record.findString(key);
+        if (text == nullptr || key == "name")
+            continue;
+        auto stored = storedText(*text, rules.characters);
+        if (stored.dropped.empty())
+            continue;
+        changes.push_back({noun, key, *text, stored.text, std::move(stored.dropped)});
+        record.set(key, std::move(stored.text));
+    }
+}
+
+// The claims of all records of a send.
+class ExactRecords {
+public:
+    explicit ExactRecords(const TextRules& rules)
+        : rules_(rules), waypoints_("waypoint", rules.longestName),
+          routes_("route", rules.longestName), points_("route point", rules.longestName)
+    {
+        geocaches_.compareNamesOnly();
+        points_.allowNumbers();
+    }
+
+    void store(gps::Dictionary& data)
+    {
+        forEachRecord(data, "waypoint", [this](gps::Dictionary& record) {
+            const bool isGeocache = gps::isGeocache(record);
+            storeTexts(record, isGeocache ? "geocache" : "waypoint", rules_, result_.changes);
+            (isGeocache ? geocaches_ : waypoints_).store(record, rules_, result_);
+        });
+        forEachRecord(data, "route", [this](gps::Dictionary& route) {
+            storeTexts(route, "route", rules_, result_.changes);
+            forEachRecord(route, "points", [this](gps::Dictionary& point) {
+                storeTexts(point, "route point", rules_, result_.changes);
+                points_.store(point, rules_, result_);
+            });
+            routes_.store(route, rules_, result_);
+        });
+    }
+
+    void compare(const RecordSource& onDevice)
+    {
+        if (!waypoints_.needsDevice() && !geocaches_.needsDevice() && !routes_.needsDevice() &&
+            !points_.needsDevice())
+            return;
+        onDevice([this](std::string_view key, const gps::Dictionary& record) {
+            if (key == "waypoint")
+                return (gps::isGeocache(record) ? geocaches_ : waypoints_).compare(record, result_);
+            routes_.compare(record, result_);
+            forEachRecord(record, "points", [this](const gps::Dictionary& point) {
+                points_.compare(point, result_);
+            });
+        });
+    }
+
+    [[nodiscard]] ExactNames takeResult() { return std::move(result_); }
+
+private:
+    const TextRules& rules_;
+    ExactNames result_;
+    NameClaims waypoints_;
+    NameClaims geocaches_{"geocache", std::numeric_limits<std::size_t>::max()};
+    NameClaims routes_;
+    NameClaims points_;
+};
+
+} // namespace
+
+ExactNames storeExactNames(gps::Dictionary& data, const RecordSource& onDevice,
+                           const TextRules& rules)
+{
+    ExactRecords records{rules};
+    records.store(data);
+    records.compare(onDevice);
+    return records.takeResult();
+}
+
+} // namespace host
