@@ -31,14 +31,6 @@ bool isPoint(const SummaryRow& row)
     return row.kind == kWaypointRow || row.kind == kGeocacheRow;
 }
 
-std::string timeText(const std::optional<std::int64_t>& time, std::string_view zone)
-{
-    std::string text;
-    if (time)
-        appendTimeInZone(text, *time, zone);
-    return text;
-}
-
 // Two zones if a journey led from one into another.
 std::string zoneText(const SummaryRow& row)
 {
@@ -177,8 +169,8 @@ Table Summary::emptyTable() const
 std::vector<std::string> Summary::textsOf(const Row& row) const
 {
     std::vector<std::string> texts{row.kind, row.name, std::to_string(row.points),
-                                   timeText(row.first, row.firstZone),
-                                   timeText(row.last, row.lastZone)};
+                                   timeInZone(row.first, row.firstZone),
+                                   timeInZone(row.last, row.lastZone)};
     if (clock_ == Clock::kLocal)
         texts.push_back(zoneText(row));
     texts.insert(texts.end(), {kilometreText(row.kilometres), row.where});
@@ -198,7 +190,7 @@ void Summary::noteJump(const gps::GPSPoint& point)
                                      "record that; one of the two points is wrong.",
                                      displayText(records_.back().name),
                                      kilometreText(kilometresBetween(*before, point)), seconds,
-                                     timeText(point.time, records_.back().firstZone)));
+                                     timeInZone(point.time, records_.back().firstZone)));
 }
 
 Summary::Row Summary::total() const

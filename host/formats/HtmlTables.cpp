@@ -57,14 +57,6 @@ std::string kilometresText(double kilometres)
     return fmt::format("{:.2f} km", kilometres);
 }
 
-std::string timeText(const std::optional<std::int64_t>& time, std::string_view zone)
-{
-    std::string text;
-    if (time)
-        appendTimeInZone(text, *time, zone);
-    return text;
-}
-
 void appendPosition(std::string& out, const gps::GPSPoint& point)
 {
     const auto degrees = [](double value, char positive, char negative) {
@@ -118,8 +110,8 @@ void appendTableRow(std::string& out, const TrackCells& track)
     const auto& figures = track.figures;
     const auto first = figures.first();
     out += "<tr>";
-    appendHtmlCells(out, {track.name, track.place, timeText(first, track.zone),
-                          timeText(figures.last(), track.zone),
+    appendHtmlCells(out, {track.name, track.place, timeInZone(first, track.zone),
+                          timeInZone(figures.last(), track.zone),
                           first ? zoneTitle(track.zone, *first) : "",
                           kilometresText(figures.kilometres()), metresText(figures.ascentMetres()),
                           metresText(figures.descentMetres()), fmt::format("{}", track.points)});

@@ -29,7 +29,7 @@ inline constexpr std::string_view kHtmlTableEnd = "</table></div></section>\n";
 struct TrackCells {
     std::string_view name;
     std::string_view place; ///< where it is, in words
-    std::string_view zone;  ///< its time zone, as appendTimeInZone() expects it
+    std::string_view zone;  ///< its time zone, as timeInZone() expects it
     const TrackFigures& figures;
     std::size_t points = 0;
 };

@@ -8,7 +8,6 @@
 #include <platform/System/TimeZone.h>
 
 #include <algorithm>
-#include <optional>
 
 namespace host {
 namespace {
@@ -20,10 +19,13 @@ std::optional<std::int32_t> offsetOf(std::string_view zone, std::int64_t time)
 
 } // namespace
 
-void appendTimeInZone(std::string& out, std::int64_t time, std::string_view zone)
+std::string timeInZone(const std::optional<std::int64_t>& time, std::string_view zone)
 {
     constexpr std::int64_t kLast = 253402300799; // 9999-12-31 23:59:59: years have four digits
-    appendTimestamp(out, std::min(time + offsetOf(zone, time).value_or(0), kLast), ' ');
+    std::string text;
+    if (time)
+        appendTimestamp(text, std::min(*time + offsetOf(zone, *time).value_or(0), kLast), ' ');
+    return text;
 }
 
 std::string zoneTitle(std::string_view zone, std::int64_t time)

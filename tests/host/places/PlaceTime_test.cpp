@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,9 +13,7 @@ namespace {
 
 std::string timeIn(std::string_view zone, std::int64_t time)
 {
-    std::string text;
-    host::appendTimeInZone(text, time, zone);
-    return text;
+    return host::timeInZone(time, zone);
 }
 
 constexpr std::int64_t kSpring = 1711846800; // 2024-03-31 01:00 UTC
@@ -37,6 +36,11 @@ TEST(PlaceTime, IsUtcWithoutAZoneAndInAnUnknownOne)
         EXPECT_EQ(timeIn(zone, kSpring), "2024-03-31 01:00:00") << zone;
         EXPECT_EQ(host::zoneTitle(zone, kSpring), "UTC") << zone;
     }
+}
+
+TEST(PlaceTime, IsEmptyWithoutATime)
+{
+    EXPECT_EQ(host::timeInZone(std::nullopt, "Europe/Zurich"), "");
 }
 
 TEST(PlaceTime, StaysWithinYearsOfFourDigits)
