@@ -6,6 +6,7 @@
 #include "host/words/ProgressText.h"
 
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include <fcntl.h>

@@ -69,7 +69,6 @@ public:
 
 private:
     [[nodiscard]] std::optional<gps::Error> openOutput();
-    [[nodiscard]] RecordOrigin origin() const;
     void runOperations();
     void readMissingKinds();
     [[nodiscard]] OperationReport runOperationOn(const std::string& sourceFile,
@@ -132,25 +131,9 @@ std::optional<gps::Error> Download::openOutput()
     file_.emplace(request_.output->path);
     if (auto failure = file_->open())
         return failure;
-    fileWriter_ = request_.output->format->make(file_->output(), file_->folder(), origin());
+    fileWriter_ = request_.output->format->make(file_->output(), file_->folder(),
+                                                originOf(driver_, request_));
     return std::nullopt;
-}
-
-RecordOrigin Download::origin() const
-{
-    RecordOrigin origin{.title = titleOf(*request_.output),
-                        .time = timeOfOutput(),
-                        .tiles = request_.output->tiles};
-    if (!request_.sourceFiles.empty())
-        return origin;
-    origin.receiver = driver_.gpsName();
-    if (const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver_)) {
-        if (const auto model = describer->deviceDescription(request_.location).model)
-            origin.receiver += " " + *model;
-    }
-    if (const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(&driver_))
-        origin.identifier = device->deviceIdentifier().value_or("");
-    return origin;
 }
 
 void Download::runOperations()
@@ -411,6 +394,25 @@ void Download::closeOutput()
 }
 
 } // namespace
+
+RecordOrigin originOf(const gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
+{
+    RecordOrigin origin{.time = timeOfOutput()};
+    if (request.output) {
+        origin.title = titleOf(*request.output);
+        origin.tiles = request.output->tiles;
+    }
+    if (!request.sourceFiles.empty())
+        return origin;
+    origin.receiver = driver.gpsName();
+    if (const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver)) {
+        if (const auto model = describer->deviceDescription(request.location).model)
+            origin.receiver += " " + *model;
+    }
+    if (const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(&driver))
+        origin.identifier = device->deviceIdentifier().value_or("");
+    return origin;
+}
 
 DownloadReport download(gps::GPSPlugInProtocol& driver, const DownloadRequest& request)
 {

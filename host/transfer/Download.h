@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/formats/RecordOrigin.h"
 #include "host/transfer/DownloadReport.h"
 #include "host/transfer/DownloadRequest.h"
 
@@ -18,5 +19,10 @@ namespace host {
 /// An operation that fails does not keep the ones after it from running.
 [[nodiscard]] DownloadReport download(gps::GPSPlugInProtocol& driver,
                                       const DownloadRequest& request);
+
+/// Where and when the records of a download were obtained, for a front end that writes them later.
+/// The title is that of the requested output.
+[[nodiscard]] RecordOrigin originOf(const gps::GPSPlugInProtocol& driver,
+                                    const DownloadRequest& request);
 
 } // namespace host

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Message: one line for the user. Made from the reports of transfer/ and watching/; the command line
-// prints it, a window shows it.
+// Message: one line for the user. Made from the reports of transfer/ and watching/; the command
+// line prints it, a window shows it.
 
 #pragma once
 

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// Writes ticked records of a RecordSet to a file, in any of the output formats. Stateless.
+// [host thread]
+
+#pragma once
+
+#include "host/formats/Formats.h"
+#include "host/records/RecordSet.h"
+
+#include <gps/Error.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// Which records of a set a user has ticked: one truth value each, in the set's order.
+struct TickedRecords {
+    std::vector<bool> points{};
+    std::vector<bool> routes{};
+    std::vector<bool> tracks{};
+
+    /// All records of a set.
+    [[nodiscard]] static TickedRecords all(const RecordSet& set);
+};
+
+/// Passes the ticked records on as a driver would report them, kind by kind.
+/// Precondition: there are as many values as the set has records.
+void replay(const RecordSet& set, const TickedRecords& ticked, Writer& writer);
+
+/// Writes the ticked records to a file, which gets its name only when it is complete.
+/// @param remark  out: what the format left out, in one sentence; empty: nothing
+/// @return        why there is no such file; an older one is as it was then
+[[nodiscard]] std::optional<gps::Error>
+exportRecords(const RecordSet& set, const TickedRecords& ticked, const std::string& path,
+              const Format& format, const RecordOrigin& origin, std::string& remark);
+
+} // namespace host

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// DevicePane: the devices, the view of the selected one's driver, and the download from it.
+// [main loop]
+
+#pragma once
+
+#include "host/transfer/DownloadRequest.h"
+#include "host/transfer/TransferProgress.h"
+#include "host/window/DriverView.h"
+#include "host/window/ReceiverState.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtkmm.h>
+
+namespace host {
+
+class DevicePane : public Gtk::Box {
+public:
+    struct Handlers {
+        std::function<void(std::size_t driver, const std::string& control, std::size_t item)>
+            picked;
+        std::function<void(std::size_t driver, const std::string& control)> pressed;
+        std::function<void(std::size_t driver, const RequestedKinds& kinds)> download;
+        std::function<void()> stop;
+    };
+
+    explicit DevicePane(Handlers handlers);
+
+    /// Shows other devices. The one that the user selected stays selected while it is there;
+    /// without such a choice it is the first one.
+    void setState(const ReceiverState& state);
+
+    /// Shows how far a transfer is. While one runs, no other can be started.
+    void setProgress(const TransferProgress& progress);
+
+    /// Shows that a transfer has begun or ended.
+    void setBusy(bool isBusy);
+
+private:
+    /// A row of the list.
+    struct Place {
+        std::size_t driver;
+        std::size_t device;
+        std::string location;
+    };
+
+    void addRows(std::size_t driver, const DriverState& state);
+    void selectRow(std::optional<std::size_t> row);
+    void rowSelected();
+    void showSelected();
+    void startDownload();
+    void updateButtons();
+    [[nodiscard]] std::optional<std::size_t> selectedRow() const;
+
+    Handlers handlers_;
+    ReceiverState state_;
+    std::vector<Place> places_;
+    std::string wanted_; // the location that the user selected; empty: any
+    bool isBusy_ = false;
+    bool isUpdating_ = false; // the list is being filled: no choice of the user's
+
+    Gtk::ListBox list_;
+    Gtk::Label empty_;
+    DriverView view_;
+    Gtk::CheckButton waypoints_{"Waypoints and geocaches"};
+    Gtk::CheckButton routes_{"Routes"};
+    Gtk::CheckButton tracks_{"Tracks"};
+    Gtk::Button download_{"Download"};
+    Gtk::Button stop_{"Stop"};
+    Gtk::ProgressBar progress_;
+};
+
+} // namespace host

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// The way from other threads to the widgets: what they have to say runs on the main loop's thread.
+
+#pragma once
+
+#include <functional>
+
+namespace host {
+
+/// Calls a function on the main loop's thread, soon: after input and drawing that is due, and after
+/// the functions that were handed over before. [any]
+void onMainLoop(std::function<void()> function);
+
+} // namespace host

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// MainWindow: the window, and the wiring between its parts. [main loop]
+
+#pragma once
+
+#include "host/window/DevicePane.h"
+#include "host/window/MessageBar.h"
+#include "host/window/Receivers.h"
+#include "host/window/RecordList.h"
+#include "host/window/TrackMap.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtkmm.h>
+
+namespace host {
+
+class MainWindow {
+public:
+    /// @param bundle  the path of the plug-in's bundle; nullopt: where it usually is
+    /// @param paths   copies of receivers to open, and files to import
+    MainWindow(Gtk::Application& application, std::optional<std::string> bundle,
+               const std::vector<std::string>& paths);
+
+    void present() { window_->present(); }
+
+    /// Opens folders as receivers, and imports files.
+    void open(const std::vector<std::string>& paths);
+
+private:
+    void fillHeader(Gtk::Box& content);
+    [[nodiscard]] Gtk::Widget* recordPane();
+    void addActions();
+    void setReceived(ReceivedRecords received);
+    void showOnMap(const RecordItem& item);
+    void chooseFolder();
+    void chooseFiles();
+    void chooseExport();
+    void choose(const char* title, Gtk::FileChooser::Action action,
+                std::function<void(const std::vector<std::string>& paths)> chosen);
+    void exportTo(const std::string& path);
+
+    Gtk::ApplicationWindow* window_; // owned by the application
+    DevicePane devices_;
+    MessageBar messages_;
+    TrackMap map_;
+    RecordList list_;
+    Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
+    ReceivedRecords shown_;
+    std::unique_ptr<Receivers> receivers_; // last: it calls the others
+};
+
+} // namespace host

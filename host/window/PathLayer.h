@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// PathLayer: the layer of the map that draws tracks, routes and points. A widget. [main loop]
+
+#pragma once
+
+#include "host/window/MapPath.h"
+
+#include <cstddef>
+#include <vector>
+
+#include <shumate/shumate.h>
+
+namespace host {
+
+/// A line that the layer draws.
+struct DrawnPath {
+    MapPath path;
+    std::size_t color = 0; ///< counts through the colours of tracks
+    bool isDashed = false;
+    bool isShown = true;
+};
+
+/// A waypoint or a geocache.
+struct DrawnPoint {
+    MapPosition position;
+    std::size_t record = 0; ///< its index among the points of the records
+    bool isShown = true;
+};
+
+struct MapContents {
+    std::vector<DrawnPath> paths{};
+    std::vector<DrawnPoint> points{};
+};
+
+/// Makes a layer that draws `contents`, which must outlive it. After a change of the contents call
+/// gtk_widget_queue_draw().
+/// @return  a floating reference
+[[nodiscard]] ShumateLayer* newPathLayer(ShumateViewport* viewport, MapContents& contents);
+
+} // namespace host

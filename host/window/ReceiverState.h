@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// ReceiverState: what the drivers show at one moment, copied on the device thread for the widgets.
+// Plain values: each thread may hold its own. [any]
+
+#pragma once
+
+#include "host/bundle/DeviceChoice.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// A control of a driver's view.
+struct ControlState {
+    enum class Kind { kMenu, kButton };
+
+    Kind kind = Kind::kButton;
+    std::string identifier{};
+    std::string title{};
+    std::vector<std::string> items{};      ///< of a menu
+    std::optional<std::size_t> selected{}; ///< of a menu
+
+    friend bool operator==(const ControlState& a, const ControlState& b) = default;
+};
+
+struct DriverState {
+    std::string name{};                   ///< as on the command line
+    std::string title{};                  ///< for the user
+    std::vector<Device> devices{};        ///< in the driver's order
+    std::vector<ControlState> controls{}; ///< that the driver's view shows, from the top
+    bool isReady = false;
+};
+
+struct ReceiverState {
+    std::vector<DriverState> drivers{};
+    std::string explanation{}; ///< why what is there is no receiver
+    std::string failure{};     ///< why there are no drivers; empty if there are
+};
+
+/// What a driver shows now. [host thread]
+[[nodiscard]] DriverState stateOf(const gps::GPSPlugInProtocol& driver);
+
+} // namespace host

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// The handlers may belong to a window that has been closed, so each call on the main loop first
+// looks whether this object still exists.
+
+#include "host/window/Receivers.h"
+
+#include "host/base/Sentences.h"
+#include "host/records/RecordKeeper.h"
+#include "host/transfer/Download.h"
+#include "host/window/MainLoop.h"
+#include "host/words/DownloadMessages.h"
+#include "host/words/Explanation.h"
+
+#include <gps/View.h>
+
+#include <iterator>
+#include <utility>
+
+namespace host {
+
+Receivers::Receivers(std::optional<std::string> bundle, std::vector<std::string> folders,
+                     Handlers handlers)
+    : handlers_(std::move(handlers)), folders_(std::move(folders)),
+      thread_([this](const gps::DeviceChanges& changes) { refresh(changes); })
+{
+    thread_.post([this, bundle = std::move(bundle)] { load(bundle); });
+}
+
+Receivers::~Receivers()
+{
+    *isAlive_ = false;
+    isStopped_ = true;
+}
+
+void Receivers::load(const std::optional<std::string>& bundle)
+{
+    DeviceRequest request;
+    request.testFolders = folders_;
+    prepareDrivers(request);
+    const auto path = findBundle(bundle);
+    if (!path)
+        failure_ = "No plug-in bundle was found beside the program or where it is installed.";
+    else if (const auto failure = loadBundle(*path, plugIn_))
+        failure_ = sentencesOf(*failure);
+    publish();
+}
+
+void Receivers::refresh(const gps::DeviceChanges& changes)
+{
+    if (changes.serialPorts)
+        addNewDrivers(plugIn_);
+    for (const auto& driver : plugIn_.drivers) {
+        if ((changes.volumes && driver->needsFileSystemRefresh()) ||
+            (changes.serialPorts && driver->needsSerialRefresh()))
+            driver->refreshDeviceList();
+    }
+    publish();
+}
+
+// Calls a handler on the main loop's thread, if this object still exists then.
+template <typename Value>
+void Receivers::deliver(const std::function<void(Value)>& handler, Value value) const
+{
+    onMainLoop([alive = isAlive_, &handler, value = std::move(value)]() mutable {
+        if (*alive)
+            handler(std::move(value));
+    });
+}
+
+void Receivers::publish()
+{
+    ReceiverState state{.failure = failure_};
+    for (const auto& driver : plugIn_.drivers)
+        state.drivers.push_back(stateOf(*driver));
+    if (failure_.empty())
+        state.explanation = explanationOf(plugIn_);
+    deliver(handlers_.changed, std::move(state));
+}
+
+void Receivers::pick(std::size_t driver, const std::string& control, std::size_t item)
+{
+    thread_.post([this, driver, control, item] {
+        if (auto* const menu = plugIn_.drivers[driver]->gpsView()->find<gps::PopUpButton>(control))
+            menu->pick(item);
+        publish();
+    });
+}
+
+void Receivers::press(std::size_t driver, const std::string& control)
+{
+    thread_.post([this, driver, control] {
+        if (auto* const button = plugIn_.drivers[driver]->gpsView()->find<gps::Button>(control))
+            button->press();
+        publish();
+    });
+}
+
+void Receivers::addFolder(const std::string& folder)
+{
+    thread_.post([this, folder] {
+        folders_.push_back(folder);
+        setTestFolders(folders_);
+        refresh({.volumes = true});
+    });
+}
+
+void Receivers::download(std::size_t driver, const RequestedKinds& kinds)
+{
+    isStopped_ = false;
+    thread_.post([this, driver, kinds] {
+        auto& chosen = *plugIn_.drivers[driver];
+        DownloadRequest request{.kinds = kinds, .isDriverReused = true};
+        for (const auto& device : devicesOf(chosen)) {
+            if (device.isSelected)
+                request.location = device.location;
+        }
+        run(chosen, std::move(request));
+    });
+}
+
+void Receivers::import(const std::vector<std::string>& files)
+{
+    isStopped_ = false;
+    thread_.post([this, files] {
+        Driver importer;
+        if (const auto failure = chooseImporter(plugIn_.drivers, std::nullopt, importer))
+            fail(*failure);
+        else
+            run(*importer, {.sourceFiles = files, .isDriverReused = true});
+    });
+}
+
+void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
+{
+    RecordKeeper keeper;
+    request.consumers.push_back(&keeper);
+    request.stopRequested = [this] { return isStopped_.load(); };
+    request.progress = [this](const TransferProgress& progress) {
+        deliver(handlers_.progressed, progress);
+    };
+    const auto report = host::download(driver, request);
+    (void)keeper.close(); // it cannot fail
+    ReceivedRecords received{.records = std::make_shared<const RecordSet>(keeper.take()),
+                             .origin = originOf(driver, request),
+                             .isComplete = report.isComplete()};
+    for (const auto& operation : report.operations) {
+        auto messages = operationMessages(operation);
+        std::move(messages.begin(), messages.end(), std::back_inserter(received.messages));
+    }
+    deliver(handlers_.received, std::move(received));
+}
+
+void Receivers::fail(const gps::Error& error)
+{
+    ReceivedRecords received{.records = std::make_shared<const RecordSet>(),
+                             .messages = {{true, sentencesOf(error)}}};
+    deliver(handlers_.received, std::move(received));
+}
+
+} // namespace host

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// Receivers: the drivers as the widgets see them. Requests go to the device thread, answers come
+// back through functions that are called on the main loop's thread. [main loop]
+
+#pragma once
+
+#include "host/bundle/PlugInBundle.h"
+#include "host/formats/RecordOrigin.h"
+#include "host/records/RecordSet.h"
+#include "host/transfer/DownloadRequest.h"
+#include "host/transfer/TransferProgress.h"
+#include "host/window/DeviceThread.h"
+#include "host/window/ReceiverState.h"
+#include "host/words/Message.h"
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// What a download or an import has brought.
+struct ReceivedRecords {
+    std::shared_ptr<const RecordSet> records{};
+    RecordOrigin origin{};
+    std::vector<Message> messages{}; ///< what went wrong, or is worth knowing
+    bool isComplete = false;
+};
+
+class Receivers {
+public:
+    struct Handlers {
+        std::function<void(ReceiverState state)> changed;
+        std::function<void(TransferProgress progress)> progressed;
+        std::function<void(ReceivedRecords received)> received;
+    };
+
+    /// Loads the plug-in and finds what is connected.
+    /// @param bundle    the path of the plug-in's bundle; nullopt: where it usually is
+    /// @param folders   copies of receivers, which drivers treat like mounted volumes
+    Receivers(std::optional<std::string> bundle, std::vector<std::string> folders,
+              Handlers handlers);
+
+    /// Stops what is running, and waits for its end.
+    ~Receivers();
+    Receivers(const Receivers&) = delete;
+    Receivers& operator=(const Receivers&) = delete;
+
+    /// The user picked an item of a driver's menu, or pressed a driver's button.
+    void pick(std::size_t driver, const std::string& control, std::size_t item);
+    void press(std::size_t driver, const std::string& control);
+
+    /// Treats a folder like a mounted volume until the end.
+    void addFolder(const std::string& folder);
+
+    /// Downloads from the device that is selected in a driver.
+    void download(std::size_t driver, const RequestedKinds& kinds);
+
+    /// Reads sentence files and map files.
+    void import(const std::vector<std::string>& files);
+
+    /// Stops the running download or import; what has arrived is kept.
+    void stop() noexcept { isStopped_ = true; }
+
+private:
+    void load(const std::optional<std::string>& bundle);
+    void refresh(const gps::DeviceChanges& changes);
+    template <typename Value>
+    void deliver(const std::function<void(Value)>& handler, Value value) const;
+    void publish();
+    void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    void fail(const gps::Error& error);
+
+    Handlers handlers_;
+    std::atomic<bool> isStopped_{false};
+    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
+
+    // These belong to the device thread.
+    std::vector<std::string> folders_;
+    PlugInBundle plugIn_;
+    std::string failure_; // to load the plug-in
+
+    DeviceThread thread_; // last: it uses all of the above
+};
+
+} // namespace host

@@ -1,0 +1,126 @@
+# SPDX-License-Identifier: MIT
+"""A desktop program on a screen of its own, driven as a screen reader drives it."""
+
+import os
+import subprocess
+import tempfile
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+CHECK_MARK = 14  # pixels from the left edge of a check box
+FRAME = 5  # pixels around a window, which is in the corner of the screen
+PATIENCE = 30  # seconds; a busy machine takes some of them
+
+
+class Window:
+    """A context manager: at its end, the program is closed."""
+
+    def __init__(self, program, *arguments, environment=None):
+        self.home = tempfile.TemporaryDirectory(prefix="window-")
+        variables = dict(os.environ, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
+                         GSK_RENDERER="cairo", GDK_BACKEND="x11", LC_ALL="C.UTF-8",
+                         GSETTINGS_BACKEND="memory", **(environment or {}))
+        self.process = subprocess.Popen([program, *arguments], env=variables)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.process.poll() is None:
+            self.process.terminate()
+            self.process.wait()
+        self.home.cleanup()
+
+    def find(self, role, name):
+        """The first widget of a role whose name matches; waits for it.
+
+        The name is a text, or a function that decides.
+        """
+        matches = name if callable(name) else lambda text: text == name
+        return self._wait_for(lambda: _find(self._application(), role, matches), f"{role} {name}")
+
+    def names(self, role):
+        """The names of all widgets of a role."""
+        return [widget.get_name() for widget in _all(self._application())
+                if widget.get_role_name() == role]
+
+    def unnamed(self, roles):
+        """The roles of those widgets that have no name, of some roles."""
+        return [widget.get_role_name() for widget in _all(self._application())
+                if widget.get_role_name() in roles and not widget.get_name()]
+
+    def press(self, role, name):
+        """Does what a click does, once the widget can be used."""
+        widget = self.find(role, name)
+        self._wait_for(lambda: widget.get_state_set().contains(Atspi.StateType.SENSITIVE),
+                       f"{role} {name} that can be used")
+        if widget.get_n_actions() > 0:
+            assert widget.do_action(0)
+        else:  # a check box: this version of the toolkit tells of no action
+            place = widget.get_extents(Atspi.CoordType.WINDOW)
+            subprocess.run(["xdotool", "mousemove", str(place.x + CHECK_MARK),
+                            str(place.y + place.height // 2 + FRAME), "click", "1"], check=True)
+
+    def type(self, name, text):
+        """Replaces the text of an entry."""
+        assert self.find("text", name).set_text_contents(text)
+
+    def is_ticked(self, name):
+        states = self.find("check box", name).get_state_set()
+        return states.contains(Atspi.StateType.CHECKED)
+
+    def can_be_used(self, role, name):
+        return self.find(role, name).get_state_set().contains(Atspi.StateType.SENSITIVE)
+
+    def wait_until(self, condition):
+        self._wait_for(condition, "change")
+
+    def _application(self):
+        desktop = Atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(i)
+            if child and child.get_process_id() == self.process.pid:
+                return child
+        return None
+
+    def _wait_for(self, condition, what):
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            assert self.process.poll() is None, f"the program ended: {self.process.returncode}"
+            try:
+                found = condition()
+            except gi.repository.GLib.Error:  # a widget that has just gone
+                found = None
+            if found:
+                return found
+            time.sleep(0.05)
+        labels = self.names("label")
+        raise AssertionError(f"no {what}; the first and last labels are {labels[:8] + labels[-4:]}")
+
+
+def _all(widget):
+    # The toolkit ends the program if somebody looks into the lists of its file dialog while that is
+    # closed.
+    if not widget or widget.get_name() == "GtkPaned":
+        return
+    yield widget
+    for i in range(widget.get_child_count()):
+        yield from _all(widget.get_child_at_index(i))
+
+
+def _find(widget, role, matches):
+    return next((found for found in _all(widget)
+                 if found.get_role_name() == role and any(map(matches, _names(found)))), None)
+
+
+def _names(widget):
+    """The name of a widget, and those of the labels in it."""
+    yield widget.get_name()
+    for i in range(widget.get_child_count()):
+        child = widget.get_child_at_index(i)
+        if child and child.get_role_name() == "label":
+            yield child.get_name()

@@ -1,0 +1,144 @@
+# SPDX-License-Identifier: MIT
+"""The window, as its users meet it: what they press, and what they see then.
+
+window_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
+"""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import screen
+
+if not os.environ.get("WINDOW_TEST_SESSION"):
+    os.environ["WINDOW_TEST_SESSION"] = "yes"
+    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
+
+import window  # noqa: E402
+
+SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
+RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."
+
+
+def begins(text):
+    return lambda name: name.startswith(text)
+
+
+class WindowTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="window-test-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def open(self, *paths):
+        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
+                               environment=WHEN)
+        self.addCleanup(opened.__exit__)
+        return opened
+
+    def download(self, *paths):
+        opened = self.open(*paths)
+        opened.find("label", begins("Magellan device"))
+        opened.press("push button", "Download")
+        return opened
+
+    def export(self, opened, name):
+        opened.press("push button", "Export…")
+        opened.type("Name:", str(self.folder / name))
+        opened.press("push button", "Save")
+
+    def from_command_line(self, *arguments):
+        subprocess.run([PROGRAMS / "magellangps", *map(str, arguments)], check=True,
+                       env=dict(os.environ, **WHEN), stderr=subprocess.DEVNULL)
+
+    def test_download_is_counted_and_listed(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        opened.find("check box", "Kayak round")
+        opened.find("label", "Track, 5.4 km, 284 points")
+
+    def test_export_writes_what_the_command_line_writes(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        for name in ("trip.gpx", "trip.kml", "trip.geojson", "trip.csv"):
+            with self.subTest(name):
+                self.export(opened, name)
+                opened.find("label", begins(f"Saved: {self.folder / name}"))
+                expected = self.folder / "expected" / name
+                expected.parent.mkdir(exist_ok=True)
+                self.from_command_line("acquire", "--device", SAMPLES / "receiver", "-o", expected)
+                self.assertEqual((self.folder / name).read_text(), expected.read_text())
+
+    def test_unticked_record_is_not_exported(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.press("check box", "Kayak round")
+        opened.wait_until(lambda: not opened.is_ticked("Kayak round"))
+        self.export(opened, "trip.gpx")
+        opened.find("label", begins("Saved: "))
+        text = (self.folder / "trip.gpx").read_text()
+        self.assertNotIn("Kayak round", text)
+        self.assertIn("Lake way back", text)
+
+    def test_kind_that_is_not_wanted_is_not_downloaded(self):
+        opened = self.open(SAMPLES / "receiver")
+        opened.find("label", begins("Magellan device"))
+        opened.press("check box", "Routes")
+        opened.press("check box", "Tracks")
+        opened.wait_until(lambda: not opened.is_ticked("Tracks"))
+        opened.press("push button", "Download")
+        opened.find("label", "Received: 46 waypoints, 14 geocaches.")
+
+    def test_no_kind_at_all_cannot_be_downloaded(self):
+        opened = self.open(SAMPLES / "receiver")
+        opened.find("label", begins("Magellan device"))
+        for kind in ("Waypoints and geocaches", "Routes", "Tracks"):
+            opened.press("check box", kind)
+        opened.wait_until(lambda: not opened.can_be_used("push button", "Download"))
+
+    def test_file_is_imported(self):
+        opened = self.open(SAMPLES / "files" / "trip.log")
+        opened.find("label", "Received: 1 track (277 points).")
+        opened.find("check box", "Autumn walk")
+
+    def test_damaged_file_is_accounted_for(self):
+        damaged = self.folder / "damaged.log"
+        text = (SAMPLES / "files" / "trip.log").read_bytes()
+        damaged.write_bytes(text.replace(b",N,", b",X,", 1))
+        opened = self.open(damaged)
+        opened.find("label", begins("Received: 1 track (276 points)"))
+        opened.find("label", lambda name: "1 damaged" in name)
+
+    def test_missing_file_is_named(self):
+        opened = self.open(self.folder / "missing.log")
+        opened.find("label", "Nothing was received.")
+        opened.find("label", lambda name: "missing.log" in name)
+
+    def test_hostile_name_is_a_text(self):
+        name = "<b>&amp;</b>"
+        hostile = self.folder / "hostile.gpx"
+        hostile.write_text('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">'
+                           '<wpt lat="1" lon="2"><name>&lt;b&gt;&amp;amp;&lt;/b&gt;</name></wpt>'
+                           "</gpx>")
+        opened = self.open(hostile)
+        opened.find("check box", name)
+
+    def test_unknown_extension_is_refused_and_nothing_is_written(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        self.export(opened, "trip.xyz")
+        opened.find("label", begins("The name of the file must end in one of these: "))
+        self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_every_control_has_a_name(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        self.assertEqual(opened.unnamed({"push button", "check box", "list", "combo box"}), [])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
