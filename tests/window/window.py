@@ -61,7 +61,7 @@ class Window:
         if widget.get_n_actions() > 0:
             assert widget.do_action(0)
         else:  # a check box: this version of the toolkit tells of no action
-            place = widget.get_extents(Atspi.CoordType.WINDOW)
+            place = self._resting_place(widget)
             subprocess.run(["xdotool", "mousemove", str(place.x + CHECK_MARK),
                             str(place.y + place.height // 2 + FRAME), "click", "1"], check=True)
 
@@ -78,6 +78,14 @@ class Window:
 
     def wait_until(self, condition):
         self._wait_for(condition, "change")
+
+    def _resting_place(self, widget):
+        """Where a widget is, once it does not move any more."""
+        place, before = widget.get_extents(Atspi.CoordType.WINDOW), None
+        while before is None or (place.x, place.y) != (before.x, before.y):
+            time.sleep(0.5)  # longer than what appears above it takes to do so
+            before, place = place, widget.get_extents(Atspi.CoordType.WINDOW)
+        return place
 
     def _application(self):
         desktop = Atspi.get_desktop(0)
