@@ -156,7 +156,7 @@ private:
     {
         if (first == second)
             return fmt::format("Two different {}s have the name \"{}\"", noun_, displayText(first));
-        return fmt::format("The {}s \"{}\" and \"{}\" would both be stored as \"{}\"", noun_,
+        return fmt::format(R"(The {}s "{}" and "{}" would both be stored as "{}")", noun_,
                            displayText(first), displayText(second), stored);
     }
 

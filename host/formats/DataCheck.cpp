@@ -66,9 +66,9 @@ std::optional<DataFault> faultInPoint(const gps::Value& value, const Location& r
             return unknownKey(key, fmt::format("The \"point\" of {}", record.text()),
                               {kPointFields.begin(), kPointFields.end()});
         if (field.as<gps::Number>() == nullptr)
-            return DataFault{fmt::format("The \"{}\" in the \"point\" of {} is not a number", key,
-                                         record.text()),
-                             "Write it as a number, without quotation marks"};
+            return DataFault{
+                fmt::format(R"(The "{}" in the "point" of {} is not a number)", key, record.text()),
+                "Write it as a number, without quotation marks"};
     }
     return std::nullopt;
 }

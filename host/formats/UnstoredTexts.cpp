@@ -6,8 +6,9 @@
 
 #include "host/formats/XmlNodes.h"
 
+#include <pugixml.hpp>
+
 #include <algorithm>
-#include <string>
 
 namespace host {
 namespace {
@@ -16,11 +17,16 @@ constexpr std::array<std::string_view, 5> kNounTexts{"waypoint", "geocache", "ro
                                                      "track"};
 constexpr std::array<std::string_view, 4> kFieldTexts{"comment", "description", "link", "type"};
 
+bool hasText(const pugi::xml_node& node)
+{
+    return *node.child_value() != '\0';
+}
+
 // A link is an attribute in GPX 1.1, and a text in GPX 1.0.
 bool isLink(const pugi::xml_node& node, std::string_view name)
 {
     return (name == "link" && *node.attribute("href").value() != '\0') ||
-           (name == "url" && *node.child_value() != '\0');
+           (name == "url" && hasText(node));
 }
 
 } // namespace
@@ -48,27 +54,28 @@ void UnstoredTexts::addTrack(const pugi::xml_node& element)
 // One walk over the children, which are few: this runs for each waypoint.
 void UnstoredTexts::add(const pugi::xml_node& element, Noun noun)
 {
-    std::string comment;
-    std::string description;
+    pugi::xml_node comment; // null unless it has a text
+    pugi::xml_node description;
     bool hasLink = false;
     bool hasType = false;
     for (const auto& node : element.children()) {
         const auto name = localName(node);
-        if (name == "cmt")
-            comment = textOf(node);
-        else if (name == "desc")
-            description = textOf(node);
+        if (name == "cmt" && hasText(node))
+            comment = node;
+        else if (name == "desc" && hasText(node))
+            description = node;
         else if (name == "type")
-            hasType = hasType || *node.child_value() != '\0';
+            hasType = hasType || hasText(node);
         else
             hasLink = hasLink || isLink(node, name);
     }
     auto& counts = counts_[noun];
-    const bool isStored = noun != kTrack; // of the two texts, the one that is there
-    counts[kComment] += !isStored && !comment.empty() ? 1U : 0U;
-    counts[kDescription] +=
-        !description.empty() && !(isStored && (comment.empty() || comment == description)) ? 1U
-                                                                                           : 0U;
+    if (noun == kTrack) { // stores neither of the two texts, and all others one
+        counts[kComment] += comment ? 1U : 0U;
+        counts[kDescription] += description ? 1U : 0U;
+    } else if (comment && description) {
+        counts[kDescription] += textOf(comment) != textOf(description) ? 1U : 0U;
+    }
     counts[kLink] += hasLink ? 1U : 0U;
     counts[kType] += hasType && noun != kGeocache ? 1U : 0U;
 }
