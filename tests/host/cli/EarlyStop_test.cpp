@@ -52,9 +52,10 @@ TEST(EarlyStop, WithJsonADocumentFollows)
     host::RestoreOptions restore;
     restore.json = true;
     restore.backup = "20261122T120000Z";
-    EXPECT_EXIT(end(SIGHUP, restore), ExitedWithCode(129),
-                "was.\n\\{\"status\":129,\"complete\":false,\"interrupted\":true,\"device\":null,"
-                "\"backups\":null,\"damagedBackups\":null,\"backup\":\"20261122T120000Z\",.*\\}\n$");
+    EXPECT_EXIT(
+        end(SIGHUP, restore), ExitedWithCode(129),
+        "was.\n\\{\"status\":129,\"complete\":false,\"interrupted\":true,\"device\":null,"
+        "\"backups\":null,\"damagedBackups\":null,\"backup\":\"20261122T120000Z\",.*\\}\n$");
     host::ImportOptions import;
     import.json = true;
     EXPECT_EXIT(end(SIGTERM, import), ExitedWithCode(143),
