@@ -222,7 +222,7 @@ void CommandTable::addTilesOptions(CLI::App& command, DownloadOptions& options)
     command
         .add_option("--tiles-attribution", options.tilesAttribution,
                     "Whose map the tiles are, as the page says; the default is their server's name")
-        ->type_name("TEXT");
+        ->type_name("OWNER");
 }
 
 // The format's name is looked up in finish(), because it may also come from the output's extension.
