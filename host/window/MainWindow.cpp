@@ -44,12 +44,12 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
 }
 
 // The C++ binding has no class for the items of the list.
-std::vector<std::string> pathsOf(const Gtk::FileChooser& chooser)
+std::vector<std::string> pathsOf(Gtk::FileChooser& chooser)
 {
     std::vector<std::string> paths;
     const auto files = chooser.get_files();
     for (guint i = 0; i < files->get_n_items(); ++i) {
-        auto* const item = g_list_model_get_item(const_cast<GListModel*>(files->gobj()), i);
+        auto* const item = g_list_model_get_item(files->gobj(), i);
         paths.push_back(Glib::wrap(G_FILE(item))->get_path());
     }
     return paths;
