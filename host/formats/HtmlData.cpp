@@ -28,6 +28,19 @@ void appendPageText(std::string& out, std::string_view text)
     }
 }
 
+// Digits to the base of 45, the lowest first. Each is a character of the first half if it is the
+// last of its number, and otherwise one of the second half. The sign is the lowest bit.
+void appendDigits(std::string& out, std::int64_t number)
+{
+    constexpr std::string_view kCharacters = " !#$%'()*+,-./0123456789:;=?@ABCDEFGHIJKLMNOP"
+                                             "QRSTUVWXYZ[]^_`abcdefghijklmnopqrstuvwxyz{|}~";
+    constexpr std::uint64_t kBase = kCharacters.size() / 2;
+    auto rest = static_cast<std::uint64_t>(number < 0 ? -2 * number - 1 : 2 * number);
+    for (; rest >= kBase; rest /= kBase)
+        out += kCharacters[kBase + rest % kBase];
+    out += kCharacters[rest];
+}
+
 void appendMember(std::string& out, std::string_view key, std::string_view text)
 {
     appendJsonKey(out, key);

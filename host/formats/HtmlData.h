@@ -17,6 +17,11 @@ void appendPageText(std::string& out, std::string_view text);
 /// @param at  has room for gps::kMostOfInteger characters
 [[nodiscard]] char* putNumber(char* at, const std::optional<std::int64_t>& number);
 
+/// Appends a whole number in few characters, none of which needs to be escaped in a JSON string of
+/// the page. Each number ends by itself. host/page/model/digits.js reads them.
+/// Precondition: the number is within 2^52 of zero, beyond which a script's numbers are not whole.
+void appendDigits(std::string& out, std::int64_t number);
+
 /// Each appends a key with its value, after a comma unless it is the first of its object.
 void appendMember(std::string& out, std::string_view key, std::string_view text);
 void appendMember(std::string& out, std::string_view key,

@@ -79,15 +79,14 @@ void appendOutline(std::string& out, const Outline& outline, const Bounds& bound
 {
     std::int64_t lastX = 0;
     std::int64_t lastY = 0;
-    for (char separator = '['; const auto& point : outline) {
+    out += '"';
+    for (const auto& point : outline) {
         const auto x = std::llround((point.longitude - bounds.west) / unit);
         const auto y = std::llround((point.latitude - bounds.south) / unit);
-        out += std::exchange(separator, ',');
-        gps::appendInteger(out, x - std::exchange(lastX, x));
-        out += ',';
-        gps::appendInteger(out, y - std::exchange(lastY, y));
+        appendDigits(out, x - std::exchange(lastX, x));
+        appendDigits(out, y - std::exchange(lastY, y));
     }
-    out += ']';
+    out += '"';
 }
 
 // Whether there is neither a coast nor the sea.

@@ -31,7 +31,7 @@ enum class HtmlTable;
 ///      "tiles":{"url":S,"attribution":S},
 ///      "areas":[{"place":S,"zone":S,"bounds":[I,I,I,I]},...],
 ///      "places":[{"name":S,"at":[I,I]},...],
-///      "land":[{"bounds":[I,I,I,I],"unit":I,"outlines":[[I,I,...],...]},...],
+///      "land":[{"bounds":[I,I,I,I],"unit":I,"outlines":[S,...]},...],
 ///      "icons":[{"symbols":[S,...],"path":S},...],
 ///      "waypoints":[POINT,...],
 ///      "geocaches":[POINT,...],
@@ -45,8 +45,9 @@ enum class HtmlTable;
 /// towns around the areas. "land" has the outlines of the land within bounds, for the whole world
 /// first and then for smaller parts in more detail: the longitude and the latitude of a point in
 /// turn, in units of so many millionths of a degree from the south-western corner, then the
-/// differences from point to point. Land and water alternate where outlines lie within each other.
-/// "icons" are described in PageIcons.h, "tiles" in PageTiles.h.
+/// differences from point to point, each as appendDigits() writes it. Land and water alternate
+/// where outlines lie within each other. "icons" are described in PageIcons.h, "tiles" in
+/// PageTiles.h.
 ///
 /// POINT is {"name":S,"comment":S,"symbol":S,"at":[I,I,I,I]}. A geocache also has "type", "owner",
 /// "hint", "difficulty", "terrain", "placed" and "found", all strings.

@@ -7,7 +7,7 @@ import { landFor } from "../../host/page/model/land.js";
 import { MapView } from "../../host/page/model/MapView.js";
 import { collectionOf } from "./fixtures.mjs";
 
-const kWorld = { bounds: [-180e6, -90e6, 180e6, 90e6], unit: 1000000, outlines: [[180, 90, 1, 2]] };
+const kWorld = { bounds: [-180e6, -90e6, 180e6, 90e6], unit: 1000000, outlines: ["Q*Q%#%"] };
 const kCoast = { bounds: [165e6, -50e6, 175e6, -40e6], unit: 500000, outlines: [] };
 
 const levels = collectionOf({ land: [kWorld, kCoast] }).land;

@@ -9,6 +9,7 @@
 
 import { contains } from "./bounds.js";
 import { eastOfEdge, kAroundTheWorld, layOutLine, westernEdge } from "./dateLine.js";
+import { unpackDigits } from "./digits.js";
 import { metresBetween } from "./geodesy.js";
 import { iconFinder } from "./icons.js";
 import { speedsOf } from "./rates.js";
@@ -139,7 +140,8 @@ function unpackPlace({ name, at: [latitude, longitude] }, areas) {
 // The outlines of the land within `bounds`, as arrays of longitudes and latitudes in turn.
 function unpackLand({ bounds, unit, outlines }) {
   const [west, south, east, north] = bounds.map((millionths) => millionths / 1e6);
-  const unpackOutline = (steps) => {
+  const unpackOutline = (text) => {
+    const steps = unpackDigits(text);
     const outline = new Float64Array(steps.length), last = [0, 0];
     steps.forEach((step, i) => {
       last[i % 2] += step;
