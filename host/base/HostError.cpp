@@ -34,4 +34,9 @@ gps::Error systemError(std::string_view what, std::string suggestion, std::strin
                      std::move(suggestion), std::move(path))};
 }
 
+gps::Error lackOfMemory()
+{
+    return hostError("There is not enough memory", "Close other programs, and try again");
+}
+
 } // namespace host

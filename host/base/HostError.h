@@ -29,4 +29,7 @@ inline constexpr char kHostErrorDomain[] = "magellangps";
 [[nodiscard]] gps::Error systemError(std::string_view what, std::string suggestion,
                                      std::string path, int code);
 
+/// The error for std::bad_alloc.
+[[nodiscard]] gps::Error lackOfMemory();
+
 } // namespace host

@@ -13,6 +13,9 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
 
 namespace host {
 namespace {
@@ -35,28 +38,31 @@ std::optional<gps::Error> prepareFolder(std::string& folder)
     return std::nullopt;
 }
 
-// The page of a complete download, or of one that was cut short.
-struct Pages {
-    fs::path complete;
-    fs::path partial;
+// A page, and whether a download has replaced it. A new file has another inode than the one that it
+// replaces, since there are both for a moment.
+class Page {
+public:
+    explicit Page(fs::path path) : path_(std::move(path)), before_(inode()) {}
 
-    // Otherwise the page of an earlier download would be shown after one that failed.
+    [[nodiscard]] bool isNew() const { return inode() != 0 && inode() != before_; }
+    [[nodiscard]] std::string path() const { return path_.string(); }
+
     void remove() const
     {
         std::error_code ignored;
-        fs::remove(complete, ignored);
-        fs::remove(partial, ignored);
+        fs::remove(path_, ignored);
     }
 
-    [[nodiscard]] std::optional<std::string> present() const
+private:
+    // 0 if there is no page.
+    [[nodiscard]] ino_t inode() const
     {
-        std::error_code ignored;
-        for (const auto& page : {complete, partial}) {
-            if (fs::exists(page, ignored))
-                return page.string();
-        }
-        return std::nullopt;
+        struct stat present;
+        return ::stat(path_.c_str(), &present) == 0 ? present.st_ino : 0;
     }
+
+    fs::path path_;
+    ino_t before_;
 };
 
 ExitStatus download(const PlugInBundle& plugIn, const OpenOptions& options, const std::string& page,
@@ -97,12 +103,16 @@ ExitStatus runOpen(const PlugInBundle& plugIn, const OpenOptions& options, const
         console.error(*failure);
         return ExitStatus::kFailed;
     }
-    const Pages pages{fs::path{folder} / "page.html", fs::path{folder} / "page.partial.html"};
-    pages.remove();
-    const auto status = download(plugIn, options, pages.complete.string(), console);
-    const auto page = pages.present();
-    const bool isStopped = status >= statusAfterSignal(0);
-    return page && !isStopped ? show(*page, status, console) : status;
+    const Page complete{fs::path{folder} / "page.html"};
+    const Page partial{fs::path{folder} / "page.partial.html"}; // of a download that was cut short
+    const auto status = download(plugIn, options, complete.path(), console);
+    if (status >= statusAfterSignal(0))
+        return status;
+    if (complete.isNew()) {
+        partial.remove();
+        return show(complete.path(), status, console);
+    }
+    return partial.isNew() ? show(partial.path(), status, console) : status;
 }
 
 } // namespace host

@@ -139,11 +139,6 @@ ExitStatus run(const CommandOptions& command, const Console& console)
     return std::visit(Runner{plugIn, console}, command);
 }
 
-gps::Error lackOfMemory()
-{
-    return hostError("There is not enough memory", "Close other programs, and try again");
-}
-
 ExitStatus runOrFail(const CommandOptions& command, const Console& console)
 {
     std::optional<gps::Error> failure;

@@ -87,12 +87,16 @@ void addAccount(Json& object, const gps::TransferAccount& account)
 {
     // An import of several files has an entry for each kind of each file.
     for (const auto& tally : talliesOf(account)) {
+        if (tally.kind.empty()) // a file of an unknown kind has no lines that count
+            continue;
         Json kind{{"kind", tally.kind}};
         addLines(kind, tally.lines);
         object["kinds"].push_back(std::move(kind));
     }
     for (const auto& file : account.files) {
-        Json entry{{"kind", file.kind}, {"path", file.path}, {"error", errorJson(file.error)}};
+        Json entry{{"kind", file.kind.empty() ? Json() : Json(file.kind)},
+                   {"path", file.path},
+                   {"error", errorJson(file.error)}};
         addLines(entry, file.lines);
         addDetails(entry, file.lines);
         object["files"].push_back(std::move(entry));

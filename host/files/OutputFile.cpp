@@ -172,6 +172,13 @@ std::optional<gps::Error> OutputFile::openDirectly()
     return std::nullopt;
 }
 
+bool OutputFile::replacesMore() const
+{
+    struct stat present;
+    return !file_.temporaryPath().empty() && files_.stat(path_.c_str(), &present) == 0 &&
+           present.st_size > output_->size();
+}
+
 std::optional<gps::Error> OutputFile::commit()
 {
     return finishAs(path_);

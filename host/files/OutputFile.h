@@ -39,6 +39,9 @@ public:
     /// A folder on the same medium, for temporary data.
     [[nodiscard]] const std::string& folder() const noexcept { return folder_; }
 
+    /// Whether it would replace a larger file.
+    [[nodiscard]] bool replacesMore() const;
+
     /// Flushes the file to the medium and gives it its final name. If that fails before the rename,
     /// an older file of that name is unchanged.
     [[nodiscard]] std::optional<gps::Error> commit();

@@ -162,6 +162,39 @@ private:
     std::size_t lines_ = 0;
 };
 
+// The children of one name, each of which is removed from the document when the next one is asked
+// for: the document and the records together would take twice the memory.
+class ConsumedElements {
+public:
+    ConsumedElements(pugi::xml_node parent, std::string_view name)
+        : parent_(parent), name_(name), next_(find(parent.first_child()))
+    {}
+
+    // Returns a null node behind the last one.
+    pugi::xml_node next()
+    {
+        if (current_)
+            parent_.remove_child(current_);
+        current_ = next_;
+        if (current_)
+            next_ = find(current_.next_sibling());
+        return current_;
+    }
+
+private:
+    [[nodiscard]] pugi::xml_node find(pugi::xml_node node) const
+    {
+        while (node && localName(node) != name_)
+            node = node.next_sibling();
+        return node;
+    }
+
+    pugi::xml_node parent_;
+    std::string_view name_;
+    pugi::xml_node next_;
+    pugi::xml_node current_;
+};
+
 // One line of a placemark: a segment of its track.
 struct Line {
     gps::Array points;
@@ -217,7 +250,7 @@ private:
     bool readGeometry(const pugi::xml_node& placemark, const pugi::xml_node& geometry);
     void readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point);
     bool readLine(const pugi::xml_node& line);
-    bool readTrack(const pugi::xml_node& track);
+    bool readTrack(pugi::xml_node track);
     void addLine(Line line);
     void note(const UnreadTexts& unread, const pugi::xml_node& element, std::size_t lines = 0);
 
@@ -315,26 +348,18 @@ bool Placemarks::readLine(const pugi::xml_node& line)
 }
 
 // Lists all times, then all positions. An empty position is one that is not known.
-bool Placemarks::readTrack(const pugi::xml_node& track)
+bool Placemarks::readTrack(pugi::xml_node track)
 {
     gps::Array points;
     std::string joined;
-    auto when = track.first_child();
-    const auto timeOf = [&] {
+    ConsumedElements times{track, "when"};
+    ConsumedElements positions{track, "coord"};
+    while (const auto node = positions.next()) {
         UnreadTexts unread;
-        while (when && localName(when) != "when")
-            when = when.next_sibling();
-        const auto time = when ? timeIn(textOf(when, joined), unread) : 0;
+        const auto when = times.next();
+        gps::GPSPoint point{.time = when ? timeIn(textOf(when, joined), unread) : 0};
         note(unread, when);
-        if (when)
-            when = when.next_sibling();
-        return time;
-    };
-    for (const auto& node : track.children()) {
-        if (localName(node) != "coord")
-            continue;
-        gps::GPSPoint point{.time = timeOf()};
-        UnreadTexts unread;
+        unread = {};
         const auto text = gps::trimmed(textOf(node, joined));
         if (text.empty())
             continue;

@@ -14,6 +14,7 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace host {
@@ -81,6 +82,8 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
         document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_no_document_element)
         return notThisFormat();
+    if (result.status == pugi::status_out_of_memory)
+        throw std::bad_alloc{};
     if (!result)
         return errorAt(result.offset,
                        fmt::format("the file is damaged or cut short ({})", result.description()));

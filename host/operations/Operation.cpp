@@ -142,6 +142,8 @@ std::optional<gps::Error> resultOf(const OperationStart& start,
         return start(status);
     } catch (const gps::RangeError& error) {
         return gps::Error{gps::kRangeErrorDomain, 0, {{gps::kErrorDescriptionKey, error.what()}}};
+    } catch (const std::bad_alloc&) {
+        return lackOfMemory();
     } catch (const std::exception& failure) {
         return hostError(fmt::format("The plug-in failed unexpectedly: {}", failure.what()),
                          "Please try again");

@@ -4,6 +4,7 @@
 
 #include "host/transfer/Download.h"
 
+#include "host/base/HostError.h"
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
 #include "host/transfer/MapFileImport.h"
@@ -45,6 +46,13 @@ std::int64_t timeOfOutput()
     const char* const fixed = std::getenv("SOURCE_DATE_EPOCH");
     const auto time = fixed != nullptr ? gps::wholeInteger(fixed) : std::nullopt;
     return time.value_or(std::time(nullptr));
+}
+
+gps::Error olderFileKept(const std::string& path)
+{
+    return hostError(
+        "No record arrived, so the output file was not written, and the older one is kept",
+        "To have an empty file instead, remove the older one first", path);
 }
 
 // A file is called after its name without the extension.
@@ -383,8 +391,13 @@ void Download::closeOutput()
         return;
     output.remark = fileWriter_->remark();
     const bool isComplete = report_.isComplete();
+    // An older file is worth more than an empty one.
     if (!isComplete && !report_.hasReceived())
-        return; // an older file is worth more than an empty one
+        return;
+    if (isComplete && chosen().isEmpty() && file_->replacesMore()) {
+        output.error = olderFileKept(request_.output->path);
+        return;
+    }
     const auto path = isComplete ? request_.output->path : file_->partialPath();
     output.error = isComplete ? file_->commit() : file_->keepPartial();
     if (output.error)

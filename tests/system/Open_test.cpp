@@ -125,7 +125,32 @@ TEST_F(Open, DownloadThatFailsShowsNoOlderPage)
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("There is no such file."));
     EXPECT_FALSE(isOpened());
-    EXPECT_FALSE(std::filesystem::exists(page_));
+}
+
+TEST_F(Open, PageThatNothingReplacesIsKeptAndNotShown)
+{
+    EXPECT_EQ(open({kTrack}).status, 0);
+    const auto page = folder_.read("cache/magellangps/page.html");
+    std::filesystem::remove(folder_.path("opened"));
+    const auto empty = folder_.put("empty.gpx", "<gpx/>");
+    EXPECT_EQ(open({kTrack, "--since", "2099-01-01"}).status, 0);
+    EXPECT_EQ(open({empty}).status, 1);
+    EXPECT_EQ(open({folder_.path("nosuch.log")}).status, 1);
+    EXPECT_FALSE(isOpened());
+    EXPECT_EQ(folder_.read("cache/magellangps/page.html"), page);
+}
+
+TEST_F(Open, PageOfAnIncompleteDownloadIsShownOnce)
+{
+    const auto gpx =
+        folder_.put("a.gpx", "<gpx><wpt lat='1' lon='2'/><wpt lat='91' lon='2'/></gpx>");
+    EXPECT_EQ(open({gpx}).status, 1);
+    std::filesystem::remove(folder_.path("opened"));
+    EXPECT_EQ(open({folder_.path("nosuch.log")}).status, 1);
+    EXPECT_FALSE(isOpened());
+    EXPECT_EQ(open({kTrack}).status, 0);
+    EXPECT_EQ(folder_.read("opened"), page_ + '\n');
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("cache/magellangps/page.partial.html")));
 }
 
 TEST_F(Open, WhatArrivedOfAnIncompleteDownloadIsShown)

@@ -56,6 +56,22 @@ TEST(OutputFile, OlderFileIsUnchangedWithoutACommit)
     EXPECT_EQ(entries(folder), 1U);
 }
 
+TEST(OutputFile, ReplacesMoreThanItHoldsOnlyIfThePresentFileIsLarger)
+{
+    const support::TemporaryFolder folder;
+    folder.put("a.gpx", "four");
+    const auto replacesMore = [&](const std::string& path, std::string_view text) {
+        OutputFile file{path};
+        EXPECT_FALSE(file.open());
+        file.output().write(text);
+        return file.replacesMore();
+    };
+    EXPECT_TRUE(replacesMore(folder.path("a.gpx"), "new"));
+    EXPECT_FALSE(replacesMore(folder.path("a.gpx"), "new!"));
+    EXPECT_FALSE(replacesMore(folder.path("b.gpx"), ""));
+    EXPECT_FALSE(replacesMore("/dev/null", ""));
+}
+
 // The number of a process that has ended.
 pid_t endedProcess()
 {

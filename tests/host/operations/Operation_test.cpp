@@ -60,6 +60,13 @@ TEST(Operation, ReturnsAfterTheWorkersIdleReport)
     EXPECT_THAT(result.outcome.transfers, ElementsAre(TransferKind::kTracks));
 }
 
+TEST(Operation, LackOfMemoryIsAnErrorOfItsOwn)
+{
+    const auto result =
+        run([](const Status&) -> std::optional<gps::Error> { throw std::bad_alloc{}; });
+    EXPECT_EQ(result.outcome.error->description(), "There is not enough memory");
+}
+
 TEST(Operation, CallsFromTheCallersThreadAreConsumedOnAnother)
 {
     const auto result = run([](const Status& status) -> std::optional<gps::Error> {

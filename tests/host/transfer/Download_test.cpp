@@ -363,6 +363,26 @@ TEST_F(Download, OutputThatIsNotKeptEmptyIsCreatedOnlyWithARecord)
     EXPECT_EQ(download(oneWaypoint).output.state, State::kComplete);
 }
 
+TEST_F(Download, OneWithoutRecordsKeepsALargerOlderFileAndFails)
+{
+    folder_.put("trip.gpx", std::string(1000, 'x'));
+    const auto report = download(allTransfers);
+    EXPECT_TRUE(report.isComplete());
+    EXPECT_FALSE(report.succeeded());
+    EXPECT_EQ(report.output.state, State::kNone);
+    EXPECT_EQ(report.output.error->description(),
+              "No record arrived, so the output file was not written, and the older one is kept");
+    EXPECT_EQ(folder_.read("trip.gpx"), std::string(1000, 'x'));
+    EXPECT_EQ(download(oneWaypoint).output.state, State::kComplete);
+}
+
+TEST_F(Download, OneWithoutRecordsReplacesAnEmptyFileOfItsKind)
+{
+    std::filesystem::remove(folder_.path("trip.gpx"));
+    EXPECT_EQ(download(allTransfers).output.state, State::kComplete);
+    EXPECT_EQ(download(allTransfers).output.state, State::kComplete);
+}
+
 TEST_F(Download, OutputThatCannotBeOpenedIsReportedBeforeTheDriverIsAsked)
 {
     request_.output->path = folder_.path("no/such/folder.gpx");
