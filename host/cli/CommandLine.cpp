@@ -77,6 +77,19 @@ bool isOverruled(const CommandTable& table, const std::string& name)
 
 using Defaults = std::vector<const ConfiguredOption*>;
 
+void markDefaults(const Defaults& defaults, CommandOptions& options)
+{
+    const bool isEjectDefault =
+        std::any_of(defaults.begin(), defaults.end(),
+                    [](const ConfiguredOption* option) { return option->name == "eject"; });
+    std::visit(
+        [isEjectDefault](auto& command) {
+            if constexpr (requires { command.disk; })
+                command.disk.isEjectDefault = isEjectDefault;
+        },
+        options);
+}
+
 // Completes what was typed with these defaults.
 std::string finishWith(const Defaults& defaults, CommandTable& table, const RawOptions& typed,
                        std::optional<CommandOptions>& options)
@@ -84,7 +97,10 @@ std::string finishWith(const Defaults& defaults, CommandTable& table, const RawO
     table.restore(typed);
     for (const auto* const option : defaults)
         setDefault(table.app(), *option);
-    return finish(table.raw(), options);
+    auto wrong = finish(table.raw(), options);
+    if (wrong.empty())
+        markDefaults(defaults, *options);
+    return wrong;
 }
 
 // Leaves out defaults that do not fit to what was typed: as few as possible, the last ones first.

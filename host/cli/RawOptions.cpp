@@ -176,6 +176,8 @@ std::string check(const RawOptions& raw, WatchOptions& options)
         return noEvents("watch");
     if (raw.global.json)
         return "--json is not for watch, which prints its own lines";
+    if (options.into.empty())
+        return "--into needs a folder; \".\" is the current one";
     options.format = formatNamed(raw.format.value_or("gpx"));
     return options.format == nullptr ? unknownFormat(*raw.format) : "";
 }

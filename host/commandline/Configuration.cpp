@@ -16,9 +16,12 @@
 #define TOML_ENABLE_FORMATTERS 0
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <toml++/toml.h>
@@ -112,12 +115,17 @@ CLI::App* commandNamed(CLI::App& app, const std::string& name)
     return commands.empty() ? nullptr : commands.front();
 }
 
-// An option that a configuration can have: not an argument, and none of those that only make sense
-// where they are typed.
-CLI::Option* optionIn(CLI::App& table, const std::string& name)
+// Whether an option only makes sense where it is typed.
+bool isTypedOnly(std::string_view name)
 {
     constexpr std::array<std::string_view, 4> kTypedOnly{"help", "version", "config", "no-config"};
-    if (std::find(kTypedOnly.begin(), kTypedOnly.end(), name) != kTypedOnly.end())
+    return std::find(kTypedOnly.begin(), kTypedOnly.end(), name) != kTypedOnly.end();
+}
+
+// An option that a configuration can have: neither an argument nor an option for typing only.
+CLI::Option* optionIn(CLI::App& table, const std::string& name)
+{
+    if (isTypedOnly(name))
         return nullptr;
     auto* const option = table.get_option_no_throw("--" + name);
     return option == nullptr || option->get_positional() ? nullptr : option;
@@ -126,8 +134,8 @@ CLI::Option* optionIn(CLI::App& table, const std::string& name)
 void addNames(const CLI::App& table, std::vector<std::string>& names)
 {
     for (const auto* option : visibleOptions(table)) {
-        for (const auto& name : option->get_lnames())
-            names.push_back(name);
+        const auto& own = option->get_lnames();
+        std::remove_copy_if(own.begin(), own.end(), std::back_inserter(names), isTypedOnly);
     }
 }
 
@@ -167,6 +175,9 @@ std::string unknownText(const ConfiguredOption& option, CLI::App& app)
         return fmt::format("there is no command \"{}\"{}", option.command,
                            guessText(option.command, names));
     }
+    if (isTypedOnly(option.name))
+        return fmt::format("\"{}\" can be typed only, and has no place in a configuration file",
+                           option.name);
     for (const auto* table : tablesFor(option, app))
         addNames(*table, names);
     return fmt::format("there is no option \"{}\"{}{}", option.name,
@@ -280,6 +291,13 @@ CLI::Option* chosenOption(const ConfiguredOption& configured, CLI::App& app)
 std::string readConfiguration(Configuration& configuration)
 {
     std::string text;
+    std::error_code error;
+    const auto kind = std::filesystem::status(configuration.path, error).type();
+    if (std::filesystem::canonical(configuration.path, error) == "/dev/null")
+        return {}; // the usual name of a file with nothing in it
+    if (kind == std::filesystem::file_type::fifo || kind == std::filesystem::file_type::character)
+        return fmt::format("{} is a pipe or a device, not a file; name a file, or {}",
+                           configuration.path, configuration.escape);
     if (const auto failure = gps::FileManager{}.readFile(configuration.path, text)) {
         const auto* const reason = failure->userInfo().findString(gps::kErrorReasonKey);
         return fmt::format("{} cannot be read{}; check its path and permissions, or {}",

@@ -82,7 +82,9 @@ std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
     if (options_.eject) {
         ejected_ = hasMounted() ? mounted_.all().front().node : diskAt(found.location);
         folder_ = found.location;
-        if (ejected_.empty())
+        if (ejected_.empty() && options_.isEjectDefault)
+            options_.eject = false;
+        else if (ejected_.empty())
             return hostError("This device cannot be ejected, because it is not a removable disk",
                              "Leave out --eject", found.location);
     }

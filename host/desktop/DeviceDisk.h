@@ -18,8 +18,9 @@ namespace host {
 
 /// What the user wants done with the device's disk.
 struct DiskOptions {
-    bool mount = false; ///< mount it if it is not mounted, and unmount it afterwards
-    bool eject = false; ///< unmount it after a transfer, and switch the device off
+    bool mount = false;          ///< mount it if it is not mounted, and unmount it afterwards
+    bool eject = false;          ///< unmount it after a transfer, and switch the device off
+    bool isEjectDefault = false; ///< only if the device is a disk: nobody has typed it
 };
 
 class DeviceDisk {

@@ -45,10 +45,15 @@ int makeFolder(gps::FileSystem& files, const std::string& path)
 
 std::optional<gps::Error> makeFolders(const std::string& path, gps::FileSystem& files)
 {
-    if (const int failure = makeFolder(files, path))
-        return systemError("A folder cannot be created",
-                           "Check its permissions and the free space there", path, failure);
-    return std::nullopt;
+    const int failure = makeFolder(files, path);
+    if (failure == 0)
+        return std::nullopt;
+    const bool isFileInTheWay = failure == EEXIST || failure == ENOTDIR;
+    return systemError("A folder cannot be created",
+                       isFileInTheWay
+                           ? "There is a file where a folder is needed. Choose another one"
+                           : "Check its permissions and the free space there",
+                       path, failure);
 }
 
 std::optional<gps::Error> writeFile(const std::string& path, std::string_view bytes,

@@ -87,9 +87,9 @@ void GpxWriter::writeMetadata(const RecordOrigin& origin)
         appendXml(text, origin.receiver);
         text += "</desc>";
     }
-    if (hasTimestamp({.time = origin.time})) {
+    if (origin.time) {
         text += "<time>";
-        appendTimestamp(text, origin.time, 'T');
+        appendTimestamp(text, *origin.time, 'T');
         text += "Z</time>";
     }
     output_.write(text);

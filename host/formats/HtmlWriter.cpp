@@ -252,7 +252,7 @@ std::optional<gps::Error> HtmlWriter::finish()
     appendMember(text_, "title", origin_.title);
     appendMember(text_, "receiver", origin_.receiver);
     appendMember(text_, "identifier", origin_.identifier);
-    appendMember(text_, "made", origin_.time != 0 ? std::optional{origin_.time} : std::nullopt);
+    appendMember(text_, "made", origin_.time);
     appendMember(text_, "note", globe_.remark());
     appendTiles(text_, origin_.tiles);
     appendSurroundings(text_, areas_.find());

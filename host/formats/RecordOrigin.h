@@ -7,6 +7,7 @@
 #include "host/formats/PageTiles.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -18,8 +19,9 @@ struct RecordOrigin {
     std::string title{};      ///< of the output, for the user; empty without one
     std::string receiver{};   ///< for the user; empty if the records are not from a receiver
     std::string identifier{}; ///< of the receiver, such as a serial number; empty if not known
-    std::int64_t time = 0;    ///< seconds since 1970-01-01 00:00 UTC; 0: unknown
-    PageTiles tiles{};        ///< not an origin of records, but of the page's map
+    /// Seconds since 1970-01-01 00:00 UTC, before the year 10000; nullopt: unknown.
+    std::optional<std::int64_t> time{};
+    PageTiles tiles{}; ///< not an origin of records, but of the page's map
 };
 
 } // namespace host

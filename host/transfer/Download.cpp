@@ -45,7 +45,8 @@ std::int64_t timeOfOutput()
 {
     const char* const fixed = std::getenv("SOURCE_DATE_EPOCH");
     const auto time = fixed != nullptr ? gps::wholeInteger(fixed) : std::nullopt;
-    return time.value_or(std::time(nullptr));
+    constexpr std::int64_t kEnd = 253402300800; // of the year 9999: formats have four digits
+    return time && *time >= 0 && *time < kEnd ? *time : std::time(nullptr);
 }
 
 gps::Error olderFileKept(const std::string& path)

@@ -40,7 +40,18 @@ TEST_F(Configuration, OptionsOfAnyCommandGetTheirDefaults)
     EXPECT_THAT(run(text, {"acquire"}).out, StartsWith("{\"status\":0"));
     EXPECT_THAT(run(text, {"info"}).out, StartsWith("{\"name\""));
     EXPECT_THAT(run("[import]\nno-config = true\n", {"info"}).err,
-                HasSubstr("there is no option \"no-config\""));
+                HasSubstr("\"no-config\" can be typed only"));
+}
+
+TEST_F(Configuration, EjectIsForDisksOnlyUnlessItIsTyped)
+{
+    const auto text = "[acquire]\neject = true\ndevice = \"" + receiver_.path() + "\"\n";
+    const auto ran = run(text, {"acquire"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.err, Not(HasSubstr("eject")));
+    const auto typed = run(text, {"acquire", "--eject"});
+    EXPECT_EQ(typed.status, 3);
+    EXPECT_THAT(typed.err, HasSubstr("This device cannot be ejected"));
 }
 
 TEST_F(Configuration, FileIsReadFromTheHomeFolderWithoutTheVariable)

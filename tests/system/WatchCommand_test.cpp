@@ -211,6 +211,19 @@ TEST_F(WatchCommand, FolderThatCannotBeWrittenIsAnErrorAtOnce)
     EXPECT_THAT(ran.out, IsEmpty());
 }
 
+TEST_F(WatchCommand, FileOrNothingInPlaceOfAFolderIsAnErrorAtOnce)
+{
+    const auto file = out_.put("file", "");
+    const auto ran = support::magellangps({"watch", "--into", file});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.err, "magellangps: A folder cannot be created: File exists. There is a file "
+                       "where a folder is needed. Choose another one. Path: " +
+                           file + '\n');
+    const auto none = support::magellangps({"watch", "--into", ""});
+    EXPECT_EQ(none.status, 2);
+    EXPECT_THAT(none.err, HasSubstr("--into needs a folder; \".\" is the current one"));
+}
+
 TEST_F(WatchCommand, NewOnlyNeedsAStateFolder)
 {
     const auto ran = support::run(

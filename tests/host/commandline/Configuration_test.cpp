@@ -8,8 +8,11 @@
 #include <CLI/CLI.hpp>
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <optional>
 #include <string>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -154,9 +157,36 @@ TEST_F(ConfigurationTest, UnknownNamesAreGuessed)
 
 TEST_F(ConfigurationTest, ArgumentsAndWhatOnlyMakesSenseTypedAreNoOptions)
 {
-    for (const char* const name : {"help", "no-config", "files", "--quiet", "q"})
+    for (const char* const name : {"files", "--quiet", "q"})
         EXPECT_THAT(mistakeIn(std::string{"[get]\n\""} + name + "\" = true\n"),
                     HasSubstr("there is no option"));
+    for (const std::string name : {"help", "version", "config", "no-config"})
+        for (const char* const table : {"", "[get]\n"})
+            EXPECT_THAT(mistakeIn(table + name + " = true\n"),
+                        testing::EndsWith('"' + name +
+                                          "\" can be typed only, and has no place in a "
+                                          "configuration file"));
+}
+
+TEST_F(ConfigurationTest, WhatOnlyMakesSenseTypedIsNotGuessed)
+{
+    EXPECT_THAT(mistakeIn("no-confi = true\n"), Not(HasSubstr("did you mean")));
+}
+
+TEST_F(ConfigurationTest, NullDeviceIsAnEmptyFileAndAPipeOrAnotherDeviceAMistake)
+{
+    ASSERT_EQ(::mkfifo(folder_.path("pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/null", folder_.path("none.toml"));
+    for (const auto& path : {std::string{"/dev/null"}, folder_.path("none.toml")}) {
+        Configuration configuration{path, "skip it"};
+        EXPECT_EQ(host::readConfiguration(configuration), "");
+        EXPECT_THAT(configuration.options, IsEmpty());
+    }
+    for (const auto& path : {std::string{"/dev/zero"}, folder_.path("pipe")}) {
+        Configuration configuration{path, "skip it"};
+        EXPECT_EQ(host::readConfiguration(configuration),
+                  path + " is a pipe or a device, not a file; name a file, or skip it");
+    }
 }
 
 TEST_F(ConfigurationTest, ValueOfAnotherFormIsAMistake)

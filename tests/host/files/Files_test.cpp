@@ -36,6 +36,8 @@ TEST(Files, FileWhereAFolderIsNeededIsAnError)
         ASSERT_TRUE(failure) << path;
         EXPECT_EQ(failure->domain(), host::kSystemErrorDomain);
         EXPECT_EQ(failure->path(), folder.path(path));
+        EXPECT_EQ(failure->suggestion(),
+                  "There is a file where a folder is needed. Choose another one");
     }
 }
 

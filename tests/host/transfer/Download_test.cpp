@@ -657,7 +657,10 @@ TEST_F(Download, OutputHasAFixedTimeIfTheEnvironmentHasOne)
         return folder_.read("trip.gpx");
     };
     EXPECT_THAT(written("1717236000"), HasSubstr("<time>2024-06-01T10:00:00Z</time>"));
-    EXPECT_THAT(written("soon"), HasSubstr("<time>2"));
+    EXPECT_THAT(written("0"), HasSubstr("<time>1970-01-01T00:00:00Z</time>"));
+    EXPECT_THAT(written("253402300799"), HasSubstr("<time>9999-12-31T23:59:59Z</time>"));
+    for (const char* const time : {"soon", "-1", "253402300800"})
+        EXPECT_THAT(written(time), HasSubstr("<time>2")) << time;
     EXPECT_THAT(written("soon"), testing::Not(HasSubstr("<time>2024-06-01T10:00:00Z</time>")));
 }
 
