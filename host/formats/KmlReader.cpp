@@ -134,7 +134,7 @@ public:
     }
 
     // Returns an empty text behind the last one.
-    std::string_view current() const
+    [[nodiscard]] std::string_view current() const
     {
         const auto* const end = std::find_if(rest_.begin(), rest_.end(), gps::isWhiteSpace);
         return rest_.substr(0, static_cast<std::size_t>(end - rest_.begin()));

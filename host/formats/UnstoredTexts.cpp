@@ -33,22 +33,22 @@ bool isLink(const pugi::xml_node& node, std::string_view name)
 
 void UnstoredTexts::addWaypoint(const pugi::xml_node& element, bool isGeocache)
 {
-    add(element, isGeocache ? kGeocache : kWaypoint);
+    add(element, isGeocache ? kGeocacheTexts : kWaypointTexts);
 }
 
 void UnstoredTexts::addRoute(const pugi::xml_node& element)
 {
-    add(element, kRoute);
+    add(element, kRouteTexts);
 }
 
 void UnstoredTexts::addRoutePoint(const pugi::xml_node& element)
 {
-    add(element, kRoutePoint);
+    add(element, kRoutePointTexts);
 }
 
 void UnstoredTexts::addTrack(const pugi::xml_node& element)
 {
-    add(element, kTrack);
+    add(element, kTrackTexts);
 }
 
 // One walk over the children, which are few: this runs for each waypoint.
@@ -70,14 +70,14 @@ void UnstoredTexts::add(const pugi::xml_node& element, Noun noun)
             hasLink = hasLink || isLink(node, name);
     }
     auto& counts = counts_[noun];
-    if (noun == kTrack) { // stores neither of the two texts, and all others one
-        counts[kComment] += comment ? 1U : 0U;
-        counts[kDescription] += description ? 1U : 0U;
+    if (noun == kTrackTexts) { // stores neither of the two texts, and all others one
+        counts[kComments] += comment ? 1U : 0U;
+        counts[kDescriptions] += description ? 1U : 0U;
     } else if (comment && description) {
-        counts[kDescription] += textOf(comment) != textOf(description) ? 1U : 0U;
+        counts[kDescriptions] += textOf(comment) != textOf(description) ? 1U : 0U;
     }
-    counts[kLink] += hasLink ? 1U : 0U;
-    counts[kType] += hasType && noun != kGeocache ? 1U : 0U;
+    counts[kLinks] += hasLink ? 1U : 0U;
+    counts[kTypes] += hasType && noun != kGeocacheTexts ? 1U : 0U;
 }
 
 void UnstoredTexts::addTo(std::vector<UnstoredText>& unstored) const

@@ -28,8 +28,15 @@ public:
     void addTo(std::vector<UnstoredText>& unstored) const;
 
 private:
-    enum Noun : std::size_t { kWaypoint, kGeocache, kRoute, kRoutePoint, kTrack, kNouns };
-    enum Field : std::size_t { kComment, kDescription, kLink, kType, kFields };
+    enum Noun : std::size_t {
+        kWaypointTexts,
+        kGeocacheTexts,
+        kRouteTexts,
+        kRoutePointTexts,
+        kTrackTexts,
+        kNouns
+    };
+    enum Field : std::size_t { kComments, kDescriptions, kLinks, kTypes, kFields };
 
     void add(const pugi::xml_node& element, Noun noun);
 

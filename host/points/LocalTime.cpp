@@ -53,9 +53,9 @@ char* putLocalTime(char* at, std::int64_t time) noexcept
 // The offset is that of a day before or after: no zone changes twice within two days.
 ClockTimes whenClocksShow(std::int64_t shown) noexcept
 {
-    constexpr std::int64_t kDay = 86400;
-    const auto before = offsetAt(shown - kDay);
-    const auto after = offsetAt(shown + kDay);
+    constexpr std::int64_t kOneDay = 86400; // seconds
+    const auto before = offsetAt(shown - kOneDay);
+    const auto after = offsetAt(shown + kOneDay);
     const auto first = shown - before;
     const auto second = shown - after;
     const bool isFirst = offsetAt(first) == before;
@@ -64,7 +64,7 @@ ClockTimes whenClocksShow(std::int64_t shown) noexcept
         return {std::min(first, second), std::max(first, second)};
     if (isFirst || isSecond)
         return isFirst ? ClockTimes{first, first} : ClockTimes{second, second};
-    const auto change = changeBetween(shown - kDay, shown + kDay);
+    const auto change = changeBetween(shown - kOneDay, shown + kOneDay);
     return {change, change};
 }
 
