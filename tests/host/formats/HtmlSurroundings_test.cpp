@@ -53,6 +53,7 @@ TEST(HtmlSurroundings, EveryAreaIsThereAndTheFirstSevenHavePlaces)
 {
     const std::vector<double> longitudes{3, 7, 11, 15, 19, 23, 27, 31, 35};
     std::vector<gps::GPSPoint> points;
+    points.reserve(longitudes.size());
     for (const double longitude : longitudes)
         points.push_back({.latitude = 48, .longitude = longitude});
     const auto data = surroundingsOf(points);

@@ -68,7 +68,7 @@ TEST(HtmlTables, GeocacheHasAllThatIsKnownOfIt)
 
 TEST(HtmlTables, NothingInATextIsMarkup)
 {
-    const std::string hostile = "</noscript><script>&\"\n\x1b\u202E";
+    const std::string hostile = "</noscript><script>&\"\n\x1b\xE2\x80\x8E";
     const std::string harmless = "&lt;/noscript&gt;&lt;script&gt;&amp;&quot; \uFFFD\uFFFD";
     EXPECT_THAT(rowOf({}, {{"name", hostile}}), HasSubstr("<td>" + harmless + "<td>"));
     std::string row;
