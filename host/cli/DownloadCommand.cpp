@@ -14,6 +14,7 @@
 #include "host/formats/EventLines.h"
 #include "host/transfer/ChoiceFilter.h"
 #include "host/transfer/Download.h"
+#include "host/transfer/KindFilter.h"
 #include "host/watching/NewRecordFilter.h"
 #include "host/words/DownloadMessages.h"
 
@@ -102,6 +103,7 @@ private:
     KnownRecords* known_; // null without --new-only
     ChoiceFilter choice_;
     std::optional<NewRecordFilter> newOnly_;
+    std::optional<KindFilter> kinds_; // for an import of some kinds
     bool isSummaryShown_;
     ProgressLine progress_;
     Output standardOutput_{STDOUT_FILENO, "the standard output"};
@@ -170,6 +172,8 @@ void DownloadCommand::loadKnown()
 // The choice comes first: what it leaves out is not saved, so it is not remembered.
 void DownloadCommand::addFilters(DownloadRequest& request)
 {
+    if (!request.sourceFiles.empty() && !request.driverOptions && !request.kinds.areAll())
+        request.filters.push_back(&kinds_.emplace(request.kinds));
     if (!options_.choice.isEverything())
         request.filters.push_back(&choice_);
     if (newOnly_)
@@ -181,7 +185,7 @@ void DownloadCommand::addFilters(DownloadRequest& request)
 
 bool DownloadCommand::isChoosing() const
 {
-    return newOnly_ || !options_.choice.isEverything();
+    return kinds_ || newOnly_ || !options_.choice.isEverything();
 }
 
 void DownloadCommand::printChoice(const DownloadReport& report)

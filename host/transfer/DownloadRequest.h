@@ -25,6 +25,8 @@ struct RequestedKinds {
     bool waypoints = true; ///< with geocaches
     bool routes = true;
     bool tracks = true;
+
+    [[nodiscard]] bool areAll() const noexcept { return waypoints && routes && tracks; }
 };
 
 /// The file that a download writes.

@@ -4,6 +4,7 @@
 #include "host/window/DevicePane.h"
 
 #include "host/base/Text.h"
+#include "host/bundle/SerialPort.h"
 #include "host/window/Accessible.h"
 #include "host/words/ProgressText.h"
 
@@ -16,6 +17,7 @@ namespace {
 
 constexpr int kGap = 12;        // pixels
 constexpr int kWidth = 300;     // of the pane, in pixels
+constexpr int kMostInLine = 32; // characters; a longer text is wrapped
 constexpr int kMostOfName = 80; // characters; the row wraps them
 
 Gtk::Label* leftLabel(const std::string& text)
@@ -23,6 +25,7 @@ Gtk::Label* leftLabel(const std::string& text)
     auto* const label =
         Gtk::make_managed<Gtk::Label>(displayText(text, kMostOfName), Gtk::Align::START);
     label->set_wrap(true);
+    label->set_max_width_chars(kMostInLine);
     label->set_xalign(0);
     return label;
 }
@@ -67,6 +70,7 @@ DevicePane::DevicePane(Handlers handlers)
     stop_.signal_clicked().connect([this] { handlers_.stop(); });
     progress_.set_show_text(true);
     progress_.set_ellipsize(Pango::EllipsizeMode::END);
+    empty_.set_max_width_chars(kMostInLine);
     for (auto* const kind : {&waypoints_, &routes_, &tracks_}) {
         kind->set_active(true);
         kind->signal_toggled().connect([this] { updateButtons(); });
@@ -88,7 +92,7 @@ void DevicePane::setState(const ReceiverState& state)
     for (std::size_t driver = 0; driver < state.drivers.size(); ++driver)
         addRows(driver, state.drivers[driver]);
     list_.set_visible(!places_.empty());
-    empty_.set_visible(places_.empty());
+    empty_.set_visible(!firstCandidate());
     empty_.set_text(!state.failure.empty() ? state.failure
                                            : "Plug a receiver in.\n\n" + state.explanation);
     const auto same = std::find_if(places_.begin(), places_.end(),
@@ -96,9 +100,22 @@ void DevicePane::setState(const ReceiverState& state)
     if (same != places_.end())
         selectRow(static_cast<std::size_t>(same - places_.begin()));
     else
-        selectRow(places_.empty() ? std::nullopt : std::optional<std::size_t>{0});
+        selectRow(firstCandidate());
     isUpdating_ = false;
     showSelected();
+}
+
+// A port may be anything; it is asked only if it is an adapter or known to be a receiver's, or if
+// the user selects it.
+std::optional<std::size_t> DevicePane::firstCandidate() const
+{
+    const auto candidate = std::find_if(places_.begin(), places_.end(), [&](const Place& place) {
+        const auto& device = state_.drivers[place.driver].devices[place.device];
+        return !isSerialPort(device.location) || device.isOnUsb || device.isKnownReceiver;
+    });
+    return candidate != places_.end()
+               ? std::optional{static_cast<std::size_t>(candidate - places_.begin())}
+               : std::nullopt;
 }
 
 void DevicePane::addRows(std::size_t driver, const DriverState& state)
@@ -149,7 +166,6 @@ std::optional<std::size_t> DevicePane::selectedRow() const
 void DevicePane::startDownload()
 {
     if (const auto row = selectedRow()) {
-        setBusy(true);
         handlers_.download(places_[*row].driver, {.waypoints = waypoints_.get_active(),
                                                   .routes = routes_.get_active(),
                                                   .tracks = tracks_.get_active()});

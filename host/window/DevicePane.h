@@ -51,6 +51,7 @@ private:
 
     void addRows(std::size_t driver, const DriverState& state);
     void selectRow(std::optional<std::size_t> row);
+    [[nodiscard]] std::optional<std::size_t> firstCandidate() const;
     void rowSelected();
     void showSelected();
     void startDownload();

@@ -11,6 +11,7 @@
 
 #include <gps/Geocache.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -43,6 +44,14 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
     return (received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
 }
 
+bool isOneOf(const std::string& path, const std::vector<std::string>& files)
+{
+    return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+        std::error_code ignored;
+        return std::filesystem::equivalent(path, file, ignored);
+    });
+}
+
 // The C++ binding has no class for the items of the list.
 std::vector<std::string> pathsOf(Gtk::FileChooser& chooser)
 {
@@ -65,8 +74,12 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                                  auto item) { receivers_->pick(driver, control, item); },
                 .pressed = [this](auto driver,
                                   const auto& control) { receivers_->press(driver, control); },
-                .download = [this](auto driver,
-                                   const auto& kinds) { receivers_->download(driver, kinds); },
+                .download =
+                    [this](auto driver, const auto& kinds) {
+                        setBusy(true);
+                        sources_.clear();
+                        receivers_->download(driver, kinds);
+                    },
                 .stop = [this] { receivers_->stop(); }}),
       list_({.ticked = [this] { map_.setTicked(list_.ticked()); },
              .selected = [this](const RecordItem& item) { showOnMap(item); }})
@@ -89,7 +102,8 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
             .changed = [this](ReceiverState state) { devices_.setState(state); },
             .progressed =
                 [this](const TransferProgress& progress) { devices_.setProgress(progress); },
-            .received = [this](ReceivedRecords received) { setReceived(std::move(received)); }});
+            .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
+            .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); }});
     open(paths);
 }
 
@@ -123,6 +137,7 @@ void MainWindow::addActions()
     window_->add_action("export", [this] { chooseExport(); })->set_enabled(false);
 }
 
+// What a second import brought would replace what the user has not seen yet.
 void MainWindow::open(const std::vector<std::string>& paths)
 {
     std::vector<std::string> files;
@@ -135,19 +150,38 @@ void MainWindow::open(const std::vector<std::string>& paths)
     }
     if (files.empty())
         return;
-    devices_.setBusy(true);
+    if (isBusy_) {
+        messages_.show("The files were not imported, because another transfer is running. Wait for "
+                       "its end, and open them again.",
+                       {}, true);
+        return;
+    }
+    setBusy(true);
+    sources_ = files;
     receivers_->import(files);
+}
+
+void MainWindow::setBusy(bool isBusy)
+{
+    isBusy_ = isBusy;
+    devices_.setBusy(isBusy);
+    enable("import", !isBusy);
+    enable("export", !isBusy && shown_.records && !shown_.records->isEmpty());
+}
+
+void MainWindow::enable(const char* action, bool isEnabled)
+{
+    std::dynamic_pointer_cast<Gio::SimpleAction>(window_->lookup_action(action))
+        ->set_enabled(isEnabled);
 }
 
 void MainWindow::setReceived(ReceivedRecords received)
 {
     shown_ = std::move(received);
-    devices_.setBusy(false);
+    setBusy(false);
     map_.setRecords(*shown_.records);
     list_.setRecords(*shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
-    std::dynamic_pointer_cast<Gio::SimpleAction>(window_->lookup_action("export"))
-        ->set_enabled(!shown_.records->isEmpty());
 }
 
 void MainWindow::showOnMap(const RecordItem& item)
@@ -210,6 +244,12 @@ void MainWindow::exportTo(const std::string& path)
     if (format == nullptr) {
         messages_.show("The name of the file must end in one of these: " + formatNames() + ".", {},
                        true);
+        return;
+    }
+    if (isOneOf(path, sources_)) {
+        messages_.show("The file was not replaced, because it is what the records were imported "
+                       "from, and may hold more than is shown. Choose another name.",
+                       {}, true);
         return;
     }
     auto origin = shown_.origin;

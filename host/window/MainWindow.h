@@ -40,6 +40,8 @@ private:
     void chooseFolder();
     void chooseFiles();
     void chooseExport();
+    void setBusy(bool isBusy);
+    void enable(const char* action, bool isEnabled);
     void choose(const char* title, Gtk::FileChooser::Action action,
                 std::function<void(const std::vector<std::string>& paths)> chosen);
     void exportTo(const std::string& path);
@@ -51,6 +53,8 @@ private:
     RecordList list_;
     Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
     ReceivedRecords shown_;
+    std::vector<std::string> sources_; // the files that shown_ was imported from
+    bool isBusy_ = false;
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };
 

@@ -31,10 +31,12 @@ void MessageBar::show(const Glib::ustring& sentence, const std::vector<Message>&
 {
     sentence_.set_text(sentence);
     std::string lines;
-    for (const auto& message : messages)
-        lines.append(lines.empty() ? "" : "\n").append(displayText(message.text));
+    for (const auto& message : messages) {
+        if (!message.text.empty())
+            lines.append(lines.empty() ? "" : "\n").append(displayText(message.text));
+    }
     messages_.set_text(lines);
-    details_.set_visible(!messages.empty());
+    details_.set_visible(!lines.empty());
     details_.set_expanded(true); // what was damaged is not to be overlooked
     set_message_type(isError ? Gtk::MessageType::WARNING : Gtk::MessageType::INFO);
     set_revealed(!sentence.empty());

@@ -5,6 +5,7 @@
 #include "host/window/Receivers.h"
 
 #include "host/base/Sentences.h"
+#include "host/bundle/DeviceSearch.h"
 #include "host/records/RecordKeeper.h"
 #include "host/transfer/Download.h"
 #include "host/window/MainLoop.h"
@@ -13,10 +14,27 @@
 
 #include <gps/View.h>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
 namespace host {
+namespace {
+
+// nullopt for a folder that a driver lists.
+std::optional<gps::Error> whyNoReceiver(const std::vector<Driver>& drivers,
+                                        const std::string& folder)
+{
+    for (const auto& driver : drivers) {
+        for (const auto& device : devicesOf(*driver)) {
+            if (device.location == folder)
+                return std::nullopt;
+        }
+    }
+    return explainFolder(drivers, folder);
+}
+
+} // namespace
 
 Receivers::Receivers(std::optional<std::string> bundle, std::vector<std::string> folders,
                      Handlers handlers)
@@ -98,9 +116,12 @@ void Receivers::press(std::size_t driver, const std::string& control)
 void Receivers::addFolder(const std::string& folder)
 {
     thread_.post([this, folder] {
-        folders_.push_back(folder);
+        if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end())
+            folders_.push_back(folder);
         setTestFolders(folders_);
         refresh({.volumes = true});
+        if (const auto reason = whyNoReceiver(plugIn_.drivers, folder))
+            deliver(handlers_.refused, sentencesOf(*reason));
     });
 }
 

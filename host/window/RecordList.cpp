@@ -10,6 +10,7 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,7 +20,8 @@ namespace {
 
 std::string nameOf(const gps::Dictionary& record, const char* unnamed)
 {
-    const auto name = displayText(textIn(record, "name"));
+    constexpr std::size_t kMostShown = 60; // characters, so that the details keep their place
+    const auto name = displayText(textIn(record, "name"), kMostShown);
     return name.empty() ? unnamed : name;
 }
 

@@ -735,6 +735,32 @@ class PageTest(unittest.TestCase):
             self.browser.choose("#colours", kind)
             self.assertEqual(self.browser.ask("page.map.box.clientHeight"), before)
 
+    def is_area_in_sight(self, area):
+        return self.browser.ask("""(({ bounds: { west, east, south, north } }, view) =>
+            [view.toPixelX(west), view.toPixelX(east)].every((x) => x >= 0 && x <= view.width) &&
+            [view.toPixelY(south), view.toPixelY(north)].every((y) => y >= 0 && y <= view.height)
+            )(page.collection.areas[arguments[0]], page.map.view)""", area)
+
+    def test_what_was_asked_for_stays_in_sight_until_the_map_is_moved(self):
+        self.browser.resize(1280, 900)
+        self.browser.open(self.sample)
+        self.assertTrue(self.is_area_in_sight(0))
+        self.browser.run("page.map.fit(page.collection.areas[1].bounds)")
+        self.browser.find("#symbols summary").click()  # takes height from the map
+        self.browser.settle()
+        self.assertTrue(self.is_area_in_sight(1))
+        self.browser.find("#zoom-in").click()
+        scale = self.browser.ask("page.map.view.scale")
+        self.browser.find("#symbols summary").click()
+        self.browser.settle()
+        self.assertEqual(self.browser.ask("page.map.view.scale"), scale)
+
+    def test_more_waypoints_than_a_call_has_arguments_are_listed(self):
+        count = 80000
+        point = {"name": "", "comment": "", "symbol": "", "at": [46000000, 7000000, None, None]}
+        self.browser.open(self.filled({"waypoints": [point] * count}))
+        self.assertEqual(self.count("#table-waypoints tbody tr"), count)
+
     def test_the_controls_on_a_low_map_do_not_overlap(self):
         self.browser.resize(320, 256)
         self.browser.open(self.sample)

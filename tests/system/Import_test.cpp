@@ -9,12 +9,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <regex>
+#include <tuple>
 
 namespace {
 
 using support::magellangps;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr char kFiles[] = MAGELLAN_SOURCE_DIR "/samples/files/";
 
@@ -57,6 +59,22 @@ TEST(Import, AllSampleFilesGoIntoOneValidGpx)
                                        MAGELLAN_SOURCE_DIR "/tests/schemas/gpx-with-cache.xsd",
                                        folder.path("all.gpx")});
     EXPECT_EQ(checked.status, 0) << checked.err;
+}
+
+TEST(Import, KindThatIsNotWantedIsLeftOutOfTheOutput)
+{
+    const support::TemporaryFolder folder;
+    const std::vector<std::string> words{"import", std::string{kFiles} + "trip.log",
+                                         std::string{kFiles} + "points.upt", "-o",
+                                         folder.path("all.gpx")};
+    for (const auto& [option, gone, kept] :
+         {std::tuple{"--no-tracks", "<trk>", "<wpt "}, {"--no-waypoints", "<wpt ", "<trk>"}}) {
+        auto these = words;
+        these.emplace_back(option);
+        const auto ran = magellangps(these);
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(folder.read("all.gpx"), AllOf(HasSubstr(kept), Not(HasSubstr(gone))));
+    }
 }
 
 TEST(Import, FolderIsOneDownloadOfAllItsFiles)

@@ -134,6 +134,27 @@ class WindowTest(unittest.TestCase):
         opened.find("label", begins("The name of the file must end in one of these: "))
         self.assertEqual(list(self.folder.iterdir()), [])
 
+    def test_imported_file_is_not_overwritten(self):
+        source = self.folder / "source.gpx"
+        source.write_text('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">'
+                          '<wpt lat="1" lon="2"><name>A</name><extensions/></wpt></gpx>')
+        before = source.read_text()
+        opened = self.open(source)
+        opened.find("check box", "A")
+        self.export(opened, "source.gpx")
+        opened.press("push button", "Replace")
+        opened.find("label", begins("The file was not replaced"))
+        self.assertEqual(source.read_text(), before)
+
+    def test_folder_that_is_no_receiver_is_explained(self):
+        opened = self.open(SAMPLES / "files")
+        opened.find("label", lambda name: "UNIT_ID.DAT" in name)
+
+    def test_without_a_receiver_nothing_is_selected(self):
+        opened = self.open()
+        opened.find("label", begins("Plug a receiver in."))
+        self.assertFalse(opened.can_be_used("push button", "Download"))
+
     def test_every_control_has_a_name(self):
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)

@@ -14,7 +14,7 @@ export class TrackCards {
     this.cards = tracks.map((track) => new TrackCard(track, { mark, stretch }, actions));
     this.marked_ = null;
     this.list_ = byId("cards");
-    this.list_.append(...this.cards.map((card) => card.element));
+    this.cards.forEach((card) => this.list_.append(card.element));
     this.drawChartsInView_();
     this.prepareWhenIdle_(0);
     mark.onChange((item, index) => this.followMark_(item, index));

@@ -36,26 +36,33 @@ export class TrackMap {
     this.painter_ = new TrackPainter(this.context_, this.view);
     this.points_ = new PointPainter(this.context_, this.view);
     this.isDrawingSoon_ = false;
+    this.fitted_ = null; // the bounds that were fitted last, if the map was not moved since
   }
 
-  // Follows the element's size; the middle of the map stays where it is.
+  // Follows the element's size. What was asked for stays in sight until the reader moves the map;
+  // after that, the middle stays where it is.
   measure() {
     this.view.width = Math.max(this.box.clientWidth, 1);
     this.view.height = Math.max(this.box.clientHeight, 1);
+    if (this.fitted_)
+      this.view.fit(this.fitted_);
     this.drawSoon();
   }
 
   fit(bounds) {
+    this.fitted_ = bounds;
     this.view.fit(bounds);
     this.afterMove_();
   }
 
   zoomAt(factor, px, py) {
+    this.fitted_ = null;
     this.view.zoomAt(factor, px, py);
     this.afterMove_();
   }
 
   panBy(dx, dy) {
+    this.fitted_ = null;
     this.view.panBy(dx, dy);
     this.afterMove_();
   }

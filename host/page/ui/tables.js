@@ -31,12 +31,15 @@ function makeSection(title, count, table) {
 
 function makeTable(columns, items, onShow) {
   const rows = items.map((item) => ({ item, row: element("tr") }));
-  const body = element("tbody", {}, ...rows.map(({ row }) => row));
+  const body = element("tbody");
+  // One by one: a call cannot have as many arguments as a receiver has waypoints.
+  const fill = () => rows.forEach(({ row }) => body.append(row));
+  fill();
   const refresh = () => rows.forEach(({ item, row }) =>
     row.replaceChildren(...columns.map((column) => makeCell(column, item, onShow))));
   const sort = (column, direction) => {
     rows.sort((a, b) => compareValues(column.value(a.item), column.value(b.item), direction));
-    body.append(...rows.map(({ row }) => row));
+    fill();
   };
   const headings = element("tr", {}, ...columns.map((column) => makeHeading(column, sort)));
   return { table: element("table", {}, element("thead", {}, headings), body), refresh };
