@@ -11,6 +11,7 @@
 #include "host/cli/InputFiles.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/Summary.h"
+#include "host/files/Files.h"
 #include "host/formats/EventLines.h"
 #include "host/transfer/ChoiceFilter.h"
 #include "host/transfer/Download.h"
@@ -19,11 +20,9 @@
 #include "host/words/DownloadMessages.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -47,11 +46,7 @@ std::vector<Message> messagesOf(const DownloadReport& report, const DownloadOpti
 std::optional<gps::Error> checkOutputOf(const std::vector<std::string>& files,
                                         const DownloadOptions& options)
 {
-    const auto isOutput = [&options](const std::string& file) {
-        std::error_code ignored;
-        return std::filesystem::equivalent(file, *options.output, ignored);
-    };
-    if (!options.output || std::none_of(files.begin(), files.end(), isOutput))
+    if (!options.output || !isOneOfFiles(*options.output, files))
         return std::nullopt;
     return hostError("The output file is one of the files to import",
                      "Name another output file with -o", *options.output);

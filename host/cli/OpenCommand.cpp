@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    // 0 if there is no page.
+    // 0 without a page.
     [[nodiscard]] ino_t inode() const
     {
         struct stat present;

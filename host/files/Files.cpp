@@ -8,7 +8,10 @@
 #include <platform/System/AtomicFile.h>
 #include <platform/System/OpenFile.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 #include <fcntl.h>
 
@@ -65,6 +68,14 @@ std::optional<gps::Error> writeFile(const std::string& path, std::string_view by
         return systemError("A file cannot be written",
                            "Check its permissions and the free space there", path, failure);
     return std::nullopt;
+}
+
+bool isOneOfFiles(const std::string& path, const std::vector<std::string>& files)
+{
+    return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+        std::error_code ignored;
+        return std::filesystem::equivalent(path, file, ignored);
+    });
 }
 
 // Both names are relative to the open folder, so the folder that is flushed is the one that was

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -25,6 +26,9 @@ makeFolders(const std::string& path, gps::FileSystem& files = gps::FileSystem::s
 [[nodiscard]] std::optional<gps::Error>
 writeFile(const std::string& path, std::string_view bytes,
           gps::FileSystem& files = gps::FileSystem::system());
+
+/// Whether a path leads to one of some files, by whatever name. False if it leads nowhere.
+[[nodiscard]] bool isOneOfFiles(const std::string& path, const std::vector<std::string>& files);
 
 /// Gives a file or folder another name in the same folder.
 /// @param folder  the folder that contains it

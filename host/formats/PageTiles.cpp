@@ -62,7 +62,7 @@ bool isServer(std::string_view server)
     return !name.empty() && std::all_of(name.begin(), name.end(), isServerCharacter);
 }
 
-// The first text in braces that stands for nothing; empty if there is none.
+// The first placeholder that is not known; empty if all are.
 std::string unknownPlaceholder(std::string_view url)
 {
     for (auto at = url.find('{'); at != std::string_view::npos; at = url.find('{', at + 1)) {

@@ -21,10 +21,10 @@ std::optional<std::int32_t> offsetOf(std::string_view zone, std::int64_t time)
 
 std::string timeInZone(const std::optional<std::int64_t>& time, std::string_view zone)
 {
-    constexpr std::int64_t kLast = 253402300799; // 9999-12-31 23:59:59: years have four digits
     std::string text;
     if (time)
-        appendTimestamp(text, std::min(*time + offsetOf(zone, *time).value_or(0), kLast), ' ');
+        appendTimestamp(
+            text, std::min(*time + offsetOf(zone, *time).value_or(0), kEndOfTimestamps - 1), ' ');
     return text;
 }
 

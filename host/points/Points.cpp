@@ -11,8 +11,7 @@ namespace host {
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t kFirstTimestamp = 315532800;     // 1980-01-01 00:00 UTC
-constexpr std::int64_t kEndOfTimestamps = 253402300800; // 10000-01-01 00:00 UTC
+constexpr std::int64_t kFirstTimestamp = 315532800; // 1980-01-01 00:00 UTC
 
 // Writes "YYYY-MM-DD". @param day  since 1970-01-01
 void putDate(char* at, std::int64_t day) noexcept

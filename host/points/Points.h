@@ -14,6 +14,9 @@
 
 namespace host {
 
+/// 10000-01-01 00:00 UTC: years are written with four digits.
+inline constexpr std::int64_t kEndOfTimestamps = 253402300800;
+
 /// Whether a point's time is a real timestamp: from 1980-01-01 up to the end of the year 9999.
 ///
 /// A receiver that sends a time of day without a date yields a time in 1970. No satellite time is

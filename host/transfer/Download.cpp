@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
+#include "host/points/Points.h"
 #include "host/transfer/MapFileImport.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
@@ -45,8 +46,7 @@ std::int64_t timeOfOutput()
 {
     const char* const fixed = std::getenv("SOURCE_DATE_EPOCH");
     const auto time = fixed != nullptr ? gps::wholeInteger(fixed) : std::nullopt;
-    constexpr std::int64_t kEnd = 253402300800; // of the year 9999: formats have four digits
-    return time && *time >= 0 && *time < kEnd ? *time : std::time(nullptr);
+    return time && *time >= 0 && *time < kEndOfTimestamps ? *time : std::time(nullptr);
 }
 
 gps::Error olderFileKept(const std::string& path)

@@ -45,7 +45,7 @@ struct OperationReport {
     std::size_t moreUnreadable = 0; ///< further ones, of which nothing is known
 
     std::vector<std::string> unreadValues{}; ///< of points of an imported map file, in sentences
-    std::vector<std::string> ignored{};      ///< parts of it that are no records, in sentences
+    std::vector<std::string> ignored{};      ///< what it holds besides records, in sentences
 
     bool isInterrupted = false; ///< the user stopped it
     bool isAbandoned = false;   ///< the host left without waiting for its end

@@ -33,7 +33,7 @@ std::optional<TimeRange> readTimeRange(const std::string& text)
     if (text.size() == kDate)
         return dayOfClocks(text);
     const auto end = std::min(text.find_first_of("Z+-", kDate), text.size());
-    // The end of a day, 24:00, is no minute of it.
+    // 24:00, the end of a day, belongs to the next one.
     if ((end != kToMinute && end != kToSecond) || text.substr(kDate + 1).starts_with("24"))
         return std::nullopt;
     const std::int64_t length = end == kToMinute ? 60 : 1;

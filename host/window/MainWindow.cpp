@@ -5,13 +5,13 @@
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
+#include "host/files/Files.h"
 #include "host/formats/Formats.h"
 #include "host/window/MainLoop.h"
 #include "host/words/RecordCountText.h"
 
 #include <gps/Geocache.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -42,14 +42,6 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
     if (counts.empty())
         return received.isComplete ? "There are no records." : "Nothing was received.";
     return (received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
-}
-
-bool isOneOf(const std::string& path, const std::vector<std::string>& files)
-{
-    return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
-        std::error_code ignored;
-        return std::filesystem::equivalent(path, file, ignored);
-    });
 }
 
 // The C++ binding has no class for the items of the list.
@@ -246,7 +238,7 @@ void MainWindow::exportTo(const std::string& path)
                        true);
         return;
     }
-    if (isOneOf(path, sources_)) {
+    if (isOneOfFiles(path, sources_)) {
         messages_.show("The file was not replaced, because it is what the records were imported "
                        "from, and may hold more than is shown. Choose another name.",
                        {}, true);

@@ -36,7 +36,7 @@ struct DriverState {
 
 struct ReceiverState {
     std::vector<DriverState> drivers{};
-    std::string explanation{}; ///< why what is there is no receiver
+    std::string explanation{}; ///< why the locations that were searched are not receivers
     std::string failure{};     ///< why there are no drivers; empty if there are
 };
 

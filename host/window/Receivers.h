@@ -37,7 +37,7 @@ public:
         std::function<void(ReceiverState state)> changed;
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
-        std::function<void(std::string reason)> refused; ///< a folder that is no receiver
+        std::function<void(std::string reason)> refused; ///< a folder: it is not a receiver
     };
 
     /// Loads the plug-in and finds what is connected.

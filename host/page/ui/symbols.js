@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pictures of waypoints outside of the map, and what they stand for.
+// The pictures of waypoints in tables and in the legend, with their meanings.
 
 import { iconLegend, kIconSize } from "../model/icons.js";
 import { byId, element, svgElement } from "./dom.js";

@@ -93,4 +93,18 @@ TEST(Files, RenameReportsEachFailedStep)
         << "a volume whose folders cannot be flushed";
 }
 
+TEST(Files, PathIsOneOfFilesUnderAnotherNameToo)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("a", "x");
+    const auto other = folder.put("b", "x");
+    std::filesystem::create_symlink(file, folder.path("link"));
+    EXPECT_TRUE(host::isOneOfFiles(file, {other, file}));
+    EXPECT_TRUE(host::isOneOfFiles(folder.path("link"), {file}));
+    EXPECT_TRUE(host::isOneOfFiles(folder.path("./a"), {file}));
+    EXPECT_FALSE(host::isOneOfFiles(other, {file}));
+    EXPECT_FALSE(host::isOneOfFiles(folder.path("missing"), {file, folder.path("missing")}));
+    EXPECT_FALSE(host::isOneOfFiles(file, {}));
+}
+
 } // namespace
