@@ -73,6 +73,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                         receivers_->download(driver, kinds);
                     },
                 .stop = [this] { receivers_->stop(); }}),
+      map_({.selected = [](RecordKind, std::size_t) {}}),
       list_({.ticked = [this] { map_.setTicked(list_.ticked()); },
              .selected = [this](const RecordItem& item) { showOnMap(item); }})
 {
@@ -171,24 +172,15 @@ void MainWindow::setReceived(ReceivedRecords received)
 {
     shown_ = std::move(received);
     setBusy(false);
-    map_.setRecords(*shown_.records);
+    map_.setRecords(shown_.records);
     list_.setRecords(*shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
 }
 
 void MainWindow::showOnMap(const RecordItem& item)
 {
-    switch (item.kind) {
-    case RecordItem::Kind::kTrack:
-        map_.showTrack(item.index);
-        break;
-    case RecordItem::Kind::kRoute:
-        map_.showRoute(item.index);
-        break;
-    case RecordItem::Kind::kPoint:
-        map_.showPoint(item.index);
-        break;
-    }
+    map_.select(item.kind, item.index);
+    map_.show(item.kind, item.index);
 }
 
 void MainWindow::chooseFolder()

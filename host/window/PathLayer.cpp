@@ -43,21 +43,20 @@ public:
         cairo_set_line_cap(cairo_, CAIRO_LINE_CAP_ROUND);
     }
 
-    void draw(host::DrawnPath& path)
+    void draw(host::DrawnPath& path, double width = kLineWidth)
     {
         for (const auto& line : path.path.linesAt(static_cast<int>(std::floor(zoom_)))) {
             for (const auto& position : line)
                 cairo_line_to(cairo_, x(position), y(position));
             cairo_new_sub_path(cairo_);
         }
-        stroke(kColors[path.color % kColors.size()], path.isDashed);
+        stroke(kColors[path.color % kColors.size()], path.isDashed, width);
     }
 
-    void draw(const host::DrawnPoint& point)
+    void draw(const host::MapPosition& position, double radius)
     {
         cairo_new_path(cairo_);
-        cairo_arc(cairo_, x(point.position), y(point.position), kPointRadius, 0,
-                  2 * std::numbers::pi);
+        cairo_arc(cairo_, x(position), y(position), radius, 0, 2 * std::numbers::pi);
         cairo_set_source_rgb(cairo_, 1, 1, 1);
         cairo_fill_preserve(cairo_);
         cairo_set_source_rgb(cairo_, 0, 0, 0);
@@ -76,13 +75,13 @@ private:
     }
 
     // On a white line that is wider, so that it is seen on any map.
-    void stroke(const Color& color, bool isDashed)
+    void stroke(const Color& color, bool isDashed, double width)
     {
         cairo_set_source_rgba(cairo_, 1, 1, 1, 0.8);
-        cairo_set_line_width(cairo_, kLineWidth + 2);
+        cairo_set_line_width(cairo_, width + 2);
         cairo_stroke_preserve(cairo_);
         cairo_set_source_rgb(cairo_, color.red, color.green, color.blue);
-        cairo_set_line_width(cairo_, kLineWidth);
+        cairo_set_line_width(cairo_, width);
         constexpr std::array kDashes{8.0, 6.0};
         cairo_set_dash(cairo_, kDashes.data(), isDashed ? int{kDashes.size()} : 0, 0);
         cairo_stroke(cairo_);
@@ -104,6 +103,19 @@ struct LayerClass {
     ShumateLayerClass parent;
 };
 
+void drawMarks(Painter& painter, host::MapContents& contents)
+{
+    if (contents.selected && !contents.selected->isPoint)
+        painter.draw(contents.paths[contents.selected->index], kLineWidth + 3);
+    for (const auto& point : contents.points) {
+        if (contents.selected && contents.selected->isPoint &&
+            contents.selected->index == point.record)
+            painter.draw(point.position, kPointRadius + 3);
+    }
+    if (contents.marker)
+        painter.draw(*contents.marker, kPointRadius);
+}
+
 void snapshot(GtkWidget* widget, GtkSnapshot* snapshot)
 {
     auto* const layer = reinterpret_cast<LayerInstance*>(widget);
@@ -118,8 +130,9 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot)
     }
     for (const auto& point : layer->contents->points) {
         if (point.isShown)
-            painter.draw(point);
+            painter.draw(point.position, kPointRadius);
     }
+    drawMarks(painter, *layer->contents);
     cairo_destroy(cairo);
 }
 

@@ -6,6 +6,7 @@
 #include "host/window/MapPath.h"
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include <shumate/shumate.h>
@@ -27,9 +28,17 @@ struct DrawnPoint {
     bool isShown = true;
 };
 
+/// What is highlighted: a path, or the point of a record.
+struct DrawnSelection {
+    bool isPoint = false;
+    std::size_t index = 0;
+};
+
 struct MapContents {
     std::vector<DrawnPath> paths{};
     std::vector<DrawnPoint> points{};
+    std::optional<DrawnSelection> selected{};
+    std::optional<MapPosition> marker{};
 };
 
 /// Makes a layer that draws `contents`, which must outlive it. After a change of the contents call

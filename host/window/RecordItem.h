@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "host/window/RecordKind.h"
+
 #include <cstddef>
 #include <utility>
 
@@ -12,7 +14,7 @@ namespace host {
 
 class RecordItem : public Glib::Object {
 public:
-    enum class Kind { kTrack, kRoute, kPoint };
+    using Kind = RecordKind;
 
     static Glib::RefPtr<RecordItem> create(Kind kind, std::size_t index, Glib::ustring name,
                                            Glib::ustring detail)

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace host {
 namespace {
@@ -74,7 +75,8 @@ void Extent::include(const MapPath& path) noexcept
     }
 }
 
-TrackMap::TrackMap() : map_(shumate_simple_map_new())
+TrackMap::TrackMap(Handlers handlers)
+    : handlers_(std::move(handlers)), map_(shumate_simple_map_new())
 {
     auto* const viewport = shumate_simple_map_get_viewport(map_);
     // Says how the map is projected. Its tiles are not shown, and nothing is loaded.
@@ -90,19 +92,19 @@ TrackMap::TrackMap() : map_(shumate_simple_map_new())
     append(*widget);
 }
 
-void TrackMap::setRecords(const RecordSet& records)
+void TrackMap::setRecords(std::shared_ptr<const RecordSet> records)
 {
     contents_ = {};
     std::size_t color = 0;
-    for (const auto& track : records.tracks)
+    for (const auto& track : records->tracks)
         contents_.paths.push_back(drawn(track, color++));
-    for (const auto& route : records.routes)
+    for (const auto& route : records->routes)
         contents_.paths.push_back(drawn(route, color++));
-    for (std::size_t i = 0; i < records.points.size(); ++i) {
-        if (isOnGlobe(records.points[i].point))
-            contents_.points.push_back({mapPositionOf(records.points[i].point), i});
+    for (std::size_t i = 0; i < records->points.size(); ++i) {
+        if (isOnGlobe(records->points[i].point))
+            contents_.points.push_back({mapPositionOf(records->points[i].point), i});
     }
-    tracks_ = records.tracks.size();
+    tracks_ = records->tracks.size();
     gtk_widget_queue_draw(GTK_WIDGET(layer_));
     moveTo(extentOf(contents_));
 }
@@ -119,31 +121,41 @@ void TrackMap::setTicked(const TickedRecords& ticked)
     gtk_widget_queue_draw(GTK_WIDGET(layer_));
 }
 
-void TrackMap::showTrack(std::size_t index)
+std::size_t TrackMap::pathOf(RecordKind kind, std::size_t index) const
 {
-    showPath(index);
+    return kind == RecordKind::kRoute ? tracks_ + index : index;
 }
 
-void TrackMap::showRoute(std::size_t index)
+void TrackMap::select(RecordKind kind, std::size_t index)
 {
-    showPath(tracks_ + index);
+    contents_.selected = {.isPoint = kind == RecordKind::kPoint, .index = pathOf(kind, index)};
+    gtk_widget_queue_draw(GTK_WIDGET(layer_));
 }
 
-void TrackMap::showPath(std::size_t index)
+void TrackMap::clearSelection()
+{
+    contents_.selected.reset();
+    gtk_widget_queue_draw(GTK_WIDGET(layer_));
+}
+
+void TrackMap::show(RecordKind kind, std::size_t index)
 {
     Extent extent;
-    extent.include(contents_.paths[index].path);
-    moveTo(extent);
-}
-
-void TrackMap::showPoint(std::size_t index)
-{
-    Extent extent;
+    if (kind != RecordKind::kPoint)
+        extent.include(contents_.paths[pathOf(kind, index)].path);
     for (const auto& point : contents_.points) {
-        if (point.record == index)
+        if (kind == RecordKind::kPoint && point.record == index)
             extent.include(point.position);
     }
     moveTo(extent);
+}
+
+void TrackMap::setMarker(const std::optional<gps::GPSPoint>& position)
+{
+    contents_.marker.reset();
+    if (position && isOnGlobe(*position))
+        contents_.marker = mapPositionOf(*position);
+    gtk_widget_queue_draw(GTK_WIDGET(layer_));
 }
 
 void TrackMap::moveTo(const Extent& extent)

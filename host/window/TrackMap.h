@@ -6,9 +6,15 @@
 #include "host/records/Export.h"
 #include "host/records/RecordSet.h"
 #include "host/window/PathLayer.h"
+#include "host/window/RecordKind.h"
+
+#include <gps/GPSPoint.h>
 
 #include <cstddef>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <optional>
 
 #include <gtkmm.h>
 
@@ -27,24 +33,35 @@ struct Extent {
 
 class TrackMap : public Gtk::Box {
 public:
-    TrackMap();
+    struct Handlers {
+        /// The user has clicked a record. It is not highlighted before select() is called.
+        std::function<void(RecordKind kind, std::size_t index)> selected;
+    };
 
-    /// Shows other records, all of them, and moves so that they are seen.
-    void setRecords(const RecordSet& records);
+    explicit TrackMap(Handlers handlers);
+
+    /// Shows other records, all of them, and moves so that they are seen. Nothing is selected.
+    void setRecords(std::shared_ptr<const RecordSet> records);
 
     /// Hides what is not ticked. Precondition: these are ticks of the records that are shown.
     void setTicked(const TickedRecords& ticked);
 
+    /// Highlights one of the records that are shown, and no other. The map does not move.
+    void select(RecordKind kind, std::size_t index);
+    void clearSelection();
+
     /// Moves so that one of the records that are shown is seen. Nothing happens if it has no valid
     /// coordinates.
-    void showTrack(std::size_t index);
-    void showRoute(std::size_t index);
-    void showPoint(std::size_t index);
+    void show(RecordKind kind, std::size_t index);
+
+    /// Marks a position, for instance that of the pointer in a profile; nullopt: none.
+    void setMarker(const std::optional<gps::GPSPoint>& position);
 
 private:
-    void showPath(std::size_t index);
+    [[nodiscard]] std::size_t pathOf(RecordKind kind, std::size_t index) const;
     void moveTo(const Extent& extent);
 
+    Handlers handlers_;
     std::size_t tracks_ = 0; ///< how many paths are tracks; routes follow
 
     MapContents contents_;
