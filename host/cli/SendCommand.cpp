@@ -21,10 +21,10 @@
 #include "host/formats/GpxReader.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/RepeatedSend.h"
 
 #include <fmt/format.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -105,8 +105,7 @@ std::optional<BackupPolicy> backupFor(const SendOptions& options)
     return BackupPolicy{.folder = folder.value_or(""), .count = options.mostBackups};
 }
 
-// Reads what is to be sent, as the files are now.
-using DataReader = std::function<std::optional<gps::Error>(std::optional<gps::Dictionary>& data)>;
+using DataReader = decltype(RepeatedSendCalls::readData);
 
 class SendCommand {
 public:
@@ -122,7 +121,7 @@ public:
 private:
     void showPlan(const PreparedSend& send);
     [[nodiscard]] SendReport perform(PreparedSend& send);
-    [[nodiscard]] bool planAgain(PreparedSend& send, SendReport& report);
+    void showOutdated(const SendReport& report);
     void showBackup(const SendReport& report);
     void showReport(const PreparedSend& send, const SendReport& report);
     [[nodiscard]] ExitStatus finish(const PreparedSend& send, const SendReport& report);
@@ -191,10 +190,10 @@ void SendCommand::showPlan(const PreparedSend& send)
 SendReport SendCommand::perform(PreparedSend& send)
 {
     send.request.stopRequested = [this] { return stop_.stopRequested(); };
-    constexpr int kMostPlans = 3; // another program may not come to an end
-    auto report = performSend(send);
-    for (int plans = 1; plans < kMostPlans && planAgain(send, report); ++plans)
-        report = performSend(send);
+    auto report = performRepeatedly(
+        send, {.readData = readData_,
+               .onOutdated = [this](const auto& outdated) { showOutdated(outdated); },
+               .onPlan = [this](const auto& plan) { showPlan(plan); }});
     if (report.wasStopped)
         signal_ = stop_.signal();
     if (options_.events && report.wasRun())
@@ -203,23 +202,10 @@ SendReport SendCommand::perform(PreparedSend& send)
     return report;
 }
 
-// The data of the first plan is fitted to what the device held then, so it is read again.
-bool SendCommand::planAgain(PreparedSend& send, SendReport& report)
+void SendCommand::showOutdated(const SendReport& report)
 {
-    if (!report.isOutdated || stop_.stopRequested())
-        return false;
-    auto device = send.device;
-    auto request = send.request;
-    if (auto failure = readData_(request.data)) {
-        report.obstacle = std::move(failure);
-        return false;
-    }
     showBackup(report);
     note("Another program has changed the device since it was read. The send is planned again:");
-    send = {}; // a second lock of the device would find the first one
-    send = prepareSend(std::move(device), std::move(request));
-    showPlan(send);
-    return true;
 }
 
 void SendCommand::showBackup(const SendReport& report)

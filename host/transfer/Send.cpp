@@ -61,11 +61,6 @@ void lookAgain(const PreparedSend& send, SendReport& report)
     }
 }
 
-bool isStopRequested(const PreparedSend& send)
-{
-    return send.request.stopRequested && send.request.stopRequested();
-}
-
 // The data that the driver gets: all of it, or a copy without the kinds that cannot be written.
 class DataToSend {
 public:
@@ -97,7 +92,7 @@ Outcome run(const PreparedSend& send, const gps::Dictionary* data, ProgressTrack
         },
         [&](const EventBatch& batch) {
             progress.consume(batch);
-            if (control != nullptr && isStopRequested(send))
+            if (control != nullptr && send.request.isStopRequested())
                 control->requestStop(); // again and again: it has no effect before the worker runs
             if (send.request.onEvents)
                 send.request.onEvents(batch);
@@ -190,7 +185,7 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
     if (send.isPlanned() && !report.answer)
         check(send, renamed, progress, report);
     // A request that came after the last write has stopped nothing.
-    report.wasStopped = isStopRequested(send) && !report.isComplete();
+    report.wasStopped = send.request.isStopRequested() && !report.isComplete();
 }
 
 } // namespace
@@ -219,7 +214,7 @@ SendReport performSend(const PreparedSend& send)
             report.backupError = backUp(send, report);
     }
     lookAgain(send, report); // a backup can take minutes
-    if (!report.obstacle && isStopRequested(send)) {
+    if (!report.obstacle && send.request.isStopRequested()) {
         report.wasStopped = report.wasStoppedEarly = true;
         report.backupError.reset(); // a backup that was stopped
     }

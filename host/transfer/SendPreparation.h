@@ -66,6 +66,8 @@ struct SendRequest {
 
     ProgressCallback progress{}; ///< may be empty
     BatchConsumer onEvents{};    ///< gets the driver's calls, on another thread; may be empty
+
+    [[nodiscard]] bool isStopRequested() const { return stopRequested && stopRequested(); }
 };
 
 /// A send that is ready to be performed.
