@@ -165,7 +165,7 @@ std::optional<std::size_t> DevicePane::selectedRow() const
 
 void DevicePane::startDownload()
 {
-    if (const auto row = selectedRow()) {
+    if (const auto row = selectedRow(); row && download_.get_sensitive()) {
         handlers_.download(places_[*row].driver, {.waypoints = waypoints_.get_active(),
                                                   .routes = routes_.get_active(),
                                                   .tracks = tracks_.get_active()});

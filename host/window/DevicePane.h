@@ -35,6 +35,9 @@ public:
     /// without such a choice it is the first one.
     void setState(const ReceiverState& state);
 
+    /// Downloads what is ticked from the selected device, if the button for it can be pressed.
+    void startDownload();
+
     /// Shows how far a transfer is. While one runs, no other can be started.
     void setProgress(const TransferProgress& progress);
 
@@ -54,7 +57,6 @@ private:
     [[nodiscard]] std::optional<std::size_t> firstCandidate() const;
     void rowSelected();
     void showSelected();
-    void startDownload();
     void updateButtons();
     [[nodiscard]] std::optional<std::size_t> selectedRow() const;
 

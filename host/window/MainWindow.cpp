@@ -7,7 +7,11 @@
 #include "host/base/Text.h"
 #include "host/files/Files.h"
 #include "host/formats/Formats.h"
+#include "host/window/About.h"
 #include "host/window/MainLoop.h"
+#include "host/window/Question.h"
+#include "host/window/Shortcuts.h"
+#include "host/window/Translation.h"
 #include "host/words/RecordCountText.h"
 
 #include <gps/Geocache.h>
@@ -21,8 +25,7 @@
 namespace host {
 namespace {
 
-constexpr int kUsualWidth = 1100; // pixels
-constexpr int kUsualHeight = 720;
+constexpr int kMapHeight = 360; // pixels, at first
 
 RecordCounts countsOf(const RecordSet& records)
 {
@@ -36,12 +39,27 @@ RecordCounts countsOf(const RecordSet& records)
     return counts;
 }
 
+Glib::RefPtr<Gio::Menu> mainMenu()
+{
+    const auto files = Gio::Menu::create();
+    files->append(tr("_Open Folder…"), "win.open-folder");
+    files->append(tr("_Import…"), "win.import");
+    files->append(tr("_Export…"), "win.export");
+    const auto help = Gio::Menu::create();
+    help->append(tr("_Keyboard Shortcuts"), "win.shortcuts");
+    help->append(tr("_About"), "win.about");
+    const auto menu = Gio::Menu::create();
+    menu->append_section(files);
+    menu->append_section(help);
+    return menu;
+}
+
 Glib::ustring sentenceOn(const ReceivedRecords& received)
 {
     const auto counts = recordCountText(countsOf(*received.records));
     if (counts.empty())
-        return received.isComplete ? "There are no records." : "Nothing was received.";
-    return (received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
+        return tr(received.isComplete ? "There are no records." : "Nothing was received.");
+    return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
 }
 
 // The C++ binding has no class for the items of the list.
@@ -60,9 +78,7 @@ std::vector<std::string> pathsOf(Gtk::FileChooser& chooser)
 
 MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string> bundle,
                        const std::vector<std::string>& paths)
-    : window_(dynamic_cast<Gtk::ApplicationWindow*>(
-          Glib::wrap(GTK_WINDOW(adw_application_window_new(application.gobj()))))),
-      devices_({.picked = [this](auto driver, const auto& control,
+    : devices_({.picked = [this](auto driver, const auto& control,
                                  auto item) { receivers_->pick(driver, control, item); },
                 .pressed = [this](auto driver,
                                   const auto& control) { receivers_->press(driver, control); },
@@ -75,20 +91,12 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 .stop = [this] { receivers_->stop(); }}),
       map_({.selected = [](RecordKind, std::size_t) {}}),
       list_({.ticked = [this] { map_.setTicked(list_.ticked()); },
-             .selected = [this](const RecordItem& item) { showOnMap(item); }})
+             .selected = [this](const RecordItem& item) { showOnMap(item); }}),
+      frame_(application, devices_, messages_, mainMenu())
 {
-    window_->set_title("Magellan GPS");
-    window_->set_default_size(kUsualWidth, kUsualHeight);
-    auto* const content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
-    fillHeader(*content);
-    content->append(messages_);
-    auto* const panes = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL);
-    panes->append(devices_);
-    panes->append(*recordPane());
-    content->append(*panes);
-    adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_->gobj()),
-                                       GTK_WIDGET(content->gobj()));
+    frame_.window().set_title("Magellan GPS");
     addActions();
+    addPages();
     receivers_ = std::make_unique<Receivers>(
         std::move(bundle), std::vector<std::string>{},
         Receivers::Handlers{
@@ -100,34 +108,42 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
     open(paths);
 }
 
-void MainWindow::fillHeader(Gtk::Box& content)
+void MainWindow::addPages()
 {
-    auto* const header = Glib::wrap(adw_header_bar_new());
-    content.append(*header);
-    for (const auto& [text, action] : {std::pair{"Open Folder…", "win.open-folder"},
-                                       {"Import…", "win.import"},
-                                       {"Export…", "win.export"}}) {
-        auto* const button = Gtk::make_managed<Gtk::Button>(text);
-        button->set_action_name(action);
-        adw_header_bar_pack_start(ADW_HEADER_BAR(header->gobj()), GTK_WIDGET(button->gobj()));
-    }
-}
-
-Gtk::Widget* MainWindow::recordPane()
-{
-    auto* const pane = Gtk::make_managed<Gtk::Paned>(Gtk::Orientation::VERTICAL);
-    pane->set_start_child(map_);
-    pane->set_end_child(list_);
-    pane->set_position(kUsualHeight / 2);
-    pane->set_expand(true);
-    return pane;
+    frame_.addButton(tr("Import…"), "document-open-symbolic", "win.import");
+    frame_.addButton(tr("Export…"), "document-save-as-symbolic", "win.export");
+    records_.set_start_child(map_);
+    records_.set_end_child(list_);
+    records_.set_position(kMapHeight);
+    frame_.addPage(records_, "records", tr("Records"), "mark-location-symbolic");
 }
 
 void MainWindow::addActions()
 {
-    window_->add_action("open-folder", [this] { chooseFolder(); });
-    window_->add_action("import", [this] { chooseFiles(); });
-    window_->add_action("export", [this] { chooseExport(); })->set_enabled(false);
+    auto& window = frame_.window();
+    window.add_action("download", [this] { devices_.startDownload(); });
+    window.add_action("open-folder", [this] { chooseFolder(); });
+    window.add_action("import", [this] { chooseFiles(); });
+    window.add_action("export", [this] { chooseExport(); })->set_enabled(false);
+    window.add_action("shortcuts", [this] { showShortcuts(frame_.window()); });
+    window.add_action("about", [this] { showAbout(frame_.window()); });
+    window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
+}
+
+// What is being written is finished, whatever the answer is.
+bool MainWindow::asksBeforeClosing()
+{
+    if (!isBusy_ || closesWhenIdle_)
+        return false;
+    ask(frame_.window(), tr("Stop the Transfer?"),
+        tr("A transfer is running. What is being written now is finished first."),
+        {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this] {
+            closesWhenIdle_ = true;
+            receivers_->stop();
+            if (!isBusy_)
+                frame_.window().close();
+        });
+    return true;
 }
 
 // What a second import brought would replace what the user has not seen yet.
@@ -144,8 +160,8 @@ void MainWindow::open(const std::vector<std::string>& paths)
     if (files.empty())
         return;
     if (isBusy_) {
-        messages_.show("The files were not imported, because another transfer is running. Wait for "
-                       "its end, and open them again.",
+        messages_.show(tr("The files were not imported, because another transfer is running. Wait "
+                          "for its end, and open them again."),
                        {}, true);
         return;
     }
@@ -159,12 +175,13 @@ void MainWindow::setBusy(bool isBusy)
     isBusy_ = isBusy;
     devices_.setBusy(isBusy);
     enable("import", !isBusy);
+    enable("download", !isBusy);
     enable("export", !isBusy && shown_.records && !shown_.records->isEmpty());
 }
 
 void MainWindow::enable(const char* action, bool isEnabled)
 {
-    std::dynamic_pointer_cast<Gio::SimpleAction>(window_->lookup_action(action))
+    std::dynamic_pointer_cast<Gio::SimpleAction>(frame_.window().lookup_action(action))
         ->set_enabled(isEnabled);
 }
 
@@ -172,9 +189,14 @@ void MainWindow::setReceived(ReceivedRecords received)
 {
     shown_ = std::move(received);
     setBusy(false);
+    if (closesWhenIdle_) {
+        frame_.window().close();
+        return;
+    }
     map_.setRecords(shown_.records);
     list_.setRecords(*shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
+    frame_.showPage("records");
 }
 
 void MainWindow::showOnMap(const RecordItem& item)
@@ -185,14 +207,14 @@ void MainWindow::showOnMap(const RecordItem& item)
 
 void MainWindow::chooseFolder()
 {
-    choose("Open a Copy of a Receiver", Gtk::FileChooser::Action::SELECT_FOLDER,
+    choose(tr("Open a Copy of a Receiver"), Gtk::FileChooser::Action::SELECT_FOLDER,
            [this](const std::vector<std::string>& paths) { open(paths); });
     chooser_->show();
 }
 
 void MainWindow::chooseFiles()
 {
-    choose("Import Files", Gtk::FileChooser::Action::OPEN,
+    choose(tr("Import Files"), Gtk::FileChooser::Action::OPEN,
            [this](const std::vector<std::string>& paths) { open(paths); });
     chooser_->set_select_multiple(true);
     chooser_->show();
@@ -200,7 +222,7 @@ void MainWindow::chooseFiles()
 
 void MainWindow::chooseExport()
 {
-    choose("Export the Ticked Records", Gtk::FileChooser::Action::SAVE,
+    choose(tr("Export the Ticked Records"), Gtk::FileChooser::Action::SAVE,
            [this](const std::vector<std::string>& paths) { exportTo(paths.front()); });
     chooser_->set_current_name("trip.gpx");
     chooser_->show();
@@ -211,7 +233,7 @@ void MainWindow::chooseExport()
 void MainWindow::choose(const char* title, Gtk::FileChooser::Action action,
                         std::function<void(const std::vector<std::string>& paths)> chosen)
 {
-    chooser_ = Gtk::FileChooserNative::create(title, *window_, action);
+    chooser_ = Gtk::FileChooserNative::create(title, frame_.window(), action);
     chooser_->signal_response().connect([this, chosen = std::move(chosen)](int response) {
         const auto paths = pathsOf(*chooser_.get());
         onMainLoop([this, chosen, response, paths] {
@@ -226,13 +248,14 @@ void MainWindow::exportTo(const std::string& path)
 {
     const auto* const format = findFormat(fileTypeOf(path));
     if (format == nullptr) {
-        messages_.show("The name of the file must end in one of these: " + formatNames() + ".", {},
-                       true);
+        messages_.show(Glib::ustring::compose(
+                           tr("The name of the file must end in one of these: %1."), formatNames()),
+                       {}, true);
         return;
     }
     if (isOneOfFiles(path, sources_)) {
-        messages_.show("The file was not replaced, because it is what the records were imported "
-                       "from, and may hold more than is shown. Choose another name.",
+        messages_.show(tr("The file was not replaced, because it is what the records were imported "
+                          "from, and may hold more than is shown. Choose another name."),
                        {}, true);
         return;
     }
@@ -243,7 +266,8 @@ void MainWindow::exportTo(const std::string& path)
             exportRecords(*shown_.records, list_.ticked(), path, *format, origin, remark))
         messages_.show(sentencesOf(*failure), {}, true);
     else
-        messages_.show("Saved: " + displayText(path), {{false, remark}}, false);
+        messages_.show(Glib::ustring::compose(tr("Saved: %1"), displayText(path)),
+                       {{false, remark}}, false);
 }
 
 } // namespace host

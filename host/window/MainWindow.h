@@ -8,6 +8,7 @@
 #include "host/window/Receivers.h"
 #include "host/window/RecordList.h"
 #include "host/window/TrackMap.h"
+#include "host/window/WindowFrame.h"
 
 #include <functional>
 #include <memory>
@@ -26,15 +27,15 @@ public:
     MainWindow(Gtk::Application& application, std::optional<std::string> bundle,
                const std::vector<std::string>& paths);
 
-    void present() { window_->present(); }
+    void present() { frame_.window().present(); }
 
     /// Opens folders as receivers, and imports files.
     void open(const std::vector<std::string>& paths);
 
 private:
-    void fillHeader(Gtk::Box& content);
-    [[nodiscard]] Gtk::Widget* recordPane();
+    void addPages();
     void addActions();
+    [[nodiscard]] bool asksBeforeClosing();
     void setReceived(ReceivedRecords received);
     void showOnMap(const RecordItem& item);
     void chooseFolder();
@@ -46,15 +47,17 @@ private:
                 std::function<void(const std::vector<std::string>& paths)> chosen);
     void exportTo(const std::string& path);
 
-    Gtk::ApplicationWindow* window_; // owned by the application
     DevicePane devices_;
     MessageBar messages_;
     TrackMap map_;
     RecordList list_;
+    Gtk::Paned records_{Gtk::Orientation::VERTICAL};
+    WindowFrame frame_;
     Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
     ReceivedRecords shown_;
     std::vector<std::string> sources_; // the files that shown_ was imported from
     bool isBusy_ = false;
+    bool closesWhenIdle_ = false;          // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };
 

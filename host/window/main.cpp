@@ -2,7 +2,9 @@
 // The entry point of magellangps-desktop.
 
 #include "host/operations/Operation.h"
+#include "host/window/About.h"
 #include "host/window/MainWindow.h"
+#include "host/window/Shortcuts.h"
 
 #include <cstdlib>
 #include <memory>
@@ -15,8 +17,9 @@
 int main(int argc, char** argv)
 {
     const auto application =
-        Gtk::Application::create("com.Orvane.MagellanGPS", Gio::Application::Flags::HANDLES_OPEN);
+        Gtk::Application::create(host::kApplicationId, Gio::Application::Flags::HANDLES_OPEN);
     adw_init();
+    host::addShortcuts(*application.get());
     std::unique_ptr<host::MainWindow> window;
     const auto show = [&](const std::vector<std::string>& paths) {
         if (window)

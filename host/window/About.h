@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// About: what the program is, its version and its licence. [main loop]
+
+#pragma once
+
+#include <gtkmm.h>
+
+namespace host {
+
+/// Identifies the program on the desktop: its bus name, its icon and its entry in menus.
+inline constexpr const char* kApplicationId = "com.Orvane.MagellanGPS";
+
+void showAbout(Gtk::Window& window);
+
+} // namespace host
