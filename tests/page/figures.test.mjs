@@ -5,6 +5,7 @@ import { readFileSync } from "node:fs";
 import test from "node:test";
 
 import { stretchFigures, trackFigures } from "../../host/page/model/figures.js";
+import { slopesOf } from "../../host/page/model/rates.js";
 import { trackOf } from "./fixtures.mjs";
 
 const numberOf = (word) => word === "-" ? null : Number(word);
@@ -35,6 +36,42 @@ test("figures are those of the program", () => {
     assertNear(figures.descent, descent, `${name}: descent`);
     assertNear(figures.moving, moving, `${name}: moving`);
   }
+});
+
+// The tracks of the file that holds this module and TrackProfile to the same numbers.
+function checkSharedStretches(block) {
+  const [name, ...lines] = block.trim().split("\n");
+  const points = [], breaks = [], checks = [];
+  for (const words of lines.map((line) => line.split(" "))) {
+    if (words[0] === "break")
+      breaks.push(points.length);
+    else if (["=", "top", "at"].includes(words[0]))
+      checks.push([words[0], words.slice(1).map(numberOf)]);
+    else
+      points.push(words.map(numberOf));
+  }
+  const track = trackOf(points, { breaks });
+  const valuesOf = {
+    "=": ([from, to]) => {
+      const { metres, seconds, moving, ascent, descent, lowest, highest, slope, average,
+        movingAverage } = stretchFigures(track, from, to);
+      return [from, to, metres, seconds, moving, ascent, descent, lowest, highest, slope, average,
+        movingAverage];
+    },
+    top: () => [trackFigures(track).top],
+    at: ([index]) => [index, track.speed[index], slopesOf(track)[index]],
+  };
+  for (const [kind, expected] of checks) {
+    valuesOf[kind](expected).forEach((value, i) =>
+      assertNear(value, expected[i], `${name}: ${kind} ${expected}, value ${i}`));
+  }
+  return checks.length;
+}
+
+test("figures of stretches are those of the program", () => {
+  const text = readFileSync(new URL("../host/points/stretches.txt", import.meta.url), "utf-8");
+  const checked = text.split(/^track /m).slice(1).map(checkSharedStretches);
+  assert.deepEqual(checked, [8, 13, 9, 6, 6, 3, 5]);
 });
 
 // 111.195 m from point to point, a minute each, with a rest of two minutes after the third.

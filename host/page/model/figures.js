@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Figures of a track and of a stretch of it. Ascent, descent and moving time follow the same rules
-// as in host/points/TrackFigures.h; tests/host/points/figures.txt holds both to the same numbers.
+// as in host/points/TrackFigures.h and TrackProfile.h; figures.txt and stretches.txt in
+// tests/host/points/ hold both to the same numbers.
 
 import { metresBetween } from "./geodesy.js";
 import { isKnown } from "./format.js";
@@ -96,6 +97,8 @@ function heightsOf({ distance, elevation }, from, to) {
 function timesOf(track, from, to) {
   let earliest = Infinity, latest = -Infinity, moving = 0, movingMetres = 0, last = -1;
   for (let i = from; i <= to; ++i) {
+    if (track.breaks.has(i))
+      last = -1; // no way leads here
     const now = track.time[i];
     if (!isKnown(now))
       continue;
@@ -111,7 +114,7 @@ function timesOf(track, from, to) {
     }
     last = i;
   }
-  return last < 0 ? { seconds: NaN, moving: NaN, movingMetres: 0 } :
+  return earliest > latest ? { seconds: NaN, moving: NaN, movingMetres: 0 } :
     { seconds: latest - earliest, moving, movingMetres };
 }
 
