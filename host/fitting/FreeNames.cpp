@@ -41,21 +41,38 @@ std::string keyOf(std::string_view stem, std::size_t digits)
 std::size_t FreeNames::StemHash::operator()(const Stem& stem) const noexcept
 {
     constexpr std::size_t kSpread = 0x9E3779B97F4A7C15;
-    const auto mixed = static_cast<std::size_t>(stem.position) * kSpread + stem.digits;
+    const auto mixed =
+        (static_cast<std::size_t>(stem.position) ^ stem.details) * kSpread + stem.digits;
     return mixed * kSpread ^ std::hash<std::string_view>{}(stem.text);
 }
 
 void FreeNames::addOnDevice(const std::string& name, const gps::GPSPoint& point)
 {
-    const auto [known, isNew] = isClaimed_.try_emplace(name, false);
-    const auto position = DevicePosition::of(point);
-    if (isNew && position)
-        unindexed_.push_back({position->key(), &known->first});
+    if (!isClaimed_.contains(name))
+        add(name, point, kAnyDetails);
 }
 
-std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& point)
+void FreeNames::addOnDevice(const std::string& name, const gps::GPSPoint& point,
+                            std::size_t details)
 {
-    auto name = claimSentBefore(wanted, point);
+    addOnDevice(name, point);
+    add(name, point, details);
+}
+
+void FreeNames::add(const std::string& name, const gps::GPSPoint& point, std::size_t details)
+{
+    const auto known = isClaimed_.try_emplace(name, false).first;
+    if (const auto position = DevicePosition::of(point))
+        unindexed_.push_back({position->key(), &known->first, details});
+}
+
+std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& point,
+                                 const RoutePointRule* rule)
+{
+    indexPositions();
+    auto name = rule != nullptr ? claimSentBefore(wanted, point, rule->details, rule) : "";
+    if (name.empty())
+        name = claimSentBefore(wanted, point, kAnyDetails, rule);
     if (!name.empty())
         return name;
     name = stemOf(wanted, 0);
@@ -65,30 +82,33 @@ std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& p
     return name;
 }
 
-// Returns "" if the receiver holds no such name at the position, or all of them are claimed.
-std::string FreeNames::claimSentBefore(std::string_view wanted, const gps::GPSPoint& point)
+// Returns "" if the receiver holds no such name at the position, or none of them can be used.
+std::string FreeNames::claimSentBefore(std::string_view wanted, const gps::GPSPoint& point,
+                                       std::size_t details, const RoutePointRule* rule)
 {
-    indexPositions();
     const auto position = DevicePosition::of(point);
     if (!position)
         return {};
     for (const auto key : position->matchingKeys()) {
-        auto name = positions_.contains(key) ? claimAt(key, wanted) : std::string{};
+        auto name = positions_.contains(key) ? claimAt(key, wanted, details, rule) : std::string{};
         if (!name.empty())
             return name;
     }
     return {};
 }
 
-std::string FreeNames::claimAt(std::int64_t position, std::string_view wanted)
+// A name that a rule refuses is of no use to a later point either: the point that it belongs to has
+// found it by its details.
+std::string FreeNames::claimAt(std::int64_t position, std::string_view wanted, std::size_t details,
+                               const RoutePointRule* rule)
 {
     for (std::size_t digits = 0; digits <= kMostDigits && digits + 1 < longest_; ++digits) {
         const auto stem = stemOf(wanted, digits);
-        const auto found = namesAt_.find({position, stem, digits});
+        const auto found = namesAt_.find({position, stem, digits, details});
         while (found != namesAt_.end() && !found->second.empty()) {
             const auto& name = *found->second.front();
             found->second.pop();
-            if (claim(name))
+            if ((rule == nullptr || rule->isUsable(name)) && claim(name))
                 return name;
         }
     }
@@ -98,12 +118,12 @@ std::string FreeNames::claimAt(std::int64_t position, std::string_view wanted)
 // Indexes the names that were added since the last call.
 void FreeNames::indexPositions()
 {
-    for (const auto& [position, name] : std::exchange(unindexed_, {})) {
+    for (const auto& [position, name, details] : std::exchange(unindexed_, {})) {
         positions_.insert(position);
-        namesAt_[{position, *name, 0}].push(name);
+        namesAt_[{position, *name, 0, details}].push(name);
         if (const auto digits = numberLength(*name); digits > 0) {
             const auto stem = std::string_view{*name}.substr(0, name->size() - digits - 1);
-            namesAt_[{position, stem, digits}].push(name);
+            namesAt_[{position, stem, digits, details}].push(name);
         }
     }
 }

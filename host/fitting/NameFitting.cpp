@@ -11,12 +11,14 @@
 #include "host/fitting/PlainTextConverter.h"
 #include "host/fitting/PointNames.h"
 #include "host/fitting/RecordList.h"
+#include "host/points/DevicePosition.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
 #include <span>
 #include <unordered_map>
@@ -55,7 +57,7 @@ struct NameScope {
     std::vector<NamedRecord> good; // those that keep their names
     std::vector<NamedRecord> rest;
     FreeNames names;       // knows the names on the receiver
-    PointNames pointNames; // knows the positions of the route points on the receiver
+    PointNames pointNames; // knows the route points on the receiver
 };
 
 std::string nameIn(const gps::Dictionary& record)
@@ -83,6 +85,20 @@ void appendCoordinates(std::string& text, const gps::GPSPoint& point)
         text += '\n';
         gps::appendShortest(text, degrees);
     }
+}
+
+// What a receiver stores of a route point, in the form in which two are compared.
+StoredRoutePoint storedPointOf(const gps::Dictionary& record, const TextRules& rules)
+{
+    const auto point = pointOf(record);
+    const auto symbol = textIn(record, "symbol");
+    StoredRoutePoint stored{.position = DevicePosition::of(point), .details = {}};
+    gps::appendShortest(stored.details, deviceAltitude(point) + 0.0); // no "-0"
+    stored.details += '\n';
+    stored.details += rules.symbolCode ? rules.symbolCode(symbol) : std::string{symbol};
+    stored.details += '\n';
+    stored.details += textIn(record, "comment");
+    return stored;
 }
 
 // Two records with the same identity are the same thing and share a name: the name in the data and
@@ -119,9 +135,13 @@ private:
     // The names assigned so far in one scope.
     struct Assigned {
         std::unordered_map<std::string, std::string> byIdentity;
+        std::unordered_map<std::string, std::string> byDetails; // route points, by identity and
+                                                                // details
         std::unordered_map<std::string, std::string> byOldName; // of the first record that had it
     };
 
+    [[nodiscard]] static bool claimPoint(NameScope& scope, const std::string& name,
+                                         const StoredRoutePoint& point);
     [[nodiscard]] static Assigned namesOf(const NameScope& scope);
     [[nodiscard]] std::string nameOf(const NamedRecord& named, FreeNames& names,
                                      Assigned& assigned);
@@ -129,7 +149,8 @@ private:
                                           PointNames& pointNames, Assigned& assigned);
     static void rename(const NamedRecord& named, const std::string& name);
     [[nodiscard]] bool isGood(const NamedRecord& named, const std::string& name) const;
-    [[nodiscard]] std::string newName(const NamedRecord& named, FreeNames& names);
+    [[nodiscard]] std::string newName(const NamedRecord& named, FreeNames& names,
+                                      const FreeNames::RoutePointRule* rule = nullptr);
 
     const TextRules& rules_;
     PlainTextConverter converter_;
@@ -152,11 +173,20 @@ void NameFitter::claimGoodNames(NameScope& scope) const
 {
     for (const auto& named : scope.all) {
         const auto name = nameIn(*named.record);
-        const bool isKept =
-            isGood(named, name) && scope.names.claim(name) &&
-            (named.kind != &kRoutePoint || scope.pointNames.claim(name, pointOf(*named.record)));
+        const bool isKept = isGood(named, name) &&
+                            (named.kind == &kRoutePoint
+                                 ? claimPoint(scope, name, storedPointOf(*named.record, rules_))
+                                 : scope.names.claim(name));
         (isKept ? scope.good : scope.rest).push_back(named);
     }
+}
+
+// A name that the point cannot have stays free for the one that it belongs to.
+bool NameFitter::claimPoint(NameScope& scope, const std::string& name,
+                            const StoredRoutePoint& point)
+{
+    return scope.pointNames.isClaimable(name, point) && scope.names.claim(name) &&
+           scope.pointNames.claim(name, point);
 }
 
 void NameFitter::assignNames(NameScope& scope)
@@ -167,12 +197,12 @@ void NameFitter::assignNames(NameScope& scope)
             rename(named, nameOf(named, scope.names, assigned));
     }
     // A route point at its waypoint's position must get the waypoint's name, even if another route
-    // point of that name comes first. So these positions claim their names before any is assigned.
+    // point of that name comes first. So these points claim their names before any is assigned.
     for (const auto& named : scope.rest) {
         const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
                                                    : assigned.byIdentity.end();
         if (at != assigned.byIdentity.end())
-            (void)scope.pointNames.claim(at->second, pointOf(*named.record));
+            (void)scope.pointNames.claim(at->second, storedPointOf(*named.record, rules_));
     }
     for (const auto& named : scope.rest) {
         if (named.kind == &kRoutePoint)
@@ -212,15 +242,25 @@ std::string NameFitter::pointNameOf(const NamedRecord& named, FreeNames& names,
                                     PointNames& pointNames, Assigned& assigned)
 {
     const auto before = nameIn(*named.record);
-    const auto point = pointOf(*named.record);
-    auto& name = assigned.byIdentity[identityOf(named)]; // empty if not assigned yet
-    if (!name.empty() && pointNames.claim(name, point))
+    const auto point = storedPointOf(*named.record, rules_);
+    const auto identity = identityOf(named);
+    auto& name = assigned.byDetails[identity + '\n' + point.details];
+    if (!name.empty())
         return name;
+    const auto atSamePosition = assigned.byIdentity.find(identity);
+    if (atSamePosition != assigned.byIdentity.end() &&
+        pointNames.claim(atSamePosition->second, point))
+        return name = atSamePosition->second;
     const auto first = assigned.byOldName.find(before);
     if (!before.empty() && first != assigned.byOldName.end() &&
         pointNames.claim(first->second, point))
         return name = first->second;
-    name = newName(named, names);
+    const FreeNames::RoutePointRule rule{.details = std::hash<std::string>{}(point.details),
+                                         .isUsable = [&](const std::string& usable) {
+                                             return pointNames.isClaimable(usable, point);
+                                         }};
+    name = newName(named, names, &rule);
+    assigned.byIdentity.emplace(identity, name);
     assigned.byOldName.emplace(before, name);
     (void)pointNames.claim(name,
                            point); // succeeds: it is free, or this point's from an earlier send
@@ -239,14 +279,15 @@ bool NameFitter::isGood(const NamedRecord& named, const std::string& name) const
     return isShort && name.find_first_not_of(' ') != std::string::npos && converter_.isPlain(name);
 }
 
-std::string NameFitter::newName(const NamedRecord& named, FreeNames& names)
+std::string NameFitter::newName(const NamedRecord& named, FreeNames& names,
+                                const FreeNames::RoutePointRule* rule)
 {
     auto before = nameIn(*named.record);
     auto plain = converter_.convert(before);
     auto wanted = gps::trimmed(plain.text);
     if (wanted.empty())
         wanted = named.kind->defaultName;
-    auto after = names.claimLike(wanted, pointOf(*named.record));
+    auto after = names.claimLike(wanted, pointOf(*named.record), rule);
     changes_.push_back(
         {named.kind->label, "name", std::move(before), after, std::move(plain.dropped)});
     return after;
@@ -259,7 +300,7 @@ struct NameScopes {
         : waypoints(rules.longestName), routes(rules.longestName)
     {}
 
-    void addOnDevice(std::string_view key, const gps::Dictionary& record);
+    void addOnDevice(std::string_view key, const gps::Dictionary& record, const TextRules& rules);
     void add(gps::Dictionary& data);
     [[nodiscard]] std::array<NameScope*, 3> all() { return {&waypoints, &geocaches, &routes}; }
 
@@ -269,7 +310,8 @@ struct NameScopes {
     bool haveRoutePoints = false;
 };
 
-void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record)
+void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record,
+                             const TextRules& rules)
 {
     const auto addTo = [](NameScope& scope, const gps::Dictionary& named) {
         scope.names.addOnDevice(nameIn(named), pointOf(named));
@@ -278,8 +320,10 @@ void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record
         return addTo(gps::isGeocache(record) ? geocaches : waypoints, record);
     addTo(routes, record);
     forEachRecord(record, "points", [&](const gps::Dictionary& point) {
-        addTo(waypoints, point);
-        waypoints.pointNames.addOnDevice(nameIn(point), pointOf(point));
+        auto stored = storedPointOf(point, rules);
+        waypoints.names.addOnDevice(nameIn(point), pointOf(point),
+                                    std::hash<std::string>{}(stored.details));
+        waypoints.pointNames.addOnDevice(nameIn(point), std::move(stored));
     });
 }
 
@@ -310,7 +354,7 @@ std::vector<TextChange> fitNames(gps::Dictionary& data, const RecordSource& onDe
     const auto all = scopes.all();
     const auto readDevice = [&] {
         onDevice([&](std::string_view key, const gps::Dictionary& record) {
-            scopes.addOnDevice(key, record);
+            scopes.addOnDevice(key, record, rules);
         });
     };
 

@@ -11,6 +11,7 @@
 #include <platform/GPSUtilities/CharacterFilter.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,9 @@ namespace host {
 struct TextRules {
     gps::CharacterSet characters;
     std::size_t longestName; ///< characters; does not apply to geocaches
+
+    /// The code that the receiver stores for a symbol; empty: the symbol itself.
+    std::function<std::string(std::string_view symbol)> symbolCode{};
 };
 
 /// One text that was rewritten.
@@ -40,8 +44,9 @@ struct TextChange {
 ///   several waypoints or several routes at different positions have the same good name, the first
 ///   one keeps it.
 /// - A route point gets the new name of the waypoint that had its old name: the one at the same
-///   position, otherwise the first. If that name belongs to a route point at another position, in
-///   the data or on the receiver, the route point gets a name of its own.
+///   position, otherwise the first. If that name belongs to a different route point, in the data or
+///   on the receiver, the route point gets a name of its own. Route points are different if the
+///   receiver stores another position, altitude, symbol or comment for them.
 /// - Geocaches with the same name are the same geocache.
 /// - What an earlier send put on the receiver is recognised by its position and gets the same name.
 /// - Symbols are not changed, because drivers look them up by name. Tracks are not changed, because

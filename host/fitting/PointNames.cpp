@@ -1,25 +1,36 @@
 // SPDX-License-Identifier: MIT
-// A name whose owner has no valid coordinates belongs to no position, so every later claim to it is
+// A name whose owner has no valid coordinates belongs to no point, so every later claim to it is
 // refused.
 
 #include "host/fitting/PointNames.h"
 
+#include <utility>
+
 namespace host {
 
-void PointNames::addOnDevice(const std::string& name, const gps::GPSPoint& point)
+void PointNames::addOnDevice(const std::string& name, StoredRoutePoint point)
 {
-    onDevice_[name].add(point);
+    const auto held = onDevice_.find(name);
+    if (held == onDevice_.end())
+        onDevice_.emplace(name, Held{std::move(point)});
+    else if (!held->second.point.isSame(point))
+        held->second.isAmbiguous = true;
 }
 
-bool PointNames::claim(const std::string& name, const gps::GPSPoint& point)
+bool PointNames::isClaimable(const std::string& name, const StoredRoutePoint& point) const
 {
-    const auto position = DevicePosition::of(point);
     if (const auto owner = claimed_.find(name); owner != claimed_.end())
-        return position && owner->second && owner->second->matches(*position);
-    if (const auto held = onDevice_.find(name);
-        held != onDevice_.end() && !held->second.contains(point))
+        return owner->second.isSame(point);
+    const auto held = onDevice_.find(name);
+    return held == onDevice_.end() ||
+           (!held->second.isAmbiguous && held->second.point.isSame(point));
+}
+
+bool PointNames::claim(const std::string& name, const StoredRoutePoint& point)
+{
+    if (!isClaimable(name, point))
         return false;
-    claimed_.emplace(name, position);
+    claimed_.emplace(name, point);
     return true;
 }
 

@@ -1,33 +1,55 @@
 // SPDX-License-Identifier: MIT
-// PointNames: assigns each route point name to one position. A receiver finds the points of its
-// routes by name alone, so the same name at two positions would lead a route astray. Used by
-// NameFitting. One thread at a time.
+// PointNames: assigns each route point name to one point. A receiver finds the points of its routes
+// by name alone, so the same name for two points would lead a route astray, and a driver would give
+// one of them a numbered name, which can be another point's. Used by NameFitting. One thread at a
+// time.
 
 #pragma once
 
 #include "host/points/DevicePosition.h"
-#include "host/points/DevicePositionSet.h"
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace host {
 
+/// What a receiver stores of a route point except its name.
+struct StoredRoutePoint {
+    std::optional<DevicePosition> position; ///< nullopt: no receiver stores the point
+    std::string details; ///< the altitude, the symbol and the comment, in any form
+
+    /// Whether a receiver stores the same for both.
+    [[nodiscard]] bool isSame(const StoredRoutePoint& other) const noexcept
+    {
+        return position && other.position && position->matches(*other.position) &&
+               details == other.details;
+    }
+};
+
 class PointNames {
 public:
     /// Adds a route point that the receiver holds. Several may have the same name, in different
-    /// files.
-    void addOnDevice(const std::string& name, const gps::GPSPoint& point);
+    /// files. If they differ, the name belongs to none of them.
+    void addOnDevice(const std::string& name, StoredRoutePoint point);
 
-    /// Assigns a name to a point's position, unless it belongs to another position: to one of an
-    /// earlier claim, or to those that the receiver holds under the name.
-    /// @return  whether the name now belongs to this position
-    [[nodiscard]] bool claim(const std::string& name, const gps::GPSPoint& point);
+    /// Whether a claim of the name would succeed.
+    [[nodiscard]] bool isClaimable(const std::string& name, const StoredRoutePoint& point) const;
+
+    /// Assigns a name to a point, unless it belongs to a different one: to that of an earlier
+    /// claim, or to one that the receiver holds.
+    /// @return  whether the name now belongs to this point
+    [[nodiscard]] bool claim(const std::string& name, const StoredRoutePoint& point);
 
 private:
-    std::unordered_map<std::string, std::optional<DevicePosition>> claimed_;
-    std::unordered_map<std::string, DevicePositionSet> onDevice_;
+    struct Held {
+        StoredRoutePoint point;
+        bool isAmbiguous = false; // another point has the name, too
+    };
+
+    std::unordered_map<std::string, StoredRoutePoint> claimed_;
+    std::unordered_map<std::string, Held> onDevice_;
 };
 
 } // namespace host

@@ -7,6 +7,7 @@
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordComparison.h"
 
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -47,12 +48,27 @@ private:
     std::unordered_multimap<std::string_view, gps::Dictionary*> byName_;
 };
 
+// Makes route points equal that the device would store exactly like the first of their name.
+void unifyRoutePoints(gps::Dictionary& data, RecordComparison& comparison)
+{
+    std::unordered_map<std::string, const gps::Dictionary*> firstOfName;
+    forEachRecord(data, "route", [&](gps::Dictionary& route) {
+        forEachRecord(route, "points", [&](gps::Dictionary& point) {
+            const auto [first, isNew] =
+                firstOfName.try_emplace(std::string{textIn(point, "name")}, &point);
+            if (!isNew && comparison.areSameWaypoints(point, *first->second))
+                point = *first->second;
+        });
+    });
+}
+
 } // namespace
 
 void useDeviceRoutePoints(gps::Dictionary& data, const RecordSource& onDevice,
                           const gps::GPSFileDevice& device)
 {
     RecordComparison comparison{device};
+    unifyRoutePoints(data, comparison);
     ReplaceablePoints points{data, comparison};
     if (points.empty())
         return;

@@ -30,9 +30,11 @@ public:
     /// Compares routes with their points. A device assigns their numbers itself.
     [[nodiscard]] bool areSameRoutes(const gps::Dictionary& a, const gps::Dictionary& b);
 
+    /// The code that the device stores for a symbol. Valid while this object exists.
+    [[nodiscard]] const std::string& codeOf(std::string_view symbol);
+
 private:
     [[nodiscard]] bool areSameSymbols(std::string_view a, std::string_view b);
-    [[nodiscard]] const std::string& codeOf(std::string_view symbol);
 
     const gps::GPSFileDevice& device_;
     std::map<std::string, std::string, std::less<>> codes_; // each asked for once

@@ -12,6 +12,7 @@
 #include "host/transfer/PresentRecords.h"
 #include "host/transfer/PresentTracks.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/RecordComparison.h"
 
 #include <platform/System/FileError.h>
 
@@ -29,8 +30,11 @@ namespace {
 void fitTexts(PreparedSend& send, const RecordSource& onDevice)
 {
     auto& data = *send.request.data;
-    const TextRules rules{gps::CharacterSet{send.files->deviceCharacters()},
-                          send.files->longestName()};
+    RecordComparison comparison{*send.files};
+    const TextRules rules{
+        .characters = gps::CharacterSet{send.files->deviceCharacters()},
+        .longestName = send.files->longestName(),
+        .symbolCode = [&](std::string_view symbol) { return comparison.codeOf(symbol); }};
     if (send.request.fitting == SendFitting::kAll) {
         send.textChanges = fitNames(data, onDevice, rules);
         return;

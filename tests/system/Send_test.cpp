@@ -185,6 +185,33 @@ TEST_F(Send, DataIsSentAsItIsAndThePlanNamesThePointsThatGetANumber)
     EXPECT_THAT(receiver.read("Ways/Default Route File.rte"), HasSubstr(",Way,P 1,a,Q 1,a*"));
 }
 
+// A driver would number the point "P", and write it over the device's own "P 1".
+TEST_F(Send, RoutePointWithAnotherCommentGetsANameThatIsFree)
+{
+    const Receiver receiver;
+    receiver.put("Ways/Default Route File.rte",
+                 support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,one,a",
+                                     "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a",
+                                     "PMGNRTE,1,1,c,1,Old,P,a,P 1,a"}));
+    const auto file =
+        here_.put("new.gpx", R"(<gpx version="1.1" creator="test"><rte><name>New</name>
+<rtept lat="46" lon="7"><name>P</name><cmt>two</cmt></rtept>
+<rtept lat="46" lon="7"><name>P</name><cmt>one</cmt></rtept></rte></gpx>)");
+    const auto first = send(receiver.path(), {file});
+    EXPECT_EQ(first.status, 0) << first.err;
+    EXPECT_THAT(first.out, HasSubstr(R"(route point name: "P" becomes "P 2")"));
+    const auto files = filesOf(receiver.path());
+    EXPECT_EQ(
+        files.at("Ways/Default Route File.rte"),
+        support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,one,a",
+                            "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a",
+                            "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P 2,two,a",
+                            "PMGNRTE,1,1,c,1,Old,P,a,P 1,a", "PMGNRTE,1,1,c,2,New,P 2,a,P,a"}) +
+            gps::NMEAUtils::addChecksumToNMEASentence("PMGNCMD,END"));
+    EXPECT_THAT(send(receiver.path(), {file}).out, HasSubstr("Nothing is new"));
+    EXPECT_EQ(filesOf(receiver.path()), files);
+}
+
 TEST_F(Send, AgainSendsWhatTheDeviceHolds)
 {
     const Receiver receiver;

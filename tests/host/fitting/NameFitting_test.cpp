@@ -225,6 +225,52 @@ TEST(NameFitting, RoutePointsOfOneNameAtDifferentPositionsGetDifferentNames)
                                              "route point name: Stop > Stop 3 - "));
 }
 
+Dictionary noted(const char* comment)
+{
+    return {{"comment", comment}};
+}
+
+// A driver would number the second one, and the number can be the name of another point.
+TEST(NameFitting, RoutePointsOfOneNameThatAreStoredDifferentlyGetDifferentNames)
+{
+    auto higher = at(1, "Stop");
+    higher.set("point", GPSPoint{1, 7, 12, 0, 0});
+    auto aLittleHigher = at(1, "Stop");
+    aLittleHigher.set("point", GPSPoint{1, 7, 0.9, 5, 0});
+    const auto data =
+        dataOf({}, {routeOf("R", {at(1, "Stop", noted("one")), at(1, "Stop", noted("two")),
+                                  at(1, "Stop", noted("one")), at(1, "Stop", noted("two"))}),
+                    routeOf("S", {at(1, "Stop"), higher, at(1, "Stop", {{"symbol", "Tent"}}),
+                                  aLittleHigher, higher})});
+    EXPECT_THAT(pointNames(data), ElementsAre("Stop", "Stop 2", "Stop", "Stop 2", "Stop 3",
+                                              "Stop 4", "Stop 5", "Stop 3", "Stop 4"));
+}
+
+TEST(NameFitting, RoutePointThatIsStoredUnlikeTheDevicesGetsANameThatIsFree)
+{
+    const auto onDevice =
+        dataOf({}, {routeOf("Old", {at(1, "Stop", noted("one")), at(2, "Stop 1")})});
+    EXPECT_THAT(pointNames(dataOf({}, {routeOf("R", {at(1, "Stop", noted("two")),
+                                                     at(1, "Stop", noted("one"))})}),
+                           onDevice),
+                ElementsAre("Stop 2", "Stop"));
+}
+
+TEST(NameFitting, RoutePointsWithOtherDetailsGetTheirNamesAgain)
+{
+    const auto onDevice = dataOf({}, {routeOf("Old", {at(1, "Stop", noted("one"))})});
+    const auto original =
+        dataOf({}, {routeOf("R", {at(1, "Stop", noted("three")), at(1, "Stop", noted("two"))}),
+                    routeOf("S", {at(1, "Stop", noted("one"))})});
+    auto sent = original;
+    (void)fitNames(sent, onDevice);
+    auto again = original;
+    (void)fitNames(again, sent);
+    EXPECT_EQ(again, sent);
+    auto turned = dataOf({}, {routeOf("R", {at(1, "Stop", noted("two"))})});
+    EXPECT_THAT(pointNames(turned, sent), ElementsAre("Stop 3"));
+}
+
 TEST(NameFitting, RoutePointAtItsWaypointsPositionComesFirst)
 {
     EXPECT_THAT(pointNames(dataOf({at(1, "C\xC3\xA1mp")},

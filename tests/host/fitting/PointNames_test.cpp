@@ -10,13 +10,13 @@
 
 namespace {
 
-using gps::GPSPoint;
 using host::PointNames;
+using host::StoredRoutePoint;
 using support::kUnit;
 
-GPSPoint pointAt(double latitude, double longitude = 7)
+StoredRoutePoint pointAt(double latitude, double longitude = 7, const char* details = "")
 {
-    return {latitude, longitude, 0, 0, 0};
+    return {host::DevicePosition::of({latitude, longitude, 0, 0, 0}), details};
 }
 
 TEST(PointNames, NameBelongsToThePositionThatClaimedItFirst)
@@ -30,15 +30,37 @@ TEST(PointNames, NameBelongsToThePositionThatClaimedItFirst)
     EXPECT_TRUE(names.claim("Stop 2", pointAt(47)));
 }
 
-TEST(PointNames, NameOnTheDeviceCanBeClaimedOnlyAtOneOfItsPositions)
+TEST(PointNames, PointWithOtherDetailsIsAnotherPoint)
+{
+    PointNames names;
+    EXPECT_TRUE(names.claim("Stop", pointAt(46, 7, "a")));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46, 7, "b")));
+    names.addOnDevice("Camp", pointAt(46, 7, "a"));
+    EXPECT_FALSE(names.claim("Camp", pointAt(46, 7, "b")));
+    EXPECT_TRUE(names.claim("Camp", pointAt(46, 7, "a"))) << "a refused claim claims nothing";
+}
+
+TEST(PointNames, NameOnTheDeviceCanBeClaimedOnlyAtItsPosition)
 {
     PointNames names;
     names.addOnDevice("Stop", pointAt(46));
-    names.addOnDevice("Stop", pointAt(47));
-    EXPECT_FALSE(names.claim("Stop", pointAt(48)));
-    EXPECT_FALSE(names.claim("Stop", pointAt(47 + 2 * kUnit)));
-    EXPECT_TRUE(names.claim("Stop", pointAt(47 - 8e-8, 7 + 8e-8)));
-    EXPECT_FALSE(names.claim("Stop", pointAt(46))) << "it belongs to the other position now";
+    names.addOnDevice("Stop", pointAt(46 + kUnit));
+    EXPECT_FALSE(names.isClaimable("Stop", pointAt(47)));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46 + 2 * kUnit)));
+    EXPECT_TRUE(names.isClaimable("Stop", pointAt(46 - 8e-8, 7 + 8e-8)));
+    EXPECT_TRUE(names.claim("Stop", pointAt(46 - 8e-8, 7 + 8e-8)));
+}
+
+// A driver that merges into one of the files would number a point that differs from that file's.
+TEST(PointNames, NameOfTwoDifferentPointsOnTheDeviceCannotBeClaimed)
+{
+    for (const auto& other : {pointAt(47), pointAt(46, 7, "by the lake")}) {
+        PointNames names;
+        names.addOnDevice("Stop", pointAt(46));
+        names.addOnDevice("Stop", other);
+        EXPECT_FALSE(names.claim("Stop", pointAt(46)));
+        EXPECT_FALSE(names.claim("Stop", other));
+    }
 }
 
 TEST(PointNames, NameOfAPointWithoutValidCoordinatesBelongsToNoPosition)

@@ -64,6 +64,20 @@ TEST(DeviceRoutePoints, PointThatIsStoredDifferentlyStays)
     EXPECT_EQ(used(other, present), other);
 }
 
+TEST(DeviceRoutePoints, PointThatIsStoredLikeTheFirstOfItsNameBecomesEqualToIt)
+{
+    const auto first = point(46.5, "Dot");
+    auto later = point(46.5 + 0.9 * kUnit, "Dot");
+    later.set("time", 5);
+    const auto other = point(46.5, "Tent");
+    gps::Dictionary data{
+        {"route", gps::Array{gps::Dictionary{{"points", gps::Array{first, other}}},
+                             gps::Dictionary{{"points", gps::Array{later, other}}}}}};
+    host::useDeviceRoutePoints(data, support::recordsOf({}), support::FakeFileDriver{});
+    const auto& second = *(*data.find("route")->as<gps::Array>())[1].as<gps::Dictionary>();
+    EXPECT_EQ(*second.findArray("points"), (gps::Array{first, other}));
+}
+
 TEST(DeviceRoutePoints, PointWithoutValidCoordinatesStays)
 {
     const auto present = point(96.5, "Dot");
