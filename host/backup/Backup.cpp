@@ -6,6 +6,7 @@
 
 #include "host/backup/BackupCopier.h"
 #include "host/backup/Manifest.h"
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/files/Files.h"
 #include "host/files/FolderLock.h"
@@ -27,6 +28,11 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+
+std::string otherFolder()
+{
+    return "another folder " + advice("with --backup", "for backups in the preferences");
+}
 
 constexpr std::size_t kDayLength = sizeof "YYYYMMDD" - 1;
 
@@ -54,8 +60,8 @@ std::optional<gps::Error> readNames(const std::string& folder, std::vector<std::
         entries.skipDescendants();
     }
     if (const int code = entries.failure())
-        return systemError("The folder of the backups cannot be read",
-                           "Choose another folder with --backup", folder, code);
+        return systemError("The folder of the backups cannot be read", "Choose " + otherFolder(),
+                           folder, code);
     return std::nullopt;
 }
 
@@ -146,8 +152,8 @@ std::optional<gps::Error> readBackups(const std::string& folder,
 gps::Error unreadableBackup(const gps::Error& failure)
 {
     return hostError("An older backup cannot be read",
-                     "Try again. If it still cannot be read, move its folder away, or choose "
-                     "another folder with --backup",
+                     "Try again. If it still cannot be read, move its folder away, or choose " +
+                         otherFolder(),
                      failure.path().value_or(""))
         .causedBy(failure);
 }
@@ -354,9 +360,8 @@ std::optional<gps::Error> BackupMaker::finish(const std::string& name)
 std::optional<gps::Error> BackupMaker::giveName(const std::string& name)
 {
     if (const int code = renameInFolder(files_, folder_, kUnfinished, name))
-        return systemError("The backup cannot be given its name",
-                           "Choose another folder with --backup", gps::joinPath(folder_, name),
-                           code);
+        return systemError("The backup cannot be given its name", "Choose " + otherFolder(),
+                           gps::joinPath(folder_, name), code);
     return std::nullopt;
 }
 
@@ -376,7 +381,7 @@ std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolde
     const auto folder = deviceFolder(policy.folder, source.identifier);
     if (isInsideAny(policy.folder, source.folders))
         return hostError("The backup would be inside a folder that it copies",
-                         "Choose another folder with --backup", policy.folder);
+                         "Choose " + otherFolder(), policy.folder);
     if (auto failure = makeFolders(folder, files))
         return failure;
     const FolderLock lock{folder, files};

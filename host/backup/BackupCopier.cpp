@@ -47,8 +47,7 @@ std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
 {
     const auto relative = std::filesystem::path{folder}.lexically_relative(source_.device).string();
     if (!gps::staysInside(relative))
-        return hostError("A data folder is not on the device",
-                         "Keep a copy yourself, and send with --no-backup", folder);
+        return noBackupPossible("A data folder is not on the device", folder);
     manifest_.folders.push_back(relative);
     if (auto failure = makeFolders(target(relative), files_))
         return failure;

@@ -5,6 +5,7 @@
 
 #include "host/backup/Manifest.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"
@@ -37,8 +38,9 @@ gps::Error notABackup(const std::string& folder)
 {
     return hostError("This folder is not a complete backup: its list of files, manifest.json, is "
                      "missing or damaged",
-                     "Choose one of those that \"magellangps restore\" lists, or copy what you "
-                     "need from its folder \"files\"",
+                     "Choose one of those that " +
+                         advice("\"magellangps restore\" lists", "are listed") +
+                         ", or copy what you need from its folder \"files\"",
                      folder);
 }
 
@@ -223,13 +225,19 @@ std::string manifestText(const Manifest& manifest)
     return text + '\n';
 }
 
+gps::Error noBackupPossible(std::string why, const std::string& path)
+{
+    return hostError(
+        std::move(why),
+        "Keep a copy yourself, and send " + advice("with --no-backup", "without a backup"), path);
+}
+
 std::optional<gps::Error> writeManifest(const std::string& folder, const Manifest& manifest,
                                         gps::FileSystem& files)
 {
     const auto text = manifestText(manifest);
     if (text.size() > kLargestManifest)
-        return hostError("The device has too many files for a backup",
-                         "Keep a copy yourself, and send with --no-backup", manifest.device);
+        return noBackupPossible("The device has too many files for a backup", manifest.device);
     return writeFile(gps::joinPath(folder, kManifestName), text, files);
 }
 

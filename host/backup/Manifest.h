@@ -55,6 +55,9 @@ inline constexpr std::size_t kLargestManifest = std::size_t{8} << 20;
 /// The manifest file's content.
 [[nodiscard]] std::string manifestText(const Manifest& manifest);
 
+/// The error for a device of which no backup can be made, whatever is tried.
+[[nodiscard]] gps::Error noBackupPossible(std::string why, const std::string& path);
+
 /// Writes a backup's manifest.
 /// @param folder  the backup's folder
 /// @return        why it cannot be written, or that it would be too large

@@ -4,6 +4,7 @@
 
 #include "host/bundle/DeviceSearch.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 #include "host/bundle/Disk.h"
@@ -112,9 +113,11 @@ std::optional<gps::Error> explainFolder(const std::vector<Driver>& drivers,
         return hostError(searched.reason,
                          searched.verdict == Verdict::kAccepted || !searched.advice.empty()
                              ? searched.advice
-                             : fmt::format("If it is a memory card or a copy of one, read it with "
-                                           "\"magellangps acquire --card '{}'\"",
-                                           folder),
+                             : "If it is a memory card or a copy of one, " +
+                                   advice(fmt::format("read it with \"magellangps acquire --card "
+                                                      "'{}'\"",
+                                                      folder),
+                                          "import the files in it"),
                          folder);
     }
     return std::nullopt;

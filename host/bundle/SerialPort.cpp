@@ -4,6 +4,7 @@
 
 #include "host/bundle/SerialPort.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
 
@@ -168,12 +169,14 @@ gps::Error explainPortFailure(const std::string& port, int errorNumber)
     case ENODEV:
     case ENXIO:
         return hostError("The port is gone",
-                         "Plug the receiver or its adapter in again, and run \"magellangps "
-                         "devices\" to see the ports",
+                         "Plug the receiver or its adapter in again" +
+                             advice(", and run \"magellangps devices\" to see the ports", ""),
                          port);
     case ENOTTY:
         return hostError("This is not a serial port",
-                         "Run \"magellangps devices\" to see the ports", port);
+                         advice("Run \"magellangps devices\" to see the ports",
+                                "Choose one of those that are listed"),
+                         port);
     default:
         return systemError("The port cannot be opened",
                            "Unplug the receiver or its adapter, plug it in again, and try again",

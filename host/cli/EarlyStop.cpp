@@ -6,8 +6,7 @@
 #include "host/cli/Console.h"
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/ProgressLine.h"
-
-#include <fmt/format.h>
+#include "host/words/StopText.h"
 
 #include <cstdlib>
 #include <utility>
@@ -27,13 +26,6 @@ template <typename Options>
 }
 
 } // namespace
-
-std::string stoppedEarlyText(std::string_view command)
-{
-    return fmt::format(
-        "The {} was stopped before anything was written: every file of the device is as it was.",
-        command);
-}
 
 void endEarly(int signal, const DownloadOptions& options)
 {

@@ -6,14 +6,7 @@
 
 #include "host/cli/Options.h"
 
-#include <string>
-#include <string_view>
-
 namespace host {
-
-/// What a stopped command says if nothing was written.
-/// @param command  "send" or "restore"
-[[nodiscard]] std::string stoppedEarlyText(std::string_view command);
 
 /// Ends the process with the status of the signal. Removes the progress line and prints the
 /// message; with --json, the document too.

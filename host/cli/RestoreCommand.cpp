@@ -17,6 +17,7 @@
 #include "host/desktop/UDisks.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DeviceRestore.h"
+#include "host/words/StopText.h"
 
 #include <platform/System/Paths.h>
 

@@ -10,7 +10,6 @@
 #include "host/cli/EarlyDocument.h"
 #include "host/cli/EarlyStop.h"
 #include "host/cli/InputFiles.h"
-#include "host/cli/PlanReport.h"
 #include "host/cli/ProgressLine.h"
 #include "host/cli/SendJson.h"
 #include "host/desktop/DeviceDisk.h"
@@ -22,6 +21,7 @@
 #include "host/operations/StopSignals.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RepeatedSend.h"
+#include "host/words/PlanReport.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The entry point of magellangps-desktop.
 
+#include "host/base/FrontEnd.h"
 #include "host/operations/Operation.h"
 #include "host/window/About.h"
 #include "host/window/MainWindow.h"
@@ -19,6 +20,7 @@ int main(int argc, char** argv)
     const auto application =
         Gtk::Application::create(host::kApplicationId, Gio::Application::Flags::HANDLES_OPEN);
     adw_init();
+    host::setFrontEnd(host::FrontEnd::kWindow);
     host::addShortcuts(*application.get());
     std::unique_ptr<host::MainWindow> window;
     const auto show = [&](const std::vector<std::string>& paths) {

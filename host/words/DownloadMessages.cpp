@@ -4,6 +4,7 @@
 
 #include "host/words/DownloadMessages.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
 #include "host/bundle/SerialPort.h"
 #include "host/points/Points.h"
@@ -158,13 +159,12 @@ void addSplits(std::vector<Message>& messages, const SplitReport& splits)
     const bool isOne = splits.tracks == 1;
     const auto gaps = fmt::format("{} {}{}", splits.gaps, splits.areJumps ? "jump" : "gap",
                                   splits.gaps == 1 ? "" : "s");
+    const auto keepsWhole =
+        advice(fmt::format("; --split-gap off keeps {} whole", isOne ? "it" : "them"), "");
     messages.push_back(
         {false, fmt::format("{} {} divided into segments at {}{}.", splits.tracks,
                             isOne ? "track was" : "tracks were", gaps,
-                            splits.areJumps ? fmt::format(" that no receiver can make; --split-gap "
-                                                          "off keeps {} whole",
-                                                          isOne ? "it" : "them")
-                                            : "")});
+                            splits.areJumps ? " that no receiver can make" + keepsWhole : "")});
 }
 
 } // namespace

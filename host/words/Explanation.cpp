@@ -4,6 +4,7 @@
 
 #include "host/words/Explanation.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/JsonDocument.h"
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
@@ -29,8 +30,11 @@ namespace {
 
 using Verdict = gps::SearchedLocation::Verdict;
 
-constexpr std::string_view kTestFolderAdvice =
-    "\nTo use a folder that holds a copy of a receiver's files, name it with --test-folder.\n";
+std::string testFolderAdvice()
+{
+    return "\nTo use a folder that holds a copy of a receiver's files, " +
+           advice("name it with --test-folder.\n", "choose \"Open Folder…\" in the menu.\n");
+}
 
 // The JSON document's words, which scripts depend on.
 std::string_view verdictText(Verdict verdict)
@@ -137,8 +141,9 @@ std::string unmountedParagraph()
     return text.empty()
                ? text
                : "not mounted:\n" + text +
-                     "With --mount, the commands acquire, open, send, restore and watch mount "
-                     "these disks and unmount them afterwards.\n";
+                     advice("With --mount, the commands acquire, open, send, restore and watch "
+                            "mount these disks and unmount them afterwards.\n",
+                            "");
 }
 
 } // namespace
@@ -152,9 +157,9 @@ std::string explanationOf(const PlugInBundle& plugIn)
         hasSerialDriver = hasSerialDriver || driver->needsSerialRefresh();
     }
     if (!hasSerialDriver)
-        text += "No serial port was found. A USB cable creates one when it is plugged in. A port "
-                "that is not listed can be named with --device.\n";
-    return text.append(unmountedParagraph()).append(kTestFolderAdvice);
+        text += "No serial port was found. A USB cable creates one when it is plugged in. " +
+                advice("A port that is not listed can be named with --device.\n", "\n");
+    return text.append(unmountedParagraph()).append(testFolderAdvice());
 }
 
 Json unmountedDisksJson()

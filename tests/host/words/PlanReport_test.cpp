@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/PlanReport.h"
+#include "host/words/PlanReport.h"
 
 #include "host/FakeDriver.h"
 

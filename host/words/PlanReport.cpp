@@ -2,17 +2,18 @@
 // Texts of records come from files of any origin, so every line that shows one goes through
 // displayText(), which removes what could confuse a terminal.
 
-#include "host/cli/PlanReport.h"
+#include "host/words/PlanReport.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
-#include "host/cli/EarlyStop.h"
 #include "host/fitting/Altitudes.h"
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 #include "host/words/AccountText.h"
 #include "host/words/RecordCountText.h"
+#include "host/words/StopText.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/Paths.h>
@@ -232,12 +233,15 @@ std::string lossOf(const SentFile& file, const SendReport& report)
         return fmt::format("{} The file was put back as it was before the send: nothing is lost, "
                            "and nothing was added. Send again. Path: {}",
                            what, file.path);
-    const auto advice = report.backup
-                            ? fmt::format("Put the backup back with \"magellangps restore {}\".",
-                                          report.backup->name)
-                            : std::string{"There is no backup."};
+    const auto nextStep =
+        report.backup
+            ? advice(fmt::format("Put the backup back with \"magellangps restore "
+                                 "{}\".",
+                                 report.backup->name),
+                     fmt::format("Put the backup {} back: see \"Backups\".", report.backup->name))
+            : std::string{"There is no backup."};
     return fmt::format("{} It could not be put back: {} {}", what, sentencesOf(*file.writeError),
-                       advice);
+                       nextStep);
 }
 
 void addLosses(const SendReport& report, std::vector<std::string>& sentences)
@@ -315,8 +319,9 @@ void addMissingKinds(const SendReport& report, const PreparedSend& send,
     const auto reason =
         send.canSend ? std::string{"The send broke off."}
                      : fmt::format("The driver {} cannot send. Connect a receiver that mounts as a "
-                                   "disk, or name its location with --device.",
-                                   driverName(*send.device.driver));
+                                   "disk{}.",
+                                   driverName(*send.device.driver),
+                                   advice(", or name its location with --device", ""));
     sentences.push_back(fmt::format("{} Missing: {}.", reason, joined(names, ", ")));
 }
 
@@ -405,14 +410,14 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
         sentences = {sentencesOf(*report.obstacle), "Nothing was sent."};
     if (report.backupError)
         sentences = {sentencesOf(*report.backupError),
-                     "There is no backup, so nothing was sent. Choose another folder with "
-                     "--backup, or send with --no-backup."};
+                     "There is no backup, so nothing was sent. Choose another folder " +
+                         advice("with --backup, or send with --no-backup.",
+                                "for backups in the preferences.")};
     for (const auto& error : report.errors)
         sentences.push_back(sentencesOf(error));
     if (report.moreErrors > 0)
-        sentences.push_back(
-            fmt::format("The plug-in met {} more errors. Run the command with -v to see them.",
-                        report.moreErrors));
+        sentences.push_back(fmt::format("The plug-in met {} more errors.{}", report.moreErrors,
+                                        advice(" Run the command with -v to see them.", "")));
     addLosses(report, sentences);
     // What is missing after a stop is its consequence, and no error of its own.
     if (report.wasStopped) {
@@ -463,7 +468,8 @@ std::string sentSummary(const PreparedSend& send)
         return "Nothing was sent: there are no waypoints, geocaches, routes or tracks to send.";
     const auto files = plannedWrites(send.plan);
     if (files == 0 && !send.present.isEmpty())
-        return "Nothing is new: the device holds everything already. --again sends it.";
+        return "Nothing is new: the device holds everything already." +
+               advice(" --again sends it.", "");
     return text + fmt::format("; {} file{} written and read back", files, files == 1 ? "" : "s");
 }
 
