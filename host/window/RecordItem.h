@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/window/RecordKind.h"
+#include "host/records/RecordKind.h"
 
 #include <cstddef>
 #include <utility>

@@ -6,7 +6,7 @@
 #include "host/records/Export.h"
 #include "host/records/RecordSet.h"
 #include "host/window/PathLayer.h"
-#include "host/window/RecordKind.h"
+#include "host/records/RecordKind.h"
 
 #include <gps/GPSPoint.h>
 
