@@ -100,19 +100,20 @@ void Climb::turnDown(double elevation) noexcept
 
 void MovingTime::add(const gps::GPSPoint& point) noexcept
 {
-    add(point, last_ ? kilometresBetween(*last_, point) : 0);
+    add(point, hasLast_ ? kilometresBetween(last_, point) : 0);
 }
 
 void MovingTime::add(const gps::GPSPoint& point, double kilometres) noexcept
 {
-    if (last_) {
-        const auto step = point.time - last_->time;
+    if (hasLast_) {
+        const auto step = point.time - last_.time;
         const double metres = kilometres * 1000;
         if (step > 0 && step <= kLongestStep_s &&
             metres >= kSlowest_m_per_s * static_cast<double>(step))
             seconds_ += step;
     }
     last_ = point;
+    hasLast_ = true;
 }
 
 void TrackFigures::add(const gps::GPSPoint& point) noexcept

@@ -92,12 +92,13 @@ public:
     void add(const gps::GPSPoint& point, double kilometres) noexcept;
 
     /// The interval between the last point and the next one does not count.
-    void breakHere() noexcept { last_.reset(); }
+    void breakHere() noexcept { hasLast_ = false; }
 
     [[nodiscard]] std::int64_t seconds() const noexcept { return seconds_; }
 
 private:
-    std::optional<gps::GPSPoint> last_;
+    gps::GPSPoint last_;
+    bool hasLast_ = false;
     std::int64_t seconds_ = 0;
 };
 

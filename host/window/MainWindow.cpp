@@ -25,8 +25,6 @@
 namespace host {
 namespace {
 
-constexpr int kMapHeight = 360; // pixels, at first
-
 RecordCounts countsOf(const RecordSet& records)
 {
     RecordCounts counts{.routes = records.routes.size(), .tracks = records.tracks.size()};
@@ -89,9 +87,6 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                         receivers_->download(driver, kinds);
                     },
                 .stop = [this] { receivers_->stop(); }}),
-      map_({.selected = [](RecordKind, std::size_t) {}}),
-      list_({.ticked = [this] { map_.setTicked(list_.ticked()); },
-             .selected = [this](const RecordItem& item) { showOnMap(item); }}),
       frame_(application, devices_, messages_, mainMenu())
 {
     frame_.window().set_title("Magellan GPS");
@@ -112,9 +107,6 @@ void MainWindow::addPages()
 {
     frame_.addButton(tr("Import…"), "document-open-symbolic", "win.import");
     frame_.addButton(tr("Export…"), "document-save-as-symbolic", "win.export");
-    records_.set_start_child(map_);
-    records_.set_end_child(list_);
-    records_.set_position(kMapHeight);
     frame_.addPage(records_, "records", tr("Records"), "mark-location-symbolic");
 }
 
@@ -125,6 +117,10 @@ void MainWindow::addActions()
     window.add_action("open-folder", [this] { chooseFolder(); });
     window.add_action("import", [this] { chooseFiles(); });
     window.add_action("export", [this] { chooseExport(); })->set_enabled(false);
+    window.add_action("search", [this] {
+        frame_.showPage("records");
+        records_.startSearch();
+    });
     window.add_action("shortcuts", [this] { showShortcuts(frame_.window()); });
     window.add_action("about", [this] { showAbout(frame_.window()); });
     window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
@@ -193,16 +189,9 @@ void MainWindow::setReceived(ReceivedRecords received)
         frame_.window().close();
         return;
     }
-    map_.setRecords(shown_.records);
-    list_.setRecords(*shown_.records);
+    records_.setRecords(shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
     frame_.showPage("records");
-}
-
-void MainWindow::showOnMap(const RecordItem& item)
-{
-    map_.select(item.kind, item.index);
-    map_.show(item.kind, item.index);
 }
 
 void MainWindow::chooseFolder()
@@ -263,7 +252,7 @@ void MainWindow::exportTo(const std::string& path)
     origin.title = std::filesystem::path{path}.stem().string();
     std::string remark;
     if (const auto failure =
-            exportRecords(*shown_.records, list_.ticked(), path, *format, origin, remark))
+            exportRecords(*shown_.records, records_.ticked(), path, *format, origin, remark))
         messages_.show(sentencesOf(*failure), {}, true);
     else
         messages_.show(Glib::ustring::compose(tr("Saved: %1"), displayText(path)),

@@ -6,8 +6,7 @@
 #include "host/window/DevicePane.h"
 #include "host/window/MessageBar.h"
 #include "host/window/Receivers.h"
-#include "host/window/RecordList.h"
-#include "host/window/TrackMap.h"
+#include "host/window/RecordPage.h"
 #include "host/window/WindowFrame.h"
 
 #include <functional>
@@ -37,7 +36,6 @@ private:
     void addActions();
     [[nodiscard]] bool asksBeforeClosing();
     void setReceived(ReceivedRecords received);
-    void showOnMap(const RecordItem& item);
     void chooseFolder();
     void chooseFiles();
     void chooseExport();
@@ -49,9 +47,7 @@ private:
 
     DevicePane devices_;
     MessageBar messages_;
-    TrackMap map_;
-    RecordList list_;
-    Gtk::Paned records_{Gtk::Orientation::VERTICAL};
+    RecordPage records_;
     WindowFrame frame_;
     Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
     ReceivedRecords shown_;

@@ -4,24 +4,14 @@
 
 #include "host/window/PathLayer.h"
 
+#include "host/window/LineColor.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
 namespace {
-
-struct Color {
-    double red;
-    double green;
-    double blue;
-};
-
-// Told apart by those who see no difference between red and green.
-// Source: the palette of M. Okabe and K. Ito, "Color Universal Design", 2008.
-constexpr std::array kColors{Color{0.835, 0.369, 0}, Color{0, 0.447, 0.698},
-                             Color{0, 0.62, 0.451},  Color{0.8, 0.475, 0.655},
-                             Color{0.902, 0.624, 0}, Color{0.337, 0.706, 0.914}};
 
 constexpr double kLineWidth = 3;
 constexpr double kPointRadius = 5;
@@ -50,7 +40,7 @@ public:
                 cairo_line_to(cairo_, x(position), y(position));
             cairo_new_sub_path(cairo_);
         }
-        stroke(kColors[path.color % kColors.size()], path.isDashed, width);
+        stroke(host::lineColor(path.color), path.isDashed, width);
     }
 
     void draw(const host::MapPosition& position, double radius)
@@ -75,7 +65,7 @@ private:
     }
 
     // On a white line that is wider, so that it is seen on any map.
-    void stroke(const Color& color, bool isDashed, double width)
+    void stroke(const host::LineColor& color, bool isDashed, double width)
     {
         cairo_set_source_rgba(cairo_, 1, 1, 1, 0.8);
         cairo_set_line_width(cairo_, width + 2);

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "host/records/RecordKind.h"
+#include "host/records/RecordRow.h"
 
-#include <cstddef>
+#include <memory>
 #include <utility>
 
 #include <glibmm.h>
@@ -14,25 +14,17 @@ namespace host {
 
 class RecordItem : public Glib::Object {
 public:
-    using Kind = RecordKind;
-
-    static Glib::RefPtr<RecordItem> create(Kind kind, std::size_t index, Glib::ustring name,
-                                           Glib::ustring detail)
+    static Glib::RefPtr<RecordItem> create(std::shared_ptr<const RecordRow> row)
     {
-        return Glib::make_refptr_for_instance(
-            new RecordItem{kind, index, std::move(name), std::move(detail)});
+        return Glib::make_refptr_for_instance(new RecordItem{std::move(row)});
     }
 
-    const Kind kind;
-    const std::size_t index; ///< among the records of its kind
-    const Glib::ustring name;
-    const Glib::ustring detail;
-    bool isTicked = true;
+    [[nodiscard]] const RecordRow& row() const noexcept { return *row_; }
 
 private:
-    RecordItem(Kind itsKind, std::size_t itsIndex, Glib::ustring itsName, Glib::ustring itsDetail)
-        : kind(itsKind), index(itsIndex), name(std::move(itsName)), detail(std::move(itsDetail))
-    {}
+    explicit RecordItem(std::shared_ptr<const RecordRow> row) : row_(std::move(row)) {}
+
+    std::shared_ptr<const RecordRow> row_;
 };
 
 } // namespace host

@@ -29,6 +29,7 @@ constexpr std::array kShortcuts{
     Shortcut{"<Control>o", "win.import", marked("Import files")},
     Shortcut{"<Control><Shift>o", "win.open-folder", marked("Open a copy of a receiver")},
     Shortcut{"<Control>s", "win.export", marked("Export the ticked records")},
+    Shortcut{"<Control>f", "win.search", marked("Search the records")},
     Shortcut{"<Control>question", "win.shortcuts", marked("Show keyboard shortcuts")},
     Shortcut{"F10", "", marked("Open the menu")},
     Shortcut{"<Control>q", "app.quit", marked("Quit")},
@@ -57,8 +58,8 @@ void addShortcuts(Gtk::Application& application)
     }
 }
 
-// This version of the toolkit has no functions to fill such a window. It is made when it is needed: a
-// screen reader that looks into a hidden one ends the program, because of a fault of the toolkit.
+// This version of the toolkit has no functions to fill such a window. It is made when it is needed:
+// a screen reader that looks into a hidden one ends the program, because of a fault of the toolkit.
 void showShortcuts(Gtk::Window& window)
 {
     std::string markup = "<interface><object class='GtkShortcutsWindow' id='shortcuts'>"

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "host/records/Export.h"
+#include "host/records/RecordKind.h"
 #include "host/records/RecordSet.h"
 #include "host/window/PathLayer.h"
-#include "host/records/RecordKind.h"
 
 #include <gps/GPSPoint.h>
 

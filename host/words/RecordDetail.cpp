@@ -143,14 +143,16 @@ std::string_view kindName(const RecordRow& row)
 std::string rowDetail(const RecordSet& records, const RecordRow& row,
                       const Presentation& presentation)
 {
-    std::vector<std::string> parts{std::string{kindName(row)}};
+    std::vector<std::string> parts;
+    if (row.kind != RecordKind::kTrack) // whose figures nothing else has
+        parts.emplace_back(kindName(row));
+    if (row.first)
+        parts.push_back(minuteText(*row.first, shownZone(row.position, presentation)));
     addParts(parts, row, presentation);
     const auto& record = recordOf(records, row);
     const auto* const key = row.isGeocache ? "geocacheType" : "symbol";
     if (const auto text = displayText(textIn(record, key), kMostOfSymbol); !text.empty())
         parts.push_back(text);
-    if (row.first)
-        parts.push_back(minuteText(*row.first, shownZone(row.position, presentation)));
     return joined(parts, kSeparator);
 }
 

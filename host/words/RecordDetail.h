@@ -36,7 +36,7 @@ struct DetailLine {
 /// "Track", "Route", "Waypoint" or "Geocache".
 [[nodiscard]] std::string_view kindName(const RecordRow& row);
 
-/// "Track · 5.41 km · 1 h 12 min · 120 m up · 2008-08-11 08:15".
+/// "2008-08-11 08:15 · 5.41 km · 1 h 12 min · 120 m up", or "Waypoint · Campground".
 [[nodiscard]] std::string rowDetail(const RecordSet& records, const RecordRow& row,
                                     const Presentation& presentation);
 

@@ -48,6 +48,11 @@ class Window:
         return [widget.get_name() for widget in _all(self._application())
                 if widget.get_role_name() == role]
 
+    def widgets(self, role):
+        """All widgets of a role, from top to bottom."""
+        found = [widget for widget in _all(self._application()) if widget.get_role_name() == role]
+        return sorted(found, key=lambda widget: widget.get_extents(Atspi.CoordType.WINDOW).y)
+
     def unnamed(self, roles):
         """The roles of those widgets that have no name, of some roles."""
         return [widget.get_role_name() for widget in _all(self._application())
@@ -64,6 +69,20 @@ class Window:
             place = self._resting_place(widget)
             subprocess.run(["xdotool", "mousemove", str(place.x + CHECK_MARK),
                             str(place.y + place.height // 2 + FRAME), "click", "1"], check=True)
+
+    def click(self, role, name):
+        """Moves the pointer to the start of a widget, and clicks."""
+        place = self._resting_place(self.find(role, name))
+        subprocess.run(["xdotool", "mousemove", str(place.x + 2 * FRAME),
+                        str(place.y + place.height // 2 + FRAME), "click", "1"], check=True)
+
+    def key(self, *keys):
+        """Presses keys, one after another."""
+        subprocess.run(["xdotool", "key", "--delay", "50", *keys], check=True)
+
+    def write(self, text):
+        """Types a text, in ASCII, wherever the keyboard is."""
+        subprocess.run(["xdotool", "type", "--delay", "50", text], check=True)
 
     def type(self, name, text):
         """Replaces the text of an entry."""

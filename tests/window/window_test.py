@@ -60,7 +60,7 @@ class WindowTest(unittest.TestCase):
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)
         opened.find("check box", "Kayak round")
-        opened.find("label", "Track, 5.4 km, 284 points")
+        opened.find("label", "2008-12-18 21:03 · 5.40 km · 1 h 39 min · 23 m up")
 
     def test_export_writes_what_the_command_line_writes(self):
         opened = self.download(SAMPLES / "receiver")

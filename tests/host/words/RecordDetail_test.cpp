@@ -48,16 +48,16 @@ std::string linesOf(const host::RecordSet& records, const host::Presentation& pr
 
 TEST(RecordDetail, OfATrackHasLengthDurationClimbAndLocalTime)
 {
-    EXPECT_EQ(detailOf(oneTrack()), "Track · 7.90 km · 1 h 07 min · 1,300 m up · 2024-06-01 22:00");
+    EXPECT_EQ(detailOf(oneTrack()), "2024-06-01 22:00 · 7.90 km · 1 h 07 min · 1,300 m up");
     EXPECT_EQ(detailOf(oneTrack(), {.units = host::UnitSystem::kImperial, .isUtc = true}),
-              "Track · 4.91 mi · 1 h 07 min · 4,265 ft up · 2024-06-01 10:00");
+              "2024-06-01 10:00 · 4.91 mi · 1 h 07 min · 4,265 ft up");
 }
 
 TEST(RecordDetail, OfATrackWithoutTimesAndHeightsHasItsPoints)
 {
     host::RecordSet records;
     records.tracks.push_back({named("Walk"), {{1, 1, 0, 0, 0}}, {}});
-    EXPECT_EQ(detailOf(records), "Track · 0.00 km · 1 point");
+    EXPECT_EQ(detailOf(records), "0.00 km · 1 point");
 }
 
 TEST(RecordDetail, OfAWaypointHasItsSymbol)

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+
+#include "host/window/RecordModel.h"
+
+#include "host/window/RecordItem.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <giomm/init.h>
+
+namespace {
+
+host::RecordModel::Rows rowsNamed(const std::vector<std::string>& names)
+{
+    std::vector<host::RecordRow> rows;
+    for (const auto& name : names)
+        rows.push_back({.kind = host::RecordKind::kRoute, .index = rows.size(), .name = name});
+    return std::make_shared<const std::vector<host::RecordRow>>(rows);
+}
+
+class RecordModelTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() { Gio::init(); }
+
+    [[nodiscard]] std::string nameAt(guint position) const
+    {
+        const auto item =
+            std::dynamic_pointer_cast<host::RecordItem>(model()->get_object(position));
+        return item ? item->row().name : "";
+    }
+
+    [[nodiscard]] const Glib::RefPtr<host::RecordModel>& model() const { return model_; }
+
+private:
+    Glib::RefPtr<host::RecordModel> model_ = host::RecordModel::create();
+};
+
+TEST_F(RecordModelTest, IsEmptyAtFirst)
+{
+    EXPECT_EQ(model()->get_n_items(), 0);
+    EXPECT_EQ(nameAt(0), "");
+    EXPECT_FALSE(model()->find(host::RecordKind::kRoute, 0));
+}
+
+TEST_F(RecordModelTest, ShowsTheRowsOfItsOrder)
+{
+    model()->set(rowsNamed({"a", "b", "c"}), {2, 0});
+    EXPECT_EQ(model()->get_n_items(), 2);
+    EXPECT_EQ(nameAt(0), "c");
+    EXPECT_EQ(nameAt(1), "a");
+    EXPECT_EQ(nameAt(2), "") << "past the end";
+    EXPECT_EQ(model()->find(host::RecordKind::kRoute, 0), 1);
+    EXPECT_FALSE(model()->find(host::RecordKind::kRoute, 1)) << "not shown";
+    EXPECT_FALSE(model()->find(host::RecordKind::kTrack, 0)) << "of another kind";
+}
+
+TEST_F(RecordModelTest, ReportsWhatIsRemovedAndThenWhatIsAdded)
+{
+    model()->set(rowsNamed({"a", "b"}), {0, 1});
+    std::vector<std::vector<guint>> changes;
+    model()->signal_items_changed().connect([&](guint position, guint removed, guint added) {
+        changes.push_back({position, removed, added});
+    });
+    model()->set(rowsNamed({"x"}), {0});
+    EXPECT_EQ(changes, (std::vector<std::vector<guint>>{{0, 2, 0}, {0, 0, 1}}));
+}
+
+TEST_F(RecordModelTest, ItemOutlivesItsRowInTheModel)
+{
+    model()->set(rowsNamed({"a"}), {0});
+    const auto item = std::dynamic_pointer_cast<host::RecordItem>(model()->get_object(0));
+    model()->set({}, {});
+    EXPECT_EQ(item->row().name, "a");
+}
+
+} // namespace

@@ -1,0 +1,168 @@
+# SPDX-License-Identifier: MIT
+"""The list of records and what is beside it: searched, sorted, ticked and selected by users.
+
+records_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
+"""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import screen
+
+if not os.environ.get("WINDOW_TEST_SESSION"):
+    os.environ["WINDOW_TEST_SESSION"] = "yes"
+    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
+
+import window  # noqa: E402
+
+SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
+KAYAK = "2008-12-18 21:03 · 5.40 km · 1 h 39 min · 23 m up"
+
+
+def begins(text):
+    return lambda name: name.startswith(text)
+
+
+def gpx(*waypoints):
+    """A map file with waypoints, each a name with latitude and longitude."""
+    points = "".join(f'<wpt lat="{latitude}" lon="{longitude}"><name>{name}</name></wpt>'
+                     for name, latitude, longitude in waypoints)
+    return f'<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">{points}</gpx>'
+
+
+class RecordsTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="records-test-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def open(self, *paths):
+        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
+                               environment=WHEN)
+        self.addCleanup(opened.__exit__)
+        return opened
+
+    def download(self):
+        opened = self.open(SAMPLES / "receiver")
+        opened.find("label", begins("Magellan device"))
+        opened.press("push button", "Download")
+        opened.find("check box", "Kayak round")
+        return opened
+
+    def open_waypoints(self, *waypoints):
+        file = self.folder / "points.gpx"
+        file.write_text(gpx(*waypoints))
+        opened = self.open(file)
+        opened.find("check box", waypoints[0][0])
+        return opened
+
+    def listed(self, opened):
+        """The names of the rows, from top to bottom."""
+        boxes = [box for box in opened.widgets("check box") if box.get_name() not in
+                 ("Waypoints and geocaches", "Routes", "Tracks")]
+        return [box.get_name() for box in boxes]
+
+    def search(self, opened, text):
+        opened.key("ctrl+f", "ctrl+a", "BackSpace")
+        opened.write(text)
+
+    def choose(self, opened, item):
+        opened.press("push button", "Sort")
+        opened.click("menu item", item)
+
+    def test_click_on_a_row_selects_it_and_ticks_nothing(self):
+        opened = self.download()
+        opened.click("label", "Kayak round")
+        opened.find("label", "77 km north-west of Río Turbio")
+        self.assertTrue(opened.is_ticked("Kayak round"))
+        opened.find("label", "72 of 72 ticked")
+
+    def test_click_on_the_box_unticks(self):
+        opened = self.download()
+        opened.press("check box", "Kayak round")
+        opened.find("label", "71 of 72 ticked")
+        self.assertFalse(opened.is_ticked("Kayak round"))
+
+    def test_arrow_selects_and_space_unticks(self):
+        opened = self.download()
+        opened.click("label", "Kayak round")
+        opened.find("label", "77 km north-west of Río Turbio")
+        opened.key("Down")
+        opened.find("label", "near Wanaka")
+        opened.key("space")
+        opened.find("label", "71 of 72 ticked")
+        self.assertTrue(opened.is_ticked("Kayak round"))
+        self.assertFalse(opened.is_ticked("Up to the saddle"))
+
+    def test_search_ignores_case_and_accents(self):
+        opened = self.open_waypoints(("Zürich", 47, 8), ("Bern", 46, 7), ("zurich lake", 47, 8))
+        opened.find("check box", "Bern")
+        self.search(opened, "ZURICH")
+        opened.wait_until(lambda: self.listed(opened) == ["Zürich", "zurich lake"])
+        self.search(opened, "")
+        opened.wait_until(lambda: self.listed(opened) == ["Zürich", "Bern", "zurich lake"])
+
+    def test_search_that_finds_nothing_says_so(self):
+        opened = self.open_waypoints(("Bern", 46, 7))
+        self.search(opened, "Basel")
+        opened.find("label", "No record has these words in its name or its details.")
+        self.assertEqual(self.listed(opened), [])
+
+    def test_tick_none_after_a_search_unticks_what_was_found(self):
+        opened = self.open_waypoints(("Zürich", 47, 8), ("Bern", 46, 7), ("Zug", 47, 8))
+        self.search(opened, "z")
+        opened.wait_until(lambda: self.listed(opened) == ["Zürich", "Zug"])
+        opened.press("push button", "None")
+        opened.find("label", "1 of 3 ticked")
+        self.search(opened, "")
+        opened.find("check box", "Bern")
+        self.assertTrue(opened.is_ticked("Bern"))
+        self.assertFalse(opened.is_ticked("Zug"))
+        opened.press("push button", "Tick All")
+        opened.find("label", "3 of 3 ticked")
+
+    def test_rows_are_sorted_by_name_and_back(self):
+        opened = self.open_waypoints(("Day 10", 47, 8), ("Day 2", 46, 7), ("Äpfel", 47, 8))
+        self.choose(opened, "Name")
+        opened.wait_until(lambda: self.listed(opened) == ["Äpfel", "Day 2", "Day 10"])
+        self.choose(opened, "Reverse Order")
+        opened.wait_until(lambda: self.listed(opened) == ["Day 10", "Day 2", "Äpfel"])
+
+    def test_rows_are_sorted_by_distance_from_the_selected_one(self):
+        opened = self.open_waypoints(("A", 47, 8), ("B", 10, 8), ("C", 48, 8))
+        opened.click("label", "C")
+        opened.find("label", "48.00000° N, 8.00000° E")
+        self.choose(opened, "Distance from the Selected")
+        opened.wait_until(lambda: self.listed(opened) == ["C", "A", "B"])
+
+    def test_unticked_records_are_not_exported_after_sorting(self):
+        opened = self.open_waypoints(("B", 47, 8), ("A", 10, 8))
+        self.choose(opened, "Name")
+        opened.wait_until(lambda: self.listed(opened) == ["A", "B"])
+        opened.press("check box", "A")
+        opened.find("label", "1 of 2 ticked")
+        opened.press("push button", "Export…")
+        opened.type("Name:", str(self.folder / "trip.csv"))
+        opened.press("push button", "Save")
+        opened.find("label", begins("Saved: "))
+        text = (self.folder / "trip.csv").read_text()
+        self.assertIn(",B,", text)
+        self.assertNotIn(",A,", text)
+
+    def test_details_of_a_geocache_are_shown(self):
+        opened = self.download()
+        self.search(opened, "cache")
+        opened.wait_until(lambda: 0 < len(self.listed(opened)) < 20)
+        opened.click("label", begins("Geocache"))
+        opened.find("label", "Geocache")
+        opened.find("label", "Difficulty")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
