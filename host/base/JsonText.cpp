@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -68,8 +69,10 @@ public:
     bool start_object(std::size_t /*size*/) override { return open(gps::Dictionary{}); }
     bool key(std::string& name) override
     {
-        levels_.back().key = std::move(name);
-        return true;
+        auto& level = levels_.back();
+        level.key = std::move(name);
+        hasRepeatedKey_ = level.value.as<gps::Dictionary>()->contains(level.key);
+        return !hasRepeatedKey_;
     }
     bool end_object() override { return close(); }
     bool start_array(std::size_t /*size*/) override { return open(gps::Array{}); }
@@ -83,6 +86,13 @@ public:
 
     /// How many bytes had been read when the parser met an error; nullopt if it met none.
     [[nodiscard]] std::optional<std::size_t> errorAt() const noexcept { return errorAt_; }
+
+    /// The key at which the parser was stopped, because its object had it already; null if it was
+    /// not.
+    [[nodiscard]] const std::string* repeatedKey() const noexcept
+    {
+        return hasRepeatedKey_ ? &levels_.back().key : nullptr;
+    }
 
 private:
     // An object or array that has not ended.
@@ -121,6 +131,35 @@ private:
     std::vector<Level> levels_;
     gps::Value root_;
     std::optional<std::size_t> errorAt_;
+    bool hasRepeatedKey_ = false;
+};
+
+// Shows how far the parser has read, which it does not say itself.
+class WatchedIterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    WatchedIterator(const char* at, const char** farthest) : at_(at), farthest_(farthest) {}
+
+    reference operator*() const { return *at_; }
+    WatchedIterator& operator++()
+    {
+        *farthest_ = ++at_;
+        return *this;
+    }
+    friend bool operator==(const WatchedIterator& a, const WatchedIterator& b)
+    {
+        return a.at_ == b.at_;
+    }
+    friend bool operator!=(const WatchedIterator& a, const WatchedIterator& b) { return !(a == b); }
+
+private:
+    const char* at_;
+    const char** farthest_;
 };
 
 } // namespace
@@ -219,6 +258,18 @@ std::optional<std::size_t> jsonErrorOffset(std::string_view text)
     if (const auto at = builder.errorAt())
         return std::clamp<std::size_t>(*at, 1, text.size() + 1) - 1; // the library counts from 1
     return std::nullopt;
+}
+
+std::optional<RepeatedKey> repeatedJsonKey(std::string_view text)
+{
+    DictionaryBuilder builder;
+    const char* farthest = text.data();
+    (void)Json::sax_parse(WatchedIterator{text.data(), &farthest},
+                          WatchedIterator{text.data() + text.size(), &farthest}, &builder);
+    const auto* const key = builder.repeatedKey();
+    if (key == nullptr)
+        return std::nullopt;
+    return RepeatedKey{*key, static_cast<std::size_t>(farthest - text.data())};
 }
 
 std::optional<gps::Dictionary> readJsonObject(std::string_view text)

@@ -49,9 +49,20 @@ void appendJsonOrNull(std::string& out, const std::optional<std::string>& text);
 /// text's size; nullopt if there is neither.
 [[nodiscard]] std::optional<std::size_t> jsonErrorOffset(std::string_view text);
 
+/// A key that an object has twice.
+struct RepeatedKey {
+    std::string key;
+    std::size_t offset; ///< behind its second occurrence
+};
+
+/// The first key that an object of a text has twice; nullopt if there is none before the first
+/// syntax error. A key whose value is null counts as missing.
+[[nodiscard]] std::optional<RepeatedKey> repeatedJsonKey(std::string_view text);
+
 /// Reads a JSON object into a dictionary. Keeps the order of the keys; an integer becomes a 64-bit
 /// integer, saturated; a key whose value is null is left out.
-/// @return  nullopt if the text is not a JSON object, or is nested deeper than 64 levels
+/// @return  nullopt if the text is not a JSON object, has a key twice in one object, or is nested
+///          deeper than 64 levels
 [[nodiscard]] std::optional<gps::Dictionary> readJsonObject(std::string_view text);
 
 } // namespace host

@@ -3,13 +3,13 @@
 
 #include "host/cli/CommandLine.h"
 
+#include "host/base/NearestName.h"
 #include "host/base/Text.h"
 #include "host/cli/CommandTable.h"
 #include "host/cli/RawOptions.h"
 #include "host/commandline/Arguments.h"
 #include "host/commandline/Configuration.h"
 #include "host/commandline/HelpFormatter.h"
-#include "host/commandline/NearestName.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

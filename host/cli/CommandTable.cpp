@@ -6,6 +6,7 @@
 #include "host/cli/CommandTable.h"
 
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 #include "host/commandline/HelpFormatter.h"
 #include "host/formats/PageTiles.h"
 
@@ -265,6 +266,10 @@ void CommandTable::addRecordOptions(CLI::App& command, DownloadOptions& options)
                 "--options",
                 [&options](const std::string& text) {
                     options.driverOptions = readJsonObject(text);
+                    if (const auto repeated = repeatedJsonKey(text))
+                        throw CLI::ValidationError{"--options",
+                                                   fmt::format("the key \"{}\" is there twice",
+                                                               displayText(repeated->key))};
                     if (!options.driverOptions)
                         throw CLI::ValidationError{"--options",
                                                    "not a JSON object such as {\"tracks\":true}"};

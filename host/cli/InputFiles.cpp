@@ -5,8 +5,8 @@
 #include "host/cli/InputFiles.h"
 
 #include "host/base/HostError.h"
+#include "host/base/NearestName.h"
 #include "host/base/Text.h"
-#include "host/commandline/NearestName.h"
 #include "host/transfer/MapFileImport.h"
 
 #include <fmt/format.h>

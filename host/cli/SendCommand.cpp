@@ -62,7 +62,7 @@ std::optional<gps::Error> readFiles(const SendOptions& options, const std::vecto
                                     : checkSend(options.files, fileTypesOf(drivers)))
         return failure;
     if (options.data)
-        return readDataFile(*options.data, data);
+        return readDataFile(*options.data, data, unread.values);
     data.emplace();
     const ProgressLine line{canShowProgress(options, options.events)};
     ProgressTracker progress{line.callback()};

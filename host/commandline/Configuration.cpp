@@ -3,8 +3,8 @@
 
 #include "host/commandline/Configuration.h"
 
+#include "host/base/NearestName.h"
 #include "host/commandline/HelpFormatter.h"
-#include "host/commandline/NearestName.h"
 
 #include <platform/System/FileManager.h>
 

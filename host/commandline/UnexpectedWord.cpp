@@ -3,9 +3,9 @@
 
 #include "host/commandline/UnexpectedWord.h"
 
+#include "host/base/NearestName.h"
 #include "host/commandline/Arguments.h"
 #include "host/commandline/HelpFormatter.h"
-#include "host/commandline/NearestName.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -159,15 +159,22 @@ std::string extract(std::string_view archive, const Entry& entry, std::size_t mo
 } // namespace
 
 std::string extractFromZip(std::string_view archive, std::string_view extension, std::size_t most,
-                           std::string& text)
+                           std::string& text, std::vector<std::string>* others)
 {
     auto directory = directoryOf(archive);
     if (!directory)
         return kDamaged;
+    std::optional<Entry> first;
     while (const auto entry = takeEntry(*directory)) {
-        if ('.' + fileTypeOf(entry->name) == extension)
-            return extract(archive, *entry, most, text);
+        if ('.' + fileTypeOf(entry->name) != extension)
+            continue;
+        if (!first)
+            first = entry;
+        else if (others != nullptr)
+            others->emplace_back(entry->name);
     }
+    if (first)
+        return extract(archive, *first, most, text);
     return directory->empty() ? fmt::format("the archive holds no {} file", extension) : kDamaged;
 }
 

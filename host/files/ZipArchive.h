@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -15,9 +16,13 @@ namespace host {
 /// @param extension  in small letters: ".kml"
 /// @param most       the largest file that is extracted, in bytes
 /// @param text       out: the file's content; unspecified after a failure
+/// @param others     gets the names of the further files with this extension, as they are stored;
+/// may
+///                   be null
 /// @return           why there is no such file, or why it cannot be extracted, as a part of a
 ///                   sentence; empty if it was
 [[nodiscard]] std::string extractFromZip(std::string_view archive, std::string_view extension,
-                                         std::size_t most, std::string& text);
+                                         std::size_t most, std::string& text,
+                                         std::vector<std::string>* others = nullptr);
 
 } // namespace host

@@ -20,15 +20,22 @@ bool isEmpty(const gps::Value& element)
     return points == nullptr || points->empty();
 }
 
-void removeEmpty(gps::Dictionary& data, std::string_view kind, std::vector<EmptyRecord>& removed)
+void addEmpty(const gps::Dictionary& data, std::string_view kind, std::vector<EmptyRecord>& found)
+{
+    const auto* const records = data.findArray(kind);
+    if (records == nullptr)
+        return;
+    for (const auto& element : *records) {
+        if (isEmpty(element))
+            found.push_back({kind, std::string{textIn(*element.as<gps::Dictionary>(), "name")}});
+    }
+}
+
+void removeEmpty(gps::Dictionary& data, std::string_view kind)
 {
     const auto* const records = std::as_const(data).findArray(kind);
     if (records == nullptr || std::none_of(records->begin(), records->end(), isEmpty))
         return;
-    for (const auto& element : *records) {
-        if (isEmpty(element))
-            removed.push_back({kind, std::string{textIn(*element.as<gps::Dictionary>(), "name")}});
-    }
     auto& rest = *data.findArray(kind);
     std::erase_if(rest, isEmpty);
     if (rest.empty())
@@ -37,11 +44,19 @@ void removeEmpty(gps::Dictionary& data, std::string_view kind, std::vector<Empty
 
 } // namespace
 
+std::vector<EmptyRecord> emptyRecordsIn(const gps::Dictionary& data)
+{
+    std::vector<EmptyRecord> found;
+    addEmpty(data, "route", found);
+    addEmpty(data, "track", found);
+    return found;
+}
+
 std::vector<EmptyRecord> removeEmptyRecords(gps::Dictionary& data)
 {
-    std::vector<EmptyRecord> removed;
-    removeEmpty(data, "route", removed);
-    removeEmpty(data, "track", removed);
+    auto removed = emptyRecordsIn(data);
+    removeEmpty(data, "route");
+    removeEmpty(data, "track");
     return removed;
 }
 

@@ -17,6 +17,9 @@ struct EmptyRecord {
     std::string name;      ///< empty if it has none
 };
 
+/// The routes and tracks without points in a data dictionary.
+[[nodiscard]] std::vector<EmptyRecord> emptyRecordsIn(const gps::Dictionary& data);
+
 /// Removes the routes and tracks without points from a data dictionary, and the key of a list that
 /// becomes empty.
 /// @return  what was removed, in its order

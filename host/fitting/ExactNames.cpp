@@ -3,7 +3,6 @@
 
 #include "host/fitting/ExactNames.h"
 
-#include "host/base/HostError.h"
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/fitting/PlainTextConverter.h"
@@ -162,10 +161,7 @@ private:
 
     static void note(ExactNames& result, std::string what, std::string_view advice)
     {
-        if (!result.conflict)
-            result.conflict =
-                hostError(std::move(what),
-                          fmt::format("{} in the file, or send without --exact-names", advice));
+        result.conflicts.push_back({std::move(what), fmt::format("{} in the file", advice)});
     }
 
     std::string_view noun_;

@@ -1,27 +1,32 @@
 // SPDX-License-Identifier: MIT
 // ExactNames: names and texts that are to be sent as they are. A receiver stores some characters of
-// them only, so two names can become one, and a name nothing. `send --exact-names` looks for that
-// before it plans. Stateless. [any]
+// them only, so two names can become one, and a name nothing. `send --exact-names` and `send
+// --data` look for that before they plan. Stateless. [any]
 
 #pragma once
 
 #include "host/fitting/NameFitting.h"
 #include "host/fitting/RecordList.h"
 
-#include <gps/Error.h>
 #include <gps/Value.h>
 
-#include <optional>
+#include <string>
 #include <vector>
 
 namespace host {
+
+/// Why two records would be one, or one would have no name. Both texts are without a full stop.
+struct NameConflict {
+    std::string description;
+    std::string advice; ///< ends in "in the file"
+};
 
 /// What becomes of the names and texts.
 struct ExactNames {
     std::vector<TextChange> changes{}; ///< those that the receiver does not store as they are
 
-    /// The first two records that would be one, or the first without a name. They must not be sent.
-    std::optional<gps::Error> conflict{};
+    /// The records that would be one, and those without a name.
+    std::vector<NameConflict> conflicts{};
 };
 
 /// Gives each record the name and the texts that the receiver stores for it: without the characters

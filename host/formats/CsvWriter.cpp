@@ -12,7 +12,6 @@
 #include <gps/NumberText.h>
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -173,7 +172,7 @@ void CsvWriter::writePosition(Output& out, const gps::GPSPoint& point)
     char* at = put(out.room(kMostOfCsvPosition), ",");
     at = put(putDegrees(at, point.latitude), ",");
     at = put(putDegrees(at, point.longitude), ",");
-    if (std::isfinite(point.altitude))
+    if (isElevationStated(point))
         at = gps::putDecimal(at, point.altitude);
     at = put(at, ",");
     const bool isTimed = hasTimestamp(point);

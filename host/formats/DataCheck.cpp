@@ -3,8 +3,8 @@
 
 #include "host/formats/DataCheck.h"
 
+#include "host/base/NearestName.h"
 #include "host/base/Text.h"
-#include "host/commandline/NearestName.h"
 
 #include <gps/Geocache.h>
 
@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <map>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,9 +25,18 @@ constexpr std::array<std::string_view, 3> kRecordLists{"waypoint", "route", "tra
 constexpr std::array<std::string_view, 5> kPointFields{"latitude", "longitude", "altitude", "time",
                                                        "reserved"};
 
+// Of records of any kind, and of their points.
+constexpr std::array<std::string_view, 8> kOtherRecordKeys{
+    "symbol", gps::kPointKey, "points", "number", "source", "segment", "trackName", "cacheID"};
+
 template <typename List> bool contains(const List& list, std::string_view word)
 {
     return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+bool isText(std::string_view key)
+{
+    return key == "symbol" || contains(gps::kGeocacheKeys, key);
 }
 
 // Which record of the file a value belongs to. Its text is made for a message only: there may be
@@ -55,6 +65,53 @@ DataFault unknownKey(const std::string& key, const std::string& where,
             std::move(advice)};
 }
 
+// The keys of records that no driver is known to read.
+class UnknownKeys {
+public:
+    void add(const std::string& key, const Location& record)
+    {
+        auto& use = uses_[{std::string{record.noun}, key}];
+        if (use.records++ == 0) {
+            use.first = record.text();
+            use.number = uses_.size();
+        }
+    }
+
+    [[nodiscard]] std::vector<std::string> sentences() const
+    {
+        constexpr std::size_t kMostNamed = 10;
+        std::vector<std::string> sentences(std::min(uses_.size(), kMostNamed));
+        for (const auto& [nounAndKey, use] : uses_) {
+            if (use.number <= sentences.size())
+                sentences[use.number - 1] = sentence(nounAndKey.second, use);
+        }
+        if (const auto more = uses_.size() - sentences.size(); more > 0)
+            sentences.push_back(fmt::format("And {} more unknown keys.", more));
+        return sentences;
+    }
+
+private:
+    struct Use {
+        std::size_t number = 0; // in the order of the file
+        std::size_t records = 0;
+        std::string first{};
+    };
+
+    static std::string sentence(const std::string& key, const Use& use)
+    {
+        std::vector<std::string> known{gps::kGeocacheKeys.begin(), gps::kGeocacheKeys.end()};
+        known.insert(known.end(), kOtherRecordKeys.begin(), kOtherRecordKeys.end());
+        const auto others =
+            use.records > 1 ? fmt::format(" and {} more have", use.records - 1) : " has";
+        const auto nearest = nearestName(key, known);
+        return fmt::format(R"({}{} the key "{}", which no driver is known to read.{})", use.first,
+                           others, displayText(key),
+                           nearest.empty() ? "" : fmt::format(R"( Did you mean "{}"?)", nearest));
+    }
+
+    std::map<std::pair<std::string, std::string>, Use> uses_; // by noun and key
+};
+
 std::optional<DataFault> faultInPoint(const gps::Value& value, const Location& record)
 {
     const auto* const point = value.as<gps::Dictionary>();
@@ -73,15 +130,11 @@ std::optional<DataFault> faultInPoint(const gps::Value& value, const Location& r
     return std::nullopt;
 }
 
-bool isText(std::string_view key)
-{
-    return key == "symbol" || contains(gps::kGeocacheKeys, key);
-}
-
 std::optional<DataFault> faultInList(const gps::Value& value, std::string_view key,
-                                     Location location);
+                                     Location location, UnknownKeys& unknown);
 
-std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& where)
+std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& where,
+                                       UnknownKeys& unknown)
 {
     const auto* const record = value.as<gps::Dictionary>();
     if (record == nullptr)
@@ -90,13 +143,15 @@ std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& 
     const bool hasPoints = where.noun == "route" || where.noun == "track";
     std::optional<DataFault> fault;
     for (const auto& [key, field] : *record) {
+        if (!isText(key) && !contains(kOtherRecordKeys, key))
+            unknown.add(key, where);
         if (isText(key) && field.as<std::string>() == nullptr)
             return DataFault{fmt::format("The \"{}\" of {} is not a text", key, where.text()),
                              "Write it in quotation marks"};
         if (key == gps::kPointKey)
             fault = faultInPoint(field, where);
         else if (key == "points" && hasPoints)
-            fault = faultInList(field, key, {.noun = "point", .owner = &where});
+            fault = faultInList(field, key, {.noun = "point", .owner = &where}, unknown);
         if (fault)
             break;
     }
@@ -105,7 +160,7 @@ std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& 
 
 // @param location  of the records in the list, without a number
 std::optional<DataFault> faultInList(const gps::Value& value, std::string_view key,
-                                     Location location)
+                                     Location location, UnknownKeys& unknown)
 {
     const auto* const list = value.as<gps::Array>();
     if (list == nullptr)
@@ -115,7 +170,7 @@ std::optional<DataFault> faultInList(const gps::Value& value, std::string_view k
                          "Write a list of records: [{...},{...}]"};
     for (const auto& element : *list) {
         ++location.number;
-        if (auto fault = faultInRecord(element, location))
+        if (auto fault = faultInRecord(element, location, unknown))
             return fault;
     }
     return std::nullopt;
@@ -123,14 +178,17 @@ std::optional<DataFault> faultInList(const gps::Value& value, std::string_view k
 
 } // namespace
 
-std::optional<DataFault> findDataFault(const gps::Dictionary& data)
+std::optional<DataFault> findDataFault(const gps::Dictionary& data,
+                                       std::vector<std::string>& remarks)
 {
+    UnknownKeys unknown;
     for (const auto& [key, value] : data) {
         if (!contains(kRecordLists, key))
             return unknownKey(key, "The data file", {kRecordLists.begin(), kRecordLists.end()});
-        if (auto fault = faultInList(value, key, {.noun = key}))
+        if (auto fault = faultInList(value, key, {.noun = key}, unknown))
             return fault;
     }
+    remarks = unknown.sentences();
     return std::nullopt;
 }
 

@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -22,7 +23,10 @@ struct DataFault {
 /// else than an array of objects under one of them, or under the "points" of a route or track; a
 /// "point" that is not an object, or with a key that points do not have, or with a value that is
 /// not a number; a text of a record that is not a string. Other keys of records may hold anything.
-/// @param data  as it was read: points are still dictionaries
-[[nodiscard]] std::optional<DataFault> findDataFault(const gps::Dictionary& data);
+/// @param data     as it was read: points are still dictionaries
+/// @param remarks  gets a sentence for each key of records that no driver is known to read, such as
+///                 "coment": how many records have it, and which key was probably meant
+[[nodiscard]] std::optional<DataFault> findDataFault(const gps::Dictionary& data,
+                                                     std::vector<std::string>& remarks);
 
 } // namespace host

@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
+#include "host/base/Text.h"
 #include "host/base/XmlText.h"
 #include "host/formats/DataCheck.h"
 
@@ -70,10 +71,30 @@ void boxPoints(gps::Dictionary& dictionary)
     }
 }
 
+// Why a text is not a data dictionary. A second and a third parse find the line of a mistake; for
+// valid JSON of another kind they find none.
+gps::Error unreadableData(const std::string& text, const std::string& path)
+{
+    if (const auto offset = jsonErrorOffset(text))
+        return hostError(
+            fmt::format("The data file is damaged or cut short: line {} is not valid JSON, or has "
+                        "a number out of range",
+                        lineAt(text, *offset)),
+            "Check that line", path);
+    if (const auto repeated = repeatedJsonKey(text))
+        return hostError(
+            fmt::format(R"(The data file has the key "{}" twice in one object: again in line {})",
+                        displayText(repeated->key), lineAt(text, repeated->offset)),
+            "Remove one of them", path);
+    return hostError("The data file is not a JSON object, or it is nested deeper than 64 levels",
+                     R"(Write an object with "waypoint", "route" and "track", or null)", path);
+}
+
 } // namespace
 
 std::optional<gps::Error> readDataFile(const std::string& path,
-                                       std::optional<gps::Dictionary>& data)
+                                       std::optional<gps::Dictionary>& data,
+                                       std::vector<std::string>& remarks)
 {
     std::string text;
     if (auto failure = gps::FileManager{}.readFile(path, text, kLargestDataFile))
@@ -83,20 +104,13 @@ std::optional<gps::Error> readDataFile(const std::string& path,
         return std::nullopt;
     }
     auto read = readJsonObject(text);
-    // readJsonObject() does not report why it failed. A second parse finds the line of an error;
-    // for valid JSON of another kind it finds none.
-    if (const auto offset = read ? std::nullopt : jsonErrorOffset(text))
-        return hostError(
-            fmt::format("The data file is damaged or cut short: line {} is not valid JSON, or has "
-                        "a number out of range",
-                        lineAt(text, *offset)),
-            "Check that line", path);
     if (!read)
-        return hostError(
-            "The data file is not a JSON object, or it is nested deeper than 64 levels",
-            R"(Write an object with "waypoint", "route" and "track", or null)", path);
-    if (const auto fault = findDataFault(*read))
+        return unreadableData(text, path);
+    std::vector<std::string> found;
+    if (const auto fault = findDataFault(*read, found))
         return hostError(fault->description, fault->advice, path);
+    for (const auto& remark : found)
+        remarks.push_back(fmt::format("{}: {}", path.substr(path.find_last_of('/') + 1), remark));
     boxPoints(*read);
     data = std::move(read);
     return std::nullopt;

@@ -28,12 +28,10 @@ constexpr std::string_view kGeoJsonFoot = "\n]}\n";
 constexpr std::size_t kMostOfPosition = 2 * kMostOfDegrees + gps::kMostOfShortest + 4;
 constexpr std::size_t kMostOfTime = TimestampText::kSize + 3;
 
-// Rounded to millimetres, never to -0. A number too large for that is no altitude, and stays as it
-// is.
+// Rounded to millimetres, never to -0.
 double inMillimetres(double metres)
 {
-    constexpr double kMostRounded = 1e9;
-    return std::abs(metres) < kMostRounded ? std::round(metres * 1000) / 1000 + 0.0 : metres;
+    return std::round(metres * 1000) / 1000 + 0.0;
 }
 
 // Longitude comes first. A position without an altitude has two numbers.
@@ -43,7 +41,7 @@ char* putPosition(char* at, const gps::GPSPoint& point)
     at = putDegrees(at, point.longitude);
     *at++ = ',';
     at = putDegrees(at, point.latitude);
-    if (std::isfinite(point.altitude)) {
+    if (isElevationStated(point)) {
         *at++ = ',';
         at = gps::putShortest(at, inMillimetres(point.altitude));
     }

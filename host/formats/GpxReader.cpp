@@ -201,6 +201,7 @@ bool Collection::readSegment(const pugi::xml_node& segment, gps::Array& points)
             return true;
         if (!readPointOf(node, point))
             return false;
+        unstored_.addTrackPoint(node);
         points.emplace_back(trackPointRecord(point));
         return true;
     });
@@ -261,6 +262,9 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
         unread->firstWaypoints.push_back(
             file.errorAt(offset, text + ", so it was skipped", "Correct it, and try again"));
     collection.unstored().addTo(unread->unstored);
+    if (const auto lost = collection.unstored().lostText(); !lost.empty())
+        unread->ignored.push_back(
+            file.sentence("left out, because records have no place for it: " + lost));
     auto sentences = collection.unreadValues().sentences(file);
     std::move(sentences.begin(), sentences.end(), std::back_inserter(unread->values));
     return std::nullopt;

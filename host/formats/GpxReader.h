@@ -27,12 +27,12 @@ using ReadProgress = std::function<void(std::size_t done, std::size_t total)>;
 /// - Geocache: a waypoint with the nine fields of a cache and the symbol "Geocache" or "Geocache
 ///   Found". Dates are "DDMMYY".
 /// - Route: "name", "comment", "number", "source", and its waypoints under "points".
-/// - Track: "name", "source", and under "points" its points as dictionaries with a "point". A track
-/// of several
-///   segments with points gives a record for each, with its number under "segment".
+/// - Track: "name", "comment", "source", and under "points" its points as dictionaries with a
+///   "point". A track of several segments with points gives a record for each, with its number
+///   under "segment".
 ///
-/// A missing name, symbol, route comment, number or source adds no key. A missing or malformed
-/// elevation is a NaN, and such a time is 0.
+/// A missing name, symbol, comment of a route or track, number or source adds no key. A missing or
+/// malformed elevation is a NaN, and such a time is 0.
 ///
 /// @param unread  gets what was left out, such as the waypoints without valid coordinates; null: a
 ///                file with one of those is rejected, as it always is for a point of a route or

@@ -304,8 +304,10 @@ gps::Dictionary routeRecord(const pugi::xml_node& element)
 
 gps::Dictionary trackRecord(const pugi::xml_node& element)
 {
+    const Fields fields{element};
     gps::Dictionary track;
-    setUnlessEmpty(track, "name", childText(element, "name"));
+    setUnlessEmpty(track, "name", fields.text(kName));
+    setUnlessEmpty(track, "comment", commentOf(fields));
     setUnlessEmpty(track, kSourceKey, childText(element, "src"));
     return track;
 }

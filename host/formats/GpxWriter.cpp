@@ -12,10 +12,8 @@
 #include <gps/NumberText.h>
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <string_view>
 
 namespace host {
@@ -118,7 +116,7 @@ void GpxWriter::wayPoint(const gps::GPSPoint& point, const gps::Dictionary& reco
 void GpxWriter::beginRoute(const gps::Dictionary& route)
 {
     auto& out = sections_.outputFor(kRouteSection);
-    beginCollection(out, "<rte>", route, kCollectionTexts);
+    beginCollection(out, "<rte>", route);
     out.write("\n");
 }
 
@@ -136,7 +134,7 @@ void GpxWriter::endRoute()
 void GpxWriter::beginTrack(const gps::Dictionary& track)
 {
     auto& out = sections_.outputFor(kTrackSection);
-    beginCollection(out, "<trk>", track, std::span{kCollectionTexts}.first(1));
+    beginCollection(out, "<trk>", track);
     out.write("<trkseg>\n");
 }
 
@@ -170,11 +168,10 @@ std::optional<gps::Error> GpxWriter::finish()
 }
 
 // The schema demands the source behind the texts.
-void GpxWriter::beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record,
-                                std::span<const TextElement> texts)
+void GpxWriter::beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record)
 {
     out.write(tag);
-    writeElements(out, record, texts);
+    writeElements(out, record, kCollectionTexts);
     const auto own = textIn(record, kSourceKey);
     const auto source = own.empty() ? std::string_view{source_} : own;
     if (source.empty())
@@ -195,7 +192,7 @@ char* GpxWriter::putPoint(char* at, std::string_view element, const gps::GPSPoin
     at = put(at, R"(" lon=")");
     at = putDegrees(at, longitude);
     at = put(at, R"(">)");
-    if (std::isfinite(point.altitude)) {
+    if (isElevationStated(point)) {
         at = put(at, "<ele>");
         at = gps::putDecimal(at, point.altitude);
         at = put(at, "</ele>");

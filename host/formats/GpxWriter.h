@@ -15,7 +15,6 @@
 #include "host/points/Points.h"
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -48,8 +47,7 @@ private:
 
     void writeMetadata(const RecordOrigin& origin);
     void writeBounds();
-    void beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record,
-                         std::span<const TextElement> texts);
+    void beginCollection(Output& out, std::string_view tag, const gps::Dictionary& record);
 
     // Writes the start tag of a point, its elevation and its time.
     char* putPoint(char* at, std::string_view element, const gps::GPSPoint& point);

@@ -46,10 +46,13 @@ void appendHtmlCells(std::string& out, std::initializer_list<std::string_view> t
         appendHtmlCell(out, text);
 }
 
+// With the page's minus sign, which is not a hyphen.
 std::string metresText(const std::optional<double>& metres)
 {
-    // The sum turns a negative zero into zero.
-    return metres ? fmt::format("{:.0f} m", std::round(*metres) + 0.0) : "";
+    if (!metres)
+        return {};
+    const auto rounded = std::round(*metres);
+    return fmt::format("{}{:.0f} m", rounded < 0 ? "−" : "", std::abs(rounded));
 }
 
 std::string kilometresText(double kilometres)

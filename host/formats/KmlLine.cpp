@@ -107,10 +107,9 @@ void KmlLine::writeRun(Output& out)
 {
     if (inRun_ == 0)
         return;
-    // A Point among lines would be another thing than a part of the line, and a line has two.
-    if (inRun_ == 1 && !inTrack_ && finishedRuns_ > 0)
+    // A Point would be another thing than a line, and a line has at least two positions.
+    if (inRun_ == 1 && !inTrack_)
         addToRun(*last_);
-    const bool isLine = inRun_ > 1;
     inRun_ = 0;
     if (inTrack_) {
         out.write("<gx:Track>\n");
@@ -120,10 +119,9 @@ void KmlLine::writeRun(Output& out)
         return;
     }
     // Without tessellate, a line on the ground does not follow the terrain between its points.
-    out.write(isLine ? "<LineString><tessellate>1</tessellate><coordinates>\n"
-                     : "<Point><coordinates>");
+    out.write("<LineString><tessellate>1</tessellate><coordinates>\n");
     coordinates_.moveTo(out);
-    out.write(isLine ? "</coordinates></LineString>" : "</coordinates></Point>");
+    out.write("</coordinates></LineString>");
 }
 
 } // namespace host

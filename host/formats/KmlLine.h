@@ -42,7 +42,8 @@ public:
     /// No line leads from the last point to the next one: a segment begins there.
     void breakHere() noexcept { isBroken_ = true; }
 
-    /// Writes the line. A line without points becomes a placemark without geometry.
+    /// Writes the line. One without points becomes a placemark without geometry; one of a single
+    /// point has its position twice.
     void end(Output& out);
 
 private:

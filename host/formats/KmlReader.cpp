@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
@@ -34,14 +35,30 @@ constexpr int kMostLevels = 100;
 
 constexpr std::string_view kArchiveStart = "PK\3\4";
 
-std::string unpackKmz(std::string& content)
+// @param others  gets the names of the documents that are not read
+std::string unpackKmz(std::string& content, std::vector<std::string>& others)
 {
+    others.clear(); // a file is loaded again for the line of an error
     if (!content.starts_with(kArchiveStart))
         return {};
     std::string text;
-    auto problem = extractFromZip(content, ".kml", kLargestXml, text);
+    auto problem = extractFromZip(content, ".kml", kLargestXml, text, &others);
     content = std::move(text);
     return problem;
+}
+
+// Precondition: there are some.
+std::string otherDocumentsText(const std::vector<std::string>& names)
+{
+    constexpr std::size_t kMostNamed = 10;
+    std::vector<std::string> shown;
+    for (const auto& name : names) {
+        if (shown.size() < kMostNamed)
+            shown.push_back(displayText(name));
+    }
+    const auto more = names.size() - shown.size();
+    return fmt::format("only the first KML document of the archive is read, not {}{}",
+                       joined(shown, ", "), more > 0 ? fmt::format(" and {} more", more) : "");
 }
 
 // Finds the first element below too many others.
@@ -93,7 +110,7 @@ constexpr std::array kIgnoredKinds{
     IgnoredKind{"NetworkLink", "link to another file", "links to other files"},
     IgnoredKind{"Tour", "tour", "tours"}};
 
-// How many there are of each, and a sentence about them.
+// How many there are of each.
 class IgnoredElements {
 public:
     void add(std::string_view element)
@@ -102,8 +119,8 @@ public:
             counts_[i] += kIgnoredKinds[i].element == element ? 1U : 0U;
     }
 
-    // Empty if there are none.
-    [[nodiscard]] std::string sentence(const std::string& path) const
+    // A part of a sentence; empty if there are none.
+    [[nodiscard]] std::string text() const
     {
         std::vector<std::string> parts;
         for (std::size_t i = 0; i < kIgnoredKinds.size(); ++i) {
@@ -114,8 +131,7 @@ public:
         }
         if (parts.empty())
             return {};
-        return fmt::format("{}: ignored {}; points, lines and tracks are read.",
-                           path.substr(path.find_last_of('/') + 1), joined(parts, ", "));
+        return fmt::format("ignored {}; points, lines and tracks are read", joined(parts, ", "));
     }
 
 private:
@@ -209,6 +225,13 @@ const gps::GPSPoint& pointAt(const gps::Value& record)
 bool isSamePosition(const gps::GPSPoint& a, const gps::GPSPoint& b)
 {
     return a.latitude == b.latitude && a.longitude == b.longitude;
+}
+
+// Of points without times. Unknown elevations are NaNs, which equal nothing.
+bool isSamePoint(const gps::GPSPoint& a, const gps::GPSPoint& b)
+{
+    return isSamePosition(a, b) &&
+           (a.altitude == b.altitude || (std::isnan(a.altitude) && std::isnan(b.altitude)));
 }
 
 // A gx:Track has a time for each of its points, so a track of which only some points have one is
@@ -377,7 +400,8 @@ bool Placemarks::readTrack(pugi::xml_node track)
 void Placemarks::addLine(Line line)
 {
     // A line has two positions even where there is only one point.
-    if (!line.isTimed && line.points.size() == 2 && line.points.front() == line.points.back())
+    if (!line.isTimed && line.points.size() == 2 &&
+        isSamePoint(pointAt(line.points.front()), pointAt(line.points.back())))
         line.points.pop_back();
     if (lines_.empty() || !appendTo(lines_.back(), line))
         lines_.push_back(std::move(line));
@@ -409,7 +433,9 @@ std::optional<gps::Error> refusalOf(pugi::xml_document& document, const XmlFile&
 std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data,
                                   UnreadParts& unread)
 {
-    const XmlFile file{path, "KML", unpackKmz};
+    std::vector<std::string> others;
+    const XmlFile file{path, "KML",
+                       [&others](std::string& content) { return unpackKmz(content, others); }};
     std::string xml;
     if (auto failure = file.read(xml))
         return failure;
@@ -431,8 +457,10 @@ std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data
             element.offset_debug(), text + ", so it was skipped", "Correct it, and try again"));
     auto values = placemarks.unreadValues().sentences(file);
     std::move(values.begin(), values.end(), std::back_inserter(unread.values));
-    if (auto sentence = placemarks.ignored().sentence(path); !sentence.empty())
-        unread.ignored.push_back(std::move(sentence));
+    if (!others.empty())
+        unread.ignored.push_back(file.sentence(otherDocumentsText(others)));
+    if (const auto text = placemarks.ignored().text(); !text.empty())
+        unread.ignored.push_back(file.sentence(text));
     return std::nullopt;
 }
 

@@ -21,7 +21,8 @@ namespace host {
 ///
 /// - Point: a waypoint with "name", "comment", "symbol", "point"; a geocache also has its own
 ///   fields, if this program wrote the file.
-/// - LineString, gx:Track: a track with "name" and "points". The lines of a MultiGeometry or a
+/// - LineString, gx:Track: a track with "name", "comment" and "points". The lines of a
+/// MultiGeometry or a
 ///   gx:MultiTrack are segments of one track, as readGpx() makes them; a LineString and a gx:Track
 ///   that share an end are one segment.
 ///

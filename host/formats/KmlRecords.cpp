@@ -124,6 +124,11 @@ gps::Dictionary kmlWaypoint(const pugi::xml_node& placemark, gps::GPSPoint point
 gps::Dictionary kmlTrack(const pugi::xml_node& placemark)
 {
     auto record = named(placemark);
+    auto comment = extendedText(placemark, "comment");
+    if (comment.empty())
+        comment = plainDescription(childText(placemark, "description"));
+    if (!comment.empty())
+        record.set("comment", std::move(comment));
     if (auto source = extendedText(placemark, kSourceKey); !source.empty())
         record.set(kSourceKey, std::move(source));
     return record;

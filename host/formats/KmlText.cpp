@@ -11,8 +11,6 @@
 #include <gps/NumberText.h>
 #include <gps/Value.h>
 
-#include <cmath>
-
 namespace host {
 namespace {
 
@@ -67,7 +65,7 @@ char* putKmlPosition(char* at, const gps::GPSPoint& point, char separator) noexc
     at = putDegrees(at, point.longitude);
     *at++ = separator;
     at = putDegrees(at, point.latitude);
-    if (!std::isfinite(point.altitude))
+    if (!isElevationStated(point))
         return at;
     *at++ = separator;
     return gps::putDecimal(at, point.altitude);

@@ -21,8 +21,8 @@ namespace host {
 inline constexpr std::size_t kMostOfKmlPosition = 2 * kMostOfDegrees + 2 + gps::kMostOfDecimal;
 inline constexpr std::size_t kMostOfKmlWhen = TimestampText::kSize + 14;
 
-/// Writes longitude and latitude in degrees and, if it is finite, altitude in metres, in the order
-/// that KML requires.
+/// Writes longitude and latitude in degrees and, if it has one to state, altitude in metres, in the
+/// order that KML requires.
 /// @param at  has room for kMostOfKmlPosition characters
 /// @return    the end of what was written
 [[nodiscard]] char* putKmlPosition(char* at, const gps::GPSPoint& point, char separator) noexcept;

@@ -5,6 +5,7 @@
 #include "host/formats/PointValues.h"
 
 #include "host/formats/GpxTime.h"
+#include "host/points/Points.h"
 
 #include <gps/Characters.h>
 #include <gps/NumberText.h>
@@ -29,6 +30,8 @@ std::int64_t timeIn(std::string_view text, UnreadTexts& unread)
     const auto time = readGpxTime(text);
     if (!time)
         unread.time = gps::trimmed(text);
+    else if (!hasTimestamp({.time = *time}))
+        unread.uncountedTime = gps::trimmed(text);
     return time.value_or(0);
 }
 

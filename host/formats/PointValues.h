@@ -11,17 +11,18 @@
 
 namespace host {
 
-/// What a point has in its file that cannot be read; empty texts if there is nothing.
+/// What a point has in its file that cannot be read or counts as unknown; empty texts if there is
+/// nothing.
 struct UnreadTexts {
     std::string elevation{};
     std::string time{};
+    std::string uncountedTime{}; ///< one that hasTimestamp() does not accept
 
-    [[nodiscard]] bool isEmpty() const noexcept { return elevation.empty() && time.empty(); }
+    [[nodiscard]] bool isEmpty() const noexcept
+    {
+        return elevation.empty() && time.empty() && uncountedTime.empty();
+    }
 };
-
-/// The farthest from sea level that an elevation can be, in metres: beyond all satellites, and
-/// short enough for every format and device.
-inline constexpr double kMostElevation = 1e8;
 
 /// Reads an elevation in metres. White space around it is ignored.
 /// @param unread  gets the text if it is not an elevation as a whole, such as "12,5" or "13 m"
@@ -29,7 +30,7 @@ inline constexpr double kMostElevation = 1e8;
 [[nodiscard]] double elevationIn(std::string_view text, UnreadTexts& unread);
 
 /// Reads a timestamp as readGpxTime() does.
-/// @param unread  gets the text if it is not a timestamp
+/// @param unread  gets the text if it is not a timestamp, or if hasTimestamp() does not accept it
 /// @return        0 for any such text, and for an empty one
 [[nodiscard]] std::int64_t timeIn(std::string_view text, UnreadTexts& unread);
 

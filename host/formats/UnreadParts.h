@@ -18,6 +18,8 @@ struct UnstoredText {
     std::string_view noun;  ///< "waypoint", "geocache", "route", "route point" or "track"
     std::string_view field; ///< "comment", "description", "link" or "type"
     std::size_t records;
+
+    friend bool operator==(const UnstoredText& a, const UnstoredText& b) = default;
 };
 
 struct UnreadParts {
@@ -33,7 +35,8 @@ struct UnreadParts {
     /// Each noun and field once.
     std::vector<UnstoredText> unstored{};
 
-    /// What is as it should be, but has no place in a receiver: a sentence for each file.
+    /// What is as it should be, but has no place in a receiver or in a record: a sentence for each
+    /// file.
     std::vector<std::string> ignored{};
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// UnreadValues: counts the elevations and times of one map file that cannot be read. One thread at
-// a time.
+// UnreadValues: counts the elevations and times of one map file that cannot be read, or that count
+// as unknown. One thread at a time.
 
 #pragma once
 
@@ -21,7 +21,10 @@ public:
     /// @param moreLines  from there to the point
     void add(const UnreadTexts& texts, std::ptrdiff_t offset, std::size_t moreLines = 0);
 
-    [[nodiscard]] bool isEmpty() const noexcept { return elevations_.count + times_.count == 0; }
+    [[nodiscard]] bool isEmpty() const noexcept
+    {
+        return elevations_.count + times_.count + uncountedTimes_.count == 0;
+    }
 
     /// A sentence for each kind of value: how many there are, which is the first, and its line.
     [[nodiscard]] std::vector<std::string> sentences(const XmlFile& file) const;
@@ -38,6 +41,7 @@ private:
 
     Kind elevations_;
     Kind times_;
+    Kind uncountedTimes_;
 };
 
 } // namespace host

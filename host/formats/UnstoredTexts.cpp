@@ -4,8 +4,10 @@
 
 #include "host/formats/UnstoredTexts.h"
 
+#include "host/base/Text.h"
 #include "host/formats/XmlNodes.h"
 
+#include <fmt/format.h>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -13,9 +15,10 @@
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 5> kNounTexts{"waypoint", "geocache", "route", "route point",
-                                                     "track"};
-constexpr std::array<std::string_view, 4> kFieldTexts{"comment", "description", "link", "type"};
+constexpr std::array<std::string_view, 6> kNounTexts{"waypoint",    "geocache", "route",
+                                                     "route point", "track",    "track point"};
+constexpr std::array<std::string_view, 7> kFieldTexts{
+    "comment", "description", "link", "type", "number", "source", "other value"};
 
 bool hasText(const pugi::xml_node& node)
 {
@@ -27,6 +30,23 @@ bool isLink(const pugi::xml_node& node, std::string_view name)
 {
     return (name == "link" && *node.attribute("href").value() != '\0') ||
            (name == "url" && hasText(node));
+}
+
+template <std::size_t kCount>
+bool contains(const std::array<std::string_view, kCount>& names, std::string_view name)
+{
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// What a record keeps, or what is not a value of its own. The cache extension is read in part.
+constexpr std::array<std::string_view, 11> kKept{"name",   "ele",   "time", "sym",  "rtept", "cmt",
+                                                 "trkseg", "cache", "desc", "link", "url"};
+
+bool isOther(const pugi::xml_node& node, std::string_view name)
+{
+    if (name == "extensions")
+        return node.first_child() && !childOf(node, "cache");
+    return node.type() == pugi::node_element && name != "urlname" && !contains(kKept, name);
 }
 
 } // namespace
@@ -51,13 +71,23 @@ void UnstoredTexts::addTrack(const pugi::xml_node& element)
     add(element, kTrackTexts);
 }
 
+void UnstoredTexts::addTrackPoint(const pugi::xml_node& element)
+{
+    for (const auto& node : element.children()) {
+        const auto name = localName(node);
+        if (name == "ele" || name == "time" || node.type() != pugi::node_element)
+            continue;
+        ++lost_[kTrackPointTexts][kOthers];
+        return;
+    }
+}
+
 // One walk over the children, which are few: this runs for each waypoint.
 void UnstoredTexts::add(const pugi::xml_node& element, Noun noun)
 {
     pugi::xml_node comment; // null unless it has a text
     pugi::xml_node description;
-    bool hasLink = false;
-    bool hasType = false;
+    std::array<bool, kFields> has{};
     for (const auto& node : element.children()) {
         const auto name = localName(node);
         if (name == "cmt" && hasText(node))
@@ -65,26 +95,32 @@ void UnstoredTexts::add(const pugi::xml_node& element, Noun noun)
         else if (name == "desc" && hasText(node))
             description = node;
         else if (name == "type")
-            hasType = hasType || hasText(node);
+            has[kTypes] = has[kTypes] || (hasText(node) && noun != kGeocacheTexts);
+        else if (name == "src")
+            has[kSources] = noun != kRouteTexts && noun != kTrackTexts && hasText(node);
+        else if (name == "number")
+            has[kNumbers] = hasText(node);
+        else if (isLink(node, name))
+            has[kLinks] = true;
         else
-            hasLink = hasLink || isLink(node, name);
+            has[kOthers] = has[kOthers] || isOther(node, name);
     }
-    auto& counts = counts_[noun];
+    has[kDescriptions] = comment && description && textOf(comment) != textOf(description);
+    for (std::size_t field = 0; field < kFields; ++field)
+        lost_[noun][field] += has[field] ? 1U : 0U;
     if (noun == kTrackTexts) { // stores neither of the two texts, and all others one
-        counts[kComments] += comment ? 1U : 0U;
-        counts[kDescriptions] += description ? 1U : 0U;
-    } else if (comment && description) {
-        counts[kDescriptions] += textOf(comment) != textOf(description) ? 1U : 0U;
+        has[kComments] = !comment.empty();
+        has[kDescriptions] = !description.empty();
     }
-    counts[kLinks] += hasLink ? 1U : 0U;
-    counts[kTypes] += hasType && noun != kGeocacheTexts ? 1U : 0U;
+    for (std::size_t field = 0; field < kTextFields; ++field)
+        unstored_[noun][field] += has[field] ? 1U : 0U;
 }
 
 void UnstoredTexts::addTo(std::vector<UnstoredText>& unstored) const
 {
     for (std::size_t noun = 0; noun < kNouns; ++noun) {
         for (std::size_t field = 0; field < kFields; ++field) {
-            const auto count = counts_[noun][field];
+            const auto count = unstored_[noun][field];
             if (count == 0)
                 continue;
             const auto known =
@@ -97,6 +133,21 @@ void UnstoredTexts::addTo(std::vector<UnstoredText>& unstored) const
                 unstored.push_back({kNounTexts[noun], kFieldTexts[field], count});
         }
     }
+}
+
+std::string UnstoredTexts::lostText() const
+{
+    std::vector<std::string> parts;
+    for (std::size_t noun = 0; noun < kNouns; ++noun) {
+        for (std::size_t field = 0; field < kFields; ++field) {
+            const auto count = lost_[noun][field];
+            const auto* const plural = count == 1 && field != kOthers ? "" : "s";
+            if (count > 0)
+                parts.push_back(fmt::format("the {}{} of {} {}{}", kFieldTexts[field], plural,
+                                            count, kNounTexts[noun], count == 1 ? "" : "s"));
+        }
+    }
+    return joined(parts, ", ");
 }
 
 } // namespace host

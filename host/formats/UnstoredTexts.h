@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// UnstoredTexts: counts the texts of GPX elements that have no place in a record, for messages.
-// Used by GpxReader. One thread at a time.
+// UnstoredTexts: counts the values of GPX elements that have no place on a receiver, and those that
+// have none in a record, for messages. Used by GpxReader. One thread at a time.
 
 #pragma once
 
@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,9 +24,14 @@ public:
     void addRoute(const pugi::xml_node& element);
     void addRoutePoint(const pugi::xml_node& element);
     void addTrack(const pugi::xml_node& element);
+    void addTrackPoint(const pugi::xml_node& element);
 
-    /// Adds the counts to those of earlier files.
+    /// Adds the counts for receivers to those of earlier files.
     void addTo(std::vector<UnstoredText>& unstored) const;
+
+    /// What records lack: a part of a sentence, such as "the links of 2 waypoints"; empty if they
+    /// lack nothing.
+    [[nodiscard]] std::string lostText() const;
 
 private:
     enum Noun : std::size_t {
@@ -34,13 +40,26 @@ private:
         kRouteTexts,
         kRoutePointTexts,
         kTrackTexts,
+        kTrackPointTexts,
         kNouns
     };
-    enum Field : std::size_t { kComments, kDescriptions, kLinks, kTypes, kFields };
+    enum Field : std::size_t {
+        kComments,
+        kDescriptions,
+        kLinks,
+        kTypes,
+        kTextFields, // the first four; the rest are not for receivers
+        kNumbers = kTextFields,
+        kSources,
+        kOthers,
+        kFields
+    };
+    using Counts = std::array<std::array<std::size_t, kFields>, kNouns>;
 
     void add(const pugi::xml_node& element, Noun noun);
 
-    std::array<std::array<std::size_t, kFields>, kNouns> counts_{};
+    Counts unstored_{}; // by receivers
+    Counts lost_{};     // by records
 };
 
 } // namespace host

@@ -48,19 +48,27 @@ std::size_t findForbidden(std::string_view xml) noexcept
     return xml.size();
 }
 
+// Text begins with the white space in front of it.
+std::ptrdiff_t contentOffset(const pugi::xml_node& node)
+{
+    const std::string_view text = node.type() == pugi::node_pcdata ? node.value() : "";
+    return node.offset_debug() +
+           static_cast<std::ptrdiff_t>(text.size() - gps::withoutLeadingSpace(text).size());
+}
+
 constexpr char kCheckFile[] = "Check the file, or export it once more";
 
 } // namespace
 
 XmlFile::XmlFile(std::string path, std::string_view format, Unpack unpack)
-    : path_(std::move(path)), format_(format), unpack_(unpack)
+    : path_(std::move(path)), format_(format), unpack_(std::move(unpack))
 {}
 
 std::optional<gps::Error> XmlFile::load(std::string& xml) const
 {
     if (auto failure = gps::FileManager{}.readFile(path_, xml, kLargestXml))
         return failure;
-    if (unpack_ == nullptr)
+    if (!unpack_)
         return std::nullopt;
     if (const auto problem = unpack_(xml); !problem.empty())
         return errorIn({}, problem, kCheckFile);
@@ -84,12 +92,12 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
         return errorAt(static_cast<std::ptrdiff_t>(control),
                        fmt::format("the file is damaged (a {})",
                                    xml[control] == '\0' ? "zero byte" : "control character"));
+    // A name may be a single space. Without parse_fragment, the parser would ignore text around the
+    // root element.
     constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |
-                              pugi::parse_ws_pcdata_single; // a name may be a single space
+                              pugi::parse_ws_pcdata_single | pugi::parse_fragment;
     const auto result =
         document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
-    if (result.status == pugi::status_no_document_element)
-        return notThisFormat();
     if (result.status == pugi::status_out_of_memory)
         throw std::bad_alloc{};
     if (!result)
@@ -100,9 +108,13 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
     if (!std::equal(name.begin(), name.end(), format_.begin(), format_.end(),
                     [](char a, char b) { return a == gps::lowerCase(b); }))
         return notThisFormat();
-    // The parser accepts several root elements; all but the first would be lost silently.
+    // The parser accepts several root elements and text around them, which would be lost silently.
     if (const auto more = root.next_sibling())
-        return errorAt(more.offset_debug(), "there is more text after the end of the document");
+        return errorAt(contentOffset(more), "there is more text after the end of the document");
+    for (auto before = root.previous_sibling(); before; before = before.previous_sibling()) {
+        if (before.type() != pugi::node_doctype)
+            return errorAt(contentOffset(before), "there is text before the document");
+    }
     return std::nullopt;
 }
 
@@ -117,11 +129,20 @@ gps::Error XmlFile::errorAt(std::ptrdiff_t offset, const std::string& what, cons
     return errorIn(fmt::format(", line {}", line), what, advice);
 }
 
+std::string XmlFile::sentence(std::string_view text) const
+{
+    return fmt::format("{}: {}.", name(), text);
+}
+
+std::string XmlFile::name() const
+{
+    return path_.substr(path_.find_last_of('/') + 1);
+}
+
 gps::Error XmlFile::errorIn(const std::string& lineText, const std::string& what,
                             const char* advice) const
 {
-    const auto file = path_.substr(path_.find_last_of('/') + 1);
-    return hostError(fmt::format("{}{}: {}", file, lineText, what), advice, path_);
+    return hostError(fmt::format("{}{}: {}", name(), lineText, what), advice, path_);
 }
 
 gps::Error XmlFile::notThisFormat() const

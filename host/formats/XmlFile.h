@@ -7,6 +7,7 @@
 #include <gps/Error.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,10 +25,10 @@ class XmlFile {
 public:
     /// Takes a document out of what holds it, such as an archive.
     /// @return  why it cannot, as a part of a sentence; otherwise empty
-    using Unpack = std::string (*)(std::string& content);
+    using Unpack = std::function<std::string(std::string& content)>;
 
     /// @param format  "GPX" or "KML": the name of the root element, too, in small letters
-    XmlFile(std::string path, std::string_view format, Unpack unpack = nullptr);
+    XmlFile(std::string path, std::string_view format, Unpack unpack = {});
 
     /// Reads the file and converts it to UTF-8.
     [[nodiscard]] std::optional<gps::Error> read(std::string& xml) const;
@@ -44,7 +45,11 @@ public:
                                      const char* advice = "Check the file, or export it once more",
                                      std::size_t moreLines = 0) const;
 
+    /// A sentence about the file as a whole.
+    [[nodiscard]] std::string sentence(std::string_view text) const;
+
 private:
+    [[nodiscard]] std::string name() const;
     [[nodiscard]] std::optional<gps::Error> load(std::string& xml) const;
     [[nodiscard]] gps::Error errorIn(const std::string& lineText, const std::string& what,
                                      const char* advice) const;

@@ -3,9 +3,14 @@
 
 #include "host/points/GlobeFilter.h"
 
+#include "host/base/Text.h"
 #include "host/points/Points.h"
 
 #include <fmt/format.h>
+
+#include <cmath>
+#include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -13,16 +18,22 @@ bool GlobeFilter::passes(const gps::GPSPoint& point) noexcept
 {
     const bool passes = isOnGlobe(point);
     skipped_ += passes ? 0 : 1;
+    unstated_ += passes && std::abs(point.altitude) > kMostElevation ? 1U : 0U; // not for NaN
     return passes;
 }
 
 std::string GlobeFilter::remark() const
 {
-    if (skipped_ == 0)
-        return {};
-    return fmt::format("{} without valid coordinates {} left out",
-                       skipped_ == 1 ? "1 point" : fmt::format("{} points", skipped_),
-                       skipped_ == 1 ? "was" : "were");
+    const auto text = [](std::size_t count, std::string_view one, std::string_view what) {
+        return fmt::format("{} {}{} {} {} left out", count, one, count == 1 ? "" : "s", what,
+                           count == 1 ? "was" : "were");
+    };
+    std::vector<std::string> parts;
+    if (skipped_ > 0)
+        parts.push_back(text(skipped_, "point", "without valid coordinates"));
+    if (unstated_ > 0)
+        parts.push_back(text(unstated_, "elevation", "of more than 100,000 km"));
+    return joined(parts, ", ");
 }
 
 } // namespace host

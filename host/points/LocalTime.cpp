@@ -41,6 +41,8 @@ char* putLocalTime(char* at, std::int64_t time) noexcept
     const std::time_t seconds = time;
     std::tm local{};
     localtime_r(&seconds, &local);
+    if (time + local.tm_gmtoff >= kEndOfTimestamps)
+        local.tm_gmtoff = 0; // a year of five digits has no place
     at = TimestampText{}.put(at, time + local.tm_gmtoff, ' ');
     const auto minutes = static_cast<unsigned>(std::abs(local.tm_gmtoff) / 60);
     *at = local.tm_gmtoff < 0 ? '-' : '+';

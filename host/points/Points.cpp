@@ -33,6 +33,11 @@ bool hasTimestamp(const gps::GPSPoint& point) noexcept
     return point.time >= kFirstTimestamp && point.time < kEndOfTimestamps;
 }
 
+bool isElevationStated(const gps::GPSPoint& point) noexcept
+{
+    return std::abs(point.altitude) <= kMostElevation; // false for NaN
+}
+
 char* putDegrees(char* at, double degrees) noexcept
 {
     return gps::putRounded(at, degrees);

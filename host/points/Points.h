@@ -23,6 +23,14 @@ inline constexpr std::int64_t kEndOfTimestamps = 253402300800;
 /// older than 1980, so anything before that has no date.
 [[nodiscard]] bool hasTimestamp(const gps::GPSPoint& point) noexcept;
 
+/// The farthest from sea level that an elevation can be, in metres: beyond all satellites, and
+/// short enough for every format and device.
+inline constexpr double kMostElevation = 1e8;
+
+/// Whether a point has an elevation that the outputs state: a number within kMostElevation. One
+/// that is not known is a NaN.
+[[nodiscard]] bool isElevationStated(const gps::GPSPoint& point) noexcept;
+
 /// Writes timestamps as "YYYY-MM-DD", a separator and "HH:MM:SS", in UTC. Remembers the date: most
 /// points are of the same day as the point before.
 class TimestampText {

@@ -27,30 +27,56 @@
 namespace host {
 namespace {
 
+// @param comparison  used by the rules
+TextRules rulesOf(const gps::GPSFileDevice& device, RecordComparison& comparison)
+{
+    return {.characters = gps::CharacterSet{device.deviceCharacters()},
+            .longestName = device.longestName(),
+            .symbolCode = [&](std::string_view symbol) { return comparison.codeOf(symbol); }};
+}
+
 void fitTexts(PreparedSend& send, const RecordSource& onDevice)
 {
     auto& data = *send.request.data;
     RecordComparison comparison{*send.files};
-    const TextRules rules{
-        .characters = gps::CharacterSet{send.files->deviceCharacters()},
-        .longestName = send.files->longestName(),
-        .symbolCode = [&](std::string_view symbol) { return comparison.codeOf(symbol); }};
+    const auto rules = rulesOf(*send.files, comparison);
     if (send.request.fitting == SendFitting::kAll) {
         send.textChanges = fitNames(data, onDevice, rules);
         return;
     }
     auto names = storeExactNames(data, onDevice, rules);
     send.textChanges = std::move(names.changes);
-    if (!send.obstacle)
-        send.obstacle = std::move(names.conflict);
+    if (send.obstacle || names.conflicts.empty())
+        return;
+    const auto& [description, advice] = names.conflicts.front();
+    send.obstacle = hostError(description, advice + ", or send without --exact-names");
+}
+
+RecordSource recordsOf(const gps::DeviceSnapshot& snapshot)
+{
+    return [&snapshot](const gps::RecordVisitor& visit) { snapshot.visitRecords(visit); };
+}
+
+// What a driver would lose without a word of data that nobody fits to the device.
+void findFaults(PreparedSend& send)
+{
+    auto stored = *send.request.data;
+    RecordComparison comparison{*send.files};
+    auto names =
+        storeExactNames(stored, recordsOf(*send.snapshot), rulesOf(*send.files, comparison));
+    for (auto& [description, advice] : names.conflicts)
+        send.faults.push_back(hostError(std::move(description), std::move(advice)));
+    for (const auto& [kind, name] : emptyRecordsIn(*send.request.data))
+        send.faults.push_back(
+            hostError(fmt::format("The {} {} has no points", kind,
+                                  name.empty() ? "without a name" : '"' + displayText(name) + '"'),
+                      "Give it some in the file, or remove it"));
 }
 
 void fitToDevice(PreparedSend& send)
 {
     auto& data = *send.request.data;
-    const RecordSource onDevice = [&send](const gps::RecordVisitor& visit) {
-        send.snapshot->visitRecords(visit);
-    };
+    const auto onDevice = recordsOf(*send.snapshot);
     fitTexts(send, onDevice);
     // After the names: points are compared by the names that the device will store.
     if (!send.request.sendsPresent)
@@ -174,6 +200,8 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
             send.obstacle = obstacleIn(*send.snapshot);
         if (isFitted)
             fitToDevice(send);
+        else
+            findFaults(send);
         send.plan = send.snapshot->planSend(*send.request.data);
         if (!send.obstacle)
             send.obstacle = lostName(send);

@@ -17,6 +17,7 @@
 #include "host/transfer/RecordCounts.h"
 #include "host/transfer/TransferProgress.h"
 
+#include <gps/Error.h>
 #include <gps/GPSFileDevice.h>
 
 #include <cstddef>
@@ -94,7 +95,10 @@ struct PreparedSend {
     std::optional<FolderLock> lock{};
     std::vector<TextChange> textChanges{};
     std::vector<SegmentedTrack> segmentedTracks{};
-    std::size_t impossibleAltitudes = 0;     ///< elevations that no device has room for
+    std::size_t impossibleAltitudes = 0; ///< elevations that no device has room for
+    /// What is wrong with records that are sent as they are: the device would not tell them apart,
+    /// or they have no name or no points. Such a send fails, but is performed.
+    std::vector<gps::Error> faults{};
     std::vector<EmptyRecord> emptyRecords{}; ///< removed from the data, because no file holds them
     RecordCounts present{}; ///< removed from the data, because the device holds them already
 

@@ -338,6 +338,16 @@ void addMissingRecords(const SendReport& report, std::vector<std::string>& sente
             fmt::format("And {} more records are not on the device.", missing.size() - named));
 }
 
+void addFaults(const PreparedSend& send, std::vector<std::string>& sentences)
+{
+    const auto named = std::min(send.faults.size(), kMostRecords);
+    for (std::size_t i = 0; i < named; ++i)
+        sentences.push_back(sentencesOf(send.faults[i]));
+    if (send.faults.size() > named)
+        sentences.push_back(
+            fmt::format("And {} more such records.", groupedText(send.faults.size() - named)));
+}
+
 } // namespace
 
 std::string planReport(const PreparedSend& send)
@@ -387,6 +397,7 @@ std::vector<std::string> planErrors(const PreparedSend& send)
     // A real send reports it in sendErrors().
     if (send.obstacle && send.request.isDryRun)
         sentences.push_back(sentencesOf(*send.obstacle));
+    addFaults(send, sentences);
     if (isWholeDeviceUnwritable(send))
         return {unwritableDeviceText(send)};
     for (const auto& file : send.plan.files) {

@@ -5,7 +5,7 @@ import test from "node:test";
 
 import {
   durationText, formatNumber, isKnown, kilometresText, latitudeText,
-  longitudeText, metresText, positionText, speedText,
+  longitudeText, metresText, positionText, scaleText, speedText,
 } from "../../host/page/model/format.js";
 
 const kTexts = [kilometresText, metresText, speedText, durationText];
@@ -32,11 +32,16 @@ test("numbers have their decimals and thousands separators", () => {
 });
 
 test("metres are whole", () => {
-  assertTexts(metresText, [[1234.4, "1,234 m"], [1234.5, "1,235 m"], [-12, "-12 m"]]);
+  assertTexts(metresText, [[1234.4, "1,234 m"], [1234.5, "1,235 m"]]);
+});
+
+test("a negative number has a minus sign, not a hyphen", () => {
+  assertTexts(metresText, [[-12, "−12 m"], [-1000, "−1,000 m"]]);
+  assert.equal(scaleText(-1.5), "−1.5");
 });
 
 test("an elevation just below the sea is 0", () => {
-  assertTexts(metresText, [[-0.5, "0 m"], [-0.3, "0 m"], [-0.6, "-1 m"]]);
+  assertTexts(metresText, [[-0.5, "0 m"], [-0.3, "0 m"], [-0.6, "−1 m"]]);
 });
 
 test("kilometres have two decimals, speeds one", () => {

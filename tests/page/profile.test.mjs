@@ -107,7 +107,7 @@ test("a plot of a hundred thousand points has few segments", () => {
 
 test("ticks are at round values within the plot", () => {
   assert.deepEqual(textsOf(plotOf(trackWith([100, 200]), kElevation).ticks), ["100", "150", "200"]);
-  assert.deepEqual(textsOf(plotOf(trackWith([-5, 4]), kElevation).ticks), ["-10", "0", "10"]);
+  assert.deepEqual(textsOf(plotOf(trackWith([-5, 4]), kElevation).ticks), ["−10", "0", "10"]);
 });
 
 test("speed ticks are in km/h", () => {
@@ -124,7 +124,7 @@ test("a tick within 3 % of the top is omitted", () => {
 test("no tick needs decimals, however small the range", () => {
   for (const kind of kPlotKinds)
     for (const { text } of plotOf(trackWith([0, 0]), kind).ticks)
-      assert.match(text, /^-?\d+$/);
+      assert.match(text, /^−?\d+$/);
 });
 
 test("ticks match the plot's height", () => {

@@ -116,6 +116,34 @@ TEST(Import, GpxFileIsWrittenAsItWasButForItsTime)
     EXPECT_THAT(folder.read("b.gpx"), HasSubstr("<src>trip.log</src>"));
 }
 
+TEST(Import, WhatIsLeftOutOfAGpxFileIsNamed)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("a.gpx", R"(<gpx version="1.1">
+<wpt lat="46" lon="7"><time>1975-06-01T12:00:00Z</time><name>A</name><link href="x"/></wpt></gpx>)");
+    const auto ran = magellangps({"import", file, "-o", folder.path("b.gpx")});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.err, "note: a.gpx, line 2: a time is not from 1980 to 9999, "
+                       "\"1975-06-01T12:00:00Z\", so it counts as unknown.\n"
+                       "note: a.gpx: left out, because records have no place for it: the link of 1 "
+                       "waypoint.\n");
+    EXPECT_THAT(folder.read("b.gpx"), Not(HasSubstr("<time>1975")));
+}
+
+TEST(Import, ImpossibleElevationIsLeftOutOfMapFilesAndCounted)
+{
+    const support::TemporaryFolder folder;
+    const auto file =
+        folder.put("a.upt", support::sentences({"PMGNWPL,4605.979,N,00713.315,E,1" +
+                                                std::string(200, '0') + ",M,High,,a"}));
+    for (const char* const name : {"a.gpx", "a.kml", "a.geojson", "a.csv"}) {
+        const auto ran = magellangps({"import", file, "-o", folder.path(name)});
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(ran.err, HasSubstr("1 elevation of more than 100,000 km was left out"));
+        EXPECT_THAT(folder.read(name), Not(HasSubstr("00000000000")));
+    }
+}
+
 TEST(Import, AnOutputThatIsOneOfTheFilesIsRefused)
 {
     const support::TemporaryFolder folder;

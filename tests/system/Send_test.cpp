@@ -592,6 +592,7 @@ TEST_F(Send, BadInputSendsNothing)
              {"--data", here_.path("none.json")},
              {"--data", here_.put("key.json", R"({"waypoints":[]})")},
              {"--data", here_.put("type.json", R"({"track":{}})")},
+             {"--data", here_.put("twice.json", R"({"waypoint":[{"name":"A","name":"B"}]})")},
              {here_.put("cut.gpx", "<gpx><wpt lat=\"1\" lon=\"2\">")},
              {trip(), here_.put("no.gpx", "text")},
              {here_.path()},
@@ -630,6 +631,48 @@ TEST_F(Send, RecordThatCannotArriveIsStatus1)
         EXPECT_EQ(ran.status, 1) << json;
         EXPECT_THAT(ran.err, HasSubstr("is not on the device."));
     }
+}
+
+TEST_F(Send, DataThatTheDeviceWouldConfuseIsSentWithAWarningAndStatus1)
+{
+    struct Row {
+        const char* json;
+        const char* warning;
+    };
+    for (const auto& [json, warning] : std::vector<Row>{
+             {R"({"waypoint":[{"name":"A,B","point":{"latitude":1}},)"
+              R"({"name":"AB","point":{"latitude":2}}]})",
+              "The waypoints \"A,B\" and \"AB\" would both be stored as \"AB\". Give them "
+              "different names in the file."},
+             {R"({"waypoint":[{"name":"Ä","point":{"latitude":1}}]})",
+              "The device can store no character of the name \"Ä\" of a waypoint. Give it a name "
+              "in the file."},
+             {R"({"route":[{"name":"L","points":[{"name":"P","point":{"latitude":1}}]},)"
+              R"({"name":"L","points":[{"name":"Q","point":{"latitude":2}}]}]})",
+              "Two different routes have the name \"L\". Give them different names in the file."},
+             {R"({"route":[{"name":"E"}],"track":[{"points":[]}]})",
+              "The route \"E\" has no points. Give it some in the file, or remove it.\n"
+              "magellangps: The track without a name has no points."}}) {
+        const support::Receiver receiver;
+        const auto planned = send(receiver.path(), {"--data", data(json), "--dry-run"});
+        EXPECT_EQ(planned.status, 1) << json;
+        EXPECT_THAT(planned.err, HasSubstr(warning)) << json;
+        const auto ran = send(receiver.path(), {"--data", data(json)});
+        EXPECT_EQ(ran.status, 1) << json;
+        EXPECT_THAT(ran.err, HasSubstr(warning)) << json;
+    }
+}
+
+TEST_F(Send, UnknownKeyOfDataIsANote)
+{
+    const support::Receiver receiver;
+    const auto ran =
+        send(receiver.path(),
+             {"--data", data(R"({"waypoint":[{"name":"A","coment":"x","point":{}}]})")});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.err,
+                HasSubstr("note: data.json: waypoint 1 has the key \"coment\", which no driver is "
+                          "known to read. Did you mean \"comment\"?\n"));
 }
 
 TEST_F(Send, MissingFolderIsReportedAndTheOthersAreWritten)

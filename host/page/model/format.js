@@ -11,14 +11,19 @@ const formats = [0, 1, 2].map((digits) => new Intl.NumberFormat(
 
 const scaleFormat = new Intl.NumberFormat("en", { maximumSignificantDigits: 6 });
 
-// With thousands separators and exactly `digits` decimals: 0, 1 or 2. Never "-0" for a zero.
+// With thousands separators and exactly `digits` decimals: 0, 1 or 2. Never "−0" for a zero.
 export function formatNumber(number, digits = 0) {
-  return formats[digits].format(number + 0);
+  return withMinus(formats[digits].format(number + 0));
 }
 
 // With thousands separators, and no more digits than a number on a scale needs.
 export function scaleText(number) {
-  return scaleFormat.format(number);
+  return withMinus(scaleFormat.format(number));
+}
+
+// A hyphen is shorter than a minus sign, and a line may break behind it.
+function withMinus(text) {
+  return text.replace("-", "−");
 }
 
 export function isKnown(number) {

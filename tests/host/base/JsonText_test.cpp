@@ -106,4 +106,17 @@ TEST(JsonText, NestingIsBounded)
     EXPECT_FALSE(host::readJsonObject(nested(100000)));
 }
 
+TEST(JsonText, RepeatedKeyIsFoundBehindItsSecondOccurrence)
+{
+    EXPECT_FALSE(host::repeatedJsonKey(R"({"a":{"a":[{"a":1},{"a":2}]},"A":1})"));
+    EXPECT_FALSE(host::repeatedJsonKey(R"({"a":null,"a":1})")) << "nothing is lost";
+    EXPECT_FALSE(host::repeatedJsonKey(R"({"a":)"));
+    const std::string text = R"({"b":{"":1,"" :2}})";
+    const auto repeated = host::repeatedJsonKey(text);
+    ASSERT_TRUE(repeated);
+    EXPECT_EQ(repeated->key, "");
+    EXPECT_EQ(repeated->offset, text.find(" :2"));
+    EXPECT_FALSE(host::readJsonObject(text));
+}
+
 } // namespace

@@ -3,64 +3,22 @@
 
 #include "host/files/ZipArchive.h"
 
+#include "host/Archives.h"
 #include "host/files/ZipWriter.h"
 #include "host/formats/Written.h"
 
 #include <gmock/gmock.h>
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
-#include <zlib.h>
-
 namespace {
 
+using support::archiveOf;
 using testing::HasSubstr;
 
 constexpr char kDamaged[] = "the archive is damaged or cut short";
 constexpr std::size_t kMost = std::size_t{1} << 30;
-
-std::string number(std::uint32_t value, int bytes)
-{
-    std::string text;
-    for (; bytes > 0; --bytes, value >>= 8)
-        text += static_cast<char>(value & 0xFF);
-    return text;
-}
-
-struct File {
-    std::string name;
-    std::string data;
-    std::uint32_t method = 0;
-    std::uint32_t flags = 0;
-    std::uint32_t size = static_cast<std::uint32_t>(data.size());
-    std::uint32_t checksum = static_cast<std::uint32_t>(
-        crc32_z(0, reinterpret_cast<const Bytef*>(data.data()), data.size()));
-    std::string extra{};
-};
-
-std::string archiveOf(const std::vector<File>& files, const std::string& comment = {})
-{
-    std::string archive;
-    std::string directory;
-    for (const auto& file : files) {
-        const auto header = static_cast<std::uint32_t>(archive.size());
-        const auto fields =
-            number(20, 2) + number(file.flags, 2) + number(file.method, 2) + number(0, 4) +
-            number(file.checksum, 4) + number(static_cast<std::uint32_t>(file.data.size()), 4) +
-            number(file.size, 4) + number(static_cast<std::uint32_t>(file.name.size()), 2) +
-            number(static_cast<std::uint32_t>(file.extra.size()), 2);
-        archive += "PK\3\4" + fields + file.name + file.extra + file.data;
-        directory += "PK\1\2" + number(20, 2) + fields + number(0, 2) + number(0, 2) +
-                     number(0, 2) + number(0, 4) + number(header, 4) + file.name + file.extra;
-    }
-    const auto count = number(static_cast<std::uint32_t>(files.size()), 2);
-    return archive + directory + "PK\5\6" + number(0, 4) + count + count +
-           number(static_cast<std::uint32_t>(directory.size()), 4) +
-           number(static_cast<std::uint32_t>(archive.size()), 4) +
-           number(static_cast<std::uint32_t>(comment.size()), 2) + comment;
-}
 
 std::string problemOf(const std::string& archive, std::size_t most = kMost)
 {

@@ -47,8 +47,8 @@ host::ExactNames store(gps::Dictionary& data, const gps::Dictionary& onDevice = 
 
 std::string conflictOf(gps::Dictionary data, const gps::Dictionary& onDevice = {})
 {
-    const auto conflict = store(data, onDevice).conflict;
-    return conflict ? *conflict->description() : "";
+    const auto conflicts = store(data, onDevice).conflicts;
+    return conflicts.empty() ? "" : conflicts.front().description;
 }
 
 TEST(ExactNames, NamesAndTextsBecomeWhatTheDeviceStores)
@@ -126,11 +126,14 @@ TEST(ExactNames, NameThatChangesMustNotReplaceAnotherRecordOfTheDevice)
     EXPECT_EQ(conflictOf(waypoints({at(46, "Htte")}), onDevice), "") << "is meant to replace it";
 }
 
-TEST(ExactNames, AdviceNamesTheOption)
+TEST(ExactNames, EachConflictHasItsAdvice)
 {
-    auto data = waypoints({at(46, "A"), at(47, "A")});
-    EXPECT_EQ(store(data).conflict->suggestion(),
-              "Give them different names in the file, or send without --exact-names");
+    auto data = waypoints({at(46, "A"), at(47, "A"), at(48, "Ü")});
+    std::vector<std::string> advice;
+    for (const auto& conflict : store(data).conflicts)
+        advice.push_back(conflict.advice);
+    EXPECT_EQ(advice, (std::vector<std::string>{"Give them different names in the file",
+                                                "Give it a name in the file"}));
 }
 
 } // namespace

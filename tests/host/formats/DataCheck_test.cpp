@@ -17,8 +17,16 @@ std::string faultIn(const std::string& json)
     const auto data = host::readJsonObject(json);
     if (!data)
         return "not JSON";
-    const auto fault = host::findDataFault(*data);
+    std::vector<std::string> remarks;
+    const auto fault = host::findDataFault(*data, remarks);
     return fault ? fault->description + ". " + fault->advice : "";
+}
+
+std::vector<std::string> remarksOn(const std::string& json)
+{
+    std::vector<std::string> remarks;
+    EXPECT_FALSE(host::findDataFault(*host::readJsonObject(json), remarks));
+    return remarks;
 }
 
 TEST(DataCheck, RecordsAndTheirOwnKeysAreFine)
@@ -73,6 +81,45 @@ TEST(DataCheck, EachMistakeIsNamedWithItsRecordAndWhatToDo)
     };
     for (const auto& [json, fault] : rows)
         EXPECT_EQ(faultIn(json), fault);
+}
+
+TEST(DataCheck, KeysThatDriversReadCauseNoRemark)
+{
+    EXPECT_TRUE(
+        remarksOn(
+            R"({"waypoint":[{"name":"A","comment":"","geocacheOwner":"","geocacheHint":"",)"
+            R"("geocacheType":"","datePlaced":"","dateFound":"","difficulty":"","terrain":"",)"
+            R"("symbol":"","cacheID":1,"point":{}}],)"
+            R"("route":[{"number":1,"source":"","points":[{"name":"A"}]}],)"
+            R"("track":[{"segment":1,"points":[{"trackName":"T","point":{}}]}]})")
+            .empty());
+}
+
+TEST(DataCheck, UnknownKeyOfRecordsIsRemarkedOnceWithTheOneThatWasMeant)
+{
+    EXPECT_EQ(
+        remarksOn(R"({"waypoint":[{"coment":""},{"own":1},{"coment":""},{"coment":""}],)"
+                  R"("track":[{"points":[{},{"coment":""}]}]})"),
+        (std::vector<std::string>{
+            "waypoint 1 and 2 more have the key \"coment\", which no driver is known to read. "
+            "Did you mean \"comment\"?",
+            "waypoint 2 has the key \"own\", which no driver is known to read.",
+            "point 2 of track 1 has the key \"coment\", which no driver is known to read. Did "
+            "you mean \"comment\"?"}));
+}
+
+TEST(DataCheck, TenUnknownKeysAreNamedAndMoreAreCounted)
+{
+    const auto withKeys = [](int count) {
+        std::string json = R"({"waypoint":[{)";
+        for (int i = 0; i < count; ++i)
+            json += (i > 0 ? ",\"" : "\"") + std::to_string(100 + i) + "\":1";
+        return json + "}]}";
+    };
+    EXPECT_EQ(remarksOn(withKeys(10)).size(), 10U);
+    const auto remarks = remarksOn(withKeys(12));
+    ASSERT_EQ(remarks.size(), 11U);
+    EXPECT_EQ(remarks.back(), "And 2 more unknown keys.");
 }
 
 } // namespace

@@ -12,11 +12,12 @@ class DataFile : public testing::Test {
 protected:
     std::optional<gps::Error> read(std::string_view json)
     {
-        return host::readDataFile(folder_.put("d.json", json), data_);
+        return host::readDataFile(folder_.put("d.json", json), data_, remarks_);
     }
 
     support::TemporaryFolder folder_;
     std::optional<gps::Dictionary> data_;
+    std::vector<std::string> remarks_;
 };
 
 TEST_F(DataFile, ObjectUnderPointIsAPointWhoseMissingFieldsAre0)
@@ -108,10 +109,31 @@ TEST_F(DataFile, MistakeInTheDataIsRejectedWithItsPathAndWhatToDo)
     EXPECT_EQ(data_, (gps::Dictionary{{"old", 1}}));
 }
 
+TEST_F(DataFile, KeyThatIsTwiceInOneObjectIsRejectedWithItsLine)
+{
+    const auto failure =
+        read("{\"waypoint\":[{\"name\":\"A\"},\n{\"name\":\"B\",\n\"name\":\n5}]}");
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description(),
+              "The data file has the key \"name\" twice in one object: again in line 3");
+    EXPECT_EQ(failure->suggestion(), "Remove one of them");
+    EXPECT_TRUE(read(R"({"waypoint":[],"waypoint":[]})")) << "at the top, too";
+    EXPECT_FALSE(read(R"({"waypoint":[{"name":"A"},{"name":"B"}]})")) << "of two objects";
+}
+
+TEST_F(DataFile, UnknownKeyOfARecordIsRemarkedWithTheFile)
+{
+    EXPECT_FALSE(read(R"({"waypoint":[{"coment":"x"}]})"));
+    EXPECT_EQ(remarks_,
+              std::vector<std::string>{
+                  "d.json: waypoint 1 has the key \"coment\", which no driver is known to "
+                  "read. Did you mean \"comment\"?"});
+}
+
 TEST_F(DataFile, MissingFileIsAnError)
 {
-    EXPECT_TRUE(host::readDataFile(folder_.path("none"), data_));
-    EXPECT_TRUE(host::readDataFile(folder_.path(), data_));
+    EXPECT_TRUE(host::readDataFile(folder_.path("none"), data_, remarks_));
+    EXPECT_TRUE(host::readDataFile(folder_.path(), data_, remarks_));
 }
 
 } // namespace

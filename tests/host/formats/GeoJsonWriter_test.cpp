@@ -281,9 +281,8 @@ TEST(GeoJsonWriter, AltitudeIsRoundedToMillimetres)
          std::vector<std::pair<double, std::string>>{{466 / 3.2808399, "142.037"},
                                                      {-0.0004, "0"},
                                                      {-0.0006, "-0.001"},
-                                                     {999999999.4999, "999999999.5"},
-                                                     {1000000000.4999, "1000000000.4999"},
-                                                     {-1e22, "-1e+22"}})
+                                                     {99999999.4999, "99999999.5"},
+                                                     {-1e8, "-1e+08"}})
         EXPECT_THAT(geoJsonOf({wayPoint({0, 0, altitude, 0, 0})}).text,
                     testing::HasSubstr("[0,0," + text + "]"));
 }

@@ -188,6 +188,72 @@ TEST(GpxReader, ValuesThatAreLeftOutAreCountedByKindWithTheFirstAndItsLine)
                              "\"noon\", so it was left out."));
 }
 
+TEST(GpxReader, TimesThatNoOutputStatesAreCountedWithTheFirstAndItsLine)
+{
+    const std::string point = "<trkpt lat=\"1\" lon=\"2\"><time>";
+    EXPECT_THAT(unreadValuesOf("<gpx><trk><trkseg>\n" + point +
+                               "1980-01-01T00:00:00Z</time></trkpt>" + "\n" + point +
+                               "1979-12-31T23:59:59Z</time></trkpt>" + point +
+                               "1970-01-01T00:00:00Z</time></trkpt></trkseg></trk></gpx>"),
+                testing::ElementsAre("a.gpx, line 3: 2 times are not from 1980 to 9999, the first "
+                                     "one \"1979-12-31T23:59:59Z\", so they count as unknown."));
+    EXPECT_THAT(unreadValuesOf("<gpx><wpt lat='1' lon='2'><time>9999-12-31T23:59:59-01:00</time>"
+                               "</wpt></gpx>"),
+                testing::ElementsAre("a.gpx, line 1: a time is not from 1980 to 9999, "
+                                     "\"9999-12-31T23:59:59-01:00\", so it counts as unknown."));
+}
+
+// What records lack, and receivers.
+host::UnreadParts unreadPartsOf(std::string_view content)
+{
+    const support::TemporaryFolder folder;
+    Dictionary data;
+    host::UnreadParts unread;
+    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", gpx(content)), data, &unread));
+    return unread;
+}
+
+TEST(GpxReader, WhatRecordsHaveNoPlaceForIsCountedByKind)
+{
+    EXPECT_THAT(
+        unreadPartsOf("<wpt lat='1' lon='2'><cmt>a</cmt><desc>b</desc><src>GPS</src><sym>S</sym>"
+                      "<link href='x'/><type>t</type><fix>3d</fix><sat>5</sat></wpt>"
+                      "<wpt lat='1' lon='2'><url>x</url><urlname>y</urlname></wpt>"
+                      "<rte><name>R</name><cmt>c</cmt><src>s</src><number>7</number>"
+                      "<rtept lat='1' lon='2'><extensions><e/></extensions></rtept></rte>"
+                      "<trk><name>T</name><desc>d</desc><src>s</src><type>walk</type><trkseg>"
+                      "<trkpt lat='1' lon='2'><hdop>1</hdop><sat>4</sat></trkpt>"
+                      "<trkpt lat='1' lon='2'><ele>1</ele></trkpt></trkseg></trk>")
+            .ignored,
+        testing::ElementsAre(
+            "a.gpx: left out, because records have no place for it: the description of 1 waypoint, "
+            "the links of 2 waypoints, the type of 1 waypoint, the source of 1 waypoint, the other "
+            "values of 1 waypoint, the number of 1 route, the other values of 1 route point, the "
+            "type of 1 track, the other values of 1 track point."));
+}
+
+TEST(GpxReader, WhatRecordsHaveAPlaceForIsNotMentioned)
+{
+    EXPECT_THAT(unreadPartsOf(
+                    "<wpt lat='1' lon='2'><ele>1</ele><time>2024-06-01T12:00:00Z</time>"
+                    "<name>A</name><desc>d</desc><sym>S</sym></wpt>"
+                    "<wpt lat='1' lon='2'><name>GC1</name><type>Geocache|Mystery</type><extensions>"
+                    "<c:cache xmlns:c='c'><c:name>x</c:name></c:cache></extensions></wpt>"
+                    "<rte><name>R</name><desc>c</desc><src>s</src></rte>"
+                    "<trk><name>T</name><cmt>d</cmt><desc>d</desc><src>s</src></trk>")
+                    .ignored,
+                testing::IsEmpty());
+}
+
+TEST(GpxReader, TextsThatReceiversLackIncludeBothOfATrack)
+{
+    EXPECT_THAT(unreadPartsOf("<trk><cmt>a</cmt><desc>b</desc></trk><trk><desc>c</desc></trk>"
+                              "<wpt lat='1' lon='2'><src>s</src><desc>d</desc></wpt>")
+                    .unstored,
+                testing::ElementsAre(host::UnstoredText{"track", "comment", 1},
+                                     host::UnstoredText{"track", "description", 2}));
+}
+
 TEST(GpxReader, ValueThatIsEmptyOrMissingIsNotMentioned)
 {
     EXPECT_THAT(unreadValuesOf("<gpx><wpt lat='1' lon='2'/><wpt lat='1' lon='2'><ele/><time> "
@@ -647,6 +713,10 @@ TEST(GpxReader, DamageIsReportedWithItsLine)
     EXPECT_EQ(refusal("<gpx>\t\r\n <wpt lat='1' lon='2'/>\x7F</gpx>"), "read");
     EXPECT_EQ(refusal("<gpx/>\n<gpx/>"),
               "trip.gpx, line 2: there is more text after the end of the document");
+    EXPECT_EQ(refusal("<gpx>\n</gpx>\n\nmore"),
+              "trip.gpx, line 4: there is more text after the end of the document");
+    EXPECT_EQ(refusal("\nmore<gpx/>"), "trip.gpx, line 2: there is text before the document");
+    EXPECT_EQ(refusal("<!DOCTYPE gpx>\n<!-- a -->\n<?p?><gpx/>\n<!-- b --> \n"), "read");
 }
 
 TEST(GpxReader, FileCutAnywhereIsRejected)
@@ -815,10 +885,10 @@ TEST(GpxReader, RouteAndTrackSurviveARoundTrip)
     const GPSPoint timedPoint{1.5, 2.5, 3.75, 1717236000, 0};
     const Dictionary start{{"name", "A"}, {"comment", ""}, {"symbol", "Flag"}};
     const Dictionary end{{"name", "B"}, {"comment", "there"}, {"symbol", "Flag"}};
-    const auto data =
-        roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}),
-                   support::wayPoint(a, start), support::wayPoint(b, end),
-                   support::newTrack({{"name", "Day"}}), support::trackPoint(timedPoint)});
+    const auto data = roundTrip({support::newRoute({{"name", "Loop"}, {"comment", "round"}}),
+                                 support::wayPoint(a, start), support::wayPoint(b, end),
+                                 support::newTrack({{"name", "Day"}, {"comment", "long"}}),
+                                 support::trackPoint(timedPoint)});
     EXPECT_EQ(
         data,
         (Dictionary{
@@ -826,6 +896,7 @@ TEST(GpxReader, RouteAndTrackSurviveARoundTrip)
                                        {"comment", "round"},
                                        {"points", Array{withPoint(start, a), withPoint(end, b)}}}}},
             {"track", Array{Dictionary{{"name", "Day"},
+                                       {"comment", "long"},
                                        {"points", Array{Dictionary{{"point", timedPoint}}}}}}}}));
 }
 

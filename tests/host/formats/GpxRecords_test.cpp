@@ -74,11 +74,11 @@ TEST_F(GpxRecords, RouteNumberMustBeginWithANumber)
     EXPECT_EQ(host::routeRecord(parse("<rte><number>x</number></rte>")), gps::Dictionary{});
 }
 
-TEST_F(GpxRecords, TrackHasOnlyItsNameAndItsSource)
+TEST_F(GpxRecords, TrackHasItsNameItsCommentAndItsSource)
 {
     EXPECT_EQ(host::trackRecord(
                   parse("<trk><name>T</name><cmt>c</cmt><src>Old watch</src><trkseg/></trk>")),
-              (gps::Dictionary{{"name", "T"}, {"source", "Old watch"}}));
+              (gps::Dictionary{{"name", "T"}, {"comment", "c"}, {"source", "Old watch"}}));
     EXPECT_EQ(host::trackRecord(parse("<trk/>")), gps::Dictionary{});
 }
 

@@ -181,10 +181,15 @@ TEST(GpxWriter, TextsAreEscaped)
 
 TEST(GpxWriter, NumbersHaveNoExponent)
 {
-    const auto body = gpxBodyOf({wayPoint({1e-7, -1e-9, 1e22, 0, 0})});
-    EXPECT_EQ(
-        body,
-        "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>10000000000000000000000</ele></wpt>\n");
+    const auto body = gpxBodyOf({wayPoint({1e-7, -1e-9, 1e8, 0, 0})});
+    EXPECT_EQ(body, "<wpt lat=\"0.0000001\" lon=\"-0.000000001\"><ele>100000000</ele></wpt>\n");
+}
+
+TEST(GpxWriter, ElevationThatIsNotStatedIsOmittedAndCounted)
+{
+    const auto written = gpxOf({trackPoint({0, 0, 1.1e8, 0, 0}), trackPoint({0, 0, 1e300, 0, 0})});
+    EXPECT_THAT(written.text, Not(HasSubstr("<ele>")));
+    EXPECT_EQ(written.remark, "2 elevations of more than 100,000 km were left out");
 }
 
 TEST(GpxWriter, TimeBefore1980IsOmitted)

@@ -47,7 +47,7 @@ TEST(HtmlTables, WhatIsNotKnownIsADash)
 TEST(HtmlTables, ElevationJustBelowTheSeaIsZero)
 {
     EXPECT_THAT(rowOf({0, 0, -0.3, 0, 0}, {}), HasSubstr("<td>0 m<td>"));
-    EXPECT_THAT(rowOf({0, 0, -0.6, 0, 0}, {}), HasSubstr("<td>-1 m<td>"));
+    EXPECT_THAT(rowOf({0, 0, -0.6, 0, 0}, {}), HasSubstr("<td>−1 m<td>"));
 }
 
 TEST(HtmlTables, GeocacheHasAllThatIsKnownOfIt)

@@ -30,10 +30,11 @@ TEST(KmlLine, WithoutPointsIsAPlacemarkWithoutGeometry)
     EXPECT_EQ(placemarkOf({}, KmlTimes::kKept), "<Placemark></Placemark>\n");
 }
 
-TEST(KmlLine, OnePointIsAPointAndTwoAreALineString)
+TEST(KmlLine, OnePointIsALineStringOfTwoPositionsSinceALineHasTwo)
 {
     EXPECT_EQ(placemarkOf({{1, 2, 3, 0, 0}}, KmlTimes::kKept),
-              "<Placemark><Point><coordinates>2,1,3\n</coordinates></Point></Placemark>\n");
+              "<Placemark><LineString><tessellate>1</tessellate><coordinates>\n"
+              "2,1,3\n2,1,3\n</coordinates></LineString></Placemark>\n");
     EXPECT_EQ(placemarkOf({{1, 2, 3, 0, 0}, {4, 5, 6, 0, 0}}, KmlTimes::kKept),
               "<Placemark><LineString><tessellate>1</tessellate><coordinates>\n"
               "2,1,3\n5,4,6\n</coordinates></LineString></Placemark>\n");
@@ -45,7 +46,8 @@ TEST(KmlLine, OneTimedPointIsATrackUnlessTimesAreDropped)
               "<Placemark><gx:Track>\n<when>2024-06-01T10:00:00Z</when>\n"
               "<gx:coord>2 1 3</gx:coord>\n</gx:Track></Placemark>\n");
     EXPECT_EQ(placemarkOf({{1, 2, 3, kTen, 0}}, KmlTimes::kDropped),
-              "<Placemark><Point><coordinates>2,1,3\n</coordinates></Point></Placemark>\n");
+              "<Placemark><LineString><tessellate>1</tessellate><coordinates>\n"
+              "2,1,3\n2,1,3\n</coordinates></LineString></Placemark>\n");
 }
 
 TEST(KmlLine, TrackOfTimedSegmentsIsAMultiTrack)
@@ -115,9 +117,10 @@ TEST(KmlLine, BeginForgetsTheLineBefore)
     line.begin("<Placemark>2", KmlTimes::kKept);
     line.add({0, -179, 0, 0, 0}); // not across the meridian: another line
     line.end(written.output());
-    EXPECT_EQ(written.text(),
-              "<Placemark>1<Point><coordinates>179,0,0\n</coordinates></Point></Placemark>\n"
-              "<Placemark>2<Point><coordinates>-179,0,0\n</coordinates></Point></Placemark>\n");
+    EXPECT_EQ(written.text(), "<Placemark>1<LineString><tessellate>1</tessellate><coordinates>\n"
+                              "179,0,0\n179,0,0\n</coordinates></LineString></Placemark>\n"
+                              "<Placemark>2<LineString><tessellate>1</tessellate><coordinates>\n"
+                              "-179,0,0\n-179,0,0\n</coordinates></LineString></Placemark>\n");
 }
 
 } // namespace

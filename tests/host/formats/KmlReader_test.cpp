@@ -3,6 +3,7 @@
 
 #include "host/formats/KmlReader.h"
 
+#include "host/Archives.h"
 #include "host/Numbers.h"
 #include "host/files/ZipWriter.h"
 #include "host/formats/KmlWriter.h"
@@ -13,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -261,6 +263,8 @@ TEST(KmlReader, SegmentsAndPointsWithoutTimesSurviveARoundTrip)
     const GPSPoint untimed{46.6, 7, 2, 0, 0};
     const GPSPoint later{46.7, 7, 3, kTen + 9, 0};
     const std::vector<std::vector<std::vector<GPSPoint>>> tracks{
+        {{timed}},
+        {{untimed}},
         {{timed}, {later}},
         {{timed, later}, {later, timed}},
         {{untimed, timed}},
@@ -283,6 +287,31 @@ TEST(KmlReader, SegmentsAndPointsWithoutTimesSurviveARoundTrip)
             EXPECT_EQ(*recordAt(data, "track", i).findString("source"), "S");
         }
     }
+}
+
+TEST(KmlReader, RouteOfOnePointComesBackAsALineAndAWaypoint)
+{
+    const GPSPoint point{46.5, 7, std::numeric_limits<double>::quiet_NaN(), 0, 0};
+    const auto data = roundTrip<host::KmlWriter>(
+        {support::newRoute({{"name", "R"}}), support::wayPoint(point, {{"name", "P"}})});
+    EXPECT_EQ(countOf(data, "waypoint"), 1U);
+    ASSERT_EQ(countOf(data, "track"), 1U);
+    EXPECT_EQ(pointsOf(recordAt(data, "track", 0)).size(), 1U);
+}
+
+TEST(KmlReader, CommentOfATrackSurvivesARoundTrip)
+{
+    const auto data =
+        roundTrip<host::KmlWriter>({support::newTrack({{"name", "T"}, {"comment", "<b> & c"}}),
+                                    support::trackPoint({46.5, 7, 1, kTen, 0})});
+    EXPECT_EQ(*recordAt(data, "track", 0).findString("comment"), "<b> & c");
+}
+
+TEST(KmlReader, DescriptionIsTheCommentOfATrack)
+{
+    const auto data = dataOf("<Placemark><description>a &lt;i&gt;b</description><LineString>"
+                             "<coordinates>1,2 3,4</coordinates></LineString></Placemark>");
+    EXPECT_EQ(*recordAt(data, "track", 0).findString("comment"), "a  b");
 }
 
 TEST(KmlReader, InvalidPointIsSkippedWithItsLineAndCounted)
@@ -364,6 +393,28 @@ TEST(KmlReader, LinesOfAnArchiveAreThoseOfItsDocument)
                            "</Placemark>"));
     archive.finish();
     EXPECT_THAT(readFile(written.text(), "a.kmz").failure, HasSubstr("a.kmz, line 5: "));
+}
+
+TEST(KmlReader, FurtherDocumentsOfAnArchiveAreNamed)
+{
+    std::vector<support::ArchivedFile> files{{"doc.kml", document(kPoint)}};
+    EXPECT_THAT(readFile(support::archiveOf(files), "a.kmz").unread.ignored, testing::IsEmpty());
+    for (int i = 1; i <= 11; ++i)
+        files.push_back({"layers/" + std::to_string(i) + ".KML", document(kPoint)});
+    const auto read = readFile(support::archiveOf(files), "a.kmz");
+    EXPECT_EQ(countOf(read.data, "waypoint"), 1U);
+    EXPECT_THAT(read.unread.ignored,
+                testing::ElementsAre(
+                    "a.kmz: only the first KML document of the archive is read, not layers/1.KML, "
+                    "layers/2.KML, layers/3.KML, layers/4.KML, layers/5.KML, layers/6.KML, "
+                    "layers/7.KML, layers/8.KML, layers/9.KML, layers/10.KML and 1 more."));
+}
+
+TEST(KmlReader, TextAroundTheDocumentIsRefusedWithItsLine)
+{
+    EXPECT_EQ(readFile(document(kPoint) + "\nmore").failure,
+              "a.kml, line 6: there is more text after the end of the document");
+    EXPECT_EQ(readFile(document(kPoint) + "\n<!-- comment --> \n").failure, "");
 }
 
 } // namespace

@@ -166,10 +166,10 @@ TEST(KmlWriter, UntimedTrackIsALine)
               "</Folder>\n");
 }
 
-TEST(KmlWriter, OneUntimedPointIsAPointAndNoPointsAreNoGeometry)
+TEST(KmlWriter, OneUntimedPointIsALineOfTwoPositionsAndNoPointsAreNoGeometry)
 {
     EXPECT_THAT(kmlBodyOf({trackPoint({1, 2, 3, 0, 0})}),
-                HasSubstr("<Point><coordinates>2,1,3\n</coordinates></Point></Placemark>"));
+                HasSubstr("<coordinates>\n2,1,3\n2,1,3\n</coordinates></LineString></Placemark>"));
     EXPECT_EQ(kmlBodyOf({newTrack({{"name", "T"}})}),
               "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl></"
               "Placemark>\n</Folder>\n");
@@ -261,7 +261,7 @@ TEST(KmlWriter, PointOffTheGlobeIsLeftOutAndCounted)
                               newRoute({}), wayPoint({0, -181, 0, 0, 0})});
     EXPECT_EQ(poles.remark, "3 points without valid coordinates were left out");
     EXPECT_THAT(poles.text, HasSubstr(">180,90,0<"));
-    EXPECT_THAT(poles.text, HasSubstr(">-180,-90,0\n<"));
+    EXPECT_THAT(poles.text, HasSubstr("\n-180,-90,0\n<"));
     EXPECT_THAT(poles.text, Not(HasSubstr("90.1")));
     EXPECT_EQ(kmlOf({wayPoint({})}).remark, "");
 }

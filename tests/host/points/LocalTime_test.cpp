@@ -61,6 +61,13 @@ ShownTimes timesOf(const char* zone, std::int64_t shown)
     return {localTime(zone, times.earliest), localTime(zone, times.latest)};
 }
 
+TEST(LocalTime, IsUtcWhereItsYearWouldHaveFiveDigits)
+{
+    EXPECT_EQ(localTime("Asia/Kathmandu", 253402280099), "9999-12-31 23:59:59+05:45");
+    EXPECT_EQ(localTime("Asia/Kathmandu", 253402280100), "9999-12-31 18:15:00+00:00");
+    EXPECT_EQ(localTime("America/Lima", 253402300799), "9999-12-31 18:59:59-05:00");
+}
+
 TEST(LocalTime, ClocksShowMostTimesOnce)
 {
     const auto times = timesOf("Europe/Zurich", shownTime(2008, 8, 11, 0, 0));

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace {
@@ -28,6 +30,20 @@ TEST(Points, TimestampsBeginIn1980AndEndWithTheYear9999)
     EXPECT_TRUE(host::hasTimestamp({0, 0, 0, 315532800, 0}));
     EXPECT_TRUE(host::hasTimestamp({0, 0, 0, 253402300799, 0}));
     EXPECT_FALSE(host::hasTimestamp({0, 0, 0, 253402300800, 0}));
+}
+
+TEST(Points, ElevationsAreStatedUpTo100000KilometresEitherWay)
+{
+    const auto isStated = [](double metres) {
+        return host::isElevationStated({0, 0, metres, 0, 0});
+    };
+    EXPECT_TRUE(isStated(0));
+    EXPECT_TRUE(isStated(1e8));
+    EXPECT_TRUE(isStated(-1e8));
+    EXPECT_FALSE(isStated(std::nextafter(1e8, 2e8)));
+    EXPECT_FALSE(isStated(-1.1e8));
+    EXPECT_FALSE(isStated(std::numeric_limits<double>::infinity()));
+    EXPECT_FALSE(isStated(std::numeric_limits<double>::quiet_NaN()));
 }
 
 TEST(Points, TimestampsAreWrittenInUtc)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Guesses which command or option a mistyped word was meant to be. Stateless. [any]
+// Guesses which command, option or key a mistyped word was meant to be. Used by the command lines
+// and by checks of files that people write. Stateless. [any]
 
 #pragma once
 

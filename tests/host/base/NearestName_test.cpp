@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Which names count as near, with both sides of each bound.
 
-#include "host/commandline/NearestName.h"
+#include "host/base/NearestName.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The distance is Levenshtein's, computed row by row.
 
-#include "host/commandline/NearestName.h"
+#include "host/base/NearestName.h"
 
 #include <gps/Characters.h>
 
