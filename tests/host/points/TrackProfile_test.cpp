@@ -22,14 +22,14 @@ namespace {
 using support::kNaN;
 using support::kTen;
 
-struct Track {
+struct MeasuredTrack {
     std::vector<gps::GPSPoint> points{};
     std::vector<std::size_t> segments{};
 
     [[nodiscard]] host::TrackProfile profile() const { return {points, segments}; }
 };
 
-double numberOf(const std::string& word)
+double numberIn(const std::string& word)
 {
     double number = kNaN;
     if (word != "-")
@@ -64,7 +64,7 @@ TEST(TrackProfile, FiguresAreThoseThatThePageIsHeldTo)
 {
     std::ifstream file{MAGELLAN_SOURCE_DIR "/tests/host/points/stretches.txt"};
     ASSERT_TRUE(file);
-    Track track;
+    MeasuredTrack track;
     int checked = 0;
     for (std::string line; std::getline(file, line);) {
         SCOPED_TRACE(line);
@@ -73,7 +73,7 @@ TEST(TrackProfile, FiguresAreThoseThatThePageIsHeldTo)
         words >> kind;
         std::vector<double> numbers;
         for (std::string word; words >> word;)
-            numbers.push_back(numberOf(word));
+            numbers.push_back(numberIn(word));
         if (kind.empty() || kind == "#")
             continue;
         if (kind == "track") {
@@ -88,14 +88,14 @@ TEST(TrackProfile, FiguresAreThoseThatThePageIsHeldTo)
             ++checked;
         } else {
             const auto time = std::isnan(numbers[2]) ? 0 : static_cast<std::int64_t>(numbers[2]);
-            track.points.push_back({numberOf(kind), numbers[0], numbers[1], time, 0});
+            track.points.push_back({numberIn(kind), numbers[0], numbers[1], time, 0});
         }
     }
     EXPECT_EQ(checked, 50);
 }
 
 // Three points, 111.195 m and a minute apart.
-Track walk()
+MeasuredTrack walk()
 {
     return {{{0, 0, 100, kTen, 0}, {0.001, 0, 110, kTen + 60, 0}, {0.002, 0, 105, kTen + 120, 0}},
             {}};
@@ -196,7 +196,7 @@ TEST(TrackProfile, HasADurationFromTwoTimesOn)
 
 TEST(TrackProfile, ElapsedTimeNeverFalls)
 {
-    Track track;
+    MeasuredTrack track;
     for (const std::int64_t time :
          {std::int64_t{0}, kTen, kTen + 10, std::int64_t{0}, kTen + 5, kTen + 30})
         track.points.push_back({0, 0, 0, time, 0});
