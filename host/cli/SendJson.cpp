@@ -114,7 +114,8 @@ Json backupJson(const SendReport& report)
             {"deleted", report.deletedBackups}};
 }
 
-void addFailures(Json& document, const SendReport& report, std::size_t& omitted)
+void addFailures(Json& document, const PreparedSend& send, const SendReport& report,
+                 std::size_t& omitted)
 {
     document["obstacle"] = errorJson(report.obstacle ? report.obstacle : report.backupError);
     document["errors"] =
@@ -122,9 +123,10 @@ void addFailures(Json& document, const SendReport& report, std::size_t& omitted)
     omitted += report.moreErrors;
     document["missingKinds"] = kindsJson(report.missingKinds);
     document["missingRecords"] =
-        listOf(report.missingRecords, omitted, [](const MissingRecord& record) -> Json {
-            return {{"kind", record.kind}, {"name", orNull(record.name)}};
-        });
+        listOf(send.request.isDryRun ? send.unplanned : report.missingRecords, omitted,
+               [](const MissingRecord& record) -> Json {
+                   return {{"kind", record.kind}, {"name", orNull(record.name)}};
+               });
 }
 
 Json accountJson(const std::optional<gps::TransferAccount>& account)
@@ -159,7 +161,7 @@ std::string sendJson(const PreparedSend& send, const SendReport& report,
     document["files"] = filesJson(send, report, omitted);
     addLosses(document, send, omitted);
     document["backup"] = backupJson(report);
-    addFailures(document, report, omitted);
+    addFailures(document, send, report, omitted);
     document["account"] = accountJson(report.account);
     document["omitted"] = omitted;
     document["messages"] = messagesJson(messages);

@@ -147,7 +147,10 @@ bool Collection::readWaypoint(const pugi::xml_node& element)
     gps::GPSPoint point;
     if (readPointOf(element, point)) {
         auto record = waypointRecord(element, point);
-        unstored_.addWaypoint(element, gps::isGeocache(record));
+        const bool isGeocache = gps::isGeocache(record);
+        unstored_.addWaypoint(element, isGeocache);
+        if (isGeocache)
+            unstored_.addDatesOf(record, point);
         waypoints_.emplace_back(std::move(record));
         return true;
     }

@@ -13,10 +13,11 @@
 
 namespace host {
 
-/// Texts that records of GPX files have and receivers have no place for.
+/// What records of GPX files have and receivers have no place for: texts, and of geocaches a time
+/// that no date text can carry, or that one was found without a date of it.
 struct UnstoredText {
     std::string_view noun;  ///< "waypoint", "geocache", "route", "route point" or "track"
-    std::string_view field; ///< "comment", "description", "link" or "type"
+    std::string_view field; ///< "comment", "description", "link", "type", "time" or "found"
     std::size_t records;
 
     friend bool operator==(const UnstoredText& a, const UnstoredText& b) = default;

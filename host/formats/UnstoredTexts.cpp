@@ -4,8 +4,11 @@
 
 #include "host/formats/UnstoredTexts.h"
 
+#include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/formats/XmlNodes.h"
+
+#include <gps/Geocache.h>
 
 #include <fmt/format.h>
 #include <pugixml.hpp>
@@ -17,8 +20,8 @@ namespace {
 
 constexpr std::array<std::string_view, 6> kNounTexts{"waypoint",    "geocache", "route",
                                                      "route point", "track",    "track point"};
-constexpr std::array<std::string_view, 7> kFieldTexts{
-    "comment", "description", "link", "type", "number", "source", "other value"};
+constexpr std::array<std::string_view, 9> kFieldTexts{
+    "comment", "description", "link", "type", "number", "source", "other value", "time", "found"};
 
 bool hasText(const pugi::xml_node& node)
 {
@@ -54,6 +57,15 @@ bool isOther(const pugi::xml_node& node, std::string_view name)
 void UnstoredTexts::addWaypoint(const pugi::xml_node& element, bool isGeocache)
 {
     add(element, isGeocache ? kGeocacheTexts : kWaypointTexts);
+}
+
+// Both dates are texts of the record, which are empty if the reader could not make them.
+void UnstoredTexts::addDatesOf(const gps::Dictionary& geocache, const gps::GPSPoint& point)
+{
+    auto& counts = unstored_[kGeocacheTexts];
+    counts[kTimes] += point.time != 0 && textIn(geocache, "datePlaced").empty() ? 1U : 0U;
+    const bool isFound = textIn(geocache, "symbol") == gps::kFoundGeocacheSymbol;
+    counts[kFound] += isFound && textIn(geocache, "dateFound").empty() ? 1U : 0U;
 }
 
 void UnstoredTexts::addRoute(const pugi::xml_node& element)

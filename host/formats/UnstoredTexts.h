@@ -6,6 +6,9 @@
 
 #include "host/formats/UnreadParts.h"
 
+#include <gps/GPSPoint.h>
+#include <gps/Value.h>
+
 #include <array>
 #include <cstddef>
 #include <string>
@@ -21,6 +24,7 @@ namespace host {
 class UnstoredTexts {
 public:
     void addWaypoint(const pugi::xml_node& element, bool isGeocache);
+    void addDatesOf(const gps::Dictionary& geocache, const gps::GPSPoint& point);
     void addRoute(const pugi::xml_node& element);
     void addRoutePoint(const pugi::xml_node& element);
     void addTrack(const pugi::xml_node& element);
@@ -48,10 +52,12 @@ private:
         kDescriptions,
         kLinks,
         kTypes,
-        kTextFields, // the first four; the rest are not for receivers
+        kTextFields, // the first four; the next three are not for receivers
         kNumbers = kTextFields,
         kSources,
         kOthers,
+        kTimes, // these two are of geocaches, and for receivers only
+        kFound,
         kFields
     };
     using Counts = std::array<std::array<std::size_t, kFields>, kNouns>;

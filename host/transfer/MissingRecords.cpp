@@ -7,6 +7,11 @@
 
 #include "host/points/DevicePositionSet.h"
 
+#include <gps/Geocache.h>
+
+#include <algorithm>
+#include <iterator>
+
 namespace host {
 namespace {
 
@@ -30,6 +35,25 @@ void forEachPointOf(const gps::Dictionary& data, std::string_view key, const Vis
 {
     forEachElement(data, key,
                    [&](const gps::Dictionary& record) { forEachElement(record, "points", visit); });
+}
+
+std::optional<std::string> nameOf(const gps::Dictionary& record)
+{
+    const auto* const name = record.findString("name");
+    return name != nullptr ? std::optional{*name} : std::nullopt;
+}
+
+// Tracks are planned in order, until no name is free.
+std::vector<MissingRecord> unplannedTracks(const gps::Dictionary& data, const gps::SendPlan& plan)
+{
+    auto planned = std::count_if(plan.files.begin(), plan.files.end(),
+                                 [](const auto& file) { return file.kind == "tracks"; });
+    std::vector<MissingRecord> missing;
+    forEachElement(data, "track", [&](const gps::Dictionary& track) {
+        if (planned-- <= 0)
+            missing.push_back({"track", nameOf(track)});
+    });
+    return missing;
 }
 
 // The positions in the planned files, by kind.
@@ -71,13 +95,30 @@ std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps
             const auto* const point = gps::findPoint(record);
             if (point != nullptr && positions.contains(*point))
                 return;
-            const auto* const name = record.findString("name");
-            missing.push_back({kind, name != nullptr ? std::optional{*name} : std::nullopt});
+            const bool isCache = kind == "waypoint" && gps::isGeocache(record);
+            missing.push_back({isCache ? "geocache" : kind, nameOf(record)});
         };
     };
     forEachElement(data, "waypoint", check("waypoint", planned.waypoints));
     forEachPointOf(data, "route", check("route point", planned.routePoints));
     forEachPointOf(data, "track", check("track point", planned.trackPoints));
+    return missing;
+}
+
+std::vector<MissingRecord> unplannedRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
+                                            const gps::GPSFileDevice& device)
+{
+    const auto isBlocked = [](const gps::PlannedFile& file) {
+        return file.action == gps::PlannedFile::Action::kSkip && file.error;
+    };
+    if (std::any_of(plan.files.begin(), plan.files.end(), isBlocked))
+        return {};
+    auto missing = missingRecords(data, plan, device);
+    auto tracks = unplannedTracks(data, plan);
+    if (!tracks.empty())
+        std::erase_if(missing, [](const auto& record) { return record.kind == "track point"; });
+    missing.insert(missing.end(), std::make_move_iterator(tracks.begin()),
+                   std::make_move_iterator(tracks.end()));
     return missing;
 }
 

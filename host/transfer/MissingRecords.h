@@ -15,7 +15,7 @@ namespace host {
 
 /// A record that was sent and is not on the device.
 struct MissingRecord {
-    std::string_view kind; ///< "waypoint", "route point" or "track point"
+    std::string_view kind; ///< "waypoint", "geocache", "route point", "track point" or "track"
     std::optional<std::string> name;
 };
 
@@ -26,5 +26,12 @@ struct MissingRecord {
 [[nodiscard]] std::vector<MissingRecord> missingRecords(const gps::Dictionary& data,
                                                         const gps::SendPlan& plan,
                                                         const gps::GPSFileDevice& device);
+
+/// The same before a send: what it would report. A track that the plan has no file for, because no
+/// name is free, is one record. Finds nothing if a file cannot be written: its records are not
+/// sent.
+[[nodiscard]] std::vector<MissingRecord> unplannedRecords(const gps::Dictionary& data,
+                                                          const gps::SendPlan& plan,
+                                                          const gps::GPSFileDevice& device);
 
 } // namespace host

@@ -5,6 +5,8 @@
 #include "host/transfer/Send.h"
 
 #include "host/base/HostError.h"
+#include "host/transfer/LostChanges.h"
+#include "host/transfer/PresentFiles.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RenamedTracks.h"
 
@@ -40,6 +42,22 @@ bool isSameDevice(const PreparedSend& send, const DeviceState& now)
 {
     const auto& before = send.snapshot->identifier();
     return send.files->deviceIdentifier() == before && (before || now.isOfSameVolume(send.state));
+}
+
+// After the driver's operation. What is in the place of the device now must be neither judged nor
+// changed.
+bool isGone(const PreparedSend& send)
+{
+    return !isSameDevice(send, DeviceState::of(send.device.location, {}));
+}
+
+gps::Error deviceGone(const PreparedSend& send)
+{
+    return hostError("The receiver was removed, or another one has taken its place, while it was "
+                     "written to",
+                     "Connect the one that you want to send to, and send again. The other one may "
+                     "have got a part of it",
+                     send.device.location);
 }
 
 // Before anything is written, the device is compared with the one that the plan is for. What
@@ -128,15 +146,6 @@ void addErrors(const PreparedSend& send, const gps::Dictionary* data, Outcome& o
     report.missingKinds = missingKinds(data, outcome);
 }
 
-// Null if the file did not exist before the send.
-const gps::DeviceFile* findFile(const gps::DeviceSnapshot& snapshot, const std::string& path)
-{
-    const auto& files = snapshot.files();
-    const auto found = std::find_if(files.begin(), files.end(),
-                                    [&](const auto& file) { return file.path == path; });
-    return found != files.end() ? &*found : nullptr;
-}
-
 // Whether the driver could read a file before it merged into it. Then records that are missing now
 // had been taken out by another program, and an old version must not replace its work.
 bool wasRead(const SendReport& report, const std::string& path)
@@ -148,10 +157,27 @@ bool wasRead(const SendReport& report, const std::string& path)
                        [&path](const auto& file) { return file.path == path && !file.error; });
 }
 
-void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTracker& progress,
-           SendReport& report)
+void addLostChanges(const LostChanges& changes, SendReport& report)
+{
+    for (const auto& file : report.files) {
+        const bool isAsPlanned = file.result == SentFile::Result::kWritten;
+        if (changes.has(file.path, isAsPlanned))
+            report.errors.push_back(hostError("Another program has changed this file during the "
+                                              "send, and the send has written over its change",
+                                              "Make the change again", file.path));
+    }
+}
+
+void check(const PreparedSend& send, const RenamedTracks& renamed, const LostChanges& changes,
+           ProgressTracker& progress, SendReport& report)
 {
     progress.begin(TransferPhase::kReadingBack);
+    if (plannedWrites(send.plan) > 0 && isGone(send)) {
+        report.isDeviceGone = true;
+        report.errors.push_back(deviceGone(send));
+        report.files = unknownFiles(send.plan);
+        return;
+    }
     report.files = checkFiles(send.plan, send.snapshot->dataFolders());
     renamed.find(send.plan, report.files);
     for (std::size_t i = 0; i < report.files.size(); ++i) {
@@ -164,6 +190,7 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTrack
             putBackIfLost(*before, planned, *send.files, report.files[i]);
         report.files[i].isAsBefore = isAsBefore(report.files[i], before);
     }
+    addLostChanges(changes, report);
     if (report.isComplete())
         report.missingRecords = missingRecords(*send.request.data, send.plan, *send.files);
 }
@@ -171,10 +198,12 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, ProgressTrack
 void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport& report)
 {
     const RenamedTracks renamed{send.plan};
+    LostChanges changes{send.plan};
     progress.begin(TransferPhase::kSending);
     progress.expectWrites(plannedBytes(send.plan));
     const DataToSend data{send};
     auto outcome = run(send, data.get(), progress);
+    changes.end();
     const auto* const account =
         dynamic_cast<const gps::GPSTransferAccount*>(send.device.driver.get());
     if (account != nullptr)
@@ -183,7 +212,7 @@ void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport
     report.moreLogLines = outcome.moreLines;
     addErrors(send, data.get(), outcome, report);
     if (send.isPlanned() && !report.answer)
-        check(send, renamed, progress, report);
+        check(send, renamed, changes, progress, report);
     // A request that came after the last write has stopped nothing.
     report.wasStopped = send.request.isStopRequested() && !report.isComplete();
 }

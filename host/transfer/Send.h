@@ -28,6 +28,9 @@ struct SendReport {
     std::optional<gps::Error> backupError{};
     /// Whether the user stopped the send. Each planned file was written, or is as it was before.
     bool wasStopped = false;
+    /// Whether the device was gone, or another one had taken its place, after the driver's
+    /// operation. An error says so, and nothing is known of the files then.
+    bool isDeviceGone = false;
     bool wasStoppedEarly = false; ///< before anything was written; the rest is empty, but perhaps
                                   ///< for the backup
 

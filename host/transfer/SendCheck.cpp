@@ -32,10 +32,15 @@ constexpr std::array<std::pair<std::string_view, gps::TransferKind>, 3> kKeys{
      {"waypoint", gps::TransferKind::kWaypoints},
      {"route", gps::TransferKind::kRoutes}}};
 
+Result resultOfSkipped(const gps::PlannedFile& file)
+{
+    return file.error ? Result::kBlocked : Result::kNothingToWrite;
+}
+
 Result resultOf(const gps::PlannedFile& file)
 {
     if (file.action == Action::kSkip)
-        return file.error ? Result::kBlocked : Result::kNothingToWrite;
+        return resultOfSkipped(file);
     std::string present;
     if (const auto failure = gps::FileManager{}.readFile(file.path, present))
         return failure->code() == gps::FileErrorCode::kReadNoSuchFile ? Result::kMissing
@@ -168,21 +173,26 @@ std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
         return std::nullopt;
     // A second copy of all records, which only a blocked file costs.
     auto rest = data;
-    if (blocked.contains("tracks"))
-        rest.remove("track");
-    if (blocked.contains("routes"))
-        rest.remove("route");
-    auto* const waypoints = rest.findArray("waypoint");
+    removeKinds(rest, blocked);
+    return rest;
+}
+
+void removeKinds(gps::Dictionary& data, const std::set<std::string_view>& kinds)
+{
+    if (kinds.contains("tracks"))
+        data.remove("track");
+    if (kinds.contains("routes"))
+        data.remove("route");
+    auto* const waypoints = data.findArray("waypoint");
     if (waypoints == nullptr)
-        return rest;
+        return;
     std::erase_if(*waypoints, [&](const gps::Value& element) {
         const auto* const record = element.as<gps::Dictionary>();
         const bool isGeocache = record != nullptr && gps::isGeocache(*record);
-        return blocked.contains(isGeocache ? "geocaches" : "waypoints");
+        return kinds.contains(isGeocache ? "geocaches" : "waypoints");
     });
     if (waypoints->empty())
-        rest.remove("waypoint");
-    return rest;
+        data.remove("waypoint");
 }
 
 std::vector<gps::TransferKind> kindsIn(const gps::Dictionary& data)
@@ -204,6 +214,15 @@ std::vector<SentFile> checkFiles(const gps::SendPlan& plan, const std::vector<st
             result = Result::kUnreadable;
         files.push_back({file.path, result});
     }
+    return files;
+}
+
+std::vector<SentFile> unknownFiles(const gps::SendPlan& plan)
+{
+    std::vector<SentFile> files;
+    for (const auto& file : plan.files)
+        files.push_back({file.path, file.action == Action::kSkip ? resultOfSkipped(file)
+                                                                 : Result::kUnreadable});
     return files;
 }
 

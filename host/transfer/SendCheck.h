@@ -10,7 +10,9 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -47,6 +49,9 @@ struct SentFile {
 [[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan,
                                                const std::vector<std::string>& folders);
 
+/// The result of every file that was to be written, if the device is no longer there to be read.
+[[nodiscard]] std::vector<SentFile> unknownFiles(const gps::SendPlan& plan);
+
 /// Whether a file that differs from the plan holds all planned records, those of the device among
 /// them. Then another program has changed it during the send, and nothing is lost.
 [[nodiscard]] bool holdsPlannedRecords(const gps::PlannedFile& planned,
@@ -68,6 +73,10 @@ void putBackIfLost(const gps::DeviceFile& before, const gps::PlannedFile& planne
 /// @return  nullopt if there is no such file
 [[nodiscard]] std::optional<gps::Dictionary> withoutBlocked(const gps::Dictionary& data,
                                                             const gps::SendPlan& plan);
+
+/// Removes the records of some kinds: "tracks", "waypoints", "geocaches" or "routes". A list that
+/// is left without records loses its key.
+void removeKinds(gps::Dictionary& data, const std::set<std::string_view>& kinds);
 
 /// Whether a driver logs an error that the plan already contains: a file to be created could not be
 /// read before the send, or the present content of a file to be merged cannot be read.

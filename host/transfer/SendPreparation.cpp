@@ -9,6 +9,7 @@
 #include "host/fitting/ExactNames.h"
 #include "host/transfer/DeviceRoutePoints.h"
 #include "host/transfer/MissingRecords.h"
+#include "host/transfer/PresentFiles.h"
 #include "host/transfer/PresentRecords.h"
 #include "host/transfer/PresentTracks.h"
 #include "host/transfer/ProgressTracker.h"
@@ -133,6 +134,19 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
                      "Give it another name in the file, or send without --exact-names");
 }
 
+void plan(PreparedSend& send)
+{
+    auto& data = *send.request.data;
+    send.plan = send.snapshot->planSend(data);
+    if (send.request.fitting == SendFitting::kNone || send.request.sendsPresent || send.obstacle)
+        return;
+    const auto unchanged = removeUnchangedKinds(data, send.plan, *send.snapshot, *send.files);
+    if (unchanged.isEmpty())
+        return;
+    send.present += unchanged;
+    send.plan = send.snapshot->planSend(data);
+}
+
 void lock(PreparedSend& send)
 {
     if (send.request.isDryRun || send.device.location.empty())
@@ -202,9 +216,11 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
             fitToDevice(send);
         else
             findFaults(send);
-        send.plan = send.snapshot->planSend(*send.request.data);
+        plan(send);
         if (!send.obstacle)
             send.obstacle = lostName(send);
+        if (!send.obstacle && send.request.isDryRun)
+            send.unplanned = unplannedRecords(*send.request.data, send.plan, *send.files);
     }
     progress.finish();
     return send;

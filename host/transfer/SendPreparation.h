@@ -14,6 +14,7 @@
 #include "host/formats/UnreadParts.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/DeviceState.h"
+#include "host/transfer/MissingRecords.h"
 #include "host/transfer/RecordCounts.h"
 #include "host/transfer/TransferProgress.h"
 
@@ -100,6 +101,8 @@ struct PreparedSend {
     /// or they have no name or no points. Such a send fails, but is performed.
     std::vector<gps::Error> faults{};
     std::vector<EmptyRecord> emptyRecords{}; ///< removed from the data, because no file holds them
+    /// Records that would not be on the device after the send; looked for in a dry run only.
+    std::vector<MissingRecord> unplanned{};
     RecordCounts present{}; ///< removed from the data, because the device holds them already
 
     /// The records of the files that are left out: skipped waypoints and empty records.

@@ -160,6 +160,15 @@ std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
 std::string lineFor(const UnstoredText& text)
 {
     const auto* const plural = text.records == 1 ? "" : "s";
+    if (text.field == "found")
+        return fmt::format("{} {}{} found without a date that the device stores, and will not "
+                           "count as found.",
+                           groupedText(text.records), text.noun,
+                           text.records == 1 ? " was" : "s were");
+    if (text.field == "time")
+        return fmt::format("The device does not store the time{} of {} {}{}: not from 1980 to "
+                           "2079.",
+                           plural, groupedText(text.records), text.noun, plural);
     return fmt::format("The device does not store the {}{} of {} {}{}.", text.field, plural,
                        groupedText(text.records), text.noun, plural);
 }
@@ -209,9 +218,11 @@ std::string_view problemOf(SentFile::Result result)
     return {};
 }
 
-// A file whose error was logged needs no second message.
+// A file whose error was logged needs no second message, nor does one of a device that is gone.
 void addFiles(const SendReport& report, std::vector<std::string>& sentences)
 {
+    if (report.isDeviceGone)
+        return;
     for (const auto& file : report.files) {
         const auto problem = problemOf(file.result);
         const bool isKnown =
@@ -325,17 +336,18 @@ void addMissingKinds(const SendReport& report, const PreparedSend& send,
     sentences.push_back(fmt::format("{} Missing: {}.", reason, joined(names, ", ")));
 }
 
-void addMissingRecords(const SendReport& report, std::vector<std::string>& sentences)
+// @param isNot, areNot  the verb for one record and for several
+void addMissingRecords(const std::vector<MissingRecord>& missing, std::string_view isNot,
+                       std::string_view areNot, std::vector<std::string>& sentences)
 {
-    const auto& missing = report.missingRecords;
     const auto named = std::min(missing.size(), kMostRecords);
     for (std::size_t i = 0; i < named; ++i)
         sentences.push_back(
-            fmt::format("The {} {} is not on the device.", missing[i].kind,
-                        missing[i].name ? '"' + *missing[i].name + '"' : "without a name"));
+            fmt::format("The {} {} {} on the device.", missing[i].kind,
+                        missing[i].name ? '"' + *missing[i].name + '"' : "without a name", isNot));
     if (missing.size() > named)
         sentences.push_back(
-            fmt::format("And {} more records are not on the device.", missing.size() - named));
+            fmt::format("And {} more records {} on the device.", missing.size() - named, areNot));
 }
 
 void addFaults(const PreparedSend& send, std::vector<std::string>& sentences)
@@ -411,6 +423,7 @@ std::vector<std::string> planErrors(const PreparedSend& send)
                                                                 : "No backup keeps a copy.",
                                             file.path));
     }
+    addMissingRecords(send.unplanned, "would not be", "would not be", sentences);
     return sentences;
 }
 
@@ -436,7 +449,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     } else {
         addMissingKinds(report, send, sentences);
         addFiles(report, sentences);
-        addMissingRecords(report, sentences);
+        addMissingRecords(report.missingRecords, "is not", "are not", sentences);
     }
     if (report.wasRun() && send.isPlanned() && !report.isComplete())
         addFileStates(report, send, sentences);

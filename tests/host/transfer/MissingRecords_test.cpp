@@ -62,6 +62,35 @@ TEST_F(MissingRecords, MissingRecordHasItsKindAndItsName)
     EXPECT_EQ(records[1].name, std::nullopt);
 }
 
+TEST_F(MissingRecords, GeocacheIsCalledOne)
+{
+    auto cache = waypointAt(0, 0);
+    cache.set("symbol", "Geocache Found");
+    EXPECT_EQ(missing("waypoint", {cache}).front().kind, "geocache");
+}
+
+TEST_F(MissingRecords, TrackWithoutAFileInThePlanIsOneUnplannedRecord)
+{
+    plan_.files.push_back({"/lines", Action::kCreate, "", {}, "tracks"});
+    auto tracks = withPoints({waypointAt(3, 4)});
+    tracks.emplace_back(
+        gps::Dictionary{{"name", "B"}, {"points", gps::Array{waypointAt(5, 6), waypointAt(7, 8)}}});
+    const auto records = host::unplannedRecords({{"track", tracks}}, plan_, driver_);
+    ASSERT_THAT(records, SizeIs(1));
+    EXPECT_EQ(records[0].kind, "track");
+    EXPECT_EQ(records[0].name, "B");
+    tracks.pop_back();
+    EXPECT_THAT(host::unplannedRecords({{"track", tracks}}, plan_, driver_), IsEmpty());
+}
+
+TEST_F(MissingRecords, NothingIsUnplannedIfAFileCannotBeWritten)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{waypointAt(0, 0)}}};
+    EXPECT_THAT(host::unplannedRecords(data, plan_, driver_), SizeIs(1));
+    plan_.files[0] = {"/points", Action::kSkip, "", gps::Error{"some", 1}};
+    EXPECT_THAT(host::unplannedRecords(data, plan_, driver_), IsEmpty());
+}
+
 TEST_F(MissingRecords, RecordThatCannotBeWrittenIsMissing)
 {
     EXPECT_THAT(missing("waypoint", {waypointAt(96.5, 7), gps::Dictionary{}, "text"}), SizeIs(3));

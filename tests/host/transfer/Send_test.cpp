@@ -206,6 +206,100 @@ TEST_F(Send, AnotherReceiverInTheSamePlaceIsNotWritten)
     }));
 }
 
+TEST_F(Send, ReceiverThatIsSwappedDuringTheSendIsNotJudgedAndNotChanged)
+{
+    driver_->files = {{path_, "old", {}}};
+    driver_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+        const bool hasOld = content == "old" || content == "new";
+        return {{"waypoint", hasOld ? gps::Array{waypointAt(46)} : gps::Array{}}};
+    };
+    const auto expectGone = [this](const std::function<void()>& swap) {
+        driver_->identifier = "42";
+        folder_.put("device/Points/p", "old");
+        const auto report = perform([&] {
+            swap();
+            folder_.put("device/Points/p", "of the other one");
+        });
+        EXPECT_TRUE(report.isDeviceGone);
+        EXPECT_FALSE(report.isComplete());
+        ASSERT_THAT(report.errors, SizeIs(1));
+        EXPECT_EQ(report.errors[0].description(),
+                  "The receiver was removed, or another one has taken its place, while it was "
+                  "written to");
+        ASSERT_THAT(report.files, SizeIs(1));
+        EXPECT_EQ(report.files[0].result, Result::kUnreadable);
+        EXPECT_EQ(folder_.read("device/Points/p"), "of the other one") << "nothing is put back";
+    };
+    expectGone([this] { driver_->identifier = "43"; });
+    expectGone([this] { driver_->identifier.reset(); });
+    driver_->identifier.reset();
+    EXPECT_FALSE(perform([this] { write(); }).isDeviceGone) << "the same volume";
+}
+
+TEST_F(Send, ReceiverWithoutAnIdentifierIsGoneIfItsVolumeIsAnother)
+{
+    driver_->identifier.reset();
+    const auto report = perform([this] {
+        std::filesystem::rename(folder_.path("device"), folder_.path("first"));
+        folder_.makeFolder("device/Points");
+        write();
+    });
+    EXPECT_TRUE(report.isDeviceGone);
+    EXPECT_FALSE(report.isComplete());
+}
+
+// As the plug-in writes.
+void writeAtomically(const std::string& path)
+{
+    EXPECT_EQ(gps::FileManager{}.writeAsciiFileAtomically(path, "new"), std::nullopt);
+}
+
+TEST_F(Send, ChangeThatTheDriverHasWrittenOverIsAFailure)
+{
+    for (const bool isRenamed : {false, true}) {
+        const auto report = perform([&] {
+            folder_.put(isRenamed ? "device/Points/theirs" : "device/Points/p", "their change");
+            if (isRenamed)
+                std::filesystem::rename(folder_.path("device/Points/theirs"), path_);
+            writeAtomically(path_);
+        });
+        EXPECT_FALSE(report.isComplete());
+        ASSERT_THAT(report.errors, SizeIs(1));
+        EXPECT_EQ(report.errors[0].description(),
+                  "Another program has changed this file during the send, and the send has "
+                  "written over its change");
+        EXPECT_EQ(report.errors[0].path(), path_);
+        EXPECT_EQ(report.files[0].result, Result::kWritten);
+    }
+}
+
+TEST_F(Send, ChangeBeforeTheDriverReadTheFileIsNotLost)
+{
+    plan_.files[0].content = gps::SharedText{"planned"};
+    driver_->decode = [](std::string_view, std::string_view content) -> gps::Dictionary {
+        return {{"waypoint", content == "old" ? gps::Array{} : gps::Array{waypointAt(46)}}};
+    };
+    for (const bool isChangedAgain : {false, true}) {
+        const auto report = perform([&] {
+            folder_.put("device/Points/p", "their change");
+            (void)folder_.read("device/Points/p");
+            if (isChangedAgain)
+                folder_.put("device/Points/p", "their second change");
+            writeAtomically(path_);
+        });
+        EXPECT_EQ(report.files[0].result, Result::kAlsoChanged);
+        EXPECT_EQ(report.isComplete(), !isChangedAgain);
+    }
+}
+
+TEST_F(Send, DriversOwnWriteIsNoChangeByAnother)
+{
+    folder_.put("device/Points/p", "old");
+    EXPECT_TRUE(perform([this] { writeAtomically(path_); }).isComplete());
+    EXPECT_TRUE(perform([this] { folder_.put("device/Points/p", "new"); }).isComplete())
+        << "a driver that does not rename";
+}
+
 TEST_F(Send, PullingOutAndPluggingInAgainOnlyNeedsANewPlan)
 {
     const auto report = performAfter([this] {
