@@ -18,7 +18,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kMostOfName = 60; // characters, so that the details keep their place
+constexpr std::size_t kMostOfRecordName = 60; // characters, so that the details keep their place
 constexpr std::size_t kMostOfSymbol = 40;
 constexpr std::size_t kMostOfText = 2000;
 constexpr std::string_view kSeparator = " · ";
@@ -123,7 +123,7 @@ void addTrack(Lines& lines, const RecordRow& row, const Presentation& presentati
 
 std::string rowName(const RecordRow& row)
 {
-    auto name = displayText(row.name, kMostOfName);
+    auto name = displayText(row.name, kMostOfRecordName);
     return name.empty() ? std::string{kindName(row)} + " without a name" : name;
 }
 
