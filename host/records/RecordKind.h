@@ -1,10 +1,19 @@
 // SPDX-License-Identifier: MIT
-// RecordKind: which list of a RecordSet a record is in. A value. [any]
+// RecordRef: a record of a RecordSet. A value. [any]
 
 #pragma once
+
+#include <cstddef>
 
 namespace host {
 
 enum class RecordKind { kTrack, kRoute, kPoint };
+
+struct RecordRef {
+    RecordKind kind = RecordKind::kTrack;
+    std::size_t index = 0; ///< among the records of its kind
+
+    friend bool operator==(const RecordRef&, const RecordRef&) = default;
+};
 
 } // namespace host

@@ -24,12 +24,22 @@ void destroy(gpointer data)
     const std::unique_ptr<Function> owned{static_cast<Function*>(data)};
 }
 
+void callAt(int priority, std::function<void()> function)
+{
+    auto owned = std::make_unique<Function>(std::move(function));
+    g_idle_add_full(priority, call, owned.release(), destroy);
+}
+
 } // namespace
 
 void onMainLoop(std::function<void()> function)
 {
-    auto owned = std::make_unique<Function>(std::move(function));
-    g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, call, owned.release(), destroy);
+    callAt(G_PRIORITY_DEFAULT_IDLE, std::move(function));
+}
+
+void beforeNextFrame(std::function<void()> function)
+{
+    callAt(G_PRIORITY_HIGH_IDLE, std::move(function));
 }
 
 } // namespace host

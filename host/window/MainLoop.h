@@ -11,4 +11,8 @@ namespace host {
 /// the functions that were handed over before. [any]
 void onMainLoop(std::function<void()> function);
 
+/// The same before the next frame is drawn, even while one frame follows the other. For what is to
+/// be seen in it; anything that takes long would delay frames. [any]
+void beforeNextFrame(std::function<void()> function);
+
 } // namespace host

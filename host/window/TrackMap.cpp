@@ -1,179 +1,395 @@
 // SPDX-License-Identifier: MIT
-// The library's map does the moving and zooming; the records are one layer above it.
+// The library's map does the moving and zooming. From below: tiles or coasts, the records, a marked
+// position, and the controls.
 
 #include "host/window/TrackMap.h"
 
 #include "host/points/Points.h"
 #include "host/window/Accessible.h"
+#include "host/window/CoastPainter.h"
+#include "host/window/MainLoop.h"
+#include "host/window/MapNote.h"
+#include "host/window/Translation.h"
 
-#include <gps/Value.h>
+#include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace host {
 namespace {
 
-DrawnPath drawn(const KeptTrack& track, std::size_t color)
+constexpr double kLeastZoom = 1;
+constexpr double kMostZoom = 20;
+constexpr double kMostFittedZoom = 16; // a single point needs no more
+constexpr int kMargin = 6;             // pixels around controls
+
+ShumateMapSource* openStreetMap()
 {
-    DrawnPath drawn;
-    drawn.color = color;
-    auto segment = track.segments.begin();
-    for (std::size_t i = 0; i < track.points.size(); ++i) {
-        if (segment != track.segments.end() && *segment == i) {
-            drawn.path.breakHere();
-            ++segment;
-        }
-        drawn.path.add(track.points[i]);
+    ShumateMapSourceRegistry* const sources = shumate_map_source_registry_new_with_defaults();
+    auto* const source =
+        shumate_map_source_registry_get_by_id(sources, SHUMATE_MAP_SOURCE_OSM_MAPNIK);
+    g_object_ref(source);
+    g_object_unref(sources);
+    return source;
+}
+
+// The marked position: a ring.
+GtkWidget* newRing()
+{
+    constexpr int kSize = 18;
+    auto* const area = gtk_drawing_area_new();
+    gtk_drawing_area_set_content_width(GTK_DRAWING_AREA(area), kSize);
+    gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area), kSize);
+    gtk_drawing_area_set_draw_func(
+        GTK_DRAWING_AREA(area),
+        [](GtkDrawingArea*, cairo_t* cairo, int width, int height, gpointer) {
+            const auto ring = [&](double gray, double line) {
+                cairo_set_source_rgb(cairo, gray, gray, gray);
+                cairo_set_line_width(cairo, line);
+                cairo_arc(cairo, width / 2.0, height / 2.0, width / 2.0 - 3, 0, 7);
+                cairo_stroke(cairo);
+            };
+            ring(1, 5);
+            ring(0, 2.5);
+        },
+        nullptr, nullptr);
+    return area;
+}
+
+Gtk::Button* newControl(const char* icon, const char* name, std::function<void()> pressed)
+{
+    auto* const button = Gtk::make_managed<Gtk::Button>();
+    button->set_icon_name(icon);
+    button->set_tooltip_text(name);
+    button->add_css_class("osd");
+    nameForReaders(*button, name);
+    button->signal_clicked().connect(std::move(pressed));
+    return button;
+}
+
+const char* unnamedText(RecordKind kind)
+{
+    switch (kind) {
+    case RecordKind::kTrack:
+        return tr("Track without a name");
+    case RecordKind::kRoute:
+        return tr("Route without a name");
+    case RecordKind::kPoint:
+        break;
     }
-    return drawn;
-}
-
-DrawnPath drawn(const KeptRoute& route, std::size_t color)
-{
-    DrawnPath drawn;
-    drawn.color = color;
-    drawn.isDashed = true;
-    for (const auto& point : route.points)
-        drawn.path.add(point.point);
-    return drawn;
-}
-
-Extent extentOf(const MapContents& contents)
-{
-    Extent extent;
-    for (const auto& path : contents.paths)
-        extent.include(path.path);
-    for (const auto& point : contents.points)
-        extent.include(point.position);
-    return extent;
-}
-
-// The inverse of mapPositionOf().
-double latitudeAt(double y)
-{
-    return std::atan(std::sinh((0.5 - y) * 2 * std::numbers::pi)) * (180 / std::numbers::pi);
+    return tr("Waypoint without a name");
 }
 
 } // namespace
 
-void Extent::include(const MapPosition& position) noexcept
+TrackMap::TrackMap(Handlers handlers)
+    : handlers_(std::move(handlers)), map_(shumate_map_new()),
+      viewport_(shumate_map_get_viewport(map_)), license_(shumate_license_new()),
+      markers_(shumate_marker_layer_new(viewport_)), coasts_(viewport_, {}),
+      drawn_(viewport_, [this] { resized(); })
 {
-    left = std::min(left, position.x);
-    right = std::max(right, position.x);
-    top = std::min(top, position.y);
-    bottom = std::max(bottom, position.y);
+    shumate_map_add_layer(map_, coasts_.layer());
+    shumate_map_add_layer(map_, drawn_.layer());
+    shumate_map_add_layer(map_, SHUMATE_LAYER(markers_));
+    overlay_.set_child(*Glib::wrap(GTK_WIDGET(map_)));
+    overlay_.set_expand(true);
+    append(overlay_);
+    addControls();
+    addInput();
+    (void)setSource({});
+    updateNote();
 }
 
-void Extent::include(const MapPath& path) noexcept
+TrackMap::~TrackMap()
 {
-    for (const auto& line : path.lines()) {
-        for (const auto& position : line)
-            include(position);
+    *isAlive_ = false;
+    g_signal_handlers_disconnect_by_data(viewport_, this);
+}
+
+void TrackMap::addControls()
+{
+    auto* const scale = shumate_scale_new(viewport_);
+    gtk_widget_set_halign(GTK_WIDGET(scale), GTK_ALIGN_START);
+    gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_END);
+    overlay_.add_overlay(*Glib::wrap(GTK_WIDGET(scale)));
+    gtk_widget_set_halign(GTK_WIDGET(license_), GTK_ALIGN_END);
+    gtk_widget_set_valign(GTK_WIDGET(license_), GTK_ALIGN_END);
+    overlay_.add_overlay(*Glib::wrap(GTK_WIDGET(license_)));
+
+    controls_.set_halign(Gtk::Align::END);
+    controls_.set_valign(Gtk::Align::START);
+    controls_.set_margin(kMargin);
+    controls_.append(
+        *newControl("zoom-fit-best-symbolic", tr("Show Everything"), [this] { showEverything(); }));
+    controls_.append(
+        *newControl("zoom-in-symbolic", tr("Zoom In"), [this] { shumate_map_zoom_in(map_); }));
+    controls_.append(
+        *newControl("zoom-out-symbolic", tr("Zoom Out"), [this] { shumate_map_zoom_out(map_); }));
+    overlay_.add_overlay(controls_);
+
+    note_.set_wrap(true);
+    note_.set_justify(Gtk::Justification::CENTER);
+    note_.set_halign(Gtk::Align::CENTER);
+    note_.set_valign(Gtk::Align::START);
+    note_.set_margin(kMargin);
+    note_.set_margin_end(60); // beside the buttons
+    note_.add_css_class("osd");
+    note_.add_css_class("toolbar"); // room around the text
+    note_.set_can_target(false);
+    overlay_.add_overlay(note_);
+}
+
+void TrackMap::addInput()
+{
+    auto* const map = Glib::wrap(GTK_WIDGET(map_));
+    nameForReaders(*map, tr("Map"));
+    const auto click = Gtk::GestureClick::create();
+    click->signal_released().connect([this](int presses, double x, double y) {
+        if (presses == 1)
+            this->click(x, y);
+    });
+    map->add_controller(click);
+    map->set_has_tooltip(true);
+    map->signal_query_tooltip().connect(
+        [this](int x, int y, bool isByKeyboard, const Glib::RefPtr<Gtk::Tooltip>& tooltip) {
+            return !isByKeyboard && describe(x, y, tooltip);
+        },
+        false);
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->signal_key_pressed().connect(
+        [this](guint key, guint, Gdk::ModifierType) { return pressKey(key); }, false);
+    map->add_controller(keys);
+    for (const char* const change : {"notify::latitude", "notify::longitude", "notify::zoom-level"})
+        g_signal_connect_swapped(viewport_, change, G_CALLBACK(+[](TrackMap* self) {
+                                     if (!self->isMoving_)
+                                         self->fitted_ = {};
+                                 }),
+                                 this);
+}
+
+bool TrackMap::pressKey(guint key)
+{
+    switch (key) {
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add:
+        shumate_map_zoom_in(map_);
+        return true;
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract:
+        shumate_map_zoom_out(map_);
+        return true;
+    case GDK_KEY_Home:
+        showEverything();
+        return true;
+    default:
+        return false;
     }
 }
 
-TrackMap::TrackMap(Handlers handlers)
-    : handlers_(std::move(handlers)), map_(shumate_simple_map_new())
+std::optional<std::string> TrackMap::setSource(const MapSource& source)
 {
-    auto* const viewport = shumate_simple_map_get_viewport(map_);
-    // Says how the map is projected. Its tiles are not shown, and nothing is loaded.
-    ShumateMapSourceRegistry* const sources = shumate_map_source_registry_new_with_defaults();
-    shumate_viewport_set_reference_map_source(
-        viewport, shumate_map_source_registry_get_by_id(sources, SHUMATE_MAP_SOURCE_OSM_MAPNIK));
-    g_object_unref(sources);
-    layer_ = newPathLayer(viewport, contents_);
-    shumate_simple_map_add_overlay_layer(map_, layer_);
-    auto* const widget = Glib::wrap(GTK_WIDGET(map_));
-    widget->set_expand(true);
-    nameForReaders(*widget, "Map");
-    append(*widget);
+    switch (source.kind) {
+    case MapSource::Kind::kCoasts:
+        setTiles(nullptr);
+        break;
+    case MapSource::Kind::kOpenStreetMap:
+        setTiles(openStreetMap());
+        break;
+    case MapSource::Kind::kFile:
+        break;
+    }
+    return std::nullopt;
+}
+
+// Takes over a reference.
+void TrackMap::setTiles(ShumateMapSource* source)
+{
+    if (tiles_ != nullptr) {
+        shumate_map_remove_layer(map_, tiles_);
+        shumate_license_remove_map_source(license_, source_);
+        g_clear_object(&source_);
+    }
+    source_ = source;
+    tiles_ = source != nullptr ? SHUMATE_LAYER(shumate_map_layer_new(source, viewport_)) : nullptr;
+    if (tiles_ != nullptr) {
+        shumate_map_insert_layer_behind(map_, tiles_, coasts_.layer());
+        shumate_license_append_map_source(license_, source);
+        shumate_license_set_extra_text(license_, nullptr);
+        coasts_.clear();
+    } else {
+        shumate_license_set_extra_text(license_, "Natural Earth, GeoNames (CC BY 4.0)");
+        coasts_.setPaint(paintCoasts);
+    }
+    // The source says how the map is projected, whether its tiles are shown or not.
+    auto* const reference = source != nullptr ? source : openStreetMap();
+    shumate_viewport_set_reference_map_source(viewport_, reference);
+    if (source == nullptr)
+        g_object_unref(reference);
+    shumate_viewport_set_min_zoom_level(viewport_, static_cast<guint>(kLeastZoom));
+    shumate_viewport_set_max_zoom_level(viewport_, static_cast<guint>(kMostZoom));
 }
 
 void TrackMap::setRecords(std::shared_ptr<const RecordSet> records)
 {
-    contents_ = {};
-    std::size_t color = 0;
-    for (const auto& track : records->tracks)
-        contents_.paths.push_back(drawn(track, color++));
-    for (const auto& route : records->routes)
-        contents_.paths.push_back(drawn(route, color++));
-    for (std::size_t i = 0; i < records->points.size(); ++i) {
-        if (isOnGlobe(records->points[i].point))
-            contents_.points.push_back({mapPositionOf(records->points[i].point), i});
-    }
-    tracks_ = records->tracks.size();
-    gtk_widget_queue_draw(GTK_WIDGET(layer_));
-    moveTo(extentOf(contents_));
+    records_ = std::move(records);
+    scene_ = {.ticked = std::make_shared<TickedRecords>(TickedRecords::all(*records_))};
+    wanted_.reset();
+    drawn_.clear();
+    setMarker(std::nullopt);
+    note_.set_visible(false);
+    preparation_.start([this, records = records_, alive = isAlive_] {
+        auto contents = mapRecordsOf(records);
+        beforeNextFrame([this, alive, contents] {
+            if (*alive && contents->records == records_)
+                setContents(contents);
+        });
+    });
+}
+
+void TrackMap::setContents(std::shared_ptr<MapRecords> contents)
+{
+    scene_.records = std::move(contents);
+    if (wanted_)
+        moveTo(scene_.records->extentOf(*std::exchange(wanted_, std::nullopt)));
+    else
+        showEverything();
+    repaint();
+}
+
+void TrackMap::repaint()
+{
+    if (!scene_.records)
+        return;
+    drawn_.setPaint([scene = scene_, painter = painter_](const MapView& view) {
+        return painter->paint(scene, view);
+    });
+    updateNote();
+}
+
+void TrackMap::updateNote()
+{
+    const auto note =
+        scene_.records ? mapNote(scene_.records.get(), *scene_.ticked) : mapNote(nullptr, {});
+    note_.set_text(note);
+    note_.set_visible(!note.empty());
 }
 
 void TrackMap::setTicked(const TickedRecords& ticked)
 {
-    std::size_t path = 0;
-    for (const auto* const kind : {&ticked.tracks, &ticked.routes}) {
-        for (const bool isTicked : *kind)
-            contents_.paths[path++].isShown = isTicked;
-    }
-    for (auto& point : contents_.points)
-        point.isShown = ticked.points[point.record];
-    gtk_widget_queue_draw(GTK_WIDGET(layer_));
-}
-
-std::size_t TrackMap::pathOf(RecordKind kind, std::size_t index) const
-{
-    return kind == RecordKind::kRoute ? tracks_ + index : index;
+    scene_.ticked = std::make_shared<TickedRecords>(ticked);
+    repaint();
 }
 
 void TrackMap::select(RecordKind kind, std::size_t index)
 {
-    contents_.selected = {.isPoint = kind == RecordKind::kPoint, .index = pathOf(kind, index)};
-    gtk_widget_queue_draw(GTK_WIDGET(layer_));
+    scene_.selected = RecordRef{kind, index};
+    repaint();
 }
 
 void TrackMap::clearSelection()
 {
-    contents_.selected.reset();
-    gtk_widget_queue_draw(GTK_WIDGET(layer_));
+    scene_.selected.reset();
+    repaint();
 }
 
 void TrackMap::show(RecordKind kind, std::size_t index)
 {
-    Extent extent;
-    if (kind != RecordKind::kPoint)
-        extent.include(contents_.paths[pathOf(kind, index)].path);
-    for (const auto& point : contents_.points) {
-        if (kind == RecordKind::kPoint && point.record == index)
-            extent.include(point.position);
-    }
-    moveTo(extent);
+    if (scene_.records)
+        moveTo(scene_.records->extentOf({kind, index}));
+    else
+        wanted_ = RecordRef{kind, index};
+}
+
+void TrackMap::showEverything()
+{
+    if (scene_.records)
+        moveTo(scene_.records->extent);
 }
 
 void TrackMap::setMarker(const std::optional<gps::GPSPoint>& position)
 {
-    contents_.marker.reset();
-    if (position && isOnGlobe(*position))
-        contents_.marker = mapPositionOf(*position);
-    gtk_widget_queue_draw(GTK_WIDGET(layer_));
+    if (!position || !isOnGlobe(*position)) {
+        shumate_marker_layer_remove_all(markers_);
+        marker_ = nullptr;
+        return;
+    }
+    if (marker_ == nullptr) {
+        marker_ = shumate_marker_new();
+        shumate_marker_set_child(marker_, newRing());
+        gtk_widget_set_can_target(GTK_WIDGET(marker_), FALSE);
+        shumate_marker_layer_add_marker(markers_, marker_);
+    }
+    shumate_location_set_location(SHUMATE_LOCATION(marker_), position->latitude,
+                                  position->longitude);
+}
+
+// A group is shown in detail; one whose points are at the same position selects the first of them.
+void TrackMap::click(double x, double y)
+{
+    const auto hit = drawn_.hitAt({x, y});
+    if (!hit)
+        return;
+    const bool isGroup = hit->count > 1;
+    if (isGroup &&
+        std::max(hit->extent.right - hit->extent.left, hit->extent.bottom - hit->extent.top) > 1e-8)
+        moveTo(hit->extent);
+    else
+        handlers_.selected(hit->record.kind, hit->record.index);
+}
+
+bool TrackMap::describe(double x, double y, const Glib::RefPtr<Gtk::Tooltip>& tooltip)
+{
+    const auto hit = drawn_.hitAt({x, y});
+    if (!hit || !scene_.records)
+        return false;
+    if (hit->count > 1) {
+        tooltip->set_text(fmt::format(
+            fmt::runtime(tr("{} waypoint", "{} waypoints and geocaches", hit->count)), hit->count));
+        return true;
+    }
+    constexpr std::size_t kMostCharacters = 100;
+    const auto name = nameOnMap(*records_, hit->record, kMostCharacters);
+    tooltip->set_text(name.empty() ? unnamedText(hit->record.kind) : name.c_str());
+    return true;
 }
 
 void TrackMap::moveTo(const Extent& extent)
 {
-    if (extent.left > extent.right)
+    if (extent.isEmpty())
         return;
-    auto* const viewport = shumate_simple_map_get_viewport(map_);
-    shumate_location_set_location(SHUMATE_LOCATION(viewport),
-                                  latitudeAt((extent.top + extent.bottom) / 2),
-                                  ((extent.left + extent.right) / 2 - 0.5) * 360);
-    constexpr double kMostZoom = 16;   // a single point needs no more
-    constexpr double kUsualSide = 400; // pixels, before the window has a size
-    const double width = get_width() > 0 ? get_width() : kUsualSide;
-    const double height = get_height() > 0 ? get_height() : kUsualSide;
-    const double world = std::min(0.9 * width / (extent.right - extent.left),
-                                  0.9 * height / (extent.bottom - extent.top));
+    fitted_ = extent;
+    fit();
+}
+
+void TrackMap::fit()
+{
+    const auto seen = drawn_.view();
+    if (fitted_.isEmpty() || seen.width <= 0 || seen.height <= 0)
+        return;                      // resized() comes back to it
+    constexpr double kFilled = 0.85; // of the map, so that icons at the edge are seen
+    const double world = std::min(kFilled * seen.width / (fitted_.right - fitted_.left),
+                                  kFilled * seen.height / (fitted_.bottom - fitted_.top));
+    isMoving_ = true;
+    shumate_map_stop_go_to(map_);
     shumate_viewport_set_zoom_level(
-        viewport, std::clamp(std::log2(world / MapPath::kTileSize), 1.0, kMostZoom));
+        viewport_, std::clamp(std::log2(world / MapPath::kTileSize), kLeastZoom, kMostFittedZoom));
+    const auto center = fitted_.center();
+    shumate_location_set_location(SHUMATE_LOCATION(viewport_), latitudeOf(center),
+                                  longitudeOf(center));
+    isMoving_ = false;
+}
+
+// The map must not be moved while it is being laid out.
+void TrackMap::resized()
+{
+    beforeNextFrame([this, alive = isAlive_] {
+        if (*alive)
+            fit();
+    });
 }
 
 } // namespace host

@@ -6,30 +6,23 @@
 #include "host/records/Export.h"
 #include "host/records/RecordKind.h"
 #include "host/records/RecordSet.h"
-#include "host/window/PathLayer.h"
+#include "host/window/LatestJob.h"
+#include "host/window/MapRecords.h"
+#include "host/window/MapSource.h"
+#include "host/window/PictureLayer.h"
+#include "host/window/RecordPainter.h"
 
 #include <gps/GPSPoint.h>
 
 #include <cstddef>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include <gtkmm.h>
 
 namespace host {
-
-/// A part of the world's map; empty if left > right.
-struct Extent {
-    double left = std::numeric_limits<double>::infinity();
-    double right = -std::numeric_limits<double>::infinity();
-    double top = std::numeric_limits<double>::infinity();
-    double bottom = -std::numeric_limits<double>::infinity();
-
-    void include(const MapPosition& position) noexcept;
-    void include(const MapPath& path) noexcept;
-};
 
 class TrackMap : public Gtk::Box {
 public:
@@ -39,34 +32,70 @@ public:
     };
 
     explicit TrackMap(Handlers handlers);
+    ~TrackMap() override;
+    TrackMap(const TrackMap&) = delete;
+    TrackMap& operator=(const TrackMap&) = delete;
 
     /// Shows other records, all of them, and moves so that they are seen. Nothing is selected.
     void setRecords(std::shared_ptr<const RecordSet> records);
 
-    /// Hides what is not ticked. Precondition: these are ticks of the records that are shown.
+    /// Hides what is not ticked. Precondition: these are ticks of the records that were set last.
     void setTicked(const TickedRecords& ticked);
 
-    /// Highlights one of the records that are shown, and no other. The map does not move.
+    /// Highlights one of the records that were set last, and no other. The map does not move.
     void select(RecordKind kind, std::size_t index);
     void clearSelection();
 
-    /// Moves so that one of the records that are shown is seen. Nothing happens if it has no valid
-    /// coordinates.
+    /// Moves so that one of the records that were set last is seen. Nothing happens if it has no
+    /// valid coordinates.
     void show(RecordKind kind, std::size_t index);
+
+    /// Moves so that all records are seen.
+    void showEverything();
 
     /// Marks a position, for instance that of the pointer in a profile; nullopt: none.
     void setMarker(const std::optional<gps::GPSPoint>& position);
 
+    /// Shows other tiles below the records.
+    /// @return  why the file cannot be used; the map is as it was then
+    [[nodiscard]] std::optional<std::string> setSource(const MapSource& source);
+
 private:
-    [[nodiscard]] std::size_t pathOf(RecordKind kind, std::size_t index) const;
+    void addControls();
+    void addInput();
+    void setTiles(ShumateMapSource* source);
+    void setContents(std::shared_ptr<MapRecords> contents);
+    void repaint();
+    void updateNote();
+    void click(double x, double y);
+    [[nodiscard]] bool describe(double x, double y, const Glib::RefPtr<Gtk::Tooltip>& tooltip);
+    [[nodiscard]] bool pressKey(guint key);
     void moveTo(const Extent& extent);
+    void fit();
+    void resized();
 
     Handlers handlers_;
-    std::size_t tracks_ = 0; ///< how many paths are tracks; routes follow
+    ShumateMap* map_;
+    ShumateViewport* viewport_; // owned by the map
+    ShumateLicense* license_;
+    ShumateMapSource* source_ = nullptr; // null: coasts
+    ShumateLayer* tiles_ = nullptr;
+    ShumateMarkerLayer* markers_;
+    PictureLayer coasts_;
+    PictureLayer drawn_;
+    ShumateMarker* marker_ = nullptr; // owned by its layer
+    Gtk::Overlay overlay_;
+    Gtk::Box controls_{Gtk::Orientation::VERTICAL, 6};
+    Gtk::Label note_;
 
-    MapContents contents_;
-    ShumateSimpleMap* map_;
-    ShumateLayer* layer_;
+    std::shared_ptr<const RecordSet> records_;
+    RecordScene scene_;               // its records are those of records_, once they are ready
+    std::optional<RecordRef> wanted_; // to be shown once they are
+    Extent fitted_;                   // what the map has to show while the user does not move it
+    bool isMoving_ = false;           // by us
+    std::shared_ptr<RecordPainter> painter_ = std::make_shared<RecordPainter>(); // of the worker
+    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
+    LatestJob preparation_; // last: its jobs end before the others are destroyed
 };
 
 } // namespace host
