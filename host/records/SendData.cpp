@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// The inverse of an import, which reports the records of a file as a driver would.
+
+#include "host/records/SendData.h"
+
+#include "host/base/RecordText.h"
+#include "host/fitting/RecordList.h"
+#include "host/fitting/TrackSegments.h"
+#include "host/formats/GpxRecords.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace host {
+namespace {
+
+using Fate = PlannedRecord::Fate;
+
+// No driver knows this key, and no device gets it.
+constexpr char kIndexKey[] = "indexOfRecord";
+
+enum class Numbering { kNone, kByIndex };
+
+void appendData(const KeptPoint& point, gps::Dictionary head, gps::Array& records)
+{
+    head.set(gps::kPointKey, point.point);
+    records.emplace_back(std::move(head));
+}
+
+void appendData(const KeptRoute& route, gps::Dictionary head, gps::Array& records)
+{
+    gps::Array points;
+    for (const auto& point : route.points)
+        appendData(point, point.record, points);
+    head.set("points", std::move(points));
+    records.emplace_back(std::move(head));
+}
+
+void appendData(const KeptTrack& track, const gps::Dictionary& head, gps::Array& records)
+{
+    std::vector<gps::Array> segments(1);
+    auto next = track.segments.begin();
+    for (std::size_t i = 0; i < track.points.size(); ++i) {
+        if (next != track.segments.end() && *next == i) {
+            segments.emplace_back();
+            ++next;
+        }
+        segments.back().emplace_back(trackPointRecord(track.points[i]));
+    }
+    appendTrack(records, head, std::move(segments));
+}
+
+template <typename Record> void addKind(const char* key, const std::vector<Record>& records,
+                                        const std::vector<bool>& isTicked, Numbering numbering,
+                                        gps::Dictionary& data)
+{
+    gps::Array array;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (!isTicked[i])
+            continue;
+        auto head = records[i].record;
+        if (numbering == Numbering::kByIndex)
+            head.set(kIndexKey, static_cast<std::int32_t>(i));
+        appendData(records[i], std::move(head), array);
+    }
+    appendRecords(data, key, array);
+}
+
+gps::Dictionary dataOf(const RecordSet& set, const TickedRecords& ticked, Numbering numbering)
+{
+    gps::Dictionary data;
+    addKind("waypoint", set.points, ticked.points, numbering, data);
+    addKind("route", set.routes, ticked.routes, numbering, data);
+    addKind("track", set.tracks, ticked.tracks, numbering, data);
+    return data;
+}
+
+bool isEmpty(const KeptPoint& /*point*/)
+{
+    return false;
+}
+
+template <typename Record> bool isEmpty(const Record& record)
+{
+    return record.points.empty();
+}
+
+std::vector<std::string> changedTexts(const gps::Dictionary& before, const gps::Dictionary& after)
+{
+    std::vector<std::string> changed;
+    for (const auto& [key, value] : before) {
+        if (value.template as<std::string>() != nullptr &&
+            textIn(after, key) != textIn(before, key))
+            changed.emplace_back(key);
+    }
+    return changed;
+}
+
+// A record that is in the plan no longer was left out of it.
+template <typename Record>
+std::vector<PlannedRecord> plannedKind(const char* key, const std::vector<Record>& records,
+                                       const std::vector<bool>& isTicked,
+                                       const gps::Dictionary& data)
+{
+    std::vector<PlannedRecord> planned(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (isTicked[i])
+            planned[i].fate = isEmpty(records[i]) ? Fate::kEmpty : Fate::kPresent;
+    }
+    forEachRecord(data, key, [&](const gps::Dictionary& record) {
+        const auto* const index = record.find(kIndexKey);
+        if (index == nullptr)
+            return;
+        const auto i = static_cast<std::size_t>(index->int32Reading());
+        planned[i].fate = Fate::kSent;
+        planned[i].name = textIn(record, "name");
+        planned[i].changedTexts = changedTexts(records[i].record, record);
+    });
+    return planned;
+}
+
+} // namespace
+
+gps::Dictionary sendData(const RecordSet& set, const TickedRecords& ticked)
+{
+    return dataOf(set, ticked, Numbering::kNone);
+}
+
+gps::Dictionary numberedSendData(const RecordSet& set, const TickedRecords& ticked)
+{
+    return dataOf(set, ticked, Numbering::kByIndex);
+}
+
+PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
+                              const gps::Dictionary& data)
+{
+    return {plannedKind("waypoint", set.points, ticked.points, data),
+            plannedKind("route", set.routes, ticked.routes, data),
+            plannedKind("track", set.tracks, ticked.tracks, data)};
+}
+
+} // namespace host
