@@ -21,6 +21,8 @@ struct TickedRecords {
     std::vector<bool> routes{};
     std::vector<bool> tracks{};
 
+    friend bool operator==(const TickedRecords& a, const TickedRecords& b) = default;
+
     /// All records of a set.
     [[nodiscard]] static TickedRecords all(const RecordSet& set);
 };

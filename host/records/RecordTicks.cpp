@@ -2,10 +2,19 @@
 
 #include "host/records/RecordTicks.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace host {
 
 RecordTicks::RecordTicks(const RecordSet& set) : ticked_(TickedRecords::all(set)), count_(total())
 {}
+
+RecordTicks::RecordTicks(TickedRecords ticked) : ticked_(std::move(ticked))
+{
+    for (const auto* const kind : {&ticked_.points, &ticked_.routes, &ticked_.tracks})
+        count_ += static_cast<std::size_t>(std::count(kind->begin(), kind->end(), true));
+}
 
 bool RecordTicks::isTicked(RecordKind kind, std::size_t index) const
 {

@@ -19,6 +19,8 @@ public:
     /// All records of a set are ticked.
     explicit RecordTicks(const RecordSet& set);
 
+    explicit RecordTicks(TickedRecords ticked);
+
     [[nodiscard]] const TickedRecords& records() const noexcept { return ticked_; }
     [[nodiscard]] std::size_t count() const noexcept { return count_; }
     [[nodiscard]] std::size_t total() const noexcept

@@ -154,6 +154,17 @@ void DevicePane::showSelected()
             handlers_.picked(place.driver, "deviceListMenu", place.device);
     }
     updateButtons();
+    handlers_.selected(selected());
+}
+
+std::optional<DevicePane::Selection> DevicePane::selected() const
+{
+    const auto row = selectedRow();
+    if (!row)
+        return std::nullopt;
+    const auto& driver = state_.drivers[places_[*row].driver];
+    const auto& device = driver.devices[places_[*row].device];
+    return Selection{places_[*row].driver, device.name.value_or(driver.title), device.location};
 }
 
 std::optional<std::size_t> DevicePane::selectedRow() const

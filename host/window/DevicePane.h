@@ -21,12 +21,20 @@ namespace host {
 
 class DevicePane : public Gtk::Box {
 public:
+    /// The receiver that the user has selected.
+    struct Selection {
+        std::size_t driver;
+        std::string name;
+        std::string location;
+    };
+
     struct Handlers {
         std::function<void(std::size_t driver, const std::string& control, std::size_t item)>
             picked;
         std::function<void(std::size_t driver, const std::string& control)> pressed;
         std::function<void(std::size_t driver, const RequestedKinds& kinds)> download;
         std::function<void()> stop;
+        std::function<void(const std::optional<Selection>& receiver)> selected;
     };
 
     explicit DevicePane(Handlers handlers);
@@ -40,6 +48,8 @@ public:
 
     /// Shows how far a transfer is. While one runs, no other can be started.
     void setProgress(const TransferProgress& progress);
+
+    [[nodiscard]] std::optional<Selection> selected() const;
 
     /// Shows that a transfer has begun or ended.
     void setBusy(bool isBusy);

@@ -7,7 +7,9 @@
 #include "host/base/Text.h"
 #include "host/files/Files.h"
 #include "host/formats/Formats.h"
+#include "host/transfer/MapFileImport.h"
 #include "host/window/About.h"
+#include "host/window/FileDrop.h"
 #include "host/window/MainLoop.h"
 #include "host/window/Question.h"
 #include "host/window/Shortcuts.h"
@@ -16,6 +18,7 @@
 
 #include <gps/Geocache.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -60,6 +63,12 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
     return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
 }
 
+BackupPolicy backupPolicy()
+{
+    constexpr std::uint32_t kMostBackups = 10;
+    return {.folder = defaultBackupFolder().value_or(""), .count = kMostBackups};
+}
+
 // The C++ binding has no class for the items of the list.
 std::vector<std::string> pathsOf(Gtk::FileChooser& chooser)
 {
@@ -86,7 +95,27 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                         sources_.clear();
                         receivers_->download(driver, kinds);
                     },
-                .stop = [this] { receivers_->stop(); }}),
+                .stop = [this] { receivers_->stop(); },
+                .selected =
+                    [this](const auto& receiver) {
+                        if (receiver)
+                            send_.setReceiver(receiver->name, receiver->location);
+                        else
+                            send_.setReceiver({}, {});
+                    }}),
+      send_({.preview =
+                 [this](const SendChoice& choice) {
+                     if (const auto receiver = devices_.selected())
+                         receivers_->preview(receiver->driver, choice, backupPolicy());
+                 },
+             .send =
+                 [this](const SendChoice& choice, const SendPreview& seen) {
+                     const auto receiver = devices_.selected();
+                     if (!receiver)
+                         return;
+                     setBusy(true);
+                     receivers_->send(receiver->driver, choice, seen, backupPolicy());
+                 }}),
       frame_(application, devices_, messages_, mainMenu())
 {
     frame_.window().set_title("Magellan GPS");
@@ -99,7 +128,9 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
             .progressed =
                 [this](const TransferProgress& progress) { devices_.setProgress(progress); },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
-            .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); }});
+            .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
+            .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
+            .sent = [this](const SendResult& result) { setSent(result); }});
     open(paths);
 }
 
@@ -108,6 +139,12 @@ void MainWindow::addPages()
     frame_.addButton(tr("Import…"), "document-open-symbolic", "win.import");
     frame_.addButton(tr("Export…"), "document-save-as-symbolic", "win.export");
     frame_.addPage(records_, "records", tr("Records"), "mark-location-symbolic");
+    frame_.addPage(send_, "send", tr("Send"), "document-send-symbolic");
+    frame_.onPageShown([this](const std::string& name) {
+        if (name == "send")
+            showRecordsToSend();
+    });
+    acceptFiles(frame_.window(), [this](const auto& paths) { drop(paths); });
 }
 
 void MainWindow::addActions()
@@ -148,7 +185,11 @@ void MainWindow::open(const std::vector<std::string>& paths)
     std::vector<std::string> files;
     for (const auto& path : paths) {
         std::error_code ignored;
-        if (std::filesystem::is_directory(path, ignored))
+        if (path.empty())
+            messages_.show(tr("A file that is not on this computer cannot be opened. Copy it, and "
+                              "open the copy."),
+                           {}, true);
+        else if (std::filesystem::is_directory(path, ignored))
             receivers_->addFolder(path);
         else
             files.push_back(path);
@@ -166,10 +207,18 @@ void MainWindow::open(const std::vector<std::string>& paths)
     receivers_->import(files);
 }
 
+// Map files that are dropped while a receiver is there are meant for it.
+void MainWindow::drop(const std::vector<std::string>& paths)
+{
+    isSendNext_ = devices_.selected() && std::any_of(paths.begin(), paths.end(), isMapFile);
+    open(paths);
+}
+
 void MainWindow::setBusy(bool isBusy)
 {
     isBusy_ = isBusy;
     devices_.setBusy(isBusy);
+    send_.setBusy(isBusy);
     enable("import", !isBusy);
     enable("download", !isBusy);
     enable("export", !isBusy && shown_.records && !shown_.records->isEmpty());
@@ -191,7 +240,23 @@ void MainWindow::setReceived(ReceivedRecords received)
     }
     records_.setRecords(shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
-    frame_.showPage("records");
+    showRecordsToSend();
+    frame_.showPage(std::exchange(isSendNext_, false) ? "send" : "records");
+}
+
+void MainWindow::showRecordsToSend()
+{
+    if (shown_.records)
+        send_.setRecords(shown_.records, records_.ticked());
+}
+
+void MainWindow::setSent(const SendResult& result)
+{
+    setBusy(false);
+    if (closesWhenIdle_)
+        frame_.window().close();
+    else
+        messages_.show(result.sentence, result.messages, !result.isComplete);
 }
 
 void MainWindow::chooseFolder()

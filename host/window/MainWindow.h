@@ -7,6 +7,7 @@
 #include "host/window/MessageBar.h"
 #include "host/window/Receivers.h"
 #include "host/window/RecordPage.h"
+#include "host/window/SendPage.h"
 #include "host/window/WindowFrame.h"
 
 #include <functional>
@@ -28,14 +29,18 @@ public:
 
     void present() { frame_.window().present(); }
 
-    /// Opens folders as receivers, and imports files.
+    /// Opens folders as receivers, and imports files. An empty path is that of a file that is not
+    /// on this computer.
     void open(const std::vector<std::string>& paths);
 
 private:
     void addPages();
+    void drop(const std::vector<std::string>& paths);
     void addActions();
     [[nodiscard]] bool asksBeforeClosing();
     void setReceived(ReceivedRecords received);
+    void setSent(const SendResult& result);
+    void showRecordsToSend();
     void chooseFolder();
     void chooseFiles();
     void chooseExport();
@@ -48,12 +53,14 @@ private:
     DevicePane devices_;
     MessageBar messages_;
     RecordPage records_;
+    SendPage send_;
     WindowFrame frame_;
     Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
     ReceivedRecords shown_;
     std::vector<std::string> sources_; // the files that shown_ was imported from
     bool isBusy_ = false;
-    bool closesWhenIdle_ = false;          // the user has asked for it while a transfer was running
+    bool isSendNext_ = false;     // the files that are being imported were dropped, to be sent
+    bool closesWhenIdle_ = false; // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };
 

@@ -129,13 +129,8 @@ void Receivers::download(std::size_t driver, const RequestedKinds& kinds)
 {
     isStopped_ = false;
     thread_.post([this, driver, kinds] {
-        auto& chosen = *plugIn_.drivers[driver];
-        DownloadRequest request{.kinds = kinds, .isDriverReused = true};
-        for (const auto& device : devicesOf(chosen)) {
-            if (device.isSelected)
-                request.location = device.location;
-        }
-        run(chosen, std::move(request));
+        const auto device = chosenDevice(driver);
+        run(*device.driver, {.location = device.location, .kinds = kinds, .isDriverReused = true});
     });
 }
 
@@ -148,6 +143,46 @@ void Receivers::import(const std::vector<std::string>& files)
             fail(*failure);
         else
             run(*importer, {.sourceFiles = files, .isDriverReused = true});
+    });
+}
+
+ChosenDevice Receivers::chosenDevice(std::size_t driver) const
+{
+    ChosenDevice chosen{.driver = plugIn_.drivers[driver], .location = {}};
+    for (const auto& device : devicesOf(*chosen.driver)) {
+        if (device.isSelected)
+            chosen.location = device.location;
+    }
+    return chosen;
+}
+
+// A request that comes while the receiver is read makes the answer worthless.
+void Receivers::preview(std::size_t driver, const SendChoice& choice, const BackupPolicy& backup)
+{
+    const auto number = ++previews_;
+    thread_.post([this, number, driver, choice, backup] {
+        if (number != previews_)
+            return;
+        onMainLoop([this, alive = isAlive_, number,
+                    preview = previewSend(chosenDevice(driver), choice, backup)]() mutable {
+            if (*alive && number == previews_)
+                handlers_.previewed(std::move(preview));
+        });
+    });
+}
+
+void Receivers::send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
+                     const BackupPolicy& backup)
+{
+    isStopped_ = false;
+    ++previews_; // one that is due would be of a receiver that is being written
+    thread_.post([this, driver, choice, seen, backup] {
+        const SendCalls calls{.progress =
+                                  [this](const TransferProgress& progress) {
+                                      deliver(handlers_.progressed, progress);
+                                  },
+                              .stopRequested = [this] { return isStopped_.load(); }};
+        deliver(handlers_.sent, sendRecords(chosenDevice(driver), choice, seen, backup, calls));
     });
 }
 

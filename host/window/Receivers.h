@@ -11,6 +11,7 @@
 #include "host/transfer/TransferProgress.h"
 #include "host/window/DeviceThread.h"
 #include "host/window/ReceiverState.h"
+#include "host/window/SendWork.h"
 #include "host/words/Message.h"
 
 #include <atomic>
@@ -37,7 +38,9 @@ public:
         std::function<void(ReceiverState state)> changed;
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
-        std::function<void(std::string reason)> refused; ///< a folder: it is not a receiver
+        std::function<void(std::string reason)> refused;    ///< a folder: it is not a receiver
+        std::function<void(SendPreview preview)> previewed; ///< of the latest request
+        std::function<void(SendResult result)> sent;
     };
 
     /// Loads the plug-in and finds what is connected.
@@ -64,6 +67,13 @@ public:
     /// Reads sentence files and map files.
     void import(const std::vector<std::string>& files);
 
+    /// Looks what a send to the device that is selected in a driver would do.
+    void preview(std::size_t driver, const SendChoice& choice, const BackupPolicy& backup);
+
+    /// Sends, if that still does what the user has seen.
+    void send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
+              const BackupPolicy& backup);
+
     /// Stops the running download or import; what has arrived is kept.
     void stop() noexcept { isStopped_ = true; }
 
@@ -73,11 +83,13 @@ private:
     template <typename Value>
     void deliver(const std::function<void(Value)>& handler, Value value) const;
     void publish();
+    [[nodiscard]] ChosenDevice chosenDevice(std::size_t driver) const;
     void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
     void fail(const gps::Error& error);
 
     Handlers handlers_;
     std::atomic<bool> isStopped_{false};
+    std::atomic<unsigned> previews_{0};                            // requested so far
     std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
 
     // These belong to the device thread.

@@ -6,6 +6,8 @@
 #include "host/window/Accessible.h"
 #include "host/window/Translation.h"
 
+#include <utility>
+
 namespace host {
 namespace {
 
@@ -46,6 +48,9 @@ WindowFrame::WindowFrame(Gtk::Application& application, Gtk::Widget& devices, Gt
     adw_leaflet_set_can_navigate_back(leaflet_, TRUE);
     g_signal_connect_swapped(leaflet_, "notify::folded",
                              G_CALLBACK(+[](WindowFrame* self) { self->fold(); }), this);
+    g_signal_connect_swapped(
+        stack_, "notify::visible-child",
+        G_CALLBACK(+[](WindowFrame* self) { self->pageShown_(self->shownPage()); }), this);
     fold();
     adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_->gobj()),
                                        GTK_WIDGET(leaflet_));
@@ -124,7 +129,13 @@ void WindowFrame::showPage(const char* name)
 
 std::string WindowFrame::shownPage() const
 {
-    return adw_view_stack_get_visible_child_name(stack_);
+    const char* const name = adw_view_stack_get_visible_child_name(stack_);
+    return name != nullptr ? name : ""; // there is none before the first page and after the last
+}
+
+void WindowFrame::onPageShown(std::function<void(const std::string& name)> shown)
+{
+    pageShown_ = std::move(shown);
 }
 
 void WindowFrame::fold()

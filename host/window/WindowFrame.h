@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,9 @@ public:
     /// @param name  identifies it
     void addPage(Gtk::Widget& page, const char* name, const char* title, const char* icon);
 
+    /// Calls a function with the name of each page that is shown from now on.
+    void onPageShown(std::function<void(const std::string& name)> shown);
+
     /// Shows a page, instead of the devices if there is no room for both.
     void showPage(const char* name);
 
@@ -53,6 +57,7 @@ private:
     AdwViewStack* stack_;
     Gtk::Button back_; // to the devices
     std::vector<HeaderButton> buttons_;
+    std::function<void(const std::string& name)> pageShown_ = [](const std::string&) {};
 };
 
 } // namespace host

@@ -2,6 +2,7 @@
 """A desktop program on a screen of its own, driven as a screen reader drives it."""
 
 import os
+import pathlib
 import subprocess
 import tempfile
 import time
@@ -42,6 +43,10 @@ class Window:
         """
         matches = name if callable(name) else lambda text: text == name
         return self._wait_for(lambda: _find(self._application(), role, matches), f"{role} {name}")
+
+    def files(self):
+        """What the program has in the home folder that it got."""
+        return [path for path in pathlib.Path(self.home.name).rglob("*") if path.is_file()]
 
     def names(self, role):
         """The names of all widgets of a role."""

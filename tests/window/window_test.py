@@ -4,57 +4,17 @@
 window_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
-import os
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
+import story
+from story import SAMPLES, begins
 
-import screen
-
-if not os.environ.get("WINDOW_TEST_SESSION"):
-    os.environ["WINDOW_TEST_SESSION"] = "yes"
-    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
-
-import window  # noqa: E402
-
-SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
-WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
 RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."
 
 
-def begins(text):
-    return lambda name: name.startswith(text)
-
-
-class WindowTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="window-test-")
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-
-    def open(self, *paths):
-        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
-                               environment=WHEN)
-        self.addCleanup(opened.__exit__)
-        return opened
-
-    def download(self, *paths):
-        opened = self.open(*paths)
-        opened.find("label", begins("Magellan device"))
-        opened.press("push button", "Download")
-        return opened
-
+class WindowTest(story.Story):
     def export(self, opened, name):
         opened.press("push button", "Export…")
         opened.type("Name:", str(self.folder / name))
         opened.press("push button", "Save")
-
-    def from_command_line(self, *arguments):
-        subprocess.run([PROGRAMS / "magellangps", *map(str, arguments)], check=True,
-                       env=dict(os.environ, **WHEN), stderr=subprocess.DEVNULL)
 
     def test_download_is_counted_and_listed(self):
         opened = self.download(SAMPLES / "receiver")
@@ -71,7 +31,7 @@ class WindowTest(unittest.TestCase):
                 opened.find("label", begins(f"Saved: {self.folder / name}"))
                 expected = self.folder / "expected" / name
                 expected.parent.mkdir(exist_ok=True)
-                self.from_command_line("acquire", "--device", SAMPLES / "receiver", "-o", expected)
+                self.command_line("acquire", "--device", SAMPLES / "receiver", "-o", expected)
                 self.assertEqual((self.folder / name).read_text(), expected.read_text())
 
     def test_unticked_record_is_not_exported(self):
@@ -162,4 +122,4 @@ class WindowTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    story.main()

@@ -1,0 +1,93 @@
+# SPDX-License-Identifier: MIT
+"""Sending, as users meet it: what they see before, what they press, and what is on the receiver then.
+
+send_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
+"""
+
+import shutil
+
+import story
+from story import SAMPLES, begins
+
+POINTS = """<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'>
+<wpt lat='46.1' lon='7.2'><ele>3</ele><name>H\u00fctte</name></wpt>
+<wpt lat='46.2' lon='7.3'><ele>4</ele><name>Hut</name></wpt>
+<rte><name>Empty</name></rte></gpx>
+"""
+SENT = "Sent, and read back from the receiver: 2 waypoints, into 1 file."
+
+
+class SendTest(story.Story):
+    def setUp(self):
+        super().setUp()
+        self.file = self.folder / "points.gpx"
+        self.file.write_text(POINTS, encoding="utf-8")
+        self.receiver = self.copy("receiver")
+
+    def copy(self, name):
+        return shutil.copytree(SAMPLES / "receiver", self.folder / name)
+
+    def open_plan(self):
+        opened = self.open(self.receiver, self.file)
+        opened.find("label", begins("Magellan device"))
+        opened.find("label", begins("Received: 2 waypoints"))
+        opened.press("page tab", "Send")
+        opened.find("label", "2 waypoints, into 1 file.")
+        return opened
+
+    def test_plan_says_what_becomes_of_each_record_and_writes_nothing(self):
+        before = self.contents(self.receiver)
+        opened = self.open_plan()
+        opened.find("label", "as \u201cHutte\u201d")
+        opened.find("label", "left out: it has no points")
+        opened.find("label", begins("create: My POIs/"))
+        self.assertEqual(self.contents(self.receiver), before)
+
+    def test_send_writes_what_the_command_line_writes_and_keeps_a_backup(self):
+        expected = self.copy("expected")
+        self.command_line("send", self.file, "--device", expected, "--no-backup", status=1)
+        before = self.contents(self.receiver)
+        opened = self.open_plan()
+        opened.press("push button", "Send")
+        opened.find("label", SENT)
+        self.assertEqual(self.contents(self.receiver), self.contents(expected))
+        kept = [path for path in opened.files() if path.name == "manifest.json"]
+        self.assertEqual(len(kept), 1)
+        self.assertLessEqual(self.contents(kept[0].parent / "files").items(), before.items())
+
+    def test_what_was_sent_is_on_the_receiver_and_not_sent_again(self):
+        opened = self.open_plan()
+        opened.press("push button", "Send")
+        opened.find("label", "on the receiver already")
+        opened.find("label", "The receiver has everything already.")
+        self.assertFalse(opened.can_be_used("push button", "Send"))
+
+    def test_unticked_record_is_not_sent(self):
+        opened = self.open_plan()
+        opened.press("check box", "Send Hut")
+        opened.find("label", "1 waypoint, into 1 file.")
+        opened.press("push button", "Send")
+        opened.find("label", begins("Sent, and read back"))
+        text = (self.receiver / "My POIs" / "Default POI File.upt").read_text()
+        self.assertIn("Hutte", text)
+        self.assertNotIn(",Hut,", text)
+
+    def test_receiver_that_has_changed_since_the_plan_gets_nothing(self):
+        opened = self.open_plan()
+        (self.receiver / "My POIs" / "Default POI File.upt").write_bytes(
+            (self.receiver / "My POIs" / "South.upt").read_bytes())
+        before = self.contents(self.receiver)
+        opened.press("push button", "Send")
+        opened.find("label", begins("Nothing was sent, because the receiver has changed."))
+        self.assertEqual(self.contents(self.receiver), before)
+        opened.find("label", begins("merge into: My POIs/"))  # the new plan
+
+    def test_serial_port_cannot_be_sent_to(self):
+        opened = self.open(self.file)
+        opened.find("label", begins("Received: 2 waypoints"))
+        opened.press("page tab", "Send")
+        opened.find("label", "Nothing to Send")
+
+
+if __name__ == "__main__":
+    story.main()
