@@ -240,7 +240,6 @@ void MainWindow::setReceived(ReceivedRecords received)
     }
     records_.setRecords(shown_.records);
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
-    showRecordsToSend();
     frame_.showPage(std::exchange(isSendNext_, false) ? "send" : "records");
 }
 
