@@ -11,6 +11,7 @@
 #include "host/window/About.h"
 #include "host/window/FileDrop.h"
 #include "host/window/MainLoop.h"
+#include "host/window/MapSourceAction.h"
 #include "host/window/Question.h"
 #include "host/window/Shortcuts.h"
 #include "host/window/Translation.h"
@@ -160,6 +161,13 @@ void MainWindow::addActions()
     });
     window.add_action("shortcuts", [this] { showShortcuts(frame_.window()); });
     window.add_action("about", [this] { showAbout(frame_.window()); });
+    addMapSourceAction(window, records_.map(), [this](PathChosen chosen) {
+        choose(tr("Open a Map File"), Gtk::FileChooser::Action::OPEN,
+               [chosen = std::move(chosen)](const std::vector<std::string>& paths) {
+                   chosen(paths.front());
+               });
+        chooser_->show();
+    });
     window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
 }
 

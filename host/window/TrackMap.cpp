@@ -9,6 +9,8 @@
 #include "host/window/CoastPainter.h"
 #include "host/window/MainLoop.h"
 #include "host/window/MapNote.h"
+#include "host/window/MapSourceAction.h"
+#include "host/window/TileSource.h"
 #include "host/window/Translation.h"
 
 #include <fmt/format.h>
@@ -25,6 +27,13 @@ constexpr double kLeastZoom = 1;
 constexpr double kMostZoom = 20;
 constexpr double kMostFittedZoom = 16; // a single point needs no more
 constexpr int kMargin = 6;             // pixels around controls
+constexpr const char* kOwnSources = "Natural Earth, GeoNames (CC BY 4.0)"; // of the coasts
+
+bool hasLicense(ShumateMapSource* source)
+{
+    const char* const license = shumate_map_source_get_license(source);
+    return license != nullptr && *license != 0;
+}
 
 ShumateMapSource* openStreetMap()
 {
@@ -99,7 +108,9 @@ TrackMap::TrackMap(Handlers handlers)
     append(overlay_);
     addControls();
     addInput();
-    (void)setSource({});
+    setProjection();
+    coasts_.setPaint(paintCoasts);
+    shumate_license_set_extra_text(license_, kOwnSources);
     updateNote();
 }
 
@@ -128,6 +139,11 @@ void TrackMap::addControls()
         *newControl("zoom-in-symbolic", tr("Zoom In"), [this] { shumate_map_zoom_in(map_); }));
     controls_.append(
         *newControl("zoom-out-symbolic", tr("Zoom Out"), [this] { shumate_map_zoom_out(map_); }));
+    auto* const menu = Gtk::make_managed<Gtk::MenuButton>();
+    menu->set_label(tr("Map"));
+    menu->set_menu_model(mapSourceMenu());
+    menu->add_css_class("osd");
+    controls_.append(*menu);
     overlay_.add_overlay(controls_);
 
     note_.set_wrap(true);
@@ -190,45 +206,71 @@ bool TrackMap::pressKey(guint key)
     }
 }
 
-std::optional<std::string> TrackMap::setSource(const MapSource& source)
+void TrackMap::setSource(WindowSettings::Tiles tiles, const std::string& file)
 {
-    switch (source.kind) {
-    case MapSource::Kind::kCoasts:
-        setTiles(nullptr);
-        break;
-    case MapSource::Kind::kOpenStreetMap:
-        setTiles(openStreetMap());
-        break;
-    case MapSource::Kind::kFile:
-        break;
-    }
-    return std::nullopt;
+    opening_.run([this, tiles, file] { return prepared(tiles, file); });
+}
+
+// Runs on a worker: a file on a slow disk must not hold up the window.
+Background::Result TrackMap::prepared(WindowSettings::Tiles tiles, const std::string& file)
+{
+    if (tiles != WindowSettings::Tiles::kFile)
+        return [this, tiles] {
+            const bool isOnline = tiles == WindowSettings::Tiles::kOpenStreetMap;
+            changeSource(tiles, {}, isOnline ? openStreetMap() : nullptr, {});
+        };
+    std::string failure;
+    const auto opened = TileFile::open(file, failure);
+    return [this, file, opened, failure] {
+        if (opened) {
+            changeSource(WindowSettings::Tiles::kFile, file, newTileSource(opened),
+                         opened->description().attribution);
+            return;
+        }
+        sourceFailure_ = failure;
+        updateNote();
+    };
 }
 
 // Takes over a reference.
+void TrackMap::changeSource(WindowSettings::Tiles tiles, const std::string& file,
+                            ShumateMapSource* source, const std::string& attribution)
+{
+    setTiles(source);
+    const auto sources = attribution.empty() ? kOwnSources : attribution + '\n' + kOwnSources;
+    shumate_license_set_extra_text(license_, sources.c_str());
+    shownSource_ = tiles;
+    sourceFailure_.clear();
+    updateNote();
+    sourceChanged_.emit(tiles, file);
+}
+
+// Coasts stay below the tiles, for where there are none: without a network, or beyond a file's part
+// of the world.
 void TrackMap::setTiles(ShumateMapSource* source)
 {
     if (tiles_ != nullptr) {
         shumate_map_remove_layer(map_, tiles_);
-        shumate_license_remove_map_source(license_, source_);
+        if (hasLicense(source_))
+            shumate_license_remove_map_source(license_, source_);
         g_clear_object(&source_);
+        tiles_ = nullptr;
     }
-    source_ = source;
-    tiles_ = source != nullptr ? SHUMATE_LAYER(shumate_map_layer_new(source, viewport_)) : nullptr;
-    if (tiles_ != nullptr) {
-        shumate_map_insert_layer_behind(map_, tiles_, coasts_.layer());
-        shumate_license_append_map_source(license_, source);
-        shumate_license_set_extra_text(license_, nullptr);
-        coasts_.clear();
-    } else {
-        shumate_license_set_extra_text(license_, "Natural Earth, GeoNames (CC BY 4.0)");
-        coasts_.setPaint(paintCoasts);
-    }
-    // The source says how the map is projected, whether its tiles are shown or not.
-    auto* const reference = source != nullptr ? source : openStreetMap();
-    shumate_viewport_set_reference_map_source(viewport_, reference);
     if (source == nullptr)
-        g_object_unref(reference);
+        return;
+    source_ = source;
+    tiles_ = SHUMATE_LAYER(shumate_map_layer_new(source, viewport_));
+    shumate_map_insert_layer_above(map_, tiles_, coasts_.layer());
+    if (hasLicense(source))
+        shumate_license_append_map_source(license_, source);
+}
+
+// How the world is projected, which is the same for all maps.
+void TrackMap::setProjection()
+{
+    auto* const reference = openStreetMap();
+    shumate_viewport_set_reference_map_source(viewport_, reference);
+    g_object_unref(reference);
     shumate_viewport_set_min_zoom_level(viewport_, static_cast<guint>(kLeastZoom));
     shumate_viewport_set_max_zoom_level(viewport_, static_cast<guint>(kMostZoom));
 }
@@ -241,12 +283,8 @@ void TrackMap::setRecords(std::shared_ptr<const RecordSet> records)
     drawn_.clear();
     setMarker(std::nullopt);
     note_.set_visible(false);
-    preparation_.start([this, records = records_, alive = isAlive_] {
-        auto contents = mapRecordsOf(records);
-        beforeNextFrame([this, alive, contents] {
-            if (*alive && contents->records == records_)
-                setContents(contents);
-        });
+    preparation_.run([this, records = records_]() -> Background::Result {
+        return [this, contents = mapRecordsOf(records)] { setContents(contents); };
     });
 }
 
@@ -272,8 +310,9 @@ void TrackMap::repaint()
 
 void TrackMap::updateNote()
 {
-    const auto note =
-        scene_.records ? mapNote(scene_.records.get(), *scene_.ticked) : mapNote(nullptr, {});
+    const auto note = !sourceFailure_.empty() ? sourceFailure_
+                      : scene_.records        ? mapNote(scene_.records.get(), *scene_.ticked)
+                                              : mapNote(nullptr, {});
     note_.set_text(note);
     note_.set_visible(!note.empty());
 }
@@ -365,19 +404,31 @@ void TrackMap::moveTo(const Extent& extent)
     fit();
 }
 
+// Beside the controls, and with room for icons and names at the edges.
 void TrackMap::fit()
 {
+    constexpr double kBefore = 30; // pixels
+    constexpr double kAfter = 70;
+    constexpr double kAbove = 30;
+    constexpr double kBelow = 60;
+    constexpr double kLeastSide = 40;
     const auto seen = drawn_.view();
     if (fitted_.isEmpty() || seen.width <= 0 || seen.height <= 0)
-        return;                      // resized() comes back to it
-    constexpr double kFilled = 0.85; // of the map, so that icons at the edge are seen
-    const double world = std::min(kFilled * seen.width / (fitted_.right - fitted_.left),
-                                  kFilled * seen.height / (fitted_.bottom - fitted_.top));
+        return; // resized() comes back to it
+    const double width = std::max(seen.width - kBefore - kAfter, kLeastSide);
+    const double height = std::max(seen.height - kAbove - kBelow, kLeastSide);
+    const double world =
+        std::min(width / (fitted_.right - fitted_.left), height / (fitted_.bottom - fitted_.top));
+    const double zoom =
+        std::clamp(std::log2(world / MapPath::kTileSize), kLeastZoom, kMostFittedZoom);
+    const double pixel = 1 / (MapPath::kTileSize * std::exp2(zoom));
+    const double side = get_direction() == Gtk::TextDirection::RTL ? -1 : 1;
+    auto center = fitted_.center();
+    center.x += side * (kAfter - kBefore) / 2 * pixel;
+    center.y += (kBelow - kAbove) / 2 * pixel;
     isMoving_ = true;
     shumate_map_stop_go_to(map_);
-    shumate_viewport_set_zoom_level(
-        viewport_, std::clamp(std::log2(world / MapPath::kTileSize), kLeastZoom, kMostFittedZoom));
-    const auto center = fitted_.center();
+    shumate_viewport_set_zoom_level(viewport_, zoom);
     shumate_location_set_location(SHUMATE_LOCATION(viewport_), latitudeOf(center),
                                   longitudeOf(center));
     isMoving_ = false;

@@ -6,11 +6,11 @@
 #include "host/records/Export.h"
 #include "host/records/RecordKind.h"
 #include "host/records/RecordSet.h"
-#include "host/window/LatestJob.h"
+#include "host/window/Background.h"
 #include "host/window/MapRecords.h"
-#include "host/window/MapSource.h"
 #include "host/window/PictureLayer.h"
 #include "host/window/RecordPainter.h"
+#include "host/window/WindowSettings.h"
 
 #include <gps/GPSPoint.h>
 
@@ -56,14 +56,24 @@ public:
     /// Marks a position, for instance that of the pointer in a profile; nullopt: none.
     void setMarker(const std::optional<gps::GPSPoint>& position);
 
-    /// Shows other tiles below the records.
-    /// @return  why the file cannot be used; the map is as it was then
-    [[nodiscard]] std::optional<std::string> setSource(const MapSource& source);
+    /// Shows another map below the records. A file is opened first; if it cannot be used, the map
+    /// says why, and stays as it is.
+    /// @param file  the path of the file; only for that kind
+    void setSource(WindowSettings::Tiles tiles, const std::string& file = {});
+    [[nodiscard]] WindowSettings::Tiles source() const noexcept { return shownSource_; }
+
+    /// Emitted once another map is shown, with what setSource() was called with.
+    using SourceChanged = sigc::signal<void(WindowSettings::Tiles tiles, const std::string& file)>;
+    [[nodiscard]] SourceChanged& signalSourceChanged() noexcept { return sourceChanged_; }
 
 private:
     void addControls();
     void addInput();
+    [[nodiscard]] Background::Result prepared(WindowSettings::Tiles tiles, const std::string& file);
+    void changeSource(WindowSettings::Tiles tiles, const std::string& file,
+                      ShumateMapSource* source, const std::string& attribution);
     void setTiles(ShumateMapSource* source);
+    void setProjection();
     void setContents(std::shared_ptr<MapRecords> contents);
     void repaint();
     void updateNote();
@@ -78,7 +88,7 @@ private:
     ShumateMap* map_;
     ShumateViewport* viewport_; // owned by the map
     ShumateLicense* license_;
-    ShumateMapSource* source_ = nullptr; // null: coasts
+    ShumateMapSource* source_ = nullptr; // null: coasts only
     ShumateLayer* tiles_ = nullptr;
     ShumateMarkerLayer* markers_;
     PictureLayer coasts_;
@@ -94,8 +104,12 @@ private:
     Extent fitted_;                   // what the map has to show while the user does not move it
     bool isMoving_ = false;           // by us
     std::shared_ptr<RecordPainter> painter_ = std::make_shared<RecordPainter>(); // of the worker
+    WindowSettings::Tiles shownSource_ = WindowSettings::Tiles::kNone;
+    SourceChanged sourceChanged_;
+    std::string sourceFailure_; // why the map that was chosen last is not shown
     std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
-    LatestJob preparation_; // last: its jobs end before the others are destroyed
+    Background opening_;
+    Background preparation_; // last: its work ends before the others are destroyed
 };
 
 } // namespace host
