@@ -88,8 +88,9 @@ private:
     // Neither sea nor land is beyond the edges of the map.
     void paintSea()
     {
-        const double top = picture_.view.y({0, 0});
-        cairo_rectangle(cairo_.get(), 0, top, picture_.view.width, picture_.view.scale);
+        const double top = std::max(picture_.view.y({0, 0}), 0.0);
+        const double bottom = std::min(picture_.view.y({0, 1}), picture_.view.height);
+        cairo_rectangle(cairo_.get(), 0, top, picture_.view.width, bottom - top);
         setColor(cairo_.get(), hasCoasts() ? colors_.sea : colors_.paper);
         cairo_fill(cairo_.get());
     }

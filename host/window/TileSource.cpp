@@ -24,6 +24,11 @@ struct Request {
     int row;
 };
 
+void freeBytes(gpointer bytes)
+{
+    g_bytes_unref(static_cast<GBytes*>(bytes));
+}
+
 void readTile(GTask* task, gpointer, gpointer data, GCancellable*)
 {
     const auto& request = *static_cast<Request*>(data);
@@ -35,15 +40,36 @@ void readTile(GTask* task, gpointer, gpointer data, GCancellable*)
         g_task_return_new_error(task, G_IO_ERROR, G_IO_ERROR_NOT_FOUND, "no tile");
 }
 
+void freeRequest(gpointer owned)
+{
+    const std::unique_ptr<Request> freed{static_cast<Request*>(owned)};
+}
+
+// The library draws what the signal brings; the result only ends the request.
+void deliverTile(GObject* source, GAsyncResult* result, gpointer outer)
+{
+    auto* const task = static_cast<GTask*>(outer);
+    GError* error = nullptr;
+    auto* const bytes = static_cast<GBytes*>(g_task_propagate_pointer(G_TASK(result), &error));
+    if (bytes != nullptr) {
+        const auto& request = *static_cast<Request*>(g_task_get_task_data(G_TASK(result)));
+        g_signal_emit_by_name(source, "received-data", request.column, request.row, request.zoom,
+                              bytes);
+        g_task_return_pointer(task, bytes, freeBytes);
+    } else {
+        g_task_return_error(task, error);
+    }
+    g_object_unref(task);
+}
+
 void startReading(ShumateDataSource* source, int column, int row, int zoom,
                   GCancellable* cancellable, GAsyncReadyCallback callback, gpointer data)
 {
-    GTask* const task = g_task_new(source, cancellable, callback, data);
+    GTask* const outer = g_task_new(source, cancellable, callback, data);
+    GTask* const task = g_task_new(source, cancellable, deliverTile, outer);
     auto request = std::make_unique<Request>(
         Request{*reinterpret_cast<SourceInstance*>(source)->file, zoom, column, row});
-    g_task_set_task_data(task, request.release(), [](gpointer owned) {
-        const std::unique_ptr<Request> freed{static_cast<Request*>(owned)};
-    });
+    g_task_set_task_data(task, request.release(), freeRequest);
     g_task_run_in_thread(task, readTile);
     g_object_unref(task);
 }

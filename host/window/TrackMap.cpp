@@ -35,6 +35,17 @@ bool hasLicense(ShumateMapSource* source)
     return license != nullptr && *license != 0;
 }
 
+// The library's widget keeps an empty line for sources without a license.
+void showAttribution(ShumateLicense* license, const std::string& text)
+{
+    shumate_license_set_extra_text(license, text.c_str());
+    for (auto* child = gtk_widget_get_first_child(GTK_WIDGET(license)); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+        if (GTK_IS_LABEL(child))
+            gtk_widget_set_visible(child, *gtk_label_get_text(GTK_LABEL(child)) != 0);
+    }
+}
+
 ShumateMapSource* openStreetMap()
 {
     ShumateMapSourceRegistry* const sources = shumate_map_source_registry_new_with_defaults();
@@ -74,6 +85,7 @@ Gtk::Button* newControl(const char* icon, const char* name, std::function<void()
     button->set_icon_name(icon);
     button->set_tooltip_text(name);
     button->add_css_class("osd");
+    button->set_halign(Gtk::Align::END);
     nameForReaders(*button, name);
     button->signal_clicked().connect(std::move(pressed));
     return button;
@@ -110,7 +122,7 @@ TrackMap::TrackMap(Handlers handlers)
     addInput();
     setProjection();
     coasts_.setPaint(paintCoasts);
-    shumate_license_set_extra_text(license_, kOwnSources);
+    showAttribution(license_, kOwnSources);
     updateNote();
 }
 
@@ -122,13 +134,17 @@ TrackMap::~TrackMap()
 
 void TrackMap::addControls()
 {
+    // Side by side, so that a long attribution wraps instead of covering the scale.
+    auto* const bottom = Gtk::make_managed<Gtk::Box>();
     auto* const scale = shumate_scale_new(viewport_);
-    gtk_widget_set_halign(GTK_WIDGET(scale), GTK_ALIGN_START);
     gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_END);
-    overlay_.add_overlay(*Glib::wrap(GTK_WIDGET(scale)));
-    gtk_widget_set_halign(GTK_WIDGET(license_), GTK_ALIGN_END);
+    bottom->append(*Glib::wrap(GTK_WIDGET(scale)));
     gtk_widget_set_valign(GTK_WIDGET(license_), GTK_ALIGN_END);
-    overlay_.add_overlay(*Glib::wrap(GTK_WIDGET(license_)));
+    gtk_widget_set_halign(GTK_WIDGET(license_), GTK_ALIGN_END);
+    gtk_widget_set_hexpand(GTK_WIDGET(license_), TRUE);
+    bottom->append(*Glib::wrap(GTK_WIDGET(license_)));
+    bottom->set_valign(Gtk::Align::END);
+    overlay_.add_overlay(*bottom);
 
     controls_.set_halign(Gtk::Align::END);
     controls_.set_valign(Gtk::Align::START);
@@ -162,7 +178,9 @@ void TrackMap::addInput()
 {
     auto* const map = Glib::wrap(GTK_WIDGET(map_));
     nameForReaders(*map, tr("Map"));
+    map->set_focusable(true);
     const auto click = Gtk::GestureClick::create();
+    click->signal_pressed().connect([map](int, double, double) { map->grab_focus(); });
     click->signal_released().connect([this](int presses, double x, double y) {
         if (presses == 1)
             this->click(x, y);
@@ -186,17 +204,31 @@ void TrackMap::addInput()
                                  this);
 }
 
+// Whole steps without animation: keys are pressed faster than that lasts.
 bool TrackMap::pressKey(guint key)
 {
+    constexpr double kStep = 80; // pixels
     switch (key) {
     case GDK_KEY_plus:
     case GDK_KEY_equal:
     case GDK_KEY_KP_Add:
-        shumate_map_zoom_in(map_);
+        zoomBy(1);
         return true;
     case GDK_KEY_minus:
     case GDK_KEY_KP_Subtract:
-        shumate_map_zoom_out(map_);
+        zoomBy(-1);
+        return true;
+    case GDK_KEY_Left:
+        moveBy(-kStep, 0);
+        return true;
+    case GDK_KEY_Right:
+        moveBy(kStep, 0);
+        return true;
+    case GDK_KEY_Up:
+        moveBy(0, -kStep);
+        return true;
+    case GDK_KEY_Down:
+        moveBy(0, kStep);
         return true;
     case GDK_KEY_Home:
         showEverything();
@@ -204,6 +236,23 @@ bool TrackMap::pressKey(guint key)
     default:
         return false;
     }
+}
+
+void TrackMap::zoomBy(double levels)
+{
+    shumate_map_stop_go_to(map_);
+    shumate_viewport_set_zoom_level(viewport_, shumate_viewport_get_zoom_level(viewport_) + levels);
+}
+
+// In pixels, eastward and southward.
+void TrackMap::moveBy(double x, double y)
+{
+    const auto seen = drawn_.view();
+    const MapPosition center{seen.center.x + x / seen.scale,
+                             std::clamp(seen.center.y + y / seen.scale, 0.0, 1.0)};
+    shumate_map_stop_go_to(map_);
+    shumate_location_set_location(SHUMATE_LOCATION(viewport_), latitudeOf(center),
+                                  longitudeOf(center));
 }
 
 void TrackMap::setSource(WindowSettings::Tiles tiles, const std::string& file)
@@ -238,7 +287,7 @@ void TrackMap::changeSource(WindowSettings::Tiles tiles, const std::string& file
 {
     setTiles(source);
     const auto sources = attribution.empty() ? kOwnSources : attribution + '\n' + kOwnSources;
-    shumate_license_set_extra_text(license_, sources.c_str());
+    showAttribution(license_, sources);
     shownSource_ = tiles;
     sourceFailure_.clear();
     updateNote();
@@ -260,7 +309,7 @@ void TrackMap::setTiles(ShumateMapSource* source)
         return;
     source_ = source;
     tiles_ = SHUMATE_LAYER(shumate_map_layer_new(source, viewport_));
-    shumate_map_insert_layer_above(map_, tiles_, coasts_.layer());
+    shumate_map_insert_layer_behind(map_, tiles_, drawn_.layer());
     if (hasLicense(source))
         shumate_license_append_map_source(license_, source);
 }

@@ -80,6 +80,8 @@ private:
     void click(double x, double y);
     [[nodiscard]] bool describe(double x, double y, const Glib::RefPtr<Gtk::Tooltip>& tooltip);
     [[nodiscard]] bool pressKey(guint key);
+    void zoomBy(double levels);
+    void moveBy(double x, double y);
     void moveTo(const Extent& extent);
     void fit();
     void resized();
