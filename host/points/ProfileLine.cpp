@@ -80,4 +80,18 @@ ProfileLine narrowed(const ProfileLine& line, std::size_t columns)
     return narrow;
 }
 
+ValueRange rangeOf(const ProfileLine& line, ProfileValue value) noexcept
+{
+    constexpr double kHeadroom = 1.22;
+    if (value == ProfileValue::kSpeed) {
+        constexpr double kLeastSpeed = 1; // metres per second
+        return {0, std::max(line.highest, kLeastSpeed) * kHeadroom};
+    }
+    constexpr double kLeastHeight = 20; // metres
+    constexpr double kBelow = 0.08;     // of the values
+    const double range = std::max(line.highest - line.lowest, kLeastHeight);
+    const double low = (line.lowest + line.highest - range) / 2 - range * kBelow;
+    return {low, low + range * kHeadroom};
+}
+
 } // namespace host

@@ -45,4 +45,14 @@ struct ProfileLine {
 /// The same line in fewer columns, or in as many. Quick enough for a frame.
 [[nodiscard]] ProfileLine narrowed(const ProfileLine& line, std::size_t columns);
 
+/// The scale of a plot: what is at its lower and its upper edge.
+struct ValueRange {
+    double low = 0;
+    double high = 1;
+};
+
+/// A range with the values of a line, and some room above them. A walk on level ground looks level,
+/// and speeds begin at 0. Precondition: the line can be drawn.
+[[nodiscard]] ValueRange rangeOf(const ProfileLine& line, ProfileValue value) noexcept;
+
 } // namespace host

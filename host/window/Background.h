@@ -4,13 +4,11 @@
 
 #pragma once
 
-#include <condition_variable>
+#include "host/window/LatestJob.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <thread>
 
 namespace host {
 
@@ -19,10 +17,10 @@ public:
     using Result = std::function<void()>; ///< shows a result; called on the main loop's thread
     using Work = std::function<Result()>; ///< runs on the thread; must not throw
 
-    Background();
+    Background() = default;
 
     /// Waits for the work that is running. Its result is not shown.
-    ~Background();
+    ~Background() { *latest_ = 0; }
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
 
@@ -31,20 +29,9 @@ public:
     void run(Work work);
 
 private:
-    struct Job {
-        std::uint64_t number;
-        Work work;
-    };
-
-    void loop();
-
     // The number of the latest work; 0 once this object is gone. Read and set by the main loop.
     std::shared_ptr<std::uint64_t> latest_ = std::make_shared<std::uint64_t>(0);
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::optional<Job> next_; // under mutex_
-    bool isEnding_ = false;   // under mutex_
-    std::thread thread_;      // last: it uses all of the above
+    LatestJob job_;
 };
 
 } // namespace host

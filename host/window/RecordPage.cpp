@@ -4,21 +4,24 @@
 
 #include "host/window/Accessible.h"
 #include "host/window/Translation.h"
+#include "host/words/ProfileText.h"
 
+#include <iterator>
 #include <utility>
 
 namespace host {
 namespace {
 
-constexpr int kListWidth = 380; // pixels
+constexpr int kListWidth = 340; // pixels
 constexpr int kMapWidth = 340;  // at least
-constexpr int kMapHeight = 340; // at first
+constexpr int kMapHeight = 300; // at first
 constexpr int kGap = 6;
 
 } // namespace
 
 RecordPage::RecordPage()
-    : map_(
+    : Gtk::Box(Gtk::Orientation::VERTICAL),
+      map_(
           {.selected = [this](RecordKind kind, std::size_t index) { selectFromMap(kind, index); }}),
       list_({.ticked = [this] { map_.setTicked(list_.ticked()); },
              .selected = [this](const RecordRow& row) { select(row); },
@@ -27,6 +30,8 @@ RecordPage::RecordPage()
                      select(row);
                      showMap();
                  }}),
+      profile_({.pointed = [this](const auto& point) { map_.setMarker(point); },
+                .measured = [this] { showDetails(profile_.figures()); }}),
       leaflet_(ADW_LEAFLET(adw_leaflet_new()))
 {
     list_.set_size_request(kListWidth);
@@ -42,15 +47,17 @@ RecordPage::RecordPage()
     g_signal_connect_swapped(leaflet_, "notify::folded",
                              G_CALLBACK(+[](RecordPage* self) { self->fold(); }), this);
     fold();
+    gtk_widget_set_vexpand(GTK_WIDGET(leaflet_), TRUE);
     gtk_box_append(gobj(), GTK_WIDGET(leaflet_));
 }
 
 GtkWidget* RecordPage::mapColumn()
 {
-    nothing_.set_text(tr("Select a record to see its details."));
+    nothing_.set_text(tr("Select a record to see its profile and details."));
     nothing_.set_wrap(true);
     nothing_.add_css_class("dim-label");
     panel_.add(nothing_, "nothing");
+    panel_.add(profile_, "profile", tr("Profile"));
     panel_.add(details_, "details", tr("Details"));
     panel_.set_vexpand(true);
     switcher_.set_stack(panel_);
@@ -86,17 +93,19 @@ void RecordPage::setRecords(std::shared_ptr<const RecordSet> records)
     records_ = std::move(records);
     selected_.reset();
     selectedName_.set_text("");
+    profile_.clear();
     panel_.set_visible_child("nothing");
     map_.setRecords(records_);
     list_.setRecords(records_);
 }
 
-void RecordPage::setPresentation(const Presentation& presentation)
+void RecordPage::setSettings(const WindowSettings& settings)
 {
-    presentation_ = presentation;
-    list_.setPresentation(presentation);
+    presentation_ = {.units = settings.units, .isUtc = settings.isUtc};
+    list_.setPresentation(presentation_);
+    profile_.setPresentation(presentation_);
     if (selected_)
-        showDetails(*selected_);
+        showDetails(profile_.figures());
 }
 
 void RecordPage::startSearch()
@@ -109,7 +118,7 @@ void RecordPage::select(const RecordRow& row)
 {
     map_.select(row.kind, row.index);
     map_.show(row.kind, row.index);
-    showDetails(row);
+    showSelected(row);
 }
 
 void RecordPage::selectFromMap(RecordKind kind, std::size_t index)
@@ -119,15 +128,36 @@ void RecordPage::selectFromMap(RecordKind kind, std::size_t index)
         return;
     list_.select(kind, index);
     map_.select(kind, index);
-    showDetails(*row);
+    showSelected(*row);
 }
 
-void RecordPage::showDetails(const RecordRow& row)
+void RecordPage::showSelected(const RecordRow& row)
 {
+    const bool isTrack = row.kind == RecordKind::kTrack;
+    const bool wasTrack = selected_ && selected_->kind == RecordKind::kTrack;
     selected_ = row;
     selectedName_.set_text(rowName(row));
-    details_.setLines(recordDetails(*records_, row, presentation_));
-    panel_.set_visible_child("details");
+    showDetails(nullptr);
+    panel_.get_page(profile_)->set_visible(isTrack);
+    if (isTrack)
+        profile_.setTrack(records_, row.index);
+    else
+        profile_.clear();
+    if (!isTrack)
+        panel_.set_visible_child("details");
+    else if (!wasTrack) // otherwise, what the user has chosen stays
+        panel_.set_visible_child("profile");
+}
+
+// The figures of a track follow, once they are computed.
+void RecordPage::showDetails(const StretchFigures* figures)
+{
+    auto lines = recordDetails(*records_, *selected_, presentation_);
+    if (figures != nullptr) {
+        auto more = figureLines(*figures, presentation_.units);
+        std::move(more.begin(), more.end(), std::back_inserter(lines));
+    }
+    details_.setLines(lines);
 }
 
 void RecordPage::showMap()

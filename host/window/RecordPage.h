@@ -6,9 +6,11 @@
 
 #include "host/records/Export.h"
 #include "host/records/RecordSet.h"
+#include "host/window/ProfilePane.h"
 #include "host/window/RecordDetails.h"
 #include "host/window/RecordList.h"
 #include "host/window/TrackMap.h"
+#include "host/window/WindowSettings.h"
 #include "host/words/RecordDetail.h"
 
 #include <memory>
@@ -29,17 +31,19 @@ public:
     /// The records that are ticked.
     [[nodiscard]] const TickedRecords& ticked() const noexcept { return list_.ticked(); }
 
-    void setPresentation(const Presentation& presentation);
+    void setSettings(const WindowSettings& settings);
 
     /// Moves the keyboard to the search entry.
     void startSearch();
 
+    /// For what concerns the map alone.
     [[nodiscard]] TrackMap& map() noexcept { return map_; }
 
 private:
     [[nodiscard]] GtkWidget* mapColumn();
     void select(const RecordRow& row);
-    void showDetails(const RecordRow& row);
+    void showSelected(const RecordRow& row);
+    void showDetails(const StretchFigures* figures);
     void selectFromMap(RecordKind kind, std::size_t index);
     void showMap();
     void fold();
@@ -50,6 +54,7 @@ private:
 
     TrackMap map_;
     RecordList list_;
+    ProfilePane profile_;
     RecordDetails details_;
     Gtk::Paned column_{Gtk::Orientation::VERTICAL}; // map and panel
     Gtk::Box toList_{Gtk::Orientation::HORIZONTAL};

@@ -37,6 +37,8 @@ RecordRowWidget::RecordRowWidget() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap
     });
     makeLine(name_);
     makeLine(detail_);
+    detail_.set_wrap(true);
+    detail_.set_lines(2);
     detail_.add_css_class("dim-label");
     detail_.add_css_class("caption");
     auto* const texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);

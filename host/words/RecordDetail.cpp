@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t kMostOfRecordName = 60; // characters, so that the details keep their place
 constexpr std::size_t kMostOfSymbol = 40;
 constexpr std::size_t kMostOfText = 2000;
-constexpr std::string_view kSeparator = " · ";
+constexpr std::string_view kPartSeparator = " · ";
 
 /// Collects lines; empty values are left out.
 class Lines {
@@ -153,7 +153,7 @@ std::string rowDetail(const RecordSet& records, const RecordRow& row,
     const auto* const key = row.isGeocache ? "geocacheType" : "symbol";
     if (const auto text = displayText(textIn(record, key), kMostOfSymbol); !text.empty())
         parts.push_back(text);
-    return joined(parts, kSeparator);
+    return joined(parts, kPartSeparator);
 }
 
 std::vector<DetailLine> recordDetails(const RecordSet& records, const RecordRow& row,

@@ -163,6 +163,67 @@ class RecordsTest(unittest.TestCase):
         opened.find("label", "Geocache")
         opened.find("label", "Difficulty")
 
+    def select_track(self, opened, name):
+        """Selects a track, and moves the keyboard to the start of its profile."""
+        opened.click("label", name)
+        opened.click("slider", begins("Profile."))
+        opened.key("Home")
+
+    def test_profile_is_read_with_keys(self):
+        opened = self.download()
+        self.select_track(opened, "Kayak round")
+        opened.find("label", begins("0.00 km · "))
+        opened.key("End")
+        opened.find("label", lambda name: begins("5.40 km · ")(name) and
+                    name.endswith("2008-12-18 22:42:06 Punta Arenas time"))
+        opened.key("ctrl+Left")
+        opened.find("label", lambda name: " · 2008-12-18 22:4" in name)
+
+    def test_stretch_of_all_points_has_the_figures_of_the_track(self):
+        opened = self.download()
+        self.select_track(opened, "Kayak round")
+        opened.key("shift+End")
+        opened.find("label", lambda name: begins("Stretch: 5.40 km · 1 h 39 min · ")(name) and
+                    "23 m up, 23 m down" in name)
+        opened.key("Escape")
+        opened.wait_until(lambda: not any(map(begins("Stretch"), opened.names("label"))))
+
+    def test_figures_of_the_track_are_among_its_details(self):
+        opened = self.download()
+        opened.click("label", "Kayak round")
+        opened.find("label", "Top speed")
+        opened.find("label", "Average moving")
+
+    def test_profile_is_shown_over_time(self):
+        opened = self.download()
+        self.select_track(opened, "Kayak round")
+        opened.press("push button", "Time")
+        opened.click("slider", begins("Profile."))
+        opened.key("End")
+        opened.find("label", begins("5.40 km · "))
+
+    def open_track(self, points):
+        file = self.folder / "track.gpx"
+        file.write_text('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1"><trk>'
+                        f"<name>A</name><trkseg>{points}</trkseg></trk></gpx>")
+        opened = self.open(file)
+        opened.click("label", "A")
+        return opened
+
+    def test_track_without_times_says_so(self):
+        opened = self.open_track('<trkpt lat="1" lon="2"><ele>5</ele></trkpt>'
+                                 '<trkpt lat="1.1" lon="2"><ele>6</ele></trkpt>')
+        opened.find("label", "This track has no times, and so no speeds.")
+        self.assertFalse(opened.can_be_used("push button", "Time"))
+
+    def test_track_without_heights_and_times_says_so(self):
+        opened = self.open_track('<trkpt lat="1" lon="2"/><trkpt lat="1.1" lon="2"/>')
+        opened.find("label", "This track has neither heights nor times.")
+
+    def test_track_of_one_point_says_so(self):
+        opened = self.open_track('<trkpt lat="1" lon="2"><ele>5</ele></trkpt>')
+        opened.find("label", "A track without length has no profile.")
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

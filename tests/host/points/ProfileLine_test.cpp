@@ -164,4 +164,35 @@ TEST(NarrowedLine, KeepsOnlyAFewGapsInOneColumn)
     EXPECT_EQ(narrowed(line, 10).pieces.size(), 40);
 }
 
+TEST(RangeOf, ElevationsLeavesSomeRoom)
+{
+    const auto range =
+        rangeOf(host::ProfileLine{.lowest = 100, .highest = 200}, ProfileValue::kElevation);
+    EXPECT_NEAR(range.low, 92, 1e-9);
+    EXPECT_NEAR(range.high, 214, 1e-9);
+}
+
+TEST(RangeOf, LessThanTwentyMetresLooksLevel)
+{
+    const auto sizeOf = [](double highest) {
+        const auto range =
+            rangeOf(host::ProfileLine{.lowest = 100, .highest = highest}, ProfileValue::kElevation);
+        return range.high - range.low;
+    };
+    EXPECT_NEAR(sizeOf(100), sizeOf(120), 1e-9);
+    EXPECT_GT(sizeOf(121), sizeOf(120) + 1);
+}
+
+TEST(RangeOf, SpeedsBeginsAtZeroAndSlowOnesLookSlow)
+{
+    const auto highOf = [](double highest) {
+        const auto range =
+            rangeOf(host::ProfileLine{.lowest = 0.1, .highest = highest}, ProfileValue::kSpeed);
+        EXPECT_EQ(range.low, 0);
+        return range.high;
+    };
+    EXPECT_NEAR(highOf(5), 6.1, 1e-9);
+    EXPECT_EQ(highOf(0.2), highOf(1));
+}
+
 } // namespace
