@@ -392,6 +392,19 @@ std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolde
     return BackupMaker{folder, made, files}.make(source, policy);
 }
 
+std::vector<std::string> listBackedUpDevices(const std::string& folder, gps::FileSystem& files)
+{
+    std::vector<std::string> names;
+    (void)readNames(folder, names, files);
+    std::erase_if(names, [&](const std::string& name) {
+        bool isFolder = false;
+        return nameOfDevice(name) != name ||
+               !gps::FileManager{&files}.fileExists(gps::joinPath(folder, name), &isFolder) ||
+               !isFolder;
+    });
+    return names;
+}
+
 std::vector<Backup> listBackups(const std::string& folder, const std::string& identifier,
                                 gps::FileSystem& files)
 {

@@ -74,6 +74,11 @@ makeBackup(const BackupPolicy& policy, const DataFolders& source, MadeBackup& ma
                                               const std::string& identifier,
                                               gps::FileSystem& files = gps::FileSystem::system());
 
+/// The names of the folders that may hold the backups of a device, in no order. Each can stand for
+/// the device's identifier in the functions below and above.
+[[nodiscard]] std::vector<std::string>
+listBackedUpDevices(const std::string& folder, gps::FileSystem& files = gps::FileSystem::system());
+
 /// A folder with a backup's name whose list of files is missing or damaged, or cannot be read now.
 struct DamagedBackup {
     std::string path;

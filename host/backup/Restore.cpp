@@ -78,6 +78,16 @@ bool Restore::matches(const std::string& device) const
                        [&](const BackedUpFile& file) { return matches(device, file); });
 }
 
+std::vector<std::string> Restore::changedFiles(const std::string& device) const
+{
+    std::vector<std::string> paths;
+    for (const auto& file : manifest_.files) {
+        if (!matches(device, file))
+            paths.push_back(file.path);
+    }
+    return paths;
+}
+
 bool Restore::matches(const std::string& device, const BackedUpFile& file) const
 {
     std::string present;

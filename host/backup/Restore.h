@@ -39,6 +39,10 @@ public:
     /// Whether the device holds every file of the backup, unchanged.
     [[nodiscard]] bool matches(const std::string& device) const;
 
+    /// The paths of the backup's files that the device does not hold unchanged, relative to it:
+    /// what write() would write.
+    [[nodiscard]] std::vector<std::string> changedFiles(const std::string& device) const;
+
     /// Checks that no folder of the backup leads out of the device, through links that are on the
     /// device now. The operations below require that.
     [[nodiscard]] std::optional<gps::Error> checkFolders(const std::string& device) const;

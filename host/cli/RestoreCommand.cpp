@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // `restore`: without an argument a list of backups, with one a restore.
 
-#include "host/backup/Manifest.h"
 #include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/base/Table.h"
@@ -17,9 +16,7 @@
 #include "host/desktop/UDisks.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/DeviceRestore.h"
-#include "host/words/StopText.h"
-
-#include <platform/System/Paths.h>
+#include "host/words/RestoreText.h"
 
 #include <fmt/format.h>
 
@@ -54,9 +51,7 @@ std::string listOf(const BackupList& backups)
     auto text = backups.complete.empty() ? "There is no backup of this device.\n"
                                          : tableOf(backups.complete);
     for (const auto& damaged : backups.damaged)
-        text += fmt::format("{} is damaged: its list of files, manifest.json, cannot be read, so "
-                            "it cannot be restored. Copy what you need from {}\n",
-                            damaged.name, displayText(gps::joinPath(damaged.path, kFilesName)));
+        text += damagedBackupText(damaged) + '\n';
     return text;
 }
 
@@ -105,35 +100,9 @@ gps::Error noSuchBackup(const std::string& requested, std::vector<Backup> backup
 std::string textOf(const RestoreReport& report)
 {
     std::string text;
-    if (report.wasUpToDate)
-        text = "The device already holds what the backup holds.\n";
-    if (report.previous)
-        text += fmt::format("The files before the restore are kept in the backup {}\n",
-                            report.previous->name);
-    for (const auto& name : report.deletedBackups)
-        text +=
-            fmt::format("deleted, because enough newer backups are kept: {}\n", displayText(name));
-    for (const auto& path : report.restored)
-        text += fmt::format("restored: {}\n", displayText(path));
-    for (const auto& path : report.extraFiles)
-        text += fmt::format("not in the backup, left as it is: {}\n", displayText(path));
+    for (const auto& line : restoreLines(report))
+        text += line + '\n';
     return text;
-}
-
-std::vector<Message> restoreMessages(const RestoreReport& report)
-{
-    std::vector<Message> messages;
-    if (report.error)
-        messages.push_back({true, sentencesOf(*report.error)});
-    const bool isAnyWritten = !report.restored.empty();
-    if (report.wasStopped)
-        messages.push_back({true, isAnyWritten
-                                      ? "The restore was stopped. Restore again to write the rest."
-                                      : stoppedEarlyText("restore")});
-    if (isAnyWritten && !report.asBefore.empty())
-        messages.push_back(
-            {true, fmt::format("As before the restore: {}.", joined(report.asBefore, ", "))});
-    return messages;
 }
 
 gps::Error noDeviceWithFiles(const ChosenDevice& chosen)

@@ -4,6 +4,7 @@
 #include "host/transfer/DeviceRestore.h"
 
 #include "host/backup/Restore.h"
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/files/FolderLock.h"
 #include "host/operations/Operation.h"
@@ -59,6 +60,24 @@ void writeOrStop(const Restore& restore, const DataFolders& device, const Restor
     report.wasStopped = isStopRequested && !report.error && !report.asBefore.empty();
 }
 
+} // namespace
+
+std::optional<gps::Error> checkRestore(const DataFolders& device, const std::string& backup,
+                                       bool isForced, Restore& restore)
+{
+    if (device.failure)
+        return device.failure;
+    if (auto failure = restore.open(backup))
+        return failure;
+    if (!isForced && !restore.isOf(device.identifier, device.device))
+        return hostError("This backup seems to be of another device",
+                         "Choose another backup" + advice(", or restore it with --force", ""),
+                         backup);
+    return restore.checkFolders(device.device);
+}
+
+namespace {
+
 RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
 {
     RestoreReport report;
@@ -68,13 +87,7 @@ RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
         return report;
     }
     Restore restore;
-    report.error = device.failure ? device.failure : restore.open(request.backup);
-    if (!report.error && !request.isForced && !restore.isOf(device.identifier, device.device))
-        report.error =
-            hostError("This backup seems to be of another device",
-                      "Choose another backup, or restore it with --force", request.backup);
-    if (!report.error)
-        report.error = restore.checkFolders(device.device);
+    report.error = checkRestore(device, request.backup, request.isForced, restore);
     if (report.error)
         return report;
     if (lock->isOfAny(device.folders) || lock->isOfAny(restore.folders(device.device)))

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/backup/Backup.h"
+#include "host/backup/Restore.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/transfer/TransferProgress.h"
 
@@ -48,6 +49,13 @@ struct RestoreReport {
 /// The folders that a backup copies; nullopt if the driver's devices are not folders of files, or
 /// if it has no device.
 [[nodiscard]] std::optional<DataFolders> dataFoldersOf(const ChosenDevice& device);
+
+/// Opens and checks a backup that is to be put back.
+/// @param isForced  whether it may be of another device
+/// @param restore   out: the opened backup
+/// @return          why it cannot be restored
+[[nodiscard]] std::optional<gps::Error>
+checkRestore(const DataFolders& device, const std::string& backup, bool isForced, Restore& restore);
 
 /// Puts a backup back.
 [[nodiscard]] RestoreReport restoreBackup(const DataFolders& device, const RestoreRequest& request);

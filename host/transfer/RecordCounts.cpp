@@ -52,24 +52,27 @@ void RecordCounter::add(const Event& event)
     }
 }
 
+void countRecord(std::string_view key, const gps::Dictionary& record, RecordCounts& counts)
+{
+    const auto* const points = record.findArray("points");
+    const auto pointCount = points != nullptr ? points->size() : 0;
+    if (key == "waypoint") {
+        ++(gps::isGeocache(record) ? counts.geocaches : counts.waypoints);
+    } else if (key == "route") {
+        ++counts.routes;
+        counts.routePoints += pointCount;
+    } else if (key == "track") {
+        ++counts.tracks;
+        counts.trackPoints += pointCount;
+    }
+}
+
 RecordCounts countRecords(const gps::Dictionary& data)
 {
     RecordCounts counts;
-    forEachRecord(data, "waypoint", [&](const gps::Dictionary& record) {
-        ++(gps::isGeocache(record) ? counts.geocaches : counts.waypoints);
-    });
-    const auto countPoints = [](const gps::Dictionary& record) {
-        const auto* const points = record.findArray("points");
-        return points != nullptr ? points->size() : 0;
-    };
-    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
-        ++counts.routes;
-        counts.routePoints += countPoints(route);
-    });
-    forEachRecord(data, "track", [&](const gps::Dictionary& track) {
-        ++counts.tracks;
-        counts.trackPoints += countPoints(track);
-    });
+    for (const char* const key : {"waypoint", "route", "track"})
+        forEachRecord(data, key,
+                      [&](const gps::Dictionary& record) { countRecord(key, record, counts); });
     return counts;
 }
 

@@ -7,6 +7,7 @@
 #include "host/operations/Event.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace host {
 
@@ -25,6 +26,10 @@ struct RecordCounts {
 
     friend bool operator==(const RecordCounts& a, const RecordCounts& b) noexcept = default;
 };
+
+/// Counts one record of a device, with its points.
+/// @param key  of its kind, as for a gps::RecordVisitor
+void countRecord(std::string_view key, const gps::Dictionary& record, RecordCounts& counts);
 
 /// Counts the records in a send's data dictionary.
 [[nodiscard]] RecordCounts countRecords(const gps::Dictionary& data);

@@ -25,15 +25,6 @@ std::uint64_t perSecond(std::uint64_t count, std::chrono::milliseconds time)
     return count * 1000 / static_cast<std::uint64_t>(std::max(time.count(), kShortest));
 }
 
-std::string byteText(std::uint64_t count)
-{
-    if (count < 1000)
-        return fmt::format("{} bytes", count);
-    const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
-    return fmt::format("{}.{} {}", count / unit, count / (unit / 10) % 10,
-                       unit == 1000 ? "kB" : "MB");
-}
-
 // "1.2 MB of 5.4 MB, 22 %"
 std::string shareText(const TransferProgress& progress)
 {
@@ -75,6 +66,15 @@ std::string phaseText(const TransferProgress& progress)
 }
 
 } // namespace
+
+std::string byteText(std::uint64_t count)
+{
+    if (count < 1000)
+        return fmt::format("{} bytes", count);
+    const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
+    return fmt::format("{}.{} {}", count / unit, count / (unit / 10) % 10,
+                       unit == 1000 ? "kB" : "MB");
+}
 
 std::string progressText(const TransferProgress& progress)
 {

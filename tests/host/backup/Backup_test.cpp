@@ -45,6 +45,19 @@ TEST_F(Backup, HoldsEveryFileByteForByteUnderItsTime)
     EXPECT_THAT(skipped_, IsEmpty());
 }
 
+TEST_F(Backup, FoldersOfDevicesAreListed)
+{
+    EXPECT_THAT(host::listBackedUpDevices(kept_.path("kept")), IsEmpty());
+    ASSERT_FALSE(make());
+    kept_.put("kept/file", "");
+    kept_.put("kept/not a name of a device/file", "");
+    kept_.put("kept/../43/file", "");
+    EXPECT_THAT(host::listBackedUpDevices(kept_.path("kept")), ElementsAre("42"));
+    const auto backups = host::listBackups(kept_.path("kept"), "42");
+    ASSERT_EQ(backups.size(), 1U);
+    EXPECT_EQ(backups[0].path, made_.path);
+}
+
 TEST_F(Backup, ManifestHasSizesAndHashes)
 {
     ASSERT_FALSE(make());
