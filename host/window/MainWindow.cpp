@@ -16,6 +16,7 @@
 #include "host/window/Shortcuts.h"
 #include "host/window/Translation.h"
 #include "host/words/RecordCountText.h"
+#include "host/words/RestoreText.h"
 
 #include <gps/Geocache.h>
 
@@ -47,6 +48,7 @@ Glib::RefPtr<Gio::Menu> mainMenu()
     files->append(tr("_Open Folder…"), "win.open-folder");
     files->append(tr("_Import…"), "win.import");
     files->append(tr("_Export…"), "win.export");
+    files->append(tr("_Backups"), "win.backups");
     const auto help = Gio::Menu::create();
     help->append(tr("_Keyboard Shortcuts"), "win.shortcuts");
     help->append(tr("_About"), "win.about");
@@ -103,6 +105,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                             send_.setReceiver(receiver->name, receiver->location);
                         else
                             send_.setReceiver({}, {});
+                        backups_.refresh();
                     }}),
       send_({.preview =
                  [this](const SendChoice& choice) {
@@ -117,6 +120,19 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                      setBusy(true);
                      receivers_->send(receiver->driver, choice, seen, backupPolicy());
                  }}),
+      backups_({.list =
+                    [this] {
+                        const auto receiver = devices_.selected();
+                        receivers_->listBackups(receiver ? std::optional{receiver->driver}
+                                                         : std::nullopt);
+                    },
+                .compare =
+                    [this](const auto& backup) {
+                        if (const auto receiver = devices_.selected())
+                            receivers_->compareBackup(receiver->driver, backup);
+                    },
+                .restore = [this](const auto& backup,
+                                  const auto& explanation) { restore(backup, explanation); }}),
       frame_(application, devices_, messages_, mainMenu())
 {
     frame_.window().set_title("Magellan GPS");
@@ -127,11 +143,20 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
         Receivers::Handlers{
             .changed = [this](ReceiverState state) { devices_.setState(state); },
             .progressed =
-                [this](const TransferProgress& progress) { devices_.setProgress(progress); },
+                [this](const TransferProgress& progress) {
+                    devices_.setProgress(progress);
+                    backups_.setProgress(progress);
+                },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
             .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
             .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
-            .sent = [this](const SendResult& result) { setSent(result); }});
+            .sent = [this](const SendResult& result) { setSent(result); },
+            .backupsListed = [this](const BackupState& state) { backups_.setBackups(state); },
+            .backupCompared =
+                [this](const ComparedBackup& compared) {
+                    backups_.setComparison(compared.backup, compared.comparison);
+                },
+            .restored = [this](const RestoreReport& report) { setRestored(report); }});
     open(paths);
 }
 
@@ -141,6 +166,7 @@ void MainWindow::addPages()
     frame_.addButton(tr("Export…"), "document-save-as-symbolic", "win.export");
     frame_.addPage(records_, "records", tr("Records"), "mark-location-symbolic");
     frame_.addPage(send_, "send", tr("Send"), "document-send-symbolic");
+    frame_.addPage(backups_, "backups", tr("Backups"), "document-revert-symbolic");
     frame_.onPageShown([this](const std::string& name) {
         if (name == "send")
             showRecordsToSend();
@@ -155,6 +181,7 @@ void MainWindow::addActions()
     window.add_action("open-folder", [this] { chooseFolder(); });
     window.add_action("import", [this] { chooseFiles(); });
     window.add_action("export", [this] { chooseExport(); })->set_enabled(false);
+    window.add_action("backups", [this] { frame_.showPage("backups"); });
     window.add_action("search", [this] {
         frame_.showPage("records");
         records_.startSearch();
@@ -227,6 +254,7 @@ void MainWindow::setBusy(bool isBusy)
     isBusy_ = isBusy;
     devices_.setBusy(isBusy);
     send_.setBusy(isBusy);
+    backups_.setBusy(isBusy);
     enable("import", !isBusy);
     enable("download", !isBusy);
     enable("export", !isBusy && shown_.records && !shown_.records->isEmpty());
@@ -264,6 +292,35 @@ void MainWindow::setSent(const SendResult& result)
         frame_.window().close();
     else
         messages_.show(result.sentence, result.messages, !result.isComplete);
+}
+
+void MainWindow::restore(const std::string& backup, const Glib::ustring& explanation)
+{
+    ask(frame_.window(), tr("Restore This Backup?"), explanation.c_str(),
+        {.cancel = tr("_Cancel"), .accept = tr("_Restore")}, [this, backup] {
+            const auto receiver = devices_.selected();
+            if (isBusy_ || !receiver) // something has changed while the question was open
+                return;
+            setBusy(true);
+            receivers_->restore(receiver->driver, backup, backupPolicy());
+        });
+}
+
+void MainWindow::setRestored(const RestoreReport& report)
+{
+    setBusy(false);
+    if (closesWhenIdle_) {
+        frame_.window().close();
+        return;
+    }
+    backups_.refresh();
+    auto messages = restoreMessages(report);
+    for (auto& line : restoreLines(report))
+        messages.push_back({false, std::move(line)});
+    messages_.show(report.isComplete()
+                       ? tr("The backup is restored: the receiver holds what it held then.")
+                       : tr("The backup was not restored, or not completely."),
+                   messages, !report.isComplete());
 }
 
 void MainWindow::chooseFolder()

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "host/window/BackupPage.h"
 #include "host/window/DevicePane.h"
 #include "host/window/MessageBar.h"
 #include "host/window/Receivers.h"
@@ -41,6 +42,8 @@ private:
     void setReceived(ReceivedRecords received);
     void setSent(const SendResult& result);
     void showRecordsToSend();
+    void restore(const std::string& backup, const Glib::ustring& explanation);
+    void setRestored(const RestoreReport& report);
     void chooseFolder();
     void chooseFiles();
     void chooseExport();
@@ -54,6 +57,7 @@ private:
     MessageBar messages_;
     RecordPage records_;
     SendPage send_;
+    BackupPage backups_;
     WindowFrame frame_;
     Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
     ReceivedRecords shown_;

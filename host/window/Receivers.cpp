@@ -4,6 +4,7 @@
 
 #include "host/window/Receivers.h"
 
+#include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceSearch.h"
 #include "host/records/RecordKeeper.h"
@@ -12,6 +13,7 @@
 #include "host/words/DownloadMessages.h"
 #include "host/words/Explanation.h"
 
+#include <gps/GPSFileDevice.h>
 #include <gps/View.h>
 
 #include <algorithm>
@@ -32,6 +34,18 @@ std::optional<gps::Error> whyNoReceiver(const std::vector<Driver>& drivers,
         }
     }
     return explainFolder(drivers, folder);
+}
+
+// Null if the driver's devices are not folders of files.
+const gps::GPSFileDevice* filesOf(const gps::GPSPlugInProtocol& driver)
+{
+    return dynamic_cast<const gps::GPSFileDevice*>(&driver);
+}
+
+gps::Error noDeviceToRestore()
+{
+    return hostError("There is no receiver that a backup can be put back on",
+                     "Plug the receiver in, and select it");
 }
 
 } // namespace
@@ -204,6 +218,52 @@ void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
         std::move(messages.begin(), messages.end(), std::back_inserter(received.messages));
     }
     deliver(handlers_.received, std::move(received));
+}
+
+void Receivers::listBackups(std::optional<std::size_t> driver)
+{
+    thread_.post([this, driver] {
+        std::optional<DeviceBackups> selected;
+        const auto* const files = driver ? filesOf(*plugIn_.drivers[*driver]) : nullptr;
+        if (files != nullptr && !chosenDevice(*driver).location.empty())
+            selected = DeviceBackups{.identifier = files->deviceIdentifier().value_or(""),
+                                     .location = chosenDevice(*driver).location};
+        deliver(handlers_.backupsListed,
+                backupsIn(defaultBackupFolder().value_or(""), std::move(selected)));
+    });
+}
+
+void Receivers::compareBackup(std::size_t driver, const std::string& backup)
+{
+    thread_.post([this, driver, backup] {
+        ComparedBackup compared{.backup = backup};
+        if (const auto folders = dataFoldersOf(chosenDevice(driver)))
+            compared.comparison =
+                host::compareBackup(*folders, backup, *filesOf(*plugIn_.drivers[driver]));
+        else
+            compared.comparison.error = noDeviceToRestore();
+        deliver(handlers_.backupCompared, std::move(compared));
+    });
+}
+
+void Receivers::restore(std::size_t driver, const std::string& backup, const BackupPolicy& policy)
+{
+    isStopped_ = false;
+    thread_.post([this, driver, backup, policy] {
+        RestoreRequest request{.backup = backup,
+                               .policy = policy,
+                               .progress =
+                                   [this](const TransferProgress& progress) {
+                                       deliver(handlers_.progressed, progress);
+                                   },
+                               .stopRequested = [this] { return isStopped_.load(); }};
+        RestoreReport report;
+        if (const auto folders = dataFoldersOf(chosenDevice(driver)))
+            report = restoreBackup(*folders, request);
+        else
+            report.error = noDeviceToRestore();
+        deliver(handlers_.restored, std::move(report));
+    });
 }
 
 void Receivers::fail(const gps::Error& error)

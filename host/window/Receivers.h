@@ -7,8 +7,11 @@
 #include "host/bundle/PlugInBundle.h"
 #include "host/formats/RecordOrigin.h"
 #include "host/records/RecordSet.h"
+#include "host/transfer/BackupComparison.h"
+#include "host/transfer/DeviceRestore.h"
 #include "host/transfer/DownloadRequest.h"
 #include "host/transfer/TransferProgress.h"
+#include "host/window/BackupState.h"
 #include "host/window/DeviceThread.h"
 #include "host/window/ReceiverState.h"
 #include "host/window/SendWork.h"
@@ -32,6 +35,12 @@ struct ReceivedRecords {
     bool isComplete = false;
 };
 
+/// What restoring a backup would change.
+struct ComparedBackup {
+    std::string backup; ///< its path
+    BackupComparison comparison{};
+};
+
 class Receivers {
 public:
     struct Handlers {
@@ -41,6 +50,9 @@ public:
         std::function<void(std::string reason)> refused;    ///< a folder: it is not a receiver
         std::function<void(SendPreview preview)> previewed; ///< of the latest request
         std::function<void(SendResult result)> sent;
+        std::function<void(BackupState backups)> backupsListed{};
+        std::function<void(ComparedBackup compared)> backupCompared{};
+        std::function<void(RestoreReport report)> restored{};
     };
 
     /// Loads the plug-in and finds what is connected.
@@ -74,7 +86,16 @@ public:
     void send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
               const BackupPolicy& backup);
 
-    /// Stops the running download or import; what has arrived is kept.
+    /// Lists the backups of all devices, first those of the one that is selected in a driver.
+    void listBackups(std::optional<std::size_t> driver);
+
+    /// Compares a backup with the device that is selected in a driver, and puts one back.
+    /// @param backup  its path
+    /// @param policy  for the backup of the present files
+    void compareBackup(std::size_t driver, const std::string& backup);
+    void restore(std::size_t driver, const std::string& backup, const BackupPolicy& policy);
+
+    /// Stops the running download, import or restore; what has arrived is kept.
     void stop() noexcept { isStopped_ = true; }
 
 private:
