@@ -9,6 +9,7 @@
 
 #include <platform/System/FileManager.h>
 
+#include <string_view>
 #include <utility>
 
 namespace host {

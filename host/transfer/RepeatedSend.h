@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // performRepeatedly(): performs a send, and plans it again as often as another program changes the
-// device before anything is written. For front ends that cannot ask the user whether the new plan is
-// right, too. [host thread]
+// device before anything is written. For front ends that cannot ask the user whether the new plan
+// is right, too. [host thread]
 
 #pragma once
 

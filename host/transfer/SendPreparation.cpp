@@ -7,6 +7,7 @@
 #include "host/base/Text.h"
 #include "host/fitting/Altitudes.h"
 #include "host/fitting/ExactNames.h"
+#include "host/transfer/ChangedRoutes.h"
 #include "host/transfer/DeviceRoutePoints.h"
 #include "host/transfer/MissingRecords.h"
 #include "host/transfer/PresentFiles.h"
@@ -134,10 +135,29 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
                      "Give it another name in the file, or send without --exact-names");
 }
 
+// Plans a send without routes first: the last plan is the one whose texts the driver keeps.
+void planExactRoutes(PreparedSend& send)
+{
+    const auto& data = *send.request.data;
+    const auto before = send.snapshot->planSend({{"route", gps::Array{}}});
+    send.plan = send.snapshot->planSend(data);
+    const auto changed = changedRoute(data, before, send.plan, *send.files);
+    if (changed && !send.obstacle)
+        send.obstacle = hostError(
+            fmt::format("The route \"{}\" would be changed, because a point of another route would "
+                        "get the number and so the name of one of its points",
+                        displayText(*changed)),
+            "Give the points of the routes different names in the file, or send without "
+            "--exact-names");
+}
+
 void plan(PreparedSend& send)
 {
     auto& data = *send.request.data;
-    send.plan = send.snapshot->planSend(data);
+    if (send.request.fitting == SendFitting::kRoutePoints && data.findArray("route") != nullptr)
+        planExactRoutes(send);
+    else
+        send.plan = send.snapshot->planSend(data);
     if (send.request.fitting == SendFitting::kNone || send.request.sendsPresent || send.obstacle)
         return;
     const auto unchanged = removeUnchangedKinds(data, send.plan, *send.snapshot, *send.files);

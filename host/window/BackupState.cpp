@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// The folders of other devices are all that is known of them: an identifier can lose characters on
+// its way to a folder's name.
 
 #include "host/window/BackupState.h"
 

@@ -265,6 +265,43 @@ TEST_F(Send, DatesThatNoGeocacheCanHaveAreListed)
                                    "and will not count as found.\n"));
 }
 
+// The driver would number "P", and write it over the device's own "P 1".
+TEST_F(Send, ExactNamesThatWouldChangeARouteAreNotSent)
+{
+    const Receiver receiver;
+    receiver.put("Ways/Default Route File.rte",
+                 support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,one,a",
+                                     "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a",
+                                     "PMGNRTE,1,1,c,1,Old,P,a,P 1,a"}));
+    const auto before = filesOf(receiver.path());
+    const auto twoRoutes = here_.put("two.gpx", R"(<gpx version="1.1" creator="test">
+<rte><name>A</name><rtept lat="46" lon="7"><name>P</name><cmt>x</cmt></rtept></rte>
+<rte><name>B</name><rtept lat="46" lon="7"><name>P</name><cmt>y</cmt></rtept></rte></gpx>)");
+    const Receiver other;
+    other.put("Ways/Default Route File.rte",
+              support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,one,a",
+                                  "PMGNRTE,1,1,c,1,Old,P,a"}));
+    EXPECT_THAT(send(other.path(), {twoRoutes, "--exact-names"}).err,
+                HasSubstr("The route \"A\" would be changed"));
+    EXPECT_EQ(send(other.path(), {twoRoutes}).status, 0);
+    const auto exact = [&](const std::string& points) {
+        const auto file = here_.put("r.gpx", R"(<gpx version="1.1" creator="test"><rte><name>New)"
+                                             "</name>" +
+                                                 points + "</rte></gpx>");
+        return send(receiver.path(), {file, "--exact-names"});
+    };
+    const auto ran = exact(R"(<rtept lat="46" lon="7"><name>P</name><cmt>two</cmt></rtept>)");
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("The route \"Old\" would be changed, because a point of another "
+                                   "route would get the number and so the name of one of its "
+                                   "points."));
+    EXPECT_EQ(filesOf(receiver.path()), before);
+    const auto same = exact(R"(<rtept lat="46" lon="7"><name>P</name><cmt>one</cmt></rtept>)");
+    EXPECT_EQ(same.status, 0) << same.err;
+    const auto numbered = exact(R"(<rtept lat="1" lon="7"><name>P 1</name></rtept>)");
+    EXPECT_EQ(numbered.status, 0) << numbered.err << "\"P 1 1\" is free";
+}
+
 TEST_F(Send, RecordWhoseNameAnotherFileHoldsDifferentlyIsNotSentTwice)
 {
     const Receiver receiver;

@@ -65,8 +65,8 @@ class BackupsTest(unittest.TestCase):
                        stdout=subprocess.DEVNULL)
 
     def backups(self):
-        return sorted(path for path in (self.folder / "state" / "magellangps" / "backups").glob("*/*")
-                      if not path.name.startswith("."))
+        kept = self.folder / "state" / "magellangps" / "backups"
+        return sorted(path for path in kept.glob("*/*") if not path.name.startswith("."))
 
     def open(self, *paths):
         opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
