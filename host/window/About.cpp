@@ -9,10 +9,12 @@
 
 namespace host {
 
+const char* const kWindowVersion = WINDOW_VERSION;
+
 void showAbout(Gtk::Window& window)
 {
     adw_show_about_window(
-        window.gobj(), "application-name", "Magellan GPS", "version", WINDOW_VERSION, "comments",
+        window.gobj(), "application-name", "Magellan GPS", "version", kWindowVersion, "comments",
         tr("Gets tracks, waypoints, routes and geocaches off Magellan GPS receivers, and back onto "
            "them."),
         "license-type", GTK_LICENSE_MIT_X11, "application-icon", kApplicationId, nullptr);

@@ -8,7 +8,9 @@
 namespace host {
 
 /// Identifies the program on the desktop: its bus name, its icon and its entry in menus.
-inline constexpr const char* kApplicationId = "com.Orvane.MagellanGPS";
+inline constexpr const char* kApplicationId = "com.orvane.MagellanGPS";
+
+extern const char* const kWindowVersion;
 
 void showAbout(Gtk::Window& window);
 

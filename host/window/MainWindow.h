@@ -30,6 +30,9 @@ public:
 
     void present() { frame_.window().present(); }
 
+    /// Closes the window, after a question if a transfer is running.
+    void close() { frame_.window().close(); }
+
     /// Opens folders as receivers, and imports files. An empty path is that of a file that is not
     /// on this computer.
     void open(const std::vector<std::string>& paths);

@@ -11,6 +11,9 @@ namespace host {
 
 inline constexpr const char* kTranslationDomain = "magellangps-desktop";
 
+/// Takes the language from the environment. Precondition: no other thread runs yet.
+void openTranslations();
+
 /// Returns a text in the user's language.
 [[nodiscard]] inline const char* tr(const char* text)
 {

@@ -4,8 +4,12 @@
 window_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
+import shutil
+import subprocess
+
 import story
-from story import SAMPLES, begins
+import window
+from story import PROGRAMS, SAMPLES, begins
 
 RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."
 
@@ -119,6 +123,18 @@ class WindowTest(story.Story):
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)
         self.assertEqual(opened.unnamed({"push button", "check box", "list", "combo box"}), [])
+
+    def test_texts_are_those_of_the_users_language(self):
+        programs = shutil.copytree(PROGRAMS, self.folder / "bin", symlinks=True)
+        messages = self.folder / "share" / "locale" / "de" / "LC_MESSAGES"
+        messages.mkdir(parents=True)
+        subprocess.run(["msgfmt", "-", "-o", messages / "magellangps-desktop.mo"], check=True,
+                       text=True, input='msgid ""\nmsgstr "Content-Type: text/plain; '
+                       'charset=UTF-8\\n"\n\nmsgid "Receivers"\nmsgstr "Empf\u00e4nger"\n')
+        with window.Window(programs / "magellangps-desktop",
+                           environment={"LANGUAGE": "de"}) as opened:
+            opened.find("label", "Empf\u00e4nger")
+            opened.find("label", "Records")  # has no translation here
 
 
 if __name__ == "__main__":
