@@ -6,6 +6,7 @@
 #include "host/base/Text.h"
 #include "host/bundle/SerialPort.h"
 #include "host/window/Accessible.h"
+#include "host/window/Translation.h"
 #include "host/words/ProgressText.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ DevicePane::DevicePane(Handlers handlers)
 {
     set_size_request(kWidth);
     set_margin(kGap);
-    nameForReaders(list_, "Devices");
+    nameForReaders(list_, tr("Devices"));
     list_.add_css_class("boxed-list");
     list_.signal_row_selected().connect([this](Gtk::ListBoxRow*) { rowSelected(); });
     empty_.set_wrap(true);
@@ -76,8 +77,8 @@ DevicePane::DevicePane(Handlers handlers)
         kind->signal_toggled().connect([this] { updateButtons(); });
     }
     for (Gtk::Widget* const widget :
-         std::initializer_list<Gtk::Widget*>{&list_, &empty_, &view_, &waypoints_, &routes_,
-                                             &tracks_, &download_, &stop_, &progress_})
+         std::initializer_list<Gtk::Widget*>{&list_, &unmounted_, &empty_, &view_, &waypoints_,
+                                             &routes_, &tracks_, &download_, &stop_, &progress_})
         append(*widget);
     setBusy(false);
 }
@@ -92,9 +93,11 @@ void DevicePane::setState(const ReceiverState& state)
     for (std::size_t driver = 0; driver < state.drivers.size(); ++driver)
         addRows(driver, state.drivers[driver]);
     list_.set_visible(!places_.empty());
+    showUnmounted();
     empty_.set_visible(!firstCandidate());
-    empty_.set_text(!state.failure.empty() ? state.failure
-                                           : "Plug a receiver in.\n\n" + state.explanation);
+    empty_.set_text(!state.failure.empty()
+                        ? state.failure
+                        : tr("Plug a receiver in.") + ("\n\n" + state.explanation));
     const auto same = std::find_if(places_.begin(), places_.end(),
                                    [&](const Place& place) { return place.location == wanted_; });
     if (same != places_.end())
@@ -103,6 +106,19 @@ void DevicePane::setState(const ReceiverState& state)
         selectRow(firstCandidate());
     isUpdating_ = false;
     showSelected();
+}
+
+void DevicePane::showUnmounted()
+{
+    while (auto* const button = unmounted_.get_first_child())
+        unmounted_.remove(*button);
+    for (const auto& disk : state_.unmounted) {
+        auto* const button = Gtk::make_managed<Gtk::Button>(
+            Glib::ustring::compose(tr("Mount %1"), displayText(disk.title, kMostInLine)));
+        button->set_tooltip_text(displayText(disk.node));
+        button->signal_clicked().connect([this, node = disk.node] { handlers_.mount(node); });
+        unmounted_.append(*button);
+    }
 }
 
 // A port may be anything; it is asked only if it is an adapter or known to be a receiver's, or if

@@ -8,6 +8,7 @@
 #include "host/transfer/TransferProgress.h"
 #include "host/window/DriverView.h"
 #include "host/window/ReceiverState.h"
+#include "host/window/Translation.h"
 
 #include <cstddef>
 #include <functional>
@@ -34,6 +35,7 @@ public:
         std::function<void(std::size_t driver, const std::string& control)> pressed;
         std::function<void(std::size_t driver, const RequestedKinds& kinds)> download;
         std::function<void()> stop;
+        std::function<void(const std::string& node)> mount;
         std::function<void(const std::optional<Selection>& receiver)> selected;
     };
 
@@ -42,6 +44,9 @@ public:
     /// Shows other devices. The one that the user selected stays selected while it is there;
     /// without such a choice it is the first one.
     void setState(const ReceiverState& state);
+
+    /// Selects a device as soon as it is there.
+    void select(const std::string& location) { wanted_ = location; }
 
     /// Downloads what is ticked from the selected device, if the button for it can be pressed.
     void startDownload();
@@ -62,6 +67,7 @@ private:
         std::string location;
     };
 
+    void showUnmounted();
     void addRows(std::size_t driver, const DriverState& state);
     void selectRow(std::optional<std::size_t> row);
     [[nodiscard]] std::optional<std::size_t> firstCandidate() const;
@@ -79,12 +85,13 @@ private:
 
     Gtk::ListBox list_;
     Gtk::Label empty_;
+    Gtk::Box unmounted_{Gtk::Orientation::VERTICAL}; // a button for each disk
     DriverView view_;
-    Gtk::CheckButton waypoints_{"Waypoints and geocaches"};
-    Gtk::CheckButton routes_{"Routes"};
-    Gtk::CheckButton tracks_{"Tracks"};
-    Gtk::Button download_{"Download"};
-    Gtk::Button stop_{"Stop"};
+    Gtk::CheckButton waypoints_{tr("Waypoints and geocaches")};
+    Gtk::CheckButton routes_{tr("Routes")};
+    Gtk::CheckButton tracks_{tr("Tracks")};
+    Gtk::Button download_{tr("Download")};
+    Gtk::Button stop_{tr("Stop")};
     Gtk::ProgressBar progress_;
 };
 

@@ -99,6 +99,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                         receivers_->download(driver, kinds);
                     },
                 .stop = [this] { receivers_->stop(); },
+                .mount = [this](const std::string& node) { receivers_->mount(node); },
                 .selected =
                     [this](const auto& receiver) {
                         if (receiver)
@@ -149,6 +150,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
             .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
+            .notAReceiver = [this](const RefusedFolder& folder) { importFrom(folder); },
             .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
             .sent = [this](const SendResult& result) { setSent(result); },
             .backupsListed = [this](const BackupState& state) { backups_.setBackups(state); },
@@ -225,12 +227,29 @@ void MainWindow::open(const std::vector<std::string>& paths)
                               "open the copy."),
                            {}, true);
         else if (std::filesystem::is_directory(path, ignored))
-            receivers_->addFolder(path);
+            openFolder(path);
         else
             files.push_back(path);
     }
-    if (files.empty())
-        return;
+    if (!files.empty())
+        import(files);
+}
+
+void MainWindow::openFolder(const std::string& path)
+{
+    devices_.select(path);
+    receivers_->addFolder(path);
+}
+
+// It may be a memory card, or a copy of one.
+void MainWindow::importFrom(const RefusedFolder& folder)
+{
+    notAReceiver_ = folder.reason;
+    import({folder.path});
+}
+
+void MainWindow::import(const std::vector<std::string>& files)
+{
     if (isBusy_) {
         messages_.show(tr("The files were not imported, because another transfer is running. Wait "
                           "for its end, and open them again."),
@@ -275,6 +294,9 @@ void MainWindow::setReceived(ReceivedRecords received)
         return;
     }
     records_.setRecords(shown_.records);
+    if (const auto reason = std::exchange(notAReceiver_, {});
+        !reason.empty() && !shown_.isComplete && shown_.records->isEmpty())
+        shown_.messages.insert(shown_.messages.begin(), {true, reason});
     messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
     frame_.showPage(std::exchange(isSendNext_, false) ? "send" : "records");
 }

@@ -39,6 +39,9 @@ public:
 
 private:
     void addPages();
+    void openFolder(const std::string& path);
+    void importFrom(const RefusedFolder& folder);
+    void import(const std::vector<std::string>& files);
     void drop(const std::vector<std::string>& paths);
     void addActions();
     [[nodiscard]] bool asksBeforeClosing();
@@ -66,6 +69,7 @@ private:
     ReceivedRecords shown_;
     std::vector<std::string> sources_; // the files that shown_ was imported from
     bool isBusy_ = false;
+    std::string notAReceiver_;    // why the folder that is being imported is not a receiver
     bool isSendNext_ = false;     // the files that are being imported were dropped, to be sent
     bool closesWhenIdle_ = false; // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/window/Translation.h"
 #include "host/words/Message.h"
 
 #include <vector>
@@ -21,7 +22,7 @@ public:
 
 private:
     Gtk::Label sentence_;
-    Gtk::Expander details_{"Details"};
+    Gtk::Expander details_{tr("Details")};
     Gtk::Label messages_;
 };
 

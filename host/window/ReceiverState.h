@@ -34,8 +34,15 @@ struct DriverState {
     bool isReady = false;
 };
 
+/// A disk that may be a receiver but is not mounted.
+struct UnmountedDisk {
+    std::string node{};  ///< such as /dev/sdb1
+    std::string title{}; ///< its file system and label
+};
+
 struct ReceiverState {
     std::vector<DriverState> drivers{};
+    std::vector<UnmountedDisk> unmounted{};
     std::string explanation{}; ///< why the locations that were searched are not receivers
     std::string failure{};     ///< why there are no drivers; empty if there are
 };

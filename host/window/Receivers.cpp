@@ -7,8 +7,11 @@
 #include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceSearch.h"
+#include "host/bundle/Disk.h"
+#include "host/desktop/UDisks.h"
 #include "host/records/RecordKeeper.h"
 #include "host/transfer/Download.h"
+#include "host/transfer/InputFiles.h"
 #include "host/window/MainLoop.h"
 #include "host/words/DownloadMessages.h"
 #include "host/words/Explanation.h"
@@ -104,6 +107,8 @@ void Receivers::publish()
     ReceiverState state{.failure = failure_};
     for (const auto& driver : plugIn_.drivers)
         state.drivers.push_back(stateOf(*driver));
+    for (const auto& disk : unmountedDisks())
+        state.unmounted.push_back({disk.node, describeFileSystem(disk)});
     if (failure_.empty())
         state.explanation = explanationOf(plugIn_);
     deliver(handlers_.changed, std::move(state));
@@ -135,7 +140,18 @@ void Receivers::addFolder(const std::string& folder)
         setTestFolders(folders_);
         refresh({.volumes = true});
         if (const auto reason = whyNoReceiver(plugIn_.drivers, folder))
-            deliver(handlers_.refused, sentencesOf(*reason));
+            deliver(handlers_.notAReceiver, RefusedFolder{folder, sentencesOf(*reason)});
+    });
+}
+
+void Receivers::mount(const std::string& node)
+{
+    thread_.post([this, node] {
+        UDisks disks;
+        std::string folder;
+        if (const auto failure = disks.mount(node, folder))
+            deliver(handlers_.refused, sentencesOf(*failure));
+        refresh({.volumes = true});
     });
 }
 
@@ -153,11 +169,23 @@ void Receivers::import(const std::vector<std::string>& files)
     isStopped_ = false;
     thread_.post([this, files] {
         Driver importer;
-        if (const auto failure = chooseImporter(plugIn_.drivers, std::nullopt, importer))
+        auto sources = files;
+        if (const auto failure = prepareImport(importer, sources))
             fail(*failure);
         else
-            run(*importer, {.sourceFiles = files, .isDriverReused = true});
+            run(*importer, {.sourceFiles = sources, .isDriverReused = true});
     });
+}
+
+std::optional<gps::Error> Receivers::prepareImport(Driver& importer,
+                                                   std::vector<std::string>& files) const
+{
+    if (auto failure = chooseImporter(plugIn_.drivers, std::nullopt, importer))
+        return failure;
+    const auto types = importer->fileTypes().value_or(std::vector<std::string>{});
+    if (auto failure = expandFolders(files, types))
+        return failure;
+    return checkImport(files, types);
 }
 
 ChosenDevice Receivers::chosenDevice(std::size_t driver) const

@@ -41,13 +41,20 @@ struct ComparedBackup {
     BackupComparison comparison{};
 };
 
+/// A folder that was to be opened as a receiver, but is not one.
+struct RefusedFolder {
+    std::string path;
+    std::string reason; ///< in sentences
+};
+
 class Receivers {
 public:
     struct Handlers {
         std::function<void(ReceiverState state)> changed;
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
-        std::function<void(std::string reason)> refused;    ///< a folder: it is not a receiver
+        std::function<void(std::string reason)> refused; ///< a disk that cannot be mounted
+        std::function<void(RefusedFolder folder)> notAReceiver;
         std::function<void(SendPreview preview)> previewed; ///< of the latest request
         std::function<void(SendResult result)> sent;
         std::function<void(BackupState backups)> backupsListed{};
@@ -76,7 +83,10 @@ public:
     /// Downloads from the device that is selected in a driver.
     void download(std::size_t driver, const RequestedKinds& kinds);
 
-    /// Reads sentence files and map files.
+    /// Mounts a disk.
+    void mount(const std::string& node);
+
+    /// Reads sentence files and map files, and those of receivers in folders.
     void import(const std::vector<std::string>& files);
 
     /// Looks what a send to the device that is selected in a driver would do.
@@ -106,6 +116,8 @@ private:
     void publish();
     [[nodiscard]] ChosenDevice chosenDevice(std::size_t driver) const;
     void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    [[nodiscard]] std::optional<gps::Error> prepareImport(Driver& importer,
+                                                          std::vector<std::string>& files) const;
     void fail(const gps::Error& error);
 
     Handlers handlers_;

@@ -124,20 +124,16 @@ std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
     return locations.empty() ? text + "  Nothing to examine was found.\n" : text;
 }
 
-std::string describeFileSystem(const gps::RemovableDisk& disk)
-{
-    return disk.label.empty() ? disk.fileSystem
-                              : fmt::format("{} \"{}\"", disk.fileSystem, disk.label);
-}
-
 // Drivers see only what is mounted.
 std::string unmountedParagraph()
 {
     std::string text;
     for (const auto& disk : unmountedDisks())
         text += fmt::format(
-            "  {}\n", displayText(fmt::format("{} ({}). Mount it with \"{}\".", disk.node,
-                                              describeFileSystem(disk), mountCommand(disk.node))));
+            "  {}\n",
+            displayText(fmt::format(
+                "{} ({}).{}", disk.node, describeFileSystem(disk),
+                advice(fmt::format(" Mount it with \"{}\".", mountCommand(disk.node)), ""))));
     return text.empty()
                ? text
                : "not mounted:\n" + text +
@@ -147,6 +143,12 @@ std::string unmountedParagraph()
 }
 
 } // namespace
+
+std::string describeFileSystem(const gps::RemovableDisk& disk)
+{
+    return disk.label.empty() ? disk.fileSystem
+                              : fmt::format("{} \"{}\"", disk.fileSystem, disk.label);
+}
 
 std::string explanationOf(const PlugInBundle& plugIn)
 {

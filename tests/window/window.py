@@ -25,6 +25,7 @@ class Window:
         variables = dict(os.environ, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
                          GSK_RENDERER="cairo", GDK_BACKEND="x11", LC_ALL="C.UTF-8",
                          GSETTINGS_BACKEND="memory", **(environment or {}))
+        self.environment = variables
         self.process = subprocess.Popen([program, *arguments], env=variables)
 
     def __enter__(self):
@@ -52,6 +53,16 @@ class Window:
         """The names of all widgets of a role."""
         return [widget.get_name() for widget in _all(self._application())
                 if widget.get_role_name() == role]
+
+    def selected_row(self):
+        """The last label of the row that is selected in the list of devices."""
+        for item in self.widgets("list item"):
+            if item.get_state_set().contains(Atspi.StateType.SELECTED):
+                return self.labels_in(item)[-1]
+        return None
+
+    def labels_in(self, widget):
+        return [label.get_name() for label in _all(widget) if label.get_role_name() == "label"]
 
     def widgets(self, role):
         """All widgets of a role, from top to bottom."""

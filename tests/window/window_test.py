@@ -114,6 +114,29 @@ class WindowTest(story.Story):
         opened = self.open(SAMPLES / "files")
         opened.find("label", lambda name: "UNIT_ID.DAT" in name)
 
+    def test_folder_with_files_of_a_receiver_is_imported(self):
+        shutil.copy(SAMPLES / "files" / "points.upt", self.folder)
+        opened = self.open(self.folder)
+        opened.find("label", begins("Received: "))
+
+    def test_folder_that_is_opened_is_selected(self):
+        copies = [shutil.copytree(SAMPLES / "receiver", self.folder / name) for name in "ab"]
+        opened = self.open(copies[0])
+        opened.find("label", str(copies[0]))
+        subprocess.run([PROGRAMS / "magellangps-desktop", copies[1]], check=True,
+                       env=opened.environment)
+        opened.find("label", str(copies[1]))
+        opened.press("push button", "Download")
+        opened.find("label", RECEIVED)
+        opened.press("page tab", "Send")
+        opened.wait_until(lambda: opened.selected_row() == str(copies[1]))
+
+    def test_file_of_another_kind_is_named(self):
+        text = self.folder / "notes.txt"
+        text.write_text("notes")
+        opened = self.open(text)
+        opened.find("label", begins("This file cannot be imported"))
+
     def test_without_a_receiver_nothing_is_selected(self):
         opened = self.open()
         opened.find("label", begins("Plug a receiver in."))

@@ -2,7 +2,7 @@
 // A file that cannot be looked at, such as one in a folder without permission, passes all checks:
 // its reader reports why.
 
-#include "host/cli/InputFiles.h"
+#include "host/transfer/InputFiles.h"
 
 #include "host/base/HostError.h"
 #include "host/base/NearestName.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The usual mistakes in the files of `import` and `send`.
 
-#include "host/cli/InputFiles.h"
+#include "host/transfer/InputFiles.h"
 
 #include "host/base/Sentences.h"
 #include "support/AsNobody.h"
