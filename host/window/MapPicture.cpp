@@ -37,10 +37,11 @@ double squaredDistance(const PicturePoint& point, const PicturePoint& from, cons
 
 std::optional<MapHit> MapPicture::hitAt(const PicturePoint& position) const
 {
-    for (auto spot = spots.rbegin(); spot != spots.rend(); ++spot) {
-        if (squaredDistance(position, spot->center) <= square(spot->radius + 2))
-            return spot->hit;
-    }
+    const auto spot = std::find_if(spots.rbegin(), spots.rend(), [&](const Spot& one) {
+        return squaredDistance(position, one.center) <= square(one.radius + 2);
+    });
+    if (spot != spots.rend())
+        return spot->hit;
     std::optional<MapHit> found;
     double nearest = square(kReach);
     for (const auto& trace : traces) {

@@ -194,7 +194,8 @@ private:
 
     void paintPath(std::size_t index, double width)
     {
-        auto& [path, isRoute] = scene_.records->paths[index];
+        auto& path = scene_.records->paths[index].path;
+        const bool isRoute = scene_.records->paths[index].isRoute;
         Pieces pieces{picture_.view, isRoute};
         visitShifts(path.extent(), picture_.view.extent(kCutMargin), [&](double shift) {
             for (const auto& line : path.linesAt(picture_.view.zoom()))
@@ -308,12 +309,11 @@ private:
     // The last one first: it may be selected.
     void paintNames()
     {
-        std::size_t tries = 0;
-        for (auto spot = picture_.spots.rbegin(); spot != picture_.spots.rend(); ++spot) {
-            if (room_.isFull() || ++tries > kMostTries)
-                return;
-            if (spot->hit.count == 1)
-                paintName(*spot);
+        const auto count = picture_.spots.size();
+        const auto last = count - std::min(count, kMostTries);
+        for (auto i = count; i > last && !room_.isFull(); --i) {
+            if (picture_.spots[i - 1].hit.count == 1)
+                paintName(picture_.spots[i - 1]);
         }
     }
 

@@ -116,7 +116,7 @@ std::shared_ptr<TileFile> TileFile::open(const std::string& path, std::string& f
     sqlite3_limit(opened, SQLITE_LIMIT_LENGTH, kMostBytes);
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    const std::shared_ptr<TileFile> file{new TileFile{std::move(database)}};
+    std::shared_ptr<TileFile> file{new TileFile{std::move(database)}};
     file->description_.name = std::filesystem::path{path}.stem().string();
     if (!file->describe()) {
         failure = notAMap(path);

@@ -79,7 +79,7 @@ GtkWidget* newRing()
     return area;
 }
 
-Gtk::Button* newControl(const char* icon, const char* name, std::function<void()> pressed)
+Gtk::Button* newControl(const char* icon, const char* name, const std::function<void()>& pressed)
 {
     auto* const button = Gtk::make_managed<Gtk::Button>();
     button->set_icon_name(icon);
@@ -87,7 +87,7 @@ Gtk::Button* newControl(const char* icon, const char* name, std::function<void()
     button->add_css_class("osd");
     button->set_halign(Gtk::Align::END);
     nameForReaders(*button, name);
-    button->signal_clicked().connect(std::move(pressed));
+    button->signal_clicked().connect(pressed);
     return button;
 }
 
