@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Neighbouring values in a column become one piece; gaps begin another one.
 
 #include "host/points/ProfileLine.h"
 

@@ -39,12 +39,12 @@ icu::UnicodeString decomposed(std::string_view text)
     UErrorCode status = U_ZERO_ERROR;
     const auto* const folding = icu::Normalizer2::getNFKCCasefoldInstance(status);
     const auto* const decomposition = icu::Normalizer2::getNFDInstance(status);
-    const auto wide =
+    icu::UnicodeString wide =
         icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
     if (U_FAILURE(status) != 0)
         return wide;
     const auto folded = folding->normalize(wide, status);
-    const auto result = decomposition->normalize(folded, status);
+    auto result = decomposition->normalize(folded, status);
     return U_FAILURE(status) != 0 ? wide : result;
 }
 

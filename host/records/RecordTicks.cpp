@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The count changes with each tick, since counting takes long.
 
 #include "host/records/RecordTicks.h"
 

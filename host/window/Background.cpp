@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each work has a number, which its result still has to have when it is shown.
 
 #include "host/window/Background.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// A stretch goes on where the last one ended, and begins anew anywhere else.
 
 #include "host/window/ProfileCursor.h"
 

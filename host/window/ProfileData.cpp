@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Both axes are prepared at once, so that changing between them takes no time.
 
 #include "host/window/ProfileData.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The labels are made anew for each record: there are a dozen.
 
 #include "host/window/RecordDetails.h"
 

@@ -57,17 +57,17 @@ Glib::RefPtr<Gio::Menu> sortMenu()
         keys->append(tr(sorting.title), std::string{"records.sort::"} + sorting.name);
     const auto direction = Gio::Menu::create();
     direction->append(tr("Reverse Order"), "records.reverse");
-    const auto menu = Gio::Menu::create();
+    auto menu = Gio::Menu::create();
     menu->append_section(keys);
     menu->append_section(direction);
     return menu;
 }
 
-Gtk::Button* flatButton(const char* text, std::function<void()> clicked)
+Gtk::Button* flatButton(const char* text, const std::function<void()>& clicked)
 {
     auto* const button = Gtk::make_managed<Gtk::Button>(text);
     button->add_css_class("flat");
-    button->signal_clicked().connect(std::move(clicked));
+    button->signal_clicked().connect(clicked);
     return button;
 }
 
@@ -216,6 +216,20 @@ void RecordList::show(RecordModel::Rows rows, std::vector<std::uint32_t> order)
     isSelecting_ = true;
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
     model_->set(std::move(rows), std::move(order));
+    isSelecting_ = false;
+    growing_.disconnect();
+    growing_ = Glib::signal_idle().connect([this] {
+        growList();
+        return growing_.connected();
+    });
+}
+
+void RecordList::growList()
+{
+    if (model_->grow())
+        return;
+    growing_.disconnect();
+    isSelecting_ = true;
     selectPlace();
     isSelecting_ = false;
 }

@@ -11,10 +11,13 @@
 #include "host/window/RecordRowWidget.h"
 #include "host/words/RecordDetail.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <set>
+#include <vector>
 
 #include <gtkmm.h>
 
@@ -29,6 +32,9 @@ public:
     };
 
     explicit RecordList(Handlers handlers);
+    ~RecordList() override { growing_.disconnect(); }
+    RecordList(const RecordList&) = delete;
+    RecordList& operator=(const RecordList&) = delete;
 
     /// Lists other records, all of them ticked; none is selected.
     void setRecords(std::shared_ptr<const RecordSet> records);
@@ -66,6 +72,7 @@ private:
     void ticksChanged();
     void arrange();
     void show(RecordModel::Rows rows, std::vector<std::uint32_t> order);
+    void growList();
     void selectPlace();
     void selectionChanged();
 
@@ -85,6 +92,7 @@ private:
     Gtk::ListView view_;
     Glib::RefPtr<RecordModel> model_ = RecordModel::create();
     Glib::RefPtr<Gtk::SingleSelection> selection_ = Gtk::SingleSelection::create(model_);
+    sigc::connection growing_; // while rows are added to the list
     Background background_;
 };
 

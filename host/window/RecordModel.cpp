@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The list asks for the items of the rows that it has widgets for, and for no others.
 
 #include "host/window/RecordModel.h"
 
@@ -20,11 +21,21 @@ Glib::RefPtr<RecordModel> RecordModel::create()
 // In two steps: in one, the toolkit would make an item of each new row to find the selected one.
 void RecordModel::set(Rows rows, std::vector<std::uint32_t> order)
 {
-    const auto before = static_cast<guint>(std::exchange(order_, {}).size());
+    const auto before = std::exchange(shown_, 0);
     items_changed(0, before, 0);
     rows_ = std::move(rows);
     order_ = std::move(order);
-    items_changed(0, 0, static_cast<guint>(order_.size()));
+    grow();
+}
+
+bool RecordModel::grow()
+{
+    constexpr guint kWidgets = 200; // that the list has
+    const auto all = static_cast<guint>(order_.size());
+    const auto before = shown_;
+    shown_ = before > kWidgets ? all : std::min(before + kStep, all);
+    items_changed(before, 0, shown_ - before);
+    return shown_ < all;
 }
 
 std::optional<guint> RecordModel::find(RecordKind kind, std::size_t index) const
@@ -43,12 +54,12 @@ GType RecordModel::get_item_type_vfunc()
 
 guint RecordModel::get_n_items_vfunc()
 {
-    return static_cast<guint>(order_.size());
+    return shown_;
 }
 
 gpointer RecordModel::get_item_vfunc(guint position)
 {
-    if (position >= order_.size())
+    if (position >= shown_)
         return nullptr;
     const auto item = RecordItem::create(std::shared_ptr<const RecordRow>{rows_, &row(position)});
     return item->gobj_copy();

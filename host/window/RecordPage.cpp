@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Each part reports what the user has selected, and this page shows it in the others.
 
 #include "host/window/RecordPage.h"
 

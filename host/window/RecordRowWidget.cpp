@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The box has no label of its own, so that a click on the texts selects the row.
 
 #include "host/window/RecordRowWidget.h"
 

@@ -105,7 +105,8 @@ std::string durationText(double seconds)
         return fmt::format("{} min", minutes);
     if (hours < 2 * kDay)
         return fmt::format("{} h {:02} min", hours, minutes % kHour);
-    return fmt::format("{} d {} h", numberText(static_cast<double>(hours / kDay), 0), hours % kDay);
+    const auto days = hours / kDay;
+    return fmt::format("{} d {} h", numberText(static_cast<double>(days), 0), hours % kDay);
 }
 
 std::string coordinateText(double latitude, double longitude)

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// What is not known is left out, as in the page.
 
 #include "host/words/ProfileText.h"
 

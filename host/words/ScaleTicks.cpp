@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Steps are chosen by how many marks fit.
 
 #include "host/words/ScaleTicks.h"
 

@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -68,6 +70,34 @@ TEST_F(RecordModelTest, ReportsWhatIsRemovedAndThenWhatIsAdded)
     });
     model()->set(rowsNamed({"x"}), {0});
     EXPECT_EQ(changes, (std::vector<std::vector<guint>>{{0, 2, 0}, {0, 0, 1}}));
+}
+
+TEST_F(RecordModelTest, ShowsManyRowsBitByBitAndThenAll)
+{
+    constexpr guint kMany = 1000;
+    std::vector<std::uint32_t> order(kMany);
+    std::iota(order.begin(), order.end(), 0U);
+    model()->set(rowsNamed(std::vector<std::string>(kMany, "a")), order);
+    EXPECT_EQ(model()->get_n_items(), host::RecordModel::kStep);
+    EXPECT_EQ(nameAt(host::RecordModel::kStep), "") << "not yet";
+    EXPECT_TRUE(model()->find(host::RecordKind::kRoute, kMany - 1));
+    guint last = model()->get_n_items();
+    while (model()->grow()) {
+        EXPECT_EQ(model()->get_n_items(), last + host::RecordModel::kStep);
+        last = model()->get_n_items();
+    }
+    EXPECT_EQ(last, 220) << "more than the list has widgets for";
+    EXPECT_EQ(model()->get_n_items(), kMany);
+    EXPECT_FALSE(model()->grow());
+}
+
+TEST_F(RecordModelTest, ShowsAFewRowsAtOnce)
+{
+    constexpr std::size_t kFew = host::RecordModel::kStep;
+    std::vector<std::uint32_t> order(kFew);
+    model()->set(rowsNamed(std::vector<std::string>(kFew, "a")), order);
+    EXPECT_EQ(model()->get_n_items(), kFew);
+    EXPECT_FALSE(model()->grow());
 }
 
 TEST_F(RecordModelTest, ItemOutlivesItsRowInTheModel)
