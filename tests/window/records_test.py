@@ -4,29 +4,8 @@
 records_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
-import os
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
-
-import screen
-
-if not os.environ.get("WINDOW_TEST_SESSION"):
-    os.environ["WINDOW_TEST_SESSION"] = "yes"
-    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
-
-import window  # noqa: E402
-
-SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
-WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
-KAYAK = "2008-12-18 21:03 · 5.40 km · 1 h 39 min · 23 m up"
-
-
-def begins(text):
-    return lambda name: name.startswith(text)
+import story
+from story import begins
 
 
 def gpx(*waypoints):
@@ -36,22 +15,9 @@ def gpx(*waypoints):
     return f'<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">{points}</gpx>'
 
 
-class RecordsTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="records-test-")
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-
-    def open(self, *paths):
-        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
-                               environment=WHEN)
-        self.addCleanup(opened.__exit__)
-        return opened
-
+class RecordsTest(story.Story):
     def download(self):
-        opened = self.open(SAMPLES / "receiver")
-        opened.find("label", begins("Magellan device"))
-        opened.press("push button", "Download")
+        opened = super().download(story.SAMPLES / "receiver")
         opened.find("check box", "Kayak round")
         return opened
 
@@ -226,4 +192,4 @@ class RecordsTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    story.main()
