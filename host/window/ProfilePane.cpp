@@ -151,7 +151,9 @@ void ProfilePane::cursorMoved()
                           ? readingText(data_->track(), *point,
                                         zoneOf(data_->track(), presentation_), presentation_.units)
                           : std::string{};
-    reading_.set_text(text);
+    // Without a cursor, the figures of the whole track.
+    const bool showsAll = !point && data_;
+    reading_.set_text(showsAll ? stretchText(data_->figures(), presentation_.units) : text);
     view_.setCursorText(text);
     handlers_.pointed(point ? std::optional{data_->track().point(*point)} : std::nullopt);
     showStretch();
