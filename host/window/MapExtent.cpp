@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-constexpr int kStrips = 3600; // a tenth of a degree each
+constexpr long kStrips = 3600; // a tenth of a degree each
 
 /// Strips of the world from west to east, each with something in it or not.
 class Strips {

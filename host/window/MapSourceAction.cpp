@@ -22,13 +22,13 @@ constexpr std::array kSources{SourceChoice{Tiles::kNone, "none"},
                               SourceChoice{Tiles::kOpenStreetMap, "openstreetmap"},
                               SourceChoice{Tiles::kFile, "file"}};
 
-Glib::ustring nameOf(Tiles tiles)
+const char* nameOf(Tiles tiles)
 {
     for (const auto& choice : kSources) {
         if (choice.tiles == tiles)
             return choice.name;
     }
-    return {};
+    return "";
 }
 
 } // namespace
@@ -37,15 +37,15 @@ void addMapSourceAction(Gtk::ApplicationWindow& window, TrackMap& map,
                         std::function<void(PathChosen chosen)> chooseFile)
 {
     const auto action = window.add_action_radio_string("map-source", nameOf(map.source()));
-    action->signal_activate().connect(
-        [&map, chooseFile = std::move(chooseFile)](const Glib::VariantBase& parameter) {
-            const auto name =
-                Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(parameter).get();
-            if (name == nameOf(Tiles::kFile))
-                chooseFile([&map](const std::string& path) { map.setSource(Tiles::kFile, path); });
-            else
-                map.setSource(name == nameOf(Tiles::kNone) ? Tiles::kNone : Tiles::kOpenStreetMap);
-        });
+    action->signal_activate().connect([&map, chooseFile = std::move(chooseFile)](
+                                          const Glib::VariantBase& parameter) {
+        const auto name =
+            Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(parameter).get().raw();
+        if (name == nameOf(Tiles::kFile))
+            chooseFile([&map](const std::string& path) { map.setSource(Tiles::kFile, path); });
+        else
+            map.setSource(name == nameOf(Tiles::kNone) ? Tiles::kNone : Tiles::kOpenStreetMap);
+    });
     map.signalSourceChanged().connect([action](Tiles tiles, const std::string&) {
         action->set_state(Glib::Variant<Glib::ustring>::create(nameOf(tiles)));
     });
