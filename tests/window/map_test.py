@@ -15,8 +15,8 @@ from gi.repository import Atspi
 INSET = (-20, -15)  # pixels from the middle of the map to the middle of what it is fitted to
 MAP_ROLE = "filler"
 FRAME = 5  # pixels around a window
-ACTIONS = ("--session", "--dest", "com.Orvane.MagellanGPS", "--object-path",
-           "/com/Orvane/MagellanGPS/window/1")
+ACTIONS = ("--session", "--dest", "com.orvane.MagellanGPS", "--object-path",
+           "/com/orvane/MagellanGPS/window/1")
 
 
 def gpx(*waypoints):
