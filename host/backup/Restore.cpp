@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace host {
@@ -72,12 +73,6 @@ std::vector<std::string> Restore::folders(const std::string& device) const
     return paths;
 }
 
-bool Restore::matches(const std::string& device) const
-{
-    return std::all_of(manifest_.files.begin(), manifest_.files.end(),
-                       [&](const BackedUpFile& file) { return matches(device, file); });
-}
-
 std::vector<std::string> Restore::changedFiles(const std::string& device) const
 {
     std::vector<std::string> paths;
@@ -86,6 +81,15 @@ std::vector<std::string> Restore::changedFiles(const std::string& device) const
             paths.push_back(file.path);
     }
     return paths;
+}
+
+std::uint64_t Restore::bytesOf(const std::vector<std::string>& paths) const
+{
+    const std::set<std::string_view> wanted{paths.begin(), paths.end()};
+    std::uint64_t bytes = 0;
+    for (const auto& file : manifest_.files)
+        bytes += wanted.contains(file.path) ? file.size : 0;
+    return bytes;
 }
 
 bool Restore::matches(const std::string& device, const BackedUpFile& file) const

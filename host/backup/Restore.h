@@ -5,6 +5,7 @@
 
 #include "host/backup/Manifest.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -36,12 +37,12 @@ public:
     /// @param device  the folder where the device is mounted now
     [[nodiscard]] std::vector<std::string> folders(const std::string& device) const;
 
-    /// Whether the device holds every file of the backup, unchanged.
-    [[nodiscard]] bool matches(const std::string& device) const;
-
     /// The paths of the backup's files that the device does not hold unchanged, relative to it:
     /// what write() would write.
     [[nodiscard]] std::vector<std::string> changedFiles(const std::string& device) const;
+
+    /// How many bytes some of the backup's files have.
+    [[nodiscard]] std::uint64_t bytesOf(const std::vector<std::string>& paths) const;
 
     /// Checks that no folder of the backup leads out of the device, through links that are on the
     /// device now. The operations below require that.

@@ -14,7 +14,9 @@
 #include <gps/GPSFileDevice.h>
 
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -34,13 +36,33 @@ std::optional<gps::Error> backUpPresent(const DataFolders& device, const Restore
     return std::nullopt;
 }
 
-std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& device,
-                                    const RestoreRequest& request, RestoreReport& report)
+// A backup that is put back, and what of it the device does not hold.
+struct OpenedBackup {
+    Restore restore{};
+    std::vector<std::string> changedFiles{};
+};
+
+std::optional<gps::Error> writeFiles(const OpenedBackup& backup, const DataFolders& device,
+                                     const RestoreRequest& request, ProgressTracker& progress,
+                                     WrittenFiles& files)
 {
-    WrittenFiles files{.asBefore = restore.files()};
+    progress.begin(TransferPhase::kRestoring);
+    progress.expectWrites(backup.restore.bytesOf(backup.changedFiles));
+    return backup.restore.write(device.device, files, [&] {
+        progress.consume({});
+        return request.stopRequested && request.stopRequested();
+    });
+}
+
+std::optional<gps::Error> writeBack(const OpenedBackup& backup, const DataFolders& device,
+                                    const RestoreRequest& request, ProgressTracker& progress,
+                                    RestoreReport& report)
+{
+    WrittenFiles files{.asBefore = backup.restore.files()};
+    progress.begin(TransferPhase::kBackingUp);
     auto failure = backUpPresent(device, request, report);
     if (!failure)
-        failure = restore.write(device.device, files, request.stopRequested);
+        failure = writeFiles(backup, device, request, progress, files);
     report.restored = std::move(files.written);
     report.asBefore = std::move(files.asBefore);
     return failure;
@@ -48,12 +70,12 @@ std::optional<gps::Error> writeBack(const Restore& restore, const DataFolders& d
 
 // A backup that was stopped fails. Any other failure is reported, whether or not there is a
 // request.
-void writeOrStop(const Restore& restore, const DataFolders& device, const RestoreRequest& request,
-                 RestoreReport& report)
+void writeOrStop(const OpenedBackup& backup, const DataFolders& device,
+                 const RestoreRequest& request, ProgressTracker& progress, RestoreReport& report)
 {
     if (request.beforeWriting)
         request.beforeWriting();
-    report.error = writeBack(restore, device, request, report);
+    report.error = writeBack(backup, device, request, progress, report);
     const bool isStopRequested = request.stopRequested && request.stopRequested();
     if (isStopRequested && !report.previous)
         report.error.reset();
@@ -78,7 +100,8 @@ std::optional<gps::Error> checkRestore(const DataFolders& device, const std::str
 
 namespace {
 
-RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
+RestoreReport putBack(const DataFolders& device, const RestoreRequest& request,
+                      ProgressTracker& progress)
 {
     RestoreReport report;
     std::optional<FolderLock> lock{device.device};
@@ -86,15 +109,17 @@ RestoreReport putBack(const DataFolders& device, const RestoreRequest& request)
         report.error = deviceInUse(device.device);
         return report;
     }
-    Restore restore;
+    OpenedBackup backup;
+    auto& restore = backup.restore;
     report.error = checkRestore(device, request.backup, request.isForced, restore);
     if (report.error)
         return report;
     if (lock->isOfAny(device.folders) || lock->isOfAny(restore.folders(device.device)))
         lock.reset();
-    report.wasUpToDate = restore.matches(device.device);
+    backup.changedFiles = restore.changedFiles(device.device);
+    report.wasUpToDate = backup.changedFiles.empty();
     if (!report.wasUpToDate)
-        writeOrStop(restore, device, request, report);
+        writeOrStop(backup, device, request, progress, report);
     if (report.wasUpToDate || (report.previous && !report.wasStopped))
         report.extraFiles = restore.extraFiles(device.device);
     return report;
@@ -122,7 +147,7 @@ RestoreReport restoreBackup(const DataFolders& device, const RestoreRequest& req
 {
     ProgressTracker progress{request.progress};
     progress.begin(TransferPhase::kRestoring);
-    auto report = putBack(device, request);
+    auto report = putBack(device, request, progress);
     progress.finish();
     return report;
 }

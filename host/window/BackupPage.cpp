@@ -212,7 +212,11 @@ void BackupPage::setProgress(const TransferProgress& progress)
     progress_.set_visible(isBusy_ && (progress.phase == TransferPhase::kRestoring ||
                                       progress.phase == TransferPhase::kBackingUp));
     progress_.set_text(progressText(progress));
-    progress_.pulse();
+    if (progress.totalBytes > 0)
+        progress_.set_fraction(static_cast<double>(progress.bytes) /
+                               static_cast<double>(progress.totalBytes));
+    else
+        progress_.pulse();
 }
 
 void BackupPage::setBusy(bool isBusy)

@@ -38,7 +38,7 @@ protected:
     {
         host::Restore restore;
         EXPECT_FALSE(restore.open(made_.path));
-        return restore.matches(device_.path());
+        return restore.changedFiles(device_.path()).empty();
     }
 
     std::function<bool()> stopRequested_;
@@ -62,6 +62,20 @@ TEST_F(Restore, RestoresChangedAndMissingFilesAndReportsNewOnes)
     EXPECT_THAT(written_, ElementsAre("Points/a.upt", "Points/deep/b.bin"));
     EXPECT_THAT(asBefore_, IsEmpty());
     EXPECT_THAT(extra_, ElementsAre("Points/new", "Ways/new"));
+}
+
+TEST_F(Restore, ChangedFilesAreThoseThatWouldBeWritten)
+{
+    ASSERT_FALSE(make());
+    host::Restore restore;
+    ASSERT_FALSE(restore.open(made_.path));
+    EXPECT_THAT(restore.changedFiles(device_.path()), testing::IsEmpty());
+    device_.put("Points/deep/b.bin", "changed");
+    const auto changed = restore.changedFiles(device_.path());
+    EXPECT_THAT(changed, testing::ElementsAre("Points/deep/b.bin"));
+    EXPECT_EQ(restore.bytesOf(changed), 2U);
+    EXPECT_EQ(restore.bytesOf(restore.files()), 7U);
+    EXPECT_EQ(restore.bytesOf({"Points/other"}), 0U);
 }
 
 TEST_F(Restore, StopLeavesTheFilesThatWereNotReached)

@@ -213,14 +213,20 @@ TEST_F(DeviceRestore, NothingIsWrittenBeforeItIsAnnounced)
 
 TEST_F(DeviceRestore, ProgressEndsWithTheRestore)
 {
-    std::vector<host::TransferPhase> phases;
-    (void)host::restoreBackup(device_, {.backup = backup_.path,
-                                        .policy = {.folder = folder_.path("kept")},
-                                        .progress = [&](const host::TransferProgress& progress) {
-                                            phases.push_back(progress.phase);
-                                        }});
-    EXPECT_THAT(phases,
-                ElementsAre(host::TransferPhase::kRestoring, host::TransferPhase::kFinished));
+    using Phase = host::TransferPhase;
+    std::vector<Phase> phases;
+    const host::RestoreRequest request{.backup = backup_.path,
+                                       .policy = {.folder = folder_.path("kept")},
+                                       .progress = [&](const host::TransferProgress& progress) {
+                                           phases.push_back(progress.phase);
+                                       }};
+    (void)host::restoreBackup(device_, request);
+    EXPECT_THAT(phases, ElementsAre(Phase::kRestoring, Phase::kFinished));
+    folder_.put("device/Points/a", "changed");
+    phases.clear();
+    (void)host::restoreBackup(device_, request);
+    EXPECT_THAT(phases, ElementsAre(Phase::kRestoring, Phase::kBackingUp, Phase::kRestoring,
+                                    Phase::kFinished));
 }
 
 TEST(DataFoldersOf, OnlyADriverThatWritesFilesOfADeviceHasThem)
