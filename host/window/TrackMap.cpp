@@ -167,7 +167,7 @@ void TrackMap::addControls()
     note_.set_halign(Gtk::Align::CENTER);
     note_.set_valign(Gtk::Align::START);
     note_.set_margin(kMargin);
-    note_.set_margin_end(60); // beside the buttons
+    note_.set_margin_top(60); // below the buttons
     note_.add_css_class("osd");
     note_.add_css_class("toolbar"); // room around the text
     note_.set_can_target(false);
@@ -458,7 +458,7 @@ void TrackMap::fit()
 {
     constexpr double kBefore = 30; // pixels
     constexpr double kAfter = 70;
-    constexpr double kAbove = 30;
+    constexpr double kAbove = 70;
     constexpr double kBelow = 60;
     constexpr double kLeastSide = 40;
     const auto seen = drawn_.view();

@@ -97,7 +97,7 @@ private:
     PictureLayer drawn_;
     ShumateMarker* marker_ = nullptr; // owned by its layer
     Gtk::Overlay overlay_;
-    Gtk::Box controls_{Gtk::Orientation::VERTICAL, 6};
+    Gtk::Box controls_{Gtk::Orientation::HORIZONTAL, 6}; // a low map has room for one row
     Gtk::Label note_;
 
     std::shared_ptr<const RecordSet> records_;

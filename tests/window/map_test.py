@@ -12,7 +12,7 @@ import unittest
 import story
 from gi.repository import Atspi
 
-INSET = (-20, -15)  # pixels from the middle of the map to the middle of what it is fitted to
+INSET = (-20, 5)  # pixels from the middle of the map to the middle of what it is fitted to
 MAP_ROLE = "filler"
 FRAME = 5  # pixels around a window
 ACTIONS = ("--session", "--dest", "com.orvane.MagellanGPS", "--object-path",
