@@ -6,12 +6,12 @@
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
 #include "host/cli/ProgressLine.h"
-#include "host/cli/WatchText.h"
 #include "host/desktop/Notifier.h"
 #include "host/desktop/UDisks.h"
 #include "host/operations/StopSignals.h"
 #include "host/watching/KnownRecords.h"
 #include "host/watching/Watcher.h"
+#include "host/words/WatchText.h"
 
 #include <algorithm>
 #include <optional>

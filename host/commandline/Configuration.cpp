@@ -91,6 +91,8 @@ std::string readTable(const toml::table& table, const std::string& command,
         const auto line = key.source().begin.line;
         const std::string name{key.str()};
         if (const auto* const inner = node.as_table(); inner != nullptr && command.empty()) {
+            if (name == kWindowTable)
+                continue;
             if (auto mistake = readTable(*inner, name, configuration); !mistake.empty())
                 return mistake;
             if (inner->empty()) // its name is checked, too

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -30,13 +31,17 @@ struct ConfiguredOption {
     std::uint32_t line; ///< from 1
 };
 
+/// The table with the settings of the desktop program, which are not options: it is skipped.
+inline constexpr std::string_view kWindowTable = "window";
+
 struct Configuration {
     std::string path;
     std::string escape; ///< how to go on without the file, for the end of a message
     std::vector<ConfiguredOption> options{}; ///< in the order of the lines
 };
 
-/// Reads a file's keys. A key has the name of an option, and a table that of a command.
+/// Reads a file's keys. A key has the name of an option, and a table that of a command, except
+/// kWindowTable.
 /// @return  what is wrong with the file, for the user to read; empty if nothing is
 [[nodiscard]] std::string readConfiguration(Configuration& configuration);
 

@@ -8,6 +8,7 @@
 #include "host/formats/Formats.h"
 #include "host/transfer/DownloadRequest.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,10 @@ struct WatchRequest {
 
     /// Mounts the disks that appear; null: only what is mounted by somebody else is watched.
     DiskService* disks = nullptr;
+
+    /// Whether to stop, asked now and then, on the thread of the looks and on those of operations.
+    /// May be empty.
+    std::function<bool()> stopRequested{};
 
     /// What all downloads share. The device and the output are set for each.
     DownloadRequest download{};

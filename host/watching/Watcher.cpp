@@ -125,7 +125,8 @@ bool Watcher::isWatched(const gps::GPSPlugInProtocol& driver) const
 
 bool Watcher::isStopped() const
 {
-    return isCallbackDone_ || (stop_ != nullptr && stop_->stopRequested());
+    return isCallbackDone_ || (stop_ != nullptr && stop_->stopRequested()) ||
+           (request_.stopRequested && request_.stopRequested());
 }
 
 std::vector<WatchedDevice> Watcher::connectedDevices() const

@@ -10,8 +10,8 @@
 #include "host/transfer/MapFileImport.h"
 #include "host/window/About.h"
 #include "host/window/FileDrop.h"
-#include "host/window/MainLoop.h"
 #include "host/window/MapSourceAction.h"
+#include "host/window/PreferencesWindow.h"
 #include "host/window/Question.h"
 #include "host/window/Shortcuts.h"
 #include "host/window/Translation.h"
@@ -50,6 +50,7 @@ Glib::RefPtr<Gio::Menu> mainMenu()
     files->append(tr("_Export…"), "win.export");
     files->append(tr("_Backups"), "win.backups");
     const auto help = Gio::Menu::create();
+    help->append(tr("_Preferences"), "win.preferences");
     help->append(tr("_Keyboard Shortcuts"), "win.shortcuts");
     help->append(tr("_About"), "win.about");
     const auto menu = Gio::Menu::create();
@@ -66,22 +67,11 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
     return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
 }
 
-BackupPolicy backupPolicy()
+// The map that some settings ask for: the same whatever file was used before.
+std::pair<WindowSettings::Tiles, std::string> mapOf(const WindowSettings& settings)
 {
-    constexpr std::uint32_t kMostBackups = 10;
-    return {.folder = defaultBackupFolder().value_or(""), .count = kMostBackups};
-}
-
-// The C++ binding has no class for the items of the list.
-std::vector<std::string> pathsOf(Gtk::FileChooser& chooser)
-{
-    std::vector<std::string> paths;
-    const auto files = chooser.get_files();
-    for (guint i = 0; i < files->get_n_items(); ++i) {
-        auto* const item = g_list_model_get_item(files->gobj(), i);
-        paths.push_back(Glib::wrap(G_FILE(item))->get_path());
-    }
-    return paths;
+    const bool isFile = settings.tiles == WindowSettings::Tiles::kFile;
+    return {settings.tiles, isFile ? settings.tileFile : std::string{}};
 }
 
 } // namespace
@@ -108,10 +98,13 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                             send_.setReceiver({}, {});
                         backups_.refresh();
                     }}),
+      settings_(
+          {.changed = [this](const WindowSettings& settings) { apply(settings); },
+           .failed = [this](const std::string& sentence) { messages_.show(sentence, {}, true); }}),
       send_({.preview =
                  [this](const SendChoice& choice) {
                      if (const auto receiver = devices_.selected())
-                         receivers_->preview(receiver->driver, choice, backupPolicy());
+                         receivers_->preview(receiver->driver, choice, backups());
                  },
              .send =
                  [this](const SendChoice& choice, const SendPreview& seen) {
@@ -119,7 +112,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                      if (!receiver)
                          return;
                      setBusy(true);
-                     receivers_->send(receiver->driver, choice, seen, backupPolicy());
+                     receivers_->send(receiver->driver, choice, seen, backups());
                  }}),
       backups_({.list =
                     [this] {
@@ -134,6 +127,8 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                     },
                 .restore = [this](const auto& backup,
                                   const auto& explanation) { restore(backup, explanation); }}),
+      saving_(settings_.settings().isSaving, settings_.settings().saveFolder,
+              {.changed = [this](bool isOn, const std::string& folder) { saveNew(isOn, folder); }}),
       frame_(application, devices_, messages_, mainMenu())
 {
     frame_.window().set_title("Magellan GPS");
@@ -158,8 +153,15 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 [this](const ComparedBackup& compared) {
                     backups_.setComparison(compared.backup, compared.comparison);
                 },
-            .restored = [this](const RestoreReport& report) { setRestored(report); }});
+            .restored = [this](const RestoreReport& report) { setRestored(report); },
+            .saved = [this](const SavingEvent& event) { showSaving(event); }});
     open(paths);
+    const auto& settings = settings_.settings();
+    apply(settings);
+    records_.map().signalSourceChanged().connect(
+        [this](WindowSettings::Tiles tiles, const std::string& file) { keepMap(tiles, file); });
+    if (settings.isSaving && !settings.saveFolder.empty())
+        receivers_->saveNew(settings.saveFolder);
 }
 
 void MainWindow::addPages()
@@ -174,6 +176,7 @@ void MainWindow::addPages()
             showRecordsToSend();
     });
     acceptFiles(frame_.window(), [this](const auto& paths) { drop(paths); });
+    frame_.addPage(saving_, "saving", tr("Saving"), "folder-download-symbolic");
 }
 
 void MainWindow::addActions()
@@ -188,14 +191,18 @@ void MainWindow::addActions()
         frame_.showPage("records");
         records_.startSearch();
     });
+    window.add_action("preferences", [this] {
+        showPreferences(frame_.window(), settings_.settings(),
+                        [this](const WindowSettings& settings) { settings_.set(settings); });
+    });
     window.add_action("shortcuts", [this] { showShortcuts(frame_.window()); });
     window.add_action("about", [this] { showAbout(frame_.window()); });
     addMapSourceAction(window, records_.map(), [this](PathChosen chosen) {
         choose(tr("Open a Map File"), Gtk::FileChooser::Action::OPEN,
                [chosen = std::move(chosen)](const std::vector<std::string>& paths) {
                    chosen(paths.front());
-               });
-        chooser_->show();
+               })
+            .show();
     });
     window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
 }
@@ -203,17 +210,73 @@ void MainWindow::addActions()
 // What is being written is finished, whatever the answer is.
 bool MainWindow::asksBeforeClosing()
 {
-    if (!isBusy_ || closesWhenIdle_)
+    if ((!isBusy_ && !isSaving_) || closesWhenIdle_)
         return false;
     ask(frame_.window(), tr("Stop the Transfer?"),
         tr("A transfer is running. What is being written now is finished first."),
         {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this] {
             closesWhenIdle_ = true;
             receivers_->stop();
-            if (!isBusy_)
-                frame_.window().close();
+            receivers_->stopSaving();
+            closeWhenIdle();
         });
     return true;
+}
+
+void MainWindow::closeWhenIdle()
+{
+    if (!isBusy_ && !isSaving_)
+        frame_.window().close();
+}
+
+void MainWindow::apply(const WindowSettings& settings)
+{
+    records_.setSettings(settings);
+    const auto before = std::exchange(shownMap_, mapOf(settings));
+    if (shownMap_ == before)
+        return;
+    // Without a network, nothing is below the records instead of the coasts.
+    if (settings.tiles != WindowSettings::Tiles::kOpenStreetMap ||
+        Gio::NetworkMonitor::get_default()->get_network_available())
+        records_.map().setSource(settings.tiles, settings.tileFile);
+}
+
+// The menu chooses the map, too.
+void MainWindow::keepMap(WindowSettings::Tiles tiles, const std::string& file)
+{
+    auto settings = settings_.settings();
+    settings.tiles = tiles;
+    if (tiles == WindowSettings::Tiles::kFile)
+        settings.tileFile = file;
+    shownMap_ = mapOf(settings);
+    settings_.set(std::move(settings));
+}
+
+BackupPolicy MainWindow::backups() const
+{
+    return {.folder = defaultBackupFolder().value_or(""),
+            .count = static_cast<std::uint32_t>(settings_.settings().mostBackups)};
+}
+
+// The preferences keep other settings meanwhile.
+void MainWindow::saveNew(bool isOn, const std::string& folder)
+{
+    auto settings = settings_.settings();
+    settings.isSaving = isOn;
+    settings.saveFolder = folder;
+    settings_.set(std::move(settings));
+    if (isOn)
+        receivers_->saveNew(folder);
+    else
+        receivers_->stopSaving();
+}
+
+void MainWindow::showSaving(const SavingEvent& event)
+{
+    isSaving_ = event.isRunning;
+    saving_.add(event);
+    if (closesWhenIdle_)
+        closeWhenIdle();
 }
 
 // What a second import brought would replace what the user has not seen yet.
@@ -290,7 +353,7 @@ void MainWindow::setReceived(ReceivedRecords received)
     shown_ = std::move(received);
     setBusy(false);
     if (closesWhenIdle_) {
-        frame_.window().close();
+        closeWhenIdle();
         return;
     }
     records_.setRecords(shown_.records);
@@ -311,7 +374,7 @@ void MainWindow::setSent(const SendResult& result)
 {
     setBusy(false);
     if (closesWhenIdle_)
-        frame_.window().close();
+        closeWhenIdle();
     else
         messages_.show(result.sentence, result.messages, !result.isComplete);
 }
@@ -324,7 +387,7 @@ void MainWindow::restore(const std::string& backup, const Glib::ustring& explana
             if (isBusy_ || !receiver) // something has changed while the question was open
                 return;
             setBusy(true);
-            receivers_->restore(receiver->driver, backup, backupPolicy());
+            receivers_->restore(receiver->driver, backup, backups());
         });
 }
 
@@ -332,7 +395,7 @@ void MainWindow::setRestored(const RestoreReport& report)
 {
     setBusy(false);
     if (closesWhenIdle_) {
-        frame_.window().close();
+        closeWhenIdle();
         return;
     }
     backups_.refresh();
@@ -348,40 +411,35 @@ void MainWindow::setRestored(const RestoreReport& report)
 void MainWindow::chooseFolder()
 {
     choose(tr("Open a Copy of a Receiver"), Gtk::FileChooser::Action::SELECT_FOLDER,
-           [this](const std::vector<std::string>& paths) { open(paths); });
-    chooser_->show();
+           [this](const std::vector<std::string>& paths) { open(paths); })
+        .show();
 }
 
 void MainWindow::chooseFiles()
 {
-    choose(tr("Import Files"), Gtk::FileChooser::Action::OPEN,
-           [this](const std::vector<std::string>& paths) { open(paths); });
-    chooser_->set_select_multiple(true);
-    chooser_->show();
+    auto& dialog = choose(tr("Import Files"), Gtk::FileChooser::Action::OPEN,
+                          [this](const std::vector<std::string>& paths) { open(paths); });
+    dialog.set_select_multiple(true);
+    dialog.show();
 }
 
 void MainWindow::chooseExport()
 {
-    choose(tr("Export the Ticked Records"), Gtk::FileChooser::Action::SAVE,
-           [this](const std::vector<std::string>& paths) { exportTo(paths.front()); });
-    chooser_->set_current_name("trip.gpx");
-    chooser_->show();
+    auto& dialog =
+        choose(tr("Export the Ticked Records"), Gtk::FileChooser::Action::SAVE,
+               [this](const std::vector<std::string>& paths) { exportTo(paths.front()); });
+    dialog.set_current_name("trip.gpx");
+    dialog.show();
 }
 
-// The dialog is destroyed before anything else happens: a screen reader that asks for one that is
-// only hidden ends the program, because of a fault of the toolkit.
-void MainWindow::choose(const char* title, Gtk::FileChooser::Action action,
-                        std::function<void(const std::vector<std::string>& paths)> chosen)
+Gtk::FileChooserNative& MainWindow::choose(const char* title, Gtk::FileChooser::Action action,
+                                           PathChooser::Chosen chosen)
 {
-    chooser_ = Gtk::FileChooserNative::create(title, frame_.window(), action);
-    chooser_->signal_response().connect([this, chosen = std::move(chosen)](int response) {
-        const auto paths = pathsOf(*chooser_.get());
-        onMainLoop([this, chosen, response, paths] {
-            chooser_.reset();
-            if (response == Gtk::ResponseType::ACCEPT && !paths.empty())
-                chosen(paths);
-        });
-    });
+    auto& dialog = chooser_.make(title, frame_.window(), action, std::move(chosen));
+    const auto& folder = settings_.settings().downloadFolder;
+    if (action == Gtk::FileChooser::Action::SAVE && !folder.empty())
+        dialog.set_current_folder(Gio::File::create_for_path(folder));
+    return dialog;
 }
 
 void MainWindow::exportTo(const std::string& path)

@@ -6,15 +6,19 @@
 #include "host/window/BackupPage.h"
 #include "host/window/DevicePane.h"
 #include "host/window/MessageBar.h"
+#include "host/window/PathChooser.h"
 #include "host/window/Receivers.h"
 #include "host/window/RecordPage.h"
+#include "host/window/SavingPage.h"
 #include "host/window/SendPage.h"
+#include "host/window/SettingsKeeper.h"
 #include "host/window/WindowFrame.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtkmm.h>
@@ -55,22 +59,32 @@ private:
     void chooseExport();
     void setBusy(bool isBusy);
     void enable(const char* action, bool isEnabled);
-    void choose(const char* title, Gtk::FileChooser::Action action,
-                std::function<void(const std::vector<std::string>& paths)> chosen);
+    [[nodiscard]] Gtk::FileChooserNative& choose(const char* title, Gtk::FileChooser::Action action,
+                                                 PathChooser::Chosen chosen);
     void exportTo(const std::string& path);
+    void saveNew(bool isOn, const std::string& folder);
+    void showSaving(const SavingEvent& event);
+    void closeWhenIdle();
+    void apply(const WindowSettings& settings);
+    void keepMap(WindowSettings::Tiles tiles, const std::string& file);
+    [[nodiscard]] BackupPolicy backups() const;
 
     DevicePane devices_;
     MessageBar messages_;
+    SettingsKeeper settings_;
     RecordPage records_;
     SendPage send_;
     BackupPage backups_;
+    SavingPage saving_;
     WindowFrame frame_;
-    Glib::RefPtr<Gtk::FileChooserNative> chooser_; // while it is open
+    PathChooser chooser_;
     ReceivedRecords shown_;
     std::vector<std::string> sources_; // the files that shown_ was imported from
+    std::pair<WindowSettings::Tiles, std::string> shownMap_{}; // and its file
     bool isBusy_ = false;
     std::string notAReceiver_;    // why the folder that is being imported is not a receiver
     bool isSendNext_ = false;     // the files that are being imported were dropped, to be sent
+    bool isSaving_ = false;       // a receiver is being read for that just now
     bool closesWhenIdle_ = false; // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };

@@ -65,6 +65,7 @@ Receivers::~Receivers()
 {
     *isAlive_ = false;
     isStopped_ = true;
+    isSavingStopped_ = true;
 }
 
 void Receivers::load(const std::optional<std::string>& bundle)
@@ -90,6 +91,8 @@ void Receivers::refresh(const gps::DeviceChanges& changes)
             driver->refreshDeviceList();
     }
     publish();
+    if (changes.volumes)
+        lookForNew();
 }
 
 // Calls a handler on the main loop's thread, if this object still exists then.
@@ -299,6 +302,50 @@ void Receivers::fail(const gps::Error& error)
     ReceivedRecords received{.records = std::make_shared<const RecordSet>(),
                              .messages = {{true, sentencesOf(error)}}};
     deliver(handlers_.received, std::move(received));
+}
+
+void Receivers::saveNew(const std::string& folder)
+{
+    isSavingStopped_ = false;
+    thread_.post([this, folder] {
+        saver_ = std::make_unique<Saver>(
+            plugIn_, folder,
+            [this](SavingEvent event) { deliver(handlers_.saved, std::move(event)); },
+            [this] { return isSavingStopped_.load(); });
+        lookForNew();
+    });
+}
+
+void Receivers::stopSaving()
+{
+    isSavingStopped_ = true;
+    thread_.post([this] { saver_.reset(); });
+}
+
+// A look selects the device that it reads.
+void Receivers::lookForNew()
+{
+    if (!saver_ || isSavingStopped_)
+        return;
+    const bool hasAppeared = saver_->look();
+    publish();
+    if (hasAppeared)
+        onMainLoop([this, alive = isAlive_] {
+            if (*alive)
+                lookAgain();
+        });
+}
+
+// A volume can be visible before its files can be read. [main loop]
+void Receivers::lookAgain()
+{
+    for (const auto delay : Watcher::kFurtherLooks)
+        Glib::signal_timeout().connect_once(
+            [this, alive = isAlive_] {
+                if (*alive)
+                    thread_.post([this] { lookForNew(); });
+            },
+            static_cast<unsigned>(delay.count()));
 }
 
 } // namespace host

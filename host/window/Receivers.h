@@ -14,6 +14,7 @@
 #include "host/window/BackupState.h"
 #include "host/window/DeviceThread.h"
 #include "host/window/ReceiverState.h"
+#include "host/window/Saver.h"
 #include "host/window/SendWork.h"
 #include "host/words/Message.h"
 
@@ -60,6 +61,7 @@ public:
         std::function<void(BackupState backups)> backupsListed{};
         std::function<void(ComparedBackup compared)> backupCompared{};
         std::function<void(RestoreReport report)> restored{};
+        std::function<void(SavingEvent event)> saved{};
     };
 
     /// Loads the plug-in and finds what is connected.
@@ -95,6 +97,10 @@ public:
     /// Sends, if that still does what the user has seen.
     void send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
               const BackupPolicy& backup);
+    /// Saves what is new on the receivers that are there and on each that appears, until
+    /// stopSaving(). One that is being read is read to its end first.
+    void saveNew(const std::string& folder);
+    void stopSaving();
 
     /// Lists the backups of all devices, first those of the one that is selected in a driver.
     void listBackups(std::optional<std::size_t> driver);
@@ -119,16 +125,20 @@ private:
     [[nodiscard]] std::optional<gps::Error> prepareImport(Driver& importer,
                                                           std::vector<std::string>& files) const;
     void fail(const gps::Error& error);
+    void lookForNew();
+    void lookAgain();
 
     Handlers handlers_;
     std::atomic<bool> isStopped_{false};
-    std::atomic<unsigned> previews_{0};                            // requested so far
+    std::atomic<unsigned> previews_{0}; // requested so far
+    std::atomic<bool> isSavingStopped_{false};
     std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
 
     // These belong to the device thread.
     std::vector<std::string> folders_;
     PlugInBundle plugIn_;
-    std::string failure_; // to load the plug-in
+    std::string failure_;          // to load the plug-in
+    std::unique_ptr<Saver> saver_; // while everything new is saved
 
     DeviceThread thread_; // last: it uses all of the above
 };

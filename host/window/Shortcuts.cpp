@@ -30,6 +30,7 @@ constexpr std::array kShortcuts{
     Shortcut{"<Control><Shift>o", "win.open-folder", marked("Open a copy of a receiver")},
     Shortcut{"<Control>s", "win.export", marked("Export the ticked records")},
     Shortcut{"<Control>f", "win.search", marked("Search the records")},
+    Shortcut{"<Control>comma", "win.preferences", marked("Preferences")},
     Shortcut{"<Control>question", "win.shortcuts", marked("Show keyboard shortcuts")},
     Shortcut{"F10", "", marked("Open the menu")},
     Shortcut{"<Control>q", "app.quit", marked("Quit")},

@@ -55,7 +55,7 @@ std::string numberText(double number, int decimals)
     for (auto at = point == std::string::npos ? text.size() : point; at > kGroup;)
         text.insert(at -= kGroup, ",");
     const bool isZero = text.find_first_not_of("0.,") == std::string::npos;
-    return number < 0 && !isZero ? "-" + text : text;
+    return number < 0 && !isZero ? "−" + text : text;
 }
 
 std::string lengthText(double metres, UnitSystem system)

@@ -77,7 +77,7 @@ class BackupsTest(unittest.TestCase):
     def show_backups(self):
         opened = self.open(self.device)
         opened.find("label", begins("Magellan device"))
-        opened.click("label", "Backups")
+        opened.press("page tab", "Backups")
         return opened
 
     def test_without_backups_the_page_says_when_one_is_made(self):

@@ -26,6 +26,11 @@ class Window:
                          GSK_RENDERER="cairo", GDK_BACKEND="x11", LC_ALL="C.UTF-8",
                          GSETTINGS_BACKEND="memory", **(environment or {}))
         self.environment = variables
+        if "XDG_CONFIG_HOME" not in (environment or {}):  # nothing comes from the network
+            folder = pathlib.Path(self.home.name, "config", "magellangps")
+            folder.mkdir(parents=True)
+            (folder / "config.toml").write_text('[window]\ntiles = "none"\n')
+            variables["XDG_CONFIG_HOME"] = str(folder.parent)
         self.process = subprocess.Popen([program, *arguments], env=variables)
 
     def __enter__(self):

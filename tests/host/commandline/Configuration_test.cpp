@@ -134,6 +134,13 @@ TEST_F(ConfigurationTest, EmptyFileIsNoMistake)
     EXPECT_THAT(mistakeIn("# nothing\n[get]\n"), IsEmpty());
 }
 
+TEST_F(ConfigurationTest, SettingsOfTheWindowAreNoOptions)
+{
+    const auto configuration = read("quiet = true\n[window]\nunits = \"metric\"\nown = [[1]]\n");
+    ASSERT_EQ(configuration.options.size(), 1U);
+    EXPECT_EQ(configuration.options[0].name, "quiet");
+}
+
 TEST_F(ConfigurationTest, TextThatIsNotTomlIsNamedWithItsLine)
 {
     for (const char* const text : {"\nhello world\n", "\nquiet = yes\n", "\nquiet true\n",

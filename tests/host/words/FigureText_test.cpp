@@ -29,7 +29,7 @@ TEST(FigureText, GroupsDigitsByThree)
     EXPECT_EQ(host::numberText(999, 0), "999");
     EXPECT_EQ(host::numberText(1000, 0), "1,000");
     EXPECT_EQ(host::numberText(1234567, 1), "1,234,567.0");
-    EXPECT_EQ(host::numberText(-1234, 0), "-1,234");
+    EXPECT_EQ(host::numberText(-1234, 0), "−1,234");
     EXPECT_EQ(host::numberText(-0.001, 2), "0.00");
 }
 
@@ -46,7 +46,7 @@ TEST(FigureText, HeightsAreWhole)
     EXPECT_EQ(host::heightText(1234.4, kMetric), "1,234 m");
     EXPECT_EQ(host::heightText(1234.5, kMetric), "1,235 m");
     EXPECT_EQ(host::heightText(-0.5, kMetric), "0 m") << "just below the sea";
-    EXPECT_EQ(host::heightText(-0.6, kMetric), "-1 m");
+    EXPECT_EQ(host::heightText(-0.6, kMetric), "−1 m");
     EXPECT_EQ(host::heightText(304.8, kImperial), "1,000 ft");
     EXPECT_EQ(host::heightText(304.8, kNautical), "305 m");
 }

@@ -2,7 +2,7 @@
 // A download is one line: what was saved, or that there was nothing. If anything failed, another
 // line has all errors of that download.
 
-#include "host/cli/WatchText.h"
+#include "host/words/WatchText.h"
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/cli/WatchText.h"
+#include "host/words/WatchText.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The events of `watch` in words. Stateless. [host thread]
+// The events of watching in words, for `watch` and for the window. Stateless. [host thread]
 
 #pragma once
 

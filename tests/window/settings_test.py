@@ -1,0 +1,147 @@
+# SPDX-License-Identifier: MIT
+"""Preferences, and what is saved automatically, as users meet both.
+
+settings_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
+"""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import screen
+
+if not os.environ.get("WINDOW_TEST_SESSION"):
+    os.environ["WINDOW_TEST_SESSION"] = "yes"
+    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
+
+import window  # noqa: E402
+
+SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+SWITCH = "Save Everything New Automatically"
+ALL = "46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)"
+
+
+class SettingsTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="settings-test-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.config = self.folder / "config/magellangps/config.toml"
+        self.config.parent.mkdir(parents=True)
+        self.environment = {"XDG_CONFIG_HOME": str(self.folder / "config"),
+                            "XDG_STATE_HOME": str(self.folder / "state")}
+
+    def open(self, *paths):
+        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
+                               environment=self.environment)
+        self.addCleanup(opened.__exit__)
+        opened.find("push button", "Import…")
+        return opened
+
+    def open_preferences(self):
+        opened = self.open()
+        opened.key("ctrl+comma")
+        opened.find("label", "Times in UTC")
+        return opened
+
+    def command_line(self, *arguments):
+        return subprocess.run([PROGRAMS / "magellangps", *arguments], text=True,
+                              env=dict(os.environ, **self.environment), capture_output=True)
+
+    def saved(self):
+        return sorted((self.folder / "saved").glob("*.gpx"))
+
+    def configure_saving(self, *, is_on):
+        self.config.write_text(f'[window]\ntiles = "none"\nsave-new = {"true" if is_on else "false"}\n'
+                               f'save-folder = "{self.folder / "saved"}"\n')
+
+    def test_setting_is_written_and_what_people_wrote_stays(self):
+        before = "# Mine\nkeep-backups = 3 # enough\n\n[window]\nutc = false # local\ntiles = 'none'\n"
+        self.config.write_text(before)
+        opened = self.open_preferences()
+        opened.press("check box", "Times in UTC")
+        opened.wait_until(lambda: self.config.read_text() != before)
+        self.assertEqual(self.config.read_text(), before.replace("false", "true"))
+        self.assertEqual(self.command_line("info").returncode, 0)
+
+    def test_settings_are_there_again(self):
+        self.config.write_text('[window]\nunits = "nautical"\nutc = true\ntiles = "none"\n'
+                               'folder = "/somewhere"\nkeep-backups = 77\n')
+        opened = self.open_preferences()
+        for text in ("Nautical miles and metres", "Coasts and names of places", "/somewhere"):
+            opened.find("label", text)
+        self.assertTrue(opened.is_ticked("Times in UTC"))
+
+    def test_number_of_backups_is_the_command_lines_until_it_is_changed(self):
+        self.config.write_text('keep-backups = 3\n[window]\ntiles = "none"\n')
+        opened = self.open_preferences()
+        opened.find("spin button", "Backups").set_current_value(4)
+        opened.wait_until(lambda: self.config.read_text() ==
+                          'keep-backups = 3\n[window]\nkeep-backups = 4\ntiles = "none"\n')
+
+    def test_mistake_in_the_file_is_named_with_its_line(self):
+        self.config.write_text("[window]\nunits = 5\ntiles = 'none'\n")
+        self.open().find("label", lambda name: 'line 2: "units" needs a text' in name)
+
+    def test_every_control_of_the_preferences_has_a_name(self):
+        self.config.write_text('[window]\ntiles = "none"\n')
+        opened = self.open_preferences()
+        self.assertEqual(opened.unnamed({"push button", "check box", "spin button", "combo box"}), [])
+
+    def test_what_is_new_is_saved_once_and_listed(self):
+        self.configure_saving(is_on=True)
+        opened = self.open(SAMPLES / "receiver")
+        opened.press("page tab", "Saving")
+        opened.find("label", lambda name: name.startswith("saved: ") and ALL in name)
+        self.assertEqual(len(self.saved()), 1)
+        self.assertEqual(self.saved()[0].read_text().count("<trk>"), 6)
+        opened.__exit__()
+        again = self.open(SAMPLES / "receiver")
+        again.press("page tab", "Saving")
+        again.find("label", lambda name: name.startswith("nothing new: "))
+        self.assertEqual(len(self.saved()), 1)
+
+    def test_memory_is_that_of_the_command_line(self):
+        self.configure_saving(is_on=True)
+        opened = self.open(SAMPLES / "receiver")
+        opened.press("page tab", "Saving")
+        opened.find("label", lambda name: name.startswith("saved: "))
+        opened.__exit__()
+        ran = self.command_line("acquire", "--device", str(SAMPLES / "receiver"), "--new-only",
+                                "-o", str(self.folder / "new.gpx"))
+        self.assertNotIn("<trkpt", (self.folder / "new.gpx").read_text()
+                         if (self.folder / "new.gpx").exists() else "", ran.stderr)
+
+    def test_switch_starts_saving_and_is_remembered(self):
+        self.configure_saving(is_on=False)
+        opened = self.open(SAMPLES / "receiver")
+        opened.press("page tab", "Saving")
+        opened.press("check box", SWITCH)
+        opened.find("label", lambda name: name.startswith("saved: "))
+        opened.wait_until(lambda: "save-new = true\n" in self.config.read_text())
+        opened.press("check box", SWITCH)
+        opened.wait_until(lambda: "save-new = false\n" in self.config.read_text())
+
+    def test_switch_without_a_folder_asks_for_one_and_stays_off(self):
+        before = '[window]\ntiles = "none"\n'
+        self.config.write_text(before)
+        opened = self.open(SAMPLES / "receiver")
+        opened.press("page tab", "Saving")
+        opened.press("check box", SWITCH)
+        opened.find("push button", "Cancel")
+        self.assertEqual(self.config.read_text(), before)
+
+    def test_folder_that_cannot_be_made_is_named(self):
+        self.config.write_text('[window]\ntiles = "none"\nsave-new = true\n'
+                               'save-folder = "/dev/null/saved"\n')
+        opened = self.open(SAMPLES / "receiver")
+        opened.press("page tab", "Saving")
+        opened.find("label", lambda name: name.startswith("failed: ") and "/dev/null" in name)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
