@@ -56,11 +56,13 @@ class SettingsTest(unittest.TestCase):
         return sorted((self.folder / "saved").glob("*.gpx"))
 
     def configure_saving(self, *, is_on):
-        self.config.write_text(f'[window]\ntiles = "none"\nsave-new = {"true" if is_on else "false"}\n'
+        state = "true" if is_on else "false"
+        self.config.write_text(f'[window]\ntiles = "none"\nsave-new = {state}\n'
                                f'save-folder = "{self.folder / "saved"}"\n')
 
     def test_setting_is_written_and_what_people_wrote_stays(self):
-        before = "# Mine\nkeep-backups = 3 # enough\n\n[window]\nutc = false # local\ntiles = 'none'\n"
+        before = ("# Mine\nkeep-backups = 3 # enough\n\n"
+                  "[window]\nutc = false # local\ntiles = 'none'\n")
         self.config.write_text(before)
         opened = self.open_preferences()
         opened.press("check box", "Times in UTC")
@@ -90,7 +92,8 @@ class SettingsTest(unittest.TestCase):
     def test_every_control_of_the_preferences_has_a_name(self):
         self.config.write_text('[window]\ntiles = "none"\n')
         opened = self.open_preferences()
-        self.assertEqual(opened.unnamed({"push button", "check box", "spin button", "combo box"}), [])
+        roles = {"push button", "check box", "spin button", "combo box"}
+        self.assertEqual(opened.unnamed(roles), [])
 
     def test_what_is_new_is_saved_once_and_listed(self):
         self.configure_saving(is_on=True)
