@@ -179,12 +179,11 @@ void RecordList::addRows()
 
 void RecordList::setRecords(std::shared_ptr<const RecordSet> records)
 {
-    records_ = std::move(records);
-    rows_.reset();
-    ticks_ = RecordTicks{*records_};
     selected_.reset();
     arrangement_.reference.reset();
-    show({}, {});
+    show({}, {}); // while the rows on the screen still have their records
+    records_ = std::move(records);
+    ticks_ = RecordTicks{*records_};
     ticksChanged();
     arrange();
 }

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Sending, as users meet it: what they see before, what they press, and what is on the receiver then.
+"""Sending, as users meet it: what they see before, what they press, and what the receiver has then.
 
 send_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """

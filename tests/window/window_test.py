@@ -131,6 +131,14 @@ class WindowTest(story.Story):
         opened.press("page tab", "Send")
         opened.wait_until(lambda: opened.selected_row() == str(copies[1]))
 
+    def test_fewer_records_replace_those_of_which_one_is_selected(self):
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        opened.click("label", "Coast Walk")
+        subprocess.run([PROGRAMS / "magellangps-desktop", SAMPLES / "files" / "trip.log"],
+                       check=True, env=opened.environment)
+        opened.find("label", begins("Received: 1 track"))
+
     def test_file_of_another_kind_is_named(self):
         text = self.folder / "notes.txt"
         text.write_text("notes")
