@@ -55,6 +55,8 @@ A: dev=8:17\\n
 PORT = """P: /devices/usb1/1-2
 E: SUBSYSTEM=usb
 E: DEVTYPE=usb_device
+A: idVendor=067b\\n
+A: idProduct=2303\\n
 
 P: /devices/usb1/1-2/ttyUSB0
 L: driver=../../../../bus/usb-serial/drivers/pl2303
