@@ -9,6 +9,7 @@
 #include "host/words/StopText.h"
 
 #include <cstdlib>
+#include <string>
 #include <utility>
 
 namespace host {

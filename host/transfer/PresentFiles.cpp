@@ -18,7 +18,8 @@ bool isUnchanged(const gps::PlannedFile& planned, const gps::DeviceSnapshot& dev
     if (planned.action != gps::PlannedFile::Action::kMerge || planned.error)
         return false;
     const auto* const present = findFile(device, planned.path);
-    return present != nullptr && !present->error && present->content == planned.content;
+    return present != nullptr && !present->error &&
+           present->content == std::string_view{planned.content};
 }
 
 bool hasKind(const gps::SendPlan& plan, std::string_view kind)

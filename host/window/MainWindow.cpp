@@ -21,6 +21,7 @@
 #include <gps/Geocache.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <utility>

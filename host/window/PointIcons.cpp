@@ -27,9 +27,10 @@ std::string colorText(const MapColor& color)
 
 void drawSvg(cairo_t* cairo, std::string_view path, const MapColor& color)
 {
-    const auto text = fmt::format(
-        R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {0} {0}"><path fill="{1}" fill-rule="evenodd" d="{2}"/></svg>)",
-        kSymbolPictureSize, colorText(color), path);
+    const auto text =
+        fmt::format(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {0} {0}">)"
+                    R"(<path fill="{1}" fill-rule="evenodd" d="{2}"/></svg>)",
+                    kSymbolPictureSize, colorText(color), path);
     const std::shared_ptr<RsvgHandle> handle{
         rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(text.data()), text.size(),
                                   nullptr),

@@ -7,10 +7,12 @@
 #include "host/base/Text.h"
 #include "host/window/Translation.h"
 
+#include <gps/NumberText.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -152,13 +154,10 @@ std::string TileFile::metadata(std::string_view name) const
 
 int TileFile::zoomLevel(std::string_view name, const char* text) const
 {
-    const auto value = metadata(name);
-    int level = 0;
-    if (std::from_chars(value.data(), value.data() + value.size(), level).ec != std::errc{}) {
-        TileQuery query{database_.get(), text};
-        level = query.findRow() ? query.number() : 0;
-    }
-    return std::clamp(level, 0, kMostZoom);
+    if (const auto level = gps::wholeInteger(metadata(name)))
+        return static_cast<int>(std::clamp<std::int64_t>(*level, 0, kMostZoom));
+    TileQuery query{database_.get(), text};
+    return query.findRow() ? std::clamp(query.number(), 0, kMostZoom) : 0;
 }
 
 // The file counts rows from the south.

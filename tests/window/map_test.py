@@ -7,7 +7,6 @@ map_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 import sqlite3
 import subprocess
 import time
-import unittest
 
 import story
 from gi.repository import Atspi

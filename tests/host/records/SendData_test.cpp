@@ -22,11 +22,14 @@ using testing::IsEmpty;
 constexpr char kSampleGpx[] =
     "<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'>"
     "<wpt lat='1' lon='2'><ele>3</ele><name>A</name><cmt>by</cmt><sym>Flag</sym></wpt>"
-    "<wpt lat='1' lon='2'><ele>4</ele><time>2024-06-01T10:00:00Z</time><name>GC1</name><sym>Geocache</sym>"
+    "<wpt lat='1' "
+    "lon='2'><ele>4</ele><time>2024-06-01T10:00:00Z</time><name>GC1</name><sym>Geocache</sym>"
     "</wpt>"
-    "<rte><name>R</name><src>me</src><rtept lat='4' lon='5'><ele>6</ele><name>P</name></rtept></rte>"
+    "<rte><name>R</name><src>me</src><rtept lat='4' "
+    "lon='5'><ele>6</ele><name>P</name></rtept></rte>"
     "<trk><name>T</name><trkseg><trkpt lat='6' lon='7'><ele>8</ele></trkpt></trkseg>"
-    "<trkseg><trkpt lat='6' lon='8'><ele>9</ele></trkpt></trkseg></trk><trk><name>U</name></trk></gpx>";
+    "<trkseg><trkpt lat='6' "
+    "lon='8'><ele>9</ele></trkpt></trkseg></trk><trk><name>U</name></trk></gpx>";
 
 RecordSet imported(const std::string& file)
 {

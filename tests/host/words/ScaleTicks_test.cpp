@@ -73,7 +73,7 @@ TEST(ScaleTicks, TimesAreMinutesHoursOrDays)
 TEST(ScaleTicks, ValuesAreRoundAndWithinTheScale)
 {
     EXPECT_EQ(textsOf(host::valueTicks(92, 214, 1, 4)), (Texts{"100", "150", "200"}));
-    EXPECT_EQ(textsOf(host::valueTicks(-12, 12, 1, 4)), (Texts{"-10", "0", "10"}));
+    EXPECT_EQ(textsOf(host::valueTicks(-12, 12, 1, 4)), (Texts{"−10", "0", "10"}));
     const auto speeds = host::valueTicks(0, 6.1, 1 / 3.6, 3);
     EXPECT_EQ(textsOf(speeds), (Texts{"0", "10", "20"}));
     EXPECT_NEAR(speeds.back().position, 20 / 3.6, 1e-9);
