@@ -166,11 +166,20 @@ void DevicePane::showSelected()
         const auto& place = places_[*row];
         const auto& driver = state_.drivers[place.driver];
         view_.setControls(driver.controls);
+        showKinds(driver.kinds);
         if (!driver.devices[place.device].isSelected)
             handlers_.picked(place.driver, "deviceListMenu", place.device);
     }
     updateButtons();
     handlers_.selected(selected());
+}
+
+void DevicePane::showKinds(const std::vector<gps::TransferKind>& kinds)
+{
+    using enum gps::TransferKind;
+    for (const auto& [box, kind] :
+         {std::pair{&waypoints_, kWaypoints}, {&routes_, kRoutes}, {&tracks_, kTracks}})
+        box->set_visible(std::find(kinds.begin(), kinds.end(), kind) != kinds.end());
 }
 
 std::optional<DevicePane::Selection> DevicePane::selected() const

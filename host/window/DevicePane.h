@@ -73,6 +73,7 @@ private:
     [[nodiscard]] std::optional<std::size_t> firstCandidate() const;
     void rowSelected();
     void showSelected();
+    void showKinds(const std::vector<gps::TransferKind>& kinds);
     void updateButtons();
     [[nodiscard]] std::optional<std::size_t> selectedRow() const;
 

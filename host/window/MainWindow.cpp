@@ -167,7 +167,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
 
 void MainWindow::addPages()
 {
-    frame_.addButton(tr("Import…"), "document-open-symbolic", "win.import");
+    frame_.addSourceButton(tr("Import…"), "document-open-symbolic", "win.import");
     frame_.addButton(tr("Export…"), "document-save-as-symbolic", "win.export");
     frame_.addPage(records_, "records", tr("Records"), "mark-location-symbolic");
     frame_.addPage(send_, "send", tr("Send"), "document-send-symbolic");

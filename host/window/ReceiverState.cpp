@@ -3,6 +3,9 @@
 
 #include "host/window/ReceiverState.h"
 
+#include "host/operations/Operation.h"
+#include "host/transfer/DownloadRequest.h"
+
 #include <utility>
 
 namespace host {
@@ -32,6 +35,7 @@ DriverState stateOf(const gps::GPSPlugInProtocol& driver)
     DriverState state{.name = driverName(driver),
                       .title = driver.gpsName(),
                       .devices = devicesOf(driver),
+                      .kinds = requestedKinds(operationOptions({}), driver),
                       .isReady = driver.isReady()};
     if (const auto view = driver.gpsView())
         addControls(*view, state.controls);

@@ -6,6 +6,8 @@
 
 #include "host/bundle/DeviceChoice.h"
 
+#include <gps/GPSOutputReceiver.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -27,10 +29,11 @@ struct ControlState {
 };
 
 struct DriverState {
-    std::string name{};                   ///< as on the command line
-    std::string title{};                  ///< for the user
-    std::vector<Device> devices{};        ///< in the driver's order
-    std::vector<ControlState> controls{}; ///< that the driver's view shows, from the top
+    std::string name{};                     ///< as on the command line
+    std::string title{};                    ///< for the user
+    std::vector<Device> devices{};          ///< in the driver's order
+    std::vector<ControlState> controls{};   ///< that the driver's view shows, from the top
+    std::vector<gps::TransferKind> kinds{}; ///< that it can download
     bool isReady = false;
 };
 

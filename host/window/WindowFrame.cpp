@@ -36,8 +36,8 @@ WindowFrame::WindowFrame(Gtk::Application& application, Gtk::Widget& devices, Gt
                          const Glib::RefPtr<Gio::MenuModel>& menu)
     : window_(dynamic_cast<Gtk::ApplicationWindow*>(
           Glib::wrap(GTK_WINDOW(adw_application_window_new(application.gobj()))))),
-      leaflet_(ADW_LEAFLET(adw_leaflet_new())), header_(ADW_HEADER_BAR(adw_header_bar_new())),
-      stack_(ADW_VIEW_STACK(adw_view_stack_new()))
+      leaflet_(ADW_LEAFLET(adw_leaflet_new())), deviceHeader_(ADW_HEADER_BAR(adw_header_bar_new())),
+      header_(ADW_HEADER_BAR(adw_header_bar_new())), stack_(ADW_VIEW_STACK(adw_view_stack_new()))
 {
     window_->set_default_size(kUsualWidth, kUsualHeight);
     window_->set_size_request(kLeastWidth, kLeastHeight);
@@ -58,20 +58,18 @@ WindowFrame::WindowFrame(Gtk::Application& application, Gtk::Widget& devices, Gt
 
 GtkWidget* WindowFrame::sideBar(Gtk::Widget& devices, const Glib::RefPtr<Gio::MenuModel>& menu)
 {
-    auto* const header = adw_header_bar_new();
-    adw_header_bar_set_title_widget(ADW_HEADER_BAR(header),
-                                    adw_window_title_new(tr("Receivers"), nullptr));
+    adw_header_bar_set_title_widget(deviceHeader_, adw_window_title_new(tr("Receivers"), nullptr));
     auto* const menuButton = Gtk::make_managed<Gtk::MenuButton>();
     menuButton->set_icon_name("open-menu-symbolic");
     menuButton->set_tooltip_text(tr("Menu"));
     menuButton->set_primary(true);
     menuButton->set_menu_model(menu);
     nameForReaders(*menuButton, tr("Menu"));
-    adw_header_bar_pack_end(ADW_HEADER_BAR(header), GTK_WIDGET(menuButton->gobj()));
-    g_object_bind_property(leaflet_, "folded", header, "show-end-title-buttons",
+    adw_header_bar_pack_end(deviceHeader_, GTK_WIDGET(menuButton->gobj()));
+    g_object_bind_property(leaflet_, "folded", deviceHeader_, "show-end-title-buttons",
                            G_BINDING_SYNC_CREATE);
     auto* const bar = column();
-    gtk_box_append(bar->gobj(), header);
+    gtk_box_append(bar->gobj(), GTK_WIDGET(deviceHeader_));
     gtk_box_append(bar->gobj(), scrolled(devices));
     return GTK_WIDGET(bar->gobj());
 }
@@ -100,6 +98,16 @@ GtkWidget* WindowFrame::pages(Gtk::Widget& messages)
          {GTK_WIDGET(header_), messages.gobj(), GTK_WIDGET(stack_), GTK_WIDGET(lowSwitcher)})
         gtk_box_append(content->gobj(), part);
     return GTK_WIDGET(content->gobj());
+}
+
+void WindowFrame::addSourceButton(const char* text, const char* icon, const char* action)
+{
+    auto* const button = Gtk::make_managed<Gtk::Button>();
+    button->set_icon_name(icon);
+    button->set_action_name(action);
+    button->set_tooltip_text(text);
+    nameForReaders(*button, text);
+    adw_header_bar_pack_start(deviceHeader_, GTK_WIDGET(button->gobj()));
 }
 
 void WindowFrame::addButton(const char* text, const char* icon, const char* action)

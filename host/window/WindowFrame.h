@@ -23,6 +23,9 @@ public:
 
     [[nodiscard]] Gtk::ApplicationWindow& window() const { return *window_; }
 
+    /// Adds a button without a text to the header of the devices.
+    void addSourceButton(const char* text, const char* icon, const char* action);
+
     /// Adds a button to the header of the pages. A narrow window shows it without its text.
     void addButton(const char* text, const char* icon, const char* action);
 
@@ -53,6 +56,7 @@ private:
 
     Gtk::ApplicationWindow* window_; // owned by the application
     AdwLeaflet* leaflet_;
+    AdwHeaderBar* deviceHeader_;
     AdwHeaderBar* header_; // of the pages
     AdwViewStack* stack_;
     Gtk::Button back_; // to the devices
