@@ -61,7 +61,7 @@ bool LostChanges::has(const std::string& path, bool isAsPlanned) const
 
 void LostChanges::readEvents()
 {
-    constexpr std::size_t kRoom = 64 * 1024;
+    constexpr std::size_t kRoom = 65536;
     alignas(inotify_event) std::array<char, kRoom> events;
     for (;;) {
         const auto size = ::read(watch_.get(), events.data(), events.size());
