@@ -29,9 +29,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string otherFolder()
+std::string folderAdvice()
 {
-    return "another folder " + advice("with --backup", "for backups in the preferences");
+    return advice("Choose another folder with --backup",
+                  "Make room in your home folder, and try again");
 }
 
 constexpr std::size_t kDayLength = sizeof "YYYYMMDD" - 1;
@@ -60,8 +61,8 @@ std::optional<gps::Error> readNames(const std::string& folder, std::vector<std::
         entries.skipDescendants();
     }
     if (const int code = entries.failure())
-        return systemError("The folder of the backups cannot be read", "Choose " + otherFolder(),
-                           folder, code);
+        return systemError("The folder of the backups cannot be read", folderAdvice(), folder,
+                           code);
     return std::nullopt;
 }
 
@@ -152,8 +153,8 @@ std::optional<gps::Error> readBackups(const std::string& folder,
 gps::Error unreadableBackup(const gps::Error& failure)
 {
     return hostError("An older backup cannot be read",
-                     "Try again. If it still cannot be read, move its folder away, or choose " +
-                         otherFolder(),
+                     "Try again. If it still cannot be read, move its folder away" +
+                         advice(", or choose another folder with --backup", ""),
                      failure.path().value_or(""))
         .causedBy(failure);
 }
@@ -360,7 +361,7 @@ std::optional<gps::Error> BackupMaker::finish(const std::string& name)
 std::optional<gps::Error> BackupMaker::giveName(const std::string& name)
 {
     if (const int code = renameInFolder(files_, folder_, kUnfinished, name))
-        return systemError("The backup cannot be given its name", "Choose " + otherFolder(),
+        return systemError("The backup cannot be given its name", folderAdvice(),
                            gps::joinPath(folder_, name), code);
     return std::nullopt;
 }
@@ -380,8 +381,8 @@ std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolde
         return source.failure;
     const auto folder = deviceFolder(policy.folder, source.identifier);
     if (isInsideAny(policy.folder, source.folders))
-        return hostError("The backup would be inside a folder that it copies",
-                         "Choose " + otherFolder(), policy.folder);
+        return hostError("The backup would be inside a folder that it copies", folderAdvice(),
+                         policy.folder);
     if (auto failure = makeFolders(folder, files))
         return failure;
     const FolderLock lock{folder, files};

@@ -144,10 +144,12 @@ void DevicePane::addRows(std::size_t driver, const DriverState& state)
 
 void DevicePane::selectRow(std::optional<std::size_t> row)
 {
-    if (row)
+    if (row) {
         list_.select_row(*list_.get_row_at_index(static_cast<int>(*row)));
-    else
+        wanted_ = places_[*row].location; // it must not change because another one appears
+    } else {
         view_.setControls({});
+    }
 }
 
 void DevicePane::rowSelected()
@@ -189,7 +191,7 @@ std::optional<DevicePane::Selection> DevicePane::selected() const
         return std::nullopt;
     const auto& driver = state_.drivers[places_[*row].driver];
     const auto& device = driver.devices[places_[*row].device];
-    return Selection{places_[*row].driver, device.name.value_or(driver.title), device.location};
+    return Selection{{places_[*row].driver, device.location}, device.name.value_or(driver.title)};
 }
 
 std::optional<std::size_t> DevicePane::selectedRow() const
@@ -202,9 +204,10 @@ std::optional<std::size_t> DevicePane::selectedRow() const
 void DevicePane::startDownload()
 {
     if (const auto row = selectedRow(); row && download_.get_sensitive()) {
-        handlers_.download(places_[*row].driver, {.waypoints = waypoints_.get_active(),
-                                                  .routes = routes_.get_active(),
-                                                  .tracks = tracks_.get_active()});
+        handlers_.download({places_[*row].driver, places_[*row].location},
+                           {.waypoints = waypoints_.get_active(),
+                            .routes = routes_.get_active(),
+                            .tracks = tracks_.get_active()});
     }
 }
 

@@ -24,16 +24,15 @@ class DevicePane : public Gtk::Box {
 public:
     /// The receiver that the user has selected.
     struct Selection {
-        std::size_t driver;
+        DeviceAddress address;
         std::string name;
-        std::string location;
     };
 
     struct Handlers {
         std::function<void(std::size_t driver, const std::string& control, std::size_t item)>
             picked;
         std::function<void(std::size_t driver, const std::string& control)> pressed;
-        std::function<void(std::size_t driver, const RequestedKinds& kinds)> download;
+        std::function<void(const DeviceAddress& device, const RequestedKinds& kinds)> download;
         std::function<void()> stop;
         std::function<void(const std::string& node)> mount;
         std::function<void(const std::optional<Selection>& receiver)> selected;
@@ -41,8 +40,8 @@ public:
 
     explicit DevicePane(Handlers handlers);
 
-    /// Shows other devices. The one that the user selected stays selected while it is there;
-    /// without such a choice it is the first one.
+    /// Shows other devices. The one that is selected stays selected while it is there; otherwise it
+    /// is the first one.
     void setState(const ReceiverState& state);
 
     /// Selects a device as soon as it is there.
@@ -80,7 +79,7 @@ private:
     Handlers handlers_;
     ReceiverState state_;
     std::vector<Place> places_;
-    std::string wanted_; // the location that the user selected; empty: any
+    std::string wanted_; // the location to select; empty: any
     bool isBusy_ = false;
     bool isUpdating_ = false; // the list is being filled: no choice of the user's
 

@@ -84,17 +84,17 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 .pressed = [this](auto driver,
                                   const auto& control) { receivers_->press(driver, control); },
                 .download =
-                    [this](auto driver, const auto& kinds) {
+                    [this](const auto& device, const auto& kinds) {
                         setBusy(true);
                         sources_.clear();
-                        receivers_->download(driver, kinds);
+                        receivers_->download(device, kinds);
                     },
                 .stop = [this] { receivers_->stop(); },
                 .mount = [this](const std::string& node) { receivers_->mount(node); },
                 .selected =
                     [this](const auto& receiver) {
                         if (receiver)
-                            send_.setReceiver(receiver->name, receiver->location);
+                            send_.setReceiver(receiver->name, receiver->address.location);
                         else
                             send_.setReceiver({}, {});
                         backups_.refresh();
@@ -105,7 +105,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
       send_({.preview =
                  [this](const SendChoice& choice) {
                      if (const auto receiver = devices_.selected())
-                         receivers_->preview(receiver->driver, choice, backups());
+                         receivers_->preview(receiver->address, choice, backups());
                  },
              .send =
                  [this](const SendChoice& choice, const SendPreview& seen) {
@@ -113,18 +113,18 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                      if (!receiver)
                          return;
                      setBusy(true);
-                     receivers_->send(receiver->driver, choice, seen, backups());
+                     receivers_->send(receiver->address, choice, seen, backups());
                  }}),
       backups_({.list =
                     [this] {
                         const auto receiver = devices_.selected();
-                        receivers_->listBackups(receiver ? std::optional{receiver->driver}
+                        receivers_->listBackups(receiver ? std::optional{receiver->address}
                                                          : std::nullopt);
                     },
                 .compare =
                     [this](const auto& backup) {
                         if (const auto receiver = devices_.selected())
-                            receivers_->compareBackup(receiver->driver, backup);
+                            receivers_->compareBackup(receiver->address, backup);
                     },
                 .restore = [this](const auto& backup,
                                   const auto& explanation) { restore(backup, explanation); }}),
@@ -146,7 +146,8 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
             .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
-            .notAReceiver = [this](const RefusedFolder& folder) { importFrom(folder); },
+            .notReceivers =
+                [this](const std::vector<RefusedFolder>& folders) { importFrom(folders); },
             .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
             .sent = [this](const SendResult& result) { setSent(result); },
             .backupsListed = [this](const BackupState& state) { backups_.setBackups(state); },
@@ -283,6 +284,7 @@ void MainWindow::showSaving(const SavingEvent& event)
 // What a second import brought would replace what the user has not seen yet.
 void MainWindow::open(const std::vector<std::string>& paths)
 {
+    std::vector<std::string> folders;
     std::vector<std::string> files;
     for (const auto& path : paths) {
         std::error_code ignored;
@@ -290,26 +292,29 @@ void MainWindow::open(const std::vector<std::string>& paths)
             messages_.show(tr("A file that is not on this computer cannot be opened. Copy it, and "
                               "open the copy."),
                            {}, true);
-        else if (std::filesystem::is_directory(path, ignored))
-            openFolder(path);
         else
-            files.push_back(path);
+            (std::filesystem::is_directory(path, ignored) ? folders : files).push_back(path);
+    }
+    if (folders.empty()) {
+        if (!files.empty())
+            import(files);
+        return;
+    }
+    devices_.select(folders.back());
+    opened_.insert(opened_.end(), files.begin(), files.end()); // importFrom() follows
+    receivers_->addFolders(folders);
+}
+
+// A folder that is not a receiver may be a memory card, or a copy of one.
+void MainWindow::importFrom(const std::vector<RefusedFolder>& folders)
+{
+    auto files = std::exchange(opened_, {});
+    for (const auto& folder : folders) {
+        files.push_back(folder.path);
+        notReceivers_.push_back({true, folder.reason});
     }
     if (!files.empty())
         import(files);
-}
-
-void MainWindow::openFolder(const std::string& path)
-{
-    devices_.select(path);
-    receivers_->addFolder(path);
-}
-
-// It may be a memory card, or a copy of one.
-void MainWindow::importFrom(const RefusedFolder& folder)
-{
-    notAReceiver_ = folder.reason;
-    import({folder.path});
 }
 
 void MainWindow::import(const std::vector<std::string>& files)
@@ -351,18 +356,26 @@ void MainWindow::enable(const char* action, bool isEnabled)
 
 void MainWindow::setReceived(ReceivedRecords received)
 {
-    shown_ = std::move(received);
     setBusy(false);
     if (closesWhenIdle_) {
         closeWhenIdle();
         return;
     }
+    const bool isNothing = !received.isComplete && received.records->isEmpty();
+    const auto notReceivers = std::exchange(notReceivers_, {});
+    if (isNothing)
+        received.messages.insert(received.messages.begin(), notReceivers.begin(),
+                                 notReceivers.end());
+    messages_.show(sentenceOn(received), received.messages, !received.isComplete);
+    const char* const page = std::exchange(isSendNext_, false) ? "send" : "records";
+    if (isNothing && shown_.records) // what was received before may not have been saved
+        return;
+    shown_ = std::move(received);
+    setBusy(false);
     records_.setRecords(shown_.records);
-    if (const auto reason = std::exchange(notAReceiver_, {});
-        !reason.empty() && !shown_.isComplete && shown_.records->isEmpty())
-        shown_.messages.insert(shown_.messages.begin(), {true, reason});
-    messages_.show(sentenceOn(shown_), shown_.messages, !shown_.isComplete);
-    frame_.showPage(std::exchange(isSendNext_, false) ? "send" : "records");
+    frame_.showPage(page);
+    if (frame_.shownPage() == "send")
+        showRecordsToSend();
 }
 
 void MainWindow::showRecordsToSend()
@@ -383,12 +396,12 @@ void MainWindow::setSent(const SendResult& result)
 void MainWindow::restore(const std::string& backup, const Glib::ustring& explanation)
 {
     ask(frame_.window(), tr("Restore This Backup?"), explanation.c_str(),
-        {.cancel = tr("_Cancel"), .accept = tr("_Restore")}, [this, backup] {
-            const auto receiver = devices_.selected();
-            if (isBusy_ || !receiver) // something has changed while the question was open
+        {.cancel = tr("_Cancel"), .accept = tr("_Restore")},
+        [this, backup, receiver = devices_.selected()] {
+            if (isBusy_ || !receiver) // something has begun while the question was open
                 return;
             setBusy(true);
-            receivers_->restore(receiver->driver, backup, backups());
+            receivers_->restore(receiver->address, backup, backups());
         });
 }
 
@@ -466,7 +479,9 @@ void MainWindow::exportTo(const std::string& path)
         messages_.show(sentencesOf(*failure), {}, true);
     else
         messages_.show(Glib::ustring::compose(tr("Saved: %1"), displayText(path)),
-                       {{false, remark}}, false);
+                       {{false, remark},
+                        {true, shown_.isComplete ? "" : tr("What was received is not complete.")}},
+                       !shown_.isComplete);
 }
 
 } // namespace host

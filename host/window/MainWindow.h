@@ -43,8 +43,7 @@ public:
 
 private:
     void addPages();
-    void openFolder(const std::string& path);
-    void importFrom(const RefusedFolder& folder);
+    void importFrom(const std::vector<RefusedFolder>& folders);
     void import(const std::vector<std::string>& files);
     void drop(const std::vector<std::string>& paths);
     void addActions();
@@ -82,7 +81,8 @@ private:
     std::vector<std::string> sources_; // the files that shown_ was imported from
     std::pair<WindowSettings::Tiles, std::string> shownMap_{}; // and its file
     bool isBusy_ = false;
-    std::string notAReceiver_;    // why the folder that is being imported is not a receiver
+    std::vector<std::string> opened_;   // files to import together with folders
+    std::vector<Message> notReceivers_; // why the folders that are being imported are not receivers
     bool isSendNext_ = false;     // the files that are being imported were dropped, to be sent
     bool isSaving_ = false;       // a receiver is being read for that just now
     bool closesWhenIdle_ = false; // the user has asked for it while a transfer was running

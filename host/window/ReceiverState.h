@@ -37,6 +37,12 @@ struct DriverState {
     bool isReady = false;
 };
 
+/// A device of one of the drivers, by their order.
+struct DeviceAddress {
+    std::size_t driver;
+    std::string location;
+};
+
 /// A disk that may be a receiver but is not mounted.
 struct UnmountedDisk {
     std::string node{};  ///< such as /dev/sdb1

@@ -26,6 +26,12 @@
 namespace host {
 namespace {
 
+// nullopt for a device that is not there any more.
+std::optional<DataFolders> foldersOf(const ChosenDevice& device)
+{
+    return device.location.empty() ? std::nullopt : dataFoldersOf(device);
+}
+
 // nullopt for a folder that a driver lists.
 std::optional<gps::Error> whyNoReceiver(const std::vector<Driver>& drivers,
                                         const std::string& folder)
@@ -135,15 +141,21 @@ void Receivers::press(std::size_t driver, const std::string& control)
     });
 }
 
-void Receivers::addFolder(const std::string& folder)
+void Receivers::addFolders(const std::vector<std::string>& folders)
 {
-    thread_.post([this, folder] {
-        if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end())
-            folders_.push_back(folder);
+    thread_.post([this, folders] {
+        for (const auto& folder : folders) {
+            if (std::find(folders_.begin(), folders_.end(), folder) == folders_.end())
+                folders_.push_back(folder);
+        }
         setTestFolders(folders_);
         refresh({.volumes = true});
-        if (const auto reason = whyNoReceiver(plugIn_.drivers, folder))
-            deliver(handlers_.notAReceiver, RefusedFolder{folder, sentencesOf(*reason)});
+        std::vector<RefusedFolder> refused;
+        for (const auto& folder : folders) {
+            if (const auto reason = whyNoReceiver(plugIn_.drivers, folder))
+                refused.push_back({folder, sentencesOf(*reason)});
+        }
+        deliver(handlers_.notReceivers, std::move(refused));
     });
 }
 
@@ -158,12 +170,17 @@ void Receivers::mount(const std::string& node)
     });
 }
 
-void Receivers::download(std::size_t driver, const RequestedKinds& kinds)
+void Receivers::download(const DeviceAddress& device, const RequestedKinds& kinds)
 {
     isStopped_ = false;
-    thread_.post([this, driver, kinds] {
-        const auto device = chosenDevice(driver);
-        run(*device.driver, {.location = device.location, .kinds = kinds, .isDriverReused = true});
+    thread_.post([this, device, kinds] {
+        const auto chosen = choose(device);
+        if (chosen.location.empty())
+            fail(hostError("The receiver is not there any more", "Plug it in again",
+                           device.location));
+        else
+            run(*chosen.driver,
+                {.location = chosen.location, .kinds = kinds, .isDriverReused = true});
     });
 }
 
@@ -191,43 +208,53 @@ std::optional<gps::Error> Receivers::prepareImport(Driver& importer,
     return checkImport(files, types);
 }
 
-ChosenDevice Receivers::chosenDevice(std::size_t driver) const
+// Another device may be selected in the driver meanwhile: by the saving of what is new, or because
+// devices came and went.
+ChosenDevice Receivers::choose(const DeviceAddress& device) const
 {
-    ChosenDevice chosen{.driver = plugIn_.drivers[driver], .location = {}};
-    for (const auto& device : devicesOf(*chosen.driver)) {
-        if (device.isSelected)
-            chosen.location = device.location;
-    }
+    ChosenDevice chosen{.driver = plugIn_.drivers[device.driver], .location = {}};
+    const auto devices = devicesOf(*chosen.driver);
+    const auto found =
+        std::find_if(devices.begin(), devices.end(), [&device](const Device& listed) {
+            return listed.location == device.location;
+        });
+    if (found == devices.end())
+        return chosen;
+    auto* const menu = deviceMenu(*chosen.driver);
+    if (!found->isSelected && menu != nullptr)
+        menu->pick(static_cast<std::size_t>(found - devices.begin()));
+    chosen.location = found->location;
     return chosen;
 }
 
 // A request that comes while the receiver is read makes the answer worthless.
-void Receivers::preview(std::size_t driver, const SendChoice& choice, const BackupPolicy& backup)
+void Receivers::preview(const DeviceAddress& device, const SendChoice& choice,
+                        const BackupPolicy& backup)
 {
     const auto number = ++previews_;
-    thread_.post([this, number, driver, choice, backup] {
+    thread_.post([this, number, device, choice, backup] {
         if (number != previews_)
             return;
         onMainLoop([this, alive = isAlive_, number,
-                    preview = previewSend(chosenDevice(driver), choice, backup)]() mutable {
+                    preview = previewSend(choose(device), choice, backup)]() mutable {
             if (*alive && number == previews_)
                 handlers_.previewed(std::move(preview));
         });
     });
 }
 
-void Receivers::send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
+void Receivers::send(const DeviceAddress& device, const SendChoice& choice, const SendPreview& seen,
                      const BackupPolicy& backup)
 {
     isStopped_ = false;
     ++previews_; // one that is due would be of a receiver that is being written
-    thread_.post([this, driver, choice, seen, backup] {
+    thread_.post([this, device, choice, seen, backup] {
         const SendCalls calls{.progress =
                                   [this](const TransferProgress& progress) {
                                       deliver(handlers_.progressed, progress);
                                   },
                               .stopRequested = [this] { return isStopped_.load(); }};
-        deliver(handlers_.sent, sendRecords(chosenDevice(driver), choice, seen, backup, calls));
+        deliver(handlers_.sent, sendRecords(choose(device), choice, seen, backup, calls));
     });
 }
 
@@ -251,36 +278,38 @@ void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
     deliver(handlers_.received, std::move(received));
 }
 
-void Receivers::listBackups(std::optional<std::size_t> driver)
+void Receivers::listBackups(const std::optional<DeviceAddress>& device)
 {
-    thread_.post([this, driver] {
+    thread_.post([this, device] {
         std::optional<DeviceBackups> selected;
-        const auto* const files = driver ? filesOf(*plugIn_.drivers[*driver]) : nullptr;
-        if (files != nullptr && !chosenDevice(*driver).location.empty())
+        const auto chosen = device ? choose(*device) : ChosenDevice{};
+        const auto* const files = chosen.driver ? filesOf(*chosen.driver) : nullptr;
+        if (files != nullptr && !chosen.location.empty())
             selected = DeviceBackups{.identifier = files->deviceIdentifier().value_or(""),
-                                     .location = chosenDevice(*driver).location};
+                                     .location = chosen.location};
         deliver(handlers_.backupsListed,
                 backupsIn(defaultBackupFolder().value_or(""), std::move(selected)));
     });
 }
 
-void Receivers::compareBackup(std::size_t driver, const std::string& backup)
+void Receivers::compareBackup(const DeviceAddress& device, const std::string& backup)
 {
-    thread_.post([this, driver, backup] {
+    thread_.post([this, device, backup] {
         ComparedBackup compared{.backup = backup};
-        if (const auto folders = dataFoldersOf(chosenDevice(driver)))
-            compared.comparison =
-                host::compareBackup(*folders, backup, *filesOf(*plugIn_.drivers[driver]));
+        const auto chosen = choose(device);
+        if (const auto folders = foldersOf(chosen))
+            compared.comparison = host::compareBackup(*folders, backup, *filesOf(*chosen.driver));
         else
             compared.comparison.error = noDeviceToRestore();
         deliver(handlers_.backupCompared, std::move(compared));
     });
 }
 
-void Receivers::restore(std::size_t driver, const std::string& backup, const BackupPolicy& policy)
+void Receivers::restore(const DeviceAddress& device, const std::string& backup,
+                        const BackupPolicy& policy)
 {
     isStopped_ = false;
-    thread_.post([this, driver, backup, policy] {
+    thread_.post([this, device, backup, policy] {
         RestoreRequest request{.backup = backup,
                                .policy = policy,
                                .progress =
@@ -289,7 +318,7 @@ void Receivers::restore(std::size_t driver, const std::string& backup, const Bac
                                    },
                                .stopRequested = [this] { return isStopped_.load(); }};
         RestoreReport report;
-        if (const auto folders = dataFoldersOf(chosenDevice(driver)))
+        if (const auto folders = foldersOf(choose(device)))
             report = restoreBackup(*folders, request);
         else
             report.error = noDeviceToRestore();

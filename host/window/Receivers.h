@@ -55,7 +55,8 @@ public:
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
         std::function<void(std::string reason)> refused; ///< a disk that cannot be mounted
-        std::function<void(RefusedFolder folder)> notAReceiver;
+        /// Of the folders that were added: those that are not receivers, perhaps none.
+        std::function<void(std::vector<RefusedFolder> folders)> notReceivers;
         std::function<void(SendPreview preview)> previewed; ///< of the latest request
         std::function<void(SendResult result)> sent;
         std::function<void(BackupState backups)> backupsListed{};
@@ -79,11 +80,11 @@ public:
     void pick(std::size_t driver, const std::string& control, std::size_t item);
     void press(std::size_t driver, const std::string& control);
 
-    /// Treats a folder like a mounted volume until the end.
-    void addFolder(const std::string& folder);
+    /// Treats folders like mounted volumes until the end.
+    void addFolders(const std::vector<std::string>& folders);
 
-    /// Downloads from the device that is selected in a driver.
-    void download(std::size_t driver, const RequestedKinds& kinds);
+    /// Downloads from a device.
+    void download(const DeviceAddress& device, const RequestedKinds& kinds);
 
     /// Mounts a disk.
     void mount(const std::string& node);
@@ -91,11 +92,11 @@ public:
     /// Reads sentence files and map files, and those of receivers in folders.
     void import(const std::vector<std::string>& files);
 
-    /// Looks what a send to the device that is selected in a driver would do.
-    void preview(std::size_t driver, const SendChoice& choice, const BackupPolicy& backup);
+    /// Looks what a send to a device would do.
+    void preview(const DeviceAddress& device, const SendChoice& choice, const BackupPolicy& backup);
 
     /// Sends, if that still does what the user has seen.
-    void send(std::size_t driver, const SendChoice& choice, const SendPreview& seen,
+    void send(const DeviceAddress& device, const SendChoice& choice, const SendPreview& seen,
               const BackupPolicy& backup);
     /// Saves what is new on the receivers that are there and on each that appears, until
     /// stopSaving(). One that is being read is read to its end first.
@@ -103,13 +104,14 @@ public:
     void stopSaving();
 
     /// Lists the backups of all devices, first those of the one that is selected in a driver.
-    void listBackups(std::optional<std::size_t> driver);
+    void listBackups(const std::optional<DeviceAddress>& device);
 
     /// Compares a backup with the device that is selected in a driver, and puts one back.
     /// @param backup  its path
     /// @param policy  for the backup of the present files
-    void compareBackup(std::size_t driver, const std::string& backup);
-    void restore(std::size_t driver, const std::string& backup, const BackupPolicy& policy);
+    void compareBackup(const DeviceAddress& device, const std::string& backup);
+    void restore(const DeviceAddress& device, const std::string& backup,
+                 const BackupPolicy& policy);
 
     /// Stops the running download, import or restore; what has arrived is kept.
     void stop() noexcept { isStopped_ = true; }
@@ -120,7 +122,7 @@ private:
     template <typename Value>
     void deliver(const std::function<void(Value)>& handler, Value value) const;
     void publish();
-    [[nodiscard]] ChosenDevice chosenDevice(std::size_t driver) const;
+    [[nodiscard]] ChosenDevice choose(const DeviceAddress& device) const;
     void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
     [[nodiscard]] std::optional<gps::Error> prepareImport(Driver& importer,
                                                           std::vector<std::string>& files) const;

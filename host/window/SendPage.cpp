@@ -221,10 +221,11 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
 
 void SendPage::setReceiver(const std::string& name, const std::string& location)
 {
-    if (location == location_)
+    const auto title = Glib::ustring::compose(tr("To %1"), displayText(name));
+    if (location == location_ && title == receiver_.get_text())
         return;
     location_ = location;
-    receiver_.set_text(Glib::ustring::compose(tr("To %1"), displayText(name)));
+    receiver_.set_text(title);
     refresh();
 }
 

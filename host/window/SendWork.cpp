@@ -9,7 +9,7 @@
 #include "host/window/Translation.h"
 #include "host/words/PlanReport.h"
 
-#include <iterator>
+#include <algorithm>
 #include <utility>
 
 namespace host {
@@ -46,6 +46,8 @@ SendPreview previewOf(const PreparedSend& plan)
             tr("Nothing can be sent to this receiver. Connect one that mounts as a disk."));
         return preview;
     }
+    if (plan.snapshot)
+        preview.identifier = plan.snapshot->identifier();
     preview.problems = emptyRecordErrors(plan);
     for (auto& problem : planErrors(plan))
         preview.problems.push_back(std::move(problem));
@@ -60,6 +62,12 @@ SendResult notSent(const char* sentence)
     return {.sentence = sentence};
 }
 
+bool isNothingWritten(const SendReport& report)
+{
+    return !report.wasRun() || std::all_of(report.files.begin(), report.files.end(),
+                                           [](const SentFile& file) { return file.isAsBefore; });
+}
+
 SendResult resultOf(const PreparedSend& plan, const SendReport& report)
 {
     SendResult result{.isComplete = report.isComplete()};
@@ -72,10 +80,12 @@ SendResult resultOf(const PreparedSend& plan, const SendReport& report)
     if (report.backup)
         add(false, {Glib::ustring::compose(tr("The receiver's files are kept in the backup %1."),
                                            report.backup->name)});
-    result.sentence = report.isComplete()
-                          ? Glib::ustring::compose(tr("Sent, and read back from the receiver: %1"),
-                                                   summaryOf(plan))
-                          : Glib::ustring{tr("Not everything was sent.")};
+    result.sentence =
+        report.isComplete()
+            ? Glib::ustring::compose(tr("Sent, and read back from the receiver: %1"),
+                                     summaryOf(plan))
+            : Glib::ustring{
+                  tr(isNothingWritten(report) ? "Nothing was sent." : "Not everything was sent.")};
     return result;
 }
 
@@ -101,7 +111,8 @@ SendResult sendRecords(const ChosenDevice& device, const SendChoice& choice,
                                            .backup = backup,
                                            .stopRequested = calls.stopRequested,
                                            .progress = calls.progress});
-    if (!plan.obstacle && previewOf(plan).lines != seen.lines)
+    const auto present = previewOf(plan);
+    if (!plan.obstacle && (present.lines != seen.lines || present.identifier != seen.identifier))
         return notSent(tr("Nothing was sent, because the receiver has changed. Look at what would "
                           "change now, and send again."));
     return resultOf(plan, performSend(plan));

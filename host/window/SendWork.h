@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,12 +25,13 @@ struct SendChoice {
 };
 
 struct SendPreview {
-    std::string location{};              ///< of the device
-    std::vector<std::string> problems{}; ///< why something cannot be sent, in sentences
-    std::vector<std::string> lines{};    ///< what would be written, and what would change
-    PlannedRecords records{};            ///< what becomes of each
-    std::string summary{};               ///< in one sentence
-    bool canSend = false;                ///< whether anything would be written
+    std::string location{};                  ///< of the device
+    std::optional<std::string> identifier{}; ///< of the device
+    std::vector<std::string> problems{};     ///< why something cannot be sent, in sentences
+    std::vector<std::string> lines{};        ///< what would be written, and what would change
+    PlannedRecords records{};                ///< what becomes of each
+    std::string summary{};                   ///< in one sentence
+    bool canSend = false;                    ///< whether anything would be written
 };
 
 struct SendResult {

@@ -433,10 +433,10 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     if (report.obstacle)
         sentences = {sentencesOf(*report.obstacle), "Nothing was sent."};
     if (report.backupError)
-        sentences = {sentencesOf(*report.backupError),
-                     "There is no backup, so nothing was sent. Choose another folder " +
-                         advice("with --backup, or send with --no-backup.",
-                                "for backups in the preferences.")};
+        sentences = {
+            sentencesOf(*report.backupError),
+            "There is no backup, so nothing was sent." +
+                advice(" Choose another folder with --backup, or send with --no-backup.", "")};
     for (const auto& error : report.errors)
         sentences.push_back(sentencesOf(error));
     if (report.moreErrors > 0)

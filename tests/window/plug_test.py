@@ -147,6 +147,19 @@ class PlugTest(story.Story):
         opened.find("label", begins("Plug a receiver in."))
         opened.wait_until(lambda: not any(map(begins("Magellan device"), opened.names("label"))))
 
+    def test_selected_receiver_stays_selected_when_another_one_is_mounted_before_it(self):
+        second = shutil.copytree(self.receiver, self.folder / "another")
+        self.plug_in()
+        self.mount()
+        opened = self.open()
+        opened.find("label", str(self.receiver))
+        opened.wait_until(lambda: opened.selected_row() == str(self.receiver))
+        present = self.table.read_text()
+        self.table.write_text(present.replace(str(self.receiver), str(second)) + present)
+        self.testbed.uevent(PARTITION, "change")
+        opened.find("label", str(second))
+        self.assertEqual(opened.selected_row(), str(self.receiver))
+
     def test_unmounted_receiver_is_mounted_at_the_press_of_a_button(self):
         self.start_disk_service()
         self.plug_in()

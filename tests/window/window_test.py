@@ -139,6 +139,32 @@ class WindowTest(story.Story):
                        check=True, env=opened.environment)
         opened.find("label", begins("Received: 1 track"))
 
+    def test_import_that_brings_nothing_keeps_what_is_shown(self):
+        bad = self.folder / "bad.gpx"
+        bad.write_text("hello")
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        subprocess.run([PROGRAMS / "magellangps-desktop", bad], check=True,
+                       env=opened.environment)
+        opened.find("label", "Nothing was received.")
+        self.assertIn("Kayak round", opened.names("label"))
+
+    def test_folders_and_files_are_imported_together(self):
+        card = self.folder / "card"
+        card.mkdir()
+        shutil.copy(SAMPLES / "files" / "points.upt", card)
+        opened = self.open(card, SAMPLES / "files" / "trip.log")
+        opened.find("label", lambda text: "waypoints" in text and "277 points" in text)
+
+    def test_export_of_what_is_not_complete_says_so(self):
+        part = self.folder / "part.gpx"
+        part.write_text('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">'
+                        '<wpt lat="1" lon="2"/><wpt lat="99" lon="2"/></gpx>')
+        opened = self.open(part)
+        opened.find("label", "Received, but not complete: 1 waypoint.")
+        self.export(opened, "out.gpx")
+        opened.find("label", "What was received is not complete.")
+
     def test_file_of_another_kind_is_named(self):
         text = self.folder / "notes.txt"
         text.write_text("notes")
