@@ -5,6 +5,7 @@
 
 #include "host/base/RecordText.h"
 #include "host/fitting/RecordList.h"
+#include "host/points/DevicePosition.h"
 #include "host/transfer/RecordComparison.h"
 
 #include <algorithm>
@@ -45,6 +46,18 @@ gps::Dictionary withoutPointNames(gps::Dictionary route)
     return route;
 }
 
+// Points without valid coordinates are reported as missing.
+bool canBeStored(const gps::Dictionary& route)
+{
+    const auto* const points = route.findArray("points");
+    return points != nullptr &&
+           std::all_of(points->begin(), points->end(), [](const gps::Value& value) {
+               const auto* const record = value.as<gps::Dictionary>();
+               const auto* const point = record != nullptr ? gps::findPoint(*record) : nullptr;
+               return point != nullptr && DevicePosition::of(*point);
+           });
+}
+
 } // namespace
 
 std::optional<std::string> changedRoute(const gps::Dictionary& data, const gps::SendPlan& before,
@@ -53,20 +66,34 @@ std::optional<std::string> changedRoute(const gps::Dictionary& data, const gps::
     if (!writesRoutes(plan))
         return std::nullopt;
     auto expected = routesIn(before, device);
+    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
+        if (const auto sent = expected.find(textIn(route, "name")); sent != expected.end())
+            expected.erase(sent);
+    });
     const auto planned = routesIn(plan, device);
     RecordComparison comparison{device};
-    Routes sent; // of one name, the last
-    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
-        const std::string name{textIn(route, "name")};
-        expected.erase(name);
-        sent[name] = withoutPointNames(route);
-    });
     for (const auto& [name, route] : expected) {
         const auto found = planned.find(name);
         if (found == planned.end() || !comparison.areSameRoutes(route, found->second))
             return name;
     }
+    return std::nullopt;
+}
+
+std::optional<std::string> distortedRoute(const gps::Dictionary& data, const gps::SendPlan& plan,
+                                          const gps::GPSFileDevice& device)
+{
+    if (!writesRoutes(plan))
+        return std::nullopt;
+    Routes sent; // of one name, the last
+    forEachRecord(data, "route", [&](const gps::Dictionary& route) {
+        sent.insert_or_assign(std::string{textIn(route, "name")}, withoutPointNames(route));
+    });
+    const auto planned = routesIn(plan, device);
+    RecordComparison comparison{device};
     for (const auto& [name, route] : sent) {
+        if (!canBeStored(route))
+            continue;
         const auto found = planned.find(name);
         if (found == planned.end() ||
             !comparison.areSameRoutes(route, withoutPointNames(found->second)))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// ChangedRoutes: finds a route that a send with exact names would change. A driver gives a number
-// to a route point whose name a different point has, and the numbered name can be that of a third
-// point. Stateless. [any]
+// ChangedRoutes: finds a route that a send would change. A driver gives a number to a route point
+// whose name a different point has, and the numbered name can be that of a third point. Stateless.
+// [any]
 
 #pragma once
 
@@ -12,9 +12,8 @@
 
 namespace host {
 
-/// The name of the first route that would not be on the device as it is now or, if it is sent, as
-/// it is in the data; nullopt if there is none. The names of the points of sent routes do not
-/// count.
+/// The name of the first route that would no longer be on the device as it is now, although the
+/// data has no route of its name; nullopt if there is none.
 /// @param data    the records to send
 /// @param before  the plan of a send without routes: what the device holds
 /// @param plan    the plan of the send
@@ -23,5 +22,12 @@ namespace host {
                                                       const gps::SendPlan& before,
                                                       const gps::SendPlan& plan,
                                                       const gps::GPSFileDevice& device);
+
+/// The name of the first route of the data that would not be on the device as it is sent; nullopt
+/// if there is none. The names of its points do not count, nor does a route with a point that
+/// cannot be stored.
+[[nodiscard]] std::optional<std::string> distortedRoute(const gps::Dictionary& data,
+                                                        const gps::SendPlan& plan,
+                                                        const gps::GPSFileDevice& device);
 
 } // namespace host

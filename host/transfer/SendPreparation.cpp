@@ -135,27 +135,44 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
                      "Give it another name in the file, or send without --exact-names");
 }
 
+gps::Error wouldChange(const std::string& route, const char* advice)
+{
+    return hostError(
+        fmt::format("The route \"{}\" would be changed, because a point of another route would "
+                    "get the number and so the name of one of its points",
+                    displayText(route)),
+        advice);
+}
+
 // Plans a send without routes first: the last plan is the one whose texts the driver keeps.
-void planExactRoutes(PreparedSend& send)
+void planRoutes(PreparedSend& send)
 {
     const auto& data = *send.request.data;
     const auto before = send.snapshot->planSend({{"route", gps::Array{}}});
     send.plan = send.snapshot->planSend(data);
-    const auto changed = changedRoute(data, before, send.plan, *send.files);
-    if (changed && !send.obstacle)
-        send.obstacle = hostError(
-            fmt::format("The route \"{}\" would be changed, because a point of another route would "
-                        "get the number and so the name of one of its points",
-                        displayText(*changed)),
-            "Give the points of the routes different names in the file, or send without "
-            "--exact-names");
+    auto changed = changedRoute(data, before, send.plan, *send.files);
+    if (send.request.fitting == SendFitting::kNone) { // sent as it is, with a warning
+        if (changed)
+            send.faults.push_back(
+                wouldChange(*changed, "Give the points of the routes different names"));
+        return;
+    }
+    if (!changed)
+        changed = distortedRoute(data, send.plan, *send.files);
+    if (!changed || send.obstacle)
+        return;
+    send.obstacle = wouldChange(
+        *changed, send.request.fitting == SendFitting::kAll
+                      ? "Give the points of the routes different names in the file"
+                      : "Give the points of the routes different names in the file, or send "
+                        "without --exact-names");
 }
 
 void plan(PreparedSend& send)
 {
     auto& data = *send.request.data;
-    if (send.request.fitting == SendFitting::kRoutePoints && data.findArray("route") != nullptr)
-        planExactRoutes(send);
+    if (data.findArray("route") != nullptr)
+        planRoutes(send);
     else
         send.plan = send.snapshot->planSend(data);
     if (send.request.fitting == SendFitting::kNone || send.request.sendsPresent || send.obstacle)

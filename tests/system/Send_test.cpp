@@ -302,6 +302,36 @@ TEST_F(Send, ExactNamesThatWouldChangeARouteAreNotSent)
     EXPECT_EQ(numbered.status, 0) << numbered.err << "\"P 1 1\" is free";
 }
 
+// No route uses the device's "P", so that only the driver sees it, and numbers the sent one.
+TEST_F(Send, RouteThatWouldTakeOverAPointOfAnotherOneIsNotSent)
+{
+    const Receiver receiver;
+    receiver.put("Ways/Default Route File.rte",
+                 support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,,a",
+                                     "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a",
+                                     "PMGNRTE,1,1,c,1,Old,P 1,a"}));
+    const auto before = filesOf(receiver.path());
+    const auto routeOf = [&](const char* point) {
+        return here_.put("r.gpx", std::string{R"(<gpx version="1.1" creator="test"><rte>)"
+                                              R"(<name>New</name><rtept lat="48" lon="7"><name>)"} +
+                                      point + "</name></rtept></rte></gpx>");
+    };
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{}, {"--dry-run"}, {"--again"}}) {
+        auto words = options;
+        words.push_back(routeOf("P"));
+        const auto ran = send(receiver.path(), words);
+        EXPECT_EQ(ran.status, 1) << ran.out;
+        EXPECT_THAT(ran.err, HasSubstr("The route \"Old\" would be changed, because a point of "
+                                       "another route would get the number and so the name of one "
+                                       "of its points. Give the points of the routes different "
+                                       "names in the file."));
+        EXPECT_EQ(filesOf(receiver.path()), before) << ran.out;
+    }
+    const auto other = send(receiver.path(), {routeOf("Q")});
+    EXPECT_EQ(other.status, 0) << other.err;
+}
+
 TEST_F(Send, RecordWhoseNameAnotherFileHoldsDifferentlyIsNotSentTwice)
 {
     const Receiver receiver;
