@@ -14,11 +14,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     std::optional<gps::Dictionary> read;
-    if (const auto error = host::readDataFile(fuzz::asFile(fuzz::textOf(data, size)), read)) {
+    std::vector<std::string> remarks;
+    if (const auto error =
+            host::readDataFile(fuzz::asFile(fuzz::textOf(data, size)), read, remarks)) {
         fuzz::require(!read && error->description().has_value(), "a rejected file changes nothing");
         return 0;
     }
@@ -27,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::array<std::string, 3> texts;
     for (auto& text : texts) {
         host::appendJson(text, *read);
-        fuzz::require(!host::readDataFile(fuzz::asFile(text), read), "written data can be read");
+        fuzz::require(!host::readDataFile(fuzz::asFile(text), read, remarks),
+                      "written data can be read");
     }
     fuzz::require(texts[1] == texts[2], "written data, read and written again, are unchanged");
     return 0;
