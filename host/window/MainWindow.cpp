@@ -54,7 +54,7 @@ Glib::RefPtr<Gio::Menu> mainMenu()
     help->append(tr("_Preferences"), "win.preferences");
     help->append(tr("_Keyboard Shortcuts"), "win.shortcuts");
     help->append(tr("_About"), "win.about");
-    const auto menu = Gio::Menu::create();
+    auto menu = Gio::Menu::create();
     menu->append_section(files);
     menu->append_section(help);
     return menu;

@@ -46,9 +46,9 @@ void visitShifts(const Extent& thing, const Extent& seen, const Visit& visit)
 {
     if (thing.isEmpty() || thing.top > seen.bottom || thing.bottom < seen.top)
         return;
-    for (double shift = std::ceil(seen.left - thing.right); shift <= seen.right - thing.left;
-         ++shift)
-        visit(shift);
+    const auto first = static_cast<int>(std::ceil(seen.left - thing.right));
+    for (int shift = first; shift <= seen.right - thing.left; ++shift)
+        visit(static_cast<double>(shift));
 }
 
 } // namespace host

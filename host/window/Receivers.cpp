@@ -23,6 +23,8 @@
 #include <iterator>
 #include <utility>
 
+#include <gtkmm.h>
+
 namespace host {
 namespace {
 

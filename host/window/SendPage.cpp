@@ -222,7 +222,7 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
 void SendPage::setReceiver(const std::string& name, const std::string& location)
 {
     const auto title = Glib::ustring::compose(tr("To %1"), displayText(name));
-    if (location == location_ && title == receiver_.get_text())
+    if (location == location_ && title.raw() == receiver_.get_text().raw())
         return;
     location_ = location;
     receiver_.set_text(title);
@@ -256,8 +256,8 @@ void SendPage::bindRecord(Gtk::ListItem& row)
     const auto item = std::dynamic_pointer_cast<SendItem>(row.get_item());
     auto& widget = dynamic_cast<RowWidget&>(*row.get_child());
     widget.show(item->name, kindText(item->kind), ticks_.isTicked(item->kind, item->index),
-                [this, item](bool isTicked) { tick(*item.get(), isTicked); });
-    const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item.get())); };
+                [this, item](bool isTicked) { tick(*item, isTicked); });
+    const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item)); };
     widget.previewed = previewed_.connect(showNote);
     showNote();
 }

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <glibmm.h>
+
 namespace host {
 namespace {
 

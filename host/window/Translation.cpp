@@ -13,8 +13,10 @@ namespace host {
 
 void openTranslations()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet
     std::setlocale(LC_ALL, "");
     std::setlocale(LC_NUMERIC, "C"); // as the files have them
+    // NOLINTEND(concurrency-mt-unsafe)
     std::error_code ignored;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
     const auto folder = program.parent_path().parent_path() / "share" / "locale";
