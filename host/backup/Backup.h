@@ -74,8 +74,8 @@ makeBackup(const BackupPolicy& policy, const DataFolders& source, MadeBackup& ma
                                               const std::string& identifier,
                                               gps::FileSystem& files = gps::FileSystem::system());
 
-/// The names of the folders that may hold the backups of a device, in no order. Each can stand for
-/// the device's identifier in the functions below and above.
+/// The names of the folders that may hold the backups of a device, in no particular order.
+/// The other functions accept each of them in place of the device's identifier.
 [[nodiscard]] std::vector<std::string>
 listBackedUpDevices(const std::string& folder, gps::FileSystem& files = gps::FileSystem::system());
 

@@ -161,6 +161,13 @@ std::string joined(const std::vector<std::string>& texts, std::string_view separ
     return row;
 }
 
+void groupDigits(std::string& text, std::size_t end)
+{
+    constexpr std::size_t kGroup = 3; // digits
+    while (end > kGroup)
+        text.insert(end -= kGroup, 1, ',');
+}
+
 std::size_t characterCount(std::string_view text) noexcept
 {
     std::size_t count = 0;

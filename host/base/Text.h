@@ -18,6 +18,10 @@ inline constexpr std::string_view kHexDigits = "0123456789abcdef";
 /// The extension of a file's name, in small letters and without its "."; empty if it has none.
 [[nodiscard]] std::string fileTypeOf(std::string_view path);
 
+/// Puts commas between groups of three digits.
+/// @param end  where the digits end, which begin the text
+void groupDigits(std::string& text, std::size_t end);
+
 /// Copies a text to memory that has room for it. @return  the end of the copy
 [[nodiscard]] inline char* put(char* at, std::string_view text) noexcept
 {

@@ -49,7 +49,7 @@ struct SentFile {
 [[nodiscard]] std::vector<SentFile> checkFiles(const gps::SendPlan& plan,
                                                const std::vector<std::string>& folders);
 
-/// The result of every file that was to be written, if the device is no longer there to be read.
+/// The result of each file that was to be written, for a device that cannot be read any more.
 [[nodiscard]] std::vector<SentFile> unknownFiles(const gps::SendPlan& plan);
 
 /// Whether a file that differs from the plan holds all planned records, those of the device among

@@ -7,7 +7,6 @@
 #include "host/base/Text.h"
 #include "host/window/Accessible.h"
 #include "host/window/Translation.h"
-#include "host/words/ProgressText.h"
 #include "host/words/RestoreText.h"
 
 #include <algorithm>
@@ -83,8 +82,6 @@ BackupPage::BackupPage(Handlers handlers) : handlers_(std::move(handlers))
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     content_.set_margin(kGap);
     content_.set_spacing(kGap);
-    progress_.set_show_text(true);
-    progress_.set_ellipsize(Pango::EllipsizeMode::END);
     progress_.set_visible(false);
     nameForReaders(progress_, tr("Restoring"));
     empty_.set_wrap(true);
@@ -211,12 +208,7 @@ void BackupPage::setProgress(const TransferProgress& progress)
 {
     progress_.set_visible(isBusy_ && (progress.phase == TransferPhase::kRestoring ||
                                       progress.phase == TransferPhase::kBackingUp));
-    progress_.set_text(progressText(progress));
-    if (progress.totalBytes > 0)
-        progress_.set_fraction(static_cast<double>(progress.bytes) /
-                               static_cast<double>(progress.totalBytes));
-    else
-        progress_.pulse();
+    progress_.showProgress(progress);
 }
 
 void BackupPage::setBusy(bool isBusy)

@@ -7,6 +7,7 @@
 #include "host/transfer/BackupComparison.h"
 #include "host/transfer/TransferProgress.h"
 #include "host/window/BackupState.h"
+#include "host/window/TransferBar.h"
 
 #include <functional>
 #include <string>
@@ -68,7 +69,7 @@ private:
     bool isBusy_ = false;
 
     Gtk::Box content_{Gtk::Orientation::VERTICAL};
-    Gtk::ProgressBar progress_;
+    TransferBar progress_;
     Gtk::Label empty_;
     Gtk::Box devices_{Gtk::Orientation::VERTICAL};
 };

@@ -7,7 +7,6 @@
 #include "host/bundle/SerialPort.h"
 #include "host/window/Accessible.h"
 #include "host/window/Translation.h"
-#include "host/words/ProgressText.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -69,8 +68,6 @@ DevicePane::DevicePane(Handlers handlers)
     download_.add_css_class("suggested-action");
     download_.signal_clicked().connect([this] { startDownload(); });
     stop_.signal_clicked().connect([this] { handlers_.stop(); });
-    progress_.set_show_text(true);
-    progress_.set_ellipsize(Pango::EllipsizeMode::END);
     empty_.set_max_width_chars(kMostInLine);
     for (auto* const kind : {&waypoints_, &routes_, &tracks_}) {
         kind->set_active(true);
@@ -213,12 +210,7 @@ void DevicePane::startDownload()
 
 void DevicePane::setProgress(const TransferProgress& progress)
 {
-    progress_.set_text(progressText(progress));
-    if (progress.totalBytes > 0)
-        progress_.set_fraction(static_cast<double>(progress.bytes) /
-                               static_cast<double>(progress.totalBytes));
-    else
-        progress_.pulse();
+    progress_.showProgress(progress);
 }
 
 void DevicePane::setBusy(bool isBusy)

@@ -8,6 +8,7 @@
 #include "host/transfer/TransferProgress.h"
 #include "host/window/DriverView.h"
 #include "host/window/ReceiverState.h"
+#include "host/window/TransferBar.h"
 #include "host/window/Translation.h"
 
 #include <cstddef>
@@ -92,7 +93,7 @@ private:
     Gtk::CheckButton tracks_{tr("Tracks")};
     Gtk::Button download_{tr("Download")};
     Gtk::Button stop_{tr("Stop")};
-    Gtk::ProgressBar progress_;
+    TransferBar progress_;
 };
 
 } // namespace host

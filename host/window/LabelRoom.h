@@ -37,7 +37,7 @@ public:
     /// Finds room for a name beside a point: after it, before it, above or below. The room is
     /// occupied from then on.
     /// @param radius  that of the point
-    /// @return        the upper left corner; nullopt: there is no room
+    /// @return        the upper left corner; nullopt if there is no room
     [[nodiscard]] std::optional<PicturePoint> place(const PicturePoint& point, double radius,
                                                     double width, double height);
 

@@ -356,8 +356,8 @@ void MainWindow::enable(const char* action, bool isEnabled)
 
 void MainWindow::setReceived(ReceivedRecords received)
 {
-    setBusy(false);
     if (closesWhenIdle_) {
+        setBusy(false);
         closeWhenIdle();
         return;
     }
@@ -368,10 +368,13 @@ void MainWindow::setReceived(ReceivedRecords received)
                                  notReceivers.end());
     messages_.show(sentenceOn(received), received.messages, !received.isComplete);
     const char* const page = std::exchange(isSendNext_, false) ? "send" : "records";
-    if (isNothing && shown_.records) // what was received before may not have been saved
-        return;
-    shown_ = std::move(received);
+    // What was received before may not have been saved.
+    const bool isKept = isNothing && shown_.records;
+    if (!isKept)
+        shown_ = std::move(received);
     setBusy(false);
+    if (isKept)
+        return;
     records_.setRecords(shown_.records);
     frame_.showPage(page);
     if (frame_.shownPage() == "send")

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A desktop that shows no notifications is no reason for a message: the window has its own list.
+// A notification that cannot be shown is not reported: the window has its own list.
 
 #include "host/window/Saver.h"
 

@@ -33,7 +33,7 @@ public:
     static constexpr int kMostSide = 1024; ///< pixels of a tile
 
     /// Opens a file. Takes time: not on the main loop's thread. [any]
-    /// @param failure  out: why there is no map then, and what to do
+    /// @param failure  out: why the file cannot be shown, and what to do
     [[nodiscard]] static std::shared_ptr<TileFile> open(const std::string& path,
                                                         std::string& failure);
 
@@ -57,8 +57,8 @@ private:
     Description description_;
 };
 
-/// Whether the bytes begin like a picture that the toolkit can read and that is no larger than
-/// TileFile::kMostSide. Does not decode it. [any]
+/// Whether the bytes begin like a picture that the toolkit can read, of at most TileFile::kMostSide
+/// on each side. Does not decode it. [any]
 [[nodiscard]] bool isTilePicture(const TileFile::Bytes& bytes);
 
 } // namespace host

@@ -4,6 +4,8 @@
 
 #include "host/words/AccountText.h"
 
+#include "host/base/Text.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -121,10 +123,7 @@ std::string commandText(const SessionGap& gap)
 std::string groupedText(std::uint64_t number)
 {
     auto text = std::to_string(number);
-    for (auto at = text.size(); at > 3;) {
-        at -= 3;
-        text.insert(at, 1, ',');
-    }
+    groupDigits(text, text.size());
     return text;
 }
 

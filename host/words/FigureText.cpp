@@ -3,10 +3,13 @@
 
 #include "host/words/FigureText.h"
 
+#include "host/base/Text.h"
+
 #include <gps/NumberText.h>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -50,10 +53,7 @@ std::string numberText(double number, int decimals)
 {
     std::string text;
     gps::appendFixed(text, std::abs(number), decimals);
-    constexpr std::size_t kGroup = 3; // digits
-    const auto point = text.find('.');
-    for (auto at = point == std::string::npos ? text.size() : point; at > kGroup;)
-        text.insert(at -= kGroup, ",");
+    groupDigits(text, std::min(text.find('.'), text.size()));
     const bool isZero = text.find_first_not_of("0.,") == std::string::npos;
     return number < 0 && !isZero ? "−" + text : text;
 }

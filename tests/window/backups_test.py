@@ -4,32 +4,15 @@
 backups_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
-import os
-import pathlib
 import shutil
-import subprocess
-import sys
-import tempfile
-import unittest
 
-import screen
+import story
+from story import SAMPLES, begins
 
-if not os.environ.get("WINDOW_TEST_SESSION"):
-    os.environ["WINDOW_TEST_SESSION"] = "yes"
-    sys.exit(screen.run([sys.executable, "-B", *sys.argv]))
-
-import window  # noqa: E402
-
-SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
 RESTORED = "The backup is restored: the receiver holds what it held then."
 GPX = ('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">'
        '<wpt lat="46.5" lon="7.5"><name>New camp</name></wpt></gpx>')
 ROUTES = "Routes/South.rte"
-
-
-def begins(text):
-    return lambda name: name.startswith(text)
 
 
 def has(text):
@@ -40,39 +23,23 @@ def is_time(name):
     return name.endswith(" UTC") and name.startswith("20")
 
 
-def tree(folder):
-    """Every file below a folder, with its content."""
-    return {str(path.relative_to(folder)): path.read_bytes()
-            for path in folder.rglob("*") if path.is_file()}
-
-
-class BackupsTest(unittest.TestCase):
+class BackupsTest(story.Story):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="backups-test-")
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        super().setUp()
         self.device = self.folder / "receiver"
         shutil.copytree(SAMPLES / "receiver", self.device)
         self.environment = {"XDG_STATE_HOME": str(self.folder / "state")}
-        self.original = tree(self.device)
+        self.original = self.contents(self.device)
 
     def send(self):
         """Sends a waypoint from the command line, which makes a backup."""
         file = self.folder / "new.gpx"
         file.write_text(GPX)
-        subprocess.run([PROGRAMS / "magellangps", "send", "-q", "--device", self.device, file],
-                       check=True, env=dict(os.environ, **self.environment),
-                       stdout=subprocess.DEVNULL)
+        self.command_line("send", "-q", "--device", self.device, file)
 
     def backups(self):
         kept = self.folder / "state" / "magellangps" / "backups"
         return sorted(path for path in kept.glob("*/*") if not path.name.startswith("."))
-
-    def open(self, *paths):
-        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
-                               environment=self.environment)
-        self.addCleanup(opened.__exit__)
-        return opened
 
     def show_backups(self):
         opened = self.open(self.device)
@@ -86,7 +53,7 @@ class BackupsTest(unittest.TestCase):
 
     def test_backup_of_a_send_is_put_back_byte_for_byte(self):
         self.send()
-        self.assertNotEqual(tree(self.device), self.original)
+        self.assertNotEqual(self.contents(self.device), self.original)
         sent = self.device / "My POIs" / "Default POI File.upt"
         sent.unlink()
         south = self.device / ROUTES
@@ -100,32 +67,32 @@ class BackupsTest(unittest.TestCase):
         opened.press("push button", "Restore")
         opened.find("label", RESTORED)
         opened.find("label", has(f"restored: {ROUTES}"))
-        self.assertEqual(tree(self.device), self.original)
+        self.assertEqual(self.contents(self.device), self.original)
         opened.wait_until(lambda: len([name for name in opened.names("label") if is_time(name)])
                           == 2)
         self.assertEqual(len(self.backups()), 2)
 
     def test_file_that_the_backup_does_not_have_is_announced_and_stays(self):
         self.send()
-        after = tree(self.device)
+        after = self.contents(self.device)
         opened = self.show_backups()
         opened.click("label", is_time)
         opened.find("label", has("there is nothing to restore"))
         opened.find("label", has("1 file is not in the backup, and will stay: "
                                  "My POIs/Default POI File.upt."))
         self.assertFalse(opened.can_be_used("push button", "Restore…"))
-        self.assertEqual(tree(self.device), after)
+        self.assertEqual(self.contents(self.device), after)
 
     def test_answer_no_changes_nothing(self):
         self.send()
         (self.device / ROUTES).write_bytes(b"")
-        before = tree(self.device)
+        before = self.contents(self.device)
         opened = self.show_backups()
         opened.click("label", is_time)
         opened.press("push button", "Restore…")
         opened.press("push button", "Cancel")
         opened.wait_until(lambda: "Restore This Backup?" not in opened.names("label"))
-        self.assertEqual(tree(self.device), before)
+        self.assertEqual(self.contents(self.device), before)
         self.assertEqual(len(self.backups()), 1)
 
     def test_damaged_backup_is_refused_with_its_file(self):
@@ -172,4 +139,4 @@ class BackupsTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    story.main()

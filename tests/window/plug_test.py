@@ -12,7 +12,6 @@ import subprocess
 import sys
 
 import story
-import window
 from story import PROGRAMS, SAMPLES, begins
 
 import gi
@@ -78,19 +77,13 @@ PORT_NODE = "/sys/devices/usb1/1-2/ttyUSB0/tty/ttyUSB0"
 class PlugTest(story.Story):
     def setUp(self):
         super().setUp()
+        self.environment = {"DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]}
         self.testbed = UMockdev.Testbed.new()
         self.receiver = shutil.copytree(SAMPLES / "receiver", self.folder / "receiver")
         os.environ["UMOCKDEV_DIR"] = self.testbed.get_root_dir()  # for what is started from here
         self.table = pathlib.Path(self.testbed.get_root_dir(), "proc/self/mountinfo")
         self.table.parent.mkdir(parents=True)
         self.table.write_text("")
-
-    def open(self, *paths):
-        bus = {"DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]}
-        opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
-                               environment=bus)
-        self.addCleanup(opened.__exit__)
-        return opened
 
     def plug_in(self):
         self.testbed.add_from_string(STICK)

@@ -27,6 +27,8 @@ def begins(text):
 
 
 class Story(unittest.TestCase):
+    environment = WHEN  # of the programs, beside this one's own
+
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="window-test-")
         self.addCleanup(folder.cleanup)
@@ -34,7 +36,7 @@ class Story(unittest.TestCase):
 
     def open(self, *paths):
         opened = window.Window(PROGRAMS / "magellangps-desktop", *map(str, paths),
-                               environment=WHEN)
+                               environment=self.environment)
         self.addCleanup(opened.__exit__)
         return opened
 
@@ -45,10 +47,9 @@ class Story(unittest.TestCase):
         return opened
 
     def command_line(self, *arguments, status=0):
-        ended = subprocess.run([PROGRAMS / "magellangps", *map(str, arguments)],
-                               env=dict(os.environ, **WHEN), stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL)
-        self.assertEqual(ended.returncode, status)
+        ended = subprocess.run([PROGRAMS / "magellangps", *map(str, arguments)], text=True,
+                               env=dict(os.environ, **self.environment), capture_output=True)
+        self.assertEqual(ended.returncode, status, ended.stderr)
 
     def contents(self, folder):
         """The files below a folder, by their paths in it."""
