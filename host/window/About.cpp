@@ -3,7 +3,7 @@
 
 #include "host/window/About.h"
 
-#include "host/window/Translation.h"
+#include "host/window/base/Translation.h"
 
 #include <adwaita.h>
 

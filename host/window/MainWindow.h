@@ -3,16 +3,16 @@
 
 #pragma once
 
-#include "host/window/BackupPage.h"
-#include "host/window/DevicePane.h"
-#include "host/window/MessageBar.h"
-#include "host/window/PathChooser.h"
-#include "host/window/Receivers.h"
-#include "host/window/RecordPage.h"
-#include "host/window/SavingPage.h"
-#include "host/window/SendPage.h"
-#include "host/window/SettingsKeeper.h"
 #include "host/window/WindowFrame.h"
+#include "host/window/backups/BackupPage.h"
+#include "host/window/base/MessageBar.h"
+#include "host/window/base/PathChooser.h"
+#include "host/window/devices/DevicePane.h"
+#include "host/window/devices/Receivers.h"
+#include "host/window/records/RecordPage.h"
+#include "host/window/saving/SavingPage.h"
+#include "host/window/send/SendPage.h"
+#include "host/window/settings/SettingsKeeper.h"
 
 #include <functional>
 #include <memory>

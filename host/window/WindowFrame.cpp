@@ -3,8 +3,8 @@
 
 #include "host/window/WindowFrame.h"
 
-#include "host/window/Accessible.h"
-#include "host/window/Translation.h"
+#include "host/window/base/Accessible.h"
+#include "host/window/base/Translation.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include "host/window/About.h"
 #include "host/window/MainWindow.h"
 #include "host/window/Shortcuts.h"
-#include "host/window/Translation.h"
+#include "host/window/base/Translation.h"
 
 #include <array>
 #include <cstdio>

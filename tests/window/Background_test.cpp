@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/Background.h"
+#include "host/window/base/Background.h"
 
 #include <gtest/gtest.h>
 

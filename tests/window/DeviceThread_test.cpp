@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/DeviceThread.h"
+#include "host/window/devices/DeviceThread.h"
 
 #include <gtest/gtest.h>
 

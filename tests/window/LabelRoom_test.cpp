@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/LabelRoom.h"
+#include "host/window/map/LabelRoom.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/LatestJob.h"
+#include "host/window/base/LatestJob.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/MapExtent.h"
+#include "host/window/map/MapExtent.h"
 
-#include "host/window/MapPath.h"
-#include "host/window/MapView.h"
+#include "host/window/map/MapPath.h"
+#include "host/window/map/MapView.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/MapPath.h"
+#include "host/window/map/MapPath.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/MapRecords.h"
+#include "host/window/map/MapRecords.h"
 
-#include "host/window/MapNote.h"
-#include "host/window/RecordPainter.h"
+#include "host/window/map/MapNote.h"
+#include "host/window/map/RecordPainter.h"
 
 #include <gps/Geocache.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/PointClusters.h"
+#include "host/window/map/PointClusters.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/ProfileCursor.h"
+#include "host/window/profile/ProfileCursor.h"
 
 #include <gtest/gtest.h>
 

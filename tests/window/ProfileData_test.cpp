@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/ProfileData.h"
+#include "host/window/profile/ProfileData.h"
 
 #include "host/Numbers.h"
 

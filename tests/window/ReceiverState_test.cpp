@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/ReceiverState.h"
+#include "host/window/devices/ReceiverState.h"
 
 #include "host/FakeDriver.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/RecordModel.h"
+#include "host/window/records/RecordModel.h"
 
-#include "host/window/RecordItem.h"
+#include "host/window/records/RecordItem.h"
 
 #include <gtest/gtest.h>
 

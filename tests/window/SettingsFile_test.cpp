@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Configuration files as people write them, before and after the window has changed a setting.
 
-#include "host/window/SettingsFile.h"
+#include "host/window/settings/SettingsFile.h"
 
 #include "support/TemporaryFolder.h"
 

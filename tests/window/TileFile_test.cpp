@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "host/window/TileFile.h"
+#include "host/window/map/TileFile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: MIT
+// A preview reads the whole receiver, so it is made once the user has stopped ticking, and only
+// while the page is seen.
+
+#include "host/window/send/SendPage.h"
+
+#include "host/base/RecordText.h"
+#include "host/base/Text.h"
+#include "host/window/base/Accessible.h"
+#include "host/window/base/Translation.h"
+
+#include <utility>
+#include <vector>
+
+namespace host {
+namespace {
+
+using Fate = PlannedRecord::Fate;
+
+constexpr int kGap = 12;                // pixels
+constexpr int kPlanHeight = 150;        // of the list of changes
+constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
+constexpr int kMostInLine = 80;         // characters
+constexpr std::size_t kMostOfText = 60; // characters of a name
+
+std::string shownName(const gps::Dictionary& record, const char* unnamed)
+{
+    const auto name = displayText(textIn(record, "name"), kMostOfText);
+    return name.empty() ? unnamed : name;
+}
+
+template <typename Record>
+void addItems(const std::vector<Record>& records, const std::vector<bool>& isTicked,
+              RecordKind kind, const char* unnamed, std::vector<Glib::RefPtr<SendItem>>& items)
+{
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (isTicked[i])
+            items.push_back(SendItem::create(kind, i, shownName(records[i].record, unnamed)));
+    }
+}
+
+const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
+{
+    const auto& kind = item.kind == RecordKind::kTrack   ? records.tracks
+                       : item.kind == RecordKind::kRoute ? records.routes
+                                                         : records.points;
+    return item.index < kind.size() ? &kind[item.index] : nullptr;
+}
+
+const char* kindText(RecordKind kind)
+{
+    switch (kind) {
+    case RecordKind::kTrack:
+        return tr("Track");
+    case RecordKind::kRoute:
+        return tr("Route");
+    case RecordKind::kPoint:
+        break;
+    }
+    return tr("Waypoint");
+}
+
+// What the receiver changes in a record that it gets.
+Glib::ustring changesOf(const PlannedRecord& record)
+{
+    Glib::ustring text;
+    for (const auto& key : record.changedTexts) {
+        if (key == "name")
+            text = Glib::ustring::compose(tr("as “%1”"), displayText(record.name, kMostOfText));
+    }
+    const bool isMore = record.changedTexts.size() > (text.empty() ? 0U : 1U);
+    return isMore ? text + (text.empty() ? "" : ", ") + tr("texts changed") : text;
+}
+
+// A row: a box to tick, the record's name, and what becomes of it.
+class RowWidget : public Gtk::Box {
+public:
+    RowWidget() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap)
+    {
+        name_.set_ellipsize(Pango::EllipsizeMode::END);
+        name_.set_xalign(0);
+        set_margin_start(kGap / 2);
+        set_margin_end(kGap);
+        kind_.add_css_class("dim-label");
+        kind_.set_hexpand(true);
+        kind_.set_xalign(0);
+        note_.add_css_class("dim-label");
+        note_.set_ellipsize(Pango::EllipsizeMode::END);
+        append(box_);
+        append(name_);
+        append(kind_);
+        append(note_);
+    }
+
+    void show(const Glib::ustring& name, const char* kind, bool isTicked,
+              std::function<void(bool isTicked)> toggled)
+    {
+        toggled_.disconnect(); // the record that was shown before must not hear of the change
+        name_.set_text(name);
+        kind_.set_text(kind);
+        nameForReaders(box_, Glib::ustring::compose(tr("Send %1"), name).c_str());
+        box_.set_active(isTicked);
+        toggled_ = box_.signal_toggled().connect(
+            [this, toggled = std::move(toggled)] { toggled(box_.get_active()); });
+    }
+
+    void setNote(const std::string& note) { note_.set_text(note); }
+
+    sigc::connection previewed; ///< to the page that knows the note
+
+private:
+    Gtk::CheckButton box_;
+    Gtk::Label name_;
+    Gtk::Label kind_;
+    Gtk::Label note_;
+    sigc::connection toggled_;
+};
+
+Gtk::ScrolledWindow* scrolled(Gtk::Widget& child)
+{
+    auto* const scrolled = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scrolled->set_child(child);
+    return scrolled;
+}
+
+} // namespace
+
+SendPage::SendPage(Handlers handlers)
+    : Gtk::Box(Gtk::Orientation::VERTICAL), handlers_(std::move(handlers)),
+      empty_(ADW_STATUS_PAGE(adw_status_page_new()))
+{
+    adw_status_page_set_icon_name(empty_, "document-send-symbolic");
+    adw_status_page_set_title(empty_, tr("Nothing to Send"));
+    gtk_widget_set_vexpand(GTK_WIDGET(empty_), TRUE);
+    gtk_box_append(gobj(), GTK_WIDGET(empty_));
+    receiver_.add_css_class("heading");
+    receiver_.set_margin(kGap);
+    receiver_.set_xalign(0);
+    receiver_.set_wrap(true);
+    content_.append(receiver_);
+    content_.append(*recordView());
+    content_.append(*planView());
+    content_.append(*actionBar());
+    append(content_);
+    signal_map().connect([this] { requestPreview(); });
+    showState();
+}
+
+Gtk::Widget* SendPage::recordView()
+{
+    const auto factory = Gtk::SignalListItemFactory::create();
+    factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem>& row) {
+        row->set_child(*Gtk::make_managed<RowWidget>());
+    });
+    factory->signal_bind().connect(
+        [this](const Glib::RefPtr<Gtk::ListItem>& row) { bindRecord(*row.get()); });
+    factory->signal_unbind().connect([](const Glib::RefPtr<Gtk::ListItem>& row) {
+        dynamic_cast<RowWidget&>(*row->get_child()).previewed.disconnect();
+    });
+    auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(items_), factory);
+    nameForReaders(*view, tr("Records to send"));
+    auto* const pane = scrolled(*view);
+    pane->set_vexpand(true);
+    return pane;
+}
+
+Gtk::Widget* SendPage::planView()
+{
+    const auto factory = Gtk::SignalListItemFactory::create();
+    factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem>& row) {
+        auto* const label = Gtk::make_managed<Gtk::Label>();
+        label->set_wrap(true);
+        label->set_xalign(0);
+        row->set_child(*label);
+    });
+    factory->signal_bind().connect(
+        [this](const Glib::RefPtr<Gtk::ListItem>& row) { bindLine(*row.get()); });
+    auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(lines_), factory);
+    nameForReaders(*view, tr("What changes on the receiver"));
+    auto* const pane = scrolled(*view);
+    pane->set_min_content_height(kPlanHeight);
+    plan_.set_label(tr("What Changes on the Receiver"));
+    plan_.set_expanded(true);
+    plan_.set_margin(kGap);
+    plan_.set_child(*pane);
+    return &plan_;
+}
+
+Gtk::Widget* SendPage::actionBar()
+{
+    auto* const bar = Gtk::make_managed<Gtk::ActionBar>();
+    summary_.set_wrap(true);
+    summary_.set_xalign(0);
+    summary_.set_max_width_chars(kMostInLine);
+    send_.set_label(tr("Send"));
+    send_.add_css_class("suggested-action");
+    send_.signal_clicked().connect([this] { handlers_.send(choice_, preview_); });
+    bar->pack_start(spinner_);
+    bar->pack_start(summary_);
+    bar->pack_end(send_);
+    return bar;
+}
+
+void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const TickedRecords& ticked)
+{
+    if (records == choice_.records && ticked == listed_)
+        return; // the page keeps its own ticks
+    listed_ = ticked;
+    choice_ = {std::move(records), ticked};
+    ticks_ = RecordTicks{ticked};
+    std::vector<Glib::RefPtr<SendItem>> items;
+    addItems(choice_.records->tracks, ticked.tracks, RecordKind::kTrack, tr("Track without a name"),
+             items);
+    addItems(choice_.records->routes, ticked.routes, RecordKind::kRoute, tr("Route without a name"),
+             items);
+    addItems(choice_.records->points, ticked.points, RecordKind::kPoint,
+             tr("Waypoint without a name"), items);
+    items_->splice(0, items_->get_n_items(), items);
+    refresh();
+}
+
+void SendPage::setReceiver(const std::string& name, const std::string& location)
+{
+    const auto title = Glib::ustring::compose(tr("To %1"), displayText(name));
+    if (location == location_ && title.raw() == receiver_.get_text().raw())
+        return;
+    location_ = location;
+    receiver_.set_text(title);
+    refresh();
+}
+
+void SendPage::setPreview(SendPreview preview)
+{
+    preview_ = std::move(preview);
+    isPreviewed_ = true;
+    std::vector<Glib::ustring> lines;
+    for (const auto* const some : {&preview_.problems, &preview_.lines}) {
+        for (const auto& line : *some)
+            lines.emplace_back(displayText(line));
+    }
+    lines_->splice(0, lines_->get_n_items(), lines);
+    previewed_.emit();
+    showState();
+}
+
+void SendPage::setBusy(bool isBusy)
+{
+    isBusy_ = isBusy;
+    if (!isBusy)
+        refresh();
+    showState();
+}
+
+void SendPage::bindRecord(Gtk::ListItem& row)
+{
+    const auto item = std::dynamic_pointer_cast<SendItem>(row.get_item());
+    auto& widget = dynamic_cast<RowWidget&>(*row.get_child());
+    widget.show(item->name, kindText(item->kind), ticks_.isTicked(item->kind, item->index),
+                [this, item](bool isTicked) { tick(*item, isTicked); });
+    const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item)); };
+    widget.previewed = previewed_.connect(showNote);
+    showNote();
+}
+
+void SendPage::bindLine(Gtk::ListItem& row) const
+{
+    auto& label = dynamic_cast<Gtk::Label&>(*row.get_child());
+    label.set_text(lines_->get_string(row.get_position()));
+    if (row.get_position() < preview_.problems.size())
+        label.add_css_class("error");
+    else
+        label.remove_css_class("error");
+}
+
+void SendPage::tick(const SendItem& item, bool isTicked)
+{
+    ticks_.tick(item.kind, item.index, isTicked);
+    choice_.ticked = ticks_.records();
+    refresh();
+}
+
+// The preview is of something else now.
+void SendPage::refresh()
+{
+    isPreviewed_ = false;
+    waiting_.disconnect();
+    waiting_ = Glib::signal_timeout().connect(
+        [this] {
+            requestPreview();
+            return false;
+        },
+        kPause);
+    showState();
+}
+
+void SendPage::requestPreview()
+{
+    if (!isPreviewed_ && !isBusy_ && get_mapped() && !location_.empty() &&
+        items_->get_n_items() > 0)
+        handlers_.preview(choice_);
+}
+
+void SendPage::showState()
+{
+    const bool isReady = !location_.empty() && items_->get_n_items() > 0;
+    gtk_widget_set_visible(GTK_WIDGET(empty_), isReady ? FALSE : TRUE);
+    adw_status_page_set_description(
+        empty_, location_.empty()
+                    ? tr("Connect a receiver that mounts as a disk.")
+                    : tr("Import files or download records, and tick what you want to send."));
+    content_.set_visible(isReady);
+    const bool isWaiting = isReady && !isPreviewed_ && !isBusy_;
+    spinner_.set_spinning(isWaiting);
+    summary_.set_text(isPreviewed_ ? preview_.summary : "");
+    send_.set_sensitive(isPreviewed_ && !isBusy_ && preview_.canSend);
+}
+
+std::string SendPage::noteOn(const SendItem& item) const
+{
+    const auto* const record = isPreviewed_ ? find(preview_.records, item) : nullptr;
+    if (record == nullptr)
+        return {};
+    switch (record->fate) {
+    case Fate::kNotTicked:
+        return tr("not sent");
+    case Fate::kPresent:
+        return tr("on the receiver already");
+    case Fate::kEmpty:
+        return tr("left out: it has no points");
+    case Fate::kSent:
+        break;
+    }
+    return changesOf(*record);
+}
+
+} // namespace host

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// The plan is made once more for the send: a preview holds no lock on the device, which the user
+// may look at for an hour.
+
+#include "host/window/send/SendWork.h"
+
+#include "host/base/Text.h"
+#include "host/transfer/Send.h"
+#include "host/window/base/Translation.h"
+#include "host/words/PlanReport.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <glibmm.h>
+
+namespace host {
+namespace {
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = text.find('\n', begin);
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end == std::string::npos ? text.size() : end + 1;
+    }
+    return lines;
+}
+
+std::string summaryOf(const PreparedSend& plan)
+{
+    if (plan.request.data->empty())
+        return plan.present.isEmpty() ? tr("Nothing is ticked.")
+                                      : tr("The receiver has everything already.");
+    const auto files = plannedWrites(plan.plan);
+    if (files == 0)
+        return tr("Nothing can be written.");
+    return Glib::ustring::compose(tr("%1, into %2 file.", "%1, into %2 files.", files),
+                                  dataSummary(*plan.request.data), files);
+}
+
+SendPreview previewOf(const PreparedSend& plan)
+{
+    SendPreview preview{.location = plan.device.location};
+    if (plan.files == nullptr) {
+        preview.problems.emplace_back(
+            tr("Nothing can be sent to this receiver. Connect one that mounts as a disk."));
+        return preview;
+    }
+    if (plan.snapshot)
+        preview.identifier = plan.snapshot->identifier();
+    preview.problems = emptyRecordErrors(plan);
+    for (auto& problem : planErrors(plan))
+        preview.problems.push_back(std::move(problem));
+    preview.lines = linesOf(planReport(plan));
+    preview.summary = summaryOf(plan);
+    preview.canSend = !plan.obstacle && plannedWrites(plan.plan) > 0;
+    return preview;
+}
+
+SendResult notSent(const char* sentence)
+{
+    return {.sentence = sentence};
+}
+
+bool isNothingWritten(const SendReport& report)
+{
+    return !report.wasRun() || std::all_of(report.files.begin(), report.files.end(),
+                                           [](const SentFile& file) { return file.isAsBefore; });
+}
+
+SendResult resultOf(const PreparedSend& plan, const SendReport& report)
+{
+    SendResult result{.isComplete = report.isComplete()};
+    const auto add = [&result](bool isError, std::vector<std::string> sentences) {
+        for (auto& sentence : sentences)
+            result.messages.push_back({isError, std::move(sentence)});
+    };
+    add(true, sendErrors(report, plan));
+    add(false, writingNotes(report, plan));
+    if (report.backup)
+        add(false, {Glib::ustring::compose(tr("The receiver's files are kept in the backup %1."),
+                                           report.backup->name)});
+    result.sentence =
+        report.isComplete()
+            ? Glib::ustring::compose(tr("Sent, and read back from the receiver: %1"),
+                                     summaryOf(plan))
+            : Glib::ustring{
+                  tr(isNothingWritten(report) ? "Nothing was sent." : "Not everything was sent.")};
+    return result;
+}
+
+} // namespace
+
+SendPreview previewSend(const ChosenDevice& device, const SendChoice& choice,
+                        const BackupPolicy& backup)
+{
+    const auto plan = prepareSend(device, {.data = numberedSendData(*choice.records, choice.ticked),
+                                           .isDryRun = true,
+                                           .backup = backup});
+    auto preview = previewOf(plan);
+    preview.records = plannedRecords(*choice.records, choice.ticked, *plan.request.data);
+    return preview;
+}
+
+SendResult sendRecords(const ChosenDevice& device, const SendChoice& choice,
+                       const SendPreview& seen, const BackupPolicy& backup, const SendCalls& calls)
+{
+    if (device.location != seen.location)
+        return notSent(tr("Nothing was sent, because another receiver is selected now."));
+    const auto plan = prepareSend(device, {.data = sendData(*choice.records, choice.ticked),
+                                           .backup = backup,
+                                           .stopRequested = calls.stopRequested,
+                                           .progress = calls.progress});
+    const auto present = previewOf(plan);
+    if (!plan.obstacle && (present.lines != seen.lines || present.identifier != seen.identifier))
+        return notSent(tr("Nothing was sent, because the receiver has changed. Look at what would "
+                          "change now, and send again."));
+    return resultOf(plan, performSend(plan));
+}
+
+} // namespace host
