@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <sys/stat.h>
@@ -87,6 +88,17 @@ gps::Error explainDisk(const std::string& disk)
                                  "without --device",
                                  mountCommand(nodeToMount(disk))),
                      disk);
+}
+
+std::string removableDiskAt(const std::string& folder)
+{
+    std::error_code failed;
+    const auto path = fs::canonical(folder, failed).string();
+    for (auto& disk : gps::removableDisks()) {
+        if (std::find(disk.folders.begin(), disk.folders.end(), path) != disk.folders.end())
+            return std::move(disk.node);
+    }
+    return {};
 }
 
 // Receivers mount as the disks of cameras do.

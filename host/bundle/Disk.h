@@ -29,6 +29,9 @@ namespace host {
 /// Precondition: isDisk(disk).
 [[nodiscard]] std::optional<std::string> mountedFolderOf(const std::string& disk);
 
+/// The removable disk that is mounted at a folder; empty if there is none.
+[[nodiscard]] std::string removableDiskAt(const std::string& folder);
+
 /// Whether a disk has a file system that receivers have.
 [[nodiscard]] bool mayBeReceiver(const gps::RemovableDisk& disk);
 

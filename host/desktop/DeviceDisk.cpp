@@ -3,17 +3,14 @@
 
 #include "host/desktop/DeviceDisk.h"
 
+#include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/bundle/Disk.h"
-
-#include <platform/System/RemovableDisks.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -21,8 +18,6 @@
 
 namespace host {
 namespace {
-
-namespace fs = std::filesystem;
 
 void refreshVolumes(const std::vector<Driver>& drivers)
 {
@@ -37,18 +32,6 @@ bool isReceiverMounted(const std::vector<Driver>& drivers)
     return std::any_of(drivers.begin(), drivers.end(), [](const Driver& driver) {
         return driver->needsFileSystemRefresh() && driver->isReady();
     });
-}
-
-// The removable disk that is mounted at a folder; empty if there is none.
-std::string diskAt(const std::string& folder)
-{
-    std::error_code failed;
-    const auto path = fs::canonical(folder, failed).string();
-    for (auto& disk : gps::removableDisks()) {
-        if (std::find(disk.folders.begin(), disk.folders.end(), path) != disk.folders.end())
-            return std::move(disk.node);
-    }
-    return {};
 }
 
 // Unmounting writes everything, too, but does not say whether that has worked.
@@ -80,13 +63,14 @@ std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
         return failure;
     }
     if (options_.eject) {
-        ejected_ = hasMounted() ? mounted_.all().front().node : diskAt(found.location);
+        ejected_ = hasMounted() ? mounted_.all().front().node : removableDiskAt(found.location);
         folder_ = found.location;
         if (ejected_.empty() && options_.isEjectDefault)
             options_.eject = false;
         else if (ejected_.empty())
             return hostError("This device cannot be ejected, because it is not a removable disk",
-                             "Leave out --eject", found.location);
+                             advice("Leave out --eject", "Unmount it with your desktop"),
+                             found.location);
     }
     chosen = std::move(found);
     return std::nullopt;

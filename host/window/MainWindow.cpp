@@ -91,6 +91,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                     },
                 .stop = [this] { receivers_->stop(); },
                 .mount = [this](const std::string& node) { receivers_->mount(node); },
+                .eject = [this](const auto& device) { eject(device); },
                 .selected =
                     [this](const auto& receiver) {
                         if (receiver)
@@ -146,6 +147,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
             .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
+            .ejected = [this](const Message& result) { setEjected(result); },
             .notReceivers =
                 [this](const std::vector<RefusedFolder>& folders) { importFrom(folders); },
             .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
@@ -406,6 +408,28 @@ void MainWindow::restore(const std::string& backup, const Glib::ustring& explana
             setBusy(true);
             receivers_->restore(receiver->address, backup, backups());
         });
+}
+
+void MainWindow::eject(const DeviceAddress& device)
+{
+    if (isEjecting_)
+        return;
+    if (isBusy_ || isSaving_) {
+        messages_.show(tr("The receiver was not ejected, because a transfer is running. Wait for "
+                          "its end, or stop it, and eject the receiver again."),
+                       {}, true);
+        return;
+    }
+    isEjecting_ = true;
+    messages_.show(tr("The receiver is being ejected. Leave it connected until that has ended."),
+                   {}, false);
+    receivers_->eject(device);
+}
+
+void MainWindow::setEjected(const Message& result)
+{
+    isEjecting_ = false;
+    messages_.show(result.text, {}, result.isError);
 }
 
 void MainWindow::setRestored(const RestoreReport& report)

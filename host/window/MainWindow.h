@@ -52,6 +52,8 @@ private:
     void setSent(const SendResult& result);
     void showRecordsToSend();
     void restore(const std::string& backup, const Glib::ustring& explanation);
+    void eject(const DeviceAddress& device);
+    void setEjected(const Message& result);
     void setRestored(const RestoreReport& report);
     void chooseFolder();
     void chooseFiles();
@@ -83,9 +85,10 @@ private:
     bool isBusy_ = false;
     std::vector<std::string> opened_;   // files to import together with folders
     std::vector<Message> notReceivers_; // why the folders that are being imported are not receivers
-    bool isSendNext_ = false;     // the files that are being imported were dropped, to be sent
-    bool isSaving_ = false;       // a receiver is being read for that just now
-    bool closesWhenIdle_ = false; // the user has asked for it while a transfer was running
+    bool isSendNext_ = false; // the files that are being imported were dropped, to be sent
+    bool isEjecting_ = false;
+    bool isSaving_ = false;                // a receiver is being read for that just now
+    bool closesWhenIdle_ = false;          // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };
 

@@ -8,6 +8,7 @@ import json
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 
@@ -51,6 +52,8 @@ E: MINOR=17
 A: dev=8:17\\n
 
 """
+OTHER_STICK = (STICK.split("\n\n", 1)[1].replace("sdb", "sdc").replace("1-1", "1-3")
+               .replace("8:1", "8:3").replace("MINOR=1", "MINOR=3").replace("MAGELLAN", "OTHER"))
 PORT = """P: /devices/usb1/1-2
 E: SUBSYSTEM=usb
 E: DEVTYPE=usb_device
@@ -121,6 +124,7 @@ class PlugTest(story.Story):
         self.addCleanup(service.terminate)
         while service.stdout.readline() != "ready\n":
             pass
+        return service
 
     def test_receiver_that_is_mounted_appears_and_downloads(self):
         opened = self.open()
@@ -165,6 +169,47 @@ class PlugTest(story.Story):
         opened = self.open()
         opened.press("push button", 'Mount vfat "MAGELLAN"')
         opened.find("label", lambda text: "udisks2" in text)
+
+    def test_receiver_that_is_ejected_is_unmounted_and_can_be_unplugged(self):
+        self.start_disk_service()
+        self.plug_in()
+        self.mount()
+        opened = self.open()
+        opened.press("push button", "Eject")
+        opened.find("label", "The device /dev/sdb1 is switched off and can be unplugged.")
+        opened.wait_until(lambda: not any(map(begins("Magellan device"), opened.names("label"))))
+        self.assertEqual(self.table.read_text(), "")
+
+    def test_receiver_cannot_be_ejected_without_udisks2_and_stays(self):
+        self.plug_in()
+        self.mount()
+        opened = self.open()
+        opened.press("push button", "Eject")
+        opened.find("label", begins("The disk cannot be unmounted, because udisks2 is not running"))
+        opened.find("label", begins("Magellan device"))
+
+    def test_receiver_is_not_ejected_while_a_transfer_runs(self):
+        service = self.start_disk_service()
+        self.plug_in()
+        self.mount()
+        self.testbed.add_from_string(OTHER_STICK)
+        opened = self.open()
+        opened.find("push button", "Eject")
+        opened.find("push button", 'Mount vfat "OTHER"')
+        os.kill(service.pid, signal.SIGSTOP)  # the import waits for the end of the mounting
+        opened.press("push button", 'Mount vfat "OTHER"')
+        subprocess.run([PROGRAMS / "magellangps-desktop", SAMPLES / "files" / "trip.log"],
+                       check=True, env=opened.environment)
+        opened.press("push button", "Eject")
+        opened.find("label", begins("The receiver was not ejected, because a transfer is running."))
+        os.kill(service.pid, signal.SIGCONT)
+        opened.find("label", begins("Received: 1 track"))
+        opened.find("label", begins("Magellan device"))
+
+    def test_copy_of_a_receiver_cannot_be_ejected(self):
+        opened = self.open(self.receiver)
+        opened.find("label", begins("Magellan device"))
+        self.assertNotIn("Eject", opened.names("push button"))
 
     def test_receiver_on_a_cable_that_is_plugged_in_downloads(self):
         opened = self.open()

@@ -82,6 +82,17 @@ class SendTest(story.Story):
         self.assertEqual(self.contents(self.receiver), before)
         opened.find("label", begins("merge into: My POIs/"))  # the new plan
 
+    def test_geocache_is_called_one(self):
+        self.file.write_text(POINTS.replace("</wpt>", "<type>Geocache|Traditional Cache</type></wpt>",
+                                            1), encoding="utf-8")
+        opened = self.open(self.receiver, self.file)
+        opened.find("label", begins("Received: "))
+        opened.press("page tab", "Send")
+        opened.find("check box", "Send Hut")
+        labels = opened.names("label")[::-1]  # those of this page first
+        self.assertEqual([labels[labels.index(name) - 1] for name in ("H\u00fctte", "Hut")],
+                         ["Geocache", "Waypoint"])
+
     def test_serial_port_cannot_be_sent_to(self):
         opened = self.open(self.file)
         opened.find("label", begins("Received: 2 waypoints"))

@@ -68,14 +68,19 @@ DevicePane::DevicePane(Handlers handlers)
     download_.add_css_class("suggested-action");
     download_.signal_clicked().connect([this] { startDownload(); });
     stop_.signal_clicked().connect([this] { handlers_.stop(); });
+    eject_.set_tooltip_text(tr("Write everything to the receiver, and switch it off"));
+    eject_.signal_clicked().connect([this] {
+        if (const auto receiver = selected())
+            handlers_.eject(receiver->address);
+    });
     empty_.set_max_width_chars(kMostInLine);
     for (auto* const kind : {&waypoints_, &routes_, &tracks_}) {
         kind->set_active(true);
         kind->signal_toggled().connect([this] { updateButtons(); });
     }
-    for (Gtk::Widget* const widget :
-         std::initializer_list<Gtk::Widget*>{&list_, &unmounted_, &empty_, &view_, &waypoints_,
-                                             &routes_, &tracks_, &download_, &stop_, &progress_})
+    for (Gtk::Widget* const widget : std::initializer_list<Gtk::Widget*>{
+             &list_, &unmounted_, &empty_, &view_, &waypoints_, &routes_, &tracks_, &download_,
+             &stop_, &eject_, &progress_})
         append(*widget);
     setBusy(false);
 }
@@ -227,6 +232,8 @@ void DevicePane::updateButtons()
     const auto row = selectedRow();
     const bool isReady = row && state_.drivers[places_[*row].driver].isReady;
     download_.set_sensitive(!isBusy_ && isReady && isAnyKind);
+    eject_.set_visible(row && std::find(state_.ejectable.begin(), state_.ejectable.end(),
+                                        places_[*row].location) != state_.ejectable.end());
     list_.set_sensitive(!isBusy_);
     view_.set_sensitive(!isBusy_);
     stop_.set_visible(isBusy_);

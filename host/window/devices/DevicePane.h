@@ -36,6 +36,7 @@ public:
         std::function<void(const DeviceAddress& device, const RequestedKinds& kinds)> download;
         std::function<void()> stop;
         std::function<void(const std::string& node)> mount;
+        std::function<void(const DeviceAddress& device)> eject;
         std::function<void(const std::optional<Selection>& receiver)> selected;
     };
 
@@ -93,6 +94,7 @@ private:
     Gtk::CheckButton tracks_{tr("Tracks")};
     Gtk::Button download_{tr("Download")};
     Gtk::Button stop_{tr("Stop")};
+    Gtk::Button eject_{tr("Eject")};
     TransferBar progress_;
 };
 

@@ -52,6 +52,7 @@ struct UnmountedDisk {
 struct ReceiverState {
     std::vector<DriverState> drivers{};
     std::vector<UnmountedDisk> unmounted{};
+    std::vector<std::string> ejectable{}; ///< where the devices are that are removable disks
     std::string explanation{}; ///< why the locations that were searched are not receivers
     std::string failure{};     ///< why there are no drivers; empty if there are
 };

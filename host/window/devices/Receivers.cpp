@@ -8,6 +8,8 @@
 #include "host/base/Sentences.h"
 #include "host/bundle/DeviceSearch.h"
 #include "host/bundle/Disk.h"
+#include "host/bundle/SerialPort.h"
+#include "host/desktop/DeviceDisk.h"
 #include "host/desktop/UDisks.h"
 #include "host/records/RecordKeeper.h"
 #include "host/transfer/Download.h"
@@ -120,9 +122,22 @@ void Receivers::publish()
         state.drivers.push_back(stateOf(*driver));
     for (const auto& disk : unmountedDisks())
         state.unmounted.push_back({disk.node, describeFileSystem(disk)});
+    state.ejectable = ejectableDevices();
     if (failure_.empty())
         state.explanation = explanationOf(plugIn_);
     deliver(handlers_.changed, std::move(state));
+}
+
+std::vector<std::string> Receivers::ejectableDevices() const
+{
+    std::vector<std::string> ejectable;
+    for (const auto& driver : plugIn_.drivers) {
+        for (auto& device : devicesOf(*driver)) {
+            if (!isSerialPort(device.location) && !removableDiskAt(device.location).empty())
+                ejectable.push_back(std::move(device.location));
+        }
+    }
+    return ejectable;
 }
 
 void Receivers::pick(std::size_t driver, const std::string& control, std::size_t item)
@@ -169,6 +184,24 @@ void Receivers::mount(const std::string& node)
         if (const auto failure = disks.mount(node, folder))
             deliver(handlers_.refused, sentencesOf(*failure));
         refresh({.volumes = true});
+    });
+}
+
+void Receivers::eject(const DeviceAddress& device)
+{
+    thread_.post([this, device] {
+        UDisks service;
+        DeviceDisk disk{{.eject = true}, service};
+        DeviceRequest request;
+        request.device = device.location;
+        ChosenDevice chosen;
+        DeviceDisk::Release release;
+        release.error = disk.choose(plugIn_.drivers, request, chosen);
+        if (!release.error)
+            release = disk.release(true);
+        refresh({.volumes = true});
+        deliver(handlers_.ejected, release.error ? Message{true, sentencesOf(*release.error)}
+                                                 : Message{false, release.note});
     });
 }
 

@@ -55,6 +55,7 @@ public:
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
         std::function<void(std::string reason)> refused; ///< a disk that cannot be mounted
+        std::function<void(Message result)> ejected;
         /// Of the folders that were added: those that are not receivers, perhaps none.
         std::function<void(std::vector<RefusedFolder> folders)> notReceivers;
         std::function<void(SendPreview preview)> previewed; ///< of the latest request
@@ -89,6 +90,9 @@ public:
     /// Mounts a disk.
     void mount(const std::string& node);
 
+    /// Writes out what is still to be written to a device, unmounts it, and switches it off.
+    void eject(const DeviceAddress& device);
+
     /// Reads sentence files and map files, and those of receivers in folders.
     void import(const std::vector<std::string>& files);
 
@@ -122,6 +126,7 @@ private:
     template <typename Value>
     void deliver(const std::function<void(Value)>& handler, Value value) const;
     void publish();
+    [[nodiscard]] std::vector<std::string> ejectableDevices() const;
     [[nodiscard]] ChosenDevice choose(const DeviceAddress& device) const;
     void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
     [[nodiscard]] std::optional<gps::Error> prepareImport(Driver& importer,

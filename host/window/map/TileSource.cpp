@@ -3,8 +3,9 @@
 
 #include "host/window/map/TileSource.h"
 
-#include "host/window/base/Translation.h"
+#include "host/window/map/ScaledTile.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -32,7 +33,7 @@ void freeBytes(gpointer bytes)
 void readTile(GTask* task, gpointer, gpointer data, GCancellable*)
 {
     const auto& request = *static_cast<Request*>(data);
-    const auto tile = request.file->tile(request.zoom, request.column, request.row);
+    const auto tile = host::scaledTile(*request.file, request.zoom, request.column, request.row);
     if (tile)
         g_task_return_pointer(task, g_bytes_new(tile->data(), tile->size()),
                               [](gpointer bytes) { g_bytes_unref(static_cast<GBytes*>(bytes)); });
@@ -112,9 +113,9 @@ ShumateMapSource* newTileSource(std::shared_ptr<TileFile> file)
     auto* const data = static_cast<SourceInstance*>(g_object_new(sourceType(), nullptr));
     data->file = std::make_unique<std::shared_ptr<TileFile>>(std::move(file)).release();
     auto* const source = shumate_raster_renderer_new_full(
-        "file", description.name.c_str(), "", "", static_cast<guint>(description.leastZoom),
-        static_cast<guint>(description.mostZoom), kTileSide, SHUMATE_MAP_PROJECTION_MERCATOR,
-        &data->parent);
+        "file", description.name.c_str(), "", "",
+        static_cast<guint>(std::max(description.leastZoom - kMostLevelsBefore, 0)),
+        TileFile::kMostZoom, kTileSide, SHUMATE_MAP_PROJECTION_MERCATOR, &data->parent);
     g_object_unref(data);
     return SHUMATE_MAP_SOURCE(source);
 }

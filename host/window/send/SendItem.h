@@ -3,10 +3,11 @@
 
 #pragma once
 
-#include "host/records/RecordKind.h"
+#include "host/records/RecordRow.h"
+#include "host/words/RecordDetail.h"
 
 #include <cstddef>
-#include <utility>
+#include <string>
 
 #include <glibmm.h>
 
@@ -14,18 +15,19 @@ namespace host {
 
 class SendItem : public Glib::Object {
 public:
-    static Glib::RefPtr<SendItem> create(RecordKind kind, std::size_t index, Glib::ustring name)
+    static Glib::RefPtr<SendItem> create(const RecordRow& row)
     {
-        return Glib::make_refptr_for_instance(new SendItem{kind, index, std::move(name)});
+        return Glib::make_refptr_for_instance(new SendItem{row});
     }
 
     const RecordKind kind;
-    const std::size_t index; ///< among the records of its kind
-    const Glib::ustring name;
+    const std::size_t index;    ///< among the records of its kind
+    const std::string name;     ///< as in the list of records
+    const std::string kindText; ///< likewise
 
 private:
-    SendItem(RecordKind itsKind, std::size_t itsIndex, Glib::ustring itsName)
-        : kind(itsKind), index(itsIndex), name(std::move(itsName))
+    explicit SendItem(const RecordRow& row)
+        : kind(row.kind), index(row.index), name(rowName(row)), kindText(kindName(row))
     {}
 };
 

@@ -9,6 +9,8 @@
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Translation.h"
 
+#include <gps/Geocache.h>
+
 #include <utility>
 #include <vector>
 
@@ -23,19 +25,27 @@ constexpr unsigned kPause = 300;        // milliseconds without a change, before
 constexpr int kMostInLine = 80;         // characters
 constexpr std::size_t kMostOfText = 60; // characters of a name
 
-std::string shownName(const gps::Dictionary& record, const char* unnamed)
+bool isGeocache(const KeptPoint& point)
 {
-    const auto name = displayText(textIn(record, "name"), kMostOfText);
-    return name.empty() ? unnamed : name;
+    return gps::isGeocache(point.record);
 }
 
-template <typename Record>
-void addItems(const std::vector<Record>& records, const std::vector<bool>& isTicked,
-              RecordKind kind, const char* unnamed, std::vector<Glib::RefPtr<SendItem>>& items)
+template <typename Record> bool isGeocache(const Record& /*record*/)
+{
+    return false;
+}
+
+template <typename Record> void addItems(const std::vector<Record>& records,
+                                         const std::vector<bool>& isTicked, RecordKind kind,
+                                         std::vector<Glib::RefPtr<SendItem>>& items)
 {
     for (std::size_t i = 0; i < records.size(); ++i) {
         if (isTicked[i])
-            items.push_back(SendItem::create(kind, i, shownName(records[i].record, unnamed)));
+            items.push_back(
+                SendItem::create({.kind = kind,
+                                  .index = i,
+                                  .isGeocache = isGeocache(records[i]),
+                                  .name = std::string{textIn(records[i].record, "name")}}));
     }
 }
 
@@ -45,19 +55,6 @@ const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
                        : item.kind == RecordKind::kRoute ? records.routes
                                                          : records.points;
     return item.index < kind.size() ? &kind[item.index] : nullptr;
-}
-
-const char* kindText(RecordKind kind)
-{
-    switch (kind) {
-    case RecordKind::kTrack:
-        return tr("Track");
-    case RecordKind::kRoute:
-        return tr("Route");
-    case RecordKind::kPoint:
-        break;
-    }
-    return tr("Waypoint");
 }
 
 // What the receiver changes in a record that it gets.
@@ -92,7 +89,7 @@ public:
         append(note_);
     }
 
-    void show(const Glib::ustring& name, const char* kind, bool isTicked,
+    void show(const std::string& name, const std::string& kind, bool isTicked,
               std::function<void(bool isTicked)> toggled)
     {
         toggled_.disconnect(); // the record that was shown before must not hear of the change
@@ -209,12 +206,9 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
     choice_ = {std::move(records), ticked};
     ticks_ = RecordTicks{ticked};
     std::vector<Glib::RefPtr<SendItem>> items;
-    addItems(choice_.records->tracks, ticked.tracks, RecordKind::kTrack, tr("Track without a name"),
-             items);
-    addItems(choice_.records->routes, ticked.routes, RecordKind::kRoute, tr("Route without a name"),
-             items);
-    addItems(choice_.records->points, ticked.points, RecordKind::kPoint,
-             tr("Waypoint without a name"), items);
+    addItems(choice_.records->tracks, ticked.tracks, RecordKind::kTrack, items);
+    addItems(choice_.records->routes, ticked.routes, RecordKind::kRoute, items);
+    addItems(choice_.records->points, ticked.points, RecordKind::kPoint, items);
     items_->splice(0, items_->get_n_items(), items);
     refresh();
 }
@@ -255,7 +249,7 @@ void SendPage::bindRecord(Gtk::ListItem& row)
 {
     const auto item = std::dynamic_pointer_cast<SendItem>(row.get_item());
     auto& widget = dynamic_cast<RowWidget&>(*row.get_child());
-    widget.show(item->name, kindText(item->kind), ticks_.isTicked(item->kind, item->index),
+    widget.show(item->name, item->kindText, ticks_.isTicked(item->kind, item->index),
                 [this, item](bool isTicked) { tick(*item, isTicked); });
     const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item)); };
     widget.previewed = previewed_.connect(showNote);
