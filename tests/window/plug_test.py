@@ -235,6 +235,16 @@ class PlugTest(story.Story):
         opened.press("push button", "Stop")
         opened.find("label", begins("Nothing was received."))
 
+    def test_port_that_hangs_up_in_a_download_is_explained(self):
+        receiver = self.plug_in_cable("--fault", "track-data:stop")
+        opened = self.open()
+        opened.find("label", "/dev/ttyUSB0")
+        opened.press("push button", "Download")
+        opened.find("progress bar", lambda name: True)
+        receiver.kill()
+        opened.find("label", begins("Nothing was received."))
+        opened.find("label", lambda name: "The port is gone. Plug the receiver" in name)
+
 
 if __name__ == "__main__":
     story.main()

@@ -19,6 +19,7 @@ import window  # noqa: E402
 
 SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
+RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."  # the sample
 WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
 
 
@@ -45,6 +46,11 @@ class Story(unittest.TestCase):
         opened.find("label", begins("Magellan device"))
         opened.press("push button", "Download")
         return opened
+
+    def export(self, opened, name):
+        opened.press("push button", "Export…")
+        opened.type("Name:", str(self.folder / name))
+        opened.press("push button", "Save")
 
     def command_line(self, *arguments, status=0):
         ended = subprocess.run([PROGRAMS / "magellangps", *map(str, arguments)], text=True,

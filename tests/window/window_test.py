@@ -9,17 +9,9 @@ import subprocess
 
 import story
 import window
-from story import PROGRAMS, SAMPLES, begins
-
-RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."
-
+from story import PROGRAMS, RECEIVED, SAMPLES, begins
 
 class WindowTest(story.Story):
-    def export(self, opened, name):
-        opened.press("push button", "Export…")
-        opened.type("Name:", str(self.folder / name))
-        opened.press("push button", "Save")
-
     def test_download_is_counted_and_listed(self):
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)
