@@ -11,6 +11,7 @@ import story
 import window
 from story import PROGRAMS, RECEIVED, SAMPLES, begins
 
+
 class WindowTest(story.Story):
     def test_download_is_counted_and_listed(self):
         opened = self.download(SAMPLES / "receiver")
