@@ -83,8 +83,8 @@ class SendTest(story.Story):
         opened.find("label", begins("merge into: My POIs/"))  # the new plan
 
     def test_geocache_is_called_one(self):
-        self.file.write_text(POINTS.replace("</wpt>", "<type>Geocache|Traditional Cache</type></wpt>",
-                                            1), encoding="utf-8")
+        cache = "<type>Geocache|Traditional Cache</type></wpt>"
+        self.file.write_text(POINTS.replace("</wpt>", cache, 1), encoding="utf-8")
         opened = self.open(self.receiver, self.file)
         opened.find("label", begins("Received: "))
         opened.press("page tab", "Send")
