@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <future>
 #include <memory>
@@ -76,6 +77,40 @@ TEST(Background, ShowsNothingAfterItsEnd)
     while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
     }
     EXPECT_FALSE(isShown);
+}
+
+TEST(Background, OnlyTheNewestOfTheJobsThatWaitIsDone)
+{
+    std::promise<void> isRunning;
+    std::promise<void> mayEnd;
+    std::promise<int> done;
+    host::Background background;
+    background.start([&] {
+        isRunning.set_value();
+        mayEnd.get_future().wait();
+    });
+    isRunning.get_future().wait();
+    std::atomic<bool> isDropped{true};
+    background.start([&] { isDropped = false; });
+    background.start([&] { done.set_value(2); });
+    mayEnd.set_value();
+    EXPECT_EQ(done.get_future().get(), 2);
+    EXPECT_TRUE(isDropped);
+}
+
+TEST(Background, EndWaitsForTheRunningJob)
+{
+    std::promise<void> isRunning;
+    std::atomic<bool> isDone{false};
+    {
+        host::Background background;
+        background.start([&] {
+            isRunning.set_value();
+            isDone = true;
+        });
+        isRunning.get_future().wait();
+    }
+    EXPECT_TRUE(isDone);
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "host/window/base/LatestJob.h"
+#include "host/window/base/Background.h"
 #include "host/window/map/MapPicture.h"
 
 #include <functional>
@@ -65,7 +65,7 @@ private:
     unsigned long clears_ = 0;         // how often clear() was called
     bool isStale_ = false;             // what the picture shows is not what is to be painted
     std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true); // read and set by the main loop
-    LatestJob painter_; // last: its jobs end before the others are destroyed
+    Background painter_; // last: its jobs end before the others are destroyed
 };
 
 } // namespace host
