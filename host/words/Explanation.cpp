@@ -9,7 +9,6 @@
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/bundle/DeviceChoice.h"
-#include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
 
 #include <gps/GPSDeviceSearch.h>
@@ -20,7 +19,6 @@
 #include <cerrno>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -125,10 +123,10 @@ std::string paragraphOf(const gps::GPSPlugInProtocol& driver)
 }
 
 // Drivers see only what is mounted.
-std::string unmountedParagraph()
+std::string unmountedParagraph(const std::vector<gps::RemovableDisk>& unmounted)
 {
     std::string text;
-    for (const auto& disk : unmountedDisks())
+    for (const auto& disk : unmounted)
         text += fmt::format(
             "  {}\n",
             displayText(fmt::format(
@@ -150,7 +148,8 @@ std::string describeFileSystem(const gps::RemovableDisk& disk)
                               : fmt::format("{} \"{}\"", disk.fileSystem, disk.label);
 }
 
-std::string explanationOf(const PlugInBundle& plugIn)
+std::string explanationOf(const PlugInBundle& plugIn,
+                          const std::vector<gps::RemovableDisk>& unmounted)
 {
     std::string text;
     bool hasSerialDriver = false;
@@ -161,7 +160,7 @@ std::string explanationOf(const PlugInBundle& plugIn)
     if (!hasSerialDriver)
         text += "No serial port was found. A USB cable creates one when it is plugged in. " +
                 advice("A port that is not listed can be named with --device.\n", "\n");
-    return text.append(unmountedParagraph()).append(testFolderAdvice());
+    return text.append(unmountedParagraph(unmounted)).append(testFolderAdvice());
 }
 
 Json unmountedDisksJson()

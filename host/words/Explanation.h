@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "host/bundle/Disk.h"
 #include "host/bundle/PlugInBundle.h"
 
 #include <platform/System/RemovableDisks.h>
@@ -11,12 +12,15 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <string>
+#include <vector>
 
 namespace host {
 
 /// For a terminal: one paragraph per driver. Devices come first, then the locations that a driver
 /// examined and rejected, then those that it skipped. In the end, the disks that are not mounted.
-[[nodiscard]] std::string explanationOf(const PlugInBundle& plugIn);
+[[nodiscard]] std::string
+explanationOf(const PlugInBundle& plugIn,
+              const std::vector<gps::RemovableDisk>& unmounted = unmountedDisks());
 
 /// A disk's file system and label, such as: vfat "MAGELLAN".
 [[nodiscard]] std::string describeFileSystem(const gps::RemovableDisk& disk);

@@ -88,6 +88,7 @@ void Receivers::load(const std::optional<std::string>& bundle)
         failure_ = "No plug-in bundle was found beside the program or where it is installed.";
     else if (const auto failure = loadBundle(*path, plugIn_))
         failure_ = sentencesOf(*failure);
+    lookAround();
     publish();
 }
 
@@ -100,6 +101,7 @@ void Receivers::refresh(const gps::DeviceChanges& changes)
             (changes.serialPorts && driver->needsSerialRefresh()))
             driver->refreshDeviceList();
     }
+    lookAround();
     publish();
     if (changes.volumes)
         lookForNew();
@@ -115,16 +117,23 @@ void Receivers::deliver(const std::function<void(Value)>& handler, Value value) 
     });
 }
 
+// What volumes and ports change, but no choice of the user's.
+void Receivers::lookAround()
+{
+    surroundings_ = {.failure = failure_};
+    const auto disks = unmountedDisks();
+    for (const auto& disk : disks)
+        surroundings_.unmounted.push_back({disk.node, describeFileSystem(disk)});
+    surroundings_.ejectable = ejectableDevices();
+    if (failure_.empty())
+        surroundings_.explanation = explanationOf(plugIn_, disks);
+}
+
 void Receivers::publish()
 {
-    ReceiverState state{.failure = failure_};
+    auto state = surroundings_;
     for (const auto& driver : plugIn_.drivers)
         state.drivers.push_back(stateOf(*driver));
-    for (const auto& disk : unmountedDisks())
-        state.unmounted.push_back({disk.node, describeFileSystem(disk)});
-    state.ejectable = ejectableDevices();
-    if (failure_.empty())
-        state.explanation = explanationOf(plugIn_);
     deliver(handlers_.changed, std::move(state));
 }
 
@@ -304,6 +313,7 @@ void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
     const auto report = host::download(driver, request);
     (void)keeper.close(); // it cannot fail
     ReceivedRecords received{.records = std::make_shared<const RecordSet>(keeper.take()),
+                             .counts = report.chosen,
                              .origin = originOf(driver, request),
                              .isComplete = report.isComplete()};
     for (const auto& operation : report.operations) {

@@ -31,6 +31,7 @@ namespace host {
 /// What a download or an import has brought.
 struct ReceivedRecords {
     std::shared_ptr<const RecordSet> records{};
+    RecordCounts counts{}; ///< of these
     RecordOrigin origin{};
     std::vector<Message> messages{}; ///< what went wrong, or is worth knowing
     bool isComplete = false;
@@ -125,6 +126,7 @@ private:
     void refresh(const gps::DeviceChanges& changes);
     template <typename Value>
     void deliver(const std::function<void(Value)>& handler, Value value) const;
+    void lookAround();
     void publish();
     [[nodiscard]] std::vector<std::string> ejectableDevices() const;
     [[nodiscard]] ChosenDevice choose(const DeviceAddress& device) const;
@@ -145,6 +147,7 @@ private:
     std::vector<std::string> folders_;
     PlugInBundle plugIn_;
     std::string failure_;          // to load the plug-in
+    ReceiverState surroundings_;   // without the drivers
     std::unique_ptr<Saver> saver_; // while everything new is saved
 
     DeviceThread thread_; // last: it uses all of the above
