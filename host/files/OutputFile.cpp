@@ -39,27 +39,55 @@ std::string hiddenPrefix()
     return std::string{kHiddenPrefix} + std::to_string(::getpid()) + '-';
 }
 
-// The unfinished file. A static array, because a signal handler must not touch an object that the
+// An unfinished file. In static arrays, because a signal handler must not touch an object that the
 // interrupted code may be changing.
-std::array<char, PATH_MAX> unfinishedPath{};
-std::atomic<bool> isUnfinished{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
+struct UnfinishedFile {
+    enum State { kFree, kTaken, kReady };
+
+    std::atomic<State> state{kFree};
+    std::array<char, PATH_MAX> path{}; // while it is kReady
+};
+std::array<UnfinishedFile, 4> unfinishedFiles{};
+static_assert(std::atomic<UnfinishedFile::State>::is_always_lock_free);
 
 extern "C" void removeAndRaise(int signal)
 {
-    if (isUnfinished)
-        ::unlink(unfinishedPath.data());
+    for (auto& file : unfinishedFiles) {
+        if (file.state == UnfinishedFile::kReady)
+            ::unlink(file.path.data());
+    }
     ::raise(signal); // SA_RESETHAND has restored the default action, which ends the process
 }
 
-void removeOnSignal(const std::string& path)
+// nullopt if there are too many.
+std::optional<std::size_t> noteUnfinished(const std::string& path)
 {
-    // Such a file stays behind if a signal ends the process; the next download into its folder
-    // removes it.
-    if (path.size() >= unfinishedPath.size())
-        return;
-    std::memcpy(unfinishedPath.data(), path.c_str(), path.size() + 1);
-    isUnfinished = true;
+    for (std::size_t i = 0; i < unfinishedFiles.size(); ++i) {
+        auto& file = unfinishedFiles[i];
+        auto expected = UnfinishedFile::kFree;
+        if (!file.state.compare_exchange_strong(expected, UnfinishedFile::kTaken))
+            continue;
+        std::memcpy(file.path.data(), path.c_str(), path.size() + 1);
+        file.state = UnfinishedFile::kReady;
+        return i;
+    }
+    return std::nullopt;
+}
+
+void forgetUnfinished(std::optional<std::size_t>& number)
+{
+    if (number)
+        unfinishedFiles[*number].state = UnfinishedFile::kFree;
+    number.reset();
+}
+
+// A file that cannot be noted stays behind if a signal ends the process; the next download into its
+// folder removes it.
+std::optional<std::size_t> removeOnSignal(const std::string& path)
+{
+    const auto number = path.size() < PATH_MAX ? noteUnfinished(path) : std::nullopt;
+    if (!number)
+        return std::nullopt;
     struct sigaction action {};
     action.sa_handler = removeAndRaise;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -67,6 +95,7 @@ void removeOnSignal(const std::string& path)
         if (!isIgnored(signal))
             ::sigaction(signal, &action, nullptr);
     }
+    return number;
 }
 
 constexpr std::uint32_t kLargestProcess = std::numeric_limits<pid_t>::max();
@@ -136,7 +165,7 @@ OutputFile::OutputFile(std::string path, gps::FileSystem& files)
 OutputFile::~OutputFile()
 {
     file_.discard();
-    isUnfinished = false;
+    forgetUnfinished(unfinished_);
 }
 
 std::optional<gps::Error> OutputFile::open()
@@ -152,7 +181,7 @@ std::optional<gps::Error> OutputFile::open()
     // Without AtomicFile's lock: two downloads may write into one folder at the same time.
     if (const int code = file_.openUnlocked(path_, hiddenPrefix()))
         return errorFor("The output file cannot be created", code);
-    removeOnSignal(file_.temporaryPath());
+    unfinished_ = removeOnSignal(file_.temporaryPath());
     output_.emplace(file_.descriptor(), path_, files_, Output::Kind::kFile);
     return std::nullopt;
 }
@@ -205,7 +234,7 @@ std::optional<gps::Error> OutputFile::finishAs(const std::string& path)
     if (file_.temporaryPath().empty())
         return std::nullopt;
     const int code = file_.commitAs(fs::path{path}.filename().string());
-    isUnfinished = false;
+    forgetUnfinished(unfinished_);
     if (code == 0)
         return std::nullopt;
     return errorFor(file_.isRenamed() ? "The output file may be lost if the medium is removed now"

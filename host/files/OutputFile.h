@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // OutputFile: a file that gets its name only when it is complete. A download writes into one.
-// [host thread], but the output may be written on another thread. At most one can be open in the
-// process, because a signal handler removes it.
+// One thread at a time; each thread may have its own. A signal handler removes those that are open,
+// at most four in the process.
 
 #pragma once
 
@@ -10,6 +10,7 @@
 #include <platform/System/AtomicFile.h>
 #include <platform/System/OpenFile.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -64,6 +65,7 @@ private:
     gps::AtomicFile file_;
     gps::OpenFile device_; // written directly
     std::optional<Output> output_;
+    std::optional<std::size_t> unfinished_; // its number for the signal handler
 };
 
 } // namespace host

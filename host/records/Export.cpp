@@ -4,8 +4,13 @@
 #include "host/records/Export.h"
 
 #include "host/files/OutputFile.h"
+#include "host/transfer/ProgressTracker.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <filesystem>
+#include <utility>
 
 namespace host {
 namespace {
@@ -73,6 +78,69 @@ template <typename Record> void replayKind(gps::TransferKind kind,
     writer.event(transferEvent(EventKind::kEndTransfer, kind));
 }
 
+// Waypoints, points of routes and points of tracks.
+std::size_t countOf(const RecordSet& set, const TickedRecords& ticked)
+{
+    auto count =
+        static_cast<std::size_t>(std::count(ticked.points.begin(), ticked.points.end(), true));
+    for (std::size_t i = 0; i < set.routes.size(); ++i)
+        count += ticked.routes[i] ? set.routes[i].points.size() : 0;
+    for (std::size_t i = 0; i < set.tracks.size(); ++i)
+        count += ticked.tracks[i] ? set.tracks[i].points.size() : 0;
+    return count;
+}
+
+// Passes events on until the user wants no more.
+class WatchedWriter final : public Writer {
+public:
+    WatchedWriter(Writer& writer, const ExportRequest& request, std::size_t total)
+        : writer_(writer), request_(request)
+    {
+        progress_ = {.phase = TransferPhase::kWritingFile,
+                     .location = std::filesystem::path{request.path}.filename().string(),
+                     .totalRecords = total};
+        look();
+    }
+
+    void event(const Event& event) override
+    {
+        constexpr std::size_t kBetweenLooks = 4096; // a look at the clock is slower than an event
+        if (isStopped_)
+            return;
+        writer_.event(event);
+        if (event.kind == EventKind::kWayPoint || event.kind == EventKind::kTrackPoint)
+            ++progress_.records;
+        if (++events_ % kBetweenLooks == 0 && std::chrono::steady_clock::now() >= nextLook_)
+            look();
+    }
+
+    std::optional<gps::Error> close() override
+    {
+        look();
+        auto failure = isStopped_ ? std::nullopt : writer_.close();
+        look();
+        return failure;
+    }
+
+    [[nodiscard]] bool isStopped() const noexcept { return isStopped_; }
+
+private:
+    void look()
+    {
+        nextLook_ = std::chrono::steady_clock::now() + ProgressTracker::kInterval;
+        if (request_.progress)
+            request_.progress(progress_);
+        isStopped_ = isStopped_ || (request_.stopRequested && request_.stopRequested());
+    }
+
+    Writer& writer_;
+    const ExportRequest& request_;
+    TransferProgress progress_;
+    std::size_t events_ = 0;
+    bool isStopped_ = false;
+    std::chrono::steady_clock::time_point nextLook_;
+};
+
 } // namespace
 
 TickedRecords TickedRecords::all(const RecordSet& set)
@@ -89,19 +157,22 @@ void replay(const RecordSet& set, const TickedRecords& ticked, Writer& writer)
     replayKind(kTracks, set.tracks, ticked.tracks, writer);
 }
 
-std::optional<gps::Error> exportRecords(const RecordSet& set, const TickedRecords& ticked,
-                                        const std::string& path, const Format& format,
-                                        const RecordOrigin& origin, std::string& remark)
+ExportReport exportRecords(const RecordSet& set, const TickedRecords& ticked,
+                           const ExportRequest& request)
 {
-    OutputFile file{path};
+    OutputFile file{request.path};
     if (auto failure = file.open())
-        return failure;
-    const auto writer = format.make(file.output(), file.folder(), origin);
-    replay(set, ticked, *writer);
-    if (auto failure = writer->close())
-        return failure;
-    remark = writer->remark();
-    return file.commit();
+        return {.error = std::move(failure)};
+    const auto writer = request.format->make(file.output(), file.folder(), request.origin);
+    WatchedWriter watched{*writer, request, countOf(set, ticked)};
+    replay(set, ticked, watched);
+    if (watched.isStopped())
+        return {.isStopped = true};
+    if (auto failure = watched.close())
+        return {.error = std::move(failure)};
+    if (watched.isStopped())
+        return {.isStopped = true};
+    return {.error = file.commit(), .remark = writer->remark()};
 }
 
 } // namespace host

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Writes ticked records of a RecordSet to a file, in any of the output formats. Stateless.
-// [host thread]
+// Writes ticked records of a RecordSet to a file, in any of the output formats. Stateless. [any]
 
 #pragma once
 
 #include "host/formats/Formats.h"
 #include "host/records/RecordSet.h"
+#include "host/transfer/OperationWatch.h"
+#include "host/transfer/TransferProgress.h"
 
 #include <gps/Error.h>
 
@@ -31,11 +32,25 @@ struct TickedRecords {
 /// Precondition: there are as many values as the set has records.
 void replay(const RecordSet& set, const TickedRecords& ticked, Writer& writer);
 
+struct ExportRequest {
+    std::string path{};
+    const Format* format = nullptr; ///< required
+    RecordOrigin origin{};
+    ProgressCallback progress{}; ///< a few times a second, on the thread of the export
+    StopQuery stopRequested{};   ///< asked as often
+};
+
+struct ExportReport {
+    std::optional<gps::Error> error{};
+    bool isStopped = false;
+    std::string remark{}; ///< what the format left out, in one sentence; empty: nothing
+
+    /// Whether there is a file; if not, an older one is as it was.
+    [[nodiscard]] bool isComplete() const { return !error && !isStopped; }
+};
+
 /// Writes the ticked records to a file, which gets its name only when it is complete.
-/// @param remark  out: what the format left out, in one sentence; empty: nothing
-/// @return        why there is no such file; an older one is as it was then
-[[nodiscard]] std::optional<gps::Error>
-exportRecords(const RecordSet& set, const TickedRecords& ticked, const std::string& path,
-              const Format& format, const RecordOrigin& origin, std::string& remark);
+[[nodiscard]] ExportReport exportRecords(const RecordSet& set, const TickedRecords& ticked,
+                                         const ExportRequest& request);
 
 } // namespace host

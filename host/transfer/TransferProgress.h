@@ -28,6 +28,7 @@ enum class TransferPhase {
     kSending,            ///< before the first record
     kReadingBack,        ///< after a send: whether the device holds what was sent
     kRestoring,          ///< putting a backup back
+    kWritingFile,        ///< an export: `records` of `totalRecords` so far
     kFinished,           ///< no further report follows; a front end removes what it shows
 };
 
@@ -35,9 +36,10 @@ enum class TransferPhase {
 struct TransferProgress {
     TransferPhase phase = TransferPhase::kFinished;
     std::string location{};                  ///< kWaitingForPort and kLookingForReceiver: the port;
-                                             ///< kReadingFile: the file's name
+                                             ///< kReadingFile, kWritingFile: the file's name
     std::optional<gps::TransferKind> kind{}; ///< kTransferring: the kind of the records
     std::size_t records = 0;                 ///< waypoints, route points and track points
+    std::size_t totalRecords = 0;            ///< 0: not known
     gps::SerialTraffic traffic{};            ///< bitsPerSecond is 0 if no serial line is in use
     std::chrono::milliseconds elapsed{};
 

@@ -18,8 +18,6 @@
 #include "host/words/RecordCountText.h"
 #include "host/words/RestoreText.h"
 
-#include <gps/Geocache.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -30,18 +28,6 @@
 
 namespace host {
 namespace {
-
-RecordCounts countsOf(const RecordSet& records)
-{
-    RecordCounts counts{.routes = records.routes.size(), .tracks = records.tracks.size()};
-    for (const auto& point : records.points)
-        ++(gps::isGeocache(point.record) ? counts.geocaches : counts.waypoints);
-    for (const auto& route : records.routes)
-        counts.routePoints += route.points.size();
-    for (const auto& track : records.tracks)
-        counts.trackPoints += track.points.size();
-    return counts;
-}
 
 Glib::RefPtr<Gio::Menu> mainMenu()
 {
@@ -62,7 +48,7 @@ Glib::RefPtr<Gio::Menu> mainMenu()
 
 Glib::ustring sentenceOn(const ReceivedRecords& received)
 {
-    const auto counts = recordCountText(countsOf(*received.records));
+    const auto counts = recordCountText(received.counts);
     if (counts.empty())
         return tr(received.isComplete ? "There are no records." : "Nothing was received.");
     return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
@@ -100,9 +86,11 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                             send_.setReceiver({}, {});
                         backups_.refresh();
                     }}),
-      settings_(
-          {.changed = [this](const WindowSettings& settings) { apply(settings); },
-           .failed = [this](const std::string& sentence) { messages_.show(sentence, {}, true); }}),
+      settings_({.changed = [this](const WindowSettings& settings) { apply(settings); },
+                 .failed =
+                     [this](const std::string& sentence) {
+                         messages_.show(MessageTopic::kSettings, sentence);
+                     }}),
       send_({.preview =
                  [this](const SendChoice& choice) {
                      if (const auto receiver = devices_.selected())
@@ -134,6 +122,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
       frame_(application, devices_, messages_, mainMenu())
 {
     frame_.window().set_title("Magellan GPS");
+    messages_.append(exporting_);
     addActions();
     addPages();
     receivers_ = std::make_unique<Receivers>(
@@ -146,7 +135,10 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                     backups_.setProgress(progress);
                 },
             .received = [this](ReceivedRecords received) { setReceived(std::move(received)); },
-            .refused = [this](const std::string& reason) { messages_.show(reason, {}, true); },
+            .refused =
+                [this](const std::string& reason) {
+                    messages_.show(MessageTopic::kReceiver, reason);
+                },
             .ejected = [this](const Message& result) { setEjected(result); },
             .notReceivers =
                 [this](const std::vector<RefusedFolder>& folders) { importFrom(folders); },
@@ -211,17 +203,26 @@ void MainWindow::addActions()
     window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
 }
 
-// What is being written is finished, whatever the answer is.
+bool MainWindow::isIdle() const
+{
+    return !isBusy_ && !isSaving_ && !exporting_.isRunning();
+}
+
+// What a transfer is writing is finished, whatever the answer is.
 bool MainWindow::asksBeforeClosing()
 {
-    if ((!isBusy_ && !isSaving_) || closesWhenIdle_)
+    if (isIdle() || closesWhenIdle_)
         return false;
-    ask(frame_.window(), tr("Stop the Transfer?"),
-        tr("A transfer is running. What is being written now is finished first."),
-        {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this] {
+    const bool isTransfer = isBusy_ || isSaving_;
+    ask(frame_.window(), tr(isTransfer ? "Stop the Transfer?" : "Stop the Export?"),
+        tr(isTransfer ? "A transfer is running. What is being written now is finished first."
+                      : "A file is being written. If you stop now, there is no such file."),
+        {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this, isTransfer] {
             closesWhenIdle_ = true;
             receivers_->stop();
             receivers_->stopSaving();
+            if (!isTransfer)
+                exporting_.stop();
             closeWhenIdle();
         });
     return true;
@@ -229,7 +230,7 @@ bool MainWindow::asksBeforeClosing()
 
 void MainWindow::closeWhenIdle()
 {
-    if (!isBusy_ && !isSaving_)
+    if (isIdle())
         frame_.window().close();
 }
 
@@ -291,9 +292,9 @@ void MainWindow::open(const std::vector<std::string>& paths)
     for (const auto& path : paths) {
         std::error_code ignored;
         if (path.empty())
-            messages_.show(tr("A file that is not on this computer cannot be opened. Copy it, and "
-                              "open the copy."),
-                           {}, true);
+            messages_.show(MessageTopic::kReceived,
+                           tr("A file that is not on this computer cannot be opened. Copy it, and "
+                              "open the copy."));
         else
             (std::filesystem::is_directory(path, ignored) ? folders : files).push_back(path);
     }
@@ -322,9 +323,9 @@ void MainWindow::importFrom(const std::vector<RefusedFolder>& folders)
 void MainWindow::import(const std::vector<std::string>& files)
 {
     if (isBusy_) {
-        messages_.show(tr("The files were not imported, because another transfer is running. Wait "
-                          "for its end, and open them again."),
-                       {}, true);
+        messages_.show(MessageTopic::kReceived,
+                       tr("The files were not imported, because another transfer is running. Wait "
+                          "for its end, and open them again."));
         return;
     }
     setBusy(true);
@@ -347,7 +348,13 @@ void MainWindow::setBusy(bool isBusy)
     backups_.setBusy(isBusy);
     enable("import", !isBusy);
     enable("download", !isBusy);
-    enable("export", !isBusy && shown_.records && !shown_.records->isEmpty());
+    updateExport();
+}
+
+void MainWindow::updateExport()
+{
+    enable("export",
+           !isBusy_ && !exporting_.isRunning() && shown_.records && !shown_.records->isEmpty());
 }
 
 void MainWindow::enable(const char* action, bool isEnabled)
@@ -368,7 +375,8 @@ void MainWindow::setReceived(ReceivedRecords received)
     if (isNothing)
         received.messages.insert(received.messages.begin(), notReceivers.begin(),
                                  notReceivers.end());
-    messages_.show(sentenceOn(received), received.messages, !received.isComplete);
+    messages_.show(MessageTopic::kReceived, sentenceOn(received), received.messages,
+                   !received.isComplete);
     const char* const page = std::exchange(isSendNext_, false) ? "send" : "records";
     // What was received before may not have been saved.
     const bool isKept = isNothing && shown_.records;
@@ -395,7 +403,8 @@ void MainWindow::setSent(const SendResult& result)
     if (closesWhenIdle_)
         closeWhenIdle();
     else
-        messages_.show(result.sentence, result.messages, !result.isComplete);
+        messages_.show(MessageTopic::kWritten, result.sentence, result.messages,
+                       !result.isComplete);
 }
 
 void MainWindow::restore(const std::string& backup, const Glib::ustring& explanation)
@@ -415,13 +424,15 @@ void MainWindow::eject(const DeviceAddress& device)
     if (isEjecting_)
         return;
     if (isBusy_ || isSaving_) {
-        messages_.show(tr("The receiver was not ejected, because a transfer is running. Wait for "
+        messages_.show(MessageTopic::kReceiver,
+                       tr("The receiver was not ejected, because a transfer is running. Wait for "
                           "its end, or stop it, and eject the receiver again."),
                        {}, true);
         return;
     }
     isEjecting_ = true;
-    messages_.show(tr("The receiver is being ejected. Leave it connected until that has ended."),
+    messages_.show(MessageTopic::kReceiver,
+                   tr("The receiver is being ejected. Leave it connected until that has ended."),
                    {}, false);
     receivers_->eject(device);
 }
@@ -429,7 +440,7 @@ void MainWindow::eject(const DeviceAddress& device)
 void MainWindow::setEjected(const Message& result)
 {
     isEjecting_ = false;
-    messages_.show(result.text, {}, result.isError);
+    messages_.show(MessageTopic::kReceiver, result.text, {}, result.isError);
 }
 
 void MainWindow::setRestored(const RestoreReport& report)
@@ -443,7 +454,8 @@ void MainWindow::setRestored(const RestoreReport& report)
     auto messages = restoreMessages(report);
     for (auto& line : restoreLines(report))
         messages.push_back({false, std::move(line)});
-    messages_.show(report.isComplete()
+    messages_.show(MessageTopic::kWritten,
+                   report.isComplete()
                        ? tr("The backup is restored: the receiver holds what it held then.")
                        : tr("The backup was not restored, or not completely."),
                    messages, !report.isComplete());
@@ -485,30 +497,55 @@ Gtk::FileChooserNative& MainWindow::choose(const char* title, Gtk::FileChooser::
 
 void MainWindow::exportTo(const std::string& path)
 {
-    const auto* const format = findFormat(fileTypeOf(path));
-    if (format == nullptr) {
-        messages_.show(Glib::ustring::compose(
-                           tr("The name of the file must end in one of these: %1."), formatNames()),
-                       {}, true);
+    if (const auto obstacle = whyNotExport(path)) {
+        messages_.show(MessageTopic::kWritten, *obstacle);
         return;
     }
-    if (isOneOfFiles(path, sources_)) {
-        messages_.show(tr("The file was not replaced, because it is what the records were imported "
-                          "from, and may hold more than is shown. Choose another name."),
-                       {}, true);
+    ExportRequest request{
+        .path = path, .format = findFormat(fileTypeOf(path)), .origin = shown_.origin};
+    request.origin.title = std::filesystem::path{path}.stem().string();
+    exporting_.write(shown_.records, records_.ticked(), std::move(request),
+                     [this, path, isComplete = shown_.isComplete](const ExportReport& report) {
+                         setExported(path, isComplete, report);
+                     });
+    updateExport();
+}
+
+std::optional<Glib::ustring> MainWindow::whyNotExport(const std::string& path) const
+{
+    if (findFormat(fileTypeOf(path)) == nullptr)
+        return Glib::ustring::compose(tr("The name of the file must end in one of these: %1."),
+                                      formatNames());
+    if (isOneOfFiles(path, sources_))
+        return tr("The file was not replaced, because it is what the records were imported "
+                  "from, and may hold more than is shown. Choose another name.");
+    return std::nullopt;
+}
+
+// A failure keeps the window open, although the user has asked for its end.
+void MainWindow::setExported(const std::string& path, bool isComplete, const ExportReport& report)
+{
+    updateExport();
+    if (report.error) {
+        closesWhenIdle_ = false;
+        messages_.show(MessageTopic::kWritten, sentencesOf(*report.error));
         return;
     }
-    auto origin = shown_.origin;
-    origin.title = std::filesystem::path{path}.stem().string();
-    std::string remark;
-    if (const auto failure =
-            exportRecords(*shown_.records, records_.ticked(), path, *format, origin, remark))
-        messages_.show(sentencesOf(*failure), {}, true);
+    if (report.isStopped)
+        messages_.show(MessageTopic::kWritten,
+                       Glib::ustring::compose(
+                           tr("Stopped: %1 was not written. A file that had this name before is "
+                              "unchanged."),
+                           displayText(path)),
+                       {}, false);
     else
-        messages_.show(Glib::ustring::compose(tr("Saved: %1"), displayText(path)),
-                       {{false, remark},
-                        {true, shown_.isComplete ? "" : tr("What was received is not complete.")}},
-                       !shown_.isComplete);
+        messages_.show(MessageTopic::kWritten,
+                       Glib::ustring::compose(tr("Saved: %1"), displayText(path)),
+                       {{false, report.remark},
+                        {true, isComplete ? "" : tr("What was received is not complete.")}},
+                       !isComplete);
+    if (closesWhenIdle_)
+        closeWhenIdle();
 }
 
 } // namespace host

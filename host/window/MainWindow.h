@@ -5,10 +5,11 @@
 
 #include "host/window/WindowFrame.h"
 #include "host/window/backups/BackupPage.h"
-#include "host/window/base/MessageBar.h"
+#include "host/window/base/MessageArea.h"
 #include "host/window/base/PathChooser.h"
 #include "host/window/devices/DevicePane.h"
 #include "host/window/devices/Receivers.h"
+#include "host/window/records/ExportBar.h"
 #include "host/window/records/RecordPage.h"
 #include "host/window/saving/SavingPage.h"
 #include "host/window/send/SendPage.h"
@@ -59,19 +60,24 @@ private:
     void chooseFiles();
     void chooseExport();
     void setBusy(bool isBusy);
+    void updateExport();
     void enable(const char* action, bool isEnabled);
     [[nodiscard]] Gtk::FileChooserNative& choose(const char* title, Gtk::FileChooser::Action action,
                                                  PathChooser::Chosen chosen);
     void exportTo(const std::string& path);
+    [[nodiscard]] std::optional<Glib::ustring> whyNotExport(const std::string& path) const;
+    void setExported(const std::string& path, bool isComplete, const ExportReport& report);
     void saveNew(bool isOn, const std::string& folder);
     void showSaving(const SavingEvent& event);
+    [[nodiscard]] bool isIdle() const;
     void closeWhenIdle();
     void apply(const WindowSettings& settings);
     void keepMap(WindowSettings::Tiles tiles, const std::string& file);
     [[nodiscard]] BackupPolicy backups() const;
 
     DevicePane devices_;
-    MessageBar messages_;
+    MessageArea messages_;
+    ExportBar exporting_;
     SettingsKeeper settings_;
     RecordPage records_;
     SendPage send_;

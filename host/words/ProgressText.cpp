@@ -6,6 +6,7 @@
 #include "host/base/Text.h"
 #include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
+#include "host/words/AccountText.h"
 
 #include <fmt/format.h>
 
@@ -59,6 +60,8 @@ std::string phaseText(const TransferProgress& progress)
         return "reading back";
     case TransferPhase::kRestoring:
         return "restoring";
+    case TransferPhase::kWritingFile:
+        return "writing " + displayText(progress.location, kMostOfName);
     case TransferPhase::kFinished:
         break;
     }
@@ -81,6 +84,9 @@ std::string progressText(const TransferProgress& progress)
     const auto phase = phaseText(progress);
     if (progress.totalBytes > 0)
         return phase + ": " + shareText(progress);
+    if (progress.totalRecords > 0)
+        return fmt::format("{}: {} of {} records", phase, groupedText(progress.records),
+                           groupedText(progress.totalRecords));
     const auto count = progress.records;
     const auto records = fmt::format("{} {}", count, count == 1 ? "record" : "records");
     const auto& traffic = progress.traffic;

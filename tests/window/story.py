@@ -41,6 +41,11 @@ class Story(unittest.TestCase):
         self.addCleanup(opened.__exit__)
         return opened
 
+    def open_also(self, opened, *paths):
+        """Hands paths to a window that is open."""
+        subprocess.run([PROGRAMS / "magellangps-desktop", *paths], check=True,
+                       env=opened.environment)
+
     def download(self, *paths):
         opened = self.open(*paths)
         opened.find("label", begins("Magellan device"))

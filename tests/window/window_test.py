@@ -116,8 +116,7 @@ class WindowTest(story.Story):
         copies = [shutil.copytree(SAMPLES / "receiver", self.folder / name) for name in "ab"]
         opened = self.open(copies[0])
         opened.find("label", str(copies[0]))
-        subprocess.run([PROGRAMS / "magellangps-desktop", copies[1]], check=True,
-                       env=opened.environment)
+        self.open_also(opened, copies[1])
         opened.find("label", str(copies[1]))
         opened.press("push button", "Download")
         opened.find("label", RECEIVED)
@@ -128,8 +127,7 @@ class WindowTest(story.Story):
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)
         opened.click("label", "Coast Walk")
-        subprocess.run([PROGRAMS / "magellangps-desktop", SAMPLES / "files" / "trip.log"],
-                       check=True, env=opened.environment)
+        self.open_also(opened, SAMPLES / "files" / "trip.log")
         opened.find("label", begins("Received: 1 track"))
 
     def test_import_that_brings_nothing_keeps_what_is_shown(self):
@@ -137,8 +135,7 @@ class WindowTest(story.Story):
         bad.write_text("hello")
         opened = self.download(SAMPLES / "receiver")
         opened.find("label", RECEIVED)
-        subprocess.run([PROGRAMS / "magellangps-desktop", bad], check=True,
-                       env=opened.environment)
+        self.open_also(opened, bad)
         opened.find("label", "Nothing was received.")
         self.assertIn("Kayak round", opened.names("label"))
 

@@ -20,6 +20,9 @@ void TransferBar::showProgress(const TransferProgress& progress)
     if (progress.totalBytes > 0)
         set_fraction(static_cast<double>(progress.bytes) /
                      static_cast<double>(progress.totalBytes));
+    else if (progress.totalRecords > 0)
+        set_fraction(static_cast<double>(progress.records) /
+                     static_cast<double>(progress.totalRecords));
     else
         pulse();
 }

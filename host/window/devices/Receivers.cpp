@@ -163,6 +163,7 @@ void Receivers::press(std::size_t driver, const std::string& control)
     thread_.post([this, driver, control] {
         if (auto* const button = plugIn_.drivers[driver]->gpsView()->find<gps::Button>(control))
             button->press();
+        lookAround(); // a driver may list more devices then
         publish();
     });
 }

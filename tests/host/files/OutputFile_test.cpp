@@ -304,6 +304,29 @@ TEST_P(OutputFileSignal, RemovesTheHiddenFileAndEndsTheProcess)
     EXPECT_EQ(entries(folder), 1U);
 }
 
+TEST_P(OutputFileSignal, RemovesTheHiddenFilesOfAllThreads)
+{
+    const support::TemporaryFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const support::DefaultSignals defaults;
+        OutputFile first{folder.path("a.gpx")};
+        OutputFile second{folder.path("b.gpx")};
+        if (first.open() || second.open() || second.commit() || entries(folder) != 2)
+            ::_exit(1);
+        OutputFile third{folder.path("c.gpx")}; // has the place of the second one
+        if (third.open() || entries(folder) != 3)
+            ::_exit(1);
+        ::raise(GetParam());
+        ::_exit(2);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    EXPECT_EQ(entries(folder), 1U);
+    EXPECT_TRUE(fs::exists(folder.path("b.gpx")));
+}
+
 TEST_P(OutputFileSignal, DoesNotEndTheProcessIfItIsIgnored)
 {
     const support::TemporaryFolder folder;

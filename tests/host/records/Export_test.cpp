@@ -8,6 +8,12 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <vector>
+
 namespace {
 
 using host::RecordSet;
@@ -87,24 +93,74 @@ TEST(Export, OfNothingIsNothing)
     EXPECT_FALSE(kept({track("T")}).isEmpty());
 }
 
+// An export to a file of this folder.
+host::ExportRequest requestFor(const std::string& path)
+{
+    return {.path = path, .format = host::findFormat("gpx"), .origin = {.title = "Day"}};
+}
+
 TEST(Export, WritesAFileOfItsFormat)
 {
     const support::TemporaryFolder folder;
     const auto set = kept({track("Day"), fix(1717236000)});
-    std::string remark;
-    EXPECT_FALSE(host::exportRecords(set, TickedRecords::all(set), folder.path("day.gpx"),
-                                     *host::findFormat("gpx"), {.title = "Day"}, remark));
+    const auto report =
+        host::exportRecords(set, TickedRecords::all(set), requestFor(folder.path("day.gpx")));
+    EXPECT_TRUE(report.isComplete());
     EXPECT_THAT(folder.read("day.gpx"), testing::HasSubstr("<trkpt"));
 }
 
 TEST(Export, ReportsWhyThereIsNoFile)
 {
     const auto set = kept({waypoint("A")});
-    std::string remark;
-    const auto failure = host::exportRecords(set, TickedRecords::all(set), "/nowhere/day.gpx",
-                                             *host::findFormat("gpx"), {}, remark);
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->path(), "/nowhere/day.gpx");
+    const auto report =
+        host::exportRecords(set, TickedRecords::all(set), requestFor("/nowhere/day.gpx"));
+    EXPECT_FALSE(report.isComplete());
+    ASSERT_TRUE(report.error);
+    EXPECT_EQ(report.error->path(), "/nowhere/day.gpx");
+}
+
+TEST(Export, ReportsItsProgressFromNothingToAllTickedPoints)
+{
+    const support::TemporaryFolder folder;
+    const auto set = kept({waypoint("A"), cache("B"), endOfTransfer(), route("R"), waypoint("1"),
+                           endOfTransfer(), track("T"), fix(1), fix(2)});
+    auto ticked = TickedRecords::all(set);
+    ticked.points[1] = false;
+    auto request = requestFor(folder.path("day.gpx"));
+    std::vector<std::size_t> counts;
+    request.progress = [&](const host::TransferProgress& progress) {
+        EXPECT_EQ(progress.phase, host::TransferPhase::kWritingFile);
+        EXPECT_EQ(progress.location, "day.gpx");
+        EXPECT_EQ(progress.totalRecords, 4U);
+        counts.push_back(progress.records);
+    };
+    EXPECT_TRUE(host::exportRecords(set, ticked, request).isComplete());
+    ASSERT_FALSE(counts.empty());
+    EXPECT_EQ(counts.front(), 0U);
+    EXPECT_EQ(counts.back(), 4U);
+}
+
+// Whenever it is stopped: at the first question, at the second one and so on, until it has not been
+// stopped in time.
+TEST(Export, ThatIsStoppedLeavesNothingBesideTheOlderFile)
+{
+    const support::TemporaryFolder folder;
+    folder.put("day.gpx", "old");
+    const auto set = kept({waypoint("A"), waypoint("B")});
+    int stops = 0;
+    for (bool isStopped = true; isStopped; ++stops) {
+        int questions = 0;
+        auto request = requestFor(folder.path("day.gpx"));
+        request.stopRequested = [&] { return questions++ == stops; };
+        const auto report = host::exportRecords(set, TickedRecords::all(set), request);
+        EXPECT_FALSE(report.error);
+        isStopped = report.isStopped;
+        EXPECT_EQ(report.isComplete(), !isStopped);
+        EXPECT_EQ(folder.read("day.gpx") == "old", isStopped);
+        const auto entries = std::filesystem::directory_iterator{folder.path()};
+        EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+    }
+    EXPECT_GE(stops, 3) << "before the records, after them, and after the end of the format";
 }
 
 } // namespace

@@ -43,6 +43,7 @@ TEST(ProgressText, NamesThePhase)
     for (const auto& [phase, text] :
          {Row{TransferPhase::kReading, "reading"},
           {TransferPhase::kReadingFile, "reading /dev/x"},
+          {TransferPhase::kWritingFile, "writing /dev/x"},
           {TransferPhase::kWaitingForPort, "another program uses /dev/x: trying again for 15 s"},
           {TransferPhase::kLookingForReceiver, "looking for a receiver at /dev/x"},
           {TransferPhase::kTransferring, "routes"},
@@ -104,6 +105,15 @@ TEST(ProgressText, FitsIntoEightyColumns)
                                         traffic(8000000, 999999, 99999, 115200)))
             .size(),
         80U);
+}
+
+TEST(ProgressText, CountsTheRecordsOfAFileThatIsWritten)
+{
+    EXPECT_EQ(host::progressText({.phase = TransferPhase::kWritingFile,
+                                  .location = "trip.kmz",
+                                  .records = 1234,
+                                  .totalRecords = 2000000}),
+              "writing trip.kmz: 1,234 of 2,000,000 records");
 }
 
 } // namespace
