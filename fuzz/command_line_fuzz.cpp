@@ -6,7 +6,7 @@
 
 #include <host/base/Text.h>
 #include <host/cli/CommandLine.h>
-#include <host/cli/CommandTable.h>
+#include <host/options/CommandTable.h>
 #include <host/commandline/Completion.h>
 
 #include <CLI/CLI.hpp>

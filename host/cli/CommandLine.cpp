@@ -5,11 +5,12 @@
 
 #include "host/base/NearestName.h"
 #include "host/base/Text.h"
-#include "host/cli/CommandTable.h"
-#include "host/cli/RawOptions.h"
 #include "host/commandline/Arguments.h"
 #include "host/commandline/Configuration.h"
 #include "host/commandline/HelpFormatter.h"
+#include "host/options/CommandTable.h"
+#include "host/options/ConfigurationCheck.h"
+#include "host/options/RawOptions.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -136,18 +137,7 @@ std::optional<std::string> configurationPath(const GlobalOptions& typed,
 // @param defaults  what they point to lives in `configuration`
 std::string readDefaults(Configuration& configuration, CommandTable& table, Defaults& defaults)
 {
-    if (auto wrong = readConfiguration(configuration); !wrong.empty())
-        return wrong;
-    CommandTable untyped;
-    const auto checkFormat = [](const ConfiguredOption& option) {
-        const auto* const values = std::get_if<std::vector<std::string>>(&option.value);
-        return option.name == "format" && values != nullptr && !values->empty()
-                   ? formatMistake(values->front())
-                   : "";
-    };
-    if (auto wrong =
-            checkConfiguration(configuration, untyped.app(), untyped.exclusions(), checkFormat);
-        !wrong.empty())
+    if (auto wrong = readCheckedConfiguration(configuration); !wrong.empty())
         return wrong;
     defaults = applicableDefaults(configuration, table.app(), table.exclusions());
     std::erase_if(defaults,

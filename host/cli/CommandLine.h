@@ -5,7 +5,7 @@
 #pragma once
 
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Options.h"
+#include "host/options/Options.h"
 
 #include <optional>
 #include <string>

@@ -7,7 +7,7 @@
 #include "host/bundle/PlugInBundle.h"
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Options.h"
+#include "host/options/Options.h"
 
 #include <string_view>
 

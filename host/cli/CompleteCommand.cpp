@@ -7,10 +7,10 @@
 #include "host/backup/Backup.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/bundle/PlugInBundle.h"
-#include "host/cli/CommandTable.h"
 #include "host/commandline/Completion.h"
 #include "host/commandline/HelpFormatter.h"
 #include "host/formats/Formats.h"
+#include "host/options/CommandTable.h"
 #include "host/transfer/DeviceRestore.h"
 
 #include <CLI/CLI.hpp>

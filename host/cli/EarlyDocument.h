@@ -7,8 +7,8 @@
 #include "host/base/Sentences.h"
 #include "host/cli/Console.h"
 #include "host/cli/ExitStatus.h"
-#include "host/cli/Options.h"
 #include "host/operations/StopSignals.h"
+#include "host/options/Options.h"
 #include "host/words/Message.h"
 
 #include <gps/Error.h>

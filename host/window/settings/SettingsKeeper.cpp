@@ -4,11 +4,18 @@
 #include "host/window/settings/SettingsKeeper.h"
 
 #include "host/base/Sentences.h"
+#include "host/base/Text.h"
 #include "host/files/StateFolder.h"
+#include "host/options/ConfigurationCheck.h"
 #include "host/window/base/MainLoop.h"
+#include "host/window/base/Translation.h"
 #include "host/window/settings/SettingsFile.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
+
+#include <glibmm.h>
 
 namespace host {
 
@@ -19,7 +26,26 @@ SettingsKeeper::SettingsKeeper(Handlers handlers)
         return;
     if (const auto failure = readSettings(*path_, settings_))
         onMainLoop([failed = handlers_.failed, text = sentencesOf(*failure)] { failed(text); });
+    else
+        checkRest();
     written_ = settings_;
+}
+
+// The command line would refuse to start with them.
+void SettingsKeeper::checkRest()
+{
+    checker_.run([this, path = *path_]() -> Background::Result {
+        Configuration configuration{.path = path, .escape = tr("remove the line")};
+        std::error_code failure; // then reading reports it
+        const bool isMissing = !std::filesystem::exists(path, failure) && !failure;
+        const auto mistake = isMissing ? "" : readCheckedConfiguration(configuration);
+        return [this, mistake] {
+            if (!mistake.empty())
+                handlers_.failed(Glib::ustring::compose(
+                    tr("The command line cannot use its configuration file: %1."),
+                    displayText(mistake)));
+        };
+    });
 }
 
 SettingsKeeper::~SettingsKeeper()

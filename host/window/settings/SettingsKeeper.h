@@ -20,7 +20,8 @@ public:
         std::function<void(const std::string& sentence)> failed; ///< the file cannot be used
     };
 
-    /// Reads the settings. Calls no handler before it returns.
+    /// Reads the settings, and looks for mistakes in the rest of the file. Calls no handler before
+    /// it returns.
     explicit SettingsKeeper(Handlers handlers);
 
     /// Writes what is not written yet.
@@ -34,11 +35,14 @@ public:
     void set(WindowSettings settings);
 
 private:
+    void checkRest();
+
     Handlers handlers_;
     std::optional<std::string> path_; // nullopt: the user has no home folder
     WindowSettings settings_;
     WindowSettings written_;
     std::optional<Background> writer_{std::in_place};
+    Background checker_; // of what the file says to the command line
 };
 
 } // namespace host

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The table of commands and options: descriptions, value names and the layout of --help.
 
-#include "host/cli/CommandTable.h"
+#include "host/options/CommandTable.h"
 
 #include "host/commandline/HelpFormatter.h"
 

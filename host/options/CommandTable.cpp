@@ -3,7 +3,7 @@
 // manual. Values that need more than copying are converted in a callback, which throws
 // CLI::ValidationError("--option", "what is wrong") for the user to read.
 
-#include "host/cli/CommandTable.h"
+#include "host/options/CommandTable.h"
 
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"

@@ -4,8 +4,8 @@
 
 #pragma once
 
-#include "host/cli/RawOptions.h"
 #include "host/commandline/Arguments.h"
+#include "host/options/RawOptions.h"
 
 #include <CLI/CLI.hpp>
 

@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "host/cli/Options.h"
+#include "host/options/Options.h"
 
 #include <optional>
 #include <string>

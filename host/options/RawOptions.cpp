@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One check per command. Each returns a message for the user, or an empty text.
 
-#include "host/cli/RawOptions.h"
+#include "host/options/RawOptions.h"
 
 #include <gps/Characters.h>
 

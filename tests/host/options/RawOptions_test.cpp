@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The checks of options that depend on each other.
 
-#include "host/cli/RawOptions.h"
+#include "host/options/RawOptions.h"
 
 #include <gmock/gmock.h>
 
