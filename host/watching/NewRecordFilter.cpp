@@ -53,10 +53,13 @@ void NewRecordFilter::wayPoint(const Event& event, const Sink& sink)
         return;
     }
     end(sink);
-    if (noteKey(wayPointKey(event.point, event.record)))
+    auto key = wayPointKey(event.point, event.record);
+    if (noteKey(key)) {
+        passed_.points.push_back(std::move(key));
         sink(event);
-    else
+    } else {
         ++(gps::isGeocache(event.record) ? leftOut_.geocaches : leftOut_.waypoints);
+    }
 }
 
 void NewRecordFilter::begin(Open kind)
@@ -119,7 +122,9 @@ void NewRecordFilter::end(const Sink& sink)
 
 void NewRecordFilter::endRoute(const Sink& sink)
 {
-    if (noteKey(routeKey(content_))) {
+    auto key = routeKey(content_);
+    if (noteKey(key)) {
+        passed_.routes.push_back(std::move(key));
         passHeld(sink);
         return;
     }
@@ -132,12 +137,12 @@ void NewRecordFilter::endTrack(const Sink& sink)
     // There is a head: a track that begins without one begins with a point.
     if (points_ == 0)
         content_.add(held_.front().record);
-    const auto key = trackKey(firstTime_, points_, content_);
+    auto key = trackKey(firstTime_, points_, content_);
     const bool isNew = noteKey(key) && (isPassing_ || !isKnownToOlderVersion(key));
-    if (isPassing_)
-        return;
-    if (isNew) {
+    if (!isPassing_ && isNew)
         passHeld(sink);
+    if (isPassing_ || isNew) {
+        passed_.tracks.push_back(std::move(key));
         return;
     }
     ++leftOut_.tracks;
@@ -170,11 +175,10 @@ void NewRecordFilter::passHeld(const Sink& sink)
     }
 }
 
-bool NewRecordFilter::noteKey(std::string key)
+bool NewRecordFilter::noteKey(const std::string& key)
 {
-    const bool isKnown = known_.contains(key);
-    seen_.insert(std::move(key));
-    return !isKnown;
+    seen_.insert(key);
+    return !known_.contains(key);
 }
 
 } // namespace host

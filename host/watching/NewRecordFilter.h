@@ -18,6 +18,13 @@
 
 namespace host {
 
+/// The keys of the records that have passed, of each kind in their order.
+struct PassedKeys {
+    std::vector<std::string> points{}; ///< waypoints and geocaches
+    std::vector<std::string> routes{};
+    std::vector<std::string> tracks{};
+};
+
 /// Events that are not records pass. A route is held back until its end; a track only while a known
 /// track has the same first time, at 40 bytes a point, until it turns out to be another one.
 class NewRecordFilter final : public EventFilter {
@@ -30,6 +37,9 @@ public:
 
     /// The keys of all records so far that are complete, known or new.
     [[nodiscard]] const RecordKeys& seen() const noexcept { return seen_; }
+
+    /// The keys of those among them that have passed. Some keys may be there more than once.
+    [[nodiscard]] PassedKeys takePassed() { return std::exchange(passed_, {}); }
 
     /// What did not pass.
     [[nodiscard]] const RecordCounts& leftOut() const noexcept { return leftOut_; }
@@ -47,10 +57,11 @@ private:
     void endTrack(const Sink& sink);
     [[nodiscard]] bool isKnownToOlderVersion(const std::string& key);
     void passHeld(const Sink& sink);
-    [[nodiscard]] bool noteKey(std::string key); // returns whether it is new
+    [[nodiscard]] bool noteKey(const std::string& key); // returns whether it is new
 
     const KnownRecords& known_;
     RecordKeys seen_;
+    PassedKeys passed_;
     RecordCounts leftOut_;
     std::map<std::string, std::string> olderKeys_; // the track that each of them counts for
 

@@ -49,9 +49,24 @@ Glib::RefPtr<Gio::Menu> mainMenu()
 Glib::ustring sentenceOn(const ReceivedRecords& received)
 {
     const auto counts = recordCountText(received.counts);
+    if (!counts.empty())
+        return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts +
+               ".";
+    if (!received.isComplete)
+        return tr("Nothing was received.");
+    return tr(received.news ? "There is nothing new." : "There are no records.");
+}
+
+// Empty if nothing was left out.
+Glib::ustring sentenceOnLeftOut(const ReceivedRecords& received)
+{
+    const auto counts = received.news ? recordCountText(received.news->leftOut) : "";
     if (counts.empty())
-        return tr(received.isComplete ? "There are no records." : "Nothing was received.");
-    return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts + ".";
+        return {};
+    return Glib::ustring::compose(
+        tr("Left out because it was saved before: %1. To see everything, untick “Only what is "
+           "new”, and download again."),
+        counts);
 }
 
 // The map that some settings ask for: the same whatever file was used before.
@@ -70,10 +85,16 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 .pressed = [this](auto driver,
                                   const auto& control) { receivers_->press(driver, control); },
                 .download =
-                    [this](const auto& device, const auto& kinds) {
+                    [this](const auto& device, const auto& choice) {
                         setBusy(true);
                         sources_.clear();
-                        receivers_->download(device, kinds);
+                        receivers_->download(device, choice);
+                    },
+                .newOnlyChanged =
+                    [this](bool isNewOnly) {
+                        auto settings = settings_.settings();
+                        settings.isNewOnly = isNewOnly;
+                        settings_.set(std::move(settings));
                     },
                 .stop = [this] { receivers_->stop(); },
                 .mount = [this](const std::string& node) { receivers_->mount(node); },
@@ -237,6 +258,7 @@ void MainWindow::closeWhenIdle()
 void MainWindow::apply(const WindowSettings& settings)
 {
     records_.setSettings(settings);
+    devices_.setNewOnly(settings.isNewOnly);
     const auto before = std::exchange(shownMap_, mapOf(settings));
     if (shownMap_ == before)
         return;
@@ -386,6 +408,7 @@ void MainWindow::setReceived(ReceivedRecords received)
     if (isKept)
         return;
     records_.setRecords(shown_.records);
+    records_.setNote(sentenceOnLeftOut(shown_));
     frame_.showPage(page);
     if (frame_.shownPage() == "send")
         showRecordsToSend();
@@ -504,8 +527,12 @@ void MainWindow::exportTo(const std::string& path)
     ExportRequest request{
         .path = path, .format = findFormat(fileTypeOf(path)), .origin = shown_.origin};
     request.origin.title = std::filesystem::path{path}.stem().string();
-    exporting_.write(shown_.records, records_.ticked(), std::move(request),
-                     [this, path, isComplete = shown_.isComplete](const ExportReport& report) {
+    const auto ticked = records_.ticked();
+    exporting_.write(shown_.records, ticked, std::move(request),
+                     [this, path, isComplete = shown_.isComplete, news = shown_.news,
+                      ticked](const ExportReport& report) {
+                         if (report.isComplete() && news)
+                             receivers_->noteSaved(news, ticked);
                          setExported(path, isComplete, report);
                      });
     updateExport();

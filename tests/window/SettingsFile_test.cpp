@@ -40,6 +40,7 @@ WindowSettings everythingElse()
             .tileFile = "/a \"b\"\\c/\n/ä.mbtiles",
             .downloadFolder = "/d",
             .mostBackups = 3,
+            .isNewOnly = true,
             .isSaving = true,
             .saveFolder = "/s"};
 }
@@ -126,6 +127,8 @@ TEST_F(SettingsFile, MistakeIsNamedWithItsLineAndTheOtherSettingsAreRead)
              {"units = 1", "\"units\" needs a text"},
              {"utc = 1", "\"utc\" needs true or false"},
              {"keep-backups = 0", "\"keep-backups\" needs a number from 1 to 10000"},
+             {"unit = \"metric\"", "the window has no setting \"unit\", did you mean \"units\"?"},
+             {"new-only = \"yes\"", "\"new-only\" needs true or false"},
              {"keep-backups = 10001", "\"keep-backups\" needs a number from 1 to 10000"}}) {
         const auto settings = read("[window]\n" + std::string{line} + "\nfolder = \"/x\"\n");
         EXPECT_EQ(mistake_, "The configuration file, line 2: " + std::string{mistake});
@@ -141,6 +144,9 @@ TEST_F(SettingsFile, CommandLinesKeysCountUntilTheWindowHasItsOwn)
     EXPECT_EQ(read(shared), (WindowSettings{.isUtc = true, .mostBackups = 3}));
     EXPECT_EQ(read(shared + "[window]\nutc = false\nkeep-backups = 10000\n"),
               (WindowSettings{.mostBackups = 10000}));
+    EXPECT_EQ(read("new-only = true\n"), WindowSettings{.isNewOnly = true});
+    EXPECT_EQ(read("new-only = true\n[acquire]\nnew-only = false\n"), WindowSettings{});
+    EXPECT_EQ(read("[acquire]\nnew-only = true\n[window]\nnew-only = false\n"), WindowSettings{});
     EXPECT_EQ(host::withSettings(shared, {.isUtc = true, .mostBackups = 10}),
               shared + "\n[window]\nkeep-backups = 10\n");
 }

@@ -55,6 +55,14 @@ class SendTest(story.Story):
         self.assertEqual(len(kept), 1)
         self.assertLessEqual(self.contents(kept[0].parent / "files").items(), before.items())
 
+    def test_result_of_a_send_stays_when_something_else_is_imported(self):
+        opened = self.open_plan()
+        opened.press("push button", "Send")
+        opened.find("label", SENT)
+        self.open_also(opened, SAMPLES / "files" / "trip.log")
+        opened.find("label", "Received: 1 track (277 points).")
+        self.assertIn(SENT, opened.names("label"))
+
     def test_what_was_sent_is_on_the_receiver_and_not_sent_again(self):
         opened = self.open_plan()
         opened.press("push button", "Send")

@@ -67,6 +67,21 @@ class SettingsTest(story.Story):
         self.config.write_text("[window]\nunits = 5\ntiles = 'none'\n")
         self.open().find("label", lambda name: 'line 2: "units" needs a text' in name)
 
+    def test_mistake_in_what_the_command_line_reads_is_named_and_stays(self):
+        for text, mistake in (('keep-backups = "many"\n', f"{self.config}, line 1: "),
+                              ("[acquire]\nfromat = 1\n", f"{self.config}, line 2: "),
+                              ("utc\n", "The configuration file is not TOML: line 1")):
+            with self.subTest(text):
+                self.config.write_text(text + "[window]\ntiles = 'none'\n")
+                opened = self.open(SAMPLES / "files" / "trip.log")
+                opened.find("label", "Received: 1 track (277 points).")
+                opened.find("label", lambda name: mistake in name)
+                opened.__exit__()
+
+    def test_setting_that_the_window_does_not_know_is_named(self):
+        self.config.write_text("[window]\ntiles = 'none'\nunit = 'metric'\n")
+        self.open().find("label", lambda name: 'line 3' in name and '"units"' in name)
+
     def test_every_control_of_the_preferences_has_a_name(self):
         self.config.write_text('[window]\ntiles = "none"\n')
         opened = self.open_preferences()

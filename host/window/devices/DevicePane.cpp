@@ -78,9 +78,16 @@ DevicePane::DevicePane(Handlers handlers)
         kind->set_active(true);
         kind->signal_toggled().connect([this] { updateButtons(); });
     }
+    newOnly_.set_tooltip_text(
+        tr("Leaves out what you have exported after such a download, and what was saved "
+           "automatically. The command line's option --new-only does the same."));
+    newOnly_.signal_toggled().connect([this] {
+        if (!isUpdating_)
+            handlers_.newOnlyChanged(newOnly_.get_active());
+    });
     for (Gtk::Widget* const widget : std::initializer_list<Gtk::Widget*>{
-             &list_, &unmounted_, &empty_, &view_, &waypoints_, &routes_, &tracks_, &download_,
-             &stop_, &eject_, &progress_})
+             &list_, &unmounted_, &empty_, &view_, &waypoints_, &routes_, &tracks_, &newOnly_,
+             &download_, &stop_, &eject_, &progress_})
         append(*widget);
     setBusy(false);
 }
@@ -207,10 +214,18 @@ void DevicePane::startDownload()
 {
     if (const auto row = selectedRow(); row && download_.get_sensitive()) {
         handlers_.download({places_[*row].driver, places_[*row].location},
-                           {.waypoints = waypoints_.get_active(),
-                            .routes = routes_.get_active(),
-                            .tracks = tracks_.get_active()});
+                           {.kinds = {.waypoints = waypoints_.get_active(),
+                                      .routes = routes_.get_active(),
+                                      .tracks = tracks_.get_active()},
+                            .isNewOnly = newOnly_.get_active()});
     }
+}
+
+void DevicePane::setNewOnly(bool isNewOnly)
+{
+    isUpdating_ = true;
+    newOnly_.set_active(isNewOnly);
+    isUpdating_ = false;
 }
 
 void DevicePane::setProgress(const TransferProgress& progress)

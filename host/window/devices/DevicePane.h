@@ -33,7 +33,8 @@ public:
         std::function<void(std::size_t driver, const std::string& control, std::size_t item)>
             picked;
         std::function<void(std::size_t driver, const std::string& control)> pressed;
-        std::function<void(const DeviceAddress& device, const RequestedKinds& kinds)> download;
+        std::function<void(const DeviceAddress& device, const DownloadChoice& choice)> download;
+        std::function<void(bool isNewOnly)> newOnlyChanged; ///< by the user
         std::function<void()> stop;
         std::function<void(const std::string& node)> mount;
         std::function<void(const DeviceAddress& device)> eject;
@@ -45,6 +46,9 @@ public:
     /// Shows other devices. The one that is selected stays selected while it is there; otherwise it
     /// is the first one.
     void setState(const ReceiverState& state);
+
+    /// Ticks the box beside the kinds, without a call of the handler.
+    void setNewOnly(bool isNewOnly);
 
     /// Selects a device as soon as it is there.
     void select(const std::string& location) { wanted_ = location; }
@@ -92,6 +96,7 @@ private:
     Gtk::CheckButton waypoints_{tr("Waypoints and geocaches")};
     Gtk::CheckButton routes_{tr("Routes")};
     Gtk::CheckButton tracks_{tr("Tracks")};
+    Gtk::CheckButton newOnly_{tr("Only what is new")};
     Gtk::Button download_{tr("Download")};
     Gtk::Button stop_{tr("Stop")};
     Gtk::Button eject_{tr("Eject")};

@@ -4,7 +4,6 @@
 #include "host/window/devices/ReceiverState.h"
 
 #include "host/operations/Operation.h"
-#include "host/transfer/DownloadRequest.h"
 
 #include <utility>
 

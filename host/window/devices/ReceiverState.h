@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/bundle/DeviceChoice.h"
+#include "host/transfer/DownloadRequest.h"
 
 #include <gps/GPSOutputReceiver.h>
 
@@ -41,6 +42,12 @@ struct DriverState {
 struct DeviceAddress {
     std::size_t driver;
     std::string location;
+};
+
+/// What a download is to bring.
+struct DownloadChoice {
+    RequestedKinds kinds{};
+    bool isNewOnly = false; ///< without what was saved before
 };
 
 /// A disk that may be a receiver but is not mounted.

@@ -14,6 +14,8 @@
 #include "host/records/RecordKeeper.h"
 #include "host/transfer/Download.h"
 #include "host/transfer/InputFiles.h"
+#include "host/watching/KnownRecords.h"
+#include "host/watching/NewRecordFilter.h"
 #include "host/window/base/MainLoop.h"
 #include "host/words/DownloadMessages.h"
 #include "host/words/Explanation.h"
@@ -215,17 +217,21 @@ void Receivers::eject(const DeviceAddress& device)
     });
 }
 
-void Receivers::download(const DeviceAddress& device, const RequestedKinds& kinds)
+void Receivers::download(const DeviceAddress& device, const DownloadChoice& choice)
 {
     isStopped_ = false;
-    thread_.post([this, device, kinds] {
+    thread_.post([this, device, choice] {
         const auto chosen = choose(device);
-        if (chosen.location.empty())
-            fail(hostError("The receiver is not there any more", "Plug it in again",
-                           device.location));
-        else
-            run(*chosen.driver,
-                {.location = chosen.location, .kinds = kinds, .isDriverReused = true});
+        if (chosen.location.empty()) {
+            deliver(handlers_.received, nothing(hostError("The receiver is not there any more",
+                                                          "Plug it in again", device.location)));
+            return;
+        }
+        DownloadRequest request{
+            .location = chosen.location, .kinds = choice.kinds, .isDriverReused = true};
+        deliver(handlers_.received, choice.isNewOnly
+                                        ? receiveNew(*chosen.driver, std::move(request))
+                                        : receive(*chosen.driver, std::move(request)));
     });
 }
 
@@ -235,10 +241,10 @@ void Receivers::import(const std::vector<std::string>& files)
     thread_.post([this, files] {
         Driver importer;
         auto sources = files;
-        if (const auto failure = prepareImport(importer, sources))
-            fail(*failure);
-        else
-            run(*importer, {.sourceFiles = sources, .isDriverReused = true});
+        const auto failure = prepareImport(importer, sources);
+        deliver(handlers_.received,
+                failure ? nothing(*failure)
+                        : receive(*importer, {.sourceFiles = sources, .isDriverReused = true}));
     });
 }
 
@@ -303,7 +309,7 @@ void Receivers::send(const DeviceAddress& device, const SendChoice& choice, cons
     });
 }
 
-void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
+ReceivedRecords Receivers::receive(gps::GPSPlugInProtocol& driver, DownloadRequest request)
 {
     RecordKeeper keeper;
     request.consumers.push_back(&keeper);
@@ -321,7 +327,35 @@ void Receivers::run(gps::GPSPlugInProtocol& driver, DownloadRequest request)
         auto messages = operationMessages(operation);
         std::move(messages.begin(), messages.end(), std::back_inserter(received.messages));
     }
-    deliver(handlers_.received, std::move(received));
+    return received;
+}
+
+// The list may change before the records are in a file, so it is read again then.
+ReceivedRecords Receivers::receiveNew(gps::GPSPlugInProtocol& driver, DownloadRequest request)
+{
+    const auto lists = knownRecordsFolder();
+    if (!lists)
+        return nothing(hostError("There is no folder to remember what was saved",
+                                 "Set HOME or XDG_STATE_HOME, or download everything"));
+    const auto list = knownRecordsFile(*lists, identifierOf(driver, request.location));
+    KnownRecords known{list};
+    const auto unusable = known.load();
+    NewRecordFilter filter{known};
+    request.filters.push_back(&filter);
+    auto received = receive(driver, std::move(request));
+    received.news = std::make_shared<const NewRecords>(
+        NewRecords{.list = list, .keys = filter.takePassed(), .leftOut = filter.leftOut()});
+    if (unusable)
+        received.messages.push_back({false, sentencesOf(*unusable)});
+    return received;
+}
+
+void Receivers::noteSaved(std::shared_ptr<const NewRecords> records, const TickedRecords& ticked)
+{
+    thread_.post([this, records = std::move(records), ticked] {
+        if (const auto failure = noteAsSaved(*records, ticked))
+            deliver(handlers_.refused, sentencesOf(*failure));
+    });
 }
 
 void Receivers::listBackups(const std::optional<DeviceAddress>& device)
@@ -372,11 +406,10 @@ void Receivers::restore(const DeviceAddress& device, const std::string& backup,
     });
 }
 
-void Receivers::fail(const gps::Error& error)
+ReceivedRecords Receivers::nothing(const gps::Error& error)
 {
-    ReceivedRecords received{.records = std::make_shared<const RecordSet>(),
-                             .messages = {{true, sentencesOf(error)}}};
-    deliver(handlers_.received, std::move(received));
+    return {.records = std::make_shared<const RecordSet>(),
+            .messages = {{true, sentencesOf(error)}}};
 }
 
 void Receivers::saveNew(const std::string& folder)

@@ -6,6 +6,7 @@
 
 #include "host/bundle/PlugInBundle.h"
 #include "host/formats/RecordOrigin.h"
+#include "host/records/NewRecords.h"
 #include "host/records/RecordSet.h"
 #include "host/transfer/BackupComparison.h"
 #include "host/transfer/DeviceRestore.h"
@@ -33,7 +34,8 @@ struct ReceivedRecords {
     std::shared_ptr<const RecordSet> records{};
     RecordCounts counts{}; ///< of these
     RecordOrigin origin{};
-    std::vector<Message> messages{}; ///< what went wrong, or is worth knowing
+    std::shared_ptr<const NewRecords> news{}; ///< null: all records were to be received
+    std::vector<Message> messages{};          ///< what went wrong, or is worth knowing
     bool isComplete = false;
 };
 
@@ -55,7 +57,8 @@ public:
         std::function<void(ReceiverState state)> changed;
         std::function<void(TransferProgress progress)> progressed;
         std::function<void(ReceivedRecords received)> received;
-        std::function<void(std::string reason)> refused; ///< a disk that cannot be mounted
+        /// A disk that cannot be mounted, or saved records that cannot be noted.
+        std::function<void(std::string reason)> refused;
         std::function<void(Message result)> ejected;
         /// Of the folders that were added: those that are not receivers, perhaps none.
         std::function<void(std::vector<RefusedFolder> folders)> notReceivers;
@@ -86,7 +89,10 @@ public:
     void addFolders(const std::vector<std::string>& folders);
 
     /// Downloads from a device.
-    void download(const DeviceAddress& device, const RequestedKinds& kinds);
+    void download(const DeviceAddress& device, const DownloadChoice& choice);
+
+    /// Adds records that are in a file now to what counts as saved.
+    void noteSaved(std::shared_ptr<const NewRecords> records, const TickedRecords& ticked);
 
     /// Mounts a disk.
     void mount(const std::string& node);
@@ -130,10 +136,12 @@ private:
     void publish();
     [[nodiscard]] std::vector<std::string> ejectableDevices() const;
     [[nodiscard]] ChosenDevice choose(const DeviceAddress& device) const;
-    void run(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    [[nodiscard]] ReceivedRecords receive(gps::GPSPlugInProtocol& driver, DownloadRequest request);
+    [[nodiscard]] ReceivedRecords receiveNew(gps::GPSPlugInProtocol& driver,
+                                             DownloadRequest request);
     [[nodiscard]] std::optional<gps::Error> prepareImport(Driver& importer,
                                                           std::vector<std::string>& files) const;
-    void fail(const gps::Error& error);
+    [[nodiscard]] static ReceivedRecords nothing(const gps::Error& error);
     void lookForNew();
     void lookAgain();
 

@@ -40,6 +40,11 @@ RecordPage::RecordPage()
     toMap_.set_margin(kGap);
     toMap_.signal_clicked().connect([this] { showMap(); });
     list_.append(toMap_);
+    note_.set_wrap(true);
+    note_.set_xalign(0);
+    note_.set_margin(2 * kGap);
+    setNote({});
+    list_.prepend(note_);
     adw_leaflet_append(leaflet_, GTK_WIDGET(list_.gobj()));
     auto* const line = gtk_separator_new(GTK_ORIENTATION_VERTICAL);
     adw_leaflet_page_set_navigatable(adw_leaflet_append(leaflet_, line), FALSE);
@@ -98,6 +103,12 @@ void RecordPage::setRecords(std::shared_ptr<const RecordSet> records)
     panel_.set_visible_child("nothing");
     map_.setRecords(records_);
     list_.setRecords(records_);
+}
+
+void RecordPage::setNote(const Glib::ustring& note)
+{
+    note_.set_text(note);
+    note_.set_visible(!note.empty());
 }
 
 void RecordPage::setSettings(const WindowSettings& settings)

@@ -31,6 +31,9 @@ public:
     /// The records that are ticked.
     [[nodiscard]] const TickedRecords& ticked() const noexcept { return list_.ticked(); }
 
+    /// Shows a sentence over the list; hides it if the text is empty.
+    void setNote(const Glib::ustring& note);
+
     void setSettings(const WindowSettings& settings);
 
     /// Moves the keyboard to the search entry.
@@ -59,6 +62,7 @@ private:
     Gtk::Paned column_{Gtk::Orientation::VERTICAL}; // map and panel
     Gtk::Box toList_{Gtk::Orientation::HORIZONTAL};
     Gtk::Label selectedName_;
+    Gtk::Label note_;
     Gtk::Label nothing_;
     Gtk::Stack panel_;
     Gtk::StackSwitcher switcher_;

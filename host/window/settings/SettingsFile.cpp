@@ -6,6 +6,7 @@
 #include "host/window/settings/SettingsFile.h"
 
 #include "host/base/HostError.h"
+#include "host/base/NearestName.h"
 #include "host/base/Text.h"
 #include "host/commandline/Configuration.h"
 #include "host/files/Files.h"
@@ -68,11 +69,27 @@ public:
             note(key, fmt::format(R"("{}")", fmt::join(names, R"(", ")")));
     }
 
+    /// Looks for keys that nobody has asked for.
+    void findUnknown()
+    {
+        for (const auto& [key, value] : table_) {
+            const std::string name{key.str()};
+            if (mistake_ || std::find(known_.begin(), known_.end(), name) != known_.end())
+                continue;
+            const auto guess = nearestName(name, known_);
+            mistake_ =
+                mistakeAt(key.source(),
+                          fmt::format("the window has no setting \"{}\"{}", name,
+                                      guess.empty() ? "" : ", did you mean \"" + guess + "\"?"));
+        }
+    }
+
     [[nodiscard]] std::optional<gps::Error> takeMistake() { return std::move(mistake_); }
 
 private:
     template <typename Value> void take(const char* key, std::string_view form, Value& value)
     {
+        known_.emplace_back(key);
         const auto* const node = table_.get(key);
         if (node == nullptr)
             return;
@@ -86,13 +103,20 @@ private:
     {
         if (mistake_)
             return;
-        mistake_ = hostError(fmt::format("The configuration file, line {}: \"{}\" needs {}",
-                                         table_.get(key)->source().begin.line, key, form),
-                             "Correct the file", path_);
+        mistake_ = mistakeAt(table_.get(key)->source(), fmt::format("\"{}\" needs {}", key, form));
+    }
+
+    [[nodiscard]] gps::Error mistakeAt(const toml::source_region& source,
+                                       std::string_view what) const
+    {
+        return hostError(
+            fmt::format("The configuration file, line {}: {}", source.begin.line, what),
+            "Correct the file", path_);
     }
 
     const toml::table& table_;
     std::string path_;
+    std::vector<std::string> known_; // keys that were asked for
     std::optional<gps::Error> mistake_;
 };
 
@@ -102,6 +126,9 @@ void readShared(const toml::table& file, WindowSettings& settings)
     SettingsReader reader{file, {}}; // the command line reports mistakes in these
     reader.read("utc", settings.isUtc);
     reader.read("keep-backups", settings.mostBackups);
+    reader.read("new-only", settings.isNewOnly);
+    if (const auto* const acquire = file["acquire"].as_table())
+        SettingsReader{*acquire, {}}.read("new-only", settings.isNewOnly);
 }
 
 std::optional<gps::Error> readTable(const toml::table& table, const std::string& path,
@@ -114,8 +141,10 @@ std::optional<gps::Error> readTable(const toml::table& table, const std::string&
     reader.read("tile-file", settings.tileFile);
     reader.read("folder", settings.downloadFolder);
     reader.read("keep-backups", settings.mostBackups);
+    reader.read("new-only", settings.isNewOnly);
     reader.read("save-new", settings.isSaving);
     reader.read("save-folder", settings.saveFolder);
+    reader.findUnknown();
     return reader.takeMistake();
 }
 
@@ -157,6 +186,7 @@ std::vector<Entry> entriesOf(const WindowSettings& settings)
             {"tile-file", tomlText(settings.tileFile)},
             {"folder", tomlText(settings.downloadFolder)},
             {"keep-backups", std::to_string(settings.mostBackups)},
+            {"new-only", flag(settings.isNewOnly)},
             {"save-new", flag(settings.isSaving)},
             {"save-folder", tomlText(settings.saveFolder)}};
 }

@@ -3,7 +3,7 @@
 // reads, too, and which people write by hand. Stateless. [any]
 //
 // The table is [window]; its keys are "units", "utc", "tiles", "tile-file", "folder",
-// "keep-backups", "save-new" and "save-folder".
+// "keep-backups", "new-only", "save-new" and "save-folder".
 
 #pragma once
 
@@ -16,8 +16,9 @@
 
 namespace host {
 
-/// Reads the settings. Those that the file lacks have their default; the number of backups, and
-/// whether times are in UTC, also those that the file gives the command line.
+/// Reads the settings. Those that the file lacks have their default; the number of backups, whether
+/// times are in UTC, and whether a download is of what is new only, also those that the file gives
+/// the command line.
 /// @param settings  out: also after a failure everything that could be read
 /// @return          the first mistake in the file, with its line; nullopt for a missing file
 [[nodiscard]] std::optional<gps::Error> readSettings(const std::string& path,

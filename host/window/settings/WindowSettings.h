@@ -25,6 +25,7 @@ struct WindowSettings {
     std::string downloadFolder{}; ///< where files are saved; empty: the desktop's own choice
     std::size_t mostBackups = 10; ///< that are kept of a device
 
+    bool isNewOnly = false;   ///< a download shows what was not saved before
     bool isSaving = false;    ///< everything new is saved automatically
     std::string saveFolder{}; ///< where that goes; empty: nowhere yet
 
