@@ -20,7 +20,8 @@
 namespace host {
 namespace {
 
-constexpr std::uint32_t kEvents = IN_MODIFY | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_NOWRITE;
+constexpr std::uint32_t kEvents =
+    IN_MODIFY | IN_MOVED_FROM | IN_MOVED_TO | IN_CREATE | IN_DELETE | IN_CLOSE_NOWRITE;
 
 bool isAny(const inotify_event& event, std::uint32_t kind) noexcept
 {
@@ -40,7 +41,8 @@ LostChanges::LostChanges(const gps::SendPlan& plan)
         if (number < 0)
             continue;
         folders_[number] = folder; // a folder keeps its number when it is added again
-        files_.try_emplace(file.path);
+        files_.try_emplace(file.path,
+                           File{.isNew = file.action == gps::PlannedFile::Action::kCreate});
     }
 }
 
@@ -51,12 +53,12 @@ void LostChanges::end()
     (void)watch_.close();
 }
 
-bool LostChanges::has(const std::string& path, bool isAsPlanned) const
+LostChanges::Change LostChanges::find(const std::string& path, bool isAsPlanned) const
 {
     const auto found = files_.find(path);
-    if (found == files_.end() || !found->second.wasReplaced)
-        return false;
-    return isAsPlanned ? found->second.wasChanged : found->second.wasLost;
+    if (found == files_.end() || !found->second.wasWritten)
+        return Change::kNone;
+    return isAsPlanned ? found->second.change : found->second.lost;
 }
 
 void LostChanges::readEvents()
@@ -88,13 +90,20 @@ void LostChanges::add(const inotify_event& event)
         return;
     auto& file = found->second;
     if (isAny(event, IN_MOVED_TO) && event.cookie == finished_) {
-        file.wasReplaced = true;
-        file.wasLost = file.wasChangedSinceRead;
-    } else if (isAny(event, IN_MOVED_TO | IN_MODIFY)) {
-        file.wasChanged = file.wasChangedSinceRead = true;
+        file.wasWritten = true;
+        file.lost = file.changeSinceRead;
     } else if (isAny(event, IN_CLOSE_NOWRITE)) {
-        file.wasChangedSinceRead = false;
+        file.changeSinceRead = Change::kNone;
+    } else {
+        file.change = file.changeSinceRead = changeBy(event, file);
     }
+}
+
+LostChanges::Change LostChanges::changeBy(const inotify_event& event, const File& file) noexcept
+{
+    if (isAny(event, IN_DELETE | IN_MOVED_FROM))
+        return file.isNew ? Change::kNone : Change::kDeleted;
+    return isAny(event, IN_CREATE) ? Change::kReplaced : Change::kWritten;
 }
 
 } // namespace host

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// LostChanges: notices that a driver has written over another program's change of the same file. A
-// driver reads a file, merges into it and renames the result over it; what another program writes
-// in between is gone, and the file is as planned. Used by performSend(). [host thread]
+// LostChanges: notices that a driver has undone another program's change of the same file. A driver
+// reads a file, merges into it and renames the result over it; what another program does to the
+// file in between is gone, and the file is as planned. Used by performSend(). [host thread]
 
 #pragma once
 
@@ -18,6 +18,13 @@ namespace host {
 
 class LostChanges {
 public:
+    enum class Change {
+        kNone,
+        kWritten,  ///< the file's content was changed
+        kReplaced, ///< another file, or a link, is in its place
+        kDeleted,
+    };
+
     /// Begins to watch the folders of the planned files. What cannot be watched has no lost
     /// changes. Precondition: the driver has not started.
     explicit LostChanges(const gps::SendPlan& plan);
@@ -25,20 +32,22 @@ public:
     /// Ends the watch. Call this before the files are read again.
     void end();
 
-    /// Whether the driver has written over a change of a file.
+    /// The last change of a file that the driver has undone.
     /// @param isAsPlanned  whether the file holds exactly what was planned, and so no change at all
-    [[nodiscard]] bool has(const std::string& path, bool isAsPlanned) const;
+    [[nodiscard]] Change find(const std::string& path, bool isAsPlanned) const;
 
 private:
     struct File {
-        bool wasChanged = false;          // by another program
-        bool wasChangedSinceRead = false; // since it was last opened for reading only
-        bool wasReplaced = false;         // by a file that a driver had finished writing
-        bool wasLost = false;             // whether it was changed since it was read, at that time
+        bool isNew;                             // did not exist before
+        Change change = Change::kNone;          // by another program
+        Change changeSinceRead = Change::kNone; // since it was last opened for reading only
+        Change lost = Change::kNone;            // that one, when a driver wrote over it
+        bool wasWritten = false;                // by a driver, which had finished the file
     };
 
     void readEvents();
     void add(const inotify_event& event);
+    static Change changeBy(const inotify_event& event, const File& file) noexcept;
 
     gps::OpenFile watch_;
     std::map<int, std::string> folders_; // by the number of the watch

@@ -157,14 +157,33 @@ bool wasRead(const SendReport& report, const std::string& path)
                        [&path](const auto& file) { return file.path == path && !file.error; });
 }
 
+gps::Error lostChange(LostChanges::Change change, const std::string& path)
+{
+    switch (change) {
+    case LostChanges::Change::kDeleted:
+        return hostError("Another program has deleted this file during the send, and the send has "
+                         "created it again",
+                         "Delete it again if that was meant", path);
+    case LostChanges::Change::kReplaced:
+        return hostError("Another program has put a file or a link in the place of this file "
+                         "during the send, and the send has replaced it",
+                         "Make the change again", path);
+    case LostChanges::Change::kNone:
+    case LostChanges::Change::kWritten:
+        break;
+    }
+    return hostError("Another program has changed this file during the send, and the send has "
+                     "written over its change",
+                     "Make the change again", path);
+}
+
 void addLostChanges(const LostChanges& changes, SendReport& report)
 {
     for (const auto& file : report.files) {
         const bool isAsPlanned = file.result == SentFile::Result::kWritten;
-        if (changes.has(file.path, isAsPlanned))
-            report.errors.push_back(hostError("Another program has changed this file during the "
-                                              "send, and the send has written over its change",
-                                              "Make the change again", file.path));
+        const auto change = changes.find(file.path, isAsPlanned);
+        if (change != LostChanges::Change::kNone)
+            report.errors.push_back(lostChange(change, file.path));
     }
 }
 

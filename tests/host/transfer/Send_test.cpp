@@ -273,6 +273,56 @@ TEST_F(Send, ChangeThatTheDriverHasWrittenOverIsAFailure)
     }
 }
 
+TEST_F(Send, DeletedFileThatTheDriverHasCreatedAgainIsAFailure)
+{
+    plan_.files[0].action = Action::kMerge;
+    for (const bool isMoved : {false, true}) {
+        folder_.put("device/Points/p", "old");
+        const auto report = perform([&] {
+            if (isMoved)
+                std::filesystem::rename(path_, folder_.path("elsewhere"));
+            else
+                std::filesystem::remove(path_);
+            writeAtomically(path_);
+        });
+        EXPECT_FALSE(report.isComplete());
+        ASSERT_THAT(report.errors, SizeIs(1)) << isMoved;
+        EXPECT_EQ(report.errors[0].description(),
+                  "Another program has deleted this file during the send, and the send has created "
+                  "it again");
+        EXPECT_EQ(report.errors[0].path(), path_);
+    }
+}
+
+TEST_F(Send, LinkThatTheDriverHasReplacedIsAFailure)
+{
+    folder_.put("device/Points/p", "old");
+    const auto report = perform([&] {
+        std::filesystem::rename(path_, folder_.path("device/target"));
+        std::filesystem::create_symlink("../target", path_);
+        (void)folder_.read("device/Points/p"); // through the link
+        writeAtomically(path_);
+    });
+    EXPECT_FALSE(report.isComplete());
+    ASSERT_THAT(report.errors, SizeIs(1));
+    EXPECT_EQ(report.errors[0].description(),
+              "Another program has put a file or a link in the place of this file during the send, "
+              "and the send has replaced it");
+    EXPECT_EQ(report.errors[0].path(), path_);
+}
+
+TEST_F(Send, DeletionOfANewFileOfAnotherProgramIsNotUndone)
+{
+    plan_.files[0].action = Action::kCreate;
+    std::filesystem::remove(path_);
+    const auto report = perform([&] {
+        folder_.put("device/Points/p", "theirs");
+        std::filesystem::remove(path_);
+        writeAtomically(path_);
+    });
+    EXPECT_TRUE(report.isComplete());
+}
+
 TEST_F(Send, ChangeBeforeTheDriverReadTheFileIsNotLost)
 {
     plan_.files[0].content = gps::SharedText{"planned"};
