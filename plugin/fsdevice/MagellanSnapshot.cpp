@@ -309,6 +309,7 @@ void MagellanSnapshot::planTracks(const SendJob& job, gps::SendPlan& plan) const
 void MagellanSnapshot::planMerge(const SendJob& job, gps::SendPlan& plan) const
 {
     const auto path = targetOf(job);
+    remarkOnLink(path, plan.remarks);
     try {
         if (job.kind == RecordKind::kRoutes)
             planRoutes(job, path, plan);

@@ -11,10 +11,13 @@
 
 #include <gps/Geocache.h>
 #include <platform/GPSUtilities/NMEAUtils.h>
+#include <platform/System/FileSystem.h>
 
 #include <algorithm>
 #include <set>
 #include <utility>
+
+#include <sys/stat.h>
 
 namespace magellan {
 namespace {
@@ -212,6 +215,15 @@ void remarkOnRenamedPoints(const std::vector<RenamedPoint>& renamed,
             ++end;
         remarks.push_back(renamingRemark(&renamed[begin], end - begin));
     }
+}
+
+void remarkOnLink(const std::string& path, std::vector<std::string>& remarks)
+{
+    struct stat present;
+    if (gps::FileSystem::system().lstat(path.c_str(), &present) == 0 && S_ISLNK(present.st_mode))
+        remarks.push_back(path +
+                          " is a link, and a file takes its place; what it leads to stays as "
+                          "it is.");
 }
 
 void remarkOnFile(RecordKind kind, std::string_view path, std::string_view content,

@@ -22,6 +22,9 @@ void remarkOnRecords(const SendJob& job, std::vector<std::string>& remarks);
 void remarkOnRenamedPoints(const std::vector<RenamedPoint>& renamed,
                            std::vector<std::string>& remarks);
 
+/// Appends a remark if a path is a link: a writer replaces it, whatever it leads to.
+void remarkOnLink(const std::string& path, std::vector<std::string>& remarks);
+
 /// Appends a remark if a file has more records than receivers read from it.
 /// @param content  the complete text of the file, as the merge has made it
 void remarkOnFile(RecordKind kind, std::string_view path, std::string_view content,

@@ -182,6 +182,23 @@ TEST_F(Snapshot, TracksBeyondTheLastFreeNumberAreRemarkedOn)
                 ElementsAre(HasSubstr("no free name for 1 track in")));
 }
 
+TEST_F(Snapshot, LinkThatAFileReplacesIsRemarkedOn)
+{
+    const gps::Dictionary data{
+        {"waypoint",
+         gps::Array{gps::Dictionary{{"name", "Oak"}, {"point", gps::GPSPoint{46, 7}}}}}};
+    const auto link = receiver.path("My POIs/Default POI File.upt");
+    EXPECT_THAT(plan(data).remarks, IsEmpty());
+    for (const char* const target : {"../target", "nosuch"}) {
+        receiver.folder().put("target", "$PMGNCMD,END*3D");
+        std::filesystem::remove(link);
+        std::filesystem::create_symlink(target, link);
+        EXPECT_THAT(plan(data).remarks,
+                    ElementsAre(link + " is a link, and a file takes its place; what it leads to "
+                                       "stays as it is."));
+    }
+}
+
 const std::string kOld = support::sentence("PMGNWPL,4630.00000,N,00715.00000,E,0000400,M,Old,,b");
 const std::string kOak =
     support::sentence("PMGNGEO,4630.00000,N,00715.00000,E,0000400,M,Oak,,,,,,,,");
