@@ -4,9 +4,11 @@
 
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,6 +60,12 @@ void appendCharacter(std::string& out, char32_t character);
 /// The same for a page in a browser, which joins letters and wraps lines itself: zero-width joiners
 /// stay, and a line break or a tab becomes a space.
 [[nodiscard]] std::string pageText(std::string_view text);
+
+/// Whether a list has this text.
+template <typename List> [[nodiscard]] bool isOneOf(std::string_view text, const List& list)
+{
+    return std::find(std::begin(list), std::end(list), text) != std::end(list);
+}
 
 /// Concatenates texts, with a separator between them.
 [[nodiscard]] std::string joined(const std::vector<std::string>& texts, std::string_view separator);

@@ -29,14 +29,9 @@ constexpr std::array<std::string_view, 5> kPointFields{"latitude", "longitude", 
 constexpr std::array<std::string_view, 8> kOtherRecordKeys{
     "symbol", gps::kPointKey, "points", "number", "source", "segment", "trackName", "cacheID"};
 
-template <typename List> bool contains(const List& list, std::string_view word)
-{
-    return std::find(list.begin(), list.end(), word) != list.end();
-}
-
 bool isText(std::string_view key)
 {
-    return key == "symbol" || contains(gps::kGeocacheKeys, key);
+    return key == "symbol" || isOneOf(key, gps::kGeocacheKeys);
 }
 
 // Which record of the file a value belongs to. Its text is made for a message only: there may be
@@ -119,7 +114,7 @@ std::optional<DataFault> faultInPoint(const gps::Value& value, const Location& r
         return DataFault{fmt::format("The \"point\" of {} is not an object", record.text()),
                          R"(Write it as {"latitude":46.5,"longitude":7.25})"};
     for (const auto& [key, field] : *point) {
-        if (!contains(kPointFields, key))
+        if (!isOneOf(key, kPointFields))
             return unknownKey(key, fmt::format("The \"point\" of {}", record.text()),
                               {kPointFields.begin(), kPointFields.end()});
         if (field.as<gps::Number>() == nullptr)
@@ -143,7 +138,7 @@ std::optional<DataFault> faultInRecord(const gps::Value& value, const Location& 
     const bool hasPoints = where.noun == "route" || where.noun == "track";
     std::optional<DataFault> fault;
     for (const auto& [key, field] : *record) {
-        if (!isText(key) && !contains(kOtherRecordKeys, key))
+        if (!isText(key) && !isOneOf(key, kOtherRecordKeys))
             unknown.add(key, where);
         if (isText(key) && field.as<std::string>() == nullptr)
             return DataFault{fmt::format("The \"{}\" of {} is not a text", key, where.text()),
@@ -183,7 +178,7 @@ std::optional<DataFault> findDataFault(const gps::Dictionary& data,
 {
     UnknownKeys unknown;
     for (const auto& [key, value] : data) {
-        if (!contains(kRecordLists, key))
+        if (!isOneOf(key, kRecordLists))
             return unknownKey(key, "The data file", {kRecordLists.begin(), kRecordLists.end()});
         if (auto fault = faultInList(value, key, {.noun = key}, unknown))
             return fault;

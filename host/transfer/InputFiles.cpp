@@ -21,11 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isOneOf(const std::string& extension, const std::vector<std::string>& types)
-{
-    return std::find(types.begin(), types.end(), extension) != types.end();
-}
-
 // The file that may be meant, in the same folder; empty if none is like it.
 std::string similarFile(const fs::path& file)
 {

@@ -11,7 +11,6 @@
 
 #include <gps/Value.h>
 
-#include <algorithm>
 #include <initializer_list>
 #include <string_view>
 
@@ -26,7 +25,7 @@ gps::Dictionary without(std::initializer_list<std::string_view> keys, const gps:
 {
     gps::Dictionary rest;
     for (const auto& [key, value] : record) {
-        if (std::find(keys.begin(), keys.end(), key) == keys.end())
+        if (!isOneOf(key, keys))
             rest.set(key, value);
     }
     return rest;
@@ -75,8 +74,7 @@ template <typename Report> void reportKind(TransferKind kind, const gps::Diction
 
 bool isMapFile(const std::string& file)
 {
-    const auto type = fileTypeOf(file);
-    return std::find(kMapFileTypes.begin(), kMapFileTypes.end(), type) != kMapFileTypes.end();
+    return isOneOf(fileTypeOf(file), kMapFileTypes);
 }
 
 std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,
