@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -54,7 +55,12 @@ public:
     }
 
     // A dictionary drops a key that is set to nothing, so a null member is left out.
-    bool null() override { return add({}); }
+    bool null() override
+    {
+        if (!levels_.empty() && levels_.back().value.as<gps::Dictionary>() != nullptr)
+            levels_.back().nullKeys.insert(levels_.back().key);
+        return add({});
+    }
     bool boolean(bool value) override { return add(value); }
     bool number_integer(std::int64_t value) override { return add(value); }
     bool number_unsigned(std::uint64_t value) override
@@ -71,7 +77,8 @@ public:
     {
         auto& level = levels_.back();
         level.key = std::move(name);
-        hasRepeatedKey_ = level.value.as<gps::Dictionary>()->contains(level.key);
+        hasRepeatedKey_ = level.value.as<gps::Dictionary>()->contains(level.key) ||
+                          level.nullKeys.contains(level.key);
         return !hasRepeatedKey_;
     }
     bool end_object() override { return close(); }
@@ -98,7 +105,8 @@ private:
     // An object or array that has not ended.
     struct Level {
         gps::Value value;
-        std::string key{}; // of the next member
+        std::string key{};                // of the next member
+        std::set<std::string> nullKeys{}; // which the dictionary lacks
     };
 
     bool open(gps::Value container)

@@ -109,7 +109,7 @@ TEST(JsonText, NestingIsBounded)
 TEST(JsonText, RepeatedKeyIsFoundBehindItsSecondOccurrence)
 {
     EXPECT_FALSE(host::repeatedJsonKey(R"({"a":{"a":[{"a":1},{"a":2}]},"A":1})"));
-    EXPECT_FALSE(host::repeatedJsonKey(R"({"a":null,"a":1})")) << "nothing is lost";
+    EXPECT_FALSE(host::repeatedJsonKey(R"({"a":null,"b":[null,null,{"a":null}]})"));
     EXPECT_FALSE(host::repeatedJsonKey(R"({"a":)"));
     const std::string text = R"({"b":{"":1,"" :2}})";
     const auto repeated = host::repeatedJsonKey(text);
@@ -117,6 +117,18 @@ TEST(JsonText, RepeatedKeyIsFoundBehindItsSecondOccurrence)
     EXPECT_EQ(repeated->key, "");
     EXPECT_EQ(repeated->offset, text.find(" :2"));
     EXPECT_FALSE(host::readJsonObject(text));
+}
+
+TEST(JsonText, KeyIsRepeatedWhateverItsValuesAre)
+{
+    for (const char* const text :
+         {R"({"a":null,"a":null})", R"({"a":null,"a":1})", R"({"a":1,"a":null})",
+          R"({"b":[{"a":null,"c":1,"a":null}]})", R"({"a":{"a":null},"b":1,"a":null})"}) {
+        const auto repeated = host::repeatedJsonKey(text);
+        ASSERT_TRUE(repeated) << text;
+        EXPECT_EQ(repeated->key, "a") << text;
+        EXPECT_FALSE(host::readJsonObject(text)) << text;
+    }
 }
 
 } // namespace
