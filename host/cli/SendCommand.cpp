@@ -159,8 +159,10 @@ ExitStatus SendCommand::run(ChosenDevice device, SendRequest request, const Unre
     // What is printed from here on is whole, and files may be written: perform() sees a request.
     stop_.requestOnly();
     showErrors(sentencesFor(unread));
-    for (const auto& sentence : unread.values)
-        note(sentence);
+    for (const auto* const sentences : {&unread.values, &unread.unsent}) {
+        for (const auto& sentence : *sentences)
+            note(sentence);
+    }
     showErrors(emptyRecordErrors(send));
     if (send.request.data)
         showPlan(send);

@@ -139,7 +139,10 @@ bool Collection::readElement(const pugi::xml_node& element)
         return readWaypoint(element);
     if (isOwn(element, "rte"))
         return readRoute(element);
-    return !isOwn(element, "trk") || readTrack(element);
+    if (isOwn(element, "trk"))
+        return readTrack(element);
+    unstored_.addOfFile(element);
+    return true;
 }
 
 bool Collection::readWaypoint(const pugi::xml_node& element)
@@ -198,16 +201,22 @@ bool Collection::readTrack(const pugi::xml_node& element)
 bool Collection::readSegment(const pugi::xml_node& segment, gps::Array& points)
 {
     points = takePlainPoints(segment);
-    return consumeChildren(segment, [&](const pugi::xml_node& node) {
+    bool hasMore = false;
+    const bool isValid = consumeChildren(segment, [&](const pugi::xml_node& node) {
         gps::GPSPoint point;
-        if (!isOwn(node, "trkpt"))
+        if (!isOwn(node, "trkpt")) {
+            hasMore = hasMore || node.type() == pugi::node_element;
             return true;
+        }
         if (!readPointOf(node, point))
             return false;
         unstored_.addTrackPoint(node);
         points.emplace_back(trackPointRecord(point));
         return true;
     });
+    if (hasMore)
+        unstored_.addSegment();
+    return isValid;
 }
 
 // Those of a segment that is not read, such as one in another namespace, stay and are never used.
@@ -215,7 +224,9 @@ gps::Array Collection::takePlainPoints(const pugi::xml_node& segment)
 {
     if (isWhole() || plain_[usedPlain_].segment != segment.offset_debug())
         return {};
-    return std::move(plain_[usedPlain_++].points);
+    auto& taken = plain_[usedPlain_++];
+    unstored_.addFractions(taken.fractions);
+    return std::move(taken.points);
 }
 
 bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point)
@@ -230,6 +241,7 @@ bool Collection::readPointOf(const pugi::xml_node& element, gps::GPSPoint& point
     }
     if (!unread.isEmpty())
         unreadValues_.add(unread, element.offset_debug());
+    unstored_.addFractions(unread.hasFraction ? 1U : 0U);
     return true;
 }
 
@@ -268,6 +280,9 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
     if (const auto lost = collection.unstored().lostText(); !lost.empty())
         unread->ignored.push_back(
             file.sentence("left out, because records have no place for it: " + lost));
+    if (const auto unsent = collection.unstored().unsentText(); !unsent.empty())
+        unread->unsent.push_back(
+            file.sentence("not sent, because receivers have no place for it: " + unsent));
     auto sentences = collection.unreadValues().sentences(file);
     std::move(sentences.begin(), sentences.end(), std::back_inserter(unread->values));
     return std::nullopt;

@@ -69,7 +69,7 @@ bool takeElement(std::string_view& text, const char (&start)[kStart], const char
 
 // Takes a point and the white space before it.
 // @return  whether there was one. If not, the text is unchanged
-bool takePoint(std::string_view& text, gps::GPSPoint& point)
+bool takePoint(std::string_view& text, gps::GPSPoint& point, bool& hasFraction)
 {
     auto rest = text;
     PointTexts texts;
@@ -88,29 +88,33 @@ bool takePoint(std::string_view& text, gps::GPSPoint& point)
         !takeElement(rest, "<time>", "</time>", texts.time) || !take(rest, "</trkpt>") ||
         !makePoint(texts, point, unread) || !unread.isEmpty())
         return false;
+    hasFraction = unread.hasFraction;
     text = rest;
     return true;
 }
 
 // @param now  called now and then with the text that is left
-template <typename Now> gps::Array takePoints(std::string_view& text, const Now& now)
+template <typename Now> PlainTrackPoints takePoints(std::string_view& text, const Now& now)
 {
     constexpr std::size_t kOften = 4096; // points
-    gps::Array points;
+    PlainTrackPoints taken;
+    auto& points = taken.points;
     gps::GPSPoint point;
-    for (auto before = text.size(); takePoint(text, point); before = text.size()) {
+    bool hasFraction = false;
+    for (auto before = text.size(); takePoint(text, point, hasFraction); before = text.size()) {
         if (points.empty()) {
             // If the rest is points of this length, there is room for all of them.
             points.reserve(before / (before - text.size()) + 1);
             gps::useLargePages(points.data(), points.capacity() * sizeof points[0]);
         }
         points.emplace_back(trackPointRecord(point));
+        taken.fractions += hasFraction ? 1U : 0U;
         if (points.size() % kOften == 0)
             now(text);
     }
     if (points.size() < points.capacity() / 2)
         points.shrink_to_fit();
-    return points;
+    return taken;
 }
 
 } // namespace
@@ -133,9 +137,9 @@ takePlainTrackPoints(std::string& xml, const std::function<void(std::size_t done
         kept += end;
         rest.remove_prefix(end);
         auto points = takePoints(rest, report);
-        if (!points.empty())
-            taken.push_back(
-                {static_cast<std::ptrdiff_t>(kept - kSegmentTag.size() + 1), std::move(points)});
+        points.segment = static_cast<std::ptrdiff_t>(kept - kSegmentTag.size() + 1);
+        if (!points.points.empty())
+            taken.push_back(std::move(points));
     }
     if (!taken.empty()) {
         xml.resize(kept);

@@ -16,8 +16,10 @@ namespace host {
 
 /// The points at the start of one <trkseg>.
 struct PlainTrackPoints {
-    std::ptrdiff_t segment; ///< the offset of the name in the segment's tag, in the remaining text
-    gps::Array points;      ///< as GpxReader makes them
+    std::ptrdiff_t segment =
+        0;               ///< the offset of the name in the segment's tag, in the remaining text
+    gps::Array points{}; ///< as GpxReader makes them
+    std::size_t fractions = 0; ///< how many of their times had a fraction of a second
 };
 
 /// Takes the points that follow a "<trkseg>" directly, up to the first that is not of this form,

@@ -10,10 +10,25 @@
 #include <gps/Characters.h>
 #include <gps/NumberText.h>
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
 
 namespace host {
+namespace {
+
+// Whether a timestamp has a fraction of a second other than 0.
+bool hasFraction(std::string_view timestamp) noexcept
+{
+    constexpr auto kWhole = std::string_view{"2024-06-01T12:00:00"}.size();
+    if (timestamp.size() <= kWhole || (timestamp[kWhole] != '.' && timestamp[kWhole] != ','))
+        return false;
+    const auto digit = timestamp.find_first_not_of('0', kWhole + 1);
+    return digit != std::string_view::npos && gps::isDigit(timestamp[digit]);
+}
+
+} // namespace
 
 double elevationIn(std::string_view text, UnreadTexts& unread)
 {
@@ -27,12 +42,21 @@ double elevationIn(std::string_view text, UnreadTexts& unread)
 
 std::int64_t timeIn(std::string_view text, UnreadTexts& unread)
 {
+    text = gps::trimmed(text);
     const auto time = readGpxTime(text);
     if (!time)
-        unread.time = gps::trimmed(text);
+        unread.time = text;
     else if (!hasTimestamp({.time = *time}))
-        unread.uncountedTime = gps::trimmed(text);
+        unread.uncountedTime = text;
+    else
+        unread.hasFraction = hasFraction(text);
     return time.value_or(0);
+}
+
+std::string fractionsText(std::size_t times)
+{
+    return fmt::format("the fraction{} of a second of {} time{}", times == 1 ? "" : "s", times,
+                       times == 1 ? "" : "s");
 }
 
 } // namespace host

@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,7 +18,9 @@ struct UnreadTexts {
     std::string elevation{};
     std::string time{};
     std::string uncountedTime{}; ///< one that hasTimestamp() does not accept
+    bool hasFraction = false;    ///< the time had a fraction of a second, which was left out
 
+    /// Whether all texts are empty.
     [[nodiscard]] bool isEmpty() const noexcept
     {
         return elevation.empty() && time.empty() && uncountedTime.empty();
@@ -33,5 +36,9 @@ struct UnreadTexts {
 /// @param unread  gets the text if it is not a timestamp, or if hasTimestamp() does not accept it
 /// @return        0 for any such text, and for an empty one
 [[nodiscard]] std::int64_t timeIn(std::string_view text, UnreadTexts& unread);
+
+/// "the fractions of a second of 2 times", for a message about what was left out.
+/// Precondition: there are some.
+[[nodiscard]] std::string fractionsText(std::size_t times);
 
 } // namespace host

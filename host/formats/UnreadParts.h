@@ -39,6 +39,9 @@ struct UnreadParts {
     /// What is as it should be, but has no place in a receiver or in a record: a sentence for each
     /// file.
     std::vector<std::string> ignored{};
+
+    /// Of that, what `unstored` does not count: a sentence for each file, for a send.
+    std::vector<std::string> unsent{};
 };
 
 } // namespace host

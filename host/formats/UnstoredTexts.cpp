@@ -6,6 +6,7 @@
 
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
+#include "host/formats/PointValues.h"
 #include "host/formats/XmlNodes.h"
 
 #include <gps/Geocache.h>
@@ -14,12 +15,14 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
 
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 6> kNounTexts{"waypoint",    "geocache", "route",
-                                                     "route point", "track",    "track point"};
+constexpr std::array<std::string_view, 7> kNounTexts{
+    "waypoint", "geocache", "route", "route point", "track", "track segment", "track point"};
 constexpr std::array<std::string_view, 9> kFieldTexts{
     "comment", "description", "link", "type", "number", "source", "other value", "time", "found"};
 
@@ -35,21 +38,70 @@ bool isLink(const pugi::xml_node& node, std::string_view name)
            (name == "url" && hasText(node));
 }
 
-template <std::size_t kCount>
-bool contains(const std::array<std::string_view, kCount>& names, std::string_view name)
-{
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // What a record keeps, or what is not a value of its own. The cache extension is read in part.
 constexpr std::array<std::string_view, 11> kKept{"name",   "ele",   "time", "sym",  "rtept", "cmt",
                                                  "trkseg", "cache", "desc", "link", "url"};
 
+// Of the cache extension.
+constexpr std::array<std::string_view, 7> kKeptOfCache{
+    "name", "owner", "type", "difficulty", "terrain", "encoded_hints", "logs"};
+
+bool hasContent(const pugi::xml_node& node)
+{
+    return node.first_child() || *node.value() != '\0' || node.first_attribute();
+}
+
+bool isLog(const pugi::xml_node& node)
+{
+    return localName(node) == "log" && hasText(childOf(node, "text"));
+}
+
+bool hasOthers(const pugi::xml_node& cache)
+{
+    const auto nodes = cache.children();
+    return std::any_of(nodes.begin(), nodes.end(), [](const pugi::xml_node& node) {
+        const auto name = localName(node);
+        if (name == "logs")
+            return std::any_of(node.begin(), node.end(), isLog);
+        return node.type() == pugi::node_element && !isOneOf(name, kKeptOfCache) &&
+               hasContent(node);
+    });
+}
+
 bool isOther(const pugi::xml_node& node, std::string_view name)
 {
-    if (name == "extensions")
-        return node.first_child() && !childOf(node, "cache");
-    return node.type() == pugi::node_element && name != "urlname" && !contains(kKept, name);
+    if (name == "cache")
+        return hasOthers(node);
+    if (name == "extensions") {
+        const auto nodes = node.children();
+        return std::any_of(nodes.begin(), nodes.end(), [](const pugi::xml_node& extension) {
+            return localName(extension) != "cache" || hasOthers(extension);
+        });
+    }
+    return node.type() == pugi::node_element && name != "urlname" && !isOneOf(name, kKept);
+}
+
+// What a file has for itself. The last is anything else.
+constexpr std::array<std::string_view, 7> kFileTexts{
+    "name", "description", "author", "keywords", "copyright", "link", "other values"};
+
+struct FileElement {
+    std::string_view name;
+    std::size_t field; // in kFileTexts
+};
+
+// GPX 1.0 has the author and the link in two elements each.
+constexpr std::array kFileElements{
+    FileElement{"name", 0},  FileElement{"desc", 1},     FileElement{"author", 2},
+    FileElement{"email", 2}, FileElement{"keywords", 3}, FileElement{"copyright", 4},
+    FileElement{"link", 5},  FileElement{"url", 5},      FileElement{"urlname", 5}};
+
+// This program describes its own files by what their records have as their source.
+bool isOwnDescription(const pugi::xml_node& element)
+{
+    return localName(element) == "desc" &&
+           std::string_view{element.root().first_child().attribute("creator").value()} ==
+               "magellangps";
 }
 
 } // namespace
@@ -92,6 +144,26 @@ void UnstoredTexts::addTrackPoint(const pugi::xml_node& element)
         ++lost_[kTrackPointTexts][kOthers];
         return;
     }
+}
+
+void UnstoredTexts::addOfFile(const pugi::xml_node& element)
+{
+    if (localName(element) != "metadata")
+        return addFileValue(element);
+    for (const auto& node : element.children())
+        addFileValue(node);
+}
+
+void UnstoredTexts::addFileValue(const pugi::xml_node& element)
+{
+    const auto name = localName(element);
+    if (element.type() != pugi::node_element || !hasContent(element) || name == "time" ||
+        name == "bounds" || isOwnDescription(element))
+        return;
+    const auto* const known =
+        std::find_if(kFileElements.begin(), kFileElements.end(),
+                     [&](const FileElement& file) { return file.name == name; });
+    ofFile_[known != kFileElements.end() ? known->field : kFileFields - 1] = true;
 }
 
 // One walk over the children, which are few: this runs for each waypoint.
@@ -149,9 +221,37 @@ void UnstoredTexts::addTo(std::vector<UnstoredText>& unstored) const
 
 std::string UnstoredTexts::lostText() const
 {
+    return lostText(0);
+}
+
+std::string UnstoredTexts::unsentText() const
+{
+    return lostText(kTextFields);
+}
+
+// "the name, link and other values of the file"
+std::string UnstoredTexts::fileText() const
+{
+    std::string text;
+    const auto fields = std::count(ofFile_.begin(), ofFile_.end(), true);
+    std::ptrdiff_t named = 0;
+    for (std::size_t i = 0; i < kFileFields; ++i) {
+        if (!ofFile_[i])
+            continue;
+        ++named;
+        text += named == 1 ? "the " : named < fields ? ", " : " and ";
+        text += kFileTexts[i];
+    }
+    return text.empty() ? text : text + " of the file";
+}
+
+std::string UnstoredTexts::lostText(std::size_t firstField) const
+{
     std::vector<std::string> parts;
+    if (auto text = fileText(); !text.empty())
+        parts.push_back(std::move(text));
     for (std::size_t noun = 0; noun < kNouns; ++noun) {
-        for (std::size_t field = 0; field < kFields; ++field) {
+        for (std::size_t field = firstField; field < kFields; ++field) {
             const auto count = lost_[noun][field];
             const auto* const plural = count == 1 && field != kOthers ? "" : "s";
             if (count > 0)
@@ -159,6 +259,8 @@ std::string UnstoredTexts::lostText() const
                                             count, kNounTexts[noun], count == 1 ? "" : "s"));
         }
     }
+    if (fractions_ > 0)
+        parts.push_back(fractionsText(fractions_));
     return joined(parts, ", ");
 }
 

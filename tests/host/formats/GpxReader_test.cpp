@@ -204,13 +204,18 @@ TEST(GpxReader, TimesThatNoOutputStatesAreCountedWithTheFirstAndItsLine)
 }
 
 // What records lack, and receivers.
-host::UnreadParts unreadPartsOf(std::string_view content)
+host::UnreadParts unreadPartsOfFile(std::string_view bytes)
 {
     const support::TemporaryFolder folder;
     Dictionary data;
     host::UnreadParts unread;
-    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", gpx(content)), data, &unread));
+    EXPECT_FALSE(host::readGpx(folder.put("a.gpx", bytes), data, &unread));
     return unread;
+}
+
+host::UnreadParts unreadPartsOf(std::string_view content)
+{
+    return unreadPartsOfFile(gpx(content));
 }
 
 TEST(GpxReader, WhatRecordsHaveNoPlaceForIsCountedByKind)
@@ -230,6 +235,89 @@ TEST(GpxReader, WhatRecordsHaveNoPlaceForIsCountedByKind)
             "the links of 2 waypoints, the type of 1 waypoint, the source of 1 waypoint, the other "
             "values of 1 waypoint, the number of 1 route, the other values of 1 route point, the "
             "type of 1 track, the other values of 1 track point."));
+}
+
+TEST(GpxReader, TextsOfTheFileAreNamed)
+{
+    EXPECT_THAT(
+        unreadPartsOf("<metadata><name>n</name><desc>d</desc><author><name>a</name></author>"
+                      "<copyright author='a'/><link href='x'/><keywords>k</keywords>"
+                      "<extensions><e/></extensions></metadata>")
+            .ignored,
+        testing::ElementsAre(
+            "a.gpx: left out, because records have no place for it: the name, description, "
+            "author, keywords, copyright, link and other values of the file."));
+    // As GPX 1.0 has them.
+    EXPECT_THAT(
+        unreadPartsOf("<name>n</name><email>e</email><time>2024</time><bounds minlat='1'/>").unsent,
+        testing::ElementsAre("a.gpx: not sent, because receivers have no place for it: the "
+                             "name and author of the file."));
+    EXPECT_THAT(unreadPartsOf("<urlname>u</urlname>").unsent,
+                testing::ElementsAre(HasSubstr(": the link of the file.")));
+    EXPECT_THAT(unreadPartsOf("<e:wpt xmlns:e='e'/><extensions><e/></extensions>").unsent,
+                testing::ElementsAre(HasSubstr(": the other values of the file.")));
+}
+
+TEST(GpxReader, OwnDescriptionOfTheFileIsNotMentioned)
+{
+    const auto unread =
+        unreadPartsOfFile("<gpx creator='magellangps'><metadata><desc>From a receiver"
+                          "</desc><time>2024-06-01T12:00:00Z</time></metadata></gpx>");
+    EXPECT_THAT(unread.ignored, testing::IsEmpty());
+    EXPECT_THAT(unread.unsent, testing::IsEmpty());
+    EXPECT_THAT(
+        unreadPartsOfFile("<gpx><metadata><desc>From a receiver</desc></metadata></gpx>").ignored,
+        testing::SizeIs(1));
+}
+
+TEST(GpxReader, FractionsOfSecondsAreCounted)
+{
+    const auto trackOf = [](std::string_view time) {
+        return "<trk><trkseg><trkpt lat=\"1\" lon=\"2\"><time>" + std::string{time} +
+               "</time></trkpt></trkseg></trk>";
+    };
+    for (const char* const time :
+         {"2024-06-01T12:00:00.5Z", "2024-06-01T12:00:00,001", "2024-06-01T12:00:00.010+02:00"}) {
+        const auto unread = unreadPartsOf(trackOf(time));
+        EXPECT_THAT(unread.ignored,
+                    testing::ElementsAre("a.gpx: left out, because records have no place for it: "
+                                         "the fraction of a second of 1 time."))
+            << time;
+        EXPECT_THAT(unread.unsent, testing::SizeIs(1)) << time;
+    }
+    for (const char* const time : {"2024-06-01T12:00:00.000Z", "2024-06-01T12:00:00Z", "2024-06-01",
+                                   "1975-06-01T12:00:00.5Z"})
+        EXPECT_THAT(unreadPartsOf(trackOf(time)).ignored, testing::IsEmpty()) << time;
+    EXPECT_THAT(unreadPartsOf(trackOf("2024-06-01T12:00:00.5Z") +
+                              "<wpt lat='1' lon='2'><time>2024-06-01T12:00:00.5Z</time></wpt>")
+                    .ignored,
+                testing::ElementsAre(HasSubstr("the fractions of a second of 2 times.")));
+}
+
+TEST(GpxReader, OtherValuesOfSegmentsAndCachesAreCounted)
+{
+    EXPECT_THAT(
+        unreadPartsOf(
+            "<trk><trkseg><trkpt lat='1' lon='2'/><extensions><e/></extensions></trkseg>"
+            "<trkseg><trkpt lat='1' lon='2'/></trkseg></trk>"
+            "<wpt lat='1' lon='2'><extensions><c:cache xmlns:c='c'><c:name>x</c:name>"
+            "<c:long_description>text</c:long_description></c:cache></extensions></wpt>"
+            "<wpt lat='1' lon='2'><c:cache xmlns:c='c'><c:logs><c:log><c:text>t</c:text>"
+            "</c:log></c:logs></c:cache></wpt>"
+            "<wpt lat='1' lon='2'><extensions><c:cache xmlns:c='c'/><e/></extensions></wpt>"
+            "<wpt lat='1' lon='2'><c:cache xmlns:c='c'><c:state/><c:logs><c:log/></c:logs>"
+            "</c:cache></wpt>")
+            .unsent,
+        testing::ElementsAre("a.gpx: not sent, because receivers have no place for it: the other "
+                             "values of 3 geocaches, the other values of 1 track segment."));
+}
+
+TEST(GpxReader, WhatReceiversLackIsNotCountedTwice)
+{
+    EXPECT_THAT(unreadPartsOf("<wpt lat='1' lon='2'><cmt>a</cmt><desc>b</desc><link href='x'/>"
+                              "<type>t</type></wpt>")
+                    .unsent,
+                testing::IsEmpty());
 }
 
 TEST(GpxReader, WhatRecordsHaveAPlaceForIsNotMentioned)
