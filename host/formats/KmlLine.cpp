@@ -9,24 +9,29 @@
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 namespace host {
 
-void KmlLine::begin(std::string_view head, Times times)
+void KmlLine::begin(std::string_view head, std::string_view data, Times times)
 {
     head_ = head;
+    data_ = data;
     rule_ = times;
     last_.reset();
     isBroken_ = false;
     finishedRuns_ = 0;
     areAllTracks_ = true;
+    areAllSegments_ = true;
+    runsText_.clear();
 }
 
 void KmlLine::add(const gps::GPSPoint& point)
 {
     if (std::exchange(isBroken_, false) || !last_)
-        beginRun(isTimed(point));
+        beginRun(isTimed(point), false);
     else
         continueTo(point);
     addToRun(point);
@@ -37,22 +42,30 @@ void KmlLine::add(const gps::GPSPoint& point)
 void KmlLine::continueTo(const gps::GPSPoint& point)
 {
     if (isTimed(*last_) && !isTimed(point)) {
-        beginRun(false);
-        addToRun(*last_);
+        beginRun(false, true);
+        addFirst(*last_);
     }
     if (const auto crossing = dateLineCrossing(*last_, point)) {
-        addToRun(crossing->before);
-        beginRun(inTrack_);
-        addToRun(crossing->after);
+        addLast(crossing->before);
+        beginRun(inTrack_, true);
+        addFirst(crossing->after);
     }
     if (!isTimed(*last_) && isTimed(point)) {
-        addToRun(point);
-        beginRun(true);
+        addLast(point);
+        beginRun(true, true);
     }
 }
 
 void KmlLine::end(Output& out)
 {
+    endRun();
+    // Two equal positions of a plain line could be one point.
+    const bool isObvious =
+        finishedRuns_ > 0 ? areAllSegments_ : inRun_ > 2 || (inRun_ > 0 && inTrack_);
+    if (rule_ == Times::kKept && !isObvious)
+        data_ += fmt::format("<own:{0} xmlns:own=\"{1}\">{2}</own:{0}>", kKmlTrackRuns,
+                             kKmlOwnNamespace, runsText_);
+    appendExtendedData(head_, data_);
     out.write(head_);
     if (finishedRuns_ == 0) {
         writeRun(out);
@@ -76,15 +89,42 @@ bool KmlLine::isTimed(const gps::GPSPoint& point) const noexcept
 }
 
 // Ends the run before.
-void KmlLine::beginRun(bool isTrack)
+void KmlLine::beginRun(bool isTrack, bool isContinued)
 {
     if (inRun_ > 0) {
+        endRun();
         ++finishedRuns_;
         areAllTracks_ = areAllTracks_ && inTrack_;
         writeRun(runs_);
         runs_.write("\n");
     }
     inTrack_ = isTrack;
+    run_ = {.isContinued = isContinued};
+}
+
+// Adds a point that is not one of the line, or that belongs to the run before.
+void KmlLine::addFirst(const gps::GPSPoint& point)
+{
+    addToRun(point);
+    run_.dropsFirst = true;
+}
+
+void KmlLine::addLast(const gps::GPSPoint& point)
+{
+    addToRun(point);
+    run_.dropsLast = true;
+}
+
+// Does nothing if the run has no points.
+void KmlLine::endRun()
+{
+    if (inRun_ == 0)
+        return;
+    // A Point would be another thing than a line, and a line has at least two positions.
+    if (inRun_ == 1 && !inTrack_)
+        addLast(*last_);
+    appendKmlRun(runsText_, run_);
+    areAllSegments_ = areAllSegments_ && inTrack_ && !run_.isContinued;
 }
 
 void KmlLine::addToRun(const gps::GPSPoint& point)
@@ -107,9 +147,6 @@ void KmlLine::writeRun(Output& out)
 {
     if (inRun_ == 0)
         return;
-    // A Point would be another thing than a line, and a line has at least two positions.
-    if (inRun_ == 1 && !inTrack_)
-        addToRun(*last_);
     inRun_ = 0;
     if (inTrack_) {
         out.write("<gx:Track>\n");

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "host/files/Output.h"
+#include "host/formats/KmlRuns.h"
 #include "host/points/Points.h"
 
 #include <gps/GPSPoint.h>
@@ -22,7 +23,8 @@ namespace host {
 /// into runs. Plain runs begin and end with the points of their neighbours, so that nothing is
 /// torn. A line that crosses the 180 degree meridian is split there too, since a flat map would
 /// draw it all the way around the globe. All runs and segments of a line are in one placemark: in a
-/// gx:MultiTrack or, if there are plain ones, in a MultiGeometry.
+/// gx:MultiTrack or, if there are plain ones, in a MultiGeometry. The extended data of a track note
+/// which points were added, unless its runs are just its segments.
 class KmlLine {
 public:
     enum class Times { kKept, kDropped };
@@ -32,9 +34,10 @@ public:
         : whens_(spoolFolder), coordinates_(spoolFolder), runs_(spoolFolder)
     {}
 
-    /// @param head   the start of the placemark, up to its geometry
-    /// @param times  kDropped makes plain lines even of points with timestamps
-    void begin(std::string_view head, Times times);
+    /// @param head   the start of the placemark, up to its extended data
+    /// @param data   what these hold
+    /// @param times  kDropped makes plain lines even of points with timestamps, as of a route
+    void begin(std::string_view head, std::string_view data, Times times);
 
     /// Precondition: `begin` was called, and the point has valid coordinates.
     void add(const gps::GPSPoint& point);
@@ -49,19 +52,26 @@ public:
 private:
     [[nodiscard]] bool isTimed(const gps::GPSPoint& point) const noexcept;
     void continueTo(const gps::GPSPoint& point);
-    void beginRun(bool isTrack);
+    void beginRun(bool isTrack, bool isContinued);
     void addToRun(const gps::GPSPoint& point);
+    void addFirst(const gps::GPSPoint& point);
+    void addLast(const gps::GPSPoint& point);
+    void endRun();
     void writeRun(Output& out);
 
     std::string head_;
+    std::string data_;
     Times rule_ = Times::kKept;
     TimestampText times_;
     std::optional<gps::GPSPoint> last_; // nullopt until the line has a point
     bool isBroken_ = false;             // before the next point
     bool inTrack_ = false;              // whether the open run is a gx:Track
+    KmlRun run_;                        // the open one
     std::size_t inRun_ = 0;             // points in the open run; 0 if no run is open
     std::size_t finishedRuns_ = 0;      // before that
     bool areAllTracks_ = true;          // the finished runs
+    bool areAllSegments_ = true;        // the ended runs: timed, and each with its own points
+    std::string runsText_;              // of the ended runs
     Spool whens_;                       // times and coordinates of the open run
     Spool coordinates_;
     Spool runs_; // the finished ones

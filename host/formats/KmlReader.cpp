@@ -9,6 +9,8 @@
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/KmlRecords.h"
+#include "host/formats/KmlRuns.h"
+#include "host/formats/KmlText.h"
 #include "host/formats/UnreadValues.h"
 #include "host/formats/XmlFile.h"
 #include "host/formats/XmlNodes.h"
@@ -253,6 +255,63 @@ bool appendTo(Line& before, Line& line)
     return true;
 }
 
+// Takes the points out of the lines that this program has added, and joins the lines that are one
+// segment.
+// @return  whether the lines are those that the text describes. If not, they are unchanged
+bool applyRuns(std::string_view text, std::vector<Line>& lines)
+{
+    const auto runs = readKmlRuns(text);
+    if (!runs || runs->size() != lines.size())
+        return false;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const auto& run = (*runs)[i];
+        const std::size_t dropped = (run.dropsFirst ? 1U : 0U) + (run.dropsLast ? 1U : 0U);
+        if (lines[i].points.size() < dropped || (i == 0 && run.isContinued))
+            return false;
+    }
+    std::vector<Line> segments;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const auto& run = (*runs)[i];
+        auto& points = lines[i].points;
+        if (run.dropsLast)
+            points.pop_back();
+        auto first = points.begin() + (run.dropsFirst ? 1 : 0);
+        if (!run.isContinued)
+            segments.emplace_back();
+        auto& segment = segments.back().points;
+        segment.insert(segment.end(), std::make_move_iterator(first),
+                       std::make_move_iterator(points.end()));
+    }
+    lines = std::move(segments);
+    return true;
+}
+
+// What another program may have made of the same points.
+void joinLines(std::vector<Line>& lines)
+{
+    std::vector<Line> joined;
+    for (auto& line : lines) {
+        // A line has two positions even where there is only one point.
+        if (!line.isTimed && line.points.size() == 2 &&
+            isSamePoint(pointAt(line.points.front()), pointAt(line.points.back())))
+            line.points.pop_back();
+        if (joined.empty() || !appendTo(joined.back(), line))
+            joined.push_back(std::move(line));
+    }
+    lines = std::move(joined);
+}
+
+pugi::xml_node ownData(const pugi::xml_node& placemark, std::string_view name)
+{
+    return childOf(childOf(placemark, "ExtendedData"), name);
+}
+
+// Of a route, the line is the last one.
+bool isRouteFolder(const pugi::xml_node& node)
+{
+    return localName(node) == "Folder" && ownData(node.last_child(), kKmlRouteLine);
+}
+
 // The records of a document that is not nested deeply.
 class Placemarks {
 public:
@@ -264,26 +323,30 @@ public:
     [[nodiscard]] const std::vector<Problem>& skipped() const { return skipped_; }
     [[nodiscard]] std::size_t skippedCount() const { return skippedCount_; }
     [[nodiscard]] const UnreadValues& unreadValues() const { return unreadValues_; }
+    [[nodiscard]] std::size_t fractions() const { return fractions_; }
     [[nodiscard]] const IgnoredElements& ignored() const { return ignored_; }
     void moveInto(gps::Dictionary& data);
 
 private:
+    void readRoute(const pugi::xml_node& folder);
     bool readPlacemark(const pugi::xml_node& placemark);
     bool readGeometries(const pugi::xml_node& placemark, const pugi::xml_node& parent);
     bool readGeometry(const pugi::xml_node& placemark, const pugi::xml_node& geometry);
-    void readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point);
+    void readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point,
+                   gps::Array& waypoints);
     bool readLine(const pugi::xml_node& line);
     bool readTrack(pugi::xml_node track);
-    void addLine(Line line);
     void note(const UnreadTexts& unread, const pugi::xml_node& element, std::size_t lines = 0);
 
     gps::Array waypoints_;
+    gps::Array routes_;
     gps::Array tracks_;
     std::vector<Line> lines_; // of the placemark that is being read
     Problem problem_;
     std::vector<Problem> skipped_; // the first ones
     std::size_t skippedCount_ = 0;
     UnreadValues unreadValues_;
+    std::size_t fractions_ = 0; // of a second, in times
     IgnoredElements ignored_;
 };
 
@@ -292,8 +355,24 @@ bool Placemarks::read(const pugi::xml_node& parent)
     const auto nodes = parent.children();
     return std::all_of(nodes.begin(), nodes.end(), [this](const pugi::xml_node& node) {
         ignored_.add(localName(node));
+        if (isRouteFolder(node)) {
+            readRoute(node);
+            return true;
+        }
         return isPlacemark(node) ? readPlacemark(node) : read(node);
     });
+}
+
+void Placemarks::readRoute(const pugi::xml_node& folder)
+{
+    auto route = kmlTrack(folder.last_child());
+    gps::Array points;
+    for (const auto& placemark : folder.children()) {
+        if (const auto point = childOf(placemark, "Point"))
+            readPoint(placemark, point, points);
+    }
+    route.set("points", std::move(points));
+    routes_.emplace_back(std::move(route));
 }
 
 bool Placemarks::readPlacemark(const pugi::xml_node& placemark)
@@ -301,8 +380,11 @@ bool Placemarks::readPlacemark(const pugi::xml_node& placemark)
     lines_.clear();
     if (!readGeometries(placemark, placemark))
         return false;
-    if (lines_.empty())
+    const auto runs = ownData(placemark, kKmlTrackRuns);
+    if (lines_.empty() && !runs)
         return true;
+    if (!runs || !applyRuns(textOf(runs), lines_))
+        joinLines(lines_);
     std::vector<gps::Array> segments;
     for (auto& line : lines_)
         segments.push_back(std::move(line.points));
@@ -327,7 +409,7 @@ bool Placemarks::readGeometry(const pugi::xml_node& placemark, const pugi::xml_n
     if (name == "Track")
         return readTrack(geometry);
     if (name == "Point")
-        readPoint(placemark, geometry);
+        readPoint(placemark, geometry, waypoints_);
     ignored_.add(name);
     return true;
 }
@@ -336,15 +418,17 @@ void Placemarks::note(const UnreadTexts& unread, const pugi::xml_node& element, 
 {
     if (!unread.isEmpty())
         unreadValues_.add(unread, element.offset_debug(), lines);
+    fractions_ += unread.hasFraction ? 1U : 0U;
 }
 
-void Placemarks::readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point)
+void Placemarks::readPoint(const pugi::xml_node& placemark, const pugi::xml_node& point,
+                           gps::Array& waypoints)
 {
     const auto text = childText(point, "coordinates");
     gps::GPSPoint position;
     UnreadTexts unread;
     if (readKmlPosition(gps::trimmed(text), ',', position, unread)) {
-        waypoints_.emplace_back(kmlWaypoint(placemark, position, unread));
+        waypoints.emplace_back(kmlWaypoint(placemark, position, unread));
         note(unread, point);
     } else if (++skippedCount_ <= UnreadParts::kMostNamed) {
         skipped_.push_back({point, invalidText(text)});
@@ -366,7 +450,7 @@ bool Placemarks::readLine(const pugi::xml_node& line)
         note(unread, element, positions.lines());
         points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
     }
-    addLine({std::move(points), false});
+    lines_.push_back({std::move(points), false});
     return true;
 }
 
@@ -393,23 +477,14 @@ bool Placemarks::readTrack(pugi::xml_node track)
         note(unread, node);
         points.emplace_back(gps::Dictionary{{gps::kPointKey, point}});
     }
-    addLine({std::move(points), true});
+    lines_.push_back({std::move(points), true});
     return true;
-}
-
-void Placemarks::addLine(Line line)
-{
-    // A line has two positions even where there is only one point.
-    if (!line.isTimed && line.points.size() == 2 &&
-        isSamePoint(pointAt(line.points.front()), pointAt(line.points.back())))
-        line.points.pop_back();
-    if (lines_.empty() || !appendTo(lines_.back(), line))
-        lines_.push_back(std::move(line));
 }
 
 void Placemarks::moveInto(gps::Dictionary& data)
 {
     appendRecords(data, "waypoint", waypoints_);
+    appendRecords(data, "route", routes_);
     appendRecords(data, "track", tracks_);
 }
 
@@ -459,6 +534,9 @@ std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data
     std::move(values.begin(), values.end(), std::back_inserter(unread.values));
     if (!others.empty())
         unread.ignored.push_back(file.sentence(otherDocumentsText(others)));
+    if (placemarks.fractions() > 0)
+        unread.ignored.push_back(file.sentence("left out, because records have no place for it: " +
+                                               fractionsText(placemarks.fractions())));
     if (const auto text = placemarks.ignored().text(); !text.empty())
         unread.ignored.push_back(file.sentence(text));
     return std::nullopt;

@@ -15,16 +15,19 @@
 
 namespace host {
 
-/// Adds the records of a file's placemarks, in its order, to the arrays under "waypoint" and
-/// "track" of `data`. Adds no key for a kind that the file lacks. A KMZ file is recognised by its
-/// content; its first KML document is read. Links to other files are not followed.
+/// Adds the records of a file's placemarks, in its order, to the arrays under "waypoint", "route"
+/// and "track" of `data`. Adds no key for a kind that the file lacks. A KMZ file is recognised by
+/// its content; its first KML document is read. Links to other files are not followed.
 ///
 /// - Point: a waypoint with "name", "comment", "symbol", "point"; a geocache also has its own
 ///   fields, if this program wrote the file.
 /// - LineString, gx:Track: a track with "name", "comment" and "points". The lines of a
-/// MultiGeometry or a
-///   gx:MultiTrack are segments of one track, as readGpx() makes them; a LineString and a gx:Track
-///   that share an end are one segment.
+/// MultiGeometry
+///   or a gx:MultiTrack are segments of one track, as readGpx() makes them; a LineString and a
+///   gx:Track that share an end are one segment, unless the file notes what belongs together, as
+///   those of this program do.
+/// - Folder of points and their line that this program wrote as a route: that route, as readGpx()
+///   makes it, without its number.
 ///
 /// A description of HTML becomes plain text. Areas, overlays and everything else are ignored.
 ///

@@ -36,27 +36,6 @@ std::string plainTextOf(const gps::Value& value)
     return json;
 }
 
-// All fields for programs, unchanged, except the name and boxed points, which have elements of
-// their own, and empty texts.
-void appendData(std::string& out, const gps::Dictionary& record)
-{
-    const auto start = out.size();
-    for (const auto& [key, value] : record) {
-        if (key == "name" || value.as<gps::GPSPoint>() != nullptr)
-            continue;
-        const auto text = plainTextOf(value);
-        if (text.empty())
-            continue;
-        out += out.size() == start ? "<ExtendedData><Data name=\"" : "<Data name=\"";
-        appendXml(out, key);
-        out += "\"><value>";
-        appendXml(out, text);
-        out += "</value></Data>";
-    }
-    if (out.size() != start)
-        out += "</ExtendedData>";
-}
-
 } // namespace
 
 // No altitudeMode is written, so viewers clamp everything to the ground; the altitude is only data.
@@ -101,7 +80,30 @@ void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_
         out += "</TimeStamp>";
     }
     out.append("<styleUrl>#").append(style).append("</styleUrl>");
-    appendData(out, record);
+}
+
+// All fields for programs, unchanged, except the name and boxed points, which have elements of
+// their own, and empty texts.
+void appendKmlData(std::string& out, const gps::Dictionary& record)
+{
+    for (const auto& [key, value] : record) {
+        if (key == "name" || value.as<gps::GPSPoint>() != nullptr)
+            continue;
+        const auto text = plainTextOf(value);
+        if (text.empty())
+            continue;
+        out += "<Data name=\"";
+        appendXml(out, key);
+        out += "\"><value>";
+        appendXml(out, text);
+        out += "</value></Data>";
+    }
+}
+
+void appendExtendedData(std::string& out, std::string_view data)
+{
+    if (!data.empty())
+        out.append("<ExtendedData>").append(data).append("</ExtendedData>");
 }
 
 } // namespace host

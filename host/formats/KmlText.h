@@ -35,12 +35,24 @@ inline constexpr std::size_t kMostOfKmlWhen = TimestampText::kSize + 14;
 /// Appends a `name` element if the record has a name.
 void appendKmlName(std::string& out, const gps::Dictionary& record);
 
-/// Appends the start of a placemark, up to its geometry: name, description, timestamp, style, and
-/// all other fields of the record as extended data.
+/// Appends the start of a placemark, up to its extended data: name, description, timestamp, style.
 ///
 /// @param style  the identifier of one of the document's styles
 /// @param timed  the point whose timestamp the placemark gets; may be null
 void appendKmlHead(std::string& out, const gps::Dictionary& record, std::string_view style,
                    const gps::GPSPoint* timed = nullptr);
+
+/// Appends all other fields of a record as what extended data hold.
+void appendKmlData(std::string& out, const gps::Dictionary& record);
+
+/// Appends the extended data of a placemark, if there are any.
+/// @param data  what appendKmlData() has made, and elements of this program
+void appendExtendedData(std::string& out, std::string_view data);
+
+/// Elements of this program in the extended data of a placemark, with which it reads its own files
+/// exactly. Viewers do not show them, since they are in a namespace of their own.
+inline constexpr char kKmlOwnNamespace[] = "urn:magellangps:kml";
+inline constexpr char kKmlTrackRuns[] = "trackRuns"; ///< of a track; see KmlRuns.h
+inline constexpr char kKmlRouteLine[] = "routeLine"; ///< the line of a route, behind its points
 
 } // namespace host

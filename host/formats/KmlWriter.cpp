@@ -8,6 +8,8 @@
 
 #include <gps/Geocache.h>
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <string_view>
 
@@ -72,7 +74,10 @@ void KmlWriter::beginRoute(const gps::Dictionary& route)
     routes_.write(text_);
     text_.clear();
     appendKmlHead(text_, route, "route");
-    line_.begin(text_, KmlLine::Times::kDropped);
+    data_.clear();
+    appendKmlData(data_, route);
+    data_ += fmt::format("<own:{} xmlns:own=\"{}\"/>", kKmlRouteLine, kKmlOwnNamespace);
+    line_.begin(text_, data_, KmlLine::Times::kDropped);
 }
 
 void KmlWriter::routePoint(const gps::GPSPoint& point, const gps::Dictionary& record)
@@ -96,7 +101,9 @@ void KmlWriter::beginTrack(const gps::Dictionary& track)
     tracksFolder_.begin(output_);
     text_.clear();
     appendKmlHead(text_, track, "track");
-    line_.begin(text_, KmlLine::Times::kKept);
+    data_.clear();
+    appendKmlData(data_, track);
+    line_.begin(text_, data_, KmlLine::Times::kKept);
 }
 
 void KmlWriter::trackPoint(const gps::GPSPoint& point)
@@ -132,6 +139,9 @@ void KmlWriter::makePlacemark(const gps::GPSPoint& point, const gps::Dictionary&
 {
     text_.clear();
     appendKmlHead(text_, record, style, &point);
+    data_.clear();
+    appendKmlData(data_, record);
+    appendExtendedData(text_, data_);
     text_ += "<Point><coordinates>";
     appendPut<kMostOfKmlPosition>(text_, [&](char* at) { return putKmlPosition(at, point, ','); });
     text_ += "</coordinates></Point></Placemark>\n";

@@ -17,7 +17,8 @@ namespace host {
 
 /// The document has a folder for each kind of record that arrives: tracks, routes (each a folder
 /// with its line and its points), waypoints, geocaches. Tracks, the bulk of the data, come first
-/// and are written at once; the other folders are kept in temporary files until the end.
+/// and are written at once; the other folders are kept in temporary files until the end. KmlReader
+/// reads all records back.
 class KmlWriter final : public CollectionWriter {
 public:
     /// @param spoolFolder  where the temporary files are made
@@ -58,6 +59,7 @@ private:
     Spool geocaches_;
     KmlLine line_;
     std::string text_; // the last element made
+    std::string data_; // its extended data
     GlobeFilter globe_;
 };
 

@@ -289,14 +289,65 @@ TEST(KmlReader, SegmentsAndPointsWithoutTimesSurviveARoundTrip)
     }
 }
 
-TEST(KmlReader, RouteOfOnePointComesBackAsALineAndAWaypoint)
+TEST(KmlReader, RouteOfAnotherProgramIsALineAndWaypoints)
 {
-    const GPSPoint point{46.5, 7, std::numeric_limits<double>::quiet_NaN(), 0, 0};
-    const auto data = roundTrip<host::KmlWriter>(
-        {support::newRoute({{"name", "R"}}), support::wayPoint(point, {{"name", "P"}})});
+    const auto data = dataOf("<Folder>" + std::string{kPoint} +
+                             "<Placemark><name>R</name><LineString><coordinates>1,2 3,4"
+                             "</coordinates></LineString></Placemark></Folder>");
     EXPECT_EQ(countOf(data, "waypoint"), 1U);
+    EXPECT_EQ(countOf(data, "route"), 0U);
     ASSERT_EQ(countOf(data, "track"), 1U);
-    EXPECT_EQ(pointsOf(recordAt(data, "track", 0)).size(), 1U);
+    EXPECT_EQ(pointsOf(recordAt(data, "track", 0)).size(), 2U);
+}
+
+TEST(KmlReader, InvalidPointOfARouteIsSkippedAndCounted)
+{
+    const auto read = readFile(document(
+        "<Folder><Placemark><name>A</name><Point><coordinates>1,2</coordinates></Point></Placemark>"
+        "<Placemark><Point><coordinates>1,95</coordinates></Point></Placemark>"
+        "<Placemark><name>R</name><ExtendedData><o:routeLine xmlns:o='urn:magellangps:kml'/>"
+        "</ExtendedData><LineString/></Placemark></Folder>"));
+    EXPECT_EQ(read.failure, "");
+    EXPECT_EQ(read.unread.waypoints, 1U);
+    ASSERT_EQ(countOf(read.data, "route"), 1U);
+    EXPECT_EQ(pointsOf(recordAt(read.data, "route", 0)),
+              (std::vector<GPSPoint>{{2, 1, support::kNaN, 0, 0}}));
+}
+
+// A track of three lines, the second of them with a time.
+std::string runsDocument(const std::string& runs)
+{
+    return "<Placemark><ExtendedData><o:trackRuns xmlns:o='urn:magellangps:kml'>" + runs +
+           "</o:trackRuns></ExtendedData><MultiGeometry>"
+           "<LineString><coordinates>1,1,0 2,2,0</coordinates></LineString>"
+           "<gx:Track><when>2024-06-01T10:00:00Z</when><gx:coord>2 2 0</gx:coord></gx:Track>"
+           "<LineString><coordinates>2,2,0 3,3,0</coordinates></LineString>"
+           "</MultiGeometry></Placemark>";
+}
+
+// How many points the segments of a track have.
+std::vector<std::size_t> segmentSizes(const Dictionary& data)
+{
+    std::vector<std::size_t> sizes;
+    for (std::size_t i = 0; i < countOf(data, "track"); ++i)
+        sizes.push_back(pointsOf(recordAt(data, "track", i)).size());
+    return sizes;
+}
+
+TEST(KmlReader, NotedRunsDecideWhatBelongsTogether)
+{
+    using Sizes = std::vector<std::size_t>;
+    EXPECT_EQ(segmentSizes(dataOf(runsDocument("new-last more more-first"))), (Sizes{3}));
+    EXPECT_EQ(segmentSizes(dataOf(runsDocument("new new new"))), (Sizes{2, 1, 2}));
+    EXPECT_EQ(segmentSizes(dataOf(runsDocument("new-last more new"))), (Sizes{2, 2}));
+}
+
+TEST(KmlReader, RunsThatDoNotFitTheLinesAreIgnored)
+{
+    for (const char* const runs :
+         {"", "new-last more", "new-last more more-first new", "more more more", "new-last more x",
+          "new-last more-first-last more-first"})
+        EXPECT_EQ(segmentSizes(dataOf(runsDocument(runs))), (std::vector<std::size_t>{3})) << runs;
 }
 
 TEST(KmlReader, CommentOfATrackSurvivesARoundTrip)

@@ -19,6 +19,15 @@ std::string headOf(const gps::Dictionary& record, const gps::GPSPoint* timed = n
     return out;
 }
 
+std::string extendedDataOf(const gps::Dictionary& record)
+{
+    std::string data;
+    host::appendKmlData(data, record);
+    std::string out;
+    host::appendExtendedData(out, data);
+    return out;
+}
+
 std::string positionOf(const gps::GPSPoint& point, char separator)
 {
     std::array<char, host::kMostOfKmlPosition> text;
@@ -64,8 +73,13 @@ TEST(KmlText, HeadHasItsPartsInTheOrderOfTheSchema)
     EXPECT_EQ(headOf({{"number", 7}, {"comment", "a<b"}, {"name", "N"}}, &timed),
               "<Placemark><name>N</name><description>a&amp;lt;b</description>"
               "<TimeStamp><when>2024-06-01T10:00:00Z</when></TimeStamp>"
-              "<styleUrl>#track</styleUrl><ExtendedData>"
-              "<Data name=\"number\"><value>7</value></Data>"
+              "<styleUrl>#track</styleUrl>");
+}
+
+TEST(KmlText, DataAreAllFieldsButTheName)
+{
+    EXPECT_EQ(extendedDataOf({{"number", 7}, {"comment", "a<b"}, {"name", "N"}}),
+              "<ExtendedData><Data name=\"number\"><value>7</value></Data>"
               "<Data name=\"comment\"><value>a&lt;b</value></Data></ExtendedData>");
 }
 
@@ -78,8 +92,7 @@ TEST(KmlText, HeadWithoutATimestampHasNoTime)
 
 TEST(KmlText, DataLeavesOutPointsAndEmptyTexts)
 {
-    EXPECT_EQ(headOf({{"point", gps::GPSPoint{}}, {"symbol", ""}}),
-              "<Placemark><styleUrl>#track</styleUrl>");
+    EXPECT_EQ(extendedDataOf({{"point", gps::GPSPoint{}}, {"symbol", ""}}), "");
 }
 
 } // namespace

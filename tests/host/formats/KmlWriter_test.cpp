@@ -159,7 +159,9 @@ TEST(KmlWriter, UntimedTrackIsALine)
     EXPECT_EQ(kmlBodyOf({newTrack({{"name", "T"}}), trackPoint({1, 2, 3, 0, 0}),
                          trackPoint({4, 5, 6, 60, 0})}),
               "<Folder><name>Tracks</name>\n"
-              "<Placemark><name>T</name><styleUrl>#track</styleUrl><LineString><tessellate>1</"
+              "<Placemark><name>T</name><styleUrl>#track</styleUrl><ExtendedData>"
+              "<own:trackRuns xmlns:own=\"urn:magellangps:kml\">new</own:trackRuns></ExtendedData>"
+              "<LineString><tessellate>1</"
               "tessellate><coordinates>\n"
               "2,1,3\n5,4,6\n"
               "</coordinates></LineString></Placemark>\n"
@@ -171,8 +173,9 @@ TEST(KmlWriter, OneUntimedPointIsALineOfTwoPositionsAndNoPointsAreNoGeometry)
     EXPECT_THAT(kmlBodyOf({trackPoint({1, 2, 3, 0, 0})}),
                 HasSubstr("<coordinates>\n2,1,3\n2,1,3\n</coordinates></LineString></Placemark>"));
     EXPECT_EQ(kmlBodyOf({newTrack({{"name", "T"}})}),
-              "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl></"
-              "Placemark>\n</Folder>\n");
+              "<Folder><name>Tracks</name>\n<Placemark><name>T</name><styleUrl>#track</styleUrl>"
+              "<ExtendedData><own:trackRuns xmlns:own=\"urn:magellangps:kml\"></own:trackRuns>"
+              "</ExtendedData></Placemark>\n</Folder>\n");
     EXPECT_THAT(kmlBodyOf({trackPoint({1, 2, 3, kTen, 0})}),
                 HasSubstr("</when>\n<gx:coord>2 1 3</gx:coord>\n</gx:Track>"));
 }
@@ -226,7 +229,8 @@ TEST(KmlWriter, RouteIsAFolderOfItsPointsAndItsLine)
         "<Point><coordinates>5,4,6</coordinates></Point></Placemark>\n"
         "<Placemark><name>Loop</name><description>nice</description><styleUrl>#route</styleUrl>"
         "<ExtendedData><Data name=\"comment\"><value>nice</value></Data><Data "
-        "name=\"lastIndex\"><value>2</value></Data></ExtendedData>"
+        "name=\"lastIndex\"><value>2</value></Data>"
+        "<own:routeLine xmlns:own=\"urn:magellangps:kml\"/></ExtendedData>"
         "<LineString><tessellate>1</tessellate><coordinates>\n2,1,3\n5,4,6\n</coordinates></"
         "LineString></Placemark>\n"
         "</Folder>\n"
