@@ -162,12 +162,12 @@ TEST(MapFormats, SampleReceiverAsKmzIsReadBackPointForPointByOthersAndByImport)
     const auto ran = magellangps({"import", path, "--events"});
     EXPECT_EQ(ran.status, 0) << ran.err;
     const auto imported = reportedOf(ran.out);
-    auto lines = reported.tracks; // those of the routes follow
-    lines.insert(lines.end(), reported.routes.begin(), reported.routes.end());
-    expectSame(imported.tracks, lines);
-    EXPECT_EQ(imported.geocaches.size(), reported.geocaches.size());
-    EXPECT_EQ(imported.wayPoints.size(), reported.wayPoints.size() + reported.routes.size());
-    EXPECT_EQ(imported.trackCount, reported.trackCount + reported.routeCount);
+    expectSame(imported.tracks, reported.tracks);
+    expectSame(imported.routes, reported.routes);
+    expectSame(imported.wayPoints, reported.wayPoints);
+    expectSame(imported.geocaches, reported.geocaches);
+    EXPECT_EQ(imported.trackCount, reported.trackCount);
+    EXPECT_EQ(imported.routeCount, reported.routeCount);
 }
 
 TEST(MapFormats, EmptyDownloadIsAValidEmptyFile)
