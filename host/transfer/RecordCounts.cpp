@@ -70,9 +70,12 @@ void countRecord(std::string_view key, const gps::Dictionary& record, RecordCoun
 RecordCounts countRecords(const gps::Dictionary& data)
 {
     RecordCounts counts;
-    for (const char* const key : {"waypoint", "route", "track"})
-        forEachRecord(data, key,
-                      [&](const gps::Dictionary& record) { countRecord(key, record, counts); });
+    for (const std::string_view key : {"waypoint", "route", "track"})
+        forEachRecord(data, key, [&](const gps::Dictionary& record) {
+            const auto* const points = record.findArray("points");
+            if (key != "route" || (points != nullptr && !points->empty()))
+                countRecord(key, record, counts);
+        });
     return counts;
 }
 

@@ -31,7 +31,8 @@ struct RecordCounts {
 /// @param key  of its kind, as for a gps::RecordVisitor
 void countRecord(std::string_view key, const gps::Dictionary& record, RecordCounts& counts);
 
-/// Counts the records in a send's data dictionary.
+/// Counts the records in a send's data dictionary. A route without points does not count: no device
+/// stores anything of it. A track without points becomes a file.
 [[nodiscard]] RecordCounts countRecords(const gps::Dictionary& data);
 
 /// Counts the records in a stream of events. One thread at a time.

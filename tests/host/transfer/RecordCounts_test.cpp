@@ -67,11 +67,19 @@ TEST(RecordCounts, DataDictionaryIsCountedLikeADownload)
          {"track", gps::Array{gps::Dictionary{{"points", points}}}}});
     EXPECT_EQ(counts, (host::RecordCounts{.waypoints = 2,
                                           .geocaches = 1,
-                                          .routes = 2,
+                                          .routes = 1,
                                           .routePoints = 3,
                                           .tracks = 1,
                                           .trackPoints = 3}));
     EXPECT_TRUE(host::countRecords({{"track", "text"}}).isEmpty());
+}
+
+TEST(RecordCounts, RouteWithoutPointsIsNotSentButATrackIs)
+{
+    const gps::Array empty{gps::Dictionary{{"name", "A"}, {"points", gps::Array{}}},
+                           gps::Dictionary{{"name", "B"}}};
+    EXPECT_TRUE(host::countRecords({{"route", empty}}).isEmpty());
+    EXPECT_EQ(host::countRecords({{"track", empty}}).tracks, 2U);
 }
 
 } // namespace
