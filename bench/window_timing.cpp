@@ -4,6 +4,7 @@
 //
 // window_timing BUNDLE FILE...
 
+#include "ThreadTime.h"
 #include "host/base/FrontEnd.h"
 #include "host/window/MainWindow.h"
 
@@ -67,12 +68,15 @@ private:
     void beat()
     {
         last_ = Clock::now();
+        lastTime_ = bench::threadSeconds();
         g_timeout_add_full(
             G_PRIORITY_HIGH, 1,
             [](gpointer timing) -> gboolean {
                 auto& self = *static_cast<Timing*>(timing);
                 self.longest_ = std::max(self.longest_, millisecondsSince(self.last_));
+                self.most_ = std::max(self.most_, (bench::threadSeconds() - self.lastTime_) * 1000);
                 self.last_ = Clock::now();
+                self.lastTime_ = bench::threadSeconds();
                 return G_SOURCE_CONTINUE;
             },
             this, nullptr);
@@ -120,14 +124,15 @@ private:
                                                     static_cast<double>(frames_.size() - 1))];
         };
         std::printf("%-18s %5.0f frames a second, median %5.1f ms, 95 %% %5.1f ms, longest %6.1f "
-                    "ms; longest stall %6.1f ms\n",
+                    "ms; longest stall %6.1f ms, %6.1f ms of a processor at most\n",
                     what, static_cast<double>(frames_.size()) / millisecondsSince(start_) * 1000,
-                    at(0.5), at(0.95), at(1), longest_);
+                    at(0.5), at(0.95), at(1), longest_, most_);
         std::fflush(stdout);
         ++phase_;
         frames_.clear();
-        longest_ = 0;
+        longest_ = most_ = 0;
         start_ = frame_ = last_ = Clock::now();
+        lastTime_ = bench::threadSeconds();
     }
 
     GtkWidget* map_;
@@ -135,6 +140,8 @@ private:
     std::function<void()> ended_;
     int phase_ = 0;
     double longest_ = 0;
+    double most_ = 0;     // milliseconds of a processor between two beats, whatever else is running
+    double lastTime_ = 0; // seconds
     std::vector<double> frames_;
     Clock::time_point start_ = Clock::now();
     Clock::time_point frame_ = start_;

@@ -2,8 +2,6 @@
 
 #include "host/window/records/RecordModel.h"
 
-#include "host/window/records/RecordItem.h"
-
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -31,9 +29,35 @@ protected:
 
     [[nodiscard]] std::string nameAt(guint position) const
     {
-        const auto item =
-            std::dynamic_pointer_cast<host::RecordItem>(model()->get_object(position));
-        return item ? item->row().name : "";
+        const auto* const row = model()->row(position);
+        return row != nullptr ? row->name : "";
+    }
+
+    [[nodiscard]] bool hasItem(guint position) const
+    {
+        const std::unique_ptr<void, void (*)(void*)> item{
+            g_list_model_get_item(model()->Gio::ListModel::gobj(), position),
+            [](void* owned) { g_clear_object(&owned); }};
+        return item != nullptr;
+    }
+
+    /// Shows as many rows.
+    void setMany(guint count)
+    {
+        std::vector<std::uint32_t> order(count);
+        std::iota(order.begin(), order.end(), 0U);
+        model()->set(rowsNamed(std::vector<std::string>(count, "a")), order);
+    }
+
+    /// The number of rows after each step that is due.
+    std::vector<guint> steps()
+    {
+        std::vector<guint> counts;
+        while (true) {
+            counts.push_back(model()->get_n_items());
+            if (!model()->step())
+                return counts;
+        }
     }
 
     [[nodiscard]] const Glib::RefPtr<host::RecordModel>& model() const { return model_; }
@@ -61,7 +85,15 @@ TEST_F(RecordModelTest, ShowsTheRowsOfItsOrder)
     EXPECT_FALSE(model()->find(host::RecordKind::kTrack, 0)) << "of another kind";
 }
 
-TEST_F(RecordModelTest, ReportsWhatIsRemovedAndThenWhatIsAdded)
+TEST_F(RecordModelTest, HasAnItemForEachRowThatIsShownAndNoOther)
+{
+    model()->set(rowsNamed({"a", "b", "c"}), {2, 0});
+    EXPECT_TRUE(hasItem(0));
+    EXPECT_TRUE(hasItem(1));
+    EXPECT_FALSE(hasItem(2));
+}
+
+TEST_F(RecordModelTest, ReportsOnlyTheDifferenceInNumber)
 {
     model()->set(rowsNamed({"a", "b"}), {0, 1});
     std::vector<std::vector<guint>> changes;
@@ -69,43 +101,42 @@ TEST_F(RecordModelTest, ReportsWhatIsRemovedAndThenWhatIsAdded)
         changes.push_back({position, removed, added});
     });
     model()->set(rowsNamed({"x"}), {0});
-    EXPECT_EQ(changes, (std::vector<std::vector<guint>>{{0, 2, 0}, {0, 0, 1}}));
+    EXPECT_EQ(nameAt(0), "x");
+    model()->set(rowsNamed({"y", "z", "x"}), {0, 1, 2});
+    EXPECT_EQ(changes, (std::vector<std::vector<guint>>{{1, 1, 0}, {1, 0, 2}}));
+    model()->set(rowsNamed({"y", "z", "x"}), {2, 1, 0});
+    EXPECT_EQ(changes.size(), 2U);
+    EXPECT_EQ(nameAt(0), "x");
 }
 
 TEST_F(RecordModelTest, ShowsManyRowsBitByBitAndThenAll)
 {
     constexpr guint kMany = 1000;
-    std::vector<std::uint32_t> order(kMany);
-    std::iota(order.begin(), order.end(), 0U);
-    model()->set(rowsNamed(std::vector<std::string>(kMany, "a")), order);
-    EXPECT_EQ(model()->get_n_items(), host::RecordModel::kStep);
-    EXPECT_EQ(nameAt(host::RecordModel::kStep), "") << "not yet";
-    EXPECT_TRUE(model()->find(host::RecordKind::kRoute, kMany - 1));
-    guint last = model()->get_n_items();
-    while (model()->grow()) {
-        EXPECT_EQ(model()->get_n_items(), last + host::RecordModel::kStep);
-        last = model()->get_n_items();
-    }
-    EXPECT_EQ(last, 220) << "more than the list has widgets for";
+    setMany(kMany);
+    EXPECT_TRUE(model()->find(host::RecordKind::kRoute, kMany - 1)) << "although not shown yet";
+    const auto counts = steps();
+    for (std::size_t i = 0; i < counts.size(); ++i)
+        EXPECT_EQ(counts[i], (i + 1) * host::RecordModel::kStep);
+    EXPECT_EQ(counts.back(), 210) << "more than the list has widgets for";
     EXPECT_EQ(model()->get_n_items(), kMany);
-    EXPECT_FALSE(model()->grow());
+    EXPECT_FALSE(model()->step());
+}
+
+TEST_F(RecordModelTest, RemovesManyRowsAtOnceAndThoseWithWidgetsBitByBit)
+{
+    setMany(1000);
+    (void)steps();
+    setMany(185);
+    EXPECT_EQ(nameAt(185), "") << "about to be removed";
+    EXPECT_EQ(steps(), (std::vector<guint>{210, 200, 190}));
+    EXPECT_EQ(model()->get_n_items(), 185);
 }
 
 TEST_F(RecordModelTest, ShowsAFewRowsAtOnce)
 {
-    constexpr std::size_t kFew = host::RecordModel::kStep;
-    std::vector<std::uint32_t> order(kFew);
-    model()->set(rowsNamed(std::vector<std::string>(kFew, "a")), order);
-    EXPECT_EQ(model()->get_n_items(), kFew);
-    EXPECT_FALSE(model()->grow());
-}
-
-TEST_F(RecordModelTest, ItemOutlivesItsRowInTheModel)
-{
-    model()->set(rowsNamed({"a"}), {0});
-    const auto item = std::dynamic_pointer_cast<host::RecordItem>(model()->get_object(0));
-    model()->set({}, {});
-    EXPECT_EQ(item->row().name, "a");
+    setMany(host::RecordModel::kStep);
+    EXPECT_EQ(model()->get_n_items(), host::RecordModel::kStep);
+    EXPECT_FALSE(model()->step());
 }
 
 } // namespace

@@ -8,6 +8,9 @@
 
 #include <utility>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace host {
 
 Background::Background() : thread_([this] { runJobs(); }) {}
@@ -45,6 +48,9 @@ void Background::start(Job job)
 
 void Background::runJobs()
 {
+    // Where there are fewer processors than threads, frames come first.
+    constexpr int kNiceness = 5;
+    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kNiceness);
     std::unique_lock lock{mutex_};
     while (true) {
         changed_.wait(lock, [this] { return isEnding_ || next_; });

@@ -16,6 +16,7 @@
 #include "host/transfer/InputFiles.h"
 #include "host/watching/KnownRecords.h"
 #include "host/watching/NewRecordFilter.h"
+#include "host/window/base/Disposal.h"
 #include "host/window/base/MainLoop.h"
 #include "host/words/DownloadMessages.h"
 #include "host/words/Explanation.h"
@@ -319,7 +320,8 @@ ReceivedRecords Receivers::receive(gps::GPSPlugInProtocol& driver, DownloadReque
     };
     const auto report = host::download(driver, request);
     (void)keeper.close(); // it cannot fail
-    ReceivedRecords received{.records = std::make_shared<const RecordSet>(keeper.take()),
+    ReceivedRecords received{.records =
+                                 freedElsewhere(std::make_unique<const RecordSet>(keeper.take())),
                              .counts = report.chosen,
                              .origin = originOf(driver, request),
                              .isComplete = report.isComplete()};

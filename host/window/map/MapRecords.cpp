@@ -6,6 +6,7 @@
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/points/Points.h"
+#include "host/window/base/Disposal.h"
 
 #include <gps/Geocache.h>
 
@@ -116,7 +117,7 @@ Extent MapRecords::extentOf(const RecordRef& record) const
 
 std::shared_ptr<MapRecords> mapRecordsOf(std::shared_ptr<const RecordSet> records)
 {
-    auto shown = std::make_shared<MapRecords>();
+    auto shown = freedElsewhere(std::make_unique<MapRecords>());
     for (const auto& track : records->tracks)
         addPath(*shown, drawn(track),
                 std::any_of(track.points.begin(), track.points.end(), isBeyondMap));

@@ -5,12 +5,14 @@
 #include "host/window/records/RecordList.h"
 
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Disposal.h"
 #include "host/window/base/Translation.h"
-#include "host/window/records/RecordItem.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -147,14 +149,19 @@ void RecordList::addRows()
     factory->signal_setup().connect(
         [](const Row& row) { row->set_child(*Gtk::make_managed<RecordRowWidget>()); });
     factory->signal_bind().connect([this](const Row& row) { bind(row); });
-    factory->signal_unbind().connect([this](const Row& row) { bound_.erase(row.get()); });
+    factory->signal_unbind().connect([this](const Row& row) {
+        bound_.erase(row.get());
+        stale_.erase(row.get());
+    });
     selection_->set_autoselect(false);
     selection_->set_can_unselect(true);
     selection_->property_selected().signal_changed().connect([this] { selectionChanged(); });
     view_.set_model(selection_);
     view_.set_factory(factory);
-    view_.signal_activate().connect(
-        [this](guint position) { handlers_.activated(model_->row(position)); });
+    view_.signal_activate().connect([this](guint position) {
+        if (const auto* const row = model_->row(position))
+            handlers_.activated(*row);
+    });
     nameForReaders(view_, tr("Records"));
     const auto keys = Gtk::EventControllerKey::create();
     keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE); // before the list takes it
@@ -181,7 +188,7 @@ void RecordList::setRecords(std::shared_ptr<const RecordSet> records)
 {
     selected_.reset();
     arrangement_.reference.reset();
-    show({}, {}); // while the rows on the screen still have their records
+    show({}, {});
     records_ = std::move(records);
     ticks_ = RecordTicks{*records_};
     ticksChanged();
@@ -201,36 +208,90 @@ void RecordList::arrange()
     }
     background_.run([this, records = records_, rows = rows_, arrangement = arrangement_]() mutable {
         if (!rows)
-            rows = std::make_shared<const std::vector<RecordRow>>(recordRows(*records));
+            rows = freedElsewhere(
+                std::make_unique<const std::vector<RecordRow>>(recordRows(*records)));
         auto order = arranged(*rows, arrangement);
         return [this, rows = std::move(rows), order = std::move(order)] { show(rows, order); };
     });
 }
 
+// Without rows, the boxes on the screen belong to records that are not there any more.
 void RecordList::show(RecordModel::Rows rows, std::vector<std::uint32_t> order)
 {
     rows_ = rows;
     nothing_.set_visible(rows_ && order.empty() && !rows_->empty());
     nothing_.set_text(tr("No record has these words in its name or its details."));
+    if (!rows_) {
+        for (auto* const row : bound_)
+            widgetOf(*row).disarm();
+    }
     isSelecting_ = true;
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
     model_->set(std::move(rows), std::move(order));
     isSelecting_ = false;
-    growing_.disconnect();
-    growing_ = Glib::signal_idle().connect([this] {
-        growList();
-        return growing_.connected();
+    stale_ = bound_; // now, since a row whose selection changes is bound once more
+    isArranged_ = false;
+    refillSoon();
+}
+
+// Making, filling and laying out a row takes up to half a millisecond, and the list has 200. The
+// layout is part of the next frame, so only a few rows may change for each.
+void RecordList::refillSoon()
+{
+    if (std::exchange(isArranging_, true))
+        return;
+    view_.add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
+        isArranging_ = arrangeSome();
+        return isArranging_;
     });
 }
 
-void RecordList::growList()
+// A part of what is to be done; returns whether there is more.
+bool RecordList::arrangeSome()
 {
-    if (model_->grow())
-        return;
-    growing_.disconnect();
-    isSelecting_ = true;
-    selectPlace();
-    isSelecting_ = false;
+    if (!stale_.empty()) {
+        refillSome();
+        return true;
+    }
+    if (model_->step())
+        return true;
+    if (!std::exchange(isArranged_, true)) {
+        isSelecting_ = true;
+        selectPlace();
+        isSelecting_ = false;
+    }
+    return false;
+}
+
+// The rows on the screen first.
+void RecordList::refillSome()
+{
+    constexpr std::size_t kRows = 20;
+    const auto middle = middleOfView();
+    const auto distance = [middle](const Gtk::ListItem* row) {
+        const auto position = row->get_position();
+        return position > middle ? position - middle : middle - position;
+    };
+    std::vector<Gtk::ListItem*> rows{stale_.begin(), stale_.end()};
+    std::sort(rows.begin(), rows.end(), [&](const Gtk::ListItem* a, const Gtk::ListItem* b) {
+        return distance(a) < distance(b);
+    });
+    rows.resize(std::min(rows.size(), kRows));
+    for (auto* const row : rows) {
+        stale_.erase(row);
+        fill(*row);
+    }
+}
+
+// The position of the row there, more or less: rows differ in height.
+guint RecordList::middleOfView() const
+{
+    const auto adjustment = view_.get_vadjustment();
+    if (!adjustment || adjustment->get_upper() <= 0)
+        return 0;
+    const double middle = adjustment->get_value() + adjustment->get_page_size() / 2;
+    return static_cast<guint>(std::max(0.0, middle / adjustment->get_upper()) *
+                              model_->get_n_items());
 }
 
 void RecordList::selectPlace()
@@ -255,9 +316,11 @@ void RecordList::selectionChanged()
     const auto position = selection_->get_selected();
     if (isSelecting_ || position == GTK_INVALID_LIST_POSITION)
         return;
-    const auto& row = model_->row(position);
-    selected_ = {row.kind, row.index};
-    handlers_.selected(row);
+    const auto* const row = model_->row(position);
+    if (row == nullptr)
+        return;
+    selected_ = {row->kind, row->index};
+    handlers_.selected(*row);
 }
 
 // The rows are those of all tracks, then of all routes, then of all points.
@@ -276,15 +339,19 @@ const RecordRow* RecordList::find(RecordKind kind, std::size_t index) const
 void RecordList::bind(const Row& row)
 {
     bound_.insert(row.get());
+    stale_.erase(row.get());
     fill(*row.get());
 }
 
 void RecordList::fill(Gtk::ListItem& row)
 {
-    const auto item = std::dynamic_pointer_cast<RecordItem>(row.get_item());
-    const auto& record = item->row();
-    widgetOf(row).show(lookOf(record), ticks_.isTicked(record.kind, record.index),
-                       [this, item](bool isTicked) { tick(item->row(), isTicked); });
+    const auto* const record = model_->row(row.get_position());
+    if (record == nullptr) // it is about to be removed
+        return;
+    widgetOf(row).show(lookOf(*record), ticks_.isTicked(record->kind, record->index),
+                       [this, kind = record->kind, index = record->index](bool isTicked) {
+                           tick(kind, index, isTicked);
+                       });
 }
 
 RecordRowWidget::Look RecordList::lookOf(const RecordRow& row) const
@@ -314,9 +381,9 @@ bool RecordList::keyPressed(guint key, Gdk::ModifierType modifiers)
     return row != nullptr;
 }
 
-void RecordList::tick(const RecordRow& row, bool isTicked)
+void RecordList::tick(RecordKind kind, std::size_t index, bool isTicked)
 {
-    ticks_.tick(row.kind, row.index, isTicked);
+    ticks_.tick(kind, index, isTicked);
     ticksChanged();
     handlers_.ticked();
 }
@@ -327,8 +394,8 @@ void RecordList::tickShown(bool isTicked)
         return;
     for (const auto i : model_->order())
         ticks_.tick((*rows_)[i].kind, (*rows_)[i].index, isTicked);
-    for (auto* const row : bound_)
-        widgetOf(*row).setTicked(isTicked);
+    stale_ = bound_;
+    refillSoon();
     ticksChanged();
     handlers_.ticked();
 }
@@ -343,8 +410,8 @@ void RecordList::ticksChanged()
 void RecordList::setPresentation(const Presentation& presentation)
 {
     presentation_ = presentation;
-    for (auto* const row : bound_)
-        fill(*row);
+    stale_ = bound_;
+    refillSoon();
 }
 
 void RecordList::startSearch()

@@ -32,7 +32,6 @@ public:
     };
 
     explicit RecordList(Handlers handlers);
-    ~RecordList() override { growing_.disconnect(); }
     RecordList(const RecordList&) = delete;
     RecordList& operator=(const RecordList&) = delete;
 
@@ -65,14 +64,17 @@ private:
     void addRows();
     void bind(const Row& row);
     void fill(Gtk::ListItem& row);
+    void refillSoon();
+    void refillSome();
+    [[nodiscard]] guint middleOfView() const;
+    [[nodiscard]] bool arrangeSome();
     [[nodiscard]] RecordRowWidget::Look lookOf(const RecordRow& row) const;
     [[nodiscard]] bool keyPressed(guint key, Gdk::ModifierType modifiers);
-    void tick(const RecordRow& row, bool isTicked);
+    void tick(RecordKind kind, std::size_t index, bool isTicked);
     void tickShown(bool isTicked);
     void ticksChanged();
     void arrange();
     void show(RecordModel::Rows rows, std::vector<std::uint32_t> order);
-    void growList();
     void selectPlace();
     void selectionChanged();
 
@@ -83,16 +85,18 @@ private:
     RecordTicks ticks_;
     RecordArrangement arrangement_;
     std::optional<Place> selected_;
+    bool isArranged_ = true;   // the selected row was looked for since the last change
     bool isSelecting_ = false; // the selection changes, but not by the user
 
-    std::set<Gtk::ListItem*> bound_; // the rows on the screen
+    std::set<Gtk::ListItem*> bound_; // the rows that have widgets
+    std::set<Gtk::ListItem*> stale_; // those of them that still show what was there before
     Gtk::SearchEntry search_;
     Gtk::Label count_;
     Gtk::Label nothing_;
     Gtk::ListView view_;
     Glib::RefPtr<RecordModel> model_ = RecordModel::create();
     Glib::RefPtr<Gtk::SingleSelection> selection_ = Gtk::SingleSelection::create(model_);
-    sigc::connection growing_; // while rows are added to the list
+    bool isArranging_ = false; // rows are added, removed or filled, some for each frame
     Background background_;
 };
 

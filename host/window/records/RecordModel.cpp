@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The list asks for the items of the rows that it has widgets for, and for no others.
+// The list asks for the items of the rows that it has widgets for, and for no others. It keeps the
+// widgets of a row as long as it is told of no change, so an item is only a position.
 
 #include "host/window/records/RecordModel.h"
-
-#include "host/window/records/RecordItem.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,24 +17,34 @@ Glib::RefPtr<RecordModel> RecordModel::create()
     return Glib::make_refptr_for_instance(new RecordModel);
 }
 
-// In two steps: in one, the toolkit would make an item of each new row to find the selected one.
 void RecordModel::set(Rows rows, std::vector<std::uint32_t> order)
 {
-    const auto before = std::exchange(shown_, 0);
-    items_changed(0, before, 0);
     rows_ = std::move(rows);
     order_ = std::move(order);
-    grow();
+    step();
 }
 
-bool RecordModel::grow()
+bool RecordModel::step()
 {
-    constexpr guint kWidgets = 200; // that the list has
+    constexpr guint kWidgets = 200 + kStep; // that the list has at most
     const auto all = static_cast<guint>(order_.size());
-    const auto before = shown_;
-    shown_ = before > kWidgets ? all : std::min(before + kStep, all);
-    items_changed(before, 0, shown_ - before);
-    return shown_ < all;
+    if (shown_ < all)
+        resize(shown_ >= kWidgets ? all : std::min(shown_ + kStep, all));
+    else if (shown_ > all)
+        resize(std::max(shown_ > kWidgets ? kWidgets : shown_ - std::min(shown_, kStep), all));
+    return shown_ != all;
+}
+
+void RecordModel::resize(guint count)
+{
+    const auto before = std::exchange(shown_, count);
+    const auto same = std::min(before, count);
+    items_changed(same, before - same, count - same);
+}
+
+const RecordRow* RecordModel::row(guint position) const
+{
+    return position < order_.size() ? &(*rows_)[order_[position]] : nullptr;
 }
 
 std::optional<guint> RecordModel::find(RecordKind kind, std::size_t index) const
@@ -59,10 +68,7 @@ guint RecordModel::get_n_items_vfunc()
 
 gpointer RecordModel::get_item_vfunc(guint position)
 {
-    if (position >= shown_)
-        return nullptr;
-    const auto item = RecordItem::create(std::shared_ptr<const RecordRow>{rows_, &row(position)});
-    return item->gobj_copy();
+    return position < shown_ ? g_object_new(G_TYPE_OBJECT, nullptr) : nullptr;
 }
 
 } // namespace host

@@ -21,23 +21,25 @@ public:
 
     static Glib::RefPtr<RecordModel> create();
 
-    /// How many rows are added at a time. The list makes widgets for the first 200, which takes
-    /// longer than a frame may.
-    static constexpr guint kStep = 20;
+    /// How many rows are added or removed at a time. The list makes widgets for the first 200,
+    /// which takes longer than a frame may.
+    static constexpr guint kStep = 10;
 
-    /// Shows other rows, or the same ones in another order: the first of them now, the others as
-    /// grow() is called.
+    /// Shows other rows, or the same ones in another order. The number of rows on the screen
+    /// follows with each step(). Nothing is reported about rows that have other records now:
+    /// whoever shows them looks at them again.
     /// @param order  indices of the rows that are shown
     void set(Rows rows, std::vector<std::uint32_t> order);
 
-    /// Shows some more rows, or all if the list makes no widgets for them at once.
+    /// Adds or removes some rows, or all at once that the list has no widgets for.
     /// @return  whether there are still others
-    bool grow();
+    bool step();
 
     [[nodiscard]] const std::vector<std::uint32_t>& order() const noexcept { return order_; }
 
-    /// Precondition: there is a row at that position, although it need not be shown yet.
-    [[nodiscard]] const RecordRow& row(guint position) const { return (*rows_)[order_[position]]; }
+    /// The row at a position, although it need not be shown yet. Null for one that is about to be
+    /// removed.
+    [[nodiscard]] const RecordRow* row(guint position) const;
 
     /// The position of a record; nullopt if it is not shown.
     [[nodiscard]] std::optional<guint> find(RecordKind kind, std::size_t index) const;
@@ -50,9 +52,11 @@ protected:
     gpointer get_item_vfunc(guint position) override;
 
 private:
+    void resize(guint count);
+
     Rows rows_;
     std::vector<std::uint32_t> order_;
-    guint shown_ = 0; // the first rows of order_
+    guint shown_ = 0; // positions
 };
 
 } // namespace host

@@ -42,6 +42,7 @@ RecordPage::RecordPage()
     list_.append(toMap_);
     note_.set_wrap(true);
     note_.set_xalign(0);
+    note_.set_max_width_chars(30); // the list's own width decides
     note_.set_margin(2 * kGap);
     setNote({});
     list_.prepend(note_);

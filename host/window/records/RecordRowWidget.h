@@ -30,12 +30,14 @@ public:
     /// @param toggled  the user has ticked or unticked it
     void show(const Look& look, bool isTicked, std::function<void(bool isTicked)> toggled);
 
-    void setTicked(bool isTicked);
+    /// The record is not there any more: its box does nothing.
+    void disarm() { toggled_ = {}; }
 
     /// Does what a click on the box does.
     void toggle() { box_.set_active(!box_.get_active()); }
 
 private:
+    void setTicked(bool isTicked);
     void drawLine(const Cairo::RefPtr<Cairo::Context>& cairo, int width, int height) const;
 
     Gtk::CheckButton box_;
