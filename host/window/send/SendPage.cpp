@@ -4,12 +4,9 @@
 
 #include "host/window/send/SendPage.h"
 
-#include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Translation.h"
-
-#include <gps/Geocache.h>
 
 #include <utility>
 #include <vector>
@@ -24,30 +21,6 @@ constexpr int kPlanHeight = 150;        // of the list of changes
 constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
 constexpr int kMostInLine = 80;         // characters
 constexpr std::size_t kMostOfText = 60; // characters of a name
-
-bool isGeocache(const KeptPoint& point)
-{
-    return gps::isGeocache(point.record);
-}
-
-template <typename Record> bool isGeocache(const Record& /*record*/)
-{
-    return false;
-}
-
-template <typename Record> void addItems(const std::vector<Record>& records,
-                                         const std::vector<bool>& isTicked, RecordKind kind,
-                                         std::vector<Glib::RefPtr<SendItem>>& items)
-{
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        if (isTicked[i])
-            items.push_back(
-                SendItem::create({.kind = kind,
-                                  .index = i,
-                                  .isGeocache = isGeocache(records[i]),
-                                  .name = std::string{textIn(records[i].record, "name")}}));
-    }
-}
 
 const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
 {
@@ -205,11 +178,8 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
     listed_ = ticked;
     choice_ = {std::move(records), ticked};
     ticks_ = RecordTicks{ticked};
-    std::vector<Glib::RefPtr<SendItem>> items;
-    addItems(choice_.records->tracks, ticked.tracks, RecordKind::kTrack, items);
-    addItems(choice_.records->routes, ticked.routes, RecordKind::kRoute, items);
-    addItems(choice_.records->points, ticked.points, RecordKind::kPoint, items);
-    items_->splice(0, items_->get_n_items(), items);
+    items_->set(choice_.records, ticked);
+    add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) { return items_->step(); });
     refresh();
 }
 
@@ -289,14 +259,13 @@ void SendPage::refresh()
 
 void SendPage::requestPreview()
 {
-    if (!isPreviewed_ && !isBusy_ && get_mapped() && !location_.empty() &&
-        items_->get_n_items() > 0)
+    if (!isPreviewed_ && !isBusy_ && get_mapped() && !location_.empty() && !items_->isEmpty())
         handlers_.preview(choice_);
 }
 
 void SendPage::showState()
 {
-    const bool isReady = !location_.empty() && items_->get_n_items() > 0;
+    const bool isReady = !location_.empty() && !items_->isEmpty();
     gtk_widget_set_visible(GTK_WIDGET(empty_), isReady ? FALSE : TRUE);
     adw_status_page_set_description(
         empty_, location_.empty()

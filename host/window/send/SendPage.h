@@ -7,6 +7,7 @@
 
 #include "host/records/RecordTicks.h"
 #include "host/window/send/SendItem.h"
+#include "host/window/send/SendModel.h"
 #include "host/window/send/SendWork.h"
 
 #include <cstddef>
@@ -66,7 +67,7 @@ private:
     AdwStatusPage* empty_;
     Gtk::Box content_{Gtk::Orientation::VERTICAL};
     Gtk::Label receiver_;
-    Glib::RefPtr<Gio::ListStore<SendItem>> items_ = Gio::ListStore<SendItem>::create();
+    Glib::RefPtr<SendModel> items_ = SendModel::create();
     Glib::RefPtr<Gtk::StringList> lines_ = Gtk::StringList::create({});
     Gtk::Expander plan_;
     Gtk::Label summary_;
