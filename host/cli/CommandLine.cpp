@@ -8,6 +8,7 @@
 #include "host/commandline/Arguments.h"
 #include "host/commandline/Configuration.h"
 #include "host/commandline/HelpFormatter.h"
+#include "host/commandline/UnexpectedWord.h"
 #include "host/options/CommandTable.h"
 #include "host/options/ConfigurationCheck.h"
 #include "host/options/RawOptions.h"
@@ -47,7 +48,7 @@ ParsedCommandLine helpOn(const CLI::App& app, const std::optional<std::string>& 
             return {std::nullopt, command->help(app.get_name()), ExitStatus::kSuccess};
     }
     const auto names = commandNames(app);
-    const auto guess = nearestName(*topic, names);
+    const auto guess = guessedCommand(*topic, app);
     return mistake(fmt::format("unknown command \"{}\"; {}", *topic,
                                guess.empty() ? "the commands are: " + joined(names, ", ")
                                              : fmt::format("did you mean \"{}\"?", guess)));

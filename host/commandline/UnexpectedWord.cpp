@@ -4,6 +4,7 @@
 #include "host/commandline/UnexpectedWord.h"
 
 #include "host/base/NearestName.h"
+#include "host/base/Text.h"
 #include "host/commandline/Arguments.h"
 #include "host/commandline/HelpFormatter.h"
 
@@ -11,13 +12,43 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 namespace host {
 namespace {
+
+// What other programs call the commands.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 14> kOtherWords{
+    {{"download", "acquire"},
+     {"get", "acquire"},
+     {"fetch", "acquire"},
+     {"read", "acquire"},
+     {"export", "acquire"},
+     {"save", "acquire"},
+     {"convert", "import"},
+     {"load", "import"},
+     {"upload", "send"},
+     {"write", "send"},
+     {"list", "devices"},
+     {"show", "open"},
+     {"view", "open"},
+     {"backups", "restore"}}};
+
+std::string commandCalled(std::string_view word, const std::vector<std::string>& commands)
+{
+    const auto* const other = std::find_if(kOtherWords.begin(), kOtherWords.end(),
+                                           [&](const auto& pair) { return pair.first == word; });
+    return other != kOtherWords.end() && isOneOf(other->second, commands)
+               ? std::string{other->second}
+               : std::string{};
+}
 
 // The program's name, option or command that is most like the word.
 std::string guessFor(std::string_view word, const CLI::App& app)
@@ -33,10 +64,19 @@ std::string guessFor(std::string_view word, const CLI::App& app)
         }
     }
     if (app.get_subcommands().empty()) {
-        for (auto& name : commandNames(app))
+        auto commands = commandNames(app);
+        if (auto command = commandCalled(word, commands); !command.empty())
+            return command;
+        for (auto& name : commands)
             names.push_back(std::move(name));
     }
     return nearestName(word.substr(0, word.find('=')), names);
+}
+
+bool isFolder(const std::string& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored);
 }
 
 // "acquire, import and send".
@@ -83,21 +123,62 @@ std::string misplacedOption(const CLI::App& app, const std::string& name)
                        command.get_name(), helpHint(app));
 }
 
-// What may be meant by a word where a command is expected.
-std::string commandHint(const CLI::App& app, const std::string& word)
+std::string exampleOf(const CLI::App& app, const CLI::App& command, const std::string& words)
+{
+    return fmt::format("\"{} {} {}\"", app.get_name(), command.get_name(), words);
+}
+
+// The commands as they are typed with a file.
+std::vector<std::string> examplesWithFile(const CLI::App& app, const std::string& file)
 {
     std::vector<std::string> examples;
     for (const auto* command : visibleCommands(app)) {
         for (const auto* argument : argumentsOf(*command)) {
             if (argument->get_type_name() == "FILE")
-                examples.push_back(
-                    fmt::format("\"{} {} {}\"", app.get_name(), command->get_name(), word));
+                examples.push_back(exampleOf(app, *command, file));
         }
     }
-    const bool isPath = word.find_first_of("./") != word.npos;
-    return isPath && !examples.empty()
-               ? fmt::format("a file follows its command: {}", fmt::join(examples, " or "))
-               : fmt::format("the commands are: {}", fmt::join(commandNames(app), ", "));
+    return examples;
+}
+
+// The first command for a device, which a folder may be, and the first one for files.
+std::vector<std::string> examplesWithFolder(const CLI::App& app, const std::string& folder)
+{
+    auto examples = examplesWithFile(app, folder);
+    examples.resize(std::min<std::size_t>(examples.size(), 1));
+    for (const auto* command : visibleCommands(app)) {
+        for (const auto* option : visibleOptions(*command)) {
+            if (option->get_type_name() != "LOCATION")
+                continue;
+            examples.insert(examples.begin(),
+                            exampleOf(app, *command, titleOf(*option) + ' ' + folder));
+            return examples;
+        }
+    }
+    return examples;
+}
+
+// What may be meant by a word where a command is expected.
+std::string commandHint(const CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> examples;
+    if (isFolder(word))
+        examples = examplesWithFolder(app, word);
+    else if (word.find_first_of("./") != word.npos)
+        examples = examplesWithFile(app, word);
+    return examples.empty()
+               ? fmt::format("the commands are: {}", fmt::join(commandNames(app), ", "))
+               : fmt::format("a {} follows its command: {}", isFolder(word) ? "folder" : "file",
+                             fmt::join(examples, " or "));
+}
+
+// Whether an option's value can be this word: a device is a folder or a port, and a file has an
+// extension.
+bool canBeValue(const std::string& type, const std::string& word)
+{
+    const bool isDevice = isFolder(word) || word.starts_with("/dev/");
+    const bool isFile = !isDevice && std::filesystem::path{word}.has_extension();
+    return (type == "LOCATION" && !isFile) || (type == "FILE" && !isDevice);
 }
 
 // What may be meant by a word where no further argument is expected.
@@ -113,8 +194,7 @@ std::string argumentHint(const CLI::App& app, const std::string& word)
                            command.get_name(), word);
     std::vector<std::string> options;
     for (const auto* option : visibleOptions(command)) {
-        const auto type = option->get_type_name();
-        if (arguments.empty() && (type == "LOCATION" || type == "FILE"))
+        if (arguments.empty() && canBeValue(option->get_type_name(), word))
             options.push_back(fmt::format("\"{} {}\"", titleOf(*option), word));
     }
     return options.empty() ? helpHint(app)
@@ -122,6 +202,13 @@ std::string argumentHint(const CLI::App& app, const std::string& word)
 }
 
 } // namespace
+
+std::string guessedCommand(std::string_view word, const CLI::App& app)
+{
+    const auto names = commandNames(app);
+    const auto called = commandCalled(word, names);
+    return called.empty() ? nearestName(word, names) : called;
+}
 
 std::string unexpectedWord(const CLI::App& app, const std::string& word)
 {

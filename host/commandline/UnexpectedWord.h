@@ -5,12 +5,16 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace CLI {
 class App;
 } // namespace CLI
 
 namespace host {
+
+/// The command that a mistyped word, or the word of another program, may mean; empty if none.
+[[nodiscard]] std::string guessedCommand(std::string_view word, const CLI::App& app);
 
 /// The message for such a word: one sentence, without a line end. It says that an option belongs to
 /// another command or after its command, guesses a mistyped name, or lists the commands.

@@ -99,6 +99,22 @@ TEST_F(UnexpectedWord, FileWithoutACommandGetsTheCommandsForFiles)
                                     R"("program put a.txt" or "program read a.txt")");
 }
 
+TEST_F(UnexpectedWord, FolderWithoutACommandGetsTheCommandsForDevices)
+{
+    EXPECT_EQ(mistakeIn({"/tmp"}), R"(unknown command "/tmp"; a folder follows its command: )"
+                                   R"("program get --device /tmp" or "program put /tmp")");
+}
+
+TEST_F(UnexpectedWord, ArgumentThatIsADeviceOrAFileIsNotTheValueOfTheOtherOption)
+{
+    EXPECT_EQ(mistakeIn({"get", "/tmp"}),
+              R"(unexpected argument "/tmp"; did you mean "--device /tmp"?)");
+    EXPECT_EQ(mistakeIn({"get", "/dev/ttyUSB7"}),
+              R"(unexpected argument "/dev/ttyUSB7"; did you mean "--device /dev/ttyUSB7"?)");
+    EXPECT_EQ(mistakeIn({"get", "x.gpx"}),
+              R"(unexpected argument "x.gpx"; did you mean "--output x.gpx"?)");
+}
+
 TEST_F(UnexpectedWord, ArgumentBeforeItsCommandBelongsAfterIt)
 {
     EXPECT_EQ(mistakeIn({"a.txt", "put"}),
