@@ -3,6 +3,8 @@
 
 #include "host/base/Sentences.h"
 
+#include <platform/System/FileError.h>
+
 #include <fmt/format.h>
 
 #include <string_view>
@@ -21,6 +23,18 @@ void appendSentence(std::string& text, std::string_view sentence)
         text += '.';
 }
 
+// Drivers and the system say what happened to a file, and not what to do.
+std::string_view adviceFor(const gps::Error& error)
+{
+    if (error.domain() != gps::kFileErrorDomain)
+        return {};
+    if (gps::FileErrorCode::kReadNoPermission == error.code())
+        return "Let your user read it, and try again";
+    if (gps::FileErrorCode::kWriteNoPermission == error.code())
+        return "Let your user write there, and try again";
+    return {};
+}
+
 } // namespace
 
 std::string sentencesOf(const gps::Error& error)
@@ -29,7 +43,8 @@ std::string sentencesOf(const gps::Error& error)
     appendSentence(text, error.description().value_or(""));
     if (text.empty())
         text = fmt::format("Error {} of the domain {}.", error.code(), error.domain());
-    appendSentence(text, error.suggestion().value_or(""));
+    const auto suggestion = error.suggestion().value_or("");
+    appendSentence(text, suggestion.empty() ? adviceFor(error) : suggestion);
     if (const auto path = error.path())
         text += " Path: " + *path;
     return text;

@@ -175,22 +175,35 @@ bool isPortToTry(const Device& port)
            (named && std::find(named->begin(), named->end(), port.location) != named->end());
 }
 
+// The port that a driver may choose by itself.
+std::vector<Device>::const_iterator portToTry(const std::vector<Device>& ports)
+{
+    const auto known = std::find_if(ports.begin(), ports.end(),
+                                    [](const Device& listed) { return listed.isKnownReceiver; });
+    return known != ports.end() ? known : std::find_if(ports.begin(), ports.end(), isPortToTry);
+}
+
 // Selects a device in a driver for a user who named neither. Returns whether there is one.
 bool selectByItself(const gps::GPSPlugInProtocol& driver)
 {
     if (!driver.isReady() || !driver.needsSerialRefresh())
         return driver.isReady();
     const auto ports = devicesOf(driver);
-    auto port = std::find_if(ports.begin(), ports.end(),
-                             [](const Device& listed) { return listed.isKnownReceiver; });
-    if (port == ports.end())
-        port = std::find_if(ports.begin(), ports.end(), isPortToTry);
+    const auto port = portToTry(ports);
     auto* const menu = deviceMenu(driver);
     if (port == ports.end() || menu == nullptr)
         return false;
     if (!port->isSelected)
         menu->pick(static_cast<std::size_t>(port - ports.begin()));
     return true;
+}
+
+bool canChooseByItself(const gps::GPSPlugInProtocol& driver)
+{
+    if (!driver.isReady() || !driver.needsSerialRefresh())
+        return driver.isReady();
+    const auto ports = devicesOf(driver);
+    return portToTry(ports) != ports.end();
 }
 
 } // namespace
@@ -280,6 +293,12 @@ std::optional<gps::Error> chooseDevice(const std::vector<Driver>& drivers,
         return noReceiverError(candidates);
     chosen = {*found, selectedLocation(**found)};
     return std::nullopt;
+}
+
+bool hasDeviceToChoose(const std::vector<Driver>& drivers)
+{
+    return std::any_of(drivers.begin(), drivers.end(),
+                       [](const Driver& driver) { return canChooseByItself(*driver); });
 }
 
 std::optional<gps::Error> chooseImporter(const std::vector<Driver>& drivers,

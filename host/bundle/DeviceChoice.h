@@ -75,6 +75,9 @@ void prepareDrivers(const DeviceRequest& request);
                                                      const DeviceRequest& request,
                                                      ChosenDevice& chosen);
 
+/// Whether chooseDevice() finds a device without a request.
+[[nodiscard]] bool hasDeviceToChoose(const std::vector<Driver>& drivers);
+
 /// Chooses the driver for an import: the first one that can import files.
 /// @param name    restricts the choice to drivers with this name
 /// @param chosen  out: unchanged after a failure

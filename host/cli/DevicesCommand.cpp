@@ -138,6 +138,12 @@ std::string deviceListOf(const PlugInBundle& plugIn, bool explain)
     return explain ? text + '\n' + explanationOf(plugIn) : text;
 }
 
+bool hasDevices(const PlugInBundle& plugIn)
+{
+    return std::any_of(plugIn.drivers.begin(), plugIn.drivers.end(),
+                       [](const Driver& driver) { return !devicesOf(*driver).empty(); });
+}
+
 // A plug-in may offer its driver for serial ports only once there is a port, so a change of ports
 // can bring a new driver.
 void refresh(PlugInBundle& plugIn, const gps::DeviceChanges& changes)
@@ -163,8 +169,14 @@ ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
         return options.json ? documentOf(current, options.explain)
                             : deviceListOf(current, options.explain);
     };
-    if (!options.watch)
-        return print(text(), console);
+    if (!options.watch) {
+        const auto status = print(text(), console);
+        if (!options.json && !options.explain && hasDevices(current) &&
+            !hasDeviceToChoose(current.drivers))
+            console.note("No receiver is mounted, and a serial port is asked only if it is named "
+                         "with --device. \"magellangps devices --explain\" shows more.");
+        return status;
+    }
     gps::DeviceMonitor monitor; // before the first output, so that no change is missed
     auto status = print(text(), console);
     // Ends by a signal, or when the output cannot be written.

@@ -75,6 +75,9 @@ void boxPoints(gps::Dictionary& dictionary)
 // valid JSON of another kind they find none.
 gps::Error unreadableData(const std::string& text, const std::string& path)
 {
+    if (gps::trimmed(text).starts_with('<'))
+        return hostError("The data file is not JSON, but looks like XML",
+                         "A GPX file is sent without --data", path);
     if (const auto offset = jsonErrorOffset(text))
         return hostError(
             fmt::format("The data file is damaged or cut short: line {} is not valid JSON, or has "

@@ -69,6 +69,12 @@ bool isEmptyFile(const std::string& file)
     return fs::is_regular_file(file, error) && fs::file_size(file, error) == 0 && !error;
 }
 
+gps::Error withNothingImported(const gps::Error& failure)
+{
+    return hostError(failure.description().value_or("") + ", so nothing was imported",
+                     failure.suggestion().value_or(""), failure.path().value_or(""));
+}
+
 // @param files  gets the files of receivers in a folder and below it
 std::optional<gps::Error> listFolder(const std::string& folder,
                                      const std::vector<std::string>& types,
@@ -86,6 +92,19 @@ std::optional<gps::Error> listFolder(const std::string& folder,
     if (error)
         return systemError("A folder cannot be listed to its end",
                            "Check its permissions and the medium", folder, error.value());
+    return std::nullopt;
+}
+
+// Among others such files are nothing unusual, and the driver reports them.
+std::optional<gps::Error> checkSingleImport(const std::string& file)
+{
+    if (isEmptyFile(file))
+        return hostError("The file is empty", "Copy it again", file);
+    const auto name = fs::path{file}.filename().replace_extension(fileTypeOf(file));
+    if (!isMapFile(file) && name != fs::path{file}.filename())
+        return hostError("The extension of this file is in capitals, and drivers read only those "
+                         "in small letters",
+                         fmt::format("Rename it to {}", name.string()), file);
     return std::nullopt;
 }
 
@@ -119,17 +138,14 @@ std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
 {
     for (const auto& file : files) {
         if (auto failure = checkFile(file, "Name the files in it"))
-            return failure;
+            return files.size() == 1 ? failure : withNothingImported(*failure);
         if (!isOneOf(fileTypeOf(file), types) && !isMapFile(file))
             return hostError("This file cannot be imported",
                              "The extensions of files that can are: " + joined(types, ", ") +
                                  ", gpx, kml, kmz",
                              file);
     }
-    // Among others an empty file is nothing unusual, and the driver reports it.
-    if (files.size() == 1 && isEmptyFile(files.front()))
-        return hostError("The file is empty", "Copy it again", files.front());
-    return std::nullopt;
+    return files.size() == 1 ? checkSingleImport(files.front()) : std::nullopt;
 }
 
 std::optional<gps::Error> checkSend(const std::vector<std::string>& files,

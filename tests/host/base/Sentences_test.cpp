@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 namespace {
 
 TEST(Sentences, ErrorIsItsDescriptionItsSuggestionAndItsPath)
@@ -20,6 +22,19 @@ TEST(Sentences, ErrorIsItsDescriptionItsSuggestionAndItsPath)
                                   {gps::kErrorSuggestionKey, "Fix it"},
                                   {gps::kErrorPathKey, "/a/b"}}}),
               "It broke. Fix it. Path: /a/b");
+}
+
+TEST(Sentences, LackOfPermissionGetsAdvice)
+{
+    const auto sentencesFor = [](std::int32_t code) {
+        return host::sentencesOf(
+            {gps::kFileErrorDomain, code, {{gps::kErrorDescriptionKey, "It broke"}}});
+    };
+    EXPECT_EQ(sentencesFor(257), "It broke. Let your user read it, and try again.");
+    EXPECT_EQ(sentencesFor(513), "It broke. Let your user write there, and try again.");
+    EXPECT_EQ(sentencesFor(256), "It broke.");
+    EXPECT_EQ(host::sentencesOf({"other", 257, {{gps::kErrorDescriptionKey, "It broke"}}}),
+              "It broke.");
 }
 
 TEST(Sentences, ErrorWithoutADescriptionIsItsCodeAndDomain)

@@ -65,6 +65,14 @@ TEST_F(DataFile, EmptyObjectIsAnEmptyDictionary)
     EXPECT_EQ(data_, gps::Dictionary{});
 }
 
+TEST_F(DataFile, GpxFileIsSaidToBeOne)
+{
+    const auto failure = read("\n<?xml version='1.0'?><gpx/>");
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description(), "The data file is not JSON, but looks like XML");
+    EXPECT_EQ(failure->suggestion(), "A GPX file is sent without --data");
+}
+
 TEST_F(DataFile, AnythingButAnObjectIsRejectedWithItsPath)
 {
     for (const auto& json :

@@ -46,13 +46,24 @@ TEST_F(InputFiles, MissingFileGetsASimilarNameOfItsKind)
 {
     folder_.put("days.txt", "");
     EXPECT_EQ(importing({track_, folder_.path("dya.log")}),
-              "There is no such file. Did you mean \"" + track_ +
+              "There is no such file, so nothing was imported. Did you mean \"" + track_ +
                   "\"? Path: " + folder_.path("dya.log"));
     EXPECT_EQ(importing({folder_.path("other.log")}),
               "There is no such file. Check the name and the folder. Path: " +
                   folder_.path("other.log"));
     EXPECT_EQ(sending({"/nowhere/day.gpx"}),
               "There is no such file. Check the name and the folder. Path: /nowhere/day.gpx");
+}
+
+TEST_F(InputFiles, ExtensionInCapitalsIsAMistakeOfASingleReceiversFile)
+{
+    const auto file = folder_.put("DAY.LOG", "$");
+    EXPECT_EQ(importing({file}),
+              "The extension of this file is in capitals, and drivers read only those in small "
+              "letters. Rename it to DAY.log. Path: " +
+                  file);
+    EXPECT_EQ(importing({file, track_}), "") << "the driver reports it";
+    EXPECT_EQ(importing({folder_.put("DAY.GPX", "<gpx/>")}), "");
 }
 
 TEST_F(InputFiles, PatternThatMatchesNothingIsCalledAPattern)
