@@ -6,6 +6,7 @@
 
 #include "host/base/Text.h"
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 #include "host/words/RestoreText.h"
 
@@ -18,9 +19,8 @@
 namespace host {
 namespace {
 
-constexpr int kGap = 12;                  // pixels
-constexpr std::size_t kMostOfName = 60;   // characters of an identifier
-constexpr std::size_t kMostBackups = 100; // of a device, that are listed
+constexpr std::size_t kMostOfIdentifier = 60; // characters of an identifier
+constexpr std::size_t kMostListed = 100;      // of a device, that are listed
 
 Gtk::Label* wrappedLabel(const Glib::ustring& text)
 {
@@ -59,7 +59,7 @@ void onChange(gpointer object, const char* signal, std::function<void()> changed
 
 Glib::ustring titleOf(const DeviceBackups& device)
 {
-    const auto name = displayText(device.identifier, kMostOfName);
+    const auto name = displayText(device.identifier, kMostOfIdentifier);
     if (name.empty())
         return tr("The Selected Receiver");
     return Glib::ustring::compose(
@@ -130,7 +130,7 @@ void BackupPage::addDevice(const DeviceBackups& device)
     list->set_selection_mode(Gtk::SelectionMode::NONE);
     list->add_css_class("boxed-list");
     nameForReaders(*list, titleOf(device).c_str());
-    for (std::size_t i = 0; i < std::min(device.complete.size(), kMostBackups); ++i) {
+    for (std::size_t i = 0; i < std::min(device.complete.size(), kMostListed); ++i) {
         const auto& backup = device.complete[i];
         if (device.location.empty())
             addTextRow(*list, backupTimeText(backup.name), backupSizeText(backup));

@@ -6,6 +6,7 @@
 #include "host/base/Text.h"
 #include "host/bundle/SerialPort.h"
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 
 #include <algorithm>
@@ -15,17 +16,16 @@
 namespace host {
 namespace {
 
-constexpr int kGap = 12;        // pixels
-constexpr int kWidth = 300;     // of the pane, in pixels
-constexpr int kMostInLine = 32; // characters; a longer text is wrapped
-constexpr int kMostOfName = 80; // characters; the row wraps them
+constexpr int kWidth = 300;           // of the pane, in pixels
+constexpr int kMostInNarrowLine = 32; // characters; a longer text is wrapped
+constexpr int kMostOfDeviceName = 80; // characters; the row wraps them
 
 Gtk::Label* leftLabel(const std::string& text)
 {
     auto* const label =
-        Gtk::make_managed<Gtk::Label>(displayText(text, kMostOfName), Gtk::Align::START);
+        Gtk::make_managed<Gtk::Label>(displayText(text, kMostOfDeviceName), Gtk::Align::START);
     label->set_wrap(true);
-    label->set_max_width_chars(kMostInLine);
+    label->set_max_width_chars(kMostInNarrowLine);
     label->set_xalign(0);
     return label;
 }
@@ -73,7 +73,7 @@ DevicePane::DevicePane(Handlers handlers)
         if (const auto receiver = selected())
             handlers_.eject(receiver->address);
     });
-    empty_.set_max_width_chars(kMostInLine);
+    empty_.set_max_width_chars(kMostInNarrowLine);
     for (auto* const kind : {&waypoints_, &routes_, &tracks_}) {
         kind->set_active(true);
         kind->signal_toggled().connect([this] { updateButtons(); });
@@ -123,7 +123,7 @@ void DevicePane::showUnmounted()
         unmounted_.remove(*button);
     for (const auto& disk : state_.unmounted) {
         auto* const button = Gtk::make_managed<Gtk::Button>(
-            Glib::ustring::compose(tr("Mount %1"), displayText(disk.title, kMostInLine)));
+            Glib::ustring::compose(tr("Mount %1"), displayText(disk.title, kMostInNarrowLine)));
         button->set_tooltip_text(displayText(disk.node));
         button->signal_clicked().connect([this, node = disk.node] { handlers_.mount(node); });
         unmounted_.append(*button);

@@ -13,8 +13,8 @@ std::optional<PicturePoint> LabelRoom::place(const PicturePoint& point, double r
 {
     if (isFull())
         return std::nullopt;
-    constexpr double kGap = 3;
-    const double beside = radius + kGap;
+    constexpr double kNameGap = 3;
+    const double beside = radius + kNameGap;
     const double middle = point.y - height / 2;
     const std::array places{LabelBox{point.x + beside, middle, width, height},
                             LabelBox{point.x - beside - width, middle, width, height},

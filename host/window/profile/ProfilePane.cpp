@@ -3,6 +3,7 @@
 
 #include "host/window/profile/ProfilePane.h"
 
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 #include "host/words/ProfileText.h"
 
@@ -13,7 +14,6 @@
 namespace host {
 namespace {
 
-constexpr int kGap = 6;         // pixels
 constexpr int kLineHeight = 15; // pixels, of a small text
 
 void makeText(Gtk::Label& label)
@@ -21,8 +21,8 @@ void makeText(Gtk::Label& label)
     label.set_xalign(0);
     label.set_yalign(0);
     label.set_wrap(true);
-    label.set_margin_start(kGap);
-    label.set_margin_end(kGap);
+    label.set_margin_start(kSmallGap);
+    label.set_margin_end(kSmallGap);
     label.add_css_class("caption");
 }
 
@@ -52,10 +52,10 @@ Glib::ustring missingText(const ProfileData& data)
 } // namespace
 
 ProfilePane::ProfilePane(Handlers handlers)
-    : Gtk::Box(Gtk::Orientation::VERTICAL, kGap), handlers_(std::move(handlers)),
+    : Gtk::Box(Gtk::Orientation::VERTICAL, kSmallGap), handlers_(std::move(handlers)),
       view_([this] { cursorMoved(); })
 {
-    set_margin_bottom(kGap);
+    set_margin_bottom(kSmallGap);
     makeText(reading_);
     makeText(stretchText_);
     makeText(missing_);
@@ -83,8 +83,8 @@ void ProfilePane::addAxes()
     axes->set_valign(Gtk::Align::START);
     axes->append(distance_);
     axes->append(time_);
-    auto* const line = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
-    line->set_margin_end(kGap);
+    auto* const line = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kSmallGap);
+    line->set_margin_end(kSmallGap);
     stretchText_.set_hexpand(true);
     line->append(stretchText_);
     line->append(*axes);

@@ -292,7 +292,7 @@ void ProfileView::drawPlot(const Context& cairo, const Plot& plot)
 void ProfileView::drawScale(const Context& cairo, const Plot& plot) const
 {
     constexpr double kTickHeight = 18; // pixels
-    constexpr double kGap = 6;
+    constexpr double kTickGap = 6;
     constexpr double kFaint = 0.15;
     const int most = std::max(1, static_cast<int>(plot.height / kTickHeight));
     const auto [low, high] = plot.range;
@@ -303,7 +303,7 @@ void ProfileView::drawScale(const Context& cairo, const Plot& plot) const
         cairo->move_to(kScaleWidth, std::floor(y) + 0.5);
         cairo->line_to(kScaleWidth + plotWidth(), std::floor(y) + 0.5);
         cairo->stroke();
-        drawText(cairo, tick.text, kScaleWidth - kGap, y, 1);
+        drawText(cairo, tick.text, kScaleWidth - kTickGap, y, 1);
     }
 }
 

@@ -4,20 +4,16 @@
 #include "host/window/records/ExportBar.h"
 
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/MainLoop.h"
 
 #include <utility>
 
 namespace host {
-namespace {
 
-constexpr int kGap = 6; // pixels
-
-} // namespace
-
-ExportBar::ExportBar() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap)
+ExportBar::ExportBar() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kSmallGap)
 {
-    set_margin(kGap);
+    set_margin(kSmallGap);
     progress_.set_hexpand(true);
     progress_.set_valign(Gtk::Align::CENTER);
     nameForReaders(progress_, tr("Export"));

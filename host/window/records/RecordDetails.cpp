@@ -4,14 +4,10 @@
 #include "host/window/records/RecordDetails.h"
 
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 
 namespace host {
-namespace {
-
-constexpr int kGap = 12; // pixels
-
-} // namespace
 
 RecordDetails::RecordDetails()
 {

@@ -6,6 +6,7 @@
 
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Disposal.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 
 #include <fmt/format.h>
@@ -19,8 +20,6 @@
 
 namespace host {
 namespace {
-
-constexpr int kGap = 6; // pixels
 
 struct SortingName {
     const char* name; ///< of the action's state
@@ -124,15 +123,15 @@ void RecordList::addTools()
     sorting->set_menu_model(sortMenu());
     sorting->set_tooltip_text(tr("Sort"));
     nameForReaders(*sorting, tr("Sort"));
-    auto* const searching = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
-    searching->set_margin(kGap);
+    auto* const searching = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kSmallGap);
+    searching->set_margin(kSmallGap);
     searching->append(search_);
     searching->append(*sorting);
     append(*searching);
 
-    auto* const ticking = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
-    ticking->set_margin_start(kGap);
-    ticking->set_margin_end(2 * kGap);
+    auto* const ticking = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kSmallGap);
+    ticking->set_margin_start(kSmallGap);
+    ticking->set_margin_end(2 * kSmallGap);
     ticking->append(*flatButton(tr("Tick All"), [this] { tickShown(true); }));
     ticking->append(*flatButton(tr("None"), [this] { tickShown(false); }));
     count_.set_hexpand(true);
@@ -173,7 +172,7 @@ void RecordList::addRows()
     view_.add_controller(keys);
 
     nothing_.set_visible(false);
-    nothing_.set_margin(4 * kGap);
+    nothing_.set_margin(4 * kSmallGap);
     nothing_.set_wrap(true);
     nothing_.add_css_class("dim-label");
     append(nothing_);

@@ -4,6 +4,7 @@
 #include "host/window/records/RecordPage.h"
 
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 #include "host/words/ProfileText.h"
 
@@ -16,7 +17,6 @@ namespace {
 constexpr int kListWidth = 340; // pixels
 constexpr int kMapWidth = 340;  // at least
 constexpr int kMapHeight = 300; // at first
-constexpr int kGap = 6;
 
 } // namespace
 
@@ -37,13 +37,13 @@ RecordPage::RecordPage()
 {
     list_.set_size_request(kListWidth);
     toMap_.set_label(tr("Show the Map"));
-    toMap_.set_margin(kGap);
+    toMap_.set_margin(kSmallGap);
     toMap_.signal_clicked().connect([this] { showMap(); });
     list_.append(toMap_);
     note_.set_wrap(true);
     note_.set_xalign(0);
     note_.set_max_width_chars(30); // the list's own width decides
-    note_.set_margin(2 * kGap);
+    note_.set_margin(2 * kSmallGap);
     setNote({});
     list_.prepend(note_);
     adw_leaflet_append(leaflet_, GTK_WIDGET(list_.gobj()));
@@ -69,7 +69,7 @@ GtkWidget* RecordPage::mapColumn()
     panel_.set_vexpand(true);
     switcher_.set_stack(panel_);
     switcher_.set_halign(Gtk::Align::CENTER);
-    switcher_.set_margin(kGap);
+    switcher_.set_margin(kSmallGap);
     auto* const lower = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     lower->append(switcher_);
     lower->append(panel_);
@@ -83,8 +83,8 @@ GtkWidget* RecordPage::mapColumn()
     back->signal_clicked().connect(
         [this] { adw_leaflet_navigate(leaflet_, ADW_NAVIGATION_DIRECTION_BACK); });
     selectedName_.set_ellipsize(Pango::EllipsizeMode::END);
-    selectedName_.set_margin_start(kGap);
-    toList_.set_margin(kGap);
+    selectedName_.set_margin_start(kSmallGap);
+    toList_.set_margin(kSmallGap);
     toList_.append(*back);
     toList_.append(selectedName_);
     auto* const column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);

@@ -11,7 +11,7 @@
 namespace host {
 namespace {
 
-constexpr int kGap = 8;        // pixels
+constexpr int kColumnGap = 8;  // pixels
 constexpr int kIconWidth = 20; // pixels, of the line, too
 
 void makeLine(Gtk::Label& label)
@@ -22,10 +22,10 @@ void makeLine(Gtk::Label& label)
 
 } // namespace
 
-RecordRowWidget::RecordRowWidget() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap)
+RecordRowWidget::RecordRowWidget() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kColumnGap)
 {
-    set_margin_start(kGap / 2);
-    set_margin_end(kGap);
+    set_margin_start(kColumnGap / 2);
+    set_margin_end(kColumnGap);
     box_.set_valign(Gtk::Align::CENTER);
     box_.signal_toggled().connect([this] {
         if (toggled_)
@@ -81,9 +81,9 @@ void RecordRowWidget::drawLine(const Cairo::RefPtr<Cairo::Context>& cairo, int w
 {
     if (!color_)
         return;
-    constexpr double kLineWidth = 4;
+    constexpr double kSampleWidth = 4;
     cairo->set_source_rgb(color_->red, color_->green, color_->blue);
-    cairo->set_line_width(kLineWidth);
+    cairo->set_line_width(kSampleWidth);
     if (isDashed_)
         cairo->set_dash(std::vector<double>{5, 2.5}, 0);
     cairo->move_to(0, height / 2.0);

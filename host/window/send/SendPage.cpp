@@ -6,6 +6,7 @@
 
 #include "host/base/Text.h"
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
 
 #include <utility>
@@ -16,11 +17,10 @@ namespace {
 
 using Fate = PlannedRecord::Fate;
 
-constexpr int kGap = 12;                // pixels
 constexpr int kPlanHeight = 150;        // of the list of changes
 constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
 constexpr int kMostInLine = 80;         // characters
-constexpr std::size_t kMostOfText = 60; // characters of a name
+constexpr std::size_t kMostOfName = 60; // characters of a name
 
 const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
 {
@@ -36,7 +36,7 @@ Glib::ustring changesOf(const PlannedRecord& record)
     Glib::ustring text;
     for (const auto& key : record.changedTexts) {
         if (key == "name")
-            text = Glib::ustring::compose(tr("as “%1”"), displayText(record.name, kMostOfText));
+            text = Glib::ustring::compose(tr("as “%1”"), displayText(record.name, kMostOfName));
     }
     const bool isMore = record.changedTexts.size() > (text.empty() ? 0U : 1U);
     return isMore ? text + (text.empty() ? "" : ", ") + tr("texts changed") : text;

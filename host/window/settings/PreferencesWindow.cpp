@@ -15,7 +15,7 @@
 namespace host {
 namespace {
 
-constexpr double kMostBackups = 1000; // that somebody would choose here
+constexpr double kMostChosenBackups = 1000; // that somebody would choose here
 
 // Owned by the toolkit's window.
 class Preferences {
@@ -118,7 +118,7 @@ void Preferences::addFiles()
     adw_preferences_group_add(group, widgetOf(folder_.row()));
     adw_preferences_group_add(
         group, widgetOf(newNumberRow(tr("Backups"), tr("How many are kept of each receiver"),
-                                     static_cast<double>(settings_.mostBackups), kMostBackups,
+                                     static_cast<double>(settings_.mostBackups), kMostChosenBackups,
                                      setter(&WindowSettings::mostBackups))));
 }
 
