@@ -46,6 +46,7 @@ RecordCounts requestedCounts(const PreparedSend& send)
 {
     auto counts = send.request.data ? countRecords(*send.request.data) : RecordCounts{};
     counts += send.present;
+    counts += send.repeated;
     counts += send.leftOut();
     return counts;
 }
@@ -73,6 +74,13 @@ Json filesJson(const PreparedSend& send, const SendReport& report, std::size_t& 
         const auto* const sent = next < report.files.size() ? &report.files[next] : nullptr;
         ++next;
         return fileJson(planned, sent);
+    });
+}
+
+Json replacedJson(const PreparedSend& send, std::size_t& omitted)
+{
+    return listOf(send.replaced, omitted, [](const ReplacedRecord& record) -> Json {
+        return {{"kind", record.kind}, {"name", record.name}};
     });
 }
 
@@ -156,9 +164,11 @@ std::string sendJson(const PreparedSend& send, const SendReport& report,
                   {"device", nameJson(send.device.location)},
                   {"requested", countsJson(requestedCounts(send))},
                   {"present", countsJson(send.present)},
+                  {"repeated", countsJson(send.repeated)},
                   {"leftOut", countsJson(send.leftOut())},
                   {"sent", isSent ? countsJson(toSend) : Json()}};
     document["files"] = filesJson(send, report, omitted);
+    document["replaced"] = replacedJson(send, omitted);
     addLosses(document, send, omitted);
     document["backup"] = backupJson(report);
     addFailures(document, send, report, omitted);

@@ -6,7 +6,6 @@
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
 #include "host/fitting/PlainTextConverter.h"
-#include "host/points/DevicePosition.h"
 
 #include <gps/Geocache.h>
 
@@ -14,6 +13,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -23,33 +23,6 @@
 
 namespace host {
 namespace {
-
-bool haveSamePosition(const gps::GPSPoint& a, const gps::GPSPoint& b)
-{
-    const auto first = DevicePosition::of(a);
-    const auto second = DevicePosition::of(b);
-    return first && second && first->matches(*second);
-}
-
-// A record's own position, or those of its points.
-std::vector<gps::GPSPoint> positionsOf(const gps::Dictionary& record)
-{
-    std::vector<gps::GPSPoint> positions;
-    if (const auto* const point = gps::findPoint(record))
-        positions.push_back(*point);
-    forEachRecord(record, "points", [&positions](const gps::Dictionary& element) {
-        if (const auto* const point = gps::findPoint(element))
-            positions.push_back(*point);
-    });
-    return positions;
-}
-
-bool isAtSamePositions(const gps::Dictionary& a, const gps::Dictionary& b)
-{
-    const auto first = positionsOf(a);
-    const auto second = positionsOf(b);
-    return std::equal(first.begin(), first.end(), second.begin(), second.end(), haveSamePosition);
-}
 
 // What is left of a text on the receiver, and what is not.
 PlainText storedText(std::string_view text, const gps::CharacterSet& characters)
@@ -66,7 +39,12 @@ PlainText storedText(std::string_view text, const gps::CharacterSet& characters)
 // Records among which names must differ.
 class NameClaims {
 public:
-    NameClaims(std::string_view noun, std::size_t longest) : noun_(noun), longest_(longest) {}
+    // What the receiver stores of a record.
+    using Stored = std::function<StoredRecord(const gps::Dictionary& record)>;
+
+    NameClaims(std::string_view noun, std::size_t longest, Stored stored)
+        : noun_(noun), longest_(longest), stored_(std::move(stored))
+    {}
 
     // Gives a record its name on the receiver and claims that.
     void store(gps::Dictionary& record, const TextRules& rules, ExactNames& result)
@@ -102,7 +80,7 @@ public:
     {
         const auto claim = claims_.find(std::string{textIn(onDevice, "name")});
         if (claim == claims_.end() || !mustDiffer(*claim) ||
-            isAtSamePositions(*claim->second.record, onDevice))
+            areSame(*claim->second.record, onDevice))
             return;
         note(result,
              fmt::format("The {} \"{}\" would be stored as \"{}\", and the device holds "
@@ -110,9 +88,6 @@ public:
                          noun_, displayText(claim->second.before), claim->first),
              "Give it another name");
     }
-
-    // Of geocaches of one name, the receiver keeps one, as their sites do.
-    void compareNamesOnly() { comparesNamesOnly_ = true; }
 
     // The driver gives points of routes a number: "Name 1".
     void allowNumbers() { allowsNumbers_ = true; }
@@ -138,8 +113,12 @@ private:
     [[nodiscard]] bool isSame(const Claim& claim, const std::string& before,
                               const gps::Dictionary& record) const
     {
-        return claim.before == before &&
-               (comparesNamesOnly_ || isAtSamePositions(*claim.record, record));
+        return claim.before == before && areSame(*claim.record, record);
+    }
+
+    [[nodiscard]] bool areSame(const gps::Dictionary& a, const gps::Dictionary& b) const
+    {
+        return stored_(a).isSame(stored_(b));
     }
 
     [[nodiscard]] std::string nameless(const std::string& before) const
@@ -166,7 +145,7 @@ private:
 
     std::string_view noun_;
     std::size_t longest_;
-    bool comparesNamesOnly_ = false;
+    Stored stored_;
     bool allowsNumbers_ = false;
     std::unordered_map<std::string, Claim> claims_; // by the name on the receiver
 };
@@ -190,10 +169,13 @@ void storeTexts(gps::Dictionary& record, std::string_view noun, const TextRules&
 class ExactRecords {
 public:
     explicit ExactRecords(const TextRules& rules)
-        : rules_(rules), waypoints_("waypoint", rules.longestName),
-          routes_("route", rules.longestName), points_("route point", rules.longestName)
+        : rules_(rules), waypoints_("waypoint", rules.longestName, storedWaypoints(rules)),
+          routes_("route", rules.longestName,
+                  [&rules](const gps::Dictionary& record) {
+                      return storedRoute(record, rules.symbolCode);
+                  }),
+          points_("route point", rules.longestName, storedWaypoints(rules))
     {
-        geocaches_.compareNamesOnly();
         points_.allowNumbers();
     }
 
@@ -220,6 +202,8 @@ public:
             !points_.needsDevice())
             return;
         onDevice([this](std::string_view key, const gps::Dictionary& record) {
+            if (key == kRoutePointKey)
+                return points_.compare(record, result_);
             if (key == "waypoint")
                 return (gps::isGeocache(record) ? geocaches_ : waypoints_).compare(record, result_);
             routes_.compare(record, result_);
@@ -232,10 +216,17 @@ public:
     [[nodiscard]] ExactNames takeResult() { return std::move(result_); }
 
 private:
+    static NameClaims::Stored storedWaypoints(const TextRules& rules)
+    {
+        return [&rules](const gps::Dictionary& record) {
+            return storedWaypoint(record, rules.symbolCode);
+        };
+    }
+
     const TextRules& rules_;
     ExactNames result_;
     NameClaims waypoints_;
-    NameClaims geocaches_{"geocache", std::numeric_limits<std::size_t>::max()};
+    NameClaims geocaches_{"geocache", std::numeric_limits<std::size_t>::max(), storedGeocache};
     NameClaims routes_;
     NameClaims points_;
 };

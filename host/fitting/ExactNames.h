@@ -32,15 +32,15 @@ struct ExactNames {
 /// Gives each record the name and the texts that the receiver stores for it: without the characters
 /// that it lacks, and names cut at its limit.
 ///
-/// - Waypoints, and routes, of one name are different if their positions are. Geocaches are
-///   different if their names were.
-/// - A name that changes must not become that of another record on the receiver. A name that stays
-///   is meant to replace it.
+/// - Records of one name are different if the receiver stores different things for them.
+/// - A name that changes must not become that of a different record on the receiver. A name that
+///   stays is meant to replace it.
 /// - A driver numbers the points of routes whose names clash, so only a name that is too long for a
 ///   number is a conflict.
 ///
 /// @param data      the records to send; changed in place
-/// @param onDevice  visits the records that the receiver holds
+/// @param onDevice  visits the records that the receiver holds, and under kRoutePointKey its points
+///                  that no route uses
 [[nodiscard]] ExactNames storeExactNames(gps::Dictionary& data, const RecordSource& onDevice,
                                          const TextRules& rules);
 

@@ -4,8 +4,6 @@
 
 #include "host/fitting/FreeNames.h"
 
-#include "host/points/DevicePosition.h"
-
 #include <gps/NumberText.h>
 
 #include <algorithm>
@@ -46,86 +44,107 @@ std::size_t FreeNames::StemHash::operator()(const Stem& stem) const noexcept
     return mixed * kSpread ^ std::hash<std::string_view>{}(stem.text);
 }
 
-void FreeNames::addOnDevice(const std::string& name, const gps::GPSPoint& point)
+void FreeNames::addOnDevice(const std::string& name, const StoredRecord& record)
 {
-    if (!isClaimed_.contains(name))
-        add(name, point, kAnyDetails);
+    auto& known = *names_.try_emplace(name).first;
+    if (known.second.isClaimed)
+        return;
+    if (known.second.firstHeld == kNone)
+        known.second.firstHeld = static_cast<std::uint32_t>(held_.size());
+    else if (!held_[known.second.firstHeld].held.isSameOnReceiver(record))
+        known.second.isAmbiguous = true;
+    held_.push_back({&known, record, true});
 }
 
-void FreeNames::addOnDevice(const std::string& name, const gps::GPSPoint& point,
-                            std::size_t details)
+void FreeNames::addPointOnDevice(const std::string& name, const StoredRecord& point)
 {
-    addOnDevice(name, point);
-    add(name, point, details);
+    const auto& known = *names_.try_emplace(name).first;
+    if (!known.second.isClaimed)
+        held_.push_back({&known, point, false});
 }
 
-void FreeNames::add(const std::string& name, const gps::GPSPoint& point, std::size_t details)
+std::string FreeNames::claimLike(std::string_view wanted, const StoredRecord& record)
 {
-    const auto known = isClaimed_.try_emplace(name, false).first;
-    if (const auto position = DevicePosition::of(point))
-        unindexed_.push_back({position->key(), &known->first, details});
+    fill(forRecords_, false);
+    auto name = claimSentBefore(forRecords_, wanted, record, nullptr);
+    return name.empty() ? claimNew(wanted) : name;
 }
 
-std::string FreeNames::claimLike(std::string_view wanted, const gps::GPSPoint& point,
-                                 const RoutePointRule* rule)
+std::string FreeNames::claimPointLike(std::string_view wanted, const StoredRecord& point,
+                                      const PointRule& isUsable)
 {
-    indexPositions();
-    auto name = rule != nullptr ? claimSentBefore(wanted, point, rule->details, rule) : "";
-    if (name.empty())
-        name = claimSentBefore(wanted, point, kAnyDetails, rule);
-    if (!name.empty())
-        return name;
-    name = stemOf(wanted, 0);
-    if (!isFree(name))
-        name = numbered(wanted);
-    (void)claim(name);
-    return name;
+    fill(forPoints_, true);
+    auto name = claimSentBefore(forPoints_, wanted, point, &isUsable);
+    return name.empty() ? claimNew(wanted) : name;
 }
 
-// Returns "" if the receiver holds no such name at the position, or none of them can be used.
-std::string FreeNames::claimSentBefore(std::string_view wanted, const gps::GPSPoint& point,
-                                       std::size_t details, const RoutePointRule* rule)
+// Returns "" if the receiver holds no such name for the same record, or none of them can be used.
+std::string FreeNames::claimSentBefore(Index& index, std::string_view wanted,
+                                       const StoredRecord& record, const PointRule* isUsable)
 {
-    const auto position = DevicePosition::of(point);
-    if (!position)
+    if (!record.position)
         return {};
-    for (const auto key : position->matchingKeys()) {
-        auto name = positions_.contains(key) ? claimAt(key, wanted, details, rule) : std::string{};
+    for (const auto key : record.position->matchingKeys()) {
+        auto name = index.positions.contains(key)
+                        ? claimAt(index, key, wanted, record.details, isUsable)
+                        : std::string{};
         if (!name.empty())
             return name;
     }
     return {};
 }
 
-// A name that a rule refuses is of no use to a later point either: the point that it belongs to has
-// found it by its details.
-std::string FreeNames::claimAt(std::int64_t position, std::string_view wanted, std::size_t details,
-                               const RoutePointRule* rule)
+// A name that a rule refuses is of no use to a later point either: it belongs to another one.
+std::string FreeNames::claimAt(Index& index, std::int64_t position, std::string_view wanted,
+                               std::size_t details, const PointRule* isUsable)
 {
     for (std::size_t digits = 0; digits <= kMostDigits && digits + 1 < longest_; ++digits) {
         const auto stem = stemOf(wanted, digits);
-        const auto found = namesAt_.find({position, stem, digits, details});
-        while (found != namesAt_.end() && !found->second.empty()) {
+        const auto found = index.names.find({position, details, stem, digits});
+        while (found != index.names.end() && !found->second.empty()) {
             const auto& name = *found->second.front();
             found->second.pop();
-            if ((rule == nullptr || rule->isUsable(name)) && claim(name))
+            if ((isUsable == nullptr || (*isUsable)(name)) && claim(name))
                 return name;
         }
     }
     return {};
 }
 
-// Indexes the names that were added since the last call.
-void FreeNames::indexPositions()
+// A record replaces those of its name, so it must be the same as each of them. It replaces no route
+// point.
+bool FreeNames::isForRecords(const HeldName& held) noexcept
 {
-    for (const auto& [position, name, details] : std::exchange(unindexed_, {})) {
-        positions_.insert(position);
-        namesAt_[{position, *name, 0, details}].push(name);
-        if (const auto digits = numberLength(*name); digits > 0) {
-            const auto stem = std::string_view{*name}.substr(0, name->size() - digits - 1);
-            namesAt_[{position, stem, digits, details}].push(name);
+    const auto& name = held.name->second;
+    return name.firstHeld == kNone || (held.isRecord && !name.isAmbiguous);
+}
+
+// Adds the names that were added since the last call.
+void FreeNames::fill(Index& index, bool isForPoints)
+{
+    for (; index.size < held_.size(); ++index.size) {
+        const auto& held = held_[index.size];
+        if (!held.held.position || (!isForPoints && !isForRecords(held)))
+            continue;
+        const auto& name = held.name->first;
+        const auto position = held.held.position->key();
+        const auto details = held.held.details;
+        index.positions.insert(position);
+        index.names[{position, details, name, 0}].push(&name);
+        if (const auto digits = numberLength(name); digits > 0) {
+            const auto stem = std::string_view{name}.substr(0, name.size() - digits - 1);
+            index.names[{position, details, stem, digits}].push(&name);
         }
     }
+}
+
+std::string FreeNames::claimNew(std::string_view wanted)
+{
+    auto name = stemOf(wanted, 0);
+    if (!isFree(name))
+        name = numbered(wanted);
+    (void)claim(name);
+    return name;
 }
 
 std::string FreeNames::numbered(std::string_view wanted)

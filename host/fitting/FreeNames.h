@@ -4,11 +4,12 @@
 
 #pragma once
 
-#include <gps/GPSPoint.h>
+#include "host/fitting/StoredRecord.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <list>
 #include <queue>
 #include <string>
@@ -20,9 +21,9 @@
 
 namespace host {
 
-/// A name that is already in use gets a number: "Long name 2". If the receiver holds such a name at
-/// the same position, it comes from an earlier send of the same thing, which gets its name again.
-/// Route points at one position can differ in their details, and have different names then.
+/// A name that is already in use gets a number: "Long name 2". If the receiver holds such a name
+/// for what it would store of the same record, the name comes from an earlier send of that record,
+/// which gets it again. No other record does.
 /// All names together take time linear in their number, however many are equal.
 class FreeNames {
 public:
@@ -30,38 +31,58 @@ public:
     explicit FreeNames(std::size_t longest) : longest_(longest) {}
     FreeNames(FreeNames&&) noexcept = default; // a copy would point into the original
 
-    /// Which name of the receiver a route point can have.
-    struct RoutePointRule {
-        std::size_t details; ///< a number that is the same for equal details
-        std::function<bool(const std::string& name)> isUsable;
-    };
+    /// Makes room for the names of so many records.
+    void reserve(std::size_t records) { names_.reserve(records); }
 
-    /// Adds a name that the receiver holds, and where. Has no effect on a name that was claimed.
-    void addOnDevice(const std::string& name, const gps::GPSPoint& point);
+    /// Whether a route point can have a name of the receiver.
+    using PointRule = std::function<bool(const std::string& name)>;
 
-    /// Adds the name of a route point. It is found by its details, and as any other name.
-    void addOnDevice(const std::string& name, const gps::GPSPoint& point, std::size_t details);
+    /// Adds the name of a record that the receiver holds. A record to send with this name replaces
+    /// it, so the name is handed out again only for the same record. Has no effect on a name that
+    /// was claimed. Precondition: no name was handed out.
+    void addOnDevice(const std::string& name, const StoredRecord& record);
+
+    /// Does the same for a point of the receiver's routes, which no record replaces.
+    void addPointOnDevice(const std::string& name, const StoredRecord& point);
 
     /// Claims exactly this name, whether or not the receiver holds it.
     /// @return  false if the name was claimed before
-    bool claim(const std::string& name) { return !std::exchange(isClaimed_[name], true); }
+    bool claim(const std::string& name) { return !std::exchange(names_[name].isClaimed, true); }
 
     /// Claims a free name that begins as `wanted` does. The result may already be in use only if
     /// the length limit leaves no room for a number. Precondition: `wanted` is ASCII, not empty,
     /// and does not begin with a space.
-    /// @param rule  of a route point; null for anything else
-    [[nodiscard]] std::string claimLike(std::string_view wanted, const gps::GPSPoint& point,
-                                        const RoutePointRule* rule = nullptr);
+    [[nodiscard]] std::string claimLike(std::string_view wanted, const StoredRecord& record);
+
+    /// Does the same for a route point.
+    [[nodiscard]] std::string claimPointLike(std::string_view wanted, const StoredRecord& point,
+                                             const PointRule& isUsable);
 
 private:
-    static constexpr std::size_t kAnyDetails = 0;
+    static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
 
-    /// What the names at one position have in common that differ only in their numbers.
+    /// Small, because there are as many as records to send.
+    struct Name {
+        bool isClaimed = false;
+        bool isAmbiguous = false;        ///< whether records have it that differ from the first
+        std::uint32_t firstHeld = kNone; ///< the first record of the receiver that has it, in held_
+    };
+    using Names = std::unordered_map<std::string, Name>;
+
+    /// A name of the receiver with one of the things that have it.
+    struct HeldName {
+        const Names::value_type* name; ///< in names_
+        StoredRecord held;
+        bool isRecord; ///< or a route point
+    };
+
+    /// What the names of the same thing at one position have in common that differ only in their
+    /// numbers.
     struct Stem {
         std::int64_t position; ///< the key of a DevicePosition
+        std::size_t details;   ///< as in StoredRecord
         std::string_view text;
         std::size_t digits; ///< the length of the number; 0: `text` is the whole name
-        std::size_t details = kAnyDetails;
 
         bool operator==(const Stem&) const noexcept = default;
     };
@@ -71,30 +92,30 @@ private:
     /// Lists, since most hold one name, of which there may be millions.
     using NameQueue = std::queue<const std::string*, std::list<const std::string*>>;
 
-    struct NameAt {
-        std::int64_t position; ///< as in Stem
-        const std::string* name;
-        std::size_t details; ///< likewise
+    /// Names of the receiver by what has them. Filled on the first look-up: most sends make none.
+    struct Index {
+        std::size_t size = 0; ///< how many of held_ are in it, or cannot be used
+        std::unordered_set<std::int64_t> positions{};
+        std::unordered_map<Stem, NameQueue, StemHash> names{};
     };
 
-    [[nodiscard]] bool isFree(const std::string& name) const { return !isClaimed_.contains(name); }
-    void add(const std::string& name, const gps::GPSPoint& point, std::size_t details);
-    [[nodiscard]] std::string claimSentBefore(std::string_view wanted, const gps::GPSPoint& point,
-                                              std::size_t details, const RoutePointRule* rule);
-    [[nodiscard]] std::string claimAt(std::int64_t position, std::string_view wanted,
-                                      std::size_t details, const RoutePointRule* rule);
-    void indexPositions();
+    [[nodiscard]] bool isFree(const std::string& name) const { return !names_.contains(name); }
+    [[nodiscard]] static bool isForRecords(const HeldName& held) noexcept;
+    [[nodiscard]] std::string claimSentBefore(Index& index, std::string_view wanted,
+                                              const StoredRecord& record,
+                                              const PointRule* isUsable);
+    [[nodiscard]] std::string claimAt(Index& index, std::int64_t position, std::string_view wanted,
+                                      std::size_t details, const PointRule* isUsable);
+    void fill(Index& index, bool isForPoints);
+    [[nodiscard]] std::string claimNew(std::string_view wanted);
     [[nodiscard]] std::string numbered(std::string_view wanted);
     [[nodiscard]] std::string stemOf(std::string_view wanted, std::size_t digits) const;
 
     std::size_t longest_;
-    std::unordered_map<std::string, bool> isClaimed_; // false: only the receiver holds the name
-
-    // The receiver's names by position, in two steps: most sends never look for one.
-    std::vector<NameAt> unindexed_; // points into isClaimed_
-    std::unordered_set<std::int64_t> positions_;
-    std::unordered_map<Stem, NameQueue, StemHash> namesAt_;
-
+    Names names_;
+    std::vector<HeldName> held_;
+    Index forRecords_;
+    Index forPoints_;
     std::unordered_map<std::string, std::uint64_t> nextNumber_; // by stem and length of the number
 };
 

@@ -11,7 +11,6 @@
 #include "host/fitting/PlainTextConverter.h"
 #include "host/fitting/PointNames.h"
 #include "host/fitting/RecordList.h"
-#include "host/points/DevicePosition.h"
 
 #include <gps/Geocache.h>
 #include <gps/NumberText.h>
@@ -65,53 +64,31 @@ std::string nameIn(const gps::Dictionary& record)
     return std::string{textIn(record, "name")};
 }
 
-// A record's own point; for a route, its first one.
-gps::GPSPoint pointOf(const gps::Dictionary& record)
+// A name in the data and a position. A route point and a waypoint with the same ones belong
+// together.
+std::string placeOf(const std::string& name, const StoredRecord& stored)
 {
-    if (const auto* const point = gps::findPoint(record))
-        return *point;
-    gps::GPSPoint first;
-    bool isFirst = true;
-    forEachRecord(record, "points", [&](const gps::Dictionary& point) {
-        if (std::exchange(isFirst, false))
-            first = pointOf(point);
-    });
-    return first;
+    auto place = name + '\n';
+    if (stored.position)
+        gps::appendInteger(place, stored.position->key());
+    return place;
 }
 
-void appendCoordinates(std::string& text, const gps::GPSPoint& point)
+StoredRecord storedOf(const NamedRecord& named, const TextRules& rules)
 {
-    for (const double degrees : {point.latitude, point.longitude}) {
-        text += '\n';
-        gps::appendShortest(text, degrees);
-    }
+    if (named.kind == &kGeocache)
+        return storedGeocache(*named.record);
+    if (named.kind == &kRoute)
+        return storedRoute(*named.record, rules.symbolCode);
+    return storedWaypoint(*named.record, rules.symbolCode);
 }
 
-// What a receiver stores of a route point, in the form in which two are compared.
-StoredRoutePoint storedPointOf(const gps::Dictionary& record, const TextRules& rules)
+// Two records of a kind with the same identity are the same thing and share a name: the name in the
+// data, and what the receiver stores.
+std::string identityOf(const std::string& name, const StoredRecord& stored)
 {
-    const auto point = pointOf(record);
-    const auto symbol = textIn(record, "symbol");
-    StoredRoutePoint stored{.position = DevicePosition::of(point), .details = {}};
-    gps::appendShortest(stored.details, deviceAltitude(point) + 0.0); // no "-0"
-    stored.details += '\n';
-    stored.details += rules.symbolCode ? rules.symbolCode(symbol) : std::string{symbol};
-    stored.details += '\n';
-    stored.details += textIn(record, "comment");
-    return stored;
-}
-
-// Two records with the same identity are the same thing and share a name: the name in the data and
-// the exact coordinates, or only the name of a geocache.
-std::string identityOf(const NamedRecord& named)
-{
-    std::string identity = nameIn(*named.record);
-    if (named.kind == &kGeocache && !identity.empty())
-        return identity;
-    appendCoordinates(identity, pointOf(*named.record));
-    forEachRecord(*named.record, "points", [&](const gps::Dictionary& point) {
-        appendCoordinates(identity, pointOf(point));
-    });
+    auto identity = placeOf(name, stored) + '\n';
+    gps::appendInteger(identity, static_cast<std::int64_t>(stored.details));
     return identity;
 }
 
@@ -134,23 +111,24 @@ public:
 private:
     // The names assigned so far in one scope.
     struct Assigned {
-        std::unordered_map<std::string, std::string> byIdentity;
-        std::unordered_map<std::string, std::string> byDetails; // route points, by identity and
-                                                                // details
-        std::unordered_map<std::string, std::string> byOldName; // of the first record that had it
+        std::unordered_map<std::string, std::string> byIdentity;      // of records
+        std::unordered_map<std::string, std::string> pointByIdentity; // of route points
+        std::unordered_map<std::string, std::string> byPlace;   // of the first that had it, and so
+        std::unordered_map<std::string, std::string> byOldName; // likewise
     };
 
     [[nodiscard]] static bool claimPoint(NameScope& scope, const std::string& name,
-                                         const StoredRoutePoint& point);
-    [[nodiscard]] static Assigned namesOf(const NameScope& scope);
+                                         const StoredRecord& point);
+    [[nodiscard]] Assigned namesOf(const NameScope& scope) const;
     [[nodiscard]] std::string nameOf(const NamedRecord& named, FreeNames& names,
                                      Assigned& assigned);
     [[nodiscard]] std::string pointNameOf(const NamedRecord& named, FreeNames& names,
                                           PointNames& pointNames, Assigned& assigned);
     static void rename(const NamedRecord& named, const std::string& name);
     [[nodiscard]] bool isGood(const NamedRecord& named, const std::string& name) const;
-    [[nodiscard]] std::string newName(const NamedRecord& named, FreeNames& names,
-                                      const FreeNames::RoutePointRule* rule = nullptr);
+    // @param claim  claims a name like the one that it gets
+    template <typename Claim>
+    [[nodiscard]] std::string newName(const NamedRecord& named, const Claim& claim);
 
     const TextRules& rules_;
     PlainTextConverter converter_;
@@ -171,19 +149,19 @@ void NameFitter::fitTexts(const NamedRecord& named)
 
 void NameFitter::claimGoodNames(NameScope& scope) const
 {
+    scope.names.reserve(scope.all.size());
     for (const auto& named : scope.all) {
         const auto name = nameIn(*named.record);
-        const bool isKept = isGood(named, name) &&
-                            (named.kind == &kRoutePoint
-                                 ? claimPoint(scope, name, storedPointOf(*named.record, rules_))
-                                 : scope.names.claim(name));
+        const bool isKept =
+            isGood(named, name) &&
+            (named.kind == &kRoutePoint ? claimPoint(scope, name, storedOf(named, rules_))
+                                        : scope.names.claim(name));
         (isKept ? scope.good : scope.rest).push_back(named);
     }
 }
 
 // A name that the point cannot have stays free for the one that it belongs to.
-bool NameFitter::claimPoint(NameScope& scope, const std::string& name,
-                            const StoredRoutePoint& point)
+bool NameFitter::claimPoint(NameScope& scope, const std::string& name, const StoredRecord& point)
 {
     return scope.pointNames.isClaimable(name, point) && scope.names.claim(name) &&
            scope.pointNames.claim(name, point);
@@ -199,10 +177,12 @@ void NameFitter::assignNames(NameScope& scope)
     // A route point at its waypoint's position must get the waypoint's name, even if another route
     // point of that name comes first. So these points claim their names before any is assigned.
     for (const auto& named : scope.rest) {
-        const auto at = named.kind == &kRoutePoint ? assigned.byIdentity.find(identityOf(named))
-                                                   : assigned.byIdentity.end();
-        if (at != assigned.byIdentity.end())
-            (void)scope.pointNames.claim(at->second, storedPointOf(*named.record, rules_));
+        if (named.kind != &kRoutePoint)
+            continue;
+        const auto point = storedOf(named, rules_);
+        const auto at = assigned.byPlace.find(placeOf(nameIn(*named.record), point));
+        if (at != assigned.byPlace.end())
+            (void)scope.pointNames.claim(at->second, point);
     }
     for (const auto& named : scope.rest) {
         if (named.kind == &kRoutePoint)
@@ -212,7 +192,7 @@ void NameFitter::assignNames(NameScope& scope)
 
 // The names of the good records that the rest may share. Usually there are few: the texts of all
 // records would take as much memory as the records.
-NameFitter::Assigned NameFitter::namesOf(const NameScope& scope)
+NameFitter::Assigned NameFitter::namesOf(const NameScope& scope) const
 {
     std::unordered_set<std::string> needed;
     for (const auto& named : scope.rest)
@@ -222,7 +202,10 @@ NameFitter::Assigned NameFitter::namesOf(const NameScope& scope)
         const auto name = nameIn(*named.record);
         if (!needed.contains(name))
             continue;
-        assigned.byIdentity.emplace(identityOf(named), name);
+        const auto stored = storedOf(named, rules_);
+        if (named.kind != &kRoutePoint)
+            assigned.byIdentity.emplace(identityOf(name, stored), name);
+        assigned.byPlace.emplace(placeOf(name, stored), name);
         assigned.byOldName.emplace(name, name);
     }
     return assigned;
@@ -230,10 +213,14 @@ NameFitter::Assigned NameFitter::namesOf(const NameScope& scope)
 
 std::string NameFitter::nameOf(const NamedRecord& named, FreeNames& names, Assigned& assigned)
 {
-    const auto [at, isNew] = assigned.byIdentity.try_emplace(identityOf(named));
+    const auto before = nameIn(*named.record);
+    const auto stored = storedOf(named, rules_);
+    const auto [at, isNew] = assigned.byIdentity.try_emplace(identityOf(before, stored));
     if (isNew) {
-        at->second = newName(named, names);
-        assigned.byOldName.emplace(nameIn(*named.record), at->second);
+        at->second = newName(
+            named, [&](const std::string& wanted) { return names.claimLike(wanted, stored); });
+        assigned.byPlace.emplace(placeOf(before, stored), at->second);
+        assigned.byOldName.emplace(before, at->second);
     }
     return at->second;
 }
@@ -242,25 +229,25 @@ std::string NameFitter::pointNameOf(const NamedRecord& named, FreeNames& names,
                                     PointNames& pointNames, Assigned& assigned)
 {
     const auto before = nameIn(*named.record);
-    const auto point = storedPointOf(*named.record, rules_);
-    const auto identity = identityOf(named);
-    auto& name = assigned.byDetails[identity + '\n' + point.details];
+    const auto point = storedOf(named, rules_);
+    auto& name = assigned.pointByIdentity[identityOf(before, point)];
     if (!name.empty())
         return name;
-    const auto atSamePosition = assigned.byIdentity.find(identity);
-    if (atSamePosition != assigned.byIdentity.end() &&
-        pointNames.claim(atSamePosition->second, point))
-        return name = atSamePosition->second;
+    const auto place = placeOf(before, point);
+    const auto atSamePlace = assigned.byPlace.find(place);
+    if (atSamePlace != assigned.byPlace.end() && pointNames.claim(atSamePlace->second, point))
+        return name = atSamePlace->second;
     const auto first = assigned.byOldName.find(before);
     if (!before.empty() && first != assigned.byOldName.end() &&
         pointNames.claim(first->second, point))
         return name = first->second;
-    const FreeNames::RoutePointRule rule{.details = std::hash<std::string>{}(point.details),
-                                         .isUsable = [&](const std::string& usable) {
-                                             return pointNames.isClaimable(usable, point);
-                                         }};
-    name = newName(named, names, &rule);
-    assigned.byIdentity.emplace(identity, name);
+    const auto isUsable = [&](const std::string& usable) {
+        return pointNames.isClaimable(usable, point);
+    };
+    name = newName(named, [&](const std::string& wanted) {
+        return names.claimPointLike(wanted, point, isUsable);
+    });
+    assigned.byPlace.emplace(place, name);
     assigned.byOldName.emplace(before, name);
     (void)pointNames.claim(name,
                            point); // succeeds: it is free, or this point's from an earlier send
@@ -279,15 +266,15 @@ bool NameFitter::isGood(const NamedRecord& named, const std::string& name) const
     return isShort && name.find_first_not_of(' ') != std::string::npos && converter_.isPlain(name);
 }
 
-std::string NameFitter::newName(const NamedRecord& named, FreeNames& names,
-                                const FreeNames::RoutePointRule* rule)
+template <typename Claim>
+std::string NameFitter::newName(const NamedRecord& named, const Claim& claim)
 {
     auto before = nameIn(*named.record);
     auto plain = converter_.convert(before);
     auto wanted = gps::trimmed(plain.text);
     if (wanted.empty())
         wanted = named.kind->defaultName;
-    auto after = names.claimLike(wanted, pointOf(*named.record), rule);
+    std::string after = claim(std::string{wanted});
     changes_.push_back(
         {named.kind->label, "name", std::move(before), after, std::move(plain.dropped)});
     return after;
@@ -313,18 +300,21 @@ struct NameScopes {
 void NameScopes::addOnDevice(std::string_view key, const gps::Dictionary& record,
                              const TextRules& rules)
 {
-    const auto addTo = [](NameScope& scope, const gps::Dictionary& named) {
-        scope.names.addOnDevice(nameIn(named), pointOf(named));
+    const auto addPoint = [&](const gps::Dictionary& point) {
+        const auto stored = storedWaypoint(point, rules.symbolCode);
+        waypoints.names.addPointOnDevice(nameIn(point), stored);
+        waypoints.pointNames.addOnDevice(nameIn(point), stored);
     };
-    if (key == "waypoint")
-        return addTo(gps::isGeocache(record) ? geocaches : waypoints, record);
-    addTo(routes, record);
-    forEachRecord(record, "points", [&](const gps::Dictionary& point) {
-        auto stored = storedPointOf(point, rules);
-        waypoints.names.addOnDevice(nameIn(point), pointOf(point),
-                                    std::hash<std::string>{}(stored.details));
-        waypoints.pointNames.addOnDevice(nameIn(point), std::move(stored));
-    });
+    if (key == kRoutePointKey)
+        return addPoint(record);
+    if (key != "waypoint") {
+        routes.names.addOnDevice(nameIn(record), storedRoute(record, rules.symbolCode));
+        return forEachRecord(record, "points", addPoint);
+    }
+    if (gps::isGeocache(record))
+        geocaches.names.addOnDevice(nameIn(record), storedGeocache(record));
+    else
+        waypoints.names.addOnDevice(nameIn(record), storedWaypoint(record, rules.symbolCode));
 }
 
 void NameScopes::add(gps::Dictionary& data)

@@ -6,12 +6,12 @@
 #pragma once
 
 #include "host/fitting/RecordList.h"
+#include "host/fitting/StoredRecord.h"
 
 #include <gps/Value.h>
 #include <platform/GPSUtilities/CharacterFilter.h>
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +23,7 @@ struct TextRules {
     gps::CharacterSet characters;
     std::size_t longestName; ///< characters; does not apply to geocaches
 
-    /// The code that the receiver stores for a symbol; empty: the symbol itself.
-    std::function<std::string(std::string_view symbol)> symbolCode{};
+    SymbolCode symbolCode{};
 };
 
 /// One text that was rewritten.
@@ -41,19 +40,19 @@ struct TextChange {
 /// depends only on the data and on what the receiver holds.
 ///
 /// - A name that is already good is kept, and so replaces what the receiver holds under it. If
-///   several waypoints or several routes at different positions have the same good name, the first
-///   one keeps it.
+///   several records of one kind have the same good name and the receiver would store different
+///   things for them, the first one keeps it. If it stores the same for them, they share a name.
 /// - A route point gets the new name of the waypoint that had its old name: the one at the same
 ///   position, otherwise the first. If that name belongs to a different route point, in the data or
-///   on the receiver, the route point gets a name of its own. Route points are different if the
-///   receiver stores another position, altitude, symbol or comment for them.
-/// - Geocaches with the same name are the same geocache.
-/// - What an earlier send put on the receiver is recognised by its position and gets the same name.
+///   on the receiver, the route point gets a name of its own.
+/// - What an earlier send put on the receiver gets the same name again. A name of the receiver goes
+///   to no other record, and to none if several records of the receiver have it and differ.
 /// - Symbols are not changed, because drivers look them up by name. Tracks are not changed, because
 ///   no receiver stores their names.
 ///
 /// @param data      the records to send; changed in place
-/// @param onDevice  visits the records that the receiver holds
+/// @param onDevice  visits the records that the receiver holds, and under kRoutePointKey its points
+///                  that no route uses
 /// @return          the changes: first all other texts, then the names. A name that several points
 ///                  share is listed once
 [[nodiscard]] std::vector<TextChange> fitNames(gps::Dictionary& data, const RecordSource& onDevice,

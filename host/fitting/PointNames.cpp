@@ -8,16 +8,16 @@
 
 namespace host {
 
-void PointNames::addOnDevice(const std::string& name, StoredRoutePoint point)
+void PointNames::addOnDevice(const std::string& name, StoredRecord point)
 {
     const auto held = onDevice_.find(name);
     if (held == onDevice_.end())
         onDevice_.emplace(name, Held{std::move(point)});
-    else if (!held->second.point.isSame(point))
+    else if (!held->second.point.isSameOnReceiver(point))
         held->second.isAmbiguous = true;
 }
 
-bool PointNames::isClaimable(const std::string& name, const StoredRoutePoint& point) const
+bool PointNames::isClaimable(const std::string& name, const StoredRecord& point) const
 {
     if (const auto owner = claimed_.find(name); owner != claimed_.end())
         return owner->second.isSame(point);
@@ -26,7 +26,7 @@ bool PointNames::isClaimable(const std::string& name, const StoredRoutePoint& po
            (!held->second.isAmbiguous && held->second.point.isSame(point));
 }
 
-bool PointNames::claim(const std::string& name, const StoredRoutePoint& point)
+bool PointNames::claim(const std::string& name, const StoredRecord& point)
 {
     if (!isClaimable(name, point))
         return false;

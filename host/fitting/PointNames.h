@@ -6,49 +6,34 @@
 
 #pragma once
 
-#include "host/points/DevicePosition.h"
+#include "host/fitting/StoredRecord.h"
 
-#include <optional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 namespace host {
-
-/// What a receiver stores of a route point except its name.
-struct StoredRoutePoint {
-    std::optional<DevicePosition> position; ///< nullopt: no receiver stores the point
-    std::string details; ///< the altitude, the symbol and the comment, in any form
-
-    /// Whether a receiver stores the same for both.
-    [[nodiscard]] bool isSame(const StoredRoutePoint& other) const noexcept
-    {
-        return position && other.position && position->matches(*other.position) &&
-               details == other.details;
-    }
-};
 
 class PointNames {
 public:
     /// Adds a route point that the receiver holds. Several may have the same name, in different
     /// files. If they differ, the name belongs to none of them.
-    void addOnDevice(const std::string& name, StoredRoutePoint point);
+    void addOnDevice(const std::string& name, StoredRecord point);
 
     /// Whether a claim of the name would succeed.
-    [[nodiscard]] bool isClaimable(const std::string& name, const StoredRoutePoint& point) const;
+    [[nodiscard]] bool isClaimable(const std::string& name, const StoredRecord& point) const;
 
     /// Assigns a name to a point, unless it belongs to a different one: to that of an earlier
     /// claim, or to one that the receiver holds.
     /// @return  whether the name now belongs to this point
-    [[nodiscard]] bool claim(const std::string& name, const StoredRoutePoint& point);
+    [[nodiscard]] bool claim(const std::string& name, const StoredRecord& point);
 
 private:
     struct Held {
-        StoredRoutePoint point;
+        StoredRecord point;
         bool isAmbiguous = false; // another point has the name, too
     };
 
-    std::unordered_map<std::string, StoredRoutePoint> claimed_;
+    std::unordered_map<std::string, StoredRecord> claimed_;
     std::unordered_map<std::string, Held> onDevice_;
 };
 

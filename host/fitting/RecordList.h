@@ -41,6 +41,10 @@ inline void appendRecords(gps::Dictionary& data, std::string_view key, gps::Arra
         data.set(key, std::move(records));
 }
 
+/// The key under which a RecordSource visits a point of the device's files of routes that no route
+/// uses.
+inline constexpr std::string_view kRoutePointKey = "route point";
+
 /// Calls its argument with each record that a device holds. There may be millions, so they are
 /// decoded one by one at each call. Never empty.
 using RecordSource = std::function<void(const gps::RecordVisitor& visit)>;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A look-up in order compares with the next position. Any other tries the keys of the nine
-// positions that are at most one unit away on each axis.
+// A look-up in order compares with the next position. Once a point is not in order, all look-ups
+// try the keys of the nine positions that are at most one unit away on each axis, the point's own
+// first: what a device has not rounded differently is matched exactly.
 
 #include "host/points/DevicePositionSet.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
@@ -14,34 +16,52 @@ void DevicePositionSet::add(const gps::GPSPoint& point)
         positions_.push_back(*position);
 }
 
-bool DevicePositionSet::contains(const gps::GPSPoint& point)
+bool DevicePositionSet::take(const gps::GPSPoint& point)
 {
     const auto position = DevicePosition::of(point);
-    return position && (follows(*position) || isAnywhere(*position));
+    return position && ((!isSorted_ && takeNext(*position)) || takeAnywhere(*position));
 }
 
 // Passes each position once in all calls, so that points in any order take linear time here.
-bool DevicePositionSet::follows(const DevicePosition& position) noexcept
+bool DevicePositionSet::takeNext(const DevicePosition& position)
 {
     while (next_ < positions_.size()) {
-        if (positions_[next_++].matches(position))
+        const auto& passed = positions_[next_++];
+        if (passed == position)
             return true;
+        skipped_.push_back(passed);
     }
     return false;
 }
 
-bool DevicePositionSet::isAnywhere(const DevicePosition& position)
+bool DevicePositionSet::takeAnywhere(const DevicePosition& position)
 {
-    if (sortedKeys_.size() != positions_.size()) {
-        sortedKeys_.reserve(positions_.size());
-        for (const auto& added : positions_)
-            sortedKeys_.push_back(added.key());
-        std::sort(sortedKeys_.begin(), sortedKeys_.end());
+    if (!std::exchange(isSorted_, true))
+        sortRest();
+    for (const auto key : position.matchingKeys()) {
+        const auto place = std::lower_bound(
+            places_.begin(), places_.end(), key,
+            [](const Place& one, std::int64_t wanted) { return one.key < wanted; });
+        if (place == places_.end() || place->key != key || place->count == 0)
+            continue;
+        --place->count;
+        return true;
     }
-    const auto keys = position.matchingKeys();
-    return std::any_of(keys.begin(), keys.end(), [this](std::int64_t key) {
-        return std::binary_search(sortedKeys_.begin(), sortedKeys_.end(), key);
-    });
+    return false;
+}
+
+void DevicePositionSet::sortRest()
+{
+    std::vector<std::int64_t> keys;
+    keys.reserve(skipped_.size());
+    for (const auto& position : std::exchange(skipped_, {}))
+        keys.push_back(position.key());
+    std::sort(keys.begin(), keys.end());
+    for (const auto key : keys) {
+        if (places_.empty() || places_.back().key != key)
+            places_.push_back({key, 0});
+        ++places_.back().count;
+    }
 }
 
 } // namespace host

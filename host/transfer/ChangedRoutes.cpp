@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <string_view>
+#include <unordered_map>
 
 namespace host {
 namespace {
@@ -40,10 +41,29 @@ bool writesRoutes(const gps::SendPlan& plan)
     });
 }
 
-gps::Dictionary withoutPointNames(gps::Dictionary route)
+using Points = std::unordered_multimap<std::string, gps::Dictionary>; // by name
+
+// The points in the planned files of routes.
+// @param areAll  false: only those that no route uses
+Points pointsIn(const gps::SendPlan& plan, const gps::GPSFileDevice& device, bool areAll)
 {
-    forEachRecord(route, "points", [](gps::Dictionary& point) { point.remove("name"); });
-    return route;
+    Points points;
+    const auto add = [&points](const gps::Dictionary& point) {
+        points.emplace(textIn(point, "name"), point);
+    };
+    const auto* const unused = dynamic_cast<const gps::GPSUnusedRoutePoints*>(&device);
+    for (const auto& file : plan.files) {
+        if (file.action == gps::PlannedFile::Action::kSkip || file.kind != "routes")
+            continue;
+        if (unused != nullptr)
+            unused->visitUnusedRoutePointsIn(file.path, file.content, add);
+        if (areAll)
+            device.visitRecordsIn(file.path, file.content,
+                                  [&](std::string_view, const gps::Dictionary& record) {
+                                      forEachRecord(record, "points", add);
+                                  });
+    }
+    return points;
 }
 
 // Points without valid coordinates are reported as missing.
@@ -80,24 +100,44 @@ std::optional<std::string> changedRoute(const gps::Dictionary& data, const gps::
     return std::nullopt;
 }
 
+std::optional<std::string> changedPoint(const gps::SendPlan& before, const gps::SendPlan& plan,
+                                        const gps::GPSFileDevice& device)
+{
+    if (!writesRoutes(plan))
+        return std::nullopt;
+    const auto expected = pointsIn(before, device, false);
+    if (expected.empty())
+        return std::nullopt;
+    const auto planned = pointsIn(plan, device, true);
+    RecordComparison comparison{device};
+    for (const auto& [name, point] : expected) {
+        const auto [first, last] = planned.equal_range(name);
+        const bool isKept = std::any_of(first, last, [&, &point = point](const auto& other) {
+            return comparison.areSameWaypoints(point, other.second);
+        });
+        if (!isKept)
+            return name;
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> distortedRoute(const gps::Dictionary& data, const gps::SendPlan& plan,
                                           const gps::GPSFileDevice& device)
 {
     if (!writesRoutes(plan))
         return std::nullopt;
-    Routes sent; // of one name, the last
+    std::map<std::string_view, const gps::Dictionary*> sent; // of one name, the last
     forEachRecord(data, "route", [&](const gps::Dictionary& route) {
-        sent.insert_or_assign(std::string{textIn(route, "name")}, withoutPointNames(route));
+        sent.insert_or_assign(textIn(route, "name"), &route);
     });
     const auto planned = routesIn(plan, device);
     RecordComparison comparison{device};
     for (const auto& [name, route] : sent) {
-        if (!canBeStored(route))
+        if (!canBeStored(*route))
             continue;
         const auto found = planned.find(name);
-        if (found == planned.end() ||
-            !comparison.areSameRoutes(route, withoutPointNames(found->second)))
-            return name;
+        if (found == planned.end() || !comparison.areSameButForPointNames(*route, found->second))
+            return std::string{name};
     }
     return std::nullopt;
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// ChangedRoutes: finds a route that a send would change. A driver gives a number to a route point
-// whose name a different point has, and the numbered name can be that of a third point. Stateless.
-// [any]
+// ChangedRoutes: finds a route, or a route point, that a send would change. A driver gives a number
+// to a route point whose name a different point has, and the numbered name can be that of a third
+// point. Names that were fitted leave a driver nothing to number, so this guards against drivers
+// that do more, and finds what exact names and data files lead to. Stateless. [any]
 
 #pragma once
 
@@ -20,6 +21,12 @@ namespace host {
 /// @param device  decodes the planned files
 [[nodiscard]] std::optional<std::string> changedRoute(const gps::Dictionary& data,
                                                       const gps::SendPlan& before,
+                                                      const gps::SendPlan& plan,
+                                                      const gps::GPSFileDevice& device);
+
+/// The name of a point that no route of the device uses, and that would no longer be on the device
+/// as it is now; nullopt if there is none.
+[[nodiscard]] std::optional<std::string> changedPoint(const gps::SendPlan& before,
                                                       const gps::SendPlan& plan,
                                                       const gps::GPSFileDevice& device);
 

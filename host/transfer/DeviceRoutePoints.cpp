@@ -73,7 +73,9 @@ void useDeviceRoutePoints(gps::Dictionary& data, const RecordSource& onDevice,
     if (points.empty())
         return;
     onDevice([&](std::string_view key, const gps::Dictionary& record) {
-        if (key == "route")
+        if (key == kRoutePointKey)
+            points.replaceWith(record);
+        else if (key == "route")
             forEachRecord(record, "points",
                           [&](const gps::Dictionary& point) { points.replaceWith(point); });
     });

@@ -17,7 +17,8 @@ namespace host {
 /// back. A second send would take the two for different points with the same name, and store both.
 /// So it would with two points of one file that differ only in their times.
 /// @param data      the records to send; changed in place
-/// @param onDevice  visits the records of the device
+/// @param onDevice  visits the records of the device, and under kRoutePointKey its points that no
+///                  route uses
 /// @param device    knows which symbols are the same to the device
 void useDeviceRoutePoints(gps::Dictionary& data, const RecordSource& onDevice,
                           const gps::GPSFileDevice& device);

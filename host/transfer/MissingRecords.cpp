@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 // A driver drops a record that it cannot write, and merges records with the same name, without
-// reporting either. So the records are compared with what the planned files decode to. Names cannot
-// be compared, since a device cuts and numbers them.
+// reporting either. So the records are compared with what the planned files decode to. The names of
+// route points cannot be compared, since a driver numbers them. Of track points, of which there may
+// be millions, only the positions are.
 
 #include "host/transfer/MissingRecords.h"
 
 #include "host/points/DevicePositionSet.h"
-
-#include <gps/Geocache.h>
+#include "host/transfer/SentRecords.h"
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
+#include <utility>
 
 namespace host {
 namespace {
@@ -30,23 +32,166 @@ void forEachElement(const gps::Dictionary& data, std::string_view key, const Vis
     }
 }
 
-template <typename Visitor>
-void forEachPointOf(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
-{
-    forEachElement(data, key,
-                   [&](const gps::Dictionary& record) { forEachElement(record, "points", visit); });
-}
-
 std::optional<std::string> nameOf(const gps::Dictionary& record)
 {
     const auto* const name = record.findString("name");
     return name != nullptr ? std::optional{*name} : std::nullopt;
 }
 
-// Tracks are planned in order, until no name is free.
+// Whether a file cannot be written, so that its records are not sent.
+bool hasObstacle(const gps::PlannedFile& file)
+{
+    return file.action == gps::PlannedFile::Action::kSkip && file.error;
+}
+
+bool isWritten(const gps::PlannedFile& file) noexcept
+{
+    return file.action != gps::PlannedFile::Action::kSkip;
+}
+
+// Adds the points of a route or track that are not among the positions.
+void addMissingPoints(const gps::Dictionary& line, std::string_view kind,
+                      DevicePositionSet& positions, std::vector<MissingRecord>& missing)
+{
+    forEachElement(line, "points", [&](const gps::Dictionary& record) {
+        const auto* const point = gps::findPoint(record);
+        if (point == nullptr || !positions.take(*point))
+            missing.push_back({kind, nameOf(record)});
+    });
+}
+
+// Looks for waypoints, geocaches and routes in the planned files.
+class MissingSearch {
+public:
+    MissingSearch(const gps::Dictionary& data, const gps::SendPlan& plan,
+                  const gps::GPSFileDevice& device)
+        : sent_(data, plan, device)
+    {
+        if (isAllFound()) // there are none
+            return;
+        visitFiles(plan, device, [this](const auto& file, auto key, const auto& planned) {
+            if (auto* const record = sent_.next(file.kind, key, planned))
+                compare(*record, planned);
+        });
+        if (isAllFound())
+            return;
+        visitFiles(plan, device, [this](const auto& file, auto key, const auto& planned) {
+            sent_.forEachNamesake(file.kind, key, planned,
+                                  [&](SentRecords::Record& record) { compare(record, planned); });
+        });
+    }
+
+    [[nodiscard]] std::vector<MissingRecord> takeMissing()
+    {
+        std::vector<MissingRecord> missing;
+        for (auto& record : sent_.all()) {
+            if (record.isMarked)
+                continue;
+            const auto points = missingPoints_.find(&record);
+            if (points == missingPoints_.end() || points->second.empty())
+                missing.push_back({record.scope->kind, nameOf(record)});
+            else
+                std::move(points->second.begin(), points->second.end(),
+                          std::back_inserter(missing));
+        }
+        return missing;
+    }
+
+private:
+    template <typename Visitor> static void
+    visitFiles(const gps::SendPlan& plan, const gps::GPSFileDevice& device, const Visitor& visit)
+    {
+        for (const auto& file : plan.files) {
+            if (isWritten(file) && file.kind != "tracks")
+                device.visitRecordsIn(file.path, file.content,
+                                      [&](std::string_view key, const gps::Dictionary& planned) {
+                                          visit(file, key, planned);
+                                      });
+        }
+    }
+
+    [[nodiscard]] bool isAllFound()
+    {
+        const auto& all = sent_.all();
+        return std::all_of(all.begin(), all.end(),
+                           [](const SentRecords::Record& record) { return record.isMarked; });
+    }
+
+    void compare(SentRecords::Record& record, const gps::Dictionary& planned)
+    {
+        if (record.scope == &kRouteScope)
+            compareRoutes(record, planned);
+        else
+            record.isMarked = record.isMarked || sent_.areSame(record, planned);
+    }
+
+    void compareRoutes(SentRecords::Record& route, const gps::Dictionary& planned)
+    {
+        if (route.isMarked || route.record == nullptr)
+            return;
+        route.isMarked = sent_.areSameButForPointNames(*route.record, planned);
+        if (!route.isMarked)
+            missingPoints_[&route] = missingPoints(*route.record, planned);
+    }
+
+    // The points of a sent route that a planned one has nowhere.
+    static std::vector<MissingRecord> missingPoints(const gps::Dictionary& sent,
+                                                    const gps::Dictionary& planned)
+    {
+        DevicePositionSet there;
+        forEachElement(planned, "points", [&](const gps::Dictionary& record) {
+            if (const auto* const point = gps::findPoint(record))
+                there.add(*point);
+        });
+        std::vector<MissingRecord> missing;
+        addMissingPoints(sent, "route point", there, missing);
+        return missing;
+    }
+
+    static std::optional<std::string> nameOf(const SentRecords::Record& record)
+    {
+        return record.record != nullptr ? host::nameOf(*record.record) : std::nullopt;
+    }
+
+    SentRecords sent_;
+    std::unordered_map<const SentRecords::Record*, std::vector<MissingRecord>> missingPoints_;
+};
+
+void addMissingTrackPoints(const gps::Dictionary& data, const gps::SendPlan& plan,
+                           const gps::GPSFileDevice& device, std::vector<MissingRecord>& missing)
+{
+    if (data.findArray("track") == nullptr)
+        return;
+    DevicePositionSet positions;
+    for (const auto& file : plan.files) {
+        if (isWritten(file) && (file.kind == "tracks" || file.kind.empty()))
+            device.visitPointsIn(file.path, file.content,
+                                 [&](std::string_view key, const gps::GPSPoint& point) {
+                                     if (key == "track")
+                                         positions.add(point);
+                                 });
+    }
+    forEachElement(data, "track", [&](const gps::Dictionary& track) {
+        addMissingPoints(track, "track point", positions, missing);
+    });
+}
+
+} // namespace
+
+std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
+                                          const gps::GPSFileDevice& device)
+{
+    auto missing = MissingSearch{data, plan, device}.takeMissing();
+    addMissingTrackPoints(data, plan, device, missing);
+    return missing;
+}
+
 std::vector<MissingRecord> unplannedTracks(const gps::Dictionary& data, const gps::SendPlan& plan)
 {
-    auto planned = std::count_if(plan.files.begin(), plan.files.end(),
+    const auto& files = plan.files;
+    if (std::any_of(files.begin(), files.end(), hasObstacle))
+        return {};
+    auto planned = std::count_if(files.begin(), files.end(),
                                  [](const auto& file) { return file.kind == "tracks"; });
     std::vector<MissingRecord> missing;
     forEachElement(data, "track", [&](const gps::Dictionary& track) {
@@ -56,62 +201,10 @@ std::vector<MissingRecord> unplannedTracks(const gps::Dictionary& data, const gp
     return missing;
 }
 
-// The positions in the planned files, by kind.
-class PlannedPositions {
-public:
-    PlannedPositions(const gps::SendPlan& plan, const gps::GPSFileDevice& device)
-    {
-        for (const auto& file : plan.files) {
-            if (file.action != gps::PlannedFile::Action::kSkip)
-                device.visitPointsIn(file.path, file.content,
-                                     [this](std::string_view key, const gps::GPSPoint& point) {
-                                         positionsOf(key).add(point);
-                                     });
-        }
-    }
-
-    DevicePositionSet waypoints;
-    DevicePositionSet routePoints;
-    DevicePositionSet trackPoints;
-
-private:
-    DevicePositionSet& positionsOf(std::string_view key)
-    {
-        if (key == "track")
-            return trackPoints;
-        return key == "route" ? routePoints : waypoints;
-    }
-};
-
-} // namespace
-
-std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
-                                          const gps::GPSFileDevice& device)
-{
-    PlannedPositions planned{plan, device};
-    std::vector<MissingRecord> missing;
-    const auto check = [&missing](std::string_view kind, DevicePositionSet& positions) {
-        return [&missing, &positions, kind](const gps::Dictionary& record) {
-            const auto* const point = gps::findPoint(record);
-            if (point != nullptr && positions.contains(*point))
-                return;
-            const bool isCache = kind == "waypoint" && gps::isGeocache(record);
-            missing.push_back({isCache ? "geocache" : kind, nameOf(record)});
-        };
-    };
-    forEachElement(data, "waypoint", check("waypoint", planned.waypoints));
-    forEachPointOf(data, "route", check("route point", planned.routePoints));
-    forEachPointOf(data, "track", check("track point", planned.trackPoints));
-    return missing;
-}
-
 std::vector<MissingRecord> unplannedRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
                                             const gps::GPSFileDevice& device)
 {
-    const auto isBlocked = [](const gps::PlannedFile& file) {
-        return file.action == gps::PlannedFile::Action::kSkip && file.error;
-    };
-    if (std::any_of(plan.files.begin(), plan.files.end(), isBlocked))
+    if (std::any_of(plan.files.begin(), plan.files.end(), hasObstacle))
         return {};
     auto missing = missingRecords(data, plan, device);
     auto tracks = unplannedTracks(data, plan);

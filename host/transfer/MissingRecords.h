@@ -15,21 +15,29 @@ namespace host {
 
 /// A record that was sent and is not on the device.
 struct MissingRecord {
-    std::string_view kind; ///< "waypoint", "geocache", "route point", "track point" or "track"
+    std::string_view kind; ///< "waypoint", "geocache", "route", "route point", "track point" or
+                           ///< "track"
     std::optional<std::string> name;
 };
 
-/// Decodes the points of the planned files and looks for each record by its kind and its position.
-/// @param data    the records to send
+/// Decodes the planned files and looks for each record: a waypoint or geocache by its name and all
+/// that the device stores of it, a route by its name and what the device stores of its points, in
+/// their order, and track points by their positions, each as often as it is sent. Of a route that
+/// differs, the points are named that it has nowhere.
+/// @param data    the records to send, with names and texts as the device stores them
 /// @param device  decodes the files
 /// @return        the records that are in none of them, in the order of the data
 [[nodiscard]] std::vector<MissingRecord> missingRecords(const gps::Dictionary& data,
                                                         const gps::SendPlan& plan,
                                                         const gps::GPSFileDevice& device);
 
-/// The same before a send: what it would report. A track that the plan has no file for, because no
-/// name is free, is one record. Finds nothing if a file cannot be written: its records are not
-/// sent.
+/// The tracks that the plan has no file for, because no name is free. Tracks are planned in order.
+/// Finds nothing if a file cannot be written: its records are not sent.
+[[nodiscard]] std::vector<MissingRecord> unplannedTracks(const gps::Dictionary& data,
+                                                         const gps::SendPlan& plan);
+
+/// The same before a send: what it would report. A track without a file is one record.
+/// Finds nothing if a file cannot be written.
 [[nodiscard]] std::vector<MissingRecord> unplannedRecords(const gps::Dictionary& data,
                                                           const gps::SendPlan& plan,
                                                           const gps::GPSFileDevice& device);

@@ -22,13 +22,13 @@ bool isUnchanged(const gps::PlannedFile& planned, const gps::DeviceSnapshot& dev
            present->content == std::string_view{planned.content};
 }
 
+} // namespace
+
 bool hasKind(const gps::SendPlan& plan, std::string_view kind)
 {
     return std::any_of(plan.files.begin(), plan.files.end(),
                        [kind](const gps::PlannedFile& file) { return file.kind == kind; });
 }
-
-} // namespace
 
 const gps::DeviceFile* findFile(const gps::DeviceSnapshot& device, const std::string& path)
 {
@@ -53,11 +53,7 @@ RecordCounts removeUnchangedKinds(gps::Dictionary& data, const gps::SendPlan& pl
         return {};
     const auto before = countRecords(data);
     removeKinds(data, kinds);
-    const auto rest = countRecords(data);
-    return {.waypoints = before.waypoints - rest.waypoints,
-            .geocaches = before.geocaches - rest.geocaches,
-            .routes = before.routes - rest.routes,
-            .routePoints = before.routePoints - rest.routePoints};
+    return removedSince(before, data);
 }
 
 } // namespace host

@@ -10,8 +10,12 @@
 #include <gps/GPSFileDevice.h>
 
 #include <string>
+#include <string_view>
 
 namespace host {
+
+/// Whether a plan has a file of a kind, as in gps::PlannedFile.
+[[nodiscard]] bool hasKind(const gps::SendPlan& plan, std::string_view kind);
 
 /// A file of a snapshot; null if the device had none at this path.
 [[nodiscard]] const gps::DeviceFile* findFile(const gps::DeviceSnapshot& device,

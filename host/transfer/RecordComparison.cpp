@@ -25,11 +25,33 @@ bool haveSamePoint(const gps::Dictionary& a, const gps::Dictionary& b)
     return first != nullptr && second != nullptr && isSameOnDevice(*first, *second);
 }
 
+// Compares the points of two routes one by one.
+template <typename Compare>
+bool arePointsSame(const gps::Dictionary& a, const gps::Dictionary& b, const Compare& areSame)
+{
+    const auto* const first = a.findArray("points");
+    const auto* const second = b.findArray("points");
+    if (first == nullptr || second == nullptr)
+        return false;
+    return std::equal(first->begin(), first->end(), second->begin(), second->end(),
+                      [&areSame](const gps::Value& one, const gps::Value& other) {
+                          const auto* const point = one.as<gps::Dictionary>();
+                          const auto* const present = other.as<gps::Dictionary>();
+                          return point != nullptr && present != nullptr &&
+                                 areSame(*point, *present);
+                      });
+}
+
 } // namespace
 
 bool RecordComparison::areSameWaypoints(const gps::Dictionary& a, const gps::Dictionary& b)
 {
-    return haveSameText(a, b, "name") && haveSamePoint(a, b) && haveSameText(a, b, "comment") &&
+    return haveSameText(a, b, "name") && areSamePoints(a, b);
+}
+
+bool RecordComparison::areSamePoints(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    return haveSamePoint(a, b) && haveSameText(a, b, "comment") &&
            areSameSymbols(textIn(a, "symbol"), textIn(b, "symbol"));
 }
 
@@ -42,18 +64,18 @@ bool RecordComparison::areSameGeocaches(const gps::Dictionary& a, const gps::Dic
 
 bool RecordComparison::areSameRoutes(const gps::Dictionary& a, const gps::Dictionary& b)
 {
-    const auto* const first = a.findArray("points");
-    const auto* const second = b.findArray("points");
-    if (first == nullptr || second == nullptr || !haveSameText(a, b, "name") ||
-        !haveSameText(a, b, "comment"))
-        return false;
-    return std::equal(first->begin(), first->end(), second->begin(), second->end(),
-                      [this](const gps::Value& one, const gps::Value& other) {
-                          const auto* const point = one.as<gps::Dictionary>();
-                          const auto* const present = other.as<gps::Dictionary>();
-                          return point != nullptr && present != nullptr &&
-                                 areSameWaypoints(*point, *present);
-                      });
+    return haveSameText(a, b, "name") && haveSameText(a, b, "comment") &&
+           arePointsSame(a, b, [this](const gps::Dictionary& one, const gps::Dictionary& other) {
+               return areSameWaypoints(one, other);
+           });
+}
+
+bool RecordComparison::areSameButForPointNames(const gps::Dictionary& a, const gps::Dictionary& b)
+{
+    return haveSameText(a, b, "name") && haveSameText(a, b, "comment") &&
+           arePointsSame(a, b, [this](const gps::Dictionary& one, const gps::Dictionary& other) {
+               return areSamePoints(one, other);
+           });
 }
 
 bool RecordComparison::areSameSymbols(std::string_view a, std::string_view b)

@@ -30,10 +30,14 @@ public:
     /// Compares routes with their points. A device assigns their numbers itself.
     [[nodiscard]] bool areSameRoutes(const gps::Dictionary& a, const gps::Dictionary& b);
 
+    /// Compares routes without the names of their points.
+    [[nodiscard]] bool areSameButForPointNames(const gps::Dictionary& a, const gps::Dictionary& b);
+
     /// The code that the device stores for a symbol. Valid while this object exists.
     [[nodiscard]] const std::string& codeOf(std::string_view symbol);
 
 private:
+    [[nodiscard]] bool areSamePoints(const gps::Dictionary& a, const gps::Dictionary& b);
     [[nodiscard]] bool areSameSymbols(std::string_view a, std::string_view b);
 
     const gps::GPSFileDevice& device_;

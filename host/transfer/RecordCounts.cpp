@@ -21,6 +21,17 @@ RecordCounts& RecordCounts::operator+=(const RecordCounts& other) noexcept
     return *this;
 }
 
+RecordCounts& RecordCounts::operator-=(const RecordCounts& other) noexcept
+{
+    waypoints -= other.waypoints;
+    geocaches -= other.geocaches;
+    routes -= other.routes;
+    routePoints -= other.routePoints;
+    tracks -= other.tracks;
+    trackPoints -= other.trackPoints;
+    return *this;
+}
+
 void RecordCounter::add(const Event& event)
 {
     if (event.kind == EventKind::kNewSegment) // its track is still open
@@ -77,6 +88,11 @@ RecordCounts countRecords(const gps::Dictionary& data)
                 countRecord(key, record, counts);
         });
     return counts;
+}
+
+RecordCounts removedSince(RecordCounts before, const gps::Dictionary& data)
+{
+    return before -= countRecords(data);
 }
 
 } // namespace host

@@ -23,6 +23,7 @@ struct RecordCounts {
     [[nodiscard]] bool isEmpty() const noexcept { return *this == RecordCounts{}; }
 
     RecordCounts& operator+=(const RecordCounts& other) noexcept;
+    RecordCounts& operator-=(const RecordCounts& other) noexcept;
 
     friend bool operator==(const RecordCounts& a, const RecordCounts& b) noexcept = default;
 };
@@ -34,6 +35,10 @@ void countRecord(std::string_view key, const gps::Dictionary& record, RecordCoun
 /// Counts the records in a send's data dictionary. A route without points does not count: no device
 /// stores anything of it. A track without points becomes a file.
 [[nodiscard]] RecordCounts countRecords(const gps::Dictionary& data);
+
+/// How many records a data dictionary has lost.
+/// @param before  the number that it had
+[[nodiscard]] RecordCounts removedSince(RecordCounts before, const gps::Dictionary& data);
 
 /// Counts the records in a stream of events. One thread at a time.
 class RecordCounter {

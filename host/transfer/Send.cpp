@@ -210,8 +210,10 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, const LostCha
         report.files[i].isAsBefore = isAsBefore(report.files[i], before);
     }
     addLostChanges(changes, report);
-    if (report.isComplete())
-        report.missingRecords = missingRecords(*send.request.data, send.plan, *send.files);
+    // After another failure only the tracks that the plan has no file for are no consequence of it.
+    report.missingRecords = report.isComplete()
+                                ? missingRecords(send.stored(), send.plan, *send.files)
+                                : unplannedTracks(*send.request.data, send.plan);
 }
 
 void runAndCheck(const PreparedSend& send, ProgressTracker& progress, SendReport& report)

@@ -46,7 +46,8 @@ struct SendReport {
 
     /// The driver's account of the files that it read before it merged; nullopt if it keeps none.
     std::optional<gps::TransferAccount> account{};
-    std::vector<MissingRecord> missingRecords{}; ///< empty if anything else went wrong
+    std::vector<MissingRecord> missingRecords{}; ///< if anything else went wrong, only tracks that
+                                                 ///< had no file in the plan
     std::vector<std::string> logLines{};         ///< what else the plug-in logged
     std::size_t moreLogLines = 0; ///< further lines, of which only the number is known
 

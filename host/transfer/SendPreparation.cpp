@@ -15,6 +15,7 @@
 #include "host/transfer/PresentTracks.h"
 #include "host/transfer/ProgressTracker.h"
 #include "host/transfer/RecordComparison.h"
+#include "host/transfer/RepeatedRecords.h"
 
 #include <platform/System/FileError.h>
 
@@ -54,18 +55,30 @@ void fitTexts(PreparedSend& send, const RecordSource& onDevice)
     send.obstacle = hostError(description, advice + ", or send without --exact-names");
 }
 
-RecordSource recordsOf(const gps::DeviceSnapshot& snapshot)
+// A driver without the interface has no points that no route uses.
+RecordSource recordsOf(const PreparedSend& send)
 {
-    return [&snapshot](const gps::RecordVisitor& visit) { snapshot.visitRecords(visit); };
+    const auto* const unused = dynamic_cast<const gps::GPSUnusedRoutePoints*>(send.files);
+    return [&snapshot = *send.snapshot, unused](const gps::RecordVisitor& visit) {
+        snapshot.visitRecords(visit);
+        if (unused == nullptr)
+            return;
+        for (const auto& file : snapshot.files()) {
+            if (!file.error)
+                unused->visitUnusedRoutePointsIn(
+                    file.path, file.content,
+                    [&visit](const gps::Dictionary& point) { visit(kRoutePointKey, point); });
+        }
+    };
 }
 
 // What a driver would lose without a word of data that nobody fits to the device.
 void findFaults(PreparedSend& send)
 {
-    auto stored = *send.request.data;
+    send.storedData = *send.request.data;
     RecordComparison comparison{*send.files};
     auto names =
-        storeExactNames(stored, recordsOf(*send.snapshot), rulesOf(*send.files, comparison));
+        storeExactNames(*send.storedData, recordsOf(send), rulesOf(*send.files, comparison));
     for (auto& [description, advice] : names.conflicts)
         send.faults.push_back(hostError(std::move(description), std::move(advice)));
     for (const auto& [kind, name] : emptyRecordsIn(*send.request.data))
@@ -78,8 +91,9 @@ void findFaults(PreparedSend& send)
 void fitToDevice(PreparedSend& send)
 {
     auto& data = *send.request.data;
-    const auto onDevice = recordsOf(*send.snapshot);
+    const auto onDevice = recordsOf(send);
     fitTexts(send, onDevice);
+    send.repeated = removeRepeatedRecords(data, *send.files);
     // After the names: points are compared by the names that the device will store.
     if (!send.request.sendsPresent)
         send.present = removePresentRecords(
@@ -87,7 +101,7 @@ void fitToDevice(PreparedSend& send)
             [&send](const gps::RecordFilter& isChosen, const gps::RecordVisitor& visit) {
                 send.snapshot->visitChosenRecords(isChosen, visit);
             },
-            *send.files);
+            *send.files, send.mayReplace);
     useDeviceRoutePoints(data, onDevice, *send.files);
     if (send.request.sendsPresent || send.obstacle)
         return;
@@ -125,7 +139,7 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
     if (send.request.fitting != SendFitting::kRoutePoints ||
         std::any_of(files.begin(), files.end(), isBlocked))
         return std::nullopt;
-    const auto missing = missingRecords(*send.request.data, send.plan, *send.files);
+    const auto missing = missingRecords(send.stored(), send.plan, *send.files);
     if (missing.empty())
         return std::nullopt;
     return hostError(fmt::format("The {} \"{}\" would not be on the device, because another one "
@@ -135,13 +149,30 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
                      "Give it another name in the file, or send without --exact-names");
 }
 
-gps::Error wouldChange(const std::string& route, const char* advice)
+std::optional<gps::Error> changeBy(const PreparedSend& send, const gps::SendPlan& before)
 {
-    return hostError(
-        fmt::format("The route \"{}\" would be changed, because a point of another route would "
-                    "get the number and so the name of one of its points",
-                    displayText(route)),
-        advice);
+    const auto& data = *send.request.data;
+    const bool isFitted = send.request.fitting != SendFitting::kNone;
+    const auto* const advice =
+        send.request.fitting == SendFitting::kRoutePoints
+            ? "Give the points of the routes different names in the file, or send without "
+              "--exact-names"
+            : "Give the points of the routes different names in the file";
+    auto route = changedRoute(data, before, send.plan, *send.files);
+    if (!route && isFitted)
+        route = distortedRoute(data, send.plan, *send.files);
+    if (route)
+        return hostError(
+            fmt::format("The route \"{}\" would be changed, because a point of another route "
+                        "would get the number and so the name of one of its points",
+                        displayText(*route)),
+            advice);
+    if (const auto point = changedPoint(before, send.plan, *send.files))
+        return hostError(fmt::format("The point \"{}\", which no route of the device uses, would "
+                                     "be replaced by a point of a route that would get its name",
+                                     displayText(*point)),
+                         advice);
+    return std::nullopt;
 }
 
 // Plans a send without routes first: the last plan is the one whose texts the driver keeps.
@@ -150,22 +181,13 @@ void planRoutes(PreparedSend& send)
     const auto& data = *send.request.data;
     const auto before = send.snapshot->planSend({{"route", gps::Array{}}});
     send.plan = send.snapshot->planSend(data);
-    auto changed = changedRoute(data, before, send.plan, *send.files);
-    if (send.request.fitting == SendFitting::kNone) { // sent as it is, with a warning
-        if (changed)
-            send.faults.push_back(
-                wouldChange(*changed, "Give the points of the routes different names"));
+    auto change = changeBy(send, before);
+    if (!change)
         return;
-    }
-    if (!changed)
-        changed = distortedRoute(data, send.plan, *send.files);
-    if (!changed || send.obstacle)
-        return;
-    send.obstacle = wouldChange(
-        *changed, send.request.fitting == SendFitting::kAll
-                      ? "Give the points of the routes different names in the file"
-                      : "Give the points of the routes different names in the file, or send "
-                        "without --exact-names");
+    if (send.request.fitting == SendFitting::kNone) // sent as it is, with a warning
+        send.faults.push_back(*std::move(change));
+    else if (!send.obstacle)
+        send.obstacle = std::move(change);
 }
 
 void plan(PreparedSend& send)
@@ -254,10 +276,12 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
         else
             findFaults(send);
         plan(send);
+        if (send.mayReplace)
+            send.replaced = replacedRecords(send.stored(), send.plan, *send.snapshot, *send.files);
         if (!send.obstacle)
             send.obstacle = lostName(send);
         if (!send.obstacle && send.request.isDryRun)
-            send.unplanned = unplannedRecords(*send.request.data, send.plan, *send.files);
+            send.unplanned = unplannedRecords(send.stored(), send.plan, *send.files);
     }
     progress.finish();
     return send;

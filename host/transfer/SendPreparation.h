@@ -16,6 +16,7 @@
 #include "host/transfer/DeviceState.h"
 #include "host/transfer/MissingRecords.h"
 #include "host/transfer/RecordCounts.h"
+#include "host/transfer/ReplacedRecords.h"
 #include "host/transfer/TransferProgress.h"
 
 #include <gps/Error.h>
@@ -97,13 +98,25 @@ struct PreparedSend {
     std::vector<TextChange> textChanges{};
     std::vector<SegmentedTrack> segmentedTracks{};
     std::size_t impossibleAltitudes = 0; ///< elevations that no device has room for
+    /// SendFitting::kNone: the data with names and texts as the device stores them.
+    std::optional<gps::Dictionary> storedData{};
+
     /// What is wrong with records that are sent as they are: the device would not tell them apart,
     /// or they have no name or no points. Such a send fails, but is performed.
     std::vector<gps::Error> faults{};
     std::vector<EmptyRecord> emptyRecords{}; ///< removed from the data, because no file holds them
     /// Records that would not be on the device after the send; looked for in a dry run only.
     std::vector<MissingRecord> unplanned{};
+    RecordCounts repeated{}; ///< removed from the data, because it holds them once more
+    bool mayReplace = true;  ///< false: the device has no record of a name that is sent
+    std::vector<ReplacedRecord> replaced{}; ///< records of the device
     RecordCounts present{}; ///< removed from the data, because the device holds them already
+
+    /// The records to send as the device stores them. Precondition: there is data.
+    [[nodiscard]] const gps::Dictionary& stored() const noexcept
+    {
+        return storedData ? *storedData : *request.data;
+    }
 
     /// The records of the files that are left out: skipped waypoints and empty records.
     [[nodiscard]] RecordCounts leftOut() const noexcept;

@@ -190,6 +190,15 @@ std::string lineFor(const SegmentedTrack& track, SegmentRule rule)
                        quotedName(track.name), track.segments, track.segments);
 }
 
+std::string lineFor(const std::vector<ReplacedRecord>& replaced)
+{
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < std::min(replaced.size(), kMostRecords); ++i)
+        names.push_back(fmt::format("{} {}", replaced[i].kind, quotedName(replaced[i].name)));
+    return fmt::format("Replaced on the device by what has the same name: {}.",
+                       listOf(names, replaced.size()));
+}
+
 // Whether a file's error is what stops the send, which is reported once.
 bool isObstacle(const PreparedSend& send, const gps::PlannedFile& file)
 {
@@ -381,6 +390,11 @@ std::string planReport(const PreparedSend& send)
         append(impossibleAltitudesText(send.impossibleAltitudes));
     for (const auto& lost : send.plan.lostFields)
         append(lineFor(lost, send));
+    if (!send.repeated.isEmpty())
+        append(fmt::format("In the files more than once, and sent once: {}.",
+                           recordCountText(send.repeated)));
+    if (!send.replaced.empty())
+        append(lineFor(send.replaced));
     if (!send.present.isEmpty())
         append(fmt::format("On the device already, and not sent again: {}.",
                            recordCountText(send.present)));

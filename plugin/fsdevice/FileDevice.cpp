@@ -94,6 +94,13 @@ void FileDevice::visitPointsIn(std::string_view path, std::string_view content,
     visitPointsInFile(path, content, visit);
 }
 
+void FileDevice::visitUnusedRoutePointsIn(
+    std::string_view path, std::string_view content,
+    const std::function<void(const gps::Dictionary& record)>& visit) const
+{
+    visitUnusedRoutePointsInFile(path, content, visit);
+}
+
 std::string FileDevice::deviceSymbol(std::string_view symbol) const
 {
     const std::string name{symbol};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// FileDevice: the driver of mounted receivers as hosts get it, with the interface that they use
+// FileDevice: the driver of mounted receivers as hosts get it, with the interfaces that they use
 // before a send. A class of its own, because the serial driver, which inherits MagellanGPSPlugin,
-// must not have that interface. [host thread]
+// must not have those interfaces. [host thread]
 
 #pragma once
 
@@ -9,6 +9,7 @@
 
 #include <gps/GPSFileDevice.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,7 +18,9 @@
 
 namespace magellan {
 
-class FileDevice final : public MagellanGPSPlugin, public gps::GPSFileDevice {
+class FileDevice final : public MagellanGPSPlugin,
+                         public gps::GPSFileDevice,
+                         public gps::GPSUnusedRoutePoints {
 public:
     [[nodiscard]] std::optional<std::string> deviceIdentifier() const override;
     [[nodiscard]] std::vector<std::string> dataFolders() const override;
@@ -27,6 +30,9 @@ public:
                         const gps::RecordVisitor& visit) const override;
     void visitPointsIn(std::string_view path, std::string_view content,
                        const gps::PointVisitor& visit) const override;
+    void visitUnusedRoutePointsIn(
+        std::string_view path, std::string_view content,
+        const std::function<void(const gps::Dictionary& record)>& visit) const override;
     [[nodiscard]] std::string deviceSymbol(std::string_view symbol) const override;
     [[nodiscard]] std::unique_ptr<gps::DeviceSnapshot> takeSnapshot() const override;
 

@@ -25,6 +25,7 @@
 #include <exception>
 #include <functional>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -98,6 +99,23 @@ void visitNamedLines(const NamedLines& lines, const gps::RecordFilter& isChosen,
         lines.read(index, record);
         visit("waypoint", record);
     }
+}
+
+/// The names of the waypoint lines that a route uses. A line can follow the routes that use an
+/// earlier one of its name, so the records are compared, too.
+std::unordered_set<std::string_view> namesInUse(const gps::Dictionary& waypoints,
+                                                const gps::Dictionary& routes)
+{
+    std::unordered_set<std::string_view> names;
+    for (const auto& [routeName, route] : routes) {
+        for (const auto& point : pointsOf(*route.as<gps::Dictionary>())) {
+            const auto* const name = point.as<gps::Dictionary>()->findString("name");
+            const auto* const waypoint = waypoints.find(*name);
+            if (waypoint != nullptr && *waypoint == point)
+                names.insert(*name);
+        }
+    }
+    return names;
 }
 
 /// Empty if a sentence is truncated.
@@ -393,6 +411,25 @@ void visitPointsInFile(std::string_view path, std::string_view text, const gps::
         else if (extension == "gs")
             visitPointsOf(kGeoCacheLines, text, visitAs("waypoint"));
     } catch (const gps::RangeError&) { // the points before a truncated sentence were visited
+    }
+}
+
+void visitUnusedRoutePointsInFile(std::string_view path, std::string_view text,
+                                  const std::function<void(const gps::Dictionary& record)>& visit)
+{
+    if (gps::pathExtension(path) != "rte")
+        return;
+    gps::Dictionary waypoints;
+    gps::Dictionary routes;
+    try {
+        collectRoutes(text, waypoints, routes);
+    } catch (const gps::RangeError&) { // then a send merges nothing into the file
+        return;
+    }
+    const auto used = namesInUse(waypoints, routes);
+    for (const auto& [name, waypoint] : waypoints) {
+        if (!used.contains(name))
+            visit(*waypoint.as<gps::Dictionary>());
     }
 }
 

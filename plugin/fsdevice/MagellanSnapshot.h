@@ -14,6 +14,7 @@
 #include <gps/Value.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -92,6 +93,11 @@ void visitRecordsInFile(std::string_view path, std::string_view text,
 /// Visits only their points, as gps::GPSFileDevice::visitPointsIn() does.
 void visitPointsInFile(std::string_view path, std::string_view text,
                        const gps::PointVisitor& visit);
+
+/// Visits the points of a file of routes that none of them uses, as
+/// gps::GPSUnusedRoutePoints::visitUnusedRoutePointsIn() does.
+void visitUnusedRoutePointsInFile(std::string_view path, std::string_view text,
+                                  const std::function<void(const gps::Dictionary& record)>& visit);
 
 /// The data folders of a volume that exist, as absolute paths, each once.
 /// @param folders   the folder dictionary of the volume

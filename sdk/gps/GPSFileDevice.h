@@ -171,4 +171,21 @@ public:
     [[nodiscard]] virtual std::string deviceSymbol(std::string_view symbol) const = 0;
 };
 
+/// Optional interface of a GPSFileDevice whose files of routes can hold points that no route of the
+/// file uses. A merge keeps them under their names, so that a host must not give these names to
+/// other points. A host asks a driver for it with dynamic_cast; one without it has no such points.
+/// [host thread]
+class GPSUnusedRoutePoints {
+public:
+    virtual ~GPSUnusedRoutePoints() = default;
+
+    /// Decodes the content of a file and visits the records of these points, as those under the
+    /// "points" of a route. A file with a damaged sentence has none. Does not read the device.
+    /// @param path   decides the kind of the file, by its extension
+    /// @param visit  gets a record, which is valid during the call
+    virtual void
+    visitUnusedRoutePointsIn(std::string_view path, std::string_view content,
+                             const std::function<void(const Dictionary& record)>& visit) const = 0;
+};
+
 } // namespace gps

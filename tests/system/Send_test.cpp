@@ -215,20 +215,19 @@ TEST_F(Send, RoutePointWithAnotherCommentGetsANameThatIsFree)
 TEST_F(Send, DryRunAndSendAgreeOnGeocachesOfOneName)
 {
     const Receiver receiver;
-    const auto file = here_.put("caches.gpx", R"(<gpx version="1.1" creator="test">
-<wpt lat="46" lon="7"><name>GC7</name><sym>Geocache</sym></wpt>
-<wpt lat="47" lon="7"><name>GC7</name><sym>Geocache</sym></wpt></gpx>)");
-    const auto dry = send(receiver.path(), {file, "--dry-run"});
+    const auto file =
+        data(R"({"waypoint":[)"
+             R"({"name":"GC7","symbol":"Geocache","point":{"latitude":46,"longitude":7}},)"
+             R"({"name":"GC7","symbol":"Geocache","point":{"latitude":47,"longitude":7}}]})");
+    const auto dry = send(receiver.path(), {"--data", file, "--dry-run"});
     EXPECT_EQ(dry.status, 1);
+    EXPECT_THAT(dry.err, HasSubstr("Two different geocaches have the name \"GC7\"."));
     EXPECT_THAT(dry.err, HasSubstr("The geocache \"GC7\" would not be on the device.\n"));
-    const auto sent = send(receiver.path(), {file});
+    const auto sent = send(receiver.path(), {"--data", file});
     EXPECT_EQ(sent.status, 1);
     EXPECT_THAT(sent.err, HasSubstr("The geocache \"GC7\" is not on the device.\n"));
-    const auto again = send(receiver.path(), {file});
-    EXPECT_EQ(again.status, 1) << "although it changes no file";
-    EXPECT_THAT(again.err, HasSubstr("The geocache \"GC7\" is not on the device.\n"));
     const auto document =
-        ordered_json::parse(send(receiver.path(), {file, "--dry-run", "--json"}).out);
+        ordered_json::parse(send(receiver.path(), {"--data", file, "--dry-run", "--json"}).out);
     EXPECT_EQ(document["missingRecords"],
               ordered_json::parse(R"([{"kind":"geocache","name":"GC7"}])"));
 }
@@ -246,8 +245,14 @@ TEST_F(Send, DryRunAndSendAgreeThatNoTrackNameIsFree)
     const auto dry = send(receiver.path(), {file, "--dry-run"});
     EXPECT_EQ(dry.status, 1);
     EXPECT_EQ(dry.err, "magellangps: The track \"B\" would not be on the device.\n");
-    EXPECT_EQ(send(receiver.path(), {file}).status, 1);
-    EXPECT_EQ(send(receiver.path(), {file}).status, 1) << "the name is taken now";
+    const auto sent = send(receiver.path(), {file});
+    EXPECT_EQ(sent.status, 1);
+    EXPECT_THAT(sent.err, HasSubstr("The track \"B\" is not on the device.\n"));
+    EXPECT_THAT(sent.err, Not(HasSubstr("\"A\"")));
+    const auto again = send(receiver.path(), {file, "--json"});
+    EXPECT_EQ(again.status, 1) << "the name is taken now";
+    EXPECT_EQ(ordered_json::parse(again.out)["missingRecords"],
+              ordered_json::parse(R"([{"kind":"track","name":"B"}])"));
 }
 
 TEST_F(Send, DatesThatNoGeocacheCanHaveAreListed)
@@ -302,34 +307,33 @@ TEST_F(Send, ExactNamesThatWouldChangeARouteAreNotSent)
     EXPECT_EQ(numbered.status, 0) << numbered.err << "\"P 1 1\" is free";
 }
 
-// No route uses the device's "P", so that only the driver sees it, and numbers the sent one.
-TEST_F(Send, RouteThatWouldTakeOverAPointOfAnotherOneIsNotSent)
+// No route uses the device's "P". The driver numbers the sent one, and would write it over "P 1".
+TEST_F(Send, RouteThatWouldTakeOverAPointOfTheDeviceGetsAFreeNameOrIsNotSent)
 {
-    const Receiver receiver;
-    receiver.put("Ways/Default Route File.rte",
-                 support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,,a",
-                                     "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a",
-                                     "PMGNRTE,1,1,c,1,Old,P 1,a"}));
-    const auto before = filesOf(receiver.path());
-    const auto routeOf = [&](const char* point) {
-        return here_.put("r.gpx", std::string{R"(<gpx version="1.1" creator="test"><rte>)"
-                                              R"(<name>New</name><rtept lat="48" lon="7"><name>)"} +
-                                      point + "</name></rtept></rte></gpx>");
-    };
-    for (const std::vector<std::string>& options :
-         {std::vector<std::string>{}, {"--dry-run"}, {"--again"}}) {
-        auto words = options;
-        words.push_back(routeOf("P"));
-        const auto ran = send(receiver.path(), words);
-        EXPECT_EQ(ran.status, 1) << ran.out;
-        EXPECT_THAT(ran.err, HasSubstr("The route \"Old\" would be changed, because a point of "
-                                       "another route would get the number and so the name of one "
-                                       "of its points. Give the points of the routes different "
-                                       "names in the file."));
-        EXPECT_EQ(filesOf(receiver.path()), before) << ran.out;
+    for (const std::string route : {"Old", ""}) {
+        const Receiver receiver;
+        receiver.put("Ways/Default Route File.rte",
+                     support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,P,,a",
+                                         "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,P 1,,a"}) +
+                         (route.empty() ? "" : support::sentences({"PMGNRTE,1,1,c,1,Old,P 1,a"})));
+        const auto before = filesOf(receiver.path());
+        const auto file = here_.put("r.gpx", R"(<gpx version="1.1" creator="test"><rte>
+<name>New</name><rtept lat="48" lon="7"><name>P</name></rtept></rte></gpx>)");
+        const auto exact = send(receiver.path(), {file, "--exact-names"});
+        EXPECT_EQ(exact.status, 1) << exact.out;
+        EXPECT_THAT(exact.err,
+                    HasSubstr(route.empty()
+                                  ? "The point \"P 1\", which no route of the device uses, would "
+                                    "be replaced by a point of a route that would get its name."
+                                  : "The route \"Old\" would be changed, because a point of "
+                                    "another route would get the number and so the name of one "
+                                    "of its points."));
+        EXPECT_EQ(filesOf(receiver.path()), before) << exact.out;
+        const auto sent = send(receiver.path(), {file});
+        EXPECT_EQ(sent.status, 0) << sent.err;
+        EXPECT_THAT(sent.out, HasSubstr(R"(route point name: "P" becomes "P 2")"));
+        EXPECT_THAT(send(receiver.path(), {file}).out, HasSubstr("Nothing is new"));
     }
-    const auto other = send(receiver.path(), {routeOf("Q")});
-    EXPECT_EQ(other.status, 0) << other.err;
 }
 
 TEST_F(Send, RecordWhoseNameAnotherFileHoldsDifferentlyIsNotSentTwice)
@@ -1044,6 +1048,150 @@ TEST_F(Send, ReadOnlyMediumIsReported)
     EXPECT_EQ(dry.status, 1);
     EXPECT_EQ(dry.err, message);
     EXPECT_EQ(filesOf(here_.path("device")), before);
+}
+
+// The lines of a file that begin with a sentence's name, without their checksums.
+std::vector<std::string> linesOf(const Receiver& receiver, std::string_view file,
+                                 std::string_view sentence)
+{
+    std::istringstream text{receiver.read(file)};
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);) {
+        if (line.starts_with('$' + std::string{sentence}))
+            lines.push_back(line.substr(1, line.find('*') - 1));
+    }
+    return lines;
+}
+
+constexpr char kWaypointFile[] = "Points/Default POI File.upt";
+constexpr char kCacheFile[] = "Caches/Default Geocache File.gs";
+constexpr char kRouteFile[] = "Ways/Default Route File.rte";
+
+// A send to a receiver of which each default file is known.
+class SendToDefaultFiles : public Send {
+protected:
+    SendToDefaultFiles()
+    {
+        for (const char* const file : {"Points/a.upt", "Caches/a.gs", "Ways/a.rte"})
+            std::filesystem::remove(receiver_.path(file));
+    }
+
+    Ran sendGpx(const std::string& records, std::vector<std::string> words = {}) const
+    {
+        words.push_back(here_.put("sent.gpx", "<gpx version=\"1.1\">" + records + "</gpx>"));
+        return send(receiver_.path(), words);
+    }
+
+    // The second send of the same file.
+    void expectNothingIsNew() const
+    {
+        const auto before = filesOf(receiver_.path());
+        const auto again = send(receiver_.path(), {here_.path("sent.gpx")});
+        EXPECT_EQ(again.status, 0) << again.err;
+        EXPECT_THAT(again.out, HasSubstr("Nothing is new"));
+        EXPECT_EQ(filesOf(receiver_.path()), before);
+    }
+
+    Receiver receiver_;
+};
+
+TEST_F(SendToDefaultFiles, NumberedNameReplacesNoDifferentRecord)
+{
+    const std::string camp2 = "PMGNWPL,4630.00000,N,00715.00000,E,0000000,M,Camp 2,my own,ab";
+    receiver_.put(kWaypointFile, support::sentences({camp2}));
+    const std::string a = "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,A,,a";
+    const std::string z = "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,Z,,a";
+    receiver_.put(kRouteFile, support::sentences({a, z, "PMGNRTE,1,1,c,1,Tour 2,A,a,Z,a"}));
+    const auto sent =
+        sendGpx("<wpt lat='46' lon='7'><name>Camp</name></wpt>"
+                "<wpt lat='46.5' lon='7.25'><name>Camp</name></wpt>"
+                "<rte><name>Tour</name><rtept lat='45' lon='7'><name>B</name></rtept></rte>"
+                "<rte><name>Tour</name><rtept lat='46' lon='7'><name>A</name></rtept>"
+                "<rtept lat='45' lon='7'><name>B</name></rtept></rte>");
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    EXPECT_THAT(sent.out, HasSubstr("waypoint name: \"Camp\" becomes \"Camp 3\"\n"));
+    EXPECT_THAT(sent.out, HasSubstr("route name: \"Tour\" becomes \"Tour 3\"\n"));
+    EXPECT_THAT(sent.out, Not(HasSubstr("Replaced")));
+    EXPECT_THAT(linesOf(receiver_, kWaypointFile, "PMGNWPL"), testing::Contains(camp2));
+    EXPECT_THAT(linesOf(receiver_, kRouteFile, "PMGNRTE"),
+                testing::UnorderedElementsAre("PMGNRTE,1,1,c,1,Tour 2,A,a,Z,a",
+                                              "PMGNRTE,1,1,c,2,Tour,B,a",
+                                              "PMGNRTE,1,1,c,3,Tour 3,A,a,B,a"));
+    expectNothingIsNew();
+}
+
+TEST_F(SendToDefaultFiles, RecordsOfOneNameThatDifferAreAllOnTheDevice)
+{
+    const auto sent =
+        sendGpx("<wpt lat='46' lon='7'><name>Camp</name></wpt>"
+                "<wpt lat='46' lon='7'><name>Camp</name><cmt>by the lake</cmt></wpt>"
+                "<wpt lat='46' lon='7'><name>Camp</name></wpt>"
+                "<wpt lat='46' lon='7'><name>Camp</name><sym>Geocache</sym></wpt>"
+                "<wpt lat='46' lon='7'><ele>5</ele><name>Camp</name><sym>Geocache</sym></wpt>"
+                "<rte><name>R</name><rtept lat='46' lon='7'><name>Camp</name></rtept></rte>"
+                "<rte><name>R</name><cmt>short</cmt><rtept lat='46' "
+                "lon='7'><name>Camp</name></rtept></rte>");
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    EXPECT_THAT(sent.out, HasSubstr("In the files more than once, and sent once: 1 waypoint.\n"));
+    EXPECT_THAT(sent.out, HasSubstr("sent: 2 waypoints, 2 geocaches, 2 routes (2 points);"));
+    EXPECT_THAT(linesOf(receiver_, kWaypointFile, "PMGNWPL"), testing::SizeIs(2));
+    EXPECT_THAT(linesOf(receiver_, kCacheFile, "PMGNGEO"), testing::SizeIs(2));
+    EXPECT_THAT(linesOf(receiver_, kRouteFile, "PMGNWPL"), testing::SizeIs(1));
+    expectNothingIsNew();
+}
+
+TEST_F(SendToDefaultFiles, PointThatNoRouteUsesIsKept)
+{
+    const std::string stop = "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,Stop,old,a";
+    const std::string longName =
+        "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,12345678901234567890,,a";
+    receiver_.put(kRouteFile, support::sentences({stop, longName}));
+    const auto sent = sendGpx("<rte><name>R</name>"
+                              "<rtept lat='47' lon='7'><name>Stop</name></rtept>"
+                              "<rtept lat='47' lon='7'><name>12345678901234567890</name></rtept>"
+                              "</rte>");
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    const auto lines = linesOf(receiver_, kRouteFile, "PMGNWPL");
+    EXPECT_THAT(lines, testing::Contains(stop));
+    EXPECT_THAT(lines, testing::Contains(longName));
+    EXPECT_THAT(linesOf(receiver_, kRouteFile, "PMGNRTE"),
+                testing::ElementsAre("PMGNRTE,1,1,c,1,R,Stop 2,a,123456789012345678 2,a"));
+    expectNothingIsNew();
+}
+
+TEST_F(SendToDefaultFiles, PointOfARouteThatMovedIsSentOnce)
+{
+    const auto route = [](const char* latitude) {
+        return std::string{"<rte><name>R</name><rtept lat='"} + latitude +
+               "' lon='7'><name>Stop</name></rtept></rte>";
+    };
+    EXPECT_EQ(sendGpx(route("46")).status, 0);
+    const auto moved = sendGpx(route("47"));
+    EXPECT_EQ(moved.status, 0) << moved.err;
+    EXPECT_THAT(moved.out,
+                HasSubstr("Replaced on the device by what has the same name: route \"R\".\n"));
+    EXPECT_THAT(linesOf(receiver_, kRouteFile, "PMGNRTE"),
+                testing::ElementsAre("PMGNRTE,1,1,c,1,R,Stop 2,a"));
+    expectNothingIsNew();
+}
+
+TEST_F(SendToDefaultFiles, RecordsThatAreReplacedAreNamedInThePlanAndInTheDocument)
+{
+    receiver_.put(kWaypointFile,
+                  support::sentences({"PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,Camp,,a",
+                                      "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,Hut,,a"}));
+    const std::string records = "<wpt lat='47' lon='7'><name>Camp</name></wpt>"
+                                "<wpt lat='46' lon='7'><name>Hut</name></wpt>"
+                                "<wpt lat='46' lon='7'><name>New</name></wpt>";
+    const std::string line =
+        "Replaced on the device by what has the same name: waypoint \"Camp\".\n";
+    EXPECT_THAT(sendGpx(records, {"--dry-run"}).out, HasSubstr(line));
+    const auto planned = ordered_json::parse(sendGpx(records, {"--dry-run", "--json"}).out);
+    EXPECT_EQ(planned["replaced"], ordered_json::parse(R"([{"kind":"waypoint","name":"Camp"}])"));
+    const auto sent = sendGpx(records);
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    EXPECT_THAT(sent.out, HasSubstr(line));
+    expectNothingIsNew();
 }
 
 } // namespace

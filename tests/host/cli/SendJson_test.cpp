@@ -35,23 +35,27 @@ TEST_F(SendJson, SendThatWasNotPreparedHasEveryKey)
 {
     const std::string none = R"({"waypoints":0,"geocaches":0,"routes":0,"routePoints":0,)"
                              R"("tracks":0,"trackPoints":0})";
-    EXPECT_EQ(host::sendJson({}, {}, {{true, "why"}}, ExitStatus::kFailed),
-              R"({"status":1,"complete":false,"interrupted":false,"dryRun":false,"device":null,)"
-              R"("requested":)" +
-                  none + R"(,"present":)" + none + R"(,"leftOut":)" + none + R"(,"sent":null,)" +
-                  R"("files":[],"lostFields":[],"segments":[],"textChanges":[],"remarks":[],)"
-                  R"("backup":null,"obstacle":null,"errors":[],"missingKinds":[],)"
-                  R"("missingRecords":[],"account":null,"omitted":0,)"
-                  R"("messages":[{"error":true,"text":"why"}]})"
-                  "\n");
+    EXPECT_EQ(
+        host::sendJson({}, {}, {{true, "why"}}, ExitStatus::kFailed),
+        R"({"status":1,"complete":false,"interrupted":false,"dryRun":false,"device":null,)"
+        R"("requested":)" +
+            none + R"(,"present":)" + none + R"(,"repeated":)" + none + R"(,"leftOut":)" + none +
+            R"(,"sent":null,)" +
+            R"("files":[],"replaced":[],"lostFields":[],"segments":[],"textChanges":[],"remarks":[],)"
+            R"("backup":null,"obstacle":null,"errors":[],"missingKinds":[],)"
+            R"("missingRecords":[],"account":null,"omitted":0,)"
+            R"("messages":[{"error":true,"text":"why"}]})"
+            "\n");
 }
 
 TEST_F(SendJson, CompleteSendHasTheCountsOfWhatWasSent)
 {
     send_.present = {.tracks = 1, .trackPoints = 5};
+    send_.repeated = {.waypoints = 2};
     const auto complete = document();
     EXPECT_EQ(complete["complete"], true);
-    EXPECT_EQ(complete["requested"]["waypoints"], 1);
+    EXPECT_EQ(complete["requested"]["waypoints"], 3);
+    EXPECT_EQ(complete["repeated"]["waypoints"], 2);
     EXPECT_EQ(complete["requested"]["trackPoints"], 5);
     EXPECT_EQ(complete["present"]["tracks"], 1);
     EXPECT_EQ(complete["sent"]["waypoints"], 1);
@@ -151,6 +155,16 @@ TEST_F(SendJson, LossesAndChangesAreListed)
     EXPECT_EQ(losses["remarks"], Json::parse(R"(["A remark."])"));
     send_.request.segmentRule = host::SegmentRule::kJoin;
     EXPECT_EQ(document()["segments"][0]["joined"], true);
+}
+
+TEST_F(SendJson, RecordsThatAreReplacedAreListed)
+{
+    send_.replaced = {{"waypoint", "Camp"}, {"route", "Loop"}};
+    EXPECT_EQ(document()["replaced"], Json::parse(R"([{"kind":"waypoint","name":"Camp"},
+                              {"kind":"route","name":"Loop"}])"));
+    send_.replaced.assign(1001, {"waypoint", "Camp"});
+    EXPECT_EQ(document()["replaced"].size(), 1000U);
+    EXPECT_EQ(document()["omitted"], 1);
 }
 
 TEST_F(SendJson, FailuresHaveTheirErrors)

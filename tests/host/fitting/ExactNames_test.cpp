@@ -93,7 +93,12 @@ TEST(ExactNames, TwoNamesThatBecomeOneAreAConflict)
               "Two different waypoints have the name \"A\"");
     EXPECT_EQ(conflictOf(waypoints({at(46, "A"), at(46, "A")})), "") << "the same one twice";
     EXPECT_EQ(conflictOf(waypoints({at(46, "A"), at(47, "A", "Geocache")})), "");
-    EXPECT_EQ(conflictOf(waypoints({at(46, "A", "Geocache"), at(47, "A", "Geocache")})), "");
+    EXPECT_EQ(conflictOf(waypoints({at(46, "A", "Geocache"), at(46, "A", "Geocache")})), "");
+    EXPECT_EQ(conflictOf(waypoints({at(46, "A", "Geocache"), at(47, "A", "Geocache")})),
+              "Two different geocaches have the name \"A\"");
+    EXPECT_EQ(conflictOf(waypoints({at(46, "A"), at(46, "A", "Tent")})),
+              "Two different waypoints have the name \"A\"")
+        << "another symbol";
     EXPECT_EQ(conflictOf(waypoints({at(46, "A?", "Geocache"), at(46, "A", "Geocache")})),
               "The geocaches \"A?\" and \"A\" would both be stored as \"A\"");
     EXPECT_EQ(conflictOf(routes({route("R", {at(46, "A")}), route("R", {at(46, "A")})})), "");
@@ -114,6 +119,14 @@ TEST(ExactNames, PointOfARouteIsAConflictOnlyIfItsNameIsTooLongForANumber)
     EXPECT_EQ(conflictOf(routes({route("R", {at(46, "Abcdefghi")})}), onDevice),
               "The route point \"Abcdefghi\" would be stored as \"Abcdefghi\", and the device "
               "holds another one of this name");
+    gps::Dictionary unused;
+    unused.set(host::kRoutePointKey, gps::Array{at(48, "Abcdefghi"), at(48, "Abcdefgh")});
+    EXPECT_EQ(conflictOf(routes({route("R", {at(46, "Abcdefgh"), at(48, "Abcdefghi")})}), unused),
+              "");
+    EXPECT_EQ(conflictOf(routes({route("R", {at(46, "Abcdefghi")})}), unused),
+              "The route point \"Abcdefghi\" would be stored as \"Abcdefghi\", and the device "
+              "holds another one of this name")
+        << "although no route uses it";
 }
 
 TEST(ExactNames, NameThatChangesMustNotReplaceAnotherRecordOfTheDevice)
@@ -123,6 +136,10 @@ TEST(ExactNames, NameThatChangesMustNotReplaceAnotherRecordOfTheDevice)
               "The waypoint \"Hütte\" would be stored as \"Htte\", and the device holds another "
               "one of this name");
     EXPECT_EQ(conflictOf(waypoints({at(47, "Hütte")}), onDevice), "") << "of an earlier send";
+    EXPECT_EQ(conflictOf(waypoints({at(47, "Hütte", "Tent")}), onDevice),
+              "The waypoint \"Hütte\" would be stored as \"Htte\", and the device holds another "
+              "one of this name")
+        << "with another symbol";
     EXPECT_EQ(conflictOf(waypoints({at(46, "Htte")}), onDevice), "") << "is meant to replace it";
 }
 

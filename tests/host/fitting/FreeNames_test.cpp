@@ -14,8 +14,13 @@ namespace {
 using host::FreeNames;
 using support::kUnit;
 
-constexpr gps::GPSPoint kHere{46.5, 7.25, 0, 0, 0};
-constexpr gps::GPSPoint kThere{-10, 20, 0, 0, 0};
+host::StoredRecord storedAt(double latitude, double longitude, std::size_t details = 0)
+{
+    return {host::DevicePosition::of({latitude, longitude, 0, 0, 0}), details};
+}
+
+const auto kHere = storedAt(46.5, 7.25);
+const auto kThere = storedAt(-10, 20);
 
 TEST(FreeNames, FreeNameIsUsedUnchanged)
 {
@@ -97,9 +102,9 @@ TEST(FreeNames, RecordSentBeforeGetsItsNameAgain)
     names.addOnDevice("Long name", kThere);
     names.addOnDevice("Long nam 2", kThere);
     names.addOnDevice("Long nam 3", kHere);
-    names.addOnDevice("Long na 12", {1, 1, 0, 0, 0});
+    names.addOnDevice("Long na 12", storedAt(1, 1));
     names.addOnDevice("Other", kHere);
-    EXPECT_EQ(names.claimLike("Long name x", {1, 1, 0, 0, 0}), "Long na 12");
+    EXPECT_EQ(names.claimLike("Long name x", storedAt(1, 1)), "Long na 12");
     EXPECT_EQ(names.claimLike("Long name y", kHere), "Long nam 3");
     EXPECT_EQ(names.claimLike("Long name z", kThere), "Long name");
     EXPECT_EQ(names.claimLike("Long name z", kThere), "Long nam 2") << "each is handed out once";
@@ -121,24 +126,73 @@ TEST(FreeNames, PositionIsRecognisedAfterTheDeviceRoundedIt)
     for (const double degrees : {0.0, 46.5, -46.5, 7.123456789, 179.99999, 0.00001, 89.999995}) {
         for (const double off : {-1e-7, 0.0, 1e-7}) {
             FreeNames names{20};
-            names.addOnDevice("Camp", {degrees / 2 + off, degrees - off, 0, 0, 0});
-            EXPECT_EQ(names.claimLike("Camp", {degrees / 2, degrees, 0, 0, 0}), "Camp")
+            names.addOnDevice("Camp", storedAt(degrees / 2 + off, degrees - off));
+            EXPECT_EQ(names.claimLike("Camp", storedAt(degrees / 2, degrees)), "Camp")
                 << degrees << ' ' << off;
         }
     }
     FreeNames names{20};
-    names.addOnDevice("Hut", {46.5 + 2 * kUnit, 7.25, 0, 0, 0});
+    names.addOnDevice("Hut", storedAt(46.5 + 2 * kUnit, 7.25));
     EXPECT_EQ(names.claimLike("Hut", kHere), "Hut 2") << "two units away is another position";
-    names.addOnDevice("Camp", {46.5001, 7.25, 0, 0, 0});
+    names.addOnDevice("Camp", storedAt(46.5001, 7.25));
     EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 2") << "eleven metres away is another position";
 }
 
 TEST(FreeNames, NameWithoutAValidPositionIsNotHandedOutAgain)
 {
-    constexpr gps::GPSPoint kNowhere{96, 7, 0, 0, 0};
+    const auto kNowhere = storedAt(96, 7);
     FreeNames names{20};
     names.addOnDevice("Camp", kNowhere);
     EXPECT_EQ(names.claimLike("Camp", kNowhere), "Camp 2");
+}
+
+TEST(FreeNames, NameOfADifferentRecordAtTheSamePositionIsNotHandedOut)
+{
+    FreeNames names{20};
+    names.addOnDevice("Camp", storedAt(46.5, 7.25, 1));
+    names.addOnDevice("Camp 2", storedAt(46.5, 7.25, 2));
+    EXPECT_EQ(names.claimLike("Camp", storedAt(46.5, 7.25, 3)), "Camp 3");
+    EXPECT_EQ(names.claimLike("Camp", storedAt(46.5, 7.25, 2)), "Camp 2");
+    EXPECT_EQ(names.claimLike("Camp", storedAt(46.5, 7.25, 1)), "Camp");
+}
+
+// The record would replace one of the two, which may be the one that differs.
+TEST(FreeNames, NameOfTwoDifferentRecordsIsNotHandedOut)
+{
+    FreeNames names{20};
+    names.addOnDevice("Camp", kHere);
+    names.addOnDevice("Camp", kThere);
+    names.addOnDevice("Hut", kHere);
+    names.addOnDevice("Hut", kHere);
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp 2");
+    EXPECT_EQ(names.claimLike("Camp", kThere), "Camp 3");
+    EXPECT_EQ(names.claimLike("Hut", kHere), "Hut") << "of two that are the same it is";
+}
+
+TEST(FreeNames, RecordGetsTheNameOfTheSameRoutePointUnlessADifferentRecordHasIt)
+{
+    FreeNames names{20};
+    names.addPointOnDevice("Camp", kHere);
+    names.addPointOnDevice("Camp", kThere);
+    names.addPointOnDevice("Hut", kHere);
+    names.addOnDevice("Hut", kThere);
+    EXPECT_EQ(names.claimLike("Camp", kHere), "Camp");
+    EXPECT_EQ(names.claimLike("Hut", kHere), "Hut 2");
+    const auto any = [](const std::string&) { return true; };
+    EXPECT_EQ(names.claimPointLike("Hut", kHere, any), "Hut") << "nobody has taken it";
+    EXPECT_EQ(names.claimPointLike("Camp", kHere, any), "Camp 2");
+}
+
+TEST(FreeNames, RoutePointGetsOnlyANameThatItsRuleAllows)
+{
+    FreeNames names{20};
+    names.addPointOnDevice("Stop", kHere);
+    names.addOnDevice("Stop 2", kHere);
+    EXPECT_EQ(
+        names.claimPointLike("Stop", kHere, [](const std::string& name) { return name != "Stop"; }),
+        "Stop 2");
+    EXPECT_EQ(names.claimPointLike("Stop", kHere, [](const std::string&) { return false; }),
+              "Stop 3");
 }
 
 TEST(FreeNames, ManyNamesTakeNoQuadraticTime)

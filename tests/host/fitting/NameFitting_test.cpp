@@ -320,15 +320,99 @@ TEST(NameFitting, GeocachesNameIsNotCut)
                 ElementsAre(longName, "E" + longName));
 }
 
-TEST(NameFitting, GeocachesOfOneNameAreOneGeocache)
+TEST(NameFitting, GeocachesOfOneNameGetDifferentNamesUnlessTheyAreEqual)
 {
     const Dictionary cache{{"symbol", "Geocache"}};
-    EXPECT_THAT(waypointNames(dataOf({at(1, "GC1", cache), at(2, "GC1", cache), at(3, "GC1")})),
-                ElementsAre("GC1", "GC1", "GC1"))
+    const Dictionary found{{"symbol", "Geocache Found"}, {"dateFound", "010208"}};
+    EXPECT_THAT(waypointNames(dataOf({at(1, "GC1", cache), at(2, "GC1", cache), at(3, "GC1"),
+                                      at(1, "GC1", found), at(1, "GC1", cache)})),
+                ElementsAre("GC1", "GC1 2", "GC1", "GC1 3", "GC1"))
         << "and a waypoint of that name is something else";
     EXPECT_THAT(waypointNames(dataOf({at(1, "\xC3\x89", cache), at(2, "\xC3\x89", cache),
                                       at(3, "\xC3\x88", cache)})),
-                ElementsAre("E", "E", "E 2"));
+                ElementsAre("E", "E 2", "E 3"));
+}
+
+Dictionary higher(Dictionary record, double metres)
+{
+    auto point = *gps::findPoint(record);
+    point.altitude = metres;
+    record.set("point", point);
+    return record;
+}
+
+TEST(NameFitting, WaypointsOfOneNameThatAreStoredDifferentlyGetDifferentNames)
+{
+    EXPECT_THAT(waypointNames(dataOf({at(1, "Camp"), at(1, "Camp", {{"comment", "by the lake"}}),
+                                      at(1, "Camp", {{"symbol", "Tent"}}), higher(at(1, "Camp"), 1),
+                                      higher(at(1, "Camp"), 0.9),
+                                      at(1, "Camp", {{"comment", "by the lake"}})})),
+                ElementsAre("Camp", "Camp 2", "Camp 3", "Camp 4", "Camp", "Camp 2"));
+}
+
+TEST(NameFitting, RoutesThatDifferInAnyPointOrTheirCommentGetDifferentNames)
+{
+    auto noted = routeOf("R", {at(1, "A"), at(2, "B")});
+    noted.set("comment", "by the lake");
+    auto data =
+        dataOf({}, {routeOf("R", {at(1, "A"), at(2, "B")}), routeOf("R", {at(1, "A"), at(2, "C")}),
+                    noted, routeOf("R", {at(1, "A"), higher(at(3, "D"), 5)}),
+                    routeOf("R", {at(1, "A"), higher(at(3, "D"), 5)}),
+                    routeOf("R", {at(2, "B"), at(1, "A")}), routeOf("R", {at(1, "A")})});
+    (void)fitNames(data);
+    EXPECT_THAT(namesIn(data, "route"), ElementsAre("R", "R 2", "R 3", "R 4", "R 4", "R 5", "R 6"));
+}
+
+TEST(NameFitting, NumberedNameDoesNotReplaceADifferentRecordOfTheDevice)
+{
+    const Dictionary cache{{"symbol", "Geocache"}};
+    auto hinted = cache;
+    hinted.set("geocacheHint", "below the stone");
+    const auto onDevice = dataOf({at(2, "Camp 2", {{"comment", "my own"}}),
+                                  higher(at(3, "Camp 3"), 9), at(2, "GC1 2", hinted)},
+                                 {routeOf("Tour 2", {at(1, "A"), at(9, "Z")})});
+    auto data = dataOf({at(1, "Camp"), at(2, "Camp"), at(3, "Camp"), at(1, "GC1", cache),
+                        at(2, "GC1", cache), higher(at(3, "Camp"), 9)},
+                       {routeOf("Tour", {at(4, "D")}), routeOf("Tour", {at(1, "A"), at(2, "B")}),
+                        routeOf("Tour", {at(1, "A"), at(9, "Z")})});
+    (void)fitNames(data, onDevice);
+    EXPECT_THAT(namesIn(data, "waypoint"),
+                ElementsAre("Camp", "Camp 4", "Camp 5", "GC1", "GC1 3", "Camp 3"));
+    EXPECT_THAT(namesIn(data, "route"), ElementsAre("Tour", "Tour 3", "Tour 2"));
+}
+
+TEST(NameFitting, RoutesThatDifferInALaterPointGetTheirNamesAgain)
+{
+    auto sent =
+        dataOf({}, {routeOf("", {at(1, "A"), at(2, "B")}), routeOf("", {at(1, "A"), at(3, "C")}),
+                    routeOf("", {at(1, "A"), at(4, "D")})});
+    (void)fitNames(sent);
+    auto turned =
+        dataOf({}, {routeOf("", {at(1, "A"), at(4, "D")}), routeOf("", {at(1, "A"), at(3, "C")}),
+                    routeOf("", {at(1, "A"), at(2, "B")})});
+    (void)fitNames(turned, sent);
+    EXPECT_THAT(namesIn(turned, "route"), ElementsAre("Route 3", "Route 2", "Route"));
+}
+
+// Points of the device's files of routes that no route uses, as a source visits them.
+Dictionary unused(std::initializer_list<Dictionary> points)
+{
+    Array list;
+    for (const auto& point : points)
+        list.emplace_back(point);
+    Dictionary data;
+    data.set(host::kRoutePointKey, std::move(list));
+    return data;
+}
+
+TEST(NameFitting, RoutePointDoesNotGetTheNameOfAPointThatNoRouteUses)
+{
+    const auto onDevice = unused({at(1, "Stop"), at(2, "Stop 2"), at(1, "A name of 20 letters")});
+    EXPECT_THAT(pointNames(dataOf({}, {routeOf("R", {at(1, "Stop"), at(3, "Stop"), at(2, "Stop"),
+                                                     at(2, "A name of 20 letters")})}),
+                           onDevice),
+                ElementsAre("Stop", "Stop 3", "Stop 2", "A name of 20 lette 2"));
+    EXPECT_THAT(waypointNames(dataOf({at(3, "St\xC3\xB6p")}), onDevice), ElementsAre("Stop 3"));
 }
 
 TEST(NameFitting, RoutesOfOneNameGetDifferentNamesUnlessTheyAreEqual)

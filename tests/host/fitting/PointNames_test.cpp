@@ -11,10 +11,10 @@
 namespace {
 
 using host::PointNames;
-using host::StoredRoutePoint;
+using host::StoredRecord;
 using support::kUnit;
 
-StoredRoutePoint pointAt(double latitude, double longitude = 7, const char* details = "")
+StoredRecord pointAt(double latitude, double longitude = 7, std::size_t details = 0)
 {
     return {host::DevicePosition::of({latitude, longitude, 0, 0, 0}), details};
 }
@@ -33,18 +33,18 @@ TEST(PointNames, NameBelongsToThePositionThatClaimedItFirst)
 TEST(PointNames, PointWithOtherDetailsIsAnotherPoint)
 {
     PointNames names;
-    EXPECT_TRUE(names.claim("Stop", pointAt(46, 7, "a")));
-    EXPECT_FALSE(names.claim("Stop", pointAt(46, 7, "b")));
-    names.addOnDevice("Camp", pointAt(46, 7, "a"));
-    EXPECT_FALSE(names.claim("Camp", pointAt(46, 7, "b")));
-    EXPECT_TRUE(names.claim("Camp", pointAt(46, 7, "a"))) << "a refused claim claims nothing";
+    EXPECT_TRUE(names.claim("Stop", pointAt(46, 7, 1)));
+    EXPECT_FALSE(names.claim("Stop", pointAt(46, 7, 2)));
+    names.addOnDevice("Camp", pointAt(46, 7, 1));
+    EXPECT_FALSE(names.claim("Camp", pointAt(46, 7, 2)));
+    EXPECT_TRUE(names.claim("Camp", pointAt(46, 7, 1))) << "a refused claim claims nothing";
 }
 
 TEST(PointNames, NameOnTheDeviceCanBeClaimedOnlyAtItsPosition)
 {
     PointNames names;
     names.addOnDevice("Stop", pointAt(46));
-    names.addOnDevice("Stop", pointAt(46 + kUnit));
+    names.addOnDevice("Stop", pointAt(46));
     EXPECT_FALSE(names.isClaimable("Stop", pointAt(47)));
     EXPECT_FALSE(names.claim("Stop", pointAt(46 + 2 * kUnit)));
     EXPECT_TRUE(names.isClaimable("Stop", pointAt(46 - 8e-8, 7 + 8e-8)));
@@ -54,7 +54,7 @@ TEST(PointNames, NameOnTheDeviceCanBeClaimedOnlyAtItsPosition)
 // A driver that merges into one of the files would number a point that differs from that file's.
 TEST(PointNames, NameOfTwoDifferentPointsOnTheDeviceCannotBeClaimed)
 {
-    for (const auto& other : {pointAt(47), pointAt(46, 7, "by the lake")}) {
+    for (const auto& other : {pointAt(47), pointAt(46, 7, 1), pointAt(46 + kUnit)}) {
         PointNames names;
         names.addOnDevice("Stop", pointAt(46));
         names.addOnDevice("Stop", other);

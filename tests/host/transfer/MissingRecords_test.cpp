@@ -109,6 +109,68 @@ TEST_F(MissingRecords, EachKindIsLookedForInItsOwnFiles)
     EXPECT_EQ(trackPoints[0].kind, "track point");
 }
 
+gps::Dictionary recordWith(gps::Dictionary record, const char* key, const char* text)
+{
+    record.set(key, text);
+    return record;
+}
+
+TEST_F(MissingRecords, RecordWithAnotherNameOrContentAtThePlaceIsNotTheSentOne)
+{
+    const auto there = waypointAt(46.5, -7.25);
+    EXPECT_THAT(missing("waypoint", {there}), IsEmpty());
+    EXPECT_THAT(missing("waypoint", {there, recordWith(there, "name", "B")}), SizeIs(1));
+    for (const char* const key : {"comment", "symbol"})
+        EXPECT_THAT(missing("waypoint", {recordWith(there, key, "other")}), SizeIs(1)) << key;
+    auto higher = there;
+    higher.set("point", gps::GPSPoint{46.5, -7.25, 1, 0, 0});
+    EXPECT_THAT(missing("waypoint", {higher}), SizeIs(1));
+}
+
+TEST_F(MissingRecords, GeocacheIsMissingIfAWaypointIsAtItsPlace)
+{
+    const auto cache = recordWith(waypointAt(46.5, -7.25), "symbol", "Geocache");
+    EXPECT_THAT(missing("waypoint", {cache}), SizeIs(1));
+    plan_.files[0].kind = "waypoints";
+    plan_.files.push_back({"/caches", Action::kMerge, "", {}, "geocaches"});
+    EXPECT_THAT(missing("waypoint", {cache, waypointAt(46.5, -7.25)}), SizeIs(1));
+}
+
+TEST_F(MissingRecords, GeocacheIsAWaypointOnADeviceWithoutAFileForIt)
+{
+    plan_.files[0].kind = "waypoints";
+    auto cache = waypointAt(46.5, -7.25);
+    cache.set("symbol", "Geocache");
+    cache.set("geocacheHint", "below the stone");
+    driver_.storedSymbol = [](const std::string&) { return "a"; };
+    EXPECT_THAT(missing("waypoint", {cache}), IsEmpty());
+    cache.set("comment", "note");
+    EXPECT_THAT(missing("waypoint", {cache}), SizeIs(1));
+}
+
+TEST_F(MissingRecords, RouteThatNoFileHoldsIsOneRecord)
+{
+    auto routes = withPoints({waypointAt(1, 2), waypointAt(1, 3)});
+    routes.front().as<gps::Dictionary>()->set("name", "R");
+    const auto records = missing("route", routes);
+    ASSERT_THAT(records, SizeIs(1));
+    EXPECT_EQ(records[0].kind, "route");
+    EXPECT_EQ(records[0].name, "R");
+    const auto noted = recordWith(waypointAt(1, 2), "comment", "other");
+    EXPECT_THAT(missing("route", withPoints({noted})), SizeIs(1)) << "stored as another point";
+    EXPECT_EQ(missing("route", withPoints({noted}))[0].kind, "route");
+    EXPECT_THAT(missing("route", withPoints({recordWith(waypointAt(1, 2), "name", "B")})),
+                IsEmpty())
+        << "a driver numbers points";
+}
+
+TEST_F(MissingRecords, PointsOfTracksAreCounted)
+{
+    const auto records = missing("track", withPoints({waypointAt(3, 4), waypointAt(3, 4)}));
+    ASSERT_THAT(records, SizeIs(1));
+    EXPECT_EQ(records[0].kind, "track point");
+}
+
 TEST_F(MissingRecords, FilesThatAreSkippedHoldNothing)
 {
     plan_.files.front().action = Action::kSkip;

@@ -2,6 +2,7 @@
 
 #include "host/transfer/PresentRecords.h"
 
+#include "host/DriverReports.h"
 #include "host/FakeDriver.h"
 
 #include <gtest/gtest.h>
@@ -34,11 +35,13 @@ protected:
     // What is left of these records.
     [[nodiscard]] Dictionary rest(Dictionary data)
     {
-        removed_ = host::removePresentRecords(data, support::chosenRecordsOf(onDevice_), device_);
+        removed_ = host::removePresentRecords(data, support::chosenRecordsOf(onDevice_), device_,
+                                              isAnyNameOnDevice_);
         return data;
     }
 
     support::FakeFileDriver device_;
+    bool isAnyNameOnDevice_ = false;
     Dictionary onDevice_{{"waypoint", Array{at("A", 46), at("B", 46), cache("G", 46)}},
                          {"route", Array{route("R", 46)}}};
     RecordCounts removed_;
@@ -103,6 +106,20 @@ TEST_F(PresentRecords, ManyRecordsOfOneNameTakeNoQuadraticTime)
     constexpr std::size_t kMany = MAGELLAN_SANITIZED ? 10'000 : 100'000;
     EXPECT_EQ(rest({{"waypoint", Array(kMany, at("A", 46))}}), Dictionary{});
     EXPECT_EQ(removed_.waypoints, kMany);
+}
+
+TEST_F(PresentRecords, TellsWhetherTheDeviceHasAnyOfTheNames)
+{
+    onDevice_ = {{"waypoint", gps::Array{support::waypointAt(1)}}};
+    auto other = support::waypointAt(2);
+    (void)rest({{"waypoint", gps::Array{other}}});
+    EXPECT_TRUE(isAnyNameOnDevice_);
+    other.set("symbol", "Geocache");
+    (void)rest({{"waypoint", gps::Array{other}}});
+    EXPECT_TRUE(isAnyNameOnDevice_) << "a device may have both in one file";
+    other.set("name", "B");
+    (void)rest({{"waypoint", gps::Array{other}}});
+    EXPECT_FALSE(isAnyNameOnDevice_);
 }
 
 TEST_F(PresentRecords, EmptyDeviceHoldsNothing)

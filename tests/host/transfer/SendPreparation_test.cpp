@@ -129,6 +129,69 @@ TEST_F(SendPreparation, RoutePointsOfTheDeviceAreUsedUnlessNothingIsFitted)
     EXPECT_EQ(prepare(data, SendFitting::kAll).request.data, fitted);
 }
 
+TEST_F(SendPreparation, RecordsThatTheDataHoldsTwiceAreSentOnceUnlessNothingIsFitted)
+{
+    const gps::Dictionary data{{"waypoint", gps::Array{camp(46), camp(46)}}};
+    for (const auto fitting : {SendFitting::kRoutePoints, SendFitting::kAll}) {
+        const auto send = prepare(data, fitting);
+        EXPECT_EQ(send.repeated, (host::RecordCounts{.waypoints = 1}));
+        EXPECT_THAT(*send.request.data->findArray("waypoint"), SizeIs(1));
+    }
+    const auto asItIs = prepare(data, SendFitting::kNone);
+    EXPECT_TRUE(asItIs.repeated.isEmpty());
+    EXPECT_THAT(*asItIs.request.data->findArray("waypoint"), SizeIs(2));
+}
+
+TEST_F(SendPreparation, RecordsThatWouldBeReplacedAreNamed)
+{
+    driver_->plan = [](const gps::Dictionary&) {
+        return gps::SendPlan{{{"/a", Action::kMerge, "", {}, "waypoints"}}};
+    };
+    driver_->files = {{"/a", "", {}}};
+    driver_->records = {{"waypoint", gps::Array{camp(47), camp(48, "Long name ")}}};
+    driver_->decode = [this](std::string_view, std::string_view) { return driver_->records; };
+    const auto replaced = [this](const char* name, SendFitting fitting) {
+        std::vector<std::string> names;
+        for (const auto& record :
+             prepare(gps::Dictionary{{"waypoint", gps::Array{camp(46, name)}}}, fitting).replaced)
+            names.push_back(record.name);
+        return names;
+    };
+    for (const auto fitting : {SendFitting::kNone, SendFitting::kRoutePoints, SendFitting::kAll})
+        EXPECT_THAT(replaced("Camp", fitting), ElementsAre("Camp"));
+    EXPECT_THAT(replaced(kLongName, SendFitting::kNone), ElementsAre("Long name "))
+        << "as the device stores it";
+    EXPECT_THAT(replaced(kLongName, SendFitting::kAll), IsEmpty()) << "it gets another name";
+}
+
+// A driver that keeps points that no route uses.
+struct RoutePointDriver final : support::FakeFileDriver, gps::GPSUnusedRoutePoints {
+    void visitUnusedRoutePointsIn(
+        std::string_view path, std::string_view /*content*/,
+        const std::function<void(const gps::Dictionary& record)>& visit) const override
+    {
+        if (path == "/r")
+            visit(camp(46, "Stop"));
+    }
+};
+
+TEST_F(SendPreparation, NamesOfPointsThatNoRouteUsesAreTaken)
+{
+    const auto pointName = [this](double latitude) {
+        const gps::Dictionary route{{"name", "R"}, {"points", gps::Array{camp(latitude, "Stop")}}};
+        const auto send = prepare(gps::Dictionary{{"route", gps::Array{route}}});
+        const auto& sent = *send.request.data->findArray("route")->front().as<gps::Dictionary>();
+        return *sent.findArray("points")->front().as<gps::Dictionary>()->findString("name");
+    };
+    EXPECT_EQ(pointName(47), "Stop") << "a driver without the interface has none";
+    driver_ = std::make_shared<RoutePointDriver>();
+    driver_->files = {{"/r", "", {}}};
+    EXPECT_EQ(pointName(47), "Stop 2");
+    EXPECT_EQ(pointName(46), "Stop") << "the same point";
+    driver_->files.front().error = gps::makeFileError(gps::FileErrorCode::kReadNotAscii, "/r");
+    EXPECT_EQ(pointName(47), "Stop") << "a file that cannot be read has none";
+}
+
 // Two segments of a track, a waypoint and another one that the device holds, and a track that it
 // holds.
 gps::Dictionary mixedData()

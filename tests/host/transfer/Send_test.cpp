@@ -545,6 +545,21 @@ TEST_F(Send, RecordThatNoFileHoldsMakesTheSendIncomplete)
     EXPECT_EQ(report.missingRecords[0].name, "A");
 }
 
+// The driver logs an error as well, since it had no name for the track.
+TEST_F(Send, TrackThatHadNoFreeNameIsNamedWhateverElseWentWrong)
+{
+    const gps::Dictionary track{{"name", "Day"}, {"points", gps::Array{waypointAt(46)}}};
+    request_.data->set("track", gps::Array{track});
+    const auto report = perform([this] {
+        write();
+        gps::logError("driver", gps::makeFileError(gps::FileErrorCode::kWriteFileExists, "/x"));
+    });
+    EXPECT_FALSE(report.isComplete());
+    ASSERT_THAT(report.missingRecords, SizeIs(1));
+    EXPECT_EQ(report.missingRecords[0].kind, "track");
+    EXPECT_EQ(report.missingRecords[0].name, "Day");
+}
+
 TEST_F(Send, UnexpectedLoggedErrorMakesTheSendIncomplete)
 {
     const auto readError = gps::makeFileError(gps::FileErrorCode::kReadNoSuchFile, path_);

@@ -76,6 +76,21 @@ TEST(PlanReport, LossesAreLines)
                 HasSubstr("The 3 segments of the track \"Day 1\" are joined into one track.\n"));
 }
 
+TEST(PlanReport, RecordsThatAreReplacedOrRepeatedAreNamed)
+{
+    auto send = sendTo("/dev");
+    send.repeated = {.waypoints = 1, .routes = 2, .routePoints = 6};
+    send.replaced = {{"waypoint", "Camp"}, {"geocache", "GC1"}, {"route", "Loop\x1b"}};
+    EXPECT_EQ(host::planReport(send),
+              "In the files more than once, and sent once: 1 waypoint, 2 routes (6 points).\n"
+              "Replaced on the device by what has the same name: waypoint \"Camp\", geocache "
+              "\"GC1\", route \"Loop\uFFFD\".\n");
+    send.replaced.assign(10, {"route", "R"});
+    EXPECT_THAT(host::planReport(send), testing::EndsWith(", route \"R\".\n"));
+    send.replaced.assign(11, {"route", "R"});
+    EXPECT_THAT(host::planReport(send), testing::EndsWith(", route \"R\" and 1 more.\n"));
+}
+
 TEST(PlanReport, AtMostTenLostNamesAreListed)
 {
     auto send = sendTo("/dev");

@@ -313,6 +313,40 @@ TEST_F(Snapshot, AVisitOfPointsYieldsThoseOfEachKindInTheOrderOfTheFile)
     EXPECT_EQ(pointsIn(*device, "/a.txt", threeLinesOf("PMGNWPL,", ",A,,a")), "");
 }
 
+/// The names of the points in a file that no route uses.
+std::vector<std::string> unusedPointsIn(const gps::GPSFileDevice& device, std::string_view path,
+                                        std::string_view content)
+{
+    std::vector<std::string> names;
+    dynamic_cast<const gps::GPSUnusedRoutePoints&>(device).visitUnusedRoutePointsIn(
+        path, content, [&names](const gps::Dictionary& record) {
+            EXPECT_NE(gps::findPoint(record), nullptr);
+            names.push_back(*record.findString("name"));
+        });
+    return names;
+}
+
+TEST_F(Snapshot, PointsThatNoRouteUsesAreVisitedApart)
+{
+    const auto device = driver();
+    const auto point = [](const char* name, const char* latitude) {
+        return support::sentence(std::string{"PMGNWPL,"} + latitude + ",N,00715.00000,E,0,M," +
+                                 name + ",,a") +
+               "\r\n";
+    };
+    const auto content = point("A", "4600.00000") + point("B", "4700.00000") +
+                         point("C", "4800.00000") + support::sentence("PMGNRTE,1,1,c,1,R,B,a,X,a") +
+                         "\r\n";
+    EXPECT_THAT(unusedPointsIn(*device, "/a.rte", content), ElementsAre("A", "C"));
+    EXPECT_THAT(unusedPointsIn(*device, "/a.upt", content), IsEmpty());
+    EXPECT_THAT(unusedPointsIn(*device, "/a.rte", content + point("B", "4900.00000")),
+                ElementsAre("A", "B", "C"))
+        << "the route uses the line before it";
+    EXPECT_THAT(unusedPointsIn(*device, "/a.rte", content + support::sentence("PMGNWPL,1")),
+                IsEmpty())
+        << "a send merges nothing into a damaged file";
+}
+
 TEST_F(Snapshot, AVisitOfPointsSkipsAWaypointWithoutANameAndEndsAtADamagedSentence)
 {
     const auto device = driver();
