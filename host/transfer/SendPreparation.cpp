@@ -149,7 +149,7 @@ std::optional<gps::Error> lostName(const PreparedSend& send)
                      "Give it another name in the file, or send without --exact-names");
 }
 
-std::optional<gps::Error> changeBy(const PreparedSend& send, const gps::SendPlan& before)
+std::optional<gps::Error> changeOfRoutes(const PreparedSend& send, const gps::SendPlan& before)
 {
     const auto& data = *send.request.data;
     const bool isFitted = send.request.fitting != SendFitting::kNone;
@@ -181,7 +181,7 @@ void planRoutes(PreparedSend& send)
     const auto& data = *send.request.data;
     const auto before = send.snapshot->planSend({{"route", gps::Array{}}});
     send.plan = send.snapshot->planSend(data);
-    auto change = changeBy(send, before);
+    auto change = changeOfRoutes(send, before);
     if (!change)
         return;
     if (send.request.fitting == SendFitting::kNone) // sent as it is, with a warning

@@ -439,7 +439,11 @@ TEST_F(ChangedByAnother, FileThatTheDriverCouldNotReadIsPutBack)
 TEST_F(Send, SendIsCompleteIfATrackHasAnotherName)
 {
     plan_.files[0].kind = "tracks";
-    const auto report = perform([this] { folder_.put("device/Points/q", "new"); });
+    plan_.files.push_back({folder_.path("device/Points/w"), Action::kCreate, "w", {}});
+    const auto report = perform([this] {
+        folder_.put("device/Points/q", "new");
+        folder_.put("device/Points/w", "w");
+    });
     EXPECT_TRUE(report.isComplete());
     EXPECT_EQ(report.files[0].result, Result::kRenamed);
     EXPECT_EQ(report.files[0].writtenPath, folder_.path("device/Points/q"));

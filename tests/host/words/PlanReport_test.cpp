@@ -82,7 +82,7 @@ TEST(PlanReport, RecordsThatAreReplacedOrRepeatedAreNamed)
     send.repeated = {.waypoints = 1, .routes = 2, .routePoints = 6};
     send.replaced = {{"waypoint", "Camp"}, {"geocache", "GC1"}, {"route", "Loop\x1b"}};
     EXPECT_EQ(host::planReport(send),
-              "In the files more than once, and sent once: 1 waypoint, 2 routes (6 points).\n"
+              "In the files more than once, and sent once: 1 waypoint, 2 routes.\n"
               "Replaced on the device by what has the same name: waypoint \"Camp\", geocache "
               "\"GC1\", route \"Loop\uFFFD\".\n");
     send.replaced.assign(10, {"route", "R"});
