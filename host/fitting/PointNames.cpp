@@ -4,15 +4,13 @@
 
 #include "host/fitting/PointNames.h"
 
-#include <utility>
-
 namespace host {
 
-void PointNames::addOnDevice(const std::string& name, StoredRecord point)
+void PointNames::addOnDevice(const std::string& name, const StoredRecord& point)
 {
     const auto held = onDevice_.find(name);
     if (held == onDevice_.end())
-        onDevice_.emplace(name, Held{std::move(point)});
+        onDevice_.emplace(name, Held{point});
     else if (!held->second.point.isSameOnReceiver(point))
         held->second.isAmbiguous = true;
 }

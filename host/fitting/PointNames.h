@@ -17,7 +17,7 @@ class PointNames {
 public:
     /// Adds a route point that the receiver holds. Several may have the same name, in different
     /// files. If they differ, the name belongs to none of them.
-    void addOnDevice(const std::string& name, StoredRecord point);
+    void addOnDevice(const std::string& name, const StoredRecord& point);
 
     /// Whether a claim of the name would succeed.
     [[nodiscard]] bool isClaimable(const std::string& name, const StoredRecord& point) const;
