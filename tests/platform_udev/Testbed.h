@@ -57,8 +57,27 @@ public:
         add("P: /devices/pci0/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
             "P: /devices/pci0/usb1/1-1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n"
             "P: /devices/pci0/usb1/1-1/1-1:1.0\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n");
-        addDisk("/devices/pci0/ata1/host0/target0:0:0/0:0:0:0", "sda", 8, 0, false);
-        addDisk(kStick, "sdb", 8, 16, true);
+        addDisk(kInternal, "sda", 8, 0, false);
+        plugStickIn("sdb", 16);
+    }
+
+    /// Adds the stick alone. Once it was pulled out, it gets another name, as it does from a system
+    /// that still uses the old one.
+    /// @param minor  the disk's number; that of its partition follows
+    void plugStickIn(const std::string& name, unsigned int minor) const
+    {
+        addDisk(kStick, name, 8, minor, true);
+    }
+
+    void pullStickOut(const std::string& name) const
+    {
+        remove(std::string{kStick} + "/block/" + name + '/' + name + '1');
+        remove(std::string{kStick} + "/block/" + name);
+    }
+
+    void announceInternalDisk(const std::string& action) const
+    {
+        announce(std::string{kInternal} + "/block/sda/sda1", action);
     }
 
     void announceStick(const std::string& action) const
@@ -96,6 +115,7 @@ public:
     }
 
 private:
+    static constexpr char kInternal[] = "/devices/pci0/ata1/host0/target0:0:0/0:0:0:0";
     static constexpr char kStick[] = "/devices/pci0/usb1/1-1/1-1:1.0/host1/target1:0:0/1:0:0:0";
 
     static std::string block(const std::string& path, const std::string& name,

@@ -35,13 +35,13 @@ protected:
                                  option}};
     }
 
-    /// Announces the stick repeatedly, since an event may be lost between two programs, until the
-    /// program prints something new that contains the text. @return  the new output
+    /// Announces a disk that stays repeatedly, since an event may be lost between two programs,
+    /// until the program prints something new that contains the text. @return  the new output
     std::string announceUntil(support::Running& watching, const std::string& text)
     {
         for (int tries = 0; watching.read().find(text, seen_) == std::string::npos && tries < 150;
              ++tries)
-            testbed_.announceStick("change");
+            testbed_.announceInternalDisk("change");
         const auto printed = watching.readUntil("\n").substr(seen_);
         seen_ += printed.size();
         return printed;
@@ -81,6 +81,37 @@ TEST_F(WatchedVolumes, ReceiverThatReappearsHasNothingNew)
     (void)announceUntil(watching, "gone: ");
     testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
     EXPECT_THAT(announceUntil(watching, "nothing new: "), HasSubstr("nothing new: "));
+}
+
+TEST_F(WatchedVolumes, ReceiverThatWasPulledOutIsSavedWithWhatIsNewOnItOnly)
+{
+    auto watching = watch("--new-only");
+    watching.readUntil("watching: ");
+    testbed_.mount(testbed_.mountLine("8:17", receiver_.path()));
+    EXPECT_THAT(announceUntil(watching, "\nsaved: "), HasSubstr("1 track (2 points)"));
+    testbed_.mount("");
+    testbed_.pullStickOut("sdb");
+    EXPECT_THAT(announceUntil(watching, "gone: "), Not(HasSubstr("saved: ")));
+
+    // Mounted elsewhere, as a desktop does while the old folder is in use.
+    const support::TemporaryFolder again;
+    std::filesystem::copy(receiver_.path(), again.path(), std::filesystem::copy_options::recursive);
+    again.put(
+        "Tracks/b.log",
+        support::sentences({"PMGNTRK,4650.00000,N,00750.00000,E,01202,M,120000.00,A,,020624"}));
+    testbed_.plugStickIn("sdc", 32);
+    testbed_.mount(testbed_.mountLine("8:33", again.path()));
+    const auto printed = announceUntil(watching, "\nsaved: ");
+    EXPECT_THAT(printed, HasSubstr("appeared: Magellan device 42, " + again.path() + "\n"));
+    EXPECT_THAT(printed, HasSubstr(": 1 track (1 point)\n"));
+    EXPECT_THAT(printed, Not(HasSubstr("waypoint")));
+
+    testbed_.mount("");
+    testbed_.pullStickOut("sdc");
+    (void)announceUntil(watching, "gone: ");
+    testbed_.plugStickIn("sdd", 48);
+    testbed_.mount(testbed_.mountLine("8:49", again.path()));
+    EXPECT_THAT(announceUntil(watching, "nothing new: "), Not(HasSubstr("saved: ")));
 }
 
 TEST_F(WatchedVolumes, VolumeFilledAfterItsMountIsFoundWithoutAnotherEvent)
