@@ -5,6 +5,7 @@ records_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
 import story
+from gi.repository import Atspi
 from story import begins
 
 
@@ -190,6 +191,22 @@ class RecordsTest(story.Story):
     def test_track_of_one_point_says_so(self):
         opened = self.open_track('<trkpt lat="1" lon="2"><ele>5</ele></trkpt>')
         opened.find("label", "A track without length has no profile.")
+
+    def test_narrow_window_shows_the_map_or_the_profile_of_a_record(self):
+        opened = self.download()
+        opened.resize(360, 640)
+        opened.press("push button", "Show the Map")
+        opened.wait_until(lambda: self.height_of_map(opened) > 300)
+        opened.press("push button", "Back to the List")
+        opened.click("label", "Kayak round")
+        opened.press("push button", "Show the Map")
+        opened.press("page tab", "Profile")
+        opened.find("label", begins("5.40 km"))
+        opened.resize(1100, 720)
+        opened.wait_until(lambda: self.height_of_map(opened) < 330)
+
+    def height_of_map(self, opened):
+        return opened.find("filler", "Map").get_extents(Atspi.CoordType.WINDOW).height
 
 
 if __name__ == "__main__":

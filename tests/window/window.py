@@ -101,6 +101,13 @@ class Window:
         """Presses keys, one after another."""
         subprocess.run(["xdotool", "key", "--delay", "50", *keys], check=True)
 
+    def resize(self, width, height):
+        """Gives all of its windows another size, in pixels."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name",
+                                "Magellan GPS"], check=True, capture_output=True, text=True)
+        for window in found.stdout.split():
+            subprocess.run(["xdotool", "windowsize", window, str(width), str(height)], check=True)
+
     def write(self, text):
         """Types a text, in ASCII, wherever the keyboard is."""
         subprocess.run(["xdotool", "type", "--delay", "50", text], check=True)

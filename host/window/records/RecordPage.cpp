@@ -18,6 +18,16 @@ constexpr int kListWidth = 340; // pixels
 constexpr int kMapWidth = 340;  // at least
 constexpr int kMapHeight = 300; // at first
 
+// The toolkit makes each button so wide that three of them do not fit in a narrow window.
+void makeNarrow(Gtk::StackSwitcher& switcher)
+{
+    const auto style = Gtk::CssProvider::create();
+    style->load_from_data("stackswitcher.records > button { min-width: 60px; }");
+    Gtk::StyleContext::add_provider_for_display(switcher.get_display(), style,
+                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    switcher.add_css_class("records");
+}
+
 } // namespace
 
 RecordPage::RecordPage()
@@ -51,8 +61,12 @@ RecordPage::RecordPage()
     adw_leaflet_page_set_navigatable(adw_leaflet_append(leaflet_, line), FALSE);
     adw_leaflet_append(leaflet_, mapColumn());
     adw_leaflet_set_can_navigate_back(leaflet_, TRUE);
-    g_signal_connect_swapped(leaflet_, "notify::folded",
-                             G_CALLBACK(+[](RecordPage* self) { self->fold(); }), this);
+    // It comes while widgets get their places, which must not be exchanged then.
+    g_signal_connect_swapped(leaflet_, "notify::folded", G_CALLBACK(+[](RecordPage* self) {
+                                 Glib::signal_idle().connect_once(
+                                     sigc::mem_fun(*self, &RecordPage::fold));
+                             }),
+                             this);
     fold();
     gtk_widget_set_vexpand(GTK_WIDGET(leaflet_), TRUE);
     gtk_box_append(gobj(), GTK_WIDGET(leaflet_));
@@ -64,10 +78,13 @@ GtkWidget* RecordPage::mapColumn()
     nothing_.set_wrap(true);
     nothing_.add_css_class("dim-label");
     panel_.add(nothing_, "nothing");
+    panel_.add(narrowMap_, "map", tr("Map"));
+    panel_.get_page(narrowMap_)->set_visible(false);
     panel_.add(profile_, "profile", tr("Profile"));
     panel_.add(details_, "details", tr("Details"));
     panel_.set_vexpand(true);
     switcher_.set_stack(panel_);
+    makeNarrow(switcher_);
     switcher_.set_halign(Gtk::Align::CENTER);
     switcher_.set_margin(kSmallGap);
     auto* const lower = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
@@ -101,7 +118,7 @@ void RecordPage::setRecords(std::shared_ptr<const RecordSet> records)
     selected_.reset();
     selectedName_.set_text("");
     profile_.clear();
-    panel_.set_visible_child("nothing");
+    showPanel(false);
     map_.setRecords(records_);
     list_.setRecords(records_);
 }
@@ -156,9 +173,22 @@ void RecordPage::showSelected(const RecordRow& row)
         profile_.setTrack(records_, row.index);
     else
         profile_.clear();
-    if (!isTrack)
+    showPanel(wasTrack);
+}
+
+// What the user has chosen stays, if the record has it.
+void RecordPage::showPanel(bool wasTrack)
+{
+    const auto shown = panel_.get_visible_child_name();
+    const bool isTrack = selected_ && selected_->kind == RecordKind::kTrack;
+    switcher_.set_visible(selected_.has_value());
+    if (!selected_)
+        panel_.set_visible_child(isFolded_ ? "map" : "nothing");
+    else if (isFolded_ && (shown == "nothing" || (shown == "profile" && !isTrack)))
+        panel_.set_visible_child("map");
+    else if (!isFolded_ && !isTrack)
         panel_.set_visible_child("details");
-    else if (!wasTrack) // otherwise, what the user has chosen stays
+    else if (!isFolded_ && !wasTrack)
         panel_.set_visible_child("profile");
 }
 
@@ -176,6 +206,8 @@ void RecordPage::showDetails(const StretchFigures* figures)
 void RecordPage::showMap()
 {
     adw_leaflet_navigate(leaflet_, ADW_NAVIGATION_DIRECTION_FORWARD);
+    if (isFolded_)
+        panel_.set_visible_child("map");
 }
 
 void RecordPage::fold()
@@ -184,6 +216,18 @@ void RecordPage::fold()
     toList_.set_visible(isFolded);
     toMap_.set_visible(isFolded);
     list_.set_hexpand(isFolded);
+    if (isFolded == isFolded_)
+        return;
+    isFolded_ = isFolded;
+    panel_.get_page(narrowMap_)->set_visible(isFolded);
+    if (isFolded) {
+        gtk_paned_set_start_child(column_.gobj(), nullptr);
+        narrowMap_.append(map_);
+    } else {
+        narrowMap_.remove(map_);
+        column_.set_start_child(map_);
+    }
+    showPanel(false);
 }
 
 } // namespace host

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // RecordPage: the list of records, the map, and the selected record's profile and details. They
-// share one selection. Where there is no room for both, the map covers the list. [main loop]
+// share one selection. Where there is no room for both, the map covers the list, and is itself
+// covered by profile or details. [main loop]
 
 #pragma once
 
@@ -50,6 +51,7 @@ private:
     void selectFromMap(RecordKind kind, std::size_t index);
     void showMap();
     void fold();
+    void showPanel(bool wasTrack);
 
     std::shared_ptr<const RecordSet> records_ = std::make_shared<const RecordSet>();
     Presentation presentation_;
@@ -65,6 +67,8 @@ private:
     Gtk::Label note_;
     Gtk::Label nothing_;
     Gtk::Stack panel_;
+    Gtk::Box narrowMap_; // has the map where there is no room for more
+    bool isFolded_ = false;
     Gtk::StackSwitcher switcher_;
     Gtk::Button toMap_;
     AdwLeaflet* leaflet_;
