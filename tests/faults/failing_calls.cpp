@@ -10,7 +10,8 @@
 //   FAULT_KIND   "once": that call fails with FAULT_ERROR, an errno value; "gone": it fails and so
 //                do all later ones, as if the volume had been pulled out; "kill": the process is
 //                killed instead of the call, or half-way through it if it writes; "stop": the
-//                process gets a SIGINT, and the call is made
+//                process gets a SIGINT, and the call is made; "wait": the call is made once there
+//                is no file FAULT_GATE any more
 //   FAULT_LOG    a file that gets a line for each counted call: its name and its path
 
 #include <gps/NumberText.h>
@@ -57,6 +58,7 @@ struct Settings {
     std::string root = setting("FAULT_ROOT");
     int call = number("FAULT_CALL");
     std::string kind = setting("FAULT_KIND");
+    std::string gate = setting("FAULT_GATE");
     int error = number("FAULT_ERROR");
     int log = original<int(const char*, int, ...)>("open")(
         setting("FAULT_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
@@ -123,6 +125,11 @@ Fault faultOf(std::string_view name, const std::string& path, int whenGone)
         return {true, 0};
     if (now.kind == "stop") {
         ::kill(::getpid(), SIGINT);
+        return {};
+    }
+    if (now.kind == "wait") {
+        while (::access(now.gate.c_str(), F_OK) == 0)
+            ::usleep(10'000);
         return {};
     }
     return {false, now.kind == "gone" ? whenGone : now.error};

@@ -4,6 +4,7 @@
 map_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
+import re
 import sqlite3
 import subprocess
 import time
@@ -70,6 +71,22 @@ class MapTest(story.Story):
         opened = self.open_waypoints(("Hut", 46, 7))
         self.click_map(opened)
         opened.find("label", "Location")
+
+    def scales(self, opened):
+        return [name for name in opened.names("label")
+                if re.fullmatch(r"\d+\s(m|km|ft|mi)", name)]
+
+    def test_keys_move_the_map_and_change_its_scale(self):
+        opened = self.open_waypoints(("Hut", 46, 7))
+        self.click_map(opened, dx=100)  # where nothing is
+        opened.key("Right", "Down", "Down", "Up")
+        self.click_map(opened, dx=-80, dy=-80)
+        opened.find("label", "Location")
+        before = self.scales(opened)
+        opened.key("plus")
+        opened.wait_until(lambda: self.scales(opened) != before)
+        opened.key("minus")
+        opened.wait_until(lambda: self.scales(opened) == before)
 
     def test_record_near_a_pole_is_told(self):
         opened = self.open_waypoints(("Pole", 89, 0), ("Hut", 46, 7))

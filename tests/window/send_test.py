@@ -4,7 +4,10 @@
 send_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
+import pathlib
 import shutil
+import subprocess
+import sys
 
 import story
 from story import SAMPLES, begins
@@ -100,6 +103,28 @@ class SendTest(story.Story):
         labels = opened.names("label")[::-1]  # those of this page first
         self.assertEqual([labels[labels.index(name) - 1] for name in ("H\u00fctte", "Hut")],
                          ["Geocache", "Waypoint"])
+
+    def drag_file(self, opened):
+        """Drags the file from another program's window onto the middle of this one."""
+        source = subprocess.Popen(
+            [sys.executable, "-B", pathlib.Path(__file__).with_name("drag_source.py"), self.file],
+            env=opened.environment, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(source.stdout.close)
+        self.addCleanup(source.wait)
+        self.addCleanup(source.terminate)
+        self.assertEqual(source.stdout.readline(), "ready\n")
+        way = [("mousemove", "1150", "40"), ("mousedown", "1"), ("mousemove", "1130", "60"),
+               ("mousemove", "900", "300"), ("mousemove", "700", "400"),
+               ("mousemove", "698", "400"), ("mouseup", "1")]
+        for step in way:
+            subprocess.run(["xdotool", *step, "sleep", "0.3"], check=True)
+
+    def test_file_that_is_dragged_onto_the_window_is_what_would_be_sent(self):
+        opened = self.open(self.receiver)
+        opened.find("label", begins("Magellan device"))
+        self.drag_file(opened)
+        opened.find("label", begins("Received: 2 waypoints"))
+        opened.find("label", "2 waypoints, into 1 file.")
 
     def test_serial_port_cannot_be_sent_to(self):
         opened = self.open(self.file)

@@ -4,6 +4,9 @@
 settings_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
+import subprocess
+import sys
+
 import story
 from story import SAMPLES
 
@@ -100,6 +103,21 @@ class SettingsTest(story.Story):
         again.press("page tab", "Saving")
         again.find("label", lambda name: name.startswith("nothing new: "))
         self.assertEqual(len(self.saved()), 1)
+
+    def test_desktop_is_notified_of_what_is_saved(self):
+        log = self.folder / "notifications"
+        desktop = subprocess.Popen([sys.executable, "-B", "-m", "dbusmock", "--session",
+                                    "-t", "notification_daemon", "-l", log])
+        self.addCleanup(desktop.wait)
+        self.addCleanup(desktop.terminate)
+        subprocess.run(["gdbus", "wait", "--session", "org.freedesktop.Notifications"], check=True)
+        self.configure_saving(is_on=True)
+        opened = self.open(SAMPLES / "receiver")
+        opened.wait_until(lambda: log.exists() and "Notify" in log.read_text())
+        notified = log.read_text()
+        self.assertIn('"Magellan device 0417002219"', notified)
+        self.assertIn("saved: ", notified)
+        self.assertIn(ALL, notified)
 
     def test_memory_is_that_of_the_command_line(self):
         self.configure_saving(is_on=True)

@@ -95,6 +95,29 @@ class TroubleTest(story.Story):
         opened = self.download(self.receiver)
         opened.find("label", RECEIVED)
 
+    def test_window_that_is_closed_while_it_saves_asks_and_ends_the_transfer_first(self):
+        gate = self.folder / "gate"
+        gate.touch()
+        self.fail(self.receiver / "Track Logs", "wait", call=20)
+        config = self.folder / "config" / "magellangps" / "config.toml"
+        config.parent.mkdir(parents=True)
+        config.write_text('[window]\ntiles = "none"\nsave-new = true\n'
+                          f'save-folder = "{self.folder / "saved"}"\n')
+        self.environment |= {"FAULT_GATE": str(gate),
+                             "XDG_CONFIG_HOME": str(self.folder / "config"),
+                             "XDG_STATE_HOME": str(self.folder / "state")}
+        opened = self.open(self.receiver)
+        opened.press("page tab", "Saving")
+        opened.find("label", "A receiver is being read\u2026")
+        opened.key("ctrl+q")
+        opened.press("push button", "Continue")
+        opened.wait_until(lambda: "Stop the Transfer?" not in opened.names("label"))
+        opened.key("ctrl+q")
+        opened.press("push button", "Stop and Close")
+        gate.unlink()
+        self.assertEqual(opened.process.wait(), 0)
+        self.assertEqual(list((self.folder / "saved").glob("*.gpx")), [])
+
     def test_very_many_waypoints_are_listed_and_exported(self):
         file = self.folder / "many.gpx"
         points = (f'<wpt lat="{i / 2000}" lon="{i / 1000}"><name>P{i}</name></wpt>'
