@@ -35,13 +35,13 @@ void endEarly(int signal, const DownloadOptions& options)
 
 void endEarly(int signal, const SendOptions& options)
 {
-    printAndLeave(signal, options, stoppedEarlyText("send"));
+    printAndLeave(signal, options, stoppedSendText());
 }
 
 void endEarly(int signal, const RestoreOptions& options)
 {
     printAndLeave(signal, options,
-                  options.backup ? stoppedEarlyText("restore")
+                  options.backup ? stoppedRestoreText()
                                  : "The command was stopped: the backups are not listed.");
 }
 

@@ -5,6 +5,7 @@
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/files/Files.h"
 #include "host/formats/Formats.h"
 #include "host/transfer/MapFileImport.h"
@@ -50,11 +51,11 @@ Glib::ustring sentenceOn(const ReceivedRecords& received)
 {
     const auto counts = recordCountText(received.counts);
     if (!counts.empty())
-        return tr(received.isComplete ? "Received: " : "Received, but not complete: ") + counts +
-               ".";
+        return received.isComplete ? trFormat("Received: {}.", counts)
+                                   : trFormat("Received, but not complete: {}.", counts);
     if (!received.isComplete)
         return tr("Nothing was received.");
-    return tr(received.news ? "There is nothing new." : "There are no records.");
+    return received.news ? tr("There is nothing new.") : tr("There are no records.");
 }
 
 // Empty if nothing was left out.
@@ -235,9 +236,9 @@ bool MainWindow::asksBeforeClosing()
     if (isIdle() || closesWhenIdle_)
         return false;
     const bool isTransfer = isBusy_ || isSaving_;
-    ask(frame_.window(), tr(isTransfer ? "Stop the Transfer?" : "Stop the Export?"),
-        tr(isTransfer ? "A transfer is running. What is being written now is finished first."
-                      : "A file is being written. If you stop now, there is no such file."),
+    ask(frame_.window(), isTransfer ? tr("Stop the Transfer?") : tr("Stop the Export?"),
+        isTransfer ? tr("A transfer is running. What is being written now is finished first.")
+                   : tr("A file is being written. If you stop now, there is no such file."),
         {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this, isTransfer] {
             closesWhenIdle_ = true;
             receivers_->stop();
@@ -259,6 +260,7 @@ void MainWindow::apply(const WindowSettings& settings)
 {
     records_.setSettings(settings);
     devices_.setNewOnly(settings.isNewOnly);
+    backups_.setUtc(settings.isUtc);
     const auto before = std::exchange(shownMap_, mapOf(settings));
     if (shownMap_ == before)
         return;

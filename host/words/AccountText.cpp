@@ -5,11 +5,10 @@
 #include "host/words/AccountText.h"
 
 #include "host/base/Text.h"
-
-#include <fmt/format.h>
+#include "host/base/TranslatedFormat.h"
+#include "host/words/KindText.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -23,47 +22,37 @@ using Cause = SessionGap::Cause;
 
 constexpr std::size_t kMostNumbers = 10; // line numbers in one message
 
-struct Noun {
-    std::string_view kind;
-    std::string_view one;
-    std::string_view many;
-};
-
 // A route takes several lines, and lines are what the account counts.
-constexpr std::array<Noun, 4> kNouns{{{"tracks", "track point", "track points"},
-                                      {"waypoints", "waypoint", "waypoints"},
-                                      {"routes", "route line", "route lines"},
-                                      {"geocaches", "geocache", "geocaches"}}};
-
-std::string counted(std::uint64_t count, std::string_view one, std::string_view many)
-{
-    return fmt::format("{} {}", groupedText(count), count == 1 ? one : many);
-}
-
 std::string countedOf(const std::string& kind, std::uint64_t count)
 {
-    const auto* const noun = std::find_if(kNouns.begin(), kNouns.end(),
-                                          [&](const Noun& row) { return row.kind == kind; });
-    return noun != kNouns.end() ? counted(count, noun->one, noun->many)
-                                : counted(count, "line of " + kind, "lines of " + kind);
+    const auto number = groupedText(count);
+    if (kind == "tracks")
+        return trCounted(count, "{} track point", "{} track points", number);
+    if (kind == "waypoints")
+        return trCounted(count, "{} waypoint", "{} waypoints", number);
+    if (kind == "routes")
+        return trCounted(count, "{} route line", "{} route lines", number);
+    if (kind == "geocaches")
+        return trCounted(count, "{} geocache", "{} geocaches", number);
+    return trCounted(count, "{} line of {}", "{} lines of {}", number, kind);
 }
 
 std::string numberList(const DamagedLines& damaged, std::size_t count)
 {
-    const std::string_view noun = damaged.path.empty() ? "sentence" : "line";
-    auto text = damaged.path.empty()
-                    ? std::string{}
-                    : std::filesystem::path{damaged.path}.filename().string() + ' ';
-    text.append(noun).append(count == 1 ? " " : "s ");
+    std::vector<std::string> numbers;
     for (std::size_t i = 0; i < count; ++i)
-        text.append(i == 0 ? "" : ", ").append(groupedText(damaged.numbers[i]));
-    return text;
+        numbers.push_back(groupedText(damaged.numbers[i]));
+    const auto list = joined(numbers, ", ");
+    if (damaged.path.empty())
+        return trCounted(count, "sentence {}", "sentences {}", list);
+    return trCounted(count, "{} line {}", "{} lines {}",
+                     std::filesystem::path{damaged.path}.filename().string(), list);
 }
 
 // Where the damage is: "a.log lines 10, 20; b.log line 3, and 7 more".
 std::string damageText(const KindTally& tally, std::uint64_t count)
 {
-    auto text = fmt::format("{} damaged", groupedText(count));
+    auto text = trFormat("{} damaged", groupedText(count));
     std::uint64_t shown = 0;
     for (const auto& damaged : tally.damaged) {
         const auto room = kMostNumbers - std::min<std::uint64_t>(shown, kMostNumbers);
@@ -75,7 +64,7 @@ std::string damageText(const KindTally& tally, std::uint64_t count)
     }
     // The account keeps the numbers of only so many lines, but counts all of them.
     if (shown > 0 && shown < count)
-        text += fmt::format(", and {} more", groupedText(count - shown));
+        text = trFormat("{}, and {} more", text, groupedText(count - shown));
     return text;
 }
 
@@ -84,9 +73,11 @@ std::string serialTallyText(const KindTally& tally)
     const auto damaged = tally.damagedCount();
     if (damaged == 0)
         return {};
-    return fmt::format("While {} were read, {} arrived damaged. A receiver sends such a sentence "
-                       "again.",
-                       tally.kind, counted(damaged, "sentence", "sentences"));
+    return trCounted(
+        damaged,
+        "While {} were read, {} sentence arrived damaged. A receiver sends such a sentence again.",
+        "While {} were read, {} sentences arrived damaged. A receiver sends such a sentence again.",
+        kindText(tally.kind), groupedText(damaged));
 }
 
 // Without the word that all commands begin with: "BAUD,115200".
@@ -98,24 +89,24 @@ std::string commandName(const std::string& body)
 std::string phaseText(const SessionGap& gap, std::string_view reason)
 {
     const auto arrived = gap.subject == "routes"
-                             ? counted(gap.count, "route sentence", "route sentences")
+                             ? trCounted(gap.count, "{} route sentence", "{} route sentences",
+                                         groupedText(gap.count))
                              : countedOf(gap.subject, gap.count);
-    return fmt::format("{} while {} were read; {} arrived. Check the cable and the receiver's "
-                       "batteries, and try again.",
-                       reason, gap.subject, arrived);
+    return trFormat("{} while {} were read; {} arrived. Check the cable and the receiver's "
+                    "batteries, and try again.",
+                    reason, kindText(gap.subject), arrived);
 }
 
 std::string commandText(const SessionGap& gap)
 {
     const auto name = commandName(gap.subject);
     if (gap.isClosingDown)
-        return fmt::format("The receiver did not acknowledge the command {}, so it may still be in "
-                           "its transfer mode. Turn it off and on again.",
-                           name);
-    return fmt::format(
-        "The receiver did not acknowledge the command {}, so records may be missing. "
-        "Turn it off and on, and try again.",
-        name);
+        return trFormat("The receiver did not acknowledge the command {}, so it may still be in "
+                        "its transfer mode. Turn it off and on again.",
+                        name);
+    return trFormat("The receiver did not acknowledge the command {}, so records may be missing. "
+                    "Turn it off and on, and try again.",
+                    name);
 }
 
 } // namespace
@@ -135,20 +126,19 @@ std::string tallyText(const KindTally& tally)
     std::vector<std::string> losses;
     if (const auto count = tally.damagedCount(); count > 0)
         losses.push_back(damageText(tally, count));
-    const auto add = [&](SkipReason reason, std::string_view words) {
-        if (const auto count = lines.skippedFor(reason); count > 0)
-            losses.push_back(fmt::format("{} {}", groupedText(count), words));
-    };
-    add(SkipReason::kNoName, "without a name");
-    add(SkipReason::kReplaced, "replaced by a later one of the same name");
-    add(SkipReason::kIncomplete, "of routes whose last line is missing");
+    if (const auto count = lines.skippedFor(SkipReason::kNoName); count > 0)
+        losses.push_back(trFormat("{} without a name", groupedText(count)));
+    if (const auto count = lines.skippedFor(SkipReason::kReplaced); count > 0)
+        losses.push_back(
+            trFormat("{} replaced by a later one of the same name", groupedText(count)));
+    if (const auto count = lines.skippedFor(SkipReason::kIncomplete); count > 0)
+        losses.push_back(trFormat("{} of routes whose last line is missing", groupedText(count)));
     if (losses.empty())
         return {};
     // One file can hold several kinds, so lines of another kind are not lost.
     const auto expected =
         lines.seen - std::min(lines.seen, lines.skippedFor(SkipReason::kOtherKind));
-    auto text =
-        fmt::format("{} of {}", groupedText(lines.accepted), countedOf(tally.kind, expected));
+    auto text = trFormat("{} of {}", groupedText(lines.accepted), countedOf(tally.kind, expected));
     for (const auto& loss : losses)
         text.append("; ").append(loss);
     return text;
@@ -158,76 +148,80 @@ std::string gapText(const SessionGap& gap)
 {
     switch (gap.cause) {
     case Cause::kNotReached:
-        return fmt::format("The session ended before the {} were read.", gap.subject);
+        return trFormat("The session ended before the {} were read.", kindText(gap.subject));
     case Cause::kSilence:
-        return phaseText(gap, "The receiver stopped sending");
+        return phaseText(gap, tr("The receiver stopped sending"));
     case Cause::kDamage:
-        return phaseText(gap, "Too many sentences were damaged");
+        return phaseText(gap, tr("Too many sentences were damaged"));
     case Cause::kStopped:
-        return phaseText(gap, "The session was stopped");
+        return phaseText(gap, tr("The session was stopped"));
     case Cause::kFailed:
-        return phaseText(gap, "The session failed");
+        return phaseText(gap, tr("The session failed"));
     case Cause::kNotAcknowledged:
         return commandText(gap);
     case Cause::kSpeedRefused:
-        return fmt::format("The receiver answers, but not at {} bits per second, the speed of "
-                           "downloads. Set the baud rate of its data port to 115200 or to "
-                           "automatic, turn it off and on, and try again.",
-                           gap.subject.substr(gap.subject.rfind(',') + 1));
+        return trFormat("The receiver answers, but not at {} bits per second, the speed of "
+                        "downloads. Set the baud rate of its data port to 115200 or to "
+                        "automatic, turn it off and on, and try again.",
+                        gap.subject.substr(gap.subject.rfind(',') + 1));
     case Cause::kUnknownPoints:
-        return fmt::format("{} left out of {} routes, because the waypoints did not arrive. Try "
-                           "again.",
-                           counted(gap.count, "point was", "points were"),
-                           gap.count == 1 ? "its" : "their");
+        return trCounted(gap.count,
+                         "{} point was left out of its routes, because the waypoints did not "
+                         "arrive. Try again.",
+                         "{} points were left out of their routes, because the waypoints did not "
+                         "arrive. Try again.",
+                         groupedText(gap.count));
     case Cause::kUnfinishedRoutes:
-        return fmt::format("{} left out, because the last sentence did not arrive. Try again.",
-                           counted(gap.count, "route was", "routes were"));
+        return trCounted(
+            gap.count,
+            "{} route was left out, because the last sentence did not arrive. Try again.",
+            "{} routes were left out, because the last sentence did not arrive. Try again.",
+            groupedText(gap.count));
     case Cause::kRepeatedRoutes:
-        return fmt::format("{} of routes arrived twice, so their points may be there twice. Try "
-                           "again.",
-                           counted(gap.count, "sentence", "sentences"));
+        return trCounted(
+            gap.count,
+            "{} sentence of routes arrived twice, so their points may be there twice. "
+            "Try again.",
+            "{} sentences of routes arrived twice, so their points may be there twice. "
+            "Try again.",
+            groupedText(gap.count));
     }
     return {};
 }
 
 std::string repeatText(const RepeatCounts& repeats)
 {
-    std::string text;
-    const auto add = [&](std::uint64_t count, std::string_view one, std::string_view many) {
-        if (count > 0)
-            text.append(text.empty() ? "" : ", ").append(counted(count, one, many));
-    };
-    add(repeats.waypoints, "waypoint", "waypoints");
-    add(repeats.routes, "route", "routes");
-    add(repeats.trackPoints, "track point", "track points");
-    return text.empty() ? text
-                        : fmt::format("The receiver sent these twice; the repeats were left out: "
-                                      "{}.",
-                                      text);
+    std::vector<std::string> parts;
+    if (const auto count = repeats.waypoints; count > 0)
+        parts.push_back(trCounted(count, "{} waypoint", "{} waypoints", groupedText(count)));
+    if (const auto count = repeats.routes; count > 0)
+        parts.push_back(trCounted(count, "{} route", "{} routes", groupedText(count)));
+    if (const auto count = repeats.trackPoints; count > 0)
+        parts.push_back(trCounted(count, "{} track point", "{} track points", groupedText(count)));
+    return parts.empty() ? std::string{}
+                         : trFormat("The receiver sent these twice; the repeats were left out: {}.",
+                                    joined(parts, ", "));
 }
 
 std::string voiceText(gps::LineVoice voice, const std::string& location)
 {
     switch (voice) {
     case gps::LineVoice::kNmea:
-        return fmt::format(
-            "The unit at {} sends position sentences (NMEA) instead of answering. In "
-            "its setup, switch the NMEA output off, and try again.",
-            location);
+        return trFormat("The unit at {} sends position sentences (NMEA) instead of answering. In "
+                        "its setup, switch the NMEA output off, and try again.",
+                        location);
     case gps::LineVoice::kNoise:
-        return fmt::format(
-            "What arrives at {} makes no sense at any speed that receivers use. Set "
-            "the baud rate of the unit's data port to 4800, check the cable, and try "
-            "again.",
-            location);
+        return trFormat("What arrives at {} makes no sense at any speed that receivers use. Set "
+                        "the baud rate of the unit's data port to 4800, check the cable, and try "
+                        "again.",
+                        location);
     case gps::LineVoice::kNothing:
     case gps::LineVoice::kReceiver:
         break;
     }
-    return fmt::format(
-        "No receiver answered at {}. Check that it is on and connected there, and try "
-        "again.",
-        location);
+    return trFormat("No receiver answered at {}. Check that it is on and connected there, and try "
+                    "again.",
+                    location);
 }
 
 } // namespace host

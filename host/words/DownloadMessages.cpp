@@ -6,9 +6,11 @@
 
 #include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/bundle/SerialPort.h"
 #include "host/points/Points.h"
 #include "host/words/AccountText.h"
+#include "host/words/KindText.h"
 #include "host/words/RecordCountText.h"
 
 #include <fmt/format.h>
@@ -36,24 +38,19 @@ void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& er
         messages.push_back({true, sentencesOf(error)});
 }
 
-std::string namesOf(const std::vector<gps::TransferKind>& kinds)
-{
-    std::string names;
-    for (const auto kind : kinds)
-        names.append(names.empty() ? "" : ", ").append(kindName(kind));
-    return names;
-}
-
 // What was left out between the path where the driver stopped and the kinds read separately. The
 // driver reads geocaches after waypoints, and both count as one kind.
 std::string leftOutText(const OperationReport& report)
 {
     if (!report.account || report.account->files.empty() || !report.account->files.back().error)
-        return "Records of the kind where it broke off are missing.";
+        return tr("Records of the kind where it broke off are missing.");
     const auto& last = report.account->files.back();
-    return fmt::format("Missing: the {} of {} and of the files after it{}.", last.kind,
-                       std::filesystem::path{last.path}.filename().string(),
-                       last.kind == "waypoints" ? ", and all geocaches" : "");
+    const auto name = std::filesystem::path{last.path}.filename().string();
+    const auto kind = kindText(last.kind);
+    return last.kind == "waypoints"
+               ? trFormat("Missing: the {} of {} and of the files after it, and all geocaches.",
+                          kind, name)
+               : trFormat("Missing: the {} of {} and of the files after it.", kind, name);
 }
 
 void addMissing(std::vector<Message>& messages, const OperationReport& report)
@@ -63,16 +60,15 @@ void addMissing(std::vector<Message>& messages, const OperationReport& report)
         const auto& recovered = report.recovered;
         return std::find(recovered.begin(), recovered.end(), kind) != recovered.end();
     });
-    const std::string_view what = report.isInterrupted ? "The download was stopped before its end."
-                                                       : "The download broke off.";
+    const char* const what = report.isInterrupted ? tr("The download was stopped before its end.")
+                                                  : tr("The download broke off.");
     if (!missing.empty())
-        messages.push_back({true, fmt::format("{} Missing: {}.", what, namesOf(missing))});
+        messages.push_back({true, trFormat("{} Missing: {}.", what, kindsText(missing))});
     else if (report.isInterrupted)
-        messages.push_back({true, std::string{what}});
+        messages.push_back({true, what});
     if (!report.recovered.empty())
-        messages.push_back({true, fmt::format("The download broke off, and was continued with: {}. "
-                                              "{}",
-                                              namesOf(report.recovered), leftOutText(report))});
+        messages.push_back({true, trFormat("The download broke off, and was continued with: {}. {}",
+                                           kindsText(report.recovered), leftOutText(report))});
 }
 
 void addUnreadable(std::vector<Message>& messages, const OperationReport& report)
@@ -82,7 +78,7 @@ void addUnreadable(std::vector<Message>& messages, const OperationReport& report
         messages.push_back({true, sentencesOf(report.unreadable[i])});
     const auto unshown = report.unreadable.size() - shown + report.moreUnreadable;
     if (unshown > 0)
-        messages.push_back({true, fmt::format("And {} more that could not be read.", unshown)});
+        messages.push_back({true, trFormat("And {} more that could not be read.", unshown)});
 }
 
 // Whether a line names a file or folder that has a message of its own.
@@ -101,13 +97,13 @@ void addLog(std::vector<Message>& messages, const OperationReport& report)
     const bool isNeeded = !report.missing.empty() && report.isAnswered() && !report.isInterrupted;
     if (report.isSerial && (!isNeeded || report.account))
         return;
-    const std::string_view prefix = isNeeded ? "log: " : "";
+    const std::string prefix = isNeeded ? tr("log: ") : "";
     for (const auto& line : report.logLines) {
         if (!isAboutUnreadable(line, report))
-            messages.push_back({isNeeded, fmt::format("{}{}", prefix, line)});
+            messages.push_back({isNeeded, prefix + line});
     }
     if (report.moreLogLines > 0)
-        messages.push_back({isNeeded, fmt::format("{}and {} more", prefix, report.moreLogLines)});
+        messages.push_back({isNeeded, prefix + trFormat("and {} more", report.moreLogLines)});
 }
 
 void addGaps(std::vector<Message>& messages, const OperationReport& report)
@@ -118,13 +114,13 @@ void addGaps(std::vector<Message>& messages, const OperationReport& report)
         if (report.isInterrupted && !gap.isClosingDown) // a consequence of the stop
             continue;
         if (gap.cause == SessionGap::Cause::kNotReached)
-            notReached.append(notReached.empty() ? "" : ", ").append(gap.subject);
+            notReached.append(notReached.empty() ? "" : ", ").append(kindText(gap.subject));
         else
             messages.push_back({true, gapText(gap)});
     }
     if (!notReached.empty())
         messages.push_back(
-            {true, fmt::format("The session ended before these were read: {}.", notReached)});
+            {true, trFormat("The session ended before these were read: {}.", notReached)});
 }
 
 void addTallies(std::vector<Message>& messages, const OperationReport& report, bool isDamageAnError)
@@ -156,15 +152,15 @@ void addSplits(std::vector<Message>& messages, const SplitReport& splits)
 {
     if (splits.gaps == 0)
         return;
-    const bool isOne = splits.tracks == 1;
-    const auto gaps = fmt::format("{} {}{}", splits.gaps, splits.areJumps ? "jump" : "gap",
-                                  splits.gaps == 1 ? "" : "s");
-    const auto keepsWhole =
-        advice(fmt::format("; --split-gap off keeps {} whole", isOne ? "it" : "them"), "");
+    const auto gaps = splits.areJumps ? trCounted(splits.gaps, "{} jump that no receiver can make",
+                                                  "{} jumps that no receiver can make", splits.gaps)
+                                      : trCounted(splits.gaps, "{} gap", "{} gaps", splits.gaps);
+    const auto keepsWhole = advice(
+        fmt::format("; --split-gap off keeps {} whole", splits.tracks == 1 ? "it" : "them"), "");
     messages.push_back(
-        {false, fmt::format("{} {} divided into segments at {}{}.", splits.tracks,
-                            isOne ? "track was" : "tracks were", gaps,
-                            splits.areJumps ? " that no receiver can make" + keepsWhole : "")});
+        {false, trCounted(splits.tracks, "{} track was divided into segments at {}{}.",
+                          "{} tracks were divided into segments at {}{}.", splits.tracks, gaps,
+                          splits.areJumps ? keepsWhole : std::string{})});
 }
 
 } // namespace
@@ -200,9 +196,10 @@ std::vector<Message> outputMessages(const OutputReport& report)
     if (report.error)
         messages.push_back({true, sentencesOf(*report.error)});
     if (report.state == OutputReport::State::kPartial && !report.path.empty())
-        messages.push_back({true, "The output file was not written, because the download is not "
-                                  "complete. What arrived is kept in another file. Path: " +
-                                      report.path});
+        messages.push_back(
+            {true, trFormat("The output file was not written, because the download is not "
+                            "complete. What arrived is kept in another file. Path: {}",
+                            report.path)});
     return messages;
 }
 

@@ -7,6 +7,7 @@
 #include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/fitting/Altitudes.h"
 #include "host/fitting/RecordList.h"
@@ -31,17 +32,17 @@ using Action = gps::PlannedFile::Action;
 
 constexpr std::size_t kMostRecords = 10; // records or files named one by one
 
-std::string_view verbFor(Action action)
+std::string actionText(Action action, std::string_view path)
 {
     switch (action) {
     case Action::kCreate:
-        return "create";
+        return trFormat("create: {}", path);
     case Action::kMerge:
-        return "merge into";
+        return trFormat("merge into: {}", path);
     case Action::kSkip:
         break;
     }
-    return "skip";
+    return trFormat("skip: {}", path);
 }
 
 std::string_view relativeTo(std::string_view device, std::string_view path)
@@ -72,37 +73,44 @@ std::string unwritableDeviceText(const PreparedSend& send)
 {
     const bool isReadOnly =
         send.plan.files.front().error->code() == gps::FileErrorCode::kWriteReadOnlyVolume;
-    return fmt::format("The device cannot be written, because {}: nothing can be sent. {} Path: {}",
-                       isReadOnly ? "its volume is read-only" : "permission was refused",
-                       isReadOnly ? "Mount it so that it can be written, and send again."
-                                  : "Let your user write to its folders, and send again.",
-                       send.device.location);
+    return isReadOnly
+               ? trFormat("The device cannot be written, because its volume is read-only: nothing "
+                          "can be sent. Mount it so that it can be written, and send again. Path: "
+                          "{}",
+                          send.device.location)
+               : trFormat("The device cannot be written, because permission was refused: nothing "
+                          "can be sent. Let your user write to its folders, and send again. Path: "
+                          "{}",
+                          send.device.location);
 }
 
 std::string lineFor(const gps::PlannedFile& file, std::string_view device, bool isReasonShown)
 {
-    auto line = fmt::format("{}: {}", verbFor(file.action), relativeTo(device, file.path));
+    auto line = actionText(file.action, relativeTo(device, file.path));
     if (file.action == Action::kSkip && isReasonShown)
-        line += fmt::format(" ({})", file.error ? sentencesOf(*file.error) : "nothing to write");
+        line +=
+            fmt::format(" ({})", file.error ? sentencesOf(*file.error) : tr("nothing to write"));
     return line;
 }
 
 std::string droppedLinesOf(const gps::PlannedFile& file, const PreparedSend& send)
 {
-    return fmt::format(
-        "{} line{} of {} will not be kept: damaged, incomplete, of another kind or "
-        "with a name that comes again. {}",
-        file.droppedLines, file.droppedLines == 1 ? "" : "s", gps::lastComponent(file.path),
-        send.request.backup ? "The backup keeps the whole file." : "No backup keeps the file.");
+    return trCounted(
+        file.droppedLines,
+        "{} line of {} will not be kept: damaged, incomplete, of another kind or with a name that "
+        "comes again. {}",
+        "{} lines of {} will not be kept: damaged, incomplete, of another kind or with a name that "
+        "comes again. {}",
+        file.droppedLines, gps::lastComponent(file.path),
+        send.request.backup ? tr("The backup keeps the whole file.")
+                            : tr("No backup keeps the file."));
 }
 
 std::string lineFor(const TextChange& change)
 {
-    auto line = fmt::format(R"({} {}: "{}" becomes "{}")", change.kind, change.key, change.before,
-                            change.after);
-    if (!change.dropped.empty())
-        line += fmt::format(", without \"{}\"", change.dropped);
-    return line;
+    auto line = trFormat("{} {}: \"{}\" becomes \"{}\"", change.kind, change.key, change.before,
+                         change.after);
+    return change.dropped.empty() ? line : trFormat("{}, without \"{}\"", line, change.dropped);
 }
 
 // "A", "B" and 3 more
@@ -111,13 +119,14 @@ std::string listOf(const std::vector<std::string>& names, std::size_t count)
     const auto shown = std::min(names.size(), kMostRecords);
     auto text = joined({names.begin(), names.begin() + static_cast<std::ptrdiff_t>(shown)}, ", ");
     if (count > shown)
-        text += fmt::format("{}{} more", shown > 0 ? " and " : "", groupedText(count - shown));
+        text = shown > 0 ? trFormat("{} and {} more", text, groupedText(count - shown))
+                         : trFormat("{} more", groupedText(count - shown));
     return text;
 }
 
 std::string quotedName(const std::string& name)
 {
-    return name.empty() ? "without a name" : fmt::format("\"{}\"", name);
+    return name.empty() ? tr("without a name") : fmt::format("\"{}\"", name);
 }
 
 std::vector<std::string> trackNamesIn(const gps::Dictionary& data)
@@ -131,30 +140,33 @@ std::vector<std::string> trackNamesIn(const gps::Dictionary& data)
     return names;
 }
 
-std::string_view pointNoun(std::string_view kind)
+std::string pointCount(std::string_view kind, std::size_t count)
 {
+    const auto number = groupedText(count);
     if (kind == "tracks")
-        return "track point";
+        return trCounted(count, "{} track point", "{} track points", number);
     if (kind == "routes")
-        return "route point";
-    return kind == "geocaches" ? "geocache" : "waypoint";
+        return trCounted(count, "{} route point", "{} route points", number);
+    return kind == "geocaches" ? trCounted(count, "{} geocache", "{} geocaches", number)
+                               : trCounted(count, "{} waypoint", "{} waypoints", number);
 }
 
 std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
 {
-    const bool isOne = lost.records == 1;
     if (lost.field == "name")
-        return fmt::format("The device does not store the name{} of {} {}: {}.", isOne ? "" : "s",
-                           groupedText(lost.records), isOne ? "track" : "tracks",
-                           listOf(trackNamesIn(*send.request.data), lost.records));
-    const auto points =
-        fmt::format("{} {}{}", groupedText(lost.records), pointNoun(lost.kind), isOne ? "" : "s");
+        return trCounted(lost.records, "The device does not store the name of {} track: {}.",
+                         "The device does not store the names of {} tracks: {}.",
+                         groupedText(lost.records),
+                         listOf(trackNamesIn(*send.request.data), lost.records));
+    const auto points = pointCount(lost.kind, lost.records);
     if (lost.field == "time" && lost.kind == "tracks")
-        return fmt::format("The device does not store the time{} of {}: not from 1980 to 2079.",
-                           isOne ? "" : "s", points);
+        return trCounted(
+            lost.records, "The device does not store the time of {}: not from 1980 to 2079.",
+            "The device does not store the times of {}: not from 1980 to 2079.", points);
     if (lost.field == "altitude")
-        return fmt::format("The elevation of {} is unknown and will be stored as 0.", points);
-    return fmt::format("The device does not store the time{} of {}.", isOne ? "" : "s", points);
+        return trFormat("The elevation of {} is unknown and will be stored as 0.", points);
+    return trCounted(lost.records, "The device does not store the time of {}.",
+                     "The device does not store the times of {}.", points);
 }
 
 std::string lineFor(const UnstoredText& text)
@@ -175,19 +187,23 @@ std::string lineFor(const UnstoredText& text)
 
 std::string impossibleAltitudesText(std::size_t count)
 {
-    return fmt::format("{} elevation{} not from {:.0f} m to {:.0f} m, which a device has room for, "
-                       "and count{} as unknown.",
-                       groupedText(count), count == 1 ? " is" : "s are", kLowestAltitude,
-                       kHighestAltitude, count == 1 ? "s" : "");
+    return trCounted(
+        count,
+        "{} elevation is not from {:.0f} m to {:.0f} m, which a device has room for, and counts as "
+        "unknown.",
+        "{} elevations are not from {:.0f} m to {:.0f} m, which a device has room for, and count "
+        "as "
+        "unknown.",
+        groupedText(count), kLowestAltitude, kHighestAltitude);
 }
 
 std::string lineFor(const SegmentedTrack& track, SegmentRule rule)
 {
     if (rule == SegmentRule::kJoin)
-        return fmt::format("The {} segments of the track {} are joined into one track.",
-                           track.segments, quotedName(track.name));
-    return fmt::format("The track {} has {} segments, which become {} tracks.",
-                       quotedName(track.name), track.segments, track.segments);
+        return trFormat("The {} segments of the track {} are joined into one track.",
+                        track.segments, quotedName(track.name));
+    return trFormat("The track {} has {} segments, which become {} tracks.", quotedName(track.name),
+                    track.segments, track.segments);
 }
 
 std::string lineFor(const std::vector<ReplacedRecord>& replaced)
@@ -210,11 +226,11 @@ std::string_view problemOf(SentFile::Result result)
 {
     switch (result) {
     case SentFile::Result::kMissing:
-        return "A file that was sent is not on the device";
+        return tr("A file that was sent is not on the device");
     case SentFile::Result::kUnreadable:
-        return "A file that was sent cannot be read back from the device";
+        return tr("A file that was sent cannot be read back from the device");
     case SentFile::Result::kDifferent:
-        return "A file on the device does not hold what was sent";
+        return tr("A file on the device does not hold what was sent");
     case SentFile::Result::kPutBack:
     case SentFile::Result::kLost: // these two have messages of their own
     case SentFile::Result::kWritten:
@@ -238,9 +254,9 @@ void addFiles(const SendReport& report, std::vector<std::string>& sentences)
             std::any_of(report.errors.begin(), report.errors.end(),
                         [&](const gps::Error& error) { return error.path() == file.path; });
         if (!problem.empty() && !isKnown)
-            sentences.push_back(fmt::format("{}. Check the free space of the device, and send "
-                                            "again. Path: {}",
-                                            problem, file.path));
+            sentences.push_back(trFormat("{}. Check the free space of the device, and send "
+                                         "again. Path: {}",
+                                         problem, file.path));
     }
 }
 
@@ -290,9 +306,9 @@ void addStop(const SendReport& report, const PreparedSend& send,
     const auto& files = report.files;
     if (report.wasStoppedEarly ||
         (send.isPlanned() && std::all_of(files.begin(), files.end(), isOld)))
-        sentences.push_back(stoppedEarlyText("send"));
+        sentences.push_back(stoppedSendText());
     else
-        sentences.emplace_back("The send was stopped. Send again to write the rest.");
+        sentences.emplace_back(tr("The send was stopped. Send again to write the rest."));
 }
 
 // After anything that went wrong: what the planned files hold now.
@@ -309,7 +325,8 @@ void addFileStates(const SendReport& report, const PreparedSend& send,
     if (std::all_of(files.begin(), files.end(), isOld)) {
         // After a stop addStop() has said so, and planErrors() if nothing could be written.
         if (!report.wasStopped && !isWholeDeviceUnwritable(send))
-            sentences.emplace_back("Nothing was written: every file of the device is as it was.");
+            sentences.emplace_back(
+                tr("Nothing was written: every file of the device is as it was."));
         return;
     }
     const auto add = [&](std::string_view what, const auto& belongs) {
@@ -322,10 +339,10 @@ void addFileStates(const SendReport& report, const PreparedSend& send,
         if (!paths.empty())
             sentences.push_back(fmt::format("{}: {}.", what, listOf(paths, paths.size())));
     };
-    add("Written", isWritten);
-    add("As before the send", isOld);
-    add("Neither as before nor as planned", isNeither);
-    add("Not readable now, and either as before or as planned", isUnknown);
+    add(tr("Written"), isWritten);
+    add(tr("As before the send"), isOld);
+    add(tr("Neither as before nor as planned"), isNeither);
+    add(tr("Not readable now, and either as before or as planned"), isUnknown);
 }
 
 void addMissingKinds(const SendReport& report, const PreparedSend& send,
@@ -396,8 +413,8 @@ std::string planReport(const PreparedSend& send)
     if (!send.replaced.empty())
         append(lineFor(send.replaced));
     if (!send.present.isEmpty())
-        append(fmt::format("On the device already, and not sent again: {}.",
-                           recordCountText(send.present)));
+        append(trFormat("On the device already, and not sent again: {}.",
+                        recordCountText(send.present)));
     for (const auto& remark : send.plan.remarks)
         append(remark);
     return text;
@@ -412,8 +429,8 @@ std::vector<std::string> emptyRecordErrors(const PreparedSend& send)
         sentences.push_back(fmt::format("The {} {} has no points, so it was left out.",
                                         records[i].kind, quotedName(records[i].name)));
     if (records.size() > named)
-        sentences.push_back(fmt::format("Left out, because they have no points: {} more.",
-                                        groupedText(records.size() - named)));
+        sentences.push_back(trFormat("Left out, because they have no points: {} more.",
+                                     groupedText(records.size() - named)));
     return sentences;
 }
 
@@ -445,7 +462,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
 {
     std::vector<std::string> sentences;
     if (report.obstacle)
-        sentences = {sentencesOf(*report.obstacle), "Nothing was sent."};
+        sentences = {sentencesOf(*report.obstacle), tr("Nothing was sent.")};
     if (report.backupError)
         sentences = {
             sentencesOf(*report.backupError),
@@ -476,25 +493,25 @@ std::vector<std::string> writingNotes(const SendReport& report, const PreparedSe
     std::size_t renamed = 0;
     for (const auto& file : report.files) {
         if (file.result == SentFile::Result::kAlsoChanged)
-            sentences.push_back(fmt::format("Another program has changed {} during the send. It "
-                                            "holds what was sent, and what was there.",
-                                            relativeTo(send.device.location, file.path)));
+            sentences.push_back(trFormat("Another program has changed {} during the send. It "
+                                         "holds what was sent, and what was there.",
+                                         relativeTo(send.device.location, file.path)));
         if (file.result != SentFile::Result::kRenamed || ++renamed > kMostRecords)
             continue;
-        sentences.push_back(fmt::format("A track was written to {}, not to {} as planned.",
-                                        relativeTo(send.device.location, file.writtenPath),
-                                        relativeTo(send.device.location, file.path)));
+        sentences.push_back(trFormat("A track was written to {}, not to {} as planned.",
+                                     relativeTo(send.device.location, file.writtenPath),
+                                     relativeTo(send.device.location, file.path)));
     }
     if (renamed > kMostRecords)
-        sentences.push_back(fmt::format("Written under other names than planned: {} more.",
-                                        groupedText(renamed - kMostRecords)));
+        sentences.push_back(trFormat("Written under other names than planned: {} more.",
+                                     groupedText(renamed - kMostRecords)));
     return sentences;
 }
 
 std::string dataSummary(const gps::Dictionary& data)
 {
     const auto text = recordCountText(countRecords(data));
-    return text.empty() ? "no records" : text;
+    return text.empty() ? tr("no records") : text;
 }
 
 std::string sentSummary(const PreparedSend& send)

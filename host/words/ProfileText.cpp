@@ -4,6 +4,7 @@
 #include "host/words/ProfileText.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <cmath>
 #include <cstdint>
@@ -36,16 +37,17 @@ std::string stretchText(const StretchFigures& figures, UnitSystem units)
     std::vector<std::string> parts{lengthText(figures.metres, units)};
     if (!std::isnan(figures.seconds))
         parts.push_back(durationText(figures.seconds));
-    if (!std::isnan(figures.average))
-        parts.push_back(speedText(figures.average, units) + " on average" +
-                        (std::isnan(figures.top)
-                             ? std::string{}
-                             : ", " + speedText(figures.top, units) + " at most"));
+    if (!std::isnan(figures.average)) {
+        const auto average = speedText(figures.average, units);
+        parts.push_back(std::isnan(figures.top) ? trFormat("{} on average", average)
+                                                : trFormat("{} on average, {} at most", average,
+                                                           speedText(figures.top, units)));
+    }
     if (!std::isnan(figures.ascent))
-        parts.push_back(heightText(figures.ascent, units) + " up, " +
-                        heightText(figures.descent, units) + " down");
+        parts.push_back(trFormat("{} up, {} down", heightText(figures.ascent, units),
+                                 heightText(figures.descent, units)));
     if (!std::isnan(figures.slope))
-        parts.push_back("mean slope " + slopeText(figures.slope));
+        parts.push_back(trFormat("mean slope {}", slopeText(figures.slope)));
     return joined(parts, kReadingSeparator);
 }
 
@@ -56,12 +58,12 @@ std::vector<DetailLine> figureLines(const StretchFigures& figures, UnitSystem un
         if (!std::isnan(value))
             lines.push_back({label, std::move(text)});
     };
-    add("Moving", figures.moving, durationText(figures.moving));
-    add("Average moving", figures.movingAverage, speedText(figures.movingAverage, units));
-    add("Average", figures.average, speedText(figures.average, units));
-    add("Top speed", figures.top, speedText(figures.top, units));
-    add("Highest", figures.highest, heightText(figures.highest, units));
-    add("Lowest", figures.lowest, heightText(figures.lowest, units));
+    add(tr("Moving"), figures.moving, durationText(figures.moving));
+    add(tr("Average moving"), figures.movingAverage, speedText(figures.movingAverage, units));
+    add(tr("Average"), figures.average, speedText(figures.average, units));
+    add(tr("Top speed"), figures.top, speedText(figures.top, units));
+    add(tr("Highest"), figures.highest, heightText(figures.highest, units));
+    add(tr("Lowest"), figures.lowest, heightText(figures.lowest, units));
     return lines;
 }
 

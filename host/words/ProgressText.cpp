@@ -4,11 +4,11 @@
 #include "host/words/ProgressText.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
 #include "host/words/AccountText.h"
-
-#include <fmt/format.h>
+#include "host/words/KindText.h"
 
 #include <algorithm>
 #include <chrono>
@@ -30,38 +30,38 @@ std::uint64_t perSecond(std::uint64_t count, std::chrono::milliseconds time)
 std::string shareText(const TransferProgress& progress)
 {
     const auto percent = progress.bytes * 100 / progress.totalBytes;
-    return fmt::format("{} of {}, {} %", byteText(progress.bytes), byteText(progress.totalBytes),
-                       percent);
+    return trFormat("{} of {}, {} %", byteText(progress.bytes), byteText(progress.totalBytes),
+                    percent);
 }
 
 std::string phaseText(const TransferProgress& progress)
 {
     switch (progress.phase) {
     case TransferPhase::kReadingFile:
-        return "reading " + displayText(progress.location, kMostOfName);
+        return trFormat("reading {}", displayText(progress.location, kMostOfName));
     case TransferPhase::kReading:
-        return "reading";
+        return tr("reading");
     case TransferPhase::kWaitingForPort:
-        return fmt::format("another program uses {}: trying again for {} s", progress.location,
-                           kPortPatience.count());
+        return trFormat("another program uses {}: trying again for {} s", progress.location,
+                        kPortPatience.count());
     case TransferPhase::kLookingForReceiver:
-        return "looking for a receiver at " + progress.location;
+        return trFormat("looking for a receiver at {}", progress.location);
     case TransferPhase::kTransferring:
-        return progress.kind ? std::string{kindName(*progress.kind)} : "transferring";
+        return progress.kind ? kindText(std::string{kindName(*progress.kind)}) : tr("transferring");
     case TransferPhase::kWaitingForReceiver:
-        return "waiting for the receiver";
+        return tr("waiting for the receiver");
     case TransferPhase::kReadingDevice:
-        return "reading the device";
+        return tr("reading the device");
     case TransferPhase::kBackingUp:
-        return "making a backup";
+        return tr("making a backup");
     case TransferPhase::kSending:
-        return "sending";
+        return tr("sending");
     case TransferPhase::kReadingBack:
-        return "reading back";
+        return tr("reading back");
     case TransferPhase::kRestoring:
-        return "restoring";
+        return tr("restoring");
     case TransferPhase::kWritingFile:
-        return "writing " + displayText(progress.location, kMostOfName);
+        return trFormat("writing {}", displayText(progress.location, kMostOfName));
     case TransferPhase::kFinished:
         break;
     }
@@ -73,7 +73,7 @@ std::string phaseText(const TransferProgress& progress)
 std::string byteText(std::uint64_t count)
 {
     if (count < 1000)
-        return fmt::format("{} bytes", count);
+        return trFormat("{} bytes", count);
     const std::uint64_t unit = count < 1000000 ? 1000 : 1000000;
     return fmt::format("{}.{} {}", count / unit, count / (unit / 10) % 10,
                        unit == 1000 ? "kB" : "MB");
@@ -85,22 +85,22 @@ std::string progressText(const TransferProgress& progress)
     if (progress.totalBytes > 0)
         return phase + ": " + shareText(progress);
     if (progress.totalRecords > 0)
-        return fmt::format("{}: {} of {} records", phase, groupedText(progress.records),
-                           groupedText(progress.totalRecords));
+        return trFormat("{}: {} of {} records", phase, groupedText(progress.records),
+                        groupedText(progress.totalRecords));
     const auto count = progress.records;
-    const auto records = fmt::format("{} {}", count, count == 1 ? "record" : "records");
+    const auto records = trCounted(count, "{} record", "{} records", count);
     const auto& traffic = progress.traffic;
     const auto bytes = traffic.bytesRead + traffic.bytesWritten;
     if (traffic.bitsPerSecond == 0)
         return count == 0 ? phase
-                          : fmt::format("{}: {}, {} records/s", phase, records,
-                                        perSecond(count, progress.elapsed));
+                          : trFormat("{}: {}, {} records/s", phase, records,
+                                     perSecond(count, progress.elapsed));
     if (count == 0)
-        return fmt::format("{}: {} s, {} at {} bit/s", phase, progress.elapsed.count() / 1000,
-                           byteText(bytes), traffic.bitsPerSecond);
-    return fmt::format("{}: {}, {}; {} sentences/s, {} bytes/s at {} bit/s", phase, records,
-                       byteText(bytes), perSecond(traffic.linesRead, progress.elapsed),
-                       perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
+        return trFormat("{}: {} s, {} at {} bit/s", phase, progress.elapsed.count() / 1000,
+                        byteText(bytes), traffic.bitsPerSecond);
+    return trFormat("{}: {}, {}; {} sentences/s, {} bytes/s at {} bit/s", phase, records,
+                    byteText(bytes), perSecond(traffic.linesRead, progress.elapsed),
+                    perSecond(bytes, progress.elapsed), traffic.bitsPerSecond);
 }
 
 } // namespace host

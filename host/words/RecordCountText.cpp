@@ -3,38 +3,29 @@
 
 #include "host/words/RecordCountText.h"
 
-#include <fmt/format.h>
+#include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 
-#include <string_view>
+#include <vector>
 
 namespace host {
-namespace {
-
-std::string counted(std::size_t count, std::string_view noun)
-{
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
-
-void append(std::string& text, std::size_t count, std::string_view noun)
-{
-    if (count > 0)
-        text += (text.empty() ? "" : ", ") + counted(count, noun);
-}
-
-} // namespace
 
 std::string recordCountText(const RecordCounts& counts)
 {
-    std::string text;
-    append(text, counts.waypoints, "waypoint");
-    append(text, counts.geocaches, "geocache");
-    append(text, counts.routes, "route");
-    append(text, counts.tracks, "track");
-    if (counts.tracks > 0)
-        text += fmt::format(" ({})", counted(counts.trackPoints, "point"));
-    else
-        append(text, counts.trackPoints, "track point");
-    return text;
+    const auto& [waypoints, geocaches, routes, routePoints, tracks, trackPoints] = counts;
+    std::vector<std::string> parts;
+    if (waypoints > 0)
+        parts.push_back(trCounted(waypoints, "{} waypoint", "{} waypoints", waypoints));
+    if (geocaches > 0)
+        parts.push_back(trCounted(geocaches, "{} geocache", "{} geocaches", geocaches));
+    if (routes > 0)
+        parts.push_back(trCounted(routes, "{} route", "{} routes", routes));
+    if (tracks > 0)
+        parts.push_back(trCounted(tracks, "{} track", "{} tracks", tracks) + " (" +
+                        trCounted(trackPoints, "{} point", "{} points", trackPoints) + ")");
+    else if (trackPoints > 0)
+        parts.push_back(trCounted(trackPoints, "{} track point", "{} track points", trackPoints));
+    return joined(parts, ", ");
 }
 
 } // namespace host

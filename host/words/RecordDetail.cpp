@@ -5,12 +5,11 @@
 
 #include "host/base/RecordText.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/places/PlaceTime.h"
 #include "host/places/Places.h"
 #include "host/points/Points.h"
 #include "host/points/TrackFigures.h"
-
-#include <fmt/format.h>
 
 #include <cstddef>
 #include <utility>
@@ -46,7 +45,7 @@ private:
 
 std::string pointCount(std::size_t points)
 {
-    return numberText(static_cast<double>(points), 0) + (points == 1 ? " point" : " points");
+    return trCounted(points, "{} point", "{} points", numberText(static_cast<double>(points), 0));
 }
 
 // Without the seconds.
@@ -82,7 +81,7 @@ void addParts(std::vector<std::string>& parts, const RecordRow& row,
     if (row.first && *row.last > *row.first)
         parts.push_back(durationText(secondsOf(row)));
     if (row.ascent)
-        parts.push_back(heightText(*row.ascent, presentation.units) + " up");
+        parts.push_back(trFormat("{} up", heightText(*row.ascent, presentation.units)));
     if (row.kind != RecordKind::kPoint && !row.first)
         parts.push_back(pointCount(row.points));
 }
@@ -91,32 +90,32 @@ void addPoint(Lines& lines, const RecordSet& records, const RecordRow& row,
               const Presentation& presentation)
 {
     const auto& [point, record] = records.points[row.index];
-    lines.addText("Symbol", record, "symbol");
+    lines.addText(tr("Symbol"), record, "symbol");
     if (hasElevation(point) && point.altitude != 0)
-        lines.add("Elevation", heightText(point.altitude, presentation.units));
+        lines.add(tr("Elevation"), heightText(point.altitude, presentation.units));
     if (row.first)
-        lines.add("Time", timeText(*row.first, shownZone(row.position, presentation)));
-    lines.addText("Type", record, "geocacheType");
-    lines.addText("Difficulty", record, "difficulty");
-    lines.addText("Terrain", record, "terrain");
-    lines.addText("Owner", record, "geocacheOwner");
-    lines.addText("Hint", record, "geocacheHint");
-    lines.addText("Placed", record, "datePlaced");
-    lines.addText("Found", record, "dateFound");
+        lines.add(tr("Time"), timeText(*row.first, shownZone(row.position, presentation)));
+    lines.addText(tr("Type"), record, "geocacheType");
+    lines.addText(tr("Difficulty"), record, "difficulty");
+    lines.addText(tr("Terrain"), record, "terrain");
+    lines.addText(tr("Owner"), record, "geocacheOwner");
+    lines.addText(tr("Hint"), record, "geocacheHint");
+    lines.addText(tr("Placed"), record, "datePlaced");
+    lines.addText(tr("Found"), record, "dateFound");
 }
 
 void addTrack(Lines& lines, const RecordRow& row, const Presentation& presentation)
 {
     const auto zone = shownZone(row.position, presentation);
     if (row.first) {
-        lines.add("Start", timeText(*row.first, zone));
-        lines.add("End", timeText(*row.last, zone));
-        lines.add("Duration", durationText(secondsOf(row)));
+        lines.add(tr("Start"), timeText(*row.first, zone));
+        lines.add(tr("End"), timeText(*row.last, zone));
+        lines.add(tr("Duration"), durationText(secondsOf(row)));
     }
     if (row.ascent)
-        lines.add("Ascent", heightText(*row.ascent, presentation.units));
+        lines.add(tr("Ascent"), heightText(*row.ascent, presentation.units));
     if (row.descent)
-        lines.add("Descent", heightText(*row.descent, presentation.units));
+        lines.add(tr("Descent"), heightText(*row.descent, presentation.units));
 }
 
 } // namespace
@@ -124,20 +123,33 @@ void addTrack(Lines& lines, const RecordRow& row, const Presentation& presentati
 std::string rowName(const RecordRow& row)
 {
     auto name = displayText(row.name, kMostOfRecordName);
-    return name.empty() ? std::string{kindName(row)} + " without a name" : name;
+    return name.empty() ? unnamedText(row.kind, row.isGeocache) : name;
+}
+
+std::string unnamedText(RecordKind kind, bool isGeocache)
+{
+    switch (kind) {
+    case RecordKind::kTrack:
+        return tr("Track without a name");
+    case RecordKind::kRoute:
+        return tr("Route without a name");
+    case RecordKind::kPoint:
+        break;
+    }
+    return isGeocache ? tr("Geocache without a name") : tr("Waypoint without a name");
 }
 
 std::string_view kindName(const RecordRow& row)
 {
     switch (row.kind) {
     case RecordKind::kTrack:
-        return "Track";
+        return tr("Track");
     case RecordKind::kRoute:
-        return "Route";
+        return tr("Route");
     case RecordKind::kPoint:
         break;
     }
-    return row.isGeocache ? "Geocache" : "Waypoint";
+    return row.isGeocache ? tr("Geocache") : tr("Waypoint");
 }
 
 std::string rowDetail(const RecordSet& records, const RecordRow& row,
@@ -161,22 +173,22 @@ std::vector<DetailLine> recordDetails(const RecordSet& records, const RecordRow&
 {
     Lines lines;
     const auto& record = recordOf(records, row);
-    lines.addText("Name", record, "name");
-    lines.add("Kind", std::string{kindName(row)});
-    lines.addText("Comment", record, "comment");
+    lines.addText(tr("Name"), record, "name");
+    lines.add(tr("Kind"), std::string{kindName(row)});
+    lines.addText(tr("Comment"), record, "comment");
     if (row.position) {
-        lines.add("Location", whereabouts(*row.position));
-        lines.add(row.kind == RecordKind::kPoint ? "Coordinates" : "Starts at",
+        lines.add(tr("Location"), whereabouts(*row.position));
+        lines.add(row.kind == RecordKind::kPoint ? tr("Coordinates") : tr("Starts at"),
                   coordinateText(row.position->latitude, row.position->longitude));
     }
     if (row.metres)
-        lines.add("Length", lengthText(*row.metres, presentation.units));
+        lines.add(tr("Length"), lengthText(*row.metres, presentation.units));
     if (row.kind == RecordKind::kPoint)
         addPoint(lines, records, row, presentation);
     else
         addTrack(lines, row, presentation);
     if (row.kind != RecordKind::kPoint)
-        lines.add("Points", numberText(static_cast<double>(row.points), 0));
+        lines.add(tr("Points"), numberText(static_cast<double>(row.points), 0));
     return lines.take();
 }
 
@@ -189,7 +201,8 @@ std::string_view shownZone(const std::optional<gps::GPSPoint>& position,
 std::string timeText(std::int64_t time, std::string_view zone)
 {
     const auto title = zoneTitle(zone, time);
-    return timeInZone(time, zone) + " " + (title == "UTC" ? title : title + " time");
+    const auto shown = timeInZone(time, zone);
+    return title == "UTC" ? shown + " UTC" : trFormat("{} {} time", shown, title);
 }
 
 } // namespace host

@@ -33,6 +33,9 @@ struct DetailLine {
 /// The name, safe to show, or what the list calls a record without one.
 [[nodiscard]] std::string rowName(const RecordRow& row);
 
+/// "Track without a name", or likewise for another kind.
+[[nodiscard]] std::string unnamedText(RecordKind kind, bool isGeocache);
+
 /// "Track", "Route", "Waypoint" or "Geocache".
 [[nodiscard]] std::string_view kindName(const RecordRow& row);
 

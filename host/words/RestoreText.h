@@ -13,9 +13,10 @@
 
 namespace host {
 
-/// The time of a backup: "2026-11-23 05:01:55 UTC".
+/// The time of a backup: "2026-11-23 05:01:55 UTC", or by this computer's clock, "2026-11-23
+/// 06:01:55 UTC+01:00".
 /// @param name  of the backup; anything else is returned as it is
-[[nodiscard]] std::string backupTimeText(std::string_view name);
+[[nodiscard]] std::string backupTimeText(std::string_view name, bool isUtc);
 
 /// "3 files, 12.5 kB"
 [[nodiscard]] std::string backupSizeText(const Backup& backup);

@@ -3,20 +3,24 @@
 
 #pragma once
 
-#include <fmt/format.h>
+#include "host/base/Translation.h"
 
 #include <string>
-#include <string_view>
 
 namespace host {
 
 /// What is said if nothing was written.
-/// @param work  "send" or "restore"
-[[nodiscard]] inline std::string stoppedEarlyText(std::string_view work)
+[[nodiscard]] inline std::string stoppedSendText()
 {
-    return fmt::format(
-        "The {} was stopped before anything was written: every file of the device is as it was.",
-        work);
+    return tr("The send was stopped before anything was written: every file of the device is as it "
+              "was.");
+}
+
+/// The same of a restore.
+[[nodiscard]] inline std::string stoppedRestoreText()
+{
+    return tr("The restore was stopped before anything was written: every file of the device is as "
+              "it was.");
 }
 
 } // namespace host

@@ -6,6 +6,7 @@
 
 #include "host/base/Sentences.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/words/DownloadMessages.h"
 #include "host/words/RecordCountText.h"
 
@@ -53,14 +54,13 @@ WatchText downloadText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
     const auto& output = event.report.output;
     if (output.state == OutputReport::State::kComplete)
         text.lines.push_back(
-            fmt::format("saved: {}: {}", output.path, recordCountText(event.report.written)));
+            trFormat("saved: {}: {}", output.path, recordCountText(event.report.written)));
     else if (errors.empty())
-        text.lines.push_back(fmt::format("{}: {}", isNewOnly ? "nothing new" : "nothing to save",
-                                         nameOf(event.device)));
+        text.lines.push_back(isNewOnly ? trFormat("nothing new: {}", nameOf(event.device))
+                                       : trFormat("nothing to save: {}", nameOf(event.device)));
     if (!errors.empty())
-        text.lines.push_back(fmt::format("failed: {}: {}{}", nameOf(event.device),
-                                         joined(errors, " "),
-                                         event.isRetried ? " Trying again." : ""));
+        text.lines.push_back(trFormat("failed: {}: {}", nameOf(event.device), joined(errors, " ")) +
+                             (event.isRetried ? tr(" Trying again.") : ""));
     return text;
 }
 
@@ -80,7 +80,7 @@ std::optional<WatchNotification> watchNotification(const WatchEvent& event, bool
     if (!isWorthANotification(event))
         return std::nullopt;
     const auto& name = event.device.name;
-    return WatchNotification{name.empty() ? "GPS receiver" : name,
+    return WatchNotification{name.empty() ? tr("GPS receiver") : name,
                              joined(watchText(event, isNewOnly, false).lines, "\n")};
 }
 
@@ -96,10 +96,10 @@ WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
         return {{"gone: " + device}};
     case WatchEvent::Kind::kListUnusable:
     case WatchEvent::Kind::kNotMounted:
-        return {{"note: " + (event.error ? sentencesOf(*event.error) : std::string{})}};
+        return {{trFormat("note: {}", event.error ? sentencesOf(*event.error) : std::string{})}};
     case WatchEvent::Kind::kUnmounted:
         if (event.error)
-            return {{fmt::format("failed: {}: {}", device, sentencesOf(*event.error))}};
+            return {{trFormat("failed: {}: {}", device, sentencesOf(*event.error))}};
         return {{fmt::format("unmounted: {}: it can be unplugged", device)}};
     case WatchEvent::Kind::kDownloaded:
         return downloadText(event, isNewOnly, isLogShown);

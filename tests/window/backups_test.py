@@ -28,7 +28,7 @@ class BackupsTest(story.Story):
         super().setUp()
         self.device = self.folder / "receiver"
         shutil.copytree(SAMPLES / "receiver", self.device)
-        self.environment = {"XDG_STATE_HOME": str(self.folder / "state")}
+        self.environment = {"XDG_STATE_HOME": str(self.folder / "state"), "TZ": "UTC"}
         self.original = self.contents(self.device)
 
     def send(self):
@@ -71,6 +71,27 @@ class BackupsTest(story.Story):
         opened.wait_until(lambda: len([name for name in opened.names("label") if is_time(name)])
                           == 2)
         self.assertEqual(len(self.backups()), 2)
+
+    def test_times_are_local_or_in_utc_as_the_preferences_say(self):
+        self.send()
+        kept = self.backups()[0]
+        kept.rename(kept.with_name("20260701T233000Z"))
+        self.environment["TZ"] = "Asia/Kolkata"
+        opened = self.show_backups()
+        opened.find("label", "2026-07-02 05:00:00 UTC+05:30")
+        opened.key("ctrl+comma")
+        opened.press("check box", "Times in UTC")
+        opened.find("label", "2026-07-01 23:30:00 UTC")
+
+    def test_every_backup_of_many_can_be_shown(self):
+        self.send()
+        first = self.backups()[0]
+        for day in range(1, 28):
+            shutil.copytree(first, first.with_name(f"202601{day:02}T120000Z"))
+        opened = self.show_backups()
+        opened.press("push button", "Show 3 More")
+        opened.find("label", "2026-01-01 12:00:00 UTC")
+        self.assertEqual(len(set(filter(is_time, opened.names("label")))), 28)
 
     def test_file_that_the_backup_does_not_have_is_announced_and_stays(self):
         self.send()

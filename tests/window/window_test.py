@@ -9,7 +9,32 @@ import subprocess
 
 import story
 import window
+from gi.repository import Atspi
 from story import PROGRAMS, RECEIVED, SAMPLES, begins
+
+GERMAN = """msgid ""
+msgstr "Content-Type: text/plain; charset=UTF-8\\n"
+"Plural-Forms: nplurals=2; plural=n != 1;\\n"
+
+msgid "Receivers"
+msgstr "Empf\u00e4nger"
+
+msgid "Received: {}."
+msgstr "Empfangen: {}."
+
+msgid "{} track"
+msgid_plural "{} tracks"
+msgstr[0] "{} Spur"
+msgstr[1] "{} Spuren"
+
+msgid "{} point"
+msgid_plural "{} points"
+msgstr[0] "{} Punkt"
+msgstr[1] "{} Punkte"
+
+msgid "Length"
+msgstr "L\u00e4nge"
+"""
 
 
 class WindowTest(story.Story):
@@ -176,12 +201,28 @@ class WindowTest(story.Story):
         messages = self.folder / "share" / "locale" / "de" / "LC_MESSAGES"
         messages.mkdir(parents=True)
         subprocess.run(["msgfmt", "-", "-o", messages / "magellangps-desktop.mo"], check=True,
-                       text=True, input='msgid ""\nmsgstr "Content-Type: text/plain; '
-                       'charset=UTF-8\\n"\n\nmsgid "Receivers"\nmsgstr "Empf\u00e4nger"\n')
-        with window.Window(programs / "magellangps-desktop",
+                       text=True, input=GERMAN)
+        with window.Window(programs / "magellangps-desktop", SAMPLES / "files" / "trip.log",
                            environment={"LANGUAGE": "de"}) as opened:
             opened.find("label", "Empf\u00e4nger")
             opened.find("label", "Records")  # has no translation here
+            opened.find("label", "Empfangen: 1 Spur (277 Punkte).")
+            opened.click("label", "Autumn walk")
+            opened.find("label", "L\u00e4nge")
+
+    def test_window_from_right_to_left_has_figures_and_maps_from_left_to_right(self):
+        self.environment = dict(self.environment, LANGUAGE="he")
+        opened = self.download(SAMPLES / "receiver")
+        opened.find("label", RECEIVED)
+        opened.click("label", "Kayak round")
+        opened.find("label", begins("5.40 km \u00b7 1 h 39 min \u00b7"))
+
+        def left_edge(role, name):
+            return opened.find(role, name).get_extents(Atspi.CoordType.WINDOW).x
+        self.assertGreater(left_edge("push button", "Download"), left_edge("filler", "Map"))
+        for page in ("Send", "Backups", "Saving", "Records"):
+            opened.press("page tab", page)
+        opened.find("label", str(SAMPLES / "receiver"))
 
 
 if __name__ == "__main__":

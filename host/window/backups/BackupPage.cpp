@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The list is filled anew whenever it is read. That is rare, and the oldest of many backups are
-// deleted, so it is short. Titles of rows would be markup unless told otherwise.
+// The list is filled anew whenever it is read. That is rare, and few of many backups are listed at
+// first. Titles of rows would be markup unless told otherwise.
 
 #include "host/window/backups/BackupPage.h"
 
@@ -20,7 +20,7 @@ namespace host {
 namespace {
 
 constexpr std::size_t kMostOfIdentifier = 60; // characters of an identifier
-constexpr std::size_t kMostListed = 100;      // of a device, that are listed
+constexpr std::size_t kBackupsAtOnce = 25;    // of a device, that are added to its list
 
 Gtk::Label* wrappedLabel(const Glib::ustring& text)
 {
@@ -63,7 +63,7 @@ Glib::ustring titleOf(const DeviceBackups& device)
     if (name.empty())
         return tr("The Selected Receiver");
     return Glib::ustring::compose(
-        tr(device.location.empty() ? "Receiver %1" : "The Selected Receiver: %1"), name);
+        device.location.empty() ? tr("Receiver %1") : tr("The Selected Receiver: %1"), name);
 }
 
 Glib::ustring remarkOn(const DeviceBackups& device)
@@ -103,15 +103,27 @@ void BackupPage::refresh()
         handlers_.list();
 }
 
+void BackupPage::setUtc(bool isUtc)
+{
+    if (std::exchange(isUtc_, isUtc) != isUtc)
+        fill();
+}
+
 void BackupPage::setBackups(const BackupState& state)
+{
+    state_ = state;
+    fill();
+}
+
+void BackupPage::fill()
 {
     rows_.clear();
     while (auto* const child = devices_.get_first_child())
         devices_.remove(*child);
-    for (const auto& device : state.devices)
+    for (const auto& device : state_.devices)
         addDevice(device);
-    empty_.set_visible(state.devices.empty());
-    empty_.set_text(state.folder.empty()
+    empty_.set_visible(state_.devices.empty());
+    empty_.set_text(state_.folder.empty()
                         ? tr("There is no home folder for backups.")
                         : tr("There are no backups yet. One is made before each send."));
     if (auto* const row = findRow(std::exchange(unfolded_, {})))
@@ -130,25 +142,45 @@ void BackupPage::addDevice(const DeviceBackups& device)
     list->set_selection_mode(Gtk::SelectionMode::NONE);
     list->add_css_class("boxed-list");
     nameForReaders(*list, titleOf(device).c_str());
-    for (std::size_t i = 0; i < std::min(device.complete.size(), kMostListed); ++i) {
+    for (const auto& damaged : device.damaged)
+        addTextRow(*list, backupTimeText(damaged.name, isUtc_), damagedBackupText(damaged));
+    list->set_visible(!device.complete.empty() || !device.damaged.empty());
+    auto* const more = Gtk::make_managed<Gtk::Button>();
+    more->set_margin_top(kSmallGap);
+    more->signal_clicked().connect([this, list, more, &device] {
+        addBackups(*list, *more, device, shown_[device.identifier]);
+    });
+    const auto shown = std::exchange(shown_[device.identifier], 0);
+    do
+        addBackups(*list, *more, device, shown_[device.identifier]);
+    while (shown_[device.identifier] < std::min(shown, device.complete.size()));
+    for (Gtk::Widget* const widget : std::initializer_list<Gtk::Widget*>{title, remark, list, more})
+        devices_.append(*widget);
+}
+
+// Adds some backups after those that are listed already, and says how many the button would add.
+void BackupPage::addBackups(Gtk::ListBox& list, Gtk::Button& more, const DeviceBackups& device,
+                            std::size_t begin)
+{
+    const auto end = std::min(begin + kBackupsAtOnce, device.complete.size());
+    for (std::size_t i = begin; i < end; ++i) {
         const auto& backup = device.complete[i];
         if (device.location.empty())
-            addTextRow(*list, backupTimeText(backup.name), backupSizeText(backup));
+            addTextRow(list, backupTimeText(backup.name, isUtc_), backupSizeText(backup));
         else
-            addRow(*list, backup);
+            addRow(list, backup);
     }
-    for (const auto& damaged : device.damaged)
-        addTextRow(*list, backupTimeText(damaged.name), damagedBackupText(damaged));
-    list->set_visible(!device.complete.empty() || !device.damaged.empty());
-    for (Gtk::Widget* const widget : std::initializer_list<Gtk::Widget*>{title, remark, list})
-        devices_.append(*widget);
+    shown_[device.identifier] = end;
+    const auto next = std::min(device.complete.size() - end, kBackupsAtOnce);
+    more.set_label(Glib::ustring::compose(tr("Show %1 More", "Show %1 More", next), next));
+    more.set_visible(next > 0);
 }
 
 void BackupPage::addRow(Gtk::ListBox& list, const Backup& backup)
 {
     auto* const expander = ADW_EXPANDER_ROW(adw_expander_row_new());
     Row row{.path = backup.path,
-            .time = backupTimeText(backup.name),
+            .time = backupTimeText(backup.name, isUtc_),
             .expander = expander,
             .changes = wrappedLabel({}),
             .restore = Gtk::make_managed<Gtk::Button>(tr("_Restore…"), true)};

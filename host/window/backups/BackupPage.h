@@ -9,7 +9,9 @@
 #include "host/window/backups/BackupState.h"
 #include "host/window/base/TransferBar.h"
 
+#include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,9 @@ public:
     /// Shows the backups. The one that was unfolded is compared again, if it is still there.
     void setBackups(const BackupState& state);
 
+    /// Shows times in UTC, or else by this computer's clock.
+    void setUtc(bool isUtc);
+
     /// Shows what restoring the backup that is unfolded would change.
     /// @param path  of the backup that was compared
     void setComparison(const std::string& path, const BackupComparison& comparison);
@@ -56,7 +61,10 @@ private:
         std::size_t changedFiles = 0;
     };
 
+    void fill();
     void addDevice(const DeviceBackups& device);
+    void addBackups(Gtk::ListBox& list, Gtk::Button& more, const DeviceBackups& device,
+                    std::size_t begin);
     void addRow(Gtk::ListBox& list, const Backup& backup);
     void setUnfolded(const std::string& path, bool isUnfolded);
     [[nodiscard]] Row* findRow(const std::string& path);
@@ -64,9 +72,12 @@ private:
     void updateButtons();
 
     Handlers handlers_;
+    BackupState state_;
+    std::map<std::string, std::size_t> shown_; // how many backups, by the devices' identifiers
     std::vector<Row> rows_;
     std::string unfolded_; // the path of the backup that is unfolded; empty: none
     bool isBusy_ = false;
+    bool isUtc_ = false;
 
     Gtk::Box content_{Gtk::Orientation::VERTICAL};
     TransferBar progress_;

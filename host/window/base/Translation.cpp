@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include <glib.h>
 #include <libintl.h>
 
 namespace host {
@@ -22,6 +23,11 @@ void openTranslations()
     const auto folder = program.parent_path().parent_path() / "share" / "locale";
     bindtextdomain(kTranslationDomain, folder.c_str());
     bind_textdomain_codeset(kTranslationDomain, "UTF-8");
+    setTranslations({.text = [](const char* text) { return g_dgettext(kTranslationDomain, text); },
+                     .counted =
+                         [](const char* one, const char* many, unsigned long count) {
+                             return g_dngettext(kTranslationDomain, one, many, count);
+                         }});
 }
 
 } // namespace host

@@ -3,9 +3,7 @@
 
 #include "host/window/map/MapNote.h"
 
-#include "host/window/base/Translation.h"
-
-#include <fmt/format.h>
+#include "host/base/TranslatedFormat.h"
 
 #include <algorithm>
 #include <vector>
@@ -21,29 +19,21 @@ bool isAnyTicked(const TickedRecords& ticked)
     return isAny(ticked.tracks) || isAny(ticked.routes) || isAny(ticked.points);
 }
 
-std::string withCount(const char* text, std::size_t count)
-{
-    return fmt::format(fmt::runtime(text), count);
-}
-
 std::string noteOnUnseen(std::size_t count)
 {
     if (count == 0)
         return {};
-    return withCount(tr("{} record has no valid coordinates and is not on the map.",
-                        "{} records have no valid coordinates and are not on the map.", count),
-                     count);
+    return trCounted(count, "{} record has no valid coordinates and is not on the map.",
+                     "{} records have no valid coordinates and are not on the map.", count);
 }
 
 std::string noteOnBeyond(std::size_t count)
 {
     if (count == 0)
         return {};
-    return withCount(
-        tr("{} record is nearer to a pole than this map shows, and is drawn at its edge.",
-           "{} records are nearer to a pole than this map shows, and are drawn at its edge.",
-           count),
-        count);
+    return trCounted(
+        count, "{} record is nearer to a pole than this map shows, and is drawn at its edge.",
+        "{} records are nearer to a pole than this map shows, and are drawn at its edge.", count);
 }
 
 } // namespace

@@ -5,11 +5,9 @@
 #include "host/window/map/TileFile.h"
 
 #include "host/base/Text.h"
-#include "host/window/base/Translation.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <gps/NumberText.h>
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -79,10 +77,8 @@ private:
 
 std::string notAMap(const std::string& path)
 {
-    return fmt::format(
-        fmt::runtime(tr("{}: this is not a map file. Choose an .mbtiles file with PNG or JPEG "
-                        "tiles.")),
-        displayText(path));
+    return trFormat("{}: this is not a map file. Choose an .mbtiles file with PNG or JPEG tiles.",
+                    displayText(path));
 }
 
 // Attributions are written for web pages. What is between angle brackets is left out.
@@ -104,7 +100,7 @@ std::shared_ptr<TileFile> TileFile::open(const std::string& path, std::string& f
 {
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored)) { // a pipe would never answer
-        failure = fmt::format(fmt::runtime(tr("{}: there is no such file.")), displayText(path));
+        failure = trFormat("{}: there is no such file.", displayText(path));
         return nullptr;
     }
     sqlite3* opened = nullptr;
@@ -112,7 +108,7 @@ std::shared_ptr<TileFile> TileFile::open(const std::string& path, std::string& f
         sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
     Database database{opened, sqlite3_close};
     if (status != SQLITE_OK) {
-        failure = fmt::format(fmt::runtime(tr("{}: the file cannot be read.")), displayText(path));
+        failure = trFormat("{}: the file cannot be read.", displayText(path));
         return nullptr;
     }
     sqlite3_limit(opened, SQLITE_LIMIT_LENGTH, kMostBytes);

@@ -4,6 +4,7 @@
 
 #include "host/window/map/TrackMap.h"
 
+#include "host/base/TranslatedFormat.h"
 #include "host/points/Points.h"
 #include "host/window/base/Accessible.h"
 #include "host/window/base/MainLoop.h"
@@ -12,8 +13,9 @@
 #include "host/window/map/MapNote.h"
 #include "host/window/map/MapSourceAction.h"
 #include "host/window/map/TileSource.h"
+#include "host/words/RecordDetail.h"
 
-#include <fmt/format.h>
+#include <gps/Geocache.h>
 
 #include <algorithm>
 #include <array>
@@ -91,17 +93,11 @@ Gtk::Button* newControl(const char* icon, const char* name, const std::function<
     return button;
 }
 
-const char* unnamedText(RecordKind kind)
+std::string nameOfUnnamed(const RecordSet& records, const RecordRef& record)
 {
-    switch (kind) {
-    case RecordKind::kTrack:
-        return tr("Track without a name");
-    case RecordKind::kRoute:
-        return tr("Route without a name");
-    case RecordKind::kPoint:
-        break;
-    }
-    return tr("Waypoint without a name");
+    const bool isPoint = record.kind == RecordKind::kPoint;
+    return unnamedText(record.kind,
+                       isPoint && gps::isGeocache(records.points[record.index].record));
 }
 
 } // namespace
@@ -435,13 +431,13 @@ bool TrackMap::describe(double x, double y, const Glib::RefPtr<Gtk::Tooltip>& to
     if (!hit || !scene_.records)
         return false;
     if (hit->count > 1) {
-        tooltip->set_text(fmt::format(
-            fmt::runtime(tr("{} waypoint", "{} waypoints and geocaches", hit->count)), hit->count));
+        tooltip->set_text(trCounted(hit->count, "{} waypoint or geocache",
+                                    "{} waypoints and geocaches", hit->count));
         return true;
     }
     constexpr std::size_t kMostCharacters = 100;
     const auto name = nameOnMap(*records_, hit->record, kMostCharacters);
-    tooltip->set_text(name.empty() ? unnamedText(hit->record.kind) : name.c_str());
+    tooltip->set_text(name.empty() ? nameOfUnnamed(*records_, hit->record) : name);
     return true;
 }
 

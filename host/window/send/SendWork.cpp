@@ -86,8 +86,8 @@ SendResult resultOf(const PreparedSend& plan, const SendReport& report)
         report.isComplete()
             ? Glib::ustring::compose(tr("Sent, and read back from the receiver: %1"),
                                      summaryOf(plan))
-            : Glib::ustring{
-                  tr(isNothingWritten(report) ? "Nothing was sent." : "Not everything was sent.")};
+            : Glib::ustring{isNothingWritten(report) ? tr("Nothing was sent.")
+                                                     : tr("Not everything was sent.")};
     return result;
 }
 

@@ -2,7 +2,11 @@
 
 #include "host/words/RestoreText.h"
 
+#include <support/Variable.h>
+
 #include <gmock/gmock.h>
+
+#include <time.h>
 
 namespace {
 
@@ -12,10 +16,28 @@ using testing::SizeIs;
 
 TEST(RestoreText, NameOfABackupIsItsTime)
 {
-    EXPECT_EQ(host::backupTimeText("20261123T050155Z"), "2026-11-23 05:01:55 UTC");
-    EXPECT_EQ(host::backupTimeText("20261123T050155Z-12"), "2026-11-23 05:01:55 UTC");
-    for (const char* const other : {"", "20261123T050155", "20261123-050155Z", "my backup"})
-        EXPECT_EQ(host::backupTimeText(other), other);
+    EXPECT_EQ(host::backupTimeText("20261123T050155Z", true), "2026-11-23 05:01:55 UTC");
+    EXPECT_EQ(host::backupTimeText("20261123T050155Z-12", true), "2026-11-23 05:01:55 UTC");
+    for (const char* const other : {"", "20261123T050155", "20261123-050155Z", "my backup",
+                                    "20261323T050155Z", "2026112xT050155Z", "20261131T050155Z"}) {
+        EXPECT_EQ(host::backupTimeText(other, true), other);
+        EXPECT_EQ(host::backupTimeText(other, false), other);
+    }
+}
+
+TEST(RestoreText, TimeOfABackupIsThatOfThisComputersClockUnlessInUtc)
+{
+    const support::Variable variable{"TZ", "America/St_Johns"};
+    ::tzset();
+    EXPECT_EQ(host::backupTimeText("20260701T010000Z", false), "2026-06-30 22:30:00 UTC-02:30");
+    EXPECT_EQ(host::backupTimeText("20260701T010000Z", true), "2026-07-01 01:00:00 UTC");
+}
+
+TEST(RestoreText, TimeIsCalledUtcWhereClocksShowIt)
+{
+    const support::Variable variable{"TZ", "UTC"};
+    ::tzset();
+    EXPECT_EQ(host::backupTimeText("20260701T010000Z", false), "2026-07-01 01:00:00 UTC");
 }
 
 TEST(RestoreText, SizeIsFilesAndBytes)

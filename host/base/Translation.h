@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Texts for users, in their language if the front end has translations. The English text is the
+// key; where there is no translation, it is used itself. The command line has none, because scripts
+// read its texts; those of the window come from gettext. The template for translators is
+// host/window/po/magellangps-desktop.pot, made by scripts/window-template. [any]
+
+#pragma once
+
+namespace host {
+
+/// Where translations come from; English without them.
+struct Translations {
+    const char* (*text)(const char* text) = [](const char* english) { return english; };
+    const char* (*counted)(const char* one, const char* many, unsigned long count) =
+        [](const char* one, const char* many, unsigned long count) {
+            return count == 1 ? one : many;
+        };
+};
+
+/// Precondition: no other thread runs yet. Without a call all texts are English.
+void setTranslations(const Translations& chosen) noexcept;
+
+/// Returns a text in the user's language.
+[[nodiscard]] const char* tr(const char* text);
+
+/// Returns the text for a number of things.
+[[nodiscard]] const char* tr(const char* one, const char* many, unsigned long count);
+
+} // namespace host
