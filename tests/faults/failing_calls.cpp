@@ -10,8 +10,8 @@
 //   FAULT_KIND   "once": that call fails with FAULT_ERROR, an errno value; "gone": it fails and so
 //                do all later ones, as if the volume had been pulled out; "kill": the process is
 //                killed instead of the call, or half-way through it if it writes; "stop": the
-//                process gets a SIGINT, and the call is made; "wait": the call is made once there
-//                is no file FAULT_GATE any more
+//                process gets a SIGINT, and the call is made; "wait": the call is made once the
+//                file FAULT_GATE does not exist any more
 //   FAULT_LOG    a file that gets a line for each counted call: its name and its path
 
 #include <gps/NumberText.h>
