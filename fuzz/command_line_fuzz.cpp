@@ -6,8 +6,8 @@
 
 #include <host/base/Text.h>
 #include <host/cli/CommandLine.h>
-#include <host/options/CommandTable.h>
 #include <host/commandline/Completion.h>
+#include <host/options/CommandTable.h>
 
 #include <CLI/CLI.hpp>
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// A run is one word: "new" or "more", then "-first" and "-last" for points to drop.
 
 #include "host/formats/KmlRuns.h"
 

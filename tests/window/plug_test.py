@@ -121,7 +121,7 @@ class PlugTest(story.Story):
              json.dumps({"folder": str(self.receiver)})], stdout=subprocess.PIPE, text=True)
         self.addCleanup(service.stdout.close)
         self.addCleanup(service.wait)
-        self.addCleanup(service.terminate)
+        self.addCleanup(service.kill)  # ends it even while it is stopped
         while service.stdout.readline() != "ready\n":
             pass
         return service
@@ -198,8 +198,8 @@ class PlugTest(story.Story):
         opened.find("push button", 'Mount vfat "OTHER"')
         os.kill(service.pid, signal.SIGSTOP)  # the import waits for the end of the mounting
         opened.press("push button", 'Mount vfat "OTHER"')
-        subprocess.run([PROGRAMS / "magellangps-desktop", SAMPLES / "files" / "trip.log"],
-                       check=True, env=opened.environment)
+        self.open_also(opened, SAMPLES / "files" / "trip.log")
+        opened.find("push button", "Stop")
         opened.press("push button", "Eject")
         opened.find("label", begins("The receiver was not ejected, because a transfer is running."))
         os.kill(service.pid, signal.SIGCONT)

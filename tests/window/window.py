@@ -39,7 +39,11 @@ class Window:
     def __exit__(self, *_):
         if self.process.poll() is None:
             self.process.terminate()
-            self.process.wait()
+            try:
+                self.process.wait(PATIENCE)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
         self.home.cleanup()
 
     def find(self, role, name):

@@ -382,7 +382,7 @@ TEST(PlanReport, SummaryNamesTheKindsThatThereAre)
     const gps::Dictionary waypoint{{"name", "A"}};
     const gps::Dictionary geocache{
         {"name", "G"}, {"symbol", "Geocache"}, {"geocacheType", "Traditional"}};
-    const gps::Dictionary route{{"name", "R"}};
+    const gps::Dictionary route{{"name", "R"}, {"points", gps::Array{waypoint}}};
     EXPECT_EQ(host::dataSummary({{"waypoint", gps::Array{waypoint, geocache, waypoint}},
                                  {"route", gps::Array{route}},
                                  {"track", "none"}}),
