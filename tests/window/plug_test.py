@@ -198,6 +198,7 @@ class PlugTest(story.Story):
         opened.find("push button", 'Mount vfat "OTHER"')
         os.kill(service.pid, signal.SIGSTOP)  # the import waits for the end of the mounting
         opened.press("push button", 'Mount vfat "OTHER"')
+        opened.wait_until(lambda: not opened.can_be_used("push button", 'Mount vfat "OTHER"'))
         self.open_also(opened, SAMPLES / "files" / "trip.log")
         opened.find("push button", "Stop")
         opened.press("push button", "Eject")

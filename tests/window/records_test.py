@@ -43,6 +43,7 @@ class RecordsTest(story.Story):
     def choose(self, opened, item):
         opened.press("push button", "Sort")
         opened.click("menu item", item)
+        opened.wait_until(lambda: item not in opened.names("menu item"))
 
     def test_click_on_a_row_selects_it_and_ticks_nothing(self):
         opened = self.download()

@@ -125,7 +125,11 @@ void DevicePane::showUnmounted()
         auto* const button = Gtk::make_managed<Gtk::Button>(
             Glib::ustring::compose(tr("Mount %1"), displayText(disk.title, kMostInNarrowLine)));
         button->set_tooltip_text(displayText(disk.node));
-        button->signal_clicked().connect([this, node = disk.node] { handlers_.mount(node); });
+        // A new state follows, with a new button.
+        button->signal_clicked().connect([this, button, node = disk.node] {
+            button->set_sensitive(false);
+            handlers_.mount(node);
+        });
         unmounted_.append(*button);
     }
 }
