@@ -15,7 +15,7 @@ namespace host {
 namespace {
 
 // Every text of a geocache but its name.
-constexpr auto kGeocacheTexts = std::span{gps::kGeocacheKeys}.subspan<1>();
+constexpr auto kHashedTexts = std::span{gps::kGeocacheKeys}.subspan<1>();
 
 class Hash {
 public:
@@ -70,7 +70,7 @@ StoredRecord storedGeocache(const gps::Dictionary& record)
 {
     Hash hash;
     addAltitude(record, hash);
-    for (const auto key : kGeocacheTexts)
+    for (const auto key : kHashedTexts)
         hash.add(textIn(record, key));
     return {positionOf(record), hash.value()};
 }

@@ -23,6 +23,7 @@ std::string kindText(const std::string& name)
 std::string kindsText(const std::vector<gps::TransferKind>& kinds)
 {
     std::vector<std::string> names;
+    names.reserve(kinds.size());
     for (const auto kind : kinds)
         names.push_back(kindText(std::string{kindName(kind)}));
     return joined(names, ", ");

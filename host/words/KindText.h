@@ -10,9 +10,8 @@
 
 namespace host {
 
-/// @param name  of a kind in accounts: "tracks", "routes", "waypoints" or "geocaches". Anything
-/// else
-///              is returned as it is
+/// @param name  of a kind in accounts: "tracks", "routes", "waypoints" or "geocaches"
+/// @return      any other name as it is
 [[nodiscard]] std::string kindText(const std::string& name);
 
 /// "waypoints, tracks"

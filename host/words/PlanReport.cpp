@@ -108,7 +108,7 @@ std::string droppedLinesOf(const gps::PlannedFile& file, const PreparedSend& sen
 
 std::string lineFor(const TextChange& change)
 {
-    auto line = trFormat("{} {}: \"{}\" becomes \"{}\"", change.kind, change.key, change.before,
+    auto line = trFormat(R"({} {}: "{}" becomes "{}")", change.kind, change.key, change.before,
                          change.after);
     return change.dropped.empty() ? line : trFormat("{}, without \"{}\"", line, change.dropped);
 }
