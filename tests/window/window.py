@@ -177,9 +177,9 @@ def _find(widget, role, matches):
 
 
 def _names(widget):
-    """The name of a widget, and those of the labels in it."""
-    yield widget.get_name()
+    """The name of a widget, and those of the labels in it; spaces may be unbreakable there."""
+    yield widget.get_name().replace("\xa0", " ")
     for i in range(widget.get_child_count()):
         child = widget.get_child_at_index(i)
         if child and child.get_role_name() == "label":
-            yield child.get_name()
+            yield child.get_name().replace("\xa0", " ")

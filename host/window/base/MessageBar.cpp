@@ -4,6 +4,7 @@
 #include "host/window/base/MessageBar.h"
 
 #include "host/base/Text.h"
+#include "host/window/base/Layout.h"
 
 #include <string>
 
@@ -13,7 +14,8 @@ MessageBar::MessageBar()
 {
     set_show_close_button(true);
     signal_response().connect([this](int) { set_revealed(false); });
-    auto* const box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
+    auto* const box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kSmallGap);
+    box->set_margin(kSmallGap);
     for (auto* const label : {&sentence_, &messages_}) {
         label->set_wrap(true);
         label->set_xalign(0);

@@ -5,6 +5,8 @@
 
 #include "host/window/base/Accessible.h"
 
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +20,21 @@ void makeLine(Gtk::Label& label)
 {
     label.set_xalign(0);
     label.set_ellipsize(Pango::EllipsizeMode::END);
+}
+
+// A line ends between two figures only, such as "1 h 39 min · 23 m up", not within one.
+std::string breakingBetweenFigures(std::string_view detail)
+{
+    constexpr std::string_view kDot = "·";
+    constexpr std::string_view kUnbreakable = "\u00A0";
+    std::string text;
+    for (const char c : detail) {
+        if (c == ' ' && !text.ends_with(kDot))
+            text += kUnbreakable;
+        else
+            text += c;
+    }
+    return text;
 }
 
 } // namespace
@@ -58,7 +75,7 @@ void RecordRowWidget::show(const Look& look, bool isTicked,
     setTicked(isTicked);
     toggled_ = std::move(toggled);
     name_.set_text(look.name);
-    detail_.set_text(look.detail);
+    detail_.set_text(breakingBetweenFigures(look.detail));
     detail_.set_tooltip_text(look.detail);
     color_ = look.line;
     isDashed_ = look.isDashed;

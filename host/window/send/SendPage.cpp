@@ -19,7 +19,6 @@ using Fate = PlannedRecord::Fate;
 
 constexpr int kPlanHeight = 150;        // of the list of changes
 constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
-constexpr int kMostInLine = 80;         // characters
 constexpr std::size_t kMostOfName = 60; // characters of a name
 
 const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
@@ -158,16 +157,17 @@ Gtk::Widget* SendPage::planView()
 
 Gtk::Widget* SendPage::actionBar()
 {
-    auto* const bar = Gtk::make_managed<Gtk::ActionBar>();
+    auto* const bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
+    bar->add_css_class("toolbar");
     summary_.set_wrap(true);
     summary_.set_xalign(0);
-    summary_.set_max_width_chars(kMostInLine);
+    summary_.set_hexpand(true);
     send_.set_label(tr("Send"));
     send_.add_css_class("suggested-action");
     send_.signal_clicked().connect([this] { handlers_.send(choice_, preview_); });
-    bar->pack_start(spinner_);
-    bar->pack_start(summary_);
-    bar->pack_end(send_);
+    bar->append(spinner_);
+    bar->append(summary_);
+    bar->append(send_);
     return bar;
 }
 
@@ -274,6 +274,7 @@ void SendPage::showState()
     content_.set_visible(isReady);
     const bool isWaiting = isReady && !isPreviewed_ && !isBusy_;
     spinner_.set_spinning(isWaiting);
+    spinner_.set_visible(isWaiting);
     summary_.set_text(isPreviewed_ ? preview_.summary : "");
     send_.set_sensitive(isPreviewed_ && !isBusy_ && preview_.canSend);
 }
