@@ -36,4 +36,12 @@ template <typename... Arguments>
                         fmt::make_format_args(arguments...));
 }
 
+/// The same for a text of a table. Precondition: both texts fit the values.
+template <typename... Arguments> [[nodiscard]] std::string
+trCounted(unsigned long count, const CountedText& text, Arguments&&... arguments)
+{
+    return formatEither(tr(text, count), count == 1 ? text.one : text.many,
+                        fmt::make_format_args(arguments...));
+}
+
 } // namespace host

@@ -30,4 +30,9 @@ const char* tr(const char* one, const char* many, unsigned long count)
     return translations().counted(one, many, count);
 }
 
+const char* tr(const CountedText& text, unsigned long count)
+{
+    return tr(text.one, text.many, count);
+}
+
 } // namespace host

@@ -17,6 +17,23 @@ struct Translations {
         };
 };
 
+/// A text for one thing and one for several.
+struct CountedText {
+    const char* one;
+    const char* many;
+};
+
+/// Marks a text of a table for the template of the translation; it is translated when it is shown.
+constexpr const char* marked(const char* text)
+{
+    return text;
+}
+
+constexpr CountedText marked(const char* one, const char* many)
+{
+    return {one, many};
+}
+
 /// Precondition: no other thread runs yet. Without a call all texts are English.
 void setTranslations(const Translations& chosen) noexcept;
 
@@ -25,5 +42,6 @@ void setTranslations(const Translations& chosen) noexcept;
 
 /// Returns the text for a number of things.
 [[nodiscard]] const char* tr(const char* one, const char* many, unsigned long count);
+[[nodiscard]] const char* tr(const CountedText& text, unsigned long count);
 
 } // namespace host

@@ -18,12 +18,6 @@ struct Shortcut {
     const char* title;
 };
 
-// Marks a text for the template of the translation; it is translated when it is shown.
-constexpr const char* marked(const char* text)
-{
-    return text;
-}
-
 constexpr std::array kShortcuts{
     Shortcut{"<Control>d", "win.download", marked("Download")},
     Shortcut{"<Control>o", "win.import", marked("Import files")},

@@ -6,7 +6,7 @@
 
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
-#include "host/words/KindText.h"
+#include "host/words/TermText.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -77,7 +77,7 @@ std::string serialTallyText(const KindTally& tally)
         damaged,
         "While {} were read, {} sentence arrived damaged. A receiver sends such a sentence again.",
         "While {} were read, {} sentences arrived damaged. A receiver sends such a sentence again.",
-        kindText(tally.kind), groupedText(damaged));
+        termText(tally.kind), groupedText(damaged));
 }
 
 // Without the word that all commands begin with: "BAUD,115200".
@@ -94,7 +94,7 @@ std::string phaseText(const SessionGap& gap, std::string_view reason)
                              : countedOf(gap.subject, gap.count);
     return trFormat("{} while {} were read; {} arrived. Check the cable and the receiver's "
                     "batteries, and try again.",
-                    reason, kindText(gap.subject), arrived);
+                    reason, termText(gap.subject), arrived);
 }
 
 std::string commandText(const SessionGap& gap)
@@ -148,7 +148,7 @@ std::string gapText(const SessionGap& gap)
 {
     switch (gap.cause) {
     case Cause::kNotReached:
-        return trFormat("The session ended before the {} were read.", kindText(gap.subject));
+        return trFormat("The session ended before the {} were read.", termText(gap.subject));
     case Cause::kSilence:
         return phaseText(gap, tr("The receiver stopped sending"));
     case Cause::kDamage:

@@ -10,8 +10,8 @@
 #include "host/bundle/SerialPort.h"
 #include "host/points/Points.h"
 #include "host/words/AccountText.h"
-#include "host/words/KindText.h"
 #include "host/words/RecordCountText.h"
+#include "host/words/TermText.h"
 
 #include <fmt/format.h>
 
@@ -46,7 +46,7 @@ std::string leftOutText(const OperationReport& report)
         return tr("Records of the kind where it broke off are missing.");
     const auto& last = report.account->files.back();
     const auto name = std::filesystem::path{last.path}.filename().string();
-    const auto kind = kindText(last.kind);
+    const auto kind = termText(last.kind);
     return last.kind == "waypoints"
                ? trFormat("Missing: the {} of {} and of the files after it, and all geocaches.",
                           kind, name)
@@ -114,7 +114,7 @@ void addGaps(std::vector<Message>& messages, const OperationReport& report)
         if (report.isInterrupted && !gap.isClosingDown) // a consequence of the stop
             continue;
         if (gap.cause == SessionGap::Cause::kNotReached)
-            notReached.append(notReached.empty() ? "" : ", ").append(kindText(gap.subject));
+            notReached.append(notReached.empty() ? "" : ", ").append(termText(gap.subject));
         else
             messages.push_back({true, gapText(gap)});
     }

@@ -4,6 +4,7 @@
 #include "host/words/FigureText.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <gps/NumberText.h>
 
@@ -98,15 +99,15 @@ std::string durationText(double seconds)
     if (std::isnan(seconds))
         return kUnknownText;
     if (seconds < 60)
-        return numberText(seconds, 0) + " s";
+        return trFormat("{} s", numberText(seconds, 0));
     const auto minutes = rounded(seconds / 60);
     const auto hours = minutes / kHour;
     if (hours == 0)
-        return fmt::format("{} min", minutes);
+        return trFormat("{} min", minutes);
     if (hours < 2 * kDay)
-        return fmt::format("{} h {:02} min", hours, minutes % kHour);
+        return trFormat("{} h {:02} min", hours, minutes % kHour);
     const auto days = hours / kDay;
-    return fmt::format("{} d {} h", numberText(static_cast<double>(days), 0), hours % kDay);
+    return trFormat("{} d {} h", numberText(static_cast<double>(days), 0), hours % kDay);
 }
 
 std::string coordinateText(double latitude, double longitude)

@@ -15,6 +15,7 @@
 #include "host/words/AccountText.h"
 #include "host/words/RecordCountText.h"
 #include "host/words/StopText.h"
+#include "host/words/TermText.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/Paths.h>
@@ -108,8 +109,8 @@ std::string droppedLinesOf(const gps::PlannedFile& file, const PreparedSend& sen
 
 std::string lineFor(const TextChange& change)
 {
-    auto line = trFormat(R"({} {}: "{}" becomes "{}")", change.kind, change.key, change.before,
-                         change.after);
+    auto line = trFormat(R"({} {}: "{}" becomes "{}")", termText(change.kind), termText(change.key),
+                         change.before, change.after);
     return change.dropped.empty() ? line : trFormat("{}, without \"{}\"", line, change.dropped);
 }
 
@@ -142,13 +143,18 @@ std::vector<std::string> trackNamesIn(const gps::Dictionary& data)
 
 std::string pointCount(std::string_view kind, std::size_t count)
 {
-    const auto number = groupedText(count);
     if (kind == "tracks")
-        return trCounted(count, "{} track point", "{} track points", number);
+        return countText("track point", count);
     if (kind == "routes")
-        return trCounted(count, "{} route point", "{} route points", number);
-    return kind == "geocaches" ? trCounted(count, "{} geocache", "{} geocaches", number)
-                               : trCounted(count, "{} waypoint", "{} waypoints", number);
+        return countText("route point", count);
+    return countText(kind == "geocaches" ? "geocache" : "waypoint", count);
+}
+
+// @param records  "2 waypoints"
+std::string timesOutOfRangeText(std::size_t count, std::string_view records)
+{
+    return trCounted(count, "The device does not store the time of {}: not from 1980 to 2079.",
+                     "The device does not store the times of {}: not from 1980 to 2079.", records);
 }
 
 std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
@@ -160,9 +166,7 @@ std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
                          listOf(trackNamesIn(*send.request.data), lost.records));
     const auto points = pointCount(lost.kind, lost.records);
     if (lost.field == "time" && lost.kind == "tracks")
-        return trCounted(
-            lost.records, "The device does not store the time of {}: not from 1980 to 2079.",
-            "The device does not store the times of {}: not from 1980 to 2079.", points);
+        return timesOutOfRangeText(lost.records, points);
     if (lost.field == "altitude")
         return trFormat("The elevation of {} is unknown and will be stored as 0.", points);
     return trCounted(lost.records, "The device does not store the time of {}.",
@@ -171,18 +175,18 @@ std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
 
 std::string lineFor(const UnstoredText& text)
 {
-    const auto* const plural = text.records == 1 ? "" : "s";
+    const auto records = countText(text.noun, text.records);
     if (text.field == "found")
-        return fmt::format("{} {}{} found without a date that the device stores, and will not "
-                           "count as found.",
-                           groupedText(text.records), text.noun,
-                           text.records == 1 ? " was" : "s were");
+        return trCounted(text.records,
+                         "{} was found without a date that the device stores, and will not count "
+                         "as found.",
+                         "{} were found without a date that the device stores, and will not count "
+                         "as found.",
+                         records);
     if (text.field == "time")
-        return fmt::format("The device does not store the time{} of {} {}{}: not from 1980 to "
-                           "2079.",
-                           plural, groupedText(text.records), text.noun, plural);
-    return fmt::format("The device does not store the {}{} of {} {}{}.", text.field, plural,
-                       groupedText(text.records), text.noun, plural);
+        return timesOutOfRangeText(text.records, records);
+    return trFormat("The device does not store the {} of {}.", fieldText(text.field, text.records),
+                    records);
 }
 
 std::string impossibleAltitudesText(std::size_t count)
@@ -210,9 +214,10 @@ std::string lineFor(const std::vector<ReplacedRecord>& replaced)
 {
     std::vector<std::string> names;
     for (std::size_t i = 0; i < std::min(replaced.size(), kMostRecords); ++i)
-        names.push_back(fmt::format("{} {}", replaced[i].kind, quotedName(replaced[i].name)));
-    return fmt::format("Replaced on the device by what has the same name: {}.",
-                       listOf(names, replaced.size()));
+        names.push_back(
+            fmt::format("{} {}", termText(replaced[i].kind), quotedName(replaced[i].name)));
+    return trFormat("Replaced on the device by what has the same name: {}.",
+                    listOf(names, replaced.size()));
 }
 
 // Whether a file's error is what stops the send, which is reported once.
@@ -262,22 +267,26 @@ void addFiles(const SendReport& report, std::vector<std::string>& sentences)
 
 std::string lossOf(const SentFile& file, const SendReport& report)
 {
-    const auto what = fmt::format("{} of the receiver's records in this file were lost, because "
-                                  "the file could not be read during the send.",
-                                  file.lostRecords);
+    const auto what =
+        trCounted(file.lostRecords,
+                  "{} of the receiver's records in this file was lost, because the file could not "
+                  "be read during the send.",
+                  "{} of the receiver's records in this file were lost, because the file could not "
+                  "be read during the send.",
+                  file.lostRecords);
     if (file.result == SentFile::Result::kPutBack)
-        return fmt::format("{} The file was put back as it was before the send: nothing is lost, "
-                           "and nothing was added. Send again. Path: {}",
-                           what, file.path);
+        return trFormat("{} The file was put back as it was before the send: nothing is lost, "
+                        "and nothing was added. Send again. Path: {}",
+                        what, file.path);
     const auto nextStep =
         report.backup
             ? advice(fmt::format("Put the backup back with \"magellangps restore "
                                  "{}\".",
                                  report.backup->name),
-                     fmt::format("Put the backup {} back: see \"Backups\".", report.backup->name))
-            : std::string{"There is no backup."};
-    return fmt::format("{} It could not be put back: {} {}", what, sentencesOf(*file.writeError),
-                       nextStep);
+                     trFormat("Put the backup {} back: see \"Backups\".", report.backup->name))
+            : std::string{tr("There is no backup.")};
+    return trFormat("{} It could not be put back: {} {}", what, sentencesOf(*file.writeError),
+                    nextStep);
 }
 
 void addLosses(const SendReport& report, std::vector<std::string>& sentences)
@@ -350,30 +359,40 @@ void addMissingKinds(const SendReport& report, const PreparedSend& send,
 {
     if (report.missingKinds.empty())
         return;
-    std::vector<std::string> names;
-    for (const auto kind : report.missingKinds)
-        names.emplace_back(kindName(kind));
     const auto reason =
-        send.canSend ? std::string{"The send broke off."}
-                     : fmt::format("The driver {} cannot send. Connect a receiver that mounts as a "
-                                   "disk{}.",
-                                   driverName(*send.device.driver),
-                                   advice(", or name its location with --device", ""));
-    sentences.push_back(fmt::format("{} Missing: {}.", reason, joined(names, ", ")));
+        send.canSend ? std::string{tr("The send broke off.")}
+                     : trFormat("The driver {} cannot send. Connect a receiver that mounts as a "
+                                "disk{}.",
+                                driverName(*send.device.driver),
+                                advice(", or name its location with --device", ""));
+    sentences.push_back(trFormat("{} Missing: {}.", reason, kindsText(report.missingKinds)));
 }
 
-// @param isNot, areNot  the verb for one record and for several
-void addMissingRecords(const std::vector<MissingRecord>& missing, std::string_view isNot,
-                       std::string_view areNot, std::vector<std::string>& sentences)
+// @param wasSent  otherwise it is the plan's
+std::string missingText(const MissingRecord& record, bool wasSent)
+{
+    const auto kind = termText(record.kind);
+    const auto name = record.name ? '"' + *record.name + '"' : tr("without a name");
+    return wasSent ? trFormat("The {} {} is not on the device.", kind, name)
+                   : trFormat("The {} {} would not be on the device.", kind, name);
+}
+
+std::string moreMissingText(std::size_t count, bool wasSent)
+{
+    return wasSent ? trCounted(count, "And {} more record is not on the device.",
+                               "And {} more records are not on the device.", count)
+                   : trCounted(count, "And {} more record would not be on the device.",
+                               "And {} more records would not be on the device.", count);
+}
+
+void addMissingRecords(const std::vector<MissingRecord>& missing, bool wasSent,
+                       std::vector<std::string>& sentences)
 {
     const auto named = std::min(missing.size(), kMostRecords);
     for (std::size_t i = 0; i < named; ++i)
-        sentences.push_back(
-            fmt::format("The {} {} {} on the device.", missing[i].kind,
-                        missing[i].name ? '"' + *missing[i].name + '"' : "without a name", isNot));
+        sentences.push_back(missingText(missing[i], wasSent));
     if (missing.size() > named)
-        sentences.push_back(
-            fmt::format("And {} more records {} on the device.", missing.size() - named, areNot));
+        sentences.push_back(moreMissingText(missing.size() - named, wasSent));
 }
 
 void addFaults(const PreparedSend& send, std::vector<std::string>& sentences)
@@ -382,8 +401,9 @@ void addFaults(const PreparedSend& send, std::vector<std::string>& sentences)
     for (std::size_t i = 0; i < named; ++i)
         sentences.push_back(sentencesOf(send.faults[i]));
     if (send.faults.size() > named)
-        sentences.push_back(
-            fmt::format("And {} more such records.", groupedText(send.faults.size() - named)));
+        sentences.push_back(trCounted(send.faults.size() - named, "And {} more such record.",
+                                      "And {} more such records.",
+                                      groupedText(send.faults.size() - named)));
 }
 
 } // namespace
@@ -408,8 +428,8 @@ std::string planReport(const PreparedSend& send)
     for (const auto& lost : send.plan.lostFields)
         append(lineFor(lost, send));
     if (!send.repeated.isEmpty())
-        append(fmt::format("In the files more than once, and sent once: {}.",
-                           recordCountText(send.repeated)));
+        append(trFormat("In the files more than once, and sent once: {}.",
+                        recordCountText(send.repeated)));
     if (!send.replaced.empty())
         append(lineFor(send.replaced));
     if (!send.present.isEmpty())
@@ -426,8 +446,8 @@ std::vector<std::string> emptyRecordErrors(const PreparedSend& send)
     const auto& records = send.emptyRecords;
     const auto named = std::min(records.size(), kMostRecords);
     for (std::size_t i = 0; i < named; ++i)
-        sentences.push_back(fmt::format("The {} {} has no points, so it was left out.",
-                                        records[i].kind, quotedName(records[i].name)));
+        sentences.push_back(trFormat("The {} {} has no points, so it was left out.",
+                                     termText(records[i].kind), quotedName(records[i].name)));
     if (records.size() > named)
         sentences.push_back(trFormat("Left out, because they have no points: {} more.",
                                      groupedText(records.size() - named)));
@@ -448,13 +468,13 @@ std::vector<std::string> planErrors(const PreparedSend& send)
             continue;
         sentences.push_back(sentencesOf(*file.error));
         if (file.action == Action::kMerge)
-            sentences.push_back(fmt::format("The present content of this file cannot be merged: a "
-                                            "send replaces it. {} Path: {}",
-                                            send.request.backup ? "The backup keeps a copy."
-                                                                : "No backup keeps a copy.",
-                                            file.path));
+            sentences.push_back(trFormat("The present content of this file cannot be merged: a "
+                                         "send replaces it. {} Path: {}",
+                                         send.request.backup ? tr("The backup keeps a copy.")
+                                                             : tr("No backup keeps a copy."),
+                                         file.path));
     }
-    addMissingRecords(send.unplanned, "would not be", "would not be", sentences);
+    addMissingRecords(send.unplanned, false, sentences);
     return sentences;
 }
 
@@ -466,13 +486,14 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     if (report.backupError)
         sentences = {
             sentencesOf(*report.backupError),
-            "There is no backup, so nothing was sent." +
+            tr("There is no backup, so nothing was sent.") +
                 advice(" Choose another folder with --backup, or send with --no-backup.", "")};
     for (const auto& error : report.errors)
         sentences.push_back(sentencesOf(error));
     if (report.moreErrors > 0)
-        sentences.push_back(fmt::format("The plug-in met {} more errors.{}", report.moreErrors,
-                                        advice(" Run the command with -v to see them.", "")));
+        sentences.push_back(trCounted(report.moreErrors, "The plug-in met {} more error.{}",
+                                      "The plug-in met {} more errors.{}", report.moreErrors,
+                                      advice(" Run the command with -v to see them.", "")));
     addLosses(report, sentences);
     // What is missing after a stop is its consequence, and no error of its own.
     if (report.wasStopped) {
@@ -480,7 +501,7 @@ std::vector<std::string> sendErrors(const SendReport& report, const PreparedSend
     } else {
         addMissingKinds(report, send, sentences);
         addFiles(report, sentences);
-        addMissingRecords(report.missingRecords, "is not", "are not", sentences);
+        addMissingRecords(report.missingRecords, true, sentences);
     }
     if (report.wasRun() && send.isPlanned() && !report.isComplete())
         addFileStates(report, send, sentences);
@@ -516,16 +537,17 @@ std::string dataSummary(const gps::Dictionary& data)
 
 std::string sentSummary(const PreparedSend& send)
 {
-    auto text = "sent: " + dataSummary(*send.request.data);
+    auto text = trFormat("sent: {}", dataSummary(*send.request.data));
     if (!send.isPlanned())
         return text;
     if (send.request.data->empty() && send.present.isEmpty())
-        return "Nothing was sent: there are no waypoints, geocaches, routes or tracks to send.";
+        return tr("Nothing was sent: there are no waypoints, geocaches, routes or tracks to send.");
     const auto files = plannedWrites(send.plan);
     if (files == 0 && !send.present.isEmpty())
-        return "Nothing is new: the device holds everything already." +
+        return tr("Nothing is new: the device holds everything already.") +
                advice(" --again sends it.", "");
-    return text + fmt::format("; {} file{} written and read back", files, files == 1 ? "" : "s");
+    return trCounted(files, "{}; {} file written and read back",
+                     "{}; {} files written and read back", text, files);
 }
 
 } // namespace host

@@ -8,7 +8,7 @@
 #include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
 #include "host/words/AccountText.h"
-#include "host/words/KindText.h"
+#include "host/words/TermText.h"
 
 #include <algorithm>
 #include <chrono>
@@ -47,7 +47,7 @@ std::string phaseText(const TransferProgress& progress)
     case TransferPhase::kLookingForReceiver:
         return trFormat("looking for a receiver at {}", progress.location);
     case TransferPhase::kTransferring:
-        return progress.kind ? kindText(std::string{kindName(*progress.kind)}) : tr("transferring");
+        return progress.kind ? termText(kindName(*progress.kind)) : tr("transferring");
     case TransferPhase::kWaitingForReceiver:
         return tr("waiting for the receiver");
     case TransferPhase::kReadingDevice:

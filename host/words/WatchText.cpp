@@ -89,18 +89,18 @@ WatchText watchText(const WatchEvent& event, bool isNewOnly, bool isLogShown)
     const auto device = nameOf(event.device);
     switch (event.kind) {
     case WatchEvent::Kind::kAppeared:
-        return {{fmt::format(
-            "appeared: {}{}", device,
-            event.device.isReadable ? "" : ". You have no permission to read its files")}};
+        return {{event.device.isReadable
+                     ? trFormat("appeared: {}", device)
+                     : trFormat("appeared: {}. You have no permission to read its files", device)}};
     case WatchEvent::Kind::kGone:
-        return {{"gone: " + device}};
+        return {{trFormat("gone: {}", device)}};
     case WatchEvent::Kind::kListUnusable:
     case WatchEvent::Kind::kNotMounted:
         return {{trFormat("note: {}", event.error ? sentencesOf(*event.error) : std::string{})}};
     case WatchEvent::Kind::kUnmounted:
         if (event.error)
             return {{trFormat("failed: {}: {}", device, sentencesOf(*event.error))}};
-        return {{fmt::format("unmounted: {}: it can be unplugged", device)}};
+        return {{trFormat("unmounted: {}: it can be unplugged", device)}};
     case WatchEvent::Kind::kDownloaded:
         return downloadText(event, isNewOnly, isLogShown);
     case WatchEvent::Kind::kStarted:

@@ -27,12 +27,6 @@ struct SortingName {
     RecordSorting sorting;
 };
 
-// Marks a text for the template of the translation; it is translated when it is shown.
-constexpr const char* marked(const char* text)
-{
-    return text;
-}
-
 constexpr std::array kSortings{
     SortingName{"received", marked("As Received"), RecordSorting::kAsReceived},
     SortingName{"name", marked("Name"), RecordSorting::kName},

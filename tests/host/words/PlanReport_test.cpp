@@ -3,10 +3,16 @@
 #include "host/words/PlanReport.h"
 
 #include "host/FakeDriver.h"
+#include "host/base/Translation.h"
 
 #include <platform/System/FileError.h>
 
 #include <gmock/gmock.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -388,6 +394,98 @@ TEST(PlanReport, SummaryNamesTheKindsThatThereAre)
                                  {"track", "none"}}),
               "2 waypoints, 1 geocache, 1 route");
     EXPECT_EQ(host::dataSummary({}), "no records");
+}
+
+// All kinds of lines, with one of something and with several.
+host::PreparedSend sendWithAllLines()
+{
+    auto send = sendTo("/dev");
+    send.plan.files.push_back({"/dev/Points/b.upt", Action::kMerge, "x", {}, "waypoints", 2});
+    send.plan.files.push_back({"/dev/Caches/c.gs", Action::kSkip, "x", {}});
+    send.textChanges = {{"route point", "name", "Hütte☃", "Hutte", "☃"},
+                        {"geocache", "geocacheHint", "é", "e", ""}};
+    send.segmentedTracks = {{"Day 1", 3}};
+    send.request.data = gps::Dictionary{{"waypoint", gps::Array{}}};
+    send.request.unstoredTexts = {
+        {"waypoint", "comment", 1}, {"geocache", "found", 2}, {"geocache", "time", 1}};
+    send.impossibleAltitudes = 2;
+    send.plan.lostFields = {{"tracks", "time", 1204}, {"routes", "altitude", 1}};
+    send.repeated = {.waypoints = 1};
+    send.replaced = {{"waypoint", "Camp"}};
+    send.emptyRecords = {{"route", "Loop"}};
+    send.unplanned = {{"track", std::nullopt}};
+    return send;
+}
+
+std::vector<std::string> textsOf(const host::PreparedSend& send)
+{
+    auto texts = host::planErrors(send);
+    texts.push_back(host::planReport(send));
+    for (auto& error : host::emptyRecordErrors(send))
+        texts.push_back(std::move(error));
+    return texts;
+}
+
+const char* germanOf(const char* text)
+{
+    static const std::map<std::string_view, const char*> german{
+        {"waypoint", "Wegpunkt"},
+        {"name", "Name"},
+        {"route", "Route"},
+        {"The {} {} has no points, so it was left out.", "{1} ({0}) hat keine Punkte."},
+        {"The device does not store the {} of {}.", "Nicht gespeichert: {1}, {0}."}};
+    const auto found = german.find(text);
+    return found == german.end() ? text : found->second;
+}
+
+const char* germanOf(const char* one, const char* many, unsigned long count)
+{
+    const std::string_view english{one};
+    if (english == "{} waypoint")
+        return count == 1 ? "{} Wegpunkt" : "{} Wegpunkte";
+    if (english == "comment")
+        return count == 1 ? "Kommentar" : "Kommentare";
+    return count == 1 ? one : many;
+}
+
+// A window's languages; the command line has English only.
+class PlanReportInAnotherLanguage : public testing::Test {
+protected:
+    ~PlanReportInAnotherLanguage() override { host::setTranslations({}); }
+};
+
+TEST_F(PlanReportInAnotherLanguage, IsTheSameEnglishIfTheCatalogueHasNoTranslation)
+{
+    const auto send = sendWithAllLines();
+    const auto without = textsOf(send);
+    EXPECT_THAT(without[1], HasSubstr("The device does not store the comment of 1 waypoint.\n"));
+    host::setTranslations({.text = [](const char* text) { return text; },
+                           .counted = [](const char* one, const char* many,
+                                         unsigned long count) { return count == 1 ? one : many; }});
+    EXPECT_EQ(textsOf(send), without);
+}
+
+TEST_F(PlanReportInAnotherLanguage, HasNoWordOfTheProgramInEnglish)
+{
+    host::setTranslations({.text = [](const char*) { return "~"; },
+                           .counted = [](const char*, const char*, unsigned long) { return "~"; }});
+    for (const auto& text : textsOf(sendWithAllLines()))
+        EXPECT_EQ(text.find_first_not_of("~ ()\n"), std::string::npos) << text;
+}
+
+TEST_F(PlanReportInAnotherLanguage, TranslatesKindsFieldsAndCounts)
+{
+    host::setTranslations({.text = germanOf, .counted = germanOf});
+    auto send = sendTo("/dev");
+    send.textChanges = {{"waypoint", "name", "é", "e", ""},
+                        {"new kind", "new field", "é", "e", ""}};
+    send.request.data = gps::Dictionary{{"waypoint", gps::Array{}}};
+    send.request.unstoredTexts = {{"waypoint", "comment", 1204}};
+    send.emptyRecords = {{"route", "Loop"}};
+    EXPECT_EQ(host::planReport(send), "Wegpunkt Name: \"é\" becomes \"e\"\n"
+                                      "new kind new field: \"é\" becomes \"e\"\n"
+                                      "Nicht gespeichert: 1,204 Wegpunkte, Kommentare.\n");
+    EXPECT_THAT(host::emptyRecordErrors(send), ElementsAre("\"Loop\" (Route) hat keine Punkte."));
 }
 
 } // namespace
