@@ -8,6 +8,7 @@
 #include "host/backup/Manifest.h"
 #include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/files/Files.h"
 #include "host/files/FolderLock.h"
 #include "host/files/StateFolder.h"
@@ -32,7 +33,7 @@ namespace fs = std::filesystem;
 std::string folderAdvice()
 {
     return advice("Choose another folder with --backup",
-                  "Make room in your home folder, and try again");
+                  tr("Make room in your home folder, and try again"));
 }
 
 constexpr std::size_t kDayLength = sizeof "YYYYMMDD" - 1;
@@ -61,7 +62,7 @@ std::optional<gps::Error> readNames(const std::string& folder, std::vector<std::
         entries.skipDescendants();
     }
     if (const int code = entries.failure())
-        return systemError("The folder of the backups cannot be read", folderAdvice(), folder,
+        return systemError(tr("The folder of the backups cannot be read"), folderAdvice(), folder,
                            code);
     return std::nullopt;
 }
@@ -152,8 +153,8 @@ std::optional<gps::Error> readBackups(const std::string& folder,
 // Its sequence may be the largest, and a new backup with the same one would not count as newer.
 gps::Error unreadableBackup(const gps::Error& failure)
 {
-    return hostError("An older backup cannot be read",
-                     "Try again. If it still cannot be read, move its folder away" +
+    return hostError(tr("An older backup cannot be read"),
+                     tr("Try again. If it still cannot be read, move its folder away") +
                          advice(", or choose another folder with --backup", ""),
                      failure.path().value_or(""))
         .causedBy(failure);
@@ -361,7 +362,7 @@ std::optional<gps::Error> BackupMaker::finish(const std::string& name)
 std::optional<gps::Error> BackupMaker::giveName(const std::string& name)
 {
     if (const int code = renameInFolder(files_, folder_, kUnfinished, name))
-        return systemError("The backup cannot be given its name", folderAdvice(),
+        return systemError(tr("The backup cannot be given its name"), folderAdvice(),
                            gps::joinPath(folder_, name), code);
     return std::nullopt;
 }
@@ -381,14 +382,14 @@ std::optional<gps::Error> makeBackup(const BackupPolicy& policy, const DataFolde
         return source.failure;
     const auto folder = deviceFolder(policy.folder, source.identifier);
     if (isInsideAny(policy.folder, source.folders))
-        return hostError("The backup would be inside a folder that it copies", folderAdvice(),
+        return hostError(tr("The backup would be inside a folder that it copies"), folderAdvice(),
                          policy.folder);
     if (auto failure = makeFolders(folder, files))
         return failure;
     const FolderLock lock{folder, files};
     if (lock.isHeldByAnother())
-        return hostError("Another program is making a backup of this device",
-                         "Wait until it has finished, and try again", folder);
+        return hostError(tr("Another program is making a backup of this device"),
+                         tr("Wait until it has finished, and try again"), folder);
     made = {};
     return BackupMaker{folder, made, files}.make(source, policy);
 }

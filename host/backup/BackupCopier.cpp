@@ -5,6 +5,7 @@
 #include "host/backup/BackupCopier.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
 #include "host/files/TemporaryName.h"
@@ -47,14 +48,14 @@ std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
 {
     const auto relative = std::filesystem::path{folder}.lexically_relative(source_.device).string();
     if (!gps::staysInside(relative))
-        return noBackupPossible("A data folder is not on the device", folder);
+        return noBackupPossible(tr("A data folder is not on the device"), folder);
     manifest_.folders.push_back(relative);
     if (auto failure = makeFolders(target(relative), files_))
         return failure;
     auto entries = gps::FileManager{&files_}.enumerator(folder);
     while (const auto entry = entries.next()) {
         if (source_.stopRequested && source_.stopRequested())
-            return hostError("The backup was stopped", "Try again", folder);
+            return hostError(tr("The backup was stopped"), tr("Try again"), folder);
         if (auto failure = copyEntry(*entry, folder, relative))
             return failure;
     }
@@ -65,8 +66,8 @@ std::optional<gps::Error> BackupCopier::copyFolder(const std::string& folder)
     if (failure == 0 && files_.stat(folder.c_str(), &status) != 0)
         failure = errno;
     if (failure != 0)
-        return systemError("A data folder cannot be read", "Check the receiver, and try again",
-                           folder, failure);
+        return systemError(tr("A data folder cannot be read"),
+                           tr("Check the receiver, and try again"), folder, failure);
     return std::nullopt;
 }
 
@@ -87,8 +88,8 @@ std::optional<gps::Error> BackupCopier::copyEntry(const gps::FolderEntry& entry,
     // medium that has been pulled out since the folder was listed.
     const bool leadsNowhere = (code == ENOENT || code == ELOOP) && isLink(from);
     if (code != 0 && !leadsNowhere)
-        return systemError("A file cannot be read", "Check the receiver, and try again", from,
-                           code);
+        return systemError(tr("A file cannot be read"), tr("Check the receiver, and try again"),
+                           from, code);
     if (code != 0 || !S_ISREG(status.st_mode)) {
         skipped_.push_back(from);
         return std::nullopt;
@@ -119,8 +120,8 @@ std::optional<gps::Error> BackupCopier::copyFile(const std::string& from, const 
     if (auto failure = manager.readFile(to, copy))
         return failure;
     if (copy != bytes)
-        return hostError("A copy differs from its file", "Check the disk that keeps the backups",
-                         to);
+        return hostError(tr("A copy differs from its file"),
+                         tr("Check the disk that keeps the backups"), to);
     file.size = bytes.size();
     file.hash = hashOf(bytes);
     return std::nullopt;

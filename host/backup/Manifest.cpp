@@ -9,6 +9,7 @@
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"
+#include "host/base/Translation.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
 #include "host/files/TemporaryName.h"
@@ -36,12 +37,14 @@ constexpr int kDeepestMember = 3;          // a file's members; whatever is deep
 
 gps::Error notABackup(const std::string& folder)
 {
-    return hostError("This folder is not a complete backup: its list of files, manifest.json, is "
-                     "missing or damaged",
-                     "Choose one of those that " +
-                         advice("\"magellangps restore\" lists", "are listed") +
-                         ", or copy what you need from its folder \"files\"",
-                     folder);
+    return hostError(
+        tr("This folder is not a complete backup: its list of files, manifest.json, is "
+           "missing or damaged"),
+        advice("Choose one of those that \"magellangps restore\" lists, or copy what you "
+               "need from its folder \"files\"",
+               tr("Choose one of those that are listed, or copy what you need from "
+                  "its folder \"files\"")),
+        folder);
 }
 
 // A failed look-up is not proof that the manifest is missing.
@@ -227,9 +230,10 @@ std::string manifestText(const Manifest& manifest)
 
 gps::Error noBackupPossible(std::string why, const std::string& path)
 {
-    return hostError(
-        std::move(why),
-        "Keep a copy yourself, and send " + advice("with --no-backup", "without a backup"), path);
+    return hostError(std::move(why),
+                     advice("Keep a copy yourself, and send with --no-backup",
+                            tr("Keep a copy yourself, and send without a backup")),
+                     path);
 }
 
 std::optional<gps::Error> writeManifest(const std::string& folder, const Manifest& manifest,
@@ -237,7 +241,7 @@ std::optional<gps::Error> writeManifest(const std::string& folder, const Manifes
 {
     const auto text = manifestText(manifest);
     if (text.size() > kLargestManifest)
-        return noBackupPossible("The device has too many files for a backup", manifest.device);
+        return noBackupPossible(tr("The device has too many files for a backup"), manifest.device);
     return writeFile(gps::joinPath(folder, kManifestName), text, files);
 }
 

@@ -4,6 +4,7 @@
 #include "host/backup/Restore.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
 #include "host/files/StateFolder.h"
@@ -31,7 +32,7 @@ std::optional<gps::Error> Restore::open(const std::string& backup)
         if (auto failure = gps::FileManager{&files_}.readFile(pathOf(file), bytes))
             return failure;
         if (bytes.size() != file.size || hashOf(bytes) != file.hash)
-            return hostError("A file of the backup is damaged", "Choose another backup",
+            return hostError(tr("A file of the backup is damaged"), tr("Choose another backup"),
                              pathOf(file));
     }
     return std::nullopt;
@@ -59,8 +60,8 @@ std::optional<gps::Error> Restore::checkFolders(const std::string& device) const
     for (const auto& folder : folders) {
         const auto path = gps::joinPath(device, folder);
         if (gps::FileManager{&files_}.leadsOutOf(device, path))
-            return hostError("A folder of the device is a link that leads out of it",
-                             "Replace the link by a folder, and try again", path);
+            return hostError(tr("A folder of the device is a link that leads out of it"),
+                             tr("Replace the link by a folder, and try again"), path);
     }
     return std::nullopt;
 }

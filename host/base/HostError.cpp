@@ -3,6 +3,8 @@
 
 #include "host/base/HostError.h"
 
+#include "host/base/Translation.h"
+
 #include <cstdint>
 #include <system_error>
 #include <utility>
@@ -36,7 +38,7 @@ gps::Error systemError(std::string_view what, std::string suggestion, std::strin
 
 gps::Error lackOfMemory()
 {
-    return hostError("There is not enough memory", "Close other programs, and try again");
+    return hostError(tr("There is not enough memory"), tr("Close other programs, and try again"));
 }
 
 } // namespace host

@@ -3,9 +3,9 @@
 
 #include "host/base/Sentences.h"
 
-#include <platform/System/FileError.h>
+#include "host/base/TranslatedFormat.h"
 
-#include <fmt/format.h>
+#include <platform/System/FileError.h>
 
 #include <string_view>
 
@@ -29,9 +29,9 @@ std::string_view adviceFor(const gps::Error& error)
     if (error.domain() != gps::kFileErrorDomain)
         return {};
     if (gps::FileErrorCode::kReadNoPermission == error.code())
-        return "Let your user read it, and try again";
+        return tr("Let your user read it, and try again");
     if (gps::FileErrorCode::kWriteNoPermission == error.code())
-        return "Let your user write there, and try again";
+        return tr("Let your user write there, and try again");
     return {};
 }
 
@@ -42,11 +42,11 @@ std::string sentencesOf(const gps::Error& error)
     std::string text;
     appendSentence(text, error.description().value_or(""));
     if (text.empty())
-        text = fmt::format("Error {} of the domain {}.", error.code(), error.domain());
+        text = trFormat("Error {} of the domain {}.", error.code(), error.domain());
     const auto suggestion = error.suggestion().value_or("");
     appendSentence(text, suggestion.empty() ? adviceFor(error) : suggestion);
     if (const auto path = error.path())
-        text += " Path: " + *path;
+        text += " " + trFormat("Path: {}", *path);
     return text;
 }
 

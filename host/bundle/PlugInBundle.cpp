@@ -5,10 +5,9 @@
 #include "host/bundle/PlugInBundle.h"
 
 #include "host/base/HostError.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <platform/System/Bundle.h>
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -27,7 +26,8 @@ constexpr char kBundleName[] = "MagellanGPSPlugin.bundle";
 gps::Error loadError(const std::string& what, const std::string& path)
 {
     return hostError(
-        what, "Name a working plug-in bundle with --plugin, or install the program again", path);
+        what, tr("Name a working plug-in bundle with --plugin, or install the program again"),
+        path);
 }
 
 std::optional<gps::Error> openModule(const std::string& path, void*& module)
@@ -35,16 +35,16 @@ std::optional<gps::Error> openModule(const std::string& path, void*& module)
     const gps::Bundle bundle{path};
     std::error_code ignored;
     if (!fs::is_directory(path, ignored))
-        return loadError("There is no plug-in bundle at this path", path);
+        return loadError(tr("There is no plug-in bundle at this path"), path);
     const auto executable = bundle.executablePath();
     if (!executable)
-        return loadError("The plug-in bundle has no readable Info.plist that names its module",
+        return loadError(tr("The plug-in bundle has no readable Info.plist that names its module"),
                          path);
     // RTLD_NOW: a symbol that is missing is an error here, with its name, and not a crash during a
     // download. RTLD_LOCAL: its symbols are invisible to other libraries.
     module = ::dlopen(executable->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (module == nullptr)
-        return loadError(fmt::format("The plug-in's module cannot be loaded: {}", ::dlerror()),
+        return loadError(trFormat("The plug-in's module cannot be loaded: {}", ::dlerror()),
                          *executable);
     return std::nullopt;
 }
@@ -57,15 +57,14 @@ std::optional<gps::Error> findLoader(const std::string& path, gps::VeloranPlugIn
     const auto info = gps::Bundle{path}.infoDictionary();
     const auto* principalClass = info.findString("NSPrincipalClass");
     if (principalClass == nullptr)
-        return loadError("The plug-in bundle's Info.plist names no principal class", path);
+        return loadError(tr("The plug-in bundle's Info.plist names no principal class"), path);
     const auto entry =
         reinterpret_cast<gps::PrincipalClassEntry>(::dlsym(module, gps::kPrincipalClassEntry));
     if (entry == nullptr)
-        return loadError("The plug-in's module is not a GPS plug-in", path);
+        return loadError(tr("The plug-in's module is not a GPS plug-in"), path);
     loader = entry(principalClass->c_str());
     if (loader == nullptr)
-        return loadError(fmt::format("The plug-in's module has no class {}", *principalClass),
-                         path);
+        return loadError(trFormat("The plug-in's module has no class {}", *principalClass), path);
     return std::nullopt;
 }
 
@@ -109,7 +108,7 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     if (auto failure = findLoader(path, loader))
         return failure;
     if (!loader->piInitialize())
-        return loadError("The plug-in refused to start", path);
+        return loadError(tr("The plug-in refused to start"), path);
     PlugInBundle loaded{.path = path};
     loaded.name = loader->piName();
     loaded.info = loader->piInfo();
@@ -118,9 +117,9 @@ std::optional<gps::Error> loadBundle(const std::string& path, PlugInBundle& bund
     // Checked before the drivers are asked for, because their interface may differ with the
     // version.
     if (loaded.apiVersion != kLoaderAPIVersion)
-        return loadError(fmt::format("The plug-in has version {} of the loader interface; this "
-                                     "program needs version {}",
-                                     loaded.apiVersion, kLoaderAPIVersion),
+        return loadError(trFormat("The plug-in has version {} of the loader interface; this "
+                                  "program needs version {}",
+                                  loaded.apiVersion, kLoaderAPIVersion),
                          path);
     loaded.drivers = driversFrom(loader->piGetPlugInsForClass(loaded.plugInClass));
     loaded.loader = loader;

@@ -7,12 +7,12 @@
 #include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <platform/OrvUtils/OrvSerial.h>
 #include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
-#include <fmt/format.h>
 
 #include <array>
 #include <cerrno>
@@ -73,7 +73,7 @@ std::string programUsing(const std::string& port)
         for (fs::directory_iterator file{process->path() / "fd", ignored};
              !ignored && file != fs::directory_iterator{}; file.increment(ignored)) {
             if (fs::read_symlink(file->path(), ignored) == target && !ignored)
-                return fmt::format("{} (process {})", processName(process->path()), number);
+                return trFormat("{} (process {})", processName(process->path()), number);
         }
     }
     return {};
@@ -83,12 +83,12 @@ gps::Error busyPort(const std::string& port)
 {
     const auto program = programUsing(port);
     if (!program.empty())
-        return hostError("Another program has the port open: " + program,
-                         "Close that program, and try again", port);
-    return hostError("Another program has the port open",
-                     fmt::format("Close that program, and try again; run \"sudo fuser -v {}\" to "
-                                 "find it",
-                                 port),
+        return hostError(trFormat("Another program has the port open: {}", program),
+                         tr("Close that program, and try again"), port);
+    return hostError(tr("Another program has the port open"),
+                     trFormat("Close that program, and try again; run \"sudo fuser -v {}\" to "
+                              "find it",
+                              port),
                      port);
 }
 
@@ -159,47 +159,49 @@ gps::Error explainPortFailure(const std::string& port, int errorNumber)
 {
     switch (errorNumber) {
     case 0:
-        return hostError(kPortIsFree, "Try again", port);
+        return hostError(tr(kPortIsFree), tr("Try again"), port);
     case EBUSY:
         return busyPort(port);
     case EACCES:
     case EPERM:
-        return hostError("You do not have permission to use the port", adviceFor(port), port);
+        return hostError(tr("You do not have permission to use the port"), adviceFor(port), port);
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return hostError("The port is gone",
-                         "Plug the receiver or its adapter in again" +
+        return hostError(tr("The port is gone"),
+                         tr("Plug the receiver or its adapter in again") +
                              advice(", and run \"magellangps devices\" to see the ports", ""),
                          port);
     case ENOTTY:
-        return hostError("This is not a serial port",
+        return hostError(tr("This is not a serial port"),
                          advice("Run \"magellangps devices\" to see the ports",
-                                "Choose one of those that are listed"),
+                                tr("Choose one of those that are listed")),
                          port);
     default:
-        return systemError("The port cannot be opened",
-                           "Unplug the receiver or its adapter, plug it in again, and try again",
-                           port, errorNumber);
+        return systemError(
+            tr("The port cannot be opened"),
+            tr("Unplug the receiver or its adapter, plug it in again, and try again"), port,
+            errorNumber);
     }
 }
 
 std::string permissionAdvice(const ::group* owner, std::string_view user)
 {
     if (owner == nullptr)
-        return "Only its owner may use it; ask the administrator of this computer for permission "
-               "to read and write it";
+        return tr(
+            "Only its owner may use it; ask the administrator of this computer for permission "
+            "to read and write it");
     // Groups are read at login, so a member without access joined after logging in. Users whose
     // primary group it is are not listed, but they have access.
     for (char** member = owner->gr_mem; *member != nullptr; ++member) {
         if (*member == user)
-            return fmt::format("Members of the group {0} may use it. You joined this group after "
-                               "you logged in: log out and in again",
-                               owner->gr_name);
+            return trFormat("Members of the group {0} may use it. You joined this group after "
+                            "you logged in: log out and in again",
+                            owner->gr_name);
     }
-    return fmt::format("Members of the group {0} may use it. Join the group with \"sudo usermod "
-                       "-aG {0} {1}\", then log out and in again",
-                       owner->gr_name, user);
+    return trFormat("Members of the group {0} may use it. Join the group with \"sudo usermod "
+                    "-aG {0} {1}\", then log out and in again",
+                    owner->gr_name, user);
 }
 
 gps::Error describeSerialError(const gps::Error& reported, const std::string& port)
@@ -209,9 +211,9 @@ gps::Error describeSerialError(const gps::Error& reported, const std::string& po
     return {reported.domain(),
             reported.code(),
             {{gps::kErrorDescriptionKey,
-              fmt::format("The connection to the receiver broke off (error {})", reported.code())},
+              trFormat("The connection to the receiver broke off (error {})", reported.code())},
              {gps::kErrorSuggestionKey,
-              "Check the cable, make sure that the receiver is on, and try again"},
+              tr("Check the cable, make sure that the receiver is on, and try again")},
              {gps::kErrorPathKey, port}}};
 }
 

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "host/base/Translation.h"
+
 #include <gps/Error.h>
 
 #include <chrono>
@@ -31,7 +33,7 @@ inline constexpr std::chrono::seconds kPortPatience{15};
 void waitWhileBusy(const std::string& port, const std::function<bool()>& goOn);
 
 /// The description of a failure whose port can be opened now, so that it explains nothing.
-inline constexpr char kPortIsFree[] = "The port can be opened now";
+inline constexpr const char* kPortIsFree = marked("The port can be opened now");
 
 /// Tries to open a port, and reports why it cannot be opened and what the user can do about it.
 [[nodiscard]] gps::Error explainPortFailure(const std::string& port);

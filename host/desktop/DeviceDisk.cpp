@@ -5,9 +5,9 @@
 
 #include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/bundle/Disk.h"
 
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -43,9 +43,9 @@ std::optional<gps::Error> flush(const std::string& folder)
     if (file >= 0)
         ::close(file);
     return isWritten ? std::nullopt
-                     : std::optional{systemError("The disk could not write everything",
-                                                 "Leave it connected, and check its files", folder,
-                                                 code)};
+                     : std::optional{systemError(tr("The disk could not write everything"),
+                                                 tr("Leave it connected, and check its files"),
+                                                 folder, code)};
 }
 
 } // namespace
@@ -68,9 +68,9 @@ std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
         if (ejected_.empty() && options_.isEjectDefault)
             options_.eject = false;
         else if (ejected_.empty())
-            return hostError("This device cannot be ejected, because it is not a removable disk",
-                             advice("Leave out --eject", "Unmount it with your desktop"),
-                             found.location);
+            return hostError(
+                tr("This device cannot be ejected, because it is not a removable disk"),
+                advice("Leave out --eject", tr("Unmount it with your desktop")), found.location);
     }
     chosen = std::move(found);
     return std::nullopt;
@@ -117,7 +117,7 @@ DeviceDisk::Release DeviceDisk::release(bool succeeded)
         return eject();
     auto released = unmount();
     if (options_.eject && released.note.empty())
-        released.note = "The device was not ejected, because not everything was successful.";
+        released.note = tr("The device was not ejected, because not everything was successful.");
     return released;
 }
 
@@ -128,7 +128,7 @@ DeviceDisk::Release DeviceDisk::unmount()
     const auto node = mounted_.all().front().node;
     if (auto failure = mounted_.unmount(node))
         return {std::move(failure)};
-    return {{}, fmt::format("The disk {} is unmounted again and can be unplugged.", node)};
+    return {{}, trFormat("The disk {} is unmounted again and can be unplugged.", node)};
 }
 
 DeviceDisk::Release DeviceDisk::eject()
@@ -141,8 +141,8 @@ DeviceDisk::Release DeviceDisk::eject()
     if (auto failure = service_.powerOff(ejected_, isOff))
         return {std::move(failure)};
     return {{},
-            fmt::format("The device {} is {} and can be unplugged.", ejected_,
-                        isOff ? "switched off" : "unmounted")};
+            isOff ? trFormat("The device {} is switched off and can be unplugged.", ejected_)
+                  : trFormat("The device {} is unmounted and can be unplugged.", ejected_)};
 }
 
 } // namespace host

@@ -4,6 +4,7 @@
 #include "host/desktop/UDisks.h"
 
 #include "host/base/HostError.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/desktop/Bus.h"
 
 #include <fmt/format.h>
@@ -26,14 +27,15 @@ constexpr char kNoDrive[] = "/";
 gps::Error errorOf(std::string_view what, const BusFailure& failure, const std::string& node)
 {
     if (failure.isUnavailable())
-        return hostError(
-            fmt::format("{}, because udisks2 is not running ({})", what, failure.message),
-            "Install the package udisks2, or mount and unmount the disk yourself", node);
+        return hostError(trFormat("{}, because udisks2 is not running ({})", what, failure.message),
+                         tr("Install the package udisks2, or mount and unmount the disk yourself"),
+                         node);
     if (failure.name == "org.freedesktop.UDisks2.Error.DeviceBusy")
-        return hostError(fmt::format("{}, because another program uses it", what),
-                         "Close the programs and folders that use the disk, and unmount it", node);
+        return hostError(trFormat("{}, because another program uses it", what),
+                         tr("Close the programs and folders that use the disk, and unmount it"),
+                         node);
     return hostError(fmt::format("{}: {}", what, failure.message),
-                     "Mount or unmount it with your desktop, or with \"udisksctl\"", node);
+                     tr("Mount or unmount it with your desktop, or with \"udisksctl\""), node);
 }
 
 } // namespace
@@ -57,7 +59,7 @@ std::optional<BusFailure> UDisks::findObject(const std::string& node, std::strin
         return failure;
     const char* path = nullptr;
     if (!reply.read("ao", 1, &path))
-        return BusFailure{"org.freedesktop.UDisks2.Error.Failed", "it does not know this disk"};
+        return BusFailure{"org.freedesktop.UDisks2.Error.Failed", tr("it does not know this disk")};
     object = path;
     return std::nullopt;
 }
@@ -96,10 +98,10 @@ std::optional<gps::Error> UDisks::mount(const std::string& node, std::string& fo
     if (!failure)
         failure = bus().call({kService, object, kFilesystem}, "Mount", reply, kNoOptions, 0);
     if (failure)
-        return errorOf("The disk cannot be mounted", *failure, node);
+        return errorOf(tr("The disk cannot be mounted"), *failure, node);
     const char* path = nullptr;
     if (!reply.read("s", &path))
-        return hostError("The disk was mounted, but udisks2 does not say where", "", node);
+        return hostError(tr("The disk was mounted, but udisks2 does not say where"), "", node);
     folder = path;
     return std::nullopt;
 }
@@ -111,7 +113,7 @@ std::optional<gps::Error> UDisks::unmount(const std::string& node)
     auto failure = findObject(node, object);
     if (!failure)
         failure = bus().call({kService, object, kFilesystem}, "Unmount", reply, kNoOptions, 0);
-    return failure ? std::optional{errorOf("The disk cannot be unmounted", *failure, node)}
+    return failure ? std::optional{errorOf(tr("The disk cannot be unmounted"), *failure, node)}
                    : std::nullopt;
 }
 
@@ -134,7 +136,7 @@ std::optional<gps::Error> UDisks::powerOff(const std::string& node, bool& isOff)
         failure = bus().call({kService, drive, kDrive}, canPowerOff ? "PowerOff" : "Eject", reply,
                              kNoOptions, 0);
     if (failure)
-        return errorOf("The device cannot be switched off", *failure, node);
+        return errorOf(tr("The device cannot be switched off"), *failure, node);
     isOff = canPowerOff;
     return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include "host/files/ZipWriter.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 
 #include <cstddef>
 #include <initializer_list>
@@ -105,8 +106,9 @@ void ZipWriter::finish()
     compress({}, Z_FINISH);
     compressedSize_ = static_cast<std::uint64_t>(output_.size() - data_);
     if (size_ > kMostBytes || static_cast<std::uint64_t>(output_.size() - start_) > kMostBytes)
-        return output_.fail(hostError("This is too much for an archive, which holds 4 GB at most",
-                                      "Choose a format that is not compressed", output_.name()));
+        return output_.fail(
+            hostError(tr("This is too much for an archive, which holds 4 GB at most"),
+                      tr("Choose a format that is not compressed"), output_.name()));
     output_.write("PK\7\10" + sizes());
 
     const auto length = static_cast<std::uint32_t>(name_.size());

@@ -6,10 +6,10 @@
 #include "host/operations/Operation.h"
 
 #include "host/base/HostError.h"
+#include "host/base/TranslatedFormat.h"
 
 #include <platform/System/Log.h>
 
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -145,10 +145,10 @@ std::optional<gps::Error> resultOf(const OperationStart& start,
     } catch (const std::bad_alloc&) {
         return lackOfMemory();
     } catch (const std::exception& failure) {
-        return hostError(fmt::format("The plug-in failed unexpectedly: {}", failure.what()),
-                         "Please try again");
+        return hostError(trFormat("The plug-in failed unexpectedly: {}", failure.what()),
+                         tr("Please try again"));
     } catch (...) {
-        return hostError("The plug-in failed unexpectedly", "Please try again");
+        return hostError(tr("The plug-in failed unexpectedly"), tr("Please try again"));
     }
 }
 

@@ -6,6 +6,7 @@
 #include "host/backup/Restore.h"
 #include "host/base/FrontEnd.h"
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/files/FolderLock.h"
 #include "host/operations/Operation.h"
 #include "host/transfer/ProgressTracker.h"
@@ -92,8 +93,8 @@ std::optional<gps::Error> checkRestore(const DataFolders& device, const std::str
     if (auto failure = restore.open(backup))
         return failure;
     if (!isForced && !restore.isOf(device.identifier, device.device))
-        return hostError("This backup seems to be of another device",
-                         "Choose another backup" + advice(", or restore it with --force", ""),
+        return hostError(tr("This backup seems to be of another device"),
+                         tr("Choose another backup") + advice(", or restore it with --force", ""),
                          backup);
     return restore.checkFolders(device.device);
 }

@@ -5,6 +5,7 @@
 #include "host/transfer/Download.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
 #include "host/points/Points.h"
@@ -52,8 +53,8 @@ std::int64_t timeOfOutput()
 gps::Error olderFileKept(const std::string& path)
 {
     return hostError(
-        "No record arrived, so the output file was not written, and the older one is kept",
-        "To have an empty file instead, remove the older one first", path);
+        tr("No record arrived, so the output file was not written, and the older one is kept"),
+        tr("To have an empty file instead, remove the older one first"), path);
 }
 
 // A file is called after its name without the extension.

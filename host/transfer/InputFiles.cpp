@@ -7,6 +7,7 @@
 #include "host/base/HostError.h"
 #include "host/base/NearestName.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/transfer/MapFileImport.h"
 
 #include <fmt/format.h>
@@ -40,11 +41,12 @@ std::string similarFile(const fs::path& file)
 gps::Error noSuchFile(const std::string& file)
 {
     if (file.find_first_of("*?[") != std::string::npos)
-        return hostError("No file matches this pattern", "Check the pattern and the folder", file);
+        return hostError(tr("No file matches this pattern"), tr("Check the pattern and the folder"),
+                         file);
     const auto similar = similarFile(file);
-    return hostError("There is no such file",
-                     similar.empty() ? "Check the name and the folder"
-                                     : fmt::format("Did you mean \"{}\"?", similar),
+    return hostError(tr("There is no such file"),
+                     similar.empty() ? tr("Check the name and the folder")
+                                     : trFormat("Did you mean \"{}\"?", similar),
                      file);
 }
 
@@ -56,10 +58,10 @@ std::optional<gps::Error> checkFile(const std::string& file, const char* folderA
     if (status.type() == fs::file_type::not_found)
         return noSuchFile(file);
     if (fs::is_directory(status))
-        return hostError("This is a folder", folderAdvice, file);
+        return hostError(tr("This is a folder"), folderAdvice, file);
     if (fs::is_other(status))
-        return hostError("This is a pipe or a device, not a file",
-                         "Save what comes from it as a file, and name that", file);
+        return hostError(tr("This is a pipe or a device, not a file"),
+                         tr("Save what comes from it as a file, and name that"), file);
     return std::nullopt;
 }
 
@@ -71,7 +73,7 @@ bool isEmptyFile(const std::string& file)
 
 gps::Error withNothingImported(const gps::Error& failure)
 {
-    return hostError(failure.description().value_or("") + ", so nothing was imported",
+    return hostError(trFormat("{}, so nothing was imported", failure.description().value_or("")),
                      failure.suggestion().value_or(""), failure.path().value_or(""));
 }
 
@@ -90,8 +92,8 @@ std::optional<gps::Error> listFolder(const std::string& folder,
             files.push_back(path);
     }
     if (error)
-        return systemError("A folder cannot be listed to its end",
-                           "Check its permissions and the medium", folder, error.value());
+        return systemError(tr("A folder cannot be listed to its end"),
+                           tr("Check its permissions and the medium"), folder, error.value());
     return std::nullopt;
 }
 
@@ -99,12 +101,13 @@ std::optional<gps::Error> listFolder(const std::string& folder,
 std::optional<gps::Error> checkSingleImport(const std::string& file)
 {
     if (isEmptyFile(file))
-        return hostError("The file is empty", "Copy it again", file);
+        return hostError(tr("The file is empty"), tr("Copy it again"), file);
     const auto name = fs::path{file}.filename().replace_extension(fileTypeOf(file));
     if (!isMapFile(file) && name != fs::path{file}.filename())
-        return hostError("The extension of this file is in capitals, and drivers read only those "
-                         "in small letters",
-                         fmt::format("Rename it to {}", name.string()), file);
+        return hostError(
+            tr("The extension of this file is in capitals, and drivers read only those "
+               "in small letters"),
+            trFormat("Rename it to {}", name.string()), file);
     return std::nullopt;
 }
 
@@ -124,8 +127,9 @@ std::optional<gps::Error> expandFolders(std::vector<std::string>& files,
         if (auto failure = listFolder(file, types, found))
             return failure;
         if (found.empty())
-            return hostError("No receiver's file is in this folder or below it",
-                             "The extensions of such files are: " + joined(types, ", "), file);
+            return hostError(tr("No receiver's file is in this folder or below it"),
+                             trFormat("The extensions of such files are: {}", joined(types, ", ")),
+                             file);
         std::sort(found.begin(), found.end());
         expanded.insert(expanded.end(), found.begin(), found.end());
     }
@@ -137,17 +141,18 @@ std::optional<gps::Error> checkImport(const std::vector<std::string>& files,
                                       const std::vector<std::string>& types)
 {
     for (const auto& file : files) {
-        if (auto failure = checkFile(file, "Name the files in it"))
+        if (auto failure = checkFile(file, tr("Name the files in it")))
             return files.size() == 1 ? failure : withNothingImported(*failure);
         if (!isOneOf(fileTypeOf(file), types) && !isMapFile(file))
-            return hostError("This file cannot be imported",
-                             "The extensions of files that can are: " + joined(types, ", ") +
-                                 ", gpx, kml, kmz",
+            return hostError(tr("This file cannot be imported"),
+                             trFormat("The extensions of files that can are: {}, gpx, kml, kmz",
+                                      joined(types, ", ")),
                              file);
     }
     return files.size() == 1 ? checkSingleImport(files.front()) : std::nullopt;
 }
 
+// Of the command line only, so it is not translated.
 std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
                                     const std::vector<std::string>& types)
 {
@@ -173,7 +178,7 @@ std::optional<gps::Error> checkSend(const std::vector<std::string>& files,
 
 std::optional<gps::Error> checkInput(const std::string& file)
 {
-    return checkFile(file, "Name a file in it");
+    return checkFile(file, tr("Name a file in it"));
 }
 
 } // namespace host

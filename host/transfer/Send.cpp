@@ -5,6 +5,7 @@
 #include "host/transfer/Send.h"
 
 #include "host/base/HostError.h"
+#include "host/base/Translation.h"
 #include "host/transfer/LostChanges.h"
 #include "host/transfer/PresentFiles.h"
 #include "host/transfer/ProgressTracker.h"
@@ -22,7 +23,7 @@ namespace {
 std::optional<gps::Error> backUp(const PreparedSend& send, SendReport& report)
 {
     if (send.request.backup->folder.empty())
-        return hostError("There is no folder for backups", "Name one");
+        return hostError(tr("There is no folder for backups"), tr("Name one"));
     MadeBackup made;
     const DataFolders source{.device = send.device.location,
                              .identifier = send.snapshot->identifier().value_or(""),
@@ -53,11 +54,12 @@ bool isGone(const PreparedSend& send)
 
 gps::Error deviceGone(const PreparedSend& send)
 {
-    return hostError("The receiver was removed, or another one has taken its place, while it was "
-                     "written to",
-                     "Connect the one that you want to send to, and send again. The other one may "
-                     "have got a part of it",
-                     send.device.location);
+    return hostError(
+        tr("The receiver was removed, or another one has taken its place, while it was "
+           "written to"),
+        tr("Connect the one that you want to send to, and send again. The other one may "
+           "have got a part of it"),
+        send.device.location);
 }
 
 // Before anything is written, the device is compared with the one that the plan is for. What
@@ -69,12 +71,13 @@ void lookAgain(const PreparedSend& send, SendReport& report)
     const auto& location = send.device.location;
     const auto now = DeviceState::of(location, send.snapshot->dataFolders());
     if (!isSameDevice(send, now)) {
-        report.obstacle = hostError("The receiver that was read is no longer here, or another one "
-                                    "has taken its place",
-                                    "Check which one is connected, and send again", location);
+        report.obstacle =
+            hostError(tr("The receiver that was read is no longer here, or another one "
+                         "has taken its place"),
+                      tr("Check which one is connected, and send again"), location);
     } else if (now != send.state) {
-        report.obstacle = hostError("Another program has changed the device since it was read",
-                                    "Let it finish, and send again", location);
+        report.obstacle = hostError(tr("Another program has changed the device since it was read"),
+                                    tr("Let it finish, and send again"), location);
         report.isOutdated = true;
     }
 }
@@ -161,20 +164,21 @@ gps::Error lostChange(LostChanges::Change change, const std::string& path)
 {
     switch (change) {
     case LostChanges::Change::kDeleted:
-        return hostError("Another program has deleted this file during the send, and the send has "
-                         "created it again",
-                         "Delete it again if that was meant", path);
+        return hostError(
+            tr("Another program has deleted this file during the send, and the send has "
+               "created it again"),
+            tr("Delete it again if that was meant"), path);
     case LostChanges::Change::kReplaced:
-        return hostError("Another program has put a file or a link in the place of this file "
-                         "during the send, and the send has replaced it",
-                         "Make the change again", path);
+        return hostError(tr("Another program has put a file or a link in the place of this file "
+                            "during the send, and the send has replaced it"),
+                         tr("Make the change again"), path);
     case LostChanges::Change::kNone:
     case LostChanges::Change::kWritten:
         break;
     }
-    return hostError("Another program has changed this file during the send, and the send has "
-                     "written over its change",
-                     "Make the change again", path);
+    return hostError(tr("Another program has changed this file during the send, and the send has "
+                        "written over its change"),
+                     tr("Make the change again"), path);
 }
 
 void addLostChanges(const LostChanges& changes, SendReport& report)

@@ -5,6 +5,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/fitting/Altitudes.h"
 #include "host/fitting/ExactNames.h"
 #include "host/transfer/ChangedRoutes.h"
@@ -157,20 +158,20 @@ std::optional<gps::Error> changeOfRoutes(const PreparedSend& send, const gps::Se
         send.request.fitting == SendFitting::kRoutePoints
             ? "Give the points of the routes different names in the file, or send without "
               "--exact-names"
-            : "Give the points of the routes different names in the file";
+            : tr("Give the points of the routes different names in the file");
     auto route = changedRoute(data, before, send.plan, *send.files);
     if (!route && isFitted)
         route = distortedRoute(data, send.plan, *send.files);
     if (route)
         return hostError(
-            fmt::format("The route \"{}\" would be changed, because a point of another route "
-                        "would get the number and so the name of one of its points",
-                        displayText(*route)),
+            trFormat("The route \"{}\" would be changed, because a point of another route "
+                     "would get the number and so the name of one of its points",
+                     displayText(*route)),
             advice);
     if (const auto point = changedPoint(before, send.plan, *send.files))
-        return hostError(fmt::format("The point \"{}\", which no route of the device uses, would "
-                                     "be replaced by a point of a route that would get its name",
-                                     displayText(*point)),
+        return hostError(trFormat("The point \"{}\", which no route of the device uses, would "
+                                  "be replaced by a point of a route that would get its name",
+                                  displayText(*point)),
                          advice);
     return std::nullopt;
 }
@@ -219,8 +220,8 @@ void lock(PreparedSend& send)
 
 gps::Error deviceInUse(const std::string& device)
 {
-    return hostError("Another program is writing to this device",
-                     "Wait until it has finished, and try again", device);
+    return hostError(tr("Another program is writing to this device"),
+                     tr("Wait until it has finished, and try again"), device);
 }
 
 RecordCounts PreparedSend::leftOut() const noexcept

@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/JsonText.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/files/Files.h"
 #include "host/files/Hash.h"
 #include "host/files/StateFolder.h"
@@ -55,10 +56,10 @@ bool readKeys(std::string_view text, RecordKeys& keys)
 gps::Error unreadableListError(const std::string& path, const gps::Error& failure)
 {
     const auto* const reason = failure.userInfo().findString(gps::kErrorReasonKey);
-    return hostError(fmt::format("The list of saved records cannot be read{}, so every record "
-                                 "counts as new",
-                                 reason != nullptr ? " (" + *reason + ')' : ""),
-                     "The list is not changed; check its permissions and its disk", path);
+    return hostError(trFormat("The list of saved records cannot be read{}, so every record "
+                              "counts as new",
+                              reason != nullptr ? " (" + *reason + ')' : ""),
+                     tr("The list is not changed; check its permissions and its disk"), path);
 }
 
 } // namespace
@@ -144,8 +145,8 @@ gps::Error KnownRecords::moveDamagedFile() const
     // Replaces the list that was found damaged before, if there was one.
     const auto damaged = path_ + ".damaged";
     const bool isMoved = files_.rename(path_.c_str(), damaged.c_str()) == 0;
-    return hostError("The list of saved records is damaged, so every record counts as new",
-                     isMoved ? "The damaged list is kept under another name" : "",
+    return hostError(tr("The list of saved records is damaged, so every record counts as new"),
+                     isMoved ? tr("The damaged list is kept under another name") : "",
                      isMoved ? damaged : path_);
 }
 

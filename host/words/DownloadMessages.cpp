@@ -29,7 +29,7 @@ constexpr std::size_t kMostUnreadable = 10; // files and folders named one by on
 bool isPortTheReason(const OperationReport& report)
 {
     return report.portFailure && report.received.empty() &&
-           report.portFailure->description() != kPortIsFree;
+           report.portFailure->description() != tr(kPortIsFree);
 }
 
 void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& errors)
@@ -203,6 +203,7 @@ std::vector<Message> outputMessages(const OutputReport& report)
     return messages;
 }
 
+// Options choose, which only the command line has: these are not translated.
 std::vector<Message> choiceMessages(const DownloadReport& report)
 {
     std::vector<Message> messages;

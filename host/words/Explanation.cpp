@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a driver reports about its search, plus one thing that the host checks itself: whether the
-// user may open a port.
+// user may open a port. The plug-in's texts are English, so the rest of a paragraph is, too.
 
 #include "host/words/Explanation.h"
 

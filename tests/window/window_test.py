@@ -34,6 +34,23 @@ msgstr[1] "{} Punkte"
 
 msgid "Length"
 msgstr "L\u00e4nge"
+
+msgid "The elevation of {} is unknown and will be stored as 0."
+msgstr "H\u00f6he unbekannt, wird 0: {}."
+
+msgid "{} waypoint"
+msgid_plural "{} waypoints"
+msgstr[0] "{} Wegpunkt"
+msgstr[1] "{} Wegpunkte"
+
+msgid "waypoint"
+msgstr "Wegpunkt"
+
+msgid "name"
+msgstr "Name"
+
+msgid "{} {}: \\"{}\\" becomes \\"{}\\""
+msgstr "{} {}: \u201e{}\u201c wird \u201e{}\u201c"
 """
 
 
@@ -196,19 +213,35 @@ class WindowTest(story.Story):
         opened.find("label", RECEIVED)
         self.assertEqual(opened.unnamed({"push button", "check box", "list", "combo box"}), [])
 
-    def test_texts_are_those_of_the_users_language(self):
+    def open_in_german(self, *paths):
         programs = shutil.copytree(PROGRAMS, self.folder / "bin", symlinks=True)
         messages = self.folder / "share" / "locale" / "de" / "LC_MESSAGES"
         messages.mkdir(parents=True)
         subprocess.run(["msgfmt", "-", "-o", messages / "magellangps-desktop.mo"], check=True,
                        text=True, input=GERMAN)
-        with window.Window(programs / "magellangps-desktop", SAMPLES / "files" / "trip.log",
-                           environment={"LANGUAGE": "de"}) as opened:
+        return window.Window(programs / "magellangps-desktop", *paths,
+                             environment={"LANGUAGE": "de"})
+
+    def test_texts_are_those_of_the_users_language(self):
+        with self.open_in_german(SAMPLES / "files" / "trip.log") as opened:
             opened.find("label", "Empf\u00e4nger")
             opened.find("label", "Records")  # has no translation here
             opened.find("label", "Empfangen: 1 Spur (277 Punkte).")
             opened.click("label", "Autumn walk")
             opened.find("label", "L\u00e4nge")
+
+    def test_plan_of_a_send_is_in_the_users_language(self):
+        points = self.folder / "points.gpx"
+        points.write_text('<gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">'
+                          '<wpt lat="46.1" lon="7.2"><name>H\u00fctte</name></wpt>'
+                          '<wpt lat="46.2" lon="7.3"><name>Hut</name></wpt></gpx>',
+                          encoding="utf-8")
+        receiver = shutil.copytree(SAMPLES / "receiver", self.folder / "receiver")
+        with self.open_in_german(receiver, points) as opened:
+            opened.find("label", begins("Empfangen: 2 Wegpunkte"))
+            opened.press("page tab", "Send")
+            opened.find("label", "H\u00f6he unbekannt, wird 0: 2 Wegpunkte.")
+            opened.find("label", "Wegpunkt Name: \u201eH\u00fctte\u201c wird \u201eHutte\u201c")
 
     def test_window_from_right_to_left_has_figures_and_maps_from_left_to_right(self):
         self.environment = dict(self.environment, LANGUAGE="he")

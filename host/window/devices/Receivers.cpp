@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Sentences.h"
+#include "host/base/Translation.h"
 #include "host/bundle/DeviceSearch.h"
 #include "host/bundle/Disk.h"
 #include "host/bundle/SerialPort.h"
@@ -60,8 +61,8 @@ const gps::GPSFileDevice* filesOf(const gps::GPSPlugInProtocol& driver)
 
 gps::Error noDeviceToRestore()
 {
-    return hostError("There is no receiver that a backup can be put back on",
-                     "Plug the receiver in, and select it");
+    return hostError(tr("There is no receiver that a backup can be put back on"),
+                     tr("Plug the receiver in, and select it"));
 }
 
 } // namespace
@@ -88,7 +89,7 @@ void Receivers::load(const std::optional<std::string>& bundle)
     prepareDrivers(request);
     const auto path = findBundle(bundle);
     if (!path)
-        failure_ = "No plug-in bundle was found beside the program or where it is installed.";
+        failure_ = tr("No plug-in bundle was found beside the program or where it is installed.");
     else if (const auto failure = loadBundle(*path, plugIn_))
         failure_ = sentencesOf(*failure);
     lookAround();
@@ -224,8 +225,9 @@ void Receivers::download(const DeviceAddress& device, const DownloadChoice& choi
     thread_.post([this, device, choice] {
         const auto chosen = choose(device);
         if (chosen.location.empty()) {
-            deliver(handlers_.received, nothing(hostError("The receiver is not there any more",
-                                                          "Plug it in again", device.location)));
+            deliver(handlers_.received,
+                    nothing(hostError(tr("The receiver is not there any more"),
+                                      tr("Plug it in again"), device.location)));
             return;
         }
         DownloadRequest request{
@@ -337,8 +339,8 @@ ReceivedRecords Receivers::receiveNew(gps::GPSPlugInProtocol& driver, DownloadRe
 {
     const auto lists = knownRecordsFolder();
     if (!lists)
-        return nothing(hostError("There is no folder to remember what was saved",
-                                 "Set HOME or XDG_STATE_HOME, or download everything"));
+        return nothing(hostError(tr("There is no folder to remember what was saved"),
+                                 tr("Set HOME or XDG_STATE_HOME, or download everything")));
     const auto list = knownRecordsFile(*lists, identifierOf(driver, request.location));
     KnownRecords known{list};
     const auto unusable = known.load();

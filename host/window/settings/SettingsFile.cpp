@@ -8,6 +8,7 @@
 #include "host/base/HostError.h"
 #include "host/base/NearestName.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/commandline/Configuration.h"
 #include "host/files/Files.h"
 
@@ -44,17 +45,17 @@ public:
         : table_(table), path_(std::move(path))
     {}
 
-    void read(const char* key, bool& value) { take<bool>(key, "true or false", value); }
-    void read(const char* key, std::string& value) { take<std::string>(key, "a text", value); }
+    void read(const char* key, bool& value) { take<bool>(key, tr("true or false"), value); }
+    void read(const char* key, std::string& value) { take<std::string>(key, tr("a text"), value); }
 
     void read(const char* key, std::size_t& value)
     {
         auto number = static_cast<std::int64_t>(value);
-        take<std::int64_t>(key, "a number", number);
+        take<std::int64_t>(key, tr("a number"), number);
         if (number >= 1 && number <= kMostBackups)
             value = static_cast<std::size_t>(number);
         else
-            note(key, fmt::format("a number from 1 to {}", kMostBackups));
+            note(key, trFormat("a number from 1 to {}", kMostBackups));
     }
 
     template <typename Choice>
@@ -77,10 +78,11 @@ public:
             if (mistake_ || std::find(known_.begin(), known_.end(), name) != known_.end())
                 continue;
             const auto guess = nearestName(name, known_);
-            mistake_ =
-                mistakeAt(key.source(),
-                          fmt::format("the window has no setting \"{}\"{}", name,
-                                      guess.empty() ? "" : ", did you mean \"" + guess + "\"?"));
+            mistake_ = mistakeAt(
+                key.source(),
+                guess.empty() ? trFormat("the window has no setting \"{}\"", name)
+                              : trFormat("the window has no setting \"{}\", did you mean \"{}\"?",
+                                         name, guess));
         }
     }
 
@@ -103,15 +105,14 @@ private:
     {
         if (mistake_)
             return;
-        mistake_ = mistakeAt(table_.get(key)->source(), fmt::format("\"{}\" needs {}", key, form));
+        mistake_ = mistakeAt(table_.get(key)->source(), trFormat("\"{}\" needs {}", key, form));
     }
 
     [[nodiscard]] gps::Error mistakeAt(const toml::source_region& source,
                                        std::string_view what) const
     {
-        return hostError(
-            fmt::format("The configuration file, line {}: {}", source.begin.line, what),
-            "Correct the file", path_);
+        return hostError(trFormat("The configuration file, line {}: {}", source.begin.line, what),
+                         tr("Correct the file"), path_);
     }
 
     const toml::table& table_;
@@ -272,9 +273,9 @@ bool areOthersEqual(toml::table a, toml::table b)
 
 gps::Error notToml(const std::string& path, const toml::parse_error& error)
 {
-    return hostError(fmt::format("The configuration file is not TOML: line {} ({})",
-                                 error.source().begin.line, error.description()),
-                     "Correct the file", path);
+    return hostError(trFormat("The configuration file is not TOML: line {} ({})",
+                              error.source().begin.line, error.description()),
+                     tr("Correct the file"), path);
 }
 
 // @param text  out: empty if the file is missing
@@ -329,9 +330,10 @@ std::optional<gps::Error> writeSettings(const std::string& path, const WindowSet
         return notToml(path, file.error());
     const auto changed = withSettings(text, settings);
     if (!changed)
-        return hostError("The configuration file has the window's settings in a form that cannot "
-                         "be changed",
-                         "Write them below a line [window], each on a line of its own", path);
+        return hostError(
+            tr("The configuration file has the window's settings in a form that cannot "
+               "be changed"),
+            tr("Write them below a line [window], each on a line of its own"), path);
     if (*changed == text)
         return std::nullopt;
     std::error_code missing;
