@@ -3,26 +3,16 @@
 
 #include "host/window/MainWindow.h"
 
-#include "host/base/Sentences.h"
-#include "host/base/Text.h"
-#include "host/base/TranslatedFormat.h"
-#include "host/files/Files.h"
-#include "host/formats/Formats.h"
-#include "host/transfer/MapFileImport.h"
 #include "host/window/About.h"
 #include "host/window/Shortcuts.h"
+#include "host/window/TransferResults.h"
 #include "host/window/base/FileDrop.h"
 #include "host/window/base/Question.h"
 #include "host/window/base/Translation.h"
 #include "host/window/map/MapSourceAction.h"
 #include "host/window/settings/PreferencesWindow.h"
-#include "host/words/RecordCountText.h"
-#include "host/words/RestoreText.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include <adwaita.h>
@@ -47,29 +37,6 @@ Glib::RefPtr<Gio::Menu> mainMenu()
     return menu;
 }
 
-Glib::ustring sentenceOn(const ReceivedRecords& received)
-{
-    const auto counts = recordCountText(received.counts);
-    if (!counts.empty())
-        return received.isComplete ? trFormat("Received: {}.", counts)
-                                   : trFormat("Received, but not complete: {}.", counts);
-    if (!received.isComplete)
-        return tr("Nothing was received.");
-    return received.news ? tr("There is nothing new.") : tr("There are no records.");
-}
-
-// Empty if nothing was left out.
-Glib::ustring sentenceOnLeftOut(const ReceivedRecords& received)
-{
-    const auto counts = received.news ? recordCountText(received.news->leftOut) : "";
-    if (counts.empty())
-        return {};
-    return Glib::ustring::compose(
-        tr("Left out because it was saved before: %1. To see everything, untick “Only what is "
-           "new”, and download again."),
-        counts);
-}
-
 // The map that some settings ask for: the same whatever file was used before.
 std::pair<WindowSettings::Tiles, std::string> mapOf(const WindowSettings& settings)
 {
@@ -88,7 +55,6 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 .download =
                     [this](const auto& device, const auto& choice) {
                         setBusy(true);
-                        sources_.clear();
                         receivers_->download(device, choice);
                     },
                 .newOnlyChanged =
@@ -108,6 +74,11 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                             send_.setReceiver({}, {});
                         backups_.refresh();
                     }}),
+      exporter_(messages_, {.saved =
+                                [this](auto records, const auto& ticked) {
+                                    receivers_->noteSaved(std::move(records), ticked);
+                                },
+                            .ended = [this](const auto& report) { endExport(report); }}),
       settings_({.changed = [this](const WindowSettings& settings) { apply(settings); },
                  .failed =
                      [this](const std::string& sentence) {
@@ -141,10 +112,18 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                                   const auto& explanation) { restore(backup, explanation); }}),
       saving_(settings_.settings().isSaving, settings_.settings().saveFolder,
               {.changed = [this](bool isOn, const std::string& folder) { saveNew(isOn, folder); }}),
-      frame_(application, devices_, messages_, mainMenu())
+      frame_(application, devices_, messages_, mainMenu()),
+      closing_(frame_.window(), {.isTransferring = [this] { return isBusy_ || isSaving_; },
+                                 .isExporting = [this] { return exporter_.isRunning(); },
+                                 .stop = [this](bool isTransfer) { stop(isTransfer); }}),
+      opener_(messages_, {.addFolders =
+                              [this](const auto& folders) {
+                                  devices_.select(folders.back());
+                                  receivers_->addFolders(folders);
+                              },
+                          .import = [this](ImportRequest request) { import(std::move(request)); }})
 {
     frame_.window().set_title("Magellan GPS");
-    messages_.append(exporting_);
     addActions();
     addPages();
     receivers_ = std::make_unique<Receivers>(
@@ -163,7 +142,9 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 },
             .ejected = [this](const Message& result) { setEjected(result); },
             .notReceivers =
-                [this](const std::vector<RefusedFolder>& folders) { importFrom(folders); },
+                [this](const std::vector<RefusedFolder>& folders) {
+                    opener_.importRefused(folders);
+                },
             .previewed = [this](SendPreview preview) { send_.setPreview(std::move(preview)); },
             .sent = [this](const SendResult& result) { setSent(result); },
             .backupsListed = [this](const BackupState& state) { backups_.setBackups(state); },
@@ -173,7 +154,7 @@ MainWindow::MainWindow(Gtk::Application& application, std::optional<std::string>
                 },
             .restored = [this](const RestoreReport& report) { setRestored(report); },
             .saved = [this](const SavingEvent& event) { showSaving(event); }});
-    open(paths);
+    opener_.open(paths);
     const auto& settings = settings_.settings();
     apply(settings);
     records_.map().signalSourceChanged().connect(
@@ -193,7 +174,9 @@ void MainWindow::addPages()
         if (name == "send")
             showRecordsToSend();
     });
-    acceptFiles(frame_.window(), [this](const auto& paths) { drop(paths); });
+    acceptFiles(frame_.window(), [this](const auto& paths) {
+        opener_.drop(paths, devices_.selected().has_value());
+    });
     frame_.addPage(saving_, "saving", tr("Saving"), "folder-download-symbolic");
 }
 
@@ -222,38 +205,14 @@ void MainWindow::addActions()
                })
             .show();
     });
-    window.signal_close_request().connect([this] { return asksBeforeClosing(); }, false);
 }
 
-bool MainWindow::isIdle() const
+void MainWindow::stop(bool isTransfer)
 {
-    return !isBusy_ && !isSaving_ && !exporting_.isRunning();
-}
-
-// What a transfer is writing is finished, whatever the answer is.
-bool MainWindow::asksBeforeClosing()
-{
-    if (isIdle() || closesWhenIdle_)
-        return false;
-    const bool isTransfer = isBusy_ || isSaving_;
-    ask(frame_.window(), isTransfer ? tr("Stop the Transfer?") : tr("Stop the Export?"),
-        isTransfer ? tr("A transfer is running. What is being written now is finished first.")
-                   : tr("A file is being written. If you stop now, there is no such file."),
-        {.cancel = tr("_Continue"), .accept = tr("_Stop and Close")}, [this, isTransfer] {
-            closesWhenIdle_ = true;
-            receivers_->stop();
-            receivers_->stopSaving();
-            if (!isTransfer)
-                exporting_.stop();
-            closeWhenIdle();
-        });
-    return true;
-}
-
-void MainWindow::closeWhenIdle()
-{
-    if (isIdle())
-        frame_.window().close();
+    receivers_->stop();
+    receivers_->stopSaving();
+    if (!isTransfer)
+        exporter_.stop();
 }
 
 void MainWindow::apply(const WindowSettings& settings)
@@ -304,47 +263,10 @@ void MainWindow::showSaving(const SavingEvent& event)
 {
     isSaving_ = event.isRunning;
     saving_.add(event);
-    if (closesWhenIdle_)
-        closeWhenIdle();
+    closing_.continueWhenIdle();
 }
 
-// What a second import brought would replace what the user has not seen yet.
-void MainWindow::open(const std::vector<std::string>& paths)
-{
-    std::vector<std::string> folders;
-    std::vector<std::string> files;
-    for (const auto& path : paths) {
-        std::error_code ignored;
-        if (path.empty())
-            messages_.show(MessageTopic::kReceived,
-                           tr("A file that is not on this computer cannot be opened. Copy it, and "
-                              "open the copy."));
-        else
-            (std::filesystem::is_directory(path, ignored) ? folders : files).push_back(path);
-    }
-    if (folders.empty()) {
-        if (!files.empty())
-            import(files);
-        return;
-    }
-    devices_.select(folders.back());
-    opened_.insert(opened_.end(), files.begin(), files.end()); // importFrom() follows
-    receivers_->addFolders(folders);
-}
-
-// A folder that is not a receiver may be a memory card, or a copy of one.
-void MainWindow::importFrom(const std::vector<RefusedFolder>& folders)
-{
-    auto files = std::exchange(opened_, {});
-    for (const auto& folder : folders) {
-        files.push_back(folder.path);
-        notReceivers_.push_back({true, folder.reason});
-    }
-    if (!files.empty())
-        import(files);
-}
-
-void MainWindow::import(const std::vector<std::string>& files)
+void MainWindow::import(ImportRequest request)
 {
     if (isBusy_) {
         messages_.show(MessageTopic::kReceived,
@@ -353,15 +275,8 @@ void MainWindow::import(const std::vector<std::string>& files)
         return;
     }
     setBusy(true);
-    sources_ = files;
-    receivers_->import(files);
-}
-
-// Map files that are dropped while a receiver is there are meant for it.
-void MainWindow::drop(const std::vector<std::string>& paths)
-{
-    isSendNext_ = devices_.selected() && std::any_of(paths.begin(), paths.end(), isMapFile);
-    open(paths);
+    importing_ = std::move(request);
+    receivers_->import(importing_.paths);
 }
 
 void MainWindow::setBusy(bool isBusy)
@@ -378,7 +293,7 @@ void MainWindow::setBusy(bool isBusy)
 void MainWindow::updateExport()
 {
     enable("export",
-           !isBusy_ && !exporting_.isRunning() && shown_.records && !shown_.records->isEmpty());
+           !isBusy_ && !exporter_.isRunning() && shown_.records && !shown_.records->isEmpty());
 }
 
 void MainWindow::enable(const char* action, bool isEnabled)
@@ -387,31 +302,31 @@ void MainWindow::enable(const char* action, bool isEnabled)
         ->set_enabled(isEnabled);
 }
 
+// Returns whether there is still somebody to see what it brought.
+bool MainWindow::endTransfer()
+{
+    setBusy(false);
+    return !closing_.continueWhenIdle();
+}
+
 void MainWindow::setReceived(ReceivedRecords received)
 {
-    if (closesWhenIdle_) {
-        setBusy(false);
-        closeWhenIdle();
+    const auto request = std::exchange(importing_, {});
+    if (!endTransfer())
         return;
-    }
     const bool isNothing = !received.isComplete && received.records->isEmpty();
-    const auto notReceivers = std::exchange(notReceivers_, {});
     if (isNothing)
-        received.messages.insert(received.messages.begin(), notReceivers.begin(),
-                                 notReceivers.end());
-    messages_.show(MessageTopic::kReceived, sentenceOn(received), received.messages,
-                   !received.isComplete);
-    const char* const page = std::exchange(isSendNext_, false) ? "send" : "records";
+        received.messages.insert(received.messages.begin(), request.notReceivers.begin(),
+                                 request.notReceivers.end());
+    showReceived(messages_, received);
     // What was received before may not have been saved.
-    const bool isKept = isNothing && shown_.records;
-    if (!isKept)
-        shown_ = std::move(received);
-    setBusy(false);
-    if (isKept)
+    if (isNothing && shown_.records)
         return;
+    shown_ = std::move(received);
+    updateExport();
     records_.setRecords(shown_.records);
     records_.setNote(sentenceOnLeftOut(shown_));
-    frame_.showPage(page);
+    frame_.showPage(request.isToSend ? "send" : "records");
     if (frame_.shownPage() == "send")
         showRecordsToSend();
 }
@@ -424,12 +339,8 @@ void MainWindow::showRecordsToSend()
 
 void MainWindow::setSent(const SendResult& result)
 {
-    setBusy(false);
-    if (closesWhenIdle_)
-        closeWhenIdle();
-    else
-        messages_.show(MessageTopic::kWritten, result.sentence, result.messages,
-                       !result.isComplete);
+    if (endTransfer())
+        showSent(messages_, result);
 }
 
 void MainWindow::restore(const std::string& backup, const Glib::ustring& explanation)
@@ -470,42 +381,34 @@ void MainWindow::setEjected(const Message& result)
 
 void MainWindow::setRestored(const RestoreReport& report)
 {
-    setBusy(false);
-    if (closesWhenIdle_) {
-        closeWhenIdle();
+    if (!endTransfer())
         return;
-    }
     backups_.refresh();
-    auto messages = restoreMessages(report);
-    for (auto& line : restoreLines(report))
-        messages.push_back({false, std::move(line)});
-    messages_.show(MessageTopic::kWritten,
-                   report.isComplete()
-                       ? tr("The backup is restored: the receiver holds what it held then.")
-                       : tr("The backup was not restored, or not completely."),
-                   messages, !report.isComplete());
+    showRestored(messages_, report);
 }
 
 void MainWindow::chooseFolder()
 {
     choose(tr("Open a Copy of a Receiver"), Gtk::FileChooser::Action::SELECT_FOLDER,
-           [this](const std::vector<std::string>& paths) { open(paths); })
+           [this](const std::vector<std::string>& paths) { opener_.open(paths); })
         .show();
 }
 
 void MainWindow::chooseFiles()
 {
     auto& dialog = choose(tr("Import Files"), Gtk::FileChooser::Action::OPEN,
-                          [this](const std::vector<std::string>& paths) { open(paths); });
+                          [this](const std::vector<std::string>& paths) { opener_.open(paths); });
     dialog.set_select_multiple(true);
     dialog.show();
 }
 
 void MainWindow::chooseExport()
 {
-    auto& dialog =
-        choose(tr("Export the Ticked Records"), Gtk::FileChooser::Action::SAVE,
-               [this](const std::vector<std::string>& paths) { exportTo(paths.front()); });
+    auto& dialog = choose(tr("Export the Ticked Records"), Gtk::FileChooser::Action::SAVE,
+                          [this](const std::vector<std::string>& paths) {
+                              exporter_.write(paths.front(), shown_, records_.ticked());
+                              updateExport();
+                          });
     dialog.set_current_name("trip.gpx");
     dialog.show();
 }
@@ -520,61 +423,14 @@ Gtk::FileChooserNative& MainWindow::choose(const char* title, Gtk::FileChooser::
     return dialog;
 }
 
-void MainWindow::exportTo(const std::string& path)
-{
-    if (const auto obstacle = whyNotExport(path)) {
-        messages_.show(MessageTopic::kWritten, *obstacle);
-        return;
-    }
-    ExportRequest request{
-        .path = path, .format = findFormat(fileTypeOf(path)), .origin = shown_.origin};
-    request.origin.title = std::filesystem::path{path}.stem().string();
-    const auto ticked = records_.ticked();
-    exporting_.write(shown_.records, ticked, std::move(request),
-                     [this, path, isComplete = shown_.isComplete, news = shown_.news,
-                      ticked](const ExportReport& report) {
-                         if (report.isComplete() && news)
-                             receivers_->noteSaved(news, ticked);
-                         setExported(path, isComplete, report);
-                     });
-    updateExport();
-}
-
-std::optional<Glib::ustring> MainWindow::whyNotExport(const std::string& path) const
-{
-    if (findFormat(fileTypeOf(path)) == nullptr)
-        return Glib::ustring::compose(tr("The name of the file must end in one of these: %1."),
-                                      formatNames());
-    if (isOneOfFiles(path, sources_))
-        return tr("The file was not replaced, because it is what the records were imported "
-                  "from, and may hold more than is shown. Choose another name.");
-    return std::nullopt;
-}
-
 // A failure keeps the window open, although the user has asked for its end.
-void MainWindow::setExported(const std::string& path, bool isComplete, const ExportReport& report)
+void MainWindow::endExport(const ExportReport& report)
 {
     updateExport();
-    if (report.error) {
-        closesWhenIdle_ = false;
-        messages_.show(MessageTopic::kWritten, sentencesOf(*report.error));
-        return;
-    }
-    if (report.isStopped)
-        messages_.show(MessageTopic::kWritten,
-                       Glib::ustring::compose(
-                           tr("Stopped: %1 was not written. A file that had this name before is "
-                              "unchanged."),
-                           displayText(path)),
-                       {}, false);
+    if (report.error)
+        closing_.giveUp();
     else
-        messages_.show(MessageTopic::kWritten,
-                       Glib::ustring::compose(tr("Saved: %1"), displayText(path)),
-                       {{false, report.remark},
-                        {true, isComplete ? "" : tr("What was received is not complete.")}},
-                       !isComplete);
-    if (closesWhenIdle_)
-        closeWhenIdle();
+        closing_.continueWhenIdle();
 }
 
 } // namespace host

@@ -3,13 +3,15 @@
 
 #pragma once
 
+#include "host/window/Closing.h"
+#include "host/window/Exporter.h"
+#include "host/window/Opener.h"
 #include "host/window/WindowFrame.h"
 #include "host/window/backups/BackupPage.h"
 #include "host/window/base/MessageArea.h"
 #include "host/window/base/PathChooser.h"
 #include "host/window/devices/DevicePane.h"
 #include "host/window/devices/Receivers.h"
-#include "host/window/records/ExportBar.h"
 #include "host/window/records/RecordPage.h"
 #include "host/window/saving/SavingPage.h"
 #include "host/window/send/SendPage.h"
@@ -40,15 +42,14 @@ public:
 
     /// Opens folders as receivers, and imports files. An empty path is that of a file that is not
     /// on this computer.
-    void open(const std::vector<std::string>& paths);
+    void open(const std::vector<std::string>& paths) { opener_.open(paths); }
 
 private:
     void addPages();
-    void importFrom(const std::vector<RefusedFolder>& folders);
-    void import(const std::vector<std::string>& files);
-    void drop(const std::vector<std::string>& paths);
     void addActions();
-    [[nodiscard]] bool asksBeforeClosing();
+    void stop(bool isTransfer);
+    void import(ImportRequest request);
+    [[nodiscard]] bool endTransfer();
     void setReceived(ReceivedRecords received);
     void setSent(const SendResult& result);
     void showRecordsToSend();
@@ -64,37 +65,31 @@ private:
     void enable(const char* action, bool isEnabled);
     [[nodiscard]] Gtk::FileChooserNative& choose(const char* title, Gtk::FileChooser::Action action,
                                                  PathChooser::Chosen chosen);
-    void exportTo(const std::string& path);
-    [[nodiscard]] std::optional<Glib::ustring> whyNotExport(const std::string& path) const;
-    void setExported(const std::string& path, bool isComplete, const ExportReport& report);
+    void endExport(const ExportReport& report);
     void saveNew(bool isOn, const std::string& folder);
     void showSaving(const SavingEvent& event);
-    [[nodiscard]] bool isIdle() const;
-    void closeWhenIdle();
     void apply(const WindowSettings& settings);
     void keepMap(WindowSettings::Tiles tiles, const std::string& file);
     [[nodiscard]] BackupPolicy backups() const;
 
     DevicePane devices_;
     MessageArea messages_;
-    ExportBar exporting_;
+    Exporter exporter_;
     SettingsKeeper settings_;
     RecordPage records_;
     SendPage send_;
     BackupPage backups_;
     SavingPage saving_;
     WindowFrame frame_;
+    Closing closing_;
+    Opener opener_;
     PathChooser chooser_;
     ReceivedRecords shown_;
-    std::vector<std::string> sources_; // the files that shown_ was imported from
+    ImportRequest importing_;                                  // empty while nothing is imported
     std::pair<WindowSettings::Tiles, std::string> shownMap_{}; // and its file
     bool isBusy_ = false;
-    std::vector<std::string> opened_;   // files to import together with folders
-    std::vector<Message> notReceivers_; // why the folders that are being imported are not receivers
-    bool isSendNext_ = false; // the files that are being imported were dropped, to be sent
     bool isEjecting_ = false;
     bool isSaving_ = false;                // a receiver is being read for that just now
-    bool closesWhenIdle_ = false;          // the user has asked for it while a transfer was running
     std::unique_ptr<Receivers> receivers_; // last: it calls the others
 };
 

@@ -83,6 +83,20 @@ class ExportTest(story.Story):
         opened.wait_until(lambda: not any(map(begins("The output file cannot be created"),
                                               opened.names("label"))))
 
+    def test_file_is_not_replaced_by_what_was_read_of_it_even_after_an_import_that_failed(self):
+        source = self.folder / "source.gpx"
+        source.write_text("<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'>"
+                          "<wpt lat='46.1' lon='7.2'><name>Hut</name></wpt></gpx>")
+        broken = self.folder / "broken.gpx"
+        broken.write_text("<gpx")
+        opened = self.open(source)
+        opened.find("label", begins("Received: "))
+        self.open_also(opened, broken)
+        opened.find("label", "Nothing was received.")
+        self.export(opened, source)
+        opened.press("push button", "Replace")
+        opened.find("label", begins("The file was not replaced"))
+
 
 if __name__ == "__main__":
     story.main()

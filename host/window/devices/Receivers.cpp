@@ -245,9 +245,11 @@ void Receivers::import(const std::vector<std::string>& files)
         Driver importer;
         auto sources = files;
         const auto failure = prepareImport(importer, sources);
-        deliver(handlers_.received,
-                failure ? nothing(*failure)
-                        : receive(*importer, {.sourceFiles = sources, .isDriverReused = true}));
+        auto received = failure
+                            ? nothing(*failure)
+                            : receive(*importer, {.sourceFiles = sources, .isDriverReused = true});
+        received.sources = std::move(sources);
+        deliver(handlers_.received, std::move(received));
     });
 }
 

@@ -34,6 +34,7 @@ struct ReceivedRecords {
     std::shared_ptr<const RecordSet> records{};
     RecordCounts counts{}; ///< of these
     RecordOrigin origin{};
+    std::vector<std::string> sources{};       ///< the files that they were imported from
     std::shared_ptr<const NewRecords> news{}; ///< null: all records were to be received
     std::vector<Message> messages{};          ///< what went wrong, or is worth knowing
     bool isComplete = false;
