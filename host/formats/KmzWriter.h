@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace host {
 
@@ -19,13 +20,17 @@ public:
     KmzWriter(Output& output, const std::string& spoolFolder);
 
     void event(const Event& event) override { kml_.event(event); }
+    void watchClose(CloseWatch watch) override { watch_ = std::move(watch); }
     [[nodiscard]] std::optional<gps::Error> close() override;
     [[nodiscard]] std::string remark() const override { return kml_.remark(); }
 
 private:
+    [[nodiscard]] bool compressDocument();
+
     Output& output_;
     Spool document_;
     KmlWriter kml_;
+    CloseWatch watch_;
 };
 
 } // namespace host

@@ -6,11 +6,18 @@
 
 #include "host/operations/Event.h"
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace host {
+
+/// Gets how much of a long `close` is done.
+/// @param bytes  of `totalBytes`
+/// @return       whether to go on
+using CloseWatch = std::function<bool(std::uint64_t bytes, std::uint64_t totalBytes)>;
 
 /// Gets every event in order, each operation's result after that operation's events, and finally
 /// `close`. Implementations keep no points, so memory does not grow with a track. Destroyed without
@@ -30,6 +37,10 @@ public:
 
     /// Hands what was written so far to whoever reads the output while it grows.
     virtual void flush() {}
+
+    /// Gives a writer whose `close` takes long somebody to report to now and then. After an answer
+    /// of false, `close` ends soon, reports nothing, and leaves the output incomplete.
+    virtual void watchClose(CloseWatch watch) { (void)watch; }
 
     /// Ends the output. @return  the first failure since the start
     [[nodiscard]] virtual std::optional<gps::Error> close() = 0;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -117,6 +118,9 @@ public:
     std::optional<gps::Error> close() override
     {
         look();
+        writer_.watchClose([this](std::uint64_t bytes, std::uint64_t totalBytes) {
+            return goesOn(bytes, totalBytes);
+        });
         auto failure = isStopped_ ? std::nullopt : writer_.close();
         look();
         return failure;
@@ -125,6 +129,19 @@ public:
     [[nodiscard]] bool isStopped() const noexcept { return isStopped_; }
 
 private:
+    // Whether to go on with the end of the file, of which some part is done.
+    bool goesOn(std::uint64_t bytes, std::uint64_t totalBytes)
+    {
+        const bool isFirst = progress_.phase != TransferPhase::kCompressingFile;
+        progress_ = {.phase = TransferPhase::kCompressingFile,
+                     .location = progress_.location,
+                     .bytes = bytes,
+                     .totalBytes = totalBytes};
+        if (isFirst || std::chrono::steady_clock::now() >= nextLook_)
+            look();
+        return !isStopped_;
+    }
+
     void look()
     {
         nextLook_ = std::chrono::steady_clock::now() + ProgressTracker::kInterval;

@@ -29,6 +29,7 @@ enum class TransferPhase {
     kReadingBack,        ///< after a send: whether the device holds what was sent
     kRestoring,          ///< putting a backup back
     kWritingFile,        ///< an export: `records` of `totalRecords` so far
+    kCompressingFile,    ///< an export, at its end
     kFinished,           ///< no further report follows; a front end removes what it shows
 };
 
@@ -36,15 +37,16 @@ enum class TransferPhase {
 struct TransferProgress {
     TransferPhase phase = TransferPhase::kFinished;
     std::string location{};                  ///< kWaitingForPort and kLookingForReceiver: the port;
-                                             ///< kReadingFile, kWritingFile: the file's name
+                                             ///< kReadingFile, kWritingFile, kCompressingFile:
+                                             ///< the file's name
     std::optional<gps::TransferKind> kind{}; ///< kTransferring: the kind of the records
     std::size_t records = 0;                 ///< waypoints, route points and track points
     std::size_t totalRecords = 0;            ///< 0: not known
     gps::SerialTraffic traffic{};            ///< bitsPerSecond is 0 if no serial line is in use
     std::chrono::milliseconds elapsed{};
 
-    /// How much of a file was read, or of all files written, whatever phase it is; the total is 0
-    /// if it is not known.
+    /// How much of a file was read or compressed, or of all files written, whatever phase it is;
+    /// the total is 0 if it is not known.
     std::uint64_t bytes = 0;
     std::uint64_t totalBytes = 0;
 };

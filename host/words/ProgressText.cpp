@@ -62,6 +62,8 @@ std::string phaseText(const TransferProgress& progress)
         return tr("restoring");
     case TransferPhase::kWritingFile:
         return trFormat("writing {}", displayText(progress.location, kMostOfName));
+    case TransferPhase::kCompressingFile:
+        return trFormat("compressing {}", displayText(progress.location, kMostOfName));
     case TransferPhase::kFinished:
         break;
     }

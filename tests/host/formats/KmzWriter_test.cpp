@@ -8,6 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -50,6 +53,48 @@ TEST(KmzWriter, RemarkIsThatOfTheDocument)
     std::string remark;
     (void)written<host::KmzWriter>({wayPoint({91, 0, 0, 0, 0})}, &remark);
     EXPECT_EQ(remark, "1 point without valid coordinates was left out");
+}
+
+// A document that is compressed in several pieces.
+std::vector<Event> longTrack()
+{
+    std::vector<Event> events{newTrack({{"name", "T"}})};
+    for (int i = 0; i < 20'000; ++i)
+        events.push_back(trackPoint({i / 1000.0, 7, 5, 1717236000 + i, 0}));
+    return events;
+}
+
+// Writes an archive, and stops at this report of its end. Returns how many bytes were done at each.
+std::vector<std::uint64_t> writeUntil(std::size_t stop, support::Written& output)
+{
+    host::KmzWriter writer{output.output(), output.folder()};
+    for (const auto& event : longTrack())
+        writer.event(event);
+    std::vector<std::uint64_t> reports;
+    writer.watchClose([&](std::uint64_t bytes, std::uint64_t totalBytes) {
+        EXPECT_LE(bytes, totalBytes);
+        reports.push_back(bytes);
+        return reports.size() < stop;
+    });
+    EXPECT_FALSE(writer.close());
+    return reports;
+}
+
+TEST(KmzWriter, ReportsHowMuchIsCompressedUpToTheWholeDocument)
+{
+    support::Written output;
+    const auto reports = writeUntil(SIZE_MAX, output);
+    ASSERT_GE(reports.size(), 3U);
+    EXPECT_TRUE(std::is_sorted(reports.begin(), reports.end()));
+    EXPECT_EQ(reports.back(), written<host::KmlWriter>(longTrack()).size());
+}
+
+TEST(KmzWriter, ThatIsStoppedCompressesNoMore)
+{
+    support::Written output;
+    EXPECT_EQ(writeUntil(2, output).size(), 2U);
+    std::string document;
+    EXPECT_NE(host::extractFromZip(output.text(), ".kml", 1 << 30, document), "");
 }
 
 TEST(KmzWriter, FailedWriteIsReportedAtTheEnd)

@@ -140,9 +140,28 @@ TEST(Export, ReportsItsProgressFromNothingToAllTickedPoints)
     EXPECT_EQ(counts.back(), 4U);
 }
 
-// Whenever it is stopped: at the first question, at the second one and so on, until it has not been
-// stopped in time.
-TEST(Export, ThatIsStoppedLeavesNothingBesideTheOlderFile)
+TEST(Export, ReportsWhatIsCompressedAfterTheRecords)
+{
+    const support::TemporaryFolder folder;
+    const auto set = kept({waypoint("A")});
+    auto request = requestFor(folder.path("day.kmz"));
+    request.format = host::findFormat("kmz");
+    std::vector<host::TransferProgress> reports;
+    request.progress = [&](const host::TransferProgress& progress) { reports.push_back(progress); };
+    EXPECT_TRUE(host::exportRecords(set, TickedRecords::all(set), request).isComplete());
+    ASSERT_FALSE(reports.empty());
+    EXPECT_EQ(reports.front().phase, host::TransferPhase::kWritingFile);
+    const auto& last = reports.back();
+    EXPECT_EQ(last.phase, host::TransferPhase::kCompressingFile);
+    EXPECT_EQ(last.location, "day.kmz");
+    EXPECT_GT(last.bytes, 0U);
+    EXPECT_EQ(last.bytes, last.totalBytes);
+    EXPECT_EQ(last.totalRecords, 0U) << "of this phase";
+}
+
+// Stops an export whenever it can be stopped: at the first question, at the second one and so on,
+// until it has not been stopped in time. Returns how many questions there were.
+int stopAtEachQuestion(const char* format)
 {
     const support::TemporaryFolder folder;
     folder.put("day.gpx", "old");
@@ -151,6 +170,7 @@ TEST(Export, ThatIsStoppedLeavesNothingBesideTheOlderFile)
     for (bool isStopped = true; isStopped; ++stops) {
         int questions = 0;
         auto request = requestFor(folder.path("day.gpx"));
+        request.format = host::findFormat(format);
         request.stopRequested = [&] { return questions++ == stops; };
         const auto report = host::exportRecords(set, TickedRecords::all(set), request);
         EXPECT_FALSE(report.error);
@@ -160,7 +180,14 @@ TEST(Export, ThatIsStoppedLeavesNothingBesideTheOlderFile)
         const auto entries = std::filesystem::directory_iterator{folder.path()};
         EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
     }
-    EXPECT_GE(stops, 3) << "before the records, after them, and after the end of the format";
+    return stops - 1;
+}
+
+TEST(Export, ThatIsStoppedLeavesNothingBesideTheOlderFile)
+{
+    EXPECT_EQ(stopAtEachQuestion("gpx"), 3)
+        << "before the records, after them, and after the end of the format";
+    EXPECT_EQ(stopAtEachQuestion("kmz"), 4) << "and while it is compressed";
 }
 
 } // namespace

@@ -44,6 +44,7 @@ TEST(ProgressText, NamesThePhase)
          {Row{TransferPhase::kReading, "reading"},
           {TransferPhase::kReadingFile, "reading /dev/x"},
           {TransferPhase::kWritingFile, "writing /dev/x"},
+          {TransferPhase::kCompressingFile, "compressing /dev/x"},
           {TransferPhase::kWaitingForPort, "another program uses /dev/x: trying again for 15 s"},
           {TransferPhase::kLookingForReceiver, "looking for a receiver at /dev/x"},
           {TransferPhase::kTransferring, "routes"},
