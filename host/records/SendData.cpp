@@ -97,11 +97,15 @@ std::vector<std::string> changedTexts(const gps::Dictionary& before, const gps::
     return changed;
 }
 
+std::size_t indexOf(const gps::Value& value)
+{
+    return static_cast<std::size_t>(value.int32Reading());
+}
+
 // A record that is in the plan no longer was left out of it.
-template <typename Record>
-std::vector<PlannedRecord> plannedKind(const char* key, const std::vector<Record>& records,
-                                       const std::vector<bool>& isTicked,
-                                       const gps::Dictionary& data)
+template <typename Record> std::vector<PlannedRecord>
+plannedKind(const char* key, const std::vector<Record>& records, const std::vector<bool>& isTicked,
+            const gps::Dictionary& data, const std::vector<RepeatedIndices::Repeat>& repeated)
 {
     std::vector<PlannedRecord> planned(records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
@@ -112,11 +116,15 @@ std::vector<PlannedRecord> plannedKind(const char* key, const std::vector<Record
         const auto* const index = record.find(kIndexKey);
         if (index == nullptr)
             return;
-        const auto i = static_cast<std::size_t>(index->int32Reading());
+        const auto i = indexOf(*index);
         planned[i].fate = Fate::kSent;
         planned[i].name = textIn(record, "name");
         planned[i].changedTexts = changedTexts(records[i].record, record);
     });
+    for (const auto& [index, first] : repeated) {
+        if (planned[first].fate == Fate::kSent)
+            planned[index].fate = Fate::kRepeated;
+    }
     return planned;
 }
 
@@ -132,12 +140,26 @@ gps::Dictionary numberedSendData(const RecordSet& set, const TickedRecords& tick
     return dataOf(set, ticked, Numbering::kByIndex);
 }
 
-PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
-                              const gps::Dictionary& data)
+void RepeatedIndices::add(std::string_view key, const gps::Dictionary& record,
+                          const gps::Dictionary& first)
 {
-    return {plannedKind("waypoint", set.points, ticked.points, data),
-            plannedKind("route", set.routes, ticked.routes, data),
-            plannedKind("track", set.tracks, ticked.tracks, data)};
+    const auto* const index = record.find(kIndexKey);
+    const auto* const firstIndex = first.find(kIndexKey);
+    if (index != nullptr && firstIndex != nullptr)
+        (key == "route" ? routes_ : points_).push_back({indexOf(*index), indexOf(*firstIndex)});
+}
+
+const std::vector<RepeatedIndices::Repeat>& RepeatedIndices::of(std::string_view key) const
+{
+    return key == "route" ? routes_ : points_;
+}
+
+PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
+                              const gps::Dictionary& data, const RepeatedIndices& repeated)
+{
+    return {plannedKind("waypoint", set.points, ticked.points, data, repeated.of("waypoint")),
+            plannedKind("route", set.routes, ticked.routes, data, repeated.of("route")),
+            plannedKind("track", set.tracks, ticked.tracks, data, {})};
 }
 
 } // namespace host

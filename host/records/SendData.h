@@ -9,7 +9,9 @@
 
 #include <gps/Value.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -27,8 +29,9 @@ struct PlannedRecord {
     enum class Fate {
         kNotTicked,
         kSent,
-        kPresent, ///< the device has it already
-        kEmpty,   ///< a route or a track without points
+        kPresent,  ///< the device has it already
+        kRepeated, ///< an earlier record that is the same is sent
+        kEmpty,    ///< a route or a track without points
     };
 
     Fate fate = Fate::kNotTicked;
@@ -44,9 +47,30 @@ struct PlannedRecords {
     std::vector<PlannedRecord> tracks{};
 };
 
-/// @param data  what a plan sends
+/// The records that a plan leaves out because it has the same ones already.
+class RepeatedIndices {
+public:
+    struct Repeat {
+        std::size_t index; ///< of the record among those of its kind
+        std::size_t first; ///< likewise: the record that it repeats
+    };
+
+    /// Adds one of numbered data: a RepeatVisitor.
+    void add(std::string_view key, const gps::Dictionary& record, const gps::Dictionary& first);
+
+    /// @param key  of the list in the data
+    [[nodiscard]] const std::vector<Repeat>& of(std::string_view key) const;
+
+private:
+    std::vector<Repeat> points_;
+    std::vector<Repeat> routes_;
+};
+
+/// @param data      what a plan sends
+/// @param repeated  what was left out of it as repeated
 /// Precondition: it was numberedSendData(set, ticked) before it was fitted to the device.
 [[nodiscard]] PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
-                                            const gps::Dictionary& data);
+                                            const gps::Dictionary& data,
+                                            const RepeatedIndices& repeated = {});
 
 } // namespace host

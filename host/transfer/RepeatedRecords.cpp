@@ -21,8 +21,9 @@ namespace {
 // The records of a scope that came before, by name.
 class EarlierRecords {
 public:
-    EarlierRecords(const RecordScope& scope, RecordComparison& comparison)
-        : scope_(scope), comparison_(comparison)
+    EarlierRecords(const RecordScope& scope, RecordComparison& comparison,
+                   const RepeatVisitor& visit)
+        : scope_(scope), comparison_(comparison), visit_(visit)
     {}
 
     [[nodiscard]] bool haveSame(const gps::Dictionary& record)
@@ -30,12 +31,16 @@ public:
         if (!scope_.contains(record))
             return false;
         const auto [first, isNew] = firsts_.try_emplace(textIn(record, "name"), &record);
-        return !isNew && scope_.areSame(comparison_, record, *first->second);
+        const bool isRepeated = !isNew && scope_.areSame(comparison_, record, *first->second);
+        if (isRepeated && visit_)
+            visit_(scope_.key, record, *first->second);
+        return isRepeated;
     }
 
 private:
     const RecordScope& scope_;
     RecordComparison& comparison_;
+    const RepeatVisitor& visit_;
     std::unordered_map<std::string_view, const gps::Dictionary*> firsts_;
 };
 
@@ -58,15 +63,16 @@ bool mayBeRepeated(const gps::Dictionary& data)
 
 } // namespace
 
-RecordCounts removeRepeatedRecords(gps::Dictionary& data, const gps::GPSFileDevice& device)
+RecordCounts removeRepeatedRecords(gps::Dictionary& data, const gps::GPSFileDevice& device,
+                                   const RepeatVisitor& visit)
 {
     if (!mayBeRepeated(data))
         return {};
     const auto before = countRecords(data);
     RecordComparison comparison{device};
-    EarlierRecords waypoints{kWaypointScope, comparison};
-    EarlierRecords geocaches{kGeocacheScope, comparison};
-    EarlierRecords routes{kRouteScope, comparison};
+    EarlierRecords waypoints{kWaypointScope, comparison, visit};
+    EarlierRecords geocaches{kGeocacheScope, comparison, visit};
+    EarlierRecords routes{kRouteScope, comparison, visit};
     removeRecords(data, kWaypointScope.key, [&](const gps::Dictionary& record) {
         return waypoints.haveSame(record) || geocaches.haveSame(record);
     });

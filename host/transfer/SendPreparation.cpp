@@ -94,7 +94,7 @@ void fitToDevice(PreparedSend& send)
     auto& data = *send.request.data;
     const auto onDevice = recordsOf(send);
     fitTexts(send, onDevice);
-    send.repeated = removeRepeatedRecords(data, *send.files);
+    send.repeated = removeRepeatedRecords(data, *send.files, send.request.onRepeated);
     // After the names: points are compared by the names that the device will store.
     if (!send.request.sendsPresent)
         send.present = removePresentRecords(

@@ -16,6 +16,7 @@
 #include "host/transfer/DeviceState.h"
 #include "host/transfer/MissingRecords.h"
 #include "host/transfer/RecordCounts.h"
+#include "host/transfer/RepeatedRecords.h"
 #include "host/transfer/ReplacedRecords.h"
 #include "host/transfer/TransferProgress.h"
 
@@ -69,6 +70,7 @@ struct SendRequest {
 
     ProgressCallback progress{}; ///< may be empty
     BatchConsumer onEvents{};    ///< gets the driver's calls, on another thread; may be empty
+    RepeatVisitor onRepeated{};  ///< gets what is left out as repeated; may be empty
 
     [[nodiscard]] bool isStopRequested() const { return stopRequested && stopRequested(); }
 };

@@ -73,6 +73,19 @@ class SendTest(story.Story):
         opened.find("label", "The receiver has everything already.")
         self.assertFalse(opened.can_be_used("push button", "Send"))
 
+    def test_record_that_is_there_twice_is_sent_once(self):
+        point = "<wpt lat='46.1' lon='7.2'><ele>3</ele><name>Hut</name></wpt>"
+        self.file.write_text(f"<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'>"
+                             f"{point}{point}</gpx>", encoding="utf-8")
+        opened = self.open(self.receiver, self.file)
+        opened.find("label", begins("Received: 2 waypoints"))
+        opened.press("page tab", "Send")
+        opened.find("label", "1 waypoint, into 1 file.")
+        opened.find("label", "listed more than once: sent once")
+        opened.press("push button", "Send")
+        opened.find("label", "The receiver has everything already.")
+        self.assertNotIn("listed more than once: sent once", opened.names("label"))
+
     def test_unticked_record_is_not_sent(self):
         opened = self.open_plan()
         opened.press("check box", "Send Hut")

@@ -289,6 +289,8 @@ std::string SendPage::noteOn(const SendItem& item) const
         return tr("not sent");
     case Fate::kPresent:
         return tr("on the receiver already");
+    case Fate::kRepeated:
+        return tr("listed more than once: sent once");
     case Fate::kEmpty:
         return tr("left out: it has no points");
     case Fate::kSent:

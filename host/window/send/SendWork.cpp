@@ -10,6 +10,7 @@
 #include "host/words/PlanReport.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include <glibmm.h>
@@ -96,11 +97,17 @@ SendResult resultOf(const PreparedSend& plan, const SendReport& report)
 SendPreview previewSend(const ChosenDevice& device, const SendChoice& choice,
                         const BackupPolicy& backup)
 {
-    const auto plan = prepareSend(device, {.data = numberedSendData(*choice.records, choice.ticked),
-                                           .isDryRun = true,
-                                           .backup = backup});
+    RepeatedIndices repeated;
+    const auto plan = prepareSend(
+        device,
+        {.data = numberedSendData(*choice.records, choice.ticked),
+         .isDryRun = true,
+         .backup = backup,
+         .onRepeated = [&repeated](std::string_view key, const auto& record, const auto& first) {
+             repeated.add(key, record, first);
+         }});
     auto preview = previewOf(plan);
-    preview.records = plannedRecords(*choice.records, choice.ticked, *plan.request.data);
+    preview.records = plannedRecords(*choice.records, choice.ticked, *plan.request.data, repeated);
     return preview;
 }
 

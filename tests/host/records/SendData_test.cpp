@@ -111,6 +111,46 @@ TEST(PlannedRecords, OutsideThePlanAreOnTheDeviceOrEmpty)
     EXPECT_EQ(planned.tracks[1].fate, Fate::kEmpty);
 }
 
+TEST(PlannedRecords, ThatRepeatASentOneAreSentOnce)
+{
+    const auto set = threeWaypoints();
+    const auto ticked = TickedRecords::all(set);
+    auto data = host::numberedSendData(set, ticked);
+    host::RepeatedIndices repeated;
+    repeated.add("waypoint", waypoint(data, 2), waypoint(data, 0));
+    data.findArray("waypoint")->resize(1);
+    const auto planned = host::plannedRecords(set, ticked, data, repeated).points;
+    EXPECT_EQ(planned[0].fate, Fate::kSent);
+    EXPECT_EQ(planned[1].fate, Fate::kPresent);
+    EXPECT_EQ(planned[2].fate, Fate::kRepeated);
+}
+
+TEST(PlannedRecords, ThatRepeatOneOnTheDeviceAreThereToo)
+{
+    const auto set = threeWaypoints();
+    const auto ticked = TickedRecords::all(set);
+    auto data = host::numberedSendData(set, ticked);
+    host::RepeatedIndices repeated;
+    repeated.add("waypoint", waypoint(data, 2), waypoint(data, 0));
+    EXPECT_EQ(host::plannedRecords(set, ticked, {}, repeated).points[2].fate, Fate::kPresent);
+}
+
+TEST(PlannedRecords, ThatRepeatARouteAreNotThePointsOfItsIndex)
+{
+    auto set = threeWaypoints();
+    for (int i = 0; i < 2; ++i)
+        set.routes.push_back({.record = {{"name", "R"}}, .points = {{}}});
+    const auto ticked = TickedRecords::all(set);
+    auto data = host::numberedSendData(set, ticked);
+    auto& routes = *data.findArray("route");
+    host::RepeatedIndices repeated;
+    repeated.add("route", *routes[1].as<gps::Dictionary>(), *routes[0].as<gps::Dictionary>());
+    routes.resize(1);
+    const auto planned = host::plannedRecords(set, ticked, data, repeated);
+    EXPECT_EQ(planned.routes[1].fate, Fate::kRepeated);
+    EXPECT_EQ(planned.points[1].fate, Fate::kSent);
+}
+
 TEST(PlannedRecords, OfATrackWithSegmentsIsOne)
 {
     RecordSet set;

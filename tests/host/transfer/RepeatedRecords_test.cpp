@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+
 namespace {
 
 using gps::Array;
@@ -35,6 +38,30 @@ TEST(RepeatedRecords, EachKindOfRecordIsSentOnce)
     EXPECT_EQ(host::removeRepeatedRecords(data, support::FakeFileDriver{}), expected);
     EXPECT_EQ(data, (Dictionary{{"waypoint", Array{waypointAt(46), cache}},
                                 {"route", Array{routeThrough({waypointAt(1), waypointAt(2)})}}}));
+}
+
+TEST(RepeatedRecords, VisitorGetsEachRecordThatIsLeftOutAndTheFirstOfItsLike)
+{
+    // The number is not compared.
+    const auto numbered = [](int number) {
+        auto record = waypointAt(46);
+        record.set("number", number);
+        return record;
+    };
+    Dictionary data{{"waypoint", Array{numbered(0), numbered(1), waypointAt(47), numbered(3)}},
+                    {"route", Array{routeThrough({waypointAt(1)}), routeThrough({waypointAt(1)})}}};
+    std::string visited;
+    const auto visit = [&](std::string_view key, const Dictionary& record,
+                           const Dictionary& first) {
+        visited += key;
+        for (const auto* const each : {&record, &first}) {
+            if (const auto* const number = each->find("number"))
+                visited += " " + std::to_string(number->int32Reading());
+        }
+        visited += "; ";
+    };
+    (void)host::removeRepeatedRecords(data, support::FakeFileDriver{}, visit);
+    EXPECT_EQ(visited, "waypoint 1 0; waypoint 3 0; route; ");
 }
 
 TEST(RepeatedRecords, RecordsThatDifferStay)
