@@ -86,6 +86,22 @@ class SendTest(story.Story):
         opened.find("label", "The receiver has everything already.")
         self.assertNotIn("listed more than once: sent once", opened.names("label"))
 
+    def test_plan_is_of_what_was_imported_last(self):
+        opened = self.open_plan()
+        self.open_also(opened, SAMPLES / "files" / "trip.log")
+        opened.find("label", "Received: 1 track (277 points).")
+        opened.press("page tab", "Send")
+        opened.find("label", "1 track (277 points), into 1 file.")
+
+    def test_plan_is_of_what_was_imported_after_a_send(self):
+        opened = self.open_plan()
+        opened.press("push button", "Send")
+        opened.find("label", "The receiver has everything already.")
+        self.open_also(opened, SAMPLES / "files" / "trip.log")
+        opened.find("label", "Received: 1 track (277 points).")
+        opened.press("page tab", "Send")
+        opened.find("label", "1 track (277 points), into 1 file.")
+
     def test_unticked_record_is_not_sent(self):
         opened = self.open_plan()
         opened.press("check box", "Send Hut")

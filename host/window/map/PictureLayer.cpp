@@ -77,6 +77,7 @@ namespace {
 
 constexpr double kMargin = 0.25; // of the size that is seen, on each side
 constexpr double kMostMargin = 300;
+constexpr double kMostZoom = 16; // of a picture until the next one is there, either way
 
 double marginOf(double size)
 {
@@ -230,6 +231,8 @@ void PictureLayer::draw(GtkSnapshot* snapshot)
         return;
     const auto seen = view();
     const double zoom = seen.scale / picture_.view.scale;
+    if (zoom > kMostZoom || zoom < 1 / kMostZoom)
+        return; // a spot or a blur, which the renderer may have no memory for
     const auto offset = offsetOfPicture();
     const auto width = static_cast<float>(std::ceil(picture_.view.width) * zoom);
     const auto height = static_cast<float>(std::ceil(picture_.view.height) * zoom);

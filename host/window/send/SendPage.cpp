@@ -195,6 +195,9 @@ void SendPage::setReceiver(const std::string& name, const std::string& location)
 
 void SendPage::setPreview(SendPreview preview)
 {
+    if (!isAsked_)
+        return; // it is of what was shown before
+    isAsked_ = false;
     preview_ = std::move(preview);
     isPreviewed_ = true;
     std::vector<Glib::ustring> lines;
@@ -247,6 +250,7 @@ void SendPage::tick(const SendItem& item, bool isTicked)
 void SendPage::refresh()
 {
     isPreviewed_ = false;
+    isAsked_ = false;
     waiting_.disconnect();
     waiting_ = Glib::signal_timeout().connect(
         [this] {
@@ -259,8 +263,10 @@ void SendPage::refresh()
 
 void SendPage::requestPreview()
 {
-    if (!isPreviewed_ && !isBusy_ && get_mapped() && !location_.empty() && !items_->isEmpty())
-        handlers_.preview(choice_);
+    if (isPreviewed_ || isBusy_ || !get_mapped() || location_.empty() || items_->isEmpty())
+        return;
+    isAsked_ = true;
+    handlers_.preview(choice_);
 }
 
 void SendPage::showState()

@@ -60,6 +60,7 @@ private:
     RecordTicks ticks_;    // of those
     SendPreview preview_;
     bool isPreviewed_ = false; // preview_ is of what is shown
+    bool isAsked_ = false;     // the next preview is of what is shown
     bool isBusy_ = false;
     std::string location_;
     sigc::connection waiting_; // for the end of a quick series of changes
