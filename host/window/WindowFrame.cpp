@@ -97,6 +97,7 @@ GtkWidget* WindowFrame::pages(Gtk::Widget& messages)
     for (GtkWidget* const part :
          {GTK_WIDGET(header_), messages.gobj(), GTK_WIDGET(stack_), GTK_WIDGET(lowSwitcher)})
         gtk_box_append(content->gobj(), part);
+    namePartsForReaders(*content, ADW_TYPE_VIEW_SWITCHER, tr("Pages"));
     return GTK_WIDGET(content->gobj());
 }
 

@@ -33,6 +33,16 @@ class MapTest(story.Story):
         opened.find("label", story.begins("Received: "))
         return opened
 
+    def test_download_far_from_what_is_shown_can_be_drawn(self):
+        opened = self.open_waypoints(("House", 46.5, 7.9))
+        self.map_area(opened)  # has been painted by now
+        self.open_also(opened, story.SAMPLES / "receiver")
+        opened.find("label", story.begins("Magellan device"))
+        opened.press("push button", "Download")
+        opened.find("label", story.RECEIVED)
+        self.map_area(opened)
+        opened.find("label", "72 of 72 ticked")
+
     def map_area(self, opened):
         """Where the map is, once nothing above it moves any more."""
         found = opened.find(MAP_ROLE, "Map")

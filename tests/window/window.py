@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import re
 import subprocess
 import tempfile
 import time
@@ -12,6 +13,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
+CONTROLS = {"push button", "toggle button", "check box", "combo box", "list", "list item",
+            "page tab", "page tab list", "progress bar", "spin button", "text"}
 CHECK_MARK = 14  # pixels from the left edge of a check box
 FRAME = 5  # pixels around a window, which is in the corner of the screen
 PATIENCE = 30  # seconds; a busy machine takes some of them
@@ -24,7 +27,8 @@ class Window:
         self.home = tempfile.TemporaryDirectory(prefix="window-")
         variables = dict(os.environ, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
                          GSK_RENDERER="cairo", GDK_BACKEND="x11", LC_ALL="C.UTF-8",
-                         GSETTINGS_BACKEND="memory", **(environment or {}))
+                         GSETTINGS_BACKEND="memory", G_DEBUG="fatal-criticals",
+                         **(environment or {}))
         self.environment = variables
         if "XDG_CONFIG_HOME" not in (environment or {}):  # nothing comes from the network
             folder = pathlib.Path(self.home.name, "config", "magellangps")
@@ -78,10 +82,14 @@ class Window:
         found = [widget for widget in _all(self._application()) if widget.get_role_name() == role]
         return sorted(found, key=lambda widget: widget.get_extents(Atspi.CoordType.WINDOW).y)
 
-    def unnamed(self, roles):
-        """The roles of those widgets that have no name, of some roles."""
-        return [widget.get_role_name() for widget in _all(self._application())
-                if widget.get_role_name() in roles and not widget.get_name()]
+    def unnamed(self, roles=CONTROLS):
+        """The roles and names of the controls without a name, of some roles.
+
+        The toolkit gives a control that has none the name of its class.
+        """
+        return [(widget.get_role_name(), widget.get_name()) for widget in _all(self._application())
+                if widget.get_role_name() in roles and
+                re.match(r"$|(gtkmm__)?(Gtk|Adw|Shumate)[A-Z]", widget.get_name())]
 
     def press(self, role, name):
         """Does what a click does, once the widget can be used."""

@@ -203,6 +203,7 @@ void BackupPage::addRow(Gtk::ListBox& list, const Backup& backup)
         setUnfolded(path, adw_expander_row_get_expanded(expander) != FALSE);
     });
     gtk_list_box_append(list.gobj(), GTK_WIDGET(expander));
+    namePartsForReaders(list, GTK_TYPE_LIST_BOX, tr("Backup"));
     rows_.push_back(std::move(row));
 }
 

@@ -4,6 +4,7 @@
 #include "host/window/base/MessageBar.h"
 
 #include "host/base/Text.h"
+#include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
 
 #include <string>
@@ -13,6 +14,7 @@ namespace host {
 MessageBar::MessageBar()
 {
     set_show_close_button(true);
+    namePartsForReaders(*this, GTK_TYPE_BUTTON, tr("Close the message"));
     signal_response().connect([this](int) { set_revealed(false); });
     auto* const box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kSmallGap);
     box->set_margin(kSmallGap);
@@ -22,6 +24,7 @@ MessageBar::MessageBar()
         label->set_selectable(true);
     }
     details_.set_child(messages_);
+    nameForReaders(details_, tr("Details"));
     box->append(sentence_);
     box->append(details_);
     add_child(*box);

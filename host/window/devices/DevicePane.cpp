@@ -30,12 +30,17 @@ Gtk::Label* leftLabel(const std::string& text)
     return label;
 }
 
+std::string nameOf(const DriverState& driver, const Device& device)
+{
+    return displayText(device.name && device.name != device.location ? *device.name : driver.title,
+                       kMostOfDeviceName);
+}
+
 Gtk::Widget* rowOf(const DriverState& driver, const Device& device)
 {
     auto* const row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     row->set_margin(kGap / 2);
-    row->append(
-        *leftLabel(device.name && device.name != device.location ? *device.name : driver.title));
+    row->append(*leftLabel(nameOf(driver, device)));
     auto* const location = leftLabel(device.location);
     location->add_css_class("dim-label");
     location->add_css_class("caption");
@@ -151,7 +156,9 @@ void DevicePane::addRows(std::size_t driver, const DriverState& state)
 {
     for (std::size_t i = 0; i < state.devices.size(); ++i) {
         places_.push_back({driver, i, state.devices[i].location});
-        list_.append(*rowOf(state, state.devices[i]));
+        auto* const row = rowOf(state, state.devices[i]);
+        list_.append(*row);
+        nameForReaders(*row->get_parent(), nameOf(state, state.devices[i]).c_str());
     }
 }
 

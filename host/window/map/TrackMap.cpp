@@ -153,6 +153,7 @@ void TrackMap::addControls()
         *newControl("zoom-out-symbolic", tr("Zoom Out"), [this] { shumate_map_zoom_out(map_); }));
     auto* const menu = Gtk::make_managed<Gtk::MenuButton>();
     menu->set_label(tr("Map"));
+    nameForReaders(*menu, tr("Map"));
     menu->set_menu_model(mapSourceMenu());
     menu->add_css_class("osd");
     controls_.append(*menu);

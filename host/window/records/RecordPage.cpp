@@ -85,6 +85,7 @@ GtkWidget* RecordPage::mapColumn()
     panel_.set_vexpand(true);
     switcher_.set_stack(panel_);
     makeNarrow(switcher_);
+    nameForReaders(switcher_, tr("View of the records"));
     switcher_.set_halign(Gtk::Align::CENTER);
     switcher_.set_margin(kSmallGap);
     auto* const lower = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);

@@ -84,6 +84,7 @@ void RecordRowWidget::show(const Look& look, bool isTicked,
     icon_.set_from_icon_name(look.icon);
     line_.queue_draw();
     nameForReaders(box_, look.name.c_str());
+    nameForReaders(*get_parent(), look.name.c_str());
 }
 
 void RecordRowWidget::setTicked(bool isTicked)

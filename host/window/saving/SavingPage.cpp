@@ -4,6 +4,7 @@
 #include "host/window/saving/SavingPage.h"
 
 #include "host/base/Text.h"
+#include "host/window/base/Accessible.h"
 #include "host/window/base/Translation.h"
 
 #include <utility>
@@ -41,6 +42,7 @@ SavingPage::SavingPage(bool isOn, const std::string& folder, Handlers handlers)
     adw_preferences_group_add(saved_, GTK_WIDGET(state_.gobj()));
     gtk_widget_set_hexpand(GTK_WIDGET(page), TRUE);
     gtk_box_append(gobj(), GTK_WIDGET(page));
+    namePartsForReaders(*this, GTK_TYPE_LIST_BOX, tr("Saving"));
 }
 
 // Without a folder, the user chooses one first.

@@ -149,6 +149,7 @@ Gtk::Widget* SendPage::planView()
     auto* const pane = scrolled(*view);
     pane->set_min_content_height(kPlanHeight);
     plan_.set_label(tr("What Changes on the Receiver"));
+    nameForReaders(plan_, tr("What Changes on the Receiver"));
     plan_.set_expanded(true);
     plan_.set_margin(kGap);
     plan_.set_child(*pane);
@@ -222,6 +223,7 @@ void SendPage::bindRecord(Gtk::ListItem& row)
 {
     const auto item = std::dynamic_pointer_cast<SendItem>(row.get_item());
     auto& widget = dynamic_cast<RowWidget&>(*row.get_child());
+    nameForReaders(*widget.get_parent(), item->name.c_str());
     widget.show(item->name, item->kindText, ticks_.isTicked(item->kind, item->index),
                 [this, item](bool isTicked) { tick(*item, isTicked); });
     const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item)); };
@@ -232,7 +234,9 @@ void SendPage::bindRecord(Gtk::ListItem& row)
 void SendPage::bindLine(Gtk::ListItem& row) const
 {
     auto& label = dynamic_cast<Gtk::Label&>(*row.get_child());
-    label.set_text(lines_->get_string(row.get_position()));
+    const auto line = lines_->get_string(row.get_position());
+    label.set_text(line);
+    nameForReaders(*label.get_parent(), line.c_str());
     if (row.get_position() < preview_.problems.size())
         label.add_css_class("error");
     else
