@@ -88,7 +88,8 @@ class SettingsTest(story.Story):
     def test_every_control_of_the_preferences_has_a_name(self):
         self.config.write_text('[window]\ntiles = "none"\n')
         opened = self.open_preferences()
-        roles = {"push button", "check box", "spin button", "combo box"}  # the rest is the toolkit's
+        # What else is there is the toolkit's.
+        roles = {"push button", "check box", "spin button", "combo box"}
         self.assertEqual(opened.unnamed(roles), [])
 
     def test_what_is_new_is_saved_once_and_listed(self):
