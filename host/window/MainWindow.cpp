@@ -26,7 +26,7 @@ Glib::RefPtr<Gio::Menu> mainMenu()
     files->append(tr("_Open Folder…"), "win.open-folder");
     files->append(tr("_Import…"), "win.import");
     files->append(tr("_Export…"), "win.export");
-    files->append(tr("_Backups"), "win.backups");
+    files->append(tr("_Backups"), "win.page::backups");
     const auto help = Gio::Menu::create();
     help->append(tr("_Preferences"), "win.preferences");
     help->append(tr("_Keyboard Shortcuts"), "win.shortcuts");
@@ -187,7 +187,11 @@ void MainWindow::addActions()
     window.add_action("open-folder", [this] { chooseFolder(); });
     window.add_action("import", [this] { chooseFiles(); });
     window.add_action("export", [this] { chooseExport(); })->set_enabled(false);
-    window.add_action("backups", [this] { frame_.showPage("backups"); });
+    window.add_action_with_parameter(
+        "page", Glib::VARIANT_TYPE_STRING, [this](const Glib::VariantBase& page) {
+            frame_.showPage(
+                Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(page).get().c_str());
+        });
     window.add_action("search", [this] {
         frame_.showPage("records");
         records_.startSearch();

@@ -74,6 +74,11 @@ class Window:
                 return self.labels_in(item)[-1]
         return None
 
+    def selected_tabs(self):
+        """The names of the pages that are shown."""
+        return {tab.get_name() for tab in self.widgets("page tab")
+                if tab.get_state_set().contains(Atspi.StateType.SELECTED)}
+
     def labels_in(self, widget):
         return [label.get_name() for label in _all(widget) if label.get_role_name() == "label"]
 

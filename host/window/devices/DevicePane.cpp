@@ -68,8 +68,6 @@ DevicePane::DevicePane(Handlers handlers)
     nameForReaders(list_, tr("Devices"));
     list_.add_css_class("boxed-list");
     list_.signal_row_selected().connect([this](Gtk::ListBoxRow*) { rowSelected(); });
-    empty_.set_wrap(true);
-    empty_.set_xalign(0);
     download_.add_css_class("suggested-action");
     download_.signal_clicked().connect([this] { startDownload(); });
     stop_.signal_clicked().connect([this] { handlers_.stop(); });
@@ -78,7 +76,6 @@ DevicePane::DevicePane(Handlers handlers)
         if (const auto receiver = selected())
             handlers_.eject(receiver->address);
     });
-    empty_.set_max_width_chars(kMostInNarrowLine);
     for (auto* const kind : {&waypoints_, &routes_, &tracks_}) {
         kind->set_active(true);
         kind->signal_toggled().connect([this] { updateButtons(); });
@@ -109,9 +106,7 @@ void DevicePane::setState(const ReceiverState& state)
     list_.set_visible(!places_.empty());
     showUnmounted();
     empty_.set_visible(!firstCandidate());
-    empty_.set_text(!state.failure.empty()
-                        ? state.failure
-                        : tr("Plug a receiver in.") + ("\n\n" + state.explanation));
+    empty_.show(state.failure, state.explanation);
     const auto same = std::find_if(places_.begin(), places_.end(),
                                    [&](const Place& place) { return place.location == wanted_; });
     if (same != places_.end())
@@ -191,6 +186,8 @@ void DevicePane::showSelected()
         showKinds(driver.kinds);
         if (!driver.devices[place.device].isSelected)
             handlers_.picked(place.driver, "deviceListMenu", place.device);
+    } else {
+        showKinds({});
     }
     updateButtons();
     handlers_.selected(selected());
@@ -257,6 +254,8 @@ void DevicePane::updateButtons()
     const bool isAnyKind = waypoints_.get_active() || routes_.get_active() || tracks_.get_active();
     const auto row = selectedRow();
     const bool isReady = row && state_.drivers[places_[*row].driver].isReady;
+    for (Gtk::Widget* const widget : std::initializer_list<Gtk::Widget*>{&newOnly_, &download_})
+        widget->set_visible(row.has_value());
     download_.set_sensitive(!isBusy_ && isReady && isAnyKind);
     eject_.set_visible(row && std::find(state_.ejectable.begin(), state_.ejectable.end(),
                                         places_[*row].location) != state_.ejectable.end());

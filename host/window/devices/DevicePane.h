@@ -9,6 +9,7 @@
 #include "host/window/base/TransferBar.h"
 #include "host/window/base/Translation.h"
 #include "host/window/devices/DriverView.h"
+#include "host/window/devices/NoReceiver.h"
 #include "host/window/devices/ReceiverState.h"
 
 #include <cstddef>
@@ -90,7 +91,7 @@ private:
     bool isUpdating_ = false; // the list is being filled: no choice of the user's
 
     Gtk::ListBox list_;
-    Gtk::Label empty_;
+    NoReceiver empty_;
     Gtk::Box unmounted_{Gtk::Orientation::VERTICAL}; // a button for each disk
     DriverView view_;
     Gtk::CheckButton waypoints_{tr("Waypoints and geocaches")};

@@ -88,6 +88,7 @@ GtkWidget* RecordPage::mapColumn()
     nameForReaders(switcher_, tr("View of the records"));
     switcher_.set_halign(Gtk::Align::CENTER);
     switcher_.set_margin(kSmallGap);
+    switcher_.set_visible(false);
     auto* const lower = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     lower->append(switcher_);
     lower->append(panel_);
@@ -182,7 +183,7 @@ void RecordPage::showPanel(bool wasTrack)
 {
     const auto shown = panel_.get_visible_child_name();
     const bool isTrack = selected_ && selected_->kind == RecordKind::kTrack;
-    switcher_.set_visible(selected_.has_value());
+    switcher_.set_visible(isTrack || (selected_ && isFolded_)); // if there is a choice
     if (!selected_)
         panel_.set_visible_child(isFolded_ ? "map" : "nothing");
     else if (isFolded_ && (shown == "nothing" || (shown == "profile" && !isTrack)))

@@ -97,7 +97,7 @@ void Preferences::addMap()
     adw_preferences_group_add(
         group, widgetOf(newChoiceRow(
                    tr("Background"),
-                   {tr("Coasts and names of places"), tr("OpenStreetMap"), tr("File of map tiles")},
+                   {tr("Coasts and places"), tr("OpenStreetMap"), tr("File of map tiles")},
                    static_cast<unsigned>(settings_.tiles), [this](unsigned chosen) {
                        setter (&WindowSettings::tiles)(chosen);
                        showTileFile();
