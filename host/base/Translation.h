@@ -8,9 +8,17 @@
 
 namespace host {
 
+/// Returns the text in a language.
+using TextOf = const char* (*)(const char* english);
+
+[[nodiscard]] constexpr const char* englishText(const char* english)
+{
+    return english;
+}
+
 /// Where translations come from; English without them.
 struct Translations {
-    const char* (*text)(const char* text) = [](const char* english) { return english; };
+    TextOf text = englishText;
     const char* (*counted)(const char* one, const char* many, unsigned long count) =
         [](const char* one, const char* many, unsigned long count) {
             return count == 1 ? one : many;

@@ -5,8 +5,7 @@
 #include "host/files/ZipArchive.h"
 
 #include "host/base/Text.h"
-
-#include <fmt/format.h>
+#include "host/base/TranslatedFormat.h"
 
 #include <cstdint>
 #include <new>
@@ -18,7 +17,7 @@
 namespace host {
 namespace {
 
-constexpr char kDamaged[] = "the archive is damaged or cut short";
+constexpr auto* kDamaged = marked("the archive is damaged or cut short");
 
 /// A file that is compressed more than this is not a text, but made to fill the memory.
 constexpr std::uint64_t kMostRatio = 200;
@@ -109,15 +108,15 @@ std::string problemOf(const Entry& entry, std::size_t most)
     constexpr std::uint32_t kEncrypted = 1;
     constexpr std::uint32_t kInZip64 = 0xFFFF'FFFF;
     if ((entry.flags & kEncrypted) != 0)
-        return "the archive is encrypted";
+        return tr("the archive is encrypted");
     if (entry.method != 0 && entry.method != Z_DEFLATED)
-        return "the archive is compressed in an unknown way";
+        return tr("the archive is compressed in an unknown way");
     if (entry.size == kInZip64 || entry.compressedSize == kInZip64 || entry.size > most)
-        return fmt::format("the file in the archive is too large: more than {} MB", most >> 20);
+        return trFormat("the file in the archive is too large: more than {} MB", most >> 20);
     if (entry.size > kHarmless && entry.size / kMostRatio > entry.compressedSize)
-        return fmt::format("the archive is not opened: its {} MB are compressed to {} bytes, which "
-                           "no map file is",
-                           entry.size >> 20, entry.compressedSize);
+        return trFormat("the archive is not opened: its {} MB are compressed to {} bytes, which "
+                        "no map file is",
+                        entry.size >> 20, entry.compressedSize);
     return {};
 }
 
@@ -144,16 +143,16 @@ std::string extract(std::string_view archive, const Entry& entry, std::size_t mo
         return problem;
     const auto data = dataOf(archive, entry);
     if (!data)
-        return kDamaged;
+        return tr(kDamaged);
     if (entry.method == Z_DEFLATED) {
         text.assign(entry.size, '\0');
         if (!inflateInto(text, *data))
-            return kDamaged;
+            return tr(kDamaged);
     } else {
         text = *data;
     }
     const auto checksum = crc32_z(0, reinterpret_cast<const Bytef*>(text.data()), text.size());
-    return text.size() == entry.size && checksum == entry.checksum ? std::string{} : kDamaged;
+    return text.size() == entry.size && checksum == entry.checksum ? std::string{} : tr(kDamaged);
 }
 
 } // namespace
@@ -163,7 +162,7 @@ std::string extractFromZip(std::string_view archive, std::string_view extension,
 {
     auto directory = directoryOf(archive);
     if (!directory)
-        return kDamaged;
+        return tr(kDamaged);
     std::optional<Entry> first;
     while (const auto entry = takeEntry(*directory)) {
         if ('.' + fileTypeOf(entry->name) != extension)
@@ -175,7 +174,7 @@ std::string extractFromZip(std::string_view archive, std::string_view extension,
     }
     if (first)
         return extract(archive, *first, most, text);
-    return directory->empty() ? fmt::format("the archive holds no {} file", extension) : kDamaged;
+    return directory->empty() ? trFormat("the archive holds no {} file", extension) : tr(kDamaged);
 }
 
 } // namespace host

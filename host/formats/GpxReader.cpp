@@ -6,6 +6,7 @@
 #include "host/formats/GpxReader.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
@@ -18,7 +19,6 @@
 #include <gps/Geocache.h>
 #include <gps/Value.h>
 
-#include <fmt/format.h>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -41,10 +41,9 @@ struct InvalidPoint {
 std::string invalidPointText(const pugi::xml_node& element)
 {
     constexpr std::size_t kMaxShown = 40; // characters of attributes that may hold anything
-    return fmt::format(
-        R"(a <{}> has invalid coordinates: its latitude is "{}", its longitude "{}")",
-        localName(element), displayText(element.attribute("lat").value(), kMaxShown),
-        displayText(element.attribute("lon").value(), kMaxShown));
+    return trFormat(R"(a <{}> has invalid coordinates: its latitude is "{}", its longitude "{}")",
+                    localName(element), displayText(element.attribute("lat").value(), kMaxShown),
+                    displayText(element.attribute("lon").value(), kMaxShown));
 }
 
 // Gets how many bytes of the document are records, now and then. May be empty.
@@ -268,21 +267,21 @@ std::optional<gps::Error> readRecords(std::string& xml, std::vector<PlainTrackPo
                             invalidPointText(collection.invalidPoint()));
     // Messages about what was left out have line numbers, too.
     if (!collection.isWhole() || (!isTextWhole && !collection.isComplete()))
-        return file.errorAt(0, "this file needs to be parsed as a whole");
+        return file.errorAt(0, tr("this file needs to be parsed as a whole"));
     collection.moveInto(data);
     if (unread == nullptr)
         return std::nullopt;
     unread->waypoints += collection.skippedCount();
     for (const auto& [offset, text] : collection.skipped())
-        unread->firstWaypoints.push_back(
-            file.errorAt(offset, text + ", so it was skipped", "Correct it, and try again"));
+        unread->firstWaypoints.push_back(file.errorAt(
+            offset, trFormat("{}, so it was skipped", text), tr("Correct it, and try again")));
     collection.unstored().addTo(unread->unstored);
     if (const auto lost = collection.unstored().lostText(); !lost.empty())
         unread->ignored.push_back(
-            file.sentence("left out, because records have no place for it: " + lost));
+            file.sentence(trFormat("left out, because records have no place for it: {}", lost)));
     if (const auto unsent = collection.unstored().unsentText(); !unsent.empty())
-        unread->unsent.push_back(
-            file.sentence("not sent, because receivers have no place for it: " + unsent));
+        unread->unsent.push_back(file.sentence(
+            trFormat("not sent, because receivers have no place for it: {}", unsent)));
     auto sentences = collection.unreadValues().sentences(file);
     std::move(sentences.begin(), sentences.end(), std::back_inserter(unread->values));
     return std::nullopt;

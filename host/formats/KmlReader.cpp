@@ -5,6 +5,7 @@
 #include "host/formats/KmlReader.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/files/ZipArchive.h"
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
@@ -17,7 +18,6 @@
 
 #include <gps/Characters.h>
 
-#include <fmt/format.h>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -59,8 +59,9 @@ std::string otherDocumentsText(const std::vector<std::string>& names)
             shown.push_back(displayText(name));
     }
     const auto more = names.size() - shown.size();
-    return fmt::format("only the first KML document of the archive is read, not {}{}",
-                       joined(shown, ", "), more > 0 ? fmt::format(" and {} more", more) : "");
+    const auto list = joined(shown, ", ");
+    return trFormat("only the first KML document of the archive is read, not {}",
+                    more > 0 ? trFormat("{} and {} more", list, more) : list);
 }
 
 // Finds the first element below too many others.
@@ -85,9 +86,9 @@ struct Problem {
 std::string invalidText(std::string_view position)
 {
     constexpr std::size_t kMostShown = 40; // characters
-    return fmt::format("the position \"{}\" is not valid: longitude, latitude and altitude are "
-                       "expected",
-                       displayText(gps::trimmed(position), kMostShown));
+    return trFormat("the position \"{}\" is not valid: longitude, latitude and altitude are "
+                    "expected",
+                    displayText(gps::trimmed(position), kMostShown));
 }
 
 bool isPlacemark(const pugi::xml_node& node)
@@ -98,19 +99,18 @@ bool isPlacemark(const pugi::xml_node& node)
 // Elements that hold what a receiver has no records for.
 struct IgnoredKind {
     std::string_view element;
-    std::string_view one;
-    std::string_view many;
+    CountedText text;
 };
 
 constexpr std::array kIgnoredKinds{
-    IgnoredKind{"Polygon", "polygon", "polygons"},
-    IgnoredKind{"LinearRing", "ring", "rings"},
-    IgnoredKind{"Model", "model", "models"},
-    IgnoredKind{"GroundOverlay", "ground overlay", "ground overlays"},
-    IgnoredKind{"ScreenOverlay", "screen overlay", "screen overlays"},
-    IgnoredKind{"PhotoOverlay", "photo overlay", "photo overlays"},
-    IgnoredKind{"NetworkLink", "link to another file", "links to other files"},
-    IgnoredKind{"Tour", "tour", "tours"}};
+    IgnoredKind{"Polygon", marked("{} polygon", "{} polygons")},
+    IgnoredKind{"LinearRing", marked("{} ring", "{} rings")},
+    IgnoredKind{"Model", marked("{} model", "{} models")},
+    IgnoredKind{"GroundOverlay", marked("{} ground overlay", "{} ground overlays")},
+    IgnoredKind{"ScreenOverlay", marked("{} screen overlay", "{} screen overlays")},
+    IgnoredKind{"PhotoOverlay", marked("{} photo overlay", "{} photo overlays")},
+    IgnoredKind{"NetworkLink", marked("{} link to another file", "{} links to other files")},
+    IgnoredKind{"Tour", marked("{} tour", "{} tours")}};
 
 // How many there are of each.
 class IgnoredElements {
@@ -128,12 +128,11 @@ public:
         for (std::size_t i = 0; i < kIgnoredKinds.size(); ++i) {
             const auto& kind = kIgnoredKinds[i];
             if (counts_[i] > 0)
-                parts.push_back(
-                    fmt::format("{} {}", counts_[i], counts_[i] == 1 ? kind.one : kind.many));
+                parts.push_back(trCounted(counts_[i], kind.text, counts_[i]));
         }
         if (parts.empty())
             return {};
-        return fmt::format("ignored {}; points, lines and tracks are read", joined(parts, ", "));
+        return trFormat("ignored {}; points, lines and tracks are read", joined(parts, ", "));
     }
 
 private:
@@ -494,12 +493,11 @@ std::optional<gps::Error> refusalOf(pugi::xml_document& document, const XmlFile&
     for (const auto& node : document.children()) {
         if (node.type() == pugi::node_doctype &&
             std::string_view{node.value()}.find("<!ENTITY") != std::string_view::npos)
-            return file.errorAt(0, "the file declares entities, which no map file needs");
+            return file.errorAt(0, tr("the file declares entities, which no map file needs"));
     }
     if (DepthCheck check; !document.traverse(check))
-        return file.errorAt(
-            check.tooDeep.offset_debug(),
-            fmt::format("elements are nested more than {} levels deep", kMostLevels));
+        return file.errorAt(check.tooDeep.offset_debug(),
+                            trFormat("elements are nested more than {} levels deep", kMostLevels));
     return std::nullopt;
 }
 
@@ -523,20 +521,22 @@ std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data
     if (!placemarks.read(document)) {
         const auto& problem = placemarks.problem();
         return file.errorAt(problem.element.offset_debug(), problem.text,
-                            "Check the file, or export it once more", problem.lines);
+                            tr("Check the file, or export it once more"), problem.lines);
     }
     placemarks.moveInto(data);
     unread.waypoints += placemarks.skippedCount();
     for (const auto& [element, text, lines] : placemarks.skipped())
-        unread.firstWaypoints.push_back(file.errorAt(
-            element.offset_debug(), text + ", so it was skipped", "Correct it, and try again"));
+        unread.firstWaypoints.push_back(file.errorAt(element.offset_debug(),
+                                                     trFormat("{}, so it was skipped", text),
+                                                     tr("Correct it, and try again")));
     auto values = placemarks.unreadValues().sentences(file);
     std::move(values.begin(), values.end(), std::back_inserter(unread.values));
     if (!others.empty())
         unread.ignored.push_back(file.sentence(otherDocumentsText(others)));
     if (placemarks.fractions() > 0)
-        unread.ignored.push_back(file.sentence("left out, because records have no place for it: " +
-                                               fractionsText(placemarks.fractions())));
+        unread.ignored.push_back(
+            file.sentence(trFormat("left out, because records have no place for it: {}",
+                                   fractionsText(placemarks.fractions()))));
     if (const auto text = placemarks.ignored().text(); !text.empty())
         unread.ignored.push_back(file.sentence(text));
     return std::nullopt;

@@ -4,13 +4,12 @@
 
 #include "host/formats/PointValues.h"
 
+#include "host/base/TranslatedFormat.h"
 #include "host/formats/GpxTime.h"
 #include "host/points/Points.h"
 
 #include <gps/Characters.h>
 #include <gps/NumberText.h>
-
-#include <fmt/format.h>
 
 #include <cmath>
 #include <limits>
@@ -55,8 +54,8 @@ std::int64_t timeIn(std::string_view text, UnreadTexts& unread)
 
 std::string fractionsText(std::size_t times)
 {
-    return fmt::format("the fraction{} of a second of {} time{}", times == 1 ? "" : "s", times,
-                       times == 1 ? "" : "s");
+    return trCounted(times, "the fraction of a second of {} time",
+                     "the fractions of a second of {} times", times);
 }
 
 } // namespace host

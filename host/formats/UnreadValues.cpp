@@ -4,9 +4,8 @@
 #include "host/formats/UnreadValues.h"
 
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/formats/XmlFile.h"
-
-#include <fmt/format.h>
 
 namespace host {
 
@@ -31,26 +30,26 @@ void UnreadValues::add(const UnreadTexts& texts, std::ptrdiff_t offset, std::siz
 std::vector<std::string> UnreadValues::sentences(const XmlFile& file) const
 {
     std::vector<std::string> sentences;
-    const auto add = [&](const Kind& kind, const char* one, const char* many, const char* oneIs,
-                         const char* manyAre) {
+    const auto add = [&](const Kind& kind, const CountedText& what) {
         constexpr std::size_t kMostShown = 40; // characters
         if (kind.count == 0)
             return;
-        const auto text = displayText(kind.first, kMostShown);
-        const auto what = kind.count == 1 ? fmt::format(R"({}, "{}", so it {})", one, text, oneIs)
-                                          : fmt::format(R"({} {}, the first one "{}", so they {})",
-                                                        kind.count, many, text, manyAre);
-        sentences.push_back(*file.errorAt(kind.offset, what, "", kind.moreLines).description() +
+        const auto text =
+            trCounted(kind.count, what, kind.count, displayText(kind.first, kMostShown));
+        sentences.push_back(*file.errorAt(kind.offset, text, "", kind.moreLines).description() +
                             '.');
     };
-    constexpr auto* kWasLeftOut = "was left out";
-    constexpr auto* kWereLeftOut = "were left out";
-    add(elevations_, "an elevation is not a number of metres",
-        "elevations are not numbers of metres", kWasLeftOut, kWereLeftOut);
-    add(times_, "a time is not of the form 2024-06-01T12:00:00Z",
-        "times are not of the form 2024-06-01T12:00:00Z", kWasLeftOut, kWereLeftOut);
-    add(uncountedTimes_, "a time is not from 1980 to 9999", "times are not from 1980 to 9999",
-        "counts as unknown", "count as unknown");
+    add(elevations_, marked(R"(an elevation is not a number of metres, "{1}", so it was left out)",
+                            R"({} elevations are not numbers of metres, the first one "{}", )"
+                            R"(so they were left out)"));
+    add(times_,
+        marked(R"(a time is not of the form 2024-06-01T12:00:00Z, "{1}", so it was left out)",
+               R"({} times are not of the form 2024-06-01T12:00:00Z, the first one "{}", )"
+               R"(so they were left out)"));
+    add(uncountedTimes_,
+        marked(R"(a time is not from 1980 to 9999, "{1}", so it counts as unknown)",
+               R"({} times are not from 1980 to 9999, the first one "{}", )"
+               R"(so they count as unknown)"));
     return sentences;
 }
 

@@ -5,7 +5,9 @@
 #include "host/formats/UnstoredTexts.h"
 
 #include "host/base/RecordText.h"
+#include "host/base/TermText.h"
 #include "host/base/Text.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/formats/PointValues.h"
 #include "host/formats/XmlNodes.h"
 
@@ -82,8 +84,9 @@ bool isOther(const pugi::xml_node& node, std::string_view name)
 }
 
 // What a file has for itself. The last is anything else.
-constexpr std::array<std::string_view, 7> kFileTexts{
-    "name", "description", "author", "keywords", "copyright", "link", "other values"};
+constexpr std::array kFileTexts{marked("name"),        marked("description"), marked("author"),
+                                marked("keywords"),    marked("copyright"),   marked("link"),
+                                marked("other values")};
 
 struct FileElement {
     std::string_view name;
@@ -232,17 +235,18 @@ std::string UnstoredTexts::unsentText() const
 // "the name, link and other values of the file"
 std::string UnstoredTexts::fileText() const
 {
-    std::string text;
-    const auto fields = std::count(ofFile_.begin(), ofFile_.end(), true);
-    std::ptrdiff_t named = 0;
+    std::vector<std::string> names;
     for (std::size_t i = 0; i < kFileFields; ++i) {
-        if (!ofFile_[i])
-            continue;
-        ++named;
-        text += named == 1 ? "the " : named < fields ? ", " : " and ";
-        text += kFileTexts[i];
+        if (ofFile_[i])
+            names.emplace_back(tr(kFileTexts[i]));
     }
-    return text.empty() ? text : text + " of the file";
+    if (names.empty())
+        return {};
+    auto list = std::move(names.back());
+    names.pop_back();
+    if (!names.empty())
+        list = trFormat("{} and {}", joined(names, ", "), list);
+    return trFormat("the {} of the file", list);
 }
 
 std::string UnstoredTexts::lostText(std::size_t firstField) const
@@ -253,10 +257,10 @@ std::string UnstoredTexts::lostText(std::size_t firstField) const
     for (std::size_t noun = 0; noun < kNouns; ++noun) {
         for (std::size_t field = firstField; field < kFields; ++field) {
             const auto count = lost_[noun][field];
-            const auto* const plural = count == 1 && field != kOthers ? "" : "s";
             if (count > 0)
-                parts.push_back(fmt::format("the {}{} of {} {}{}", kFieldTexts[field], plural,
-                                            count, kNounTexts[noun], count == 1 ? "" : "s"));
+                parts.push_back(
+                    trFormat("the {} of {}", fieldText(kFieldTexts[field], count),
+                             countText(kNounTexts[noun], count, fmt::to_string(count))));
         }
     }
     if (fractions_ > 0)

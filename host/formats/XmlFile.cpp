@@ -4,6 +4,7 @@
 #include "host/formats/XmlFile.h"
 
 #include "host/base/HostError.h"
+#include "host/base/TranslatedFormat.h"
 #include "host/base/XmlText.h"
 #include "host/formats/XmlNodes.h"
 
@@ -56,7 +57,7 @@ std::ptrdiff_t contentOffset(const pugi::xml_node& node)
            static_cast<std::ptrdiff_t>(text.size() - gps::withoutLeadingSpace(text).size());
 }
 
-constexpr char kCheckFile[] = "Check the file, or export it once more";
+constexpr auto* kCheckFile = marked("Check the file, or export it once more");
 
 } // namespace
 
@@ -71,7 +72,7 @@ std::optional<gps::Error> XmlFile::load(std::string& xml) const
     if (!unpack_)
         return std::nullopt;
     if (const auto problem = unpack_(xml); !problem.empty())
-        return errorIn({}, problem, kCheckFile);
+        return errorIn(name(), problem, tr(kCheckFile));
     return std::nullopt;
 }
 
@@ -80,7 +81,7 @@ std::optional<gps::Error> XmlFile::read(std::string& xml) const
     if (auto failure = load(xml))
         return failure;
     if (!convertXmlToUtf8(xml))
-        return errorAt(0, "the text encoding of this file is not supported");
+        return errorAt(0, tr("the text encoding of this file is not supported"));
     return std::nullopt;
 }
 
@@ -90,8 +91,8 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
     // the other control characters, which are as sure a sign of damage.
     if (const auto control = findForbidden(xml); control < xml.size())
         return errorAt(static_cast<std::ptrdiff_t>(control),
-                       fmt::format("the file is damaged (a {})",
-                                   xml[control] == '\0' ? "zero byte" : "control character"));
+                       xml[control] == '\0' ? tr("the file is damaged (a zero byte)")
+                                            : tr("the file is damaged (a control character)"));
     // A name may be a single space. Without parse_fragment, the parser would ignore text around the
     // root element.
     constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |
@@ -102,7 +103,7 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
         throw std::bad_alloc{};
     if (!result)
         return errorAt(result.offset,
-                       fmt::format("the file is damaged or cut short ({})", result.description()));
+                       trFormat("the file is damaged or cut short ({})", result.description()));
     const auto root = document.document_element();
     const auto name = localName(root);
     if (!std::equal(name.begin(), name.end(), format_.begin(), format_.end(),
@@ -110,10 +111,10 @@ std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& d
         return notThisFormat();
     // The parser accepts several root elements and text around them, which would be lost silently.
     if (const auto more = root.next_sibling())
-        return errorAt(contentOffset(more), "there is more text after the end of the document");
+        return errorAt(contentOffset(more), tr("there is more text after the end of the document"));
     for (auto before = root.previous_sibling(); before; before = before.previous_sibling()) {
         if (before.type() != pugi::node_doctype)
-            return errorAt(contentOffset(before), "there is text before the document");
+            return errorAt(contentOffset(before), tr("there is text before the document"));
     }
     return std::nullopt;
 }
@@ -123,10 +124,10 @@ gps::Error XmlFile::errorAt(std::ptrdiff_t offset, const std::string& what, cons
 {
     std::string xml;
     if (load(xml))
-        return errorIn({}, what, advice);
+        return errorIn(name(), what, advice);
     (void)convertXmlToUtf8(xml); // the offset counts bytes of the converted text
     const auto line = lineAt(xml, static_cast<std::size_t>(offset)) + moreLines;
-    return errorIn(fmt::format(", line {}", line), what, advice);
+    return errorIn(trFormat("{}, line {}", name(), line), what, advice);
 }
 
 std::string XmlFile::sentence(std::string_view text) const
@@ -139,16 +140,16 @@ std::string XmlFile::name() const
     return path_.substr(path_.find_last_of('/') + 1);
 }
 
-gps::Error XmlFile::errorIn(const std::string& lineText, const std::string& what,
+gps::Error XmlFile::errorIn(const std::string& where, const std::string& what,
                             const char* advice) const
 {
-    return hostError(fmt::format("{}{}: {}", name(), lineText, what), advice, path_);
+    return hostError(fmt::format("{}: {}", where, what), advice, path_);
 }
 
 gps::Error XmlFile::notThisFormat() const
 {
-    return errorAt(0, fmt::format("this is not a {} file", format_),
-                   fmt::format("Export it as {} from the program that made it", format_).c_str());
+    return errorAt(0, trFormat("this is not a {} file", format_),
+                   trFormat("Export it as {} from the program that made it", format_).c_str());
 }
 
 } // namespace host

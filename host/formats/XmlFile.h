@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "host/base/Translation.h"
+
 #include <gps/Error.h>
 
 #include <cstddef>
@@ -41,9 +43,10 @@ public:
 
     /// An error on the line of a byte of the text.
     /// @param moreLines  how many lines below that
-    [[nodiscard]] gps::Error errorAt(std::ptrdiff_t offset, const std::string& what,
-                                     const char* advice = "Check the file, or export it once more",
-                                     std::size_t moreLines = 0) const;
+    [[nodiscard]] gps::Error
+    errorAt(std::ptrdiff_t offset, const std::string& what,
+            const char* advice = tr("Check the file, or export it once more"),
+            std::size_t moreLines = 0) const;
 
     /// A sentence about the file as a whole.
     [[nodiscard]] std::string sentence(std::string_view text) const;
@@ -51,7 +54,7 @@ public:
 private:
     [[nodiscard]] std::string name() const;
     [[nodiscard]] std::optional<gps::Error> load(std::string& xml) const;
-    [[nodiscard]] gps::Error errorIn(const std::string& lineText, const std::string& what,
+    [[nodiscard]] gps::Error errorIn(const std::string& where, const std::string& what,
                                      const char* advice) const;
     [[nodiscard]] gps::Error notThisFormat() const;
 

@@ -3,6 +3,7 @@
 
 #include "host/places/Places.h"
 
+#include "host/base/TranslatedFormat.h"
 #include "host/places/PlaceTable.h"
 #include "host/points/TrackFigures.h"
 
@@ -111,13 +112,18 @@ std::optional<NearbyPlace> nearestWithin(const gps::GPSPoint& point, double most
     return nearest != nullptr ? std::optional{NearbyPlace{placeOf(*nearest), most}} : std::nullopt;
 }
 
+constexpr auto* kNear = marked("near {}");
+
 // The direction from a place to a point: the initial course of the great circle.
 // Source: R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68, 1984; the spherical law of
 // sines and cosines.
-std::string_view directionTo(const gps::GPSPoint& point, const Place& place)
+const char* directionTo(const gps::GPSPoint& point, const Place& place)
 {
-    static constexpr std::array<std::string_view, 8> kNames{
-        "north", "north-east", "east", "south-east", "south", "south-west", "west", "north-west"};
+    static constexpr std::array kTexts{
+        marked("{:.0f} km north of {}"), marked("{:.0f} km north-east of {}"),
+        marked("{:.0f} km east of {}"),  marked("{:.0f} km south-east of {}"),
+        marked("{:.0f} km south of {}"), marked("{:.0f} km south-west of {}"),
+        marked("{:.0f} km west of {}"),  marked("{:.0f} km north-west of {}")};
     constexpr double kRadians = std::numbers::pi / 180;
     const double from = place.latitude * kRadians;
     const double to = point.latitude * kRadians;
@@ -126,7 +132,7 @@ std::string_view directionTo(const gps::GPSPoint& point, const Place& place)
         std::atan2(std::sin(east) * std::cos(to),
                    std::cos(from) * std::sin(to) - std::sin(from) * std::cos(to) * std::cos(east));
     const auto eighths = std::lround(course / (std::numbers::pi / 4)); // -4 to 4
-    return kNames[static_cast<std::size_t>(eighths + 8) % 8];
+    return kTexts[static_cast<std::size_t>(eighths + 8) % 8];
 }
 
 } // namespace
@@ -148,15 +154,16 @@ void visitPlaces(const Bounds& bounds, const std::function<void(const Place& pla
     visitRecords(bounds, [&](const PlaceRecord& record) { visit(placeOf(record)); });
 }
 
-std::string whereabouts(const gps::GPSPoint& point)
+std::string whereabouts(const gps::GPSPoint& point, TextOf textOf)
 {
     const auto found = nearestPlace(point, kFarPlace);
     if (!found)
         return {};
     if (found->kilometres <= kNearPlace)
-        return fmt::format("near {}", found->place.name);
-    return fmt::format("{:.0f} km {} of {}", found->kilometres, directionTo(point, found->place),
-                       found->place.name);
+        return formatEither(textOf(kNear), kNear, fmt::make_format_args(found->place.name));
+    const auto* const text = directionTo(point, found->place);
+    return formatEither(textOf(text), text,
+                        fmt::make_format_args(found->kilometres, found->place.name));
 }
 
 std::string_view timeZoneAt(const gps::GPSPoint& point)

@@ -7,6 +7,7 @@
 
 #pragma once
 
+#include "host/base/Translation.h"
 #include "host/points/Bounds.h"
 
 #include <gps/GPSPoint.h>
@@ -47,7 +48,8 @@ inline constexpr double kFarPlace = 300;
 
 /// Where a point is, in words: "near Wanaka", or "140 km south-west of Wanaka". Empty if nobody
 /// lives within kFarPlace.
-[[nodiscard]] std::string whereabouts(const gps::GPSPoint& point);
+/// @param textOf  gets the text in the user's language. Files are English
+[[nodiscard]] std::string whereabouts(const gps::GPSPoint& point, TextOf textOf = englishText);
 
 /// The time zone of a point: that of the nearest place. Empty, which stands for UTC, if nobody
 /// lives within 500 km.

@@ -4,9 +4,9 @@
 
 #include "host/words/AccountText.h"
 
+#include "host/base/TermText.h"
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
-#include "host/words/TermText.h"
 
 #include <algorithm>
 #include <filesystem>

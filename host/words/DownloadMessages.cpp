@@ -6,12 +6,13 @@
 
 #include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
+#include "host/base/TermText.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/bundle/SerialPort.h"
 #include "host/points/Points.h"
 #include "host/words/AccountText.h"
+#include "host/words/KindsText.h"
 #include "host/words/RecordCountText.h"
-#include "host/words/TermText.h"
 
 #include <fmt/format.h>
 

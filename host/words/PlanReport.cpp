@@ -6,6 +6,7 @@
 
 #include "host/base/FrontEnd.h"
 #include "host/base/Sentences.h"
+#include "host/base/TermText.h"
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/bundle/DeviceChoice.h"
@@ -13,9 +14,9 @@
 #include "host/fitting/RecordList.h"
 #include "host/transfer/RecordCounts.h"
 #include "host/words/AccountText.h"
+#include "host/words/KindsText.h"
 #include "host/words/RecordCountText.h"
 #include "host/words/StopText.h"
-#include "host/words/TermText.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/Paths.h>
@@ -143,11 +144,12 @@ std::vector<std::string> trackNamesIn(const gps::Dictionary& data)
 
 std::string pointCount(std::string_view kind, std::size_t count)
 {
+    const auto number = groupedText(count);
     if (kind == "tracks")
-        return countText("track point", count);
+        return countText("track point", count, number);
     if (kind == "routes")
-        return countText("route point", count);
-    return countText(kind == "geocaches" ? "geocache" : "waypoint", count);
+        return countText("route point", count, number);
+    return countText(kind == "geocaches" ? "geocache" : "waypoint", count, number);
 }
 
 // @param records  "2 waypoints"
@@ -175,7 +177,7 @@ std::string lineFor(const gps::LostField& lost, const PreparedSend& send)
 
 std::string lineFor(const UnstoredText& text)
 {
-    const auto records = countText(text.noun, text.records);
+    const auto records = countText(text.noun, text.records, groupedText(text.records));
     if (text.field == "found")
         return trCounted(text.records,
                          "{} was found without a date that the device stores, and will not count "

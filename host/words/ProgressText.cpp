@@ -3,12 +3,12 @@
 
 #include "host/words/ProgressText.h"
 
+#include "host/base/TermText.h"
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/bundle/SerialPort.h"
 #include "host/operations/Operation.h"
 #include "host/words/AccountText.h"
-#include "host/words/TermText.h"
 
 #include <algorithm>
 #include <chrono>

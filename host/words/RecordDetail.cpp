@@ -177,7 +177,7 @@ std::vector<DetailLine> recordDetails(const RecordSet& records, const RecordRow&
     lines.add(tr("Kind"), std::string{kindName(row)});
     lines.addText(tr("Comment"), record, "comment");
     if (row.position) {
-        lines.add(tr("Location"), whereabouts(*row.position));
+        lines.add(tr("Location"), whereabouts(*row.position, tr));
         lines.add(row.kind == RecordKind::kPoint ? tr("Coordinates") : tr("Starts at"),
                   coordinateText(row.position->latitude, row.position->longitude));
     }

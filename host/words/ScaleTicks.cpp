@@ -3,6 +3,8 @@
 
 #include "host/words/ScaleTicks.h"
 
+#include "host/base/Translation.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -47,9 +49,9 @@ std::vector<Tick> ticksOf(double length, double step,
 std::string timeText(double seconds, double step, bool isFirst)
 {
     if (step >= kDay)
-        return isFirst ? "0 days" : scaleText(seconds / kDay, step / kDay);
+        return isFirst ? tr("0 days") : scaleText(seconds / kDay, step / kDay);
     if (isFirst)
-        return "0:00 h";
+        return tr("0:00 h");
     return fmt::format("{:.0f}:{:02.0f}", std::floor(seconds / kHour),
                        std::fmod(seconds, kHour) / kMinute);
 }

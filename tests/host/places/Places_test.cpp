@@ -12,6 +12,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -152,6 +153,19 @@ TEST(Whereabouts, ArePlaceUpTo25KilometresAndADirectionBeyond)
     EXPECT_EQ(host::whereabouts(at(77.9, 15.6)), "36 km south of Longyearbyen");
     EXPECT_EQ(host::whereabouts(at(78.2, 20)), "99 km east of Longyearbyen");
     EXPECT_EQ(host::whereabouts(at(79.2, 10.0)), "164 km north-west of Longyearbyen");
+}
+
+TEST(Whereabouts, HaveTheDirectionInTheUsersLanguage)
+{
+    const auto german = [](const char* english) {
+        const std::string_view text{english};
+        return text == "near {}"                 ? "bei {}"
+               : text == "{:.0f} km north of {}" ? "{:.0f} km nördlich von {}"
+                                                 : english;
+    };
+    EXPECT_EQ(host::whereabouts(at(78.4, 15.6), german), "bei Longyearbyen");
+    EXPECT_EQ(host::whereabouts(at(78.6, 15.6), german), "42 km nördlich von Longyearbyen");
+    EXPECT_EQ(host::whereabouts(at(77.9, 15.6), german), "36 km south of Longyearbyen");
 }
 
 TEST(Whereabouts, AreUnknownWhereNobodyLivesWithin300Kilometres)

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Only what is listed here is translated: another text may be one of the catalogue by chance.
 
-#include "host/words/TermText.h"
+#include "host/base/TermText.h"
 
-#include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
-#include "host/operations/Operation.h"
-#include "host/words/AccountText.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -49,6 +48,7 @@ constexpr std::array kNouns{
     Counted{"route", marked("{} route", "{} routes")},
     Counted{"route point", marked("{} route point", "{} route points")},
     Counted{"track", marked("{} track", "{} tracks")},
+    Counted{"track segment", marked("{} track segment", "{} track segments")},
     Counted{"track point", marked("{} track point", "{} track points")},
 };
 
@@ -57,6 +57,9 @@ constexpr std::array kFields{
     Counted{"description", marked("description", "descriptions")},
     Counted{"link", marked("link", "links")},
     Counted{"type", marked("type", "types")},
+    Counted{"number", marked("number", "numbers")},
+    Counted{"source", marked("source", "sources")},
+    Counted{"other value", marked("other values", "other values")}, // of one record, too
 };
 
 template <std::size_t size>
@@ -75,20 +78,10 @@ std::string termText(std::string_view term)
     return found == kTerms.end() ? std::string{term} : tr(*found);
 }
 
-std::string kindsText(const std::vector<gps::TransferKind>& kinds)
+std::string countText(std::string_view noun, std::size_t count, std::string_view number)
 {
-    std::vector<std::string> names;
-    names.reserve(kinds.size());
-    for (const auto kind : kinds)
-        names.push_back(termText(kindName(kind)));
-    return joined(names, ", ");
-}
-
-std::string countText(std::string_view noun, std::size_t count)
-{
-    const auto number = groupedText(count);
     const auto* const text = textOf(kNouns, noun);
-    return text == nullptr ? number + ' ' + std::string{noun} : trCounted(count, *text, number);
+    return text == nullptr ? fmt::format("{} {}", number, noun) : trCounted(count, *text, number);
 }
 
 std::string fieldText(std::string_view field, std::size_t count)

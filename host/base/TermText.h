@@ -4,12 +4,9 @@
 
 #pragma once
 
-#include <gps/GPSOutputReceiver.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace host {
 
@@ -17,12 +14,11 @@ namespace host {
 /// @return      any other text as it is
 [[nodiscard]] std::string termText(std::string_view term);
 
-/// "waypoints, tracks"
-[[nodiscard]] std::string kindsText(const std::vector<gps::TransferKind>& kinds);
-
 /// "1 route point", "1,204 track points". Any other noun stays as it is.
-/// @param noun  in the singular
-[[nodiscard]] std::string countText(std::string_view noun, std::size_t count);
+/// @param noun    in the singular
+/// @param number  the count as it is shown
+[[nodiscard]] std::string countText(std::string_view noun, std::size_t count,
+                                    std::string_view number);
 
 /// The field of so many records: "comment", "comments". Any other field stays as it is.
 /// @param field  in the singular
