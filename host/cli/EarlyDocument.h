@@ -15,6 +15,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace host {
 
@@ -46,7 +47,8 @@ template <typename Options>
                                 StopSignals& stop, const Console& console)
 {
     stop.requestOnly();
-    const EarlyEnd end{status, {true, sentencesOf(error)}, error};
+    Message message{true, sentencesOf(error)};
+    const EarlyEnd end{status, std::move(message), error};
     return printEarlyEnd(end, earlyDocument(options, end), console);
 }
 

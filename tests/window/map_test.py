@@ -34,6 +34,7 @@ class MapTest(story.Story):
         return opened
 
     def test_download_far_from_what_is_shown_can_be_drawn(self):
+        self.environment = dict(story.WHEN, G_DEBUG="fatal-criticals")  # of the renderer
         opened = self.open_waypoints(("House", 46.5, 7.9))
         self.map_area(opened)  # has been painted by now
         self.open_also(opened, story.SAMPLES / "receiver")

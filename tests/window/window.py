@@ -27,8 +27,7 @@ class Window:
         self.home = tempfile.TemporaryDirectory(prefix="window-")
         variables = dict(os.environ, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
                          GSK_RENDERER="cairo", GDK_BACKEND="x11", LC_ALL="C.UTF-8",
-                         GSETTINGS_BACKEND="memory", G_DEBUG="fatal-criticals",
-                         **(environment or {}))
+                         GSETTINGS_BACKEND="memory", **(environment or {}))
         self.environment = variables
         if "XDG_CONFIG_HOME" not in (environment or {}):  # nothing comes from the network
             folder = pathlib.Path(self.home.name, "config", "magellangps")

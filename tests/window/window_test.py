@@ -147,6 +147,7 @@ class WindowTest(story.Story):
 
     def test_folder_that_is_no_receiver_is_explained(self):
         opened = self.open(SAMPLES / "files")
+        opened.press("push button", "Why Is Mine Missing?")
         opened.find("label", lambda name: "UNIT_ID.DAT" in name)
 
     def test_folder_with_files_of_a_receiver_is_imported(self):

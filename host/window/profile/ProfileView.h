@@ -48,6 +48,15 @@ private:
         double height;
         ValueRange range;
     };
+    /// What a picture of the plots depends on, beside the track and the settings.
+    struct Look {
+        int width = 0;
+        int height = 0;
+        int density = 0;
+        Gdk::RGBA text{};
+
+        [[nodiscard]] bool operator==(const Look& other) const = default;
+    };
     using Context = Cairo::RefPtr<Cairo::Context>;
 
     void listenToPointer();
@@ -61,7 +70,9 @@ private:
     [[nodiscard]] const ProfileLine& lineOf(ProfileValue value);
     [[nodiscard]] std::vector<Plot> plots(int height) const;
 
-    void draw(const Context& cairo, int height);
+    void draw(const Context& cairo, int width, int height);
+    [[nodiscard]] const Cairo::RefPtr<Cairo::ImageSurface>&
+    pictureOf(const std::vector<Plot>& plots, int width, int height);
     void drawStretch(const Context& cairo, int height) const;
     void drawAxis(const Context& cairo, int height) const;
     void drawPlot(const Context& cairo, const Plot& plot);
@@ -81,6 +92,8 @@ private:
     std::optional<double> pointerX_;            // while it is over the profile
     std::size_t pressedAt_ = 0;                 // the point where a drag has begun
     std::map<ProfileValue, ProfileLine> lines_; // as wide as the view
+    Look pictureLook_;
+    Cairo::RefPtr<Cairo::ImageSurface> picture_; // of the plots and the axis; null: to be drawn
     Gtk::DrawingArea* area_;
 };
 
