@@ -233,8 +233,9 @@ void SendCommand::showReport(const PreparedSend& send, const SendReport& report)
         if (report.moreLogLines > 0)
             note("and " + std::to_string(report.moreLogLines) + " more lines");
     }
-    if (isComplete && send.request.data)
-        print(sentSummary(send) + '\n');
+    if (isComplete)
+        print(send.request.data ? sentSummary(send) + '\n'
+                                : "Nothing was sent: the data file is null.\n");
     hasFailed_ = hasFailed_ || !isComplete;
 }
 

@@ -25,7 +25,7 @@ namespace {
 constexpr std::string_view kGeoJsonHead = R"({"type":"FeatureCollection","features":[)";
 constexpr std::string_view kGeoJsonFoot = "\n]}\n";
 
-constexpr std::size_t kMostOfPosition = 2 * kMostOfDegrees + gps::kMostOfShortest + 4;
+constexpr std::size_t kMostOfPosition = 2 * kMostOfDegrees + gps::kMostOfDecimal + 4;
 constexpr std::size_t kMostOfTime = TimestampText::kSize + 3;
 
 // Rounded to millimetres, never to -0.
@@ -43,7 +43,7 @@ char* putPosition(char* at, const gps::GPSPoint& point)
     at = putDegrees(at, point.latitude);
     if (isElevationStated(point)) {
         *at++ = ',';
-        at = gps::putShortest(at, inMillimetres(point.altitude));
+        at = gps::putDecimal(at, inMillimetres(point.altitude));
     }
     *at++ = ']';
     return at;

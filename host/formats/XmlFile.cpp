@@ -6,6 +6,7 @@
 #include "host/base/HostError.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/base/XmlText.h"
+#include "host/formats/XmlCharacters.h"
 #include "host/formats/XmlNodes.h"
 
 #include <gps/Characters.h>
@@ -20,34 +21,6 @@
 
 namespace host {
 namespace {
-
-bool isForbidden(char c) noexcept
-{
-    return static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' && c != '\r';
-}
-
-// One bit for all characters: compilers look at many bytes at once then.
-bool hasForbidden(std::string_view text) noexcept
-{
-    unsigned char found = 0;
-    for (const char c : text)
-        found = static_cast<unsigned char>(found | static_cast<unsigned char>(isForbidden(c)));
-    return found != 0;
-}
-
-// Finds the first control character that XML forbids.
-std::size_t findForbidden(std::string_view xml) noexcept
-{
-    constexpr std::size_t kPiece = 4096; // bytes
-    for (std::size_t start = 0; start < xml.size(); start += kPiece) {
-        const auto piece = xml.substr(start, kPiece);
-        if (!hasForbidden(piece))
-            continue;
-        const auto* const first = std::find_if(piece.begin(), piece.end(), isForbidden);
-        return start + static_cast<std::size_t>(first - piece.begin());
-    }
-    return xml.size();
-}
 
 // Text begins with the white space in front of it.
 std::ptrdiff_t contentOffset(const pugi::xml_node& node)
@@ -87,12 +60,10 @@ std::optional<gps::Error> XmlFile::read(std::string& xml) const
 
 std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& document) const
 {
-    // The parser would stop at a zero byte and call what it has read a whole document. It accepts
-    // the other control characters, which are as sure a sign of damage.
-    if (const auto control = findForbidden(xml); control < xml.size())
-        return errorAt(static_cast<std::ptrdiff_t>(control),
-                       xml[control] == '\0' ? tr("the file is damaged (a zero byte)")
-                                            : tr("the file is damaged (a control character)"));
+    // The parser would stop at a zero byte and call what it has read a whole document, cut a text
+    // at a reference to one, and accept much else that is a sign of damage.
+    if (const auto flaw = findXmlFlaw(xml))
+        return errorAt(static_cast<std::ptrdiff_t>(flaw->offset), flaw->what, flaw->advice.c_str());
     // A name may be a single space. Without parse_fragment, the parser would ignore text around the
     // root element.
     constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |

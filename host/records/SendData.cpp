@@ -121,8 +121,9 @@ plannedKind(const char* key, const std::vector<Record>& records, const std::vect
         planned[i].name = textIn(record, "name");
         planned[i].changedTexts = changedTexts(records[i].record, record);
     });
+    // A track of which another segment is sent is sent.
     for (const auto& [index, first] : repeated) {
-        if (planned[first].fate == Fate::kSent)
+        if (planned[first].fate == Fate::kSent && planned[index].fate != Fate::kSent)
             planned[index].fate = Fate::kRepeated;
     }
     return planned;
@@ -140,18 +141,23 @@ gps::Dictionary numberedSendData(const RecordSet& set, const TickedRecords& tick
     return dataOf(set, ticked, Numbering::kByIndex);
 }
 
+std::size_t RepeatedIndices::kindOf(std::string_view key) noexcept
+{
+    return key == "waypoint" ? 0 : key == "route" ? 1 : 2;
+}
+
 void RepeatedIndices::add(std::string_view key, const gps::Dictionary& record,
                           const gps::Dictionary& first)
 {
     const auto* const index = record.find(kIndexKey);
     const auto* const firstIndex = first.find(kIndexKey);
     if (index != nullptr && firstIndex != nullptr)
-        (key == "route" ? routes_ : points_).push_back({indexOf(*index), indexOf(*firstIndex)});
+        repeats_[kindOf(key)].push_back({indexOf(*index), indexOf(*firstIndex)});
 }
 
 const std::vector<RepeatedIndices::Repeat>& RepeatedIndices::of(std::string_view key) const
 {
-    return key == "route" ? routes_ : points_;
+    return repeats_[kindOf(key)];
 }
 
 PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
@@ -159,7 +165,7 @@ PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
 {
     return {plannedKind("waypoint", set.points, ticked.points, data, repeated.of("waypoint")),
             plannedKind("route", set.routes, ticked.routes, data, repeated.of("route")),
-            plannedKind("track", set.tracks, ticked.tracks, data, {})};
+            plannedKind("track", set.tracks, ticked.tracks, data, repeated.of("track"))};
 }
 
 } // namespace host

@@ -9,6 +9,7 @@
 
 #include <gps/Value.h>
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -62,8 +63,9 @@ public:
     [[nodiscard]] const std::vector<Repeat>& of(std::string_view key) const;
 
 private:
-    std::vector<Repeat> points_;
-    std::vector<Repeat> routes_;
+    static std::size_t kindOf(std::string_view key) noexcept;
+
+    std::array<std::vector<Repeat>, 3> repeats_; // waypoints, routes, tracks
 };
 
 /// @param data      what a plan sends

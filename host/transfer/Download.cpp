@@ -12,6 +12,7 @@
 #include "host/transfer/MapFileImport.h"
 #include "host/transfer/OperationWatch.h"
 #include "host/transfer/ProgressTracker.h"
+#include "host/transfer/RefusedFile.h"
 #include "host/transfer/RepeatFilter.h"
 
 #include <gps/GPSDeviceDescription.h>
@@ -85,6 +86,7 @@ private:
                                                  const gps::Dictionary& options);
     [[nodiscard]] OperationReport readMapFile(const std::string& file,
                                               const gps::Dictionary& options);
+    void readRefusedFile(OperationReport& report);
     [[nodiscard]] std::function<bool()> answerQuery() const;
     void waitForPort();
     [[nodiscard]] OperationWatch::Listening listening(bool isSerial) const;
@@ -158,9 +160,31 @@ void Download::runOperations()
         if (fileWriter_)
             fileWriter_->sourceFile(sourceFile.substr(sourceFile.find_last_of('/') + 1));
         const auto options = operationOptions(request_, sourceFile);
-        report_.operations.push_back(isMapFile(sourceFile) ? readMapFile(sourceFile, options)
-                                                           : runOperationOn(sourceFile, options));
+        auto report = isMapFile(sourceFile) ? readMapFile(sourceFile, options)
+                                            : runOperationOn(sourceFile, options);
+        if (report.isRefused)
+            readRefusedFile(report);
+        report_.operations.push_back(std::move(report));
     }
+}
+
+// A driver's import decides by the first sentence whether it knows a file, its decoder does not.
+void Download::readRefusedFile(OperationReport& report)
+{
+    const auto* const decoder = dynamic_cast<const gps::GPSFileDevice*>(&driver_);
+    if (decoder == nullptr || !request_.readsMissingKinds || request_.driverOptions)
+        return;
+    auto file = decodeRefusedFile(*decoder, report.sourceFile);
+    if (file.data.empty())
+        return;
+    const auto outcome = runOperation(
+        [&](const std::shared_ptr<EventStream>& status) -> std::optional<gps::Error> {
+            reportRecords(file.data, *status);
+            return std::nullopt;
+        },
+        [this](const EventBatch& batch) { consume(batch); });
+    handOutResult(outcome.error);
+    report = reportOnRefused(outcome, std::move(file.account));
 }
 
 // No driver reads these.

@@ -55,6 +55,11 @@ std::optional<gps::Error> checkFile(const std::string& file, const char* folderA
 {
     std::error_code error;
     const auto status = fs::status(file, error);
+    if (error == std::errc::too_many_symbolic_link_levels)
+        return systemError(
+            tr("The file cannot be opened"),
+            tr("It is a link that leads back to itself: name the file that it was for"), file,
+            error.value());
     if (status.type() == fs::file_type::not_found)
         return noSuchFile(file);
     if (fs::is_directory(status))

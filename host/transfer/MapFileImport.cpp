@@ -84,11 +84,16 @@ std::optional<gps::Error> importMapFile(const std::string& file, EventStream& st
     if (auto failure =
             fileTypeOf(file) == "gpx" ? readGpx(file, data, &unread) : readKml(file, data, unread))
         return failure;
+    reportRecords(data, status);
+    return std::nullopt;
+}
+
+void reportRecords(const gps::Dictionary& data, EventStream& status)
+{
     reportKind(TransferKind::kWaypoints, data, "waypoint", status, reportWaypoint);
     reportKind(TransferKind::kRoutes, data, "route", status, reportRoute);
     reportKind(TransferKind::kTracks, data, "track", status, reportTrack);
     status.gpsStateChange(0);
-    return std::nullopt;
 }
 
 } // namespace host

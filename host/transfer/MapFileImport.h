@@ -23,8 +23,12 @@ inline constexpr std::array<std::string_view, 3> kMapFileTypes{"gpx", "kml", "km
 /// Whether a file has one of these extensions, in either case.
 [[nodiscard]] bool isMapFile(const std::string& file);
 
-/// Reports the records of a file: waypoints, routes, then tracks with their segments. An unknown
-/// elevation is a NaN. The last call is gpsStateChange() with 0.
+/// Reports records that were read as for a send: waypoints, routes, then tracks with their
+/// segments. The last call is gpsStateChange() with 0.
+void reportRecords(const gps::Dictionary& data, EventStream& status);
+
+/// Reports the records of a file. An unknown elevation is a NaN. The last call is gpsStateChange()
+/// with 0.
 /// @param unread  gets what was left out
 /// @return        why the file cannot be read. Nothing was reported then
 [[nodiscard]] std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,

@@ -5,6 +5,7 @@
 #include "host/transfer/OperationReport.h"
 
 #include "host/bundle/SerialPort.h"
+#include "host/transfer/LineEnds.h"
 
 #include <algorithm>
 #include <iterator>
@@ -60,6 +61,10 @@ void addErrors(OperationReport& report, const Outcome& outcome, const OperationF
     }
     if (!outcome.error)
         return;
+    if (auto explained = report.isRefused ? explainLineEnds(report.sourceFile) : std::nullopt) {
+        report.errors.push_back(*std::move(explained));
+        return;
+    }
     const bool isRangeError = outcome.error->domain() == gps::kRangeErrorDomain;
     report.errors.push_back(isRangeError ? describeRangeError(*outcome.error, report.sourceFile)
                                          : *outcome.error);
@@ -72,6 +77,21 @@ bool isHarmless(const LoggedError& logged, const Outcome& outcome, const Operati
     const bool isImport = !report.sourceFile.empty();
     return logged.isFolder && !isImport && report.missing.empty() &&
            !endedTransfer(logged, outcome);
+}
+
+// Such lines are not damaged for good: whoever knows why can read their records.
+void addChangedLineEnds(OperationReport& report)
+{
+    if (!report.account)
+        return;
+    for (const auto& file : report.account->files) {
+        if (file.lines.skippedFor(gps::SkipReason::kWrongChecksum) +
+                file.lines.skippedFor(gps::SkipReason::kNotASentence) ==
+            0)
+            continue;
+        if (auto explained = explainLineEnds(file.path))
+            report.unreadable.push_back(*std::move(explained));
+    }
 }
 
 // The account names paths of which nothing is logged, and the log may name more files than an
@@ -93,6 +113,7 @@ void addUnreadable(OperationReport& report, const Outcome& outcome)
         if (!isHarmless(logged, outcome, report))
             add(causeOf(logged.error));
     }
+    addChangedLineEnds(report);
     report.moreUnreadable = outcome.moreErrors;
 }
 
@@ -152,6 +173,7 @@ OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& d
     report.repeats = facts.repeats;
     report.isInterrupted = facts.isStoppedByUser;
     report.isAbandoned = outcome.isAbandoned;
+    report.isRefused = isImport && facts.isOfDriver && outcome.error && outcome.transfers.empty();
     if (facts.isOfDriver)
         report.account = accountOf(driver, outcome);
     // The order matters: each of these steps uses what those before it have found.
@@ -163,6 +185,18 @@ OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& d
         addSession(report, outcome, driver, facts);
     report.logLines = outcome.logLines;
     report.moreLogLines = outcome.moreLines;
+    return report;
+}
+
+OperationReport reportOnRefused(const Outcome& outcome, gps::FileAccount account)
+{
+    OperationReport report{.sourceFile = account.path, .received = outcome.transfers};
+    if (outcome.error)
+        report.errors.push_back(*outcome.error);
+    gps::FileAccount total{.kind = account.kind};
+    total.lines.addCounts(account.lines);
+    report.account = gps::TransferAccount{.files = {std::move(account)}, .totals = {total}};
+    addChangedLineEnds(report);
     return report;
 }
 

@@ -47,6 +47,7 @@ struct OperationReport {
     std::vector<std::string> unreadValues{}; ///< of points of an imported map file, in sentences
     std::vector<std::string> ignored{};      ///< what it holds besides records, in sentences
 
+    bool isRefused = false;     ///< the driver reported an error before any transfer of an import
     bool isInterrupted = false; ///< the user stopped it
     bool isAbandoned = false;   ///< the host left without waiting for its end
 
@@ -91,5 +92,8 @@ struct OperationFacts {
 /// Concludes the report from an operation's outcome and, if the driver keeps one, its account.
 [[nodiscard]] OperationReport reportOn(const Outcome& outcome, const gps::GPSPlugInProtocol& driver,
                                        const OperationFacts& facts);
+
+/// The same for the records of a file that a driver refused to import and the host then reported.
+[[nodiscard]] OperationReport reportOnRefused(const Outcome& outcome, gps::FileAccount account);
 
 } // namespace host

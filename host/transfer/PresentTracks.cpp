@@ -5,12 +5,11 @@
 
 #include "host/fitting/RecordList.h"
 #include "host/operations/Operation.h"
-#include "host/points/DevicePosition.h"
 #include "host/points/Points.h"
+#include "host/transfer/StoredTrack.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <set>
 #include <utility>
@@ -18,35 +17,6 @@
 
 namespace host {
 namespace {
-
-// What a device stores of a point, without what nobody can store.
-struct StoredPoint {
-    gps::GPSPoint point;
-    std::int64_t time; // 0 if there is no timestamp
-
-    [[nodiscard]] bool isSame(const StoredPoint& other) const noexcept
-    {
-        return time == other.time && isSameOnDevice(point, other.point);
-    }
-};
-
-using StoredTrack = std::vector<StoredPoint>;
-
-void append(StoredTrack& track, const gps::GPSPoint& point)
-{
-    if (isOnGlobe(point))
-        track.push_back({point, deviceTime(point)});
-}
-
-StoredTrack storedTrackOf(const gps::Dictionary& record)
-{
-    StoredTrack track;
-    forEachRecord(record, "points", [&](const gps::Dictionary& element) {
-        if (const auto* const point = gps::findPoint(element))
-            append(track, *point);
-    });
-    return track;
-}
 
 std::size_t storedPointsIn(const gps::Dictionary& record)
 {
@@ -56,13 +26,6 @@ std::size_t storedPointsIn(const gps::Dictionary& record)
         count += point != nullptr && isOnGlobe(*point) ? 1U : 0U;
     });
     return count;
-}
-
-bool areSameTracks(const StoredTrack& a, const StoredTrack& b)
-{
-    return std::equal(
-        a.begin(), a.end(), b.begin(), b.end(),
-        [](const StoredPoint& one, const StoredPoint& other) { return one.isSame(other); });
 }
 
 // Collects the device's tracks from the events that report them.
@@ -75,7 +38,7 @@ public:
     {
         for (const auto& event : batch) {
             if (event.kind == EventKind::kTrackPoint)
-                append(open_, event.point);
+                appendStored(open_, event.point);
             else
                 endTrack();
         }

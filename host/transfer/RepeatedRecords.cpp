@@ -1,22 +1,29 @@
 // SPDX-License-Identifier: MIT
 // Names that were fitted are the same only for records that are the same, so a record is compared
-// with the first of its name alone.
+// with the first of its name alone. Tracks may share a name and differ.
 
 #include "host/transfer/RepeatedRecords.h"
 
 #include "host/base/RecordText.h"
 #include "host/fitting/RecordList.h"
+#include "host/points/DevicePosition.h"
 #include "host/transfer/RecordScope.h"
+#include "host/transfer/StoredTrack.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
 namespace host {
 namespace {
+
+constexpr const char* kRepeatableTracks = "track";
 
 // The records of a scope that came before, by name.
 class EarlierRecords {
@@ -44,14 +51,58 @@ private:
     std::unordered_map<std::string_view, const gps::Dictionary*> firsts_;
 };
 
+// The tracks that came before. Only those with the same name, number of points and start are
+// compared point by point.
+class EarlierTracks {
+public:
+    explicit EarlierTracks(const RepeatVisitor& visit) : visit_(visit) {}
+
+    [[nodiscard]] bool haveSame(const gps::Dictionary& record)
+    {
+        const auto* const points = record.findArray("points");
+        if (points == nullptr || points->empty())
+            return false;
+        auto& alike = tracks_[{textIn(record, "name"), points->size(), startOf(*points)}];
+        const auto* const first = alike.empty() ? nullptr : sameAmong(alike, storedTrackOf(record));
+        if (first == nullptr)
+            alike.push_back(&record);
+        else if (visit_)
+            visit_(kRepeatableTracks, record, *first);
+        return first != nullptr;
+    }
+
+private:
+    using Key = std::tuple<std::string_view, std::size_t, std::int64_t>;
+    using Tracks = std::vector<const gps::Dictionary*>;
+
+    static const gps::Dictionary* sameAmong(const Tracks& others, const StoredTrack& track)
+    {
+        const auto found =
+            std::find_if(others.begin(), others.end(), [&track](const gps::Dictionary* other) {
+                return !track.empty() && areSameTracks(track, storedTrackOf(*other));
+            });
+        return found != others.end() ? *found : nullptr;
+    }
+
+    static std::int64_t startOf(const gps::Array& points)
+    {
+        const auto* const record = points.front().as<gps::Dictionary>();
+        const auto* const point = record != nullptr ? gps::findPoint(*record) : nullptr;
+        return point != nullptr ? deviceTime(*point) : 0;
+    }
+
+    const RepeatVisitor& visit_;
+    std::map<Key, Tracks> tracks_;
+};
+
 // Whether two records may have the same name. Takes much less time than a table of names, and there
 // are hardly ever any.
 bool mayBeRepeated(const gps::Dictionary& data)
 {
     std::vector<std::size_t> hashes;
-    for (const auto* const scope : {&kWaypointScope, &kRouteScope}) {
+    for (const char* const key : {kWaypointScope.key, kRouteScope.key, kRepeatableTracks}) {
         hashes.clear();
-        forEachRecord(data, scope->key, [&](const gps::Dictionary& record) {
+        forEachRecord(data, key, [&](const gps::Dictionary& record) {
             hashes.push_back(std::hash<std::string_view>{}(textIn(record, "name")));
         });
         std::sort(hashes.begin(), hashes.end());
@@ -78,6 +129,9 @@ RecordCounts removeRepeatedRecords(gps::Dictionary& data, const gps::GPSFileDevi
     });
     removeRecords(data, kRouteScope.key,
                   [&](const gps::Dictionary& record) { return routes.haveSame(record); });
+    EarlierTracks tracks{visit};
+    removeRecords(data, kRepeatableTracks,
+                  [&](const gps::Dictionary& record) { return tracks.haveSame(record); });
     return removedSince(before, data);
 }
 

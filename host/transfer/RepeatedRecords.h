@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// RepeatedRecords: leaves out of a send what it holds more than once, since a device stores such
-// records once. Stateless. [any]
+// RepeatedRecords: leaves out of a send what it holds more than once. A device stores such
+// waypoints, geocaches and routes once, and would store such tracks again. Stateless. [any]
 
 #pragma once
 
@@ -19,8 +19,8 @@ namespace host {
 using RepeatVisitor = std::function<void(std::string_view key, const gps::Dictionary& record,
                                          const gps::Dictionary& first)>;
 
-/// Removes each waypoint, geocache and route that the device would store exactly like an earlier
-/// one with the same name.
+/// Removes each waypoint, geocache, route and track that the device would store exactly like an
+/// earlier one with the same name. Each segment that becomes a track is a track of its own here.
 /// @param data    the records to send; changed in place
 /// @param device  knows which symbols are the same to the device
 /// @param visit   called for each record before it is removed; may be empty

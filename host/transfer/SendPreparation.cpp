@@ -250,9 +250,10 @@ PreparedSend prepareSend(ChosenDevice device, SendRequest request)
 {
     PreparedSend send{.device = std::move(device), .request = std::move(request)};
     const bool isFitted = send.request.data && send.request.fitting != SendFitting::kNone;
+    if (send.request.data) // a driver would write them beyond their field
+        send.impossibleAltitudes = clearImpossibleAltitudes(*send.request.data);
     if (isFitted) {
         send.emptyRecords = removeEmptyRecords(*send.request.data);
-        send.impossibleAltitudes = clearImpossibleAltitudes(*send.request.data);
         send.segmentedTracks = fitSegments(*send.request.data, send.request.segmentRule);
     }
     send.canSend = canSend(*send.device.driver);

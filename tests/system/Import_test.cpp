@@ -43,6 +43,85 @@ TEST(Import, EachFilesCallsAreFollowedByItsResult)
     EXPECT_EQ(ran.status, 0);
 }
 
+TEST(Import, FileWhoseLinesDoNotEndLikeAReceiversIsExplained)
+{
+    const auto text = support::sentences({support::kFirstFix, support::kFirstFix});
+    std::string feeds = text;
+    std::erase(feeds, '\r');
+    std::string returns = text;
+    std::erase(returns, '\n');
+    for (const auto& changed : {feeds, returns, text + feeds, feeds + text}) {
+        const support::TemporaryFolder folder;
+        const auto file = folder.put("lf.log", changed);
+        const auto output = folder.path("lf.gpx");
+        for (const bool isThere : {false, true}) {
+            if (isThere)
+                folder.put("lf.gpx", "old");
+            const auto ran = magellangps({"import", file, "-o", output});
+            EXPECT_EQ(ran.status, 1) << changed;
+            EXPECT_THAT(ran.err, HasSubstr("Lines of this file do not end with CR LF"));
+            EXPECT_THAT(ran.err, HasSubstr("unix2dos. Path: " + file));
+            EXPECT_EQ(std::filesystem::exists(output), isThere);
+        }
+    }
+}
+
+TEST(Import, RouteFileWhoseLinesDoNotEndLikeAReceiversIsExplained)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("lf.rte", "$PMGNWPL,1*00\n$PMGNRTE,1*00\n");
+    const auto ran = magellangps({"import", file});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("do not end with CR LF"));
+    EXPECT_THAT(ran.err, Not(HasSubstr("unrecognized")));
+}
+
+constexpr char kRouteStart[] = "PMGNWPL,4600.00000,N,00700.00000,E,0000000,M,A,,a";
+constexpr char kRouteEnd[] = "PMGNWPL,4700.00000,N,00700.00000,E,0000000,M,B,,a";
+constexpr char kRoute[] = "PMGNRTE,1,1,c,1,Tour,A,a,B,a";
+
+TEST(Import, RouteFileMayBeginWithItsWaypoints)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("Tour.rte", support::sentences({kRouteStart, kRouteEnd, kRoute}));
+    const auto ran = magellangps({"import", file, "-o", folder.path("a.gpx")});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.err, IsEmpty());
+    const auto gpx = folder.read("a.gpx");
+    EXPECT_THAT(gpx, HasSubstr("<name>Tour</name>"));
+    EXPECT_THAT(gpx, HasSubstr("<rtept lat=\"47"));
+}
+
+TEST(Import, DamagedLineOfSuchARouteFileIsCounted)
+{
+    const support::TemporaryFolder folder;
+    const auto text = support::sentences({kRouteStart, kRouteEnd, kRoute});
+    const auto file = folder.put("Tour.rte", text + "$PMGNRTE,1*00\r\n");
+    const auto ran = magellangps({"import", file, "-o", folder.path("a.gpx")});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.err, HasSubstr("3 of 4 route lines; 1 damaged: Tour.rte line 4"));
+    EXPECT_EQ(magellangps({"import", file, "--strict"}).status, 1);
+}
+
+TEST(Import, RouteFileWithATruncatedSentenceIsRefused)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("Tour.rte", support::sentences({kRouteStart, "PMGNRTE,1,1"}));
+    const auto ran = magellangps({"import", file});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Contents of file unrecognized"));
+}
+
+TEST(Import, EventLinesShowThatTheDriverRefusedARouteFile)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put("Tour.rte", support::sentences({kRouteStart, kRouteEnd, kRoute}));
+    const auto ran = magellangps({"import", file, "--events"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.out, HasSubstr("unrecognized"));
+    EXPECT_THAT(ran.out, Not(HasSubstr("Tour\"")));
+}
+
 TEST(Import, AllSampleFilesGoIntoOneValidGpx)
 {
     const support::TemporaryFolder folder;

@@ -717,6 +717,32 @@ TEST_F(Send, NullDataSendsNothing)
     EXPECT_EQ(filesOf(receiver.path()), before);
 }
 
+TEST_F(Send, NullDataIsAnnouncedToAReader)
+{
+    const Receiver receiver;
+    const auto ran = send(receiver.path(), {"--data", data("null")});
+    EXPECT_EQ(ran.out, "Nothing was sent: the data file is null.\n");
+}
+
+TEST_F(Send, ElevationOfDataThatNoFieldHasRoomForCountsAsUnknown)
+{
+    for (const char* const metres : {"1e9", "100000", "-10000"}) {
+        const Receiver receiver;
+        const auto ran =
+            send(receiver.path(),
+                 {"--data", data(R"({"waypoint":[{"name":"Z","point":{"latitude":46,"longitude":7,)"
+                                 R"("altitude":)" +
+                                 std::string{metres} + R"(,"time":0,"reserved":0}}]})")});
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(ran.out, HasSubstr("1 elevation is not from -9999 m to 99999 m")) << metres;
+        EXPECT_THAT(ran.out, HasSubstr("sent: 1 waypoint"));
+        bool isThere = false;
+        for (const auto& [path, content] : filesOf(receiver.path()))
+            isThere = isThere || content.find("E,0000000,M,Z,") != std::string::npos;
+        EXPECT_TRUE(isThere) << metres;
+    }
+}
+
 TEST_F(Send, DataOfOneKindHasOnlyItsOwnBracket)
 {
     const Receiver receiver;
@@ -1138,6 +1164,18 @@ TEST_F(SendToDefaultFiles, RecordsOfOneNameThatDifferAreAllOnTheDevice)
     EXPECT_THAT(linesOf(receiver_, kCacheFile, "PMGNGEO"), testing::SizeIs(2));
     EXPECT_THAT(linesOf(receiver_, kRouteFile, "PMGNWPL"), testing::SizeIs(1));
     expectNothingIsNew();
+}
+
+TEST_F(SendToDefaultFiles, TrackThatIsGivenTwiceIsSentOnce)
+{
+    const std::string track =
+        "<trk><name>Day</name><trkseg><trkpt lat='46' lon='7'><time>2024-06-01T10:00:00Z</time>"
+        "</trkpt><trkpt lat='46.1' "
+        "lon='7'><time>2024-06-01T10:01:00Z</time></trkpt></trkseg></trk>";
+    const auto sent = sendGpx(track + track);
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    EXPECT_THAT(sent.out, HasSubstr("In the files more than once, and sent once: 1 track"));
+    EXPECT_THAT(sent.out, HasSubstr("sent: 1 track"));
 }
 
 TEST_F(SendToDefaultFiles, PointThatNoRouteUsesIsKept)

@@ -282,7 +282,8 @@ TEST(GeoJsonWriter, AltitudeIsRoundedToMillimetres)
                                                      {-0.0004, "0"},
                                                      {-0.0006, "-0.001"},
                                                      {99999999.4999, "99999999.5"},
-                                                     {-1e8, "-1e+08"}})
+                                                     {100000, "100000"},
+                                                     {-1e8, "-100000000"}})
         EXPECT_THAT(geoJsonOf({wayPoint({0, 0, altitude, 0, 0})}).text,
                     testing::HasSubstr("[0,0," + text + "]"));
 }

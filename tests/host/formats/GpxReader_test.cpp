@@ -551,20 +551,33 @@ TEST(GpxReader, TextsMayHaveEntitiesAndCdata)
     EXPECT_EQ(nameOf("a<![CDATA[b]]><!-- x -->c"), "abc");
     EXPECT_EQ(nameOf("a<b>no text of the name</b>"), "a");
     EXPECT_EQ(nameOf("<b>no text of the name</b>a"), "a");
-    EXPECT_EQ(nameOf("&unknown;"), "&unknown;");
     EXPECT_EQ(nameOf(" "), " ");
     EXPECT_EQ(nameOf(" Camp "), " Camp ") << "a space may be part of a name";
     EXPECT_EQ(nameOf("\r\n   Camp\r\n  "), "Camp") << "a line break is layout";
     EXPECT_EQ(nameOf(""), "(none)");
 }
 
-TEST(GpxReader, EntitiesOfADocumentTypeAreNotExpanded)
+TEST(GpxReader, FileThatUsesItsOwnEntitiesIsRefused)
 {
-    EXPECT_EQ(textUnder(firstUnder(read("<!DOCTYPE gpx [<!ENTITY e SYSTEM \"file:///etc/passwd\">]>"
-                                        "<gpx><wpt lat='1' lon='2'><name>&e;</name></wpt></gpx>"),
-                                   "waypoint"),
-                        "name"),
-              "&e;");
+    constexpr char kDeclaration[] = "<!DOCTYPE gpx [<!ENTITY e SYSTEM \"file:///etc/passwd\">]>\n";
+    EXPECT_EQ(
+        refusal(std::string{kDeclaration} +
+                "<gpx><wpt lat='1' lon='2'><name>&e;</name></wpt></gpx>"),
+        "trip.gpx, line 2: the file uses &e;, which is not one of the entities of XML itself");
+    EXPECT_EQ(refusal(std::string{kDeclaration} + "<gpx/>"), "read");
+}
+
+TEST(GpxReader, FileThatIsNotWellFormedIsRefusedAsAWhole)
+{
+    for (const std::string_view text :
+         {"A &#0; B", "A & B", "&nbsp;", "caf\xE9", "\xC0\x80", "A\x01", "&#xFFFF;"})
+        EXPECT_THAT(refusal("<gpx>\n<wpt lat='1' lon='2'><name>" + std::string{text} +
+                            "</name></wpt></gpx>"),
+                    StartsWith("trip.gpx, line 2: "))
+            << text;
+    EXPECT_THAT(refusal(gpx("\n<trk><trkseg><trkpt lat='1' lon='2'/></trkseg></trk>"
+                            "\n<wpt lat='1' lon='2'><name>&</name></wpt>")),
+                StartsWith("trip.gpx, line 4: "));
 }
 
 TEST(GpxReader, DeclaredEncodingIsHonoured)

@@ -151,6 +151,23 @@ TEST(PlannedRecords, ThatRepeatARouteAreNotThePointsOfItsIndex)
     EXPECT_EQ(planned.points[1].fate, Fate::kSent);
 }
 
+TEST(PlannedRecords, TrackIsRepeatedIfNoSegmentOfItIsSent)
+{
+    RecordSet set;
+    for (int i = 0; i < 2; ++i)
+        set.tracks.push_back({.record = {{"name", "T"}}, .points = {{}, {}}, .segments = {1}});
+    const auto ticked = TickedRecords::all(set);
+    auto data = host::numberedSendData(set, ticked);
+    auto& tracks = *data.findArray("track");
+    host::RepeatedIndices repeated;
+    repeated.add("track", *tracks[3].as<gps::Dictionary>(), *tracks[1].as<gps::Dictionary>());
+    tracks.resize(3);
+    EXPECT_EQ(host::plannedRecords(set, ticked, data, repeated).tracks[1].fate, Fate::kSent);
+    repeated.add("track", *tracks[2].as<gps::Dictionary>(), *tracks[0].as<gps::Dictionary>());
+    tracks.resize(2);
+    EXPECT_EQ(host::plannedRecords(set, ticked, data, repeated).tracks[1].fate, Fate::kRepeated);
+}
+
 TEST(PlannedRecords, OfATrackWithSegmentsIsOne)
 {
     RecordSet set;

@@ -55,6 +55,18 @@ TEST_F(InputFiles, MissingFileGetsASimilarNameOfItsKind)
               "There is no such file. Check the name and the folder. Path: /nowhere/day.gpx");
 }
 
+TEST_F(InputFiles, LinkToItselfIsExplained)
+{
+    const auto link = folder_.path("a.gpx");
+    std::filesystem::create_symlink("b.gpx", link);
+    std::filesystem::create_symlink("a.gpx", folder_.path("b.gpx"));
+    for (const auto& text : {importing({link}), sending({link})})
+        EXPECT_EQ(text,
+                  "The file cannot be opened: Too many levels of symbolic links. It is a link "
+                  "that leads back to itself: name the file that it was for. Path: " +
+                      link);
+}
+
 TEST_F(InputFiles, ExtensionInCapitalsIsAMistakeOfASingleReceiversFile)
 {
     const auto file = folder_.put("DAY.LOG", "$");

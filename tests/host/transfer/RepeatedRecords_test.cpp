@@ -27,6 +27,28 @@ Dictionary routeThrough(Array points)
     return {{"name", "R"}, {"points", std::move(points)}};
 }
 
+Dictionary timedPoint(std::int64_t time)
+{
+    return {{"point", gps::GPSPoint{.latitude = 1, .longitude = 7, .time = time}}};
+}
+
+TEST(RepeatedRecords, SameTrackIsSentOnce)
+{
+    const auto track = routeThrough({waypointAt(1), waypointAt(2)});
+    const auto other = routeThrough({waypointAt(3)});
+    Dictionary data{{"track", Array{track, other, track, other, track}}};
+    const host::RecordCounts expected{.tracks = 3, .trackPoints = 5};
+    EXPECT_EQ(host::removeRepeatedRecords(data, support::FakeFileDriver{}), expected);
+    EXPECT_EQ(data, (Dictionary{{"track", Array{track, other}}}));
+}
+
+TEST(RepeatedRecords, TrackWithoutValidCoordinatesIsReportedAndNotRemoved)
+{
+    Dictionary data{{"track", Array{routeThrough({waypointAt(96)}), routeThrough({waypointAt(96)}),
+                                    routeThrough({}), routeThrough({})}}};
+    EXPECT_TRUE(host::removeRepeatedRecords(data, support::FakeFileDriver{}).isEmpty());
+}
+
 TEST(RepeatedRecords, EachKindOfRecordIsSentOnce)
 {
     const auto cache = otherWith(waypointAt(46), "symbol", "Geocache");
@@ -70,7 +92,12 @@ TEST(RepeatedRecords, RecordsThatDifferStay)
         {"waypoint", Array{waypointAt(46), waypointAt(47), otherWith(waypointAt(46), "name", "B"),
                            otherWith(waypointAt(46), "comment", "c"), "text", "text"}},
         {"route", Array{routeThrough({waypointAt(1)}), routeThrough({waypointAt(2)})}},
-        {"track", Array{routeThrough({waypointAt(1)}), routeThrough({waypointAt(1)})}}};
+        {"track",
+         Array{routeThrough({waypointAt(1)}), routeThrough({waypointAt(2)}),
+               routeThrough({waypointAt(1), waypointAt(2)}),
+               routeThrough({waypointAt(2), waypointAt(1)}),
+               routeThrough({timedPoint(1'200'000'000)}), routeThrough({timedPoint(1'200'000'001)}),
+               otherWith(routeThrough({waypointAt(1)}), "name", "S"), "text", "text"}}};
     const auto before = data;
     EXPECT_TRUE(host::removeRepeatedRecords(data, support::FakeFileDriver{}).isEmpty());
     EXPECT_EQ(data, before);
