@@ -106,7 +106,8 @@ std::string finishWith(const Defaults& defaults, CommandTable& table, const RawO
 }
 
 // Leaves out defaults that do not fit to what was typed: as few as possible, the last ones first.
-std::string finishWithFitting(Defaults defaults, CommandTable& table,
+// @param defaults  out: those that are used
+std::string finishWithFitting(Defaults& defaults, CommandTable& table,
                               std::optional<CommandOptions>& options)
 {
     const auto typed = table.raw();
@@ -117,8 +118,10 @@ std::string finishWithFitting(Defaults defaults, CommandTable& table,
         for (auto i = defaults.size(); i-- > 0;) {
             auto fewer = defaults;
             fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(i));
-            if (finishWith(fewer, table, typed, options).empty())
+            if (finishWith(fewer, table, typed, options).empty()) {
+                defaults = std::move(fewer);
                 return {};
+            }
         }
     }
 }
@@ -146,6 +149,21 @@ std::string readDefaults(Configuration& configuration, CommandTable& table, Defa
     return {};
 }
 
+// A time that was left out lets more records through than the user may expect.
+std::string noteOnTimes(const Defaults& read, const Defaults& used, const std::string& path)
+{
+    const auto isUnusedTime = [&used](const ConfiguredOption* option) {
+        return (option->name == "since" || option->name == "until") &&
+               std::find(used.begin(), used.end(), option) == used.end();
+    };
+    const auto found = std::find_if(read.begin(), read.end(), isUnusedTime);
+    return found == read.end()
+               ? std::string{}
+               : fmt::format("\"{}\" of the configuration file is not used, because it contradicts "
+                             "what was typed. Path: {}, line {}",
+                             (*found)->name, path, (*found)->line);
+}
+
 ParsedCommandLine complete(CommandTable& table, const std::optional<std::string>& usersFile)
 {
     Configuration configuration;
@@ -158,9 +176,10 @@ ParsedCommandLine complete(CommandTable& table, const std::optional<std::string>
             return mistake(wrong);
     }
     ParsedCommandLine parsed;
-    if (const auto wrong = finishWithFitting(std::move(defaults), table, parsed.options);
-        !wrong.empty())
+    const auto read = defaults;
+    if (const auto wrong = finishWithFitting(defaults, table, parsed.options); !wrong.empty())
         return mistake(wrong);
+    parsed.note = noteOnTimes(read, defaults, configuration.path);
     return parsed;
 }
 

@@ -17,6 +17,7 @@ struct ParsedCommandLine {
     std::optional<CommandOptions> options;
     std::string text; ///< if there are no options. Goes to stdout if `status` is success
     ExitStatus status = ExitStatus::kSuccess;
+    std::string note{}; ///< if there are options: what the user should know of them; may be empty
 };
 
 /// @param configFile  the user's configuration file, which need not exist; nullopt: there is none.

@@ -171,7 +171,10 @@ ExitStatus runAny(int argc, const char* const* argv)
         (void)output.flush(); // if stderr is closed, the exit status is all there is
         return parsed.status;
     }
-    return runOrFail(*parsed.options, Console{globalOptions(*parsed.options).quiet});
+    const Console console{globalOptions(*parsed.options).quiet};
+    if (!parsed.note.empty())
+        console.note(parsed.note);
+    return runOrFail(*parsed.options, console);
 }
 
 } // namespace

@@ -66,6 +66,8 @@ ExitStatus WatchCommand::run()
     auto request = watchRequest(options_);
     request.download.progress = progress_.callback();
     request.disks = options_.mount ? &disks_ : nullptr;
+    if (const auto missing = options_.mount ? disks_.whyUnavailable() : std::nullopt)
+        console_.note(sentencesOf(*missing));
     const StopSignals stop;
     Watcher watcher{plugIn_, std::move(request),
                     [this](const WatchEvent& event) { return printEvent(event); }};

@@ -8,7 +8,6 @@
 #include "host/base/TranslatedFormat.h"
 #include "host/bundle/Disk.h"
 
-
 #include <algorithm>
 #include <cerrno>
 #include <utility>
@@ -58,9 +57,9 @@ std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
             return failure;
     }
     ChosenDevice found;
-    if (auto failure = chooseDevice(drivers, request, found)) {
+    if (const auto failure = chooseDevice(drivers, request, found)) {
         (void)unmount();
-        return failure;
+        return options_.mount && !request.device ? withDiskService(*failure) : failure;
     }
     if (options_.eject) {
         ejected_ = hasMounted() ? mounted_.all().front().node : removableDiskAt(found.location);
@@ -74,6 +73,17 @@ std::optional<gps::Error> DeviceDisk::choose(const std::vector<Driver>& drivers,
     }
     chosen = std::move(found);
     return std::nullopt;
+}
+
+// There may be no disk, or one that the missing service would have made known.
+gps::Error DeviceDisk::withDiskService(const gps::Error& failure)
+{
+    const auto missing = service_.whyUnavailable();
+    if (!missing)
+        return failure;
+    return hostError(failure.description().value_or("") + ". " +
+                         missing->description().value_or(""),
+                     missing->suggestion().value_or(""), failure.path().value_or(""));
 }
 
 std::optional<gps::Error> DeviceDisk::mountFor(const std::vector<Driver>& drivers,

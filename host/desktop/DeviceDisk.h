@@ -51,6 +51,7 @@ public:
     [[nodiscard]] Release release(bool succeeded);
 
 private:
+    [[nodiscard]] gps::Error withDiskService(const gps::Error& failure);
     [[nodiscard]] std::optional<gps::Error> mountFor(const std::vector<Driver>& drivers,
                                                      DeviceRequest& request);
     [[nodiscard]] std::optional<gps::Error> findReceiver(const std::vector<Driver>& drivers);

@@ -15,6 +15,9 @@ class DiskService {
 public:
     virtual ~DiskService() = default;
 
+    /// Why no disk can be mounted or unmounted at all; nullopt if nothing is known against it.
+    [[nodiscard]] virtual std::optional<gps::Error> whyUnavailable() = 0;
+
     /// Mounts a disk.
     /// @param node    a disk with a file system, or a partition
     /// @param folder  out: where it is mounted; unchanged after a failure

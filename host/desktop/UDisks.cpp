@@ -90,6 +90,16 @@ std::optional<BusFailure> UDisks::driveCan(const std::string& drive, const char*
     return std::nullopt;
 }
 
+std::optional<gps::Error> UDisks::whyUnavailable()
+{
+    Bus::Reply reply;
+    const auto failure = bus().call({kService, kManager, kProperties}, "Get", reply, "ss",
+                                    "org.freedesktop.UDisks2.Manager", "Version");
+    return failure && failure->isUnavailable()
+               ? std::optional{errorOf(tr("Disks cannot be mounted"), *failure, {})}
+               : std::nullopt;
+}
+
 std::optional<gps::Error> UDisks::mount(const std::string& node, std::string& folder)
 {
     std::string object;

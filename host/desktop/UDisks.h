@@ -20,6 +20,7 @@ public:
     UDisks();
     ~UDisks() override;
 
+    [[nodiscard]] std::optional<gps::Error> whyUnavailable() override;
     [[nodiscard]] std::optional<gps::Error> mount(const std::string& node,
                                                   std::string& folder) override;
     [[nodiscard]] std::optional<gps::Error> unmount(const std::string& node) override;

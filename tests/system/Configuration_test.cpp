@@ -149,10 +149,19 @@ TEST_F(Configuration, DefaultThatDoesNotFitToWhatWasTypedIsLeftOut)
     EXPECT_THAT(list.out, StartsWith("Kind"));
     EXPECT_EQ(run("events = true\n", {"info"}).status, 0);
     EXPECT_EQ(run("quiet = true\n", {"info", "-v"}).status, 0);
-    EXPECT_EQ(run("[acquire]\nuntil = 2024-01-01\n",
-                  {"acquire", "--device", device, "--since", "2024-02-01"})
-                  .status,
-              0);
+    const auto times = run("[acquire]\nuntil = 2024-01-01\n",
+                           {"acquire", "--device", device, "--since", "2024-02-01"});
+    EXPECT_EQ(times.status, 0);
+    EXPECT_THAT(times.err, HasSubstr("note: \"until\" of the configuration file is not used"));
+    EXPECT_THAT(times.err, HasSubstr(", line 2"));
+    EXPECT_THAT(run("[acquire]\nsince = 2024-01-01\n",
+                    {"acquire", "--device", device, "--until", "2024-01-01"})
+                    .err,
+                Not(HasSubstr("not used")));
+    EXPECT_THAT(run("[acquire]\nsince = 2024-01-01\n",
+                    {"acquire", "--device", device, "--since", "2023-01-01"})
+                    .err,
+                Not(HasSubstr("not used")));
 }
 
 TEST_F(Configuration, DefaultFormatIsForFilesWithoutAKnownExtension)

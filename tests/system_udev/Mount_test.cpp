@@ -210,6 +210,27 @@ TEST_F(Mount, WithoutUdisksOneLineSaysSo)
     EXPECT_THAT(noBus.err, HasSubstr("because udisks2 is not running"));
 }
 
+TEST_F(Mount, WithoutADiskToMountUdisksIsMentionedAllTheSame)
+{
+    const support::TemporaryFolder other;
+    testbed_.mount(testbed_.mountLine("8:17", other.path()));
+    const auto ran = magellangps({"acquire", "--mount"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_THAT(ran.err,
+                StartsWith("magellangps: No receiver is mounted. Disks cannot be mounted, because "
+                           "udisks2 is not running ("));
+    startService();
+    EXPECT_THAT(magellangps({"acquire", "--mount"}).err, Not(HasSubstr("udisks2")));
+}
+
+TEST_F(Mount, WatchSaysAtItsStartThatUdisksIsMissing)
+{
+    auto watching = watch({"--mount"}, " 2>&1");
+    EXPECT_THAT(watching.readUntil("watching: "),
+                StartsWith("note: Disks cannot be mounted, because udisks2 is not running ("));
+    watching.end(SIGTERM);
+}
+
 TEST_F(Mount, RefusalIsTheReasonThatUdisksGives)
 {
     startService(R"(,"fails":{"Mount":"org.freedesktop.UDisks2.Error.NotAuthorized"})");

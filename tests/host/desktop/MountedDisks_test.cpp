@@ -16,6 +16,7 @@ using testing::IsEmpty;
 
 /// Mounts each disk below /media.
 struct RecordingService final : host::DiskService {
+    std::optional<gps::Error> whyUnavailable() override { return std::nullopt; }
     std::optional<gps::Error> mount(const std::string& node, std::string& folder) override
     {
         calls.push_back("mount " + node);

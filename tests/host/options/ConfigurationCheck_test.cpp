@@ -35,6 +35,16 @@ TEST(ConfigurationCheck, NamesTheFileAndTheLineAndWhatToDo)
                       testing::EndsWith("; correct the file, or remove the line")));
 }
 
+TEST(ConfigurationCheck, SinceMustNotBeLaterThanUntil)
+{
+    EXPECT_THAT(mistakeIn("[acquire]\nsince = \"2010-01-01\"\nuntil = \"2009-01-01\"\n"),
+                HasSubstr("line 3: \"since\" is later than \"until\""));
+    EXPECT_THAT(mistakeIn("until = 2009-01-01\nsince = 2010-01-01\n"),
+                HasSubstr("line 2: \"since\" is later than \"until\""));
+    EXPECT_EQ(mistakeIn("[acquire]\nsince = \"2010-01-01\"\nuntil = \"2010-01-01\"\n"), "");
+    EXPECT_EQ(mistakeIn("[acquire]\nsince = 2010-01-01\n[import]\nuntil = 2009-01-01\n"), "");
+}
+
 TEST(ConfigurationCheck, FindsWhatNoCommandKnows)
 {
     EXPECT_THAT(mistakeIn("utcc = true\n"), HasSubstr("did you mean \"utc\"?"));
