@@ -2,7 +2,7 @@
 // Opens the window with files, moves the map, and prints how long frames took and for how long the
 // main loop did nothing else. Run by scripts/window-timing.
 //
-// window_timing BUNDLE FILE...
+// window_timing BUNDLE [FOLDER] FILE...: the folder is a copy of a receiver, to send to
 
 #include "ThreadTime.h"
 #include "host/base/FrontEnd.h"
@@ -33,13 +33,13 @@ double millisecondsSince(Clock::time_point start)
     return std::chrono::duration<double, std::milli>{Clock::now() - start}.count();
 }
 
-GtkWidget* findMap(GtkWidget* widget)
+GtkWidget* find(GtkWidget* widget, GType type)
 {
-    if (SHUMATE_IS_MAP(widget))
+    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type))
         return widget;
     for (auto* child = gtk_widget_get_first_child(widget); child != nullptr;
          child = gtk_widget_get_next_sibling(child)) {
-        if (auto* const found = findMap(child))
+        if (auto* const found = find(child, type))
             return found;
     }
     return nullptr;
@@ -48,12 +48,15 @@ GtkWidget* findMap(GtkWidget* widget)
 /// What is done, frame by frame, and how long that took.
 class Timing {
 public:
-    Timing(GtkWidget* map, std::function<void()> ended)
-        : map_(map), viewport_(shumate_map_get_viewport(SHUMATE_MAP(map))), ended_(std::move(ended))
+    /// @param receive  makes the window show its records anew
+    Timing(GtkWidget* window, std::function<void()> receive, std::function<void()> ended)
+        : pages_(ADW_VIEW_STACK(find(window, ADW_TYPE_VIEW_STACK))),
+          viewport_(shumate_map_get_viewport(SHUMATE_MAP(find(window, SHUMATE_TYPE_MAP)))),
+          receive_(std::move(receive)), ended_(std::move(ended))
     {
         beat();
         gtk_widget_add_tick_callback(
-            map_,
+            window,
             [](GtkWidget*, GdkFrameClock*, gpointer timing) -> gboolean {
                 return static_cast<Timing*>(timing)->tick();
             },
@@ -110,6 +113,18 @@ private:
             if (now > kMoving)
                 next("zooming");
             return G_SOURCE_CONTINUE;
+        case 4:
+        case 6:
+            adw_view_stack_set_visible_child_name(pages_, "send");
+            if (now > kMoving)
+                next(phase_ == 4 ? "to send" : "other ones to send");
+            return G_SOURCE_CONTINUE;
+        case 5:
+            if (const auto receive = std::exchange(receive_, nullptr))
+                receive();
+            if (now > kLoading)
+                next("loading again");
+            return G_SOURCE_CONTINUE;
         default:
             ended_();
             return G_SOURCE_REMOVE;
@@ -123,7 +138,7 @@ private:
             return frames_[static_cast<std::size_t>(part *
                                                     static_cast<double>(frames_.size() - 1))];
         };
-        std::printf("%-18s %5.0f frames a second, median %5.1f ms, 95 %% %5.1f ms, longest %6.1f "
+        std::printf("%-20s %5.0f frames a second, median %5.1f ms, 95 %% %5.1f ms, longest %6.1f "
                     "ms; longest stall %6.1f ms, %6.1f ms of a processor at most\n",
                     what, static_cast<double>(frames_.size()) / millisecondsSince(start_) * 1000,
                     at(0.5), at(0.95), at(1), longest_, most_);
@@ -135,8 +150,9 @@ private:
         lastTime_ = bench::threadSeconds();
     }
 
-    GtkWidget* map_;
+    AdwViewStack* pages_;
     ShumateViewport* viewport_;
+    std::function<void()> receive_;
     std::function<void()> ended_;
     int phase_ = 0;
     double longest_ = 0;
@@ -166,7 +182,8 @@ int main(int argc, char** argv)
             std::make_unique<host::MainWindow>(*application.get(), std::string{argv[1]}, files);
         window->present();
         auto* const shown = gtk_application_get_active_window(application->gobj());
-        timing = std::make_unique<Timing>(findMap(GTK_WIDGET(shown)), [&] { application->quit(); });
+        timing = std::make_unique<Timing>(
+            GTK_WIDGET(shown), [&] { window->open({files.back()}); }, [&] { application->quit(); });
     });
     const int status = application->run();
     window.reset();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// One sentence for each result; all else is below "Details".
 
 #include "host/window/TransferResults.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// RecordModel: the rows of the list of records that are shown, in their order. Items are made for
-// what is seen only. [main loop]
+// RecordModel: the rows of the list of records that are shown, in their order. [main loop]
 
 #pragma once
 
 #include "host/records/RecordRow.h"
+#include "host/window/base/PositionModel.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,25 +15,16 @@
 
 namespace host {
 
-class RecordModel : public Gio::ListModel, public Glib::Object { // the interface comes first
+class RecordModel : public PositionModel {
 public:
     using Rows = std::shared_ptr<const std::vector<RecordRow>>;
 
     static Glib::RefPtr<RecordModel> create();
 
-    /// How many rows are added or removed at a time. The list makes widgets for the first 200,
-    /// which takes longer than a frame may.
-    static constexpr guint kStep = 10;
-
-    /// Shows other rows, or the same ones in another order. The number of rows on the screen
-    /// follows with each step(). Nothing is reported about rows that have other records now:
-    /// whoever shows them looks at them again.
+    /// Shows other rows, or the same ones in another order. Call step() until it returns
+    /// false, and look at the rows on the screen again.
     /// @param order  indices of the rows that are shown
     void set(Rows rows, std::vector<std::uint32_t> order);
-
-    /// Adds or removes some rows, or all at once that the list has no widgets for.
-    /// @return  whether there are still others
-    bool step();
 
     [[nodiscard]] const std::vector<std::uint32_t>& order() const noexcept { return order_; }
 
@@ -47,16 +38,9 @@ public:
 protected:
     RecordModel();
 
-    GType get_item_type_vfunc() override;
-    guint get_n_items_vfunc() override;
-    gpointer get_item_vfunc(guint position) override;
-
 private:
-    void resize(guint count);
-
     Rows rows_;
     std::vector<std::uint32_t> order_;
-    guint shown_ = 0; // positions
 };
 
 } // namespace host

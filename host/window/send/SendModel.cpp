@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A hundred thousand items at once would take longer than several frames.
+// A hundred thousand rows at once would take longer than several frames, so each is made when it is
+// seen.
 
 #include "host/window/send/SendModel.h"
 
 #include "host/base/RecordText.h"
-#include "host/window/send/SendItem.h"
 
 #include <gps/Geocache.h>
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -35,14 +34,12 @@ Glib::RefPtr<SendModel> SendModel::create()
 
 void SendModel::set(std::shared_ptr<const RecordSet> records, const TickedRecords& ticked)
 {
-    const auto before = std::exchange(shown_, 0);
-    items_changed(0, before, 0);
     records_ = std::move(records);
     places_.clear();
     add(RecordKind::kTrack, ticked.tracks);
     add(RecordKind::kRoute, ticked.routes);
     add(RecordKind::kPoint, ticked.points);
-    step();
+    setCount(static_cast<guint>(places_.size()));
 }
 
 void SendModel::add(RecordKind kind, const std::vector<bool>& isTicked)
@@ -53,35 +50,15 @@ void SendModel::add(RecordKind kind, const std::vector<bool>& isTicked)
     }
 }
 
-bool SendModel::step()
+std::optional<RecordRow> SendModel::row(guint position) const
 {
-    constexpr guint kWidgets = 200; // that the list has
-    const auto all = static_cast<guint>(places_.size());
-    const auto before = shown_;
-    shown_ = before > kWidgets ? all : std::min(before + kStep, all);
-    items_changed(before, 0, shown_ - before);
-    return shown_ < all;
-}
-
-GType SendModel::get_item_type_vfunc()
-{
-    return G_TYPE_OBJECT;
-}
-
-guint SendModel::get_n_items_vfunc()
-{
-    return shown_;
-}
-
-gpointer SendModel::get_item_vfunc(guint position)
-{
-    if (position >= shown_)
-        return nullptr;
+    if (position >= places_.size())
+        return std::nullopt;
     const auto [kind, index] = places_[position];
     const auto& record = kind == RecordKind::kTrack   ? records_->tracks[index].record
                          : kind == RecordKind::kRoute ? records_->routes[index].record
                                                       : records_->points[index].record;
-    return SendItem::create(rowOf(kind, index, record))->gobj_copy();
+    return rowOf(kind, index, record);
 }
 
 } // namespace host

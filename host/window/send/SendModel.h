@@ -1,45 +1,38 @@
 // SPDX-License-Identifier: MIT
-// SendModel: the rows of the list of records to send. Items are made for what is seen only. [main
-// loop]
+// SendModel: the rows of the list of records to send. [main loop]
 
 #pragma once
 
 #include "host/records/Export.h"
-#include "host/records/RecordKind.h"
+#include "host/records/RecordRow.h"
 #include "host/records/RecordSet.h"
+#include "host/window/base/PositionModel.h"
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <gtkmm.h>
 
 namespace host {
 
-class SendModel : public Gio::ListModel, public Glib::Object { // the interface comes first
+class SendModel : public PositionModel {
 public:
     static Glib::RefPtr<SendModel> create();
 
-    /// How many rows are added at a time: to make and to lay out the widgets of all takes longer
-    /// than a frame may.
-    static constexpr guint kStep = 10;
-
-    /// Lists the ticked records: tracks, routes, then points. The first of them now, the others as
-    /// step() is called.
+    /// Lists the ticked records: tracks, routes, then points. Call step() until it returns false,
+    /// and look at the rows on the screen again.
     void set(std::shared_ptr<const RecordSet> records, const TickedRecords& ticked);
-
-    /// Adds some more rows, or all that the list has no widgets for.
-    /// @return  whether there are still others
-    bool step();
 
     [[nodiscard]] bool isEmpty() const noexcept { return places_.empty(); }
 
+    /// The record at a position, without its figures, although it need not be shown yet. nullopt
+    /// for one that is about to be removed.
+    [[nodiscard]] std::optional<RecordRow> row(guint position) const;
+
 protected:
     SendModel();
-
-    GType get_item_type_vfunc() override;
-    guint get_n_items_vfunc() override;
-    gpointer get_item_vfunc(guint position) override;
 
 private:
     struct Place {
@@ -51,7 +44,6 @@ private:
 
     std::shared_ptr<const RecordSet> records_;
     std::vector<Place> places_;
-    guint shown_ = 0; // the first of them
 };
 
 } // namespace host

@@ -8,6 +8,7 @@
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
+#include "host/words/RecordDetail.h"
 
 #include <utility>
 #include <vector>
@@ -21,12 +22,12 @@ constexpr int kPlanHeight = 150;        // of the list of changes
 constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
 constexpr std::size_t kMostOfName = 60; // characters of a name
 
-const PlannedRecord* find(const PlannedRecords& records, const SendItem& item)
+const PlannedRecord* find(const PlannedRecords& records, RecordKind ofKind, std::size_t index)
 {
-    const auto& kind = item.kind == RecordKind::kTrack   ? records.tracks
-                       : item.kind == RecordKind::kRoute ? records.routes
-                                                         : records.points;
-    return item.index < kind.size() ? &kind[item.index] : nullptr;
+    const auto& kind = ofKind == RecordKind::kTrack   ? records.tracks
+                       : ofKind == RecordKind::kRoute ? records.routes
+                                                      : records.points;
+    return index < kind.size() ? &kind[index] : nullptr;
 }
 
 // What the receiver changes in a record that it gets.
@@ -64,7 +65,7 @@ public:
     void show(const std::string& name, const std::string& kind, bool isTicked,
               std::function<void(bool isTicked)> toggled)
     {
-        toggled_.disconnect(); // the record that was shown before must not hear of the change
+        disarm(); // the record that was shown before must not hear of the change
         name_.set_text(name);
         kind_.set_text(kind);
         nameForReaders(box_, Glib::ustring::compose(tr("Send %1"), name).c_str());
@@ -72,6 +73,9 @@ public:
         toggled_ = box_.signal_toggled().connect(
             [this, toggled = std::move(toggled)] { toggled(box_.get_active()); });
     }
+
+    /// Makes the box do nothing, until a record is shown.
+    void disarm() { toggled_.disconnect(); }
 
     void setNote(const std::string& note) { note_.set_text(note); }
 
@@ -84,6 +88,11 @@ private:
     Gtk::Label note_;
     sigc::connection toggled_;
 };
+
+RowWidget& widgetOf(Gtk::ListItem& row)
+{
+    return dynamic_cast<RowWidget&>(*row.get_child());
+}
 
 Gtk::ScrolledWindow* scrolled(Gtk::Widget& child)
 {
@@ -123,8 +132,10 @@ Gtk::Widget* SendPage::recordView()
     });
     factory->signal_bind().connect(
         [this](const Glib::RefPtr<Gtk::ListItem>& row) { bindRecord(*row.get()); });
-    factory->signal_unbind().connect([](const Glib::RefPtr<Gtk::ListItem>& row) {
-        dynamic_cast<RowWidget&>(*row->get_child()).previewed.disconnect();
+    factory->signal_unbind().connect([this](const Glib::RefPtr<Gtk::ListItem>& row) {
+        bound_.erase(row.get());
+        stale_.erase(row.get());
+        widgetOf(*row.get()).previewed.disconnect();
     });
     auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(items_), factory);
     nameForReaders(*view, tr("Records to send"));
@@ -180,7 +191,14 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
     choice_ = {std::move(records), ticked};
     ticks_ = RecordTicks{ticked};
     items_->set(choice_.records, ticked);
-    add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) { return items_->step(); });
+    for (auto* const row : bound_)
+        widgetOf(*row).disarm();
+    stale_ = bound_;
+    if (!std::exchange(isArranging_, true))
+        add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
+            isArranging_ = arrangeSome();
+            return isArranging_;
+        });
     refresh();
 }
 
@@ -221,12 +239,39 @@ void SendPage::setBusy(bool isBusy)
 
 void SendPage::bindRecord(Gtk::ListItem& row)
 {
-    const auto item = std::dynamic_pointer_cast<SendItem>(row.get_item());
-    auto& widget = dynamic_cast<RowWidget&>(*row.get_child());
-    nameForReaders(*widget.get_parent(), item->name.c_str());
-    widget.show(item->name, item->kindText, ticks_.isTicked(item->kind, item->index),
-                [this, item](bool isTicked) { tick(*item, isTicked); });
-    const auto showNote = [this, item, &widget] { widget.setNote(noteOn(*item)); };
+    bound_.insert(&row);
+    stale_.erase(&row);
+    fill(row);
+}
+
+// Making, filling and laying out a row takes a part of a frame that only a few rows may share.
+// Returns whether there is more to do.
+bool SendPage::arrangeSome()
+{
+    constexpr int kRows = 20;
+    if (stale_.empty())
+        return items_->step();
+    for (int i = 0; i < kRows && !stale_.empty(); ++i)
+        fill(*stale_.extract(stale_.begin()).value());
+    return true;
+}
+
+void SendPage::fill(Gtk::ListItem& row)
+{
+    const auto record = items_->row(row.get_position());
+    if (!record) // it is about to be removed
+        return;
+    auto& widget = widgetOf(row);
+    const auto name = rowName(*record);
+    nameForReaders(*widget.get_parent(), name.c_str());
+    widget.show(name, std::string{kindName(*record)}, ticks_.isTicked(record->kind, record->index),
+                [this, kind = record->kind, index = record->index](bool isTicked) {
+                    tick(kind, index, isTicked);
+                });
+    const auto showNote = [this, kind = record->kind, index = record->index, &widget] {
+        widget.setNote(noteOn(kind, index));
+    };
+    widget.previewed.disconnect();
     widget.previewed = previewed_.connect(showNote);
     showNote();
 }
@@ -243,9 +288,9 @@ void SendPage::bindLine(Gtk::ListItem& row) const
         label.remove_css_class("error");
 }
 
-void SendPage::tick(const SendItem& item, bool isTicked)
+void SendPage::tick(RecordKind kind, std::size_t index, bool isTicked)
 {
-    ticks_.tick(item.kind, item.index, isTicked);
+    ticks_.tick(kind, index, isTicked);
     choice_.ticked = ticks_.records();
     refresh();
 }
@@ -289,9 +334,9 @@ void SendPage::showState()
     send_.set_sensitive(isPreviewed_ && !isBusy_ && preview_.canSend);
 }
 
-std::string SendPage::noteOn(const SendItem& item) const
+std::string SendPage::noteOn(RecordKind kind, std::size_t index) const
 {
-    const auto* const record = isPreviewed_ ? find(preview_.records, item) : nullptr;
+    const auto* const record = isPreviewed_ ? find(preview_.records, kind, index) : nullptr;
     if (record == nullptr)
         return {};
     switch (record->fate) {

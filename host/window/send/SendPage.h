@@ -6,13 +6,13 @@
 #pragma once
 
 #include "host/records/RecordTicks.h"
-#include "host/window/send/SendItem.h"
 #include "host/window/send/SendModel.h"
 #include "host/window/send/SendWork.h"
 
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 #include <adwaita.h>
@@ -48,11 +48,13 @@ private:
     [[nodiscard]] Gtk::Widget* actionBar();
     void bindRecord(Gtk::ListItem& row);
     void bindLine(Gtk::ListItem& row) const;
-    void tick(const SendItem& item, bool isTicked);
+    [[nodiscard]] bool arrangeSome();
+    void fill(Gtk::ListItem& row);
+    void tick(RecordKind kind, std::size_t index, bool isTicked);
     void refresh();
     void requestPreview();
     void showState();
-    [[nodiscard]] std::string noteOn(const SendItem& item) const;
+    [[nodiscard]] std::string noteOn(RecordKind kind, std::size_t index) const;
 
     Handlers handlers_;
     SendChoice choice_{std::make_shared<const RecordSet>(), {}};
@@ -62,6 +64,9 @@ private:
     bool isPreviewed_ = false; // preview_ is of what is shown
     bool isAsked_ = false;     // the next preview is of what is shown
     bool isBusy_ = false;
+    std::set<Gtk::ListItem*> bound_; // rows with a widget
+    std::set<Gtk::ListItem*> stale_; // those that show what was there before
+    bool isArranging_ = false;       // rows change with each frame
     std::string location_;
     sigc::connection waiting_; // for the end of a quick series of changes
 
