@@ -29,12 +29,6 @@
 namespace host {
 namespace {
 
-std::string mistakeAt(const Configuration& configuration, std::uint32_t line, std::string_view what)
-{
-    return fmt::format("{}, line {}: {}; correct the file, or {}", configuration.path, line, what,
-                       configuration.escape);
-}
-
 // The text of a number, a date or a time as it is written in the file.
 template <typename T> std::string textOf(const T& value)
 {
@@ -84,6 +78,18 @@ bool readValue(const toml::node& node, ConfiguredOption& option)
     return isRead;
 }
 
+// A value of another kind than those of options stays without one, which is a mistake, too.
+void readWindowTable(const toml::table& table, Configuration& configuration)
+{
+    for (const auto& [key, node] : table) {
+        ConfiguredOption setting{
+            std::string{kWindowTable}, std::string{key.str()}, {}, key.source().begin.line};
+        if (!readValue(node, setting))
+            setting.value = std::vector<std::string>{};
+        configuration.window.push_back(std::move(setting));
+    }
+}
+
 std::string readTable(const toml::table& table, const std::string& command,
                       Configuration& configuration)
 {
@@ -91,8 +97,10 @@ std::string readTable(const toml::table& table, const std::string& command,
         const auto line = key.source().begin.line;
         const std::string name{key.str()};
         if (const auto* const inner = node.as_table(); inner != nullptr && command.empty()) {
-            if (name == kWindowTable)
+            if (name == kWindowTable) {
+                readWindowTable(*inner, configuration);
                 continue;
+            }
             if (auto mistake = readTable(*inner, name, configuration); !mistake.empty())
                 return mistake;
             if (inner->empty()) // its name is checked, too
@@ -289,6 +297,12 @@ CLI::Option* chosenOption(const ConfiguredOption& configured, CLI::App& app)
 }
 
 } // namespace
+
+std::string mistakeAt(const Configuration& configuration, std::uint32_t line, std::string_view what)
+{
+    return fmt::format("{}, line {}: {}; correct the file, or {}", configuration.path, line, what,
+                       configuration.escape);
+}
 
 std::string readConfiguration(Configuration& configuration)
 {

@@ -5,6 +5,7 @@
 
 #include "host/options/CommandTable.h"
 #include "host/options/RawOptions.h"
+#include "host/options/WindowTable.h"
 #include "host/transfer/TimeRange.h"
 
 #include <variant>
@@ -55,12 +56,20 @@ std::string readCheckedConfiguration(Configuration& configuration)
     if (auto wrong = readConfiguration(configuration); !wrong.empty())
         return wrong;
     CommandTable untyped;
-    return checkConfiguration(configuration, untyped.app(), untyped.exclusions(),
-                              [&configuration](const ConfiguredOption& option) {
-                                  auto wrong = badFormat(option);
-                                  return wrong.empty() ? contradictingTimes(option, configuration)
-                                                       : wrong;
-                              });
+    auto mistake = checkConfiguration(configuration, untyped.app(), untyped.exclusions(),
+                                      [&configuration](const ConfiguredOption& option) {
+                                          auto wrong = badFormat(option);
+                                          return wrong.empty()
+                                                     ? contradictingTimes(option, configuration)
+                                                     : wrong;
+                                      });
+    if (!mistake.empty())
+        return mistake;
+    for (const auto& setting : configuration.window) {
+        if (const auto wrong = windowMistake(setting); !wrong.empty())
+            return mistakeAt(configuration, setting.line, wrong);
+    }
+    return {};
 }
 
 } // namespace host

@@ -11,6 +11,7 @@
 #include "host/base/TranslatedFormat.h"
 #include "host/commandline/Configuration.h"
 #include "host/files/Files.h"
+#include "host/options/WindowTable.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/FileManager.h>
@@ -34,10 +35,6 @@
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 3> kUnitNames{"metric", "imperial", "nautical"};
-constexpr std::array<std::string_view, 3> kTileNames{"none", "openstreetmap", "file"};
-constexpr std::int64_t kMostBackups = 10000;
-
 // Reads the values of a table. Keeps the first mistake.
 class SettingsReader {
 public:
@@ -52,10 +49,10 @@ public:
     {
         auto number = static_cast<std::int64_t>(value);
         take<std::int64_t>(key, tr("a number"), number);
-        if (number >= 1 && number <= kMostBackups)
+        if (number >= 1 && number <= kMostWindowBackups)
             value = static_cast<std::size_t>(number);
         else
-            note(key, trFormat("a number from 1 to {}", kMostBackups));
+            note(key, trFormat("a number from 1 to {}", kMostWindowBackups));
     }
 
     template <typename Choice>

@@ -25,7 +25,27 @@ std::string mistakeIn(const std::string& text)
 
 TEST(ConfigurationCheck, FindsNothingInAFileThatEveryCommandCanUse)
 {
-    EXPECT_EQ(mistakeIn("utc = true\n[acquire]\nformat = \"kml\"\n[window]\nunits = 5\n"), "");
+    EXPECT_EQ(mistakeIn("utc = true\n[acquire]\nformat = \"kml\"\n[window]\nunits = \"metric\"\n"),
+              "");
+}
+
+TEST(ConfigurationCheck, FindsMistakesInTheTableOfTheWindow)
+{
+    const auto mistake = [](const std::string& line) { return mistakeIn("[window]\n" + line); };
+    for (const std::string line :
+         {"units = \"nautical\"", "utc = true", "tiles = \"file\"", "tile-file = \"a\"",
+          "folder = \"\"", "keep-backups = 1", "keep-backups = 10000", "new-only = false",
+          "save-new = true", "save-folder = \"b\"", ""})
+        EXPECT_EQ(mistake(line), "") << line;
+    EXPECT_THAT(mistake("units = \"mertic\""),
+                HasSubstr(R"(line 2: "units" needs "metric", "imperial", "nautical")"));
+    EXPECT_THAT(mistake("unit = \"metric\""),
+                HasSubstr(R"(the window has no setting "unit", did you mean "units"?)"));
+    for (const std::string line :
+         {"units = 5", "units = [\"metric\", \"metric\"]", "utc = \"yes\"", "tiles = true",
+          "tile-file = false", "folder = [[1]]", "keep-backups = 0", "keep-backups = 10001",
+          "keep-backups = \"many\"", "new-only = 1", "save-new = {}", "nonsense = 1"})
+        EXPECT_THAT(mistake(line), HasSubstr("config.toml, line 2: ")) << line;
 }
 
 TEST(ConfigurationCheck, NamesTheFileAndTheLineAndWhatToDo)
