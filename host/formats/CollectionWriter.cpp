@@ -31,7 +31,7 @@ void CollectionWriter::event(const Event& event)
         break;
     case EventKind::kNewSegment:
         if (open_ == Open::kTrack)
-            newSegment();
+            event.isInData ? newSegment() : foundGap();
         break;
     case EventKind::kWayPoint:
         if (const auto symbol = correctedSymbol(event.record)) {

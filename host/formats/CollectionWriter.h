@@ -28,6 +28,8 @@ protected:
     virtual void beginTrack(const gps::Dictionary& track) = 0;
     virtual void trackPoint(const gps::GPSPoint& point) = 0;
     virtual void newSegment() = 0; ///< the next point begins a new segment of the track
+    /// Likewise, although the data goes on without a break there.
+    virtual void foundGap() { newSegment(); }
     virtual void endTrack() = 0;
 
     /// Writes what comes after the last record. @return  the first failure since the start

@@ -20,7 +20,7 @@ enum class EventKind {
     kEndTransfer,
     kNewTrack,
     kTrackPoint,
-    kNewSegment, ///< the host's own: the track goes on behind a gap
+    kNewSegment, ///< the host's own: the track continues after a gap
     kWayPoint,
     kNewRoute,
     kStartSending,
@@ -37,15 +37,18 @@ struct Event {
     gps::Dictionary record; ///< the point's other fields, the track or the route
     std::int32_t state = 0; ///< kStateChange: 1 busy, 0 idle
     gps::TransferKind transfer = gps::TransferKind::kTracks; ///< transfers and sendings
-    std::string label;                                       ///< kStartSending
-    std::optional<gps::Error> error;                         ///< kError
+    bool isInData = true;            ///< kNewSegment: not found by the host, but in what is read
+    std::string label;               ///< kStartSending
+    std::optional<gps::Error> error; ///< kError
 };
 
 /// The event of a gap in a track.
-[[nodiscard]] inline Event newSegmentEvent()
+/// @param isInData  false: it was found between two points that the data does not separate
+[[nodiscard]] inline Event newSegmentEvent(bool isInData = true)
 {
     Event event;
     event.kind = EventKind::kNewSegment;
+    event.isInData = isInData;
     return event;
 }
 

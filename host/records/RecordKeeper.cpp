@@ -37,6 +37,13 @@ void RecordKeeper::newSegment()
         track.segments.push_back(track.points.size());
 }
 
+void RecordKeeper::foundGap()
+{
+    newSegment();
+    auto& track = set_.tracks.back();
+    track.gaps.push_back(track.points.size());
+}
+
 // A track grew by doubling, and is kept for as long as the user looks at it.
 void RecordKeeper::endTrack()
 {

@@ -27,6 +27,7 @@ private:
     void beginTrack(const gps::Dictionary& track) override;
     void trackPoint(const gps::GPSPoint& point) override;
     void newSegment() override;
+    void foundGap() override;
     void endTrack() override;
     [[nodiscard]] std::optional<gps::Error> finish() override { return std::nullopt; }
 

@@ -27,6 +27,7 @@ struct KeptTrack {
     gps::Dictionary record;
     std::vector<gps::GPSPoint> points{};
     std::vector<std::size_t> segments{}; ///< where a new one begins: ascending indices above 0
+    std::vector<std::size_t> gaps{};     ///< those of them that the host found; not in the data
 };
 
 struct RecordSet {

@@ -8,8 +8,11 @@
 #include "host/fitting/TrackSegments.h"
 #include "host/formats/GpxRecords.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <optional>
 #include <utility>
 
 namespace host {
@@ -37,12 +40,16 @@ void appendData(const KeptRoute& route, gps::Dictionary head, gps::Array& record
     records.emplace_back(std::move(head));
 }
 
+// A receiver stores a track as it was, so gaps that the host found do not divide it.
 void appendData(const KeptTrack& track, const gps::Dictionary& head, gps::Array& records)
 {
+    std::vector<std::size_t> begins;
+    std::set_difference(track.segments.begin(), track.segments.end(), track.gaps.begin(),
+                        track.gaps.end(), std::back_inserter(begins));
     std::vector<gps::Array> segments(1);
-    auto next = track.segments.begin();
+    auto next = begins.begin();
     for (std::size_t i = 0; i < track.points.size(); ++i) {
-        if (next != track.segments.end() && *next == i) {
+        if (next != begins.end() && *next == i) {
             segments.emplace_back();
             ++next;
         }
@@ -97,15 +104,44 @@ std::vector<std::string> changedTexts(const gps::Dictionary& before, const gps::
     return changed;
 }
 
-std::size_t indexOf(const gps::Value& value)
+// The index in the set, of a record in the data; nullopt for what the user has not ticked.
+std::optional<std::size_t> indexIn(const gps::Dictionary& record)
 {
-    return static_cast<std::size_t>(value.int32Reading());
+    const auto* const index = record.find(kIndexKey);
+    return index != nullptr ? std::optional{static_cast<std::size_t>(index->int32Reading())}
+                            : std::nullopt;
+}
+
+// A track of several segments is in the data more than once.
+void markMissing(const char* key, const gps::Dictionary& data,
+                 const std::vector<MissingRecord>& missing, std::vector<PlannedRecord>& planned)
+{
+    const auto* const list = data.findArray(key);
+    if (list == nullptr)
+        return;
+    std::vector<bool> isMissing(list->size());
+    for (const auto& lost : missing) {
+        if (lost.listKey() != key)
+            continue;
+        const auto* const record = (*list)[lost.index].as<gps::Dictionary>();
+        const auto i = record != nullptr ? indexIn(*record) : std::nullopt;
+        isMissing[lost.index] = !lost.isPoint();
+        if (i)
+            planned[*i].fate = lost.isPoint() ? Fate::kPartial : Fate::kMissing;
+    }
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const auto* const record = (*list)[i].as<gps::Dictionary>();
+        const auto of = record != nullptr && !isMissing[i] ? indexIn(*record) : std::nullopt;
+        if (of && planned[*of].fate == Fate::kMissing)
+            planned[*of].fate = Fate::kPartial;
+    }
 }
 
 // A record that is in the plan no longer was left out of it.
 template <typename Record> std::vector<PlannedRecord>
 plannedKind(const char* key, const std::vector<Record>& records, const std::vector<bool>& isTicked,
-            const gps::Dictionary& data, const std::vector<RepeatedIndices::Repeat>& repeated)
+            const gps::Dictionary& data, const std::vector<RepeatedIndices::Repeat>& repeated,
+            const std::vector<MissingRecord>& missing)
 {
     std::vector<PlannedRecord> planned(records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
@@ -113,18 +149,19 @@ plannedKind(const char* key, const std::vector<Record>& records, const std::vect
             planned[i].fate = isEmpty(records[i]) ? Fate::kEmpty : Fate::kPresent;
     }
     forEachRecord(data, key, [&](const gps::Dictionary& record) {
-        const auto* const index = record.find(kIndexKey);
-        if (index == nullptr)
+        const auto i = indexIn(record);
+        if (!i)
             return;
-        const auto i = indexOf(*index);
-        planned[i].fate = Fate::kSent;
-        planned[i].name = textIn(record, "name");
-        planned[i].changedTexts = changedTexts(records[i].record, record);
+        planned[*i].fate = Fate::kSent;
+        planned[*i].name = textIn(record, "name");
+        planned[*i].changedTexts = changedTexts(records[*i].record, record);
     });
+    markMissing(key, data, missing, planned);
     // A track of which another segment is sent is sent.
     for (const auto& [index, first] : repeated) {
-        if (planned[first].fate == Fate::kSent && planned[index].fate != Fate::kSent)
-            planned[index].fate = Fate::kRepeated;
+        const auto fate = planned[first].fate;
+        if (planned[index].fate == Fate::kPresent)
+            planned[index].fate = fate == Fate::kSent ? Fate::kRepeated : fate;
     }
     return planned;
 }
@@ -149,10 +186,10 @@ std::size_t RepeatedIndices::kindOf(std::string_view key) noexcept
 void RepeatedIndices::add(std::string_view key, const gps::Dictionary& record,
                           const gps::Dictionary& first)
 {
-    const auto* const index = record.find(kIndexKey);
-    const auto* const firstIndex = first.find(kIndexKey);
-    if (index != nullptr && firstIndex != nullptr)
-        repeats_[kindOf(key)].push_back({indexOf(*index), indexOf(*firstIndex)});
+    const auto index = indexIn(record);
+    const auto firstIndex = indexIn(first);
+    if (index && firstIndex)
+        repeats_[kindOf(key)].push_back({*index, *firstIndex});
 }
 
 const std::vector<RepeatedIndices::Repeat>& RepeatedIndices::of(std::string_view key) const
@@ -161,11 +198,13 @@ const std::vector<RepeatedIndices::Repeat>& RepeatedIndices::of(std::string_view
 }
 
 PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
-                              const gps::Dictionary& data, const RepeatedIndices& repeated)
+                              const gps::Dictionary& data, const RepeatedIndices& repeated,
+                              const std::vector<MissingRecord>& missing)
 {
-    return {plannedKind("waypoint", set.points, ticked.points, data, repeated.of("waypoint")),
-            plannedKind("route", set.routes, ticked.routes, data, repeated.of("route")),
-            plannedKind("track", set.tracks, ticked.tracks, data, repeated.of("track"))};
+    return {
+        plannedKind("waypoint", set.points, ticked.points, data, repeated.of("waypoint"), missing),
+        plannedKind("route", set.routes, ticked.routes, data, repeated.of("route"), missing),
+        plannedKind("track", set.tracks, ticked.tracks, data, repeated.of("track"), missing)};
 }
 
 } // namespace host

@@ -6,6 +6,7 @@
 
 #include "host/records/Export.h"
 #include "host/records/RecordSet.h"
+#include "host/transfer/MissingRecords.h"
 
 #include <gps/Value.h>
 
@@ -33,12 +34,14 @@ struct PlannedRecord {
         kPresent,  ///< the device has it already
         kRepeated, ///< an earlier record that is the same is sent
         kEmpty,    ///< a route or a track without points
+        kMissing,  ///< the device would not have it
+        kPartial,  ///< the device would not have all of its points
     };
 
     Fate fate = Fate::kNotTicked;
-    std::string name{}; ///< kSent: its name on the device
+    std::string name{}; ///< kSent, kPartial: its name on the device
     std::vector<std::string>
-        changedTexts{}; ///< kSent: keys of those that the device stores changed
+        changedTexts{}; ///< kSent, kPartial: keys of those that the device stores changed
 };
 
 /// One value for each record of a set, in its order.
@@ -70,9 +73,11 @@ private:
 
 /// @param data      what a plan sends
 /// @param repeated  what was left out of it as repeated
+/// @param missing   what would not be on the device, of this data
 /// Precondition: it was numberedSendData(set, ticked) before it was fitted to the device.
 [[nodiscard]] PlannedRecords plannedRecords(const RecordSet& set, const TickedRecords& ticked,
                                             const gps::Dictionary& data,
-                                            const RepeatedIndices& repeated = {});
+                                            const RepeatedIndices& repeated = {},
+                                            const std::vector<MissingRecord>& missing = {});
 
 } // namespace host

@@ -21,6 +21,8 @@
 #include <gps/NumberText.h>
 #include <platform/OrvUtils/SerialTraffic.h>
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
@@ -91,6 +93,7 @@ private:
     void waitForPort();
     [[nodiscard]] OperationWatch::Listening listening(bool isSerial) const;
     void consume(const EventBatch& batch);
+    void showBytesRead(const EventBatch& batch);
     void handOut(const Event& event);
     void deliver(const Event& event);
     void filter(const Event& event, std::size_t index);
@@ -111,6 +114,8 @@ private:
     GapFinder gaps_;
     bool hasTrackGap_ = false; // the open track
     ProgressTracker progress_;
+    std::atomic<std::size_t> bytesRead_{0}; // of a map file
+    std::atomic<std::size_t> bytesToRead_{0};
     RecordCounter received_;
     RecordCounter passed_;                // by the filters; not used without any
     std::optional<RepeatFilter> repeats_; // while a serial session runs
@@ -195,10 +200,15 @@ OperationReport Download::readMapFile(const std::string& file, const gps::Dictio
         return {.sourceFile = file, .isInterrupted = true};
     bool isStopped = false;
     UnreadParts unread;
+    bytesToRead_ = 0;
     progress_.begin(TransferPhase::kReading);
     const auto outcome = runOperation(
         [&](const std::shared_ptr<EventStream>& status) {
-            return importMapFile(file, *status, unread);
+            return importMapFile(file, *status, unread,
+                                 [this](std::size_t done, std::size_t total) {
+                                     bytesRead_ = done;
+                                     bytesToRead_ = total;
+                                 });
         },
         [this](const EventBatch& batch) { consume(batch); },
         [&] {
@@ -307,7 +317,15 @@ void Download::consume(const EventBatch& batch)
         for (auto* const consumer : *consumers)
             consumer->flush(); // whoever reads the other end sees events as they come
     }
+    showBytesRead(batch);
     progress_.consume(batch);
+}
+
+// The host thread reads a map file before it reports the first record.
+void Download::showBytesRead(const EventBatch& batch)
+{
+    const std::size_t total = batch.empty() ? bytesToRead_.load() : 0;
+    progress_.read(total > 0 ? bytesRead_.load() : 0, total);
 }
 
 void Download::handOut(const Event& event)
@@ -367,7 +385,7 @@ void Download::reportGap()
         report_.splits.tracks += std::exchange(hasTrackGap_, true) ? 0U : 1U;
         ++report_.splits.gaps;
     }
-    write(newSegmentEvent());
+    write(newSegmentEvent(false));
 }
 
 void Download::write(const Event& event) const

@@ -6,7 +6,6 @@
 #include "host/base/Text.h"
 #include "host/fitting/RecordList.h"
 #include "host/fitting/TrackSegments.h"
-#include "host/formats/GpxReader.h"
 #include "host/formats/KmlReader.h"
 
 #include <gps/Value.h>
@@ -78,11 +77,11 @@ bool isMapFile(const std::string& file)
 }
 
 std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,
-                                        UnreadParts& unread)
+                                        UnreadParts& unread, const ReadProgress& progress)
 {
     gps::Dictionary data;
-    if (auto failure =
-            fileTypeOf(file) == "gpx" ? readGpx(file, data, &unread) : readKml(file, data, unread))
+    if (auto failure = fileTypeOf(file) == "gpx" ? readGpx(file, data, &unread, progress)
+                                                 : readKml(file, data, unread))
         return failure;
     reportRecords(data, status);
     return std::nullopt;

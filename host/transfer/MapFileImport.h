@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "host/formats/GpxReader.h"
 #include "host/formats/UnreadParts.h"
 #include "host/operations/EventStream.h"
 
@@ -29,9 +30,11 @@ void reportRecords(const gps::Dictionary& data, EventStream& status);
 
 /// Reports the records of a file. An unknown elevation is a NaN. The last call is gpsStateChange()
 /// with 0.
-/// @param unread  gets what was left out
-/// @return        why the file cannot be read. Nothing was reported then
+/// @param unread    gets what was left out
+/// @param progress  called while a GPX file is read, before the first report
+/// @return          why the file cannot be read. Nothing was reported then
 [[nodiscard]] std::optional<gps::Error> importMapFile(const std::string& file, EventStream& status,
-                                                      UnreadParts& unread);
+                                                      UnreadParts& unread,
+                                                      const ReadProgress& progress = {});
 
 } // namespace host

@@ -19,6 +19,7 @@ namespace {
 
 // Visits each element of a list. One that is not a record cannot be written, and counts as an empty
 // record here, so that it is reported as missing.
+// @param visit  gets the record and its index
 template <typename Visitor>
 void forEachElement(const gps::Dictionary& data, std::string_view key, const Visitor& visit)
 {
@@ -26,9 +27,10 @@ void forEachElement(const gps::Dictionary& data, std::string_view key, const Vis
     if (elements == nullptr)
         return;
     const gps::Dictionary empty;
+    std::size_t index = 0;
     for (const auto& element : *elements) {
         const auto* const record = element.as<gps::Dictionary>();
-        visit(record != nullptr ? *record : empty);
+        visit(record != nullptr ? *record : empty, index++);
     }
 }
 
@@ -50,13 +52,14 @@ bool isWritten(const gps::PlannedFile& file) noexcept
 }
 
 // Adds the points of a route or track that are not among the positions.
-void addMissingPoints(const gps::Dictionary& line, std::string_view kind,
+// @param index  of the line
+void addMissingPoints(const gps::Dictionary& line, std::string_view kind, std::size_t index,
                       DevicePositionSet& positions, std::vector<MissingRecord>& missing)
 {
-    forEachElement(line, "points", [&](const gps::Dictionary& record) {
+    forEachElement(line, "points", [&](const gps::Dictionary& record, std::size_t /*index*/) {
         const auto* const point = gps::findPoint(record);
         if (point == nullptr || !positions.take(*point))
-            missing.push_back({kind, nameOf(record)});
+            missing.push_back({kind, nameOf(record), index});
     });
 }
 
@@ -67,6 +70,8 @@ public:
                   const gps::GPSFileDevice& device)
         : sent_(data, plan, device)
     {
+        if (const auto* const points = data.findArray(kWaypointScope.key))
+            firstRoute_ = points->size();
         if (isAllFound()) // there are none
             return;
         visitFiles(plan, device, [this](const auto& file, auto key, const auto& planned) {
@@ -84,15 +89,20 @@ public:
     [[nodiscard]] std::vector<MissingRecord> takeMissing()
     {
         std::vector<MissingRecord> missing;
+        std::size_t place = 0;
         for (auto& record : sent_.all()) {
+            const auto index = place++ - (record.scope == &kRouteScope ? firstRoute_ : 0);
             if (record.isMarked)
                 continue;
             const auto points = missingPoints_.find(&record);
-            if (points == missingPoints_.end() || points->second.empty())
-                missing.push_back({record.scope->kind, nameOf(record)});
-            else
-                std::move(points->second.begin(), points->second.end(),
-                          std::back_inserter(missing));
+            if (points == missingPoints_.end() || points->second.empty()) {
+                missing.push_back({record.scope->kind, nameOf(record), index});
+                continue;
+            }
+            for (auto& point : points->second) {
+                point.index = index;
+                missing.push_back(std::move(point));
+            }
         }
         return missing;
     }
@@ -139,12 +149,12 @@ private:
                                                     const gps::Dictionary& planned)
     {
         DevicePositionSet there;
-        forEachElement(planned, "points", [&](const gps::Dictionary& record) {
+        forEachElement(planned, "points", [&](const gps::Dictionary& record, std::size_t) {
             if (const auto* const point = gps::findPoint(record))
                 there.add(*point);
         });
         std::vector<MissingRecord> missing;
-        addMissingPoints(sent, "route point", there, missing);
+        addMissingPoints(sent, "route point", 0, there, missing);
         return missing;
     }
 
@@ -154,6 +164,7 @@ private:
     }
 
     SentRecords sent_;
+    std::size_t firstRoute_ = 0; // behind the waypoints and geocaches
     std::unordered_map<const SentRecords::Record*, std::vector<MissingRecord>> missingPoints_;
 };
 
@@ -171,12 +182,25 @@ void addMissingTrackPoints(const gps::Dictionary& data, const gps::SendPlan& pla
                                          positions.add(point);
                                  });
     }
-    forEachElement(data, "track", [&](const gps::Dictionary& track) {
-        addMissingPoints(track, "track point", positions, missing);
+    forEachElement(data, "track", [&](const gps::Dictionary& track, std::size_t index) {
+        addMissingPoints(track, "track point", index, positions, missing);
     });
 }
 
 } // namespace
+
+RecordCounts countMissing(const std::vector<MissingRecord>& missing, const gps::Dictionary& data)
+{
+    RecordCounts counts;
+    for (const auto& lost : missing) {
+        const auto* const list = lost.isPoint() ? nullptr : data.findArray(lost.listKey());
+        if (list == nullptr)
+            continue;
+        if (const auto* const record = (*list)[lost.index].as<gps::Dictionary>())
+            countRecord(lost.listKey(), *record, counts);
+    }
+    return counts;
+}
 
 std::vector<MissingRecord> missingRecords(const gps::Dictionary& data, const gps::SendPlan& plan,
                                           const gps::GPSFileDevice& device)
@@ -194,9 +218,9 @@ std::vector<MissingRecord> unplannedTracks(const gps::Dictionary& data, const gp
     auto planned = std::count_if(files.begin(), files.end(),
                                  [](const auto& file) { return file.kind == "tracks"; });
     std::vector<MissingRecord> missing;
-    forEachElement(data, "track", [&](const gps::Dictionary& track) {
+    forEachElement(data, "track", [&](const gps::Dictionary& track, std::size_t index) {
         if (planned-- <= 0)
-            missing.push_back({"track", nameOf(track)});
+            missing.push_back({"track", nameOf(track), index});
     });
     return missing;
 }

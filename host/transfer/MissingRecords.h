@@ -4,8 +4,11 @@
 
 #pragma once
 
+#include "host/transfer/RecordCounts.h"
+
 #include <gps/GPSFileDevice.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +21,24 @@ struct MissingRecord {
     std::string_view kind; ///< "waypoint", "geocache", "route", "route point", "track point" or
                            ///< "track"
     std::optional<std::string> name;
+    std::size_t index = 0; ///< in its list in the data; of a point, that of its route or track
+
+    /// Whether it is a point of a route or track.
+    [[nodiscard]] bool isPoint() const noexcept { return kind.ends_with(" point"); }
+
+    /// The key of that list.
+    [[nodiscard]] std::string_view listKey() const noexcept
+    {
+        return kind.starts_with("track")   ? "track"
+               : kind.starts_with("route") ? "route"
+                                           : "waypoint";
+    }
 };
+
+/// Counts missing records with their points. Points that are missing alone do not count.
+/// @param data  that they are missing of
+[[nodiscard]] RecordCounts countMissing(const std::vector<MissingRecord>& missing,
+                                        const gps::Dictionary& data);
 
 /// Decodes the planned files and looks for each record: a waypoint or geocache by its name and all
 /// that the device stores of it, a route by its name and what the device stores of its points, in

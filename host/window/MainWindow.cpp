@@ -344,7 +344,7 @@ void MainWindow::showRecordsToSend()
 void MainWindow::setSent(const SendResult& result)
 {
     if (endTransfer())
-        showSent(messages_, result);
+        showSent(messages_, result, settings_.settings().isUtc);
 }
 
 void MainWindow::restore(const std::string& backup, const Glib::ustring& explanation)

@@ -32,9 +32,10 @@ void showReceived(MessageArea& messages, const ReceivedRecords& received)
                   !received.isComplete);
 }
 
-void showSent(MessageArea& messages, const SendResult& result)
+void showSent(MessageArea& messages, const SendResult& result, bool isUtc)
 {
-    messages.show(MessageTopic::kWritten, result.sentence, result.messages, !result.isComplete);
+    messages.show(MessageTopic::kWritten, result.sentence, messagesOn(result, isUtc),
+                  !result.isComplete);
 }
 
 void showRestored(MessageArea& messages, const RestoreReport& report)

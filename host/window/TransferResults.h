@@ -13,7 +13,7 @@
 namespace host {
 
 void showReceived(MessageArea& messages, const ReceivedRecords& received);
-void showSent(MessageArea& messages, const SendResult& result);
+void showSent(MessageArea& messages, const SendResult& result, bool isUtc);
 void showRestored(MessageArea& messages, const RestoreReport& report);
 
 /// Which records were left out of a download, and how to get them; empty if none were.

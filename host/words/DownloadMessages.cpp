@@ -5,6 +5,7 @@
 #include "host/words/DownloadMessages.h"
 
 #include "host/base/FrontEnd.h"
+#include "host/base/HostError.h"
 #include "host/base/Sentences.h"
 #include "host/base/TermText.h"
 #include "host/base/TranslatedFormat.h"
@@ -33,10 +34,23 @@ bool isPortTheReason(const OperationReport& report)
            report.portFailure->description() != tr(kPortIsFree);
 }
 
-void addErrors(std::vector<Message>& messages, const std::vector<gps::Error>& errors)
+// An error of a driver need not say what to do next.
+bool isOfDriver(const gps::Error& error)
 {
+    return error.domain() != gps::kFileErrorDomain && error.domain() != gps::kRangeErrorDomain &&
+           error.domain() != kHostErrorDomain && error.domain() != kSystemErrorDomain;
+}
+
+void addErrors(std::vector<Message>& messages, const OperationReport& report)
+{
+    const auto& errors = report.errors;
     for (const auto& error : errors)
         messages.push_back({true, sentencesOf(error)});
+    if (!report.sourceFile.empty() && !report.hasReceived() &&
+        std::any_of(errors.begin(), errors.end(), isOfDriver))
+        messages.push_back({true, advice("", tr("Copy the file from the receiver again, and import "
+                                                "the copy."))});
+    std::erase_if(messages, [](const Message& message) { return message.text.empty(); });
 }
 
 // What was left out between the path where the driver stopped and the kinds read separately. The
@@ -61,8 +75,10 @@ void addMissing(std::vector<Message>& messages, const OperationReport& report)
         const auto& recovered = report.recovered;
         return std::find(recovered.begin(), recovered.end(), kind) != recovered.end();
     });
-    const char* const what = report.isInterrupted ? tr("The download was stopped before its end.")
-                                                  : tr("The download broke off.");
+    const char* const what = !report.isInterrupted ? tr("The download broke off.")
+                             : report.sourceFile.empty()
+                                 ? tr("The download was stopped before its end.")
+                                 : tr("The import was stopped before its end.");
     if (!missing.empty())
         messages.push_back({true, trFormat("{} Missing: {}.", what, kindsText(missing))});
     else if (report.isInterrupted)
@@ -149,28 +165,13 @@ void addCounted(std::vector<Message>& messages, std::string_view what, const Rec
         messages.push_back({false, fmt::format("{}: {}.", what, text)});
 }
 
-void addSplits(std::vector<Message>& messages, const SplitReport& splits)
-{
-    if (splits.gaps == 0)
-        return;
-    const auto gaps = splits.areJumps ? trCounted(splits.gaps, "{} jump that no receiver can make",
-                                                  "{} jumps that no receiver can make", splits.gaps)
-                                      : trCounted(splits.gaps, "{} gap", "{} gaps", splits.gaps);
-    const auto keepsWhole = advice(
-        fmt::format("; --split-gap off keeps {} whole", splits.tracks == 1 ? "it" : "them"), "");
-    messages.push_back(
-        {false, trCounted(splits.tracks, "{} track was divided into segments at {}{}.",
-                          "{} tracks were divided into segments at {}{}.", splits.tracks, gaps,
-                          splits.areJumps ? keepsWhole : std::string{})});
-}
-
 } // namespace
 
 std::vector<Message> operationMessages(const OperationReport& report, const MessageOptions& options)
 {
     std::vector<Message> messages;
     if (!isPortTheReason(report)) // the driver can only guess it
-        addErrors(messages, report.errors);
+        addErrors(messages, report);
     if (report.isAnswered() || report.isInterrupted)
         addMissing(messages, report);
     addUnreadable(messages, report);
@@ -219,8 +220,23 @@ std::vector<Message> choiceMessages(const DownloadReport& report)
                                                pattern)});
     addCounted(messages, "Left out because of --no-geocaches", choice.geocaches);
     addCounted(messages, "Left out because of --new-only, as it was saved before", savedBefore);
-    addSplits(messages, report.splits);
+    if (const auto text = splitText(report.splits); !text.empty())
+        messages.push_back({false, text});
     return messages;
+}
+
+std::string splitText(const SplitReport& splits)
+{
+    if (splits.gaps == 0)
+        return {};
+    const auto gaps = splits.areJumps ? trCounted(splits.gaps, "{} jump that no receiver can make",
+                                                  "{} jumps that no receiver can make", splits.gaps)
+                                      : trCounted(splits.gaps, "{} gap", "{} gaps", splits.gaps);
+    const auto keepsWhole = advice(
+        fmt::format("; --split-gap off keeps {} whole", splits.tracks == 1 ? "it" : "them"), "");
+    return trCounted(splits.tracks, "{} track was divided into segments at {}{}.",
+                     "{} tracks were divided into segments at {}{}.", splits.tracks, gaps,
+                     splits.areJumps ? keepsWhole : std::string{});
 }
 
 std::string dateAdvice(const DateReport& report)

@@ -28,6 +28,9 @@ struct MessageOptions {
 /// What the user's choice left out of a download, and where tracks were divided into segments.
 [[nodiscard]] std::vector<Message> choiceMessages(const DownloadReport& report);
 
+/// Where tracks were divided into segments; empty if none was.
+[[nodiscard]] std::string splitText(const SplitReport& splits);
+
 /// Advice for dates that look 1024 weeks too old; empty if none do.
 [[nodiscard]] std::string dateAdvice(const DateReport& report);
 

@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -387,14 +388,34 @@ std::string moreMissingText(std::size_t count, bool wasSent)
                                "And {} more records would not be on the device.", count);
 }
 
+// Those of the same name make one sentence.
 void addMissingRecords(const std::vector<MissingRecord>& missing, bool wasSent,
                        std::vector<std::string>& sentences)
 {
-    const auto named = std::min(missing.size(), kMostRecords);
-    for (std::size_t i = 0; i < named; ++i)
-        sentences.push_back(missingText(missing[i], wasSent));
-    if (missing.size() > named)
-        sentences.push_back(moreMissingText(missing.size() - named, wasSent));
+    std::vector<std::pair<const MissingRecord*, std::size_t>> groups; // with their sizes
+    std::size_t more = 0;
+    for (const auto& record : missing) {
+        const auto group = std::find_if(groups.begin(), groups.end(), [&](const auto& other) {
+            return other.first->kind == record.kind && other.first->name == record.name;
+        });
+        if (group != groups.end())
+            ++group->second;
+        else if (groups.size() < kMostRecords)
+            groups.emplace_back(&record, 1);
+        else
+            ++more;
+    }
+    for (const auto& [record, count] : groups) {
+        const auto text = missingText(*record, wasSent);
+        sentences.push_back(
+            count == 1 ? text : trFormat("{} There are {} of these.", text, groupedText(count)));
+    }
+    if (more > 0)
+        sentences.push_back(moreMissingText(more, wasSent));
+    if (std::any_of(missing.begin(), missing.end(),
+                    [](const MissingRecord& record) { return record.kind == "track"; }))
+        sentences.emplace_back(tr("No number is free for another track. Remove tracks from the "
+                                  "device, and send again."));
 }
 
 void addFaults(const PreparedSend& send, std::vector<std::string>& sentences)
@@ -414,13 +435,17 @@ std::string planReport(const PreparedSend& send)
 {
     std::string text;
     const auto append = [&text](std::string_view line) { text += displayText(line) + '\n'; };
+    // What the device has already was changed when it was sent.
+    const bool hasChanges = send.present.isEmpty() || !send.request.data->empty();
     for (const auto& file : send.plan.files) {
         append(lineFor(file, send.device.location, !isWholeDeviceUnwritable(send)));
         if (file.droppedLines > 0)
             append(droppedLinesOf(file, send));
     }
-    for (const auto& change : send.textChanges)
-        append(lineFor(change));
+    if (hasChanges) {
+        for (const auto& change : send.textChanges)
+            append(lineFor(change));
+    }
     for (const auto& track : send.segmentedTracks)
         append(lineFor(track, send.request.segmentRule));
     for (const auto& unstored : send.unstoredTexts())

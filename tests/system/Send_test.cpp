@@ -244,7 +244,9 @@ TEST_F(Send, DryRunAndSendAgreeThatNoTrackNameIsFree)
 <trk><name>B</name><trkseg><trkpt lat="47" lon="7"/></trkseg></trk></gpx>)");
     const auto dry = send(receiver.path(), {file, "--dry-run"});
     EXPECT_EQ(dry.status, 1);
-    EXPECT_EQ(dry.err, "magellangps: The track \"B\" would not be on the device.\n");
+    EXPECT_EQ(dry.err, "magellangps: The track \"B\" would not be on the device.\n"
+                       "magellangps: No number is free for another track. Remove tracks from the "
+                       "device, and send again.\n");
     const auto sent = send(receiver.path(), {file});
     EXPECT_EQ(sent.status, 1);
     EXPECT_THAT(sent.err, HasSubstr("The track \"B\" is not on the device.\n"));

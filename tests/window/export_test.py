@@ -10,7 +10,7 @@ import os
 import story
 from story import SAMPLES, begins
 
-RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."
+RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2,484 points)."
 
 
 class ExportTest(story.Story):

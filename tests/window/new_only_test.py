@@ -8,7 +8,7 @@ import story
 from story import SAMPLES, begins
 
 BOX = "Only what is new"
-ALL = "46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)"
+ALL = "46 waypoints, 14 geocaches, 6 routes, 6 tracks (2,484 points)"
 LEFT_OUT = f"Left out because it was saved before: {ALL}."
 
 

@@ -72,6 +72,7 @@ class SendTest(story.Story):
         opened.find("label", "on the receiver already")
         opened.find("label", "The receiver has everything already.")
         self.assertFalse(opened.can_be_used("push button", "Send"))
+        self.assertFalse(any(map(begins("waypoint name:"), opened.names("label"))))
 
     def test_record_that_is_there_twice_is_sent_once(self):
         point = "<wpt lat='46.1' lon='7.2'><ele>3</ele><name>Hut</name></wpt>"
@@ -132,6 +133,80 @@ class SendTest(story.Story):
         labels = opened.names("label")[::-1]  # those of this page first
         self.assertEqual([labels[labels.index(name) - 1] for name in ("H\u00fctte", "Hut")],
                          ["Geocache", "Waypoint"])
+
+    def test_track_that_jumps_is_sent_as_the_command_line_sends_it(self):
+        points = "".join(f"<trkpt lat='46' lon='{7 + second}'><ele>400</ele>"
+                         f"<time>2024-06-01T10:00:0{second}Z</time></trkpt>" for second in range(3))
+        self.file.write_text("<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'><trk>"
+                             f"<name>Jump</name><trkseg>{points}</trkseg></trk></gpx>")
+        expected = self.copy("expected")
+        self.command_line("send", self.file, "--device", expected, "--no-backup")
+        opened = self.open(self.receiver, self.file)
+        opened.find("label", begins("Received: 1 track"))
+        opened.find("label", "1 track was divided into segments at 2 jumps that no receiver can "
+                             "make.")
+        opened.press("page tab", "Send")
+        opened.press("push button", "Send")
+        opened.find("label", begins("Sent, and read back from the receiver: 1 track"))
+        self.assertEqual(self.contents(self.receiver), self.contents(expected))
+
+    def open_full(self, *names):
+        """The page that sends tracks to a receiver that has a number for one track only."""
+        folder = self.receiver / "Track Logs"
+        for number in range(998):
+            (folder / f"TKLG{number:03}.log").touch()
+        tracks = "".join(f"<trk><name>{name}</name><trkseg><trkpt lat='46' lon='7.{i}'/></trkseg>"
+                         "</trk>" for i, name in enumerate(names))
+        self.file.write_text(f"<gpx xmlns='http://www.topografix.com/GPX/1/1'>{tracks}</gpx>")
+        opened = self.open(self.receiver, self.file)
+        opened.find("label", begins("Received: "))
+        opened.press("page tab", "Send")
+        return opened
+
+    def test_track_without_a_free_number_is_named_in_its_row_and_not_counted(self):
+        opened = self.open_full("Day", "Night", "Night")
+        opened.find("label", "1 track (1 point), into 1 file. Does not fit: 2 tracks (2 points).")
+        labels = opened.names("label")
+        self.assertEqual(labels.count("does not fit: no number is free"), 2)
+        self.assertEqual([label for label in labels if "not be on the device" in label],
+                         ["The track \"Night\" would not be on the device. There are 2 of these."])
+        opened.find("label", begins("No number is free for another track. Remove tracks from"))
+
+    def test_long_result_leaves_the_page_room_in_a_narrow_window(self):
+        opened = self.open_full(*map(str, range(30)))
+        opened.find("label", begins("1 track (1 point), into 1 file."))
+        opened.resize(360, 640)
+        opened.press("push button", "Send")
+        sentence = opened.find("label", "Not everything was sent.")
+        button = opened.widgets("push button")
+        button = next(one for one in button if "Send" in opened.labels_in(one))
+        opened.wait_until(lambda: opened.is_inside(button))
+        self.assertGreater(sentence.get_extents(opened.IN_WINDOW).width, 200)
+        self.assertGreaterEqual(len([row for row in opened.widgets("label")
+                                     if row.get_name().startswith("does not fit")]), 1)
+
+    def test_very_long_name_does_not_make_the_lines_wider_than_the_window(self):
+        self.file.write_text(POINTS.replace("Hut<", "X" * 3000 + "<"), encoding="utf-8")
+        opened = self.open_plan()
+        line = opened.find("label", begins('waypoint name: "X'))
+        self.assertTrue(opened.is_inside(line, width_only=True))
+
+    def test_note_is_below_the_name(self):
+        opened = self.open_plan()
+        note = opened.find("label", "as \u201cHutte\u201d")
+        name = note.get_parent().get_parent().get_child_at_index(0)
+        self.assertEqual(name.get_name(), "H\u00fctte")
+        note, name = note.get_extents(opened.IN_WINDOW), name.get_extents(opened.IN_WINDOW)
+        self.assertGreaterEqual(note.y, name.y + name.height)
+
+    def test_receiver_that_is_deleted_is_not_sent_to_and_disappears(self):
+        opened = self.open_plan()
+        shutil.rmtree(self.receiver)
+        opened.press("push button", "Send")
+        opened.find("label", "Nothing was sent.")
+        opened.find("label", begins("The receiver is not there any more. Plug it in again, or open "
+                                    "it again if it is a folder."))
+        opened.wait_until(lambda: str(self.receiver) not in opened.names("label"))
 
     def drag_file(self, opened):
         """Drags the file from another program's window onto the middle of this one."""

@@ -11,7 +11,7 @@ import story
 from story import SAMPLES
 
 SWITCH = "Save Everything New Automatically"
-ALL = "46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)"
+ALL = "46 waypoints, 14 geocaches, 6 routes, 6 tracks (2,484 points)"
 
 
 class SettingsTest(story.Story):

@@ -19,7 +19,7 @@ import window  # noqa: E402
 
 SAMPLES = pathlib.Path(__file__).parents[2] / "samples"
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
-RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2484 points)."  # the sample
+RECEIVED = "Received: 46 waypoints, 14 geocaches, 6 routes, 6 tracks (2,484 points)."  # the sample
 WHEN = {"SOURCE_DATE_EPOCH": "1717236000"}
 
 

@@ -124,7 +124,7 @@ class TroubleTest(story.Story):
                   for i in range(MANY))
         file.write_text(f"{GPX}{''.join(points)}</gpx>")
         opened = self.open(file)
-        opened.find("label", f"Received: {MANY} waypoints.")
+        opened.find("label", f"Received: {MANY:,} waypoints.")
         self.export(opened, "out.gpx")
         opened.find("label", begins("Saved: "))
         self.assertEqual((self.folder / "out.gpx").read_text().count("<wpt "), MANY)

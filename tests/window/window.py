@@ -23,6 +23,8 @@ PATIENCE = 30  # seconds; a busy machine takes some of them
 class Window:
     """A context manager: at its end, the program is closed."""
 
+    IN_WINDOW = Atspi.CoordType.WINDOW
+
     def __init__(self, program, *arguments, environment=None):
         self.home = tempfile.TemporaryDirectory(prefix="window-")
         variables = dict(os.environ, HOME=self.home.name, XDG_RUNTIME_DIR=self.home.name,
@@ -135,6 +137,13 @@ class Window:
     def is_ticked(self, name):
         states = self.find("check box", name).get_state_set()
         return states.contains(Atspi.StateType.CHECKED)
+
+    def is_inside(self, widget, width_only=False):
+        """Whether a widget ends within its window."""
+        place = widget.get_extents(self.IN_WINDOW)
+        frame = self.widgets("frame")[0].get_extents(self.IN_WINDOW)
+        return (place.x >= 0 and place.x + place.width <= frame.width and
+                (width_only or place.y + place.height <= frame.height))
 
     def can_be_used(self, role, name):
         return self.find(role, name).get_state_set().contains(Atspi.StateType.SENSITIVE)

@@ -155,6 +155,21 @@ class WindowTest(story.Story):
         opened = self.open(self.folder)
         opened.find("label", begins("Received: "))
 
+    def test_receiver_whose_folder_is_deleted_is_explained_and_disappears(self):
+        folder = shutil.copytree(SAMPLES / "receiver", self.folder / "copy")
+        opened = self.open(folder)
+        opened.find("label", begins("Magellan device"))
+        shutil.rmtree(folder)
+        opened.press("push button", "Download")
+        opened.find("label", begins("The receiver is not there any more. Plug it in again, or open "
+                                    "it again if it is a folder."))
+        opened.wait_until(lambda: str(folder) not in opened.names("label"))
+
+    def test_file_that_is_not_a_receivers_is_to_be_copied_again(self):
+        file = self.folder / "random.upt"
+        file.write_bytes(b"\x80\x01\x02" * 100)
+        self.open(file).find("label", lambda name: "Copy the file from the receiver again" in name)
+
     def test_folder_that_is_opened_is_selected(self):
         copies = [shutil.copytree(SAMPLES / "receiver", self.folder / name) for name in "ab"]
         opened = self.open(copies[0])

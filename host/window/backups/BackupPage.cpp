@@ -8,6 +8,7 @@
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
+#include "host/window/base/WrappedText.h"
 #include "host/words/RestoreText.h"
 
 #include <algorithm>
@@ -25,9 +26,7 @@ constexpr std::size_t kBackupsAtOnce = 25;    // of a device, that are added to 
 Gtk::Label* wrappedLabel(const Glib::ustring& text)
 {
     auto* const label = Gtk::make_managed<Gtk::Label>(text);
-    label->set_wrap(true);
-    label->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
-    label->set_xalign(0);
+    wrapText(*label);
     return label;
 }
 

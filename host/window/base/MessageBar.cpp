@@ -6,10 +6,16 @@
 #include "host/base/Text.h"
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
+#include "host/window/base/WrappedText.h"
 
 #include <string>
 
 namespace host {
+namespace {
+
+constexpr int kMostHeight = 100; // pixels of the details; what is above a page must leave it room
+
+} // namespace
 
 MessageBar::MessageBar()
 {
@@ -18,12 +24,17 @@ MessageBar::MessageBar()
     signal_response().connect([this](int) { set_revealed(false); });
     auto* const box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kSmallGap);
     box->set_margin(kSmallGap);
+    box->set_hexpand(true); // what scrolls asks for little width
     for (auto* const label : {&sentence_, &messages_}) {
-        label->set_wrap(true);
-        label->set_xalign(0);
+        wrapText(*label);
         label->set_selectable(true);
     }
-    details_.set_child(messages_);
+    auto* const pane = Gtk::make_managed<Gtk::ScrolledWindow>();
+    pane->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    pane->set_propagate_natural_height(true);
+    pane->set_max_content_height(kMostHeight);
+    pane->set_child(messages_);
+    details_.set_child(*pane);
     nameForReaders(details_, tr("Details"));
     box->append(sentence_);
     box->append(details_);

@@ -26,7 +26,9 @@
 #include <gps/View.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 #include <utility>
 
 #include <gtkmm.h>
@@ -57,6 +59,16 @@ std::optional<gps::Error> whyNoReceiver(const std::vector<Driver>& drivers,
 const gps::GPSFileDevice* filesOf(const gps::GPSPlugInProtocol& driver)
 {
     return dynamic_cast<const gps::GPSFileDevice*>(&driver);
+}
+
+SplitReport splitsIn(const RecordSet& records)
+{
+    SplitReport splits;
+    for (const auto& track : records.tracks) {
+        splits.tracks += track.gaps.empty() ? 0U : 1U;
+        splits.gaps += track.gaps.size();
+    }
+    return splits;
 }
 
 gps::Error noDeviceToRestore()
@@ -225,9 +237,7 @@ void Receivers::download(const DeviceAddress& device, const DownloadChoice& choi
     thread_.post([this, device, choice] {
         const auto chosen = choose(device);
         if (chosen.location.empty()) {
-            deliver(handlers_.received,
-                    nothing(hostError(tr("The receiver is not there any more"),
-                                      tr("Plug it in again"), device.location)));
+            deliver(handlers_.received, nothing(receiverGone(device.location)));
             return;
         }
         DownloadRequest request{
@@ -264,10 +274,24 @@ std::optional<gps::Error> Receivers::prepareImport(Driver& importer,
     return checkImport(files, types);
 }
 
+// Nobody announces that a folder was deleted, as they do of a disk that was unplugged.
+void Receivers::forgetMissingFolders()
+{
+    const auto isMissing = [](const std::string& folder) {
+        std::error_code ignored;
+        return !std::filesystem::is_directory(folder, ignored);
+    };
+    if (std::erase_if(folders_, isMissing) == 0)
+        return;
+    setTestFolders(folders_);
+    refresh({.volumes = true});
+}
+
 // Another device may be selected in the driver meanwhile: by the saving of what is new, or because
 // devices came and went.
-ChosenDevice Receivers::choose(const DeviceAddress& device) const
+ChosenDevice Receivers::choose(const DeviceAddress& device)
 {
+    forgetMissingFolders();
     ChosenDevice chosen{.driver = plugIn_.drivers[device.driver], .location = {}};
     const auto devices = devicesOf(*chosen.driver);
     const auto found =
@@ -324,15 +348,18 @@ ReceivedRecords Receivers::receive(gps::GPSPlugInProtocol& driver, DownloadReque
     };
     const auto report = host::download(driver, request);
     (void)keeper.close(); // it cannot fail
-    ReceivedRecords received{.records =
-                                 freedElsewhere(std::make_unique<const RecordSet>(keeper.take())),
-                             .counts = report.chosen,
-                             .origin = originOf(driver, request),
-                             .isComplete = report.isComplete()};
+    auto records = keeper.take();
+    const auto splits = splitsIn(records);
+    ReceivedRecords received{
+        .records = freedElsewhere(std::make_unique<const RecordSet>(std::move(records))),
+        .counts = report.chosen,
+        .origin = originOf(driver, request),
+        .isComplete = report.isComplete()};
     for (const auto& operation : report.operations) {
         auto messages = operationMessages(operation);
         std::move(messages.begin(), messages.end(), std::back_inserter(received.messages));
     }
+    received.messages.push_back({false, splitText(splits)});
     return received;
 }
 

@@ -136,7 +136,8 @@ private:
     void lookAround();
     void publish();
     [[nodiscard]] std::vector<std::string> ejectableDevices() const;
-    [[nodiscard]] ChosenDevice choose(const DeviceAddress& device) const;
+    void forgetMissingFolders();
+    [[nodiscard]] ChosenDevice choose(const DeviceAddress& device);
     [[nodiscard]] ReceivedRecords receive(gps::GPSPlugInProtocol& driver, DownloadRequest request);
     [[nodiscard]] ReceivedRecords receiveNew(gps::GPSPlugInProtocol& driver,
                                              DownloadRequest request);

@@ -8,6 +8,7 @@
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
+#include "host/window/base/WrappedText.h"
 #include "host/words/RecordDetail.h"
 
 #include <utility>
@@ -18,7 +19,9 @@ namespace {
 
 using Fate = PlannedRecord::Fate;
 
-constexpr int kPlanHeight = 150;        // of the list of changes
+constexpr int kPlanHeight = 60;         // pixels: at least, of the list of changes
+constexpr int kMostPlanHeight = 150;    // likewise, at most
+constexpr int kRecordsHeight = 90;      // likewise, at least, of the list of records
 constexpr unsigned kPause = 300;        // milliseconds without a change, before a preview is made
 constexpr std::size_t kMostOfName = 60; // characters of a name
 
@@ -42,7 +45,7 @@ Glib::ustring changesOf(const PlannedRecord& record)
     return isMore ? text + (text.empty() ? "" : ", ") + tr("texts changed") : text;
 }
 
-// A row: a box to tick, the record's name, and what becomes of it.
+// A row: a box to tick, the record's name, and below it what becomes of the record.
 class RowWidget : public Gtk::Box {
 public:
     RowWidget() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap)
@@ -51,15 +54,22 @@ public:
         name_.set_xalign(0);
         set_margin_start(kGap / 2);
         set_margin_end(kGap);
-        kind_.add_css_class("dim-label");
-        kind_.set_hexpand(true);
-        kind_.set_xalign(0);
-        note_.add_css_class("dim-label");
+        for (auto* const label : {&kind_, &note_}) {
+            label->add_css_class("dim-label");
+            label->add_css_class("caption");
+        }
         note_.set_ellipsize(Pango::EllipsizeMode::END);
+        note_.set_hexpand(true);
+        note_.set_xalign(0);
+        auto* const below = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
+        below->append(kind_);
+        below->append(note_);
+        auto* const texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+        texts->set_hexpand(true);
+        texts->append(name_);
+        texts->append(*below);
         append(box_);
-        append(name_);
-        append(kind_);
-        append(note_);
+        append(*texts);
     }
 
     void show(const std::string& name, const std::string& kind, bool isTicked,
@@ -77,7 +87,12 @@ public:
     /// Makes the box do nothing, until a record is shown.
     void disarm() { toggled_.disconnect(); }
 
-    void setNote(const std::string& note) { note_.set_text(note); }
+    void setNote(const std::string& note)
+    {
+        note_.set_text(note);
+        const auto& name = name_.get_text();
+        set_tooltip_text(note.empty() ? name : name + "\n" + note_.get_text());
+    }
 
     sigc::connection previewed; ///< to the page that knows the note
 
@@ -113,8 +128,7 @@ SendPage::SendPage(Handlers handlers)
     gtk_box_append(gobj(), GTK_WIDGET(empty_));
     receiver_.add_css_class("heading");
     receiver_.set_margin(kGap);
-    receiver_.set_xalign(0);
-    receiver_.set_wrap(true);
+    wrapText(receiver_);
     content_.append(receiver_);
     content_.append(*recordView());
     content_.append(*planView());
@@ -140,6 +154,7 @@ Gtk::Widget* SendPage::recordView()
     auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(items_), factory);
     nameForReaders(*view, tr("Records to send"));
     auto* const pane = scrolled(*view);
+    pane->set_min_content_height(kRecordsHeight);
     pane->set_vexpand(true);
     return pane;
 }
@@ -149,8 +164,7 @@ Gtk::Widget* SendPage::planView()
     const auto factory = Gtk::SignalListItemFactory::create();
     factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem>& row) {
         auto* const label = Gtk::make_managed<Gtk::Label>();
-        label->set_wrap(true);
-        label->set_xalign(0);
+        wrapText(*label);
         row->set_child(*label);
     });
     factory->signal_bind().connect(
@@ -158,7 +172,10 @@ Gtk::Widget* SendPage::planView()
     auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(lines_), factory);
     nameForReaders(*view, tr("What changes on the receiver"));
     auto* const pane = scrolled(*view);
+    pane->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     pane->set_min_content_height(kPlanHeight);
+    pane->set_max_content_height(kMostPlanHeight);
+    pane->set_propagate_natural_height(true);
     plan_.set_label(tr("What Changes on the Receiver"));
     nameForReaders(plan_, tr("What Changes on the Receiver"));
     plan_.set_expanded(true);
@@ -171,8 +188,7 @@ Gtk::Widget* SendPage::actionBar()
 {
     auto* const bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
     bar->add_css_class("toolbar");
-    summary_.set_wrap(true);
-    summary_.set_xalign(0);
+    wrapText(summary_);
     summary_.set_hexpand(true);
     send_.set_label(tr("Send"));
     send_.add_css_class("suggested-action");
@@ -348,6 +364,11 @@ std::string SendPage::noteOn(RecordKind kind, std::size_t index) const
         return tr("listed more than once: sent once");
     case Fate::kEmpty:
         return tr("left out: it has no points");
+    case Fate::kMissing:
+        return kind == RecordKind::kTrack ? tr("does not fit: no number is free")
+                                          : tr("will not be on the receiver");
+    case Fate::kPartial:
+        return tr("not all of it fits");
     case Fate::kSent:
         break;
     }

@@ -4,10 +4,15 @@
 
 #include "host/window/send/SendWork.h"
 
+#include "host/base/HostError.h"
+#include "host/base/Sentences.h"
 #include "host/base/Text.h"
 #include "host/transfer/Send.h"
 #include "host/window/base/Translation.h"
+#include "host/words/AccountText.h"
 #include "host/words/PlanReport.h"
+#include "host/words/RecordCountText.h"
+#include "host/words/RestoreText.h"
 
 #include <algorithm>
 #include <string_view>
@@ -35,10 +40,24 @@ std::string summaryOf(const PreparedSend& plan)
         return plan.present.isEmpty() ? tr("Nothing is ticked.")
                                       : tr("The receiver has everything already.");
     const auto files = plannedWrites(plan.plan);
-    if (files == 0)
-        return tr("Nothing can be written.");
-    return Glib::ustring::compose(tr("%1, into %2 file.", "%1, into %2 files.", files),
-                                  dataSummary(*plan.request.data), files);
+    const auto missing = countMissing(plan.unplanned, *plan.request.data);
+    auto counts = countRecords(*plan.request.data);
+    counts -= missing;
+    Glib::ustring text = tr("Nothing can be written.");
+    if (files > 0 && !counts.isEmpty())
+        text = Glib::ustring::compose(tr("%1, into %2 file.", "%1, into %2 files.", files),
+                                      recordCountText(counts), groupedText(files));
+    return missing.isEmpty()
+               ? text
+               : Glib::ustring::compose(tr("%1 Does not fit: %2."), text, recordCountText(missing));
+}
+
+// An empty plan of a receiver that is not there any more.
+SendPreview withoutReceiver()
+{
+    SendPreview preview;
+    preview.problems.push_back(sentencesOf(receiverGone()));
+    return preview;
 }
 
 SendPreview previewOf(const PreparedSend& plan)
@@ -81,8 +100,7 @@ SendResult resultOf(const PreparedSend& plan, const SendReport& report)
     add(true, sendErrors(report, plan));
     add(false, writingNotes(report, plan));
     if (report.backup)
-        add(false, {Glib::ustring::compose(tr("The receiver's files are kept in the backup %1."),
-                                           report.backup->name)});
+        result.backup = report.backup->name;
     result.sentence =
         report.isComplete()
             ? Glib::ustring::compose(tr("Sent, and read back from the receiver: %1"),
@@ -94,9 +112,27 @@ SendResult resultOf(const PreparedSend& plan, const SendReport& report)
 
 } // namespace
 
+std::vector<Message> messagesOn(const SendResult& result, bool isUtc)
+{
+    auto messages = result.messages;
+    if (!result.backup.empty())
+        messages.push_back(
+            {false, Glib::ustring::compose(tr("The receiver's files are kept in the backup %1."),
+                                           backupTimeText(result.backup, isUtc))});
+    return messages;
+}
+
+gps::Error receiverGone(const std::string& location)
+{
+    return hostError(tr("The receiver is not there any more"),
+                     tr("Plug it in again, or open it again if it is a folder"), location);
+}
+
 SendPreview previewSend(const ChosenDevice& device, const SendChoice& choice,
                         const BackupPolicy& backup)
 {
+    if (device.location.empty())
+        return withoutReceiver();
     RepeatedIndices repeated;
     const auto plan = prepareSend(
         device,
@@ -107,13 +143,17 @@ SendPreview previewSend(const ChosenDevice& device, const SendChoice& choice,
              repeated.add(key, record, first);
          }});
     auto preview = previewOf(plan);
-    preview.records = plannedRecords(*choice.records, choice.ticked, *plan.request.data, repeated);
+    preview.records = plannedRecords(*choice.records, choice.ticked, *plan.request.data, repeated,
+                                     plan.unplanned);
     return preview;
 }
 
 SendResult sendRecords(const ChosenDevice& device, const SendChoice& choice,
                        const SendPreview& seen, const BackupPolicy& backup, const SendCalls& calls)
 {
+    if (device.location.empty())
+        return {.sentence = tr("Nothing was sent."),
+                .messages = {{true, sentencesOf(receiverGone(seen.location))}}};
     if (device.location != seen.location)
         return notSent(tr("Nothing was sent, because another receiver is selected now."));
     const auto plan = prepareSend(device, {.data = sendData(*choice.records, choice.ticked),

@@ -10,6 +10,8 @@
 #include "host/transfer/TransferProgress.h"
 #include "host/words/Message.h"
 
+#include <gps/Error.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -37,8 +39,16 @@ struct SendPreview {
 struct SendResult {
     std::string sentence{}; ///< in short
     std::vector<Message> messages{};
+    std::string backup{};    ///< name of the backup of the device's files; empty: there is none
     bool isComplete = false; ///< everything was read back from the device
 };
+
+/// All messages on a send.
+/// @param isUtc  whether times are shown in UTC instead of by this computer's clock
+[[nodiscard]] std::vector<Message> messagesOn(const SendResult& result, bool isUtc);
+
+/// The error for a device that was selected, and is not found any more.
+[[nodiscard]] gps::Error receiverGone(const std::string& location = {});
 
 /// Plans a send. Writes nothing.
 [[nodiscard]] SendPreview previewSend(const ChosenDevice& device, const SendChoice& choice,

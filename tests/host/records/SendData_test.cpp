@@ -66,6 +66,24 @@ TEST(SendData, OfAnImportedFileIsWhatASendReadsFromIt)
     EXPECT_EQ(data, expected) << gps::describe(data) << gps::describe(expected);
 }
 
+TEST(SendData, IsDividedWhereTheFileDividesATrackButNotAtAJump)
+{
+    const support::TemporaryFolder folder;
+    const auto file = folder.put(
+        "jump.gpx",
+        "<gpx version='1.1' xmlns='http://www.topografix.com/GPX/1/1'><trk><name>T</name><trkseg>"
+        "<trkpt lat='6' lon='7'><time>2024-06-01T10:00:00Z</time></trkpt>"
+        "<trkpt lat='6' lon='8'><time>2024-06-01T10:00:01Z</time></trkpt></trkseg>"
+        "<trkseg><trkpt lat='6' lon='8'><time>2024-06-01T10:00:02Z</time></trkpt>"
+        "<trkpt lat='6' lon='9'><time>2024-06-01T10:00:03Z</time></trkpt></trkseg></trk></gpx>");
+    gps::Dictionary expected;
+    ASSERT_FALSE(host::readGpx(file, expected));
+    const auto set = imported(file);
+    EXPECT_THAT(set.tracks.front().segments, ElementsAre(1, 2, 3));
+    EXPECT_THAT(set.tracks.front().gaps, ElementsAre(1, 3));
+    EXPECT_EQ(host::sendData(set, TickedRecords::all(set)), expected);
+}
+
 TEST(SendData, HasNoKeyForAKindWithoutTicks)
 {
     auto set = threeWaypoints();
@@ -166,6 +184,23 @@ TEST(PlannedRecords, TrackIsRepeatedIfNoSegmentOfItIsSent)
     repeated.add("track", *tracks[2].as<gps::Dictionary>(), *tracks[0].as<gps::Dictionary>());
     tracks.resize(2);
     EXPECT_EQ(host::plannedRecords(set, ticked, data, repeated).tracks[1].fate, Fate::kRepeated);
+}
+
+TEST(PlannedRecords, ThatTheDeviceWouldNotHaveAreNotSent)
+{
+    RecordSet set;
+    for (const auto segments : {1U, 2U, 1U, 1U})
+        set.tracks.push_back({.record = {},
+                              .points = std::vector<gps::GPSPoint>(segments),
+                              .segments = std::vector<std::size_t>(segments - 1, 1)});
+    const auto ticked = TickedRecords::all(set);
+    const auto data = host::numberedSendData(set, ticked);
+    const auto planned = host::plannedRecords(
+        set, ticked, data, {}, {{"track", {}, 2}, {"track", {}, 3}, {"track point", {}, 4}});
+    EXPECT_EQ(planned.tracks[0].fate, Fate::kSent);
+    EXPECT_EQ(planned.tracks[1].fate, Fate::kPartial) << "one of its two segments";
+    EXPECT_EQ(planned.tracks[2].fate, Fate::kMissing);
+    EXPECT_EQ(planned.tracks[3].fate, Fate::kPartial);
 }
 
 TEST(PlannedRecords, OfATrackWithSegmentsIsOne)

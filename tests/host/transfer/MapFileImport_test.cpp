@@ -9,6 +9,11 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace {
 
 using testing::HasSubstr;
@@ -42,6 +47,22 @@ TEST(MapFile, HasOneOfTheExtensionsInEitherCase)
         EXPECT_TRUE(host::isMapFile(file)) << file;
     for (const auto* const file : {"", "gpx", "a.gp", "a.gpx1", "a.gpx/b", "a.km", "a.kml.zip"})
         EXPECT_FALSE(host::isMapFile(file)) << file;
+}
+
+TEST_F(MapFileImport, BytesAreCountedBeforeTheFirstRecord)
+{
+    host::EventStream status;
+    host::UnreadParts unread;
+    const auto file = folder_.put("a.gpx", kGpx);
+    std::vector<std::pair<std::size_t, std::size_t>> counts;
+    ASSERT_FALSE(
+        host::importMapFile(file, status, unread, [&](std::size_t done, std::size_t total) {
+            EXPECT_EQ(status.transfersBegun(), 0U);
+            counts.emplace_back(done, total);
+        }));
+    ASSERT_FALSE(counts.empty());
+    EXPECT_EQ(counts.back().second, std::string_view{kGpx}.size());
+    EXPECT_GT(status.transfersBegun(), 0U);
 }
 
 TEST_F(MapFileImport, RecordsAreReportedAsADriverDoes)

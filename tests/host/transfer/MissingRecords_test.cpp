@@ -8,6 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
 namespace {
 
 using Action = gps::PlannedFile::Action;
@@ -81,6 +85,27 @@ TEST_F(MissingRecords, TrackWithoutAFileInThePlanIsOneUnplannedRecord)
     EXPECT_EQ(records[0].name, "B");
     tracks.pop_back();
     EXPECT_THAT(host::unplannedRecords({{"track", tracks}}, plan_, driver_), IsEmpty());
+}
+
+TEST_F(MissingRecords, AreKnownByTheirIndexAmongThoseOfTheirKind)
+{
+    plan_.files.push_back({"/lines", Action::kCreate, "", {}, "tracks"});
+    auto tracks = withPoints({waypointAt(3, 4)});
+    tracks.emplace_back(
+        gps::Dictionary{{"name", "B"}, {"points", gps::Array{waypointAt(5, 6), waypointAt(7, 8)}}});
+    const gps::Dictionary data{{"waypoint", gps::Array{waypointAt(0, 0), waypointAt(0, 1)}},
+                               {"route", withPoints({waypointAt(1, 2), waypointAt(46.5, -7.25)})},
+                               {"track", tracks}};
+    const auto records = host::unplannedRecords(data, plan_, driver_);
+    std::vector<std::pair<std::string_view, std::size_t>> places;
+    for (const auto& record : records)
+        places.emplace_back(record.listKey(), record.index);
+    EXPECT_THAT(places,
+                testing::ElementsAre(testing::Pair("waypoint", 0U), testing::Pair("waypoint", 1U),
+                                     testing::Pair("route", 0U), testing::Pair("track", 1U)));
+    EXPECT_EQ(host::countMissing(records, data),
+              (host::RecordCounts{.waypoints = 2, .tracks = 1, .trackPoints = 2}))
+        << "a point of a route is no record";
 }
 
 TEST_F(MissingRecords, NothingIsUnplannedIfAFileCannotBeWritten)

@@ -180,6 +180,8 @@ TEST(DownloadMessages, InterruptedDownloadIsAnErrorWithoutItsConsequences)
                 ElementsAre(error("The download was stopped before its end. Missing: routes.")));
     report.gaps[0].isClosingDown = true;
     EXPECT_THAT(operationMessages(report), SizeIs(2)) << "the receiver's state matters";
+    EXPECT_THAT(operationMessages({.sourceFile = "a.gpx", .isInterrupted = true}),
+                ElementsAre(error("The import was stopped before its end.")));
 }
 
 TEST(DownloadMessages, PhasesThatWereNotReachedAreOneMessage)

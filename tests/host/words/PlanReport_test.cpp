@@ -363,12 +363,26 @@ TEST(PlanReport, FirstTenMissingRecordsAreNamed)
     EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
                 ElementsAre("The waypoint \"A\" is not on the device.",
                             "The track point without a name is not on the device."));
-    report.missingRecords.resize(10);
+    report.missingRecords.clear();
+    for (const char* const name : {"A", "B", "C", "D", "E", "F", "G", "H", "I", "J"})
+        report.missingRecords.push_back({"waypoint", name});
     EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), SizeIs(10));
-    report.missingRecords.resize(12);
+    report.missingRecords.push_back({"waypoint", "K"});
+    report.missingRecords.push_back({"waypoint", "L"});
     EXPECT_THAT(host::sendErrors(report, sendTo("/dev")), SizeIs(11));
     EXPECT_EQ(host::sendErrors(report, sendTo("/dev")).back(),
               "And 2 more records are not on the device.");
+}
+
+TEST(PlanReport, MissingRecordsOfOneNameAreOneSentence)
+{
+    host::SendReport report;
+    report.missingRecords = {{"track", "Day"}, {"track", "Day"}, {"track", "Night"}};
+    EXPECT_THAT(host::sendErrors(report, sendTo("/dev")),
+                ElementsAre("The track \"Day\" is not on the device. There are 2 of these.",
+                            "The track \"Night\" is not on the device.",
+                            "No number is free for another track. Remove tracks from the device, "
+                            "and send again."));
 }
 
 TEST(PlanReport, MissingKindsAreExplainedByWhatTheDriverCanDo)
@@ -458,7 +472,8 @@ TEST_F(PlanReportInAnotherLanguage, IsTheSameEnglishIfTheCatalogueHasNoTranslati
 {
     const auto send = sendWithAllLines();
     const auto without = textsOf(send);
-    EXPECT_THAT(without[1], HasSubstr("The device does not store the comment of 1 waypoint.\n"));
+    EXPECT_THAT(without, testing::Contains(HasSubstr("The device does not store the comment of 1 "
+                                                     "waypoint.\n")));
     host::setTranslations({.text = [](const char* text) { return text; },
                            .counted = [](const char* one, const char* many,
                                          unsigned long count) { return count == 1 ? one : many; }});
