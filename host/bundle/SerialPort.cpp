@@ -13,7 +13,6 @@
 #include <platform/OrvUtils/SerialPorts.h>
 #include <platform/System/UserDefaults.h>
 
-
 #include <array>
 #include <cerrno>
 #include <chrono>

@@ -10,7 +10,6 @@
 
 #include <platform/System/Log.h>
 
-
 #include <algorithm>
 #include <array>
 #include <atomic>

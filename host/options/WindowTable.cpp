@@ -11,6 +11,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -71,6 +72,7 @@ constexpr std::array<WindowKey, 9> kWindowKeys{
 std::string unknownSetting(const std::string& name)
 {
     std::vector<std::string> names;
+    names.reserve(kWindowKeys.size());
     for (const auto& key : kWindowKeys)
         names.emplace_back(key.name);
     const auto guess = nearestName(name, names);

@@ -112,7 +112,7 @@ std::optional<NearbyPlace> nearestWithin(const gps::GPSPoint& point, double most
     return nearest != nullptr ? std::optional{NearbyPlace{placeOf(*nearest), most}} : std::nullopt;
 }
 
-constexpr auto* kNear = marked("near {}");
+constexpr auto* kNearText = marked("near {}");
 
 // The direction from a place to a point: the initial course of the great circle.
 // Source: R. W. Sinnott, "Virtues of the Haversine", Sky & Telescope 68, 1984; the spherical law of
@@ -160,7 +160,7 @@ std::string whereabouts(const gps::GPSPoint& point, TextOf textOf)
     if (!found)
         return {};
     if (found->kilometres <= kNearPlace)
-        return formatEither(textOf(kNear), kNear, fmt::make_format_args(found->place.name));
+        return formatEither(textOf(kNearText), kNearText, fmt::make_format_args(found->place.name));
     const auto* const text = directionTo(point, found->place);
     return formatEither(textOf(text), text,
                         fmt::make_format_args(found->kilometres, found->place.name));

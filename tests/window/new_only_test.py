@@ -105,7 +105,7 @@ class NewOnlyTest(story.Story):
         for text in ('new-only = true\n', '[acquire]\nnew-only = true\n'):
             with self.subTest(text):
                 self.config.write_text(text + '[window]\ntiles = "none"\n')
-                opened = self.open()
+                opened = self.open(SAMPLES / "receiver")
                 opened.find("check box", BOX)
                 self.assertTrue(opened.is_ticked(BOX))
                 opened.__exit__()

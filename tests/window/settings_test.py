@@ -55,7 +55,7 @@ class SettingsTest(story.Story):
         self.config.write_text('[window]\nunits = "nautical"\nutc = true\ntiles = "none"\n'
                                'folder = "/somewhere"\nkeep-backups = 77\n')
         opened = self.open_preferences()
-        for text in ("Nautical miles and metres", "Coasts and names of places", "/somewhere"):
+        for text in ("Nautical miles and metres", "Coasts and places", "/somewhere"):
             opened.find("label", text)
         self.assertTrue(opened.is_ticked("Times in UTC"))
 

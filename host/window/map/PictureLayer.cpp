@@ -75,13 +75,13 @@ GdkTexture* textureOf(const host::MapPicture& picture)
 namespace host {
 namespace {
 
-constexpr double kMargin = 0.25; // of the size that is seen, on each side
+constexpr double kMarginShare = 0.25; // of the size that is seen, on each side
 constexpr double kMostMargin = 300;
-constexpr double kMostZoom = 16; // of a picture until the next one is there, either way
+constexpr double kMostPictureZoom = 16; // of a picture until the next one is there, either way
 
 double marginOf(double size)
 {
-    return std::ceil(std::min(size * kMargin, kMostMargin));
+    return std::ceil(std::min(size * kMarginShare, kMostMargin));
 }
 
 bool haveEqualLooks(const MapView& a, const MapView& b)
@@ -231,7 +231,7 @@ void PictureLayer::draw(GtkSnapshot* snapshot)
         return;
     const auto seen = view();
     const double zoom = seen.scale / picture_.view.scale;
-    if (zoom > kMostZoom || zoom < 1 / kMostZoom)
+    if (zoom > kMostPictureZoom || zoom < 1 / kMostPictureZoom)
         return; // a spot or a blur, which the renderer may have no memory for
     const auto offset = offsetOfPicture();
     const auto width = static_cast<float>(std::ceil(picture_.view.width) * zoom);

@@ -7,6 +7,7 @@
 #include "host/base/TranslatedFormat.h"
 #include "host/points/Points.h"
 #include "host/window/base/Accessible.h"
+#include "host/window/base/Layout.h"
 #include "host/window/base/MainLoop.h"
 #include "host/window/base/Translation.h"
 #include "host/window/map/CoastPainter.h"
@@ -28,7 +29,6 @@ namespace {
 constexpr double kLeastZoom = 1;
 constexpr double kMostZoom = 20;
 constexpr double kMostFittedZoom = 16; // a single point needs no more
-constexpr int kMargin = 6;             // pixels around controls
 constexpr const char* kOwnSources = "Natural Earth, GeoNames (CC BY 4.0)"; // of the coasts
 
 bool hasLicense(ShumateMapSource* source)
@@ -144,7 +144,7 @@ void TrackMap::addControls()
 
     controls_.set_halign(Gtk::Align::END);
     controls_.set_valign(Gtk::Align::START);
-    controls_.set_margin(kMargin);
+    controls_.set_margin(kSmallGap);
     controls_.append(
         *newControl("zoom-fit-best-symbolic", tr("Show Everything"), [this] { showEverything(); }));
     controls_.append(
@@ -163,7 +163,7 @@ void TrackMap::addControls()
     note_.set_justify(Gtk::Justification::CENTER);
     note_.set_halign(Gtk::Align::CENTER);
     note_.set_valign(Gtk::Align::START);
-    note_.set_margin(kMargin);
+    note_.set_margin(kSmallGap);
     note_.set_margin_top(60); // below the buttons
     note_.add_css_class("osd");
     note_.add_css_class("toolbar"); // room around the text

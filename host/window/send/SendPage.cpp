@@ -104,7 +104,7 @@ private:
     sigc::connection toggled_;
 };
 
-RowWidget& widgetOf(Gtk::ListItem& row)
+RowWidget& rowWidgetOf(Gtk::ListItem& row)
 {
     return dynamic_cast<RowWidget&>(*row.get_child());
 }
@@ -149,7 +149,7 @@ Gtk::Widget* SendPage::recordView()
     factory->signal_unbind().connect([this](const Glib::RefPtr<Gtk::ListItem>& row) {
         bound_.erase(row.get());
         stale_.erase(row.get());
-        widgetOf(*row.get()).previewed.disconnect();
+        rowWidgetOf(*row.get()).previewed.disconnect();
     });
     auto* const view = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(items_), factory);
     nameForReaders(*view, tr("Records to send"));
@@ -208,7 +208,7 @@ void SendPage::setRecords(std::shared_ptr<const RecordSet> records, const Ticked
     ticks_ = RecordTicks{ticked};
     items_->set(choice_.records, ticked);
     for (auto* const row : bound_)
-        widgetOf(*row).disarm();
+        rowWidgetOf(*row).disarm();
     stale_ = bound_;
     if (!std::exchange(isArranging_, true))
         add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
@@ -277,7 +277,7 @@ void SendPage::fill(Gtk::ListItem& row)
     const auto record = items_->row(row.get_position());
     if (!record) // it is about to be removed
         return;
-    auto& widget = widgetOf(row);
+    auto& widget = rowWidgetOf(row);
     const auto name = rowName(*record);
     nameForReaders(*widget.get_parent(), name.c_str());
     widget.show(name, std::string{kindName(*record)}, ticks_.isTicked(record->kind, record->index),

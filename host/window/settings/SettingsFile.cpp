@@ -78,7 +78,7 @@ public:
             mistake_ = mistakeAt(
                 key.source(),
                 guess.empty() ? trFormat("the window has no setting \"{}\"", name)
-                              : trFormat("the window has no setting \"{}\", did you mean \"{}\"?",
+                              : trFormat(R"(the window has no setting "{}", did you mean "{}"?)",
                                          name, guess));
         }
     }
