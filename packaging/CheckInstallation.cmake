@@ -1,5 +1,5 @@
-# Part of `cmake --install`, before anything is copied: everything is built, and each folder can be
-# written to. Otherwise an installation would end with a part of the files copied.
+# Part of `cmake --install`, before anything is copied: everything is built, each folder can be written
+# to, and there is room. Otherwise an installation would end with a part of the files copied.
 #
 # built    the files that the build makes
 # folders  where files are copied to, below the prefix
@@ -22,4 +22,17 @@ foreach(folder IN LISTS folders)
     message(FATAL_ERROR "Nothing was installed, because you may not write to ${folder}. Install "
       "with sudo, or into another folder with --prefix.")
   endif()
+  set(place ${folder})
 endforeach()
+
+# What is built is most of what is copied. The last folder is as good as any: they are on one disk.
+execute_process(COMMAND du --bytes --summarize --total ${built} COMMAND tail -n 1
+  OUTPUT_VARIABLE needed)
+execute_process(COMMAND df --block-size=1 --output=avail ${place} COMMAND tail -n 1
+  OUTPUT_VARIABLE room)
+string(REGEX MATCH "[0-9]+" needed "${needed}")
+string(STRIP "${room}" room)
+if(room LESS needed)
+  message(FATAL_ERROR "Nothing was installed, because the files need ${needed} bytes and the disk of "
+    "${place} has ${room} left. Free some, or install into another folder with --prefix.")
+endif()

@@ -6,6 +6,7 @@
 
 #include "host/base/JsonText.h"
 #include "host/base/Text.h"
+#include "host/formats/GeocacheXml.h"
 #include "host/points/DateLine.h"
 #include "host/points/Points.h"
 
@@ -65,14 +66,43 @@ bool isReserved(std::string_view key)
     return std::find(kReserved.begin(), kReserved.end(), key) != kReserved.end();
 }
 
+// A field of a geocache under the name that it has in CSV, too. Its key is the driver's own.
+struct GeocacheField {
+    std::string_view key;
+    std::string_view name;
+    bool isDay = false;
+};
+
+constexpr std::array kGeocacheFields{
+    GeocacheField{"geocacheOwner", "owner"},   GeocacheField{"geocacheHint", "hint"},
+    GeocacheField{"geocacheType", "type"},     GeocacheField{"datePlaced", "placed", true},
+    GeocacheField{"dateFound", "found", true},
+};
+
+void appendField(std::string& out, std::string_view key, const gps::Value& value)
+{
+    const auto* const field =
+        std::find_if(kGeocacheFields.begin(), kGeocacheFields.end(),
+                     [key](const GeocacheField& geocache) { return geocache.key == key; });
+    if (field == kGeocacheFields.end()) {
+        appendJsonKey(out, key);
+        appendJsonValue(out, value);
+        return;
+    }
+    appendJsonKey(out, field->name);
+    const auto* const text = value.as<std::string>();
+    if (field->isDay && text != nullptr)
+        appendJson(out, dayOf(*text));
+    else
+        appendJsonValue(out, value);
+}
+
 // The record's fields as members. Leaves out boxed points, which become the geometry.
 void appendFields(std::string& out, const gps::Dictionary& record)
 {
     for (const auto& [key, value] : record) {
-        if (isReserved(key) || value.as<gps::GPSPoint>() != nullptr)
-            continue;
-        appendJsonKey(out, key);
-        appendJsonValue(out, value);
+        if (!isReserved(key) && value.as<gps::GPSPoint>() == nullptr)
+            appendField(out, key, value);
     }
 }
 

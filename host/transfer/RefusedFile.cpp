@@ -41,6 +41,13 @@ void countLine(std::string_view line, std::uint64_t number, gps::LineAccount& li
         lines.details.push_back({number, reason});
 }
 
+// What a decoder makes of any text in a file with the name of a track.
+bool isEmptyTrack(std::string_view key, const gps::Dictionary& record)
+{
+    const auto* const points = record.findArray("points");
+    return key == "track" && (points == nullptr || points->empty());
+}
+
 gps::LineAccount linesOf(std::string_view content)
 {
     gps::LineAccount lines;
@@ -63,6 +70,8 @@ RefusedFile decodeRefusedFile(const gps::GPSFileDevice& decoder, const std::stri
     if (gps::FileManager{}.readAsciiFile(path, content))
         return file;
     decoder.visitRecordsIn(path, content, [&](std::string_view key, const gps::Dictionary& record) {
+        if (isEmptyTrack(key, record))
+            return;
         gps::Array one{record};
         appendRecords(file.data, key, one);
         file.account.kind = accountKind(key);

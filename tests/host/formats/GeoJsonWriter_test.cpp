@@ -127,8 +127,12 @@ TEST(GeoJsonWriter, EveryFieldOfARecordButItsPointIsAProperty)
 {
     const auto features = featuresOf({wayPoint({}, {{"name", "C"},
                                                     {"comment", ""},
-                                                    {"symbol", "Geocache"},
+                                                    {"symbol", "Geocache Found"},
+                                                    {"geocacheOwner", "O"},
+                                                    {"geocacheHint", "H"},
+                                                    {"geocacheType", "Traditional"},
                                                     {"datePlaced", "010208"},
+                                                    {"dateFound", "soon"},
                                                     {"difficulty", "1.5"},
                                                     {"count", 3},
                                                     {"open", true},
@@ -137,8 +141,8 @@ TEST(GeoJsonWriter, EveryFieldOfARecordButItsPointIsAProperty)
     EXPECT_EQ(
         features[0]["properties"],
         Json::parse(
-            R"({"kind":"geocache","name":"C","comment":"","symbol":"Geocache","datePlaced":"010208",
-        "difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
+            R"({"kind":"geocache","name":"C","comment":"","symbol":"Geocache Found","owner":"O",
+        "hint":"H","type":"Traditional","placed":"2008-02-01","found":"soon","difficulty":"1.5","count":3,"open":true,"list":[1,"x"]})"));
 }
 
 TEST(GeoJsonWriter, GeocacheWithoutAFoundDateIsNotFound)
