@@ -1,5 +1,5 @@
-# Part of `cmake --install`, before anything is copied: everything is built, each folder can be written
-# to, and there is room. Otherwise an installation would end with a part of the files copied.
+# Part of `cmake --install`, before anything is copied: everything is built, each folder can be
+# written to, and there is room. Otherwise an installation would end with a part of the files copied.
 #
 # built    the files that the build makes
 # folders  where files are copied to, below the prefix
@@ -33,6 +33,6 @@ execute_process(COMMAND df --block-size=1 --output=avail ${place} COMMAND tail -
 string(REGEX MATCH "[0-9]+" needed "${needed}")
 string(STRIP "${room}" room)
 if(room LESS needed)
-  message(FATAL_ERROR "Nothing was installed, because the files need ${needed} bytes and the disk of "
-    "${place} has ${room} left. Free some, or install into another folder with --prefix.")
+  message(FATAL_ERROR "Nothing was installed, because the files need ${needed} bytes and the disk "
+    "of ${place} has ${room} left. Free some, or install into another folder with --prefix.")
 endif()
