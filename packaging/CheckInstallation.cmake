@@ -1,5 +1,6 @@
 # Part of `cmake --install`, before anything is copied: everything is built, each folder can be
-# written to, and there is room. Otherwise an installation would end with a part of the files copied.
+# written to, and there is room. Otherwise an installation would end with a part of the files
+# copied.
 #
 # built    the files that the build makes
 # folders  where files are copied to, below the prefix
