@@ -5,15 +5,13 @@
 
 #include "host/base/NearestName.h"
 #include "host/commandline/HelpFormatter.h"
+#include "host/commandline/WindowTable.h"
 
 #include <platform/System/FileManager.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-// Errors as values; compiled in here only.
-#define TOML_EXCEPTIONS 0
-#define TOML_ENABLE_FORMATTERS 0
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -24,10 +22,14 @@
 #include <system_error>
 #include <utility>
 
-#include <toml++/toml.h>
-
 namespace host {
 namespace {
+
+std::string mistakeAt(const Configuration& configuration, std::uint32_t line, std::string_view what)
+{
+    return fmt::format("{}, line {}: {}; correct the file, or {}", configuration.path, line, what,
+                       configuration.escape);
+}
 
 // The text of a number, a date or a time as it is written in the file.
 template <typename T> std::string textOf(const T& value)
@@ -78,18 +80,6 @@ bool readValue(const toml::node& node, ConfiguredOption& option)
     return isRead;
 }
 
-// A value of another kind than those of options stays without one, which is a mistake, too.
-void readWindowTable(const toml::table& table, Configuration& configuration)
-{
-    for (const auto& [key, node] : table) {
-        ConfiguredOption setting{
-            std::string{kWindowTable}, std::string{key.str()}, {}, key.source().begin.line};
-        if (!readValue(node, setting))
-            setting.value = std::vector<std::string>{};
-        configuration.window.push_back(std::move(setting));
-    }
-}
-
 std::string readTable(const toml::table& table, const std::string& command,
                       Configuration& configuration)
 {
@@ -98,7 +88,9 @@ std::string readTable(const toml::table& table, const std::string& command,
         const std::string name{key.str()};
         if (const auto* const inner = node.as_table(); inner != nullptr && command.empty()) {
             if (name == kWindowTable) {
-                readWindowTable(*inner, configuration);
+                if (const auto wrong = findWindowMistake(*inner))
+                    configuration.windowMistake =
+                        mistakeAt(configuration, wrong->line, wrong->what);
                 continue;
             }
             if (auto mistake = readTable(*inner, name, configuration); !mistake.empty())
@@ -297,12 +289,6 @@ CLI::Option* chosenOption(const ConfiguredOption& configured, CLI::App& app)
 }
 
 } // namespace
-
-std::string mistakeAt(const Configuration& configuration, std::uint32_t line, std::string_view what)
-{
-    return fmt::format("{}, line {}: {}; correct the file, or {}", configuration.path, line, what,
-                       configuration.escape);
-}
 
 std::string readConfiguration(Configuration& configuration)
 {

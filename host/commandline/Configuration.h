@@ -31,22 +31,15 @@ struct ConfiguredOption {
     std::uint32_t line; ///< from 1
 };
 
-/// The table with the settings of the desktop program, which are not options.
-inline constexpr std::string_view kWindowTable = "window";
-
 struct Configuration {
     std::string path;
     std::string escape; ///< how to go on without the file, for the end of a message
     std::vector<ConfiguredOption> options{}; ///< in the order of the lines
-    std::vector<ConfiguredOption> window{};  ///< the keys of kWindowTable; not in any order
+    std::string windowMistake{};             ///< in the table of the window; empty: there is none
 };
 
-/// A sentence about a line of the file, with what helps.
-[[nodiscard]] std::string mistakeAt(const Configuration& configuration, std::uint32_t line,
-                                    std::string_view what);
-
 /// Reads a file's keys. A key has the name of an option, and a table that of a command, except
-/// kWindowTable.
+/// kWindowTable, whose mistake is kept apart.
 /// @return  what is wrong with the file, for the user to read; empty if nothing is
 [[nodiscard]] std::string readConfiguration(Configuration& configuration);
 

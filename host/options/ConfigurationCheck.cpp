@@ -5,7 +5,6 @@
 
 #include "host/options/CommandTable.h"
 #include "host/options/RawOptions.h"
-#include "host/options/WindowTable.h"
 #include "host/transfer/TimeRange.h"
 
 #include <variant>
@@ -63,13 +62,7 @@ std::string readCheckedConfiguration(Configuration& configuration)
                                                      ? contradictingTimes(option, configuration)
                                                      : wrong;
                                       });
-    if (!mistake.empty())
-        return mistake;
-    for (const auto& setting : configuration.window) {
-        if (const auto wrong = windowMistake(setting); !wrong.empty())
-            return mistakeAt(configuration, setting.line, wrong);
-    }
-    return {};
+    return mistake.empty() ? configuration.windowMistake : mistake;
 }
 
 } // namespace host

@@ -6,21 +6,16 @@
 #include "host/window/settings/SettingsFile.h"
 
 #include "host/base/HostError.h"
-#include "host/base/NearestName.h"
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
-#include "host/commandline/Configuration.h"
+#include "host/commandline/WindowTable.h"
 #include "host/files/Files.h"
-#include "host/options/WindowTable.h"
 
 #include <platform/System/FileError.h>
 #include <platform/System/FileManager.h>
 
 #include <fmt/format.h>
 
-// Errors as values.
-#define TOML_EXCEPTIONS 0
-#define TOML_ENABLE_FORMATTERS 0
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -30,120 +25,55 @@
 #include <utility>
 #include <vector>
 
-#include <toml++/toml.h>
-
 namespace host {
 namespace {
 
-// Reads the values of a table. Keeps the first mistake.
-class SettingsReader {
-public:
-    SettingsReader(const toml::table& table, std::string path)
-        : table_(table), path_(std::move(path))
-    {}
+// A value that a setting cannot have leaves it as it is.
+template <typename Value> void read(const toml::table& table, const char* key, Value& value)
+{
+    if (const auto* const typed = table.get_as<Value>(key))
+        value = typed->get();
+}
 
-    void read(const char* key, bool& value) { take<bool>(key, tr("true or false"), value); }
-    void read(const char* key, std::string& value) { take<std::string>(key, tr("a text"), value); }
+void read(const toml::table& table, const char* key, std::size_t& value)
+{
+    auto number = static_cast<std::int64_t>(value);
+    read(table, key, number);
+    if (number >= 1 && number <= kMostWindowBackups)
+        value = static_cast<std::size_t>(number);
+}
 
-    void read(const char* key, std::size_t& value)
-    {
-        auto number = static_cast<std::int64_t>(value);
-        take<std::int64_t>(key, tr("a number"), number);
-        if (number >= 1 && number <= kMostWindowBackups)
-            value = static_cast<std::size_t>(number);
-        else
-            note(key, trFormat("a number from 1 to {}", kMostWindowBackups));
-    }
-
-    template <typename Choice>
-    void read(const char* key, const std::array<std::string_view, 3>& names, Choice& value)
-    {
-        std::string name{names[static_cast<std::size_t>(value)]};
-        read(key, name);
-        const auto* const found = std::find(names.begin(), names.end(), name);
-        if (found != names.end())
-            value = static_cast<Choice>(found - names.begin());
-        else
-            note(key, fmt::format(R"("{}")", fmt::join(names, R"(", ")")));
-    }
-
-    /// Looks for keys that nobody has asked for.
-    void findUnknown()
-    {
-        for (const auto& [key, value] : table_) {
-            const std::string name{key.str()};
-            if (mistake_ || std::find(known_.begin(), known_.end(), name) != known_.end())
-                continue;
-            const auto guess = nearestName(name, known_);
-            mistake_ = mistakeAt(
-                key.source(),
-                guess.empty() ? trFormat("the window has no setting \"{}\"", name)
-                              : trFormat(R"(the window has no setting "{}", did you mean "{}"?)",
-                                         name, guess));
-        }
-    }
-
-    [[nodiscard]] std::optional<gps::Error> takeMistake() { return std::move(mistake_); }
-
-private:
-    template <typename Value> void take(const char* key, std::string_view form, Value& value)
-    {
-        known_.emplace_back(key);
-        const auto* const node = table_.get(key);
-        if (node == nullptr)
-            return;
-        if (const auto* const typed = node->template as<Value>())
-            value = typed->get();
-        else
-            note(key, form);
-    }
-
-    void note(const char* key, std::string_view form)
-    {
-        if (mistake_)
-            return;
-        mistake_ = mistakeAt(table_.get(key)->source(), trFormat("\"{}\" needs {}", key, form));
-    }
-
-    [[nodiscard]] gps::Error mistakeAt(const toml::source_region& source,
-                                       std::string_view what) const
-    {
-        return hostError(trFormat("The configuration file, line {}: {}", source.begin.line, what),
-                         tr("Correct the file"), path_);
-    }
-
-    const toml::table& table_;
-    std::string path_;
-    std::vector<std::string> known_; // keys that were asked for
-    std::optional<gps::Error> mistake_;
-};
+template <typename Choice> void read(const toml::table& table, const char* key,
+                                     const std::array<std::string_view, 3>& names, Choice& value)
+{
+    std::string name;
+    read(table, key, name);
+    const auto* const found = std::find(names.begin(), names.end(), name);
+    if (found != names.end())
+        value = static_cast<Choice>(found - names.begin());
+}
 
 // What the command line's keys say.
 void readShared(const toml::table& file, WindowSettings& settings)
 {
-    SettingsReader reader{file, {}}; // the command line reports mistakes in these
-    reader.read("utc", settings.isUtc);
-    reader.read("keep-backups", settings.mostBackups);
-    reader.read("new-only", settings.isNewOnly);
+    read(file, "utc", settings.isUtc);
+    read(file, "keep-backups", settings.mostBackups);
+    read(file, "new-only", settings.isNewOnly);
     if (const auto* const acquire = file["acquire"].as_table())
-        SettingsReader{*acquire, {}}.read("new-only", settings.isNewOnly);
+        read(*acquire, "new-only", settings.isNewOnly);
 }
 
-std::optional<gps::Error> readTable(const toml::table& table, const std::string& path,
-                                    WindowSettings& settings)
+void readTable(const toml::table& table, WindowSettings& settings)
 {
-    SettingsReader reader{table, path};
-    reader.read("units", kUnitNames, settings.units);
-    reader.read("utc", settings.isUtc);
-    reader.read("tiles", kTileNames, settings.tiles);
-    reader.read("tile-file", settings.tileFile);
-    reader.read("folder", settings.downloadFolder);
-    reader.read("keep-backups", settings.mostBackups);
-    reader.read("new-only", settings.isNewOnly);
-    reader.read("save-new", settings.isSaving);
-    reader.read("save-folder", settings.saveFolder);
-    reader.findUnknown();
-    return reader.takeMistake();
+    read(table, "units", kUnitNames, settings.units);
+    read(table, "utc", settings.isUtc);
+    read(table, "tiles", kTileNames, settings.tiles);
+    read(table, "tile-file", settings.tileFile);
+    read(table, "folder", settings.downloadFolder);
+    read(table, "keep-backups", settings.mostBackups);
+    read(table, "new-only", settings.isNewOnly);
+    read(table, "save-new", settings.isSaving);
+    read(table, "save-folder", settings.saveFolder);
 }
 
 WindowSettings settingsIn(const toml::table& file)
@@ -151,7 +81,7 @@ WindowSettings settingsIn(const toml::table& file)
     WindowSettings settings;
     readShared(file, settings);
     if (const auto* const table = file[kWindowTable].as_table())
-        (void)readTable(*table, {}, settings);
+        readTable(*table, settings);
     return settings;
 }
 
@@ -275,6 +205,12 @@ gps::Error notToml(const std::string& path, const toml::parse_error& error)
                      tr("Correct the file"), path);
 }
 
+gps::Error tableMistake(const std::string& path, const TableMistake& mistake)
+{
+    return hostError(trFormat("The configuration file, line {}: {}", mistake.line, mistake.what),
+                     tr("Correct the file"), path);
+}
+
 // @param text  out: empty if the file is missing
 std::optional<gps::Error> readText(const std::string& path, std::string& text)
 {
@@ -299,7 +235,11 @@ std::optional<gps::Error> readSettings(const std::string& path, WindowSettings& 
         return notToml(path, file.error());
     readShared(file.table(), settings);
     const auto* const table = file.table()[kWindowTable].as_table();
-    return table != nullptr ? readTable(*table, path, settings) : std::nullopt;
+    if (table == nullptr)
+        return std::nullopt;
+    readTable(*table, settings);
+    const auto mistake = findWindowMistake(*table);
+    return mistake ? std::optional{tableMistake(path, *mistake)} : std::nullopt;
 }
 
 std::optional<std::string> withSettings(const std::string& text, const WindowSettings& settings)
