@@ -46,6 +46,7 @@ constexpr std::array kNouns{
     Counted{"waypoint", marked("{} waypoint", "{} waypoints")},
     Counted{"geocache", marked("{} geocache", "{} geocaches")},
     Counted{"route", marked("{} route", "{} routes")},
+    Counted{"route line", marked("{} route line", "{} route lines")},
     Counted{"route point", marked("{} route point", "{} route points")},
     Counted{"track", marked("{} track", "{} tracks")},
     Counted{"track segment", marked("{} track segment", "{} track segments")},

@@ -27,13 +27,13 @@ std::string countedOf(const std::string& kind, std::uint64_t count)
 {
     const auto number = groupedText(count);
     if (kind == "tracks")
-        return trCounted(count, "{} track point", "{} track points", number);
+        return countText("track point", count, number);
     if (kind == "waypoints")
-        return trCounted(count, "{} waypoint", "{} waypoints", number);
+        return countText("waypoint", count, number);
     if (kind == "routes")
-        return trCounted(count, "{} route line", "{} route lines", number);
+        return countText("route line", count, number);
     if (kind == "geocaches")
-        return trCounted(count, "{} geocache", "{} geocaches", number);
+        return countText("geocache", count, number);
     return trCounted(count, "{} line of {}", "{} lines of {}", number, kind);
 }
 
@@ -192,12 +192,13 @@ std::string gapText(const SessionGap& gap)
 std::string repeatText(const RepeatCounts& repeats)
 {
     std::vector<std::string> parts;
-    if (const auto count = repeats.waypoints; count > 0)
-        parts.push_back(trCounted(count, "{} waypoint", "{} waypoints", groupedText(count)));
-    if (const auto count = repeats.routes; count > 0)
-        parts.push_back(trCounted(count, "{} route", "{} routes", groupedText(count)));
-    if (const auto count = repeats.trackPoints; count > 0)
-        parts.push_back(trCounted(count, "{} track point", "{} track points", groupedText(count)));
+    const auto add = [&parts](std::uint64_t count, std::string_view noun) {
+        if (count > 0)
+            parts.push_back(countText(noun, count, groupedText(count)));
+    };
+    add(repeats.waypoints, "waypoint");
+    add(repeats.routes, "route");
+    add(repeats.trackPoints, "track point");
     return parts.empty() ? std::string{}
                          : trFormat("The receiver sent these twice; the repeats were left out: {}.",
                                     joined(parts, ", "));

@@ -46,11 +46,10 @@ void addErrors(std::vector<Message>& messages, const OperationReport& report)
     const auto& errors = report.errors;
     for (const auto& error : errors)
         messages.push_back({true, sentencesOf(error)});
-    if (!report.sourceFile.empty() && !report.hasReceived() &&
+    auto next = advice("", tr("Copy the file from the receiver again, and import the copy."));
+    if (!next.empty() && !report.sourceFile.empty() && !report.hasReceived() &&
         std::any_of(errors.begin(), errors.end(), isOfDriver))
-        messages.push_back({true, advice("", tr("Copy the file from the receiver again, and import "
-                                                "the copy."))});
-    std::erase_if(messages, [](const Message& message) { return message.text.empty(); });
+        messages.push_back({true, std::move(next)});
 }
 
 // What was left out between the path where the driver stopped and the kinds read separately. The

@@ -4,10 +4,13 @@
 #include "host/words/RecordCountText.h"
 
 #include "host/base/FrontEnd.h"
+#include "host/base/TermText.h"
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/words/AccountText.h"
 
+#include <cstddef>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -25,19 +28,19 @@ std::string recordCountText(const RecordCounts& counts)
 {
     const auto& [waypoints, geocaches, routes, routePoints, tracks, trackPoints] = counts;
     std::vector<std::string> parts;
-    if (waypoints > 0)
-        parts.push_back(trCounted(waypoints, "{} waypoint", "{} waypoints", shownCount(waypoints)));
-    if (geocaches > 0)
-        parts.push_back(trCounted(geocaches, "{} geocache", "{} geocaches", shownCount(geocaches)));
-    if (routes > 0)
-        parts.push_back(trCounted(routes, "{} route", "{} routes", shownCount(routes)));
+    const auto add = [&parts](std::size_t count, std::string_view noun) {
+        if (count > 0)
+            parts.push_back(countText(noun, count, shownCount(count)));
+    };
+    add(waypoints, "waypoint");
+    add(geocaches, "geocache");
+    add(routes, "route");
+    add(tracks, "track");
     if (tracks > 0)
-        parts.push_back(trCounted(tracks, "{} track", "{} tracks", shownCount(tracks)) + " (" +
-                        trCounted(trackPoints, "{} point", "{} points", shownCount(trackPoints)) +
-                        ")");
-    else if (trackPoints > 0)
-        parts.push_back(
-            trCounted(trackPoints, "{} track point", "{} track points", shownCount(trackPoints)));
+        parts.back() +=
+            " (" + trCounted(trackPoints, "{} point", "{} points", shownCount(trackPoints)) + ")";
+    else
+        add(trackPoints, "track point");
     return joined(parts, ", ");
 }
 
