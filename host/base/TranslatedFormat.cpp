@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where there is no translation, it is the text itself, which has been checked.
+// Without a translation, tr() returns the text itself, which the compiler has checked.
 
 #include "host/base/TranslatedFormat.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Texts for users, in their language if the front end has translations. The English text is the
-// key; where there is no translation, it is used itself. The command line has none, because scripts
-// read its texts; those of the window come from gettext. The template for translators is
+// key, and is shown if it has no translation. The command line has none, because scripts read its
+// texts; those of the window come from gettext. The template for translators is
 // host/window/po/magellangps-desktop.pot, made by scripts/window-template. [any]
 
 #pragma once

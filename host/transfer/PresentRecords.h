@@ -17,9 +17,8 @@ namespace host {
 ///                  loses its key
 /// @param onDevice  visits records of the device
 /// @param device    knows which symbols are the same to the device
-/// @param isAnyNameOnDevice  out: whether the device has a waypoint, geocache or route with the
-/// name
-///                           of one in the data
+/// @param isAnyNameOnDevice  out: whether the device has a waypoint, geocache or route with
+///                           the name of one in the data
 /// @return          how many were removed
 [[nodiscard]] RecordCounts removePresentRecords(gps::Dictionary& data,
                                                 const ChosenRecordSource& onDevice,

@@ -214,7 +214,8 @@ void check(const PreparedSend& send, const RenamedTracks& renamed, const LostCha
         report.files[i].isAsBefore = isAsBefore(report.files[i], before);
     }
     addLostChanges(changes, report);
-    // After another failure only the tracks that the plan has no file for are no consequence of it.
+    // After another failure, most records are missing because of it. Tracks that the plan has no
+    // file for are missing for a reason of their own.
     report.missingRecords = report.isComplete()
                                 ? missingRecords(send.stored(), send.plan, *send.files)
                                 : unplannedTracks(*send.request.data, send.plan);

@@ -5,6 +5,7 @@
 
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
+#include "host/window/base/WrappedText.h"
 
 namespace host {
 namespace {
@@ -16,9 +17,7 @@ constexpr int kMostInLine = 32; // characters; the list of receivers decides
 NoReceiver::NoReceiver() : Gtk::Box(Gtk::Orientation::VERTICAL, kGap)
 {
     for (auto* const label : {&sentence_, &explanation_}) {
-        label->set_wrap(true);
-        label->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
-        label->set_xalign(0);
+        wrapText(*label);
         label->set_max_width_chars(kMostInLine);
     }
     openFolder_.set_action_name("win.open-folder");

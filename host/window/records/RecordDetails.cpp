@@ -6,6 +6,7 @@
 #include "host/window/base/Accessible.h"
 #include "host/window/base/Layout.h"
 #include "host/window/base/Translation.h"
+#include "host/window/base/WrappedText.h"
 
 namespace host {
 
@@ -30,9 +31,7 @@ void RecordDetails::setLines(const std::vector<DetailLine>& lines)
         label->set_valign(Gtk::Align::START);
         label->add_css_class("dim-label");
         auto* const value = Gtk::make_managed<Gtk::Label>(line.value);
-        value->set_xalign(0);
-        value->set_wrap(true);
-        value->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+        wrapText(*value);
         value->set_hexpand(true);
         value->set_selectable(true);
         value->set_focusable(false); // keys pass over it; the pointer selects

@@ -67,7 +67,7 @@ private:
     Gtk::Label note_;
     Gtk::Label nothing_;
     Gtk::Stack panel_;
-    Gtk::Box narrowMap_; // has the map where there is no room for more
+    Gtk::Box narrowMap_; // holds the map while the window is narrow
     bool isFolded_ = false;
     Gtk::StackSwitcher switcher_;
     Gtk::Button toMap_;
