@@ -487,20 +487,6 @@ void Placemarks::moveInto(gps::Dictionary& data)
     appendRecords(data, "track", tracks_);
 }
 
-// Why a document is not read, although it is well-formed.
-std::optional<gps::Error> refusalOf(pugi::xml_document& document, const XmlFile& file)
-{
-    for (const auto& node : document.children()) {
-        if (node.type() == pugi::node_doctype &&
-            std::string_view{node.value()}.find("<!ENTITY") != std::string_view::npos)
-            return file.errorAt(0, tr("the file declares entities, which no map file needs"));
-    }
-    if (DepthCheck check; !document.traverse(check))
-        return file.errorAt(check.tooDeep.offset_debug(),
-                            trFormat("elements are nested more than {} levels deep", kMostLevels));
-    return std::nullopt;
-}
-
 } // namespace
 
 std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data,
@@ -515,13 +501,14 @@ std::optional<gps::Error> readKml(const std::string& path, gps::Dictionary& data
     pugi::xml_document document;
     if (auto failure = file.parse(xml, document))
         return failure;
-    if (auto failure = refusalOf(document, file))
-        return failure;
+    if (DepthCheck check; !document.traverse(check))
+        return file.errorAt(check.tooDeep.offset_debug(),
+                            trFormat("elements are nested more than {} levels deep", kMostLevels));
     Placemarks placemarks;
     if (!placemarks.read(document)) {
         const auto& problem = placemarks.problem();
-        return file.errorAt(problem.element.offset_debug(), problem.text,
-                            tr("Check the file, or export it once more"), problem.lines);
+        return file.errorAt(problem.element.offset_debug(), problem.text, tr(kCheckFile),
+                            problem.lines);
     }
     placemarks.moveInto(data);
     unread.waypoints += placemarks.skippedCount();

@@ -1,227 +1,240 @@
 // SPDX-License-Identifier: MIT
-// Most bytes of a file are plain ASCII, so it is looked through in pieces, many bytes at once. Only
-// a piece with other bytes is read one by one.
+// Expat finds the flaw; what is said of it depends on the bytes there.
 
-#include "host/formats/XmlCharacters.h"
+#include "host/formats/XmlCheck.h"
 
 #include "host/base/Text.h"
 #include "host/base/TranslatedFormat.h"
 
 #include <gps/Characters.h>
-#include <gps/NumberText.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <memory>
+#include <new>
+#include <type_traits>
 #include <utility>
+
+#include <expat.h>
 
 namespace host {
 namespace {
 
-constexpr bool isControl(char c) noexcept
-{
-    return static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' && c != '\r';
-}
+using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)>;
 
-constexpr bool isUnplain(char c) noexcept
-{
-    return isControl(c) || c == '&' || static_cast<unsigned char>(c) >= 0x80;
-}
-
-// A table, because this is asked for each character of a piece that is not plain.
-constexpr auto kIsUnplain = [] {
-    std::array<bool, 256> table{};
-    for (std::size_t c = 0; c < table.size(); ++c)
-        table[c] = isUnplain(static_cast<char>(c));
-    return table;
-}();
-
-bool isUnplainInTable(char c) noexcept
-{
-    return kIsUnplain[static_cast<unsigned char>(c)];
-}
-
-// One bit for all characters: compilers look at many bytes at once then.
-bool hasUnplain(std::string_view text) noexcept
-{
-    unsigned char found = 0;
-    for (const char c : text)
-        found = static_cast<unsigned char>(found | static_cast<unsigned char>(isUnplain(c)));
-    return found != 0;
-}
-
-bool isAllowed(std::uint64_t c) noexcept
-{
-    return c == '\t' || c == '\n' || c == '\r' || (c >= 0x20 && c < 0xD800) ||
-           (c >= 0xE000 && c < 0xFFFE) || (c > 0xFFFF && c <= 0x10FFFF);
-}
-
-// @param number  of a reference to a character: "10" or "xA"
-bool isAllowedNumber(std::string_view number) noexcept
-{
-    if (number.starts_with('x')) {
-        const auto character = gps::hexInteger(number.substr(1));
-        return character && isAllowed(*character);
-    }
-    const auto character = gps::wholeInteger(number);
-    return character && *character >= 0 && isAllowed(static_cast<std::uint64_t>(*character));
-}
-
-// The name of a reference: what is between "&" and ";". Empty if it is not a reference.
-std::string_view referenceAt(std::string_view text) noexcept
-{
-    constexpr std::size_t kLongest = 64;
-    text = text.substr(1, kLongest);
-    const auto isOfName = [](char c) {
-        return gps::isDigit(c) || (gps::lowerCase(c) >= 'a' && gps::lowerCase(c) <= 'z') ||
-               c == '#' || c == '_' || c == '.' || c == '-' || c == ':';
-    };
-    const auto* const end = std::find_if_not(text.begin(), text.end(), isOfName);
-    return end != text.end() && *end == ';'
-               ? text.substr(0, static_cast<std::size_t>(end - text.begin()))
-               : std::string_view{};
-}
-
-bool isKnownReference(std::string_view name) noexcept
-{
-    constexpr std::array<std::string_view, 5> kNames{"amp", "lt", "gt", "quot", "apos"};
-    return name.starts_with('#') ? isAllowedNumber(name.substr(1))
-                                 : std::find(kNames.begin(), kNames.end(), name) != kNames.end();
-}
-
-// Comments, instructions, CDATA sections and declarations of entities, in which "&" is a character
-// like others. Asked for only where something looks wrong, with increasing offsets, so that all
-// questions together look at the text once.
-class LiteralSections {
-public:
-    explicit LiteralSections(std::string_view xml) : xml_(xml) {}
-
-    [[nodiscard]] bool contain(std::size_t offset)
-    {
-        while (end_ <= offset && next_ < offset)
-            advance();
-        return begin_ <= offset && offset < end_;
-    }
-
-private:
-    void advance()
-    {
-        constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kMarks{
-            {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!ENTITY", ">"}}};
-        begin_ = std::min(xml_.find('<', next_), xml_.size());
-        next_ = std::min(begin_ + 1, xml_.size());
-        end_ = begin_;
-        for (const auto& [open, close] : kMarks) {
-            if (!xml_.substr(begin_).starts_with(open))
-                continue;
-            end_ = std::min(xml_.find(close, begin_ + open.size()), xml_.size());
-            next_ = end_;
-        }
-    }
-
-    std::string_view xml_;
-    std::size_t begin_ = 0; // of the last section that was found
-    std::size_t end_ = 0;
-    std::size_t next_ = 0; // from where the next one is looked for
+// What the functions below find, which get the parser itself as their argument.
+struct Findings {
+    std::string root{};
+    std::size_t refused = 0; // the offset of what they refuse
 };
 
-class FlawSearch {
-public:
-    explicit FlawSearch(std::string_view xml) : xml_(xml), sections_(xml) {}
+Findings& findingsOf(XML_Parser parser)
+{
+    return *static_cast<Findings*>(XML_GetUserData(parser));
+}
 
-    [[nodiscard]] std::optional<XmlFlaw> find()
-    {
-        constexpr std::size_t kPiece = 64; // bytes
-        while (offset_ < xml_.size()) {
-            const auto piece = xml_.substr(offset_, kPiece);
-            const auto end = offset_ + piece.size();
-            if (!hasUnplain(piece))
-                offset_ = end;
-            else if (auto flaw = findBefore(end))
-                return flaw;
-        }
-        return std::nullopt;
+std::size_t offsetIn(XML_Parser parser)
+{
+    return static_cast<std::size_t>(XML_GetCurrentByteIndex(parser));
+}
+
+void keepRoot(void* argument, const XML_Char* name, const XML_Char** /*attributes*/)
+{
+    auto* const parser = static_cast<XML_Parser>(argument);
+    findingsOf(parser).root = name;
+    XML_SetStartElementHandler(parser, nullptr); // it is not called for any other element
+}
+
+void refuse(XML_Parser parser)
+{
+    findingsOf(parser).refused = offsetIn(parser);
+    XML_StopParser(parser, XML_FALSE);
+}
+
+void refuseDeclarations(void* argument, const XML_Char* /*name*/, const XML_Char* /*system*/,
+                        const XML_Char* /*publicId*/, int hasDeclarations)
+{
+    if (hasDeclarations != 0)
+        refuse(static_cast<XML_Parser>(argument));
+}
+
+// Called for an entity that another file may declare.
+void refuseEntity(void* argument, const XML_Char* /*name*/, int /*isParameterEntity*/)
+{
+    refuse(static_cast<XML_Parser>(argument));
+}
+
+Parser makeParser(Findings& findings)
+{
+    Parser parser{XML_ParserCreate("UTF-8"), &XML_ParserFree};
+    if (!parser)
+        throw std::bad_alloc{};
+    XML_SetUserData(parser.get(), &findings);
+    XML_UseParserAsHandlerArg(parser.get());
+    XML_SetStartElementHandler(parser.get(), keepRoot);
+    XML_SetStartDoctypeDeclHandler(parser.get(), refuseDeclarations);
+    XML_SetSkippedEntityHandler(parser.get(), refuseEntity);
+    return parser;
+}
+
+// Returns whether the text is well-formed.
+bool parse(XML_Parser parser, std::string_view xml, std::size_t piece)
+{
+    for (;;) {
+        const auto part = xml.substr(0, piece);
+        xml.remove_prefix(part.size());
+        if (XML_Parse(parser, part.data(), static_cast<int>(part.size()), xml.empty() ? 1 : 0) !=
+            XML_STATUS_OK)
+            return false;
+        if (xml.empty())
+            return true;
     }
+}
 
-private:
-    std::optional<XmlFlaw> findBefore(std::size_t end)
-    {
-        while (offset_ < end) {
-            const auto rest = xml_.substr(offset_, end - offset_);
-            const auto* const unplain = std::find_if(rest.begin(), rest.end(), isUnplainInTable);
-            offset_ += static_cast<std::size_t>(unplain - rest.begin());
-            if (offset_ == end)
-                return std::nullopt;
-            if (auto flaw = flawAtOffset())
-                return flaw;
-        }
-        return std::nullopt;
-    }
+constexpr std::string_view kSpace = " \t\r\n"; // as XML has it
+constexpr std::size_t kMostShown = 40;         // characters of a name
 
-    std::optional<XmlFlaw> flawAtOffset()
-    {
-        if (isControl(xml_[offset_]))
-            return damage(xml_[offset_] == '\0' ? tr("the file is damaged (a zero byte)")
-                                                : tr("the file is damaged (a control character)"));
-        return xml_[offset_] == '&' ? flawOfReference() : flawOfCharacter();
-    }
+XmlFlaw damage(std::size_t offset, std::string what)
+{
+    return {offset, std::move(what), tr(kCheckFile)};
+}
 
-    std::optional<XmlFlaw> flawOfCharacter()
-    {
-        auto rest = xml_.substr(offset_);
-        const auto before = rest.size();
-        const auto character = takeCharacter(rest);
-        const auto length = before - rest.size();
-        if (length == 1) // no valid character beyond ASCII is as short
-            return XmlFlaw{offset_, tr("the text is not valid UTF-8"),
-                           tr("Export it as UTF-8 from the program that made it")};
-        if (!isAllowed(character))
-            return damage(tr("the file is damaged (a character that XML does not allow)"));
-        offset_ += length;
-        return std::nullopt;
-    }
+XmlFlaw flawOfEndTag(std::string_view xml, std::size_t offset)
+{
+    const auto name = xml.substr(offset, xml.find('>', offset) - offset);
+    return damage(offset, trFormat("the file is damaged or cut short (</{}> does not end the "
+                                   "element that is open)",
+                                   displayText(gps::trimmed(name), kMostShown)));
+}
 
-    std::optional<XmlFlaw> flawOfReference()
-    {
-        const auto name = referenceAt(xml_.substr(offset_));
-        if (!isKnownReference(name) && !sections_.contain(offset_))
-            return flawOf(name);
-        ++offset_;
-        return std::nullopt;
-    }
+XmlFlaw flawOfCharacterReference(std::string_view xml, std::size_t offset)
+{
+    const auto reference = xml.substr(offset, xml.find(';', offset) + 1 - offset);
+    return {offset,
+            trFormat("the file is not well-formed ({} is not a character that XML allows)",
+                     displayText(reference, kMostShown)),
+            tr("Remove it, or export the file once more")};
+}
 
-    [[nodiscard]] XmlFlaw flawOf(std::string_view name) const
-    {
-        if (name.empty())
-            return {offset_, tr("the file is not well-formed (a \"&\" that begins no reference)"),
-                    tr("Replace it by \"&amp;\", or export the file once more")};
-        if (name.starts_with('#'))
-            return {offset_,
-                    trFormat("the file is not well-formed (&{}; is not a character that XML "
-                             "allows)",
-                             name),
-                    tr("Remove it, or export the file once more")};
-        return {
-            offset_,
-            trFormat("the file uses &{};, which is not one of the entities of XML itself", name),
+// @param offset  of the reference, or of the tag that has it in an attribute
+XmlFlaw flawOfEntity(std::string_view xml, std::size_t offset)
+{
+    constexpr std::array<std::string_view, 6> kKnown{"&amp;",  "&lt;",   "&gt;",
+                                                     "&quot;", "&apos;", "&#"};
+    offset = xml.find('&', offset);
+    while (std::any_of(kKnown.begin(), kKnown.end(),
+                       [rest = xml.substr(offset)](auto known) { return rest.starts_with(known); }))
+        offset = xml.find('&', offset + 1);
+    const auto name = xml.substr(offset + 1, xml.find(';', offset) - offset - 1);
+    return {offset,
+            trFormat("the file uses &{};, which is not one of the entities of XML itself",
+                     displayText(name, kMostShown)),
             tr("Replace it by the character that it is for, or export the file once more")};
-    }
+}
 
-    [[nodiscard]] XmlFlaw damage(std::string what) const
-    {
-        return {offset_, std::move(what), tr("Check the file, or export it once more")};
-    }
+XmlFlaw flawOfCharacter(std::string_view xml, std::size_t offset)
+{
+    auto rest = xml.substr(offset);
+    const auto before = rest.size();
+    const auto character = takeCharacter(rest);
+    const auto length = before - rest.size();
+    if (character >= 0x80 && length == 1) // no valid character beyond ASCII is as short
+        return {offset, tr("the text is not valid UTF-8"),
+                tr("Export it as UTF-8 from the program that made it")};
+    if (character == 0xFFFE || character == 0xFFFF)
+        return damage(offset, tr("the file is damaged (a character that XML does not allow)"));
+    if (kSpace.find(xml[offset]) != std::string_view::npos)
+        return damage(offset, tr("the file is not well-formed (white space is not allowed here)"));
+    return damage(offset, trFormat("the file is not well-formed (\"{}\" is not allowed here)",
+                                   xml.substr(offset, length)));
+}
 
-    std::string_view xml_;
-    LiteralSections sections_;
-    std::size_t offset_ = 0;
-};
+// Whether a text ends with two hyphens that do not end the comment they are in.
+bool endsWithHyphensOfComment(std::string_view text)
+{
+    const auto comment = text.rfind("<!--");
+    return text.ends_with("--") && comment != std::string_view::npos &&
+           text.find("-->", comment) == std::string_view::npos;
+}
+
+bool isOfReference(char c) noexcept
+{
+    const auto lower = gps::lowerCase(c);
+    return gps::isDigit(c) || (lower >= 'a' && lower <= 'z') ||
+           std::string_view{"#_.-:"}.find(c) != std::string_view::npos ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+// @param offset  of the first byte that cannot continue what is before it
+XmlFlaw flawOfByte(std::string_view xml, std::size_t offset)
+{
+    const char c = xml[offset];
+    if (c == '\0')
+        return damage(offset, tr("the file is damaged (a zero byte)"));
+    if (static_cast<unsigned char>(c) < ' ' && kSpace.find(c) == std::string_view::npos)
+        return damage(offset, tr("the file is damaged (a control character)"));
+    const auto before = xml.substr(0, offset);
+    const auto reference =
+        std::find_if_not(before.rbegin(), before.rend(), isOfReference) - before.rbegin();
+    const auto ampersand = offset - static_cast<std::size_t>(reference);
+    if (before.substr(0, ampersand).ends_with('&'))
+        return {ampersand - 1, tr("the file is not well-formed (a \"&\" that begins no reference)"),
+                tr("Replace it by \"&amp;\", or export the file once more")};
+    if (c == '>' && before.ends_with("]]"))
+        return damage(offset, tr("the file is not well-formed (\"]]>\" in a text)"));
+    if (endsWithHyphensOfComment(before))
+        return damage(offset, tr("the file is not well-formed (\"--\" in a comment)"));
+    return flawOfCharacter(xml, offset);
+}
+
+XmlFlaw flawOf(XML_Error error, std::string_view xml, std::size_t offset)
+{
+    switch (error) {
+    case XML_ERROR_NO_ELEMENTS:
+    case XML_ERROR_UNCLOSED_TOKEN:
+    case XML_ERROR_UNCLOSED_CDATA_SECTION:
+    case XML_ERROR_PARTIAL_CHAR:
+        return damage(offset, tr("the file is damaged or cut short"));
+    case XML_ERROR_TAG_MISMATCH:
+        return flawOfEndTag(xml, offset);
+    case XML_ERROR_DUPLICATE_ATTRIBUTE:
+        return damage(offset, tr("the file is not well-formed (an attribute is given twice)"));
+    case XML_ERROR_JUNK_AFTER_DOC_ELEMENT:
+        return damage(offset, tr("there is more text after the end of the document"));
+    case XML_ERROR_MISPLACED_XML_PI:
+        return {offset, tr("\"<?xml\" is not at the start of the file"),
+                tr("Remove what is before it, or export the file once more")};
+    case XML_ERROR_BAD_CHAR_REF:
+        return flawOfCharacterReference(xml, offset);
+    case XML_ERROR_UNDEFINED_ENTITY:
+        return flawOfEntity(xml, offset);
+    case XML_ERROR_INVALID_TOKEN:
+        return flawOfByte(xml, offset);
+    case XML_ERROR_ABORTED:
+        return xml[offset] == '&'
+                   ? flawOfEntity(xml, offset)
+                   : damage(offset, tr("the file has declarations in its document type, which no "
+                                       "map file needs"));
+    default:
+        return damage(offset, trFormat("the file is not well-formed ({})", XML_ErrorString(error)));
+    }
+}
 
 } // namespace
 
-std::optional<XmlFlaw> findXmlFlaw(std::string_view xml)
+XmlCheck checkXml(std::string_view xml, std::size_t piece)
 {
-    return FlawSearch{xml}.find();
+    Findings findings;
+    const auto parser = makeParser(findings);
+    if (parse(parser.get(), xml, piece))
+        return {std::move(findings.root), std::nullopt};
+    const auto error = XML_GetErrorCode(parser.get());
+    if (error == XML_ERROR_NO_MEMORY)
+        throw std::bad_alloc{};
+    if (error == XML_ERROR_NO_ELEMENTS && findings.root.empty())
+        return {};
+    const auto offset = error == XML_ERROR_ABORTED ? findings.refused : offsetIn(parser.get());
+    return {std::move(findings.root), flawOf(error, xml, offset)};
 }
 
 } // namespace host

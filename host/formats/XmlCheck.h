@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Checks the characters and references of an XML file before it is parsed. The parser accepts what
-// XML forbids, and some of it ends a text early. Used by XmlFile. Stateless. [any]
+// XmlCheck: whether a text is a well-formed document. The parser that makes the tree accepts much
+// that XML forbids, and some of it ends a text early. Used by XmlFile. Stateless. [any]
 
 #pragma once
+
+#include "host/base/Translation.h"
 
 #include <cstddef>
 #include <optional>
@@ -11,16 +13,26 @@
 
 namespace host {
 
-/// Why a text is not well-formed.
+/// What to do about a file that is damaged. To be translated.
+inline constexpr auto* kCheckFile = marked("Check the file, or export it once more");
+
+/// Why a text is not well-formed, or not supported.
 struct XmlFlaw {
     std::size_t offset = 0; ///< of the first byte that is wrong
     std::string what{};     ///< a part of a sentence
     std::string advice{};   ///< a sentence without its full stop
 };
 
-/// The first character or reference that XML 1.0 forbids: a control character, a byte that is not
-/// UTF-8, a bare "&", a reference to a forbidden character or to an entity other than the five that
-/// XML defines. Entities that the file declares are not supported, so a reference to one is a flaw.
-[[nodiscard]] std::optional<XmlFlaw> findXmlFlaw(std::string_view xml);
+struct XmlCheck {
+    std::string root{};            ///< the name of the root element; empty if there is none
+    std::optional<XmlFlaw> flaw{}; ///< the first one. None in a text that just has no element
+};
+
+/// Checks a text by the rules of XML 1.0. Prefixes without a namespace are accepted: files with
+/// undeclared ones are common. Declarations in the document type are refused: those of entities
+/// can make a small file large, and those of attributes would be lost.
+/// @param xml    in UTF-8, whatever encoding it declares
+/// @param piece  how many bytes the parser gets at once
+[[nodiscard]] XmlCheck checkXml(std::string_view xml, std::size_t piece = std::size_t{1} << 30);
 
 } // namespace host

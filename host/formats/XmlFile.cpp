@@ -6,8 +6,6 @@
 #include "host/base/HostError.h"
 #include "host/base/TranslatedFormat.h"
 #include "host/base/XmlText.h"
-#include "host/formats/XmlCharacters.h"
-#include "host/formats/XmlNodes.h"
 
 #include <gps/Characters.h>
 #include <platform/System/FileManager.h>
@@ -22,15 +20,11 @@
 namespace host {
 namespace {
 
-// Text begins with the white space in front of it.
-std::ptrdiff_t contentOffset(const pugi::xml_node& node)
+std::string_view withoutByteOrderMark(std::string_view text)
 {
-    const std::string_view text = node.type() == pugi::node_pcdata ? node.value() : "";
-    return node.offset_debug() +
-           static_cast<std::ptrdiff_t>(text.size() - gps::withoutLeadingSpace(text).size());
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    return text.starts_with(kMark) ? text.substr(kMark.size()) : text;
 }
-
-constexpr auto* kCheckFile = marked("Check the file, or export it once more");
 
 } // namespace
 
@@ -58,35 +52,45 @@ std::optional<gps::Error> XmlFile::read(std::string& xml) const
     return std::nullopt;
 }
 
+bool XmlFile::isThisFormat(std::string_view root) const
+{
+    const auto name = root.substr(root.find(':') + 1); // the prefix may be missing
+    return std::equal(name.begin(), name.end(), format_.begin(), format_.end(),
+                      [](char a, char b) { return a == gps::lowerCase(b); });
+}
+
+std::optional<gps::Error> XmlFile::check(std::string_view xml) const
+{
+    const auto begin = std::min(xml.find('<'), xml.size());
+    const auto text = xml.substr(0, begin);
+    if (const auto before = gps::withoutLeadingSpace(withoutByteOrderMark(text)); !before.empty()) {
+        if (!isThisFormat(checkXml(xml.substr(begin)).root))
+            return notThisFormat();
+        return errorAt(static_cast<std::ptrdiff_t>(begin - before.size()),
+                       tr("there is text before the document"));
+    }
+    const auto [root, flaw] = checkXml(xml);
+    const bool hasRoot = !root.empty() || !flaw;
+    if (hasRoot && !isThisFormat(root))
+        return notThisFormat();
+    if (flaw)
+        return errorAt(static_cast<std::ptrdiff_t>(flaw->offset), flaw->what, flaw->advice.c_str());
+    return std::nullopt;
+}
+
 std::optional<gps::Error> XmlFile::parse(std::string& xml, pugi::xml_document& document) const
 {
-    // The parser would stop at a zero byte and call what it has read a whole document, cut a text
-    // at a reference to one, and accept much else that is a sign of damage.
-    if (const auto flaw = findXmlFlaw(xml))
-        return errorAt(static_cast<std::ptrdiff_t>(flaw->offset), flaw->what, flaw->advice.c_str());
-    // A name may be a single space. Without parse_fragment, the parser would ignore text around the
-    // root element.
-    constexpr auto kOptions = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata |
-                              pugi::parse_ws_pcdata_single | pugi::parse_fragment;
+    if (auto failure = check(xml))
+        return failure;
+    // A name may be a single space.
+    constexpr auto kOptions =
+        pugi::parse_default | pugi::parse_embed_pcdata | pugi::parse_ws_pcdata_single;
     const auto result =
         document.load_buffer_inplace(xml.data(), xml.size(), kOptions, pugi::encoding_utf8);
     if (result.status == pugi::status_out_of_memory)
         throw std::bad_alloc{};
     if (!result)
-        return errorAt(result.offset,
-                       trFormat("the file is damaged or cut short ({})", result.description()));
-    const auto root = document.document_element();
-    const auto name = localName(root);
-    if (!std::equal(name.begin(), name.end(), format_.begin(), format_.end(),
-                    [](char a, char b) { return a == gps::lowerCase(b); }))
-        return notThisFormat();
-    // The parser accepts several root elements and text around them, which would be lost silently.
-    if (const auto more = root.next_sibling())
-        return errorAt(contentOffset(more), tr("there is more text after the end of the document"));
-    for (auto before = root.previous_sibling(); before; before = before.previous_sibling()) {
-        if (before.type() != pugi::node_doctype)
-            return errorAt(contentOffset(before), tr("there is text before the document"));
-    }
+        return errorAt(result.offset, result.description());
     return std::nullopt;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/base/Translation.h"
+#include "host/formats/XmlCheck.h"
 
 #include <gps/Error.h>
 
@@ -35,23 +36,23 @@ public:
     /// Reads the file and converts it to UTF-8.
     [[nodiscard]] std::optional<gps::Error> read(std::string& xml) const;
 
-    /// Parses what read() returned, or a part of it.
-    /// @param xml       in: the text. out: what the document consists of, as long as it is used
-    /// @param document  may have a document type declaration in front of its root element
+    /// Parses what read() returned, or a part of it. Refuses what is not well-formed.
+    /// @param xml  in: the text. out: what the document consists of, as long as it is used
     [[nodiscard]] std::optional<gps::Error> parse(std::string& xml,
                                                   pugi::xml_document& document) const;
 
     /// An error on the line of a byte of the text.
     /// @param moreLines  how many lines below that
-    [[nodiscard]] gps::Error
-    errorAt(std::ptrdiff_t offset, const std::string& what,
-            const char* advice = tr("Check the file, or export it once more"),
-            std::size_t moreLines = 0) const;
+    [[nodiscard]] gps::Error errorAt(std::ptrdiff_t offset, const std::string& what,
+                                     const char* advice = tr(kCheckFile),
+                                     std::size_t moreLines = 0) const;
 
     /// A sentence about the file as a whole.
     [[nodiscard]] std::string sentence(std::string_view text) const;
 
 private:
+    [[nodiscard]] bool isThisFormat(std::string_view root) const;
+    [[nodiscard]] std::optional<gps::Error> check(std::string_view xml) const;
     [[nodiscard]] std::string name() const;
     [[nodiscard]] std::optional<gps::Error> load(std::string& xml) const;
     [[nodiscard]] gps::Error errorIn(const std::string& where, const std::string& what,

@@ -557,14 +557,16 @@ TEST(GpxReader, TextsMayHaveEntitiesAndCdata)
     EXPECT_EQ(nameOf(""), "(none)");
 }
 
-TEST(GpxReader, FileThatUsesItsOwnEntitiesIsRefused)
+TEST(GpxReader, FileThatDeclaresEntitiesIsRefused)
 {
-    constexpr char kDeclaration[] = "<!DOCTYPE gpx [<!ENTITY e SYSTEM \"file:///etc/passwd\">]>\n";
-    EXPECT_EQ(
-        refusal(std::string{kDeclaration} +
-                "<gpx><wpt lat='1' lon='2'><name>&e;</name></wpt></gpx>"),
-        "trip.gpx, line 2: the file uses &e;, which is not one of the entities of XML itself");
-    EXPECT_EQ(refusal(std::string{kDeclaration} + "<gpx/>"), "read");
+    constexpr char kRefusal[] = "trip.gpx, line 2: the file has declarations in its document type, "
+                                "which no map file needs";
+    constexpr char kDeclaration[] =
+        "<?xml version='1.0'?>\n<!DOCTYPE gpx [<!ENTITY e SYSTEM \"file:///etc/passwd\">]>\n";
+    EXPECT_EQ(refusal(std::string{kDeclaration} +
+                      "<gpx><wpt lat='1' lon='2'><name>&e;</name></wpt></gpx>"),
+              kRefusal);
+    EXPECT_EQ(refusal(std::string{kDeclaration} + "<gpx/>"), kRefusal);
 }
 
 TEST(GpxReader, FileThatIsNotWellFormedIsRefusedAsAWhole)
@@ -793,7 +795,9 @@ TEST(GpxReader, AnythingButGpxIsRejected)
 {
     for (const std::string_view bytes :
          {"", " \n", "hello", "{\"a\":1}", "<?xml version='1.0'?>", "<kml><wpt/></kml>", "<GPX/>",
-          "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->"})
+          "<html>\n<gpx/></html>", "\xEF\xBB\xBF", "<!-- <gpx/> -->",
+          "<!DOCTYPE html>\n<html><p>Sign in<br></html>", "{\"a\":\"<b>&c\"}", "\xEF\xBB\xBFhello",
+          "\x89PNG\r\n"})
         EXPECT_EQ(refusal(bytes), "trip.gpx, line 1: this is not a GPX file") << bytes;
 }
 
@@ -802,9 +806,8 @@ TEST(GpxReader, DamageIsReportedWithItsLine)
     EXPECT_THAT(refusal("<gpx>\n<wpt lat='1' lon='2'>\n</gpx>"),
                 StartsWith("trip.gpx, line 3: the file is damaged or cut short"));
     EXPECT_THAT(refusal("<gpx>\n<wpt lat=1 lon='2'/></gpx>"),
-                StartsWith("trip.gpx, line 2: the file is damaged or cut short"));
-    EXPECT_THAT(refusal("<gpx>\n\n\n<trk>\n"),
-                StartsWith("trip.gpx, line 4: the file is damaged or cut short"));
+                StartsWith("trip.gpx, line 2: the file is not well-formed"));
+    EXPECT_EQ(refusal("<gpx>\n\n\n<trk>"), "trip.gpx, line 4: the file is damaged or cut short");
     EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
     for (const char c : "\x01\b\v\x1F"s)
         EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'><name>A"s + c + "</name></wpt></gpx>"),
@@ -817,6 +820,12 @@ TEST(GpxReader, DamageIsReportedWithItsLine)
     EXPECT_EQ(refusal("<gpx>\n</gpx>\n\nmore"),
               "trip.gpx, line 4: there is more text after the end of the document");
     EXPECT_EQ(refusal("\nmore<gpx/>"), "trip.gpx, line 2: there is text before the document");
+    EXPECT_EQ(refusal("\xEF\xBB\xBFmore<gpx>"),
+              "trip.gpx, line 1: there is text before the document");
+    EXPECT_EQ(refusal("\n<?xml version='1.0'?><gpx/>"),
+              "trip.gpx, line 2: \"<?xml\" is not at the start of the file");
+    EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2' lat='3'/></gpx>"),
+              "trip.gpx, line 2: the file is not well-formed (an attribute is given twice)");
     EXPECT_EQ(refusal("<!DOCTYPE gpx>\n<!-- a -->\n<?p?><gpx/>\n<!-- b --> \n"), "read");
 }
 
