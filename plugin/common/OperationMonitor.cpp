@@ -48,14 +48,14 @@ void OperationMonitor::addUnseen(gps::UnseenPath unseen)
 void OperationMonitor::describe(const std::string& location, gps::DeviceDescription description)
 {
     const std::lock_guard lock{mutex_};
-    describedLocation_ = location;
-    description_ = std::move(description);
+    descriptions_[location] = std::move(description);
 }
 
 gps::DeviceDescription OperationMonitor::descriptionOf(const std::string& location) const
 {
     const std::lock_guard lock{mutex_};
-    return location == describedLocation_ ? description_ : gps::DeviceDescription{};
+    const auto found = descriptions_.find(location);
+    return found != descriptions_.end() ? found->second : gps::DeviceDescription{};
 }
 
 void OperationMonitor::publish(gps::TransferAccount account) noexcept

@@ -9,6 +9,7 @@
 #include <gps/GPSTransferAccount.h>
 
 #include <atomic>
+#include <map>
 #include <mutex>
 #include <string>
 
@@ -36,7 +37,7 @@ public:
     /// Records what could not be seen before the operation's worker runs. [host thread]
     void addUnseen(gps::UnseenPath unseen);
 
-    /// Records what a device has said about itself. It is kept until the next device does. [worker]
+    /// Records what the device at a location has said about itself. [worker]
     void describe(const std::string& location, gps::DeviceDescription description);
     [[nodiscard]] gps::DeviceDescription descriptionOf(const std::string& location) const;
 
@@ -49,9 +50,8 @@ private:
     std::atomic<bool> stop_ = false;
     std::atomic<gps::LineVoice> voice_ = gps::LineVoice::kNothing;
     mutable std::mutex mutex_;
-    gps::TransferAccount account_;       // guarded by mutex_
-    std::string describedLocation_;      // guarded by mutex_
-    gps::DeviceDescription description_; // guarded by mutex_
+    gps::TransferAccount account_;                               // guarded by mutex_
+    std::map<std::string, gps::DeviceDescription> descriptions_; // by location; guarded by mutex_
 };
 
 } // namespace magellan

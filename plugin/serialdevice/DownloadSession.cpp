@@ -96,6 +96,7 @@ std::optional<gps::Error> DownloadSession::run()
 
 void DownloadSession::downloadFromReceiver()
 {
+    monitor_.describe(*work_.findString("location"), {}); // it may be another receiver by now
     const auto reply = probe();
     if (reply)
         keepVersion(*reply);

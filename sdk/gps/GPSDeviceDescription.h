@@ -20,7 +20,7 @@ public:
     virtual ~GPSDeviceDescription() = default;
 
     /// Describes a device of the driver's list. May read the device's files, but opens no port: of
-    /// a receiver on a port it returns what the last operation has learnt. [host thread]
+    /// a receiver on a port it returns what the last session there has learnt. [host thread]
     /// @param location  as in the device's record
     [[nodiscard]] virtual DeviceDescription
     deviceDescription(const std::string& location) const = 0;

@@ -74,10 +74,10 @@ protected:
         line.answers(command, sentences);
     }
 
-    void run(const gps::Dictionary& options)
+    void run(const gps::Dictionary& options, const std::string& location = "/dev/ttyUSB0")
     {
         work = options;
-        work.set("location", "/dev/ttyUSB0");
+        work.set("location", location);
         OperationAccount keeper{monitor};
         DownloadSession session{line, status, work, monitor, keeper};
         error = session.run();
@@ -151,6 +151,23 @@ TEST_F(Session, RemembersTheModelAndFirmwareOfTheReceiverOnThatPort)
     EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, "Sport");
     EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").firmware, "4.05");
     EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB1").model, std::nullopt);
+}
+
+TEST_F(Session, RemembersTheReceiverOfEachPort)
+{
+    receiverHas({});
+    run({});
+    run({}, "/dev/ttyUSB1");
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, "Sport");
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB1").model, "Sport");
+}
+
+TEST_F(Session, ForgetsTheReceiverOfAPortWhereNothingAnswersAnyMore)
+{
+    monitor.describe("/dev/ttyUSB0", {"Sport", "4.05"});
+    run({});
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, std::nullopt);
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").firmware, std::nullopt);
 }
 
 TEST_F(Session, VersionWithoutModelAndFirmwareOrAnotherAnswerDescribesNothing)
