@@ -166,15 +166,6 @@ std::string selectedLocation(const gps::GPSPlugInProtocol& driver)
     return {};
 }
 
-// Whether a driver may choose a port by itself. A receiver may be connected to any port, but
-// finding out that none is takes a minute and a half.
-bool isPortToTry(const Device& port)
-{
-    const auto named = gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey);
-    return port.isOnUsb ||
-           (named && std::find(named->begin(), named->end(), port.location) != named->end());
-}
-
 // The port that a driver may choose by itself.
 std::vector<Device>::const_iterator portToTry(const std::vector<Device>& ports)
 {
@@ -248,6 +239,13 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
         device.isKnownReceiver = receiver != nullptr && receiver->boolReading();
     }
     return devices;
+}
+
+bool isPortToTry(const Device& port)
+{
+    const auto named = gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey);
+    return port.isKnownReceiver || port.isOnUsb ||
+           (named && std::find(named->begin(), named->end(), port.location) != named->end());
 }
 
 gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver)

@@ -51,6 +51,10 @@ struct ChosenDevice {
 /// A driver's devices, in the driver's order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
 
+/// Whether a serial port may be asked although the user has not named it. A receiver may be
+/// connected to any port, but finding out that none is takes a minute and a half.
+[[nodiscard]] bool isPortToTry(const Device& port);
+
 /// The pop-up in a driver's view that lists its devices; null if the view has none.
 [[nodiscard]] gps::PopUpButton* deviceMenu(const gps::GPSPlugInProtocol& driver);
 

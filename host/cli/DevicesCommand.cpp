@@ -6,6 +6,7 @@
 #include "host/base/Table.h"
 #include "host/bundle/DeviceChoice.h"
 #include "host/cli/Commands.h"
+#include "host/cli/PortQuery.h"
 #include "host/words/Explanation.h"
 
 #include <gps/GPSDeviceDescription.h>
@@ -169,6 +170,11 @@ ExitStatus runDevices(const PlugInBundle& plugIn, const DevicesOptions& options,
         return options.json ? documentOf(current, options.explain)
                             : deviceListOf(current, options.explain);
     };
+    if (options.ask) {
+        const auto asked = askPorts(current, options, console);
+        const auto printed = print(text(), console);
+        return printed == ExitStatus::kSuccess ? asked : printed;
+    }
     if (!options.watch) {
         const auto status = print(text(), console);
         if (!options.json && !options.explain && hasDevices(current) &&

@@ -331,9 +331,18 @@ void CommandTable::addDevices()
     auto& options = raw_.devices;
     auto& command = addCommand("devices", "List each driver's devices", Command::kDevices,
                                "  magellangps devices --watch\n"
-                               "  magellangps devices --explain   why a receiver is not found\n");
-    command.add_flag("--watch", options.watch,
-                     "Keep running, and print again when volumes or ports change");
+                               "  magellangps devices --explain   why a receiver is not found\n"
+                               "  magellangps devices --ask --device /dev/ttyS0\n");
+    const auto* const watch = command.add_flag(
+        "--watch", options.watch, "Keep running, and print again when volumes or ports change");
+    exclude(watch, command.add_flag("--ask", options.ask,
+                                    "Ask the receivers on serial ports for their model and "
+                                    "firmware, which takes some seconds for each"));
+    command
+        .add_option("--device", options.device,
+                    "With --ask: ask the receiver on this port; without it those are asked that "
+                    "acquire asks by itself")
+        ->type_name("PORT");
     command.add_flag("--explain", options.explain,
                      "Show how each volume and port was judged, and why");
 }

@@ -40,6 +40,8 @@ struct InfoOptions : GlobalOptions {};
 struct DevicesOptions : GlobalOptions {
     bool watch = false;
     bool explain = false;
+    bool ask = false;                  ///< run sessions with the receivers on serial ports
+    std::optional<std::string> device; ///< with `ask`: the port
 };
 
 /// What `acquire` and `import` share: where records come from and go to.

@@ -301,16 +301,73 @@ TEST(Serial, ReasonForAFailedOpenIsTheOnlyMessage)
     }
 }
 
+// Stores the user's list of ports.
+// @return  the variable that names its folder
+std::string storePorts(const TemporaryFolder& home, const std::vector<std::string>& paths)
+{
+    std::string list;
+    for (const auto& path : paths)
+        list += "<string>" + path + "</string>";
+    home.put("com.Orvane.GPSPlugin/defaults.plist",
+             "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array>" + list +
+                 "</array></dict></plist>");
+    return "XDG_CONFIG_HOME=" + home.path();
+}
+
 TEST(Serial, DevicesListAPortNamedByTheUser)
 {
     const TemporaryFolder home;
     const PseudoTerminal line;
-    home.put("com.Orvane.GPSPlugin/defaults.plist",
-             "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>" +
-                 line.path() + "</string></array></dict></plist>");
-    const auto ran = magellangps({"devices"}, {.environment = {"XDG_CONFIG_HOME=" + home.path()}});
+    const auto ran = magellangps({"devices"}, {.environment = {storePorts(home, {line.path()})}});
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(ran.out, AllOf(HasSubstr("magellan-serial"), HasSubstr(line.path())));
+}
+
+TEST(Serial, DevicesAskANamedPortForModelAndFirmware)
+{
+    const Simulator simulator;
+    const auto ran = magellangps({"devices", "--ask", "--device", simulator.path()});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.err, IsEmpty());
+    EXPECT_THAT(ran.out, AllOf(HasSubstr("Model"), HasSubstr("SIMULATED RECEIVER  1.00")));
+    const auto json = magellangps({"devices", "--ask", "--device", simulator.path(), "--json"});
+    EXPECT_THAT(json.out, HasSubstr("\"model\":\"SIMULATED RECEIVER\",\"firmware\":\"1.00\"}"));
+}
+
+TEST(Serial, DevicesAskAllPortsOfTheUserAndKeepTheSelectedOne)
+{
+    const TemporaryFolder home;
+    const Simulator first;
+    const Simulator second;
+    const auto ran =
+        magellangps({"devices", "--ask", "--json"},
+                    {.environment = {storePorts(home, {first.path(), second.path()})}});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(countOf(ran.out, "\"model\":\"SIMULATED RECEIVER\""), 2);
+    EXPECT_THAT(ran.out, HasSubstr(",\"selected\":0}"));
+}
+
+TEST(Serial, DevicesSayWhichReceiverDoesNotAnswerAndListAllOfThem)
+{
+    const TemporaryFolder home;
+    const Simulator simulator;
+    const std::vector<std::string> ports{"/dev/tty-of-magellan-tests", simulator.path()};
+    const auto ran = magellangps({"devices", "--ask"}, {.environment = {storePorts(home, ports)}});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, AllOf(StartsWith("magellangps: The port is gone."), HasSubstr(ports[0])));
+    EXPECT_THAT(ran.out, AllOf(HasSubstr(ports[0]), HasSubstr("SIMULATED RECEIVER")));
+}
+
+TEST(Serial, SignalEndsTheQuestionWithTheListAndItsStatus)
+{
+    const PseudoTerminal silent;
+    Running running{
+        {MAGELLAN_BIN_DIR "/magellangps", "devices", "--ask", "--device", silent.path()}};
+    EXPECT_THAT(silent.read(8), HasSubstr("PMGN"));
+    const int status = running.end(SIGINT);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 128 + SIGINT);
+    EXPECT_THAT(running.readToEnd(), HasSubstr(silent.path()));
 }
 
 } // namespace
