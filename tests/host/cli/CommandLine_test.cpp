@@ -342,7 +342,7 @@ TEST(CommandLine, MistakesAreOneLineEach)
         {{"-q", "-v", "info"}, "--quiet and --verbose cannot be used together"},
         {{"import"}, "no FILE is given; see \"magellangps import --help\""},
         {{"import", "a.log", "--device", "/x"},
-         "--device is an option of acquire, open, send and restore, not of import"},
+         "--device is an option of devices, acquire, open, send and restore, not of import"},
         {{"import", "-"}, "import reads files, not stdin"},
         {{"send", "a.gpx", "-"}, "send reads files, not stdin"},
         {{"send", "--data", "-"}, "send reads files, not stdin"},
