@@ -286,7 +286,7 @@ std::string lossOf(const SentFile& file, const SendReport& report)
             ? advice(fmt::format("Put the backup back with \"magellangps restore "
                                  "{}\".",
                                  report.backup->name),
-                     trFormat("Put the backup {} back: see \"Backups\".", report.backup->name))
+                     tr("Put the backup back that was made before the send: see \"Backups\"."))
             : std::string{tr("There is no backup.")};
     return trFormat("{} It could not be put back: {} {}", what, sentencesOf(*file.writeError),
                     nextStep);

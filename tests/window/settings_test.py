@@ -4,6 +4,7 @@
 settings_test.py PROGRAMS [unittest's arguments]: runs in a session of its own.
 """
 
+import re
 import subprocess
 import sys
 
@@ -58,6 +59,16 @@ class SettingsTest(story.Story):
         for text in ("Nautical miles and metres", "Coasts and places", "/somewhere"):
             opened.find("label", text)
         self.assertTrue(opened.is_ticked("Times in UTC"))
+
+    def test_scale_of_the_map_has_the_units(self):
+        for units, expected in (("metric", "k?m"), ("imperial", "ft|mi"), ("nautical", "k?m")):
+            self.config.write_text(f'[window]\nunits = "{units}"\ntiles = "none"\n')
+            opened = self.open()
+            scales = [name for name in opened.names("label")
+                      if re.fullmatch(r"\d+\s(k?m|ft|mi)", name)]
+            self.assertEqual(len(scales), 1, scales)
+            self.assertRegex(scales[0], rf"\d\s({expected})$")
+            opened.__exit__()
 
     def test_number_of_backups_is_the_command_lines_until_it_is_changed(self):
         self.config.write_text('keep-backups = 3\n[window]\ntiles = "none"\n')

@@ -104,9 +104,9 @@ std::string nameOfUnnamed(const RecordSet& records, const RecordRef& record)
 
 TrackMap::TrackMap(Handlers handlers)
     : handlers_(std::move(handlers)), map_(shumate_map_new()),
-      viewport_(shumate_map_get_viewport(map_)), license_(shumate_license_new()),
-      markers_(shumate_marker_layer_new(viewport_)), coasts_(viewport_, {}),
-      drawn_(viewport_, [this] { resized(); })
+      viewport_(shumate_map_get_viewport(map_)), scale_(shumate_scale_new(viewport_)),
+      license_(shumate_license_new()), markers_(shumate_marker_layer_new(viewport_)),
+      coasts_(viewport_, {}), drawn_(viewport_, [this] { resized(); })
 {
     shumate_map_add_layer(map_, coasts_.layer());
     shumate_map_add_layer(map_, drawn_.layer());
@@ -132,9 +132,8 @@ void TrackMap::addControls()
 {
     // Side by side, so that a long attribution wraps instead of covering the scale.
     auto* const bottom = Gtk::make_managed<Gtk::Box>();
-    auto* const scale = shumate_scale_new(viewport_);
-    gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_END);
-    bottom->append(*Glib::wrap(GTK_WIDGET(scale)));
+    gtk_widget_set_valign(GTK_WIDGET(scale_), GTK_ALIGN_END);
+    bottom->append(*Glib::wrap(GTK_WIDGET(scale_)));
     gtk_widget_set_valign(GTK_WIDGET(license_), GTK_ALIGN_END);
     gtk_widget_set_halign(GTK_WIDGET(license_), GTK_ALIGN_END);
     gtk_widget_set_hexpand(GTK_WIDGET(license_), TRUE);
@@ -250,6 +249,13 @@ void TrackMap::moveBy(double x, double y)
     shumate_map_stop_go_to(map_);
     shumate_location_set_location(SHUMATE_LOCATION(viewport_), latitudeOf(center),
                                   longitudeOf(center));
+}
+
+// The scale knows no nautical miles. Those who use them have heights in metres.
+void TrackMap::setUnits(UnitSystem units)
+{
+    shumate_scale_set_unit(scale_, units == UnitSystem::kImperial ? SHUMATE_UNIT_IMPERIAL
+                                                                  : SHUMATE_UNIT_METRIC);
 }
 
 void TrackMap::setSource(WindowSettings::Tiles tiles, const std::string& file)

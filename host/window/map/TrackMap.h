@@ -11,6 +11,7 @@
 #include "host/window/map/PictureLayer.h"
 #include "host/window/map/RecordPainter.h"
 #include "host/window/settings/WindowSettings.h"
+#include "host/words/FigureText.h"
 
 #include <gps/GPSPoint.h>
 
@@ -56,6 +57,9 @@ public:
     /// Marks a position, for instance that of the pointer in a profile; nullopt: none.
     void setMarker(const std::optional<gps::GPSPoint>& position);
 
+    /// Changes the units of the scale.
+    void setUnits(UnitSystem units);
+
     /// Shows another map below the records. A file is opened first; if it cannot be used, the map
     /// says why, and stays as it is.
     /// @param file  the path of the file; only for that kind
@@ -89,6 +93,7 @@ private:
     Handlers handlers_;
     ShumateMap* map_;
     ShumateViewport* viewport_; // owned by the map
+    ShumateScale* scale_;
     ShumateLicense* license_;
     ShumateMapSource* source_ = nullptr; // null: coasts only
     ShumateLayer* tiles_ = nullptr;

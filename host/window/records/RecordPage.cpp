@@ -136,6 +136,7 @@ void RecordPage::setSettings(const WindowSettings& settings)
     presentation_ = {.units = settings.units, .isUtc = settings.isUtc};
     list_.setPresentation(presentation_);
     profile_.setPresentation(presentation_);
+    map_.setUnits(settings.units);
     if (selected_)
         showDetails(profile_.figures());
 }
