@@ -22,10 +22,9 @@ namespace host {
 /// - Point: a waypoint with "name", "comment", "symbol", "point"; a geocache also has its own
 ///   fields, if this program wrote the file.
 /// - LineString, gx:Track: a track with "name", "comment" and "points". The lines of a
-/// MultiGeometry
-///   or a gx:MultiTrack are segments of one track, as readGpx() makes them; a LineString and a
-///   gx:Track that share an end are one segment, unless the file notes what belongs together, as
-///   those of this program do.
+///   MultiGeometry or a gx:MultiTrack are segments of one track, as readGpx() makes them; a
+///   LineString and a gx:Track that share an end are one segment, unless the file notes what
+///   belongs together, as those of this program do.
 /// - Folder of points and their line that this program wrote as a route: that route, as readGpx()
 ///   makes it, without its number.
 ///
