@@ -35,8 +35,7 @@ public:
     /// applies to the next opening; it is 4800 at first. While it is open, pending output is first
     /// sent at the old speed (output that a blocked line does not send within one second is
     /// dropped), and unread input is dropped. [worker]
-    /// @param bitsPerSecond  a standard speed from 1200 to 115200, or 0, which is passed on as it
-    /// is
+    /// @param bitsPerSecond  a standard speed from 1200 to 115200; or 0, which is passed on
     /// @throws SerialFailure  for any other speed, or if the open line does not accept it
     virtual void setBaudRate(int bitsPerSecond) = 0;
 

@@ -45,8 +45,7 @@ public:
     /// "PopUpButton", "Button"), "identifier", and optionally "title", "hidden" and "subviews".
     /// [host thread]
     /// @return  the outlets, found by identifier, null where the view has no such element; nullopt
-    /// if
-    ///          the resource is missing or not valid
+    ///          if the resource is missing or not valid
     [[nodiscard]] std::optional<ViewOutlets> loadView(std::string_view name) const;
 
     /// `localizedStringForKey:value:table:` with the default table, LANGUAGE.lproj/Localizable
