@@ -16,6 +16,7 @@
 #include "../common/OperationMonitor.h"
 #include "../common/TrackAnnouncer.h"
 
+#include <gps/Characters.h>
 #include <gps/DictionaryHelpers.h>
 #include <gps/GPSOutputReceiver.h>
 #include <platform/OrvUtils/OrvSerial.h>
@@ -39,6 +40,7 @@ constexpr int kProbeAttempts = 5; ///< at each speed
 constexpr int kReplyBudget = 5;
 
 constexpr char kVersionAcknowledged[] = "PMGNCSM,28";
+constexpr char kVersion[] = "PMGNVER";
 
 std::string speedCommand(int bitsPerSecond)
 {
@@ -99,7 +101,7 @@ void DownloadSession::downloadFromReceiver()
     monitor_.describe(*work_.findString("location"), {}); // it may be another receiver by now
     const auto reply = probe();
     if (reply)
-        keepVersion(*reply);
+        keepVersion(SentenceFields::ofBody(*reply, kVersion));
     handshake(reply);
     switchTransferOn();
     speedUp();
@@ -143,17 +145,15 @@ std::optional<std::string> DownloadSession::probe()
 
 /// Keeps what the receiver's version sentence says: "PMGNVER", a number of its type, its firmware,
 /// and its name.
-void DownloadSession::keepVersion(const std::string& reply)
+void DownloadSession::keepVersion(const std::optional<SentenceFields>& fields)
 {
     constexpr std::size_t kFirmware = 2;
     constexpr std::size_t kModel = 3;
-    const auto fields = SentenceFields::ofBody(reply, "PMGNVER");
     if (!fields)
         return;
-    const auto field = [&fields](std::size_t index) {
-        return index < fields->count() && !fields->at(index).empty()
-                   ? std::optional{std::string{fields->at(index)}}
-                   : std::nullopt;
+    const auto field = [&fields](std::size_t index) -> std::optional<std::string> {
+        const auto text = index < fields->count() ? gps::trimmed(fields->at(index)) : "";
+        return text.empty() ? std::nullopt : std::optional{std::string{text}};
     };
     monitor_.describe(*work_.findString("location"), {field(kModel), field(kFirmware)});
 }
@@ -162,10 +162,10 @@ void DownloadSession::keepVersion(const std::string& reply)
 /// come. Any other receiver does not acknowledge commands yet, so HANDON is not waited for.
 void DownloadSession::handshake(const std::optional<std::string>& reply)
 {
-    if (reply == kVersionAcknowledged)
-        (void)link_.readLine();
-    else
+    if (reply != kVersionAcknowledged)
         link_.sendCommand("PMGNCMD,HANDON");
+    else if (const auto line = link_.readLine())
+        keepVersion(SentenceFields::ofSentence(*line, kVersion));
 }
 
 void DownloadSession::switchTransferOn()

@@ -65,7 +65,7 @@ private:
     [[nodiscard]] std::optional<gps::Error> open();
     void downloadFromReceiver();
     [[nodiscard]] std::optional<std::string> probe();
-    void keepVersion(const std::string& reply);
+    void keepVersion(const std::optional<SentenceFields>& fields);
     void handshake(const std::optional<std::string>& reply);
     void switchTransferOn();
     void speedUp();

@@ -162,6 +162,15 @@ TEST_F(Session, RemembersTheReceiverOfEachPort)
     EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB1").model, "Sport");
 }
 
+TEST_F(Session, RemembersAReceiverThatAcknowledgesTheQuestionFirst)
+{
+    receiverHas({});
+    line.answers("PMGNCMD,VERSION", {"PMGNCSM,28", "PMGNVER,017,4.05,Sport"});
+    run({});
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").model, "Sport");
+    EXPECT_EQ(monitor.descriptionOf("/dev/ttyUSB0").firmware, "4.05");
+}
+
 TEST_F(Session, ForgetsTheReceiverOfAPortWhereNothingAnswersAnyMore)
 {
     monitor.describe("/dev/ttyUSB0", {"Sport", "4.05"});
@@ -172,7 +181,8 @@ TEST_F(Session, ForgetsTheReceiverOfAPortWhereNothingAnswersAnyMore)
 
 TEST_F(Session, VersionWithoutModelAndFirmwareOrAnotherAnswerDescribesNothing)
 {
-    for (const std::string answer : {"PMGNVER,017,,", "PMGNVER,017", "PMGNVER", "PMGNCSM,28"}) {
+    for (const std::string answer :
+         {"PMGNVER,017,,", "PMGNVER,017, ,  ", "PMGNVER,017", "PMGNVER", "PMGNCSM,28"}) {
         support::MemoryLine other{done};
         receiverHas({}, {}, {}, other);
         other.answers("PMGNCMD,VERSION", {answer});
