@@ -97,14 +97,15 @@ bool takePoint(std::string_view& text, gps::GPSPoint& point, bool& hasFraction)
 template <typename Now> PlainTrackPoints takePoints(std::string_view& text, const Now& now)
 {
     constexpr std::size_t kOften = 4096; // points
+    constexpr std::size_t kMany = 64;    // of which there are likely to be more
     PlainTrackPoints taken;
     auto& points = taken.points;
     gps::GPSPoint point;
     bool hasFraction = false;
     for (auto before = text.size(); takePoint(text, point, hasFraction); before = text.size()) {
-        if (points.empty()) {
+        if (points.size() == kMany) {
             // If the rest is points of this length, there is room for all of them.
-            points.reserve(before / (before - text.size()) + 1);
+            points.reserve(kMany + before / (before - text.size()) + 1);
             gps::useLargePages(points.data(), points.capacity() * sizeof points[0]);
         }
         points.emplace_back(trackPointRecord(point));
