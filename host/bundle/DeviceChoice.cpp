@@ -241,6 +241,13 @@ std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver)
     return devices;
 }
 
+gps::DeviceDescription descriptionOf(const gps::GPSPlugInProtocol& driver,
+                                     const std::string& location)
+{
+    const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver);
+    return describer != nullptr ? describer->deviceDescription(location) : gps::DeviceDescription{};
+}
+
 bool isPortToTry(const Device& port)
 {
     const auto named = gps::UserDefaults::standard().stringArrayForKey(gps::kTestPortsKey);

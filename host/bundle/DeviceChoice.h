@@ -6,6 +6,7 @@
 
 #include "host/bundle/PlugInBundle.h"
 
+#include <gps/GPSDeviceDescription.h>
 #include <gps/View.h>
 
 #include <cstddef>
@@ -50,6 +51,10 @@ struct ChosenDevice {
 
 /// A driver's devices, in the driver's order.
 [[nodiscard]] std::vector<Device> devicesOf(const gps::GPSPlugInProtocol& driver);
+
+/// What a driver knows of the receiver at a location; nothing if it cannot describe any.
+[[nodiscard]] gps::DeviceDescription descriptionOf(const gps::GPSPlugInProtocol& driver,
+                                                   const std::string& location);
 
 /// Whether a serial port may be asked although the user has not named it. A receiver may be
 /// connected to any port, but finding out that none is takes a minute and a half.

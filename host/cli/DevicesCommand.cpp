@@ -9,7 +9,6 @@
 #include "host/cli/PortQuery.h"
 #include "host/words/Explanation.h"
 
-#include <gps/GPSDeviceDescription.h>
 #include <platform/System/DeviceMonitor.h>
 
 #include <algorithm>
@@ -45,18 +44,11 @@ Json viewJson(const gps::GPSPlugInProtocol& driver)
             {"deviceButton", {{"hidden", isHidden(button)}}}};
 }
 
-gps::DeviceDescription descriptionOf(const gps::GPSPlugInProtocol& driver, const Device& device)
-{
-    const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver);
-    return describer != nullptr ? describer->deviceDescription(device.location)
-                                : gps::DeviceDescription{};
-}
-
 Json driverJson(const gps::GPSPlugInProtocol& driver, bool explain)
 {
     Json devices = Json::array();
     for (const auto& device : devicesOf(driver)) {
-        const auto description = descriptionOf(driver, device);
+        const auto description = descriptionOf(driver, device.location);
         devices.push_back({{"location", device.location},
                            {"name", orNull(device.name)},
                            {"authorized", orNull(device.authorized)},
@@ -127,7 +119,7 @@ std::string deviceListOf(const PlugInBundle& plugIn, bool explain)
     std::vector<std::vector<std::string>> rows;
     for (const auto& driver : plugIn.drivers) {
         for (const auto& device : devicesOf(*driver)) {
-            const auto description = descriptionOf(*driver, device);
+            const auto description = descriptionOf(*driver, device.location);
             rows.push_back({device.isSelected ? "*" : "", driverName(*driver),
                             device.name.value_or(""), description.model.value_or(""),
                             description.firmware.value_or(""), authorizedText(device.authorized),

@@ -8,10 +8,13 @@
 #include "host/cli/ProgressLine.h"
 #include "host/operations/StopSignals.h"
 #include "host/transfer/Download.h"
+#include "host/words/AccountText.h"
 #include "host/words/DownloadMessages.h"
 
 #include <cstddef>
+#include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -32,6 +35,18 @@ std::vector<std::size_t> portsToAsk(const gps::GPSPlugInProtocol& driver)
     return ports;
 }
 
+// What a session did not restore on the receiver. The question has no records that might be
+// missing.
+std::vector<Message> closingMessages(const OperationReport& report)
+{
+    std::vector<Message> messages;
+    for (const auto& gap : report.gaps) {
+        if (gap.isClosingDown)
+            messages.push_back({true, gapText(gap)});
+    }
+    return messages;
+}
+
 class PortQuery {
 public:
     PortQuery(const DevicesOptions& options, const Console& console)
@@ -44,6 +59,7 @@ private:
     void askNamedPort(const std::vector<Driver>& drivers);
     void askPortsOf(gps::GPSPlugInProtocol& driver);
     void ask(gps::GPSPlugInProtocol& driver, const std::string& location);
+    void show(const DownloadReport& report, const std::string& location, bool isKnown);
 
     const DevicesOptions& options_;
     const Console& console_;
@@ -88,7 +104,7 @@ void PortQuery::askPortsOf(gps::GPSPlugInProtocol& driver)
     const auto selected = menu->selected();
     for (const auto port : ports) {
         if (stop_.stopRequested())
-            return;
+            break;
         menu->pick(port);
         ask(driver, devicesOf(driver)[port].location);
     }
@@ -107,14 +123,30 @@ void PortQuery::ask(gps::GPSPlugInProtocol& driver, const std::string& location)
     request.stopRequested = [this] { return stop_.stopRequested(); };
     request.isDriverReused = true;
     const auto report = download(driver, request);
-    if (report.isInterrupted()) {
+    const auto [model, firmware] = descriptionOf(driver, location);
+    show(report, location, model || firmware);
+    if (report.isInterrupted())
         status_ = statusAfterSignal(stop_.signal());
-        return;
+}
+
+void PortQuery::show(const DownloadReport& report, const std::string& location, bool isKnown)
+{
+    const bool isAnswered = isKnown || report.isInterrupted();
+    std::vector<Message> messages;
+    for (const auto& operation : report.operations) {
+        auto more = isAnswered ? closingMessages(operation)
+                               : operationMessages(operation, {.isLogShown = !options_.verbose});
+        std::move(more.begin(), more.end(), std::back_inserter(messages));
     }
-    for (const auto& operation : report.operations)
-        console_.messages(operationMessages(operation, {.isLogShown = !options_.verbose}));
-    if (!report.isComplete())
-        status_ = ExitStatus::kFailed;
+    if (messages.empty() && !isAnswered)
+        messages.push_back({true, "The receiver does not say what it is."});
+    for (auto& message : messages) {
+        if (message.text.find(location) == std::string::npos)
+            message.text += " Path: " + location;
+        if (message.isError)
+            status_ = ExitStatus::kFailed;
+    }
+    console_.messages(messages);
 }
 
 } // namespace

@@ -337,7 +337,8 @@ void CommandTable::addDevices()
         "--watch", options.watch, "Keep running, and print again when volumes or ports change");
     exclude(watch, command.add_flag("--ask", options.ask,
                                     "Ask the receivers on serial ports for their model and "
-                                    "firmware, which takes some seconds for each"));
+                                    "firmware, which takes some seconds for each, and a minute "
+                                    "where none answers"));
     command
         .add_option("--device", options.device,
                     "With --ask: ask the receiver on this port; without it those are asked that "

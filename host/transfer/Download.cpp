@@ -6,6 +6,7 @@
 
 #include "host/base/HostError.h"
 #include "host/base/Translation.h"
+#include "host/bundle/DeviceChoice.h"
 #include "host/bundle/SerialPort.h"
 #include "host/files/OutputFile.h"
 #include "host/points/Points.h"
@@ -15,7 +16,6 @@
 #include "host/transfer/RefusedFile.h"
 #include "host/transfer/RepeatFilter.h"
 
-#include <gps/GPSDeviceDescription.h>
 #include <gps/GPSFileDevice.h>
 #include <gps/GPSTransferAccount.h>
 #include <gps/NumberText.h>
@@ -462,10 +462,8 @@ RecordOrigin originOf(const gps::GPSPlugInProtocol& driver, const DownloadReques
     if (!request.sourceFiles.empty())
         return origin;
     origin.receiver = driver.gpsName();
-    if (const auto* const describer = dynamic_cast<const gps::GPSDeviceDescription*>(&driver)) {
-        if (const auto model = describer->deviceDescription(request.location).model)
-            origin.receiver += " " + *model;
-    }
+    if (const auto model = descriptionOf(driver, request.location).model)
+        origin.receiver += " " + *model;
     if (const auto* const device = dynamic_cast<const gps::GPSFileDevice*>(&driver))
         origin.identifier = device->deviceIdentifier().value_or("");
     return origin;

@@ -334,6 +334,33 @@ TEST(Serial, DevicesAskANamedPortForModelAndFirmware)
     EXPECT_THAT(json.out, HasSubstr("\"model\":\"SIMULATED RECEIVER\",\"firmware\":\"1.00\"}"));
 }
 
+TEST(Serial, DevicesAskAReceiverThatExpectsAcknowledgements)
+{
+    const Simulator simulator{{"--handshake", "on"}};
+    const auto ran = magellangps({"devices", "--ask", "--device", simulator.path()});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.out, HasSubstr("SIMULATED RECEIVER  1.00"));
+}
+
+TEST(Serial, WhatDownloadsNeedDoesNotMatterToTheQuestion)
+{
+    const Simulator simulator{{"--fault", "ton:silence"}};
+    const auto ran = magellangps({"devices", "--ask", "--device", simulator.path()});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.err, IsEmpty());
+    EXPECT_THAT(ran.out, HasSubstr("SIMULATED RECEIVER  1.00"));
+}
+
+TEST(Serial, DevicesSayWhichReceiverWasNotRestored)
+{
+    const Simulator simulator{{"--fault", "toff:silence"}};
+    const auto ran = magellangps({"devices", "--ask", "--device", simulator.path()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, AllOf(HasSubstr("did not acknowledge the command TOFF"),
+                               EndsWith("Path: " + simulator.path() + "\n")));
+    EXPECT_THAT(ran.out, HasSubstr("SIMULATED RECEIVER  1.00"));
+}
+
 TEST(Serial, DevicesAskAllPortsOfTheUserAndKeepTheSelectedOne)
 {
     const TemporaryFolder home;
