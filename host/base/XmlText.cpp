@@ -9,21 +9,32 @@
 #include <gps/NumberText.h>
 
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_err.h>
+#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace host {
 namespace {
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
+// One that stops at what is not valid.
 Converter openConverter(const std::string& encoding)
 {
     UErrorCode status = U_ZERO_ERROR;
-    return {ucnv_open(encoding.c_str(), &status), &ucnv_close};
+    Converter converter{ucnv_open(encoding.c_str(), &status), &ucnv_close};
+    if (converter) {
+        ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                            &status);
+        ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                              &status);
+    }
+    return converter;
 }
 
 // The encoding in a declaration like `<?xml version="1.0" encoding="windows-1252"?>`; empty if
@@ -32,7 +43,9 @@ std::string declaredEncoding(std::string_view xml)
 {
     const auto declaration = xml.substr(0, std::min(xml.find("?>"), std::size_t{256}));
     const auto key = declaration.find("encoding");
-    if (!declaration.starts_with("<?xml") || key == std::string_view::npos)
+    constexpr std::string_view kStart = "<?xml"; // and not an instruction such as xml-stylesheet
+    if (!declaration.starts_with(kStart) || declaration.find_first_of(" \t\r\n") != kStart.size() ||
+        key == std::string_view::npos)
         return {};
     const auto begin = declaration.find_first_of("\"'", key);
     if (begin == std::string_view::npos)
@@ -61,10 +74,12 @@ std::string encodingOf(std::string_view xml)
     return ucnv_compareNames(declared.substr(0, 3).c_str(), "utf") == 0 ? std::string{} : declared;
 }
 
-// An overflow means only that the piece is full and the next one follows.
-std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
+// Stops at the first bytes that are not valid. An overflow means only that the piece is full and
+// the next one follows.
+// @param converted  gets the text before that
+// @return           whether all of it is valid
+bool toUtf8(UConverter& from, UConverter& to, std::string_view bytes, std::string& converted)
 {
-    std::string converted;
     std::array<UChar, 4096> pivot;
     UChar* pivotSource = pivot.data();
     UChar* pivotTarget = pivot.data();
@@ -79,7 +94,12 @@ std::string toUtf8(UConverter& from, UConverter& to, std::string_view bytes)
                        pivot.data() + pivot.size(), isFirst, 1, &status);
         converted.append(piece.data(), target);
     }
-    return converted;
+    if (U_SUCCESS(status) != 0)
+        return true;
+    // What is valid before may still wait between the two steps.
+    icu::UnicodeString{pivotSource, static_cast<std::int32_t>(pivotTarget - pivotSource)}
+        .toUTF8String(converted);
+    return false;
 }
 
 // Which characters are written as they are. A table, because this is asked for each character of
@@ -111,17 +131,19 @@ bool isXmlCharacter(char32_t c) noexcept
 
 } // namespace
 
-bool convertXmlToUtf8(std::string& xml)
+XmlConversion convertXmlToUtf8(std::string& xml)
 {
     const auto encoding = encodingOf(xml);
     if (encoding.empty())
-        return true;
+        return XmlConversion::kDone;
     const auto from = openConverter(encoding);
     const auto to = openConverter("UTF-8");
     if (!from || !to)
-        return false;
-    xml = toUtf8(*from, *to, xml);
-    return true;
+        return XmlConversion::kUnknownEncoding;
+    std::string converted;
+    const bool isValid = toUtf8(*from, *to, xml, converted);
+    xml = std::move(converted);
+    return isValid ? XmlConversion::kDone : XmlConversion::kInvalidText;
 }
 
 // Linear in the offset: for one message, not for each record.

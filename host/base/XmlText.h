@@ -10,12 +10,16 @@
 
 namespace host {
 
+enum class XmlConversion {
+    kDone,
+    kUnknownEncoding, ///< the text has not changed
+    kInvalidText,     ///< the text ends before the first bytes that are not valid in its encoding
+};
+
 /// Converts an XML file to UTF-8. The encoding is that of the byte order mark, of the first bytes,
-/// or of the declaration, in this order (XML 1.0, appendix F); otherwise UTF-8. Invalid bytes
-/// become U+FFFD. A byte order mark may remain.
-///
-/// @return  whether the encoding is known; if not, nothing has changed
-[[nodiscard]] bool convertXmlToUtf8(std::string& xml);
+/// or of the declaration, in this order (XML 1.0, appendix F); otherwise UTF-8, which is not
+/// checked. A byte order mark may remain.
+[[nodiscard]] XmlConversion convertXmlToUtf8(std::string& xml);
 
 /// The number of the line that contains a byte, counted from 1.
 [[nodiscard]] std::size_t lineAt(std::string_view text, std::size_t offset) noexcept;

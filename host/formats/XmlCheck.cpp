@@ -8,8 +8,11 @@
 
 #include <gps/Characters.h>
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -20,12 +23,14 @@
 namespace host {
 namespace {
 
+constexpr std::size_t kMostShown = 40; // characters of a name
+
 using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)>;
 
 // What the functions below find, which get the parser itself as their argument.
 struct Findings {
     std::string root{};
-    std::size_t refused = 0; // the offset of what they refuse
+    std::optional<XmlFlaw> refusal{};
 };
 
 Findings& findingsOf(XML_Parser parser)
@@ -45,23 +50,46 @@ void keepRoot(void* argument, const XML_Char* name, const XML_Char** /*attribute
     XML_SetStartElementHandler(parser, nullptr); // it is not called for any other element
 }
 
-void refuse(XML_Parser parser)
+void refuse(XML_Parser parser, std::string what, const char* advice)
 {
-    findingsOf(parser).refused = offsetIn(parser);
+    findingsOf(parser).refusal = XmlFlaw{offsetIn(parser), std::move(what), advice};
     XML_StopParser(parser, XML_FALSE);
 }
 
-void refuseDeclarations(void* argument, const XML_Char* /*name*/, const XML_Char* /*system*/,
-                        const XML_Char* /*publicId*/, int hasDeclarations)
+void checkVersion(void* argument, const XML_Char* version, const XML_Char* /*encoding*/,
+                  int /*isStandalone*/)
 {
-    if (hasDeclarations != 0)
-        refuse(static_cast<XML_Parser>(argument));
+    const std::string_view text = version;
+    if (!text.starts_with("1.") || text.size() == 2 ||
+        !std::all_of(text.begin() + 2, text.end(), gps::isDigit))
+        refuse(static_cast<XML_Parser>(argument),
+               trFormat("the file is not well-formed (there is no version {} of XML)",
+                        displayText(text, kMostShown)),
+               tr(kCheckFile));
 }
 
-// Called for an entity that another file may declare.
-void refuseEntity(void* argument, const XML_Char* /*name*/, int /*isParameterEntity*/)
+void checkDocumentType(void* argument, const XML_Char* /*name*/, const XML_Char* /*system*/,
+                       const XML_Char* /*publicId*/, int hasDeclarations)
 {
-    refuse(static_cast<XML_Parser>(argument));
+    if (hasDeclarations != 0)
+        refuse(static_cast<XML_Parser>(argument),
+               tr("the file has declarations in its document type, which no map file needs"),
+               tr(kCheckFile));
+}
+
+std::string entityText(std::string_view name)
+{
+    return trFormat("the file uses &{};, which is not one of the entities of XML itself",
+                    displayText(name, kMostShown));
+}
+
+constexpr auto* kReplaceEntity =
+    marked("Replace it by the character that it is for, or export the file once more");
+
+// Called for an entity that another file may declare.
+void refuseEntity(void* argument, const XML_Char* name, int /*isParameterEntity*/)
+{
+    refuse(static_cast<XML_Parser>(argument), entityText(name), tr(kReplaceEntity));
 }
 
 Parser makeParser(Findings& findings)
@@ -72,7 +100,8 @@ Parser makeParser(Findings& findings)
     XML_SetUserData(parser.get(), &findings);
     XML_UseParserAsHandlerArg(parser.get());
     XML_SetStartElementHandler(parser.get(), keepRoot);
-    XML_SetStartDoctypeDeclHandler(parser.get(), refuseDeclarations);
+    XML_SetXmlDeclHandler(parser.get(), checkVersion);
+    XML_SetStartDoctypeDeclHandler(parser.get(), checkDocumentType);
     XML_SetSkippedEntityHandler(parser.get(), refuseEntity);
     return parser;
 }
@@ -92,8 +121,6 @@ bool parse(XML_Parser parser, std::string_view xml, std::size_t piece)
 }
 
 constexpr std::string_view kSpace = " \t\r\n"; // as XML has it
-constexpr std::size_t kMostShown = 40;         // characters of a name
-
 XmlFlaw damage(std::size_t offset, std::string what)
 {
     return {offset, std::move(what), tr(kCheckFile)};
@@ -126,10 +153,7 @@ XmlFlaw flawOfEntity(std::string_view xml, std::size_t offset)
                        [rest = xml.substr(offset)](auto known) { return rest.starts_with(known); }))
         offset = xml.find('&', offset + 1);
     const auto name = xml.substr(offset + 1, xml.find(';', offset) - offset - 1);
-    return {offset,
-            trFormat("the file uses &{};, which is not one of the entities of XML itself",
-                     displayText(name, kMostShown)),
-            tr("Replace it by the character that it is for, or export the file once more")};
+    return {offset, entityText(name), tr(kReplaceEntity)};
 }
 
 XmlFlaw flawOfCharacter(std::string_view xml, std::size_t offset)
@@ -139,14 +163,17 @@ XmlFlaw flawOfCharacter(std::string_view xml, std::size_t offset)
     const auto character = takeCharacter(rest);
     const auto length = before - rest.size();
     if (character >= 0x80 && length == 1) // no valid character beyond ASCII is as short
-        return {offset, tr("the text is not valid UTF-8"),
-                tr("Export it as UTF-8 from the program that made it")};
+        return {offset, tr("the text is not valid UTF-8"), tr(kExportAsUtf8)};
     if (character == 0xFFFE || character == 0xFFFF)
         return damage(offset, tr("the file is damaged (a character that XML does not allow)"));
     if (kSpace.find(xml[offset]) != std::string_view::npos)
         return damage(offset, tr("the file is not well-formed (white space is not allowed here)"));
-    return damage(offset, trFormat("the file is not well-formed (\"{}\" is not allowed here)",
-                                   xml.substr(offset, length)));
+    const auto shown = xml.substr(offset, length);
+    return damage(offset,
+                  trFormat("the file is not well-formed ({} is not allowed here)",
+                           displayText(shown) == shown
+                               ? fmt::format("\"{}\"", shown)
+                               : fmt::format("U+{:04X}", static_cast<std::uint32_t>(character))));
 }
 
 // Whether a text ends with two hyphens that do not end the comment they are in.
@@ -210,11 +237,9 @@ XmlFlaw flawOf(XML_Error error, std::string_view xml, std::size_t offset)
         return flawOfEntity(xml, offset);
     case XML_ERROR_INVALID_TOKEN:
         return flawOfByte(xml, offset);
-    case XML_ERROR_ABORTED:
-        return xml[offset] == '&'
-                   ? flawOfEntity(xml, offset)
-                   : damage(offset, tr("the file has declarations in its document type, which no "
-                                       "map file needs"));
+    case XML_ERROR_SYNTAX:
+        return damage(offset,
+                      tr("the file is not well-formed (this cannot be before the document)"));
     default:
         return damage(offset, trFormat("the file is not well-formed ({})", XML_ErrorString(error)));
     }
@@ -233,8 +258,9 @@ XmlCheck checkXml(std::string_view xml, std::size_t piece)
         throw std::bad_alloc{};
     if (error == XML_ERROR_NO_ELEMENTS && findings.root.empty())
         return {};
-    const auto offset = error == XML_ERROR_ABORTED ? findings.refused : offsetIn(parser.get());
-    return {std::move(findings.root), flawOf(error, xml, offset)};
+    if (!findings.refusal)
+        findings.refusal = flawOf(error, xml, offsetIn(parser.get()));
+    return {std::move(findings.root), std::move(findings.refusal)};
 }
 
 } // namespace host

@@ -16,6 +16,9 @@ namespace host {
 /// What to do about a file that is damaged. To be translated.
 inline constexpr auto* kCheckFile = marked("Check the file, or export it once more");
 
+/// The same for a text that is not in the encoding that its file is said to have.
+inline constexpr auto* kExportAsUtf8 = marked("Export it as UTF-8 from the program that made it");
+
 /// Why a text is not well-formed, or not supported.
 struct XmlFlaw {
     std::size_t offset = 0; ///< of the first byte that is wrong

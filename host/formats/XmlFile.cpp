@@ -47,8 +47,15 @@ std::optional<gps::Error> XmlFile::read(std::string& xml) const
 {
     if (auto failure = load(xml))
         return failure;
-    if (!convertXmlToUtf8(xml))
+    switch (convertXmlToUtf8(xml)) {
+    case XmlConversion::kUnknownEncoding:
         return errorAt(0, tr("the text encoding of this file is not supported"));
+    case XmlConversion::kInvalidText:
+        return errorAt(static_cast<std::ptrdiff_t>(xml.size()),
+                       tr("the text is not valid in the encoding of the file"), tr(kExportAsUtf8));
+    case XmlConversion::kDone:
+        break;
+    }
     return std::nullopt;
 }
 

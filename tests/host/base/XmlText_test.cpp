@@ -16,7 +16,14 @@ using namespace std::string_literals;
 
 std::string converted(std::string xml)
 {
-    EXPECT_TRUE(host::convertXmlToUtf8(xml));
+    EXPECT_EQ(host::convertXmlToUtf8(xml), host::XmlConversion::kDone);
+    return xml;
+}
+
+// The text before what is not valid.
+std::string validPart(std::string xml)
+{
+    EXPECT_EQ(host::convertXmlToUtf8(xml), host::XmlConversion::kInvalidText);
     return xml;
 }
 
@@ -63,9 +70,19 @@ TEST(XmlText, LongTextIsConvertedWhole)
     EXPECT_EQ(converted(wide(text, 2, true)), text);
 }
 
-TEST(XmlText, HalfACodeUnitAtTheEndIsReplaced)
+TEST(XmlText, BytesThatTheEncodingDoesNotHaveEndTheConversion)
 {
-    EXPECT_EQ(converted(wide("<a", 2, false) + "x"), "<a\xEF\xBF\xBD");
+    EXPECT_EQ(validPart(wide("<a", 2, false) + "x"), "<a"); // half of a character
+    EXPECT_EQ(validPart(wide("<a", 2, false) + "\xD8"s), "<a");
+    EXPECT_EQ(validPart(wide("<a", 2, true) + "\xD8\x3C"s + wide("b", 2, true)), "<a");
+    for (const std::string& start : {"<?xml version='1.0' encoding='US-ASCII'?><a>"s,
+                                     "<?xml version='1.0' encoding='Shift_JIS'?><a>"s,
+                                     "<?xml version='1.0' encoding='GB2312'?><a>"s}) {
+        EXPECT_EQ(validPart(start + "G\xFClle"), start + "G");
+        EXPECT_EQ(converted(start + "Gulle"), start + "Gulle");
+    }
+    const std::string lines = "<a>" + std::string(100000, '\n');
+    EXPECT_EQ(validPart(wide(lines, 2, true) + "\xDC\x3C"s + wide("</a>", 2, true)), lines);
 }
 
 TEST(XmlText, DeclarationDecidesTheEncoding)
@@ -74,6 +91,8 @@ TEST(XmlText, DeclarationDecidesTheEncoding)
     EXPECT_EQ(converted(latin + "\xE9"), latin + "\xC3\xA9");
     const std::string windows = "<?xml version='1.0' encoding='windows-1252'?><a>";
     EXPECT_EQ(converted(windows + "\x80"), windows + "\xE2\x82\xAC");
+    const std::string style = "<?xml-stylesheet title=\"encoding='windows-1252'\"?><a>\xC3\xA9</a>";
+    EXPECT_EQ(converted(style), style);
 }
 
 TEST(XmlText, DeclarationThatCannotBeTrueIsIgnored)
@@ -86,7 +105,7 @@ TEST(XmlText, UnknownEncodingIsRejected)
 {
     std::string xml = "<?xml version='1.0' encoding='no-such-thing'?><a/>";
     const std::string before = xml;
-    EXPECT_FALSE(host::convertXmlToUtf8(xml));
+    EXPECT_EQ(host::convertXmlToUtf8(xml), host::XmlConversion::kUnknownEncoding);
     EXPECT_EQ(xml, before);
 }
 

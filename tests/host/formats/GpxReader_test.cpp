@@ -591,6 +591,9 @@ TEST(GpxReader, DeclaredEncodingIsHonoured)
                       "waypoint"),
                   "name"),
         "caf\xC3\xA9");
+    EXPECT_EQ(
+        refusal("<?xml version='1.0' encoding='US-ASCII'?>\n<gpx>\n<!-- caf\xC3\xA9 --></gpx>"),
+        "trip.gpx, line 3: the text is not valid in the encoding of the file");
     EXPECT_EQ(refusal("<?xml version='1.0' encoding='no-such-thing'?><gpx/>"),
               "trip.gpx, line 1: the text encoding of this file is not supported");
 }

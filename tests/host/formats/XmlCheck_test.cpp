@@ -199,6 +199,10 @@ TEST(XmlCheck, CharacterThatCannotBeThereIsNamed)
     EXPECT_EQ(flawIn("<1a/>"), "1: the file is not well-formed (\"1\" is not allowed here)");
     EXPECT_EQ(flawIn("<a\xC3\x97/>"),
               "2: the file is not well-formed (\"\xC3\x97\" is not allowed here)");
+    EXPECT_EQ(flawIn("<a \xE2\x80\xAE/>"),
+              "3: the file is not well-formed (U+202E is not allowed here)");
+    EXPECT_EQ(flawIn("<a \xC2\x9B/>"),
+              "3: the file is not well-formed (U+009B is not allowed here)");
     EXPECT_EQ(flawIn("<\na/>"), "1: the file is not well-formed (white space is not allowed here)");
 }
 
@@ -227,8 +231,21 @@ TEST(XmlCheck, DeclarationComesFirst)
         EXPECT_EQ(flawIn(start + "<?xml version='1.0'?><a/>"s),
                   std::to_string(std::string_view{start}.size()) +
                       ": \"<?xml\" is not at the start of the file");
+    for (const std::string version : {"1.0", "1.1", "1.10"})
+        EXPECT_EQ(flawIn("<?xml version='" + version + "'?><a/>"), "fine") << version;
+    for (const std::string version : {"2.0", "1.", "10", "1", "1.0a", "0"})
+        EXPECT_EQ(flawIn("<?xml version='" + version + "'?><a/>"),
+                  "0: the file is not well-formed (there is no version " + version + " of XML)");
     EXPECT_EQ(flawIn("<?xml?><a/>"), "5: the file is not well-formed (XML declaration not "
                                      "well-formed)");
+}
+
+TEST(XmlCheck, NothingButCommentsAndADocumentTypeIsBeforeTheDocument)
+{
+    constexpr char kFlaw[] = "the file is not well-formed (this cannot be before the document)";
+    EXPECT_EQ(flawIn("<!-- --><?p?><!DOCTYPE a><!-- --><a/>"), "fine");
+    EXPECT_EQ(flawIn("<!DOCTYPE a><!DOCTYPE a><a/>"), "12: "s + kFlaw);
+    EXPECT_EQ(flawIn("<!-- -->b <a/>"), "8: "s + kFlaw);
 }
 
 TEST(XmlCheck, NothingButCommentsFollowsTheDocument)
