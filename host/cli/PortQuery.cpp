@@ -103,8 +103,10 @@ void PortQuery::askPortsOf(gps::GPSPlugInProtocol& driver)
         return;
     const auto selected = menu->selected();
     for (const auto port : ports) {
-        if (stop_.stopRequested())
+        if (stop_.stopRequested()) {
+            status_ = statusAfterSignal(stop_.signal());
             break;
+        }
         menu->pick(port);
         ask(driver, devicesOf(driver)[port].location);
     }
