@@ -45,8 +45,9 @@ std::size_t offsetIn(XML_Parser parser)
 
 void keepRoot(void* argument, const XML_Char* name, const XML_Char** /*attributes*/)
 {
+    constexpr std::size_t kMostCompared = 64; // bytes. The name may be as long as the file
     auto* const parser = static_cast<XML_Parser>(argument);
-    findingsOf(parser).root = name;
+    findingsOf(parser).root = std::string_view{name}.substr(0, kMostCompared);
     XML_SetStartElementHandler(parser, nullptr); // it is not called for any other element
 }
 

@@ -27,7 +27,8 @@ struct XmlFlaw {
 };
 
 struct XmlCheck {
-    std::string root{};            ///< the name of the root element; empty if there is none
+    std::string root{};            ///< the name of the root element, or the first 64 bytes of a
+                                   ///< longer one; empty if there is none
     std::optional<XmlFlaw> flaw{}; ///< the first one. None in a text that just has no element
 };
 

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -266,6 +267,9 @@ TEST(XmlCheck, RootIsThatOfTheDocumentEvenIfThereIsAFlawBehindIt)
     for (const std::string_view text :
          {"<x:a b='1'/>", "<!-- <c/> --><x:a><d/></x:a>", "<x:a><d></x:a>", "<x:a>", "<x:a/><e/>"})
         EXPECT_EQ(host::checkXml(text).root, "x:a") << text;
+    for (const std::size_t length : {63U, 64U, 65U})
+        EXPECT_EQ(host::checkXml("<" + std::string(length, 'a') + "/>").root.size(),
+                  std::min<std::size_t>(length, 64));
     for (const std::string_view text : {"<!-- -- --><a/>", "<a", "<a b=1/>"})
         EXPECT_EQ(host::checkXml(text).root, "") << text;
 }
