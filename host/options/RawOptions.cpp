@@ -168,7 +168,8 @@ std::string check(const RawOptions& raw, const InfoOptions& /*options*/)
 std::string check(const RawOptions& raw, const DevicesOptions& options)
 {
     if (options.device && !options.ask)
-        return "--device names the port that --ask asks; a folder with a receiver's files is listed "
+        return "--device names the port that --ask asks; a folder with a receiver's files is "
+               "listed "
                "with --test-folder";
     return raw.global.events ? noEvents("devices") : "";
 }
