@@ -169,8 +169,7 @@ std::string check(const RawOptions& raw, const DevicesOptions& options)
 {
     if (options.device && !options.ask)
         return "--device names the port that --ask asks; a folder with a receiver's files is "
-               "listed "
-               "with --test-folder";
+               "listed with --test-folder";
     return raw.global.events ? noEvents("devices") : "";
 }
 

@@ -233,12 +233,9 @@ std::optional<gps::Error> readSettings(const std::string& path, WindowSettings& 
     const auto file = toml::parse(text);
     if (!file)
         return notToml(path, file.error());
-    readShared(file.table(), settings);
+    settings = settingsIn(file.table());
     const auto* const table = file.table()[kWindowTable].as_table();
-    if (table == nullptr)
-        return std::nullopt;
-    readTable(*table, settings);
-    const auto mistake = findWindowMistake(*table);
+    const auto mistake = table != nullptr ? findWindowMistake(*table) : std::nullopt;
     return mistake ? std::optional{tableMistake(path, *mistake)} : std::nullopt;
 }
 
