@@ -218,7 +218,8 @@ XmlFlaw flawOfByte(std::string_view xml, std::size_t offset)
 XmlFlaw flawOf(XML_Error error, std::string_view xml, std::size_t offset)
 {
     switch (error) {
-    case XML_ERROR_NO_ELEMENTS:
+    case XML_ERROR_NO_ELEMENTS: // at the end of the text; what is cut is before its last line end
+        return damage(xml.find_last_not_of(kSpace) + 1, tr("the file is damaged or cut short"));
     case XML_ERROR_UNCLOSED_TOKEN:
     case XML_ERROR_UNCLOSED_CDATA_SECTION:
     case XML_ERROR_PARTIAL_CHAR:

@@ -810,7 +810,9 @@ TEST(GpxReader, DamageIsReportedWithItsLine)
                 StartsWith("trip.gpx, line 3: the file is damaged or cut short"));
     EXPECT_THAT(refusal("<gpx>\n<wpt lat=1 lon='2'/></gpx>"),
                 StartsWith("trip.gpx, line 2: the file is not well-formed"));
-    EXPECT_EQ(refusal("<gpx>\n\n\n<trk>"), "trip.gpx, line 4: the file is damaged or cut short");
+    for (const auto* const end : {"", "\n", "\r\n \t\n"})
+        EXPECT_EQ(refusal("<gpx>\n\n\n<trk>"s + end),
+                  "trip.gpx, line 4: the file is damaged or cut short");
     EXPECT_EQ(refusal("<gpx>\n\0</gpx>"s), "trip.gpx, line 2: the file is damaged (a zero byte)");
     for (const char c : "\x01\b\v\x1F"s)
         EXPECT_EQ(refusal("<gpx>\n<wpt lat='1' lon='2'><name>A"s + c + "</name></wpt></gpx>"),
