@@ -3,6 +3,7 @@
 
 #include "support/PseudoTerminal.h"
 #include "support/TemporaryFolder.h"
+#include "system/StoredPorts.h"
 #include "system/Terminal.h"
 #include "system_serial/Simulator.h"
 
@@ -24,6 +25,7 @@ using support::magellangps;
 using support::PseudoTerminal;
 using support::Running;
 using support::Simulator;
+using support::storePorts;
 using support::TemporaryFolder;
 using testing::AllOf;
 using testing::EndsWith;
@@ -299,19 +301,6 @@ TEST(Serial, ReasonForAFailedOpenIsTheOnlyMessage)
         EXPECT_THAT(ran.err, StartsWith(std::string{"magellangps: "} + why)) << what;
         EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
     }
-}
-
-// Stores the user's list of ports.
-// @return  the variable that names its folder
-std::string storePorts(const TemporaryFolder& home, const std::vector<std::string>& paths)
-{
-    std::string list;
-    for (const auto& path : paths)
-        list += "<string>" + path + "</string>";
-    home.put("com.Orvane.GPSPlugin/defaults.plist",
-             "<plist version=\"1.0\"><dict><key>OrvTestPortList</key><array>" + list +
-                 "</array></dict></plist>");
-    return "XDG_CONFIG_HOME=" + home.path();
 }
 
 TEST(Serial, DevicesListAPortNamedByTheUser)

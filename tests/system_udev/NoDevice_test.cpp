@@ -11,6 +11,7 @@
 #include <platform_udev/Testbed.h>
 #include <system/Program.h>
 #include <system/Receiver.h>
+#include <system/StoredPorts.h>
 
 namespace {
 
@@ -84,11 +85,7 @@ TEST_F(NoDevice, DevicesExplainWhatWasSearched)
 TEST_F(NoDevice, DevicesOfBothDriversAreATable)
 {
     const support::Receiver receiver;
-    folder_.put("com.Orvane.GPSPlugin/defaults.plist",
-                "<plist "
-                "version=\"1.0\"><dict><key>OrvTestPortList</key><array><string>/dev/x</string></"
-                "array></dict></plist>");
-    const support::How how{.environment = {"XDG_CONFIG_HOME=" + folder_.path()}};
+    const support::How how{.environment = {support::storePorts(folder_, {"/dev/x"})}};
     EXPECT_EQ(magellangps({"devices", "--test-folder", receiver.path()}, how).out,
               "   Driver           Device              Authorized  Location\n"
               "*  magellan         Magellan device 42  yes         " +
